@@ -1,0 +1,24 @@
+# How the project's own targets are compiled. Nothing here reaches targets that use the library.
+
+add_library(ToolkitBuildOptions INTERFACE)
+target_compile_features(ToolkitBuildOptions INTERFACE cxx_std_20)
+target_compile_options(
+    ToolkitBuildOptions
+    INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+              # A unique symbol would pin the library in memory: it could never be unloaded.
+              $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+)
+# As a part of somebody else's build the library must not break on a newer compiler's warning.
+if(PROJECT_IS_TOP_LEVEL)
+    target_compile_options(ToolkitBuildOptions INTERFACE -Werror)
+endif()
+if(TOOLKIT_SANITIZE)
+    target_compile_options(
+        ToolkitBuildOptions INTERFACE -fsanitize=${TOOLKIT_SANITIZE} -fno-omit-frame-pointer
+                                      -fno-sanitize-recover=all
+    )
+    target_link_options(ToolkitBuildOptions INTERFACE -fsanitize=${TOOLKIT_SANITIZE})
+endif()
+if(TOOLKIT_BUILD_FUZZERS)
+    target_compile_options(ToolkitBuildOptions INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,110 @@
+#include "toolkit/config/CmdLineParser.h"
+
+#include "toolkit/encoding/UTF8.h"
+
+#include <algorithm>
+#include <type_traits>
+
+namespace Toolkit {
+
+CmdLineOption::CmdLineOption(const TString<wchar_t>& name, bool required)
+    : m_name(name), m_defined(0), m_required(required ? 1 : 0)
+{
+    m_name.ToLower();
+}
+
+CmdLineOption::~CmdLineOption() = default;
+
+CmdLineParser::CmdLineParser(int argc, const wchar_t** argv)
+{
+    TakeArguments(argc, argv);
+}
+
+CmdLineParser::CmdLineParser(int argc, wchar_t** argv)
+{
+    TakeArguments(argc, argv);
+}
+
+CmdLineParser::CmdLineParser(int argc, const char** argv)
+{
+    TakeArguments(argc, argv);
+}
+
+CmdLineParser::CmdLineParser(int argc, char** argv)
+{
+    TakeArguments(argc, argv);
+}
+
+CmdLineParser::CmdLineParser(const TString<wchar_t>& commandLine)
+{
+    Tokenize(commandLine, m_tokens);
+}
+
+CmdLineParser::CmdLineParser(const TString<char>& commandLine)
+{
+    Tokenize(UTF8::ToUNICODE(commandLine), m_tokens);
+}
+
+template <typename Char> void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
+{
+    for (int i = 0; argv && i < argc && argv[i]; ++i) {
+        if constexpr (std::is_same_v<Char, char>)
+            m_tokens.push_back(UTF8::ToUNICODE(argv[i]));
+        else
+            m_tokens.emplace_back(argv[i]);
+    }
+}
+
+bool CmdLineParser::AddOption(const smart_ptr<CmdLineOption>& option)
+{
+    return option.IsValid() && m_options.emplace(option->GetName(), option).second;
+}
+
+void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)
+{
+    constexpr std::size_t none = std::wstring::npos;
+    const wchar_t quote = c_strDelimiters.front();
+
+    tokens.clear();
+    std::size_t start = line.find_first_not_of(c_strSeparators);
+    while (start != none) {
+        std::size_t end = 0;
+        if (line[start] == quote) {
+            const std::size_t closing = line.find(quote, start + 1);
+            if (closing == none)
+                return;
+            tokens.emplace_back(line.substr(start + 1, closing - start - 1));
+            end = closing + 1;
+        } else {
+            end = std::min(line.find_first_of(c_strSeparators, start), line.size());
+            tokens.emplace_back(line.substr(start, end - start));
+        }
+        start = line.find_first_not_of(c_strSeparators, end);
+    }
+}
+
+bool CmdLineParser::Parse()
+{
+    CmdLineOption* current = nullptr;
+    for (const TString<wchar_t>& token : m_tokens) {
+        if (token.find(c_strIdentifiers) == 0) {
+            current = FindOption(token.substr(c_strIdentifiers.size()));
+            if (current)
+                current->SetDefined();
+        } else if (current) {
+            current->SetValue(token);
+            current = nullptr;
+        }
+    }
+    return std::all_of(m_options.begin(), m_options.end(), [](const auto& entry) {
+        return entry.second->IsDefined() || !entry.second->IsRequired();
+    });
+}
+
+CmdLineOption* CmdLineParser::FindOption(const TString<wchar_t>& name) const
+{
+    const auto found = m_options.find(name);
+    return found == m_options.end() ? nullptr : found->second.Get();
+}
+
+} // namespace Toolkit

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
+
+#include <map>
+#include <vector>
+
+namespace Toolkit {
+
+/// An option that an application knows, such as "-file", and what the command line said of it.
+class TOOLKIT_API CmdLineOption {
+public:
+    /// `name` comes without its dash and is folded to lower case. Parsing fails when a `required`
+    /// option is missing.
+    CmdLineOption(const TString<wchar_t>& name, bool required);
+    virtual ~CmdLineOption();
+
+    const TString<wchar_t>& GetName() const { return m_name; }
+    /// Empty when no value stood behind the option.
+    const TString<wchar_t>& GetValue() const { return m_value; }
+    bool IsRequired() const { return m_required != 0; }
+    /// Whether the option was on the command line.
+    bool IsDefined() const { return m_defined != 0; }
+
+    void SetDefined() { m_defined = 1; }
+    /// Sets the value alone; the option does not become defined.
+    void SetValue(const TString<wchar_t>& value) { m_value = value; }
+
+private:
+    TString<wchar_t> m_name;
+    TString<wchar_t> m_value;
+    int m_defined;  // 0 or 1
+    int m_required; // 0 or 1
+};
+
+/// Splits a command line into tokens and finds an application's options in them.
+///
+/// An option is a dash and a name; the token behind it is its value unless that begins with a dash
+/// too, so "-5" is an option named "5". Names have to be typed in lower case: they are registered
+/// in it and compared as they are. Unknown options and stray words are ignored.
+///
+/// One object is used by one thread at a time.
+class TOOLKIT_API CmdLineParser {
+public:
+    /// What separates tokens: blank and tab.
+    static const TString<wchar_t> c_strSeparators;
+    /// What begins an option: "-".
+    static const TString<wchar_t> c_strIdentifiers;
+    /// What encloses a token that holds separators: the double quote.
+    static const TString<wchar_t> c_strDelimiters;
+
+    /// One token per element of `argv`, the program name included, taken as they are. A null element
+    /// ends the vector early.
+    CmdLineParser(int argc, const wchar_t** argv);
+    CmdLineParser(int argc, wchar_t** argv);
+    /// The same; each element is decoded from UTF-8.
+    CmdLineParser(int argc, const char** argv);
+    CmdLineParser(int argc, char** argv);
+    /// The tokens of one text.
+    CmdLineParser(const TString<wchar_t>& commandLine);
+    /// The same; the text is decoded from UTF-8.
+    CmdLineParser(const TString<char>& commandLine);
+
+    /// Registers `option`, which stays shared with the caller. False when it is empty or one of that
+    /// name is there.
+    bool AddOption(const smart_ptr<CmdLineOption>& option);
+
+    /// Replaces `tokens` by those of `line`.
+    ///
+    /// Tokens are separated by blanks and tabs. One that begins with a double quote reaches to the
+    /// next quote, and what stands between the two may be empty; without a second quote it is
+    /// dropped together with the rest of the line. A quote inside a token is an ordinary character.
+    static void Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens);
+
+    /// Marks the options that the tokens name and stores their values. False when a required option
+    /// is not defined. Parsing again adds to what options hold.
+    bool Parse();
+
+private:
+    template <typename Char> void TakeArguments(int argc, const Char* const* argv);
+    CmdLineOption* FindOption(const TString<wchar_t>& name) const;
+
+    std::map<TString<wchar_t>, smart_ptr<CmdLineOption>> m_options;
+    std::vector<TString<wchar_t>> m_tokens;
+};
+
+} // namespace Toolkit

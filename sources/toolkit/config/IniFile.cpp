@@ -1,0 +1,127 @@
+#include "toolkit/config/IniFile.h"
+
+#include "toolkit/files/TextFile.h"
+#include "toolkit/logging/Log.h"
+
+#include <algorithm>
+
+namespace Toolkit {
+namespace {
+
+// The line number that readers of the log know a file by that cannot be opened.
+constexpr int c_openFailureLine = 64;
+
+bool IsBlank(wchar_t character)
+{
+    return character == L' ' || character == L'\t';
+}
+
+// A part of a line without the blanks around it, copied once.
+TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
+{
+    begin = std::find_if_not(begin, end, IsBlank);
+    while (end != begin && IsBlank(end[-1]))
+        --end;
+    return std::wstring(begin, end);
+}
+
+} // namespace
+
+IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
+{
+    m_loaded = Parse(path);
+}
+
+bool IniFile::Parse(const TString<wchar_t>& path)
+{
+    m_sections.clear();
+
+    TextFile file;
+    if (!file.Open(path)) {
+        TOOLKIT_LOG_AT_LINE(SeverityError, c_openFailureLine)
+            << L"Unable to open file : " << path << ILogger::c_strLogToken3;
+        return false;
+    }
+
+    // Eof() already holds on the last line, so each line is parsed before Eof() is asked.
+    KeyMap* section = ParseLine(file.GetFirstLine(), nullptr);
+    while (!file.Eof())
+        section = ParseLine(file.GetNextLine(), section);
+    file.Close();
+    return true;
+}
+
+// Returns the section that the lines after this one belong to; null above the first header.
+IniFile::KeyMap* IniFile::ParseLine(const TString<wchar_t>& line, KeyMap* section)
+{
+    if (line.empty() || line.front() == L';')
+        return section;
+    if (line.front() == L'[' && line.back() == L']')
+        return &m_sections[line.substr(1, line.size() - 2)];
+
+    const std::size_t equals = line.find(L'=');
+    if (equals == std::wstring::npos || !section)
+        return section;
+
+    const wchar_t* const text = line.data();
+    // Of two lines for one key the first counts: emplace() leaves a key that is there alone.
+    section->emplace(TrimmedCopy(text, text + equals),
+                     TrimmedCopy(text + equals + 1, text + line.size()));
+    return section;
+}
+
+bool IniFile::HasSection(const TString<wchar_t>& section) const
+{
+    return m_sections.find(section) != m_sections.end();
+}
+
+bool IniFile::HasValue(const TString<wchar_t>& section, const TString<wchar_t>& key) const
+{
+    const auto found = m_sections.find(section);
+    return found != m_sections.end() && found->second.find(key) != found->second.end();
+}
+
+const TString<wchar_t>& IniFile::GetValue(const TString<wchar_t>& section,
+                                          const TString<wchar_t>& key,
+                                          const TString<wchar_t>& defaultValue) const
+{
+    const auto foundSection = m_sections.find(section);
+    if (foundSection == m_sections.end())
+        return defaultValue;
+    const auto foundKey = foundSection->second.find(key);
+    return foundKey == foundSection->second.end() ? defaultValue : foundKey->second;
+}
+
+unsigned int IniFile::GetUint32(const TString<wchar_t>& section, const TString<wchar_t>& key,
+                                unsigned int defaultValue) const
+{
+    const TString<wchar_t>& value = GetValue(section, key, TString<wchar_t>::Empty());
+    return value.empty() ? defaultValue : value.ToUint32();
+}
+
+int IniFile::GetInt32(const TString<wchar_t>& section, const TString<wchar_t>& key,
+                      int defaultValue) const
+{
+    const TString<wchar_t>& value = GetValue(section, key, TString<wchar_t>::Empty());
+    return value.empty() ? defaultValue : value.ToInt32();
+}
+
+bool IniFile::GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
+                      bool defaultValue) const
+{
+    const TString<wchar_t>& value = GetValue(section, key, TString<wchar_t>::Empty());
+    return value.empty() ? defaultValue : value.ToUint32() == 1;
+}
+
+void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const
+{
+    keys.clear();
+    const auto found = m_sections.find(section);
+    if (found == m_sections.end())
+        return;
+    keys.reserve(found->second.size());
+    for (const auto& entry : found->second)
+        keys.push_back(entry.first);
+}
+
+} // namespace Toolkit

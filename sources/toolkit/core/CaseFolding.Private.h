@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cctype>
+#include <cwctype>
+
+namespace Toolkit::CaseFolding {
+
+/// The C library's `tolower` for a character of either width, in the current locale.
+///
+/// Narrow characters go in as signed values, for which the C library's table reaches down to -128.
+inline char FoldNarrow(char character)
+{
+    return static_cast<char>(std::tolower(static_cast<signed char>(character)));
+}
+
+/// Characters outside `tolower`'s own range are left as they are: calling it there is undefined.
+inline wchar_t FoldNarrow(wchar_t character)
+{
+    if (character < 0 || character > 0xFF)
+        return character;
+    return static_cast<wchar_t>(std::tolower(character));
+}
+
+/// What `compareNoCase` compares.
+inline int FoldForComparison(char character)
+{
+    return std::tolower(static_cast<signed char>(character));
+}
+
+inline int FoldForComparison(wchar_t character)
+{
+    return static_cast<int>(std::towlower(static_cast<std::wint_t>(character)));
+}
+
+} // namespace Toolkit::CaseFolding

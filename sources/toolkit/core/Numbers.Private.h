@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+/// Numbers in text as the standard streams read and write them under the classic locale, whatever
+/// the global C++ locale is: decimal, no grouping.
+namespace Toolkit::Numbers {
+
+/// Reads the number that `text` begins with, after white space. Without one `value` is unchanged; a
+/// number out of range sets the limit of its type, a negative one for an unsigned type wraps around.
+///
+/// Defined for char and wchar_t, and for the types that the library reads.
+template <typename Char, typename Number>
+void Parse(const std::basic_string<Char>& text, Number& value);
+
+/// The text of a number, in characters of its own.
+///
+/// Integers come as plain digits, floating-point numbers with six significant digits in the shorter
+/// of the fixed and the scientific notation.
+template <typename Char> class Text {
+public:
+    explicit Text(long long value);
+    explicit Text(unsigned long long value);
+    explicit Text(double value);
+
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+
+    const Char* Data() const { return m_begin; }
+    std::size_t Length() const { return m_length; }
+    std::basic_string<Char> String() const { return {m_begin, m_length}; }
+
+private:
+    void WriteDigits(unsigned long long magnitude, bool isNegative);
+
+    // Twenty digits, or "-1.23457e-308".
+    static constexpr std::size_t c_capacity = 24;
+
+    Char m_buffer[c_capacity];
+    const Char* m_begin;
+    std::size_t m_length;
+};
+
+} // namespace Toolkit::Numbers

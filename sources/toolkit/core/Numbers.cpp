@@ -1,0 +1,231 @@
+#include "toolkit/core/Numbers.Private.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <locale>
+#include <sstream>
+#include <type_traits>
+
+namespace Toolkit::Numbers {
+namespace {
+
+// White space of the classic locale.
+template <typename Char> constexpr bool IsSpace(Char character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+template <typename Char> constexpr bool IsDigit(Char character)
+{
+    return character >= '0' && character <= '9';
+}
+
+template <typename Char> const Char* SkipSpace(const Char* at, const Char* end)
+{
+    return std::find_if_not(at, end, IsSpace<Char>);
+}
+
+// Reads decimal digits up to `limit`; false when the number is larger.
+template <typename Char>
+bool ReadMagnitude(const Char* at, const Char* end, std::uint64_t limit, std::uint64_t& magnitude)
+{
+    magnitude = 0;
+    for (; at != end && IsDigit(*at); ++at) {
+        const auto digit = static_cast<std::uint64_t>(*at - '0');
+        if (magnitude > (limit - digit) / 10)
+            return false;
+        magnitude = magnitude * 10 + digit;
+    }
+    return true;
+}
+
+template <typename Char, typename Integer>
+void ParseInteger(const Char* at, const Char* end, Integer& value)
+{
+    using Unsigned = std::make_unsigned_t<Integer>;
+    using Limits = std::numeric_limits<Integer>;
+
+    at = SkipSpace(at, end);
+    const bool isNegative = at != end && *at == '-';
+    if (isNegative || (at != end && *at == '+'))
+        ++at;
+    if (at == end || !IsDigit(*at))
+        return;
+
+    constexpr auto max = static_cast<std::uint64_t>(Limits::max());
+    const std::uint64_t limit = std::is_signed_v<Integer> && isNegative ? max + 1 : max;
+    std::uint64_t magnitude = 0;
+    if (!ReadMagnitude(at, end, limit, magnitude))
+        value = std::is_signed_v<Integer> && isNegative ? Limits::min() : Limits::max();
+    else
+        value = static_cast<Integer>(static_cast<Unsigned>(isNegative ? 0 - magnitude : magnitude));
+}
+
+// The characters of a decimal floating-point number, narrowed: what the standard stream collects
+// before it converts. Short numbers, nearly all of them, need no memory of the heap.
+class FloatingPointCharacters {
+public:
+    template <typename Char> FloatingPointCharacters(const Char* at, const Char* end)
+    {
+        at = SkipSpace(at, end);
+        if (at != end && (*at == '-' || *at == '+')) {
+            m_isNegative = *at == '-';
+            ++at;
+        }
+        bool hasPoint = false;
+        bool hasExponent = false;
+        for (; at != end; ++at) {
+            if (IsDigit(*at)) {
+                m_hasDigit = true;
+            } else if (*at == '.' && !hasPoint && !hasExponent) {
+                hasPoint = true;
+            } else if ((*at == 'e' || *at == 'E') && m_hasDigit && !hasExponent) {
+                hasExponent = true;
+                Append('e');
+                if (at + 1 == end || (at[1] != '-' && at[1] != '+'))
+                    continue;
+                ++at;
+            } else {
+                break;
+            }
+            Append(static_cast<char>(*at));
+        }
+    }
+
+    bool HasDigit() const { return m_hasDigit; }
+    bool IsNegative() const { return m_isNegative; }
+    const char* Begin() const { return m_long.empty() ? m_short : m_long.data(); }
+    const char* End() const { return Begin() + (m_long.empty() ? m_length : m_long.size()); }
+
+private:
+    void Append(char character)
+    {
+        if (m_length < sizeof m_short) {
+            m_short[m_length++] = character;
+            return;
+        }
+        if (m_long.empty())
+            m_long.assign(m_short, m_length);
+        m_long.push_back(character);
+    }
+
+    char m_short[48];
+    std::size_t m_length = 0;
+    std::string m_long;
+    bool m_hasDigit = false;
+    bool m_isNegative = false;
+};
+
+// A number too large or too small for the type, by a stream: it knows which limit to give.
+double ParseOutOfRange(const FloatingPointCharacters& characters)
+{
+    std::istringstream stream(std::string(characters.Begin(), characters.End()));
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    stream >> value;
+    return value;
+}
+
+template <typename Char> void ParseDouble(const Char* at, const Char* end, double& value)
+{
+    const FloatingPointCharacters characters(at, end);
+    if (!characters.HasDigit())
+        return;
+
+    double magnitude = 0;
+    const auto [stop, error] = std::from_chars(characters.Begin(), characters.End(), magnitude);
+    // An exponent without digits makes the whole text no number.
+    if (stop != characters.End())
+        return;
+    if (error == std::errc::result_out_of_range)
+        magnitude = ParseOutOfRange(characters);
+    value = characters.IsNegative() ? -magnitude : magnitude;
+}
+
+// "00" to "99": two digits cost one division.
+template <typename Char> struct DigitPairs {
+    constexpr DigitPairs() : digits{}
+    {
+        for (std::size_t i = 0; i < 100; ++i) {
+            digits[2 * i] = static_cast<Char>('0' + i / 10);
+            digits[2 * i + 1] = static_cast<Char>('0' + i % 10);
+        }
+    }
+    Char digits[200];
+};
+
+template <typename Char> constexpr DigitPairs<Char> c_digitPairs;
+
+} // namespace
+
+template <typename Char, typename Number>
+void Parse(const std::basic_string<Char>& text, Number& value)
+{
+    const Char* const begin = text.data();
+    if constexpr (std::is_floating_point_v<Number>)
+        ParseDouble(begin, begin + text.size(), value);
+    else
+        ParseInteger(begin, begin + text.size(), value);
+}
+
+template void Parse(const std::string&, int&);
+template void Parse(const std::string&, unsigned int&);
+template void Parse(const std::string&, long long&);
+template void Parse(const std::string&, unsigned long long&);
+template void Parse(const std::string&, double&);
+template void Parse(const std::wstring&, int&);
+template void Parse(const std::wstring&, unsigned int&);
+template void Parse(const std::wstring&, long long&);
+template void Parse(const std::wstring&, unsigned long long&);
+template void Parse(const std::wstring&, double&);
+
+template <typename Char> Text<Char>::Text(long long value)
+{
+    const auto bits = static_cast<unsigned long long>(value);
+    WriteDigits(value < 0 ? 0 - bits : bits, value < 0);
+}
+
+template <typename Char> Text<Char>::Text(unsigned long long value)
+{
+    WriteDigits(value, false);
+}
+
+template <typename Char> Text<Char>::Text(double value) : m_begin(m_buffer)
+{
+    constexpr int significantDigits = 6;
+    char narrow[c_capacity];
+    const char* const end =
+        std::to_chars(narrow, narrow + c_capacity, value, std::chars_format::general,
+                      significantDigits)
+            .ptr;
+    m_length = static_cast<std::size_t>(end - narrow);
+    std::copy(narrow, narrow + m_length, m_buffer);
+}
+
+// Fills the buffer from its end.
+template <typename Char>
+void Text<Char>::WriteDigits(unsigned long long magnitude, bool isNegative)
+{
+    Char* at = m_buffer + c_capacity;
+    while (magnitude >= 100) {
+        const Char* const pair = c_digitPairs<Char>.digits + 2 * (magnitude % 100);
+        magnitude /= 100;
+        *--at = pair[1];
+        *--at = pair[0];
+    }
+    const Char* const pair = c_digitPairs<Char>.digits + 2 * magnitude;
+    *--at = pair[1];
+    if (magnitude >= 10)
+        *--at = pair[0];
+    if (isNegative)
+        *--at = '-';
+    m_begin = at;
+    m_length = static_cast<std::size_t>(m_buffer + c_capacity - at);
+}
+
+template class Text<char>;
+template class Text<wchar_t>;
+
+} // namespace Toolkit::Numbers

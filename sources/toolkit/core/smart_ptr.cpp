@@ -1,0 +1,7 @@
+#include "toolkit/core/smart_ptr.h"
+
+namespace Toolkit {
+
+IReleaseListener::~IReleaseListener() = default;
+
+} // namespace Toolkit

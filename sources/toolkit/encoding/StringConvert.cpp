@@ -1,0 +1,139 @@
+#include "toolkit/encoding/StringConvert.h"
+
+#include "toolkit/core/Numbers.Private.h"
+
+#include <algorithm>
+
+namespace Toolkit {
+namespace {
+
+// True in every case: a text without a number is not reported.
+template <typename Char, typename Number>
+bool Parse(const TString<Char>& text, Number& value)
+{
+    Numbers::Parse<Char>(text, value);
+    return true;
+}
+
+template <typename Char, typename Number> TString<Char> Format(Number value)
+{
+    return Numbers::Text<Char>(value).String();
+}
+
+} // namespace
+
+bool StringConvert::ToInt32(const TString<char>& text, int& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToInt32(const TString<wchar_t>& text, int& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToUint32(const TString<char>& text, unsigned int& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToUint32(const TString<wchar_t>& text, unsigned int& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToInt64(const TString<char>& text, long long& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToInt64(const TString<wchar_t>& text, long long& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToUint64(const TString<char>& text, unsigned long long& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToUint64(const TString<wchar_t>& text, unsigned long long& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToDouble(const TString<char>& text, double& value)
+{
+    return Parse(text, value);
+}
+
+bool StringConvert::ToDouble(const TString<wchar_t>& text, double& value)
+{
+    return Parse(text, value);
+}
+
+TString<wchar_t> StringConvert::UStringFromInt32(int value)
+{
+    return Format<wchar_t>(static_cast<long long>(value));
+}
+
+TString<wchar_t> StringConvert::UStringFromUint32(unsigned int value)
+{
+    return Format<wchar_t>(static_cast<unsigned long long>(value));
+}
+
+TString<wchar_t> StringConvert::UStringFromInt64(long long value)
+{
+    return Format<wchar_t>(value);
+}
+
+TString<wchar_t> StringConvert::UStringFromUInt64(unsigned long long value)
+{
+    return Format<wchar_t>(value);
+}
+
+TString<wchar_t> StringConvert::UStringFromDouble(double value)
+{
+    return Format<wchar_t>(value);
+}
+
+TString<char> StringConvert::StringFromInt32(int value)
+{
+    return Format<char>(static_cast<long long>(value));
+}
+
+TString<char> StringConvert::StringFromUint32(unsigned int value)
+{
+    return Format<char>(static_cast<unsigned long long>(value));
+}
+
+TString<char> StringConvert::StringFromInt64(long long value)
+{
+    return Format<char>(value);
+}
+
+TString<char> StringConvert::StringFromUInt64(unsigned long long value)
+{
+    return Format<char>(value);
+}
+
+TString<char> StringConvert::StringFromDouble(double value)
+{
+    return Format<char>(value);
+}
+
+TString<wchar_t> StringConvert::GetCharactersFromRight(const TString<wchar_t>& text,
+                                                       unsigned int count)
+{
+    std::wstring collected;
+    for (auto at = text.rbegin(); at != text.rend() && count > 0; ++at) {
+        if (*at == L' ')
+            continue;
+        collected.push_back(*at);
+        --count;
+    }
+    std::reverse(collected.begin(), collected.end());
+    return collected.c_str();
+}
+
+} // namespace Toolkit

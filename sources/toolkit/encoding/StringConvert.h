@@ -1,0 +1,49 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+namespace Toolkit {
+
+/// Text to numbers and back, in the form of the standard streams under the classic locale: decimal,
+/// a point for fractions, no grouping, whatever the global C++ locale is.
+///
+/// Any thread may call the operations; nothing is thrown or logged.
+class TOOLKIT_API StringConvert {
+public:
+    /// Each reads the number that `text` begins with, after white space, into `value`, and returns
+    /// true in every case.
+    ///
+    /// A text without a number leaves `value` unchanged; " -12x" gives -12. A number out of range
+    /// gives the limit of the type on its side; a negative one for an unsigned type wraps around.
+    static bool ToInt32(const TString<char>& text, int& value);
+    static bool ToInt32(const TString<wchar_t>& text, int& value);
+    static bool ToUint32(const TString<char>& text, unsigned int& value);
+    static bool ToUint32(const TString<wchar_t>& text, unsigned int& value);
+    static bool ToInt64(const TString<char>& text, long long& value);
+    static bool ToInt64(const TString<wchar_t>& text, long long& value);
+    static bool ToUint64(const TString<char>& text, unsigned long long& value);
+    static bool ToUint64(const TString<wchar_t>& text, unsigned long long& value);
+    static bool ToDouble(const TString<char>& text, double& value);
+    static bool ToDouble(const TString<wchar_t>& text, double& value);
+
+    /// Each gives the decimal digits of `value`, without padding. A double has six significant
+    /// digits in the shorter of fixed and scientific notation: "0.5", "1.23457e+06".
+    static TString<wchar_t> UStringFromInt32(int value);
+    static TString<wchar_t> UStringFromUint32(unsigned int value);
+    static TString<wchar_t> UStringFromInt64(long long value);
+    static TString<wchar_t> UStringFromUInt64(unsigned long long value);
+    static TString<wchar_t> UStringFromDouble(double value);
+    static TString<char> StringFromInt32(int value);
+    static TString<char> StringFromUint32(unsigned int value);
+    static TString<char> StringFromInt64(long long value);
+    static TString<char> StringFromUInt64(unsigned long long value);
+    static TString<char> StringFromDouble(double value);
+
+    /// The last `count` characters of `text` that are not U+0020, in their order, up to the first
+    /// null character among them: "12 34 56" and 4 give "3456".
+    static TString<wchar_t> GetCharactersFromRight(const TString<wchar_t>& text,
+                                                   unsigned int count);
+};
+
+} // namespace Toolkit

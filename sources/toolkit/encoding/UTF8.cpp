@@ -1,0 +1,47 @@
+#include "toolkit/encoding/UTF8.h"
+
+#include "toolkit/encoding/Utf8Codec.Private.h"
+
+#include <cstdint>
+#include <cwchar>
+
+namespace Toolkit {
+namespace {
+
+// How many bytes the UTF-8 form has; 0 when there is none.
+std::size_t EncodedLength(const wchar_t* text)
+{
+    std::size_t length = 0;
+    for (; *text != L'\0'; ++text) {
+        const auto character = static_cast<std::uint32_t>(*text);
+        if (character > 0x10FFFF)
+            return 0;
+        length += 1u + (character >= 0x80) + (character >= 0x800) + (character >= 0x10000);
+    }
+    return length;
+}
+
+} // namespace
+
+TString<char> UTF8::ToUTF8(const TString<wchar_t>& text)
+{
+    TString<char> bytes;
+    const std::size_t length = std::wcslen(text.c_str());
+    bytes.reserve(length);
+    Utf8Codec::AppendEncoded(bytes, text.c_str(), length);
+    return bytes;
+}
+
+TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
+{
+    TString<wchar_t> characters;
+    Utf8Codec::AppendDecoded(characters, text.c_str(), std::char_traits<char>::length(text.c_str()));
+    return characters;
+}
+
+bool UTF8::HasToBeUTF8(const TString<wchar_t>& text)
+{
+    return EncodedLength(text.c_str()) > text.size();
+}
+
+} // namespace Toolkit

@@ -1,0 +1,179 @@
+#include "toolkit/files/FFile.h"
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/files/FileDescriptor.Private.h"
+
+#include <wx/ffile.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+// The flags of open(2) for a mode text of fopen(3); nothing for a text that is none.
+std::optional<int> FlagsOfMode(const std::string& mode)
+{
+    const bool updates = mode.find('+') != std::string::npos;
+    const int exclusive = mode.find('x') != std::string::npos ? O_EXCL : 0;
+    switch (mode.empty() ? '\0' : mode.front()) {
+    case 'r':
+        return updates ? O_RDWR : O_RDONLY;
+    case 'w':
+        return (updates ? O_RDWR : O_WRONLY) | O_CREAT | O_TRUNC | exclusive;
+    case 'a':
+        return (updates ? O_RDWR : O_WRONLY) | O_CREAT | O_APPEND | exclusive;
+    default:
+        return std::nullopt;
+    }
+}
+
+// Whether a file that was found in a public directory can be trusted to be this user's own.
+bool IsOwnFile(const FileDescriptor& file)
+{
+    struct stat status {};
+    return ::fstat(file.Get(), &status) == 0 && status.st_uid == ::geteuid() &&
+           status.st_nlink == 1;
+}
+
+// Hands `descriptor` over to `file`. The framework only holds the stream: its own operations print
+// a message for every failure.
+bool Attach(wxFFile& file, FileDescriptor descriptor, const std::string& mode)
+{
+    if (!descriptor.IsOpen())
+        return false;
+    std::FILE* const stream = ::fdopen(descriptor.Get(), mode.c_str());
+    if (!stream)
+        return false;
+    descriptor.Release();
+    file.Attach(stream);
+    return true;
+}
+
+} // namespace
+
+FFile::FFile() : m_file(std::make_unique<wxFFile>())
+{
+}
+
+FFile::~FFile()
+{
+    Close();
+}
+
+bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
+{
+    Close();
+    const TString<char> modeText = UTF8::ToUTF8(mode);
+    const std::optional<int> flags = FlagsOfMode(modeText);
+    return flags &&
+           Attach(*m_file, FileDescriptor::OpenRegular(UTF8::ToUTF8(name), *flags), modeText);
+}
+
+bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mode)
+{
+    constexpr mode_t ownerOnly = 0600;
+
+    Close();
+    // Nothing is truncated before it has been looked at.
+    FileDescriptor file = FileDescriptor::OpenRegular(UTF8::ToUTF8(name),
+                                                      O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
+    if (!file.IsOpen() || !IsOwnFile(file) || ::fchmod(file.Get(), ownerOnly) != 0 ||
+        ::ftruncate(file.Get(), 0) != 0)
+        return false;
+    if (!Attach(*m_file, std::move(file), UTF8::ToUTF8(mode)))
+        return false;
+    // Each write reaches the system as it was made: a buffer would cut it at its own size.
+    return std::setvbuf(m_file->fp(), nullptr, _IONBF, 0) == 0;
+}
+
+bool FFile::IsOpened() const
+{
+    return m_file->IsOpened();
+}
+
+bool FFile::Read(void* buffer, unsigned int count)
+{
+    return IsOpened() && buffer && std::fread(buffer, 1, count, m_file->fp()) > 0;
+}
+
+void FFile::Write(const TString<wchar_t>& text)
+{
+    std::string bytes;
+    if (Utf8Codec::AppendEncoded(bytes, text.data(), text.size()))
+        WriteBytes(bytes.data(), bytes.size());
+}
+
+bool FFile::WriteBytes(const char* bytes, std::size_t length)
+{
+    return IsOpened() && std::fwrite(bytes, 1, length, m_file->fp()) == length;
+}
+
+bool FFile::Flush()
+{
+    return IsOpened() && std::fflush(m_file->fp()) == 0;
+}
+
+bool FFile::Close()
+{
+    if (!IsOpened())
+        return false;
+    // The stream is gone even when fclose() fails, so the framework must not close it again.
+    std::FILE* const stream = m_file->fp();
+    m_file->Detach();
+    return std::fclose(stream) == 0;
+}
+
+unsigned int FFile::GetLength() const
+{
+    if (!IsOpened())
+        return 0;
+    // What is still buffered counts: moving to the end and back writes it.
+    std::FILE* const stream = m_file->fp();
+    const off_t position = ::ftello(stream);
+    if (position < 0 || ::fseeko(stream, 0, SEEK_END) != 0)
+        return 0;
+    const off_t length = ::ftello(stream);
+    ::fseeko(stream, position, SEEK_SET);
+    return length < 0 ? 0 : static_cast<unsigned int>(static_cast<std::uint64_t>(length));
+}
+
+bool FFile::IsEOF() const
+{
+    return !IsOpened() || std::feof(m_file->fp()) != 0;
+}
+
+long long FFile::GetOffset() const
+{
+    return IsOpened() ? ::ftello(m_file->fp()) : -1;
+}
+
+bool FFile::Seek(long long offset, bool start)
+{
+    return SeekTo(offset, start ? SEEK_SET : SEEK_CUR);
+}
+
+bool FFile::SeekEnd(long long offset)
+{
+    return SeekTo(offset, SEEK_END);
+}
+
+bool FFile::SeekTo(long long offset, int origin)
+{
+    return IsOpened() && ::fseeko(m_file->fp(), offset, origin) == 0;
+}
+
+bool FFile::Exists(const TString<wchar_t>& name)
+{
+    struct stat status {};
+    return ::stat(UTF8::ToUTF8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+} // namespace Toolkit

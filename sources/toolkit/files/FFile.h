@@ -1,0 +1,78 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+#include <cstddef>
+#include <memory>
+
+class wxFFile;
+
+namespace Toolkit {
+
+/// A buffered file, opened with the mode texts of the C library.
+///
+/// Names are passed to the system in UTF-8, whatever the locale. One object is used by one thread at
+/// a time; a file still open is closed with its object. Failures show in the results alone: nothing
+/// is thrown or logged.
+class TOOLKIT_API FFile {
+public:
+    FFile();
+    ~FFile();
+
+    /// Opens `name` with `mode`, such as "rb" or "a+", after closing what was open. False when it
+    /// cannot be opened or is no regular file. Programs that are started do not inherit the file.
+    bool Open(const TString<wchar_t>& name, const TString<wchar_t>& mode);
+
+    bool IsOpened() const;
+
+    /// Reads up to `count` bytes into `buffer`; true when at least one byte came. How many is not
+    /// told: compare GetOffset() before and after.
+    bool Read(void* buffer, unsigned int count);
+
+    /// Writes `text` as UTF-8, without telling the outcome. A text that has no UTF-8 form, since it
+    /// holds a value above U+10FFFF, is not written.
+    void Write(const TString<wchar_t>& text);
+
+    bool Flush();
+
+    /// False when no file is open or when what was still buffered could not be written; the file is
+    /// closed in either case.
+    bool Close();
+
+    /// The low 32 bits of the length in bytes: a file of 4 GiB and 5 bytes answers 5. 0 when no file
+    /// is open.
+    unsigned int GetLength() const;
+
+    /// Whether a read met the end of the file; true when no file is open.
+    bool IsEOF() const;
+
+    /// The position in bytes; -1 when no file is open.
+    long long GetOffset() const;
+
+    /// Moves to `offset` bytes from the beginning with `start`, from the current position without.
+    bool Seek(long long offset, bool start);
+
+    /// Moves to `offset` bytes from the end: 0 is the end, negative values stand before it.
+    bool SeekEnd(long long offset);
+
+    /// Whether a regular file of that name exists.
+    static bool Exists(const TString<wchar_t>& name);
+
+private:
+    friend class FileLogger;
+
+    // Opens a file in a directory that others write to, for writing: only a regular file of this
+    // user under a single name, never through a symbolic link; nobody else may read it. What is
+    // written is not buffered.
+    bool OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mode);
+
+    // Writes bytes as they are.
+    bool WriteBytes(const char* bytes, std::size_t length);
+
+    bool SeekTo(long long offset, int origin);
+
+    std::unique_ptr<wxFFile> m_file;
+};
+
+} // namespace Toolkit

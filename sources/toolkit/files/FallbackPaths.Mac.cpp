@@ -1,0 +1,69 @@
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/FallbackPaths.Private.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/files/UserAccount.Private.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include <mach-o/dyld.h>
+
+namespace Toolkit::FallbackPaths {
+namespace {
+
+TString<wchar_t> ApplicationName()
+{
+    TString<wchar_t> volume;
+    TString<wchar_t> path;
+    TString<wchar_t> name;
+    TString<wchar_t> extension;
+    PathManager::SplitPath(ExecutablePath(), volume, path, name, extension);
+    return name;
+}
+
+// The "Contents" directory of the application bundle, in which the executable has its "MacOS".
+TString<wchar_t> BundleContents()
+{
+    const TString<wchar_t> path = ExecutablePath();
+    const std::size_t folder = path.rfind(L"/MacOS/");
+    return folder == std::wstring::npos ? TString<wchar_t>(L".")
+                                        : TString<wchar_t>(path.substr(0, folder));
+}
+
+} // namespace
+
+TString<wchar_t> ExecutablePath()
+{
+    std::uint32_t size = 0;
+    _NSGetExecutablePath(nullptr, &size);
+    std::string path(size, '\0');
+    if (_NSGetExecutablePath(path.data(), &size) != 0)
+        return {};
+    const std::unique_ptr<char, decltype(&std::free)> resolved(
+        ::realpath(path.c_str(), nullptr), &std::free);
+    return UTF8::ToUNICODE(resolved ? resolved.get() : path.c_str());
+}
+
+TString<wchar_t> DataDirectory()
+{
+    return BundleContents() + L"/SharedSupport";
+}
+
+TString<wchar_t> ResourcesDirectory()
+{
+    return BundleContents() + L"/Resources";
+}
+
+TString<wchar_t> UserLocalDataDirectory()
+{
+    return UserAccount::HomeDirectory() + L"/Library/Application Support/" + ApplicationName();
+}
+
+TString<wchar_t> DocumentsDirectory()
+{
+    return UserAccount::HomeDirectory() + L"/Documents";
+}
+
+} // namespace Toolkit::FallbackPaths

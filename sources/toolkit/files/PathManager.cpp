@@ -1,0 +1,196 @@
+#include "toolkit/files/PathManager.h"
+
+#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/FFile.h"
+#include "toolkit/files/StandardPaths.Private.h"
+#include "toolkit/files/UserAccount.Private.h"
+
+#include <wx/filename.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace Toolkit {
+namespace {
+
+TString<wchar_t> ToText(const wxString& text)
+{
+    return std::wstring(text.wx_str(), text.length());
+}
+
+void CreateDirectories(const TString<wchar_t>& path)
+{
+    std::error_code ignored;
+    std::filesystem::create_directories(std::string(UTF8::ToUTF8(path)), ignored);
+}
+
+TString<wchar_t> NativeSeparator()
+{
+    return static_cast<wchar_t>(wxFileName::GetPathSeparator());
+}
+
+TString<wchar_t> WorkingDirectory()
+{
+    std::error_code error;
+    const std::filesystem::path directory = std::filesystem::current_path(error);
+    return UTF8::ToUNICODE(directory.native());
+}
+
+} // namespace
+
+smart_ptr<PathManager>* PathManager::s_pInstance = nullptr;
+
+PathManager::PathManager() : m_pathSeparator(NativeSeparator())
+{
+    LocateApplication();
+    m_documentsPath = StandardPaths::DocumentsDirectory();
+    m_configurationPath = Join(GetDataDir(), c_strConfigurationFolderName);
+    const TString<wchar_t> resources = StandardPaths::ResourcesDirectory();
+    m_ressourcesPath = Join(resources, c_strRessourcesFolderName);
+    m_applicationDataPath = Join(GetUserLocalDataDir(), m_applicationName);
+    m_appearancesPath = Join(resources, c_strAppearancesFolderName);
+    RebuildDependentPathes();
+    CreateDirectories(m_applicationDataPath);
+    m_applicationUniqueName = MakeUniqueName();
+}
+
+PathManager::~PathManager() = default;
+
+void PathManager::LocateApplication()
+{
+    const TString<wchar_t> executable = StandardPaths::ExecutablePath();
+    const std::size_t separator = executable.rfind(m_pathSeparator);
+    if (separator == std::wstring::npos) {
+        m_applicationPath = WorkingDirectory();
+        return;
+    }
+    m_applicationPath = executable.substr(0, separator);
+    m_applicationName = executable.substr(separator + 1);
+    const std::size_t point = m_applicationName.rfind(L'.');
+    if (point != std::wstring::npos)
+        m_applicationName.erase(point);
+}
+
+// Plain concatenation: a directory that ends in a separator gets a second one.
+TString<wchar_t> PathManager::Join(const TString<wchar_t>& directory,
+                                   const TString<wchar_t>& name) const
+{
+    return directory + m_pathSeparator + name;
+}
+
+TString<wchar_t> PathManager::MakeUniqueName() const
+{
+    TString<wchar_t> name = m_applicationPath;
+    name.Replace(m_pathSeparator, TString<wchar_t>::Empty());
+    name.Replace(L":", TString<wchar_t>::Empty());
+    name += m_applicationName + UserAccount::LoginName();
+    return name.ToLower();
+}
+
+TString<wchar_t> PathManager::GetDataDir() const
+{
+    return StandardPaths::DataDirectory();
+}
+
+TString<wchar_t> PathManager::GetUserLocalDataDir() const
+{
+    return StandardPaths::UserLocalDataDirectory();
+}
+
+TString<wchar_t> PathManager::GetTempDir() const
+{
+    return L"/tmp";
+}
+
+void PathManager::SetApplicationRessourcesPath(const TString<wchar_t>& path)
+{
+    m_ressourcesPath = path;
+    RebuildDependentPathes();
+}
+
+void PathManager::SetApplicationDataPath(const TString<wchar_t>& path)
+{
+    m_applicationDataPath = path;
+    CreateDirectories(path);
+}
+
+void PathManager::SetMassStorageDataPath(const TString<wchar_t>& path)
+{
+    m_massStorageDataPath = path;
+}
+
+void PathManager::RebuildDependentPathes()
+{
+    m_pluginsPath = Join(m_ressourcesPath, c_strPluginsFolderName);
+}
+
+void PathManager::AppendPath(TString<wchar_t>& path, const TString<wchar_t>& part)
+{
+    AppendPath(path, path, part);
+}
+
+void PathManager::AppendPath(TString<wchar_t>& result, const TString<wchar_t>& base,
+                             const TString<wchar_t>& part)
+{
+    const smart_ptr<PathManager> manager = GetInstance();
+    const TString<wchar_t> separator =
+        manager.IsValid() ? manager->GetPathSeparator() : NativeSeparator();
+    if (base.empty())
+        result = part;
+    else if (base.back() == separator.front())
+        result = base + part;
+    else
+        result = base + separator + part;
+}
+
+void PathManager::SplitPath(const TString<wchar_t>& fullPath, TString<wchar_t>& volume,
+                            TString<wchar_t>& path, TString<wchar_t>& name,
+                            TString<wchar_t>& extension)
+{
+    // On systems without volumes the framework leaves that output alone.
+    wxString splitVolume;
+    wxString splitPath;
+    wxString splitName;
+    wxString splitExtension;
+    wxFileName::SplitPath(wxString(fullPath.data(), fullPath.size()), &splitVolume, &splitPath,
+                          &splitName, &splitExtension);
+    volume = ToText(splitVolume);
+    path = ToText(splitPath);
+    name = ToText(splitName);
+    extension = ToText(splitExtension);
+}
+
+bool PathManager::Exists(const TString<wchar_t>& path)
+{
+    return DirExists(path) || FileExists(path);
+}
+
+bool PathManager::FileExists(const TString<wchar_t>& path)
+{
+    return FFile::Exists(path);
+}
+
+bool PathManager::DirExists(const TString<wchar_t>& path)
+{
+    std::error_code ignored;
+    return std::filesystem::is_directory(std::string(UTF8::ToUTF8(path)), ignored);
+}
+
+void PathManager::CreateInstance()
+{
+    Singleton::Create(s_pInstance, [] { return new PathManager(); });
+}
+
+smart_ptr<PathManager> PathManager::GetInstance()
+{
+    return Singleton::Get(s_pInstance);
+}
+
+void PathManager::ReleaseInstance()
+{
+    Singleton::Release(s_pInstance);
+}
+
+} // namespace Toolkit

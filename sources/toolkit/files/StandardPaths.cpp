@@ -1,0 +1,61 @@
+#include "toolkit/files/StandardPaths.Private.h"
+
+#include "toolkit/files/FallbackPaths.Private.h"
+#include "toolkit/files/UserAccount.Private.h"
+
+#include <wx/app.h>
+#include <wx/filename.h>
+#include <wx/stdpaths.h>
+
+namespace Toolkit::StandardPaths {
+namespace {
+
+TString<wchar_t> ToText(const wxString& text)
+{
+    return std::wstring(text.wx_str(), text.length());
+}
+
+// Without an application object the framework's queries crash. With one they decode names in the C
+// locale's encoding, which in a host that never called setlocale() loses all but ASCII.
+bool FrameworkCanTell()
+{
+    return wxAppConsole::GetInstance() &&
+           ToText(wxStandardPaths::Get().GetExecutablePath()) == FallbackPaths::ExecutablePath() &&
+           ToText(wxFileName::GetHomeDir()) == UserAccount::HomeDirectory();
+}
+
+} // namespace
+
+TString<wchar_t> ExecutablePath()
+{
+    const TString<wchar_t> path = FallbackPaths::ExecutablePath();
+    return path.empty() && wxAppConsole::GetInstance()
+               ? ToText(wxStandardPaths::Get().GetExecutablePath())
+               : path;
+}
+
+TString<wchar_t> DataDirectory()
+{
+    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetDataDir())
+                              : FallbackPaths::DataDirectory();
+}
+
+TString<wchar_t> ResourcesDirectory()
+{
+    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetResourcesDir())
+                              : FallbackPaths::ResourcesDirectory();
+}
+
+TString<wchar_t> UserLocalDataDirectory()
+{
+    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetUserLocalDataDir())
+                              : FallbackPaths::UserLocalDataDirectory();
+}
+
+TString<wchar_t> DocumentsDirectory()
+{
+    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetDocumentsDir())
+                              : FallbackPaths::DocumentsDirectory();
+}
+
+} // namespace Toolkit::StandardPaths

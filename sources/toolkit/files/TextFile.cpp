@@ -1,0 +1,75 @@
+#include "toolkit/files/TextFile.h"
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/TextFileLines.Private.h"
+
+#include <exception>
+
+namespace Toolkit {
+namespace {
+
+TString<wchar_t> CopyLine(const wxString& line)
+{
+    return std::wstring(line.wx_str(), line.length());
+}
+
+} // namespace
+
+TextFile::TextFile() : m_lines(std::make_unique<TextFileLines>())
+{
+}
+
+TextFile::~TextFile() = default;
+
+bool TextFile::Open(const TString<wchar_t>& name)
+{
+    try {
+        return m_lines->Load(UTF8::ToUTF8(name));
+    } catch (const std::exception&) {
+        // A file that does not fit into memory is one that cannot be read.
+        m_lines->Unload();
+        return false;
+    }
+}
+
+bool TextFile::Close()
+{
+    m_lines->Unload();
+    return true;
+}
+
+bool TextFile::Write()
+{
+    try {
+        return m_lines->Save();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+TString<wchar_t> TextFile::GetFirstLine()
+{
+    return m_lines->GetLineCount() == 0 ? TString<wchar_t>() : CopyLine(m_lines->GetFirstLine());
+}
+
+TString<wchar_t> TextFile::GetNextLine()
+{
+    return Eof() ? TString<wchar_t>() : CopyLine(m_lines->GetNextLine());
+}
+
+bool TextFile::Eof() const
+{
+    return m_lines->GetCurrentLine() + 1 >= m_lines->GetLineCount();
+}
+
+void TextFile::Clear()
+{
+    m_lines->Clear();
+}
+
+void TextFile::AddLine(const TString<wchar_t>& line)
+{
+    m_lines->AddLine(wxString(line.data(), line.size()));
+}
+
+} // namespace Toolkit

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+#include <memory>
+
+namespace Toolkit {
+
+class TextFileLines;
+
+/// A whole text file as a list of lines.
+///
+///     TextFile file;
+///     if (file.Open(L"notes.txt")) {
+///         Use(file.GetFirstLine());
+///         while (!file.Eof())
+///             Use(file.GetNextLine());
+///     }
+///
+/// Lines end at a line feed, a carriage return or both, and each keeps its own kind of end. One
+/// object is used by one thread at a time. Failures show in the results alone: nothing is thrown or
+/// logged.
+class TOOLKIT_API TextFile {
+public:
+    TextFile();
+    ~TextFile();
+
+    /// Reads the file `name` in place of what was there; false when it is no regular file or cannot
+    /// be read or decoded, and the list is empty then.
+    ///
+    /// A byte-order mark of UTF-8, UTF-16 or UTF-32 counts and is dropped; without one the file is
+    /// UTF-8, and ISO 8859-1 when it holds anything that is not valid UTF-8.
+    bool Open(const TString<wchar_t>& name);
+
+    /// Empties the list; the file is not touched. True in every case.
+    bool Close();
+
+    /// Writes all lines back to the file that was opened, in UTF-8 and with their line ends. False
+    /// when no file is open or anything cannot be written; the file is as it was then.
+    bool Write();
+
+    /// The first line, where the cursor goes; empty when there is none.
+    TString<wchar_t> GetFirstLine();
+
+    /// The line behind the cursor, which moves there; empty, with the cursor where it is, when the
+    /// cursor stands on the last line.
+    TString<wchar_t> GetNextLine();
+
+    /// Whether the list is empty or the cursor stands on the last line. So a loop handles the first
+    /// line before it asks.
+    bool Eof() const;
+
+    void Clear();
+
+    /// Appends a line that ends in a line feed.
+    void AddLine(const TString<wchar_t>& line);
+
+private:
+    std::unique_ptr<TextFileLines> m_lines;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+
+#include <wx/textfile.h>
+
+#include <string>
+
+namespace Toolkit {
+
+/// The framework's list of lines, with files read and written by the library itself: the framework
+/// prints a message for every failure, takes overlong forms for UTF-8, and leaves half a file behind
+/// when the disk is full.
+class TextFileLines : public wxTextFile {
+public:
+    /// Replaces the lines by those of the file `path`; false, without lines, when it cannot be read.
+    bool Load(const std::string& path);
+
+    /// Replaces the file that was loaded; false, with the file as it was, when that fails.
+    bool Save() const;
+
+    /// Forgets the file and the lines.
+    void Unload();
+
+private:
+    bool ReadBytes(const std::string& bytes);
+    bool AddUtf8Lines(const char* begin, const char* end);
+    template <typename Char, typename Decode>
+    bool AddLines(const Char* begin, const Char* end, Decode decode);
+    bool EncodeLines(std::string& bytes) const;
+
+    std::string m_path; // empty while no file is loaded
+};
+
+} // namespace Toolkit

@@ -1,0 +1,203 @@
+#include "toolkit/files/TextFileLines.Private.h"
+
+#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/files/FileDescriptor.Private.h"
+#include "toolkit/files/FileReplacement.Private.h"
+
+#include <wx/strconv.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+using namespace std::string_view_literals;
+
+enum class Encoding { Utf8, Utf16BigEndian, Utf16LittleEndian, Utf32BigEndian, Utf32LittleEndian };
+
+struct ByteOrderMark {
+    std::string_view bytes;
+    Encoding encoding;
+};
+
+// The Unicode Standard, section 23.8. The mark of UTF-32 begins with that of UTF-16 and stands
+// before it.
+constexpr std::array<ByteOrderMark, 5> c_byteOrderMarks{{
+    {"\xEF\xBB\xBF"sv, Encoding::Utf8},
+    {"\x00\x00\xFE\xFF"sv, Encoding::Utf32BigEndian},
+    {"\xFF\xFE\x00\x00"sv, Encoding::Utf32LittleEndian},
+    {"\xFE\xFF"sv, Encoding::Utf16BigEndian},
+    {"\xFF\xFE"sv, Encoding::Utf16LittleEndian},
+}};
+
+ByteOrderMark FindByteOrderMark(std::string_view text)
+{
+    for (const ByteOrderMark& mark : c_byteOrderMarks) {
+        if (text.substr(0, mark.bytes.size()) == mark.bytes)
+            return mark;
+    }
+    return {{}, Encoding::Utf8};
+}
+
+// Decodes UTF-16 and UTF-32; false when the bytes are not valid.
+bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
+{
+    const wxMBConvUTF16BE utf16BigEndian;
+    const wxMBConvUTF16LE utf16LittleEndian;
+    const wxMBConvUTF32BE utf32BigEndian;
+    const wxMBConvUTF32LE utf32LittleEndian;
+    const wxMBConv& converter = encoding == Encoding::Utf16BigEndian      ? utf16BigEndian
+                                : encoding == Encoding::Utf16LittleEndian ? utf16LittleEndian
+                                : encoding == Encoding::Utf32BigEndian
+                                    ? static_cast<const wxMBConv&>(utf32BigEndian)
+                                    : utf32LittleEndian;
+    if (bytes.empty())
+        return true;
+    const std::size_t length = converter.ToWChar(nullptr, 0, bytes.data(), bytes.size());
+    if (length == wxCONV_FAILED)
+        return false;
+    text.resize(length);
+    return converter.ToWChar(text.data(), length, bytes.data(), bytes.size()) != wxCONV_FAILED;
+}
+
+bool ReadWholeFile(const std::string& path, std::string& bytes)
+{
+    constexpr std::size_t blockSize = 64 * 1024;
+
+    const FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDONLY);
+    struct stat status {};
+    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
+        return false;
+    std::size_t length = 0;
+    while (true) {
+        // One block more than the file is long, so that its end is met without growing again.
+        bytes.resize(std::max(static_cast<std::size_t>(status.st_size), length) + blockSize);
+        const ssize_t count = ::read(file.Get(), bytes.data() + length, bytes.size() - length);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return false;
+        length += static_cast<std::size_t>(count);
+        if (count == 0)
+            break;
+    }
+    bytes.resize(length);
+    return true;
+}
+
+} // namespace
+
+bool TextFileLines::Load(const std::string& path)
+{
+    Unload();
+    std::string bytes;
+    if (!ReadWholeFile(path, bytes) || !ReadBytes(bytes)) {
+        Clear();
+        return false;
+    }
+    m_path = path;
+    return true;
+}
+
+void TextFileLines::Unload()
+{
+    Clear();
+    m_path.clear();
+}
+
+bool TextFileLines::ReadBytes(const std::string& bytes)
+{
+    const ByteOrderMark mark = FindByteOrderMark(bytes);
+    const char* const begin = bytes.data() + mark.bytes.size();
+    const char* const end = bytes.data() + bytes.size();
+    if (mark.encoding != Encoding::Utf8) {
+        std::wstring text;
+        const auto copy = [](wxString& line, const wchar_t* from, std::size_t length) {
+            line.assign(from, length);
+            return true;
+        };
+        return DecodeWide(mark.encoding, {begin, static_cast<std::size_t>(end - begin)}, text) &&
+               AddLines(text.data(), text.data() + text.size(), copy);
+    }
+    if (AddUtf8Lines(begin, end))
+        return true;
+    Clear();
+    const auto widen = [](wxString& line, const char* from, std::size_t length) {
+        const auto* const units = reinterpret_cast<const unsigned char*>(from);
+        line = wxString(std::wstring(units, units + length));
+        return true;
+    };
+    return AddLines(begin, end, widen);
+}
+
+bool TextFileLines::AddUtf8Lines(const char* begin, const char* end)
+{
+    std::wstring decoded;
+    return AddLines(begin, end, [&decoded](wxString& line, const char* from, std::size_t length) {
+        decoded.clear();
+        if (!Utf8Codec::AppendDecoded(decoded, from, length))
+            return false;
+        line.assign(decoded.data(), decoded.size());
+        return true;
+    });
+}
+
+// Splits at line ends and lets `decode` fill each line in its place in the list; false when it
+// cannot.
+template <typename Char, typename Decode>
+bool TextFileLines::AddLines(const Char* begin, const Char* end, Decode decode)
+{
+    const auto isLineEnd = [](Char character) { return character == '\n' || character == '\r'; };
+    while (begin != end) {
+        const Char* const lineEnd = std::find_if(begin, end, isLineEnd);
+        const Char* next = lineEnd;
+        wxTextFileType type = wxTextFileType_None;
+        if (lineEnd != end) {
+            ++next;
+            type = *lineEnd == '\n' ? wxTextFileType_Unix : wxTextFileType_Mac;
+            if (*lineEnd == '\r' && next != end && *next == '\n') {
+                ++next;
+                type = wxTextFileType_Dos;
+            }
+        }
+        AddLine(wxString(), type);
+        if (!decode(GetLine(GetLineCount() - 1), begin, static_cast<std::size_t>(lineEnd - begin)))
+            return false;
+        begin = next;
+    }
+    return true;
+}
+
+bool TextFileLines::Save() const
+{
+    std::string bytes;
+    if (m_path.empty() || !EncodeLines(bytes))
+        return false;
+    FileReplacement replacement(m_path);
+    return replacement.Write(bytes.data(), bytes.size()) && replacement.Commit();
+}
+
+bool TextFileLines::EncodeLines(std::string& bytes) const
+{
+    for (std::size_t i = 0; i < GetLineCount(); ++i) {
+        const wxString& line = GetLine(i);
+        if (!Utf8Codec::AppendEncoded(bytes, line.wx_str(), line.length()))
+            return false;
+        // A line that was the last of its file had no end; it needs one when others follow.
+        const bool isLast = i + 1 == GetLineCount();
+        const wxTextFileType type = GetLineType(i);
+        const wxChar* const lineEnd =
+            GetEOL(type == wxTextFileType_None && !isLast ? typeDefault : type);
+        bytes.append(lineEnd, lineEnd + std::char_traits<wxChar>::length(lineEnd));
+    }
+    return true;
+}
+
+} // namespace Toolkit

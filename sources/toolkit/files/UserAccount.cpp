@@ -1,0 +1,47 @@
+#include "toolkit/files/UserAccount.Private.h"
+
+#include "toolkit/encoding/UTF8.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace Toolkit::UserAccount {
+namespace {
+
+// One text of this user's entry in the user database.
+std::string ReadEntry(char* passwd::*field)
+{
+    constexpr std::size_t firstSize = 1024;
+    constexpr std::size_t lastSize = 1024 * 1024;
+
+    std::vector<char> buffer(firstSize);
+    passwd entry{};
+    passwd* found = nullptr;
+    while (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
+           buffer.size() < lastSize)
+        buffer.resize(buffer.size() * 2);
+    return found && found->*field ? found->*field : std::string();
+}
+
+} // namespace
+
+TString<wchar_t> LoginName()
+{
+    return UTF8::ToUNICODE(ReadEntry(&passwd::pw_name));
+}
+
+TString<wchar_t> HomeDirectory()
+{
+    const char* const home = std::getenv("HOME");
+    TString<wchar_t> directory = UTF8::ToUNICODE(home);
+    if (directory.empty())
+        directory = UTF8::ToUNICODE(ReadEntry(&passwd::pw_dir));
+    return directory;
+}
+
+} // namespace Toolkit::UserAccount

@@ -1,0 +1,134 @@
+#include "toolkit/logging/FileLogger.h"
+
+#include "toolkit/encoding/StringConvert.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/files/FFile.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/system/TickCount.h"
+
+#include <string>
+#include <utility>
+
+namespace Toolkit {
+namespace {
+
+constexpr unsigned int c_dataWaitMs = 500;
+constexpr unsigned int c_openRetryMs = 10;
+
+// How much text is written and flushed at once. A block ends with a piece, so that a process that
+// is killed leaves whole pieces.
+constexpr std::size_t c_blockSize = 64 * 1024;
+
+} // namespace
+
+FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
+                       unsigned int sizeLimitBytes)
+    : ILogger(threshold), m_queueLock(false), m_dataEvent(new EventObject(true, false)),
+      m_stopEvent(new EventObject(false, false)),
+      m_name(name.empty() ? PathManager::GetInstance()->GetApplicationName() : name),
+      m_sizeLimitBytes(sizeLimitBytes)
+{
+    Run();
+}
+
+FileLogger::~FileLogger()
+{
+    m_stopEvent->Signal();
+    Wait();
+}
+
+void FileLogger::Write(const TString<wchar_t>& text)
+{
+    TString<wchar_t> copy(text);
+    {
+        const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+        m_queue.push(std::move(copy));
+    }
+    m_dataEvent->Signal();
+}
+
+int FileLogger::DoWork()
+{
+    m_file = new FFile();
+    if (!OpenFile())
+        return 1;
+    m_file->SeekEnd(0);
+    while (WaitForData()) {
+        Drain();
+        WrapAround();
+    }
+    m_file->Close();
+    return 0;
+}
+
+TString<wchar_t> FileLogger::MakePath(const TString<wchar_t>& suffix) const
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    return paths->GetTempDir() + paths->GetPathSeparator() + m_name + suffix + c_strLogExtension;
+}
+
+// False when the logger was stopped before a file could be opened.
+bool FileLogger::OpenFile()
+{
+    bool isOpen = m_file->OpenGuarded(MakePath(TString<wchar_t>::Empty()), c_strOpenMode);
+    while (!isOpen) {
+        if (m_stopEvent->Wait(c_openRetryMs))
+            return false;
+        const TString<wchar_t> ticks = StringConvert::UStringFromUint32(GetTickCount());
+        isOpen = m_file->OpenGuarded(MakePath(c_strTickSeparator + ticks), c_strOpenMode);
+    }
+    return true;
+}
+
+// False when the logger was stopped and everything that came before is in the file. The last look
+// finds what was written between the end of the wait and the stop.
+bool FileLogger::WaitForData()
+{
+    return m_dataEvent->Wait(c_dataWaitMs) || !m_stopEvent->Wait(0) || m_dataEvent->Wait(0);
+}
+
+// Empties the queue, text that arrives meanwhile included.
+void FileLogger::Drain()
+{
+    while (true) {
+        Queue batch;
+        {
+            const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+            batch.swap(m_queue);
+        }
+        if (batch.empty())
+            return;
+        WriteBatch(batch);
+    }
+}
+
+void FileLogger::WriteBatch(Queue& batch)
+{
+    std::string block;
+    for (; !batch.empty(); batch.pop()) {
+        const TString<wchar_t>& piece = batch.front();
+        const std::size_t whole = block.size();
+        // A piece without a UTF-8 form is left out.
+        Utf8Codec::AppendEncoded(block, piece.data(), piece.size());
+        if (block.size() > c_blockSize && whole > 0) {
+            WriteBlock(block.data(), whole);
+            block.erase(0, whole);
+        }
+    }
+    WriteBlock(block.data(), block.size());
+}
+
+void FileLogger::WriteBlock(const char* bytes, std::size_t length)
+{
+    m_file->WriteBytes(bytes, length);
+    m_file->Flush();
+}
+
+void FileLogger::WrapAround()
+{
+    const long long offset = m_file->GetOffset();
+    if (offset >= static_cast<long long>(m_sizeLimitBytes))
+        m_file->Seek(0, true);
+}
+
+} // namespace Toolkit

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/logging/ILogger.h"
+#include "toolkit/threading/EventObject.h"
+#include "toolkit/threading/Mutex.h"
+#include "toolkit/threading/Thread.h"
+
+#include <cstddef>
+#include <queue>
+
+namespace Toolkit {
+
+class FFile;
+
+/// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
+/// the text into a queue.
+///
+/// The file is called after the logger, with the extension ".qvlog". When it cannot be used, since
+/// it belongs to somebody else, is a link or a directory, "-" and a tick count are put behind the
+/// name, anew every 10 ms until a file can be opened. Only its owner can read the file.
+///
+/// When a batch of text has brought the file to its size limit, writing goes on at its beginning:
+/// nothing is truncated, and older text stays until it is written over.
+///
+/// There has to be a `PathManager` for as long as the object lives.
+class TOOLKIT_API FileLogger : public ILogger, public Thread {
+public:
+    /// "w": the file is created or emptied.
+    static const TString<wchar_t> c_strOpenMode;
+    /// ".qvlog"
+    static const TString<wchar_t> c_strLogExtension;
+    /// "-", between name and tick count.
+    static const TString<wchar_t> c_strTickSeparator;
+
+    /// Lets through what is at least as severe as `threshold` into the file called `name`, without
+    /// directory and extension; the empty name stands for the application's. Returns at once: the
+    /// file is opened by the writer thread.
+    FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
+
+    /// Writes what is in the queue and closes the file, which takes until no text has come for
+    /// 500 ms. While no file can be opened the text is dropped at once.
+    ~FileLogger() override;
+
+    /// Puts `text` into the queue. Any thread may call it. The queue grows as long as no file can be
+    /// opened.
+    void Write(const TString<wchar_t>& text) override;
+
+protected:
+    /// The writer thread. 1 when it was stopped before a file was opened, otherwise 0.
+    int DoWork() override;
+
+private:
+    using Queue = std::queue<TString<wchar_t>>;
+
+    TString<wchar_t> MakePath(const TString<wchar_t>& suffix) const;
+    bool OpenFile();
+    bool WaitForData();
+    void Drain();
+    void WriteBatch(Queue& batch);
+    void WriteBlock(const char* bytes, std::size_t length);
+    void WrapAround();
+
+    Queue m_queue; // guarded by m_queueLock
+    Mutex m_queueLock;
+    smart_ptr<EventObject> m_dataEvent;
+    smart_ptr<EventObject> m_stopEvent;
+    TString<wchar_t> m_name;
+    smart_ptr<FFile> m_file; // the writer thread's
+    unsigned int m_sizeLimitBytes;
+};
+
+} // namespace Toolkit

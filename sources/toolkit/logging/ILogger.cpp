@@ -1,0 +1,159 @@
+#include "toolkit/logging/ILogger.h"
+
+#include "toolkit/core/Numbers.Private.h"
+#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/logging/NullLogger.h"
+
+#include <cstring>
+#include <type_traits>
+
+namespace Toolkit {
+namespace {
+
+TString<wchar_t> WidenBytes(const char* text)
+{
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
+    return std::wstring(bytes, bytes + std::strlen(text));
+}
+
+} // namespace
+
+smart_ptr<ILogger>* ILogger::s_pInstance = nullptr;
+
+ILogger::ILogger(LogSeverity threshold) : m_threshold(threshold), m_severity(SeverityVerbose)
+{
+}
+
+ILogger::~ILogger() = default;
+
+template <typename Number> ILogger& ILogger::WriteNumber(Number value)
+{
+    using Widest =
+        std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
+
+    if (!IsFilteredOut())
+        Write(Numbers::Text<wchar_t>(static_cast<Widest>(value)).String());
+    return GetLogger();
+}
+
+ILogger& ILogger::operator<<(const SetSeverity& severity)
+{
+    m_severity = severity.GetSeverity();
+    return GetLogger();
+}
+
+ILogger& ILogger::operator<<(const TString<wchar_t>& text)
+{
+    if (!IsFilteredOut())
+        Write(text);
+    return GetLogger();
+}
+
+ILogger& ILogger::operator<<(const TString<char>& text)
+{
+    if (!IsFilteredOut())
+        Write(UTF8::ToUNICODE(text));
+    return GetLogger();
+}
+
+ILogger& ILogger::operator<<(const wchar_t* text)
+{
+    if (!IsFilteredOut())
+        Write(text);
+    return GetLogger();
+}
+
+ILogger& ILogger::operator<<(const char* text)
+{
+    if (!IsFilteredOut())
+        Write(text ? WidenBytes(text) : TString<wchar_t>::Empty());
+    return GetLogger();
+}
+
+ILogger& ILogger::operator<<(long long value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(int value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(short value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(unsigned long long value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(unsigned int value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(unsigned short value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(long value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(unsigned long value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(LogSeverity value)
+{
+    return WriteNumber(static_cast<int>(value));
+}
+
+ILogger& ILogger::operator<<(bool value)
+{
+    return WriteNumber(static_cast<int>(value));
+}
+
+smart_ptr<ILogger> ILogger::Create()
+{
+    return new NullLogger();
+}
+
+void ILogger::CreateInstance()
+{
+    Singleton::Create(s_pInstance, Create);
+}
+
+smart_ptr<ILogger> ILogger::GetInstance()
+{
+    return Singleton::Get(s_pInstance);
+}
+
+void ILogger::ReleaseInstance()
+{
+    Singleton::Release(s_pInstance);
+}
+
+ILogger& ILogger::GetLogger()
+{
+    if (s_pInstance && s_pInstance->IsValid())
+        return **s_pInstance;
+    // Never destroyed: what logs while the process ends must find it.
+    static ILogger* const discarding = new NullLogger();
+    return *discarding;
+}
+
+void ILogger::SetLogger(const smart_ptr<ILogger>& logger)
+{
+    if (s_pInstance)
+        *s_pInstance = logger.IsValid() ? logger : Create();
+}
+
+} // namespace Toolkit

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/logging/LogSeverity.h"
+
+#include <cstddef>
+
+namespace Toolkit {
+
+/// Sets the severity of what is inserted into a logger after it.
+class TOOLKIT_API SetSeverity {
+public:
+    explicit SetSeverity(LogSeverity severity) : m_severity(severity) {}
+    LogSeverity GetSeverity() const { return m_severity; }
+
+private:
+    LogSeverity m_severity;
+};
+
+/// A sink for log text, and the process-wide logger.
+///
+/// A log statement is a chain of insertions; each one that passes the filter reaches `Write` at once
+/// as a text of its own, so a line is several calls. `TOOLKIT_LOG` begins a line in the form that
+/// the whole library uses.
+///
+/// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
+/// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
+/// shared by all threads that write to the logger: their lines may mix. No operation throws.
+class TOOLKIT_API ILogger {
+public:
+    /// Pieces of a line: a blank, " : ", and the line feed that ends it.
+    static const TString<wchar_t> c_strLogToken1;
+    static const TString<wchar_t> c_strLogToken2;
+    static const TString<wchar_t> c_strLogToken3;
+
+    /// Lets through what is at least as severe as `threshold`. Before the first `SetSeverity` the
+    /// current severity is `SeverityVerbose`.
+    explicit ILogger(LogSeverity threshold);
+    virtual ~ILogger();
+
+    ILogger(const ILogger&) = delete;
+    ILogger& operator=(const ILogger&) = delete;
+
+    /// Delivers one piece of text that has passed the filter.
+    virtual void Write(const TString<wchar_t>& text) = 0;
+
+    /// Each inserts one value and returns the process-wide logger, whichever logger it was inserted
+    /// into. A value that is filtered out is not converted.
+    ILogger& operator<<(const SetSeverity& severity);
+    ILogger& operator<<(const TString<wchar_t>& text);
+    /// Decoded from UTF-8.
+    ILogger& operator<<(const TString<char>& text);
+    ILogger& operator<<(const wchar_t* text);
+    /// Each byte becomes the character of its value; nothing is decoded.
+    ILogger& operator<<(const char* text);
+    template <std::size_t Length> ILogger& operator<<(const wchar_t (&text)[Length])
+    {
+        return *this << static_cast<const wchar_t*>(text);
+    }
+    template <std::size_t Length> ILogger& operator<<(const char (&text)[Length])
+    {
+        return *this << static_cast<const char*>(text);
+    }
+    /// Numbers are decimal, without grouping; a severity is its number, a bool "1" or "0".
+    ILogger& operator<<(long long value);
+    ILogger& operator<<(int value);
+    ILogger& operator<<(short value);
+    ILogger& operator<<(unsigned long long value);
+    ILogger& operator<<(unsigned int value);
+    ILogger& operator<<(unsigned short value);
+    ILogger& operator<<(long value);
+    ILogger& operator<<(unsigned long value);
+    ILogger& operator<<(LogSeverity value);
+    ILogger& operator<<(bool value);
+
+    /// A new logger that discards everything.
+    static smart_ptr<ILogger> Create();
+
+    /// Installs a logger that discards everything as the process-wide one, unless there is one.
+    static void CreateInstance();
+
+    /// A copy of the process-wide logger's pointer, which keeps it alive; empty when there is none.
+    static smart_ptr<ILogger> GetInstance();
+
+    /// Lets the process-wide logger go; it lives on while copies of its pointer do.
+    static void ReleaseInstance();
+
+    /// The process-wide logger. Before `CreateInstance` and after `ReleaseInstance` it is one that
+    /// discards everything.
+    static ILogger& GetLogger();
+
+    /// Installs `logger` as the process-wide one; an empty pointer installs one that discards
+    /// everything. Not guarded: to be called while no other thread logs, between `CreateInstance`
+    /// and `ReleaseInstance`; outside of them it does nothing.
+    static void SetLogger(const smart_ptr<ILogger>& logger);
+
+    /// Null while there is no process-wide logger.
+    static smart_ptr<ILogger>* s_pInstance;
+
+private:
+    bool IsFilteredOut() const { return m_severity > m_threshold; }
+    template <typename Number> ILogger& WriteNumber(Number value);
+
+    LogSeverity m_threshold;
+    LogSeverity m_severity;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "toolkit/logging/ILogger.h"
+
+namespace Toolkit {
+
+/// Discards everything.
+class TOOLKIT_API NullLogger : public ILogger {
+public:
+    NullLogger();
+    ~NullLogger() override;
+
+    void Write(const TString<wchar_t>& text) override;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,7 @@
+#include "toolkit/module/LibModule.h"
+
+namespace Toolkit {
+
+LibModule::~LibModule() = default;
+
+} // namespace Toolkit

@@ -1,0 +1,101 @@
+#include "toolkit/module/Load.h"
+
+#include "toolkit/config/CmdLineParser.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/ILogger.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/module/ToolkitModule.h"
+#include "toolkit/system/RestartManagment.h"
+
+#include <ios>
+
+// Everything that the library constructs when it is loaded stands in this file, in the order in
+// which it is constructed; it is destroyed in the reverse order when the library is unloaded.
+//
+// In a static library the order among object files is the linker's affair. The priority has these
+// objects constructed before those of the program, which may so use them in constructors of its own.
+#ifdef __ELF__
+#define TOOLKIT_CONSTRUCTED_FIRST __attribute__((init_priority(101)))
+#else
+#define TOOLKIT_CONSTRUCTED_FIRST
+#endif
+
+namespace Toolkit {
+namespace {
+
+ToolkitModule* pToolkitModuleInstance = nullptr;
+
+// Runs the entry points with the life of the library.
+class LoadSequence {
+public:
+    LoadSequence() { DllToolkitLoad(); }
+    ~LoadSequence() { DllToolkitUnload(); }
+
+    LoadSequence(const LoadSequence&) = delete;
+    LoadSequence& operator=(const LoadSequence&) = delete;
+};
+
+// The standard streams of the console and of the debugger logger.
+TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_consoleStreams;
+TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
+
+} // namespace
+
+LibModuleManager* LibModuleManager::s_pInstance = nullptr;
+
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strTickSeparator = L"-";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strLogExtension = L".qvlog";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strOpenMode = L"w";
+
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> ILogger::c_strLogToken1 = L" ";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> ILogger::c_strLogToken2 = L" : ";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> ILogger::c_strLogToken3 = L"\n";
+
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strSeparators = L" \t";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strIdentifiers = L"-";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strDelimiters = L"\"";
+
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> PathManager::c_strConfigurationFolderName =
+    L"config";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> PathManager::c_strRessourcesFolderName =
+    L"ressources";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> PathManager::c_strAppearancesFolderName =
+    L"ressources";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> PathManager::c_strPluginsFolderName = L"plugins";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> PathManager::c_strCacheFolderName = L"cache";
+
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> RestartManagment::c_strUniqueIdentifer =
+    L"{3F8A1C2D-7B4E-4d19-A6C5-0E9D2B7F4A31}";
+
+namespace {
+
+// The standard streams of the regular expressions.
+TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_regularExpressionStreams;
+
+TOOLKIT_CONSTRUCTED_FIRST LoadSequence s_loadSequence;
+
+} // namespace
+} // namespace Toolkit
+
+void DllToolkitLoad()
+{
+    using namespace Toolkit;
+    if (pToolkitModuleInstance)
+        return;
+    pToolkitModuleInstance = new ToolkitModule();
+    LibModuleManager::CreateInstance();
+    LibModuleManager::GetInstance()->Register(pToolkitModuleInstance);
+}
+
+void DllToolkitUnload()
+{
+    using namespace Toolkit;
+    if (!pToolkitModuleInstance)
+        return;
+    if (LibModuleManager::GetInstance())
+        LibModuleManager::GetInstance()->Unregister(pToolkitModuleInstance);
+    LibModuleManager::ReleaseInstance();
+    delete pToolkitModuleInstance;
+    pToolkitModuleInstance = nullptr;
+}

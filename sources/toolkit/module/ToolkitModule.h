@@ -1,0 +1,23 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/module/LibModule.h"
+
+namespace Toolkit {
+
+/// The library's own module, which creates and drops its process-wide objects.
+class TOOLKIT_API ToolkitModule : public LibModule {
+public:
+    ToolkitModule();
+    ~ToolkitModule() override;
+
+    /// Creates the logger, `SystemInfo`, `Version`, `PathManager`, `RestartManagment` and
+    /// `SingleApplicationInstance`, in this order.
+    void Initialize() override;
+
+    /// Drops `SingleApplicationInstance`, `PathManager`, `Version`, `SystemInfo`,
+    /// `RestartManagment` and the logger, in this order.
+    void Release() override;
+};
+
+} // namespace Toolkit

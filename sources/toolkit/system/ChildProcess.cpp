@@ -1,0 +1,62 @@
+#include "toolkit/system/ChildProcess.Private.h"
+
+#include "toolkit/config/CmdLineParser.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/system/InheritedDescriptors.Private.h"
+
+#include <cerrno>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+int WaitForEnd(pid_t child)
+{
+    int status = 0;
+    pid_t ended = -1;
+    do {
+        ended = ::waitpid(child, &status, 0);
+    } while (ended < 0 && errno == EINTR);
+    return ended;
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
+{
+    std::vector<TString<wchar_t>> tokens;
+    CmdLineParser::Tokenize(arguments, tokens);
+    m_texts.push_back(UTF8::ToUTF8(path));
+    for (const TString<wchar_t>& token : tokens)
+        m_texts.push_back(UTF8::ToUTF8(token));
+
+    m_arguments = new char*[m_texts.size() + 1];
+    char** argument = m_arguments.Get();
+    for (TString<char>& text : m_texts)
+        *argument++ = text.data();
+    *argument = nullptr;
+}
+
+int ChildProcess::Start(bool wait) const
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ExecuteInChild();
+    if (child < 0)
+        return errno;
+    return wait ? WaitForEnd(child) : child;
+}
+
+// Calls only what is safe between fork() and execv() in a process with several threads. The parent's
+// destructors and buffers are none of the child's business, so it does not leave by exit().
+void ChildProcess::ExecuteInChild() const
+{
+    char* const* const arguments = m_arguments.Get();
+    CloseInheritedDescriptorsOnExec();
+    ::execv(arguments[0], arguments);
+    ::_exit(errno);
+}
+
+} // namespace Toolkit

@@ -1,0 +1,85 @@
+#include "toolkit/system/RestartManagment.h"
+
+#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/logging/Log.h"
+#include "toolkit/system/SystemInfo.h"
+
+#include <limits>
+
+namespace Toolkit {
+namespace {
+
+constexpr const wchar_t* c_restartArgument = L"-restart";
+
+// The line numbers that readers of the log know the steps of a restart by.
+constexpr int c_waitingEntryLine = 51;
+constexpr int c_waitingExitLine = 101;
+constexpr int c_activateEntryLine = 114;
+constexpr int c_activateExitLine = 155;
+constexpr int c_finishEntryLine = 168;
+
+TString<wchar_t> ProgramPath()
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    TString<wchar_t> path;
+    if (paths.IsValid())
+        PathManager::AppendPath(path, paths->GetApplicationPath(), paths->GetApplicationName());
+    return path;
+}
+
+} // namespace
+
+smart_ptr<RestartManagment>* RestartManagment::s_pInstance = nullptr;
+
+RestartManagment::RestartManagment() : m_previousProcess(0)
+{
+}
+
+RestartManagment::~RestartManagment() = default;
+
+bool RestartManagment::ActivateRestartProcess()
+{
+    TOOLKIT_LOG_AT_LINE(SeverityInfo, c_activateEntryLine)
+        << L">>> ActivateRestartProcess()" << ILogger::c_strLogToken3;
+    const TString<wchar_t> program = ProgramPath();
+    // Only this one value counts as failure; the small error numbers of a failed start do not.
+    const bool result = SystemInfo::StartProcess(program, c_restartArgument, false) !=
+                        std::numeric_limits<int>::max();
+    TOOLKIT_LOG_AT_LINE(SeverityInfo, c_activateExitLine)
+        << L"<<< ActivateRestartProcess(" << program << L")=" << result << ILogger::c_strLogToken3;
+    return result;
+}
+
+bool RestartManagment::WaitingForPreviousProcessFinish()
+{
+    TOOLKIT_LOG_AT_LINE(SeverityInfo, c_waitingEntryLine)
+        << L">>> WaitingForPreviousProcessFinish()" << ILogger::c_strLogToken3;
+    TOOLKIT_LOG_AT_LINE(SeverityInfo, c_waitingExitLine)
+        << L"<<< WaitingForPreviousProcessFinish()" << ILogger::c_strLogToken3;
+    return false;
+}
+
+bool RestartManagment::RestartProcessFinish()
+{
+    TOOLKIT_LOG_AT_LINE(SeverityInfo, c_finishEntryLine)
+        << L">>> RestartProcessFinish()" << ILogger::c_strLogToken3;
+    return false;
+}
+
+void RestartManagment::CreateInstance()
+{
+    Singleton::Create(s_pInstance, [] { return new RestartManagment(); });
+}
+
+smart_ptr<RestartManagment> RestartManagment::GetInstance()
+{
+    return Singleton::Get(s_pInstance);
+}
+
+void RestartManagment::ReleaseInstance()
+{
+    Singleton::Release(s_pInstance);
+}
+
+} // namespace Toolkit

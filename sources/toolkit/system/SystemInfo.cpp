@@ -1,0 +1,93 @@
+#include "toolkit/system/SystemInfo.h"
+
+#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/system/ChildProcess.Private.h"
+
+#include <wx/platinfo.h>
+
+namespace Toolkit {
+
+smart_ptr<SystemInfo>* SystemInfo::s_pInstance = nullptr;
+
+SystemInfo::SystemInfo() : SystemInfo(wxPlatformInfo::Get())
+{
+}
+
+SystemInfo::SystemInfo(const wxPlatformInfo& platform) : m_platform(&platform)
+{
+}
+
+SystemInfo::Platform SystemInfo::GetPlatform() const
+{
+    // Exact identifiers: systems that are left out here belong to no family.
+    switch (static_cast<int>(m_platform->GetOperatingSystemId())) {
+    case wxOS_WINDOWS_9X:
+    case wxOS_WINDOWS_NT:
+    case wxOS_WINDOWS:
+        return PlatformWindows;
+    case wxOS_MAC_OS:
+    case wxOS_MAC_OSX_DARWIN:
+    case wxOS_MAC:
+        return PlatformMac;
+    case wxOS_UNIX_LINUX:
+    case wxOS_UNIX_FREEBSD:
+    case wxOS_UNIX_OPENBSD:
+    case wxOS_UNIX_NETBSD:
+    case wxOS_UNIX_SOLARIS:
+    case wxOS_UNIX_AIX:
+    case wxOS_UNIX_HPUX:
+    case wxOS_UNIX:
+        return PlatformUnix;
+    default:
+        return PlatformUnknown;
+    }
+}
+
+int SystemInfo::GetOSMajorVersion() const
+{
+    return m_platform->GetOSMajorVersion();
+}
+
+int SystemInfo::GetOSMinorVersion() const
+{
+    return m_platform->GetOSMinorVersion();
+}
+
+bool SystemInfo::HasAdministratorCredentials()
+{
+    return false;
+}
+
+bool SystemInfo::HasPowerUserCredentials()
+{
+    return false;
+}
+
+bool SystemInfo::CanElevateCredentialsUsingUAC()
+{
+    return true;
+}
+
+int SystemInfo::StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
+                             bool wait)
+{
+    ChildProcess child(path, arguments);
+    return child.Start(wait);
+}
+
+void SystemInfo::CreateInstance()
+{
+    Singleton::Create(s_pInstance, [] { return new SystemInfo(); });
+}
+
+smart_ptr<SystemInfo> SystemInfo::GetInstance()
+{
+    return Singleton::Get(s_pInstance);
+}
+
+void SystemInfo::ReleaseInstance()
+{
+    Singleton::Release(s_pInstance);
+}
+
+} // namespace Toolkit

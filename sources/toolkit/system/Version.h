@@ -1,0 +1,55 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
+
+namespace Toolkit {
+
+/// A version number of four parts. The process-wide object is the version of this library.
+class TOOLKIT_API Version {
+public:
+    /// 0.0.0.0
+    Version();
+    Version(unsigned int major, unsigned int minor, unsigned int build, unsigned int revision);
+    /// Reads up to four numbers separated by points; what is missing is 0. "2" gives 2.0.0.0, and
+    /// "1..2" gives 1.2.0.0, since empty parts do not count.
+    Version(const TString<wchar_t>& text);
+
+    unsigned int GetMajor() const { return m_major; }
+    unsigned int GetMinor() const { return m_minor; }
+    unsigned int GetBuild() const { return m_build; }
+    unsigned int GetRevision() const { return m_revision; }
+
+    /// All four numbers separated by points.
+    TString<wchar_t> ToString() const;
+
+    bool operator==(const Version& other) const;
+    bool operator<(const Version& other) const;
+    bool operator>(const Version& other) const;
+
+    /// -1, 0 or 1 as this version is older than, the same as or newer than the other.
+    int CompareVersion(const Version& other) const;
+    int CompareVersion(const TString<wchar_t>& text) const;
+
+    /// A new object with the version of this library, which the caller deletes.
+    static Version* Create();
+
+    /// Creates the process-wide object unless there is one.
+    static void CreateInstance();
+    /// A copy of the pointer to the process-wide object; empty when there is none.
+    static smart_ptr<Version> GetInstance();
+    /// Lets the process-wide object go; it lives on while copies of its pointer do.
+    static void ReleaseInstance();
+
+    /// Null while there is no process-wide object.
+    static smart_ptr<Version>* s_pInstance;
+
+private:
+    unsigned int m_major;
+    unsigned int m_minor;
+    unsigned int m_build;
+    unsigned int m_revision;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,29 @@
+#include "toolkit/threading/Framework.Private.h"
+
+#include <wx/app.h>
+#include <wx/init.h>
+
+namespace Toolkit::Framework {
+namespace {
+
+// wxInitialize() leaves the framework with a stand-in that knows no program arguments; an
+// application object that the program runs itself has them, or a function that makes it.
+bool ProgramRunsItsOwnApplication()
+{
+    const wxAppConsole* const application = wxAppConsole::GetInstance();
+    return application && (application->argc > 0 || wxAppConsole::GetInitializerFunction());
+}
+
+} // namespace
+
+bool Start()
+{
+    return !ProgramRunsItsOwnApplication() && wxInitialize();
+}
+
+void Stop()
+{
+    wxUninitialize();
+}
+
+} // namespace Toolkit::Framework

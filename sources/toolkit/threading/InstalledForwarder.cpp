@@ -1,0 +1,53 @@
+#include "toolkit/threading/InstalledForwarder.Private.h"
+
+#include <mutex>
+
+namespace Toolkit::InstalledForwarder {
+namespace {
+
+// Recursive, since a sink may use the framework and so log again. It is no Mutex because it has to
+// be there before the first constructor runs.
+std::recursive_mutex s_lock;
+wxLog* s_target = nullptr; // guarded by s_lock
+
+} // namespace
+
+void Set(wxLog* target)
+{
+    const std::lock_guard<std::recursive_mutex> lock(s_lock);
+    s_target = target;
+}
+
+bool Clear(wxLog* target)
+{
+    const std::lock_guard<std::recursive_mutex> lock(s_lock);
+    if (s_target != target)
+        return false;
+    s_target = nullptr;
+    return true;
+}
+
+bool Forward(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info)
+{
+    const std::lock_guard<std::recursive_mutex> lock(s_lock);
+    if (!s_target)
+        return false;
+    s_target->LogRecord(level, message, info);
+    return true;
+}
+
+void Detach()
+{
+    wxLog* target = nullptr;
+    {
+        const std::lock_guard<std::recursive_mutex> lock(s_lock);
+        target = s_target;
+        s_target = nullptr;
+    }
+    if (!target || wxLog::GetActiveTarget() != target)
+        return;
+    wxLog::FlushActive();
+    wxLog::SetActiveTarget(nullptr);
+}
+
+} // namespace Toolkit::InstalledForwarder

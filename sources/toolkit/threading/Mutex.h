@@ -1,0 +1,75 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+
+#include <memory>
+
+class wxMutex;
+
+namespace Toolkit {
+
+/// A recursive mutex whose lock operation takes a time-out: the type that lockers take.
+///
+/// The thread that holds it may lock it again and unlocks it as often as it locked it. Failures
+/// show in the results alone: nothing is thrown or logged.
+class TOOLKIT_API MutexInternal {
+public:
+    /// The time-out that waits without limit.
+    static constexpr unsigned int Infinite = 0xFFFFFFFF;
+
+    /// With `initiallyLocked` the calling thread holds the mutex from the start.
+    explicit MutexInternal(bool initiallyLocked);
+    virtual ~MutexInternal();
+
+    MutexInternal(const MutexInternal&) = delete;
+    MutexInternal& operator=(const MutexInternal&) = delete;
+
+    /// Waits `timeoutMs` milliseconds at most, in steps of 10; `Infinite` waits for ever. True when
+    /// the calling thread holds the mutex.
+    ///
+    /// The mutex is polled: a time-out of 25 makes three attempts and sleeps 10 ms after each that
+    /// found it busy; one of 0 to 9 makes a single attempt and never sleeps.
+    bool Lock(unsigned int timeoutMs);
+
+    /// False when the calling thread does not hold the mutex.
+    bool Unlock();
+
+private:
+    std::unique_ptr<wxMutex> m_mutex;
+};
+
+/// The mutex that classes hold as a member.
+class TOOLKIT_API Mutex : public MutexInternal {
+public:
+    /// With `initiallyLocked` the calling thread holds the mutex from the start.
+    explicit Mutex(bool initiallyLocked);
+    ~Mutex() override;
+};
+
+/// Holds a mutex for the rest of a scope.
+///
+/// A locker whose time-out ended holds nothing, unlocks nothing and does not tell: who has to be
+/// certain waits with `MutexInternal::Infinite`.
+class TOOLKIT_API MutexLocker {
+public:
+    /// Locks `mutex`, which has to outlive the locker, and waits `timeoutMs` milliseconds at most.
+    MutexLocker(MutexInternal& mutex, unsigned int timeoutMs)
+        : m_mutex(mutex), m_locked(mutex.Lock(timeoutMs))
+    {
+    }
+
+    ~MutexLocker()
+    {
+        if (m_locked)
+            m_mutex.Unlock();
+    }
+
+    MutexLocker(const MutexLocker&) = delete;
+    MutexLocker& operator=(const MutexLocker&) = delete;
+
+private:
+    MutexInternal& m_mutex;
+    bool m_locked;
+};
+
+} // namespace Toolkit

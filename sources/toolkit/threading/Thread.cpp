@@ -1,0 +1,101 @@
+#include "toolkit/threading/Thread.h"
+
+#include "toolkit/core/Assert.h"
+#include "toolkit/threading/ThreadLogTarget.Private.h"
+
+#include <cstdint>
+
+namespace Toolkit {
+
+const unsigned long Thread::UndefinedThread = 0xFFFFFFFF;
+
+Thread::Thread() : wxThread(wxTHREAD_JOINABLE)
+{
+    constexpr unsigned int defaultStackSize = 0;
+    const wxThreadError result = wxThread::Create(defaultStackSize);
+    ASSERT(result == wxTHREAD_NO_ERROR);
+}
+
+Thread::~Thread()
+{
+    State fresh = State::New;
+    if (m_state.compare_exchange_strong(fresh, State::Dropped)) {
+        // The framework frees a joinable thread that never ran from under this object. Let it run,
+        // with nothing to do.
+        wxThread::Run();
+    } else {
+        wxThread::Delete();
+    }
+    // Joins also a thread that has ended; one that was joined before is left alone.
+    wxThread::Wait();
+}
+
+bool Thread::Run()
+{
+    State fresh = State::New;
+    if (!m_state.compare_exchange_strong(fresh, State::Started))
+        return false;
+    return wxThread::Run() == wxTHREAD_NO_ERROR;
+}
+
+bool Thread::Pause()
+{
+    return wxThread::IsRunning() && wxThread::Pause() == wxTHREAD_NO_ERROR;
+}
+
+bool Thread::Resume()
+{
+    return wxThread::IsPaused() && wxThread::Resume() == wxTHREAD_NO_ERROR;
+}
+
+wxThreadError Thread::Kill()
+{
+    if (!wxThread::IsAlive())
+        return wxTHREAD_NOT_RUNNING;
+    return wxThread::Kill();
+}
+
+void Thread::Sleep(unsigned int ms)
+{
+    wxThread::Sleep(ms);
+}
+
+bool Thread::IsRunning() const
+{
+    return wxThread::IsAlive();
+}
+
+wxThread::ExitCode Thread::Wait()
+{
+    return IsRunning() ? wxThread::Wait() : nullptr;
+}
+
+bool Thread::IsPaused() const
+{
+    return wxThread::IsPaused();
+}
+
+unsigned long Thread::GetId() const
+{
+    return wxThread::GetId();
+}
+
+unsigned long Thread::GetCurrentId()
+{
+    return wxThread::GetCurrentId();
+}
+
+bool Thread::IsMainThread()
+{
+    return wxThread::IsMain();
+}
+
+wxThread::ExitCode Thread::Entry()
+{
+    if (m_state != State::Started)
+        return nullptr;
+    const ThreadLogTarget target;
+    return reinterpret_cast<ExitCode>(static_cast<std::intptr_t>(DoWork()));
+}
+
+} // namespace Toolkit

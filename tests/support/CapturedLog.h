@@ -1,0 +1,46 @@
+#pragma once
+
+#include "toolkit/logging/ILogger.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace Toolkit::Testing {
+
+/// Installs a process-wide logger that keeps what it gets, and takes it away again.
+class CapturedLog {
+public:
+    explicit CapturedLog(LogSeverity threshold = SeverityVerbose);
+    ~CapturedLog();
+
+    CapturedLog(const CapturedLog&) = delete;
+    CapturedLog& operator=(const CapturedLog&) = delete;
+
+    /// The texts of the single calls of `Write`, in order.
+    std::vector<std::wstring> Pieces() const;
+
+    /// The lines they make up, without their line feeds.
+    std::vector<std::wstring> Lines() const;
+
+    void Clear();
+
+private:
+    class Sink;
+
+    bool m_ownsInstance;
+    Sink* m_sink;
+};
+
+/// Matches a log line of `severity` from `function` with `message`; tick count and source line may
+/// be any numbers.
+testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, const std::wstring& function,
+                                         const std::wstring& message);
+
+/// The same with a fixed source line.
+testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, int line,
+                                         const std::wstring& function,
+                                         const std::wstring& message);
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace Toolkit::Testing {
+
+/// Sets or removes an environment variable and restores it.
+class ScopedEnvironment {
+public:
+    ScopedEnvironment(const std::string& name, const std::optional<std::string>& value);
+    ~ScopedEnvironment();
+
+    ScopedEnvironment(const ScopedEnvironment&) = delete;
+    ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+private:
+    void Set(const std::optional<std::string>& value) const;
+
+    std::string m_name;
+    std::optional<std::string> m_oldValue;
+};
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,19 @@
+#include "support/ScopedLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+
+namespace Toolkit::Testing {
+
+ScopedLocale::ScopedLocale(const std::string& name) : m_oldName(std::setlocale(LC_ALL, nullptr))
+{
+    EXPECT_NE(std::setlocale(LC_ALL, name.c_str()), nullptr) << "no locale " << name;
+}
+
+ScopedLocale::~ScopedLocale()
+{
+    std::setlocale(LC_ALL, m_oldName.c_str());
+}
+
+} // namespace Toolkit::Testing

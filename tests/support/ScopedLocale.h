@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace Toolkit::Testing {
+
+/// Sets the C locale of the process and restores it.
+class ScopedLocale {
+public:
+    /// The test fails when the system does not have the locale `name`.
+    explicit ScopedLocale(const std::string& name);
+    ~ScopedLocale();
+
+    ScopedLocale(const ScopedLocale&) = delete;
+    ScopedLocale& operator=(const ScopedLocale&) = delete;
+
+private:
+    std::string m_oldName;
+};
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+
+#include <filesystem>
+#include <string>
+
+namespace Toolkit::Testing {
+
+/// A directory of its own for one test, removed with all that is in it.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    const std::filesystem::path& Path() const { return m_path; }
+
+    /// The path of `name` in the directory; the directory itself for the empty name.
+    TString<wchar_t> File(const TString<wchar_t>& name) const;
+
+    /// Writes `bytes` to `name` and returns its path.
+    TString<wchar_t> WriteFile(const TString<wchar_t>& name, const std::string& bytes) const;
+
+    /// The bytes of `name`; empty when it cannot be read.
+    std::string ReadFile(const TString<wchar_t>& name) const;
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// The bytes of a file; empty when it cannot be read.
+std::string ReadWholeFile(const std::filesystem::path& path);
+
+} // namespace Toolkit::Testing
