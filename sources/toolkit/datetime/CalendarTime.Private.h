@@ -1,0 +1,36 @@
+#pragma once
+
+/// A date and a time of day, and the seconds since 1970 that they stand for.
+///
+/// The C library's zone data and calendar are used throughout: the framework's own conversions are
+/// off near every change of daylight saving.
+namespace Toolkit {
+
+struct CalendarTime {
+    long long year;
+    long long month; // 1 to 12
+    long long day;   // 1 to 31
+    long long hour;
+    long long minute;
+    long long second;
+};
+
+/// Whether the fields name a time that exists on a calendar and a clock; up to two leap seconds do.
+bool IsInRange(const CalendarTime& time);
+
+/// Seconds since 1970 of a time in UTC, by the Gregorian calendar.
+long long SecondsOfUtc(const CalendarTime& time);
+
+/// Seconds since 1970 of a time on the local clock. A time that the clock skips is moved on, one
+/// that it shows twice is taken as mktime(3) takes it.
+long long SecondsOfLocal(const CalendarTime& time);
+
+/// What clocks show.
+CalendarTime UtcOfSeconds(long long seconds);
+CalendarTime LocalOfSeconds(long long seconds);
+
+/// Moves a date by months, to the last day of a month that is too short, and then by days; the time
+/// of day stays. False when it leaves the calendar.
+bool MoveDate(CalendarTime& time, long long months, long long days);
+
+} // namespace Toolkit

@@ -1,0 +1,341 @@
+#include "toolkit/datetime/DateTime.h"
+
+#include "toolkit/datetime/CalendarTime.Private.h"
+#include "toolkit/datetime/IsoText.Private.h"
+#include "toolkit/datetime/LocaleText.Private.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/system/Locales.h"
+
+#include <wx/datetime.h>
+
+#include <cstdint>
+#include <ctime>
+
+namespace Toolkit {
+namespace {
+
+constexpr long long c_msPerSecond = 1000;
+constexpr long long c_msPerMinute = 60 * c_msPerSecond;
+constexpr long long c_msPerHour = 60 * c_msPerMinute;
+
+constexpr CalendarTime c_noTime{0, 0, 0, 0, 0, 0};
+
+// Milliseconds since 1970. The framework's own seconds know no time before that.
+long long MsOf(const wxDateTime& value)
+{
+    return value.GetValue().GetValue();
+}
+
+long long SecondsOf(const wxDateTime& value)
+{
+    const long long ms = MsOf(value);
+    return ms / c_msPerSecond - (ms % c_msPerSecond < 0 ? 1 : 0);
+}
+
+wxDateTime FromMs(long long ms)
+{
+    return wxDateTime(wxLongLong(ms));
+}
+
+wxDateTime FromSeconds(long long seconds)
+{
+    return FromMs(seconds * c_msPerSecond);
+}
+
+// Fields are zero when there is no date.
+CalendarTime FieldsOf(const wxDateTime& value, bool utc)
+{
+    if (!value.IsValid())
+        return c_noTime;
+    return utc ? UtcOfSeconds(SecondsOf(value)) : LocalOfSeconds(SecondsOf(value));
+}
+
+// Day, hour, minute and second are numbers of 16 bits for the calendar.
+CalendarTime CutTo16Bits(const CalendarTime& time)
+{
+    const auto cut = [](long long value) {
+        return static_cast<long long>(static_cast<std::uint16_t>(value));
+    };
+    return {time.year,      time.month,       cut(time.day),
+            cut(time.hour), cut(time.minute), cut(time.second)};
+}
+
+wxDateTime FromLocal(const CalendarTime& time)
+{
+    const CalendarTime fields = CutTo16Bits(time);
+    return IsInRange(fields) ? FromSeconds(SecondsOfLocal(fields)) : wxDateTime();
+}
+
+wxDateTime FromUtc(const CalendarTime& time, long long offsetMs)
+{
+    const CalendarTime fields = CutTo16Bits(time);
+    return IsInRange(fields) ? FromMs(SecondsOfUtc(fields) * c_msPerSecond - offsetMs)
+                             : wxDateTime();
+}
+
+CalendarTime MakeFields(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
+                        unsigned int minute, unsigned int second)
+{
+    return {static_cast<int>(year), month, day, hour, minute, second};
+}
+
+LocaleText::DayHalves DayHalvesOfLocale()
+{
+    wxString morning;
+    wxString afternoon;
+    wxDateTime::GetAmPmStrings(&morning, &afternoon);
+    return {morning.ToStdWstring(), afternoon.ToStdWstring()};
+}
+
+} // namespace
+
+DateTime::DateTime() : m_value(std::make_unique<wxDateTime>())
+{
+    Now();
+}
+
+DateTime::DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
+                   unsigned int minute, unsigned int second)
+    : m_value(std::make_unique<wxDateTime>(
+          FromLocal(MakeFields(year, month, day, hour, minute, second))))
+{
+}
+
+DateTime::DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
+                   unsigned int minute, unsigned int second, int zoneHours)
+    : m_value(std::make_unique<wxDateTime>(
+          FromUtc(MakeFields(year, month, day, hour, minute, second), zoneHours * c_msPerHour)))
+{
+}
+
+DateTime::DateTime(const DateTime& other) : m_value(std::make_unique<wxDateTime>(*other.m_value)) {}
+
+DateTime& DateTime::operator=(const DateTime& other)
+{
+    m_value = std::make_unique<wxDateTime>(*other.m_value);
+    return *this;
+}
+
+DateTime::~DateTime() = default;
+
+void DateTime::Now()
+{
+    *m_value = FromSeconds(std::time(nullptr));
+}
+
+unsigned int DateTime::GetYear() const
+{
+    return static_cast<unsigned int>(FieldsOf(*m_value, false).year);
+}
+
+unsigned int DateTime::GetMonth() const
+{
+    return static_cast<unsigned int>(FieldsOf(*m_value, false).month);
+}
+
+unsigned int DateTime::GetDay() const
+{
+    return static_cast<unsigned int>(FieldsOf(*m_value, false).day);
+}
+
+unsigned int DateTime::GetHour() const
+{
+    return static_cast<unsigned int>(FieldsOf(*m_value, false).hour);
+}
+
+unsigned int DateTime::GetMinute() const
+{
+    return static_cast<unsigned int>(FieldsOf(*m_value, false).minute);
+}
+
+unsigned int DateTime::GetSecond() const
+{
+    return static_cast<unsigned int>(FieldsOf(*m_value, false).second);
+}
+
+bool DateTime::IsValid() const
+{
+    return m_value->IsValid();
+}
+
+DateTime& DateTime::MakeToUTC()
+{
+    if (IsValid())
+        *m_value = FromMs(SecondsOfLocal(FieldsOf(*m_value, true)) * c_msPerSecond +
+                          (MsOf(*m_value) - SecondsOf(*m_value) * c_msPerSecond));
+    return *this;
+}
+
+DateTime& DateTime::MakeFromUTC()
+{
+    if (IsValid())
+        *m_value = FromMs(SecondsOfUtc(FieldsOf(*m_value, false)) * c_msPerSecond +
+                          (MsOf(*m_value) - SecondsOf(*m_value) * c_msPerSecond));
+    return *this;
+}
+
+void DateTime::GetIsoDate(TString<wchar_t>& out, bool utc) const
+{
+    out.clear();
+    IsoText::AppendDate(out, FieldsOf(*m_value, utc));
+}
+
+void DateTime::GetIsoTime(TString<wchar_t>& out, bool utc) const
+{
+    out.clear();
+    IsoText::AppendTime(out, FieldsOf(*m_value, utc));
+    if (utc)
+        out += L" Z";
+}
+
+void DateTime::GetIsoString(TString<wchar_t>& out, bool utc) const
+{
+    const CalendarTime fields = FieldsOf(*m_value, utc);
+    out.clear();
+    IsoText::AppendDate(out, fields);
+    out.push_back(L' ');
+    IsoText::AppendTime(out, fields);
+    if (utc)
+        out += L" Z";
+}
+
+void DateTime::GetIsoString(TString<char>& out, bool utc) const
+{
+    TString<wchar_t> text;
+    GetIsoString(text, utc);
+    out = UTF8::ToUTF8(text);
+}
+
+bool DateTime::ParseIsoString(const TString<wchar_t>& text)
+{
+    const IsoText::Parsed parsed = IsoText::Parse(text);
+    *m_value = parsed.isUtc ? FromUtc(parsed.time, 0) : FromLocal(parsed.time);
+    return IsValid();
+}
+
+bool DateTime::ParseIsoString(const TString<char>& text)
+{
+    return ParseIsoString(UTF8::ToUNICODE(text));
+}
+
+void DateTime::GetDate(TString<wchar_t>& out) const
+{
+    if (Locales::GetCurrentDateFormat(out) && !out.empty())
+        out = LocaleText::FormatDate(out, FieldsOf(*m_value, false));
+}
+
+void DateTime::GetTime(TString<wchar_t>& out) const
+{
+    if (Locales::GetCurrentDateFormat(out) && !out.empty())
+        out = LocaleText::FormatTime(out, FieldsOf(*m_value, false), DayHalvesOfLocale);
+}
+
+void DateTime::GetString(TString<wchar_t>& out) const
+{
+    TString<wchar_t> time;
+    GetDate(out);
+    GetTime(time);
+    out += L" " + time;
+}
+
+void DateTime::GetRelativeStringFromNow(TString<wchar_t>& out) const
+{
+    const DateTime now;
+    const bool isToday =
+        now.GetYear() == GetYear() && now.GetMonth() == GetMonth() && now.GetDay() == GetDay();
+    if (isToday)
+        GetTime(out);
+    else
+        GetDate(out);
+}
+
+TString<wchar_t> DateTime::IntToUString(int value, int width) const
+{
+    return LocaleText::PaddedNumber(value, width);
+}
+
+DateTime& DateTime::Add(unsigned int hours, unsigned int minutes, unsigned int seconds)
+{
+    if (IsValid())
+        *m_value = FromMs(MsOf(*m_value) + hours * c_msPerHour + minutes * c_msPerMinute +
+                          seconds * c_msPerSecond);
+    return *this;
+}
+
+DateTime& DateTime::Add(unsigned int years, unsigned int months, unsigned int weeks,
+                        unsigned int days)
+{
+    return AddSpan(years * 12LL + months, weeks * 7LL + days);
+}
+
+DateTime& DateTime::Remove(unsigned int years, unsigned int months, unsigned int weeks,
+                           unsigned int days)
+{
+    return AddSpan(-(years * 12LL + months), -(weeks * 7LL + days));
+}
+
+// A result that no calendar has is invalid.
+DateTime& DateTime::AddSpan(long long months, long long days)
+{
+    if (!IsValid())
+        return *this;
+    const long long ms = MsOf(*m_value) - SecondsOf(*m_value) * c_msPerSecond;
+    CalendarTime fields = FieldsOf(*m_value, false);
+    *m_value = MoveDate(fields, months, days) ? FromMs(SecondsOfLocal(fields) * c_msPerSecond + ms)
+                                              : wxDateTime();
+    return *this;
+}
+
+long long DateTime::MsLaterThan(const smart_ptr<DateTime>& other) const
+{
+    if (!other.IsValid() || !other->IsValid() || !IsValid())
+        return 0;
+    return MsOf(*m_value) - MsOf(*other->m_value);
+}
+
+int DateTime::GetTotalHours(const smart_ptr<DateTime>& other) const
+{
+    return static_cast<int>(MsLaterThan(other) / c_msPerHour);
+}
+
+int DateTime::GetTotalMinutes(const smart_ptr<DateTime>& other) const
+{
+    return static_cast<int>(MsLaterThan(other) / c_msPerMinute);
+}
+
+long DateTime::GetTotalSecondes(const smart_ptr<DateTime>& other) const
+{
+    return static_cast<std::int32_t>(MsLaterThan(other) / c_msPerSecond);
+}
+
+bool DateTime::operator==(const DateTime& other) const
+{
+    return MsOf(*m_value) == MsOf(*other.m_value);
+}
+
+bool DateTime::operator!=(const DateTime& other) const
+{
+    return !(*this == other);
+}
+
+bool DateTime::operator<(const DateTime& other) const
+{
+    return MsOf(*m_value) < MsOf(*other.m_value);
+}
+
+bool DateTime::operator>(const DateTime& other) const
+{
+    return other < *this;
+}
+
+bool DateTime::operator<=(const DateTime& other) const
+{
+    return !(*this > other);
+}
+
+bool DateTime::operator>=(const DateTime& other) const
+{
+    return !(*this < other);
+}
+
+} // namespace Toolkit

@@ -1,0 +1,112 @@
+#include "toolkit/core/Numbers.Private.h"
+#include "toolkit/datetime/IsoText.Private.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace Toolkit::IsoText {
+namespace {
+
+// Reads like a standard stream under the classic locale, and like it reads nothing more once a read
+// has failed.
+class Reader {
+public:
+    explicit Reader(const std::wstring& text) : m_at(text.data()), m_end(text.data() + text.size())
+    {
+    }
+
+    // A number of 32 bits with an optional sign; -1 when there is none.
+    long long ReadNumber()
+    {
+        constexpr long long missing = -1;
+
+        SkipSpace();
+        const bool isNegative = !AtEnd() && *m_at == L'-';
+        if (isNegative || (!AtEnd() && *m_at == L'+'))
+            ++m_at;
+        long long value = 0;
+        const wchar_t* const digits = m_at;
+        for (; !AtEnd() && IsDigit(*m_at); ++m_at)
+            value = std::min(value * 10 + (*m_at - L'0'), c_tooLarge);
+        value = isNegative ? -value : value;
+        m_hasFailed = m_hasFailed || m_at == digits || value > std::numeric_limits<int>::max() ||
+                      value < std::numeric_limits<int>::min();
+        return m_hasFailed ? missing : value;
+    }
+
+    void SkipCharacter()
+    {
+        if (AtEnd())
+            m_hasFailed = true;
+        else
+            ++m_at;
+    }
+
+    // The next character that is no white space; a blank when there is none.
+    wchar_t ReadCharacter()
+    {
+        SkipSpace();
+        return m_hasFailed || AtEnd() ? L' ' : *m_at;
+    }
+
+private:
+    static constexpr long long c_tooLarge = 1LL << 40;
+
+    static bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
+    static bool IsSpace(wchar_t character)
+    {
+        return character == L' ' || (character >= L'\t' && character <= L'\r');
+    }
+
+    bool AtEnd() const { return m_at == m_end; }
+    void SkipSpace() { m_at = std::find_if_not(m_at, m_end, IsSpace); }
+
+    const wchar_t* m_at;
+    const wchar_t* m_end;
+    bool m_hasFailed = false;
+};
+
+// Two digits at least.
+void AppendNumber(std::wstring& out, long long value)
+{
+    const Numbers::Text<wchar_t> digits(value);
+    if (digits.Length() < 2)
+        out.push_back(L'0');
+    out.append(digits.Data(), digits.Length());
+}
+
+} // namespace
+
+void AppendDate(std::wstring& out, const CalendarTime& time)
+{
+    AppendNumber(out, time.year);
+    out.push_back(L'-');
+    AppendNumber(out, time.month);
+    out.push_back(L'-');
+    AppendNumber(out, time.day);
+}
+
+void AppendTime(std::wstring& out, const CalendarTime& time)
+{
+    AppendNumber(out, time.hour);
+    out.push_back(L':');
+    AppendNumber(out, time.minute);
+    out.push_back(L':');
+    AppendNumber(out, time.second);
+}
+
+Parsed Parse(const std::wstring& text)
+{
+    Reader reader(text);
+    Parsed parsed{};
+    long long* const fields[] = {&parsed.time.year, &parsed.time.month,  &parsed.time.day,
+                                 &parsed.time.hour, &parsed.time.minute, &parsed.time.second};
+    for (long long* const field : fields) {
+        *field = reader.ReadNumber();
+        reader.SkipCharacter();
+    }
+    parsed.isUtc = reader.ReadCharacter() == L'Z';
+    return parsed;
+}
+
+} // namespace Toolkit::IsoText

@@ -1,0 +1,112 @@
+#include "toolkit/core/Numbers.Private.h"
+#include "toolkit/datetime/LocaleText.Private.h"
+
+#include <utility>
+
+namespace Toolkit::LocaleText {
+namespace {
+
+constexpr long long c_noon = 12;
+
+TString<wchar_t> TwoDigits(long long value)
+{
+    return PaddedNumber(value, 2);
+}
+
+long long YearOfCentury(long long year)
+{
+    const long long century = year > 0 ? year / 100 : year / 100 - 1;
+    return year - 100 * century;
+}
+
+bool Contains(const TString<wchar_t>& text, const TString<wchar_t>& part)
+{
+    return text.find(part) != std::wstring::npos;
+}
+
+// Puts `replacement` in the place of each "a" that the pattern holds, and not of those that the
+// replacement brings along.
+void ReplaceDayHalfTokens(TString<wchar_t>& pattern, const TString<wchar_t>& replacement)
+{
+    TString<wchar_t> result;
+    for (const wchar_t character : pattern) {
+        if (character == L'a')
+            result += replacement;
+        else
+            result.push_back(character);
+    }
+    pattern = std::move(result);
+}
+
+// Marks the half of the day, in the place that the pattern has for it or at its end. A locale
+// without a text for it leaves the pattern's own "a", or the blank.
+void MarkDayHalf(TString<wchar_t>& pattern, const TString<wchar_t>& text)
+{
+    if (!Contains(pattern, L"a"))
+        pattern += L" " + text;
+    else if (!text.empty())
+        ReplaceDayHalfTokens(pattern, text);
+}
+
+// Replaces the hour of twelve. Noon and midnight count as 12 and 0 in the morning.
+void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayHalves& halves)
+{
+    const bool isAfternoon = hour > c_noon;
+    if (isAfternoon)
+        hour -= c_noon;
+    pattern.Replace(L"h", TwoDigits(hour));
+    MarkDayHalf(pattern, isAfternoon ? halves.afternoon : halves.morning);
+}
+
+} // namespace
+
+TString<wchar_t> PaddedNumber(long long value, int width)
+{
+    std::wstring digits = Numbers::Text<wchar_t>(value).String();
+    if (width > 0 && digits.size() < static_cast<std::size_t>(width))
+        digits.insert(0, static_cast<std::size_t>(width) - digits.size(), L'0');
+    return digits;
+}
+
+TString<wchar_t> FormatDate(TString<wchar_t> pattern, const CalendarTime& time)
+{
+    // Longer tokens come first; a run of three letters becomes its number twice over.
+    const std::pair<const wchar_t*, TString<wchar_t>> tokens[] = {
+        {L"dd", TwoDigits(time.day)},
+        {L"%d", TwoDigits(time.day)},
+        {L"d", TwoDigits(time.day)},
+        {L"MM", TwoDigits(time.month)},
+        {L"%m", TwoDigits(time.month)},
+        {L"M", TwoDigits(time.month)},
+        {L"yyyy", PaddedNumber(time.year, 4)},
+        {L"%Y", PaddedNumber(time.year, 4)},
+        {L"yy", TwoDigits(YearOfCentury(time.year))},
+    };
+    for (const auto& [token, number] : tokens)
+        pattern.Replace(token, number);
+    return pattern.substr(0, pattern.find(L' '));
+}
+
+TString<wchar_t> FormatTime(TString<wchar_t> pattern, const CalendarTime& time,
+                            DayHalves (*getDayHalves)())
+{
+    long long hour = time.hour;
+    pattern.Replace(L"HH", TwoDigits(hour));
+    // Two letters stand for the hour of 24 as well, and so there is no half of the day to mark.
+    pattern.Replace(L"hh", TwoDigits(hour));
+    pattern.Replace(L"mm", TwoDigits(time.minute));
+    pattern.Replace(L"m", TwoDigits(time.minute));
+    pattern.Replace(L":ss", TString<wchar_t>::Empty());
+    pattern.Replace(L" tt", TString<wchar_t>::Empty());
+    if (Contains(pattern, L"h"))
+        FormatTwelveHours(pattern, hour, getDayHalves());
+    else
+        pattern.Replace(L"a", TString<wchar_t>::Empty());
+    const TString<wchar_t> clock = TwoDigits(hour) + L":" + TwoDigits(time.minute);
+    pattern.Replace(L"%T", clock);
+    pattern.Replace(L"%R", clock);
+    const std::size_t blank = pattern.find(L' ');
+    return blank == std::wstring::npos ? pattern : TString<wchar_t>(pattern.substr(blank + 1));
+}
+
+} // namespace Toolkit::LocaleText

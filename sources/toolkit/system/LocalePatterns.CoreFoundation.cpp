@@ -1,0 +1,43 @@
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/system/LocalePatterns.Private.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <memory>
+#include <type_traits>
+
+namespace Toolkit::LocalePatterns {
+namespace {
+
+struct Releaser {
+    void operator()(const void* object) const { CFRelease(object); }
+};
+
+template <typename Reference>
+using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Releaser>;
+
+// Nothing when the pattern cannot be expressed in ASCII or does not fit.
+TString<wchar_t> Pattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
+{
+    const Owned<CFLocaleRef> locale(CFLocaleCopyCurrent());
+    const Owned<CFDateFormatterRef> formatter(
+        CFDateFormatterCreate(kCFAllocatorDefault, locale.get(), date, time));
+    char buffer[256] = {};
+    if (formatter)
+        CFStringGetCString(CFDateFormatterGetFormat(formatter.get()), buffer, sizeof buffer,
+                           kCFStringEncodingASCII);
+    return UTF8::ToUNICODE(buffer);
+}
+
+} // namespace
+
+TString<wchar_t> ShortDate()
+{
+    return Pattern(kCFDateFormatterShortStyle, kCFDateFormatterNoStyle);
+}
+
+TString<wchar_t> ShortTime()
+{
+    return Pattern(kCFDateFormatterNoStyle, kCFDateFormatterShortStyle);
+}
+
+} // namespace Toolkit::LocalePatterns

@@ -1,0 +1,98 @@
+#include "toolkit/system/LocalePatterns.Private.h"
+
+#include <unicode/udat.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace Toolkit::LocalePatterns {
+namespace {
+
+// The locale that the environment names, in the library's own form: "de_AT" for "de_AT.UTF-8@euro".
+// ICU's default does not look at LC_TIME, and takes an empty LC_ALL for a name.
+std::string UserLocale()
+{
+    for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"}) {
+        const char* const value = std::getenv(name);
+        if (!value || !*value)
+            continue;
+        std::string locale(value);
+        locale.erase(std::min(locale.find_first_of(".@"), locale.size()));
+        if (locale != "C" && locale != "POSIX" && !locale.empty())
+            return locale;
+        break;
+    }
+    return "en_US_POSIX";
+}
+
+std::u16string Pattern(UDateFormatStyle time, UDateFormatStyle date)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UDateFormat, decltype(&udat_close)> format(
+        udat_open(time, date, UserLocale().c_str(), nullptr, 0, nullptr, 0, &error), &udat_close);
+    if (U_FAILURE(error))
+        return {};
+    char16_t buffer[512];
+    const int32_t length = udat_toPattern(format.get(), false, buffer, std::size(buffer), &error);
+    if (U_FAILURE(error) || length > static_cast<int32_t>(std::size(buffer)))
+        return {};
+    return {buffer, static_cast<std::size_t>(length)};
+}
+
+// Newer locale data write no-break spaces into patterns, and marks that only set a direction.
+TString<wchar_t> PlainText(const std::u16string& pattern)
+{
+    TString<wchar_t> text;
+    for (const char16_t character : pattern) {
+        if (character == u'\u202F' || character == u'\u00A0')
+            text.push_back(L' ');
+        else if (character != u'\u200E' && character != u'\u200F')
+            text.push_back(static_cast<wchar_t>(character));
+    }
+    return text;
+}
+
+TString<wchar_t> WithoutQuotedTexts(const TString<wchar_t>& pattern)
+{
+    TString<wchar_t> text;
+    bool isQuoted = false;
+    for (const wchar_t character : pattern) {
+        if (character == L'\'')
+            isQuoted = !isQuoted;
+        else if (!isQuoted)
+            text.push_back(character);
+    }
+    return text;
+}
+
+// A single y is the whole year, which others write as yyyy.
+TString<wchar_t> WithLongYear(TString<wchar_t> pattern)
+{
+    const std::size_t first = pattern.find(L'y');
+    if (first != std::wstring::npos && pattern.find(L'y', first + 1) == std::wstring::npos)
+        pattern.replace(first, 1, L"yyyy");
+    return pattern;
+}
+
+TString<wchar_t> WithoutBlanks(TString<wchar_t> pattern)
+{
+    pattern.erase(std::remove(pattern.begin(), pattern.end(), L' '), pattern.end());
+    return pattern;
+}
+
+} // namespace
+
+TString<wchar_t> ShortDate()
+{
+    const TString<wchar_t> pattern = PlainText(Pattern(UDAT_NONE, UDAT_SHORT));
+    return WithLongYear(WithoutBlanks(WithoutQuotedTexts(pattern)));
+}
+
+TString<wchar_t> ShortTime()
+{
+    return WithoutQuotedTexts(PlainText(Pattern(UDAT_SHORT, UDAT_NONE)));
+}
+
+} // namespace Toolkit::LocalePatterns

@@ -1,0 +1,25 @@
+#include "toolkit/system/LocalePatterns.Private.h"
+
+#include <algorithm>
+
+namespace Toolkit::LocalePatterns {
+namespace {
+
+constexpr std::size_t c_longestPattern = 255;
+
+bool IsUsable(const TString<wchar_t>& pattern)
+{
+    return pattern.size() <= c_longestPattern &&
+           std::all_of(pattern.begin(), pattern.end(),
+                       [](wchar_t character) { return character > 0 && character <= 0x7F; });
+}
+
+} // namespace
+
+TString<wchar_t> Compose(const TString<wchar_t>& date, const TString<wchar_t>& time)
+{
+    const TString<wchar_t>& empty = TString<wchar_t>::Empty();
+    return (IsUsable(date) ? date : empty) + L" " + (IsUsable(time) ? time : empty);
+}
+
+} // namespace Toolkit::LocalePatterns

@@ -1,0 +1,24 @@
+#include "toolkit/system/MacCocoa.h"
+
+#include "toolkit/core/Assert.h"
+
+#import <AppKit/AppKit.h>
+#import <Foundation/Foundation.h>
+
+// Compiled without automatic reference counting, which knows no pools of this kind.
+
+bool MacInitCocoa()
+{
+    const bool loaded = NSApplicationLoad();
+    ASSERT(loaded);
+    return loaded;
+}
+
+MacAutoreleasePool::MacAutoreleasePool() : m_pool([[NSAutoreleasePool alloc] init])
+{
+}
+
+MacAutoreleasePool::~MacAutoreleasePool()
+{
+    [static_cast<NSAutoreleasePool*>(m_pool) release];
+}
