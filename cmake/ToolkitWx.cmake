@@ -1,26 +1,30 @@
 # Toolkit::wxBase and Toolkit::wxNet: the wxWidgets libraries without their user interface part.
 #
-# Used by the library's own build and by its installed package.
+# Used by the library's own build and by its installed package. The targets are missing afterwards
+# when wxWidgets is.
 
-find_package(wxWidgets 3.2 QUIET REQUIRED COMPONENTS net base)
+# A function, so that a caller's own wxWidgets_... variables stay what they are.
+function(toolkit_find_wx)
+    find_package(wxWidgets 3.2 QUIET COMPONENTS net base)
+    if(NOT wxWidgets_FOUND)
+        return()
+    endif()
+    set(libraries_Net ${wxWidgets_LIBRARIES})
+    set(libraries_Base ${wxWidgets_LIBRARIES})
+    list(FILTER libraries_Base EXCLUDE REGEX "_net")
+
+    foreach(component IN ITEMS Base Net)
+        set(target Toolkit::wx${component})
+        add_library(${target} INTERFACE IMPORTED GLOBAL)
+        target_include_directories(${target} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
+        # Without wxUSE_GUI=0 the headers expect the libraries of the user interface.
+        target_compile_definitions(${target} INTERFACE ${wxWidgets_DEFINITIONS} wxUSE_GUI=0)
+        target_compile_options(${target} INTERFACE ${wxWidgets_CXX_FLAGS})
+        target_link_directories(${target} INTERFACE ${wxWidgets_LIBRARY_DIRS})
+        target_link_libraries(${target} INTERFACE ${libraries_${component}})
+    endforeach()
+endfunction()
 
 if(NOT TARGET Toolkit::wxBase)
-    foreach(component IN ITEMS Base Net)
-        add_library(Toolkit::wx${component} INTERFACE IMPORTED)
-        target_include_directories(
-            Toolkit::wx${component} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS}
-        )
-        # Without wxUSE_GUI=0 the headers expect the libraries of the user interface.
-        target_compile_definitions(
-            Toolkit::wx${component} INTERFACE ${wxWidgets_DEFINITIONS} wxUSE_GUI=0
-        )
-        target_compile_options(Toolkit::wx${component} INTERFACE ${wxWidgets_CXX_FLAGS})
-        target_link_directories(Toolkit::wx${component} INTERFACE ${wxWidgets_LIBRARY_DIRS})
-    endforeach()
-
-    set(toolkit_wxBaseLibraries ${wxWidgets_LIBRARIES})
-    list(FILTER toolkit_wxBaseLibraries EXCLUDE REGEX "_net")
-    target_link_libraries(Toolkit::wxBase INTERFACE ${toolkit_wxBaseLibraries})
-    target_link_libraries(Toolkit::wxNet INTERFACE ${wxWidgets_LIBRARIES})
-    unset(toolkit_wxBaseLibraries)
+    toolkit_find_wx()
 endif()
