@@ -1,0 +1,15 @@
+#include "support/CompiledLocale.h"
+
+#include <cstdlib>
+
+namespace Toolkit::Testing {
+
+CompiledLocale::CompiledLocale(const std::string& source, const std::string& charset)
+    : m_searchPath("LOCPATH", m_directory.Path().native()), m_name(source + "." + charset)
+{
+    const std::string command = "localedef --no-archive -i " + source + " -f " + charset + " '" +
+                                (m_directory.Path() / m_name).native() + "' >/dev/null 2>&1";
+    m_isThere = std::system(command.c_str()) == 0;
+}
+
+} // namespace Toolkit::Testing

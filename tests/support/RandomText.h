@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <random>
+#include <string>
+
+namespace Toolkit::Testing {
+
+/// Random texts over an alphabet, the same ones in every run.
+class RandomText {
+public:
+    explicit RandomText(unsigned int seed) : m_engine(seed) {}
+
+    /// A number from `first` to `last`, both included.
+    template <typename Integer>
+    Integer Number(Integer first, Integer last)
+    {
+        return std::uniform_int_distribution<Integer>(first, last)(m_engine);
+    }
+
+    /// At most `longest` characters, each one of `alphabet`.
+    template <typename Char>
+    std::basic_string<Char> Text(const std::basic_string<Char>& alphabet, std::size_t longest)
+    {
+        std::basic_string<Char> text(Number<std::size_t>(0, longest), Char());
+        for (Char& character : text)
+            character = alphabet[Number<std::size_t>(0, alphabet.size() - 1)];
+        return text;
+    }
+
+private:
+    std::mt19937_64 m_engine;
+};
+
+} // namespace Toolkit::Testing
