@@ -16,6 +16,27 @@ install(
     DESTINATION "${package_directory}"
 )
 
+# Threads and log forwarders of a program derive from the framework's classes, so every program
+# needs wxWidgets; it links a static library together with all else that is inside.
+set(package_dependencies Wx)
+set(package_dependency_targets Toolkit::wxBase)
+set(pc_wx Toolkit::wxBase)
+set(pc_requires "")
+if(NOT BUILD_SHARED_LIBS)
+    set(pc_wx Toolkit::wxNet)
+    list(APPEND package_dependency_targets Toolkit::wxNet)
+    if(TARGET Toolkit::icu)
+        list(APPEND package_dependencies Icu)
+        list(APPEND package_dependency_targets Toolkit::icu)
+        string(APPEND pc_requires " icu-i18n icu-uc")
+    endif()
+    if(TARGET Toolkit::pcre)
+        list(APPEND package_dependencies Pcre)
+        list(APPEND package_dependency_targets Toolkit::pcre)
+        string(APPEND pc_requires " libpcre")
+    endif()
+endif()
+
 configure_package_config_file(
     "${PROJECT_SOURCE_DIR}/cmake/ToolkitConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/package/ToolkitConfig.cmake"
@@ -25,9 +46,11 @@ configure_package_config_file(
 write_basic_package_version_file(
     "${PROJECT_BINARY_DIR}/package/ToolkitConfigVersion.cmake" COMPATIBILITY SameMajorVersion
 )
+set(package_files "${package_dependencies}")
+list(TRANSFORM package_files REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/cmake/Toolkit\\1.cmake")
 install(FILES "${PROJECT_BINARY_DIR}/package/ToolkitConfig.cmake"
               "${PROJECT_BINARY_DIR}/package/ToolkitConfigVersion.cmake"
-              "${PROJECT_SOURCE_DIR}/cmake/ToolkitWx.cmake"
+              ${package_files}
         DESTINATION "${package_directory}"
 )
 
@@ -41,16 +64,11 @@ function(toolkit_flags result target property flag)
 endfunction()
 
 # wxWidgets has no pkg-config module that could be named as a requirement.
-toolkit_flags(pc_includes Toolkit::wxBase INTERFACE_INCLUDE_DIRECTORIES "-isystem ")
-toolkit_flags(pc_definitions Toolkit::wxBase INTERFACE_COMPILE_DEFINITIONS "-D")
-toolkit_flags(pc_options Toolkit::wxBase INTERFACE_COMPILE_OPTIONS "")
+toolkit_flags(pc_includes ${pc_wx} INTERFACE_INCLUDE_DIRECTORIES "-isystem ")
+toolkit_flags(pc_definitions ${pc_wx} INTERFACE_COMPILE_DEFINITIONS "-D")
+toolkit_flags(pc_options ${pc_wx} INTERFACE_COMPILE_OPTIONS "")
+toolkit_flags(pc_libs ${pc_wx} INTERFACE_LINK_LIBRARIES "")
 set(pc_cflags "${pc_includes} ${pc_definitions} ${pc_options}")
-# A program links a static library together with all that is inside it.
-if(BUILD_SHARED_LIBS)
-    toolkit_flags(pc_libs Toolkit::wxBase INTERFACE_LINK_LIBRARIES "")
-else()
-    toolkit_flags(pc_libs Toolkit::wxNet INTERFACE_LINK_LIBRARIES "")
-endif()
 # Relative to the file itself, so that an installed tree may be moved.
 file(RELATIVE_PATH pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 string(REGEX REPLACE "/$" "" pc_prefix "${pc_prefix}")

@@ -1,0 +1,14 @@
+# Toolkit::pcre: the PCRE library, version 1, behind the regular expressions.
+#
+# Used by the library's own build and by the installed package of a static library. The target is
+# missing afterwards when PCRE is.
+
+find_path(TOOLKIT_PCRE_INCLUDE_DIR pcre.h)
+find_library(TOOLKIT_PCRE_LIBRARY pcre)
+mark_as_advanced(TOOLKIT_PCRE_INCLUDE_DIR TOOLKIT_PCRE_LIBRARY)
+
+if(TOOLKIT_PCRE_INCLUDE_DIR AND TOOLKIT_PCRE_LIBRARY AND NOT TARGET Toolkit::pcre)
+    add_library(Toolkit::pcre INTERFACE IMPORTED GLOBAL)
+    target_include_directories(Toolkit::pcre SYSTEM INTERFACE "${TOOLKIT_PCRE_INCLUDE_DIR}")
+    target_link_libraries(Toolkit::pcre INTERFACE "${TOOLKIT_PCRE_LIBRARY}")
+endif()
