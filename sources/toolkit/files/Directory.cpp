@@ -1,0 +1,128 @@
+#include "toolkit/files/Directory.h"
+
+#include "toolkit/encoding/UTF7.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+
+#include <wx/filefn.h>
+
+#include <dirent.h>
+#include <filesystem>
+#include <memory>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace Toolkit {
+namespace {
+
+enum class Wanted { Directories, Files, Both };
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const { ::closedir(directory); }
+};
+using OpenDirectory = std::unique_ptr<DIR, DirectoryCloser>;
+
+bool IsHidden(const dirent& entry)
+{
+    return entry.d_name[0] == '.';
+}
+
+bool IsDirectory(const OpenDirectory& directory, const dirent& entry)
+{
+    // Most file systems tell the type with the name, but for what a link leads to.
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+        return entry.d_type == DT_DIR;
+    struct stat status {};
+    return ::fstatat(::dirfd(directory.get()), entry.d_name, &status, 0) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+TString<wchar_t> NameOf(const dirent& entry)
+{
+    TString<wchar_t> name = UTF8::ToUNICODE(entry.d_name);
+    if (name.empty())
+        name = UTF7::ToUNICODE(entry.d_name);
+    return name;
+}
+
+bool Matches(const TString<wchar_t>& name, const TString<wchar_t>& fileSpec)
+{
+    constexpr bool hiddenNeedPoint = true;
+    return fileSpec.empty() || wxMatchWild(wxString(fileSpec.data(), fileSpec.size()),
+                                           wxString(name.data(), name.size()), hiddenNeedPoint);
+}
+
+unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
+                  std::vector<TString<wchar_t>>& names)
+{
+    names.clear();
+    const OpenDirectory directory(::opendir(UTF8::ToUTF8(path).c_str()));
+    if (!directory)
+        return 0;
+    while (const dirent* const entry = ::readdir(directory.get())) {
+        if (IsHidden(*entry))
+            continue;
+        if (wanted != Wanted::Both &&
+            IsDirectory(directory, *entry) != (wanted == Wanted::Directories))
+            continue;
+        TString<wchar_t> name = NameOf(*entry);
+        if (Matches(name, fileSpec))
+            names.push_back(std::move(name));
+    }
+    return static_cast<unsigned int>(names.size());
+}
+
+TString<wchar_t> ApplicationPath()
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    return paths.IsValid() ? paths->GetApplicationPath() : TString<wchar_t>();
+}
+
+} // namespace
+
+Directory::Directory(const TString<wchar_t>& path) : m_path(path.empty() ? ApplicationPath() : path)
+{
+}
+
+unsigned int Directory::GetDirectories(const TString<wchar_t>& fileSpec,
+                                       std::vector<TString<wchar_t>>& names) const
+{
+    return List(m_path, fileSpec, Wanted::Directories, names);
+}
+
+unsigned int Directory::GetFiles(const TString<wchar_t>& fileSpec,
+                                 std::vector<TString<wchar_t>>& names) const
+{
+    return List(m_path, fileSpec, Wanted::Files, names);
+}
+
+unsigned int Directory::EnumFilePaths(std::vector<TString<wchar_t>>& names,
+                                      const TString<wchar_t>& directory,
+                                      const TString<wchar_t>& fileSpec)
+{
+    return List(directory, fileSpec, Wanted::Both, names);
+}
+
+bool Directory::Create(const TString<wchar_t>& path)
+{
+    if (path.empty())
+        return false;
+    std::error_code ignored;
+    std::filesystem::create_directories(std::string(UTF8::ToUTF8(path)), ignored);
+    return Exist(path);
+}
+
+bool Directory::Exist(const TString<wchar_t>& path)
+{
+    return PathManager::DirExists(path);
+}
+
+bool Directory::RemoveFile(const TString<wchar_t>& path)
+{
+    // remove() would take an empty directory too.
+    return ::unlink(UTF8::ToUTF8(path).c_str()) == 0;
+}
+
+} // namespace Toolkit

@@ -1,0 +1,61 @@
+#include "toolkit/files/DynamicLibrary.h"
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+
+#include <wx/dynlib.h>
+
+#include <dlfcn.h>
+
+namespace Toolkit {
+namespace {
+
+TString<wchar_t> WithExtension(const TString<wchar_t>& name)
+{
+    TString<wchar_t> volume;
+    TString<wchar_t> path;
+    TString<wchar_t> bareName;
+    TString<wchar_t> extension;
+    PathManager::SplitPath(name, volume, path, bareName, extension);
+    if (!extension.empty())
+        return name;
+    return name + wxDynamicLibrary::GetDllExt(wxDL_LIBRARY).ToStdWstring();
+}
+
+} // namespace
+
+DynamicLibrary::DynamicLibrary() : m_library(std::make_unique<wxDynamicLibrary>()) {}
+
+DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name)
+    : m_name(name), m_library(std::make_unique<wxDynamicLibrary>())
+{
+    if (name.empty())
+        return;
+    // The framework only holds the handle: its own loading reports what is missing, and knows names
+    // in the encoding of the locale alone.
+    const TString<char> file = UTF8::ToUTF8(WithExtension(name));
+    if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
+        m_library->Attach(handle);
+}
+
+DynamicLibrary::~DynamicLibrary() = default;
+
+void* DynamicLibrary::GetSymbol(const TString<wchar_t>& name) const
+{
+    if (!m_library->IsLoaded())
+        return nullptr;
+    return ::dlsym(m_library->GetLibHandle(), UTF8::ToUTF8(name).c_str());
+}
+
+void* DynamicLibrary::Detach()
+{
+    return m_library->IsLoaded() ? m_library->Detach() : nullptr;
+}
+
+void DynamicLibrary::Unload(void* handle)
+{
+    if (handle)
+        ::dlclose(handle);
+}
+
+} // namespace Toolkit

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+#include <memory>
+
+class wxDynamicLibrary;
+
+namespace Toolkit {
+
+/// A shared library that is loaded at run time, and unloaded with the object.
+///
+/// Failures show in the results alone: nothing is thrown or logged. One object is used by one
+/// thread at a time.
+class TOOLKIT_API DynamicLibrary {
+public:
+    /// Nothing is loaded.
+    DynamicLibrary();
+
+    /// Loads the library `name` at once, resolves all its symbols and makes them available to the
+    /// libraries that are loaded later. A name without an extension gets the system's. Without a
+    /// directory the system's search order counts. When it fails, no symbol is found.
+    DynamicLibrary(const TString<wchar_t>& name);
+    ~DynamicLibrary();
+
+    /// The address of a symbol; null when there is none.
+    void* GetSymbol(const TString<wchar_t>& name) const;
+
+    /// Gives the library away: it stays loaded until Unload() is called with the result, which is
+    /// null when none is loaded.
+    void* Detach();
+
+    /// Unloads what Detach() returned. Null is ignored.
+    static void Unload(void* handle);
+
+private:
+    TString<wchar_t> m_name;
+    std::unique_ptr<wxDynamicLibrary> m_library;
+};
+
+} // namespace Toolkit

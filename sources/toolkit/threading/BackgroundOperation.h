@@ -1,0 +1,56 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/threading/EventNotifier.h"
+#include "toolkit/threading/EventObject.h"
+#include "toolkit/threading/Mutex.h"
+
+namespace Toolkit {
+
+/// Learns when a background operation starts and ends, on the thread that performs it.
+class TOOLKIT_API BackgroundOperationHandler {
+public:
+    virtual ~BackgroundOperationHandler();
+
+    virtual void OnOperationStarted() = 0;
+    virtual void OnOperationEnded() = 0;
+};
+
+/// A long-running piece of work: tells its handlers of start and end, lets other threads wait for
+/// the end, and keeps the time of the last progress.
+///
+/// The worker calls SendOperationStarted(), UpdateLastOperationDate() as it makes progress, and
+/// SendOperationEnded(). Any thread may call the operations.
+class TOOLKIT_API BackgroundOperation : public EventNotifier<BackgroundOperationHandler> {
+public:
+    /// `operationId` is the caller's own.
+    explicit BackgroundOperation(unsigned int operationId);
+    ~BackgroundOperation() override;
+
+    unsigned int GetOperationId() const { return m_operationId; }
+
+    /// Makes Wait() block again, then tells the handlers.
+    void SendOperationStarted();
+
+    /// Lets waiting threads go on, which may happen before the handlers are told.
+    void SendOperationEnded();
+
+    /// Waits without limit until an operation has ended and none has started since; true then.
+    bool Wait() const;
+
+    /// Remembers the current tick count as the time of the last progress.
+    void UpdateLastOperationDate();
+
+    /// Milliseconds of `GetTickCount()`; 0 before the first progress.
+    unsigned int GetLastOperationDate() const;
+
+private:
+    unsigned int m_operationId;
+    unsigned int m_lastOperationDate; // guarded by m_dateLock
+    smart_ptr<EventObject> m_spareEvent;
+    smart_ptr<EventObject> m_endedEvent;
+    mutable Mutex m_dateLock;
+};
+
+} // namespace Toolkit

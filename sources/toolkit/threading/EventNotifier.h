@@ -1,0 +1,100 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/threading/Mutex.h"
+
+#include <algorithm>
+#include <list>
+
+namespace Toolkit {
+
+/// A list of listeners of the interface `T`, for classes that have something to tell.
+///
+/// Listeners are called in the order in which they were added, under the notifier's recursive lock.
+/// A listener may add and remove listeners, itself included, from inside its call; another thread
+/// that tries waits until the pass has ended. Any thread may call the operations.
+template <typename T>
+class TOOLKIT_API EventNotifier {
+public:
+    EventNotifier() : m_lock(false), m_runningPasses(0) {}
+    virtual ~EventNotifier() = default;
+
+    EventNotifier(const EventNotifier&) = delete;
+    EventNotifier& operator=(const EventNotifier&) = delete;
+
+    /// Adds `listener` at the end and shares it; one that is added twice is called twice. An empty
+    /// pointer is ignored.
+    void AddListener(const smart_ptr<T>& listener)
+    {
+        const MutexLocker locker(m_lock, MutexInternal::Infinite);
+        if (listener.IsValid())
+            m_listeners.push_back(listener);
+    }
+
+    /// Removes the first entry that holds the same object; false when there is none. A listener
+    /// that is removed while a pass runs is not called any more and lives until the pass has ended.
+    bool RemoveListener(const smart_ptr<T>& listener)
+    {
+        const MutexLocker locker(m_lock, MutexInternal::Infinite);
+        const auto found =
+            std::find_if(m_listeners.begin(), m_listeners.end(), [&](const smart_ptr<T>& entry) {
+                return entry.IsValid() && entry.Get() == listener.Get();
+            });
+        if (found == m_listeners.end())
+            return false;
+        if (m_runningPasses > 0) {
+            m_removed.push_back(*found);
+            *found = smart_ptr<T>();
+        } else {
+            m_listeners.erase(found);
+        }
+        return true;
+    }
+
+protected:
+    /// Calls `operation` with each listener. The pass ends early when a listener throws.
+    template <typename Operation>
+    void Notify(Operation operation)
+    {
+        const MutexLocker locker(m_lock, MutexInternal::Infinite);
+        const Pass pass(*this);
+        for (const smart_ptr<T>& listener : m_listeners) {
+            if (T* const object = listener.Get())
+                operation(*object);
+        }
+    }
+
+private:
+    using Listeners = std::list<smart_ptr<T>>;
+
+    // While a pass runs entries are only emptied. The last of nested passes takes them out.
+    class Pass {
+    public:
+        explicit Pass(EventNotifier& notifier) : m_notifier(notifier)
+        {
+            ++notifier.m_runningPasses;
+        }
+        ~Pass()
+        {
+            if (--m_notifier.m_runningPasses > 0 || m_notifier.m_removed.empty())
+                return;
+            m_notifier.m_listeners.remove_if(
+                [](const smart_ptr<T>& entry) { return !entry.IsValid(); });
+            m_notifier.m_removed.clear();
+        }
+
+        Pass(const Pass&) = delete;
+        Pass& operator=(const Pass&) = delete;
+
+    private:
+        EventNotifier& m_notifier;
+    };
+
+    Listeners m_listeners; // guarded by m_lock, like the rest; no entry is empty outside of a pass
+    Mutex m_lock;
+    Listeners m_removed;
+    int m_runningPasses;
+};
+
+} // namespace Toolkit
