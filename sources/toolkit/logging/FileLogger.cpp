@@ -26,7 +26,8 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
     : ILogger(threshold), m_queueLock(false), m_dataEvent(new EventObject(true, false)),
       m_stopEvent(new EventObject(false, false)),
       m_name(name.empty() ? PathManager::GetInstance()->GetApplicationName() : name),
-      m_sizeLimitBytes(sizeLimitBytes)
+      m_sizeLimitBytes(sizeLimitBytes), m_directory(PathManager::GetInstance()->GetTempDir() +
+                                                    PathManager::GetInstance()->GetPathSeparator())
 {
     Run();
 }
@@ -63,8 +64,7 @@ int FileLogger::DoWork()
 
 TString<wchar_t> FileLogger::MakePath(const TString<wchar_t>& suffix) const
 {
-    const smart_ptr<PathManager> paths = PathManager::GetInstance();
-    return paths->GetTempDir() + paths->GetPathSeparator() + m_name + suffix + c_strLogExtension;
+    return m_directory + m_name + suffix + c_strLogExtension;
 }
 
 // False when the logger was stopped before a file could be opened.

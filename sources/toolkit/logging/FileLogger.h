@@ -25,7 +25,7 @@ class FFile;
 /// When a batch of text has brought the file to its size limit, writing goes on at its beginning:
 /// nothing is truncated, and older text stays until it is written over.
 ///
-/// There has to be a `PathManager` for as long as the object lives.
+/// There has to be a `PathManager` when the object is constructed.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
     /// "w": the file is created or emptied.
@@ -44,8 +44,8 @@ public:
     /// 500 ms. While no file can be opened the text is dropped at once.
     ~FileLogger() override;
 
-    /// Puts `text` into the queue. Any thread may call it. The queue grows as long as no file can be
-    /// opened.
+    /// Puts `text` into the queue. Any thread may call it. The queue grows as long as no file can
+    /// be opened.
     void Write(const TString<wchar_t>& text) override;
 
 protected:
@@ -70,6 +70,9 @@ private:
     TString<wchar_t> m_name;
     smart_ptr<FFile> m_file; // the writer thread's
     unsigned int m_sizeLimitBytes;
+    // Taken at construction: the path manager may have gone before the writer thread opens its
+    // file.
+    TString<wchar_t> m_directory; // with a separator at its end
 };
 
 } // namespace Toolkit
