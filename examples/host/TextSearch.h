@@ -1,0 +1,56 @@
+#pragma once
+
+#include <toolkit/files/TextFile.h>
+#include <toolkit/logging/Log.h>
+#include <toolkit/threading/Thread.h>
+
+/// Reads a text file on a thread of its own, and logs and counts the lines that contain a text,
+/// regardless of case.
+///
+/// Run() starts it; after Wait() it tells what it found.
+class TextSearch : public Toolkit::Thread {
+public:
+    TextSearch(const TString<wchar_t>& path, const TString<wchar_t>& wanted)
+        : m_path(path), m_wanted(wanted)
+    {
+    }
+
+    // The thread uses this part of the object, which must not go before it has ended.
+    ~TextSearch() override { Wait(); }
+
+    bool HasReadFile() const { return m_hasReadFile; }
+    unsigned int GetLineCount() const { return m_lineCount; }
+    unsigned int GetHitCount() const { return m_hitCount; }
+
+protected:
+    int DoWork() override
+    {
+        Toolkit::TextFile file;
+        m_hasReadFile = file.Open(m_path);
+        if (!m_hasReadFile)
+            return 1;
+
+        // Eof() already holds on the last line, so each line is examined before Eof() is asked.
+        Examine(file.GetFirstLine());
+        while (!file.Eof())
+            Examine(file.GetNextLine());
+        return 0;
+    }
+
+private:
+    void Examine(const TString<wchar_t>& line)
+    {
+        ++m_lineCount;
+        if (!line.HasSubstring(m_wanted))
+            return;
+        ++m_hitCount;
+        TOOLKIT_LOG(Toolkit::SeverityInfo)
+            << L"line " << m_lineCount << L": " << line << Toolkit::ILogger::c_strLogToken3;
+    }
+
+    const TString<wchar_t> m_path;
+    const TString<wchar_t> m_wanted;
+    bool m_hasReadFile = false;
+    unsigned int m_lineCount = 0;
+    unsigned int m_hitCount = 0;
+};
