@@ -1,0 +1,68 @@
+#include "toolkit/encoding/UTF7.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+namespace Toolkit {
+namespace {
+
+using Wide = TString<wchar_t>;
+using Narrow = TString<char>;
+
+TEST(UTF7Test, AsciiStaysAsItIs)
+{
+    std::wstring wide;
+    std::string narrow;
+    for (int value = 1; value < 0x80; ++value) {
+        wide.push_back(static_cast<wchar_t>(value));
+        narrow.push_back(static_cast<char>(value));
+    }
+
+    EXPECT_EQ(UTF7::ToUTF7(wide), narrow);
+    EXPECT_EQ(UTF7::ToUNICODE(narrow), wide);
+}
+
+TEST(UTF7Test, EveryOtherCharacterBecomesAnUnderscore)
+{
+    const Wide extremes = std::wstring{std::numeric_limits<wchar_t>::min(), L'a', -1, L'b',
+                                       std::numeric_limits<wchar_t>::max()};
+
+    EXPECT_EQ(UTF7::ToUTF7(L"caf\u00E9"), "caf_");
+    EXPECT_EQ(UTF7::ToUTF7(L"\u007F\u0080\u00FF\u0100\u20AC\U0001F600"), "\x7F_____");
+    EXPECT_EQ(UTF7::ToUTF7(extremes), "_a_b_");
+}
+
+TEST(UTF7Test, EmptyTextStaysEmpty)
+{
+    EXPECT_EQ(UTF7::ToUTF7(L""), "");
+    EXPECT_EQ(UTF7::ToUNICODE(""), L"");
+}
+
+TEST(UTF7Test, NoUtf7IsWrittenOrRead)
+{
+    EXPECT_EQ(UTF7::ToUTF7(L"1+1-~\\"), "1+1-~\\");
+    EXPECT_EQ(UTF7::ToUNICODE("+AOk-"), L"+AOk-");
+}
+
+TEST(UTF7Test, NullCharactersAreWritten)
+{
+    EXPECT_EQ(UTF7::ToUTF7(Wide(std::wstring(L"a\0b", 3))), Narrow(std::string("a\0b", 3)));
+}
+
+TEST(UTF7Test, EachByteBecomesTheCharacterOfItsValue)
+{
+    for (int value = 1; value < 0x100; ++value) {
+        SCOPED_TRACE(value);
+        EXPECT_EQ(UTF7::ToUNICODE(static_cast<char>(value)), Wide(static_cast<wchar_t>(value)));
+    }
+}
+
+TEST(UTF7Test, BytesAreReadUpToTheFirstNull)
+{
+    EXPECT_EQ(UTF7::ToUNICODE(Narrow(std::string("a\0b", 3))), L"a");
+}
+
+} // namespace
+} // namespace Toolkit
