@@ -1,3 +1,7 @@
 toolkit_test(core/SmartPtrTest.cpp)
 toolkit_test(core/TStringReferenceTest.cpp)
 toolkit_test(core/TStringTest.cpp)
+toolkit_test(core/BytesTest.cpp)
+toolkit_test(core/FSStreamReferenceTest.cpp)
+toolkit_test(core/FSStreamTest.cpp)
+toolkit_test(core/SerializerTest.cpp)

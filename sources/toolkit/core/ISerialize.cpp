@@ -1,0 +1,7 @@
+#include "toolkit/core/ISerialize.h"
+
+namespace Toolkit {
+
+ISerialize::~ISerialize() = default;
+
+} // namespace Toolkit

@@ -1,0 +1,7 @@
+#include "toolkit/core/IStream.h"
+
+namespace Toolkit {
+
+IStream::~IStream() = default;
+
+} // namespace Toolkit

@@ -1,0 +1,33 @@
+#pragma once
+
+namespace Toolkit {
+
+/// What the operations of streams and of serializable objects return. Objects may return codes of
+/// their own; only the failure bit tells whether something went wrong.
+namespace StreamResult {
+
+constexpr unsigned int Ok = 0;
+
+/// An empty text or buffer: there was nothing (more) to transfer, which is no failure.
+constexpr unsigned int Nothing = 0x01000000;
+
+constexpr unsigned int FailureBit = 0x10000000;
+
+constexpr unsigned int WriteIntegerFailed = 0x10000000;
+
+/// The file is not open. `Bytes` returns the same code when it could not be written.
+constexpr unsigned int NotOpen = 0x10000002;
+
+/// Fewer bytes were read or written than asked for.
+constexpr unsigned int DataFailed = 0x10000003;
+
+constexpr unsigned int WritePrefixFailed = 0x10000005;
+constexpr unsigned int ReadPrefixFailed = 0x10000006;
+
+constexpr bool Failed(unsigned int code)
+{
+    return (code & FailureBit) != 0;
+}
+
+} // namespace StreamResult
+} // namespace Toolkit

@@ -1,0 +1,438 @@
+#include "toolkit/core/FSStream.h"
+
+#include "toolkit/core/StreamResult.h"
+
+#include "support/FileSizeLimit.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+#include <wx/log.h>
+
+#include <cstring>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::FileSizeLimit;
+using Testing::TempDir;
+using Wide = TString<wchar_t>;
+
+// The memory image of a number, which is what files hold.
+std::string Packed(unsigned int value)
+{
+    std::string bytes(sizeof value, '\0');
+    std::memcpy(bytes.data(), &value, sizeof value);
+    return bytes;
+}
+
+std::string Packed(const std::wstring& text)
+{
+    std::string bytes;
+    for (const wchar_t character : text)
+        bytes += Packed(static_cast<unsigned int>(character));
+    return bytes;
+}
+
+class FSStreamTest : public testing::Test {
+protected:
+    // A stream that reads `bytes`.
+    FSStream Reader(const std::string& bytes) const
+    {
+        return FSStream(m_directory.WriteFile(L"read", bytes), FSStream::OpenRead);
+    }
+
+    // A stream that writes what Written() tells.
+    FSStream Writer() const { return FSStream(m_directory.File(L"written"), FSStream::OpenWrite); }
+    std::string Written() const { return m_directory.ReadFile(L"written"); }
+
+    TempDir m_directory;
+};
+
+TEST_F(FSStreamTest, WritesAnIntegerAsItLiesInMemory)
+{
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Write(0x01020304u), StreamResult::Ok);
+    EXPECT_EQ(Written(), Packed(0x01020304u));
+}
+
+TEST_F(FSStreamTest, WritesABlockAndNothingElse)
+{
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Write("a\0b", 3u), StreamResult::Ok);
+    EXPECT_EQ(Written(), std::string("a\0b", 3));
+}
+
+TEST_F(FSStreamTest, WritesATextBehindItsSizeInBytes)
+{
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Write(Wide(L"ab")), StreamResult::Ok);
+    EXPECT_EQ(Written(), Packed(8u) + Packed(0x61u) + Packed(0x62u));
+}
+
+TEST_F(FSStreamTest, WritesAllCharactersOfATextWithAnEmbeddedNull)
+{
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Write(Wide(std::wstring(L"a\0b", 3))), StreamResult::Ok);
+    EXPECT_EQ(Written(), Packed(12u) + Packed(0x61u) + Packed(0u) + Packed(0x62u));
+}
+
+TEST_F(FSStreamTest, WritesTheEmptyTextAsASizeOfZero)
+{
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Write(Wide()), 0x01000000u);
+    EXPECT_EQ(Written(), Packed(0u));
+}
+
+TEST_F(FSStreamTest, WritesAnEmptyBlockAsNothing)
+{
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Write(nullptr, 0), 0u);
+    EXPECT_EQ(Written(), "");
+}
+
+TEST_F(FSStreamTest, EachWriteIsInTheFileWhenItReturns)
+{
+    FSStream stream = Writer();
+
+    for (unsigned int count = 1; count <= 3; ++count) {
+        ASSERT_EQ(stream.Write(count), StreamResult::Ok);
+        EXPECT_EQ(Written().size(), count * 4);
+    }
+}
+
+TEST_F(FSStreamTest, ReadsItemsInTheOrderInWhichTheyStand)
+{
+    FSStream stream = Reader(Packed(7u) + "xyz" + Packed(8u) + Packed(L"hé"));
+    unsigned int value = 0;
+    std::string block(3, '\0');
+    Wide text;
+
+    EXPECT_EQ(stream.Read(value), StreamResult::Ok);
+    EXPECT_EQ(stream.Read(block.data(), 3), StreamResult::Ok);
+    EXPECT_EQ(stream.Read(text), StreamResult::Ok);
+
+    EXPECT_EQ(value, 7u);
+    EXPECT_EQ(block, "xyz");
+    EXPECT_EQ(text, L"hé");
+}
+
+TEST_F(FSStreamTest, ASizeOfZeroLeavesTheTextAsItWas)
+{
+    FSStream stream = Reader(Packed(0u));
+    Wide text = L"before";
+
+    EXPECT_EQ(stream.Read(text), 0x01000000u);
+    EXPECT_EQ(text, L"before");
+}
+
+TEST_F(FSStreamTest, AReadTextEndsAtItsFirstNullAndTheRestIsConsumed)
+{
+    FSStream stream = Reader(Packed(12u) + Packed(std::wstring(L"a\0b", 3)) + Packed(9u));
+    Wide text;
+    unsigned int next = 0;
+
+    EXPECT_EQ(stream.Read(text), StreamResult::Ok);
+    EXPECT_EQ(text, L"a");
+    EXPECT_EQ(stream.Read(next), StreamResult::Ok);
+    EXPECT_EQ(next, 9u);
+}
+
+TEST_F(FSStreamTest, APartOfACharacterIsReadAndDropped)
+{
+    const std::pair<unsigned int, std::wstring> cases[] = {
+        {1, L""}, {3, L""}, {4, L"a"}, {5, L"a"}, {7, L"a"}, {8, L"ab"}, {11, L"ab"}};
+    for (const auto& [size, expected] : cases) {
+        SCOPED_TRACE(size);
+        FSStream stream = Reader(Packed(size) + Packed(L"abc").substr(0, size) + Packed(5u));
+        Wide text = L"before";
+        unsigned int next = 0;
+
+        EXPECT_EQ(stream.Read(text), StreamResult::Ok);
+        EXPECT_EQ(text, expected);
+        EXPECT_EQ(stream.Read(next), StreamResult::Ok);
+        EXPECT_EQ(next, 5u);
+    }
+}
+
+TEST_F(FSStreamTest, TextsOfEveryLengthAroundAPieceComeBack)
+{
+    for (const std::size_t length : {1u, 4095u, 4096u, 4097u, 8192u, 100000u}) {
+        SCOPED_TRACE(length);
+        std::wstring expected(length, L'x');
+        expected.back() = L'\U0010FFFF';
+        FSStream writer = Writer();
+        ASSERT_EQ(writer.Write(Wide(expected)), StreamResult::Ok);
+        FSStream reader(m_directory.File(L"written"), FSStream::OpenRead);
+        Wide text;
+
+        EXPECT_EQ(reader.Read(text), StreamResult::Ok);
+        EXPECT_EQ(text, expected);
+    }
+}
+
+TEST_F(FSStreamTest, ATextCutShortLeavesTheTargetAsItWas)
+{
+    for (const unsigned int size : {5u, 8u, 0x10000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+        SCOPED_TRACE(size);
+        FSStream stream = Reader(Packed(size) + Packed(L"a"));
+        Wide text = L"before";
+
+        EXPECT_EQ(stream.Read(text), 0x10000003u);
+        EXPECT_EQ(text, L"before");
+    }
+}
+
+TEST_F(FSStreamTest, AMissingSizeHasACodeOfItsOwn)
+{
+    for (const char* bytes : {"", "a", "abc"}) {
+        SCOPED_TRACE(bytes);
+        FSStream stream = Reader(bytes);
+        Wide text = L"before";
+
+        EXPECT_EQ(stream.Read(text), 0x10000006u);
+        EXPECT_EQ(text, L"before");
+    }
+}
+
+TEST_F(FSStreamTest, AnIntegerOrBlockCutShortFails)
+{
+    unsigned int value = 0;
+    char block[4] = "---";
+
+    EXPECT_EQ(Reader("abc").Read(value), 0x10000003u);
+    EXPECT_EQ(Reader("ab").Read(block, 3), 0x10000003u);
+    EXPECT_STREQ(block, "ab-");
+}
+
+TEST_F(FSStreamTest, NullDataFailsUnlessNothingIsAskedFor)
+{
+    FSStream writer = Writer();
+    FSStream reader = Reader("abc");
+
+    EXPECT_EQ(writer.Write(nullptr, 1), 0x10000003u);
+    EXPECT_EQ(reader.Read(nullptr, 1), 0x10000003u);
+    EXPECT_EQ(reader.Read(nullptr, 0), 0u);
+}
+
+TEST_F(FSStreamTest, EveryOperationOnAFileThatIsNotThereTellsSo)
+{
+    FSStream stream(m_directory.File(L"missing"), FSStream::OpenRead);
+    Wide text = L"before";
+    unsigned int value = 5;
+    char block = 'b';
+
+    EXPECT_EQ(stream.Write(Wide()), 0x10000002u);
+    EXPECT_EQ(stream.Write(Wide(L"a")), 0x10000002u);
+    EXPECT_EQ(stream.Write(1u), 0x10000002u);
+    EXPECT_EQ(stream.Write(nullptr, 1), 0x10000002u);
+    EXPECT_EQ(stream.Read(text), 0x10000002u);
+    EXPECT_EQ(stream.Read(value), 0x10000002u);
+    EXPECT_EQ(stream.Read(&block, 1), 0x10000002u);
+    EXPECT_EQ(stream.Length(), 0u);
+    EXPECT_EQ(text, L"before");
+    EXPECT_EQ(value, 5u);
+}
+
+TEST_F(FSStreamTest, WhatIsNoStorageIsNotOpen)
+{
+    const Wide pipe = m_directory.File(L"pipe");
+    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
+
+    for (const Wide& path : {Wide(), m_directory.File(L""), pipe}) {
+        FSStream reader(path, FSStream::OpenRead);
+        FSStream writer(path, FSStream::OpenWrite);
+        unsigned int value = 0;
+        EXPECT_EQ(reader.Read(value), StreamResult::NotOpen);
+        EXPECT_EQ(writer.Write(value), StreamResult::NotOpen);
+    }
+}
+
+TEST_F(FSStreamTest, WritingEmptiesAnOldFile)
+{
+    m_directory.WriteFile(L"written", "old contents");
+    FSStream stream = Writer();
+
+    EXPECT_EQ(stream.Length(), 0u);
+    EXPECT_EQ(stream.Write("new", 3), StreamResult::Ok);
+    EXPECT_EQ(Written(), "new");
+}
+
+TEST_F(FSStreamTest, AStreamWritesOrReadsAsItWasOpened)
+{
+    FSStream writer = Writer();
+    FSStream reader = Reader("abcd");
+    unsigned int value = 0;
+
+    EXPECT_EQ(writer.Read(value), 0x10000003u);
+    EXPECT_EQ(reader.Write(1u), 0x10000000u);
+    EXPECT_EQ(reader.Write("a", 1), 0x10000003u);
+    EXPECT_EQ(reader.Write(Wide(L"a")), 0x10000005u);
+}
+
+TEST_F(FSStreamTest, AFullDeviceHasACodeForEachKindOfItem)
+{
+    FSStream stream(L"/dev/full", FSStream::OpenWrite);
+
+    EXPECT_EQ(stream.Write(1u), 0x10000000u);
+    EXPECT_EQ(stream.Write("a", 1), 0x10000003u);
+    EXPECT_EQ(stream.Write(Wide(L"a")), 0x10000005u);
+    EXPECT_EQ(stream.Write(Wide()), 0x10000005u);
+}
+
+TEST_F(FSStreamTest, AWriteThatFitsInPartFails)
+{
+    FSStream stream = Writer();
+    const FileSizeLimit limit(10);
+
+    EXPECT_EQ(stream.Write(Wide(L"ab")), 0x10000003u);
+    EXPECT_EQ(stream.Write(1u), 0x10000000u);
+    EXPECT_EQ(Written(), (Packed(8u) + Packed(L"ab")).substr(0, 10));
+}
+
+TEST_F(FSStreamTest, LengthIsThatOfTheWholeFile)
+{
+    FSStream reader = Reader("12345678");
+    unsigned int value = 0;
+    FSStream writer = Writer();
+
+    EXPECT_EQ(reader.Length(), 8u);
+    ASSERT_EQ(reader.Read(value), StreamResult::Ok);
+    EXPECT_EQ(reader.Length(), 8u);
+    ASSERT_EQ(writer.Write(Wide(L"ab")), StreamResult::Ok);
+    EXPECT_EQ(writer.Length(), 12u);
+}
+
+TEST_F(FSStreamTest, LengthIsCutToItsLow32Bits)
+{
+    const Wide path = m_directory.WriteFile(L"sparse", "");
+    std::filesystem::resize_file(m_directory.Path() / "sparse", 0x100000005);
+
+    EXPECT_EQ(FSStream(path, FSStream::OpenRead).Length(), 5u);
+}
+
+TEST_F(FSStreamTest, NamesGoToTheSystemInUtf8)
+{
+    FSStream(m_directory.File(L"h\u00e9\U0001F600"), FSStream::OpenWrite).Write("x", 1);
+
+    EXPECT_TRUE(std::filesystem::exists(m_directory.Path() / "h\xC3\xA9\xF0\x9F\x98\x80"));
+}
+
+TEST_F(FSStreamTest, NewFilesMayBeReadAndWrittenAsTheCreationMaskSays)
+{
+    const mode_t oldMask = ::umask(0);
+    FSStream(m_directory.File(L"open"), FSStream::OpenWrite);
+    ::umask(027);
+    FSStream(m_directory.File(L"closed"), FSStream::OpenWrite);
+    ::umask(oldMask);
+
+    const auto permissions = [this](const char* name) {
+        return std::filesystem::status(m_directory.Path() / name).permissions();
+    };
+    EXPECT_EQ(permissions("open"), std::filesystem::perms(0666));
+    EXPECT_EQ(permissions("closed"), std::filesystem::perms(0640));
+}
+
+// Counts what the framework logs on this thread.
+class CountingLog : public wxLog {
+public:
+    CountingLog() : m_old(wxLog::SetActiveTarget(this)) {}
+    ~CountingLog() override { wxLog::SetActiveTarget(m_old); }
+
+    int count = 0;
+
+protected:
+    void DoLogRecord(wxLogLevel, const wxString&, const wxLogRecordInfo&) override { ++count; }
+
+private:
+    wxLog* m_old;
+};
+
+TEST_F(FSStreamTest, FailuresLogNothing)
+{
+    CountingLog log;
+    {
+        FSStream missing(m_directory.File(L"no/such/directory"), FSStream::OpenWrite);
+        FSStream directory(m_directory.File(L""), FSStream::OpenRead);
+        FSStream full(L"/dev/full", FSStream::OpenWrite);
+        Wide text;
+
+        EXPECT_TRUE(StreamResult::Failed(missing.Write(1u)));
+        EXPECT_TRUE(StreamResult::Failed(directory.Read(text)));
+        EXPECT_TRUE(StreamResult::Failed(full.Write(1u)));
+        EXPECT_TRUE(StreamResult::Failed(Reader("").Read(text)));
+    }
+    EXPECT_EQ(log.count, 0);
+}
+
+// A stream that sees the sizes of texts.
+class SizeStream : public FSStream {
+public:
+    using FSStream::FSStream;
+    using FSStream::Read;
+    using FSStream::Write;
+
+    unsigned int Write(unsigned int value) override
+    {
+        sizes.push_back(value);
+        return result;
+    }
+
+    unsigned int Read(unsigned int& value) override
+    {
+        value = size;
+        return result;
+    }
+
+    std::vector<unsigned int> sizes;
+    unsigned int size = 0;
+    unsigned int result = StreamResult::Ok;
+};
+
+TEST_F(FSStreamTest, ADerivedStreamSeesTheSizeOfATextThatIsWritten)
+{
+    SizeStream stream(m_directory.File(L"written"), FSStream::OpenWrite);
+
+    EXPECT_EQ(stream.Write(Wide(L"ab")), StreamResult::Ok);
+    EXPECT_EQ(stream.Write(Wide()), StreamResult::Nothing);
+    EXPECT_EQ(stream.sizes, (std::vector<unsigned int>{8, 0}));
+    EXPECT_EQ(Written(), Packed(L"ab"));
+}
+
+TEST_F(FSStreamTest, ADerivedStreamGivesTheSizeOfATextThatIsRead)
+{
+    SizeStream stream(m_directory.WriteFile(L"read", Packed(L"abc")), FSStream::OpenRead);
+    stream.size = 8;
+    Wide text;
+
+    EXPECT_EQ(stream.Read(text), StreamResult::Ok);
+    EXPECT_EQ(text, L"ab");
+}
+
+TEST_F(FSStreamTest, TheFailureBitOfADerivedStreamBecomesThePrefixCode)
+{
+    const std::pair<unsigned int, bool> cases[] = {
+        {0x01000000, false}, {0x10000000, true}, {0x1FFFFFFF, true}, {0xEFFFFFFF, false}};
+    for (const auto& [result, failed] : cases) {
+        SCOPED_TRACE(result);
+        SizeStream writer(m_directory.File(L"written"), FSStream::OpenWrite);
+        SizeStream reader(m_directory.WriteFile(L"read", "abcd"), FSStream::OpenRead);
+        writer.result = reader.result = result;
+        reader.size = 4;
+        Wide text;
+
+        EXPECT_EQ(writer.Write(Wide(L"a")), failed ? 0x10000005u : 0u);
+        EXPECT_EQ(reader.Read(text), failed ? 0x10000006u : 0u);
+    }
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,26 @@
+#include "support/FileSizeLimit.h"
+
+#include <gtest/gtest.h>
+
+namespace Toolkit::Testing {
+
+FileSizeLimit::FileSizeLimit(std::size_t size)
+{
+    // Without this the process ends at the first write that does not fit.
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    ::sigaction(SIGXFSZ, &ignore, &m_oldAction);
+
+    EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_oldLimit), 0);
+    rlimit limit = m_oldLimit;
+    limit.rlim_cur = size;
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+}
+
+FileSizeLimit::~FileSizeLimit()
+{
+    ::setrlimit(RLIMIT_FSIZE, &m_oldLimit);
+    ::sigaction(SIGXFSZ, &m_oldAction, nullptr);
+}
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <signal.h>
+#include <sys/resource.h>
+
+namespace Toolkit::Testing {
+
+/// Lets no file of the process grow beyond a size, as a full disk does.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(std::size_t size);
+    ~FileSizeLimit();
+
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_oldLimit{};
+    struct sigaction m_oldAction {};
+};
+
+} // namespace Toolkit::Testing
