@@ -8,12 +8,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <optional>
-#include <utility>
-
 #include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Toolkit {
 namespace {
@@ -59,9 +58,7 @@ bool Attach(wxFFile& file, FileDescriptor descriptor, const std::string& mode)
 
 } // namespace
 
-FFile::FFile() : m_file(std::make_unique<wxFFile>())
-{
-}
+FFile::FFile() : m_file(std::make_unique<wxFFile>()) {}
 
 FFile::~FFile()
 {
@@ -83,8 +80,8 @@ bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mo
 
     Close();
     // Nothing is truncated before it has been looked at.
-    FileDescriptor file = FileDescriptor::OpenRegular(UTF8::ToUTF8(name),
-                                                      O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
+    FileDescriptor file =
+        FileDescriptor::OpenRegular(UTF8::ToUTF8(name), O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
     if (!file.IsOpen() || !IsOwnFile(file) || ::fchmod(file.Get(), ownerOnly) != 0 ||
         ::ftruncate(file.Get(), 0) != 0)
         return false;
@@ -135,14 +132,13 @@ unsigned int FFile::GetLength() const
 {
     if (!IsOpened())
         return 0;
-    // What is still buffered counts: moving to the end and back writes it.
+    // What is still buffered counts. Moving to the end and back would forget that a read met it.
     std::FILE* const stream = m_file->fp();
-    const off_t position = ::ftello(stream);
-    if (position < 0 || ::fseeko(stream, 0, SEEK_END) != 0)
+    std::fflush(stream);
+    struct stat status {};
+    if (::fstat(::fileno(stream), &status) != 0)
         return 0;
-    const off_t length = ::ftello(stream);
-    ::fseeko(stream, position, SEEK_SET);
-    return length < 0 ? 0 : static_cast<unsigned int>(static_cast<std::uint64_t>(length));
+    return static_cast<unsigned int>(static_cast<std::uint64_t>(status.st_size));
 }
 
 bool FFile::IsEOF() const

@@ -40,18 +40,20 @@ TString<wchar_t> UserDirectoriesFile()
     return directory + L"/user-dirs.dirs";
 }
 
-// The value of a line such as XDG_DOCUMENTS_DIR="$HOME/Documents"; empty for any other line.
+// The directory that a line such as XDG_DOCUMENTS_DIR="$HOME/Documents" names; empty for any other
+// line and for a directory that does not exist.
 TString<wchar_t> ParseDocumentsLine(const TString<wchar_t>& line)
 {
     const std::wstring name = L"XDG_DOCUMENTS_DIR=";
     if (line.compare(0, name.size(), name) != 0)
         return {};
     TString<wchar_t> value = line.substr(name.size());
+    value.Trim();
     value.Replace(L"\"", TString<wchar_t>::Empty());
     const std::wstring home = L"$HOME";
     if (value.compare(0, home.size(), home) == 0)
         value.replace(0, home.size(), UserAccount::HomeDirectory());
-    return value;
+    return PathManager::DirExists(value) ? value : TString<wchar_t>();
 }
 
 } // namespace
