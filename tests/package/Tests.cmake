@@ -1,0 +1,90 @@
+# Tests of what programs get: the public headers, the exported symbols, the installed copy.
+
+# A program cannot be linked with a library that wants a sanitizer's run-time library.
+if(TOOLKIT_SANITIZE)
+    return()
+endif()
+
+include(package/PublicHeaders.cmake)
+
+set(package_sources "${CMAKE_CURRENT_SOURCE_DIR}/package")
+set(package_binaries "${CMAKE_CURRENT_BINARY_DIR}/package")
+set(package_prefix "${package_binaries}/prefix")
+
+# Adds a test that configures and builds the project in `folder` anew and runs its `program`.
+function(toolkit_program_test name folder program)
+    add_test(
+        NAME ${name}
+        COMMAND
+            ${CMAKE_CTEST_COMMAND}
+            --build-and-test "${package_sources}/${folder}" "${package_binaries}/${name}"
+            --build-generator ${CMAKE_GENERATOR}
+            --build-options
+            -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
+            -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
+            ${ARGN}
+            --test-command ${program}
+    )
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+endfunction()
+
+# The same against an installed copy by pkg-config.
+function(toolkit_pkg_config_test name prefix)
+    add_test(
+        NAME ${name}
+        COMMAND
+            "${package_sources}/pkg-config-consumer.sh" ${CMAKE_CXX_COMPILER} "${prefix}"
+            ${CMAKE_INSTALL_LIBDIR} "${package_sources}/consumer/main.cpp"
+            "${package_binaries}/${name}"
+    )
+endfunction()
+
+if(BUILD_SHARED_LIBS)
+    add_test(NAME PackageInstall
+             COMMAND ${CMAKE_COMMAND} --install "${PROJECT_BINARY_DIR}" --prefix "${package_prefix}"
+    )
+    set_tests_properties(PackageInstall PROPERTIES FIXTURES_SETUP InstalledCopy)
+
+    toolkit_program_test(
+        PackageByCMake consumer Consumer "-DCMAKE_PREFIX_PATH=${package_prefix}"
+    )
+    toolkit_pkg_config_test(PackageByPkgConfig "${package_prefix}")
+    set(library "${package_prefix}/${CMAKE_INSTALL_LIBDIR}/$<TARGET_FILE_NAME:Toolkit>")
+    add_test(NAME PackageExportedSymbols
+             COMMAND "${package_sources}/exported-symbols.sh" "${library}"
+                     "${package_prefix}/${CMAKE_INSTALL_INCLUDEDIR}"
+    )
+    add_test(NAME PackageRunTimeNeeds
+             COMMAND "${package_sources}/run-time-needs.sh" "${library}"
+    )
+    set_tests_properties(
+        PackageByCMake PackageByPkgConfig PackageExportedSymbols PackageRunTimeNeeds
+        PROPERTIES FIXTURES_REQUIRED InstalledCopy
+    )
+endif()
+
+# Shared is what somebody else's build gets who does not say what they want.
+toolkit_program_test(
+    PackageEmbedded embedding program/Embedding "-DTOOLKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+)
+toolkit_program_test(
+    PackageEmbeddedStatic embedding program/Embedding "-DTOOLKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+    -DBUILD_SHARED_LIBS=OFF -DTOOLKIT_INSTALL=ON
+)
+set_tests_properties(PackageEmbeddedStatic PROPERTIES FIXTURES_SETUP StaticLibrary)
+
+set(package_static_prefix "${package_binaries}/static-prefix")
+add_test(NAME PackageInstallStatic
+         COMMAND ${CMAKE_COMMAND} --install "${package_binaries}/PackageEmbeddedStatic"
+                 --prefix "${package_static_prefix}"
+)
+set_tests_properties(
+    PackageInstallStatic PROPERTIES FIXTURES_REQUIRED StaticLibrary FIXTURES_SETUP StaticCopy
+)
+toolkit_program_test(
+    PackageStaticByCMake consumer Consumer "-DCMAKE_PREFIX_PATH=${package_static_prefix}"
+)
+toolkit_pkg_config_test(PackageStaticByPkgConfig "${package_static_prefix}")
+set_tests_properties(
+    PackageStaticByCMake PackageStaticByPkgConfig PROPERTIES FIXTURES_REQUIRED StaticCopy
+)

@@ -1,0 +1,61 @@
+#include <toolkit/Toolkit.h>
+
+#include <cstdio>
+#include <cwchar>
+
+namespace {
+
+class Worker : public Toolkit::Thread {
+public:
+    ~Worker() override { Wait(); }
+
+    bool HasRun() const { return m_hasRun; }
+
+protected:
+    int DoWork() override
+    {
+        m_hasRun = true;
+        return 0;
+    }
+
+private:
+    bool m_hasRun = false;
+};
+
+// Constructed before main() is entered: the library's own constants have to be there by then.
+const TString<wchar_t> s_lineEnd = Toolkit::ILogger::c_strLogToken3;
+
+bool RunWorker()
+{
+    Worker worker;
+    const bool started = worker.Run();
+    worker.Wait();
+    return started && worker.HasRun();
+}
+
+int Fail(const char* what)
+{
+    std::fprintf(stderr, "failed: %s\n", what);
+    return 1;
+}
+
+} // namespace
+
+int main()
+{
+    if (s_lineEnd != L"\n")
+        return Fail("constants before main()");
+    Toolkit::LibModuleManager* registry = Toolkit::LibModuleManager::GetInstance();
+    if (!registry)
+        return Fail("load sequence");
+
+    registry->Initialize(true);
+    const TString<wchar_t> version = Toolkit::Version::GetInstance()->ToString();
+    const bool hasRun = RunWorker();
+    registry->Release(true);
+
+    if (!hasRun)
+        return Fail("worker thread");
+    std::printf("version %ls\n", version.c_str());
+    return 0;
+}

@@ -1,0 +1,58 @@
+#!/bin/sh
+# Fails when the shared library exports what no public header declares with TOOLKIT_API.
+#
+# usage: exported-symbols.sh library include-directory
+set -eu
+
+library=$1
+headers=$2
+export LC_ALL=C
+
+# The names behind TOOLKIT_API: classes, then functions (the word before the parenthesis).
+public_names() {
+    find "$headers" -name '*.h' -exec cat {} + |
+        sed -n -e 's/^ *\(template <.*> *\)\{0,1\}\(class\|struct\) TOOLKIT_API \([A-Za-z0-9_]*\).*/\3/p' \
+            -e 's/^.*TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\)(.*/\1/p' |
+        sort -u
+}
+
+# Every exported symbol without its parameters and its result: "vtable for Toolkit::Mutex".
+exported_names() {
+    nm --dynamic --defined-only "$library" | awk '{ print $NF }' | c++filt --no-params | sort -u
+}
+
+# Reads the public names, a line "--" and the exported names; prints the exported ones whose class
+# or function ("Mutex" of "vtable for Toolkit::Mutex") is not public.
+print_strangers() {
+    awk '
+        $0 == "--" { behind = 1; next }
+        !behind { public[$0] = 1; next }
+        {
+            owner = $0
+            sub(/^.* for /, "", owner)
+            sub(/^non-virtual thunk to /, "", owner)
+            sub(/^Toolkit::/, "", owner)
+            sub(/[<:(].*/, "", owner)
+            if (!(owner in public))
+                print "exported, but in no public header: " $0
+        }'
+}
+
+unique=$(readelf --wide --dyn-syms "$library" | awk '$5 == "UNIQUE" && $7 != "UND"')
+if [ -n "$unique" ]; then
+    echo "unique symbols, which would keep the library in memory for ever:" && echo "$unique"
+    exit 1
+fi
+
+public=$(public_names)
+exported=$(exported_names)
+if [ -z "$public" ] || [ -z "$exported" ]; then
+    echo "nothing to compare"
+    exit 1
+fi
+
+strangers=$(printf '%s\n--\n%s\n' "$public" "$exported" | print_strangers)
+if [ -n "$strangers" ]; then
+    echo "$strangers"
+    exit 1
+fi

@@ -1,0 +1,22 @@
+#!/bin/sh
+# Fails when the shared library leaves a symbol undefined, or needs another wxWidgets library than
+# base and net at run time.
+#
+# usage: run-time-needs.sh library
+set -eu
+
+library=$1
+export LC_ALL=C
+
+needs=$(ldd -r "$library" 2>&1)
+if echo "$needs" | grep -E 'undefined symbol|not found'; then
+    exit 1
+fi
+if ! echo "$needs" | grep -q 'libwx_baseu-'; then
+    echo "the library does not even need the base library:" && echo "$needs"
+    exit 1
+fi
+if echo "$needs" | grep -E 'libwx_|libgtk|libgdk|libX11' |
+    grep -v -E 'libwx_baseu(_net)?-[0-9.]+\.so'; then
+    exit 1
+fi
