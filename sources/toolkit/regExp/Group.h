@@ -1,0 +1,19 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+namespace Toolkit {
+
+/// One captured part of a match.
+class TOOLKIT_API Group {
+public:
+    /// Group `number` without a name, whose value is `text`.
+    Group(const TString<char>& text, unsigned short number);
+
+    TString<char> name;   ///< Empty unless the pattern names the group.
+    TString<char> value;  ///< UTF-8; empty for a group that took no part in the match.
+    unsigned short index; ///< 0 for the whole match, 1 for the first parenthesised group.
+};
+
+} // namespace Toolkit

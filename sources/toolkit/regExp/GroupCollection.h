@@ -1,0 +1,45 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/regExp/Group.h"
+
+#include <cstddef>
+#include <map>
+#include <vector>
+
+namespace Toolkit {
+
+/// The groups of a match, by number and by name.
+///
+/// Nothing is thrown or logged. One object is used by one thread at a time.
+class TOOLKIT_API GroupCollection {
+public:
+    GroupCollection();
+    ~GroupCollection();
+
+    std::size_t Count() const;
+
+    /// Shares group `index`; empty when there is none.
+    smart_ptr<Group> operator[](unsigned short index) const;
+
+    /// Shares the group of that name; empty when the name is unknown.
+    smart_ptr<Group> GetGroup(const TString<char>& name) const;
+
+    /// Appends `group`, whose number is its place in the collection.
+    void Add(smart_ptr<Group> group);
+
+    /// Forgets groups and names.
+    void Clear();
+
+    /// Gives group `number` the name; a number that has no group is ignored.
+    ///
+    /// Two groups may bear one name. The collection then finds the first of them by it.
+    void AddNamedGroupKey(const TString<char>& name, int number);
+
+    std::vector<smart_ptr<Group>> groups; ///< Place i holds group i.
+    std::map<TString<char>, int> names;   ///< Group numbers, in the order of the names' bytes.
+};
+
+} // namespace Toolkit

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace Toolkit {
+
+/// The addresses of a thread's stack, which grows from `end` down to `begin`.
+struct StackBounds {
+    std::uintptr_t begin;
+    std::uintptr_t end;
+};
+
+/// The stack that the system gave to the calling thread; both 0 when that cannot be learnt.
+StackBounds GetStackBounds();
+
+/// How many bytes of its stack the calling thread has left, counted from the caller's frame.
+///
+/// A small number is assumed where the thread runs on a stack that the system does not know.
+std::size_t StackSpaceLeft();
+
+} // namespace Toolkit

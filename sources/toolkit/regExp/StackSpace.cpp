@@ -1,0 +1,20 @@
+#include "toolkit/regExp/StackSpace.Private.h"
+
+namespace Toolkit {
+namespace {
+
+// Stacks that programs make themselves, for coroutines and signal handlers, can be this small.
+constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
+
+} // namespace
+
+std::size_t StackSpaceLeft()
+{
+    // Asking costs a system call or a file of the kernel's; a thread keeps its stack.
+    thread_local const StackBounds s_bounds = GetStackBounds();
+    const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    const bool isInside = here > s_bounds.begin && here <= s_bounds.end;
+    return isInside ? here - s_bounds.begin : c_assumedSpace;
+}
+
+} // namespace Toolkit

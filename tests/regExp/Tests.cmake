@@ -1,0 +1,2 @@
+toolkit_test(regExp/GroupCollectionTest.cpp)
+toolkit_test(regExp/MatchResultTest.cpp)
