@@ -1,0 +1,427 @@
+#include "toolkit/datetime/DateTime.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/ScopedTimeZone.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <ctime>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedEnvironment;
+using Testing::ScopedTimeZone;
+
+// Central European time and the locale of the United States.
+class DateTimeTest : public testing::Test {
+protected:
+    static std::wstring Iso(const DateTime& date)
+    {
+        TString<wchar_t> text;
+        date.GetIsoString(text, false);
+        return text;
+    }
+
+    static std::wstring UtcIso(const DateTime& date)
+    {
+        TString<wchar_t> text;
+        date.GetIsoString(text, true);
+        return text;
+    }
+
+    static std::wstring Parsed(const TString<wchar_t>& text)
+    {
+        DateTime date;
+        return date.ParseIsoString(text) ? Iso(date) : std::wstring(L"invalid");
+    }
+
+    static std::wstring DateText(const DateTime& date)
+    {
+        TString<wchar_t> text;
+        date.GetDate(text);
+        return text;
+    }
+
+    static std::wstring TimeText(const DateTime& date)
+    {
+        TString<wchar_t> text;
+        date.GetTime(text);
+        return text;
+    }
+
+    static smart_ptr<DateTime> Shared(const DateTime& date)
+    {
+        return smart_ptr<DateTime>(new DateTime(date));
+    }
+
+    const ScopedTimeZone m_zone{"Europe/Berlin"};
+    const ScopedEnvironment m_locale{"LC_ALL", "en_US.UTF-8"};
+    const DateTime m_march{2009, 3, 5, 7, 4, 9};
+    const DateTime m_invalid{2009, 13, 1, 0, 0, 0};
+};
+
+TEST_F(DateTimeTest, IsTheCurrentMomentWhenNothingIsGiven)
+{
+    const std::time_t before = std::time(nullptr);
+    const DateTime date;
+    const std::time_t after = std::time(nullptr);
+
+    const DateTime epoch(1970, 1, 1, 0, 0, 0, 0);
+    EXPECT_GE(date.GetTotalSecondes(Shared(epoch)), before);
+    EXPECT_LE(date.GetTotalSecondes(Shared(epoch)), after);
+}
+
+TEST_F(DateTimeTest, NowReplacesTheValue)
+{
+    DateTime date(1999, 1, 1, 0, 0, 0);
+
+    date.Now();
+
+    EXPECT_GT(date.GetYear(), 2000u);
+}
+
+TEST_F(DateTimeTest, FieldsAreThoseOfTheConstructor)
+{
+    EXPECT_TRUE(m_march.IsValid());
+    EXPECT_EQ(m_march.GetYear(), 2009u);
+    EXPECT_EQ(m_march.GetMonth(), 3u);
+    EXPECT_EQ(m_march.GetDay(), 5u);
+    EXPECT_EQ(m_march.GetHour(), 7u);
+    EXPECT_EQ(m_march.GetMinute(), 4u);
+    EXPECT_EQ(m_march.GetSecond(), 9u);
+}
+
+TEST_F(DateTimeTest, FieldsOutOfRangeGiveAnInvalidDate)
+{
+    constexpr std::array<unsigned int, 6> cases[] = {
+        {2009, 0, 1, 0, 0, 0},  {2009, 13, 1, 0, 0, 0}, {2009, 1, 0, 0, 0, 0},
+        {2009, 1, 32, 0, 0, 0}, {2009, 2, 29, 0, 0, 0}, {2009, 4, 31, 0, 0, 0},
+        {2009, 1, 1, 24, 0, 0}, {2009, 1, 1, 0, 60, 0}, {2009, 1, 1, 0, 0, 62}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c));
+        EXPECT_FALSE(DateTime(c[0], c[1], c[2], c[3], c[4], c[5]).IsValid());
+        EXPECT_FALSE(DateTime(c[0], c[1], c[2], c[3], c[4], c[5], 0).IsValid());
+    }
+}
+
+TEST_F(DateTimeTest, LeapDaysAreValidInLeapYears)
+{
+    EXPECT_TRUE(DateTime(2008, 2, 29, 0, 0, 0).IsValid());
+    EXPECT_TRUE(DateTime(2000, 2, 29, 0, 0, 0).IsValid());
+    EXPECT_FALSE(DateTime(1900, 2, 29, 0, 0, 0).IsValid());
+}
+
+TEST_F(DateTimeTest, DayAndTimeAreCutTo16Bits)
+{
+    const DateTime date(2009, 3, 65536 + 5, 65536 + 7, 65536 + 4, 65536 + 9);
+
+    EXPECT_EQ(Iso(date), L"2009-03-05 07:04:09");
+}
+
+TEST_F(DateTimeTest, YearsFromOneTo9999AreKept)
+{
+    EXPECT_EQ(Iso(DateTime(1, 1, 1, 0, 0, 0)), L"01-01-01 00:00:00");
+    EXPECT_EQ(Iso(DateTime(1583, 10, 15, 1, 2, 3)), L"1583-10-15 01:02:03");
+    EXPECT_EQ(Iso(DateTime(9999, 12, 31, 23, 59, 59)), L"9999-12-31 23:59:59");
+}
+
+TEST_F(DateTimeTest, InvalidDatesReadAsZero)
+{
+    EXPECT_FALSE(m_invalid.IsValid());
+    EXPECT_EQ(m_invalid.GetYear(), 0u);
+    EXPECT_EQ(m_invalid.GetMonth(), 0u);
+    EXPECT_EQ(m_invalid.GetDay(), 0u);
+    EXPECT_EQ(m_invalid.GetHour(), 0u);
+    EXPECT_EQ(m_invalid.GetMinute(), 0u);
+    EXPECT_EQ(m_invalid.GetSecond(), 0u);
+    EXPECT_EQ(Iso(m_invalid), L"00-00-00 00:00:00");
+}
+
+TEST_F(DateTimeTest, OperationsLeaveAnInvalidDateAsItIs)
+{
+    DateTime date(m_invalid);
+
+    date.Add(1, 2, 3).Add(1, 2, 3, 4).Remove(1, 0, 0, 0).MakeToUTC().MakeFromUTC();
+
+    EXPECT_FALSE(date.IsValid());
+    EXPECT_EQ(date.GetTotalHours(Shared(m_march)), 0);
+    EXPECT_EQ(m_march.GetTotalMinutes(Shared(date)), 0);
+}
+
+TEST_F(DateTimeTest, ZoneTellsWhichClockTheFieldsAreOf)
+{
+    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 0)), L"2009-03-05 07:04:09 Z");
+    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 2)), L"2009-03-05 05:04:09 Z");
+    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, -12)), L"2009-03-05 19:04:09 Z");
+    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 13)), L"2009-03-04 18:04:09 Z");
+}
+
+TEST_F(DateTimeTest, ZoneTimesReadInLocalTimeWithDaylightSaving)
+{
+    EXPECT_EQ(Iso(DateTime(2009, 3, 5, 12, 0, 0, 0)), L"2009-03-05 13:00:00");
+    EXPECT_EQ(Iso(DateTime(2009, 7, 5, 12, 0, 0, 0)), L"2009-07-05 14:00:00");
+}
+
+TEST_F(DateTimeTest, CopiesAreValuesOfTheirOwn)
+{
+    DateTime copy(m_march);
+    DateTime assigned;
+    assigned = copy;
+
+    copy.Add(1, 0, 0);
+
+    EXPECT_EQ(Iso(copy), L"2009-03-05 08:04:09");
+    EXPECT_EQ(Iso(assigned), L"2009-03-05 07:04:09");
+}
+
+TEST_F(DateTimeTest, MakeToUtcShowsTheClockOfGreenwich)
+{
+    DateTime winter(m_march);
+    DateTime summer(2009, 7, 5, 7, 4, 9);
+
+    EXPECT_EQ(Iso(winter.MakeToUTC()), L"2009-03-05 06:04:09");
+    EXPECT_EQ(Iso(summer.MakeToUTC()), L"2009-07-05 05:04:09");
+}
+
+TEST_F(DateTimeTest, MakeFromUtcUndoesMakeToUtc)
+{
+    DateTime date(m_march);
+
+    EXPECT_EQ(Iso(date.MakeToUTC().MakeFromUTC()), L"2009-03-05 07:04:09");
+    EXPECT_EQ(&date.MakeFromUTC(), &date);
+}
+
+TEST_F(DateTimeTest, IsoFormsHaveTwoDigitsAndMarkUtc)
+{
+    TString<wchar_t> date;
+    TString<wchar_t> time;
+    TString<wchar_t> utcTime;
+    m_march.GetIsoDate(date, false);
+    m_march.GetIsoTime(time, false);
+    m_march.GetIsoTime(utcTime, true);
+
+    EXPECT_EQ(date, L"2009-03-05");
+    EXPECT_EQ(time, L"07:04:09");
+    EXPECT_EQ(utcTime, L"06:04:09 Z");
+    EXPECT_EQ(UtcIso(m_march), L"2009-03-05 06:04:09 Z");
+}
+
+TEST_F(DateTimeTest, IsoDateInUtcMayBeAnotherDay)
+{
+    TString<wchar_t> date;
+    DateTime(2009, 3, 5, 0, 30, 0).GetIsoDate(date, true);
+
+    EXPECT_EQ(date, L"2009-03-04");
+}
+
+TEST_F(DateTimeTest, NarrowIsoStringIsTheSameText)
+{
+    TString<char> text;
+    m_march.GetIsoString(text, true);
+
+    EXPECT_EQ(text, "2009-03-05 06:04:09 Z");
+}
+
+TEST_F(DateTimeTest, ParsesWhatItWrites)
+{
+    DateTime date;
+
+    EXPECT_TRUE(date.ParseIsoString(TString<wchar_t>(UtcIso(m_march))));
+    EXPECT_TRUE(date == m_march);
+    EXPECT_TRUE(date.ParseIsoString(TString<char>("2009-03-05 06:04:09 Z")));
+    EXPECT_TRUE(date == m_march);
+    EXPECT_TRUE(date.ParseIsoString(TString<wchar_t>(Iso(m_march))));
+    EXPECT_TRUE(date == m_march);
+}
+
+TEST_F(DateTimeTest, ParsesAnySingleCharacterBetweenNumbers)
+{
+    constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"2009-03-05T07:04:09", L"2009-03-05 07:04:09"},
+        {L" 2009-3-7T7:4:9", L"2009-03-07 07:04:09"},
+        {L"2009/03/05x07.04.09", L"2009-03-05 07:04:09"},
+        {L"2009- 03-\t05 \n 07:04:09", L"2009-03-05 07:04:09"},
+        {L"+2009-+3-+5 7:4:9", L"2009-03-05 07:04:09"},
+        {L"2009-03-05 07:04:09Z", L"2009-03-05 07:04:09"},
+        {L"2009-03-05 07:04:09 Z", L"2009-03-05 08:04:09"},
+        {L"2009-03-05 07:04:09x   Zulu", L"2009-03-05 08:04:09"},
+        {L"2009-03-05 07:04:09 z", L"2009-03-05 07:04:09"},
+        {L"2009-03-65541 07:04:09", L"2009-03-05 07:04:09"}};
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(Parsed(text), expected) << testing::PrintToString(text);
+}
+
+TEST_F(DateTimeTest, TextsThatAreNoDateAreInvalid)
+{
+    for (const wchar_t* const text :
+         {L"", L"x", L"2009", L"2009-", L"2009-03", L"2009-03-05", L"2009-03-05 07",
+          L"2009-03-05 07:04", L"2009-03-05 07:04:", L"2009--03-05 07:04:09",
+          L"2009-13-05 07:04:09", L"2009-02-30 07:04:09", L"2009-03-05 25:04:09",
+          L"2009-03-99999999999 07:04:09", L"2009-x3-05 07:04:09"})
+        EXPECT_EQ(Parsed(text), L"invalid") << testing::PrintToString(text);
+}
+
+TEST_F(DateTimeTest, FailedParsingLeavesAnInvalidDate)
+{
+    DateTime date(m_march);
+
+    EXPECT_FALSE(date.ParseIsoString(TString<wchar_t>(L"never")));
+    EXPECT_FALSE(date.IsValid());
+}
+
+TEST_F(DateTimeTest, DateAndTimeFollowTheLocale)
+{
+    EXPECT_EQ(DateText(m_march), L"03/05/09");
+    EXPECT_EQ(TimeText(m_march), L"07:04 AM");
+
+    const ScopedEnvironment german("LC_ALL", "de_DE.UTF-8");
+    EXPECT_EQ(DateText(m_march), L"05.03.09");
+    EXPECT_EQ(TimeText(m_march), L"07:04");
+}
+
+TEST_F(DateTimeTest, NoonAndMidnightAreInTheMorning)
+{
+    EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 12, 30, 0)), L"12:30 AM");
+    EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 0, 15, 0)), L"00:15 AM");
+    EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 13, 5, 0)), L"01:05 PM");
+}
+
+TEST_F(DateTimeTest, StringIsDateAndTime)
+{
+    TString<wchar_t> text;
+    m_march.GetString(text);
+
+    EXPECT_EQ(text, L"03/05/09 07:04 AM");
+}
+
+TEST_F(DateTimeTest, RelativeStringIsTheTimeOfTodayOrTheDateOfAnotherDay)
+{
+    // A test that runs over midnight takes the next day for both.
+    DateTime today;
+    TString<wchar_t> todayText;
+    today.GetRelativeStringFromNow(todayText);
+    DateTime yesterday(today);
+    yesterday.Remove(0, 0, 0, 1);
+    TString<wchar_t> yesterdayText;
+    yesterday.GetRelativeStringFromNow(yesterdayText);
+
+    const bool dayHasPassed = DateTime().GetDay() != today.GetDay();
+    EXPECT_TRUE(todayText == TimeText(today) || dayHasPassed);
+    EXPECT_EQ(yesterdayText, DateText(yesterday));
+}
+
+TEST_F(DateTimeTest, NumbersArePaddedWithZeros)
+{
+    EXPECT_EQ(m_march.IntToUString(7, 2), L"07");
+    EXPECT_EQ(m_march.IntToUString(123, 2), L"123");
+    EXPECT_EQ(m_march.IntToUString(-5, 4), L"00-5");
+    EXPECT_EQ(m_march.IntToUString(0, 0), L"0");
+    EXPECT_EQ(m_march.IntToUString(5, -3), L"5");
+}
+
+TEST_F(DateTimeTest, AddMovesByALengthOfTime)
+{
+    DateTime date(m_march);
+
+    EXPECT_EQ(Iso(date.Add(25, 61, 61)), L"2009-03-06 09:06:10");
+}
+
+TEST_F(DateTimeTest, AddedHoursPassThroughDaylightSaving)
+{
+    DateTime date(2009, 3, 28, 12, 0, 0);
+
+    EXPECT_EQ(Iso(date.Add(24, 0, 0)), L"2009-03-29 13:00:00");
+}
+
+TEST_F(DateTimeTest, AddedDaysKeepTheTimeOfDay)
+{
+    DateTime date(2009, 3, 28, 12, 0, 0);
+
+    EXPECT_EQ(Iso(date.Add(0, 0, 0, 1)), L"2009-03-29 12:00:00");
+}
+
+TEST_F(DateTimeTest, AddMovesTheDateByACalendarSpan)
+{
+    DateTime date(m_march);
+
+    EXPECT_EQ(Iso(date.Add(1, 2, 3, 4)), L"2010-05-30 07:04:09");
+}
+
+TEST_F(DateTimeTest, RemoveUndoesACalendarSpan)
+{
+    DateTime date(2010, 5, 30, 7, 4, 9);
+
+    EXPECT_EQ(Iso(date.Remove(1, 2, 3, 4)), L"2009-03-05 07:04:09");
+}
+
+TEST_F(DateTimeTest, MonthsThatAreTooShortEndTheMove)
+{
+    DateTime january(2009, 1, 31, 0, 0, 0);
+    DateTime leapDay(2008, 2, 29, 0, 0, 0);
+    DateTime march(2009, 3, 31, 0, 0, 0);
+
+    EXPECT_EQ(Iso(january.Add(0, 1, 0, 0)), L"2009-02-28 00:00:00");
+    EXPECT_EQ(Iso(leapDay.Add(1, 0, 0, 0)), L"2009-02-28 00:00:00");
+    EXPECT_EQ(Iso(march.Remove(0, 1, 0, 0)), L"2009-02-28 00:00:00");
+}
+
+TEST_F(DateTimeTest, MonthsCrossTheYear)
+{
+    DateTime date(2009, 11, 5, 0, 0, 0);
+
+    EXPECT_EQ(Iso(date.Add(0, 3, 0, 0)), L"2010-02-05 00:00:00");
+    EXPECT_EQ(Iso(date.Remove(0, 3, 0, 0)), L"2009-11-05 00:00:00");
+}
+
+TEST_F(DateTimeTest, SpansThatLeaveTheCalendarGiveAnInvalidDate)
+{
+    DateTime date(m_march);
+
+    EXPECT_FALSE(date.Add(4294967295u, 4294967295u, 4294967295u, 4294967295u).IsValid());
+}
+
+TEST_F(DateTimeTest, DifferencesAreWholeUnitsOfThisMinusTheOther)
+{
+    DateTime later(m_march);
+    later.Add(26, 59, 58);
+
+    EXPECT_EQ(later.GetTotalHours(Shared(m_march)), 26);
+    EXPECT_EQ(later.GetTotalMinutes(Shared(m_march)), 26 * 60 + 59);
+    EXPECT_EQ(later.GetTotalSecondes(Shared(m_march)), (26 * 60 + 59) * 60 + 58);
+    EXPECT_EQ(m_march.GetTotalHours(Shared(later)), -26);
+}
+
+TEST_F(DateTimeTest, SecondsOfDifferencesAreCutTo32Bits)
+{
+    const DateTime early(1900, 1, 1, 0, 0, 0, 0);
+    const DateTime late(2100, 1, 1, 0, 0, 0, 0);
+
+    // 73,049 days are 6,311,433,600 seconds.
+    EXPECT_EQ(late.GetTotalSecondes(Shared(early)), 6311433600 - (1LL << 32));
+}
+
+TEST_F(DateTimeTest, DifferencesToNothingAreZero)
+{
+    EXPECT_EQ(m_march.GetTotalHours(smart_ptr<DateTime>()), 0);
+    EXPECT_EQ(m_march.GetTotalMinutes(smart_ptr<DateTime>()), 0);
+    EXPECT_EQ(m_march.GetTotalSecondes(smart_ptr<DateTime>()), 0);
+}
+
+TEST_F(DateTimeTest, ComparesByTheInstant)
+{
+    const DateTime same(2009, 3, 5, 6, 4, 9, 0);
+    const DateTime later(2009, 3, 5, 7, 4, 10);
+
+    EXPECT_TRUE(m_march == same);
+    EXPECT_FALSE(m_march != same);
+    EXPECT_TRUE(m_march <= same && m_march >= same);
+    EXPECT_FALSE(m_march < same || m_march > same);
+    EXPECT_TRUE(m_march < later && m_march <= later && m_march != later);
+    EXPECT_TRUE(later > m_march && later >= m_march);
+    EXPECT_FALSE(m_march == later || m_march > later || m_march >= later);
+}
+
+} // namespace
+} // namespace Toolkit

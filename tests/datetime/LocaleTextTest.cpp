@@ -1,0 +1,166 @@
+#include "toolkit/datetime/LocaleText.Private.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace Toolkit {
+namespace {
+
+constexpr CalendarTime c_morning{2009, 3, 5, 7, 4, 9};
+constexpr CalendarTime c_afternoon{2009, 3, 5, 19, 4, 9};
+
+LocaleText::DayHalves English()
+{
+    return {L"AM", L"PM"};
+}
+
+LocaleText::DayHalves WithLetterA()
+{
+    return {L"am", L"pa"};
+}
+
+LocaleText::DayHalves None()
+{
+    return {L"", L""};
+}
+
+// Replaces from the beginning again and again.
+void ReplaceAll(std::wstring& text, const std::wstring& from, const std::wstring& to)
+{
+    for (std::size_t at = text.find(from); at != std::wstring::npos; at = text.find(from))
+        text.replace(at, from.size(), to);
+}
+
+std::wstring ReferenceDate(std::wstring pattern)
+{
+    constexpr std::pair<const wchar_t*, const wchar_t*> tokens[] = {
+        {L"dd", L"05"}, {L"%d", L"05"},     {L"d", L"05"},    {L"MM", L"03"}, {L"%m", L"03"},
+        {L"M", L"03"},  {L"yyyy", L"2009"}, {L"%Y", L"2009"}, {L"yy", L"09"}};
+    for (const auto& [token, number] : tokens)
+        ReplaceAll(pattern, token, number);
+    return pattern.substr(0, pattern.find(L' '));
+}
+
+// The time 19:04 where the halves of the day are AM and PM.
+std::wstring ReferenceTime(std::wstring pattern)
+{
+    ReplaceAll(pattern, L"HH", L"19");
+    ReplaceAll(pattern, L"hh", L"19");
+    ReplaceAll(pattern, L"mm", L"04");
+    ReplaceAll(pattern, L"m", L"04");
+    ReplaceAll(pattern, L":ss", L"");
+    ReplaceAll(pattern, L" tt", L"");
+    const bool hasTwelveHours = pattern.find(L'h') != std::wstring::npos;
+    ReplaceAll(pattern, L"h", L"07");
+    if (hasTwelveHours && pattern.find(L'a') == std::wstring::npos)
+        pattern += L" PM";
+    ReplaceAll(pattern, L"a", hasTwelveHours ? L"PM" : L"");
+    const std::wstring clock = hasTwelveHours ? L"07:04" : L"19:04";
+    ReplaceAll(pattern, L"%T", clock);
+    ReplaceAll(pattern, L"%R", clock);
+    const std::size_t blank = pattern.find(L' ');
+    return blank == std::wstring::npos ? pattern : pattern.substr(blank + 1);
+}
+
+std::wstring RandomPattern(std::mt19937& random)
+{
+    constexpr const wchar_t* pieces[] = {L"d", L"dd", L"M", L"MM", L"y",  L"yy", L"yyyy", L"H",
+                                         L"h", L"m",  L":", L"/",  L" ",  L"a",  L":ss",  L" tt",
+                                         L"%", L"%d", L"T", L"R",  L"%T", L"Y",  L"B",    L"."};
+    std::wstring pattern;
+    for (auto count = random() % 12; count > 0; --count)
+        pattern += pieces[random() % std::size(pieces)];
+    return pattern;
+}
+
+TEST(LocaleTextTest, DateTokensAreReplacedInTheirOrder)
+{
+    constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"dd/MM/yyyy HH:mm:ss", L"05/03/2009"},
+        {L"M/d/yy h:mm a", L"03/05/09"},
+        {L"%d.%m.%Y %H", L"05.03.2009"},
+        {L"MMM d", L"0303"},
+        {L"MMMM", L"0303"},
+        {L"ddd", L"0505"},
+        {L"y-M-d", L"y-03-05"},
+        {L"yyy", L"09y"},
+        {L"yyyyy", L"2009y"},
+        {L"yyyy", L"2009"},
+        {L"none", L"none"},
+        {L" HH:mm", L""},
+        {L"", L""}};
+    for (const auto& [pattern, expected] : cases)
+        EXPECT_EQ(LocaleText::FormatDate(pattern, c_morning), expected)
+            << testing::PrintToString(pattern);
+}
+
+TEST(LocaleTextTest, YearsOfACenturyHaveTwoDigits)
+{
+    CalendarTime time = c_morning;
+    constexpr std::pair<long long, const wchar_t*> cases[] = {
+        {2009, L"09"}, {1999, L"99"}, {2100, L"00"}, {99, L"99"}, {0, L"100"}, {-1, L"99"}};
+    for (const auto& [year, expected] : cases) {
+        time.year = year;
+        EXPECT_EQ(LocaleText::FormatDate(L"yy", time), expected) << year;
+    }
+}
+
+TEST(LocaleTextTest, TimeTokensAreReplacedInTheirOrder)
+{
+    constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"dd/MM/yyyy HH:mm:ss", L"19:04"},
+        {L"M/d/yy h:mm a", L"07:04 PM"},
+        {L"d hh:mm a", L"19:04 "},
+        {L"d hh:mm tt", L"19:04"},
+        {L"d h:mm tt", L"07:04 PM"},
+        {L"d H:mm", L"H:04"},
+        {L"d HHH", L"19H"},
+        {L"d %T", L"19:04"},
+        {L"d h %R", L"07 07:04 PM"},
+        {L"d a h:m", L"PM 07:04"},
+        {L"HH:mm", L"19:04"},
+        {L"", L""}};
+    for (const auto& [pattern, expected] : cases)
+        EXPECT_EQ(LocaleText::FormatTime(pattern, c_afternoon, English), expected)
+            << testing::PrintToString(pattern);
+}
+
+TEST(LocaleTextTest, HoursOfTwelveKeepNoonAndMidnightInTheMorning)
+{
+    CalendarTime time = c_morning;
+    constexpr std::pair<long long, const wchar_t*> cases[] = {{0, L"00 AM"},  {1, L"01 AM"},
+                                                              {11, L"11 AM"}, {12, L"12 AM"},
+                                                              {13, L"01 PM"}, {23, L"11 PM"}};
+    for (const auto& [hour, expected] : cases) {
+        time.hour = hour;
+        EXPECT_EQ(LocaleText::FormatTime(L"d h a", time, English), expected) << hour;
+    }
+}
+
+TEST(LocaleTextTest, TextsOfDayHalvesMayHoldTheTokenThatTheyReplace)
+{
+    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm a", c_morning, WithLetterA), L"07:04 am");
+    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm aa", c_afternoon, WithLetterA), L"07:04 papa");
+    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm", c_morning, WithLetterA), L"07:04 am");
+}
+
+TEST(LocaleTextTest, WithoutTextsOfDayHalvesTheTokenOrABlankStays)
+{
+    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm a", c_morning, None), L"07:04 a");
+    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm", c_morning, None), L"07:04 ");
+}
+
+TEST(LocaleTextTest, RandomPatternsAgreeWithRepeatedReplacement)
+{
+    std::mt19937 random(1);
+    for (int i = 0; i < 20000; ++i) {
+        const std::wstring pattern = RandomPattern(random);
+        SCOPED_TRACE(testing::PrintToString(pattern));
+        ASSERT_EQ(LocaleText::FormatDate(pattern, c_morning), ReferenceDate(pattern));
+        ASSERT_EQ(LocaleText::FormatTime(pattern, c_afternoon, English), ReferenceTime(pattern));
+    }
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,3 @@
+toolkit_test(datetime/DateTimeTest.cpp)
+toolkit_test(datetime/DateTimeZonesTest.cpp)
+toolkit_private_test(datetime/LocaleTextTest.cpp core/Numbers.cpp datetime/LocaleText.cpp)

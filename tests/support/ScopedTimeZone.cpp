@@ -1,0 +1,19 @@
+#include "support/ScopedTimeZone.h"
+
+#include <time.h>
+
+namespace Toolkit::Testing {
+
+ScopedTimeZone::ScopedTimeZone(const std::string& name)
+{
+    m_environment.emplace("TZ", name);
+    ::tzset();
+}
+
+ScopedTimeZone::~ScopedTimeZone()
+{
+    m_environment.reset();
+    ::tzset();
+}
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "support/ScopedEnvironment.h"
+
+namespace Toolkit::Testing {
+
+/// Sets the time zone of the process, such as "Europe/Berlin", and restores it.
+class ScopedTimeZone {
+public:
+    explicit ScopedTimeZone(const std::string& name);
+    ~ScopedTimeZone();
+
+    ScopedTimeZone(const ScopedTimeZone&) = delete;
+    ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
+
+private:
+    std::optional<ScopedEnvironment> m_environment;
+};
+
+} // namespace Toolkit::Testing

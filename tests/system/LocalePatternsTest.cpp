@@ -1,0 +1,35 @@
+#include "toolkit/system/LocalePatterns.Private.h"
+
+#include <gtest/gtest.h>
+
+namespace Toolkit {
+namespace {
+
+TEST(LocalePatternsTest, OneBlankJoinsDateAndTime)
+{
+    EXPECT_EQ(LocalePatterns::Compose(L"M/d/yy", L"h:mm a"), L"M/d/yy h:mm a");
+}
+
+TEST(LocalePatternsTest, AHalfOutsideAsciiIsLeftOut)
+{
+    EXPECT_EQ(LocalePatterns::Compose(L"d\u00E9", L"HH:mm"), L" HH:mm");
+    EXPECT_EQ(LocalePatterns::Compose(L"d", L"HH\u202Fmm"), L"d ");
+    EXPECT_EQ(LocalePatterns::Compose(L"\u00E9", L"\u00E9"), L" ");
+}
+
+TEST(LocalePatternsTest, AHalfOf255CharactersIsTheLongest)
+{
+    const std::wstring longest(255, L'd');
+    const std::wstring tooLong(256, L'd');
+
+    EXPECT_EQ(LocalePatterns::Compose(longest, L"h"), longest + L" h");
+    EXPECT_EQ(LocalePatterns::Compose(tooLong, L"h"), L" h");
+}
+
+TEST(LocalePatternsTest, EmptyHalvesLeaveTheBlank)
+{
+    EXPECT_EQ(LocalePatterns::Compose(L"", L""), L" ");
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,112 @@
+#include "toolkit/system/Locales.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/ScopedLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedEnvironment;
+using Testing::ScopedLocale;
+
+class LocalesTest : public testing::Test {
+protected:
+    static std::wstring DateFormat()
+    {
+        TString<wchar_t> format = L"old";
+        EXPECT_TRUE(Locales::GetCurrentDateFormat(format));
+        return format;
+    }
+
+    const ScopedEnvironment m_all{"LC_ALL", std::nullopt};
+    const ScopedEnvironment m_time{"LC_TIME", std::nullopt};
+    const ScopedEnvironment m_language{"LANG", std::nullopt};
+};
+
+TEST_F(LocalesTest, DecimalSeparatorIsAFixedPoint)
+{
+    const ScopedEnvironment german("LC_ALL", "de_DE.UTF-8");
+    TString<wchar_t> separator = L"old";
+
+    EXPECT_FALSE(Locales::GetDecimalSeparator(separator));
+    EXPECT_EQ(separator, L".");
+}
+
+TEST_F(LocalesTest, DateFormatIsTheShortPatternsOfTheLocale)
+{
+    constexpr std::pair<const char*, const wchar_t*> cases[] = {
+        {"en_US.UTF-8", L"M/d/yy h:mm a"}, {"en_GB.UTF-8", L"dd/MM/yyyy HH:mm"},
+        {"en_CA", L"M/d/yy h:mm a"},       {"en_AU", L"d/M/yy h:mm a"},
+        {"de_DE", L"dd.MM.yy HH:mm"},      {"de_AT.UTF-8@euro", L"dd.MM.yy HH:mm"},
+        {"de_CH", L"dd.MM.yy HH:mm"},      {"fr_FR", L"dd/MM/yyyy HH:mm"},
+        {"es_ES", L"d/M/yy H:mm"},         {"es_MX", L"dd/MM/yy HH:mm"},
+        {"it_IT", L"dd/MM/yy HH:mm"},      {"pt_PT", L"dd/MM/yy HH:mm"},
+        {"pt_BR", L"dd/MM/yyyy HH:mm"},    {"nl_NL", L"dd-MM-yyyy HH:mm"},
+        {"sv_SE", L"yyyy-MM-dd HH:mm"},    {"nb_NO", L"dd.MM.yyyy HH:mm"},
+        {"da_DK", L"dd.MM.yyyy HH.mm"},    {"fi_FI", L"d.M.yyyy H.mm"},
+        {"pl_PL", L"d.MM.yyyy HH:mm"},     {"cs_CZ", L"dd.MM.yy H:mm"},
+        {"hu_HU", L"yyyy.MM.dd. H:mm"},    {"ru_RU", L"dd.MM.yyyy HH:mm"},
+        {"tr_TR", L"d.MM.yyyy HH:mm"},     {"el_GR", L"d/M/yy h:mm a"},
+        {"ja_JP", L"yyyy/MM/dd H:mm"},     {"ko_KR", L"yy.M.d. a h:mm"},
+        {"zh_CN", L"yyyy/M/d HH:mm"},      {"he_IL", L"d.M.yyyy H:mm"},
+        {"th_TH", L"d/M/yy HH:mm"},        {"hi_IN", L"d/M/yy h:mm a"},
+        {"lt_LT", L"yyyy-MM-dd HH:mm"},    {"fa_IR", L"yyyy/M/d H:mm"}};
+    for (const auto& [locale, expected] : cases) {
+        const ScopedEnvironment environment("LC_ALL", locale);
+        EXPECT_EQ(DateFormat(), expected) << locale;
+    }
+}
+
+TEST_F(LocalesTest, PatternsOutsideAsciiAreLeftOut)
+{
+    // Times in Dzongkha have words of their own script around the numbers.
+    const ScopedEnvironment dzongkha("LC_ALL", "dz_BT");
+
+    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd ");
+}
+
+TEST_F(LocalesTest, QuotedTextsOfPatternsAreLeftOut)
+{
+    const ScopedEnvironment quebec("LC_ALL", "fr_CA");
+
+    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH  mm");
+}
+
+TEST_F(LocalesTest, TheFirstVariableThatIsNotEmptyNamesTheLocale)
+{
+    const ScopedEnvironment language("LANG", "de_DE.UTF-8");
+    EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
+
+    const ScopedEnvironment time("LC_TIME", "sv_SE.UTF-8");
+    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH:mm");
+
+    const ScopedEnvironment empty("LC_ALL", "");
+    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH:mm");
+
+    const ScopedEnvironment all("LC_ALL", "en_GB.UTF-8");
+    EXPECT_EQ(DateFormat(), L"dd/MM/yyyy HH:mm");
+}
+
+TEST_F(LocalesTest, WithoutALocaleTheFormatIsThatOfTheUnitedStates)
+{
+    EXPECT_EQ(DateFormat(), L"M/d/yy h:mm a");
+    for (const char* const name : {"C", "POSIX", "C.UTF-8", ".UTF-8"}) {
+        const ScopedEnvironment environment("LC_ALL", name);
+        EXPECT_EQ(DateFormat(), L"M/d/yy h:mm a") << name;
+    }
+}
+
+TEST_F(LocalesTest, TheLocaleOfTheCLibraryDoesNotCount)
+{
+    const ScopedLocale locale("C.UTF-8");
+    const ScopedEnvironment environment("LC_ALL", "de_DE.UTF-8");
+
+    EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
+}
+
+} // namespace
+} // namespace Toolkit
