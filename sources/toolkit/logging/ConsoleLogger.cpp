@@ -4,9 +4,7 @@
 
 namespace Toolkit {
 
-ConsoleLogger::ConsoleLogger(LogSeverity threshold) : ILogger(threshold)
-{
-}
+ConsoleLogger::ConsoleLogger(LogSeverity threshold) : ILogger(threshold) {}
 
 ConsoleLogger::~ConsoleLogger() = default;
 

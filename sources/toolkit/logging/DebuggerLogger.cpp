@@ -4,9 +4,7 @@
 
 namespace Toolkit {
 
-DebuggerLogger::DebuggerLogger(LogSeverity threshold) : ILogger(threshold)
-{
-}
+DebuggerLogger::DebuggerLogger(LogSeverity threshold) : ILogger(threshold) {}
 
 DebuggerLogger::~DebuggerLogger() = default;
 

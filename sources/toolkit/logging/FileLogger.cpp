@@ -1,12 +1,12 @@
 #include "toolkit/logging/FileLogger.h"
 
 #include "toolkit/encoding/StringConvert.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/logging/PieceBlock.Private.h"
 #include "toolkit/system/TickCount.h"
 
-#include <string>
+#include <unistd.h>
 #include <utility>
 
 namespace Toolkit {
@@ -15,9 +15,11 @@ namespace {
 constexpr unsigned int c_dataWaitMs = 500;
 constexpr unsigned int c_openRetryMs = 10;
 
-// How much text is written and flushed at once. A block ends with a piece, so that a process that
-// is killed leaves whole pieces.
-constexpr std::size_t c_blockSize = 64 * 1024;
+std::size_t PageSize()
+{
+    static const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    return pageSize;
+}
 
 } // namespace
 
@@ -104,23 +106,21 @@ void FileLogger::Drain()
 
 void FileLogger::WriteBatch(Queue& batch)
 {
-    std::string block;
+    PieceBlock block(PageSize());
+    block.Begin(m_file->GetOffset());
     for (; !batch.empty(); batch.pop()) {
-        const TString<wchar_t>& piece = batch.front();
-        const std::size_t whole = block.size();
-        // A piece without a UTF-8 form is left out.
-        Utf8Codec::AppendEncoded(block, piece.data(), piece.size());
-        if (block.size() > c_blockSize && whole > 0) {
-            WriteBlock(block.data(), whole);
-            block.erase(0, whole);
-        }
+        if (block.Append(batch.front()))
+            continue;
+        WriteBlock(block);
+        block.Begin(m_file->GetOffset());
+        block.Append(batch.front());
     }
-    WriteBlock(block.data(), block.size());
+    WriteBlock(block);
 }
 
-void FileLogger::WriteBlock(const char* bytes, std::size_t length)
+void FileLogger::WriteBlock(const PieceBlock& block)
 {
-    m_file->WriteBytes(bytes, length);
+    m_file->WriteBytes(block.Data(), block.Size());
     m_file->Flush();
 }
 

@@ -8,12 +8,12 @@
 #include "toolkit/threading/Mutex.h"
 #include "toolkit/threading/Thread.h"
 
-#include <cstddef>
 #include <queue>
 
 namespace Toolkit {
 
 class FFile;
+class PieceBlock;
 
 /// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
 /// the text into a queue.
@@ -24,6 +24,10 @@ class FFile;
 ///
 /// When a batch of text has brought the file to its size limit, writing goes on at its beginning:
 /// nothing is truncated, and older text stays until it is written over.
+///
+/// What was written is in the file even when the process is killed, in order and in whole pieces.
+/// Only a piece that lies across two pages of the file can be cut there, as the last one, when the
+/// kill comes in the instant in which the kernel turns from the one page to the other.
 ///
 /// There has to be a `PathManager` when the object is constructed.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
@@ -60,7 +64,7 @@ private:
     bool WaitForData();
     void Drain();
     void WriteBatch(Queue& batch);
-    void WriteBlock(const char* bytes, std::size_t length);
+    void WriteBlock(const PieceBlock& block);
     void WrapAround();
 
     Queue m_queue; // guarded by m_queueLock

@@ -21,16 +21,14 @@ TString<wchar_t> WidenBytes(const char* text)
 
 smart_ptr<ILogger>* ILogger::s_pInstance = nullptr;
 
-ILogger::ILogger(LogSeverity threshold) : m_threshold(threshold), m_severity(SeverityVerbose)
-{
-}
+ILogger::ILogger(LogSeverity threshold) : m_threshold(threshold), m_severity(SeverityVerbose) {}
 
 ILogger::~ILogger() = default;
 
-template <typename Number> ILogger& ILogger::WriteNumber(Number value)
+template <typename Number>
+ILogger& ILogger::WriteNumber(Number value)
 {
-    using Widest =
-        std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
+    using Widest = std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
 
     if (!IsFilteredOut())
         Write(Numbers::Text<wchar_t>(static_cast<Widest>(value)).String());
@@ -39,7 +37,7 @@ template <typename Number> ILogger& ILogger::WriteNumber(Number value)
 
 ILogger& ILogger::operator<<(const SetSeverity& severity)
 {
-    m_severity = severity.GetSeverity();
+    m_severity.store(severity.GetSeverity(), std::memory_order_relaxed);
     return GetLogger();
 }
 

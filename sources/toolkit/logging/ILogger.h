@@ -5,6 +5,7 @@
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/logging/LogSeverity.h"
 
+#include <atomic>
 #include <cstddef>
 
 namespace Toolkit {
@@ -21,9 +22,9 @@ private:
 
 /// A sink for log text, and the process-wide logger.
 ///
-/// A log statement is a chain of insertions; each one that passes the filter reaches `Write` at once
-/// as a text of its own, so a line is several calls. `TOOLKIT_LOG` begins a line in the form that
-/// the whole library uses.
+/// A log statement is a chain of insertions; each one that passes the filter reaches `Write` at
+/// once as a text of its own, so a line is several calls. `TOOLKIT_LOG` begins a line in the form
+/// that the whole library uses.
 ///
 /// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
 /// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
@@ -55,11 +56,13 @@ public:
     ILogger& operator<<(const wchar_t* text);
     /// Each byte becomes the character of its value; nothing is decoded.
     ILogger& operator<<(const char* text);
-    template <std::size_t Length> ILogger& operator<<(const wchar_t (&text)[Length])
+    template <std::size_t Length>
+    ILogger& operator<<(const wchar_t (&text)[Length])
     {
         return *this << static_cast<const wchar_t*>(text);
     }
-    template <std::size_t Length> ILogger& operator<<(const char (&text)[Length])
+    template <std::size_t Length>
+    ILogger& operator<<(const char (&text)[Length])
     {
         return *this << static_cast<const char*>(text);
     }
@@ -100,11 +103,12 @@ public:
     static smart_ptr<ILogger>* s_pInstance;
 
 private:
-    bool IsFilteredOut() const { return m_severity > m_threshold; }
-    template <typename Number> ILogger& WriteNumber(Number value);
+    bool IsFilteredOut() const { return m_severity.load(std::memory_order_relaxed) > m_threshold; }
+    template <typename Number>
+    ILogger& WriteNumber(Number value);
 
     LogSeverity m_threshold;
-    LogSeverity m_severity;
+    std::atomic<LogSeverity> m_severity; // nothing else is ordered by it
 };
 
 } // namespace Toolkit

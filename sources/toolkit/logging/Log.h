@@ -15,9 +15,9 @@ TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* fu
 ///
 ///     TOOLKIT_LOG(SeverityError) << L"Unable to open file : " << path << ILogger::c_strLogToken3;
 ///
-/// It gives "0 1234567 : 64 : Parse : Unable to open file : settings.ini" and a line feed: severity,
-/// milliseconds of `GetTickCount()`, source line, function. One expression, usable in a branch
-/// without braces.
+/// It gives "0 1234567 : 64 : Parse : Unable to open file : settings.ini" and a line feed:
+/// severity, milliseconds of `GetTickCount()`, source line, function. One expression, usable in a
+/// branch without braces.
 #define TOOLKIT_LOG(severity) TOOLKIT_LOG_AT_LINE(severity, __LINE__)
 
 /// The same with the line number that readers of the log know the message by, wherever the

@@ -2,14 +2,10 @@
 
 namespace Toolkit {
 
-NullLogger::NullLogger() : ILogger(SeverityError)
-{
-}
+NullLogger::NullLogger() : ILogger(SeverityError) {}
 
 NullLogger::~NullLogger() = default;
 
-void NullLogger::Write(const TString<wchar_t>& /*text*/)
-{
-}
+void NullLogger::Write(const TString<wchar_t>& /*text*/) {}
 
 } // namespace Toolkit

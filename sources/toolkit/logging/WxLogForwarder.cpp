@@ -60,8 +60,6 @@ void WxLogForwarder::DoLog(unsigned long level, const wchar_t* message, long tim
                          << ILogger::c_strLogToken2 << message << ILogger::c_strLogToken3;
 }
 
-void WxLogForwarder::DoLogString(const wchar_t* /*message*/, long /*timestamp*/)
-{
-}
+void WxLogForwarder::DoLogString(const wchar_t* /*message*/, long /*timestamp*/) {}
 
 } // namespace Toolkit

@@ -9,8 +9,8 @@ namespace Toolkit {
 /// Hands every message of the framework's log on to the process-wide logger, as a line of its own.
 ///
 /// An application creates one after it has installed its logger and keeps it alive. Messages of
-/// worker threads arrive at once when the thread is a `Toolkit::Thread`; those of other threads when
-/// the main thread flushes the framework's log, at the latest when the forwarder goes.
+/// worker threads arrive at once when the thread is a `Toolkit::Thread`; those of other threads
+/// when the main thread flushes the framework's log, at the latest when the forwarder goes.
 class TOOLKIT_API WxLogForwarder : public wxLog {
 public:
     /// Becomes the framework's active log target; the previous one is forgotten, not deleted.

@@ -28,8 +28,8 @@ public:
     void Signal();
     void Reset();
 
-    /// Waits `timeoutMs` milliseconds at most for the flag; 0 only looks, 0xFFFFFFFF waits for ever.
-    /// True when it was signalled.
+    /// Waits `timeoutMs` milliseconds at most for the flag; 0 only looks, 0xFFFFFFFF waits for
+    /// ever. True when it was signalled.
     bool Wait(unsigned int timeoutMs);
 
 private:

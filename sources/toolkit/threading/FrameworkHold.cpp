@@ -4,9 +4,7 @@
 
 namespace Toolkit {
 
-FrameworkHold::FrameworkHold() : m_isHeld(Framework::Start())
-{
-}
+FrameworkHold::FrameworkHold() : m_isHeld(Framework::Start()) {}
 
 FrameworkHold::~FrameworkHold()
 {

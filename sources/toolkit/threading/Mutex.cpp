@@ -51,9 +51,7 @@ bool MutexInternal::Unlock()
     return m_mutex->Unlock() == wxMUTEX_NO_ERROR;
 }
 
-Mutex::Mutex(bool initiallyLocked) : MutexInternal(initiallyLocked)
-{
-}
+Mutex::Mutex(bool initiallyLocked) : MutexInternal(initiallyLocked) {}
 
 Mutex::~Mutex() = default;
 

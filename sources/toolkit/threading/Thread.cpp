@@ -12,12 +12,16 @@ const unsigned long Thread::UndefinedThread = 0xFFFFFFFF;
 Thread::Thread() : wxThread(wxTHREAD_JOINABLE)
 {
     constexpr unsigned int defaultStackSize = 0;
-    const wxThreadError result = wxThread::Create(defaultStackSize);
-    ASSERT(result == wxTHREAD_NO_ERROR);
+    const bool isCreated = wxThread::Create(defaultStackSize) == wxTHREAD_NO_ERROR;
+    ASSERT(isCreated);
+    if (!isCreated)
+        m_state = State::Failed;
 }
 
 Thread::~Thread()
 {
+    if (m_state == State::Failed)
+        return;
     State fresh = State::New;
     if (m_state.compare_exchange_strong(fresh, State::Dropped)) {
         // The framework frees a joinable thread that never ran from under this object. Let it run,

@@ -14,8 +14,8 @@ namespace Toolkit {
 /// The destructor waits for the thread to end. By then the derived part of the object is gone, so a
 /// derived class that may be destroyed while its thread runs calls `Wait()` in its own destructor.
 ///
-/// The framework is kept running as long as the object lives, as `FrameworkHold` tells. An object is
-/// operated by one thread at a time.
+/// The framework is kept running as long as the object lives, as `FrameworkHold` tells. An object
+/// is operated by one thread at a time.
 class TOOLKIT_API Thread : private FrameworkHold, public wxThread {
 public:
     /// The identifier that means "no thread".
@@ -61,7 +61,8 @@ protected:
     virtual int DoWork() = 0;
 
 private:
-    enum class State { New, Started, Dropped };
+    // Failed: the system had no thread to give.
+    enum class State { New, Started, Dropped, Failed };
 
     std::atomic<State> m_state{State::New};
 };

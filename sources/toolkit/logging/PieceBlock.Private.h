@@ -1,0 +1,40 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+
+#include <cstddef>
+#include <string>
+
+namespace Toolkit {
+
+/// Collects pieces of text, as UTF-8, into a block that is handed to a file in one write.
+///
+/// A process that is killed in the middle of a write leaves what the kernel had copied by then, and
+/// the kernel looks for the deadly signal whenever it turns to another page of the file. A block
+/// therefore ends with the last whole piece before the next end of a page: what lies in one page is
+/// written wholly or not at all. A piece that does not fit into the rest of its page stands first
+/// in its block, so that this one crossing comes as early in a write as it can; it is all that a
+/// killed process can leave cut, at the end of the file and exactly at the end of a page.
+class PieceBlock {
+public:
+    explicit PieceBlock(std::size_t pageSize);
+
+    /// Empties the block, which will be written at `offset` of the file.
+    void Begin(long long offset);
+
+    /// False when `piece` does not fit any more: the block is to be written first. The first piece
+    /// always fits; one without a UTF-8 form is left out.
+    bool Append(const TString<wchar_t>& piece);
+
+    bool IsEmpty() const { return m_bytes.empty(); }
+    const char* Data() const { return m_bytes.data(); }
+    std::size_t Size() const { return m_bytes.size(); }
+
+private:
+    std::size_t m_pageSize;
+    std::size_t m_pageOffset = 0; // of the block's beginning, in its page
+    std::size_t m_limit = 0;      // of the block's size, once there is a first piece
+    std::string m_bytes;
+};
+
+} // namespace Toolkit
