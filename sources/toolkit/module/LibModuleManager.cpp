@@ -8,8 +8,25 @@
 
 namespace Toolkit {
 
+// Callbacks may change the list. As long as one runs, no entry is erased under a walker's feet.
+class LibModuleManager::Walk {
+public:
+    explicit Walk(LibModuleManager& manager) : m_manager(manager) { ++m_manager.m_walks; }
+    ~Walk()
+    {
+        if (--m_manager.m_walks == 0)
+            m_manager.m_modules.remove_if([](const auto& entry) { return !entry.module; });
+    }
+
+    Walk(const Walk&) = delete;
+    Walk& operator=(const Walk&) = delete;
+
+private:
+    LibModuleManager& m_manager;
+};
+
 LibModuleManager::LibModuleManager()
-    : m_mutex(false), m_initialized(0), m_releasing(0), m_initializing(0), m_frameworkStarts(0)
+    : m_mutex(false), m_initialized(0), m_releasing(0), m_walks(0), m_frameworkStarts(0)
 {
 }
 
@@ -34,19 +51,19 @@ void LibModuleManager::Unregister(LibModule* module)
 {
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
     const auto found = Find(module);
-    // A module that waits for its removal has no registration left to take back.
+    // A module that is on its way out has no registration left to take back.
     if (found == m_modules.end() || found->count <= 0)
         return;
     if (--found->count > 0)
         return;
-    // A pass walks the list: nothing is erased under its feet.
-    if (m_releasing || m_initializing) {
+    if (m_releasing) {
         m_pendingRemovals.push_back(found);
         return;
     }
+    const Walk walk(*this);
     if (m_initialized)
         module->Release();
-    m_modules.erase(found);
+    found->module = nullptr;
 }
 
 void LibModuleManager::Initialize(bool initializeFramework)
@@ -61,15 +78,14 @@ void LibModuleManager::Initialize(bool initializeFramework)
     m_initialized = 1;
 }
 
+// A module that is registered meanwhile has its turn at the end.
 void LibModuleManager::InitializeModules()
 {
-    m_initializing = 1;
+    const Walk walk(*this);
     for (const LibModuleContainer& entry : m_modules) {
-        if (entry.count > 0)
+        if (entry.module)
             entry.module->Initialize();
     }
-    m_initializing = 0;
-    RemovePending();
 }
 
 void LibModuleManager::Release(bool releaseFramework)
@@ -89,25 +105,30 @@ void LibModuleManager::Release(bool releaseFramework)
 
 void LibModuleManager::ReleaseModules()
 {
+    const Walk walk(*this);
     m_releasing = 1;
-    std::for_each(m_modules.rbegin(), m_modules.rend(),
-                  [](const LibModuleContainer& entry) { entry.module->Release(); });
+    // No reverse iterator: it would come back to an entry behind which a module is registered.
+    for (auto entry = m_modules.end(); entry != m_modules.begin();) {
+        --entry;
+        if (entry->module)
+            entry->module->Release();
+    }
     m_releasing = 0;
     RemovePending();
 }
 
+// An entry may be here twice: its module left, came back and left again.
 void LibModuleManager::RemovePending()
 {
     for (const ModuleList::iterator& position : m_pendingRemovals)
-        m_modules.erase(position);
+        position->module = nullptr;
     m_pendingRemovals.clear();
 }
 
 LibModuleManager::ModuleList::iterator LibModuleManager::Find(const LibModule* module)
 {
-    return std::find_if(m_modules.begin(), m_modules.end(), [module](const LibModuleContainer& e) {
-        return e.module == module;
-    });
+    return std::find_if(m_modules.begin(), m_modules.end(),
+                        [module](const LibModuleContainer& e) { return e.module == module; });
 }
 
 void LibModuleManager::CreateInstance()

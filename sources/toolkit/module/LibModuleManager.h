@@ -26,8 +26,8 @@ public:
     void Register(LibModule* module);
 
     /// Takes back one registration. With the last one the module is released, when the registry is
-    /// initialised, and leaves; during a release pass it leaves when the pass ends. A module that is
-    /// not there is ignored.
+    /// initialised, and leaves; during a release pass it leaves when the pass ends, even when it
+    /// was registered again meanwhile. A module that is not there is ignored.
     void Unregister(LibModule* module);
 
     /// Starts the framework when `initializeFramework` says so and the program does not run an
@@ -51,11 +51,13 @@ public:
     static LibModuleManager* s_pInstance;
 
 private:
+    // What has left while the list is walked stays behind without its module until the walk ends.
     struct LibModuleContainer {
         LibModule* module;
         int count;
     };
     using ModuleList = std::list<LibModuleContainer>;
+    class Walk;
 
     ModuleList::iterator Find(const LibModule* module);
     void InitializeModules();
@@ -67,7 +69,7 @@ private:
     int m_initialized;
     int m_releasing;
     std::list<ModuleList::iterator> m_pendingRemovals;
-    int m_initializing;
+    int m_walks;
     int m_frameworkStarts;
 };
 

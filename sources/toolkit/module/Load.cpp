@@ -14,7 +14,8 @@
 // which it is constructed; it is destroyed in the reverse order when the library is unloaded.
 //
 // In a static library the order among object files is the linker's affair. The priority has these
-// objects constructed before those of the program, which may so use them in constructors of its own.
+// objects constructed before those of the program, which may so use them in constructors of its
+// own.
 #ifdef __ELF__
 #define TOOLKIT_CONSTRUCTED_FIRST __attribute__((init_priority(101)))
 #else

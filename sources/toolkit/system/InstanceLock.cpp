@@ -1,15 +1,15 @@
-#include "toolkit/system/InstanceLock.Private.h"
-
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/UserAccount.Private.h"
+#include "toolkit/system/InstanceLock.Private.h"
 
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <string>
-
 #include <fcntl.h>
+#include <mutex>
+#include <string>
 #include <sys/file.h>
+#include <sys/stat.h>
 
 namespace Toolkit {
 namespace {
@@ -37,24 +37,70 @@ std::string FittingName(const std::string& name)
     return name.substr(0, longest) + hash;
 }
 
-std::string LockFilePath(const TString<wchar_t>& name)
+FileDescriptor OpenLockFile(const TString<wchar_t>& name)
 {
-    return UTF8::ToUTF8(UserAccount::HomeDirectory()) + "/." + FittingName(UTF8::ToUTF8(name)) +
-           ".lock";
+    if (name.empty())
+        return {};
+    const std::string path = UTF8::ToUTF8(UserAccount::HomeDirectory()) + "/." +
+                             FittingName(UTF8::ToUTF8(name)) + ".lock";
+    return FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
 }
+
+bool IsSameFile(const FileDescriptor& one, const FileDescriptor& other)
+{
+    struct stat first {};
+    struct stat second {};
+    return ::fstat(one.Get(), &first) == 0 && ::fstat(other.Get(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+std::mutex s_mutex;
+InstanceLock* s_firstHeld = nullptr; // guarded by s_mutex
 
 } // namespace
 
 InstanceLock::InstanceLock(const TString<wchar_t>& name)
-    : m_file(FileDescriptor::OpenRegular(LockFilePath(name), O_RDWR | O_CREAT | O_NOFOLLOW, 0600)),
-      m_state(State::Unavailable)
+    : m_file(OpenLockFile(name)), m_next(nullptr), m_state(State::Unavailable)
+{
+    const std::lock_guard<std::mutex> guard(s_mutex);
+    m_state = Take();
+    if (m_state == State::Held) {
+        m_next = s_firstHeld;
+        s_firstHeld = this;
+    }
+}
+
+InstanceLock::~InstanceLock()
+{
+    const std::lock_guard<std::mutex> guard(s_mutex);
+    InstanceLock** link = &s_firstHeld;
+    while (*link && *link != this)
+        link = &(*link)->m_next;
+    if (*link)
+        *link = m_next;
+}
+
+InstanceLock::State InstanceLock::Take()
 {
     if (!m_file.IsOpen())
-        return;
+        return State::Unavailable;
     if (::flock(m_file.Get(), LOCK_EX | LOCK_NB) == 0)
-        m_state = State::Held;
-    else if (errno == EWOULDBLOCK)
-        m_state = State::HeldElsewhere;
+        return State::Held;
+    if (errno != EWOULDBLOCK)
+        return State::Unavailable;
+    return ShareWithThisProcess() ? State::Held : State::HeldElsewhere;
+}
+
+// To the system a file that was opened twice has two owners, even within one process.
+bool InstanceLock::ShareWithThisProcess()
+{
+    for (const InstanceLock* held = s_firstHeld; held; held = held->m_next) {
+        if (!IsSameFile(held->m_file, m_file))
+            continue;
+        m_file = FileDescriptor(::fcntl(held->m_file.Get(), F_DUPFD_CLOEXEC, 0));
+        return true;
+    }
+    return false;
 }
 
 } // namespace Toolkit

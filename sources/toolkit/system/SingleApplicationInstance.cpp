@@ -16,9 +16,10 @@ SingleApplicationInstance::SingleApplicationInstance()
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
-    // The checker reports whatever it finds odd about the home directory.
+    // The checker reports whatever it finds odd about the home directory, and asserts on no name.
     const wxLogNull silence;
-    m_checker = std::make_unique<wxSingleInstanceChecker>(wxString(name.data(), name.size()));
+    if (!name.empty())
+        m_checker = std::make_unique<wxSingleInstanceChecker>(wxString(name.data(), name.size()));
     m_lock = std::make_unique<InstanceLock>(name);
 }
 
@@ -40,7 +41,7 @@ bool SingleApplicationInstance::IsAlreadyRunning() const
     case InstanceLock::State::Unavailable:
         break;
     }
-    return m_checker->IsAnotherRunning();
+    return m_checker && m_checker->IsAnotherRunning();
 }
 
 void SingleApplicationInstance::CreateInstance()

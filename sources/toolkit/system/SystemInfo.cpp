@@ -9,18 +9,25 @@ namespace Toolkit {
 
 smart_ptr<SystemInfo>* SystemInfo::s_pInstance = nullptr;
 
-SystemInfo::SystemInfo() : SystemInfo(wxPlatformInfo::Get())
-{
-}
+// Until somebody asks, no system is described: the framework starts several programs to find out
+// about the one that it runs on, which takes longer than the start of a whole application.
+SystemInfo::SystemInfo() : m_platform(nullptr) {}
 
-SystemInfo::SystemInfo(const wxPlatformInfo& platform) : m_platform(&platform)
+SystemInfo::SystemInfo(const wxPlatformInfo& platform) : m_platform(&platform) {}
+
+const wxPlatformInfo& SystemInfo::Description() const
 {
+    if (m_platform)
+        return *m_platform;
+    // The framework fills its object in at the first request, without a guard.
+    static const wxPlatformInfo& thisSystem = wxPlatformInfo::Get();
+    return thisSystem;
 }
 
 SystemInfo::Platform SystemInfo::GetPlatform() const
 {
     // Exact identifiers: systems that are left out here belong to no family.
-    switch (static_cast<int>(m_platform->GetOperatingSystemId())) {
+    switch (static_cast<int>(Description().GetOperatingSystemId())) {
     case wxOS_WINDOWS_9X:
     case wxOS_WINDOWS_NT:
     case wxOS_WINDOWS:
@@ -45,12 +52,12 @@ SystemInfo::Platform SystemInfo::GetPlatform() const
 
 int SystemInfo::GetOSMajorVersion() const
 {
-    return m_platform->GetOSMajorVersion();
+    return Description().GetOSMajorVersion();
 }
 
 int SystemInfo::GetOSMinorVersion() const
 {
-    return m_platform->GetOSMinorVersion();
+    return Description().GetOSMinorVersion();
 }
 
 bool SystemInfo::HasAdministratorCredentials()

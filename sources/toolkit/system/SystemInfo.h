@@ -14,6 +14,7 @@ public:
     /// The family of the operating system.
     enum Platform { PlatformUnknown, PlatformWindows, PlatformMac, PlatformUnix };
 
+    /// Describes the running system. The first question about it takes some 50 ms.
     SystemInfo();
     /// As if the system were the one that `platform` describes, which has to outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);
@@ -35,9 +36,9 @@ public:
     /// open file but standard input, output and error.
     ///
     /// The result is the id of the new process; with `wait` it comes when that process has ended,
-    /// and is -1 when waiting failed. When no process can be made it is the positive error number of
-    /// fork(2). A program that cannot be started shows only in the exit status of the new process,
-    /// which is the error number of execv(3). Any thread may call it.
+    /// and is -1 when waiting failed. When no process can be made it is the positive error number
+    /// of fork(2). A program that cannot be started shows only in the exit status of the new
+    /// process, which is the error number of execv(3). Any thread may call it.
     static int StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                             bool wait);
 
@@ -52,7 +53,9 @@ public:
     static smart_ptr<SystemInfo>* s_pInstance;
 
 private:
-    const wxPlatformInfo* m_platform;
+    const wxPlatformInfo& Description() const;
+
+    const wxPlatformInfo* m_platform; // null: the running system's
 };
 
 } // namespace Toolkit
