@@ -1,0 +1,1 @@
+toolkit_test(files/FFileTest.cpp)
