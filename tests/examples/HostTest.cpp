@@ -1,0 +1,251 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "InstalledProgram.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+
+class HostTest : public testing::Test {
+protected:
+    // Writes a file to the host's configuration path, where it looks for its settings.
+    std::string WriteFile(const std::string& name, const std::string& text) const
+    {
+        const std::filesystem::path path = m_host.ConfigurationPath() / name;
+        std::ofstream(path) << text;
+        return path;
+    }
+
+    void InstallShippedFiles() const
+    {
+        const std::filesystem::path source = TOOLKIT_SOURCE_DIR "/examples/host";
+        for (const char* const name : {"host.ini", "logbook.txt"})
+            std::filesystem::copy_file(source / name, m_host.ConfigurationPath() / name);
+    }
+
+    void InstallSmallText() const
+    {
+        WriteFile("notes.txt", "fog one\nclear\nFogbank\n");
+        WriteFile("host.ini", "[Text]\nfile=notes.txt\nfind=fog\n");
+    }
+
+    std::vector<std::string> LogLines() const
+    {
+        std::vector<std::string> lines;
+        std::istringstream log(m_host.Log());
+        for (std::string line; std::getline(log, line);)
+            lines.push_back(line);
+        return lines;
+    }
+
+    const InstalledProgram m_host{HOST_PROGRAM};
+};
+
+TEST_F(HostTest, ShowsWhatItFoundOut)
+{
+    InstallShippedFiles();
+
+    const ProgramResult result = m_host.Run({});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+    const std::pair<const char*, std::string> rows[] = {
+        {"Application             ", m_host.Name()},
+        {"Configuration path      ", m_host.ConfigurationPath()},
+        {"Platform                ", "Unix "},
+        {"Library version         ", "1.0.332.3"},
+        {"Framework version       ", "wxWidgets 3.2."},
+        {"Another instance runs   ", "no"},
+        {"Settings                ", m_host.ConfigurationPath() / "host.ini"},
+        {"Log                     ", m_host.LogPath()},
+    };
+    for (const auto& [label, value] : rows)
+        EXPECT_THAT("\n" + result.output, HasSubstr("\n" + (label + value)));
+}
+
+TEST_F(HostTest, CountsTheLinesThatContainTheText)
+{
+    InstallShippedFiles();
+    constexpr std::pair<const char*, const char*> cases[] = {
+        {"fog", "9 of 208 lines contain \"fog\".\n"},
+        {"FOG", "9 of 208 lines contain \"FOG\".\n"},
+        {"Ångström", "1 of 208 lines contain \"Ångström\".\n"},
+        {"no such text", "0 of 208 lines contain \"no such text\".\n"},
+        {"", "208 of 208 lines contain \"\".\n"},
+    };
+
+    for (const auto& [wanted, summary] : cases) {
+        SCOPED_TRACE(wanted);
+        const ProgramResult result = m_host.Run({"-find", wanted});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_THAT(result.output, testing::EndsWith(summary));
+    }
+}
+
+TEST_F(HostTest, LogIsCompleteWhenItEnds)
+{
+    InstallSmallText();
+
+    m_host.Run({});
+
+    const std::string begin = "2 [0-9]+ : [0-9]+ : ";
+    EXPECT_THAT(LogLines(),
+                ElementsAre(MatchesRegex(begin + "Run : Settings read: .*/host.ini"),
+                            MatchesRegex("2  : wx : [0-9]+ : Process [0-9]+ of the user .*"),
+                            MatchesRegex(begin + "Examine : line 1: fog one"),
+                            MatchesRegex(begin + "Examine : line 3: Fogbank"),
+                            MatchesRegex(begin + "Search : 2 of 3 lines contain \"fog\"."),
+                            MatchesRegex(begin + "Release : Stopping after [0-9]+ ms")));
+}
+
+TEST_F(HostTest, ConfigNamesOtherSettings)
+{
+    WriteFile("notes.txt", "clear\n");
+    const std::string settings = WriteFile("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");
+
+    const ProgramResult result = m_host.Run({"-config", settings});
+
+    EXPECT_THAT(result.output, HasSubstr("1 of 1 lines contain \"clear\".\n"));
+}
+
+TEST_F(HostTest, TextMayHaveAWholePath)
+{
+    const TempDir elsewhere;
+    elsewhere.WriteFile(L"notes.txt", "clear\n");
+    const std::string text = elsewhere.Path() / "notes.txt";
+    WriteFile("host.ini", "[Text]\nfile=" + text + "\nfind=clear\n");
+
+    const ProgramResult result = m_host.Run({});
+
+    EXPECT_THAT(result.output, HasSubstr("1 of 1 lines contain \"clear\".\n"));
+}
+
+TEST_F(HostTest, SettingsNameTheLog)
+{
+    const std::string log = m_host.Name() + "-named";
+    WriteFile("notes.txt", "clear\n");
+    WriteFile("host.ini", "[Log]\nname=" + log + "\n[Text]\nfile=notes.txt\n");
+
+    const ProgramResult result = m_host.Run({});
+
+    const std::string path = "/tmp/" + log + ".qvlog";
+    EXPECT_THAT(result.output, HasSubstr("\nLog                     " + path + "\n"));
+    EXPECT_THAT(ReadWholeFile(path), HasSubstr("Settings read"));
+    std::filesystem::remove(path);
+}
+
+TEST_F(HostTest, QuietLeavesTheScreenEmptyButNotTheLog)
+{
+    InstallSmallText();
+
+    const ProgramResult result = m_host.Run({"-quiet"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(m_host.Log(), HasSubstr("2 of 3 lines contain \"fog\".\n"));
+}
+
+TEST_F(HostTest, LevelReplacesTheSettings)
+{
+    WriteFile("notes.txt", "clear\n");
+    WriteFile("host.ini", "[Log]\nlevel=1\n[Text]\nfile=notes.txt\n");
+
+    m_host.Run({});
+    EXPECT_THAT(LogLines(), IsEmpty());
+
+    m_host.Run({"-level", "2"});
+    EXPECT_THAT(LogLines(), testing::Not(IsEmpty()));
+}
+
+TEST_F(HostTest, LevelOfErrorsLogsWhatGoesWrong)
+{
+    WriteFile("host.ini", "[Text]\nfile=none.txt\n");
+
+    m_host.Run({"-level", "0"});
+
+    EXPECT_THAT(LogLines(),
+                ElementsAre(MatchesRegex(
+                    "0 [0-9]+ : [0-9]+ : Fail : There is no text to search, cannot read: .*")));
+}
+
+TEST_F(HostTest, LevelThatIsNoneIsRefused)
+{
+    InstallSmallText();
+
+    for (const char* const level : {"5", "10", "x", "1x", ""}) {
+        SCOPED_TRACE(level);
+        const ProgramResult result = m_host.Run({"-level", level});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.errors,
+                  "host: The log level is a number from 0 to 4, not: " + std::string(level) + "\n");
+    }
+}
+
+TEST_F(HostTest, UnknownOptionsAreIgnored)
+{
+    InstallSmallText();
+
+    const ProgramResult result =
+        m_host.Run({"-colour", "red", "stray", "--quiet", "-find", "clear", "-Find", "fog", "-5"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, HasSubstr("1 of 3 lines contain \"clear\".\n"));
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(HostTest, MissingSettingsFail)
+{
+    const ProgramResult result = m_host.Run({});
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "host: There are no settings, cannot read: " +
+                                 (m_host.ConfigurationPath() / "host.ini").native() + "\n");
+}
+
+TEST_F(HostTest, MissingTextFails)
+{
+    WriteFile("host.ini", "[Text]\nfile=none.txt\n");
+
+    const ProgramResult result = m_host.Run({});
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "host: There is no text to search, cannot read: " +
+                                 (m_host.ConfigurationPath() / "none.txt").native() + "\n");
+}
+
+TEST_F(HostTest, SettingsWithoutATextFail)
+{
+    const std::string settings = WriteFile("host.ini", "[Text]\n");
+
+    const ProgramResult result = m_host.Run({});
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors,
+              "host: The settings name no text: [Text] file is missing in " + settings + "\n");
+}
+
+TEST_F(HostTest, NamesOutsideAsciiAreShownInEveryLocale)
+{
+    const ScopedEnvironment locale("LC_ALL", "C");
+    const std::string settings = WriteFile("söder.ini", "[Text]\nfile=nöte.txt\nfind=å\n");
+    WriteFile("nöte.txt", "å\n");
+
+    const ProgramResult result = m_host.Run({"-config", settings});
+
+    EXPECT_THAT(result.output, AllOf(HasSubstr("Settings                " + settings + "\n"),
+                                     HasSubstr("1 of 1 lines contain \"å\".\n")));
+}
+
+} // namespace
+} // namespace Toolkit::Testing

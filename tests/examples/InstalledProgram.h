@@ -1,0 +1,48 @@
+#pragma once
+
+#include "support/RunProgram.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace Toolkit::Testing {
+
+/// A program under a name and an install prefix of its own, so that it shares no log, settings or
+/// home directory with anybody. The log goes with the object.
+class InstalledProgram {
+public:
+    explicit InstalledProgram(const std::filesystem::path& program)
+        : m_home("HOME", m_prefix.Path().native())
+    {
+        std::filesystem::create_directories(m_prefix.Path() / "bin");
+        std::filesystem::create_directories(ConfigurationPath());
+        std::filesystem::copy_file(program, m_prefix.Path() / "bin" / Name());
+    }
+    ~InstalledProgram()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(LogPath(), ignored);
+    }
+
+    std::string Name() const { return m_prefix.Path().filename(); }
+    std::filesystem::path ConfigurationPath() const
+    {
+        return m_prefix.Path() / "share" / Name() / "config";
+    }
+    std::filesystem::path LogPath() const { return "/tmp/" + Name() + ".qvlog"; }
+    std::string Log() const { return ReadWholeFile(LogPath()); }
+
+    ProgramResult Run(const std::vector<std::string>& arguments) const
+    {
+        return RunProgram(m_prefix.Path() / "bin" / Name(), arguments);
+    }
+
+private:
+    TempDir m_prefix;
+    ScopedEnvironment m_home;
+};
+
+} // namespace Toolkit::Testing

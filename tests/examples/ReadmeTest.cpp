@@ -1,0 +1,50 @@
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace Toolkit::Testing {
+namespace {
+
+std::string FileOfTheTree(const std::string& name)
+{
+    return ReadWholeFile(TOOLKIT_SOURCE_DIR "/" + name);
+}
+
+// What stands in the first block of `language` in the text.
+std::string CodeBlock(const std::string& text, const std::string& language)
+{
+    const std::string opening = "\n```" + language + "\n";
+    const std::size_t begin = text.find(opening);
+    if (begin == std::string::npos)
+        return {};
+    const std::size_t code = begin + opening.size();
+    return text.substr(code, text.find("```", code) - code);
+}
+
+TEST(ReadmeTest, ShowsProgramAndProjectAsTheyAreTested)
+{
+    const std::string readme = FileOfTheTree("README.md");
+    constexpr std::pair<const char*, const char*> cases[] = {
+        {"cpp", "examples/hello/Hello.cpp"}, {"cmake", "examples/hello/CMakeLists.txt"}};
+
+    for (const auto& [language, file] : cases) {
+        SCOPED_TRACE(file);
+        EXPECT_EQ(CodeBlock(readme, language), FileOfTheTree(file));
+        EXPECT_THAT(CodeBlock(readme, language), testing::Not(testing::IsEmpty()));
+    }
+}
+
+// Code that is not one of the tested files has no place there.
+TEST(ReadmeTest, HasNoOtherCode)
+{
+    const std::string readme = FileOfTheTree("README.md");
+
+    for (const std::string opening : {"```cpp\n", "```cmake\n"}) {
+        SCOPED_TRACE(opening);
+        EXPECT_EQ(readme.find(opening), readme.rfind(opening));
+    }
+}
+
+} // namespace
+} // namespace Toolkit::Testing
