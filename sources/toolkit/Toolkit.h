@@ -18,6 +18,7 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"
+#include "toolkit/encoding/Base64.h"
 #include "toolkit/encoding/StringConvert.h"
 #include "toolkit/encoding/UTF7.h"
 #include "toolkit/encoding/UTF8.h"

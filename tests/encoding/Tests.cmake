@@ -1,5 +1,10 @@
 find_package(ICU REQUIRED COMPONENTS uc)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(GMime REQUIRED IMPORTED_TARGET gmime-3.0)
 
+toolkit_test(encoding/Base64ReferenceTest.cpp)
+target_link_libraries(Base64ReferenceTest PRIVATE PkgConfig::GMime)
+toolkit_test(encoding/Base64Test.cpp)
 toolkit_test(encoding/StringConvertReferenceTest.cpp)
 toolkit_test(encoding/StringConvertTest.cpp)
 toolkit_test(encoding/UTF7Test.cpp)

@@ -1,0 +1,127 @@
+#include "toolkit/encoding/Base64.h"
+
+#include "toolkit/encoding/Base64Codec.Private.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <new>
+#include <string>
+
+namespace {
+
+// What the lengths of this interface can tell.
+constexpr unsigned int c_longest = std::numeric_limits<int>::max();
+
+bool IsEncodable(unsigned int length)
+{
+    return length <= c_longest && GetCodeLength(static_cast<int>(length)) > 0;
+}
+
+} // namespace
+
+int GetCodeLength(int length)
+{
+    const int groups = length / 3 + (length % 3 > 0 ? 1 : 0);
+    return static_cast<int>(4u * static_cast<unsigned int>(groups));
+}
+
+int GetDataLength(int length)
+{
+    return length - length / 4;
+}
+
+bool b64_decode_binary(const unsigned char* in, unsigned int length, unsigned char** out,
+                       unsigned int* outLength)
+{
+    if (!IsEncodable(length) || !in || !out || !outLength)
+        return false;
+    const int size = GetCodeLength(static_cast<int>(length));
+    auto* const code = new (std::nothrow) unsigned char[static_cast<std::size_t>(size)];
+    if (!code)
+        return false;
+    Toolkit::Base64Codec::Encode(in, length, code);
+    *out = code;
+    *outLength = static_cast<unsigned int>(size);
+    return true;
+}
+
+bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned char** out,
+                       unsigned int* outLength)
+{
+    if (length == 0 || length > c_longest || !in || !out || !outLength)
+        return false;
+    const int size = GetDataLength(static_cast<int>(length));
+    auto* const data = new (std::nothrow) unsigned char[static_cast<std::size_t>(size)];
+    if (!data)
+        return false;
+    *outLength = static_cast<unsigned int>(Toolkit::Base64Codec::Decode(in, length, data));
+    *out = data;
+    return true;
+}
+
+namespace Toolkit {
+namespace {
+
+using Array = std::unique_ptr<unsigned char[]>;
+
+// A whole number of groups whose characters fit into the first-level cache with their wide form.
+constexpr std::size_t c_pieceLength = 3 * 256;
+
+// The wide form of what b64_decode_binary() gives, without an array between them.
+std::wstring Encode(const unsigned char* bytes, std::size_t length)
+{
+    std::wstring text;
+    text.reserve((length + 2) / 3 * 4);
+    unsigned char code[c_pieceLength / 3 * 4];
+    while (length > 0) {
+        const std::size_t piece = std::min(length, c_pieceLength);
+        Base64Codec::Encode(bytes, piece, code);
+        Utf8Codec::AppendDecoded(text, reinterpret_cast<const char*>(code), (piece + 2) / 3 * 4);
+        bytes += piece;
+        length -= piece;
+    }
+    return text;
+}
+
+void Decode(const std::string& code, Bytes& bytes)
+{
+    if (code.size() > c_longest)
+        return;
+    unsigned char* data = nullptr;
+    unsigned int length = 0;
+    if (b64_encode_binary(reinterpret_cast<const unsigned char*>(code.data()),
+                          static_cast<unsigned int>(code.size()), &data, &length)) {
+        const Array freed(data);
+        bytes.SetBytes(data, length);
+    }
+}
+
+} // namespace
+
+TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
+try {
+    unsigned char* copy = nullptr;
+    unsigned int length = 0;
+    if (!bytes.IsValid() || !bytes->GetBytes(&copy, &length))
+        return {};
+    const Array freed(copy);
+    return IsEncodable(length) ? Encode(copy, length) : std::wstring();
+} catch (const std::bad_alloc&) {
+    return {};
+}
+
+smart_ptr<Bytes> B64::ToB64(const TString<wchar_t>& text)
+{
+    smart_ptr<Bytes> bytes(new Bytes);
+    try {
+        Decode(UTF8::ToUTF8(text), *bytes);
+    } catch (const std::bad_alloc&) {
+        // An empty buffer is what a text gives that has no bytes.
+    }
+    return bytes;
+}
+
+} // namespace Toolkit

@@ -1,0 +1,135 @@
+#include "toolkit/encoding/Base64Codec.Private.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace Toolkit::Base64Codec {
+namespace {
+
+// RFC 4648, section 4.
+constexpr char c_alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr unsigned char c_pad = '=';
+
+constexpr std::size_t c_groupBytes = 3;
+constexpr std::size_t c_groupCharacters = 4;
+
+struct Pair {
+    char characters[2];
+};
+
+// The two characters of each 12 bits: half as many look-ups as characters.
+constexpr auto c_pairs = [] {
+    std::array<Pair, 4096> pairs{};
+    for (std::size_t bits = 0; bits < pairs.size(); ++bits)
+        pairs[bits] = {{c_alphabet[bits >> 6], c_alphabet[bits & 63]}};
+    return pairs;
+}();
+
+// Above the 24 bits of a group.
+constexpr std::uint32_t c_padBit = 1u << 24;
+
+using Digits = std::array<std::uint32_t, 256>;
+
+// The digits of the characters at each place of a group, at their bits; unknown characters are 0.
+constexpr auto c_digits = [] {
+    std::array<Digits, c_groupCharacters> digits{};
+    for (std::size_t place = 0; place < digits.size(); ++place) {
+        for (std::uint32_t value = 0; value < 64; ++value) {
+            const auto character = static_cast<unsigned char>(c_alphabet[value]);
+            digits[place][character] = value << (3 - place) * 6;
+        }
+        digits[place][c_pad] = c_padBit;
+    }
+    return digits;
+}();
+
+// Six bytes give eight characters. Reads two bytes more.
+inline void EncodeTwoGroups(const unsigned char* in, unsigned char* out)
+{
+    // Each byte by itself, whatever the byte order: compilers make one load of it.
+    const std::uint64_t bits = std::uint64_t{in[0]} << 56 | std::uint64_t{in[1]} << 48 |
+                               std::uint64_t{in[2]} << 40 | std::uint64_t{in[3]} << 32 |
+                               std::uint64_t{in[4]} << 24 | std::uint64_t{in[5]} << 16 |
+                               std::uint64_t{in[6]} << 8 | std::uint64_t{in[7]};
+    std::memcpy(out, &c_pairs[bits >> 52], 2);
+    std::memcpy(out + 2, &c_pairs[bits >> 40 & 4095], 2);
+    std::memcpy(out + 4, &c_pairs[bits >> 28 & 4095], 2);
+    std::memcpy(out + 6, &c_pairs[bits >> 16 & 4095], 2);
+}
+
+// The last group: one to three bytes.
+void EncodeGroup(const unsigned char* in, std::size_t length, unsigned char* out)
+{
+    const std::uint32_t second = length > 1 ? in[1] : 0u;
+    const std::uint32_t third = length > 2 ? in[2] : 0u;
+    const std::uint32_t bits = std::uint32_t{in[0]} << 16 | second << 8 | third;
+    std::memcpy(out, &c_pairs[bits >> 12], 2);
+    std::memcpy(out + 2, &c_pairs[bits & 4095], 2);
+    if (length < 3)
+        out[3] = c_pad;
+    if (length < 2)
+        out[2] = c_pad;
+}
+
+inline std::uint32_t GroupBits(const unsigned char* in)
+{
+    return c_digits[0][in[0]] | c_digits[1][in[1]] | c_digits[2][in[2]] | c_digits[3][in[3]];
+}
+
+// The group that a pad ends, or the unfinished one at the end of the text, which gives nothing.
+std::size_t DecodeLastGroup(const unsigned char* in, std::size_t length, unsigned char* out)
+{
+    std::uint32_t bits = 0;
+    for (std::size_t place = 0; place < length; ++place) {
+        if (in[place] != c_pad) {
+            bits |= c_digits[place][in[place]];
+            continue;
+        }
+        out[0] = static_cast<unsigned char>(bits >> 16);
+        if (place < 3)
+            return 1;
+        out[1] = static_cast<unsigned char>(bits >> 8);
+        return 2;
+    }
+    return 0;
+}
+
+} // namespace
+
+void Encode(const unsigned char* in, std::size_t length, unsigned char* out)
+{
+    constexpr std::size_t step = 4 * c_groupBytes;
+    for (; length >= step + 2; length -= step) {
+        EncodeTwoGroups(in, out);
+        EncodeTwoGroups(in + step / 2, out + 8);
+        in += step;
+        out += 4 * c_groupCharacters;
+    }
+    for (; length > c_groupBytes; length -= c_groupBytes) {
+        EncodeGroup(in, c_groupBytes, out);
+        in += c_groupBytes;
+        out += c_groupCharacters;
+    }
+    if (length > 0)
+        EncodeGroup(in, length, out);
+}
+
+std::size_t Decode(const unsigned char* in, std::size_t length, unsigned char* out)
+{
+    const unsigned char* const start = out;
+    for (; length >= c_groupCharacters; length -= c_groupCharacters) {
+        const std::uint32_t bits = GroupBits(in);
+        if (bits >= c_padBit)
+            break;
+        out[0] = static_cast<unsigned char>(bits >> 16);
+        out[1] = static_cast<unsigned char>(bits >> 8);
+        out[2] = static_cast<unsigned char>(bits);
+        in += c_groupCharacters;
+        out += c_groupBytes;
+    }
+    const std::size_t rest = length < c_groupCharacters ? length : c_groupCharacters;
+    return static_cast<std::size_t>(out - start) + DecodeLastGroup(in, rest, out);
+}
+
+} // namespace Toolkit::Base64Codec
