@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <future>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace Toolkit {
 namespace {
@@ -35,12 +40,14 @@ private:
 
 bool TryLockOnOtherThread(MutexInternal& mutex)
 {
-    return std::async(std::launch::async, [&mutex] {
-               const bool locked = mutex.Lock(0);
-               if (locked)
-                   mutex.Unlock();
-               return locked;
-           }).get();
+    return std::async(std::launch::async,
+                      [&mutex] {
+                          const bool locked = mutex.Lock(0);
+                          if (locked)
+                              mutex.Unlock();
+                          return locked;
+                      })
+        .get();
 }
 
 TEST(MutexTest, IsFreeAfterConstruction)
@@ -74,6 +81,143 @@ TEST(MutexTest, FiniteTimeoutOnABusyMutexSleepsAfterEachAttempt)
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(mutex.Lock(25));
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
+}
+
+TEST(MutexTest, TimeoutBelowTenMillisecondsNeverSleeps)
+{
+    Mutex mutex(false);
+    const OtherOwner owner(mutex);
+
+    auto fastest = std::chrono::steady_clock::duration::max();
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(mutex.Lock(9));
+        fastest = std::min(fastest, std::chrono::steady_clock::now() - start);
+    }
+    EXPECT_LT(fastest, std::chrono::milliseconds(10));
+}
+
+TEST(MutexTest, FiniteTimeoutTakesAFreeMutexAtOnce)
+{
+    Mutex mutex(false);
+
+    EXPECT_TRUE(mutex.Lock(10));
+    EXPECT_FALSE(TryLockOnOtherThread(mutex));
+    EXPECT_TRUE(mutex.Unlock());
+}
+
+TEST(MutexTest, WaitsUntilTheOwnerLetsGo)
+{
+    for (const unsigned int timeoutMs : {600000u, MutexInternal::Infinite}) {
+        SCOPED_TRACE(timeoutMs);
+        Mutex mutex(false);
+        std::optional<OtherOwner> owner(mutex);
+
+        auto locked = std::async(std::launch::async, [&mutex, timeoutMs] {
+            return mutex.Lock(timeoutMs) && mutex.Unlock();
+        });
+        EXPECT_EQ(locked.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout);
+        owner.reset();
+        EXPECT_TRUE(locked.get());
+    }
+}
+
+TEST(MutexTest, OwnerLocksAgainWithAnyTimeout)
+{
+    Mutex mutex(true);
+
+    for (const unsigned int timeoutMs : {0u, 9u, 10u, 1000u, MutexInternal::Infinite}) {
+        SCOPED_TRACE(timeoutMs);
+        EXPECT_TRUE(mutex.Lock(timeoutMs));
+    }
+    for (int i = 0; i < 6; ++i)
+        EXPECT_TRUE(mutex.Unlock());
+}
+
+TEST(MutexTest, IsHeldUntilUnlockedAsOftenAsLocked)
+{
+    Mutex mutex(true);
+    ASSERT_TRUE(mutex.Lock(0));
+
+    EXPECT_TRUE(mutex.Unlock());
+    EXPECT_FALSE(TryLockOnOtherThread(mutex));
+    EXPECT_TRUE(mutex.Unlock());
+    EXPECT_TRUE(TryLockOnOtherThread(mutex));
+}
+
+TEST(MutexTest, OnlyTheOwnerUnlocks)
+{
+    Mutex mutex(false);
+
+    EXPECT_FALSE(mutex.Unlock());
+    const OtherOwner owner(mutex);
+    EXPECT_FALSE(mutex.Unlock());
+}
+
+TEST(MutexTest, KeepsThreadsApart)
+{
+    constexpr int rounds = 10000;
+    Mutex mutex(false);
+    int counter = 0;
+
+    const auto count = [&mutex, &counter] {
+        for (int i = 0; i < rounds; ++i) {
+            const MutexLocker locker(mutex, MutexInternal::Infinite);
+            ++counter;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back(count);
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_EQ(counter, 4 * rounds);
+}
+
+TEST(MutexTest, IsDestroyedSilentlyWhileItsThreadHoldsIt)
+{
+    testing::internal::CaptureStderr();
+    {
+        Mutex mutex(true);
+        mutex.Lock(0);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasGone)
+{
+    testing::internal::CaptureStderr();
+    {
+        Mutex mutex(false);
+        std::thread([&mutex] { mutex.Lock(MutexInternal::Infinite); }).join();
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(MutexLockerTest, HoldsTheMutexForItsScope)
+{
+    Mutex mutex(false);
+
+    {
+        const MutexLocker locker(mutex, MutexInternal::Infinite);
+        EXPECT_FALSE(TryLockOnOtherThread(mutex));
+    }
+    EXPECT_TRUE(TryLockOnOtherThread(mutex));
+}
+
+TEST(MutexLockerTest, UnlocksNothingWithoutItsLock)
+{
+    Mutex mutex(false);
+    std::optional<OtherOwner> owner(mutex);
+
+    std::optional<MutexLocker> locker(std::in_place, mutex, 0u);
+    owner.reset();
+    ASSERT_TRUE(mutex.Lock(MutexInternal::Infinite));
+    locker.reset();
+
+    EXPECT_FALSE(TryLockOnOtherThread(mutex));
+    EXPECT_TRUE(mutex.Unlock());
 }
 
 } // namespace

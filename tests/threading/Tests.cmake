@@ -1,1 +1,4 @@
+toolkit_test(threading/EventObjectTest.cpp)
+toolkit_test(threading/FrameworkHoldTest.cpp)
 toolkit_test(threading/MutexTest.cpp)
+toolkit_test(threading/ThreadTest.cpp)

@@ -2,6 +2,7 @@
 
 #include "toolkit/core/Assert.h"
 
+#include <wx/log.h>
 #include <wx/thread.h>
 
 namespace Toolkit {
@@ -21,8 +22,12 @@ MutexInternal::MutexInternal(bool initiallyLocked)
 
 MutexInternal::~MutexInternal()
 {
-    // The framework reports a mutex that is destroyed while its own thread holds it; giving it up
-    // first keeps the terminal quiet.
+    // The framework reports a mutex that is held when it is destroyed.
+    if (m_mutex->TryLock() == wxMUTEX_BUSY) {
+        const wxLogNull silence;
+        m_mutex.reset();
+        return;
+    }
     while (m_mutex->Unlock() == wxMUTEX_NO_ERROR) {
     }
 }

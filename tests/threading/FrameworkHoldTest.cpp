@@ -1,0 +1,73 @@
+#include "toolkit/threading/FrameworkHold.h"
+
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/threading/Thread.h"
+
+#include <gtest/gtest.h>
+#include <wx/app.h>
+#include <wx/init.h>
+
+#include <optional>
+
+namespace Toolkit {
+namespace {
+
+bool FrameworkRuns()
+{
+    return wxAppConsole::GetInstance() != nullptr;
+}
+
+TEST(FrameworkHoldTest, FrameworkRunsAsLongAsAnyHold)
+{
+    std::optional<FrameworkHold> first(std::in_place);
+    std::optional<FrameworkHold> second(std::in_place);
+
+    first.reset();
+    EXPECT_TRUE(FrameworkRuns());
+    second.reset();
+    EXPECT_FALSE(FrameworkRuns());
+}
+
+TEST(FrameworkHoldTest, FrameworkCanBeHeldAgain)
+{
+    for (int i = 0; i < 3; ++i) {
+        const FrameworkHold hold;
+        EXPECT_TRUE(FrameworkRuns());
+    }
+    EXPECT_FALSE(FrameworkRuns());
+}
+
+TEST(FrameworkHoldTest, ThreadOutlivesTheRelease)
+{
+    class Idle : public Thread {
+        int DoWork() override { return 0; }
+    };
+    LibModuleManager::GetInstance()->Initialize(true);
+    std::optional<Idle> thread(std::in_place);
+
+    LibModuleManager::GetInstance()->Release(true);
+    EXPECT_TRUE(FrameworkRuns());
+    thread.reset();
+    EXPECT_FALSE(FrameworkRuns());
+}
+
+TEST(FrameworkHoldTest, ApplicationOfTheProgramIsLeftAlone)
+{
+    // The framework owns the application object from now on.
+    auto* const application = new wxAppConsole();
+    wxAppConsole::SetInstance(application);
+    wchar_t name[] = L"program";
+    wchar_t* arguments[] = {name, nullptr};
+    int count = 1;
+    ASSERT_TRUE(wxEntryStart(count, arguments));
+
+    {
+        const FrameworkHold hold;
+        EXPECT_EQ(wxAppConsole::GetInstance(), application);
+    }
+    EXPECT_EQ(wxAppConsole::GetInstance(), application);
+    wxEntryCleanup();
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,313 @@
+#include "toolkit/threading/Thread.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <latch>
+#include <memory>
+#include <pthread.h>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+class Worker : public Thread {
+public:
+    explicit Worker(std::function<int(Worker&)> work) : m_work(std::move(work)) {}
+    ~Worker() override { Wait(); }
+
+    using wxThread::TestDestroy;
+
+private:
+    int DoWork() override { return m_work(*this); }
+
+    std::function<int(Worker&)> m_work;
+};
+
+int DoNothing(Worker&)
+{
+    return 0;
+}
+
+void AwaitEnd(const Thread& thread)
+{
+    while (thread.IsRunning())
+        Thread::Sleep(1);
+}
+
+// Starts a thread with this result and waits for it. A thread that ends before Wait() looks at it
+// has no result to give, so that a thread may have to be started anew.
+std::intptr_t ResultOfWork(int result)
+{
+    for (int attempt = 0; attempt < 1000; ++attempt) {
+        std::latch release(1);
+        Worker worker([&release, result](Worker&) {
+            release.wait();
+            return result;
+        });
+        worker.Run();
+        release.count_down();
+        if (const auto code = reinterpret_cast<std::intptr_t>(worker.Wait()))
+            return code;
+    }
+    return 0;
+}
+
+long AddressSpaceInPages()
+{
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    return pages;
+}
+
+// New threads get stacks of a size that no system has, while the object lives.
+class NoRoomForThreads {
+public:
+    NoRoomForThreads()
+    {
+        constexpr std::size_t tooMuch = std::size_t{1} << 50;
+        pthread_attr_t attributes;
+        ::pthread_getattr_default_np(&m_oldAttributes);
+        ::pthread_getattr_default_np(&attributes);
+        EXPECT_EQ(::pthread_attr_setstacksize(&attributes, tooMuch), 0);
+        EXPECT_EQ(::pthread_setattr_default_np(&attributes), 0);
+        ::pthread_attr_destroy(&attributes);
+    }
+    ~NoRoomForThreads()
+    {
+        ::pthread_setattr_default_np(&m_oldAttributes);
+        ::pthread_attr_destroy(&m_oldAttributes);
+    }
+
+private:
+    pthread_attr_t m_oldAttributes;
+};
+
+TEST(ThreadTest, UndefinedThreadHasAllBitsSet)
+{
+    EXPECT_EQ(Thread::UndefinedThread, 0xFFFFFFFFul);
+}
+
+TEST(ThreadTest, WorksOnAThreadOfItsOwn)
+{
+    unsigned long id = Thread::GetCurrentId();
+    unsigned long ownId = 0;
+    bool isMain = true;
+    {
+        Worker worker([&](Worker& self) {
+            id = Thread::GetCurrentId();
+            ownId = self.GetId();
+            isMain = Thread::IsMainThread();
+            return 0;
+        });
+        EXPECT_TRUE(worker.Run());
+    }
+
+    EXPECT_NE(id, Thread::GetCurrentId());
+    EXPECT_EQ(id, ownId);
+    EXPECT_FALSE(isMain);
+    EXPECT_TRUE(Thread::IsMainThread());
+}
+
+TEST(ThreadTest, WaitGivesTheResultOfTheWork)
+{
+    EXPECT_EQ(ResultOfWork(42), 42);
+    EXPECT_EQ(ResultOfWork(-1), -1);
+}
+
+TEST(ThreadTest, WaitForAThreadThatWasNotStartedGivesNothing)
+{
+    Worker worker(DoNothing);
+
+    EXPECT_EQ(worker.Wait(), nullptr);
+    EXPECT_FALSE(worker.IsRunning());
+}
+
+TEST(ThreadTest, WaitForAThreadThatHasEndedGivesNothing)
+{
+    Worker worker([](Worker&) { return 42; });
+    worker.Run();
+    AwaitEnd(worker);
+
+    EXPECT_EQ(worker.Wait(), nullptr);
+}
+
+TEST(ThreadTest, RunsUntilItsWorkIsDone)
+{
+    std::latch release(1);
+    Worker worker([&release](Worker&) {
+        release.wait();
+        return 0;
+    });
+
+    EXPECT_FALSE(worker.IsRunning());
+    worker.Run();
+    EXPECT_TRUE(worker.IsRunning());
+    release.count_down();
+    worker.Wait();
+    EXPECT_FALSE(worker.IsRunning());
+}
+
+TEST(ThreadTest, StartsOnce)
+{
+    std::atomic<int> calls{0};
+    Worker worker([&calls](Worker&) { return ++calls; });
+
+    EXPECT_TRUE(worker.Run());
+    EXPECT_FALSE(worker.Run());
+    AwaitEnd(worker);
+    EXPECT_FALSE(worker.Run());
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(ThreadTest, DestructionWaitsForTheWork)
+{
+    // The framework's own waiting, without the help of the derived class.
+    class Plain : public Thread {
+    public:
+        explicit Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
+
+    private:
+        int DoWork() override
+        {
+            m_begun.count_down();
+            while (!TestDestroy())
+                Sleep(1);
+            m_done = true;
+            return 0;
+        }
+        std::latch& m_begun;
+        std::atomic<bool>& m_done;
+    };
+    std::latch begun(1);
+    std::atomic<bool> done{false};
+
+    {
+        Plain thread(begun, done);
+        thread.Run();
+        begun.wait();
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST(ThreadTest, CanBeDroppedWithoutARun)
+{
+    bool worked = false;
+    for (int i = 0; i < 100; ++i) {
+        const Worker worker([&worked](Worker&) {
+            worked = true;
+            return 0;
+        });
+    }
+    EXPECT_FALSE(worked);
+}
+
+TEST(ThreadTest, EndedThreadsGiveTheirStacksBack)
+{
+    constexpr int threads = 300;
+    const long stackInPages = 8L * 1024 * 1024 / ::sysconf(_SC_PAGESIZE);
+    const long before = AddressSpaceInPages();
+
+    for (int i = 0; i < threads; ++i) {
+        Worker worker(DoNothing);
+        worker.Run();
+        AwaitEnd(worker);
+    }
+    EXPECT_LT(AddressSpaceInPages() - before, threads * stackInPages / 2);
+}
+
+TEST(ThreadTest, PausesAndResumes)
+{
+    std::atomic<bool> stop{false};
+    std::atomic<int> rounds{0};
+    Worker worker([&](Worker& self) {
+        while (!stop) {
+            ++rounds;
+            self.TestDestroy();
+        }
+        return 0;
+    });
+    worker.Run();
+
+    EXPECT_TRUE(worker.Pause());
+    EXPECT_TRUE(worker.IsPaused());
+    EXPECT_TRUE(worker.IsRunning());
+    EXPECT_TRUE(worker.Resume());
+    EXPECT_FALSE(worker.IsPaused());
+    const int before = rounds;
+    while (rounds == before)
+        Thread::Sleep(1);
+    stop = true;
+}
+
+TEST(ThreadTest, PauseAndResumeNeedTheRightState)
+{
+    testing::internal::CaptureStderr();
+    Worker worker(DoNothing);
+
+    EXPECT_FALSE(worker.Pause());
+    EXPECT_FALSE(worker.Resume());
+    worker.Run();
+    AwaitEnd(worker);
+    EXPECT_FALSE(worker.Pause());
+    EXPECT_FALSE(worker.Resume());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(ThreadTest, KillEndsARunningThread)
+{
+    std::latch begun(1);
+    Worker worker([&begun](Worker&) {
+        begun.count_down();
+        while (true)
+            ::pause();
+        return 0;
+    });
+    worker.Run();
+    begun.wait();
+
+    EXPECT_EQ(worker.Kill(), wxTHREAD_NO_ERROR);
+    EXPECT_FALSE(worker.IsRunning());
+}
+
+TEST(ThreadTest, KillNeedsARunningThread)
+{
+    Worker worker(DoNothing);
+
+    EXPECT_EQ(worker.Kill(), wxTHREAD_NOT_RUNNING);
+    worker.Run();
+    AwaitEnd(worker);
+    EXPECT_EQ(worker.Kill(), wxTHREAD_NOT_RUNNING);
+}
+
+TEST(ThreadTest, SleepsAtLeastItsTime)
+{
+    const auto start = std::chrono::steady_clock::now();
+    Thread::Sleep(20);
+
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(20));
+}
+
+TEST(ThreadTest, CannotRunWhenTheSystemHasNoThread)
+{
+    // The framework says so.
+    testing::internal::CaptureStderr();
+    {
+        const NoRoomForThreads noRoom;
+        Worker worker(DoNothing);
+
+        EXPECT_FALSE(worker.Run());
+        EXPECT_FALSE(worker.IsRunning());
+        EXPECT_EQ(worker.Wait(), nullptr);
+    }
+    testing::internal::GetCapturedStderr();
+}
+
+} // namespace
+} // namespace Toolkit
