@@ -270,6 +270,18 @@ TEST_F(FFileTest, SeekBeforeTheStartFailsAndStays)
     EXPECT_EQ(file.GetOffset(), 4);
 }
 
+TEST_F(FFileTest, ModeDecidesWhereTheFileStandsAtFirst)
+{
+    constexpr std::pair<const wchar_t*, long long> cases[] = {{L"r", 0},   {L"r+", 0}, {L"a", 10},
+                                                              {L"ab", 10}, {L"a+", 0}, {L"w", 0}};
+    for (const auto& [mode, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(mode));
+        FFile file;
+        ASSERT_TRUE(file.Open(Digits(), mode));
+        EXPECT_EQ(file.GetOffset(), expected);
+    }
+}
+
 TEST_F(FFileTest, OffsetsBeyond4GiBAreWhole)
 {
     FFile file;

@@ -70,8 +70,12 @@ bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
     Close();
     const TString<char> modeText = UTF8::ToUTF8(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
-    return flags &&
-           Attach(*m_file, FileDescriptor::OpenRegular(UTF8::ToUTF8(name), *flags), modeText);
+    if (!flags ||
+        !Attach(*m_file, FileDescriptor::OpenRegular(UTF8::ToUTF8(name), *flags), modeText))
+        return false;
+    // Such a file stands at its end from the start, which fdopen() leaves to its caller.
+    const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
+    return !onlyAppends || SeekEnd(0);
 }
 
 bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mode)

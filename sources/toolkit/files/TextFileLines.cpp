@@ -1,17 +1,16 @@
-#include "toolkit/files/TextFileLines.Private.h"
-
 #include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FileDescriptor.Private.h"
 #include "toolkit/files/FileReplacement.Private.h"
+#include "toolkit/files/TextFileLines.Private.h"
 
 #include <wx/strconv.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <string_view>
-
+#include <cstdint>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -46,6 +45,13 @@ ByteOrderMark FindByteOrderMark(std::string_view text)
     return {{}, Encoding::Utf8};
 }
 
+// The framework's converters of UTF-32 take every value.
+bool IsCodePoint(wchar_t character)
+{
+    const auto value = static_cast<std::uint32_t>(character);
+    return value < 0xD800 || (value > 0xDFFF && value <= 0x10FFFF);
+}
+
 // Decodes UTF-16 and UTF-32; false when the bytes are not valid.
 bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
 {
@@ -64,7 +70,8 @@ bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
     if (length == wxCONV_FAILED)
         return false;
     text.resize(length);
-    return converter.ToWChar(text.data(), length, bytes.data(), bytes.size()) != wxCONV_FAILED;
+    return converter.ToWChar(text.data(), length, bytes.data(), bytes.size()) != wxCONV_FAILED &&
+           std::all_of(text.begin(), text.end(), IsCodePoint);
 }
 
 bool ReadWholeFile(const std::string& path, std::string& bytes)
