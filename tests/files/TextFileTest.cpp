@@ -1,0 +1,473 @@
+#include "toolkit/files/TextFile.h"
+
+#include "support/CapturedLog.h"
+#include "support/FileSizeLimit.h"
+#include "support/ScopedLocale.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::CapturedLog;
+using testing::ElementsAre;
+using Testing::FileSizeLimit;
+using testing::IsEmpty;
+using Testing::ScopedLocale;
+using Testing::TempDir;
+using Lines = std::vector<std::wstring>;
+
+std::string Bytes(const char* text, std::size_t length)
+{
+    return {text, length};
+}
+
+// The lines from the first one on; none for an empty list.
+Lines LinesOf(TextFile& file)
+{
+    Lines lines;
+    const TString<wchar_t> first = file.GetFirstLine();
+    if (file.Eof() && first.empty())
+        return lines;
+    lines.push_back(first);
+    while (!file.Eof())
+        lines.push_back(file.GetNextLine());
+    return lines;
+}
+
+class TextFileTest : public testing::Test {
+protected:
+    // Writes `bytes` to a file and opens it in m_file.
+    void Open(const std::string& bytes)
+    {
+        ASSERT_TRUE(m_file.Open(m_directory.WriteFile(L"file.txt", bytes)));
+    }
+
+    std::string Contents() const { return m_directory.ReadFile(L"file.txt"); }
+
+    // How many files are in the directory.
+    std::ptrdiff_t FileCount() const
+    {
+        const std::filesystem::directory_iterator files(m_directory.Path());
+        return std::distance(begin(files), end(files));
+    }
+
+    TempDir m_directory;
+    TextFile m_file;
+};
+
+TEST_F(TextFileTest, LinesEndAtLineFeedCarriageReturnOrBoth)
+{
+    const std::pair<std::string, Lines> cases[] = {{"", {}},
+                                                   {"a", {L"a"}},
+                                                   {"a\n", {L"a"}},
+                                                   {"a\nb", {L"a", L"b"}},
+                                                   {"a\r\nb\r\n", {L"a", L"b"}},
+                                                   {"a\rb\r", {L"a", L"b"}},
+                                                   {"a\nb\r\nc\rd", {L"a", L"b", L"c", L"d"}},
+                                                   {"a\n\nb", {L"a", L"", L"b"}},
+                                                   {"a\r\rb", {L"a", L"", L"b"}},
+                                                   {"a\n\rb", {L"a", L"", L"b"}},
+                                                   {"a\r\r\nb", {L"a", L"", L"b"}},
+                                                   {"\n\na", {L"", L"", L"a"}},
+                                                   {"a\n\n", {L"a", L""}},
+                                                   {" \t a \v\f b \n", {L" \t a \v\f b "}}};
+    for (const auto& [bytes, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        Open(bytes);
+        EXPECT_EQ(LinesOf(m_file), expected);
+    }
+}
+
+TEST_F(TextFileTest, ByteOrderMarkDecidesTheEncodingAndIsDropped)
+{
+    const std::pair<std::string, Lines> cases[] = {
+        {"\xEF\xBB\xBF\xC3\xA9\nb", {L"\u00E9", L"b"}},
+        {Bytes("\xFE\xFF\x20\xAC\x00\n\xD8\x3D\xDE\x00", 10), {L"\u20AC", L"\U0001F600"}},
+        {Bytes("\xFF\xFE\xAC\x20\n\x00\x3D\xD8\x00\xDE", 10), {L"\u20AC", L"\U0001F600"}},
+        {Bytes("\x00\x00\xFE\xFF\x00\x00\x20\xAC\x00\x00\x00\n\x00\x01\xF6\x00", 16),
+         {L"\u20AC", L"\U0001F600"}},
+        {Bytes("\xFF\xFE\x00\x00\xAC\x20\x00\x00\n\x00\x00\x00\x00\xF6\x01\x00", 16),
+         {L"\u20AC", L"\U0001F600"}},
+        {"\xEF\xBB\xBF", {}},
+        {Bytes("\xFE\xFF", 2), {}},
+        {Bytes("\xFF\xFE", 2), {}},
+        {Bytes("\x00\x00\xFE\xFF", 4), {}},
+        {Bytes("\xFF\xFE\x00\x00", 4), {}}};
+    for (const auto& [bytes, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        Open(bytes);
+        EXPECT_EQ(LinesOf(m_file), expected);
+    }
+}
+
+TEST_F(TextFileTest, WithoutByteOrderMarkTheFileIsUtf8InAnyLocale)
+{
+    for (const char* const locale : {"C", "C.UTF-8"}) {
+        SCOPED_TRACE(locale);
+        const ScopedLocale scopedLocale(locale);
+        Open("\xC3\xA9\xE6\x96\x87\n\xF0\x9F\x98\x80");
+        EXPECT_THAT(LinesOf(m_file), ElementsAre(L"\u00E9\u6587", L"\U0001F600"));
+    }
+}
+
+TEST_F(TextFileTest, OneInvalidByteMakesTheWholeFileLatin1)
+{
+    const std::pair<std::string, Lines> cases[] = {
+        {"\xC3\xA9\n\xE9", {L"\u00C3\u00A9", L"\u00E9"}},
+        {"a\xC3", {L"a\u00C3"}},
+        {"a\xC3\nb", {L"a\u00C3", L"b"}},
+        {"\xE0\x80\xAF", {L"\u00E0\u0080\u00AF"}},
+        {"\xED\xA0\x80", {L"\u00ED\u00A0\u0080"}},
+        {"\xF4\x90\x80\x80", {L"\u00F4\u0090\u0080\u0080"}},
+        {"\xEF\xBB\xBF\xE9", {L"\u00E9"}},
+        {"\xFF\x80", {L"\u00FF\u0080"}}};
+    for (const auto& [bytes, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        Open(bytes);
+        EXPECT_EQ(LinesOf(m_file), expected);
+    }
+}
+
+TEST_F(TextFileTest, BrokenUtf16AndUtf32CannotBeOpened)
+{
+    const std::string cases[] = {Bytes("\xFE\xFF\x00", 3),
+                                 Bytes("\xFF\xFE\x41\x00\x42", 5),
+                                 Bytes("\xFE\xFF\xD8\x00", 4),
+                                 Bytes("\xFF\xFE\x00\x00\x41\x00", 6),
+                                 Bytes("\x00\x00\xFE\xFF\x00\x11\x00\x00", 8),
+                                 Bytes("\x00\x00\xFE\xFF\x00\x00\xD8\x00", 8)};
+    for (const std::string& bytes : cases) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        EXPECT_FALSE(m_file.Open(m_directory.WriteFile(L"file.txt", bytes)));
+        EXPECT_TRUE(m_file.Eof());
+        EXPECT_FALSE(m_file.Write());
+        EXPECT_EQ(Contents(), bytes);
+    }
+}
+
+TEST_F(TextFileTest, NullCharactersBelongToTheirLine)
+{
+    Open(Bytes("a\0b\n\0", 5));
+
+    EXPECT_THAT(LinesOf(m_file), ElementsAre(std::wstring(L"a\0b", 3), std::wstring(L"\0", 1)));
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(Contents(), Bytes("a\0b\n\0", 5));
+}
+
+TEST_F(TextFileTest, EndHoldsOnTheLastLineAndForNoLine)
+{
+    EXPECT_TRUE(m_file.Eof());
+    Open("a\nb\nc\n");
+
+    EXPECT_EQ(m_file.GetFirstLine(), L"a");
+    EXPECT_FALSE(m_file.Eof());
+    EXPECT_EQ(m_file.GetNextLine(), L"b");
+    EXPECT_FALSE(m_file.Eof());
+    EXPECT_EQ(m_file.GetNextLine(), L"c");
+    EXPECT_TRUE(m_file.Eof());
+}
+
+TEST_F(TextFileTest, EndHoldsAtOnceForOneLine)
+{
+    Open("a");
+
+    EXPECT_TRUE(m_file.Eof());
+    EXPECT_EQ(m_file.GetFirstLine(), L"a");
+    EXPECT_TRUE(m_file.Eof());
+}
+
+TEST_F(TextFileTest, NextLineBehindTheLastIsEmptyAndStays)
+{
+    Open("a\nb");
+    ASSERT_EQ(m_file.GetNextLine(), L"b");
+
+    EXPECT_EQ(m_file.GetNextLine(), L"");
+    EXPECT_EQ(m_file.GetNextLine(), L"");
+    EXPECT_TRUE(m_file.Eof());
+    EXPECT_EQ(m_file.GetFirstLine(), L"a");
+    EXPECT_EQ(m_file.GetNextLine(), L"b");
+}
+
+TEST_F(TextFileTest, LinesOfAnEmptyListAreEmpty)
+{
+    EXPECT_EQ(m_file.GetFirstLine(), L"");
+    EXPECT_EQ(m_file.GetNextLine(), L"");
+    Open("");
+    EXPECT_EQ(m_file.GetFirstLine(), L"");
+    EXPECT_EQ(m_file.GetNextLine(), L"");
+    EXPECT_TRUE(m_file.Eof());
+}
+
+TEST_F(TextFileTest, OpenAgainReplacesTheLinesAndResetsTheCursor)
+{
+    Open("a\nb\nc");
+    m_file.GetNextLine();
+    Open("d\ne");
+
+    EXPECT_EQ(m_file.GetNextLine(), L"e");
+    EXPECT_THAT(LinesOf(m_file), ElementsAre(L"d", L"e"));
+}
+
+TEST_F(TextFileTest, FailedOpenLeavesNothing)
+{
+    Open("a\nb");
+
+    EXPECT_FALSE(m_file.Open(m_directory.File(L"missing")));
+    EXPECT_TRUE(m_file.Eof());
+    EXPECT_EQ(m_file.GetFirstLine(), L"");
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_EQ(Contents(), "a\nb");
+}
+
+TEST_F(TextFileTest, OnlyRegularFilesAreOpened)
+{
+    std::filesystem::create_directory(m_directory.Path() / "directory");
+    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
+
+    for (const wchar_t* const name : {L"directory", L"pipe", L"missing"})
+        EXPECT_FALSE(m_file.Open(m_directory.File(name)));
+    EXPECT_FALSE(m_file.Open(L""));
+}
+
+TEST_F(TextFileTest, CloseDropsTheLinesAndLeavesTheFile)
+{
+    Open("a\nb");
+
+    EXPECT_TRUE(m_file.Close());
+    EXPECT_TRUE(m_file.Eof());
+    EXPECT_TRUE(m_file.Close());
+    EXPECT_EQ(Contents(), "a\nb");
+}
+
+TEST_F(TextFileTest, WriteNeedsAnOpenFile)
+{
+    EXPECT_FALSE(m_file.Write());
+    Open("a\nb");
+    m_file.Close();
+    m_file.AddLine(L"c");
+
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_EQ(Contents(), "a\nb");
+}
+
+TEST_F(TextFileTest, WriteKeepsEachLineEnd)
+{
+    for (const char* const bytes :
+         {"", "a", "a\n", "a\nb\r\nc\rd", "\r\n\n\r", "a\r\r\n\n\rb", "a\rb\r"}) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        Open(bytes);
+        EXPECT_TRUE(m_file.Write());
+        EXPECT_EQ(Contents(), bytes);
+    }
+}
+
+TEST_F(TextFileTest, WriteGivesUtf8WithoutByteOrderMark)
+{
+    for (const std::string& bytes :
+         {std::string("\xEF\xBB\xBF\xE2\x82\xAC\n"), Bytes("\xFE\xFF\x20\xAC\x00\n", 6),
+          Bytes("\xFF\xFE\xAC\x20\n\x00", 6)}) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        Open(bytes);
+        EXPECT_TRUE(m_file.Write());
+        EXPECT_EQ(Contents(), "\xE2\x82\xAC\n");
+    }
+}
+
+TEST_F(TextFileTest, AddedLinesEndInALineFeed)
+{
+    Open("a\r\nb\r\n");
+    m_file.AddLine(L"\u20AC");
+    m_file.AddLine(L"");
+
+    EXPECT_THAT(LinesOf(m_file), ElementsAre(L"a", L"b", L"\u20AC", L""));
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(Contents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
+}
+
+TEST_F(TextFileTest, LineBehindAnUnterminatedOneDoesNotJoinIt)
+{
+    Open("a\nb");
+    m_file.AddLine(L"c");
+
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(Contents(), "a\nb\nc\n");
+}
+
+TEST_F(TextFileTest, AddedLineLeavesTheCursor)
+{
+    Open("a\nb");
+    ASSERT_EQ(m_file.GetNextLine(), L"b");
+    ASSERT_TRUE(m_file.Eof());
+
+    m_file.AddLine(L"c");
+    EXPECT_FALSE(m_file.Eof());
+    EXPECT_EQ(m_file.GetNextLine(), L"c");
+}
+
+TEST_F(TextFileTest, ClearEmptiesTheListOfAFileThatStaysOpen)
+{
+    Open("a\nb");
+    m_file.Clear();
+
+    EXPECT_TRUE(m_file.Eof());
+    EXPECT_EQ(m_file.GetFirstLine(), L"");
+    EXPECT_EQ(Contents(), "a\nb");
+    m_file.AddLine(L"c");
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(Contents(), "c\n");
+}
+
+TEST_F(TextFileTest, LinesCanBeKeptWithoutAFile)
+{
+    m_file.AddLine(L"a");
+    m_file.AddLine(L"b");
+
+    EXPECT_THAT(LinesOf(m_file), ElementsAre(L"a", L"b"));
+}
+
+TEST_F(TextFileTest, LineWithoutUtf8FormKeepsTheOldFile)
+{
+    Open("a\n");
+    m_file.AddLine(static_cast<wchar_t>(0x110000));
+
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_EQ(Contents(), "a\n");
+    EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(TextFileTest, FullDiskKeepsTheOldFile)
+{
+    Open("old\n");
+    m_file.AddLine(TString<wchar_t>(std::wstring(1000, L'x')));
+
+    const FileSizeLimit limit(500);
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_EQ(Contents(), "old\n");
+    EXPECT_EQ(FileCount(), 1);
+}
+
+// Gives up the rights of the superuser, whom no permission stops.
+class OrdinaryUser {
+public:
+    OrdinaryUser() : m_oldUser(::geteuid())
+    {
+        constexpr uid_t nobody = 65534;
+        if (m_oldUser == 0) {
+            EXPECT_EQ(::seteuid(nobody), 0);
+        }
+    }
+    ~OrdinaryUser() { EXPECT_EQ(::seteuid(m_oldUser), 0); }
+
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    uid_t m_oldUser;
+};
+
+TEST_F(TextFileTest, UnwritableDirectoryKeepsTheOldFile)
+{
+    Open("old\n");
+    m_file.AddLine(L"new");
+    std::filesystem::permissions(m_directory.Path() / "file.txt", std::filesystem::perms(0666));
+    std::filesystem::permissions(m_directory.Path(), std::filesystem::perms(0555));
+    {
+        const OrdinaryUser user;
+        EXPECT_FALSE(m_file.Write());
+    }
+    std::filesystem::permissions(m_directory.Path(), std::filesystem::perms(0755));
+
+    EXPECT_EQ(Contents(), "old\n");
+    EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(TextFileTest, UnreadableFileCannotBeOpened)
+{
+    const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", "a");
+    std::filesystem::permissions(m_directory.Path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(m_directory.Path() / "file.txt", std::filesystem::perms::none);
+
+    const OrdinaryUser user;
+    EXPECT_FALSE(m_file.Open(name));
+}
+
+TEST_F(TextFileTest, WriteKeepsThePermissions)
+{
+    Open("a\n");
+    std::filesystem::permissions(m_directory.Path() / "file.txt", std::filesystem::perms(0640));
+    m_file.AddLine(L"b");
+
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(std::filesystem::status(m_directory.Path() / "file.txt").permissions(),
+              std::filesystem::perms(0640));
+}
+
+TEST_F(TextFileTest, WriteThroughALinkKeepsTheLink)
+{
+    m_directory.WriteFile(L"file.txt", "a\n");
+    std::filesystem::create_symlink("file.txt", m_directory.Path() / "link");
+    ASSERT_TRUE(m_file.Open(m_directory.File(L"link")));
+    m_file.AddLine(L"b");
+
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "link"));
+    EXPECT_EQ(Contents(), "a\nb\n");
+}
+
+TEST_F(TextFileTest, NamesAreUtf8InAnyLocale)
+{
+    const ScopedLocale locale("C");
+    const TString<wchar_t> name = m_directory.WriteFile(L"\u6587.txt", "a\n");
+
+    ASSERT_TRUE(m_file.Open(name));
+    m_file.AddLine(L"b");
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(m_directory.ReadFile(L"\u6587.txt"), "a\nb\n");
+}
+
+TEST_F(TextFileTest, NoDescriptorIsLeftForAFile)
+{
+    const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", "a");
+    rlimit oldLimit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &oldLimit), 0);
+    const rlimit none{0, oldLimit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+
+    const bool opened = m_file.Open(name);
+    ::setrlimit(RLIMIT_NOFILE, &oldLimit);
+
+    EXPECT_FALSE(opened);
+    EXPECT_TRUE(m_file.Open(name));
+}
+
+TEST_F(TextFileTest, FailuresAreSilent)
+{
+    const CapturedLog log;
+    testing::internal::CaptureStderr();
+    m_file.Open(m_directory.File(L"missing"));
+    m_file.Open(m_directory.File(L""));
+    m_file.Write();
+    m_file.GetNextLine();
+    Open("\xC3");
+    {
+        const FileSizeLimit limit(1);
+        m_file.Write();
+    }
+
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+} // namespace
+} // namespace Toolkit
