@@ -1,0 +1,5 @@
+toolkit_fuzz_target(Numbers)
+toolkit_fuzz_target(Replace)
+toolkit_fuzz_target(Tokens)
+toolkit_fuzz_target(Utf8Decode)
+toolkit_fuzz_target(Utf8Encode)

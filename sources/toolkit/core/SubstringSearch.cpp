@@ -1,6 +1,5 @@
-#include "toolkit/core/SubstringSearch.Private.h"
-
 #include "toolkit/core/CaseFolding.Private.h"
+#include "toolkit/core/SubstringSearch.Private.h"
 
 #include <cstddef>
 #include <string>
@@ -15,7 +14,8 @@ constexpr std::size_t c_blockLength = 16;
 
 // The characters that fold like one character of the needle, as far as there are two of them, such
 // as a letter and its capital.
-template <typename Char> class FoldClass {
+template <typename Char>
+class FoldClass {
 public:
     explicit FoldClass(Char character) : m_members{character, character}
     {
@@ -35,8 +35,12 @@ public:
 
     // Whether two members are all there are: the rule in every locale that glibc has.
     bool IsPair() const { return m_isPair; }
-    Char First() const { return m_members[0]; }
-    Char Second() const { return m_members[1]; }
+
+    // 1 when `character` is a member of the pair, else 0: without a branch.
+    unsigned int Has(Char character) const
+    {
+        return unsigned{character == m_members[0]} | unsigned{character == m_members[1]};
+    }
 
 private:
     // tolower() changes no character outside this range.
@@ -60,7 +64,8 @@ bool IsEqualFolded(const Char* left, const Char* right, std::size_t length)
 // Below this number of positions the filter costs more to prepare than it saves.
 constexpr std::size_t c_filterThreshold = 512;
 
-template <typename Char> class FoldedNeedle {
+template <typename Char>
+class FoldedNeedle {
 public:
     FoldedNeedle(const Char* needle, std::size_t length)
         : m_needle(needle), m_length(length), m_first(FoldNarrow(needle[0]))
@@ -106,13 +111,10 @@ private:
                          const FoldClass<Char>& last) const
     {
         const Char* const ends = text + m_length - 1;
-        bool found = false;
-        for (std::size_t i = 0; i < c_blockLength; ++i) {
-            const bool starts = (text[i] == first.First()) | (text[i] == first.Second());
-            const bool stops = (ends[i] == last.First()) | (ends[i] == last.Second());
-            found |= starts & stops;
-        }
-        return found;
+        unsigned int found = 0;
+        for (std::size_t i = 0; i < c_blockLength; ++i)
+            found |= first.Has(text[i]) & last.Has(ends[i]);
+        return found != 0;
     }
 
     const Char* m_needle;
@@ -122,7 +124,8 @@ private:
 
 } // namespace
 
-template <typename Char> bool ContainsNoCase(const Char* text, const Char* needle)
+template <typename Char>
+bool ContainsNoCase(const Char* text, const Char* needle)
 {
     const std::size_t needleLength = std::char_traits<Char>::length(needle);
     if (needleLength == 0)

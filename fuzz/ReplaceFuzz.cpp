@@ -1,0 +1,46 @@
+// A replacement has the result of searching anew from the beginning each time.
+
+#include "toolkit/core/TString.h"
+
+#include "support/Input.h"
+#include "support/Require.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace {
+
+// Whether the replacement is sure to end: each one shortens the text, or moves it forward in the
+// order of texts of one length.
+bool Ends(const std::wstring& from, const std::wstring& to)
+{
+    return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));
+}
+
+// Whether a longer replacement ends: it brings no character of what it replaces.
+bool IsForeign(const std::wstring& from, const std::wstring& to)
+{
+    return !from.empty() && to.find_first_of(from) == std::wstring::npos;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    constexpr std::size_t longest = 200;
+    Input input(data, size < longest ? size : longest);
+    const TString<wchar_t> from = input.Text('\n');
+    const TString<wchar_t> to = input.Text('\n');
+    TString<wchar_t> text = input.Text('\0');
+    if (!Ends(from, to) && !IsForeign(from, to))
+        return 0;
+
+    std::wstring expected = text;
+    for (std::size_t hit = 0; (hit = expected.find(from)) != std::wstring::npos;)
+        expected.replace(hit, from.size(), to);
+    text.Replace(from, to);
+
+    Require(text == expected);
+    return 0;
+}

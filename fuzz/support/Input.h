@@ -1,0 +1,41 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+/// Takes the values of a fuzz target from the bytes of its input.
+class Input {
+public:
+    Input(const std::uint8_t* data, std::size_t size)
+        : m_bytes(reinterpret_cast<const char*>(data), size)
+    {
+    }
+
+    /// The next byte; 0 behind the end.
+    std::uint8_t Byte()
+    {
+        return m_next < m_bytes.size() ? static_cast<std::uint8_t>(m_bytes[m_next++])
+                                       : std::uint8_t{0};
+    }
+
+    /// The bytes up to the next `separator` or the end, each as a character of its value.
+    std::wstring Text(char separator)
+    {
+        const std::size_t end = std::min(m_bytes.find(separator, m_next), m_bytes.size());
+        std::wstring text;
+        for (; m_next < end; ++m_next)
+            text.push_back(static_cast<unsigned char>(m_bytes[m_next]));
+        m_next = std::min(end + 1, m_bytes.size());
+        return text;
+    }
+
+    /// All bytes that are left.
+    std::string Rest() { return m_bytes.substr(std::exchange(m_next, m_bytes.size())); }
+
+private:
+    std::string m_bytes;
+    std::size_t m_next = 0;
+};
