@@ -1,0 +1,208 @@
+#include "toolkit/core/TString.h"
+
+#include <benchmark/benchmark.h>
+#include <wx/string.h>
+
+#include <QString>
+#include <algorithm>
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
+#include <cwctype>
+#include <string>
+#include <vector>
+#include <wchar.h>
+
+namespace Toolkit {
+namespace {
+
+// Words of one to eleven letters, separated by commas.
+std::wstring CommaLine(benchmark::State& state)
+{
+    std::wstring line;
+    const auto length = static_cast<std::size_t>(state.range(0));
+    for (std::size_t word = 0; line.size() < length; ++word)
+        line.append(1 + word * 7 % 11, static_cast<wchar_t>(L'a' + word % 26)).push_back(L',');
+    line.resize(length);
+    return line;
+}
+
+template <typename Token>
+void CheckTokens(benchmark::State& state, const std::wstring& line,
+                 const std::vector<Token>& tokens)
+{
+    if (std::ssize(tokens) != std::count(line.begin(), line.end(), L',') + 1)
+        state.SkipWithError("wrong number of tokens");
+    state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+
+void BM_Tokens_Toolkit(benchmark::State& state)
+{
+    const TString<wchar_t> line = CommaLine(state);
+    std::vector<TString<wchar_t>> tokens;
+    for (auto _ : state)
+        line.GetTokens(L",", tokens, false);
+    CheckTokens(state, line, tokens);
+}
+BENCHMARK(BM_Tokens_Toolkit)->Arg(60)->Arg(100'000);
+
+void BM_Tokens_BoostSplit(benchmark::State& state)
+{
+    const std::wstring line = CommaLine(state);
+    std::vector<std::wstring> tokens;
+    for (auto _ : state)
+        boost::split(tokens, line, boost::is_any_of(L","));
+    CheckTokens(state, line, tokens);
+}
+BENCHMARK(BM_Tokens_BoostSplit)->Arg(60)->Arg(100'000);
+
+void BM_FreshTokens_Toolkit(benchmark::State& state)
+{
+    const TString<wchar_t> line = CommaLine(state);
+    for (auto _ : state) {
+        std::vector<TString<wchar_t>> tokens;
+        line.GetTokens(L",;", tokens, false);
+        CheckTokens(state, line, tokens);
+    }
+}
+BENCHMARK(BM_FreshTokens_Toolkit)->Arg(60)->Arg(100'000);
+
+void BM_FreshTokens_BoostSplit(benchmark::State& state)
+{
+    const std::wstring line = CommaLine(state);
+    for (auto _ : state) {
+        std::vector<std::wstring> tokens;
+        boost::split(tokens, line, boost::is_any_of(L",;"));
+        CheckTokens(state, line, tokens);
+    }
+}
+BENCHMARK(BM_FreshTokens_BoostSplit)->Arg(60)->Arg(100'000);
+
+// A text of letters of both cases and its counterpart with the cases exchanged.
+struct CasePair {
+    explicit CasePair(benchmark::State& state)
+    {
+        for (std::int64_t i = 0; i < state.range(0); ++i) {
+            const auto letter = static_cast<wchar_t>(L'a' + i * 7 % 26);
+            const auto capital = static_cast<wchar_t>(letter - 0x20);
+            left.push_back(i % 3 == 0 ? capital : letter);
+            right.push_back(i % 2 == 0 ? capital : letter);
+        }
+    }
+
+    TString<wchar_t> left;
+    TString<wchar_t> right;
+};
+
+void BM_CompareNoCase_Toolkit(benchmark::State& state)
+{
+    CasePair texts(state);
+    int order = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(texts.right.data());
+        benchmark::DoNotOptimize(order = texts.left.compareNoCase(texts.right));
+    }
+    if (order != 0)
+        state.SkipWithError("wrong order");
+}
+BENCHMARK(BM_CompareNoCase_Toolkit)->Arg(32)->Arg(100'000);
+
+void BM_CompareNoCase_wcscasecmp(benchmark::State& state)
+{
+    CasePair texts(state);
+    int order = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(texts.right.data());
+        benchmark::DoNotOptimize(order = ::wcscasecmp(texts.left.c_str(), texts.right.c_str()));
+    }
+    if (order != 0)
+        state.SkipWithError("wrong order");
+}
+BENCHMARK(BM_CompareNoCase_wcscasecmp)->Arg(32)->Arg(100'000);
+
+// A text that ends with the only occurrence of what is searched for.
+std::wstring Haystack(benchmark::State& state)
+{
+    const std::wstring words = L"The Quick Brown Fox jumps over the lazy dog, ";
+    std::wstring text;
+    while (std::ssize(text) < state.range(0))
+        text += words;
+    text.resize(static_cast<std::size_t>(state.range(0)));
+    return text + L"A Needle in it";
+}
+
+constexpr wchar_t c_needle[] = L"nEEDLE IN";
+
+void BM_HasSubstring_Toolkit(benchmark::State& state)
+{
+    const TString<wchar_t> text = Haystack(state);
+    const TString<wchar_t> needle = c_needle;
+    bool found = false;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(found = text.HasSubstring(needle));
+    if (!found)
+        state.SkipWithError("not found");
+}
+BENCHMARK(BM_HasSubstring_Toolkit)->Arg(50)->Arg(1000)->Arg(100'000);
+
+void BM_HasSubstring_QString(benchmark::State& state)
+{
+    const QString text = QString::fromStdWString(Haystack(state));
+    const QString needle = QString::fromWCharArray(c_needle);
+    bool found = false;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(found = text.contains(needle, Qt::CaseInsensitive));
+    if (!found)
+        state.SkipWithError("not found");
+}
+BENCHMARK(BM_HasSubstring_QString)->Arg(50)->Arg(1000)->Arg(100'000);
+
+struct Replacement {
+    const wchar_t* from;
+    const wchar_t* to;
+};
+
+// One of equal length, a longer one, one that joins its neighbours, and one that shares characters.
+constexpr Replacement c_replacements[] = {
+    {L"key", L"dom"}, {L"key", L"longer"}, {L"key", L""}, {L"key", L"ke"}};
+
+// 500 occurrences among 10,000 characters.
+std::wstring TextWithHits()
+{
+    std::wstring text;
+    for (int hit = 0; hit < 500; ++hit)
+        text += L"seventeen others-key";
+    return text;
+}
+
+void BM_Replace_Toolkit(benchmark::State& state)
+{
+    const TString<wchar_t> text = TextWithHits();
+    const TString<wchar_t> from = c_replacements[state.range(0)].from;
+    const TString<wchar_t> to = c_replacements[state.range(0)].to;
+    for (auto _ : state) {
+        TString<wchar_t> changed = text;
+        changed.Replace(from, to);
+        benchmark::DoNotOptimize(changed.data());
+        if (changed.size() != text.size() + 500 * to.size() - 1500)
+            state.SkipWithError("wrong length");
+    }
+}
+BENCHMARK(BM_Replace_Toolkit)->DenseRange(0, 3);
+
+void BM_Replace_wxString(benchmark::State& state)
+{
+    const wxString text = TextWithHits();
+    const wxString from = c_replacements[state.range(0)].from;
+    const wxString to = c_replacements[state.range(0)].to;
+    for (auto _ : state) {
+        wxString changed = text;
+        changed.Replace(from, to);
+        benchmark::DoNotOptimize(changed.wc_str());
+        if (changed.size() != text.size() + 500 * to.size() - 1500)
+            state.SkipWithError("wrong length");
+    }
+}
+BENCHMARK(BM_Replace_wxString)->DenseRange(0, 3);
+
+} // namespace
+} // namespace Toolkit
