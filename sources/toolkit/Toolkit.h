@@ -2,6 +2,10 @@
 
 /// Everything that the library offers.
 
+#include "toolkit/archive/ArchiveEntriesFlags.h"
+#include "toolkit/archive/ArchiveZip.h"
+#include "toolkit/archive/ArchiveZipEntry.h"
+#include "toolkit/archive/ZipInputStream.h"
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/config/IniFile.h"
 #include "toolkit/core/Assert.h"
@@ -19,6 +23,7 @@
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"
 #include "toolkit/encoding/Base64.h"
+#include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/StringConvert.h"
 #include "toolkit/encoding/UTF7.h"
 #include "toolkit/encoding/UTF8.h"
@@ -44,6 +49,8 @@
 #include "toolkit/regExp/Group.h"
 #include "toolkit/regExp/GroupCollection.h"
 #include "toolkit/regExp/MatchResult.h"
+#include "toolkit/regExp/RegExp.Exceptions.h"
+#include "toolkit/regExp/RegExp.h"
 #include "toolkit/system/Locales.h"
 #include "toolkit/system/MacCocoa.h"
 #include "toolkit/system/Network.h"

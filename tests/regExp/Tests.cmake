@@ -1,2 +1,5 @@
 toolkit_test(regExp/GroupCollectionTest.cpp)
 toolkit_test(regExp/MatchResultTest.cpp)
+toolkit_test(regExp/RegExpExceptionTest.cpp)
+toolkit_test(regExp/RegExpReplaceTest.cpp)
+toolkit_test(regExp/RegExpTest.cpp)

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "toolkit/regExp/MatchResult.h"
+
+#include <algorithm>
+#include <cstddef>
+
+/// The groups that the last search of a match result found.
+namespace Toolkit::MatchGroups {
+
+/// A range of bytes in the subject.
+struct Range {
+    int begin;
+    int end;
+
+    /// False for a group that took no part.
+    bool IsValid() const { return begin >= 0; }
+
+    /// 0 where \K has moved the begin behind the end.
+    std::size_t Length() const { return static_cast<std::size_t>(std::max(end - begin, 0)); }
+};
+
+/// The range of group `number`; not a valid one when there is no such group.
+Range GetRange(const MatchResult& result, int number);
+
+/// Adds the groups with their names to the result; none when the search did not tell of any.
+///
+/// Throws a `smart_ptr<RegExpException>` when the engine cannot tell the names.
+void Read(MatchResult& result);
+
+} // namespace Toolkit::MatchGroups

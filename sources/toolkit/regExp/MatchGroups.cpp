@@ -1,0 +1,67 @@
+#include "toolkit/regExp/MatchGroups.Private.h"
+#include "toolkit/regExp/PatternEngine.Private.h"
+#include "toolkit/regExp/RegExp.Exceptions.h"
+
+#include <memory>
+
+namespace Toolkit::MatchGroups {
+namespace {
+
+// Only the first two of three offsets are pairs.
+constexpr int c_pairCount = MatchResult::c_ovectorSize / 3;
+
+void AddGroup(MatchResult& result, int number)
+{
+    auto group =
+        std::make_unique<Group>(TString<char>::Empty(), static_cast<unsigned short>(number));
+    const Range range = GetRange(result, number);
+    if (range.IsValid())
+        group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
+    result.groups.emplace_back(group.get());
+    group.release();
+}
+
+void RequireInformation(int code, const wchar_t* name)
+{
+    if (code < 0)
+        RegExpException::Throw(std::wstring(L"pcre_fullinfo '") + name + L"' return error");
+}
+
+void AddNames(MatchResult& result)
+{
+    int count = 0;
+    RequireInformation(PatternEngine::GetNameCount(result.code, count), L"PCRE_INFO_NAMECOUNT");
+    if (count < 1)
+        return;
+    int entrySize = 0;
+    RequireInformation(PatternEngine::GetNameEntrySize(result.code, entrySize),
+                       L"PCRE_INFO_NAMEENTRYSIZE");
+    const unsigned char* entry = nullptr;
+    RequireInformation(PatternEngine::GetNameTable(result.code, entry), L"PCRE_INFO_NAMETABLE");
+
+    for (; count > 0; --count, entry += entrySize) {
+        const int number = entry[0] * 256 + entry[1];
+        result.AddNamedGroupKey(reinterpret_cast<const char*>(entry + 2), number);
+    }
+}
+
+} // namespace
+
+Range GetRange(const MatchResult& result, int number)
+{
+    if (number < 0 || number >= c_pairCount)
+        return {-1, -1};
+    return {result.ovector[2 * number], result.ovector[2 * number + 1]};
+}
+
+void Read(MatchResult& result)
+{
+    if (result.resultCode < 1)
+        return;
+    result.groups.reserve(static_cast<std::size_t>(result.resultCode));
+    for (int number = 0; number < result.resultCode; ++number)
+        AddGroup(result, number);
+    AddNames(result);
+}
+
+} // namespace Toolkit::MatchGroups

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+#include "toolkit/regExp/MatchResult.h"
+#include "toolkit/regExp/PatternEngine.Private.h"
+
+#include <cstddef>
+#include <exception>
+#include <memory>
+
+/// The steps of every operation with a pattern. Failures throw a `smart_ptr<RegExpException>`.
+namespace Toolkit::PatternRun {
+
+struct CodeRelease {
+    void operator()(void* code) const;
+};
+
+/// A compiled pattern.
+using Code = std::unique_ptr<void, CodeRelease>;
+
+/// Compiles `pattern` up to its first null character.
+Code Compile(const TString<char>& pattern);
+
+/// Compiles the result's pattern in place of what it holds.
+void Compile(MatchResult& result);
+
+/// Searches `subject` from `start` on. Returns the number of groups found, 0 when they are more
+/// than the offsets have room for, and -1 without a match.
+int Execute(const Code& code, const TString<char>& subject, std::size_t start, int options,
+            int (&offsets)[MatchResult::c_ovectorSize]);
+
+/// Searches the result's subject and stores what came out, before a failure too.
+void Execute(MatchResult& result, std::size_t start);
+
+/// Throws what stands for a failure of the engine's search.
+[[noreturn]] void ThrowExecuteError(int code);
+
+/// Calls `operation` and turns what the standard library throws, for want of memory, into the
+/// engine's own failure of that kind.
+template <typename Operation>
+auto WithMemoryErrorsTold(const Operation& operation)
+{
+    try {
+        return operation();
+    } catch (const std::exception&) {
+        ThrowExecuteError(PatternEngine::c_outOfMemory);
+    }
+}
+
+} // namespace Toolkit::PatternRun

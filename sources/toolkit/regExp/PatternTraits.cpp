@@ -1,0 +1,68 @@
+#include "toolkit/regExp/PatternTraits.Private.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace Toolkit::PatternTraits {
+namespace {
+
+// Letters and digits behind a back-slash that stand for characters, kinds of characters, earlier
+// groups or the end of the subject. The others are boundaries (\b \B \A \G), \K, \C, quotation
+// (\Q \E), or take the next character with them (\c).
+constexpr std::string_view c_harmlessEscapes = "dDwWsShHvVNRrntfepPxzZ0123456789";
+
+bool IsAsciiLetterOrDigit(char character)
+{
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z');
+}
+
+bool IsHarmlessEscape(char character)
+{
+    return !IsAsciiLetterOrDigit(character) ||
+           c_harmlessEscapes.find(character) != std::string_view::npos;
+}
+
+// Verbs, callouts and assertions about what stands before; `text` follows an open parenthesis.
+bool IsHarmlessParenthesis(const char* text)
+{
+    if (*text == '*')
+        return false;
+    for (const std::string_view construct : {"?<=", "?<!", "?C"}) {
+        if (std::strncmp(text, construct.data(), construct.size()) == 0)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool MatchesWholeCharacters(const char* pattern)
+{
+    return !std::strstr(pattern, "\\C");
+}
+
+bool LooksAheadOnly(const char* pattern)
+{
+    char previous = '\0';
+    for (; *pattern; ++pattern) {
+        const char character = *pattern;
+        if (character == '\\') {
+            if (!IsHarmlessEscape(*++pattern))
+                return false;
+            if (!*pattern)
+                return false;
+            previous = '\0';
+            continue;
+        }
+        // Only as the first character of a class "^" is no anchor.
+        if (character == '^' && previous != '[')
+            return false;
+        if (character == '(' && !IsHarmlessParenthesis(pattern + 1))
+            return false;
+        previous = character;
+    }
+    return true;
+}
+
+} // namespace Toolkit::PatternTraits

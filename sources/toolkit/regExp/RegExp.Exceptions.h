@@ -1,0 +1,30 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+#include <exception>
+
+namespace Toolkit {
+
+/// What a pattern that does not compile, or cannot be matched, ends in.
+///
+/// It is thrown inside a `smart_ptr<RegExpException>`, by value: callers catch that type. It is the
+/// only exception that leaves the library.
+class TOOLKIT_API RegExpException : public std::exception {
+public:
+    RegExpException();
+    RegExpException(const RegExpException&) = default;
+    RegExpException& operator=(const RegExpException&) = default;
+    ~RegExpException() override;
+
+    /// Throws a new exception with that message, in its `smart_ptr`.
+    [[noreturn]] static void Throw(const TString<wchar_t>& message);
+
+    TString<char> message;  ///< UTF-8.
+    TString<char> file;     ///< The path of this header in the source tree.
+    TString<char> line;     ///< One byte, the number 7; not the digit.
+    TString<char> function; ///< "Throw".
+};
+
+} // namespace Toolkit

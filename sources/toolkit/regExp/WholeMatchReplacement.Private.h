@@ -1,0 +1,43 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+#include "toolkit/regExp/MatchResult.h"
+#include "toolkit/regExp/PatternRun.Private.h"
+
+#include <cstddef>
+
+namespace Toolkit {
+
+/// Replaces every match of a pattern in a text.
+///
+/// The rule: after each replacement the search goes on in the text as it then is, behind the
+/// replacement, at an offset of 16 bits; each search first checks the whole text to be UTF-8. Every
+/// shortcut below gives what the rule gives.
+class WholeMatchReplacement {
+public:
+    /// Throws what a pattern that does not compile ends in. `replacement` must outlive the object.
+    WholeMatchReplacement(const TString<char>& pattern, const TString<char>& replacement,
+                          const TString<char>& subject);
+
+    /// The text with the replacements; called once.
+    TString<char> Run();
+
+private:
+    void Search(std::size_t start, bool isTrusted);
+    void SearchBehind(std::size_t position);
+    bool IsTrustedAt(std::size_t position) const;
+    void ReplaceOne();
+    void ReplaceInOnePass();
+    std::size_t MatchBegin() const { return static_cast<std::size_t>(m_offsets[0]); }
+    std::size_t MatchEnd() const { return static_cast<std::size_t>(m_offsets[1]); }
+
+    const PatternRun::Code m_code;
+    const TString<char>& m_replacement;
+    const bool m_keepsUtf8;
+    const bool m_looksAheadOnly;
+    TString<char> m_text;
+    int m_resultCode = 0;
+    int m_offsets[MatchResult::c_ovectorSize];
+};
+
+} // namespace Toolkit

@@ -1,0 +1,101 @@
+#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/regExp/PatternEngine.Private.h"
+#include "toolkit/regExp/PatternTraits.Private.h"
+#include "toolkit/regExp/WholeMatchReplacement.Private.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Toolkit {
+namespace {
+
+constexpr int c_options =
+    PatternEngine::c_notAtLineBegin | PatternEngine::c_notAtLineEnd | PatternEngine::c_notEmpty;
+
+// The last offset that a search can start at; behind it, counting begins at 0 again.
+constexpr std::size_t c_lastStart = 0xFFFF;
+
+bool IsUtf8(const TString<char>& text)
+{
+    std::wstring ignored;
+    return Utf8Codec::AppendDecoded(ignored, text.data(), text.size());
+}
+
+constexpr bool IsContinuation(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+} // namespace
+
+WholeMatchReplacement::WholeMatchReplacement(const TString<char>& pattern,
+                                             const TString<char>& replacement,
+                                             const TString<char>& subject)
+    : m_code(PatternRun::Compile(pattern)), m_replacement(replacement),
+      m_keepsUtf8(PatternTraits::MatchesWholeCharacters(pattern.c_str()) && IsUtf8(replacement)),
+      m_looksAheadOnly(PatternTraits::LooksAheadOnly(pattern.c_str())), m_text(subject)
+{
+}
+
+TString<char> WholeMatchReplacement::Run()
+{
+    Search(0, false);
+    while (m_resultCode > 0) {
+        const bool goesOnBehind = MatchBegin() + m_replacement.size() <= c_lastStart;
+        if (m_keepsUtf8 && m_looksAheadOnly && goesOnBehind)
+            ReplaceInOnePass();
+        else
+            ReplaceOne();
+    }
+    return std::move(m_text);
+}
+
+void WholeMatchReplacement::Search(std::size_t start, bool isTrusted)
+{
+    const int options = isTrusted ? c_options | PatternEngine::c_trusted : c_options;
+    m_resultCode = PatternRun::Execute(m_code, m_text, start, options, m_offsets);
+}
+
+void WholeMatchReplacement::SearchBehind(std::size_t position)
+{
+    const std::size_t start = position & c_lastStart;
+    Search(start, IsTrustedAt(start));
+}
+
+// The first search has found the text to be UTF-8, and replacing whole characters by UTF-8 keeps it
+// so. An offset that began at 0 again may fall inside a character, which is the engine's to find.
+bool WholeMatchReplacement::IsTrustedAt(std::size_t position) const
+{
+    return m_keepsUtf8 && (position == m_text.size() || !IsContinuation(m_text[position]));
+}
+
+void WholeMatchReplacement::ReplaceOne()
+{
+    const std::size_t begin = MatchBegin();
+    // \K can move the begin of a match behind its end.
+    const std::size_t end = std::max(begin, MatchEnd());
+    m_text.replace(begin, end - begin, m_replacement);
+    SearchBehind(begin + m_replacement.size());
+}
+
+// Searches the text as it was before. A pattern that only looks ahead finds the same behind a match
+// as it would behind the replacement, since the two texts are the same from there on.
+void WholeMatchReplacement::ReplaceInOnePass()
+{
+    TString<char> output;
+    output.reserve(m_text.size());
+    std::size_t done = 0;
+    while (m_resultCode > 0 && output.size() <= c_lastStart) {
+        output.append(m_text, done, MatchBegin() - done).append(m_replacement);
+        done = MatchEnd();
+        if (output.size() <= c_lastStart)
+            Search(done, true);
+    }
+    const std::size_t position = output.size();
+    output.append(m_text, done, TString<char>::npos);
+    m_text = std::move(output);
+    if (position > c_lastStart)
+        SearchBehind(position);
+}
+
+} // namespace Toolkit

@@ -1,0 +1,139 @@
+#include "toolkit/regExp/RegExp.Exceptions.h"
+#include "toolkit/regExp/RegExp.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "regExp/CaughtException.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::CaughtException;
+using Testing::CaughtMessage;
+
+// The message that a pattern ends in which does not compile.
+TString<char> CompileMessage(const char* pattern)
+{
+    return CaughtMessage([&] { RegExp(pattern, RegExpOptions::None).IsMatch("subject"); });
+}
+
+TEST(RegExpExceptionTest, IsEmptyAfterConstruction)
+{
+    const RegExpException exception;
+
+    EXPECT_EQ(exception.message, "");
+    EXPECT_EQ(exception.file, "");
+    EXPECT_EQ(exception.line, "");
+    EXPECT_EQ(exception.function, "");
+}
+
+TEST(RegExpExceptionTest, IsAStandardException)
+{
+    EXPECT_TRUE((std::is_base_of_v<std::exception, RegExpException>));
+    EXPECT_TRUE(std::has_virtual_destructor_v<RegExpException>);
+}
+
+TEST(RegExpExceptionTest, ThrowTellsWhereItWasThrown)
+{
+    const auto exception = CaughtException([] { RegExpException::Throw(L"message"); });
+
+    ASSERT_TRUE(exception.IsValid());
+    EXPECT_EQ(exception->file, "sources/toolkit/regExp/RegExp.Exceptions.h");
+    EXPECT_EQ(exception->line, "\x07");
+    EXPECT_EQ(exception->function, "Throw");
+}
+
+TEST(RegExpExceptionTest, TheMessageIsUtf8)
+{
+    EXPECT_EQ(CaughtMessage([] { RegExpException::Throw(L"\u00E9t\u00E9"); }), "\xC3\xA9t\xC3\xA9");
+}
+
+TEST(RegExpExceptionTest, IsNotCaughtAsTheClassItself)
+{
+    EXPECT_THROW(
+        try { RegExpException::Throw(L"message"); } catch (const std::exception&){},
+        smart_ptr<RegExpException>);
+}
+
+TEST(RegExpExceptionTest, ALongCompileMessageHidesItsBeginning)
+{
+    EXPECT_EQ(CompileMessage("abc("), " : missing ) (@offset: 4) abc( ");
+    EXPECT_EQ(CompileMessage("abcde("), " : missing ) (@offset: 6) abcde(");
+    EXPECT_EQ(CompileMessage("abcdef("), " : missing ) (@offset: 7) abcdef(");
+    EXPECT_EQ(CompileMessage("a**b{2}+*"), " : nothing to repeat (@offset: 2) a**b{2}+*");
+}
+
+TEST(RegExpExceptionTest, AShortCompileMessageIsFollowedByTheRestOfItsBeginning)
+{
+    EXPECT_EQ(CompileMessage("("), " : missing ) (@offset: 1) (ror ");
+    EXPECT_EQ(CompileMessage("a("), " : missing ) (@offset: 2) a(or ");
+}
+
+TEST(RegExpExceptionTest, TheCompileMessageHoldsThePatternInUtf8)
+{
+    EXPECT_EQ(CompileMessage("\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9("),
+              " : missing ) (@offset: 11) \xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9(");
+}
+
+TEST(RegExpExceptionTest, APatternThatIsNotUtf8IsLeftOutOfTheMessage)
+{
+    EXPECT_EQ(CompileMessage("a\xFF"), " : invalid UTF-8 string (@offset: 1) ");
+}
+
+TEST(RegExpExceptionTest, AnOffsetHasNoThousandsSeparators)
+{
+    const std::string pattern = std::string(12345, 'a') + "(";
+
+    EXPECT_EQ(CompileMessage(pattern.c_str()), " : missing ) (@offset: 12346) " + pattern);
+}
+
+TEST(RegExpExceptionTest, EveryOperationThrowsForABadPattern)
+{
+    RegExp regExp("abcdef(", RegExpOptions::None);
+    RegExp::ReplacementMappedStrings map;
+    const std::vector<TString<char>> list;
+    const TString<char> expected = " : missing ) (@offset: 7) abcdef(";
+
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch("a"); }), expected);
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(L"a"); }), expected);
+    EXPECT_EQ(CaughtMessage([&] { regExp.Match("a"); }), expected);
+    EXPECT_EQ(CaughtMessage([&] { regExp.Match(L"a"); }), expected);
+    EXPECT_EQ(CaughtMessage([&] { regExp.Replace("x", "a", 0); }), expected);
+    EXPECT_EQ(CaughtMessage([&] { regExp.Replace(list, "a"); }), expected);
+    EXPECT_EQ(CaughtMessage([&] { regExp.Replace(map, "a"); }), expected);
+}
+
+TEST(RegExpExceptionTest, ASearchThatFailsWritesItsCodeOverTheMessage)
+{
+    const RegExp regExp("a", RegExpOptions::None);
+    const smart_ptr<MatchResult> neverCompiled(new MatchResult());
+
+    EXPECT_EQ(CaughtMessage([&] { regExp.RegExp_exec(neverCompiled, 0); }),
+              "-2gExp::Match return error: ");
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch("\xFF"); }), "-10Exp::Match return error: ");
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch("\xC3"); }), "-10Exp::Match return error: ");
+}
+
+TEST(RegExpExceptionTest, AFailureLeavesThePatternAsItWas)
+{
+    const RegExp regExp("a", RegExpOptions::None);
+
+    EXPECT_EQ(CaughtMessage([&] { regExp.Match("a\xFF"); }), "-10Exp::Match return error: ");
+    EXPECT_TRUE(regExp.IsMatch("a"));
+}
+
+TEST(RegExpExceptionTest, TheObjectLivesAsLongAsAPointerToIt)
+{
+    smart_ptr<RegExpException> kept;
+    {
+        const auto exception = CaughtException([] { RegExpException::Throw(L"kept"); });
+        kept = exception;
+    }
+
+    EXPECT_EQ(kept->message, "kept");
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,320 @@
+#include "toolkit/regExp/RegExp.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "regExp/CaughtException.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::CaughtMessage;
+using testing::ElementsAre;
+using testing::Pair;
+
+RegExp Pattern(const TString<char>& pattern)
+{
+    return RegExp(pattern, RegExpOptions::None);
+}
+
+// The values of all groups, in their order.
+std::vector<std::string> Values(const smart_ptr<MatchResult>& result)
+{
+    std::vector<std::string> values;
+    for (const smart_ptr<Group>& group : result->groups)
+        values.push_back(group->value);
+    return values;
+}
+
+// A pattern of `count` groups that matches as many "a".
+TString<char> PatternOfGroups(int count)
+{
+    std::string pattern;
+    for (int i = 0; i < count; ++i)
+        pattern += "(a)";
+    return pattern;
+}
+
+TEST(RegExpTest, IsMatchFindsThePatternAnywhere)
+{
+    constexpr std::tuple<const char*, const char*, bool> cases[] = {
+        {"b", "abc", true},       {"^b", "abc", false},      {"c$", "abc", true},
+        {"", "", true},           {"", "abc", true},         {"x*", "abc", true},
+        {"x", "", false},         {"A", "a", false},         {"(?i)A", "a", true},
+        {"a.c", "a\nc", false},   {"(?s)a.c", "a\nc", true}, {"^c", "b\nc", false},
+        {"(?m)^c", "b\nc", true}, {"c$", "c\n", true},       {"(?x) a b ", "ab", true}};
+    for (const auto& [pattern, subject, expected] : cases) {
+        SCOPED_TRACE(std::string(pattern) + " in " + subject);
+        EXPECT_EQ(Pattern(pattern).IsMatch(subject), expected);
+    }
+}
+
+TEST(RegExpTest, ACharacterIsACodePointAndNotAByte)
+{
+    EXPECT_TRUE(Pattern("^.$").IsMatch("\xC3\xA9"));
+    EXPECT_TRUE(Pattern("^.$").IsMatch("\xF0\x9F\x98\x80"));
+    EXPECT_TRUE(Pattern("^[\xC3\xA8-\xC3\xAA]$").IsMatch("\xC3\xA9"));
+    EXPECT_FALSE(Pattern("^..$").IsMatch("\xC3\xA9"));
+}
+
+TEST(RegExpTest, WideTextIsMatchedAsUtf8)
+{
+    const RegExp regExp(TString<wchar_t>(L"(\u00E9+)(\U0001F600)"), RegExpOptions::None);
+
+    EXPECT_TRUE(regExp.IsMatch(L"x\u00E9\u00E9\U0001F600"));
+    EXPECT_FALSE(regExp.IsMatch(L"x\u00E9\u00E9"));
+    EXPECT_THAT(Values(regExp.Match(L"x\u00E9\U0001F600")),
+                ElementsAre("\xC3\xA9\xF0\x9F\x98\x80", "\xC3\xA9", "\xF0\x9F\x98\x80"));
+}
+
+TEST(RegExpTest, WideTextThatCannotBeConvertedIsTheEmptyText)
+{
+    const TString<wchar_t> above(std::wstring(1, static_cast<wchar_t>(0x110000)));
+
+    EXPECT_TRUE(Pattern("^$").IsMatch(above));
+    EXPECT_TRUE(RegExp(above, RegExpOptions::None).IsMatch("anything"));
+}
+
+TEST(RegExpTest, ModifiersHaveNoEffect)
+{
+    for (const int bits : {0, 1, 2, 4, 8, 15}) {
+        SCOPED_TRACE(bits);
+        const auto modifiers = static_cast<RegExpOptions::Modifiers>(bits);
+        EXPECT_FALSE(RegExp(TString<char>("A"), modifiers).IsMatch("a"));
+        EXPECT_FALSE(RegExp(TString<char>("^b"), modifiers).IsMatch("a\nb"));
+        EXPECT_FALSE(RegExp(TString<char>("a.b"), modifiers).IsMatch("a\nb"));
+        EXPECT_FALSE(RegExp(TString<char>("a b"), modifiers).IsMatch("ab"));
+    }
+}
+
+TEST(RegExpTest, ThePatternEndsAtItsFirstNullCharacter)
+{
+    const TString<char> pattern(std::string("a\0(", 3));
+
+    EXPECT_TRUE(Pattern(pattern).IsMatch("a"));
+    EXPECT_EQ(Pattern(pattern).Match("a")->pattern, pattern);
+}
+
+TEST(RegExpTest, ASubjectGoesOnBehindANullCharacter)
+{
+    const TString<char> subject(std::string("a\0b", 3));
+
+    EXPECT_TRUE(Pattern("b").IsMatch(subject));
+    EXPECT_THAT(Values(Pattern("a.b").Match(subject)), ElementsAre(std::string("a\0b", 3)));
+}
+
+TEST(RegExpTest, MatchGivesTheFirstMatchAndItsGroups)
+{
+    const smart_ptr<MatchResult> result = Pattern("(\\w+)@(\\w+)").Match("to: ann@home, bob@work");
+
+    EXPECT_TRUE(result->Success());
+    EXPECT_EQ(result->resultCode, 3);
+    EXPECT_THAT(Values(result), ElementsAre("ann@home", "ann", "home"));
+    EXPECT_EQ((*result)[2]->index, 2);
+}
+
+TEST(RegExpTest, MatchKeepsWhatItWasMadeOf)
+{
+    const smart_ptr<MatchResult> result = Pattern("b(c)").Match("abc");
+
+    EXPECT_EQ(result->pattern, "b(c)");
+    EXPECT_EQ(result->subject, "abc");
+    EXPECT_NE(result->code, nullptr);
+    EXPECT_EQ(result->errorText, nullptr);
+    EXPECT_EQ(result->execOptions, 0);
+    EXPECT_EQ(result->ovector[0], 1);
+    EXPECT_EQ(result->ovector[1], 3);
+    EXPECT_EQ(result->ovector[2], 2);
+    EXPECT_EQ(result->ovector[3], 3);
+}
+
+TEST(RegExpTest, WithoutAMatchThereAreNoGroups)
+{
+    const smart_ptr<MatchResult> result = Pattern("(?<name>x)").Match("abc");
+
+    ASSERT_TRUE(result.IsValid());
+    EXPECT_FALSE(result->Success());
+    EXPECT_EQ(result->resultCode, -1);
+    EXPECT_EQ(result->Count(), 0u);
+    EXPECT_TRUE(result->names.empty());
+}
+
+TEST(RegExpTest, AGroupThatTookNoPartIsEmpty)
+{
+    const smart_ptr<MatchResult> result = Pattern("(a)|(b)|(c)").Match("b");
+
+    // The third group is behind the last that took part: it is not reported.
+    EXPECT_THAT(Values(result), ElementsAre("b", "", "b"));
+    EXPECT_EQ(result->ovector[2], -1);
+    EXPECT_EQ(result->ovector[3], -1);
+}
+
+TEST(RegExpTest, GroupsAreFoundByTheirNames)
+{
+    const smart_ptr<MatchResult> result =
+        Pattern("(?<year>\\d+)-(\\d+)-(?P<day>\\d+)").Match("on 2009-03-05");
+
+    EXPECT_THAT(result->names, ElementsAre(Pair("day", 3), Pair("year", 1)));
+    EXPECT_EQ(result->GetGroup("year")->value, "2009");
+    EXPECT_EQ((*result)[3]->name, "day");
+    EXPECT_EQ((*result)[2]->name, "");
+}
+
+TEST(RegExpTest, NamesOfGroupsThatAreNotReportedAreUnknown)
+{
+    const smart_ptr<MatchResult> result = Pattern("(?<first>a)|(?<second>b)").Match("a");
+
+    EXPECT_THAT(result->names, ElementsAre(Pair("first", 1)));
+    EXPECT_FALSE(result->GetGroup("second").IsValid());
+}
+
+TEST(RegExpTest, AnUnusedGroupInFrontOfAUsedOneIsNamed)
+{
+    const smart_ptr<MatchResult> result = Pattern("(?<first>a)|(?<second>b)").Match("b");
+
+    EXPECT_THAT(result->names, ElementsAre(Pair("first", 1), Pair("second", 2)));
+    EXPECT_EQ(result->GetGroup("first")->value, "");
+}
+
+TEST(RegExpTest, OneNameMayStandForTwoGroups)
+{
+    const smart_ptr<MatchResult> result = Pattern("(?J)(?<n>a)(?<n>b)").Match("ab");
+
+    EXPECT_THAT(result->names, ElementsAre(Pair("n", 1)));
+    EXPECT_EQ((*result)[1]->name, "n");
+    EXPECT_EQ((*result)[2]->name, "n");
+}
+
+TEST(RegExpTest, NineteenGroupsAreReported)
+{
+    const RegExp regExp = Pattern(PatternOfGroups(19));
+    const TString<char> subject = std::string(19, 'a');
+
+    EXPECT_TRUE(regExp.IsMatch(subject));
+    EXPECT_EQ(regExp.Match(subject)->resultCode, 20);
+    EXPECT_EQ(regExp.Match(subject)->Count(), 20u);
+}
+
+TEST(RegExpTest, TwentyGroupsSucceedWithoutBeingAMatch)
+{
+    const RegExp regExp = Pattern(PatternOfGroups(20));
+    const TString<char> subject = std::string(20, 'a');
+
+    const smart_ptr<MatchResult> result = regExp.Match(subject);
+    EXPECT_FALSE(regExp.IsMatch(subject));
+    EXPECT_EQ(result->resultCode, 0);
+    EXPECT_TRUE(result->Success());
+    EXPECT_EQ(result->Count(), 0u);
+}
+
+TEST(RegExpTest, AGroupWhoseEndLiesBeforeItsBeginIsEmpty)
+{
+    const smart_ptr<MatchResult> result = Pattern("(?=ab\\K)").Match("abc");
+
+    EXPECT_EQ(result->ovector[0], 2);
+    EXPECT_EQ(result->ovector[1], 0);
+    EXPECT_THAT(Values(result), ElementsAre(""));
+}
+
+TEST(RegExpTest, ATooCostlySearchThrows)
+{
+    const RegExp regExp = Pattern("(a+)+$");
+
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(std::string(30, 'a') + "b"); }),
+              "-8gExp::Match return error: ");
+}
+
+TEST(RegExpTest, ACompiledResultMayBeCompiledAgain)
+{
+    const RegExp regExp = Pattern("unused");
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = "abc";
+
+    result->pattern = "a";
+    regExp.RegExp_compile(result);
+    result->pattern = "(b)(c)";
+    regExp.RegExp_compile(result);
+    regExp.RegExp_exec(result, 0);
+
+    EXPECT_EQ(result->resultCode, 3);
+}
+
+TEST(RegExpTest, AFailedCompileLeavesItsErrorAndNoCode)
+{
+    const RegExp regExp = Pattern("unused");
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->pattern = "a";
+    regExp.RegExp_compile(result);
+    result->pattern = "a[";
+
+    EXPECT_THROW(regExp.RegExp_compile(result), smart_ptr<RegExpException>);
+
+    EXPECT_EQ(result->code, nullptr);
+    EXPECT_STREQ(result->errorText, "missing terminating ] for character class");
+    EXPECT_EQ(result->errorOffset, 2);
+    EXPECT_FALSE(result->Success());
+}
+
+TEST(RegExpTest, ASearchStartsAtItsOffsetAndSeesWhatStandsBefore)
+{
+    const RegExp regExp = Pattern("unused");
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = "ab ab";
+    result->pattern = "(?<=a)b";
+    regExp.RegExp_compile(result);
+
+    regExp.RegExp_exec(result, 1);
+    EXPECT_EQ(result->ovector[0], 1);
+    regExp.RegExp_exec(result, 2);
+    EXPECT_EQ(result->ovector[0], 4);
+    regExp.RegExp_exec(result, 5);
+    EXPECT_EQ(result->resultCode, -1);
+}
+
+TEST(RegExpTest, TheCodeOfAFailedSearchIsKept)
+{
+    const RegExp regExp = Pattern("unused");
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = "a";
+    result->pattern = "a";
+    regExp.RegExp_compile(result);
+
+    EXPECT_EQ(CaughtMessage([&] { regExp.RegExp_exec(result, 2); }),
+              "-24Exp::Match return error: ");
+    EXPECT_EQ(result->resultCode, -24);
+}
+
+TEST(RegExpTest, CopiesAreIndependent)
+{
+    RegExp original = Pattern("a");
+    const RegExp copy = original;
+    original = Pattern("b");
+
+    EXPECT_TRUE(copy.IsMatch("a"));
+    EXPECT_FALSE(original.IsMatch("a"));
+}
+
+TEST(RegExpTest, OneObjectServesManyThreads)
+{
+    const RegExp regExp = Pattern("(?<word>[a-z]+)(\\d+)");
+    std::vector<std::thread> threads;
+    std::vector<int> right(4, 0);
+    for (int& count : right) {
+        threads.emplace_back([&regExp, &count] {
+            for (int i = 0; i < 500; ++i) {
+                const auto result = regExp.Match("x" + std::to_string(i));
+                count += result->GetGroup("word")->value == "x" &&
+                         (*result)[2]->value == std::to_string(i);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_THAT(right, ElementsAre(500, 500, 500, 500));
+}
+
+} // namespace
+} // namespace Toolkit
