@@ -2,3 +2,28 @@ toolkit_private_test(system/LocalePatternsTest.cpp system/LocalePatterns.cpp)
 toolkit_test(system/LocalesTest.cpp)
 toolkit_test(system/MacCocoaTest.cpp)
 toolkit_test(system/NetworkTest.cpp)
+toolkit_test(system/RestartManagmentTest.cpp)
+toolkit_test(system/SingleApplicationInstanceTest.cpp)
+toolkit_test(system/SystemInfoTest.cpp)
+toolkit_test(system/TickCountTest.cpp)
+toolkit_test(system/VersionTest.cpp)
+
+# Adds a program that `test` runs; it finds the program's path in the macro `definition`.
+function(toolkit_test_program test definition source)
+    cmake_path(GET source STEM name)
+    add_executable(${name} ${source})
+    target_link_libraries(${name} PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+    target_compile_definitions(${test} PRIVATE ${definition}="$<TARGET_FILE:${name}>")
+    add_dependencies(${test} ${name})
+endfunction()
+
+toolkit_test_program(
+    RestartManagmentTest TOOLKIT_TEST_RESTART_PROGRAM system/RestartProgram.cpp
+)
+toolkit_test_program(
+    SingleApplicationInstanceTest TOOLKIT_TEST_INSTANCE_PROGRAM system/InstanceProgram.cpp
+)
+toolkit_test_program(SystemInfoTest TOOLKIT_TEST_STARTED_PROGRAM system/StartedProgram.cpp)
+toolkit_test_program(SystemInfoTest TOOLKIT_TEST_STARTING_PROGRAM system/StartingProgram.cpp)
+# Describing an operating system takes the framework's own class.
+target_link_libraries(SystemInfoTest PRIVATE Toolkit::wxBase)

@@ -3,14 +3,32 @@
 #include "toolkit/core/Singleton.Private.h"
 #include "toolkit/system/ChildProcess.Private.h"
 
+#include <wx/log.h>
 #include <wx/platinfo.h>
+#include <wx/utils.h>
 
 namespace Toolkit {
+namespace {
+
+// The framework's own description of the running system is no choice: it wants an application
+// object, and starts many programs to find out more than is asked for here.
+wxPlatformInfo DescribeThisSystem()
+{
+    const wxLogNull silence;
+    int major = 0;
+    int minor = 0;
+    wxPlatformInfo description(wxPORT_BASE);
+    description.SetOperatingSystemId(wxGetOsVersion(&major, &minor));
+    description.SetOSVersion(major, minor);
+    return description;
+}
+
+} // namespace
 
 smart_ptr<SystemInfo>* SystemInfo::s_pInstance = nullptr;
 
-// Until somebody asks, no system is described: the framework starts several programs to find out
-// about the one that it runs on, which takes longer than the start of a whole application.
+// The running system is looked at when somebody asks: the framework starts programs for it, which
+// takes longer than the start of a whole application.
 SystemInfo::SystemInfo() : m_platform(nullptr) {}
 
 SystemInfo::SystemInfo(const wxPlatformInfo& platform) : m_platform(&platform) {}
@@ -19,8 +37,7 @@ const wxPlatformInfo& SystemInfo::Description() const
 {
     if (m_platform)
         return *m_platform;
-    // The framework fills its object in at the first request, without a guard.
-    static const wxPlatformInfo& thisSystem = wxPlatformInfo::Get();
+    static const wxPlatformInfo thisSystem = DescribeThisSystem();
     return thisSystem;
 }
 

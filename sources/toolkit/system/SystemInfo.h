@@ -14,7 +14,7 @@ public:
     /// The family of the operating system.
     enum Platform { PlatformUnknown, PlatformWindows, PlatformMac, PlatformUnix };
 
-    /// Describes the running system. The first question about it takes some 50 ms.
+    /// Describes the running system. The first question about it takes some milliseconds.
     SystemInfo();
     /// As if the system were the one that `platform` describes, which has to outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);

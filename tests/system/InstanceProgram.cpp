@@ -1,0 +1,28 @@
+// A program of which several copies run at once. It starts the library when it is told to by a line
+// on its standard input, prints whether another copy runs and its unique name, and stops at the end
+// of its input.
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/system/SingleApplicationInstance.h"
+
+#include <iostream>
+#include <string>
+
+using namespace Toolkit;
+
+int main()
+{
+    std::string line;
+    if (!std::getline(std::cin, line))
+        return 1;
+    LibModuleManager::GetInstance()->Initialize(true);
+
+    std::cout << SingleApplicationInstance::GetInstance()->IsAlreadyRunning() << ' '
+              << UTF8::ToUTF8(PathManager::GetInstance()->GetApplicationUniqueName()) << std::endl;
+    std::getline(std::cin, line);
+
+    LibModuleManager::GetInstance()->Release(true);
+    return 0;
+}

@@ -1,0 +1,141 @@
+#include "toolkit/system/RestartManagment.h"
+
+#include "toolkit/encoding/UTF8.h"
+
+#include "support/CapturedLog.h"
+#include "support/RunProgram.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <future>
+#include <sstream>
+#include <sys/stat.h>
+
+namespace Toolkit {
+namespace {
+
+using Testing::CapturedLog;
+using testing::ElementsAre;
+using Testing::IsLogLine;
+using Testing::ProgramResult;
+using Testing::RunProgram;
+using Testing::ScopedEnvironment;
+using Testing::TempDir;
+
+std::vector<std::wstring> LinesOf(const std::string& text)
+{
+    std::vector<std::wstring> lines;
+    std::wistringstream stream(UTF8::ToUNICODE(text));
+    for (std::wstring line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+class RestartManagmentTest : public testing::Test {
+protected:
+    // Puts the program that restarts itself into the directory.
+    std::filesystem::path Install(const std::string& name) const
+    {
+        const std::filesystem::path path = m_directory.Path() / name;
+        std::filesystem::copy_file(TOOLKIT_TEST_RESTART_PROGRAM, path);
+        return path;
+    }
+
+    const TempDir m_directory;
+    const ScopedEnvironment m_home{"HOME", m_directory.Path()};
+};
+
+TEST_F(RestartManagmentTest, HasAFixedIdentifier)
+{
+    EXPECT_EQ(RestartManagment::c_strUniqueIdentifer, L"{3F8A1C2D-7B4E-4d19-A6C5-0E9D2B7F4A31}");
+}
+
+TEST_F(RestartManagmentTest, DoesNotWaitForThePreviousProcess)
+{
+    const CapturedLog log;
+
+    EXPECT_FALSE(RestartManagment().WaitingForPreviousProcessFinish());
+
+    const std::wstring function = L"WaitingForPreviousProcessFinish";
+    EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityInfo, 51, function,
+                                                   L">>> WaitingForPreviousProcessFinish()"),
+                                         IsLogLine(SeverityInfo, 101, function,
+                                                   L"<<< WaitingForPreviousProcessFinish()")));
+}
+
+TEST_F(RestartManagmentTest, FinishingTheRestartOnlyLogs)
+{
+    const CapturedLog log;
+
+    EXPECT_FALSE(RestartManagment().RestartProcessFinish());
+
+    EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityInfo, 168, L"RestartProcessFinish",
+                                                   L">>> RestartProcessFinish()")));
+}
+
+TEST_F(RestartManagmentTest, WritesEachPieceOfALineByItself)
+{
+    const CapturedLog log;
+
+    RestartManagment().RestartProcessFinish();
+
+    EXPECT_THAT(log.Pieces(),
+                ElementsAre(L"2", L" ", testing::_, L" : ", L"168", L" : ", L"RestartProcessFinish",
+                            L" : ", L">>> RestartProcessFinish()", L"\n"));
+}
+
+TEST_F(RestartManagmentTest, TheNewProcessSeesTheProgramAndTheArgument)
+{
+    const std::filesystem::path program = Install("tool");
+    const std::filesystem::path pipe = m_directory.Path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ScopedEnvironment report("TOOLKIT_TEST_REPORT", pipe);
+    auto commandLine =
+        std::async(std::launch::async, [&pipe] { return Testing::ReadWholeFile(pipe); });
+
+    const ProgramResult result = RunProgram(program, {"-old", "arguments"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(commandLine.get(), program.native() + "\n-restart\n");
+}
+
+TEST_F(RestartManagmentTest, ActivationLogsTheProgramAndTheResult)
+{
+    const std::filesystem::path program = Install("tool");
+    const ScopedEnvironment report("TOOLKIT_TEST_REPORT", m_directory.Path() / "report");
+
+    const ProgramResult result = RunProgram(program, {});
+
+    const std::wstring function = L"ActivateRestartProcess";
+    const std::wstring path = m_directory.File(L"tool");
+    EXPECT_THAT(LinesOf(result.output),
+                ElementsAre(IsLogLine(SeverityInfo, 114, function, L">>> ActivateRestartProcess()"),
+                            IsLogLine(SeverityInfo, 155, function,
+                                      L"<<< ActivateRestartProcess(" + path + L")=1")));
+}
+
+TEST_F(RestartManagmentTest, ActivationSucceedsWithoutTheProgram)
+{
+    // The program is looked for without its extension.
+    const ProgramResult result = RunProgram(Install("gone.bin"), {});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, testing::EndsWith("/gone)=1\n"));
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(RestartManagmentTest, ACopyOutlivesTheRelease)
+{
+    RestartManagment::CreateInstance();
+    const smart_ptr<RestartManagment> copy = RestartManagment::GetInstance();
+
+    RestartManagment::ReleaseInstance();
+
+    EXPECT_EQ(RestartManagment::s_pInstance, nullptr);
+    EXPECT_FALSE(copy->RestartProcessFinish());
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,37 @@
+// A program that restarts itself. The first copy prints its log; the second one, which knows itself
+// by its argument, writes its command line to the file that TOOLKIT_TEST_REPORT names.
+
+#include "toolkit/logging/ConsoleLogger.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/system/RestartManagment.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <string_view>
+
+using namespace Toolkit;
+
+namespace {
+
+int ReportCommandLine(int argc, char** argv)
+{
+    const char* const report = std::getenv("TOOLKIT_TEST_REPORT");
+    std::ofstream file(report ? report : "");
+    for (int argument = 0; argument < argc; ++argument)
+        file << argv[argument] << '\n';
+    return file.flush() ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc > 1 && argv[1] == std::string_view("-restart"))
+        return ReportCommandLine(argc, argv);
+
+    LibModuleManager::GetInstance()->Initialize(true);
+    ILogger::SetLogger(smart_ptr<ILogger>(new ConsoleLogger(SeverityInfo)));
+    const bool isActivated = RestartManagment::GetInstance()->ActivateRestartProcess();
+    LibModuleManager::GetInstance()->Release(true);
+    return isActivated ? 0 : 1;
+}

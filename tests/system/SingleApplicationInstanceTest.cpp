@@ -1,0 +1,287 @@
+#include "toolkit/system/SingleApplicationInstance.h"
+
+#include "toolkit/files/PathManager.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <fstream>
+#include <list>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedEnvironment;
+using Testing::TempDir;
+
+// A running copy of the test's program. It starts the library when it is told to.
+class Copy {
+public:
+    Copy(const std::filesystem::path& program, const std::filesystem::path& errors)
+    {
+        int input[2];
+        int output[2];
+        EXPECT_EQ(::pipe2(input, O_CLOEXEC), 0);
+        EXPECT_EQ(::pipe2(output, O_CLOEXEC), 0);
+        posix_spawn_file_actions_t actions;
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
+        ::posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
+        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(),
+                                           O_WRONLY | O_CREAT | O_APPEND, 0600);
+        std::string path = program.native();
+        char* arguments[] = {path.data(), nullptr};
+        EXPECT_EQ(::posix_spawn(&m_process, path.c_str(), &actions, nullptr, arguments, environ),
+                  0);
+        ::posix_spawn_file_actions_destroy(&actions);
+        ::close(input[0]);
+        ::close(output[1]);
+        m_input = input[1];
+        m_output = output[0];
+    }
+    ~Copy() { Finish(); }
+
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+
+    void Go() const { EXPECT_EQ(::write(m_input, "go\n", 3), 3); }
+
+    // Whether it saw another copy; sets its unique name too.
+    bool SeesAnother()
+    {
+        std::string line;
+        char character = 0;
+        while (::read(m_output, &character, 1) == 1 && character != '\n')
+            line.push_back(character);
+        EXPECT_THAT(line, testing::MatchesRegex("[01] .*"));
+        m_uniqueName = line.substr(std::min<std::size_t>(line.size(), 2));
+        return line.front() == '1';
+    }
+
+    const std::string& UniqueName() const { return m_uniqueName; }
+
+    void Crash()
+    {
+        ::kill(m_process, SIGKILL);
+        Finish();
+    }
+
+    void Finish()
+    {
+        if (m_process == 0)
+            return;
+        ::close(m_input);
+        ::waitpid(m_process, nullptr, 0);
+        ::close(m_output);
+        m_process = 0;
+    }
+
+private:
+    pid_t m_process = 0;
+    int m_input = -1;
+    int m_output = -1;
+    std::string m_uniqueName;
+};
+
+class SingleApplicationInstanceTest : public testing::Test {
+protected:
+    Copy& Prepare(const std::filesystem::path& program = TOOLKIT_TEST_INSTANCE_PROGRAM)
+    {
+        return m_copies.emplace_back(program, m_directory.Path() / "errors");
+    }
+
+    Copy& Start(const std::filesystem::path& program = TOOLKIT_TEST_INSTANCE_PROGRAM)
+    {
+        Copy& copy = Prepare(program);
+        copy.Go();
+        return copy;
+    }
+
+    // Puts the program into `folder`.
+    std::filesystem::path Install(const std::filesystem::path& folder) const
+    {
+        std::filesystem::create_directories(folder);
+        std::filesystem::copy_file(TOOLKIT_TEST_INSTANCE_PROGRAM, folder / "tool");
+        return folder / "tool";
+    }
+
+    std::string Errors() const { return m_directory.ReadFile(L"errors"); }
+
+    static std::filesystem::path MakeDirectory(const std::filesystem::path& path)
+    {
+        std::filesystem::create_directory(path);
+        return path;
+    }
+
+    const TempDir m_directory;
+    const std::filesystem::path m_homePath = MakeDirectory(m_directory.Path() / "home");
+    const ScopedEnvironment m_home{"HOME", m_homePath};
+    std::list<Copy> m_copies;
+};
+
+TEST_F(SingleApplicationInstanceTest, TheFirstCopyIsAlone)
+{
+    EXPECT_FALSE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, TheSecondCopySeesTheFirst)
+{
+    EXPECT_FALSE(Start().SeesAnother());
+
+    EXPECT_TRUE(Start().SeesAnother());
+    EXPECT_TRUE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, ACopyThatHasEndedIsNotSeen)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+
+    first.Finish();
+
+    EXPECT_FALSE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, ACrashedCopyIsNotSeen)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+
+    first.Crash();
+
+    EXPECT_FALSE(Start().SeesAnother());
+    EXPECT_TRUE(Start().SeesAnother());
+    EXPECT_EQ(Errors(), "");
+}
+
+TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+    first.Crash();
+
+    // This test runs, and is no copy of the program.
+    const std::filesystem::path lockFile = m_homePath / first.UniqueName();
+    ASSERT_TRUE(std::filesystem::exists(lockFile));
+    std::ofstream(lockFile) << ::getpid();
+
+    EXPECT_FALSE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, OfCopiesThatStartAtOnceExactlyOneIsAlone)
+{
+    constexpr int rounds = 60;
+    constexpr int copies = 3;
+    for (int round = 0; round < rounds; ++round) {
+        for (int copy = 0; copy < copies; ++copy)
+            Prepare();
+        for (const Copy& copy : m_copies)
+            copy.Go();
+
+        int alone = 0;
+        for (Copy& copy : m_copies)
+            alone += copy.SeesAnother() ? 0 : 1;
+        EXPECT_EQ(alone, 1) << "in round " << round;
+        m_copies.clear();
+    }
+}
+
+TEST_F(SingleApplicationInstanceTest, TheSameProgramInAnotherDirectoryIsNotSeen)
+{
+    EXPECT_FALSE(Start(Install(m_directory.Path() / "one")).SeesAnother());
+
+    EXPECT_FALSE(Start(Install(m_directory.Path() / "other")).SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, ANameTooLongForAFileIsOneAllTheSame)
+{
+    const std::string part(100, 'x');
+    const std::filesystem::path folder = m_directory.Path() / part / part / part;
+    const std::filesystem::path first = Install(folder / "first");
+    const std::filesystem::path second = Install(folder / "second");
+
+    EXPECT_FALSE(Start(first).SeesAnother());
+    EXPECT_TRUE(Start(first).SeesAnother());
+    EXPECT_FALSE(Start(second).SeesAnother());
+    EXPECT_EQ(Errors(), "");
+}
+
+TEST_F(SingleApplicationInstanceTest, ProgramsOutsideAsciiSeeEachOther)
+{
+    const std::filesystem::path program = Install(m_directory.Path() / "gr\xC3\xBC\xC3\x9F");
+
+    EXPECT_FALSE(Start(program).SeesAnother());
+    EXPECT_TRUE(Start(program).SeesAnother());
+    EXPECT_EQ(Errors(), "");
+}
+
+TEST_F(SingleApplicationInstanceTest, WithoutAPlaceForTheLockNobodyIsSeenNorAnythingSaid)
+{
+    m_directory.WriteFile(L"file", "");
+    for (const std::filesystem::path& home :
+         {m_directory.Path() / "file", std::filesystem::path("/proc")}) {
+        SCOPED_TRACE(home);
+        const ScopedEnvironment scopedHome("HOME", home);
+        EXPECT_FALSE(Start().SeesAnother());
+        EXPECT_FALSE(Start().SeesAnother());
+        m_copies.clear();
+        EXPECT_EQ(Errors(), "");
+    }
+}
+
+TEST_F(SingleApplicationInstanceTest, ALinkInTheLocksPlaceIsNotFollowed)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+    first.Finish();
+    const std::filesystem::path lockFile = m_homePath / ("." + first.UniqueName() + ".lock");
+    ASSERT_TRUE(std::filesystem::remove(lockFile));
+    std::filesystem::create_symlink(m_directory.Path() / "target", lockFile);
+
+    EXPECT_FALSE(Start().SeesAnother());
+
+    EXPECT_FALSE(std::filesystem::exists(m_directory.Path() / "target"));
+}
+
+TEST_F(SingleApplicationInstanceTest, ObjectsOfOneProcessAreOneInstance)
+{
+    PathManager::CreateInstance();
+    auto first = std::make_unique<SingleApplicationInstance>();
+
+    const SingleApplicationInstance second;
+
+    EXPECT_FALSE(first->IsAlreadyRunning());
+    EXPECT_FALSE(second.IsAlreadyRunning());
+    first.reset();
+    EXPECT_FALSE(SingleApplicationInstance().IsAlreadyRunning());
+    PathManager::ReleaseInstance();
+}
+
+TEST_F(SingleApplicationInstanceTest, WithoutAPathManagerNobodyIsSeen)
+{
+    EXPECT_FALSE(SingleApplicationInstance().IsAlreadyRunning());
+    EXPECT_TRUE(std::filesystem::is_empty(m_homePath));
+}
+
+TEST_F(SingleApplicationInstanceTest, ACopyOfThePointerKeepsTheLock)
+{
+    PathManager::CreateInstance();
+    SingleApplicationInstance::CreateInstance();
+    const smart_ptr<SingleApplicationInstance> copy = SingleApplicationInstance::GetInstance();
+
+    SingleApplicationInstance::ReleaseInstance();
+
+    EXPECT_EQ(SingleApplicationInstance::s_pInstance, nullptr);
+    EXPECT_FALSE(copy->IsAlreadyRunning());
+    PathManager::ReleaseInstance();
+}
+
+} // namespace
+} // namespace Toolkit
