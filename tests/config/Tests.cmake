@@ -1,0 +1,2 @@
+toolkit_test(config/CmdLineParserTest.cpp)
+toolkit_test(config/CmdLineReferenceTest.cpp)

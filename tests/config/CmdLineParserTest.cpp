@@ -1,0 +1,317 @@
+#include "toolkit/config/CmdLineParser.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using testing::ElementsAre;
+using Tokens = std::vector<TString<wchar_t>>;
+
+Tokens Tokenized(const TString<wchar_t>& line)
+{
+    Tokens tokens{L"old"};
+    CmdLineParser::Tokenize(line, tokens);
+    return tokens;
+}
+
+class CmdLineParserTest : public testing::Test {
+protected:
+    // Parses `arguments` with the options -v and -file, of which the second is required.
+    bool Parse(std::vector<const wchar_t*> arguments)
+    {
+        CmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
+        EXPECT_TRUE(parser.AddOption(m_v));
+        EXPECT_TRUE(parser.AddOption(m_file));
+        return parser.Parse();
+    }
+
+    smart_ptr<CmdLineOption> m_v = new CmdLineOption(L"v", false);
+    smart_ptr<CmdLineOption> m_file = new CmdLineOption(L"file", true);
+};
+
+TEST_F(CmdLineParserTest, ConstantsAreBlankAndTabDashAndQuote)
+{
+    EXPECT_EQ(CmdLineParser::c_strSeparators, L" \t");
+    EXPECT_EQ(CmdLineParser::c_strIdentifiers, L"-");
+    EXPECT_EQ(CmdLineParser::c_strDelimiters, L"\"");
+}
+
+TEST_F(CmdLineParserTest, TokensAreSeparatedByBlanksAndTabsAlone)
+{
+    const std::pair<const wchar_t*, Tokens> cases[] = {
+        {L"", {}},
+        {L" ", {}},
+        {L" \t \t", {}},
+        {L"a", {L"a"}},
+        {L"  a  b\tc ", {L"a", L"b", L"c"}},
+        {L"a\nb\rc\vd e\u00A0f", {L"a\nb\rc\vd", L"e\u00A0f"}}};
+    for (const auto& [line, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(line));
+        EXPECT_EQ(Tokenized(line), expected);
+    }
+}
+
+TEST_F(CmdLineParserTest, QuotesEncloseATokenThatTheyBegin)
+{
+    const std::pair<const wchar_t*, Tokens> cases[] = {
+        {L"  a  \"b c\"   d", {L"a", L"b c", L"d"}},
+        {L"\"\"", {L""}},
+        {L"\"\" \"\"", {L"", L""}},
+        {L"\"ab\"cd", {L"ab", L"cd"}},
+        {L"\"ab\"\"cd\"", {L"ab", L"cd"}},
+        {L"\"ab\"cd\"e f\"", {L"ab", L"cd\"e", L"f\""}},
+        {L"\" \ta b \"", {L" \ta b "}},
+        {L"\"a\\\"b", {L"a\\", L"b"}}};
+    for (const auto& [line, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(line));
+        EXPECT_EQ(Tokenized(line), expected);
+    }
+}
+
+TEST_F(CmdLineParserTest, QuoteInsideATokenIsAnOrdinaryCharacter)
+{
+    EXPECT_THAT(Tokenized(L"a\"b c\""), ElementsAre(L"a\"b", L"c\""));
+    EXPECT_THAT(Tokenized(L"-name=\"a b\""), ElementsAre(L"-name=\"a", L"b\""));
+}
+
+TEST_F(CmdLineParserTest, UnterminatedQuoteEndsTheLine)
+{
+    EXPECT_THAT(Tokenized(L"x \"y z"), ElementsAre(L"x"));
+    EXPECT_THAT(Tokenized(L"x \""), ElementsAre(L"x"));
+    EXPECT_THAT(Tokenized(L"\"x\"\"y z"), ElementsAre(L"x"));
+}
+
+TEST_F(CmdLineParserTest, TokensMayHoldNullCharacters)
+{
+    EXPECT_THAT(Tokenized(std::wstring(L"a\0b c", 5)), ElementsAre(std::wstring(L"a\0b", 3), L"c"));
+}
+
+TEST_F(CmdLineParserTest, OptionsAreDefinedAndTakeTheTokenBehindThem)
+{
+    EXPECT_TRUE(Parse({L"tool", L"-v", L"-file", L"x.txt"}));
+    EXPECT_TRUE(m_v->IsDefined());
+    EXPECT_EQ(m_v->GetValue(), L"");
+    EXPECT_TRUE(m_file->IsDefined());
+    EXPECT_EQ(m_file->GetValue(), L"x.txt");
+}
+
+TEST_F(CmdLineParserTest, MissingRequiredOptionFails)
+{
+    EXPECT_FALSE(Parse({L"-v"}));
+    EXPECT_TRUE(m_v->IsDefined());
+    EXPECT_FALSE(m_file->IsDefined());
+}
+
+TEST_F(CmdLineParserTest, OnlyTheFirstTokenBehindAnOptionIsItsValue)
+{
+    EXPECT_TRUE(Parse({L"stray", L"-file", L"first", L"second", L"-v", L"yes", L"third"}));
+    EXPECT_EQ(m_file->GetValue(), L"first");
+    EXPECT_EQ(m_v->GetValue(), L"yes");
+}
+
+TEST_F(CmdLineParserTest, LastValueOfARepeatedOptionCounts)
+{
+    EXPECT_TRUE(Parse({L"-file", L"first", L"-file", L"second", L"-file"}));
+    EXPECT_EQ(m_file->GetValue(), L"second");
+}
+
+TEST_F(CmdLineParserTest, ValueOfAnUnknownOptionIsIgnored)
+{
+    EXPECT_TRUE(Parse({L"-file", L"-other", L"x.txt"}));
+    EXPECT_TRUE(m_file->IsDefined());
+    EXPECT_EQ(m_file->GetValue(), L"");
+}
+
+TEST_F(CmdLineParserTest, EmptyTokenIsAValue)
+{
+    m_file->SetValue(L"old");
+
+    EXPECT_TRUE(Parse({L"-file", L"", L"x.txt"}));
+    EXPECT_EQ(m_file->GetValue(), L"");
+}
+
+TEST_F(CmdLineParserTest, NamesAreComparedAsTheyAreTyped)
+{
+    for (const wchar_t* const argument : {L"-V", L"--v", L"v", L"-v=1", L"-", L" -v", L"-v "}) {
+        SCOPED_TRACE(testing::PrintToString(argument));
+        Parse({argument});
+        EXPECT_FALSE(m_v->IsDefined());
+    }
+}
+
+TEST_F(CmdLineParserTest, ExactlyOneDashIsRemoved)
+{
+    const smart_ptr<CmdLineOption> dashed(new CmdLineOption(L"-x", false));
+    const smart_ptr<CmdLineOption> nameless(new CmdLineOption(L"", false));
+    CmdLineParser parser(TString<wchar_t>(L"--x - value"));
+    parser.AddOption(dashed);
+    parser.AddOption(nameless);
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_TRUE(dashed->IsDefined());
+    EXPECT_EQ(nameless->GetValue(), L"value");
+}
+
+TEST_F(CmdLineParserTest, RegisteredNamesAreLowered)
+{
+    const smart_ptr<CmdLineOption> verbose(new CmdLineOption(L"Verbose", false));
+    EXPECT_EQ(verbose->GetName(), L"verbose");
+    for (const auto& [line, expected] :
+         {std::pair(L"-Verbose", false), std::pair(L"-verbose", true)}) {
+        CmdLineParser parser{TString<wchar_t>(line)};
+        parser.AddOption(verbose);
+        parser.Parse();
+        EXPECT_EQ(verbose->IsDefined(), expected);
+    }
+}
+
+TEST_F(CmdLineParserTest, NegativeNumberIsAnOption)
+{
+    const smart_ptr<CmdLineOption> five(new CmdLineOption(L"5", false));
+    CmdLineParser parser(TString<wchar_t>(L"-file -5"));
+    parser.AddOption(m_file);
+    parser.AddOption(five);
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_TRUE(five->IsDefined());
+    EXPECT_EQ(m_file->GetValue(), L"");
+}
+
+TEST_F(CmdLineParserTest, EqualsSignBelongsToTheName)
+{
+    const smart_ptr<CmdLineOption> literal(new CmdLineOption(L"file=x", false));
+    CmdLineParser parser(TString<wchar_t>(L"-file=x"));
+    parser.AddOption(m_file);
+    parser.AddOption(literal);
+
+    EXPECT_FALSE(parser.Parse());
+    EXPECT_TRUE(literal->IsDefined());
+    EXPECT_FALSE(m_file->IsDefined());
+}
+
+TEST_F(CmdLineParserTest, EmptyAndRepeatedOptionsAreRefused)
+{
+    CmdLineParser parser(TString<wchar_t>(L"-v"));
+
+    EXPECT_FALSE(parser.AddOption(smart_ptr<CmdLineOption>()));
+    EXPECT_TRUE(parser.AddOption(m_v));
+    EXPECT_FALSE(parser.AddOption(m_v));
+    EXPECT_FALSE(parser.AddOption(new CmdLineOption(L"V", true)));
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_TRUE(m_v->IsDefined());
+}
+
+TEST_F(CmdLineParserTest, ParsingAgainKeepsWhatOptionsHold)
+{
+    CmdLineParser parser(TString<wchar_t>(L"-v"));
+    parser.AddOption(m_v);
+    parser.AddOption(m_file);
+    EXPECT_FALSE(parser.Parse());
+    m_file->SetDefined();
+    m_file->SetValue(L"kept");
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_EQ(m_file->GetValue(), L"kept");
+}
+
+TEST_F(CmdLineParserTest, OptionsKeepTheirStates)
+{
+    CmdLineOption option(L"Name", true);
+    EXPECT_FALSE(option.IsDefined());
+    EXPECT_TRUE(option.IsRequired());
+    EXPECT_EQ(option.GetValue(), L"");
+
+    option.SetValue(L"value");
+    EXPECT_FALSE(option.IsDefined());
+    option.SetDefined();
+    EXPECT_TRUE(option.IsDefined());
+    EXPECT_EQ(option.GetValue(), L"value");
+}
+
+TEST_F(CmdLineParserTest, ArgumentsAreTakenAsTheyAre)
+{
+    EXPECT_TRUE(Parse({L"-file", L" \"a b\" "}));
+    EXPECT_EQ(m_file->GetValue(), L" \"a b\" ");
+}
+
+TEST_F(CmdLineParserTest, NarrowArgumentsAreUtf8)
+{
+    std::array<const char*, 3> arguments = {"tool", "-file", "caf\xC3\xA9 \xF0\x9F\x98\x80"};
+    CmdLineParser parser(3, arguments.data());
+    parser.AddOption(m_file);
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_EQ(m_file->GetValue(), L"caf\u00E9 \U0001F600");
+}
+
+TEST_F(CmdLineParserTest, NarrowArgumentInBrokenUtf8IsEmpty)
+{
+    std::array<const char*, 2> arguments = {"-file", "caf\xE9"};
+    m_file->SetValue(L"old");
+    CmdLineParser parser(2, arguments.data());
+    parser.AddOption(m_file);
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_EQ(m_file->GetValue(), L"");
+}
+
+TEST_F(CmdLineParserTest, ArgumentsOfMainAreTakenToo)
+{
+    char narrowOption[] = "-file";
+    char narrowValue[] = "x";
+    char* narrow[] = {narrowOption, narrowValue, nullptr};
+    wchar_t wideOption[] = L"-v";
+    wchar_t* wide[] = {wideOption, nullptr};
+    CmdLineParser narrowParser(2, narrow);
+    CmdLineParser wideParser(1, wide);
+    narrowParser.AddOption(m_file);
+    wideParser.AddOption(m_v);
+
+    EXPECT_TRUE(narrowParser.Parse() && wideParser.Parse());
+    EXPECT_EQ(m_file->GetValue(), L"x");
+    EXPECT_TRUE(m_v->IsDefined());
+}
+
+TEST_F(CmdLineParserTest, CountsAndVectorsThatDisagreeAreHarmless)
+{
+    const char* arguments[] = {"-v", nullptr, "-file"};
+    CmdLineParser cutShort(3, arguments);
+    CmdLineParser negative(-1, arguments);
+    CmdLineParser missing(3, static_cast<const char**>(nullptr));
+    for (CmdLineParser* const parser : {&cutShort, &negative, &missing})
+        parser->AddOption(m_v);
+
+    EXPECT_TRUE(negative.Parse() && missing.Parse());
+    EXPECT_FALSE(m_v->IsDefined());
+    EXPECT_TRUE(cutShort.Parse());
+    EXPECT_TRUE(m_v->IsDefined());
+}
+
+TEST_F(CmdLineParserTest, OneTextIsTokenized)
+{
+    CmdLineParser parser(TString<wchar_t>(L"tool -v  -file \"a b\" c"));
+    parser.AddOption(m_v);
+    parser.AddOption(m_file);
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_TRUE(m_v->IsDefined());
+    EXPECT_EQ(m_file->GetValue(), L"a b");
+}
+
+TEST_F(CmdLineParserTest, OneNarrowTextIsUtf8)
+{
+    CmdLineParser parser(TString<char>("-file \"\xE6\x96\x87 \xE5\xAD\x97\""));
+    parser.AddOption(m_file);
+
+    EXPECT_TRUE(parser.Parse());
+    EXPECT_EQ(m_file->GetValue(), L"\u6587 \u5B57");
+}
+
+} // namespace
+} // namespace Toolkit

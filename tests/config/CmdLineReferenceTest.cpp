@@ -1,0 +1,82 @@
+// Compares the tokens of random command lines with a character by character reading of the rules.
+
+#include "toolkit/config/CmdLineParser.h"
+
+#include "support/RandomText.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::RandomText;
+
+// Reads a line from left to right, a character at a time.
+class ReferenceTokenizer {
+public:
+    std::vector<std::wstring> Read(const std::wstring& line)
+    {
+        for (const wchar_t character : line)
+            Take(character);
+        if (m_state == State::Plain)
+            m_tokens.push_back(m_token);
+        return m_tokens;
+    }
+
+private:
+    enum class State { Between, Plain, Quoted };
+
+    void Take(wchar_t character)
+    {
+        const bool separates = character == L' ' || character == L'\t';
+        switch (m_state) {
+        case State::Between:
+            if (character == L'"')
+                m_state = State::Quoted;
+            else if (!separates)
+                Begin(character);
+            break;
+        case State::Plain:
+            separates ? End() : m_token.push_back(character);
+            break;
+        case State::Quoted:
+            character == L'"' ? End() : m_token.push_back(character);
+            break;
+        }
+    }
+
+    void Begin(wchar_t character)
+    {
+        m_state = State::Plain;
+        m_token.push_back(character);
+    }
+
+    void End()
+    {
+        m_tokens.push_back(m_token);
+        m_token.clear();
+        m_state = State::Between;
+    }
+
+    State m_state = State::Between;
+    std::wstring m_token;
+    std::vector<std::wstring> m_tokens;
+};
+
+TEST(CmdLineReferenceTest, TokensOfRandomLinesAreTheSame)
+{
+    RandomText random(51);
+    std::vector<TString<wchar_t>> tokens;
+    for (int round = 0; round < 50000; ++round) {
+        const std::wstring line = random.Text<wchar_t>(L"  \t\"\"ab-\\\u00E9\n", 24);
+        CmdLineParser::Tokenize(line, tokens);
+        const std::vector<std::wstring> read(tokens.begin(), tokens.end());
+        ASSERT_EQ(read, ReferenceTokenizer().Read(line)) << testing::PrintToString(line);
+    }
+}
+
+} // namespace
+} // namespace Toolkit
