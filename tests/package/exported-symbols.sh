@@ -8,11 +8,12 @@ library=$1
 headers=$2
 export LC_ALL=C
 
-# The names behind TOOLKIT_API: classes, then functions (the word before the parenthesis).
+# The names behind TOOLKIT_API: classes, functions (the word before the parenthesis), constants.
 public_names() {
     find "$headers" -name '*.h' -exec cat {} + |
         sed -n -e 's/^ *\(template <.*> *\)\{0,1\}\(class\|struct\) TOOLKIT_API \([A-Za-z0-9_]*\).*/\3/p' \
-            -e 's/^.*TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\)(.*/\1/p' |
+            -e 's/^.*TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\)(.*/\1/p' \
+            -e 's/^extern TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\);.*/\1/p' |
         sort -u
 }
 

@@ -1,0 +1,233 @@
+#include "toolkit/encoding/QuotedPrintableCodec.Private.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace Toolkit::QuotedPrintableCodec {
+namespace {
+
+constexpr char c_hexDigits[] = "0123456789ABCDEF";
+constexpr char c_escape = '=';
+constexpr std::size_t c_escapeLength = 3;
+
+constexpr unsigned int c_delete = 0x7F;
+
+// Results pass through a buffer on the stack, which costs less than filling a text with zeros
+// first.
+constexpr std::size_t c_bufferLength = 1024;
+
+constexpr bool IsQuotedByte(unsigned int byte)
+{
+    constexpr char quoted[] = "\"(),/:;<=>?@[\\]";
+    const bool isListed =
+        std::find(quoted, std::end(quoted) - 1, static_cast<char>(byte)) != std::end(quoted) - 1;
+    return byte <= 0x20 || byte >= 0x80 || isListed;
+}
+
+// What is written for a byte: itself or its escape.
+struct Form {
+    char characters[c_escapeLength];
+    unsigned char length;
+};
+
+constexpr auto c_forms = [] {
+    std::array<Form, 256> forms{};
+    for (unsigned int byte = 0; byte < forms.size(); ++byte) {
+        if (IsQuotedByte(byte) || byte == c_delete)
+            forms[byte] = {{c_escape, c_hexDigits[byte >> 4], c_hexDigits[byte & 15]}, 3};
+        else
+            forms[byte] = {{static_cast<char>(byte), '\0', '\0'}, 1};
+    }
+    return forms;
+}();
+
+// Marks what is no digit. The digits are 0 to 16: "G" and "g" count as one.
+constexpr unsigned char c_noDigit = 0x80;
+
+constexpr auto c_digits = [] {
+    std::array<unsigned char, 256> digits{};
+    digits.fill(c_noDigit);
+    for (unsigned char value = 0; value < 10; ++value)
+        digits[static_cast<unsigned char>('0' + value)] = value;
+    for (unsigned char value = 10; value < 17; ++value) {
+        digits[static_cast<unsigned char>('A' + value - 10)] = value;
+        digits[static_cast<unsigned char>('a' + value - 10)] = value;
+    }
+    return digits;
+}();
+
+unsigned int Digit(char character)
+{
+    return c_digits[static_cast<unsigned char>(character)];
+}
+
+// How many of the eight characters at `code` stand before the first escape.
+inline std::size_t PlainLength(const char* code)
+{
+    constexpr std::uint64_t ones = 0x0101010101010101;
+
+    std::uint64_t word = 0;
+    for (unsigned int index = 0; index < 8; ++index)
+        word |= std::uint64_t{static_cast<unsigned char>(code[index])} << 8 * index;
+    const std::uint64_t difference = word ^ ones * static_cast<unsigned char>(c_escape);
+    // The lowest bit that is set belongs to the first byte that is zero.
+    const std::uint64_t zeros = (difference - ones) & ~difference & ones << 7;
+    return static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+}
+
+// Decodes the escape at `code`, of which two more characters follow, and moves behind it; behind
+// its first character when it is none.
+inline void DecodeEscape(const char*& code, char*& out)
+{
+    const unsigned int high = Digit(code[1]);
+    const unsigned int low = Digit(code[2]);
+    const bool isEscape = ((high | low) & c_noDigit) == 0;
+    *out = static_cast<char>(high * 16 + low);
+    out += isEscape ? 1 : 0;
+    code += isEscape ? c_escapeLength : 1;
+}
+
+// Decodes until the buffer is full or less than eight characters are left.
+char* DecodeIntoBuffer(const char*& code, const char* end, char* buffer)
+{
+    char* out = buffer;
+    char* const bufferEnd = buffer + c_bufferLength - 8;
+    while (end - code >= 8 && out <= bufferEnd) {
+        std::memcpy(out, code, 8);
+        const std::size_t plain = PlainLength(code);
+        code += plain;
+        out += plain;
+        if (plain < 8 && end - code >= 3)
+            DecodeEscape(code, out);
+        else if (plain < 8)
+            break;
+    }
+    return out;
+}
+
+// The last characters one by one: an escape that is cut short is copied as it is.
+char* DecodeEnd(const char*& code, const char* end, char* buffer)
+{
+    char* out = buffer;
+    while (code != end) {
+        if (*code == c_escape && end - code >= 3)
+            DecodeEscape(code, out);
+        else
+            *out++ = *code++;
+    }
+    return out;
+}
+
+// The first position at or before `position` that is not right behind an escape's first character.
+std::size_t BreakableBefore(const std::string& code, std::size_t position)
+{
+    while (position > 0 && code[position - 1] == c_escape)
+        --position;
+    return position;
+}
+
+using Positions = std::vector<std::size_t>;
+
+// Positions in `code` itself: each break that stands before moves the listed ones by its length.
+Positions RightwardBreaks(const std::string& code, std::size_t position, std::size_t lineLength)
+{
+    Positions breaks;
+    while (position < code.size()) {
+        breaks.push_back(BreakableBefore(code, position));
+        position = breaks.back() + lineLength - 1;
+    }
+    return breaks;
+}
+
+Positions LeftwardBreaks(const std::string& code, std::size_t position, std::size_t step)
+{
+    Positions breaks{BreakableBefore(code, position)};
+    while (breaks.back() >= step)
+        breaks.push_back(BreakableBefore(code, breaks.back() - step));
+    std::reverse(breaks.begin(), breaks.end());
+    return breaks;
+}
+
+Positions SoftBreaks(const std::string& code, std::uint32_t first, std::uint32_t lineLength)
+{
+    if (first >= code.size())
+        return {};
+    // The distance to the next position has 32 bits: beyond half of that it leads to the left, when
+    // there is room, and a distance of 0 or 1 would lead to the same position for ever.
+    const std::uint32_t distance = lineLength + 2;
+    if (distance <= 1)
+        return {BreakableBefore(code, first)};
+    if (distance > 0x80000000)
+        return LeftwardBreaks(code, first, 0u - distance);
+    return RightwardBreaks(code, first, lineLength);
+}
+
+} // namespace
+
+bool IsQuoted(char byte)
+{
+    const auto value = static_cast<unsigned char>(byte);
+    return c_forms[value].length > 1 && value != c_delete;
+}
+
+void AppendEncoded(std::string& code, const char* bytes, std::size_t length)
+{
+    constexpr std::size_t pieceLength = c_bufferLength / c_escapeLength;
+
+    // A form is copied with its length behind it, which the next one overwrites.
+    char buffer[c_bufferLength + sizeof(Form)];
+    while (length > 0) {
+        const std::size_t piece = std::min(length, pieceLength);
+        char* out = buffer;
+        for (std::size_t index = 0; index < piece; ++index) {
+            const Form& form = c_forms[static_cast<unsigned char>(bytes[index])];
+            std::memcpy(out, &form, sizeof form);
+            out += form.length;
+        }
+        code.append(buffer, out);
+        bytes += piece;
+        length -= piece;
+    }
+}
+
+void AppendDecoded(std::string& bytes, const char* code, std::size_t length)
+{
+    const char* const end = code + length;
+    // Here the two characters behind are looked for beyond the end, where there are none.
+    if (length == 1 && *code == c_escape)
+        return;
+
+    char buffer[c_bufferLength];
+    while (end - code >= 8) {
+        const char* const out = DecodeIntoBuffer(code, end, buffer);
+        bytes.append(static_cast<const char*>(buffer), out);
+    }
+    const char* const out = DecodeEnd(code, end, buffer);
+    bytes.append(static_cast<const char*>(buffer), out);
+}
+
+std::string WithSoftBreaks(const std::string& code, unsigned int firstLineLength,
+                           unsigned int lineLength)
+{
+    constexpr unsigned int shortestLine = 4;
+    constexpr char softBreak[] = "=\r\n";
+
+    if (lineLength < shortestLine)
+        return code;
+    const Positions breaks = SoftBreaks(code, firstLineLength - 1, lineLength);
+    std::string lines;
+    lines.reserve(code.size() + 3 * breaks.size());
+    std::size_t start = 0;
+    for (const std::size_t position : breaks) {
+        lines.append(code, start, position - start).append(softBreak);
+        start = position;
+    }
+    lines.append(code, start);
+    return lines;
+}
+
+} // namespace Toolkit::QuotedPrintableCodec

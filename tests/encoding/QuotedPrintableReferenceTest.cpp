@@ -1,0 +1,198 @@
+// Compares quoted-printable text with its rules done literally, on random texts and for every pair
+// of small line lengths, and what both understand alike with another library.
+
+#include "toolkit/encoding/QuotedPrintable.h"
+#include "toolkit/encoding/UTF8.h"
+
+#include "support/RandomText.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <gmime/gmime.h>
+#include <string>
+
+namespace Toolkit {
+namespace {
+
+using Testing::RandomText;
+using Wide = TString<wchar_t>;
+
+constexpr int c_rounds = 20000;
+
+// The set of 7-bit values that must be escaped, bit c & 7 of byte c >> 3.
+constexpr unsigned char c_quoted[16] = {0xFF, 0xFF, 0xFF, 0xFF, 0x05, 0x93, 0x00, 0xFC,
+                                        0x01, 0x00, 0x00, 0x38, 0x00, 0x00, 0x00, 0x00};
+
+bool IsQuoted(unsigned char byte)
+{
+    return byte >= 0x80 || (c_quoted[byte >> 3] >> (byte & 7) & 1) != 0;
+}
+
+Wide ReferenceEncode(const Wide& text)
+{
+    std::string code;
+    for (const char character : UTF8::ToUTF8(text)) {
+        const auto byte = static_cast<unsigned char>(character);
+        char escape[4];
+        std::snprintf(escape, sizeof escape, "=%02X", byte);
+        code += byte >= 0x7F || IsQuoted(byte) ? escape : std::string(1, character);
+    }
+    return {std::wstring(code.begin(), code.end())};
+}
+
+int ReferenceDigit(char character)
+{
+    const std::string digits = "0123456789ABCDEFG0123456789abcdefg";
+    const std::size_t index = digits.find(character);
+    return index == std::string::npos || character == '\0' ? -1 : static_cast<int>(index % 17);
+}
+
+Wide ReferenceDecode(const Wide& text)
+{
+    const std::string code = UTF8::ToUTF8(text);
+    std::string bytes;
+    for (std::size_t index = 0; index < code.size();) {
+        if (code[index] != '=' || code.size() - 2 <= index) {
+            bytes += code[index++];
+            continue;
+        }
+        const int high = ReferenceDigit(code.c_str()[index + 1]);
+        const int low = high < 0 ? -1 : ReferenceDigit(code.c_str()[index + 2]);
+        if (low >= 0)
+            bytes += static_cast<char>(high * 16 + low);
+        index += low >= 0 ? 3 : 1;
+    }
+    return UTF8::ToUNICODE(bytes);
+}
+
+// The insertions one after the other; they must end.
+Wide ReferenceLines(Wide result, std::uint32_t firstLineLength, std::uint32_t lineLength)
+{
+    if (lineLength < 4)
+        return result;
+    std::uint32_t position = firstLineLength - 1;
+    while (result.size() > position) {
+        while (position > 0 && result[position - 1] == L'=')
+            --position;
+        result.insert(position, L"=\r\n");
+        position = position + lineLength + 2;
+    }
+    return result;
+}
+
+Wide RandomLine(RandomText& random, std::size_t longest)
+{
+    switch (random.Number(0, 2)) {
+    case 0:
+        return random.Text(std::wstring(L"abc =é"), longest);
+    case 1:
+        return random.Text(std::wstring(L"=0123456789ABCDEFGHabcfgh\r\n"), longest);
+    default:
+        Wide text = random.Text(std::wstring(L"-"), longest);
+        for (wchar_t& character : text)
+            character = static_cast<wchar_t>(random.Number(0, 0x2FF));
+        return text;
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, RandomTextsAreEncodedAsByTheTables)
+{
+    RandomText random(1);
+    for (int round = 0; round < c_rounds; ++round) {
+        const Wide text = RandomLine(random, 1000);
+
+        ASSERT_EQ(QP::ToQP(text), ReferenceEncode(text));
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, EncodedTextsComeBack)
+{
+    RandomText random(2);
+    for (int round = 0; round < c_rounds; ++round) {
+        const Wide text = RandomLine(random, 1000);
+
+        ASSERT_EQ(QP::ToUNICODE(QP::ToQP(text)), UTF8::ToUNICODE(UTF8::ToUTF8(text)));
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, RandomTextsAreDecodedAsByTheTables)
+{
+    RandomText random(3);
+    for (int round = 0; round < 5 * c_rounds; ++round) {
+        const Wide code = RandomLine(random, round % 50);
+
+        ASSERT_EQ(QP::ToUNICODE(code), ReferenceDecode(code)) << UTF8::ToUTF8(code);
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, EveryByteHasToBeEncodedAsItsTableSays)
+{
+    for (int byte = 0; byte < 256; ++byte) {
+        const TString<char> text(static_cast<char>(byte));
+        EXPECT_EQ(QP::HasToBeQP(text, 1, 76, false), IsQuoted(static_cast<unsigned char>(byte)));
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, SoftBreaksOfEveryPairOfSmallLengths)
+{
+    RandomText random(4);
+    for (unsigned int first = 0; first <= 40; ++first) {
+        for (unsigned int line = 0; line <= 40; ++line) {
+            const Wide text = random.Text(std::wstring(L"a=é"), 60);
+            ASSERT_EQ(QP::ToQP(text, first, line),
+                      ReferenceLines(ReferenceEncode(text), first, line))
+                << first << " " << line;
+        }
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, SoftBreaksOfEnormousLengths)
+{
+    RandomText random(5);
+    for (int round = 0; round < c_rounds; ++round) {
+        const auto first = static_cast<unsigned int>(random.Number(-3, 60));
+        const unsigned int line = round % 10 == 0 ? random.Number(0x7FFFFFF0u, 0x8000000Fu)
+                                                  : random.Number(0xFFFFFFC0u, 0xFFFFFFFDu);
+        const Wide text = random.Text(std::wstring(L"a=é"), 60);
+
+        ASSERT_EQ(QP::ToQP(text, first, line), ReferenceLines(ReferenceEncode(text), first, line))
+            << first << " " << line;
+    }
+}
+
+std::string DecodedByAnotherLibrary(const std::string& code)
+{
+    GMimeEncoding decoder;
+    g_mime_encoding_init_decode(&decoder, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+    std::string bytes(g_mime_encoding_outlen(&decoder, code.size()), '\0');
+    bytes.resize(g_mime_encoding_flush(&decoder, code.data(), code.size(), bytes.data()));
+    return bytes;
+}
+
+TEST(QuotedPrintableReferenceTest, AnotherLibraryReadsWhatIsWritten)
+{
+    RandomText random(6);
+    for (int round = 0; round < c_rounds; ++round) {
+        const Wide text = random.Text(std::wstring(L"abc =\t\r\né\u20AC\U0001F600"), 300);
+        const std::string code = UTF8::ToUTF8(QP::ToQP(text));
+
+        ASSERT_EQ(DecodedByAnotherLibrary(code), UTF8::ToUTF8(text));
+    }
+}
+
+TEST(QuotedPrintableReferenceTest, AnotherLibraryReadsLinesWithSoftBreaks)
+{
+    RandomText random(7);
+    for (int round = 0; round < c_rounds; ++round) {
+        // Without escapes, since a break may stand inside of one.
+        const Wide text = random.Text(std::wstring(L"abcdefgh"), 300);
+        const std::string code = UTF8::ToUTF8(QP::ToQP(text, random.Number(1u, 80u), 76));
+
+        ASSERT_EQ(DecodedByAnotherLibrary(code), UTF8::ToUTF8(text));
+    }
+}
+
+} // namespace
+} // namespace Toolkit
