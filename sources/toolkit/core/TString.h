@@ -11,7 +11,8 @@
 /// `TString<wchar_t>` holds one code point per character; `TString<char>` carries byte-oriented
 /// text such as UTF-8. Every operation of the standard string is there. One value is used by one
 /// thread at a time.
-template <typename T> class TOOLKIT_API TString : public std::basic_string<T> {
+template <typename T>
+class TOOLKIT_API TString : public std::basic_string<T> {
 public:
     TString() = default;
 
@@ -76,27 +77,45 @@ public:
     void GetTokens(const TString& delimiters, std::vector<TString>& tokens, bool skipEmpty) const;
 };
 
-template <> TOOLKIT_API const TString<char>& TString<char>::Empty();
-template <> TOOLKIT_API const TString<wchar_t>& TString<wchar_t>::Empty();
-template <> TOOLKIT_API int TString<char>::compareNoCase(const TString& other) const;
-template <> TOOLKIT_API int TString<wchar_t>::compareNoCase(const TString& other) const;
-template <> TOOLKIT_API bool TString<char>::HasSubstring(const TString& needle) const;
-template <> TOOLKIT_API bool TString<wchar_t>::HasSubstring(const TString& needle) const;
+/// @cond Documented above; Doxygen takes specialisations for members that it does not know.
+template <>
+TOOLKIT_API const TString<char>& TString<char>::Empty();
+template <>
+TOOLKIT_API const TString<wchar_t>& TString<wchar_t>::Empty();
+template <>
+TOOLKIT_API int TString<char>::compareNoCase(const TString& other) const;
+template <>
+TOOLKIT_API int TString<wchar_t>::compareNoCase(const TString& other) const;
+template <>
+TOOLKIT_API bool TString<char>::HasSubstring(const TString& needle) const;
+template <>
+TOOLKIT_API bool TString<wchar_t>::HasSubstring(const TString& needle) const;
 
-template <> TOOLKIT_API TString<wchar_t>& TString<wchar_t>::Trim();
-template <> TOOLKIT_API TString<wchar_t>& TString<wchar_t>::ToLower();
-template <> TOOLKIT_API void TString<wchar_t>::Replace(const TString& from, const TString& to);
-template <> TOOLKIT_API unsigned int TString<wchar_t>::ToUint32() const;
-template <> TOOLKIT_API int TString<wchar_t>::ToInt32() const;
+template <>
+TOOLKIT_API TString<wchar_t>& TString<wchar_t>::Trim();
+template <>
+TOOLKIT_API TString<wchar_t>& TString<wchar_t>::ToLower();
+template <>
+TOOLKIT_API void TString<wchar_t>::Replace(const TString& from, const TString& to);
+template <>
+TOOLKIT_API unsigned int TString<wchar_t>::ToUint32() const;
+template <>
+TOOLKIT_API int TString<wchar_t>::ToInt32() const;
 template <>
 TOOLKIT_API void TString<wchar_t>::GetTokens(const TString& delimiters,
                                              std::vector<TString>& tokens, bool skipEmpty) const;
 
-template <> TString<char>& TString<char>::Trim() = delete;
-template <> TString<char>& TString<char>::ToLower() = delete;
-template <> void TString<char>::Replace(const TString& from, const TString& to) = delete;
-template <> unsigned int TString<char>::ToUint32() const = delete;
-template <> int TString<char>::ToInt32() const = delete;
+template <>
+TString<char>& TString<char>::Trim() = delete;
+template <>
+TString<char>& TString<char>::ToLower() = delete;
+template <>
+void TString<char>::Replace(const TString& from, const TString& to) = delete;
+template <>
+unsigned int TString<char>::ToUint32() const = delete;
+template <>
+int TString<char>::ToInt32() const = delete;
 template <>
 void TString<char>::GetTokens(const TString& delimiters, std::vector<TString>& tokens,
                               bool skipEmpty) const = delete;
+/// @endcond

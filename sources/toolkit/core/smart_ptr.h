@@ -11,13 +11,21 @@ namespace Toolkit {
 /// Releases the object of a `smart_ptr` with delete.
 class TOOLKIT_API smart_ptr_policy {
 public:
-    template <typename T> void Release(T* object) { delete object; }
+    template <typename T>
+    void Release(T* object)
+    {
+        delete object;
+    }
 };
 
 /// Releases the array of a `smart_ptr` with delete[].
 class TOOLKIT_API smart_ptr_array_policy {
 public:
-    template <typename T> void Release(T* array) { delete[] array; }
+    template <typename T>
+    void Release(T* array)
+    {
+        delete[] array;
+    }
 };
 
 /// What a count block tells when its object has been released. The library sets none.
@@ -30,7 +38,8 @@ public:
 };
 
 /// The count that all copies of one `smart_ptr` share.
-template <typename Policy> class TOOLKIT_API smart_ptr_inner_data {
+template <typename Policy>
+class TOOLKIT_API smart_ptr_inner_data {
 public:
     smart_ptr_inner_data() : count(1), lock(false), releaseListener(nullptr) {}
     ~smart_ptr_inner_data() { delete releaseListener; }
@@ -52,7 +61,8 @@ public:
 ///
 /// Two values each made from the same raw pointer do not share it, and release it twice: sharing is
 /// only ever made by copying a value.
-template <typename T, typename Policy = smart_ptr_policy> class TOOLKIT_API smart_ptr {
+template <typename T, typename Policy = smart_ptr_policy>
+class TOOLKIT_API smart_ptr {
 public:
     /// Takes `object` over, which may be null.
     smart_ptr(T* object = nullptr) : m_object(object), m_data(new smart_ptr_inner_data<Policy>()) {}
@@ -87,7 +97,7 @@ public:
     /// Whether there is an object.
     bool IsValid() const { return m_object != nullptr; }
 
-    /// The object; null when there is none, which callers who may hold nothing test first.
+    /// The object; null when there is none: who may hold nothing asks IsValid() first.
     T* operator->() const
     {
         ASSERT(IsValid());

@@ -8,8 +8,8 @@ namespace Toolkit {
 
 /// Hands every message of the framework's log on to the process-wide logger, as a line of its own.
 ///
-/// An application creates one after it has installed its logger and keeps it alive. Messages of
-/// worker threads arrive at once when the thread is a `Toolkit::Thread`; those of other threads
+/// An application creates one after the start of the library and keeps it until the stop. Messages
+/// of worker threads arrive at once when the thread is a `Toolkit::Thread`; those of other threads
 /// when the main thread flushes the framework's log, at the latest when the forwarder goes.
 class TOOLKIT_API WxLogForwarder : public wxLog {
 public:
@@ -20,8 +20,8 @@ public:
     ~WxLogForwarder() override;
 
 protected:
-    /// Writes "severity blank : wx : timestamp : message" on the process-wide logger; `timestamp`
-    /// counts seconds since 1970. Nothing is written while there is no process-wide logger.
+    /// Writes a line such as "1  : wx : 1000 : disk full" to the process-wide logger: severity,
+    /// `timestamp` in seconds since 1970, and `message`. Nothing is written while there is none.
     virtual void DoLog(unsigned long level, const wchar_t* message, long timestamp);
 
     /// Does nothing.
