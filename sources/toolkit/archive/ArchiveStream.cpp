@@ -1,0 +1,141 @@
+#include "toolkit/archive/ArchiveStream.Private.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/FileDescriptor.Private.h"
+
+#include <wx/wfstream.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fcntl.h>
+#include <utility>
+
+namespace Toolkit {
+namespace {
+
+constexpr wxFileOffset c_blockSize = 4096;
+
+// What stands for a file that cannot be opened.
+class UnreadableStream : public wxInputStream {
+public:
+    UnreadableStream() { Reset(wxSTREAM_READ_ERROR); }
+
+protected:
+    std::size_t OnSysRead(void* /*buffer*/, std::size_t /*size*/) override { return 0; }
+};
+
+std::unique_ptr<wxInputStream> OpenFileStream(const TString<wchar_t>& path)
+{
+    FileDescriptor file = FileDescriptor::OpenRegular(UTF8::ToUTF8(path), O_RDONLY);
+    std::FILE* const stream = file.IsOpen() ? ::fdopen(file.Get(), "rb") : nullptr;
+    if (!stream)
+        return std::make_unique<UnreadableStream>();
+    file.Release();
+    return std::make_unique<wxFFileInputStream>(stream);
+}
+
+} // namespace
+
+std::size_t EntryNameConverter::ToWChar(wchar_t* text, std::size_t textLength, const char* bytes,
+                                        std::size_t length) const
+{
+    const std::size_t converted = wxConvLocal.ToWChar(text, textLength, bytes, length);
+    return converted != wxCONV_FAILED ? converted
+                                      : wxConvISO8859_1.ToWChar(text, textLength, bytes, length);
+}
+
+std::size_t EntryNameConverter::FromWChar(char* bytes, std::size_t bytesLength, const wchar_t* text,
+                                          std::size_t length) const
+{
+    return wxConvLocal.FromWChar(bytes, bytesLength, text, length);
+}
+
+wxMBConv* EntryNameConverter::Clone() const
+{
+    return new EntryNameConverter(*this);
+}
+
+std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& path)
+{
+    std::unique_ptr<wxInputStream> file = OpenFileStream(path);
+    const bool isOpen = file->IsOk();
+    auto archive = std::make_unique<ArchiveStream>(file.release());
+    if (!isOpen)
+        archive->Reset(wxSTREAM_READ_ERROR);
+    return archive;
+}
+
+ArchiveStream::ArchiveStream(wxInputStream* stream)
+    : wxZipInputStream(stream, EntryNameConverterOwner::converter)
+{
+}
+
+std::string_view ArchiveStream::Ahead() const
+{
+    return std::string_view(m_ahead).substr(m_aheadBegin);
+}
+
+bool ArchiveStream::LookAhead()
+{
+    if (!IsOk() || m_errorBehind != wxSTREAM_NO_ERROR)
+        return false;
+    const wxFileOffset left = GetLength() - wxZipInputStream::OnSysTell();
+    if (left <= 0)
+        return false;
+
+    m_ahead.erase(0, m_aheadBegin);
+    m_aheadBegin = 0;
+    // The looks grow with what has been seen, so that a long line is not copied over and over.
+    const std::size_t oldSize = m_ahead.size();
+    const auto wanted = std::max(c_blockSize, static_cast<wxFileOffset>(oldSize));
+    const auto size = static_cast<std::size_t>(std::min(left, wanted));
+    m_ahead.resize(oldSize + size);
+    const std::size_t count = wxZipInputStream::OnSysRead(m_ahead.data() + oldSize, size);
+    m_ahead.resize(oldSize + count);
+    m_errorBehind = GetLastError();
+    Reset();
+    return count > 0;
+}
+
+void ArchiveStream::Skip(std::size_t count)
+{
+    m_aheadBegin += count;
+}
+
+void ArchiveStream::TakeBackUnread()
+{
+    if (m_wbackcur >= m_wbacksize)
+        return;
+    m_ahead.replace(0, m_aheadBegin, m_wback + m_wbackcur, m_wbacksize - m_wbackcur);
+    m_aheadBegin = 0;
+    m_wbackcur = m_wbacksize;
+}
+
+bool ArchiveStream::CloseEntry()
+{
+    m_ahead.clear();
+    m_aheadBegin = 0;
+    m_errorBehind = wxSTREAM_NO_ERROR;
+    return wxZipInputStream::CloseEntry();
+}
+
+std::size_t ArchiveStream::OnSysRead(void* buffer, std::size_t size)
+{
+    if (!IsOk() || size == 0)
+        return 0;
+    if (m_aheadBegin < m_ahead.size()) {
+        const std::size_t count = m_ahead.copy(static_cast<char*>(buffer), size, m_aheadBegin);
+        Skip(count);
+        return count;
+    }
+    if (m_errorBehind == wxSTREAM_NO_ERROR)
+        return wxZipInputStream::OnSysRead(buffer, size);
+    m_lasterror = std::exchange(m_errorBehind, wxSTREAM_NO_ERROR);
+    return 0;
+}
+
+wxFileOffset ArchiveStream::OnSysTell() const
+{
+    return wxZipInputStream::OnSysTell() - static_cast<wxFileOffset>(m_ahead.size() - m_aheadBegin);
+}
+
+} // namespace Toolkit

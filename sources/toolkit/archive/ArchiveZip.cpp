@@ -1,0 +1,112 @@
+#include "toolkit/archive/ArchiveZip.h"
+
+#include "toolkit/archive/ArchiveStream.Private.h"
+#include "toolkit/core/Assert.h"
+#include "toolkit/logging/Log.h"
+#include "toolkit/threading/FrameworkSilence.Private.h"
+
+#include <memory>
+
+namespace Toolkit {
+namespace {
+
+// The line numbers that readers of the log know the two failures by.
+constexpr int c_cannotReadLine = 96;
+constexpr int c_notValidLine = 103;
+
+// Selects names by their beginning.
+class NameFilter {
+public:
+    explicit NameFilter(const TString<wchar_t>& filter)
+    {
+        if (filter != L"*.*")
+            m_prefix = filter.substr(0, filter.rfind(L'*'));
+    }
+
+    bool Selects(const TString<wchar_t>& name) const
+    {
+        return TString<wchar_t>(name.substr(0, m_prefix.size())).compareNoCase(m_prefix) == 0;
+    }
+
+private:
+    TString<wchar_t> m_prefix;
+};
+
+bool IsOfType(const wxZipEntry& entry, ArchiveEntriesFlags::ArchiveEntriesType type)
+{
+    if ((type & ArchiveEntriesFlags::DirectoriesOnly) && !entry.IsDir())
+        return false;
+    return !((type & ArchiveEntriesFlags::FilesOnly) && entry.IsDir());
+}
+
+TString<wchar_t> NameOf(const wxZipEntry& entry)
+{
+    const wxString name = entry.GetName();
+    return std::wstring(name.wx_str(), name.length());
+}
+
+} // namespace
+
+ArchiveZip::ArchiveZip() = default;
+
+ArchiveZip::~ArchiveZip()
+{
+    Close();
+}
+
+void ArchiveZip::Open(const TString<wchar_t>& path)
+{
+    const FrameworkSilence silence;
+    if (m_stream.IsValid())
+        Close();
+    m_stream = new ZipInputStream(ArchiveStream::OpenFile(path).release());
+}
+
+void ArchiveZip::Close()
+{
+    if (m_stream.IsValid())
+        m_stream = nullptr;
+}
+
+int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
+                            ArchiveEntriesFlags::ArchiveEntriesType type)
+{
+    const FrameworkSilence silence;
+    entries.clear();
+    if (!m_stream.IsValid() || !m_stream->IsOk()) {
+        TOOLKIT_LOG_AT_LINE(SeverityError, c_notValidLine)
+            << L"  archive is not valid! " << ILogger::c_strLogToken3;
+        ASSERT(false);
+        return -1;
+    }
+    if (!m_stream->CanRead()) {
+        TOOLKIT_LOG_AT_LINE(SeverityError, c_cannotReadLine)
+            << L"  archive format can't be read! " << ILogger::c_strLogToken3;
+        ASSERT(false);
+        return -1;
+    }
+
+    const NameFilter names(filter);
+    wxZipInputStream* const stream = *m_stream;
+    while (const std::unique_ptr<wxZipEntry> entry{stream->GetNextEntry()}) {
+        TString<wchar_t> name = NameOf(*entry);
+        if (IsOfType(*entry, type) && names.Selects(name) && entries.find(name) == entries.end())
+            entries.emplace(std::move(name), new ArchiveZipEntry(*entry));
+    }
+    return static_cast<int>(entries.size());
+}
+
+smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZipEntry>& entry)
+{
+    const FrameworkSilence silence;
+    if (!m_stream.IsValid() || !entry.IsValid())
+        return m_stream;
+    wxZipInputStream* const stream = *m_stream;
+    // An error of one entry must not keep the others from being read.
+    stream->Reset();
+    const bool isOpen = stream->OpenEntry(*entry);
+    ASSERT(isOpen);
+    return m_stream;
+}
+
+} // namespace Toolkit

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+
+#include <wx/zipstrm.h>
+
+namespace Toolkit {
+
+/// One entry of a Zip archive, as the archive's directory describes it. Everything is read through
+/// the framework's class.
+///
+/// Names and sizes are those that the archive claims: a name may be absolute or hold "..", so a
+/// program that extracts checks where it leads.
+class TOOLKIT_API ArchiveZipEntry : public wxZipEntry {
+public:
+    /// A copy of `entry`.
+    ArchiveZipEntry(const wxZipEntry& entry);
+    ~ArchiveZipEntry() override;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,126 @@
+#include "toolkit/archive/ArchiveStream.Private.h"
+#include "toolkit/archive/EntryTextReader.Private.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
+
+#include <wx/txtstrm.h>
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+namespace Toolkit::EntryTextReader {
+namespace {
+
+constexpr const wchar_t* c_separators = L" \t";
+
+// A piece of text among the bytes that come next.
+struct Span {
+    std::size_t begin;
+    std::size_t end;
+};
+
+TString<wchar_t> ToText(const wxString& text)
+{
+    return std::wstring(text.wx_str(), text.length());
+}
+
+bool IsLineEnd(char byte)
+{
+    return byte == '\n' || byte == '\r';
+}
+
+bool IsBlankOrLineEnd(char byte)
+{
+    return byte == ' ' || byte == '\t' || IsLineEnd(byte);
+}
+
+// Whether a text that begins with `byte` may begin with a byte-order mark.
+bool MayBeginMark(char byte)
+{
+    return byte == '\xEF' || byte == '\xFE' || byte == '\xFF' || byte == '\0';
+}
+
+bool IsPlainAscii(char byte)
+{
+    return byte > 0;
+}
+
+// The line that comes next; nothing when its end is not in sight.
+std::optional<Span> FindLine(std::string_view bytes)
+{
+    const auto end = std::find_if(bytes.begin(), bytes.end(), IsLineEnd);
+    if (end == bytes.end())
+        return std::nullopt;
+    return Span{0, static_cast<std::size_t>(end - bytes.begin())};
+}
+
+// The word that comes next, behind blanks and line ends.
+std::optional<Span> FindWord(std::string_view bytes)
+{
+    const auto begin = std::find_if_not(bytes.begin(), bytes.end(), IsBlankOrLineEnd);
+    const auto end = std::find_if(begin, bytes.end(), IsBlankOrLineEnd);
+    if (end == bytes.end())
+        return std::nullopt;
+    return Span{static_cast<std::size_t>(begin - bytes.begin()),
+                static_cast<std::size_t>(end - bytes.begin())};
+}
+
+// Looks ahead until `find` finds what it wants, and one byte more: whether a line feed belongs to a
+// carriage return is seen behind it.
+template <typename Find>
+std::optional<Span> Locate(ArchiveStream& stream, Find find)
+{
+    while (true) {
+        const std::string_view ahead = stream.Ahead();
+        const std::optional<Span> span = find(ahead);
+        const bool isUndecided = span && ahead[span->end] == '\r' && span->end + 1 == ahead.size();
+        if (span && !isUndecided)
+            return span;
+        if (!stream.LookAhead())
+            return std::nullopt;
+    }
+}
+
+// Reads a piece of plain text with the separator behind it; false, with nothing read, when the
+// framework's reader has to do it.
+template <typename Find>
+bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
+{
+    auto* const stream = dynamic_cast<ArchiveStream*>(&anyStream);
+    if (!stream || !stream->IsOk())
+        return false;
+    stream->TakeBackUnread();
+    const std::optional<Span> span = Locate(*stream, find);
+    if (!span)
+        return false;
+
+    const std::string_view ahead = stream->Ahead();
+    const std::string_view bytes = ahead.substr(span->begin, span->end - span->begin);
+    // The framework's reader decodes the character behind a carriage return, with all that comes of
+    // one that is cut off.
+    const bool hidesMore = ahead[span->end] == '\r' && !IsPlainAscii(ahead[span->end + 1]);
+    if (hidesMore || MayBeginMark(ahead.front()) || bytes.find('\0') != std::string_view::npos ||
+        !Utf8Codec::AppendDecoded(text, bytes.data(), bytes.size()))
+        return false;
+    const bool isPair = ahead.compare(span->end, 2, "\r\n") == 0;
+    stream->Skip(span->end + (isPair ? 2 : 1));
+    return true;
+}
+
+} // namespace
+
+void ReadWord(wxZipInputStream& stream, TString<wchar_t>& word)
+{
+    word.clear();
+    if (!ReadPlain(stream, word, FindWord))
+        word = ToText(wxTextInputStream(stream, c_separators).ReadWord());
+}
+
+void ReadLine(wxZipInputStream& stream, TString<wchar_t>& line)
+{
+    line.clear();
+    if (!ReadPlain(stream, line, FindLine))
+        line = ToText(wxTextInputStream(stream, c_separators).ReadLine());
+}
+
+} // namespace Toolkit::EntryTextReader

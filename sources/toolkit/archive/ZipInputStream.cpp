@@ -1,0 +1,82 @@
+#include "toolkit/archive/ZipInputStream.h"
+
+#include "toolkit/archive/EntryTextReader.Private.h"
+#include "toolkit/threading/FrameworkSilence.Private.h"
+
+#include <wx/zipstrm.h>
+
+namespace Toolkit {
+
+ZipInputStream::ZipInputStream(wxZipInputStream* stream) : InputStream(nullptr)
+{
+    m_stream = stream;
+}
+
+ZipInputStream::~ZipInputStream()
+{
+    const FrameworkSilence silence;
+    delete Stream();
+    m_stream = nullptr;
+}
+
+wxZipInputStream* ZipInputStream::Stream() const
+{
+    return static_cast<wxZipInputStream*>(m_stream);
+}
+
+ZipInputStream::operator wxZipInputStream*() const
+{
+    return Stream();
+}
+
+bool ZipInputStream::CanRead() const
+{
+    const FrameworkSilence silence;
+    return Stream() && Stream()->CanRead();
+}
+
+bool ZipInputStream::IsOk() const
+{
+    return Stream() && Stream()->IsOk();
+}
+
+ZipInputStream& ZipInputStream::operator>>(TString<wchar_t>& word)
+{
+    const FrameworkSilence silence;
+    word.clear();
+    if (Stream())
+        EntryTextReader::ReadWord(*Stream(), word);
+    return *this;
+}
+
+bool ZipInputStream::ReadLine(TString<wchar_t>& line)
+{
+    const FrameworkSilence silence;
+    line.clear();
+    if (!Stream())
+        return false;
+    EntryTextReader::ReadLine(*Stream(), line);
+    if (Stream()->GetLastError() == wxSTREAM_NO_ERROR)
+        return true;
+    line.clear();
+    return false;
+}
+
+void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
+{
+    constexpr std::size_t blockSize = 64 * 1024;
+
+    const FrameworkSilence silence;
+    if (!Stream())
+        return;
+    // What an archive says about the length of an entry is not believed: memory grows with what
+    // comes.
+    std::vector<unsigned char> block(blockSize);
+    std::size_t count = 0;
+    do {
+        count = Stream()->Read(block.data(), block.size()).LastRead();
+        bytes.insert(bytes.end(), block.data(), block.data() + count);
+    } while (count == block.size());
+}
+
+} // namespace Toolkit
