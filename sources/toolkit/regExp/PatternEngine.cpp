@@ -24,7 +24,7 @@ constexpr unsigned long c_matchLimit = 10'000'000;
 constexpr std::size_t c_baseSpace = std::size_t{12} * 1024;
 
 // What compiling takes for one more level of parentheses; 752 bytes were measured.
-constexpr std::size_t c_compileSpacePerLevel = 1024;
+constexpr std::size_t c_compileSpacePerLevel = 800;
 
 // The engine itself refuses deeper nesting.
 constexpr std::size_t c_deepestNesting = 250;

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <pcre.h>
+
+#include <string>
+
+namespace Toolkit::Testing {
+
+/// A pattern compiled and tried by direct calls, to compare with.
+class DirectPcre {
+public:
+    static constexpr int c_compileFailed = -1000;
+
+    explicit DirectPcre(const std::string& pattern)
+        : m_code(pcre_compile(pattern.c_str(), PCRE_UTF8, &m_errorText, &m_errorOffset, nullptr))
+    {
+    }
+    ~DirectPcre() { pcre_free(m_code); }
+
+    DirectPcre(const DirectPcre&) = delete;
+    DirectPcre& operator=(const DirectPcre&) = delete;
+
+    const pcre* Code() const { return m_code; }
+    const int* Offsets() const { return m_offsets; }
+    const char* ErrorText() const { return m_errorText; }
+    int ErrorOffset() const { return m_errorOffset; }
+
+    /// The engine's own result.
+    int Execute(const std::string& subject, int start, int options)
+    {
+        if (!m_code)
+            return c_compileFailed;
+        return pcre_exec(m_code, nullptr, subject.data(), static_cast<int>(subject.size()), start,
+                         options, m_offsets, 60);
+    }
+
+    /// The value of a group of the last match; empty for one that took no part.
+    std::string Value(const std::string& subject, int group) const
+    {
+        const int begin = m_offsets[2 * group];
+        const int end = m_offsets[2 * group + 1];
+        return begin < 0 || end < begin ? std::string()
+                                        : subject.substr(static_cast<std::size_t>(begin),
+                                                         static_cast<std::size_t>(end - begin));
+    }
+
+private:
+    const char* m_errorText = nullptr;
+    int m_errorOffset = 0;
+    pcre* m_code;
+    int m_offsets[60];
+};
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,59 @@
+#include "toolkit/regExp/MatchGroups.Private.h"
+#include "toolkit/regExp/PatternEngine.Private.h"
+
+#include <gtest/gtest.h>
+
+#include "regExp/CaughtException.h"
+
+namespace Toolkit::MatchGroups {
+namespace {
+
+TEST(MatchGroupsTest, ARangeNeedsAGroupThatTookPart)
+{
+    MatchResult result;
+    result.ovector[4] = 3;
+    result.ovector[5] = 7;
+
+    EXPECT_TRUE(GetRange(result, 2).IsValid());
+    EXPECT_EQ(GetRange(result, 2).Length(), 4u);
+    for (const int number : {0, 1, 19, 20, 1000, -1, -2147483647})
+        EXPECT_FALSE(GetRange(result, number).IsValid()) << number;
+}
+
+TEST(MatchGroupsTest, ARangeThatEndsBeforeItBeginsIsEmpty)
+{
+    EXPECT_EQ((Range{5, 3}.Length()), 0u);
+    EXPECT_TRUE((Range{5, 3}.IsValid()));
+}
+
+TEST(MatchGroupsTest, NoGroupsAreReadWithoutAMatch)
+{
+    for (const int resultCode : {0, -1, -2}) {
+        MatchResult result;
+        result.resultCode = resultCode;
+        Read(result);
+        EXPECT_EQ(result.Count(), 0u);
+    }
+}
+
+TEST(MatchGroupsTest, NamesThatTheEngineCannotTellThrow)
+{
+    MatchResult neverCompiled;
+    neverCompiled.resultCode = 1;
+
+    EXPECT_EQ(Testing::CaughtMessage([&] { Read(neverCompiled); }),
+              "pcre_fullinfo 'PCRE_INFO_NAMECOUNT' return error");
+}
+
+TEST(MatchGroupsTest, TheEngineTellsNothingOfAMissingPattern)
+{
+    int number = 0;
+    const unsigned char* table = nullptr;
+
+    EXPECT_LT(PatternEngine::GetNameCount(nullptr, number), 0);
+    EXPECT_LT(PatternEngine::GetNameEntrySize(nullptr, number), 0);
+    EXPECT_LT(PatternEngine::GetNameTable(nullptr, table), 0);
+}
+
+} // namespace
+} // namespace Toolkit::MatchGroups

@@ -1,0 +1,39 @@
+#include "toolkit/regExp/PatternTraits.Private.h"
+
+#include <gtest/gtest.h>
+
+namespace Toolkit::PatternTraits {
+namespace {
+
+TEST(PatternTraitsTest, OrdinaryPatternsLookAheadOnly)
+{
+    for (const char* pattern :
+         {"",        "a",      "a|b",      "[^a]",       "a$",          "\\d+\\.\\d*",
+          "(a)\\1",  "(?:a)",  "(?=a)",    "(?!a)",      "(?<name>a)",  "(?P<name>a)",
+          "(?i)a",   "(?>a+)", "\\^",      "\\(*",       "\\\\",        "\\x{E9}",
+          "\\p{Lu}", "\\z",    "\xC3\xA9", "\\\xC3\xA9", "(?|(a)|(b))", "(a)(?1)"}) {
+        SCOPED_TRACE(pattern);
+        EXPECT_TRUE(LooksAheadOnly(pattern));
+    }
+}
+
+TEST(PatternTraitsTest, WhatMayLookBehindIsFound)
+{
+    for (const char* pattern :
+         {"^a",       "a|^b",    "(^a)",    "(?m)^",   "\\[^a",      "\\c[^a",
+          "\\ba",     "a\\B",    "\\Aa",    "\\Ga",    "a\\K",       "\\Ca",
+          "\\Q[\\E^", "[\\E^a]", "(?<=a)b", "(?<!a)b", "(?(?<=a)b)", "(*SKIP)a",
+          "(*CRLF)a", "(?C)a",   "\\X",     "[\\\\]^", "(?#\\)\\b",  "a\\"}) {
+        SCOPED_TRACE(pattern);
+        EXPECT_FALSE(LooksAheadOnly(pattern));
+    }
+}
+
+TEST(PatternTraitsTest, OnlySingleBytesTakeCharactersApart)
+{
+    EXPECT_TRUE(MatchesWholeCharacters("(?s).\\c\\d"));
+    EXPECT_FALSE(MatchesWholeCharacters("a\\C"));
+}
+
+} // namespace
+} // namespace Toolkit::PatternTraits

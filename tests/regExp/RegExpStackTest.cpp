@@ -1,0 +1,183 @@
+#include "toolkit/regExp/RegExp.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <pthread.h>
+#include <sys/mman.h>
+#include <ucontext.h>
+
+#include "regExp/CaughtException.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::CaughtMessage;
+
+constexpr const char* c_noStackLeft = "-21Exp::Match return error: ";
+
+constexpr std::size_t c_pageSize = 4096;
+
+// Memory for a stack, with a page below it that nobody may touch.
+class StackMemory {
+public:
+    explicit StackMemory(std::size_t size)
+        : m_size(size), m_memory(static_cast<char*>(mmap(nullptr, size + c_pageSize, PROT_NONE,
+                                                         MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)))
+    {
+        mprotect(Begin(), size, PROT_READ | PROT_WRITE);
+    }
+    ~StackMemory() { munmap(m_memory, m_size + c_pageSize); }
+
+    StackMemory(const StackMemory&) = delete;
+    StackMemory& operator=(const StackMemory&) = delete;
+
+    char* Begin() const { return m_memory + c_pageSize; }
+
+private:
+    std::size_t m_size;
+    char* m_memory;
+};
+
+// Runs `work` on a thread whose stack has that many bytes, and waits for it.
+void RunWithStack(std::size_t stackSize, std::function<void()> work)
+{
+    // The system may hand out a larger stack than it is asked for.
+    const StackMemory stack(stackSize);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstack(&attributes, stack.Begin(), stackSize);
+    pthread_t thread;
+    const auto entry = [](void* function) -> void* {
+        (*static_cast<std::function<void()>*>(function))();
+        return nullptr;
+    };
+    const int failed = pthread_create(&thread, &attributes, entry, &work);
+    pthread_attr_destroy(&attributes);
+    ASSERT_EQ(failed, 0);
+    pthread_join(thread, nullptr);
+}
+
+// The message of what `operation` throws on such a thread.
+TString<char> MessageWithStack(std::size_t stackSize, const std::function<void()>& operation)
+{
+    TString<char> message;
+    RunWithStack(stackSize, [&] { message = CaughtMessage(operation); });
+    return message;
+}
+
+constexpr std::size_t c_kilobyte = 1024;
+
+TString<char> Nested(int depth)
+{
+    return std::string(static_cast<std::size_t>(depth), '(') + "a" +
+           std::string(static_cast<std::size_t>(depth), ')');
+}
+
+TEST(RegExpStackTest, DeepRecursionThrowsOnASmallStack)
+{
+    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+    for (const std::size_t length : {1000u, 5000u, 20000u, 1000000u}) {
+        SCOPED_TRACE(length);
+        const TString<char> subject(std::string(length, 'a'));
+        EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.IsMatch(subject); }),
+                  c_noStackLeft);
+    }
+}
+
+TEST(RegExpStackTest, DeepRecursionThrowsOnTheMainThread)
+{
+    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(std::string(1000000, 'a')); }), c_noStackLeft);
+}
+
+TEST(RegExpStackTest, EveryKindOfRecursionIsBounded)
+{
+    const TString<char> subject(std::string(50000, 'a') + std::string(50000, 'b'));
+    for (const char* pattern : {"((a)|(b))*?c", "(a(?1)?b)c", "(?i)(a|b|\xC3\xA9)*c", "(.)*c",
+                                "(?:(a|b)(?=.))*c", "(\\X)*c", "(?:a|b(?!c))*c"}) {
+        SCOPED_TRACE(pattern);
+        const RegExp regExp(TString<char>(pattern), RegExpOptions::None);
+        EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.Match(subject); }),
+                  c_noStackLeft);
+    }
+}
+
+TEST(RegExpStackTest, ReplacementsAreBoundedToo)
+{
+    RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+    const TString<char> subject(std::string(50000, 'a'));
+
+    EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.Replace("x", subject, 0); }),
+              c_noStackLeft);
+}
+
+TEST(RegExpStackTest, ASmallStackIsEnoughForSomeHundredLevels)
+{
+    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+    const TString<char> subject(std::string(100, 'a') + "c");
+
+    bool isMatch = false;
+    RunWithStack(256 * c_kilobyte, [&] { isMatch = regExp.IsMatch(subject); });
+    EXPECT_TRUE(isMatch);
+}
+
+TEST(RegExpStackTest, ALargeStackIsUsed)
+{
+    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+    const TString<char> subject(std::string(20000, 'a') + "c");
+
+    bool isMatch = false;
+    RunWithStack(32 * c_kilobyte * c_kilobyte, [&] { isMatch = regExp.IsMatch(subject); });
+    EXPECT_TRUE(isMatch);
+}
+
+TEST(RegExpStackTest, TheDeepestNestingCompilesOnASmallStack)
+{
+    const RegExp regExp(Nested(250), RegExpOptions::None);
+
+    EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.IsMatch("a"); }), "nothing thrown");
+}
+
+TEST(RegExpStackTest, NestingForWhichTheStackDoesNotSufficeThrows)
+{
+    const RegExp regExp(Nested(200), RegExpOptions::None);
+
+    EXPECT_EQ(MessageWithStack(96 * c_kilobyte, [&] { regExp.IsMatch("a"); }),
+              " : parentheses are too deeply nested (stack check) (@offset: 0) " + Nested(200));
+}
+
+TEST(RegExpStackTest, AVerySmallStackIsEnoughForPlainPatterns)
+{
+    const RegExp regExp(TString<char>("(\\w+)@(\\w+)"), RegExpOptions::None);
+
+    bool isMatch = false;
+    RunWithStack(64 * c_kilobyte, [&] { isMatch = regExp.IsMatch("ann@home"); });
+    EXPECT_TRUE(isMatch);
+}
+
+TEST(RegExpStackTest, AStackThatTheSystemDoesNotKnowIsTakenForASmallOne)
+{
+    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+    const TString<char> subject(std::string(5000, 'a'));
+    TString<char> message;
+    static std::function<void()> s_work;
+    s_work = [&] { message = CaughtMessage([&] { regExp.IsMatch(subject); }); };
+    const StackMemory stack(64 * c_kilobyte);
+
+    ucontext_t here;
+    ucontext_t there;
+    getcontext(&there);
+    there.uc_stack.ss_sp = stack.Begin();
+    there.uc_stack.ss_size = 64 * c_kilobyte;
+    there.uc_link = &here;
+    makecontext(
+        &there, [] { s_work(); }, 0);
+    swapcontext(&here, &there);
+
+    EXPECT_EQ(message, c_noStackLeft);
+}
+
+} // namespace
+} // namespace Toolkit
