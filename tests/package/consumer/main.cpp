@@ -1,7 +1,6 @@
-#include <toolkit/Toolkit.h>
-
 #include <cstdio>
 #include <cwchar>
+#include <toolkit/Toolkit.h>
 
 namespace {
 
