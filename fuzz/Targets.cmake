@@ -1,5 +1,8 @@
+toolkit_fuzz_target(Base64)
 toolkit_fuzz_target(Numbers)
+toolkit_fuzz_target(QuotedPrintable)
 toolkit_fuzz_target(Replace)
+toolkit_fuzz_target(Streams)
 toolkit_fuzz_target(Tokens)
 toolkit_fuzz_target(Utf8Decode)
 toolkit_fuzz_target(Utf8Encode)

@@ -1,0 +1,162 @@
+// Items read from a file of hostile bytes are those that its bytes stand for, or fail with the code
+// of their kind, whatever sizes the file claims.
+
+#include "toolkit/core/Bytes.h"
+#include "toolkit/core/FSStream.h"
+#include "toolkit/core/StreamResult.h"
+#include "toolkit/encoding/UTF8.h"
+
+#include "support/Input.h"
+#include "support/Require.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace Toolkit;
+
+// A file that has no name but the one of its descriptor.
+class MemoryFile {
+public:
+    explicit MemoryFile(const std::string& bytes) : m_descriptor(::memfd_create("hostile", 0))
+    {
+        Require(::write(m_descriptor, bytes.data(), bytes.size()) ==
+                static_cast<ssize_t>(bytes.size()));
+    }
+    ~MemoryFile() { ::close(m_descriptor); }
+
+    TString<wchar_t> Path() const
+    {
+        return UTF8::ToUNICODE(std::string("/proc/self/fd/" + std::to_string(m_descriptor)));
+    }
+
+private:
+    int m_descriptor;
+};
+
+// Reads items with the stream and takes them from the same bytes by hand.
+class Comparison {
+public:
+    explicit Comparison(const std::string& bytes)
+        : m_file(bytes), m_stream(m_file.Path(), FSStream::OpenRead), m_left(bytes)
+    {
+        Require(m_stream.Length() == bytes.size());
+    }
+
+    void ReadInteger()
+    {
+        unsigned int value = 0;
+        unsigned int expected = 0;
+        const bool isThere = TakeInteger(expected);
+        Require(m_stream.Read(value) == (isThere ? StreamResult::Ok : StreamResult::DataFailed));
+        Require(!isThere || value == expected);
+    }
+
+    void ReadBlock(unsigned int size)
+    {
+        std::string block(size, '\0');
+        const std::string expected = Take(size);
+        const bool isThere = expected.size() == size;
+        Require(m_stream.Read(block.data(), size) ==
+                (isThere ? StreamResult::Ok : StreamResult::DataFailed));
+        Require(block.compare(0, expected.size(), expected) == 0);
+    }
+
+    void ReadText()
+    {
+        TString<wchar_t> text = L"before";
+        const unsigned int result = m_stream.Read(text);
+        unsigned int size = 0;
+        if (!TakeInteger(size)) {
+            Require(result == StreamResult::ReadPrefixFailed && text == L"before");
+        } else if (size == 0) {
+            Require(result == StreamResult::Nothing && text == L"before");
+        } else if (const std::string bytes = Take(size); bytes.size() < size) {
+            Require(result == StreamResult::DataFailed && text == L"before");
+        } else {
+            std::wstring expected(size / 4, L'\0');
+            std::memcpy(expected.data(), bytes.data(), expected.size() * 4);
+            Require(result == StreamResult::Ok && text == expected.c_str());
+        }
+    }
+
+    void ReadBytes()
+    {
+        Bytes bytes;
+        const unsigned int result = bytes.Deserialize(m_stream);
+        unsigned int size = 0;
+        const bool hasSize = TakeInteger(size);
+        const std::string expected = hasSize ? Take(size) : "";
+        const bool isThere = hasSize && expected.size() == size;
+        const std::string contents = ContentsOf(bytes);
+        Require(result == (isThere ? 0u : 0x10000003u));
+        Require(contents.compare(0, expected.size(), expected) == 0);
+        Require(isThere ? contents == expected
+                        : contents.size() <= std::max<std::size_t>(65536, 2 * expected.size()));
+    }
+
+private:
+    static std::string ContentsOf(const Bytes& bytes)
+    {
+        unsigned char* copy = nullptr;
+        unsigned int size = 0;
+        bytes.GetBytes(&copy, &size);
+        const std::string contents(reinterpret_cast<const char*>(copy), size);
+        delete[] copy;
+        return contents;
+    }
+
+    std::string Take(std::size_t size)
+    {
+        const std::string taken = m_left.substr(0, size);
+        m_left.erase(0, size);
+        return taken;
+    }
+
+    bool TakeInteger(unsigned int& value)
+    {
+        const std::string bytes = Take(sizeof value);
+        std::memcpy(&value, bytes.data(), bytes.size());
+        return bytes.size() == sizeof value;
+    }
+
+    MemoryFile m_file;
+    FSStream m_stream;
+    std::string m_left;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    // The kinds of the items, with the lengths of blocks in the upper bits, and then the file.
+    constexpr unsigned int mostItems = 16;
+    Input input(data, size);
+    std::string kinds;
+    for (unsigned int count = input.Byte() % mostItems; count > 0; --count)
+        kinds.push_back(static_cast<char>(input.Byte()));
+
+    Comparison comparison(input.Rest());
+    for (const char kind : kinds) {
+        switch (kind & 3) {
+        case 0:
+            comparison.ReadInteger();
+            break;
+        case 1:
+            comparison.ReadBlock(static_cast<unsigned char>(kind) >> 2);
+            break;
+        case 2:
+            comparison.ReadText();
+            break;
+        default:
+            comparison.ReadBytes();
+        }
+    }
+    return 0;
+}
