@@ -1,4 +1,14 @@
 toolkit_test(files/FFileTest.cpp)
 toolkit_test(files/InputStreamTest.cpp)
+toolkit_test(files/PathManagerProgramTest.cpp)
+toolkit_test(files/PathManagerTest.cpp)
 toolkit_test(files/TextFileTest.cpp)
 toolkit_test(files/TextInputStreamTest.cpp)
+
+# Started by its test under many names.
+add_executable(PathProgram files/PathProgram.cpp)
+target_link_libraries(PathProgram PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+target_compile_definitions(
+    PathManagerProgramTest PRIVATE PATH_PROGRAM="$<TARGET_FILE:PathProgram>"
+)
+add_dependencies(PathManagerProgramTest PathProgram)

@@ -1,0 +1,204 @@
+// What the path manager finds out depends on the program that runs: PathProgram is started under
+// many names, in many environments, with and without the framework.
+
+#include "support/RunProgram.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <pwd.h>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ProgramResult;
+using Testing::RunProgram;
+using Testing::ScopedEnvironment;
+using Testing::TempDir;
+using Arguments = std::vector<std::string>;
+using Paths = std::map<std::string, std::string>;
+
+// The ways to start the program: nothing it finds out may depend on them.
+const Arguments c_starts[] = {{}, {"locale"}, {"framework"}, {"framework", "locale"}};
+
+const passwd& Account()
+{
+    return *::getpwuid(::getuid());
+}
+
+// In lower case, without separators and colons.
+std::string UniqueForm(std::string text)
+{
+    std::erase(text, '/');
+    std::erase(text, ':');
+    for (char& character : text) {
+        if (character >= 'A' && character <= 'Z')
+            character = static_cast<char>(character + 'a' - 'A');
+    }
+    return text;
+}
+
+class PathManagerProgramTest : public testing::Test {
+protected:
+    PathManagerProgramTest()
+    {
+        std::filesystem::create_directories(m_directory.Path() / "bin");
+        std::filesystem::create_directories(m_directory.Path() / "home");
+    }
+
+    std::string Path(const std::string& name) const { return m_directory.Path() / name; }
+
+    // Runs a copy of the program as `name` in the directory and gives what it printed.
+    Paths Run(const std::string& name, const Arguments& arguments) const
+    {
+        std::filesystem::copy_file(PATH_PROGRAM, Path(name),
+                                   std::filesystem::copy_options::overwrite_existing);
+        const ProgramResult result = RunProgram(Path(name), arguments);
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.errors, "");
+        Paths paths;
+        std::istringstream lines(result.output);
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t colon = line.find(": ");
+            paths[line.substr(0, colon)] = line.substr(colon + 2);
+        }
+        return paths;
+    }
+
+    TempDir m_directory;
+    ScopedEnvironment m_home{"HOME", Path("home")};
+    ScopedEnvironment m_locale{"LC_ALL", "C"};
+    ScopedEnvironment m_configuration{"XDG_CONFIG_HOME", std::nullopt};
+};
+
+TEST_F(PathManagerProgramTest, PathsAreThoseOfTheInstalledProgram)
+{
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const Paths expected = {{"name", "tool"},
+                                {"application", Path("bin")},
+                                {"configuration", Path("share/tool/config")},
+                                {"data", Path("home/.tool/tool")},
+                                {"ressources", Path("share/tool/ressources")},
+                                {"appearances", Path("share/tool/ressources")},
+                                {"plugins", Path("share/tool/ressources/plugins")},
+                                {"documents", Path("home")},
+                                {"data directory", Path("share/tool")},
+                                {"user's directory", Path("home/.tool")},
+                                {"unique", UniqueForm(Path("bin")) + "tool" + Account().pw_name}};
+        EXPECT_EQ(Run("bin/tool", arguments), expected);
+        EXPECT_TRUE(std::filesystem::is_directory(Path("home/.tool/tool")));
+        std::filesystem::remove_all(Path("home/.tool"));
+    }
+}
+
+TEST_F(PathManagerProgramTest, ApplicationIsNamedByItsFileWithoutTheLastExtension)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"tool", "tool"},           {"tool.bin", "tool"},
+        {"a.b.c", "a.b"},           {".hidden", ""},
+        {"tool.", "tool"},          {"na\xC3\xAFve", "na\xC3\xAFve"},
+        {"My Tool.app", "My Tool"}, {"\xE6\x96\x87.\xE5\xAD\x97", "\xE6\x96\x87"}};
+    for (const char* const locale : {"C", "C.UTF-8"}) {
+        const ScopedEnvironment environment("LC_ALL", locale);
+        for (const auto& [file, name] : cases) {
+            SCOPED_TRACE(std::string(locale) + " " + file);
+            EXPECT_EQ(Run(std::string("bin/") + file, {})["name"], name);
+            EXPECT_EQ(Run(std::string("bin/") + file, {"framework", "locale"})["name"], name);
+        }
+    }
+}
+
+TEST_F(PathManagerProgramTest, UniqueNameIsLowerCaseWithoutSeparatorsAndColons)
+{
+    std::filesystem::create_directories(Path("Apps/My Tool: New/bin"));
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        Paths paths = Run("Apps/My Tool: New/bin/Tool.app", arguments);
+        EXPECT_EQ(paths["unique"],
+                  UniqueForm(m_directory.Path()) + "appsmy tool newbintool" + Account().pw_name);
+    }
+}
+
+TEST_F(PathManagerProgramTest, ProgramOutsideABinDirectoryHasItsDataInTheLocalPrefix)
+{
+    for (const Arguments& arguments : c_starts)
+        EXPECT_EQ(Run("tool", arguments)["data directory"], "/usr/local/share/tool");
+}
+
+TEST_F(PathManagerProgramTest, HomeMayHoldAnyCharacters)
+{
+    for (const char* const locale : {"C", "C.UTF-8"}) {
+        const ScopedEnvironment environment("LC_ALL", locale);
+        const ScopedEnvironment home("HOME", Path("\xC3\xA9 \xE6\x96\x87"));
+        for (const Arguments& arguments : c_starts) {
+            SCOPED_TRACE(locale + testing::PrintToString(arguments));
+            Paths paths = Run("bin/tool", arguments);
+            EXPECT_EQ(paths["data"], Path("\xC3\xA9 \xE6\x96\x87/.tool/tool"));
+            EXPECT_EQ(paths["documents"], Path("\xC3\xA9 \xE6\x96\x87"));
+            EXPECT_TRUE(std::filesystem::is_directory(paths["data"]));
+            std::filesystem::remove_all(Path("\xC3\xA9 \xE6\x96\x87"));
+        }
+    }
+}
+
+// This one directory is made in the user's real home, under a name that nothing else bears.
+TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseTells)
+{
+    const std::string directory = std::string(Account().pw_dir) + "/.toolkit-path-program";
+    const std::optional<std::string> values[] = {std::nullopt, ""};
+    for (const auto& value : values) {
+        const ScopedEnvironment environment("HOME", value);
+        for (const Arguments& arguments : c_starts) {
+            SCOPED_TRACE(testing::PrintToString(arguments));
+            EXPECT_EQ(Run("bin/toolkit-path-program", arguments)["user's directory"], directory);
+        }
+    }
+    std::filesystem::remove_all(directory);
+}
+
+TEST_F(PathManagerProgramTest, HomeThatCannotBeWrittenToChangesNoPath)
+{
+    const ScopedEnvironment environment("HOME", "/proc/none");
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        EXPECT_EQ(Run("bin/tool", arguments)["data"], "/proc/none/.tool/tool");
+    }
+}
+
+TEST_F(PathManagerProgramTest, DocumentsDirectoryIsTheUsersOwnChoice)
+{
+    std::filesystem::create_directories(Path("home/.config"));
+    std::filesystem::create_directories(Path("home/Meine Texte"));
+    m_directory.WriteFile(L"home/.config/user-dirs.dirs",
+                          "# a comment\nXDG_DESKTOP_DIR=\"$HOME/Desktop\"\n"
+                          "XDG_DOCUMENTS_DIR=\"$HOME/Meine Texte\"\n");
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        EXPECT_EQ(Run("bin/tool", arguments)["documents"], Path("home/Meine Texte"));
+    }
+}
+
+TEST_F(PathManagerProgramTest, DocumentsDirectoryThatDoesNotExistIsPassedOver)
+{
+    std::filesystem::create_directories(Path("other"));
+    m_directory.WriteFile(L"other/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"/none/at all\"");
+    const ScopedEnvironment environment("XDG_CONFIG_HOME", Path("other"));
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        EXPECT_EQ(Run("bin/tool", arguments)["documents"], Path("home"));
+    }
+}
+
+} // namespace
+} // namespace Toolkit

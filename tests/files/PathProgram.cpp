@@ -1,0 +1,55 @@
+// Prints what the path manager finds out, as UTF-8: the program behind PathManagerTest.
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/module/LibModuleManager.h"
+
+#include <clocale>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+using namespace Toolkit;
+
+void Print(const char* what, const TString<wchar_t>& text)
+{
+    std::printf("%s: %s\n", what, UTF8::ToUTF8(text).c_str());
+}
+
+void PrintPaths(const PathManager& paths)
+{
+    Print("name", paths.GetApplicationName());
+    Print("application", paths.GetApplicationPath());
+    Print("configuration", paths.GetConfigurationPath());
+    Print("data", paths.GetApplicationDataPath());
+    Print("ressources", paths.GetApplicationRessourcesPath());
+    Print("appearances", paths.GetAppearancesPath());
+    Print("plugins", paths.GetPluginsPath());
+    Print("documents", paths.GetDocumentsPath());
+    Print("data directory", paths.GetDataDir());
+    Print("user's directory", paths.GetUserLocalDataDir());
+    Print("unique", paths.GetApplicationUniqueName());
+}
+
+} // namespace
+
+// "framework" starts the framework first, "locale" takes over the locale of the environment.
+int main(int argc, char** argv)
+{
+    bool framework = false;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "framework") == 0)
+            framework = true;
+        else if (std::strcmp(argv[i], "locale") == 0)
+            std::setlocale(LC_ALL, "");
+    }
+    if (framework)
+        LibModuleManager::GetInstance()->Initialize(true);
+    PathManager::CreateInstance();
+    PrintPaths(*PathManager::GetInstance());
+    PathManager::ReleaseInstance();
+    if (framework)
+        LibModuleManager::GetInstance()->Release(true);
+    return 0;
+}
