@@ -1,0 +1,398 @@
+#include "toolkit/config/IniFile.h"
+
+#include "support/CapturedLog.h"
+#include "support/ScopedLocale.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::CapturedLog;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Testing::IsLogLine;
+using Testing::ScopedLocale;
+using Testing::TempDir;
+
+std::string Bytes(const char* text, std::size_t length)
+{
+    return {text, length};
+}
+
+TString<wchar_t> Value(const IniFile& ini, const TString<wchar_t>& section,
+                       const TString<wchar_t>& key)
+{
+    return ini.GetValue(section, key, L"(none)");
+}
+
+std::vector<TString<wchar_t>> Keys(const IniFile& ini, const TString<wchar_t>& section)
+{
+    std::vector<TString<wchar_t>> keys{L"old"};
+    ini.GetKeyList(section, keys);
+    return keys;
+}
+
+class IniFileTest : public testing::Test {
+protected:
+    IniFile Load(const std::string& bytes) const
+    {
+        IniFile ini(m_directory.WriteFile(L"settings.ini", bytes));
+        EXPECT_TRUE(ini.IsLoaded());
+        return ini;
+    }
+
+    TempDir m_directory;
+};
+
+TEST_F(IniFileTest, KeysAndValuesAreTrimmedOfBlanksAndTabs)
+{
+    const std::pair<std::string, std::pair<TString<wchar_t>, TString<wchar_t>>> cases[] = {
+        {"key = value", {L"key", L"value"}},
+        {"key=value", {L"key", L"value"}},
+        {" \tkey\t \t=\t value \t", {L"key", L"value"}},
+        {"a key = a value", {L"a key", L"a value"}},
+        {"\vkey\f=\vvalue\f", {L"\vkey\f", L"\vvalue\f"}},
+        {"key=", {L"key", L""}},
+        {"key= \t ", {L"key", L""}},
+        {"=value", {L"", L"value"}},
+        {"=", {L"", L""}}};
+    for (const auto& [line, expected] : cases) {
+        SCOPED_TRACE(line);
+        const IniFile ini = Load("[Main]\n" + line);
+        EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(expected.first));
+        EXPECT_EQ(Value(ini, L"Main", expected.first), expected.second);
+    }
+}
+
+TEST_F(IniFileTest, FirstEqualsSignEndsTheKey)
+{
+    const IniFile ini = Load("[Main]\na=b=c\nb==\n");
+
+    EXPECT_EQ(Value(ini, L"Main", L"a"), L"b=c");
+    EXPECT_EQ(Value(ini, L"Main", L"b"), L"=");
+}
+
+TEST_F(IniFileTest, QuotesAndCommentSignsInValuesHaveNoMeaning)
+{
+    const IniFile ini = Load("[Main]\na=\"x y\"\nb=1 ; two\n#c=3\n ;d=4\n");
+
+    EXPECT_EQ(Value(ini, L"Main", L"a"), L"\"x y\"");
+    EXPECT_EQ(Value(ini, L"Main", L"b"), L"1 ; two");
+    EXPECT_EQ(Value(ini, L"Main", L"#c"), L"3");
+    EXPECT_EQ(Value(ini, L"Main", L";d"), L"4");
+}
+
+TEST_F(IniFileTest, LinesThatAreNeitherHeaderNorKeyAreIgnored)
+{
+    const IniFile ini = Load("[Main]\n\n;a=1\n;[Other]\nword\nOther]\n[Other\n[\n]\n  [Other]\n"
+                             "[Other] \n \t\nb=2\n");
+
+    EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"b"));
+    EXPECT_FALSE(ini.HasSection(L"Other"));
+}
+
+TEST_F(IniFileTest, BracketAloneDoesNotMakeAHeader)
+{
+    const IniFile ini = Load("[Main]\n[Main=1\n[a]=2\n");
+
+    EXPECT_EQ(Value(ini, L"Main", L"[Main"), L"1");
+    EXPECT_EQ(Value(ini, L"Main", L"[a]"), L"2");
+}
+
+TEST_F(IniFileTest, SectionIsNamedByAllThatIsBetweenTheBrackets)
+{
+    constexpr std::pair<const char*, const wchar_t*> cases[] = {
+        {"[Main]", L"Main"},      {"[ Main ]", L" Main "}, {"[]", L""},
+        {"[a=b]", L"a=b"},        {"[;]", L";"},           {"[[a]]", L"[a]"},
+        {"[\xC3\xA9]", L"\u00E9"}};
+    for (const auto& [header, name] : cases) {
+        SCOPED_TRACE(header);
+        const IniFile ini = Load(std::string(header) + "\nkey=value\n");
+        EXPECT_TRUE(ini.HasSection(name));
+        EXPECT_EQ(Value(ini, name, L"key"), L"value");
+    }
+}
+
+TEST_F(IniFileTest, SectionMayBeEmpty)
+{
+    const IniFile ini = Load("[Empty]\n[Main]\na=1\n");
+
+    EXPECT_TRUE(ini.HasSection(L"Empty"));
+    EXPECT_THAT(Keys(ini, L"Empty"), IsEmpty());
+}
+
+TEST_F(IniFileTest, NamesAreCaseSensitive)
+{
+    const IniFile ini = Load("[Main]\nA=1\na=2\n[main]\nb=3\n");
+
+    EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"A", L"a"));
+    EXPECT_EQ(Value(ini, L"Main", L"A"), L"1");
+    EXPECT_EQ(Value(ini, L"Main", L"a"), L"2");
+    EXPECT_THAT(Keys(ini, L"main"), ElementsAre(L"b"));
+    EXPECT_FALSE(ini.HasSection(L"MAIN"));
+}
+
+TEST_F(IniFileTest, FirstValueOfARepeatedKeyCounts)
+{
+    const IniFile ini = Load("[Main]\nx=1\nx=2\n x =3\n");
+
+    EXPECT_EQ(ini.GetUint32(L"Main", L"x", 0), 1u);
+}
+
+TEST_F(IniFileTest, RepeatedHeaderContinuesItsSection)
+{
+    const IniFile ini = Load("[Main]\na=1\n[Other]\na=2\n[Main]\na=3\nb=4\n");
+
+    EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"a", L"b"));
+    EXPECT_EQ(Value(ini, L"Main", L"a"), L"1");
+    EXPECT_EQ(Value(ini, L"Main", L"b"), L"4");
+    EXPECT_THAT(Keys(ini, L"Other"), ElementsAre(L"a"));
+}
+
+TEST_F(IniFileTest, KeysAboveTheFirstHeaderAreIgnored)
+{
+    const IniFile ini = Load("a=1\n[Main]\nb=2\n");
+
+    EXPECT_FALSE(ini.HasSection(L""));
+    EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"b"));
+}
+
+TEST_F(IniFileTest, KeysAreListedByCodePoints)
+{
+    const IniFile ini = Load("[Main]\nb=\n\xF0\x9F\x98\x80=\n\xEF\xBF\xBD=\na=\nB=\n10=\n9=\n");
+
+    EXPECT_THAT(Keys(ini, L"Main"),
+                ElementsAre(L"10", L"9", L"B", L"a", L"b", L"\uFFFD", L"\U0001F600"));
+    EXPECT_THAT(Keys(ini, L"Other"), IsEmpty());
+}
+
+TEST_F(IniFileTest, ValueIsThereEvenWhenEmpty)
+{
+    const IniFile ini = Load("[Main]\nn=\n");
+
+    EXPECT_TRUE(ini.HasValue(L"Main", L"n"));
+    EXPECT_FALSE(ini.HasValue(L"Main", L"m"));
+    EXPECT_FALSE(ini.HasValue(L"Other", L"n"));
+    EXPECT_EQ(Value(ini, L"Main", L"n"), L"");
+    EXPECT_EQ(ini.GetUint32(L"Main", L"n", 7), 7u);
+    EXPECT_EQ(ini.GetInt32(L"Main", L"n", -7), -7);
+    EXPECT_TRUE(ini.GetBool(L"Main", L"n", true));
+}
+
+TEST_F(IniFileTest, MissingValueGivesTheDefaultItself)
+{
+    const IniFile ini = Load("[Main]\nn=1\n");
+    const TString<wchar_t> none = L"none";
+
+    EXPECT_EQ(&ini.GetValue(L"Main", L"m", none), &none);
+    EXPECT_EQ(&ini.GetValue(L"Other", L"n", none), &none);
+    EXPECT_EQ(&ini.GetValue(L"Main", L"n", none), &ini.GetValue(L"Main", L"n", L"other"));
+    EXPECT_EQ(ini.GetUint32(L"Main", L"m", 7), 7u);
+    EXPECT_EQ(ini.GetInt32(L"Other", L"n", -7), -7);
+    EXPECT_TRUE(ini.GetBool(L"Main", L"m", true));
+}
+
+TEST_F(IniFileTest, UnsignedNumbersAreReadFromTheFrontOfAValue)
+{
+    constexpr std::pair<const char*, unsigned int> cases[] = {{"12", 12},
+                                                              {"12abc", 12},
+                                                              {"abc", 0},
+                                                              {"-1", 4294967295},
+                                                              {"+5", 5},
+                                                              {"007", 7},
+                                                              {"1.9", 1},
+                                                              {"0x10", 0},
+                                                              {"1 2", 1},
+                                                              {"4294967295", 4294967295},
+                                                              {"4294967296", 4294967295},
+                                                              {"\"3\"", 0},
+                                                              {"\v4", 4}};
+    for (const auto& [text, expected] : cases) {
+        SCOPED_TRACE(text);
+        const IniFile ini = Load("[Main]\nn=" + std::string(text));
+        EXPECT_EQ(ini.GetUint32(L"Main", L"n", 99), expected);
+    }
+}
+
+TEST_F(IniFileTest, SignedNumbersAreReadFromTheFrontOfAValue)
+{
+    constexpr std::pair<const char*, int> cases[] = {
+        {"12", 12},   {"-12abc", -12}, {"abc", 0},
+        {"-", 0},     {"+5", 5},       {"2147483648", 2147483647},
+        {"1,000", 1}, {"- 5", 0},      {"-2147483649", -2147483647 - 1}};
+    for (const auto& [text, expected] : cases) {
+        SCOPED_TRACE(text);
+        const IniFile ini = Load("[Main]\nn=" + std::string(text));
+        EXPECT_EQ(ini.GetInt32(L"Main", L"n", 99), expected);
+    }
+}
+
+TEST_F(IniFileTest, BoolIsTrueForTheNumberOneOnly)
+{
+    constexpr std::pair<const char*, bool> cases[] = {
+        {"1", true},     {" 1", true},   {"01", true}, {"1abc", true}, {"2", false},
+        {"true", false}, {"yes", false}, {"0", false}, {"-1", false},  {"11", false}};
+    for (const auto& [text, expected] : cases) {
+        SCOPED_TRACE(text);
+        const IniFile ini = Load("[Main]\non=" + std::string(text));
+        EXPECT_EQ(ini.GetBool(L"Main", L"on", !expected), expected);
+    }
+}
+
+TEST_F(IniFileTest, LastLineNeedsNoEnd)
+{
+    for (const std::string& bytes :
+         {std::string("[Main]\nn=1"), std::string("[Main]\r\nn=1\r\n"), std::string("[Main]\rn=1"),
+          std::string("\r\n[Main]\n\n\rn=1\n\n")}) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        EXPECT_EQ(Value(Load(bytes), L"Main", L"n"), L"1");
+    }
+}
+
+TEST_F(IniFileTest, FileOfOneLineMayBeAHeader)
+{
+    EXPECT_TRUE(Load("[Main]").HasSection(L"Main"));
+}
+
+TEST_F(IniFileTest, EmptyFileIsLoaded)
+{
+    const CapturedLog log;
+    const IniFile ini = Load("");
+
+    EXPECT_FALSE(ini.HasSection(L""));
+    EXPECT_THAT(log.Lines(), IsEmpty());
+}
+
+TEST_F(IniFileTest, MissingFileIsLoggedInOneLineAndLeavesTheDefaults)
+{
+    const CapturedLog log;
+    const TString<wchar_t> path = m_directory.File(L"missing \u6587.ini");
+    const IniFile ini(path);
+
+    EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityError, 64, L"Parse",
+                                                   L"Unable to open file : " + path)));
+    EXPECT_FALSE(ini.IsLoaded());
+    EXPECT_FALSE(ini.HasSection(L""));
+    EXPECT_FALSE(ini.HasValue(L"Main", L"n"));
+    EXPECT_EQ(ini.GetInt32(L"Main", L"n", 5), 5);
+    EXPECT_THAT(Keys(ini, L"Main"), IsEmpty());
+}
+
+TEST_F(IniFileTest, DirectoryIsNoFile)
+{
+    const CapturedLog log;
+    const IniFile ini(m_directory.File(L""));
+
+    EXPECT_FALSE(ini.IsLoaded());
+    EXPECT_EQ(log.Lines().size(), 1u);
+}
+
+TEST_F(IniFileTest, ParseReplacesWhatWasThere)
+{
+    IniFile ini = Load("[Main]\nn=1\n");
+
+    EXPECT_TRUE(ini.Parse(m_directory.WriteFile(L"other.ini", "[Other]\nm=2\n")));
+    EXPECT_FALSE(ini.HasSection(L"Main"));
+    EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
+}
+
+TEST_F(IniFileTest, FailedParseEmptiesTheSettingsAndTellsNothingOfTheConstruction)
+{
+    const CapturedLog log;
+    IniFile loaded = Load("[Main]\nn=1\n");
+    EXPECT_FALSE(loaded.Parse(m_directory.File(L"missing")));
+    EXPECT_FALSE(loaded.HasSection(L"Main"));
+    EXPECT_TRUE(loaded.IsLoaded());
+
+    IniFile failed(m_directory.File(L"missing"));
+    EXPECT_TRUE(failed.Parse(m_directory.File(L"settings.ini")));
+    EXPECT_FALSE(failed.IsLoaded());
+    EXPECT_EQ(Value(failed, L"Main", L"n"), L"1");
+}
+
+TEST_F(IniFileTest, CopyIsAValueOfItsOwn)
+{
+    IniFile ini = Load("[Main]\nn=1\n");
+    const IniFile copy = ini;
+    ASSERT_TRUE(ini.Parse(m_directory.WriteFile(L"other.ini", "")));
+
+    EXPECT_EQ(Value(copy, L"Main", L"n"), L"1");
+    EXPECT_TRUE(copy.IsLoaded());
+}
+
+TEST_F(IniFileTest, EveryByteOrderMarkCounts)
+{
+    const std::string cases[] = {
+        "\xEF\xBB\xBF[M]\nk=\xE2\x82\xAC", Bytes("\xFE\xFF\0[\0M\0]\0\n\0k\0=\x20\xAC", 16),
+        Bytes("\xFF\xFE[\0M\0]\0\n\0k\0=\0\xAC\x20", 16),
+        Bytes("\0\0\xFE\xFF\0\0\0[\0\0\0M\0\0\0]\0\0\0\n\0\0\0k\0\0\0=\0\0\x20\xAC", 32),
+        Bytes("\xFF\xFE\0\0[\0\0\0M\0\0\0]\0\0\0\n\0\0\0k\0\0\0=\0\0\0\xAC\x20\0\0", 32)};
+    for (const std::string& bytes : cases) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        EXPECT_EQ(Value(Load(bytes), L"M", L"k"), L"\u20AC");
+    }
+}
+
+TEST_F(IniFileTest, BrokenUtf8IsReadAsLatin1)
+{
+    const IniFile ini = Load("[M\xE9]\nk=\xC3\xA9\nl=\xFF\n");
+
+    EXPECT_EQ(Value(ini, L"M\u00E9", L"k"), L"\u00C3\u00A9");
+    EXPECT_EQ(Value(ini, L"M\u00E9", L"l"), L"\u00FF");
+}
+
+TEST_F(IniFileTest, NullCharactersBelongToNamesAndValues)
+{
+    const IniFile ini = Load(Bytes("[M\0]\nk\0=v\0w\nz=1\n", 16));
+
+    EXPECT_EQ(Value(ini, std::wstring(L"M\0", 2), std::wstring(L"k\0", 2)),
+              std::wstring(L"v\0w", 3));
+    EXPECT_FALSE(ini.HasSection(L"M"));
+}
+
+TEST_F(IniFileTest, PathsAreUtf8InAnyLocale)
+{
+    const ScopedLocale locale("C");
+    const IniFile ini(m_directory.WriteFile(L"\u6587.ini", "[M]\nk=\xE6\x96\x87\n"));
+
+    EXPECT_EQ(Value(ini, L"M", L"k"), L"\u6587");
+}
+
+TEST_F(IniFileTest, LineOf10MegabytesIsReadWhole)
+{
+    constexpr std::size_t length = 10'000'000;
+    const IniFile ini = Load("[M]\nk= " + std::string(length, 'x') + " \nl=1\n");
+
+    EXPECT_EQ(Value(ini, L"M", L"k"), std::wstring(length, L'x'));
+    EXPECT_EQ(Value(ini, L"M", L"l"), L"1");
+}
+
+TEST_F(IniFileTest, FileOf100MegabytesIsReadWhole)
+{
+    constexpr int blocks = 10'000;
+    std::ofstream file(m_directory.Path() / "settings.ini", std::ios::binary);
+    const std::string comment = ";" + std::string(99, '-') + "\n";
+    for (int block = 0; block < blocks; ++block) {
+        file << "[Section" << block << "]\nkey=value" << block << '\n';
+        for (int line = 0; line < 99; ++line)
+            file << comment;
+    }
+    file.close();
+    ASSERT_GE(std::filesystem::file_size(m_directory.Path() / "settings.ini"), 100'000'000u);
+
+    const IniFile ini(m_directory.File(L"settings.ini"));
+    EXPECT_TRUE(ini.IsLoaded());
+    EXPECT_EQ(Value(ini, L"Section0", L"key"), L"value0");
+    EXPECT_EQ(Value(ini, L"Section9999", L"key"), L"value9999");
+}
+
+} // namespace
+} // namespace Toolkit
