@@ -1,0 +1,68 @@
+toolkit_test(module/LayoutTest.cpp)
+toolkit_test(module/LibModuleManagerTest.cpp)
+toolkit_test(module/LoadTest.cpp)
+toolkit_test(module/ToolkitModuleTest.cpp)
+
+toolkit_test_program(ToolkitModuleTest TOOLKIT_TEST_HOST_PROGRAM module/HostProgram.cpp)
+toolkit_test_program(ToolkitModuleTest TOOLKIT_TEST_ORDER_PROGRAM module/OrderProgram.cpp)
+toolkit_test_program(LoadTest TOOLKIT_TEST_SEQUENCE_PROGRAM module/SequenceProgram.cpp)
+
+# The library's object files as a static library, to be linked behind and before a program's own.
+add_library(ToolkitArchive STATIC $<TARGET_OBJECTS:Toolkit>)
+set_target_properties(ToolkitArchive PROPERTIES LINKER_LANGUAGE CXX)
+get_target_property(needs Toolkit LINK_LIBRARIES)
+list(FILTER needs EXCLUDE REGEX ToolkitBuildOptions)
+target_link_libraries(ToolkitArchive INTERFACE ${needs})
+
+foreach(name IN ITEMS Constants ConstantsStatic ConstantsStaticReversed)
+    add_executable(${name}Program module/ConstantsProgram.cpp)
+    target_include_directories(${name}Program PRIVATE "${PROJECT_SOURCE_DIR}/sources")
+    list(APPEND constants_programs "\"$<TARGET_FILE:${name}Program>\"")
+    add_dependencies(LoadTest ${name}Program)
+endforeach()
+target_link_libraries(ConstantsProgram PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+target_link_libraries(ConstantsStaticProgram PRIVATE ToolkitArchive ToolkitBuildOptions)
+target_link_libraries(ConstantsStaticReversedProgram PRIVATE ToolkitArchive ToolkitBuildOptions)
+# Link options stand before the program's own object files.
+target_link_options(
+    ConstantsStaticReversedProgram
+    PRIVATE "LINKER:--whole-archive" "$<TARGET_FILE:ToolkitArchive>" "LINKER:--no-whole-archive"
+)
+list(JOIN constants_programs "," constants_programs)
+target_compile_definitions(
+    LoadTest PRIVATE "TOOLKIT_TEST_CONSTANTS_PROGRAMS=${constants_programs}"
+)
+
+if(BUILD_SHARED_LIBS)
+    toolkit_test_program(LoadTest TOOLKIT_TEST_UNLOAD_PROGRAM module/UnloadProgram.cpp)
+    toolkit_test_program(LoadTest TOOLKIT_TEST_PLUG_IN_HOST module/PlugInHost.cpp)
+    target_link_libraries(PlugInHost PRIVATE ${CMAKE_DL_LIBS})
+    add_library(PlugIn MODULE module/PlugIn.cpp)
+    set_target_properties(PlugIn PROPERTIES CXX_VISIBILITY_PRESET hidden)
+    target_link_libraries(PlugIn PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+    add_dependencies(LoadTest PlugIn)
+    set(plug_ins "\"$<TARGET_FILE:PlugIn>\"")
+
+    # A plug-in need not come from the compiler that built its host.
+    find_program(TOOLKIT_CLANG NAMES clang++ clang++-14)
+    if(TOOLKIT_CLANG AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT TOOLKIT_SANITIZE)
+        set(clang_plug_in "${CMAKE_CURRENT_BINARY_DIR}/ClangPlugIn.so")
+        add_custom_command(
+            OUTPUT "${clang_plug_in}"
+            COMMAND
+                "${TOOLKIT_CLANG}" -std=c++20 -fPIC -shared -fvisibility=hidden
+                -I "${PROJECT_SOURCE_DIR}/sources" -o "${clang_plug_in}"
+                "${CMAKE_CURRENT_SOURCE_DIR}/module/PlugIn.cpp" "$<TARGET_FILE:Toolkit>"
+                "-Wl,-rpath,$<TARGET_FILE_DIR:Toolkit>"
+            DEPENDS module/PlugIn.cpp module/PlugIn.h Toolkit
+            VERBATIM
+        )
+        add_custom_target(ClangPlugIn DEPENDS "${clang_plug_in}")
+        add_dependencies(LoadTest ClangPlugIn)
+        string(APPEND plug_ins ",\"${clang_plug_in}\"")
+    endif()
+    target_compile_definitions(
+        LoadTest PRIVATE TOOLKIT_TEST_LIBRARY="$<TARGET_FILE:Toolkit>"
+                         "TOOLKIT_TEST_PLUG_INS=${plug_ins}"
+    )
+endif()

@@ -8,15 +8,6 @@ toolkit_test(system/SystemInfoTest.cpp)
 toolkit_test(system/TickCountTest.cpp)
 toolkit_test(system/VersionTest.cpp)
 
-# Adds a program that `test` runs; it finds the program's path in the macro `definition`.
-function(toolkit_test_program test definition source)
-    cmake_path(GET source STEM name)
-    add_executable(${name} ${source})
-    target_link_libraries(${name} PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
-    target_compile_definitions(${test} PRIVATE ${definition}="$<TARGET_FILE:${name}>")
-    add_dependencies(${test} ${name})
-endfunction()
-
 toolkit_test_program(
     RestartManagmentTest TOOLKIT_TEST_RESTART_PROGRAM system/RestartProgram.cpp
 )

@@ -1,0 +1,266 @@
+// Modules that were built at different times share objects and call each other's virtual
+// operations: fields and slots keep their places. Slots 0 and 1 are the two forms of the
+// destructor.
+
+#include "toolkit/files/FFile.h"
+#include "toolkit/files/TextFile.h"
+#include "toolkit/files/TextInputStream.h"
+#include "toolkit/logging/ConsoleLogger.h"
+#include "toolkit/logging/DebuggerLogger.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/NullLogger.h"
+#include "toolkit/logging/WxLogForwarder.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/module/ToolkitModule.h"
+#include "toolkit/system/RestartManagment.h"
+#include "toolkit/system/SingleApplicationInstance.h"
+#include "toolkit/system/SystemInfo.h"
+#include "toolkit/system/Version.h"
+#include "toolkit/threading/EventObject.h"
+#include "toolkit/threading/Thread.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+
+namespace Toolkit {
+namespace {
+
+constexpr std::size_t c_pointer = sizeof(void*);
+
+template <typename Value, typename Object>
+Value ReadAt(const Object& object, std::size_t offset)
+{
+    Value value;
+    std::memcpy(&value, reinterpret_cast<const unsigned char*>(&object) + offset, sizeof value);
+    return value;
+}
+
+// Itanium C++ ABI, section 2.3: a pointer to a virtual member function holds the offset of its
+// slot.
+template <typename Member>
+std::size_t SlotOf(Member member)
+{
+    std::size_t parts[2];
+    static_assert(sizeof parts == sizeof member);
+    std::memcpy(parts, &member, sizeof parts);
+#ifdef __aarch64__
+    return parts[0] / c_pointer;
+#else
+    return (parts[0] - 1) / c_pointer;
+#endif
+}
+
+struct ThreadSlots : Thread {
+    static std::size_t OfEntry() { return SlotOf(&ThreadSlots::Entry); }
+    static std::size_t OfDoWork() { return SlotOf(&ThreadSlots::DoWork); }
+};
+
+struct FileLoggerSlots : FileLogger {
+    static std::size_t OfWrite() { return SlotOf(&FileLoggerSlots::Write); }
+    static std::size_t OfDoWork() { return SlotOf(&FileLoggerSlots::DoWork); }
+};
+
+struct ForwarderSlots : WxLogForwarder {
+    static std::size_t OfDoLog() { return SlotOf(&ForwarderSlots::DoLog); }
+    static std::size_t OfDoLogString() { return SlotOf(&ForwarderSlots::DoLogString); }
+};
+
+// What a test wants done while a registry releases its modules.
+template <typename Action>
+class ReleaseAction : public LibModule {
+public:
+    explicit ReleaseAction(Action action) : m_action(action) {}
+    void Initialize() override {}
+    void Release() override { m_action(this); }
+
+private:
+    Action m_action;
+};
+
+TEST(LayoutTest, APointerHoldsItsObjectAndThenTheCount)
+{
+    int* const object = new int(7);
+    const smart_ptr<int> pointer(object);
+    const smart_ptr<int> copy(pointer);
+
+    EXPECT_EQ(sizeof pointer, 2 * c_pointer);
+    EXPECT_EQ(ReadAt<int*>(pointer, 0), object);
+    const auto* const block = ReadAt<const std::int32_t*>(pointer, c_pointer);
+    EXPECT_EQ(*block, 2);
+    EXPECT_EQ(ReadAt<const std::int32_t*>(copy, c_pointer), block);
+}
+
+TEST(LayoutTest, ACountIsFollowedByLockPolicyAndListener)
+{
+    using Block = smart_ptr_inner_data<smart_ptr_policy>;
+    const Block block;
+    const auto offsetOf = [&block](const void* field) {
+        return static_cast<std::size_t>(static_cast<const unsigned char*>(field) -
+                                        reinterpret_cast<const unsigned char*>(&block));
+    };
+
+    EXPECT_EQ(offsetOf(&block.count), 0u);
+    EXPECT_EQ(offsetOf(&block.lock), c_pointer);
+    EXPECT_EQ(offsetOf(&block.policy), 3 * c_pointer);
+    EXPECT_EQ(offsetOf(&block.releaseListener), 4 * c_pointer);
+}
+
+TEST(LayoutTest, AReleaseListenerIsToldInItsThirdSlot)
+{
+    EXPECT_EQ(SlotOf(&IReleaseListener::OnReleased), 2u);
+}
+
+TEST(LayoutTest, AMutexHoldsNothingButTheFrameworksMutex)
+{
+    EXPECT_EQ(sizeof(MutexInternal), 2 * c_pointer);
+    EXPECT_EQ(sizeof(Mutex), sizeof(MutexInternal));
+}
+
+TEST(LayoutTest, ALockerHoldsItsMutexAndThenTheOutcome)
+{
+    Mutex mutex(false);
+    const MutexLocker locker(mutex, MutexInternal::Infinite);
+
+    EXPECT_EQ(ReadAt<MutexInternal*>(locker, 0), &mutex);
+    EXPECT_TRUE(ReadAt<bool>(locker, c_pointer));
+}
+
+TEST(LayoutTest, AThreadAddsItsWorkBehindTheFrameworksSlots)
+{
+    EXPECT_GT(ThreadSlots::OfEntry(), 1u);
+    EXPECT_GT(ThreadSlots::OfDoWork(), ThreadSlots::OfEntry());
+}
+
+TEST(LayoutTest, AnEventHoldsItsStateItsModeAndItsLock)
+{
+    EventObject automatic(true, false);
+    EventObject manual(false, true);
+
+    EXPECT_EQ(ReadAt<std::uint8_t>(automatic, 0), 0);
+    EXPECT_EQ(ReadAt<std::uint8_t>(automatic, 1), 1);
+    EXPECT_EQ(ReadAt<std::uint8_t>(manual, 0), 1);
+    EXPECT_EQ(ReadAt<std::uint8_t>(manual, 1), 0);
+    EXPECT_EQ(sizeof manual, c_pointer + sizeof(Mutex));
+}
+
+TEST(LayoutTest, ALoggerHoldsItsThresholdAndThenTheCurrentSeverity)
+{
+    const ConsoleLogger logger(SeverityWarning);
+
+    EXPECT_EQ(ReadAt<std::int32_t>(logger, c_pointer), 1);
+    EXPECT_EQ(ReadAt<std::int32_t>(logger, c_pointer + 4), 4);
+    EXPECT_EQ(sizeof(ILogger), c_pointer + 8);
+    EXPECT_EQ(ReadAt<std::int32_t>(NullLogger(), c_pointer), 0);
+}
+
+TEST(LayoutTest, TheSimpleLoggersAddNoFields)
+{
+    EXPECT_EQ(sizeof(ConsoleLogger), sizeof(ILogger));
+    EXPECT_EQ(sizeof(DebuggerLogger), sizeof(ILogger));
+    EXPECT_EQ(sizeof(NullLogger), sizeof(ILogger));
+    EXPECT_EQ(sizeof(SetSeverity), 4u);
+}
+
+TEST(LayoutTest, ALoggerWritesInItsThirdSlot)
+{
+    EXPECT_EQ(SlotOf(&ILogger::Write), 2u);
+}
+
+TEST(LayoutTest, AFileLoggerWorksInTheSlotBehind)
+{
+    EXPECT_EQ(FileLoggerSlots::OfWrite(), 2u);
+    EXPECT_EQ(FileLoggerSlots::OfDoWork(), 3u);
+}
+
+TEST(LayoutTest, AForwarderHasItsTwoSlotsInARow)
+{
+    EXPECT_EQ(ForwarderSlots::OfDoLogString(), ForwarderSlots::OfDoLog() + 1);
+    EXPECT_EQ(sizeof(WxLogForwarder), sizeof(wxLog));
+}
+
+TEST(LayoutTest, FilesHoldOnePointer)
+{
+    EXPECT_EQ(sizeof(FFile), c_pointer);
+    EXPECT_EQ(sizeof(TextFile), c_pointer);
+}
+
+TEST(LayoutTest, StreamsShareOnePointerField)
+{
+    EXPECT_EQ(sizeof(InputStream), 2 * c_pointer);
+    EXPECT_EQ(sizeof(TextInputStream), sizeof(InputStream));
+}
+
+TEST(LayoutTest, AVersionHoldsItsPartsInOrder)
+{
+    const Version version(1, 2, 3, 4);
+
+    EXPECT_EQ(sizeof version, 16u);
+    for (unsigned int part = 0; part < 4; ++part)
+        EXPECT_EQ(ReadAt<std::uint32_t>(version, part * 4), part + 1);
+}
+
+TEST(LayoutTest, SystemInfoHoldsOnePointer)
+{
+    EXPECT_EQ(sizeof(SystemInfo), c_pointer);
+}
+
+TEST(LayoutTest, RestartManagmentHoldsAZero)
+{
+    EXPECT_EQ(sizeof(RestartManagment), 2 * c_pointer);
+    EXPECT_EQ(ReadAt<std::int32_t>(RestartManagment(), c_pointer), 0);
+}
+
+TEST(LayoutTest, AModuleInitializesAndThenReleases)
+{
+    EXPECT_EQ(SlotOf(&LibModule::Initialize), 2u);
+    EXPECT_EQ(SlotOf(&LibModule::Release), 3u);
+    EXPECT_EQ(SlotOf(&ToolkitModule::Initialize), 2u);
+    EXPECT_EQ(SlotOf(&ToolkitModule::Release), 3u);
+    EXPECT_EQ(sizeof(ToolkitModule), c_pointer);
+}
+
+TEST(LayoutTest, ARegistryHoldsModulesLockFlagsAndRemovals)
+{
+    constexpr std::size_t initialized = sizeof(std::list<int>) + sizeof(Mutex);
+    constexpr std::size_t releasing = initialized + 4;
+    constexpr std::size_t removals = releasing + 4;
+    LibModuleManager manager;
+    int passes = 0;
+    ReleaseAction module([&](LibModule* self) {
+        ++passes;
+        EXPECT_EQ(ReadAt<std::int32_t>(manager, releasing), 1);
+        manager.Unregister(self);
+        // A list ends with its length.
+        EXPECT_EQ(ReadAt<std::size_t>(manager, removals + 2 * c_pointer), 1u);
+    });
+    manager.Register(&module);
+    manager.Initialize(false);
+    EXPECT_EQ(ReadAt<std::size_t>(manager, 2 * c_pointer), 1u);
+    EXPECT_EQ(ReadAt<std::int32_t>(manager, initialized), 1);
+
+    manager.Release(false);
+
+    EXPECT_EQ(passes, 1);
+    EXPECT_EQ(ReadAt<std::size_t>(manager, 2 * c_pointer), 0u);
+    EXPECT_EQ(ReadAt<std::int32_t>(manager, initialized), 0);
+    EXPECT_EQ(ReadAt<std::int32_t>(manager, releasing), 0);
+}
+
+TEST(LayoutTest, AnEntryOfTheRegistryHoldsItsModuleAndThenItsCount)
+{
+    LibModuleManager manager;
+    ToolkitModule module;
+    manager.Register(&module);
+    manager.Register(&module);
+    manager.Register(&module);
+
+    // A list begins with its first node, whose value stands behind two links.
+    const auto* const node = ReadAt<const unsigned char*>(manager, 0);
+    EXPECT_EQ(ReadAt<LibModule*>(*node, 2 * c_pointer), &module);
+    EXPECT_EQ(ReadAt<std::int32_t>(*node, 3 * c_pointer), 3);
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,402 @@
+#include "toolkit/module/LibModuleManager.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <latch>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Calls = std::vector<std::string>;
+
+// Writes down its calls, then does what a test wants done inside of them.
+class RecordingModule : public LibModule {
+public:
+    RecordingModule(std::string name, Calls& calls) : m_name(std::move(name)), m_calls(calls) {}
+
+    void Initialize() override
+    {
+        m_calls.push_back("+" + m_name);
+        if (onInitialize)
+            onInitialize();
+    }
+
+    void Release() override
+    {
+        m_calls.push_back("-" + m_name);
+        if (onRelease)
+            onRelease();
+    }
+
+    std::function<void()> onInitialize;
+    std::function<void()> onRelease;
+
+private:
+    std::string m_name;
+    Calls& m_calls;
+};
+
+class LibModuleManagerTest : public testing::Test {
+protected:
+    void RegisterAll()
+    {
+        for (RecordingModule* const module : {&m_first, &m_second, &m_third})
+            m_manager.Register(module);
+    }
+
+    // The calls of a whole further life of the registry: who is still registered?
+    Calls NextLife()
+    {
+        m_calls.clear();
+        m_manager.Initialize(false);
+        m_manager.Release(false);
+        return m_calls;
+    }
+
+    Calls m_calls;
+    RecordingModule m_first{"1", m_calls};
+    RecordingModule m_second{"2", m_calls};
+    RecordingModule m_third{"3", m_calls};
+    LibModuleManager m_manager;
+};
+
+TEST_F(LibModuleManagerTest, RegistrationBeforeTheStartIsOnlyRecorded)
+{
+    m_manager.Register(&m_first);
+
+    EXPECT_THAT(m_calls, IsEmpty());
+}
+
+TEST_F(LibModuleManagerTest, InitializesInTheOrderOfRegistration)
+{
+    RegisterAll();
+
+    m_manager.Initialize(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "+3"));
+}
+
+TEST_F(LibModuleManagerTest, ReleasesInTheReverseOrder)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_calls.clear();
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, InitializesALateModuleAtOnce)
+{
+    m_manager.Initialize(false);
+
+    m_manager.Register(&m_first);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1"));
+}
+
+TEST_F(LibModuleManagerTest, OnlyRecordsAModuleAfterTheRelease)
+{
+    m_manager.Initialize(false);
+    m_manager.Release(false);
+
+    m_manager.Register(&m_first);
+
+    EXPECT_THAT(m_calls, IsEmpty());
+}
+
+TEST_F(LibModuleManagerTest, CountsFurtherRegistrations)
+{
+    m_manager.Initialize(false);
+    m_manager.Register(&m_first);
+    m_manager.Register(&m_first);
+    m_calls.clear();
+
+    m_manager.Unregister(&m_first);
+    EXPECT_THAT(m_calls, IsEmpty());
+    m_manager.Unregister(&m_first);
+
+    EXPECT_THAT(m_calls, ElementsAre("-1"));
+    EXPECT_THAT(NextLife(), IsEmpty());
+}
+
+TEST_F(LibModuleManagerTest, RemovesWithoutReleaseBeforeTheStart)
+{
+    RegisterAll();
+
+    m_manager.Unregister(&m_second);
+
+    EXPECT_THAT(m_calls, IsEmpty());
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, IgnoresUnknownModules)
+{
+    m_manager.Register(&m_first);
+
+    m_manager.Unregister(&m_second);
+    m_manager.Unregister(nullptr);
+    m_manager.Register(nullptr);
+
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AnotherStartInitializesAgain)
+{
+    m_manager.Register(&m_first);
+
+    m_manager.Initialize(false);
+    m_manager.Initialize(false);
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+1", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AReleaseWithoutAStartReleasesToo)
+{
+    m_manager.Register(&m_first);
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("-1"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleThatUnregistersInItsReleaseLeavesAfterThePass)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_second.onRelease = [this] { m_manager.Unregister(&m_second); };
+    m_calls.clear();
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AReleasePassVisitsAModuleThatAnotherOneUnregistered)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_third.onRelease = [this] { m_manager.Unregister(&m_first); };
+    m_calls.clear();
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
+    EXPECT_THAT(NextLife(), ElementsAre("+2", "+3", "-3", "-2"));
+}
+
+TEST_F(LibModuleManagerTest, UnregisteringTwiceDuringAReleaseRemovesOnce)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_second.onRelease = [this] {
+        m_manager.Unregister(&m_second);
+        m_manager.Unregister(&m_second);
+    };
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, ComingBackDuringAReleaseDoesNotKeepAModule)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_second.onRelease = [this] {
+        m_manager.Unregister(&m_second);
+        m_manager.Register(&m_second);
+        m_manager.Unregister(&m_second);
+        m_manager.Register(&m_second);
+    };
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleRegisteredDuringAReleaseIsInitializedAndStays)
+{
+    m_manager.Register(&m_first);
+    m_manager.Register(&m_second);
+    m_manager.Initialize(false);
+    m_second.onRelease = [this] { m_manager.Register(&m_third); };
+    m_calls.clear();
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("-2", "+3", "-1"));
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+2", "+3", "-3", "-2", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleRegisteredDuringTheStartHasItsTurnAtTheEnd)
+{
+    m_manager.Register(&m_first);
+    m_manager.Register(&m_second);
+    m_first.onInitialize = [this] { m_manager.Register(&m_third); };
+
+    m_manager.Initialize(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "+3"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleMayUnregisterItselfDuringTheStart)
+{
+    RegisterAll();
+    m_second.onInitialize = [this] { m_manager.Unregister(&m_second); };
+
+    m_manager.Initialize(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "+3"));
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleUnregisteredBeforeItsTurnIsNotInitialized)
+{
+    RegisterAll();
+    m_first.onInitialize = [this] { m_manager.Unregister(&m_second); };
+
+    m_manager.Initialize(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+3"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleThatComesBackDuringTheStartGoesToTheEnd)
+{
+    RegisterAll();
+    m_first.onInitialize = [this] {
+        m_manager.Unregister(&m_second);
+        m_manager.Register(&m_second);
+    };
+
+    m_manager.Initialize(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+3", "+2"));
+}
+
+TEST_F(LibModuleManagerTest, UnregisteringDuringASecondStartReleases)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_second.onInitialize = [this] { m_manager.Unregister(&m_third); };
+    m_calls.clear();
+
+    m_manager.Initialize(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "-3"));
+}
+
+TEST_F(LibModuleManagerTest, UnregisteringAgainInItsOwnReleaseIsIgnored)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_second.onRelease = [this] { m_manager.Unregister(&m_second); };
+    m_calls.clear();
+
+    m_manager.Unregister(&m_second);
+
+    EXPECT_THAT(m_calls, ElementsAre("-2"));
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AReleasePassInsideOfAnotherOneKeepsTheListWhole)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_third.onRelease = [this] {
+        m_third.onRelease = nullptr;
+        m_manager.Unregister(&m_first);
+        m_manager.Release(false);
+    };
+    m_calls.clear();
+
+    m_manager.Release(false);
+
+    EXPECT_THAT(m_calls, ElementsAre("-3", "-3", "-2", "-1", "-2"));
+    EXPECT_THAT(NextLife(), ElementsAre("+2", "+3", "-3", "-2"));
+}
+
+TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
+{
+    constexpr int threadCount = 4;
+    constexpr int rounds = 200;
+    m_manager.Initialize(false);
+    std::latch start(threadCount);
+    std::vector<std::thread> threads;
+    for (int number = 0; number < threadCount; ++number) {
+        threads.emplace_back([this, &start] {
+            start.arrive_and_wait();
+            for (int round = 0; round < rounds; ++round) {
+                m_manager.Register(&m_first);
+                m_manager.Unregister(&m_first);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    // However the threads met, every start of the module was followed by its end.
+    for (std::size_t call = 0; call < m_calls.size(); ++call)
+        EXPECT_EQ(m_calls[call], call % 2 == 0 ? "+1" : "-1");
+    EXPECT_THAT(NextLife(), IsEmpty());
+}
+
+TEST_F(LibModuleManagerTest, OtherThreadsWaitForACallback)
+{
+    std::latch isInside(1);
+    m_manager.Initialize(false);
+    std::thread other([this, &isInside] {
+        isInside.wait();
+        m_manager.Register(&m_second);
+    });
+    m_first.onInitialize = [this, &isInside] {
+        isInside.count_down();
+        std::this_thread::yield();
+        m_calls.push_back("end of 1");
+    };
+
+    m_manager.Register(&m_first);
+
+    other.join();
+    EXPECT_THAT(m_calls, ElementsAre("+1", "end of 1", "+2"));
+}
+
+TEST_F(LibModuleManagerTest, TheRegistryOfTheProcessIsThereFromTheLoadOn)
+{
+    LibModuleManager* const registry = LibModuleManager::GetInstance();
+
+    LibModuleManager::CreateInstance();
+
+    EXPECT_NE(registry, nullptr);
+    EXPECT_EQ(LibModuleManager::GetInstance(), registry);
+    EXPECT_EQ(LibModuleManager::s_pInstance, registry);
+}
+
+TEST_F(LibModuleManagerTest, ReleasingTheRegistryLeavesItsModulesAlone)
+{
+    LibModuleManager* const atLoad = std::exchange(LibModuleManager::s_pInstance, nullptr);
+    LibModuleManager::CreateInstance();
+    LibModuleManager::GetInstance()->Register(&m_first);
+    LibModuleManager::GetInstance()->Initialize(false);
+    m_calls.clear();
+
+    LibModuleManager::ReleaseInstance();
+    LibModuleManager::ReleaseInstance();
+
+    EXPECT_EQ(LibModuleManager::GetInstance(), nullptr);
+    EXPECT_THAT(m_calls, IsEmpty());
+    LibModuleManager::s_pInstance = atLoad;
+}
+
+} // namespace
+} // namespace Toolkit

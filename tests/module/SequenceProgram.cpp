@@ -1,0 +1,106 @@
+// Prints in which order the library constructs what it constructs when it is loaded, and in which
+// order it destroys that again. The constants that are longer than three characters keep their
+// texts in memory of their own, and the load sequence ends with the registry.
+
+#include "toolkit/module/LibModuleManager.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <malloc.h>
+#include <new>
+
+namespace {
+
+constexpr std::size_t c_mostBlocks = 65536;
+
+void* s_blocks[c_mostBlocks]; // what was allocated during the load, in order
+std::size_t s_blockCount = 0;
+bool s_isLoading = true;
+bool s_isUnloading = false;
+const void* s_registry = nullptr;
+
+bool Holds(void* block, const wchar_t* text)
+{
+    const std::size_t length = std::wcslen(text) + 1;
+    return ::malloc_usable_size(block) >= length * sizeof(wchar_t) &&
+           std::wmemcmp(static_cast<const wchar_t*>(block), text, length) == 0;
+}
+
+// Prints what the block is, if it is one of those looked for.
+void PrintBlock(void* block)
+{
+    static const wchar_t* const texts[] = {
+        L".qvlog",  L"config", L"ressources",
+        L"plugins", L"cache",  L"{3F8A1C2D-7B4E-4d19-A6C5-0E9D2B7F4A31}"};
+    if (block == s_registry)
+        std::fputs(" registry", stdout);
+    for (const wchar_t* const text : texts) {
+        if (Holds(block, text))
+            std::printf(" %ls", text);
+    }
+}
+
+void Forget(void* block)
+{
+    if (s_isUnloading && block)
+        PrintBlock(block);
+    if (s_isLoading && block)
+        std::replace(s_blocks, s_blocks + s_blockCount, block, static_cast<void*>(nullptr));
+    // Its place may be given out again.
+    if (s_isUnloading && block == s_registry)
+        s_registry = nullptr;
+    std::free(block);
+}
+
+// The program's static objects are constructed after those of the library, and destroyed before.
+class Program {
+public:
+    Program()
+    {
+        s_isLoading = false;
+        s_registry = Toolkit::LibModuleManager::GetInstance();
+    }
+    ~Program()
+    {
+        std::fputs("unload:", stdout);
+        s_isUnloading = true;
+    }
+};
+
+const Program s_program;
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    void* const block = std::malloc(size > 0 ? size : 1);
+    if (!block)
+        throw std::bad_alloc();
+    if (s_isLoading && s_blockCount < c_mostBlocks)
+        s_blocks[s_blockCount++] = block;
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    Forget(block);
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept
+{
+    Forget(block);
+}
+
+int main()
+{
+    std::fputs("load:", stdout);
+    for (std::size_t block = 0; block < s_blockCount; ++block) {
+        if (s_blocks[block])
+            PrintBlock(s_blocks[block]);
+    }
+    std::puts("");
+    return 0;
+}

@@ -1,0 +1,195 @@
+#include "toolkit/module/ToolkitModule.h"
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/Log.h"
+#include "toolkit/logging/WxLogForwarder.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/system/RestartManagment.h"
+#include "toolkit/system/SingleApplicationInstance.h"
+#include "toolkit/system/SystemInfo.h"
+#include "toolkit/system/Version.h"
+
+#include "support/CapturedLog.h"
+#include "support/RunProgram.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <wx/app.h>
+#include <wx/log.h>
+
+#include <string>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedEnvironment;
+using Testing::TempDir;
+
+// Which process-wide objects there are, by their initials.
+std::string Present()
+{
+    const std::pair<char, bool> objects[] = {
+        {'L', ILogger::s_pInstance != nullptr},
+        {'I', SystemInfo::s_pInstance != nullptr},
+        {'V', Version::s_pInstance != nullptr},
+        {'P', PathManager::s_pInstance != nullptr},
+        {'R', RestartManagment::s_pInstance != nullptr},
+        {'S', SingleApplicationInstance::s_pInstance != nullptr},
+    };
+    std::string present;
+    for (const auto& [initial, isPresent] : objects) {
+        if (isPresent)
+            present.push_back(initial);
+    }
+    return present;
+}
+
+class ToolkitModuleTest : public testing::Test {
+protected:
+    ~ToolkitModuleTest() override { EXPECT_EQ(Present(), ""); }
+
+    const TempDir m_directory;
+    const ScopedEnvironment m_home{"HOME", m_directory.Path()};
+};
+
+TEST_F(ToolkitModuleTest, LoadingCreatesNoObject)
+{
+    EXPECT_EQ(Present(), "");
+}
+
+TEST_F(ToolkitModuleTest, InitializeCreatesAllObjects)
+{
+    LibModuleManager::GetInstance()->Initialize(true);
+
+    EXPECT_EQ(Present(), "LIVPRS");
+    LibModuleManager::GetInstance()->Release(true);
+}
+
+TEST_F(ToolkitModuleTest, TheFirstLoggerDiscardsEverything)
+{
+    LibModuleManager::GetInstance()->Initialize(true);
+    testing::internal::CaptureStdout();
+
+    TOOLKIT_LOG(SeverityError) << L"nobody reads this" << ILogger::c_strLogToken3;
+
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    LibModuleManager::GetInstance()->Release(true);
+}
+
+TEST_F(ToolkitModuleTest, CopiesOutliveTheRelease)
+{
+    LibModuleManager::GetInstance()->Initialize(true);
+    const smart_ptr<Version> version = Version::GetInstance();
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    const smart_ptr<ILogger> logger = ILogger::GetInstance();
+
+    LibModuleManager::GetInstance()->Release(true);
+
+    EXPECT_EQ(version->ToString(), L"1.0.332.3");
+    EXPECT_EQ(paths->GetApplicationName(), L"ToolkitModuleTest");
+    logger->Write(L"still there");
+}
+
+TEST_F(ToolkitModuleTest, StartAndStopCanBeRepeated)
+{
+    LibModuleManager* const registry = LibModuleManager::GetInstance();
+    for (int life = 0; life < 20; ++life) {
+        registry->Initialize(true);
+        EXPECT_EQ(Present(), "LIVPRS");
+        EXPECT_NE(wxAppConsole::GetInstance(), nullptr);
+        registry->Release(true);
+        EXPECT_EQ(Present(), "");
+        EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
+    }
+}
+
+TEST_F(ToolkitModuleTest, EachLifeMayHaveItsLogFileAndForwarder)
+{
+    const std::wstring name = L"toolkit-module-test-" + std::to_wstring(::getpid());
+    for (int life = 0; life < 2; ++life) {
+        LibModuleManager::GetInstance()->Initialize(true);
+        ILogger::SetLogger(smart_ptr<ILogger>(new FileLogger(SeverityInfo, name, 100000)));
+        {
+            const WxLogForwarder forwarder;
+            wxLogWarning("from the framework");
+        }
+        LibModuleManager::GetInstance()->Release(true);
+
+        const TString<char> file = UTF8::ToUTF8(L"/tmp/" + name + L".qvlog");
+        EXPECT_THAT(Testing::ReadWholeFile(std::string(file)),
+                    testing::ContainsRegex("^1  : wx : [0-9]+ : from the framework\n$"));
+        std::filesystem::remove(std::string(file));
+    }
+}
+
+TEST_F(ToolkitModuleTest, AForwarderMayOutliveTheStop)
+{
+    LibModuleManager::GetInstance()->Initialize(true);
+    const WxLogForwarder forwarder;
+
+    LibModuleManager::GetInstance()->Release(true);
+
+    EXPECT_NE(wxLog::GetActiveTarget(), &forwarder);
+    delete wxLog::SetActiveTarget(nullptr);
+}
+
+TEST_F(ToolkitModuleTest, StartsAndStopsOfTheFrameworkAreCounted)
+{
+    LibModuleManager* const registry = LibModuleManager::GetInstance();
+    registry->Initialize(true);
+    registry->Initialize(true);
+
+    registry->Release(true);
+    EXPECT_NE(wxAppConsole::GetInstance(), nullptr);
+    registry->Release(true);
+    EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
+}
+
+TEST_F(ToolkitModuleTest, StopsTooManyDoNoHarm)
+{
+    LibModuleManager* const registry = LibModuleManager::GetInstance();
+    registry->Initialize(true);
+    registry->Release(true);
+    registry->Release(true);
+
+    registry->Initialize(true);
+
+    EXPECT_NE(wxAppConsole::GetInstance(), nullptr);
+    registry->Release(true);
+}
+
+TEST_F(ToolkitModuleTest, WorksWithoutTheFramework)
+{
+    LibModuleManager::GetInstance()->Initialize(false);
+
+    EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
+    EXPECT_EQ(Present(), "LIVPRS");
+    EXPECT_EQ(SystemInfo::GetInstance()->GetPlatform(), SystemInfo::PlatformUnix);
+    EXPECT_EQ(PathManager::GetInstance()->GetApplicationName(), L"ToolkitModuleTest");
+    EXPECT_FALSE(SingleApplicationInstance::GetInstance()->IsAlreadyRunning());
+    LibModuleManager::GetInstance()->Release(false);
+}
+
+TEST_F(ToolkitModuleTest, AHostKeepsItsOwnApplicationObject)
+{
+    const Testing::ProgramResult result = Testing::RunProgram(TOOLKIT_TEST_HOST_PROGRAM, {});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "the host's own\nthe host's own\nthe host's own\n");
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(ToolkitModuleTest, ObjectsComeAndGoInTheirOrder)
+{
+    const Testing::ProgramResult result = Testing::RunProgram(TOOLKIT_TEST_ORDER_PROGRAM, {});
+
+    EXPECT_EQ(result.output, "start: L LI LIV LIVP LIVPR LIVPRS\n"
+                             "stop: LIVPR LIVR LIR LR L -\n");
+}
+
+} // namespace
+} // namespace Toolkit
