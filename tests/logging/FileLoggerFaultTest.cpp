@@ -1,0 +1,205 @@
+#include "toolkit/logging/FileLogger.h"
+
+#include "support/FileSizeLimit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fcntl.h>
+#include <memory>
+#include <optional>
+#include <regex>
+#include <string>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include "logging/LogFile.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::Await;
+using Testing::FindOpenFile;
+using Testing::NoDescriptors;
+using Testing::ReadWholeFile;
+
+constexpr unsigned int c_noLimit = 0xFFFFFFFF;
+
+class FileLoggerFaultTest : public Testing::LogFileTest {
+protected:
+    // The files whose names end in a tick count.
+    std::vector<std::filesystem::path> Fallbacks() const
+    {
+        const std::regex form(m_name + "-[0-9]+\\.qvlog");
+        std::vector<std::filesystem::path> fallbacks = Files();
+        std::erase_if(fallbacks, [&form](const std::filesystem::path& file) {
+            return !std::regex_match(file.filename().native(), form);
+        });
+        return fallbacks;
+    }
+
+    // Logs while something else stands in the file's place.
+    void ExpectFallback() const
+    {
+        {
+            FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+            logger.Write(L"text");
+            Await([this] { return !Fallbacks().empty(); });
+        }
+        ASSERT_EQ(Fallbacks().size(), 1u);
+        EXPECT_EQ(ReadWholeFile(Fallbacks().front()), "text");
+    }
+};
+
+TEST_F(FileLoggerFaultTest, DirectoryInItsPlaceStays)
+{
+    std::filesystem::create_directory(Path());
+
+    ExpectFallback();
+    EXPECT_TRUE(std::filesystem::is_directory(Path()));
+}
+
+TEST_F(FileLoggerFaultTest, PipeInItsPlaceStays)
+{
+    ASSERT_EQ(::mkfifo(Path().c_str(), 0600), 0);
+
+    ExpectFallback();
+    EXPECT_TRUE(std::filesystem::is_fifo(Path()));
+}
+
+TEST_F(FileLoggerFaultTest, PipeWithAReaderGetsNothing)
+{
+    ASSERT_EQ(::mkfifo(Path().c_str(), 0600), 0);
+    const int reader = ::open(Path().c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+
+    ExpectFallback();
+    char byte = 0;
+    EXPECT_EQ(::read(reader, &byte, 1), 0);
+    ::close(reader);
+}
+
+TEST_F(FileLoggerFaultTest, SymbolicLinkIsNotFollowed)
+{
+    const Testing::TempDir directory;
+    directory.WriteFile(L"precious", "data");
+    std::filesystem::create_symlink(directory.Path() / "precious", Path());
+
+    ExpectFallback();
+    EXPECT_EQ(directory.ReadFile(L"precious"), "data");
+}
+
+TEST_F(FileLoggerFaultTest, DanglingSymbolicLinkCreatesNothing)
+{
+    const Testing::TempDir directory;
+    std::filesystem::create_symlink(directory.Path() / "absent", Path());
+
+    ExpectFallback();
+    EXPECT_FALSE(std::filesystem::exists(directory.Path() / "absent"));
+}
+
+TEST_F(FileLoggerFaultTest, FileWithASecondNameIsNotTouched)
+{
+    const std::filesystem::path other = "/tmp/" + m_name + "-other";
+    std::ofstream(other) << "data";
+    std::filesystem::create_hard_link(other, Path());
+
+    ExpectFallback();
+    EXPECT_EQ(ReadWholeFile(other), "data");
+}
+
+TEST_F(FileLoggerFaultTest, FileOfSomebodyElseIsNotTouched)
+{
+    std::ofstream(Path()) << "data";
+    std::filesystem::permissions(Path(), std::filesystem::perms(0666));
+    if (::chown(Path().c_str(), 12345, 12345) != 0)
+        GTEST_SKIP() << "only root can give a file away";
+
+    ExpectFallback();
+    EXPECT_EQ(ReadWholeFile(Path()), "data");
+}
+
+TEST_F(FileLoggerFaultTest, TextWaitsUntilThereIsADescriptor)
+{
+    std::optional<NoDescriptors> noDescriptors(std::in_place);
+    {
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(L"early ");
+        noDescriptors.reset();
+        Await([this] { return !Files().empty(); });
+        logger.Write(L"late");
+    }
+    ASSERT_EQ(Files().size(), 1u);
+    EXPECT_EQ(ReadWholeFile(Files().front()), "early late");
+}
+
+TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)
+{
+    {
+        const NoDescriptors noDescriptors;
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(L"dropped");
+    }
+    EXPECT_TRUE(Files().empty());
+}
+
+TEST_F(FileLoggerFaultTest, NameThatCannotBeAFileDropsItsText)
+{
+    FileLogger logger(SeverityVerbose, Name() + L"/no/such/directory", c_noLimit);
+    logger.Write(L"dropped");
+
+    EXPECT_TRUE(Files().empty());
+}
+
+TEST_F(FileLoggerFaultTest, MayOutliveThePathManager)
+{
+    std::optional<NoDescriptors> noDescriptors(std::in_place);
+    {
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(L"text");
+        PathManager::ReleaseInstance();
+        noDescriptors.reset();
+        Await([this] { return !Files().empty(); });
+    }
+    EXPECT_EQ(ReadWholeFile(Files().front()), "text");
+}
+
+TEST_F(FileLoggerFaultTest, FullDiskKeepsWhatFits)
+{
+    testing::internal::CaptureStderr();
+    {
+        const Testing::FileSizeLimit limit(10000);
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        for (int i = 0; i < 30; ++i)
+            logger.Write(std::wstring(999, L'x') + L"\n");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+
+    std::string expected;
+    for (int i = 0; i < 10; ++i)
+        expected += std::string(999, 'x') + "\n";
+    EXPECT_EQ(ReadWholeFile(Path()), expected);
+}
+
+TEST_F(FileLoggerFaultTest, WritesAgainWhenThereIsRoom)
+{
+    std::optional<Testing::FileSizeLimit> limit(5000u);
+    {
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(std::wstring(5000, L'x'));
+        Await([this] { return FindOpenFile(Path()).position == 5000; });
+        logger.Write(L"lost");
+        // The lost text is behind the writer when it asks for the next one.
+        logger.Write(L"lost");
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        limit.reset();
+        logger.Write(L"found");
+    }
+    EXPECT_EQ(ReadWholeFile(Path()), std::string(5000, 'x') + "found");
+}
+
+} // namespace
+} // namespace Toolkit

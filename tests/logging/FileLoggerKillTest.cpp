@@ -1,0 +1,130 @@
+#include "toolkit/logging/FileLogger.h"
+
+#include "support/RandomText.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <optional>
+#include <signal.h>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "logging/LogFile.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::ReadWholeFile;
+
+constexpr unsigned int c_noLimit = 0xFFFFFFFF;
+constexpr std::size_t c_threads = 2;
+
+// How often a process is killed: many more runs than in the daily test show rare cuts.
+int Runs()
+{
+    const char* const runs = std::getenv("TOOLKIT_KILL_RUNS");
+    return runs ? std::atoi(runs) : 20;
+}
+
+// The pieces of one thread are numbered and of all lengths: "1:23:...;".
+std::string Piece(std::size_t thread, long number)
+{
+    return std::to_string(thread) + ":" + std::to_string(number) + ":" +
+           std::string(static_cast<std::size_t>(number * 7 % 61), '.') + ";";
+}
+
+// Logs until it is killed. The text never runs ahead of the writer by more than memory can hold,
+// since nothing lives long here.
+[[noreturn]] void LogForEver(const TString<wchar_t>& name)
+{
+    FileLogger logger(SeverityVerbose, name, c_noLimit);
+    const auto write = [&logger](std::size_t thread) {
+        for (long number = 0;; ++number) {
+            const std::string piece = Piece(thread, number);
+            logger.Write(std::wstring(piece.begin(), piece.end()));
+        }
+    };
+    std::thread other(write, 1);
+    write(0);
+    std::abort();
+}
+
+// Walks along the pieces in `text`. Returns what is left behind the last whole one; nothing when a
+// piece is out of order.
+std::optional<std::string> RestBehindWholePieces(const std::string& text)
+{
+    std::array<long, c_threads> next{};
+    std::size_t at = 0;
+    while (true) {
+        const std::size_t end = text.find(';', at);
+        if (end == std::string::npos)
+            break;
+        const std::size_t thread = text[at] == '1' ? 1 : 0;
+        if (text.compare(at, end + 1 - at, Piece(thread, next[thread])) != 0)
+            return std::nullopt;
+        ++next[thread];
+        at = end + 1;
+    }
+    const std::string rest = text.substr(at);
+    const std::size_t thread = !rest.empty() && rest[0] == '1' ? 1 : 0;
+    return Piece(thread, next[thread]).compare(0, rest.size(), rest) == 0
+               ? std::optional<std::string>(rest)
+               : std::nullopt;
+}
+
+class FileLoggerKillTest : public Testing::LogFileTest {
+protected:
+    // Kills a process that logs when its file has grown to `size`; returns the size that was seen.
+    std::size_t KillAt(std::size_t size) const
+    {
+        const pid_t child = ::fork();
+        if (child == 0)
+            LogForEver(Name());
+        std::size_t seen = 0;
+        Testing::Await([this, size, &seen] {
+            std::error_code missing;
+            const std::uintmax_t now = std::filesystem::file_size(Path(), missing);
+            seen = missing ? 0 : static_cast<std::size_t>(now);
+            return seen >= size;
+        });
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status));
+        return seen;
+    }
+};
+
+TEST_F(FileLoggerKillTest, FileHoldsWholePiecesInOrder)
+{
+    const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    Testing::RandomText random(static_cast<unsigned int>(::getpid()));
+    int cuts = 0;
+    for (int run = 0; run < Runs(); ++run) {
+        SCOPED_TRACE(run);
+        std::filesystem::remove(Path());
+
+        const std::size_t drained = KillAt(random.Number<std::size_t>(1, 3000000));
+
+        const std::string text = ReadWholeFile(Path());
+        EXPECT_GE(text.size(), drained);
+        const std::optional<std::string> rest = RestBehindWholePieces(text);
+        ASSERT_TRUE(rest.has_value());
+        // The kernel may take the signal between two pages that one piece lies across: nothing that
+        // a program can do prevents it. Anywhere else it must not.
+        if (!rest->empty()) {
+            EXPECT_EQ(text.size() % pageSize, 0u);
+            ++cuts;
+        }
+    }
+    RecordProperty("cuts", cuts);
+    if (cuts)
+        std::fprintf(stderr, "%d of %d logs end in a piece cut at a page\n", cuts, Runs());
+}
+
+} // namespace
+} // namespace Toolkit

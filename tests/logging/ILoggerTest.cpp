@@ -1,0 +1,268 @@
+#include "toolkit/logging/ILogger.h"
+
+#include "toolkit/logging/NullLogger.h"
+
+#include "support/CapturedLog.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <locale>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::CapturedLog;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Sink : public ILogger {
+public:
+    using ILogger::ILogger;
+    void Write(const TString<wchar_t>& text) override { pieces.push_back(text); }
+
+    std::vector<std::wstring> pieces;
+};
+
+// The pieces that one insertion makes.
+template <typename Value>
+std::vector<std::wstring> Inserted(const Value& value)
+{
+    const CapturedLog log;
+    ILogger::GetLogger() << value;
+    return log.Pieces();
+}
+
+bool DiscardsEverything(const smart_ptr<ILogger>& logger)
+{
+    return dynamic_cast<NullLogger*>(logger.Get()) != nullptr;
+}
+
+TEST(ILoggerTest, LineTokens)
+{
+    EXPECT_EQ(ILogger::c_strLogToken1, L" ");
+    EXPECT_EQ(ILogger::c_strLogToken2, L" : ");
+    EXPECT_EQ(ILogger::c_strLogToken3, L"\n");
+}
+
+TEST(ILoggerTest, SeveritiesAreNumbersFromTheMostSevere)
+{
+    EXPECT_THAT(Inserted(SeverityError), ElementsAre(L"0"));
+    EXPECT_THAT(Inserted(SeverityWarning), ElementsAre(L"1"));
+    EXPECT_THAT(Inserted(SeverityInfo), ElementsAre(L"2"));
+    EXPECT_THAT(Inserted(SeverityDebug), ElementsAre(L"3"));
+    EXPECT_THAT(Inserted(SeverityVerbose), ElementsAre(L"4"));
+    EXPECT_EQ(SetSeverity(SeverityDebug).GetSeverity(), SeverityDebug);
+}
+
+TEST(ILoggerTest, PassesWhatIsAtLeastAsSevereAsTheThreshold)
+{
+    for (int threshold = SeverityError; threshold <= SeverityVerbose; ++threshold) {
+        for (int severity = SeverityError; severity <= SeverityVerbose; ++severity) {
+            SCOPED_TRACE(testing::Message() << severity << " into " << threshold);
+            Sink sink(static_cast<LogSeverity>(threshold));
+            sink << SetSeverity(static_cast<LogSeverity>(severity));
+            sink << 1;
+            EXPECT_EQ(sink.pieces.size(), severity <= threshold ? 1u : 0u);
+        }
+    }
+}
+
+TEST(ILoggerTest, IsVerboseUntilTold)
+{
+    Sink verbose(SeverityVerbose);
+    Sink debug(SeverityDebug);
+
+    verbose << L"text";
+    debug << L"text";
+    EXPECT_THAT(verbose.pieces, ElementsAre(L"text"));
+    EXPECT_THAT(debug.pieces, IsEmpty());
+}
+
+TEST(ILoggerTest, ChainGoesOnAtTheProcessLogger)
+{
+    const CapturedLog log;
+    Sink sink(SeverityVerbose);
+
+    ILogger& result = sink << L"a" << L"b" << 3;
+
+    EXPECT_THAT(sink.pieces, ElementsAre(L"a"));
+    EXPECT_THAT(log.Pieces(), ElementsAre(L"b", L"3"));
+    EXPECT_EQ(&result, &ILogger::GetLogger());
+}
+
+TEST(ILoggerTest, FilteredInsertionReturnsTheProcessLoggerToo)
+{
+    const CapturedLog log;
+    Sink sink(SeverityError);
+
+    sink << L"filtered" << L"kept";
+    sink << SetSeverity(SeverityDebug) << L"kept too";
+
+    EXPECT_THAT(sink.pieces, IsEmpty());
+    EXPECT_THAT(log.Pieces(), ElementsAre(L"kept", L"kept too"));
+}
+
+TEST(ILoggerTest, NumbersArePlainDecimals)
+{
+    EXPECT_THAT(Inserted(short{-5}), ElementsAre(L"-5"));
+    EXPECT_THAT(Inserted(static_cast<unsigned short>(65535)), ElementsAre(L"65535"));
+    EXPECT_THAT(Inserted(std::numeric_limits<int>::min()), ElementsAre(L"-2147483648"));
+    EXPECT_THAT(Inserted(4294967295u), ElementsAre(L"4294967295"));
+    EXPECT_THAT(Inserted(0), ElementsAre(L"0"));
+    EXPECT_THAT(Inserted(-1234567L), ElementsAre(L"-1234567"));
+    EXPECT_THAT(Inserted(1234567UL), ElementsAre(L"1234567"));
+    EXPECT_THAT(Inserted(std::numeric_limits<long long>::min()),
+                ElementsAre(L"-9223372036854775808"));
+    EXPECT_THAT(Inserted(std::numeric_limits<unsigned long long>::max()),
+                ElementsAre(L"18446744073709551615"));
+}
+
+TEST(ILoggerTest, NumbersDoNotDependOnTheGlobalLocale)
+{
+    class Grouping : public std::numpunct<wchar_t> {
+        std::string do_grouping() const override { return "\3"; }
+        wchar_t do_thousands_sep() const override { return L'.'; }
+        string_type do_truename() const override { return L"ja"; }
+    };
+    const std::locale old = std::locale::global(std::locale(std::locale(), new Grouping));
+
+    EXPECT_THAT(Inserted(1234567), ElementsAre(L"1234567"));
+    EXPECT_THAT(Inserted(true), ElementsAre(L"1"));
+    std::locale::global(old);
+}
+
+TEST(ILoggerTest, BoolsAreDigits)
+{
+    EXPECT_THAT(Inserted(true), ElementsAre(L"1"));
+    EXPECT_THAT(Inserted(false), ElementsAre(L"0"));
+}
+
+TEST(ILoggerTest, WideTextIsWrittenAsItIs)
+{
+    const wchar_t* const pointer = L"pointer";
+    const wchar_t array[] = L"array";
+    wchar_t room[10] = L"room";
+
+    EXPECT_THAT(Inserted(TString<wchar_t>(L"text \u20AC")), ElementsAre(L"text \u20AC"));
+    EXPECT_THAT(Inserted(std::wstring(L"a\0b", 3)), ElementsAre(std::wstring(L"a\0b", 3)));
+    EXPECT_THAT(Inserted(pointer), ElementsAre(L"pointer"));
+    EXPECT_THAT(Inserted(array), ElementsAre(L"array"));
+    EXPECT_THAT(Inserted(room), ElementsAre(L"room"));
+    EXPECT_THAT(Inserted(L""), ElementsAre(L""));
+}
+
+TEST(ILoggerTest, NarrowStringsAreDecoded)
+{
+    EXPECT_THAT(Inserted(TString<char>("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
+    EXPECT_THAT(Inserted(TString<char>("\xE2\x82")), ElementsAre(L""));
+}
+
+TEST(ILoggerTest, NarrowArraysAreWidenedByteByByte)
+{
+    const char* const pointer = "\xE2\x82";
+    char room[10] = "room";
+
+    EXPECT_THAT(Inserted("\xE2\x82\xAC"), ElementsAre(L"\u00E2\u0082\u00AC"));
+    EXPECT_THAT(Inserted(pointer), ElementsAre(L"\u00E2\u0082"));
+    EXPECT_THAT(Inserted(room), ElementsAre(L"room"));
+}
+
+TEST(ILoggerTest, NullPointersAreEmptyTexts)
+{
+    EXPECT_THAT(Inserted(static_cast<const wchar_t*>(nullptr)), ElementsAre(L""));
+    EXPECT_THAT(Inserted(static_cast<const char*>(nullptr)), ElementsAre(L""));
+}
+
+TEST(ILoggerTest, CreateGivesALoggerThatDiscardsEverything)
+{
+    EXPECT_TRUE(DiscardsEverything(ILogger::Create()));
+}
+
+TEST(ILoggerTest, ProcessLoggerIsCreatedOnce)
+{
+    ILogger::CreateInstance();
+    const smart_ptr<ILogger> first = ILogger::GetInstance();
+    ILogger::CreateInstance();
+
+    EXPECT_TRUE(DiscardsEverything(first));
+    EXPECT_EQ(ILogger::GetInstance().Get(), first.Get());
+    EXPECT_EQ(&ILogger::GetLogger(), first.Get());
+    ILogger::ReleaseInstance();
+    EXPECT_EQ(ILogger::s_pInstance, nullptr);
+    EXPECT_FALSE(ILogger::GetInstance().IsValid());
+}
+
+TEST(ILoggerTest, CopyOutlivesTheRelease)
+{
+    ILogger::CreateInstance();
+    ILogger::SetLogger(new Sink(SeverityVerbose));
+    const smart_ptr<ILogger> copy = ILogger::GetInstance();
+
+    ILogger::ReleaseInstance();
+    *copy << L"text";
+    EXPECT_THAT(dynamic_cast<Sink&>(*copy).pieces, ElementsAre(L"text"));
+}
+
+TEST(ILoggerTest, EmptyPointerInstallsALoggerThatDiscardsEverything)
+{
+    ILogger::CreateInstance();
+    ILogger::SetLogger(new Sink(SeverityVerbose));
+
+    ILogger::SetLogger(smart_ptr<ILogger>());
+    EXPECT_TRUE(DiscardsEverything(ILogger::GetInstance()));
+    ILogger::ReleaseInstance();
+}
+
+TEST(ILoggerTest, ReplacedLoggerIsLetGo)
+{
+    class Counted : public Sink {
+    public:
+        explicit Counted(int& ends) : Sink(SeverityVerbose), m_ends(ends) {}
+        ~Counted() override { ++m_ends; }
+
+    private:
+        int& m_ends;
+    };
+    int ends = 0;
+    ILogger::CreateInstance();
+
+    ILogger::SetLogger(new Counted(ends));
+    EXPECT_EQ(ends, 0);
+    ILogger::SetLogger(new Counted(ends));
+    EXPECT_EQ(ends, 1);
+    ILogger::ReleaseInstance();
+    EXPECT_EQ(ends, 2);
+}
+
+TEST(ILoggerTest, IsUsableWithoutAProcessLogger)
+{
+    ASSERT_EQ(ILogger::s_pInstance, nullptr);
+
+    ILogger::GetLogger() << SetSeverity(SeverityError) << L"nobody listens" << 1;
+    ILogger::SetLogger(new Sink(SeverityVerbose));
+    ILogger::ReleaseInstance();
+    EXPECT_EQ(ILogger::s_pInstance, nullptr);
+}
+
+TEST(ILoggerTest, ThreadsShareTheSeverity)
+{
+    const CapturedLog log;
+
+    const auto write = [] {
+        for (int i = 0; i < 1000; ++i)
+            ILogger::GetLogger() << SetSeverity(i % 2 ? SeverityError : SeverityDebug) << i;
+    };
+    std::thread first(write);
+    std::thread second(write);
+    first.join();
+    second.join();
+
+    EXPECT_EQ(log.Pieces().size(), 2000u);
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace Toolkit::Testing {
+
+/// What a `FileLogger` needs: a path manager whose directories are the test's own, and a name that
+/// nobody else uses in the temporary directory, where what bears it is removed in the end.
+class LogFileTest : public testing::Test {
+protected:
+    LogFileTest() : m_homeVariable("HOME", m_home.Path().native())
+    {
+        static int s_count = 0;
+        m_name = "toolkit-test-" + std::to_string(::getpid()) + "-" + std::to_string(s_count++);
+        PathManager::CreateInstance();
+    }
+    ~LogFileTest() override
+    {
+        PathManager::ReleaseInstance();
+        for (const std::filesystem::path& file : Files())
+            std::filesystem::remove_all(file);
+    }
+
+    TString<wchar_t> Name() const { return UTF8::ToUNICODE(m_name); }
+    std::filesystem::path Path() const { return "/tmp/" + m_name + ".qvlog"; }
+
+    /// All files in the temporary directory whose names begin with the test's.
+    std::vector<std::filesystem::path> Files() const
+    {
+        std::vector<std::filesystem::path> files;
+        for (const auto& entry : std::filesystem::directory_iterator("/tmp")) {
+            if (entry.path().filename().native().compare(0, m_name.size(), m_name) == 0)
+                files.push_back(entry.path());
+        }
+        return files;
+    }
+
+    std::string m_name;
+
+private:
+    const TempDir m_home;
+    const ScopedEnvironment m_homeVariable;
+};
+
+/// Asks until `condition` holds; a test that waits for two minutes has failed.
+inline void Await(const std::function<bool()>& condition)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+    while (!condition()) {
+        ASSERT_LT(std::chrono::steady_clock::now(), end) << "waited in vain";
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+/// What the system tells about an open file of this process.
+struct OpenFile {
+    long position = -1; ///< -1 when the file is not open.
+    unsigned int flags = 0;
+};
+
+inline OpenFile FindOpenFile(const std::filesystem::path& path)
+{
+    std::error_code ignored;
+    OpenFile file;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        if (std::filesystem::read_symlink(entry.path(), ignored) != path)
+            continue;
+        std::ifstream info("/proc/self/fdinfo/" + entry.path().filename().native());
+        std::string key;
+        info >> key >> file.position >> key >> std::oct >> file.flags;
+    }
+    return file;
+}
+
+/// Lets no file be opened while it lives.
+class NoDescriptors {
+public:
+    NoDescriptors()
+    {
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_oldLimit), 0);
+        rlimit none = m_oldLimit;
+        none.rlim_cur = 0;
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    }
+    ~NoDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_oldLimit); }
+
+    NoDescriptors(const NoDescriptors&) = delete;
+    NoDescriptors& operator=(const NoDescriptors&) = delete;
+
+private:
+    rlimit m_oldLimit{};
+};
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,108 @@
+#include "toolkit/logging/PieceBlock.Private.h"
+
+#include "support/RandomText.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+constexpr std::size_t c_pageSize = 16;
+
+std::string Text(const PieceBlock& block)
+{
+    return {block.Data(), block.Size()};
+}
+
+// The blocks in which `pieces` are written from `offset` on.
+std::vector<std::string> Blocks(std::size_t offset, const std::vector<std::wstring>& pieces)
+{
+    std::vector<std::string> blocks;
+    PieceBlock block(c_pageSize);
+    block.Begin(static_cast<long long>(offset));
+    for (const std::wstring& piece : pieces) {
+        if (block.Append(piece))
+            continue;
+        offset += block.Size();
+        blocks.push_back(Text(block));
+        block.Begin(static_cast<long long>(offset));
+        EXPECT_TRUE(block.Append(piece));
+    }
+    blocks.push_back(Text(block));
+    return blocks;
+}
+
+using Texts = std::vector<std::string>;
+
+TEST(PieceBlockTest, CollectsThePiecesOfAPage)
+{
+    EXPECT_EQ(Blocks(0, {L"one,", L"two,", L"three,"}), Texts({"one,two,three,"}));
+}
+
+TEST(PieceBlockTest, MayFillItsPage)
+{
+    EXPECT_EQ(Blocks(0, {L"01234567", L"89abcdef", L"next"}), Texts({"0123456789abcdef", "next"}));
+    EXPECT_EQ(Blocks(10, {L"012", L"345", L"next"}), Texts({"012345", "next"}));
+}
+
+TEST(PieceBlockTest, PieceThatCrossesAPageStandsFirst)
+{
+    EXPECT_EQ(Blocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
+              Texts({"0123456789", "abcdefghi", "0123456789abcd"}));
+}
+
+TEST(PieceBlockTest, LongPieceTakesTheRestOfItsLastPageAlong)
+{
+    EXPECT_EQ(Blocks(8, {std::wstring(30, L'x'), L"0123456789", L"next"}),
+              Texts({std::string(30, 'x') + "0123456789", "next"}));
+}
+
+TEST(PieceBlockTest, PieceWithoutAUtf8FormIsLeftOut)
+{
+    const std::wstring invalid = L"x" + std::wstring(1, static_cast<wchar_t>(0x110000));
+
+    EXPECT_EQ(Blocks(0, {L"a", invalid, L"b"}), Texts({"ab"}));
+    EXPECT_EQ(Blocks(0, {invalid, L"b", invalid}), Texts({"b"}));
+}
+
+TEST(PieceBlockTest, EmptyPiecesChangeNothing)
+{
+    EXPECT_EQ(Blocks(3, {L"", L"0123456789abc", L"", L"d"}), Texts({"0123456789abc", "d"}));
+}
+
+// A write that stays within a page, but for its first piece, can only be cut in that piece.
+TEST(PieceBlockTest, NoPieceButTheFirstLiesAcrossPages)
+{
+    Testing::RandomText random(1);
+    for (int round = 0; round < 2000; ++round) {
+        std::size_t offset = random.Number<std::size_t>(0, 100);
+        std::vector<std::wstring> pieces(random.Number<std::size_t>(1, 40));
+        std::wstring whole;
+        for (std::wstring& piece : pieces) {
+            piece = random.Text<wchar_t>(L"ab\u00E9\u20AC", 20) + L"|";
+            whole += piece;
+        }
+
+        std::string written;
+        for (const std::string& block : Blocks(offset, pieces)) {
+            ASSERT_EQ(block.back(), '|');
+            const std::size_t firstEnd = offset + block.find('|') + 1;
+            const std::size_t end = offset + block.size();
+            ASSERT_TRUE(end == firstEnd || (firstEnd - 1) / c_pageSize == (end - 1) / c_pageSize);
+            written += block;
+            offset = end;
+        }
+        std::string expected;
+        for (const wchar_t character : whole)
+            expected += character == L'\u20AC'   ? "\xE2\x82\xAC"
+                        : character == L'\u00E9' ? "\xC3\xA9"
+                                                 : std::string(1, static_cast<char>(character));
+        ASSERT_EQ(written, expected);
+    }
+}
+
+} // namespace
+} // namespace Toolkit

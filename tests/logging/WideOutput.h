@@ -1,0 +1,54 @@
+#pragma once
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Toolkit::Testing {
+
+/// Collects what goes to the wide standard output while it lives.
+class CapturedWideOutput {
+public:
+    CapturedWideOutput() : m_oldBuffer(std::wcout.rdbuf(&m_buffer)) {}
+    ~CapturedWideOutput() { std::wcout.rdbuf(m_oldBuffer); }
+
+    CapturedWideOutput(const CapturedWideOutput&) = delete;
+    CapturedWideOutput& operator=(const CapturedWideOutput&) = delete;
+
+    std::wstring Text() const { return m_buffer.str(); }
+
+private:
+    std::wstringbuf m_buffer;
+    std::wstreambuf* m_oldBuffer;
+};
+
+/// The bytes that `action` writes to the standard output, in a process of its own: here the output
+/// has been used for narrow text, which rules wide text out.
+inline std::string OutputOfProcess(const std::function<void()>& action)
+{
+    const TempDir directory;
+    const std::string path = (directory.Path() / "output").native();
+
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool isOpen = std::freopen(path.c_str(), "w", stdout) != nullptr;
+        action();
+        std::wcout.flush();
+        std::fflush(stdout);
+        ::_exit(isOpen ? 0 : 1);
+    }
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    return ReadWholeFile(path);
+}
+
+} // namespace Toolkit::Testing
