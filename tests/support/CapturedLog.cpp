@@ -102,8 +102,7 @@ testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, const std::wstrin
 }
 
 testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, int line,
-                                         const std::wstring& function,
-                                         const std::wstring& message)
+                                         const std::wstring& function, const std::wstring& message)
 {
     return HasLogForm(severity, line, function, message);
 }

@@ -40,7 +40,6 @@ testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, const std::wstrin
 
 /// The same with a fixed source line.
 testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, int line,
-                                         const std::wstring& function,
-                                         const std::wstring& message);
+                                         const std::wstring& function, const std::wstring& message);
 
 } // namespace Toolkit::Testing

@@ -6,9 +6,8 @@
 
 #include <fstream>
 #include <iterator>
-#include <system_error>
-
 #include <stdlib.h>
+#include <system_error>
 
 namespace Toolkit::Testing {
 

@@ -45,7 +45,8 @@ CmdLineParser::CmdLineParser(const TString<char>& commandLine)
     Tokenize(UTF8::ToUNICODE(commandLine), m_tokens);
 }
 
-template <typename Char> void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
+template <typename Char>
+void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
 {
     for (int i = 0; argv && i < argc && argv[i]; ++i) {
         if constexpr (std::is_same_v<Char, char>)

@@ -51,8 +51,8 @@ public:
     /// What encloses a token that holds separators: the double quote.
     static const TString<wchar_t> c_strDelimiters;
 
-    /// One token per element of `argv`, the program name included, taken as they are. A null element
-    /// ends the vector early.
+    /// One token per element of `argv`, the program name included, taken as they are. A null
+    /// element ends the vector early.
     CmdLineParser(int argc, const wchar_t** argv);
     CmdLineParser(int argc, wchar_t** argv);
     /// The same; each element is decoded from UTF-8.
@@ -63,8 +63,8 @@ public:
     /// The same; the text is decoded from UTF-8.
     CmdLineParser(const TString<char>& commandLine);
 
-    /// Registers `option`, which stays shared with the caller. False when it is empty or one of that
-    /// name is there.
+    /// Registers `option`, which stays shared with the caller. False when it is empty or one of
+    /// that name is there.
     bool AddOption(const smart_ptr<CmdLineOption>& option);
 
     /// Replaces `tokens` by those of `line`.
@@ -79,7 +79,8 @@ public:
     bool Parse();
 
 private:
-    template <typename Char> void TakeArguments(int argc, const Char* const* argv);
+    template <typename Char>
+    void TakeArguments(int argc, const Char* const* argv);
     CmdLineOption* FindOption(const TString<wchar_t>& name) const;
 
     std::map<TString<wchar_t>, smart_ptr<CmdLineOption>> m_options;

@@ -16,9 +16,9 @@ namespace Toolkit {
 ///
 /// Lines end and are decoded as `TextFile` tells. A section is named by all that stands between the
 /// brackets, blanks included; a header that comes again continues its section. Blanks and tabs
-/// around keys and values are dropped; quotes have no meaning. Of two lines for one key in a section
-/// the first counts. Lines above the first header, and lines that are neither header nor key, are
-/// ignored. Names are case-sensitive.
+/// around keys and values are dropped; quotes have no meaning. Of two lines for one key in a
+/// section the first counts. Lines above the first header, and lines that are neither header nor
+/// key, are ignored. Names are case-sensitive.
 ///
 /// An object may be copied, and read by several threads at once.
 class TOOLKIT_API IniFile {
@@ -51,8 +51,8 @@ public:
     int GetInt32(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  int defaultValue) const;
 
-    /// Whether a value begins with the number 1, so "yes" and "true" are false; `defaultValue` for a
-    /// key that is missing or empty.
+    /// Whether a value begins with the number 1, so "yes" and "true" are false; `defaultValue` for
+    /// a key that is missing or empty.
     bool GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  bool defaultValue) const;
 

@@ -1,5 +1,3 @@
 #include "toolkit/core/Assert.h"
 
-void ASSERT(bool /*condition*/)
-{
-}
+void ASSERT(bool /*condition*/) {}

@@ -8,7 +8,8 @@
 namespace Toolkit::Numbers {
 
 /// Reads the number that `text` begins with, after white space. Without one `value` is unchanged; a
-/// number out of range sets the limit of its type, a negative one for an unsigned type wraps around.
+/// number out of range sets the limit of its type, a negative one for an unsigned type wraps
+/// around.
 ///
 /// Defined for char and wchar_t, and for the types that the library reads.
 template <typename Char, typename Number>
@@ -18,7 +19,8 @@ void Parse(const std::basic_string<Char>& text, Number& value);
 ///
 /// Integers come as plain digits, floating-point numbers with six significant digits in the shorter
 /// of the fixed and the scientific notation.
-template <typename Char> class Text {
+template <typename Char>
+class Text {
 public:
     explicit Text(long long value);
     explicit Text(unsigned long long value);

@@ -12,17 +12,20 @@ namespace Toolkit::Numbers {
 namespace {
 
 // White space of the classic locale.
-template <typename Char> constexpr bool IsSpace(Char character)
+template <typename Char>
+constexpr bool IsSpace(Char character)
 {
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-template <typename Char> constexpr bool IsDigit(Char character)
+template <typename Char>
+constexpr bool IsDigit(Char character)
 {
     return character >= '0' && character <= '9';
 }
 
-template <typename Char> const Char* SkipSpace(const Char* at, const Char* end)
+template <typename Char>
+const Char* SkipSpace(const Char* at, const Char* end)
 {
     return std::find_if_not(at, end, IsSpace<Char>);
 }
@@ -67,7 +70,8 @@ void ParseInteger(const Char* at, const Char* end, Integer& value)
 // before it converts. Short numbers, nearly all of them, need no memory of the heap.
 class FloatingPointCharacters {
 public:
-    template <typename Char> FloatingPointCharacters(const Char* at, const Char* end)
+    template <typename Char>
+    FloatingPointCharacters(const Char* at, const Char* end)
     {
         at = SkipSpace(at, end);
         if (at != end && (*at == '-' || *at == '+')) {
@@ -128,7 +132,8 @@ double ParseOutOfRange(const FloatingPointCharacters& characters)
     return value;
 }
 
-template <typename Char> void ParseDouble(const Char* at, const Char* end, double& value)
+template <typename Char>
+void ParseDouble(const Char* at, const Char* end, double& value)
 {
     const FloatingPointCharacters characters(at, end);
     if (!characters.HasDigit())
@@ -145,7 +150,8 @@ template <typename Char> void ParseDouble(const Char* at, const Char* end, doubl
 }
 
 // "00" to "99": two digits cost one division.
-template <typename Char> struct DigitPairs {
+template <typename Char>
+struct DigitPairs {
     constexpr DigitPairs() : digits{}
     {
         for (std::size_t i = 0; i < 100; ++i) {
@@ -156,7 +162,8 @@ template <typename Char> struct DigitPairs {
     Char digits[200];
 };
 
-template <typename Char> constexpr DigitPairs<Char> c_digitPairs;
+template <typename Char>
+constexpr DigitPairs<Char> c_digitPairs;
 
 } // namespace
 
@@ -181,25 +188,27 @@ template void Parse(const std::wstring&, long long&);
 template void Parse(const std::wstring&, unsigned long long&);
 template void Parse(const std::wstring&, double&);
 
-template <typename Char> Text<Char>::Text(long long value)
+template <typename Char>
+Text<Char>::Text(long long value)
 {
     const auto bits = static_cast<unsigned long long>(value);
     WriteDigits(value < 0 ? 0 - bits : bits, value < 0);
 }
 
-template <typename Char> Text<Char>::Text(unsigned long long value)
+template <typename Char>
+Text<Char>::Text(unsigned long long value)
 {
     WriteDigits(value, false);
 }
 
-template <typename Char> Text<Char>::Text(double value) : m_begin(m_buffer)
+template <typename Char>
+Text<Char>::Text(double value) : m_begin(m_buffer)
 {
     constexpr int significantDigits = 6;
     char narrow[c_capacity];
-    const char* const end =
-        std::to_chars(narrow, narrow + c_capacity, value, std::chars_format::general,
-                      significantDigits)
-            .ptr;
+    const char* const end = std::to_chars(narrow, narrow + c_capacity, value,
+                                          std::chars_format::general, significantDigits)
+                                .ptr;
     m_length = static_cast<std::size_t>(end - narrow);
     std::copy(narrow, narrow + m_length, m_buffer);
 }

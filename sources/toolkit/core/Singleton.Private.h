@@ -7,20 +7,23 @@
 namespace Toolkit::Singleton {
 
 /// Stores the object that `make` gives, unless there is one.
-template <typename T, typename Make> void Create(smart_ptr<T>*& instance, Make make)
+template <typename T, typename Make>
+void Create(smart_ptr<T>*& instance, Make make)
 {
     if (!instance)
         instance = new smart_ptr<T>(make());
 }
 
 /// A copy of the pointer; an empty one when there is no object.
-template <typename T> smart_ptr<T> Get(const smart_ptr<T>* instance)
+template <typename T>
+smart_ptr<T> Get(const smart_ptr<T>* instance)
 {
     return instance ? *instance : smart_ptr<T>();
 }
 
 /// Drops the object. It can still be reached while it is destroyed.
-template <typename T> void Release(smart_ptr<T>*& instance)
+template <typename T>
+void Release(smart_ptr<T>*& instance)
 {
     if (!instance)
         return;

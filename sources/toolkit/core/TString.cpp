@@ -24,8 +24,8 @@ constexpr std::uint32_t FoldAscii(std::uint32_t character)
     return character + (character - 'A' < 26 ? c_asciiCaseBit : 0);
 }
 
-// Whether towlower() folds ASCII letters in the plain way. Turkic locales fold I to a dotless i, and
-// they do so for no other letter of ASCII.
+// Whether towlower() folds ASCII letters in the plain way. Turkic locales fold I to a dotless i,
+// and they do so for no other letter of ASCII.
 bool LocaleFoldsAsciiPlainly()
 {
     return std::towlower(L'I') == L'i';
@@ -46,7 +46,8 @@ bool IsSameAsciiBlock(const wchar_t* left, const wchar_t* right)
 }
 
 // Compares `length` folded characters; -1, 0 or 1.
-template <typename T> int CompareFolded(const T* left, const T* right, std::size_t length)
+template <typename T>
+int CompareFolded(const T* left, const T* right, std::size_t length)
 {
     for (std::size_t i = 0; i < length; ++i) {
         if (left[i] == right[i])
@@ -231,41 +232,48 @@ void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, const std::
 
 } // namespace
 
-template <> const TString<char>& TString<char>::Empty()
+template <>
+const TString<char>& TString<char>::Empty()
 {
     static const TString<char> empty;
     return empty;
 }
 
-template <> const TString<wchar_t>& TString<wchar_t>::Empty()
+template <>
+const TString<wchar_t>& TString<wchar_t>::Empty()
 {
     static const TString<wchar_t> empty;
     return empty;
 }
 
-template <> int TString<char>::compareNoCase(const TString& other) const
+template <>
+int TString<char>::compareNoCase(const TString& other) const
 {
     const int order = CompareFolded(data(), other.data(), std::min(size(), other.size()));
     return order != 0 ? order : CompareLengths(size(), other.size());
 }
 
-template <> int TString<wchar_t>::compareNoCase(const TString& other) const
+template <>
+int TString<wchar_t>::compareNoCase(const TString& other) const
 {
     const int order = CompareFoldedBlocks(data(), other.data(), std::min(size(), other.size()));
     return order != 0 ? order : CompareLengths(size(), other.size());
 }
 
-template <> bool TString<char>::HasSubstring(const TString& needle) const
+template <>
+bool TString<char>::HasSubstring(const TString& needle) const
 {
     return Toolkit::ContainsNoCase<char>(c_str(), needle.c_str());
 }
 
-template <> bool TString<wchar_t>::HasSubstring(const TString& needle) const
+template <>
+bool TString<wchar_t>::HasSubstring(const TString& needle) const
 {
     return Toolkit::ContainsNoCase<wchar_t>(c_str(), needle.c_str());
 }
 
-template <> TString<wchar_t>& TString<wchar_t>::Trim()
+template <>
+TString<wchar_t>& TString<wchar_t>::Trim()
 {
     const auto first = std::find_if_not(begin(), end(), IsBlank);
     const auto last = std::find_if_not(rbegin(), std::make_reverse_iterator(first), IsBlank).base();
@@ -274,14 +282,16 @@ template <> TString<wchar_t>& TString<wchar_t>::Trim()
     return *this;
 }
 
-template <> TString<wchar_t>& TString<wchar_t>::ToLower()
+template <>
+TString<wchar_t>& TString<wchar_t>::ToLower()
 {
     for (wchar_t& character : *this)
         character = Toolkit::CaseFolding::FoldNarrow(character);
     return *this;
 }
 
-template <> void TString<wchar_t>::Replace(const TString& from, const TString& to)
+template <>
+void TString<wchar_t>::Replace(const TString& from, const TString& to)
 {
     // An empty replacement joins what stood around it; any other separates it, unless the two share
     // characters.
@@ -291,14 +301,16 @@ template <> void TString<wchar_t>::Replace(const TString& from, const TString& t
         ReplaceRepeatedly(*this, from, to);
 }
 
-template <> unsigned int TString<wchar_t>::ToUint32() const
+template <>
+unsigned int TString<wchar_t>::ToUint32() const
 {
     unsigned int value = 0;
     Toolkit::Numbers::Parse(*this, value);
     return value;
 }
 
-template <> int TString<wchar_t>::ToInt32() const
+template <>
+int TString<wchar_t>::ToInt32() const
 {
     int value = 0;
     Toolkit::Numbers::Parse(*this, value);

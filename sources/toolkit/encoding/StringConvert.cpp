@@ -15,7 +15,8 @@ bool Parse(const TString<Char>& text, Number& value)
     return true;
 }
 
-template <typename Char, typename Number> TString<Char> Format(Number value)
+template <typename Char, typename Number>
+TString<Char> Format(Number value)
 {
     return Numbers::Text<Char>(value).String();
 }

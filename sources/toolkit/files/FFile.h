@@ -12,9 +12,9 @@ namespace Toolkit {
 
 /// A buffered file, opened with the mode texts of the C library.
 ///
-/// Names are passed to the system in UTF-8, whatever the locale. One object is used by one thread at
-/// a time; a file still open is closed with its object. Failures show in the results alone: nothing
-/// is thrown or logged.
+/// Names are passed to the system in UTF-8, whatever the locale. One object is used by one thread
+/// at a time; a file still open is closed with its object. Failures show in the results alone:
+/// nothing is thrown or logged.
 class TOOLKIT_API FFile {
 public:
     FFile();
@@ -40,8 +40,8 @@ public:
     /// closed in either case.
     bool Close();
 
-    /// The low 32 bits of the length in bytes: a file of 4 GiB and 5 bytes answers 5. 0 when no file
-    /// is open.
+    /// The low 32 bits of the length in bytes: a file of 4 GiB and 5 bytes answers 5. 0 when no
+    /// file is open.
     unsigned int GetLength() const;
 
     /// Whether a read met the end of the file; true when no file is open.

@@ -5,10 +5,9 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <mach-o/dyld.h>
 #include <memory>
 #include <string>
-
-#include <mach-o/dyld.h>
 
 namespace Toolkit::FallbackPaths {
 namespace {
@@ -41,8 +40,8 @@ TString<wchar_t> ExecutablePath()
     std::string path(size, '\0');
     if (_NSGetExecutablePath(path.data(), &size) != 0)
         return {};
-    const std::unique_ptr<char, decltype(&std::free)> resolved(
-        ::realpath(path.c_str(), nullptr), &std::free);
+    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
+                                                               &std::free);
     return UTF8::ToUNICODE(resolved ? resolved.get() : path.c_str());
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <string>
-
 #include <sys/types.h>
 
 namespace Toolkit {
@@ -19,7 +18,8 @@ public:
 
     /// Opens the regular file `name` with the flags of open(2); nothing when it is anything else, a
     /// pipe without a writer included.
-    static FileDescriptor OpenRegular(const std::string& name, int flags, mode_t permissions = 0666);
+    static FileDescriptor OpenRegular(const std::string& name, int flags,
+                                      mode_t permissions = 0666);
 
     bool IsOpen() const { return m_descriptor >= 0; }
     int Get() const { return m_descriptor; }

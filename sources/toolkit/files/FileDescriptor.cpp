@@ -1,11 +1,10 @@
 #include "toolkit/files/FileDescriptor.Private.h"
 
 #include <cerrno>
-#include <utility>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Toolkit {
 

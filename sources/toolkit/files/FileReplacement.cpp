@@ -1,9 +1,8 @@
 #include "toolkit/files/FileReplacement.Private.h"
 
 #include <cstdlib>
-#include <memory>
-
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -4,9 +4,7 @@
 
 namespace Toolkit {
 
-InputStream::InputStream(wxInputStream* stream) : m_stream(stream)
-{
-}
+InputStream::InputStream(wxInputStream* stream) : m_stream(stream) {}
 
 InputStream::~InputStream()
 {

@@ -1,6 +1,5 @@
-#include "toolkit/files/StandardPaths.Private.h"
-
 #include "toolkit/files/FallbackPaths.Private.h"
+#include "toolkit/files/StandardPaths.Private.h"
 #include "toolkit/files/UserAccount.Private.h"
 
 #include <wx/app.h>

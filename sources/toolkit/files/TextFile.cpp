@@ -15,9 +15,7 @@ TString<wchar_t> CopyLine(const wxString& line)
 
 } // namespace
 
-TextFile::TextFile() : m_lines(std::make_unique<TextFileLines>())
-{
-}
+TextFile::TextFile() : m_lines(std::make_unique<TextFileLines>()) {}
 
 TextFile::~TextFile() = default;
 

@@ -9,11 +9,12 @@
 namespace Toolkit {
 
 /// The framework's list of lines, with files read and written by the library itself: the framework
-/// prints a message for every failure, takes overlong forms for UTF-8, and leaves half a file behind
-/// when the disk is full.
+/// prints a message for every failure, takes overlong forms for UTF-8, and leaves half a file
+/// behind when the disk is full.
 class TextFileLines : public wxTextFile {
 public:
-    /// Replaces the lines by those of the file `path`; false, without lines, when it cannot be read.
+    /// Replaces the lines by those of the file `path`; false, without lines, when it cannot be
+    /// read.
     bool Load(const std::string& path);
 
     /// Replaces the file that was loaded; false, with the file as it was, when that fails.

@@ -1,14 +1,12 @@
-#include "toolkit/files/UserAccount.Private.h"
-
 #include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/UserAccount.Private.h"
 
 #include <cerrno>
 #include <cstdlib>
-#include <string>
-#include <vector>
-
 #include <pwd.h>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace Toolkit::UserAccount {
 namespace {

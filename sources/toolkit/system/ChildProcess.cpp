@@ -1,11 +1,9 @@
-#include "toolkit/system/ChildProcess.Private.h"
-
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/encoding/UTF8.h"
+#include "toolkit/system/ChildProcess.Private.h"
 #include "toolkit/system/InheritedDescriptors.Private.h"
 
 #include <cerrno>
-
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -49,8 +47,9 @@ int ChildProcess::Start(bool wait) const
     return wait ? WaitForEnd(child) : child;
 }
 
-// Calls only what is safe between fork() and execv() in a process with several threads. The parent's
-// destructors and buffers are none of the child's business, so it does not leave by exit().
+// Calls only what is safe between fork() and execv() in a process with several threads. The
+// parent's destructors and buffers are none of the child's business, so it does not leave by
+// exit().
 void ChildProcess::ExecuteInChild() const
 {
     char* const* const arguments = m_arguments.Get();

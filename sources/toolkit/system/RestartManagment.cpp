@@ -32,9 +32,7 @@ TString<wchar_t> ProgramPath()
 
 smart_ptr<RestartManagment>* RestartManagment::s_pInstance = nullptr;
 
-RestartManagment::RestartManagment() : m_previousProcess(0)
-{
-}
+RestartManagment::RestartManagment() : m_previousProcess(0) {}
 
 RestartManagment::~RestartManagment() = default;
 

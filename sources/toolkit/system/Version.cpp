@@ -15,9 +15,7 @@ constexpr const wchar_t* c_libraryVersion = L"1.0.332.3";
 
 smart_ptr<Version>* Version::s_pInstance = nullptr;
 
-Version::Version() : Version(0, 0, 0, 0)
-{
-}
+Version::Version() : Version(0, 0, 0, 0) {}
 
 Version::Version(unsigned int major, unsigned int minor, unsigned int build, unsigned int revision)
     : m_major(major), m_minor(minor), m_build(build), m_revision(revision)
