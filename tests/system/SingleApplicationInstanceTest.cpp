@@ -112,6 +112,16 @@ protected:
         return folder / "tool";
     }
 
+    void PutALinkInTheLocksPlace()
+    {
+        Copy& copy = Start();
+        EXPECT_FALSE(copy.SeesAnother());
+        copy.Finish();
+        const std::filesystem::path lockFile = m_homePath / ("." + copy.UniqueName() + ".lock");
+        EXPECT_TRUE(std::filesystem::remove(lockFile));
+        std::filesystem::create_symlink(m_directory.Path() / "target", lockFile);
+    }
+
     std::string Errors() const { return m_directory.ReadFile(L"errors"); }
 
     static std::filesystem::path MakeDirectory(const std::filesystem::path& path)
@@ -168,9 +178,8 @@ TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)
     first.Crash();
 
     // This test runs, and is no copy of the program.
-    const std::filesystem::path lockFile = m_homePath / first.UniqueName();
-    ASSERT_TRUE(std::filesystem::exists(lockFile));
-    std::ofstream(lockFile) << ::getpid();
+    for (const std::string& name : {first.UniqueName(), "." + first.UniqueName() + ".lock"})
+        std::ofstream(m_homePath / name) << ::getpid();
 
     EXPECT_FALSE(Start().SeesAnother());
 }
@@ -238,16 +247,20 @@ TEST_F(SingleApplicationInstanceTest, WithoutAPlaceForTheLockNobodyIsSeenNorAnyt
 
 TEST_F(SingleApplicationInstanceTest, ALinkInTheLocksPlaceIsNotFollowed)
 {
-    Copy& first = Start();
-    EXPECT_FALSE(first.SeesAnother());
-    first.Finish();
-    const std::filesystem::path lockFile = m_homePath / ("." + first.UniqueName() + ".lock");
-    ASSERT_TRUE(std::filesystem::remove(lockFile));
-    std::filesystem::create_symlink(m_directory.Path() / "target", lockFile);
+    PutALinkInTheLocksPlace();
 
     EXPECT_FALSE(Start().SeesAnother());
 
     EXPECT_FALSE(std::filesystem::exists(m_directory.Path() / "target"));
+}
+
+TEST_F(SingleApplicationInstanceTest, CopiesThatCannotLockSeeEachOtherAllTheSame)
+{
+    PutALinkInTheLocksPlace();
+
+    EXPECT_FALSE(Start().SeesAnother());
+    EXPECT_TRUE(Start().SeesAnother());
+    EXPECT_EQ(Errors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, ObjectsOfOneProcessAreOneInstance)

@@ -16,11 +16,15 @@ SingleApplicationInstance::SingleApplicationInstance()
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
-    // The checker reports whatever it finds odd about the home directory, and asserts on no name.
-    const wxLogNull silence;
-    if (!name.empty())
-        m_checker = std::make_unique<wxSingleInstanceChecker>(wxString(name.data(), name.size()));
     m_lock = std::make_unique<InstanceLock>(name);
+    if (m_lock->GetState() != InstanceLock::State::Unavailable || name.empty())
+        return;
+    // The framework's checker lets two processes through that start at the same moment, takes a
+    // stranger with the process id of a crashed one for it, and waits for the disk, which is longer
+    // than all the rest of a start: it serves only where no better lock can be had. It reports
+    // whatever it finds odd about the home directory.
+    const wxLogNull silence;
+    m_checker = std::make_unique<wxSingleInstanceChecker>(wxString(name.data(), name.size()));
 }
 
 SingleApplicationInstance::~SingleApplicationInstance()
@@ -31,17 +35,9 @@ SingleApplicationInstance::~SingleApplicationInstance()
 
 bool SingleApplicationInstance::IsAlreadyRunning() const
 {
-    // The checker lets two processes through that start at the same moment, and takes a stranger
-    // with the process id of a crashed one for it: it decides only where nothing else does.
-    switch (m_lock->GetState()) {
-    case InstanceLock::State::Held:
-        return false;
-    case InstanceLock::State::HeldElsewhere:
-        return true;
-    case InstanceLock::State::Unavailable:
-        break;
-    }
-    return m_checker && m_checker->IsAnotherRunning();
+    if (m_checker)
+        return m_checker->IsAnotherRunning();
+    return m_lock->GetState() == InstanceLock::State::HeldElsewhere;
 }
 
 void SingleApplicationInstance::CreateInstance()

@@ -13,7 +13,7 @@ class InstanceLock;
 
 /// Tells whether this application, installed in this place and run by this user, runs already.
 ///
-/// The lock is held as long as the object lives, by lock files in the user's home directory. Of
+/// The lock is held as long as the object lives, by a lock file in the user's home directory. Of
 /// several processes that start at once exactly one finds itself the first, and a process that
 /// crashed leaves nothing behind that would keep others out. There has to be a `PathManager`.
 class TOOLKIT_API SingleApplicationInstance {
