@@ -4,11 +4,41 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <memory>
 #include <string>
 
+// ICU's headers rename its functions by its version; this is a function's new name as a text.
+#define TOOLKIT_TEXT_OF(name) #name
+#define TOOLKIT_SYMBOL_OF(function) TOOLKIT_TEXT_OF(function)
+
 namespace Toolkit::LocalePatterns {
 namespace {
+
+// The functions of ICU that are needed here. Loading ICU is a sixth of the start of a whole
+// program, so whoever asks for the first pattern does it, and nobody else. It is never unloaded.
+// Without it the patterns are those of the United States.
+struct Icu {
+    template <typename Function>
+    void Find(Function*& function, const char* symbol) const
+    {
+        function = library ? reinterpret_cast<Function*>(::dlsym(library, symbol)) : nullptr;
+    }
+
+    Icu() : library(::dlopen("libicui18n.so." U_ICU_VERSION_SHORT, RTLD_NOW | RTLD_NODELETE))
+    {
+        Find(open, TOOLKIT_SYMBOL_OF(udat_open));
+        Find(toPattern, TOOLKIT_SYMBOL_OF(udat_toPattern));
+        Find(close, TOOLKIT_SYMBOL_OF(udat_close));
+    }
+
+    bool IsThere() const { return open && toPattern && close; }
+
+    void* library;
+    decltype(&udat_open) open;
+    decltype(&udat_toPattern) toPattern;
+    decltype(&udat_close) close;
+};
 
 // The locale that the environment names, in the library's own form: "de_AT" for "de_AT.UTF-8@euro".
 // ICU's default does not look at LC_TIME, and takes an empty LC_ALL for a name.
@@ -29,13 +59,16 @@ std::string UserLocale()
 
 std::u16string Pattern(UDateFormatStyle time, UDateFormatStyle date)
 {
+    static const Icu icu;
+    if (!icu.IsThere())
+        return date == UDAT_SHORT ? u"M/d/yy" : u"h:mm a";
     UErrorCode error = U_ZERO_ERROR;
-    const std::unique_ptr<UDateFormat, decltype(&udat_close)> format(
-        udat_open(time, date, UserLocale().c_str(), nullptr, 0, nullptr, 0, &error), &udat_close);
+    const std::unique_ptr<UDateFormat, decltype(icu.close)> format(
+        icu.open(time, date, UserLocale().c_str(), nullptr, 0, nullptr, 0, &error), icu.close);
     if (U_FAILURE(error))
         return {};
     char16_t buffer[512];
-    const int32_t length = udat_toPattern(format.get(), false, buffer, std::size(buffer), &error);
+    const int32_t length = icu.toPattern(format.get(), false, buffer, std::size(buffer), &error);
     if (U_FAILURE(error) || length > static_cast<int32_t>(std::size(buffer)))
         return {};
     return {buffer, static_cast<std::size_t>(length)};
