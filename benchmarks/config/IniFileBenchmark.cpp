@@ -99,7 +99,7 @@ public:
     }
     const TString<wchar_t>& Find(const Name& name) const
     {
-        return m_settings.GetValue(name.first, name.second, TString<wchar_t>::Empty());
+        return m_settings.GetValue(name.first, name.second, m_none);
     }
     std::string FindBytes(const Name& name) const { return {Find(name).begin(), Find(name).end()}; }
 
@@ -110,6 +110,7 @@ private:
     }
 
     IniFile m_settings;
+    TString<wchar_t> m_none;
 };
 
 class QtSettings {

@@ -60,11 +60,31 @@ public:
     void GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const;
 
 private:
-    using KeyMap = std::map<TString<wchar_t>, TString<wchar_t>>;
+    // A name that is looked up, and whether one that equals it was met on the way.
+    struct SearchedName {
+        const TString<wchar_t>& text;
+        mutable bool wasMet = false;
+    };
+    // Plain comparison by code points.
+    struct NameOrder {
+        using is_transparent = void;
+        bool operator()(const TString<wchar_t>& left, const TString<wchar_t>& right) const
+        {
+            return left < right;
+        }
+        bool operator()(const TString<wchar_t>& name, const SearchedName& searched) const;
+    };
+    template <typename Value>
+    using NameMap = std::map<TString<wchar_t>, Value, NameOrder>;
+    using KeyMap = NameMap<TString<wchar_t>>;
 
+    template <typename Value>
+    static const Value* Find(const NameMap<Value>& map, const TString<wchar_t>& name);
+    const TString<wchar_t>* FindValue(const TString<wchar_t>& section,
+                                      const TString<wchar_t>& key) const;
     KeyMap* ParseLine(const TString<wchar_t>& line, KeyMap* section);
 
-    std::map<TString<wchar_t>, KeyMap> m_sections;
+    NameMap<KeyMap> m_sections;
     bool m_loaded;
 };
 
