@@ -7,6 +7,8 @@ endfunction()
 
 toolkit_example_test(examples/HelloTest.cpp HELLO_PROGRAM="$<TARGET_FILE:hello>")
 toolkit_example_test(examples/HostTest.cpp HOST_PROGRAM="$<TARGET_FILE:host>")
+toolkit_example_test(examples/MailToolTest.cpp MAILTOOL_PROGRAM="$<TARGET_FILE:mailtool>")
 toolkit_example_test(examples/ReadmeTest.cpp)
 add_dependencies(HelloTest hello)
 add_dependencies(HostTest host)
+add_dependencies(MailToolTest mailtool)

@@ -1,0 +1,150 @@
+// A console program on Toolkit. It takes a mail message apart, decodes its parts, stores them in
+// one file and reads them back:
+//
+//     mailtool <message> <file for the parts>
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include "MailMessage.h"
+
+using namespace MailTool;
+
+namespace {
+
+// The screen gets UTF-8, whatever the locale.
+void Print(const Text& line)
+{
+    std::cout << UTF8::ToUTF8(line) << '\n';
+}
+
+int Fail(const Text& message)
+{
+    std::cerr << "mailtool: " << UTF8::ToUTF8(message) << '\n';
+    return EXIT_FAILURE;
+}
+
+bool ReadFile(const Text& path, Utf8& bytes)
+{
+    FFile file;
+    if (!file.Open(path, L"rb"))
+        return false;
+    bytes.resize(file.GetLength());
+    return bytes.empty() || file.Read(bytes.data(), static_cast<unsigned int>(bytes.size()));
+}
+
+// How many bytes a content has, and whether it is the same as another.
+unsigned int GetSize(const Content& content)
+{
+    unsigned char* data = nullptr;
+    unsigned int size = 0;
+    content->GetBytes(&data, &size);
+    delete[] data;
+    return size;
+}
+
+bool IsSame(const Content& left, const Content& right)
+{
+    unsigned char* leftData = nullptr;
+    unsigned char* rightData = nullptr;
+    unsigned int leftSize = 0;
+    unsigned int rightSize = 0;
+    left->GetBytes(&leftData, &leftSize);
+    right->GetBytes(&rightData, &rightSize);
+    const bool same =
+        leftSize == rightSize && (leftSize == 0 || std::memcmp(leftData, rightData, leftSize) == 0);
+    delete[] leftData;
+    delete[] rightData;
+    return same;
+}
+
+// A record is the name of a part and its content. An empty content writes nothing, and so it is not
+// stored at all.
+bool Store(const Text& path, const std::vector<Part>& parts)
+{
+    FSOutputSerializer serializer(path);
+    for (const Part& part : parts) {
+        if (GetSize(part.content) == 0)
+            continue;
+        if (StreamResult::Failed(serializer.GetStream().Write(part.type + L" " + part.name)) ||
+            StreamResult::Failed(serializer.Serialize(*part.content)))
+            return false;
+    }
+    return true;
+}
+
+bool IsStoredWhole(const Text& path, const std::vector<Part>& parts)
+{
+    FSInputSerializer serializer(path);
+    for (const Part& part : parts) {
+        if (GetSize(part.content) == 0)
+            continue;
+        Text title;
+        const Content content = new Bytes();
+        if (StreamResult::Failed(serializer.GetStream().Read(title)) ||
+            StreamResult::Failed(serializer.Deserialize(*content)) ||
+            title != part.type + L" " + part.name || !IsSame(content, part.content))
+            return false;
+    }
+    return true;
+}
+
+void PrintHeader(const Entity& message)
+{
+    Print(L"From     " + DecodeWords(message.GetField("From")));
+    Print(L"Subject  " + DecodeWords(message.GetField("Subject")));
+    const DateTime date = ParseDate(message.GetField("Date"));
+    if (!date.IsValid())
+        return;
+    Text local, relative, iso;
+    date.GetString(local);
+    date.GetRelativeStringFromNow(relative);
+    date.GetIsoString(iso, true);
+    Print(L"Date     " + local + L" (in short " + relative + L", stored " + iso + L")");
+}
+
+void PrintPart(const Part& part)
+{
+    Print(L"Part     " + part.type +
+          (part.name.empty() ? Text() : Text(L" \"" + part.name + L"\"")) + L", " +
+          StringConvert::UStringFromUint32(GetSize(part.content)) + L" bytes");
+}
+
+int Run(const Text& messagePath, const Text& partsPath)
+{
+    Utf8 text;
+    if (!ReadFile(messagePath, text))
+        return Fail(L"cannot read " + messagePath);
+
+    const Entity message(text);
+    const std::vector<Part> parts = DecodeParts(message);
+    PrintHeader(message);
+    for (const Part& part : parts)
+        PrintPart(part);
+    if (!Store(partsPath, parts))
+        return Fail(L"cannot write " + partsPath);
+    if (!IsStoredWhole(partsPath, parts))
+        return Fail(L"the parts do not come back from " + partsPath);
+    Print(L"Stored   in " + partsPath + L" and read back");
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 3)
+        return Fail(L"usage: mailtool <message> <file for the parts>");
+
+    LibModuleManager* const modules = LibModuleManager::GetInstance();
+    modules->Initialize(true);
+    int exitCode = EXIT_FAILURE;
+    try {
+        exitCode = Run(UTF8::ToUNICODE(argv[1]), UTF8::ToUNICODE(argv[2]));
+    } catch (const smart_ptr<RegExpException>& exception) {
+        exitCode = Fail(UTF8::ToUNICODE(exception->message));
+    }
+    modules->Release(true);
+    return exitCode;
+}
