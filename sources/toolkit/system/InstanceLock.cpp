@@ -1,10 +1,9 @@
 #include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/FittingName.Private.h"
 #include "toolkit/files/UserAccount.Private.h"
 #include "toolkit/system/InstanceLock.Private.h"
 
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
 #include <fcntl.h>
 #include <mutex>
 #include <string>
@@ -14,35 +13,15 @@
 namespace Toolkit {
 namespace {
 
-// FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv
-std::uint64_t HashOf(const std::string& text)
-{
-    std::uint64_t hash = 0xCBF29CE484222325;
-    for (const char character : text) {
-        hash ^= static_cast<unsigned char>(character);
-        hash *= 0x100000001B3;
-    }
-    return hash;
-}
-
-// File names end at 255 bytes. A longer name keeps its beginning and gets a hash for the rest, so
-// that all processes of one application meet at one file.
-std::string FittingName(const std::string& name)
-{
-    constexpr std::size_t longest = 200;
-    if (name.size() <= longest)
-        return name;
-    char hash[17];
-    std::snprintf(hash, sizeof hash, "%016llx", static_cast<unsigned long long>(HashOf(name)));
-    return name.substr(0, longest) + hash;
-}
+// File names end at 255 bytes.
+constexpr std::size_t c_longestName = 216;
 
 FileDescriptor OpenLockFile(const TString<wchar_t>& name)
 {
     if (name.empty())
         return {};
     const std::string path = UTF8::ToUTF8(UserAccount::HomeDirectory()) + "/." +
-                             FittingName(UTF8::ToUTF8(name)) + ".lock";
+                             FittingName(UTF8::ToUTF8(name), c_longestName) + ".lock";
     return FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
 }
 
