@@ -34,7 +34,13 @@ target_compile_definitions(
 )
 
 if(BUILD_SHARED_LIBS)
-    toolkit_test_program(LoadTest TOOLKIT_TEST_UNLOAD_PROGRAM module/UnloadProgram.cpp)
+    # It is not linked with the library that it loads.
+    add_executable(UnloadProgram module/UnloadProgram.cpp)
+    target_link_libraries(UnloadProgram PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})
+    target_compile_definitions(
+        LoadTest PRIVATE TOOLKIT_TEST_UNLOAD_PROGRAM="$<TARGET_FILE:UnloadProgram>"
+    )
+    add_dependencies(LoadTest UnloadProgram)
     toolkit_test_program(LoadTest TOOLKIT_TEST_PLUG_IN_HOST module/PlugInHost.cpp)
     target_link_libraries(PlugInHost PRIVATE ${CMAKE_DL_LIBS})
     add_library(PlugIn MODULE module/PlugIn.cpp)
