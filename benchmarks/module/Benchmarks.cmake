@@ -1,0 +1,17 @@
+find_package(Qt5 REQUIRED COMPONENTS Core)
+
+toolkit_benchmark(module/StartBenchmark.cpp)
+
+# Adds a program that the benchmark starts; the macro `definition` holds its path.
+function(toolkit_start_program definition name)
+    add_executable(${name} module/${name}.cpp)
+    target_link_libraries(${name} PRIVATE ToolkitBuildOptions ${ARGN})
+    target_compile_definitions(
+        StartBenchmark PRIVATE ${definition}="$<TARGET_FILE:${name}>"
+    )
+    add_dependencies(StartBenchmark ${name})
+endfunction()
+
+toolkit_start_program(START_TOOLKIT StartToolkit Toolkit::Toolkit)
+toolkit_start_program(START_WX StartWx Toolkit::wxBase)
+toolkit_start_program(START_QT StartQt Qt5::Core)

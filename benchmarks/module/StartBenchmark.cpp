@@ -1,0 +1,98 @@
+// How long a whole process takes that starts its library and stops it again. The programs run in
+// turns, so that whatever else the machine does meets them alike; a row shows the median.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+enum Program { Toolkit, Wx, Qt, ProgramCount };
+
+constexpr const char* c_paths[ProgramCount] = {START_TOOLKIT, START_WX, START_QT};
+constexpr int c_rounds = 201;
+
+// Negative when the program fails.
+double RunProgram(const char* path)
+{
+    std::string name = path;
+    char* arguments[] = {name.data(), nullptr};
+    pid_t process = 0;
+    int status = 0;
+    const auto start = std::chrono::steady_clock::now();
+    if (::posix_spawn(&process, path, nullptr, nullptr, arguments, environ) != 0 ||
+        ::waitpid(process, &status, 0) != process || status != 0)
+        return -1;
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double MedianOf(std::vector<double>& times)
+{
+    std::sort(times.begin(), times.end());
+    return times.front() < 0 ? times.front() : times[times.size() / 2];
+}
+
+std::array<double, ProgramCount> MeasureAll()
+{
+    std::string home = (std::filesystem::temp_directory_path() / "toolkit-start-XXXXXX").native();
+    if (!::mkdtemp(home.data()) || ::setenv("HOME", home.c_str(), 1) != 0)
+        return {-1, -1, -1};
+    std::array<std::vector<double>, ProgramCount> times;
+    for (int round = 0; round < c_rounds; ++round) {
+        for (int program = 0; program < ProgramCount; ++program)
+            times[program].push_back(RunProgram(c_paths[program]));
+    }
+    std::filesystem::remove_all(home);
+
+    std::array<double, ProgramCount> medians{};
+    std::transform(times.begin(), times.end(), medians.begin(), MedianOf);
+    return medians;
+}
+
+// `allowance` is added to the median, in seconds.
+void Report(benchmark::State& state, Program program, double allowance = 0)
+{
+    static const std::array<double, ProgramCount> medians = MeasureAll();
+    if (medians[program] < 0) {
+        state.SkipWithError("the program failed");
+        return;
+    }
+    for (auto _ : state)
+        state.SetIterationTime(medians[program] + allowance);
+}
+
+void BM_ProcessStart_Toolkit(benchmark::State& state)
+{
+    Report(state, Toolkit);
+}
+BENCHMARK(BM_ProcessStart_Toolkit)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+
+void BM_ProcessStart_wx(benchmark::State& state)
+{
+    Report(state, Wx);
+}
+BENCHMARK(BM_ProcessStart_wx)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+
+// What our start may take at most.
+void BM_ProcessStart_wxPlus2ms(benchmark::State& state)
+{
+    Report(state, Wx, 0.002);
+}
+BENCHMARK(BM_ProcessStart_wxPlus2ms)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+
+void BM_ProcessStart_Qt(benchmark::State& state)
+{
+    Report(state, Qt);
+}
+BENCHMARK(BM_ProcessStart_Qt)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+
+} // namespace

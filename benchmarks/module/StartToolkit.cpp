@@ -1,0 +1,10 @@
+// The shortest program that starts and stops the library.
+
+#include "toolkit/module/LibModuleManager.h"
+
+int main()
+{
+    Toolkit::LibModuleManager::GetInstance()->Initialize(true);
+    Toolkit::LibModuleManager::GetInstance()->Release(true);
+    return 0;
+}

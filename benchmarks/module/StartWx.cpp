@@ -1,0 +1,11 @@
+// The shortest program that starts and stops the framework alone.
+
+#include <wx/init.h>
+
+int main()
+{
+    if (!wxInitialize())
+        return 1;
+    wxUninitialize();
+    return 0;
+}
