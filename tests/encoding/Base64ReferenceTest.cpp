@@ -15,7 +15,7 @@ namespace {
 
 using Testing::RandomText;
 
-constexpr int c_rounds = 20000;
+constexpr int c_rounds = 5000;
 const std::string c_alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 std::string RandomBytes(RandomText& random, std::size_t longest)

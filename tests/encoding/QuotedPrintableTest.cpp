@@ -104,6 +104,12 @@ TEST(QuotedPrintableTest, AnEscapeCutShortIsCopied)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
+TEST(QuotedPrintableTest, ALongTextOfEscapeCharactersKeepsTheLastTwo)
+{
+    for (const std::size_t length : {2u, 72u, 73u, 5000u})
+        EXPECT_EQ(QP::ToUNICODE(std::wstring(length, L'=')), L"==") << length;
+}
+
 TEST(QuotedPrintableTest, ASingleEscapeCharacterDecodesToNothing)
 {
     EXPECT_EQ(QP::ToUNICODE(L"="), L"");

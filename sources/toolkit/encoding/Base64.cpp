@@ -5,6 +5,8 @@
 #include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cwchar>
 #include <limits>
 #include <memory>
 #include <new>
@@ -18,6 +20,15 @@ constexpr unsigned int c_longest = std::numeric_limits<int>::max();
 bool IsEncodable(unsigned int length)
 {
     return length <= c_longest && GetCodeLength(static_cast<int>(length)) > 0;
+}
+
+// Null when there is no memory. The operator of the standard library that does not throw calls the
+// one that does.
+unsigned char* Allocate(int size)
+try {
+    return new unsigned char[static_cast<std::size_t>(size)];
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
 
 } // namespace
@@ -39,7 +50,7 @@ bool b64_decode_binary(const unsigned char* in, unsigned int length, unsigned ch
     if (!IsEncodable(length) || !in || !out || !outLength)
         return false;
     const int size = GetCodeLength(static_cast<int>(length));
-    auto* const code = new (std::nothrow) unsigned char[static_cast<std::size_t>(size)];
+    unsigned char* const code = Allocate(size);
     if (!code)
         return false;
     Toolkit::Base64Codec::Encode(in, length, code);
@@ -54,7 +65,7 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
     if (length == 0 || length > c_longest || !in || !out || !outLength)
         return false;
     const int size = GetDataLength(static_cast<int>(length));
-    auto* const data = new (std::nothrow) unsigned char[static_cast<std::size_t>(size)];
+    unsigned char* const data = Allocate(size);
     if (!data)
         return false;
     *outLength = static_cast<unsigned int>(Toolkit::Base64Codec::Decode(in, length, data));
@@ -84,6 +95,28 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
         length -= piece;
     }
     return text;
+}
+
+// Decodes a short text of ASCII on the stack, since allocating would take longer than decoding;
+// false when it is another one.
+bool DecodeShort(const TString<wchar_t>& text, Bytes& bytes)
+{
+    constexpr std::size_t longest = 1024;
+
+    const std::size_t length = std::wcslen(text.c_str());
+    if (length > longest)
+        return false;
+    unsigned char code[longest];
+    std::uint32_t bits = 0;
+    for (std::size_t index = 0; index < length; ++index) {
+        bits |= static_cast<std::uint32_t>(text[index]);
+        code[index] = static_cast<unsigned char>(text[index]);
+    }
+    if (bits >= 0x80)
+        return false;
+    unsigned char data[longest / 4 * 3];
+    bytes.SetBytes(data, static_cast<unsigned int>(Base64Codec::Decode(code, length, data)));
+    return true;
 }
 
 void Decode(const std::string& code, Bytes& bytes)
@@ -117,7 +150,8 @@ smart_ptr<Bytes> B64::ToB64(const TString<wchar_t>& text)
 {
     smart_ptr<Bytes> bytes(new Bytes);
     try {
-        Decode(UTF8::ToUTF8(text), *bytes);
+        if (!DecodeShort(text, *bytes))
+            Decode(UTF8::ToUTF8(text), *bytes);
     } catch (const std::bad_alloc&) {
         // An empty buffer is what a text gives that has no bytes.
     }

@@ -58,16 +58,23 @@ inline void EncodeTwoGroups(const unsigned char* in, unsigned char* out)
     std::memcpy(out + 6, &c_pairs[bits >> 16 & 4095], 2);
 }
 
-// The last group: one to three bytes.
-void EncodeGroup(const unsigned char* in, std::size_t length, unsigned char* out)
+inline void EncodeBits(std::uint32_t bits, unsigned char* out)
 {
-    const std::uint32_t second = length > 1 ? in[1] : 0u;
-    const std::uint32_t third = length > 2 ? in[2] : 0u;
-    const std::uint32_t bits = std::uint32_t{in[0]} << 16 | second << 8 | third;
     std::memcpy(out, &c_pairs[bits >> 12], 2);
     std::memcpy(out + 2, &c_pairs[bits & 4095], 2);
-    if (length < 3)
-        out[3] = c_pad;
+}
+
+inline void EncodeGroup(const unsigned char* in, unsigned char* out)
+{
+    EncodeBits(std::uint32_t{in[0]} << 16 | std::uint32_t{in[1]} << 8 | in[2], out);
+}
+
+// The last group, of one byte or two.
+void EncodeLastGroup(const unsigned char* in, std::size_t length, unsigned char* out)
+{
+    const std::uint32_t second = length > 1 ? in[1] : 0u;
+    EncodeBits(std::uint32_t{in[0]} << 16 | second << 8, out);
+    out[3] = c_pad;
     if (length < 2)
         out[2] = c_pad;
 }
@@ -106,13 +113,13 @@ void Encode(const unsigned char* in, std::size_t length, unsigned char* out)
         in += step;
         out += 4 * c_groupCharacters;
     }
-    for (; length > c_groupBytes; length -= c_groupBytes) {
-        EncodeGroup(in, c_groupBytes, out);
+    for (; length >= c_groupBytes; length -= c_groupBytes) {
+        EncodeGroup(in, out);
         in += c_groupBytes;
         out += c_groupCharacters;
     }
     if (length > 0)
-        EncodeGroup(in, length, out);
+        EncodeLastGroup(in, length, out);
 }
 
 std::size_t Decode(const unsigned char* in, std::size_t length, unsigned char* out)

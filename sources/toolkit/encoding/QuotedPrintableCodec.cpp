@@ -65,18 +65,47 @@ unsigned int Digit(char character)
     return c_digits[static_cast<unsigned char>(character)];
 }
 
-// How many of the eight characters at `code` stand before the first escape.
-inline std::size_t PlainLength(const char* code)
+// Texts are searched for escapes in blocks of this many characters.
+constexpr std::size_t c_blockLength = 64;
+
+// How many characters a run is copied at once, beyond its end too.
+constexpr std::size_t c_stepLength = 8;
+
+// What a block needs of the text and of the buffer.
+constexpr std::ptrdiff_t c_blockRoom = c_blockLength + c_stepLength;
+
+// A bit for each of the eight characters at `code` that begins an escape, the lowest for the first.
+inline std::uint64_t EscapesOfStep(const char* code)
 {
     constexpr std::uint64_t ones = 0x0101010101010101;
+    constexpr std::uint64_t lowBits = 0x7F * ones;
 
     std::uint64_t word = 0;
-    for (unsigned int index = 0; index < 8; ++index)
+    for (unsigned int index = 0; index < c_stepLength; ++index)
         word |= std::uint64_t{static_cast<unsigned char>(code[index])} << 8 * index;
     const std::uint64_t difference = word ^ ones * static_cast<unsigned char>(c_escape);
-    // The lowest bit that is set belongs to the first byte that is zero.
-    const std::uint64_t zeros = (difference - ones) & ~difference & ones << 7;
-    return static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+    // The highest bit of each byte that is zero, without a carry from one byte to the next.
+    const std::uint64_t zeros = ~(((difference & lowBits) + lowBits) | difference | lowBits);
+    // The product gathers the eight bits in its highest byte.
+    return (zeros >> 7) * 0x0102040810204080 >> 56;
+}
+
+inline std::uint64_t EscapesOfBlock(const char* code)
+{
+    std::uint64_t escapes = 0;
+    for (std::size_t place = 0; place < c_blockLength; place += c_stepLength)
+        escapes |= EscapesOfStep(code + place) << place;
+    return escapes;
+}
+
+// Copies the characters up to `end`, behind which there must be room for a step, as in the result.
+inline char* CopyRun(const char* code, const char* end, char* out)
+{
+    const auto length = static_cast<std::size_t>(end - code);
+    std::memcpy(out, code, c_stepLength);
+    if (length > c_stepLength) [[unlikely]]
+        std::memcpy(out + c_stepLength, code + c_stepLength, length - c_stepLength);
+    return out + length;
 }
 
 // Decodes the escape at `code`, of which two more characters follow, and moves behind it; behind
@@ -85,32 +114,40 @@ inline void DecodeEscape(const char*& code, char*& out)
 {
     const unsigned int high = Digit(code[1]);
     const unsigned int low = Digit(code[2]);
-    const bool isEscape = ((high | low) & c_noDigit) == 0;
-    *out = static_cast<char>(high * 16 + low);
-    out += isEscape ? 1 : 0;
-    code += isEscape ? c_escapeLength : 1;
+    // A branch: what comes next need not wait for the digits.
+    if (((high | low) & c_noDigit) != 0) [[unlikely]] {
+        ++code;
+        return;
+    }
+    *out++ = static_cast<char>(high * 16 + low);
+    code += c_escapeLength;
 }
 
-// Decodes until the buffer is full or less than eight characters are left.
-char* DecodeIntoBuffer(const char*& code, const char* end, char* buffer)
+// Decodes blocks until the buffer is full or the text is near its end. Every "=" begins an escape
+// of its own, since none is a digit, so that all those of a block are known beforehand.
+char* DecodeBlocks(const char*& code, const char* end, char* buffer)
 {
     char* out = buffer;
-    char* const bufferEnd = buffer + c_bufferLength - 8;
-    while (end - code >= 8 && out <= bufferEnd) {
-        std::memcpy(out, code, 8);
-        const std::size_t plain = PlainLength(code);
-        code += plain;
-        out += plain;
-        if (plain < 8 && end - code >= 3)
+    const char* const bufferEnd = buffer + c_bufferLength;
+    while (end - code >= c_blockRoom && bufferEnd - out >= c_blockRoom) {
+        const char* const block = code;
+        for (std::uint64_t left = EscapesOfBlock(block); left != 0; left &= left - 1) {
+            const char* const escape = block + std::countr_zero(left);
+            out = CopyRun(code, escape, out);
+            code = escape;
             DecodeEscape(code, out);
-        else if (plain < 8)
-            break;
+        }
+        const char* const blockEnd = block + c_blockLength;
+        if (code < blockEnd) {
+            out = CopyRun(code, blockEnd, out);
+            code = blockEnd;
+        }
     }
     return out;
 }
 
 // The last characters one by one: an escape that is cut short is copied as it is.
-char* DecodeEnd(const char*& code, const char* end, char* buffer)
+char* DecodeEnd(const char* code, const char* end, char* buffer)
 {
     char* out = buffer;
     while (code != end) {
@@ -202,8 +239,8 @@ void AppendDecoded(std::string& bytes, const char* code, std::size_t length)
         return;
 
     char buffer[c_bufferLength];
-    while (end - code >= 8) {
-        const char* const out = DecodeIntoBuffer(code, end, buffer);
+    while (end - code >= c_blockRoom) {
+        const char* const out = DecodeBlocks(code, end, buffer);
         bytes.append(static_cast<const char*>(buffer), out);
     }
     const char* const out = DecodeEnd(code, end, buffer);
