@@ -1,0 +1,144 @@
+#include "toolkit/core/FSStream.h"
+#include "toolkit/core/StreamResult.h"
+
+#include <benchmark/benchmark.h>
+#include <wx/file.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+constexpr unsigned int c_textLength = 20;
+constexpr unsigned int c_blockSize = 64;
+constexpr unsigned int c_textSize = c_textLength * sizeof(wchar_t);
+
+// A file for one benchmark, removed with its object.
+class ScratchFile {
+public:
+    ScratchFile()
+    {
+        const int file = ::mkstemp(m_path);
+        if (file < 0)
+            std::abort();
+        ::close(file);
+    }
+    ~ScratchFile() { ::unlink(m_path); }
+
+    std::wstring WidePath() const { return {m_path, m_path + std::strlen(m_path)}; }
+    const char* Path() const { return m_path; }
+
+private:
+    char m_path[32] = "/tmp/toolkit-benchmark-XXXXXX";
+};
+
+bool WriteWithStream(const ScratchFile& file, long recordCount)
+{
+    const TString<wchar_t> text(std::wstring(c_textLength, L'x'));
+    const std::string block(c_blockSize, 'b');
+    FSStream stream(file.WidePath(), FSStream::OpenWrite);
+    bool isRight = true;
+    for (long index = 0; index < recordCount; ++index) {
+        isRight = isRight && !StreamResult::Failed(stream.Write(static_cast<unsigned int>(index)));
+        isRight = isRight && !StreamResult::Failed(stream.Write(text));
+        isRight = isRight && !StreamResult::Failed(stream.Write(block.data(), c_blockSize));
+    }
+    return isRight;
+}
+
+bool WriteWithFramework(const ScratchFile& file, long recordCount)
+{
+    const std::wstring text(c_textLength, L'x');
+    const std::string block(c_blockSize, 'b');
+    wxFile output(file.Path(), wxFile::write);
+    bool isRight = true;
+    for (long index = 0; index < recordCount; ++index) {
+        const auto value = static_cast<unsigned int>(index);
+        isRight = isRight && output.Write(&value, sizeof value) == sizeof value;
+        isRight = isRight && output.Write(&c_textSize, sizeof c_textSize) == sizeof c_textSize;
+        isRight = isRight && output.Write(text.data(), c_textSize) == c_textSize;
+        isRight = isRight && output.Write(block.data(), c_blockSize) == c_blockSize;
+    }
+    return isRight;
+}
+
+bool ReadWithStream(const ScratchFile& file, long recordCount)
+{
+    TString<wchar_t> text;
+    char block[c_blockSize];
+    FSStream stream(file.WidePath(), FSStream::OpenRead);
+    bool isRight = true;
+    for (long index = 0; index < recordCount; ++index) {
+        unsigned int value = 0;
+        isRight = isRight && !StreamResult::Failed(stream.Read(value)) && value == index;
+        isRight =
+            isRight && !StreamResult::Failed(stream.Read(text)) && text.size() == c_textLength;
+        isRight = isRight && !StreamResult::Failed(stream.Read(block, c_blockSize));
+    }
+    return isRight;
+}
+
+bool ReadWithFramework(const ScratchFile& file, long recordCount)
+{
+    std::wstring text;
+    char block[c_blockSize];
+    wxFile input(file.Path(), wxFile::read);
+    bool isRight = true;
+    for (long index = 0; index < recordCount; ++index) {
+        unsigned int value = 0;
+        unsigned int size = 0;
+        isRight = isRight && input.Read(&value, sizeof value) == sizeof value && value == index;
+        isRight = isRight && input.Read(&size, sizeof size) == sizeof size && size == c_textSize;
+        text.resize(size / sizeof(wchar_t));
+        isRight = isRight && input.Read(text.data(), size) == size;
+        isRight = isRight && input.Read(block, c_blockSize) == c_blockSize;
+    }
+    return isRight;
+}
+
+using Transfer = bool (*)(const ScratchFile&, long);
+
+void Run(benchmark::State& state, Transfer transfer)
+{
+    const ScratchFile file;
+    const long recordCount = state.range(0);
+    if (!WriteWithStream(file, recordCount))
+        state.SkipWithError("the records were not written");
+    for (auto _ : state) {
+        if (!transfer(file, recordCount))
+            state.SkipWithError("wrong transfer");
+    }
+    state.SetItemsProcessed(state.iterations() * recordCount);
+}
+
+void BM_WriteRecords_Toolkit(benchmark::State& state)
+{
+    Run(state, WriteWithStream);
+}
+
+void BM_WriteRecords_wxFile(benchmark::State& state)
+{
+    Run(state, WriteWithFramework);
+}
+
+void BM_ReadRecords_Toolkit(benchmark::State& state)
+{
+    Run(state, ReadWithStream);
+}
+
+void BM_ReadRecords_wxFile(benchmark::State& state)
+{
+    Run(state, ReadWithFramework);
+}
+
+constexpr long c_recordCount = 1'000'000;
+BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteRecords_wxFile)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_Toolkit)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_wxFile)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace Toolkit
