@@ -1,0 +1,380 @@
+#include "toolkit/regExp/RegExp.h"
+
+#include <benchmark/benchmark.h>
+#include <pcre.h>
+
+#include <Poco/RegularExpression.h>
+#include <QRegularExpression>
+#include <boost/regex.hpp>
+#include <re2/re2.h>
+#include <regex>
+#include <string>
+
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+
+namespace {
+
+using Toolkit::RegExp;
+using Toolkit::RegExpOptions;
+
+// Every one compiles the pattern for every operation, which is what the library does.
+const std::string c_pattern = "(\\w+)@(\\w+)\\.([a-z]+)";
+const std::string c_subject = "please answer to ann@example.org by noon";
+
+// A text of 60 kB with 1,600 hits, none of which the replacement makes anew.
+std::string LongText()
+{
+    std::string text;
+    for (int i = 0; i < 1600; ++i)
+        text += "the quick brown fox jumps " + std::to_string(1000 + i) + " times. ";
+    return text;
+}
+
+const std::string c_longPattern = "[0-9]+";
+const std::string c_longReplacement = "many";
+
+std::string LongTextReplaced()
+{
+    std::string text;
+    for (int i = 0; i < 1600; ++i)
+        text += "the quick brown fox jumps many times. ";
+    return text;
+}
+
+void BM_IsMatch_Toolkit(benchmark::State& state)
+{
+    const RegExp regExp(TString<char>(c_pattern), RegExpOptions::None);
+    const TString<char> subject = c_subject;
+    for (auto _ : state) {
+        if (!regExp.IsMatch(subject))
+            state.SkipWithError("no match");
+    }
+}
+BENCHMARK(BM_IsMatch_Toolkit);
+
+void BM_IsMatch_Pcre(benchmark::State& state)
+{
+    for (auto _ : state) {
+        const char* error = nullptr;
+        int offset = 0;
+        int offsets[60];
+        pcre* const code = pcre_compile(c_pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
+        if (pcre_exec(code, nullptr, c_subject.data(), static_cast<int>(c_subject.size()), 0, 0,
+                      offsets, 60) != 4)
+            state.SkipWithError("no match");
+        pcre_free(code);
+    }
+}
+BENCHMARK(BM_IsMatch_Pcre);
+
+void BM_IsMatch_Poco(benchmark::State& state)
+{
+    for (auto _ : state) {
+        Poco::RegularExpression::Match match;
+        if (Poco::RegularExpression(c_pattern, Poco::RegularExpression::RE_UTF8)
+                .match(c_subject, 0, match) != 4)
+            state.SkipWithError("no match");
+    }
+}
+BENCHMARK(BM_IsMatch_Poco);
+
+// Compiles and searches; the number of groups that were found.
+int MatchByPcre2(pcre2_match_data* offsets)
+{
+    int error = 0;
+    std::size_t place = 0;
+    pcre2_code* const code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(c_pattern.data()),
+                                           c_pattern.size(), PCRE2_UTF, &error, &place, nullptr);
+    const int count = pcre2_match(code, reinterpret_cast<PCRE2_SPTR>(c_subject.data()),
+                                  c_subject.size(), 0, 0, offsets, nullptr);
+    pcre2_code_free(code);
+    return count;
+}
+
+void BM_IsMatch_Pcre2(benchmark::State& state)
+{
+    pcre2_match_data* const offsets = pcre2_match_data_create(20, nullptr);
+    for (auto _ : state) {
+        if (MatchByPcre2(offsets) != 4)
+            state.SkipWithError("no match");
+    }
+    pcre2_match_data_free(offsets);
+}
+BENCHMARK(BM_IsMatch_Pcre2);
+
+void BM_IsMatch_Boost(benchmark::State& state)
+{
+    for (auto _ : state) {
+        if (!boost::regex_search(c_subject, boost::regex(c_pattern)))
+            state.SkipWithError("no match");
+    }
+}
+BENCHMARK(BM_IsMatch_Boost);
+
+void BM_IsMatch_Re2(benchmark::State& state)
+{
+    for (auto _ : state) {
+        if (!RE2::PartialMatch(c_subject, RE2(c_pattern)))
+            state.SkipWithError("no match");
+    }
+}
+BENCHMARK(BM_IsMatch_Re2);
+
+void BM_IsMatch_Qt(benchmark::State& state)
+{
+    const QString pattern = QString::fromStdString(c_pattern);
+    const QString subject = QString::fromStdString(c_subject);
+    for (auto _ : state) {
+        if (!QRegularExpression(pattern).match(subject).hasMatch())
+            state.SkipWithError("no match");
+    }
+}
+BENCHMARK(BM_IsMatch_Qt);
+
+void BM_IsMatch_Std(benchmark::State& state)
+{
+    for (auto _ : state) {
+        if (!std::regex_search(c_subject, std::regex(c_pattern)))
+            state.SkipWithError("no match");
+    }
+}
+BENCHMARK(BM_IsMatch_Std);
+
+void BM_Match_Toolkit(benchmark::State& state)
+{
+    const RegExp regExp(TString<char>(c_pattern), RegExpOptions::None);
+    const TString<char> subject = c_subject;
+    for (auto _ : state) {
+        const auto result = regExp.Match(subject);
+        if (result->Count() != 4 || result->groups[3]->value != "org")
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Toolkit);
+
+void BM_Match_Pcre(benchmark::State& state)
+{
+    for (auto _ : state) {
+        const char* error = nullptr;
+        int offset = 0;
+        int offsets[60];
+        pcre* const code = pcre_compile(c_pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
+        if (pcre_exec(code, nullptr, c_subject.data(), static_cast<int>(c_subject.size()), 0, 0,
+                      offsets, 60) != 4 ||
+            c_subject.compare(static_cast<std::size_t>(offsets[6]), 3, "org") != 0)
+            state.SkipWithError("wrong groups");
+        pcre_free(code);
+    }
+}
+BENCHMARK(BM_Match_Pcre);
+
+void BM_Match_Poco(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::vector<std::string> groups;
+        Poco::RegularExpression(c_pattern, Poco::RegularExpression::RE_UTF8)
+            .split(c_subject, groups);
+        if (groups.size() != 4 || groups[3] != "org")
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Poco);
+
+void BM_Match_Pcre2(benchmark::State& state)
+{
+    pcre2_match_data* const offsets = pcre2_match_data_create(20, nullptr);
+    for (auto _ : state) {
+        const std::size_t* const pairs = pcre2_get_ovector_pointer(offsets);
+        if (MatchByPcre2(offsets) != 4 || c_subject.compare(pairs[6], 3, "org") != 0)
+            state.SkipWithError("wrong groups");
+    }
+    pcre2_match_data_free(offsets);
+}
+BENCHMARK(BM_Match_Pcre2);
+
+void BM_Match_Boost(benchmark::State& state)
+{
+    for (auto _ : state) {
+        boost::smatch groups;
+        if (!boost::regex_search(c_subject, groups, boost::regex(c_pattern)) ||
+            groups[3].str() != "org")
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Boost);
+
+void BM_Match_Re2(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::string groups[3];
+        if (!RE2::PartialMatch(c_subject, RE2(c_pattern), &groups[0], &groups[1], &groups[2]) ||
+            groups[2] != "org")
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Re2);
+
+void BM_Match_Qt(benchmark::State& state)
+{
+    const QString pattern = QString::fromStdString(c_pattern);
+    const QString subject = QString::fromStdString(c_subject);
+    for (auto _ : state) {
+        const QRegularExpressionMatch match = QRegularExpression(pattern).match(subject);
+        if (match.captured(3) != QLatin1String("org"))
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Qt);
+
+void BM_Match_Std(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::smatch groups;
+        const std::regex pattern(c_pattern);
+        if (!std::regex_search(c_subject, groups, pattern) || groups[3].str() != "org")
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Std);
+
+// Each replacement is checked once, behind the loop, so that comparing costs nothing.
+template <typename Operation>
+void Replace(benchmark::State& state, const Operation& operation)
+{
+    const std::string text = LongText();
+    std::string result;
+    for (auto _ : state)
+        result = operation(text);
+    if (result != LongTextReplaced())
+        state.SkipWithError("wrong text");
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
+void BM_ReplaceAll_Toolkit(benchmark::State& state)
+{
+    RegExp regExp(TString<char>(c_longPattern), RegExpOptions::None);
+    const TString<char> replacement = c_longReplacement;
+    Replace(state, [&](const TString<char>& text) { return regExp.Replace(replacement, text, 0); });
+}
+BENCHMARK(BM_ReplaceAll_Toolkit);
+
+// A word boundary looks behind: the text is replaced in place.
+void BM_ReplaceLookingBehind_Toolkit(benchmark::State& state)
+{
+    RegExp regExp(TString<char>("\\b" + c_longPattern), RegExpOptions::None);
+    const TString<char> replacement = c_longReplacement;
+    Replace(state, [&](const TString<char>& text) { return regExp.Replace(replacement, text, 0); });
+}
+BENCHMARK(BM_ReplaceLookingBehind_Toolkit);
+
+// One step after another: replace in the text, copy it, check and search the whole of it again.
+std::string ReplaceInSteps(const std::string& pattern, const std::string& given)
+{
+    constexpr int options = PCRE_NOTBOL | PCRE_NOTEOL | PCRE_NOTEMPTY;
+    const char* error = nullptr;
+    int offset = 0;
+    int offsets[60];
+    pcre* const code = pcre_compile(pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
+    std::string text = given;
+    std::string subject = given;
+    unsigned short start = 0;
+    while (pcre_exec(code, nullptr, subject.data(), static_cast<int>(subject.size()), start,
+                     options, offsets, 60) > 0) {
+        const auto begin = static_cast<std::size_t>(offsets[0]);
+        const auto length = static_cast<std::size_t>(offsets[1] - offsets[0]);
+        text.replace(begin, length, c_longReplacement);
+        subject = text;
+        start = static_cast<unsigned short>(begin + c_longReplacement.size());
+    }
+    pcre_free(code);
+    return text;
+}
+
+void BM_ReplaceAll_Steps(benchmark::State& state)
+{
+    Replace(state, [](const std::string& text) { return ReplaceInSteps(c_longPattern, text); });
+}
+BENCHMARK(BM_ReplaceAll_Steps);
+
+void BM_ReplaceLookingBehind_Steps(benchmark::State& state)
+{
+    Replace(state,
+            [](const std::string& text) { return ReplaceInSteps("\\b" + c_longPattern, text); });
+}
+BENCHMARK(BM_ReplaceLookingBehind_Steps);
+
+void BM_ReplaceAll_Poco(benchmark::State& state)
+{
+    Replace(state, [](std::string text) {
+        Poco::RegularExpression(c_longPattern, Poco::RegularExpression::RE_UTF8)
+            .subst(text, c_longReplacement, Poco::RegularExpression::RE_GLOBAL);
+        return text;
+    });
+}
+BENCHMARK(BM_ReplaceAll_Poco);
+
+void BM_ReplaceAll_Pcre2(benchmark::State& state)
+{
+    Replace(state, [](const std::string& text) {
+        int error = 0;
+        std::size_t place = 0;
+        pcre2_code* const code =
+            pcre2_compile(reinterpret_cast<PCRE2_SPTR>(c_longPattern.data()), c_longPattern.size(),
+                          PCRE2_UTF, &error, &place, nullptr);
+        std::string result(2 * text.size(), '\0');
+        std::size_t length = result.size();
+        pcre2_substitute(code, reinterpret_cast<PCRE2_SPTR>(text.data()), text.size(), 0,
+                         PCRE2_SUBSTITUTE_GLOBAL, nullptr, nullptr,
+                         reinterpret_cast<PCRE2_SPTR>(c_longReplacement.data()),
+                         c_longReplacement.size(), reinterpret_cast<PCRE2_UCHAR*>(result.data()),
+                         &length);
+        pcre2_code_free(code);
+        result.resize(length);
+        return result;
+    });
+}
+BENCHMARK(BM_ReplaceAll_Pcre2);
+
+void BM_ReplaceAll_Boost(benchmark::State& state)
+{
+    Replace(state, [](const std::string& text) {
+        return boost::regex_replace(text, boost::regex(c_longPattern), c_longReplacement,
+                                    boost::regex_constants::format_literal);
+    });
+}
+BENCHMARK(BM_ReplaceAll_Boost);
+
+void BM_ReplaceAll_Re2(benchmark::State& state)
+{
+    Replace(state, [](std::string text) {
+        RE2::GlobalReplace(&text, RE2(c_longPattern), c_longReplacement);
+        return text;
+    });
+}
+BENCHMARK(BM_ReplaceAll_Re2);
+
+void BM_ReplaceAll_Qt(benchmark::State& state)
+{
+    const QString given = QString::fromStdString(LongText());
+    const QString pattern = QString::fromStdString(c_longPattern);
+    const QString replacement = QString::fromStdString(c_longReplacement);
+    QString text;
+    for (auto _ : state) {
+        text = given;
+        text.replace(QRegularExpression(pattern), replacement);
+    }
+    if (text.toStdString() != LongTextReplaced())
+        state.SkipWithError("wrong text");
+}
+BENCHMARK(BM_ReplaceAll_Qt);
+
+void BM_ReplaceAll_Std(benchmark::State& state)
+{
+    Replace(state, [](const std::string& text) {
+        return std::regex_replace(text, std::regex(c_longPattern), c_longReplacement);
+    });
+}
+BENCHMARK(BM_ReplaceAll_Std);
+
+} // namespace
