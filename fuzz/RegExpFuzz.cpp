@@ -1,0 +1,52 @@
+// The operations agree on what a pattern matches, and groups lie inside the subject.
+
+#include "toolkit/regExp/RegExp.h"
+
+#include "support/PatternInput.h"
+#include "support/Require.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace {
+
+using namespace Toolkit;
+
+void RequireGroupsOf(MatchResult& result)
+{
+    const auto length = static_cast<int>(result.subject.size());
+    Require(static_cast<int>(result.Count()) == std::max(result.resultCode, 0));
+    for (unsigned short i = 0; i < result.Count(); ++i) {
+        const int begin = result.ovector[2 * i];
+        const int end = result.ovector[2 * i + 1];
+        Require(begin >= -1 && begin <= length && end >= -1 && end <= length);
+        const TString<char>& value = result[i]->value;
+        Require(static_cast<int>(value.size()) == std::max(end - begin, 0));
+        Require(value.empty() ||
+                result.subject.compare(static_cast<std::size_t>(begin), value.size(), value) == 0);
+    }
+    for (const auto& [name, number] : result.names)
+        Require(result[static_cast<unsigned short>(number)]->name.size() > 0 && !name.empty());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    PatternInput input(data, size);
+    const RegExp regExp(TString<char>(WithLimits(input.Text(80))), RegExpOptions::None);
+    const TString<char> subject = input.Text(200);
+
+    const PatternOutcome matches =
+        OutcomeOf([&] { return std::string(regExp.IsMatch(subject) ? "yes" : "no"); });
+    const PatternOutcome groups = OutcomeOf([&] {
+        const smart_ptr<MatchResult> result = regExp.Match(subject);
+        RequireGroupsOf(*result);
+        return std::string(result->resultCode > 0 ? "yes" : "no");
+    });
+
+    Require(matches == groups);
+    return 0;
+}

@@ -1,0 +1,100 @@
+// Replacing groups by a list or by a map gives the subject with the replacements between the parts
+// that no group took.
+
+#include "toolkit/regExp/RegExp.h"
+
+#include "support/PatternInput.h"
+#include "support/Require.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace Toolkit;
+
+struct Piece {
+    std::size_t begin;
+    std::size_t end;
+    std::string replacement;
+};
+
+// False where groups lie in each other, or backwards: then positions are not those of the subject.
+bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::string& joined)
+{
+    std::size_t done = 0;
+    for (const Piece& piece : pieces) {
+        if (piece.begin < done || piece.end < piece.begin)
+            return false;
+        joined += subject.substr(done, piece.begin - done) + piece.replacement;
+        done = piece.end;
+    }
+    joined += subject.substr(done);
+    return true;
+}
+
+// The groups that took part, with what `replacementOf` gives for them.
+template <typename ReplacementOf>
+std::vector<Piece> PiecesOf(const MatchResult& result, const ReplacementOf& replacementOf)
+{
+    std::vector<Piece> pieces;
+    for (unsigned short i = 1; i < result.Count(); ++i) {
+        const std::string* const replacement = replacementOf(i);
+        if (replacement && result.ovector[2 * i] >= 0)
+            pieces.push_back({static_cast<std::size_t>(result.ovector[2 * i]),
+                              static_cast<std::size_t>(result.ovector[2 * i + 1]), *replacement});
+    }
+    return pieces;
+}
+
+void RequireList(RegExp& regExp, const MatchResult& result, const std::vector<TString<char>>& list)
+{
+    const std::string replaced = regExp.Replace(list, result.subject);
+    const auto entry = [&](unsigned short group) -> const std::string* {
+        return group <= list.size() ? &list[group - 1u] : &TString<char>::Empty();
+    };
+    std::string expected;
+    if (Join(result.subject, PiecesOf(result, entry), expected))
+        Require(replaced == expected);
+}
+
+void RequireMap(RegExp& regExp, const MatchResult& result, RegExp::ReplacementMappedStrings map)
+{
+    const std::string replaced = regExp.Replace(map, result.subject);
+    const auto entry = [&](unsigned short group) -> const std::string* {
+        const TString<char>& name = result[group]->name;
+        if (name.empty())
+            return nullptr;
+        Require(map.count(name) == 1);
+        return &map[name];
+    };
+    std::string expected;
+    if (Join(result.subject, PiecesOf(result, entry), expected))
+        Require(replaced == expected);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    PatternInput input(data, size);
+    const std::string pattern = WithLimits(input.Text(80));
+    RegExp regExp(TString<char>(pattern), RegExpOptions::None);
+    const TString<char> subject = input.Text(100);
+    const TString<char> first = input.Text(10);
+    const TString<char> second = input.Text(10);
+    OutcomeOf([&] {
+        const smart_ptr<MatchResult> result = regExp.Match(subject);
+        const std::vector<TString<char>> list = {first, second};
+        if (!result->Success()) {
+            Require(regExp.Replace(list, subject).empty());
+            return std::string();
+        }
+        RequireList(regExp, *result, list);
+        RequireMap(regExp, *result, {{"a", first}, {"b", second}});
+        return std::string();
+    });
+    return 0;
+}

@@ -1,0 +1,78 @@
+// Replacing whole matches gives what replacing them step by step gives.
+
+#include "toolkit/regExp/RegExp.h"
+
+#include "support/PatternInput.h"
+#include "support/Require.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace {
+
+using namespace Toolkit;
+
+constexpr int c_options = 0x580;
+constexpr int c_mostSteps = 30;
+
+// Replaces step by step; false when that takes too long.
+bool ReplaceInSteps(RegExp& regExp, const std::string& pattern, const std::string& replacement,
+                    TString<char>& text)
+{
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = text;
+    result->pattern = pattern;
+    result->execOptions = c_options;
+    regExp.RegExp_compile(result);
+    regExp.RegExp_exec(result, 0);
+    for (int steps = 0; result->resultCode > 0; ++steps) {
+        if (steps == c_mostSteps)
+            return false;
+        regExp.RegExp_replace(result, 0, text, replacement, 0);
+        result->subject = text;
+        const std::size_t start = static_cast<std::size_t>(result->ovector[0]) + replacement.size();
+        regExp.RegExp_exec(result, static_cast<unsigned short>(start));
+    }
+    return true;
+}
+
+// Whether the steps are few and cheap enough to be taken without limits.
+bool IsCheap(RegExp& regExp, const std::string& pattern, const std::string& replacement,
+             TString<char> text)
+{
+    bool isDone = false;
+    const PatternOutcome outcome = OutcomeOf([&] {
+        isDone = ReplaceInSteps(regExp, WithLimits(pattern), replacement, text);
+        return std::string();
+    });
+    const bool isLimited =
+        outcome.message.rfind("-8gExp", 0) == 0 || outcome.message.rfind("-21Exp", 0) == 0;
+    return !isLimited && (isDone || !outcome.message.empty());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    PatternInput input(data, size);
+    const std::string pattern = input.Text(60);
+    const TString<char> replacement = input.Text(20);
+    // Offsets of 16 bits are outgrown by long texts only.
+    const bool isLong = input.Text(1) == "L";
+    const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.Text(60);
+    RegExp regExp(TString<char>(pattern), RegExpOptions::None);
+    if (!IsCheap(regExp, pattern, replacement, subject))
+        return 0;
+
+    const PatternOutcome steps = OutcomeOf([&] {
+        TString<char> text = subject;
+        Require(ReplaceInSteps(regExp, pattern, replacement, text));
+        return std::string(text);
+    });
+    const PatternOutcome whole =
+        OutcomeOf([&] { return std::string(regExp.Replace(replacement, subject, 0)); });
+
+    Require(steps == whole);
+    return 0;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/regExp/RegExp.Exceptions.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/// Takes short texts from the input of a fuzz target, separated by null characters.
+class PatternInput {
+public:
+    PatternInput(const std::uint8_t* data, std::size_t size)
+        : m_bytes(reinterpret_cast<const char*>(data), size)
+    {
+    }
+
+    /// The bytes up to the next separator, cut after `longest` of them.
+    std::string Text(std::size_t longest)
+    {
+        const std::size_t begin = m_next;
+        const std::size_t end = std::min(m_bytes.find('\0', begin), m_bytes.size());
+        m_next = std::min(end + 1, m_bytes.size());
+        return m_bytes.substr(begin, std::min(end - begin, longest));
+    }
+
+private:
+    std::string m_bytes;
+    std::size_t m_next = 0;
+};
+
+/// What an operation gives: a text, or the message that it throws.
+struct PatternOutcome {
+    std::string text;
+    std::string message;
+
+    bool operator==(const PatternOutcome&) const = default;
+};
+
+template <typename Operation>
+PatternOutcome OutcomeOf(const Operation& operation)
+{
+    try {
+        return {operation(), ""};
+    } catch (const Toolkit::smart_ptr<Toolkit::RegExpException>& exception) {
+        return {"", exception->message};
+    }
+}
+
+/// The pattern, given up early where it is costly.
+inline std::string WithLimits(const std::string& pattern)
+{
+    return "(*LIMIT_MATCH=5000)(*LIMIT_RECURSION=1000)" + pattern;
+}
