@@ -186,7 +186,7 @@ TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)
 
 TEST_F(SingleApplicationInstanceTest, OfCopiesThatStartAtOnceExactlyOneIsAlone)
 {
-    constexpr int rounds = 60;
+    constexpr int rounds = 50;
     constexpr int copies = 3;
     for (int round = 0; round < rounds; ++round) {
         for (int copy = 0; copy < copies; ++copy)
