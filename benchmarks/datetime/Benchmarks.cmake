@@ -1,0 +1,3 @@
+find_package(fmt REQUIRED)
+
+toolkit_benchmark(datetime/DateTimeBenchmark.cpp fmt::fmt)

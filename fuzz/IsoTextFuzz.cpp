@@ -1,0 +1,51 @@
+// A text that is read as a date reads back from what is written of it, in local time and in UTC;
+// any other leaves an invalid date.
+
+#include "toolkit/datetime/DateTime.h"
+
+#include "support/Require.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <stdlib.h>
+#include <string>
+#include <time.h>
+
+namespace {
+
+using namespace Toolkit;
+
+// A zone in which no clock ever shows a time twice, and none is skipped.
+void SetZone()
+{
+    ::setenv("TZ", "<+0530>-05:30", 1);
+    ::tzset();
+}
+
+void RequireReadsBack(const DateTime& date, bool utc)
+{
+    TString<char> text;
+    date.GetIsoString(text, utc);
+    DateTime again;
+    Require(again.ParseIsoString(text) && again == date);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    SetZone();
+    const TString<char> text = std::string(reinterpret_cast<const char*>(data), size);
+    DateTime date;
+
+    const bool isDate = date.ParseIsoString(text);
+
+    Require(isDate == date.IsValid());
+    if (!isDate) {
+        Require(date.GetMonth() == 0 && date.GetDay() == 0);
+        return 0;
+    }
+    RequireReadsBack(date, false);
+    RequireReadsBack(date, true);
+    return 0;
+}
