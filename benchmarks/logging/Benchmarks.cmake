@@ -1,0 +1,3 @@
+find_package(spdlog REQUIRED)
+
+toolkit_benchmark(logging/FileLoggerBenchmark.cpp spdlog::spdlog)

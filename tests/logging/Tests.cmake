@@ -9,4 +9,5 @@ toolkit_test(logging/NullLoggerTest.cpp)
 toolkit_private_test(
     logging/PieceBlockTest.cpp logging/PieceBlock.cpp encoding/Utf8Codec.cpp
 )
+toolkit_private_test(logging/PieceQueueTest.cpp logging/PieceQueue.cpp)
 toolkit_test(logging/WxLogForwarderTest.cpp)

@@ -4,11 +4,10 @@
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/PieceBlock.Private.h"
+#include "toolkit/logging/PieceQueue.Private.h"
 #include "toolkit/system/TickCount.h"
 
 #include <unistd.h>
-#include <utility>
-
 namespace Toolkit {
 namespace {
 
@@ -25,8 +24,8 @@ std::size_t PageSize()
 
 FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
                        unsigned int sizeLimitBytes)
-    : ILogger(threshold), m_queueLock(false), m_dataEvent(new EventObject(true, false)),
-      m_stopEvent(new EventObject(false, false)),
+    : ILogger(threshold), m_queue(std::make_unique<PieceQueue>()), m_queueLock(false),
+      m_dataEvent(new EventObject(true, false)), m_stopEvent(new EventObject(false, false)),
       m_name(name.empty() ? PathManager::GetInstance()->GetApplicationName() : name),
       m_sizeLimitBytes(sizeLimitBytes), m_directory(PathManager::GetInstance()->GetTempDir() +
                                                     PathManager::GetInstance()->GetPathSeparator())
@@ -42,12 +41,15 @@ FileLogger::~FileLogger()
 
 void FileLogger::Write(const TString<wchar_t>& text)
 {
-    TString<wchar_t> copy(text);
+    bool wasEmpty = false;
     {
         const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
-        m_queue.push(std::move(copy));
+        wasEmpty = m_queue->IsEmpty();
+        m_queue->Push(text);
     }
-    m_dataEvent->Signal();
+    // Of pieces that wait together the first has signalled.
+    if (wasEmpty)
+        m_dataEvent->Signal();
 }
 
 int FileLogger::DoWork()
@@ -56,8 +58,11 @@ int FileLogger::DoWork()
     if (!OpenFile())
         return 1;
     m_file->SeekEnd(0);
+    PieceQueue batch;
     while (WaitForData()) {
-        Drain();
+        // Memory is kept from batch to batch as long as text comes.
+        if (!Drain(batch))
+            batch.Release();
         WrapAround();
     }
     m_file->Close();
@@ -89,32 +94,33 @@ bool FileLogger::WaitForData()
     return m_dataEvent->Wait(c_dataWaitMs) || !m_stopEvent->Wait(0) || m_dataEvent->Wait(0);
 }
 
-// Empties the queue, text that arrives meanwhile included.
-void FileLogger::Drain()
+// Empties the queue, text that arrives meanwhile included; false when there was none. The lock is
+// never held while the disk is written.
+bool FileLogger::Drain(PieceQueue& batch)
 {
-    while (true) {
-        Queue batch;
+    for (bool hadText = false;; hadText = true) {
+        batch.Clear();
         {
             const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
-            batch.swap(m_queue);
+            batch.Swap(*m_queue);
         }
-        if (batch.empty())
-            return;
+        if (batch.IsEmpty())
+            return hadText;
         WriteBatch(batch);
     }
 }
 
-void FileLogger::WriteBatch(Queue& batch)
+void FileLogger::WriteBatch(const PieceQueue& batch)
 {
     PieceBlock block(PageSize());
     block.Begin(m_file->GetOffset());
-    for (; !batch.empty(); batch.pop()) {
-        if (block.Append(batch.front()))
-            continue;
+    batch.ForEach([this, &block](std::wstring_view piece) {
+        if (block.Append(piece))
+            return;
         WriteBlock(block);
         block.Begin(m_file->GetOffset());
-        block.Append(batch.front());
-    }
+        block.Append(piece);
+    });
     WriteBlock(block);
 }
 

@@ -8,12 +8,13 @@
 #include "toolkit/threading/Mutex.h"
 #include "toolkit/threading/Thread.h"
 
-#include <queue>
+#include <memory>
 
 namespace Toolkit {
 
 class FFile;
 class PieceBlock;
+class PieceQueue;
 
 /// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
 /// the text into a queue.
@@ -57,17 +58,15 @@ protected:
     int DoWork() override;
 
 private:
-    using Queue = std::queue<TString<wchar_t>>;
-
     TString<wchar_t> MakePath(const TString<wchar_t>& suffix) const;
     bool OpenFile();
     bool WaitForData();
-    void Drain();
-    void WriteBatch(Queue& batch);
+    bool Drain(PieceQueue& batch);
+    void WriteBatch(const PieceQueue& batch);
     void WriteBlock(const PieceBlock& block);
     void WrapAround();
 
-    Queue m_queue; // guarded by m_queueLock
+    std::unique_ptr<PieceQueue> m_queue; // guarded by m_queueLock
     Mutex m_queueLock;
     smart_ptr<EventObject> m_dataEvent;
     smart_ptr<EventObject> m_stopEvent;

@@ -141,8 +141,9 @@ void ILogger::ReleaseInstance()
 
 ILogger& ILogger::GetLogger()
 {
-    if (s_pInstance && s_pInstance->IsValid())
-        return **s_pInstance;
+    ILogger* const logger = s_pInstance ? s_pInstance->Get() : nullptr;
+    if (logger)
+        return *logger;
     // Never destroyed: what logs while the process ends must find it.
     static ILogger* const discarding = new NullLogger();
     return *discarding;

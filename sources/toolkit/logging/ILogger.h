@@ -103,6 +103,8 @@ public:
     static smart_ptr<ILogger>* s_pInstance;
 
 private:
+    friend TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* function);
+
     bool IsFilteredOut() const { return m_severity.load(std::memory_order_relaxed) > m_threshold; }
     template <typename Number>
     ILogger& WriteNumber(Number value);

@@ -6,9 +6,13 @@ namespace Toolkit {
 
 ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
 {
-    return ILogger::GetLogger() << SetSeverity(severity) << severity << ILogger::c_strLogToken1
-                                << GetTickCount() << ILogger::c_strLogToken2 << line
-                                << ILogger::c_strLogToken2 << function << ILogger::c_strLogToken2;
+    ILogger& logger = ILogger::GetLogger() << SetSeverity(severity);
+    // Nobody sees the time of a line that is left out, and it takes longer than all the rest.
+    if (logger.IsFilteredOut())
+        return logger;
+    return logger << severity << ILogger::c_strLogToken1 << GetTickCount()
+                  << ILogger::c_strLogToken2 << line << ILogger::c_strLogToken2 << function
+                  << ILogger::c_strLogToken2;
 }
 
 } // namespace Toolkit

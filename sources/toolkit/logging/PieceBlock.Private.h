@@ -1,9 +1,8 @@
 #pragma once
 
-#include "toolkit/core/TString.h"
-
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace Toolkit {
 
@@ -13,8 +12,9 @@ namespace Toolkit {
 /// the kernel looks for the deadly signal whenever it turns to another page of the file. A block
 /// therefore ends with the last whole piece before the next end of a page: what lies in one page is
 /// written wholly or not at all. A piece that does not fit into the rest of its page stands first
-/// in its block, so that this one crossing comes as early in a write as it can; it is all that a
-/// killed process can leave cut, at the end of the file and exactly at the end of a page.
+/// in its block, where the kernel turns the page a third of a microsecond after it began. Only then
+/// can a killed process leave a piece cut: the last one, exactly at the end of a page. No order of
+/// writes can prevent that, since the two pages of such a piece cannot be written at once.
 class PieceBlock {
 public:
     explicit PieceBlock(std::size_t pageSize);
@@ -24,7 +24,7 @@ public:
 
     /// False when `piece` does not fit any more: the block is to be written first. The first piece
     /// always fits; one without a UTF-8 form is left out.
-    bool Append(const TString<wchar_t>& piece);
+    bool Append(std::wstring_view piece);
 
     bool IsEmpty() const { return m_bytes.empty(); }
     const char* Data() const { return m_bytes.data(); }

@@ -11,7 +11,7 @@ void PieceBlock::Begin(long long offset)
     m_bytes.clear();
 }
 
-bool PieceBlock::Append(const TString<wchar_t>& piece)
+bool PieceBlock::Append(std::wstring_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
     Utf8Codec::AppendEncoded(m_bytes, piece.data(), piece.size());

@@ -1,0 +1,199 @@
+#include "toolkit/files/PathManager.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/Log.h"
+#include "toolkit/system/TickCount.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <spdlog/async.h>
+#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/spdlog.h>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using namespace Toolkit;
+
+constexpr unsigned int c_noLimit = 0xFFFFFFFF;
+constexpr int c_lines = 100000;
+constexpr int c_manyLines = 1000000;
+
+std::string LogName()
+{
+    return "toolkit-benchmark-" + std::to_string(::getpid());
+}
+
+std::string LogPath()
+{
+    return "/tmp/" + LogName() + ".qvlog";
+}
+
+long CountLines()
+{
+    std::ifstream file(LogPath(), std::ios::binary);
+    return std::count(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>(), '\n');
+}
+
+// A file logger as the process-wide one.
+class ToolkitLog {
+public:
+    explicit ToolkitLog(LogSeverity threshold = SeverityInfo)
+    {
+        const std::string name = LogName();
+        PathManager::CreateInstance();
+        ILogger::CreateInstance();
+        ILogger::SetLogger(
+            new FileLogger(threshold, std::wstring(name.begin(), name.end()), c_noLimit));
+    }
+    // Waits until everything is in the file.
+    ~ToolkitLog()
+    {
+        ILogger::ReleaseInstance();
+        PathManager::ReleaseInstance();
+    }
+
+    // Eleven insertions and the severity.
+    static void WriteLine(const TString<wchar_t>& path)
+    {
+        TOOLKIT_LOG(SeverityInfo) << L"Unable to open file : " << path << ILogger::c_strLogToken3;
+    }
+};
+
+// The asynchronous logger with its default queue, which flushes the file after each message.
+class SpdlogLog {
+public:
+    explicit SpdlogLog(spdlog::level::level_enum threshold = spdlog::level::info)
+        : m_pool(std::make_shared<spdlog::details::thread_pool>(
+              spdlog::details::default_async_q_size, 1)),
+          m_logger(std::make_shared<spdlog::async_logger>(
+              "log", std::make_shared<spdlog::sinks::basic_file_sink_mt>(LogPath(), true), m_pool))
+    {
+        m_logger->set_pattern("%v");
+        m_logger->set_level(threshold);
+        m_logger->flush_on(spdlog::level::info);
+    }
+
+    void WriteLine(const std::string& path) const
+    {
+        m_logger->info("{} {} : {} : {} : Unable to open file : {}", 2, GetTickCount(), __LINE__,
+                       __FUNCTION__, path);
+    }
+
+private:
+    std::shared_ptr<spdlog::details::thread_pool> m_pool;
+    std::shared_ptr<spdlog::async_logger> m_logger;
+};
+
+const TString<wchar_t> c_widePath = L"/home/user/settings.ini";
+const std::string c_narrowPath = "/home/user/settings.ini";
+
+// What a caller waits for one line; the writers work meanwhile.
+template <typename Log, typename Path>
+void LogLine(benchmark::State& state, const Path& path)
+{
+    static std::unique_ptr<Log> log;
+    if (state.thread_index() == 0)
+        log = std::make_unique<Log>();
+    for (auto _ : state)
+        log->WriteLine(path);
+    if (state.thread_index() != 0)
+        return;
+    log.reset();
+    if (CountLines() != static_cast<long>(state.threads()) * c_lines)
+        state.SkipWithError("wrong number of lines");
+    std::remove(LogPath().c_str());
+}
+
+void BM_LogLine_Toolkit(benchmark::State& state)
+{
+    LogLine<ToolkitLog>(state, c_widePath);
+}
+BENCHMARK(BM_LogLine_Toolkit)->Iterations(c_lines)->Threads(1)->Threads(2)->UseRealTime();
+
+void BM_LogLine_Spdlog(benchmark::State& state)
+{
+    LogLine<SpdlogLog>(state, c_narrowPath);
+}
+BENCHMARK(BM_LogLine_Spdlog)->Iterations(c_lines)->Threads(1)->Threads(2)->UseRealTime();
+
+// Looks at the end of the file until the last line is there.
+void AwaitLastLine()
+{
+    const std::string last = "last\n";
+    std::string end;
+    while (end != last) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::ifstream file(LogPath(), std::ios::binary);
+        file.seekg(-static_cast<int>(last.size()), std::ios::end);
+        end.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+}
+
+// The time until many lines are all in the file.
+template <typename Log, typename Path>
+void LogMillion(benchmark::State& state, const Path& path, const Path& last)
+{
+    for (auto _ : state) {
+        auto log = std::make_unique<Log>();
+        const auto start = std::chrono::steady_clock::now();
+        for (int i = 1; i < c_manyLines; ++i)
+            log->WriteLine(path);
+        log->WriteLine(last);
+        AwaitLastLine();
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+        state.SetIterationTime(time.count());
+        log.reset();
+        if (CountLines() != c_manyLines)
+            state.SkipWithError("wrong number of lines");
+        std::remove(LogPath().c_str());
+    }
+    state.SetItemsProcessed(state.iterations() * c_manyLines);
+}
+
+void BM_LogMillion_Toolkit(benchmark::State& state)
+{
+    LogMillion<ToolkitLog>(state, c_widePath, TString<wchar_t>(L"last"));
+}
+BENCHMARK(BM_LogMillion_Toolkit)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_LogMillion_Spdlog(benchmark::State& state)
+{
+    LogMillion<SpdlogLog>(state, c_narrowPath, std::string("last"));
+}
+BENCHMARK(BM_LogMillion_Spdlog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_LogFiltered_Toolkit(benchmark::State& state)
+{
+    {
+        const ToolkitLog log(SeverityError);
+        for (auto _ : state)
+            ToolkitLog::WriteLine(c_widePath);
+    }
+    if (CountLines() != 0)
+        state.SkipWithError("wrong number of lines");
+    std::remove(LogPath().c_str());
+}
+BENCHMARK(BM_LogFiltered_Toolkit);
+
+void BM_LogFiltered_Spdlog(benchmark::State& state)
+{
+    {
+        const SpdlogLog log(spdlog::level::err);
+        for (auto _ : state)
+            log.WriteLine(c_narrowPath);
+    }
+    if (CountLines() != 0)
+        state.SkipWithError("wrong number of lines");
+    std::remove(LogPath().c_str());
+}
+BENCHMARK(BM_LogFiltered_Spdlog);
+
+} // namespace
