@@ -88,3 +88,13 @@ toolkit_pkg_config_test(PackageStaticByPkgConfig "${package_static_prefix}")
 set_tests_properties(
     PackageStaticByCMake PackageStaticByPkgConfig PROPERTIES FIXTURES_REQUIRED StaticCopy
 )
+
+# The baseline was made from a build with debug information, by the compiler of Debian 12.
+find_program(TOOLKIT_ABIDIFF abidiff)
+if(BUILD_SHARED_LIBS AND TOOLKIT_ABIDIFF AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"
+   AND CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo"
+)
+    add_test(NAME AbiBaseline
+             COMMAND "${PROJECT_SOURCE_DIR}/script/abi" "${PROJECT_BINARY_DIR}"
+    )
+endif()
