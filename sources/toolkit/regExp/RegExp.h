@@ -44,7 +44,7 @@ public:
     ///
     /// Without a match `Success()` is false and there are no groups. There are none either, though
     /// `Success()` is true, when a match reaches beyond group 19. A group whose end lies before its
-    /// begin, which \K can bring about, is empty.
+    /// begin, which `\K` can bring about, is empty.
     smart_ptr<MatchResult> Match(const TString<char>& subject) const;
     smart_ptr<MatchResult> Match(const TString<wchar_t>& subject) const;
 
