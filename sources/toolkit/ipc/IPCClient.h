@@ -1,0 +1,24 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+namespace Toolkit {
+
+/// Sends texts to an `IPCServer`.
+class TOOLKIT_API IPCClient {
+public:
+    /// How long one call of Connect() may take.
+    static constexpr unsigned int c_timeoutMs = 10000;
+
+    /// Sends `text`, up to its first null character, to the server that runs under the name
+    /// `service`. True when all of it was sent, which is before the server's listeners have it.
+    ///
+    /// False when no server of this user answers, when it stops answering, when `c_timeoutMs` have
+    /// passed, when `text` is longer than 16 MiB in UTF-8 or has no such form. Any thread may call
+    /// it; on the thread whose event loop serves the same server it can only time out. Nothing is
+    /// thrown or logged.
+    static bool Connect(const TString<wchar_t>& service, const TString<wchar_t>& text);
+};
+
+} // namespace Toolkit

@@ -1,0 +1,7 @@
+#include "toolkit/ipc/IPCConnectionEvent.h"
+
+namespace Toolkit {
+
+IPCConnectionEvent::~IPCConnectionEvent() = default;
+
+} // namespace Toolkit

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
+
+namespace Toolkit {
+
+/// Receives the texts that reach an `IPCServer`.
+class TOOLKIT_API IPCConnectionEvent {
+public:
+    virtual ~IPCConnectionEvent();
+
+    /// Called with each text, on the thread that runs the event loop, under the lock of the
+    /// server's list of listeners.
+    virtual void OnExecute(const TString<wchar_t>& text) = 0;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,185 @@
+#include "toolkit/ipc/IPCSessions.Private.h"
+#include "toolkit/ipc/LocalSocket.Private.h"
+
+#include <wx/app.h>
+#include <wx/timer.h>
+
+#include <cerrno>
+#include <exception>
+#include <utility>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+constexpr int c_tickMs = 250;
+
+// So many clients are accepted before those that wait are served.
+constexpr int c_mostAcceptedAtOnce = 16;
+
+// A client for whose text the memory does not suffice loses its connection.
+bool Read(IPCSession& session)
+{
+    try {
+        return session.Read();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool IsOutOfResources(int error)
+{
+    return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+}
+
+} // namespace
+
+/// Looks after clients that keep the server waiting, as long as there are any.
+class IPCSessions::Ticker : public wxTimer {
+public:
+    explicit Ticker(IPCSessions& sessions) : m_sessions(sessions) {}
+
+    void StartIfStopped()
+    {
+        if (!IsRunning())
+            Start(c_tickMs);
+    }
+
+    void Notify() override
+    {
+        try {
+            m_sessions.OnTick();
+        } catch (const std::exception&) {
+            // Memory ran out: the next tick does it.
+        }
+    }
+
+private:
+    IPCSessions& m_sessions;
+};
+
+IPCSessions::IPCSessions(wxServerBase& server) : m_server(server) {}
+
+IPCSessions::~IPCSessions()
+{
+    // Without the application object the framework has gone, and its part of these with it; in a
+    // child process that part is shared with the parent.
+    if (!wxAppConsole::GetInstance() || !m_listener.IsOfThisProcess()) {
+        m_source.release();
+        m_ticker.release();
+    }
+}
+
+bool IPCSessions::Listen(const std::string& path)
+{
+    if (!wxAppConsole::GetInstance() || m_sockets.Get() < 0 || !m_listener.Listen(path) ||
+        !m_sockets.Add(m_listener.Socket().Get()))
+        return false;
+    m_ticker = std::make_unique<Ticker>(*this);
+    m_source.reset(wxEventLoopBase::AddSourceForFD(m_sockets.Get(), this, wxEVENT_SOURCE_INPUT));
+    return m_source != nullptr;
+}
+
+void IPCSessions::OnReadWaiting()
+{
+    try {
+        for (const int descriptor : m_sockets.TakeReadable()) {
+            if (descriptor == m_listener.Socket().Get())
+                Accept();
+            else
+                Serve(descriptor);
+        }
+    } catch (const std::exception&) {
+        // Memory ran out: what is still readable is reported again.
+    }
+}
+
+void IPCSessions::Accept()
+{
+    for (int i = 0; i < c_mostAcceptedAtOnce; ++i) {
+        if (!AcceptOne())
+            return;
+    }
+}
+
+bool IPCSessions::AcceptOne()
+{
+    FileDescriptor socket = LocalSocket::Accept(m_listener.Socket());
+    if (!socket.IsOpen()) {
+        // The loop would report the same client again and again.
+        if (IsOutOfResources(errno))
+            PauseAccepting();
+        return false;
+    }
+    const int descriptor = socket.Get();
+    if (!LocalSocket::IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
+        return true;
+    m_sessions.try_emplace(descriptor, std::move(socket), m_server);
+    m_ticker->StartIfStopped();
+    // A client sends its topic at once.
+    Serve(descriptor);
+    return true;
+}
+
+void IPCSessions::PauseAccepting()
+{
+    m_isPaused = m_sockets.Remove(m_listener.Socket().Get());
+    m_ticker->StartIfStopped();
+}
+
+void IPCSessions::ResumeAccepting()
+{
+    m_isPaused = !m_sockets.Add(m_listener.Socket().Get());
+}
+
+// True when the session is still there.
+bool IPCSessions::Serve(int descriptor)
+{
+    const auto found = m_sessions.find(descriptor);
+    if (found == m_sessions.end())
+        return false;
+    IPCSession& session = found->second;
+    if (session.IsBusy()) {
+        // A loop inside of a listener: it need not spin about what has to wait for its end.
+        session.SetAside(m_sockets.Remove(descriptor));
+        return true;
+    }
+    if (!Read(session) || (session.IsSetAside() && !m_sockets.Add(descriptor))) {
+        End(descriptor);
+        return false;
+    }
+    session.SetAside(false);
+    return true;
+}
+
+void IPCSessions::End(int descriptor)
+{
+    m_sockets.Remove(descriptor);
+    m_sessions.erase(descriptor);
+}
+
+void IPCSessions::OnTick()
+{
+    if (m_isPaused)
+        ResumeAccepting();
+    EndOverdue();
+    if (m_sessions.empty() && !m_isPaused)
+        m_ticker->Stop();
+}
+
+void IPCSessions::EndOverdue()
+{
+    const IPCSession::Clock::time_point now = IPCSession::Clock::now();
+    std::vector<int> overdue;
+    for (const auto& [descriptor, session] : m_sessions) {
+        if (!session.IsBusy() && session.IsOverdue(now))
+            overdue.push_back(descriptor);
+    }
+    for (const int descriptor : overdue) {
+        // What has come while the loop was busy with something else counts as progress.
+        if (Serve(descriptor) && m_sessions.at(descriptor).IsOverdue(now))
+            End(descriptor);
+    }
+}
+
+} // namespace Toolkit
