@@ -1,0 +1,25 @@
+// A client that uses the framework alone: on one connection it sends a text in each of the forms
+// that the framework has.
+//
+// usage: BareClientProgram path text
+
+#include <wx/init.h>
+#include <wx/sckipc.h>
+
+#include <memory>
+
+int main(int argc, char** argv)
+{
+    const wxInitializer framework;
+    if (argc != 3)
+        return 1;
+    const wxString text = wxString::FromUTF8(argv[2]);
+    wxTCPClient client;
+    const std::unique_ptr<wxConnectionBase> connection(
+        client.MakeConnection(wxString(), wxString::FromUTF8(argv[1]), "topic"));
+    if (!connection)
+        return 2;
+    const bool isSent = connection->Execute(text) && connection->Execute(text.wc_str());
+    connection->Disconnect();
+    return isSent ? 0 : 3;
+}

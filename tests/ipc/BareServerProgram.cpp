@@ -1,0 +1,46 @@
+// A server that uses the framework alone. It prints "ready", then the topic and the text of each
+// request as a line, and stops at the text "quit".
+//
+// usage: BareServerProgram path
+
+#include <wx/app.h>
+#include <wx/init.h>
+#include <wx/sckipc.h>
+
+#include <iostream>
+#include <string>
+
+namespace {
+
+class Connection : public wxTCPConnection {
+public:
+    bool OnExecute(const wxString& topic, const void* data, size_t size,
+                   wxIPCFormat format) override
+    {
+        // The library's data has one form only: characters with their terminator.
+        const bool isWide = format == wxIPC_TEXT && size % sizeof(wchar_t) == 0;
+        const wxString text(static_cast<const wchar_t*>(data), size / sizeof(wchar_t) - 1);
+        std::cout << (isWide ? "" : "unexpected format ") << topic.utf8_str() << "|"
+                  << text.utf8_str() << std::endl;
+        if (text == L"quit")
+            wxAppConsole::GetInstance()->ExitMainLoop();
+        return true;
+    }
+};
+
+class Server : public wxTCPServer {
+public:
+    wxConnectionBase* OnAcceptConnection(const wxString&) override { return new Connection(); }
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const wxInitializer framework;
+    Server server;
+    if (argc != 2 || !server.Create(wxString::FromUTF8(argv[1])))
+        return 1;
+    std::cout << "ready" << std::endl;
+    return wxAppConsole::GetInstance()->MainLoop();
+}

@@ -1,0 +1,265 @@
+#include "toolkit/ipc/IPCClient.h"
+
+#include "toolkit/threading/FrameworkHold.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <future>
+#include <list>
+#include <set>
+
+#include "ipc/ChildProgram.h"
+#include "ipc/EventLoop.h"
+#include "ipc/RawSocket.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::ChildProgram;
+using testing::ElementsAre;
+using Testing::RawSocket;
+using Testing::ReceivedTexts;
+using Testing::ScopedEnvironment;
+using Testing::ServeWhile;
+using testing::SizeIs;
+using Testing::TempDir;
+using Clock = std::chrono::steady_clock;
+using namespace std::string_literals;
+
+class IPCClientTest : public testing::Test {
+protected:
+    TString<wchar_t> Service() const { return m_directory.File(L"service"); }
+    std::filesystem::path Path() const { return m_directory.Path() / "service"; }
+
+    // Sends on a thread of its own, so that the test can play the server.
+    std::future<bool> Send(const TString<wchar_t>& text) const
+    {
+        return std::async(std::launch::async,
+                          [text, this] { return IPCClient::Connect(Service(), text); });
+    }
+
+    static std::size_t CountDescriptors()
+    {
+        const std::filesystem::directory_iterator all("/proc/self/fd");
+        return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+    }
+
+    const TempDir m_directory;
+    const ScopedEnvironment m_home{"HOME", m_directory.Path()};
+    const FrameworkHold m_framework;
+};
+
+TEST_F(IPCClientTest, TheBytesAreThoseOfTheFramework)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+    std::future<bool> sent = Send(L"h\u00E9");
+
+    const RawSocket client = listener.Accept();
+    EXPECT_EQ(client.Receive(8), "\x0A\x03\0\0\0h\xC3\xA9"s);
+    EXPECT_TRUE(client.Send("\x0A"));
+    EXPECT_EQ(client.ReceiveAll(), "\x01\x01\x0C\0\0\0h\0\0\0\xE9\0\0\0\0\0\0\0\x0B"s);
+
+    EXPECT_TRUE(sent.get());
+}
+
+TEST_F(IPCClientTest, TheEmptyTextHasAnEmptyTopicAndATerminator)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+    std::future<bool> sent = Send(L"");
+
+    const RawSocket client = listener.Accept();
+    EXPECT_EQ(client.Receive(5), "\x0A\0\0\0\0"s);
+    EXPECT_TRUE(client.Send("\x0A"));
+    EXPECT_EQ(client.ReceiveAll(), "\x01\x01\x04\0\0\0\0\0\0\0\x0B"s);
+
+    EXPECT_TRUE(sent.get());
+}
+
+TEST_F(IPCClientTest, ATextEndsAtItsFirstNullCharacter)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+    std::future<bool> sent = Send(std::wstring(L"a\0b", 3));
+
+    const RawSocket client = listener.Accept();
+    EXPECT_EQ(client.Receive(6), "\x0A\x01\0\0\0a"s);
+    EXPECT_TRUE(client.Send("\x0A"));
+    EXPECT_EQ(client.ReceiveAll(), "\x01\x01\x08\0\0\0a\0\0\0\0\0\0\0\x0B"s);
+
+    EXPECT_TRUE(sent.get());
+}
+
+TEST_F(IPCClientTest, ASurrogateTravelsAsItsThreeBytes)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+    std::future<bool> sent = Send(std::wstring(1, static_cast<wchar_t>(0xD800)));
+
+    const RawSocket client = listener.Accept();
+    EXPECT_EQ(client.Receive(8), "\x0A\x03\0\0\0\xED\xA0\x80"s);
+    EXPECT_TRUE(client.Send("\x0A"));
+    EXPECT_EQ(client.ReceiveAll(), "\x01\x01\x08\0\0\0\0\xD8\0\0\0\0\0\0\x0B"s);
+
+    EXPECT_TRUE(sent.get());
+}
+
+TEST_F(IPCClientTest, WithoutAServerNothingIsSentNorLeftOpen)
+{
+    const std::size_t before = CountDescriptors();
+
+    EXPECT_FALSE(IPCClient::Connect(Service(), L"text"));
+    EXPECT_FALSE(IPCClient::Connect(m_directory.File(L"none/service"), L"text"));
+    EXPECT_FALSE(IPCClient::Connect(m_directory.WriteFile(L"file", ""), L"text"));
+    EXPECT_FALSE(IPCClient::Connect(m_directory.File(L""), L"text"));
+
+    EXPECT_EQ(CountDescriptors(), before);
+}
+
+TEST_F(IPCClientTest, ANameThatIsNoServiceReachesNobody)
+{
+    const std::wstring names[] = {L"", L"0", L"3000", std::wstring(L"\0abstract", 9),
+                                  std::wstring(1, static_cast<wchar_t>(0x110000))};
+    for (const std::wstring& name : names)
+        EXPECT_FALSE(IPCClient::Connect(name, L"text")) << testing::PrintToString(name);
+}
+
+TEST_F(IPCClientTest, ATextWithoutUtf8FormIsNotSent)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+
+    EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring(1, static_cast<wchar_t>(0x110000))));
+    EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring(1, static_cast<wchar_t>(-1))));
+}
+
+TEST_F(IPCClientTest, ATextOfMoreThan16MebibytesIsNotSent)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+
+    EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((16 << 20) + 1, L'x')));
+    EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((8 << 20) + 1, L'\u00E9')));
+}
+
+TEST_F(IPCClientTest, AServerThatRefusesOrLeavesIsToldAtOnce)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+    for (const std::string& answer : {""s, "\x09"s, "\0"s, "\xFF"s}) {
+        SCOPED_TRACE(testing::PrintToString(answer));
+        std::future<bool> sent = Send(L"text");
+        RawSocket client = listener.Accept();
+        client.Receive(9);
+        EXPECT_TRUE(client.Send(answer));
+        client.Close();
+        EXPECT_FALSE(sent.get());
+    }
+}
+
+TEST_F(IPCClientTest, AServerThatLeavesInTheMiddleRaisesNoSignal)
+{
+    const RawSocket listener = RawSocket::ListeningAt(Path());
+    std::future<bool> sent = Send(std::wstring(1 << 20, L'x'));
+
+    RawSocket client = listener.Accept();
+    client.Receive(5 + (1 << 20));
+    EXPECT_TRUE(client.Send("\x0A"));
+    client.Receive(100);
+    client.Close();
+
+    EXPECT_FALSE(sent.get());
+}
+
+// A server in each state in which it answers no more; all clients wait at the same time.
+TEST_F(IPCClientTest, NoServerMakesAClientWaitForEver)
+{
+    const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");
+    const RawSocket half = RawSocket::ListeningAt(m_directory.Path() / "half");
+    const RawSocket full = RawSocket::ListeningAt(m_directory.Path() / "full", 0);
+    const RawSocket queued = RawSocket::ConnectedTo(m_directory.Path() / "full");
+    const ChildProgram stopped(TOOLKIT_TEST_IPC_SERVER, {m_directory.Path() / "stopped"});
+    EXPECT_EQ(stopped.ReadLine(), "ready");
+    stopped.Send(SIGSTOP);
+
+    const Clock::time_point start = Clock::now();
+    std::vector<std::future<bool>> clients;
+    for (const wchar_t* name : {L"silent", L"half", L"full", L"stopped"})
+        clients.push_back(std::async(std::launch::async, [this, name] {
+            return IPCClient::Connect(m_directory.File(name), std::wstring(1 << 20, L'x'));
+        }));
+    const RawSocket client = half.Accept();
+    client.Receive(5 + (1 << 20));
+    EXPECT_TRUE(client.Send("\x0A"));
+
+    for (std::future<bool>& result : clients)
+        EXPECT_FALSE(result.get());
+    EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(IPCClient::c_timeoutMs));
+    EXPECT_LT(Clock::now() - start, 4 * std::chrono::milliseconds(IPCClient::c_timeoutMs));
+}
+
+TEST_F(IPCClientTest, ThreadsSendAtTheSameTime)
+{
+    constexpr int threads = 8;
+    constexpr int texts = 50;
+    ReceivedTexts received;
+    IPCServer server(Service());
+    server.AddListener(Keep(received));
+    ASSERT_TRUE(server.Run());
+
+    ServeWhile([&] {
+        std::vector<std::thread> senders;
+        for (int thread = 0; thread < threads; ++thread)
+            senders.emplace_back([&, thread] {
+                for (int text = 0; text < texts; ++text)
+                    EXPECT_TRUE(IPCClient::Connect(Service(), std::to_wstring(thread) + L"." +
+                                                                  std::to_wstring(text)));
+            });
+        for (std::thread& sender : senders)
+            sender.join();
+        received.Await(threads * texts);
+    });
+
+    const std::vector<std::wstring> all = received.All();
+    EXPECT_THAT(all, SizeIs(threads * texts));
+    EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(threads * texts));
+}
+
+TEST_F(IPCClientTest, ProcessesSendAtTheSameTime)
+{
+    constexpr std::size_t processes = 8;
+    constexpr std::size_t texts = 25;
+    ReceivedTexts received;
+    IPCServer server(Service());
+    server.AddListener(Keep(received));
+    ASSERT_TRUE(server.Run());
+
+    ServeWhile([&] {
+        std::list<ChildProgram> clients;
+        for (std::size_t i = 0; i < processes; ++i)
+            clients.emplace_back(TOOLKIT_TEST_IPC_CLIENT,
+                                 std::vector<std::string>{Path(), std::to_string(i) + ".", "25"});
+        for (ChildProgram& client : clients)
+            EXPECT_EQ(client.WaitForExitCode(), 0);
+        received.Await(processes * texts);
+    });
+
+    const std::vector<std::wstring> all = received.All();
+    EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(processes * texts));
+}
+
+TEST_F(IPCClientTest, AServerOfTheFrameworkAloneIsReached)
+{
+    const ChildProgram server(TOOLKIT_TEST_BARE_SERVER, {Path()});
+    EXPECT_EQ(server.ReadLine(), "ready");
+
+    for (const std::wstring text : {L"text", L"h\u00E9 \u6F22 \U0001F600", L""})
+        EXPECT_TRUE(IPCClient::Connect(Service(), text));
+    EXPECT_TRUE(IPCClient::Connect(Service(), std::wstring(100000, L'x')));
+
+    EXPECT_EQ(server.ReadLine(), "text|text");
+    EXPECT_EQ(server.ReadLine(), "h\xC3\xA9 \xE6\xBC\xA2 \xF0\x9F\x98\x80|"
+                                 "h\xC3\xA9 \xE6\xBC\xA2 \xF0\x9F\x98\x80");
+    EXPECT_EQ(server.ReadLine(), "|");
+    EXPECT_EQ(server.ReadLine(), std::string(100000, 'x') + "|" + std::string(100000, 'x'));
+}
+
+} // namespace
+} // namespace Toolkit
