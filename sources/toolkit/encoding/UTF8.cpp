@@ -3,6 +3,7 @@
 #include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
 
 namespace Toolkit {
@@ -26,16 +27,18 @@ std::size_t EncodedLength(const wchar_t* text)
 TString<char> UTF8::ToUTF8(const TString<wchar_t>& text)
 {
     TString<char> bytes;
-    const std::size_t length = std::wcslen(text.c_str());
-    bytes.reserve(length);
-    Utf8Codec::AppendEncoded(bytes, text.c_str(), length);
+    // The bytes are searched for the null character, since they are fewer than those of the text;
+    // what stands behind it must not matter.
+    if (!Utf8Codec::AppendEncoded(bytes, text.data(), text.size()))
+        Utf8Codec::AppendEncoded(bytes, text.c_str(), std::wcslen(text.c_str()));
+    bytes.resize(std::strlen(bytes.c_str()));
     return bytes;
 }
 
 TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
 {
     TString<wchar_t> characters;
-    Utf8Codec::AppendDecoded(characters, text.c_str(), std::char_traits<char>::length(text.c_str()));
+    Utf8Codec::AppendDecoded(characters, text.c_str(), std::strlen(text.c_str()));
     return characters;
 }
 

@@ -2,155 +2,206 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <numeric>
 
 namespace Toolkit::Utf8Codec {
 namespace {
 
 // Texts are converted through a buffer on the stack: appending from it costs less than filling the
 // text's own memory with zeros first, and needs no second text.
-constexpr std::size_t c_bufferLength = 1024;
+constexpr std::ptrdiff_t c_bufferLength = 1024;
 
-// ASCII is converted in blocks of this many characters with vector instructions.
-constexpr std::size_t c_blockLength = 16;
+// Where a block of this many characters is all ASCII, it is copied with vector instructions.
+constexpr std::ptrdiff_t c_blockLength = 16;
 
-constexpr std::size_t c_longestSequence = 4;
+constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 
-bool IsAsciiBlock(const char* bytes)
+// The local copies are blocks that nothing else points to: on them the compiler uses vectors.
+bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
-    unsigned char bits = 0;
-    for (std::size_t i = 0; i < c_blockLength; ++i)
-        bits = static_cast<unsigned char>(bits | static_cast<unsigned char>(bytes[i]));
-    return bits < 0x80;
+    std::uint64_t halves[2];
+    std::memcpy(halves, from, sizeof halves);
+    if (((halves[0] | halves[1]) & 0x8080808080808080) != 0)
+        return false;
+
+    unsigned char block[c_blockLength];
+    std::memcpy(block, from, sizeof block);
+    for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
+        to[i] = block[i];
+    return true;
 }
 
-bool IsAsciiBlock(const wchar_t* text)
+bool CopyAsciiBlock(const wchar_t* from, char* to)
 {
     std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < c_blockLength; ++i)
-        bits |= static_cast<std::uint32_t>(text[i]);
-    return bits < 0x80;
+    for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
+        bits |= static_cast<std::uint32_t>(from[i]);
+    if (bits >= 0x80)
+        return false;
+
+    char block[c_blockLength];
+    for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
+        block[i] = static_cast<char>(from[i]);
+    std::memcpy(to, block, sizeof block);
+    return true;
 }
 
-// Copies leading ASCII, at most `room` characters of it, in blocks; both positions move.
-template <typename From, typename To>
-void CopyAsciiBlocks(const From*& at, const From* end, To*& out, std::size_t room)
+// Whether a byte has the form 10xxxxxx: as a signed number it is below all others.
+constexpr bool IsContinuation(char byte)
 {
-    std::size_t blocks = std::min(static_cast<std::size_t>(end - at), room) / c_blockLength;
-    for (; blocks > 0 && IsAsciiBlock(at); --blocks) {
-        for (std::size_t i = 0; i < c_blockLength; ++i)
-            out[i] = static_cast<To>(at[i]);
-        at += c_blockLength;
-        out += c_blockLength;
-    }
+    return static_cast<signed char>(byte) < -0x40;
 }
 
-constexpr bool IsContinuation(unsigned char byte)
+// Whether all these bytes have the form 10xxxxxx.
+template <typename... Bytes>
+constexpr bool AreContinuations(Bytes... bytes)
 {
-    return (byte & 0xC0) == 0x80;
+    return ((bytes ^ 0x80u) | ...) < 0x40;
+}
+
+// The number that `leadBits` and the last six bits of each of `bytes` make up.
+template <typename... Bytes>
+constexpr std::uint32_t Combine(std::uint32_t leadBits, Bytes... bytes)
+{
+    ((leadBits = leadBits << 6 | (bytes & 0x3Fu)), ...);
+    return leadBits;
 }
 
 // Reads the sequence of two to four bytes at `at` and moves behind it; false when it is not valid.
-// The bounds of the second byte are those of RFC 3629, section 4.
+// The limits are those of RFC 3629, sections 3 and 4.
 inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
 {
     const auto* const bytes = reinterpret_cast<const unsigned char*>(at);
-    const auto left = static_cast<std::size_t>(end - at);
+    const std::ptrdiff_t left = end - at;
     const std::uint32_t lead = bytes[0];
+    std::uint32_t value = 0;
     if (lead < 0xE0) {
-        if (lead < 0xC2 || left < 2 || !IsContinuation(bytes[1]))
+        if (lead < 0xC2 || left < 2 || !AreContinuations(bytes[1]))
             return false;
-        character = static_cast<wchar_t>((lead & 0x1F) << 6 | (bytes[1] & 0x3Fu));
+        value = Combine(lead & 0x1F, bytes[1]);
         at += 2;
-        return true;
-    }
-    if (lead < 0xF0) {
-        if (left < 3 || !IsContinuation(bytes[1]) || !IsContinuation(bytes[2]))
+    } else if (lead < 0xF0) {
+        if (left < 3 || !AreContinuations(bytes[1], bytes[2]))
             return false;
-        const std::uint32_t value =
-            (lead & 0x0F) << 12 | (bytes[1] & 0x3Fu) << 6 | (bytes[2] & 0x3Fu);
+        value = Combine(lead & 0x0F, bytes[1], bytes[2]);
         const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
         if (value < 0x800 || isSurrogate)
             return false;
-        character = static_cast<wchar_t>(value);
         at += 3;
-        return true;
+    } else {
+        if (left < 4 || !AreContinuations(bytes[1], bytes[2], bytes[3]))
+            return false;
+        // Leads above 0xF4 make values that are too large.
+        value = Combine(lead & 0x0F, bytes[1], bytes[2], bytes[3]);
+        if (value < 0x10000 || value > c_lastCodePoint)
+            return false;
+        at += 4;
     }
-    if (lead > 0xF4 || left < 4 || !IsContinuation(bytes[1]) || !IsContinuation(bytes[2]) ||
-        !IsContinuation(bytes[3]))
-        return false;
-    const std::uint32_t value = (lead & 0x07) << 18 | (bytes[1] & 0x3Fu) << 12 |
-                                (bytes[2] & 0x3Fu) << 6 | (bytes[3] & 0x3Fu);
-    if (value < 0x10000 || value > c_lastCodePoint)
-        return false;
     character = static_cast<wchar_t>(value);
-    at += 4;
     return true;
 }
 
-// Decodes until the buffer is full or the bytes end. Returns the end of what was written; null when
-// the bytes are not valid.
-wchar_t* DecodeIntoBuffer(const char*& at, const char* end, wchar_t* buffer)
+// Decodes until the buffer has no room for another block or the bytes end. Returns the end of what
+// was written; null when the bytes are not valid.
+wchar_t* DecodeIntoBuffer(const char*& bytes, const char* end, wchar_t* buffer)
 {
+    const char* at = bytes;
     wchar_t* out = buffer;
-    wchar_t* const bufferEnd = buffer + c_bufferLength;
-    while (at != end && out != bufferEnd) {
-        if (static_cast<signed char>(*at) >= 0) {
-            CopyAsciiBlocks(at, end, out, static_cast<std::size_t>(bufferEnd - out));
-            while (at != end && out != bufferEnd && static_cast<signed char>(*at) >= 0)
-                *out++ = *at++;
+    const wchar_t* const lastBlock = buffer + c_bufferLength - c_blockLength;
+    while (at != end && out <= lastBlock) {
+        if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
+            at += c_blockLength;
+            out += c_blockLength;
             continue;
         }
-        while (at != end && out != bufferEnd && static_cast<signed char>(*at) < 0) {
-            if (!DecodeSequence(at, end, *out++))
+        const char* const blockEnd = at + std::min(end - at, c_blockLength);
+        while (at < blockEnd) {
+            if (static_cast<signed char>(*at) >= 0)
+                *out++ = *at++;
+            else if (!DecodeSequence(at, end, *out++))
                 return nullptr;
         }
     }
+    bytes = at;
     return out;
 }
 
-// Writes the sequence of one character and moves behind it; false when it has none.
-inline bool EncodeCharacter(std::uint32_t character, char*& out)
+constexpr char Continuation(std::uint32_t bits)
 {
-    const auto continuation = [](std::uint32_t bits) {
-        return static_cast<char>(0x80 | (bits & 0x3F));
-    };
+    return static_cast<char>(0x80 | (bits & 0x3F));
+}
+
+// Writes the sequence of one character and returns its end; null when it has none.
+inline char* EncodeCharacter(std::uint32_t character, char* out)
+{
     if (character < 0x80) {
-        *out++ = static_cast<char>(character);
-    } else if (character < 0x800) {
-        *out++ = static_cast<char>(0xC0 | character >> 6);
-        *out++ = continuation(character);
-    } else if (character < 0x10000) {
-        *out++ = static_cast<char>(0xE0 | character >> 12);
-        *out++ = continuation(character >> 6);
-        *out++ = continuation(character);
-    } else if (character <= c_lastCodePoint) {
-        *out++ = static_cast<char>(0xF0 | character >> 18);
-        *out++ = continuation(character >> 12);
-        *out++ = continuation(character >> 6);
-        *out++ = continuation(character);
-    } else {
-        return false;
+        out[0] = static_cast<char>(character);
+        return out + 1;
     }
-    return true;
+    if (character < 0x800) {
+        out[0] = static_cast<char>(0xC0 | character >> 6);
+        out[1] = Continuation(character);
+        return out + 2;
+    }
+    if (character < 0x10000) {
+        out[0] = static_cast<char>(0xE0 | character >> 12);
+        out[1] = Continuation(character >> 6);
+        out[2] = Continuation(character);
+        return out + 3;
+    }
+    if (character > c_lastCodePoint)
+        return nullptr;
+    out[0] = static_cast<char>(0xF0 | character >> 18);
+    out[1] = Continuation(character >> 12);
+    out[2] = Continuation(character >> 6);
+    out[3] = Continuation(character);
+    return out + 4;
 }
 
-// Encodes until the buffer has no room for another character or the text ends. Returns the end of
-// what was written; null when a character has no form.
-char* EncodeIntoBuffer(const wchar_t*& at, const wchar_t* end, char* buffer)
+// Encodes until the buffer has no room for another block or the text ends. Returns the end of what
+// was written; null when a character has no form.
+char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
 {
+    const wchar_t* at = text;
     char* out = buffer;
-    char* const lastStart = buffer + c_bufferLength - c_longestSequence;
-    while (at != end && out <= lastStart) {
-        if (static_cast<std::uint32_t>(*at) < 0x80)
-            CopyAsciiBlocks(at, end, out, static_cast<std::size_t>(lastStart - out));
-        for (std::size_t i = 0; i < c_blockLength && at != end && out <= lastStart; ++i) {
-            if (!EncodeCharacter(static_cast<std::uint32_t>(*at++), out))
+    const char* const lastBlock = buffer + c_bufferLength - c_blockLength * c_longestSequence;
+    while (at != end && out <= lastBlock) {
+        if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
+            at += c_blockLength;
+            out += c_blockLength;
+            continue;
+        }
+        const wchar_t* const blockEnd = at + std::min(end - at, c_blockLength);
+        while (at != blockEnd) {
+            out = EncodeCharacter(static_cast<std::uint32_t>(*at++), out);
+            if (!out)
                 return nullptr;
         }
     }
+    text = at;
     return out;
+}
+
+// How many characters valid bytes hold; what others hold is of no use.
+std::size_t CountCharacters(const char* at, const char* end)
+{
+    // The sums of so few blocks fit into bytes, which the compiler adds sixteen at a time.
+    constexpr std::ptrdiff_t longestRun = 255;
+    std::size_t count = 0;
+    while (end - at >= c_blockLength) {
+        unsigned char sums[c_blockLength] = {};
+        for (auto left = std::min((end - at) / c_blockLength, longestRun); left > 0; --left) {
+            for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
+                sums[i] = static_cast<unsigned char>(sums[i] + !IsContinuation(at[i]));
+            at += c_blockLength;
+        }
+        count = std::accumulate(std::begin(sums), std::end(sums), count);
+    }
+    return count + static_cast<std::size_t>(end - at);
 }
 
 } // namespace
@@ -159,6 +210,9 @@ bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
 {
     const std::size_t oldLength = bytes.size();
     const wchar_t* const end = text + length;
+    // Counting the bytes would cost more than moving them once or twice; ASCII is never moved.
+    if (end - text > c_bufferLength / c_longestSequence)
+        bytes.reserve(oldLength + length);
     char buffer[c_bufferLength];
     while (text != end) {
         const char* const written = EncodeIntoBuffer(text, end, buffer);
@@ -166,7 +220,7 @@ bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
             bytes.resize(oldLength);
             return false;
         }
-        bytes.append(static_cast<const char*>(buffer), written);
+        bytes.append(buffer, static_cast<std::size_t>(written - buffer));
     }
     return true;
 }
@@ -175,6 +229,8 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
 {
     const std::size_t oldLength = text.size();
     const char* const end = bytes + length;
+    if (end - bytes > c_bufferLength)
+        text.reserve(oldLength + CountCharacters(bytes, end));
     wchar_t buffer[c_bufferLength];
     while (bytes != end) {
         const wchar_t* const written = DecodeIntoBuffer(bytes, end, buffer);
@@ -182,7 +238,7 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
             text.resize(oldLength);
             return false;
         }
-        text.append(static_cast<const wchar_t*>(buffer), written);
+        text.append(buffer, static_cast<std::size_t>(written - buffer));
     }
     return true;
 }
