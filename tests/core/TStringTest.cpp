@@ -314,6 +314,26 @@ TEST(TStringTest, ReplaceAlsoFindsWhatAReplacementCreated)
     }
 }
 
+TEST(TStringTest, ReplaceOfTheEmptyTextChangesNothing)
+{
+    EXPECT_EQ(Replaced(L"text", L"", L"x"), L"text");
+}
+
+TEST(TStringTest, ReplaceTakesTheTextItselfAsArgument)
+{
+    Wide same(L"a long text");
+    same.Replace(same, L"short");
+    EXPECT_EQ(same, L"short");
+
+    Wide inserted(L"text");
+    inserted.Replace(L"text", inserted.substr(1));
+    EXPECT_EQ(inserted, L"ext");
+
+    Wide letters(L"ab");
+    letters.Replace(L"abc", letters);
+    EXPECT_EQ(letters, L"ab");
+}
+
 TEST(TStringTest, ReplaceKeepsNullCharacters)
 {
     const Wide text(std::wstring(L"a\0-\0b", 5));

@@ -1,54 +1,53 @@
 #include "toolkit/core/CaseFolding.Private.h"
+#include "toolkit/core/Lanes.Private.h"
 #include "toolkit/core/SubstringSearch.Private.h"
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 
 namespace Toolkit {
 namespace {
 
 using CaseFolding::FoldNarrow;
 
-// How many positions are filtered at once: enough for the compiler to use vector instructions.
+// How many positions are filtered before the loop looks at what came out.
 constexpr std::size_t c_blockLength = 16;
 
-// The characters that fold like one character of the needle, as far as there are two of them, such
-// as a letter and its capital.
+// Tells quickly, without asking the locale, which characters cannot fold to a given one.
+//
+// Among ASCII characters a letter and its capital fold alike, at most. How the characters from 0x80
+// to 0xFF fold is the locale's affair: they may, and so may whatever is compared with one of them.
 template <typename Char>
-class FoldClass {
+class FoldFilter {
 public:
-    explicit FoldClass(Char character) : m_members{character, character}
+    using Number = std::make_unsigned_t<Char>;
+
+    explicit FoldFilter(Char folded)
+        : m_folded(static_cast<Number>(folded)),
+          m_significant(IsLocaleDependent(m_folded) ? Number{0} : static_cast<Number>(~0x20u))
     {
-        const Char folded = FoldNarrow(character);
-        std::size_t count = 0;
-        for (int other = c_firstFolded; other <= c_lastFolded; ++other) {
-            if (FoldNarrow(static_cast<Char>(other)) != folded)
-                continue;
-            if (count < 2)
-                m_members[count] = static_cast<Char>(other);
-            ++count;
-        }
-        if (count == 1)
-            m_members[1] = m_members[0];
-        m_isPair = count <= 2;
+        m_folded = static_cast<Number>(m_folded & m_significant);
     }
 
-    // Whether two members are all there are: the rule in every locale that glibc has.
-    bool IsPair() const { return m_isPair; }
-
-    // 1 when `character` is a member of the pair, else 0: without a branch.
-    unsigned int Has(Char character) const
+    // Of one character, or of several at once: true, or all bits set, when it may fold to the
+    // given one.
+    template <typename Numbers>
+    auto Admits(const Numbers& characters) const
     {
-        return unsigned{character == m_members[0]} | unsigned{character == m_members[1]};
+        return ((characters & m_significant) == m_folded) | IsLocaleDependent(characters);
     }
 
 private:
-    // tolower() changes no character outside this range.
-    static constexpr int c_firstFolded = sizeof(Char) == 1 ? -0x80 : 0;
-    static constexpr int c_lastFolded = sizeof(Char) == 1 ? 0x7F : 0xFF;
+    template <typename Numbers>
+    static auto IsLocaleDependent(const Numbers& characters)
+    {
+        constexpr auto beyondAscii = static_cast<Number>(~0x7Fu);
+        return (characters & beyondAscii) == Number{0x80};
+    }
 
-    Char m_members[2];
-    bool m_isPair;
+    Number m_folded;
+    Number m_significant; // the bits that a character has in common with those that fold alike
 };
 
 template <typename Char>
@@ -61,14 +60,12 @@ bool IsEqualFolded(const Char* left, const Char* right, std::size_t length)
     return true;
 }
 
-// Below this number of positions the filter costs more to prepare than it saves.
-constexpr std::size_t c_filterThreshold = 512;
-
 template <typename Char>
 class FoldedNeedle {
 public:
     FoldedNeedle(const Char* needle, std::size_t length)
-        : m_needle(needle), m_length(length), m_first(FoldNarrow(needle[0]))
+        : m_needle(needle), m_length(length), m_first(FoldNarrow(needle[0])),
+          m_last(FoldNarrow(needle[length - 1]))
     {
     }
 
@@ -77,49 +74,43 @@ public:
         if (length < m_length)
             return false;
         const std::size_t positions = length - m_length + 1;
-        return positions < c_filterThreshold ? StartsAmong(text, positions)
-                                             : StartsAmongFiltered(text, positions);
-    }
-
-private:
-    bool StartsAmong(const Char* text, std::size_t positions) const
-    {
-        for (std::size_t i = 0; i < positions; ++i) {
-            if (FoldNarrow(text[i]) == m_first && IsEqualFolded(text + i, m_needle, m_length))
-                return true;
-        }
-        return false;
-    }
-
-    // Looks only at blocks in which the needle's first and last character both fit somewhere.
-    bool StartsAmongFiltered(const Char* text, std::size_t positions) const
-    {
-        const FoldClass<Char> first(m_needle[0]);
-        const FoldClass<Char> last(m_needle[m_length - 1]);
-        if (!first.IsPair() || !last.IsPair())
-            return StartsAmong(text, positions);
-
         std::size_t at = 0;
         for (; at + c_blockLength <= positions; at += c_blockLength) {
-            if (MayStartInBlock(text + at, first, last) && StartsAmong(text + at, c_blockLength))
+            if (MayStartInBlock(text + at) && StartsAmong(text + at, c_blockLength))
                 return true;
         }
         return StartsAmong(text + at, positions - at);
     }
 
-    bool MayStartInBlock(const Char* text, const FoldClass<Char>& first,
-                         const FoldClass<Char>& last) const
+private:
+    using Number = typename FoldFilter<Char>::Number;
+
+    // Whether the needle's first and last character both fit somewhere in a block of positions.
+    bool MayStartInBlock(const Char* text) const
     {
         const Char* const ends = text + m_length - 1;
-        unsigned int found = 0;
-        for (std::size_t i = 0; i < c_blockLength; ++i)
-            found |= first.Has(text[i]) & last.Has(ends[i]);
-        return found != 0;
+        auto found = Lanes::Of<Number>{} != Lanes::Of<Number>{};
+        for (std::size_t i = 0; i < c_blockLength; i += Lanes::c_count<Number>) {
+            found |= m_first.Admits(Lanes::Load<Number>(text + i)) &
+                     m_last.Admits(Lanes::Load<Number>(ends + i));
+        }
+        return !Lanes::IsZero(found);
+    }
+
+    bool StartsAmong(const Char* text, std::size_t positions) const
+    {
+        for (std::size_t i = 0; i < positions; ++i) {
+            if (m_first.Admits(static_cast<Number>(text[i])) &&
+                IsEqualFolded(text + i, m_needle, m_length))
+                return true;
+        }
+        return false;
     }
 
     const Char* m_needle;
     std::size_t m_length;
-    Char m_first;
+    FoldFilter<Char> m_first;
+    FoldFilter<Char> m_last;
 };
 
 } // namespace

@@ -1,28 +1,25 @@
 #include "toolkit/core/TString.h"
 
 #include "toolkit/core/CaseFolding.Private.h"
+#include "toolkit/core/Lanes.Private.h"
 #include "toolkit/core/Numbers.Private.h"
 #include "toolkit/core/SubstringSearch.Private.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace {
 
+namespace Lanes = Toolkit::Lanes;
 using Toolkit::CaseFolding::FoldForComparison;
 
-// The distance between a letter and its capital in ASCII.
-constexpr std::uint32_t c_asciiCaseBit = 0x20;
+// The bit in which a letter of ASCII and its capital differ.
+constexpr std::int32_t c_asciiCaseBit = 0x20;
 
-// How many characters are compared before the loop looks at what came out: enough for the compiler
-// to use vector instructions, few enough to stop early.
+// How many characters are compared before the loop looks at what came out.
 constexpr std::size_t c_blockLength = 16;
-
-constexpr std::uint32_t FoldAscii(std::uint32_t character)
-{
-    return character + (character - 'A' < 26 ? c_asciiCaseBit : 0);
-}
 
 // Whether towlower() folds ASCII letters in the plain way. Turkic locales fold I to a dotless i,
 // and they do so for no other letter of ASCII.
@@ -34,15 +31,17 @@ bool LocaleFoldsAsciiPlainly()
 // True when both blocks are ASCII and equal but for their case.
 bool IsSameAsciiBlock(const wchar_t* left, const wchar_t* right)
 {
-    std::uint32_t bits = 0;
-    std::uint32_t difference = 0;
-    for (std::size_t i = 0; i < c_blockLength; ++i) {
-        const auto a = static_cast<std::uint32_t>(left[i]);
-        const auto b = static_cast<std::uint32_t>(right[i]);
-        bits |= a | b;
-        difference |= FoldAscii(a) ^ FoldAscii(b);
+    using Characters = Lanes::Of<std::int32_t>;
+    Characters wrong = {};
+    for (std::size_t i = 0; i < c_blockLength; i += Lanes::c_count<std::int32_t>) {
+        const auto a = Lanes::Load<std::int32_t>(left + i);
+        const auto b = Lanes::Load<std::int32_t>(right + i);
+        const Characters folded = a | c_asciiCaseBit;
+        const Characters isLetter = (folded >= 'a') & (folded <= 'z');
+        wrong |= (a ^ b) & ~(isLetter & c_asciiCaseBit);
+        wrong |= (a | b) & ~0x7F;
     }
-    return bits < 0x80 && difference == 0;
+    return Lanes::IsZero(wrong);
 }
 
 // Compares `length` folded characters; -1, 0 or 1.
@@ -175,16 +174,27 @@ void SplitText(const std::wstring& text, const DelimiterScanner& scanner, bool s
     }
 }
 
-// Replaces from left to right where no replacement can become part of a new occurrence.
-void ReplaceOnce(std::wstring& text, const std::wstring& from, const std::wstring& to)
+// Whether a replacement can become part of a new occurrence: behind characters before it, in front
+// of characters behind it, or between both.
+bool CanJoin(const std::wstring& from, const std::wstring& to)
 {
-    std::size_t hit = text.find(from);
-    if (hit == std::wstring::npos)
-        return;
+    for (std::size_t length = 1; length < from.size(); ++length) {
+        const std::wstring_view start = std::wstring_view(from).substr(0, length);
+        const std::wstring_view end = std::wstring_view(from).substr(length);
+        if (to.starts_with(end) || to.ends_with(start) ||
+            end.substr(0, end.size() - 1).starts_with(to))
+            return true;
+    }
+    return to.find(from) != std::wstring::npos;
+}
+
+// Replaces from left to right, where no replacement can become part of a new occurrence.
+void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstring& to)
+{
     std::wstring result;
     result.reserve(text.size());
     std::size_t next = 0;
-    for (; hit != std::wstring::npos; hit = text.find(from, next)) {
+    for (std::size_t hit; (hit = text.find(from, next)) != std::wstring::npos;) {
         result.append(text, next, hit - next).append(to);
         next = hit + from.size();
     }
@@ -194,41 +204,67 @@ void ReplaceOnce(std::wstring& text, const std::wstring& from, const std::wstrin
 
 // Replaces as if every search started anew at the beginning, yet in one pass.
 //
-// Behind a replacement the leftmost new occurrence starts at most from.size() - 1 characters before
-// it. These characters and the replacement are taken back into `pending`, which stands between the
-// text that is done and the text that is still to be read.
-void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, const std::wstring& to)
-{
-    const std::size_t overlap = from.size() - 1;
-    std::wstring done;
-    std::wstring pending;
-    std::wstring window;
-    std::size_t next = 0;
-    while (true) {
-        // Occurrences that start in `pending` end in it or in the `overlap` characters behind it.
-        window.assign(pending).append(text, next, overlap);
-        std::size_t hit = pending.empty() ? std::wstring::npos : window.find(from);
-        if (hit == std::wstring::npos) {
-            done.append(pending);
-            pending.clear();
-            hit = text.find(from, next);
-            if (hit == std::wstring::npos)
-                break;
-            done.append(text, next, hit - next);
-            next = hit + from.size();
-        } else {
-            done.append(window, 0, hit);
-            const std::size_t end = hit + from.size();
-            next += end > pending.size() ? end - pending.size() : 0;
-            pending.erase(0, end);
-        }
-        const std::size_t kept = std::min(overlap, done.size());
-        pending.insert(0, to).insert(0, done, done.size() - kept);
-        done.resize(done.size() - kept);
+// Characters move from the unread part of the text, which ends with it, to the part that is done,
+// which starts it and never holds `from`. The first occurrence is so always the one that the last
+// character moved completes: it is cut off, and its replacement becomes unread.
+class ReplacementPass {
+public:
+    ReplacementPass(std::wstring& text, const std::wstring& from, const std::wstring& to)
+        : m_text(text), m_from(from), m_to(to)
+    {
     }
-    done.append(text, next);
-    text = std::move(done);
-}
+
+    void Run()
+    {
+        while (MoveThroughLastOfFrom()) {
+            if (EndsWithOccurrence())
+                ReplaceOccurrence();
+        }
+        m_text.resize(m_done);
+    }
+
+private:
+    // Moves up to the next character that may complete an occurrence; false when there is none.
+    bool MoveThroughLastOfFrom()
+    {
+        const std::size_t hit = m_text.find(m_from.back(), m_unread);
+        const std::size_t end = hit == std::wstring::npos ? m_text.size() : hit + 1;
+        wchar_t* const data = m_text.data();
+        std::copy(data + m_unread, data + end, data + m_done);
+        m_done += end - m_unread;
+        m_unread = end;
+        return hit != std::wstring::npos;
+    }
+
+    bool EndsWithOccurrence() const
+    {
+        return m_done >= m_from.size() &&
+               m_text.compare(m_done - m_from.size(), m_from.size(), m_from) == 0;
+    }
+
+    void ReplaceOccurrence()
+    {
+        m_done -= m_from.size();
+        if (m_unread - m_done < m_to.size())
+            MoveUnread();
+        m_unread -= m_to.size();
+        m_to.copy(m_text.data() + m_unread, m_to.size());
+    }
+
+    // Makes room for this replacement and, as the text doubles, for many more.
+    void MoveUnread()
+    {
+        const std::size_t room = m_text.size() + m_to.size();
+        m_text.insert(m_unread, room, L'\0');
+        m_unread += room;
+    }
+
+    std::wstring& m_text;
+    const std::wstring& m_from;
+    const std::wstring& m_to;
+    std::size_t m_done = 0;   // the end of the part that is done
+    std::size_t m_unread = 0; // the start of the unread part
+};
 
 } // namespace
 
@@ -293,12 +329,14 @@ TString<wchar_t>& TString<wchar_t>::ToLower()
 template <>
 void TString<wchar_t>::Replace(const TString& from, const TString& to)
 {
-    // An empty replacement joins what stood around it; any other separates it, unless the two share
-    // characters.
-    if (!to.empty() && to.find_first_of(from) == npos)
-        ReplaceOnce(*this, from, to);
+    if (from.empty() || find(from) == npos)
+        return;
+    if (&from == this || &to == this)
+        Replace(TString(from), TString(to));
+    else if (CanJoin(from, to))
+        ReplacementPass(*this, from, to).Run();
     else
-        ReplaceRepeatedly(*this, from, to);
+        ReplaceApart(*this, from, to);
 }
 
 template <>

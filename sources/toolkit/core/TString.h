@@ -58,7 +58,8 @@ public:
     ///
     /// After each replacement the search starts anew at the beginning, so an occurrence that a
     /// replacement creates is replaced as well: "aab" with "ab" replaced by "b" gives "b". The
-    /// operation never ends when `to` contains `from` and `from` occurs, or when `from` is empty.
+    /// operation never ends when `to` contains `from` and `from` occurs. An empty `from` changes
+    /// nothing.
     void Replace(const TString& from, const TString& to);
 
     /// The unsigned decimal number that the text begins with, after white space; 0 when there is
