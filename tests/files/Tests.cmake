@@ -12,3 +12,12 @@ target_compile_definitions(
     PathManagerProgramTest PRIVATE PATH_PROGRAM="$<TARGET_FILE:PathProgram>"
 )
 add_dependencies(PathManagerProgramTest PathProgram)
+toolkit_test(files/DirectoryTest.cpp)
+
+add_library(DynamicLibraryProbe MODULE files/DynamicLibraryProbe.cpp)
+target_link_libraries(DynamicLibraryProbe PRIVATE ToolkitBuildOptions)
+toolkit_test(files/DynamicLibraryTest.cpp)
+target_compile_definitions(
+    DynamicLibraryTest PRIVATE PROBE_LIBRARY="$<TARGET_FILE:DynamicLibraryProbe>"
+)
+add_dependencies(DynamicLibraryTest DynamicLibraryProbe)

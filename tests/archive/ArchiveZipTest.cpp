@@ -1,0 +1,301 @@
+#include "toolkit/archive/ArchiveZip.h"
+
+#include "support/CapturedLog.h"
+#include "support/ScopedLocale.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <wx/init.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "archive/ZipWriter.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::CapturedLog;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Testing::IsLogLine;
+using Testing::ScopedLocale;
+using Testing::TempDir;
+using Testing::WriteZip;
+using Testing::ZipContent;
+
+using Type = ArchiveEntriesFlags::ArchiveEntriesType;
+
+constexpr auto c_all = ArchiveEntriesFlags::AllEntries;
+
+class ArchiveZipTest : public testing::Test {
+protected:
+    TString<wchar_t> Write(const ZipContent& content) const
+    {
+        WriteZip(m_directory.File(L"archive.zip"), content);
+        return m_directory.File(L"archive.zip");
+    }
+
+    // The names that a listing gives.
+    std::vector<std::wstring> Names(const TString<wchar_t>& path, const TString<wchar_t>& filter,
+                                    Type type)
+    {
+        m_archive.Open(path);
+        const int count = m_archive.EntriesList(m_entries, filter, type);
+        EXPECT_EQ(count, static_cast<int>(m_entries.size()));
+        std::vector<std::wstring> names;
+        for (const auto& entry : m_entries)
+            names.push_back(entry.first);
+        return names;
+    }
+
+    std::string Bytes(const TString<wchar_t>& name)
+    {
+        std::vector<unsigned char> bytes;
+        *m_archive.GetZipInputStream(m_entries[name]) >> bytes;
+        return {bytes.begin(), bytes.end()};
+    }
+
+    // Changes the first occurrence of `from` in the archive's bytes.
+    void Damage(const std::string& from, const std::string& to) const
+    {
+        std::string bytes = m_directory.ReadFile(L"archive.zip");
+        bytes.replace(bytes.find(from), to.size(), to);
+        m_directory.WriteFile(L"archive.zip", bytes);
+    }
+
+    const wxInitializer m_framework;
+    const CapturedLog m_log;
+    const TempDir m_directory;
+    ArchiveZip m_archive;
+    ArchiveZip::EntriesMap m_entries;
+};
+
+TEST_F(ArchiveZipTest, ListsEverythingWithoutAFilter)
+{
+    const TString<wchar_t> path = Write({{L"b.txt", "b"}, {L"dir/", ""}, {L"dir/a.txt", "a"}});
+
+    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"b.txt", L"dir/", L"dir/a.txt"));
+    EXPECT_THAT(Names(path, L"*.*", c_all), ElementsAre(L"b.txt", L"dir/", L"dir/a.txt"));
+}
+
+TEST_F(ArchiveZipTest, ListsFilesOrDirectoriesAlone)
+{
+    const TString<wchar_t> path = Write({{L"b.txt", "b"}, {L"dir/", ""}, {L"dir/a.txt", "a"}});
+
+    EXPECT_THAT(Names(path, L"", ArchiveEntriesFlags::FilesOnly),
+                ElementsAre(L"b.txt", L"dir/a.txt"));
+    EXPECT_THAT(Names(path, L"", ArchiveEntriesFlags::DirectoriesOnly), ElementsAre(L"dir/"));
+    EXPECT_THAT(Names(path, L"", static_cast<Type>(3)), IsEmpty());
+}
+
+TEST_F(ArchiveZipTest, FiltersByTheBeginningOfNamesRegardlessOfCase)
+{
+    const TString<wchar_t> path =
+        Write({{L"doc1.txt", ""}, {L"Doc2.log", ""}, {L"do", ""}, {L"other", ""}});
+    constexpr std::pair<const wchar_t*, int> cases[] = {
+        {L"DOC", 2},   {L"doc*", 2}, {L"doc*.txt", 2}, {L"d*c*", 0}, {L"*", 4},
+        {L"*.txt", 4}, {L"do", 3},   {L"doc1.txt", 1}, {L"x", 0}};
+    for (const auto& [filter, expected] : cases)
+        EXPECT_EQ(static_cast<int>(Names(path, filter, c_all).size()), expected)
+            << testing::PrintToString(filter);
+}
+
+TEST_F(ArchiveZipTest, OfEntriesWithOneNameTheFirstCounts)
+{
+    const TString<wchar_t> path = Write({{L"a", "first"}, {L"a", "second"}});
+
+    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
+    EXPECT_EQ(Bytes(L"a"), "first");
+}
+
+TEST_F(ArchiveZipTest, EntriesTellWhatTheArchiveSays)
+{
+    Names(Write({{L"a", "four"}, {L"dir/", ""}}), L"", c_all);
+
+    EXPECT_EQ(m_entries[L"a"]->GetSize(), 4);
+    EXPECT_FALSE(m_entries[L"a"]->IsDir());
+    EXPECT_TRUE(m_entries[L"dir/"]->IsDir());
+}
+
+TEST_F(ArchiveZipTest, ReadsEntriesInAnyOrder)
+{
+    Names(Write({{L"a", "one"}, {L"b", std::string(200'000, 'x')}, {L"c", ""}}), L"", c_all);
+
+    EXPECT_EQ(Bytes(L"c"), "");
+    EXPECT_EQ(Bytes(L"b"), std::string(200'000, 'x'));
+    EXPECT_EQ(Bytes(L"a"), "one");
+    EXPECT_EQ(Bytes(L"b"), std::string(200'000, 'x'));
+}
+
+TEST_F(ArchiveZipTest, BytesAreAppended)
+{
+    Names(Write({{L"a", "one"}}), L"", c_all);
+    std::vector<unsigned char> bytes{'0'};
+
+    *m_archive.GetZipInputStream(m_entries[L"a"]) >> bytes;
+
+    EXPECT_EQ(bytes, (std::vector<unsigned char>{'0', 'o', 'n', 'e'}));
+}
+
+TEST_F(ArchiveZipTest, AClosedArchiveIsLogged)
+{
+    m_entries[L"old"] = smart_ptr<ArchiveZipEntry>();
+
+    EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
+    EXPECT_THAT(m_entries, IsEmpty());
+    EXPECT_THAT(m_log.Lines(), ElementsAre(IsLogLine(SeverityError, 103, L"EntriesList",
+                                                     L"  archive is not valid! ")));
+}
+
+TEST_F(ArchiveZipTest, AMissingFileIsLogged)
+{
+    m_archive.Open(m_directory.File(L"missing.zip"));
+
+    EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
+    EXPECT_THAT(m_log.Lines(), ElementsAre(IsLogLine(SeverityError, 103, L"EntriesList",
+                                                     L"  archive is not valid! ")));
+    EXPECT_TRUE(m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>()).IsValid());
+}
+
+TEST_F(ArchiveZipTest, AFileThatIsNoArchiveHasNoEntriesTheFirstTime)
+{
+    m_archive.Open(m_directory.WriteFile(L"text.zip", "This is no archive."));
+
+    EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), 0);
+    EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
+}
+
+TEST_F(ArchiveZipTest, IsListedAgainAfterItWasOpenedAgain)
+{
+    const TString<wchar_t> path = Write({{L"a", "one"}});
+    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
+
+    EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
+    EXPECT_THAT(m_log.Lines(), ElementsAre(IsLogLine(SeverityError, 103, L"EntriesList",
+                                                     L"  archive is not valid! ")));
+    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
+}
+
+TEST_F(ArchiveZipTest, StreamsOutliveTheArchive)
+{
+    Names(Write({{L"a", "one"}}), L"", c_all);
+    const smart_ptr<ZipInputStream> stream = m_archive.GetZipInputStream(m_entries[L"a"]);
+
+    m_archive.Close();
+
+    std::vector<unsigned char> bytes;
+    *stream >> bytes;
+    EXPECT_EQ(bytes.size(), 3u);
+}
+
+TEST_F(ArchiveZipTest, AClosedArchiveHasNoStream)
+{
+    Names(Write({{L"a", "one"}}), L"", c_all);
+    m_archive.Close();
+
+    EXPECT_FALSE(m_archive.GetZipInputStream(m_entries[L"a"]).IsValid());
+}
+
+TEST_F(ArchiveZipTest, ADamagedEntryDoesNotSpoilTheNext)
+{
+    Write({{L"a", "some text that is stored"}, {L"b", "whole"}});
+    std::string bytes = m_directory.ReadFile(L"archive.zip");
+    // The first byte of the entry's data, behind its header of 30 bytes and its name.
+    bytes[31] = static_cast<char>(~bytes[31]);
+    m_directory.WriteFile(L"archive.zip", bytes);
+    Names(m_directory.File(L"archive.zip"), L"", c_all);
+
+    Bytes(L"a");
+    EXPECT_FALSE(m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>())->IsOk());
+    EXPECT_EQ(Bytes(L"b"), "whole");
+}
+
+TEST_F(ArchiveZipTest, AnArchiveBehindAPrefixIsFound)
+{
+    Write({{L"a", "one"}});
+    const std::string bytes = m_directory.ReadFile(L"archive.zip");
+    m_directory.WriteFile(L"archive.zip", "#!/bin/sh\nexit\n" + bytes);
+
+    EXPECT_THAT(Names(m_directory.File(L"archive.zip"), L"", c_all), ElementsAre(L"a"));
+    EXPECT_EQ(Bytes(L"a"), "one");
+}
+
+TEST_F(ArchiveZipTest, ATruncatedArchiveEndsQuietly)
+{
+    Write({{L"a", std::string(100'000, 'x')}, {L"b", "two"}});
+    const std::string bytes = m_directory.ReadFile(L"archive.zip");
+    for (const std::size_t length : {0u, 10u, 30u, 60u, 100u, 150u}) {
+        m_directory.WriteFile(L"short.zip", bytes.substr(0, length));
+        m_archive.Open(m_directory.File(L"short.zip"));
+        m_archive.EntriesList(m_entries, L"", c_all);
+        for (const auto& entry : m_entries) {
+            std::vector<unsigned char> content;
+            *m_archive.GetZipInputStream(entry.second) >> content;
+            EXPECT_LE(content.size(), 100'000u);
+        }
+    }
+}
+
+TEST_F(ArchiveZipTest, NamesOfEveryKindComeAsTheyAre)
+{
+    const TString<wchar_t> path =
+        Write({{L"../up", ""}, {L"/absolute", ""}, {L"a\\b", ""}, {L"\u00E9\u6F22", ""}});
+    for (const char* const name : {"C", "C.UTF-8"}) {
+        const ScopedLocale locale(name);
+        EXPECT_THAT(Names(path, L"", c_all),
+                    testing::IsSupersetOf({L"../up", L"\u00E9\u6F22", L"a\\b"}))
+            << name;
+    }
+}
+
+TEST_F(ArchiveZipTest, NamesInOtherEncodingsStayApart)
+{
+    Write({{L"aa", "first"}, {L"bb", "second"}});
+    // Names of bytes that are not UTF-8, in the entries' headers and in the directory.
+    Damage("aa", "\xE9\xE9");
+    Damage("aa", "\xE9\xE9");
+    Damage("bb", "\xE8\xE8");
+    Damage("bb", "\xE8\xE8");
+    const ScopedLocale locale("C.UTF-8");
+
+    EXPECT_THAT(Names(m_directory.File(L"archive.zip"), L"", c_all),
+                ElementsAre(L"\u00E8\u00E8", L"\u00E9\u00E9"));
+    EXPECT_EQ(Bytes(L"\u00E9\u00E9"), "first");
+}
+
+TEST_F(ArchiveZipTest, OpensAnyPathInAnyLocale)
+{
+    const ScopedLocale locale("C");
+    Write({{L"a", "one"}});
+    std::filesystem::copy_file(m_directory.Path() / "archive.zip",
+                               m_directory.Path() / "\xC3\xA9.zip");
+
+    EXPECT_THAT(Names(m_directory.File(L"\u00E9.zip"), L"", c_all), ElementsAre(L"a"));
+}
+
+TEST_F(ArchiveZipTest, ListsManyEntries)
+{
+    ZipContent content;
+    for (int i = 0; i < 10'000; ++i)
+        content.emplace_back(std::to_wstring(i), "x");
+
+    EXPECT_EQ(Names(Write(content), L"", c_all).size(), 10'000u);
+}
+
+TEST_F(ArchiveZipTest, SaysNothingToTheTerminal)
+{
+    testing::internal::CaptureStderr();
+    Write({{L"a", std::string(1000, 'x')}});
+    const std::string bytes = m_directory.ReadFile(L"archive.zip");
+    m_directory.WriteFile(L"archive.zip", bytes.substr(0, bytes.size() - 30));
+    Names(m_directory.File(L"archive.zip"), L"", c_all);
+    m_archive.Open(m_directory.File(L"missing.zip"));
+    m_archive.Open(m_directory.File(L""));
+
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,263 @@
+#include "toolkit/archive/ZipInputStream.h"
+
+#include "toolkit/archive/ArchiveZip.h"
+
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <wx/init.h>
+#include <wx/log.h>
+#include <wx/txtstrm.h>
+#include <wx/wfstream.h>
+#include <wx/zipstrm.h>
+
+#include <iterator>
+#include <memory>
+#include <random>
+
+#include "archive/ZipWriter.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::TempDir;
+using Testing::WriteZip;
+
+// An archive with one entry, opened at its beginning.
+class OpenEntry {
+public:
+    explicit OpenEntry(const TString<wchar_t>& path)
+    {
+        ArchiveZip::EntriesMap entries;
+        m_archive.Open(path);
+        m_archive.EntriesList(entries, L"", ArchiveEntriesFlags::AllEntries);
+        m_stream = m_archive.GetZipInputStream(entries.begin()->second);
+    }
+
+    ZipInputStream& Stream() { return *m_stream; }
+    wxZipInputStream& Framework() { return *static_cast<wxZipInputStream*>(*m_stream); }
+
+private:
+    ArchiveZip m_archive;
+    smart_ptr<ZipInputStream> m_stream;
+};
+
+class ZipInputStreamTest : public testing::Test {
+protected:
+    TString<wchar_t> Write(const std::string& bytes) const
+    {
+        WriteZip(m_directory.File(L"archive.zip"), {{L"entry", bytes}});
+        return m_directory.File(L"archive.zip");
+    }
+
+    // The lines of an entry, up to the first that is not whole.
+    std::vector<std::wstring> Lines(const std::string& bytes) const
+    {
+        OpenEntry entry(Write(bytes));
+        std::vector<std::wstring> lines;
+        TString<wchar_t> line;
+        while (entry.Stream().ReadLine(line))
+            lines.push_back(line);
+        EXPECT_EQ(line, L"");
+        EXPECT_FALSE(entry.Stream().IsOk());
+        return lines;
+    }
+
+    std::vector<std::wstring> Words(const std::string& bytes) const
+    {
+        OpenEntry entry(Write(bytes));
+        std::vector<std::wstring> words;
+        while (entry.Stream().IsOk()) {
+            TString<wchar_t> word = L"old";
+            entry.Stream() >> word;
+            words.push_back(word);
+        }
+        return words;
+    }
+
+    const wxInitializer m_framework;
+    const TempDir m_directory;
+};
+
+TEST_F(ZipInputStreamTest, ReadsLinesOfEveryKindOfEnd)
+{
+    EXPECT_EQ(Lines("one\ntwo\r\nthree\rfour\n\nsix\n"),
+              (std::vector<std::wstring>{L"one", L"two", L"three", L"four", L"", L"six"}));
+}
+
+TEST_F(ZipInputStreamTest, ALastLineWithoutAnEndIsLost)
+{
+    EXPECT_EQ(Lines("one\ntwo"), (std::vector<std::wstring>{L"one"}));
+    EXPECT_EQ(Lines("one"), std::vector<std::wstring>());
+    EXPECT_EQ(Lines(""), std::vector<std::wstring>());
+}
+
+TEST_F(ZipInputStreamTest, ReadsLinesInUtf8)
+{
+    EXPECT_EQ(Lines("\xC3\xA9t\xC3\xA9 \xF0\x9F\x98\x80\n"),
+              (std::vector<std::wstring>{L"\u00E9t\u00E9 \U0001F600"}));
+}
+
+TEST_F(ZipInputStreamTest, ReadsLongLines)
+{
+    const std::string line(1'000'000, 'x');
+
+    EXPECT_EQ(Lines(line + "\n" + line + "\n"),
+              (std::vector<std::wstring>(2, std::wstring(1'000'000, L'x'))));
+}
+
+TEST_F(ZipInputStreamTest, ReadsWordsBetweenBlanksTabsAndLineEnds)
+{
+    EXPECT_EQ(Words(" one\ttwo \r\n three\n"),
+              (std::vector<std::wstring>{L"one", L"two", L"three", L""}));
+}
+
+TEST_F(ZipInputStreamTest, TheLastWordNeedsNoEnd)
+{
+    EXPECT_EQ(Words("one two"), (std::vector<std::wstring>{L"one", L"two"}));
+}
+
+TEST_F(ZipInputStreamTest, WordsLinesAndBytesFollowEachOther)
+{
+    OpenEntry entry(Write("a word then\na line\nand bytes"));
+    TString<wchar_t> first;
+    TString<wchar_t> second;
+    TString<wchar_t> rest;
+    TString<wchar_t> line;
+    std::vector<unsigned char> bytes;
+
+    entry.Stream() >> first >> second;
+    EXPECT_TRUE(entry.Stream().ReadLine(rest));
+    EXPECT_EQ(entry.Framework().GetC(), 'a');
+    EXPECT_TRUE(entry.Stream().ReadLine(line));
+    entry.Stream() >> bytes;
+
+    EXPECT_EQ(first, L"a");
+    EXPECT_EQ(second, L"word");
+    EXPECT_EQ(rest, L"then");
+    EXPECT_EQ(line, L" line");
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "and bytes");
+}
+
+TEST_F(ZipInputStreamTest, TheFrameworkKnowsThePositionBetweenReads)
+{
+    OpenEntry entry(Write("one\ntwo\n"));
+    TString<wchar_t> line;
+
+    entry.Stream().ReadLine(line);
+
+    EXPECT_EQ(entry.Framework().TellI(), 4);
+}
+
+TEST_F(ZipInputStreamTest, AByteOrderMarkCountsWhereAnOperationBegins)
+{
+    const std::string marked = "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n";
+
+    EXPECT_EQ(Lines(marked), (std::vector<std::wstring>{L"one", L"two"}));
+}
+
+TEST_F(ZipInputStreamTest, WithoutAStreamThereIsNothing)
+{
+    ZipInputStream stream(nullptr);
+    TString<wchar_t> text = L"old";
+    std::vector<unsigned char> bytes;
+
+    EXPECT_FALSE(stream.CanRead());
+    EXPECT_FALSE(stream.IsOk());
+    EXPECT_FALSE(stream.ReadLine(text));
+    stream >> text;
+    stream >> bytes;
+    EXPECT_EQ(text, L"");
+    EXPECT_TRUE(bytes.empty());
+}
+
+TEST_F(ZipInputStreamTest, ReadsFromAStreamOfTheProgram)
+{
+    auto framework =
+        std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(Write("one two\n"))));
+    delete framework->GetNextEntry();
+    ZipInputStream stream(framework.release());
+    TString<wchar_t> word;
+    TString<wchar_t> line;
+
+    stream >> word;
+    EXPECT_TRUE(stream.ReadLine(line));
+
+    EXPECT_TRUE(stream.CanRead());
+    EXPECT_EQ(word, L"one");
+    EXPECT_EQ(line, L"two");
+}
+
+// The framework's reader, made anew for every call, on a second copy of the entry.
+class ReferenceReader {
+public:
+    explicit ReferenceReader(wxZipInputStream& stream) : m_stream(stream) {}
+
+    std::wstring ReadWord() { return wxTextInputStream(m_stream, " \t").ReadWord().ToStdWstring(); }
+
+    bool ReadLine(std::wstring& line)
+    {
+        line = wxTextInputStream(m_stream, " \t").ReadLine().ToStdWstring();
+        if (m_stream.IsOk())
+            return true;
+        line.clear();
+        return false;
+    }
+
+private:
+    wxZipInputStream& m_stream;
+};
+
+std::string RandomContent(std::mt19937& random)
+{
+    const std::string pieces[] = {"a",    "bc",           " ",        "\t",           "\n",
+                                  "\r",   "\r\n",         "\xC3\xA9", "word",         "x ",
+                                  "\n\n", "\xE6\xBC\xA2", "\xFF",     "\xEF\xBB\xBF", "\xC3",
+                                  "\xE0", {"\0", 1u},     "\xFE\xFF"};
+    std::string content;
+    for (auto count = random() % 60; count > 0; --count) {
+        content += pieces[random() % std::size(pieces)];
+        if (random() % 30 == 0)
+            content += std::string(random() % 9000, 'q');
+    }
+    return content;
+}
+
+// Reads once in one of three ways from both; the difference, or nothing.
+std::string ReadOnce(unsigned long way, OpenEntry& entry, wxZipInputStream& reference)
+{
+    ReferenceReader reader(reference);
+    if (way == 0) {
+        TString<wchar_t> line;
+        std::wstring expected;
+        const bool isWhole = entry.Stream().ReadLine(line);
+        if (isWhole != reader.ReadLine(expected) || line != expected)
+            return "line";
+    } else if (way == 1) {
+        TString<wchar_t> word;
+        entry.Stream() >> word;
+        if (word != reader.ReadWord())
+            return "word";
+    } else if (entry.Framework().GetC() != reference.GetC()) {
+        return "byte";
+    }
+    return entry.Framework().GetLastError() == reference.GetLastError() ? "" : "state";
+}
+
+TEST_F(ZipInputStreamTest, RandomTextsReadAsByAFreshReaderForEveryCall)
+{
+    const wxLogNull silence;
+    std::mt19937 random(1);
+    for (int round = 0; round < 500; ++round) {
+        const TString<wchar_t> path = Write(RandomContent(random));
+        OpenEntry entry(path);
+        wxZipInputStream reference(new wxFFileInputStream(wxString(path)));
+        delete reference.GetNextEntry();
+        for (int read = 0; read < 80; ++read)
+            ASSERT_EQ(ReadOnce(random() % 3, entry, reference), "") << round << " " << read;
+    }
+}
+
+} // namespace
+} // namespace Toolkit

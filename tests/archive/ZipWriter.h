@@ -1,0 +1,17 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Toolkit::Testing {
+
+/// Name and bytes of an entry; a name that ends in "/" is a directory.
+using ZipContent = std::vector<std::pair<std::wstring, std::string>>;
+
+/// Writes an archive with the framework. Names are stored in UTF-8 and say so.
+void WriteZip(const TString<wchar_t>& path, const ZipContent& content);
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,227 @@
+#include "toolkit/files/Directory.h"
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
+
+#include "support/ScopedLocale.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Testing::ScopedLocale;
+using Testing::TempDir;
+using testing::UnorderedElementsAre;
+
+using Names = std::vector<TString<wchar_t>>;
+
+class DirectoryTest : public testing::Test {
+protected:
+    void SetUp() override { PathManager::CreateInstance(); }
+    void TearDown() override { PathManager::ReleaseInstance(); }
+
+    void AddDirectory(const std::string& name) const
+    {
+        std::filesystem::create_directory(m_directory.Path() / name);
+    }
+
+    void AddFile(const std::string& name) const { std::ofstream(m_directory.Path() / name) << "x"; }
+
+    Names Directories(const wchar_t* fileSpec) const
+    {
+        Names names{L"old"};
+        const unsigned int count = Directory(m_directory.File(L"")).GetDirectories(fileSpec, names);
+        EXPECT_EQ(count, names.size());
+        return names;
+    }
+
+    Names Files(const wchar_t* fileSpec) const
+    {
+        Names names{L"old"};
+        const unsigned int count = Directory(m_directory.File(L"")).GetFiles(fileSpec, names);
+        EXPECT_EQ(count, names.size());
+        return names;
+    }
+
+    Names Both(const wchar_t* fileSpec) const
+    {
+        Names names{L"old"};
+        const unsigned int count = Directory::EnumFilePaths(names, m_directory.File(L""), fileSpec);
+        EXPECT_EQ(count, names.size());
+        return names;
+    }
+
+    const TempDir m_directory;
+};
+
+TEST_F(DirectoryTest, ListsFilesAndDirectoriesApartAndTogether)
+{
+    AddDirectory("sub");
+    AddFile("a.txt");
+    AddFile("b.log");
+
+    EXPECT_THAT(Directories(L""), ElementsAre(L"sub"));
+    EXPECT_THAT(Files(L""), UnorderedElementsAre(L"a.txt", L"b.log"));
+    EXPECT_THAT(Both(L""), UnorderedElementsAre(L"sub", L"a.txt", L"b.log"));
+}
+
+TEST_F(DirectoryTest, SelectsNamesByWildcards)
+{
+    for (const char* const name : {"a.txt", "ab.txt", "b.log", "c"})
+        AddFile(name);
+
+    EXPECT_THAT(Files(L"*.txt"), UnorderedElementsAre(L"a.txt", L"ab.txt"));
+    EXPECT_THAT(Files(L"?.*"), UnorderedElementsAre(L"a.txt", L"b.log"));
+    EXPECT_THAT(Files(L"c"), ElementsAre(L"c"));
+    EXPECT_THAT(Files(L"*"), UnorderedElementsAre(L"a.txt", L"ab.txt", L"b.log", L"c"));
+    EXPECT_THAT(Files(L"x*"), IsEmpty());
+}
+
+TEST_F(DirectoryTest, LeavesHiddenEntriesOut)
+{
+    AddFile(".hidden");
+    AddDirectory(".directory");
+
+    EXPECT_THAT(Both(L""), IsEmpty());
+    EXPECT_THAT(Both(L"*"), IsEmpty());
+    EXPECT_THAT(Both(L".*"), IsEmpty());
+}
+
+TEST_F(DirectoryTest, DoesNotGoDeeper)
+{
+    AddDirectory("sub");
+    AddFile("sub/inner.txt");
+
+    EXPECT_THAT(Both(L""), ElementsAre(L"sub"));
+}
+
+TEST_F(DirectoryTest, LinksCountAsWhatTheyLeadTo)
+{
+    AddDirectory("sub");
+    AddFile("file");
+    std::filesystem::create_symlink("sub", m_directory.Path() / "toDirectory");
+    std::filesystem::create_symlink("file", m_directory.Path() / "toFile");
+    std::filesystem::create_symlink("nowhere", m_directory.Path() / "broken");
+
+    EXPECT_THAT(Directories(L""), UnorderedElementsAre(L"sub", L"toDirectory"));
+    EXPECT_THAT(Files(L""), UnorderedElementsAre(L"file", L"toFile", L"broken"));
+}
+
+TEST_F(DirectoryTest, ListsAnyNameInAnyLocale)
+{
+    AddFile("\xC3\xA9t\xC3\xA9");
+    AddFile("\xE9");
+    for (const char* const name : {"C", "C.UTF-8"}) {
+        const ScopedLocale locale(name);
+        EXPECT_THAT(Files(L""), UnorderedElementsAre(L"\u00E9t\u00E9", L"\u00E9")) << name;
+    }
+}
+
+TEST_F(DirectoryTest, ListsNothingWhereThereIsNoDirectory)
+{
+    Names names{L"old"};
+
+    EXPECT_EQ(Directory(m_directory.File(L"missing")).GetFiles(L"", names), 0u);
+    EXPECT_THAT(names, IsEmpty());
+}
+
+TEST_F(DirectoryTest, ListsManyEntries)
+{
+    constexpr unsigned int count = 100'000;
+    for (unsigned int i = 0; i < count; ++i)
+        ASSERT_EQ(::mknod((m_directory.Path() / std::to_string(i)).c_str(), S_IFREG | 0600, 0), 0);
+    Names names;
+
+    EXPECT_EQ(Directory::EnumFilePaths(names, m_directory.File(L""), L""), count);
+}
+
+TEST_F(DirectoryTest, TheEmptyPathIsTheApplications)
+{
+    Names names;
+    Directory(L"").GetFiles(PathManager::GetInstance()->GetApplicationName() + L"*", names);
+
+    EXPECT_THAT(names, testing::Contains(PathManager::GetInstance()->GetApplicationName()));
+}
+
+TEST_F(DirectoryTest, CreatesADirectoryWithItsParents)
+{
+    EXPECT_TRUE(Directory::Create(m_directory.File(L"a/b/c")));
+    EXPECT_TRUE(Directory::Create(m_directory.File(L"d/e/")));
+
+    EXPECT_TRUE(Directory::Exist(m_directory.File(L"a/b/c")));
+    EXPECT_TRUE(Directory::Exist(m_directory.File(L"d/e")));
+}
+
+TEST_F(DirectoryTest, CreatedDirectoriesHaveThePermissionsThatTheMaskLeaves)
+{
+    const mode_t oldMask = ::umask(027);
+    const bool isCreated = Directory::Create(m_directory.File(L"a"));
+    ::umask(oldMask);
+
+    struct stat status {};
+    ::stat((m_directory.Path() / "a").c_str(), &status);
+    EXPECT_TRUE(isCreated);
+    EXPECT_EQ(status.st_mode & 0777u, 0750u);
+}
+
+TEST_F(DirectoryTest, CreatingADirectoryThatIsThereSucceeds)
+{
+    EXPECT_TRUE(Directory::Create(m_directory.File(L"")));
+}
+
+TEST_F(DirectoryTest, WhatCannotBeCreatedIsFalse)
+{
+    AddFile("file");
+
+    EXPECT_FALSE(Directory::Create(L""));
+    EXPECT_FALSE(Directory::Create(m_directory.File(L"file")));
+    EXPECT_FALSE(Directory::Create(m_directory.File(L"file/below")));
+}
+
+TEST_F(DirectoryTest, ExistIsForDirectories)
+{
+    AddFile("file");
+
+    EXPECT_TRUE(Directory::Exist(m_directory.File(L"")));
+    EXPECT_FALSE(Directory::Exist(m_directory.File(L"file")));
+    EXPECT_FALSE(Directory::Exist(m_directory.File(L"missing")));
+    EXPECT_FALSE(Directory::Exist(L""));
+}
+
+TEST_F(DirectoryTest, RemovesAFile)
+{
+    AddFile("file");
+
+    EXPECT_TRUE(Directory::RemoveFile(m_directory.File(L"file")));
+    EXPECT_FALSE(PathManager::FileExists(m_directory.File(L"file")));
+    EXPECT_FALSE(Directory::RemoveFile(m_directory.File(L"file")));
+}
+
+TEST_F(DirectoryTest, KeepsADirectoryThatIsToBeRemovedAsAFile)
+{
+    AddDirectory("sub");
+
+    EXPECT_FALSE(Directory::RemoveFile(m_directory.File(L"sub")));
+    EXPECT_TRUE(Directory::Exist(m_directory.File(L"sub")));
+}
+
+TEST_F(DirectoryTest, RemovesALinkAndNotItsTarget)
+{
+    AddFile("file");
+    std::filesystem::create_symlink("file", m_directory.Path() / "link");
+
+    EXPECT_TRUE(Directory::RemoveFile(m_directory.File(L"link")));
+    EXPECT_THAT(Files(L""), ElementsAre(L"file"));
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,127 @@
+#include "toolkit/files/DynamicLibrary.h"
+
+#include "support/ScopedLocale.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedLocale;
+using Testing::TempDir;
+
+// A copy of the probe library for each test, so that it is loaded anew.
+class DynamicLibraryTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::filesystem::copy_file(PROBE_LIBRARY, m_directory.Path() / "probe.so");
+    }
+
+    void CountUnloads(const DynamicLibrary& library)
+    {
+        using Function = void (*)(int*);
+        reinterpret_cast<Function>(library.GetSymbol(L"ProbeCountUnloads"))(&m_unloads);
+    }
+
+    TString<wchar_t> Probe() const { return m_directory.File(L"probe.so"); }
+
+    const TempDir m_directory;
+    int m_unloads = 0;
+};
+
+TEST_F(DynamicLibraryTest, FindsTheSymbolsOfALibrary)
+{
+    const DynamicLibrary library(Probe());
+
+    using Function = int (*)();
+    const auto answer = reinterpret_cast<Function>(library.GetSymbol(L"ProbeAnswer"));
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer(), 42);
+}
+
+TEST_F(DynamicLibraryTest, AddsTheExtensionOfTheSystem)
+{
+    const DynamicLibrary library(m_directory.File(L"probe"));
+
+    EXPECT_NE(library.GetSymbol(L"ProbeAnswer"), nullptr);
+}
+
+TEST_F(DynamicLibraryTest, UnknownSymbolsAreNullWithoutAMessage)
+{
+    const DynamicLibrary library(Probe());
+
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(library.GetSymbol(L"ProbeQuestion"), nullptr);
+    EXPECT_EQ(library.GetSymbol(L""), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DynamicLibraryTest, WithoutALibraryThereIsNothing)
+{
+    DynamicLibrary library;
+
+    EXPECT_EQ(library.GetSymbol(L"ProbeAnswer"), nullptr);
+    EXPECT_EQ(library.Detach(), nullptr);
+}
+
+TEST_F(DynamicLibraryTest, ALibraryThatCannotBeLoadedHasNothingAndSaysNothing)
+{
+    testing::internal::CaptureStderr();
+    for (const TString<wchar_t>& name :
+         {m_directory.File(L"missing.so"), m_directory.WriteFile(L"text.so", "no library"),
+          m_directory.File(L""), TString<wchar_t>()}) {
+        DynamicLibrary library(name);
+        EXPECT_EQ(library.GetSymbol(L"ProbeAnswer"), nullptr);
+        EXPECT_EQ(library.Detach(), nullptr);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DynamicLibraryTest, UnloadsWithTheObject)
+{
+    {
+        const DynamicLibrary library(Probe());
+        CountUnloads(library);
+        EXPECT_EQ(m_unloads, 0);
+    }
+    EXPECT_EQ(m_unloads, 1);
+}
+
+TEST_F(DynamicLibraryTest, ADetachedLibraryStaysUntilItIsUnloaded)
+{
+    void* handle = nullptr;
+    {
+        DynamicLibrary library(Probe());
+        CountUnloads(library);
+        handle = library.Detach();
+        EXPECT_EQ(library.GetSymbol(L"ProbeAnswer"), nullptr);
+    }
+    ASSERT_NE(handle, nullptr);
+    EXPECT_EQ(m_unloads, 0);
+
+    DynamicLibrary::Unload(handle);
+    EXPECT_EQ(m_unloads, 1);
+}
+
+TEST_F(DynamicLibraryTest, UnloadIgnoresNull)
+{
+    DynamicLibrary::Unload(nullptr);
+}
+
+TEST_F(DynamicLibraryTest, LoadsFromAnyNameInAnyLocale)
+{
+    const ScopedLocale locale("C");
+    std::filesystem::copy_file(PROBE_LIBRARY, m_directory.Path() / "pr\xC3\xB6"
+                                                                   "be.so");
+
+    const DynamicLibrary library(m_directory.File(L"pr\u00F6be.so"));
+
+    EXPECT_NE(library.GetSymbol(L"ProbeAnswer"), nullptr);
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,140 @@
+#include "toolkit/threading/BackgroundOperation.h"
+
+#include "toolkit/system/TickCount.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <string>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::chrono::seconds c_hang(60);
+
+// Notes what it is told, and whether a waiter would go on at that moment.
+class Handler : public BackgroundOperationHandler {
+public:
+    Handler(std::vector<std::string>& notes, std::string name)
+        : m_notes(notes), m_name(std::move(name))
+    {
+    }
+
+    void OnOperationStarted() override { m_notes.push_back(m_name + " started"); }
+    void OnOperationEnded() override { m_notes.push_back(m_name + " ended"); }
+
+private:
+    std::vector<std::string>& m_notes;
+    std::string m_name;
+};
+
+class BackgroundOperationTest : public testing::Test {
+protected:
+    std::future<bool> WaitOnAThread()
+    {
+        return std::async(std::launch::async, [this] { return m_operation.Wait(); });
+    }
+
+    void AddHandler(const std::string& name)
+    {
+        m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new Handler(m_notes, name)));
+    }
+
+    std::vector<std::string> m_notes;
+    BackgroundOperation m_operation{42};
+};
+
+TEST_F(BackgroundOperationTest, KeepsItsIdentifier)
+{
+    EXPECT_EQ(m_operation.GetOperationId(), 42u);
+}
+
+TEST_F(BackgroundOperationTest, TellsItsHandlersInOrder)
+{
+    AddHandler("a");
+    AddHandler("b");
+
+    m_operation.SendOperationStarted();
+    m_operation.SendOperationEnded();
+
+    EXPECT_THAT(m_notes, ElementsAre("a started", "b started", "a ended", "b ended"));
+}
+
+TEST_F(BackgroundOperationTest, WithoutHandlersOnlyTheEventChanges)
+{
+    m_operation.SendOperationStarted();
+    m_operation.SendOperationEnded();
+
+    EXPECT_TRUE(m_operation.Wait());
+}
+
+TEST_F(BackgroundOperationTest, WaitEndsWithTheOperation)
+{
+    m_operation.SendOperationStarted();
+    std::future<bool> waiting = WaitOnAThread();
+
+    EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(0)), std::future_status::timeout);
+    m_operation.SendOperationEnded();
+    ASSERT_EQ(waiting.wait_for(c_hang), std::future_status::ready);
+    EXPECT_TRUE(waiting.get());
+}
+
+TEST_F(BackgroundOperationTest, WaitBlocksBeforeTheFirstEndAndAfterANewStart)
+{
+    std::future<bool> first = WaitOnAThread();
+    EXPECT_EQ(first.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    m_operation.SendOperationEnded();
+    EXPECT_TRUE(first.get());
+
+    m_operation.SendOperationStarted();
+    std::future<bool> second = WaitOnAThread();
+    EXPECT_EQ(second.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    m_operation.SendOperationEnded();
+    EXPECT_TRUE(second.get());
+}
+
+// Checks in its calls whether the operation counts as ended.
+class EventOrderHandler : public BackgroundOperationHandler {
+public:
+    explicit EventOrderHandler(const BackgroundOperation& operation) : m_operation(operation) {}
+
+    void OnOperationStarted() override {}
+    void OnOperationEnded() override
+    {
+        // It would block for ever if the event came after the handlers.
+        EXPECT_TRUE(m_operation.Wait());
+    }
+
+private:
+    const BackgroundOperation& m_operation;
+};
+
+TEST_F(BackgroundOperationTest, TheEventChangesBeforeHandlersAreTold)
+{
+    m_operation.AddListener(
+        smart_ptr<BackgroundOperationHandler>(new EventOrderHandler(m_operation)));
+
+    m_operation.SendOperationStarted();
+    m_operation.SendOperationEnded();
+}
+
+TEST_F(BackgroundOperationTest, DateIsZeroBeforeTheFirstProgress)
+{
+    EXPECT_EQ(m_operation.GetLastOperationDate(), 0u);
+}
+
+TEST_F(BackgroundOperationTest, ProgressIsDatedByTheTickCount)
+{
+    const unsigned int before = GetTickCount();
+    m_operation.UpdateLastOperationDate();
+    const unsigned int after = GetTickCount();
+
+    EXPECT_LE(m_operation.GetLastOperationDate() - before, after - before);
+}
+
+} // namespace
+} // namespace Toolkit

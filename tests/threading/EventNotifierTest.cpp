@@ -1,0 +1,237 @@
+#include "toolkit/threading/EventNotifier.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <future>
+#include <latch>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class IListener {
+public:
+    virtual ~IListener() = default;
+    virtual void OnEvent() = 0;
+};
+
+class Notifier : public EventNotifier<IListener> {
+public:
+    void Send()
+    {
+        Notify([](IListener& listener) { listener.OnEvent(); });
+    }
+};
+
+class EventNotifierTest : public testing::Test {
+protected:
+    class Listener : public IListener {
+    public:
+        Listener(EventNotifierTest& test, std::string name, std::function<void()> action)
+            : m_test(test), m_name(std::move(name)), m_action(std::move(action))
+        {
+        }
+        ~Listener() override { m_test.m_gone.push_back(m_name); }
+
+        void OnEvent() override
+        {
+            m_test.m_calls.push_back(m_name);
+            if (m_action)
+                m_action();
+        }
+
+    private:
+        EventNotifierTest& m_test;
+        std::string m_name;
+        std::function<void()> m_action;
+    };
+
+    // A listener that notes its calls, and what it does in them.
+    smart_ptr<IListener> Make(const std::string& name, std::function<void()> action = {})
+    {
+        return smart_ptr<IListener>(new Listener(*this, name, std::move(action)));
+    }
+
+    std::vector<std::string> m_calls;
+    std::vector<std::string> m_gone;
+    Notifier m_notifier;
+};
+
+TEST_F(EventNotifierTest, CallsListenersInTheOrderOfTheirRegistration)
+{
+    for (const char* const name : {"b", "a", "c"})
+        m_notifier.AddListener(Make(name));
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("b", "a", "c"));
+}
+
+TEST_F(EventNotifierTest, CallsAListenerThatWasAddedTwiceTwice)
+{
+    const smart_ptr<IListener> listener = Make("a");
+    m_notifier.AddListener(listener);
+    m_notifier.AddListener(listener);
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "a"));
+}
+
+TEST_F(EventNotifierTest, IgnoresAnEmptyPointer)
+{
+    m_notifier.AddListener(smart_ptr<IListener>());
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, IsEmpty());
+    EXPECT_FALSE(m_notifier.RemoveListener(smart_ptr<IListener>()));
+}
+
+TEST_F(EventNotifierTest, RemovesTheFirstEntryOfAListener)
+{
+    const smart_ptr<IListener> listener = Make("a");
+    m_notifier.AddListener(listener);
+    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(listener);
+
+    EXPECT_TRUE(m_notifier.RemoveListener(listener));
+
+    m_notifier.Send();
+    EXPECT_THAT(m_calls, ElementsAre("b", "a"));
+}
+
+TEST_F(EventNotifierTest, TellsWhenThereIsNothingToRemove)
+{
+    m_notifier.AddListener(Make("a"));
+
+    EXPECT_FALSE(m_notifier.RemoveListener(Make("b")));
+}
+
+TEST_F(EventNotifierTest, SharesItsListeners)
+{
+    {
+        Notifier notifier;
+        notifier.AddListener(Make("a"));
+        EXPECT_THAT(m_gone, IsEmpty());
+    }
+    EXPECT_THAT(m_gone, ElementsAre("a"));
+}
+
+TEST_F(EventNotifierTest, AListenerMayRemoveItself)
+{
+    smart_ptr<IListener> self;
+    self = Make("a", [&] { m_notifier.RemoveListener(self); });
+    m_notifier.AddListener(self);
+    m_notifier.AddListener(Make("b"));
+
+    m_notifier.Send();
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "b", "b"));
+}
+
+TEST_F(EventNotifierTest, AListenerThatRemovesItsLastReferenceLivesUntilThePassEnds)
+{
+    smart_ptr<IListener> self;
+    self = Make("a", [&] {
+        m_notifier.RemoveListener(self);
+        self = nullptr;
+        EXPECT_THAT(m_gone, IsEmpty());
+    });
+    m_notifier.AddListener(self);
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_gone, ElementsAre("a"));
+}
+
+TEST_F(EventNotifierTest, AListenerThatWasRemovedBeforeItsTurnIsNotCalled)
+{
+    const smart_ptr<IListener> last = Make("c");
+    m_notifier.AddListener(Make("a", [&] { m_notifier.RemoveListener(last); }));
+    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(last);
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "b"));
+}
+
+TEST_F(EventNotifierTest, AListenerThatIsAddedDuringAPassIsCalledInIt)
+{
+    bool hasAdded = false;
+    m_notifier.AddListener(Make("a", [&] {
+        if (!hasAdded)
+            m_notifier.AddListener(Make("b"));
+        hasAdded = true;
+    }));
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "b"));
+}
+
+TEST_F(EventNotifierTest, PassesNest)
+{
+    const smart_ptr<IListener> last = Make("c");
+    bool isNested = false;
+    m_notifier.AddListener(Make("a", [&] {
+        if (std::exchange(isNested, true))
+            return;
+        m_notifier.RemoveListener(last);
+        m_notifier.Send();
+    }));
+    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(last);
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "a", "b", "b"));
+}
+
+TEST_F(EventNotifierTest, AHandlerThatThrowsEndsThePassAndItsLock)
+{
+    m_notifier.AddListener(Make("a", [] { throw std::runtime_error("handler"); }));
+    m_notifier.AddListener(Make("b"));
+
+    EXPECT_THROW(m_notifier.Send(), std::runtime_error);
+
+    EXPECT_THAT(m_calls, ElementsAre("a"));
+    auto adding = std::async(std::launch::async, [&] { m_notifier.AddListener(Make("c")); });
+    EXPECT_EQ(adding.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+}
+
+TEST_F(EventNotifierTest, OtherThreadsWaitForTheEndOfAPass)
+{
+    std::latch isCalled(1);
+    std::promise<void> mayReturn;
+    m_notifier.AddListener(Make("a", [&] {
+        isCalled.count_down();
+        mayReturn.get_future().wait();
+    }));
+    std::thread sender([&] { m_notifier.Send(); });
+    isCalled.wait();
+    std::atomic<bool> hasAdded = false;
+    std::thread adder([&] {
+        m_notifier.AddListener(Make("b"));
+        hasAdded = true;
+    });
+
+    EXPECT_FALSE(hasAdded);
+    mayReturn.set_value();
+    sender.join();
+    adder.join();
+    EXPECT_TRUE(hasAdded);
+}
+
+} // namespace
+} // namespace Toolkit
