@@ -1,0 +1,1 @@
+toolkit_benchmark(ipc/IPCBenchmark.cpp Toolkit::wxNet)

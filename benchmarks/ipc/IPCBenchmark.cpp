@@ -1,0 +1,231 @@
+#include "toolkit/ipc/IPCClient.h"
+#include "toolkit/ipc/IPCServer.h"
+#include "toolkit/threading/FrameworkHold.h"
+
+#include <benchmark/benchmark.h>
+#include <wx/app.h>
+#include <wx/sckipc.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace Toolkit;
+using Clock = std::chrono::steady_clock;
+
+const std::wstring c_text(100, L'x');
+constexpr double c_longestP99Ms = 250;
+constexpr int c_slowClients = 10;
+
+// What a server process and the benchmark have in common.
+struct Shared {
+    std::atomic<bool> isReady;
+    std::atomic<long> texts;
+};
+
+// A process that serves until the benchmark ends.
+class ServerProcess {
+public:
+    using Serve = int (*)(const std::string& path, Shared& shared);
+
+    ServerProcess(const std::string& name, Serve serve)
+        : m_shared(new (::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE,
+                               MAP_SHARED | MAP_ANONYMOUS, -1, 0)) Shared()),
+          m_path("/tmp/toolkit-benchmark-" + std::to_string(::getpid()) + "-" + name),
+          m_process(::fork())
+    {
+        if (m_process == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            ::_exit(serve(m_path, *m_shared));
+        }
+        while (!m_shared->isReady)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ~ServerProcess()
+    {
+        ::kill(m_process, SIGKILL);
+        ::waitpid(m_process, nullptr, 0);
+        ::unlink(m_path.c_str());
+    }
+
+    ServerProcess(const ServerProcess&) = delete;
+    ServerProcess& operator=(const ServerProcess&) = delete;
+
+    const std::string& Path() const { return m_path; }
+    std::wstring Service() const { return {m_path.begin(), m_path.end()}; }
+
+    // How many texts have come since the last call; waits a little for `expected` ones.
+    long TakeTexts(long expected) const
+    {
+        const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
+        while (m_shared->texts < expected && Clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return m_shared->texts.exchange(0);
+    }
+
+private:
+    Shared* m_shared;
+    std::string m_path;
+    pid_t m_process;
+};
+
+class Counter : public IPCConnectionEvent {
+public:
+    explicit Counter(Shared& shared) : m_shared(shared) {}
+    void OnExecute(const TString<wchar_t>& text) override { m_shared.texts += text == c_text; }
+
+private:
+    Shared& m_shared;
+};
+
+int ServeToolkit(const std::string& path, Shared& shared)
+{
+    const FrameworkHold framework;
+    IPCServer server(std::wstring(path.begin(), path.end()));
+    server.AddListener(smart_ptr<IPCConnectionEvent>(new Counter(shared)));
+    shared.isReady = server.Run();
+    return wxAppConsole::GetInstance()->MainLoop();
+}
+
+class BareServer : public wxTCPServer {
+public:
+    explicit BareServer(Shared& shared) : m_shared(shared) {}
+    wxConnectionBase* OnAcceptConnection(const wxString&) override
+    {
+        return new Connection(m_shared);
+    }
+
+private:
+    class Connection : public wxTCPConnection {
+    public:
+        explicit Connection(Shared& shared) : m_shared(shared) {}
+        bool OnExecute(const wxString&, const void* data, size_t, wxIPCFormat) override
+        {
+            m_shared.texts += c_text == static_cast<const wchar_t*>(data);
+            return true;
+        }
+
+    private:
+        Shared& m_shared;
+    };
+
+    Shared& m_shared;
+};
+
+int ServeBare(const std::string& path, Shared& shared)
+{
+    const FrameworkHold framework;
+    BareServer server(shared);
+    shared.isReady = server.Create(wxString(path));
+    return wxAppConsole::GetInstance()->MainLoop();
+}
+
+// Started before the framework is: a process must not share the parent's.
+struct Servers {
+    ServerProcess toolkit{"toolkit", ServeToolkit};
+    ServerProcess bare{"bare", ServeBare};
+    const FrameworkHold framework;
+};
+
+Servers& TheServers()
+{
+    static Servers servers;
+    return servers;
+}
+
+void CheckTexts(benchmark::State& state, const ServerProcess& server)
+{
+    const auto expected = static_cast<long>(state.iterations());
+    if (server.TakeTexts(expected) != expected)
+        state.SkipWithError("wrong number of texts");
+}
+
+// Connect, one text of 100 characters, disconnect.
+void BM_IpcText_Toolkit(benchmark::State& state)
+{
+    const ServerProcess& server = TheServers().toolkit;
+    const TString<wchar_t> service = server.Service();
+    const TString<wchar_t> text = c_text;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(IPCClient::Connect(service, text));
+    CheckTexts(state, server);
+}
+BENCHMARK(BM_IpcText_Toolkit)->UseRealTime();
+
+void BM_IpcText_wxTCPClient(benchmark::State& state)
+{
+    const ServerProcess& server = TheServers().bare;
+    const wxString path(server.Path());
+    const wxString text(c_text);
+    for (auto _ : state) {
+        wxTCPClient client;
+        const std::unique_ptr<wxConnectionBase> connection(
+            client.MakeConnection(wxString(), path, text));
+        if (connection)
+            connection->Execute(text.wc_str());
+    }
+    CheckTexts(state, server);
+}
+BENCHMARK(BM_IpcText_wxTCPClient)->UseRealTime();
+
+// A client that has said `bytes` and no more.
+int SlowClient(const std::string& path, const std::string& bytes)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    return socket;
+}
+
+double P99(std::vector<double> durations)
+{
+    const auto p99 = durations.begin() + static_cast<long>(durations.size() * 99 / 100);
+    std::nth_element(durations.begin(), p99, durations.end());
+    return *p99;
+}
+
+// The same with ten clients attached that are silent or stop in the middle of a message.
+void BM_IpcTextBesideSlowClients_Toolkit(benchmark::State& state)
+{
+    using namespace std::string_literals;
+    const std::string beginnings[] = {"", "\x0A\x05\0\0\0to"s,
+                                      "\x0A\x01\0\0\0t\x01\x01\x08\0\0\0a\0"s};
+    const ServerProcess& server = TheServers().toolkit;
+    std::vector<int> sockets;
+    for (int i = 0; i < c_slowClients; ++i)
+        sockets.push_back(SlowClient(server.Path(), beginnings[i % 3]));
+
+    std::vector<double> durations;
+    for (auto _ : state) {
+        const Clock::time_point start = Clock::now();
+        benchmark::DoNotOptimize(IPCClient::Connect(server.Service(), c_text));
+        durations.push_back(
+            std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+    }
+    CheckTexts(state, server);
+    for (const int socket : sockets)
+        ::close(socket);
+    state.counters["p99_ms"] = P99(durations);
+    if (P99(durations) > c_longestP99Ms)
+        state.SkipWithError("too slow beside slow clients");
+}
+BENCHMARK(BM_IpcTextBesideSlowClients_Toolkit)->Iterations(5000)->UseRealTime();
+
+} // namespace
