@@ -5,6 +5,8 @@
 #include <wx/log.h>
 #include <wx/thread.h>
 
+#include <atomic>
+
 namespace Toolkit {
 namespace {
 
@@ -12,32 +14,72 @@ constexpr unsigned int c_pollIntervalMs = 10;
 
 } // namespace
 
-MutexInternal::MutexInternal(bool initiallyLocked)
-    : m_mutex(std::make_unique<wxMutex>(wxMUTEX_RECURSIVE))
+// The framework's mutex with the number of times that it is held. The thread that holds it is the
+// one that counts, so loading and storing need not be one step.
+class CountedMutex : public wxMutex {
+public:
+    CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) {}
+
+    wxMutexError Acquire() { return Counted(Lock()); }
+    wxMutexError TryAcquire() { return Counted(TryLock()); }
+
+    bool Release()
+    {
+        Count(-1);
+        if (Unlock() == wxMUTEX_NO_ERROR)
+            return true;
+        Count(1);
+        return false;
+    }
+
+    // Gives up what the calling thread holds; false when another one holds the mutex.
+    bool ReleaseAll()
+    {
+        while (m_holds.load(std::memory_order_relaxed) > 0) {
+            if (!Release())
+                return false;
+        }
+        return true;
+    }
+
+private:
+    wxMutexError Counted(wxMutexError result)
+    {
+        if (result == wxMUTEX_NO_ERROR)
+            Count(1);
+        return result;
+    }
+
+    void Count(int change)
+    {
+        m_holds.store(m_holds.load(std::memory_order_relaxed) + change, std::memory_order_relaxed);
+    }
+
+    std::atomic<int> m_holds{0};
+};
+
+MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(std::make_unique<CountedMutex>())
 {
     ASSERT(m_mutex->IsOk());
     if (initiallyLocked)
-        m_mutex->Lock();
+        m_mutex->Acquire();
 }
 
 MutexInternal::~MutexInternal()
 {
     // The framework reports a mutex that is held when it is destroyed.
-    if (m_mutex->TryLock() == wxMUTEX_BUSY) {
-        const wxLogNull silence;
-        m_mutex.reset();
+    if (m_mutex->ReleaseAll())
         return;
-    }
-    while (m_mutex->Unlock() == wxMUTEX_NO_ERROR) {
-    }
+    const wxLogNull silence;
+    m_mutex.reset();
 }
 
 bool MutexInternal::Lock(unsigned int timeoutMs)
 {
     if (timeoutMs == Infinite)
-        return m_mutex->Lock() == wxMUTEX_NO_ERROR;
+        return m_mutex->Acquire() == wxMUTEX_NO_ERROR;
 
-    wxMutexError result = m_mutex->TryLock();
+    wxMutexError result = m_mutex->TryAcquire();
     if (timeoutMs < c_pollIntervalMs)
         return result == wxMUTEX_NO_ERROR;
 
@@ -46,14 +88,14 @@ bool MutexInternal::Lock(unsigned int timeoutMs)
         wxThread::Sleep(c_pollIntervalMs);
         if (round == rounds)
             break;
-        result = m_mutex->TryLock();
+        result = m_mutex->TryAcquire();
     }
     return result == wxMUTEX_NO_ERROR;
 }
 
 bool MutexInternal::Unlock()
 {
-    return m_mutex->Unlock() == wxMUTEX_NO_ERROR;
+    return m_mutex->Release();
 }
 
 Mutex::Mutex(bool initiallyLocked) : MutexInternal(initiallyLocked) {}

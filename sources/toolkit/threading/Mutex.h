@@ -4,9 +4,9 @@
 
 #include <memory>
 
-class wxMutex;
-
 namespace Toolkit {
+
+class CountedMutex;
 
 /// A recursive mutex whose lock operation takes a time-out: the type that lockers take.
 ///
@@ -35,7 +35,7 @@ public:
     bool Unlock();
 
 private:
-    std::unique_ptr<wxMutex> m_mutex;
+    std::unique_ptr<CountedMutex> m_mutex;
 };
 
 /// The mutex that classes hold as a member.
