@@ -1,7 +1,6 @@
 # Toolkit::icu: the ICU libraries behind the user's date and time patterns.
 #
-# Used by the library's own build and by the installed package of a static library. The target is
-# missing afterwards when ICU is.
+# Used by the library's own build. The target is missing afterwards when ICU is.
 
 function(toolkit_find_icu)
     find_package(ICU QUIET COMPONENTS i18n uc)
