@@ -5,7 +5,6 @@
 #include <functional>
 #include <pthread.h>
 #include <sys/mman.h>
-#include <ucontext.h>
 
 #include "regExp/CaughtException.h"
 
@@ -155,28 +154,6 @@ TEST(RegExpStackTest, AVerySmallStackIsEnoughForPlainPatterns)
     bool isMatch = false;
     RunWithStack(64 * c_kilobyte, [&] { isMatch = regExp.IsMatch("ann@home"); });
     EXPECT_TRUE(isMatch);
-}
-
-TEST(RegExpStackTest, AStackThatTheSystemDoesNotKnowIsTakenForASmallOne)
-{
-    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
-    const TString<char> subject(std::string(5000, 'a'));
-    TString<char> message;
-    static std::function<void()> s_work;
-    s_work = [&] { message = CaughtMessage([&] { regExp.IsMatch(subject); }); };
-    const StackMemory stack(64 * c_kilobyte);
-
-    ucontext_t here;
-    ucontext_t there;
-    getcontext(&there);
-    there.uc_stack.ss_sp = stack.Begin();
-    there.uc_stack.ss_size = 64 * c_kilobyte;
-    there.uc_link = &here;
-    makecontext(
-        &there, [] { s_work(); }, 0);
-    swapcontext(&here, &there);
-
-    EXPECT_EQ(message, c_noStackLeft);
 }
 
 } // namespace

@@ -1,0 +1,64 @@
+#include "toolkit/regExp/StackSpace.Private.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <ucontext.h>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+std::size_t s_leftOnOwnStack = 0;
+
+// Asks on a stack of the program's own making, from the thread that calls.
+std::size_t AskOnOwnStack(std::vector<char>& stack)
+{
+    ucontext_t here;
+    ucontext_t there;
+    getcontext(&there);
+    there.uc_stack.ss_sp = stack.data();
+    there.uc_stack.ss_size = stack.size();
+    there.uc_link = &here;
+    makecontext(
+        &there, [] { s_leftOnOwnStack = StackSpaceLeft(); }, 0);
+    swapcontext(&here, &there);
+    return s_leftOnOwnStack;
+}
+
+TEST(StackSpaceTest, TheCallersFrameLiesInTheBounds)
+{
+    const StackBounds bounds = GetStackBounds();
+    const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+
+    EXPECT_GT(here, bounds.begin);
+    EXPECT_LT(here, bounds.end);
+}
+
+TEST(StackSpaceTest, WhatIsLeftIsCountedDownToTheBegin)
+{
+    const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    const std::size_t left = here - GetStackBounds().begin;
+
+    EXPECT_LE(StackSpaceLeft(), left);
+    EXPECT_GT(StackSpaceLeft(), left - 65536);
+}
+
+TEST(StackSpaceTest, EachThreadHasItsOwnBounds)
+{
+    const std::uintptr_t here = GetStackBounds().begin;
+    std::uintptr_t there = here;
+    std::thread([&there] { there = GetStackBounds().begin; }).join();
+
+    EXPECT_NE(here, there);
+}
+
+TEST(StackSpaceTest, LittleIsAssumedOnAStackThatTheSystemDoesNotKnow)
+{
+    std::vector<char> stack(256 * 1024);
+
+    EXPECT_EQ(AskOnOwnStack(stack), 32u * 1024);
+}
+
+} // namespace
+} // namespace Toolkit
