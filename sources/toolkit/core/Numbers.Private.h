@@ -34,7 +34,7 @@ public:
     std::basic_string<Char> String() const { return {m_begin, m_length}; }
 
 private:
-    void WriteDigits(unsigned long long magnitude, bool isNegative);
+    void WriteInteger(unsigned long long magnitude, bool isNegative);
 
     // Twenty digits, or "-1.23457e-308".
     static constexpr std::size_t c_capacity = 24;
@@ -43,5 +43,11 @@ private:
     const Char* m_begin;
     std::size_t m_length;
 };
+
+/// The same for an integer as a string, written in place.
+///
+/// Defined for char and wchar_t, and for the integers that Parse() reads.
+template <typename Char, typename Integer>
+std::basic_string<Char> ToString(Integer value);
 
 } // namespace Toolkit::Numbers

@@ -1,8 +1,11 @@
 #include "toolkit/core/Numbers.Private.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -78,23 +81,16 @@ public:
             m_isNegative = *at == '-';
             ++at;
         }
-        bool hasPoint = false;
-        bool hasExponent = false;
-        for (; at != end; ++at) {
-            if (IsDigit(*at)) {
-                m_hasDigit = true;
-            } else if (*at == '.' && !hasPoint && !hasExponent) {
-                hasPoint = true;
-            } else if ((*at == 'e' || *at == 'E') && m_hasDigit && !hasExponent) {
-                hasExponent = true;
-                Append('e');
-                if (at + 1 == end || (at[1] != '-' && at[1] != '+'))
-                    continue;
-                ++at;
-            } else {
-                break;
-            }
-            Append(static_cast<char>(*at));
+        m_hasDigit = AppendDigits(at, end);
+        if (at != end && *at == '.') {
+            Append(*at++);
+            m_hasDigit |= AppendDigits(at, end);
+        }
+        if (m_hasDigit && at != end && (*at == 'e' || *at == 'E')) {
+            Append(*at++);
+            if (at != end && (*at == '-' || *at == '+'))
+                Append(*at++);
+            AppendDigits(at, end);
         }
     }
 
@@ -104,15 +100,27 @@ public:
     const char* End() const { return Begin() + (m_long.empty() ? m_length : m_long.size()); }
 
 private:
-    void Append(char character)
+    // False when there are none.
+    template <typename Char>
+    bool AppendDigits(const Char*& at, const Char* end)
+    {
+        const Char* const begin = at;
+        for (; at != end && IsDigit(*at); ++at)
+            Append(*at);
+        return at != begin;
+    }
+
+    // Takes characters of ASCII only.
+    template <typename Char>
+    void Append(Char character)
     {
         if (m_length < sizeof m_short) {
-            m_short[m_length++] = character;
+            m_short[m_length++] = static_cast<char>(character);
             return;
         }
         if (m_long.empty())
             m_long.assign(m_short, m_length);
-        m_long.push_back(character);
+        m_long.push_back(static_cast<char>(character));
     }
 
     char m_short[48];
@@ -165,6 +173,41 @@ struct DigitPairs {
 template <typename Char>
 constexpr DigitPairs<Char> c_digitPairs;
 
+constexpr auto c_powersOfTen = [] {
+    std::array<unsigned long long, 20> powers{};
+    unsigned long long power = 1;
+    for (unsigned long long& entry : powers) {
+        entry = power;
+        power *= 10;
+    }
+    return powers;
+}();
+
+std::size_t CountDigits(unsigned long long magnitude)
+{
+    // Zero has a digit too. Any other number has as many as the odd one next to it.
+    magnitude |= 1;
+    // 1233 / 4096 is the logarithm of 2 as far as numbers of 64 bits need it.
+    const auto count = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;
+    return count + (magnitude >= c_powersOfTen[count] ? 1 : 0);
+}
+
+// Writes as many digits as CountDigits() tells from `begin` to `end`.
+//
+// How many there are is nothing that a processor could foresee, so as little as possible depends on
+// it: whether two digits are left, or one, takes no branch.
+template <typename Char, typename Unsigned>
+void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
+{
+    for (; magnitude >= 100; magnitude /= 100) {
+        end -= 2;
+        std::memcpy(end, c_digitPairs<Char>.digits + 2 * (magnitude % 100), 2 * sizeof(Char));
+    }
+    const Char* const pair = c_digitPairs<Char>.digits + 2 * magnitude;
+    end[-1] = pair[1];
+    *begin = pair[magnitude < 10 ? 1 : 0];
+}
+
 } // namespace
 
 template <typename Char, typename Number>
@@ -192,13 +235,13 @@ template <typename Char>
 Text<Char>::Text(long long value)
 {
     const auto bits = static_cast<unsigned long long>(value);
-    WriteDigits(value < 0 ? 0 - bits : bits, value < 0);
+    WriteInteger(value < 0 ? 0 - bits : bits, value < 0);
 }
 
 template <typename Char>
 Text<Char>::Text(unsigned long long value)
 {
-    WriteDigits(value, false);
+    WriteInteger(value, false);
 }
 
 template <typename Char>
@@ -213,28 +256,43 @@ Text<Char>::Text(double value) : m_begin(m_buffer)
     std::copy(narrow, narrow + m_length, m_buffer);
 }
 
-// Fills the buffer from its end.
 template <typename Char>
-void Text<Char>::WriteDigits(unsigned long long magnitude, bool isNegative)
+void Text<Char>::WriteInteger(unsigned long long magnitude, bool isNegative)
 {
-    Char* at = m_buffer + c_capacity;
-    while (magnitude >= 100) {
-        const Char* const pair = c_digitPairs<Char>.digits + 2 * (magnitude % 100);
-        magnitude /= 100;
-        *--at = pair[1];
-        *--at = pair[0];
-    }
-    const Char* const pair = c_digitPairs<Char>.digits + 2 * magnitude;
-    *--at = pair[1];
-    if (magnitude >= 10)
-        *--at = pair[0];
+    Char* const end = m_buffer + c_capacity;
+    Char* begin = end - CountDigits(magnitude);
+    WriteDigits(magnitude, begin, end);
     if (isNegative)
-        *--at = '-';
-    m_begin = at;
-    m_length = static_cast<std::size_t>(m_buffer + c_capacity - at);
+        *--begin = '-';
+    m_begin = begin;
+    m_length = static_cast<std::size_t>(end - begin);
+}
+
+// In memory of its own size from the start: digits that are written in pairs and copied at once
+// afterwards make a processor wait.
+template <typename Char, typename Integer>
+std::basic_string<Char> ToString(Integer value)
+{
+    using Unsigned = std::make_unsigned_t<Integer>;
+
+    const std::size_t signLength = value < 0 ? 1 : 0;
+    const auto bits = static_cast<Unsigned>(value);
+    const Unsigned magnitude = value < 0 ? 0 - bits : bits;
+    std::basic_string<Char> text(signLength + CountDigits(magnitude), '-');
+    WriteDigits(magnitude, text.data() + signLength, text.data() + text.size());
+    return text;
 }
 
 template class Text<char>;
 template class Text<wchar_t>;
+
+template std::string ToString<char>(int);
+template std::string ToString<char>(unsigned int);
+template std::string ToString<char>(long long);
+template std::string ToString<char>(unsigned long long);
+template std::wstring ToString<wchar_t>(int);
+template std::wstring ToString<wchar_t>(unsigned int);
+template std::wstring ToString<wchar_t>(long long);
+template std::wstring ToString<wchar_t>(unsigned long long);
 
 } // namespace Toolkit::Numbers

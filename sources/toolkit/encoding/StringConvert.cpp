@@ -15,12 +15,6 @@ bool Parse(const TString<Char>& text, Number& value)
     return true;
 }
 
-template <typename Char, typename Number>
-TString<Char> Format(Number value)
-{
-    return Numbers::Text<Char>(value).String();
-}
-
 } // namespace
 
 bool StringConvert::ToInt32(const TString<char>& text, int& value)
@@ -75,52 +69,52 @@ bool StringConvert::ToDouble(const TString<wchar_t>& text, double& value)
 
 TString<wchar_t> StringConvert::UStringFromInt32(int value)
 {
-    return Format<wchar_t>(static_cast<long long>(value));
+    return Numbers::ToString<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromUint32(unsigned int value)
 {
-    return Format<wchar_t>(static_cast<unsigned long long>(value));
+    return Numbers::ToString<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromInt64(long long value)
 {
-    return Format<wchar_t>(value);
+    return Numbers::ToString<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromUInt64(unsigned long long value)
 {
-    return Format<wchar_t>(value);
+    return Numbers::ToString<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromDouble(double value)
 {
-    return Format<wchar_t>(value);
+    return Numbers::Text<wchar_t>(value).String();
 }
 
 TString<char> StringConvert::StringFromInt32(int value)
 {
-    return Format<char>(static_cast<long long>(value));
+    return Numbers::ToString<char>(value);
 }
 
 TString<char> StringConvert::StringFromUint32(unsigned int value)
 {
-    return Format<char>(static_cast<unsigned long long>(value));
+    return Numbers::ToString<char>(value);
 }
 
 TString<char> StringConvert::StringFromInt64(long long value)
 {
-    return Format<char>(value);
+    return Numbers::ToString<char>(value);
 }
 
 TString<char> StringConvert::StringFromUInt64(unsigned long long value)
 {
-    return Format<char>(value);
+    return Numbers::ToString<char>(value);
 }
 
 TString<char> StringConvert::StringFromDouble(double value)
 {
-    return Format<char>(value);
+    return Numbers::Text<char>(value).String();
 }
 
 TString<wchar_t> StringConvert::GetCharactersFromRight(const TString<wchar_t>& text,
