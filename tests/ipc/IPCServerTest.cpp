@@ -394,6 +394,18 @@ TEST_F(IPCServerTest, WhatCameWhileTheLoopWasBusyIsInTime)
     ServeWhile([&] { EXPECT_THAT(m_received.Await(2), ElementsAre(L"served", L"a")); });
 }
 
+TEST_F(IPCServerTest, TheLoopMayRunOnAnotherThread)
+{
+    std::thread thread([this] {
+        const auto server = RunServer();
+        ServeWhile([this] {
+            EXPECT_TRUE(RawSocket::ConnectedTo(Path()).IsClosedByPeer());
+            EXPECT_TRUE(IsServed());
+        });
+    });
+    thread.join();
+}
+
 TEST_F(IPCServerTest, AnAnnouncedLengthTakesNoMemory)
 {
     constexpr int clients = 100;

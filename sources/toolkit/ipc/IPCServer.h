@@ -18,12 +18,12 @@ class IPCInternalServer;
 /// a file in the working directory; a name that is a number is no service. A path of more than 107
 /// bytes in UTF-8 is shortened, by server and client alike, to its beginning and a hash.
 ///
-/// The framework's event loop serves the clients: nothing arrives before the main thread runs one.
-/// A program without a user interface calls `wxInitialize()`, then Run(), then
-/// `wxAppConsole::GetInstance()->MainLoop()`. The server is made, run and destroyed on that thread,
-/// never by one of its own listeners, and ahead of an application object that the program runs
-/// itself. What a listener throws reaches the application object like an exception of any event
-/// handler; the listeners after it miss that text.
+/// The framework's event loop serves the clients: nothing arrives before one runs. A program
+/// without a user interface calls `wxInitialize()`, then Run(), then
+/// `wxAppConsole::GetInstance()->MainLoop()`. The server is run and destroyed on the one thread
+/// that runs loops, never by one of its own listeners, and destroyed ahead of an application object
+/// that the program runs itself. What a listener throws reaches the application object like an
+/// exception of any event handler; the listeners after it miss that text.
 ///
 /// No client blocks the loop: a message that makes no progress for 2 seconds ends its connection,
 /// and so does a text of more than 16 Mi characters. Only texts that have arrived as a whole are

@@ -12,8 +12,6 @@
 #include <memory>
 #include <string>
 
-class wxTimer;
-
 namespace Toolkit {
 
 /// Listens for clients and serves all of them from the framework's event loop.
@@ -33,8 +31,6 @@ public:
     bool AreReachable() const { return m_listener.IsInPlace(); }
 
 private:
-    class Ticker;
-
     void OnReadWaiting() override;
     void OnWriteWaiting() override {}
     void OnExceptionWaiting() override {}
@@ -47,14 +43,16 @@ private:
     void End(int descriptor);
     void OnTick();
     void EndOverdue();
+    void StartTicking();
+    void StopTicking();
 
     const FrameworkHold m_framework; // first: the event loop outlives what is registered with it
     wxServerBase& m_server;
     SocketFile m_listener;
     SocketSet m_sockets;
     std::map<int, IPCSession> m_sessions; // by descriptor
-    bool m_isPaused = false;
-    std::unique_ptr<Ticker> m_ticker;
+    bool m_isPaused = false;              // accepting, until there are descriptors again
+    bool m_isTicking = false;
     std::unique_ptr<wxEventLoopSource> m_source;
 };
 

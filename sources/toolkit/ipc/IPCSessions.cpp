@@ -2,7 +2,6 @@
 #include "toolkit/ipc/LocalSocket.Private.h"
 
 #include <wx/app.h>
-#include <wx/timer.h>
 
 #include <cerrno>
 #include <exception>
@@ -12,7 +11,7 @@
 namespace Toolkit {
 namespace {
 
-constexpr int c_tickMs = 250;
+constexpr unsigned int c_tickMs = 250;
 
 // So many clients are accepted before those that wait are served.
 constexpr int c_mostAcceptedAtOnce = 16;
@@ -34,48 +33,21 @@ bool IsOutOfResources(int error)
 
 } // namespace
 
-/// Looks after clients that keep the server waiting, as long as there are any.
-class IPCSessions::Ticker : public wxTimer {
-public:
-    explicit Ticker(IPCSessions& sessions) : m_sessions(sessions) {}
-
-    void StartIfStopped()
-    {
-        if (!IsRunning())
-            Start(c_tickMs);
-    }
-
-    void Notify() override
-    {
-        try {
-            m_sessions.OnTick();
-        } catch (const std::exception&) {
-            // Memory ran out: the next tick does it.
-        }
-    }
-
-private:
-    IPCSessions& m_sessions;
-};
-
 IPCSessions::IPCSessions(wxServerBase& server) : m_server(server) {}
 
 IPCSessions::~IPCSessions()
 {
-    // Without the application object the framework has gone, and its part of these with it; in a
-    // child process that part is shared with the parent.
-    if (!wxAppConsole::GetInstance() || !m_listener.IsOfThisProcess()) {
+    // Without the application object the framework has gone, and its part of the source with it; in
+    // a child process that part is shared with the parent.
+    if (!wxAppConsole::GetInstance() || !m_listener.IsOfThisProcess())
         m_source.release();
-        m_ticker.release();
-    }
 }
 
 bool IPCSessions::Listen(const std::string& path)
 {
-    if (!wxAppConsole::GetInstance() || m_sockets.Get() < 0 || !m_listener.Listen(path) ||
+    if (!wxAppConsole::GetInstance() || !m_sockets.IsUsable() || !m_listener.Listen(path) ||
         !m_sockets.Add(m_listener.Socket().Get()))
         return false;
-    m_ticker = std::make_unique<Ticker>(*this);
     m_source.reset(wxEventLoopBase::AddSourceForFD(m_sockets.Get(), this, wxEVENT_SOURCE_INPUT));
     return m_source != nullptr;
 }
@@ -84,7 +56,9 @@ void IPCSessions::OnReadWaiting()
 {
     try {
         for (const int descriptor : m_sockets.TakeReadable()) {
-            if (descriptor == m_listener.Socket().Get())
+            if (descriptor == SocketSet::c_tick)
+                OnTick();
+            else if (descriptor == m_listener.Socket().Get())
                 Accept();
             else
                 Serve(descriptor);
@@ -115,7 +89,7 @@ bool IPCSessions::AcceptOne()
     if (!LocalSocket::IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
         return true;
     m_sessions.try_emplace(descriptor, std::move(socket), m_server);
-    m_ticker->StartIfStopped();
+    StartTicking();
     // A client sends its topic at once.
     Serve(descriptor);
     return true;
@@ -124,7 +98,7 @@ bool IPCSessions::AcceptOne()
 void IPCSessions::PauseAccepting()
 {
     m_isPaused = m_sockets.Remove(m_listener.Socket().Get());
-    m_ticker->StartIfStopped();
+    StartTicking();
 }
 
 void IPCSessions::ResumeAccepting()
@@ -164,7 +138,21 @@ void IPCSessions::OnTick()
         ResumeAccepting();
     EndOverdue();
     if (m_sessions.empty() && !m_isPaused)
-        m_ticker->Stop();
+        StopTicking();
+}
+
+// The clock ticks as long as there is somebody to look after.
+void IPCSessions::StartTicking()
+{
+    if (!m_isTicking)
+        m_sockets.SetTicking(c_tickMs);
+    m_isTicking = true;
+}
+
+void IPCSessions::StopTicking()
+{
+    m_sockets.SetTicking(0);
+    m_isTicking = false;
 }
 
 void IPCSessions::EndOverdue()

@@ -1,22 +1,41 @@
 #include "toolkit/ipc/SocketSet.Private.h"
 
+#include <cstdint>
 #include <sys/epoll.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
 
 namespace Toolkit {
 namespace {
 
 constexpr int c_mostAtOnce = 32;
 
-} // namespace
-
-SocketSet::SocketSet() : m_file(::epoll_create1(EPOLL_CLOEXEC)) {}
-
-bool SocketSet::Add(int socket)
+bool AddAs(const FileDescriptor& set, int descriptor, int name)
 {
     epoll_event event{};
     event.events = EPOLLIN;
-    event.data.fd = socket;
-    return ::epoll_ctl(m_file.Get(), EPOLL_CTL_ADD, socket, &event) == 0;
+    event.data.fd = name;
+    return ::epoll_ctl(set.Get(), EPOLL_CTL_ADD, descriptor, &event) == 0;
+}
+
+} // namespace
+
+SocketSet::SocketSet()
+    : m_file(::epoll_create1(EPOLL_CLOEXEC)),
+      m_clock(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC))
+{
+    if (m_clock.IsOpen() && !AddAs(m_file, m_clock.Get(), c_tick))
+        m_clock.Close();
+}
+
+bool SocketSet::IsUsable() const
+{
+    return m_file.IsOpen() && m_clock.IsOpen();
+}
+
+bool SocketSet::Add(int socket)
+{
+    return AddAs(m_file, socket, socket);
 }
 
 bool SocketSet::Remove(int socket)
@@ -25,13 +44,25 @@ bool SocketSet::Remove(int socket)
     return ::epoll_ctl(m_file.Get(), EPOLL_CTL_DEL, socket, &ignored) == 0;
 }
 
-std::vector<int> SocketSet::TakeReadable() const
+void SocketSet::SetTicking(unsigned int intervalMs)
+{
+    const timespec interval{intervalMs / 1000, intervalMs % 1000 * 1000000L};
+    const itimerspec times{interval, interval};
+    ::timerfd_settime(m_clock.Get(), 0, &times, nullptr);
+}
+
+std::vector<int> SocketSet::TakeReadable()
 {
     epoll_event events[c_mostAtOnce];
     const int count = ::epoll_wait(m_file.Get(), events, c_mostAtOnce, 0);
     std::vector<int> sockets;
-    for (int i = 0; i < count; ++i)
-        sockets.push_back(events[i].data.fd);
+    for (int i = 0; i < count; ++i) {
+        std::uint64_t ticks = 0;
+        const bool isReadable = events[i].data.fd != c_tick ||
+                                ::read(m_clock.Get(), &ticks, sizeof ticks) == sizeof ticks;
+        if (isReadable)
+            sockets.push_back(events[i].data.fd);
+    }
     return sockets;
 }
 
