@@ -1,5 +1,7 @@
 #include "toolkit/regExp/GroupCollection.h"
 
+#include <utility>
+
 namespace Toolkit {
 
 GroupCollection::GroupCollection() = default;
@@ -26,7 +28,7 @@ smart_ptr<Group> GroupCollection::GetGroup(const TString<char>& name) const
 
 void GroupCollection::Add(smart_ptr<Group> group)
 {
-    groups.push_back(group);
+    groups.push_back(std::move(group));
 }
 
 void GroupCollection::Clear()

@@ -10,6 +10,9 @@ namespace {
 // Only the first two of three offsets are pairs.
 constexpr int c_pairCount = MatchResult::c_ovectorSize / 3;
 
+// What stands in front of a name.
+constexpr int c_numberSize = 2;
+
 void AddGroup(MatchResult& result, int number)
 {
     auto group =
@@ -18,7 +21,7 @@ void AddGroup(MatchResult& result, int number)
     if (range.IsValid())
         group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
     result.groups.emplace_back(group.get());
-    group.release();
+    static_cast<void>(group.release());
 }
 
 void RequireInformation(int code, const wchar_t* name)
@@ -41,7 +44,7 @@ void AddNames(MatchResult& result)
 
     for (; count > 0; --count, entry += entrySize) {
         const int number = entry[0] * 256 + entry[1];
-        result.AddNamedGroupKey(reinterpret_cast<const char*>(entry + 2), number);
+        result.AddNamedGroupKey(reinterpret_cast<const char*>(entry) + c_numberSize, number);
     }
 }
 
@@ -51,7 +54,8 @@ Range GetRange(const MatchResult& result, int number)
 {
     if (number < 0 || number >= c_pairCount)
         return {-1, -1};
-    return {result.ovector[2 * number], result.ovector[2 * number + 1]};
+    const int* const pair = result.ovector + std::ptrdiff_t{2} * number;
+    return {pair[0], pair[1]};
 }
 
 void Read(MatchResult& result)

@@ -54,8 +54,8 @@ std::size_t AskFrameSize()
 
 unsigned long RecursionLimit()
 {
-    static const std::size_t s_frameSize = AskFrameSize();
-    return UsableSpace() / s_frameSize;
+    static const std::size_t frameSize = AskFrameSize();
+    return UsableSpace() / frameSize;
 }
 
 // Every opening parenthesis counts as a level, which is never too few.

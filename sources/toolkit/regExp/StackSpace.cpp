@@ -11,10 +11,10 @@ constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 std::size_t StackSpaceLeft()
 {
     // Asking costs a system call or a file of the kernel's; a thread keeps its stack.
-    thread_local const StackBounds s_bounds = GetStackBounds();
+    thread_local const StackBounds bounds = GetStackBounds();
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    const bool isInside = here > s_bounds.begin && here <= s_bounds.end;
-    return isInside ? here - s_bounds.begin : c_assumedSpace;
+    const bool isInside = here > bounds.begin && here <= bounds.end;
+    return isInside ? here - bounds.begin : c_assumedSpace;
 }
 
 } // namespace Toolkit
