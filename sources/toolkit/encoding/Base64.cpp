@@ -79,7 +79,7 @@ namespace {
 using Array = std::unique_ptr<unsigned char[]>;
 
 // A whole number of groups whose characters fit into the first-level cache with their wide form.
-constexpr std::size_t c_pieceLength = 3 * 256;
+constexpr std::size_t c_pieceLength = 768;
 
 // The wide form of what b64_decode_binary() gives, without an array between them.
 std::wstring Encode(const unsigned char* bytes, std::size_t length)
