@@ -30,11 +30,11 @@ int Runs()
     return runs ? std::atoi(runs) : 20;
 }
 
-// The pieces of one thread are numbered and of all lengths: "1:23:...;".
+// The pieces of one thread are numbered, and as short as those of a log: "1:23...;".
 std::string Piece(std::size_t thread, long number)
 {
-    return std::to_string(thread) + ":" + std::to_string(number) + ":" +
-           std::string(static_cast<std::size_t>(number * 7 % 61), '.') + ";";
+    return std::to_string(thread) + ":" + std::to_string(number) +
+           std::string(static_cast<std::size_t>(number * 7 % 13), '.') + ";";
 }
 
 // Logs until it is killed. The text never runs ahead of the writer by more than memory can hold,
@@ -114,8 +114,8 @@ TEST_F(FileLoggerKillTest, FileHoldsWholePiecesInOrder)
         EXPECT_GE(text.size(), drained);
         const std::optional<std::string> rest = RestBehindWholePieces(text);
         ASSERT_TRUE(rest.has_value());
-        // The kernel may take the signal between two pages that one piece lies across: nothing that
-        // a program can do prevents it. Anywhere else it must not.
+        // Between two pages that one piece lies across the kernel may take the signal, which no
+        // order of writes can prevent. Anywhere else a cut is a fault.
         if (!rest->empty()) {
             EXPECT_EQ(text.size() % pageSize, 0u);
             ++cuts;

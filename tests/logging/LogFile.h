@@ -2,6 +2,7 @@
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/threading/FrameworkHold.h"
 
 #include "support/ScopedEnvironment.h"
 #include "support/TempDir.h"
@@ -93,6 +94,10 @@ class NoDescriptors {
 public:
     NoDescriptors()
     {
+        // A sanitizer needs descriptors when it meets the type of the framework's application
+        // first.
+        const FrameworkHold first;
+        const FrameworkHold second;
         EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_oldLimit), 0);
         rlimit none = m_oldLimit;
         none.rlim_cur = 0;

@@ -168,18 +168,20 @@ TEST(ThreadTest, StartsOnce)
 
 TEST(ThreadTest, DestructionWaitsForTheWork)
 {
-    // The framework's own waiting, without the help of the derived class.
+    // When the thread ends, nothing of the derived class is left.
     class Plain : public Thread {
     public:
-        explicit Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
+        Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
 
     private:
         int DoWork() override
         {
+            wxThread* const self = this;
+            std::atomic<bool>& done = m_done;
             m_begun.count_down();
-            while (!TestDestroy())
-                Sleep(1);
-            m_done = true;
+            while (!self->wxThread::TestDestroy())
+                Thread::Sleep(1);
+            done = true;
             return 0;
         }
         std::latch& m_begun;
@@ -273,7 +275,7 @@ TEST(ThreadTest, KillEndsARunningThread)
     begun.wait();
 
     EXPECT_EQ(worker.Kill(), wxTHREAD_NO_ERROR);
-    EXPECT_FALSE(worker.IsRunning());
+    AwaitEnd(worker);
 }
 
 TEST(ThreadTest, KillNeedsARunningThread)
