@@ -1,6 +1,7 @@
 toolkit_fuzz_target(Base64)
 toolkit_fuzz_target(CmdLine)
 toolkit_fuzz_target(IniFile)
+toolkit_fuzz_target(Ipc)
 toolkit_fuzz_target(IsoText)
 toolkit_fuzz_target(LocaleText core/Numbers.cpp datetime/LocaleText.cpp)
 toolkit_fuzz_target(Numbers)
