@@ -44,7 +44,8 @@ public:
     ///
     /// False when the file cannot be made, when a living server answers under this name, and when
     /// something else stands in the file's place. The file of a server that has crashed is
-    /// replaced; while another process does just that, Run() waits 2 seconds at most.
+    /// replaced; while another process does just that, Run() waits 2 seconds at most. The lock that
+    /// servers use for it, an empty file in the home directory, stays.
     bool Run();
 
     /// Hands `text` to every listener. Any thread may call it, whether the server listens or not.

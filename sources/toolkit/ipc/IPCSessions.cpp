@@ -40,7 +40,7 @@ IPCSessions::~IPCSessions()
     // Without the application object the framework has gone, and its part of the source with it; in
     // a child process that part is shared with the parent.
     if (!wxAppConsole::GetInstance() || !m_listener.IsOfThisProcess())
-        m_source.release();
+        static_cast<void>(m_source.release());
 }
 
 bool IPCSessions::Listen(const std::string& path)
