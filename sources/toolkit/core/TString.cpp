@@ -91,8 +91,8 @@ public:
     explicit DelimiterScanner(const TString<wchar_t>& delimiters) : m_delimiters(delimiters)
     {
         for (const wchar_t delimiter : delimiters) {
-            if (IsInTable(delimiter))
-                m_table[static_cast<std::size_t>(delimiter)] = true;
+            if (const std::size_t place = PlaceInTable(delimiter); place < c_tableSize)
+                m_table[place] = true;
             else
                 m_hasOthers = true;
         }
@@ -111,15 +111,15 @@ public:
     }
 
 private:
-    static bool IsInTable(wchar_t character)
+    static std::size_t PlaceInTable(wchar_t character)
     {
-        return static_cast<std::uint32_t>(character) < c_tableSize;
+        return std::char_traits<wchar_t>::to_int_type(character);
     }
 
     bool IsDelimiter(wchar_t character) const
     {
-        if (IsInTable(character))
-            return m_table[static_cast<std::size_t>(character)];
+        if (const std::size_t place = PlaceInTable(character); place < c_tableSize)
+            return m_table[place];
         return m_hasOthers && m_delimiters.find(character) != std::wstring::npos;
     }
 
