@@ -4,6 +4,8 @@
 # its include path.
 set(framework_headers
     toolkit/Toolkit.h
+    toolkit/archive/ArchiveZip.h
+    toolkit/archive/ArchiveZipEntry.h
     toolkit/logging/FileLogger.h
     toolkit/logging/WxLogForwarder.h
     toolkit/threading/Thread.h
