@@ -1,10 +1,9 @@
+#include "toolkit/core/Lanes.Private.h"
 #include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
-#include <numeric>
 
 namespace Toolkit::Utf8Codec {
 namespace {
@@ -37,10 +36,11 @@ bool CopyAsciiBlock(const char* from, wchar_t* to)
 
 bool CopyAsciiBlock(const wchar_t* from, char* to)
 {
-    std::uint32_t bits = 0;
-    for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
-        bits |= static_cast<std::uint32_t>(from[i]);
-    if (bits >= 0x80)
+    using Characters = Lanes::Of<std::uint32_t>;
+    Characters bits = {};
+    for (std::size_t i = 0; i < c_blockLength; i += Lanes::c_count<std::uint32_t>)
+        bits |= Lanes::Load<std::uint32_t>(from + i);
+    if (!Lanes::IsZero(bits & ~0x7Fu))
         return false;
 
     char block[c_blockLength];
@@ -50,11 +50,8 @@ bool CopyAsciiBlock(const wchar_t* from, char* to)
     return true;
 }
 
-// Whether a byte has the form 10xxxxxx: as a signed number it is below all others.
-constexpr bool IsContinuation(char byte)
-{
-    return static_cast<signed char>(byte) < -0x40;
-}
+// Bytes of the form 10xxxxxx are below this one as signed numbers, all others are not.
+constexpr signed char c_firstNonContinuation = -0x40;
 
 // Whether all these bytes have the form 10xxxxxx.
 template <typename... Bytes>
@@ -135,31 +132,27 @@ constexpr char Continuation(std::uint32_t bits)
     return static_cast<char>(0x80 | (bits & 0x3F));
 }
 
-// Writes the sequence of one character and returns its end; null when it has none.
-inline char* EncodeCharacter(std::uint32_t character, char* out)
+// Writes the sequence of one character and moves behind it; false when it has none.
+inline bool EncodeCharacter(std::uint32_t character, char*& out)
 {
     if (character < 0x80) {
-        out[0] = static_cast<char>(character);
-        return out + 1;
+        *out++ = static_cast<char>(character);
+    } else if (character < 0x800) {
+        *out++ = static_cast<char>(0xC0 | character >> 6);
+        *out++ = Continuation(character);
+    } else if (character < 0x10000) {
+        *out++ = static_cast<char>(0xE0 | character >> 12);
+        *out++ = Continuation(character >> 6);
+        *out++ = Continuation(character);
+    } else if (character <= c_lastCodePoint) {
+        *out++ = static_cast<char>(0xF0 | character >> 18);
+        *out++ = Continuation(character >> 12);
+        *out++ = Continuation(character >> 6);
+        *out++ = Continuation(character);
+    } else {
+        return false;
     }
-    if (character < 0x800) {
-        out[0] = static_cast<char>(0xC0 | character >> 6);
-        out[1] = Continuation(character);
-        return out + 2;
-    }
-    if (character < 0x10000) {
-        out[0] = static_cast<char>(0xE0 | character >> 12);
-        out[1] = Continuation(character >> 6);
-        out[2] = Continuation(character);
-        return out + 3;
-    }
-    if (character > c_lastCodePoint)
-        return nullptr;
-    out[0] = static_cast<char>(0xF0 | character >> 18);
-    out[1] = Continuation(character >> 12);
-    out[2] = Continuation(character >> 6);
-    out[3] = Continuation(character);
-    return out + 4;
+    return true;
 }
 
 // Encodes until the buffer has no room for another block or the text ends. Returns the end of what
@@ -177,8 +170,7 @@ char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
         }
         const wchar_t* const blockEnd = at + std::min(end - at, c_blockLength);
         while (at != blockEnd) {
-            out = EncodeCharacter(static_cast<std::uint32_t>(*at++), out);
-            if (!out)
+            if (!EncodeCharacter(static_cast<std::uint32_t>(*at++), out))
                 return nullptr;
         }
     }
@@ -189,17 +181,19 @@ char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
 // How many characters valid bytes hold; what others hold is of no use.
 std::size_t CountCharacters(const char* at, const char* end)
 {
-    // The sums of so few blocks fit into bytes, which the compiler adds sixteen at a time.
+    // The sums of so few blocks fit into bytes.
     constexpr std::ptrdiff_t longestRun = 255;
     std::size_t count = 0;
     while (end - at >= c_blockLength) {
-        unsigned char sums[c_blockLength] = {};
+        Lanes::Of<unsigned char> sums = {};
         for (auto left = std::min((end - at) / c_blockLength, longestRun); left > 0; --left) {
-            for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
-                sums[i] = static_cast<unsigned char>(sums[i] + !IsContinuation(at[i]));
+            // What is true has all bits set, so it counts as -1.
+            const auto isFirst = Lanes::Load<signed char>(at) >= c_firstNonContinuation;
+            sums -= reinterpret_cast<Lanes::Of<unsigned char>>(isFirst);
             at += c_blockLength;
         }
-        count = std::accumulate(std::begin(sums), std::end(sums), count);
+        for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
+            count += sums[i];
     }
     return count + static_cast<std::size_t>(end - at);
 }
