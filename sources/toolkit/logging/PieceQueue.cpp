@@ -8,7 +8,7 @@
 namespace Toolkit {
 namespace {
 
-constexpr std::size_t c_chunkLength = 16 * 1024;
+constexpr std::size_t c_chunkLength = 16384;
 constexpr std::size_t c_keptChunks = 1024;
 
 } // namespace
