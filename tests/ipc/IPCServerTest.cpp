@@ -215,6 +215,29 @@ TEST_F(IPCServerTest, ALoopInsideAListenerServesTheOtherClients)
     });
 }
 
+// What waits for the listener's end must not keep the inner loop awake.
+TEST_F(IPCServerTest, ALoopInsideAListenerRests)
+{
+    const auto server = RunServer();
+    std::clock_t used = 0;
+    server->AddListener(MakeListener([&](const auto& text) {
+        if (text != L"a")
+            return;
+        const std::clock_t start = std::clock();
+        ServeWhile([] { std::this_thread::sleep_for(std::chrono::seconds(1)); });
+        used = std::clock() - start;
+    }));
+
+    ServeWhile([&] {
+        const RawSocket client = Introduced();
+        EXPECT_TRUE(client.Send(c_executeA));
+        m_received.Await(1);
+        EXPECT_TRUE(client.Send("\x01\x01\x08\0\0\0b\0\0\0\0\0\0\0"s));
+        EXPECT_THAT(m_received.Await(2), ElementsAre(L"a", L"b"));
+    });
+    EXPECT_LT(used, CLOCKS_PER_SEC / 2);
+}
+
 TEST_F(IPCServerTest, WhatAListenerThrowsEndsTheLoopAndNotTheServer)
 {
     const auto server = RunServer();
@@ -311,6 +334,22 @@ TEST_F(IPCServerTest, BytesOutOfPlaceEndTheConnection)
             EXPECT_TRUE(client.Send(bytes));
             EXPECT_TRUE(client.IsClosedByPeer());
         }
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+TEST_F(IPCServerTest, WhatIsBeyondTheLimitsIsNotTakenEvenWhenItComes)
+{
+    const std::string longTopic = "\x0A\x01\0\0\x01"s + std::string((16 << 20) + 1, 't');
+    const std::string longData = "\x01\x01\x05\0\0\x04"s + std::string((64 << 20) + 5, 'x');
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const RawSocket boastful = RawSocket::ConnectedTo(Path());
+        EXPECT_FALSE(boastful.Send(longTopic));
+        EXPECT_EQ(boastful.ReceiveAll(), "");
+        EXPECT_FALSE(Introduced().Send(longData));
         EXPECT_TRUE(IsServed());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
