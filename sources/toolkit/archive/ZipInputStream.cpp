@@ -64,7 +64,7 @@ bool ZipInputStream::ReadLine(TString<wchar_t>& line)
 
 void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
 {
-    constexpr std::size_t blockSize = 64 * 1024;
+    constexpr std::size_t blockSize = 65536;
 
     const FrameworkSilence silence;
     if (!Stream())

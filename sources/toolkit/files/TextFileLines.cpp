@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdint>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -48,8 +47,7 @@ ByteOrderMark FindByteOrderMark(std::string_view text)
 // The framework's converters of UTF-32 take every value.
 bool IsCodePoint(wchar_t character)
 {
-    const auto value = static_cast<std::uint32_t>(character);
-    return value < 0xD800 || (value > 0xDFFF && value <= 0x10FFFF);
+    return (character >= 0 && character < 0xD800) || (character > 0xDFFF && character <= 0x10FFFF);
 }
 
 // Decodes UTF-16 and UTF-32; false when the bytes are not valid.
@@ -76,7 +74,7 @@ bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
 
 bool ReadWholeFile(const std::string& path, std::string& bytes)
 {
-    constexpr std::size_t blockSize = 64 * 1024;
+    constexpr std::size_t blockSize = 65536;
 
     const FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDONLY);
     struct stat status {};

@@ -15,7 +15,7 @@ namespace {
 std::string ReadEntry(char* passwd::*field)
 {
     constexpr std::size_t firstSize = 1024;
-    constexpr std::size_t lastSize = 1024 * 1024;
+    constexpr std::size_t lastSize = 1048576;
 
     std::vector<char> buffer(firstSize);
     passwd entry{};

@@ -7,4 +7,5 @@ bool MacInitCocoa()
 
 MacAutoreleasePool::MacAutoreleasePool() : m_pool(nullptr) {}
 
-MacAutoreleasePool::~MacAutoreleasePool() = default;
+// Where there are pools the destructor has work to do, so it is no trivial one here either.
+MacAutoreleasePool::~MacAutoreleasePool() {}
