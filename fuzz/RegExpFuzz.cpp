@@ -27,8 +27,9 @@ void RequireGroupsOf(MatchResult& result)
         Require(value.empty() ||
                 result.subject.compare(static_cast<std::size_t>(begin), value.size(), value) == 0);
     }
+    // The engine takes the empty text for a name: (?'').
     for (const auto& [name, number] : result.names)
-        Require(result[static_cast<unsigned short>(number)]->name.size() > 0 && !name.empty());
+        Require(result[static_cast<unsigned short>(number)]->name == name);
 }
 
 } // namespace
