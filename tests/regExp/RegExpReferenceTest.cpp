@@ -142,7 +142,7 @@ std::string RandomPattern(RandomText& random)
     constexpr const char* pieces[] = {"a",    "b",        "(a)", "[^a]",  ".",   "|",      "a+",
                                       "b*",   "^",        "$",   "\\b",   "\\B", "(?<=a)", "(?<!b)",
                                       "(",    ")",        "?",   "\\G",   "\\A", "\\K",    "\n",
-                                      "(?m)", "\xC3\xA9", "\\C", "(?=b)", "\\R"};
+                                      "(?m)", "\xC3\xA9", "\\C", "(?=b)", "\\R", "[[:<:]]"};
     std::string pattern;
     for (auto count = random.Number(1, 6); count > 0; --count)
         pattern += pieces[random.Number<std::size_t>(0, std::size(pieces) - 1)];

@@ -103,6 +103,8 @@ TEST(RegExpReplaceTest, WhatLooksBehindSeesTheReplacements)
                         {"(?<!x)a", "x", "aaaa", "xaxa"},
                         {"\\ba", "x", "aa a", "xa x"},
                         {"\\ba", "-", "aaa", "---"},
+                        {"[[:<:]]a", "-", "aaa", "---"},
+                        {"a|[[:>:]] ", "-", "a ", "- "},
                         {"\\Ba", "-", "aaaa", "a-a-"},
                         {"\\Aa", "", "aaa", ""},
                         {"(?m)^a", "\n", "\naaa", "\n\n\n\n"},

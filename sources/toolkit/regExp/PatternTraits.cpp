@@ -35,6 +35,13 @@ bool IsHarmlessParenthesis(const char* text)
     return true;
 }
 
+// The boundaries of words, written as classes: [[:<:]] and [[:>:]].
+bool IsWordBoundary(const char* text)
+{
+    constexpr std::size_t length = 5;
+    return std::strncmp(text, "[:<:]", length) == 0 || std::strncmp(text, "[:>:]", length) == 0;
+}
+
 } // namespace
 
 bool MatchesWholeCharacters(const char* pattern)
@@ -59,6 +66,8 @@ bool LooksAheadOnly(const char* pattern)
         if (character == '^' && previous != '[')
             return false;
         if (character == '(' && !IsHarmlessParenthesis(pattern + 1))
+            return false;
+        if (IsWordBoundary(pattern))
             return false;
         previous = character;
     }
