@@ -417,6 +417,43 @@ TEST_F(FSStreamTest, ADerivedStreamGivesTheSizeOfATextThatIsRead)
     EXPECT_EQ(text, L"ab");
 }
 
+// A stream that counts its blocks.
+class BlockStream : public FSStream {
+public:
+    using FSStream::FSStream;
+    using FSStream::Read;
+    using FSStream::Write;
+
+    unsigned int Write(const void* data, unsigned int size) override
+    {
+        ++count;
+        return FSStream::Write(data, size);
+    }
+
+    unsigned int Read(void* data, unsigned int size) override
+    {
+        ++count;
+        return FSStream::Read(data, size);
+    }
+
+    int count = 0;
+};
+
+TEST_F(FSStreamTest, IntegersAndTextsAreNoBlocksOfADerivedStream)
+{
+    BlockStream writer(m_directory.File(L"written"), FSStream::OpenWrite);
+    EXPECT_EQ(writer.Write(7u), StreamResult::Ok);
+    EXPECT_EQ(writer.Write(Wide(L"ab")), StreamResult::Ok);
+    BlockStream reader(m_directory.File(L"written"), FSStream::OpenRead);
+    unsigned int value = 0;
+    Wide text;
+    EXPECT_EQ(reader.Read(value), StreamResult::Ok);
+    EXPECT_EQ(reader.Read(text), StreamResult::Ok);
+
+    EXPECT_EQ(writer.count, 0);
+    EXPECT_EQ(reader.count, 0);
+}
+
 TEST_F(FSStreamTest, TheFailureBitOfADerivedStreamBecomesThePrefixCode)
 {
     const std::pair<unsigned int, bool> cases[] = {

@@ -177,7 +177,8 @@ try {
 
 unsigned int FSStream::Read(unsigned int& value)
 {
-    return Read(&value, sizeof value);
+    // Not the virtual operation: a derived stream sees an integer as an integer alone.
+    return FSStream::Read(&value, sizeof value);
 }
 
 unsigned int FSStream::Read(void* data, unsigned int size)
