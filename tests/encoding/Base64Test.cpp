@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <optional>
 #include <string>
 
@@ -155,6 +156,32 @@ TEST(Base64Test, AnUnfinishedGroupIsDropped)
         {"Q", ""}, {"QU", ""}, {"QUJ", ""}, {"QUJDQ", "ABC"}, {"QUJDQUJ", "ABC"}};
     for (const auto& [code, expected] : cases)
         EXPECT_EQ(Decode(code), expected) << code;
+}
+
+TEST(Base64Test, TheArrayOfADecodedTextIsZeroBehindItsBytes)
+{
+    // Every array is as long as GetDataLength() tells.
+    const std::pair<std::string, std::string> cases[] = {
+        {"Q", std::string(1, '\0')},
+        {"QUJ", std::string(3, '\0')},
+        {"QQ==", std::string("A\0\0", 3)},
+        {"QUI=", std::string("AB\0", 3)},
+        {"QUJDQUJ", std::string("ABC\0\0\0", 6)},
+        {"QQ==" + std::string(36, 'x'), "A" + std::string(29, '\0')}};
+    for (const auto& [code, expected] : cases) {
+        SCOPED_TRACE(code);
+        // What was freed is given out again with its old contents.
+        delete[] static_cast<unsigned char*>(
+            std::memset(new unsigned char[expected.size()], 0xEE, expected.size()));
+        unsigned char* out = nullptr;
+        unsigned int length = 0;
+
+        ASSERT_TRUE(b64_encode_binary(reinterpret_cast<const unsigned char*>(code.data()),
+                                      static_cast<unsigned int>(code.size()), &out, &length));
+
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(out), expected.size()), expected);
+        delete[] out;
+    }
 }
 
 TEST(Base64Test, CharactersThatAreNoDigitsCountAsZero)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
 #include <limits>
 #include <memory>
@@ -68,7 +69,10 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
     unsigned char* const data = Allocate(size);
     if (!data)
         return false;
-    *outLength = static_cast<unsigned int>(Toolkit::Base64Codec::Decode(in, length, data));
+    const std::size_t decoded = Toolkit::Base64Codec::Decode(in, length, data);
+    // What the text does not fill of the array is zero.
+    std::memset(data + decoded, 0, static_cast<std::size_t>(size) - decoded);
+    *outLength = static_cast<unsigned int>(decoded);
     *out = data;
     return true;
 }

@@ -24,10 +24,10 @@ TOOLKIT_API bool b64_decode_binary(const unsigned char* in, unsigned int length,
 /// the caller frees with delete[].
 ///
 /// Nothing is skipped: a character that is no digit, white space included, stands for the digit 0.
-/// A
-/// "=" ends the text and its group, which gives two bytes when the "=" is the group's fourth
+/// A "=" ends the text and its group, which gives two bytes when the "=" is the group's fourth
 /// character and one byte otherwise. A last group of less than four characters without "=" is
-/// dropped, so that there may be an array and no bytes.
+/// dropped, so that there may be an array and no bytes. The array has the size that
+/// `GetDataLength` tells; what the bytes do not fill of it is zero.
 ///
 /// False, and `*out` and `*outLength` are left alone, when there are no characters or more than
 /// 2147483647, when a pointer is null or when there is no memory.
