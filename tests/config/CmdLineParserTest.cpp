@@ -87,6 +87,15 @@ TEST_F(CmdLineParserTest, UnterminatedQuoteEndsTheLine)
     EXPECT_THAT(Tokenized(L"\"x\"\"y z"), ElementsAre(L"x"));
 }
 
+TEST_F(CmdLineParserTest, LineMayBeAmongTheTokensThatGo)
+{
+    Tokens tokens{L"first", L"second \"a long line that has memory of its own\" third"};
+
+    CmdLineParser::Tokenize(tokens[1], tokens);
+    EXPECT_THAT(tokens,
+                ElementsAre(L"second", L"a long line that has memory of its own", L"third"));
+}
+
 TEST_F(CmdLineParserTest, TokensMayHoldNullCharacters)
 {
     EXPECT_THAT(Tokenized(std::wstring(L"a\0b c", 5)), ElementsAre(std::wstring(L"a\0b", 3), L"c"));

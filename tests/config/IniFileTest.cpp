@@ -304,6 +304,25 @@ TEST_F(IniFileTest, ParseReplacesWhatWasThere)
     EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
 }
 
+TEST_F(IniFileTest, NextFileMayBeNamedByAValue)
+{
+    const TString<wchar_t> next = m_directory.WriteFile(L"next.ini", "[Other]\nm=2\n");
+    IniFile ini = Load("[Main]\nnext=" + std::string(next.begin(), next.end()));
+
+    EXPECT_TRUE(ini.Parse(ini.GetValue(L"Main", L"next", L"")));
+    EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
+}
+
+TEST_F(IniFileTest, KeysMayBeListedOverTheNameOfTheirSection)
+{
+    const std::string name(100, 'x');
+    const IniFile ini = Load("[" + name + "]\na=1\nb=2\n");
+    std::vector<TString<wchar_t>> names = {std::wstring(100, L'x')};
+
+    ini.GetKeyList(names[0], names);
+    EXPECT_THAT(names, ElementsAre(L"a", L"b"));
+}
+
 TEST_F(IniFileTest, FailedParseEmptiesTheSettingsAndTellsNothingOfTheConstruction)
 {
     const CapturedLog log;

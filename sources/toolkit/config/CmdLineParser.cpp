@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <type_traits>
+#include <utility>
 
 namespace Toolkit {
 
@@ -66,22 +67,24 @@ void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<w
     constexpr std::size_t none = std::wstring::npos;
     const wchar_t quote = c_strDelimiters.front();
 
-    tokens.clear();
+    // The line may be one of the old tokens, which stay until it has been read.
+    std::vector<TString<wchar_t>> found;
     std::size_t start = line.find_first_not_of(c_strSeparators);
     while (start != none) {
         std::size_t end = 0;
         if (line[start] == quote) {
             const std::size_t closing = line.find(quote, start + 1);
             if (closing == none)
-                return;
-            tokens.emplace_back(line.substr(start + 1, closing - start - 1));
+                break;
+            found.emplace_back(line.substr(start + 1, closing - start - 1));
             end = closing + 1;
         } else {
             end = std::min(line.find_first_of(c_strSeparators, start), line.size());
-            tokens.emplace_back(line.substr(start, end - start));
+            found.emplace_back(line.substr(start, end - start));
         }
         start = line.find_first_not_of(c_strSeparators, end);
     }
+    tokens = std::move(found);
 }
 
 bool CmdLineParser::Parse()

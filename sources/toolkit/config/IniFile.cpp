@@ -34,12 +34,14 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 
 bool IniFile::Parse(const TString<wchar_t>& path)
 {
+    // A file may be named by a value of the one before.
+    const TString<wchar_t> name(path);
     m_sections.clear();
 
     TextFile file;
-    if (!file.Open(path)) {
+    if (!file.Open(name)) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_openFailureLine)
-            << L"Unable to open file : " << path << ILogger::c_strLogToken3;
+            << L"Unable to open file : " << name << ILogger::c_strLogToken3;
         return false;
     }
 
@@ -136,8 +138,9 @@ bool IniFile::GetBool(const TString<wchar_t>& section, const TString<wchar_t>& k
 
 void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const
 {
-    keys.clear();
+    // Before the list is emptied: the section's name may come from it.
     const KeyMap* const found = Find(m_sections, section);
+    keys.clear();
     if (!found)
         return;
     keys.reserve(found->size());
