@@ -5,8 +5,11 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <limits>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -423,6 +426,29 @@ TEST(TStringTest, TokensReplaceWhatTheVectorHeld)
 
     Wide(L",").GetTokens(L",", tokens, true);
     EXPECT_THAT(tokens, IsEmpty());
+}
+
+TEST(TStringTest, TextAndDelimitersMayBeAmongTheTokensThatGo)
+{
+    std::vector<Wide> tokens = {L"a long first token,and a second one", L",;", L"old"};
+    tokens[0].GetTokens(tokens[1], tokens, false);
+    EXPECT_THAT(tokens, ElementsAre(L"a long first token", L"and a second one"));
+
+    tokens = {L"old", L";x,"};
+    Wide(L"a,b;c").GetTokens(tokens[1], tokens, false);
+    EXPECT_THAT(tokens, ElementsAre(L"a", L"b", L"c"));
+}
+
+// The alarm decides when a call is called one that does not return.
+TEST(TStringDeathTest, ReplaceByATextThatHoldsWhatIsReplacedDoesNotReturn)
+{
+    const auto replaceForASecond = [] {
+        ::alarm(1);
+        Replaced(L"a", L"a", L"a");
+        std::exit(0);
+    };
+
+    EXPECT_EXIT(replaceForASecond(), testing::KilledBySignal(SIGALRM), "");
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 namespace {
@@ -159,6 +160,12 @@ private:
     std::vector<TString<wchar_t>>& m_tokens;
     std::size_t m_count = 0;
 };
+
+bool IsAmong(const std::vector<TString<wchar_t>>& texts, const TString<wchar_t>& text)
+{
+    const std::less<> isBefore;
+    return !isBefore(&text, texts.data()) && isBefore(&text, texts.data() + texts.size());
+}
 
 void SplitText(const std::wstring& text, const DelimiterScanner& scanner, bool skipEmpty,
                TokenWriter& writer)
@@ -359,6 +366,10 @@ template <>
 void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>& tokens,
                                  bool skipEmpty) const
 {
+    if (IsAmong(tokens, *this) || IsAmong(tokens, delimiters)) {
+        TString(*this).GetTokens(TString(delimiters), tokens, skipEmpty);
+        return;
+    }
     TokenWriter writer(tokens);
     SplitText(*this, DelimiterScanner(delimiters), skipEmpty, writer);
     writer.Finish();
