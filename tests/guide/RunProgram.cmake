@@ -1,0 +1,24 @@
+# Runs PROGRAM in the empty directory DIRECTORY/home, which is its home too, and fails unless it ends
+# well and prints what the file EXPECTED holds.
+
+file(REMOVE_RECURSE "${DIRECTORY}")
+file(MAKE_DIRECTORY "${DIRECTORY}/home")
+# Logs are called after their programs, and others may run the same test.
+string(RANDOM LENGTH 16 name)
+file(COPY_FILE "${PROGRAM}" "${DIRECTORY}/${name}")
+set(ENV{HOME} "${DIRECTORY}/home")
+set(ENV{TZ} "Europe/Berlin")
+set(ENV{LC_ALL} "en_US.UTF-8")
+
+execute_process(
+    COMMAND "${DIRECTORY}/${name}"
+    WORKING_DIRECTORY "${DIRECTORY}/home"
+    RESULT_VARIABLE result
+    OUTPUT_VARIABLE output
+    ERROR_VARIABLE errors
+    TIMEOUT 240
+)
+file(READ "${EXPECTED}" expected)
+if(NOT "${result}" STREQUAL "0" OR NOT "${output}${errors}" STREQUAL "${expected}")
+    message(FATAL_ERROR "result ${result}, expected:\n${expected}\nprinted:\n${output}${errors}")
+endif()

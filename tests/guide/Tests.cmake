@@ -1,0 +1,48 @@
+# The programs of guide and file formats. What a page shows is what is built and run: its first block
+# of C++, which has to print its first block of text.
+
+# Writes the first block of `language` on the page into `file`, which is left alone when it is that
+# already.
+function(toolkit_page_block page language file)
+    file(READ "${page}" text)
+    string(LENGTH "\n```${language}\n" opening)
+    string(FIND "${text}" "\n```${language}\n" begin)
+    if(begin EQUAL -1)
+        message(FATAL_ERROR "${page} has no block of ${language}")
+    endif()
+    math(EXPR begin "${begin} + ${opening}")
+    string(SUBSTRING "${text}" ${begin} -1 text)
+    string(FIND "${text}" "```" end)
+    string(SUBSTRING "${text}" 0 ${end} text)
+    file(WRITE "${file}.new" "${text}")
+    file(COPY_FILE "${file}.new" "${file}" ONLY_IF_DIFFERENT)
+endfunction()
+
+# Builds the program of the page docs/<folder>/<name>.md and adds it as a test.
+function(toolkit_page_program folder name)
+    set(page "${PROJECT_SOURCE_DIR}/docs/${folder}/${name}.md")
+    set(block "${CMAKE_CURRENT_BINARY_DIR}/guide/${name}")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
+    toolkit_page_block("${page}" cpp "${block}.cpp")
+    toolkit_page_block("${page}" text "${block}.txt")
+
+    set(program ${folder}-${name})
+    add_executable(${program} "${block}.cpp")
+    target_link_libraries(${program} PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+    add_test(
+        NAME ${program}
+        COMMAND
+            ${CMAKE_COMMAND} "-DPROGRAM=$<TARGET_FILE:${program}>" "-DEXPECTED=${block}.txt"
+            "-DDIRECTORY=${block}-run" -P "${CMAKE_CURRENT_SOURCE_DIR}/guide/RunProgram.cmake"
+    )
+    set_tests_properties(${program} PROPERTIES TIMEOUT 300)
+endfunction()
+
+foreach(
+    name IN
+    ITEMS core threading encoding logging config files system ipc regExp datetime archive module
+)
+    toolkit_page_program(guide ${name})
+endforeach()
+toolkit_page_program(formats ini)
+toolkit_page_program(formats serialized)
