@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <latch>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -324,6 +325,80 @@ TEST_F(LibModuleManagerTest, AReleasePassInsideOfAnotherOneKeepsTheListWhole)
 
     EXPECT_THAT(m_calls, ElementsAre("-3", "-3", "-2", "-1", "-2"));
     EXPECT_THAT(NextLife(), ElementsAre("+2", "+3", "-3", "-2"));
+}
+
+void ThrowByModule()
+{
+    throw std::runtime_error("thrown by the module");
+}
+
+TEST_F(LibModuleManagerTest, AModuleThatThrowsAtTheStartStopsNoOther)
+{
+    RegisterAll();
+    m_first.onInitialize = ThrowByModule;
+    m_second.onInitialize = [] { throw 2; };
+
+    EXPECT_THROW(m_manager.Initialize(false), std::runtime_error);
+
+    EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "+3"));
+    m_manager.Unregister(&m_third);
+    EXPECT_EQ(m_calls.back(), "-3");
+}
+
+TEST_F(LibModuleManagerTest, ALateModuleThatThrowsIsNotRegistered)
+{
+    m_manager.Register(&m_first);
+    m_manager.Initialize(false);
+    m_second.onInitialize = ThrowByModule;
+
+    EXPECT_THROW(m_manager.Register(&m_second), std::runtime_error);
+
+    m_second.onInitialize = nullptr;
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleThatThrowsAtTheStopStopsNoOther)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_third.onRelease = ThrowByModule;
+    m_second.onRelease = [this] {
+        m_manager.Unregister(&m_second);
+        throw 2;
+    };
+    m_calls.clear();
+
+    EXPECT_THROW(m_manager.Release(false), std::runtime_error);
+
+    EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
+    m_third.onRelease = nullptr;
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+}
+
+TEST_F(LibModuleManagerTest, AfterAStopThatThrewTheRegistryIsStopped)
+{
+    m_manager.Register(&m_first);
+    m_manager.Initialize(false);
+    m_first.onRelease = ThrowByModule;
+    EXPECT_THROW(m_manager.Release(false), std::runtime_error);
+    m_calls.clear();
+
+    m_manager.Register(&m_second);
+    m_manager.Unregister(&m_first);
+
+    EXPECT_THAT(m_calls, IsEmpty());
+    EXPECT_THAT(NextLife(), ElementsAre("+2", "-2"));
+}
+
+TEST_F(LibModuleManagerTest, AModuleThatThrowsWhenItLeavesHasLeft)
+{
+    RegisterAll();
+    m_manager.Initialize(false);
+    m_second.onRelease = ThrowByModule;
+
+    EXPECT_THROW(m_manager.Unregister(&m_second), std::runtime_error);
+
+    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
 TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)

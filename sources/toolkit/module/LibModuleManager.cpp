@@ -5,8 +5,36 @@
 #include "toolkit/threading/InstalledForwarder.Private.h"
 
 #include <algorithm>
+#include <exception>
 
 namespace Toolkit {
+namespace {
+
+// Keeps the first of what callbacks throw, so that the others have their turn all the same.
+class FirstThrown {
+public:
+    template <typename Callback>
+    void Call(Callback callback)
+    {
+        try {
+            callback();
+        } catch (...) {
+            if (!m_thrown)
+                m_thrown = std::current_exception();
+        }
+    }
+
+    void Rethrow() const
+    {
+        if (m_thrown)
+            std::rethrow_exception(m_thrown);
+    }
+
+private:
+    std::exception_ptr m_thrown;
+};
+
+} // namespace
 
 // Callbacks may change the list. As long as one runs, no entry is erased under a walker's feet.
 class LibModuleManager::Walk {
@@ -43,8 +71,17 @@ void LibModuleManager::Register(LibModule* module)
         return;
     }
     m_modules.push_back({module, 1});
-    if (m_initialized)
+    if (!m_initialized)
+        return;
+    const Walk walk(*this);
+    LibModuleContainer& entry = m_modules.back();
+    try {
         module->Initialize();
+    } catch (...) {
+        // A module that throws instead of starting leaves no entry behind.
+        entry.module = nullptr;
+        throw;
+    }
 }
 
 void LibModuleManager::Unregister(LibModule* module)
@@ -61,9 +98,11 @@ void LibModuleManager::Unregister(LibModule* module)
         return;
     }
     const Walk walk(*this);
+    FirstThrown thrown;
     if (m_initialized)
-        module->Release();
+        thrown.Call([module] { module->Release(); });
     found->module = nullptr;
+    thrown.Rethrow();
 }
 
 void LibModuleManager::Initialize(bool initializeFramework)
@@ -74,24 +113,29 @@ void LibModuleManager::Initialize(bool initializeFramework)
         ASSERT(started);
         m_frameworkStarts += started ? 1 : 0;
     }
-    InitializeModules();
+    FirstThrown thrown;
+    thrown.Call([this] { InitializeModules(); });
     m_initialized = 1;
+    thrown.Rethrow();
 }
 
 // A module that is registered meanwhile has its turn at the end.
 void LibModuleManager::InitializeModules()
 {
     const Walk walk(*this);
+    FirstThrown thrown;
     for (const LibModuleContainer& entry : m_modules) {
         if (entry.module)
-            entry.module->Initialize();
+            thrown.Call([&entry] { entry.module->Initialize(); });
     }
+    thrown.Rethrow();
 }
 
 void LibModuleManager::Release(bool releaseFramework)
 {
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
-    ReleaseModules();
+    FirstThrown thrown;
+    thrown.Call([this] { ReleaseModules(); });
     if (releaseFramework) {
         InstalledForwarder::Detach();
         // Stopping a framework that somebody else has started would end it for them.
@@ -101,20 +145,23 @@ void LibModuleManager::Release(bool releaseFramework)
         }
     }
     m_initialized = 0;
+    thrown.Rethrow();
 }
 
 void LibModuleManager::ReleaseModules()
 {
     const Walk walk(*this);
+    FirstThrown thrown;
     m_releasing = 1;
     // No reverse iterator: it would come back to an entry behind which a module is registered.
     for (auto entry = m_modules.end(); entry != m_modules.begin();) {
         --entry;
         if (entry->module)
-            entry->module->Release();
+            thrown.Call([&entry] { entry->module->Release(); });
     }
     m_releasing = 0;
     RemovePending();
+    thrown.Rethrow();
 }
 
 // An entry may be here twice: its module left, came back and left again.

@@ -16,13 +16,17 @@ namespace Toolkit {
 ///
 /// Both may be called again and again. Any thread may call the operations; they hold one recursive
 /// lock for their whole duration, so modules may call them from their own callbacks.
+///
+/// What a module throws comes out of the operation that called it, after all that the operation has
+/// to do: the other modules have their turn, and of several exceptions the first comes out.
 class TOOLKIT_API LibModuleManager {
 public:
     LibModuleManager();
     ~LibModuleManager();
 
     /// Adds `module`, which stays the caller's, and initialises it at once when the registry is
-    /// initialised. A module that is there already is only counted. Null is ignored.
+    /// initialised; it is not added when it throws then. A module that is there already is only
+    /// counted. Null is ignored.
     void Register(LibModule* module);
 
     /// Takes back one registration. With the last one the module is released, when the registry is
