@@ -2,9 +2,12 @@
 // operations: fields and slots keep their places. Slots 0 and 1 are the two forms of the
 // destructor.
 
+#include "toolkit/datetime/DateTime.h"
 #include "toolkit/files/FFile.h"
+#include "toolkit/files/PathManager.h"
 #include "toolkit/files/TextFile.h"
 #include "toolkit/files/TextInputStream.h"
+#include "toolkit/ipc/IPCServer.h"
 #include "toolkit/logging/ConsoleLogger.h"
 #include "toolkit/logging/DebuggerLogger.h"
 #include "toolkit/logging/FileLogger.h"
@@ -12,6 +15,7 @@
 #include "toolkit/logging/WxLogForwarder.h"
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/module/ToolkitModule.h"
+#include "toolkit/regExp/RegExp.h"
 #include "toolkit/system/RestartManagment.h"
 #include "toolkit/system/SingleApplicationInstance.h"
 #include "toolkit/system/SystemInfo.h"
@@ -19,13 +23,20 @@
 #include "toolkit/threading/EventObject.h"
 #include "toolkit/threading/Thread.h"
 
-#include <gtest/gtest.h>
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
 
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
+#include <vector>
 
 namespace Toolkit {
 namespace {
+
+using testing::ElementsAre;
 
 constexpr std::size_t c_pointer = sizeof(void*);
 
@@ -35,6 +46,18 @@ Value ReadAt(const Object& object, std::size_t offset)
     Value value;
     std::memcpy(&value, reinterpret_cast<const unsigned char*>(&object) + offset, sizeof value);
     return value;
+}
+
+// Where in `object` each of the fields stands, in bytes.
+template <typename Object>
+std::vector<std::size_t> OffsetsIn(const Object& object, std::initializer_list<const void*> fields)
+{
+    std::vector<std::size_t> offsets;
+    for (const void* const field : fields)
+        offsets.push_back(
+            static_cast<std::size_t>(static_cast<const unsigned char*>(field) -
+                                     reinterpret_cast<const unsigned char*>(&object)));
+    return offsets;
 }
 
 // Itanium C++ ABI, section 2.3: a pointer to a virtual member function holds the offset of its
@@ -190,6 +213,93 @@ TEST(LayoutTest, StreamsShareOnePointerField)
 {
     EXPECT_EQ(sizeof(InputStream), 2 * c_pointer);
     EXPECT_EQ(sizeof(TextInputStream), sizeof(InputStream));
+}
+
+TEST(LayoutTest, ThePathManagerHoldsElevenTextsInOrder)
+{
+    constexpr std::size_t text = sizeof(TString<wchar_t>);
+    const Testing::TempDir directory;
+    const Testing::ScopedEnvironment home("HOME", directory.Path());
+    const PathManager paths;
+
+    EXPECT_EQ(sizeof paths, 11 * text);
+    EXPECT_THAT(
+        OffsetsIn(paths,
+                  {&paths.GetApplicationName(), &paths.GetConfigurationPath(),
+                   &paths.GetApplicationDataPath(), &paths.GetApplicationPath(),
+                   &paths.GetApplicationRessourcesPath(), &paths.GetAppearancesPath(),
+                   &paths.GetPluginsPath(), &paths.GetDocumentsPath(), &paths.GetPathSeparator(),
+                   &paths.GetMassStorageDataPath(), &paths.GetApplicationUniqueName()}),
+        ElementsAre(0u, text, 2 * text, 3 * text, 4 * text, 5 * text, 6 * text, 7 * text, 8 * text,
+                    9 * text, 10 * text));
+}
+
+TEST(LayoutTest, AnIpcListenerIsToldInItsThirdSlot)
+{
+    EXPECT_EQ(SlotOf(&IPCConnectionEvent::OnExecute), 2u);
+    EXPECT_EQ(sizeof(IPCConnectionEvent), c_pointer);
+}
+
+TEST(LayoutTest, AnIpcServerAddsItsInternalServerAndItsName)
+{
+    constexpr std::size_t own = sizeof(EventNotifier<IPCConnectionEvent>);
+    const IPCServer server(L"name");
+
+    EXPECT_EQ(sizeof server, own + c_pointer + sizeof(TString<wchar_t>));
+    EXPECT_NE(ReadAt<void*>(server, own), nullptr);
+    // A text begins with the address of its characters.
+    EXPECT_STREQ(ReadAt<const wchar_t*>(server, own + c_pointer), L"name");
+}
+
+TEST(LayoutTest, ARegExpHoldsItsPatternAndThenItsModifiers)
+{
+    const RegExp regExp(TString<char>("pattern"), RegExpOptions::MultiLine);
+
+    EXPECT_STREQ(ReadAt<const char*>(regExp, 0), "pattern");
+    EXPECT_EQ(ReadAt<std::int32_t>(regExp, sizeof(TString<char>)), 2);
+}
+
+TEST(LayoutTest, ARegExpExceptionHoldsFourTexts)
+{
+    constexpr std::size_t text = sizeof(TString<char>);
+    const RegExpException exception;
+
+    EXPECT_EQ(sizeof exception, c_pointer + 4 * text);
+    EXPECT_THAT(
+        OffsetsIn(exception,
+                  {&exception.message, &exception.file, &exception.line, &exception.function}),
+        ElementsAre(c_pointer, c_pointer + text, c_pointer + 2 * text, c_pointer + 3 * text));
+}
+
+TEST(LayoutTest, AGroupHoldsNameValueAndIndex)
+{
+    constexpr std::size_t text = sizeof(TString<char>);
+    const Group group("value", 1);
+
+    EXPECT_THAT(OffsetsIn(group, {&group.name, &group.value, &group.index}),
+                ElementsAre(0u, text, 2 * text));
+    EXPECT_EQ(sizeof group.index, 2u);
+}
+
+TEST(LayoutTest, AMatchResultAddsItsFieldsToACollectionOfGroups)
+{
+    constexpr std::size_t own = sizeof(GroupCollection);
+    constexpr std::size_t subject = own + 3 * c_pointer;
+    constexpr std::size_t options = subject + 2 * sizeof(TString<char>);
+    const MatchResult result;
+
+    EXPECT_THAT(
+        OffsetsIn(result, {&result.groups, &result.names, &result.errorText, &result.errorOffset,
+                           &result.code, &result.subject, &result.pattern, &result.execOptions,
+                           &result.resultCode, &result.ovectorSize, &result.ovector}),
+        ElementsAre(0u, sizeof result.groups, own, own + c_pointer, own + 2 * c_pointer, subject,
+                    subject + sizeof(TString<char>), options, options + 4, options + 8,
+                    options + 12));
+}
+
+TEST(LayoutTest, ADateHoldsOnePointer)
+{
+    EXPECT_EQ(sizeof(DateTime), c_pointer);
 }
 
 TEST(LayoutTest, AVersionHoldsItsPartsInOrder)
