@@ -3,6 +3,7 @@
 #include "toolkit/encoding/UTF8.h"
 
 #include "support/CapturedLog.h"
+#include "support/NoMoreProcesses.h"
 #include "support/RunProgram.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TempDir.h"
@@ -12,6 +13,7 @@
 #include <future>
 #include <sstream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Toolkit {
 namespace {
@@ -124,6 +126,17 @@ TEST_F(RestartManagmentTest, ActivationSucceedsWithoutTheProgram)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, testing::EndsWith("/gone)=1\n"));
     EXPECT_EQ(result.errors, "");
+}
+
+TEST(RestartManagmentDeathTest, ActivationSucceedsWithoutAProcess)
+{
+    const auto activate = [] {
+        Testing::AllowNoMoreProcesses();
+        const bool isMade = ::fork() >= 0;
+        ::_exit(!isMade && RestartManagment().ActivateRestartProcess() ? 0 : 1);
+    };
+
+    EXPECT_EXIT(activate(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(RestartManagmentTest, ACopyOutlivesTheRelease)

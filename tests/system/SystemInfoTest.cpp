@@ -2,6 +2,7 @@
 
 #include "toolkit/encoding/UTF8.h"
 
+#include "support/NoMoreProcesses.h"
 #include "support/RunProgram.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TempDir.h"
@@ -216,6 +217,17 @@ TEST_F(SystemInfoTest, WaitingFailsWhenNoStatusIsKept)
 
     EXPECT_EQ(SystemInfo::StartProcess(c_startedProgram, L"", true), -1);
     ::signal(SIGCHLD, previous);
+}
+
+TEST(SystemInfoDeathTest, AProcessThatCannotBeMadeGivesTheErrorNumber)
+{
+    const auto start = [](bool wait) {
+        Testing::AllowNoMoreProcesses();
+        ::_exit(SystemInfo::StartProcess(L"/bin/true", L"", wait));
+    };
+
+    EXPECT_EXIT(start(false), testing::ExitedWithCode(EAGAIN), "");
+    EXPECT_EXIT(start(true), testing::ExitedWithCode(EAGAIN), "");
 }
 
 TEST_F(SystemInfoTest, BuffersAndDestructorsOfTheStarterRunOnce)
