@@ -119,6 +119,20 @@ TEST_F(PathManagerProgramTest, ApplicationIsNamedByItsFileWithoutTheLastExtensio
     }
 }
 
+// A file name that is no text counts as unknown.
+TEST_F(PathManagerProgramTest, ApplicationThatIsUnknownLivesNamelessInTheWorkingDirectory)
+{
+    const std::string directory = std::filesystem::current_path();
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        Paths paths = Run("bin/\xFF", arguments);
+        EXPECT_EQ(paths["name"], "");
+        EXPECT_EQ(paths["application"], directory);
+        EXPECT_EQ(paths["data"], paths["user's directory"] + "/");
+        EXPECT_EQ(paths["unique"], UniqueForm(directory) + Account().pw_name);
+    }
+}
+
 TEST_F(PathManagerProgramTest, UniqueNameIsLowerCaseWithoutSeparatorsAndColons)
 {
     std::filesystem::create_directories(Path("Apps/My Tool: New/bin"));
