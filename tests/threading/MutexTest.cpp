@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <optional>
@@ -193,6 +194,64 @@ TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasGone)
         std::thread([&mutex] { mutex.Lock(MutexInternal::Infinite); }).join();
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(MutexTest, IsFreeWhateverBecameOfOthersBefore)
+{
+    for (int i = 0; i < 20; ++i) {
+        {
+            Mutex heldTwice(true);
+            heldTwice.Lock(0);
+            Mutex heldByNobodyAlive(false);
+            std::thread([&] { heldByNobodyAlive.Lock(MutexInternal::Infinite); }).join();
+        }
+        Mutex mutex(false);
+        Mutex another(false);
+
+        EXPECT_TRUE(TryLockOnOtherThread(mutex));
+        EXPECT_TRUE(TryLockOnOtherThread(another));
+    }
+}
+
+TEST(MutexTest, IsOfItsThreadAloneWhenManyAreMadeOnManyThreads)
+{
+    const auto makeAndLock = [] {
+        int successes = 0;
+        for (int round = 0; round < 2000; ++round) {
+            Mutex first(false);
+            Mutex second(true);
+            successes += first.Lock(0) && second.Lock(0) ? 1 : 0;
+            first.Unlock();
+        }
+        return successes;
+    };
+    std::vector<std::future<int>> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.push_back(std::async(std::launch::async, makeAndLock));
+
+    for (std::future<int>& thread : threads)
+        EXPECT_EQ(thread.get(), 2000);
+}
+
+TEST(MutexTest, StaysHeldWhileStrangersTryToUnlockIt)
+{
+    Mutex mutex(false);
+    std::atomic<bool> isOver = false;
+    auto stranger = std::async(std::launch::async, [&] {
+        int unlocked = 0;
+        while (!isOver)
+            unlocked += mutex.Unlock() ? 1 : 0;
+        return unlocked;
+    });
+
+    for (int round = 0; round < 20000; ++round) {
+        ASSERT_TRUE(mutex.Lock(MutexInternal::Infinite));
+        ASSERT_TRUE(mutex.Unlock());
+    }
+    isOver = true;
+
+    EXPECT_EQ(stranger.get(), 0);
+    EXPECT_FALSE(mutex.Unlock());
 }
 
 TEST(MutexLockerTest, HoldsTheMutexForItsScope)

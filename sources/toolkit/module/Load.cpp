@@ -7,6 +7,7 @@
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/module/ToolkitModule.h"
 #include "toolkit/system/RestartManagment.h"
+#include "toolkit/threading/MutexStock.Private.h"
 
 #include <ios>
 
@@ -31,7 +32,11 @@ ToolkitModule* pToolkitModuleInstance = nullptr;
 class LoadSequence {
 public:
     LoadSequence() { DllToolkitLoad(); }
-    ~LoadSequence() { DllToolkitUnload(); }
+    ~LoadSequence()
+    {
+        DllToolkitUnload();
+        MutexStock::Clear();
+    }
 
     LoadSequence(const LoadSequence&) = delete;
     LoadSequence& operator=(const LoadSequence&) = delete;
