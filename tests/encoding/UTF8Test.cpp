@@ -107,6 +107,18 @@ TEST(UTF8Test, SequencesMayStandAnywhereInALongText)
     }
 }
 
+TEST(UTF8Test, ALongTextTakesNoMoreThanTwiceItsRoom)
+{
+    std::string narrow(2000, 'a');
+    for (int i = 0; i < 20000; ++i)
+        narrow += "\xE4\xB8\xAD";
+
+    const Wide wide = UTF8::ToUNICODE(narrow);
+
+    EXPECT_EQ(wide.size(), 22000u);
+    EXPECT_LE(wide.capacity(), 44001u);
+}
+
 TEST(UTF8Test, BothWaysEndAtTheFirstNull)
 {
     EXPECT_EQ(UTF8::ToUTF8(Wide(std::wstring(L"a\u00E9\0b", 4))), "a\xC3\xA9");

@@ -22,9 +22,7 @@ constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 // The local copies are blocks that nothing else points to: on them the compiler uses vectors.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
-    std::uint64_t halves[2];
-    std::memcpy(halves, from, sizeof halves);
-    if (((halves[0] | halves[1]) & 0x8080808080808080) != 0)
+    if (!Lanes::IsZero(Lanes::Load<unsigned char>(from) & 0x80))
         return false;
 
     unsigned char block[c_blockLength];
@@ -198,6 +196,14 @@ std::size_t CountCharacters(const char* at, const char* end)
     return count + static_cast<std::size_t>(end - at);
 }
 
+// How many characters to make room for, of a text that is longer than the buffer. One that begins
+// in ASCII mostly goes on so, and counting would walk through it once more.
+std::size_t EstimateCharacters(const char* bytes, const char* end)
+{
+    const bool beginsInAscii = CountCharacters(bytes, bytes + c_bufferLength) == c_bufferLength;
+    return beginsInAscii ? static_cast<std::size_t>(end - bytes) : CountCharacters(bytes, end);
+}
+
 } // namespace
 
 bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
@@ -224,7 +230,7 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
     const std::size_t oldLength = text.size();
     const char* const end = bytes + length;
     if (end - bytes > c_bufferLength)
-        text.reserve(oldLength + CountCharacters(bytes, end));
+        text.reserve(oldLength + EstimateCharacters(bytes, end));
     wchar_t buffer[c_bufferLength];
     while (bytes != end) {
         const wchar_t* const written = DecodeIntoBuffer(bytes, end, buffer);
@@ -234,6 +240,8 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
         }
         text.append(buffer, static_cast<std::size_t>(written - buffer));
     }
+    if (text.capacity() / 2 > std::max(text.size(), std::size_t{c_bufferLength}))
+        text.shrink_to_fit();
     return true;
 }
 
