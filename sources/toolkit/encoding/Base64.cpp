@@ -2,7 +2,6 @@
 
 #include "toolkit/encoding/Base64Codec.Private.h"
 #include "toolkit/encoding/UTF8.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -91,10 +90,13 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
     std::wstring text;
     text.reserve((length + 2) / 3 * 4);
     unsigned char code[c_pieceLength / 3 * 4];
+    wchar_t characters[c_pieceLength / 3 * 4];
     while (length > 0) {
         const std::size_t piece = std::min(length, c_pieceLength);
+        const std::size_t codeLength = (piece + 2) / 3 * 4;
         Base64Codec::Encode(bytes, piece, code);
-        Utf8Codec::AppendDecoded(text, reinterpret_cast<const char*>(code), (piece + 2) / 3 * 4);
+        std::copy_n(code, codeLength, characters);
+        text.append(characters, codeLength);
         bytes += piece;
         length -= piece;
     }
@@ -107,14 +109,15 @@ bool DecodeShort(const TString<wchar_t>& text, Bytes& bytes)
 {
     constexpr std::size_t longest = 1024;
 
-    const std::size_t length = std::wcslen(text.c_str());
+    const wchar_t* const characters = text.c_str();
+    const std::size_t length = std::wcslen(characters);
     if (length > longest)
         return false;
     unsigned char code[longest];
     std::uint32_t bits = 0;
     for (std::size_t index = 0; index < length; ++index) {
-        bits |= static_cast<std::uint32_t>(text[index]);
-        code[index] = static_cast<unsigned char>(text[index]);
+        bits |= static_cast<std::uint32_t>(characters[index]);
+        code[index] = static_cast<unsigned char>(characters[index]);
     }
     if (bits >= 0x80)
         return false;
@@ -140,12 +143,9 @@ void Decode(const std::string& code, Bytes& bytes)
 
 TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
 try {
-    unsigned char* copy = nullptr;
-    unsigned int length = 0;
-    if (!bytes.IsValid() || !bytes->GetBytes(&copy, &length))
+    if (!bytes.IsValid() || !IsEncodable(bytes->m_size))
         return {};
-    const Array freed(copy);
-    return IsEncodable(length) ? Encode(copy, length) : std::wstring();
+    return Encode(bytes->m_data, bytes->m_size);
 } catch (const std::bad_alloc&) {
     return {};
 }
