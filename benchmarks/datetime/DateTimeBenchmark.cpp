@@ -5,6 +5,7 @@
 #include <ctime>
 #include <fmt/chrono.h>
 #include <fmt/format.h>
+#include <fmt/xchar.h>
 #include <stdlib.h>
 #include <string>
 #include <time.h>
