@@ -1,3 +1,4 @@
+toolkit_test(core/AssertTest.cpp)
 toolkit_test(core/SmartPtrTest.cpp)
 toolkit_test(core/TStringReferenceTest.cpp)
 toolkit_test(core/TStringTest.cpp)

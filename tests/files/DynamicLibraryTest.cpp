@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <filesystem>
 
 namespace Toolkit {
@@ -41,6 +42,15 @@ TEST_F(DynamicLibraryTest, FindsTheSymbolsOfALibrary)
     const auto answer = reinterpret_cast<Function>(library.GetSymbol(L"ProbeAnswer"));
     ASSERT_NE(answer, nullptr);
     EXPECT_EQ(answer(), 42);
+}
+
+TEST_F(DynamicLibraryTest, MakesItsSymbolsKnownToLaterLibraries)
+{
+    ASSERT_EQ(::dlsym(RTLD_DEFAULT, "ProbeAnswer"), nullptr);
+
+    const DynamicLibrary library(Probe());
+
+    EXPECT_EQ(::dlsym(RTLD_DEFAULT, "ProbeAnswer"), library.GetSymbol(L"ProbeAnswer"));
 }
 
 TEST_F(DynamicLibraryTest, AddsTheExtensionOfTheSystem)

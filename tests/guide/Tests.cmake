@@ -46,3 +46,22 @@ foreach(
 endforeach()
 toolkit_page_program(formats ini)
 toolkit_page_program(formats serialized)
+
+# The plug-in of the page about them, which a test loads.
+if(BUILD_SHARED_LIBS)
+    set(page "${PROJECT_SOURCE_DIR}/docs/plugins.md")
+    set(block "${CMAKE_CURRENT_BINARY_DIR}/guide/plugins")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
+    toolkit_page_block("${page}" cpp "${block}.cpp")
+    add_library(PagePlugIn MODULE "${block}.cpp")
+    set_target_properties(
+        PagePlugIn PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+    )
+    target_link_libraries(PagePlugIn PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+
+    toolkit_test(guide/PlugInPageTest.cpp)
+    target_compile_definitions(
+        PlugInPageTest PRIVATE PLUG_IN_LIBRARY=L"$<TARGET_FILE:PagePlugIn>"
+    )
+    add_dependencies(PlugInPageTest PagePlugIn)
+endif()

@@ -1,0 +1,70 @@
+#include "toolkit/files/DynamicLibrary.h"
+#include "toolkit/module/LibModuleManager.h"
+
+#include "support/CapturedLog.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace Toolkit::Testing {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// The plug-in that the page about plug-ins shows.
+class PlugInPageTest : public testing::Test {
+protected:
+    void Load() { m_plugIn = std::make_unique<DynamicLibrary>(TString<wchar_t>(PLUG_IN_LIBRARY)); }
+    void Unload() { m_plugIn.reset(); }
+
+    const TempDir m_home;
+    const ScopedEnvironment m_environment{"HOME", m_home.Path().native()};
+    const CapturedLog m_log;
+    const smart_ptr<ILogger> m_keptLog = ILogger::GetInstance(); // the stop lets the logger go
+    LibModuleManager& m_registry = *LibModuleManager::GetInstance();
+    std::unique_ptr<DynamicLibrary> m_plugIn;
+};
+
+TEST_F(PlugInPageTest, OffersItsFunction)
+{
+    Load();
+
+    using Function = int (*)(int);
+    const auto getTideHeight = reinterpret_cast<Function>(m_plugIn->GetSymbol(L"GetTideHeight"));
+    ASSERT_NE(getTideHeight, nullptr);
+    EXPECT_EQ(getTideHeight(8), 4);
+}
+
+TEST_F(PlugInPageTest, StartsAndStopsWithTheLibrary)
+{
+    Load();
+    EXPECT_THAT(m_log.Lines(), IsEmpty());
+    m_registry.Initialize(true);
+    m_registry.Release(true);
+    Unload();
+
+    EXPECT_THAT(m_log.Lines(),
+                ElementsAre(IsLogLine(SeverityInfo, L"Initialize", L"tide tables are open"),
+                            IsLogLine(SeverityInfo, L"Release", L"tide tables are closed")));
+}
+
+TEST_F(PlugInPageTest, StartsWithItsLoadAndStopsWithItsUnload)
+{
+    m_registry.Initialize(true);
+    Load();
+    Unload();
+    EXPECT_THAT(m_log.Lines(),
+                ElementsAre(IsLogLine(SeverityInfo, L"Initialize", L"tide tables are open"),
+                            IsLogLine(SeverityInfo, L"Release", L"tide tables are closed")));
+    m_registry.Release(true);
+
+    EXPECT_EQ(m_log.Lines().size(), 2u);
+}
+
+} // namespace
+} // namespace Toolkit::Testing
