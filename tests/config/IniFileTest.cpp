@@ -1,6 +1,7 @@
 #include "toolkit/config/IniFile.h"
 
 #include "support/CapturedLog.h"
+#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 
@@ -17,6 +18,7 @@ namespace {
 
 using Testing::CapturedLog;
 using testing::ElementsAre;
+using Testing::FailingAllocation;
 using testing::IsEmpty;
 using Testing::IsLogLine;
 using Testing::ScopedLocale;
@@ -321,6 +323,30 @@ TEST_F(IniFileTest, KeysMayBeListedOverTheNameOfTheirSection)
 
     ini.GetKeyList(names[0], names);
     EXPECT_THAT(names, ElementsAre(L"a", L"b"));
+}
+
+// Parses while one allocation fails; false when there are not that many.
+bool ParseWithAFailingAllocation(IniFile& ini, const TString<wchar_t>& path, long allocation)
+{
+    const FailingAllocation failing(allocation);
+    const bool isParsed = ini.Parse(path);
+    EXPECT_EQ(isParsed, !failing.HasFailed());
+    return failing.HasFailed();
+}
+
+TEST_F(IniFileTest, SettingsThatFindNoMemoryAreLeftOutAltogether)
+{
+    const TString<wchar_t> path = m_directory.WriteFile(
+        L"long.ini", "[a section that is long]\na key that is long=" + std::string(50, 'v'));
+    const TString<wchar_t> section = L"a section that is long";
+    IniFile ini = Load("");
+
+    long allocation = 0;
+    for (; ParseWithAFailingAllocation(ini, path, allocation); ++allocation)
+        EXPECT_FALSE(ini.HasSection(section)) << allocation;
+
+    EXPECT_GT(allocation, 10);
+    EXPECT_EQ(Value(ini, section, L"a key that is long"), std::wstring(50, L'v'));
 }
 
 TEST_F(IniFileTest, FailedParseEmptiesTheSettingsAndTellsNothingOfTheConstruction)

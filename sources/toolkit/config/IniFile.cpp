@@ -4,6 +4,7 @@
 #include "toolkit/logging/Log.h"
 
 #include <algorithm>
+#include <new>
 
 namespace Toolkit {
 namespace {
@@ -33,7 +34,7 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 }
 
 bool IniFile::Parse(const TString<wchar_t>& path)
-{
+try {
     // A file may be named by a value of the one before.
     const TString<wchar_t> name(path);
     m_sections.clear();
@@ -51,6 +52,9 @@ bool IniFile::Parse(const TString<wchar_t>& path)
         section = ParseLine(file.GetNextLine(), section);
     file.Close();
     return true;
+} catch (const std::bad_alloc&) {
+    m_sections.clear();
+    return false;
 }
 
 // Returns the section that the lines after this one belong to; null above the first header.

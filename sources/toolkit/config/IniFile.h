@@ -27,7 +27,8 @@ public:
     IniFile(const TString<wchar_t>& path);
 
     /// Replaces the settings by those of the file `path`. A file that cannot be opened is logged as
-    /// an error and gives false and no settings. IsLoaded() keeps telling of the construction.
+    /// an error and gives false and no settings; one whose settings do not fit into memory does
+    /// too, but for the log. IsLoaded() keeps telling of the construction.
     bool Parse(const TString<wchar_t>& path);
 
     /// Whether the file given at construction was read.
