@@ -1,6 +1,7 @@
 #include "toolkit/logging/FileLogger.h"
 
 #include "support/FileSizeLimit.h"
+#include "support/ScarceMemory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,6 +22,7 @@
 namespace Toolkit {
 namespace {
 
+using Testing::AllocationLimit;
 using Testing::Await;
 using Testing::FindOpenFile;
 using Testing::NoDescriptors;
@@ -165,6 +167,36 @@ TEST_F(FileLoggerFaultTest, MayOutliveThePathManager)
         Await([this] { return !Files().empty(); });
     }
     EXPECT_EQ(ReadWholeFile(Files().front()), "text");
+}
+
+TEST_F(FileLoggerFaultTest, PieceThatFindsNoRoomInTheQueueIsLeftOut)
+{
+    const TString<wchar_t> longPiece(std::wstring(1'000'000, L'x'));
+    {
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(L"before ");
+        {
+            const AllocationLimit limit(1'000'000);
+            EXPECT_NO_THROW(logger.Write(longPiece));
+        }
+        logger.Write(L"behind");
+    }
+    EXPECT_EQ(ReadWholeFile(Path()), "before behind");
+}
+
+TEST_F(FileLoggerFaultTest, PieceThatFindsNoMemoryForItsBytesIsLeftOut)
+{
+    std::optional<NoDescriptors> noDescriptors(std::in_place);
+    {
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(L"before ");
+        logger.Write(std::wstring(1'000'000, L'x'));
+        logger.Write(L"behind");
+        const AllocationLimit limit(500'000);
+        noDescriptors.reset();
+        Await([this] { return Files().size() == 1 && ReadWholeFile(Files().front()).size() > 7; });
+    }
+    EXPECT_EQ(ReadWholeFile(Files().front()), "before behind");
 }
 
 TEST_F(FileLoggerFaultTest, FullDiskKeepsWhatFits)

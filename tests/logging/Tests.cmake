@@ -1,6 +1,7 @@
 toolkit_test(logging/ConsoleLoggerTest.cpp)
 toolkit_test(logging/DebuggerLoggerTest.cpp)
 toolkit_test(logging/FileLoggerFaultTest.cpp)
+target_sources(FileLoggerFaultTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(logging/FileLoggerKillTest.cpp)
 toolkit_test(logging/FileLoggerTest.cpp)
 toolkit_test(logging/ILoggerTest.cpp)

@@ -7,7 +7,9 @@
 #include "toolkit/logging/PieceQueue.Private.h"
 #include "toolkit/system/TickCount.h"
 
+#include <new>
 #include <unistd.h>
+
 namespace Toolkit {
 namespace {
 
@@ -40,7 +42,7 @@ FileLogger::~FileLogger()
 }
 
 void FileLogger::Write(const TString<wchar_t>& text)
-{
+try {
     bool wasEmpty = false;
     {
         const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
@@ -50,6 +52,8 @@ void FileLogger::Write(const TString<wchar_t>& text)
     // Of pieces that wait together the first has signalled.
     if (wasEmpty)
         m_dataEvent->Signal();
+} catch (const std::bad_alloc&) {
+    // A text that finds no memory is lost: who logs has nobody to tell.
 }
 
 int FileLogger::DoWork()

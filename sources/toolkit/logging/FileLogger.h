@@ -50,7 +50,7 @@ public:
     ~FileLogger() override;
 
     /// Puts `text` into the queue. Any thread may call it. The queue grows as long as no file can
-    /// be opened.
+    /// be opened; a text for which there is no memory is left out.
     void Write(const TString<wchar_t>& text) override;
 
 protected:

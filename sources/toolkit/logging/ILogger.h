@@ -28,7 +28,8 @@ private:
 ///
 /// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
 /// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
-/// shared by all threads that write to the logger: their lines may mix. No operation throws.
+/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown
+/// unless memory runs out.
 class TOOLKIT_API ILogger {
 public:
     /// Pieces of a line: a blank, " : ", and the line feed that ends it.

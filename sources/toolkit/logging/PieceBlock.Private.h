@@ -23,7 +23,7 @@ public:
     void Begin(long long offset);
 
     /// False when `piece` does not fit any more: the block is to be written first. The first piece
-    /// always fits; one without a UTF-8 form is left out.
+    /// always fits; one without a UTF-8 form, or without memory for it, is left out.
     bool Append(std::wstring_view piece);
 
     bool IsEmpty() const { return m_bytes.empty(); }

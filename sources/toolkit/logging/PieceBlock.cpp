@@ -1,7 +1,23 @@
 #include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/logging/PieceBlock.Private.h"
 
+#include <new>
+
 namespace Toolkit {
+namespace {
+
+// Appends nothing when there is no memory.
+void AppendEncoded(std::string& bytes, std::wstring_view piece)
+{
+    const std::size_t oldSize = bytes.size();
+    try {
+        Utf8Codec::AppendEncoded(bytes, piece.data(), piece.size());
+    } catch (const std::bad_alloc&) {
+        bytes.resize(oldSize);
+    }
+}
+
+} // namespace
 
 PieceBlock::PieceBlock(std::size_t pageSize) : m_pageSize(pageSize) {}
 
@@ -14,7 +30,7 @@ void PieceBlock::Begin(long long offset)
 bool PieceBlock::Append(std::wstring_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
-    Utf8Codec::AppendEncoded(m_bytes, piece.data(), piece.size());
+    AppendEncoded(m_bytes, piece);
     if (oldSize == 0) {
         const std::size_t pages = (m_pageOffset + m_bytes.size() + m_pageSize - 1) / m_pageSize;
         m_limit = pages * m_pageSize - m_pageOffset;
