@@ -21,7 +21,7 @@ endfunction()
 # Builds the program of the page docs/<folder>/<name>.md and adds it as a test.
 function(toolkit_page_program folder name)
     set(page "${PROJECT_SOURCE_DIR}/docs/${folder}/${name}.md")
-    set(block "${CMAKE_CURRENT_BINARY_DIR}/guide/${name}")
+    set(block "${CMAKE_CURRENT_BINARY_DIR}/docs/${name}")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
     toolkit_page_block("${page}" cpp "${block}.cpp")
     toolkit_page_block("${page}" text "${block}.txt")
@@ -33,7 +33,7 @@ function(toolkit_page_program folder name)
         NAME ${program}
         COMMAND
             ${CMAKE_COMMAND} "-DPROGRAM=$<TARGET_FILE:${program}>" "-DEXPECTED=${block}.txt"
-            "-DDIRECTORY=${block}-run" -P "${CMAKE_CURRENT_SOURCE_DIR}/guide/RunProgram.cmake"
+            "-DDIRECTORY=${block}-run" -P "${CMAKE_CURRENT_SOURCE_DIR}/docs/RunProgram.cmake"
     )
     set_tests_properties(${program} PROPERTIES TIMEOUT 300)
 endfunction()
@@ -47,10 +47,13 @@ endforeach()
 toolkit_page_program(formats ini)
 toolkit_page_program(formats serialized)
 
+toolkit_test(docs/ArchitectureTest.cpp)
+target_compile_definitions(ArchitectureTest PRIVATE TOOLKIT_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+
 # The plug-in of the page about them, which a test loads.
 if(BUILD_SHARED_LIBS)
     set(page "${PROJECT_SOURCE_DIR}/docs/plugins.md")
-    set(block "${CMAKE_CURRENT_BINARY_DIR}/guide/plugins")
+    set(block "${CMAKE_CURRENT_BINARY_DIR}/docs/plugins")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
     toolkit_page_block("${page}" cpp "${block}.cpp")
     add_library(PagePlugIn MODULE "${block}.cpp")
@@ -59,7 +62,7 @@ if(BUILD_SHARED_LIBS)
     )
     target_link_libraries(PagePlugIn PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
 
-    toolkit_test(guide/PlugInPageTest.cpp)
+    toolkit_test(docs/PlugInPageTest.cpp)
     target_compile_definitions(
         PlugInPageTest PRIVATE PLUG_IN_LIBRARY=L"$<TARGET_FILE:PagePlugIn>"
     )
