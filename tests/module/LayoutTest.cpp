@@ -2,6 +2,11 @@
 // operations: fields and slots keep their places. Slots 0 and 1 are the two forms of the
 // destructor.
 
+#include "toolkit/config/CmdLineParser.h"
+#include "toolkit/config/IniFile.h"
+#include "toolkit/core/Bytes.h"
+#include "toolkit/core/FSInputSerializer.h"
+#include "toolkit/core/FSOutputSerializer.h"
 #include "toolkit/datetime/DateTime.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/PathManager.h"
@@ -28,9 +33,12 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -133,6 +141,105 @@ TEST(LayoutTest, ACountIsFollowedByLockPolicyAndListener)
 TEST(LayoutTest, AReleaseListenerIsToldInItsThirdSlot)
 {
     EXPECT_EQ(SlotOf(&IReleaseListener::OnReleased), 2u);
+}
+
+TEST(LayoutTest, ASerializableObjectWritesAndThenReadsItself)
+{
+    EXPECT_EQ(SlotOf(&ISerialize::Serialize), 2u);
+    EXPECT_EQ(SlotOf(&ISerialize::Deserialize), 3u);
+    EXPECT_EQ(SlotOf(&Bytes::Serialize), 2u);
+    EXPECT_EQ(SlotOf(&Bytes::Deserialize), 3u);
+}
+
+TEST(LayoutTest, ABufferHoldsItsBytesAndThenTheirNumber)
+{
+    const unsigned char contents[] = {1, 2, 3};
+    const Bytes bytes(contents, 3);
+
+    EXPECT_EQ(*ReadAt<const unsigned char*>(bytes, c_pointer), 1);
+    EXPECT_EQ(ReadAt<std::uint32_t>(bytes, 2 * c_pointer), 3u);
+    EXPECT_EQ(ReadAt<const unsigned char*>(Bytes(), c_pointer), nullptr);
+    EXPECT_EQ(sizeof bytes, 3 * c_pointer);
+}
+
+template <typename Stream>
+std::vector<std::size_t> TransferSlots()
+{
+    using WriteText = unsigned int (Stream::*)(const TString<wchar_t>&);
+    using WriteNumber = unsigned int (Stream::*)(unsigned int);
+    using WriteBlock = unsigned int (Stream::*)(const void*, unsigned int);
+    using ReadText = unsigned int (Stream::*)(TString<wchar_t>&);
+    using ReadNumber = unsigned int (Stream::*)(unsigned int&);
+    using ReadBlock = unsigned int (Stream::*)(void*, unsigned int);
+
+    return {SlotOf<WriteText>(&Stream::Write),
+            SlotOf<WriteNumber>(&Stream::Write),
+            SlotOf<WriteBlock>(&Stream::Write),
+            SlotOf<ReadText>(&Stream::Read),
+            SlotOf<ReadNumber>(&Stream::Read),
+            SlotOf<ReadBlock>(&Stream::Read),
+            SlotOf(&Stream::Length)};
+}
+
+TEST(LayoutTest, AStreamWritesReadsAndTellsItsLength)
+{
+    const std::vector<std::size_t> expected = {2, 3, 4, 5, 6, 7, 8};
+
+    EXPECT_EQ(TransferSlots<IStream>(), expected);
+    EXPECT_EQ(TransferSlots<FSStream>(), expected);
+    EXPECT_EQ(sizeof(FSStream), 2 * c_pointer);
+}
+
+TEST(LayoutTest, ASerializerHoldsItsStream)
+{
+    const FSInputSerializer input(L"");
+    const auto* const stream = static_cast<FSStream*>(&input.GetStream());
+
+    EXPECT_EQ(SlotOf(&Serializer::GetStream), 2u);
+    EXPECT_EQ(SlotOf(&FSSerializer::GetStream), 2u);
+    EXPECT_EQ(reinterpret_cast<const unsigned char*>(stream),
+              reinterpret_cast<const unsigned char*>(&input) + c_pointer);
+    EXPECT_EQ(sizeof(FSSerializer), c_pointer + sizeof(FSStream));
+    EXPECT_EQ(sizeof(FSInputSerializer), sizeof(FSSerializer));
+    EXPECT_EQ(sizeof(FSOutputSerializer), sizeof(FSSerializer));
+}
+
+TEST(LayoutTest, AnOptionHoldsItsTextsAndThenTwoWords)
+{
+    constexpr std::size_t text = sizeof(TString<wchar_t>);
+    const auto words = [](const CmdLineOption& option) {
+        return std::pair(ReadAt<std::int32_t>(option, c_pointer + 2 * text),
+                         ReadAt<std::int32_t>(option, c_pointer + 2 * text + 4));
+    };
+    const CmdLineOption required(L"a", true);
+    CmdLineOption defined(L"b", false);
+    defined.SetDefined();
+
+    const auto* const object = reinterpret_cast<const unsigned char*>(&defined);
+    EXPECT_EQ(reinterpret_cast<const unsigned char*>(&defined.GetName()), object + c_pointer);
+    EXPECT_EQ(reinterpret_cast<const unsigned char*>(&defined.GetValue()),
+              object + c_pointer + text);
+    EXPECT_EQ(words(required), std::pair(0, 1));
+    EXPECT_EQ(words(defined), std::pair(1, 0));
+}
+
+TEST(LayoutTest, AParserHoldsItsOptionsAndThenItsTokens)
+{
+    using Token = TString<wchar_t>;
+    const CmdLineParser parser(Token(L"one two three"));
+
+    const auto tokens = ReadAt<std::array<const Token*, 2>>(parser, sizeof(std::map<int, int>));
+    EXPECT_EQ(tokens[1] - tokens[0], 3);
+    EXPECT_EQ(*tokens[0], L"one");
+    EXPECT_EQ(sizeof parser, sizeof(std::map<int, int>) + sizeof(std::vector<Token>));
+}
+
+TEST(LayoutTest, SettingsHoldTheirSectionsAndThenWhetherTheyWereLoaded)
+{
+    const IniFile empty(L"/dev/null/none");
+
+    EXPECT_EQ(sizeof(IniFile), sizeof(std::map<int, int>) + c_pointer);
+    EXPECT_EQ(ReadAt<std::uint8_t>(empty, sizeof(std::map<int, int>)), 0);
 }
 
 TEST(LayoutTest, AMutexHoldsNothingButTheFrameworksMutex)
