@@ -1,5 +1,7 @@
 #include "toolkit/core/smart_ptr.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -160,6 +162,32 @@ TEST_F(SmartPtrTest, LastOfTheCopiesReleasesTheObjectOnce)
     }
 
     EXPECT_EQ(RecordingPolicy::s_released.size(), 1u);
+}
+
+TEST_F(SmartPtrTest, CopiesTakeNoMemory)
+{
+    const smart_ptr<Counted> original(new Counted());
+    smart_ptr<Counted> assigned;
+    {
+        const Testing::AllocationLimit none(0);
+        const smart_ptr<Counted> copy(original);
+        assigned = copy;
+    }
+
+    EXPECT_EQ(assigned.Get(), original.Get());
+}
+
+TEST_F(SmartPtrTest, LettingGoKeepsThePointer)
+{
+    Counted object;
+    smart_ptr<Counted, InertPolicy> pointer(&object);
+    const smart_ptr<Counted, InertPolicy> copy(pointer);
+
+    pointer.ReleaseRef();
+
+    EXPECT_EQ(pointer.Get(), &object);
+    EXPECT_EQ(DataOf(copy).count, 1);
+    pointer.AddRef();
 }
 
 TEST_F(SmartPtrTest, SingleObjectIsDestroyedThroughItsVirtualDestructor)

@@ -1,5 +1,6 @@
 toolkit_test(core/AssertTest.cpp)
 toolkit_test(core/SmartPtrTest.cpp)
+target_sources(SmartPtrTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(core/TStringReferenceTest.cpp)
 toolkit_test(core/TStringTest.cpp)
 toolkit_test(core/BytesTest.cpp)
