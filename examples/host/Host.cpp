@@ -1,28 +1,44 @@
-// A console program on Toolkit. It starts the library, reads its settings, logs to a file, searches
-// a text on a worker thread, and stops:
+// A console program on Toolkit. It starts the library, reads its settings, logs to a file, loads
+// plug-ins, searches a text on a worker thread, and stops:
 //
-//     host [-config <settings file>] [-level <0 to 4>] [-find <text>] [-quiet]
+//     host [-config <settings file>] [-level <0 to 4>] [-plugins <folder>] [-find <text>] [-quiet]
 //
-// Without -config the settings are host.ini in the configuration path. -level and -find replace
+// Without -config the settings are host.ini in the configuration path. The other options replace
 // what the settings say; with -quiet the screen shows only what goes wrong.
+//
+//     host -serve [-config <settings file>] [-level <0 to 4>] [-plugins <folder>]
+//
+// stays instead and runs the plug-ins' commands that other starts hand over to it:
+//
+//     host <command> <its options> -out <file for the result>
+//     host -quit
+//     host -restart
+//
+// Such a start ends as soon as the host that serves has its line. What becomes of a command shows
+// there, and in the file for the result, which comes when it is complete.
 
 #include <wx/log.h>
 #include <wx/utils.h>
-#include <wx/version.h>
 
 #include <cstdlib>
-#include <iostream>
+#include <filesystem>
 #include <memory>
-#include <string>
 #include <toolkit/Toolkit.h>
 
+#include "CommandLine.h"
+#include "CommandServer.h"
+#include "Facts.h"
+#include "HandOver.h"
+#include "Options.h"
+#include "Restart.h"
 #include "TextSearch.h"
 
 using namespace Toolkit;
+using Terminal::Fail;
+using Terminal::Print;
+using Terminal::PrintRow;
 
 namespace {
-
-using Text = TString<wchar_t>;
 
 // What the host adds to the start and the stop of the library. It comes after the library's own
 // module at the start and before it at the stop: paths, versions and the log are there in both.
@@ -46,40 +62,6 @@ private:
     // Brings what wxWidgets has to say into the log.
     std::unique_ptr<WxLogForwarder> m_forwarder;
 };
-
-// What the command line may say; everything else on it is ignored.
-struct Options {
-    smart_ptr<CmdLineOption> config = new CmdLineOption(L"config", false);
-    smart_ptr<CmdLineOption> level = new CmdLineOption(L"level", false);
-    smart_ptr<CmdLineOption> find = new CmdLineOption(L"find", false);
-    smart_ptr<CmdLineOption> quiet = new CmdLineOption(L"quiet", false);
-
-    Options(int argc, char** argv)
-    {
-        CmdLineParser parser(argc, argv);
-        for (const auto& option : {config, level, find, quiet})
-            parser.AddOption(option);
-        parser.Parse();
-    }
-};
-
-Text ValueOr(const smart_ptr<CmdLineOption>& option, const Text& otherwise)
-{
-    return option->IsDefined() ? option->GetValue() : otherwise;
-}
-
-// The screen gets UTF-8, whatever the locale.
-void Print(const Text& line)
-{
-    std::cout << UTF8::ToUTF8(line) << '\n';
-}
-
-int Fail(const Text& message)
-{
-    TOOLKIT_LOG(SeverityError) << message << ILogger::c_strLogToken3;
-    std::cerr << "host: " << UTF8::ToUTF8(message) << '\n';
-    return EXIT_FAILURE;
-}
 
 Text DefaultSettingsPath()
 {
@@ -110,56 +92,34 @@ bool ParseLevel(const Text& text, LogSeverity& level)
 
 // Installs a logger that writes to a file, and returns the path of that file. Only where something
 // stands that is not ours to write to does the logger take another name beside it.
-Text StartLog(LogSeverity level, const Text& name, unsigned int sizeLimitBytes)
+Text StartLog(LogSeverity level, Text name, unsigned int sizeLimitBytes)
 {
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    if (name.empty())
+        name = paths->GetApplicationName();
+    // A log is emptied when it is opened.
+    if (SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
+        name += L"-second";
     ILogger::SetLogger(new FileLogger(level, name, sizeLimitBytes));
 
-    const smart_ptr<PathManager> paths = PathManager::GetInstance();
-    const Text& baseName = name.empty() ? paths->GetApplicationName() : name;
     Text path;
-    PathManager::AppendPath(path, paths->GetTempDir(), baseName + FileLogger::c_strLogExtension);
+    PathManager::AppendPath(path, paths->GetTempDir(), name + FileLogger::c_strLogExtension);
     return path;
 }
 
-void PrintRow(Text label, const Text& value)
+Text PlugInsFolder(const Options& options, const IniFile& settings, const Text& settingsPath)
 {
-    constexpr std::size_t labelWidth = 24;
-
-    label.resize(labelWidth, L' ');
-    Print(label + value);
+    if (options.plugins->IsDefined())
+        return options.plugins->GetValue();
+    const Text folder = settings.GetValue(L"PlugIns", L"folder", Text::Empty());
+    return folder.empty() ? PathManager::GetInstance()->GetPluginsPath()
+                          : PathBesideSettings(settingsPath, folder);
 }
 
-void PrintPaths()
+void PrintCommands(const PlugIns& plugIns)
 {
-    const smart_ptr<PathManager> paths = PathManager::GetInstance();
-    PrintRow(L"Application", paths->GetApplicationName());
-    PrintRow(L"Unique name", paths->GetApplicationUniqueName());
-    PrintRow(L"Application path", paths->GetApplicationPath());
-    PrintRow(L"Configuration path", paths->GetConfigurationPath());
-    PrintRow(L"Ressources path", paths->GetApplicationRessourcesPath());
-    PrintRow(L"Plug-ins path", paths->GetPluginsPath());
-    PrintRow(L"Data path", paths->GetApplicationDataPath());
-    PrintRow(L"Documents path", paths->GetDocumentsPath());
-    PrintRow(L"Temporary path", paths->GetTempDir());
-}
-
-Text DescribePlatform()
-{
-    const wchar_t* const families[] = {L"unknown", L"Windows", L"Mac", L"Unix"};
-
-    const smart_ptr<SystemInfo> system = SystemInfo::GetInstance();
-    return Text(families[system->GetPlatform()]) + L" " +
-           StringConvert::UStringFromInt32(system->GetOSMajorVersion()) + L"." +
-           StringConvert::UStringFromInt32(system->GetOSMinorVersion());
-}
-
-void PrintSystem()
-{
-    const bool isSecond = SingleApplicationInstance::GetInstance()->IsAlreadyRunning();
-    PrintRow(L"Platform", DescribePlatform());
-    PrintRow(L"Library version", Version::GetInstance()->ToString());
-    PrintRow(L"Framework version", wxVERSION_STRING);
-    PrintRow(L"Another instance runs", isSecond ? L"yes" : L"no");
+    for (const HostPlugIn::Command* const command : plugIns.GetCommands())
+        PrintRow(Text(L"Command ") + command->name, command->help);
 }
 
 // Searches on a worker thread and says what came of it.
@@ -181,15 +141,42 @@ int Search(const Text& path, const Text& wanted, bool isQuiet)
     return EXIT_SUCCESS;
 }
 
-int Run(const Options& options)
+int SearchText(const Options& options, const IniFile& settings, const Text& settingsPath)
 {
-    const Text settingsPath = ValueOr(options.config, DefaultSettingsPath());
+    const Text textName = settings.GetValue(L"Text", L"file", Text::Empty());
+    if (textName.empty())
+        return Fail(L"The settings name no text: [Text] file is missing in " + settingsPath);
+    const Text wanted = settings.GetValue(L"Text", L"find", Text::Empty());
+    return Search(PathBesideSettings(settingsPath, textName),
+                  Options::ValueOr(options.find, wanted), options.quiet->IsDefined());
+}
+
+int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
+{
+    if (isRestart)
+        Restart::Finish();
+    switch (CommandServer(plugIns).Run()) {
+    case CommandServer::End::Quit:
+        return EXIT_SUCCESS;
+    case CommandServer::End::Restart:
+        return Restart::Begin(startLine) ? EXIT_SUCCESS : Fail(L"The host cannot be restarted.");
+    case CommandServer::End::NotServed:
+        break;
+    }
+    return Fail(L"No commands can be taken at " + HandOver::ServicePath());
+}
+
+// Does what the host itself is asked for. `startLine` is empty unless it is to serve.
+int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
+{
+    const Text settingsPath = Options::ValueOr(options.config, DefaultSettingsPath());
     const IniFile settings(settingsPath);
     if (!settings.IsLoaded())
         return Fail(L"There are no settings, cannot read: " + settingsPath);
 
     LogSeverity level = SeverityInfo;
-    const Text levelText = ValueOr(options.level, settings.GetValue(L"Log", L"level", L"2"));
+    const Text levelText =
+        Options::ValueOr(options.level, settings.GetValue(L"Log", L"level", L"2"));
     if (!ParseLevel(levelText, level))
         return Fail(L"The log level is a number from 0 to 4, not: " + levelText);
 
@@ -197,33 +184,99 @@ int Run(const Options& options)
                                   settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
     TOOLKIT_LOG(SeverityInfo) << L"Settings read: " << settingsPath << ILogger::c_strLogToken3;
     wxLogMessage("Process %lu of the user %s", wxGetProcessId(), wxGetUserId());
+    plugIns.Load(PlugInsFolder(options, settings, settingsPath));
 
-    const bool isQuiet = options.quiet->IsDefined();
-    if (!isQuiet) {
+    if (!options.quiet->IsDefined()) {
         PrintPaths();
         PrintSystem();
         PrintRow(L"Settings", settingsPath);
         PrintRow(L"Log", logPath);
+        PrintCommands(plugIns);
     }
-    const Text textName = settings.GetValue(L"Text", L"file", Text::Empty());
-    if (textName.empty())
-        return Fail(L"The settings name no text: [Text] file is missing in " + settingsPath);
-    return Search(PathBesideSettings(settingsPath, textName),
-                  ValueOr(options.find, settings.GetValue(L"Text", L"find", Text::Empty())),
-                  isQuiet);
+    return startLine.empty() ? SearchText(options, settings, settingsPath)
+                             : Serve(plugIns, startLine, options.restart->IsDefined());
+}
+
+// Says what became of a line that was sent; the host that serves says what becomes of it.
+int Report(HandOver::Role role)
+{
+    switch (role) {
+    case HandOver::Role::HandedOver:
+        Print(L"Handed over to the host that serves.");
+        return EXIT_SUCCESS;
+    case HandOver::Role::First:
+        return Fail(L"No host serves. Start one with -serve.");
+    case HandOver::Role::NotServed:
+        break;
+    }
+    return Fail(L"Another host runs, and takes no commands.");
+}
+
+// Relative paths mean the directory of this start, not that of the host which serves.
+int HandOverCommand(Text line)
+{
+    std::error_code error;
+    const std::filesystem::path directory = std::filesystem::current_path(error);
+    if (error || !AppendToken(line, L"-from") ||
+        !AppendToken(line, UTF8::ToUNICODE(directory.native())))
+        return Fail(L"The working directory cannot be handed over.");
+    const Text fault = CommandLine(HostPlugIn::Command{}, line).GetFault();
+    if (!fault.empty())
+        return Fail(L"The command cannot be handed over: " + fault);
+    return Report(HandOver::Send(line));
+}
+
+int StartServer(const Text& line, PlugIns& plugIns)
+{
+    const HandOver::Role role = HandOver::Send(HandOver::c_serve);
+    return role == HandOver::Role::First ? Run(Options(CmdLineParser(line)), plugIns, line)
+                                         : Report(role);
+}
+
+// Asked for by the user, this start tells the host that serves, which starts another one: that has
+// the same command line, finds nobody who serves, and takes over when the first one has ended.
+int StartAnew(PlugIns& plugIns)
+{
+    const HandOver::Role role = HandOver::Send(HandOver::c_restart);
+    if (role != HandOver::Role::First)
+        return Report(role);
+    const Text line = Restart::KeptLine();
+    return Run(Options(CmdLineParser(line + L" " + HandOver::c_restart)), plugIns, line);
+}
+
+int Start(int argc, char** argv, PlugIns& plugIns)
+{
+    Text line;
+    bool isWhole = true;
+    for (int i = 1; i < argc; ++i)
+        isWhole = AppendToken(line, UTF8::ToUNICODE(argv[i])) && isWhole;
+
+    const Options options(CmdLineParser(argc, argv));
+    const bool isCommand = !CommandWord(line).empty();
+    if ((isCommand || options.serve->IsDefined()) && !isWhole)
+        return Fail(L"No argument may hold both blanks and quotes.");
+    if (isCommand)
+        return HandOverCommand(line);
+    if (options.serve->IsDefined())
+        return StartServer(line, plugIns);
+    if (options.quit->IsDefined())
+        return Report(HandOver::Send(HandOver::c_quit));
+    if (options.restart->IsDefined())
+        return StartAnew(plugIns);
+    return Run(options, plugIns, Text());
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const Options options(argc, argv);
+    PlugIns plugIns; // unloaded when all modules have been released
     HostModule hostModule;
     LibModuleManager* const modules = LibModuleManager::GetInstance();
 
     modules->Register(&hostModule);
     modules->Initialize(true);
-    const int exitCode = Run(options);
+    const int exitCode = Start(argc, argv, plugIns);
     modules->Release(true);
     modules->Unregister(&hostModule);
     return exitCode;

@@ -1,0 +1,111 @@
+#include "CommandOperation.h"
+
+#include <toolkit/encoding/StringConvert.h>
+#include <toolkit/logging/Log.h>
+#include <toolkit/system/TickCount.h>
+
+using namespace Toolkit;
+
+namespace {
+
+// So often at most the screen shows how far a command has come, but for its end.
+constexpr unsigned int c_progressMs = 200;
+
+// Stands for a word that is no command.
+constexpr HostPlugIn::Command c_noCommand{};
+
+Text Number(unsigned long long value)
+{
+    return StringConvert::UStringFromUInt64(value);
+}
+
+} // namespace
+
+CommandOperation::CommandOperation(unsigned int id, const Text& line,
+                                   const HostPlugIn::Command* command,
+                                   const std::atomic<bool>& isCancelled)
+    : BackgroundOperation(id), m_line(line), m_command(command), m_isCancelled(isCancelled),
+      m_options(command ? *command : c_noCommand, line), m_result(m_options.GetValue(L"out"), id),
+      m_lastShownTicks(GetTickCount())
+{
+}
+
+void CommandOperation::Perform()
+{
+    const unsigned int beginTicks = GetTickCount();
+    SendOperationStarted();
+    if (!Work() || !Store())
+        Fail(L"it does not say why");
+    m_outcome = HasSucceeded()
+                    ? L"done in " + Number(GetTickCount() - beginTicks) + L" ms, " +
+                          Number(m_result.GetSize()) + L" bytes in " + m_options.GetValue(L"out")
+                    : L"failed: " + m_failure;
+    SendOperationEnded();
+}
+
+Text CommandOperation::GetTitle() const
+{
+    return Number(GetOperationId()) + L" " + CommandWord(m_line);
+}
+
+bool CommandOperation::Work()
+{
+    if (!m_command)
+        return Fail(L"there is no such command");
+    if (!m_options.GetFault().empty())
+        return Fail(m_options.GetFault());
+    if (!m_result.Open())
+        return Fail(L"cannot write " + m_options.GetValue(L"out"));
+    return m_command->run(*this);
+}
+
+// A command may have failed without saying so in its result.
+bool CommandOperation::Store()
+{
+    if (!HasSucceeded())
+        return false;
+    return m_result.Commit() || Fail(L"cannot write " + m_options.GetValue(L"out"));
+}
+
+bool CommandOperation::IsDefined(const wchar_t* option) const noexcept
+{
+    return m_options.IsDefined(option);
+}
+
+const Text& CommandOperation::GetValue(const wchar_t* option) const noexcept
+{
+    return m_options.GetValue(option);
+}
+
+bool CommandOperation::Write(const char* bytes, std::size_t count) noexcept
+{
+    return m_result.Write(bytes, count) || Fail(L"cannot write " + m_options.GetValue(L"out"));
+}
+
+bool CommandOperation::Progress(unsigned long long done, unsigned long long total,
+                                const wchar_t* unit) noexcept
+{
+    UpdateLastOperationDate();
+    if (m_isCancelled)
+        return Fail(L"cancelled");
+    const unsigned int ticks = GetLastOperationDate();
+    if (ticks - m_lastShownTicks >= c_progressMs || done == total) {
+        m_lastShownTicks = ticks;
+        Terminal::Print(GetTitle() + L": " + Number(done) +
+                        (total > 0 ? L" of " + Number(total) : Text()) + L" " + unit);
+    }
+    return true;
+}
+
+void CommandOperation::Warn(const Text& message) noexcept
+{
+    TOOLKIT_LOG(SeverityWarning) << GetTitle() << L": " << message << ILogger::c_strLogToken3;
+    Terminal::Complain(GetTitle() + L": " + message);
+}
+
+bool CommandOperation::Fail(const Text& message) noexcept
+{
+    if (m_failure.empty())
+        m_failure = message;
+    return false;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <atomic>
+#include <toolkit/threading/BackgroundOperation.h>
+
+#include "CommandLine.h"
+#include "PlugIn.h"
+#include "ResultFile.h"
+
+/// One run of a plug-in's command: parses its line, runs it, and puts its result in place.
+class CommandOperation : public Toolkit::BackgroundOperation, private HostPlugIn::CommandRun {
+public:
+    /// The command stops early when `isCancelled` becomes true. `command` is null for a line that
+    /// names none.
+    CommandOperation(unsigned int id, const Text& line, const HostPlugIn::Command* command,
+                     const std::atomic<bool>& isCancelled);
+
+    /// Does it all, on the calling thread, and tells the listeners of start and end.
+    void Perform();
+
+    const Text& GetLine() const { return m_line; }
+    /// The number and the name of the command, for messages.
+    Text GetTitle() const;
+    /// What became of it; empty until it has ended.
+    const Text& GetOutcome() const { return m_outcome; }
+    bool HasSucceeded() const { return m_failure.empty(); }
+
+private:
+    bool Work();
+    bool Store();
+
+    bool IsDefined(const wchar_t* option) const noexcept override;
+    const Text& GetValue(const wchar_t* option) const noexcept override;
+    bool Write(const char* bytes, std::size_t count) noexcept override;
+    bool Progress(unsigned long long done, unsigned long long total,
+                  const wchar_t* unit) noexcept override;
+    void Warn(const Text& message) noexcept override;
+    bool Fail(const Text& message) noexcept override;
+
+    const Text m_line;
+    const HostPlugIn::Command* const m_command;
+    const std::atomic<bool>& m_isCancelled;
+    const CommandLine m_options;
+    ResultFile m_result;
+    unsigned int m_lastShownTicks;
+    Text m_outcome;
+    Text m_failure; // empty while there is none
+};

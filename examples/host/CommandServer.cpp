@@ -1,0 +1,191 @@
+#include "CommandServer.h"
+
+#include <wx/app.h>
+#include <wx/timer.h>
+
+#include <csignal>
+#include <functional>
+#include <toolkit/encoding/StringConvert.h>
+#include <toolkit/files/Directory.h>
+#include <toolkit/ipc/IPCServer.h>
+#include <toolkit/logging/Log.h>
+#include <toolkit/threading/Thread.h>
+
+#include "CommandOperation.h"
+#include "HandOver.h"
+
+using namespace Toolkit;
+
+namespace {
+
+CommandServer* s_signalledServer = nullptr;
+
+// Tells the user and the log when a command starts and ends, on the thread that runs it.
+class CommandReport : public BackgroundOperationHandler {
+public:
+    explicit CommandReport(const CommandOperation& operation) : m_operation(operation) {}
+
+    void OnOperationStarted() override
+    {
+        Terminal::Print(m_operation.GetTitle() + L": started");
+        TOOLKIT_LOG(SeverityInfo) << m_operation.GetTitle() << L": started by "
+                                  << m_operation.GetLine() << ILogger::c_strLogToken3;
+    }
+
+    void OnOperationEnded() override
+    {
+        const Text message = m_operation.GetTitle() + L": " + m_operation.GetOutcome();
+        TOOLKIT_LOG(m_operation.HasSucceeded() ? SeverityInfo : SeverityError)
+            << message << ILogger::c_strLogToken3;
+        Terminal::Print(message);
+    }
+
+private:
+    const CommandOperation& m_operation;
+};
+
+} // namespace
+
+/// The thread of one command.
+class CommandWorker : public Thread {
+public:
+    /// Once the command has ended, `onEnded` is called on the thread of the event loop.
+    template <typename Action>
+    CommandWorker(unsigned int id, const Text& line, const HostPlugIn::Command* command,
+                  const std::atomic<bool>& isCancelled, Action onEnded)
+        : m_operation(id, line, command, isCancelled)
+    {
+        m_operation.AddListener(
+            smart_ptr<BackgroundOperationHandler>(new CommandReport(m_operation)));
+        m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new EndCall(onEnded)));
+    }
+
+    // The thread uses this part of the object, which must not go before it has ended.
+    ~CommandWorker() override { Wait(); }
+
+protected:
+    int DoWork() override
+    {
+        m_operation.Perform();
+        return 0;
+    }
+
+private:
+    class EndCall : public BackgroundOperationHandler {
+    public:
+        explicit EndCall(std::function<void()> action) : m_action(std::move(action)) {}
+
+        void OnOperationStarted() override {}
+        void OnOperationEnded() override { wxAppConsole::GetInstance()->CallAfter(m_action); }
+
+    private:
+        const std::function<void()> m_action;
+    };
+
+    CommandOperation m_operation;
+};
+
+// Hands what a client sends to the server.
+class CommandServer::Receiver : public IPCConnectionEvent {
+public:
+    explicit Receiver(CommandServer& server) : m_server(server) {}
+
+    void OnExecute(const Text& text) override { m_server.Receive(text); }
+
+private:
+    CommandServer& m_server;
+};
+
+// A host that is to stop is not found any more, but serves those that have found it just before.
+class CommandServer::Grace : public wxTimer {
+public:
+    explicit Grace(CommandServer& server) : m_server(server)
+    {
+        constexpr int graceMs = 200;
+
+        Directory::RemoveFile(HandOver::ServicePath());
+        StartOnce(graceMs);
+    }
+
+    void Notify() override { m_server.Work(); }
+
+private:
+    CommandServer& m_server;
+};
+
+CommandServer::CommandServer(const PlugIns& plugIns) : m_plugIns(plugIns) {}
+
+CommandServer::~CommandServer() = default;
+
+CommandServer::End CommandServer::Run()
+{
+    IPCServer server(HandOver::ServicePath());
+    server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
+    if (!server.Run())
+        return End::NotServed;
+
+    wxAppConsole& application = *wxAppConsole::GetInstance();
+    s_signalledServer = this;
+    for (const int signal : {SIGINT, SIGTERM})
+        application.SetSignalHandler(signal, [](int) { s_signalledServer->Cancel(); });
+    Terminal::Print(L"Serving at " + HandOver::ServicePath());
+    TOOLKIT_LOG(SeverityInfo) << L"Serving at " << HandOver::ServicePath()
+                              << ILogger::c_strLogToken3;
+    application.MainLoop();
+    s_signalledServer = nullptr;
+    return m_end;
+}
+
+void CommandServer::Receive(const Text& line)
+{
+    if (line == HandOver::c_quit)
+        Stop(End::Quit);
+    else if (line == HandOver::c_restart)
+        Stop(End::Restart);
+    else if (line == HandOver::c_serve)
+        Terminal::Print(L"Serving already");
+    else
+        m_waitingLines.push_back(line);
+    Work();
+}
+
+void CommandServer::Stop(End end)
+{
+    m_end = end;
+    if (!m_grace)
+        m_grace = std::make_unique<Grace>(*this);
+}
+
+void CommandServer::Cancel()
+{
+    m_isCancelled = true;
+    Stop(End::Quit);
+    Work();
+}
+
+// Starts the next command, unless one runs, or ends the loop when there is nothing left to do.
+void CommandServer::Work()
+{
+    if (m_worker)
+        return;
+    if (m_waitingLines.empty()) {
+        if (m_grace && !m_grace->IsRunning())
+            wxAppConsole::GetInstance()->ExitMainLoop();
+        return;
+    }
+    const Text line = m_waitingLines.front();
+    m_waitingLines.pop_front();
+    m_worker =
+        std::make_unique<CommandWorker>(++m_lastId, line, m_plugIns.FindCommand(CommandWord(line)),
+                                        m_isCancelled, [this] { OnCommandEnded(); });
+    if (!m_worker->Run()) {
+        Terminal::Fail(L"No thread can be started for: " + line);
+        wxAppConsole::GetInstance()->CallAfter([this] { OnCommandEnded(); });
+    }
+}
+
+void CommandServer::OnCommandEnded()
+{
+    m_worker.reset();
+    Work();
+}

@@ -1,0 +1,40 @@
+#include "HandOver.h"
+
+#include <toolkit/files/PathManager.h>
+#include <toolkit/ipc/IPCClient.h>
+#include <toolkit/system/SingleApplicationInstance.h>
+#include <toolkit/system/TickCount.h>
+#include <toolkit/threading/Thread.h>
+
+using namespace Toolkit;
+
+const wchar_t* const HandOver::c_serve = L"-serve";
+const wchar_t* const HandOver::c_quit = L"-quit";
+const wchar_t* const HandOver::c_restart = L"-restart";
+
+Text HandOver::ServicePath()
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    Text path;
+    PathManager::AppendPath(path, paths->GetTempDir(), paths->GetApplicationUniqueName() + L".ipc");
+    return path;
+}
+
+HandOver::Role HandOver::Send(const Text& line)
+{
+    constexpr unsigned int limitMs = 15'000;
+    constexpr unsigned int pauseMs = 50;
+
+    const unsigned int beginTicks = GetTickCount();
+    while (SingleApplicationInstance::GetInstance()->IsAlreadyRunning()) {
+        if (IPCClient::Connect(ServicePath(), line))
+            return Role::HandedOver;
+        if (GetTickCount() - beginTicks > limitMs)
+            return Role::NotServed;
+        Thread::Sleep(pauseMs);
+        // It knows what was at its creation.
+        SingleApplicationInstance::ReleaseInstance();
+        SingleApplicationInstance::CreateInstance();
+    }
+    return Role::First;
+}

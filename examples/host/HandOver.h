@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Terminal.h"
+
+/// How one start of the host finds the one that serves and sends it a line.
+namespace HandOver {
+
+/// Lines that are no commands.
+extern const wchar_t* const c_serve;
+extern const wchar_t* const c_quit;
+extern const wchar_t* const c_restart;
+
+/// Where the host that serves is found; the same for all starts of it from one place by one user.
+Text ServicePath();
+
+/// What a start of the host turns out to be.
+enum class Role {
+    First,      ///< No other one runs.
+    HandedOver, ///< Another one serves and has the line.
+    NotServed   ///< Another one runs and has not taken the line for 15 seconds.
+};
+
+/// Sends `line` to the host that serves. Waits while another host runs that does not serve: it
+/// starts or stops just now, or is soon done.
+Role Send(const Text& line);
+
+} // namespace HandOver

@@ -1,0 +1,99 @@
+#include "PlugIns.h"
+
+#include <algorithm>
+#include <toolkit/encoding/StringConvert.h>
+#include <toolkit/files/Directory.h>
+#include <toolkit/files/PathManager.h>
+#include <toolkit/logging/Log.h>
+
+using namespace Toolkit;
+using HostPlugIn::Command;
+using HostPlugIn::PlugIn;
+
+namespace {
+
+using GetPlugIn = decltype(&GetHostPlugIn);
+
+Text VersionFault(unsigned int version)
+{
+    return L"it speaks version " + StringConvert::UStringFromUint32(version) +
+           L" of the interface, the host version " +
+           StringConvert::UStringFromUint32(HostPlugIn::c_interfaceVersion);
+}
+
+} // namespace
+
+PlugIns::~PlugIns()
+{
+    while (!m_plugIns.empty())
+        m_plugIns.pop_back();
+}
+
+void PlugIns::Load(const Text& folder)
+{
+    std::vector<Text> names;
+    Directory(folder).GetFiles(L"*.so", names);
+    std::sort(names.begin(), names.end());
+    for (const Text& name : names) {
+        Text path;
+        PathManager::AppendPath(path, folder, name);
+        const Text fault = LoadLibrary(path);
+        if (!fault.empty())
+            Terminal::Fail(L"The plug-in " + path + L" is left out: " + fault);
+    }
+}
+
+const Command* PlugIns::FindCommand(const Text& name) const
+{
+    for (const Command* const command : GetCommands()) {
+        if (name == command->name)
+            return command;
+    }
+    return nullptr;
+}
+
+std::vector<const Command*> PlugIns::GetCommands() const
+{
+    std::vector<const Command*> commands;
+    for (const LoadedPlugIn& loaded : m_plugIns) {
+        for (std::size_t i = 0; i < loaded.plugIn->commandCount; ++i)
+            commands.push_back(&loaded.plugIn->commands[i]);
+    }
+    return commands;
+}
+
+// Returns why the library is of no use; the empty text when it is.
+Text PlugIns::LoadLibrary(const Text& path)
+{
+    auto library = std::make_unique<DynamicLibrary>(path);
+    const auto getPlugIn = reinterpret_cast<GetPlugIn>(library->GetSymbol(L"GetHostPlugIn"));
+    if (!getPlugIn) {
+        void* const handle = library->Detach();
+        DynamicLibrary::Unload(handle);
+        return handle ? L"it has no function GetHostPlugIn" : L"it cannot be loaded";
+    }
+    const PlugIn* const plugIn = getPlugIn();
+    const Text fault = FindFault(plugIn);
+    if (!fault.empty())
+        return fault;
+    TOOLKIT_LOG(SeverityInfo) << L"Plug-in " << plugIn->name << L": " << path
+                              << ILogger::c_strLogToken3;
+    m_plugIns.push_back({std::move(library), plugIn});
+    return Text();
+}
+
+// Nothing but the version is looked at in a plug-in of another one.
+Text PlugIns::FindFault(const PlugIn* plugIn) const
+{
+    if (!plugIn)
+        return L"it says so";
+    if (plugIn->interfaceVersion != HostPlugIn::c_interfaceVersion)
+        return VersionFault(plugIn->interfaceVersion);
+    if (plugIn->failure)
+        return plugIn->failure;
+    for (std::size_t i = 0; i < plugIn->commandCount; ++i) {
+        if (FindCommand(plugIn->commands[i].name))
+            return Text(L"another one has its command ") + plugIn->commands[i].name;
+    }
+    return Text();
+}

@@ -1,0 +1,45 @@
+#include "Restart.h"
+
+#include <toolkit/files/FFile.h>
+#include <toolkit/files/PathManager.h>
+#include <toolkit/files/TextFile.h>
+#include <toolkit/system/RestartManagment.h>
+
+#include "HandOver.h"
+
+using namespace Toolkit;
+
+namespace {
+
+Text KeptLinePath()
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    Text path;
+    PathManager::AppendPath(path, paths->GetApplicationDataPath(), L"restart.txt");
+    return path;
+}
+
+} // namespace
+
+bool Restart::Begin(const Text& startLine)
+{
+    FFile file;
+    if (!file.Open(KeptLinePath(), L"wb"))
+        return false;
+    file.Write(startLine + L"\n");
+    return file.Close() && RestartManagment::GetInstance()->ActivateRestartProcess();
+}
+
+Text Restart::KeptLine()
+{
+    TextFile file;
+    return file.Open(KeptLinePath()) ? file.GetFirstLine() : Text(HandOver::c_serve);
+}
+
+// Whoever holds the lock of the single instance has waited already.
+void Restart::Finish()
+{
+    const smart_ptr<RestartManagment> restart = RestartManagment::GetInstance();
+    restart->WaitingForPreviousProcessFinish();
+    restart->RestartProcessFinish();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <toolkit/logging/Log.h>
+#include <toolkit/module/LibModule.h>
+
+/// A plug-in's module that has nothing to prepare: it logs when the plug-in starts and stops.
+class StartStopLog : public Toolkit::LibModule {
+public:
+    explicit StartStopLog(const wchar_t* plugIn) : m_plugIn(plugIn) {}
+
+    void Initialize() override
+    {
+        TOOLKIT_LOG(Toolkit::SeverityInfo)
+            << L"The plug-in " << m_plugIn << L" starts" << Toolkit::ILogger::c_strLogToken3;
+    }
+
+    void Release() override
+    {
+        TOOLKIT_LOG(Toolkit::SeverityInfo)
+            << L"The plug-in " << m_plugIn << L" stops" << Toolkit::ILogger::c_strLogToken3;
+    }
+
+private:
+    const wchar_t* const m_plugIn;
+};

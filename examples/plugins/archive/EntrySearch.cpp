@@ -1,0 +1,60 @@
+#include "EntrySearch.h"
+
+#include <toolkit/encoding/StringConvert.h>
+#include <toolkit/encoding/UTF7.h>
+#include <vector>
+
+#include "LineCutter.h"
+
+using namespace Toolkit;
+
+namespace {
+
+constexpr std::size_t c_blockSize = 64 * 1024;
+
+// A line of an entry that may be anything: ISO 8859-1 where it is not UTF-8, and blanks for the
+// null bytes, which would end the text.
+TString<char> ToUtf8(std::string bytes)
+{
+    std::replace(bytes.begin(), bytes.end(), '\0', ' ');
+    if (!bytes.empty() && UTF8::ToUNICODE(bytes).empty())
+        return UTF8::ToUTF8(UTF7::ToUNICODE(bytes));
+    return bytes;
+}
+
+} // namespace
+
+EntrySearch::EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun& run)
+    : m_search(pattern), m_run(run)
+{
+}
+
+// ReadLine() drops a last line without an end, so the lines are cut here.
+bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
+{
+    bool isStored = true;
+    unsigned int number = 0;
+    const auto examine = [&](const std::string& line) {
+        isStored = Examine(name, ++number, line) && isStored;
+    };
+
+    wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(stream);
+    std::vector<char> block(c_blockSize);
+    LineCutter lines;
+    while (isStored && bytes.Read(block.data(), block.size()).LastRead() > 0)
+        lines.Add(block.data(), bytes.LastRead(), examine);
+    lines.AddEnd(examine);
+    if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
+        m_run.Warn(L"the entry " + name + L" is damaged, and was searched as far as it goes");
+    return isStored;
+}
+
+bool EntrySearch::Examine(const TString<wchar_t>& name, unsigned int number,
+                          const std::string& bytes)
+{
+    const TString<char> line = ToUtf8(bytes);
+    if (!m_search.Matches(line))
+        return true;
+    return m_run.WriteLine(name + L":" + StringConvert::UStringFromUint32(number) + L": " +
+                           UTF8::ToUNICODE(line));
+}

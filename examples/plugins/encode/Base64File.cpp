@@ -1,0 +1,109 @@
+#include "Base64File.h"
+
+#include <algorithm>
+#include <memory>
+#include <toolkit/encoding/Base64.h>
+
+#include "InputFile.h"
+
+namespace {
+
+constexpr std::size_t c_lineLength = 76;      // RFC 2045, section 6.8
+constexpr unsigned int c_bytesOfLine = 57;    // what a whole line stands for
+constexpr unsigned int c_linesOfBlock = 1024; // what is read at once
+
+// The library's two functions bear each other's names.
+using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
+constexpr Codec c_encode = b64_decode_binary;
+constexpr Codec c_decode = b64_encode_binary;
+
+std::string Convert(Codec codec, const std::string& input)
+{
+    unsigned char* output = nullptr;
+    unsigned int length = 0;
+    codec(reinterpret_cast<const unsigned char*>(input.data()),
+          static_cast<unsigned int>(input.size()), &output, &length);
+    const std::unique_ptr<unsigned char[]> owner(output);
+    return std::string(output, output + length);
+}
+
+bool WriteLines(const std::string& code, HostPlugIn::CommandRun& run)
+{
+    std::string lines;
+    for (std::size_t begin = 0; begin < code.size(); begin += c_lineLength)
+        lines += code.substr(begin, c_lineLength) + '\n';
+    return run.Write(lines.data(), lines.size());
+}
+
+bool IsWhiteSpace(char character)
+{
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
+// Takes the whole groups of four characters from the front of `digits`.
+std::string TakeGroups(std::string& digits)
+{
+    const std::size_t length = digits.size() / 4 * 4;
+    const std::string groups = digits.substr(0, length);
+    digits.erase(0, length);
+    return groups;
+}
+
+enum class Kind { Inner, Last, Broken };
+
+// The decoder would take any character for a digit.
+Kind KindOf(const std::string& groups)
+{
+    const std::size_t end = groups.find_first_not_of(
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/");
+    if (end == std::string::npos)
+        return Kind::Inner;
+    const bool isPadding =
+        end + 2 >= groups.size() && groups.find_first_not_of('=', end) == std::string::npos;
+    return isPadding ? Kind::Last : Kind::Broken;
+}
+
+bool FailOnInput(HostPlugIn::CommandRun& run)
+{
+    return run.Fail(run.GetValue(L"in") + L" is not Base64");
+}
+
+} // namespace
+
+bool Base64File::Encode(HostPlugIn::CommandRun& run)
+{
+    InputFile file(run);
+    if (!file.Open())
+        return false;
+
+    std::string block;
+    while (file.Read(block, c_bytesOfLine * c_linesOfBlock)) {
+        if (!WriteLines(Convert(c_encode, block), run))
+            return false;
+    }
+    return file.IsAtEnd();
+}
+
+bool Base64File::Decode(HostPlugIn::CommandRun& run)
+{
+    InputFile file(run);
+    if (!file.Open())
+        return false;
+
+    std::string block;
+    std::string digits;
+    Kind kind = Kind::Inner;
+    while (file.Read(block, c_bytesOfLine * c_linesOfBlock)) {
+        std::copy_if(block.begin(), block.end(), std::back_inserter(digits),
+                     [](char character) { return !IsWhiteSpace(character); });
+        const std::string groups = TakeGroups(digits);
+        if (groups.empty())
+            continue;
+        if (kind == Kind::Last || (kind = KindOf(groups)) == Kind::Broken)
+            return FailOnInput(run);
+        const std::string bytes = Convert(c_decode, groups);
+        if (!run.Write(bytes.data(), bytes.size()))
+            return false;
+    }
+    return digits.empty() ? file.IsAtEnd() : FailOnInput(run);
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "PlugIn.h"
+
+/// Files in Base64 (RFC 4648), of any size. The encoded text has lines of 76 characters; of what is
+/// decoded, white space does not count.
+namespace Base64File {
+
+bool Encode(HostPlugIn::CommandRun& run);
+bool Decode(HostPlugIn::CommandRun& run);
+
+} // namespace Base64File

@@ -1,0 +1,55 @@
+// A plug-in of the example host that makes files fit for mail and back:
+//
+//     encode -in <file> -as base64|quoted-printable
+//     decode -in <file> -as base64|quoted-printable
+
+#include <toolkit/Toolkit.h>
+
+#include "Base64File.h"
+#include "PlugIn.h"
+#include "QuotedPrintableFile.h"
+#include "StartStopLog.h"
+
+using namespace HostPlugIn;
+using namespace Toolkit;
+
+namespace {
+
+StartStopLog s_module(L"encode");
+const ModuleRegistration s_registration(s_module);
+
+bool Choose(CommandRun& run, bool (*base64)(CommandRun&), bool (*quotedPrintable)(CommandRun&))
+{
+    const TString<wchar_t>& encoding = run.GetValue(L"as");
+    if (encoding == L"base64")
+        return base64(run);
+    if (encoding == L"quoted-printable")
+        return quotedPrintable(run);
+    return run.Fail(L"the encodings are base64 and quoted-printable, not " + encoding);
+}
+
+bool Encode(CommandRun& run)
+{
+    return Choose(run, Base64File::Encode, QuotedPrintableFile::Encode);
+}
+
+bool Decode(CommandRun& run)
+{
+    return Choose(run, Base64File::Decode, QuotedPrintableFile::Decode);
+}
+
+constexpr Option c_options[] = {{L"in", Option::Path, true}, {L"as", Option::Value, true}};
+constexpr Command c_commands[] = {
+    {L"encode", L"a file in Base64, or a text file in quoted-printable", c_options,
+     std::size(c_options), Guarded<Encode>},
+    {L"decode", L"the file that was encoded so", c_options, std::size(c_options), Guarded<Decode>},
+};
+
+} // namespace
+
+const PlugIn* GetHostPlugIn() noexcept
+{
+    static const PlugIn plugIn{c_interfaceVersion, L"encode", s_registration.GetFailure(),
+                               c_commands, std::size(c_commands)};
+    return &plugIn;
+}

@@ -1,0 +1,139 @@
+#include "QuotedPrintableFile.h"
+
+#include <cctype>
+#include <toolkit/encoding/QuotedPrintable.h>
+#include <toolkit/encoding/StringConvert.h>
+
+#include "InputFile.h"
+
+using namespace Toolkit;
+
+namespace {
+
+using Text = TString<wchar_t>;
+
+constexpr std::size_t c_longestLine = 76;
+constexpr unsigned int c_blockSize = 64 * 1024;
+const char* const c_softBreak = "=\r\n";
+
+bool ReadAll(HostPlugIn::CommandRun& run, std::string& bytes)
+{
+    InputFile file(run);
+    if (!file.Open())
+        return false;
+    std::string block;
+    while (file.Read(block, c_blockSize))
+        bytes += block;
+    return file.IsAtEnd();
+}
+
+// Calls `onLine` with the number of each line, the line and whether a line feed ends it, until one
+// call is false.
+template <typename Action>
+bool ForEachLine(const std::string& bytes, Action onLine)
+{
+    unsigned int number = 0;
+    for (std::size_t begin = 0; begin < bytes.size();) {
+        const std::size_t end = bytes.find('\n', begin);
+        const bool hasEnd = end != std::string::npos;
+        if (!onLine(++number, bytes.substr(begin, end - begin), hasEnd))
+            return false;
+        begin = hasEnd ? end + 1 : bytes.size();
+    }
+    return true;
+}
+
+bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& fault)
+{
+    return run.Fail(run.GetValue(L"in") + L", line " + StringConvert::UStringFromUint32(number) +
+                    L": " + fault);
+}
+
+// The breaks that the library makes may stand inside of an escape, which other readers refuse.
+std::string WithSoftBreaks(const std::string& code)
+{
+    std::string lines;
+    std::size_t begin = 0;
+    while (code.size() - begin > c_longestLine) {
+        std::size_t end = begin + c_longestLine - 1;
+        if (code[end - 1] == '=')
+            end -= 1;
+        else if (code[end - 2] == '=')
+            end -= 2;
+        lines += code.substr(begin, end - begin) + c_softBreak;
+        begin = end;
+    }
+    return lines + code.substr(begin);
+}
+
+// Line ends of every reader's taste, and blanks that some system has put behind a line.
+void RemoveTrailingBlanks(std::string& line)
+{
+    line.erase(line.find_last_not_of(" \t\r") + 1);
+}
+
+bool IsHexDigit(char character)
+{
+    return std::isxdigit(static_cast<unsigned char>(character)) != 0;
+}
+
+// The decoder drops what is no escape, and all that follows a null byte.
+bool HasOnlyEscapes(const std::string& code)
+{
+    for (std::size_t at = code.find('='); at != std::string::npos; at = code.find('=', at + 1)) {
+        if (at + 2 >= code.size() || !IsHexDigit(code[at + 1]) || !IsHexDigit(code[at + 2]) ||
+            code.compare(at + 1, 2, "00") == 0)
+            return false;
+    }
+    return true;
+}
+
+bool DecodeLine(const std::string& code, std::string& bytes)
+{
+    if (code.empty())
+        return true;
+    const Text text =
+        HasOnlyEscapes(code) ? QP::ToUNICODE(UTF8::ToUNICODE(code)) : TString<wchar_t>();
+    bytes += UTF8::ToUTF8(text);
+    return !text.empty();
+}
+
+} // namespace
+
+bool QuotedPrintableFile::Encode(HostPlugIn::CommandRun& run)
+{
+    std::string bytes;
+    if (!ReadAll(run, bytes))
+        return false;
+    return ForEachLine(bytes, [&](unsigned int number, const std::string& line, bool hasEnd) {
+        const Text text = UTF8::ToUNICODE(line);
+        if ((text.empty() && !line.empty()) || line.find('\0') != std::string::npos)
+            return FailOnLine(run, number, L"this is no text in UTF-8");
+        const std::string code =
+            WithSoftBreaks(UTF8::ToUTF8(QP::ToQP(text))) + (hasEnd ? "\r\n" : "");
+        return run.Write(code.data(), code.size());
+    });
+}
+
+bool QuotedPrintableFile::Decode(HostPlugIn::CommandRun& run)
+{
+    std::string bytes;
+    if (!ReadAll(run, bytes))
+        return false;
+    std::string code; // of the line up to here, from the pieces that soft breaks made of it
+    return ForEachLine(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
+        RemoveTrailingBlanks(piece);
+        code += piece;
+        if (!code.empty() && code.back() == '=') {
+            code.pop_back();
+            if (hasEnd)
+                return true;
+        }
+        std::string line;
+        if (!DecodeLine(code, line))
+            return FailOnLine(run, number, L"this is no text in quoted-printable");
+        code.clear();
+        line += hasEnd ? "\n" : "";
+        return run.Write(line.data(), line.size());
+    });
+}

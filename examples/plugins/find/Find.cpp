@@ -1,0 +1,82 @@
+// A plug-in of the example host that searches the files of a folder:
+//
+//     find -folder <folder> -pattern <regular expression> [-files <such as *.txt>] [-deep]
+
+#include <toolkit/Toolkit.h>
+
+#include "FolderFiles.h"
+#include "LineSearch.h"
+#include "PlugIn.h"
+#include "StartStopLog.h"
+
+using namespace HostPlugIn;
+using namespace Toolkit;
+
+namespace {
+
+using Text = TString<wchar_t>;
+
+StartStopLog s_module(L"find");
+const ModuleRegistration s_registration(s_module);
+
+// Null characters, which would end the text, count as blanks.
+TString<char> ToUtf8(Text line)
+{
+    std::replace(line.begin(), line.end(), L'\0', L' ');
+    return UTF8::ToUTF8(line);
+}
+
+bool SearchFile(LineSearch& search, const Text& folder, const Text& name, CommandRun& run)
+{
+    Text path;
+    PathManager::AppendPath(path, folder, name);
+    TextFile file;
+    if (!file.Open(path)) {
+        run.Warn(L"cannot read " + path);
+        return true;
+    }
+
+    // Eof() already holds on the last line, so each line is examined before Eof() is asked.
+    unsigned int number = 1;
+    for (Text line = file.GetFirstLine();; line = file.GetNextLine(), ++number) {
+        if (search.Matches(ToUtf8(line)) &&
+            !run.WriteLine(name + L":" + StringConvert::UStringFromUint32(number) + L": " + line))
+            return false;
+        if (file.Eof())
+            return true;
+    }
+}
+
+bool Find(CommandRun& run)
+{
+    LineSearch search(run.GetValue(L"pattern"));
+    const Text& folder = run.GetValue(L"folder");
+    if (!Directory::Exist(folder))
+        return run.Fail(L"there is no folder " + folder);
+
+    const std::vector<Text> names =
+        FolderFiles(folder, run.GetValue(L"files"), run.IsDefined(L"deep"));
+    unsigned int done = 0;
+    for (const Text& name : names) {
+        if (!SearchFile(search, folder, name, run) || !run.Progress(++done, names.size(), L"files"))
+            return false;
+    }
+    return true;
+}
+
+constexpr Option c_options[] = {{L"folder", Option::Path, true},
+                                {L"pattern", Option::Value, true},
+                                {L"files", Option::Value, false},
+                                {L"deep", Option::Flag, false}};
+constexpr Command c_commands[] = {{L"find",
+                                   L"lines of a folder's files that match a regular expression",
+                                   c_options, std::size(c_options), Guarded<Find>}};
+
+} // namespace
+
+const PlugIn* GetHostPlugIn() noexcept
+{
+    static const PlugIn plugIn{c_interfaceVersion, L"find", s_registration.GetFailure(), c_commands,
+                               std::size(c_commands)};
+    return &plugIn;
+}

@@ -1,0 +1,56 @@
+#include "FolderFiles.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/files/Directory.h>
+#include <toolkit/files/PathManager.h>
+
+using namespace Toolkit;
+
+namespace {
+
+using Text = TString<wchar_t>;
+
+Text Join(const Text& folder, const Text& name)
+{
+    Text path;
+    PathManager::AppendPath(path, folder, name);
+    return path;
+}
+
+// A link may lead back to where the walk came from.
+bool IsLink(const Text& path)
+{
+    std::error_code ignored;
+    return std::filesystem::is_symlink(std::string(UTF8::ToUTF8(path)), ignored);
+}
+
+// Adds the files of `root`'s subfolder `below`, which is empty for the root itself.
+void AddFiles(const Text& root, const Text& below, const Text& fileSpec, bool isDeep,
+              std::vector<Text>& paths)
+{
+    const Directory directory(below.empty() ? root : Join(root, below));
+    std::vector<Text> names;
+    directory.GetFiles(fileSpec, names);
+    for (const Text& name : names)
+        paths.push_back(Join(below, name));
+    if (!isDeep)
+        return;
+    directory.GetDirectories(L"", names);
+    for (const Text& name : names) {
+        const Text folder = Join(below, name);
+        if (!IsLink(Join(root, folder)))
+            AddFiles(root, folder, fileSpec, isDeep, paths);
+    }
+}
+
+} // namespace
+
+std::vector<Text> FolderFiles(const Text& folder, const Text& fileSpec, bool isDeep)
+{
+    std::vector<Text> paths;
+    AddFiles(folder, L"", fileSpec, isDeep, paths);
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
