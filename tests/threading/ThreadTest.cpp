@@ -166,27 +166,28 @@ TEST(ThreadTest, StartsOnce)
     EXPECT_EQ(calls, 1);
 }
 
+// Works until it is to end. By then nothing of this class is left.
+class Plain : public Thread {
+public:
+    Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
+
+private:
+    int DoWork() override
+    {
+        wxThread* const self = this;
+        std::atomic<bool>& done = m_done;
+        m_begun.count_down();
+        while (!self->wxThread::TestDestroy())
+            Thread::Sleep(1);
+        done = true;
+        return 0;
+    }
+    std::latch& m_begun;
+    std::atomic<bool>& m_done;
+};
+
 TEST(ThreadTest, DestructionWaitsForTheWork)
 {
-    // When the thread ends, nothing of the derived class is left.
-    class Plain : public Thread {
-    public:
-        Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
-
-    private:
-        int DoWork() override
-        {
-            wxThread* const self = this;
-            std::atomic<bool>& done = m_done;
-            m_begun.count_down();
-            while (!self->wxThread::TestDestroy())
-                Thread::Sleep(1);
-            done = true;
-            return 0;
-        }
-        std::latch& m_begun;
-        std::atomic<bool>& m_done;
-    };
     std::latch begun(1);
     std::atomic<bool> done{false};
 
@@ -194,6 +195,20 @@ TEST(ThreadTest, DestructionWaitsForTheWork)
         Plain thread(begun, done);
         thread.Run();
         begun.wait();
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST(ThreadTest, DestructionEndsAPausedThread)
+{
+    std::latch begun(1);
+    std::atomic<bool> done{false};
+
+    {
+        Plain thread(begun, done);
+        thread.Run();
+        begun.wait();
+        EXPECT_TRUE(thread.Pause());
     }
     EXPECT_TRUE(done);
 }
@@ -298,7 +313,6 @@ TEST(ThreadTest, SleepsAtLeastItsTime)
 
 TEST(ThreadTest, CannotRunWhenTheSystemHasNoThread)
 {
-    // The framework says so.
     testing::internal::CaptureStderr();
     {
         const NoRoomForThreads noRoom;
@@ -308,7 +322,7 @@ TEST(ThreadTest, CannotRunWhenTheSystemHasNoThread)
         EXPECT_FALSE(worker.IsRunning());
         EXPECT_EQ(worker.Wait(), nullptr);
     }
-    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 } // namespace
