@@ -2,26 +2,23 @@
 
 #include "support/CapturedLog.h"
 #include "support/ScopedLocale.h"
-#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <wx/init.h>
 
 #include <filesystem>
 #include <fstream>
 
+#include "archive/ArchiveFixture.h"
 #include "archive/ZipWriter.h"
 
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Testing::IsLogLine;
 using Testing::ScopedLocale;
-using Testing::TempDir;
 using Testing::WriteZip;
 using Testing::ZipContent;
 
@@ -29,32 +26,12 @@ using Type = ArchiveEntriesFlags::ArchiveEntriesType;
 
 constexpr auto c_all = ArchiveEntriesFlags::AllEntries;
 
-class ArchiveZipTest : public testing::Test {
+class ArchiveZipTest : public Testing::ArchiveFixture {
 protected:
     TString<wchar_t> Write(const ZipContent& content) const
     {
-        WriteZip(m_directory.File(L"archive.zip"), content);
-        return m_directory.File(L"archive.zip");
-    }
-
-    // The names that a listing gives.
-    std::vector<std::wstring> Names(const TString<wchar_t>& path, const TString<wchar_t>& filter,
-                                    Type type)
-    {
-        m_archive.Open(path);
-        const int count = m_archive.EntriesList(m_entries, filter, type);
-        EXPECT_EQ(count, static_cast<int>(m_entries.size()));
-        std::vector<std::wstring> names;
-        for (const auto& entry : m_entries)
-            names.push_back(entry.first);
-        return names;
-    }
-
-    std::string Bytes(const TString<wchar_t>& name)
-    {
-        std::vector<unsigned char> bytes;
-        *m_archive.GetZipInputStream(m_entries[name]) >> bytes;
-        return {bytes.begin(), bytes.end()};
+        WriteZip(Path(), content);
+        return Path();
     }
 
     // Changes the first occurrence of `from` in the archive's bytes.
@@ -64,12 +41,6 @@ protected:
         bytes.replace(bytes.find(from), to.size(), to);
         m_directory.WriteFile(L"archive.zip", bytes);
     }
-
-    const wxInitializer m_framework;
-    const CapturedLog m_log;
-    const TempDir m_directory;
-    ArchiveZip m_archive;
-    ArchiveZip::EntriesMap m_entries;
 };
 
 TEST_F(ArchiveZipTest, ListsEverythingWithoutAFilter)
@@ -208,7 +179,7 @@ TEST_F(ArchiveZipTest, ADamagedEntryDoesNotSpoilTheNext)
     Names(m_directory.File(L"archive.zip"), L"", c_all);
 
     Bytes(L"a");
-    EXPECT_FALSE(m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>())->IsOk());
+    EXPECT_FALSE(IsOk());
     EXPECT_EQ(Bytes(L"b"), "whole");
 }
 

@@ -1,3 +1,5 @@
+toolkit_test(archive/ArchiveZipHostileTest.cpp)
+target_sources(ArchiveZipHostileTest PRIVATE archive/RawZip.cpp)
 toolkit_test(archive/ArchiveZipTest.cpp)
 target_sources(ArchiveZipTest PRIVATE archive/ZipWriter.cpp)
 toolkit_test(archive/ZipInputStreamTest.cpp)

@@ -51,6 +51,7 @@ public:
     bool CloseEntry() override;
 
 protected:
+    wxInputStream* OpenDecompressor(wxInputStream& stream) override;
     std::size_t OnSysRead(void* buffer, std::size_t size) override;
     wxFileOffset OnSysTell() const override;
 

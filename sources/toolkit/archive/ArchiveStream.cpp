@@ -82,15 +82,17 @@ bool ArchiveStream::LookAhead()
     if (left <= 0)
         return false;
 
-    m_ahead.erase(0, m_aheadBegin);
-    m_aheadBegin = 0;
+    // At the end of an entry the framework compares its size with the position, which what was
+    // looked at must not shift meanwhile.
+    std::string ahead = std::exchange(m_ahead, {}).erase(0, std::exchange(m_aheadBegin, 0));
     // The looks grow with what has been seen, so that a long line is not copied over and over.
-    const std::size_t oldSize = m_ahead.size();
+    const std::size_t oldSize = ahead.size();
     const auto wanted = std::max(c_blockSize, static_cast<wxFileOffset>(oldSize));
     const auto size = static_cast<std::size_t>(std::min(left, wanted));
-    m_ahead.resize(oldSize + size);
-    const std::size_t count = wxZipInputStream::OnSysRead(m_ahead.data() + oldSize, size);
-    m_ahead.resize(oldSize + count);
+    ahead.resize(oldSize + size);
+    const std::size_t count = wxZipInputStream::OnSysRead(ahead.data() + oldSize, size);
+    ahead.resize(oldSize + count);
+    m_ahead = std::move(ahead);
     m_errorBehind = GetLastError();
     Reset();
     return count > 0;
@@ -112,10 +114,24 @@ void ArchiveStream::TakeBackUnread()
 
 bool ArchiveStream::CloseEntry()
 {
+    // The framework would give what was handed back of this entry in front of the next.
+    TakeBackUnread();
     m_ahead.clear();
     m_aheadBegin = 0;
     m_errorBehind = wxSTREAM_NO_ERROR;
     return wxZipInputStream::CloseEntry();
+}
+
+wxInputStream* ArchiveStream::OpenDecompressor(wxInputStream& stream)
+{
+    // Compressed data that end before their entry does have handed the rest back to the stream that
+    // the next entry reads: it stands that far before its beginning.
+    const wxFileOffset position = stream.TellI();
+    if (position < 0) {
+        std::string rest(static_cast<std::size_t>(-position), '\0');
+        stream.Read(rest.data(), rest.size());
+    }
+    return wxZipInputStream::OpenDecompressor(stream);
 }
 
 std::size_t ArchiveStream::OnSysRead(void* buffer, std::size_t size)

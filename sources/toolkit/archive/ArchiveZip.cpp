@@ -104,8 +104,12 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
     wxZipInputStream* const stream = *m_stream;
     // An error of one entry must not keep the others from being read.
     stream->Reset();
+    stream->CloseEntry();
     const bool isOpen = stream->OpenEntry(*entry);
     ASSERT(isOpen);
+    // The framework would go on with whatever entry it finds next.
+    if (!isOpen)
+        stream->Reset(wxSTREAM_READ_ERROR);
     return m_stream;
 }
 

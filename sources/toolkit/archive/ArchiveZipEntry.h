@@ -9,8 +9,8 @@ namespace Toolkit {
 /// One entry of a Zip archive, as the archive's directory describes it. Everything is read through
 /// the framework's class.
 ///
-/// Names and sizes are those that the archive claims: a name may be absolute or hold "..", so a
-/// program that extracts checks where it leads.
+/// Names and sizes are those that the archive claims: a name may hold ".." or back-slashes, so a
+/// program that extracts checks where it leads. A "/" or "./" at its beginning is not part of it.
 class TOOLKIT_API ArchiveZipEntry : public wxZipEntry {
 public:
     /// A copy of `entry`.

@@ -1,0 +1,60 @@
+#include "archive/RawZip.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+constexpr std::uint64_t c_version = 45;
+
+// What the header of an entry and its record in the directory have in common.
+std::string CommonFields(const RawEntry& entry)
+{
+    const std::uint64_t compressedSize = entry.compressedSize.value_or(entry.data.size());
+    return Number(c_version, 2) + Number(entry.flags, 2) + Number(entry.method, 2) + Number(0, 4) +
+           Number(entry.checksum.value_or(Checksum(entry.content)), 4) + Number(compressedSize, 4) +
+           Number(entry.size.value_or(entry.content.size()), 4) + Number(entry.name.size(), 2) +
+           Number(entry.extra.size(), 2);
+}
+
+} // namespace
+
+std::string RawZip(const std::vector<RawEntry>& entries)
+{
+    std::string archive;
+    std::string directory;
+    for (const RawEntry& entry : entries) {
+        const std::string common = CommonFields(entry);
+        directory += "PK\1\2" + Number(c_version, 2) + common + Number(0, 10) +
+                     Number(entry.offset.value_or(archive.size()), 4) + entry.name + entry.extra;
+        archive += "PK\3\4" + common + entry.name + entry.extra + entry.data;
+    }
+    return archive + directory + "PK\5\6" + Number(0, 4) + Number(entries.size(), 2) +
+           Number(entries.size(), 2) + Number(directory.size(), 4) + Number(archive.size(), 4) +
+           Number(0, 2);
+}
+
+std::string Deflated(const std::string& content)
+{
+    return "\1" + Number(content.size(), 2) + Number(~content.size(), 2) + content;
+}
+
+std::uint32_t Checksum(const std::string& bytes)
+{
+    constexpr std::uint32_t polynomial = 0xEDB88320;
+    std::uint32_t checksum = 0xFFFFFFFF;
+    for (const char byte : bytes) {
+        checksum ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            checksum = (checksum >> 1) ^ (checksum & 1 ? polynomial : 0);
+    }
+    return ~checksum;
+}
+
+std::string Number(std::uint64_t value, int size)
+{
+    std::string bytes;
+    for (int i = 0; i < size; ++i)
+        bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+    return bytes;
+}
+
+} // namespace Toolkit::Testing

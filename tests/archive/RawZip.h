@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Toolkit::Testing {
+
+/// An entry whose every field may say what is not so.
+struct RawEntry {
+    std::string name;
+    std::string data;           ///< The bytes between this entry's header and the next.
+    std::string content = data; ///< What they stand for.
+    std::uint16_t method = 0;   ///< 0 is stored, 8 deflated.
+    std::uint16_t flags = 0;
+    std::optional<std::uint32_t> checksum = std::nullopt;
+    std::optional<std::uint32_t> compressedSize = std::nullopt;
+    std::optional<std::uint32_t> size = std::nullopt;
+    std::optional<std::uint32_t> offset = std::nullopt;
+    std::string extra = "";
+};
+
+/// The archive of `entries`, byte by byte.
+std::string RawZip(const std::vector<RawEntry>& entries);
+
+/// `content` in the deflate format, as one block that is not compressed.
+std::string Deflated(const std::string& content);
+
+std::uint32_t Checksum(const std::string& bytes);
+
+/// The `size` lowest bytes of `value`, the lowest first.
+std::string Number(std::uint64_t value, int size);
+
+} // namespace Toolkit::Testing
