@@ -1,0 +1,151 @@
+// Any file specification selects the names that a plain matcher of "*", "?" and "\" selects.
+
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/Directory.h"
+
+#include "support/Require.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace Toolkit;
+using Names = std::vector<TString<wchar_t>>;
+
+constexpr const wchar_t* c_directories[] = {L"a", L"dir", L"dir.d", L"aab", L"\u00E9t\u00E9"};
+constexpr const wchar_t* c_files[] = {
+    L"b",        L"ab",     L"abc",     L"aaab",       L"abab.txt",  L"a.txt", L"A.TXT", L"a.b.c",
+    L"*",        L"?",      L"\\",      L"a*b",        L"a?b",       L"a\\b",  L"[a-z]", L"[",
+    L"trailing", L"a b",    L" ",       L"-",          L"~",         L"a~",    L"#a#",   L"name.",
+    L"x.tar.gz", L"\u00E9", L"\u6F22a", L"\U0001F600", L"aaaaaaaaab"};
+constexpr const wchar_t* c_hidden[] = {L".hidden", L"..a", L".\u00E9"};
+
+// A directory with these entries, removed at the end of the program.
+class PreparedDirectory {
+public:
+    PreparedDirectory()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "fuzz-XXXXXX").native();
+        Require(::mkdtemp(name.data()) != nullptr);
+        m_path = name;
+        for (const wchar_t* const directory : c_directories)
+            std::filesystem::create_directory(PathOf(directory));
+        for (const wchar_t* const file : c_files)
+            std::ofstream(PathOf(file)).put('x');
+        for (const wchar_t* const file : c_hidden)
+            std::ofstream(PathOf(file)).put('x');
+    }
+    ~PreparedDirectory() { std::filesystem::remove_all(m_path); }
+
+    PreparedDirectory(const PreparedDirectory&) = delete;
+    PreparedDirectory& operator=(const PreparedDirectory&) = delete;
+
+    TString<wchar_t> Path() const { return UTF8::ToUNICODE(m_path.native()); }
+
+private:
+    std::filesystem::path PathOf(const wchar_t* name) const
+    {
+        return m_path / std::string(UTF8::ToUTF8(std::wstring(name)));
+    }
+
+    std::filesystem::path m_path;
+};
+
+// What stands for one character of a name, or for any number of them.
+struct Token {
+    enum class Kind { Any, One, Itself } kind;
+    wchar_t character;
+
+    bool Fits(wchar_t other) const { return kind == Kind::One || character == other; }
+};
+
+// False when the specification ends in a backslash that quotes nothing.
+bool Parse(const std::wstring& spec, std::vector<Token>& tokens)
+{
+    for (std::size_t i = 0; i < spec.size(); ++i) {
+        if (spec[i] == L'*') {
+            tokens.push_back({Token::Kind::Any, 0});
+        } else if (spec[i] == L'?') {
+            tokens.push_back({Token::Kind::One, 0});
+        } else {
+            if (spec[i] == L'\\' && ++i == spec.size())
+                return false;
+            tokens.push_back({Token::Kind::Itself, spec[i]});
+        }
+    }
+    return true;
+}
+
+bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
+{
+    // Whether the tokens so far, from the last one on, match what stands behind the first i
+    // characters.
+    std::vector<bool> matches(name.size() + 1, false);
+    matches.back() = true;
+    for (auto token = tokens.rbegin(); token != tokens.rend(); ++token) {
+        if (token->kind == Token::Kind::Any) {
+            for (std::size_t i = name.size(); i-- > 0;)
+                matches[i] = matches[i] || matches[i + 1];
+            continue;
+        }
+        for (std::size_t i = 0; i < name.size(); ++i)
+            matches[i] = matches[i + 1] && token->Fits(name[i]);
+        matches.back() = false;
+    }
+    return matches.front();
+}
+
+template <std::size_t size>
+void AddMatches(const TString<wchar_t>& spec, const wchar_t* const (&all)[size], Names& names)
+{
+    std::vector<Token> tokens;
+    // The specification ends with its first null character.
+    const bool isWhole = Parse(spec.c_str(), tokens);
+    for (const wchar_t* const name : all) {
+        if (spec.empty() || (isWhole && Matches(tokens, name)))
+            names.emplace_back(name);
+    }
+}
+
+void RequireSame(Names names, Names expected, unsigned int count)
+{
+    std::sort(names.begin(), names.end());
+    std::sort(expected.begin(), expected.end());
+    Require(names == expected && count == names.size());
+}
+
+TString<wchar_t> SpecOf(const std::string& bytes)
+{
+    const TString<wchar_t> text = UTF8::ToUNICODE(bytes);
+    return text.empty() ? std::wstring(bytes.begin(), bytes.end()) : std::wstring(text);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static const PreparedDirectory prepared;
+    const TString<wchar_t> path = prepared.Path();
+    const TString<wchar_t> spec = SpecOf({reinterpret_cast<const char*>(data), size});
+    Names directories;
+    Names files;
+    AddMatches(spec, c_directories, directories);
+    AddMatches(spec, c_files, files);
+
+    Names names{L"before"};
+    unsigned int count = Directory(path).GetDirectories(spec, names);
+    RequireSame(names, directories, count);
+    count = Directory(path).GetFiles(spec, names);
+    RequireSame(names, files, count);
+    files.insert(files.end(), directories.begin(), directories.end());
+    count = Directory::EnumFilePaths(names, path, spec);
+    RequireSame(names, files, count);
+    return 0;
+}

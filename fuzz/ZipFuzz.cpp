@@ -1,0 +1,218 @@
+// Whatever an archive holds, its entries are read as the framework's own stream and a fresh reader
+// of its for every word and line read them, in any mixture of words, lines and bytes.
+
+#include "toolkit/archive/ArchiveZip.h"
+
+#include "support/Input.h"
+#include "support/InputFile.h"
+#include "support/Require.h"
+
+#include <wx/log.h>
+#include <wx/txtstrm.h>
+#include <wx/wfstream.h>
+#include <wx/zipstrm.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace Toolkit;
+
+// A byte of a Zip archive may stand for a thousand: these bound the time that an input takes.
+constexpr std::size_t c_longestInput = 16384;
+constexpr int c_mostEntries = 8;
+constexpr std::size_t c_mostBytes = 100'000;
+
+using Bytes = std::vector<unsigned char>;
+
+// Reads an entry from the library's stream and from the framework's, and compares.
+class Comparison {
+public:
+    Comparison(ZipInputStream& stream, wxZipInputStream& reference)
+        : m_stream(stream), m_reference(reference)
+    {
+        CompareState();
+    }
+
+    void ReadLine()
+    {
+        TString<wchar_t> line = L"before";
+        const bool isWhole = m_stream.ReadLine(line);
+        const std::wstring expected = Reader().ReadLine().ToStdWstring();
+        Require(isWhole == m_reference.IsOk());
+        Require(line == (isWhole ? expected : std::wstring()));
+        CompareState();
+    }
+
+    void ReadWord()
+    {
+        TString<wchar_t> word = L"before";
+        m_stream >> word;
+        Require(word == Reader().ReadWord().ToStdWstring());
+        CompareState();
+    }
+
+    void ReadByte()
+    {
+        Require(Framework().GetC() == m_reference.GetC());
+        CompareState();
+    }
+
+    void ReadBlock(std::size_t size)
+    {
+        Bytes block(size);
+        Bytes expected(size);
+        block.resize(Framework().Read(block.data(), size).LastRead());
+        expected.resize(m_reference.Read(expected.data(), size).LastRead());
+        Require(block == expected);
+        CompareState();
+    }
+
+    // A byte that is looked at, and one that is put back.
+    void PeekAndPutBack(char byte)
+    {
+        Require(Framework().Peek() == m_reference.Peek());
+        Require(Framework().Ungetch(byte) == m_reference.Ungetch(byte));
+        CompareState();
+    }
+
+    void ReadRest()
+    {
+        Bytes bytes{'b'};
+        m_stream >> bytes;
+        Require(!bytes.empty() && bytes.front() == 'b');
+        std::size_t count = 1;
+        for (int byte = m_reference.GetC(); byte >= 0; byte = m_reference.GetC()) {
+            Require(count < bytes.size() && bytes[count] == byte);
+            if (++count > c_mostBytes)
+                return;
+        }
+        Require(count == bytes.size());
+        CompareState();
+    }
+
+private:
+    wxZipInputStream& Framework() const { return *static_cast<wxZipInputStream*>(m_stream); }
+
+    wxTextInputStream Reader() const { return wxTextInputStream(m_reference, " \t"); }
+
+    void CompareState() const
+    {
+        Require(Framework().GetLastError() == m_reference.GetLastError());
+        Require(m_stream.IsOk() == m_reference.IsOk());
+        Require(Framework().TellI() == m_reference.TellI());
+    }
+
+    ZipInputStream& m_stream;
+    wxZipInputStream& m_reference;
+};
+
+void ReadMixture(Comparison& comparison, const std::string& ways)
+{
+    for (const char way : ways) {
+        switch (way & 7) {
+        case 0:
+        case 1:
+            comparison.ReadLine();
+            break;
+        case 2:
+        case 3:
+            comparison.ReadWord();
+            break;
+        case 4:
+            comparison.ReadByte();
+            break;
+        case 5:
+            comparison.ReadBlock(static_cast<unsigned char>(way));
+            break;
+        case 6:
+            comparison.PeekAndPutBack(way);
+            break;
+        default:
+            comparison.ReadRest();
+        }
+    }
+}
+
+int List(ArchiveZip& archive, ArchiveZip::EntriesMap& entries)
+{
+    const int count = archive.EntriesList(entries, L"", ArchiveEntriesFlags::AllEntries);
+    Require(count == -1 || count == static_cast<int>(entries.size()));
+    return count;
+}
+
+// A listing leaves nothing for a second one, until the archive is opened again. One that met what
+// is no entry may end before the data do.
+void ListTwice(ArchiveZip& archive, const TString<wchar_t>& path, ArchiveZip::EntriesMap& entries)
+{
+    archive.Open(path);
+    const int count = List(archive, entries);
+    const bool isAtEnd = !archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>())->IsOk();
+    Require(!isAtEnd || (List(archive, entries) == -1 && entries.empty()));
+    archive.Open(path);
+    Require(List(archive, entries) == count);
+}
+
+// The framework's own stream in an entry, listed like the library's: what an entry gives does not
+// depend on what was read before it.
+std::unique_ptr<wxZipInputStream> OpenReference(const TString<wchar_t>& path, wxZipEntry& entry)
+{
+    auto reference = std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(path)));
+    while (std::unique_ptr<wxZipEntry>(reference->GetNextEntry())) {
+    }
+    reference->Reset();
+    if (!reference->OpenEntry(entry))
+        reference->Reset(wxSTREAM_READ_ERROR);
+    return reference;
+}
+
+void ReadEntries(ArchiveZip& archive, const ArchiveZip::EntriesMap& entries,
+                 const TString<wchar_t>& path, const std::string& ways)
+{
+    const std::string restOnly = "\7";
+    int count = 0;
+    for (const auto& [name, entry] : entries) {
+        for (const std::string& order : {ways, restOnly}) {
+            const smart_ptr<ZipInputStream> stream = archive.GetZipInputStream(entry);
+            const std::unique_ptr<wxZipInputStream> reference = OpenReference(path, *entry);
+            Comparison comparison(*stream, *reference);
+            ReadMixture(comparison, order);
+        }
+        if (++count == c_mostEntries)
+            return;
+    }
+}
+
+void AbortOnAssert(const wxString&, int, const wxString&, const wxString&, const wxString&)
+{
+    std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    // The ways of reading, which as many bytes give as the first one says, and then the archive.
+    constexpr unsigned int mostWays = 32;
+    static const InputFile file;
+    if (size > c_longestInput)
+        return 0;
+    Input input(data, size);
+    std::string ways;
+    for (unsigned int count = input.Byte() % mostWays; count > 0; --count)
+        ways.push_back(static_cast<char>(input.Byte()));
+    const std::string bytes = input.Rest();
+    file.Write(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+
+    wxSetAssertHandler(AbortOnAssert);
+    const wxLogNull silence;
+    ArchiveZip archive;
+    ArchiveZip::EntriesMap entries;
+    ListTwice(archive, file.Path(), entries);
+    ReadEntries(archive, entries, file.Path(), ways);
+    return 0;
+}
