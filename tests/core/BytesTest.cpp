@@ -73,13 +73,14 @@ public:
     std::vector<std::string> calls;
     unsigned int longest = 0;
     std::size_t failAt = 0;
+    unsigned int success = 0;
 
 private:
     unsigned int Note(const std::string& call, unsigned int size)
     {
         calls.push_back(call);
         longest = std::max(longest, size);
-        return calls.size() == failAt ? 0x10000077u : 0u;
+        return calls.size() == failAt ? 0x10000077u : success;
     }
 
     unsigned int Take(const std::string& call, void* data, unsigned int size)
@@ -249,6 +250,29 @@ TEST(BytesTest, ABlockCutShortStaysFilledInPart)
 
     EXPECT_EQ(bytes.Deserialize(stream), 0x10000003u);
     EXPECT_EQ(ContentsOf(bytes), std::string("abcd\0\0", 6));
+}
+
+TEST(BytesTest, DeserializeHasOneCodeForEveryFailureOfItsStream)
+{
+    for (const std::size_t call : {1u, 2u}) {
+        SCOPED_TRACE(call);
+        MemoryStream stream(Packed(3) + "abc");
+        stream.failAt = call;
+
+        EXPECT_EQ(Bytes().Deserialize(stream), 0x10000003u);
+        EXPECT_EQ(stream.calls.size(), call);
+    }
+}
+
+TEST(BytesTest, CodesWithoutTheFailureBitAreSuccess)
+{
+    MemoryStream stream;
+    stream.success = 0xEFFFFFFF;
+    Bytes bytes;
+
+    EXPECT_EQ(Bytes(Raw("abc"), 3).Serialize(stream), 0u);
+    EXPECT_EQ(bytes.Deserialize(stream), 0u);
+    EXPECT_EQ(ContentsOf(bytes), "abc");
 }
 
 TEST(BytesTest, ALongBlockIsReadAtOnce)

@@ -399,6 +399,32 @@ TEST_F(SmartPtrTest, ReleaseListenerIsToldOnceAndDeletedWithTheBlock)
     EXPECT_EQ(events, "released-after-object deleted ");
 }
 
+// Asks from another thread whether the lock of its count is free.
+class LockProbingListener : public IReleaseListener {
+public:
+    LockProbingListener(MutexInternal& lock, bool& wasFree) : m_lock(lock), m_wasFree(wasFree) {}
+    void OnReleased() override
+    {
+        std::thread([this] { m_wasFree = m_lock.Lock(0) && m_lock.Unlock(); }).join();
+    }
+
+private:
+    MutexInternal& m_lock;
+    bool& m_wasFree;
+};
+
+TEST_F(SmartPtrTest, ReleaseListenerIsToldUnderTheLockOfTheCount)
+{
+    bool wasFree = true;
+    {
+        const smart_ptr<Counted> pointer;
+        auto& data = DataOf(pointer);
+        data.releaseListener = new LockProbingListener(data.lock, wasFree);
+    }
+
+    EXPECT_FALSE(wasFree);
+}
+
 TEST_F(SmartPtrTest, CopiesAreMadeAndDroppedOnSeveralThreads)
 {
     constexpr int threadCount = 4;
