@@ -119,6 +119,23 @@ TEST(EventObjectTest, OneOfSeveralWaitersSeesASignal)
     EXPECT_EQ(CountWaitersThatSee(event, 4, 600, [&event] { event.Signal(); }), 1);
 }
 
+TEST(EventObjectTest, WaitLooksOnceMoreWhenItsTimeIsOver)
+{
+    EventObject event(c_autoReset, !c_signalled);
+    const auto signalDuringTheOnlySlice = [&event] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        event.Signal();
+    };
+
+    // On a busy machine a signal may come too late.
+    long seen = 0;
+    for (int attempt = 0; attempt < 10 && seen == 0; ++attempt) {
+        event.Reset();
+        seen = CountWaitersThatSee(event, 1, 150, signalDuringTheOnlySlice);
+    }
+    EXPECT_EQ(seen, 1);
+}
+
 TEST(EventObjectTest, AllWaitersSeeASignalThatStays)
 {
     EventObject event(!c_autoReset, !c_signalled);
