@@ -31,6 +31,16 @@ TEST(ConsoleLoggerTest, WritesTextAsItIs)
     EXPECT_EQ(output.Text(), L"one \u20AC\U0001F600\n");
 }
 
+TEST(ConsoleLoggerTest, NeverFlushes)
+{
+    const CapturedWideOutput output;
+    ConsoleLogger logger(SeverityVerbose);
+
+    logger.Write(L"line\n");
+    logger.Write(L"\u20AC\n");
+    EXPECT_EQ(output.FlushCount(), 0);
+}
+
 TEST(ConsoleLoggerTest, FreshLoggerWritesForTheHighestThresholdOnly)
 {
     for (int threshold = SeverityError; threshold <= SeverityVerbose; ++threshold) {

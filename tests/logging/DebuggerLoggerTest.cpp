@@ -22,6 +22,16 @@ TEST(DebuggerLoggerTest, WritesToTheWideStandardOutput)
     EXPECT_EQ(output.Text(), L"one two\n");
 }
 
+TEST(DebuggerLoggerTest, NeverFlushes)
+{
+    const CapturedWideOutput output;
+    DebuggerLogger logger(SeverityVerbose);
+
+    logger.Write(L"line\n");
+    logger.Write(L"\u20AC\n");
+    EXPECT_EQ(output.FlushCount(), 0);
+}
+
 TEST(DebuggerLoggerTest, LeavesOutWhatIsAboveItsThreshold)
 {
     const CapturedWideOutput output;

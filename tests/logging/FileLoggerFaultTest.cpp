@@ -1,4 +1,5 @@
 #include "toolkit/logging/FileLogger.h"
+#include "toolkit/system/TickCount.h"
 
 #include "support/FileSizeLimit.h"
 #include "support/ScarceMemory.h"
@@ -136,6 +137,23 @@ TEST_F(FileLoggerFaultTest, TextWaitsUntilThereIsADescriptor)
     }
     ASSERT_EQ(Files().size(), 1u);
     EXPECT_EQ(ReadWholeFile(Files().front()), "early late");
+}
+
+TEST_F(FileLoggerFaultTest, EveryAttemptHasAnotherTickCount)
+{
+    std::optional<NoDescriptors> noDescriptors(std::in_place);
+    const unsigned int start = GetTickCount();
+    const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+
+    // Many attempts fail meanwhile.
+    Await([start] { return GetTickCount() - start >= 100; });
+    const unsigned int earliest = GetTickCount();
+    noDescriptors.reset();
+    Await([this] { return !Fallbacks().empty(); });
+
+    const std::string name = Fallbacks().front().stem().native();
+    const unsigned long ticks = std::stoul(name.substr(m_name.size() + 1));
+    EXPECT_LE(ticks - earliest, GetTickCount() - earliest);
 }
 
 TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)

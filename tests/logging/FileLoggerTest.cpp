@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fcntl.h>
 #include <memory>
 #include <optional>
@@ -230,6 +231,23 @@ TEST_F(FileLoggerTest, TextWrittenWhileTheWriterSleepsIsNotLost)
         }
         EXPECT_EQ(ReadWholeFile(Path()), "last words");
     }
+}
+
+TEST_F(FileLoggerTest, EndsWhenNoTextHasComeForHalfASecond)
+{
+    using namespace std::chrono_literals;
+    std::chrono::steady_clock::duration longest{};
+    for (int round = 0; round < 3; ++round) {
+        auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
+        logger->Write(L"text");
+        AwaitFile("text", 4);
+
+        const auto start = std::chrono::steady_clock::now();
+        logger.reset();
+        longest = std::max(longest, std::chrono::steady_clock::now() - start);
+    }
+    // The writer may have begun to wait a little before.
+    EXPECT_GE(longest, 350ms);
 }
 
 TEST_F(FileLoggerTest, PiecesOfAThreadStayInOrder)

@@ -3,6 +3,7 @@
 #include "toolkit/logging/NullLogger.h"
 
 #include "support/CapturedLog.h"
+#include "support/ScarceMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,17 @@ TEST(ILoggerTest, FilteredInsertionReturnsTheProcessLoggerToo)
 
     EXPECT_THAT(sink.pieces, IsEmpty());
     EXPECT_THAT(log.Pieces(), ElementsAre(L"kept", L"kept too"));
+}
+
+TEST(ILoggerTest, FilteredValueIsNotConverted)
+{
+    const CapturedLog log(SeverityError);
+    const TString<char> narrow("a text that needs memory when it is widened");
+    ILogger& logger = ILogger::GetLogger() << SetSeverity(SeverityInfo);
+
+    const Testing::AllocationLimit none(0);
+    EXPECT_NO_THROW(logger << 1234567890 << 1234567890123LL << narrow);
+    EXPECT_NO_THROW(logger << "a long narrow array" << L"a long wide array");
 }
 
 TEST(ILoggerTest, NumbersArePlainDecimals)

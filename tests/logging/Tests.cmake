@@ -5,6 +5,7 @@ target_sources(FileLoggerFaultTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(logging/FileLoggerKillTest.cpp)
 toolkit_test(logging/FileLoggerTest.cpp)
 toolkit_test(logging/ILoggerTest.cpp)
+target_sources(ILoggerTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(logging/LogTest.cpp)
 toolkit_test(logging/NullLoggerTest.cpp)
 toolkit_private_test(

@@ -24,9 +24,20 @@ public:
     CapturedWideOutput& operator=(const CapturedWideOutput&) = delete;
 
     std::wstring Text() const { return m_buffer.str(); }
+    int FlushCount() const { return m_buffer.flushCount; }
 
 private:
-    std::wstringbuf m_buffer;
+    struct Buffer : std::wstringbuf {
+        int sync() override
+        {
+            ++flushCount;
+            return 0;
+        }
+
+        int flushCount = 0;
+    };
+
+    Buffer m_buffer;
     std::wstreambuf* m_oldBuffer;
 };
 
