@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <latch>
+#include <new>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -278,6 +279,20 @@ TEST_F(SmartPtrTest, AssigningNullReleasesTheObject)
 
     EXPECT_FALSE(pointer.IsValid());
     EXPECT_EQ(Counted::s_alive, 0);
+}
+
+TEST_F(SmartPtrTest, AssignmentWithoutMemoryForTheCountChangesNothing)
+{
+    smart_ptr<Counted> pointer(new Counted());
+    const Counted* const object = pointer.Get();
+
+    {
+        const Testing::AllocationLimit none(0);
+        EXPECT_THROW(pointer = nullptr, std::bad_alloc);
+    }
+
+    EXPECT_EQ(pointer.Get(), object);
+    EXPECT_EQ(Counted::s_alive, 1);
 }
 
 TEST_F(SmartPtrTest, TheHeldPointerAssignedAgainIsReleasedFirst)

@@ -88,9 +88,11 @@ public:
     /// the one that is held already: it would be released first.
     smart_ptr& operator=(T* object)
     {
+        // Without memory for the new count everything stays as it was.
+        auto* const data = new smart_ptr_inner_data<Policy>();
         ReleaseRef();
         m_object = object;
-        m_data = new smart_ptr_inner_data<Policy>();
+        m_data = data;
         return *this;
     }
 
