@@ -3,6 +3,7 @@
 #include "support/CapturedLog.h"
 #include "support/FileSizeLimit.h"
 #include "support/RunProgram.h"
+#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 
@@ -19,6 +20,7 @@
 namespace Toolkit {
 namespace {
 
+using Testing::AllocationLimit;
 using Testing::CapturedLog;
 using Testing::FileSizeLimit;
 using testing::HasSubstr;
@@ -446,6 +448,23 @@ TEST_F(FFileTest, StartedProgramsDoNotInheritTheFile)
     EXPECT_THAT(files, HasSubstr("/shared"));
     EXPECT_THAT(files, Not(HasSubstr("/private")));
     ::close(inherited);
+}
+
+TEST_F(FFileTest, TextsForWhichTheMemoryDoesNotSufficeAreNotWritten)
+{
+    const TString<wchar_t> longText = std::wstring(1000000, L'x');
+    FFile file;
+    ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
+    {
+        const AllocationLimit limit(100000);
+        file.Write(longText);
+        EXPECT_FALSE(FFile::Exists(longText));
+        EXPECT_FALSE(FFile().Open(longText, L"w"));
+    }
+    file.Write(L"short");
+
+    EXPECT_TRUE(file.Close());
+    EXPECT_EQ(m_directory.ReadFile(L"new"), "short");
 }
 
 TEST_F(FFileTest, FailuresAreSilent)

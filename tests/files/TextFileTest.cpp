@@ -2,6 +2,7 @@
 
 #include "support/CapturedLog.h"
 #include "support/FileSizeLimit.h"
+#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 
@@ -19,6 +20,7 @@
 namespace Toolkit {
 namespace {
 
+using Testing::AllocationLimit;
 using Testing::CapturedLog;
 using testing::ElementsAre;
 using Testing::FileSizeLimit;
@@ -449,6 +451,35 @@ TEST_F(TextFileTest, NoDescriptorIsLeftForAFile)
 
     EXPECT_FALSE(opened);
     EXPECT_TRUE(m_file.Open(name));
+}
+
+TEST_F(TextFileTest, FileForWhichTheMemoryDoesNotSufficeCannotBeOpened)
+{
+    const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", std::string(1000000, 'x'));
+    {
+        const AllocationLimit limit(100000);
+        EXPECT_FALSE(m_file.Open(name));
+        EXPECT_TRUE(m_file.Eof());
+    }
+
+    EXPECT_TRUE(m_file.Open(name));
+}
+
+TEST_F(TextFileTest, LineForWhichTheMemoryDoesNotSufficeIsEmptyOrNotWritten)
+{
+    const std::string bytes = std::string(1000000, 'x') + "\nshort\n";
+    Open(bytes);
+    const TString<wchar_t> longLine = m_file.GetFirstLine();
+    {
+        const AllocationLimit limit(100000);
+        EXPECT_EQ(m_file.GetFirstLine(), L"");
+        EXPECT_EQ(m_file.GetNextLine(), L"short");
+        m_file.AddLine(longLine);
+        EXPECT_FALSE(m_file.Write());
+    }
+
+    EXPECT_EQ(Contents(), bytes);
+    EXPECT_TRUE(m_file.GetFirstLine() == longLine);
 }
 
 TEST_F(TextFileTest, FailuresAreSilent)

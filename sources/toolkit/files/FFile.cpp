@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <fcntl.h>
 #include <optional>
 #include <sys/stat.h>
@@ -66,7 +67,7 @@ FFile::~FFile()
 }
 
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
-{
+try {
     Close();
     const TString<char> modeText = UTF8::ToUTF8(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
@@ -76,6 +77,8 @@ bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
     // Such a file stands at its end from the start, which fdopen() leaves to its caller.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
     return !onlyAppends || SeekEnd(0);
+} catch (const std::exception&) {
+    return false;
 }
 
 bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mode)
@@ -106,10 +109,12 @@ bool FFile::Read(void* buffer, unsigned int count)
 }
 
 void FFile::Write(const TString<wchar_t>& text)
-{
+try {
     std::string bytes;
     if (Utf8Codec::AppendEncoded(bytes, text.data(), text.size()))
         WriteBytes(bytes.data(), bytes.size());
+} catch (const std::exception&) {
+    // Nobody is told what becomes of a text.
 }
 
 bool FFile::WriteBytes(const char* bytes, std::size_t length)
@@ -171,9 +176,11 @@ bool FFile::SeekTo(long long offset, int origin)
 }
 
 bool FFile::Exists(const TString<wchar_t>& name)
-{
+try {
     struct stat status {};
     return ::stat(UTF8::ToUTF8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+} catch (const std::exception&) {
+    return false;
 }
 
 } // namespace Toolkit

@@ -8,7 +8,7 @@
 
 #include <wx/filename.h>
 
-#include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <system_error>
 
@@ -21,9 +21,11 @@ TString<wchar_t> ToText(const wxString& text)
 }
 
 void CreateDirectories(const TString<wchar_t>& path)
-{
+try {
     std::error_code ignored;
     std::filesystem::create_directories(std::string(UTF8::ToUTF8(path)), ignored);
+} catch (const std::exception&) {
+    // Nobody is told that it failed.
 }
 
 TString<wchar_t> NativeSeparator()
@@ -173,9 +175,11 @@ bool PathManager::FileExists(const TString<wchar_t>& path)
 }
 
 bool PathManager::DirExists(const TString<wchar_t>& path)
-{
+try {
     std::error_code ignored;
     return std::filesystem::is_directory(std::string(UTF8::ToUTF8(path)), ignored);
+} catch (const std::exception&) {
+    return false;
 }
 
 void PathManager::CreateInstance()

@@ -8,9 +8,12 @@
 namespace Toolkit {
 namespace {
 
+// Empty for a line that does not fit into memory a second time.
 TString<wchar_t> CopyLine(const wxString& line)
-{
+try {
     return std::wstring(line.wx_str(), line.length());
+} catch (const std::exception&) {
+    return {};
 }
 
 } // namespace
@@ -66,8 +69,10 @@ void TextFile::Clear()
 }
 
 void TextFile::AddLine(const TString<wchar_t>& line)
-{
+try {
     m_lines->AddLine(wxString(line.data(), line.size()));
+} catch (const std::exception&) {
+    // Nobody is told what becomes of a line.
 }
 
 } // namespace Toolkit
