@@ -4,6 +4,7 @@
 
 #include "support/NoMoreProcesses.h"
 #include "support/RunProgram.h"
+#include "support/ScarceMemory.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TempDir.h"
 
@@ -228,6 +229,24 @@ TEST(SystemInfoDeathTest, AProcessThatCannotBeMadeGivesTheErrorNumber)
 
     EXPECT_EXIT(start(false), testing::ExitedWithCode(EAGAIN), "");
     EXPECT_EXIT(start(true), testing::ExitedWithCode(EAGAIN), "");
+}
+
+TEST_F(SystemInfoTest, WithoutMemoryForItsArgumentsNoProcessIsMade)
+{
+    const TString<wchar_t> path = m_directory.File(L"missing program");
+    const TString<wchar_t> arguments = L"a-rather-long-argument another-rather-long-argument";
+    int failures = 0;
+    for (bool hasFailed = true; hasFailed;) {
+        const Testing::FailingAllocation failing(failures);
+        const int result = SystemInfo::StartProcess(path, arguments, true);
+        hasFailed = failing.HasFailed();
+        if (hasFailed) {
+            ASSERT_EQ(result, ENOMEM);
+            ++failures;
+        }
+    }
+
+    EXPECT_GT(failures, 3);
 }
 
 TEST_F(SystemInfoTest, BuffersAndDestructorsOfTheStarterRunOnce)

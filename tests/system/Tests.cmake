@@ -5,6 +5,7 @@ toolkit_test(system/NetworkTest.cpp)
 toolkit_test(system/RestartManagmentTest.cpp)
 toolkit_test(system/SingleApplicationInstanceTest.cpp)
 toolkit_test(system/SystemInfoTest.cpp)
+target_sources(SystemInfoTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(system/TickCountTest.cpp)
 toolkit_test(system/VersionTest.cpp)
 

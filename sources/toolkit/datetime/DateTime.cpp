@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -214,8 +215,11 @@ bool DateTime::ParseIsoString(const TString<wchar_t>& text)
 }
 
 bool DateTime::ParseIsoString(const TString<char>& text)
-{
+try {
     return ParseIsoString(UTF8::ToUNICODE(text));
+} catch (const std::exception&) {
+    *m_value = wxDateTime();
+    return false;
 }
 
 void DateTime::GetDate(TString<wchar_t>& out) const

@@ -3,6 +3,8 @@
 #include "toolkit/files/PathManager.h"
 #include "toolkit/ipc/IPCInternalServer.Private.h"
 
+#include <exception>
+
 namespace Toolkit {
 namespace {
 
@@ -27,8 +29,10 @@ IPCServer::IPCServer(const TString<wchar_t>& service)
 IPCServer::~IPCServer() = default;
 
 bool IPCServer::Run()
-{
+try {
     return m_internalServer->Create(wxString(m_service.data(), m_service.size()));
+} catch (const std::exception&) {
+    return false;
 }
 
 void IPCServer::SendExecuteEvent(const TString<wchar_t>& text)

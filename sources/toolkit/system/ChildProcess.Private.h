@@ -1,7 +1,6 @@
 #pragma once
 
 #include "toolkit/core/TString.h"
-#include "toolkit/core/smart_ptr.h"
 
 #include <vector>
 
@@ -20,7 +19,7 @@ private:
     [[noreturn]] void ExecuteInChild() const;
 
     std::vector<TString<char>> m_texts;
-    smart_ptr<char*, smart_ptr_array_policy> m_arguments; // ends with a null pointer
+    std::vector<char*> m_arguments; // ends with a null pointer
 };
 
 } // namespace Toolkit

@@ -30,11 +30,9 @@ ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>&
     for (const TString<wchar_t>& token : tokens)
         m_texts.push_back(UTF8::ToUTF8(token));
 
-    m_arguments = new char*[m_texts.size() + 1];
-    char** argument = m_arguments.Get();
     for (TString<char>& text : m_texts)
-        *argument++ = text.data();
-    *argument = nullptr;
+        m_arguments.push_back(text.data());
+    m_arguments.push_back(nullptr);
 }
 
 int ChildProcess::Start(bool wait) const
@@ -52,9 +50,8 @@ int ChildProcess::Start(bool wait) const
 // exit().
 void ChildProcess::ExecuteInChild() const
 {
-    char* const* const arguments = m_arguments.Get();
     CloseInheritedDescriptorsOnExec();
-    ::execv(arguments[0], arguments);
+    ::execv(m_arguments.front(), m_arguments.data());
     ::_exit(errno);
 }
 

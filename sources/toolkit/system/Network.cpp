@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <exception>
 #include <fcntl.h>
+#include <limits>
 #include <memory>
 #include <netdb.h>
 #include <poll.h>
@@ -34,7 +36,8 @@ int RemainingMs(Clock::time_point deadline)
 {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    return static_cast<int>(std::max<long long>(left, 0));
+    // A negative number would wait for ever.
+    return static_cast<int>(std::clamp<long long>(left, 0, std::numeric_limits<int>::max()));
 }
 
 // Waits until a connection that was begun is open or has failed.
@@ -72,13 +75,15 @@ bool Network::TestNetwork()
 
 bool Network::TestConnection(const TString<wchar_t>& host, unsigned short port,
                              unsigned int timeoutMs)
-{
+try {
     const Addresses addresses = Resolve(UTF8::ToUTF8(host), port);
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     for (const addrinfo* address = addresses.get(); address; address = address->ai_next) {
         if (Connects(*address, deadline))
             return true;
     }
+    return false;
+} catch (const std::exception&) {
     return false;
 }
 

@@ -7,6 +7,9 @@
 #include <wx/platinfo.h>
 #include <wx/utils.h>
 
+#include <cerrno>
+#include <exception>
+
 namespace Toolkit {
 namespace {
 
@@ -94,9 +97,11 @@ bool SystemInfo::CanElevateCredentialsUsingUAC()
 
 int SystemInfo::StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                              bool wait)
-{
-    ChildProcess child(path, arguments);
+try {
+    const ChildProcess child(path, arguments);
     return child.Start(wait);
+} catch (const std::exception&) {
+    return ENOMEM;
 }
 
 void SystemInfo::CreateInstance()
