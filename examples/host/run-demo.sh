@@ -1,19 +1,94 @@
 #!/bin/sh
-# Runs the built example host on the settings and the text beside this script, and shows the end of
-# the log that it wrote.
+# Shows the installed example host: a run by itself, then four commands for one that serves. All
+# input comes with it.
 #
-#     run-demo.sh <path of the host>
+#     run-demo.sh <path of the installed host>
 
 set -eu
 
-host=${1:?"the path of the built host is missing"}
-here=$(cd "$(dirname "$0")" && pwd)
-log_lines=14
+host=${1:?"the path of the installed host is missing"}
+root=$(cd "$(dirname "$0")/../.." && pwd)
+work=$(mktemp -d)
+server=
+log_lines=16
+result_lines=5
 
-echo "\$ host -config examples/host/host.ini -find fog"
-report=$("$host" -config "$here/host.ini" -find fog)
+# Whatever happens, nothing stays behind.
+clean_up() {
+    [ -z "$server" ] || kill -KILL "$server" 2>/dev/null || true
+    rm -rf "$work"
+}
+trap clean_up EXIT
+trap 'exit 1' HUP INT TERM
+
+fail() {
+    echo "host: demo: $*" >&2
+    cat "$work/server.txt" >&2 || true
+    exit 1
+}
+
+# Waits until a command succeeds, as long as the host serves and ten seconds at most.
+await() {
+    tries=0
+    until "$@" 2>/dev/null; do
+        tries=$((tries + 1))
+        if [ "$tries" -ge 200 ] || ! kill -0 "$server" 2>/dev/null; then
+            fail "in vain: $*"
+        fi
+        sleep 0.05
+    done
+}
+
+# Prints words as one would type them.
+print_typed() {
+    for word in "$@"; do
+        case $word in
+        *[!A-Za-z0-9_./-]*) printf " '%s'" "$word" ;;
+        *) printf ' %s' "$word" ;;
+        esac
+    done
+}
+
+# Hands a command over and shows the first lines of its result.
+show() {
+    printf '\n$ host'
+    print_typed "$@"
+    printf ' -out result.txt\n'
+    rm -f "$work/result.txt"
+    "$host" "$@" -out "$work/result.txt"
+    await test -e "$work/result.txt"
+    head -n "$result_lines" "$work/result.txt"
+    rest=$(($(wc -l <"$work/result.txt") - result_lines))
+    [ "$rest" -le 0 ] || echo "... and $rest more lines"
+}
+
+cd "$root"
+echo "\$ host -find fog"
+report=$("$host" -find fog)
 printf '%s\n' "$report"
-
 log=$(printf '%s\n' "$report" | sed -n 's/^Log  *//p')
+texts=$(printf '%s\n' "$report" | sed -n 's/^Configuration path  *//p')/texts.zip
+
+printf '\n$ host -serve &\n'
+"$host" -serve >"$work/server.txt" 2>&1 &
+server=$!
+await grep '^Serving at ' "$work/server.txt"
+
+show list -archive "$texts"
+show search -archive "$texts" -pattern '(?i)\b(fog|lock)\b.*\b(harbour|held)\b'
+show find -folder examples -files '*.eml' -deep -pattern '^(Subject|Date): '
+show encode -in examples/host/logbook.txt -as quoted-printable
+
+printf '\n$ host -quit\n'
+"$host" -quit
+status=0
+wait "$server" || status=$?
+server=
+[ "$status" -eq 0 ] || fail "the host that served ended with $status"
+socket=$(sed -n 's/^Serving at //p' "$work/server.txt")
+[ ! -e "$socket" ] || fail "$socket is still there"
+
+printf '\nWhat the host that served has shown:\n'
+sed -n '/^Serving at /,$p' "$work/server.txt"
 printf '\nThe last lines of %s:\n' "$log"
 tail -n "$log_lines" "$log"
