@@ -382,6 +382,18 @@ TEST_F(DateTimeTest, SpansThatLeaveTheCalendarGiveAnInvalidDate)
     EXPECT_FALSE(date.Add(4294967295u, 4294967295u, 4294967295u, 4294967295u).IsValid());
 }
 
+TEST_F(DateTimeTest, MomentsBeyondTheLastNumberGiveAnInvalidDate)
+{
+    DateTime date(m_march);
+    for (int i = 0; i < 590; ++i)
+        date.Add(4294967295u, 0, 0);
+
+    EXPECT_TRUE(date.IsValid());
+    for (int i = 0; i < 10; ++i)
+        date.Add(4294967295u, 0, 0);
+    EXPECT_FALSE(date.IsValid());
+}
+
 TEST_F(DateTimeTest, DifferencesAreWholeUnitsOfThisMinusTheOther)
 {
     DateTime later(m_march);
@@ -421,6 +433,37 @@ TEST_F(DateTimeTest, ComparesByTheInstant)
     EXPECT_TRUE(m_march < later && m_march <= later && m_march != later);
     EXPECT_TRUE(later > m_march && later >= m_march);
     EXPECT_FALSE(m_march == later || m_march > later || m_march >= later);
+}
+
+TEST_F(DateTimeTest, InvalidDatesAreEqualAndEarlierThanAnyOther)
+{
+    const DateTime another(2009, 1, 32, 0, 0, 0);
+    const DateTime early(1, 1, 1, 0, 0, 0);
+
+    EXPECT_TRUE(m_invalid == another && m_invalid <= another && m_invalid >= another);
+    EXPECT_FALSE(m_invalid != another || m_invalid < another || m_invalid > another);
+    EXPECT_TRUE(m_invalid < early && m_invalid <= early && m_invalid != early);
+    EXPECT_TRUE(early > m_invalid && early >= m_invalid);
+}
+
+TEST_F(DateTimeTest, YearsFarAwayAreConvertedToo)
+{
+    DateTime date(2009, 3, 5, 0, 0, 0);
+    date.Add(4294967295u, 0, 0);
+    ASSERT_EQ(Iso(date), L"491976-09-19 16:00:00");
+
+    EXPECT_EQ(UtcIso(date), L"491976-09-19 14:00:00 Z");
+    EXPECT_EQ(Iso(date.MakeToUTC()), L"491976-09-19 14:00:00");
+    EXPECT_EQ(Iso(date.MakeFromUTC()), L"491976-09-19 16:00:00");
+}
+
+TEST_F(DateTimeTest, YearsBeforeTheFirstAreConvertedToo)
+{
+    DateTime date(static_cast<unsigned int>(-400), 12, 31, 12, 0, 0, 0);
+
+    EXPECT_EQ(UtcIso(date), L"-400-12-31 12:00:00 Z");
+    EXPECT_EQ(UtcIso(date.Add(24, 0, 0)), L"-399-01-01 12:00:00 Z");
+    EXPECT_EQ(UtcIso(date.MakeToUTC().MakeFromUTC()), L"-399-01-01 12:00:00 Z");
 }
 
 } // namespace

@@ -14,6 +14,10 @@ constexpr long long c_secondsPerDay = 24 * c_secondsPerHour;
 // No zone is further from Greenwich than this.
 constexpr long long c_largestOffset = 16 * c_secondsPerHour;
 
+// After so many years the calendar begins anew.
+constexpr long long c_yearsPerCycle = 400;
+constexpr long long c_daysPerCycle = 146097;
+
 // The years that the standard calendar knows.
 constexpr long long c_firstYear = -32767;
 constexpr long long c_lastYear = 32767;
@@ -54,10 +58,13 @@ bool IsInRange(const CalendarTime& time)
 long long SecondsOfUtc(const CalendarTime& time)
 {
     using namespace std::chrono;
-    const sys_days first(year(static_cast<int>(time.year)) /
+    // The standard calendar knows some ten thousand years; all others are like one of its first.
+    const long long cycle = time.year / c_yearsPerCycle - (time.year < 0 ? 1 : 0);
+    const sys_days first(year(static_cast<int>(time.year - cycle * c_yearsPerCycle)) /
                          month(static_cast<unsigned>(time.month)) / day(1));
-    return (first.time_since_epoch().count() + time.day - 1) * c_secondsPerDay +
-           time.hour * c_secondsPerHour + time.minute * c_secondsPerMinute + time.second;
+    const long long days = first.time_since_epoch().count() + cycle * c_daysPerCycle;
+    return (days + time.day - 1) * c_secondsPerDay + time.hour * c_secondsPerHour +
+           time.minute * c_secondsPerMinute + time.second;
 }
 
 long long SecondsOfLocal(const CalendarTime& time)

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <ctime>
 #include <exception>
+#include <limits>
 
 namespace Toolkit {
 namespace {
@@ -19,12 +20,16 @@ constexpr long long c_msPerSecond = 1000;
 constexpr long long c_msPerMinute = 60 * c_msPerSecond;
 constexpr long long c_msPerHour = 60 * c_msPerMinute;
 
+// A moment behind it has no number.
+constexpr long long c_lastMs = std::numeric_limits<long long>::max();
+
 constexpr CalendarTime c_noTime{0, 0, 0, 0, 0, 0};
 
-// Milliseconds since 1970. The framework's own seconds know no time before that.
+// Milliseconds since 1970; the framework's own seconds know no time before that. Without a date the
+// smallest number, which is what the framework holds but does not give away.
 long long MsOf(const wxDateTime& value)
 {
-    return value.GetValue().GetValue();
+    return value.IsValid() ? value.GetValue().GetValue() : std::numeric_limits<long long>::min();
 }
 
 long long SecondsOf(const wxDateTime& value)
@@ -260,9 +265,9 @@ TString<wchar_t> DateTime::IntToUString(int value, int width) const
 
 DateTime& DateTime::Add(unsigned int hours, unsigned int minutes, unsigned int seconds)
 {
+    const long long span = hours * c_msPerHour + minutes * c_msPerMinute + seconds * c_msPerSecond;
     if (IsValid())
-        *m_value = FromMs(MsOf(*m_value) + hours * c_msPerHour + minutes * c_msPerMinute +
-                          seconds * c_msPerSecond);
+        *m_value = MsOf(*m_value) > c_lastMs - span ? wxDateTime() : FromMs(MsOf(*m_value) + span);
     return *this;
 }
 
