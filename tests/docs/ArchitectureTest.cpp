@@ -15,6 +15,7 @@
 namespace Toolkit::Testing {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -64,7 +65,7 @@ Uses Exceptions()
 }
 
 // Who includes whose headers; what everything includes is left out.
-Uses Includes()
+Uses ReadIncludes()
 {
     Uses includes;
     const std::filesystem::path root = TOOLKIT_SOURCE_DIR "/sources/toolkit";
@@ -82,12 +83,31 @@ Uses Includes()
     return includes;
 }
 
+const Uses& Includes()
+{
+    static const Uses includes = ReadIncludes();
+    return includes;
+}
+
 Uses Difference(const Uses& all, const Uses& known)
 {
     Uses rest;
     std::set_difference(all.begin(), all.end(), known.begin(), known.end(),
                         std::inserter(rest, rest.end()));
     return rest;
+}
+
+// The names of the files in which `pattern` is found.
+std::set<std::string> SourcesWith(const std::string& pattern)
+{
+    std::set<std::string> names;
+    const std::regex searched(pattern);
+    for (const auto& file :
+         std::filesystem::recursive_directory_iterator(TOOLKIT_SOURCE_DIR "/sources/toolkit")) {
+        if (file.is_regular_file() && std::regex_search(ReadWholeFile(file.path()), searched))
+            names.insert(file.path().filename());
+    }
+    return names;
 }
 
 TEST(ArchitectureTest, EveryUseIsOnTheMap)
@@ -117,24 +137,36 @@ TEST(ArchitectureTest, EveryExceptionIsAUse)
 // Failures of core types show in their results alone.
 TEST(ArchitectureTest, CoreTypesDoNotLog)
 {
-    const Uses includes = Includes();
+    const Uses& includes = Includes();
 
     for (const char* folder : {"core", "threading", "encoding"})
         EXPECT_EQ(includes.count({folder, "logging"}), 0u) << folder;
 }
 
+TEST(ArchitectureTest, FoldersAreTheSubsystems)
+{
+    std::set<std::string> folders;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(TOOLKIT_SOURCE_DIR "/sources/toolkit")) {
+        if (entry.is_directory())
+            folders.insert(entry.path().filename());
+    }
+
+    EXPECT_THAT(folders, ElementsAre("archive", "config", "core", "datetime", "encoding", "files",
+                                     "ipc", "logging", "module", "regExp", "system", "threading"));
+}
+
+// Settings are the application's affair.
+TEST(ArchitectureTest, NoSourceReadsSettings)
+{
+    EXPECT_THAT(SourcesWith("#include \"toolkit/config/IniFile.h\""),
+                ElementsAre("IniFile.cpp", "Toolkit.h"));
+}
+
 // What leaves the library by itself is thrown in one place.
 TEST(ArchitectureTest, OneSourceThrows)
 {
-    std::set<std::string> throwing;
-    const std::regex statement("\n *throw [^;]");
-    for (const auto& file :
-         std::filesystem::recursive_directory_iterator(TOOLKIT_SOURCE_DIR "/sources/toolkit")) {
-        if (file.is_regular_file() && std::regex_search(ReadWholeFile(file.path()), statement))
-            throwing.insert(file.path().filename());
-    }
-
-    EXPECT_THAT(throwing, testing::ElementsAre("RegExp.Exceptions.cpp"));
+    EXPECT_THAT(SourcesWith("\n *throw [^;]"), ElementsAre("RegExp.Exceptions.cpp"));
 }
 
 } // namespace

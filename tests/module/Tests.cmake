@@ -1,3 +1,4 @@
+toolkit_test(module/FlowTest.cpp)
 toolkit_test(module/LayoutTest.cpp)
 toolkit_test(module/LibModuleManagerTest.cpp)
 toolkit_test(module/LoadTest.cpp)
@@ -34,6 +35,9 @@ target_compile_definitions(
 )
 
 if(BUILD_SHARED_LIBS)
+    toolkit_test(module/InterfaceTest.cpp)
+    target_link_libraries(InterfaceTest PRIVATE ${CMAKE_DL_LIBS})
+
     # It is not linked with the library that it loads.
     add_executable(UnloadProgram module/UnloadProgram.cpp)
     target_link_libraries(UnloadProgram PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})

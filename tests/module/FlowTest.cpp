@@ -1,0 +1,93 @@
+#include "toolkit/config/IniFile.h"
+#include "toolkit/files/TextFile.h"
+#include "toolkit/ipc/IPCServer.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/threading/BackgroundOperation.h"
+
+#include "support/CapturedLog.h"
+
+#include <gmock/gmock.h>
+
+#include "logging/LogFile.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+using testing::ElementsAre;
+
+std::size_t CountThreads()
+{
+    const std::filesystem::directory_iterator threads("/proc/self/task");
+    return static_cast<std::size_t>(std::distance(begin(threads), end(threads)));
+}
+
+// A program that starts the library, installs a log file and works with both.
+class FlowTest : public LogFileTest {
+protected:
+    FlowTest() { m_registry.Initialize(true); }
+    ~FlowTest() override { m_registry.Release(true); }
+
+    void OpenLog() { ILogger::SetLogger(new FileLogger(SeverityInfo, Name(), 1'000'000)); }
+    static void CloseLog() { ILogger::SetLogger(smart_ptr<ILogger>()); }
+
+    std::vector<std::wstring> LogLines() const
+    {
+        std::vector<std::wstring> lines;
+        TextFile file;
+        if (file.Open(UTF8::ToUNICODE(Path().native())))
+            lines.push_back(file.GetFirstLine());
+        while (!file.Eof())
+            lines.push_back(file.GetNextLine());
+        return lines;
+    }
+
+    LibModuleManager& m_registry = *LibModuleManager::GetInstance();
+    const TempDir m_directory;
+};
+
+TEST_F(FlowTest, SettingsThatCannotBeReadAreToldInTheLogFile)
+{
+    OpenLog();
+    TString<wchar_t> path = PathManager::GetInstance()->GetConfigurationPath();
+    PathManager::AppendPath(path, L"missing.ini");
+
+    const IniFile settings(path);
+    CloseLog();
+
+    EXPECT_EQ(settings.GetUint32(L"Window", L"width", 800), 800u);
+    EXPECT_THAT(LogLines(), ElementsAre(IsLogLine(SeverityError, 64, L"Parse",
+                                                  L"Unable to open file : " + path)));
+}
+
+TEST_F(FlowTest, SettingsAreReadFromAFileInAPath)
+{
+    m_directory.WriteFile(L"own.ini", "[Window]\n width = 640 \nshown=1\n");
+    TString<wchar_t> path = UTF8::ToUNICODE(m_directory.Path().native());
+    PathManager::AppendPath(path, L"own.ini");
+
+    const IniFile settings(path);
+
+    EXPECT_EQ(settings.GetValue(L"Window", L"width", L""), L"640");
+    EXPECT_EQ(settings.GetUint32(L"Window", L"width", 800), 640u);
+    EXPECT_TRUE(settings.GetBool(L"Window", L"shown", false));
+}
+
+TEST_F(FlowTest, OnlyALogFileHasAThreadOfItsOwn)
+{
+    const std::size_t threads = CountThreads();
+
+    BackgroundOperation operation(1);
+    operation.SendOperationStarted();
+    IPCServer server(m_directory.File(L"service.ipc"));
+    ASSERT_TRUE(server.Run());
+    EXPECT_EQ(CountThreads(), threads);
+
+    OpenLog();
+    EXPECT_EQ(CountThreads(), threads + 1);
+    CloseLog();
+    Await([&] { return CountThreads() == threads; });
+}
+
+} // namespace
+} // namespace Toolkit::Testing

@@ -1,0 +1,85 @@
+#include "toolkit/Toolkit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+namespace {
+
+using namespace Toolkit;
+using testing::Each;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+// As the symbols of the library spell them: a name in a namespace begins with "N", and each part
+// has its length in front.
+template <typename... Types>
+std::vector<std::string> TypeNames()
+{
+    return {typeid(Types).name()...};
+}
+
+TEST(InterfaceTest, ClassesOfCoreThreadingAndEncodingLiveInTheNamespace)
+{
+    const std::vector<std::string> names =
+        TypeNames<smart_ptr<int>, smart_ptr_policy, smart_ptr_array_policy, Bytes, ISerialize,
+                  IStream, FSStream, Serializer, FSSerializer, FSInputSerializer,
+                  FSOutputSerializer, MutexInternal, Mutex, MutexLocker, Thread, EventObject,
+                  EventNotifier<int>, BackgroundOperation, BackgroundOperationHandler, UTF7, UTF8,
+                  StringConvert, B64, QP>();
+
+    EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
+}
+
+TEST(InterfaceTest, ClassesOfLoggingConfigFilesAndSystemLiveInTheNamespace)
+{
+    const std::vector<std::string> names =
+        TypeNames<ILogger, LogSeverity, SetSeverity, ConsoleLogger, DebuggerLogger, NullLogger,
+                  FileLogger, WxLogForwarder, CmdLineOption, CmdLineParser, IniFile, FFile,
+                  TextFile, InputStream, TextInputStream, PathManager, Directory, DynamicLibrary,
+                  SystemInfo, Version, RestartManagment, SingleApplicationInstance, Locales,
+                  Network>();
+
+    EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
+}
+
+TEST(InterfaceTest, ClassesOfAllOtherFoldersLiveInTheNamespace)
+{
+    const std::vector<std::string> names =
+        TypeNames<LibModule, LibModuleManager, ToolkitModule, IPCServer, IPCClient,
+                  IPCConnectionEvent, RegExp, RegExpOptions, RegExpException, MatchResult, Group,
+                  GroupCollection, DateTime, ArchiveZip, ArchiveZipEntry, ArchiveEntriesFlags,
+                  ZipInputStream>();
+
+    EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
+}
+
+TEST(InterfaceTest, TextsAndThePoolStandAtGlobalScope)
+{
+    const std::vector<std::string> names =
+        TypeNames<TString<char>, TString<wchar_t>, MacAutoreleasePool>();
+
+    EXPECT_THAT(names, ElementsAre("7TStringIcE", "7TStringIwE", "18MacAutoreleasePool"));
+}
+
+// The name of a symbol tells scope and parameters; without them the linkage is that of C.
+TEST(InterfaceTest, FunctionsHaveTheirScopesParametersAndLinkage)
+{
+    constexpr const char* names[] = {"_Z6ASSERTb",
+                                     "_Z12MacInitCocoav",
+                                     "_Z13GetCodeLengthi",
+                                     "_Z13GetDataLengthi",
+                                     "_Z17b64_decode_binaryPKhjPPhPj",
+                                     "_Z17b64_encode_binaryPKhjPPhPj",
+                                     "_ZN7Toolkit12GetTickCountEv",
+                                     "DllToolkitLoad",
+                                     "DllToolkitUnload"};
+    for (const char* name : names)
+        EXPECT_NE(::dlsym(RTLD_DEFAULT, name), nullptr) << name;
+}
+
+} // namespace
