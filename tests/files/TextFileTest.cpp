@@ -438,6 +438,19 @@ TEST_F(TextFileTest, NamesAreUtf8InAnyLocale)
     EXPECT_EQ(m_directory.ReadFile(L"\u6587.txt"), "a\nb\n");
 }
 
+TEST_F(TextFileTest, WriteFindsTheFileInAnotherWorkingDirectory)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    m_directory.WriteFile(L"file.txt", "a\n");
+    std::filesystem::current_path(m_directory.Path());
+    ASSERT_TRUE(m_file.Open(L"file.txt"));
+    std::filesystem::current_path(before);
+    m_file.AddLine(L"b");
+
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(Contents(), "a\nb\n");
+}
+
 TEST_F(TextFileTest, NoDescriptorIsLeftForAFile)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", "a");

@@ -9,8 +9,10 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace Toolkit {
@@ -107,7 +109,11 @@ bool TextFileLines::Load(const std::string& path)
         Clear();
         return false;
     }
-    m_path = path;
+    // The file stays the same one wherever the working directory goes.
+    std::error_code unknown;
+    m_path = std::filesystem::absolute(path, unknown).native();
+    if (unknown)
+        m_path = path;
     return true;
 }
 
