@@ -11,19 +11,25 @@ set(package_sources "${CMAKE_CURRENT_SOURCE_DIR}/package")
 set(package_binaries "${CMAKE_CURRENT_BINARY_DIR}/package")
 set(package_prefix "${package_binaries}/prefix")
 
-# Adds a test that configures and builds the project in `folder` anew and runs its `program`.
+# Adds a test that configures and builds the project in `folder` anew and runs its `program`, unless
+# that is empty.
 function(toolkit_program_test name folder program)
+    cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY "${package_sources}")
+    set(test_command)
+    if(program)
+        set(test_command --test-command ${program})
+    endif()
     add_test(
         NAME ${name}
         COMMAND
             ${CMAKE_CTEST_COMMAND}
-            --build-and-test "${package_sources}/${folder}" "${package_binaries}/${name}"
+            --build-and-test "${folder}" "${package_binaries}/${name}"
             --build-generator ${CMAKE_GENERATOR}
             --build-options
             -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
             -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
             ${ARGN}
-            --test-command ${program}
+            ${test_command}
     )
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
@@ -49,6 +55,16 @@ if(BUILD_SHARED_LIBS)
         PackageByCMake consumer Consumer "-DCMAKE_PREFIX_PATH=${package_prefix}"
     )
     toolkit_pkg_config_test(PackageByPkgConfig "${package_prefix}")
+    # The plug-in of the page about them, with the project that the page gives for it.
+    set(page_plug_in "${package_binaries}/PagePlugInSource")
+    file(MAKE_DIRECTORY "${page_plug_in}")
+    toolkit_page_block("${PROJECT_SOURCE_DIR}/docs/plugins.md" cpp "${page_plug_in}/Tides.cpp")
+    toolkit_page_block(
+        "${PROJECT_SOURCE_DIR}/docs/plugins.md" cmake "${page_plug_in}/CMakeLists.txt"
+    )
+    toolkit_program_test(
+        PackagePlugIn "${page_plug_in}" "" "-DCMAKE_PREFIX_PATH=${package_prefix}"
+    )
     set(library "${package_prefix}/${CMAKE_INSTALL_LIBDIR}/$<TARGET_FILE_NAME:Toolkit>")
     add_test(NAME PackageExportedSymbols
              COMMAND "${package_sources}/exported-symbols.sh" "${library}"
@@ -58,7 +74,7 @@ if(BUILD_SHARED_LIBS)
              COMMAND "${package_sources}/run-time-needs.sh" "${library}"
     )
     set_tests_properties(
-        PackageByCMake PackageByPkgConfig PackageExportedSymbols PackageRunTimeNeeds
+        PackageByCMake PackageByPkgConfig PackageExportedSymbols PackagePlugIn PackageRunTimeNeeds
         PROPERTIES FIXTURES_REQUIRED InstalledCopy
     )
 endif()
