@@ -14,12 +14,74 @@
 namespace Toolkit::Testing {
 namespace {
 
+using testing::AllOf;
+using testing::Each;
 using testing::ElementsAre;
+using testing::SizeIs;
 
 std::size_t CountThreads()
 {
     const std::filesystem::directory_iterator threads("/proc/self/task");
     return static_cast<std::size_t>(std::distance(begin(threads), end(threads)));
+}
+
+using ThreadList = std::vector<unsigned long>;
+
+// What the library calls back; each call notes its thread.
+template <typename Interface>
+class Witness : public Interface {
+public:
+    template <typename... Arguments>
+    explicit Witness(ThreadList& threads, Arguments... arguments)
+        : Interface(arguments...), m_threads(threads)
+    {
+    }
+
+protected:
+    void NoteThread() { m_threads.push_back(Thread::GetCurrentId()); }
+
+private:
+    ThreadList& m_threads;
+};
+
+class ModuleWitness : public Witness<LibModule> {
+    using Witness::Witness;
+    void Initialize() override { NoteThread(); }
+    void Release() override { NoteThread(); }
+};
+
+class OperationWitness : public Witness<BackgroundOperationHandler> {
+    using Witness::Witness;
+    void OnOperationStarted() override { NoteThread(); }
+    void OnOperationEnded() override { NoteThread(); }
+};
+
+class TextWitness : public Witness<IPCConnectionEvent> {
+    using Witness::Witness;
+    void OnExecute(const TString<wchar_t>& /*text*/) override { NoteThread(); }
+};
+
+class LogWitness : public Witness<ILogger> {
+    using Witness::Witness;
+    void Write(const TString<wchar_t>& /*text*/) override { NoteThread(); }
+};
+
+void CallEveryWitness(ThreadList& threads, const TString<wchar_t>& service)
+{
+    ModuleWitness module(threads);
+    LibModuleManager::GetInstance()->Register(&module);
+    LibModuleManager::GetInstance()->Unregister(&module);
+
+    BackgroundOperation operation(1);
+    operation.AddListener(smart_ptr<BackgroundOperationHandler>(new OperationWitness(threads)));
+    operation.SendOperationStarted();
+    operation.SendOperationEnded();
+
+    IPCServer server(service);
+    server.AddListener(smart_ptr<IPCConnectionEvent>(new TextWitness(threads)));
+    server.SendExecuteEvent(L"text");
+
+    LogWitness(threads, SeverityVerbose) << L"text";
 }
 
 // A program that starts the library, installs a log file and works with both.
@@ -71,6 +133,19 @@ TEST_F(FlowTest, SettingsAreReadFromAFileInAPath)
     EXPECT_EQ(settings.GetValue(L"Window", L"width", L""), L"640");
     EXPECT_EQ(settings.GetUint32(L"Window", L"width", 800), 640u);
     EXPECT_TRUE(settings.GetBool(L"Window", L"shown", false));
+}
+
+TEST_F(FlowTest, AllElseRunsOnTheThreadOfTheCaller)
+{
+    ThreadList threads;
+    unsigned long callersThread = Thread::UndefinedThread;
+    std::thread caller([&] {
+        callersThread = Thread::GetCurrentId();
+        CallEveryWitness(threads, m_directory.File(L"service.ipc"));
+    });
+    caller.join();
+
+    EXPECT_THAT(threads, AllOf(SizeIs(6), Each(callersThread)));
 }
 
 TEST_F(FlowTest, OnlyALogFileHasAThreadOfItsOwn)

@@ -61,6 +61,18 @@ TEST_F(ToolkitModuleTest, LoadingCreatesNoObject)
     EXPECT_EQ(Present(), "");
 }
 
+TEST_F(ToolkitModuleTest, AskingForAnObjectCreatesNone)
+{
+    EXPECT_FALSE(ILogger::GetInstance().IsValid());
+    EXPECT_FALSE(SystemInfo::GetInstance().IsValid());
+    EXPECT_FALSE(Version::GetInstance().IsValid());
+    EXPECT_FALSE(PathManager::GetInstance().IsValid());
+    EXPECT_FALSE(RestartManagment::GetInstance().IsValid());
+    EXPECT_FALSE(SingleApplicationInstance::GetInstance().IsValid());
+
+    EXPECT_EQ(Present(), "");
+}
+
 TEST_F(ToolkitModuleTest, InitializeCreatesAllObjects)
 {
     LibModuleManager::GetInstance()->Initialize(true);
