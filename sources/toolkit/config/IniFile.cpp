@@ -1,10 +1,11 @@
 #include "toolkit/config/IniFile.h"
 
-#include "toolkit/files/TextFile.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/TextFileLines.Private.h"
 #include "toolkit/logging/Log.h"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -26,6 +27,14 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
     return std::wstring(begin, end);
 }
 
+// As a `TextFile` does, which would take a line for empty that finds no memory.
+bool Load(TextFileLines& file, const TString<wchar_t>& name)
+try {
+    return file.Load(UTF8::ToUTF8(name));
+} catch (const std::exception&) {
+    return false;
+}
+
 } // namespace
 
 IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
@@ -39,20 +48,21 @@ try {
     const TString<wchar_t> name(path);
     m_sections.clear();
 
-    TextFile file;
-    if (!file.Open(name)) {
+    TextFileLines file;
+    if (!Load(file, name)) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_openFailureLine)
             << L"Unable to open file : " << name << ILogger::c_strLogToken3;
         return false;
     }
 
-    // Eof() already holds on the last line, so each line is parsed before Eof() is asked.
-    KeyMap* section = ParseLine(file.GetFirstLine(), nullptr);
-    while (!file.Eof())
-        section = ParseLine(file.GetNextLine(), section);
-    file.Close();
+    KeyMap* section = nullptr;
+    TString<wchar_t> line;
+    for (std::size_t i = 0; i < file.GetLineCount(); ++i) {
+        line.assign(file.GetLine(i).wx_str(), file.GetLine(i).length());
+        section = ParseLine(line, section);
+    }
     return true;
-} catch (const std::bad_alloc&) {
+} catch (const std::exception&) {
     m_sections.clear();
     return false;
 }
