@@ -103,6 +103,20 @@ TEST_F(RestartManagmentTest, TheNewProcessSeesTheProgramAndTheArgument)
     EXPECT_EQ(commandLine.get(), program.native() + "\n-restart\n");
 }
 
+TEST_F(RestartManagmentTest, ActivationDoesNotWaitForTheNewProcess)
+{
+    const std::filesystem::path program = Install("tool");
+    const std::filesystem::path pipe = m_directory.Path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ScopedEnvironment report("TOOLKIT_TEST_REPORT", pipe);
+
+    // The new process cannot end before the first one has gone on.
+    const ProgramResult result = RunProgram(program, {"-read"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, testing::EndsWith(")=1\n" + program.native() + "\n-restart\n"));
+}
+
 TEST_F(RestartManagmentTest, ActivationLogsTheProgramAndTheResult)
 {
     const std::filesystem::path program = Install("tool");

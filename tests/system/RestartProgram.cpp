@@ -1,5 +1,6 @@
 // A program that restarts itself. The first copy prints its log; the second one, which knows itself
-// by its argument, writes its command line to the file that TOOLKIT_TEST_REPORT names.
+// by its argument, writes its command line to the file that TOOLKIT_TEST_REPORT names. With "-read"
+// the first copy goes on to print what the second one writes.
 
 #include "toolkit/logging/ConsoleLogger.h"
 #include "toolkit/module/LibModuleManager.h"
@@ -7,11 +8,20 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <string_view>
 
 using namespace Toolkit;
 
 namespace {
+
+// Nobody can write to a pipe before it is read.
+void PrintReport()
+{
+    const char* const report = std::getenv("TOOLKIT_TEST_REPORT");
+    std::wifstream file(report ? report : "");
+    std::wcout << file.rdbuf() << std::flush;
+}
 
 int ReportCommandLine(int argc, char** argv)
 {
@@ -32,6 +42,8 @@ int main(int argc, char** argv)
     LibModuleManager::GetInstance()->Initialize(true);
     ILogger::SetLogger(smart_ptr<ILogger>(new ConsoleLogger(SeverityInfo)));
     const bool isActivated = RestartManagment::GetInstance()->ActivateRestartProcess();
+    if (argc > 1 && argv[1] == std::string_view("-read"))
+        PrintReport();
     LibModuleManager::GetInstance()->Release(true);
     return isActivated ? 0 : 1;
 }
