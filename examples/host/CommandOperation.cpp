@@ -34,8 +34,10 @@ void CommandOperation::Perform()
 {
     const unsigned int beginTicks = GetTickCount();
     SendOperationStarted();
-    if (!Work() || !Store())
+    if (!Work() || !Store()) {
         Fail(L"it does not say why");
+        m_result.Discard();
+    }
     m_outcome = HasSucceeded()
                     ? L"done in " + Number(GetTickCount() - beginTicks) + L" ms, " +
                           Number(m_result.GetSize()) + L" bytes in " + m_options.GetValue(L"out")

@@ -277,6 +277,8 @@ int main(int argc, char** argv)
     modules->Register(&hostModule);
     modules->Initialize(true);
     const int exitCode = Start(argc, argv, plugIns);
+    // Held until the log is complete: the next host begins it anew.
+    const smart_ptr<SingleApplicationInstance> instance = SingleApplicationInstance::GetInstance();
     modules->Release(true);
     modules->Unregister(&hostModule);
     return exitCode;

@@ -15,11 +15,7 @@ ResultFile::ResultFile(const Text& path, unsigned int id)
 
 ResultFile::~ResultFile()
 {
-    if (!m_file.is_open())
-        return;
-    m_file.close();
-    std::error_code ignored;
-    std::filesystem::remove(m_writtenPath, ignored);
+    Discard();
 }
 
 bool ResultFile::Open()
@@ -45,4 +41,13 @@ bool ResultFile::Commit()
         return false;
     m_file.close();
     return true;
+}
+
+void ResultFile::Discard()
+{
+    if (!m_file.is_open())
+        return;
+    m_file.close();
+    std::error_code ignored;
+    std::filesystem::remove(m_writtenPath, ignored);
 }

@@ -12,7 +12,6 @@ public:
     /// `id` tells it from other results for the same path that are being written by this process.
     ResultFile(const Text& path, unsigned int id);
 
-    /// Removes what was written unless Commit() was true.
     ~ResultFile();
 
     ResultFile(const ResultFile&) = delete;
@@ -22,6 +21,9 @@ public:
     bool Open();
     bool Write(const char* bytes, std::size_t count);
     bool Commit();
+
+    /// Removes what was written unless Commit() was true. It is done with the object at the latest.
+    void Discard();
 
     unsigned long long GetSize() const { return m_size; }
 

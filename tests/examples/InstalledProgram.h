@@ -19,7 +19,7 @@ public:
     {
         std::filesystem::create_directories(m_prefix.Path() / "bin");
         std::filesystem::create_directories(ConfigurationPath());
-        std::filesystem::copy_file(program, m_prefix.Path() / "bin" / Name());
+        std::filesystem::copy_file(program, Path());
     }
     ~InstalledProgram()
     {
@@ -32,12 +32,22 @@ public:
     {
         return m_prefix.Path() / "share" / Name() / "config";
     }
+    std::filesystem::path PlugInsPath() const
+    {
+        return m_prefix.Path() / "share" / Name() / "ressources" / "plugins";
+    }
+    void InstallPlugIn(const std::filesystem::path& library) const
+    {
+        std::filesystem::create_directories(PlugInsPath());
+        std::filesystem::copy_file(library, PlugInsPath() / library.filename());
+    }
     std::filesystem::path LogPath() const { return "/tmp/" + Name() + ".qvlog"; }
     std::string Log() const { return ReadWholeFile(LogPath()); }
 
+    std::filesystem::path Path() const { return m_prefix.Path() / "bin" / Name(); }
     ProgramResult Run(const std::vector<std::string>& arguments) const
     {
-        return RunProgram(m_prefix.Path() / "bin" / Name(), arguments);
+        return RunProgram(Path(), arguments);
     }
 
 private:

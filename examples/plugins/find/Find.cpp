@@ -2,6 +2,7 @@
 //
 //     find -folder <folder> -pattern <regular expression> [-files <such as *.txt>] [-deep]
 
+#include <algorithm>
 #include <toolkit/Toolkit.h>
 
 #include "FolderFiles.h"
@@ -19,11 +20,11 @@ using Text = TString<wchar_t>;
 StartStopLog s_module(L"find");
 const ModuleRegistration s_registration(s_module);
 
-// Null characters, which would end the text, count as blanks.
-TString<char> ToUtf8(Text line)
+bool SearchLine(LineSearch& search, const Text& place, Text line, CommandRun& run)
 {
+    // They would end the text.
     std::replace(line.begin(), line.end(), L'\0', L' ');
-    return UTF8::ToUTF8(line);
+    return !search.Matches(UTF8::ToUTF8(line)) || run.WriteLine(place + L": " + line);
 }
 
 bool SearchFile(LineSearch& search, const Text& folder, const Text& name, CommandRun& run)
@@ -39,8 +40,7 @@ bool SearchFile(LineSearch& search, const Text& folder, const Text& name, Comman
     // Eof() already holds on the last line, so each line is examined before Eof() is asked.
     unsigned int number = 1;
     for (Text line = file.GetFirstLine();; line = file.GetNextLine(), ++number) {
-        if (search.Matches(ToUtf8(line)) &&
-            !run.WriteLine(name + L":" + StringConvert::UStringFromUint32(number) + L": " + line))
+        if (!SearchLine(search, name + L":" + StringConvert::UStringFromUint32(number), line, run))
             return false;
         if (file.Eof())
             return true;

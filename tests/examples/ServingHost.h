@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "InstalledProgram.h"
+#include "ipc/ChildProgram.h"
+
+namespace Toolkit::Testing {
+
+/// An example host that serves beside the test. It is killed with the object when it still runs.
+class ServingHost {
+public:
+    /// Comes back once commands can be handed over.
+    explicit ServingHost(const InstalledProgram& host,
+                         const std::vector<std::string>& arguments = {"-serve", "-quiet"})
+        : m_program(host.Path(), arguments)
+    {
+        AwaitService();
+    }
+
+    /// Reads what the host shows up to the line that says where it serves.
+    void AwaitService()
+    {
+        const std::string beginning = "Serving at ";
+        m_socket = AwaitLine(beginning).substr(beginning.size());
+    }
+
+    /// Reads what the host shows up to a line that begins so, and returns that line.
+    std::string AwaitLine(const std::string& beginning) const
+    {
+        // The host shows no empty line: that is the end of all.
+        for (std::string line = m_program.ReadLine(); !line.empty(); line = m_program.ReadLine()) {
+            if (line.compare(0, beginning.size(), beginning) == 0)
+                return line;
+        }
+        ADD_FAILURE() << "not shown: " << beginning;
+        return beginning;
+    }
+
+    /// All that the host shows until it has ended, and with it what it has started.
+    std::vector<std::string> AwaitRest() const
+    {
+        std::vector<std::string> lines;
+        for (std::string line = m_program.ReadLine(); !line.empty(); line = m_program.ReadLine())
+            lines.push_back(line);
+        return lines;
+    }
+
+    void Send(int signal) const { m_program.Send(signal); }
+    int WaitForExitCode() { return m_program.WaitForExitCode(); }
+
+    const std::string& Socket() const { return m_socket; }
+
+private:
+    ChildProgram m_program;
+    std::string m_socket;
+};
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,58 @@
+// A plug-in whose commands do what commands should not.
+
+#include <stdexcept>
+#include <toolkit/files/PathManager.h>
+#include <toolkit/threading/Thread.h>
+
+#include "PlugIn.h"
+
+using namespace HostPlugIn;
+using namespace Toolkit;
+
+namespace {
+
+// Takes its time: until there is a file, or the host wants to stop.
+bool Wait(CommandRun& run)
+{
+    if (!run.WriteLine(L"half of it"))
+        return false;
+    for (unsigned long long round = 1; run.Progress(round, 0, L"rounds"); ++round) {
+        if (PathManager::FileExists(run.GetValue(L"until")))
+            return run.WriteLine(L"the other half");
+        Thread::Sleep(1);
+    }
+    return false;
+}
+
+bool ThrowError(CommandRun& run)
+{
+    run.WriteLine(L"something");
+    throw std::runtime_error("thrown by a command");
+}
+
+bool ThrowNumber(CommandRun&)
+{
+    throw 1;
+}
+
+bool FailSilently(CommandRun&)
+{
+    return false;
+}
+
+constexpr Option c_options[] = {{L"until", Option::Path, true}};
+constexpr Command c_commands[] = {
+    {L"wait", L"waits until there is a file", c_options, 1, Guarded<Wait>},
+    {L"throw-error", L"throws an error", nullptr, 0, Guarded<ThrowError>},
+    {L"throw-number", L"throws a number", nullptr, 0, Guarded<ThrowNumber>},
+    {L"fail", L"does not say why it fails", nullptr, 0, Guarded<FailSilently>},
+};
+
+} // namespace
+
+const PlugIn* GetHostPlugIn() noexcept
+{
+    static const PlugIn plugIn{c_interfaceVersion, L"odd", nullptr, c_commands,
+                               std::size(c_commands)};
+    return &plugIn;
+}

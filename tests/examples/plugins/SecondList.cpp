@@ -1,0 +1,23 @@
+// A plug-in with a command whose name another one has.
+
+#include "PlugIn.h"
+
+using namespace HostPlugIn;
+
+namespace {
+
+bool List(CommandRun& run)
+{
+    return run.WriteLine(L"the second one");
+}
+
+constexpr Command c_commands[] = {
+    {L"list", L"not the first of its name", nullptr, 0, Guarded<List>}};
+
+} // namespace
+
+const PlugIn* GetHostPlugIn() noexcept
+{
+    static const PlugIn plugIn{c_interfaceVersion, L"second", nullptr, c_commands, 1};
+    return &plugIn;
+}
