@@ -1,11 +1,8 @@
+#include "toolkit/archive/ArchiveFile.Private.h"
 #include "toolkit/archive/ArchiveStream.Private.h"
 #include "toolkit/encoding/UTF8.h"
-#include "toolkit/files/FileDescriptor.Private.h"
-
-#include <wx/wfstream.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <fcntl.h>
 #include <utility>
 
@@ -14,23 +11,10 @@ namespace {
 
 constexpr wxFileOffset c_blockSize = 4096;
 
-// What stands for a file that cannot be opened.
-class UnreadableStream : public wxInputStream {
-public:
-    UnreadableStream() { Reset(wxSTREAM_READ_ERROR); }
-
-protected:
-    std::size_t OnSysRead(void* /*buffer*/, std::size_t /*size*/) override { return 0; }
-};
-
-std::unique_ptr<wxInputStream> OpenFileStream(const TString<wchar_t>& path)
+// Whether the byte is the same character in the encoding of every locale.
+bool IsInvariant(char byte)
 {
-    FileDescriptor file = FileDescriptor::OpenRegular(UTF8::ToUTF8(path), O_RDONLY);
-    std::FILE* const stream = file.IsOpen() ? ::fdopen(file.Get(), "rb") : nullptr;
-    if (!stream)
-        return std::make_unique<UnreadableStream>();
-    file.Release();
-    return std::make_unique<wxFFileInputStream>(stream);
+    return byte >= ' ' && byte < '~' && byte != '\\';
 }
 
 } // namespace
@@ -38,6 +22,13 @@ std::unique_ptr<wxInputStream> OpenFileStream(const TString<wchar_t>& path)
 std::size_t EntryNameConverter::ToWChar(wchar_t* text, std::size_t textLength, const char* bytes,
                                         std::size_t length) const
 {
+    if (length != wxNO_LEN && std::all_of(bytes, bytes + length, IsInvariant)) {
+        if (text && textLength < length)
+            return wxCONV_FAILED;
+        if (text)
+            std::copy_n(bytes, length, text);
+        return length;
+    }
     const std::size_t converted = wxConvLocal.ToWChar(text, textLength, bytes, length);
     return converted != wxCONV_FAILED ? converted
                                       : wxConvISO8859_1.ToWChar(text, textLength, bytes, length);
@@ -56,7 +47,8 @@ wxMBConv* EntryNameConverter::Clone() const
 
 std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& path)
 {
-    std::unique_ptr<wxInputStream> file = OpenFileStream(path);
+    auto file =
+        std::make_unique<ArchiveFile>(FileDescriptor::OpenRegular(UTF8::ToUTF8(path), O_RDONLY));
     const bool isOpen = file->IsOk();
     auto archive = std::make_unique<ArchiveStream>(file.release());
     if (!isOpen)

@@ -25,7 +25,8 @@ public:
 
     bool Selects(const TString<wchar_t>& name) const
     {
-        return TString<wchar_t>(name.substr(0, m_prefix.size())).compareNoCase(m_prefix) == 0;
+        return m_prefix.empty() ||
+               TString<wchar_t>(name.substr(0, m_prefix.size())).compareNoCase(m_prefix) == 0;
     }
 
 private:
@@ -38,6 +39,13 @@ bool IsOfType(const wxZipEntry& entry, ArchiveEntriesFlags::ArchiveEntriesType t
         return false;
     return !((type & ArchiveEntriesFlags::FilesOnly) && entry.IsDir());
 }
+
+// Becomes a copy of an entry where one is wanted.
+struct LazyCopy {
+    const wxZipEntry& entry;
+
+    operator ArchiveZipEntry*() const { return new ArchiveZipEntry(entry); }
+};
 
 TString<wchar_t> NameOf(const wxZipEntry& entry)
 {
@@ -90,8 +98,10 @@ int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
     wxZipInputStream* const stream = *m_stream;
     while (const std::unique_ptr<wxZipEntry> entry{stream->GetNextEntry()}) {
         TString<wchar_t> name = NameOf(*entry);
-        if (IsOfType(*entry, type) && names.Selects(name) && entries.find(name) == entries.end())
-            entries.emplace(std::move(name), new ArchiveZipEntry(*entry));
+        if (!IsOfType(*entry, type) || !names.Selects(name))
+            continue;
+        // Most archives are in the order of their names.
+        entries.try_emplace(entries.end(), std::move(name), LazyCopy{*entry});
     }
     return static_cast<int>(entries.size());
 }

@@ -5,7 +5,23 @@
 
 #include <wx/zipstrm.h>
 
+#include <algorithm>
+
 namespace Toolkit {
+namespace {
+
+// What an archive says about the length of an entry is not believed at once: memory grows with what
+// has come, in larger steps where much is said to follow.
+void ReserveFor(std::vector<unsigned char>& bytes, std::size_t needed, wxFileOffset claimedLeft)
+{
+    constexpr std::size_t largestStep = 4;
+
+    if (needed > bytes.capacity() && claimedLeft > 0)
+        bytes.reserve(
+            std::min(needed * largestStep, needed + static_cast<std::size_t>(claimedLeft)));
+}
+
+} // namespace
 
 ZipInputStream::ZipInputStream(wxZipInputStream* stream) : InputStream(nullptr)
 {
@@ -69,12 +85,11 @@ void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
     const FrameworkSilence silence;
     if (!Stream())
         return;
-    // What an archive says about the length of an entry is not believed: memory grows with what
-    // comes.
     std::vector<unsigned char> block(blockSize);
     std::size_t count = 0;
     do {
         count = Stream()->Read(block.data(), block.size()).LastRead();
+        ReserveFor(bytes, bytes.size() + count, Stream()->GetLength() - Stream()->TellI());
         bytes.insert(bytes.end(), block.data(), block.data() + count);
     } while (count == block.size());
 }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "toolkit/files/FileDescriptor.Private.h"
+
+#include <wx/stream.h>
+
+#include <string>
+
+namespace Toolkit {
+
+/// A file as a byte stream of the framework, for a reader that seeks before each of many short
+/// reads: what was read stays at hand, where the framework's own file stream asks the system anew.
+class ArchiveFile : public wxInputStream {
+public:
+    /// Without an open file every read is an error.
+    explicit ArchiveFile(FileDescriptor file);
+
+    bool IsSeekable() const override { return m_file.IsOpen(); }
+    wxFileOffset GetLength() const override;
+
+protected:
+    std::size_t OnSysRead(void* buffer, std::size_t size) override;
+    wxFileOffset OnSysSeek(wxFileOffset offset, wxSeekMode mode) override;
+    wxFileOffset OnSysTell() const override { return m_position; }
+
+private:
+    std::size_t ReadFile(char* buffer, std::size_t size);
+
+    FileDescriptor m_file;
+    wxFileOffset m_position = 0;
+    std::string m_bytes; // what stands in the file at m_bytesBegin
+    wxFileOffset m_bytesBegin = 0;
+};
+
+} // namespace Toolkit
