@@ -1,0 +1,1 @@
+toolkit_benchmark(files/DirectoryBenchmark.cpp)

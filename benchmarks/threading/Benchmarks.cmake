@@ -1,0 +1,1 @@
+toolkit_benchmark(threading/EventNotifierBenchmark.cpp)
