@@ -181,7 +181,7 @@ TEST_F(HostServerTest, EncodeAndDecodeKnowTwoEncodings)
 TEST_F(HostServerTest, WhatIsEncodedDecodesToTheSame)
 {
     std::string bytes;
-    for (int i = 0; i < 200'000; ++i)
+    for (unsigned int i = 0; i < 200'000; ++i)
         bytes.push_back(static_cast<char>(i * i / 7));
     std::string text = "\n" + std::string(1000, ' ') + "\r\n";
     for (int i = 0; i < 5'000; ++i)
