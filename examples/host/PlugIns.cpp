@@ -86,7 +86,7 @@ Text PlugIns::LoadLibrary(const Text& path)
 Text PlugIns::FindFault(const PlugIn* plugIn) const
 {
     if (!plugIn)
-        return L"it says so";
+        return L"it finds itself of no use";
     if (plugIn->interfaceVersion != HostPlugIn::c_interfaceVersion)
         return VersionFault(plugIn->interfaceVersion);
     if (plugIn->failure)

@@ -67,7 +67,7 @@ TEST_F(HostPlugInsTest, WhatIsOfNoUseIsLeftOutAndSaid)
         {OTHER_VERSION_PLUG_IN, "it speaks version 2 of the interface, the host version 1"},
         {SECOND_LIST_PLUG_IN, "another one has its command list"},
         {THROWING_MODULE_PLUG_IN, "its module does not start: no sounding gear"},
-        {USELESS_PLUG_IN, "it says so"}};
+        {USELESS_PLUG_IN, "it finds itself of no use"}};
     m_host.InstallPlugIn(ARCHIVE_PLUG_IN);
     for (const auto& [library, fault] : cases)
         m_host.InstallPlugIn(library);

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "ServingHost.h"
+#include "archive/RawZip.h"
 #include "archive/ZipWriter.h"
 
 namespace Toolkit::Testing {
@@ -136,6 +137,43 @@ TEST_F(HostServerTest, ArchiveCommandsLookIntoAnArchive)
         arguments.insert(arguments.end(), {"-archive", archive});
         EXPECT_EQ(ResultOf(host, arguments), expected);
     }
+}
+
+TEST_F(HostServerTest, SearchTakesEntriesAsTheyAre)
+{
+    const std::string longLine(2 << 20, 'x');
+    const std::string archive =
+        Write("odd.zip", RawZip({{"blocks", "a\nfog\r\n\nfog"},
+                                 {"latin", "caf\xE9 fog\n"},
+                                 {"long", longLine + "fog\nfog\n"},
+                                 {"nulls", std::string("fog\0 fog\n", 9)}}));
+    const ServingHost host(m_host);
+
+    EXPECT_EQ(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog$"}),
+              "blocks:2: fog\nblocks:4: fog\n"
+              "latin:1: café fog\n"
+              // No text has lines of more than 1 MiB: it comes in pieces.
+              "long:3: fog\nlong:4: fog\n"
+              "nulls:1: fog  fog\n");
+}
+
+TEST_F(HostServerTest, WhatCannotBeReadOfAnArchiveIsAWarning)
+{
+    constexpr std::uint16_t encrypted = 1;
+    RawEntry damaged{"damaged", "fog one\nfog two\n"};
+    damaged.checksum = 1;
+    RawEntry secret{"secret", "fog\n"};
+    secret.flags = encrypted;
+    const std::string archive = Write("odd.zip", RawZip({damaged, secret, {"whole", "fog\n"}}));
+    ServingHost host(m_host);
+
+    EXPECT_THAT(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog"}),
+                EndsWith("whole:1: fog\n"));
+    Quit(host);
+
+    EXPECT_THAT(m_host.Log(),
+                AllOf(ContainsRegex("\n1 [^\n]*the entry damaged is damaged, and was searched"),
+                      ContainsRegex("\n1 [^\n]*the entry secret is encrypted, and was not")));
 }
 
 TEST_F(HostServerTest, FindSearchesAFolder)
@@ -353,6 +391,39 @@ TEST_F(HostServerTest, NoCommandOfManyIsLost)
     EXPECT_EQ(std::count_if(shown.begin(), shown.end(), isDone), 200);
     EXPECT_THAT(m_host.Log(),
                 AllOf(HasSubstr(" : 200 search: done in "), Not(HasSubstr("failed"))));
+}
+
+// Some starts meet the host while it ends: what they call handed over is done all the same.
+TEST_F(HostServerTest, NoCommandIsLostWhileTheHostEnds)
+{
+    const std::string archive = WriteArchive();
+    ServingHost host(m_host);
+    std::vector<std::thread> threads;
+    std::vector<int> handedOver(8, 0);
+    const auto name = [](std::size_t thread, int i) {
+        return "result" + std::to_string(thread) + "-" + std::to_string(i);
+    };
+
+    for (std::size_t thread = 0; thread < handedOver.size(); ++thread) {
+        threads.emplace_back([&, thread] {
+            int& i = handedOver[thread];
+            while (
+                m_host.Run({"list", "-archive", archive, "-out", File(name(thread, i))}).exitCode ==
+                0)
+                ++i;
+        });
+    }
+    host.AwaitLine("20 list: done");
+    EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
+    host.AwaitRest();
+    EXPECT_EQ(host.WaitForExitCode(), 0);
+    for (std::thread& thread : threads)
+        thread.join();
+
+    for (std::size_t thread = 0; thread < handedOver.size(); ++thread) {
+        for (int i = 0; i < handedOver[thread]; ++i)
+            EXPECT_TRUE(std::filesystem::exists(File(name(thread, i)))) << name(thread, i);
+    }
 }
 
 TEST_F(HostServerTest, QuitWaitsForTheCommandsBeforeIt)
