@@ -10,8 +10,8 @@
 
 namespace Toolkit {
 
-/// Entry names in the encoding of the C locale. Where they are not valid in it each byte is the
-/// character of its value, so that no two names fall together.
+/// Entry names in the encoding of the environment's locale. Where they are not valid in it each
+/// byte is the character of its value, so that no two names fall together.
 class EntryNameConverter : public wxMBConv {
 public:
     std::size_t ToWChar(wchar_t* text, std::size_t textLength, const char* bytes,

@@ -34,8 +34,8 @@ public:
     /// Opens the file `path` in place of what was open. Whether that went well shows in
     /// EntriesList().
     ///
-    /// Names that do not say that they are UTF-8 are in the encoding of the C locale, or ISO 8859-1
-    /// where they are not valid in it.
+    /// Names that do not say that they are UTF-8 are in the encoding of the environment's locale,
+    /// or ISO 8859-1 where they are not valid in it.
     void Open(const TString<wchar_t>& path);
 
     /// Streams that were handed out stay usable.
