@@ -161,6 +161,54 @@ TEST_F(ArchiveZipTest, StreamsOutliveTheArchive)
     EXPECT_EQ(bytes.size(), 3u);
 }
 
+TEST_F(ArchiveZipTest, AllEntriesShareOneStream)
+{
+    Names(Write({{L"a", "one"}, {L"b", "two"}}));
+    const smart_ptr<ZipInputStream> first = m_archive.GetZipInputStream(m_entries[L"a"]);
+    const smart_ptr<ZipInputStream> second = m_archive.GetZipInputStream(m_entries[L"b"]);
+    std::vector<unsigned char> bytes;
+
+    *first >> bytes;
+
+    EXPECT_EQ(first.Get(), second.Get());
+    EXPECT_EQ(bytes, (std::vector<unsigned char>{'t', 'w', 'o'}));
+}
+
+TEST_F(ArchiveZipTest, WithoutAnEntryTheStreamStaysWhereItIs)
+{
+    Names(Write({{L"a", "one two "}}));
+    TString<wchar_t> word;
+    StreamAt(L"a") >> word;
+
+    *m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>()) >> word;
+
+    EXPECT_EQ(word, L"two");
+}
+
+TEST_F(ArchiveZipTest, AnotherArchiveTakesThePlaceOfTheFirst)
+{
+    Names(Write({{L"a", "one"}}));
+    const smart_ptr<ZipInputStream> first = m_archive.GetZipInputStream(m_entries[L"a"]);
+    WriteZip(m_directory.File(L"other.zip"), {{L"b", "two"}});
+
+    EXPECT_THAT(Names(m_directory.File(L"other.zip")), ElementsAre(L"b"));
+
+    TString<wchar_t> word;
+    *first >> word;
+    EXPECT_EQ(word, L"one");
+    EXPECT_EQ(Bytes(L"b"), "two");
+}
+
+TEST_F(ArchiveZipTest, IsWhatProgramsDeriveFromAndPassOn)
+{
+    static_assert(ArchiveEntriesFlags::AllEntries == 0);
+    static_assert(ArchiveEntriesFlags::FilesOnly == 1);
+    static_assert(ArchiveEntriesFlags::DirectoriesOnly == 2);
+    static_assert(std::has_virtual_destructor_v<ArchiveZip>);
+    static_assert(std::is_base_of_v<wxZipEntry, ArchiveZipEntry>);
+    static_assert(std::is_base_of_v<InputStream, ZipInputStream>);
+}
+
 TEST_F(ArchiveZipTest, AClosedArchiveHasNoStream)
 {
     Names(Write({{L"a", "one"}}), L"", c_all);

@@ -152,6 +152,60 @@ TEST_F(DirectoryTest, TheEmptyPathIsTheApplications)
     EXPECT_THAT(names, testing::Contains(PathManager::GetInstance()->GetApplicationName()));
 }
 
+TEST_F(DirectoryTest, QuotesWildcardsByABackslash)
+{
+    for (const char* const name : {"a*b", "axb", "a?b", "[a]"})
+        AddFile(name);
+
+    EXPECT_THAT(Files(L"a\\*b"), ElementsAre(L"a*b"));
+    EXPECT_THAT(Files(L"a\\?b"), ElementsAre(L"a?b"));
+    EXPECT_THAT(Files(L"[a]"), ElementsAre(L"[a]"));
+    EXPECT_THAT(Files(L"a\\"), IsEmpty());
+}
+
+TEST_F(DirectoryTest, WhatIsNoDirectoryCountsAsAFile)
+{
+    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
+
+    EXPECT_THAT(Files(L""), ElementsAre(L"pipe"));
+    EXPECT_THAT(Directories(L""), IsEmpty());
+}
+
+TEST_F(DirectoryTest, TakesAPathWithOrWithoutASeparatorAtItsEnd)
+{
+    AddFile("file");
+    for (const wchar_t* const end : {L"", L"/", L"//", L"/."}) {
+        Names names;
+        EXPECT_EQ(Directory(m_directory.File(L"") + end).GetFiles(L"", names), 1u);
+        EXPECT_THAT(names, ElementsAre(L"file"));
+        EXPECT_TRUE(Directory::Exist(m_directory.File(L"") + end));
+    }
+}
+
+TEST_F(DirectoryTest, ListsNothingForTheEmptyTextWithoutAPathManager)
+{
+    PathManager::ReleaseInstance();
+    Names names{L"old"};
+
+    EXPECT_EQ(Directory(L"").GetFiles(L"", names), 0u);
+    EXPECT_THAT(names, IsEmpty());
+    EXPECT_EQ(Directory::EnumFilePaths(names, L"", L""), 0u);
+}
+
+TEST_F(DirectoryTest, SaysNothingWhenItFails)
+{
+    AddFile("file");
+    Names names;
+
+    testing::internal::CaptureStderr();
+    Directory(m_directory.File(L"missing")).GetFiles(L"*", names);
+    Directory::EnumFilePaths(names, m_directory.File(L"file"), L"");
+    Directory::Create(m_directory.File(L"file/below"));
+    Directory::RemoveFile(m_directory.File(L"missing"));
+    Directory::RemoveFile(L"");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST_F(DirectoryTest, CreatesADirectoryWithItsParents)
 {
     EXPECT_TRUE(Directory::Create(m_directory.File(L"a/b/c")));
@@ -159,6 +213,7 @@ TEST_F(DirectoryTest, CreatesADirectoryWithItsParents)
 
     EXPECT_TRUE(Directory::Exist(m_directory.File(L"a/b/c")));
     EXPECT_TRUE(Directory::Exist(m_directory.File(L"d/e")));
+    EXPECT_THAT(Both(L""), UnorderedElementsAre(L"a", L"d"));
 }
 
 TEST_F(DirectoryTest, CreatedDirectoriesHaveThePermissionsThatTheMaskLeaves)

@@ -91,6 +91,24 @@ TEST_F(DynamicLibraryTest, ALibraryThatCannotBeLoadedHasNothingAndSaysNothing)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST_F(DynamicLibraryTest, ALibraryWithASymbolThatIsNowhereIsNotLoaded)
+{
+    testing::internal::CaptureStderr();
+    DynamicLibrary library(std::filesystem::path(UNRESOLVED_LIBRARY).wstring());
+
+    EXPECT_EQ(library.GetSymbol(L"UnresolvedCall"), nullptr);
+    EXPECT_EQ(library.Detach(), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DynamicLibraryTest, AddsNoExtensionToANameThatHasOne)
+{
+    std::filesystem::rename(m_directory.Path() / "probe.so", m_directory.Path() / "probe.plugin");
+
+    EXPECT_NE(DynamicLibrary(m_directory.File(L"probe.plugin")).GetSymbol(L"ProbeAnswer"), nullptr);
+    EXPECT_EQ(DynamicLibrary(m_directory.File(L"probe")).GetSymbol(L"ProbeAnswer"), nullptr);
+}
+
 TEST_F(DynamicLibraryTest, UnloadsWithTheObject)
 {
     {

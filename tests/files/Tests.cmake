@@ -20,7 +20,11 @@ toolkit_test(files/DirectoryTest.cpp)
 add_library(DynamicLibraryProbe MODULE files/DynamicLibraryProbe.cpp)
 target_link_libraries(DynamicLibraryProbe PRIVATE ToolkitBuildOptions)
 toolkit_test(files/DynamicLibraryTest.cpp)
+# It is incomplete on purpose.
+add_library(UnresolvedProbe MODULE files/UnresolvedProbe.cpp)
+target_link_options(UnresolvedProbe PRIVATE -Wl,-z,undefs)
 target_compile_definitions(
     DynamicLibraryTest PRIVATE PROBE_LIBRARY="$<TARGET_FILE:DynamicLibraryProbe>"
+                               UNRESOLVED_LIBRARY="$<TARGET_FILE:UnresolvedProbe>"
 )
-add_dependencies(DynamicLibraryTest DynamicLibraryProbe)
+add_dependencies(DynamicLibraryTest DynamicLibraryProbe UnresolvedProbe)

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -120,6 +121,90 @@ TEST_F(BackgroundOperationTest, TheEventChangesBeforeHandlersAreTold)
 
     m_operation.SendOperationStarted();
     m_operation.SendOperationEnded();
+}
+
+// Starts a waiter in its calls and keeps it.
+class WaitingHandler : public BackgroundOperationHandler {
+public:
+    explicit WaitingHandler(const BackgroundOperation& operation) : m_operation(operation) {}
+
+    void OnOperationStarted() override { m_waiting = Wait(); }
+    void OnOperationEnded() override
+    {
+        // Waiters go on while the handlers run, those from before the end and new ones.
+        EXPECT_EQ(m_waiting.wait_for(c_hang), std::future_status::ready);
+        EXPECT_EQ(Wait().wait_for(c_hang), std::future_status::ready);
+    }
+
+    bool IsWaiting() const
+    {
+        return m_waiting.wait_for(std::chrono::milliseconds(50)) == std::future_status::timeout;
+    }
+
+private:
+    std::future<bool> Wait() const
+    {
+        return std::async(std::launch::async, [this] { return m_operation.Wait(); });
+    }
+
+    const BackgroundOperation& m_operation;
+    std::future<bool> m_waiting;
+};
+
+TEST_F(BackgroundOperationTest, WaitersGoOnWhileTheHandlersAreTold)
+{
+    auto* const handler = new WaitingHandler(m_operation);
+    m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(handler));
+
+    m_operation.SendOperationStarted();
+    EXPECT_TRUE(handler->IsWaiting());
+    m_operation.SendOperationEnded();
+}
+
+TEST_F(BackgroundOperationTest, TheSignalIsTakenBackBeforeTheHandlersAreTold)
+{
+    m_operation.SendOperationEnded();
+    auto* const handler = new WaitingHandler(m_operation);
+    m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(handler));
+
+    m_operation.SendOperationStarted();
+
+    EXPECT_TRUE(handler->IsWaiting());
+    m_operation.SendOperationEnded();
+}
+
+TEST_F(BackgroundOperationTest, AHandlerThatThrowsLeavesTheEventChanged)
+{
+    class Thrower : public BackgroundOperationHandler {
+    public:
+        void OnOperationStarted() override {}
+        void OnOperationEnded() override { throw std::runtime_error("handler"); }
+    };
+    m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new Thrower()));
+    m_operation.SendOperationStarted();
+
+    EXPECT_THROW(m_operation.SendOperationEnded(), std::runtime_error);
+
+    EXPECT_TRUE(m_operation.Wait());
+}
+
+TEST_F(BackgroundOperationTest, EndingTwiceChangesNothing)
+{
+    AddHandler("a");
+
+    m_operation.SendOperationEnded();
+    m_operation.SendOperationEnded();
+
+    EXPECT_TRUE(m_operation.Wait());
+    EXPECT_THAT(m_notes, ElementsAre("a ended", "a ended"));
+}
+
+TEST_F(BackgroundOperationTest, IsANotifierOfItsHandlers)
+{
+    static_assert(
+        std::is_base_of_v<EventNotifier<BackgroundOperationHandler>, BackgroundOperation>);
+    static_assert(std::has_virtual_destructor_v<BackgroundOperation>);
+    static_assert(std::has_virtual_destructor_v<BackgroundOperationHandler>);
 }
 
 TEST_F(BackgroundOperationTest, DateIsZeroBeforeTheFirstProgress)

@@ -3,12 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <future>
 #include <latch>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -29,6 +31,15 @@ public:
     {
         Notify([](IListener& listener) { listener.OnEvent(); });
     }
+};
+
+class CountingListener : public IListener {
+public:
+    explicit CountingListener(std::atomic<int>& calls) : m_calls(calls) {}
+    void OnEvent() override { ++m_calls; }
+
+private:
+    std::atomic<int>& m_calls;
 };
 
 class EventNotifierTest : public testing::Test {
@@ -208,6 +219,95 @@ TEST_F(EventNotifierTest, AHandlerThatThrowsEndsThePassAndItsLock)
     EXPECT_THAT(m_calls, ElementsAre("a"));
     auto adding = std::async(std::launch::async, [&] { m_notifier.AddListener(Make("c")); });
     EXPECT_EQ(adding.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+}
+
+TEST_F(EventNotifierTest, AListenerMayRemoveOneThatWasCalledBefore)
+{
+    const smart_ptr<IListener> first = Make("a");
+    m_notifier.AddListener(first);
+    m_notifier.AddListener(Make("b", [&] { m_notifier.RemoveListener(first); }));
+    m_notifier.AddListener(Make("c"));
+
+    m_notifier.Send();
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "b", "c", "b", "c"));
+}
+
+TEST_F(EventNotifierTest, AListenerMayRemoveAllOfThem)
+{
+    std::vector<smart_ptr<IListener>> all;
+    all.push_back(Make("a", [&] {
+        for (const smart_ptr<IListener>& listener : all)
+            EXPECT_TRUE(m_notifier.RemoveListener(listener));
+        EXPECT_FALSE(m_notifier.RemoveListener(all.front()));
+    }));
+    all.push_back(Make("b"));
+    for (const smart_ptr<IListener>& listener : all)
+        m_notifier.AddListener(listener);
+
+    m_notifier.Send();
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a"));
+}
+
+TEST_F(EventNotifierTest, AListenerThatWasRemovedAndAddedAgainIsCalledAtTheEnd)
+{
+    smart_ptr<IListener> self;
+    bool hasMoved = false;
+    self = Make("a", [&] {
+        if (std::exchange(hasMoved, true))
+            return;
+        m_notifier.RemoveListener(self);
+        m_notifier.AddListener(self);
+    });
+    m_notifier.AddListener(self);
+    m_notifier.AddListener(Make("b"));
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "b", "a"));
+}
+
+TEST_F(EventNotifierTest, AfterAHandlerThatThrewPassesAreWhole)
+{
+    bool hasThrown = false;
+    smart_ptr<IListener> self;
+    self = Make("a", [&] {
+        m_notifier.RemoveListener(self);
+        if (!std::exchange(hasThrown, true))
+            throw std::runtime_error("handler");
+    });
+    m_notifier.AddListener(self);
+    m_notifier.AddListener(Make("b"));
+    EXPECT_THROW(m_notifier.Send(), std::runtime_error);
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("a", "b"));
+}
+
+TEST_F(EventNotifierTest, ThreadsMayAddRemoveAndNotifyAtOnce)
+{
+    constexpr int rounds = 1000;
+    std::atomic<int> calls = 0;
+    const auto add = [&] {
+        for (int i = 0; i < rounds; ++i) {
+            const smart_ptr<IListener> listener(new CountingListener(calls));
+            m_notifier.AddListener(listener);
+            m_notifier.Send();
+            EXPECT_TRUE(m_notifier.RemoveListener(listener));
+        }
+    };
+    std::thread other(add);
+    add();
+    other.join();
+
+    EXPECT_GE(calls, 2 * rounds);
+    calls = 0;
+    m_notifier.Send();
+    EXPECT_EQ(calls, 0);
 }
 
 TEST_F(EventNotifierTest, OtherThreadsWaitForTheEndOfAPass)
