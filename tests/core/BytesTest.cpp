@@ -3,6 +3,8 @@
 #include "toolkit/core/IStream.h"
 #include "toolkit/core/StreamResult.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -170,6 +172,34 @@ TEST(BytesTest, CopyBytesRefusesWhatIsMissing)
     EXPECT_FALSE(bytes.CopyBytes(&source, 1, &target, nullptr));
     EXPECT_EQ(target, nullptr);
     EXPECT_EQ(size, 7u);
+}
+
+TEST(BytesTest, CopiesThatFindNoMemoryAreRefused)
+{
+    const std::string source(1000, 'x');
+    Bytes bytes(Raw("before"), 6);
+    unsigned char* out = new unsigned char[1];
+    unsigned int size = 1;
+    {
+        const Testing::AllocationLimit limit(500);
+        EXPECT_FALSE(bytes.SetBytes(Raw(source), 1000));
+        EXPECT_FALSE(bytes.CopyBytes(Raw(source), 1000, &out, &size));
+    }
+    EXPECT_EQ(ContentsOf(bytes), std::nullopt);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(size, 0u);
+}
+
+TEST(BytesTest, ABlockThatFindsNoMemoryIsNotRead)
+{
+    MemoryStream stream(Packed(1000) + std::string(1000, 'x'));
+    Bytes bytes(Raw("before"), 6);
+    {
+        const Testing::AllocationLimit limit(500);
+        EXPECT_EQ(bytes.Deserialize(stream), 0x10000003u);
+    }
+    EXPECT_EQ(ContentsOf(bytes), std::nullopt);
+    EXPECT_THAT(stream.calls, ElementsAre("integer"));
 }
 
 TEST(BytesTest, SerializeWritesTheSizeAndTheBytes)

@@ -3,6 +3,7 @@
 #include "toolkit/core/StreamResult.h"
 
 #include "support/FileSizeLimit.h"
+#include "support/ScarceMemory.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -189,6 +190,17 @@ TEST_F(FSStreamTest, ATextCutShortLeavesTheTargetAsItWas)
         EXPECT_EQ(stream.Read(text), 0x10000003u);
         EXPECT_EQ(text, L"before");
     }
+}
+
+TEST_F(FSStreamTest, ATextThatFindsNoMemoryLeavesTheTargetAsItWas)
+{
+    FSStream stream = Reader(Packed(400000u) + std::string(400000, 'x'));
+    Wide text = L"before";
+    {
+        const Testing::AllocationLimit limit(200000);
+        EXPECT_EQ(stream.Read(text), 0x10000003u);
+    }
+    EXPECT_EQ(text, L"before");
 }
 
 TEST_F(FSStreamTest, AMissingSizeHasACodeOfItsOwn)
