@@ -192,6 +192,15 @@ TEST_F(CmdLineParserTest, NegativeNumberIsAnOption)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
+TEST_F(CmdLineParserTest, DashInsideATokenIsAnOrdinaryCharacter)
+{
+    for (const wchar_t* const value : {L"a-b", L"x-v", L"trailing-", L" -v"}) {
+        EXPECT_TRUE(Parse({L"-file", value}));
+        EXPECT_EQ(m_file->GetValue(), value);
+        EXPECT_FALSE(m_v->IsDefined());
+    }
+}
+
 TEST_F(CmdLineParserTest, EqualsSignBelongsToTheName)
 {
     const smart_ptr<CmdLineOption> literal(new CmdLineOption(L"file=x", false));
