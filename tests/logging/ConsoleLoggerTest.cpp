@@ -7,6 +7,7 @@
 #include <clocale>
 #include <ios>
 #include <iostream>
+#include <sstream>
 #include <streambuf>
 
 #include "logging/WideOutput.h"
@@ -19,6 +20,22 @@ using Testing::OutputOfProcess;
 
 // Takes nothing, as a terminal that has gone.
 class BrokenBuffer : public std::wstreambuf {};
+
+// Takes nothing as long as it is broken.
+class MendableBuffer : public std::wstringbuf {
+public:
+    bool isBroken = true;
+
+private:
+    int_type overflow(int_type character) override
+    {
+        return isBroken ? traits_type::eof() : std::wstringbuf::overflow(character);
+    }
+    std::streamsize xsputn(const wchar_t* text, std::streamsize length) override
+    {
+        return isBroken ? 0 : std::wstringbuf::xsputn(text, length);
+    }
+};
 
 TEST(ConsoleLoggerTest, WritesTextAsItIs)
 {
@@ -104,17 +121,19 @@ TEST(ConsoleLoggerTest, IsNotSilencedWhenTheStreamBuffersItself)
 
 TEST(ConsoleLoggerTest, WritesAgainAfterTheStreamHasFailed)
 {
-    BrokenBuffer broken;
-    ConsoleLogger logger(SeverityVerbose);
+    for (const wchar_t* const lost : {L"lost", L"lost \u20AC"}) {
+        MendableBuffer buffer;
+        std::wstreambuf* const good = std::wcout.rdbuf(&buffer);
+        ConsoleLogger logger(SeverityVerbose);
 
-    std::wstreambuf* const good = std::wcout.rdbuf(&broken);
-    logger.Write(L"lost");
-    logger.Write(L"lost \u20AC");
-    std::wcout.rdbuf(good);
-    const CapturedWideOutput output;
-    logger.Write(L"text");
+        logger.Write(lost);
+        buffer.isBroken = false;
+        logger.Write(L"text");
+        logger.Write(L" \u20AC");
 
-    EXPECT_EQ(output.Text(), L"text");
+        std::wcout.rdbuf(good);
+        EXPECT_EQ(buffer.str(), L"text \u20AC");
+    }
 }
 
 TEST(ConsoleLoggerTest, LetsNoExceptionOfTheStreamThrough)

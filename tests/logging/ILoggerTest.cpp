@@ -107,6 +107,53 @@ TEST(ILoggerTest, FilteredInsertionReturnsTheProcessLoggerToo)
     EXPECT_THAT(log.Pieces(), ElementsAre(L"kept", L"kept too"));
 }
 
+// Calls `check` with a value of every type that can be inserted.
+template <typename Check>
+void ForEachInsertable(Check check)
+{
+    const wchar_t* const widePointer = L"wide";
+    const char* const narrowPointer = "narrow";
+    check(TString<wchar_t>(L"text"));
+    check(TString<char>("text"));
+    check(widePointer);
+    check(narrowPointer);
+    check(L"wide array");
+    check("narrow array");
+    check(1LL);
+    check(1);
+    check(short{1});
+    check(1ULL);
+    check(1U);
+    check(static_cast<unsigned short>(1));
+    check(1L);
+    check(1UL);
+    check(SeverityError);
+    check(true);
+}
+
+TEST(ILoggerTest, EveryInsertionReturnsTheProcessLogger)
+{
+    const CapturedLog log;
+    Sink sink(SeverityVerbose);
+    std::size_t count = 0;
+    ForEachInsertable([&](const auto& value) {
+        EXPECT_EQ(&(sink << value), &ILogger::GetLogger());
+        EXPECT_EQ(sink.pieces.size(), ++count);
+    });
+    EXPECT_THAT(log.Pieces(), IsEmpty());
+}
+
+TEST(ILoggerTest, EveryInsertionIsFiltered)
+{
+    const CapturedLog log;
+    Sink sink(SeverityDebug);
+    ForEachInsertable([&](const auto& value) {
+        EXPECT_EQ(&(sink << value), &ILogger::GetLogger());
+        EXPECT_THAT(sink.pieces, IsEmpty());
+    });
+    EXPECT_THAT(log.Pieces(), IsEmpty());
+}
+
 TEST(ILoggerTest, FilteredValueIsNotConverted)
 {
     const CapturedLog log(SeverityError);
