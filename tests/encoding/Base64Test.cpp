@@ -1,5 +1,7 @@
 #include "toolkit/encoding/Base64.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -132,6 +134,35 @@ TEST(Base64Test, NullPointersAreRefused)
     }
     EXPECT_EQ(out, nullptr);
     EXPECT_EQ(length, 7u);
+}
+
+TEST(Base64Test, ArraysThatFindNoMemoryAreRefused)
+{
+    const std::string in(1000, 'Q');
+    const auto* const data = reinterpret_cast<const unsigned char*>(in.data());
+    unsigned char* out = nullptr;
+    unsigned int length = 7;
+
+    const Testing::AllocationLimit limit(500);
+    EXPECT_FALSE(b64_decode_binary(data, 1000, &out, &length));
+    EXPECT_FALSE(b64_encode_binary(data, 1000, &out, &length));
+
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(length, 7u);
+}
+
+TEST(Base64Test, WithoutMemoryThereIsNoTextAndThereAreNoBytes)
+{
+    const smart_ptr<Bytes> bytes = BytesOf(std::string(1000, 'x'));
+    const Wide text = std::wstring(2000, L'Q');
+
+    const Testing::AllocationLimit limit(1100);
+    const Wide none = B64::ToUNICODE(bytes);
+    const smart_ptr<Bytes> empty = B64::ToB64(text);
+
+    EXPECT_EQ(none, L"");
+    ASSERT_TRUE(empty.IsValid());
+    EXPECT_EQ(ContentsOf(empty), "");
 }
 
 TEST(Base64Test, APadEndsTheTextWhereverItStands)

@@ -1,5 +1,7 @@
 #include "toolkit/encoding/QuotedPrintable.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -222,6 +224,17 @@ TEST(QuotedPrintableTest, TheTwoLongestLinesMakeOneBreak)
         EXPECT_EQ(QP::ToQP(L"ab cd", 4, lineLength), L"ab=\r\n=20cd");
         EXPECT_EQ(QP::ToQP(L"ab cd", 0xFFFFFFFF, lineLength), L"ab=20cd");
     }
+}
+
+TEST(QuotedPrintableTest, WithoutMemoryThereIsNoText)
+{
+    const Wide text = std::wstring(1000, L'\n');
+    const Testing::AllocationLimit limit(500);
+
+    EXPECT_EQ(QP::ToQP(text), L"");
+    EXPECT_EQ(QP::ToQP(text, 76, 76), L"");
+    EXPECT_EQ(QP::ToUNICODE(text), L"");
+    EXPECT_NO_THROW(QP::HasToBeQP(text, 1, 76, false));
 }
 
 TEST(QuotedPrintableTest, LongTextsAreCutInLinearTime)
