@@ -106,6 +106,12 @@ TEST_F(DateTimeTest, FieldsOutOfRangeGiveAnInvalidDate)
     }
 }
 
+TEST_F(DateTimeTest, LeapSecondsMoveOnToTheNextMinute)
+{
+    EXPECT_EQ(Iso(DateTime(2009, 1, 1, 0, 0, 60)), L"2009-01-01 00:01:00");
+    EXPECT_EQ(Iso(DateTime(2009, 1, 1, 0, 0, 61)), L"2009-01-01 00:01:01");
+}
+
 TEST_F(DateTimeTest, LeapDaysAreValidInLeapYears)
 {
     EXPECT_TRUE(DateTime(2008, 2, 29, 0, 0, 0).IsValid());
@@ -310,6 +316,20 @@ TEST_F(DateTimeTest, RelativeStringIsTheTimeOfTodayOrTheDateOfAnotherDay)
     const bool dayHasPassed = DateTime().GetDay() != today.GetDay();
     EXPECT_TRUE(todayText == TimeText(today) || dayHasPassed);
     EXPECT_EQ(yesterdayText, DateText(yesterday));
+}
+
+TEST_F(DateTimeTest, TheSameDayOfAnotherMonthOrYearIsAnotherDay)
+{
+    DateTime monthAgo;
+    monthAgo.Remove(0, 1, 0, 0);
+    DateTime yearAgo;
+    yearAgo.Remove(1, 0, 0, 0);
+
+    for (const DateTime& date : {monthAgo, yearAgo}) {
+        TString<wchar_t> text;
+        date.GetRelativeStringFromNow(text);
+        EXPECT_EQ(text, DateText(date));
+    }
 }
 
 TEST_F(DateTimeTest, NumbersArePaddedWithZeros)

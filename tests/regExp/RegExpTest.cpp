@@ -89,6 +89,16 @@ TEST(RegExpTest, ModifiersHaveNoEffect)
     }
 }
 
+TEST(RegExpTest, PatternsAreCompiledForUtf8AndNothingElse)
+{
+    const RegExp twoOfOneName = Pattern("(?<n>a)(?<n>b)");
+
+    EXPECT_THAT(CaughtMessage([&] { twoOfOneName.IsMatch("ab"); }),
+                testing::HasSubstr("two named subpatterns have the same name"));
+    EXPECT_FALSE(Pattern("\\w").IsMatch("\xC3\xA9"));
+    EXPECT_THAT(Values(Pattern("(a+)").Match("aa")), ElementsAre("aa", "aa"));
+}
+
 TEST(RegExpTest, ThePatternEndsAtItsFirstNullCharacter)
 {
     const TString<char> pattern(std::string("a\0(", 3));
