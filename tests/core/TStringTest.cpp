@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -93,6 +94,19 @@ TEST(TStringTest, EmptyTextIsOneSharedInstance)
     EXPECT_TRUE(Wide::Empty().empty());
     EXPECT_EQ(&Narrow::Empty(), &Narrow::Empty());
     EXPECT_TRUE(Narrow::Empty().empty());
+}
+
+TEST(TStringTest, EmptyTextIsTheSameOnEveryThread)
+{
+    const Wide* wide = nullptr;
+    const Narrow* narrow = nullptr;
+    std::thread([&] {
+        wide = &Wide::Empty();
+        narrow = &Narrow::Empty();
+    }).join();
+
+    EXPECT_EQ(wide, &Wide::Empty());
+    EXPECT_EQ(narrow, &Narrow::Empty());
 }
 
 struct ComparisonCase {
