@@ -1,6 +1,6 @@
 // A program of which several copies run at once. It starts the library when it is told to by a line
-// on its standard input, prints whether another copy runs and its unique name, and stops at the end
-// of its input.
+// on its standard input, prints whether another copy runs and its unique name, stops the library at
+// another line, which it answers, or at the end of its input, and ends there.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
@@ -24,5 +24,7 @@ int main()
     std::getline(std::cin, line);
 
     LibModuleManager::GetInstance()->Release(true);
+    std::cout << "stopped" << std::endl;
+    std::getline(std::cin, line);
     return 0;
 }

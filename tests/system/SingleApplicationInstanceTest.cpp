@@ -53,13 +53,17 @@ public:
 
     void Go() const { EXPECT_EQ(::write(m_input, "go\n", 3), 3); }
 
+    // Lets it stop the library while its process goes on.
+    void Stop() const
+    {
+        Go();
+        EXPECT_EQ(ReadLine(), "stopped");
+    }
+
     // Whether it saw another copy; sets its unique name too.
     bool SeesAnother()
     {
-        std::string line;
-        char character = 0;
-        while (::read(m_output, &character, 1) == 1 && character != '\n')
-            line.push_back(character);
+        const std::string line = ReadLine();
         EXPECT_THAT(line, testing::MatchesRegex("[01] .*"));
         m_uniqueName = line.substr(std::min<std::size_t>(line.size(), 2));
         return line.front() == '1';
@@ -84,6 +88,15 @@ public:
     }
 
 private:
+    std::string ReadLine() const
+    {
+        std::string line;
+        char character = 0;
+        while (::read(m_output, &character, 1) == 1 && character != '\n')
+            line.push_back(character);
+        return line;
+    }
+
     pid_t m_process = 0;
     int m_input = -1;
     int m_output = -1;
@@ -157,6 +170,17 @@ TEST_F(SingleApplicationInstanceTest, ACopyThatHasEndedIsNotSeen)
     first.Finish();
 
     EXPECT_FALSE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, ACopyThatHasStoppedTheLibraryIsNotSeen)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+
+    first.Stop();
+
+    EXPECT_FALSE(Start().SeesAnother());
+    EXPECT_TRUE(Start().SeesAnother());
 }
 
 TEST_F(SingleApplicationInstanceTest, ACrashedCopyIsNotSeen)
