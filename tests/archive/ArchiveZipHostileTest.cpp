@@ -184,6 +184,28 @@ TEST_F(ArchiveZipHostileTest, ADescriptorThatContradictsTheDirectoryIsSurvived)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
+TEST_F(ArchiveZipHostileTest, ADescriptorThatCorrectsTheDirectoryEndsTheEntryWell)
+{
+    const std::string content = "line\nrest";
+    const std::string descriptor =
+        "PK\7\10" + Number(Checksum(content), 4) + Number(14, 4) + Number(9, 4);
+    Names(WriteBytes(RawZip({{.name = "claims",
+                              .data = Deflated(content) + descriptor,
+                              .content = content,
+                              .method = c_deflated,
+                              .flags = c_hasDescriptor,
+                              .compressedSize = 14,
+                              .size = 1000}})));
+    TString<wchar_t> line;
+    std::vector<unsigned char> bytes;
+
+    EXPECT_TRUE(StreamAt(L"claims").ReadLine(line));
+    *m_stream >> bytes;
+
+    EXPECT_EQ(bytes.size(), 4u);
+    EXPECT_EQ(static_cast<wxZipInputStream*>(*m_stream)->GetLastError(), wxSTREAM_EOF);
+}
+
 TEST_F(ArchiveZipHostileTest, EveryTruncatedArchiveEndsQuietly)
 {
     const std::string archive = RawZip({{.name = "a", .data = "line\nand words"}, c_whole});
