@@ -52,8 +52,10 @@ std::uint32_t Checksum(const std::string& bytes)
 std::string Number(std::uint64_t value, int size)
 {
     std::string bytes;
-    for (int i = 0; i < size; ++i)
-        bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
+    for (; size > 0; --size) {
+        bytes.push_back(static_cast<char>(value & 0xFF));
+        value >>= 8;
+    }
     return bytes;
 }
 
