@@ -49,9 +49,19 @@ AllocationLimit::~AllocationLimit()
 
 } // namespace Toolkit::Testing
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return Toolkit::Testing::Fails(size) ? nullptr : std::malloc(size > 0 ? size : 1);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept
+{
+    return operator new(size, nothrow);
+}
+
 void* operator new(std::size_t size)
 {
-    void* const memory = Toolkit::Testing::Fails(size) ? nullptr : std::malloc(size > 0 ? size : 1);
+    void* const memory = operator new(size, std::nothrow);
     if (!memory)
         throw std::bad_alloc();
     return memory;
