@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
 
 namespace Toolkit {
@@ -89,6 +90,26 @@ TEST_F(LocalesTest, TheFirstVariableThatIsNotEmptyNamesTheLocale)
 
     const ScopedEnvironment all("LC_ALL", "en_GB.UTF-8");
     EXPECT_EQ(DateFormat(), L"dd/MM/yyyy HH:mm");
+}
+
+TEST_F(LocalesTest, NamesThatNoLocaleCanHaveGiveTheFormatOfNoCountry)
+{
+    const std::string longWord(100000, 'a');
+    const std::string cases[] = {"abcdefghi",
+                                 "internationalised",
+                                 longWord,
+                                 "de_" + longWord,
+                                 "de DE",
+                                 "de/../../etc",
+                                 "de_\xFF",
+                                 "\xC3\xA9",
+                                 "-",
+                                 "_DE",
+                                 std::string(101, '_')};
+    for (const std::string& name : cases) {
+        const ScopedEnvironment environment("LC_ALL", name);
+        EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH:mm") << name.substr(0, 100);
+    }
 }
 
 TEST_F(LocalesTest, WithoutALocaleTheFormatIsThatOfTheUnitedStates)

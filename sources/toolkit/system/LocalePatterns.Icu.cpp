@@ -40,8 +40,32 @@ struct Icu {
     decltype(&udat_close) close;
 };
 
+bool IsAsciiLetterOrDigit(char character)
+{
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z');
+}
+
+// Whether ICU can take `name`: it crashes over one that begins with a long word, and takes one that
+// begins with no word for its own default.
+bool IsLocaleName(const std::string& name)
+{
+    constexpr std::size_t longestName = 100;
+    constexpr std::size_t longestPart = 8; // RFC 5646, section 2.1
+
+    std::size_t length = 0;
+    for (const char character : name) {
+        const bool isSeparator = character == '_' || character == '-';
+        length = isSeparator ? 0 : length + 1;
+        if (length > longestPart || (!isSeparator && !IsAsciiLetterOrDigit(character)))
+            return false;
+    }
+    return name.size() <= longestName && name.front() != '_' && name.front() != '-';
+}
+
 // The locale that the environment names, in the library's own form: "de_AT" for "de_AT.UTF-8@euro".
-// ICU's default does not look at LC_TIME, and takes an empty LC_ALL for a name.
+// ICU's default does not look at LC_TIME, and takes an empty LC_ALL for a name. The root stands for
+// names that no locale can have.
 std::string UserLocale()
 {
     for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -51,7 +75,7 @@ std::string UserLocale()
         std::string locale(value);
         locale.erase(std::min(locale.find_first_of(".@"), locale.size()));
         if (locale != "C" && locale != "POSIX" && !locale.empty())
-            return locale;
+            return IsLocaleName(locale) ? locale : "root";
         break;
     }
     return "en_US_POSIX";
