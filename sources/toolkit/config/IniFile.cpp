@@ -44,7 +44,8 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 
 bool IniFile::Parse(const TString<wchar_t>& path)
 try {
-    // A file may be named by a value of the one before.
+    // A file may be named by a value of the one before, which goes here.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const TString<wchar_t> name(path);
     m_sections.clear();
 
