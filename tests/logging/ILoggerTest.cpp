@@ -297,6 +297,25 @@ TEST(ILoggerTest, ReplacedLoggerIsLetGo)
     EXPECT_EQ(ends, 2);
 }
 
+TEST(ILoggerTest, ReplacedLoggerMayHoldTheNextOne)
+{
+    class Wrapper : public Sink {
+    public:
+        explicit Wrapper(ILogger* logger) : Sink(SeverityVerbose), wrapped(logger) {}
+        const smart_ptr<ILogger> wrapped;
+    };
+    const CapturedLog log;
+    Sink* const next = new Sink(SeverityVerbose);
+    auto* const wrapper = new Wrapper(next);
+    ILogger::SetLogger(wrapper);
+
+    ILogger::SetLogger(wrapper->wrapped);
+    ILogger::GetLogger() << L"text";
+
+    EXPECT_EQ(&ILogger::GetLogger(), next);
+    EXPECT_THAT(next->pieces, ElementsAre(L"text"));
+}
+
 TEST(ILoggerTest, IsUsableWithoutAProcessLogger)
 {
     ASSERT_EQ(ILogger::s_pInstance, nullptr);
