@@ -21,6 +21,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
+using testing::StartsWith;
 
 using Arguments = std::vector<std::string>;
 
@@ -86,18 +87,16 @@ protected:
     std::string ResultOf(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
-        const std::string title = std::to_string(++m_commands) + " " + arguments[0];
-        host.AwaitLine(title + ": done in ");
+        EXPECT_THAT(host.AwaitOutcome(std::to_string(++m_commands) + " " + arguments[0]),
+                    StartsWith("done in "));
         return ReadWholeFile(File("result"));
     }
 
-    // Why a command fails.
-    std::string FailureOf(const ServingHost& host, const Arguments& arguments)
+    // What the host shows at the end of a command.
+    std::string OutcomeOf(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
-        const std::string beginning =
-            std::to_string(++m_commands) + " " + arguments[0] + ": failed: ";
-        return host.AwaitLine(beginning).substr(beginning.size());
+        return host.AwaitOutcome(std::to_string(++m_commands) + " " + arguments[0]);
     }
 
     void Quit(ServingHost& host) const
@@ -262,8 +261,8 @@ TEST_F(HostServerTest, FailuresSayWhy)
         {{"fail"}, "it does not say why"}};
 
     for (const auto& [arguments, expected] : cases)
-        EXPECT_EQ(FailureOf(host, arguments), expected);
-    EXPECT_THAT(FailureOf(host, {"search", "-archive", archive, "-pattern", "("}),
+        EXPECT_EQ(OutcomeOf(host, arguments), "failed: " + expected);
+    EXPECT_THAT(OutcomeOf(host, {"search", "-archive", archive, "-pattern", "("}),
                 HasSubstr("missing )"));
     EXPECT_THAT(NamesInDirectory(), testing::UnorderedElementsAre("text", "bytes", "texts.zip"));
 }
@@ -273,7 +272,7 @@ TEST_F(HostServerTest, FailureIsLoggedAndLeavesTheOldResult)
     Write("result", "old");
     ServingHost host(m_host);
 
-    FailureOf(host, {"throw-error"});
+    OutcomeOf(host, {"throw-error"});
     Quit(host);
 
     EXPECT_THAT(m_host.Log(), ContainsRegex("\n0 [0-9]+ : [0-9]+ : OnOperationEnded : "
@@ -289,7 +288,7 @@ TEST_F(HostServerTest, ResultThatCannotBeWrittenIsAFailure)
 
     m_host.Run({"list", "-archive", archive, "-out", "/none/result"});
 
-    EXPECT_EQ(host.AwaitLine("1 list: failed"), "1 list: failed: cannot write /none/result");
+    EXPECT_EQ(host.AwaitOutcome("1 list"), "failed: cannot write /none/result");
 }
 
 TEST_F(HostServerTest, RelativePathsMeanTheDirectoryOfTheLaterStart)
@@ -299,8 +298,8 @@ TEST_F(HostServerTest, RelativePathsMeanTheDirectoryOfTheLaterStart)
 
     const ScopedDirectory inside(m_directory.Path());
     m_host.Run({"list", "-archive", "texts.zip", "-out", "relative"});
-    host.AwaitLine("1 list: done in ");
 
+    EXPECT_THAT(host.AwaitOutcome("1 list"), StartsWith("done in "));
     EXPECT_EQ(ReadWholeFile(File("relative")), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
@@ -491,7 +490,7 @@ TEST_F(HostServerTest, SignalGivesUpWhatRunsAndStopsInOrder)
 
         host.Send(signal);
 
-        EXPECT_EQ(host.AwaitLine("1 wait: failed"), "1 wait: failed: cancelled");
+        EXPECT_EQ(host.AwaitOutcome("1 wait"), "failed: cancelled");
         host.AwaitRest();
         EXPECT_EQ(host.WaitForExitCode(), 0);
         EXPECT_FALSE(std::filesystem::exists(host.Socket()));
@@ -516,7 +515,9 @@ TEST_F(HostServerTest, RestartServesAgainByTheSameCommandLine)
     EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
     host.AwaitRest();
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
-    EXPECT_THAT(m_host.Log(), AllOf(HasSubstr(">>> WaitingForPreviousProcessFinish()"),
+    // The new host began the log when that of the old one was complete.
+    EXPECT_THAT(m_host.Log(), AllOf(Not(HasSubstr("ActivateRestartProcess")),
+                                    HasSubstr(">>> WaitingForPreviousProcessFinish()"),
                                     HasSubstr(">>> RestartProcessFinish()"),
                                     ContainsRegex("Stopping after [0-9]+ ms\n$")));
 }

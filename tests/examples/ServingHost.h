@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,17 @@ public:
         AwaitService();
     }
 
+    ~ServingHost()
+    {
+        m_program.Send(SIGKILL);
+        m_program.WaitForExitCode();
+        std::error_code ignored;
+        std::filesystem::remove(m_socket, ignored);
+    }
+
+    ServingHost(const ServingHost&) = delete;
+    ServingHost& operator=(const ServingHost&) = delete;
+
     /// Reads what the host shows up to the line that says where it serves.
     void AwaitService()
     {
@@ -38,6 +50,18 @@ public:
         }
         ADD_FAILURE() << "not shown: " << beginning;
         return beginning;
+    }
+
+    /// What became of the command that the host calls `title`, such as "1 list": a text that begins
+    /// with "done in " or with "failed: ".
+    std::string AwaitOutcome(const std::string& title) const
+    {
+        while (true) {
+            const std::string outcome = AwaitLine(title + ": ").substr(title.size() + 2);
+            // Progress is shown in numbers.
+            if (outcome != "started" && (outcome.empty() || !std::isdigit(outcome.front())))
+                return outcome;
+        }
     }
 
     /// All that the host shows until it has ended, and with it what it has started.
