@@ -1,5 +1,7 @@
 #include "toolkit/config/CmdLineParser.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gmock/gmock.h>
 
 #include <array>
@@ -11,6 +13,7 @@ namespace Toolkit {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using Tokens = std::vector<TString<wchar_t>>;
 
 Tokens Tokenized(const TString<wchar_t>& line)
@@ -329,6 +332,44 @@ TEST_F(CmdLineParserTest, OneNarrowTextIsUtf8)
 
     EXPECT_TRUE(parser.Parse());
     EXPECT_EQ(m_file->GetValue(), L"\u6587 \u5B57");
+}
+
+// What the wide and the narrow command line and the list of arguments give while one allocation
+// fails; false when there were not that many.
+bool ParseWithAFailingAllocation(const smart_ptr<CmdLineOption>& option, long allocation)
+{
+    const TString<wchar_t> line = L"-file \"a value that needs memory\"";
+    std::array<const wchar_t*, 2> arguments = {L"-file", L"another value that needs memory"};
+    option->SetValue(L"");
+
+    const Testing::FailingAllocation failing(allocation);
+    CmdLineParser ofLine(line);
+    CmdLineParser ofArguments(2, arguments.data());
+    const bool isParsed = ofLine.AddOption(option) && ofLine.Parse() &&
+                          ofArguments.AddOption(option) && ofArguments.Parse();
+    EXPECT_TRUE(isParsed || failing.HasFailed());
+    return failing.HasFailed();
+}
+
+TEST_F(CmdLineParserTest, NothingIsThrownWithoutMemory)
+{
+    long allocation = 0;
+    while (ParseWithAFailingAllocation(m_file, allocation))
+        ++allocation;
+
+    EXPECT_GT(allocation, 5);
+    EXPECT_EQ(m_file->GetValue(), L"another value that needs memory");
+}
+
+TEST_F(CmdLineParserTest, WithoutMemoryThereAreNoTokens)
+{
+    const TString<wchar_t> line = L"short \"a long token that needs memory of its own\"";
+    Tokens tokens{L"old"};
+    {
+        const Testing::AllocationLimit limit(100);
+        CmdLineParser::Tokenize(line, tokens);
+    }
+    EXPECT_THAT(tokens, IsEmpty());
 }
 
 } // namespace

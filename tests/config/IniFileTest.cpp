@@ -349,6 +349,18 @@ TEST_F(IniFileTest, SettingsThatFindNoMemoryAreLeftOutAltogether)
     EXPECT_EQ(Value(ini, section, L"a key that is long"), std::wstring(50, L'v'));
 }
 
+TEST_F(IniFileTest, KeysThatFindNoMemoryAreNotListed)
+{
+    const IniFile ini = Load("[Main]\na=1\n" + std::string(200, 'k') + "=2\n");
+    const TString<wchar_t> section = L"Main";
+    std::vector<TString<wchar_t>> keys = {L"old"};
+    {
+        const Testing::AllocationLimit limit(500);
+        ini.GetKeyList(section, keys);
+    }
+    EXPECT_THAT(keys, IsEmpty());
+}
+
 TEST_F(IniFileTest, FailedParseEmptiesTheSettingsAndTellsNothingOfTheConstruction)
 {
     const CapturedLog log;

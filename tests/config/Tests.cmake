@@ -1,4 +1,5 @@
 toolkit_test(config/CmdLineParserTest.cpp)
+target_sources(CmdLineParserTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(config/CmdLineReferenceTest.cpp)
 toolkit_test(config/IniFileReferenceTest.cpp)
 toolkit_test(config/IniFileTest.cpp)

@@ -3,6 +3,7 @@
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
+#include <new>
 #include <type_traits>
 #include <utility>
 
@@ -48,22 +49,27 @@ CmdLineParser::CmdLineParser(const TString<char>& commandLine)
 
 template <typename Char>
 void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
-{
+try {
     for (int i = 0; argv && i < argc && argv[i]; ++i) {
         if constexpr (std::is_same_v<Char, char>)
             m_tokens.push_back(UTF8::ToUNICODE(argv[i]));
         else
             m_tokens.emplace_back(argv[i]);
     }
+} catch (const std::bad_alloc&) {
+    // Rather none than some of them.
+    m_tokens.clear();
 }
 
 bool CmdLineParser::AddOption(const smart_ptr<CmdLineOption>& option)
-{
+try {
     return option.IsValid() && m_options.emplace(option->GetName(), option).second;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)
-{
+try {
     constexpr std::size_t none = std::wstring::npos;
     const wchar_t quote = c_strDelimiters.front();
 
@@ -85,10 +91,12 @@ void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<w
         start = line.find_first_not_of(c_strSeparators, end);
     }
     tokens = std::move(found);
+} catch (const std::bad_alloc&) {
+    tokens.clear();
 }
 
 bool CmdLineParser::Parse()
-{
+try {
     CmdLineOption* current = nullptr;
     for (const TString<wchar_t>& token : m_tokens) {
         if (token.find(c_strIdentifiers) == 0) {
@@ -103,6 +111,8 @@ bool CmdLineParser::Parse()
     return std::all_of(m_options.begin(), m_options.end(), [](const auto& entry) {
         return entry.second->IsDefined() || !entry.second->IsRequired();
     });
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 CmdLineOption* CmdLineParser::FindOption(const TString<wchar_t>& name) const

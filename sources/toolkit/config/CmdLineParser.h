@@ -41,7 +41,8 @@ private:
 /// too, so "-5" is an option named "5". Names have to be typed in lower case: they are registered
 /// in it and compared as they are. Unknown options and stray words are ignored.
 ///
-/// One object is used by one thread at a time.
+/// One object is used by one thread at a time. Nothing is thrown: without memory there are no
+/// tokens, an option is not added, and parsing fails.
 class TOOLKIT_API CmdLineParser {
 public:
     /// What separates tokens: blank and tab.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 
 namespace Toolkit {
 namespace {
@@ -152,7 +153,7 @@ bool IniFile::GetBool(const TString<wchar_t>& section, const TString<wchar_t>& k
 }
 
 void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const
-{
+try {
     // Before the list is emptied: the section's name may come from it.
     const KeyMap* const found = Find(m_sections, section);
     keys.clear();
@@ -161,6 +162,9 @@ void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wc
     keys.reserve(found->size());
     for (const auto& entry : *found)
         keys.push_back(entry.first);
+} catch (const std::bad_alloc&) {
+    // Rather none than some of them.
+    keys.clear();
 }
 
 } // namespace Toolkit

@@ -57,7 +57,8 @@ public:
     bool GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  bool defaultValue) const;
 
-    /// Replaces `keys` by the keys of a section in ascending order of their code points.
+    /// Replaces `keys` by the keys of a section in ascending order of their code points;
+    /// by none when they do not fit into memory.
     void GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const;
 
 private:
