@@ -1,6 +1,7 @@
 #include "toolkit/encoding/StringConvert.h"
 
 #include "support/CompiledLocale.h"
+#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 
 #include <gtest/gtest.h>
@@ -219,6 +220,33 @@ TEST(StringConvertTest, DoublesHaveSixDigitsInTheShorterNotation)
         EXPECT_EQ(StringConvert::UStringFromDouble(value),
                   std::wstring(expected.begin(), expected.end()));
     }
+}
+
+TEST(StringConvertTest, WithoutMemoryTextsAreEmpty)
+{
+    const Wide text = L"a text that is longer than a text without memory";
+    const Testing::AllocationLimit limit(20);
+
+    EXPECT_EQ(StringConvert::UStringFromInt32(c_minInt), L"");
+    EXPECT_EQ(StringConvert::UStringFromInt64(c_minLong), L"");
+    EXPECT_EQ(StringConvert::UStringFromDouble(1.5e100), L"");
+    EXPECT_EQ(StringConvert::StringFromInt64(c_minLong), "");
+    EXPECT_EQ(StringConvert::GetCharactersFromRight(text, 100), L"");
+}
+
+TEST(StringConvertTest, WithoutMemoryALongNumberIsNotRead)
+{
+    const std::string digits(300, '9');
+    const std::wstring wideDigits(300, L'9');
+    double value = 77;
+    {
+        const Narrow narrow(digits);
+        const Wide wide(wideDigits);
+        const Testing::AllocationLimit limit(20);
+        EXPECT_TRUE(StringConvert::ToDouble(narrow, value));
+        EXPECT_TRUE(StringConvert::ToDouble(wide, value));
+    }
+    EXPECT_EQ(value, 77);
 }
 
 TEST(StringConvertTest, TheCLocaleDoesNotMatter)

@@ -1,5 +1,7 @@
 #include "toolkit/encoding/UTF7.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -57,6 +59,16 @@ TEST(UTF7Test, EachByteBecomesTheCharacterOfItsValue)
         SCOPED_TRACE(value);
         EXPECT_EQ(UTF7::ToUNICODE(static_cast<char>(value)), Wide(static_cast<wchar_t>(value)));
     }
+}
+
+TEST(UTF7Test, WithoutMemoryTextsAreEmpty)
+{
+    const Wide wide = std::wstring(100, L'a');
+    const Narrow narrow = std::string(100, 'a');
+    const Testing::AllocationLimit limit(50);
+
+    EXPECT_EQ(UTF7::ToUTF7(wide), "");
+    EXPECT_EQ(UTF7::ToUNICODE(narrow), L"");
 }
 
 TEST(UTF7Test, BytesAreReadUpToTheFirstNull)

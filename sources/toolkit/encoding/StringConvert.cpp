@@ -3,6 +3,8 @@
 #include "toolkit/core/Numbers.Private.h"
 
 #include <algorithm>
+#include <new>
+#include <type_traits>
 
 namespace Toolkit {
 namespace {
@@ -10,9 +12,23 @@ namespace {
 // True in every case: a text without a number is not reported.
 template <typename Char, typename Number>
 bool Parse(const TString<Char>& text, Number& value)
-{
+try {
     Numbers::Parse<Char>(text, value);
     return true;
+} catch (const std::bad_alloc&) {
+    return true;
+}
+
+// Empty when there is no memory.
+template <typename Char, typename Number>
+TString<Char> ToText(Number value)
+try {
+    if constexpr (std::is_floating_point_v<Number>)
+        return Numbers::Text<Char>(value).String();
+    else
+        return Numbers::ToString<Char>(value);
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 } // namespace
@@ -69,57 +85,57 @@ bool StringConvert::ToDouble(const TString<wchar_t>& text, double& value)
 
 TString<wchar_t> StringConvert::UStringFromInt32(int value)
 {
-    return Numbers::ToString<wchar_t>(value);
+    return ToText<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromUint32(unsigned int value)
 {
-    return Numbers::ToString<wchar_t>(value);
+    return ToText<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromInt64(long long value)
 {
-    return Numbers::ToString<wchar_t>(value);
+    return ToText<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromUInt64(unsigned long long value)
 {
-    return Numbers::ToString<wchar_t>(value);
+    return ToText<wchar_t>(value);
 }
 
 TString<wchar_t> StringConvert::UStringFromDouble(double value)
 {
-    return Numbers::Text<wchar_t>(value).String();
+    return ToText<wchar_t>(value);
 }
 
 TString<char> StringConvert::StringFromInt32(int value)
 {
-    return Numbers::ToString<char>(value);
+    return ToText<char>(value);
 }
 
 TString<char> StringConvert::StringFromUint32(unsigned int value)
 {
-    return Numbers::ToString<char>(value);
+    return ToText<char>(value);
 }
 
 TString<char> StringConvert::StringFromInt64(long long value)
 {
-    return Numbers::ToString<char>(value);
+    return ToText<char>(value);
 }
 
 TString<char> StringConvert::StringFromUInt64(unsigned long long value)
 {
-    return Numbers::ToString<char>(value);
+    return ToText<char>(value);
 }
 
 TString<char> StringConvert::StringFromDouble(double value)
 {
-    return Numbers::Text<char>(value).String();
+    return ToText<char>(value);
 }
 
 TString<wchar_t> StringConvert::GetCharactersFromRight(const TString<wchar_t>& text,
                                                        unsigned int count)
-{
+try {
     std::wstring collected;
     for (auto at = text.rbegin(); at != text.rend() && count > 0; ++at) {
         if (*at == L' ')
@@ -129,6 +145,8 @@ TString<wchar_t> StringConvert::GetCharactersFromRight(const TString<wchar_t>& t
     }
     std::reverse(collected.begin(), collected.end());
     return collected.c_str();
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 } // namespace Toolkit

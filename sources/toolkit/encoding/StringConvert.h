@@ -8,7 +8,8 @@ namespace Toolkit {
 /// Text to numbers and back, in the form of the standard streams under the classic locale: decimal,
 /// a point for fractions, no grouping, whatever the global C++ locale is.
 ///
-/// Any thread may call the operations; nothing is thrown or logged.
+/// Any thread may call the operations; nothing is thrown or logged. Without memory a text is empty
+/// and a number of more than 48 characters is not read.
 class TOOLKIT_API StringConvert {
 public:
     /// Each reads the number that `text` begins with, after white space, into `value`, and returns

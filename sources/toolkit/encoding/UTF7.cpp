@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace Toolkit {
 
 TString<char> UTF7::ToUTF7(const TString<wchar_t>& text)
-{
+try {
     TString<char> bytes;
     bytes.reserve(text.size());
     for (const wchar_t character : text) {
@@ -14,16 +15,20 @@ TString<char> UTF7::ToUTF7(const TString<wchar_t>& text)
         bytes.push_back(isAscii ? static_cast<char>(character) : '_');
     }
     return bytes;
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 TString<wchar_t> UTF7::ToUNICODE(const TString<char>& text)
-{
+try {
     const std::size_t length = std::strlen(text.c_str());
     TString<wchar_t> characters;
     characters.reserve(length);
     for (std::size_t i = 0; i < length; ++i)
         characters.push_back(static_cast<unsigned char>(text[i]));
     return characters;
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 } // namespace Toolkit
