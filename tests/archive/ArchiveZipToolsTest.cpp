@@ -39,12 +39,12 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << command << "\n" << result.output << result.errors;
     }
 
-    // Runs Python's statements with an archive `z` that is to be written.
-    void RunPython(const std::string& statements, const std::string& options = "") const
+    // Runs Python's statements with an archive `z` that is opened to be written.
+    void RunPython(const std::string& statements, const std::string& mode = "w") const
     {
-        m_directory.WriteFile(L"write.py", "import sys, zipfile\n"
-                                           "with zipfile.ZipFile('archive.zip', 'w'" +
-                                               options + ") as z:\n    " + statements + "\n");
+        m_directory.WriteFile(L"write.py", "import zipfile\n"
+                                           "with zipfile.ZipFile('archive.zip', '" +
+                                               mode + "') as z:\n    " + statements + "\n");
         Run("python3 write.py");
     }
 
@@ -92,6 +92,18 @@ TEST_F(ArchiveZipToolsTest, ReadsZip64)
 
     ExpectFiles();
     EXPECT_EQ(m_entries[L"long.txt"]->GetSize(), 75'000);
+}
+
+TEST_F(ArchiveZipToolsTest, ReadsEntriesBehindFourGigabytes)
+{
+    // A hole takes no room on the disk.
+    Run("truncate -s 5G archive.zip");
+    RunPython("z.writestr('a', 'one'); z.writestr('b', 'two')", "a");
+
+    EXPECT_THAT(Names(Path()), ElementsAre(L"a", L"b"));
+    EXPECT_EQ(m_entries[L"a"]->GetOffset(), 5ll << 30);
+    EXPECT_EQ(Bytes(L"b"), "two");
+    EXPECT_EQ(Bytes(L"a"), "one");
 }
 
 TEST_F(ArchiveZipToolsTest, ReadsAnArchiveBehindAProgram)

@@ -16,7 +16,9 @@ public:
     explicit ArchiveFile(FileDescriptor file);
 
     bool IsSeekable() const override { return m_file.IsOpen(); }
-    wxFileOffset GetLength() const override;
+
+    /// That of the file when it was opened: the framework asks before it seeks.
+    wxFileOffset GetLength() const override { return m_length; }
 
 protected:
     std::size_t OnSysRead(void* buffer, std::size_t size) override;
@@ -27,6 +29,7 @@ private:
     std::size_t ReadFile(char* buffer, std::size_t size);
 
     FileDescriptor m_file;
+    wxFileOffset m_length = wxInvalidOffset;
     wxFileOffset m_position = 0;
     std::string m_bytes; // what stands in the file at m_bytesBegin
     wxFileOffset m_bytesBegin = 0;

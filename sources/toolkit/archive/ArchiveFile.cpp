@@ -14,14 +14,11 @@ constexpr std::size_t c_bufferSize = 16384;
 
 ArchiveFile::ArchiveFile(FileDescriptor file) : m_file(std::move(file))
 {
-    if (!m_file.IsOpen())
-        Reset(wxSTREAM_READ_ERROR);
-}
-
-wxFileOffset ArchiveFile::GetLength() const
-{
     struct stat status {};
-    return ::fstat(m_file.Get(), &status) == 0 ? status.st_size : wxInvalidOffset;
+    if (m_file.IsOpen() && ::fstat(m_file.Get(), &status) == 0)
+        m_length = status.st_size;
+    else
+        Reset(wxSTREAM_READ_ERROR);
 }
 
 std::size_t ArchiveFile::OnSysRead(void* buffer, std::size_t size)
@@ -51,7 +48,7 @@ wxFileOffset ArchiveFile::OnSysSeek(wxFileOffset offset, wxSeekMode mode)
     if (mode == wxFromCurrent)
         offset += m_position;
     else if (mode == wxFromEnd)
-        offset += GetLength();
+        offset += m_length;
     if (offset < 0)
         return wxInvalidOffset;
     m_position = offset;
