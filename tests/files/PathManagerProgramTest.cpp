@@ -150,6 +150,13 @@ TEST_F(PathManagerProgramTest, ProgramOutsideABinDirectoryHasItsDataInTheLocalPr
         EXPECT_EQ(Run("tool", arguments)["data directory"], "/usr/local/share/tool");
 }
 
+TEST_F(PathManagerProgramTest, ProgramIsInstalledAboveTheLastBinDirectoryOfItsPath)
+{
+    std::filesystem::create_directories(Path("bin/opt/bin"));
+    for (const Arguments& arguments : c_starts)
+        EXPECT_EQ(Run("bin/opt/bin/tool", arguments)["data directory"], Path("bin/opt/share/tool"));
+}
+
 TEST_F(PathManagerProgramTest, HomeMayHoldAnyCharacters)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {

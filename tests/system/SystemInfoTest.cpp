@@ -13,8 +13,10 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/utsname.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -110,9 +112,15 @@ TEST_F(SystemInfoTest, TellsTheVersionOfTheOperatingSystem)
 TEST_F(SystemInfoTest, DescribesTheRunningSystemByDefault)
 {
     const SystemInfo information;
+    utsname system{};
+    int major = 0;
+    int minor = 0;
+    ASSERT_EQ(::uname(&system), 0);
+    ASSERT_EQ(std::sscanf(system.release, "%d.%d", &major, &minor), 2);
 
     EXPECT_EQ(information.GetPlatform(), SystemInfo::PlatformUnix);
-    EXPECT_GE(information.GetOSMajorVersion(), 2);
+    EXPECT_EQ(information.GetOSMajorVersion(), major);
+    EXPECT_EQ(information.GetOSMinorVersion(), minor);
 }
 
 TEST_F(SystemInfoTest, AnswersTheQuestionsAboutRightsFixedly)

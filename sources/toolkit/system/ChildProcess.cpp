@@ -4,6 +4,7 @@
 #include "toolkit/system/InheritedDescriptors.Private.h"
 
 #include <cerrno>
+#include <new>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,12 +21,23 @@ int WaitForEnd(pid_t child)
     return ended;
 }
 
+// Throws when there is no memory: a program must not be started without what it is to do.
+std::vector<TString<wchar_t>> TokensOf(const TString<wchar_t>& arguments)
+{
+    std::vector<TString<wchar_t>> tokens(1);
+    const auto* const before = tokens.data();
+    CmdLineParser::Tokenize(arguments, tokens);
+    // For want of memory the list is emptied where it is, otherwise another one takes its place.
+    if (tokens.data() == before)
+        throw std::bad_alloc();
+    return tokens;
+}
+
 } // namespace
 
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
-    std::vector<TString<wchar_t>> tokens;
-    CmdLineParser::Tokenize(arguments, tokens);
+    const std::vector<TString<wchar_t>> tokens = TokensOf(arguments);
     m_texts.push_back(UTF8::ToUTF8(path));
     for (const TString<wchar_t>& token : tokens)
         m_texts.push_back(UTF8::ToUTF8(token));
