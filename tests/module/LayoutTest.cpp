@@ -304,6 +304,19 @@ TEST(LayoutTest, AFileLoggerWorksInTheSlotBehind)
     EXPECT_EQ(FileLoggerSlots::OfDoWork(), 3u);
 }
 
+TEST(LayoutTest, AFileLoggerIsALoggerBeforeItIsAThread)
+{
+    // Only the addresses of the bases are looked at.
+    alignas(FileLogger) unsigned char room[sizeof(FileLogger)];
+    auto* const logger = reinterpret_cast<FileLogger*>(room);
+    const auto offsetOf = [&room](void* base) {
+        return static_cast<std::size_t>(static_cast<unsigned char*>(base) - room);
+    };
+
+    EXPECT_EQ(offsetOf(static_cast<ILogger*>(logger)), 0u);
+    EXPECT_GE(offsetOf(static_cast<Thread*>(logger)), sizeof(ILogger));
+}
+
 TEST(LayoutTest, AForwarderHasItsTwoSlotsInARow)
 {
     EXPECT_EQ(ForwarderSlots::OfDoLogString(), ForwarderSlots::OfDoLog() + 1);
