@@ -1,0 +1,235 @@
+#include "support/ScopedEnvironment.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "HostWithPlugIns.h"
+#include "archive/RawZip.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using testing::UnorderedElementsAre;
+
+// Changes the working directory, and with it that of the programs which are started.
+class ScopedDirectory {
+public:
+    explicit ScopedDirectory(const std::filesystem::path& directory)
+        : m_oldDirectory(std::filesystem::current_path())
+    {
+        std::filesystem::current_path(directory);
+    }
+    ~ScopedDirectory() { std::filesystem::current_path(m_oldDirectory); }
+
+    ScopedDirectory(const ScopedDirectory&) = delete;
+    ScopedDirectory& operator=(const ScopedDirectory&) = delete;
+
+private:
+    const std::filesystem::path m_oldDirectory;
+};
+
+using HostCommandsTest = HostWithPlugIns;
+
+TEST_F(HostCommandsTest, ArchiveCommandsLookIntoAnArchive)
+{
+    const std::string archive = WriteArchive();
+    const ServingHost host(m_host);
+    const std::pair<Arguments, const char*> cases[] = {
+        {{"list"}, "9\tfolder/two.txt\n19\tone.txt\n"},
+        {{"list", "-filter", "ONE*"}, "19\tone.txt\n"},
+        {{"search", "-pattern", "(?i)fog"},
+         "folder/two.txt:2: fog\none.txt:1: fog\none.txt:3: Fog again\n"},
+        {{"search", "-pattern", "^fog$", "-filter", "one*"}, "one.txt:1: fog\n"},
+        {{"search", "-pattern", "no such text"}, ""}};
+
+    for (auto [arguments, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        arguments.insert(arguments.end(), {"-archive", archive});
+        EXPECT_EQ(ResultOf(host, arguments), expected);
+    }
+}
+
+TEST_F(HostCommandsTest, SearchTakesEntriesAsTheyAre)
+{
+    const std::string longLine(2 << 20, 'x');
+    const std::string archive =
+        Write("odd.zip", RawZip({{"blocks", "a\nfog\r\n\nfog"},
+                                 {"latin", "caf\xE9 fog\n"},
+                                 {"long", longLine + "fog\nfog\n"},
+                                 {"nulls", std::string("fog\0 fog\n", 9)}}));
+    const ServingHost host(m_host);
+
+    EXPECT_EQ(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog$"}),
+              "blocks:2: fog\nblocks:4: fog\n"
+              "latin:1: café fog\n"
+              // No text has lines of more than 1 MiB: it comes in pieces.
+              "long:3: fog\nlong:4: fog\n"
+              "nulls:1: fog  fog\n");
+}
+
+TEST_F(HostCommandsTest, WhatCannotBeReadOfAnArchiveIsAWarning)
+{
+    constexpr std::uint16_t encrypted = 1;
+    RawEntry damaged{"damaged", "fog one\nfog two\n"};
+    damaged.checksum = 1;
+    RawEntry secret{"secret", "fog\n"};
+    secret.flags = encrypted;
+    const std::string archive = Write("odd.zip", RawZip({damaged, secret, {"whole", "fog\n"}}));
+    ServingHost host(m_host);
+
+    EXPECT_THAT(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog"}),
+                EndsWith("whole:1: fog\n"));
+    Quit(host);
+
+    EXPECT_THAT(m_host.Log(),
+                AllOf(ContainsRegex("\n1 [^\n]*the entry damaged is damaged, and was searched"),
+                      ContainsRegex("\n1 [^\n]*the entry secret is encrypted, and was not")));
+}
+
+TEST_F(HostCommandsTest, FindSearchesAFolder)
+{
+    Write("texts/b.txt", "clear\nfog one");
+    Write("texts/a.txt", std::string("fog\0in it\n", 10));
+    Write("texts/c.log", "fog\n");
+    Write("texts/sub/d.txt", "fog\n");
+    std::filesystem::create_directory_symlink("..", File("texts/sub/loop"));
+    const ServingHost host(m_host);
+    const std::pair<Arguments, std::string> cases[] = {
+        {{}, "a.txt:1: fog in it\nb.txt:2: fog one\nc.log:1: fog\n"},
+        {{"-files", "*.log"}, "c.log:1: fog\n"},
+        {{"-deep"},
+         "a.txt:1: fog in it\nb.txt:2: fog one\nc.log:1: fog\n"
+         "sub/d.txt:1: fog\n"}};
+
+    for (const auto& [options, expected] : cases) {
+        Arguments arguments = {"find", "-folder", File("texts"), "-pattern", "fog"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        EXPECT_EQ(ResultOf(host, arguments), expected);
+    }
+}
+
+TEST_F(HostCommandsTest, EncodeAndDecodeKnowTwoEncodings)
+{
+    const ServingHost host(m_host);
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+        {"encode", "base64", "Sea", "U2Vh\n"},
+        {"encode", "base64", "", ""},
+        {"decode", "base64", "U2V\r\nhUQ==\n", "SeaQ"},
+        {"encode", "quoted-printable", "Möwe = gull\nend", "M=C3=B6we=20=3D=20gull\r\nend"},
+        {"decode", "quoted-printable", "M=C3=B6we =\r\n=3D gull \r\n\nend", "Möwe = gull\n\nend"},
+    };
+
+    for (const auto& [command, encoding, input, expected] : cases) {
+        SCOPED_TRACE(input);
+        const std::string path = Write("input", input);
+        EXPECT_EQ(ResultOf(host, {command, "-in", path, "-as", encoding}), expected);
+    }
+}
+
+TEST_F(HostCommandsTest, WhatIsEncodedDecodesToTheSame)
+{
+    std::string bytes;
+    for (unsigned int i = 0; i < 200'000; ++i)
+        bytes.push_back(static_cast<char>(i * i / 7));
+    std::string text = "\n" + std::string(1000, ' ') + "\r\n";
+    for (int i = 0; i < 5'000; ++i)
+        text += i % 11 == 0 ? "\n" : i % 3 == 0 ? "ö=" : "word\t";
+    const ServingHost host(m_host);
+
+    for (const auto& [encoding, input] :
+         {std::pair("base64", bytes), std::pair("quoted-printable", text)}) {
+        SCOPED_TRACE(encoding);
+        const std::string encoded =
+            ResultOf(host, {"encode", "-in", Write("input", input), "-as", encoding});
+        EXPECT_THAT(encoded, Not(ContainsRegex("[^\n]{78}")));
+        Write("encoded", encoded);
+        EXPECT_TRUE(ResultOf(host, {"decode", "-in", File("encoded"), "-as", encoding}) == input);
+    }
+}
+
+TEST_F(HostCommandsTest, FailuresSayWhy)
+{
+    const std::string text = Write("text", "=XY\n");
+    const std::string bytes = Write("bytes", "\xFF\n");
+    const std::string archive = WriteArchive();
+    const ServingHost host(m_host);
+    const std::pair<Arguments, std::string> cases[] = {
+        {{"nothing"}, "there is no such command"},
+        {{"list"}, "the option -archive is missing, or its value is"},
+        {{"list", "-archive", "/none.zip"}, "there is no archive /none.zip"},
+        {{"list", "-archive", text}, text + " is no archive that can be read"},
+        {{"find", "-folder", "/none", "-pattern", "x"}, "there is no folder /none"},
+        {{"encode", "-in", "/none", "-as", "base64"}, "cannot read /none"},
+        {{"encode", "-in", text, "-as", "rot13"},
+         "the encodings are base64 and quoted-printable, not rot13"},
+        {{"encode", "-in", bytes, "-as", "quoted-printable"},
+         bytes + ", line 1: this is no text in UTF-8"},
+        {{"decode", "-in", text, "-as", "quoted-printable"},
+         text + ", line 1: this is no text in quoted-printable"},
+        {{"decode", "-in", bytes, "-as", "base64"}, bytes + " is not Base64"},
+        {{"throw-error"}, "thrown by a command"},
+        {{"throw-number"}, "something was thrown"},
+        {{"fail"}, "it does not say why"}};
+
+    for (const auto& [arguments, expected] : cases)
+        EXPECT_EQ(OutcomeOf(host, arguments), "failed: " + expected);
+    EXPECT_THAT(OutcomeOf(host, {"search", "-archive", archive, "-pattern", "("}),
+                HasSubstr("missing )"));
+    EXPECT_THAT(NamesInDirectory(), UnorderedElementsAre("text", "bytes", "texts.zip"));
+}
+
+TEST_F(HostCommandsTest, FailureIsLoggedAndLeavesTheOldResult)
+{
+    Write("result", "old");
+    ServingHost host(m_host);
+
+    OutcomeOf(host, {"throw-error"});
+    Quit(host);
+
+    EXPECT_THAT(m_host.Log(), ContainsRegex("\n0 [0-9]+ : [0-9]+ : OnOperationEnded : "
+                                            "1 throw-error: failed: thrown by a command\n"));
+    EXPECT_EQ(ReadWholeFile(File("result")), "old");
+    EXPECT_THAT(NamesInDirectory(), ElementsAre("result"));
+}
+
+TEST_F(HostCommandsTest, ResultThatCannotBeWrittenIsAFailure)
+{
+    const std::string archive = WriteArchive();
+    const ServingHost host(m_host);
+
+    m_host.Run({"list", "-archive", archive, "-out", "/none/result"});
+
+    EXPECT_EQ(host.AwaitOutcome("1 list"), "failed: cannot write /none/result");
+}
+
+TEST_F(HostCommandsTest, RelativePathsMeanTheDirectoryOfTheLaterStart)
+{
+    const std::string archive = WriteArchive();
+    const ServingHost host(m_host);
+
+    const ScopedDirectory inside(m_directory.Path());
+    m_host.Run({"list", "-archive", "texts.zip", "-out", "relative"});
+
+    EXPECT_THAT(host.AwaitOutcome("1 list"), StartsWith("done in "));
+    EXPECT_EQ(ReadWholeFile(File("relative")), "9\tfolder/two.txt\n19\tone.txt\n");
+}
+
+TEST_F(HostCommandsTest, BlanksAndOtherScriptsArriveInEveryLocale)
+{
+    const ScopedEnvironment locale("LC_ALL", "C");
+    Write("ein Ordner/nöte.txt", "å  b\n");
+    const ServingHost host(m_host);
+
+    EXPECT_EQ(ResultOf(host, {"find", "-folder", File("ein Ordner"), "-pattern", "^å  \\w$"}),
+              "nöte.txt:1: å  b\n");
+}
+
+} // namespace
+} // namespace Toolkit::Testing

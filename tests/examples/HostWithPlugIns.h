@@ -1,0 +1,96 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "InstalledProgram.h"
+#include "ServingHost.h"
+#include "archive/ZipWriter.h"
+
+namespace Toolkit::Testing {
+
+using Arguments = std::vector<std::string>;
+
+/// What a start of the host says whose line another one has taken.
+constexpr const char* c_handedOver = "Handed over to the host that serves.\n";
+
+/// An installed host with all plug-ins, and a directory for what their commands read and write.
+class HostWithPlugIns : public testing::Test {
+protected:
+    HostWithPlugIns()
+    {
+        std::ofstream(m_host.ConfigurationPath() / "host.ini") << "[Log]\nlevel=2\n";
+        for (const char* const library :
+             {ARCHIVE_PLUG_IN, ENCODE_PLUG_IN, FIND_PLUG_IN, ODD_COMMANDS_PLUG_IN})
+            m_host.InstallPlugIn(library);
+    }
+
+    std::string File(const std::string& name) const { return m_directory.Path() / name; }
+
+    std::string Write(const std::string& name, const std::string& bytes) const
+    {
+        std::filesystem::create_directories(std::filesystem::path(File(name)).parent_path());
+        std::ofstream(File(name), std::ios::binary) << bytes;
+        return File(name);
+    }
+
+    /// Three lines with fog in two files, one of them without a line end.
+    std::string WriteArchive() const
+    {
+        const std::string path = File("texts.zip");
+        WriteZip(m_directory.File(L"texts.zip"), {{L"one.txt", "fog\nclear\nFog again"},
+                                                  {L"folder/", ""},
+                                                  {L"folder/two.txt", "no\r\nfog\r\n"}});
+        return path;
+    }
+
+    /// Hands a command over whose result is to be in the file "result".
+    void HandOver(Arguments arguments) const
+    {
+        arguments.insert(arguments.end(), {"-out", File("result")});
+        const ProgramResult result = m_host.Run(arguments);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_EQ(result.output, c_handedOver);
+    }
+
+    /// The bytes that a command gives.
+    std::string ResultOf(const ServingHost& host, const Arguments& arguments)
+    {
+        HandOver(arguments);
+        EXPECT_THAT(host.AwaitOutcome(std::to_string(++m_commands) + " " + arguments[0]),
+                    testing::StartsWith("done in "));
+        return ReadWholeFile(File("result"));
+    }
+
+    /// What the host shows at the end of a command.
+    std::string OutcomeOf(const ServingHost& host, const Arguments& arguments)
+    {
+        HandOver(arguments);
+        return host.AwaitOutcome(std::to_string(++m_commands) + " " + arguments[0]);
+    }
+
+    void Quit(ServingHost& host) const
+    {
+        EXPECT_EQ(m_host.Run({"-quit"}).output, c_handedOver);
+        host.AwaitRest();
+        EXPECT_EQ(host.WaitForExitCode(), 0);
+    }
+
+    std::vector<std::string> NamesInDirectory() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(m_directory.Path()))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
+    const InstalledProgram m_host{HOST_PROGRAM};
+    const TempDir m_directory;
+    int m_commands = 0;
+};
+
+} // namespace Toolkit::Testing
