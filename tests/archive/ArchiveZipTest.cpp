@@ -1,6 +1,7 @@
 #include "toolkit/archive/ArchiveZip.h"
 
 #include "support/CapturedLog.h"
+#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 
 #include <gmock/gmock.h>
@@ -301,6 +302,21 @@ TEST_F(ArchiveZipTest, ListsManyEntries)
         content.emplace_back(std::to_wstring(i), "x");
 
     EXPECT_EQ(Names(Write(content), L"", c_all).size(), 10'000u);
+}
+
+TEST_F(ArchiveZipTest, EntriesThatDoNotFitIntoMemoryAreNone)
+{
+    const TString<wchar_t> path = Write({{L"a", "one"}, {L"b", "two"}});
+    bool hasFailed = true;
+    for (long index = 0; hasFailed; ++index) {
+        SCOPED_TRACE(index);
+        m_archive.Open(path);
+        Testing::FailingAllocation failing(index);
+        const int count = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
+        hasFailed = failing.HasFailed();
+        ASSERT_EQ(count, hasFailed ? -1 : 2);
+        ASSERT_EQ(m_entries.size(), hasFailed ? 0u : 2u);
+    }
 }
 
 TEST_F(ArchiveZipTest, SaysNothingToTheTerminal)

@@ -2,6 +2,7 @@
 
 #include "toolkit/archive/ArchiveZip.h"
 
+#include "support/ScarceMemory.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>
@@ -155,6 +156,27 @@ TEST_F(ZipInputStreamTest, AByteOrderMarkCountsWhereAnOperationBegins)
     const std::string marked = "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n";
 
     EXPECT_EQ(Lines(marked), (std::vector<std::wstring>{L"one", L"two"}));
+}
+
+TEST_F(ZipInputStreamTest, WhatDoesNotFitIntoMemoryIsAnError)
+{
+    const TString<wchar_t> path = Write(std::string(5'000'000, 'x') + "\n");
+    TString<wchar_t> text = L"old";
+    std::vector<unsigned char> bytes;
+    const Testing::AllocationLimit limit(1'000'000);
+
+    OpenEntry forLine(path);
+    EXPECT_FALSE(forLine.Stream().ReadLine(text));
+    EXPECT_FALSE(forLine.Stream().IsOk());
+    OpenEntry forWord(path);
+    forWord.Stream() >> text;
+    EXPECT_FALSE(forWord.Stream().IsOk());
+    OpenEntry forBytes(path);
+    forBytes.Stream() >> bytes;
+    EXPECT_FALSE(forBytes.Stream().IsOk());
+
+    EXPECT_EQ(text, L"");
+    EXPECT_LT(bytes.size(), 1'000'000u);
 }
 
 TEST_F(ZipInputStreamTest, WithoutAStreamThereIsNothing)

@@ -3,6 +3,7 @@
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
 
+#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 
@@ -204,6 +205,23 @@ TEST_F(DirectoryTest, SaysNothingWhenItFails)
     Directory::RemoveFile(m_directory.File(L"missing"));
     Directory::RemoveFile(L"");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DirectoryTest, NamesThatDoNotFitIntoMemoryAreNone)
+{
+    for (const char* const name : {"a", "b", "a name that is longer than the others"})
+        AddFile(name);
+    const TString<wchar_t> path = m_directory.File(L"");
+    bool hasFailed = true;
+    for (long index = 0; hasFailed; ++index) {
+        SCOPED_TRACE(index);
+        Names names;
+        Testing::FailingAllocation failing(index);
+        const unsigned int count = Directory::EnumFilePaths(names, path, L"");
+        hasFailed = failing.HasFailed();
+        ASSERT_EQ(count, hasFailed ? 0u : 3u);
+        ASSERT_EQ(names.size(), count);
+    }
 }
 
 TEST_F(DirectoryTest, CreatesADirectoryWithItsParents)

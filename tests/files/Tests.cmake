@@ -16,6 +16,7 @@ target_compile_definitions(
 )
 add_dependencies(PathManagerProgramTest PathProgram)
 toolkit_test(files/DirectoryTest.cpp)
+target_sources(DirectoryTest PRIVATE support/ScarceMemory.cpp)
 
 add_library(DynamicLibraryProbe MODULE files/DynamicLibraryProbe.cpp)
 target_link_libraries(DynamicLibraryProbe PRIVATE ToolkitBuildOptions)

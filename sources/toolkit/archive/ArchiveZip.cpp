@@ -5,6 +5,7 @@
 #include "toolkit/logging/Log.h"
 #include "toolkit/threading/FrameworkSilence.Private.h"
 
+#include <exception>
 #include <memory>
 
 namespace Toolkit {
@@ -78,7 +79,7 @@ void ArchiveZip::Close()
 
 int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                             ArchiveEntriesFlags::ArchiveEntriesType type)
-{
+try {
     const FrameworkSilence silence;
     entries.clear();
     if (!m_stream.IsValid() || !m_stream->IsOk()) {
@@ -104,6 +105,10 @@ int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
         entries.try_emplace(entries.end(), std::move(name), LazyCopy{*entry});
     }
     return static_cast<int>(entries.size());
+} catch (const std::exception&) {
+    // Rather no entries than some of them.
+    entries.clear();
+    return -1;
 }
 
 smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZipEntry>& entry)

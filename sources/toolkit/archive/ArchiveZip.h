@@ -43,7 +43,7 @@ public:
 
     /// Replaces `entries` by those of the archive; of entries with one name the first counts.
     /// Returns how many there are, or -1, with an error line in the log, when the archive is closed
-    /// or cannot be read.
+    /// or cannot be read. Entries that do not fit into memory are -1, too, without a line.
     ///
     /// Only names that begin with `filter` up to its last "*", regardless of case, are listed; what
     /// stands behind that star does not count. The empty filter and "*.*" list all.

@@ -6,6 +6,7 @@
 #include <wx/zipstrm.h>
 
 #include <algorithm>
+#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -19,6 +20,13 @@ void ReserveFor(std::vector<unsigned char>& bytes, std::size_t needed, wxFileOff
     if (needed > bytes.capacity() && claimedLeft > 0)
         bytes.reserve(
             std::min(needed * largestStep, needed + static_cast<std::size_t>(claimedLeft)));
+}
+
+// What does not fit into memory is an error of the stream.
+void Fail(wxZipInputStream* stream)
+{
+    if (stream)
+        stream->Reset(wxSTREAM_READ_ERROR);
 }
 
 } // namespace
@@ -57,16 +65,20 @@ bool ZipInputStream::IsOk() const
 }
 
 ZipInputStream& ZipInputStream::operator>>(TString<wchar_t>& word)
-{
+try {
     const FrameworkSilence silence;
     word.clear();
     if (Stream())
         EntryTextReader::ReadWord(*Stream(), word);
     return *this;
+} catch (const std::exception&) {
+    word.clear();
+    Fail(Stream());
+    return *this;
 }
 
 bool ZipInputStream::ReadLine(TString<wchar_t>& line)
-{
+try {
     const FrameworkSilence silence;
     line.clear();
     if (!Stream())
@@ -76,10 +88,14 @@ bool ZipInputStream::ReadLine(TString<wchar_t>& line)
         return true;
     line.clear();
     return false;
+} catch (const std::exception&) {
+    line.clear();
+    Fail(Stream());
+    return false;
 }
 
 void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
-{
+try {
     constexpr std::size_t blockSize = 65536;
 
     const FrameworkSilence silence;
@@ -92,6 +108,8 @@ void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
         ReserveFor(bytes, bytes.size() + count, Stream()->GetLength() - Stream()->TellI());
         bytes.insert(bytes.end(), block.data(), block.data() + count);
     } while (count == block.size());
+} catch (const std::exception&) {
+    Fail(Stream());
 }
 
 } // namespace Toolkit

@@ -14,7 +14,8 @@ namespace Toolkit {
 ///
 /// There is one stream for a whole archive: it stands in the entry that was opened last. Text is
 /// UTF-8, or what a byte-order mark says that stands where an operation begins to read. One object
-/// is used by one thread at a time. Nothing is thrown.
+/// is used by one thread at a time. Nothing is thrown: what does not fit into memory is an error of
+/// the stream.
 class TOOLKIT_API ZipInputStream : public InputStream {
 public:
     /// Takes `stream` over.

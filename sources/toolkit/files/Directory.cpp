@@ -7,6 +7,7 @@
 #include <wx/filefn.h>
 
 #include <dirent.h>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <sys/stat.h>
@@ -56,7 +57,7 @@ bool Matches(const TString<wchar_t>& name, const TString<wchar_t>& fileSpec)
 
 unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
                   std::vector<TString<wchar_t>>& names)
-{
+try {
     names.clear();
     const OpenDirectory directory(::opendir(UTF8::ToUTF8(path).c_str()));
     if (!directory)
@@ -72,6 +73,10 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
             names.push_back(std::move(name));
     }
     return static_cast<unsigned int>(names.size());
+} catch (const std::exception&) {
+    // Rather no names than some of them.
+    names.clear();
+    return 0;
 }
 
 TString<wchar_t> ApplicationPath()
@@ -106,12 +111,14 @@ unsigned int Directory::EnumFilePaths(std::vector<TString<wchar_t>>& names,
 }
 
 bool Directory::Create(const TString<wchar_t>& path)
-{
+try {
     if (path.empty())
         return false;
     std::error_code ignored;
     std::filesystem::create_directories(std::string(UTF8::ToUTF8(path)), ignored);
     return Exist(path);
+} catch (const std::exception&) {
+    return false;
 }
 
 bool Directory::Exist(const TString<wchar_t>& path)
