@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <thread>
 
 #include "HostWithPlugIns.h"
@@ -16,7 +17,33 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
 
-using HostServerTest = HostWithPlugIns;
+// Calls `work` with the numbers below `count`, each on a thread of its own.
+void AtOnce(int count, const std::function<void(int)>& work)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i)
+        threads.emplace_back(work, i);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+bool IsDone(const std::string& line)
+{
+    return line.find(": done in ") != std::string::npos;
+}
+
+class HostServerTest : public HostWithPlugIns {
+protected:
+    // An archive of `count` entries: "entry 7" holds "line 7".
+    std::string WriteNumberedLines(int count) const
+    {
+        ZipContent content;
+        for (int i = 0; i < count; ++i)
+            content.push_back({L"entry " + std::to_wstring(i), "line " + std::to_string(i) + "\n"});
+        WriteZip(m_directory.File(L"numbers.zip"), content);
+        return File("numbers.zip");
+    }
+};
 
 TEST_F(HostServerTest, LaterStartsSayWhatTheyCannotHandOver)
 {
@@ -59,40 +86,27 @@ TEST_F(HostServerTest, SecondHostThatWouldServeLeavesItToTheFirst)
 TEST_F(HostServerTest, NoCommandOfManyIsLost)
 {
     constexpr int processes = 8;
-    constexpr int commandsOfEach = 25;
-    ZipContent content;
-    for (int i = 0; i < processes * commandsOfEach; ++i)
-        content.push_back({L"entry " + std::to_wstring(i), "line " + std::to_string(i) + "\n"});
-    WriteZip(m_directory.File(L"many.zip"), content);
+    constexpr int commands = 200;
+    const std::string archive = WriteNumberedLines(commands);
     ServingHost host(m_host);
-    const auto name = [](int i) { return "result" + std::to_string(i); };
 
-    std::vector<std::thread> threads;
-    for (int process = 0; process < processes; ++process) {
-        threads.emplace_back([&, process] {
-            for (int i = process; i < processes * commandsOfEach; i += processes) {
-                const std::string pattern = "^line " + std::to_string(i) + "$";
-                const ProgramResult result =
-                    m_host.Run({"search", "-archive", File("many.zip"), "-pattern", pattern, "-out",
-                                File(name(i))});
-                EXPECT_EQ(result.exitCode, 0) << result.errors;
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    AtOnce(processes, [&](int process) {
+        for (int i = process; i < commands; i += processes) {
+            const std::string line = "^line " + std::to_string(i) + "$";
+            const ProgramResult result = m_host.Run(
+                {"search", "-archive", archive, "-pattern", line, "-out", File(std::to_string(i))});
+            EXPECT_EQ(result.exitCode, 0) << result.errors;
+        }
+    });
     EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
     const std::vector<std::string> shown = host.AwaitRest();
-    EXPECT_EQ(host.WaitForExitCode(), 0);
 
-    for (int i = 0; i < processes * commandsOfEach; ++i) {
+    for (int i = 0; i < commands; ++i) {
         const std::string number = std::to_string(i);
-        EXPECT_EQ(ReadWholeFile(File(name(i))), "entry " + number + ":1: line " + number + "\n");
+        EXPECT_EQ(ReadWholeFile(File(number)), "entry " + number + ":1: line " + number + "\n");
     }
-    const auto isDone = [](const std::string& line) {
-        return line.find(" search: done in ") != std::string::npos;
-    };
-    EXPECT_EQ(std::count_if(shown.begin(), shown.end(), isDone), 200);
+    EXPECT_EQ(std::count_if(shown.begin(), shown.end(), IsDone), commands);
+    EXPECT_EQ(host.WaitForExitCode(), 0);
     EXPECT_THAT(m_host.Log(),
                 AllOf(HasSubstr(" : 200 search: done in "), Not(HasSubstr("failed"))));
 }
@@ -100,33 +114,30 @@ TEST_F(HostServerTest, NoCommandOfManyIsLost)
 // Some starts meet the host while it ends: what they call handed over is done all the same.
 TEST_F(HostServerTest, NoCommandIsLostWhileTheHostEnds)
 {
+    constexpr int processes = 8;
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
-    std::vector<std::thread> threads;
-    std::vector<int> handedOver(8, 0);
-    const auto name = [](std::size_t thread, int i) {
-        return "result" + std::to_string(thread) + "-" + std::to_string(i);
-    };
+    std::vector<std::vector<std::string>> results(processes);
 
-    for (std::size_t thread = 0; thread < handedOver.size(); ++thread) {
-        threads.emplace_back([&, thread] {
-            int& i = handedOver[thread];
-            while (
-                m_host.Run({"list", "-archive", archive, "-out", File(name(thread, i))}).exitCode ==
-                0)
-                ++i;
-        });
-    }
-    host.AwaitLine("20 list: done");
-    EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
-    host.AwaitRest();
+    AtOnce(processes + 1, [&](int process) {
+        if (process == processes) {
+            host.AwaitLine("20 list: done");
+            EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
+            host.AwaitRest();
+            return;
+        }
+        for (int i = 0;; ++i) {
+            const std::string result = File(std::to_string(process) + "-" + std::to_string(i));
+            if (m_host.Run({"list", "-archive", archive, "-out", result}).exitCode != 0)
+                return;
+            results[static_cast<std::size_t>(process)].push_back(result);
+        }
+    });
+
     EXPECT_EQ(host.WaitForExitCode(), 0);
-    for (std::thread& thread : threads)
-        thread.join();
-
-    for (std::size_t thread = 0; thread < handedOver.size(); ++thread) {
-        for (int i = 0; i < handedOver[thread]; ++i)
-            EXPECT_TRUE(std::filesystem::exists(File(name(thread, i)))) << name(thread, i);
+    for (const std::vector<std::string>& ofOneProcess : results) {
+        for (const std::string& result : ofOneProcess)
+            EXPECT_TRUE(std::filesystem::exists(result)) << result;
     }
 }
 
