@@ -15,7 +15,8 @@
 //     host -restart
 //
 // Such a start ends as soon as the host that serves has its line. What becomes of a command shows
-// there, and in the file for the result, which comes when it is complete.
+// there, and in the file for the result, which comes when it is complete. The value of an option
+// cannot begin with a dash: for a pattern "[-]x" does.
 
 #include <wx/log.h>
 #include <wx/utils.h>

@@ -141,6 +141,18 @@ TEST_F(HostServerTest, NoCommandIsLostWhileTheHostEnds)
     }
 }
 
+TEST_F(HostServerTest, LongCommandShowsHowFarItHasCome)
+{
+    const ServingHost host(m_host);
+
+    HandOver({"wait", "-until", File("go")});
+
+    EXPECT_EQ(host.AwaitLine("1 wait: "), "1 wait: started");
+    EXPECT_THAT(host.AwaitLine("1 wait: "), testing::MatchesRegex("1 wait: [0-9]+ rounds"));
+    Write("go", "");
+    EXPECT_THAT(host.AwaitOutcome("1 wait"), testing::StartsWith("done in "));
+}
+
 TEST_F(HostServerTest, QuitWaitsForTheCommandsBeforeIt)
 {
     const std::string archive = WriteArchive();
