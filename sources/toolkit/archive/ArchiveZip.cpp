@@ -45,7 +45,13 @@ bool IsOfType(const wxZipEntry& entry, ArchiveEntriesFlags::ArchiveEntriesType t
 struct LazyCopy {
     const wxZipEntry& entry;
 
-    operator ArchiveZipEntry*() const { return new ArchiveZipEntry(entry); }
+    operator smart_ptr<ArchiveZipEntry>() const
+    {
+        auto copy = std::make_unique<ArchiveZipEntry>(entry);
+        smart_ptr<ArchiveZipEntry> shared(copy.get());
+        copy.release();
+        return shared;
+    }
 };
 
 TString<wchar_t> NameOf(const wxZipEntry& entry)
