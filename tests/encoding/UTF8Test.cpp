@@ -1,5 +1,7 @@
 #include "toolkit/encoding/UTF8.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -117,6 +119,16 @@ TEST(UTF8Test, ALongTextTakesNoMoreThanTwiceItsRoom)
 
     EXPECT_EQ(wide.size(), 22000u);
     EXPECT_LE(wide.capacity(), 44001u);
+}
+
+TEST(UTF8Test, WithoutMemoryTextsAreEmpty)
+{
+    const Wide wide = std::wstring(5000, L'a');
+    const Narrow narrow = std::string(5000, 'a');
+    const Testing::AllocationLimit limit(1000);
+
+    EXPECT_EQ(UTF8::ToUTF8(wide), "");
+    EXPECT_EQ(UTF8::ToUNICODE(narrow), L"");
 }
 
 TEST(UTF8Test, BothWaysEndAtTheFirstNull)

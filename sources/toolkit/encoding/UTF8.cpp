@@ -3,8 +3,7 @@
 #include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <cstdint>
-#include <cstring>
-#include <cwchar>
+#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -25,21 +24,17 @@ std::size_t EncodedLength(const wchar_t* text)
 } // namespace
 
 TString<char> UTF8::ToUTF8(const TString<wchar_t>& text)
-{
-    TString<char> bytes;
-    // The bytes are searched for the null character, since they are fewer than those of the text;
-    // what stands behind it must not matter.
-    if (!Utf8Codec::AppendEncoded(bytes, text.data(), text.size()))
-        Utf8Codec::AppendEncoded(bytes, text.c_str(), std::wcslen(text.c_str()));
-    bytes.resize(std::strlen(bytes.c_str()));
-    return bytes;
+try {
+    return Utf8Codec::Encode(text);
+} catch (const std::exception&) {
+    return {};
 }
 
 TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
-{
-    TString<wchar_t> characters;
-    Utf8Codec::AppendDecoded(characters, text.c_str(), std::strlen(text.c_str()));
-    return characters;
+try {
+    return Utf8Codec::Decode(text);
+} catch (const std::exception&) {
+    return {};
 }
 
 bool UTF8::HasToBeUTF8(const TString<wchar_t>& text)

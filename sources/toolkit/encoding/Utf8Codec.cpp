@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <cwchar>
 
 namespace Toolkit::Utf8Codec {
 namespace {
@@ -205,6 +206,24 @@ std::size_t EstimateCharacters(const char* bytes, const char* end)
 }
 
 } // namespace
+
+TString<char> Encode(const TString<wchar_t>& text)
+{
+    TString<char> bytes;
+    // The bytes are searched for the null character, since they are fewer than those of the text;
+    // what stands behind it must not matter.
+    if (!AppendEncoded(bytes, text.data(), text.size()))
+        AppendEncoded(bytes, text.c_str(), std::wcslen(text.c_str()));
+    bytes.resize(std::strlen(bytes.c_str()));
+    return bytes;
+}
+
+TString<wchar_t> Decode(const TString<char>& bytes)
+{
+    TString<wchar_t> text;
+    AppendDecoded(text, bytes.c_str(), std::strlen(bytes.c_str()));
+    return text;
+}
 
 bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
 {
