@@ -28,7 +28,7 @@ MutexInternal::~MutexInternal()
         MutexStock::GiveBack(std::move(m_mutex));
         return;
     }
-    if (m_mutex->ReleaseAll())
+    if (m_mutex->ReleaseAll() && m_mutex->IsCertainlyFree())
         return;
     // The framework reports a mutex that is held when it is destroyed.
     const wxLogNull silence;
