@@ -1,7 +1,7 @@
 #include "toolkit/files/Directory.h"
 
-#include "toolkit/encoding/UTF7.h"
 #include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/PathManager.h"
 
 #include <wx/filefn.h>
@@ -10,6 +10,7 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -42,9 +43,12 @@ bool IsDirectory(const OpenDirectory& directory, const dirent& entry)
 
 TString<wchar_t> NameOf(const dirent& entry)
 {
-    TString<wchar_t> name = UTF8::ToUNICODE(entry.d_name);
-    if (name.empty())
-        name = UTF7::ToUNICODE(entry.d_name);
+    TString<wchar_t> name;
+    const std::string_view bytes = entry.d_name;
+    if (Utf8Codec::AppendDecoded(name, bytes.data(), bytes.size()))
+        return name;
+    for (const char byte : bytes)
+        name.push_back(static_cast<unsigned char>(byte));
     return name;
 }
 
