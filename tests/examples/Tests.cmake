@@ -55,3 +55,5 @@ toolkit_test_plug_in(OtherVersion OTHER_VERSION_PLUG_IN)
 toolkit_test_plug_in(SecondList SECOND_LIST_PLUG_IN)
 toolkit_test_plug_in(ThrowingModule THROWING_MODULE_PLUG_IN)
 toolkit_test_plug_in(Useless USELESS_PLUG_IN)
+# Some hundred processes take a while under a sanitizer.
+set_tests_properties(HostServerTest PROPERTIES TIMEOUT 900)
