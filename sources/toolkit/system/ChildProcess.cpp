@@ -1,5 +1,5 @@
 #include "toolkit/config/CmdLineParser.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/system/ChildProcess.Private.h"
 #include "toolkit/system/InheritedDescriptors.Private.h"
 
@@ -38,9 +38,9 @@ std::vector<TString<wchar_t>> TokensOf(const TString<wchar_t>& arguments)
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
     const std::vector<TString<wchar_t>> tokens = TokensOf(arguments);
-    m_texts.push_back(UTF8::ToUTF8(path));
+    m_texts.push_back(Utf8Codec::Encode(path));
     for (const TString<wchar_t>& token : tokens)
-        m_texts.push_back(UTF8::ToUTF8(token));
+        m_texts.push_back(Utf8Codec::Encode(token));
 
     for (TString<char>& text : m_texts)
         m_arguments.push_back(text.data());
