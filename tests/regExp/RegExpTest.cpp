@@ -1,5 +1,7 @@
 #include "toolkit/regExp/RegExp.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -75,6 +77,21 @@ TEST(RegExpTest, WideTextThatCannotBeConvertedIsTheEmptyText)
 
     EXPECT_TRUE(Pattern("^$").IsMatch(above));
     EXPECT_TRUE(RegExp(above, RegExpOptions::None).IsMatch("anything"));
+}
+
+TEST(RegExpTest, WideTextForWhichTheMemoryDoesNotSufficeThrows)
+{
+    const TString<wchar_t> text = std::wstring(1000000, L'a');
+    const RegExp regExp = Pattern("b?");
+    const TString<char> expected = "-6gExp::Match return error: ";
+    const auto messageOf = [](const auto& operation) {
+        const Testing::AllocationLimit limit(100000);
+        return CaughtMessage(operation);
+    };
+
+    EXPECT_EQ(messageOf([&] { regExp.IsMatch(text); }), expected);
+    EXPECT_EQ(messageOf([&] { regExp.Match(text); }), expected);
+    EXPECT_EQ(messageOf([&] { RegExp(text, RegExpOptions::None); }), expected);
 }
 
 TEST(RegExpTest, ModifiersHaveNoEffect)

@@ -15,6 +15,7 @@ if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
     toolkit_test(regExp/RegExpStackTest.cpp)
 endif()
 toolkit_test(regExp/RegExpTest.cpp)
+target_sources(RegExpTest PRIVATE support/ScarceMemory.cpp)
 toolkit_private_test(
     regExp/StackSpaceTest.cpp regExp/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp
     regExp/StackSpace.cpp

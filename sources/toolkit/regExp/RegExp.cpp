@@ -1,6 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/regExp/MatchGroups.Private.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/WholeMatchReplacement.Private.h"
@@ -25,7 +25,8 @@ RegExp::RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers)
 }
 
 RegExp::RegExp(const TString<wchar_t>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(UTF8::ToUTF8(pattern)), m_modifiers(modifiers)
+    : m_pattern(WithMemoryErrorsTold([&] { return Utf8Codec::Encode(pattern); })),
+      m_modifiers(modifiers)
 {
 }
 
@@ -39,7 +40,7 @@ bool RegExp::IsMatch(const TString<char>& subject) const
 
 bool RegExp::IsMatch(const TString<wchar_t>& subject) const
 {
-    return WithMemoryErrorsTold([&] { return IsMatch(UTF8::ToUTF8(subject)); });
+    return WithMemoryErrorsTold([&] { return IsMatch(Utf8Codec::Encode(subject)); });
 }
 
 smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
@@ -57,7 +58,7 @@ smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 
 smart_ptr<MatchResult> RegExp::Match(const TString<wchar_t>& subject) const
 {
-    return WithMemoryErrorsTold([&] { return Match(UTF8::ToUTF8(subject)); });
+    return WithMemoryErrorsTold([&] { return Match(Utf8Codec::Encode(subject)); });
 }
 
 TString<char> RegExp::Replace(const TString<char>& replacement, const TString<char>& subject,
