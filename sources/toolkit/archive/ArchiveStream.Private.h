@@ -27,7 +27,7 @@ struct EntryNameConverterOwner {
 };
 
 /// The framework's stream over an archive, with a look at the bytes that come next.
-class ArchiveStream : private EntryNameConverterOwner, public wxZipInputStream {
+class ArchiveStream final : private EntryNameConverterOwner, public wxZipInputStream {
 public:
     /// A stream over the file `path`, in a state of error when it cannot be opened.
     static std::unique_ptr<ArchiveStream> OpenFile(const TString<wchar_t>& path);
