@@ -1,11 +1,12 @@
 #include "toolkit/config/CmdLineParser.h"
 
+#include "toolkit/config/CommandLineTokens.Private.h"
 #include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <algorithm>
 #include <new>
 #include <type_traits>
-#include <utility>
 
 namespace Toolkit {
 
@@ -52,7 +53,7 @@ void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
 try {
     for (int i = 0; argv && i < argc && argv[i]; ++i) {
         if constexpr (std::is_same_v<Char, char>)
-            m_tokens.push_back(UTF8::ToUNICODE(argv[i]));
+            m_tokens.push_back(Utf8Codec::Decode(argv[i]));
         else
             m_tokens.emplace_back(argv[i]);
     }
@@ -70,27 +71,8 @@ try {
 
 void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)
 try {
-    constexpr std::size_t none = std::wstring::npos;
-    const wchar_t quote = c_strDelimiters.front();
-
-    // The line may be one of the old tokens, which stay until it has been read.
-    std::vector<TString<wchar_t>> found;
-    std::size_t start = line.find_first_not_of(c_strSeparators);
-    while (start != none) {
-        std::size_t end = 0;
-        if (line[start] == quote) {
-            const std::size_t closing = line.find(quote, start + 1);
-            if (closing == none)
-                break;
-            found.emplace_back(line.substr(start + 1, closing - start - 1));
-            end = closing + 1;
-        } else {
-            end = std::min(line.find_first_of(c_strSeparators, start), line.size());
-            found.emplace_back(line.substr(start, end - start));
-        }
-        start = line.find_first_not_of(c_strSeparators, end);
-    }
-    tokens = std::move(found);
+    // The line may be one of the old tokens.
+    tokens = CommandLineTokens(line);
 } catch (const std::bad_alloc&) {
     tokens.clear();
 }

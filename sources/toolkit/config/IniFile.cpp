@@ -1,6 +1,6 @@
 #include "toolkit/config/IniFile.h"
 
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/TextFileLines.Private.h"
 #include "toolkit/logging/Log.h"
 
@@ -31,7 +31,7 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
 // As a `TextFile` does, which would take a line for empty that finds no memory.
 bool Load(TextFileLines& file, const TString<wchar_t>& name)
 try {
-    return file.Load(UTF8::ToUTF8(name));
+    return file.Load(Utf8Codec::Encode(name));
 } catch (const std::exception&) {
     return false;
 }

@@ -1,7 +1,7 @@
 #include "toolkit/core/FSStream.h"
 
 #include "toolkit/core/StreamResult.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FileDescriptor.Private.h"
 
 #include <wx/file.h>
@@ -48,7 +48,7 @@ FileDescriptor OpenStorage(const TString<wchar_t>& path, FSStream::OpenMode mode
 {
     constexpr mode_t everyone = 0666;
 
-    const TString<char> name = UTF8::ToUTF8(path);
+    const TString<char> name = Utf8Codec::Encode(path);
     FileDescriptor file(::open(name.c_str(), FlagsOfMode(mode) | O_NONBLOCK | O_CLOEXEC, everyone));
     struct stat status {};
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)

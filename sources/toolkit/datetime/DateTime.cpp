@@ -3,7 +3,7 @@
 #include "toolkit/datetime/CalendarTime.Private.h"
 #include "toolkit/datetime/IsoText.Private.h"
 #include "toolkit/datetime/LocaleText.Private.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/system/Locales.h"
 
 #include <wx/datetime.h>
@@ -209,7 +209,7 @@ void DateTime::GetIsoString(TString<char>& out, bool utc) const
 {
     TString<wchar_t> text;
     GetIsoString(text, utc);
-    out = UTF8::ToUTF8(text);
+    out = Utf8Codec::Encode(text);
 }
 
 bool DateTime::ParseIsoString(const TString<wchar_t>& text)
@@ -221,7 +221,7 @@ bool DateTime::ParseIsoString(const TString<wchar_t>& text)
 
 bool DateTime::ParseIsoString(const TString<char>& text)
 try {
-    return ParseIsoString(UTF8::ToUNICODE(text));
+    return ParseIsoString(Utf8Codec::Decode(text));
 } catch (const std::exception&) {
     *m_value = wxDateTime();
     return false;

@@ -1,6 +1,5 @@
 #include "toolkit/files/Directory.h"
 
-#include "toolkit/encoding/UTF8.h"
 #include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/PathManager.h"
 
@@ -63,7 +62,7 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
                   std::vector<TString<wchar_t>>& names)
 try {
     names.clear();
-    const OpenDirectory directory(::opendir(UTF8::ToUTF8(path).c_str()));
+    const OpenDirectory directory(::opendir(Utf8Codec::Encode(path).c_str()));
     if (!directory)
         return 0;
     while (const dirent* const entry = ::readdir(directory.get())) {
@@ -119,7 +118,7 @@ try {
     if (path.empty())
         return false;
     std::error_code ignored;
-    std::filesystem::create_directories(std::string(UTF8::ToUTF8(path)), ignored);
+    std::filesystem::create_directories(std::string(Utf8Codec::Encode(path)), ignored);
     return Exist(path);
 } catch (const std::exception&) {
     return false;
@@ -133,7 +132,7 @@ bool Directory::Exist(const TString<wchar_t>& path)
 bool Directory::RemoveFile(const TString<wchar_t>& path)
 {
     // remove() would take an empty directory too.
-    return ::unlink(UTF8::ToUTF8(path).c_str()) == 0;
+    return ::unlink(Utf8Codec::Encode(path).c_str()) == 0;
 }
 
 } // namespace Toolkit

@@ -1,6 +1,6 @@
 #include "toolkit/files/DynamicLibrary.h"
 
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/PathManager.h"
 
 #include <wx/dynlib.h>
@@ -33,7 +33,7 @@ DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name)
         return;
     // The framework only holds the handle: its own loading reports what is missing, and knows names
     // in the encoding of the locale alone.
-    const TString<char> file = UTF8::ToUTF8(WithExtension(name));
+    const TString<char> file = Utf8Codec::Encode(WithExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
 }
@@ -44,7 +44,7 @@ void* DynamicLibrary::GetSymbol(const TString<wchar_t>& name) const
 {
     if (!m_library->IsLoaded())
         return nullptr;
-    return ::dlsym(m_library->GetLibHandle(), UTF8::ToUTF8(name).c_str());
+    return ::dlsym(m_library->GetLibHandle(), Utf8Codec::Encode(name).c_str());
 }
 
 void* DynamicLibrary::Detach()

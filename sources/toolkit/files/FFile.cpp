@@ -1,6 +1,5 @@
 #include "toolkit/files/FFile.h"
 
-#include "toolkit/encoding/UTF8.h"
 #include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FileDescriptor.Private.h"
 
@@ -69,10 +68,10 @@ FFile::~FFile()
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 try {
     Close();
-    const TString<char> modeText = UTF8::ToUTF8(mode);
+    const TString<char> modeText = Utf8Codec::Encode(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
     if (!flags ||
-        !Attach(*m_file, FileDescriptor::OpenRegular(UTF8::ToUTF8(name), *flags), modeText))
+        !Attach(*m_file, FileDescriptor::OpenRegular(Utf8Codec::Encode(name), *flags), modeText))
         return false;
     // Such a file stands at its end from the start, which fdopen() leaves to its caller.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
@@ -87,12 +86,12 @@ bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mo
 
     Close();
     // Nothing is truncated before it has been looked at.
-    FileDescriptor file =
-        FileDescriptor::OpenRegular(UTF8::ToUTF8(name), O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
+    FileDescriptor file = FileDescriptor::OpenRegular(Utf8Codec::Encode(name),
+                                                      O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
     if (!file.IsOpen() || !IsOwnFile(file) || ::fchmod(file.Get(), ownerOnly) != 0 ||
         ::ftruncate(file.Get(), 0) != 0)
         return false;
-    if (!Attach(*m_file, std::move(file), UTF8::ToUTF8(mode)))
+    if (!Attach(*m_file, std::move(file), Utf8Codec::Encode(mode)))
         return false;
     // Each write reaches the system as it was made: a buffer would cut it at its own size.
     return std::setvbuf(m_file->fp(), nullptr, _IONBF, 0) == 0;
@@ -178,7 +177,7 @@ bool FFile::SeekTo(long long offset, int origin)
 bool FFile::Exists(const TString<wchar_t>& name)
 try {
     struct stat status {};
-    return ::stat(UTF8::ToUTF8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    return ::stat(Utf8Codec::Encode(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 } catch (const std::exception&) {
     return false;
 }

@@ -1,4 +1,4 @@
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/files/TextFile.h"
@@ -34,7 +34,7 @@ TString<wchar_t> InstallPrefix()
 // The file with the user's own directories (XDG user-dirs).
 TString<wchar_t> UserDirectoriesFile()
 {
-    TString<wchar_t> directory = UTF8::ToUNICODE(std::getenv("XDG_CONFIG_HOME"));
+    TString<wchar_t> directory = Utf8Codec::Decode(std::getenv("XDG_CONFIG_HOME"));
     if (directory.empty())
         directory = UserAccount::HomeDirectory() + L"/.config";
     return directory + L"/user-dirs.dirs";
@@ -62,7 +62,7 @@ TString<wchar_t> ExecutablePath()
 {
     std::error_code error;
     const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-    return UTF8::ToUNICODE(path.native());
+    return Utf8Codec::Decode(path.native());
 }
 
 TString<wchar_t> DataDirectory()

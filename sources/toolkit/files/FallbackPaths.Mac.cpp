@@ -1,4 +1,4 @@
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/files/UserAccount.Private.h"
@@ -42,7 +42,7 @@ TString<wchar_t> ExecutablePath()
         return {};
     const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
                                                                &std::free);
-    return UTF8::ToUNICODE(resolved ? resolved.get() : path.c_str());
+    return Utf8Codec::Decode(resolved ? resolved.get() : path.c_str());
 }
 
 TString<wchar_t> DataDirectory()

@@ -1,7 +1,7 @@
 #include "toolkit/files/PathManager.h"
 
 #include "toolkit/core/Singleton.Private.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/StandardPaths.Private.h"
 #include "toolkit/files/UserAccount.Private.h"
@@ -23,7 +23,7 @@ TString<wchar_t> ToText(const wxString& text)
 void CreateDirectories(const TString<wchar_t>& path)
 try {
     std::error_code ignored;
-    std::filesystem::create_directories(std::string(UTF8::ToUTF8(path)), ignored);
+    std::filesystem::create_directories(std::string(Utf8Codec::Encode(path)), ignored);
 } catch (const std::exception&) {
     // Nobody is told that it failed.
 }
@@ -37,7 +37,7 @@ TString<wchar_t> WorkingDirectory()
 {
     std::error_code error;
     const std::filesystem::path directory = std::filesystem::current_path(error);
-    return UTF8::ToUNICODE(directory.native());
+    return Utf8Codec::Decode(directory.native());
 }
 
 } // namespace
@@ -177,7 +177,7 @@ bool PathManager::FileExists(const TString<wchar_t>& path)
 bool PathManager::DirExists(const TString<wchar_t>& path)
 try {
     std::error_code ignored;
-    return std::filesystem::is_directory(std::string(UTF8::ToUTF8(path)), ignored);
+    return std::filesystem::is_directory(std::string(Utf8Codec::Encode(path)), ignored);
 } catch (const std::exception&) {
     return false;
 }

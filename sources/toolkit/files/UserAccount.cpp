@@ -1,4 +1,4 @@
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/UserAccount.Private.h"
 
 #include <cerrno>
@@ -30,15 +30,15 @@ std::string ReadEntry(char* passwd::*field)
 
 TString<wchar_t> LoginName()
 {
-    return UTF8::ToUNICODE(ReadEntry(&passwd::pw_name));
+    return Utf8Codec::Decode(ReadEntry(&passwd::pw_name));
 }
 
 TString<wchar_t> HomeDirectory()
 {
     const char* const home = std::getenv("HOME");
-    TString<wchar_t> directory = UTF8::ToUNICODE(home);
+    TString<wchar_t> directory = Utf8Codec::Decode(home);
     if (directory.empty())
-        directory = UTF8::ToUNICODE(ReadEntry(&passwd::pw_dir));
+        directory = Utf8Codec::Decode(ReadEntry(&passwd::pw_dir));
     return directory;
 }
 

@@ -2,7 +2,7 @@
 
 #include "toolkit/core/Numbers.Private.h"
 #include "toolkit/core/Singleton.Private.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/logging/NullLogger.h"
 
 #include <cstring>
@@ -51,7 +51,7 @@ ILogger& ILogger::operator<<(const TString<wchar_t>& text)
 ILogger& ILogger::operator<<(const TString<char>& text)
 {
     if (!IsFilteredOut())
-        Write(UTF8::ToUNICODE(text));
+        Write(Utf8Codec::Decode(text));
     return GetLogger();
 }
 

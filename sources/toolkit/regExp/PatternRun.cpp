@@ -1,5 +1,5 @@
 #include "toolkit/core/Numbers.Private.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/RegExp.Exceptions.h"
 
@@ -20,8 +20,8 @@ std::wstring Decimal(int number)
 [[noreturn]] void ThrowCompileError(const TString<char>& pattern, const char* errorText,
                                     int errorOffset)
 {
-    const std::wstring written = L" : " + UTF8::ToUNICODE(errorText) + L" (@offset: " +
-                                 Decimal(errorOffset) + L") " + UTF8::ToUNICODE(pattern);
+    const std::wstring written = L" : " + Utf8Codec::Decode(errorText) + L" (@offset: " +
+                                 Decimal(errorOffset) + L") " + Utf8Codec::Decode(pattern);
     RegExpException::Throw(WriteOver(L"pcre_compile failed with error ", written));
 }
 

@@ -1,10 +1,9 @@
-#include "toolkit/config/CmdLineParser.h"
+#include "toolkit/config/CommandLineTokens.Private.h"
 #include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/system/ChildProcess.Private.h"
 #include "toolkit/system/InheritedDescriptors.Private.h"
 
 #include <cerrno>
-#include <new>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,25 +20,13 @@ int WaitForEnd(pid_t child)
     return ended;
 }
 
-// Throws when there is no memory: a program must not be started without what it is to do.
-std::vector<TString<wchar_t>> TokensOf(const TString<wchar_t>& arguments)
-{
-    std::vector<TString<wchar_t>> tokens(1);
-    const auto* const before = tokens.data();
-    CmdLineParser::Tokenize(arguments, tokens);
-    // For want of memory the list is emptied where it is, otherwise another one takes its place.
-    if (tokens.data() == before)
-        throw std::bad_alloc();
-    return tokens;
-}
-
 } // namespace
 
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
-    const std::vector<TString<wchar_t>> tokens = TokensOf(arguments);
+    // In forms that throw: a program must not be started without what it is to do.
     m_texts.push_back(Utf8Codec::Encode(path));
-    for (const TString<wchar_t>& token : tokens)
+    for (const TString<wchar_t>& token : CommandLineTokens(arguments))
         m_texts.push_back(Utf8Codec::Encode(token));
 
     for (TString<char>& text : m_texts)

@@ -1,4 +1,4 @@
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FittingName.Private.h"
 #include "toolkit/files/UserAccount.Private.h"
 #include "toolkit/system/InstanceLock.Private.h"
@@ -20,8 +20,8 @@ FileDescriptor OpenLockFile(const TString<wchar_t>& name)
 {
     if (name.empty())
         return {};
-    const std::string path = UTF8::ToUTF8(UserAccount::HomeDirectory()) + "/." +
-                             FittingName(UTF8::ToUTF8(name), c_longestName) + ".lock";
+    const std::string path = Utf8Codec::Encode(UserAccount::HomeDirectory()) + "/." +
+                             FittingName(Utf8Codec::Encode(name), c_longestName) + ".lock";
     return FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
 }
 

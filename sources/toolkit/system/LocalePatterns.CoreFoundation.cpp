@@ -1,4 +1,4 @@
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/system/LocalePatterns.Private.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -25,7 +25,7 @@ TString<wchar_t> Pattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
     if (formatter)
         CFStringGetCString(CFDateFormatterGetFormat(formatter.get()), buffer, sizeof buffer,
                            kCFStringEncodingASCII);
-    return UTF8::ToUNICODE(buffer);
+    return Utf8Codec::Decode(buffer);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "toolkit/system/Network.h"
 
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FileDescriptor.Private.h"
 
 #include <algorithm>
@@ -76,7 +76,7 @@ bool Network::TestNetwork()
 bool Network::TestConnection(const TString<wchar_t>& host, unsigned short port,
                              unsigned int timeoutMs)
 try {
-    const Addresses addresses = Resolve(UTF8::ToUTF8(host), port);
+    const Addresses addresses = Resolve(Utf8Codec::Encode(host), port);
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     for (const addrinfo* address = addresses.get(); address; address = address->ai_next) {
         if (Connects(*address, deadline))
