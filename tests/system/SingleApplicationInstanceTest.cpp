@@ -6,6 +6,8 @@
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>
+#include <wx/defs.h>
+#include <wx/snglinst.h>
 
 #include <csignal>
 #include <fcntl.h>
@@ -206,6 +208,47 @@ TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)
         std::ofstream(m_homePath / name) << ::getpid();
 
     EXPECT_FALSE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, TheFrameworksCheckerSeesACopyAsLongAsItRuns)
+{
+    Copy& copy = Start();
+    EXPECT_FALSE(copy.SeesAnother());
+
+    EXPECT_TRUE(wxSingleInstanceChecker(copy.UniqueName()).IsAnotherRunning());
+    copy.Finish();
+    EXPECT_FALSE(std::filesystem::exists(m_homePath / copy.UniqueName()));
+    EXPECT_FALSE(wxSingleInstanceChecker(copy.UniqueName()).IsAnotherRunning());
+}
+
+TEST_F(SingleApplicationInstanceTest, ACopySeesTheFrameworksChecker)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+    first.Finish();
+
+    {
+        const wxSingleInstanceChecker checker(first.UniqueName());
+        EXPECT_FALSE(checker.IsAnotherRunning());
+        EXPECT_TRUE(Start().SeesAnother());
+    }
+    EXPECT_FALSE(Start().SeesAnother());
+}
+
+TEST_F(SingleApplicationInstanceTest, WhatStandsInTheCheckersPlaceStays)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+    first.Finish();
+    const std::filesystem::path file = m_homePath / first.UniqueName();
+    std::filesystem::create_directory(file);
+
+    EXPECT_FALSE(Start().SeesAnother());
+    EXPECT_TRUE(Start().SeesAnother());
+    m_copies.clear();
+
+    EXPECT_TRUE(std::filesystem::is_directory(file));
+    EXPECT_EQ(Errors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, OfCopiesThatStartAtOnceExactlyOneIsAlone)

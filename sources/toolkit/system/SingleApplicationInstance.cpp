@@ -2,10 +2,8 @@
 
 #include "toolkit/core/Singleton.Private.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/system/CheckerFile.Private.h"
 #include "toolkit/system/InstanceLock.Private.h"
-
-#include <wx/log.h>
-#include <wx/snglinst.h>
 
 namespace Toolkit {
 
@@ -17,27 +15,24 @@ SingleApplicationInstance::SingleApplicationInstance()
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
     m_lock = std::make_unique<InstanceLock>(name);
-    if (m_lock->GetState() != InstanceLock::State::Unavailable || name.empty())
+    // Of processes that start at the same moment one has the lock, and it alone makes the file.
+    if (m_lock->GetState() == InstanceLock::State::HeldElsewhere)
         return;
-    // The framework's checker lets two processes through that start at the same moment, takes a
-    // stranger with the process id of a crashed one for it, and waits for the disk, which is longer
-    // than all the rest of a start: it serves only where no better lock can be had. It reports
-    // whatever it finds odd about the home directory.
-    const wxLogNull silence;
-    m_checker = std::make_unique<wxSingleInstanceChecker>(wxString(name.data(), name.size()));
+    m_checkerFile = std::make_unique<CheckerFile>(name);
+    // A process that is not the first holds nothing.
+    if (m_checkerFile->IsHeldElsewhere())
+        m_lock.reset();
 }
 
 SingleApplicationInstance::~SingleApplicationInstance()
 {
-    const wxLogNull silence;
-    m_checker.reset();
+    // The next process that has the lock must not find the file.
+    m_checkerFile.reset();
 }
 
 bool SingleApplicationInstance::IsAlreadyRunning() const
 {
-    if (m_checker)
-        return m_checker->IsAnotherRunning();
-    return m_lock->GetState() == InstanceLock::State::HeldElsewhere;
+    return !m_checkerFile || m_checkerFile->IsHeldElsewhere();
 }
 
 void SingleApplicationInstance::CreateInstance()

@@ -5,17 +5,18 @@
 
 #include <memory>
 
-class wxSingleInstanceChecker;
-
 namespace Toolkit {
 
+class CheckerFile;
 class InstanceLock;
 
 /// Tells whether this application, installed in this place and run by this user, runs already.
 ///
-/// The lock is held as long as the object lives, by a lock file in the user's home directory. Of
-/// several processes that start at once exactly one finds itself the first, and a process that
-/// crashed leaves nothing behind that would keep others out. There has to be a `PathManager`.
+/// The lock is held as long as the object lives, by two files in the user's home directory: a lock
+/// of the system's, which decides, and the file of the framework's `wxSingleInstanceChecker`, so
+/// that programs which use that see this one and are seen. Of several processes that start at once
+/// exactly one finds itself the first, and a process that crashed leaves nothing behind that would
+/// keep others out. There has to be a `PathManager`.
 class TOOLKIT_API SingleApplicationInstance {
 public:
     /// Takes the lock unless another process holds it.
@@ -37,7 +38,7 @@ public:
     static smart_ptr<SingleApplicationInstance>* s_pInstance;
 
 private:
-    std::unique_ptr<wxSingleInstanceChecker> m_checker;
+    std::unique_ptr<CheckerFile> m_checkerFile; // null when another process holds the lock
     std::unique_ptr<InstanceLock> m_lock;
 };
 

@@ -1,0 +1,85 @@
+#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/files/UserAccount.Private.h"
+#include "toolkit/system/CheckerFile.Private.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+// A lock for writing on the whole file.
+struct flock WholeFile()
+{
+    struct flock range {};
+    range.l_type = F_WRLCK;
+    range.l_whence = SEEK_SET;
+    return range;
+}
+
+bool IsLockedElsewhere(const FileDescriptor& file)
+{
+    struct flock range = WholeFile();
+    return ::fcntl(file.Get(), F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
+}
+
+// The process that the file names; 0 when it names none.
+pid_t Holder(const FileDescriptor& file)
+{
+    char text[32] = {};
+    const ssize_t length = ::read(file.Get(), text, sizeof text - 1);
+    return length > 0 ? static_cast<pid_t>(std::strtol(text, nullptr, 10)) : 0;
+}
+
+} // namespace
+
+CheckerFile::CheckerFile(const TString<wchar_t>& name)
+{
+    if (name.empty())
+        return;
+    m_path = Utf8Codec::Encode(UserAccount::HomeDirectory()) + "/" + Utf8Codec::Encode(name);
+    if (!Create() && RemoveStale())
+        Create();
+}
+
+CheckerFile::~CheckerFile()
+{
+    struct stat mine {};
+    struct stat there {};
+    if (m_file.IsOpen() && ::fstat(m_file.Get(), &mine) == 0 &&
+        ::lstat(m_path.c_str(), &there) == 0 && mine.st_dev == there.st_dev &&
+        mine.st_ino == there.st_ino)
+        ::unlink(m_path.c_str());
+}
+
+// The text is the process id with the null character behind it, and the lock that of fcntl(2): the
+// checker looks at both, and at the permissions.
+bool CheckerFile::Create()
+{
+    constexpr mode_t ownerOnly = 0600;
+
+    m_file = FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, ownerOnly);
+    if (!m_file.IsOpen())
+        return false;
+    struct flock range = WholeFile();
+    const std::string holder = std::to_string(::getpid());
+    ::fcntl(m_file.Get(), F_SETLK, &range);
+    ::fchmod(m_file.Get(), ownerOnly);
+    m_file.WriteAll(holder.c_str(), holder.size() + 1);
+    return true;
+}
+
+// Removes the file of a process that is no more.
+bool CheckerFile::RemoveStale()
+{
+    const FileDescriptor file = FileDescriptor::OpenRegular(m_path, O_RDWR | O_NOFOLLOW);
+    if (!file.IsOpen())
+        return false;
+    m_isHeldElsewhere = IsLockedElsewhere(file);
+    const bool isOfThisProcess = Holder(file) == ::getpid();
+    return !m_isHeldElsewhere && !isOfThisProcess && ::unlink(m_path.c_str()) == 0;
+}
+
+} // namespace Toolkit
