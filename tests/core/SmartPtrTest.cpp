@@ -295,6 +295,18 @@ TEST_F(SmartPtrTest, AssignmentWithoutMemoryForTheCountChangesNothing)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
+TEST_F(SmartPtrTest, WithoutMemoryForTheCountTheObjectIsReleased)
+{
+    auto* const object = new Counted();
+
+    {
+        const Testing::AllocationLimit none(0);
+        EXPECT_THROW(const smart_ptr<Counted> pointer(object), std::bad_alloc);
+    }
+
+    EXPECT_EQ(Counted::s_alive, 0);
+}
+
 TEST_F(SmartPtrTest, TheHeldPointerAssignedAgainIsReleasedFirst)
 {
     Counted object;

@@ -45,13 +45,7 @@ bool IsOfType(const wxZipEntry& entry, ArchiveEntriesFlags::ArchiveEntriesType t
 struct LazyCopy {
     const wxZipEntry& entry;
 
-    operator smart_ptr<ArchiveZipEntry>() const
-    {
-        auto copy = std::make_unique<ArchiveZipEntry>(entry);
-        smart_ptr<ArchiveZipEntry> shared(copy.get());
-        copy.release();
-        return shared;
-    }
+    operator ArchiveZipEntry*() const { return new ArchiveZipEntry(entry); }
 };
 
 TString<wchar_t> NameOf(const wxZipEntry& entry)

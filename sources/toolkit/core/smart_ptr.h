@@ -64,8 +64,12 @@ public:
 template <typename T, typename Policy = smart_ptr_policy>
 class TOOLKIT_API smart_ptr {
 public:
-    /// Takes `object` over, which may be null.
-    smart_ptr(T* object = nullptr) : m_object(object), m_data(new smart_ptr_inner_data<Policy>()) {}
+    /// Takes `object` over, which may be null. Without memory for the count it is released.
+    smart_ptr(T* object = nullptr)
+    try : m_object(object), m_data(new smart_ptr_inner_data<Policy>()) {
+    } catch (...) {
+        Policy().Release(object);
+    }
 
     smart_ptr(const smart_ptr& other) : m_object(other.m_object), m_data(other.m_data) { AddRef(); }
 
