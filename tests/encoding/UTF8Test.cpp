@@ -114,11 +114,13 @@ TEST(UTF8Test, ALongTextTakesNoMoreThanTwiceItsRoom)
     std::string narrow(2000, 'a');
     for (int i = 0; i < 20000; ++i)
         narrow += "\xE4\xB8\xAD";
-
     const Wide wide = UTF8::ToUNICODE(narrow);
+    const Narrow again = UTF8::ToUTF8(std::wstring(wide.rbegin(), wide.rend()) + Wide(L'a'));
 
     EXPECT_EQ(wide.size(), 22000u);
     EXPECT_LE(wide.capacity(), 44001u);
+    EXPECT_EQ(again.size(), 62001u);
+    EXPECT_LE(again.capacity(), 124003u);
 }
 
 TEST(UTF8Test, WithoutMemoryTextsAreEmpty)

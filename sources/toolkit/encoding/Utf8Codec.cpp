@@ -16,6 +16,10 @@ constexpr std::ptrdiff_t c_bufferLength = 1024;
 // Where a block of this many characters is all ASCII, it is copied with vector instructions.
 constexpr std::ptrdiff_t c_blockLength = 16;
 
+// Where it is not, as many characters are converted one by one before the next block is tried, and
+// more each time in succession: the trials cost much in texts that are rarely ASCII.
+constexpr std::ptrdiff_t c_longestRun = 4 * c_blockLength;
+
 constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
@@ -101,21 +105,24 @@ inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
     return true;
 }
 
-// Decodes until the buffer has no room for another block or the bytes end. Returns the end of what
+// Decodes until the buffer has no room for another run or the bytes end. Returns the end of what
 // was written; null when the bytes are not valid.
 wchar_t* DecodeIntoBuffer(const char*& bytes, const char* end, wchar_t* buffer)
 {
     const char* at = bytes;
     wchar_t* out = buffer;
-    const wchar_t* const lastBlock = buffer + c_bufferLength - c_blockLength;
-    while (at != end && out <= lastBlock) {
+    const wchar_t* const lastRun = buffer + c_bufferLength - c_longestRun;
+    std::ptrdiff_t run = c_blockLength;
+    while (at != end && out <= lastRun) {
         if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
             at += c_blockLength;
             out += c_blockLength;
+            run = c_blockLength;
             continue;
         }
-        const char* const blockEnd = at + std::min(end - at, c_blockLength);
-        while (at < blockEnd) {
+        const char* const runEnd = at + std::min(end - at, run);
+        run = std::min(2 * run, c_longestRun);
+        while (at < runEnd) {
             if (static_cast<signed char>(*at) >= 0)
                 *out++ = *at++;
             else if (!DecodeSequence(at, end, *out++))
@@ -154,21 +161,24 @@ inline bool EncodeCharacter(std::uint32_t character, char*& out)
     return true;
 }
 
-// Encodes until the buffer has no room for another block or the text ends. Returns the end of what
+// Encodes until the buffer has no room for another run or the text ends. Returns the end of what
 // was written; null when a character has no form.
 char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
 {
     const wchar_t* at = text;
     char* out = buffer;
-    const char* const lastBlock = buffer + c_bufferLength - c_blockLength * c_longestSequence;
-    while (at != end && out <= lastBlock) {
+    const char* const lastRun = buffer + c_bufferLength - c_longestRun * c_longestSequence;
+    std::ptrdiff_t run = c_blockLength;
+    while (at != end && out <= lastRun) {
         if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
             at += c_blockLength;
             out += c_blockLength;
+            run = c_blockLength;
             continue;
         }
-        const wchar_t* const blockEnd = at + std::min(end - at, c_blockLength);
-        while (at != blockEnd) {
+        const wchar_t* const runEnd = at + std::min(end - at, run);
+        run = std::min(2 * run, c_longestRun);
+        while (at != runEnd) {
             if (!EncodeCharacter(static_cast<std::uint32_t>(*at++), out))
                 return nullptr;
         }
@@ -197,12 +207,28 @@ std::size_t CountCharacters(const char* at, const char* end)
     return count + static_cast<std::size_t>(end - at);
 }
 
+// How many bytes to make room for, when the first characters of `length` took `count` bytes: texts
+// mostly go on as they begin, and counting would cost more than the few that move once or twice.
+std::size_t EstimateBytes(std::size_t count, std::ptrdiff_t characters, std::size_t length)
+{
+    const std::size_t estimate = length / static_cast<std::size_t>(characters) * count;
+    return estimate + estimate / 16 + c_bufferLength;
+}
+
 // How many characters to make room for, of a text that is longer than the buffer. One that begins
 // in ASCII mostly goes on so, and counting would walk through it once more.
 std::size_t EstimateCharacters(const char* bytes, const char* end)
 {
     const bool beginsInAscii = CountCharacters(bytes, bytes + c_bufferLength) == c_bufferLength;
     return beginsInAscii ? static_cast<std::size_t>(end - bytes) : CountCharacters(bytes, end);
+}
+
+// What a wrong estimate has made of room; room that was there before stays.
+template <typename Text>
+void GiveBackExcess(Text& text, std::size_t oldCapacity)
+{
+    if (text.capacity() > oldCapacity && text.capacity() / 2 > text.size())
+        text.shrink_to_fit();
 }
 
 } // namespace
@@ -229,18 +255,21 @@ bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
 {
     const std::size_t oldLength = bytes.size();
     const wchar_t* const end = text + length;
-    // Counting the bytes would cost more than moving them once or twice; ASCII is never moved.
-    if (end - text > c_bufferLength / c_longestSequence)
-        bytes.reserve(oldLength + length);
+    const std::size_t oldCapacity = bytes.capacity();
     char buffer[c_bufferLength];
     while (text != end) {
+        const wchar_t* const begin = text;
         const char* const written = EncodeIntoBuffer(text, end, buffer);
         if (!written) {
             bytes.resize(oldLength);
             return false;
         }
-        bytes.append(buffer, static_cast<std::size_t>(written - buffer));
+        const auto count = static_cast<std::size_t>(written - buffer);
+        if (text != end && bytes.size() == oldLength)
+            bytes.reserve(oldLength + EstimateBytes(count, text - begin, length));
+        bytes.append(buffer, count);
     }
+    GiveBackExcess(bytes, oldCapacity);
     return true;
 }
 
@@ -248,6 +277,7 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
 {
     const std::size_t oldLength = text.size();
     const char* const end = bytes + length;
+    const std::size_t oldCapacity = text.capacity();
     if (end - bytes > c_bufferLength)
         text.reserve(oldLength + EstimateCharacters(bytes, end));
     wchar_t buffer[c_bufferLength];
@@ -259,8 +289,7 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
         }
         text.append(buffer, static_cast<std::size_t>(written - buffer));
     }
-    if (text.capacity() / 2 > std::max(text.size(), std::size_t{c_bufferLength}))
-        text.shrink_to_fit();
+    GiveBackExcess(text, oldCapacity);
     return true;
 }
 
