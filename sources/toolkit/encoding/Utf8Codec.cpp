@@ -20,6 +20,9 @@ constexpr std::ptrdiff_t c_blockLength = 16;
 // more each time in succession: the trials cost much in texts that are rarely ASCII.
 constexpr std::ptrdiff_t c_longestRun = 4 * c_blockLength;
 
+// So many bytes are decoded into the buffer at once.
+constexpr std::size_t c_longestShort = c_bufferLength - c_longestRun;
+
 constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
@@ -246,9 +249,17 @@ TString<char> Encode(const TString<wchar_t>& text)
 
 TString<wchar_t> Decode(const TString<char>& bytes)
 {
-    TString<wchar_t> text;
-    AppendDecoded(text, bytes.c_str(), std::strlen(bytes.c_str()));
-    return text;
+    const char* at = bytes.c_str();
+    const std::size_t length = std::strlen(at);
+    if (length > c_longestShort) {
+        TString<wchar_t> text;
+        AppendDecoded(text, at, length);
+        return text;
+    }
+    // Making a text costs less than appending to an empty one.
+    wchar_t buffer[c_bufferLength];
+    const wchar_t* const written = DecodeIntoBuffer(at, at + length, buffer);
+    return std::wstring(buffer, written ? static_cast<std::size_t>(written - buffer) : 0);
 }
 
 bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
