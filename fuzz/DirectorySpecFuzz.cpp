@@ -66,7 +66,7 @@ struct Token {
     bool Fits(wchar_t other) const { return kind == Kind::One || character == other; }
 };
 
-// False when the specification ends in a backslash that quotes nothing.
+// False when `spec` ends in a backslash that quotes nothing.
 bool Parse(const std::wstring& spec, std::vector<Token>& tokens)
 {
     for (std::size_t i = 0; i < spec.size(); ++i) {
