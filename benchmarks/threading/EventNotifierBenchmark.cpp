@@ -18,14 +18,31 @@ public:
     virtual void OnEvent() = 0;
 };
 
-class Counter : public IListener {
+class UpCounter : public IListener {
 public:
-    explicit Counter(long& count) : m_count(count) {}
+    explicit UpCounter(long& count) : m_count(count) {}
     void OnEvent() override { ++m_count; }
 
 private:
     long& m_count;
 };
+
+class DownCounter : public IListener {
+public:
+    explicit DownCounter(long& count) : m_count(count) {}
+    void OnEvent() override { --m_count; }
+
+private:
+    long& m_count;
+};
+
+// Listeners of two classes in turn: of a single class the compiler would call none virtually.
+IListener* MakeListener(int number, long& ups, long& downs)
+{
+    if (number % 2 == 0)
+        return new UpCounter(ups);
+    return new DownCounter(downs);
+}
 
 class Notifier : public EventNotifier<IListener> {
 public:
@@ -35,38 +52,41 @@ public:
     }
 };
 
-void CheckCount(benchmark::State& state, long count)
+void CheckCounts(benchmark::State& state, long ups, long downs)
 {
-    if (count != state.iterations() * c_listeners)
+    const long calls = state.iterations() * c_listeners / 2;
+    if (ups != calls || downs != -calls)
         state.SkipWithError("wrong number of calls");
 }
 
 void BM_Notify_Toolkit(benchmark::State& state)
 {
-    long count = 0;
+    long ups = 0;
+    long downs = 0;
     Notifier notifier;
     for (int i = 0; i < c_listeners; ++i)
-        notifier.AddListener(smart_ptr<IListener>(new Counter(count)));
+        notifier.AddListener(smart_ptr<IListener>(MakeListener(i, ups, downs)));
     for (auto _ : state)
         notifier.Send();
-    CheckCount(state, count);
+    CheckCounts(state, ups, downs);
 }
 BENCHMARK(BM_Notify_Toolkit);
 
 // One pair of a recursive mutex's operations around as many calls.
 void BM_Notify_wxMutexAndCalls(benchmark::State& state)
 {
-    long count = 0;
+    long ups = 0;
+    long downs = 0;
     wxMutex mutex(wxMUTEX_RECURSIVE);
     std::vector<std::unique_ptr<IListener>> listeners;
     for (int i = 0; i < c_listeners; ++i)
-        listeners.push_back(std::make_unique<Counter>(count));
+        listeners.emplace_back(MakeListener(i, ups, downs));
     for (auto _ : state) {
         const wxMutexLocker locker(mutex);
         for (const std::unique_ptr<IListener>& listener : listeners)
             listener->OnEvent();
     }
-    CheckCount(state, count);
+    CheckCounts(state, ups, downs);
 }
 BENCHMARK(BM_Notify_wxMutexAndCalls);
 
