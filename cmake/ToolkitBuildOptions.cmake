@@ -7,6 +7,9 @@ target_compile_options(
     INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
               # A unique symbol would pin the library in memory: it could never be unloaded.
               $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+              # Calls into other libraries go straight through the table of addresses: a lock is
+              # mostly such calls.
+              $<$<PLATFORM_ID:Linux>:-fno-plt>
 )
 # As a part of somebody else's build the library must not break on a newer compiler's warning.
 if(PROJECT_IS_TOP_LEVEL)
