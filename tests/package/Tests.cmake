@@ -73,6 +73,29 @@ if(BUILD_SHARED_LIBS)
     add_test(NAME PackageRunTimeNeeds
              COMMAND "${package_sources}/run-time-needs.sh" "${library}"
     )
+    # The example host and its plug-ins, each a project of its own beside the installed copy.
+    set(host_prefix "${package_binaries}/host-prefix")
+    foreach(example IN ITEMS host plugins)
+        set(name PackageExample_${example})
+        toolkit_program_test(
+            ${name} "${PROJECT_SOURCE_DIR}/examples/${example}" ""
+            "-DCMAKE_PREFIX_PATH=${package_prefix}"
+        )
+        set_tests_properties(
+            ${name} PROPERTIES FIXTURES_REQUIRED InstalledCopy FIXTURES_SETUP ${name}
+        )
+        add_test(NAME ${name}_Install COMMAND ${CMAKE_COMMAND} --install
+                                              "${package_binaries}/${name}" --prefix "${host_prefix}"
+        )
+        set_tests_properties(
+            ${name}_Install PROPERTIES FIXTURES_REQUIRED ${name} FIXTURES_SETUP InstalledHost
+        )
+    endforeach()
+    add_test(NAME PackageHostDemo COMMAND "${package_sources}/host-demo.sh"
+                                          "${PROJECT_SOURCE_DIR}/examples/host/run-demo.sh"
+                                          "${host_prefix}"
+    )
+    set_tests_properties(PackageHostDemo PROPERTIES FIXTURES_REQUIRED InstalledHost)
     set_tests_properties(
         PackageByCMake PackageByPkgConfig PackageExportedSymbols PackagePlugIn PackageRunTimeNeeds
         PROPERTIES FIXTURES_REQUIRED InstalledCopy
