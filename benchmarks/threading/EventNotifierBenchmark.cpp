@@ -79,6 +79,7 @@ void BM_Notify_wxMutexAndCalls(benchmark::State& state)
     long downs = 0;
     wxMutex mutex(wxMUTEX_RECURSIVE);
     std::vector<std::unique_ptr<IListener>> listeners;
+    listeners.reserve(c_listeners);
     for (int i = 0; i < c_listeners; ++i)
         listeners.emplace_back(MakeListener(i, ups, downs));
     for (auto _ : state) {
