@@ -27,12 +27,12 @@ fail() {
     exit 1
 }
 
-# Waits until a command succeeds, as long as the host serves and ten seconds at most.
+# Waits until a command succeeds, as long as the host serves and a minute at most.
 await() {
     tries=0
     until "$@" 2>/dev/null; do
         tries=$((tries + 1))
-        if [ "$tries" -ge 200 ] || ! kill -0 "$server" 2>/dev/null; then
+        if [ "$tries" -ge 1200 ] || ! kill -0 "$server" 2>/dev/null; then
             fail "in vain: $*"
         fi
         sleep 0.05
