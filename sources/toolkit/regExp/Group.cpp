@@ -2,9 +2,6 @@
 
 namespace Toolkit {
 
-Group::Group(const TString<char>& text, unsigned short number)
-    : name(TString<char>::Empty()), value(text), index(number)
-{
-}
+Group::Group(const TString<char>& text, unsigned short number) : value(text), index(number) {}
 
 } // namespace Toolkit

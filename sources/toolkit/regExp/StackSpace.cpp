@@ -11,7 +11,9 @@ constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 std::size_t StackSpaceLeft()
 {
     // Asking costs a system call or a file of the kernel's; a thread keeps its stack.
-    thread_local const StackBounds bounds = GetStackBounds();
+    static thread_local constinit StackBounds bounds{0, 0};
+    if (bounds.end == 0)
+        bounds = GetStackBounds();
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const bool isInside = here > bounds.begin && here <= bounds.end;
     return isInside ? here - bounds.begin : c_assumedSpace;

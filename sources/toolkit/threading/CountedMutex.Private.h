@@ -1,5 +1,7 @@
 #pragma once
 
+#include "toolkit/core/Assert.h"
+
 #include <wx/thread.h>
 
 #include <atomic>
@@ -10,7 +12,7 @@ namespace Toolkit {
 /// one that counts, so loading and storing need not be one step.
 class CountedMutex : public wxMutex {
 public:
-    CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) {}
+    CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) { ASSERT(IsOk()); }
 
     wxMutexError Acquire() { return Counted(Lock()); }
     wxMutexError TryAcquire() { return Counted(TryLock()); }

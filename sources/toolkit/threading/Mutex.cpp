@@ -1,6 +1,5 @@
 #include "toolkit/threading/Mutex.h"
 
-#include "toolkit/core/Assert.h"
 #include "toolkit/threading/CountedMutex.Private.h"
 #include "toolkit/threading/MutexStock.Private.h"
 
@@ -17,7 +16,6 @@ constexpr unsigned int c_pollIntervalMs = 10;
 
 MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(MutexStock::Take())
 {
-    ASSERT(m_mutex->IsOk());
     if (initiallyLocked)
         m_mutex->Acquire();
 }
