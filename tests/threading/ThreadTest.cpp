@@ -177,8 +177,8 @@ private:
         wxThread* const self = this;
         std::atomic<bool>& done = m_done;
         m_begun.count_down();
-        while (!self->wxThread::TestDestroy())
-            Thread::Sleep(1);
+        while (!self->wxThread::TestDestroy()) {
+        }
         done = true;
         return 0;
     }
@@ -211,6 +211,21 @@ TEST(ThreadTest, DestructionEndsAPausedThread)
         EXPECT_TRUE(thread.Pause());
     }
     EXPECT_TRUE(done);
+}
+
+TEST(ThreadTest, DestructionEndsAThreadThatIsAboutToPause)
+{
+    for (int i = 0; i < 300; ++i) {
+        std::latch begun(1);
+        std::atomic<bool> done{false};
+        {
+            Plain thread(begun, done);
+            thread.Run();
+            begun.wait();
+            thread.Pause();
+        }
+        EXPECT_TRUE(done);
+    }
 }
 
 TEST(ThreadTest, CanBeDroppedWithoutARun)

@@ -28,6 +28,9 @@ Thread::~Thread()
         // with nothing to do.
         wxThread::Run();
     } else {
+        // The framework's Delete() resumes a paused thread too, but without its lock: a thread that
+        // was just about to pause would stay so for ever.
+        Resume();
         wxThread::Delete();
     }
     // Joins also a thread that has ended; one that was joined before is left alone.
