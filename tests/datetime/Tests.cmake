@@ -1,3 +1,3 @@
 toolkit_test(datetime/DateTimeTest.cpp)
 toolkit_test(datetime/DateTimeZonesTest.cpp)
-toolkit_private_test(datetime/LocaleTextTest.cpp core/Numbers.cpp datetime/LocaleText.cpp)
+toolkit_private_test(datetime/LocaleTextTest.cpp base/Numbers.cpp datetime/LocaleText.cpp)

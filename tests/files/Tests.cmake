@@ -1,6 +1,5 @@
 toolkit_test(files/FFileTest.cpp)
 target_sources(FFileTest PRIVATE support/ScarceMemory.cpp)
-toolkit_private_test(files/FittingNameTest.cpp files/FittingName.cpp)
 toolkit_test(files/InputStreamTest.cpp)
 toolkit_test(files/PathManagerProgramTest.cpp)
 toolkit_test(files/PathManagerTest.cpp)

@@ -1,7 +1,7 @@
 toolkit_test(regExp/GroupCollectionTest.cpp)
 toolkit_private_test(
     regExp/MatchGroupsTest.cpp regExp/MatchGroups.cpp regExp/PatternEngine.cpp
-    regExp/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp regExp/StackSpace.cpp
+    base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
 )
 target_link_libraries(MatchGroupsTest PRIVATE Toolkit::pcre)
 toolkit_test(regExp/MatchResultTest.cpp)
@@ -16,10 +16,6 @@ if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
 endif()
 toolkit_test(regExp/RegExpTest.cpp)
 target_sources(RegExpTest PRIVATE support/ScarceMemory.cpp)
-toolkit_private_test(
-    regExp/StackSpaceTest.cpp regExp/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp
-    regExp/StackSpace.cpp
-)
 
 # Plug-ins of every compiler that is there: what one throws, the other's catch.
 if(BUILD_SHARED_LIBS)

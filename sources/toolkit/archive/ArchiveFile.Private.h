@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/files/FileDescriptor.Private.h"
+#include "toolkit/base/FileDescriptor.h"
 
 #include <wx/stream.h>
 

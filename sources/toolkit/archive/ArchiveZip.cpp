@@ -2,8 +2,8 @@
 
 #include "toolkit/archive/ArchiveStream.Private.h"
 #include "toolkit/core/Assert.h"
+#include "toolkit/framework/FrameworkSilence.h"
 #include "toolkit/logging/Log.h"
-#include "toolkit/threading/FrameworkSilence.Private.h"
 
 #include <exception>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "toolkit/archive/ArchiveStream.Private.h"
 #include "toolkit/archive/EntryTextReader.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 
 #include <wx/txtstrm.h>
 

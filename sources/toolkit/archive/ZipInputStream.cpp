@@ -1,7 +1,7 @@
 #include "toolkit/archive/ZipInputStream.h"
 
 #include "toolkit/archive/EntryTextReader.Private.h"
-#include "toolkit/threading/FrameworkSilence.Private.h"
+#include "toolkit/framework/FrameworkSilence.h"
 
 #include <wx/zipstrm.h>
 

@@ -1,8 +1,8 @@
 #include "toolkit/config/CmdLineParser.h"
 
-#include "toolkit/config/CommandLineTokens.Private.h"
+#include "toolkit/base/CommandLineTokens.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/encoding/UTF8.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
 
 #include <algorithm>
 #include <new>

@@ -1,6 +1,6 @@
 #include "toolkit/config/IniFile.h"
 
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/files/TextFileLines.Private.h"
 #include "toolkit/logging/Log.h"
 

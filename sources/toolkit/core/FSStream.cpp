@@ -1,8 +1,8 @@
 #include "toolkit/core/FSStream.h"
 
+#include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/core/StreamResult.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
-#include "toolkit/files/FileDescriptor.Private.h"
 
 #include <wx/file.h>
 

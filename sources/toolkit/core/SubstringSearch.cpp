@@ -1,5 +1,5 @@
+#include "toolkit/base/Lanes.h"
 #include "toolkit/core/CaseFolding.Private.h"
-#include "toolkit/core/Lanes.Private.h"
 #include "toolkit/core/SubstringSearch.Private.h"
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "toolkit/core/TString.h"
 
+#include "toolkit/base/Lanes.h"
+#include "toolkit/base/Numbers.h"
 #include "toolkit/core/CaseFolding.Private.h"
-#include "toolkit/core/Lanes.Private.h"
-#include "toolkit/core/Numbers.Private.h"
 #include "toolkit/core/SubstringSearch.Private.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "toolkit/datetime/DateTime.h"
 
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
 #include "toolkit/datetime/IsoText.Private.h"
 #include "toolkit/datetime/LocaleText.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/system/Locales.h"
 
 #include <wx/datetime.h>

@@ -1,6 +1,6 @@
 #include "toolkit/encoding/StringConvert.h"
 
-#include "toolkit/core/Numbers.Private.h"
+#include "toolkit/base/Numbers.h"
 
 #include <algorithm>
 #include <new>

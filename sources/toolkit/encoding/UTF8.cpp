@@ -1,6 +1,6 @@
 #include "toolkit/encoding/UTF8.h"
 
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 
 #include <cstdint>
 #include <exception>

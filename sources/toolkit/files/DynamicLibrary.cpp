@@ -1,6 +1,6 @@
 #include "toolkit/files/DynamicLibrary.h"
 
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/files/PathManager.h"
 
 #include <wx/dynlib.h>

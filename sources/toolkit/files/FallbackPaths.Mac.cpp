@@ -1,7 +1,7 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/UserAccount.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/PathManager.h"
-#include "toolkit/files/UserAccount.Private.h"
 
 #include <cstdint>
 #include <cstdlib>

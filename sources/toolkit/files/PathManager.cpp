@@ -1,10 +1,10 @@
 #include "toolkit/files/PathManager.h"
 
+#include "toolkit/base/UserAccount.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/core/Singleton.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/StandardPaths.Private.h"
-#include "toolkit/files/UserAccount.Private.h"
 
 #include <wx/filename.h>
 

@@ -1,6 +1,6 @@
+#include "toolkit/base/UserAccount.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/StandardPaths.Private.h"
-#include "toolkit/files/UserAccount.Private.h"
 
 #include <wx/app.h>
 #include <wx/filename.h>

@@ -1,6 +1,6 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
-#include "toolkit/files/FileDescriptor.Private.h"
-#include "toolkit/files/FileReplacement.Private.h"
+#include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/FileReplacement.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/files/TextFileLines.Private.h"
 
 #include <wx/strconv.h>

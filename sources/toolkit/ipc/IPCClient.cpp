@@ -1,6 +1,6 @@
 #include "toolkit/ipc/IPCClient.h"
 
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/ipc/IPCServicePath.Private.h"
 #include "toolkit/ipc/IPCWire.Private.h"
 #include "toolkit/ipc/LocalSocket.Private.h"

@@ -1,4 +1,4 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/ipc/IPCConnectionEventHelper.Private.h"
 #include "toolkit/ipc/IPCServer.h"
 

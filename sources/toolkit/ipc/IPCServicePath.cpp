@@ -1,5 +1,5 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
-#include "toolkit/files/FittingName.Private.h"
+#include "toolkit/base/FittingName.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/ipc/IPCServicePath.Private.h"
 
 #include <algorithm>

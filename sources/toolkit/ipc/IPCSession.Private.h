@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/files/FileDescriptor.Private.h"
+#include "toolkit/base/FileDescriptor.h"
 #include "toolkit/ipc/IPCMessageParser.Private.h"
 
 #include <wx/ipcbase.h>

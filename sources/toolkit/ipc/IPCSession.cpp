@@ -1,4 +1,4 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/ipc/IPCSession.Private.h"
 #include "toolkit/ipc/IPCWire.Private.h"
 #include "toolkit/ipc/LocalSocket.Private.h"

@@ -1,7 +1,7 @@
-#include "toolkit/files/FittingName.Private.h"
+#include "toolkit/base/FittingName.h"
+#include "toolkit/base/InstanceLock.h"
 #include "toolkit/ipc/LocalSocket.Private.h"
 #include "toolkit/ipc/SocketFile.Private.h"
-#include "toolkit/system/InstanceLock.Private.h"
 
 #include <cerrno>
 #include <chrono>

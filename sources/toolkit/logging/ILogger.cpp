@@ -1,8 +1,8 @@
 #include "toolkit/logging/ILogger.h"
 
-#include "toolkit/core/Numbers.Private.h"
+#include "toolkit/base/Numbers.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/core/Singleton.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
 #include "toolkit/logging/NullLogger.h"
 
 #include <cstring>

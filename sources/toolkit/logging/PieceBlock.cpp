@@ -1,4 +1,4 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/logging/PieceBlock.Private.h"
 
 #include <new>

@@ -1,7 +1,7 @@
 #include "toolkit/logging/WxLogForwarder.h"
 
+#include "toolkit/framework/InstalledForwarder.h"
 #include "toolkit/logging/ILogger.h"
-#include "toolkit/threading/InstalledForwarder.Private.h"
 
 namespace Toolkit {
 namespace {

@@ -1,8 +1,8 @@
 #include "toolkit/module/LibModuleManager.h"
 
 #include "toolkit/core/Assert.h"
-#include "toolkit/threading/Framework.Private.h"
-#include "toolkit/threading/InstalledForwarder.Private.h"
+#include "toolkit/framework/Framework.h"
+#include "toolkit/framework/InstalledForwarder.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,5 +1,5 @@
+#include "toolkit/base/StackSpace.h"
 #include "toolkit/regExp/PatternEngine.Private.h"
-#include "toolkit/regExp/StackSpace.Private.h"
 
 #include <pcre.h>
 

@@ -1,5 +1,5 @@
-#include "toolkit/core/Numbers.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Numbers.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/RegExp.Exceptions.h"
 

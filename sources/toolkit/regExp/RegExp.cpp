@@ -1,6 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/regExp/MatchGroups.Private.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/WholeMatchReplacement.Private.h"

@@ -1,4 +1,4 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/regExp/PatternEngine.Private.h"
 #include "toolkit/regExp/PatternTraits.Private.h"
 #include "toolkit/regExp/WholeMatchReplacement.Private.h"

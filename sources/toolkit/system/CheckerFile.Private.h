@@ -1,7 +1,7 @@
 #pragma once
 
+#include "toolkit/base/FileDescriptor.h"
 #include "toolkit/core/TString.h"
-#include "toolkit/files/FileDescriptor.Private.h"
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#include "toolkit/config/CommandLineTokens.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/CommandLineTokens.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/system/ChildProcess.Private.h"
 #include "toolkit/system/InheritedDescriptors.Private.h"
 

@@ -1,4 +1,4 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
 #include "toolkit/system/LocalePatterns.Private.h"
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -1,7 +1,7 @@
 #include "toolkit/system/Network.h"
 
-#include "toolkit/encoding/Utf8Codec.Private.h"
-#include "toolkit/files/FileDescriptor.Private.h"
+#include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/Utf8Codec.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,9 +1,9 @@
 #include "toolkit/system/SingleApplicationInstance.h"
 
+#include "toolkit/base/InstanceLock.h"
 #include "toolkit/core/Singleton.Private.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/system/CheckerFile.Private.h"
-#include "toolkit/system/InstanceLock.Private.h"
 
 namespace Toolkit {
 

@@ -1,6 +1,6 @@
 #include "toolkit/threading/FrameworkHold.h"
 
-#include "toolkit/threading/Framework.Private.h"
+#include "toolkit/framework/Framework.h"
 
 namespace Toolkit {
 

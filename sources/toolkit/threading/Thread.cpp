@@ -1,7 +1,7 @@
 #include "toolkit/threading/Thread.h"
 
 #include "toolkit/core/Assert.h"
-#include "toolkit/threading/ThreadLogTarget.Private.h"
+#include "toolkit/framework/ThreadLogTarget.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "toolkit/files/FileReplacement.Private.h"
+#include "toolkit/base/FileReplacement.h"
 
 #include <cstdlib>
 #include <fcntl.h>

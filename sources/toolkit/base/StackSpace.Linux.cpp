@@ -1,4 +1,4 @@
-#include "toolkit/regExp/StackSpace.Private.h"
+#include "toolkit/base/StackSpace.h"
 
 #include <pthread.h>
 

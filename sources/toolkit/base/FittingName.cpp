@@ -1,4 +1,4 @@
-#include "toolkit/files/FittingName.Private.h"
+#include "toolkit/base/FittingName.h"
 
 #include <cstdint>
 #include <cstdio>

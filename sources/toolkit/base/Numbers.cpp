@@ -1,4 +1,4 @@
-#include "toolkit/core/Numbers.Private.h"
+#include "toolkit/base/Numbers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,8 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
-#include "toolkit/files/FittingName.Private.h"
-#include "toolkit/files/UserAccount.Private.h"
-#include "toolkit/system/InstanceLock.Private.h"
+#include "toolkit/base/InstanceLock.h"
+
+#include "toolkit/base/FittingName.h"
+#include "toolkit/base/UserAccount.h"
+#include "toolkit/base/Utf8Codec.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,5 +1,6 @@
-#include "toolkit/encoding/Utf8Codec.Private.h"
-#include "toolkit/files/UserAccount.Private.h"
+#include "toolkit/base/UserAccount.h"
+
+#include "toolkit/base/Utf8Codec.h"
 
 #include <cerrno>
 #include <cstdlib>

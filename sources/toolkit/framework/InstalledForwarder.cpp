@@ -1,4 +1,4 @@
-#include "toolkit/threading/InstalledForwarder.Private.h"
+#include "toolkit/framework/InstalledForwarder.h"
 
 #include <mutex>
 

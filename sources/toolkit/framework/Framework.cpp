@@ -1,4 +1,4 @@
-#include "toolkit/threading/Framework.Private.h"
+#include "toolkit/framework/Framework.h"
 
 #include <wx/app.h>
 #include <wx/init.h>

@@ -1,4 +1,4 @@
-#include "toolkit/files/FileDescriptor.Private.h"
+#include "toolkit/base/FileDescriptor.h"
 
 #include <cerrno>
 #include <fcntl.h>

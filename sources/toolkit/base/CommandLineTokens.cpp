@@ -1,5 +1,6 @@
+#include "toolkit/base/CommandLineTokens.h"
+
 #include "toolkit/config/CmdLineParser.h"
-#include "toolkit/config/CommandLineTokens.Private.h"
 
 #include <algorithm>
 

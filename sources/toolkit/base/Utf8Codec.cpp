@@ -1,5 +1,6 @@
-#include "toolkit/core/Lanes.Private.h"
-#include "toolkit/encoding/Utf8Codec.Private.h"
+#include "toolkit/base/Utf8Codec.h"
+
+#include "toolkit/base/Lanes.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,5 +1,6 @@
-#include "toolkit/threading/InstalledForwarder.Private.h"
-#include "toolkit/threading/ThreadLogTarget.Private.h"
+#include "toolkit/framework/ThreadLogTarget.h"
+
+#include "toolkit/framework/InstalledForwarder.h"
 
 namespace Toolkit {
 namespace {
