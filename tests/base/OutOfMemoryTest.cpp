@@ -1,0 +1,48 @@
+#include "toolkit/base/OutOfMemory.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+namespace Toolkit {
+namespace {
+
+TEST(OutOfMemoryTest, ResultOrReturnsTheResult)
+{
+    EXPECT_EQ(ResultOr("failure", [] { return std::string("result"); }), "result");
+}
+
+TEST(OutOfMemoryTest, ResultOrReturnsTheFailureInsteadOfAnException)
+{
+    EXPECT_EQ(ResultOr(-1, []() -> int { throw std::bad_alloc(); }), -1);
+    EXPECT_EQ(ResultOr(-1, []() -> int { throw std::length_error("too long"); }), -1);
+}
+
+TEST(OutOfMemoryTest, ResultOrMovesItsResult)
+{
+    const auto result = ResultOr(nullptr, [] { return std::make_unique<int>(7); });
+
+    ASSERT_NE(result, nullptr);
+    EXPECT_EQ(*result, 7);
+}
+
+TEST(OutOfMemoryTest, CompletesTellsAnEndFromAnException)
+{
+    EXPECT_TRUE(Completes([] {}));
+    EXPECT_FALSE(Completes([] { throw std::bad_alloc(); }));
+}
+
+// The pointer by which a regular expression reports its failure is no std::exception.
+TEST(OutOfMemoryTest, WhatIsNoStandardExceptionPasses)
+{
+    struct Foreign {};
+
+    EXPECT_THROW(static_cast<void>(ResultOr(0, []() -> int { throw Foreign(); })), Foreign);
+    EXPECT_THROW(static_cast<void>(Completes([] { throw Foreign(); })), Foreign);
+}
+
+} // namespace
+} // namespace Toolkit
