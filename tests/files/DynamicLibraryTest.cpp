@@ -1,5 +1,7 @@
 #include "toolkit/files/DynamicLibrary.h"
 
+#include "toolkit/encoding/UTF8.h"
+
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 
@@ -89,6 +91,28 @@ TEST_F(DynamicLibraryTest, ALibraryThatCannotBeLoadedHasNothingAndSaysNothing)
         EXPECT_EQ(library.Detach(), nullptr);
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(DynamicLibraryTest, ReportsWhyALibraryWasNotLoaded)
+{
+    const ScopedLocale locale("C");
+    const std::pair<TString<wchar_t>, const char*> cases[] = {
+        {m_directory.File(L"missing.so"), "cannot open shared object file"},
+        {m_directory.WriteFile(L"te\u00E9t.so", "no library"), "file too short"},
+        {std::filesystem::path(UNRESOLVED_LIBRARY).wstring(), "undefined symbol"}};
+
+    for (const auto& [name, reason] : cases) {
+        const TString<wchar_t> error = DynamicLibrary(name).GetError();
+        EXPECT_TRUE(error.HasSubstring(name)) << UTF8::ToUTF8(error);
+        EXPECT_TRUE(error.HasSubstring(UTF8::ToUNICODE(reason))) << UTF8::ToUTF8(error);
+    }
+}
+
+TEST_F(DynamicLibraryTest, ReportsNoErrorForALibraryThatWasLoaded)
+{
+    EXPECT_EQ(DynamicLibrary().GetError(), L"");
+    EXPECT_EQ(DynamicLibrary(L"").GetError(), L"");
+    EXPECT_EQ(DynamicLibrary(Probe()).GetError(), L"");
 }
 
 TEST_F(DynamicLibraryTest, ALibraryWithASymbolThatIsNowhereIsNotLoaded)

@@ -146,6 +146,34 @@ TEST_F(FileLoggerTest, ProgramsThatAreStartedDoNotInheritTheFile)
     EXPECT_NE(FindOpenFile(Path()).flags & static_cast<unsigned int>(O_CLOEXEC), 0u);
 }
 
+TEST_F(FileLoggerTest, ReportsTheFileThatIsOpen)
+{
+    const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+
+    EXPECT_EQ(UTF8::ToUTF8(logger.GetPath(c_noLimit)), Path().native());
+    EXPECT_NE(FindOpenFile(Path()).position, -1);
+}
+
+TEST_F(FileLoggerTest, ReportsAFileWithATickCountInItsName)
+{
+    std::filesystem::create_directory(Path());
+    const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+
+    const std::string path = UTF8::ToUTF8(logger.GetPath(c_noLimit));
+
+    EXPECT_THAT(path, testing::MatchesRegex("/tmp/" + m_name + "-[0-9]+\\.qvlog"));
+    EXPECT_NE(FindOpenFile(path).position, -1);
+}
+
+TEST_F(FileLoggerTest, ReportsNoFileWhileNoneIsOpen)
+{
+    const NoDescriptors noDescriptors;
+    const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+
+    EXPECT_EQ(logger.GetPath(0), L"");
+    EXPECT_EQ(logger.GetPath(50), L"");
+}
+
 TEST_F(FileLoggerTest, GoesOnAtTheBeginningWhenTheLimitIsReached)
 {
     FileLogger logger(SeverityVerbose, Name(), 100);

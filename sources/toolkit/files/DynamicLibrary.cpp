@@ -22,6 +22,19 @@ TString<wchar_t> WithExtension(const TString<wchar_t>& name)
     return name + wxDynamicLibrary::GetDllExt(wxDL_LIBRARY).ToStdWstring();
 }
 
+// In UTF-8 whatever the locale, unless the message is translated for a locale of 8 bits.
+TString<wchar_t> LoaderError()
+{
+    const char* const error = ::dlerror();
+    const TString<char> bytes(error ? error : "unknown error");
+    TString<wchar_t> text = Utf8Codec::Decode(bytes);
+    if (text.empty()) {
+        for (const char byte : bytes)
+            text.push_back(static_cast<unsigned char>(byte));
+    }
+    return text;
+}
+
 } // namespace
 
 DynamicLibrary::DynamicLibrary() : m_library(std::make_unique<wxDynamicLibrary>()) {}
@@ -36,6 +49,8 @@ DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name)
     const TString<char> file = Utf8Codec::Encode(WithExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
+    else
+        m_error = LoaderError();
 }
 
 DynamicLibrary::~DynamicLibrary() = default;

@@ -20,9 +20,14 @@ public:
 
     /// Loads the library `name` at once, resolves all its symbols and makes them available to the
     /// libraries that are loaded later. A name without an extension gets the system's. Without a
-    /// directory the system's search order counts. When it fails, no symbol is found.
+    /// directory the system's search order counts. When it fails, no symbol is found and
+    /// GetError() says why.
     DynamicLibrary(const TString<wchar_t>& name);
     ~DynamicLibrary();
+
+    /// Why the library was not loaded, in the words of the system's loader: "/a/b.so: undefined
+    /// symbol: Draw". Empty when it was, and when the name is empty.
+    const TString<wchar_t>& GetError() const { return m_error; }
 
     /// The address of a symbol; null when there is none.
     void* GetSymbol(const TString<wchar_t>& name) const;
@@ -37,6 +42,7 @@ public:
 private:
     TString<wchar_t> m_name;
     std::unique_ptr<wxDynamicLibrary> m_library;
+    TString<wchar_t> m_error;
 };
 
 } // namespace Toolkit

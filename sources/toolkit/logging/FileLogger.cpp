@@ -56,6 +56,21 @@ try {
     // A text that finds no memory is lost: who logs has nobody to tell.
 }
 
+TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
+{
+    const unsigned int beginTicks = GetTickCount();
+    while (true) {
+        {
+            const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+            if (!m_path.empty())
+                return m_path;
+        }
+        if (GetTickCount() - beginTicks >= timeoutMs)
+            return {};
+        Sleep(c_openRetryMs);
+    }
+}
+
 int FileLogger::DoWork()
 {
     m_file = new FFile();
@@ -81,13 +96,22 @@ TString<wchar_t> FileLogger::MakePath(const TString<wchar_t>& suffix) const
 // False when the logger was stopped before a file could be opened.
 bool FileLogger::OpenFile()
 {
-    bool isOpen = m_file->OpenGuarded(MakePath(TString<wchar_t>::Empty()), c_strOpenMode);
+    bool isOpen = Open(TString<wchar_t>::Empty());
     while (!isOpen) {
         if (m_stopEvent->Wait(c_openRetryMs))
             return false;
-        const TString<wchar_t> ticks = StringConvert::UStringFromUint32(GetTickCount());
-        isOpen = m_file->OpenGuarded(MakePath(c_strTickSeparator + ticks), c_strOpenMode);
+        isOpen = Open(c_strTickSeparator + StringConvert::UStringFromUint32(GetTickCount()));
     }
+    return true;
+}
+
+bool FileLogger::Open(const TString<wchar_t>& suffix)
+{
+    TString<wchar_t> path = MakePath(suffix);
+    if (!m_file->OpenGuarded(path, c_strOpenMode))
+        return false;
+    const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+    m_path.swap(path);
     return true;
 }
 

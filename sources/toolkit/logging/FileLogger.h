@@ -53,6 +53,11 @@ public:
     /// be opened; a text for which there is no memory is left out.
     void Write(const TString<wchar_t>& text) override;
 
+    /// The path of the file that is really open, be it one with a tick count in its name. Waits
+    /// `timeoutMs` milliseconds at most for the writer thread to open one, in steps of 10; empty
+    /// when none is open by then. Any thread may call it.
+    TString<wchar_t> GetPath(unsigned int timeoutMs) const;
+
 protected:
     /// The writer thread. 1 when it was stopped before a file was opened, otherwise 0.
     int DoWork() override;
@@ -60,6 +65,7 @@ protected:
 private:
     TString<wchar_t> MakePath(const TString<wchar_t>& suffix) const;
     bool OpenFile();
+    bool Open(const TString<wchar_t>& suffix);
     bool WaitForData();
     bool Drain(PieceQueue& batch);
     void WriteBatch(const PieceQueue& batch);
@@ -67,7 +73,7 @@ private:
     void WrapAround();
 
     std::unique_ptr<PieceQueue> m_queue; // guarded by m_queueLock
-    Mutex m_queueLock;
+    mutable Mutex m_queueLock;
     smart_ptr<EventObject> m_dataEvent;
     smart_ptr<EventObject> m_stopEvent;
     TString<wchar_t> m_name;
@@ -76,6 +82,7 @@ private:
     // Taken at construction: the path manager may have gone before the writer thread opens its
     // file.
     TString<wchar_t> m_directory; // with a separator at its end
+    TString<wchar_t> m_path;      // guarded by m_queueLock; empty until a file is open
 };
 
 } // namespace Toolkit
