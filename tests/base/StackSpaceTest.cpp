@@ -6,7 +6,7 @@
 #include <ucontext.h>
 #include <vector>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 namespace {
 
 std::size_t s_leftOnOwnStack = 0;
@@ -21,7 +21,7 @@ std::size_t AskOnOwnStack(std::vector<char>& stack)
     there.uc_stack.ss_size = stack.size();
     there.uc_link = &here;
     makecontext(
-        &there, [] { s_leftOnOwnStack = StackSpaceLeft(); }, 0);
+        &there, [] { s_leftOnOwnStack = GetStackSpaceLeft(); }, 0);
     swapcontext(&here, &there);
     return s_leftOnOwnStack;
 }
@@ -40,8 +40,8 @@ TEST(StackSpaceTest, WhatIsLeftIsCountedDownToTheBegin)
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const std::size_t left = here - GetStackBounds().begin;
 
-    EXPECT_LE(StackSpaceLeft(), left);
-    EXPECT_GT(StackSpaceLeft(), left - 65536);
+    EXPECT_LE(GetStackSpaceLeft(), left);
+    EXPECT_GT(GetStackSpaceLeft(), left - 65536);
 }
 
 TEST(StackSpaceTest, EachThreadHasItsOwnBounds)
@@ -61,4 +61,4 @@ TEST(StackSpaceTest, LittleIsAssumedOnAStackThatTheSystemDoesNotKnow)
 }
 
 } // namespace
-} // namespace Toolkit
+} // namespace Toolkit::Base

@@ -13,7 +13,7 @@ namespace Toolkit {
 class ArchiveFile : public wxInputStream {
 public:
     /// Without an open file every read is an error.
-    explicit ArchiveFile(FileDescriptor file);
+    explicit ArchiveFile(Base::FileDescriptor file);
 
     bool IsSeekable() const override { return m_file.IsOpen(); }
 
@@ -28,7 +28,7 @@ protected:
 private:
     std::size_t ReadFile(char* buffer, std::size_t size);
 
-    FileDescriptor m_file;
+    Base::FileDescriptor m_file;
     wxFileOffset m_length = wxInvalidOffset;
     wxFileOffset m_position = 0;
     std::string m_bytes; // what stands in the file at m_bytesBegin

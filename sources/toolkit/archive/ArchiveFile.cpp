@@ -12,7 +12,7 @@ constexpr std::size_t c_bufferSize = 16384;
 
 } // namespace
 
-ArchiveFile::ArchiveFile(FileDescriptor file) : m_file(std::move(file))
+ArchiveFile::ArchiveFile(Base::FileDescriptor file) : m_file(std::move(file))
 {
     struct stat status {};
     if (m_file.IsOpen() && ::fstat(m_file.Get(), &status) == 0)

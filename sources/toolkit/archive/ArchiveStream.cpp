@@ -47,8 +47,8 @@ wxMBConv* EntryNameConverter::Clone() const
 
 std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& path)
 {
-    auto file =
-        std::make_unique<ArchiveFile>(FileDescriptor::OpenRegular(UTF8::ToUTF8(path), O_RDONLY));
+    auto file = std::make_unique<ArchiveFile>(
+        Base::FileDescriptor::OpenRegular(UTF8::ToUTF8(path), O_RDONLY));
     const bool isOpen = file->IsOk();
     auto archive = std::make_unique<ArchiveStream>(file.release());
     if (!isOpen)

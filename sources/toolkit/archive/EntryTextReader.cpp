@@ -1,6 +1,6 @@
 #include "toolkit/archive/ArchiveStream.Private.h"
 #include "toolkit/archive/EntryTextReader.Private.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include <wx/txtstrm.h>
 
@@ -102,7 +102,7 @@ bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
     // one that is cut off.
     const bool hidesMore = ahead[span->end] == '\r' && !IsPlainAscii(ahead[span->end + 1]);
     if (hidesMore || MayBeginMark(ahead.front()) || bytes.find('\0') != std::string_view::npos ||
-        !Utf8Codec::AppendDecoded(text, bytes.data(), bytes.size()))
+        !Base::AppendDecodedUtf8(text, bytes.data(), bytes.size()))
         return false;
     const bool isPair = ahead.compare(span->end, 2, "\r\n") == 0;
     stream->Skip(span->end + (isPair ? 2 : 1));

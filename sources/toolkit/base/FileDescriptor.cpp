@@ -6,7 +6,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 
 FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
 {
@@ -52,4 +52,4 @@ bool FileDescriptor::WriteAll(const char* bytes, std::size_t length) const
     return true;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

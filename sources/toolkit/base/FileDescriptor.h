@@ -4,7 +4,7 @@
 #include <string>
 #include <sys/types.h>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 
 /// An open file of the system, closed with its object. Programs that are started do not inherit it.
 class FileDescriptor {
@@ -35,4 +35,4 @@ private:
     int m_descriptor = -1;
 };
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 namespace {
 
 // The file that `path` leads to through symbolic links; `path` itself when there is none.
@@ -52,4 +52,4 @@ bool FileReplacement::Commit()
     return true;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 
 /// New contents for a file, which take its place as a whole or not at all.
 ///
@@ -29,4 +29,4 @@ private:
     FileDescriptor m_file;
 };
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

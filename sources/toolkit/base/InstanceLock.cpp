@@ -1,8 +1,8 @@
 #include "toolkit/base/InstanceLock.h"
 
-#include "toolkit/base/FittingName.h"
+#include "toolkit/base/ShortenName.h"
 #include "toolkit/base/UserAccount.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -11,18 +11,18 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 namespace {
 
 // File names end at 255 bytes.
 constexpr std::size_t c_longestName = 216;
 
-FileDescriptor OpenLockFile(const TString<wchar_t>& name)
+FileDescriptor OpenLockFile(const std::wstring& name)
 {
     if (name.empty())
         return {};
-    const std::string path = Utf8Codec::Encode(UserAccount::HomeDirectory()) + "/." +
-                             FittingName(Utf8Codec::Encode(name), c_longestName) + ".lock";
+    const std::string path = EncodeUtf8(GetHomeDirectory()) + "/." +
+                             ShortenName(EncodeUtf8(name), c_longestName) + ".lock";
     return FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
 }
 
@@ -39,7 +39,7 @@ InstanceLock* s_firstHeld = nullptr; // guarded by s_mutex
 
 } // namespace
 
-InstanceLock::InstanceLock(const TString<wchar_t>& name)
+InstanceLock::InstanceLock(const std::wstring& name)
     : m_file(OpenLockFile(name)), m_next(nullptr), m_state(State::Unavailable)
 {
     const std::lock_guard<std::mutex> guard(s_mutex);
@@ -83,4 +83,4 @@ bool InstanceLock::ShareWithThisProcess()
     return false;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "toolkit/base/FileDescriptor.h"
-#include "toolkit/core/TString.h"
 
-namespace Toolkit {
+#include <string>
+
+namespace Toolkit::Base {
 
 /// An advisory lock on a file in the user's home directory, which the system gives up when the
 /// process ends in whatever way. The file stays: removing it would let two processes lock different
@@ -15,7 +16,7 @@ public:
     enum class State { Held, HeldElsewhere, Unavailable };
 
     /// Tries to take the lock called `name`; without a name there is none.
-    explicit InstanceLock(const TString<wchar_t>& name);
+    explicit InstanceLock(const std::wstring& name);
     ~InstanceLock();
 
     InstanceLock(const InstanceLock&) = delete;
@@ -32,4 +33,4 @@ private:
     State m_state;
 };
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

@@ -11,7 +11,7 @@
 #include <sstream>
 #include <type_traits>
 
-namespace Toolkit::Numbers {
+namespace Toolkit::Base {
 namespace {
 
 // White space of the classic locale.
@@ -211,7 +211,7 @@ void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
 } // namespace
 
 template <typename Char, typename Number>
-void Parse(const std::basic_string<Char>& text, Number& value)
+void ParseNumber(const std::basic_string<Char>& text, Number& value)
 {
     const Char* const begin = text.data();
     if constexpr (std::is_floating_point_v<Number>)
@@ -220,32 +220,32 @@ void Parse(const std::basic_string<Char>& text, Number& value)
         ParseInteger(begin, begin + text.size(), value);
 }
 
-template void Parse(const std::string&, int&);
-template void Parse(const std::string&, unsigned int&);
-template void Parse(const std::string&, long long&);
-template void Parse(const std::string&, unsigned long long&);
-template void Parse(const std::string&, double&);
-template void Parse(const std::wstring&, int&);
-template void Parse(const std::wstring&, unsigned int&);
-template void Parse(const std::wstring&, long long&);
-template void Parse(const std::wstring&, unsigned long long&);
-template void Parse(const std::wstring&, double&);
+template void ParseNumber(const std::string&, int&);
+template void ParseNumber(const std::string&, unsigned int&);
+template void ParseNumber(const std::string&, long long&);
+template void ParseNumber(const std::string&, unsigned long long&);
+template void ParseNumber(const std::string&, double&);
+template void ParseNumber(const std::wstring&, int&);
+template void ParseNumber(const std::wstring&, unsigned int&);
+template void ParseNumber(const std::wstring&, long long&);
+template void ParseNumber(const std::wstring&, unsigned long long&);
+template void ParseNumber(const std::wstring&, double&);
 
 template <typename Char>
-Text<Char>::Text(long long value)
+NumberText<Char>::NumberText(long long value)
 {
     const auto bits = static_cast<unsigned long long>(value);
     WriteInteger(value < 0 ? 0 - bits : bits, value < 0);
 }
 
 template <typename Char>
-Text<Char>::Text(unsigned long long value)
+NumberText<Char>::NumberText(unsigned long long value)
 {
     WriteInteger(value, false);
 }
 
 template <typename Char>
-Text<Char>::Text(double value) : m_begin(m_buffer)
+NumberText<Char>::NumberText(double value) : m_begin(m_buffer)
 {
     constexpr int significantDigits = 6;
     char narrow[c_capacity];
@@ -257,7 +257,7 @@ Text<Char>::Text(double value) : m_begin(m_buffer)
 }
 
 template <typename Char>
-void Text<Char>::WriteInteger(unsigned long long magnitude, bool isNegative)
+void NumberText<Char>::WriteInteger(unsigned long long magnitude, bool isNegative)
 {
     Char* const end = m_buffer + c_capacity;
     Char* begin = end - CountDigits(magnitude);
@@ -271,7 +271,7 @@ void Text<Char>::WriteInteger(unsigned long long magnitude, bool isNegative)
 // In memory of its own size from the start: digits that are written in pairs and copied at once
 // afterwards make a processor wait.
 template <typename Char, typename Integer>
-std::basic_string<Char> ToString(Integer value)
+std::basic_string<Char> FormatInteger(Integer value)
 {
     using Unsigned = std::make_unsigned_t<Integer>;
 
@@ -283,16 +283,16 @@ std::basic_string<Char> ToString(Integer value)
     return text;
 }
 
-template class Text<char>;
-template class Text<wchar_t>;
+template class NumberText<char>;
+template class NumberText<wchar_t>;
 
-template std::string ToString<char>(int);
-template std::string ToString<char>(unsigned int);
-template std::string ToString<char>(long long);
-template std::string ToString<char>(unsigned long long);
-template std::wstring ToString<wchar_t>(int);
-template std::wstring ToString<wchar_t>(unsigned int);
-template std::wstring ToString<wchar_t>(long long);
-template std::wstring ToString<wchar_t>(unsigned long long);
+template std::string FormatInteger<char>(int);
+template std::string FormatInteger<char>(unsigned int);
+template std::string FormatInteger<char>(long long);
+template std::string FormatInteger<char>(unsigned long long);
+template std::wstring FormatInteger<wchar_t>(int);
+template std::wstring FormatInteger<wchar_t>(unsigned int);
+template std::wstring FormatInteger<wchar_t>(long long);
+template std::wstring FormatInteger<wchar_t>(unsigned long long);
 
-} // namespace Toolkit::Numbers
+} // namespace Toolkit::Base

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <string>
 
-/// Numbers in text as the standard streams read and write them under the classic locale, whatever
-/// the global C++ locale is: decimal, no grouping.
-namespace Toolkit::Numbers {
+// Numbers in text as the standard streams read and write them under the classic locale, whatever
+// the global C++ locale is: decimal, no grouping.
+namespace Toolkit::Base {
 
 /// Reads the number that `text` begins with, after white space. Without one `value` is unchanged; a
 /// number out of range sets the limit of its type, a negative one for an unsigned type wraps
@@ -13,21 +13,21 @@ namespace Toolkit::Numbers {
 ///
 /// Defined for char and wchar_t, and for the types that the library reads.
 template <typename Char, typename Number>
-void Parse(const std::basic_string<Char>& text, Number& value);
+void ParseNumber(const std::basic_string<Char>& text, Number& value);
 
 /// The text of a number, in characters of its own.
 ///
 /// Integers come as plain digits, floating-point numbers with six significant digits in the shorter
 /// of the fixed and the scientific notation.
 template <typename Char>
-class Text {
+class NumberText {
 public:
-    explicit Text(long long value);
-    explicit Text(unsigned long long value);
-    explicit Text(double value);
+    explicit NumberText(long long value);
+    explicit NumberText(unsigned long long value);
+    explicit NumberText(double value);
 
-    Text(const Text&) = delete;
-    Text& operator=(const Text&) = delete;
+    NumberText(const NumberText&) = delete;
+    NumberText& operator=(const NumberText&) = delete;
 
     const Char* Data() const { return m_begin; }
     std::size_t Length() const { return m_length; }
@@ -46,8 +46,8 @@ private:
 
 /// The same for an integer as a string, written in place.
 ///
-/// Defined for char and wchar_t, and for the integers that Parse() reads.
+/// Defined for char and wchar_t, and for the integers that ParseNumber() reads.
 template <typename Char, typename Integer>
-std::basic_string<Char> ToString(Integer value);
+std::basic_string<Char> FormatInteger(Integer value);
 
-} // namespace Toolkit::Numbers
+} // namespace Toolkit::Base

@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 
 StackBounds GetStackBounds()
 {
@@ -20,4 +20,4 @@ StackBounds GetStackBounds()
     return {begin, begin + size};
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

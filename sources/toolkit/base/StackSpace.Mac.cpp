@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 
 StackBounds GetStackBounds()
 {
@@ -11,4 +11,4 @@ StackBounds GetStackBounds()
     return {end - pthread_get_stacksize_np(self), end};
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

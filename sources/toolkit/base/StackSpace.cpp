@@ -1,6 +1,6 @@
 #include "toolkit/base/StackSpace.h"
 
-namespace Toolkit {
+namespace Toolkit::Base {
 namespace {
 
 // Stacks that programs make themselves, for coroutines and signal handlers, can be this small.
@@ -8,7 +8,7 @@ constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
 } // namespace
 
-std::size_t StackSpaceLeft()
+std::size_t GetStackSpaceLeft()
 {
     // Asking costs a system call or a file of the kernel's; a thread keeps its stack.
     static thread_local constinit StackBounds bounds{0, 0};
@@ -19,4 +19,4 @@ std::size_t StackSpaceLeft()
     return isInside ? here - bounds.begin : c_assumedSpace;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

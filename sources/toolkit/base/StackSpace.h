@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 
 /// The addresses of a thread's stack, which grows from `end` down to `begin`.
 struct StackBounds {
@@ -17,6 +17,6 @@ StackBounds GetStackBounds();
 /// How many bytes of its stack the calling thread has left, counted from the caller's frame.
 ///
 /// A small number is assumed where the thread runs on a stack that the system does not know.
-std::size_t StackSpaceLeft();
+std::size_t GetStackSpaceLeft();
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

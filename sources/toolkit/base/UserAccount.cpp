@@ -1,6 +1,6 @@
 #include "toolkit/base/UserAccount.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace Toolkit::UserAccount {
+namespace Toolkit::Base {
 namespace {
 
 // One text of this user's entry in the user database.
@@ -29,18 +29,18 @@ std::string ReadEntry(char* passwd::*field)
 
 } // namespace
 
-TString<wchar_t> LoginName()
+std::wstring GetLoginName()
 {
-    return Utf8Codec::Decode(ReadEntry(&passwd::pw_name));
+    return DecodeUtf8(ReadEntry(&passwd::pw_name));
 }
 
-TString<wchar_t> HomeDirectory()
+std::wstring GetHomeDirectory()
 {
     const char* const home = std::getenv("HOME");
-    TString<wchar_t> directory = Utf8Codec::Decode(home);
+    std::wstring directory = DecodeUtf8(home);
     if (directory.empty())
-        directory = Utf8Codec::Decode(ReadEntry(&passwd::pw_dir));
+        directory = DecodeUtf8(ReadEntry(&passwd::pw_dir));
     return directory;
 }
 
-} // namespace Toolkit::UserAccount
+} // namespace Toolkit::Base

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "toolkit/core/TString.h"
+#include <string>
 
-/// The account that the process runs under, from the system's user database. Texts are empty when
-/// the database does not know it.
-namespace Toolkit::UserAccount {
+// The account that the process runs under, from the system's user database. The texts are empty
+// when the database does not know it.
+namespace Toolkit::Base {
 
-TString<wchar_t> LoginName();
+std::wstring GetLoginName();
 
 /// What HOME names, whether it exists or not; without HOME the directory of the user database.
-TString<wchar_t> HomeDirectory();
+std::wstring GetHomeDirectory();
 
-} // namespace Toolkit::UserAccount
+} // namespace Toolkit::Base

@@ -1,7 +1,7 @@
 #include "toolkit/config/CmdLineParser.h"
 
-#include "toolkit/base/CommandLineTokens.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/TokenizeCommandLine.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
@@ -53,7 +53,7 @@ void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
 try {
     for (int i = 0; argv && i < argc && argv[i]; ++i) {
         if constexpr (std::is_same_v<Char, char>)
-            m_tokens.push_back(Utf8Codec::Decode(argv[i]));
+            m_tokens.push_back(Base::DecodeUtf8(argv[i]));
         else
             m_tokens.emplace_back(argv[i]);
     }
@@ -71,8 +71,13 @@ try {
 
 void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)
 try {
-    // The line may be one of the old tokens.
-    tokens = CommandLineTokens(line);
+    const auto found = Base::TokenizeCommandLine(line, c_strSeparators, c_strDelimiters.front());
+    // Not assigned in place: the line may be one of the old tokens.
+    std::vector<TString<wchar_t>> copies;
+    copies.reserve(found.size());
+    for (const std::wstring_view token : found)
+        copies.emplace_back(std::wstring(token));
+    tokens.swap(copies);
 } catch (const std::bad_alloc&) {
     tokens.clear();
 }

@@ -1,6 +1,6 @@
 #include "toolkit/config/IniFile.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/TextFileLines.Private.h"
 #include "toolkit/logging/Log.h"
 
@@ -31,7 +31,7 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
 // As a `TextFile` does, which would take a line for empty that finds no memory.
 bool Load(TextFileLines& file, const TString<wchar_t>& name)
 try {
-    return file.Load(Utf8Codec::Encode(name));
+    return file.Load(Base::EncodeUtf8(name));
 } catch (const std::exception&) {
     return false;
 }

@@ -1,7 +1,7 @@
 #include "toolkit/core/FSStream.h"
 
 #include "toolkit/base/FileDescriptor.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/core/StreamResult.h"
 
 #include <wx/file.h>
@@ -44,16 +44,18 @@ int FlagsOfMode(FSStream::OpenMode mode)
 
 // A pipe is no storage that could be read back, and without O_NONBLOCK opening one may never
 // return.
-FileDescriptor OpenStorage(const TString<wchar_t>& path, FSStream::OpenMode mode)
+Base::FileDescriptor OpenStorage(const TString<wchar_t>& path, FSStream::OpenMode mode)
 {
     constexpr mode_t everyone = 0666;
 
-    const TString<char> name = Utf8Codec::Encode(path);
-    FileDescriptor file(::open(name.c_str(), FlagsOfMode(mode) | O_NONBLOCK | O_CLOEXEC, everyone));
+    const TString<char> name = Base::EncodeUtf8(path);
+    Base::FileDescriptor file(
+        ::open(name.c_str(), FlagsOfMode(mode) | O_NONBLOCK | O_CLOEXEC, everyone));
     struct stat status {};
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
         return {};
-    return S_ISREG(status.st_mode) || S_ISCHR(status.st_mode) ? std::move(file) : FileDescriptor();
+    return S_ISREG(status.st_mode) || S_ISCHR(status.st_mode) ? std::move(file)
+                                                              : Base::FileDescriptor();
 }
 
 bool WriteAll(int file, const void* data, std::size_t size)
@@ -104,7 +106,7 @@ bool ReadCharacters(int file, std::size_t size, std::wstring& text)
 
 FSStream::FSStream(const TString<wchar_t>& path, OpenMode mode) : m_file(std::make_unique<wxFile>())
 {
-    FileDescriptor file = OpenStorage(path, mode);
+    Base::FileDescriptor file = OpenStorage(path, mode);
     // The framework only holds the descriptor: its own operations print a message for every
     // failure.
     if (file.IsOpen())

@@ -89,12 +89,12 @@ private:
     bool MayStartInBlock(const Char* text) const
     {
         const Char* const ends = text + m_length - 1;
-        auto found = Lanes::Of<Number>{} != Lanes::Of<Number>{};
-        for (std::size_t i = 0; i < c_blockLength; i += Lanes::c_count<Number>) {
-            found |= m_first.Admits(Lanes::Load<Number>(text + i)) &
-                     m_last.Admits(Lanes::Load<Number>(ends + i));
+        auto found = Base::Lanes<Number>{} != Base::Lanes<Number>{};
+        for (std::size_t i = 0; i < c_blockLength; i += Base::c_laneCount<Number>) {
+            found |= m_first.Admits(Base::LoadLanes<Number>(text + i)) &
+                     m_last.Admits(Base::LoadLanes<Number>(ends + i));
         }
-        return !Lanes::IsZero(found);
+        return !Base::AreAllZero(found);
     }
 
     bool StartsAmong(const Char* text, std::size_t positions) const

@@ -13,7 +13,7 @@
 
 namespace {
 
-namespace Lanes = Toolkit::Lanes;
+namespace Base = Toolkit::Base;
 using Toolkit::CaseFolding::FoldForComparison;
 
 // The bit in which a letter of ASCII and its capital differ.
@@ -32,17 +32,17 @@ bool LocaleFoldsAsciiPlainly()
 // True when both blocks are ASCII and equal but for their case.
 bool IsSameAsciiBlock(const wchar_t* left, const wchar_t* right)
 {
-    using Characters = Lanes::Of<std::int32_t>;
+    using Characters = Base::Lanes<std::int32_t>;
     Characters wrong = {};
-    for (std::size_t i = 0; i < c_blockLength; i += Lanes::c_count<std::int32_t>) {
-        const auto a = Lanes::Load<std::int32_t>(left + i);
-        const auto b = Lanes::Load<std::int32_t>(right + i);
+    for (std::size_t i = 0; i < c_blockLength; i += Base::c_laneCount<std::int32_t>) {
+        const auto a = Base::LoadLanes<std::int32_t>(left + i);
+        const auto b = Base::LoadLanes<std::int32_t>(right + i);
         const Characters folded = a | c_asciiCaseBit;
         const Characters isLetter = (folded >= 'a') & (folded <= 'z');
         wrong |= (a ^ b) & ~(isLetter & c_asciiCaseBit);
         wrong |= (a | b) & ~0x7F;
     }
-    return Lanes::IsZero(wrong);
+    return Base::AreAllZero(wrong);
 }
 
 // Compares `length` folded characters; -1, 0 or 1.
@@ -350,7 +350,7 @@ template <>
 unsigned int TString<wchar_t>::ToUint32() const
 {
     unsigned int value = 0;
-    Toolkit::Numbers::Parse(*this, value);
+    Base::ParseNumber(*this, value);
     return value;
 }
 
@@ -358,7 +358,7 @@ template <>
 int TString<wchar_t>::ToInt32() const
 {
     int value = 0;
-    Toolkit::Numbers::Parse(*this, value);
+    Base::ParseNumber(*this, value);
     return value;
 }
 

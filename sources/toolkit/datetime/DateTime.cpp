@@ -1,6 +1,6 @@
 #include "toolkit/datetime/DateTime.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
 #include "toolkit/datetime/IsoText.Private.h"
 #include "toolkit/datetime/LocaleText.Private.h"
@@ -209,7 +209,7 @@ void DateTime::GetIsoString(TString<char>& out, bool utc) const
 {
     TString<wchar_t> text;
     GetIsoString(text, utc);
-    out = Utf8Codec::Encode(text);
+    out = Base::EncodeUtf8(text);
 }
 
 bool DateTime::ParseIsoString(const TString<wchar_t>& text)
@@ -221,7 +221,7 @@ bool DateTime::ParseIsoString(const TString<wchar_t>& text)
 
 bool DateTime::ParseIsoString(const TString<char>& text)
 try {
-    return ParseIsoString(Utf8Codec::Decode(text));
+    return ParseIsoString(Base::DecodeUtf8(text));
 } catch (const std::exception&) {
     *m_value = wxDateTime();
     return false;

@@ -69,7 +69,7 @@ private:
 // Two digits at least.
 void AppendNumber(std::wstring& out, long long value)
 {
-    const Numbers::Text<wchar_t> digits(value);
+    const Base::NumberText<wchar_t> digits(value);
     if (digits.Length() < 2)
         out.push_back(L'0');
     out.append(digits.Data(), digits.Length());

@@ -13,7 +13,7 @@ namespace {
 template <typename Char, typename Number>
 bool Parse(const TString<Char>& text, Number& value)
 try {
-    Numbers::Parse<Char>(text, value);
+    Base::ParseNumber<Char>(text, value);
     return true;
 } catch (const std::bad_alloc&) {
     return true;
@@ -24,9 +24,9 @@ template <typename Char, typename Number>
 TString<Char> ToText(Number value)
 try {
     if constexpr (std::is_floating_point_v<Number>)
-        return Numbers::Text<Char>(value).String();
+        return Base::NumberText<Char>(value).String();
     else
-        return Numbers::ToString<Char>(value);
+        return Base::FormatInteger<Char>(value);
 } catch (const std::bad_alloc&) {
     return {};
 }

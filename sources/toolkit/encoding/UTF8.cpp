@@ -1,6 +1,6 @@
 #include "toolkit/encoding/UTF8.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include <cstdint>
 #include <exception>
@@ -25,14 +25,14 @@ std::size_t EncodedLength(const wchar_t* text)
 
 TString<char> UTF8::ToUTF8(const TString<wchar_t>& text)
 try {
-    return Utf8Codec::Encode(text);
+    return Base::EncodeUtf8(text);
 } catch (const std::exception&) {
     return {};
 }
 
 TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
 try {
-    return Utf8Codec::Decode(text);
+    return Base::DecodeUtf8(text);
 } catch (const std::exception&) {
     return {};
 }

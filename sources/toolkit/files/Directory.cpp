@@ -1,6 +1,6 @@
 #include "toolkit/files/Directory.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
 
 #include <wx/filefn.h>
@@ -44,7 +44,7 @@ TString<wchar_t> NameOf(const dirent& entry)
 {
     TString<wchar_t> name;
     const std::string_view bytes = entry.d_name;
-    if (Utf8Codec::AppendDecoded(name, bytes.data(), bytes.size()))
+    if (Base::AppendDecodedUtf8(name, bytes.data(), bytes.size()))
         return name;
     for (const char byte : bytes)
         name.push_back(static_cast<unsigned char>(byte));
@@ -62,7 +62,7 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
                   std::vector<TString<wchar_t>>& names)
 try {
     names.clear();
-    const OpenDirectory directory(::opendir(Utf8Codec::Encode(path).c_str()));
+    const OpenDirectory directory(::opendir(Base::EncodeUtf8(path).c_str()));
     if (!directory)
         return 0;
     while (const dirent* const entry = ::readdir(directory.get())) {
@@ -118,7 +118,7 @@ try {
     if (path.empty())
         return false;
     std::error_code ignored;
-    std::filesystem::create_directories(std::string(Utf8Codec::Encode(path)), ignored);
+    std::filesystem::create_directories(std::string(Base::EncodeUtf8(path)), ignored);
     return Exist(path);
 } catch (const std::exception&) {
     return false;
@@ -132,7 +132,7 @@ bool Directory::Exist(const TString<wchar_t>& path)
 bool Directory::RemoveFile(const TString<wchar_t>& path)
 {
     // remove() would take an empty directory too.
-    return ::unlink(Utf8Codec::Encode(path).c_str()) == 0;
+    return ::unlink(Base::EncodeUtf8(path).c_str()) == 0;
 }
 
 } // namespace Toolkit

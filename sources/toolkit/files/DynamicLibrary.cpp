@@ -1,6 +1,6 @@
 #include "toolkit/files/DynamicLibrary.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
 
 #include <wx/dynlib.h>
@@ -27,7 +27,7 @@ TString<wchar_t> LoaderError()
 {
     const char* const error = ::dlerror();
     const TString<char> bytes(error ? error : "unknown error");
-    TString<wchar_t> text = Utf8Codec::Decode(bytes);
+    TString<wchar_t> text = Base::DecodeUtf8(bytes);
     if (text.empty()) {
         for (const char byte : bytes)
             text.push_back(static_cast<unsigned char>(byte));
@@ -46,7 +46,7 @@ DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name)
         return;
     // The framework only holds the handle: its own loading reports what is missing, and knows names
     // in the encoding of the locale alone.
-    const TString<char> file = Utf8Codec::Encode(WithExtension(name));
+    const TString<char> file = Base::EncodeUtf8(WithExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
     else
@@ -59,7 +59,7 @@ void* DynamicLibrary::GetSymbol(const TString<wchar_t>& name) const
 {
     if (!m_library->IsLoaded())
         return nullptr;
-    return ::dlsym(m_library->GetLibHandle(), Utf8Codec::Encode(name).c_str());
+    return ::dlsym(m_library->GetLibHandle(), Base::EncodeUtf8(name).c_str());
 }
 
 void* DynamicLibrary::Detach()

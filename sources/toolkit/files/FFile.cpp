@@ -1,7 +1,7 @@
 #include "toolkit/files/FFile.h"
 
 #include "toolkit/base/FileDescriptor.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include <wx/ffile.h>
 
@@ -35,7 +35,7 @@ std::optional<int> FlagsOfMode(const std::string& mode)
 }
 
 // Whether a file that was found in a public directory can be trusted to be this user's own.
-bool IsOwnFile(const FileDescriptor& file)
+bool IsOwnFile(const Base::FileDescriptor& file)
 {
     struct stat status {};
     return ::fstat(file.Get(), &status) == 0 && status.st_uid == ::geteuid() &&
@@ -44,7 +44,7 @@ bool IsOwnFile(const FileDescriptor& file)
 
 // Hands `descriptor` over to `file`. The framework only holds the stream: its own operations print
 // a message for every failure.
-bool Attach(wxFFile& file, FileDescriptor descriptor, const std::string& mode)
+bool Attach(wxFFile& file, Base::FileDescriptor descriptor, const std::string& mode)
 {
     if (!descriptor.IsOpen())
         return false;
@@ -68,10 +68,11 @@ FFile::~FFile()
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 try {
     Close();
-    const TString<char> modeText = Utf8Codec::Encode(mode);
+    const TString<char> modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
     if (!flags ||
-        !Attach(*m_file, FileDescriptor::OpenRegular(Utf8Codec::Encode(name), *flags), modeText))
+        !Attach(*m_file, Base::FileDescriptor::OpenRegular(Base::EncodeUtf8(name), *flags),
+                modeText))
         return false;
     // Such a file stands at its end from the start, which fdopen() leaves to its caller.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
@@ -86,12 +87,12 @@ bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mo
 
     Close();
     // Nothing is truncated before it has been looked at.
-    FileDescriptor file = FileDescriptor::OpenRegular(Utf8Codec::Encode(name),
-                                                      O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
+    Base::FileDescriptor file = Base::FileDescriptor::OpenRegular(
+        Base::EncodeUtf8(name), O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
     if (!file.IsOpen() || !IsOwnFile(file) || ::fchmod(file.Get(), ownerOnly) != 0 ||
         ::ftruncate(file.Get(), 0) != 0)
         return false;
-    if (!Attach(*m_file, std::move(file), Utf8Codec::Encode(mode)))
+    if (!Attach(*m_file, std::move(file), Base::EncodeUtf8(mode)))
         return false;
     // Each write reaches the system as it was made: a buffer would cut it at its own size.
     return std::setvbuf(m_file->fp(), nullptr, _IONBF, 0) == 0;
@@ -110,7 +111,7 @@ bool FFile::Read(void* buffer, unsigned int count)
 void FFile::Write(const TString<wchar_t>& text)
 try {
     std::string bytes;
-    if (Utf8Codec::AppendEncoded(bytes, text.data(), text.size()))
+    if (Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
         WriteBytes(bytes.data(), bytes.size());
 } catch (const std::exception&) {
     // Nobody is told what becomes of a text.
@@ -177,7 +178,7 @@ bool FFile::SeekTo(long long offset, int origin)
 bool FFile::Exists(const TString<wchar_t>& name)
 try {
     struct stat status {};
-    return ::stat(Utf8Codec::Encode(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    return ::stat(Base::EncodeUtf8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 } catch (const std::exception&) {
     return false;
 }

@@ -1,5 +1,5 @@
 #include "toolkit/base/UserAccount.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/files/TextFile.h"
@@ -34,9 +34,9 @@ TString<wchar_t> InstallPrefix()
 // The file with the user's own directories (XDG user-dirs).
 TString<wchar_t> UserDirectoriesFile()
 {
-    TString<wchar_t> directory = Utf8Codec::Decode(std::getenv("XDG_CONFIG_HOME"));
+    TString<wchar_t> directory = Base::DecodeUtf8(std::getenv("XDG_CONFIG_HOME"));
     if (directory.empty())
-        directory = UserAccount::HomeDirectory() + L"/.config";
+        directory = Base::GetHomeDirectory() + L"/.config";
     return directory + L"/user-dirs.dirs";
 }
 
@@ -52,7 +52,7 @@ TString<wchar_t> ParseDocumentsLine(const TString<wchar_t>& line)
     value.Replace(L"\"", TString<wchar_t>::Empty());
     const std::wstring home = L"$HOME";
     if (value.compare(0, home.size(), home) == 0)
-        value.replace(0, home.size(), UserAccount::HomeDirectory());
+        value.replace(0, home.size(), Base::GetHomeDirectory());
     return PathManager::DirExists(value) ? value : TString<wchar_t>();
 }
 
@@ -62,7 +62,7 @@ TString<wchar_t> ExecutablePath()
 {
     std::error_code error;
     const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-    return Utf8Codec::Decode(path.native());
+    return Base::DecodeUtf8(path.native());
 }
 
 TString<wchar_t> DataDirectory()
@@ -77,7 +77,7 @@ TString<wchar_t> ResourcesDirectory()
 
 TString<wchar_t> UserLocalDataDirectory()
 {
-    return UserAccount::HomeDirectory() + L"/." + ApplicationName();
+    return Base::GetHomeDirectory() + L"/." + ApplicationName();
 }
 
 TString<wchar_t> DocumentsDirectory()
@@ -87,7 +87,7 @@ TString<wchar_t> DocumentsDirectory()
     TString<wchar_t> directory = ParseDocumentsLine(file.GetFirstLine());
     while (directory.empty() && !file.Eof())
         directory = ParseDocumentsLine(file.GetNextLine());
-    return directory.empty() ? UserAccount::HomeDirectory() : directory;
+    return directory.empty() ? Base::GetHomeDirectory() : directory;
 }
 
 } // namespace Toolkit::FallbackPaths

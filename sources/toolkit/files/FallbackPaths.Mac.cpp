@@ -1,5 +1,5 @@
 #include "toolkit/base/UserAccount.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/PathManager.h"
 
@@ -42,7 +42,7 @@ TString<wchar_t> ExecutablePath()
         return {};
     const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
                                                                &std::free);
-    return Utf8Codec::Decode(resolved ? resolved.get() : path.c_str());
+    return Base::DecodeUtf8(resolved ? resolved.get() : path.c_str());
 }
 
 TString<wchar_t> DataDirectory()
@@ -57,12 +57,12 @@ TString<wchar_t> ResourcesDirectory()
 
 TString<wchar_t> UserLocalDataDirectory()
 {
-    return UserAccount::HomeDirectory() + L"/Library/Application Support/" + ApplicationName();
+    return Base::GetHomeDirectory() + L"/Library/Application Support/" + ApplicationName();
 }
 
 TString<wchar_t> DocumentsDirectory()
 {
-    return UserAccount::HomeDirectory() + L"/Documents";
+    return Base::GetHomeDirectory() + L"/Documents";
 }
 
 } // namespace Toolkit::FallbackPaths

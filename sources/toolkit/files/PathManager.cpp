@@ -1,7 +1,7 @@
 #include "toolkit/files/PathManager.h"
 
 #include "toolkit/base/UserAccount.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/core/Singleton.Private.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/StandardPaths.Private.h"
@@ -23,7 +23,7 @@ TString<wchar_t> ToText(const wxString& text)
 void CreateDirectories(const TString<wchar_t>& path)
 try {
     std::error_code ignored;
-    std::filesystem::create_directories(std::string(Utf8Codec::Encode(path)), ignored);
+    std::filesystem::create_directories(std::string(Base::EncodeUtf8(path)), ignored);
 } catch (const std::exception&) {
     // Nobody is told that it failed.
 }
@@ -37,7 +37,7 @@ TString<wchar_t> WorkingDirectory()
 {
     std::error_code error;
     const std::filesystem::path directory = std::filesystem::current_path(error);
-    return Utf8Codec::Decode(directory.native());
+    return Base::DecodeUtf8(directory.native());
 }
 
 } // namespace
@@ -87,7 +87,7 @@ TString<wchar_t> PathManager::MakeUniqueName() const
     TString<wchar_t> name = m_applicationPath;
     name.Replace(m_pathSeparator, TString<wchar_t>::Empty());
     name.Replace(L":", TString<wchar_t>::Empty());
-    name += m_applicationName + UserAccount::LoginName();
+    name += m_applicationName + Base::GetLoginName();
     return name.ToLower();
 }
 
@@ -177,7 +177,7 @@ bool PathManager::FileExists(const TString<wchar_t>& path)
 bool PathManager::DirExists(const TString<wchar_t>& path)
 try {
     std::error_code ignored;
-    return std::filesystem::is_directory(std::string(Utf8Codec::Encode(path)), ignored);
+    return std::filesystem::is_directory(std::string(Base::EncodeUtf8(path)), ignored);
 } catch (const std::exception&) {
     return false;
 }

@@ -20,7 +20,7 @@ bool FrameworkCanTell()
 {
     return wxAppConsole::GetInstance() &&
            ToText(wxStandardPaths::Get().GetExecutablePath()) == FallbackPaths::ExecutablePath() &&
-           ToText(wxFileName::GetHomeDir()) == UserAccount::HomeDirectory();
+           ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "toolkit/files/TextFile.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/TextFileLines.Private.h"
 
 #include <exception>
@@ -25,7 +25,7 @@ TextFile::~TextFile() = default;
 bool TextFile::Open(const TString<wchar_t>& name)
 {
     try {
-        return m_lines->Load(Utf8Codec::Encode(name));
+        return m_lines->Load(Base::EncodeUtf8(name));
     } catch (const std::exception&) {
         // A file that does not fit into memory is one that cannot be read.
         m_lines->Unload();

@@ -1,6 +1,6 @@
 #include "toolkit/base/FileDescriptor.h"
 #include "toolkit/base/FileReplacement.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/TextFileLines.Private.h"
 
 #include <wx/strconv.h>
@@ -78,7 +78,7 @@ bool ReadWholeFile(const std::string& path, std::string& bytes)
 {
     constexpr std::size_t blockSize = 65536;
 
-    const FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDONLY);
+    const Base::FileDescriptor file = Base::FileDescriptor::OpenRegular(path, O_RDONLY);
     struct stat status {};
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
         return false;
@@ -153,7 +153,7 @@ bool TextFileLines::AddUtf8Lines(const char* begin, const char* end)
     std::wstring decoded;
     return AddLines(begin, end, [&decoded](wxString& line, const char* from, std::size_t length) {
         decoded.clear();
-        if (!Utf8Codec::AppendDecoded(decoded, from, length))
+        if (!Base::AppendDecodedUtf8(decoded, from, length))
             return false;
         line.assign(decoded.data(), decoded.size());
         return true;
@@ -191,7 +191,7 @@ bool TextFileLines::Save() const
     std::string bytes;
     if (m_path.empty() || !EncodeLines(bytes))
         return false;
-    FileReplacement replacement(m_path);
+    Base::FileReplacement replacement(m_path);
     return replacement.Write(bytes.data(), bytes.size()) && replacement.Commit();
 }
 
@@ -199,7 +199,7 @@ bool TextFileLines::EncodeLines(std::string& bytes) const
 {
     for (std::size_t i = 0; i < GetLineCount(); ++i) {
         const wxString& line = GetLine(i);
-        if (!Utf8Codec::AppendEncoded(bytes, line.wx_str(), line.length()))
+        if (!Base::AppendEncodedUtf8(bytes, line.wx_str(), line.length()))
             return false;
         // A line that was the last of its file had no end; it needs one when others follow.
         const bool isLast = i + 1 == GetLineCount();

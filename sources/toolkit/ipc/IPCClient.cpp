@@ -1,6 +1,6 @@
 #include "toolkit/ipc/IPCClient.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/ipc/IPCServicePath.Private.h"
 #include "toolkit/ipc/IPCWire.Private.h"
 #include "toolkit/ipc/LocalSocket.Private.h"
@@ -37,7 +37,7 @@ private:
     std::chrono::milliseconds TimeLeft() const;
     bool Wait(short event) const;
 
-    FileDescriptor m_socket;
+    Base::FileDescriptor m_socket;
     Clock::time_point m_deadline;
 };
 
@@ -128,7 +128,7 @@ bool Deliver(const TString<wchar_t>& service, const TString<wchar_t>& text)
     const std::size_t length = std::wcslen(text.c_str());
     std::string topic;
     if (path.empty() || length > IPCWire::c_longestTopic ||
-        !Utf8Codec::AppendEncoded(topic, text.data(), length) ||
+        !Base::AppendEncodedUtf8(topic, text.data(), length) ||
         topic.size() > IPCWire::c_longestTopic)
         return false;
 

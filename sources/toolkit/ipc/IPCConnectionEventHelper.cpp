@@ -1,4 +1,4 @@
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/ipc/IPCConnectionEventHelper.Private.h"
 #include "toolkit/ipc/IPCServer.h"
 
@@ -12,7 +12,7 @@ bool DecodeUtf8(std::wstring& text, const void* data, std::size_t size)
 {
     const char* const bytes = static_cast<const char*>(data);
     const char* const end = std::find(bytes, bytes + size, '\0');
-    return Utf8Codec::AppendDecoded(text, bytes, static_cast<std::size_t>(end - bytes));
+    return Base::AppendDecodedUtf8(text, bytes, static_cast<std::size_t>(end - bytes));
 }
 
 void CopyCharacters(std::wstring& text, const void* data, std::size_t size)

@@ -1,5 +1,5 @@
-#include "toolkit/base/FittingName.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/ShortenName.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/ipc/IPCServicePath.Private.h"
 
 #include <algorithm>
@@ -25,12 +25,12 @@ std::string IPCServicePath(const std::wstring& service)
     // character cut the path short: at its front it would even make an address without permissions.
     std::string path;
     if (service.empty() || IsNumber(service) || service.find(L'\0') != std::wstring::npos ||
-        !Utf8Codec::AppendEncoded(path, service.data(), service.size()))
+        !Base::AppendEncodedUtf8(path, service.data(), service.size()))
         return {};
     // A name without a separator would be a port's to the framework.
     if (path.find('/') == std::string::npos)
         path.insert(0, "./");
-    return FittingName(path, c_longestPath);
+    return Base::ShortenName(path, c_longestPath);
 }
 
 } // namespace Toolkit

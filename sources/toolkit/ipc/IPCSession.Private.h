@@ -20,7 +20,7 @@ public:
     static constexpr std::chrono::seconds c_patience{2};
 
     /// Talks through `socket` and asks `server`, which has to outlive it, for a connection.
-    IPCSession(FileDescriptor socket, wxServerBase& server);
+    IPCSession(Base::FileDescriptor socket, wxServerBase& server);
 
     /// Reads some of what has come and acts on it; false when the conversation has ended. Not to be
     /// called while the session is busy.
@@ -41,7 +41,7 @@ private:
     bool Answer();
     bool Execute();
 
-    FileDescriptor m_socket;
+    Base::FileDescriptor m_socket;
     wxServerBase& m_server;
     IPCMessageParser m_parser;
     wxString m_topic;

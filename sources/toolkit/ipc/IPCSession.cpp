@@ -1,4 +1,4 @@
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/ipc/IPCSession.Private.h"
 #include "toolkit/ipc/IPCWire.Private.h"
 #include "toolkit/ipc/LocalSocket.Private.h"
@@ -48,13 +48,13 @@ wxIPCFormat FormatOf(unsigned char value)
 wxString TopicOf(const std::vector<char>& bytes)
 {
     std::wstring topic;
-    Utf8Codec::AppendDecoded(topic, bytes.data(), bytes.size());
+    Base::AppendDecodedUtf8(topic, bytes.data(), bytes.size());
     return topic;
 }
 
 } // namespace
 
-IPCSession::IPCSession(FileDescriptor socket, wxServerBase& server)
+IPCSession::IPCSession(Base::FileDescriptor socket, wxServerBase& server)
     : m_socket(std::move(socket)), m_server(server), m_lastProgress(Clock::now())
 {
 }

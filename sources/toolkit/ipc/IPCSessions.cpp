@@ -78,7 +78,7 @@ void IPCSessions::Accept()
 
 bool IPCSessions::AcceptOne()
 {
-    FileDescriptor socket = LocalSocket::Accept(m_listener.Socket());
+    Base::FileDescriptor socket = LocalSocket::Accept(m_listener.Socket());
     if (!socket.IsOpen()) {
         // The loop would report the same client again and again.
         if (IsOutOfResources(errno))

@@ -6,30 +6,30 @@
 
 namespace Toolkit::LocalSocket {
 
-FileDescriptor Create()
+Base::FileDescriptor Create()
 {
-    return FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return Base::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
 }
 
-bool RestrictToOwner(const FileDescriptor& socket)
+bool RestrictToOwner(const Base::FileDescriptor& socket)
 {
     // The file that bind() makes gets the mode of its socket. The process's umask, which could do
     // the same, belongs to other threads too.
     return ::fchmod(socket.Get(), S_IRUSR | S_IWUSR) == 0;
 }
 
-FileDescriptor Accept(const FileDescriptor& listener)
+Base::FileDescriptor Accept(const Base::FileDescriptor& listener)
 {
-    return FileDescriptor(
+    return Base::FileDescriptor(
         ::accept4(listener.Get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
 }
 
-ssize_t Send(const FileDescriptor& socket, const char* bytes, std::size_t length)
+ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length)
 {
     return ::send(socket.Get(), bytes, length, MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
-bool IsPeerOfThisUser(const FileDescriptor& socket)
+bool IsPeerOfThisUser(const Base::FileDescriptor& socket)
 {
     ucred peer{};
     socklen_t length = sizeof peer;

@@ -8,7 +8,7 @@
 namespace Toolkit::LocalSocket {
 namespace {
 
-bool Prepare(const FileDescriptor& socket)
+bool Prepare(const Base::FileDescriptor& socket)
 {
     const int on = 1;
     return socket.IsOpen() && ::fcntl(socket.Get(), F_SETFD, FD_CLOEXEC) == 0 &&
@@ -17,30 +17,31 @@ bool Prepare(const FileDescriptor& socket)
 
 } // namespace
 
-FileDescriptor Create()
+Base::FileDescriptor Create()
 {
-    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
-    return Prepare(socket) ? std::move(socket) : FileDescriptor();
+    Base::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+    return Prepare(socket) ? std::move(socket) : Base::FileDescriptor();
 }
 
-bool RestrictToOwner(const FileDescriptor&)
+bool RestrictToOwner(const Base::FileDescriptor&)
 {
     // A socket has no mode before it has a file: IsPeerOfThisUser() decides.
     return true;
 }
 
-FileDescriptor Accept(const FileDescriptor& listener)
+Base::FileDescriptor Accept(const Base::FileDescriptor& listener)
 {
-    FileDescriptor socket(::accept(listener.Get(), nullptr, nullptr));
-    return Prepare(socket) && SetWaiting(socket, false) ? std::move(socket) : FileDescriptor();
+    Base::FileDescriptor socket(::accept(listener.Get(), nullptr, nullptr));
+    return Prepare(socket) && SetWaiting(socket, false) ? std::move(socket)
+                                                        : Base::FileDescriptor();
 }
 
-ssize_t Send(const FileDescriptor& socket, const char* bytes, std::size_t length)
+ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length)
 {
     return ::send(socket.Get(), bytes, length, MSG_DONTWAIT);
 }
 
-bool IsPeerOfThisUser(const FileDescriptor& socket)
+bool IsPeerOfThisUser(const Base::FileDescriptor& socket)
 {
     uid_t user = 0;
     gid_t group = 0;

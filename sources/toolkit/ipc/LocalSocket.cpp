@@ -23,26 +23,26 @@ bool SetPath(sockaddr_un& address, const std::string& path)
 
 } // namespace
 
-bool Connect(const FileDescriptor& socket, const std::string& path)
+bool Connect(const Base::FileDescriptor& socket, const std::string& path)
 {
     sockaddr_un address{};
     return SetPath(address, path) &&
            ::connect(socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
 }
 
-bool Bind(const FileDescriptor& socket, const std::string& path)
+bool Bind(const Base::FileDescriptor& socket, const std::string& path)
 {
     sockaddr_un address{};
     return SetPath(address, path) &&
            ::bind(socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
 }
 
-ssize_t Receive(const FileDescriptor& socket, char* bytes, std::size_t length)
+ssize_t Receive(const Base::FileDescriptor& socket, char* bytes, std::size_t length)
 {
     return ::recv(socket.Get(), bytes, length, MSG_DONTWAIT);
 }
 
-bool SetWaiting(const FileDescriptor& socket, bool waits)
+bool SetWaiting(const Base::FileDescriptor& socket, bool waits)
 {
     return ::fcntl(socket.Get(), F_SETFL, waits ? 0 : O_NONBLOCK) == 0;
 }

@@ -27,15 +27,15 @@ public:
     /// False in a child process that got a copy of the object.
     bool IsOfThisProcess() const;
 
-    const FileDescriptor& Socket() const { return m_socket; }
+    const Base::FileDescriptor& Socket() const { return m_socket; }
 
 private:
     bool ListenLocked(const std::string& path);
     bool MakeRoom(const std::string& path) const;
 
-    FileDescriptor m_directory;
+    Base::FileDescriptor m_directory;
     std::string m_name; // in m_directory, whatever the working directory becomes
-    FileDescriptor m_socket;
+    Base::FileDescriptor m_socket;
     dev_t m_device = 0;
     ino_t m_inode = 0; // 0 while there is no file
     pid_t m_process = 0;

@@ -1,5 +1,5 @@
-#include "toolkit/base/FittingName.h"
 #include "toolkit/base/InstanceLock.h"
+#include "toolkit/base/ShortenName.h"
 #include "toolkit/ipc/LocalSocket.Private.h"
 #include "toolkit/ipc/SocketFile.Private.h"
 
@@ -22,31 +22,31 @@ constexpr std::chrono::milliseconds c_retryInterval{10};
 // An InstanceLock is held by all threads of its process.
 std::mutex s_mutex;
 
-FileDescriptor OpenDirectory(const std::string& path)
+Base::FileDescriptor OpenDirectory(const std::string& path)
 {
-    return FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return Base::FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
 // One name for every path that leads to the file.
-TString<wchar_t> LockName(const FileDescriptor& directory, const std::string& file)
+std::wstring LockName(const Base::FileDescriptor& directory, const std::string& file)
 {
     struct stat status {};
     if (::fstat(directory.Get(), &status) != 0)
         return {};
     const std::string name = std::to_string(status.st_dev) + "." + std::to_string(status.st_ino) +
-                             "." + HashDigits(file) + ".ipc";
+                             "." + Base::FormatHash(file) + ".ipc";
     return std::wstring(name.begin(), name.end());
 }
 
 // Between its look at a file and its own listening a server must be alone: another one would take
 // the file, which nobody listens to yet, for a stale one. False when another process does not end
 // in time; where no lock can be had there is none.
-bool WaitForLock(std::unique_ptr<InstanceLock>& lock, const TString<wchar_t>& name)
+bool WaitForLock(std::unique_ptr<Base::InstanceLock>& lock, const std::wstring& name)
 {
     const auto deadline = std::chrono::steady_clock::now() + c_longestTakeOver;
     for (;;) {
-        lock = std::make_unique<InstanceLock>(name);
-        if (lock->GetState() != InstanceLock::State::HeldElsewhere)
+        lock = std::make_unique<Base::InstanceLock>(name);
+        if (lock->GetState() != Base::InstanceLock::State::HeldElsewhere)
             return true;
         if (std::chrono::steady_clock::now() > deadline)
             return false;
@@ -57,7 +57,7 @@ bool WaitForLock(std::unique_ptr<InstanceLock>& lock, const TString<wchar_t>& na
 // A server that is too busy to accept is alive too.
 bool IsServed(const std::string& path)
 {
-    const FileDescriptor socket = LocalSocket::Create();
+    const Base::FileDescriptor socket = LocalSocket::Create();
     if (!socket.IsOpen() || !LocalSocket::SetWaiting(socket, false))
         return true;
     return LocalSocket::Connect(socket, path) || (errno != ECONNREFUSED && errno != ENOENT);
@@ -96,7 +96,7 @@ bool SocketFile::Listen(const std::string& path)
         return false;
 
     const std::lock_guard<std::mutex> guard(s_mutex);
-    std::unique_ptr<InstanceLock> lock;
+    std::unique_ptr<Base::InstanceLock> lock;
     return WaitForLock(lock, LockName(m_directory, m_name)) && ListenLocked(path);
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int c_mostAtOnce = 32;
 
-bool AddAs(const FileDescriptor& set, int descriptor, int name)
+bool AddAs(const Base::FileDescriptor& set, int descriptor, int name)
 {
     epoll_event event{};
     event.events = EPOLLIN;

@@ -33,8 +33,8 @@ public:
     std::vector<int> TakeReadable();
 
 private:
-    FileDescriptor m_file;
-    FileDescriptor m_clock; // where the system has a descriptor for it
+    Base::FileDescriptor m_file;
+    Base::FileDescriptor m_clock; // where the system has a descriptor for it
 };
 
 } // namespace Toolkit

@@ -1,7 +1,7 @@
 #include "toolkit/logging/ILogger.h"
 
 #include "toolkit/base/Numbers.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/core/Singleton.Private.h"
 #include "toolkit/logging/NullLogger.h"
 
@@ -31,7 +31,7 @@ ILogger& ILogger::WriteNumber(Number value)
     using Widest = std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
 
     if (!IsFilteredOut())
-        Write(Numbers::Text<wchar_t>(static_cast<Widest>(value)).String());
+        Write(Base::NumberText<wchar_t>(static_cast<Widest>(value)).String());
     return GetLogger();
 }
 
@@ -51,7 +51,7 @@ ILogger& ILogger::operator<<(const TString<wchar_t>& text)
 ILogger& ILogger::operator<<(const TString<char>& text)
 {
     if (!IsFilteredOut())
-        Write(Utf8Codec::Decode(text));
+        Write(Base::DecodeUtf8(text));
     return GetLogger();
 }
 

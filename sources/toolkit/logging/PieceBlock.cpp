@@ -1,4 +1,4 @@
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/logging/PieceBlock.Private.h"
 
 #include <new>
@@ -11,7 +11,7 @@ void AppendEncoded(std::string& bytes, std::wstring_view piece)
 {
     const std::size_t oldSize = bytes.size();
     try {
-        Utf8Codec::AppendEncoded(bytes, piece.data(), piece.size());
+        Base::AppendEncodedUtf8(bytes, piece.data(), piece.size());
     } catch (const std::bad_alloc&) {
         bytes.resize(oldSize);
     }

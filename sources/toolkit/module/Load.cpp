@@ -1,5 +1,6 @@
 #include "toolkit/module/Load.h"
 
+#include "toolkit/base/TokenizeCommandLine.h"
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/FileLogger.h"
@@ -58,9 +59,11 @@ TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> ILogger::c_strLogToken1 = L" ";
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> ILogger::c_strLogToken2 = L" : ";
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> ILogger::c_strLogToken3 = L"\n";
 
-TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strSeparators = L" \t";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strSeparators =
+    Base::c_commandLineSeparators;
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strIdentifiers = L"-";
-TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strDelimiters = L"\"";
+TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> CmdLineParser::c_strDelimiters =
+    Base::c_commandLineQuote;
 
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> PathManager::c_strConfigurationFolderName =
     L"config";

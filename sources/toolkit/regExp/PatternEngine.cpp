@@ -40,7 +40,7 @@ constexpr const char* c_tooDeep = "parentheses are too deeply nested (stack chec
 // The stack that the engine may use; the rest is for signal handlers and the like.
 std::size_t UsableSpace()
 {
-    const std::size_t left = std::min(StackSpaceLeft(), c_mostSpace);
+    const std::size_t left = std::min(Base::GetStackSpaceLeft(), c_mostSpace);
     const std::size_t usable = left - left / 8;
     return usable > c_baseSpace ? usable - c_baseSpace : 0;
 }

@@ -1,5 +1,5 @@
 #include "toolkit/base/Numbers.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/RegExp.Exceptions.h"
 
@@ -14,14 +14,14 @@ std::wstring WriteOver(std::wstring text, const std::wstring& beginning)
 
 std::wstring Decimal(int number)
 {
-    return Numbers::Text<wchar_t>(static_cast<long long>(number)).String();
+    return Base::NumberText<wchar_t>(static_cast<long long>(number)).String();
 }
 
 [[noreturn]] void ThrowCompileError(const TString<char>& pattern, const char* errorText,
                                     int errorOffset)
 {
-    const std::wstring written = L" : " + Utf8Codec::Decode(errorText) + L" (@offset: " +
-                                 Decimal(errorOffset) + L") " + Utf8Codec::Decode(pattern);
+    const std::wstring written = L" : " + Base::DecodeUtf8(errorText) + L" (@offset: " +
+                                 Decimal(errorOffset) + L") " + Base::DecodeUtf8(pattern);
     RegExpException::Throw(WriteOver(L"pcre_compile failed with error ", written));
 }
 

@@ -1,6 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/regExp/MatchGroups.Private.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/WholeMatchReplacement.Private.h"
@@ -25,7 +25,7 @@ RegExp::RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers)
 }
 
 RegExp::RegExp(const TString<wchar_t>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(WithMemoryErrorsTold([&] { return Utf8Codec::Encode(pattern); })),
+    : m_pattern(WithMemoryErrorsTold([&] { return Base::EncodeUtf8(pattern); })),
       m_modifiers(modifiers)
 {
 }
@@ -40,7 +40,7 @@ bool RegExp::IsMatch(const TString<char>& subject) const
 
 bool RegExp::IsMatch(const TString<wchar_t>& subject) const
 {
-    return WithMemoryErrorsTold([&] { return IsMatch(Utf8Codec::Encode(subject)); });
+    return WithMemoryErrorsTold([&] { return IsMatch(Base::EncodeUtf8(subject)); });
 }
 
 smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
@@ -58,7 +58,7 @@ smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 
 smart_ptr<MatchResult> RegExp::Match(const TString<wchar_t>& subject) const
 {
-    return WithMemoryErrorsTold([&] { return Match(Utf8Codec::Encode(subject)); });
+    return WithMemoryErrorsTold([&] { return Match(Base::EncodeUtf8(subject)); });
 }
 
 TString<char> RegExp::Replace(const TString<char>& replacement, const TString<char>& subject,

@@ -1,4 +1,4 @@
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/regExp/PatternEngine.Private.h"
 #include "toolkit/regExp/PatternTraits.Private.h"
 #include "toolkit/regExp/WholeMatchReplacement.Private.h"
@@ -18,7 +18,7 @@ constexpr std::size_t c_lastStart = 0xFFFF;
 bool IsUtf8(const TString<char>& text)
 {
     std::wstring ignored;
-    return Utf8Codec::AppendDecoded(ignored, text.data(), text.size());
+    return Base::AppendDecodedUtf8(ignored, text.data(), text.size());
 }
 
 constexpr bool IsContinuation(char byte)

@@ -30,7 +30,7 @@ private:
     bool RemoveStale();
 
     std::string m_path;
-    FileDescriptor m_file; // open when the file is this object's
+    Base::FileDescriptor m_file; // open when the file is this object's
     bool m_isHeldElsewhere = false;
 };
 

@@ -1,5 +1,5 @@
 #include "toolkit/base/UserAccount.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/system/CheckerFile.Private.h"
 
 #include <cstdlib>
@@ -19,14 +19,14 @@ struct flock WholeFile()
     return range;
 }
 
-bool IsLockedElsewhere(const FileDescriptor& file)
+bool IsLockedElsewhere(const Base::FileDescriptor& file)
 {
     struct flock range = WholeFile();
     return ::fcntl(file.Get(), F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
 }
 
 // The process that the file names; 0 when it names none.
-pid_t Holder(const FileDescriptor& file)
+pid_t Holder(const Base::FileDescriptor& file)
 {
     char text[32] = {};
     const ssize_t length = ::read(file.Get(), text, sizeof text - 1);
@@ -39,7 +39,7 @@ CheckerFile::CheckerFile(const TString<wchar_t>& name)
 {
     if (name.empty())
         return;
-    m_path = Utf8Codec::Encode(UserAccount::HomeDirectory()) + "/" + Utf8Codec::Encode(name);
+    m_path = Base::EncodeUtf8(Base::GetHomeDirectory()) + "/" + Base::EncodeUtf8(name);
     if (!Create() && RemoveStale())
         Create();
 }
@@ -60,7 +60,7 @@ bool CheckerFile::Create()
 {
     constexpr mode_t ownerOnly = 0600;
 
-    m_file = FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, ownerOnly);
+    m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, ownerOnly);
     if (!m_file.IsOpen())
         return false;
     struct flock range = WholeFile();
@@ -74,7 +74,8 @@ bool CheckerFile::Create()
 // Removes the file of a process that is no more.
 bool CheckerFile::RemoveStale()
 {
-    const FileDescriptor file = FileDescriptor::OpenRegular(m_path, O_RDWR | O_NOFOLLOW);
+    const Base::FileDescriptor file =
+        Base::FileDescriptor::OpenRegular(m_path, O_RDWR | O_NOFOLLOW);
     if (!file.IsOpen())
         return false;
     m_isHeldElsewhere = IsLockedElsewhere(file);

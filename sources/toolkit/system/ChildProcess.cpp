@@ -1,5 +1,5 @@
-#include "toolkit/base/CommandLineTokens.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/TokenizeCommandLine.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/system/ChildProcess.Private.h"
 #include "toolkit/system/InheritedDescriptors.Private.h"
 
@@ -25,9 +25,10 @@ int WaitForEnd(pid_t child)
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
     // In forms that throw: a program must not be started without what it is to do.
-    m_texts.push_back(Utf8Codec::Encode(path));
-    for (const TString<wchar_t>& token : CommandLineTokens(arguments))
-        m_texts.push_back(Utf8Codec::Encode(token));
+    m_texts.push_back(Base::EncodeUtf8(path));
+    for (const std::wstring_view token : Base::TokenizeCommandLine(
+             arguments, Base::c_commandLineSeparators, Base::c_commandLineQuote))
+        m_texts.push_back(Base::EncodeUtf8(std::wstring(token)));
 
     for (TString<char>& text : m_texts)
         m_arguments.push_back(text.data());

@@ -1,4 +1,4 @@
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/system/LocalePatterns.Private.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -25,7 +25,7 @@ TString<wchar_t> Pattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
     if (formatter)
         CFStringGetCString(CFDateFormatterGetFormat(formatter.get()), buffer, sizeof buffer,
                            kCFStringEncodingASCII);
-    return Utf8Codec::Decode(buffer);
+    return Base::DecodeUtf8(buffer);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "toolkit/system/Network.h"
 
 #include "toolkit/base/FileDescriptor.h"
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -56,7 +56,7 @@ bool FinishConnecting(int socket, Clock::time_point deadline)
 
 bool Connects(const addrinfo& address, Clock::time_point deadline)
 {
-    const FileDescriptor socket(
+    const Base::FileDescriptor socket(
         ::socket(address.ai_family, address.ai_socktype, address.ai_protocol));
     if (!socket.IsOpen() || ::fcntl(socket.Get(), F_SETFD, FD_CLOEXEC) != 0 ||
         ::fcntl(socket.Get(), F_SETFL, O_NONBLOCK) != 0)
@@ -76,7 +76,7 @@ bool Network::TestNetwork()
 bool Network::TestConnection(const TString<wchar_t>& host, unsigned short port,
                              unsigned int timeoutMs)
 try {
-    const Addresses addresses = Resolve(Utf8Codec::Encode(host), port);
+    const Addresses addresses = Resolve(Base::EncodeUtf8(host), port);
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     for (const addrinfo* address = addresses.get(); address; address = address->ai_next) {
         if (Connects(*address, deadline))

@@ -14,9 +14,9 @@ SingleApplicationInstance::SingleApplicationInstance()
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
-    m_lock = std::make_unique<InstanceLock>(name);
+    m_lock = std::make_unique<Base::InstanceLock>(name);
     // Of processes that start at the same moment one has the lock, and it alone makes the file.
-    if (m_lock->GetState() == InstanceLock::State::HeldElsewhere)
+    if (m_lock->GetState() == Base::InstanceLock::State::HeldElsewhere)
         return;
     m_checkerFile = std::make_unique<CheckerFile>(name);
     // A process that is not the first holds nothing.

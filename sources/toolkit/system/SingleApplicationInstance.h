@@ -8,7 +8,9 @@
 namespace Toolkit {
 
 class CheckerFile;
+namespace Base {
 class InstanceLock;
+}
 
 /// Tells whether this application, installed in this place and run by this user, runs already.
 ///
@@ -39,7 +41,7 @@ public:
 
 private:
     std::unique_ptr<CheckerFile> m_checkerFile; // null when another process holds the lock
-    std::unique_ptr<InstanceLock> m_lock;
+    std::unique_ptr<Base::InstanceLock> m_lock;
 };
 
 } // namespace Toolkit

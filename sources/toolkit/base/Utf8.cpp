@@ -1,4 +1,4 @@
-#include "toolkit/base/Utf8Codec.h"
+#include "toolkit/base/Utf8.h"
 
 #include "toolkit/base/Lanes.h"
 
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <cwchar>
 
-namespace Toolkit::Utf8Codec {
+namespace Toolkit::Base {
 namespace {
 
 // Texts are converted through a buffer on the stack: appending from it costs less than filling the
@@ -21,9 +21,6 @@ constexpr std::ptrdiff_t c_blockLength = 16;
 // more each time in succession: the trials cost much in texts that are rarely ASCII.
 constexpr std::ptrdiff_t c_longestRun = 4 * c_blockLength;
 
-// So many bytes are decoded into the buffer at once.
-constexpr std::size_t c_longestShort = c_bufferLength - c_longestRun;
-
 constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
@@ -31,7 +28,7 @@ constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 // The local copies are blocks that nothing else points to: on them the compiler uses vectors.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
-    if (!Lanes::IsZero(Lanes::Load<unsigned char>(from) & 0x80))
+    if (!AreAllZero(LoadLanes<unsigned char>(from) & 0x80))
         return false;
 
     unsigned char block[c_blockLength];
@@ -43,11 +40,11 @@ bool CopyAsciiBlock(const char* from, wchar_t* to)
 
 bool CopyAsciiBlock(const wchar_t* from, char* to)
 {
-    using Characters = Lanes::Of<std::uint32_t>;
+    using Characters = Lanes<std::uint32_t>;
     Characters bits = {};
-    for (std::size_t i = 0; i < c_blockLength; i += Lanes::c_count<std::uint32_t>)
-        bits |= Lanes::Load<std::uint32_t>(from + i);
-    if (!Lanes::IsZero(bits & ~0x7Fu))
+    for (std::size_t i = 0; i < c_blockLength; i += c_laneCount<std::uint32_t>)
+        bits |= LoadLanes<std::uint32_t>(from + i);
+    if (!AreAllZero(bits & ~0x7Fu))
         return false;
 
     char block[c_blockLength];
@@ -198,11 +195,11 @@ std::size_t CountCharacters(const char* at, const char* end)
     constexpr std::ptrdiff_t longestRun = 255;
     std::size_t count = 0;
     while (end - at >= c_blockLength) {
-        Lanes::Of<unsigned char> sums = {};
+        Lanes<unsigned char> sums = {};
         for (auto left = std::min((end - at) / c_blockLength, longestRun); left > 0; --left) {
             // What is true has all bits set, so it counts as -1.
-            const auto isFirst = Lanes::Load<signed char>(at) >= c_firstNonContinuation;
-            sums -= reinterpret_cast<Lanes::Of<unsigned char>>(isFirst);
+            const auto isFirst = LoadLanes<signed char>(at) >= c_firstNonContinuation;
+            sums -= reinterpret_cast<Lanes<unsigned char>>(isFirst);
             at += c_blockLength;
         }
         for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
@@ -237,33 +234,31 @@ void GiveBackExcess(Text& text, std::size_t oldCapacity)
 
 } // namespace
 
-TString<char> Encode(const TString<wchar_t>& text)
+std::string EncodeUtf8(const std::wstring& text)
 {
-    TString<char> bytes;
+    std::string bytes;
     // The bytes are searched for the null character, since they are fewer than those of the text;
     // what stands behind it must not matter.
-    if (!AppendEncoded(bytes, text.data(), text.size()))
-        AppendEncoded(bytes, text.c_str(), std::wcslen(text.c_str()));
+    if (!AppendEncodedUtf8(bytes, text.data(), text.size()))
+        AppendEncodedUtf8(bytes, text.c_str(), std::wcslen(text.c_str()));
     bytes.resize(std::strlen(bytes.c_str()));
     return bytes;
 }
 
-TString<wchar_t> Decode(const TString<char>& bytes)
+std::wstring DecodeUtf8(const std::string& bytes)
 {
-    const char* at = bytes.c_str();
-    const std::size_t length = std::strlen(at);
-    if (length > c_longestShort) {
-        TString<wchar_t> text;
-        AppendDecoded(text, at, length);
-        return text;
-    }
-    // Making a text costs less than appending to an empty one.
-    wchar_t buffer[c_bufferLength];
-    const wchar_t* const written = DecodeIntoBuffer(at, at + length, buffer);
-    return std::wstring(buffer, written ? static_cast<std::size_t>(written - buffer) : 0);
+    return DecodeUtf8(bytes.c_str());
 }
 
-bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
+std::wstring DecodeUtf8(const char* bytes)
+{
+    std::wstring text;
+    if (bytes)
+        AppendDecodedUtf8(text, bytes, std::strlen(bytes));
+    return text;
+}
+
+bool AppendEncodedUtf8(std::string& bytes, const wchar_t* text, std::size_t length)
 {
     const std::size_t oldLength = bytes.size();
     const wchar_t* const end = text + length;
@@ -285,7 +280,7 @@ bool AppendEncoded(std::string& bytes, const wchar_t* text, std::size_t length)
     return true;
 }
 
-bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
+bool AppendDecodedUtf8(std::wstring& text, const char* bytes, std::size_t length)
 {
     const std::size_t oldLength = text.size();
     const char* const end = bytes + length;
@@ -305,4 +300,4 @@ bool AppendDecoded(std::wstring& text, const char* bytes, std::size_t length)
     return true;
 }
 
-} // namespace Toolkit::Utf8Codec
+} // namespace Toolkit::Base

@@ -1,9 +1,9 @@
-#include "toolkit/base/FittingName.h"
+#include "toolkit/base/ShortenName.h"
 
 #include <cstdint>
 #include <cstdio>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 namespace {
 
 constexpr std::size_t c_hashDigits = 16;
@@ -21,18 +21,18 @@ std::uint64_t HashOf(const std::string& text)
 
 } // namespace
 
-std::string FittingName(const std::string& name, std::size_t longest)
+std::string ShortenName(const std::string& name, std::size_t longest)
 {
     if (name.size() <= longest)
         return name;
-    return name.substr(0, longest - c_hashDigits) + HashDigits(name);
+    return name.substr(0, longest - c_hashDigits) + FormatHash(name);
 }
 
-std::string HashDigits(const std::string& text)
+std::string FormatHash(const std::string& text)
 {
     char digits[c_hashDigits + 1];
     std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(HashOf(text)));
     return digits;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base
