@@ -2,8 +2,6 @@
 
 #include "toolkit/base/Numbers.h"
 #include "toolkit/base/Utf8.h"
-#include "toolkit/core/Singleton.Private.h"
-#include "toolkit/logging/NullLogger.h"
 
 #include <cstring>
 #include <type_traits>
@@ -18,8 +16,6 @@ TString<wchar_t> WidenBytes(const char* text)
 }
 
 } // namespace
-
-smart_ptr<ILogger>* ILogger::s_pInstance = nullptr;
 
 ILogger::ILogger(LogSeverity threshold) : m_threshold(threshold), m_severity(SeverityVerbose) {}
 
@@ -117,42 +113,6 @@ ILogger& ILogger::operator<<(LogSeverity value)
 ILogger& ILogger::operator<<(bool value)
 {
     return WriteNumber(static_cast<int>(value));
-}
-
-smart_ptr<ILogger> ILogger::Create()
-{
-    return new NullLogger();
-}
-
-void ILogger::CreateInstance()
-{
-    Singleton::Create(s_pInstance, Create);
-}
-
-smart_ptr<ILogger> ILogger::GetInstance()
-{
-    return Singleton::Get(s_pInstance);
-}
-
-void ILogger::ReleaseInstance()
-{
-    Singleton::Release(s_pInstance);
-}
-
-ILogger& ILogger::GetLogger()
-{
-    ILogger* const logger = s_pInstance ? s_pInstance->Get() : nullptr;
-    if (logger)
-        return *logger;
-    // Never destroyed: what logs while the process ends must find it.
-    static ILogger* const discarding = new NullLogger();
-    return *discarding;
-}
-
-void ILogger::SetLogger(const smart_ptr<ILogger>& logger)
-{
-    if (s_pInstance)
-        *s_pInstance = logger.IsValid() ? logger : Create();
 }
 
 } // namespace Toolkit
