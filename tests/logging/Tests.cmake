@@ -9,7 +9,7 @@ target_sources(ILoggerTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(logging/LogTest.cpp)
 toolkit_test(logging/NullLoggerTest.cpp)
 toolkit_private_test(
-    logging/PieceBlockTest.cpp logging/PieceBlock.cpp base/Utf8.cpp
+    logging/LogPieceBlockTest.cpp logging/LogPieceBlock.cpp base/Utf8.cpp
 )
-toolkit_private_test(logging/PieceQueueTest.cpp logging/PieceQueue.cpp)
+toolkit_private_test(logging/LogPieceQueueTest.cpp logging/LogPieceQueue.cpp)
 toolkit_test(logging/WxLogForwarderTest.cpp)

@@ -12,7 +12,6 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace Toolkit {
 namespace {
@@ -32,14 +31,6 @@ std::optional<int> FlagsOfMode(const std::string& mode)
     default:
         return std::nullopt;
     }
-}
-
-// Whether a file that was found in a public directory can be trusted to be this user's own.
-bool IsOwnFile(const Base::FileDescriptor& file)
-{
-    struct stat status {};
-    return ::fstat(file.Get(), &status) == 0 && status.st_uid == ::geteuid() &&
-           status.st_nlink == 1;
 }
 
 // Hands `descriptor` over to `file`. The framework only holds the stream: its own operations print
@@ -81,23 +72,6 @@ try {
     return false;
 }
 
-bool FFile::OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mode)
-{
-    constexpr mode_t ownerOnly = 0600;
-
-    Close();
-    // Nothing is truncated before it has been looked at.
-    Base::FileDescriptor file = Base::FileDescriptor::OpenRegular(
-        Base::EncodeUtf8(name), O_WRONLY | O_CREAT | O_NOFOLLOW, ownerOnly);
-    if (!file.IsOpen() || !IsOwnFile(file) || ::fchmod(file.Get(), ownerOnly) != 0 ||
-        ::ftruncate(file.Get(), 0) != 0)
-        return false;
-    if (!Attach(*m_file, std::move(file), Base::EncodeUtf8(mode)))
-        return false;
-    // Each write reaches the system as it was made: a buffer would cut it at its own size.
-    return std::setvbuf(m_file->fp(), nullptr, _IONBF, 0) == 0;
-}
-
 bool FFile::IsOpened() const
 {
     return m_file->IsOpened();
@@ -111,15 +85,10 @@ bool FFile::Read(void* buffer, unsigned int count)
 void FFile::Write(const TString<wchar_t>& text)
 try {
     std::string bytes;
-    if (Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
-        WriteBytes(bytes.data(), bytes.size());
+    if (IsOpened() && Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
+        std::fwrite(bytes.data(), 1, bytes.size(), m_file->fp());
 } catch (const std::exception&) {
     // Nobody is told what becomes of a text.
-}
-
-bool FFile::WriteBytes(const char* bytes, std::size_t length)
-{
-    return IsOpened() && std::fwrite(bytes, 1, length, m_file->fp()) == length;
 }
 
 bool FFile::Flush()

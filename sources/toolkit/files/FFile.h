@@ -3,7 +3,6 @@
 #include "toolkit/core/Export.h"
 #include "toolkit/core/TString.h"
 
-#include <cstddef>
 #include <memory>
 
 class wxFFile;
@@ -60,16 +59,6 @@ public:
     static bool Exists(const TString<wchar_t>& name);
 
 private:
-    friend class FileLogger;
-
-    // Opens a file in a directory that others write to, for writing: only a regular file of this
-    // user under a single name, never through a symbolic link; nobody else may read it. What is
-    // written is not buffered.
-    bool OpenGuarded(const TString<wchar_t>& name, const TString<wchar_t>& mode);
-
-    // Writes bytes as they are.
-    bool WriteBytes(const char* bytes, std::size_t length);
-
     bool SeekTo(long long offset, int origin);
 
     std::unique_ptr<wxFFile> m_file;

@@ -1,10 +1,11 @@
 #include "toolkit/logging/FileLogger.h"
 
+#include "toolkit/base/Utf8.h"
 #include "toolkit/encoding/StringConvert.h"
-#include "toolkit/files/FFile.h"
 #include "toolkit/files/PathManager.h"
-#include "toolkit/logging/PieceBlock.Private.h"
-#include "toolkit/logging/PieceQueue.Private.h"
+#include "toolkit/logging/LogFile.Private.h"
+#include "toolkit/logging/LogPieceBlock.Private.h"
+#include "toolkit/logging/LogPieceQueue.Private.h"
 #include "toolkit/system/TickCount.h"
 
 #include <new>
@@ -26,11 +27,12 @@ std::size_t PageSize()
 
 FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
                        unsigned int sizeLimitBytes)
-    : ILogger(threshold), m_queue(std::make_unique<PieceQueue>()), m_queueLock(false),
+    : ILogger(threshold), m_queue(std::make_unique<LogPieceQueue>()), m_queueLock(false),
       m_dataEvent(new EventObject(true, false)), m_stopEvent(new EventObject(false, false)),
       m_name(name.empty() ? PathManager::GetInstance()->GetApplicationName() : name),
-      m_sizeLimitBytes(sizeLimitBytes), m_directory(PathManager::GetInstance()->GetTempDir() +
-                                                    PathManager::GetInstance()->GetPathSeparator())
+      m_file(std::make_unique<LogFile>()), m_sizeLimitBytes(sizeLimitBytes),
+      m_directory(PathManager::GetInstance()->GetTempDir() +
+                  PathManager::GetInstance()->GetPathSeparator())
 {
     Run();
 }
@@ -73,11 +75,9 @@ TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
 
 int FileLogger::DoWork()
 {
-    m_file = new FFile();
     if (!OpenFile())
         return 1;
-    m_file->SeekEnd(0);
-    PieceQueue batch;
+    LogPieceQueue batch;
     while (WaitForData()) {
         // Memory is kept from batch to batch as long as text comes.
         if (!Drain(batch))
@@ -108,7 +108,7 @@ bool FileLogger::OpenFile()
 bool FileLogger::Open(const TString<wchar_t>& suffix)
 {
     TString<wchar_t> path = MakePath(suffix);
-    if (!m_file->OpenGuarded(path, c_strOpenMode))
+    if (!m_file->Open(Base::EncodeUtf8(path)))
         return false;
     const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
     m_path.swap(path);
@@ -124,7 +124,7 @@ bool FileLogger::WaitForData()
 
 // Empties the queue, text that arrives meanwhile included; false when there was none. The lock is
 // never held while the disk is written.
-bool FileLogger::Drain(PieceQueue& batch)
+bool FileLogger::Drain(LogPieceQueue& batch)
 {
     for (bool hadText = false;; hadText = true) {
         batch.Clear();
@@ -138,9 +138,9 @@ bool FileLogger::Drain(PieceQueue& batch)
     }
 }
 
-void FileLogger::WriteBatch(const PieceQueue& batch)
+void FileLogger::WriteBatch(const LogPieceQueue& batch)
 {
-    PieceBlock block(PageSize());
+    LogPieceBlock block(PageSize());
     block.Begin(m_file->GetOffset());
     batch.ForEach([this, &block](std::wstring_view piece) {
         if (block.Append(piece))
@@ -152,17 +152,15 @@ void FileLogger::WriteBatch(const PieceQueue& batch)
     WriteBlock(block);
 }
 
-void FileLogger::WriteBlock(const PieceBlock& block)
+void FileLogger::WriteBlock(const LogPieceBlock& block)
 {
-    m_file->WriteBytes(block.Data(), block.Size());
-    m_file->Flush();
+    m_file->Write(block.Data(), block.Size());
 }
 
 void FileLogger::WrapAround()
 {
-    const long long offset = m_file->GetOffset();
-    if (offset >= static_cast<long long>(m_sizeLimitBytes))
-        m_file->Seek(0, true);
+    if (m_file->GetOffset() >= static_cast<long long>(m_sizeLimitBytes))
+        m_file->Rewind();
 }
 
 } // namespace Toolkit

@@ -12,25 +12,21 @@
 
 namespace Toolkit {
 
-class FFile;
-class PieceBlock;
-class PieceQueue;
+class LogFile;
+class LogPieceBlock;
+class LogPieceQueue;
 
 /// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
 /// the text into a queue.
 ///
-/// The file is called after the logger, with the extension ".qvlog". When it cannot be used, since
-/// it belongs to somebody else, is a link or a directory, "-" and a tick count are put behind the
-/// name, anew every 10 ms until a file can be opened. Only its owner can read the file.
+/// The file is called after the logger, with the extension ".qvlog". When it cannot be used,
+/// because it belongs to another user, is a link or a directory, a dash and a tick count are added
+/// to the name, anew every 10 ms until a file can be opened. Only its owner can read the file.
 ///
-/// When a batch of text has brought the file to its size limit, writing goes on at its beginning:
-/// nothing is truncated, and older text stays until it is written over.
+/// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
+/// and what a killed process leaves.
 ///
-/// What was written is in the file even when the process is killed, in order and in whole pieces.
-/// Only a piece that lies across two pages of the file can be cut there, as the last one, when the
-/// kill comes in the instant in which the kernel turns from the one page to the other.
-///
-/// There has to be a `PathManager` when the object is constructed.
+/// A `PathManager` must exist when the object is constructed.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
     /// "w": the file is created or emptied.
@@ -67,17 +63,17 @@ private:
     bool OpenFile();
     bool Open(const TString<wchar_t>& suffix);
     bool WaitForData();
-    bool Drain(PieceQueue& batch);
-    void WriteBatch(const PieceQueue& batch);
-    void WriteBlock(const PieceBlock& block);
+    bool Drain(LogPieceQueue& batch);
+    void WriteBatch(const LogPieceQueue& batch);
+    void WriteBlock(const LogPieceBlock& block);
     void WrapAround();
 
-    std::unique_ptr<PieceQueue> m_queue; // guarded by m_queueLock
+    std::unique_ptr<LogPieceQueue> m_queue; // guarded by m_queueLock
     mutable Mutex m_queueLock;
     smart_ptr<EventObject> m_dataEvent;
     smart_ptr<EventObject> m_stopEvent;
     TString<wchar_t> m_name;
-    smart_ptr<FFile> m_file; // the writer thread's
+    std::unique_ptr<LogFile> m_file; // the writer thread's
     unsigned int m_sizeLimitBytes;
     // Taken at construction: the path manager may have gone before the writer thread opens its
     // file.

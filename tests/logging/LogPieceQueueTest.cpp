@@ -1,4 +1,4 @@
-#include "toolkit/logging/PieceQueue.Private.h"
+#include "toolkit/logging/LogPieceQueue.Private.h"
 
 #include "support/RandomText.h"
 
@@ -14,24 +14,24 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::vector<std::wstring> Pieces(const PieceQueue& queue)
+std::vector<std::wstring> Pieces(const LogPieceQueue& queue)
 {
     std::vector<std::wstring> pieces;
     queue.ForEach([&pieces](std::wstring_view piece) { pieces.emplace_back(piece); });
     return pieces;
 }
 
-TEST(PieceQueueTest, BeginsEmpty)
+TEST(LogPieceQueueTest, BeginsEmpty)
 {
-    const PieceQueue queue;
+    const LogPieceQueue queue;
 
     EXPECT_TRUE(queue.IsEmpty());
     EXPECT_THAT(Pieces(queue), IsEmpty());
 }
 
-TEST(PieceQueueTest, KeepsPiecesInOrder)
+TEST(LogPieceQueueTest, KeepsPiecesInOrder)
 {
-    PieceQueue queue;
+    LogPieceQueue queue;
 
     for (const wchar_t* const piece : {L"one", L"", L"three"})
         queue.Push(piece);
@@ -40,19 +40,19 @@ TEST(PieceQueueTest, KeepsPiecesInOrder)
     EXPECT_THAT(Pieces(queue), ElementsAre(L"one", L"", L"three", std::wstring(L"\0four", 5)));
 }
 
-TEST(PieceQueueTest, EmptyPieceIsAPiece)
+TEST(LogPieceQueueTest, EmptyPieceIsAPiece)
 {
-    PieceQueue queue;
+    LogPieceQueue queue;
 
     queue.Push(L"");
     EXPECT_FALSE(queue.IsEmpty());
     EXPECT_THAT(Pieces(queue), ElementsAre(L""));
 }
 
-TEST(PieceQueueTest, SwapExchangesThePieces)
+TEST(LogPieceQueueTest, SwapExchangesThePieces)
 {
-    PieceQueue first;
-    PieceQueue second;
+    LogPieceQueue first;
+    LogPieceQueue second;
     first.Push(L"text");
 
     first.Swap(second);
@@ -60,9 +60,9 @@ TEST(PieceQueueTest, SwapExchangesThePieces)
     EXPECT_THAT(Pieces(second), ElementsAre(L"text"));
 }
 
-TEST(PieceQueueTest, IsUsedAgainWhenItWasCleared)
+TEST(LogPieceQueueTest, IsUsedAgainWhenItWasCleared)
 {
-    PieceQueue queue;
+    LogPieceQueue queue;
     for (int round = 0; round < 3; ++round) {
         SCOPED_TRACE(round);
         const std::wstring large(40000, L'x');
@@ -76,9 +76,9 @@ TEST(PieceQueueTest, IsUsedAgainWhenItWasCleared)
     }
 }
 
-TEST(PieceQueueTest, IsUsedAgainWhenItWasReleased)
+TEST(LogPieceQueueTest, IsUsedAgainWhenItWasReleased)
 {
-    PieceQueue queue;
+    LogPieceQueue queue;
     queue.Push(L"old");
 
     queue.Release();
@@ -87,10 +87,10 @@ TEST(PieceQueueTest, IsUsedAgainWhenItWasReleased)
     EXPECT_THAT(Pieces(queue), ElementsAre(L"new"));
 }
 
-TEST(PieceQueueTest, HoldsPiecesOfAllLengths)
+TEST(LogPieceQueueTest, HoldsPiecesOfAllLengths)
 {
     Testing::RandomText random(1);
-    PieceQueue queue;
+    LogPieceQueue queue;
     for (int round = 0; round < 50; ++round) {
         std::vector<std::wstring> expected(random.Number<std::size_t>(0, 300));
         for (std::wstring& piece : expected) {

@@ -1,5 +1,5 @@
 #include "toolkit/base/Utf8.h"
-#include "toolkit/logging/PieceBlock.Private.h"
+#include "toolkit/logging/LogPieceBlock.Private.h"
 
 #include <new>
 
@@ -19,15 +19,15 @@ void AppendEncoded(std::string& bytes, std::wstring_view piece)
 
 } // namespace
 
-PieceBlock::PieceBlock(std::size_t pageSize) : m_pageSize(pageSize) {}
+LogPieceBlock::LogPieceBlock(std::size_t pageSize) : m_pageSize(pageSize) {}
 
-void PieceBlock::Begin(long long offset)
+void LogPieceBlock::Begin(long long offset)
 {
     m_pageOffset = static_cast<std::size_t>(offset) % m_pageSize;
     m_bytes.clear();
 }
 
-bool PieceBlock::Append(std::wstring_view piece)
+bool LogPieceBlock::Append(std::wstring_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
     AppendEncoded(m_bytes, piece);

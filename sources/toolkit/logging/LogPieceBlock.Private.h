@@ -15,9 +15,9 @@ namespace Toolkit {
 /// in its block, where the kernel turns the page a third of a microsecond after it began. Only then
 /// can a killed process leave a piece cut: the last one, exactly at the end of a page. No order of
 /// writes can prevent that, since the two pages of such a piece cannot be written at once.
-class PieceBlock {
+class LogPieceBlock {
 public:
-    explicit PieceBlock(std::size_t pageSize);
+    explicit LogPieceBlock(std::size_t pageSize);
 
     /// Empties the block, which will be written at `offset` of the file.
     void Begin(long long offset);

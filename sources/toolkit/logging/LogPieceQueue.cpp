@@ -1,4 +1,4 @@
-#include "toolkit/logging/PieceQueue.Private.h"
+#include "toolkit/logging/LogPieceQueue.Private.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,20 +14,20 @@ constexpr std::size_t c_keptChunks = 1024;
 } // namespace
 
 // Not zeroed: the memory is touched when it is needed.
-PieceQueue::Chunk::Chunk(std::size_t size) : text(new wchar_t[size]), capacity(size) {}
+LogPieceQueue::Chunk::Chunk(std::size_t size) : text(new wchar_t[size]), capacity(size) {}
 
-std::wstring_view PieceQueue::Chunk::PieceAt(std::size_t at) const
+std::wstring_view LogPieceQueue::Chunk::PieceAt(std::size_t at) const
 {
     std::size_t pieceLength = 0;
     std::memcpy(&pieceLength, &text[at], sizeof pieceLength);
     return {&text[at + c_headerLength], pieceLength};
 }
 
-PieceQueue::PieceQueue() = default;
+LogPieceQueue::LogPieceQueue() = default;
 
-PieceQueue::~PieceQueue() = default;
+LogPieceQueue::~LogPieceQueue() = default;
 
-void PieceQueue::Push(std::wstring_view piece)
+void LogPieceQueue::Push(std::wstring_view piece)
 {
     const std::size_t pieceLength = piece.size();
     Chunk& chunk = ChunkWithRoom(c_headerLength + pieceLength);
@@ -38,7 +38,7 @@ void PieceQueue::Push(std::wstring_view piece)
 }
 
 // The last chunk in use, or the next one, with room for `length` characters.
-PieceQueue::Chunk& PieceQueue::ChunkWithRoom(std::size_t length)
+LogPieceQueue::Chunk& LogPieceQueue::ChunkWithRoom(std::size_t length)
 {
     if (m_used > 0) {
         Chunk& last = m_chunks[m_used - 1];
@@ -52,18 +52,18 @@ PieceQueue::Chunk& PieceQueue::ChunkWithRoom(std::size_t length)
     return m_chunks[m_used++];
 }
 
-void PieceQueue::Swap(PieceQueue& other) noexcept
+void LogPieceQueue::Swap(LogPieceQueue& other) noexcept
 {
     m_chunks.swap(other.m_chunks);
     std::swap(m_used, other.m_used);
 }
 
-void PieceQueue::Release()
+void LogPieceQueue::Release()
 {
-    PieceQueue().Swap(*this);
+    LogPieceQueue().Swap(*this);
 }
 
-void PieceQueue::Clear()
+void LogPieceQueue::Clear()
 {
     // One that was made for a long piece is not kept.
     const auto isLong = [](const Chunk& chunk) { return chunk.capacity > c_chunkLength; };

@@ -1,4 +1,4 @@
-#include "toolkit/logging/PieceBlock.Private.h"
+#include "toolkit/logging/LogPieceBlock.Private.h"
 
 #include "support/RandomText.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t c_pageSize = 16;
 
-std::string Text(const PieceBlock& block)
+std::string Text(const LogPieceBlock& block)
 {
     return {block.Data(), block.Size()};
 }
@@ -21,7 +21,7 @@ std::string Text(const PieceBlock& block)
 std::vector<std::string> Blocks(std::size_t offset, const std::vector<std::wstring>& pieces)
 {
     std::vector<std::string> blocks;
-    PieceBlock block(c_pageSize);
+    LogPieceBlock block(c_pageSize);
     block.Begin(static_cast<long long>(offset));
     for (const std::wstring& piece : pieces) {
         if (block.Append(piece))
@@ -37,30 +37,30 @@ std::vector<std::string> Blocks(std::size_t offset, const std::vector<std::wstri
 
 using Texts = std::vector<std::string>;
 
-TEST(PieceBlockTest, CollectsThePiecesOfAPage)
+TEST(LogPieceBlockTest, CollectsThePiecesOfAPage)
 {
     EXPECT_EQ(Blocks(0, {L"one,", L"two,", L"three,"}), Texts({"one,two,three,"}));
 }
 
-TEST(PieceBlockTest, MayFillItsPage)
+TEST(LogPieceBlockTest, MayFillItsPage)
 {
     EXPECT_EQ(Blocks(0, {L"01234567", L"89abcdef", L"next"}), Texts({"0123456789abcdef", "next"}));
     EXPECT_EQ(Blocks(10, {L"012", L"345", L"next"}), Texts({"012345", "next"}));
 }
 
-TEST(PieceBlockTest, PieceThatCrossesAPageStandsFirst)
+TEST(LogPieceBlockTest, PieceThatCrossesAPageStandsFirst)
 {
     EXPECT_EQ(Blocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
               Texts({"0123456789", "abcdefghi", "0123456789abcd"}));
 }
 
-TEST(PieceBlockTest, LongPieceTakesTheRestOfItsLastPageAlong)
+TEST(LogPieceBlockTest, LongPieceTakesTheRestOfItsLastPageAlong)
 {
     EXPECT_EQ(Blocks(8, {std::wstring(30, L'x'), L"0123456789", L"next"}),
               Texts({std::string(30, 'x') + "0123456789", "next"}));
 }
 
-TEST(PieceBlockTest, PieceWithoutAUtf8FormIsLeftOut)
+TEST(LogPieceBlockTest, PieceWithoutAUtf8FormIsLeftOut)
 {
     const std::wstring invalid = L"x" + std::wstring(1, static_cast<wchar_t>(0x110000));
 
@@ -68,13 +68,13 @@ TEST(PieceBlockTest, PieceWithoutAUtf8FormIsLeftOut)
     EXPECT_EQ(Blocks(0, {invalid, L"b", invalid}), Texts({"b"}));
 }
 
-TEST(PieceBlockTest, EmptyPiecesChangeNothing)
+TEST(LogPieceBlockTest, EmptyPiecesChangeNothing)
 {
     EXPECT_EQ(Blocks(3, {L"", L"0123456789abc", L"", L"d"}), Texts({"0123456789abc", "d"}));
 }
 
 // A write that stays within a page, but for its first piece, can only be cut in that piece.
-TEST(PieceBlockTest, NoPieceButTheFirstLiesAcrossPages)
+TEST(LogPieceBlockTest, NoPieceButTheFirstLiesAcrossPages)
 {
     Testing::RandomText random(1);
     for (int round = 0; round < 2000; ++round) {

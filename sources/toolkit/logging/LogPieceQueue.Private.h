@@ -11,20 +11,20 @@ namespace Toolkit {
 ///
 /// They lie one behind the other in chunks that are used again: a piece that comes costs a copy
 /// and, while the queue is emptied as fast as it is filled, no memory of the heap.
-class PieceQueue {
+class LogPieceQueue {
 public:
-    PieceQueue();
-    ~PieceQueue();
+    LogPieceQueue();
+    ~LogPieceQueue();
 
-    PieceQueue(const PieceQueue&) = delete;
-    PieceQueue& operator=(const PieceQueue&) = delete;
+    LogPieceQueue(const LogPieceQueue&) = delete;
+    LogPieceQueue& operator=(const LogPieceQueue&) = delete;
 
     void Push(std::wstring_view piece);
 
     bool IsEmpty() const { return m_used == 0; }
 
     /// Exchanges the pieces, and what is kept for later ones.
-    void Swap(PieceQueue& other) noexcept;
+    void Swap(LogPieceQueue& other) noexcept;
 
     /// Calls `visit` with each piece, in order.
     template <typename Visitor>
