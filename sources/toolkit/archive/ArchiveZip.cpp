@@ -2,7 +2,8 @@
 
 #include "toolkit/archive/ArchiveStream.Private.h"
 #include "toolkit/core/Assert.h"
-#include "toolkit/framework/FrameworkSilence.h"
+#include "toolkit/framework/Silence.h"
+#include "toolkit/framework/Text.h"
 #include "toolkit/logging/Log.h"
 
 #include <exception>
@@ -41,19 +42,6 @@ bool IsOfType(const wxZipEntry& entry, ArchiveEntriesFlags::ArchiveEntriesType t
     return !((type & ArchiveEntriesFlags::FilesOnly) && entry.IsDir());
 }
 
-// Becomes a copy of an entry where one is wanted.
-struct LazyCopy {
-    const wxZipEntry& entry;
-
-    operator ArchiveZipEntry*() const { return new ArchiveZipEntry(entry); }
-};
-
-TString<wchar_t> NameOf(const wxZipEntry& entry)
-{
-    const wxString name = entry.GetName();
-    return std::wstring(name.wx_str(), name.length());
-}
-
 } // namespace
 
 ArchiveZip::ArchiveZip() = default;
@@ -65,7 +53,7 @@ ArchiveZip::~ArchiveZip()
 
 void ArchiveZip::Open(const TString<wchar_t>& path)
 {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     if (m_stream.IsValid())
         Close();
     m_stream = new ZipInputStream(ArchiveStream::OpenFile(path).release());
@@ -80,7 +68,7 @@ void ArchiveZip::Close()
 int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                             ArchiveEntriesFlags::ArchiveEntriesType type)
 try {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     entries.clear();
     if (!m_stream.IsValid() || !m_stream->IsOk()) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_notValidLine)
@@ -98,11 +86,12 @@ try {
     const NameFilter names(filter);
     wxZipInputStream* const stream = *m_stream;
     while (const std::unique_ptr<wxZipEntry> entry{stream->GetNextEntry()}) {
-        TString<wchar_t> name = NameOf(*entry);
+        TString<wchar_t> name = Framework::ToText(entry->GetName());
         if (!IsOfType(*entry, type) || !names.Selects(name))
             continue;
         // Most archives are in the order of their names.
-        entries.try_emplace(entries.end(), std::move(name), LazyCopy{*entry});
+        entries.try_emplace(entries.end(), std::move(name),
+                            smart_ptr<ArchiveZipEntry>(new ArchiveZipEntry(*entry)));
     }
     return static_cast<int>(entries.size());
 } catch (const std::exception&) {
@@ -113,7 +102,7 @@ try {
 
 smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZipEntry>& entry)
 {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     if (!m_stream.IsValid() || !entry.IsValid())
         return m_stream;
     wxZipInputStream* const stream = *m_stream;

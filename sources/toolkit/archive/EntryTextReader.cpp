@@ -1,6 +1,7 @@
 #include "toolkit/archive/ArchiveStream.Private.h"
 #include "toolkit/archive/EntryTextReader.Private.h"
 #include "toolkit/base/Utf8.h"
+#include "toolkit/framework/Text.h"
 
 #include <wx/txtstrm.h>
 
@@ -19,11 +20,6 @@ struct Span {
     std::size_t begin;
     std::size_t end;
 };
-
-TString<wchar_t> ToText(const wxString& text)
-{
-    return std::wstring(text.wx_str(), text.length());
-}
 
 bool IsLineEnd(char byte)
 {
@@ -115,14 +111,14 @@ void ReadWord(wxZipInputStream& stream, TString<wchar_t>& word)
 {
     word.clear();
     if (!ReadPlain(stream, word, FindWord))
-        word = ToText(wxTextInputStream(stream, c_separators).ReadWord());
+        word = Framework::ToText(wxTextInputStream(stream, c_separators).ReadWord());
 }
 
 void ReadLine(wxZipInputStream& stream, TString<wchar_t>& line)
 {
     line.clear();
     if (!ReadPlain(stream, line, FindLine))
-        line = ToText(wxTextInputStream(stream, c_separators).ReadLine());
+        line = Framework::ToText(wxTextInputStream(stream, c_separators).ReadLine());
 }
 
 } // namespace Toolkit::EntryTextReader

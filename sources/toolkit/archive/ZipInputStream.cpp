@@ -1,7 +1,7 @@
 #include "toolkit/archive/ZipInputStream.h"
 
 #include "toolkit/archive/EntryTextReader.Private.h"
-#include "toolkit/framework/FrameworkSilence.h"
+#include "toolkit/framework/Silence.h"
 
 #include <wx/zipstrm.h>
 
@@ -38,7 +38,7 @@ ZipInputStream::ZipInputStream(wxZipInputStream* stream) : InputStream(nullptr)
 
 ZipInputStream::~ZipInputStream()
 {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     delete Stream();
     m_stream = nullptr;
 }
@@ -55,7 +55,7 @@ ZipInputStream::operator wxZipInputStream*() const
 
 bool ZipInputStream::CanRead() const
 {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     return Stream() && Stream()->CanRead();
 }
 
@@ -66,7 +66,7 @@ bool ZipInputStream::IsOk() const
 
 ZipInputStream& ZipInputStream::operator>>(TString<wchar_t>& word)
 try {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     word.clear();
     if (Stream())
         EntryTextReader::ReadWord(*Stream(), word);
@@ -79,7 +79,7 @@ try {
 
 bool ZipInputStream::ReadLine(TString<wchar_t>& line)
 try {
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     line.clear();
     if (!Stream())
         return false;
@@ -98,7 +98,7 @@ void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
 try {
     constexpr std::size_t blockSize = 65536;
 
-    const FrameworkSilence silence;
+    const Framework::Silence silence;
     if (!Stream())
         return;
     std::vector<unsigned char> block(blockSize);

@@ -4,6 +4,7 @@
 #include "toolkit/datetime/CalendarTime.Private.h"
 #include "toolkit/datetime/IsoText.Private.h"
 #include "toolkit/datetime/LocaleText.Private.h"
+#include "toolkit/framework/Text.h"
 #include "toolkit/system/Locales.h"
 
 #include <wx/datetime.h>
@@ -90,7 +91,7 @@ LocaleText::DayHalves DayHalvesOfLocale()
     wxString morning;
     wxString afternoon;
     wxDateTime::GetAmPmStrings(&morning, &afternoon);
-    return {morning.ToStdWstring(), afternoon.ToStdWstring()};
+    return {Framework::ToText(morning), Framework::ToText(afternoon)};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/framework/Text.h"
 
 #include <wx/filefn.h>
 
@@ -54,8 +55,8 @@ TString<wchar_t> NameOf(const dirent& entry)
 bool Matches(const TString<wchar_t>& name, const TString<wchar_t>& fileSpec)
 {
     constexpr bool hiddenNeedPoint = true;
-    return fileSpec.empty() || wxMatchWild(wxString(fileSpec.data(), fileSpec.size()),
-                                           wxString(name.data(), name.size()), hiddenNeedPoint);
+    return fileSpec.empty() || wxMatchWild(Framework::ToWxString(fileSpec),
+                                           Framework::ToWxString(name), hiddenNeedPoint);
 }
 
 unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,

@@ -2,6 +2,7 @@
 
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/framework/Text.h"
 
 #include <wx/dynlib.h>
 
@@ -19,7 +20,7 @@ TString<wchar_t> WithExtension(const TString<wchar_t>& name)
     PathManager::SplitPath(name, volume, path, bareName, extension);
     if (!extension.empty())
         return name;
-    return name + wxDynamicLibrary::GetDllExt(wxDL_LIBRARY).ToStdWstring();
+    return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_LIBRARY));
 }
 
 // In UTF-8 whatever the locale, unless the message is translated for a locale of 8 bits.

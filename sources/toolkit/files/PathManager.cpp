@@ -5,6 +5,7 @@
 #include "toolkit/core/Singleton.Private.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/StandardPaths.Private.h"
+#include "toolkit/framework/Text.h"
 
 #include <wx/filename.h>
 
@@ -14,11 +15,6 @@
 
 namespace Toolkit {
 namespace {
-
-TString<wchar_t> ToText(const wxString& text)
-{
-    return std::wstring(text.wx_str(), text.length());
-}
 
 void CreateDirectories(const TString<wchar_t>& path)
 try {
@@ -156,12 +152,12 @@ void PathManager::SplitPath(const TString<wchar_t>& fullPath, TString<wchar_t>& 
     wxString splitPath;
     wxString splitName;
     wxString splitExtension;
-    wxFileName::SplitPath(wxString(fullPath.data(), fullPath.size()), &splitVolume, &splitPath,
-                          &splitName, &splitExtension);
-    volume = ToText(splitVolume);
-    path = ToText(splitPath);
-    name = ToText(splitName);
-    extension = ToText(splitExtension);
+    wxFileName::SplitPath(Framework::ToWxString(fullPath), &splitVolume, &splitPath, &splitName,
+                          &splitExtension);
+    volume = Framework::ToText(splitVolume);
+    path = Framework::ToText(splitPath);
+    name = Framework::ToText(splitName);
+    extension = Framework::ToText(splitExtension);
 }
 
 bool PathManager::Exists(const TString<wchar_t>& path)

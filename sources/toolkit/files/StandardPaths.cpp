@@ -1,6 +1,7 @@
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/StandardPaths.Private.h"
+#include "toolkit/framework/Text.h"
 
 #include <wx/app.h>
 #include <wx/filename.h>
@@ -9,18 +10,14 @@
 namespace Toolkit::StandardPaths {
 namespace {
 
-TString<wchar_t> ToText(const wxString& text)
-{
-    return std::wstring(text.wx_str(), text.length());
-}
-
 // Without an application object the framework's queries crash. With one they decode names in the C
 // locale's encoding, which in a host that never called setlocale() loses all but ASCII.
 bool FrameworkCanTell()
 {
     return wxAppConsole::GetInstance() &&
-           ToText(wxStandardPaths::Get().GetExecutablePath()) == FallbackPaths::ExecutablePath() &&
-           ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
+           Framework::ToText(wxStandardPaths::Get().GetExecutablePath()) ==
+               FallbackPaths::ExecutablePath() &&
+           Framework::ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
 }
 
 } // namespace
@@ -29,31 +26,31 @@ TString<wchar_t> ExecutablePath()
 {
     const TString<wchar_t> path = FallbackPaths::ExecutablePath();
     return path.empty() && wxAppConsole::GetInstance()
-               ? ToText(wxStandardPaths::Get().GetExecutablePath())
+               ? Framework::ToText(wxStandardPaths::Get().GetExecutablePath())
                : path;
 }
 
 TString<wchar_t> DataDirectory()
 {
-    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetDataDir())
+    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
                               : FallbackPaths::DataDirectory();
 }
 
 TString<wchar_t> ResourcesDirectory()
 {
-    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetResourcesDir())
+    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
                               : FallbackPaths::ResourcesDirectory();
 }
 
 TString<wchar_t> UserLocalDataDirectory()
 {
-    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetUserLocalDataDir())
+    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetUserLocalDataDir())
                               : FallbackPaths::UserLocalDataDirectory();
 }
 
 TString<wchar_t> DocumentsDirectory()
 {
-    return FrameworkCanTell() ? ToText(wxStandardPaths::Get().GetDocumentsDir())
+    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir())
                               : FallbackPaths::DocumentsDirectory();
 }
 

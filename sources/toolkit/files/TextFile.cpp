@@ -2,6 +2,7 @@
 
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/TextFileLines.Private.h"
+#include "toolkit/framework/Text.h"
 
 #include <exception>
 
@@ -11,7 +12,7 @@ namespace {
 // Empty for a line that does not fit into memory a second time.
 TString<wchar_t> CopyLine(const wxString& line)
 try {
-    return std::wstring(line.wx_str(), line.length());
+    return Framework::ToText(line);
 } catch (const std::exception&) {
     return {};
 }
@@ -70,7 +71,7 @@ void TextFile::Clear()
 
 void TextFile::AddLine(const TString<wchar_t>& line)
 try {
-    m_lines->AddLine(wxString(line.data(), line.size()));
+    m_lines->AddLine(Framework::ToWxString(line));
 } catch (const std::exception&) {
     // Nobody is told what becomes of a line.
 }

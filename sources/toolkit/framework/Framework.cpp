@@ -6,8 +6,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// wxInitialize() leaves the framework with a stand-in that knows no program arguments; an
-// application object that the program runs itself has them, or a function that makes it.
+// The application object that wxInitialize() makes knows no program arguments. One that the program
+// runs itself has them, or a function that makes it.
 bool ProgramRunsItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();

@@ -1,13 +1,13 @@
 #pragma once
 
-/// Starting and stopping the framework, which counts how often it was started.
+// Start and stop of wxWidgets, which counts how often it was started.
 namespace Toolkit::Framework {
 
-/// True when the framework has to be stopped once more. False when it cannot be started, and in a
+/// True when wxWidgets has to be stopped once more. False when it cannot be started, and in a
 /// program that runs an application object of its own: a second start would take that object away.
 bool Start();
 
-/// Undoes one successful start; the last one shuts the framework down.
+/// Undoes one successful start; the last one shuts wxWidgets down.
 void Stop();
 
 } // namespace Toolkit::Framework

@@ -2,23 +2,23 @@
 
 #include <mutex>
 
-namespace Toolkit::InstalledForwarder {
+namespace Toolkit::Framework {
 namespace {
 
-// Recursive, since a sink may use the framework and so log again. It is no Mutex because it has to
-// be there before the first constructor runs.
+// Recursive, since a sink may use wxWidgets and so log again. Not a Mutex, because it has to exist
+// before the first constructor runs.
 std::recursive_mutex s_lock;
 wxLog* s_target = nullptr; // guarded by s_lock
 
 } // namespace
 
-void Set(wxLog* target)
+void InstallForwarder(wxLog* target)
 {
     const std::lock_guard<std::recursive_mutex> lock(s_lock);
     s_target = target;
 }
 
-bool Clear(wxLog* target)
+bool RemoveForwarder(wxLog* target)
 {
     const std::lock_guard<std::recursive_mutex> lock(s_lock);
     if (s_target != target)
@@ -27,7 +27,7 @@ bool Clear(wxLog* target)
     return true;
 }
 
-bool Forward(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info)
+bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info)
 {
     const std::lock_guard<std::recursive_mutex> lock(s_lock);
     if (!s_target)
@@ -36,7 +36,7 @@ bool Forward(wxLogLevel level, const wxString& message, const wxLogRecordInfo& i
     return true;
 }
 
-void Detach()
+void DetachForwarder()
 {
     wxLog* target = nullptr;
     {
@@ -50,4 +50,4 @@ void Detach()
     wxLog::SetActiveTarget(nullptr);
 }
 
-} // namespace Toolkit::InstalledForwarder
+} // namespace Toolkit::Framework

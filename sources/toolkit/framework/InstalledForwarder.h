@@ -2,24 +2,24 @@
 
 #include <wx/log.h>
 
-/// The one log target that hands the framework's messages on to the process-wide logger, for
-/// threads whose messages the framework itself would keep until the main thread asks for them.
-///
-/// Any thread may call the operations, but for `Detach`. A target is called under a lock, so that
-/// it cannot go while a message is on its way.
-namespace Toolkit::InstalledForwarder {
+// The one log target that hands the messages of wxWidgets on to the process-wide logger, for
+// threads whose messages wxWidgets itself would keep until the main thread asks for them.
+//
+// Any thread may call these functions, except DetachForwarder(). A target is called under a lock,
+// so that it cannot go while a message is on its way.
+namespace Toolkit::Framework {
 
-/// `target` is from now on the one; it stays the caller's.
-void Set(wxLog* target);
+/// Makes `target` the installed one; it stays the caller's.
+void InstallForwarder(wxLog* target);
 
-/// There is none from now on, if `target` was the one. Returns whether it was.
-bool Clear(wxLog* target);
+/// Leaves none installed if `target` was the one. Returns whether it was.
+bool RemoveForwarder(wxLog* target);
 
-/// Hands a message on; false when there is no target.
-bool Forward(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
+/// Hands a record on; false when there is no target.
+bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
 
-/// Takes the target away from the framework, which would delete it when it shuts down. Messages
-/// that other threads queued are delivered first. Called on the main thread.
-void Detach();
+/// Takes the target away from wxWidgets, which would delete it when it shuts down. Messages that
+/// other threads queued are delivered first. Called on the main thread.
+void DetachForwarder();
 
-} // namespace Toolkit::InstalledForwarder
+} // namespace Toolkit::Framework

@@ -2,11 +2,11 @@
 
 #include "toolkit/framework/InstalledForwarder.h"
 
-namespace Toolkit {
+namespace Toolkit::Framework {
 namespace {
 
-// Where and when a message was logged, without what the framework has made part of its text by now:
-// it would append that a second time.
+// Where and when a message was logged, without the extra data: wxWidgets has made them part of the
+// text by now, and would append them a second time.
 wxLogRecordInfo WithoutExtraData(const wxLogRecordInfo& info)
 {
     wxLogRecordInfo plain(info.filename, info.line, info.func, info.component);
@@ -31,13 +31,12 @@ void ThreadLogTarget::DoLogRecord(wxLogLevel level, const wxString& message,
                                   const wxLogRecordInfo& info)
 {
     const wxLogRecordInfo plain = WithoutExtraData(info);
-    if (InstalledForwarder::Forward(level, message, plain))
+    if (ForwardRecord(level, message, plain))
         return;
-    // Without a forwarder the message goes the framework's own way, as if this target were not
-    // there.
+    // Without a forwarder the message goes the way of wxWidgets, as if this target did not exist.
     wxLog::SetThreadActiveTarget(nullptr);
     wxLog::OnLog(level, message, plain);
     wxLog::SetThreadActiveTarget(this);
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Framework

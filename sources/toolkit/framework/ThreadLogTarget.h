@@ -2,11 +2,11 @@
 
 #include <wx/log.h>
 
-namespace Toolkit {
+namespace Toolkit::Framework {
 
-/// The framework's log target of a worker thread while the object lives.
+/// The log target of a worker thread while the object lives.
 ///
-/// Without it the framework keeps the thread's messages until the main thread asks for them.
+/// Without it wxWidgets keeps the thread's messages until the main thread asks for them.
 class ThreadLogTarget : public wxLog {
 public:
     ThreadLogTarget();
@@ -17,4 +17,4 @@ protected:
                      const wxLogRecordInfo& info) override;
 };
 
-} // namespace Toolkit
+} // namespace Toolkit::Framework

@@ -33,13 +33,13 @@ LogSeverity SeverityOfLevel(unsigned long level)
 WxLogForwarder::WxLogForwarder()
 {
     wxLog::SetActiveTarget(this);
-    InstalledForwarder::Set(this);
+    Framework::InstallForwarder(this);
 }
 
 WxLogForwarder::~WxLogForwarder()
 {
     // What other threads have queued is still for this target.
-    if (InstalledForwarder::Clear(this) && wxLog::GetActiveTarget() == this)
+    if (Framework::RemoveForwarder(this) && wxLog::GetActiveTarget() == this)
         wxLog::FlushActive();
     wxLog::SetActiveTarget(nullptr);
 }

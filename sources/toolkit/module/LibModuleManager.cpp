@@ -137,7 +137,7 @@ void LibModuleManager::Release(bool releaseFramework)
     FirstThrown thrown;
     thrown.Call([this] { ReleaseModules(); });
     if (releaseFramework) {
-        InstalledForwarder::Detach();
+        Framework::DetachForwarder();
         // Stopping a framework that somebody else has started would end it for them.
         if (m_frameworkStarts > 0) {
             --m_frameworkStarts;

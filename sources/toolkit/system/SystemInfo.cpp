@@ -1,9 +1,9 @@
 #include "toolkit/system/SystemInfo.h"
 
 #include "toolkit/core/Singleton.Private.h"
+#include "toolkit/framework/Silence.h"
 #include "toolkit/system/ChildProcess.Private.h"
 
-#include <wx/log.h>
 #include <wx/platinfo.h>
 #include <wx/utils.h>
 
@@ -17,7 +17,7 @@ namespace {
 // object, and starts many programs to find out more than is asked for here.
 wxPlatformInfo DescribeThisSystem()
 {
-    const wxLogNull silence;
+    const Framework::Silence silence;
     int major = 0;
     int minor = 0;
     wxPlatformInfo description(wxPORT_BASE);

@@ -1,9 +1,8 @@
 #include "toolkit/threading/Mutex.h"
 
+#include "toolkit/framework/Silence.h"
 #include "toolkit/threading/CountedMutex.Private.h"
 #include "toolkit/threading/MutexStock.Private.h"
-
-#include <wx/log.h>
 
 #include <utility>
 
@@ -28,8 +27,8 @@ MutexInternal::~MutexInternal()
     }
     if (m_mutex->ReleaseAll() && m_mutex->IsCertainlyFree())
         return;
-    // The framework reports a mutex that is held when it is destroyed.
-    const wxLogNull silence;
+    // wxWidgets reports a mutex that is held when it is destroyed.
+    const Framework::Silence silence;
     m_mutex.reset();
 }
 

@@ -101,7 +101,7 @@ wxThread::ExitCode Thread::Entry()
 {
     if (m_state != State::Started)
         return nullptr;
-    const ThreadLogTarget target;
+    const Framework::ThreadLogTarget target;
     // The exit codes of the framework are pointers.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<ExitCode>(static_cast<std::intptr_t>(DoWork()));
