@@ -2,7 +2,6 @@
 
 #include <benchmark/benchmark.h>
 #include <wx/sharedptr.h>
-#include <wx/thread.h>
 
 #include <boost/shared_ptr.hpp>
 #include <memory>
@@ -36,25 +35,6 @@ void BM_CopyAndDrop_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_CopyAndDrop_Toolkit);
 
-// The floor of a count that has a lock of its own: one lock for the copy, one for its end.
-void BM_CopyAndDrop_wxMutexTwoLocks(benchmark::State& state)
-{
-    HaveHadAThread();
-    wxMutex mutex(wxMUTEX_RECURSIVE);
-    int count = 1;
-    for (auto _ : state) {
-        mutex.Lock();
-        benchmark::DoNotOptimize(++count);
-        mutex.Unlock();
-        mutex.Lock();
-        benchmark::DoNotOptimize(--count);
-        mutex.Unlock();
-    }
-    if (count != 1)
-        state.SkipWithError("wrong count");
-}
-BENCHMARK(BM_CopyAndDrop_wxMutexTwoLocks);
-
 void BM_CopyAndDrop_StdSharedPtr(benchmark::State& state)
 {
     CopyAndDrop<std::shared_ptr<int>>(state);
@@ -72,6 +52,65 @@ void BM_CopyAndDrop_wxSharedPtr(benchmark::State& state)
     CopyAndDrop<wxSharedPtr<int>>(state);
 }
 BENCHMARK(BM_CopyAndDrop_wxSharedPtr);
+
+template <typename Pointer>
+void MakeAndDestroy(benchmark::State& state)
+{
+    HaveHadAThread();
+    for (auto _ : state) {
+        const Pointer pointer(new int(7));
+        benchmark::DoNotOptimize(*pointer);
+    }
+}
+
+void BM_MakeAndDestroy_Toolkit(benchmark::State& state)
+{
+    MakeAndDestroy<smart_ptr<int>>(state);
+}
+BENCHMARK(BM_MakeAndDestroy_Toolkit);
+
+void BM_MakeAndDestroy_StdSharedPtr(benchmark::State& state)
+{
+    MakeAndDestroy<std::shared_ptr<int>>(state);
+}
+BENCHMARK(BM_MakeAndDestroy_StdSharedPtr);
+
+void BM_MakeAndDestroy_BoostSharedPtr(benchmark::State& state)
+{
+    MakeAndDestroy<boost::shared_ptr<int>>(state);
+}
+BENCHMARK(BM_MakeAndDestroy_BoostSharedPtr);
+
+// All threads count in one block.
+template <typename Pointer>
+void CopyOneBlock(benchmark::State& state)
+{
+    static const Pointer pointer(new int(7));
+    for (auto _ : state) {
+        const Pointer copy(pointer);
+        benchmark::DoNotOptimize(*copy);
+    }
+    if (*pointer != 7)
+        state.SkipWithError("the object is gone");
+}
+
+void BM_CopyOneBlock_Toolkit(benchmark::State& state)
+{
+    CopyOneBlock<smart_ptr<int>>(state);
+}
+BENCHMARK(BM_CopyOneBlock_Toolkit)->Threads(2)->UseRealTime();
+
+void BM_CopyOneBlock_StdSharedPtr(benchmark::State& state)
+{
+    CopyOneBlock<std::shared_ptr<int>>(state);
+}
+BENCHMARK(BM_CopyOneBlock_StdSharedPtr)->Threads(2)->UseRealTime();
+
+void BM_CopyOneBlock_BoostSharedPtr(benchmark::State& state)
+{
+    CopyOneBlock<boost::shared_ptr<int>>(state);
+}
+BENCHMARK(BM_CopyOneBlock_BoostSharedPtr)->Threads(2)->UseRealTime();
 
 } // namespace
 } // namespace Toolkit

@@ -1,4 +1,6 @@
 toolkit_test(core/AssertTest.cpp)
+toolkit_test(core/SmartPtrInterleavingTest.cpp)
+toolkit_test(core/SmartPtrStressTest.cpp)
 toolkit_test(core/SmartPtrTest.cpp)
 target_sources(SmartPtrTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(core/TStringReferenceTest.cpp)

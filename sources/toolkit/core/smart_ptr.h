@@ -4,7 +4,9 @@
 #include "toolkit/core/Export.h"
 #include "toolkit/threading/Mutex.h"
 
+#include <atomic>
 #include <cstdint>
+#include <limits>
 
 namespace Toolkit {
 
@@ -28,12 +30,12 @@ public:
     }
 };
 
-/// What a count block tells when its object has been released. The library sets none.
+/// What a count block calls when its object has been released. The library sets none.
 class TOOLKIT_API IReleaseListener {
 public:
     virtual ~IReleaseListener();
 
-    /// Called under the block's lock, after the object was released.
+    /// Called once, after the object was released and before the block is freed.
     virtual void OnReleased() = 0;
 };
 
@@ -41,30 +43,39 @@ public:
 template <typename Policy>
 class TOOLKIT_API smart_ptr_inner_data {
 public:
-    smart_ptr_inner_data() : count(1), lock(false), releaseListener(nullptr) {}
+    smart_ptr_inner_data() : count(1), lock(MutexInternal::OnFirstUse()), releaseListener(nullptr)
+    {
+    }
     ~smart_ptr_inner_data() { delete releaseListener; }
 
     smart_ptr_inner_data(const smart_ptr_inner_data&) = delete;
     smart_ptr_inner_data& operator=(const smart_ptr_inner_data&) = delete;
 
-    std::int32_t count; // guarded by lock
-    MutexInternal lock;
+    /// The count of a block whose object is being released: so low that the copies an object's own
+    /// destructor makes and drops never bring it back to 1.
+    static constexpr std::int32_t c_released = std::numeric_limits<std::int32_t>::min() / 2;
+
+    std::atomic<std::int32_t> count;
+    MutexInternal lock; // unused, keeps the layout
     Policy policy;
     IReleaseListener* releaseListener; // owned
 };
 
 /// Shares a heap object: the last of all copies to let go releases it through `Policy`.
 ///
-/// Copies may be made and dropped on different threads, since the count has a lock of its own. One
-/// value must not be assigned on one thread while another reads or assigns it. The object's
-/// destructor runs while the lock of the count is held.
+/// Copies may be made and dropped on different threads, since the count is atomic. One value must
+/// not be assigned on one thread while another reads or assigns it.
+///
+/// The object's destructor may copy and drop pointers to the object: they neither revive it nor
+/// release it again.
 ///
 /// Two values each made from the same raw pointer do not share it, and release it twice: sharing is
 /// only ever made by copying a value.
 template <typename T, typename Policy = smart_ptr_policy>
 class TOOLKIT_API smart_ptr {
 public:
-    /// Takes `object` over, which may be null. Without memory for the count it is released.
+    /// Takes `object` over, which may be null. Throws `std::bad_alloc` when out of memory; `object`
+    /// is released then.
     smart_ptr(T* object = nullptr)
     try : m_object(object), m_data(new smart_ptr_inner_data<Policy>()) {
     } catch (...) {
@@ -79,20 +90,21 @@ public:
     {
         if (this == &other)
             return *this;
-        // `other` may live inside the object that is released here.
-        const smart_ptr kept(other);
+        // `other` may be inside the object that is released here: it is shared and read first.
+        smart_ptr_inner_data<Policy>* const data = other.m_data;
+        T* const object = other.m_object;
+        Share(*data);
         ReleaseRef();
-        m_object = kept.m_object;
-        m_data = kept.m_data;
-        AddRef();
+        m_object = object;
+        m_data = data;
         return *this;
     }
 
     /// Takes `object` over under a new count, after what was held is let go. `object` must not be
-    /// the one that is held already: it would be released first.
+    /// the one that is held already: it would be released first. Throws `std::bad_alloc` when out
+    /// of memory; everything stays as it was, and `object` stays the caller's.
     smart_ptr& operator=(T* object)
     {
-        // Without memory for the new count everything stays as it was.
         auto* const data = new smart_ptr_inner_data<Policy>();
         ReleaseRef();
         m_object = object;
@@ -103,50 +115,51 @@ public:
     /// Whether there is an object.
     bool IsValid() const { return m_object != nullptr; }
 
-    /// The object; null when there is none: who may hold nothing asks IsValid() first.
+    /// The object. May be null; check IsValid() first.
     T* operator->() const
     {
         ASSERT(IsValid());
         return m_object;
     }
 
-    /// The object, which must be there.
+    /// The object. There must be one; check IsValid() first.
     T& operator*() const
     {
         ASSERT(IsValid());
         return *m_object;
     }
 
-    /// The object, which stays shared; null when there is none.
+    /// The object, which stays shared; may be null.
     T* Get() const { return m_object; }
 
-    /// Adds one to the shared count; a count that has reached 0 stays there.
-    void AddRef()
-    {
-        const MutexLocker locker(m_data->lock, MutexInternal::Infinite);
-        if (m_data->count != 0)
-            ++m_data->count;
-    }
+    /// Adds one to the shared count. A block whose object is being released stays released.
+    void AddRef() { Share(*m_data); }
 
-    /// Takes one from the shared count and releases object and count at 0. The value must not be
-    /// used afterwards, unless others share the count.
+    /// Takes one from the shared count; at 0 releases the object and frees the count. The value
+    /// must not be used afterwards, unless others share the count.
     void ReleaseRef()
     {
         smart_ptr_inner_data<Policy>* const data = m_data;
-        data->lock.Lock(MutexInternal::Infinite);
-        ASSERT(data->count != 0);
-        if (--data->count != 0) {
-            data->lock.Unlock();
+        // Release: what this thread did with the object comes before its end. Acquire: what the
+        // other threads did, each before its own drop, comes before its end as well.
+        if (data->count.fetch_sub(1, std::memory_order_acq_rel) != 1)
             return;
-        }
+        // Relaxed: no other thread has a pointer to the block any more.
+        data->count.store(data->c_released, std::memory_order_relaxed);
         data->policy.Release(m_object);
         if (data->releaseListener)
             data->releaseListener->OnReleased();
-        data->lock.Unlock();
         delete data;
     }
 
 private:
+    // Relaxed: whoever copies holds a pointer already, so the block cannot go meanwhile, and the
+    // copy reaches another thread by a way that orders it.
+    static void Share(smart_ptr_inner_data<Policy>& data)
+    {
+        data.count.fetch_add(1, std::memory_order_relaxed);
+    }
+
     T* m_object;
     smart_ptr_inner_data<Policy>* m_data;
 };

@@ -8,7 +8,6 @@
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/module/ToolkitModule.h"
 #include "toolkit/system/RestartManagment.h"
-#include "toolkit/threading/MutexStock.Private.h"
 
 #include <ios>
 
@@ -33,11 +32,7 @@ ToolkitModule* pToolkitModuleInstance = nullptr;
 class LoadSequence {
 public:
     LoadSequence() { DllToolkitLoad(); }
-    ~LoadSequence()
-    {
-        DllToolkitUnload();
-        MutexStock::Clear();
-    }
+    ~LoadSequence() { DllToolkitUnload(); }
 
     LoadSequence(const LoadSequence&) = delete;
     LoadSequence& operator=(const LoadSequence&) = delete;

@@ -2,9 +2,9 @@
 
 #include "toolkit/framework/Silence.h"
 #include "toolkit/threading/CountedMutex.Private.h"
-#include "toolkit/threading/MutexStock.Private.h"
 
-#include <utility>
+#include <memory>
+#include <new>
 
 namespace Toolkit {
 namespace {
@@ -13,31 +13,48 @@ constexpr unsigned int c_pollIntervalMs = 10;
 
 } // namespace
 
-MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(MutexStock::Take())
+MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
     if (initiallyLocked)
-        m_mutex->Acquire();
+        m_mutex.load(std::memory_order_relaxed)->Acquire();
 }
 
 MutexInternal::~MutexInternal()
 {
-    if (m_mutex->IsCertainlyFree()) {
-        MutexStock::GiveBack(std::move(m_mutex));
+    std::unique_ptr<CountedMutex> mutex(m_mutex.load(std::memory_order_relaxed));
+    if (!mutex || mutex->IsCertainlyFree() || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
         return;
-    }
-    if (m_mutex->ReleaseAll() && m_mutex->IsCertainlyFree())
-        return;
-    // wxWidgets reports a mutex that is held when it is destroyed.
+    // wxMutex reports that it is destroyed while it is held.
     const Framework::Silence silence;
-    m_mutex.reset();
+    mutex.reset();
+}
+
+// Returns null when out of memory.
+CountedMutex* MutexInternal::MakeOnFirstUse()
+{
+    // Acquire pairs with the exchange below: the thread that finds a mutex finds it constructed.
+    if (CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire))
+        return mutex;
+    try {
+        auto made = std::make_unique<CountedMutex>();
+        CountedMutex* first = nullptr;
+        if (m_mutex.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
+            return made.release();
+        return first;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 bool MutexInternal::Lock(unsigned int timeoutMs)
 {
+    CountedMutex* const mutex = MakeOnFirstUse();
+    if (!mutex)
+        return false;
     if (timeoutMs == Infinite)
-        return m_mutex->Acquire() == wxMUTEX_NO_ERROR;
+        return mutex->Acquire() == wxMUTEX_NO_ERROR;
 
-    wxMutexError result = m_mutex->TryAcquire();
+    wxMutexError result = mutex->TryAcquire();
     if (timeoutMs < c_pollIntervalMs)
         return result == wxMUTEX_NO_ERROR;
 
@@ -46,14 +63,15 @@ bool MutexInternal::Lock(unsigned int timeoutMs)
         wxThread::Sleep(c_pollIntervalMs);
         if (round == rounds)
             break;
-        result = m_mutex->TryAcquire();
+        result = mutex->TryAcquire();
     }
     return result == wxMUTEX_NO_ERROR;
 }
 
 bool MutexInternal::Unlock()
 {
-    return m_mutex->Release();
+    CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire);
+    return mutex && mutex->Release();
 }
 
 Mutex::Mutex(bool initiallyLocked) : MutexInternal(initiallyLocked) {}

@@ -2,11 +2,13 @@
 
 #include "toolkit/core/Export.h"
 
-#include <memory>
+#include <atomic>
 
 namespace Toolkit {
 
 class CountedMutex;
+template <typename Policy>
+class smart_ptr_inner_data;
 
 /// A recursive mutex whose lock operation takes a time-out: the type that lockers take.
 ///
@@ -35,7 +37,17 @@ public:
     bool Unlock();
 
 private:
-    std::unique_ptr<CountedMutex> m_mutex;
+    template <typename Policy>
+    friend class smart_ptr_inner_data;
+
+    // For the lock of a count block, which is never used: no memory is taken before the first
+    // Lock().
+    struct OnFirstUse {};
+    explicit MutexInternal(OnFirstUse) noexcept : m_mutex(nullptr) {}
+
+    CountedMutex* MakeOnFirstUse();
+
+    std::atomic<CountedMutex*> m_mutex; // owned
 };
 
 /// The mutex that classes hold as a member.

@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+// smart_ptr counts with atomic additions. This is a model of its steps, of which each is atomic.
+// Every order in which two threads can take them is tried.
+
+enum class Step { Add, Subtract, Read, Write, MarkReleased, Release, Free };
+
+using Program = std::vector<Step>;
+
+struct Block {
+    int count = 2; // each thread starts with one pointer
+    int releases = 0;
+    bool isFreed = false;
+    bool wasUsedAfterwards = false;
+};
+
+struct Thread {
+    Program rest; // the next step is the last
+    int read = 0;
+};
+
+const Program c_copy = {Step::Add};
+const Program c_drop = {Step::Subtract};
+// A drop that reads and writes in two steps. It is wrong: the test has to find that.
+const Program c_splitDrop = {Step::Read, Step::Write};
+
+constexpr int c_released = -1000;
+
+// Puts `steps` before what the thread still has to do.
+void Push(Thread& thread, const Program& steps)
+{
+    thread.rest.insert(thread.rest.end(), steps.rbegin(), steps.rend());
+}
+
+class Model {
+public:
+    // What the last drop does, and what the object's destructor does meanwhile.
+    Model(Program release, Program destructor)
+        : m_release(std::move(release)), m_destructor(std::move(destructor))
+    {
+    }
+
+    // How many of all orders release the object not exactly once or use the block after its end.
+    int CountFaults(const Program& first, const Program& second)
+    {
+        std::array<Thread, 2> threads;
+        Push(threads[0], first);
+        Push(threads[1], second);
+        m_orders = 0;
+        m_faults = 0;
+        Explore(Block(), threads);
+        return m_faults;
+    }
+
+    int Orders() const { return m_orders; }
+
+private:
+    void Explore(const Block& block, const std::array<Thread, 2>& threads)
+    {
+        bool isAtEnd = true;
+        for (std::size_t i = 0; i < threads.size(); ++i) {
+            if (threads[i].rest.empty())
+                continue;
+            isAtEnd = false;
+            Block nextBlock = block;
+            std::array<Thread, 2> nextThreads = threads;
+            TakeStep(nextBlock, nextThreads[i]);
+            Explore(nextBlock, nextThreads);
+        }
+        if (!isAtEnd)
+            return;
+        ++m_orders;
+        if (block.releases != 1 || !block.isFreed || block.wasUsedAfterwards)
+            ++m_faults;
+    }
+
+    void TakeStep(Block& block, Thread& thread)
+    {
+        const Step step = thread.rest.back();
+        thread.rest.pop_back();
+        block.wasUsedAfterwards |= block.isFreed;
+        switch (step) {
+        case Step::Add:
+            ++block.count;
+            break;
+        case Step::Subtract:
+            Drop(block, thread, block.count - 1);
+            break;
+        case Step::Read:
+            thread.read = block.count;
+            break;
+        case Step::Write:
+            Drop(block, thread, thread.read - 1);
+            break;
+        case Step::MarkReleased:
+            block.count = c_released;
+            break;
+        case Step::Release:
+            if (++block.releases == 1)
+                Push(thread, m_destructor);
+            break;
+        case Step::Free:
+            block.isFreed = true;
+            break;
+        }
+    }
+
+    void Drop(Block& block, Thread& thread, int count)
+    {
+        block.count = count;
+        // A model that releases for ever would never end.
+        if (count == 0 && block.releases < 3)
+            Push(thread, m_release);
+    }
+
+    Program m_release;
+    Program m_destructor;
+    int m_orders = 0;
+    int m_faults = 0;
+};
+
+Program operator+(Program left, const Program& right)
+{
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+const Program c_lastDrop = {Step::MarkReleased, Step::Release, Step::Free};
+const Program c_lastDropWithoutMark = {Step::Release, Step::Free};
+
+TEST(SmartPtrInterleavingTest, ReleasesOnceInEveryOrderOfCopiesAndDrops)
+{
+    Model model(c_lastDrop, {});
+    const std::array<Program, 3> programs = {c_drop, c_copy + c_drop + c_drop,
+                                             c_copy + c_copy + c_drop + c_drop + c_drop};
+
+    for (const Program& first : programs) {
+        for (const Program& second : programs) {
+            SCOPED_TRACE(std::to_string(first.size()) + " and " + std::to_string(second.size()));
+            EXPECT_EQ(model.CountFaults(first, second), 0);
+            EXPECT_GT(model.Orders(), 1);
+        }
+    }
+}
+
+TEST(SmartPtrInterleavingTest, ReleasesOnceWhenTheDestructorCopiesAndDrops)
+{
+    Model model(c_lastDrop, c_copy + c_copy + c_drop + c_drop);
+
+    EXPECT_EQ(model.CountFaults(c_copy + c_drop + c_drop, c_copy + c_drop + c_drop), 0);
+}
+
+TEST(SmartPtrInterleavingTest, FindsAReleaseThatDoesNotMarkTheBlock)
+{
+    Model model(c_lastDropWithoutMark, c_copy + c_drop);
+
+    EXPECT_GT(model.CountFaults(c_drop, c_drop), 0);
+}
+
+TEST(SmartPtrInterleavingTest, FindsADropOfTwoSteps)
+{
+    Model model(c_lastDrop, {});
+
+    EXPECT_GT(model.CountFaults(c_splitDrop, c_splitDrop), 0);
+}
+
+} // namespace
+} // namespace Toolkit
