@@ -1,7 +1,7 @@
 #include "toolkit/config/IniFile.h"
 
 #include "toolkit/base/Utf8.h"
-#include "toolkit/files/TextFileLines.Private.h"
+#include "toolkit/framework/TextFileLines.h"
 #include "toolkit/logging/Log.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
 }
 
 // As a `TextFile` does, which would take a line for empty that finds no memory.
-bool Load(TextFileLines& file, const TString<wchar_t>& name)
+bool Load(Framework::TextFileLines& file, const TString<wchar_t>& name)
 try {
     return file.Load(Base::EncodeUtf8(name));
 } catch (const std::exception&) {
@@ -50,7 +50,7 @@ try {
     const TString<wchar_t> name(path);
     m_sections.clear();
 
-    TextFileLines file;
+    Framework::TextFileLines file;
     if (!Load(file, name)) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_openFailureLine)
             << L"Unable to open file : " << name << ILogger::c_strLogToken3;

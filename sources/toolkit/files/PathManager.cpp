@@ -1,8 +1,8 @@
 #include "toolkit/files/PathManager.h"
 
+#include "toolkit/base/Singleton.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
-#include "toolkit/core/Singleton.Private.h"
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/StandardPaths.Private.h"
 #include "toolkit/framework/Text.h"
@@ -180,17 +180,17 @@ try {
 
 void PathManager::CreateInstance()
 {
-    Singleton::Create(s_pInstance, [] { return new PathManager(); });
+    Base::CreateSingleton(s_pInstance, [] { return new PathManager(); });
 }
 
 smart_ptr<PathManager> PathManager::GetInstance()
 {
-    return Singleton::Get(s_pInstance);
+    return Base::GetSingleton(s_pInstance);
 }
 
 void PathManager::ReleaseInstance()
 {
-    Singleton::Release(s_pInstance);
+    Base::ReleaseSingleton(s_pInstance);
 }
 
 } // namespace Toolkit

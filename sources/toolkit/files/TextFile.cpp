@@ -1,8 +1,8 @@
 #include "toolkit/files/TextFile.h"
 
 #include "toolkit/base/Utf8.h"
-#include "toolkit/files/TextFileLines.Private.h"
 #include "toolkit/framework/Text.h"
+#include "toolkit/framework/TextFileLines.h"
 
 #include <exception>
 
@@ -19,7 +19,7 @@ try {
 
 } // namespace
 
-TextFile::TextFile() : m_lines(std::make_unique<TextFileLines>()) {}
+TextFile::TextFile() : m_lines(std::make_unique<Framework::TextFileLines>()) {}
 
 TextFile::~TextFile() = default;
 

@@ -7,7 +7,9 @@
 
 namespace Toolkit {
 
+namespace Framework {
 class TextFileLines;
+}
 
 /// A whole text file as a list of lines.
 ///
@@ -57,7 +59,7 @@ public:
     void AddLine(const TString<wchar_t>& line);
 
 private:
-    std::unique_ptr<TextFileLines> m_lines;
+    std::unique_ptr<Framework::TextFileLines> m_lines;
 };
 
 } // namespace Toolkit

@@ -1,12 +1,12 @@
 #include "toolkit/logging/FileLogger.h"
 
+#include "toolkit/base/TickCount.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/encoding/StringConvert.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/LogFile.Private.h"
 #include "toolkit/logging/LogPieceBlock.Private.h"
 #include "toolkit/logging/LogPieceQueue.Private.h"
-#include "toolkit/system/TickCount.h"
 
 #include <new>
 #include <unistd.h>
@@ -60,14 +60,14 @@ try {
 
 TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
 {
-    const unsigned int beginTicks = GetTickCount();
+    const unsigned int beginTicks = Base::GetTickCount();
     while (true) {
         {
             const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
             if (!m_path.empty())
                 return m_path;
         }
-        if (GetTickCount() - beginTicks >= timeoutMs)
+        if (Base::GetTickCount() - beginTicks >= timeoutMs)
             return {};
         Sleep(c_openRetryMs);
     }
@@ -100,7 +100,7 @@ bool FileLogger::OpenFile()
     while (!isOpen) {
         if (m_stopEvent->Wait(c_openRetryMs))
             return false;
-        isOpen = Open(c_strTickSeparator + StringConvert::UStringFromUint32(GetTickCount()));
+        isOpen = Open(c_strTickSeparator + StringConvert::UStringFromUint32(Base::GetTickCount()));
     }
     return true;
 }

@@ -1,6 +1,6 @@
 #include "toolkit/logging/Log.h"
 
-#include "toolkit/system/TickCount.h"
+#include "toolkit/base/TickCount.h"
 
 namespace Toolkit {
 
@@ -10,7 +10,7 @@ ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
     // Nobody sees the time of a line that is left out, and it takes longer than all the rest.
     if (logger.IsFilteredOut())
         return logger;
-    return logger << severity << ILogger::c_strLogToken1 << GetTickCount()
+    return logger << severity << ILogger::c_strLogToken1 << Base::GetTickCount()
                   << ILogger::c_strLogToken2 << line << ILogger::c_strLogToken2 << function
                   << ILogger::c_strLogToken2;
 }

@@ -1,6 +1,6 @@
 // The process-wide logger. Apart from ILogger.cpp, so that ILogger does not know NullLogger, which
 // is derived from it.
-#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/base/Singleton.h"
 #include "toolkit/logging/ILogger.h"
 #include "toolkit/logging/NullLogger.h"
 
@@ -15,17 +15,17 @@ smart_ptr<ILogger> ILogger::Create()
 
 void ILogger::CreateInstance()
 {
-    Singleton::Create(s_pInstance, Create);
+    Base::CreateSingleton(s_pInstance, Create);
 }
 
 smart_ptr<ILogger> ILogger::GetInstance()
 {
-    return Singleton::Get(s_pInstance);
+    return Base::GetSingleton(s_pInstance);
 }
 
 void ILogger::ReleaseInstance()
 {
-    Singleton::Release(s_pInstance);
+    Base::ReleaseSingleton(s_pInstance);
 }
 
 ILogger& ILogger::GetLogger()

@@ -1,6 +1,6 @@
 #include "toolkit/system/RestartManagment.h"
 
-#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/base/Singleton.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/Log.h"
 #include "toolkit/system/SystemInfo.h"
@@ -67,17 +67,17 @@ bool RestartManagment::RestartProcessFinish()
 
 void RestartManagment::CreateInstance()
 {
-    Singleton::Create(s_pInstance, [] { return new RestartManagment(); });
+    Base::CreateSingleton(s_pInstance, [] { return new RestartManagment(); });
 }
 
 smart_ptr<RestartManagment> RestartManagment::GetInstance()
 {
-    return Singleton::Get(s_pInstance);
+    return Base::GetSingleton(s_pInstance);
 }
 
 void RestartManagment::ReleaseInstance()
 {
-    Singleton::Release(s_pInstance);
+    Base::ReleaseSingleton(s_pInstance);
 }
 
 } // namespace Toolkit

@@ -1,7 +1,7 @@
 #include "toolkit/system/SingleApplicationInstance.h"
 
 #include "toolkit/base/InstanceLock.h"
-#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/base/Singleton.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/system/CheckerFile.Private.h"
 
@@ -37,17 +37,17 @@ bool SingleApplicationInstance::IsAlreadyRunning() const
 
 void SingleApplicationInstance::CreateInstance()
 {
-    Singleton::Create(s_pInstance, [] { return new SingleApplicationInstance(); });
+    Base::CreateSingleton(s_pInstance, [] { return new SingleApplicationInstance(); });
 }
 
 smart_ptr<SingleApplicationInstance> SingleApplicationInstance::GetInstance()
 {
-    return Singleton::Get(s_pInstance);
+    return Base::GetSingleton(s_pInstance);
 }
 
 void SingleApplicationInstance::ReleaseInstance()
 {
-    Singleton::Release(s_pInstance);
+    Base::ReleaseSingleton(s_pInstance);
 }
 
 } // namespace Toolkit

@@ -1,6 +1,6 @@
 #include "toolkit/system/SystemInfo.h"
 
-#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/base/Singleton.h"
 #include "toolkit/framework/Silence.h"
 #include "toolkit/system/ChildProcess.Private.h"
 
@@ -106,17 +106,17 @@ try {
 
 void SystemInfo::CreateInstance()
 {
-    Singleton::Create(s_pInstance, [] { return new SystemInfo(); });
+    Base::CreateSingleton(s_pInstance, [] { return new SystemInfo(); });
 }
 
 smart_ptr<SystemInfo> SystemInfo::GetInstance()
 {
-    return Singleton::Get(s_pInstance);
+    return Base::GetSingleton(s_pInstance);
 }
 
 void SystemInfo::ReleaseInstance()
 {
-    Singleton::Release(s_pInstance);
+    Base::ReleaseSingleton(s_pInstance);
 }
 
 } // namespace Toolkit

@@ -1,6 +1,6 @@
 #include "toolkit/system/Version.h"
 
-#include "toolkit/core/Singleton.Private.h"
+#include "toolkit/base/Singleton.h"
 #include "toolkit/encoding/StringConvert.h"
 
 #include <tuple>
@@ -79,17 +79,17 @@ Version* Version::Create()
 
 void Version::CreateInstance()
 {
-    Singleton::Create(s_pInstance, Create);
+    Base::CreateSingleton(s_pInstance, Create);
 }
 
 smart_ptr<Version> Version::GetInstance()
 {
-    return Singleton::Get(s_pInstance);
+    return Base::GetSingleton(s_pInstance);
 }
 
 void Version::ReleaseInstance()
 {
-    Singleton::Release(s_pInstance);
+    Base::ReleaseSingleton(s_pInstance);
 }
 
 } // namespace Toolkit

@@ -1,6 +1,6 @@
 #include "toolkit/threading/BackgroundOperation.h"
 
-#include "toolkit/system/TickCount.h"
+#include "toolkit/base/TickCount.h"
 
 namespace Toolkit {
 
@@ -35,7 +35,7 @@ bool BackgroundOperation::Wait() const
 void BackgroundOperation::UpdateLastOperationDate()
 {
     const MutexLocker locker(m_dateLock, MutexInternal::Infinite);
-    m_lastOperationDate = GetTickCount();
+    m_lastOperationDate = Base::GetTickCount();
 }
 
 unsigned int BackgroundOperation::GetLastOperationDate() const

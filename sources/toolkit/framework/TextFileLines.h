@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace Toolkit {
+namespace Toolkit::Framework {
 
 /// The framework's list of lines, with files read and written by the library itself: the framework
 /// prints a message for every failure, takes overlong forms for UTF-8, and leaves half a file
@@ -33,4 +33,4 @@ private:
     std::string m_path; // empty while no file is loaded
 };
 
-} // namespace Toolkit
+} // namespace Toolkit::Framework

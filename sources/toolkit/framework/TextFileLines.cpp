@@ -1,7 +1,8 @@
+#include "toolkit/framework/TextFileLines.h"
+
 #include "toolkit/base/FileDescriptor.h"
 #include "toolkit/base/FileReplacement.h"
 #include "toolkit/base/Utf8.h"
-#include "toolkit/files/TextFileLines.Private.h"
 
 #include <wx/strconv.h>
 
@@ -15,7 +16,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace Toolkit {
+namespace Toolkit::Framework {
 namespace {
 
 using namespace std::string_view_literals;
@@ -211,4 +212,4 @@ bool TextFileLines::EncodeLines(std::string& bytes) const
     return true;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Framework
