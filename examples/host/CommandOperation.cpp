@@ -25,7 +25,7 @@ CommandOperation::CommandOperation(unsigned int id, const Text& line,
                                    const HostPlugIn::Command* command,
                                    const std::atomic<bool>& isCancelled)
     : BackgroundOperation(id), m_line(line), m_command(command), m_isCancelled(isCancelled),
-      m_options(command ? *command : c_noCommand, line), m_result(m_options.GetValue(L"out"), id),
+      m_options(command ? *command : c_noCommand, line), m_result(m_options.GetValue(L"out")),
       m_lastShownTicks(GetTickCount())
 {
 }
@@ -57,7 +57,7 @@ bool CommandOperation::Work()
     if (!m_options.GetFault().empty())
         return Fail(m_options.GetFault());
     if (!m_result.Open())
-        return Fail(L"cannot write " + m_options.GetValue(L"out"));
+        return FailToWrite();
     return m_command->run(*this);
 }
 
@@ -66,7 +66,12 @@ bool CommandOperation::Store()
 {
     if (!HasSucceeded())
         return false;
-    return m_result.Commit() || Fail(L"cannot write " + m_options.GetValue(L"out"));
+    return m_result.Commit() || FailToWrite();
+}
+
+bool CommandOperation::FailToWrite() noexcept
+{
+    return Fail(L"cannot write " + m_options.GetValue(L"out") + L": " + m_result.GetFault());
 }
 
 bool CommandOperation::IsDefined(const wchar_t* option) const noexcept
@@ -81,7 +86,7 @@ const Text& CommandOperation::GetValue(const wchar_t* option) const noexcept
 
 bool CommandOperation::Write(const char* bytes, std::size_t count) noexcept
 {
-    return m_result.Write(bytes, count) || Fail(L"cannot write " + m_options.GetValue(L"out"));
+    return m_result.Write(bytes, count) || FailToWrite();
 }
 
 bool CommandOperation::Progress(unsigned long long done, unsigned long long total,

@@ -28,6 +28,7 @@ public:
 private:
     bool Work();
     bool Store();
+    bool FailToWrite() noexcept;
 
     bool IsDefined(const wchar_t* option) const noexcept override;
     const Text& GetValue(const wchar_t* option) const noexcept override;

@@ -1,53 +1,126 @@
 #include "ResultFile.h"
 
-#include <wx/utils.h>
-
-#include <filesystem>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <system_error>
 #include <toolkit/encoding/UTF8.h>
+#include <unistd.h>
 
 using namespace Toolkit;
 
-ResultFile::ResultFile(const Text& path, unsigned int id)
-    : m_path(UTF8::ToUTF8(path)),
-      m_writtenPath(m_path + "." + std::to_string(wxGetProcessId()) + "-" + std::to_string(id))
+namespace {
+
+constexpr mode_t c_permissions = S_IRWXU | S_IRWXG | S_IRWXO;
+
+// Read while the process has one thread only: reading it changes it for a moment.
+mode_t ReadUmask()
 {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return mask;
 }
+
+const mode_t c_umask = ReadUmask();
+
+// A file that replaces another one has its group and permissions; where the group cannot be kept,
+// nobody else's group gets its rights.
+bool AdoptPermissions(int descriptor, const struct stat& replaced)
+{
+    if (replaced.st_nlink == 0)
+        return ::fchmod(descriptor, (S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH) &
+                                        ~c_umask) == 0;
+    mode_t mode = replaced.st_mode & c_permissions;
+    if (::fchown(descriptor, static_cast<uid_t>(-1), replaced.st_gid) != 0)
+        mode &= ~static_cast<mode_t>(S_IRWXG);
+    return ::fchmod(descriptor, mode) == 0;
+}
+
+} // namespace
+
+ResultFile::ResultFile(const Text& path) : m_path(UTF8::ToUTF8(path)), m_lock(false) {}
 
 ResultFile::~ResultFile()
 {
     Discard();
+    if (m_file)
+        std::fclose(m_file);
 }
 
 bool ResultFile::Open()
 {
-    m_file.open(m_writtenPath, std::ios::binary);
-    return m_file.is_open();
+    return !FindFault() && Create();
 }
 
 bool ResultFile::Write(const char* bytes, std::size_t count)
 {
-    m_file.write(bytes, static_cast<std::streamsize>(count));
     m_size += count;
-    return m_file.good();
+    return std::fwrite(bytes, 1, count, m_file) == count || FailWithErrno();
 }
 
 bool ResultFile::Commit()
 {
-    if (!m_file.flush())
-        return false;
-    std::error_code error;
-    std::filesystem::rename(m_writtenPath, m_path, error);
-    if (error)
-        return false;
-    m_file.close();
+    if (!AdoptPermissions(::fileno(m_file), m_replaced))
+        return FailWithErrno();
+    const int closed = std::fclose(m_file);
+    m_file = nullptr;
+    if (closed != 0)
+        return FailWithErrno();
+
+    const MutexLocker locker(m_lock, MutexInternal::Infinite);
+    if (m_writtenPath.empty())
+        return Fail(L"it was given up");
+    if (std::rename(m_writtenPath.c_str(), m_path.c_str()) != 0)
+        return FailWithErrno();
+    m_writtenPath.clear();
     return true;
 }
 
 void ResultFile::Discard()
 {
-    if (!m_file.is_open())
-        return;
-    m_file.close();
-    std::error_code ignored;
-    std::filesystem::remove(m_writtenPath, ignored);
+    const MutexLocker locker(m_lock, MutexInternal::Infinite);
+    if (!m_writtenPath.empty())
+        ::unlink(m_writtenPath.c_str());
+    m_writtenPath.clear();
+}
+
+// Looks at the name itself, not at what a link there leads to.
+bool ResultFile::FindFault()
+{
+    if (::lstat(m_path.c_str(), &m_replaced) != 0) {
+        m_replaced = {};
+        return errno != ENOENT && !FailWithErrno();
+    }
+    if (S_ISLNK(m_replaced.st_mode))
+        return !Fail(L"it is a link");
+    if (!S_ISREG(m_replaced.st_mode))
+        return !Fail(L"it is no regular file");
+    return m_replaced.st_uid != ::geteuid() && !Fail(L"it belongs to somebody else");
+}
+
+// Nobody can have made or guessed the new file's name.
+bool ResultFile::Create()
+{
+    const MutexLocker locker(m_lock, MutexInternal::Infinite);
+    std::string path = m_path.substr(0, m_path.rfind('/') + 1) + ".host-XXXXXX";
+    const int descriptor = ::mkostemp(path.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        return FailWithErrno();
+    m_writtenPath = path;
+    m_file = ::fdopen(descriptor, "w");
+    if (m_file)
+        return true;
+    ::close(descriptor);
+    return FailWithErrno();
+}
+
+bool ResultFile::Fail(const Text& fault)
+{
+    m_fault = fault;
+    return false;
+}
+
+bool ResultFile::FailWithErrno()
+{
+    return Fail(UTF8::ToUNICODE(std::generic_category().message(errno)));
 }

@@ -1,7 +1,11 @@
+#include "support/FileSizeLimit.h"
 #include "support/ScopedEnvironment.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "HostWithPlugIns.h"
 #include "archive/RawZip.h"
@@ -206,7 +210,99 @@ TEST_F(HostCommandsTest, ResultThatCannotBeWrittenIsAFailure)
 
     m_host.Run({"list", "-archive", archive, "-out", "/none/result"});
 
-    EXPECT_EQ(host.AwaitOutcome("1 list"), "failed: cannot write /none/result");
+    EXPECT_EQ(host.AwaitOutcome("1 list"),
+              "failed: cannot write /none/result: No such file or directory");
+}
+
+TEST_F(HostCommandsTest, ResultIsWrittenToRegularFilesAlone)
+{
+    const std::string archive = WriteArchive();
+    const std::string victim = Write("victim", "untouched");
+    std::filesystem::create_symlink(victim, File("link"));
+    std::filesystem::create_symlink(File("none"), File("dangling"));
+    ASSERT_EQ(::mkfifo(File("pipe").c_str(), 0600), 0);
+    std::filesystem::create_directory(File("folder"));
+    const ServingHost host(m_host);
+    const std::pair<const char*, const char*> cases[] = {{"link", "it is a link"},
+                                                         {"dangling", "it is a link"},
+                                                         {"pipe", "it is no regular file"},
+                                                         {"folder", "it is no regular file"}};
+
+    int number = 0;
+    for (const auto& [name, reason] : cases) {
+        m_host.Run({"list", "-archive", archive, "-out", File(name)});
+        EXPECT_EQ(host.AwaitOutcome(std::to_string(++number) + " list"),
+                  "failed: cannot write " + File(name) + ": " + reason);
+    }
+    EXPECT_EQ(ReadWholeFile(victim), "untouched");
+    EXPECT_FALSE(std::filesystem::exists(File("none")));
+}
+
+// Links that somebody has made under names that the host might write first.
+TEST_F(HostCommandsTest, ResultFollowsNoLinkThatLiesInWait)
+{
+    const std::string archive = WriteArchive();
+    const std::string victim = Write("victim", "untouched");
+    const ServingHost host(m_host);
+    const std::string process = std::to_string(host.ProcessId());
+    for (const std::string& suffix : {"." + process + "-1", "." + process, std::string(".tmp")})
+        std::filesystem::create_symlink(victim, File("result" + suffix));
+
+    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+
+    EXPECT_EQ(ReadWholeFile(victim), "untouched");
+}
+
+TEST_F(HostCommandsTest, ResultKeepsThePermissionsOfTheFileThatItReplaces)
+{
+    using std::filesystem::perms;
+    const std::string archive = WriteArchive();
+    const ServingHost host(m_host);
+
+    for (const perms permissions : {perms(0600), perms(0640), perms(0664)}) {
+        Write("result", "old");
+        std::filesystem::permissions(File("result"), permissions);
+        ResultOf(host, {"list", "-archive", archive});
+        EXPECT_EQ(std::filesystem::status(File("result")).permissions(), permissions);
+    }
+}
+
+TEST_F(HostCommandsTest, NewResultHasThePermissionsThatTheUmaskLeaves)
+{
+    const std::string archive = WriteArchive();
+    const mode_t oldMask = ::umask(027);
+    const ServingHost host(m_host);
+    ::umask(oldMask);
+
+    ResultOf(host, {"list", "-archive", archive});
+
+    EXPECT_EQ(std::filesystem::status(File("result")).permissions(), std::filesystem::perms(0640));
+}
+
+// Only root can make a file that belongs to somebody else.
+TEST_F(HostCommandsTest, ResultDoesNotReplaceTheFileOfSomebodyElse)
+{
+    constexpr uid_t nobody = 65534;
+    const std::string archive = WriteArchive();
+    Write("result", "theirs");
+    if (::chown(File("result").c_str(), nobody, nobody) != 0)
+        GTEST_SKIP() << "needs root";
+    const ServingHost host(m_host);
+
+    EXPECT_EQ(OutcomeOf(host, {"list", "-archive", archive}),
+              "failed: cannot write " + File("result") + ": it belongs to somebody else");
+    EXPECT_EQ(ReadWholeFile(File("result")), "theirs");
+}
+
+TEST_F(HostCommandsTest, FullDiskIsSaid)
+{
+    const std::string input = Write("input", std::string(20'000, 'x'));
+    const FileSizeLimit limit(16'384);
+    const ServingHost host(m_host);
+
+    EXPECT_EQ(OutcomeOf(host, {"encode", "-in", input, "-as", "base64"}),
+              "failed: cannot write " + File("result") + ": File too large");
+    EXPECT_FALSE(std::filesystem::exists(File("result")));
 }
 
 TEST_F(HostCommandsTest, RelativePathsMeanTheDirectoryOfTheLaterStart)

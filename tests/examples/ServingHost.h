@@ -73,6 +73,7 @@ public:
         return lines;
     }
 
+    int ProcessId() const { return m_program.ProcessId(); }
     void Send(int signal) const { m_program.Send(signal); }
     int WaitForExitCode() { return m_program.WaitForExitCode(); }
 

@@ -64,6 +64,8 @@ public:
             ::kill(m_process, signal);
     }
 
+    pid_t ProcessId() const { return m_process; }
+
     int WaitForExitCode()
     {
         if (m_process > 0) {
