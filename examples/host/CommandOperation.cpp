@@ -52,6 +52,8 @@ Text CommandOperation::GetTitle() const
 
 bool CommandOperation::Work()
 {
+    if (m_isCancelled)
+        return Fail(L"cancelled");
     if (!m_command)
         return Fail(L"there is no such command");
     if (!m_options.GetFault().empty())

@@ -18,6 +18,9 @@ public:
     /// Does it all, on the calling thread, and tells the listeners of start and end.
     void Perform();
 
+    /// Removes what has been written of the result. Any thread may call it; the command fails then.
+    void Abandon() { m_result.Discard(); }
+
     const Text& GetLine() const { return m_line; }
     /// The number and the name of the command, for messages.
     Text GetTitle() const;

@@ -3,7 +3,7 @@
 #include <wx/app.h>
 #include <wx/timer.h>
 
-#include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <toolkit/encoding/StringConvert.h>
 #include <toolkit/files/Directory.h>
@@ -13,12 +13,11 @@
 
 #include "CommandOperation.h"
 #include "HandOver.h"
+#include "StopSignals.h"
 
 using namespace Toolkit;
 
 namespace {
-
-CommandServer* s_signalledServer = nullptr;
 
 // Tells the user and the log when a command starts and ends, on the thread that runs it.
 class CommandReport : public BackgroundOperationHandler {
@@ -62,6 +61,8 @@ public:
 
     // The thread uses this part of the object, which must not go before it has ended.
     ~CommandWorker() override { Wait(); }
+
+    CommandOperation& GetOperation() { return m_operation; }
 
 protected:
     int DoWork() override
@@ -113,26 +114,38 @@ private:
     CommandServer& m_server;
 };
 
+// The time that a command has to notice that it is cancelled.
+class CommandServer::Deadline : public wxTimer {
+public:
+    explicit Deadline(CommandServer& server) : m_server(server)
+    {
+        constexpr int limitMs = 3000;
+
+        StartOnce(limitMs);
+    }
+
+    void Notify() override { m_server.EndWithoutCommand(); }
+
+private:
+    CommandServer& m_server;
+};
+
 CommandServer::CommandServer(const PlugIns& plugIns) : m_plugIns(plugIns) {}
 
 CommandServer::~CommandServer() = default;
 
 CommandServer::End CommandServer::Run()
 {
+    const StopSignals signals([this] { Cancel(); });
     IPCServer server(HandOver::ServicePath());
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
     if (!server.Run())
         return End::NotServed;
 
-    wxAppConsole& application = *wxAppConsole::GetInstance();
-    s_signalledServer = this;
-    for (const int signal : {SIGINT, SIGTERM})
-        application.SetSignalHandler(signal, [](int) { s_signalledServer->Cancel(); });
     Terminal::Print(L"Serving at " + HandOver::ServicePath());
     TOOLKIT_LOG(SeverityInfo) << L"Serving at " << HandOver::ServicePath()
                               << ILogger::c_strLogToken3;
-    application.MainLoop();
-    s_signalledServer = nullptr;
+    wxAppConsole::GetInstance()->MainLoop();
     return m_end;
 }
 
@@ -158,7 +171,9 @@ void CommandServer::Stop(End end)
 
 void CommandServer::Cancel()
 {
+    Terminal::Print(L"Stopping; another signal ends the host at once");
     m_isCancelled = true;
+    m_deadline = std::make_unique<Deadline>(*this);
     Stop(End::Quit);
     Work();
 }
@@ -188,4 +203,15 @@ void CommandServer::OnCommandEnded()
 {
     m_worker.reset();
     Work();
+}
+
+// A thread cannot be ended, and plug-ins whose code runs cannot be unloaded. What is left to do is
+// to leave no half result, and the whole log.
+void CommandServer::EndWithoutCommand()
+{
+    CommandOperation& operation = m_worker->GetOperation();
+    operation.Abandon();
+    Terminal::Fail(operation.GetTitle() + L": does not stop, the host ends without it");
+    ILogger::SetLogger(smart_ptr<ILogger>());
+    std::_Exit(EXIT_FAILURE);
 }

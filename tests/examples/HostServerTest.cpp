@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <functional>
 #include <thread>
 
@@ -211,7 +213,7 @@ TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNext)
 
 TEST_F(HostServerTest, SignalGivesUpWhatRunsAndStopsInOrder)
 {
-    for (const int signal : {SIGTERM, SIGINT}) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ServingHost host(m_host);
         HandOver({"wait", "-until", File("never")});
         host.AwaitLine("1 wait: started");
@@ -225,6 +227,67 @@ TEST_F(HostServerTest, SignalGivesUpWhatRunsAndStopsInOrder)
         EXPECT_THAT(m_host.Log(), ContainsRegex("Stopping after [0-9]+ ms\n$"));
         EXPECT_THAT(NamesInDirectory(), SizeIs(0));
     }
+}
+
+TEST_F(HostServerTest, SignalEndsTheHostWithinFiveSecondsThoughACommandDoesNotNotice)
+{
+    ServingHost host(m_host);
+    for (int i = 0; i < 3; ++i)
+        HandOver({"wait-blindly", "-until", File("never")});
+    host.AwaitLine("1 wait-blindly: started");
+
+    const auto begin = std::chrono::steady_clock::now();
+    host.Send(SIGTERM);
+    host.AwaitRest();
+
+    EXPECT_EQ(host.WaitForExitCode(), 1);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_FALSE(std::filesystem::exists(host.Socket()));
+    EXPECT_THAT(NamesInDirectory(), SizeIs(0));
+    EXPECT_THAT(m_host.Log(),
+                EndsWith("Fail : 1 wait-blindly: does not stop, the host ends without it\n"));
+}
+
+TEST_F(HostServerTest, SecondSignalEndsTheHostAtOnce)
+{
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        ServingHost host(m_host);
+        HandOver({"wait-blindly", "-until", File("never")});
+        host.AwaitLine("1 wait-blindly: started");
+        host.Send(SIGTERM);
+        host.AwaitLine("Stopping");
+
+        host.Send(signal);
+
+        EXPECT_EQ(host.WaitForExitCode(), -signal);
+    }
+}
+
+TEST_F(HostServerTest, SignalThatIsIgnoredAtTheStartStaysIgnored)
+{
+    const auto oldHandler = std::signal(SIGHUP, SIG_IGN);
+    ServingHost host(m_host);
+    std::signal(SIGHUP, oldHandler);
+
+    host.Send(SIGHUP);
+
+    EXPECT_THAT(OutcomeOf(host, {"list", "-archive", WriteArchive()}),
+                testing::StartsWith("done in "));
+    Quit(host);
+}
+
+TEST_F(HostServerTest, SignalGivesUpTheCommandsThatWait)
+{
+    ServingHost host(m_host);
+    HandOver({"wait", "-until", File("never")});
+    host.AwaitLine("1 wait: started");
+    HandOver({"wait-blindly", "-until", File("never")});
+
+    host.Send(SIGTERM);
+
+    EXPECT_EQ(host.AwaitOutcome("2 wait-blindly"), "failed: cancelled");
+    host.AwaitRest();
+    EXPECT_EQ(host.WaitForExitCode(), 0);
 }
 
 // The plug-ins are found where the first host was told.

@@ -24,6 +24,15 @@ bool Wait(CommandRun& run)
     return false;
 }
 
+// Does not ask whether the host wants to stop.
+bool WaitBlindly(CommandRun& run)
+{
+    run.WriteLine(L"half of it");
+    while (!PathManager::FileExists(run.GetValue(L"until")))
+        Thread::Sleep(1);
+    return true;
+}
+
 bool ThrowError(CommandRun& run)
 {
     run.WriteLine(L"something");
@@ -43,6 +52,7 @@ bool FailSilently(CommandRun&)
 constexpr Option c_options[] = {{L"until", Option::Path, true}};
 constexpr Command c_commands[] = {
     {L"wait", L"waits until there is a file", c_options, 1, Guarded<Wait>},
+    {L"wait-blindly", L"waits until there is a file", c_options, 1, Guarded<WaitBlindly>},
     {L"throw-error", L"throws an error", nullptr, 0, Guarded<ThrowError>},
     {L"throw-number", L"throws a number", nullptr, 0, Guarded<ThrowNumber>},
     {L"fail", L"does not say why it fails", nullptr, 0, Guarded<FailSilently>},
