@@ -26,9 +26,9 @@ HandOver::Role HandOver::Send(const Text& line)
     constexpr unsigned int pauseMs = 50;
 
     const unsigned int beginTicks = GetTickCount();
-    while (SingleApplicationInstance::GetInstance()->IsAlreadyRunning()) {
-        if (IPCClient::Connect(ServicePath(), line))
-            return Role::HandedOver;
+    while (!IPCClient::Connect(ServicePath(), line)) {
+        if (!SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
+            return Role::First;
         if (GetTickCount() - beginTicks > limitMs)
             return Role::NotServed;
         Thread::Sleep(pauseMs);
@@ -36,5 +36,5 @@ HandOver::Role HandOver::Send(const Text& line)
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }
-    return Role::First;
+    return Role::HandedOver;
 }

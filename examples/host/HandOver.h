@@ -15,13 +15,16 @@ Text ServicePath();
 
 /// What a start of the host turns out to be.
 enum class Role {
-    First,      ///< No other one runs.
+    First,      ///< No other one is known to run.
     HandedOver, ///< Another one serves and has the line.
     NotServed   ///< Another one runs and has not taken the line for 15 seconds.
 };
 
-/// Sends `line` to the host that serves. Waits while another host runs that does not serve: it
-/// starts or stops just now, or is soon done.
+/// Sends `line` to the host that serves. Waits while another host runs that does not serve: it is
+/// starting or stopping, or is soon done.
+///
+/// A host that answers counts, whatever the lock of the single instance says: that cannot be taken
+/// in a home directory that is read-only.
 Role Send(const Text& line);
 
 } // namespace HandOver

@@ -84,6 +84,33 @@ TEST_F(HostServerTest, SecondHostThatWouldServeLeavesItToTheFirst)
     Quit(host);
 }
 
+// Not even root can make a file there.
+TEST_F(HostServerTest, HomeThatIsReadOnlyKeepsNoCommandOut)
+{
+    const ScopedEnvironment home("HOME", "/proc/none");
+    const std::string archive = WriteArchive();
+    ServingHost host(m_host);
+
+    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    EXPECT_EQ(m_host.Run({"-serve"}).output, c_handedOver);
+
+    Quit(host);
+    EXPECT_FALSE(std::filesystem::exists(host.Socket()));
+}
+
+TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNextThoughHomeIsReadOnly)
+{
+    const ScopedEnvironment home("HOME", "/proc/none");
+    ServingHost killed(m_host);
+    killed.Send(SIGKILL);
+    killed.WaitForExitCode();
+
+    ServingHost next(m_host);
+
+    Quit(next);
+    EXPECT_FALSE(std::filesystem::exists(next.Socket()));
+}
+
 // Eight processes at once, each followed by the next of its kind: 200 commands.
 TEST_F(HostServerTest, NoCommandOfManyIsLost)
 {
