@@ -3,9 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <regex>
 #include <set>
 #include <string>
@@ -15,12 +16,22 @@
 namespace Toolkit::Testing {
 namespace {
 
+namespace fs = std::filesystem;
+
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::IsSubsetOf;
 using testing::Not;
+using testing::UnorderedElementsAre;
 
-// One folder of the library uses another.
+// One room, or one file, uses another.
 using Uses = std::set<std::pair<std::string, std::string>>;
+
+const fs::path& Root()
+{
+    static const fs::path root = TOOLKIT_SOURCE_DIR "/sources/toolkit";
+    return root;
+}
 
 // All matches of `pattern` in `text`.
 std::vector<std::smatch> FindAll(const std::string& text, const std::regex& pattern)
@@ -46,128 +57,246 @@ Uses Arrows()
     return arrows;
 }
 
-// The folder of a file that is named in the table of exceptions, such as "core/FSStream", or the
-// folder itself.
-Uses Exceptions()
+// The rooms of the table and their floors: "| 4 | `files` | ... |".
+std::map<std::string, int> Floors()
 {
-    Uses exceptions;
+    std::map<std::string, int> floors;
     const std::string page = Page();
-    for (const std::smatch& row : FindAll(page, std::regex(R"(\n\| (`.*`) \| (`.*`) \|)"))) {
-        const std::string from = row[1];
-        const std::string to = row[2];
-        const std::regex name("`(\\w+)[^`]*`");
-        for (const std::smatch& user : FindAll(from, name)) {
-            for (const std::smatch& used : FindAll(to, name))
-                exceptions.emplace(user[1], used[1]);
-        }
+    for (const std::smatch& row : FindAll(page, std::regex(R"(\n\| (\d) \| ([^|]+) \|)"))) {
+        const std::string rooms = row[2];
+        for (const std::smatch& room : FindAll(rooms, std::regex("`(\\w+)`")))
+            floors[room[1]] = std::stoi(row[1]);
     }
-    return exceptions;
+    return floors;
 }
 
-// Who includes whose headers; what everything includes is left out.
-Uses ReadIncludes()
+// Names such as "files/FFile.cpp", with the texts of the files. What stands outside of the rooms is
+// left out.
+using Sources = std::map<std::string, std::string>;
+
+const Sources& AllSources()
 {
-    Uses includes;
-    const std::filesystem::path root = TOOLKIT_SOURCE_DIR "/sources/toolkit";
-    const std::regex include("#include \"toolkit/(\\w+)/");
-    for (const auto& file : std::filesystem::recursive_directory_iterator(root)) {
-        const std::string folder = file.path().parent_path().filename();
-        if (!file.is_regular_file() || file.path().parent_path() == root)
-            continue;
-        const std::string text = ReadWholeFile(file.path());
-        for (const std::smatch& line : FindAll(text, include)) {
-            if (line[1] != folder && line[1] != "core" && line[1] != "base")
-                includes.emplace(folder, line[1]);
+    static const Sources sources = [] {
+        Sources found;
+        for (const auto& file : fs::recursive_directory_iterator(Root())) {
+            if (file.is_regular_file() && file.path().parent_path() != Root())
+                found[fs::relative(file.path(), Root())] = ReadWholeFile(file.path());
         }
-    }
-    return includes;
+        return found;
+    }();
+    return sources;
 }
 
+// Which source includes which header, both named as above.
 const Uses& Includes()
 {
-    static const Uses includes = ReadIncludes();
+    static const Uses includes = [] {
+        Uses found;
+        const std::regex include("#include \"toolkit/(\\w+/[^\"]+)\"");
+        for (const auto& [name, text] : AllSources()) {
+            for (const std::smatch& line : FindAll(text, include))
+                found.emplace(name, line[1]);
+        }
+        return found;
+    }();
     return includes;
 }
 
-Uses Difference(const Uses& all, const Uses& known)
+std::string RoomOf(const std::string& name)
 {
-    Uses rest;
-    std::set_difference(all.begin(), all.end(), known.begin(), known.end(),
-                        std::inserter(rest, rest.end()));
-    return rest;
+    return name.substr(0, name.find('/'));
 }
 
-// The names of the files in which `pattern` is found.
-std::set<std::string> SourcesWith(const std::string& pattern)
+bool IsPrivateHeader(const std::string& name)
+{
+    return name.ends_with(".Private.h");
+}
+
+// Which room uses which other one.
+Uses RoomUses()
+{
+    Uses uses;
+    for (const auto& [from, to] : Includes()) {
+        if (RoomOf(from) != RoomOf(to))
+            uses.emplace(RoomOf(from), RoomOf(to));
+    }
+    return uses;
+}
+
+// What a header, its sources and their variants for a platform have in common: "ipc/SocketSet".
+std::string StemOf(const std::string& name)
+{
+    const std::string whole = name.substr(0, name.rfind('.'));
+    const bool isClassWithDot = !IsPrivateHeader(name) && AllSources().count(whole + ".h") > 0;
+    return isClassWithDot ? whole : name.substr(0, name.find('.'));
+}
+
+// The stems that `stem` uses, directly and through others.
+std::set<std::string> Reachable(const std::multimap<std::string, std::string>& uses,
+                                const std::string& stem)
+{
+    std::set<std::string> reached;
+    const std::function<void(const std::string&)> follow = [&](const std::string& from) {
+        const auto [begin, end] = uses.equal_range(from);
+        for (auto use = begin; use != end; ++use) {
+            if (reached.insert(use->second).second)
+                follow(use->second);
+        }
+    };
+    follow(stem);
+    return reached;
+}
+
+// The names of the files in which `pattern` is found and that `isAsked` selects.
+std::set<std::string> SourcesWith(
+    const std::string& pattern, const std::function<bool(const std::string&)>& isAsked =
+                                    [](const std::string&) { return true; })
 {
     std::set<std::string> names;
     const std::regex searched(pattern);
-    for (const auto& file :
-         std::filesystem::recursive_directory_iterator(TOOLKIT_SOURCE_DIR "/sources/toolkit")) {
-        if (file.is_regular_file() && std::regex_search(ReadWholeFile(file.path()), searched))
-            names.insert(file.path().filename());
+    for (const auto& [name, text] : AllSources()) {
+        if (isAsked(name) && std::regex_search(text, searched))
+            names.insert(name);
     }
     return names;
 }
 
-TEST(ArchitectureTest, EveryUseIsOnTheMap)
+TEST(ArchitectureTest, EveryRoomHasItsFloor)
 {
-    Uses known = Arrows();
-    known.merge(Exceptions());
+    std::set<std::string> rooms;
+    for (const auto& entry : fs::directory_iterator(Root())) {
+        if (entry.is_directory())
+            rooms.insert(entry.path().filename());
+    }
 
-    EXPECT_THAT(Difference(Includes(), known), IsEmpty());
+    std::set<std::string> onThePage;
+    for (const auto& [room, floor] : Floors())
+        onThePage.insert(room);
+    EXPECT_EQ(onThePage, rooms);
 }
 
-TEST(ArchitectureTest, EveryArrowOfTheMapIsAUse)
+TEST(ArchitectureTest, RoomsUseLowerFloorsOnly)
 {
-    const Uses arrows = Arrows();
+    std::map<std::string, int> floors = Floors();
+    Uses climbing;
+    for (const auto& [from, to] : Includes()) {
+        if (RoomOf(from) != RoomOf(to) && floors[RoomOf(from)] <= floors[RoomOf(to)])
+            climbing.emplace(from, to);
+    }
 
-    EXPECT_THAT(arrows, Not(IsEmpty()));
-    EXPECT_THAT(Difference(arrows, Includes()), IsEmpty());
+    // The count that pointers share has a lock.
+    EXPECT_THAT(climbing, ElementsAre(std::pair("core/smart_ptr.h", "threading/Mutex.h")));
 }
 
-TEST(ArchitectureTest, EveryExceptionIsAUse)
+// What everything uses is left out of the map.
+TEST(ArchitectureTest, TheMapShowsWhatIsUsed)
 {
-    const Uses exceptions = Exceptions();
+    Uses drawn;
+    for (const auto& [from, to] : RoomUses()) {
+        if (from != "core" && to != "core" && to != "base")
+            drawn.emplace(from, to);
+    }
 
-    EXPECT_THAT(exceptions, Not(IsEmpty()));
-    EXPECT_THAT(Difference(exceptions, Includes()), IsEmpty());
+    EXPECT_THAT(drawn, Not(IsEmpty()));
+    EXPECT_EQ(Arrows(), drawn);
+}
+
+TEST(ArchitectureTest, TheGroundFloorUsesNothingOfTheLibrary)
+{
+    const auto isGroundFloor = [](const std::string& name) { return RoomOf(name) == "base"; };
+
+    EXPECT_THAT(SourcesWith("#include \"toolkit/(?!base/)", isGroundFloor), IsEmpty());
+    EXPECT_THAT(SourcesWith("#include <(wx|unicode|pcre)|TString<", isGroundFloor), IsEmpty());
+}
+
+TEST(ArchitectureTest, PrivateHeadersStayInTheirRoom)
+{
+    Uses crossing;
+    for (const auto& [from, to] : Includes()) {
+        if (IsPrivateHeader(to) && RoomOf(from) != RoomOf(to))
+            crossing.emplace(from, to);
+    }
+
+    EXPECT_THAT(crossing, IsEmpty());
+}
+
+// Private as a whole, they need no suffix, and install nothing.
+TEST(ArchitectureTest, PrivateRoomsHaveNoPublicHeaders)
+{
+    const std::string list = ReadWholeFile(Root() / "CMakeLists.txt");
+    const auto isPrivateRoom = [](const std::string& name) {
+        return RoomOf(name) == "base" || RoomOf(name) == "framework";
+    };
+
+    for (const std::string& name : SourcesWith("#pragma once", isPrivateRoom)) {
+        EXPECT_FALSE(IsPrivateHeader(name)) << name;
+        EXPECT_EQ(list.find("    " + name + "\n"), std::string::npos) << name;
+    }
+}
+
+TEST(ArchitectureTest, NoTwoFilesUseEachOther)
+{
+    std::multimap<std::string, std::string> uses;
+    for (const auto& [from, to] : Includes()) {
+        if (StemOf(from) != StemOf(to))
+            uses.emplace(StemOf(from), StemOf(to));
+    }
+    std::set<std::string> circular;
+    for (const auto& use : uses) {
+        if (Reachable(uses, use.first).count(use.first) > 0)
+            circular.insert(use.first);
+    }
+
+    EXPECT_FALSE(uses.empty());
+    // Two circles are still to be untied.
+    EXPECT_THAT(circular, IsSubsetOf({"files/FallbackPaths", "files/PathManager",
+                                      "files/StandardPaths", "ipc/IPCConnectionEventHelper",
+                                      "ipc/IPCInternalServer", "ipc/IPCServer"}));
+}
+
+// A program compiles without wxWidgets unless it uses a class that derives from one of its classes.
+TEST(ArchitectureTest, HeadersIncludeWxWidgetsOnlyToDeriveFromIt)
+{
+    const auto isHeader = [](const std::string& name) {
+        return name.ends_with(".h") && RoomOf(name) != "framework";
+    };
+
+    EXPECT_THAT(SourcesWith("#include <wx/", isHeader),
+                UnorderedElementsAre(
+                    // public
+                    "archive/ArchiveZipEntry.h", "logging/WxLogForwarder.h", "threading/Thread.h",
+                    // private
+                    "archive/ArchiveFile.Private.h", "archive/ArchiveStream.Private.h",
+                    "ipc/IPCConnectionEventHelper.Private.h", "ipc/IPCInternalServer.Private.h",
+                    "ipc/IPCSession.Private.h", "ipc/IPCSessions.Private.h",
+                    "threading/CountedMutex.Private.h"));
+}
+
+TEST(ArchitectureTest, OnlyTheAdapterSilencesWxWidgets)
+{
+    EXPECT_THAT(SourcesWith("wxLogNull"), ElementsAre("framework/Silence.h"));
 }
 
 // Failures of core types show in their results alone.
 TEST(ArchitectureTest, CoreTypesDoNotLog)
 {
-    const Uses& includes = Includes();
+    const Uses uses = RoomUses();
 
-    for (const char* folder : {"core", "threading", "encoding"})
-        EXPECT_EQ(includes.count({folder, "logging"}), 0u) << folder;
-}
-
-TEST(ArchitectureTest, FoldersAreTheSubsystems)
-{
-    std::set<std::string> folders;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(TOOLKIT_SOURCE_DIR "/sources/toolkit")) {
-        if (entry.is_directory())
-            folders.insert(entry.path().filename());
-    }
-
-    EXPECT_THAT(folders, ElementsAre("archive", "base", "config", "core", "datetime", "encoding",
-                                     "files", "framework", "ipc", "logging", "module", "regExp",
-                                     "system", "threading"));
+    for (const char* room : {"core", "threading", "encoding"})
+        EXPECT_EQ(uses.count({room, "logging"}), 0u) << room;
 }
 
 // Settings are the application's affair.
 TEST(ArchitectureTest, NoSourceReadsSettings)
 {
     EXPECT_THAT(SourcesWith("#include \"toolkit/config/IniFile.h\""),
-                ElementsAre("IniFile.cpp", "Toolkit.h"));
+                ElementsAre("config/IniFile.cpp"));
 }
 
 // What leaves the library by itself is thrown in one place.
 TEST(ArchitectureTest, OneSourceThrows)
 {
-    EXPECT_THAT(SourcesWith("\n *throw [^;]"), ElementsAre("RegExp.Exceptions.cpp"));
+    EXPECT_THAT(SourcesWith("\n *throw [^;]"), ElementsAre("regExp/RegExp.Exceptions.cpp"));
 }
 
 } // namespace
