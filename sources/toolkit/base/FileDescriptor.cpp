@@ -32,6 +32,11 @@ int FileDescriptor::Release()
     return std::exchange(m_descriptor, -1);
 }
 
+FileDescriptor FileDescriptor::Duplicate() const
+{
+    return FileDescriptor(::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0));
+}
+
 bool FileDescriptor::Close()
 {
     const int descriptor = Release();

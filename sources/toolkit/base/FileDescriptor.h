@@ -25,6 +25,10 @@ public:
     int Get() const { return m_descriptor; }
     int Release();
 
+    /// A second descriptor of the same open file, which shares its position and its locks; not open
+    /// when the system has none left.
+    FileDescriptor Duplicate() const;
+
     /// False when the system reports an error.
     bool Close();
 

@@ -1,5 +1,6 @@
 #include "toolkit/logging/FileLogger.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/TickCount.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/encoding/StringConvert.h"
@@ -8,6 +9,7 @@
 #include "toolkit/logging/LogPieceBlock.Private.h"
 #include "toolkit/logging/LogPieceQueue.Private.h"
 
+#include <chrono>
 #include <new>
 #include <unistd.h>
 
@@ -16,6 +18,7 @@ namespace {
 
 constexpr unsigned int c_dataWaitMs = 500;
 constexpr unsigned int c_openRetryMs = 10;
+constexpr std::chrono::seconds c_inUseWait(2);
 
 std::size_t PageSize()
 {
@@ -61,16 +64,18 @@ try {
 TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
 {
     const unsigned int beginTicks = Base::GetTickCount();
-    while (true) {
-        {
-            const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
-            if (!m_path.empty())
-                return m_path;
-        }
-        if (Base::GetTickCount() - beginTicks >= timeoutMs)
-            return {};
+    TString<wchar_t> path = CurrentPath();
+    while (path.empty() && Base::GetTickCount() - beginTicks < timeoutMs) {
         Sleep(c_openRetryMs);
+        path = CurrentPath();
     }
+    return path;
+}
+
+TString<wchar_t> FileLogger::CurrentPath() const
+{
+    const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+    return ResultOr({}, [this] { return m_path; });
 }
 
 int FileLogger::DoWork()
@@ -88,31 +93,50 @@ int FileLogger::DoWork()
     return 0;
 }
 
-TString<wchar_t> FileLogger::MakePath(const TString<wchar_t>& suffix) const
-{
-    return m_directory + m_name + suffix + c_strLogExtension;
-}
-
 // False when the logger was stopped before a file could be opened.
 bool FileLogger::OpenFile()
 {
-    bool isOpen = Open(TString<wchar_t>::Empty());
+    bool isOpen = OpenOwnName();
+    // No wait here: when the logger is stopped while another process has the file, the queue is
+    // written still.
+    if (!isOpen && m_file->IsInUse())
+        isOpen = OpenFallback();
     while (!isOpen) {
         if (m_stopEvent->Wait(c_openRetryMs))
             return false;
-        isOpen = Open(c_strTickSeparator + StringConvert::UStringFromUint32(Base::GetTickCount()));
+        isOpen = OpenFallback();
     }
     return true;
 }
 
+// A program that was started again gets its name back when its predecessor ends in time.
+bool FileLogger::OpenOwnName()
+{
+    using Clock = std::chrono::steady_clock;
+
+    const Clock::time_point end = Clock::now() + c_inUseWait;
+    bool isOpen = Open(L"");
+    while (!isOpen && m_file->IsInUse() && Clock::now() < end && !m_stopEvent->Wait(c_openRetryMs))
+        isOpen = Open(L"");
+    return isOpen;
+}
+
+bool FileLogger::OpenFallback()
+{
+    return Open(c_strTickSeparator + StringConvert::UStringFromUint32(Base::GetTickCount()));
+}
+
+// Out of memory is a failure like any other: the next attempt may find some.
 bool FileLogger::Open(const TString<wchar_t>& suffix)
 {
-    TString<wchar_t> path = MakePath(suffix);
-    if (!m_file->Open(Base::EncodeUtf8(path)))
-        return false;
-    const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
-    m_path.swap(path);
-    return true;
+    return ResultOr(false, [this, &suffix] {
+        TString<wchar_t> path = m_directory + m_name + suffix + c_strLogExtension;
+        if (!m_file->Open(Base::EncodeUtf8(path)))
+            return false;
+        const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+        m_path.swap(path);
+        return true;
+    });
 }
 
 // False when the logger was stopped and everything that came before is in the file. The last look

@@ -19,9 +19,12 @@ class LogPieceQueue;
 /// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
 /// the text into a queue.
 ///
-/// The file is called after the logger, with the extension ".qvlog". When it cannot be used,
-/// because it belongs to another user, is a link or a directory, a dash and a tick count are added
-/// to the name, anew every 10 ms until a file can be opened. Only its owner can read the file.
+/// The file is called after the logger, with the extension ".qvlog", and only its owner can read
+/// it. The process locks it. While another process has it locked, the logger waits up to 2 s with
+/// its text queued. When the file cannot be used, because it is still locked, belongs to another
+/// user, or is a link or a directory, a dash and a tick count are added to the name, anew every 10
+/// ms until a file can be opened. Two loggers of one process that have the same name overwrite each
+/// other's text.
 ///
 /// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
 /// and what a killed process leaves.
@@ -42,16 +45,17 @@ public:
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
     /// Writes what is in the queue and closes the file, which takes until no text has come for
-    /// 500 ms. While no file can be opened the text is dropped at once.
+    /// 500 ms. Drops the text at once while no file can be opened; when it still waits for another
+    /// process, it takes the name with a tick count at once.
     ~FileLogger() override;
 
     /// Puts `text` into the queue. Any thread may call it. The queue grows as long as no file can
     /// be opened; a text for which there is no memory is left out.
     void Write(const TString<wchar_t>& text) override;
 
-    /// The path of the file that is really open, be it one with a tick count in its name. Waits
-    /// `timeoutMs` milliseconds at most for the writer thread to open one, in steps of 10; empty
-    /// when none is open by then. Any thread may call it.
+    /// The path of the file that is open, which may have a tick count in its name. Waits up to
+    /// `timeoutMs` milliseconds, in steps of 10, for the writer thread to open one. Empty when none
+    /// is open by then, or when out of memory. Any thread may call it.
     TString<wchar_t> GetPath(unsigned int timeoutMs) const;
 
 protected:
@@ -59,8 +63,10 @@ protected:
     int DoWork() override;
 
 private:
-    TString<wchar_t> MakePath(const TString<wchar_t>& suffix) const;
+    TString<wchar_t> CurrentPath() const;
     bool OpenFile();
+    bool OpenOwnName();
+    bool OpenFallback();
     bool Open(const TString<wchar_t>& suffix);
     bool WaitForData();
     bool Drain(LogPieceQueue& batch);

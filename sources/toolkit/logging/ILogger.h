@@ -98,7 +98,7 @@ public:
     /// Installs `logger` as the process-wide one; an empty pointer installs one that discards
     /// everything. Not guarded: to be called while no other thread logs, between `CreateInstance`
     /// and `ReleaseInstance`; outside of them it does nothing.
-    static void SetLogger(const smart_ptr<ILogger>& logger);
+    static void SetLogger(smart_ptr<ILogger> logger);
 
     /// Null while there is no process-wide logger.
     static smart_ptr<ILogger>* s_pInstance;

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/FileLock.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace Toolkit {
@@ -13,9 +15,14 @@ namespace Toolkit {
 class LogFile {
 public:
     /// Creates or empties the file `path`, given in UTF-8, and makes it readable by its owner only.
-    /// False when it is not a regular file of this user under a single name; a symbolic link is
-    /// never followed.
+    /// The file is locked for this process until it is closed.
+    ///
+    /// False when it is not a regular file of this user under a single name, or when another
+    /// process has locked it; it stays as it is then. A symbolic link is never followed.
     bool Open(const std::string& path);
+
+    /// Whether the last `Open` failed because of another process's lock.
+    bool IsInUse() const { return m_isInUse; }
 
     /// The position in bytes at which the next write begins.
     long long GetOffset() const;
@@ -29,7 +36,11 @@ public:
     void Close();
 
 private:
+    bool Lock(const Base::FileDescriptor& file);
+
     Base::FileDescriptor m_file;
+    std::optional<Base::FileLock> m_lock;
+    bool m_isInUse = false;
 };
 
 } // namespace Toolkit

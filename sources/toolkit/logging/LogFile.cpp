@@ -22,14 +22,31 @@ bool IsOwnFile(const Base::FileDescriptor& file)
 
 bool LogFile::Open(const std::string& path)
 {
-    // Nothing is truncated before it has been looked at.
+    m_isInUse = false;
+    // Nothing is truncated before it has been looked at and locked.
     Base::FileDescriptor file =
         Base::FileDescriptor::OpenRegular(path, O_WRONLY | O_CREAT | O_NOFOLLOW, c_ownerOnly);
-    if (!file.IsOpen() || !IsOwnFile(file) || ::fchmod(file.Get(), c_ownerOnly) != 0 ||
-        ::ftruncate(file.Get(), 0) != 0)
+    if (!file.IsOpen() || !IsOwnFile(file) || !Lock(file))
         return false;
+    if (::fchmod(file.Get(), c_ownerOnly) != 0 || ::ftruncate(file.Get(), 0) != 0) {
+        m_lock.reset();
+        return false;
+    }
     m_file = std::move(file);
     return true;
+}
+
+// Where files cannot be locked, the log goes without.
+bool LogFile::Lock(const Base::FileDescriptor& file)
+{
+    m_lock.emplace(file.Duplicate());
+    m_isInUse = m_lock->GetState() == Base::FileLock::State::HeldElsewhere;
+    // The process that held the lock may have removed the file before it gave the lock up.
+    if (!m_isInUse && IsOwnFile(file))
+        return true;
+    m_isInUse = true;
+    m_lock.reset();
+    return false;
 }
 
 long long LogFile::GetOffset() const
@@ -49,6 +66,7 @@ void LogFile::Rewind()
 
 void LogFile::Close()
 {
+    m_lock.reset();
     m_file.Close();
 }
 

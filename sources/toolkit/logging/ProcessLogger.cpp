@@ -38,7 +38,7 @@ ILogger& ILogger::GetLogger()
     return *discarding;
 }
 
-void ILogger::SetLogger(const smart_ptr<ILogger>& logger)
+void ILogger::SetLogger(smart_ptr<ILogger> logger)
 {
     if (s_pInstance)
         *s_pInstance = logger.IsValid() ? logger : Create();

@@ -1,0 +1,69 @@
+#include "toolkit/base/FileLock.h"
+
+#include <cerrno>
+#include <mutex>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <utility>
+
+namespace Toolkit::Base {
+namespace {
+
+bool IsSameFile(const FileDescriptor& one, const FileDescriptor& other)
+{
+    struct stat first {};
+    struct stat second {};
+    return ::fstat(one.Get(), &first) == 0 && ::fstat(other.Get(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+std::mutex s_mutex;
+FileLock* s_firstHeld = nullptr; // guarded by s_mutex
+
+} // namespace
+
+FileLock::FileLock(FileDescriptor file)
+    : m_file(std::move(file)), m_next(nullptr), m_state(State::Unavailable)
+{
+    const std::lock_guard<std::mutex> guard(s_mutex);
+    m_state = Take();
+    if (m_state == State::Held) {
+        m_next = s_firstHeld;
+        s_firstHeld = this;
+    }
+}
+
+FileLock::~FileLock()
+{
+    const std::lock_guard<std::mutex> guard(s_mutex);
+    FileLock** link = &s_firstHeld;
+    while (*link && *link != this)
+        link = &(*link)->m_next;
+    if (*link)
+        *link = m_next;
+}
+
+FileLock::State FileLock::Take()
+{
+    if (!m_file.IsOpen())
+        return State::Unavailable;
+    if (::flock(m_file.Get(), LOCK_EX | LOCK_NB) == 0)
+        return State::Held;
+    if (errno != EWOULDBLOCK)
+        return State::Unavailable;
+    return ShareWithThisProcess() ? State::Held : State::HeldElsewhere;
+}
+
+// To the system a file that was opened twice has two owners, even within one process.
+bool FileLock::ShareWithThisProcess()
+{
+    for (const FileLock* held = s_firstHeld; held; held = held->m_next) {
+        if (!IsSameFile(held->m_file, m_file))
+            continue;
+        m_file = held->m_file.Duplicate();
+        return true;
+    }
+    return false;
+}
+
+} // namespace Toolkit::Base

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "toolkit/base/FileDescriptor.h"
+
+namespace Toolkit::Base {
+
+/// An advisory lock on an open file. The system gives it up when the process ends, however it ends.
+///
+/// The lock belongs to the process: all of its objects for one file hold it, until the last of them
+/// is destroyed.
+class FileLock {
+public:
+    enum class State { Held, HeldElsewhere, Unavailable };
+
+    /// Tries to lock `file`; without an open file the lock is unavailable.
+    explicit FileLock(FileDescriptor file);
+    ~FileLock();
+
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    State GetState() const { return m_state; }
+
+private:
+    State Take();
+    bool ShareWithThisProcess();
+
+    FileDescriptor m_file;
+    FileLock* m_next; // of the locks that this process holds
+    State m_state;
+};
+
+} // namespace Toolkit::Base
