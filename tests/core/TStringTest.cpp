@@ -331,6 +331,12 @@ TEST(TStringTest, ReplaceAlsoFindsWhatAReplacementCreated)
     }
 }
 
+TEST(TStringTest, ReplaceEndsWhenEachReplacementTakesACharacterAway)
+{
+    EXPECT_EQ(Replaced(L"aab", L"ab", L"bbb"), L"bbbbb");
+    EXPECT_EQ(Replaced(L"aab", L"ab", L"ba"), L"baa");
+}
+
 TEST(TStringTest, ReplaceOfTheEmptyTextChangesNothing)
 {
     EXPECT_EQ(Replaced(L"text", L"", L"x"), L"text");

@@ -1,4 +1,5 @@
 toolkit_test(core/AssertTest.cpp)
+toolkit_test(core/EightBitLocaleTest.cpp)
 toolkit_test(core/SmartPtrInterleavingTest.cpp)
 toolkit_test(core/SmartPtrStressTest.cpp)
 toolkit_test(core/SmartPtrTest.cpp)

@@ -14,23 +14,33 @@ using CaseFolding::FoldNarrow;
 // How many positions are filtered before the loop looks at what came out.
 constexpr std::size_t c_blockLength = 16;
 
-// Tells quickly, without asking the locale, which characters cannot fold to a given one.
-//
-// Among ASCII characters a letter and its capital fold alike, at most. How the characters from 0x80
-// to 0xFF fold is the locale's affair: they may, and so may whatever is compared with one of them.
+// The bit in which a letter of ASCII and its capital differ.
+constexpr unsigned int c_caseBit = 0x20;
+
+// Whether the locale's character set extends ASCII. EBCDIC sets do not, and letters of theirs fold
+// to characters that differ in other bits than the one for the case.
+bool DoesLocaleExtendAscii()
+{
+    return FoldNarrow('A') == 'a' && FoldNarrow('Z') == 'z';
+}
+
+// Rules out, without asking the locale, most characters that cannot fold to a given one. Valid
+// where ASCII is folded plainly: how the characters from 0x80 to 0xFF fold depends on the locale,
+// so they always pass, and everything passes when the given character is one of them.
 template <typename Char>
 class FoldFilter {
 public:
     using Number = std::make_unsigned_t<Char>;
 
     explicit FoldFilter(Char folded)
-        : m_folded(static_cast<Number>(folded)),
-          m_significant(IsLocaleDependent(m_folded) ? Number{0} : static_cast<Number>(~0x20u))
+        : m_significant(IsLocaleDependent(static_cast<Number>(folded))
+                            ? Number{0}
+                            : static_cast<Number>(~c_caseBit)),
+          m_folded(static_cast<Number>(static_cast<Number>(folded) & m_significant))
     {
-        m_folded = static_cast<Number>(m_folded & m_significant);
     }
 
-    // Of one character, or of several at once: true, or all bits set, when it may fold to the
+    // For one character, or for several at once: true, or all bits set, when it may fold to the
     // given one.
     template <typename Numbers>
     auto Admits(const Numbers& characters) const
@@ -46,8 +56,8 @@ private:
         return (characters & beyondAscii) == Number{0x80};
     }
 
+    Number m_significant; // the bits that a character shares with those that fold like it
     Number m_folded;
-    Number m_significant; // the bits that a character has in common with those that fold alike
 };
 
 template <typename Char>
@@ -75,9 +85,11 @@ public:
             return false;
         const std::size_t positions = length - m_length + 1;
         std::size_t at = 0;
-        for (; at + c_blockLength <= positions; at += c_blockLength) {
-            if (MayStartInBlock(text + at) && StartsAmong(text + at, c_blockLength))
-                return true;
+        if (positions >= c_blockLength && DoesLocaleExtendAscii()) {
+            for (; at + c_blockLength <= positions; at += c_blockLength) {
+                if (MayStartInBlock(text + at) && StartsAmong(text + at, c_blockLength))
+                    return true;
+            }
         }
         return StartsAmong(text + at, positions - at);
     }
@@ -100,8 +112,7 @@ private:
     bool StartsAmong(const Char* text, std::size_t positions) const
     {
         for (std::size_t i = 0; i < positions; ++i) {
-            if (m_first.Admits(static_cast<Number>(text[i])) &&
-                IsEqualFolded(text + i, m_needle, m_length))
+            if (IsEqualFolded(text + i, m_needle, m_length))
                 return true;
         }
         return false;

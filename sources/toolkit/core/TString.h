@@ -56,10 +56,13 @@ public:
 
     /// Replaces every occurrence of `from` by `to`, until the text holds none.
     ///
-    /// After each replacement the search starts anew at the beginning, so an occurrence that a
-    /// replacement creates is replaced as well: "aab" with "ab" replaced by "b" gives "b". The
-    /// operation never ends when `to` contains `from` and `from` occurs. An empty `from` changes
-    /// nothing.
+    /// Each search starts at the beginning again, so occurrences that a replacement creates are
+    /// replaced too: "aab" with "ab" replaced by "b" gives "b". An empty `from` changes nothing.
+    ///
+    /// Ends when `to` is shorter than `from`, is as long but not equal to it, or holds some
+    /// character fewer times than `from` does. Other pairs may never end: if `to` contains `from`,
+    /// that is so for every text that contains `from`; if a replacement and its neighbours create
+    /// new occurrences, for some texts, such as "aab" with "ab" replaced by "bbaa".
     void Replace(const TString& from, const TString& to);
 
     /// The unsigned decimal number that the text begins with, after white space; 0 when there is

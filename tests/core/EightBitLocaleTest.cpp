@@ -1,0 +1,214 @@
+// Compares the text operations with their literal forms in the 8-bit locales of the system.
+
+#include "toolkit/core/TString.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/ScopedLocale.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdlib>
+#include <cwctype>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedEnvironment;
+using Testing::ScopedLocale;
+using Testing::TempDir;
+
+// Calls through these pointers are opaque: a compiler that knows tolower() by name may assume that
+// an ASCII letter stays in ASCII.
+int (*const volatile c_toLower)(int) = std::tolower;
+std::wint_t (*const volatile c_wideToLower)(std::wint_t) = std::towlower;
+
+const std::filesystem::path c_sources = "/usr/share/i18n";
+
+bool HasManyBytesPerCharacter(const std::string& set)
+{
+    constexpr const char* beginnings[] = {"BIG5", "EUC", "GB", "UTF"};
+    return std::any_of(std::begin(beginnings), std::end(beginnings),
+                       [&set](const char* beginning) { return set.starts_with(beginning); });
+}
+
+// All 8-bit character sets of the system: a few minutes.
+std::set<std::string> EveryCharacterSet()
+{
+    std::set<std::string> sets;
+    for (const auto& file : std::filesystem::directory_iterator(c_sources / "charmaps")) {
+        if (!HasManyBytesPerCharacter(file.path().stem()))
+            sets.insert(file.path().stem());
+    }
+    return sets;
+}
+
+// The 8-bit character sets of the locales that the system supports, and those with a dotless i; all
+// there are when TOOLKIT_EVERY_CHARACTER_SET is set.
+std::set<std::string> CharacterSets()
+{
+    if (std::getenv("TOOLKIT_EVERY_CHARACTER_SET"))
+        return EveryCharacterSet();
+    std::set<std::string> sets;
+    for (const char* const turkish : {"CP1254", "IBM857", "IBM905", "IBM1026", "MACINTOSH"})
+        sets.insert(turkish);
+    std::ifstream supported(c_sources / "SUPPORTED");
+    std::string name;
+    for (std::string set; supported >> name >> set;) {
+        if (!HasManyBytesPerCharacter(set))
+            sets.insert(set);
+    }
+    return sets;
+}
+
+// Every locale of glibc has the letters of one of these two.
+constexpr const char* c_letters[] = {"i18n", "tr_TR"};
+
+// Locales that have nothing but a table of letters, which takes a tenth of a second to compile.
+class LetterLocales {
+public:
+    // False when the system cannot compile it, or the character set has more than 8 bits.
+    bool Select(const std::string& letters, const std::string& set)
+    {
+        const std::string source = (m_directory.Path() / letters).native();
+        std::ofstream(source) << "LC_CTYPE\ncopy \"" << letters << "\"\nEND LC_CTYPE\n";
+        const std::string name = letters + "." + set;
+        const std::string command = "localedef --no-archive -c -i '" + source + "' -f " + set +
+                                    " '" + (m_directory.Path() / name).native() +
+                                    "' >/dev/null 2>&1";
+        [[maybe_unused]] const int warnings = std::system(command.c_str());
+        return std::setlocale(LC_CTYPE, name.c_str()) && MB_CUR_MAX == 1;
+    }
+
+private:
+    TempDir m_directory;
+    ScopedEnvironment m_searchPath{"LOCPATH", m_directory.Path().native()};
+    ScopedLocale m_locale{"C"}; // restores the locale
+};
+
+// Long enough for the paths that look at many characters at once.
+constexpr std::size_t c_longLength = 40;
+
+template <typename Char>
+Char FoldedForSearch(Char character)
+{
+    const auto number = static_cast<int>(character);
+    const int lowest = sizeof(Char) == 1 ? -128 : 0;
+    return number < lowest || number > 255 ? character : static_cast<Char>(c_toLower(number));
+}
+
+int FoldedForComparison(char character)
+{
+    return c_toLower(static_cast<signed char>(character));
+}
+
+int FoldedForComparison(wchar_t character)
+{
+    return static_cast<int>(c_wideToLower(static_cast<std::wint_t>(character)));
+}
+
+// The folded forms of the first `Count` characters.
+template <typename Char, std::size_t Count>
+struct FoldedCharacters {
+    FoldedCharacters()
+    {
+        for (std::size_t i = 0; i < Count; ++i) {
+            search[i] = FoldedForSearch(static_cast<Char>(i));
+            comparison[i] = FoldedForComparison(static_cast<Char>(i));
+        }
+    }
+
+    bool AreAlike(std::size_t i, std::size_t j) const
+    {
+        return search[i] == search[j] || comparison[i] == comparison[j];
+    }
+
+    std::array<Char, Count> search;
+    std::array<int, Count> comparison;
+};
+
+// Checks a character in a long text, and alone, against another one.
+template <typename Char, std::size_t Count>
+void CheckPair(const FoldedCharacters<Char, Count>& folded, std::size_t i, std::size_t j)
+{
+    constexpr std::size_t place = c_longLength / 2;
+    TString<Char> text = std::basic_string<Char>(c_longLength, static_cast<Char>('!'));
+    TString<Char> other = text;
+    text[place] = static_cast<Char>(i);
+    other[place] = static_cast<Char>(j);
+    const TString<Char> needle(static_cast<Char>(j));
+    const bool isSame = folded.search[i] == folded.search[j];
+    const bool isInLong = isSame || folded.search['!'] == folded.search[j];
+    const int a = folded.comparison[i];
+    const int b = folded.comparison[j];
+
+    EXPECT_EQ(text.HasSubstring(needle), isInLong) << i << " and " << j;
+    EXPECT_EQ(TString<Char>(static_cast<Char>(i)).HasSubstring(needle), isSame)
+        << i << " and " << j;
+    EXPECT_EQ(text.compareNoCase(other), a == b ? 0 : a > b ? 1 : -1) << i << " and " << j;
+}
+
+// Checks all pairs that fold alike and an eighth of the others.
+template <typename Char, std::size_t Count>
+void CheckPairs()
+{
+    const FoldedCharacters<Char, Count> folded;
+    for (std::size_t i = 1; i < Count; ++i) {
+        for (std::size_t j = 1; j < Count; ++j) {
+            if (folded.AreAlike(i, j) || (i + j) % 8 == 0)
+                CheckPair(folded, i, j);
+        }
+    }
+}
+
+void CheckLowerCase()
+{
+    for (wchar_t character = 0; character < 0x180; ++character)
+        EXPECT_EQ(TString<wchar_t>(character).ToLower(),
+                  TString<wchar_t>(FoldedForSearch(character)));
+}
+
+TEST(EightBitLocaleTest, TextOperationsAreTheirLiteralForms)
+{
+    LetterLocales locales;
+    int checked = 0;
+    for (const std::string& set : CharacterSets()) {
+        for (const char* const letters : c_letters) {
+            SCOPED_TRACE(std::string(letters) + "." + set);
+            if (!locales.Select(letters, set))
+                continue;
+            ++checked;
+            CheckLowerCase();
+            CheckPairs<char, 0x100>();
+            CheckPairs<wchar_t, 0x140>();
+            if (HasFailure())
+                return;
+        }
+    }
+    if (checked == 0)
+        GTEST_SKIP() << "no 8-bit locale on this system";
+    RecordProperty("locales", checked);
+}
+
+TEST(EightBitLocaleTest, TurkishCapitalIContainsItself)
+{
+    LetterLocales locales;
+    if (!locales.Select("tr_TR", "ISO-8859-9"))
+        GTEST_SKIP() << "no Turkish locale on this system";
+
+    EXPECT_TRUE(TString<char>("I").HasSubstring("I"));
+    EXPECT_FALSE(TString<char>("I").HasSubstring("i"));
+    EXPECT_TRUE(TString<wchar_t>(L"I").HasSubstring(L"I"));
+    EXPECT_EQ(TString<wchar_t>(L"I").ToLower(), L"\u00FD") << "the byte of the dotless i";
+}
+
+} // namespace
+} // namespace Toolkit
