@@ -103,6 +103,18 @@ TEST_F(FileLoggerTest, EmptyNameStandsForTheApplication)
     std::filesystem::remove_all(path);
 }
 
+TEST_F(FileLoggerTest, NeedsNoPathManager)
+{
+    const std::filesystem::path path = "/tmp/FileLoggerTest.qvlog";
+    PathManager::ReleaseInstance();
+
+    EXPECT_EQ(FileLogger(SeverityVerbose, L"", c_noLimit).GetPath(c_noLimit),
+              L"/tmp/FileLoggerTest.qvlog");
+    EXPECT_EQ(UTF8::ToUTF8(FileLogger(SeverityVerbose, Name(), c_noLimit).GetPath(c_noLimit)),
+              Path().native());
+    std::filesystem::remove_all(path);
+}
+
 TEST_F(FileLoggerTest, NameOutsideAsciiDoesNotDependOnTheLocale)
 {
     const Testing::ScopedLocale locale("C");
@@ -214,6 +226,20 @@ TEST_F(FileLoggerTest, LimitOfZeroStartsEachBatchAtTheBeginning)
     AwaitFile("secondtext", 0);
     logger.Write(L"3");
     AwaitFile("3econdtext", 0);
+}
+
+TEST_F(FileLoggerTest, GoesOnAtTheEndOfATruncatedFile)
+{
+    FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+
+    logger.Write(L"a long old text");
+    AwaitFile("a long old text", 15);
+    std::filesystem::resize_file(Path(), 4);
+    logger.Write(L"new");
+    AwaitFile("a lonew", 7);
+    std::filesystem::resize_file(Path(), 0);
+    logger.Write(L"newest");
+    AwaitFile("newest", 6);
 }
 
 TEST_F(FileLoggerTest, BatchIsWrittenWholeBeforeTheLimitCounts)

@@ -1,3 +1,4 @@
+#include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/FallbackPaths.Private.h"
@@ -5,8 +6,6 @@
 #include "toolkit/files/TextFile.h"
 
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 
 namespace Toolkit::FallbackPaths {
 namespace {
@@ -18,14 +17,14 @@ TString<wchar_t> ApplicationName()
     TString<wchar_t> path;
     TString<wchar_t> name;
     TString<wchar_t> extension;
-    PathManager::SplitPath(ExecutablePath(), volume, path, name, extension);
+    PathManager::SplitPath(Base::GetExecutablePath(), volume, path, name, extension);
     return name;
 }
 
 // Where the program is installed: what stands above the last "bin" directory of its path.
 TString<wchar_t> InstallPrefix()
 {
-    const TString<wchar_t> path = ExecutablePath();
+    const TString<wchar_t> path = Base::GetExecutablePath();
     const std::size_t bin = path.rfind(L"/bin/");
     return bin == std::wstring::npos || bin == 0 ? TString<wchar_t>(L"/usr/local")
                                                  : TString<wchar_t>(path.substr(0, bin));
@@ -57,13 +56,6 @@ TString<wchar_t> ParseDocumentsLine(const TString<wchar_t>& line)
 }
 
 } // namespace
-
-TString<wchar_t> ExecutablePath()
-{
-    std::error_code error;
-    const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-    return Base::DecodeUtf8(path.native());
-}
 
 TString<wchar_t> DataDirectory()
 {

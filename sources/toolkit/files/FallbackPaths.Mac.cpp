@@ -1,13 +1,8 @@
+#include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/PathManager.h"
-
-#include <cstdint>
-#include <cstdlib>
-#include <mach-o/dyld.h>
-#include <memory>
-#include <string>
 
 namespace Toolkit::FallbackPaths {
 namespace {
@@ -18,32 +13,20 @@ TString<wchar_t> ApplicationName()
     TString<wchar_t> path;
     TString<wchar_t> name;
     TString<wchar_t> extension;
-    PathManager::SplitPath(ExecutablePath(), volume, path, name, extension);
+    PathManager::SplitPath(Base::GetExecutablePath(), volume, path, name, extension);
     return name;
 }
 
 // The "Contents" directory of the application bundle, in which the executable has its "MacOS".
 TString<wchar_t> BundleContents()
 {
-    const TString<wchar_t> path = ExecutablePath();
+    const TString<wchar_t> path = Base::GetExecutablePath();
     const std::size_t folder = path.rfind(L"/MacOS/");
     return folder == std::wstring::npos ? TString<wchar_t>(L".")
                                         : TString<wchar_t>(path.substr(0, folder));
 }
 
 } // namespace
-
-TString<wchar_t> ExecutablePath()
-{
-    std::uint32_t size = 0;
-    _NSGetExecutablePath(nullptr, &size);
-    std::string path(size, '\0');
-    if (_NSGetExecutablePath(path.data(), &size) != 0)
-        return {};
-    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
-                                                               &std::free);
-    return Base::DecodeUtf8(resolved ? resolved.get() : path.c_str());
-}
 
 TString<wchar_t> DataDirectory()
 {

@@ -5,9 +5,6 @@
 /// The platform's standard directories without the framework, in the framework's own texts.
 namespace Toolkit::FallbackPaths {
 
-/// Empty when the system does not tell, or in no valid UTF-8.
-TString<wchar_t> ExecutablePath();
-
 TString<wchar_t> DataDirectory();
 TString<wchar_t> ResourcesDirectory();
 TString<wchar_t> UserLocalDataDirectory();

@@ -1,3 +1,4 @@
+#include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/StandardPaths.Private.h"
@@ -16,7 +17,7 @@ bool FrameworkCanTell()
 {
     return wxAppConsole::GetInstance() &&
            Framework::ToText(wxStandardPaths::Get().GetExecutablePath()) ==
-               FallbackPaths::ExecutablePath() &&
+               Base::GetExecutablePath() &&
            Framework::ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
 }
 
@@ -24,7 +25,7 @@ bool FrameworkCanTell()
 
 TString<wchar_t> ExecutablePath()
 {
-    const TString<wchar_t> path = FallbackPaths::ExecutablePath();
+    const TString<wchar_t> path = Base::GetExecutablePath();
     return path.empty() && wxAppConsole::GetInstance()
                ? Framework::ToText(wxStandardPaths::Get().GetExecutablePath())
                : path;

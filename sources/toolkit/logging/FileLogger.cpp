@@ -1,5 +1,6 @@
 #include "toolkit/logging/FileLogger.h"
 
+#include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/TickCount.h"
 #include "toolkit/base/Utf8.h"
@@ -26,16 +27,36 @@ std::size_t PageSize()
     return pageSize;
 }
 
+// The names that a started library gives, and before its start the same ones without it.
+TString<wchar_t> ApplicationName()
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    if (paths.IsValid())
+        return paths->GetApplicationName();
+    TString<wchar_t> volume;
+    TString<wchar_t> directory;
+    TString<wchar_t> name;
+    TString<wchar_t> extension;
+    PathManager::SplitPath(Base::GetExecutablePath(), volume, directory, name, extension);
+    return name;
+}
+
+// With a separator at its end.
+TString<wchar_t> LogDirectory()
+{
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    return paths.IsValid() ? TString<wchar_t>(paths->GetTempDir() + paths->GetPathSeparator())
+                           : TString<wchar_t>(L"/tmp/");
+}
+
 } // namespace
 
 FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
                        unsigned int sizeLimitBytes)
     : ILogger(threshold), m_queue(std::make_unique<LogPieceQueue>()), m_queueLock(false),
       m_dataEvent(new EventObject(true, false)), m_stopEvent(new EventObject(false, false)),
-      m_name(name.empty() ? PathManager::GetInstance()->GetApplicationName() : name),
-      m_file(std::make_unique<LogFile>()), m_sizeLimitBytes(sizeLimitBytes),
-      m_directory(PathManager::GetInstance()->GetTempDir() +
-                  PathManager::GetInstance()->GetPathSeparator())
+      m_name(name.empty() ? ApplicationName() : name), m_file(std::make_unique<LogFile>()),
+      m_sizeLimitBytes(sizeLimitBytes), m_directory(LogDirectory())
 {
     Run();
 }
@@ -165,12 +186,12 @@ bool FileLogger::Drain(LogPieceQueue& batch)
 void FileLogger::WriteBatch(const LogPieceQueue& batch)
 {
     LogPieceBlock block(PageSize());
-    block.Begin(m_file->GetOffset());
+    block.Begin(m_file->FindPosition());
     batch.ForEach([this, &block](std::wstring_view piece) {
         if (block.Append(piece))
             return;
         WriteBlock(block);
-        block.Begin(m_file->GetOffset());
+        block.Begin(m_file->FindPosition());
         block.Append(piece);
     });
     WriteBlock(block);
@@ -183,7 +204,7 @@ void FileLogger::WriteBlock(const LogPieceBlock& block)
 
 void FileLogger::WrapAround()
 {
-    if (m_file->GetOffset() >= static_cast<long long>(m_sizeLimitBytes))
+    if (m_file->FindPosition() >= static_cast<long long>(m_sizeLimitBytes))
         m_file->Rewind();
 }
 

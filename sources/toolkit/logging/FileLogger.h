@@ -29,7 +29,7 @@ class LogPieceQueue;
 /// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
 /// and what a killed process leaves.
 ///
-/// A `PathManager` must exist when the object is constructed.
+/// A logger may be made before the library is started: the file has the same name then.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
     /// "w": the file is created or emptied.
@@ -81,8 +81,6 @@ private:
     TString<wchar_t> m_name;
     std::unique_ptr<LogFile> m_file; // the writer thread's
     unsigned int m_sizeLimitBytes;
-    // Taken at construction: the path manager may have gone before the writer thread opens its
-    // file.
     TString<wchar_t> m_directory; // with a separator at its end
     TString<wchar_t> m_path;      // guarded by m_queueLock; empty until a file is open
 };

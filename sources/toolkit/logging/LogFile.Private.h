@@ -24,8 +24,9 @@ public:
     /// Whether the last `Open` failed because of another process's lock.
     bool IsInUse() const { return m_isInUse; }
 
-    /// The position in bytes at which the next write begins.
-    long long GetOffset() const;
+    /// The position in bytes at which the next write begins. Moves to the end of a file that
+    /// somebody has truncated meanwhile: writing on at the old position would leave a hole.
+    long long FindPosition();
 
     /// False when the system takes no more; part of the bytes may be in the file then.
     bool Write(const char* bytes, std::size_t length);
@@ -37,10 +38,12 @@ public:
 
 private:
     bool Lock(const Base::FileDescriptor& file);
+    void MoveTo(long long offset, int origin);
 
     Base::FileDescriptor m_file;
     std::optional<Base::FileLock> m_lock;
     bool m_isInUse = false;
+    long long m_position = 0;
 };
 
 } // namespace Toolkit

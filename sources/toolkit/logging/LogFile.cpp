@@ -33,6 +33,7 @@ bool LogFile::Open(const std::string& path)
         return false;
     }
     m_file = std::move(file);
+    m_position = 0;
     return true;
 }
 
@@ -49,19 +50,32 @@ bool LogFile::Lock(const Base::FileDescriptor& file)
     return false;
 }
 
-long long LogFile::GetOffset() const
+long long LogFile::FindPosition()
 {
-    return ::lseek(m_file.Get(), 0, SEEK_CUR);
+    struct stat status {};
+    if (::fstat(m_file.Get(), &status) == 0 && status.st_size < m_position)
+        MoveTo(0, SEEK_END);
+    return m_position;
 }
 
 bool LogFile::Write(const char* bytes, std::size_t length)
 {
-    return m_file.WriteAll(bytes, length);
+    if (!m_file.WriteAll(bytes, length)) {
+        MoveTo(0, SEEK_CUR);
+        return false;
+    }
+    m_position += static_cast<long long>(length);
+    return true;
 }
 
 void LogFile::Rewind()
 {
-    ::lseek(m_file.Get(), 0, SEEK_SET);
+    MoveTo(0, SEEK_SET);
+}
+
+void LogFile::MoveTo(long long offset, int origin)
+{
+    m_position = ::lseek(m_file.Get(), offset, origin);
 }
 
 void LogFile::Close()
