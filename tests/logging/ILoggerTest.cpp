@@ -1,5 +1,6 @@
 #include "toolkit/logging/ILogger.h"
 
+#include "toolkit/encoding/StringConvert.h"
 #include "toolkit/logging/NullLogger.h"
 
 #include "support/CapturedLog.h"
@@ -10,7 +11,9 @@
 #include <limits>
 #include <locale>
 #include <string>
+#include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -127,6 +130,10 @@ void ForEachInsertable(Check check)
     check(static_cast<unsigned short>(1));
     check(1L);
     check(1UL);
+    check(1.5);
+    check(1.5F);
+    check(std::wstring_view(L"wide view"));
+    check(std::string_view("narrow view"));
     check(SeverityError);
     check(true);
 }
@@ -163,6 +170,7 @@ TEST(ILoggerTest, FilteredValueIsNotConverted)
     const Testing::AllocationLimit none(0);
     EXPECT_NO_THROW(logger << 1234567890 << 1234567890123LL << narrow);
     EXPECT_NO_THROW(logger << "a long narrow array" << L"a long wide array");
+    EXPECT_NO_THROW(logger << std::string_view("a long narrow view") << 1.23456e-300);
 }
 
 TEST(ILoggerTest, NumbersArePlainDecimals)
@@ -194,6 +202,22 @@ TEST(ILoggerTest, NumbersDoNotDependOnTheGlobalLocale)
     std::locale::global(old);
 }
 
+TEST(ILoggerTest, FloatingPointNumbersHaveSixDigits)
+{
+    const std::pair<double, const wchar_t*> cases[] = {{0.1, L"0.1"},
+                                                       {-2.5, L"-2.5"},
+                                                       {3.0, L"3"},
+                                                       {1234567.0, L"1.23457e+06"},
+                                                       {1.0 / 3.0, L"0.333333"},
+                                                       {1e-300, L"1e-300"}};
+    for (const auto& [value, expected] : cases) {
+        EXPECT_THAT(Inserted(value), ElementsAre(expected));
+        EXPECT_EQ(StringConvert::UStringFromDouble(value), expected);
+    }
+    EXPECT_THAT(Inserted(0.1F), ElementsAre(L"0.1"));
+    EXPECT_THAT(Inserted(16777216.0F), ElementsAre(L"1.67772e+07"));
+}
+
 TEST(ILoggerTest, BoolsAreDigits)
 {
     EXPECT_THAT(Inserted(true), ElementsAre(L"1"));
@@ -218,6 +242,48 @@ TEST(ILoggerTest, NarrowStringsAreDecoded)
 {
     EXPECT_THAT(Inserted(TString<char>("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
     EXPECT_THAT(Inserted(TString<char>("\xE2\x82")), ElementsAre(L""));
+}
+
+TEST(ILoggerTest, StringViewsAreTheirPartOfTheText)
+{
+    const std::wstring_view wide = std::wstring_view(L"<wide \u20AC>").substr(1, 6);
+    const std::string_view narrow = std::string_view("<\xE2\x82\xAC>").substr(1, 3);
+
+    EXPECT_THAT(Inserted(wide), ElementsAre(L"wide \u20AC"));
+    EXPECT_THAT(Inserted(std::wstring_view(L"a\0b", 3)), ElementsAre(std::wstring(L"a\0b", 3)));
+    EXPECT_THAT(Inserted(narrow), ElementsAre(L"\u20AC"));
+    EXPECT_THAT(Inserted(narrow.substr(1)), ElementsAre(L""));
+    EXPECT_THAT(Inserted(std::string_view()), ElementsAre(L""));
+}
+
+TEST(ILoggerTest, StandardStringsAreTexts)
+{
+    EXPECT_THAT(Inserted(std::wstring(L"wide")), ElementsAre(L"wide"));
+    EXPECT_THAT(Inserted(std::string("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
+}
+
+template <typename Value>
+constexpr bool c_canBeInserted = requires(ILogger& logger, Value value)
+{
+    logger << value;
+};
+
+TEST(ILoggerTest, PointerOtherThanTextDoesNotCompile)
+{
+    EXPECT_FALSE(c_canBeInserted<void*>);
+    EXPECT_FALSE(c_canBeInserted<const int*>);
+    EXPECT_FALSE(c_canBeInserted<ILogger*>);
+    EXPECT_FALSE(c_canBeInserted<const unsigned char*>);
+    EXPECT_FALSE(c_canBeInserted<const char16_t*>);
+    EXPECT_FALSE(c_canBeInserted<const char**>);
+    EXPECT_FALSE(c_canBeInserted<volatile char*>);
+    EXPECT_FALSE(c_canBeInserted<int (*)()>);
+    EXPECT_FALSE(c_canBeInserted<int(&)[3]>);
+    EXPECT_FALSE(c_canBeInserted<int (std::string::*)()>);
+    EXPECT_TRUE(c_canBeInserted<char*>);
+    EXPECT_TRUE(c_canBeInserted<const char*>);
+    EXPECT_TRUE(c_canBeInserted<wchar_t*>);
+    EXPECT_TRUE(c_canBeInserted<const wchar_t*>);
 }
 
 TEST(ILoggerTest, NarrowArraysAreWidenedByteByByte)

@@ -24,7 +24,8 @@ ILogger::~ILogger() = default;
 template <typename Number>
 ILogger& ILogger::WriteNumber(Number value)
 {
-    using Widest = std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
+    using Integer = std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
+    using Widest = std::conditional_t<std::is_floating_point_v<Number>, double, Integer>;
 
     if (!IsFilteredOut())
         Write(Base::NumberText<wchar_t>(static_cast<Widest>(value)).String());
@@ -65,6 +66,20 @@ ILogger& ILogger::operator<<(const char* text)
     return GetLogger();
 }
 
+ILogger& ILogger::WriteView(std::wstring_view text)
+{
+    if (!IsFilteredOut())
+        Write(std::wstring(text));
+    return GetLogger();
+}
+
+ILogger& ILogger::WriteView(std::string_view text)
+{
+    if (!IsFilteredOut())
+        Write(Base::DecodeUtf8(std::string(text)));
+    return GetLogger();
+}
+
 ILogger& ILogger::operator<<(long long value)
 {
     return WriteNumber(value);
@@ -101,6 +116,16 @@ ILogger& ILogger::operator<<(long value)
 }
 
 ILogger& ILogger::operator<<(unsigned long value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(double value)
+{
+    return WriteNumber(value);
+}
+
+ILogger& ILogger::operator<<(float value)
 {
     return WriteNumber(value);
 }

@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <cstddef>
+#include <string_view>
+#include <type_traits>
 
 namespace Toolkit {
 
@@ -31,6 +33,10 @@ private:
 /// shared by all threads that write to the logger: their lines may mix. Nothing is thrown
 /// unless memory runs out.
 class TOOLKIT_API ILogger {
+    template <typename T>
+    static constexpr bool c_isCharacter = std::is_same_v<std::remove_const_t<T>, char> ||
+                                          std::is_same_v<std::remove_const_t<T>, wchar_t>;
+
 public:
     /// Pieces of a line: a blank, " : ", and the line feed that ends it.
     static const TString<wchar_t> c_strLogToken1;
@@ -49,7 +55,7 @@ public:
     virtual void Write(const TString<wchar_t>& text) = 0;
 
     /// Each inserts one value and returns the process-wide logger, whichever logger it was inserted
-    /// into. A value that is filtered out is not converted.
+    /// into. A value that is filtered out is not converted. A null pointer is the empty text.
     ILogger& operator<<(const SetSeverity& severity);
     ILogger& operator<<(const TString<wchar_t>& text);
     /// Decoded from UTF-8.
@@ -67,6 +73,22 @@ public:
     {
         return *this << static_cast<const char*>(text);
     }
+    /// Standard string views: wide text as it is, narrow text decoded from UTF-8.
+    template <typename Traits>
+    ILogger& operator<<(std::basic_string_view<wchar_t, Traits> text)
+    {
+        return WriteView(std::wstring_view(text.data(), text.size()));
+    }
+    template <typename Traits>
+    ILogger& operator<<(std::basic_string_view<char, Traits> text)
+    {
+        return WriteView(std::string_view(text.data(), text.size()));
+    }
+    /// A pointer to anything but text does not compile; as a bool it would be logged as "1".
+    template <typename T, typename = std::enable_if_t<!c_isCharacter<T>>>
+    ILogger& operator<<(T* pointer) = delete;
+    template <typename T, typename Class>
+    ILogger& operator<<(T Class::*member) = delete;
     /// Numbers are decimal, without grouping; a severity is its number, a bool "1" or "0".
     ILogger& operator<<(long long value);
     ILogger& operator<<(int value);
@@ -76,6 +98,9 @@ public:
     ILogger& operator<<(unsigned short value);
     ILogger& operator<<(long value);
     ILogger& operator<<(unsigned long value);
+    /// Six significant digits, as `StringConvert` writes them: "0.1", "1e+06".
+    ILogger& operator<<(double value);
+    ILogger& operator<<(float value);
     ILogger& operator<<(LogSeverity value);
     ILogger& operator<<(bool value);
 
@@ -109,6 +134,8 @@ private:
     bool IsFilteredOut() const { return m_severity.load(std::memory_order_relaxed) > m_threshold; }
     template <typename Number>
     ILogger& WriteNumber(Number value);
+    ILogger& WriteView(std::wstring_view text);
+    ILogger& WriteView(std::string_view text);
 
     LogSeverity m_threshold;
     std::atomic<LogSeverity> m_severity; // nothing else is ordered by it
