@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace Toolkit {
+namespace Toolkit::Base {
 namespace {
 
 TEST(OutOfMemoryTest, ResultOrReturnsTheResult)
@@ -45,4 +45,4 @@ TEST(OutOfMemoryTest, WhatIsNoStandardExceptionPasses)
 }
 
 } // namespace
-} // namespace Toolkit
+} // namespace Toolkit::Base

@@ -1,6 +1,6 @@
 #include "toolkit/archive/ArchiveFile.Private.h"
 #include "toolkit/archive/ArchiveStream.Private.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/base/Utf8.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -48,9 +48,10 @@ wxMBConv* EntryNameConverter::Clone() const
 std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& path)
 {
     auto file = std::make_unique<ArchiveFile>(
-        Base::FileDescriptor::OpenRegular(UTF8::ToUTF8(path), O_RDONLY));
+        Base::FileDescriptor::OpenRegular(Base::EncodeUtf8(path), O_RDONLY));
     const bool isOpen = file->IsOk();
-    auto archive = std::make_unique<ArchiveStream>(file.release());
+    // Not by make_unique(), which would take the file before it has memory for its owner.
+    std::unique_ptr<ArchiveStream> archive(new ArchiveStream(file.release()));
     if (!isOpen)
         archive->Reset(wxSTREAM_READ_ERROR);
     return archive;

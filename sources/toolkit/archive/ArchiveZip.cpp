@@ -1,12 +1,12 @@
 #include "toolkit/archive/ArchiveZip.h"
 
 #include "toolkit/archive/ArchiveStream.Private.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/core/Assert.h"
 #include "toolkit/framework/Silence.h"
 #include "toolkit/framework/Text.h"
 #include "toolkit/logging/Log.h"
 
-#include <exception>
 #include <memory>
 
 namespace Toolkit {
@@ -42,6 +42,21 @@ bool IsOfType(const wxZipEntry& entry, ArchiveEntriesFlags::ArchiveEntriesType t
     return !((type & ArchiveEntriesFlags::FilesOnly) && entry.IsDir());
 }
 
+void List(wxZipInputStream* stream, const TString<wchar_t>& filter,
+          ArchiveEntriesFlags::ArchiveEntriesType type, ArchiveZip::EntriesMap& entries)
+{
+    const Framework::Silence silence;
+    const NameFilter names(filter);
+    while (const std::unique_ptr<wxZipEntry> entry{stream->GetNextEntry()}) {
+        TString<wchar_t> name = Framework::ToText(entry->GetName());
+        if (!IsOfType(*entry, type) || !names.Selects(name))
+            continue;
+        // Most archives are in the order of their names.
+        entries.try_emplace(entries.end(), std::move(name),
+                            smart_ptr<ArchiveZipEntry>(new ArchiveZipEntry(*entry)));
+    }
+}
+
 } // namespace
 
 ArchiveZip::ArchiveZip() = default;
@@ -53,22 +68,25 @@ ArchiveZip::~ArchiveZip()
 
 void ArchiveZip::Open(const TString<wchar_t>& path)
 {
-    const Framework::Silence silence;
-    if (m_stream.IsValid())
-        Close();
-    m_stream = new ZipInputStream(ArchiveStream::OpenFile(path).release());
+    Close();
+    static_cast<void>(Base::Completes([&] {
+        const Framework::Silence silence;
+        // The memory for an owner is there before the stream is.
+        m_stream =
+            smart_ptr<ZipInputStream>(new ZipInputStream(ArchiveStream::OpenFile(path).release()));
+    }));
 }
 
 void ArchiveZip::Close()
 {
+    // Assigning a null pointer would make a new count.
     if (m_stream.IsValid())
-        m_stream = nullptr;
+        m_stream = smart_ptr<ZipInputStream>::Empty();
 }
 
 int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                             ArchiveEntriesFlags::ArchiveEntriesType type)
-try {
-    const Framework::Silence silence;
+{
     entries.clear();
     if (!m_stream.IsValid() || !m_stream->IsOk()) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_notValidLine)
@@ -82,19 +100,8 @@ try {
         ASSERT(false);
         return -1;
     }
-
-    const NameFilter names(filter);
-    wxZipInputStream* const stream = *m_stream;
-    while (const std::unique_ptr<wxZipEntry> entry{stream->GetNextEntry()}) {
-        TString<wchar_t> name = Framework::ToText(entry->GetName());
-        if (!IsOfType(*entry, type) || !names.Selects(name))
-            continue;
-        // Most archives are in the order of their names.
-        entries.try_emplace(entries.end(), std::move(name),
-                            smart_ptr<ArchiveZipEntry>(new ArchiveZipEntry(*entry)));
-    }
-    return static_cast<int>(entries.size());
-} catch (const std::exception&) {
+    if (Base::Completes([&] { List(*m_stream, filter, type, entries); }))
+        return static_cast<int>(entries.size());
     // Rather no entries than some of them.
     entries.clear();
     return -1;
@@ -102,16 +109,18 @@ try {
 
 smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZipEntry>& entry)
 {
-    const Framework::Silence silence;
     if (!m_stream.IsValid() || !entry.IsValid())
         return m_stream;
     wxZipInputStream* const stream = *m_stream;
-    // An error of one entry must not keep the others from being read.
-    stream->Reset();
-    stream->CloseEntry();
-    const bool isOpen = stream->OpenEntry(*entry);
+    const bool isOpen = Base::ResultOr(false, [&] {
+        const Framework::Silence silence;
+        // An error of one entry must not keep the others from being read.
+        stream->Reset();
+        stream->CloseEntry();
+        return stream->OpenEntry(*entry);
+    });
     ASSERT(isOpen);
-    // The framework would go on with whatever entry it finds next.
+    // wxZipInputStream would go on with whatever entry it finds next.
     if (!isOpen)
         stream->Reset(wxSTREAM_READ_ERROR);
     return m_stream;

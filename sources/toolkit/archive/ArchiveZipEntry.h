@@ -13,7 +13,7 @@ namespace Toolkit {
 /// program that extracts checks where it leads. A "/" or "./" at its beginning is not part of it.
 class TOOLKIT_API ArchiveZipEntry : public wxZipEntry {
 public:
-    /// A copy of `entry`.
+    /// A copy of `entry`. Without memory std::bad_alloc leaves it.
     ArchiveZipEntry(const wxZipEntry& entry);
     ~ArchiveZipEntry() override;
 };

@@ -1,12 +1,12 @@
 #include "toolkit/archive/ZipInputStream.h"
 
 #include "toolkit/archive/EntryTextReader.Private.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/framework/Silence.h"
 
 #include <wx/zipstrm.h>
 
 #include <algorithm>
-#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -22,11 +22,32 @@ void ReserveFor(std::vector<unsigned char>& bytes, std::size_t needed, wxFileOff
             std::min(needed * largestStep, needed + static_cast<std::size_t>(claimedLeft)));
 }
 
-// What does not fit into memory is an error of the stream.
-void Fail(wxZipInputStream* stream)
+void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
 {
-    if (stream)
+    constexpr std::size_t blockSize = 65536;
+
+    std::vector<unsigned char> block(blockSize);
+    std::size_t count = 0;
+    do {
+        count = stream.Read(block.data(), block.size()).LastRead();
+        ReserveFor(bytes, bytes.size() + count, stream.GetLength() - stream.TellI());
+        bytes.insert(bytes.end(), block.data(), block.data() + count);
+    } while (count == block.size());
+}
+
+// Runs `read`; what does not fit into memory is an error of the stream, and false.
+template <typename Read>
+bool ReadFrom(wxZipInputStream* stream, Read read)
+{
+    if (!stream)
+        return false;
+    const bool isRead = Base::Completes([&] {
+        const Framework::Silence silence;
+        read(*stream);
+    });
+    if (!isRead)
         stream->Reset(wxSTREAM_READ_ERROR);
+    return isRead;
 }
 
 } // namespace
@@ -65,51 +86,25 @@ bool ZipInputStream::IsOk() const
 }
 
 ZipInputStream& ZipInputStream::operator>>(TString<wchar_t>& word)
-try {
-    const Framework::Silence silence;
-    word.clear();
-    if (Stream())
-        EntryTextReader::ReadWord(*Stream(), word);
-    return *this;
-} catch (const std::exception&) {
-    word.clear();
-    Fail(Stream());
+{
+    const auto read = [&](wxZipInputStream& stream) { EntryTextReader::ReadWord(stream, word); };
+    if (!ReadFrom(Stream(), read))
+        word.clear();
     return *this;
 }
 
 bool ZipInputStream::ReadLine(TString<wchar_t>& line)
-try {
-    const Framework::Silence silence;
-    line.clear();
-    if (!Stream())
-        return false;
-    EntryTextReader::ReadLine(*Stream(), line);
-    if (Stream()->GetLastError() == wxSTREAM_NO_ERROR)
+{
+    const auto read = [&](wxZipInputStream& stream) { EntryTextReader::ReadLine(stream, line); };
+    if (ReadFrom(Stream(), read) && Stream()->GetLastError() == wxSTREAM_NO_ERROR)
         return true;
     line.clear();
-    return false;
-} catch (const std::exception&) {
-    line.clear();
-    Fail(Stream());
     return false;
 }
 
 void ZipInputStream::operator>>(std::vector<unsigned char>& bytes)
-try {
-    constexpr std::size_t blockSize = 65536;
-
-    const Framework::Silence silence;
-    if (!Stream())
-        return;
-    std::vector<unsigned char> block(blockSize);
-    std::size_t count = 0;
-    do {
-        count = Stream()->Read(block.data(), block.size()).LastRead();
-        ReserveFor(bytes, bytes.size() + count, Stream()->GetLength() - Stream()->TellI());
-        bytes.insert(bytes.end(), block.data(), block.data() + count);
-    } while (count == block.size());
-} catch (const std::exception&) {
-    Fail(Stream());
+{
+    static_cast<void>(ReadFrom(Stream(), [&](wxZipInputStream& stream) { Append(stream, bytes); }));
 }
 
 } // namespace Toolkit

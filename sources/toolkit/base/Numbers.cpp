@@ -211,7 +211,7 @@ void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
 } // namespace
 
 template <typename Char, typename Number>
-void ParseNumber(const std::basic_string<Char>& text, Number& value)
+void ParseNumber(std::basic_string_view<Char> text, Number& value)
 {
     const Char* const begin = text.data();
     if constexpr (std::is_floating_point_v<Number>)
@@ -220,16 +220,16 @@ void ParseNumber(const std::basic_string<Char>& text, Number& value)
         ParseInteger(begin, begin + text.size(), value);
 }
 
-template void ParseNumber(const std::string&, int&);
-template void ParseNumber(const std::string&, unsigned int&);
-template void ParseNumber(const std::string&, long long&);
-template void ParseNumber(const std::string&, unsigned long long&);
-template void ParseNumber(const std::string&, double&);
-template void ParseNumber(const std::wstring&, int&);
-template void ParseNumber(const std::wstring&, unsigned int&);
-template void ParseNumber(const std::wstring&, long long&);
-template void ParseNumber(const std::wstring&, unsigned long long&);
-template void ParseNumber(const std::wstring&, double&);
+template void ParseNumber(std::string_view, int&);
+template void ParseNumber(std::string_view, unsigned int&);
+template void ParseNumber(std::string_view, long long&);
+template void ParseNumber(std::string_view, unsigned long long&);
+template void ParseNumber(std::string_view, double&);
+template void ParseNumber(std::wstring_view, int&);
+template void ParseNumber(std::wstring_view, unsigned int&);
+template void ParseNumber(std::wstring_view, long long&);
+template void ParseNumber(std::wstring_view, unsigned long long&);
+template void ParseNumber(std::wstring_view, double&);
 
 template <typename Char>
 NumberText<Char>::NumberText(long long value)

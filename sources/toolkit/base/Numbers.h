@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 // Numbers in text as the standard streams read and write them under the classic locale, whatever
 // the global C++ locale is: decimal, no grouping.
@@ -13,7 +14,7 @@ namespace Toolkit::Base {
 ///
 /// Defined for char and wchar_t, and for the types that the library reads.
 template <typename Char, typename Number>
-void ParseNumber(const std::basic_string<Char>& text, Number& value);
+void ParseNumber(std::basic_string_view<Char> text, Number& value);
 
 /// The text of a number, in characters of its own.
 ///

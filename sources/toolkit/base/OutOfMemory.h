@@ -10,12 +10,12 @@
 /// Both functions catch std::exception and nothing else. wxThread::Kill() cancels a thread by an
 /// unwinding of the stack that a catch-all would stop, which ends the process; for the same reason
 /// neither function is noexcept. A `smart_ptr<RegExpException>` passes.
-namespace Toolkit {
+namespace Toolkit::Base {
 
 /// What `operation` returns; `failure` when it throws. The empty failures of strings and containers
 /// allocate nothing.
 ///
-///     return ResultOr(false, [&] { return Load(path); });
+///     return Base::ResultOr(false, [&] { return Load(path); });
 template <typename Operation>
 std::invoke_result_t<Operation> ResultOr(std::invoke_result_t<Operation> failure,
                                          Operation&& operation)
@@ -30,7 +30,7 @@ std::invoke_result_t<Operation> ResultOr(std::invoke_result_t<Operation> failure
 /// Whether `operation` runs to its end without throwing. For operations that have no result, and
 /// where a failure has to be cleaned up.
 ///
-///     if (!Completes([&] { Append(text); }))
+///     if (!Base::Completes([&] { Append(text); }))
 ///         m_hasLostText = true;
 template <typename Operation>
 [[nodiscard]] bool Completes(Operation&& operation)
@@ -43,4 +43,4 @@ template <typename Operation>
     }
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Base

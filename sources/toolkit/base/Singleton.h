@@ -1,31 +1,33 @@
 #pragma once
 
+#include "toolkit/base/OutOfMemory.h"
+
 // The life of a process-wide object that a class-wide pointer to a heap `smart_ptr` holds. Copies
 // of that pointer keep the object alive after its release.
 namespace Toolkit::Base {
 
-/// Stores the object that `make` returns, unless there is one.
+/// Stores the object that `make` returns, unless there is one. When out of memory there is none.
 template <typename Pointer, typename Make>
 void CreateSingleton(Pointer*& instance, Make make)
 {
     if (!instance)
-        instance = new Pointer(make());
+        instance = ResultOr(nullptr, [&] { return new Pointer(make()); });
 }
 
-/// A copy of the pointer; an empty one when there is no object.
+/// A copy of the pointer; an empty one when there is no object. Allocates nothing.
 template <typename Pointer>
 Pointer GetSingleton(const Pointer* instance)
 {
-    return instance ? *instance : Pointer();
+    return instance ? *instance : Pointer::Empty();
 }
 
-/// Drops the object. It can still be reached while it is destroyed.
+/// Drops the object, which can still be reached while it is destroyed. Allocates nothing: assigning
+/// a null pointer would make a new count.
 template <typename Pointer>
 void ReleaseSingleton(Pointer*& instance)
 {
     if (!instance)
         return;
-    *instance = nullptr;
     delete instance;
     instance = nullptr;
 }

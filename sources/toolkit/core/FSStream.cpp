@@ -1,6 +1,7 @@
 #include "toolkit/core/FSStream.h"
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/core/StreamResult.h"
 
@@ -11,7 +12,6 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <limits>
-#include <new>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -56,6 +56,18 @@ Base::FileDescriptor OpenStorage(const TString<wchar_t>& path, FSStream::OpenMod
         return {};
     return S_ISREG(status.st_mode) || S_ISCHR(status.st_mode) ? std::move(file)
                                                               : Base::FileDescriptor();
+}
+
+// Null when the file cannot be opened. wxFile only holds the descriptor: its own operations print a
+// message for every failure.
+std::unique_ptr<wxFile> Open(const TString<wchar_t>& path, FSStream::OpenMode mode)
+{
+    auto file = std::make_unique<wxFile>();
+    Base::FileDescriptor descriptor = OpenStorage(path, mode);
+    if (!descriptor.IsOpen())
+        return nullptr;
+    file->Attach(descriptor.Release());
+    return file;
 }
 
 bool WriteAll(int file, const void* data, std::size_t size)
@@ -104,13 +116,9 @@ bool ReadCharacters(int file, std::size_t size, std::wstring& text)
 
 } // namespace
 
-FSStream::FSStream(const TString<wchar_t>& path, OpenMode mode) : m_file(std::make_unique<wxFile>())
+FSStream::FSStream(const TString<wchar_t>& path, OpenMode mode)
+    : m_file(Base::ResultOr(nullptr, [&] { return Open(path, mode); }))
 {
-    Base::FileDescriptor file = OpenStorage(path, mode);
-    // The framework only holds the descriptor: its own operations print a message for every
-    // failure.
-    if (file.IsOpen())
-        m_file->Attach(file.Release());
 }
 
 FSStream::~FSStream()
@@ -121,7 +129,7 @@ FSStream::~FSStream()
 
 bool FSStream::IsOpen() const
 {
-    return m_file->IsOpened();
+    return m_file && m_file->IsOpened();
 }
 
 unsigned int FSStream::Write(const TString<wchar_t>& text)
@@ -158,7 +166,7 @@ unsigned int FSStream::Write(const void* data, unsigned int size)
 }
 
 unsigned int FSStream::Read(TString<wchar_t>& text)
-try {
+{
     if (!IsOpen())
         return StreamResult::NotOpen;
 
@@ -167,14 +175,14 @@ try {
         return StreamResult::ReadPrefixFailed;
     if (size == 0)
         return StreamResult::Nothing;
-
-    std::wstring characters;
-    if (!ReadCharacters(m_file->fd(), size, characters))
-        return StreamResult::DataFailed;
-    text.assign(characters.c_str());
-    return StreamResult::Ok;
-} catch (const std::bad_alloc&) {
-    return StreamResult::DataFailed;
+    const bool isRead = Base::ResultOr(false, [&] {
+        std::wstring characters;
+        if (!ReadCharacters(m_file->fd(), size, characters))
+            return false;
+        text.assign(characters.c_str());
+        return true;
+    });
+    return isRead ? StreamResult::Ok : StreamResult::DataFailed;
 }
 
 unsigned int FSStream::Read(unsigned int& value)

@@ -273,6 +273,14 @@ private:
     std::size_t m_unread = 0; // the start of the unread part
 };
 
+// In a copy: running out of memory in the middle leaves the text as it was.
+void ReplaceJoined(std::wstring& text, const std::wstring& from, const std::wstring& to)
+{
+    std::wstring result(text);
+    ReplacementPass(result, from, to).Run();
+    text = std::move(result);
+}
+
 } // namespace
 
 template <>
@@ -341,7 +349,7 @@ void TString<wchar_t>::Replace(const TString& from, const TString& to)
     if (&from == this || &to == this)
         Replace(TString(from), TString(to));
     else if (CanJoin(from, to))
-        ReplacementPass(*this, from, to).Run();
+        ReplaceJoined(*this, from, to);
     else
         ReplaceApart(*this, from, to);
 }
@@ -350,7 +358,7 @@ template <>
 unsigned int TString<wchar_t>::ToUint32() const
 {
     unsigned int value = 0;
-    Base::ParseNumber(*this, value);
+    Base::ParseNumber<wchar_t>(*this, value);
     return value;
 }
 
@@ -358,7 +366,7 @@ template <>
 int TString<wchar_t>::ToInt32() const
 {
     int value = 0;
-    Base::ParseNumber(*this, value);
+    Base::ParseNumber<wchar_t>(*this, value);
     return value;
 }
 
@@ -371,6 +379,12 @@ void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>
         return;
     }
     TokenWriter writer(tokens);
-    SplitText(*this, DelimiterScanner(delimiters), skipEmpty, writer);
-    writer.Finish();
+    try {
+        SplitText(*this, DelimiterScanner(delimiters), skipEmpty, writer);
+        writer.Finish();
+    } catch (...) {
+        // Some of them are written over already.
+        tokens.clear();
+        throw;
+    }
 }

@@ -10,7 +10,7 @@
 ///
 /// `TString<wchar_t>` holds one code point per character; `TString<char>` carries byte-oriented
 /// text such as UTF-8. Every operation of the standard string is there. One value is used by one
-/// thread at a time.
+/// thread at a time. Without memory std::bad_alloc leaves an operation and the text is as it was.
 template <typename T>
 class TOOLKIT_API TString : public std::basic_string<T> {
 public:
@@ -77,7 +77,8 @@ public:
     /// `tokens` by the pieces.
     ///
     /// Without `skipEmpty` "a,,b" gives "a", "", "b", ",a," gives "", "a", "", and the empty text
-    /// gives one empty token. With it no token is empty, and the empty text gives none.
+    /// gives one empty token. With it no token is empty, and the empty text gives none. When
+    /// std::bad_alloc leaves it, `tokens` is empty.
     void GetTokens(const TString& delimiters, std::vector<TString>& tokens, bool skipEmpty) const;
 };
 

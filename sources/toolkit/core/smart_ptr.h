@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdint>
 #include <limits>
+#include <new>
 
 namespace Toolkit {
 
@@ -112,6 +113,18 @@ public:
         return *this;
     }
 
+    /// An empty pointer, for operations that return one. Unlike the constructor it allocates
+    /// nothing: all share one count.
+    static smart_ptr Empty()
+    {
+        using Data = smart_ptr_inner_data<Policy>;
+
+        // Never destroyed: copies live on while the process ends.
+        alignas(Data) static unsigned char storage[sizeof(Data)];
+        static Data& shared = *new (storage) Data();
+        return smart_ptr(shared);
+    }
+
     /// Whether there is an object.
     bool IsValid() const { return m_object != nullptr; }
 
@@ -153,6 +166,12 @@ public:
     }
 
 private:
+    // Shares `data`, which holds no object.
+    explicit smart_ptr(smart_ptr_inner_data<Policy>& data) : m_object(nullptr), m_data(&data)
+    {
+        AddRef();
+    }
+
     // Relaxed: whoever copies holds a pointer already, so the block cannot go meanwhile, and the
     // copy reaches another thread by a way that orders it.
     static void Share(smart_ptr_inner_data<Policy>& data)

@@ -96,7 +96,7 @@ TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
 TString<wchar_t> FileLogger::CurrentPath() const
 {
     const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
-    return ResultOr({}, [this] { return m_path; });
+    return Base::ResultOr({}, [this] { return m_path; });
 }
 
 int FileLogger::DoWork()
@@ -150,7 +150,7 @@ bool FileLogger::OpenFallback()
 // Out of memory is a failure like any other: the next attempt may find some.
 bool FileLogger::Open(const TString<wchar_t>& suffix)
 {
-    return ResultOr(false, [this, &suffix] {
+    return Base::ResultOr(false, [this, &suffix] {
         TString<wchar_t> path = m_directory + m_name + suffix + c_strLogExtension;
         if (!m_file->Open(Base::EncodeUtf8(path)))
             return false;

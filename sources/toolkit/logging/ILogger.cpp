@@ -1,6 +1,7 @@
 #include "toolkit/logging/ILogger.h"
 
 #include "toolkit/base/Numbers.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 
 #include <cstring>
@@ -21,15 +22,24 @@ ILogger::ILogger(LogSeverity threshold) : m_threshold(threshold), m_severity(Sev
 
 ILogger::~ILogger() = default;
 
+// Writes what `convert` makes. A piece for which there is no memory is left out: a log statement
+// must not decide how the operation around it ends.
+template <typename Convert>
+ILogger& ILogger::Insert(Convert convert)
+{
+    if (!IsFilteredOut())
+        static_cast<void>(Base::Completes([&] { Write(convert()); }));
+    return GetLogger();
+}
+
 template <typename Number>
 ILogger& ILogger::WriteNumber(Number value)
 {
     using Integer = std::conditional_t<std::is_unsigned_v<Number>, unsigned long long, long long>;
     using Widest = std::conditional_t<std::is_floating_point_v<Number>, double, Integer>;
 
-    if (!IsFilteredOut())
-        Write(Base::NumberText<wchar_t>(static_cast<Widest>(value)).String());
-    return GetLogger();
+    return Insert(
+        [value] { return Base::NumberText<wchar_t>(static_cast<Widest>(value)).String(); });
 }
 
 ILogger& ILogger::operator<<(const SetSeverity& severity)
@@ -40,30 +50,22 @@ ILogger& ILogger::operator<<(const SetSeverity& severity)
 
 ILogger& ILogger::operator<<(const TString<wchar_t>& text)
 {
-    if (!IsFilteredOut())
-        Write(text);
-    return GetLogger();
+    return Insert([&]() -> const TString<wchar_t>& { return text; });
 }
 
 ILogger& ILogger::operator<<(const TString<char>& text)
 {
-    if (!IsFilteredOut())
-        Write(Base::DecodeUtf8(text));
-    return GetLogger();
+    return Insert([&] { return Base::DecodeUtf8(text); });
 }
 
 ILogger& ILogger::operator<<(const wchar_t* text)
 {
-    if (!IsFilteredOut())
-        Write(text);
-    return GetLogger();
+    return Insert([text] { return TString<wchar_t>(text); });
 }
 
 ILogger& ILogger::operator<<(const char* text)
 {
-    if (!IsFilteredOut())
-        Write(text ? WidenBytes(text) : TString<wchar_t>::Empty());
-    return GetLogger();
+    return Insert([text] { return text ? WidenBytes(text) : TString<wchar_t>(); });
 }
 
 ILogger& ILogger::WriteView(std::wstring_view text)

@@ -30,8 +30,9 @@ private:
 ///
 /// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
 /// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
-/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown
-/// unless memory runs out.
+/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown:
+/// a piece that does not fit into memory is left out, and what `Write` throws of the standard
+/// library's exceptions is dropped.
 class TOOLKIT_API ILogger {
     template <typename T>
     static constexpr bool c_isCharacter = std::is_same_v<std::remove_const_t<T>, char> ||
@@ -104,7 +105,7 @@ public:
     ILogger& operator<<(LogSeverity value);
     ILogger& operator<<(bool value);
 
-    /// A new logger that discards everything.
+    /// A new logger that discards everything; empty when out of memory.
     static smart_ptr<ILogger> Create();
 
     /// Installs a logger that discards everything as the process-wide one, unless there is one.
@@ -132,6 +133,8 @@ private:
     friend TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* function);
 
     bool IsFilteredOut() const { return m_severity.load(std::memory_order_relaxed) > m_threshold; }
+    template <typename Convert>
+    ILogger& Insert(Convert convert);
     template <typename Number>
     ILogger& WriteNumber(Number value);
     ILogger& WriteView(std::wstring_view text);

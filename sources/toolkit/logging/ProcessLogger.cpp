@@ -1,8 +1,11 @@
 // The process-wide logger. Apart from ILogger.cpp, so that ILogger does not know NullLogger, which
 // is derived from it.
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
 #include "toolkit/logging/ILogger.h"
 #include "toolkit/logging/NullLogger.h"
+
+#include <new>
 
 namespace Toolkit {
 
@@ -10,12 +13,13 @@ smart_ptr<ILogger>* ILogger::s_pInstance = nullptr;
 
 smart_ptr<ILogger> ILogger::Create()
 {
-    return new NullLogger();
+    return Base::ResultOr(smart_ptr<ILogger>::Empty(),
+                          [] { return smart_ptr<ILogger>(new NullLogger()); });
 }
 
 void ILogger::CreateInstance()
 {
-    Base::CreateSingleton(s_pInstance, Create);
+    Base::CreateSingleton(s_pInstance, [] { return new NullLogger(); });
 }
 
 smart_ptr<ILogger> ILogger::GetInstance()
@@ -33,15 +37,19 @@ ILogger& ILogger::GetLogger()
     ILogger* const logger = s_pInstance ? s_pInstance->Get() : nullptr;
     if (logger)
         return *logger;
-    // Never destroyed: what logs while the process ends must find it.
-    static ILogger* const discarding = new NullLogger();
+    // Never destroyed: what logs while the process ends must find it. Not on the heap, which may
+    // have no room.
+    alignas(NullLogger) static unsigned char storage[sizeof(NullLogger)];
+    static ILogger* const discarding = new (storage) NullLogger();
     return *discarding;
 }
 
 void ILogger::SetLogger(smart_ptr<ILogger> logger)
 {
-    if (s_pInstance)
-        *s_pInstance = logger.IsValid() ? logger : Create();
+    if (!logger.IsValid())
+        logger = Create();
+    if (s_pInstance && logger.IsValid())
+        *s_pInstance = logger;
 }
 
 } // namespace Toolkit

@@ -7,6 +7,7 @@
 #include "toolkit/logging/ILogger.h"
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/module/ToolkitModule.h"
+#include "toolkit/regExp/RegExp.Exceptions.h"
 #include "toolkit/system/RestartManagment.h"
 
 #include <ios>
@@ -45,6 +46,10 @@ TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 } // namespace
 
 LibModuleManager* LibModuleManager::s_pInstance = nullptr;
+
+// The engine's code for running out of memory, in the form of its other codes.
+TOOLKIT_CONSTRUCTED_FIRST const smart_ptr<RegExpException> RegExpException::s_outOfMemory =
+    RegExpException::Make(L"-6gExp::Match return error: ");
 
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strTickSeparator = L"-";
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strLogExtension = L".qvlog";

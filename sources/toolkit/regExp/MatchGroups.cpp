@@ -20,8 +20,9 @@ void AddGroup(MatchResult& result, int number)
     const Range range = GetRange(result, number);
     if (range.IsValid())
         group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
-    result.groups.emplace_back(group.get());
-    static_cast<void>(group.release());
+    // Read() has reserved the place, so only the pointer can fail, and it takes the group over even
+    // then.
+    result.groups.emplace_back(group.release());
 }
 
 void RequireInformation(int code, const wchar_t* name)

@@ -1,7 +1,7 @@
 #include "toolkit/regExp/RegExp.Exceptions.h"
 
-#include "toolkit/core/smart_ptr.h"
-#include "toolkit/encoding/UTF8.h"
+#include "toolkit/base/OutOfMemory.h"
+#include "toolkit/base/Utf8.h"
 
 namespace Toolkit {
 namespace {
@@ -15,14 +15,19 @@ RegExpException::RegExpException() = default;
 
 RegExpException::~RegExpException() = default;
 
-void RegExpException::Throw(const TString<wchar_t>& message)
+smart_ptr<RegExpException> RegExpException::Make(const TString<wchar_t>& message)
 {
-    const smart_ptr<RegExpException> exception(new RegExpException());
-    exception->message = UTF8::ToUTF8(message);
+    smart_ptr<RegExpException> exception(new RegExpException());
+    exception->message = Base::EncodeUtf8(message);
     exception->file = c_file;
     exception->line = c_line;
     exception->function = "Throw";
-    throw smart_ptr<RegExpException>(exception);
+    return exception;
+}
+
+void RegExpException::Throw(const TString<wchar_t>& message)
+{
+    throw smart_ptr<RegExpException>(Base::ResultOr(s_outOfMemory, [&] { return Make(message); }));
 }
 
 } // namespace Toolkit

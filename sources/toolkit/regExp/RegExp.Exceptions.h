@@ -2,6 +2,7 @@
 
 #include "toolkit/core/Export.h"
 #include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
 
 #include <exception>
 
@@ -18,13 +19,19 @@ public:
     RegExpException& operator=(const RegExpException&) = default;
     ~RegExpException() override;
 
-    /// Throws a new exception with that message, in its `smart_ptr`.
+    /// Throws a new exception with that message, in its `smart_ptr`. Without memory it throws one
+    /// made when the library was loaded, with the message of an operation that ran out of memory.
     [[noreturn]] static void Throw(const TString<wchar_t>& message);
 
     TString<char> message;  ///< UTF-8.
     TString<char> file;     ///< The path of this header in the source tree.
     TString<char> line;     ///< One byte, the number 7; not the digit.
     TString<char> function; ///< "Throw".
+
+private:
+    static smart_ptr<RegExpException> Make(const TString<wchar_t>& message);
+
+    static const smart_ptr<RegExpException> s_outOfMemory;
 };
 
 } // namespace Toolkit

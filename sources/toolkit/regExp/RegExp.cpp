@@ -20,7 +20,7 @@ int Growth(const TString<char>& text, const TString<char>& subject)
 } // namespace
 
 RegExp::RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(pattern), m_modifiers(modifiers)
+    : m_pattern(WithMemoryErrorsTold([&] { return pattern; })), m_modifiers(modifiers)
 {
 }
 

@@ -1,15 +1,20 @@
 #include "toolkit/system/Version.h"
 
+#include "toolkit/base/Numbers.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
-#include "toolkit/encoding/StringConvert.h"
 
+#include <algorithm>
+#include <string_view>
 #include <tuple>
-#include <vector>
+#include <utility>
 
 namespace Toolkit {
 namespace {
 
 constexpr const wchar_t* c_libraryVersion = L"1.0.332.3";
+
+constexpr wchar_t c_separator = L'.';
 
 } // namespace
 
@@ -24,23 +29,24 @@ Version::Version(unsigned int major, unsigned int minor, unsigned int build, uns
 
 Version::Version(const TString<wchar_t>& text) : Version()
 {
-    std::vector<TString<wchar_t>> tokens;
-    text.GetTokens(L".", tokens, true);
-    unsigned int* const parts[] = {&m_major, &m_minor, &m_build, &m_revision};
-    std::size_t next = 0;
-    for (unsigned int* const part : parts) {
-        if (next < tokens.size())
-            *part = tokens[next++].ToUint32();
+    // Without copies of the parts, so that comparing with a text needs no memory.
+    std::wstring_view rest = text;
+    for (unsigned int* const part : {&m_major, &m_minor, &m_build, &m_revision}) {
+        rest.remove_prefix(std::min(rest.find_first_not_of(c_separator), rest.size()));
+        const std::wstring_view token = rest.substr(0, rest.find(c_separator));
+        Base::ParseNumber<wchar_t>(token, *part);
+        rest.remove_prefix(token.size());
     }
 }
 
 TString<wchar_t> Version::ToString() const
 {
-    const TString<wchar_t> point = L'.';
-    return StringConvert::UStringFromUint32(m_major) + point +
-           StringConvert::UStringFromUint32(m_minor) + point +
-           StringConvert::UStringFromUint32(m_build) + point +
-           StringConvert::UStringFromUint32(m_revision);
+    return Base::ResultOr({}, [this] {
+        std::wstring text = Base::FormatInteger<wchar_t>(m_major);
+        for (const unsigned int part : {m_minor, m_build, m_revision})
+            text.append(1, c_separator).append(Base::FormatInteger<wchar_t>(part));
+        return TString<wchar_t>(std::move(text));
+    });
 }
 
 bool Version::operator==(const Version& other) const
@@ -74,7 +80,7 @@ int Version::CompareVersion(const TString<wchar_t>& text) const
 
 Version* Version::Create()
 {
-    return new Version(c_libraryVersion);
+    return Base::ResultOr(nullptr, [] { return new Version(c_libraryVersion); });
 }
 
 void Version::CreateInstance()

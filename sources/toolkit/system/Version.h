@@ -21,7 +21,7 @@ public:
     unsigned int GetBuild() const { return m_build; }
     unsigned int GetRevision() const { return m_revision; }
 
-    /// All four numbers separated by points.
+    /// All four numbers separated by dots; empty without memory.
     TString<wchar_t> ToString() const;
 
     bool operator==(const Version& other) const;
@@ -32,7 +32,8 @@ public:
     int CompareVersion(const Version& other) const;
     int CompareVersion(const TString<wchar_t>& text) const;
 
-    /// A new object with the version of this library, which the caller deletes.
+    /// A new object with the version of this library, which the caller deletes; null without
+    /// memory.
     static Version* Create();
 
     /// Creates the process-wide object unless there is one.
