@@ -1,3 +1,4 @@
+#include <iostream>
 #include <toolkit/Toolkit.h>
 
 using namespace Toolkit;
@@ -5,8 +6,11 @@ using namespace Toolkit;
 int main()
 {
     LibModuleManager::GetInstance()->Initialize(true);
-    const TString<wchar_t> name = PathManager::GetInstance()->GetApplicationName();
-    ILogger::SetLogger(new FileLogger(SeverityInfo, name, 1'000'000));
-    TOOLKIT_LOG(SeverityInfo) << L"Hello from " << name << ILogger::c_strLogToken3;
+    const smart_ptr<PathManager> paths = PathManager::GetInstance();
+    auto* const log = new FileLogger(SeverityInfo, paths->GetApplicationUniqueName(), 1'000'000);
+    ILogger::SetLogger(log); // which owns it from here on
+    TOOLKIT_LOG(SeverityInfo) << L"Hello from " << paths->GetApplicationName()
+                              << ILogger::c_strLogToken3;
+    std::cout << "The log is " << UTF8::ToUTF8(log->GetPath(5'000)) << '\n';
     LibModuleManager::GetInstance()->Release(true);
 }

@@ -46,6 +46,8 @@ CommandLine::CommandLine(const HostPlugIn::Command& command, const Text& line) :
     for (std::size_t i = 0; i < command.optionCount; ++i)
         AddOption(command.options[i]);
     m_parser.Parse();
+    if (command.run)
+        FindUnknownOption(line);
     for (const Option& option : c_hostOptions)
         Complete(option);
     for (std::size_t i = 0; i < command.optionCount; ++i)
@@ -70,6 +72,19 @@ void CommandLine::AddOption(const Option& option)
     const smart_ptr<CmdLineOption> added(new CmdLineOption(option.name, false));
     m_options[option.name] = added;
     m_parser.AddOption(added);
+}
+
+// The parser ignores what it does not know. Later starts know no commands, and leave this to the
+// host that serves.
+void CommandLine::FindUnknownOption(const Text& line)
+{
+    std::vector<Text> words;
+    CmdLineParser::Tokenize(line, words);
+    for (const Text& word : words) {
+        if (word.substr(0, 1) == CmdLineParser::c_strIdentifiers &&
+            m_options.find(word.substr(1)) == m_options.end())
+            m_fault = L"there is no option " + word;
+    }
 }
 
 // Path options come as they were typed; "-from" comes first and is absolute.

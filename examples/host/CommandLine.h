@@ -27,6 +27,7 @@ public:
 
 private:
     void AddOption(const HostPlugIn::Option& option);
+    void FindUnknownOption(const Text& line);
     void Complete(const HostPlugIn::Option& option);
 
     std::map<Text, Toolkit::smart_ptr<Toolkit::CmdLineOption>> m_options;

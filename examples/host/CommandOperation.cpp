@@ -4,6 +4,8 @@
 #include <toolkit/logging/Log.h>
 #include <toolkit/system/TickCount.h>
 
+#include "VisibleText.h"
+
 using namespace Toolkit;
 
 namespace {
@@ -100,16 +102,16 @@ bool CommandOperation::Progress(unsigned long long done, unsigned long long tota
     const unsigned int ticks = GetLastOperationDate();
     if (ticks - m_lastShownTicks >= c_progressMs || done == total) {
         m_lastShownTicks = ticks;
-        Terminal::Print(GetTitle() + L": " + Number(done) +
-                        (total > 0 ? L" of " + Number(total) : Text()) + L" " + unit);
+        Terminal::ShowProgress(GetTitle(), done, total, unit);
     }
     return true;
 }
 
 void CommandOperation::Warn(const Text& message) noexcept
 {
-    TOOLKIT_LOG(SeverityWarning) << GetTitle() << L": " << message << ILogger::c_strLogToken3;
-    Terminal::Complain(GetTitle() + L": " + message);
+    const Text visible = VisibleText(GetTitle() + L": " + message);
+    TOOLKIT_LOG(SeverityWarning) << visible << ILogger::c_strLogToken3;
+    Terminal::Complain(visible);
 }
 
 bool CommandOperation::Fail(const Text& message) noexcept

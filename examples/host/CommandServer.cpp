@@ -14,6 +14,7 @@
 #include "CommandOperation.h"
 #include "HandOver.h"
 #include "StopSignals.h"
+#include "VisibleText.h"
 
 using namespace Toolkit;
 
@@ -27,13 +28,14 @@ public:
     void OnOperationStarted() override
     {
         Terminal::Print(m_operation.GetTitle() + L": started");
-        TOOLKIT_LOG(SeverityInfo) << m_operation.GetTitle() << L": started by "
-                                  << m_operation.GetLine() << ILogger::c_strLogToken3;
+        TOOLKIT_LOG(SeverityInfo) << VisibleText(m_operation.GetTitle() + L": started by " +
+                                                 m_operation.GetLine())
+                                  << ILogger::c_strLogToken3;
     }
 
     void OnOperationEnded() override
     {
-        const Text message = m_operation.GetTitle() + L": " + m_operation.GetOutcome();
+        const Text message = VisibleText(m_operation.GetTitle() + L": " + m_operation.GetOutcome());
         TOOLKIT_LOG(m_operation.HasSucceeded() ? SeverityInfo : SeverityError)
             << message << ILogger::c_strLogToken3;
         Terminal::Print(message);

@@ -1,22 +1,10 @@
 // A console program on Toolkit. It starts the library, reads its settings, logs to a file, loads
-// plug-ins, searches a text on a worker thread, and stops:
+// plug-ins, searches a text on a worker thread, and stops.
 //
-//     host [-config <settings file>] [-level <0 to 4>] [-plugins <folder>] [-find <text>] [-quiet]
-//
-// Without -config the settings are host.ini in the configuration path. The other options replace
-// what the settings say; with -quiet the screen shows only what goes wrong.
-//
-//     host -serve [-config <settings file>] [-level <0 to 4>] [-plugins <folder>]
-//
-// stays instead and runs the plug-ins' commands that other starts hand over to it:
-//
-//     host <command> <its options> -out <file for the result>
-//     host -quit
-//     host -restart
-//
+// With -serve it stays instead and runs the plug-ins' commands that other starts hand over to it.
 // Such a start ends as soon as the host that serves has its line. What becomes of a command shows
-// there, and in the file for the result, which comes when it is complete. The value of an option
-// cannot begin with a dash: for a pattern "[-]x" does.
+// there, and in the file for the result, which appears when it is complete. Usage.cpp has all
+// options.
 
 #include <wx/log.h>
 #include <wx/utils.h>
@@ -25,14 +13,17 @@
 #include <filesystem>
 #include <memory>
 #include <toolkit/Toolkit.h>
+#include <vector>
 
 #include "CommandLine.h"
 #include "CommandServer.h"
 #include "Facts.h"
 #include "HandOver.h"
+#include "HostLog.h"
 #include "Options.h"
 #include "Restart.h"
 #include "TextSearch.h"
+#include "Usage.h"
 
 using namespace Toolkit;
 using Terminal::Fail;
@@ -91,30 +82,12 @@ bool ParseLevel(const Text& text, LogSeverity& level)
     return true;
 }
 
-// Installs a logger that writes to a file, and returns the path of that file. Only where something
-// stands that is not ours to write to does the logger take another name beside it.
-Text StartLog(LogSeverity level, Text name, unsigned int sizeLimitBytes)
-{
-    const smart_ptr<PathManager> paths = PathManager::GetInstance();
-    if (name.empty())
-        name = paths->GetApplicationName();
-    // A log is emptied when it is opened.
-    if (SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
-        name += L"-second";
-    ILogger::SetLogger(new FileLogger(level, name, sizeLimitBytes));
-
-    Text path;
-    PathManager::AppendPath(path, paths->GetTempDir(), name + FileLogger::c_strLogExtension);
-    return path;
-}
-
 Text PlugInsFolder(const Options& options, const IniFile& settings, const Text& settingsPath)
 {
-    if (options.plugins->IsDefined())
-        return options.plugins->GetValue();
     const Text folder = settings.GetValue(L"PlugIns", L"folder", Text::Empty());
-    return folder.empty() ? PathManager::GetInstance()->GetPluginsPath()
-                          : PathBesideSettings(settingsPath, folder);
+    return options.GetValue(L"plugins", folder.empty()
+                                            ? PathManager::GetInstance()->GetPluginsPath()
+                                            : PathBesideSettings(settingsPath, folder));
 }
 
 void PrintCommands(const PlugIns& plugIns)
@@ -148,8 +121,8 @@ int SearchText(const Options& options, const IniFile& settings, const Text& sett
     if (textName.empty())
         return Fail(L"The settings name no text: [Text] file is missing in " + settingsPath);
     const Text wanted = settings.GetValue(L"Text", L"find", Text::Empty());
-    return Search(PathBesideSettings(settingsPath, textName),
-                  Options::ValueOr(options.find, wanted), options.quiet->IsDefined());
+    return Search(PathBesideSettings(settingsPath, textName), options.GetValue(L"find", wanted),
+                  options.IsDefined(L"quiet"));
 }
 
 int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
@@ -170,32 +143,31 @@ int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
 // Does what the host itself is asked for. `startLine` is empty unless it is to serve.
 int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
 {
-    const Text settingsPath = Options::ValueOr(options.config, DefaultSettingsPath());
+    const Text settingsPath = options.GetValue(L"config", DefaultSettingsPath());
     const IniFile settings(settingsPath);
     if (!settings.IsLoaded())
         return Fail(L"There are no settings, cannot read: " + settingsPath);
 
     LogSeverity level = SeverityInfo;
-    const Text levelText =
-        Options::ValueOr(options.level, settings.GetValue(L"Log", L"level", L"2"));
+    const Text levelText = options.GetValue(L"level", settings.GetValue(L"Log", L"level", L"2"));
     if (!ParseLevel(levelText, level))
         return Fail(L"The log level is a number from 0 to 4, not: " + levelText);
 
-    const Text logPath = StartLog(level, settings.GetValue(L"Log", L"name", Text::Empty()),
-                                  settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
+    const FileLogger& log = HostLog::Start(level, settings.GetValue(L"Log", L"name", Text::Empty()),
+                                           settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
     TOOLKIT_LOG(SeverityInfo) << L"Settings read: " << settingsPath << ILogger::c_strLogToken3;
     wxLogMessage("Process %lu of the user %s", wxGetProcessId(), wxGetUserId());
     plugIns.Load(PlugInsFolder(options, settings, settingsPath));
 
-    if (!options.quiet->IsDefined()) {
+    if (!options.IsDefined(L"quiet")) {
         PrintPaths();
         PrintSystem();
         PrintRow(L"Settings", settingsPath);
-        PrintRow(L"Log", logPath);
+        PrintRow(L"Log", HostLog::DescribePath(log));
         PrintCommands(plugIns);
     }
     return startLine.empty() ? SearchText(options, settings, settingsPath)
-                             : Serve(plugIns, startLine, options.restart->IsDefined());
+                             : Serve(plugIns, startLine, options.IsDefined(L"restart"));
 }
 
 // Says what became of a line that was sent; the host that serves says what becomes of it.
@@ -223,14 +195,21 @@ int HandOverCommand(Text line)
         return Fail(L"The working directory cannot be handed over.");
     const Text fault = CommandLine(HostPlugIn::Command{}, line).GetFault();
     if (!fault.empty())
-        return Fail(L"The command cannot be handed over: " + fault);
+        return Usage::Complain(L"The command cannot be handed over: " + fault);
     return Report(HandOver::Send(line));
+}
+
+std::vector<Text> SplitLine(const Text& line)
+{
+    std::vector<Text> words;
+    CmdLineParser::Tokenize(line, words);
+    return words;
 }
 
 int StartServer(const Text& line, PlugIns& plugIns)
 {
     const HandOver::Role role = HandOver::Send(HandOver::c_serve);
-    return role == HandOver::Role::First ? Run(Options(CmdLineParser(line)), plugIns, line)
+    return role == HandOver::Role::First ? Run(Options(SplitLine(line)), plugIns, line)
                                          : Report(role);
 }
 
@@ -242,29 +221,39 @@ int StartAnew(PlugIns& plugIns)
     if (role != HandOver::Role::First)
         return Report(role);
     const Text line = Restart::KeptLine();
-    return Run(Options(CmdLineParser(line + L" " + HandOver::c_restart)), plugIns, line);
+    return Run(Options(SplitLine(line + L" " + HandOver::c_restart)), plugIns, line);
 }
 
-int Start(int argc, char** argv, PlugIns& plugIns)
+// Starts as what the words say; `line` has the same words.
+int StartAs(const Options& options, const Text& line, PlugIns& plugIns)
+{
+    if (options.IsDefined(L"serve"))
+        return StartServer(line, plugIns);
+    if (options.IsDefined(L"quit"))
+        return Report(HandOver::Send(HandOver::c_quit));
+    if (options.IsDefined(L"restart"))
+        return StartAnew(plugIns);
+    return Run(options, plugIns, Text());
+}
+
+int Start(const std::vector<Text>& words, PlugIns& plugIns)
 {
     Text line;
     bool isWhole = true;
-    for (int i = 1; i < argc; ++i)
-        isWhole = AppendToken(line, UTF8::ToUNICODE(argv[i])) && isWhole;
+    for (const Text& word : words)
+        isWhole = AppendToken(line, word) && isWhole;
 
-    const Options options(CmdLineParser(argc, argv));
     const bool isCommand = !CommandWord(line).empty();
-    if ((isCommand || options.serve->IsDefined()) && !isWhole)
-        return Fail(L"No argument may hold both blanks and quotes.");
-    if (isCommand)
-        return HandOverCommand(line);
-    if (options.serve->IsDefined())
-        return StartServer(line, plugIns);
-    if (options.quit->IsDefined())
-        return Report(HandOver::Send(HandOver::c_quit));
-    if (options.restart->IsDefined())
-        return StartAnew(plugIns);
-    return Run(options, plugIns, Text());
+    const Options options(isCommand ? std::vector<Text>() : words);
+    if (options.IsDefined(L"help") || options.IsDefined(L"-help") || options.IsDefined(L"h")) {
+        Usage::Print();
+        return EXIT_SUCCESS;
+    }
+    if (!options.GetFault().empty())
+        return Usage::Complain(options.GetFault());
+    if ((isCommand || options.IsDefined(L"serve")) && !isWhole)
+        return Fail(L"No argument may hold both spaces and quotes.");
+    return isCommand ? HandOverCommand(line) : StartAs(options, line, plugIns);
 }
 
 } // namespace
@@ -277,7 +266,10 @@ int main(int argc, char** argv)
 
     modules->Register(&hostModule);
     modules->Initialize(true);
-    const int exitCode = Start(argc, argv, plugIns);
+    std::vector<Text> words;
+    for (int i = 1; i < argc; ++i)
+        words.push_back(UTF8::ToUNICODE(argv[i]));
+    const int exitCode = Start(words, plugIns);
     // Held until the log is complete: the next host begins it anew.
     const smart_ptr<SingleApplicationInstance> instance = SingleApplicationInstance::GetInstance();
     modules->Release(true);

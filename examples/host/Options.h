@@ -1,37 +1,29 @@
 #pragma once
 
+#include <map>
 #include <toolkit/config/CmdLineParser.h>
+#include <vector>
 
 #include "Terminal.h"
 
-/// What the host's own command line may say; everything else on it is ignored.
-struct Options {
-    using Option = Toolkit::smart_ptr<Toolkit::CmdLineOption>;
+/// What the host's own command line says. The words are those that follow the program's name.
+class Options {
+public:
+    explicit Options(const std::vector<Text>& words);
 
-    Option config = MakeOption(L"config");
-    Option level = MakeOption(L"level");
-    Option find = MakeOption(L"find");
-    Option plugins = MakeOption(L"plugins");
-    Option quiet = MakeOption(L"quiet");
-    Option serve = MakeOption(L"serve");
-    Option quit = MakeOption(L"quit");
-    Option restart = MakeOption(L"restart");
+    /// What is wrong with the words; empty when nothing is. The library's parser ignores what it
+    /// does not know, which is no help to a user who has mistyped an option.
+    const Text& GetFault() const { return m_fault; }
 
-    explicit Options(Toolkit::CmdLineParser parser)
-    {
-        for (const auto& option : {config, level, find, plugins, quiet, serve, quit, restart})
-            parser.AddOption(option);
-        parser.Parse();
-    }
+    bool IsDefined(const Text& name) const { return m_options.at(name)->IsDefined(); }
 
-    static Text ValueOr(const Option& option, const Text& otherwise)
-    {
-        return option->IsDefined() ? option->GetValue() : otherwise;
-    }
+    /// The value of the option; `otherwise` when the option is not there.
+    Text GetValue(const Text& name, const Text& otherwise) const;
 
 private:
-    static Toolkit::CmdLineOption* MakeOption(const wchar_t* name)
-    {
-        return new Toolkit::CmdLineOption(name, false);
-    }
+    void Parse(const std::vector<Text>& words);
+    Text FindFault(const std::vector<Text>& words) const;
+
+    std::map<Text, Toolkit::smart_ptr<Toolkit::CmdLineOption>> m_options;
+    Text m_fault;
 };

@@ -1,19 +1,82 @@
 #include "Terminal.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
+#include <sys/ioctl.h>
+#include <toolkit/encoding/StringConvert.h>
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/logging/Log.h>
+#include <unistd.h>
+
+#include "VisibleText.h"
 
 using namespace Toolkit;
 
 namespace {
 
-void WriteLine(std::FILE* stream, const Text& line)
+const char* const c_clearLine = "\r\033[K";
+
+std::mutex s_lock;
+bool s_isBarShown = false; // guarded by s_lock
+
+void Write(std::FILE* stream, const TString<char>& bytes)
 {
-    const TString<char> bytes = UTF8::ToUTF8(line) + '\n';
     std::fwrite(bytes.data(), 1, bytes.size(), stream);
     std::fflush(stream);
+}
+
+void WriteLine(std::FILE* stream, const Text& line)
+{
+    const TString<char> bytes = UTF8::ToUTF8(VisibleText(line)) + '\n';
+    const std::lock_guard<std::mutex> guard(s_lock);
+    if (s_isBarShown)
+        Write(stdout, c_clearLine);
+    s_isBarShown = false;
+    Write(stream, bytes);
+}
+
+// Whether standard output is a terminal that can rewrite its last line.
+bool CanShowBar()
+{
+    const char* const terminal = std::getenv("TERM");
+    return ::isatty(STDOUT_FILENO) == 1 && terminal && TString<char>(terminal) != "dumb";
+}
+
+std::size_t Columns()
+{
+    constexpr std::size_t usual = 80;
+
+    winsize size = {};
+    const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isKnown ? size.ws_col : usual;
+}
+
+Text Number(unsigned long long value)
+{
+    return StringConvert::UStringFromUInt64(value);
+}
+
+// Such as: [##########----------]  50 %
+Text Bar(unsigned long long done, unsigned long long total)
+{
+    constexpr std::size_t length = 20;
+
+    const double part = static_cast<double>(std::min(done, total)) / static_cast<double>(total);
+    const auto full = static_cast<std::size_t>(part * length);
+    const Text percent = Number(static_cast<unsigned long long>(part * 100));
+    return L"[" + std::wstring(full, L'#') + std::wstring(length - full, L'-') + L"] " +
+           std::wstring(3 - percent.size(), L' ') + percent + L" % ";
+}
+
+void DrawLine(const Text& line)
+{
+    // A line of the full width would make the terminal begin another one.
+    const TString<char> bytes = UTF8::ToUTF8(VisibleText(line).substr(0, Columns() - 1));
+    const std::lock_guard<std::mutex> guard(s_lock);
+    Write(stdout, c_clearLine + bytes);
+    s_isBarShown = true;
 }
 
 } // namespace
@@ -31,14 +94,29 @@ void Terminal::PrintRow(Text label, const Text& value)
     Print(label + value);
 }
 
+void Terminal::ShowProgress(const Text& title, unsigned long long done, unsigned long long total,
+                            const Text& unit)
+{
+    const Text count = Number(done) + (total > 0 ? L" of " + Number(total) : Text()) + L" " + unit;
+    if (!CanShowBar())
+        Print(title + L": " + count);
+    else
+        DrawLine(title + L": " + (total > 0 ? Bar(done, total) : Text()) + count);
+}
+
+void Terminal::PrintError(const Text& line)
+{
+    WriteLine(stderr, line);
+}
+
 void Terminal::Complain(const Text& message)
 {
-    WriteLine(stderr, L"host: " + message);
+    PrintError(L"host: " + message);
 }
 
 int Terminal::Fail(const Text& message)
 {
-    TOOLKIT_LOG(SeverityError) << message << ILogger::c_strLogToken3;
+    TOOLKIT_LOG(SeverityError) << VisibleText(message) << ILogger::c_strLogToken3;
     Complain(message);
     return EXIT_FAILURE;
 }

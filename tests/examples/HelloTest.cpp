@@ -13,8 +13,25 @@ TEST(HelloTest, SaysHelloInItsLog)
     const ProgramResult result = hello.Run({});
 
     EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "The log is " + hello.LogPath().native() + "\n");
     EXPECT_THAT(hello.Log(), testing::MatchesRegex("2 [0-9]+ : [0-9]+ : main : Hello from " +
                                                    hello.Name() + "\n"));
+}
+
+TEST(HelloTest, ReportsTheLogThatIsReallyOpen)
+{
+    const InstalledProgram hello(HELLO_PROGRAM);
+    std::filesystem::create_directory(hello.LogPath());
+
+    const ProgramResult result = hello.Run({});
+
+    const std::string beginning = "The log is ";
+    ASSERT_THAT(result.output, testing::MatchesRegex(beginning + "/tmp/" + hello.UniqueName() +
+                                                     "-[0-9]+.qvlog\n"));
+    const std::string rest = result.output.substr(beginning.size());
+    const std::filesystem::path path = rest.substr(0, rest.size() - 1);
+    EXPECT_THAT(ReadWholeFile(path), testing::HasSubstr("Hello from"));
+    std::filesystem::remove(path);
 }
 
 // It stops while the log's writer thread is still about to open its file.

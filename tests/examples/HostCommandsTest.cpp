@@ -97,6 +97,20 @@ TEST_F(HostCommandsTest, WhatCannotBeReadOfAnArchiveIsAWarning)
                       ContainsRegex("\n1 [^\n]*the entry secret is encrypted, and was not")));
 }
 
+TEST_F(HostCommandsTest, NamesInAnArchiveReachTerminalAndLogWithoutControlCharacters)
+{
+    RawEntry secret{"\x1B]0;evil\x07\n0 1 : 1 : forged", "fog\n"};
+    secret.flags = 1;
+    const std::string archive = Write("odd.zip", RawZip({secret}));
+    ServingHost host(m_host);
+
+    ResultOf(host, {"search", "-archive", archive, "-pattern", "fog"});
+    Quit(host);
+
+    EXPECT_THAT(m_host.Log(), HasSubstr("the entry \\x1B]0;evil\\x07\\x0A0 1 : 1 : forged is"));
+    EXPECT_THAT(m_host.Log(), Not(HasSubstr("\x1B")));
+}
+
 TEST_F(HostCommandsTest, FindSearchesAFolder)
 {
     Write("texts/b.txt", "clear\nfog one");
@@ -167,6 +181,7 @@ TEST_F(HostCommandsTest, FailuresSayWhy)
     const std::pair<Arguments, std::string> cases[] = {
         {{"nothing"}, "there is no such command"},
         {{"list"}, "the option -archive is missing, or its value is"},
+        {{"list", "-archive", archive, "-deep"}, "there is no option -deep"},
         {{"list", "-archive", "/none.zip"}, "there is no archive /none.zip"},
         {{"list", "-archive", text}, text + " is no archive that can be read"},
         {{"find", "-folder", "/none", "-pattern", "x"}, "there is no folder /none"},

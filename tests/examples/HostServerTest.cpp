@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "HostWithPlugIns.h"
+#include "ProgramOnTerminal.h"
 
 namespace Toolkit::Testing {
 namespace {
@@ -50,17 +51,16 @@ protected:
 TEST_F(HostServerTest, LaterStartsSayWhatTheyCannotHandOver)
 {
     const ServingHost host(m_host);
-    const std::pair<Arguments, const char*> cases[] = {
-        {{"list"},
-         "The command cannot be handed over: the option -out is missing, or its value is"},
-        {{"find", "-pattern", "a \"b", "-out", "x"},
-         "No argument may hold both blanks and quotes."}};
 
-    for (const auto& [arguments, message] : cases) {
-        const ProgramResult result = m_host.Run(arguments);
-        EXPECT_EQ(result.exitCode, 1);
-        EXPECT_EQ(result.errors, std::string("host: ") + message + "\n");
-    }
+    const ProgramResult noFile = m_host.Run({"list"});
+    EXPECT_EQ(noFile.exitCode, 2);
+    EXPECT_THAT(noFile.errors,
+                testing::StartsWith("host: The command cannot be handed over: the option -out is "
+                                    "missing, or its value is\nusage: host "));
+
+    const ProgramResult quotes = m_host.Run({"find", "-pattern", "a \"b", "-out", "x"});
+    EXPECT_EQ(quotes.exitCode, 1);
+    EXPECT_EQ(quotes.errors, "host: No argument may hold both spaces and quotes.\n");
 }
 
 TEST_F(HostServerTest, WithoutAHostThatServesCommandsFail)
@@ -87,7 +87,7 @@ TEST_F(HostServerTest, SecondHostThatWouldServeLeavesItToTheFirst)
 // Not even root can make a file there.
 TEST_F(HostServerTest, HomeThatIsReadOnlyKeepsNoCommandOut)
 {
-    const ScopedEnvironment home("HOME", "/proc/none");
+    const ScopedEnvironment home("HOME", "/proc");
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
@@ -100,7 +100,7 @@ TEST_F(HostServerTest, HomeThatIsReadOnlyKeepsNoCommandOut)
 
 TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNextThoughHomeIsReadOnly)
 {
-    const ScopedEnvironment home("HOME", "/proc/none");
+    const ScopedEnvironment home("HOME", "/proc");
     ServingHost killed(m_host);
     killed.Send(SIGKILL);
     killed.WaitForExitCode();
@@ -180,6 +180,44 @@ TEST_F(HostServerTest, LongCommandShowsHowFarItHasCome)
     EXPECT_THAT(host.AwaitLine("1 wait: "), testing::MatchesRegex("1 wait: [0-9]+ rounds"));
     Write("go", "");
     EXPECT_THAT(host.AwaitOutcome("1 wait"), testing::StartsWith("done in "));
+}
+
+TEST_F(HostServerTest, TerminalShowsABarThatTheNextLineReplaces)
+{
+    const ScopedEnvironment terminal("TERM", "xterm");
+    const std::string archive = WriteArchive();
+    ProgramOnTerminal host(m_host.Path(), {"-serve", "-quiet"});
+    host.ReadUntil("Serving at ");
+
+    HandOver({"list", "-archive", archive});
+
+    EXPECT_THAT(host.ReadUntil("1 list: done in "),
+                EndsWith("\r\x1B[K1 list: [####################] 100 % 2 of 2 entries"
+                         "\r\x1B[K1 list: done in "));
+}
+
+TEST_F(HostServerTest, TerminalShowsACountWhenTheTotalIsUnknown)
+{
+    const ScopedEnvironment terminal("TERM", "xterm");
+    ProgramOnTerminal host(m_host.Path(), {"-serve", "-quiet"});
+    host.ReadUntil("Serving at ");
+
+    HandOver({"wait", "-until", File("go")});
+
+    EXPECT_THAT(host.ReadUntil(" rounds"), ContainsRegex("\r\x1B\\[K1 wait: [0-9]+ rounds$"));
+}
+
+TEST_F(HostServerTest, TerminalThatCannotRewriteALineGetsLines)
+{
+    const ScopedEnvironment terminal("TERM", "dumb");
+    const std::string archive = WriteArchive();
+    ProgramOnTerminal host(m_host.Path(), {"-serve", "-quiet"});
+    host.ReadUntil("Serving at ");
+
+    HandOver({"list", "-archive", archive});
+
+    EXPECT_THAT(host.ReadUntil("1 list: done in "),
+                EndsWith("1 list: 2 of 2 entries\r\n1 list: done in "));
 }
 
 TEST_F(HostServerTest, QuitWaitsForTheCommandsBeforeIt)
@@ -349,7 +387,7 @@ TEST_F(HostServerTest, HostThatRunsBesideItHasALogOfItsOwn)
     const ProgramResult result = m_host.Run({"-config", settings});
     Quit(host);
 
-    const std::string log = "/tmp/" + m_host.Name() + "-second.qvlog";
+    const std::string log = "/tmp/" + m_host.UniqueName() + "-second.qvlog";
     EXPECT_THAT(result.output, AllOf(HasSubstr("Another instance runs   yes\n"),
                                      HasSubstr("Log                     " + log + "\n"),
                                      EndsWith("1 of 1 lines contain \"clear\".\n")));

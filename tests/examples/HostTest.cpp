@@ -191,16 +191,60 @@ TEST_F(HostTest, LevelThatIsNoneIsRefused)
     }
 }
 
-TEST_F(HostTest, UnknownOptionsAreIgnored)
+TEST_F(HostTest, WrongCommandLineShowsTheUsage)
 {
     InstallSmallText();
+    const std::pair<std::vector<std::string>, const char*> cases[] = {
+        {{"-colour", "red"}, "there is no option -colour"},
+        {{"--quiet"}, "there is no option --quiet"},
+        {{"-Find", "fog"}, "there is no option -Find"},
+        {{"-5"}, "there is no option -5"},
+        {{"-find"}, "the option -find needs a value"},
+        {{"-find", "-quiet"}, "the option -find needs a value"},
+        {{"-quiet", "stray"}, "\"stray\" is neither an option nor the value of one"},
+        {{""}, "\"\" is neither an option nor the value of one"}};
 
+    for (const auto& [arguments, fault] : cases) {
+        SCOPED_TRACE(fault);
+        const ProgramResult result = m_host.Run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors,
+                    testing::StartsWith("host: " + std::string(fault) + "\nusage: host "));
+    }
+}
+
+TEST_F(HostTest, HelpShowsTheUsage)
+{
+    for (const char* const option : {"-h", "-help", "--help"}) {
+        const ProgramResult result = m_host.Run({option});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_THAT(result.output, testing::StartsWith("usage: host "));
+        EXPECT_EQ(result.errors, "");
+    }
+}
+
+TEST_F(HostTest, ShowsTheLogThatIsReallyOpen)
+{
+    InstallSmallText();
+    std::filesystem::create_directory(m_host.LogPath());
+
+    const ProgramResult result = m_host.Run({});
+
+    const std::string label = "\nLog                     ";
+    const std::string rest = result.output.substr(result.output.find(label) + label.size());
+    const std::filesystem::path path = rest.substr(0, rest.find('\n'));
+    EXPECT_THAT(path.native(), MatchesRegex("/tmp/" + m_host.UniqueName() + "-[0-9]+\\.qvlog"));
+    EXPECT_THAT(ReadWholeFile(path), HasSubstr("Settings read"));
+    std::filesystem::remove(path);
+}
+
+TEST_F(HostTest, CharactersThatATerminalActsOnAreMadeVisible)
+{
     const ProgramResult result =
-        m_host.Run({"-colour", "red", "stray", "--quiet", "-find", "clear", "-Find", "fog", "-5"});
+        m_host.Run({"-config", "a\x1B[31m\tb\xC2\x9B\xE2\x80\xAE\xC3\xB6"});
 
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.output, HasSubstr("1 of 3 lines contain \"clear\".\n"));
-    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.errors, HasSubstr("cannot read: a\\x1B[31m\\x09b\\x9B\\x202E\xC3\xB6\n"));
 }
 
 TEST_F(HostTest, MissingSettingsFail)

@@ -4,8 +4,12 @@
 #include "support/ScopedEnvironment.h"
 #include "support/TempDir.h"
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
+#include <pwd.h>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace Toolkit::Testing {
@@ -41,7 +45,18 @@ public:
         std::filesystem::create_directories(PlugInsPath());
         std::filesystem::copy_file(library, PlugInsPath() / library.filename());
     }
-    std::filesystem::path LogPath() const { return "/tmp/" + Name() + ".qvlog"; }
+    /// The name that tells the program in this place, run by this user, from all others.
+    std::string UniqueName() const
+    {
+        std::string name = m_prefix.Path() / "bin" / Name();
+        name += ::getpwuid(::geteuid())->pw_name;
+        name.erase(std::remove(name.begin(), name.end(), '/'), name.end());
+        std::transform(name.begin(), name.end(), name.begin(), [](unsigned char character) {
+            return static_cast<char>(std::tolower(character));
+        });
+        return name;
+    }
+    std::filesystem::path LogPath() const { return "/tmp/" + UniqueName() + ".qvlog"; }
     std::string Log() const { return ReadWholeFile(LogPath()); }
 
     std::filesystem::path Path() const { return m_prefix.Path() / "bin" / Name(); }

@@ -1,0 +1,42 @@
+#include "HostLog.h"
+
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/files/PathManager.h>
+#include <toolkit/system/SingleApplicationInstance.h>
+
+using namespace Toolkit;
+
+namespace {
+
+// The end of the unique name, which has the program and the user. A file name ends at 255 bytes,
+// and the logger adds to it.
+Text DefaultName()
+{
+    constexpr std::size_t longest = 200;
+
+    Text name = PathManager::GetInstance()->GetApplicationUniqueName();
+    while (UTF8::ToUTF8(name).size() > longest)
+        name.erase(0, 1);
+    return name;
+}
+
+} // namespace
+
+const FileLogger& HostLog::Start(LogSeverity level, Text name, unsigned int sizeLimitBytes)
+{
+    if (name.empty())
+        name = DefaultName();
+    if (SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
+        name += L"-second";
+    auto* const logger = new FileLogger(level, name, sizeLimitBytes);
+    ILogger::SetLogger(logger);
+    return *logger;
+}
+
+Text HostLog::DescribePath(const FileLogger& logger)
+{
+    constexpr unsigned int limitMs = 5000;
+
+    const Text path = logger.GetPath(limitMs);
+    return path.empty() ? Text(L"none, no file can be opened") : path;
+}

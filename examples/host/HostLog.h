@@ -1,0 +1,20 @@
+#pragma once
+
+#include <toolkit/logging/FileLogger.h>
+
+#include "Terminal.h"
+
+/// The log of the host.
+namespace HostLog {
+
+/// Installs a logger that writes to a file. An empty `name` stands for the application's unique
+/// name, which no other user's host has; a host that runs beside another one adds to the name. The
+/// result is the process-wide logger's as long as that is not replaced.
+const Toolkit::FileLogger& Start(Toolkit::LogSeverity level, Text name,
+                                 unsigned int sizeLimitBytes);
+
+/// The file that is really open, in words when there is none after 5 seconds. The logger may have
+/// taken another name: while somebody else has the first one, for example.
+Text DescribePath(const Toolkit::FileLogger& logger);
+
+} // namespace HostLog

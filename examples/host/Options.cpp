@@ -1,0 +1,70 @@
+#include "Options.h"
+
+#include <algorithm>
+#include <iterator>
+
+using namespace Toolkit;
+
+namespace {
+
+struct OptionForm {
+    const wchar_t* name;
+    bool hasValue;
+};
+constexpr OptionForm c_options[] = {{L"config", true},   {L"find", true},   {L"h", false},
+                                    {L"help", false},    {L"level", true},  {L"-help", false},
+                                    {L"plugins", true},  {L"quiet", false}, {L"quit", false},
+                                    {L"restart", false}, {L"serve", false}};
+
+bool IsOption(const Text& word)
+{
+    return word.substr(0, 1) == CmdLineParser::c_strIdentifiers;
+}
+
+} // namespace
+
+Options::Options(const std::vector<Text>& words)
+{
+    Parse(words);
+    m_fault = FindFault(words);
+}
+
+Text Options::GetValue(const Text& name, const Text& otherwise) const
+{
+    const smart_ptr<CmdLineOption>& option = m_options.at(name);
+    return option->IsDefined() ? option->GetValue() : otherwise;
+}
+
+void Options::Parse(const std::vector<Text>& words)
+{
+    std::vector<const wchar_t*> pointers;
+    for (const Text& word : words)
+        pointers.push_back(word.c_str());
+    CmdLineParser parser(static_cast<int>(pointers.size()), pointers.data());
+    for (const OptionForm& form : c_options) {
+        const smart_ptr<CmdLineOption> option(new CmdLineOption(form.name, false));
+        m_options[form.name] = option;
+        parser.AddOption(option);
+    }
+    parser.Parse();
+}
+
+// The value of an option is the word after it, which does not begin with a dash.
+Text Options::FindFault(const std::vector<Text>& words) const
+{
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (!IsOption(*word))
+            return L"\"" + *word + L"\" is neither an option nor the value of one";
+        const auto form =
+            std::find_if(std::begin(c_options), std::end(c_options),
+                         [&](const OptionForm& f) { return word->substr(1) == f.name; });
+        if (form == std::end(c_options))
+            return L"there is no option " + *word;
+        if (!form->hasValue)
+            continue;
+        if (std::next(word) == words.end() || IsOption(*std::next(word)))
+            return L"the option " + *word + L" needs a value";
+        ++word;
+    }
+    return Text();
+}

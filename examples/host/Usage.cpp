@@ -1,0 +1,40 @@
+#include "Usage.h"
+
+namespace {
+
+constexpr const wchar_t* c_lines[] = {
+    L"usage: host [-config <file>] [-level <0 to 4>] [-plugins <folder>] [-find <text>] [-quiet]",
+    L"       host -serve [-config <file>] [-level <0 to 4>] [-plugins <folder>] [-quiet]",
+    L"       host <command> <its options> -out <file for the result>",
+    L"       host -quit | -restart | -help",
+    L"",
+    L"  -config   the settings, instead of host.ini in the configuration path",
+    L"  -level    what is logged, from 0 for errors alone to 4 for everything",
+    L"  -plugins  the folder with the plug-ins",
+    L"  -find     the text to look for",
+    L"  -quiet    shows only what goes wrong",
+    L"  -serve    stays, and runs the commands that other starts hand over to it",
+    L"  -quit     ends the host that serves, after the commands that it has",
+    L"  -restart  starts it anew",
+    L"",
+    L"A start without -quiet shows the commands of the plug-ins. The value of an option cannot",
+    L"begin with a dash: for a pattern \"[-]x\" does.",
+};
+
+} // namespace
+
+void Usage::Print()
+{
+    for (const wchar_t* const line : c_lines)
+        Terminal::Print(line);
+}
+
+int Usage::Complain(const Text& fault)
+{
+    constexpr int calledWrongly = 2;
+
+    Terminal::Complain(fault);
+    for (const wchar_t* const line : c_lines)
+        Terminal::PrintError(line);
+    return calledWrongly;
+}
