@@ -1,10 +1,11 @@
 #include "toolkit/logging/ConsoleLogger.h"
 
-#include "support/ScopedLocale.h"
+#include "support/CompiledLocale.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdio>
 #include <ios>
 #include <iostream>
 #include <sstream>
@@ -93,6 +94,83 @@ TEST(ConsoleLoggerTest, ReachesTheStandardOutput)
     });
 
     EXPECT_EQ(output, "1 \xE2\x82\xAC\n");
+}
+
+TEST(ConsoleLoggerTest, WritesBytesAfterBytes)
+{
+    const std::string output = OutputOfProcess([] {
+        std::setlocale(LC_ALL, "C.UTF-8");
+        ConsoleLogger logger(SeverityVerbose);
+        std::printf("narrow\n");
+        logger.Write(L"wide \u20AC\U0001F600\n");
+        logger.Write(std::wstring(L"nu\0l\n", 5));
+        std::cout << "narrow again\n" << std::flush;
+        logger.Write(L"wide again\n");
+    });
+
+    EXPECT_EQ(output, std::string("narrow\nwide \xE2\x82\xAC\xF0\x9F\x98\x80\nnu") + '\0' +
+                          "l\nnarrow again\nwide again\n");
+}
+
+TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
+{
+    const Testing::CompiledLocale locale("de_DE", "ISO-8859-1");
+    if (!locale.IsThere())
+        GTEST_SKIP() << "no compiler of locales";
+
+    const std::string output = OutputOfProcess([&locale] {
+        std::setlocale(LC_ALL, locale.Name().c_str());
+        std::printf("narrow ");
+        ConsoleLogger(SeverityVerbose).Write(L"\u00E9\u4E2D.\n");
+    });
+    EXPECT_EQ(output, "narrow \xE9?.\n");
+}
+
+TEST(ConsoleLoggerTest, WritesAQuestionMarkAsAByteForWhatTheLocaleLacks)
+{
+    const std::string output = OutputOfProcess([] {
+        std::setlocale(LC_ALL, "C");
+        std::printf("narrow ");
+        ConsoleLogger(SeverityVerbose).Write(L"a\u20AC\xD800z\n");
+    });
+
+    EXPECT_EQ(output, "narrow a??z\n");
+}
+
+TEST(ConsoleLoggerTest, InsertsIntoAnotherBufferAfterBytesToo)
+{
+    const std::string output = OutputOfProcess([] {
+        std::printf("narrow ");
+        const CapturedWideOutput captured;
+        ConsoleLogger(SeverityVerbose).Write(L"\u20AC");
+        std::printf(captured.Text() == L"\u20AC" ? "captured" : "lost");
+    });
+
+    EXPECT_EQ(output, "narrow captured");
+}
+
+TEST(ConsoleLoggerTest, InsertsIntoTheStreamThatBuffersItselfAfterBytesToo)
+{
+    const std::string output = OutputOfProcess([] {
+        std::printf("narrow ");
+        std::fflush(stdout);
+        std::ios_base::sync_with_stdio(false);
+        ConsoleLogger(SeverityVerbose).Write(L"wide\n");
+    });
+
+    EXPECT_EQ(output, "narrow wide\n");
+}
+
+TEST(ConsoleLoggerTest, MakesAFreshOutputWide)
+{
+    const std::string output = OutputOfProcess([] {
+        ConsoleLogger logger(SeverityVerbose);
+        logger.Write(L"wide\n");
+        std::printf("refused\n");
+        logger.Write(L"wide again\n");
+    });
+
+    EXPECT_EQ(output, "wide\nwide again\n");
 }
 
 TEST(ConsoleLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)

@@ -4,11 +4,8 @@
 
 namespace Toolkit {
 
-/// Writes log text to the wide standard output, just as `ConsoleLogger` does: there is no debugger
+/// Writes log text to the wide standard output, exactly as `ConsoleLogger` does: it has no debugger
 /// channel of its own.
-///
-/// Nothing is added or flushed, and stream errors are ignored: a character that the stream's locale
-/// cannot write shows as "?".
 class TOOLKIT_API DebuggerLogger : public ILogger {
 public:
     explicit DebuggerLogger(LogSeverity threshold);

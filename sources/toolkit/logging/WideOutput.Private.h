@@ -4,7 +4,8 @@
 
 namespace Toolkit {
 
-/// Inserts `text` into `std::wcout`, which stays usable whatever the text holds.
+/// Writes `text` to the wide standard output, as `ConsoleLogger` describes. The output stays usable
+/// whatever the text holds.
 void WriteToWideOutput(const std::wstring& text);
 
 } // namespace Toolkit

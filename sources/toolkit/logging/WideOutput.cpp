@@ -1,12 +1,21 @@
 #include "toolkit/logging/WideOutput.Private.h"
 
 #include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cwchar>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <locale>
+#include <string>
 
 namespace Toolkit {
 namespace {
+
+// The buffer through which the stream writes to stdout, unless the program had replaced it before
+// the library was loaded.
+const std::wstreambuf* const s_startBuffer = std::wcout.rdbuf();
 
 bool IsAscii(const std::wstring& text)
 {
@@ -39,17 +48,51 @@ void WriteCharacter(wchar_t character)
     std::wcout.put(L'?');
 }
 
+void Insert(const std::wstring& text)
+{
+    if (IsAscii(text))
+        std::wcout << text;
+    else
+        std::for_each(text.begin(), text.end(), WriteCharacter);
+}
+
+// The C library refuses wide text on a stdout that has carried bytes, and would refuse bytes after
+// wide text.
+bool CarriesBytes()
+{
+    return std::wcout.rdbuf() == s_startBuffer && std::fwide(stdout, 0) < 0;
+}
+
+std::string EncodeForLocale(const std::wstring& text)
+{
+    std::string bytes;
+    std::mbstate_t state{};
+    for (const wchar_t character : text) {
+        char encoded[MB_LEN_MAX];
+        const std::size_t length = std::wcrtomb(encoded, character, &state);
+        if (length != static_cast<std::size_t>(-1)) {
+            bytes.append(encoded, length);
+            continue;
+        }
+        bytes += '?';
+        state = {};
+    }
+    return bytes;
+}
+
 } // namespace
 
 void WriteToWideOutput(const std::wstring& text)
 {
     try {
-        if (IsAscii(text))
-            std::wcout << text;
-        else
-            std::for_each(text.begin(), text.end(), WriteCharacter);
+        if (CarriesBytes()) {
+            const std::string bytes = EncodeForLocale(text);
+            std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+            return;
+        }
+        Insert(text);
     } catch (const std::exception&) {
-        // The program asked the stream to throw; a logger has nobody to tell.
+        // Out of memory, or the program asked the stream to throw: a logger reports nothing.
     }
     // Without a buffer the state is bad for good, and clearing it may throw.
     if (std::wcout.rdbuf())
