@@ -68,3 +68,4 @@
 #include "toolkit/threading/FrameworkHold.h"
 #include "toolkit/threading/Mutex.h"
 #include "toolkit/threading/Thread.h"
+#include "toolkit/threading/ThreadSafety.h"

@@ -95,8 +95,10 @@ TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
 
 TString<wchar_t> FileLogger::CurrentPath() const
 {
-    const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
-    return Base::ResultOr({}, [this] { return m_path; });
+    return Base::ResultOr({}, [this] {
+        const MutexLocker locker(m_queueLock, MutexInternal::Infinite);
+        return m_path;
+    });
 }
 
 int FileLogger::DoWork()

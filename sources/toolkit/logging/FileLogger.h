@@ -74,15 +74,15 @@ private:
     void WriteBlock(const LogPieceBlock& block);
     void WrapAround();
 
-    std::unique_ptr<LogPieceQueue> m_queue; // guarded by m_queueLock
+    std::unique_ptr<LogPieceQueue> m_queue TOOLKIT_PT_GUARDED_BY(m_queueLock);
     mutable Mutex m_queueLock;
     smart_ptr<EventObject> m_dataEvent;
     smart_ptr<EventObject> m_stopEvent;
     TString<wchar_t> m_name;
     std::unique_ptr<LogFile> m_file; // the writer thread's
     unsigned int m_sizeLimitBytes;
-    TString<wchar_t> m_directory; // with a separator at its end
-    TString<wchar_t> m_path;      // guarded by m_queueLock; empty until a file is open
+    TString<wchar_t> m_directory;                            // with a separator at its end
+    TString<wchar_t> m_path TOOLKIT_GUARDED_BY(m_queueLock); // empty until a file is open
 };
 
 } // namespace Toolkit

@@ -71,11 +71,13 @@ private:
     // While a pass runs entries are only emptied. The last of nested passes takes them out.
     class Pass {
     public:
-        explicit Pass(EventNotifier& notifier) : m_notifier(notifier)
+        explicit Pass(EventNotifier& notifier) TOOLKIT_REQUIRES(notifier.m_lock)
+            : m_notifier(notifier)
         {
             ++notifier.m_runningPasses;
         }
-        ~Pass()
+        // Runs before the locker of the same scope ends.
+        ~Pass() TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
         {
             if (--m_notifier.m_runningPasses > 0 || m_notifier.m_removed.empty())
                 return;
@@ -91,10 +93,10 @@ private:
         EventNotifier& m_notifier;
     };
 
-    Listeners m_listeners; // guarded by m_lock, like the rest; no entry is empty outside of a pass
+    Listeners m_listeners TOOLKIT_GUARDED_BY(m_lock); // no entry is empty outside of a pass
     Mutex m_lock;
-    Listeners m_removed;
-    int m_runningPasses;
+    Listeners m_removed TOOLKIT_GUARDED_BY(m_lock);
+    int m_runningPasses TOOLKIT_GUARDED_BY(m_lock);
 };
 
 } // namespace Toolkit

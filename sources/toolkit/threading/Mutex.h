@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/core/Export.h"
+#include "toolkit/threading/ThreadSafety.h"
 
 #include <atomic>
 
@@ -14,7 +15,7 @@ class smart_ptr_inner_data;
 ///
 /// The thread that holds it may lock it again and unlocks it as often as it locked it. Failures
 /// show in the results alone: nothing is thrown or logged.
-class TOOLKIT_API MutexInternal {
+class TOOLKIT_CAPABILITY("mutex") TOOLKIT_API MutexInternal {
 public:
     /// The time-out that waits without limit.
     static constexpr unsigned int Infinite = 0xFFFFFFFF;
@@ -31,10 +32,10 @@ public:
     ///
     /// The mutex is polled: a time-out of 25 makes three attempts and sleeps 10 ms after each that
     /// found it busy; one of 0 to 9 makes a single attempt and never sleeps.
-    bool Lock(unsigned int timeoutMs);
+    bool Lock(unsigned int timeoutMs) TOOLKIT_TRY_ACQUIRE(true);
 
     /// False when the calling thread does not hold the mutex.
-    bool Unlock();
+    bool Unlock() TOOLKIT_RELEASE();
 
 private:
     template <typename Policy>
@@ -60,17 +61,18 @@ public:
 
 /// Holds a mutex for the rest of a scope.
 ///
-/// A locker whose time-out ended holds nothing, unlocks nothing and does not tell: who has to be
-/// certain waits with `MutexInternal::Infinite`.
-class TOOLKIT_API MutexLocker {
+/// A locker whose time-out ended holds nothing, unlocks nothing and does not report it. To be
+/// certain, wait with `MutexInternal::Infinite`.
+class TOOLKIT_SCOPED_CAPABILITY TOOLKIT_API MutexLocker {
 public:
     /// Locks `mutex`, which has to outlive the locker, and waits `timeoutMs` milliseconds at most.
     MutexLocker(MutexInternal& mutex, unsigned int timeoutMs)
-        : m_mutex(mutex), m_locked(mutex.Lock(timeoutMs))
+        TOOLKIT_ACQUIRE(mutex) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS : m_mutex(mutex)
     {
+        m_locked = mutex.Lock(timeoutMs);
     }
 
-    ~MutexLocker()
+    ~MutexLocker() TOOLKIT_RELEASE() TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
     {
         if (m_locked)
             m_mutex.Unlock();

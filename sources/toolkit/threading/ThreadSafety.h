@@ -1,0 +1,48 @@
+#pragma once
+
+// Annotations that Clang checks with -Wthread-safety: which lock guards what, and which functions
+// take it. Other compilers see nothing.
+//
+//     class Account {
+//         Mutex m_lock;
+//         int m_balance TOOLKIT_GUARDED_BY(m_lock);
+//     };
+//
+// A `MutexLocker` counts as holding its mutex. One that gave up after its time-out does not hold
+// it, which the check cannot see: lock with `MutexInternal::Infinite`.
+
+#if defined(__clang__)
+#define TOOLKIT_THREAD_ANNOTATION(attribute) __attribute__((attribute))
+#else
+#define TOOLKIT_THREAD_ANNOTATION(attribute)
+#endif
+
+/// On a class: it is a lock, called `kind` in messages.
+#define TOOLKIT_CAPABILITY(kind) TOOLKIT_THREAD_ANNOTATION(capability(kind))
+
+/// On a class: an object holds a lock from its constructor to its destructor.
+#define TOOLKIT_SCOPED_CAPABILITY TOOLKIT_THREAD_ANNOTATION(scoped_lockable)
+
+/// On a member: it is used only while `lock` is held.
+#define TOOLKIT_GUARDED_BY(lock) TOOLKIT_THREAD_ANNOTATION(guarded_by(lock))
+
+/// On a pointer member: what it points to is used only while `lock` is held.
+#define TOOLKIT_PT_GUARDED_BY(lock) TOOLKIT_THREAD_ANNOTATION(pt_guarded_by(lock))
+
+/// On a function: the caller holds the locks.
+#define TOOLKIT_REQUIRES(...) TOOLKIT_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
+
+/// On a function: the caller does not hold the locks.
+#define TOOLKIT_EXCLUDES(...) TOOLKIT_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
+
+/// On a function: it takes the locks, or this object when none is named.
+#define TOOLKIT_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
+
+/// On a function: it takes the lock when it returns the first argument.
+#define TOOLKIT_TRY_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(try_acquire_capability(__VA_ARGS__))
+
+/// On a function: it gives the locks up, or this object when none is named.
+#define TOOLKIT_RELEASE(...) TOOLKIT_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
+
+/// On a function: it is not checked. A comment says why.
+#define TOOLKIT_NO_THREAD_SAFETY_ANALYSIS TOOLKIT_THREAD_ANNOTATION(no_thread_safety_analysis)
