@@ -6,6 +6,7 @@
 
 #include <array>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -214,6 +215,13 @@ TEST_F(CmdLineParserTest, EqualsSignBelongsToTheName)
     EXPECT_FALSE(parser.Parse());
     EXPECT_TRUE(literal->IsDefined());
     EXPECT_FALSE(m_file->IsDefined());
+}
+
+TEST_F(CmdLineParserTest, TakesAnOptionByValue)
+{
+    using AddOption = bool (CmdLineParser::*)(smart_ptr<CmdLineOption>);
+
+    EXPECT_TRUE((std::is_same_v<decltype(&CmdLineParser::AddOption), AddOption>));
 }
 
 TEST_F(CmdLineParserTest, EmptyAndRepeatedOptionsAreRefused)

@@ -62,7 +62,7 @@ try {
     m_tokens.clear();
 }
 
-bool CmdLineParser::AddOption(const smart_ptr<CmdLineOption>& option)
+bool CmdLineParser::AddOption(smart_ptr<CmdLineOption> option)
 try {
     return option.IsValid() && m_options.emplace(option->GetName(), option).second;
 } catch (const std::bad_alloc&) {

@@ -66,7 +66,7 @@ public:
 
     /// Registers `option`, which stays shared with the caller. False when it is empty or one of
     /// that name is there.
-    bool AddOption(const smart_ptr<CmdLineOption>& option);
+    bool AddOption(smart_ptr<CmdLineOption> option);
 
     /// Replaces `tokens` by those of `line`.
     ///
