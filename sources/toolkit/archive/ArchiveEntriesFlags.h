@@ -1,9 +1,11 @@
 #pragma once
 
+#include "toolkit/core/Export.h"
+
 namespace Toolkit {
 
 /// What a listing of an archive leaves out.
-struct ArchiveEntriesFlags {
+struct TOOLKIT_API ArchiveEntriesFlags {
     enum ArchiveEntriesType {
         AllEntries = 0,
         FilesOnly = 1,
