@@ -5,6 +5,7 @@
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Toolkit::Base {
 namespace {
@@ -21,14 +22,39 @@ std::string ResolveLinks(const std::string& path)
 
 FileReplacement::FileReplacement(const std::string& path) : m_target(ResolveLinks(path))
 {
-    std::string name = m_target + ".XXXXXX";
-    m_file = FileDescriptor(::mkostemp(name.data(), O_CLOEXEC));
+    struct stat status {};
+    const bool exists = ::stat(m_target.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode))
+        return;
+    CreateTemporary();
     if (!m_file.IsOpen())
         return;
-    m_temporary = name;
-    struct stat status {};
-    if (::stat(m_target.c_str(), &status) == 0)
+    if (exists)
         ::fchmod(m_file.Get(), status.st_mode & 07777);
+    else
+        CreateTemporaryAnew();
+}
+
+// Only mkostemp() finds a free name that nobody foresees.
+void FileReplacement::CreateTemporary()
+{
+    std::string name = m_target + ".XXXXXX";
+    m_file = FileDescriptor(::mkostemp(name.data(), O_CLOEXEC));
+    if (m_file.IsOpen())
+        m_temporary = std::move(name);
+}
+
+// Only open() applies the umask, and the default permissions of the directory. The name is known by
+// now, so whatever has taken it meanwhile is an error.
+void FileReplacement::CreateTemporaryAnew()
+{
+    constexpr mode_t everyone = 0666;
+
+    ::unlink(m_temporary.c_str());
+    m_file = FileDescriptor(
+        ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, everyone));
+    if (!m_file.IsOpen())
+        m_temporary.clear();
 }
 
 FileReplacement::~FileReplacement()

@@ -9,7 +9,8 @@ namespace Toolkit::Base {
 /// New contents for a file, which take its place as a whole or not at all.
 ///
 /// They are written to a temporary file in the same directory, which goes with the object unless it
-/// was committed. Permissions stay, and a symbolic link keeps pointing to the file.
+/// was committed. Permissions stay, a new file gets those that the umask leaves, and a symbolic
+/// link keeps pointing to the file. Only a regular file is replaced.
 class FileReplacement {
 public:
     explicit FileReplacement(const std::string& path);
@@ -24,6 +25,9 @@ public:
     bool Commit();
 
 private:
+    void CreateTemporary();
+    void CreateTemporaryAnew();
+
     std::string m_target;
     std::string m_temporary; // empty when there is no temporary file
     FileDescriptor m_file;
