@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <sys/stat.h>
 
 #include "archive/ArchiveFixture.h"
@@ -276,13 +277,24 @@ TEST_F(ArchiveZipHostileTest, AnArchiveThatIsOverwrittenMeanwhileGivesNothingOfT
     EXPECT_FALSE(IsOk());
 }
 
-TEST_F(ArchiveZipHostileTest, WhatIsNoRegularFileIsNotOpened)
+TEST_F(ArchiveZipHostileTest, DirectoriesAreNotOpened)
 {
-    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
-    for (const wchar_t* const name : {L"pipe", L""}) {
-        m_archive.Open(m_directory.File(name));
-        EXPECT_EQ(m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries), -1);
-    }
+    m_archive.Open(m_directory.File(L""));
+
+    EXPECT_EQ(m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries), -1);
+}
+
+TEST_F(ArchiveZipHostileTest, ListsWhatComesThroughAPipe)
+{
+    const std::string path = m_directory.Path() / "pipe";
+    const std::string archive =
+        RawZip({{.name = "a", .data = std::string(100'000, 'x')}, {.name = "b", .data = "y"}});
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    const auto writer =
+        std::async(std::launch::async, [&] { std::ofstream(path, std::ios::binary) << archive; });
+
+    EXPECT_THAT(Names(m_directory.File(L"pipe")), ElementsAre(L"a", L"b"));
+    m_archive.Close();
 }
 
 } // namespace

@@ -9,7 +9,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <string>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -72,6 +74,18 @@ TEST_F(IniFileTest, KeysAndValuesAreTrimmedOfBlanksAndTabs)
         EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(expected.first));
         EXPECT_EQ(Value(ini, L"Main", expected.first), expected.second);
     }
+}
+
+TEST_F(IniFileTest, PipeIsReadToItsEnd)
+{
+    const std::string path = m_directory.Path() / "pipe";
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    const auto writer =
+        std::async(std::launch::async, [&path] { std::ofstream(path) << "[Main]\na=1\n"; });
+
+    const IniFile ini(m_directory.File(L"pipe"));
+
+    EXPECT_EQ(ini.GetUint32(L"Main", L"a", 0), 1u);
 }
 
 TEST_F(IniFileTest, FirstEqualsSignEndsTheKey)

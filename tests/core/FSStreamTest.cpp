@@ -7,11 +7,14 @@
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
+#include <wx/file.h>
 #include <wx/log.h>
 
 #include <cstring>
+#include <future>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace Toolkit {
@@ -254,18 +257,75 @@ TEST_F(FSStreamTest, EveryOperationOnAFileThatIsNotThereTellsSo)
     EXPECT_EQ(value, 5u);
 }
 
-TEST_F(FSStreamTest, WhatIsNoStorageIsNotOpen)
+TEST_F(FSStreamTest, DirectoriesAreNotOpen)
 {
-    const Wide pipe = m_directory.File(L"pipe");
-    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
-
-    for (const Wide& path : {Wide(), m_directory.File(L""), pipe}) {
+    for (const Wide& path : {Wide(), m_directory.File(L"")}) {
         FSStream reader(path, FSStream::OpenRead);
         FSStream writer(path, FSStream::OpenWrite);
         unsigned int value = 0;
         EXPECT_EQ(reader.Read(value), StreamResult::NotOpen);
         EXPECT_EQ(writer.Write(value), StreamResult::NotOpen);
     }
+}
+
+TEST_F(FSStreamTest, PipesCarryItemsOneByOne)
+{
+    const Wide path = m_directory.File(L"pipe");
+    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
+    std::promise<void> wasRead;
+    const auto writer = std::async(std::launch::async, [&] {
+        FSStream stream(path, FSStream::OpenWrite);
+        EXPECT_EQ(stream.Write(7u), StreamResult::Ok);
+        wasRead.get_future().wait();
+        EXPECT_EQ(stream.Write(Wide(L"ab")), StreamResult::Ok);
+    });
+    FSStream stream(path, FSStream::OpenRead);
+    unsigned int value = 0;
+    Wide text;
+
+    EXPECT_EQ(stream.Read(value), StreamResult::Ok);
+    wasRead.set_value();
+    EXPECT_EQ(stream.Read(text), StreamResult::Ok);
+    EXPECT_EQ(value, 7u);
+    EXPECT_EQ(text, L"ab");
+    EXPECT_EQ(stream.Length(), 0u);
+}
+
+TEST_F(FSStreamTest, DescriptorsOfTheProcessAreOpened)
+{
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    FSStream writer(L"/dev/fd/" + std::to_wstring(ends[1]), FSStream::OpenWrite);
+    FSStream reader(L"/dev/fd/" + std::to_wstring(ends[0]), FSStream::OpenRead);
+    unsigned int value = 0;
+
+    EXPECT_EQ(writer.Write(7u), StreamResult::Ok);
+    EXPECT_EQ(reader.Read(value), StreamResult::Ok);
+    EXPECT_EQ(value, 7u);
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST_F(FSStreamTest, TheModesOfWxFileAreTaken)
+{
+    const Wide path = m_directory.WriteFile(L"file", "old");
+    const auto mode = [](wxFile::OpenMode value) { return static_cast<FSStream::OpenMode>(value); };
+
+    EXPECT_EQ(FSStream(path, mode(wxFile::write_append)).Write("+", 1), StreamResult::Ok);
+    EXPECT_EQ(FSStream(path, mode(wxFile::read_write)).Write("n", 1), StreamResult::Ok);
+    EXPECT_EQ(FSStream(path, mode(wxFile::write_excl)).Write("x", 1), StreamResult::NotOpen);
+    EXPECT_EQ(m_directory.ReadFile(L"file"), "nld+");
+}
+
+TEST_F(FSStreamTest, AStreamThatFindsNoMemoryIsNotOpen)
+{
+    const Wide path = m_directory.WriteFile(L"read", "abcd");
+    const Testing::AllocationLimit limit(0);
+    FSStream stream(path, FSStream::OpenRead);
+    unsigned int value = 0;
+
+    EXPECT_EQ(stream.Read(value), StreamResult::NotOpen);
+    EXPECT_EQ(stream.Length(), 0u);
 }
 
 TEST_F(FSStreamTest, WritingEmptiesAnOldFile)

@@ -12,6 +12,7 @@
 #include <array>
 #include <fcntl.h>
 #include <filesystem>
+#include <future>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -57,6 +58,13 @@ std::string ReadText(FFile& file, unsigned int count)
         return {};
     bytes.resize(static_cast<std::size_t>(file.GetOffset() - start));
     return bytes;
+}
+
+// The same for what has no positions.
+std::string ReadFromPipe(FFile& file)
+{
+    char bytes[10] = "";
+    return file.Read(bytes, sizeof bytes - 1) ? bytes : "";
 }
 
 TEST_F(FFileTest, IsClosedAtFirst)
@@ -335,8 +343,8 @@ void ExpectClosedAnswers(FFile& file)
     char byte = '-';
     EXPECT_FALSE(file.IsOpened());
     EXPECT_FALSE(file.Read(&byte, 1));
-    EXPECT_FALSE(file.Flush());
-    EXPECT_FALSE(file.Close());
+    EXPECT_TRUE(file.Flush());
+    EXPECT_TRUE(file.Close());
     EXPECT_EQ(file.GetLength(), 0u);
     EXPECT_TRUE(file.IsEOF());
     EXPECT_EQ(file.GetOffset(), -1);
@@ -356,13 +364,12 @@ TEST_F(FFileTest, EveryOperationHasAnAnswerForAClosedFile)
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
-TEST_F(FFileTest, OnlyRegularFilesAreOpened)
+TEST_F(FFileTest, DirectoriesAndMissingFilesAreNotOpened)
 {
     ASSERT_TRUE(std::filesystem::create_directory(m_directory.Path() / "directory"));
-    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
     FFile file;
 
-    for (const wchar_t* const name : {L"directory", L"pipe", L"directory/missing/file"}) {
+    for (const wchar_t* const name : {L"directory", L"directory/missing/file"}) {
         for (const wchar_t* const mode : {L"r", L"r+", L"w", L"a+"}) {
             SCOPED_TRACE(testing::PrintToString(name));
             EXPECT_FALSE(file.Open(m_directory.File(name), mode));
@@ -371,6 +378,54 @@ TEST_F(FFileTest, OnlyRegularFilesAreOpened)
     }
     EXPECT_FALSE(file.Open(L"", L"r"));
     EXPECT_FALSE(FFile::Exists(L""));
+}
+
+TEST_F(FFileTest, PipeIsReadWhenItsOtherEndIsOpened)
+{
+    const TString<wchar_t> pipe = m_directory.File(L"pipe");
+    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
+    const auto writer = std::async(std::launch::async, [&pipe] {
+        for (const wchar_t* const mode : {L"w", L"a"}) {
+            FFile file;
+            EXPECT_TRUE(file.Open(pipe, mode));
+            file.Write(L"text");
+        }
+    });
+    for (int round = 0; round < 2; ++round) {
+        FFile file;
+        ASSERT_TRUE(file.Open(pipe, L"r"));
+        EXPECT_EQ(file.GetLength(), 0u);
+        EXPECT_EQ(file.GetOffset(), -1);
+        EXPECT_EQ(ReadFromPipe(file), "text");
+    }
+    EXPECT_FALSE(FFile::Exists(pipe));
+}
+
+TEST_F(FFileTest, DevicesAreOpened)
+{
+    FFile null;
+    ASSERT_TRUE(null.Open(L"/dev/null", L"r+"));
+    null.Write(L"text");
+    EXPECT_TRUE(null.Flush());
+    EXPECT_EQ(ReadFromPipe(null), "");
+
+    FFile full;
+    ASSERT_TRUE(full.Open(L"/dev/full", L"w"));
+    full.Write(L"text");
+    EXPECT_FALSE(full.Close());
+}
+
+TEST_F(FFileTest, DescriptorsOfTheProcessAreOpened)
+{
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_EQ(::write(ends[1], "text", 4), 4);
+    ::close(ends[1]);
+    FFile file;
+
+    ASSERT_TRUE(file.Open(L"/dev/fd/" + std::to_wstring(ends[0]), L"r"));
+    EXPECT_EQ(ReadFromPipe(file), "text");
+    ::close(ends[0]);
 }
 
 TEST_F(FFileTest, LinksLeadToTheirFile)

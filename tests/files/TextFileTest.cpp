@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <fstream>
+#include <future>
 #include <iterator>
 #include <string>
 #include <sys/resource.h>
@@ -232,14 +234,53 @@ TEST_F(TextFileTest, FailedOpenLeavesNothing)
     EXPECT_EQ(Contents(), "a\nb");
 }
 
-TEST_F(TextFileTest, OnlyRegularFilesAreOpened)
+TEST_F(TextFileTest, DirectoriesAndMissingFilesAreNotOpened)
 {
     std::filesystem::create_directory(m_directory.Path() / "directory");
-    ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
 
-    for (const wchar_t* const name : {L"directory", L"pipe", L"missing"})
+    for (const wchar_t* const name : {L"directory", L"missing"})
         EXPECT_FALSE(m_file.Open(m_directory.File(name)));
     EXPECT_FALSE(m_file.Open(L""));
+}
+
+TEST_F(TextFileTest, PipeIsReadToItsEndAndNotWritten)
+{
+    const std::string path = m_directory.Path() / "pipe";
+    const std::string longLine(200000, 'x');
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    const auto writer = std::async(std::launch::async, [&] {
+        std::ofstream(path) << "first\n" << longLine << "\nlast\n";
+    });
+
+    ASSERT_TRUE(m_file.Open(m_directory.File(L"pipe")));
+    EXPECT_EQ(m_file.GetFirstLine(), L"first");
+    EXPECT_EQ(m_file.GetNextLine().size(), longLine.size());
+    EXPECT_EQ(m_file.GetNextLine(), L"last");
+    EXPECT_TRUE(m_file.Eof());
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_TRUE(std::filesystem::is_fifo(path));
+}
+
+TEST_F(TextFileTest, DeviceIsReadAndNotReplaced)
+{
+    ASSERT_TRUE(m_file.Open(L"/dev/null"));
+    m_file.AddLine(L"line");
+
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_FALSE(std::filesystem::is_regular_file("/dev/null"));
+}
+
+TEST_F(TextFileTest, WriteCreatesADeletedFileAsTheUmaskSays)
+{
+    Open("a");
+    std::filesystem::remove(m_directory.Path() / "file.txt");
+    const mode_t oldMask = ::umask(0022);
+    EXPECT_TRUE(m_file.Write());
+    ::umask(oldMask);
+
+    EXPECT_EQ(Contents(), "a");
+    EXPECT_EQ(std::filesystem::status(m_directory.Path() / "file.txt").permissions(),
+              std::filesystem::perms(0644));
 }
 
 TEST_F(TextFileTest, CloseDropsTheLinesAndLeavesTheFile)

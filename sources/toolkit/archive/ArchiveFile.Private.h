@@ -15,9 +15,10 @@ public:
     /// Without an open file every read is an error.
     explicit ArchiveFile(Base::FileDescriptor file);
 
-    bool IsSeekable() const override { return m_file.IsOpen(); }
+    /// A pipe is not seekable.
+    bool IsSeekable() const override { return m_length != wxInvalidOffset; }
 
-    /// That of the file when it was opened: the framework asks before it seeks.
+    /// That of the file when it was opened: wxWidgets asks before it seeks.
     wxFileOffset GetLength() const override { return m_length; }
 
 protected:

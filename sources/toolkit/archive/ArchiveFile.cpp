@@ -1,7 +1,5 @@
 #include "toolkit/archive/ArchiveFile.Private.h"
 
-#include <cerrno>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -14,9 +12,8 @@ constexpr std::size_t c_bufferSize = 16384;
 
 ArchiveFile::ArchiveFile(Base::FileDescriptor file) : m_file(std::move(file))
 {
-    struct stat status {};
-    if (m_file.IsOpen() && ::fstat(m_file.Get(), &status) == 0)
-        m_length = status.st_size;
+    if (m_file.IsOpen())
+        m_length = ::lseek(m_file.Get(), 0, SEEK_END);
     else
         Reset(wxSTREAM_READ_ERROR);
 }
@@ -45,6 +42,8 @@ std::size_t ArchiveFile::OnSysRead(void* buffer, std::size_t size)
 
 wxFileOffset ArchiveFile::OnSysSeek(wxFileOffset offset, wxSeekMode mode)
 {
+    if (!IsSeekable())
+        return wxInvalidOffset;
     if (mode == wxFromCurrent)
         offset += m_position;
     else if (mode == wxFromEnd)
@@ -58,10 +57,8 @@ wxFileOffset ArchiveFile::OnSysSeek(wxFileOffset offset, wxSeekMode mode)
 // Reads at the position; with nothing read the stream is at its end, or in error.
 std::size_t ArchiveFile::ReadFile(char* buffer, std::size_t size)
 {
-    ssize_t count = 0;
-    do {
-        count = ::pread(m_file.Get(), buffer, size, m_position);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count =
+        IsSeekable() ? m_file.ReadAt(m_position, buffer, size) : m_file.Read(buffer, size);
     if (count > 0)
         return static_cast<std::size_t>(count);
     m_lasterror = count == 0 ? wxSTREAM_EOF : wxSTREAM_READ_ERROR;

@@ -47,8 +47,8 @@ wxMBConv* EntryNameConverter::Clone() const
 
 std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& path)
 {
-    auto file = std::make_unique<ArchiveFile>(
-        Base::FileDescriptor::OpenRegular(Base::EncodeUtf8(path), O_RDONLY));
+    auto file =
+        std::make_unique<ArchiveFile>(Base::FileDescriptor::Open(Base::EncodeUtf8(path), O_RDONLY));
     const bool isOpen = file->IsOk();
     // Not by make_unique(), which would take the file before it has memory for its owner.
     std::unique_ptr<ArchiveStream> archive(new ArchiveStream(file.release()));

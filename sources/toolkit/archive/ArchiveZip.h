@@ -32,7 +32,8 @@ public:
     virtual ~ArchiveZip();
 
     /// Opens the file `path` in place of what was open. Whether that went well shows in
-    /// EntriesList(); without memory the archive is closed.
+    /// EntriesList(); without memory the archive is closed. A pipe can be listed, but its entries
+    /// cannot be read after that.
     ///
     /// Names that do not say that they are UTF-8 are in the encoding of the environment's locale,
     /// or ISO 8859-1 where they are not valid in it.

@@ -7,6 +7,20 @@
 #include <utility>
 
 namespace Toolkit::Base {
+namespace {
+
+// The result of a system call, which is made again when a signal interrupts it.
+template <typename Call>
+ssize_t RetryAfterSignals(Call call)
+{
+    ssize_t result = 0;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    return result;
+}
+
+} // namespace
 
 FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
 {
@@ -17,12 +31,21 @@ FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
     return *this;
 }
 
+FileDescriptor FileDescriptor::Open(const std::string& name, int flags, mode_t permissions)
+{
+    FileDescriptor file(::open(name.c_str(), flags | O_CLOEXEC, permissions));
+    // The system opens directories for reading, and then refuses every read.
+    if (file.IsOpen() && file.HasKind(S_IFDIR))
+        file.Close();
+    return file;
+}
+
 FileDescriptor FileDescriptor::OpenRegular(const std::string& name, int flags, mode_t permissions)
 {
-    // Without O_NONBLOCK a pipe would block until somebody opens its other end.
+    // Without O_NONBLOCK a pipe would block until somebody opens its other end. It does not stay
+    // set: whoever inherits or duplicates the descriptor would meet it.
     FileDescriptor file(::open(name.c_str(), flags | O_NONBLOCK | O_CLOEXEC, permissions));
-    struct stat status {};
-    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (!file.IsRegular() || ::fcntl(file.Get(), F_SETFL, flags) != 0)
         return {};
     return file;
 }
@@ -43,16 +66,56 @@ bool FileDescriptor::Close()
     return descriptor < 0 || ::close(descriptor) == 0;
 }
 
-bool FileDescriptor::WriteAll(const char* bytes, std::size_t length) const
+bool FileDescriptor::HasKind(mode_t kind) const
 {
+    struct stat status {};
+    return ::fstat(m_descriptor, &status) == 0 && (status.st_mode & S_IFMT) == kind;
+}
+
+bool FileDescriptor::IsRegular() const
+{
+    return HasKind(S_IFREG);
+}
+
+long long FileDescriptor::GetLength() const
+{
+    struct stat status {};
+    return ::fstat(m_descriptor, &status) == 0 ? status.st_size : 0;
+}
+
+ssize_t FileDescriptor::Read(void* bytes, std::size_t length) const
+{
+    return RetryAfterSignals([&] { return ::read(m_descriptor, bytes, length); });
+}
+
+ssize_t FileDescriptor::ReadAt(long long offset, void* bytes, std::size_t length) const
+{
+    return RetryAfterSignals([&] { return ::pread(m_descriptor, bytes, length, offset); });
+}
+
+bool FileDescriptor::ReadAll(void* bytes, std::size_t length) const
+{
+    char* next = static_cast<char*>(bytes);
     while (length > 0) {
-        const ssize_t written = ::write(m_descriptor, bytes, length);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
+        const ssize_t count = Read(next, length);
+        if (count <= 0)
             return false;
-        bytes += written;
-        length -= static_cast<std::size_t>(written);
+        next += count;
+        length -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+bool FileDescriptor::WriteAll(const void* bytes, std::size_t length) const
+{
+    const char* next = static_cast<const char*>(bytes);
+    while (length > 0) {
+        const ssize_t count =
+            RetryAfterSignals([&] { return ::write(m_descriptor, next, length); });
+        if (count <= 0)
+            return false;
+        next += count;
+        length -= static_cast<std::size_t>(count);
     }
     return true;
 }

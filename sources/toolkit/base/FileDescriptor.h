@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdio>
+#include <cstddef>
 #include <string>
 #include <sys/types.h>
 
@@ -16,8 +16,13 @@ public:
     FileDescriptor(FileDescriptor&& other) noexcept : m_descriptor(other.Release()) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
 
-    /// Opens the regular file `name` with the flags of open(2); nothing when it is anything else, a
-    /// pipe without a writer included.
+    /// Opens `name` with the flags of open(2), and like open(2) waits where it has to: for the
+    /// other end of a pipe, or for a lease to be given up. Not open when that fails or finds a
+    /// directory.
+    static FileDescriptor Open(const std::string& name, int flags, mode_t permissions = 0666);
+
+    /// Opens `name` when it is a regular file, without waiting for anything. Not open for anything
+    /// else.
     static FileDescriptor OpenRegular(const std::string& name, int flags,
                                       mode_t permissions = 0666);
 
@@ -32,10 +37,26 @@ public:
     /// False when the system reports an error.
     bool Close();
 
-    /// Writes all of `length` bytes; false when the system takes no more.
-    bool WriteAll(const char* bytes, std::size_t length) const;
+    bool IsRegular() const;
+
+    /// The length of the file in bytes; 0 for what has none, such as a pipe.
+    long long GetLength() const;
+
+    /// Reads up to `length` bytes and returns how many came: 0 at the end, -1 after an error.
+    ssize_t Read(void* bytes, std::size_t length) const;
+
+    /// The same at `offset`, without moving the position.
+    ssize_t ReadAt(long long offset, void* bytes, std::size_t length) const;
+
+    /// Reads `length` bytes; false when fewer are left, which `bytes` then begins with.
+    bool ReadAll(void* bytes, std::size_t length) const;
+
+    /// Writes `length` bytes; false when the system takes fewer.
+    bool WriteAll(const void* bytes, std::size_t length) const;
 
 private:
+    bool HasKind(mode_t kind) const;
+
     int m_descriptor = -1;
 };
 

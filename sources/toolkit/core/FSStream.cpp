@@ -1,21 +1,15 @@
 #include "toolkit/core/FSStream.h"
 
-#include "toolkit/base/FileDescriptor.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
+#include "toolkit/core/StreamFile.Private.h"
 #include "toolkit/core/StreamResult.h"
 
-#include <wx/file.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
 #include <limits>
 #include <string>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <utility>
 
 namespace Toolkit {
 namespace {
@@ -26,87 +20,39 @@ static_assert(sizeof(wchar_t) == 4 && sizeof(unsigned int) == 4, "the sizes of t
 // characters came.
 constexpr std::size_t c_pieceLength = 4096;
 
+// The modes of wxFile, which programs may pass although `FSStream::OpenMode` names two alone.
+enum FileMode { Read = 0, Write = 1, ReadWrite = 2, WriteAppend = 3, WriteExclusive = 4 };
+
 int FlagsOfMode(FSStream::OpenMode mode)
 {
-    switch (static_cast<wxFile::OpenMode>(mode)) {
-    case wxFile::write:
+    switch (static_cast<int>(mode)) {
+    case FileMode::Write:
         return O_WRONLY | O_CREAT | O_TRUNC;
-    case wxFile::read_write:
+    case FileMode::ReadWrite:
         return O_RDWR;
-    case wxFile::write_append:
+    case FileMode::WriteAppend:
         return O_WRONLY | O_CREAT | O_APPEND;
-    case wxFile::write_excl:
+    case FileMode::WriteExclusive:
         return O_WRONLY | O_CREAT | O_EXCL;
     default:
         return O_RDONLY;
     }
 }
 
-// A pipe is no storage that could be read back, and without O_NONBLOCK opening one may never
-// return.
-Base::FileDescriptor OpenStorage(const TString<wchar_t>& path, FSStream::OpenMode mode)
+// Null when it cannot be opened.
+std::unique_ptr<StreamFile> OpenFile(const TString<wchar_t>& path, FSStream::OpenMode mode)
 {
-    constexpr mode_t everyone = 0666;
-
-    const TString<char> name = Base::EncodeUtf8(path);
-    Base::FileDescriptor file(
-        ::open(name.c_str(), FlagsOfMode(mode) | O_NONBLOCK | O_CLOEXEC, everyone));
-    struct stat status {};
-    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
-        return {};
-    return S_ISREG(status.st_mode) || S_ISCHR(status.st_mode) ? std::move(file)
-                                                              : Base::FileDescriptor();
-}
-
-// Null when the file cannot be opened. wxFile only holds the descriptor: its own operations print a
-// message for every failure.
-std::unique_ptr<wxFile> Open(const TString<wchar_t>& path, FSStream::OpenMode mode)
-{
-    auto file = std::make_unique<wxFile>();
-    Base::FileDescriptor descriptor = OpenStorage(path, mode);
-    if (!descriptor.IsOpen())
-        return nullptr;
-    file->Attach(descriptor.Release());
-    return file;
-}
-
-bool WriteAll(int file, const void* data, std::size_t size)
-{
-    const char* bytes = static_cast<const char*>(data);
-    while (size > 0) {
-        const ssize_t written = ::write(file, bytes, size);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
-bool ReadAll(int file, void* data, std::size_t size)
-{
-    char* bytes = static_cast<char*>(data);
-    while (size > 0) {
-        const ssize_t count = ::read(file, bytes, size);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes += count;
-        size -= static_cast<std::size_t>(count);
-    }
-    return true;
+    auto file = std::make_unique<StreamFile>(Base::EncodeUtf8(path), FlagsOfMode(mode));
+    return file->IsOpen() ? std::move(file) : nullptr;
 }
 
 // Appends the whole characters of the next `size` bytes to `text`; false when the file has fewer.
-bool ReadCharacters(int file, std::size_t size, std::wstring& text)
+bool ReadCharacters(StreamFile& file, std::size_t size, std::wstring& text)
 {
     wchar_t piece[c_pieceLength];
     while (size > 0) {
         const std::size_t pieceSize = std::min(size, sizeof piece);
-        if (!ReadAll(file, piece, pieceSize))
+        if (!file.Read(piece, pieceSize))
             return false;
         text.append(piece, pieceSize / sizeof(wchar_t));
         size -= pieceSize;
@@ -117,19 +63,15 @@ bool ReadCharacters(int file, std::size_t size, std::wstring& text)
 } // namespace
 
 FSStream::FSStream(const TString<wchar_t>& path, OpenMode mode)
-    : m_file(Base::ResultOr(nullptr, [&] { return Open(path, mode); }))
+    : m_file(Base::ResultOr(nullptr, [&] { return OpenFile(path, mode); }))
 {
 }
 
-FSStream::~FSStream()
-{
-    if (IsOpen())
-        ::close(m_file->Detach());
-}
+FSStream::~FSStream() = default;
 
 bool FSStream::IsOpen() const
 {
-    return m_file && m_file->IsOpened();
+    return m_file != nullptr;
 }
 
 unsigned int FSStream::Write(const TString<wchar_t>& text)
@@ -145,15 +87,15 @@ unsigned int FSStream::Write(const TString<wchar_t>& text)
         return StreamResult::WritePrefixFailed;
     if (size == 0)
         return StreamResult::Nothing;
-    return WriteAll(m_file->fd(), text.data(), size) ? StreamResult::Ok : StreamResult::DataFailed;
+    return m_file->Write(text.data(), size) ? StreamResult::Ok : StreamResult::DataFailed;
 }
 
 unsigned int FSStream::Write(unsigned int value)
 {
     if (!IsOpen())
         return StreamResult::NotOpen;
-    return WriteAll(m_file->fd(), &value, sizeof value) ? StreamResult::Ok
-                                                        : StreamResult::WriteIntegerFailed;
+    return m_file->Write(&value, sizeof value) ? StreamResult::Ok
+                                               : StreamResult::WriteIntegerFailed;
 }
 
 unsigned int FSStream::Write(const void* data, unsigned int size)
@@ -162,7 +104,7 @@ unsigned int FSStream::Write(const void* data, unsigned int size)
         return StreamResult::NotOpen;
     if (!data && size > 0)
         return StreamResult::DataFailed;
-    return WriteAll(m_file->fd(), data, size) ? StreamResult::Ok : StreamResult::DataFailed;
+    return m_file->Write(data, size) ? StreamResult::Ok : StreamResult::DataFailed;
 }
 
 unsigned int FSStream::Read(TString<wchar_t>& text)
@@ -177,7 +119,7 @@ unsigned int FSStream::Read(TString<wchar_t>& text)
         return StreamResult::Nothing;
     const bool isRead = Base::ResultOr(false, [&] {
         std::wstring characters;
-        if (!ReadCharacters(m_file->fd(), size, characters))
+        if (!ReadCharacters(*m_file, size, characters))
             return false;
         text.assign(characters.c_str());
         return true;
@@ -197,15 +139,14 @@ unsigned int FSStream::Read(void* data, unsigned int size)
         return StreamResult::NotOpen;
     if (!data && size > 0)
         return StreamResult::DataFailed;
-    return ReadAll(m_file->fd(), data, size) ? StreamResult::Ok : StreamResult::DataFailed;
+    return m_file->Read(data, size) ? StreamResult::Ok : StreamResult::DataFailed;
 }
 
 unsigned int FSStream::Length() const
 {
-    struct stat status {};
-    if (!IsOpen() || ::fstat(m_file->fd(), &status) != 0)
+    if (!IsOpen())
         return 0;
-    return static_cast<unsigned int>(static_cast<std::uint64_t>(status.st_size));
+    return static_cast<unsigned int>(static_cast<std::uint64_t>(m_file->GetLength()));
 }
 
 } // namespace Toolkit

@@ -6,9 +6,9 @@
 
 #include <memory>
 
-class wxFile;
-
 namespace Toolkit {
+
+class StreamFile;
 
 /// A stream over a file, without any buffer: a result tells of this very transfer.
 ///
@@ -59,7 +59,7 @@ public:
 private:
     bool IsOpen() const;
 
-    std::unique_ptr<wxFile> m_file;
+    std::unique_ptr<StreamFile> m_file; // null when it is not open
 };
 
 } // namespace Toolkit

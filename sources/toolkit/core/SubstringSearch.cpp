@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace Toolkit {
@@ -24,18 +25,26 @@ bool DoesLocaleExtendAscii()
     return FoldNarrow('A') == 'a' && FoldNarrow('Z') == 'z';
 }
 
+// Whether the character means the same in all character sets that extend ASCII or a national
+// variant of it (ISO 646). The other places of ASCII hold letters in some variants.
+template <typename Number>
+bool IsInvariant(Number character)
+{
+    constexpr std::string_view replaceable = "#$@[\\]^`{|}~";
+    return character < 0x80 &&
+           replaceable.find(static_cast<char>(character)) == std::string_view::npos;
+}
+
 // Rules out, without asking the locale, most characters that cannot fold to a given one. Valid
-// where ASCII is folded plainly: how the characters from 0x80 to 0xFF fold depends on the locale,
-// so they always pass, and everything passes when the given character is one of them.
+// where the locale extends ASCII. Everything passes when the given character is not invariant, and
+// so do the characters from 0x80 to 0xFF: how they fold depends on the locale.
 template <typename Char>
 class FoldFilter {
 public:
     using Number = std::make_unsigned_t<Char>;
 
     explicit FoldFilter(Char folded)
-        : m_significant(IsLocaleDependent(static_cast<Number>(folded))
-                            ? Number{0}
-                            : static_cast<Number>(~c_caseBit)),
+        : m_significant(SignificantBits(static_cast<Number>(folded))),
           m_folded(static_cast<Number>(static_cast<Number>(folded) & m_significant))
     {
     }
@@ -49,6 +58,13 @@ public:
     }
 
 private:
+    // The bits that a character shares with those that fold like it.
+    static Number SignificantBits(Number folded)
+    {
+        const bool isFoldedByLocale = folded <= 0xFF && !IsInvariant(folded);
+        return isFoldedByLocale ? Number{0} : static_cast<Number>(~c_caseBit);
+    }
+
     template <typename Numbers>
     static auto IsLocaleDependent(const Numbers& characters)
     {
@@ -56,7 +72,7 @@ private:
         return (characters & beyondAscii) == Number{0x80};
     }
 
-    Number m_significant; // the bits that a character shares with those that fold like it
+    Number m_significant;
     Number m_folded;
 };
 

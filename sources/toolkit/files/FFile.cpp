@@ -5,6 +5,7 @@
 
 #include <wx/ffile.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -62,12 +63,12 @@ try {
     const TString<char> modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
     if (!flags ||
-        !Attach(*m_file, Base::FileDescriptor::OpenRegular(Base::EncodeUtf8(name), *flags),
-                modeText))
+        !Attach(*m_file, Base::FileDescriptor::Open(Base::EncodeUtf8(name), *flags), modeText))
         return false;
-    // Such a file stands at its end from the start, which fdopen() leaves to its caller.
+    // Such a file is at its end from the start, which fdopen() leaves to its caller. A pipe has no
+    // positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
-    return !onlyAppends || SeekEnd(0);
+    return !onlyAppends || SeekEnd(0) || errno == ESPIPE;
 } catch (const std::exception&) {
     return false;
 }
@@ -93,13 +94,13 @@ try {
 
 bool FFile::Flush()
 {
-    return IsOpened() && std::fflush(m_file->fp()) == 0;
+    return !IsOpened() || std::fflush(m_file->fp()) == 0;
 }
 
 bool FFile::Close()
 {
     if (!IsOpened())
-        return false;
+        return true;
     // The stream is gone even when fclose() fails, so the framework must not close it again.
     std::FILE* const stream = m_file->fp();
     m_file->Detach();

@@ -20,7 +20,9 @@ public:
     ~FFile();
 
     /// Opens `name` with `mode`, such as "rb" or "a+", after closing what was open. False when it
-    /// cannot be opened or is no regular file. Programs that are started do not inherit the file.
+    /// cannot be opened or is a directory. Programs that are started do not inherit the file.
+    ///
+    /// Opens pipes and devices too, and waits like open(2): a pipe until its other end is opened.
     bool Open(const TString<wchar_t>& name, const TString<wchar_t>& mode);
 
     bool IsOpened() const;
@@ -33,20 +35,21 @@ public:
     /// holds a value above U+10FFFF, is not written.
     void Write(const TString<wchar_t>& text);
 
+    /// False when what is still buffered cannot be written; true when no file is open.
     bool Flush();
 
-    /// False when no file is open or when what was still buffered could not be written; the file is
-    /// closed in either case.
+    /// False when what was still buffered could not be written; the file is closed all the same.
+    /// True when no file is open.
     bool Close();
 
     /// The low 32 bits of the length in bytes: a file of 4 GiB and 5 bytes answers 5. 0 when no
-    /// file is open.
+    /// file is open, and for what has no length, such as a pipe.
     unsigned int GetLength() const;
 
     /// Whether a read met the end of the file; true when no file is open.
     bool IsEOF() const;
 
-    /// The position in bytes; -1 when no file is open.
+    /// The position in bytes; -1 when no file is open, and in a pipe.
     long long GetOffset() const;
 
     /// Moves to `offset` bytes from the beginning with `start`, from the current position without.

@@ -28,8 +28,8 @@ public:
     TextFile();
     ~TextFile();
 
-    /// Reads the file `name` in place of what was there; false when it is no regular file or cannot
-    /// be read or decoded, and the list is empty then.
+    /// Reads the file `name` in place of the lines of another; false, with an empty list, when it
+    /// cannot be read or decoded. A pipe is read to its end, and waited for like open(2) does.
     ///
     /// A byte-order mark of UTF-8, UTF-16 or UTF-32 counts and is dropped; without one the file is
     /// UTF-8, and ISO 8859-1 when it holds anything that is not valid UTF-8.
@@ -39,7 +39,8 @@ public:
     bool Close();
 
     /// Writes all lines back to the file that was opened, in UTF-8 and with their line ends. False
-    /// when no file is open or anything cannot be written; the file is as it was then.
+    /// when no file is open, when it is a pipe or a device, and when anything cannot be written;
+    /// the file is as it was then. A file that was deleted meanwhile is created anew.
     bool Write();
 
     /// The first line, where the cursor goes; empty when there is none.

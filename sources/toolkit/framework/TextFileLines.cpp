@@ -8,13 +8,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
 #include <string_view>
-#include <sys/stat.h>
+#include <sys/types.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace Toolkit::Framework {
 namespace {
@@ -79,25 +77,20 @@ bool ReadWholeFile(const std::string& path, std::string& bytes)
 {
     constexpr std::size_t blockSize = 65536;
 
-    const Base::FileDescriptor file = Base::FileDescriptor::OpenRegular(path, O_RDONLY);
-    struct stat status {};
-    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
+    const Base::FileDescriptor file = Base::FileDescriptor::Open(path, O_RDONLY);
+    if (!file.IsOpen())
         return false;
+    const auto expected = static_cast<std::size_t>(file.GetLength());
     std::size_t length = 0;
-    while (true) {
+    ssize_t count = 0;
+    do {
         // One block more than the file is long, so that its end is met without growing again.
-        bytes.resize(std::max(static_cast<std::size_t>(status.st_size), length) + blockSize);
-        const ssize_t count = ::read(file.Get(), bytes.data() + length, bytes.size() - length);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return false;
-        length += static_cast<std::size_t>(count);
-        if (count == 0)
-            break;
-    }
+        bytes.resize(std::max(expected, length) + blockSize);
+        count = file.Read(bytes.data() + length, bytes.size() - length);
+        length += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    } while (count > 0);
     bytes.resize(length);
-    return true;
+    return count == 0;
 }
 
 } // namespace

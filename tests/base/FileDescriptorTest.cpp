@@ -1,0 +1,123 @@
+#include "toolkit/base/FileDescriptor.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <filesystem>
+#include <future>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Toolkit::Base {
+namespace {
+
+using Toolkit::Testing::TempDir;
+
+class FileDescriptorTest : public testing::Test {
+protected:
+    // The path of a file that holds `bytes`.
+    std::string File(const std::string& bytes) const
+    {
+        m_directory.WriteFile(L"file", bytes);
+        return m_directory.Path() / "file";
+    }
+
+    std::string Pipe() const
+    {
+        const std::string path = m_directory.Path() / "pipe";
+        EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+        return path;
+    }
+
+    TempDir m_directory;
+};
+
+int StatusFlags(const FileDescriptor& file)
+{
+    return ::fcntl(file.Get(), F_GETFL);
+}
+
+TEST_F(FileDescriptorTest, OpensNoDirectory)
+{
+    for (const int flags : {O_RDONLY, O_WRONLY, O_RDWR}) {
+        EXPECT_FALSE(FileDescriptor::Open(m_directory.Path(), flags).IsOpen());
+        EXPECT_FALSE(FileDescriptor::OpenRegular(m_directory.Path(), flags).IsOpen());
+    }
+}
+
+TEST_F(FileDescriptorTest, OpenWaitsForTheOtherEndOfAPipe)
+{
+    const std::string path = Pipe();
+    const auto writer = std::async(std::launch::async, [&path] {
+        return FileDescriptor::Open(path, O_WRONLY).WriteAll("text", 4);
+    });
+    const FileDescriptor file = FileDescriptor::Open(path, O_RDONLY);
+    char bytes[4];
+
+    EXPECT_TRUE(file.ReadAll(bytes, 4));
+    EXPECT_EQ(file.Read(bytes, 4), 0);
+    EXPECT_EQ(file.GetLength(), 0);
+    EXPECT_FALSE(file.IsRegular());
+}
+
+TEST_F(FileDescriptorTest, OpenRegularWaitsForNothing)
+{
+    const std::string path = Pipe();
+
+    EXPECT_FALSE(FileDescriptor::OpenRegular(path, O_RDONLY).IsOpen());
+    EXPECT_FALSE(FileDescriptor::OpenRegular("/dev/null", O_RDWR).IsOpen());
+}
+
+TEST_F(FileDescriptorTest, NoFileStaysNonBlocking)
+{
+    const std::string path = File("text");
+
+    EXPECT_EQ(StatusFlags(FileDescriptor::Open(path, O_RDONLY)) & O_NONBLOCK, 0);
+    EXPECT_EQ(StatusFlags(FileDescriptor::OpenRegular(path, O_RDONLY)) & O_NONBLOCK, 0);
+}
+
+TEST_F(FileDescriptorTest, OpenRegularKeepsItsFlags)
+{
+    const FileDescriptor file =
+        FileDescriptor::OpenRegular(File("text"), O_WRONLY | O_CREAT | O_APPEND);
+
+    EXPECT_EQ(StatusFlags(file) & (O_ACCMODE | O_APPEND), O_WRONLY | O_APPEND);
+    EXPECT_EQ(::fcntl(file.Get(), F_GETFD), FD_CLOEXEC);
+}
+
+TEST_F(FileDescriptorTest, ReadAllGivesWhatIsLeftAndFails)
+{
+    const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
+    char bytes[7] = "------";
+
+    EXPECT_FALSE(file.ReadAll(bytes, 6));
+    EXPECT_STREQ(bytes, "text--");
+}
+
+TEST_F(FileDescriptorTest, ReadAtLeavesThePosition)
+{
+    const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
+    char byte = '-';
+
+    EXPECT_EQ(file.ReadAt(2, &byte, 1), 1);
+    EXPECT_EQ(byte, 'x');
+    EXPECT_TRUE(file.ReadAll(&byte, 1));
+    EXPECT_EQ(byte, 't');
+}
+
+TEST_F(FileDescriptorTest, ClosedFileHasNothing)
+{
+    const FileDescriptor file;
+    char byte = '-';
+
+    EXPECT_FALSE(file.IsRegular());
+    EXPECT_EQ(file.GetLength(), 0);
+    EXPECT_EQ(file.Read(&byte, 1), -1);
+    EXPECT_FALSE(file.WriteAll("a", 1));
+}
+
+} // namespace
+} // namespace Toolkit::Base
