@@ -153,7 +153,12 @@ CommandServer::End CommandServer::Run()
 
 void CommandServer::Receive(const Text& line)
 {
-    if (line == HandOver::c_quit)
+    // Far more than a command needs, far less than a client may send.
+    constexpr std::size_t longestLine = 1 << 20;
+
+    if (line.size() > longestLine)
+        Terminal::Fail(L"A command of more than 1 Mi characters is refused");
+    else if (line == HandOver::c_quit)
         Stop(End::Quit);
     else if (line == HandOver::c_restart)
         Stop(End::Restart);

@@ -1,10 +1,16 @@
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/ipc/IPCClient.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <functional>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <thread>
 
 #include "HostWithPlugIns.h"
@@ -109,6 +115,93 @@ TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNextThoughHomeIsReadOnly)
 
     Quit(next);
     EXPECT_FALSE(std::filesystem::exists(next.Socket()));
+}
+
+// Sends the longest text that a server takes.
+bool SendLongText(const ServingHost& host)
+{
+    return IPCClient::Connect(UTF8::ToUNICODE(host.Socket()), std::wstring(16 << 20, L'x'));
+}
+
+TEST_F(HostServerTest, CommandOfUnreasonableLengthIsRefused)
+{
+    const std::string archive = WriteArchive();
+    ServingHost host(m_host);
+
+    EXPECT_TRUE(SendLongText(host));
+
+    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    Quit(host);
+    EXPECT_THAT(m_host.Log(), HasSubstr("A command of more than 1 Mi characters is refused"));
+}
+
+// The limit counts addresses, as `ulimit -v` does; `spare` is what the process may still take.
+class ScopedMemoryLimit {
+public:
+    ScopedMemoryLimit(pid_t process, rlim_t spare) : m_process(process)
+    {
+        std::ifstream statm("/proc/" + std::to_string(process) + "/statm");
+        rlim_t pages = 0;
+        statm >> pages;
+        Set(pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + spare);
+    }
+    ~ScopedMemoryLimit() { Set(RLIM_INFINITY); }
+
+    ScopedMemoryLimit(const ScopedMemoryLimit&) = delete;
+    ScopedMemoryLimit& operator=(const ScopedMemoryLimit&) = delete;
+
+private:
+    void Set(rlim_t bytes) const
+    {
+        const rlimit limit{bytes, RLIM_INFINITY};
+        EXPECT_EQ(::prlimit(m_process, RLIMIT_AS, &limit, nullptr), 0);
+    }
+
+    const pid_t m_process;
+};
+
+TEST_F(HostServerTest, TextForWhichThereIsNoMemoryLeavesTheHostAlive)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's own memory is limited too, and ends the process";
+#endif
+    const std::string archive = WriteArchive();
+    ServingHost host(m_host);
+
+    for (const rlim_t mebibytes : {0, 16, 48, 80, 112, 144, 176, 208, 240, 272}) {
+        SCOPED_TRACE(mebibytes);
+        {
+            const ScopedMemoryLimit limit(host.ProcessId(), mebibytes << 20);
+            SendLongText(host);
+        }
+        ASSERT_EQ(ResultOf(host, {"list", "-archive", archive}),
+                  "9\tfolder/two.txt\n19\tone.txt\n");
+    }
+    Quit(host);
+}
+
+// The test has the second log, as a host that runs beside the one that serves would.
+TEST_F(HostServerTest, ThirdHostWritesToALogOfItsOwnAndReportsIt)
+{
+    Write("notes.txt", "clear\n");
+    const std::string settings = Write("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");
+    const std::string second = "/tmp/" + m_host.UniqueName() + "-second";
+    std::ofstream(second + ".qvlog") << "the second host's\n";
+    const int descriptor = ::open((second + ".qvlog").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    const ServingHost host(m_host);
+
+    const ProgramResult result = m_host.Run({"-config", settings});
+
+    const std::string label = "\nLog                     ";
+    const std::string rest = result.output.substr(result.output.find(label) + label.size());
+    const std::string log = rest.substr(0, rest.find('\n'));
+    EXPECT_THAT(log, testing::MatchesRegex(second + "-[0-9]+\\.qvlog"));
+    EXPECT_THAT(ReadWholeFile(log), HasSubstr("1 of 1 lines"));
+    EXPECT_EQ(ReadWholeFile(second + ".qvlog"), "the second host's\n");
+    ::close(descriptor);
+    std::filesystem::remove(log);
+    std::filesystem::remove(second + ".qvlog");
 }
 
 // Eight processes at once, each followed by the next of its kind: 200 commands.
