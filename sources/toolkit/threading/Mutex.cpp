@@ -13,10 +13,12 @@ constexpr unsigned int c_pollIntervalMs = 10;
 
 } // namespace
 
-MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
+// Out of memory leaves it to the first Lock() to make the mutex.
+MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(nullptr)
 {
-    if (initiallyLocked)
-        m_mutex.load(std::memory_order_relaxed)->Acquire();
+    CountedMutex* const mutex = MakeOnFirstUse();
+    if (initiallyLocked && mutex)
+        mutex->Acquire();
 }
 
 MutexInternal::~MutexInternal()
