@@ -1,6 +1,6 @@
-// A client that says whatever the input holds, in pieces of the length that its first byte tells,
-// to a server in the same process: the server hands on just the texts that a plain reading of the
-// whole stream finds, answers just a whole topic, and ends the connection.
+// A client sends the input, in pieces whose length its first byte gives, to a server in the same
+// process. The server hands on exactly the messages that a plain reading of the whole stream finds,
+// answers only a complete topic, and ends the connection.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/ipc/IPCServer.h"
@@ -36,8 +36,6 @@ public:
         std::string name = (std::filesystem::temp_directory_path() / "fuzz-XXXXXX").native();
         Require(::mkdtemp(name.data()) != nullptr);
         m_path = name;
-        // Here the server keeps its lock.
-        Require(::setenv("HOME", m_path.c_str(), 1) == 0);
     }
     ~TemporaryDirectory() { std::filesystem::remove_all(m_path); }
 
@@ -93,7 +91,7 @@ int Connect(const std::string& path)
     return socket;
 }
 
-// Sends all and returns what the server has answered when it has ended the connection.
+// Sends all bytes and returns the server's answer once it has ended the connection.
 std::string Talk(World& world, std::string_view bytes, std::size_t pieceLength)
 {
     const int socket = Connect(world.Socket());

@@ -19,7 +19,8 @@ namespace Toolkit {
 namespace {
 
 using Testing::ChildProgram;
-using testing::ElementsAre;
+using testing::IsEmpty;
+using Testing::Keep;
 using Testing::RawSocket;
 using Testing::ReceivedTexts;
 using Testing::ScopedEnvironment;
@@ -52,7 +53,7 @@ protected:
     const FrameworkHold m_framework;
 };
 
-TEST_F(IPCClientTest, TheBytesAreThoseOfTheFramework)
+TEST_F(IPCClientTest, SpeaksTheBytesOfWxWidgets)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(L"h\u00E9");
@@ -65,7 +66,7 @@ TEST_F(IPCClientTest, TheBytesAreThoseOfTheFramework)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, TheEmptyTextHasAnEmptyTopicAndATerminator)
+TEST_F(IPCClientTest, SendsTheEmptyTextAsATerminator)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(L"");
@@ -78,7 +79,7 @@ TEST_F(IPCClientTest, TheEmptyTextHasAnEmptyTopicAndATerminator)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, ATextEndsAtItsFirstNullCharacter)
+TEST_F(IPCClientTest, EndsATextAtItsFirstNullCharacter)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(std::wstring(L"a\0b", 3));
@@ -91,7 +92,7 @@ TEST_F(IPCClientTest, ATextEndsAtItsFirstNullCharacter)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, ASurrogateTravelsAsItsThreeBytes)
+TEST_F(IPCClientTest, EncodesASurrogateAsItsThreeBytes)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(std::wstring(1, static_cast<wchar_t>(0xD800)));
@@ -104,7 +105,7 @@ TEST_F(IPCClientTest, ASurrogateTravelsAsItsThreeBytes)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, WithoutAServerNothingIsSentNorLeftOpen)
+TEST_F(IPCClientTest, LeavesNothingOpenWithoutAServer)
 {
     const std::size_t before = CountDescriptors();
 
@@ -116,7 +117,7 @@ TEST_F(IPCClientTest, WithoutAServerNothingIsSentNorLeftOpen)
     EXPECT_EQ(CountDescriptors(), before);
 }
 
-TEST_F(IPCClientTest, ANameThatIsNoServiceReachesNobody)
+TEST_F(IPCClientTest, ReachesNobodyUnderANameThatIsNoService)
 {
     const std::wstring names[] = {L"", L"0", L"3000", std::wstring(L"\0abstract", 9),
                                   std::wstring(1, static_cast<wchar_t>(0x110000))};
@@ -124,15 +125,73 @@ TEST_F(IPCClientTest, ANameThatIsNoServiceReachesNobody)
         EXPECT_FALSE(IPCClient::Connect(name, L"text")) << testing::PrintToString(name);
 }
 
-TEST_F(IPCClientTest, ATextWithoutUtf8FormIsNotSent)
+TEST_F(IPCClientTest, ReplacesCharactersAboveU10FFFFInTheTopicOnly)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
+    std::future<bool> sent =
+        Send(std::wstring{L'a', static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1)});
 
-    EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring(1, static_cast<wchar_t>(0x110000))));
-    EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring(1, static_cast<wchar_t>(-1))));
+    const RawSocket client = listener.Accept();
+    EXPECT_EQ(client.Receive(12), "\x0A\x07\0\0\0a\xEF\xBF\xBD\xEF\xBF\xBD"s);
+    EXPECT_TRUE(client.Send("\x0A"));
+    EXPECT_EQ(client.ReceiveAll(),
+              "\x01\x01\x10\0\0\0a\0\0\0\0\0\x11\0\xFF\xFF\xFF\xFF\0\0\0\0\x0B"s);
+
+    EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, ATextOfMoreThan16MebibytesIsNotSent)
+TEST_F(IPCClientTest, RefusesASymbolicLink)
+{
+    ReceivedTexts received;
+    IPCServer server(Service());
+    server.AddListener(Keep(received));
+    ASSERT_TRUE(server.Run());
+    std::filesystem::create_symlink("service", m_directory.Path() / "link");
+
+    ServeWhile([&] { EXPECT_FALSE(IPCClient::Connect(m_directory.File(L"link"), L"text")); });
+
+    EXPECT_FALSE(IPCClient::IsServed(m_directory.File(L"link")));
+    EXPECT_THAT(received.All(), IsEmpty());
+}
+
+TEST_F(IPCClientTest, RefusesTheSocketFileOfAnotherUser)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root may give a file away";
+    ReceivedTexts received;
+    IPCServer server(Service());
+    server.AddListener(Keep(received));
+    ASSERT_TRUE(server.Run());
+    EXPECT_EQ(::chown(Path().c_str(), 65534, 65534), 0);
+
+    ServeWhile([&] { EXPECT_FALSE(IPCClient::Connect(Service(), L"text")); });
+
+    EXPECT_FALSE(IPCClient::IsServed(Service()));
+    EXPECT_THAT(received.All(), IsEmpty());
+}
+
+TEST_F(IPCClientTest, FindsAServerThatListensEvenIfItIsBusy)
+{
+    const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");
+    const RawSocket full = RawSocket::ListeningAt(m_directory.Path() / "full", 0);
+    const RawSocket queued = RawSocket::ConnectedTo(m_directory.Path() / "full");
+
+    EXPECT_TRUE(IPCClient::IsServed(m_directory.File(L"silent")));
+    EXPECT_TRUE(IPCClient::IsServed(m_directory.File(L"full")));
+}
+
+TEST_F(IPCClientTest, FindsNoServerWhereNobodyListens)
+{
+    EXPECT_EQ(RawSocket().Bind(Path()), 0);
+
+    EXPECT_FALSE(IPCClient::IsServed(Service()));
+    EXPECT_FALSE(IPCClient::IsServed(m_directory.File(L"none")));
+    EXPECT_FALSE(IPCClient::IsServed(m_directory.WriteFile(L"file", "")));
+    EXPECT_FALSE(IPCClient::IsServed(L""));
+    EXPECT_FALSE(IPCClient::IsServed(L"1234"));
+}
+
+TEST_F(IPCClientTest, RefusesATextOfMoreThan16Mebibytes)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
 
@@ -140,7 +199,7 @@ TEST_F(IPCClientTest, ATextOfMoreThan16MebibytesIsNotSent)
     EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((8 << 20) + 1, L'\u00E9')));
 }
 
-TEST_F(IPCClientTest, AServerThatRefusesOrLeavesIsToldAtOnce)
+TEST_F(IPCClientTest, ReturnsAtOnceWhenAServerRefusesOrLeaves)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     for (const std::string& answer : {""s, "\x09"s, "\0"s, "\xFF"s}) {
@@ -154,7 +213,7 @@ TEST_F(IPCClientTest, AServerThatRefusesOrLeavesIsToldAtOnce)
     }
 }
 
-TEST_F(IPCClientTest, AServerThatLeavesInTheMiddleRaisesNoSignal)
+TEST_F(IPCClientTest, RaisesNoSignalWhenAServerLeaves)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(std::wstring(1 << 20, L'x'));
@@ -169,7 +228,7 @@ TEST_F(IPCClientTest, AServerThatLeavesInTheMiddleRaisesNoSignal)
 }
 
 // A server in each state in which it answers no more; all clients wait at the same time.
-TEST_F(IPCClientTest, NoServerMakesAClientWaitForEver)
+TEST_F(IPCClientTest, WaitsForNoServerForEver)
 {
     const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");
     const RawSocket half = RawSocket::ListeningAt(m_directory.Path() / "half");
@@ -195,7 +254,7 @@ TEST_F(IPCClientTest, NoServerMakesAClientWaitForEver)
     EXPECT_LT(Clock::now() - start, 4 * std::chrono::milliseconds(IPCClient::c_timeoutMs));
 }
 
-TEST_F(IPCClientTest, ThreadsSendAtTheSameTime)
+TEST_F(IPCClientTest, SendsFromSeveralThreads)
 {
     constexpr int threads = 8;
     constexpr int texts = 50;
@@ -222,7 +281,7 @@ TEST_F(IPCClientTest, ThreadsSendAtTheSameTime)
     EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(threads * texts));
 }
 
-TEST_F(IPCClientTest, ProcessesSendAtTheSameTime)
+TEST_F(IPCClientTest, SendsFromSeveralProcesses)
 {
     constexpr std::size_t processes = 8;
     constexpr std::size_t texts = 25;
@@ -245,7 +304,7 @@ TEST_F(IPCClientTest, ProcessesSendAtTheSameTime)
     EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(processes * texts));
 }
 
-TEST_F(IPCClientTest, AServerOfTheFrameworkAloneIsReached)
+TEST_F(IPCClientTest, ReachesAServerOfWxWidgetsAlone)
 {
     const ChildProgram server(TOOLKIT_TEST_BARE_SERVER, {Path()});
     EXPECT_EQ(server.ReadLine(), "ready");

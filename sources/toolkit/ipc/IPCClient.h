@@ -15,10 +15,15 @@ public:
     /// `service`. True when all of it was sent, which is before the server's listeners have it.
     ///
     /// False when no server of this user answers, when it stops answering, when `c_timeoutMs` have
-    /// passed, when `text` is longer than 16 MiB in UTF-8 or has no such form. Any thread may call
-    /// it; on the thread whose event loop serves the same server it can only time out. Nothing is
-    /// thrown or logged.
+    /// passed, when `text` is longer than 16 MiB in UTF-8, and out of memory. A socket file that is
+    /// a symbolic link or another user's is refused. Any thread may call it; on the thread whose
+    /// event loop serves the same server it can only time out. Nothing is thrown or logged.
     static bool Connect(const TString<wchar_t>& service, const TString<wchar_t>& text);
+
+    /// Whether a server of this user listens under the name `service`, even if it is too busy to
+    /// answer. Sends nothing and returns at once. Any thread may call it. Nothing is thrown or
+    /// logged.
+    static bool IsServed(const TString<wchar_t>& service);
 };
 
 } // namespace Toolkit

@@ -1,35 +1,154 @@
-#include "toolkit/ipc/IPCConnectionEventHelper.Private.h"
+#include "toolkit/base/Utf8.h"
+#include "toolkit/framework/Text.h"
 #include "toolkit/ipc/IPCInternalServer.Private.h"
-#include "toolkit/ipc/IPCServicePath.Private.h"
-#include "toolkit/ipc/IPCSessions.Private.h"
+#include "toolkit/ipc/Session.Private.h"
+#include "toolkit/threading/FrameworkHold.h"
 
-#include <exception>
+#include <wx/app.h>
+#include <wx/event.h>
+#include <wx/evtloop.h>
+#include <wx/evtloopsrc.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace Toolkit {
+namespace {
 
-IPCInternalServer::IPCInternalServer(IPCServer& server) : m_server(server) {}
+static_assert(Ipc::c_textFormat == wxIPC_TEXT);
+
+// Calls code of the program the way wxWidgets calls event handlers: what that code throws is handed
+// to the application object instead of passing through the code of the event loop.
+class GuardedCall : public wxEvtHandler {
+public:
+    explicit GuardedCall(std::function<void()> call) : m_call(std::move(call)) {}
+
+    // False when the code has thrown.
+    bool Run()
+    {
+        wxThreadEvent event(wxEVT_NULL);
+        return SafelyProcessEvent(event);
+    }
+
+    bool ProcessEvent(wxEvent&) override
+    {
+        m_call();
+        return true;
+    }
+
+private:
+    std::function<void()> m_call;
+};
+
+bool Decode(std::wstring& text, const void* data, std::size_t size, wxIPCFormat format)
+{
+    if (format != wxIPC_UTF8TEXT) {
+        const wchar_t* const begin = static_cast<const wchar_t*>(data);
+        text.assign(begin, std::find(begin, begin + size / sizeof(wchar_t), L'\0'));
+        return true;
+    }
+    const char* const begin = static_cast<const char*>(data);
+    const char* const end = std::find(begin, begin + size, '\0');
+    return Base::AppendDecodedUtf8(text, begin, static_cast<std::size_t>(end - begin));
+}
+
+wxIPCFormat FormatOf(unsigned char value)
+{
+    return value <= wxIPC_PRIVATE ? static_cast<wxIPCFormat>(value) : wxIPC_PRIVATE;
+}
+
+} // namespace
+
+// The sessions as one source of the event loop.
+//
+// The loop knows one descriptor only: wxWidgets must not lose a descriptor while it works on
+// others, which would happen whenever a session ends in a loop inside a listener.
+class IPCInternalServer::Source : private wxEventLoopSourceHandler {
+public:
+    Source(std::size_t mostSessions, Ipc::Execute execute)
+        : m_sessions(mostSessions, std::move(execute))
+    {
+    }
+    ~Source() override;
+
+    // Called once; false when the file `path` cannot be made.
+    bool Listen(const std::string& path);
+
+    bool IsReachable() const { return m_sessions.AreReachable(); }
+
+private:
+    void OnReadWaiting() override { m_sessions.ServeReadable(); }
+    void OnWriteWaiting() override {}
+    void OnExceptionWaiting() override {}
+
+    const FrameworkHold m_framework; // first: the event loop outlives what is registered with it
+    Ipc::Sessions m_sessions;
+    std::unique_ptr<wxEventLoopSource> m_source;
+};
+
+IPCInternalServer::Source::~Source()
+{
+    // Without the application object wxWidgets has stopped, and its part of the source is gone; in
+    // a forked child that part is shared with the parent.
+    if (!wxAppConsole::GetInstance() || !m_sessions.AreOfThisProcess())
+        static_cast<void>(m_source.release());
+}
+
+bool IPCInternalServer::Source::Listen(const std::string& path)
+{
+    if (!wxAppConsole::GetInstance() || !m_sessions.Listen(path))
+        return false;
+    m_source.reset(
+        wxEventLoopBase::AddSourceForFD(m_sessions.Descriptor(), this, wxEVENT_SOURCE_INPUT));
+    return m_source != nullptr;
+}
+
+IPCConnectionEventHelper::IPCConnectionEventHelper(const IPCDelivery& deliver) : m_deliver(deliver)
+{
+    // The library reads the socket itself: the base class has none to disconnect.
+    SetConnected(false);
+}
+
+bool IPCConnectionEventHelper::OnExecute(const wxString&, const void* data, size_t size,
+                                         wxIPCFormat format)
+{
+    // Running out of memory here is not a listener's exception: it ends the session alone.
+    std::wstring characters;
+    if (!Decode(characters, data, size, format))
+        return true;
+    const TString<wchar_t> text(std::move(characters));
+    return GuardedCall([&] { m_deliver(text); }).Run();
+}
+
+IPCInternalServer::IPCInternalServer(std::size_t mostSessions, IPCDelivery deliver)
+    : m_mostSessions(mostSessions), m_deliver(std::move(deliver))
+{
+}
 
 IPCInternalServer::~IPCInternalServer() = default;
 
 bool IPCInternalServer::Create(const wxString& service)
 {
-    if (m_sessions && m_sessions->AreReachable())
+    if (m_source && m_source->IsReachable())
         return true;
-    m_sessions.reset();
-    try {
-        auto sessions = std::make_unique<IPCSessions>(*this);
-        if (!sessions->Listen(IPCServicePath(service.ToStdWstring())))
-            return false;
-        m_sessions = std::move(sessions);
-        return true;
-    } catch (const std::exception&) {
+    m_source.reset();
+    auto source = std::make_unique<Source>(
+        m_mostSessions, [this](const std::vector<char>& data, unsigned char format) {
+            const wxString topic; // not kept: nobody looks at it
+            const std::unique_ptr<wxConnectionBase> connection(OnAcceptConnection(topic));
+            return connection->OnExecute(topic, data.data(), data.size(), FormatOf(format));
+        });
+    if (!source->Listen(Ipc::MakeSocketPath(Framework::ToText(service))))
         return false;
-    }
+    m_source = std::move(source);
+    return true;
 }
 
 wxConnectionBase* IPCInternalServer::OnAcceptConnection(const wxString&)
 {
-    return new IPCConnectionEventHelper(m_server);
+    return new IPCConnectionEventHelper(m_deliver);
 }
 
 } // namespace Toolkit

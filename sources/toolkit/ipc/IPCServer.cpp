@@ -1,9 +1,11 @@
 #include "toolkit/ipc/IPCServer.h"
 
+#include "toolkit/base/OutOfMemory.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/framework/Text.h"
 #include "toolkit/ipc/IPCInternalServer.Private.h"
-
-#include <exception>
+#include "toolkit/ipc/Protocol.Private.h"
 
 namespace Toolkit {
 namespace {
@@ -18,21 +20,38 @@ TString<wchar_t> DefaultService()
     return service;
 }
 
+TString<wchar_t> NameService(const TString<wchar_t>& service)
+{
+    return service.empty() ? DefaultService() : service;
+}
+
 } // namespace
 
 IPCServer::IPCServer(const TString<wchar_t>& service)
-    : m_internalServer(std::make_unique<IPCInternalServer>(*this)),
-      m_service(service.empty() ? DefaultService() : service)
 {
+    const bool isComplete = Base::Completes([&] {
+        m_internalServer = std::make_unique<IPCInternalServer>(
+            c_maxSessions, [this](const TString<wchar_t>& text) { SendExecuteEvent(text); });
+        m_service = NameService(service);
+    });
+    if (!isComplete)
+        m_internalServer.reset();
 }
 
 IPCServer::~IPCServer() = default;
 
+TString<wchar_t> IPCServer::GetSocketPath(const TString<wchar_t>& service)
+{
+    return Base::ResultOr(TString<wchar_t>(), [&]() -> TString<wchar_t> {
+        return Base::DecodeUtf8(Ipc::MakeSocketPath(NameService(service)));
+    });
+}
+
 bool IPCServer::Run()
-try {
-    return m_internalServer->Create(wxString(m_service.data(), m_service.size()));
-} catch (const std::exception&) {
-    return false;
+{
+    return m_internalServer && Base::ResultOr(false, [&] {
+               return m_internalServer->Create(Framework::ToWxString(m_service));
+           });
 }
 
 void IPCServer::SendExecuteEvent(const TString<wchar_t>& text)

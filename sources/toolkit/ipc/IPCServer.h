@@ -5,6 +5,7 @@
 #include "toolkit/ipc/IPCConnectionEvent.h"
 #include "toolkit/threading/EventNotifier.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace Toolkit {
@@ -14,38 +15,59 @@ class IPCInternalServer;
 /// Receives the texts that `IPCClient::Connect` sends on the same machine and hands each to all
 /// listeners, in the order in which they were added.
 ///
-/// A service is a socket file that only processes of the same user reach. A name without "/" means
-/// a file in the working directory; a name that is a number is no service. A path of more than 107
-/// bytes in UTF-8 is shortened, by server and client alike, to its beginning and a hash.
+///     IPCServer server(L""); // the application's own service
+///     server.AddListener(smart_ptr<IPCConnectionEvent>(new Commands()));
+///     if (!server.Run())
+///         return 1;
+///     wxAppConsole::GetInstance()->MainLoop(); // calls Commands::OnExecute() with each text
 ///
-/// The framework's event loop serves the clients: nothing arrives before one runs. A program
+/// A service is a socket file that only processes of the same user can use. A name without "/" is a
+/// file in the working directory; a name that is a number is no service. A path longer than a
+/// socket address allows (107 bytes of UTF-8 on Linux, 103 on macOS) is shortened, by server and
+/// client alike, to its beginning and a hash: `GetSocketPath()`.
+///
+/// The event loop of wxWidgets serves the clients: nothing arrives before one runs. A program
 /// without a user interface calls `wxInitialize()`, then Run(), then
-/// `wxAppConsole::GetInstance()->MainLoop()`. The server is run and destroyed on the one thread
-/// that runs loops, never by one of its own listeners, and destroyed ahead of an application object
-/// that the program runs itself. What a listener throws reaches the application object like an
-/// exception of any event handler; the listeners after it miss that text.
+/// `wxAppConsole::GetInstance()->MainLoop()`. Run and destroy the server on the thread that runs
+/// loops, never in one of its own listeners, and destroy it before an application object that the
+/// program runs itself. What a listener throws reaches the application object like an exception of
+/// any event handler: the listeners after it miss that text, and its client is disconnected.
 ///
-/// No client blocks the loop: a message that makes no progress for 2 seconds ends its connection,
-/// and so does a text of more than 16 Mi characters. Only texts that have arrived as a whole are
-/// handed on. Nothing is thrown or logged.
+/// No client blocks the loop or keeps others out. The server disconnects a client
+/// - whose message makes no progress for 2 seconds or is not complete after 30,
+/// - whose topic is longer than 16 MiB or whose text is longer than 16 Mi characters,
+/// - whose text does not fit into memory,
+/// - that has been silent longest, when there are `c_maxSessions` clients or no descriptors are
+///   left, and another client connects.
+///
+/// Only complete texts are handed on. Nothing is thrown or logged.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
-    /// An empty `service` stands for the application's own: a file in the temporary directory of
-    /// `PathManager`, called as its unique name says, with the extension ".ipc". Without a
-    /// `PathManager` it stays empty and Run() fails.
+    /// How many clients are connected at once.
+    static constexpr std::size_t c_maxSessions = 256;
+
+    /// An empty `service` is the application's own: a file in the temporary directory of
+    /// `PathManager` with the application's unique name and the extension ".ipc". Without a
+    /// `PathManager` it stays empty, and Run() fails. Run() also fails when there was no memory
+    /// here.
     ///
-    /// Listening begins with Run().
+    /// Run() begins to listen.
     explicit IPCServer(const TString<wchar_t>& service);
 
-    /// Ends all connections and removes the socket file, when it is still the one that was made.
+    /// Disconnects all clients and removes the socket file, if it is still the one that Run() made.
     ~IPCServer() override;
+
+    /// The path of the socket file that `service` names, for the constructor and for `IPCClient`;
+    /// the application's own when `service` is empty. "example" gives "./example".
+    ///
+    /// Empty when the name is no service, and out of memory.
+    static TString<wchar_t> GetSocketPath(const TString<wchar_t>& service);
 
     /// Begins to listen and returns at once; true when the server listens already.
     ///
-    /// False when the file cannot be made, when a living server answers under this name, and when
-    /// something else stands in the file's place. The file of a server that has crashed is
-    /// replaced; while another process does just that, Run() waits 2 seconds at most. The lock that
-    /// servers use for it, an empty file in the home directory, stays.
+    /// False when the file cannot be made, when a living server has the name, and when something
+    /// else is in the file's place. The file of a server that has crashed is replaced; while
+    /// another process does just that, Run() waits 2 seconds at most.
     bool Run();
 
     /// Hands `text` to every listener. Any thread may call it, whether the server listens or not.

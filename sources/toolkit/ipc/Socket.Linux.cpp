@@ -1,11 +1,13 @@
-#include "toolkit/ipc/SocketSet.Private.h"
+#include "toolkit/ipc/Socket.Private.h"
 
 #include <cstdint>
 #include <sys/epoll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
-namespace Toolkit {
+namespace Toolkit::Ipc {
 namespace {
 
 constexpr int c_mostAtOnce = 32;
@@ -19,6 +21,37 @@ bool AddAs(const Base::FileDescriptor& set, int descriptor, int name)
 }
 
 } // namespace
+
+Base::FileDescriptor CreateSocket()
+{
+    return Base::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+}
+
+bool RestrictToOwner(const Base::FileDescriptor& socket)
+{
+    // The file that bind() makes gets the mode of its socket. The process's umask, which could do
+    // the same, belongs to other threads too.
+    return ::fchmod(socket.Get(), S_IRUSR | S_IWUSR) == 0;
+}
+
+Base::FileDescriptor AcceptClient(const Base::FileDescriptor& listener)
+{
+    return Base::FileDescriptor(
+        ::accept4(listener.Get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+}
+
+ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length)
+{
+    return ::send(socket.Get(), bytes, length, MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
+bool IsPeerOfThisUser(const Base::FileDescriptor& socket)
+{
+    ucred peer{};
+    socklen_t length = sizeof peer;
+    return ::getsockopt(socket.Get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 &&
+           peer.uid == ::geteuid();
+}
 
 SocketSet::SocketSet()
     : m_file(::epoll_create1(EPOLL_CLOEXEC)),
@@ -66,4 +99,4 @@ std::vector<int> SocketSet::TakeReadable()
     return sockets;
 }
 
-} // namespace Toolkit
+} // namespace Toolkit::Ipc

@@ -1,0 +1,194 @@
+#include "toolkit/base/ShortenName.h"
+#include "toolkit/base/Utf8.h"
+#include "toolkit/ipc/Protocol.Private.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <sys/un.h>
+#include <utility>
+
+namespace Toolkit::Ipc {
+namespace {
+
+constexpr char c_execute = 1;
+constexpr char c_connect = c_accepted;
+constexpr char c_disconnect = 11;
+
+constexpr std::size_t c_formatOffset = 1;
+constexpr std::size_t c_sizeLength = 4;
+
+// The limit of a topic in bytes, and so of the UTF-8 form of every text.
+constexpr std::size_t c_longestTopic = std::size_t{16} << 20;
+
+// As many wide characters as such a topic may have, and their terminator.
+constexpr std::size_t c_longestData = (c_longestTopic + 1) * sizeof(wchar_t);
+
+// The path in an address ends with a null byte.
+constexpr std::size_t c_longestPath = sizeof(sockaddr_un::sun_path) - 1;
+constexpr std::size_t c_hashLength = 16;
+
+constexpr std::uint32_t c_lastCharacter = 0x10FFFF;
+
+void WriteSize(char* bytes, std::size_t size)
+{
+    for (std::size_t i = 0; i < c_sizeLength; ++i)
+        bytes[i] = static_cast<char>(size >> (8 * i));
+}
+
+std::size_t ReadSize(const char* bytes)
+{
+    std::size_t size = 0;
+    for (std::size_t i = c_sizeLength; i > 0; --i)
+        size = size << 8 | static_cast<unsigned char>(bytes[i - 1]);
+    return size;
+}
+
+bool IsNumber(const std::wstring& text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](wchar_t character) { return character >= L'0' && character <= L'9'; });
+}
+
+// Ends before a character of which only the first bytes would fit: macOS refuses names that are not
+// UTF-8.
+std::string Shorten(const std::string& path)
+{
+    std::size_t longest = c_longestPath;
+    while (longest < path.size() && (path[longest - c_hashLength] & 0xC0) == 0x80)
+        --longest;
+    return Base::ShortenName(path, longest);
+}
+
+std::wstring ReplaceUnencodable(std::wstring_view text)
+{
+    std::wstring encodable(text);
+    const auto isUnencodable = [](wchar_t character) {
+        return static_cast<std::uint32_t>(character) > c_lastCharacter;
+    };
+    std::replace_if(encodable.begin(), encodable.end(), isUnencodable, L'\uFFFD');
+    return encodable;
+}
+
+} // namespace
+
+std::string MakeSocketPath(const std::wstring& service)
+{
+    // wxWidgets treats a number as a port, which would be open to the network. Nor may a null
+    // character cut the path short: as the first one it would even make an address that has no
+    // permissions.
+    std::string path;
+    if (service.empty() || IsNumber(service) || service.find(L'\0') != std::wstring::npos ||
+        !Base::AppendEncodedUtf8(path, service.data(), service.size()))
+        return {};
+    // wxWidgets would treat a name without a separator as the name of a port.
+    if (path.find('/') == std::string::npos)
+        path.insert(0, "./");
+    return Shorten(path);
+}
+
+std::string MakeConnectRequest(std::wstring_view topic)
+{
+    constexpr std::size_t headerLength = 1 + c_sizeLength;
+    if (topic.size() > c_longestTopic)
+        return {};
+    std::string bytes(headerLength, c_connect);
+    if (!Base::AppendEncodedUtf8(bytes, topic.data(), topic.size())) {
+        const std::wstring encodable = ReplaceUnencodable(topic);
+        Base::AppendEncodedUtf8(bytes, encodable.data(), encodable.size());
+    }
+    const std::size_t size = bytes.size() - headerLength;
+    WriteSize(&bytes[1], size);
+    return size > c_longestTopic ? std::string() : bytes;
+}
+
+std::string MakeExecuteRequest(std::wstring_view text)
+{
+    constexpr std::size_t headerLength = c_formatOffset + 1 + c_sizeLength;
+    const std::size_t length = text.size() * sizeof(wchar_t);
+    const std::size_t size = length + sizeof(wchar_t);
+    std::string bytes;
+    bytes.reserve(headerLength + size + 1);
+    bytes.assign({c_execute, static_cast<char>(c_textFormat)});
+    bytes.resize(headerLength);
+    WriteSize(&bytes[c_formatOffset + 1], size);
+    bytes.append(reinterpret_cast<const char*>(text.data()), length);
+    bytes.append(sizeof(wchar_t), '\0');
+    bytes.push_back(c_disconnect);
+    return bytes;
+}
+
+MessageParser::Message MessageParser::Take(std::string_view& bytes)
+{
+    Message message = Message::Incomplete;
+    while (message == Message::Incomplete && !bytes.empty())
+        message = m_isHeaderComplete ? TakePayload(bytes) : TakeHeader(bytes);
+    return message;
+}
+
+MessageParser::Message MessageParser::TakeHeader(std::string_view& bytes)
+{
+    m_header.push_back(bytes.front());
+    bytes.remove_prefix(1);
+    const std::size_t length = HeaderLength();
+    if (length == 0)
+        return Message::Broken;
+    if (m_header.size() < length)
+        return Message::Incomplete;
+    if (m_header.front() == c_disconnect)
+        return Message::Disconnect;
+
+    m_missing = ReadSize(m_header.data() + length - c_sizeLength);
+    if (m_missing > (m_isTopicMissing ? c_longestTopic : c_longestData))
+        return Message::Broken;
+    m_isHeaderComplete = true;
+    return m_missing == 0 ? Complete() : Message::Incomplete;
+}
+
+// 0 for a message that is not allowed here.
+std::size_t MessageParser::HeaderLength() const
+{
+    const char code = m_header.front();
+    if (m_isTopicMissing)
+        return code == c_connect ? 1 + c_sizeLength : 0;
+    if (code == c_execute)
+        return c_formatOffset + 1 + c_sizeLength;
+    return code == c_disconnect ? 1 : 0;
+}
+
+MessageParser::Message MessageParser::TakePayload(std::string_view& bytes)
+{
+    const std::size_t length = std::min(m_missing, bytes.size());
+    if (!m_isTopicMissing)
+        Store(bytes.substr(0, length));
+    bytes.remove_prefix(length);
+    m_missing -= length;
+    return m_missing == 0 ? Complete() : Message::Incomplete;
+}
+
+// Doubles the memory as it fills, but takes no more than the announced size needs.
+void MessageParser::Store(std::string_view bytes)
+{
+    const std::size_t needed = m_data.size() + bytes.size();
+    if (needed > m_data.capacity())
+        m_data.reserve(
+            std::min(m_data.size() + m_missing, std::max(needed, 2 * m_data.capacity())));
+    m_data.insert(m_data.end(), bytes.begin(), bytes.end());
+}
+
+std::vector<char> MessageParser::TakeData()
+{
+    return std::exchange(m_data, {});
+}
+
+MessageParser::Message MessageParser::Complete()
+{
+    const bool isTopic = m_isTopicMissing;
+    if (!isTopic)
+        m_format = static_cast<unsigned char>(m_header[c_formatOffset]);
+    m_isTopicMissing = false;
+    m_isHeaderComplete = false;
+    m_header.clear();
+    return isTopic ? Message::Topic : Message::Execute;
+}
+
+} // namespace Toolkit::Ipc

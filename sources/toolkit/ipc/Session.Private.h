@@ -1,0 +1,114 @@
+#pragma once
+
+#include "toolkit/base/FileDescriptor.h"
+#include "toolkit/ipc/Protocol.Private.h"
+#include "toolkit/ipc/Socket.Private.h"
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Toolkit::Ipc {
+
+/// Takes the data of one text and their format, and may run an event loop meanwhile. False ends the
+/// session.
+using Execute = std::function<bool(const std::vector<char>& data, unsigned char format)>;
+
+/// The conversation with one client. Never waits for it.
+class Session {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// Limits count in ticks of the loop that serves the session: while the loop is busy elsewhere,
+    /// the client cannot get on.
+    static constexpr std::chrono::milliseconds c_tick{250};
+
+    /// Talks through `socket` and calls `execute`, which has to outlive the session, with each
+    /// text.
+    Session(Base::FileDescriptor socket, const Execute& execute);
+
+    /// Reads some of what has arrived and acts on it; false when the session has ended. Not called
+    /// while the session is busy.
+    bool Read();
+
+    /// Whether the program is working on one of its texts, perhaps in a loop of its own.
+    bool IsBusy() const { return m_isBusy; }
+
+    /// Whether its socket is not watched meanwhile.
+    bool IsSetAside() const { return m_isSetAside; }
+    void SetAside(bool isSetAside) { m_isSetAside = isSetAside; }
+
+    void CountTick();
+
+    /// Whether a message has made no progress for 2 seconds or is not complete after 30.
+    bool IsOverdue() const;
+
+    /// Whether nothing has arrived for a moment, so that the session may make room for another.
+    bool IsSilent() const;
+
+    /// When the last bytes arrived.
+    Clock::time_point LastProgress() const { return m_lastProgress; }
+
+private:
+    bool Act(std::string_view bytes);
+    bool Answer() const;
+
+    Base::FileDescriptor m_socket;
+    const Execute& m_execute;
+    MessageParser m_parser;
+    Clock::time_point m_lastProgress;
+    unsigned int m_silentTicks = 0;
+    unsigned int m_messageTicks = 0; // since the message began
+    bool m_isBusy = false;
+    bool m_isSetAside = false;
+};
+
+/// Listens for clients and serves all of them. Knows no event loop: somebody calls ServeReadable()
+/// when the one descriptor is readable. That call may be nested, by a loop that `execute` runs.
+class Sessions {
+public:
+    /// Serves `mostSessions` clients at once.
+    Sessions(std::size_t mostSessions, Execute execute);
+
+    /// Begins to listen. Called once; false when the file `path` cannot be made.
+    bool Listen(const std::string& path);
+
+    /// Whether clients that look for the file find this server.
+    bool AreReachable() const { return m_listener.IsInPlace(); }
+
+    /// False in a forked child.
+    bool AreOfThisProcess() const { return m_listener.IsOfThisProcess(); }
+
+    /// Readable when there is something to do.
+    int Descriptor() const { return m_sockets.Get(); }
+
+    void ServeReadable();
+
+private:
+    void Accept();
+    bool AcceptOne();
+    void Open(Base::FileDescriptor socket);
+    bool MakeRoom();
+    void PauseAccepting();
+    void ResumeAccepting();
+    bool Serve(int descriptor);
+    void End(int descriptor);
+    void OnTick();
+    void EndOverdue();
+    void StartTicking();
+    void StopTicking();
+
+    const std::size_t m_mostSessions;
+    const Execute m_execute;
+    SocketFile m_listener;
+    SocketSet m_sockets;
+    std::map<int, Session> m_sessions; // by descriptor
+    bool m_isPaused = false;           // accepting, until there is room again
+    bool m_isTicking = false;
+};
+
+} // namespace Toolkit::Ipc

@@ -1,0 +1,265 @@
+#include "toolkit/base/OutOfMemory.h"
+#include "toolkit/ipc/Session.Private.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace Toolkit::Ipc {
+namespace {
+
+using Message = MessageParser::Message;
+
+constexpr std::size_t c_mostAtOnce = 65536;
+
+// Accepts so many clients before those that wait are served.
+constexpr int c_mostAcceptedAtOnce = 16;
+
+constexpr unsigned int TicksIn(std::chrono::milliseconds duration)
+{
+    return static_cast<unsigned int>(duration / Session::c_tick);
+}
+
+constexpr unsigned int c_patience = TicksIn(std::chrono::seconds(2));
+constexpr unsigned int c_longestMessage = TicksIn(std::chrono::seconds(30));
+
+bool IsOutOfResources(int error)
+{
+    return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+}
+
+} // namespace
+
+Session::Session(Base::FileDescriptor socket, const Execute& execute)
+    : m_socket(std::move(socket)), m_execute(execute), m_lastProgress(Clock::now())
+{
+}
+
+bool Session::Read()
+{
+    char buffer[c_mostAtOnce];
+    const ssize_t count = Receive(m_socket, buffer, sizeof buffer);
+    if (count < 0)
+        return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
+    if (count == 0)
+        return false;
+    m_lastProgress = Clock::now();
+    m_silentTicks = 0;
+    m_isBusy = true;
+    const bool goesOn = Act({buffer, static_cast<std::size_t>(count)});
+    m_isBusy = false;
+    return goesOn;
+}
+
+bool Session::Act(std::string_view bytes)
+{
+    for (;;) {
+        const Message message = m_parser.Take(bytes);
+        if (message == Message::Incomplete)
+            return true;
+        m_messageTicks = 0;
+        const bool goesOn =
+            message == Message::Topic
+                ? Answer()
+                : message == Message::Execute && m_execute(m_parser.TakeData(), m_parser.Format());
+        if (!goesOn)
+            return false;
+    }
+}
+
+bool Session::Answer() const
+{
+    return Send(m_socket, &c_accepted, 1) == 1;
+}
+
+void Session::CountTick()
+{
+    ++m_silentTicks;
+    m_messageTicks = m_parser.IsExpecting() ? m_messageTicks + 1 : 0;
+}
+
+bool Session::IsOverdue() const
+{
+    return m_parser.IsExpecting() &&
+           (m_silentTicks > c_patience || m_messageTicks > c_longestMessage);
+}
+
+bool Session::IsSilent() const
+{
+    return m_silentTicks > 1;
+}
+
+Sessions::Sessions(std::size_t mostSessions, Execute execute)
+    : m_mostSessions(mostSessions), m_execute(std::move(execute))
+{
+}
+
+bool Sessions::Listen(const std::string& path)
+{
+    return m_sockets.IsUsable() && m_listener.Listen(path) &&
+           m_sockets.Add(m_listener.Socket().Get());
+}
+
+void Sessions::ServeReadable()
+{
+    // Out of memory: what is still readable is reported again.
+    static_cast<void>(Base::Completes([&] {
+        for (const int descriptor : m_sockets.TakeReadable()) {
+            if (descriptor == SocketSet::c_tick)
+                OnTick();
+            else if (descriptor == m_listener.Socket().Get())
+                Accept();
+            else
+                Serve(descriptor);
+        }
+    }));
+}
+
+void Sessions::Accept()
+{
+    for (int i = 0; i < c_mostAcceptedAtOnce; ++i) {
+        if (!AcceptOne())
+            return;
+    }
+}
+
+bool Sessions::AcceptOne()
+{
+    if (m_sessions.size() >= m_mostSessions) {
+        if (!HasWaitingClient(m_listener.Socket()))
+            return false;
+        if (!MakeRoom()) {
+            PauseAccepting();
+            return false;
+        }
+    }
+    Base::FileDescriptor socket = AcceptClient(m_listener.Socket());
+    // Without descriptors accept() fails even if no client waits.
+    if (!socket.IsOpen() && IsOutOfResources(errno) && HasWaitingClient(m_listener.Socket())) {
+        if (MakeRoom())
+            socket = AcceptClient(m_listener.Socket());
+        // The loop would report the same client again and again.
+        if (!socket.IsOpen())
+            PauseAccepting();
+    }
+    if (!socket.IsOpen())
+        return false;
+    Open(std::move(socket));
+    return true;
+}
+
+void Sessions::Open(Base::FileDescriptor socket)
+{
+    const int descriptor = socket.Get();
+    if (!IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
+        return;
+    m_sessions.try_emplace(descriptor, std::move(socket), m_execute);
+    StartTicking();
+    // A client sends its topic at once.
+    Serve(descriptor);
+}
+
+// Ends the session whose client has been silent longest; false when none is silent.
+bool Sessions::MakeRoom()
+{
+    for (;;) {
+        auto longest = m_sessions.end();
+        for (auto session = m_sessions.begin(); session != m_sessions.end(); ++session) {
+            const bool mayGo = session->second.IsSilent() && !session->second.IsBusy();
+            if (mayGo && (longest == m_sessions.end() ||
+                          session->second.LastProgress() < longest->second.LastProgress()))
+                longest = session;
+        }
+        if (longest == m_sessions.end())
+            return false;
+        // What has arrived while the loop was busy counts.
+        const int descriptor = longest->first;
+        if (Serve(descriptor) && m_sessions.at(descriptor).IsSilent())
+            End(descriptor);
+        if (m_sessions.count(descriptor) == 0)
+            return true;
+    }
+}
+
+void Sessions::PauseAccepting()
+{
+    m_isPaused = m_sockets.Remove(m_listener.Socket().Get());
+    StartTicking();
+}
+
+void Sessions::ResumeAccepting()
+{
+    m_isPaused = !m_sockets.Add(m_listener.Socket().Get());
+}
+
+// True when the session is still there.
+bool Sessions::Serve(int descriptor)
+{
+    const auto found = m_sessions.find(descriptor);
+    if (found == m_sessions.end())
+        return false;
+    Session& session = found->second;
+    if (session.IsBusy()) {
+        // A loop inside a listener: it need not spin about what has to wait for its end.
+        session.SetAside(m_sockets.Remove(descriptor));
+        return true;
+    }
+    // A client whose text does not fit into memory is disconnected.
+    if (!Base::ResultOr(false, [&] { return session.Read(); }) ||
+        (session.IsSetAside() && !m_sockets.Add(descriptor))) {
+        End(descriptor);
+        return false;
+    }
+    session.SetAside(false);
+    return true;
+}
+
+void Sessions::End(int descriptor)
+{
+    m_sockets.Remove(descriptor);
+    m_sessions.erase(descriptor);
+    if (m_isPaused)
+        ResumeAccepting();
+}
+
+void Sessions::OnTick()
+{
+    if (m_isPaused)
+        ResumeAccepting();
+    EndOverdue();
+    if (m_sessions.empty() && !m_isPaused)
+        StopTicking();
+}
+
+// The clock ticks as long as there is somebody to look after.
+void Sessions::StartTicking()
+{
+    if (!m_isTicking)
+        m_sockets.SetTicking(static_cast<unsigned int>(Session::c_tick.count()));
+    m_isTicking = true;
+}
+
+void Sessions::StopTicking()
+{
+    m_sockets.SetTicking(0);
+    m_isTicking = false;
+}
+
+void Sessions::EndOverdue()
+{
+    std::vector<int> overdue;
+    for (auto& [descriptor, session] : m_sessions) {
+        if (session.IsBusy())
+            continue;
+        session.CountTick();
+        if (session.IsOverdue())
+            overdue.push_back(descriptor);
+    }
+    for (const int descriptor : overdue) {
+        // What has arrived while the loop was busy with something else counts as progress.
+        if (Serve(descriptor) && m_sessions.at(descriptor).IsOverdue())
+            End(descriptor);
+    }
+}
+
+} // namespace Toolkit::Ipc

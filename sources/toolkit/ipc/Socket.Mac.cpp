@@ -1,0 +1,98 @@
+#include "toolkit/ipc/Socket.Private.h"
+
+#include <fcntl.h>
+#include <sys/event.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+
+namespace Toolkit::Ipc {
+namespace {
+
+constexpr int c_mostAtOnce = 32;
+
+bool Prepare(const Base::FileDescriptor& socket)
+{
+    const int on = 1;
+    return socket.IsOpen() && ::fcntl(socket.Get(), F_SETFD, FD_CLOEXEC) == 0 &&
+           ::setsockopt(socket.Get(), SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on) == 0;
+}
+
+bool Change(int set, int identifier, short filter, unsigned short action, long value)
+{
+    struct kevent change {};
+    EV_SET(&change, identifier, filter, action, 0, value, nullptr);
+    return ::kevent(set, &change, 1, nullptr, 0, nullptr) == 0;
+}
+
+} // namespace
+
+Base::FileDescriptor CreateSocket()
+{
+    Base::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+    return Prepare(socket) ? std::move(socket) : Base::FileDescriptor();
+}
+
+bool RestrictToOwner(const Base::FileDescriptor&)
+{
+    // A socket has no mode before it has a file: IsPeerOfThisUser() decides.
+    return true;
+}
+
+Base::FileDescriptor AcceptClient(const Base::FileDescriptor& listener)
+{
+    Base::FileDescriptor socket(::accept(listener.Get(), nullptr, nullptr));
+    return Prepare(socket) && SetBlocking(socket, false) ? std::move(socket)
+                                                         : Base::FileDescriptor();
+}
+
+ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length)
+{
+    return ::send(socket.Get(), bytes, length, MSG_DONTWAIT);
+}
+
+bool IsPeerOfThisUser(const Base::FileDescriptor& socket)
+{
+    uid_t user = 0;
+    gid_t group = 0;
+    return ::getpeereid(socket.Get(), &user, &group) == 0 && user == ::geteuid();
+}
+
+SocketSet::SocketSet() : m_file(::kqueue())
+{
+    ::fcntl(m_file.Get(), F_SETFD, FD_CLOEXEC);
+}
+
+bool SocketSet::IsUsable() const
+{
+    return m_file.IsOpen();
+}
+
+bool SocketSet::Add(int socket)
+{
+    return Change(m_file.Get(), socket, EVFILT_READ, EV_ADD, 0);
+}
+
+bool SocketSet::Remove(int socket)
+{
+    return Change(m_file.Get(), socket, EVFILT_READ, EV_DELETE, 0);
+}
+
+void SocketSet::SetTicking(unsigned int intervalMs)
+{
+    Change(m_file.Get(), 0, EVFILT_TIMER, intervalMs > 0 ? EV_ADD : EV_DELETE, intervalMs);
+}
+
+std::vector<int> SocketSet::TakeReadable()
+{
+    struct kevent events[c_mostAtOnce];
+    const timespec atOnce{};
+    const int count = ::kevent(m_file.Get(), nullptr, 0, events, c_mostAtOnce, &atOnce);
+    std::vector<int> sockets;
+    for (int i = 0; i < count; ++i)
+        sockets.push_back(events[i].filter == EVFILT_TIMER ? c_tick
+                                                           : static_cast<int>(events[i].ident));
+    return sockets;
+}
+
+} // namespace Toolkit::Ipc

@@ -1,0 +1,160 @@
+// Texts and servers for which the memory does not suffice.
+
+#include "toolkit/ipc/IPCClient.h"
+#include "toolkit/ipc/IPCServer.h"
+
+#include "support/ScarceMemory.h"
+
+#include <gmock/gmock.h>
+
+#include "ipc/ChildProgram.h"
+#include "ipc/ServerFixture.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::AllocationLimit;
+using Testing::ChildProgram;
+using testing::ElementsAre;
+using Testing::FailingAllocation;
+using Testing::RawSocket;
+using Testing::ServeWhile;
+using namespace std::string_literals;
+
+using IPCMemoryTest = Testing::ServerFixture;
+
+constexpr std::size_t c_mebibyte = std::size_t{1} << 20;
+
+TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoNotFit)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const std::string data(8 * c_mebibyte, 'x');
+        {
+            const AllocationLimit limit(c_mebibyte);
+            const RawSocket client = Introduced();
+            EXPECT_TRUE(client.Send("\x01\x01\0\0\x80\0"s));
+            EXPECT_FALSE(client.Send(data));
+        }
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+// The data fit, the text that is made of them does not.
+TEST_F(IPCMemoryTest, DisconnectsAClientWhoseTextDoesNotFit)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const std::string data(c_mebibyte, 'x');
+        {
+            const AllocationLimit limit(2 * c_mebibyte);
+            const RawSocket client = Introduced();
+            EXPECT_TRUE(client.Send("\x01\x11\0\0\x10\0"s));
+            EXPECT_TRUE(client.Send(data));
+            EXPECT_TRUE(client.IsClosedByPeer());
+        }
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+TEST_F(IPCMemoryTest, ReportsATextThatDoesNotFitToItsClient)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        {
+            const AllocationLimit limit(c_mebibyte / 8);
+            ChildProgram client(TOOLKIT_TEST_IPC_CLIENT, {Path(), std::string(100000, 'x'), "1"});
+            EXPECT_EQ(client.WaitForExitCode(), 1);
+        }
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+// An IPCServer that is constructed when one allocation fails, and whether that has happened.
+std::pair<std::unique_ptr<IPCServer>, bool> ConstructWithout(long allocation,
+                                                             const TString<wchar_t>& service)
+{
+    void* const memory = operator new(sizeof(IPCServer));
+    const FailingAllocation failing(allocation);
+    return {std::unique_ptr<IPCServer>(new (memory) IPCServer(service)), failing.HasFailed()};
+}
+
+TEST_F(IPCMemoryTest, ConstructsAServerThatRunsOrDoesNot)
+{
+    for (long index = 0;; ++index) {
+        SCOPED_TRACE(index);
+        const auto [server, hasFailed] = ConstructWithout(index, Service());
+        const bool runs = server->Run();
+        if (!hasFailed) {
+            EXPECT_TRUE(runs);
+            break;
+        }
+        server->SendExecuteEvent(L"local");
+    }
+}
+
+TEST_F(IPCMemoryTest, RunsOnceThereIsMemoryAgain)
+{
+    for (long index = 0;; ++index) {
+        SCOPED_TRACE(index);
+        const auto server = MakeServer();
+        bool runs = false;
+        bool hasFailed = false;
+        {
+            const FailingAllocation failing(index);
+            runs = server->Run();
+            hasFailed = failing.HasFailed();
+        }
+        EXPECT_TRUE(runs || hasFailed);
+        EXPECT_TRUE(server->Run());
+        ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+        if (!hasFailed)
+            break;
+    }
+}
+
+TEST_F(IPCMemoryTest, SendsOrReportsThatItDidNot)
+{
+    const auto server = RunServer();
+    ServeWhile([&] {
+        const TString<wchar_t> service = Service();
+        const TString<wchar_t> text(std::wstring(100, L'x'));
+        std::size_t sent = 0;
+        for (long index = 0;; ++index) {
+            const FailingAllocation failing(index);
+            const bool isSent = IPCClient::Connect(service, text);
+            sent += isSent ? 1 : 0;
+            if (!failing.HasFailed()) {
+                EXPECT_TRUE(isSent);
+                break;
+            }
+        }
+        EXPECT_EQ(m_received.Await(sent).size(), sent);
+    });
+}
+
+TEST_F(IPCMemoryTest, ReportsNoSocketPathAndNoServer)
+{
+    const TString<wchar_t> service = Service();
+    const auto server = RunServer();
+    for (long index = 0;; ++index) {
+        const FailingAllocation failing(index);
+        const TString<wchar_t> path = IPCServer::GetSocketPath(service);
+        const bool isServed = IPCClient::IsServed(service);
+        if (!failing.HasFailed()) {
+            EXPECT_EQ(path, service);
+            EXPECT_TRUE(isServed);
+            break;
+        }
+        EXPECT_TRUE(path.empty() || !isServed);
+    }
+}
+
+} // namespace
+} // namespace Toolkit

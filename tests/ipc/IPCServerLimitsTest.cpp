@@ -1,0 +1,320 @@
+#include "toolkit/ipc/IPCClient.h"
+#include "toolkit/ipc/IPCServer.h"
+
+#include <gmock/gmock.h>
+
+#include <ctime>
+#include <fcntl.h>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "ipc/ServerFixture.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::c_connect;
+using Testing::c_executeA;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Testing::MakeListener;
+using Testing::RawSocket;
+using Testing::ServeWhile;
+using testing::SizeIs;
+using namespace std::string_literals;
+
+using IPCServerLimitsTest = Testing::ServerFixture;
+
+rlimit DescriptorLimit()
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    return limit;
+}
+
+// As many descriptors as the system lets this process have.
+class ManyDescriptors {
+public:
+    ManyDescriptors()
+    {
+        const rlimit most{m_limit.rlim_max, m_limit.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &most);
+    }
+    ~ManyDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_limit); }
+
+    ManyDescriptors(const ManyDescriptors&) = delete;
+    ManyDescriptors& operator=(const ManyDescriptors&) = delete;
+
+private:
+    const rlimit m_limit = DescriptorLimit();
+};
+
+// Uses up all descriptors of this process but a few.
+class FewDescriptors {
+public:
+    explicit FewDescriptors(std::size_t count)
+    {
+        const rlimit few{100, m_limit.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &few);
+        for (int file = Open(); file >= 0; file = Open())
+            m_files.push_back(file);
+        EXPECT_GE(m_files.size(), count);
+        for (; count > 0 && !m_files.empty(); --count) {
+            ::close(m_files.back());
+            m_files.pop_back();
+        }
+    }
+    ~FewDescriptors()
+    {
+        for (const int file : m_files)
+            ::close(file);
+        ::setrlimit(RLIMIT_NOFILE, &m_limit);
+    }
+
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+private:
+    static int Open() { return ::open("/dev/null", O_RDONLY | O_CLOEXEC); }
+
+    const rlimit m_limit = DescriptorLimit();
+    std::vector<int> m_files;
+};
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+long ResidentMebibytes()
+{
+    std::ifstream file("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    file >> total >> resident;
+    return resident * ::sysconf(_SC_PAGESIZE) >> 20;
+}
+#endif
+
+TEST_F(IPCServerLimitsTest, DisconnectsAfterBytesOutOfPlace)
+{
+    const std::string cases[] = {"\x0B",                        // no topic before
+                                 "\x01\x01\x04\0\0\0\0\0\0\0"s, // no topic before
+                                 "GET / HTTP/1.1\r\n\r\n",      // another protocol
+                                 "\x0A\x01\0\0\x01t"s,          // a topic of 16 MiB and 1 byte
+                                 "\x0A\xFF\xFF\xFF\xFF"s,       //
+                                 c_connect + c_connect,         // a second topic
+                                 c_connect + "\x02", // what a server of texts does not offer
+                                 c_connect + "\x09", //
+                                 c_connect + "\x01\x01\x05\0\0\x04"s,     // 64 MiB and 5 bytes
+                                 c_connect + "\x01\x01\xFF\xFF\xFF\xFF"s, //
+                                 c_connect + "\x0B"};                     // the end
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        for (const std::string& bytes : cases) {
+            SCOPED_TRACE(testing::PrintToString(bytes));
+            const RawSocket client = RawSocket::ConnectedTo(Path());
+            EXPECT_TRUE(client.Send(bytes));
+            EXPECT_TRUE(client.IsClosedByPeer());
+        }
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+TEST_F(IPCServerLimitsTest, RefusesWhatExceedsTheLimits)
+{
+    const std::string longTopic = "\x0A\x01\0\0\x01"s + std::string((16 << 20) + 1, 't');
+    const std::string longData = "\x01\x01\x05\0\0\x04"s + std::string((64 << 20) + 5, 'x');
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const RawSocket boastful = RawSocket::ConnectedTo(Path());
+        EXPECT_FALSE(boastful.Send(longTopic));
+        EXPECT_EQ(boastful.ReceiveAll(), "");
+        EXPECT_FALSE(Introduced().Send(longData));
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+TEST_F(IPCServerLimitsTest, DropsATextCutShort)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        for (std::size_t length = 0; length < c_executeA.size(); ++length) {
+            const RawSocket client = Introduced();
+            EXPECT_TRUE(client.Send(c_executeA.substr(0, length)));
+        }
+        EXPECT_TRUE(IsServed());
+    });
+    EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
+}
+
+TEST_F(IPCServerLimitsTest, TakesATextByteByByte)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const RawSocket client = RawSocket::ConnectedTo(Path());
+        for (const char byte : c_connect + c_executeA)
+            EXPECT_TRUE(client.Send({byte}));
+        EXPECT_THAT(m_received.Await(1), ElementsAre(L"a"));
+    });
+}
+
+TEST_F(IPCServerLimitsTest, DisconnectsASlowClientAndDelaysNobody)
+{
+    const std::string beginnings[] = {"",
+                                      "\x0A",
+                                      "\x0A\x05\0\0\0to"s,
+                                      c_connect + c_executeA.substr(0, 1),
+                                      c_connect + c_executeA.substr(0, 9),
+                                      c_connect + "\x01\x01\0\0\0\x04"s};
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const auto start = std::chrono::steady_clock::now();
+        std::vector<RawSocket> clients;
+        for (const std::string& bytes : beginnings) {
+            clients.push_back(RawSocket::ConnectedTo(Path()));
+            EXPECT_TRUE(clients.back().Send(bytes));
+        }
+        EXPECT_TRUE(IsServed());
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+        for (const RawSocket& client : clients)
+            EXPECT_TRUE(client.IsClosedByPeer());
+        EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    });
+}
+
+// Between two texts a client may take its time.
+TEST_F(IPCServerLimitsTest, KeepsAClientThatIsSilentBetweenTexts)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const RawSocket patient = Introduced();
+        EXPECT_TRUE(RawSocket::ConnectedTo(Path()).IsClosedByPeer());
+        EXPECT_TRUE(patient.Send(c_executeA));
+        EXPECT_THAT(m_received.Await(1), ElementsAre(L"a"));
+    });
+}
+
+TEST_F(IPCServerLimitsTest, CountsOnlyTheTimeInWhichTheLoopRuns)
+{
+    const auto server = RunServer();
+    const RawSocket client = RawSocket::ConnectedTo(Path());
+
+    // The server has seen half of the topic when the loop stops for longer than its patience.
+    EXPECT_TRUE(client.Send(c_connect.substr(0, 5)));
+    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
+    EXPECT_TRUE(client.Send(c_connect.substr(5) + c_executeA));
+
+    ServeWhile([&] { EXPECT_THAT(m_received.Await(2), ElementsAre(L"served", L"a")); });
+}
+
+TEST_F(IPCServerLimitsTest, TakesNoMemoryForAnAnnouncedLength)
+{
+    constexpr int clients = 100;
+    rusage before{};
+    rusage after{};
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        EXPECT_TRUE(IsServed());
+        ::getrusage(RUSAGE_SELF, &before);
+        std::vector<RawSocket> announcing;
+        for (int i = 0; i < clients; ++i) {
+            announcing.push_back(Introduced());
+            EXPECT_TRUE(announcing.back().Send("\x01\x01\0\0\0\x04"s + std::string(100, 'x')));
+        }
+        EXPECT_TRUE(IsServed());
+        ::getrusage(RUSAGE_SELF, &after);
+    });
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100 * 1024) << "kilobytes";
+}
+
+TEST_F(IPCServerLimitsTest, LetsClientsWaitAndRestsWithoutDescriptors)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const RawSocket waiting;
+        {
+            const FewDescriptors none(0);
+            EXPECT_EQ(waiting.Connect(Path()), 0);
+            EXPECT_TRUE(waiting.Send(c_connect + c_executeA));
+            const std::clock_t start = std::clock();
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+            EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 2);
+            EXPECT_THAT(m_received.All(), IsEmpty());
+        }
+        EXPECT_THAT(m_received.Await(1), ElementsAre(L"a"));
+    });
+}
+
+TEST_F(IPCServerLimitsTest, DisconnectsTheLongestSilentClientWhenDescriptorsRunOut)
+{
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        const RawSocket first = Introduced();
+        const RawSocket second = Introduced();
+        EXPECT_TRUE(first.Send(c_executeA));
+        m_received.Await(1);
+        {
+            const FewDescriptors oneForTheClient(1);
+            EXPECT_TRUE(IsServed());
+        }
+        EXPECT_TRUE(second.IsClosedByPeer());
+        EXPECT_TRUE(first.Send(c_executeA));
+        EXPECT_THAT(m_received.Await(3), ElementsAre(L"a", L"served", L"a"));
+    });
+}
+
+TEST_F(IPCServerLimitsTest, KeepsMaxSessionsAndDisconnectsTheLongestSilentForMore)
+{
+    const ManyDescriptors descriptors;
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        std::vector<RawSocket> clients;
+        while (clients.size() < IPCServer::c_maxSessions) {
+            clients.push_back(Introduced());
+            EXPECT_TRUE(clients.back().Send(c_executeA));
+            EXPECT_THAT(m_received.Await(clients.size()), SizeIs(clients.size()));
+        }
+
+        EXPECT_TRUE(IsServed());
+
+        EXPECT_TRUE(clients.front().IsClosedByPeer());
+        EXPECT_TRUE(clients[1].Send(c_executeA));
+        EXPECT_THAT(m_received.Await(clients.size() + 2), SizeIs(clients.size() + 2));
+    });
+}
+
+// Sanitizers keep memory that is freed.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(IPCServerLimitsTest, KeepsNoTextAfterDelivery)
+{
+    const std::string characters(std::size_t{36} << 20, 'x');
+    IPCServer server(Service());
+    server.AddListener(MakeListener([&](const auto&) { m_received.Add(L"text"); }));
+    EXPECT_TRUE(server.Run());
+
+    ServeWhile([&] {
+        std::vector<RawSocket> clients;
+        const long before = ResidentMebibytes();
+        while (clients.size() < 6) {
+            clients.push_back(Introduced());
+            EXPECT_TRUE(clients.back().Send("\x01\x01\0\0\x40\x02"s + characters));
+            m_received.Await(clients.size());
+        }
+        EXPECT_LT(ResidentMebibytes() - before, 100);
+    });
+}
+#endif
+
+} // namespace
+} // namespace Toolkit

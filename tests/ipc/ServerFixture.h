@@ -1,0 +1,72 @@
+#pragma once
+
+#include "toolkit/ipc/IPCClient.h"
+#include "toolkit/ipc/IPCServer.h"
+#include "toolkit/threading/FrameworkHold.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "ipc/EventLoop.h"
+#include "ipc/RawSocket.h"
+
+namespace Toolkit::Testing {
+
+/// "Connect" with the topic "t".
+const std::string c_connect("\x0A\x01\0\0\0t", 6);
+/// "Execute" with the text "a".
+const std::string c_executeA("\x01\x01\x08\0\0\0a\0\0\0\0\0\0\0", 14);
+
+/// A server whose texts are kept, and a home directory that is not the user's.
+class ServerFixture : public testing::Test {
+protected:
+    TString<wchar_t> Service() const { return m_directory.File(L"service"); }
+    std::filesystem::path Path() const { return m_directory.Path() / "service"; }
+
+    std::unique_ptr<IPCServer> MakeServer() { return MakeServer(Service()); }
+    std::unique_ptr<IPCServer> MakeServer(const TString<wchar_t>& service)
+    {
+        auto server = std::make_unique<IPCServer>(service);
+        server->AddListener(Keep(m_received));
+        return server;
+    }
+
+    std::unique_ptr<IPCServer> RunServer()
+    {
+        std::unique_ptr<IPCServer> server = MakeServer();
+        EXPECT_TRUE(server->Run());
+        return server;
+    }
+
+    /// A client that has sent its topic and been answered.
+    RawSocket Introduced() const
+    {
+        RawSocket client = RawSocket::ConnectedTo(Path());
+        EXPECT_TRUE(client.Send(c_connect));
+        EXPECT_EQ(client.Receive(1), "\x0A");
+        return client;
+    }
+
+    bool IsServed()
+    {
+        const std::size_t before = m_received.All().size();
+        return IPCClient::Connect(Service(), L"served") &&
+               m_received.Await(before + 1).back() == L"served";
+    }
+
+    bool IsSocket() const { return std::filesystem::is_socket(Path()); }
+
+    const TempDir m_directory;
+    const TempDir m_homeDirectory;
+    const ScopedEnvironment m_home{"HOME", m_homeDirectory.Path()};
+    const FrameworkHold m_framework;
+    ReceivedTexts m_received;
+};
+
+} // namespace Toolkit::Testing
