@@ -76,3 +76,31 @@ if(BUILD_SHARED_LIBS)
                          "TOOLKIT_TEST_PLUG_INS=${plug_ins}"
     )
 endif()
+
+# Every way in which a process can end, with everything that can be alive then.
+if(BUILD_SHARED_LIBS)
+    toolkit_test(module/ProcessEndTest.cpp)
+    toolkit_test_program(
+        ProcessEndTest TOOLKIT_TEST_PROCESS_END_PROGRAM module/ProcessEndProgram.cpp
+    )
+    target_sources(ProcessEndProgram PRIVATE module/ProcessEndScene.cpp)
+    add_executable(ProcessEndStranger module/ProcessEndStranger.cpp)
+    target_link_libraries(ProcessEndStranger PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})
+    add_dependencies(ProcessEndTest ProcessEndStranger)
+    set(plug_ins "")
+    foreach(standard IN ITEMS 17 20)
+        set(plug_in ProcessEndPlugIn${standard})
+        add_library(${plug_in} MODULE module/ProcessEndScene.cpp)
+        set_target_properties(${plug_in} PROPERTIES CXX_VISIBILITY_PRESET hidden)
+        target_link_libraries(${plug_in} PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
+        target_compile_options(${plug_in} PRIVATE -std=c++${standard})
+        add_dependencies(ProcessEndTest ${plug_in})
+        list(APPEND plug_ins "\"$<TARGET_FILE:${plug_in}>\"")
+    endforeach()
+    list(JOIN plug_ins "," plug_ins)
+    target_compile_definitions(
+        ProcessEndTest
+        PRIVATE TOOLKIT_TEST_PROCESS_END_STRANGER="$<TARGET_FILE:ProcessEndStranger>"
+                "TOOLKIT_TEST_PROCESS_END_PLUG_INS=${plug_ins}"
+    )
+endif()

@@ -7,7 +7,9 @@
 #include <wx/app.h>
 #include <wx/init.h>
 
+#include <memory>
 #include <optional>
+#include <thread>
 
 namespace Toolkit {
 namespace {
@@ -48,6 +50,32 @@ TEST(FrameworkHoldTest, ThreadOutlivesTheRelease)
     LibModuleManager::GetInstance()->Release(true);
     EXPECT_TRUE(FrameworkRuns());
     thread.reset();
+    EXPECT_FALSE(FrameworkRuns());
+}
+
+TEST(FrameworkHoldTest, LetGoOnAnotherThreadTheFrameworkWaitsForTheNextEnd)
+{
+    auto hold = std::make_unique<FrameworkHold>();
+    std::thread([&hold] { hold.reset(); }).join();
+    EXPECT_TRUE(FrameworkRuns());
+
+    hold = std::make_unique<FrameworkHold>();
+    hold.reset();
+    EXPECT_FALSE(FrameworkRuns());
+}
+
+TEST(FrameworkHoldTest, SeveralEndsOnAnotherThreadAreMadeUpFor)
+{
+    auto first = std::make_unique<FrameworkHold>();
+    auto second = std::make_unique<FrameworkHold>();
+    auto third = std::make_unique<FrameworkHold>();
+    std::thread([&] {
+        first.reset();
+        second.reset();
+    }).join();
+    EXPECT_TRUE(FrameworkRuns());
+
+    third.reset();
     EXPECT_FALSE(FrameworkRuns());
 }
 

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <latch>
 #include <memory>
 #include <pthread.h>
@@ -21,8 +22,6 @@ class Worker : public Thread {
 public:
     explicit Worker(std::function<int(Worker&)> work) : m_work(std::move(work)) {}
     ~Worker() override { Wait(); }
-
-    using wxThread::TestDestroy;
 
 private:
     int DoWork() override { return m_work(*this); }
@@ -174,10 +173,10 @@ public:
 private:
     int DoWork() override
     {
-        wxThread* const self = this;
+        Thread* const self = this;
         std::atomic<bool>& done = m_done;
         m_begun.count_down();
-        while (!self->wxThread::TestDestroy()) {
+        while (!self->Thread::TestDestroy()) {
         }
         done = true;
         return 0;
@@ -316,6 +315,204 @@ TEST(ThreadTest, KillNeedsARunningThread)
     worker.Run();
     AwaitEnd(worker);
     EXPECT_EQ(worker.Kill(), wxTHREAD_NOT_RUNNING);
+}
+
+// What a thread answers when it does this to itself.
+template <typename Result>
+Result OnItself(Result (*operation)(Worker&))
+{
+    std::promise<Result> result;
+    Worker worker([&](Worker& self) {
+        result.set_value(operation(self));
+        return 0;
+    });
+    worker.Run();
+    return result.get_future().get();
+}
+
+TEST(ThreadTest, CannotPauseResumeWaitForOrKillItself)
+{
+    testing::internal::CaptureStderr();
+
+    EXPECT_FALSE(OnItself<bool>([](Worker& self) { return self.Pause(); }));
+    EXPECT_FALSE(OnItself<bool>([](Worker& self) { return self.Resume(); }));
+    EXPECT_EQ(OnItself<wxThread::ExitCode>([](Worker& self) { return self.Wait(); }), nullptr);
+    EXPECT_EQ(OnItself<wxThreadError>([](Worker& self) { return self.Kill(); }),
+              wxTHREAD_MISC_ERROR);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(ThreadTest, StartsThroughItsBase)
+{
+    std::promise<unsigned long> id;
+    Worker worker([&id](Worker&) {
+        id.set_value(Thread::GetCurrentId());
+        return 0;
+    });
+    wxThread& base = worker;
+
+    EXPECT_EQ(base.Run(), wxTHREAD_NO_ERROR);
+    EXPECT_FALSE(worker.Run());
+    EXPECT_EQ(id.get_future().get(), worker.GetId());
+}
+
+TEST(ThreadTest, StartedThroughItsBaseItIsNotStartedAgain)
+{
+    std::atomic<int> calls{0};
+    for (int i = 0; i < 100; ++i) {
+        Worker worker([&calls](Worker&) { return ++calls; });
+        wxThread& base = worker;
+        base.Run();
+    }
+    EXPECT_EQ(calls, 100);
+}
+
+TEST(ThreadTest, KilledBeforeItWorkedItIsNotStartedAgain)
+{
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 100; ++i) {
+        Worker worker([](Worker&) {
+            while (true)
+                ::pause();
+            return 0;
+        });
+        wxThread& base = worker;
+        base.Run();
+        EXPECT_EQ(worker.Kill(), wxTHREAD_NO_ERROR);
+        AwaitEnd(worker);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// A thread whose derived class calls the entry point itself.
+class Direct : public Thread {
+public:
+    ~Direct() override { Wait(); }
+    std::intptr_t Call() { return reinterpret_cast<std::intptr_t>(Entry()); }
+
+private:
+    int DoWork() override { return 42; }
+};
+
+TEST(ThreadTest, EntryWorksOnWhateverThreadCallsIt)
+{
+    Direct thread;
+
+    EXPECT_EQ(thread.Call(), 42);
+    EXPECT_EQ(std::async(std::launch::async, [&] { return thread.Call(); }).get(), 42);
+    EXPECT_FALSE(thread.IsRunning());
+    EXPECT_TRUE(thread.Run());
+}
+
+TEST(ThreadTest, TestDestroyOfAnotherThreadDoesNotWait)
+{
+    std::latch release(1);
+    Worker worker([&release](Worker&) {
+        release.wait();
+        return 0;
+    });
+    worker.Run();
+    worker.Pause();
+
+    EXPECT_FALSE(worker.TestDestroy());
+    release.count_down();
+}
+
+TEST(ThreadTest, DeleteEndsAPausedThread)
+{
+    std::latch begun(1);
+    Worker worker([&begun](Worker& self) {
+        begun.count_down();
+        while (!self.TestDestroy()) {
+        }
+        return 42;
+    });
+    worker.Run();
+    begun.wait();
+    worker.Pause();
+
+    wxThread::ExitCode code = nullptr;
+    EXPECT_EQ(worker.Delete(&code), wxTHREAD_NO_ERROR);
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(code), 42);
+}
+
+TEST(ThreadTest, KillEndsAPausedThread)
+{
+    std::latch begun(1);
+    Worker worker([&begun](Worker& self) {
+        begun.count_down();
+        while (!self.TestDestroy()) {
+        }
+        return 0;
+    });
+    worker.Run();
+    begun.wait();
+    worker.Pause();
+
+    EXPECT_EQ(worker.Kill(), wxTHREAD_NO_ERROR);
+    AwaitEnd(worker);
+}
+
+TEST(ThreadTest, PausesAndResumesThroughItsBase)
+{
+    std::latch begun(1);
+    std::atomic<int> rounds{0};
+    Worker worker([&](Worker& self) {
+        begun.count_down();
+        while (!self.TestDestroy())
+            ++rounds;
+        return 0;
+    });
+    wxThread& base = worker;
+    worker.Run();
+    begun.wait();
+
+    EXPECT_EQ(base.Pause(), wxTHREAD_NO_ERROR);
+    EXPECT_TRUE(worker.IsPaused());
+    EXPECT_EQ(base.Resume(), wxTHREAD_NO_ERROR);
+    const int before = rounds;
+    while (rounds == before)
+        Thread::Sleep(1);
+    base.Delete();
+}
+
+TEST(ThreadTest, PausedItDoesNotWork)
+{
+    std::atomic<bool> isPausing{false};
+    std::atomic<int> rounds{0};
+    Worker worker([&](Worker& self) {
+        while (!self.TestDestroy())
+            rounds += isPausing ? 1 : 0;
+        return 0;
+    });
+    worker.Run();
+    EXPECT_TRUE(worker.Pause());
+    Thread::Sleep(50);
+    isPausing = true;
+    Thread::Sleep(50);
+    EXPECT_EQ(rounds, 0);
+    worker.Delete();
+}
+
+TEST(ThreadTest, TheMainThreadIsTheOneThatRunsMain)
+{
+    EXPECT_TRUE(Thread::IsMainThread());
+    EXPECT_FALSE(std::async(std::launch::async, Thread::IsMainThread).get());
+}
+
+// A process of its own, in which nothing has started wxWidgets.
+TEST(ThreadDeathTest, TheMainThreadStaysSoWhenAnotherOneMakesTheFirstThread)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            std::unique_ptr<Worker> worker;
+            std::thread([&worker] { worker = std::make_unique<Worker>(DoNothing); }).join();
+            const bool isMain = Thread::IsMainThread();
+            worker.reset();
+            ::_exit(isMain ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "^$");
 }
 
 TEST(ThreadTest, SleepsAtLeastItsTime)

@@ -28,6 +28,7 @@ FileLock::FileLock(FileDescriptor file)
     const std::lock_guard<std::mutex> guard(s_mutex);
     m_state = Take();
     if (m_state == State::Held) {
+        m_ownFile.Watch(m_file.Get());
         m_next = s_firstHeld;
         s_firstHeld = this;
     }

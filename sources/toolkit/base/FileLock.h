@@ -1,10 +1,12 @@
 #pragma once
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/OwnDescriptor.h"
 
 namespace Toolkit::Base {
 
-/// An advisory lock on an open file. The system gives it up when the process ends, however it ends.
+/// An advisory lock on an open file. The system gives it up when the process ends, however it ends;
+/// a forked child gives it up at the fork, so that it is not held when the parent has ended.
 ///
 /// The lock belongs to the process: all of its objects for one file hold it, until the last of them
 /// is destroyed.
@@ -26,6 +28,7 @@ private:
     bool ShareWithThisProcess();
 
     FileDescriptor m_file;
+    OwnDescriptor m_ownFile;
     FileLock* m_next; // of the locks that this process holds
     State m_state;
 };

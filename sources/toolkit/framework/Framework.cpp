@@ -2,9 +2,26 @@
 
 #include <wx/app.h>
 #include <wx/init.h>
+#include <wx/thread.h>
+
+#include <atomic>
 
 namespace Toolkit::Framework {
 namespace {
+
+// Stops that were asked for on threads other than the one that wxWidgets takes for the main one,
+// and only there it shuts down. The next start or stop makes up for them.
+std::atomic<int> s_owedStops{0};
+
+bool TakeOwed()
+{
+    int owed = s_owedStops;
+    while (owed > 0 && !s_owedStops.compare_exchange_weak(owed, owed - 1)) {
+    }
+    return owed > 0;
+}
+
+} // namespace
 
 // The application object that wxInitialize() makes knows no program arguments. One that the program
 // runs itself has them, or a function that makes it.
@@ -14,16 +31,20 @@ bool ProgramRunsItsOwnApplication()
     return application && (application->argc > 0 || wxAppConsole::GetInitializerFunction());
 }
 
-} // namespace
-
 bool Start()
 {
-    return !ProgramRunsItsOwnApplication() && wxInitialize();
+    return !ProgramRunsItsOwnApplication() && (TakeOwed() || wxInitialize());
 }
 
 void Stop()
 {
+    if (!wxThread::IsMain()) {
+        ++s_owedStops;
+        return;
+    }
     wxUninitialize();
+    while (TakeOwed())
+        wxUninitialize();
 }
 
 } // namespace Toolkit::Framework

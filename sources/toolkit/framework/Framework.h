@@ -7,7 +7,11 @@ namespace Toolkit::Framework {
 /// program that runs an application object of its own: a second start would take that object away.
 bool Start();
 
-/// Undoes one successful start; the last one shuts wxWidgets down.
+/// Undoes one successful start; the last one shuts wxWidgets down. On another thread than the one
+/// that started wxWidgets first, it stays started until that one undoes a start.
 void Stop();
+
+/// Whether the program runs an application object of its own, which has started wxWidgets.
+bool ProgramRunsItsOwnApplication();
 
 } // namespace Toolkit::Framework

@@ -3,6 +3,7 @@
 #include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/TickCount.h"
+#include "toolkit/base/UnloadTask.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/encoding/StringConvert.h"
 #include "toolkit/files/PathManager.h"
@@ -56,7 +57,9 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
     : ILogger(threshold), m_queue(std::make_unique<LogPieceQueue>()), m_queueLock(false),
       m_dataEvent(new EventObject(true, false)), m_stopEvent(new EventObject(false, false)),
       m_name(name.empty() ? ApplicationName() : name), m_file(std::make_unique<LogFile>()),
-      m_sizeLimitBytes(sizeLimitBytes), m_directory(LogDirectory())
+      m_sizeLimitBytes(sizeLimitBytes), m_directory(LogDirectory()),
+      m_atUnload(std::make_unique<Base::UnloadTask>(
+          [](void* logger) { static_cast<FileLogger*>(logger)->EndAtUnload(); }, this))
 {
     Run();
 }
@@ -65,6 +68,20 @@ FileLogger::~FileLogger()
 {
     m_stopEvent->Signal();
     Wait();
+}
+
+// Nobody destroys a logger that another thread holds when the process ends. Others may log on to
+// it, so it gets no more time than an orderly end takes.
+void FileLogger::EndAtUnload()
+{
+    constexpr std::chrono::seconds longestEnd(2);
+
+    if (!IsRunning())
+        return;
+    m_stopEvent->Signal();
+    const auto deadline = std::chrono::steady_clock::now() + longestEnd;
+    while (IsRunning() && std::chrono::steady_clock::now() < deadline)
+        Sleep(c_openRetryMs);
 }
 
 void FileLogger::Write(const TString<wchar_t>& text)

@@ -12,6 +12,9 @@
 
 namespace Toolkit {
 
+namespace Base {
+class UnloadTask;
+}
 class LogFile;
 class LogPieceBlock;
 class LogPieceQueue;
@@ -73,6 +76,7 @@ private:
     void WriteBatch(const LogPieceQueue& batch);
     void WriteBlock(const LogPieceBlock& block);
     void WrapAround();
+    void EndAtUnload();
 
     std::unique_ptr<LogPieceQueue> m_queue TOOLKIT_PT_GUARDED_BY(m_queueLock);
     mutable Mutex m_queueLock;
@@ -83,6 +87,7 @@ private:
     unsigned int m_sizeLimitBytes;
     TString<wchar_t> m_directory;                            // with a separator at its end
     TString<wchar_t> m_path TOOLKIT_GUARDED_BY(m_queueLock); // empty until a file is open
+    std::unique_ptr<Base::UnloadTask> m_atUnload;
 };
 
 } // namespace Toolkit

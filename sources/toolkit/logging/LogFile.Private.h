@@ -2,6 +2,7 @@
 
 #include "toolkit/base/FileDescriptor.h"
 #include "toolkit/base/FileLock.h"
+#include "toolkit/base/OwnDescriptor.h"
 
 #include <cstddef>
 #include <optional>
@@ -41,6 +42,7 @@ private:
     void MoveTo(long long offset, int origin);
 
     Base::FileDescriptor m_file;
+    Base::OwnDescriptor m_ownFile; // what a forked child does is not in the file
     std::optional<Base::FileLock> m_lock;
     bool m_isInUse = false;
     long long m_position = 0;

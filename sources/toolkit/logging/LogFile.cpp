@@ -32,7 +32,9 @@ bool LogFile::Open(const std::string& path)
         m_lock.reset();
         return false;
     }
+    m_ownFile.Forget();
     m_file = std::move(file);
+    m_ownFile.Watch(m_file.Get());
     m_position = 0;
     return true;
 }
@@ -81,6 +83,7 @@ void LogFile::MoveTo(long long offset, int origin)
 void LogFile::Close()
 {
     m_lock.reset();
+    m_ownFile.Forget();
     m_file.Close();
 }
 

@@ -5,9 +5,25 @@
 #include "toolkit/logging/ILogger.h"
 #include "toolkit/logging/NullLogger.h"
 
+#include <memory>
+#include <mutex>
 #include <new>
 
 namespace Toolkit {
+namespace {
+
+// Held while the pointer to the logger is copied or changed, never while a logger is destroyed: a
+// logger that writes what it has until nothing more comes must not get more, so it leaves its place
+// first.
+std::mutex s_lock;
+
+// Read once: other threads may log while the logger is released. libc++ has no std::atomic_ref.
+smart_ptr<ILogger>* Current()
+{
+    return __atomic_load_n(&ILogger::s_pInstance, __ATOMIC_ACQUIRE);
+}
+
+} // namespace
 
 smart_ptr<ILogger>* ILogger::s_pInstance = nullptr;
 
@@ -24,19 +40,23 @@ void ILogger::CreateInstance()
 
 smart_ptr<ILogger> ILogger::GetInstance()
 {
+    const std::lock_guard<std::mutex> guard(s_lock);
     return Base::GetSingleton(s_pInstance);
 }
 
 void ILogger::ReleaseInstance()
 {
-    Base::ReleaseSingleton(s_pInstance);
+    std::unique_ptr<smart_ptr<ILogger>> last;
+    const std::lock_guard<std::mutex> guard(s_lock);
+    last.reset(s_pInstance);
+    __atomic_store_n(&s_pInstance, nullptr, __ATOMIC_RELEASE);
 }
 
 ILogger& ILogger::GetLogger()
 {
-    ILogger* const logger = s_pInstance ? s_pInstance->Get() : nullptr;
-    if (logger)
-        return *logger;
+    const smart_ptr<ILogger>* const current = Current();
+    if (current && current->IsValid())
+        return **current;
     // Never destroyed: what logs while the process ends must find it. Not on the heap, which may
     // have no room.
     alignas(NullLogger) static unsigned char storage[sizeof(NullLogger)];
@@ -48,8 +68,12 @@ void ILogger::SetLogger(smart_ptr<ILogger> logger)
 {
     if (!logger.IsValid())
         logger = Create();
-    if (s_pInstance && logger.IsValid())
-        *s_pInstance = logger;
+    smart_ptr<ILogger> last = smart_ptr<ILogger>::Empty();
+    const std::lock_guard<std::mutex> guard(s_lock);
+    if (!s_pInstance || !logger.IsValid())
+        return;
+    last = *s_pInstance;
+    *s_pInstance = logger;
 }
 
 } // namespace Toolkit

@@ -1,8 +1,11 @@
 #include "toolkit/module/Load.h"
 
+#include "toolkit/base/ThreadEnd.h"
 #include "toolkit/base/TokenizeCommandLine.h"
+#include "toolkit/base/UnloadTask.h"
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/files/PathManager.h"
+#include "toolkit/framework/ThreadData.h"
 #include "toolkit/logging/FileLogger.h"
 #include "toolkit/logging/ILogger.h"
 #include "toolkit/module/LibModuleManager.h"
@@ -32,8 +35,17 @@ ToolkitModule* pToolkitModuleInstance = nullptr;
 // Runs the entry points with the life of the library.
 class LoadSequence {
 public:
-    LoadSequence() { DllToolkitLoad(); }
-    ~LoadSequence() { DllToolkitUnload(); }
+    LoadSequence()
+    {
+        Base::PrepareThreadEnd();
+        Framework::MakeThreadData();
+        DllToolkitLoad();
+    }
+    ~LoadSequence()
+    {
+        DllToolkitUnload();
+        Base::UnloadTask::RunAll();
+    }
 
     LoadSequence(const LoadSequence&) = delete;
     LoadSequence& operator=(const LoadSequence&) = delete;

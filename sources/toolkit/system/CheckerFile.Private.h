@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/OwnDescriptor.h"
 #include "toolkit/core/TString.h"
 
 #include <string>
@@ -30,7 +31,8 @@ private:
     bool RemoveStale();
 
     std::string m_path;
-    Base::FileDescriptor m_file; // open when the file is this object's
+    Base::FileDescriptor m_file;   // open when the file is this object's
+    Base::OwnDescriptor m_ownFile; // which it is not in a forked child
     bool m_isHeldElsewhere = false;
 };
 

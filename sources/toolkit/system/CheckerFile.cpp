@@ -63,6 +63,7 @@ bool CheckerFile::Create()
     m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, ownerOnly);
     if (!m_file.IsOpen())
         return false;
+    m_ownFile.Watch(m_file.Get());
     struct flock range = WholeFile();
     const std::string holder = std::to_string(::getpid());
     ::fcntl(m_file.Get(), F_SETLK, &range);

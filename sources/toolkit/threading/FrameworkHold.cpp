@@ -2,13 +2,15 @@
 
 #include "toolkit/framework/Framework.h"
 
+#include <unistd.h>
+
 namespace Toolkit {
 
-FrameworkHold::FrameworkHold() : m_isHeld(Framework::Start()) {}
+FrameworkHold::FrameworkHold() : m_holder(Framework::Start() ? ::getpid() : 0) {}
 
 FrameworkHold::~FrameworkHold()
 {
-    if (m_isHeld)
+    if (m_holder == ::getpid())
         Framework::Stop();
 }
 

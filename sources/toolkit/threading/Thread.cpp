@@ -1,15 +1,21 @@
 #include "toolkit/threading/Thread.h"
 
+#include "toolkit/base/MainThread.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/core/Assert.h"
+#include "toolkit/framework/Framework.h"
 #include "toolkit/framework/ThreadLogTarget.h"
+#include "toolkit/framework/ThreadRemains.h"
+#include "toolkit/threading/ThreadControl.Private.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace Toolkit {
 
 const unsigned long Thread::UndefinedThread = 0xFFFFFFFF;
 
-Thread::Thread() : wxThread(wxTHREAD_JOINABLE)
+Thread::Thread() : wxThread(wxTHREAD_JOINABLE), m_control(std::make_unique<ThreadControl>())
 {
     constexpr unsigned int defaultStackSize = 0;
     const bool isCreated = wxThread::Create(defaultStackSize) == wxTHREAD_NO_ERROR;
@@ -22,43 +28,69 @@ Thread::~Thread()
 {
     if (m_state == State::Failed)
         return;
+    if (!m_control->IsOfThisProcess() || IsCaller()) {
+        HoldForEver();
+        Framework::DiscardThread(*this);
+        return;
+    }
+    End();
+}
+
+void Thread::End()
+{
     State fresh = State::New;
-    if (m_state.compare_exchange_strong(fresh, State::Dropped)) {
-        // The framework frees a joinable thread that never ran from under this object. Let it run,
-        // with nothing to do.
+    if (!wxThread::IsAlive() && m_state.compare_exchange_strong(fresh, State::Dropped)) {
+        // wxWidgets frees a joinable thread that never ran from under this object. Let it run, with
+        // nothing to do.
         wxThread::Run();
     } else {
-        // The framework's Delete() resumes a paused thread too, but without its lock: a thread that
-        // was just about to pause would stay so for ever.
-        Resume();
         wxThread::Delete();
     }
     // Joins also a thread that has ended; one that was joined before is left alone.
     wxThread::Wait();
 }
 
+// Whether the thread itself calls.
+bool Thread::IsCaller() const
+{
+    return wxThread::This() == this;
+}
+
 bool Thread::Run()
 {
     State fresh = State::New;
-    if (!m_state.compare_exchange_strong(fresh, State::Started))
+    if (!m_control->IsOfThisProcess() || wxThread::IsAlive() ||
+        !m_state.compare_exchange_strong(fresh, State::Started))
         return false;
-    return wxThread::Run() == wxTHREAD_NO_ERROR;
+    if (Base::ResultOr(wxTHREAD_MISC_ERROR, [this] { return wxThread::Run(); }) ==
+        wxTHREAD_NO_ERROR)
+        return true;
+    m_state = State::New;
+    return false;
 }
 
 bool Thread::Pause()
 {
-    return wxThread::IsRunning() && wxThread::Pause() == wxTHREAD_NO_ERROR;
+    return m_control->IsOfThisProcess() && !IsCaller() && wxThread::IsRunning() &&
+           wxThread::Pause() == wxTHREAD_NO_ERROR;
 }
 
 bool Thread::Resume()
 {
-    return wxThread::IsPaused() && wxThread::Resume() == wxTHREAD_NO_ERROR;
+    if (!IsPaused() || IsCaller() || wxThread::Resume() != wxTHREAD_NO_ERROR)
+        return false;
+    m_control->Wake();
+    return true;
 }
 
 wxThreadError Thread::Kill()
 {
-    if (!wxThread::IsAlive())
+    if (!IsRunning())
         return wxTHREAD_NOT_RUNNING;
+    if (IsCaller())
+        return wxTHREAD_MISC_ERROR;
+    // It may have been started as a wxThread, and will not get as far as Entry().
+    m_state = State::Started;
     return wxThread::Kill();
 }
 
@@ -69,17 +101,17 @@ void Thread::Sleep(unsigned int ms)
 
 bool Thread::IsRunning() const
 {
-    return wxThread::IsAlive();
+    return m_control->IsOfThisProcess() && wxThread::IsAlive();
 }
 
 wxThread::ExitCode Thread::Wait()
 {
-    return IsRunning() ? wxThread::Wait() : nullptr;
+    return IsRunning() && !IsCaller() ? wxThread::Wait() : nullptr;
 }
 
 bool Thread::IsPaused() const
 {
-    return wxThread::IsPaused();
+    return m_control->IsOfThisProcess() && wxThread::IsPaused();
 }
 
 unsigned long Thread::GetId() const
@@ -94,17 +126,41 @@ unsigned long Thread::GetCurrentId()
 
 bool Thread::IsMainThread()
 {
-    return wxThread::IsMain();
+    return Framework::ProgramRunsItsOwnApplication() ? wxThread::IsMain() : Base::IsFirstThread();
+}
+
+// The pause of wxThread::TestDestroy() can miss that it ends before it has begun.
+bool Thread::TestDestroy()
+{
+    while (IsCaller() && !m_control->IsCancelled() && wxThread::IsPaused())
+        m_control->AwaitWake();
+    return m_control->IsCancelled();
 }
 
 wxThread::ExitCode Thread::Entry()
 {
-    if (m_state != State::Started)
-        return nullptr;
-    const Framework::ThreadLogTarget target;
-    // The exit codes of the framework are pointers.
+    std::optional<Framework::ThreadLogTarget> target;
+    if (IsCaller()) {
+        // Still fresh, it was started as a wxThread.
+        State fresh = State::New;
+        m_state.compare_exchange_strong(fresh, State::Started);
+        if (m_state == State::Dropped)
+            return nullptr;
+        target.emplace();
+    }
+    // The exit codes of wxWidgets are pointers.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<ExitCode>(static_cast<std::intptr_t>(DoWork()));
+}
+
+void Thread::OnDelete()
+{
+    m_control->Cancel();
+}
+
+void Thread::OnKill()
+{
+    m_control->Cancel();
 }
 
 } // namespace Toolkit

@@ -1,0 +1,87 @@
+#include "toolkit/base/OwnDescriptor.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <mutex>
+#include <pthread.h>
+#include <unistd.h>
+
+namespace Toolkit::Base {
+
+// Those that watch, and what happens to them at a fork.
+struct OwnDescriptors {
+    static std::mutex s_mutex;
+    static OwnDescriptor* s_first; // guarded by s_mutex
+
+    static void Link(OwnDescriptor& own, int descriptor)
+    {
+        own.m_descriptor = descriptor;
+        own.m_previous = nullptr;
+        own.m_next = s_first;
+        if (s_first)
+            s_first->m_previous = &own;
+        s_first = &own;
+    }
+
+    static void Unlink(OwnDescriptor& own)
+    {
+        (own.m_previous ? own.m_previous->m_next : s_first) = own.m_next;
+        if (own.m_next)
+            own.m_next->m_previous = own.m_previous;
+        own.m_descriptor = -1;
+    }
+
+    // Held over the fork, so that the child finds the list whole.
+    static void BeforeFork() { s_mutex.lock(); }
+    static void AfterForkInParent() { s_mutex.unlock(); }
+
+    // Calls only what is safe in the child of a process with several threads.
+    static void AfterForkInChild()
+    {
+        const int error = errno;
+        const int nothing = s_first ? ::open("/dev/null", O_RDWR | O_CLOEXEC) : -1;
+        for (const OwnDescriptor* own = s_first; own; own = own->m_next)
+            Replace(own->m_descriptor, nothing);
+        if (nothing >= 0)
+            ::close(nothing);
+        s_mutex.unlock();
+        errno = error;
+    }
+
+    // Without /dev/null a lock that outlives its process is worse than a number that is used again.
+    static void Replace(int descriptor, int replacement)
+    {
+        if (replacement < 0)
+            ::close(descriptor);
+        else if (::dup2(replacement, descriptor) == descriptor)
+            ::fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+    }
+};
+
+std::mutex OwnDescriptors::s_mutex;
+OwnDescriptor* OwnDescriptors::s_first = nullptr;
+
+void OwnDescriptor::Watch(int descriptor)
+{
+    // When the library is unloaded, the system forgets the handlers.
+    static const int s_isPrepared =
+        ::pthread_atfork(OwnDescriptors::BeforeFork, OwnDescriptors::AfterForkInParent,
+                         OwnDescriptors::AfterForkInChild);
+    static_cast<void>(s_isPrepared);
+
+    Forget();
+    if (descriptor < 0)
+        return;
+    const std::lock_guard<std::mutex> guard(OwnDescriptors::s_mutex);
+    OwnDescriptors::Link(*this, descriptor);
+}
+
+void OwnDescriptor::Forget()
+{
+    if (m_descriptor < 0)
+        return;
+    const std::lock_guard<std::mutex> guard(OwnDescriptors::s_mutex);
+    OwnDescriptors::Unlink(*this);
+}
+
+} // namespace Toolkit::Base

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <atomic>
+#include <semaphore>
+#include <sys/types.h>
+
+namespace Toolkit {
+
+/// What a `Thread` has besides its `wxThread`: the request to end, what wakes it from a pause, and
+/// the process to which it belongs.
+///
+/// Nothing here waits for another thread when it is destroyed. A condition variable would: in a
+/// forked child it waits for threads that the child does not have.
+class ThreadControl {
+public:
+    ThreadControl();
+
+    ThreadControl(const ThreadControl&) = delete;
+    ThreadControl& operator=(const ThreadControl&) = delete;
+
+    /// False in a forked child, which has the objects of its parent without their threads.
+    bool IsOfThisProcess() const;
+
+    /// Asks the thread to end and wakes it.
+    void Cancel();
+    bool IsCancelled() const { return m_isCancelled.load(std::memory_order_acquire); }
+
+    void Wake() { m_wakes.release(); }
+
+    /// Waits for the next `Wake()`, but not for long: a pause can end without one.
+    void AwaitWake();
+
+private:
+    const pid_t m_process;
+    std::atomic<bool> m_isCancelled{false};
+    std::counting_semaphore<> m_wakes{0};
+};
+
+} // namespace Toolkit

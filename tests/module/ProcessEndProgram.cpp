@@ -1,0 +1,144 @@
+// Brings something to life and ends in one of many ways:
+//
+//     ProcessEndProgram seconds how what [plug-in]
+//
+// With a plug-in the scene is set up there, otherwise here. The status is 7. A process that does
+// not end within `seconds` is killed by SIGALRM.
+
+#include "toolkit/files/DynamicLibrary.h"
+#include "toolkit/logging/ILogger.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/module/Load.h"
+#include "toolkit/threading/Thread.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "ProcessEndScene.h"
+
+using namespace Toolkit;
+
+namespace {
+
+constexpr int c_status = 7;
+int s_seconds = 0;
+std::unique_ptr<DynamicLibrary> s_plugIn;
+
+class Ender : public Thread {
+private:
+    int DoWork() override { std::exit(c_status); }
+};
+
+smart_ptr<Thread> s_ender;
+
+// The files of this process with their contents.
+std::map<std::string, std::string> Files()
+{
+    std::map<std::string, std::string> files;
+    for (const char* const directory : {std::getenv("HOME"), std::getenv("TMPDIR")}) {
+        for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+            std::ifstream file(entry.is_regular_file() ? entry.path() : "/dev/null");
+            files[entry.path()] = {std::istreambuf_iterator<char>(file), {}};
+        }
+    }
+    return files;
+}
+
+void Fail(const char* message)
+{
+    std::fprintf(stderr, "%s\n", message);
+    std::_Exit(1);
+}
+
+[[noreturn]] void EndChild()
+{
+    ::alarm(static_cast<unsigned int>(s_seconds));
+    std::exit(c_status);
+}
+
+// The child ends; nothing of that is to be seen here.
+void ForkAndExit()
+{
+    // What was logged is in the file by now.
+    ::sleep(1);
+    const std::map<std::string, std::string> before = Files();
+    const pid_t child = ::fork();
+    if (child == 0)
+        EndChild();
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (WIFSIGNALED(status))
+        Fail("the child was killed");
+    if (WEXITSTATUS(status) != c_status)
+        Fail("the child has another status");
+    if (Files() != before)
+        Fail("the child has changed files");
+}
+
+void SetUp(const char* what, const char* plugIn)
+{
+    LibModuleManager::GetInstance()->Initialize(true);
+    if (!plugIn) {
+        SetUpScene(what);
+        return;
+    }
+    const std::string path = plugIn;
+    s_plugIn = std::make_unique<DynamicLibrary>(std::wstring(path.begin(), path.end()));
+    void* const symbol = s_plugIn->GetSymbol(L"SetUpScene");
+    if (!symbol)
+        Fail("cannot load the plug-in");
+    reinterpret_cast<void (*)(const char*)>(symbol)(what);
+}
+
+int End(const std::string& how)
+{
+    if (how == "release") {
+        LibModuleManager::GetInstance()->Release(true);
+    } else if (how == "exit") {
+        std::exit(c_status);
+    } else if (how == "exit on a thread") {
+        s_ender = new Ender();
+        s_ender->Run();
+        for (;;)
+            ::pause();
+    } else if (how == "dlclose") {
+        s_plugIn.reset();
+    } else if (how == "dlclose and release") {
+        s_plugIn.reset();
+        LibModuleManager::GetInstance()->Release(true);
+    } else if (how == "unload") {
+        DllToolkitUnload();
+    } else if (how == "fork") {
+        ForkAndExit();
+        LibModuleManager::GetInstance()->Release(true);
+    } else if (how == "fork and return") {
+        ForkAndExit();
+    } else if (how == "quick_exit") {
+        ::sleep(1);
+        std::quick_exit(c_status);
+    } else if (how == "SIGTERM") {
+        std::raise(SIGTERM);
+    }
+    return c_status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 4)
+        return 1;
+    s_seconds = std::atoi(argv[1]);
+    ::alarm(static_cast<unsigned int>(s_seconds));
+    SetUp(argv[3], argc > 4 ? argv[4] : nullptr);
+    return End(argv[2]);
+}

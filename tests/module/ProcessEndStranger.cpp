@@ -1,0 +1,35 @@
+// A program that knows nothing of the library: it loads a plug-in, which brings the library with
+// it, and lets go of all of it.
+//
+//     ProcessEndStranger seconds how what plug-in
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int c_status = 7;
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 5)
+        return 1;
+    ::alarm(static_cast<unsigned int>(std::atoi(argv[1])));
+    void* const plugIn = ::dlopen(argv[4], RTLD_NOW | RTLD_LOCAL);
+    void* const start = plugIn ? ::dlsym(plugIn, "StartLibrary") : nullptr;
+    void* const scene = plugIn ? ::dlsym(plugIn, "SetUpScene") : nullptr;
+    if (!start || !scene) {
+        std::fprintf(stderr, "%s\n", ::dlerror());
+        return 1;
+    }
+    reinterpret_cast<void (*)()>(start)();
+    reinterpret_cast<void (*)(const char*)>(scene)(argv[3]);
+    if (std::strcmp(argv[2], "dlclose") == 0)
+        ::dlclose(plugIn);
+    return c_status;
+}

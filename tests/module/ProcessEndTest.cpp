@@ -1,0 +1,228 @@
+#include "support/Soak.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <mutex>
+#include <spawn.h>
+#include <string>
+#include <string_view>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::Covered;
+using Testing::ReadWholeFile;
+using Testing::SoakRounds;
+using Testing::TempDir;
+
+constexpr int c_status = 7;
+constexpr const char* c_seconds = "10";
+constexpr const char* c_program = TOOLKIT_TEST_PROCESS_END_PROGRAM;
+constexpr const char* c_stranger = TOOLKIT_TEST_PROCESS_END_STRANGER;
+
+const std::vector<std::string> c_things = {
+    "process logger",  "static logger", "global logger",    "thread_local logger",
+    "private logger",  "static thread", "global thread",    "thread_local thread",
+    "module's thread", "forwarder",     "leaked forwarder", "server",
+};
+
+// One process: a program, how it ends, what is alive, and the plug-in in which it is.
+struct Case {
+    std::string program;
+    std::string how;
+    std::string what;
+    std::string plugIn; // empty: in the program itself
+
+    std::vector<std::string> Arguments() const
+    {
+        std::vector<std::string> arguments = {program, c_seconds, how, what};
+        if (!plugIn.empty())
+            arguments.push_back(plugIn);
+        return arguments;
+    }
+    std::string Name() const
+    {
+        return how + " with " + what +
+               (plugIn.empty() ? "" : " in " + std::filesystem::path(plugIn).stem().string());
+    }
+    bool Logs() const { return what.find("logger") != std::string::npos; }
+};
+
+// How a process ended and what it left behind.
+struct End {
+    int status; // negative: the signal
+    std::string errors;
+    std::string log;
+    std::vector<std::string> files;
+};
+
+std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory)
+{
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable; ++variable) {
+        const std::string_view text = *variable;
+        if (!text.starts_with("HOME=") && !text.starts_with("TMPDIR="))
+            variables.emplace_back(text);
+    }
+    variables.push_back("HOME=" + (directory / "home").string());
+    variables.push_back("TMPDIR=" + (directory / "tmp").string());
+    return variables;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+int Run(std::vector<std::string> arguments, const std::filesystem::path& directory)
+{
+    std::vector<std::string> variables = EnvironmentIn(directory);
+    const std::filesystem::path output = directory / "output";
+    constexpr int flags = O_WRONLY | O_CREAT | O_APPEND;
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), flags, 0600);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, output.c_str(), flags, 0600);
+    pid_t process = 0;
+    const int error = ::posix_spawnp(&process, arguments.front().c_str(), &actions, nullptr,
+                                     Pointers(arguments).data(), Pointers(variables).data());
+    ::posix_spawn_file_actions_destroy(&actions);
+    int status = 0;
+    if (error != 0 || ::waitpid(process, &status, 0) != process)
+        return -1;
+    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+// Removes the log from the files that were left behind, and the lock file, which stays on purpose.
+void Sort(End& end, const std::filesystem::path& directory)
+{
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
+        const std::string name = entry.path().filename();
+        if (name == "scene.qvlog")
+            end.log = ReadWholeFile(entry.path());
+        else if (!entry.is_directory() && entry.path().extension() != ".lock" && name != "output")
+            end.files.push_back(name);
+    }
+}
+
+End RunIn(std::vector<std::string> arguments)
+{
+    const TempDir directory;
+    std::filesystem::create_directory(directory.Path() / "home");
+    std::filesystem::create_directory(directory.Path() / "tmp");
+    End end{};
+    end.status = Run(std::move(arguments), directory.Path());
+    end.errors = ReadWholeFile(directory.Path() / "output");
+    Sort(end, directory.Path());
+    return end;
+}
+
+std::string WholeText()
+{
+    std::string text;
+    for (int i = 0; i < 100; ++i)
+        text += "line " + std::to_string(i) + "\n";
+    return text;
+}
+
+// Empty when everything is as it should be.
+std::string Fault(const Case& now, const End& end)
+{
+    const bool isTerminated = now.how == "SIGTERM";
+    const bool endsAbruptly = isTerminated || now.how == "quick_exit";
+    const std::string text = WholeText();
+    if (end.status != (isTerminated ? -SIGTERM : c_status))
+        return "status " + std::to_string(end.status) + "; " + end.errors;
+    if (!end.errors.empty())
+        return "prints: " + end.errors;
+    if (now.Logs() && isTerminated &&
+        (!text.starts_with(end.log) || (!end.log.empty() && end.log.back() != '\n')))
+        return "cut text in the file";
+    if (now.Logs() && !isTerminated && end.log != text)
+        return "text of " + std::to_string(end.log.size()) + " bytes in the file";
+    if (!endsAbruptly && !end.files.empty())
+        return "leaves " + end.files.front() + " behind";
+    return "";
+}
+
+// Runs all cases `rounds` times, many at once: most of the time they wait.
+void RunAll(const std::vector<Case>& cases, int rounds)
+{
+    const std::size_t count = cases.size() * static_cast<std::size_t>(rounds);
+    std::atomic<std::size_t> next{0};
+    std::mutex lock;
+    const auto work = [&] {
+        for (std::size_t i = next++; i < count; i = next++) {
+            const Case& now = cases[i % cases.size()];
+            const std::string fault = Fault(now, RunIn(now.Arguments()));
+            const std::lock_guard guard(lock);
+            EXPECT_EQ(fault, "") << now.Name();
+        }
+    };
+    std::vector<std::jthread> workers;
+    for (unsigned int i = 0; i < 4 * std::thread::hardware_concurrency(); ++i)
+        workers.emplace_back(work);
+    workers.clear();
+    Covered(cases.front().how + ": " + std::to_string(cases.size()) + " cases, " +
+            std::to_string(rounds) + " times each");
+}
+
+// Everything that can be alive, in the program and in a plug-in of each language version.
+std::vector<Case> CasesOf(const std::string& how)
+{
+    std::vector<Case> cases;
+    for (const std::string& what : c_things) {
+        if (!how.starts_with("dlclose"))
+            cases.push_back({c_program, how, what, ""});
+        for (const char* const plugIn : {TOOLKIT_TEST_PROCESS_END_PLUG_INS})
+            cases.push_back({c_program, how, what, plugIn});
+    }
+    return cases;
+}
+
+class ProcessEndTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(ProcessEndTest, KeepsStatusTextAndFiles)
+{
+    RunAll(CasesOf(GetParam()), SoakRounds(1, 30));
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest,
+                         testing::Values("release", "return", "exit", "exit on a thread", "dlclose",
+                                         "dlclose and release", "unload", "fork", "fork and return",
+                                         "quick_exit", "SIGTERM"),
+                         [](const auto& way) {
+                             std::string name = way.param;
+                             std::replace(name.begin(), name.end(), ' ', '_');
+                             return name;
+                         });
+
+TEST(ProcessEndOfAStrangerTest, KeepsStatusTextAndFiles)
+{
+    std::vector<Case> cases;
+    for (const std::string& what : c_things) {
+        for (const char* const plugIn : {TOOLKIT_TEST_PROCESS_END_PLUG_INS}) {
+            cases.push_back({c_stranger, "return", what, plugIn});
+            cases.push_back({c_stranger, "dlclose", what, plugIn});
+        }
+    }
+    RunAll(cases, SoakRounds(1, 30));
+}
+
+} // namespace
+} // namespace Toolkit
