@@ -519,21 +519,46 @@ TEST_F(TextFileTest, FileForWhichTheMemoryDoesNotSufficeCannotBeOpened)
     EXPECT_TRUE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, LineForWhichTheMemoryDoesNotSufficeIsEmptyOrNotWritten)
+TEST_F(TextFileTest, ALineThatDoesNotFitIntoMemoryLeavesTheCursorWhereItWas)
 {
-    const std::string bytes = std::string(1000000, 'x') + "\nshort\n";
-    Open(bytes);
-    const TString<wchar_t> longLine = m_file.GetFirstLine();
+    Open("short\n" + std::string(1000000, 'x') + "\nlast\n");
+    m_file.GetFirstLine();
     {
         const AllocationLimit limit(100000);
-        EXPECT_EQ(m_file.GetFirstLine(), L"");
-        EXPECT_EQ(m_file.GetNextLine(), L"short");
-        m_file.AddLine(longLine);
-        EXPECT_FALSE(m_file.Write());
+        EXPECT_THROW(m_file.GetNextLine(), std::bad_alloc);
     }
 
-    EXPECT_EQ(Contents(), bytes);
-    EXPECT_TRUE(m_file.GetFirstLine() == longLine);
+    EXPECT_EQ(m_file.GetNextLine().size(), 1000000u);
+    EXPECT_EQ(m_file.GetNextLine(), L"last");
+}
+
+TEST_F(TextFileTest, WritesNothingAfterALineWasLost)
+{
+    Open("first\n");
+    const TString<wchar_t> longLine(std::wstring(1000000, L'x'));
+    {
+        const AllocationLimit limit(100000);
+        m_file.AddLine(longLine);
+    }
+    m_file.AddLine(L"last");
+
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_EQ(Contents(), "first\n");
+}
+
+TEST_F(TextFileTest, WritesAgainOnceAFileWasOpenedAnew)
+{
+    Open("first\n");
+    const TString<wchar_t> longLine(std::wstring(1000000, L'x'));
+    {
+        const AllocationLimit limit(100000);
+        m_file.AddLine(longLine);
+    }
+    Open("second\n");
+    m_file.AddLine(L"last");
+
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_EQ(Contents(), "second\nlast\n");
 }
 
 TEST_F(TextFileTest, FailuresAreSilent)

@@ -1,11 +1,11 @@
 #include "toolkit/config/CmdLineParser.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/TokenizeCommandLine.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
-#include <new>
 #include <type_traits>
 
 namespace Toolkit {
@@ -50,40 +50,55 @@ CmdLineParser::CmdLineParser(const TString<char>& commandLine)
 
 template <typename Char>
 void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
-try {
-    for (int i = 0; argv && i < argc && argv[i]; ++i) {
-        if constexpr (std::is_same_v<Char, char>)
-            m_tokens.push_back(Base::DecodeUtf8(argv[i]));
-        else
-            m_tokens.emplace_back(argv[i]);
-    }
-} catch (const std::bad_alloc&) {
+{
+    const bool areTaken = Base::Completes([&] {
+        for (int i = 0; argv && i < argc && argv[i]; ++i) {
+            if constexpr (std::is_same_v<Char, char>)
+                m_tokens.push_back(Base::DecodeUtf8(argv[i]));
+            else
+                m_tokens.emplace_back(argv[i]);
+        }
+    });
     // Rather none than some of them.
-    m_tokens.clear();
+    if (!areTaken)
+        m_tokens.clear();
 }
 
 bool CmdLineParser::AddOption(smart_ptr<CmdLineOption> option)
-try {
-    return option.IsValid() && m_options.emplace(option->GetName(), option).second;
-} catch (const std::bad_alloc&) {
-    return false;
+{
+    return option.IsValid() && Base::ResultOr(false, [&] {
+               return m_options.emplace(option->GetName(), option).second;
+           });
 }
 
 void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)
-try {
-    const auto found = Base::TokenizeCommandLine(line, c_strSeparators, c_strDelimiters.front());
+{
     // Not assigned in place: the line may be one of the old tokens.
     std::vector<TString<wchar_t>> copies;
-    copies.reserve(found.size());
-    for (const std::wstring_view token : found)
-        copies.emplace_back(std::wstring(token));
+    const bool areCopied = Base::Completes([&] {
+        const auto found =
+            Base::TokenizeCommandLine(line, c_strSeparators, c_strDelimiters.front());
+        copies.reserve(found.size());
+        for (const std::wstring_view token : found)
+            copies.emplace_back(std::wstring(token));
+    });
+    // Rather none than some of them.
+    if (!areCopied)
+        copies.clear();
     tokens.swap(copies);
-} catch (const std::bad_alloc&) {
-    tokens.clear();
 }
 
 bool CmdLineParser::Parse()
-try {
+{
+    if (!Base::Completes([this] { StoreValues(); }))
+        return false;
+    return std::all_of(m_options.begin(), m_options.end(), [](const auto& entry) {
+        return entry.second->IsDefined() || !entry.second->IsRequired();
+    });
+}
+
+void CmdLineParser::StoreValues()
+{
     CmdLineOption* current = nullptr;
     for (const TString<wchar_t>& token : m_tokens) {
         if (token.find(c_strIdentifiers) == 0) {
@@ -95,11 +110,6 @@ try {
             current = nullptr;
         }
     }
-    return std::all_of(m_options.begin(), m_options.end(), [](const auto& entry) {
-        return entry.second->IsDefined() || !entry.second->IsRequired();
-    });
-} catch (const std::bad_alloc&) {
-    return false;
 }
 
 CmdLineOption* CmdLineParser::FindOption(const TString<wchar_t>& name) const

@@ -10,6 +10,9 @@
 namespace Toolkit {
 
 /// An option that an application knows, such as "-file", and what the command line said of it.
+///
+/// When out of memory the constructor and SetValue() let std::bad_alloc out, with everything as it
+/// was.
 class TOOLKIT_API CmdLineOption {
 public:
     /// `name` comes without its dash and is folded to lower case. Parsing fails when a `required`
@@ -82,6 +85,7 @@ public:
 private:
     template <typename Char>
     void TakeArguments(int argc, const Char* const* argv);
+    void StoreValues();
     CmdLineOption* FindOption(const TString<wchar_t>& name) const;
 
     std::map<TString<wchar_t>, smart_ptr<CmdLineOption>> m_options;

@@ -1,12 +1,12 @@
 #include "toolkit/config/IniFile.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
+#include "toolkit/framework/Text.h"
 #include "toolkit/framework/TextFileLines.h"
 #include "toolkit/logging/Log.h"
 
 #include <algorithm>
-#include <exception>
-#include <new>
 
 namespace Toolkit {
 namespace {
@@ -28,14 +28,6 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
     return std::wstring(begin, end);
 }
 
-// As a `TextFile` does, which would take a line for empty that finds no memory.
-bool Load(Framework::TextFileLines& file, const TString<wchar_t>& name)
-try {
-    return file.Load(Base::EncodeUtf8(name));
-} catch (const std::exception&) {
-    return false;
-}
-
 } // namespace
 
 IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
@@ -44,29 +36,25 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 }
 
 bool IniFile::Parse(const TString<wchar_t>& path)
-try {
-    // A file may be named by a value of the one before, which goes here.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
-    const TString<wchar_t> name(path);
-    m_sections.clear();
+{
+    // Kept to the end: `path` may be one of the values.
+    NameMap<KeyMap> before;
+    before.swap(m_sections);
 
     Framework::TextFileLines file;
-    if (!Load(file, name)) {
+    if (!Base::ResultOr(false, [&] { return file.Load(Base::EncodeUtf8(path)); })) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_openFailureLine)
-            << L"Unable to open file : " << name << ILogger::c_strLogToken3;
+            << L"Unable to open file : " << path << ILogger::c_strLogToken3;
         return false;
     }
-
-    KeyMap* section = nullptr;
-    TString<wchar_t> line;
-    for (std::size_t i = 0; i < file.GetLineCount(); ++i) {
-        line.assign(file.GetLine(i).wx_str(), file.GetLine(i).length());
-        section = ParseLine(line, section);
-    }
-    return true;
-} catch (const std::exception&) {
-    m_sections.clear();
-    return false;
+    const bool isRead = Base::Completes([&] {
+        KeyMap* section = nullptr;
+        for (std::size_t i = 0; i < file.GetLineCount(); ++i)
+            section = ParseLine(Framework::ToText(file.GetLine(i)), section);
+    });
+    if (!isRead)
+        m_sections.clear();
+    return isRead;
 }
 
 // Returns the section that the lines after this one belong to; null above the first header.
@@ -153,18 +141,20 @@ bool IniFile::GetBool(const TString<wchar_t>& section, const TString<wchar_t>& k
 }
 
 void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const
-try {
+{
     // Before the list is emptied: the section's name may come from it.
     const KeyMap* const found = Find(m_sections, section);
     keys.clear();
     if (!found)
         return;
-    keys.reserve(found->size());
-    for (const auto& entry : *found)
-        keys.push_back(entry.first);
-} catch (const std::bad_alloc&) {
+    const bool isListed = Base::Completes([&] {
+        keys.reserve(found->size());
+        for (const auto& entry : *found)
+            keys.push_back(entry.first);
+    });
     // Rather none than some of them.
-    keys.clear();
+    if (!isListed)
+        keys.clear();
 }
 
 } // namespace Toolkit

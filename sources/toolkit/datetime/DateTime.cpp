@@ -1,5 +1,6 @@
 #include "toolkit/datetime/DateTime.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
 #include "toolkit/datetime/IsoText.Private.h"
@@ -11,7 +12,6 @@
 
 #include <cstdint>
 #include <ctime>
-#include <exception>
 #include <limits>
 
 namespace Toolkit {
@@ -94,165 +94,220 @@ LocaleText::DayHalves DayHalvesOfLocale()
     return {Framework::ToText(morning), Framework::ToText(afternoon)};
 }
 
+// False without the user's pattern.
+bool AppendDate(TString<wchar_t>& out, const CalendarTime& time)
+{
+    TString<wchar_t> pattern;
+    if (!Locales::GetCurrentDateFormat(pattern))
+        return false;
+    out += LocaleText::FormatDate(pattern, time);
+    return true;
+}
+
+// False without the user's pattern.
+bool AppendTime(TString<wchar_t>& out, const CalendarTime& time)
+{
+    TString<wchar_t> pattern;
+    if (!Locales::GetCurrentDateFormat(pattern))
+        return false;
+    out += LocaleText::FormatTime(pattern, time, DayHalvesOfLocale);
+    return true;
+}
+
+// Null, which counts as an invalid date, when there is no memory.
+std::unique_ptr<wxDateTime> Make(const wxDateTime& value)
+{
+    return Base::ResultOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
+}
+
+// Calls `append` with `out` emptied. The text stays empty when that fails, or runs out of memory.
+template <typename Char, typename Append>
+void MakeText(TString<Char>& out, Append append)
+{
+    out.clear();
+    if (!Base::ResultOr(false, append))
+        out.clear();
+}
+
 } // namespace
 
-DateTime::DateTime() : m_value(std::make_unique<wxDateTime>())
-{
-    Now();
-}
+DateTime::DateTime() : m_value(Make(FromSeconds(std::time(nullptr)))) {}
 
 DateTime::DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
                    unsigned int minute, unsigned int second)
-    : m_value(std::make_unique<wxDateTime>(
-          FromLocal(MakeFields(year, month, day, hour, minute, second))))
+    : m_value(Make(FromLocal(MakeFields(year, month, day, hour, minute, second))))
 {
 }
 
 DateTime::DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
                    unsigned int minute, unsigned int second, int zoneHours)
-    : m_value(std::make_unique<wxDateTime>(
+    : m_value(Make(
           FromUtc(MakeFields(year, month, day, hour, minute, second), zoneHours * c_msPerHour)))
 {
 }
 
-DateTime::DateTime(const DateTime& other) : m_value(std::make_unique<wxDateTime>(*other.m_value)) {}
+DateTime::DateTime(const DateTime& other) : m_value(Make(other.Value())) {}
 
 DateTime& DateTime::operator=(const DateTime& other)
 {
-    m_value = std::make_unique<wxDateTime>(*other.m_value);
+    Set(other.Value());
     return *this;
 }
 
 DateTime::~DateTime() = default;
 
+// An invalid date when there was no memory for one.
+const wxDateTime& DateTime::Value() const
+{
+    return m_value ? *m_value : wxDefaultDateTime;
+}
+
+void DateTime::Set(const wxDateTime& value)
+{
+    if (m_value)
+        *m_value = value;
+    else
+        m_value = Make(value);
+}
+
 void DateTime::Now()
 {
-    *m_value = FromSeconds(std::time(nullptr));
+    Set(FromSeconds(std::time(nullptr)));
 }
 
 unsigned int DateTime::GetYear() const
 {
-    return static_cast<unsigned int>(FieldsOf(*m_value, false).year);
+    return static_cast<unsigned int>(FieldsOf(Value(), false).year);
 }
 
 unsigned int DateTime::GetMonth() const
 {
-    return static_cast<unsigned int>(FieldsOf(*m_value, false).month);
+    return static_cast<unsigned int>(FieldsOf(Value(), false).month);
 }
 
 unsigned int DateTime::GetDay() const
 {
-    return static_cast<unsigned int>(FieldsOf(*m_value, false).day);
+    return static_cast<unsigned int>(FieldsOf(Value(), false).day);
 }
 
 unsigned int DateTime::GetHour() const
 {
-    return static_cast<unsigned int>(FieldsOf(*m_value, false).hour);
+    return static_cast<unsigned int>(FieldsOf(Value(), false).hour);
 }
 
 unsigned int DateTime::GetMinute() const
 {
-    return static_cast<unsigned int>(FieldsOf(*m_value, false).minute);
+    return static_cast<unsigned int>(FieldsOf(Value(), false).minute);
 }
 
 unsigned int DateTime::GetSecond() const
 {
-    return static_cast<unsigned int>(FieldsOf(*m_value, false).second);
+    return static_cast<unsigned int>(FieldsOf(Value(), false).second);
 }
 
 bool DateTime::IsValid() const
 {
-    return m_value->IsValid();
+    return Value().IsValid();
 }
 
 DateTime& DateTime::MakeToUTC()
 {
     if (IsValid())
-        *m_value = FromMs(SecondsOfLocal(FieldsOf(*m_value, true)) * c_msPerSecond +
-                          (MsOf(*m_value) - SecondsOf(*m_value) * c_msPerSecond));
+        Set(FromMs(SecondsOfLocal(FieldsOf(Value(), true)) * c_msPerSecond +
+                   (MsOf(Value()) - SecondsOf(Value()) * c_msPerSecond)));
     return *this;
 }
 
 DateTime& DateTime::MakeFromUTC()
 {
     if (IsValid())
-        *m_value = FromMs(SecondsOfUtc(FieldsOf(*m_value, false)) * c_msPerSecond +
-                          (MsOf(*m_value) - SecondsOf(*m_value) * c_msPerSecond));
+        Set(FromMs(SecondsOfUtc(FieldsOf(Value(), false)) * c_msPerSecond +
+                   (MsOf(Value()) - SecondsOf(Value()) * c_msPerSecond)));
     return *this;
 }
 
 void DateTime::GetIsoDate(TString<wchar_t>& out, bool utc) const
 {
-    out.clear();
-    IsoText::AppendDate(out, FieldsOf(*m_value, utc));
+    MakeText(out, [&] {
+        IsoText::AppendDate(out, FieldsOf(Value(), utc));
+        return true;
+    });
 }
 
 void DateTime::GetIsoTime(TString<wchar_t>& out, bool utc) const
 {
-    out.clear();
-    IsoText::AppendTime(out, FieldsOf(*m_value, utc));
-    if (utc)
-        out += L" Z";
+    MakeText(out, [&] {
+        IsoText::AppendTime(out, FieldsOf(Value(), utc));
+        if (utc)
+            out += L" Z";
+        return true;
+    });
 }
 
 void DateTime::GetIsoString(TString<wchar_t>& out, bool utc) const
 {
-    const CalendarTime fields = FieldsOf(*m_value, utc);
-    out.clear();
-    IsoText::AppendDate(out, fields);
-    out.push_back(L' ');
-    IsoText::AppendTime(out, fields);
-    if (utc)
-        out += L" Z";
+    MakeText(out, [&] {
+        const CalendarTime fields = FieldsOf(Value(), utc);
+        IsoText::AppendDate(out, fields);
+        out.push_back(L' ');
+        IsoText::AppendTime(out, fields);
+        if (utc)
+            out += L" Z";
+        return true;
+    });
 }
 
 void DateTime::GetIsoString(TString<char>& out, bool utc) const
 {
-    TString<wchar_t> text;
-    GetIsoString(text, utc);
-    out = Base::EncodeUtf8(text);
+    MakeText(out, [&] {
+        TString<wchar_t> text;
+        GetIsoString(text, utc);
+        out = Base::EncodeUtf8(text);
+        return true;
+    });
 }
 
 bool DateTime::ParseIsoString(const TString<wchar_t>& text)
 {
     const IsoText::Parsed parsed = IsoText::Parse(text);
-    *m_value = parsed.isUtc ? FromUtc(parsed.time, 0) : FromLocal(parsed.time);
+    Set(parsed.isUtc ? FromUtc(parsed.time, 0) : FromLocal(parsed.time));
     return IsValid();
 }
 
 bool DateTime::ParseIsoString(const TString<char>& text)
-try {
-    return ParseIsoString(Base::DecodeUtf8(text));
-} catch (const std::exception&) {
-    *m_value = wxDateTime();
+{
+    if (Base::ResultOr(false, [&] { return ParseIsoString(Base::DecodeUtf8(text)); }))
+        return true;
+    Set(wxDateTime());
     return false;
 }
 
 void DateTime::GetDate(TString<wchar_t>& out) const
 {
-    if (Locales::GetCurrentDateFormat(out) && !out.empty())
-        out = LocaleText::FormatDate(out, FieldsOf(*m_value, false));
+    MakeText(out, [&] { return AppendDate(out, FieldsOf(Value(), false)); });
 }
 
 void DateTime::GetTime(TString<wchar_t>& out) const
 {
-    if (Locales::GetCurrentDateFormat(out) && !out.empty())
-        out = LocaleText::FormatTime(out, FieldsOf(*m_value, false), DayHalvesOfLocale);
+    MakeText(out, [&] { return AppendTime(out, FieldsOf(Value(), false)); });
 }
 
 void DateTime::GetString(TString<wchar_t>& out) const
 {
-    TString<wchar_t> time;
-    GetDate(out);
-    GetTime(time);
-    out += L" " + time;
+    MakeText(out, [&] {
+        const CalendarTime fields = FieldsOf(Value(), false);
+        if (!AppendDate(out, fields))
+            return false;
+        out.push_back(L' ');
+        return AppendTime(out, fields);
+    });
 }
 
 void DateTime::GetRelativeStringFromNow(TString<wchar_t>& out) const
 {
-    const DateTime now;
-    const bool isToday =
-        now.GetYear() == GetYear() && now.GetMonth() == GetMonth() && now.GetDay() == GetDay();
+    const CalendarTime now = FieldsOf(FromSeconds(std::time(nullptr)), false);
+    const CalendarTime then = FieldsOf(Value(), false);
+    const bool isToday = now.year == then.year && now.month == then.month && now.day == then.day;
     if (isToday)
         GetTime(out);
     else
@@ -261,14 +316,14 @@ void DateTime::GetRelativeStringFromNow(TString<wchar_t>& out) const
 
 TString<wchar_t> DateTime::IntToUString(int value, int width) const
 {
-    return LocaleText::PaddedNumber(value, width);
+    return Base::ResultOr({}, [=] { return LocaleText::PaddedNumber(value, width); });
 }
 
 DateTime& DateTime::Add(unsigned int hours, unsigned int minutes, unsigned int seconds)
 {
     const long long span = hours * c_msPerHour + minutes * c_msPerMinute + seconds * c_msPerSecond;
     if (IsValid())
-        *m_value = MsOf(*m_value) > c_lastMs - span ? wxDateTime() : FromMs(MsOf(*m_value) + span);
+        Set(MsOf(Value()) > c_lastMs - span ? wxDateTime() : FromMs(MsOf(Value()) + span));
     return *this;
 }
 
@@ -289,10 +344,10 @@ DateTime& DateTime::AddSpan(long long months, long long days)
 {
     if (!IsValid())
         return *this;
-    const long long ms = MsOf(*m_value) - SecondsOf(*m_value) * c_msPerSecond;
-    CalendarTime fields = FieldsOf(*m_value, false);
-    *m_value = MoveDate(fields, months, days) ? FromMs(SecondsOfLocal(fields) * c_msPerSecond + ms)
-                                              : wxDateTime();
+    const long long ms = MsOf(Value()) - SecondsOf(Value()) * c_msPerSecond;
+    CalendarTime fields = FieldsOf(Value(), false);
+    Set(MoveDate(fields, months, days) ? FromMs(SecondsOfLocal(fields) * c_msPerSecond + ms)
+                                       : wxDateTime());
     return *this;
 }
 
@@ -300,7 +355,7 @@ long long DateTime::MsLaterThan(const smart_ptr<DateTime>& other) const
 {
     if (!other.IsValid() || !other->IsValid() || !IsValid())
         return 0;
-    return MsOf(*m_value) - MsOf(*other->m_value);
+    return MsOf(Value()) - MsOf(other->Value());
 }
 
 int DateTime::GetTotalHours(const smart_ptr<DateTime>& other) const
@@ -320,7 +375,7 @@ long DateTime::GetTotalSecondes(const smart_ptr<DateTime>& other) const
 
 bool DateTime::operator==(const DateTime& other) const
 {
-    return MsOf(*m_value) == MsOf(*other.m_value);
+    return MsOf(Value()) == MsOf(other.Value());
 }
 
 bool DateTime::operator!=(const DateTime& other) const
@@ -330,7 +385,7 @@ bool DateTime::operator!=(const DateTime& other) const
 
 bool DateTime::operator<(const DateTime& other) const
 {
-    return MsOf(*m_value) < MsOf(*other.m_value);
+    return MsOf(Value()) < MsOf(other.Value());
 }
 
 bool DateTime::operator>(const DateTime& other) const

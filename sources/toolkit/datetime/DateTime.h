@@ -13,7 +13,8 @@ namespace Toolkit {
 /// A moment, read and written in the local time zone.
 ///
 /// A date made of fields that are out of range is invalid: its fields read 0 and operations leave
-/// it as it is. One object is used by one thread at a time. Nothing is thrown or logged.
+/// it as it is. One object is used by one thread at a time. Nothing is thrown or logged. When out
+/// of memory a text is empty, and a date that is made is invalid.
 class TOOLKIT_API DateTime {
 public:
     /// The current moment.
@@ -95,6 +96,8 @@ public:
     bool operator>=(const DateTime& other) const;
 
 private:
+    const wxDateTime& Value() const;
+    void Set(const wxDateTime& value);
     DateTime& AddSpan(long long months, long long days);
     long long MsLaterThan(const smart_ptr<DateTime>& other) const;
 

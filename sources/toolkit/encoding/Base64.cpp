@@ -1,5 +1,6 @@
 #include "toolkit/encoding/Base64.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/encoding/Base64Codec.Private.h"
 #include "toolkit/encoding/UTF8.h"
 
@@ -9,7 +10,6 @@
 #include <cwchar>
 #include <limits>
 #include <memory>
-#include <new>
 #include <string>
 
 namespace {
@@ -25,10 +25,9 @@ bool IsEncodable(unsigned int length)
 // Null when there is no memory. The operator of the standard library that does not throw calls the
 // one that does.
 unsigned char* Allocate(int size)
-try {
-    return new unsigned char[static_cast<std::size_t>(size)];
-} catch (const std::bad_alloc&) {
-    return nullptr;
+{
+    return Toolkit::Base::ResultOr(
+        nullptr, [size] { return new unsigned char[static_cast<std::size_t>(size)]; });
 }
 
 } // namespace
@@ -142,23 +141,19 @@ void Decode(const std::string& code, Bytes& bytes)
 } // namespace
 
 TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
-try {
+{
     if (!bytes.IsValid() || !IsEncodable(bytes->m_size))
         return {};
-    return Encode(bytes->m_data, bytes->m_size);
-} catch (const std::bad_alloc&) {
-    return {};
+    return Base::ResultOr({},
+                          [&] { return TString<wchar_t>(Encode(bytes->m_data, bytes->m_size)); });
 }
 
 smart_ptr<Bytes> B64::ToB64(const TString<wchar_t>& text)
 {
-    smart_ptr<Bytes> bytes(new Bytes);
-    try {
-        if (!DecodeShort(text, *bytes))
-            Decode(UTF8::ToUTF8(text), *bytes);
-    } catch (const std::bad_alloc&) {
-        // An empty buffer is what a text gives that has no bytes.
-    }
+    const auto make = [] { return smart_ptr<Bytes>(new Bytes); };
+    const smart_ptr<Bytes> bytes = Base::ResultOr(smart_ptr<Bytes>::Empty(), make);
+    if (bytes.IsValid() && !DecodeShort(text, *bytes))
+        Decode(UTF8::ToUTF8(text), *bytes);
     return bytes;
 }
 

@@ -45,7 +45,8 @@ public:
     static TString<wchar_t> ToUNICODE(const smart_ptr<Bytes>& bytes);
 
     /// The bytes of a Base64 text, by the rules of `b64_encode_binary` for its UTF-8 form up to the
-    /// first null character. Always a buffer, an empty one when there are no bytes.
+    /// first null character. Always a buffer, an empty one when there are no bytes or
+    /// when they do not fit into memory; an empty pointer when there is no memory for the buffer.
     static smart_ptr<Bytes> ToB64(const TString<wchar_t>& text);
 };
 

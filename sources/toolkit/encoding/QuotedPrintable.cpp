@@ -1,10 +1,10 @@
 #include "toolkit/encoding/QuotedPrintable.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/encoding/QuotedPrintableCodec.Private.h"
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
-#include <new>
 #include <string>
 
 const char* const HEX = "0123456789ABCDEF";
@@ -34,37 +34,33 @@ bool QP::HasToBeQP(const TString<char>& text, unsigned int lineLength, unsigned 
 
 bool QP::HasToBeQP(const TString<wchar_t>& text, unsigned int lineLength,
                    unsigned int maxLineLength, bool)
-try {
+{
     return HasToBeQP(UTF8::ToUTF8(text), lineLength, maxLineLength, true);
-} catch (const std::bad_alloc&) {
-    return false;
 }
 
 TString<wchar_t> QP::ToQP(const TString<wchar_t>& text)
-try {
-    return UTF8::ToUNICODE(Encode(text));
-} catch (const std::bad_alloc&) {
-    return {};
+{
+    return Base::ResultOr({}, [&] { return UTF8::ToUNICODE(Encode(text)); });
 }
 
 TString<wchar_t> QP::ToQP(const TString<wchar_t>& text, unsigned int firstLineLength,
                           unsigned int lineLength)
-try {
-    return UTF8::ToUNICODE(
-        QuotedPrintableCodec::WithSoftBreaks(Encode(text), firstLineLength, lineLength));
-} catch (const std::bad_alloc&) {
-    return {};
+{
+    return Base::ResultOr({}, [&] {
+        return UTF8::ToUNICODE(
+            QuotedPrintableCodec::WithSoftBreaks(Encode(text), firstLineLength, lineLength));
+    });
 }
 
 TString<wchar_t> QP::ToUNICODE(const TString<wchar_t>& text)
-try {
-    const TString<char> code = UTF8::ToUTF8(text);
-    TString<char> bytes;
-    bytes.reserve(code.size());
-    QuotedPrintableCodec::AppendDecoded(bytes, code.data(), code.size());
-    return UTF8::ToUNICODE(bytes);
-} catch (const std::bad_alloc&) {
-    return {};
+{
+    return Base::ResultOr({}, [&] {
+        const TString<char> code = UTF8::ToUTF8(text);
+        TString<char> bytes;
+        bytes.reserve(code.size());
+        QuotedPrintableCodec::AppendDecoded(bytes, code.data(), code.size());
+        return UTF8::ToUNICODE(bytes);
+    });
 }
 
 } // namespace Toolkit

@@ -12,7 +12,7 @@ namespace Toolkit {
 ///
 /// Wide text is encoded in UTF-8, up to its first null character, and decoded from it; a text that
 /// has no UTF-8 form, or does not decode to one, gives the empty text. Any thread may call the
-/// operations; nothing is thrown or logged.
+/// operations; nothing is thrown or logged. When out of memory a text is empty.
 class TOOLKIT_API QP {
 public:
     /// Whether `text` must be encoded: since `lineLength` is above `maxLineLength`, since it holds

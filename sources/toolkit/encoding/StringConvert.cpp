@@ -1,9 +1,9 @@
 #include "toolkit/encoding/StringConvert.h"
 
 #include "toolkit/base/Numbers.h"
+#include "toolkit/base/OutOfMemory.h"
 
 #include <algorithm>
-#include <new>
 #include <type_traits>
 
 namespace Toolkit {
@@ -12,23 +12,21 @@ namespace {
 // True in every case: a text without a number is not reported.
 template <typename Char, typename Number>
 bool Parse(const TString<Char>& text, Number& value)
-try {
-    Base::ParseNumber<Char>(text, value);
-    return true;
-} catch (const std::bad_alloc&) {
+{
+    static_cast<void>(Base::Completes([&] { Base::ParseNumber<Char>(text, value); }));
     return true;
 }
 
 // Empty when there is no memory.
 template <typename Char, typename Number>
 TString<Char> ToText(Number value)
-try {
-    if constexpr (std::is_floating_point_v<Number>)
-        return Base::NumberText<Char>(value).String();
-    else
-        return Base::FormatInteger<Char>(value);
-} catch (const std::bad_alloc&) {
-    return {};
+{
+    return Base::ResultOr({}, [value]() -> TString<Char> {
+        if constexpr (std::is_floating_point_v<Number>)
+            return Base::NumberText<Char>(value).String();
+        else
+            return Base::FormatInteger<Char>(value);
+    });
 }
 
 } // namespace
@@ -135,18 +133,18 @@ TString<char> StringConvert::StringFromDouble(double value)
 
 TString<wchar_t> StringConvert::GetCharactersFromRight(const TString<wchar_t>& text,
                                                        unsigned int count)
-try {
-    std::wstring collected;
-    for (auto at = text.rbegin(); at != text.rend() && count > 0; ++at) {
-        if (*at == L' ')
-            continue;
-        collected.push_back(*at);
-        --count;
-    }
-    std::reverse(collected.begin(), collected.end());
-    return collected.c_str();
-} catch (const std::bad_alloc&) {
-    return {};
+{
+    return Base::ResultOr({}, [&] {
+        std::wstring collected;
+        for (auto at = text.rbegin(); at != text.rend() && count > 0; ++at) {
+            if (*at == L' ')
+                continue;
+            collected.push_back(*at);
+            --count;
+        }
+        std::reverse(collected.begin(), collected.end());
+        return TString<wchar_t>(collected.c_str());
+    });
 }
 
 } // namespace Toolkit

@@ -1,9 +1,9 @@
 #include "toolkit/encoding/UTF8.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 
 #include <cstdint>
-#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -24,17 +24,13 @@ std::size_t EncodedLength(const wchar_t* text)
 } // namespace
 
 TString<char> UTF8::ToUTF8(const TString<wchar_t>& text)
-try {
-    return Base::EncodeUtf8(text);
-} catch (const std::exception&) {
-    return {};
+{
+    return Base::ResultOr({}, [&] { return TString<char>(Base::EncodeUtf8(text)); });
 }
 
 TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
-try {
-    return Base::DecodeUtf8(text);
-} catch (const std::exception&) {
-    return {};
+{
+    return Base::ResultOr({}, [&] { return TString<wchar_t>(Base::DecodeUtf8(text)); });
 }
 
 bool UTF8::HasToBeUTF8(const TString<wchar_t>& text)

@@ -1,5 +1,6 @@
 #include "toolkit/files/Directory.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/framework/Text.h"
@@ -7,7 +8,6 @@
 #include <wx/filefn.h>
 
 #include <dirent.h>
-#include <exception>
 #include <filesystem>
 #include <memory>
 #include <string_view>
@@ -59,13 +59,12 @@ bool Matches(const TString<wchar_t>& name, const TString<wchar_t>& fileSpec)
                                            Framework::ToWxString(name), hiddenNeedPoint);
 }
 
-unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
-                  std::vector<TString<wchar_t>>& names)
-try {
-    names.clear();
+void Read(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
+          std::vector<TString<wchar_t>>& names)
+{
     const OpenDirectory directory(::opendir(Base::EncodeUtf8(path).c_str()));
     if (!directory)
-        return 0;
+        return;
     while (const dirent* const entry = ::readdir(directory.get())) {
         if (IsHidden(*entry))
             continue;
@@ -76,11 +75,16 @@ try {
         if (Matches(name, fileSpec))
             names.push_back(std::move(name));
     }
-    return static_cast<unsigned int>(names.size());
-} catch (const std::exception&) {
-    // Rather no names than some of them.
+}
+
+unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
+                  std::vector<TString<wchar_t>>& names)
+{
     names.clear();
-    return 0;
+    // Rather no names than some of them.
+    if (!Base::Completes([&] { Read(path, fileSpec, wanted, names); }))
+        names.clear();
+    return static_cast<unsigned int>(names.size());
 }
 
 TString<wchar_t> ApplicationPath()
@@ -91,7 +95,8 @@ TString<wchar_t> ApplicationPath()
 
 } // namespace
 
-Directory::Directory(const TString<wchar_t>& path) : m_path(path.empty() ? ApplicationPath() : path)
+Directory::Directory(const TString<wchar_t>& path)
+    : m_path(Base::ResultOr({}, [&] { return path.empty() ? ApplicationPath() : path; }))
 {
 }
 
@@ -115,14 +120,12 @@ unsigned int Directory::EnumFilePaths(std::vector<TString<wchar_t>>& names,
 }
 
 bool Directory::Create(const TString<wchar_t>& path)
-try {
-    if (path.empty())
-        return false;
-    std::error_code ignored;
-    std::filesystem::create_directories(std::string(Base::EncodeUtf8(path)), ignored);
-    return Exist(path);
-} catch (const std::exception&) {
-    return false;
+{
+    return !path.empty() && Base::ResultOr(false, [&] {
+        std::error_code ignored;
+        std::filesystem::create_directories(Base::EncodeUtf8(path), ignored);
+        return Exist(path);
+    });
 }
 
 bool Directory::Exist(const TString<wchar_t>& path)
@@ -133,7 +136,7 @@ bool Directory::Exist(const TString<wchar_t>& path)
 bool Directory::RemoveFile(const TString<wchar_t>& path)
 {
     // remove() would take an empty directory too.
-    return ::unlink(Base::EncodeUtf8(path).c_str()) == 0;
+    return Base::ResultOr(false, [&] { return ::unlink(Base::EncodeUtf8(path).c_str()) == 0; });
 }
 
 } // namespace Toolkit

@@ -1,10 +1,11 @@
 #include "toolkit/files/DynamicLibrary.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
-#include "toolkit/files/PathManager.h"
 #include "toolkit/framework/Text.h"
 
 #include <wx/dynlib.h>
+#include <wx/filename.h>
 
 #include <dlfcn.h>
 
@@ -13,11 +14,8 @@ namespace {
 
 TString<wchar_t> WithExtension(const TString<wchar_t>& name)
 {
-    TString<wchar_t> volume;
-    TString<wchar_t> path;
-    TString<wchar_t> bareName;
-    TString<wchar_t> extension;
-    PathManager::SplitPath(name, volume, path, bareName, extension);
+    wxString extension;
+    wxFileName::SplitPath(Framework::ToWxString(name), nullptr, nullptr, &extension);
     if (!extension.empty())
         return name;
     return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_LIBRARY));
@@ -38,15 +36,22 @@ TString<wchar_t> LoaderError()
 
 } // namespace
 
-DynamicLibrary::DynamicLibrary() : m_library(std::make_unique<wxDynamicLibrary>()) {}
-
-DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name)
-    : m_name(name), m_library(std::make_unique<wxDynamicLibrary>())
+DynamicLibrary::DynamicLibrary()
+    : m_library(Base::ResultOr(nullptr, [] { return std::make_unique<wxDynamicLibrary>(); }))
 {
-    if (name.empty())
-        return;
-    // The framework only holds the handle: its own loading reports what is missing, and knows names
-    // in the encoding of the locale alone.
+}
+
+DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name) : DynamicLibrary()
+{
+    if (m_library && !name.empty())
+        static_cast<void>(Base::Completes([&] { Load(name); }));
+}
+
+void DynamicLibrary::Load(const TString<wchar_t>& name)
+{
+    m_name = name;
+    // wxDynamicLibrary only holds the handle: its own loading reports what is missing, and knows
+    // names in the encoding of the locale alone.
     const TString<char> file = Base::EncodeUtf8(WithExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
@@ -58,14 +63,16 @@ DynamicLibrary::~DynamicLibrary() = default;
 
 void* DynamicLibrary::GetSymbol(const TString<wchar_t>& name) const
 {
-    if (!m_library->IsLoaded())
+    if (!m_library || !m_library->IsLoaded())
         return nullptr;
-    return ::dlsym(m_library->GetLibHandle(), Base::EncodeUtf8(name).c_str());
+    return Base::ResultOr(nullptr, [&] {
+        return ::dlsym(m_library->GetLibHandle(), Base::EncodeUtf8(name).c_str());
+    });
 }
 
 void* DynamicLibrary::Detach()
 {
-    return m_library->IsLoaded() ? m_library->Detach() : nullptr;
+    return m_library && m_library->IsLoaded() ? m_library->Detach() : nullptr;
 }
 
 void DynamicLibrary::Unload(void* handle)

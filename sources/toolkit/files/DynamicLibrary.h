@@ -26,7 +26,7 @@ public:
     ~DynamicLibrary();
 
     /// Why the library was not loaded, in the words of the system's loader: "/a/b.so: undefined
-    /// symbol: Draw". Empty when it was, and when the name is empty.
+    /// symbol: Draw". Empty when it was, when the name is empty, and when out of memory.
     const TString<wchar_t>& GetError() const { return m_error; }
 
     /// The address of a symbol; null when there is none.
@@ -40,6 +40,8 @@ public:
     static void Unload(void* handle);
 
 private:
+    void Load(const TString<wchar_t>& name);
+
     TString<wchar_t> m_name;
     std::unique_ptr<wxDynamicLibrary> m_library;
     TString<wchar_t> m_error;

@@ -1,6 +1,7 @@
 #include "toolkit/files/FFile.h"
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 
 #include <wx/ffile.h>
@@ -8,7 +9,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <exception>
 #include <fcntl.h>
 #include <optional>
 #include <sys/stat.h>
@@ -50,7 +50,7 @@ bool Attach(wxFFile& file, Base::FileDescriptor descriptor, const std::string& m
 
 } // namespace
 
-FFile::FFile() : m_file(std::make_unique<wxFFile>()) {}
+FFile::FFile() : m_file(Base::ResultOr(nullptr, [] { return std::make_unique<wxFFile>(); })) {}
 
 FFile::~FFile()
 {
@@ -58,10 +58,18 @@ FFile::~FFile()
 }
 
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
-try {
+{
     Close();
-    const TString<char> modeText = Base::EncodeUtf8(mode);
+    return Base::ResultOr(false, [&] { return OpenClosed(name, mode); });
+}
+
+bool FFile::OpenClosed(const TString<wchar_t>& name, const TString<wchar_t>& mode)
+{
+    const std::string modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
+    // Null when there was no memory for it.
+    if (!m_file)
+        m_file = std::make_unique<wxFFile>();
     if (!flags ||
         !Attach(*m_file, Base::FileDescriptor::Open(Base::EncodeUtf8(name), *flags), modeText))
         return false;
@@ -69,13 +77,11 @@ try {
     // positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
     return !onlyAppends || SeekEnd(0) || errno == ESPIPE;
-} catch (const std::exception&) {
-    return false;
 }
 
 bool FFile::IsOpened() const
 {
-    return m_file->IsOpened();
+    return m_file && m_file->IsOpened();
 }
 
 bool FFile::Read(void* buffer, unsigned int count)
@@ -84,12 +90,13 @@ bool FFile::Read(void* buffer, unsigned int count)
 }
 
 void FFile::Write(const TString<wchar_t>& text)
-try {
-    std::string bytes;
-    if (IsOpened() && Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
-        std::fwrite(bytes.data(), 1, bytes.size(), m_file->fp());
-} catch (const std::exception&) {
-    // Nobody is told what becomes of a text.
+{
+    // Reports no failure, running out of memory included.
+    static_cast<void>(Base::Completes([&] {
+        std::string bytes;
+        if (IsOpened() && Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
+            std::fwrite(bytes.data(), 1, bytes.size(), m_file->fp());
+    }));
 }
 
 bool FFile::Flush()
@@ -146,11 +153,11 @@ bool FFile::SeekTo(long long offset, int origin)
 }
 
 bool FFile::Exists(const TString<wchar_t>& name)
-try {
-    struct stat status {};
-    return ::stat(Base::EncodeUtf8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
-} catch (const std::exception&) {
-    return false;
+{
+    return Base::ResultOr(false, [&] {
+        struct stat status {};
+        return ::stat(Base::EncodeUtf8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    });
 }
 
 } // namespace Toolkit

@@ -1,5 +1,6 @@
 #include "toolkit/files/PathManager.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
@@ -9,19 +10,49 @@
 
 #include <wx/filename.h>
 
-#include <exception>
 #include <filesystem>
 #include <system_error>
 
 namespace Toolkit {
 namespace {
 
+// Reports no failure, running out of memory included.
 void CreateDirectories(const TString<wchar_t>& path)
-try {
+{
     std::error_code ignored;
-    std::filesystem::create_directories(std::string(Base::EncodeUtf8(path)), ignored);
-} catch (const std::exception&) {
-    // Nobody is told that it failed.
+    static_cast<void>(Base::Completes(
+        [&] { std::filesystem::create_directories(Base::EncodeUtf8(path), ignored); }));
+}
+
+TString<wchar_t> JoinPath(const TString<wchar_t>& base, const TString<wchar_t>& part)
+{
+    const smart_ptr<PathManager> manager = PathManager::GetInstance();
+    wchar_t separator = wxFileName::GetPathSeparator();
+    if (manager.IsValid())
+        separator = manager->GetPathSeparator().front();
+    std::wstring path = base;
+    if (!path.empty() && path.back() != separator)
+        path.push_back(separator);
+    return path.append(part);
+}
+
+struct PathParts {
+    TString<wchar_t> volume;
+    TString<wchar_t> path;
+    TString<wchar_t> name;
+    TString<wchar_t> extension;
+};
+
+PathParts Split(const TString<wchar_t>& fullPath)
+{
+    // On systems without volumes wxFileName leaves that output alone.
+    wxString volume;
+    wxString path;
+    wxString name;
+    wxString extension;
+    wxFileName::SplitPath(Framework::ToWxString(fullPath), &volume, &path, &name, &extension);
+    return {Framework::ToText(volume), Framework::ToText(path), Framework::ToText(name),
+            Framework::ToText(extension)};
 }
 
 TString<wchar_t> NativeSeparator()
@@ -44,10 +75,10 @@ PathManager::PathManager() : m_pathSeparator(NativeSeparator())
 {
     LocateApplication();
     m_documentsPath = StandardPaths::DocumentsDirectory();
-    m_configurationPath = Join(GetDataDir(), c_strConfigurationFolderName);
+    m_configurationPath = Join(StandardPaths::DataDirectory(), c_strConfigurationFolderName);
     const TString<wchar_t> resources = StandardPaths::ResourcesDirectory();
     m_ressourcesPath = Join(resources, c_strRessourcesFolderName);
-    m_applicationDataPath = Join(GetUserLocalDataDir(), m_applicationName);
+    m_applicationDataPath = Join(StandardPaths::UserLocalDataDirectory(), m_applicationName);
     m_appearancesPath = Join(resources, c_strAppearancesFolderName);
     RebuildDependentPathes();
     CreateDirectories(m_applicationDataPath);
@@ -89,23 +120,25 @@ TString<wchar_t> PathManager::MakeUniqueName() const
 
 TString<wchar_t> PathManager::GetDataDir() const
 {
-    return StandardPaths::DataDirectory();
+    return Base::ResultOr({}, StandardPaths::DataDirectory);
 }
 
 TString<wchar_t> PathManager::GetUserLocalDataDir() const
 {
-    return StandardPaths::UserLocalDataDirectory();
+    return Base::ResultOr({}, StandardPaths::UserLocalDataDirectory);
 }
 
 TString<wchar_t> PathManager::GetTempDir() const
 {
-    return L"/tmp";
+    return Base::ResultOr({}, [] { return TString<wchar_t>(L"/tmp"); });
 }
 
 void PathManager::SetApplicationRessourcesPath(const TString<wchar_t>& path)
 {
+    // All that may run out of memory comes before the first change.
+    TString<wchar_t> plugins = Join(path, c_strPluginsFolderName);
     m_ressourcesPath = path;
-    RebuildDependentPathes();
+    m_pluginsPath.swap(plugins);
 }
 
 void PathManager::SetApplicationDataPath(const TString<wchar_t>& path)
@@ -132,32 +165,18 @@ void PathManager::AppendPath(TString<wchar_t>& path, const TString<wchar_t>& par
 void PathManager::AppendPath(TString<wchar_t>& result, const TString<wchar_t>& base,
                              const TString<wchar_t>& part)
 {
-    const smart_ptr<PathManager> manager = GetInstance();
-    const TString<wchar_t> separator =
-        manager.IsValid() ? manager->GetPathSeparator() : NativeSeparator();
-    if (base.empty())
-        result = part;
-    else if (base.back() == separator.front())
-        result = base + part;
-    else
-        result = base + separator + part;
+    result = Base::ResultOr({}, [&] { return JoinPath(base, part); });
 }
 
 void PathManager::SplitPath(const TString<wchar_t>& fullPath, TString<wchar_t>& volume,
                             TString<wchar_t>& path, TString<wchar_t>& name,
                             TString<wchar_t>& extension)
 {
-    // On systems without volumes the framework leaves that output alone.
-    wxString splitVolume;
-    wxString splitPath;
-    wxString splitName;
-    wxString splitExtension;
-    wxFileName::SplitPath(Framework::ToWxString(fullPath), &splitVolume, &splitPath, &splitName,
-                          &splitExtension);
-    volume = Framework::ToText(splitVolume);
-    path = Framework::ToText(splitPath);
-    name = Framework::ToText(splitName);
-    extension = Framework::ToText(splitExtension);
+    PathParts parts = Base::ResultOr({}, [&] { return Split(fullPath); });
+    volume.swap(parts.volume);
+    path.swap(parts.path);
+    name.swap(parts.name);
+    extension.swap(parts.extension);
 }
 
 bool PathManager::Exists(const TString<wchar_t>& path)
@@ -171,11 +190,10 @@ bool PathManager::FileExists(const TString<wchar_t>& path)
 }
 
 bool PathManager::DirExists(const TString<wchar_t>& path)
-try {
+{
     std::error_code ignored;
-    return std::filesystem::is_directory(std::string(Base::EncodeUtf8(path)), ignored);
-} catch (const std::exception&) {
-    return false;
+    return Base::ResultOr(
+        false, [&] { return std::filesystem::is_directory(Base::EncodeUtf8(path), ignored); });
 }
 
 void PathManager::CreateInstance()

@@ -1,79 +1,86 @@
 #include "toolkit/files/TextFile.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/framework/Text.h"
 #include "toolkit/framework/TextFileLines.h"
 
-#include <exception>
+#include <memory>
 
 namespace Toolkit {
 namespace {
 
-// Empty for a line that does not fit into memory a second time.
-TString<wchar_t> CopyLine(const wxString& line)
-try {
-    return Framework::ToText(line);
-} catch (const std::exception&) {
-    return {};
+std::unique_ptr<Framework::TextFileLines> MakeLines()
+{
+    return Base::ResultOr(nullptr, [] { return std::make_unique<Framework::TextFileLines>(); });
 }
 
 } // namespace
 
-TextFile::TextFile() : m_lines(std::make_unique<Framework::TextFileLines>()) {}
+TextFile::TextFile() : m_lines(MakeLines()) {}
 
 TextFile::~TextFile() = default;
 
 bool TextFile::Open(const TString<wchar_t>& name)
 {
-    try {
-        return m_lines->Load(Base::EncodeUtf8(name));
-    } catch (const std::exception&) {
-        // A file that does not fit into memory is one that cannot be read.
-        m_lines->Unload();
+    if (!m_lines)
+        m_lines = MakeLines();
+    if (!m_lines)
         return false;
-    }
+    // A file that does not fit into memory is one that cannot be read.
+    const bool isLoaded =
+        Base::ResultOr(false, [&] { return m_lines->Load(Base::EncodeUtf8(name)); });
+    if (!isLoaded)
+        m_lines->Unload();
+    return isLoaded;
 }
 
 bool TextFile::Close()
 {
-    m_lines->Unload();
+    if (m_lines)
+        m_lines->Unload();
     return true;
 }
 
 bool TextFile::Write()
 {
-    try {
-        return m_lines->Save();
-    } catch (const std::exception&) {
-        return false;
-    }
+    return m_lines && Base::ResultOr(false, [this] { return m_lines->Save(); });
 }
 
 TString<wchar_t> TextFile::GetFirstLine()
 {
-    return m_lines->GetLineCount() == 0 ? TString<wchar_t>() : CopyLine(m_lines->GetFirstLine());
+    if (!m_lines || m_lines->GetLineCount() == 0)
+        return {};
+    // The cursor moves after there is memory for the line.
+    TString<wchar_t> line = Framework::ToText(m_lines->GetLine(0));
+    m_lines->GetFirstLine();
+    return line;
 }
 
 TString<wchar_t> TextFile::GetNextLine()
 {
-    return Eof() ? TString<wchar_t>() : CopyLine(m_lines->GetNextLine());
+    if (Eof())
+        return {};
+    TString<wchar_t> line = Framework::ToText(m_lines->GetLine(m_lines->GetCurrentLine() + 1));
+    m_lines->GetNextLine();
+    return line;
 }
 
 bool TextFile::Eof() const
 {
-    return m_lines->GetCurrentLine() + 1 >= m_lines->GetLineCount();
+    return !m_lines || m_lines->GetCurrentLine() + 1 >= m_lines->GetLineCount();
 }
 
 void TextFile::Clear()
 {
-    m_lines->Clear();
+    if (m_lines)
+        m_lines->Clear();
 }
 
 void TextFile::AddLine(const TString<wchar_t>& line)
-try {
-    m_lines->AddLine(Framework::ToWxString(line));
-} catch (const std::exception&) {
-    // Nobody is told what becomes of a line.
+{
+    if (m_lines)
+        m_lines->Append(line);
 }
 
 } // namespace Toolkit

@@ -21,8 +21,9 @@ class TextFileLines;
 ///     }
 ///
 /// Lines end at a line feed, a carriage return or both, and each keeps its own kind of end. One
-/// object is used by one thread at a time. Failures show in the results alone: nothing is thrown or
-/// logged.
+/// object is used by one thread at a time. Failures show in the results alone, and nothing is
+/// logged. Only GetFirstLine() and GetNextLine() let std::bad_alloc out, with the cursor where it
+/// was: an empty text would be a line.
 class TOOLKIT_API TextFile {
 public:
     TextFile();
@@ -56,7 +57,8 @@ public:
 
     void Clear();
 
-    /// Appends a line that ends in a line feed.
+    /// Appends a line that ends in a line feed. When out of memory it is lost; Write() is false
+    /// then until a file is opened again.
     void AddLine(const TString<wchar_t>& line);
 
 private:

@@ -1,5 +1,8 @@
 #include "toolkit/files/TextInputStream.h"
 
+#include "toolkit/base/OutOfMemory.h"
+#include "toolkit/framework/Text.h"
+
 #include <wx/txtstrm.h>
 
 namespace Toolkit {
@@ -12,11 +15,10 @@ TextInputStream::~TextInputStream()
 
 TextInputStream& TextInputStream::operator>>(TString<wchar_t>& word)
 {
-    word.clear();
-    if (!m_stream)
-        return *this;
-    const wxString read = static_cast<wxTextInputStream*>(m_stream)->ReadWord();
-    word.assign(read.wx_str(), read.length());
+    word = Base::ResultOr({}, [this] {
+        auto* const stream = static_cast<wxTextInputStream*>(m_stream);
+        return stream ? Framework::ToText(stream->ReadWord()) : TString<wchar_t>();
+    });
     return *this;
 }
 

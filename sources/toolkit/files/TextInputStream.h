@@ -20,7 +20,7 @@ public:
     ~TextInputStream() override;
 
     /// Reads the next word, up to the white space behind it, in place of what `word` held; the
-    /// empty text at the end of the stream.
+    /// empty text at the end of the stream, and when out of memory.
     TextInputStream& operator>>(TString<wchar_t>& word);
 };
 

@@ -2,7 +2,9 @@
 
 #include "toolkit/base/FileDescriptor.h"
 #include "toolkit/base/FileReplacement.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
+#include "toolkit/framework/Text.h"
 
 #include <wx/strconv.h>
 
@@ -115,6 +117,18 @@ void TextFileLines::Unload()
 {
     Clear();
     m_path.clear();
+    m_hasLostLine = false;
+}
+
+void TextFileLines::Append(const std::wstring& line)
+{
+    const std::size_t count = GetLineCount();
+    if (Base::Completes([&] { AddLine(ToWxString(line)); }))
+        return;
+    m_hasLostLine = true;
+    // wxTextBuffer has the line and not its type: they cannot be told apart any more.
+    if (GetLineCount() != count)
+        Clear();
 }
 
 bool TextFileLines::ReadBytes(const std::string& bytes)
@@ -183,7 +197,7 @@ bool TextFileLines::AddLines(const Char* begin, const Char* end, Decode decode)
 bool TextFileLines::Save() const
 {
     std::string bytes;
-    if (m_path.empty() || !EncodeLines(bytes))
+    if (m_path.empty() || m_hasLostLine || !EncodeLines(bytes))
         return false;
     Base::FileReplacement replacement(m_path);
     return replacement.Write(bytes.data(), bytes.size()) && replacement.Commit();

@@ -23,6 +23,10 @@ public:
     /// Forgets the file and the lines.
     void Unload();
 
+    /// Appends a line that ends in a line feed. One for which there is no memory is lost, and
+    /// Save() fails from then on: it would replace the file by less.
+    void Append(const std::wstring& line);
+
 private:
     bool ReadBytes(const std::string& bytes);
     bool AddUtf8Lines(const char* begin, const char* end);
@@ -31,6 +35,7 @@ private:
     bool EncodeLines(std::string& bytes) const;
 
     std::string m_path; // empty while no file is loaded
+    bool m_hasLostLine = false;
 };
 
 } // namespace Toolkit::Framework

@@ -1,5 +1,6 @@
 #include "toolkit/system/Locales.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/system/LocalePatterns.Private.h"
 
 namespace Toolkit {
@@ -12,8 +13,11 @@ bool Locales::GetDecimalSeparator(TString<wchar_t>& result)
 
 bool Locales::GetCurrentDateFormat(TString<wchar_t>& format)
 {
-    format = LocalePatterns::Compose(LocalePatterns::ShortDate(), LocalePatterns::ShortTime());
-    return true;
+    format = Base::ResultOr({}, [] {
+        return LocalePatterns::Compose(LocalePatterns::ShortDate(), LocalePatterns::ShortTime());
+    });
+    // The pattern holds a space at least.
+    return !format.empty();
 }
 
 } // namespace Toolkit

@@ -1,12 +1,12 @@
 #include "toolkit/system/Network.h"
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <exception>
 #include <fcntl.h>
 #include <limits>
 #include <memory>
@@ -75,16 +75,16 @@ bool Network::TestNetwork()
 
 bool Network::TestConnection(const TString<wchar_t>& host, unsigned short port,
                              unsigned int timeoutMs)
-try {
-    const Addresses addresses = Resolve(Base::EncodeUtf8(host), port);
-    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
-    for (const addrinfo* address = addresses.get(); address; address = address->ai_next) {
-        if (Connects(*address, deadline))
-            return true;
-    }
-    return false;
-} catch (const std::exception&) {
-    return false;
+{
+    return Base::ResultOr(false, [&] {
+        const Addresses addresses = Resolve(Base::EncodeUtf8(host), port);
+        const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+        for (const addrinfo* address = addresses.get(); address; address = address->ai_next) {
+            if (Connects(*address, deadline))
+                return true;
+        }
+        return false;
+    });
 }
 
 } // namespace Toolkit

@@ -1,5 +1,6 @@
 #include "toolkit/system/RestartManagment.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/Log.h"
@@ -19,13 +20,14 @@ constexpr int c_activateEntryLine = 114;
 constexpr int c_activateExitLine = 155;
 constexpr int c_finishEntryLine = 168;
 
-TString<wchar_t> ProgramPath()
+// False when out of memory: no other program is started then.
+bool GetProgramPath(TString<wchar_t>& path)
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
-    TString<wchar_t> path;
-    if (paths.IsValid())
-        PathManager::AppendPath(path, paths->GetApplicationPath(), paths->GetApplicationName());
-    return path;
+    if (!paths.IsValid())
+        return true;
+    PathManager::AppendPath(path, paths->GetApplicationPath(), paths->GetApplicationName());
+    return !path.empty() || paths->GetApplicationPath().empty();
 }
 
 } // namespace
@@ -40,10 +42,13 @@ bool RestartManagment::ActivateRestartProcess()
 {
     TOOLKIT_LOG_AT_LINE(SeverityInfo, c_activateEntryLine)
         << L">>> ActivateRestartProcess()" << ILogger::c_strLogToken3;
-    const TString<wchar_t> program = ProgramPath();
-    // Only this one value counts as failure; the small error numbers of a failed start do not.
-    const bool result = SystemInfo::StartProcess(program, c_restartArgument, false) !=
-                        std::numeric_limits<int>::max();
+    TString<wchar_t> program;
+    const bool result = Base::ResultOr(false, [&program] {
+        // Only this one value counts as failure; the small error numbers of a failed start do not.
+        return GetProgramPath(program) &&
+               SystemInfo::StartProcess(program, c_restartArgument, false) !=
+                   std::numeric_limits<int>::max();
+    });
     TOOLKIT_LOG_AT_LINE(SeverityInfo, c_activateExitLine)
         << L"<<< ActivateRestartProcess(" << program << L")=" << result << ILogger::c_strLogToken3;
     return result;

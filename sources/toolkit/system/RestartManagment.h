@@ -21,7 +21,7 @@ public:
 
     /// Starts the executable of this application, named without its extension, with the argument
     /// "-restart" and does not wait for it. True also when there is no such program: that shows
-    /// only in the new process.
+    /// only in the new process. False when out of memory.
     bool ActivateRestartProcess();
 
     /// False at once: nothing is awaited on these systems.

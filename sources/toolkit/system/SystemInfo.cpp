@@ -1,5 +1,6 @@
 #include "toolkit/system/SystemInfo.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
 #include "toolkit/framework/Silence.h"
 #include "toolkit/system/ChildProcess.Private.h"
@@ -8,7 +9,6 @@
 #include <wx/utils.h>
 
 #include <cerrno>
-#include <exception>
 
 namespace Toolkit {
 namespace {
@@ -44,10 +44,17 @@ const wxPlatformInfo& SystemInfo::Description() const
     return thisSystem;
 }
 
+// A number of the description; `failure` when there is no memory to describe the running system.
+template <typename Number>
+Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failure) const
+{
+    return Base::ResultOr(failure, [&] { return (Description().*question)(); });
+}
+
 SystemInfo::Platform SystemInfo::GetPlatform() const
 {
     // Exact identifiers: systems that are left out here belong to no family.
-    switch (static_cast<int>(Description().GetOperatingSystemId())) {
+    switch (static_cast<int>(Ask(&wxPlatformInfo::GetOperatingSystemId, wxOS_UNKNOWN))) {
     case wxOS_WINDOWS_9X:
     case wxOS_WINDOWS_NT:
     case wxOS_WINDOWS:
@@ -72,12 +79,12 @@ SystemInfo::Platform SystemInfo::GetPlatform() const
 
 int SystemInfo::GetOSMajorVersion() const
 {
-    return Description().GetOSMajorVersion();
+    return Ask(&wxPlatformInfo::GetOSMajorVersion, -1);
 }
 
 int SystemInfo::GetOSMinorVersion() const
 {
-    return Description().GetOSMinorVersion();
+    return Ask(&wxPlatformInfo::GetOSMinorVersion, -1);
 }
 
 bool SystemInfo::HasAdministratorCredentials()
@@ -97,11 +104,8 @@ bool SystemInfo::CanElevateCredentialsUsingUAC()
 
 int SystemInfo::StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                              bool wait)
-try {
-    const ChildProcess child(path, arguments);
-    return child.Start(wait);
-} catch (const std::exception&) {
-    return ENOMEM;
+{
+    return Base::ResultOr(ENOMEM, [&] { return ChildProcess(path, arguments).Start(wait); });
 }
 
 void SystemInfo::CreateInstance()

@@ -19,8 +19,10 @@ public:
     /// As if the system were the one that `platform` describes, which has to outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);
 
-    /// Windows CE, Windows Micro and DOS are `PlatformUnknown`.
+    /// Windows CE, Windows Micro and DOS are `PlatformUnknown`. So is every system when out of
+    /// memory.
     Platform GetPlatform() const;
+    /// Each is -1 when out of memory.
     int GetOSMajorVersion() const;
     int GetOSMinorVersion() const;
 
@@ -54,6 +56,8 @@ public:
 
 private:
     const wxPlatformInfo& Description() const;
+    template <typename Number>
+    Number Ask(Number (wxPlatformInfo::*question)() const, Number failure) const;
 
     const wxPlatformInfo* m_platform; // null: the running system's
 };
