@@ -173,6 +173,42 @@ TEST_F(PathManagerProgramTest, HomeMayHoldAnyCharacters)
     }
 }
 
+// The directory of the configuration does not depend on the home directory.
+TEST_F(PathManagerProgramTest, DirectoriesFollowTheApplicationNameOfTheFramework)
+{
+    for (const char* const locale : {"C", "C.UTF-8"}) {
+        for (const char* const home : {"home", "\xC3\xA9"}) {
+            SCOPED_TRACE(std::string(locale) + " " + home);
+            const ScopedEnvironment localeVariable("LC_ALL", locale);
+            const ScopedEnvironment homeVariable("HOME", Path(home));
+            Paths paths = Run("bin/tool", {"framework", "locale", "Viewer"});
+            EXPECT_EQ(paths["configuration"], Path("share/Viewer/config"));
+            EXPECT_EQ(paths["ressources"], Path("share/Viewer/ressources"));
+            EXPECT_EQ(paths["user's directory"], Path(home) + "/.Viewer");
+            EXPECT_EQ(paths["data"], Path(home) + "/.Viewer/tool");
+        }
+    }
+}
+
+TEST_F(PathManagerProgramTest, UnknownExecutableDoublesNoSeparator)
+{
+    for (const Arguments& arguments : c_starts) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        EXPECT_EQ(Run("bin/\xFF", arguments)["configuration"].find("//"), std::string::npos);
+    }
+}
+
+TEST_F(PathManagerProgramTest, EnvironmentMayNameTheDataDirectory)
+{
+    const ScopedEnvironment environment("WX_TOOL_DATA_DIR", "/opt/data");
+    for (const char* const directory : {"bin", "\xC3\xA9"}) {
+        std::filesystem::create_directories(Path(directory));
+        for (const Arguments& arguments : c_starts)
+            EXPECT_EQ(Run(directory + std::string("/tool"), arguments)["data directory"],
+                      "/opt/data");
+    }
+}
+
 // This one directory is made in the user's real home, under a name that nothing else bears.
 TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseTells)
 {
@@ -207,6 +243,31 @@ TEST_F(PathManagerProgramTest, DocumentsDirectoryIsTheUsersOwnChoice)
     for (const Arguments& arguments : c_starts) {
         SCOPED_TRACE(testing::PrintToString(arguments));
         EXPECT_EQ(Run("bin/tool", arguments)["documents"], Path("home/Meine Texte"));
+    }
+}
+
+TEST_F(PathManagerProgramTest, DocumentsDirectoryIsReadInOneWay)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"  XDG_DOCUMENTS_DIR=  \"$HOME/Texts\"  \n", "home/Texts"},
+        {"XDG_DOCUMENTS_DIR=$HOME/Texts", "home/Texts"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/none\"\nXDG_DOCUMENTS_DIR=\"$HOME/Texts\"\n", "home"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/Texts\"\nXDG_DOCUMENTS_DIR=\"$HOME/Other\"\n", "home/Texts"},
+        {"#XDG_DOCUMENTS_DIR=\"$HOME/Texts\"\n", "home/Texts"},
+        {"XDG_DOCUMENTS_DIR\nXDG_DOCUMENTS_DIR=\"$HOME/Texts\"\n", "home"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/\xC3\xA9\"\n", "home/\xC3\xA9"},
+        {"", "home"}};
+    for (const char* const name : {"home/.config", "home/Texts", "home/Other", "home/\xC3\xA9"})
+        std::filesystem::create_directories(Path(name));
+    for (const auto& [lines, expected] : cases) {
+        m_directory.WriteFile(L"home/.config/user-dirs.dirs", lines);
+        for (const char* const locale : {"C", "C.UTF-8"}) {
+            const ScopedEnvironment environment("LC_ALL", locale);
+            for (const Arguments& arguments : c_starts) {
+                SCOPED_TRACE(lines + testing::PrintToString(arguments));
+                EXPECT_EQ(Run("bin/tool", arguments)["documents"], Path(expected));
+            }
+        }
     }
 }
 

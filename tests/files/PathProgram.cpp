@@ -4,6 +4,8 @@
 #include "toolkit/files/PathManager.h"
 #include "toolkit/module/LibModuleManager.h"
 
+#include <wx/app.h>
+
 #include <clocale>
 #include <cstdio>
 #include <cstring>
@@ -34,18 +36,26 @@ void PrintPaths(const PathManager& paths)
 
 } // namespace
 
-// "framework" starts the framework first, "locale" takes over the locale of the environment.
+// "framework" starts the framework first, "locale" takes over the locale of the environment, any
+// other argument is the application's name for the framework.
 int main(int argc, char** argv)
 {
     bool framework = false;
+    const char* name = nullptr;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "framework") == 0)
             framework = true;
         else if (std::strcmp(argv[i], "locale") == 0)
             std::setlocale(LC_ALL, "");
+        else
+            name = argv[i];
     }
     if (framework)
         LibModuleManager::GetInstance()->Initialize(true);
+    if (name) {
+        wxAppConsole::GetInstance()->SetAppName(name);
+        PathManager::ReleaseInstance();
+    }
     PathManager::CreateInstance();
     PrintPaths(*PathManager::GetInstance());
     PathManager::ReleaseInstance();

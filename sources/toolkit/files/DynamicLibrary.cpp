@@ -18,7 +18,7 @@ TString<wchar_t> WithExtension(const TString<wchar_t>& name)
     wxFileName::SplitPath(Framework::ToWxString(name), nullptr, nullptr, &extension);
     if (!extension.empty())
         return name;
-    return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_LIBRARY));
+    return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_MODULE));
 }
 
 // In UTF-8 whatever the locale, unless the message is translated for a locale of 8 bits.

@@ -19,9 +19,9 @@ public:
     DynamicLibrary();
 
     /// Loads the library `name` at once, resolves all its symbols and makes them available to the
-    /// libraries that are loaded later. A name without an extension gets the system's. Without a
-    /// directory the system's search order counts. When it fails, no symbol is found and
-    /// GetError() says why.
+    /// libraries that are loaded later. A name without an extension gets that of a loadable module.
+    /// A name without a directory is searched for by the system. After a failure no symbol is found
+    /// and GetError() says why.
     DynamicLibrary(const TString<wchar_t>& name);
     ~DynamicLibrary();
 

@@ -1,33 +1,35 @@
 #include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
+#include "toolkit/files/FFile.h"
 #include "toolkit/files/FallbackPaths.Private.h"
-#include "toolkit/files/PathManager.h"
 #include "toolkit/files/TextFile.h"
 
 #include <cstdlib>
+#include <cwctype>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace Toolkit::FallbackPaths {
 namespace {
 
-// The file name of the executable without its last extension.
-TString<wchar_t> ApplicationName()
-{
-    TString<wchar_t> volume;
-    TString<wchar_t> path;
-    TString<wchar_t> name;
-    TString<wchar_t> extension;
-    PathManager::SplitPath(Base::GetExecutablePath(), volume, path, name, extension);
-    return name;
-}
-
-// Where the program is installed: what stands above the last "bin" directory of its path.
+// Where the program is installed: the part of its path before the last "bin" directory.
 TString<wchar_t> InstallPrefix()
 {
     const TString<wchar_t> path = Base::GetExecutablePath();
     const std::size_t bin = path.rfind(L"/bin/");
     return bin == std::wstring::npos || bin == 0 ? TString<wchar_t>(L"/usr/local")
                                                  : TString<wchar_t>(path.substr(0, bin));
+}
+
+// What WX_<NAME>_DATA_DIR names: where a program that is not installed has its data.
+TString<wchar_t> DataDirectoryOfEnvironment(std::wstring name)
+{
+    for (wchar_t& character : name)
+        character = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(character)));
+    const std::string variable = Base::EncodeUtf8(L"WX_" + name + L"_DATA_DIR");
+    return Base::DecodeUtf8(std::getenv(variable.c_str()));
 }
 
 // The file with the user's own directories (XDG user-dirs).
@@ -39,47 +41,72 @@ TString<wchar_t> UserDirectoriesFile()
     return directory + L"/user-dirs.dirs";
 }
 
-// The directory that a line such as XDG_DOCUMENTS_DIR="$HOME/Documents" names; empty for any other
-// line and for a directory that does not exist.
-TString<wchar_t> ParseDocumentsLine(const TString<wchar_t>& line)
+constexpr wchar_t c_documentsKey[] = L"XDG_DOCUMENTS_DIR";
+
+bool NamesDocuments(const TString<wchar_t>& line)
 {
-    const std::wstring name = L"XDG_DOCUMENTS_DIR=";
-    if (line.compare(0, name.size(), name) != 0)
-        return {};
-    TString<wchar_t> value = line.substr(name.size());
+    return line.find(c_documentsKey) != std::wstring::npos;
+}
+
+// The directory in a line such as XDG_DOCUMENTS_DIR="$HOME/Documents".
+TString<wchar_t> ParseDirectory(const TString<wchar_t>& line)
+{
+    const std::size_t equals = line.find(L'=');
+    TString<wchar_t> value = equals == std::wstring::npos ? L"" : line.substr(equals + 1);
+    const std::wstring variable = L"$HOME";
+    const std::wstring home = Base::GetHomeDirectory();
+    for (std::size_t at = 0; (at = value.find(variable, at)) != std::wstring::npos;) {
+        value.replace(at, variable.size(), home);
+        at += home.size();
+    }
     value.Trim();
     value.Replace(L"\"", TString<wchar_t>::Empty());
-    const std::wstring home = L"$HOME";
-    if (value.compare(0, home.size(), home) == 0)
-        value.replace(0, home.size(), Base::GetHomeDirectory());
-    return PathManager::DirExists(value) ? value : TString<wchar_t>();
+    return value;
+}
+
+// The first line that names it decides; empty when there is none, or no such directory.
+TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
+{
+    TextFile file;
+    // Not what would be waited for.
+    if (!FFile::Exists(path) || !file.Open(path))
+        return {};
+    TString<wchar_t> line = file.GetFirstLine();
+    while (!NamesDocuments(line) && !file.Eof())
+        line = file.GetNextLine();
+    if (!NamesDocuments(line))
+        return {};
+    TString<wchar_t> directory = ParseDirectory(line);
+    std::error_code ignored;
+    return std::filesystem::is_directory(Base::EncodeUtf8(directory), ignored) ? directory
+                                                                               : TString<wchar_t>();
 }
 
 } // namespace
 
-TString<wchar_t> DataDirectory()
+TString<wchar_t> DataDirectory(const TString<wchar_t>& name)
 {
-    return InstallPrefix() + L"/share/" + ApplicationName();
+    const TString<wchar_t> chosen = DataDirectoryOfEnvironment(name);
+    if (!chosen.empty())
+        return chosen;
+    const TString<wchar_t> share = InstallPrefix() + L"/share";
+    return name.empty() ? share : TString<wchar_t>(share + L"/" + name);
 }
 
-TString<wchar_t> ResourcesDirectory()
+TString<wchar_t> ResourcesDirectory(const TString<wchar_t>& name)
 {
-    return DataDirectory();
+    return DataDirectory(name);
 }
 
-TString<wchar_t> UserLocalDataDirectory()
+TString<wchar_t> UserLocalDataDirectory(const TString<wchar_t>& name)
 {
-    return Base::GetHomeDirectory() + L"/." + ApplicationName();
+    return Base::GetHomeDirectory() + L"/." + name;
 }
 
 TString<wchar_t> DocumentsDirectory()
 {
-    TextFile file;
-    file.Open(UserDirectoriesFile());
-    TString<wchar_t> directory = ParseDocumentsLine(file.GetFirstLine());
-    while (directory.empty() && !file.Eof())
-        directory = ParseDocumentsLine(file.GetNextLine());
-    return directory.empty() ? Base::GetHomeDirectory() : directory;
+    const TString<wchar_t> directory = FindDocumentsDirectory(UserDirectoriesFile());
+    return directory.empty() ? TString<wchar_t>(Base::GetHomeDirectory()) : directory;
 }
 
 } // namespace Toolkit::FallbackPaths

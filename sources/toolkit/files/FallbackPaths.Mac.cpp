@@ -1,21 +1,9 @@
 #include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
-#include "toolkit/base/Utf8.h"
 #include "toolkit/files/FallbackPaths.Private.h"
-#include "toolkit/files/PathManager.h"
 
 namespace Toolkit::FallbackPaths {
 namespace {
-
-TString<wchar_t> ApplicationName()
-{
-    TString<wchar_t> volume;
-    TString<wchar_t> path;
-    TString<wchar_t> name;
-    TString<wchar_t> extension;
-    PathManager::SplitPath(Base::GetExecutablePath(), volume, path, name, extension);
-    return name;
-}
 
 // The "Contents" directory of the application bundle, in which the executable has its "MacOS".
 TString<wchar_t> BundleContents()
@@ -28,19 +16,20 @@ TString<wchar_t> BundleContents()
 
 } // namespace
 
-TString<wchar_t> DataDirectory()
+TString<wchar_t> DataDirectory(const TString<wchar_t>&)
 {
     return BundleContents() + L"/SharedSupport";
 }
 
-TString<wchar_t> ResourcesDirectory()
+TString<wchar_t> ResourcesDirectory(const TString<wchar_t>&)
 {
     return BundleContents() + L"/Resources";
 }
 
-TString<wchar_t> UserLocalDataDirectory()
+TString<wchar_t> UserLocalDataDirectory(const TString<wchar_t>& name)
 {
-    return Base::GetHomeDirectory() + L"/Library/Application Support/" + ApplicationName();
+    const TString<wchar_t> support = Base::GetHomeDirectory() + L"/Library/Application Support";
+    return name.empty() ? support : TString<wchar_t>(support + L"/" + name);
 }
 
 TString<wchar_t> DocumentsDirectory()

@@ -8,6 +8,10 @@ namespace Toolkit {
 
 /// Where the application lives and where it keeps its data: process-wide, computed once.
 ///
+/// The standard directories are those of `wxStandardPaths`, under the name that `wxApp` has for the
+/// application. A `HOME` that is not valid UTF-8 is not used: the user database names the home
+/// directory then.
+///
 /// The setters are not guarded: other threads may read while no setter runs. Nothing is thrown or
 /// logged.
 class TOOLKIT_API PathManager {
@@ -48,9 +52,9 @@ public:
     /// from all others: /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
     const TString<wchar_t>& GetApplicationUniqueName() const { return m_applicationUniqueName; }
 
-    /// The directory of the application's read-only data, asked for anew on each call.
+    /// The directory of the application's read-only data, queried anew on each call.
     TString<wchar_t> GetDataDir() const;
-    /// The directory of the user's own data on this machine, asked for anew on each call.
+    /// The directory of the user's own data on this machine, queried anew on each call.
     TString<wchar_t> GetUserLocalDataDir() const;
     /// Always "/tmp", whatever the environment says.
     TString<wchar_t> GetTempDir() const;

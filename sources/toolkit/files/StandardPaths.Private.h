@@ -2,8 +2,11 @@
 
 #include "toolkit/core/TString.h"
 
-/// The platform's standard directories. The framework is asked where it runs and can read the names
-/// involved; elsewhere the same texts are made here.
+/// The standard directories of the platform, for the application name of wxApp.
+///
+/// wxStandardPaths answers wherever it runs and can read the names that its answer depends on.
+/// Elsewhere the same texts are made here. A HOME that is not valid UTF-8 is not used: the user
+/// database names the home directory then.
 namespace Toolkit::StandardPaths {
 
 /// The full path of the running executable; empty when it cannot be found out.

@@ -1,5 +1,6 @@
 #include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/StandardPaths.Private.h"
 #include "toolkit/framework/Text.h"
@@ -7,18 +8,66 @@
 #include <wx/app.h>
 #include <wx/filename.h>
 #include <wx/stdpaths.h>
+#include <wx/strconv.h>
+#include <wx/utils.h>
 
+#include <cstdlib>
+#include <string>
+
+// Without an application object the queries of wxStandardPaths crash. With one they decode names in
+// the encoding of the C locale, which loses all but ASCII in a host that never called setlocale().
 namespace Toolkit::StandardPaths {
 namespace {
 
-// Without an application object the framework's queries crash. With one they decode names in the C
-// locale's encoding, which in a host that never called setlocale() loses all but ASCII.
-bool FrameworkCanTell()
+TString<wchar_t> NameOfExecutable()
+{
+    wxString name;
+    wxFileName::SplitPath(Framework::ToWxString(Base::GetExecutablePath()), nullptr, &name,
+                          nullptr);
+    return Framework::ToText(name);
+}
+
+// What wxStandardPaths appends to a directory.
+TString<wchar_t> ApplicationName()
+{
+    const wxAppConsole* const application = wxAppConsole::GetInstance();
+    if (!application || application->GetAppName().empty())
+        return NameOfExecutable();
+    const wxStandardPaths& paths = wxStandardPaths::Get();
+    wxString name;
+    if (paths.UsesAppInfo(wxStandardPaths::AppInfo_VendorName))
+        name = application->GetVendorName();
+    if (paths.UsesAppInfo(wxStandardPaths::AppInfo_AppName))
+        name += (name.empty() ? "" : "/") + application->GetAppName();
+    return Framework::ToText(name);
+}
+
+bool IsExecutableKnown()
 {
     return wxAppConsole::GetInstance() &&
            Framework::ToText(wxStandardPaths::Get().GetExecutablePath()) ==
-               Base::GetExecutablePath() &&
+               Base::GetExecutablePath();
+}
+
+bool IsHomeKnown()
+{
+    return wxAppConsole::GetInstance() &&
            Framework::ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
+}
+
+// Whether wxWidgets reads the variable as it is.
+bool IsVariableKnown(const char* name)
+{
+    wxString value;
+    wxGetEnv(name, &value);
+    return Framework::ToText(value) == TString<wchar_t>(Base::DecodeUtf8(std::getenv(name)));
+}
+
+// Whether wxWidgets can open a file of that name.
+bool CanSpell(const TString<wchar_t>& name)
+{
+    const wxCharBuffer spelt = Framework::ToWxString(name).mb_str(*wxConvFileName);
+    return spelt && std::string(spelt.data(), spelt.length()) == Base::EncodeUtf8(name);
 }
 
 } // namespace
@@ -33,26 +82,28 @@ TString<wchar_t> ExecutablePath()
 
 TString<wchar_t> DataDirectory()
 {
-    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
-                              : FallbackPaths::DataDirectory();
+    return IsExecutableKnown() ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
+                               : FallbackPaths::DataDirectory(ApplicationName());
 }
 
 TString<wchar_t> ResourcesDirectory()
 {
-    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
-                              : FallbackPaths::ResourcesDirectory();
+    return IsExecutableKnown() ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
+                               : FallbackPaths::ResourcesDirectory(ApplicationName());
 }
 
 TString<wchar_t> UserLocalDataDirectory()
 {
-    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetUserLocalDataDir())
-                              : FallbackPaths::UserLocalDataDirectory();
+    return IsHomeKnown() ? Framework::ToText(wxStandardPaths::Get().GetUserLocalDataDir())
+                         : FallbackPaths::UserLocalDataDirectory(ApplicationName());
 }
 
 TString<wchar_t> DocumentsDirectory()
 {
-    return FrameworkCanTell() ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir())
-                              : FallbackPaths::DocumentsDirectory();
+    const TString<wchar_t> directory = FallbackPaths::DocumentsDirectory();
+    // A directory that cannot be spelt is not found either.
+    const bool isKnown = IsHomeKnown() && IsVariableKnown("XDG_CONFIG_HOME") && CanSpell(directory);
+    return isKnown ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir()) : directory;
 }
 
 } // namespace Toolkit::StandardPaths
