@@ -68,9 +68,9 @@ Text PlugIns::LoadLibrary(const Text& path)
     auto library = std::make_unique<DynamicLibrary>(path);
     const auto getPlugIn = reinterpret_cast<GetPlugIn>(library->GetSymbol(L"GetHostPlugIn"));
     if (!getPlugIn) {
-        void* const handle = library->Detach();
-        DynamicLibrary::Unload(handle);
-        return handle ? L"it has no function GetHostPlugIn" : L"it cannot be loaded";
+        const Text& error = library->GetError();
+        return error.empty() ? Text(L"it has no function GetHostPlugIn")
+                             : L"it cannot be loaded: " + error;
     }
     const PlugIn* const plugIn = getPlugIn();
     const Text fault = FindFault(plugIn);

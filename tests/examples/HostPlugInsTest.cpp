@@ -93,8 +93,21 @@ TEST_F(HostPlugInsTest, FileThatIsNoLibraryIsLeftOut)
 
     const ProgramResult result = m_host.Run({});
 
-    EXPECT_EQ(result.errors, "host: The plug-in " + path + " is left out: it cannot be loaded\n");
+    EXPECT_EQ(result.errors, "host: The plug-in " + path + " is left out: it cannot be loaded: " +
+                                 path + ": file too short\n");
     EXPECT_THAT(result.output, HasSubstr("Command find "));
+}
+
+TEST_F(HostPlugInsTest, LibraryThatLacksASymbolIsLeftOutAndTheSymbolIsNamed)
+{
+    const std::string path = m_host.PlugInsPath() / "unresolved.so";
+    m_host.InstallPlugIn(UNRESOLVED_PLUG_IN);
+
+    const ProgramResult result = m_host.Run({});
+
+    EXPECT_EQ(result.errors, "host: The plug-in " + path + " is left out: it cannot be loaded: " +
+                                 path + ": undefined symbol: GetTideTable\n");
+    EXPECT_THAT(m_host.Log(), HasSubstr("undefined symbol: GetTideTable\n"));
 }
 
 TEST_F(HostPlugInsTest, OtherFilesAreNotLookedAt)

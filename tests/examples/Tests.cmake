@@ -54,6 +54,8 @@ toolkit_test_plug_in(OddCommands ODD_COMMANDS_PLUG_IN)
 toolkit_test_plug_in(OtherVersion OTHER_VERSION_PLUG_IN)
 toolkit_test_plug_in(SecondList SECOND_LIST_PLUG_IN)
 toolkit_test_plug_in(ThrowingModule THROWING_MODULE_PLUG_IN)
+toolkit_test_plug_in(Unresolved UNRESOLVED_PLUG_IN)
+target_link_options(UnresolvedPlugIn PRIVATE -Wl,-z,undefs)
 toolkit_test_plug_in(Useless USELESS_PLUG_IN)
 # Some hundred processes take a while under a sanitizer.
 set_tests_properties(HostServerTest PROPERTIES TIMEOUT 900)
