@@ -1,6 +1,6 @@
 #include "MailMessage.h"
 
-#include <string>
+#include <memory>
 
 namespace MailTool {
 
@@ -11,12 +11,32 @@ RegExp Pattern(const Utf8& pattern)
     return RegExp(pattern, RegExpOptions::None);
 }
 
+// A pattern that matches `text` and nothing else.
+Utf8 Literal(const Utf8& text)
+{
+    const auto isWordCharacter = [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+               static_cast<unsigned char>(c) >= 0x80; // a part of a UTF-8 sequence
+    };
+    Utf8 pattern;
+    for (const char c : text) {
+        if (!isWordCharacter(c))
+            pattern += '\\';
+        pattern += c;
+    }
+    return pattern;
+}
+
+Utf8 ValueOf(const smart_ptr<MatchResult>& match, const char* group)
+{
+    const smart_ptr<Group> found = match->GetGroup(group);
+    return found.IsValid() ? found->value : Utf8();
+}
+
 // The value of a named group; empty when the pattern does not match.
 Utf8 Find(const Utf8& pattern, const char* group, const Utf8& subject)
 {
-    const smart_ptr<MatchResult> match = Pattern(pattern).Match(subject);
-    const smart_ptr<Group> found = match->GetGroup(group);
-    return found.IsValid() ? found->value : Utf8();
+    return ValueOf(Pattern(pattern).Match(subject), group);
 }
 
 Utf8 Remove(const Utf8& pattern, const Utf8& subject)
@@ -24,7 +44,7 @@ Utf8 Remove(const Utf8& pattern, const Utf8& subject)
     return Pattern(pattern).Replace(Utf8(), subject, 0);
 }
 
-// Bytes of UTF-8 that are to be kept as a content.
+// The bytes of `text` as a content.
 Content ToContent(const Utf8& text)
 {
     return new Bytes(reinterpret_cast<const unsigned char*>(text.data()),
@@ -39,14 +59,8 @@ Utf8 DecodeQuotedPrintable(const Utf8& encoded)
 
 Content DecodeBase64(const Utf8& encoded)
 {
-    // The decoder takes a line end for a digit.
+    // The decoder treats a line end as a digit.
     return B64::ToB64(UTF8::ToUNICODE(Remove("\\s+", encoded)));
-}
-
-Utf8 ValueOf(const smart_ptr<MatchResult>& match, const char* name)
-{
-    const smart_ptr<Group> group = match->GetGroup(name);
-    return group.IsValid() ? group->value : Utf8();
 }
 
 Part DecodePart(const Entity& entity)
@@ -73,19 +87,28 @@ Entity::Entity(const Utf8& text)
         Pattern("(?s)\\A(?<header>.*?\\r?\\n)(?:\\r?\\n(?<body>.*))?\\z").Match(text);
     if (!match->Success())
         return;
-    // A line that begins with a blank continues the one before.
+    // A line that begins with a space continues the one before.
     m_header = Pattern("\\r?\\n[ \\t]+").Replace(Utf8(" "), ValueOf(match, "header"), 0);
     m_body = ValueOf(match, "body");
 }
 
 Utf8 Entity::GetField(const Utf8& name) const
 {
-    return Find("(?im)^" + name + ":[ \\t]*(?<value>[^\\r\\n]*)", "value", m_header);
+    return Find("(?im)^" + Literal(name) + ":[ \\t]*(?<value>[^\\r\\n]*)", "value", m_header);
 }
 
 Utf8 Entity::GetParameter(const Utf8& field, const Utf8& name) const
 {
-    return Find("(?i);\\s*" + name + "=\"?(?<value>[^\";]*)", "value", GetField(field));
+    return Find("(?i);\\s*" + Literal(name) + "=\"?(?<value>[^\";]*)", "value", GetField(field));
+}
+
+std::string BytesOf(const Content& content)
+{
+    unsigned char* data = nullptr;
+    unsigned int size = 0;
+    content->GetBytes(&data, &size);
+    const std::unique_ptr<unsigned char[]> owner(data); // the array is the caller's
+    return std::string(data, data + size);
 }
 
 std::vector<Part> DecodeParts(const Entity& message)
@@ -95,16 +118,16 @@ std::vector<Part> DecodeParts(const Entity& message)
         return {DecodePart(message)};
 
     std::vector<Part> parts;
+    const Utf8 line = "--" + Literal(boundary);
     const RegExp delimiter =
-        Pattern("(?s)--\\Q" + boundary + "\\E\\r?\\n(?<part>.*?)\\r?\\n(?<rest>--\\Q" + boundary +
-                "\\E.*)");
+        Pattern("(?s)" + line + "\\r?\\n(?<part>.*?)\\r?\\n(?<rest>" + line + ".*)");
     Utf8 rest = message.GetBody();
     while (true) {
         const smart_ptr<MatchResult> match = delimiter.Match(rest);
         if (!match->Success())
             return parts;
-        parts.push_back(DecodePart(Entity(match->GetGroup("part")->value)));
-        rest = match->GetGroup("rest")->value;
+        parts.push_back(DecodePart(Entity(ValueOf(match, "part"))));
+        rest = ValueOf(match, "rest");
     }
 }
 
@@ -114,22 +137,16 @@ Text DecodeWords(Utf8 text)
                                 ":\\s+(?==\\?))?(?<rest>.*)");
     Text decoded;
     for (auto match = word.Match(text); match->Success(); match = word.Match(text)) {
-        decoded += UTF8::ToUNICODE(match->GetGroup("before")->value);
-        const Utf8 encoded = match->GetGroup("text")->value;
-        if (match->GetGroup("kind")->value.compareNoCase("q") == 0) {
-            Text blanks = UTF8::ToUNICODE(encoded);
-            blanks.Replace(L"_", L" ");
-            decoded += QP::ToUNICODE(blanks);
+        decoded += UTF8::ToUNICODE(ValueOf(match, "before"));
+        const Utf8 encoded = ValueOf(match, "text");
+        if (ValueOf(match, "kind").compareNoCase("q") == 0) {
+            Text spaced = UTF8::ToUNICODE(encoded);
+            spaced.Replace(L"_", L" ");
+            decoded += QP::ToUNICODE(spaced);
         } else {
-            const Content bytes = DecodeBase64(encoded);
-            unsigned char* data = nullptr;
-            unsigned int size = 0;
-            bytes->GetBytes(&data, &size);
-            decoded += UTF8::ToUNICODE(std::string(data, data + size));
-            delete[] data;
+            decoded += UTF8::ToUNICODE(BytesOf(DecodeBase64(encoded)));
         }
-        const smart_ptr<Group> rest = match->GetGroup("rest");
-        text = rest.IsValid() ? rest->value : Utf8();
+        text = ValueOf(match, "rest");
     }
     return decoded + UTF8::ToUNICODE(text);
 }
@@ -148,13 +165,13 @@ DateTime ParseDate(const Utf8& field)
 
     const auto number = [&match](const char* group) {
         unsigned int value = 0;
-        StringConvert::ToUint32(match->GetGroup(group)->value, value);
+        StringConvert::ToUint32(ValueOf(match, group), value);
         return value;
     };
-    const std::size_t month = monthNames.find(match->GetGroup("month")->value) / 3 + 1;
-    // Zones count in whole hours: one of +05:30 is half an hour behind that of +06:00.
+    const std::size_t month = monthNames.find(ValueOf(match, "month")) / 3 + 1;
+    // Zones count in whole hours: +05:30 is half an hour less than +06:00.
     const unsigned int minutes = number("zoneMinutes");
-    const bool isEast = match->GetGroup("sign")->value == "+";
+    const bool isEast = ValueOf(match, "sign") == "+";
     const int hours = static_cast<int>(number("zoneHours"));
     const int zone = isEast ? hours + (minutes > 0 ? 1 : 0) : -hours;
     DateTime date(number("year"), static_cast<unsigned int>(month), number("day"), number("hour"),

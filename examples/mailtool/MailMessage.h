@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <toolkit/Toolkit.h>
 #include <vector>
 
@@ -16,7 +17,7 @@ class Entity {
 public:
     explicit Entity(const Utf8& text);
 
-    // The value of a header line, as it stands there; empty when there is none.
+    // The value of a header line, not decoded; empty when there is none.
     Utf8 GetField(const Utf8& name) const;
 
     // A parameter such as the boundary in: Content-Type: multipart/mixed; boundary="x"
@@ -29,7 +30,10 @@ private:
     Utf8 m_body;
 };
 
-// What is left of a part when it is decoded.
+// The bytes of a content.
+std::string BytesOf(const Content& content);
+
+// A part after decoding.
 struct Part {
     Text type;
     Text name;
@@ -42,7 +46,7 @@ std::vector<Part> DecodeParts(const Entity& message);
 // A header text with its encoded words, such as =?UTF-8?Q?caf=C3=A9?=, decoded (RFC 2047).
 Text DecodeWords(Utf8 text);
 
-// The moment of a date field such as: Thu, 05 Mar 2009 07:04:09 +0530. Invalid when it is none.
+// The moment in a date field such as: Thu, 05 Mar 2009 07:04:09 +0530. Invalid when there is none.
 DateTime ParseDate(const Utf8& field);
 
 } // namespace MailTool

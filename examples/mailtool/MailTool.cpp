@@ -4,24 +4,24 @@
 //     mailtool <message> <file for the parts>
 
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 
 #include "MailMessage.h"
+#include "VisibleText.h"
 
 using namespace MailTool;
 
 namespace {
 
-// The screen gets UTF-8, whatever the locale.
+// The screen gets UTF-8, whatever the locale, and nothing from a message that it would act on.
 void Print(const Text& line)
 {
-    std::cout << UTF8::ToUTF8(line) << '\n';
+    std::cout << UTF8::ToUTF8(VisibleText(line)) << '\n';
 }
 
 int Fail(const Text& message)
 {
-    std::cerr << "mailtool: " << UTF8::ToUTF8(message) << '\n';
+    std::cerr << "mailtool: " << UTF8::ToUTF8(VisibleText(message)) << '\n';
     return EXIT_FAILURE;
 }
 
@@ -34,38 +34,13 @@ bool ReadFile(const Text& path, Utf8& bytes)
     return bytes.empty() || file.Read(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
-// How many bytes a content has, and whether it is the same as another.
-unsigned int GetSize(const Content& content)
-{
-    unsigned char* data = nullptr;
-    unsigned int size = 0;
-    content->GetBytes(&data, &size);
-    delete[] data;
-    return size;
-}
-
-bool IsSame(const Content& left, const Content& right)
-{
-    unsigned char* leftData = nullptr;
-    unsigned char* rightData = nullptr;
-    unsigned int leftSize = 0;
-    unsigned int rightSize = 0;
-    left->GetBytes(&leftData, &leftSize);
-    right->GetBytes(&rightData, &rightSize);
-    const bool same =
-        leftSize == rightSize && (leftSize == 0 || std::memcmp(leftData, rightData, leftSize) == 0);
-    delete[] leftData;
-    delete[] rightData;
-    return same;
-}
-
-// A record is the name of a part and its content. An empty content writes nothing, and so it is not
-// stored at all.
+// A record is the name of a part and its content. An empty content would write nothing, so it is
+// not stored.
 bool Store(const Text& path, const std::vector<Part>& parts)
 {
     FSOutputSerializer serializer(path);
     for (const Part& part : parts) {
-        if (GetSize(part.content) == 0)
+        if (BytesOf(part.content).empty())
             continue;
         if (StreamResult::Failed(serializer.GetStream().Write(part.type + L" " + part.name)) ||
             StreamResult::Failed(serializer.Serialize(*part.content)))
@@ -78,13 +53,13 @@ bool IsStoredWhole(const Text& path, const std::vector<Part>& parts)
 {
     FSInputSerializer serializer(path);
     for (const Part& part : parts) {
-        if (GetSize(part.content) == 0)
+        if (BytesOf(part.content).empty())
             continue;
         Text title;
         const Content content = new Bytes();
         if (StreamResult::Failed(serializer.GetStream().Read(title)) ||
             StreamResult::Failed(serializer.Deserialize(*content)) ||
-            title != part.type + L" " + part.name || !IsSame(content, part.content))
+            title != part.type + L" " + part.name || BytesOf(content) != BytesOf(part.content))
             return false;
     }
     return true;
@@ -108,7 +83,7 @@ void PrintPart(const Part& part)
 {
     Print(L"Part     " + part.type +
           (part.name.empty() ? Text() : Text(L" \"" + part.name + L"\"")) + L", " +
-          StringConvert::UStringFromUint32(GetSize(part.content)) + L" bytes");
+          StringConvert::UStringFromUInt64(BytesOf(part.content).size()) + L" bytes");
 }
 
 int Run(const Text& messagePath, const Text& partsPath)
@@ -125,7 +100,7 @@ int Run(const Text& messagePath, const Text& partsPath)
     if (!Store(partsPath, parts))
         return Fail(L"cannot write " + partsPath);
     if (!IsStoredWhole(partsPath, parts))
-        return Fail(L"the parts do not come back from " + partsPath);
+        return Fail(L"the stored parts differ in " + partsPath);
     Print(L"Stored   in " + partsPath + L" and read back");
     return EXIT_SUCCESS;
 }

@@ -94,6 +94,29 @@ TEST_F(MailToolTest, StoresTheDecodedBytes)
     EXPECT_EQ(stored.substr(4 + 44, 4 + 3), std::string("\x06\0\0\0Sea", 7));
 }
 
+// The boundary is text, whatever it means in a pattern.
+TEST_F(MailToolTest, FindsTheBoundaryAsItIs)
+{
+    for (const std::string boundary :
+         {"a.b", "(x", "x\\Ey", "\\Q+", "[0-9]", "a|b", "caf\xC3\xA9"}) {
+        SCOPED_TRACE(boundary);
+        const ProgramResult result =
+            RunOnText("Content-Type: multipart/mixed; boundary=\"" + boundary + "\"\n\n--" +
+                      boundary + "\nContent-Type: text/one\n\nfirst\n--" + boundary +
+                      "\nContent-Type: text/two\n\nsecond\n--" + boundary + "--\n");
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_THAT(result.output,
+                    HasSubstr("Part     text/one, 5 bytes\nPart     text/two, 6 bytes\n"));
+    }
+}
+
+TEST_F(MailToolTest, ShowsControlCharactersOfAMessageAsText)
+{
+    const ProgramResult result = RunOnText("Subject: =?UTF-8?Q?=1B]0;evil=07?=\n\nx\n");
+
+    EXPECT_THAT(result.output, HasSubstr("Subject  \\x1B]0;evil\\x07\n"));
+}
+
 TEST_F(MailToolTest, AFileThatIsNoMessageHasNothingToShow)
 {
     const ProgramResult result = RunOnText("no header here");
