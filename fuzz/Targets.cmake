@@ -4,7 +4,9 @@ toolkit_fuzz_target(DirectorySpec)
 toolkit_fuzz_target(IniFile)
 toolkit_fuzz_target(Ipc)
 toolkit_fuzz_target(IsoText)
-toolkit_fuzz_target(LocaleText base/Numbers.cpp datetime/LocaleText.cpp)
+toolkit_fuzz_target(
+    LocaleText base/FloatingPoint.cpp base/FloatingPoint.Strtod.cpp base/Numbers.cpp datetime/LocaleText.cpp
+)
 toolkit_fuzz_target(Numbers)
 toolkit_fuzz_target(QuotedPrintable)
 toolkit_fuzz_target(RegExp)

@@ -2,6 +2,9 @@ toolkit_private_test(base/FileDescriptorTest.cpp base/FileDescriptor.cpp)
 toolkit_private_test(
     base/FileReplacementTest.cpp base/FileDescriptor.cpp base/FileReplacement.cpp
 )
+toolkit_private_test(
+    base/FloatingPointTest.cpp base/FloatingPoint.cpp base/FloatingPoint.FromChars.cpp
+)
 toolkit_private_test(base/OutOfMemoryTest.cpp)
 toolkit_private_test(base/ShortenNameTest.cpp base/ShortenName.cpp)
 toolkit_private_test(

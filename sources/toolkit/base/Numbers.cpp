@@ -1,5 +1,7 @@
 #include "toolkit/base/Numbers.h"
 
+#include "toolkit/base/FloatingPoint.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -7,8 +9,6 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <locale>
-#include <sstream>
 #include <type_traits>
 
 namespace Toolkit::Base {
@@ -130,16 +130,6 @@ private:
     bool m_isNegative = false;
 };
 
-// A number too large or too small for the type, by a stream: it knows which limit to give.
-double ParseOutOfRange(const FloatingPointCharacters& characters)
-{
-    std::istringstream stream(std::string(characters.Begin(), characters.End()));
-    stream.imbue(std::locale::classic());
-    double value = 0;
-    stream >> value;
-    return value;
-}
-
 template <typename Char>
 void ParseDouble(const Char* at, const Char* end, double& value)
 {
@@ -148,12 +138,9 @@ void ParseDouble(const Char* at, const Char* end, double& value)
         return;
 
     double magnitude = 0;
-    const auto [stop, error] = std::from_chars(characters.Begin(), characters.End(), magnitude);
     // An exponent without digits makes the whole text no number.
-    if (stop != characters.End())
+    if (!ParseFloatingPoint(characters.Begin(), characters.End(), magnitude))
         return;
-    if (error == std::errc::result_out_of_range)
-        magnitude = ParseOutOfRange(characters);
     value = characters.IsNegative() ? -magnitude : magnitude;
 }
 
