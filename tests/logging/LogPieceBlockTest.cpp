@@ -68,6 +68,21 @@ TEST(LogPieceBlockTest, PieceWithoutAUtf8FormIsLeftOut)
     EXPECT_EQ(Blocks(0, {invalid, L"b", invalid}), Texts({"b"}));
 }
 
+TEST(LogPieceBlockTest, EncodesPiecesOfBytes)
+{
+    LogPieceBlock block(c_pageSize);
+    block.Begin(0);
+
+    EXPECT_TRUE(block.Append(std::string_view("a\x7F\0b", 4)));
+    EXPECT_TRUE(block.Append(std::string_view("\x80\xE9\xFF")));
+    EXPECT_TRUE(block.Append(std::string_view("c\xE9")));
+    EXPECT_EQ(Text(block), std::string("a\x7F\0b\xC2\x80\xC3\xA9\xC3\xBF"
+                                       "c\xC3\xA9",
+                                       13));
+    EXPECT_FALSE(block.Append(std::string_view("\xE9\xE9")));
+    EXPECT_EQ(block.Size(), 13u);
+}
+
 TEST(LogPieceBlockTest, EmptyPiecesChangeNothing)
 {
     EXPECT_EQ(Blocks(3, {L"", L"0123456789abc", L"", L"d"}), Texts({"0123456789abc", "d"}));

@@ -14,10 +14,24 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+wchar_t Widen(char byte)
+{
+    return static_cast<wchar_t>(static_cast<unsigned char>(byte));
+}
+
+wchar_t Widen(wchar_t character)
+{
+    return character;
+}
+
 std::vector<std::wstring> Pieces(const LogPieceQueue& queue)
 {
     std::vector<std::wstring> pieces;
-    queue.ForEach([&pieces](std::wstring_view piece) { pieces.emplace_back(piece); });
+    queue.ForEach([&pieces](auto piece) {
+        pieces.emplace_back();
+        for (const auto character : piece)
+            pieces.back() += Widen(character);
+    });
     return pieces;
 }
 
@@ -47,6 +61,57 @@ TEST(LogPieceQueueTest, EmptyPieceIsAPiece)
     queue.Push(L"");
     EXPECT_FALSE(queue.IsEmpty());
     EXPECT_THAT(Pieces(queue), ElementsAre(L""));
+}
+
+// How many pieces are kept as bytes.
+int CountBytes(const LogPieceQueue& queue)
+{
+    int count = 0;
+    queue.ForEach([&count](auto piece) { count += sizeof piece[0] == 1 ? 1 : 0; });
+    return count;
+}
+
+TEST(LogPieceQueueTest, KeepsAsBytesWhatFitsIntoThem)
+{
+    LogPieceQueue queue;
+
+    queue.Push(L"bytes \u00FF\u0000");
+    queue.Push(std::wstring(1000, L'\u00E9'));
+    queue.Push(L"");
+    EXPECT_EQ(CountBytes(queue), 3);
+    queue.Push(L"\u0100");
+    queue.Push(std::wstring(1000, L'x') + L"\u20AC");
+    queue.Push(std::wstring(1, static_cast<wchar_t>(-1)));
+    EXPECT_EQ(CountBytes(queue), 3);
+}
+
+TEST(LogPieceQueueTest, KeepsPiecesOfEveryLength)
+{
+    LogPieceQueue queue;
+    std::vector<std::wstring> expected;
+    for (std::size_t length = 0; length < 600; ++length) {
+        for (const wchar_t character : {L'x', L'\u00FF', L'\u0100', L'\U0001F600'})
+            expected.emplace_back(length, character);
+    }
+
+    for (const std::wstring& piece : expected)
+        queue.Push(piece);
+    EXPECT_EQ(Pieces(queue), expected);
+}
+
+TEST(LogPieceQueueTest, KeepsPiecesAroundTheSizeOfAChunk)
+{
+    LogPieceQueue queue;
+    std::vector<std::wstring> expected;
+    for (std::size_t size = 65536 - 20; size < 65536 + 20; ++size) {
+        expected.emplace_back(size, L'x');
+        expected.emplace_back(L"short");
+        expected.emplace_back(size / 4, L'\u20AC');
+    }
+
+    for (const std::wstring& piece : expected)
+        queue.Push(piece);
+    EXPECT_EQ(Pieces(queue), expected);
 }
 
 TEST(LogPieceQueueTest, SwapExchangesThePieces)
@@ -95,7 +160,7 @@ TEST(LogPieceQueueTest, HoldsPiecesOfAllLengths)
         std::vector<std::wstring> expected(random.Number<std::size_t>(0, 300));
         for (std::wstring& piece : expected) {
             const std::size_t longest = random.Number(0, 20) == 0 ? 40000 : 40;
-            piece = random.Text<wchar_t>(L"ab\u20AC", longest);
+            piece = random.Text<wchar_t>(L"ab\u00E9\u20AC", longest);
             queue.Push(piece);
         }
         ASSERT_EQ(Pieces(queue), expected);

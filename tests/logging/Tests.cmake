@@ -12,5 +12,7 @@ toolkit_test(logging/NullLoggerTest.cpp)
 toolkit_private_test(
     logging/LogPieceBlockTest.cpp logging/LogPieceBlock.cpp base/Utf8.cpp
 )
-toolkit_private_test(logging/LogPieceQueueTest.cpp logging/LogPieceQueue.cpp)
+toolkit_private_test(
+    logging/LogPieceQueueTest.cpp logging/LogPieceChunk.cpp logging/LogPieceQueue.cpp
+)
 toolkit_test(logging/WxLogForwarderTest.cpp)

@@ -206,7 +206,7 @@ void FileLogger::WriteBatch(const LogPieceQueue& batch)
 {
     LogPieceBlock block(PageSize());
     block.Begin(m_file->FindPosition());
-    batch.ForEach([this, &block](std::wstring_view piece) {
+    batch.ForEach([this, &block](auto piece) {
         if (block.Append(piece))
             return;
         WriteBlock(block);

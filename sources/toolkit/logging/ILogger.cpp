@@ -70,16 +70,12 @@ ILogger& ILogger::operator<<(const char* text)
 
 ILogger& ILogger::WriteView(std::wstring_view text)
 {
-    if (!IsFilteredOut())
-        Write(std::wstring(text));
-    return GetLogger();
+    return Insert([text] { return std::wstring(text); });
 }
 
 ILogger& ILogger::WriteView(std::string_view text)
 {
-    if (!IsFilteredOut())
-        Write(Base::DecodeUtf8(std::string(text)));
-    return GetLogger();
+    return Insert([text] { return Base::DecodeUtf8(std::string(text)); });
 }
 
 ILogger& ILogger::operator<<(long long value)

@@ -23,14 +23,18 @@ public:
     void Begin(long long offset);
 
     /// False when `piece` does not fit any more: the block is to be written first. The first piece
-    /// always fits; one without a UTF-8 form, or without memory for it, is left out.
+    /// always fits; one without a UTF-8 form, or without memory for it, is left out. A piece of
+    /// bytes has characters up to U+00FF.
     bool Append(std::wstring_view piece);
+    bool Append(std::string_view piece);
 
     bool IsEmpty() const { return m_bytes.empty(); }
     const char* Data() const { return m_bytes.data(); }
     std::size_t Size() const { return m_bytes.size(); }
 
 private:
+    bool KeepFrom(std::size_t oldSize);
+
     std::size_t m_pageSize;
     std::size_t m_pageOffset = 0; // of the block's beginning, in its page
     std::size_t m_limit = 0;      // of the block's size, once there is a first piece

@@ -1,19 +1,25 @@
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/logging/LogPieceBlock.Private.h"
 
-#include <new>
+#include <algorithm>
 
 namespace Toolkit {
 namespace {
 
-// Appends nothing when there is no memory.
-void AppendEncoded(std::string& bytes, std::wstring_view piece)
+// As AppendEncodedUtf8(), for characters up to U+00FF.
+void AppendEncoded(std::string& bytes, std::string_view piece)
 {
-    const std::size_t oldSize = bytes.size();
-    try {
-        Base::AppendEncodedUtf8(bytes, piece.data(), piece.size());
-    } catch (const std::bad_alloc&) {
-        bytes.resize(oldSize);
+    for (std::size_t at = 0; at < piece.size();) {
+        const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+        const auto* const end = std::find_if_not(piece.begin() + at, piece.end(), isAscii);
+        bytes.append(piece.begin() + at, end);
+        at = static_cast<std::size_t>(end - piece.begin());
+        if (at == piece.size())
+            return;
+        const auto character = static_cast<unsigned char>(piece[at++]);
+        bytes += static_cast<char>(0xC0 | (character >> 6));
+        bytes += static_cast<char>(0x80 | (character & 0x3F));
     }
 }
 
@@ -30,7 +36,22 @@ void LogPieceBlock::Begin(long long offset)
 bool LogPieceBlock::Append(std::wstring_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
-    AppendEncoded(m_bytes, piece);
+    if (!Base::Completes([&] { Base::AppendEncodedUtf8(m_bytes, piece.data(), piece.size()); }))
+        m_bytes.resize(oldSize);
+    return KeepFrom(oldSize);
+}
+
+bool LogPieceBlock::Append(std::string_view piece)
+{
+    const std::size_t oldSize = m_bytes.size();
+    if (!Base::Completes([&] { AppendEncoded(m_bytes, piece); }))
+        m_bytes.resize(oldSize);
+    return KeepFrom(oldSize);
+}
+
+// Keeps the piece that begins at `oldSize` of the block, if it belongs there.
+bool LogPieceBlock::KeepFrom(std::size_t oldSize)
+{
     if (oldSize == 0) {
         const std::size_t pages = (m_pageOffset + m_bytes.size() + m_pageSize - 1) / m_pageSize;
         m_limit = pages * m_pageSize - m_pageOffset;

@@ -1,16 +1,17 @@
 #pragma once
 
+#include "toolkit/logging/LogPieceChunk.Private.h"
+
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <vector>
 
 namespace Toolkit {
 
-/// Pieces of text in the order in which they came.
+/// Pieces of log text in the order in which they came.
 ///
-/// They lie one behind the other in chunks that are used again: a piece that comes costs a copy
-/// and, while the queue is emptied as fast as it is filled, no memory of the heap.
+/// They lie in chunks that are used again: while the queue is emptied as fast as it is filled, a
+/// piece costs a copy and no memory of the heap.
 class LogPieceQueue {
 public:
     LogPieceQueue();
@@ -19,6 +20,7 @@ public:
     LogPieceQueue(const LogPieceQueue&) = delete;
     LogPieceQueue& operator=(const LogPieceQueue&) = delete;
 
+    /// Throws `std::bad_alloc` and changes nothing when out of memory.
     void Push(std::wstring_view piece);
 
     bool IsEmpty() const { return m_used == 0; }
@@ -26,18 +28,12 @@ public:
     /// Exchanges the pieces, and what is kept for later ones.
     void Swap(LogPieceQueue& other) noexcept;
 
-    /// Calls `visit` with each piece, in order.
+    /// Calls `visit` with each piece, in order, as `LogPieceChunk::ForEach` does.
     template <typename Visitor>
     void ForEach(Visitor visit) const
     {
-        for (std::size_t i = 0; i < m_used; ++i) {
-            const Chunk& chunk = m_chunks[i];
-            for (std::size_t at = 0; at < chunk.length;) {
-                const std::wstring_view piece = chunk.PieceAt(at);
-                visit(piece);
-                at += c_headerLength + piece.size();
-            }
-        }
+        for (std::size_t i = 0; i < m_used; ++i)
+            m_chunks[i].ForEach(visit);
     }
 
     /// Forgets the pieces and keeps the chunks, within bounds, for later ones.
@@ -47,22 +43,9 @@ public:
     void Release();
 
 private:
-    // The length of a piece stands before it.
-    static constexpr std::size_t c_headerLength = sizeof(std::size_t) / sizeof(wchar_t);
+    LogPieceChunk& NextChunk(std::size_t capacity);
 
-    struct Chunk {
-        explicit Chunk(std::size_t size);
-
-        std::wstring_view PieceAt(std::size_t at) const;
-
-        std::unique_ptr<wchar_t[]> text;
-        std::size_t capacity;
-        std::size_t length = 0;
-    };
-
-    Chunk& ChunkWithRoom(std::size_t length);
-
-    std::vector<Chunk> m_chunks;
+    std::vector<LogPieceChunk> m_chunks;
     std::size_t m_used = 0; // those before hold pieces, the others wait
 };
 

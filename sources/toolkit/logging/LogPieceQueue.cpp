@@ -1,27 +1,15 @@
 #include "toolkit/logging/LogPieceQueue.Private.h"
 
 #include <algorithm>
-#include <cstring>
-#include <cwchar>
 #include <utility>
 
 namespace Toolkit {
 namespace {
 
-constexpr std::size_t c_chunkLength = 16384;
-constexpr std::size_t c_keptChunks = 1024;
+constexpr std::size_t c_chunkSize = 65536;
+constexpr std::size_t c_keptChunks = 256;
 
 } // namespace
-
-// Not zeroed: the memory is touched when it is needed.
-LogPieceQueue::Chunk::Chunk(std::size_t size) : text(new wchar_t[size]), capacity(size) {}
-
-std::wstring_view LogPieceQueue::Chunk::PieceAt(std::size_t at) const
-{
-    std::size_t pieceLength = 0;
-    std::memcpy(&pieceLength, &text[at], sizeof pieceLength);
-    return {&text[at + c_headerLength], pieceLength};
-}
 
 LogPieceQueue::LogPieceQueue() = default;
 
@@ -29,27 +17,20 @@ LogPieceQueue::~LogPieceQueue() = default;
 
 void LogPieceQueue::Push(std::wstring_view piece)
 {
-    const std::size_t pieceLength = piece.size();
-    Chunk& chunk = ChunkWithRoom(c_headerLength + pieceLength);
-    wchar_t* const end = &chunk.text[chunk.length];
-    std::memcpy(end, &pieceLength, sizeof pieceLength);
-    std::wmemcpy(end + c_headerLength, piece.data(), pieceLength);
-    chunk.length += c_headerLength + pieceLength;
+    if (m_used > 0 && m_chunks[m_used - 1].Append(piece))
+        return;
+    NextChunk(LogPieceChunk::SizeOf(piece)).Append(piece);
+    ++m_used;
 }
 
-// The last chunk in use, or the next one, with room for `length` characters.
-LogPieceQueue::Chunk& LogPieceQueue::ChunkWithRoom(std::size_t length)
+// The first chunk that waits, with `capacity` bytes at least.
+LogPieceChunk& LogPieceQueue::NextChunk(std::size_t capacity)
 {
-    if (m_used > 0) {
-        Chunk& last = m_chunks[m_used - 1];
-        if (last.capacity - last.length >= length)
-            return last;
-    }
     if (m_used == m_chunks.size())
-        m_chunks.emplace_back(std::max(c_chunkLength, length));
-    else if (m_chunks[m_used].capacity < length)
-        m_chunks[m_used] = Chunk(length);
-    return m_chunks[m_used++];
+        m_chunks.emplace_back(std::max(c_chunkSize, capacity));
+    else if (m_chunks[m_used].GetCapacity() < capacity)
+        m_chunks[m_used] = LogPieceChunk(capacity);
+    return m_chunks[m_used];
 }
 
 void LogPieceQueue::Swap(LogPieceQueue& other) noexcept
@@ -58,21 +39,21 @@ void LogPieceQueue::Swap(LogPieceQueue& other) noexcept
     std::swap(m_used, other.m_used);
 }
 
-void LogPieceQueue::Release()
-{
-    LogPieceQueue().Swap(*this);
-}
-
 void LogPieceQueue::Clear()
 {
     // One that was made for a long piece is not kept.
-    const auto isLong = [](const Chunk& chunk) { return chunk.capacity > c_chunkLength; };
-    m_chunks.erase(std::remove_if(m_chunks.begin(), m_chunks.end(), isLong), m_chunks.end());
+    std::erase_if(m_chunks,
+                  [](const LogPieceChunk& chunk) { return chunk.GetCapacity() > c_chunkSize; });
     if (m_chunks.size() > c_keptChunks)
         m_chunks.erase(m_chunks.begin() + c_keptChunks, m_chunks.end());
-    for (Chunk& chunk : m_chunks)
-        chunk.length = 0;
+    for (LogPieceChunk& chunk : m_chunks)
+        chunk.Clear();
     m_used = 0;
+}
+
+void LogPieceQueue::Release()
+{
+    LogPieceQueue().Swap(*this);
 }
 
 } // namespace Toolkit

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+namespace Toolkit {
+
+/// A block of memory that is filled with pieces of log text, one after the other.
+///
+/// A piece whose characters all fit into a byte is kept as bytes: kept as it is, it takes four
+/// times the memory (`LogMemory`) and the time to fill it (`LogLine`).
+class LogPieceChunk {
+public:
+    /// How many bytes `piece` takes at most.
+    static std::size_t SizeOf(std::wstring_view piece);
+
+    /// Throws `std::bad_alloc` when out of memory.
+    explicit LogPieceChunk(std::size_t capacity);
+
+    std::size_t GetCapacity() const { return m_capacity; }
+
+    /// False when there is no room for `piece`.
+    bool Append(std::wstring_view piece);
+
+    void Clear() { m_size = 0; }
+
+    /// Calls `visit` with each piece, in order: with a `std::string_view` of characters up to
+    /// U+00FF, a byte each, or with a `std::wstring_view`.
+    template <typename Visitor>
+    void ForEach(Visitor& visit) const
+    {
+        const unsigned char* const end = m_bytes.get() + m_size;
+        for (const unsigned char* at = m_bytes.get(); at != end;) {
+            if (*at == c_wideTag)
+                visit(ReadWide(at));
+            else
+                visit(ReadBytes(at));
+        }
+    }
+
+private:
+    // A piece begins with a tag: the length of a short piece of bytes, or one of these constants.
+    // After a constant comes the length, and after that of a wide piece padding to align it.
+    static constexpr unsigned char c_longTag = 0xFE;
+    static constexpr unsigned char c_wideTag = 0xFF;
+    static constexpr std::size_t c_longHeaderSize = 1 + sizeof(std::size_t);
+    static constexpr std::size_t c_largestOverhead = c_longHeaderSize + alignof(wchar_t) - 1;
+
+    bool AppendBytes(std::wstring_view piece);
+    void AppendWide(std::wstring_view piece);
+
+    // Each moves `at` to the next piece.
+    static std::string_view ReadBytes(const unsigned char*& at);
+    static std::wstring_view ReadWide(const unsigned char*& at);
+
+    std::unique_ptr<unsigned char[]> m_bytes;
+    std::size_t m_capacity;
+    std::size_t m_size = 0;
+};
+
+} // namespace Toolkit

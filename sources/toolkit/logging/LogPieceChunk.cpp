@@ -1,0 +1,113 @@
+#include "toolkit/logging/LogPieceChunk.Private.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+namespace Toolkit {
+namespace {
+
+using Character = std::make_unsigned_t<wchar_t>;
+
+constexpr Character c_largestByte = 0xFF;
+
+// The next address at which wide characters may begin. Chunks begin at such addresses too.
+template <typename Byte>
+Byte* AlignForWide(Byte* at)
+{
+    const auto past = reinterpret_cast<std::uintptr_t>(at) % alignof(wchar_t);
+    return past == 0 ? at : at + (alignof(wchar_t) - past);
+}
+
+void WriteLength(unsigned char* at, std::size_t length)
+{
+    std::memcpy(at, &length, sizeof length);
+}
+
+std::size_t ReadLength(const unsigned char* at)
+{
+    std::size_t length = 0;
+    std::memcpy(&length, at, sizeof length);
+    return length;
+}
+
+} // namespace
+
+std::size_t LogPieceChunk::SizeOf(std::wstring_view piece)
+{
+    const bool isBytes = std::all_of(piece.begin(), piece.end(), [](wchar_t character) {
+        return static_cast<Character>(character) <= c_largestByte;
+    });
+    return c_largestOverhead + piece.size() * (isBytes ? 1 : sizeof(wchar_t));
+}
+
+// Not zeroed: the memory is touched when it is needed.
+LogPieceChunk::LogPieceChunk(std::size_t capacity)
+    : m_bytes(new unsigned char[capacity]), m_capacity(capacity)
+{
+}
+
+bool LogPieceChunk::Append(std::wstring_view piece)
+{
+    const std::size_t room = m_capacity - m_size;
+    if (room < c_largestOverhead + piece.size())
+        return false;
+    if (AppendBytes(piece))
+        return true;
+    if ((room - c_largestOverhead) / sizeof(wchar_t) < piece.size())
+        return false;
+    AppendWide(piece);
+    return true;
+}
+
+// False when a character does not fit into a byte.
+bool LogPieceChunk::AppendBytes(std::wstring_view piece)
+{
+    const bool isShort = piece.size() < c_longTag;
+    unsigned char* const header = &m_bytes[m_size];
+    unsigned char* const bytes = header + (isShort ? 1 : c_longHeaderSize);
+    Character allBits = 0;
+    for (std::size_t i = 0; i < piece.size(); ++i) {
+        const auto character = static_cast<Character>(piece[i]);
+        allBits |= character;
+        bytes[i] = static_cast<unsigned char>(character);
+    }
+    if (allBits > c_largestByte)
+        return false;
+    *header = isShort ? static_cast<unsigned char>(piece.size()) : c_longTag;
+    if (!isShort)
+        WriteLength(header + 1, piece.size());
+    m_size = static_cast<std::size_t>(bytes + piece.size() - m_bytes.get());
+    return true;
+}
+
+void LogPieceChunk::AppendWide(std::wstring_view piece)
+{
+    unsigned char* const header = &m_bytes[m_size];
+    *header = c_wideTag;
+    WriteLength(header + 1, piece.size());
+    unsigned char* const characters = AlignForWide(header + c_longHeaderSize);
+    std::memcpy(characters, piece.data(), piece.size() * sizeof(wchar_t));
+    m_size = static_cast<std::size_t>(characters - m_bytes.get()) + piece.size() * sizeof(wchar_t);
+}
+
+std::string_view LogPieceChunk::ReadBytes(const unsigned char*& at)
+{
+    const bool isShort = *at != c_longTag;
+    const std::size_t length = isShort ? *at : ReadLength(at + 1);
+    const unsigned char* const bytes = at + (isShort ? 1 : c_longHeaderSize);
+    at = bytes + length;
+    return {reinterpret_cast<const char*>(bytes), length};
+}
+
+std::wstring_view LogPieceChunk::ReadWide(const unsigned char*& at)
+{
+    const std::size_t length = ReadLength(at + 1);
+    const auto* const characters =
+        reinterpret_cast<const wchar_t*>(AlignForWide(at + c_longHeaderSize));
+    at = reinterpret_cast<const unsigned char*>(characters + length);
+    return {characters, length};
+}
+
+} // namespace Toolkit
