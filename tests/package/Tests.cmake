@@ -34,6 +34,21 @@ function(toolkit_program_test name folder program)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
 
+# Adds a test that configures a project which find_package(Toolkit) has to refuse with `words`.
+function(toolkit_refusal_test name words)
+    add_test(NAME ${name}
+             COMMAND ${CMAKE_COMMAND} --fresh -S "${package_sources}/refusal" -B
+                     "${package_binaries}/${name}" -G ${CMAKE_GENERATOR}
+                     -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
+                     "-DCMAKE_PREFIX_PATH=${package_prefix}" ${ARGN}
+    )
+    # CMake breaks a message into lines where it likes.
+    string(REPLACE " " "[ \n]+" words "${words}")
+    set_tests_properties(
+        ${name} PROPERTIES FIXTURES_REQUIRED InstalledCopy PASS_REGULAR_EXPRESSION "${words}"
+    )
+endfunction()
+
 # The same against an installed copy by pkg-config.
 function(toolkit_pkg_config_test name prefix)
     add_test(
@@ -55,6 +70,17 @@ if(BUILD_SHARED_LIBS)
         PackageByCMake consumer Consumer "-DCMAKE_PREFIX_PATH=${package_prefix}"
     )
     toolkit_pkg_config_test(PackageByPkgConfig "${package_prefix}")
+    toolkit_refusal_test(PackageRefusesComponents "Toolkit has no components" -DCOMPONENT=Net)
+    toolkit_refusal_test(
+        PackageNamesWhatIsMissing "apt-get install libwxgtk3.2-dev"
+        -DCMAKE_DISABLE_FIND_PACKAGE_wxWidgets=ON
+    )
+    # The program of the README, by the commands that it gives for it.
+    add_test(NAME PackageReadme COMMAND "${package_sources}/readme.sh"
+                                        "${PROJECT_SOURCE_DIR}/README.md" "${package_prefix}"
+                                        "${package_prefix}/${CMAKE_INSTALL_LIBDIR}"
+    )
+    set_tests_properties(PackageReadme PROPERTIES FIXTURES_REQUIRED InstalledCopy)
     # The plug-in of the page about them, with the project that the page gives for it.
     set(page_plug_in "${package_binaries}/PagePlugInSource")
     file(MAKE_DIRECTORY "${page_plug_in}")
