@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <wx/file.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -99,6 +100,25 @@ bool ReadWithFramework(const ScratchFile& file, long recordCount)
     return isRight;
 }
 
+bool ReadWithStdio(const ScratchFile& file, long recordCount)
+{
+    std::wstring text;
+    char block[c_blockSize];
+    std::FILE* const input = std::fopen(file.Path(), "rb");
+    bool isRight = true;
+    for (long index = 0; index < recordCount; ++index) {
+        unsigned int value = 0;
+        unsigned int size = 0;
+        isRight = isRight && std::fread(&value, sizeof value, 1, input) == 1 && value == index;
+        isRight = isRight && std::fread(&size, sizeof size, 1, input) == 1 && size == c_textSize;
+        text.resize(size / sizeof(wchar_t));
+        isRight = isRight && std::fread(text.data(), size, 1, input) == 1;
+        isRight = isRight && std::fread(block, c_blockSize, 1, input) == 1;
+    }
+    std::fclose(input);
+    return isRight;
+}
+
 using Transfer = bool (*)(const ScratchFile&, long);
 
 void Run(benchmark::State& state, Transfer transfer)
@@ -134,11 +154,17 @@ void BM_ReadRecords_wxFile(benchmark::State& state)
     Run(state, ReadWithFramework);
 }
 
+void BM_ReadRecords_fread(benchmark::State& state)
+{
+    Run(state, ReadWithStdio);
+}
+
 constexpr long c_recordCount = 1'000'000;
 BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_WriteRecords_wxFile)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadRecords_Toolkit)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadRecords_wxFile)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_fread)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace Toolkit

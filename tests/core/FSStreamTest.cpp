@@ -11,10 +11,12 @@
 #include <wx/log.h>
 
 #include <cstring>
+#include <fstream>
 #include <future>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -204,6 +206,85 @@ TEST_F(FSStreamTest, ATextThatFindsNoMemoryLeavesTheTargetAsItWas)
         EXPECT_EQ(stream.Read(text), 0x10000003u);
     }
     EXPECT_EQ(text, L"before");
+}
+
+TEST_F(FSStreamTest, ItemsOfEverySizeMeetTheEndOfTheReadAhead)
+{
+    constexpr unsigned int aheadSize = 65536;
+    const std::string bytes(4 * aheadSize, 'x');
+    for (const unsigned int first : {1u, aheadSize - 2, aheadSize, aheadSize + 1}) {
+        for (const unsigned int second : {2u, aheadSize - 1, aheadSize, 2 * aheadSize - 1}) {
+            SCOPED_TRACE(testing::PrintToString(std::pair(first, second)));
+            FSStream stream =
+                Reader(bytes.substr(0, first) + Packed(7u) + bytes.substr(0, second) + Packed(8u));
+            std::string block(2 * aheadSize, '-');
+            unsigned int values[] = {0, 0};
+
+            EXPECT_EQ(stream.Read(block.data(), first), StreamResult::Ok);
+            EXPECT_EQ(stream.Read(values[0]), StreamResult::Ok);
+            EXPECT_EQ(stream.Read(block.data(), second), StreamResult::Ok);
+            EXPECT_EQ(stream.Read(values[1]), StreamResult::Ok);
+            EXPECT_EQ(values[0], 7u);
+            EXPECT_EQ(values[1], 8u);
+            EXPECT_EQ(stream.Read(block.data(), 1), StreamResult::DataFailed);
+        }
+    }
+}
+
+TEST_F(FSStreamTest, WhatIsAppendedIsFoundAtTheEnd)
+{
+    FSStream reader = Reader(Packed(1u));
+    unsigned int value = 0;
+    EXPECT_EQ(reader.Read(value), StreamResult::Ok);
+    EXPECT_EQ(reader.Read(value), StreamResult::DataFailed);
+
+    std::ofstream(m_directory.Path() / "read", std::ios::app | std::ios::binary) << Packed(2u);
+
+    EXPECT_EQ(reader.Length(), 8u);
+    EXPECT_EQ(reader.Read(value), StreamResult::Ok);
+    EXPECT_EQ(value, 2u);
+}
+
+TEST_F(FSStreamTest, AFailedReadConsumesWhatIsLeft)
+{
+    FSStream reader = Reader("abc");
+    char block[8] = "-------";
+    EXPECT_EQ(reader.Read(block, 7), StreamResult::DataFailed);
+    EXPECT_STREQ(block, "abc----");
+
+    std::ofstream(m_directory.Path() / "read", std::ios::app | std::ios::binary) << "d";
+
+    EXPECT_EQ(reader.Read(block, 1), StreamResult::Ok);
+    EXPECT_EQ(block[0], 'd');
+}
+
+TEST_F(FSStreamTest, TheRestStaysInAPipe)
+{
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    ASSERT_EQ(::write(ends[1], "abcdefgh", 8), 8);
+    FSStream reader(L"/dev/fd/" + std::to_wstring(ends[0]), FSStream::OpenRead);
+    unsigned int value = 0;
+    char rest[5] = "";
+
+    EXPECT_EQ(reader.Read(value), StreamResult::Ok);
+    EXPECT_EQ(::read(ends[0], rest, 4), 4);
+    EXPECT_STREQ(rest, "efgh");
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST_F(FSStreamTest, ReadsWithoutMemoryForTheReadAhead)
+{
+    FSStream stream = Reader(Packed(7u) + Packed(4u) + Packed(L"a"));
+    unsigned int value = 0;
+    Wide text;
+    const Testing::AllocationLimit limit(1000);
+
+    EXPECT_EQ(stream.Read(value), StreamResult::Ok);
+    EXPECT_EQ(stream.Read(text), StreamResult::Ok);
+    EXPECT_EQ(value, 7u);
+    EXPECT_EQ(text, L"a");
 }
 
 TEST_F(FSStreamTest, AMissingSizeHasACodeOfItsOwn)

@@ -1,20 +1,58 @@
 #include "toolkit/core/StreamFile.Private.h"
 
+#include <algorithm>
+#include <fcntl.h>
+#include <new>
+
 namespace Toolkit {
+namespace {
+
+constexpr std::size_t c_aheadSize = 65536;
+
+} // namespace
 
 StreamFile::StreamFile(const std::string& name, int flags)
-    : m_file(Base::FileDescriptor::Open(name, flags))
+    : m_file(Base::FileDescriptor::Open(name, flags)),
+      // What is read ahead from a pipe is lost to its other readers.
+      m_readsAhead((flags & O_ACCMODE) == O_RDONLY && m_file.IsRegular())
 {
 }
 
-bool StreamFile::Read(void* data, std::size_t size)
+// Moves up to `size` of the bytes that were read ahead to `data` and returns how many.
+std::size_t StreamFile::TakeAhead(char* data, std::size_t size)
 {
-    return m_file.ReadAll(data, size);
+    const std::size_t count = std::min(size, m_end - m_begin);
+    if (count > 0)
+        std::memcpy(data, m_ahead.get() + m_begin, count);
+    m_begin += count;
+    return count;
 }
 
-bool StreamFile::Write(const void* data, std::size_t size)
+// Reads ahead when nothing is left of the last time; false at the end of the file.
+bool StreamFile::FillAhead()
 {
-    return m_file.WriteAll(data, size);
+    const ssize_t count = m_file.Read(m_ahead.get(), c_aheadSize);
+    m_begin = 0;
+    m_end = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    return count > 0;
+}
+
+bool StreamFile::ReadBeyondAhead(char* data, std::size_t size)
+{
+    const std::size_t taken = TakeAhead(data, size);
+    data += taken;
+    size -= taken;
+    if (m_readsAhead && !m_ahead)
+        m_ahead.reset(new (std::nothrow) char[c_aheadSize]);
+    if (!m_ahead || size >= c_aheadSize)
+        return m_file.ReadAll(data, size);
+
+    while (size > 0 && FillAhead()) {
+        const std::size_t count = TakeAhead(data, size);
+        data += count;
+        size -= count;
+    }
+    return size == 0;
 }
 
 } // namespace Toolkit
