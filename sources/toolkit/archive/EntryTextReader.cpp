@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
-#include <typeinfo>
 
 namespace Toolkit::EntryTextReader {
 namespace {
@@ -83,10 +82,9 @@ std::optional<Span> Locate(ArchiveStream& stream, Find find)
 template <typename Find>
 bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 {
-    // A dynamic cast takes as long as the rest of this.
-    if (typeid(anyStream) != typeid(ArchiveStream) || !anyStream.IsOk())
+    auto* const stream = dynamic_cast<ArchiveStream*>(&anyStream);
+    if (!stream || !stream->IsOk())
         return false;
-    auto* const stream = static_cast<ArchiveStream*>(&anyStream);
     stream->TakeBackUnread();
     const std::optional<Span> span = Locate(*stream, find);
     if (!span)

@@ -106,34 +106,6 @@ inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
     return true;
 }
 
-// Decodes until the buffer has no room for another run or the bytes end. Returns the end of what
-// was written; null when the bytes are not valid.
-wchar_t* DecodeIntoBuffer(const char*& bytes, const char* end, wchar_t* buffer)
-{
-    const char* at = bytes;
-    wchar_t* out = buffer;
-    const wchar_t* const lastRun = buffer + c_bufferLength - c_longestRun;
-    std::ptrdiff_t run = c_blockLength;
-    while (at != end && out <= lastRun) {
-        if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
-            at += c_blockLength;
-            out += c_blockLength;
-            run = c_blockLength;
-            continue;
-        }
-        const char* const runEnd = at + std::min(end - at, run);
-        run = std::min(2 * run, c_longestRun);
-        while (at < runEnd) {
-            if (static_cast<signed char>(*at) >= 0)
-                *out++ = *at++;
-            else if (!DecodeSequence(at, end, *out++))
-                return nullptr;
-        }
-    }
-    bytes = at;
-    return out;
-}
-
 constexpr char Continuation(std::uint32_t bits)
 {
     return static_cast<char>(0x80 | (bits & 0x3F));
@@ -162,13 +134,15 @@ inline bool EncodeCharacter(std::uint32_t character, char*& out)
     return true;
 }
 
-// Encodes until the buffer has no room for another run or the text ends. Returns the end of what
-// was written; null when a character has no form.
-char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
+// Converts until the buffer has no room for another run or the text ends. Returns the end of what
+// was written; null when `convertOne`, which writes up to `longestForm` characters, cannot go on.
+template <typename From, typename To, typename ConvertOne>
+To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdiff_t longestForm,
+                      ConvertOne convertOne)
 {
-    const wchar_t* at = text;
-    char* out = buffer;
-    const char* const lastRun = buffer + c_bufferLength - c_longestRun * c_longestSequence;
+    const From* at = text;
+    To* out = buffer;
+    const To* const lastRun = buffer + c_bufferLength - c_longestRun * longestForm;
     std::ptrdiff_t run = c_blockLength;
     while (at != end && out <= lastRun) {
         if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
@@ -177,15 +151,33 @@ char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
             run = c_blockLength;
             continue;
         }
-        const wchar_t* const runEnd = at + std::min(end - at, run);
+        const From* const runEnd = at + std::min(end - at, run);
         run = std::min(2 * run, c_longestRun);
-        while (at != runEnd) {
-            if (!EncodeCharacter(static_cast<std::uint32_t>(*at++), out))
+        while (at < runEnd) {
+            if (!convertOne(at, out))
                 return nullptr;
         }
     }
     text = at;
     return out;
+}
+
+wchar_t* DecodeIntoBuffer(const char*& bytes, const char* end, wchar_t* buffer)
+{
+    return ConvertIntoBuffer(bytes, end, buffer, 1, [end](const char*& at, wchar_t*& out) {
+        if (static_cast<signed char>(*at) < 0)
+            return DecodeSequence(at, end, *out++);
+        *out++ = *at++;
+        return true;
+    });
+}
+
+char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
+{
+    return ConvertIntoBuffer(text, end, buffer, c_longestSequence,
+                             [](const wchar_t*& at, char*& out) {
+                                 return EncodeCharacter(static_cast<std::uint32_t>(*at++), out);
+                             });
 }
 
 // How many characters valid bytes hold; what others hold is of no use.

@@ -28,6 +28,14 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
     return std::wstring(begin, end);
 }
 
+// The value of a name; null when there is none.
+template <typename Value>
+const Value* Find(const std::map<TString<wchar_t>, Value>& map, const TString<wchar_t>& name)
+{
+    const auto found = map.find(name);
+    return found == map.end() ? nullptr : &found->second;
+}
+
 } // namespace
 
 IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
@@ -38,7 +46,7 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 bool IniFile::Parse(const TString<wchar_t>& path)
 {
     // Kept to the end: `path` may be one of the values.
-    NameMap<KeyMap> before;
+    SectionMap before;
     before.swap(m_sections);
 
     Framework::TextFileLines file;
@@ -74,24 +82,6 @@ IniFile::KeyMap* IniFile::ParseLine(const TString<wchar_t>& line, KeyMap* sectio
     section->emplace(TrimmedCopy(text, text + equals),
                      TrimmedCopy(text + equals + 1, text + line.size()));
     return section;
-}
-
-inline bool IniFile::NameOrder::operator()(const TString<wchar_t>& name,
-                                           const SearchedName& searched) const
-{
-    const int order = name.compare(searched.text);
-    searched.wasMet |= order == 0;
-    return order < 0;
-}
-
-// The value of a name; null when there is none. A search that ends at the name has met it: find()
-// would compare the two once more, a quarter of its work in a small map.
-template <typename Value>
-const Value* IniFile::Find(const NameMap<Value>& map, const TString<wchar_t>& name)
-{
-    const SearchedName searched{name};
-    const auto place = map.lower_bound(searched);
-    return searched.wasMet ? &place->second : nullptr;
 }
 
 const TString<wchar_t>* IniFile::FindValue(const TString<wchar_t>& section,

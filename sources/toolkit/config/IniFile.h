@@ -62,31 +62,14 @@ public:
     void GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const;
 
 private:
-    // A name that is looked up, and whether one that equals it was met on the way.
-    struct SearchedName {
-        const TString<wchar_t>& text;
-        mutable bool wasMet = false;
-    };
-    // Plain comparison by code points.
-    struct NameOrder {
-        using is_transparent = void;
-        bool operator()(const TString<wchar_t>& left, const TString<wchar_t>& right) const
-        {
-            return left < right;
-        }
-        bool operator()(const TString<wchar_t>& name, const SearchedName& searched) const;
-    };
-    template <typename Value>
-    using NameMap = std::map<TString<wchar_t>, Value, NameOrder>;
-    using KeyMap = NameMap<TString<wchar_t>>;
+    using KeyMap = std::map<TString<wchar_t>, TString<wchar_t>>;
+    using SectionMap = std::map<TString<wchar_t>, KeyMap>;
 
-    template <typename Value>
-    static const Value* Find(const NameMap<Value>& map, const TString<wchar_t>& name);
     const TString<wchar_t>* FindValue(const TString<wchar_t>& section,
                                       const TString<wchar_t>& key) const;
     KeyMap* ParseLine(const TString<wchar_t>& line, KeyMap* section);
 
-    NameMap<KeyMap> m_sections;
+    SectionMap m_sections;
     bool m_loaded;
 };
 

@@ -10,8 +10,9 @@
 namespace Toolkit {
 namespace {
 
-constexpr unsigned int c_writeFailed = 0x10000002;
-constexpr unsigned int c_readFailed = 0x10000003;
+// The codes of a value mean other than those of a stream.
+constexpr unsigned int c_writeFailed = StreamResult::NotOpen;
+constexpr unsigned int c_readFailed = StreamResult::DataFailed;
 
 // A block up to this size is allocated because the stream says so. A longer one that the whole
 // stream could not hold grows with the bytes that really come.

@@ -57,8 +57,6 @@ private:
     bool Grow(unsigned int size);
     unsigned int ReadBlock(IStream& stream, unsigned int size);
 
-    friend class B64; // encodes the contents where they are
-
     unsigned char* m_data = nullptr;
     unsigned int m_size = 0; // 0 exactly when m_data is null
 };

@@ -5,9 +5,7 @@
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
-#include <cwchar>
 #include <limits>
 #include <memory>
 #include <string>
@@ -78,12 +76,10 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
 namespace Toolkit {
 namespace {
 
-using Array = std::unique_ptr<unsigned char[]>;
-
 // A whole number of groups whose characters fit into the first-level cache with their wide form.
 constexpr std::size_t c_pieceLength = 768;
 
-// The wide form of what b64_decode_binary() gives, without an array between them.
+// The result of b64_decode_binary() as wide text, without an array between them.
 std::wstring Encode(const unsigned char* bytes, std::size_t length)
 {
     std::wstring text;
@@ -102,57 +98,34 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
     return text;
 }
 
-// Decodes a short text of ASCII on the stack, since allocating would take longer than decoding;
-// false when it is another one.
-bool DecodeShort(const TString<wchar_t>& text, Bytes& bytes)
-{
-    constexpr std::size_t longest = 1024;
-
-    const wchar_t* const characters = text.c_str();
-    const std::size_t length = std::wcslen(characters);
-    if (length > longest)
-        return false;
-    unsigned char code[longest];
-    std::uint32_t bits = 0;
-    for (std::size_t index = 0; index < length; ++index) {
-        bits |= static_cast<std::uint32_t>(characters[index]);
-        code[index] = static_cast<unsigned char>(characters[index]);
-    }
-    if (bits >= 0x80)
-        return false;
-    unsigned char data[longest / 4 * 3];
-    bytes.SetBytes(data, static_cast<unsigned int>(Base64Codec::Decode(code, length, data)));
-    return true;
-}
-
-void Decode(const std::string& code, Bytes& bytes)
+// Decodes in place: the bytes are fewer than the characters.
+void Decode(std::string code, Bytes& bytes)
 {
     if (code.size() > c_longest)
         return;
-    unsigned char* data = nullptr;
-    unsigned int length = 0;
-    if (b64_encode_binary(reinterpret_cast<const unsigned char*>(code.data()),
-                          static_cast<unsigned int>(code.size()), &data, &length)) {
-        const Array freed(data);
-        bytes.SetBytes(data, length);
-    }
+    auto* const data = reinterpret_cast<unsigned char*>(code.data());
+    bytes.SetBytes(data, static_cast<unsigned int>(Base64Codec::Decode(data, code.size(), data)));
 }
 
 } // namespace
 
 TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
 {
-    if (!bytes.IsValid() || !IsEncodable(bytes->m_size))
+    unsigned char* copy = nullptr;
+    unsigned int size = 0;
+    if (!bytes.IsValid() || !bytes->GetBytes(&copy, &size))
         return {};
-    return Base::ResultOr({},
-                          [&] { return TString<wchar_t>(Encode(bytes->m_data, bytes->m_size)); });
+    const std::unique_ptr<unsigned char[]> freed(copy);
+    if (!IsEncodable(size))
+        return {};
+    return Base::ResultOr({}, [&] { return TString<wchar_t>(Encode(copy, size)); });
 }
 
 smart_ptr<Bytes> B64::ToB64(const TString<wchar_t>& text)
 {
     const auto make = [] { return smart_ptr<Bytes>(new Bytes); };
     const smart_ptr<Bytes> bytes = Base::ResultOr(smart_ptr<Bytes>::Empty(), make);
-    if (bytes.IsValid() && !DecodeShort(text, *bytes))
+    if (bytes.IsValid())
         Decode(UTF8::ToUTF8(text), *bytes);
     return bytes;
 }

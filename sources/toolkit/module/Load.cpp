@@ -51,7 +51,7 @@ public:
     LoadSequence& operator=(const LoadSequence&) = delete;
 };
 
-// The standard streams of the console and of the debugger logger.
+// The standard streams of the console and of the debugger logger. Unused, keeps the order.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_consoleStreams;
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
@@ -91,7 +91,7 @@ TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> RestartManagment::c_strUniqueId
 
 namespace {
 
-// The standard streams of the regular expressions.
+// The standard streams of the regular expressions. Unused, keeps the order.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_regularExpressionStreams;
 
 TOOLKIT_CONSTRUCTED_FIRST LoadSequence s_loadSequence;

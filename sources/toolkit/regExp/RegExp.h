@@ -91,7 +91,7 @@ public:
 
 private:
     TString<char> m_pattern;
-    [[maybe_unused]] RegExpOptions::Modifiers m_modifiers;
+    [[maybe_unused]] RegExpOptions::Modifiers m_modifiers; // unused, keeps the layout
 };
 
 } // namespace Toolkit

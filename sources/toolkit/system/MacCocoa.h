@@ -17,5 +17,5 @@ public:
     MacAutoreleasePool& operator=(const MacAutoreleasePool&) = delete;
 
 private:
-    [[maybe_unused]] void* m_pool;
+    [[maybe_unused]] void* m_pool; // outside of macOS unused, keeps the layout
 };

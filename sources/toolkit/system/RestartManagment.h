@@ -42,7 +42,7 @@ public:
 
 private:
     // The process to wait for, on systems that wait.
-    [[maybe_unused]] int m_previousProcess;
+    [[maybe_unused]] int m_previousProcess; // unused, keeps the layout
 };
 
 } // namespace Toolkit

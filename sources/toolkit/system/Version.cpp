@@ -12,7 +12,8 @@
 namespace Toolkit {
 namespace {
 
-constexpr const wchar_t* c_libraryVersion = L"1.0.332.3";
+// Given by the build.
+constexpr const wchar_t* c_libraryVersion = L"" TOOLKIT_VERSION;
 
 constexpr wchar_t c_separator = L'.';
 

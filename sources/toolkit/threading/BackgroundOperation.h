@@ -48,7 +48,7 @@ public:
 private:
     unsigned int m_operationId;
     unsigned int m_lastOperationDate TOOLKIT_GUARDED_BY(m_dateLock);
-    smart_ptr<EventObject> m_spareEvent;
+    smart_ptr<EventObject> m_spareEvent; // unused, keeps the layout
     smart_ptr<EventObject> m_endedEvent;
     mutable Mutex m_dateLock;
 };
