@@ -25,9 +25,13 @@ set(pc_requires "")
 if(NOT BUILD_SHARED_LIBS)
     set(pc_wx Toolkit::wxNet)
     list(APPEND package_dependency_targets Toolkit::wxNet)
-    list(APPEND package_dependencies Pcre)
-    list(APPEND package_dependency_targets Toolkit::pcre)
-    set(pc_requires libpcre)
+    # The module of the engine is named as its target, with a capital letter.
+    string(REGEX REPLACE "^p" "P" engine_module "${TOOLKIT_REGEX_ENGINE_USED}")
+    list(APPEND package_dependencies ${engine_module})
+    list(APPEND package_dependency_targets Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
+    set(pc_requires_pcre libpcre)
+    set(pc_requires_pcre2 libpcre2-8)
+    set(pc_requires ${pc_requires_${TOOLKIT_REGEX_ENGINE_USED}})
 endif()
 
 configure_package_config_file(

@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "regExp/CaughtException.h"
+#include "regExp/Engine.h"
 
 namespace Toolkit {
 namespace {
@@ -59,42 +60,55 @@ TEST(RegExpExceptionTest, IsNotCaughtAsTheClassItself)
 
 TEST(RegExpExceptionTest, ALongCompileMessageHidesItsBeginning)
 {
-    EXPECT_EQ(CompileMessage("abc("), " : missing ) (@offset: 4) abc( ");
-    EXPECT_EQ(CompileMessage("abcde("), " : missing ) (@offset: 6) abcde(");
-    EXPECT_EQ(CompileMessage("abcdef("), " : missing ) (@offset: 7) abcdef(");
-    EXPECT_EQ(CompileMessage("a**b{2}+*"), " : nothing to repeat (@offset: 2) a**b{2}+*");
+    EXPECT_EQ(CompileMessage("abc["),
+              " : missing terminating ] for character class (@offset: 4) abc[");
+    EXPECT_EQ(CompileMessage("a**b{2}+*"),
+              Testing::ForEngine(" : nothing to repeat (@offset: 2) a**b{2}+*",
+                                 " : quantifier does not follow a repeatable item (@offset: 2) "
+                                 "a**b{2}+*"));
 }
 
 TEST(RegExpExceptionTest, AShortCompileMessageIsFollowedByTheRestOfItsBeginning)
 {
-    EXPECT_EQ(CompileMessage("("), " : missing ) (@offset: 1) (ror ");
-    EXPECT_EQ(CompileMessage("a("), " : missing ) (@offset: 2) a(or ");
+    if (Testing::c_usesPcre2)
+        GTEST_SKIP() << "PCRE 2 has no message that is short enough";
+    constexpr std::pair<const char*, const char*> cases[] = {
+        {"(", " : missing ) (@offset: 1) (ror "},
+        {"a(", " : missing ) (@offset: 2) a(or "},
+        {"abc(", " : missing ) (@offset: 4) abc( "},
+        {"abcde(", " : missing ) (@offset: 6) abcde("},
+        {"abcdef(", " : missing ) (@offset: 7) abcdef("}};
+    for (const auto& [pattern, expected] : cases)
+        EXPECT_EQ(CompileMessage(pattern), expected);
 }
 
 TEST(RegExpExceptionTest, TheCompileMessageHoldsThePatternInUtf8)
 {
-    EXPECT_EQ(CompileMessage("\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9("),
-              " : missing ) (@offset: 11) \xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9(");
+    EXPECT_EQ(CompileMessage("\xC3\xA9["),
+              " : missing terminating ] for character class (@offset: 3) \xC3\xA9[");
 }
 
 TEST(RegExpExceptionTest, APatternThatIsNotUtf8IsLeftOutOfTheMessage)
 {
-    EXPECT_EQ(CompileMessage("a\xFF"), " : invalid UTF-8 string (@offset: 1) ");
+    EXPECT_EQ(CompileMessage("a\xFF"),
+              Testing::ForEngine(" : invalid UTF-8 string (@offset: 1) ",
+                                 " : UTF-8 error: illegal byte (0xfe or 0xff) (@offset: 1) "));
 }
 
 TEST(RegExpExceptionTest, AnOffsetHasNoThousandsSeparators)
 {
-    const std::string pattern = std::string(12345, 'a') + "(";
+    const std::string pattern = std::string(12345, 'a') + "[";
 
-    EXPECT_EQ(CompileMessage(pattern.c_str()), " : missing ) (@offset: 12346) " + pattern);
+    EXPECT_EQ(CompileMessage(pattern.c_str()),
+              " : missing terminating ] for character class (@offset: 12346) " + pattern);
 }
 
 TEST(RegExpExceptionTest, EveryOperationThrowsForABadPattern)
 {
-    RegExp regExp("abcdef(", RegExpOptions::None);
+    RegExp regExp("a[", RegExpOptions::None);
     RegExp::ReplacementMappedStrings map;
     const std::vector<TString<char>> list;
-    const TString<char> expected = " : missing ) (@offset: 7) abcdef(";
+    const TString<char> expected = " : missing terminating ] for character class (@offset: 2) a[";
 
     EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch("a"); }), expected);
     EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(L"a"); }), expected);

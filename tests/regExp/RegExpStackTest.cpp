@@ -1,5 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -7,13 +8,17 @@
 #include <sys/mman.h>
 
 #include "regExp/CaughtException.h"
+#include "regExp/Engine.h"
 
 namespace Toolkit {
 namespace {
 
+using Testing::c_usesPcre2;
 using Testing::CaughtMessage;
 
-constexpr const char* c_noStackLeft = "-21Exp::Match return error: ";
+// PCRE 1 recurses on the stack, and gives up. PCRE 2 does not need it: here it finds no match.
+constexpr const char* c_noStackLeft =
+    c_usesPcre2 ? "nothing thrown" : "-21Exp::Match return error: ";
 
 constexpr std::size_t c_pageSize = 4096;
 
@@ -143,8 +148,8 @@ TEST(RegExpStackTest, NestingForWhichTheStackDoesNotSufficeThrows)
 {
     const RegExp regExp(Nested(200), RegExpOptions::None);
 
-    EXPECT_EQ(MessageWithStack(96 * c_kilobyte, [&] { regExp.IsMatch("a"); }),
-              " : parentheses are too deeply nested (stack check) (@offset: 0) " + Nested(200));
+    EXPECT_THAT(MessageWithStack(96 * c_kilobyte, [&] { regExp.IsMatch("a"); }),
+                testing::StartsWith(" : parentheses are too deeply nested (stack check) "));
 }
 
 TEST(RegExpStackTest, AVerySmallStackIsEnoughForPlainPatterns)

@@ -1,14 +1,57 @@
 toolkit_test(regExp/GroupCollectionTest.cpp)
-toolkit_private_test(
-    regExp/MatchGroupsTest.cpp regExp/MatchGroups.cpp regExp/PatternEngine.cpp
+# The engine as a list of sources of its own, for tests of what programs do not see.
+set(regex_engine_sources
+    regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp
     base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
 )
-target_link_libraries(MatchGroupsTest PRIVATE Toolkit::pcre)
+set(regex_engine_sources_pcre regExp/PatternEngine.Pcre.cpp regExp/PatternNesting.cpp)
+set(regex_engine_sources_pcre2 regExp/AtomicRecursion.cpp regExp/PatternEngine.Pcre2.cpp regExp/Pcre2Errors.cpp
+                               regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
+)
+
+toolkit_private_test(
+    regExp/MatchGroupsTest.cpp regExp/MatchGroups.cpp ${regex_engine_sources}
+    ${regex_engine_sources_${TOOLKIT_REGEX_ENGINE_USED}}
+)
+target_link_libraries(MatchGroupsTest PRIVATE Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
 toolkit_test(regExp/MatchResultTest.cpp)
+
+# Where both engines are installed, their results are compared.
+if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
+    toolkit_private_test(
+        regExp/EngineDifferenceTest.cpp
+        ${regex_engine_sources}
+        regExp/AtomicRecursion.cpp
+        regExp/Group.cpp
+        regExp/GroupCollection.cpp
+        regExp/MatchGroups.cpp
+        regExp/MatchResult.cpp
+        regExp/PatternNesting.cpp
+        regExp/PatternRun.cpp
+        regExp/PatternTraits.cpp
+        regExp/Pcre2Errors.cpp
+        regExp/Pcre2Pattern.cpp
+        regExp/Pcre2Syntax.cpp
+        regExp/RegExp.Exceptions.cpp
+        regExp/RegExp.cpp
+        regExp/WholeMatchReplacement.cpp
+        base/Numbers.cpp
+        base/Utf8.cpp
+    )
+    target_sources(
+        EngineDifferenceTest
+        PRIVATE regExp/engines/EngineSwitch.cpp regExp/engines/Pcre2Table.cpp
+                regExp/engines/PcreTable.cpp regExp/engines/RandomPattern.cpp
+    )
+    target_link_libraries(EngineDifferenceTest PRIVATE Toolkit::pcre Toolkit::pcre2)
+endif()
 toolkit_private_test(regExp/PatternTraitsTest.cpp regExp/PatternTraits.cpp)
 toolkit_test(regExp/RegExpExceptionTest.cpp)
-toolkit_test(regExp/RegExpReferenceTest.cpp)
-target_link_libraries(RegExpReferenceTest PRIVATE Toolkit::pcre)
+# The other engine is compared with this one.
+if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
+    toolkit_test(regExp/RegExpReferenceTest.cpp)
+    target_link_libraries(RegExpReferenceTest PRIVATE Toolkit::pcre)
+endif()
 toolkit_test(regExp/RegExpReplaceTest.cpp)
 # ThreadSanitizer's own data of a thread does not fit into the small stacks.
 if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
@@ -16,6 +59,14 @@ if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
 endif()
 toolkit_test(regExp/RegExpTest.cpp)
 target_sources(RegExpTest PRIVATE support/ScarceMemory.cpp)
+
+# Messages of the engines' own differ.
+if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre2")
+    target_compile_definitions(RegExpExceptionTest PRIVATE TOOLKIT_USES_PCRE2)
+    if(TARGET RegExpStackTest)
+        target_compile_definitions(RegExpStackTest PRIVATE TOOLKIT_USES_PCRE2)
+    endif()
+endif()
 
 # Plug-ins of every compiler that is there: what one throws, the other's catch.
 if(BUILD_SHARED_LIBS)

@@ -6,17 +6,33 @@ namespace {
 // Stacks that programs make themselves, for coroutines and signal handlers, can be this small.
 constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
+// What is left of the thread's stack at `here`; 0 when it is on another one.
+std::size_t SpaceBelow(std::uintptr_t here)
+{
+    // Cached: asking reads a file in /proc, and the stack of a thread never moves.
+    static thread_local constinit StackBounds bounds{0, 0};
+    if (bounds.end == 0)
+        bounds = GetStackBounds();
+    const bool isInside = here > bounds.begin && here <= bounds.end;
+    return isInside ? here - bounds.begin : 0;
+}
+
+std::uintptr_t AddressOf(const void* frame)
+{
+    return reinterpret_cast<std::uintptr_t>(frame);
+}
+
 } // namespace
 
 std::size_t GetStackSpaceLeft()
 {
-    // Asking costs a system call or a file of the kernel's; a thread keeps its stack.
-    static thread_local constinit StackBounds bounds{0, 0};
-    if (bounds.end == 0)
-        bounds = GetStackBounds();
-    const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    const bool isInside = here > bounds.begin && here <= bounds.end;
-    return isInside ? here - bounds.begin : c_assumedSpace;
+    const std::size_t space = SpaceBelow(AddressOf(__builtin_frame_address(0)));
+    return space > 0 ? space : c_assumedSpace;
+}
+
+bool IsOnThreadStack()
+{
+    return SpaceBelow(AddressOf(__builtin_frame_address(0))) > 0;
 }
 
 } // namespace Toolkit::Base

@@ -19,4 +19,8 @@ StackBounds GetStackBounds();
 /// A small number is assumed where the thread runs on a stack that the system does not know.
 std::size_t GetStackSpaceLeft();
 
+/// Whether the caller runs on the stack that the system gave to its thread. False in a coroutine
+/// and in a handler on an alternate signal stack, whose bounds nobody knows.
+bool IsOnThreadStack();
+
 } // namespace Toolkit::Base

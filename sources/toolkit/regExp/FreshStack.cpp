@@ -1,0 +1,52 @@
+#include "toolkit/regExp/FreshStack.Private.h"
+
+#include <csignal>
+#include <cstddef>
+#include <pthread.h>
+
+namespace Toolkit::FreshStack {
+namespace {
+
+// What a main thread usually has. Only the pages that are used take memory.
+constexpr std::size_t c_size = std::size_t{8} * 1024 * 1024;
+
+struct Work {
+    void (*function)(void*);
+    void* argument;
+};
+
+void* RunWork(void* work)
+{
+    const auto [function, argument] = *static_cast<Work*>(work);
+    function(argument);
+    return nullptr;
+}
+
+// Signals are for the threads that the program knows. A new thread inherits the mask.
+bool CreateWithoutSignals(pthread_t& thread, const pthread_attr_t& attributes, Work& work)
+{
+    sigset_t all;
+    sigset_t previous;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &previous);
+    const int failed = pthread_create(&thread, &attributes, RunWork, &work);
+    pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+    return failed == 0;
+}
+
+} // namespace
+
+bool Call(void (*function)(void*), void* argument)
+{
+    pthread_attr_t attributes;
+    if (pthread_attr_init(&attributes) != 0)
+        return false;
+    Work work{function, argument};
+    pthread_t thread{};
+    const bool runs = pthread_attr_setstacksize(&attributes, c_size) == 0 &&
+                      CreateWithoutSignals(thread, attributes, work);
+    pthread_attr_destroy(&attributes);
+    return runs && pthread_join(thread, nullptr) == 0;
+}
+
+} // namespace Toolkit::FreshStack

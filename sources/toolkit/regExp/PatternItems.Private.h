@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+/// The lengths of what a null-terminated pattern is made of.
+namespace Toolkit::PatternItems {
+
+/// The length of the escape at `text`; 0 for one after which characters lose their meaning:
+/// quotations (\Q \E) and control characters (\c).
+std::size_t EscapeLength(const char* text);
+
+/// The length of the character class at `text`; 0 when its end is not certain.
+std::size_t ClassLength(const char* text);
+
+} // namespace Toolkit::PatternItems

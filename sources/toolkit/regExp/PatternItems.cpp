@@ -1,0 +1,42 @@
+#include "toolkit/regExp/PatternItems.Private.h"
+
+#include <cstring>
+
+namespace Toolkit::PatternItems {
+namespace {
+
+// The length of a class such as "[:alpha:]"; 0 for anything else.
+std::size_t NamedClassLength(const char* text)
+{
+    if (text[1] != ':')
+        return 0;
+    const std::size_t name = 2 + std::strspn(text + 2, "^<>abcdefghijklmnopqrstuvwxyz");
+    return text[name] == ':' && text[name + 1] == ']' ? name + 2 : 0;
+}
+
+} // namespace
+
+std::size_t EscapeLength(const char* text)
+{
+    return text[1] == '\0' || std::strchr("QEc", text[1]) ? 0 : 2;
+}
+
+std::size_t ClassLength(const char* text)
+{
+    std::size_t length = text[1] == '^' ? 2 : 1;
+    // There "]" is an ordinary character.
+    length += text[length] == ']' ? 1 : 0;
+    while (text[length] != ']') {
+        const char character = text[length];
+        const std::size_t step = character == '\\'  ? EscapeLength(text + length)
+                                 : character == '[' ? NamedClassLength(text + length)
+                                 : character        ? 1
+                                                    : 0;
+        if (step == 0)
+            return 0;
+        length += step;
+    }
+    return length + 1;
+}
+
+} // namespace Toolkit::PatternItems

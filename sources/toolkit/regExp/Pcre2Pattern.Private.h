@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+
+namespace Toolkit {
+
+/// A pattern compiled by PCRE 2, with what a search of it needs. It serves one search at a time.
+class Pcre2Pattern {
+public:
+    struct Release {
+        void operator()(pcre2_code* code) const { pcre2_code_free(code); }
+        void operator()(pcre2_match_data* data) const { pcre2_match_data_free(data); }
+        void operator()(pcre2_match_context* context) const { pcre2_match_context_free(context); }
+    };
+    template <typename Object>
+    using Owned = std::unique_ptr<Object, Release>;
+    using CodeOwner = Owned<pcre2_code>;
+
+    /// How many pairs of offsets a search has room for.
+    static constexpr int c_pairCount = 20;
+
+    explicit Pcre2Pattern(std::string pattern);
+
+    /// Returns 0, or the engine's error, which is PCRE2_ERROR_PARENTHESES_STACK_CHECK where the
+    /// stack does not suffice. Compile() may be called again then.
+    int Compile();
+    bool IsCompiled() const { return m_code != nullptr; }
+
+    /// Where in the pattern the error is, in bytes.
+    int ErrorOffset() const { return m_errorOffset; }
+
+    const std::string& Text() const { return m_pattern; }
+    const pcre2_code* Code() const { return m_code.get(); }
+
+    /// What pcre2_match() returns. Steps and memory are limited.
+    int Match(const char* subject, std::size_t length, std::size_t start, std::uint32_t options);
+
+    /// Checks the whole subject. Returns the error of a subject that is not UTF-8; any other result
+    /// has no meaning.
+    int CheckUtf8(const char* subject, std::size_t length, std::uint32_t options);
+
+    /// The pairs of the last match.
+    const std::size_t* Offsets() const { return pcre2_get_ovector_pointer(m_matchData.get()); }
+
+    /// The byte at which the last subject ceased to be UTF-8.
+    std::size_t FaultOffset() const { return pcre2_get_startchar(m_matchData.get()); }
+
+private:
+    bool PrepareMatch();
+
+    std::string m_pattern;
+    int m_errorOffset = 0;
+    CodeOwner m_code;
+    Owned<pcre2_match_data> m_matchData;
+    Owned<pcre2_match_context> m_limits;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+/// Where PCRE 2 needs another pattern than PCRE 1 for the same matches.
+namespace Toolkit::Pcre2Syntax {
+
+/// `pattern` with the setting (*UTF8), which PCRE 2 does not know, as (*UTF).
+std::string Translate(std::string pattern);
+
+/// Options that pcre_exec() has and pcre2_match() lacks: newlines, line breaks, no start
+/// optimisation. A pattern can ask for them itself.
+constexpr int c_settingOptions = 0x05F00000;
+
+/// Whether the numbers in `options` stand for a newline and for a kind of line break.
+bool AreNewlinesKnown(int options);
+
+/// `pattern` with what `options` asks for after the settings at its own beginning, which count
+/// less.
+std::string AddSettings(std::string pattern, int options);
+
+} // namespace Toolkit::Pcre2Syntax

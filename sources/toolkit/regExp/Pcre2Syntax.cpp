@@ -1,0 +1,95 @@
+#include "toolkit/regExp/Pcre2Syntax.Private.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+
+namespace Toolkit::Pcre2Syntax {
+namespace {
+
+constexpr int c_newlineMask = 0x00700000;
+constexpr int c_lastNewline = 0x00500000;
+constexpr int c_breakMask = 0x01800000;
+
+struct Setting {
+    int mask;
+    int option;
+    std::string_view text;
+};
+
+// The options of pcre_exec() in pcreapi(3).
+constexpr Setting c_settings[] = {
+    {c_newlineMask, 0x00100000, "(*CR)"},        {c_newlineMask, 0x00200000, "(*LF)"},
+    {c_newlineMask, 0x00300000, "(*CRLF)"},      {c_newlineMask, 0x00400000, "(*ANY)"},
+    {c_newlineMask, 0x00500000, "(*ANYCRLF)"},   {c_breakMask, 0x00800000, "(*BSR_ANYCRLF)"},
+    {c_breakMask, 0x01000000, "(*BSR_UNICODE)"}, {0x04000000, 0x04000000, "(*NO_START_OPT)"}};
+
+// pcre2pattern(3), "Special start-of-pattern items".
+constexpr std::string_view c_names[] = {"UTF",
+                                        "UTF8",
+                                        "UCP",
+                                        "NO_AUTO_POSSESS",
+                                        "NO_DOTSTAR_ANCHOR",
+                                        "NO_START_OPT",
+                                        "NO_JIT",
+                                        "NOTEMPTY",
+                                        "NOTEMPTY_ATSTART",
+                                        "LIMIT_MATCH",
+                                        "LIMIT_DEPTH",
+                                        "LIMIT_HEAP",
+                                        "LIMIT_RECURSION",
+                                        "CR",
+                                        "LF",
+                                        "CRLF",
+                                        "ANY",
+                                        "ANYCRLF",
+                                        "NUL",
+                                        "BSR_ANYCRLF",
+                                        "BSR_UNICODE"};
+
+// The place after the settings at the beginning.
+std::size_t EndOfSettings(std::string_view pattern)
+{
+    std::size_t end = 0;
+    while (pattern.substr(end, 2) == "(*") {
+        const std::size_t close = pattern.find(')', end);
+        const std::size_t nameEnd = std::min(pattern.find('=', end), close);
+        if (close == std::string_view::npos)
+            break;
+        const std::string_view name = pattern.substr(end + 2, nameEnd - end - 2);
+        if (std::find(std::begin(c_names), std::end(c_names), name) == std::end(c_names))
+            break;
+        end = close + 1;
+    }
+    return end;
+}
+
+} // namespace
+
+bool AreNewlinesKnown(int options)
+{
+    return (options & c_newlineMask) <= c_lastNewline && (options & c_breakMask) != c_breakMask;
+}
+
+std::string Translate(std::string pattern)
+{
+    if (pattern.compare(0, 2, "(*") != 0)
+        return pattern;
+    constexpr std::string_view old = "(*UTF8)";
+    for (std::size_t at = pattern.find(old); at < EndOfSettings(pattern); at = pattern.find(old))
+        pattern.replace(at, old.size(), "(*UTF)");
+    return pattern;
+}
+
+std::string AddSettings(std::string pattern, int options)
+{
+    std::string settings;
+    for (const Setting& setting : c_settings) {
+        if ((options & setting.mask) == setting.option)
+            settings += setting.text;
+    }
+    return pattern.insert(EndOfSettings(pattern), settings);
+}
+
+} // namespace Toolkit::Pcre2Syntax

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+
+/// What one search may use, with either engine.
+namespace Toolkit::SearchLimits {
+
+/// The most steps from one start position. The count begins anew at the next position. Some hundred
+/// milliseconds.
+constexpr unsigned int c_steps = 10'000'000;
+
+/// The most memory for what a search has to come back to: on the stack in PCRE 1, where less is
+/// left more often than not, and on the heap in PCRE 2.
+constexpr std::size_t c_memory = std::size_t{64} * 1024 * 1024;
+
+} // namespace Toolkit::SearchLimits

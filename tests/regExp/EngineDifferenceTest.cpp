@@ -1,0 +1,197 @@
+// Runs the same calls with both engines, which this program holds, and compares all that a caller
+// can see.
+
+#include "toolkit/regExp/RegExp.h"
+
+#include "support/Soak.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+
+#include "regExp/CaughtException.h"
+#include "regExp/Samples.h"
+#include "regExp/engines/EngineTable.h"
+#include "regExp/engines/RandomPattern.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::EngineTable;
+using Testing::RandomPattern;
+
+struct Call {
+    std::string pattern;
+    std::string subject;
+    std::string replacement;
+    int options = 0;
+    unsigned short start = 0;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Call& call)
+{
+    return stream << testing::PrintToString(call.pattern) << " in "
+                  << testing::PrintToString(call.subject) << " by "
+                  << testing::PrintToString(call.replacement) << ", options 0x" << std::hex
+                  << call.options << std::dec << ", from " << call.start;
+}
+
+// All that a caller can see of one call, as text, and how it ended.
+struct Outcome {
+    std::string text;
+    bool isFaulty = false;
+    bool isLimited = false;
+};
+
+void WriteOffsets(std::ostream& stream, const MatchResult& result)
+{
+    stream << result.resultCode << ':';
+    const int pairs = result.resultCode == 0 ? 20 : std::max(result.resultCode, 0);
+    for (int i = 0; i < 2 * pairs; ++i)
+        stream << ' ' << result.ovector[i];
+}
+
+void WriteResult(std::ostream& stream, const MatchResult& result)
+{
+    WriteOffsets(stream, result);
+    for (const smart_ptr<Group>& group : result.groups)
+        stream << " [" << group->index << ' ' << group->name << ' ' << group->value << ']';
+    for (const auto& [name, number] : result.names)
+        stream << " {" << name << ' ' << number << '}';
+}
+
+// Writes what `operation` writes, or how it fails. The texts of compile errors are the engines'
+// own.
+template <typename Operation>
+void Try(Outcome& outcome, const char* name, const Operation& operation)
+{
+    std::ostringstream stream;
+    const auto exception = Testing::CaughtException([&] { operation(stream); });
+    outcome.text += std::string("\n") + name + ": " + stream.str();
+    if (!exception.IsValid())
+        return;
+    const std::string& message = exception->message;
+    const bool isFaulty = message.find("(@offset: ") != std::string::npos;
+    outcome.isFaulty |= isFaulty;
+    // Steps, depth, memory, endless recursion.
+    for (const char* limit : {"-8g", "-21E", "-6g", "-26E"})
+        outcome.isLimited |= message.rfind(limit, 0) == 0;
+    outcome.text += isFaulty ? "does not compile" : message;
+}
+
+void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
+{
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = call.subject;
+    result->pattern = call.pattern;
+    result->execOptions = call.options;
+    Try(outcome, "search", [&](std::ostream& stream) {
+        regExp.RegExp_compile(result);
+        // What is not UTF-8 is described in the first pair.
+        const auto exception =
+            Testing::CaughtException([&] { regExp.RegExp_exec(result, call.start); });
+        WriteOffsets(stream, *result);
+        if (result->resultCode == -10)
+            stream << " at " << result->ovector[0] << " fault " << result->ovector[1];
+        if (exception.IsValid())
+            throw smart_ptr<RegExpException>(exception);
+    });
+}
+
+Outcome Run(const EngineTable& engine, const Call& call)
+{
+    Testing::s_engine = &engine;
+    Outcome outcome;
+    RegExp regExp(TString<char>(call.pattern), RegExpOptions::None);
+    Try(outcome, "IsMatch", [&](std::ostream& stream) { stream << regExp.IsMatch(call.subject); });
+    Try(outcome, "Match", [&](std::ostream& stream) {
+        const auto result = regExp.Match(call.subject);
+        WriteResult(stream, *result);
+    });
+    TrySearch(outcome, regExp, call);
+    Try(outcome, "Replace",
+        [&](std::ostream& stream) { stream << regExp.Replace(call.replacement, call.subject, 0); });
+    Try(outcome, "Replace by list", [&](std::ostream& stream) {
+        stream << regExp.Replace(std::vector<TString<char>>{call.replacement, "2"}, call.subject);
+    });
+    RegExp::ReplacementMappedStrings map{{"n", call.replacement}};
+    Try(outcome, "Replace by map",
+        [&](std::ostream& stream) { stream << regExp.Replace(map, call.subject); });
+    for (const auto& [name, text] : map)
+        outcome.text += " {" + name + ' ' + text + '}';
+    Testing::s_engine = &Testing::c_pcre;
+    return outcome;
+}
+
+// How the calls of a sweep ended.
+class Tally {
+public:
+    // Compares the engines; false when they differ.
+    bool Add(const Call& call)
+    {
+        const Outcome first = Run(Testing::c_pcre, call);
+        const Outcome second = Run(Testing::c_pcre2, call);
+        if (first.isFaulty != second.isFaulty) {
+            ++m_counts[first.isFaulty ? "only PCRE 2 accepts the pattern"
+                                      : "only PCRE 1 accepts the pattern"];
+            return true;
+        }
+        if (first.isLimited || second.isLimited) {
+            ++m_counts["a limit ended a call"];
+            return true;
+        }
+        ++m_counts[first.isFaulty ? "both refuse the pattern" : "compared"];
+        if (first.text == second.text)
+            return true;
+        ADD_FAILURE() << call << "\nPCRE 1:" << first.text << "\nPCRE 2:" << second.text;
+        return false;
+    }
+
+    void Report() const
+    {
+        for (const auto& [what, count] : m_counts)
+            Testing::Covered(what + ": " + std::to_string(count));
+    }
+
+    int Count(const std::string& what) const
+    {
+        const auto found = m_counts.find(what);
+        return found != m_counts.end() ? found->second : 0;
+    }
+
+private:
+    std::map<std::string, int> m_counts;
+};
+
+TEST(EngineDifferenceTest, RandomCallsHaveEqualResults)
+{
+    const int rounds = Testing::SoakRounds(20'000, 1'000'000);
+    RandomPattern random(7);
+    Tally tally;
+    int differences = 0;
+    for (int round = 0; round < rounds && differences < 20; ++round) {
+        Call call{random.Pattern(), random.Subject(), random.Replacement(), random.Options(), 0};
+        call.start = random.Random().Number<unsigned short>(
+            0, static_cast<unsigned short>(call.subject.size() + 1));
+        differences += tally.Add(call) ? 0 : 1;
+    }
+    tally.Report();
+    // A sweep that compares little proves little.
+    EXPECT_GT(tally.Count("compared"), rounds / 3);
+}
+
+TEST(EngineDifferenceTest, TheSamplesHaveEqualResults)
+{
+    Tally tally;
+    for (const char* pattern : Testing::c_patterns) {
+        for (const char* subject : Testing::c_subjects) {
+            for (const char* replacement : {"", "a", "xyz"})
+                tally.Add({pattern, subject, replacement});
+        }
+    }
+    tally.Report();
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,14 @@
+// Compiles the engine's source under another name, so that both engines fit into one program.
+#define PatternEngine Pcre2Engine
+#include "toolkit/regExp/PatternEngine.Pcre2.cpp"
+#undef PatternEngine
+
+#include "regExp/engines/EngineTable.h"
+
+namespace Toolkit::Testing {
+
+const EngineTable c_pcre2 = {Pcre2Engine::Compile,          Pcre2Engine::Free,
+                             Pcre2Engine::Execute,          Pcre2Engine::GetNameCount,
+                             Pcre2Engine::GetNameEntrySize, Pcre2Engine::GetNameTable};
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,14 @@
+// Compiles the engine's source under another name, so that both engines fit into one program.
+#define PatternEngine PcreEngine
+#include "toolkit/regExp/PatternEngine.Pcre.cpp"
+#undef PatternEngine
+
+#include "regExp/engines/EngineTable.h"
+
+namespace Toolkit::Testing {
+
+const EngineTable c_pcre = {PcreEngine::Compile,          PcreEngine::Free,
+                            PcreEngine::Execute,          PcreEngine::GetNameCount,
+                            PcreEngine::GetNameEntrySize, PcreEngine::GetNameTable};
+
+} // namespace Toolkit::Testing

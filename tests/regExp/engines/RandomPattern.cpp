@@ -1,0 +1,224 @@
+#include "regExp/engines/RandomPattern.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+constexpr const char* c_settings[] = {"(*UTF8)",
+                                      "(*UCP)",
+                                      "(*CR)",
+                                      "(*LF)",
+                                      "(*CRLF)",
+                                      "(*ANY)",
+                                      "(*ANYCRLF)",
+                                      "(*BSR_ANYCRLF)",
+                                      "(*BSR_UNICODE)",
+                                      "(*NO_START_OPT)",
+                                      "(*UTF)",
+                                      "(?i)",
+                                      "(*NO_AUTO_POSSESS)",
+                                      "(?J)",
+                                      "(?m)",
+                                      "(?s)",
+                                      "(?x)",
+                                      "(?U)",
+                                      "(?Jims)"};
+
+constexpr const char* c_atoms[] = {"a",
+                                   "b",
+                                   "c",
+                                   "ab",
+                                   "ba",
+                                   "A",
+                                   " ",
+                                   "\xC3\xA9",
+                                   "\xC3\x89",
+                                   "\xE2\x82\xAC",
+                                   "\xF0\x90\x90\x80",
+                                   ".",
+                                   ".",
+                                   "^",
+                                   "$",
+                                   "\\b",
+                                   "\\B",
+                                   "\\A",
+                                   "\\z",
+                                   "\\Z",
+                                   "\\G",
+                                   "\\K",
+                                   "\\d",
+                                   "\\D",
+                                   "\\w",
+                                   "\\W",
+                                   "\\s",
+                                   "\\S",
+                                   "\\h",
+                                   "\\H",
+                                   "\\v",
+                                   "\\V",
+                                   "\\N",
+                                   "\\R",
+                                   "\\X",
+                                   "\\n",
+                                   "\\r",
+                                   "\\x61",
+                                   "\\x{E9}",
+                                   "\\141",
+                                   "\\Qa.\\E",
+                                   "\\p{L}",
+                                   "\\P{Lu}",
+                                   "\\p{Greek}",
+                                   "\\pN",
+                                   "[ab]",
+                                   "[^a]",
+                                   "[a-c]",
+                                   "[^\\n]",
+                                   "[[:alpha:]]",
+                                   "[[:^digit:]]",
+                                   "[]a]",
+                                   "[\\w\\s]",
+                                   "[\xC3\xA0-\xC3\xBF]",
+                                   "[^\\W]",
+                                   "[[:<:]]",
+                                   "[[:>:]]",
+                                   "\n",
+                                   "\r\n",
+                                   "#",
+                                   "1"};
+
+constexpr const char* c_references[] = {"\\1",    "\\2",    "\\g{1}", "\\g{-1}", "\\k<n>", "\\k{m}",
+                                        "(?P=n)", "(?1)",   "(?2)",   "(?R)",    "(?-1)",  "(?+1)",
+                                        "(?&n)",  "(?P>m)", "\\g<1>", "\\g'n'",  "\\3"};
+
+constexpr const char* c_verbs[] = {"(*FAIL)",   "(*F)",    "(*ACCEPT)", "(*COMMIT)",  "(*PRUNE)",
+                                   "(*SKIP)",   "(*THEN)", "(*MARK:a)", "(*PRUNE:a)", "(*SKIP:a)",
+                                   "(*THEN:b)", "(?C)",    "(?C7)",     "(?#note)",   "\\C"};
+
+constexpr const char* c_openings[] = {"(",      "(",     "(",      "(?:",  "(?:", "(?<n>", "(?<m>",
+                                      "(?P<n>", "(?'m'", "(?>",    "(?=",  "(?!", "(?<=",  "(?<!",
+                                      "(?|",    "(?i:",  "(?s-m:", "(?m:", "(?x:"};
+
+constexpr const char* c_conditions[] = {"(?(1)",   "(?(2)",    "(?(<n>)", "(?(R)",      "(?(?=a)",
+                                        "(?(?!b)", "(?(?<=a)", "(?(R1)",  "(?(DEFINE)", "(?(R&n)"};
+
+constexpr const char* c_quantifiers[] = {
+    "*",   "+",     "?",     "*?",   "+?",     "??",     "*+",  "++",   "?+", "{2}",
+    "{0}", "{1,2}", "{0,3}", "{2,}", "{1,2}?", "{0,2}+", "{1}", "{0,}", "{3}"};
+
+constexpr const char* c_subjectPieces[] = {"a",
+                                           "a",
+                                           "b",
+                                           "b",
+                                           "c",
+                                           "ab",
+                                           "aa",
+                                           "A",
+                                           " ",
+                                           "\n",
+                                           "\r\n",
+                                           "\r",
+                                           "\xC3\xA9",
+                                           "\xC3\x89",
+                                           "1",
+                                           "a.",
+                                           "\xE2\x82\xAC",
+                                           "-",
+                                           "#",
+                                           "\xCC\x81",
+                                           "\x0B",
+                                           "\xE2\x80\xA8",
+                                           "\xF0\x90\x90\x80",
+                                           "abc"};
+
+constexpr const char* c_invalidPieces[] = {"\xFF",
+                                           "\x80",
+                                           "\xC3",
+                                           "\xE2\x82",
+                                           "\xC0\x80",
+                                           "\xED\xA0\x80",
+                                           "\xF0\x9F",
+                                           "\xF5\x80\x80\x80",
+                                           "\xF8\x88\x80\x80\x80",
+                                           "\xE0\x80\x80"};
+
+constexpr int c_options[] = {0x10,       0x80,       0x100,      0x400,      0x10000000,
+                             0x00100000, 0x00200000, 0x00300000, 0x00400000, 0x00500000,
+                             0x00800000, 0x01000000, 0x04000000, 0x580,      0x2};
+
+} // namespace
+
+std::string RandomPattern::Pattern()
+{
+    // What tries everything ends early.
+    std::string pattern = "(*LIMIT_MATCH=20000)(*LIMIT_RECURSION=3000)";
+    while (OneIn(4))
+        pattern += AnyOf(c_settings);
+    // Groups that references find.
+    if (OneIn(2))
+        pattern += OneIn(2) ? "(?J)(?<n>a)?(?<m>b)?" : "(a|b)?(c)?";
+    return pattern + Alternatives(0);
+}
+
+std::string RandomPattern::Subject()
+{
+    std::string subject;
+    for (auto count = m_random.Number(0, 10); count > 0; --count)
+        subject += AnyOf(c_subjectPieces);
+    if (OneIn(20))
+        subject.insert(m_random.Number<std::size_t>(0, subject.size()), AnyOf(c_invalidPieces));
+    return subject;
+}
+
+std::string RandomPattern::Replacement()
+{
+    constexpr const char* replacements[] = {"", "a", "b", "xy", "$1", "\xC3\xA9", "\n"};
+    return AnyOf(replacements);
+}
+
+int RandomPattern::Options()
+{
+    int options = 0;
+    while (OneIn(3))
+        options |= c_options[m_random.Number<std::size_t>(0, std::size(c_options) - 1)];
+    return options;
+}
+
+std::string RandomPattern::Alternatives(int depth)
+{
+    std::string text;
+    do {
+        for (auto count = m_random.Number(0, depth == 0 ? 5 : 3); count > 0; --count)
+            text += Item(depth);
+        if (!OneIn(4))
+            return text;
+        text += '|';
+    } while (true);
+}
+
+std::string RandomPattern::Item(int depth)
+{
+    std::string item = Atom(depth);
+    if (OneIn(3))
+        item += AnyOf(c_quantifiers);
+    return item;
+}
+
+std::string RandomPattern::Atom(int depth)
+{
+    const int kind = m_random.Number(1, 20);
+    if (kind <= 6 && depth < 4)
+        return Group(depth + 1);
+    if (kind == 7)
+        return AnyOf(c_references);
+    if (kind == 8)
+        return AnyOf(c_verbs);
+    return AnyOf(c_atoms);
+}
+
+std::string RandomPattern::Group(int depth)
+{
+    if (OneIn(12))
+        return AnyOf(c_conditions) + Alternatives(depth) + ")";
+    return AnyOf(c_openings) + Alternatives(depth) + ")";
+}
+
+} // namespace Toolkit::Testing

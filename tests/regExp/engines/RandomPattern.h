@@ -1,0 +1,38 @@
+#pragma once
+
+#include "support/RandomText.h"
+
+#include <string>
+
+namespace Toolkit::Testing {
+
+/// Random patterns of everything that both engines know, and subjects for them.
+class RandomPattern {
+public:
+    explicit RandomPattern(unsigned int seed) : m_random(seed) {}
+
+    std::string Pattern();
+    std::string Subject();
+    std::string Replacement();
+
+    /// Options of a search, mostly none.
+    int Options();
+    RandomText& Random() { return m_random; }
+
+private:
+    std::string Alternatives(int depth);
+    std::string Item(int depth);
+    std::string Atom(int depth);
+    std::string Group(int depth);
+
+    template <std::size_t count>
+    const char* AnyOf(const char* const (&texts)[count])
+    {
+        return texts[m_random.Number<std::size_t>(0, count - 1)];
+    }
+    bool OneIn(int count) { return m_random.Number(1, count) == 1; }
+
+    RandomText m_random;
+};
+
+} // namespace Toolkit::Testing
