@@ -35,6 +35,8 @@ if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
         regExp/RegExp.Exceptions.cpp
         regExp/RegExp.cpp
         regExp/WholeMatchReplacement.cpp
+        base/FloatingPoint.Strtod.cpp
+        base/FloatingPoint.cpp
         base/Numbers.cpp
         base/Utf8.cpp
     )

@@ -89,9 +89,11 @@ constexpr const char* c_references[] = {"\\1",    "\\2",    "\\g{1}", "\\g{-1}",
                                         "(?P=n)", "(?1)",   "(?2)",   "(?R)",    "(?-1)",  "(?+1)",
                                         "(?&n)",  "(?P>m)", "\\g<1>", "\\g'n'",  "\\3"};
 
-constexpr const char* c_verbs[] = {"(*FAIL)",   "(*F)",    "(*ACCEPT)", "(*COMMIT)",  "(*PRUNE)",
-                                   "(*SKIP)",   "(*THEN)", "(*MARK:a)", "(*PRUNE:a)", "(*SKIP:a)",
-                                   "(*THEN:b)", "(?C)",    "(?C7)",     "(?#note)",   "\\C"};
+constexpr const char* c_verbs[] = {"(*COMMIT)",  "(*PRUNE)",  "(*SKIP)",   "(*THEN)",
+                                   "(*PRUNE:a)", "(*SKIP:a)", "(*THEN:b)", "(*MARK:a)"};
+
+constexpr const char* c_marks[] = {"(*FAIL)", "(*F)",     "(*ACCEPT)", "(?C)",
+                                   "(?C7)",   "(?#note)", "\\C"};
 
 constexpr const char* c_openings[] = {"(",      "(",     "(",      "(?:",  "(?:", "(?<n>", "(?<m>",
                                       "(?P<n>", "(?'m'", "(?>",    "(?=",  "(?!", "(?<=",  "(?<!",
@@ -143,6 +145,15 @@ constexpr const char* c_invalidPieces[] = {"\xFF",
 constexpr int c_options[] = {0x10,       0x80,       0x100,      0x400,      0x10000000,
                              0x00100000, 0x00200000, 0x00300000, 0x00400000, 0x00500000,
                              0x00800000, 0x01000000, 0x04000000, 0x580,      0x2};
+
+bool IsAssertion(const std::string& item)
+{
+    for (const char* opening : {"(?=", "(?!", "(?<=", "(?<!"}) {
+        if (item.rfind(opening, 0) == 0)
+            return true;
+    }
+    return false;
+}
 
 } // namespace
 
@@ -197,7 +208,7 @@ std::string RandomPattern::Alternatives(int depth)
 std::string RandomPattern::Item(int depth)
 {
     std::string item = Atom(depth);
-    if (OneIn(3))
+    if (OneIn(3) && (m_hasRareConstructs || !IsAssertion(item)))
         item += AnyOf(c_quantifiers);
     return item;
 }
@@ -210,13 +221,13 @@ std::string RandomPattern::Atom(int depth)
     if (kind == 7)
         return AnyOf(c_references);
     if (kind == 8)
-        return AnyOf(c_verbs);
+        return m_hasRareConstructs && OneIn(2) ? AnyOf(c_verbs) : AnyOf(c_marks);
     return AnyOf(c_atoms);
 }
 
 std::string RandomPattern::Group(int depth)
 {
-    if (OneIn(12))
+    if (m_hasRareConstructs && OneIn(12))
         return AnyOf(c_conditions) + Alternatives(depth) + ")";
     return AnyOf(c_openings) + Alternatives(depth) + ")";
 }

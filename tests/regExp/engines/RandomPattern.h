@@ -9,7 +9,12 @@ namespace Toolkit::Testing {
 /// Random patterns of everything that both engines know, and subjects for them.
 class RandomPattern {
 public:
-    explicit RandomPattern(unsigned int seed) : m_random(seed) {}
+    /// Rare constructs are verbs that steer the search, conditions, and assertions that are
+    /// repeated.
+    RandomPattern(unsigned int seed, bool hasRareConstructs)
+        : m_random(seed), m_hasRareConstructs(hasRareConstructs)
+    {
+    }
 
     std::string Pattern();
     std::string Subject();
@@ -33,6 +38,7 @@ private:
     bool OneIn(int count) { return m_random.Number(1, count) == 1; }
 
     RandomText m_random;
+    bool m_hasRareConstructs;
 };
 
 } // namespace Toolkit::Testing
