@@ -44,7 +44,8 @@ public:
 template <typename Policy>
 class TOOLKIT_API smart_ptr_inner_data {
 public:
-    smart_ptr_inner_data() : count(1), lock(MutexInternal::OnFirstUse()), releaseListener(nullptr)
+    explicit smart_ptr_inner_data(std::int32_t owners = 1)
+        : count(owners), lock(MutexInternal::OnFirstUse()), releaseListener(nullptr)
     {
     }
     ~smart_ptr_inner_data() { delete releaseListener; }
@@ -55,6 +56,10 @@ public:
     /// The count of a block whose object is being released: so low that the copies an object's own
     /// destructor makes and drops never bring it back to 1.
     static constexpr std::int32_t c_released = std::numeric_limits<std::int32_t>::min() / 2;
+
+    /// The count of a block that is never freed. It is far from 1, since two modules of a process
+    /// may share the block and make it one after the other.
+    static constexpr std::int32_t c_forEver = std::numeric_limits<std::int32_t>::max() / 2;
 
     std::atomic<std::int32_t> count;
     MutexInternal lock; // unused, keeps the layout
@@ -121,8 +126,8 @@ public:
 
         // Never destroyed: copies live on while the process ends.
         alignas(Data) static unsigned char storage[sizeof(Data)];
-        static Data& shared = *new (storage) Data();
-        return smart_ptr(shared);
+        static Data* const shared = new (storage) Data(Data::c_forEver);
+        return smart_ptr(*shared);
     }
 
     /// Whether there is an object.
