@@ -8,6 +8,9 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#if __has_include(<xlocale.h>)
+#include <xlocale.h>
+#endif
 
 namespace Toolkit::Base {
 namespace {
