@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <malloc.h>
 #include <memory>
 #include <spdlog/async.h>
 #include <spdlog/sinks/basic_file_sink.h>
@@ -169,6 +170,69 @@ void BM_LogMillion_Spdlog(benchmark::State& state)
     LogMillion<SpdlogLog>(state, c_narrowPath, std::string("last"));
 }
 BENCHMARK(BM_LogMillion_Spdlog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The line whose memory is measured: 62 bytes in eleven insertions.
+const TString<wchar_t> c_line[] = {L"2",
+                                   L" ",
+                                   L"1234567890",
+                                   L" : ",
+                                   L"90",
+                                   L" : ",
+                                   L"Log",
+                                   L" : ",
+                                   L"No such file : ",
+                                   L"/home/u/settings.ini",
+                                   L"\n"};
+
+std::size_t AllocatedBytes()
+{
+    const struct mallinfo2 heap = ::mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+// Calls `fill` and reports by how much it has made the heap grow.
+template <typename Fill>
+void MeasureMemory(benchmark::State& state, Fill fill)
+{
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = AllocatedBytes();
+        fill([&bytes, before] { bytes = AllocatedBytes() - before; });
+    }
+    state.counters["bytes"] = static_cast<double>(bytes);
+}
+
+// The text of a logger that cannot open a file stays in its queue.
+void BM_LogMemory_Toolkit(benchmark::State& state)
+{
+    PathManager::CreateInstance();
+    MeasureMemory(state, [](auto measure) {
+        FileLogger logger(SeverityInfo, L"no/such/directory/log", c_noLimit);
+        for (int i = 0; i < c_manyLines; ++i) {
+            for (const TString<wchar_t>& piece : c_line)
+                logger.Write(piece);
+        }
+        measure();
+    });
+    PathManager::ReleaseInstance();
+}
+BENCHMARK(BM_LogMemory_Toolkit)->Iterations(1);
+
+// The same text in one string of the right capacity.
+void BM_LogMemory_Text(benchmark::State& state)
+{
+    std::string line;
+    for (const TString<wchar_t>& piece : c_line)
+        line.append(piece.begin(), piece.end());
+    MeasureMemory(state, [&line](auto measure) {
+        std::string text;
+        text.reserve(line.size() * c_manyLines);
+        for (int i = 0; i < c_manyLines; ++i)
+            text += line;
+        measure();
+    });
+}
+BENCHMARK(BM_LogMemory_Text)->Iterations(1);
 
 void BM_LogFiltered_Toolkit(benchmark::State& state)
 {

@@ -16,6 +16,7 @@ namespace Base {
 class UnloadTask;
 }
 class LogFile;
+class LogInbox;
 class LogPieceBlock;
 class LogPieceQueue;
 
@@ -71,22 +72,22 @@ private:
     bool OpenOwnName();
     bool OpenFallback();
     bool Open(const TString<wchar_t>& suffix);
-    bool WaitForData();
+    bool WaitForData(bool isBusy);
     bool Drain(LogPieceQueue& batch);
     void WriteBatch(const LogPieceQueue& batch);
     void WriteBlock(const LogPieceBlock& block);
     void WrapAround();
     void EndAtUnload();
 
-    std::unique_ptr<LogPieceQueue> m_queue TOOLKIT_PT_GUARDED_BY(m_queueLock);
-    mutable Mutex m_queueLock;
+    std::unique_ptr<LogInbox> m_queue;
+    mutable Mutex m_pathLock;
     smart_ptr<EventObject> m_dataEvent;
     smart_ptr<EventObject> m_stopEvent;
     TString<wchar_t> m_name;
     std::unique_ptr<LogFile> m_file; // the writer thread's
     unsigned int m_sizeLimitBytes;
-    TString<wchar_t> m_directory;                            // with a separator at its end
-    TString<wchar_t> m_path TOOLKIT_GUARDED_BY(m_queueLock); // empty until a file is open
+    TString<wchar_t> m_directory;                           // with a separator at its end
+    TString<wchar_t> m_path TOOLKIT_GUARDED_BY(m_pathLock); // empty until a file is open
     std::unique_ptr<Base::UnloadTask> m_atUnload;
 };
 

@@ -55,8 +55,9 @@ void ILogger::ReleaseInstance()
 ILogger& ILogger::GetLogger()
 {
     const smart_ptr<ILogger>* const current = Current();
-    if (current && current->IsValid())
-        return **current;
+    ILogger* const logger = current ? current->Get() : nullptr;
+    if (logger)
+        return *logger;
     // Never destroyed: what logs while the process ends must find it. Not on the heap, which may
     // have no room.
     alignas(NullLogger) static unsigned char storage[sizeof(NullLogger)];
