@@ -226,6 +226,23 @@ TEST_F(FileLoggerFaultTest, PieceThatFindsNoMemoryForItsBytesIsLeftOut)
     EXPECT_EQ(ReadWholeFile(Files().front()), "before behind");
 }
 
+TEST_F(FileLoggerFaultTest, OpensItsFileWhenThereIsMemoryAgain)
+{
+    std::optional<NoDescriptors> noDescriptors(std::in_place);
+    {
+        FileLogger logger(SeverityVerbose, Name(), c_noLimit);
+        logger.Write(L"text");
+        {
+            const AllocationLimit none(0);
+            // Several attempts fail meanwhile.
+            Thread::Sleep(100);
+        }
+        noDescriptors.reset();
+        Await([this] { return !Files().empty(); });
+    }
+    EXPECT_EQ(ReadWholeFile(Files().front()), "text");
+}
+
 TEST_F(FileLoggerFaultTest, FullDiskKeepsWhatFits)
 {
     testing::internal::CaptureStderr();

@@ -31,7 +31,7 @@ std::size_t PageSize()
     return pageSize;
 }
 
-// The names that a started library gives, and before its start the same ones without it.
+// The same name before the library is started as after.
 TString<wchar_t> ApplicationName()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
@@ -89,11 +89,11 @@ void FileLogger::EndAtUnload()
 
 void FileLogger::Write(const TString<wchar_t>& text)
 try {
-    // Of pieces that wait together the first has signalled.
+    // The first of several queued pieces has signalled already.
     if (m_queue->Put(text))
         m_dataEvent->Signal();
 } catch (const std::bad_alloc&) {
-    // A text that finds no memory is lost: who logs has nobody to tell.
+    // Write() reports no errors: text that does not fit into memory is lost.
 }
 
 TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
@@ -136,8 +136,8 @@ int FileLogger::DoWork()
 bool FileLogger::OpenFile()
 {
     bool isOpen = OpenOwnName();
-    // No wait here: when the logger is stopped while another process has the file, the queue is
-    // written still.
+    // Not preceded by a wait: a logger stopped while another process has its file still writes
+    // its queue.
     if (!isOpen && m_file->IsInUse())
         isOpen = OpenFallback();
     while (!isOpen) {
@@ -148,7 +148,7 @@ bool FileLogger::OpenFile()
     return true;
 }
 
-// A program that was started again gets its name back when its predecessor ends in time.
+// A restarted program gets its name back if the previous process ends in time.
 bool FileLogger::OpenOwnName()
 {
     using Clock = std::chrono::steady_clock;
@@ -162,10 +162,12 @@ bool FileLogger::OpenOwnName()
 
 bool FileLogger::OpenFallback()
 {
-    return Open(c_strTickSeparator + StringConvert::UStringFromUint32(Base::GetTickCount()));
+    return Base::ResultOr(false, [this] {
+        return Open(c_strTickSeparator + StringConvert::UStringFromUint32(Base::GetTickCount()));
+    });
 }
 
-// Out of memory is a failure like any other: the next attempt may find some.
+// Out of memory is a failure like any other: the next attempt may succeed.
 bool FileLogger::Open(const TString<wchar_t>& suffix)
 {
     return Base::ResultOr(false, [this, &suffix] {
@@ -178,11 +180,11 @@ bool FileLogger::Open(const TString<wchar_t>& suffix)
     });
 }
 
-// Waits 500 ms. False when the logger was stopped and everything that came before is in the file:
-// the last look finds what was written between the end of the wait and the stop.
+// Waits up to 500 ms for text. False when the logger was stopped and all earlier text is in the
+// file: the last check finds what was written between the end of the wait and the stop.
 //
-// `LogMillion`: text seldom comes alone, and after some the event's own steps of 200 ms would have
-// the next text wait for a quarter of the time that a million lines take.
+// `LogMillion`: text comes in bursts. Polling every 200 ms, as the event does, adds up to a third
+// to the time until a million lines are in the file.
 bool FileLogger::WaitForData(bool isBusy)
 {
     unsigned int waitMs = c_dataWaitMs;
@@ -193,8 +195,8 @@ bool FileLogger::WaitForData(bool isBusy)
     return m_dataEvent->Wait(waitMs) || !m_stopEvent->Wait(0) || m_dataEvent->Wait(0);
 }
 
-// Empties the queue, text that arrives meanwhile included; false when there was none. The lock is
-// never held while the disk is written.
+// Empties the queue, including text that arrives meanwhile; false when there was none. The queue is
+// not locked while the file is written.
 bool FileLogger::Drain(LogPieceQueue& batch)
 {
     for (bool hadText = false;; hadText = true) {

@@ -33,28 +33,28 @@ class LogPieceQueue;
 /// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
 /// and what a killed process leaves.
 ///
-/// A logger may be made before the library is started: the file has the same name then.
+/// A logger may be constructed before the library is started; its file has the same name.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
-    /// "w": the file is created or emptied.
+    /// "w": the file is created or emptied. Kept for programs; the library does not use it.
     static const TString<wchar_t> c_strOpenMode;
     /// ".qvlog"
     static const TString<wchar_t> c_strLogExtension;
     /// "-", between name and tick count.
     static const TString<wchar_t> c_strTickSeparator;
 
-    /// Lets through what is at least as severe as `threshold` into the file called `name`, without
-    /// directory and extension; the empty name stands for the application's. Returns at once: the
-    /// file is opened by the writer thread.
+    /// Writes what is at least as severe as `threshold` to the file `name`, given without directory
+    /// and extension; an empty name means the application's. Wraps around at `sizeLimitBytes`.
+    /// Returns at once: the writer thread opens the file.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
-    /// Writes what is in the queue and closes the file, which takes until no text has come for
-    /// 500 ms. Drops the text at once while no file can be opened; when it still waits for another
-    /// process, it takes the name with a tick count at once.
+    /// Writes the queue and closes the file, which takes until no text has come for 500 ms. Drops
+    /// the queue at once when no file can be opened. While the logger waits for another process, it
+    /// takes the name with a tick count at once and writes its queue there.
     ~FileLogger() override;
 
-    /// Puts `text` into the queue. Any thread may call it. The queue grows as long as no file can
-    /// be opened; a text for which there is no memory is left out.
+    /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text
+    /// that does not fit into memory is left out.
     void Write(const TString<wchar_t>& text) override;
 
     /// The path of the file that is open, which may have a tick count in its name. Waits up to
@@ -63,7 +63,7 @@ public:
     TString<wchar_t> GetPath(unsigned int timeoutMs) const;
 
 protected:
-    /// The writer thread. 1 when it was stopped before a file was opened, otherwise 0.
+    /// Runs on the writer thread. Returns 1 when stopped before a file was opened, otherwise 0.
     int DoWork() override;
 
 private:

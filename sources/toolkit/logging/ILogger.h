@@ -24,28 +24,27 @@ private:
 
 /// A sink for log text, and the process-wide logger.
 ///
-/// A log statement is a chain of insertions; each one that passes the filter reaches `Write` at
-/// once as a text of its own, so a line is several calls. `TOOLKIT_LOG` begins a line in the form
-/// that the whole library uses.
+/// A log statement is a chain of insertions. Each one that passes the filter calls `Write` at once,
+/// so a line is several calls. `TOOLKIT_LOG` begins a line in the form that the whole library uses.
 ///
 /// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
 /// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
-/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown:
-/// a piece that does not fit into memory is left out, and what `Write` throws of the standard
-/// library's exceptions is dropped.
+/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown: a piece
+/// that does not fit into memory is left out, and standard exceptions that `Write` throws are
+/// dropped.
 class TOOLKIT_API ILogger {
     template <typename T>
     static constexpr bool c_isCharacter = std::is_same_v<std::remove_const_t<T>, char> ||
                                           std::is_same_v<std::remove_const_t<T>, wchar_t>;
 
 public:
-    /// Pieces of a line: a blank, " : ", and the line feed that ends it.
+    /// Parts of a line: a space, " : ", and the line feed that ends it.
     static const TString<wchar_t> c_strLogToken1;
     static const TString<wchar_t> c_strLogToken2;
     static const TString<wchar_t> c_strLogToken3;
 
-    /// Lets through what is at least as severe as `threshold`. Before the first `SetSeverity` the
-    /// current severity is `SeverityVerbose`.
+    /// Passes what is at least as severe as `threshold`. Before the first `SetSeverity` the current
+    /// severity is `SeverityVerbose`.
     explicit ILogger(LogSeverity threshold);
     virtual ~ILogger();
 
@@ -55,8 +54,9 @@ public:
     /// Delivers one piece of text that has passed the filter.
     virtual void Write(const TString<wchar_t>& text) = 0;
 
-    /// Each inserts one value and returns the process-wide logger, whichever logger it was inserted
-    /// into. A value that is filtered out is not converted. A null pointer is the empty text.
+    /// Each inserts one value and always returns the process-wide logger, even when the value went
+    /// into another one. A value that is filtered out is not converted. A null pointer is the empty
+    /// text.
     ILogger& operator<<(const SetSeverity& severity);
     ILogger& operator<<(const TString<wchar_t>& text);
     /// Decoded from UTF-8.
@@ -114,7 +114,7 @@ public:
     /// A copy of the process-wide logger's pointer, which keeps it alive; empty when there is none.
     static smart_ptr<ILogger> GetInstance();
 
-    /// Lets the process-wide logger go; it lives on while copies of its pointer do.
+    /// Releases the process-wide logger, which lives on while copies of its pointer exist.
     static void ReleaseInstance();
 
     /// The process-wide logger. Before `CreateInstance` and after `ReleaseInstance` it is one that

@@ -7,7 +7,7 @@ namespace Toolkit {
 ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
 {
     ILogger& logger = ILogger::GetLogger() << SetSeverity(severity);
-    // Nobody sees the time of a line that is left out, and it takes longer than all the rest.
+    // Reading the time takes longer than all the rest, so a line that is filtered out does without.
     if (logger.IsFilteredOut())
         return logger;
     return logger << severity << ILogger::c_strLogToken1 << Base::GetTickCount()

@@ -6,20 +6,19 @@
 namespace Toolkit {
 
 /// Begins a line on the process-wide logger: severity, tick count, source line and function name,
-/// with their separators. What `TOOLKIT_LOG` stands for.
+/// with their separators. `TOOLKIT_LOG` calls it.
 TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* function);
 
 } // namespace Toolkit
 
-/// Begins a log line of `severity`; the message and the terminator are inserted behind it:
+/// Begins a log line of `severity`; insert the message and the terminator after it:
 ///
 ///     TOOLKIT_LOG(SeverityError) << L"Unable to open file : " << path << ILogger::c_strLogToken3;
 ///
-/// It gives "0 1234567 : 64 : Parse : Unable to open file : settings.ini" and a line feed:
-/// severity, milliseconds of `GetTickCount()`, source line, function. One expression, usable in a
-/// branch without braces.
+/// This logs "0 1234567 : 64 : Parse : Unable to open file : settings.ini" and a line feed:
+/// severity, milliseconds of `GetTickCount()`, source line, function, message. It is one
+/// expression, usable in a branch without braces.
 #define TOOLKIT_LOG(severity) TOOLKIT_LOG_AT_LINE(severity, __LINE__)
 
-/// The same with the line number that readers of the log know the message by, wherever the
-/// statement moves.
+/// The same with a fixed line number, for messages that log readers match on.
 #define TOOLKIT_LOG_AT_LINE(severity, line) ::Toolkit::BeginLogLine(severity, line, __FUNCTION__)

@@ -7,14 +7,14 @@
 
 namespace Toolkit {
 
-/// Where the threads that log leave their pieces of text for the writer thread. Any thread may call
-/// the operations.
+/// The queue between the threads that log and the writer thread. Any thread may call the
+/// operations.
 ///
 /// `LogLine`: with a `Mutex`, which is recursive, a line takes a quarter longer.
 class LogInbox {
 public:
-    /// True when the inbox was empty. Throws `std::bad_alloc` and leaves the piece out when out of
-    /// memory.
+    /// True when the inbox was empty before. Throws `std::bad_alloc` and changes nothing when out
+    /// of memory.
     bool Put(std::wstring_view piece)
     {
         const std::lock_guard<std::mutex> guard(m_lock);
@@ -23,7 +23,7 @@ public:
         return wasEmpty;
     }
 
-    /// Exchanges all pieces for the empty queue `batch`.
+    /// Moves all pieces to `batch`, which must be empty.
     void Take(LogPieceQueue& batch)
     {
         const std::lock_guard<std::mutex> guard(m_lock);

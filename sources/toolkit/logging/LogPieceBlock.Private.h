@@ -6,15 +6,14 @@
 
 namespace Toolkit {
 
-/// Collects pieces of text, as UTF-8, into a block that is handed to a file in one write.
+/// Collects pieces of log text, as UTF-8, into a block that is written to the file at once.
 ///
-/// A process that is killed in the middle of a write leaves what the kernel had copied by then, and
-/// the kernel looks for the deadly signal whenever it turns to another page of the file. A block
-/// therefore ends with the last whole piece before the next end of a page: what lies in one page is
-/// written wholly or not at all. A piece that does not fit into the rest of its page stands first
-/// in its block, where the kernel turns the page a third of a microsecond after it began. Only then
-/// can a killed process leave a piece cut: the last one, exactly at the end of a page. No order of
-/// writes can prevent that, since the two pages of such a piece cannot be written at once.
+/// A process killed during a write leaves what the kernel has copied so far, and the kernel checks
+/// for the signal only between two pages of the file: the part of a write that lies in one page is
+/// written as a whole or not at all. So a block ends with the last whole piece before the end of a
+/// page. A piece that crosses the end of a page comes first in its block. Only such a piece can be
+/// cut, at the end of the page, as the last one in the file. Its two pages cannot be written at
+/// once, so no order of writes prevents that.
 class LogPieceBlock {
 public:
     explicit LogPieceBlock(std::size_t pageSize);
@@ -22,9 +21,9 @@ public:
     /// Empties the block, which will be written at `offset` of the file.
     void Begin(long long offset);
 
-    /// False when `piece` does not fit any more: the block is to be written first. The first piece
-    /// always fits; one without a UTF-8 form, or without memory for it, is left out. A piece of
-    /// bytes has characters up to U+00FF.
+    /// False when `piece` does not fit: write the block first. The first piece always fits. A piece
+    /// that has no UTF-8 form or does not fit into memory is left out. The bytes of a narrow piece
+    /// are characters up to U+00FF.
     bool Append(std::wstring_view piece);
     bool Append(std::string_view piece);
 
@@ -36,8 +35,8 @@ private:
     bool KeepFrom(std::size_t oldSize);
 
     std::size_t m_pageSize;
-    std::size_t m_pageOffset = 0; // of the block's beginning, in its page
-    std::size_t m_limit = 0;      // of the block's size, once there is a first piece
+    std::size_t m_pageOffset = 0; // where in its page the block begins
+    std::size_t m_limit = 0;      // largest size of the block; set by the first piece
     std::string m_bytes;
 };
 

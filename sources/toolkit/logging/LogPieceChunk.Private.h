@@ -6,10 +6,10 @@
 
 namespace Toolkit {
 
-/// A block of memory that is filled with pieces of log text, one after the other.
+/// A block of memory filled with pieces of log text, one after the other.
 ///
-/// A piece whose characters all fit into a byte is kept as bytes: kept as it is, it takes four
-/// times the memory (`LogMemory`) and the time to fill it (`LogLine`).
+/// A piece whose characters all fit into a byte is stored as bytes. `LogMemory`: stored as wide
+/// characters, it takes four times the memory.
 class LogPieceChunk {
 public:
     /// How many bytes `piece` takes at most.
@@ -40,8 +40,8 @@ public:
     }
 
 private:
-    // A piece begins with a tag: the length of a short piece of bytes, or one of these constants.
-    // After a constant comes the length, and after that of a wide piece padding to align it.
+    // A piece begins with a tag: the length of a short narrow piece, or one of these constants. A
+    // constant is followed by the length, and that of a wide piece by padding to align it.
     static constexpr unsigned char c_longTag = 0xFE;
     static constexpr unsigned char c_wideTag = 0xFF;
     static constexpr std::size_t c_longHeaderSize = 1 + sizeof(std::size_t);

@@ -10,8 +10,8 @@ namespace Toolkit {
 
 /// Pieces of log text in the order in which they came.
 ///
-/// They lie in chunks that are used again: while the queue is emptied as fast as it is filled, a
-/// piece costs a copy and no memory of the heap.
+/// They are stored in chunks that are reused: while the queue is emptied as fast as it is filled, a
+/// piece costs a copy and no allocation.
 class LogPieceQueue {
 public:
     LogPieceQueue();
@@ -25,7 +25,7 @@ public:
 
     bool IsEmpty() const { return m_used == 0; }
 
-    /// Exchanges the pieces, and what is kept for later ones.
+    /// Exchanges the pieces and the spare chunks.
     void Swap(LogPieceQueue& other) noexcept;
 
     /// Calls `visit` with each piece, in order, as `LogPieceChunk::ForEach` does.
@@ -36,17 +36,17 @@ public:
             m_chunks[i].ForEach(visit);
     }
 
-    /// Forgets the pieces and keeps the chunks, within bounds, for later ones.
+    /// Removes the pieces and keeps up to 256 chunks for later ones.
     void Clear();
 
-    /// Forgets everything.
+    /// Removes the pieces and frees the chunks.
     void Release();
 
 private:
     LogPieceChunk& NextChunk(std::size_t capacity);
 
     std::vector<LogPieceChunk> m_chunks;
-    std::size_t m_used = 0; // those before hold pieces, the others wait
+    std::size_t m_used = 0; // how many chunks hold pieces; the others are spare
 };
 
 } // namespace Toolkit

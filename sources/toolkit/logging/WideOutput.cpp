@@ -22,8 +22,8 @@ bool IsAscii(const std::wstring& text)
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
 }
 
-// A file buffer converts later than it takes a character, and keeps for ever what it cannot
-// convert.
+// A file buffer converts a character after it has accepted it, and never gets rid of one that it
+// cannot convert.
 bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
 {
     using Converter = std::codecvt<wchar_t, char, std::mbstate_t>;
@@ -39,7 +39,7 @@ bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
                                                  bytes + sizeof bytes, to) == Converter::ok;
 }
 
-// A stream that met a character it cannot write refuses everything after it.
+// A stream that meets a character it cannot write refuses everything after it.
 void WriteCharacter(wchar_t character)
 {
     if (CanConvert(std::wcout.rdbuf(), character) && std::wcout.put(character))
@@ -94,7 +94,7 @@ void WriteToWideOutput(const std::wstring& text)
     } catch (const std::exception&) {
         // Out of memory, or the program asked the stream to throw: a logger reports nothing.
     }
-    // Without a buffer the state is bad for good, and clearing it may throw.
+    // Without a buffer the state stays bad, and clear() may throw.
     if (std::wcout.rdbuf())
         std::wcout.clear();
 }

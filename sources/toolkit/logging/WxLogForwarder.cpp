@@ -38,7 +38,7 @@ WxLogForwarder::WxLogForwarder()
 
 WxLogForwarder::~WxLogForwarder()
 {
-    // What other threads have queued is still for this target.
+    // Messages that other threads have queued still belong to this target.
     if (Framework::RemoveForwarder(this) && wxLog::GetActiveTarget() == this)
         wxLog::FlushActive();
     wxLog::SetActiveTarget(nullptr);

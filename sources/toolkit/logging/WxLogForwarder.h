@@ -6,22 +6,23 @@
 
 namespace Toolkit {
 
-/// Hands every message of the framework's log on to the process-wide logger, as a line of its own.
+/// Forwards every wxWidgets log message to the process-wide logger, as a line of its own.
 ///
-/// An application creates one after the start of the library and keeps it until the stop. Messages
-/// of worker threads arrive at once when the thread is a `Toolkit::Thread`; those of other threads
-/// when the main thread flushes the framework's log, at the latest when the forwarder goes.
+/// An application creates one after it starts the library and keeps it until it stops it. Messages
+/// of a `Toolkit::Thread` arrive at once. Those of other worker threads arrive when the main thread
+/// flushes the wxWidgets log, or when the forwarder is destroyed.
 class TOOLKIT_API WxLogForwarder : public wxLog {
 public:
-    /// Becomes the framework's active log target; the previous one is forgotten, not deleted.
+    /// Becomes the active `wxLog` target; the previous one is neither deleted nor restored later.
     WxLogForwarder();
 
-    /// Leaves the framework without a log target of its own; the previous one does not come back.
+    /// Leaves wxWidgets without an active log target.
     ~WxLogForwarder() override;
 
 protected:
     /// Writes a line such as "1  : wx : 1000 : disk full" to the process-wide logger: severity,
-    /// `timestamp` in seconds since 1970, and `message`. Nothing is written while there is none.
+    /// `timestamp` in seconds since 1970, and `message`. Does nothing without a process-wide
+    /// logger.
     virtual void DoLog(unsigned long level, const wchar_t* message, long timestamp);
 
     /// Does nothing.
