@@ -2,6 +2,7 @@
 
 #include "toolkit/ipc/IPCServer.h"
 #include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/Log.h"
 #include "toolkit/logging/WxLogForwarder.h"
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/threading/Thread.h"
@@ -13,6 +14,7 @@
 #include <future>
 #include <memory>
 #include <string>
+#include <thread>
 
 using namespace Toolkit;
 
@@ -86,6 +88,12 @@ void Log(ILogger& logger)
         logger.Write(L"line " + std::to_wstring(i) + L"\n");
 }
 
+[[noreturn]] void LogForEver()
+{
+    for (;;)
+        TOOLKIT_LOG(SeverityInfo) << L"still here" << ILogger::c_strLogToken3;
+}
+
 void RunThread(smart_ptr<Thread>& thread)
 {
     auto* const worker = new Worker();
@@ -122,6 +130,15 @@ void SetUpThread(const char* what)
     } else if (std::strcmp(what, "thread_local thread") == 0) {
         thread_local smart_ptr<Thread> thread;
         RunThread(thread);
+    } else if (std::strcmp(what, "unstarted thread") == 0) {
+        s_thread = new Worker();
+    } else if (std::strcmp(what, "paused thread") == 0) {
+        RunThread(s_thread);
+        s_thread->Pause();
+    } else if (std::strcmp(what, "logging threads") == 0) {
+        ILogger::SetLogger(NewFileLogger());
+        for (int i = 0; i < 2; ++i)
+            std::thread(LogForEver).detach();
     } else if (std::strcmp(what, "module's thread") == 0) {
         static WorkingModule module;
     }

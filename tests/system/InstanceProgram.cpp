@@ -1,6 +1,7 @@
 // A program of which several copies run at once. It starts the library when it is told to by a line
 // on its standard input, prints whether another copy runs and its unique name, stops the library at
-// another line, which it answers, or at the end of its input, and ends there.
+// another line, which it answers, or at the end of its input, and ends there. At the line "fork" it
+// forks a child, which lives on, and prints its process id.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
@@ -9,8 +10,25 @@
 
 #include <iostream>
 #include <string>
+#include <unistd.h>
 
 using namespace Toolkit;
+
+namespace {
+
+void ForkChild()
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr unsigned int longestLifeS = 60;
+        ::alarm(longestLifeS);
+        for (;;)
+            ::pause();
+    }
+    std::cout << child << std::endl;
+}
+
+} // namespace
 
 int main()
 {
@@ -21,7 +39,8 @@ int main()
 
     std::cout << SingleApplicationInstance::GetInstance()->IsAlreadyRunning() << ' '
               << UTF8::ToUTF8(PathManager::GetInstance()->GetApplicationUniqueName()) << std::endl;
-    std::getline(std::cin, line);
+    while (std::getline(std::cin, line) && line == "fork")
+        ForkChild();
 
     LibModuleManager::GetInstance()->Release(true);
     std::cout << "stopped" << std::endl;

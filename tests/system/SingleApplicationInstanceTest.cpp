@@ -62,6 +62,13 @@ public:
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
+    // Lets it fork a child, whose process id is returned.
+    pid_t Fork() const
+    {
+        EXPECT_EQ(::write(m_input, "fork\n", 5), 5);
+        return static_cast<pid_t>(std::stol(ReadLine()));
+    }
+
     // Whether it saw another copy; sets its unique name too.
     bool SeesAnother()
     {
@@ -195,6 +202,23 @@ TEST_F(SingleApplicationInstanceTest, ACrashedCopyIsNotSeen)
     EXPECT_FALSE(Start().SeesAnother());
     EXPECT_TRUE(Start().SeesAnother());
     EXPECT_EQ(Errors(), "");
+}
+
+TEST_F(SingleApplicationInstanceTest, AForkedChildOfACopyThatHasEndedIsNotSeen)
+{
+    for (const bool crashes : {true, false}) {
+        SCOPED_TRACE(crashes);
+        Copy& first = Start();
+        EXPECT_FALSE(first.SeesAnother());
+        const pid_t child = first.Fork();
+
+        crashes ? first.Crash() : first.Finish();
+
+        Copy& second = Start();
+        EXPECT_FALSE(second.SeesAnother());
+        second.Finish();
+        ::kill(child, SIGKILL);
+    }
 }
 
 TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)

@@ -1,5 +1,7 @@
 #include "toolkit/threading/Thread.h"
 
+#include "support/ScarceMemory.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -17,6 +19,9 @@
 
 namespace Toolkit {
 namespace {
+
+using Testing::AllocationLimit;
+using Testing::FailingAllocation;
 
 class Worker : public Thread {
 public:
@@ -513,6 +518,51 @@ TEST(ThreadDeathTest, TheMainThreadStaysSoWhenAnotherOneMakesTheFirstThread)
             ::_exit(isMain ? 0 : 1);
         },
         testing::ExitedWithCode(0), "^$");
+}
+
+// The library's own allocations for a start, and those of wxThread::Run() before the thread is half
+// started.
+constexpr int c_startAllocations = 20;
+
+TEST(ThreadTest, IsDroppedWhenMemoryRunsOut)
+{
+    for (int index = 0; index < c_startAllocations; ++index) {
+        auto worker = std::make_unique<Worker>(DoNothing);
+        const FailingAllocation scarce(index);
+        worker.reset();
+        EXPECT_TRUE(scarce.HasFailed());
+    }
+}
+
+TEST(ThreadTest, StartsLaterWhenMemoryRunsOut)
+{
+    for (int index = 0; index < c_startAllocations; ++index) {
+        std::atomic<int> calls{0};
+        Worker worker([&calls](Worker&) { return ++calls; });
+        {
+            const FailingAllocation scarce(index);
+            EXPECT_FALSE(worker.Run());
+        }
+        EXPECT_FALSE(worker.IsRunning());
+        EXPECT_EQ(calls, 0);
+        EXPECT_TRUE(worker.Run());
+    }
+}
+
+// What wxWidgets keeps for each thread is larger.
+TEST(ThreadTest, WorksWithoutMemoryForItsLogTarget)
+{
+    std::atomic<bool> hasWorked{false};
+    Worker worker([&hasWorked](Worker&) {
+        hasWorked = true;
+        return 0;
+    });
+    {
+        const AllocationLimit small(1000);
+        EXPECT_TRUE(worker.Run());
+        worker.Wait();
+    }
+    EXPECT_TRUE(hasWorked);
 }
 
 TEST(ThreadTest, SleepsAtLeastItsTime)

@@ -47,4 +47,9 @@ void Stop()
         wxUninitialize();
 }
 
+bool IsStarted()
+{
+    return wxAppConsole::GetInstance() != nullptr;
+}
+
 } // namespace Toolkit::Framework

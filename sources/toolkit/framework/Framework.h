@@ -11,6 +11,9 @@ bool Start();
 /// that started wxWidgets first, it stays started until that one undoes a start.
 void Stop();
 
+/// Whether wxWidgets is started, by whomever.
+bool IsStarted();
+
 /// Whether the program runs an application object of its own, which has started wxWidgets.
 bool ProgramRunsItsOwnApplication();
 

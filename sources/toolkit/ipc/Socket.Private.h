@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/base/FileDescriptor.h"
+#include "toolkit/base/OwnDescriptor.h"
 
 #include <cstddef>
 #include <string>
@@ -68,6 +69,8 @@ private:
     Base::FileDescriptor m_directory;
     std::string m_name; // in m_directory, even if the working directory changes
     Base::FileDescriptor m_socket;
+    Base::OwnDescriptor
+        m_ownSocket; // no client waits for a forked child when this process has ended
     dev_t m_device = 0;
     ino_t m_inode = 0; // 0 while no file was made
     pid_t m_process = 0;

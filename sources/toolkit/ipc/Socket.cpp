@@ -226,6 +226,7 @@ bool SocketFile::ListenLocked(const std::string& path)
     m_device = status.st_dev;
     m_inode = status.st_ino;
     m_process = ::getpid();
+    m_ownSocket.Watch(m_socket.Get());
     return ::listen(m_socket.Get(), SOMAXCONN) == 0;
 }
 

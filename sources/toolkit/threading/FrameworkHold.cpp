@@ -2,11 +2,17 @@
 
 #include "toolkit/framework/Framework.h"
 
+#include <new>
 #include <unistd.h>
 
 namespace Toolkit {
 
-FrameworkHold::FrameworkHold() : m_holder(Framework::Start() ? ::getpid() : 0) {}
+FrameworkHold::FrameworkHold() : m_holder(Framework::Start() ? ::getpid() : 0)
+{
+    // Without wxWidgets the constructor of a wxThread crashes.
+    if (m_holder == 0 && !Framework::IsStarted())
+        throw std::bad_alloc();
+}
 
 FrameworkHold::~FrameworkHold()
 {

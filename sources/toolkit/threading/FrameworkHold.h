@@ -12,6 +12,7 @@ namespace Toolkit {
 /// object. A forked child leaves wxWidgets as its parent started it.
 class TOOLKIT_API FrameworkHold {
 public:
+    /// Throws std::bad_alloc when wxWidgets cannot be started.
     FrameworkHold();
     ~FrameworkHold();
 

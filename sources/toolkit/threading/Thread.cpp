@@ -8,10 +8,28 @@
 #include "toolkit/framework/ThreadRemains.h"
 #include "toolkit/threading/ThreadControl.Private.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace Toolkit {
+namespace {
+
+constexpr unsigned int c_retryMs = 10;
+
+// Leaves the memory for a few texts to the next allocations of this thread.
+void ReserveMemory()
+{
+    std::vector<std::unique_ptr<char[]>> blocks;
+    for (const std::size_t size : {32, 64, 128, 256}) {
+        for (int i = 0; i < 4; ++i)
+            blocks.push_back(std::make_unique<char[]>(size));
+    }
+}
+
+} // namespace
 
 const unsigned long Thread::UndefinedThread = 0xFFFFFFFF;
 
@@ -41,13 +59,27 @@ void Thread::End()
     State fresh = State::New;
     if (!wxThread::IsAlive() && m_state.compare_exchange_strong(fresh, State::Dropped)) {
         // wxWidgets frees a joinable thread that never ran from under this object. Let it run, with
-        // nothing to do.
-        wxThread::Run();
+        // nothing to do, as soon as there is memory to start it.
+        while (!Start())
+            Sleep(c_retryMs);
     } else {
+        // wxThread::Delete() resumes a paused thread too, but must not find that it ends meanwhile.
+        Resume();
         wxThread::Delete();
     }
     // Joins also a thread that has ended; one that was joined before is left alone.
     wxThread::Wait();
+}
+
+// wxWidgets allocates for traces that nobody reads, at last when the thread is half started and can
+// neither run nor be stopped. What is allocated and freed here is there for them.
+bool Thread::Start()
+{
+    const bool isStarted = Base::ResultOr(false, [this] {
+        ReserveMemory();
+        return wxThread::Run() == wxTHREAD_NO_ERROR;
+    });
+    return isStarted || wxThread::IsAlive();
 }
 
 // Whether the thread itself calls.
@@ -62,8 +94,7 @@ bool Thread::Run()
     if (!m_control->IsOfThisProcess() || wxThread::IsAlive() ||
         !m_state.compare_exchange_strong(fresh, State::Started))
         return false;
-    if (Base::ResultOr(wxTHREAD_MISC_ERROR, [this] { return wxThread::Run(); }) ==
-        wxTHREAD_NO_ERROR)
+    if (Start())
         return true;
     m_state = State::New;
     return false;
@@ -129,10 +160,11 @@ bool Thread::IsMainThread()
     return Framework::ProgramRunsItsOwnApplication() ? wxThread::IsMain() : Base::IsFirstThread();
 }
 
-// The pause of wxThread::TestDestroy() can miss that it ends before it has begun.
+// The pause of wxThread::TestDestroy() can miss that it ends before it has begun. It lasts until
+// wxWidgets has seen its end, because wxThread::Delete() resumes what it has found paused.
 bool Thread::TestDestroy()
 {
-    while (IsCaller() && !m_control->IsCancelled() && wxThread::IsPaused())
+    while (IsCaller() && wxThread::IsPaused())
         m_control->AwaitWake();
     return m_control->IsCancelled();
 }
@@ -146,7 +178,8 @@ wxThread::ExitCode Thread::Entry()
         m_state.compare_exchange_strong(fresh, State::Started);
         if (m_state == State::Dropped)
             return nullptr;
-        target.emplace();
+        // Without memory for it, wxWidgets keeps the messages until the main thread asks for them.
+        static_cast<void>(Base::Completes([&target] { target.emplace(); }));
     }
     // The exit codes of wxWidgets are pointers.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)

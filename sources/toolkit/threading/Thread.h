@@ -32,7 +32,8 @@ public:
     Thread();
 
     /// Asks a running thread to end and waits until it has. On the thread itself, as when it calls
-    /// exit(), it returns at once.
+    /// exit(), it returns at once. Never fails for lack of memory: to end a thread that was never
+    /// started, it waits until there is some.
     ~Thread() override;
 
     /// Starts the thread; false when it was started before or could not be created, and when there
@@ -88,6 +89,7 @@ private:
     // Dropped: never to work any more. Failed: the system had no thread to give.
     enum class State { New, Started, Dropped, Failed };
 
+    bool Start();
     bool IsCaller() const;
     void End();
 

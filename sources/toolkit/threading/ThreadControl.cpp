@@ -6,8 +6,9 @@
 namespace Toolkit {
 namespace {
 
-// wxThread::Resume() wakes nobody here.
+// wxThread::Resume() wakes nobody here. It is about to come when the thread is cancelled.
 constexpr std::chrono::milliseconds c_longestWait{200};
+constexpr std::chrono::milliseconds c_cancelledWait{1};
 
 } // namespace
 
@@ -26,7 +27,7 @@ void ThreadControl::Cancel()
 
 void ThreadControl::AwaitWake()
 {
-    static_cast<void>(m_wakes.try_acquire_for(c_longestWait));
+    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_cancelledWait : c_longestWait));
 }
 
 } // namespace Toolkit

@@ -1,0 +1,76 @@
+#include "toolkit/base/FileLock.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Toolkit::Base {
+namespace {
+
+class FileLockTest : public testing::Test {
+protected:
+    FileLock Lock() const
+    {
+        return FileLock(FileDescriptor::OpenRegular((m_directory.Path() / "lock").string(),
+                                                    O_RDWR | O_CREAT, 0600));
+    }
+
+    Testing::TempDir m_directory;
+};
+
+TEST_F(FileLockTest, IsHeldByAllObjectsOfItsProcess)
+{
+    const FileLock first = Lock();
+    const FileLock second = Lock();
+    EXPECT_EQ(first.GetState(), FileLock::State::Held);
+    EXPECT_EQ(second.GetState(), FileLock::State::Held);
+}
+
+TEST_F(FileLockTest, IsUnavailableWithoutAFile)
+{
+    EXPECT_EQ(FileLock(FileDescriptor()).GetState(), FileLock::State::Unavailable);
+}
+
+// Holds the lock, forks a child and ends. The child writes its id to `output` and lives on.
+[[noreturn]] void HoldForkAndEnd(const FileLock& lock, int output)
+{
+    if (lock.GetState() != FileLock::State::Held)
+        ::_exit(1);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr unsigned int longestLifeS = 60;
+        ::alarm(longestLifeS);
+        const pid_t self = ::getpid();
+        static_cast<void>(!::write(output, &self, sizeof self));
+        for (;;)
+            ::pause();
+    }
+    ::_exit(0);
+}
+
+TEST_F(FileLockTest, EndsWithItsProcessWhileAForkedChildLives)
+{
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const pid_t holder = ::fork();
+    if (holder == 0)
+        HoldForkAndEnd(Lock(), ends[1]);
+
+    pid_t child = 0;
+    ASSERT_EQ(::read(ends[0], &child, sizeof child), static_cast<ssize_t>(sizeof child));
+    int status = -1;
+    ::waitpid(holder, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(Lock().GetState(), FileLock::State::Held);
+    ::kill(child, SIGKILL);
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+} // namespace
+} // namespace Toolkit::Base
