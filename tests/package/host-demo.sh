@@ -1,13 +1,14 @@
 #!/bin/sh
-# Runs the demo of a copy of the installed host whose name nobody else's host has: the name makes the
-# paths of the log and of the socket, and tells one application from another.
+# Runs the demo with a copy of the installed host under a name of its own. Log and socket are called
+# after it.
 #
 # usage: host-demo.sh <the demo> <prefix of the installed host>
 set -eu
 
 folder=$(mktemp -d /tmp/toolkit-test-XXXXXX)
 name=$(basename "$folder")
-trap 'rm -rf "$folder" "$folder".*' EXIT
+# The log is called after place, name and user, in lower case.
+trap 'rm -rf "$folder" "/tmp/"*"$(echo "$name" | tr "[:upper:]" "[:lower:]")"*.qvlog' EXIT
 cp -R "$2/bin" "$2/share" "$folder"
 mv "$folder/bin/host" "$folder/bin/$name"
 mv "$folder/share/host" "$folder/share/$name"
