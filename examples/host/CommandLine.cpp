@@ -66,7 +66,7 @@ const Text& CommandLine::GetValue(const Text& option) const
     return found == m_options.end() ? Text::Empty() : found->second->GetValue();
 }
 
-// Whether a required option is there is told by Complete(), which knows its name.
+// No option is required here: Complete() checks that and can name the option.
 void CommandLine::AddOption(const Option& option)
 {
     const smart_ptr<CmdLineOption> added(new CmdLineOption(option.name, false));
@@ -87,7 +87,7 @@ void CommandLine::FindUnknownOption(const Text& line)
     }
 }
 
-// Path options come as they were typed; "-from" comes first and is absolute.
+// Makes paths absolute. "-from" is completed first, and is absolute already.
 void CommandLine::Complete(const Option& option)
 {
     const smart_ptr<CmdLineOption> parsed = m_options[option.name];

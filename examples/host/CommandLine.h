@@ -6,14 +6,14 @@
 #include "PlugIn.h"
 #include "Terminal.h"
 
-/// Appends `token` to a line that `CmdLineParser::Tokenize` takes apart again. False when that
-/// cannot be: there is no way to write a quote together with blanks.
+/// Appends `token` to a line that `CmdLineParser::Tokenize` splits again. False when that is not
+/// possible: a token cannot hold both quotes and spaces.
 bool AppendToken(Text& line, const Text& token);
 
 /// The first word of a line; empty when it begins with an option.
 Text CommandWord(const Text& line);
 
-/// What a line says of the options of a command, and of those that every command has: "-out", the
+/// The options of a command in a line, and those that every command has: "-out", the
 /// file for the result, and "-from", the directory in which the line was typed.
 class CommandLine {
 public:

@@ -10,10 +10,10 @@ using namespace Toolkit;
 
 namespace {
 
-// So often at most the screen shows how far a command has come, but for its end.
+// The shortest time between two displays of progress. The end of a command is always shown.
 constexpr unsigned int c_progressMs = 200;
 
-// Stands for a word that is no command.
+// For a word that is no command.
 constexpr HostPlugIn::Command c_noCommand{};
 
 Text Number(unsigned long long value)
@@ -65,7 +65,7 @@ bool CommandOperation::Work()
     return m_command->run(*this);
 }
 
-// A command may have failed without saying so in its result.
+// A command may have called Fail() and still return true.
 bool CommandOperation::Store()
 {
     if (!HasSucceeded())

@@ -7,7 +7,7 @@
 #include "PlugIn.h"
 #include "ResultFile.h"
 
-/// One run of a plug-in's command: parses its line, runs it, and puts its result in place.
+/// One run of a plug-in's command: parses its line, runs it, and stores its result.
 class CommandOperation : public Toolkit::BackgroundOperation, private HostPlugIn::CommandRun {
 public:
     /// The command stops early when `isCancelled` becomes true. `command` is null for a line that
@@ -15,7 +15,7 @@ public:
     CommandOperation(unsigned int id, const Text& line, const HostPlugIn::Command* command,
                      const std::atomic<bool>& isCancelled);
 
-    /// Does it all, on the calling thread, and tells the listeners of start and end.
+    /// Does all of it on the calling thread, and notifies the listeners of start and end.
     void Perform();
 
     /// Removes what has been written of the result. Any thread may call it; the command fails then.
@@ -24,7 +24,7 @@ public:
     const Text& GetLine() const { return m_line; }
     /// The number and the name of the command, for messages.
     Text GetTitle() const;
-    /// What became of it; empty until it has ended.
+    /// How it ended, in words; empty until then.
     const Text& GetOutcome() const { return m_outcome; }
     bool HasSucceeded() const { return m_failure.empty(); }
 

@@ -20,7 +20,7 @@ using namespace Toolkit;
 
 namespace {
 
-// Tells the user and the log when a command starts and ends, on the thread that runs it.
+// Reports start and end of a command to the user and the log, on the thread that runs it.
 class CommandReport : public BackgroundOperationHandler {
 public:
     explicit CommandReport(const CommandOperation& operation) : m_operation(operation) {}
@@ -61,7 +61,7 @@ public:
         m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new EndCall(onEnded)));
     }
 
-    // The thread uses this part of the object, which must not go before it has ended.
+    // The thread uses members of this class, so it has to end before they are destroyed.
     ~CommandWorker() override { Wait(); }
 
     CommandOperation& GetOperation() { return m_operation; }
@@ -99,7 +99,8 @@ private:
     CommandServer& m_server;
 };
 
-// A host that is to stop is not found any more, but serves those that have found it just before.
+// Removes the socket of a host that is to stop, and gives clients that have connected just before
+// the time to send their lines.
 class CommandServer::Grace : public wxTimer {
 public:
     explicit Grace(CommandServer& server) : m_server(server)
@@ -185,7 +186,7 @@ void CommandServer::Cancel()
     Work();
 }
 
-// Starts the next command, unless one runs, or ends the loop when there is nothing left to do.
+// Starts the next command unless one runs. Ends the loop when nothing is left to do.
 void CommandServer::Work()
 {
     if (m_worker)
@@ -212,8 +213,8 @@ void CommandServer::OnCommandEnded()
     Work();
 }
 
-// A thread cannot be ended, and plug-ins whose code runs cannot be unloaded. What is left to do is
-// to leave no half result, and the whole log.
+// A thread cannot be ended, and a plug-in whose code runs cannot be unloaded. So this only removes
+// the half-written result and completes the log.
 void CommandServer::EndWithoutCommand()
 {
     CommandOperation& operation = m_worker->GetOperation();

@@ -9,9 +9,9 @@
 class CommandOperation;
 class CommandWorker;
 
-/// Runs the commands that other starts of the host send, one at a time in the order in which they
-/// come. All of its work but the commands themselves is done on the thread of the event loop, so
-/// there is nothing to lock. As many commands wait as memory holds.
+/// Runs the commands that other starts of the host send, one at a time and in the order of arrival.
+/// Everything but the commands themselves runs on the thread of the event loop, so there is nothing
+/// to lock. The queue of commands is unlimited.
 class CommandServer {
 public:
     enum class End { NotServed, Quit, Restart };
@@ -22,9 +22,9 @@ public:
     CommandServer(const CommandServer&) = delete;
     CommandServer& operator=(const CommandServer&) = delete;
 
-    /// Serves until a start with -quit or -restart comes, which waits for all commands that came
-    /// before, or SIGINT, SIGTERM or SIGHUP, for which what runs and what waits is given up. A
-    /// command that does not notice within 3 seconds is left behind: the process ends without it.
+    /// Serves until a start with -quit or -restart, which lets all earlier commands finish, or
+    /// until SIGINT, SIGTERM or SIGHUP, which cancels the running command and those that wait. When
+    /// a command does not notice within 3 seconds, the process ends without it.
     End Run();
 
 private:
@@ -44,7 +44,7 @@ private:
     std::unique_ptr<CommandWorker> m_worker; // while a command runs
     unsigned int m_lastId = 0;
     std::atomic<bool> m_isCancelled = false;
-    std::unique_ptr<Grace> m_grace;       // since the host is to stop
-    std::unique_ptr<Deadline> m_deadline; // since a signal has come
+    std::unique_ptr<Grace> m_grace;       // once the host is to stop
+    std::unique_ptr<Deadline> m_deadline; // once a signal has arrived
     End m_end = End::NotServed;
 };

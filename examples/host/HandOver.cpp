@@ -32,7 +32,7 @@ HandOver::Role HandOver::Send(const Text& line)
         if (GetTickCount() - beginTicks > limitMs)
             return Role::NotServed;
         Thread::Sleep(pauseMs);
-        // It knows what was at its creation.
+        // The object has the state at its creation.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }

@@ -10,14 +10,14 @@ extern const wchar_t* const c_serve;
 extern const wchar_t* const c_quit;
 extern const wchar_t* const c_restart;
 
-/// Where the host that serves is found; the same for all starts of it from one place by one user.
+/// The socket of the host that serves: the same for all starts of one program by one user.
 Text ServicePath();
 
 /// What a start of the host turns out to be.
 enum class Role {
     First,      ///< No other one is known to run.
-    HandedOver, ///< Another one serves and has the line.
-    NotServed   ///< Another one runs and has not taken the line for 15 seconds.
+    HandedOver, ///< Another one serves and has received the line.
+    NotServed   ///< Another one runs, and has not taken the line within 15 seconds.
 };
 
 /// Sends `line` to the host that serves. Waits while another host runs that does not serve: it is

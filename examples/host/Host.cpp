@@ -32,8 +32,8 @@ using Terminal::PrintRow;
 
 namespace {
 
-// What the host adds to the start and the stop of the library. It comes after the library's own
-// module at the start and before it at the stop: paths, versions and the log are there in both.
+// What the host adds to the start and the stop of the library. It starts after the library's own
+// module and stops before it, so both may use paths, versions and the log.
 class HostModule : public LibModule {
 public:
     void Initialize() override
@@ -51,7 +51,7 @@ public:
 
 private:
     unsigned int m_startTicks = 0;
-    // Brings what wxWidgets has to say into the log.
+    // Sends what wxWidgets logs to the log.
     std::unique_ptr<WxLogForwarder> m_forwarder;
 };
 
@@ -96,7 +96,7 @@ void PrintCommands(const PlugIns& plugIns)
         PrintRow(Text(L"Command ") + command->name, command->help);
 }
 
-// Searches on a worker thread and says what came of it.
+// Searches on a worker thread and reports the result.
 int Search(const Text& path, const Text& wanted, bool isQuiet)
 {
     TextSearch search(path, wanted);
@@ -170,7 +170,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
                              : Serve(plugIns, startLine, options.IsDefined(L"restart"));
 }
 
-// Says what became of a line that was sent; the host that serves says what becomes of it.
+// Reports whether a line was sent. The host that serves reports what becomes of it.
 int Report(HandOver::Role role)
 {
     switch (role) {
@@ -213,8 +213,8 @@ int StartServer(const Text& line, PlugIns& plugIns)
                                          : Report(role);
 }
 
-// Asked for by the user, this start tells the host that serves, which starts another one: that has
-// the same command line, finds nobody who serves, and takes over when the first one has ended.
+// Runs twice. The user's start sends the line to the host that serves. That one starts another host
+// with the same option, which finds nobody who serves and takes over when the first one has ended.
 int StartAnew(PlugIns& plugIns)
 {
     const HandOver::Role role = HandOver::Send(HandOver::c_restart);
@@ -270,7 +270,7 @@ int main(int argc, char** argv)
     for (int i = 1; i < argc; ++i)
         words.push_back(UTF8::ToUNICODE(argv[i]));
     const int exitCode = Start(words, plugIns);
-    // Held until the log is complete: the next host begins it anew.
+    // Held until the log is complete, because the next host empties it.
     const smart_ptr<SingleApplicationInstance> instance = SingleApplicationInstance::GetInstance();
     modules->Release(true);
     modules->Unregister(&hostModule);

@@ -16,7 +16,7 @@ using GetPlugIn = decltype(&GetHostPlugIn);
 
 Text VersionFault(unsigned int version)
 {
-    return L"it speaks version " + StringConvert::UStringFromUint32(version) +
+    return L"it has version " + StringConvert::UStringFromUint32(version) +
            L" of the interface, the host version " +
            StringConvert::UStringFromUint32(HostPlugIn::c_interfaceVersion);
 }
@@ -62,7 +62,7 @@ std::vector<const Command*> PlugIns::GetCommands() const
     return commands;
 }
 
-// Returns why the library is of no use; the empty text when it is.
+// Returns why the library is unusable; an empty string when it is usable.
 Text PlugIns::LoadLibrary(const Text& path)
 {
     auto library = std::make_unique<DynamicLibrary>(path);
@@ -82,11 +82,11 @@ Text PlugIns::LoadLibrary(const Text& path)
     return Text();
 }
 
-// Nothing but the version is looked at in a plug-in of another one.
+// In a plug-in of another version nothing but the version may be read.
 Text PlugIns::FindFault(const PlugIn* plugIn) const
 {
     if (!plugIn)
-        return L"it finds itself of no use";
+        return L"it reports that it is unusable";
     if (plugIn->interfaceVersion != HostPlugIn::c_interfaceVersion)
         return VersionFault(plugIn->interfaceVersion);
     if (plugIn->failure)

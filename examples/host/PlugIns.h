@@ -16,14 +16,14 @@ public:
     PlugIns(const PlugIns&) = delete;
     PlugIns& operator=(const PlugIns&) = delete;
 
-    /// Loads every library of `folder`, in the order of their names. One that is of no use is
-    /// unloaded again, and the user and the log are told why.
+    /// Loads every library of `folder`, in the order of their names. One that is unusable is
+    /// unloaded again, and the reason is shown and logged.
     void Load(const Text& folder);
 
-    /// The command of that name; null when no plug-in has it.
+    /// The command called `name`; null when no plug-in has it.
     const HostPlugIn::Command* FindCommand(const Text& name) const;
 
-    /// Each command, in the order of the plug-ins.
+    /// All commands, in the order of the plug-ins.
     std::vector<const HostPlugIn::Command*> GetCommands() const;
 
 private:

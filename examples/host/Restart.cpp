@@ -36,7 +36,7 @@ Text Restart::KeptLine()
     return file.Open(KeptLinePath()) ? file.GetFirstLine() : Text(HandOver::c_serve);
 }
 
-// Whoever holds the lock of the single instance has waited already.
+// The lock of the single instance has been awaited already.
 void Restart::Finish()
 {
     const smart_ptr<RestartManagment> restart = RestartManagment::GetInstance();

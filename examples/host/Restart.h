@@ -2,8 +2,8 @@
 
 #include "Terminal.h"
 
-/// A restart: the host starts itself anew, with nothing but "-restart" on the command line. The
-/// line by which it was started itself waits in a file of its data folder.
+/// A restart: the host starts a new process with nothing but "-restart" on the command line. Its
+/// own command line is kept in a file of its data folder.
 namespace Restart {
 
 /// Keeps the line and starts the new process.

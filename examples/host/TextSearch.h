@@ -7,7 +7,7 @@
 /// Reads a text file on a thread of its own, and logs and counts the lines that contain a text,
 /// regardless of case.
 ///
-/// Run() starts it; after Wait() it tells what it found.
+/// Run() starts it; after Wait() the results can be read.
 class TextSearch : public Toolkit::Thread {
 public:
     TextSearch(const TString<wchar_t>& path, const TString<wchar_t>& wanted)
@@ -15,7 +15,7 @@ public:
     {
     }
 
-    // The thread uses this part of the object, which must not go before it has ended.
+    // The thread uses members of this class, so it has to end before they are destroyed.
     ~TextSearch() override { Wait(); }
 
     bool HasReadFile() const { return m_hasReadFile; }

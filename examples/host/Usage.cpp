@@ -15,7 +15,7 @@ constexpr const wchar_t* c_lines[] = {
     L"  -quiet    shows only what goes wrong",
     L"  -serve    stays, and runs the commands that other starts hand over to it",
     L"  -quit     ends the host that serves, after the commands that it has",
-    L"  -restart  starts it anew",
+    L"  -restart  ends it and starts it again",
     L"",
     L"A start without -quiet shows the commands of the plug-ins. The value of an option cannot",
     L"begin with a dash: for a pattern \"[-]x\" does.",

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Shows the installed example host: a run by itself, then four commands for one that serves. All
-# input comes with it.
+# Shows the installed example host: a run by itself, then four commands for one that serves. The
+# input is part of the tree.
 #
 #     run-demo.sh <path of the installed host>
 
@@ -13,7 +13,7 @@ server=
 log_lines=16
 result_lines=5
 
-# Whatever happens, nothing stays behind.
+# Nothing is left behind, however the demo ends.
 clean_up() {
     [ -z "$server" ] || kill -KILL "$server" 2>/dev/null || true
     rm -rf "$work"
@@ -33,13 +33,13 @@ await() {
     until "$@" 2>/dev/null; do
         tries=$((tries + 1))
         if [ "$tries" -ge 1200 ] || ! kill -0 "$server" 2>/dev/null; then
-            fail "in vain: $*"
+            fail "waited in vain: $*"
         fi
         sleep 0.05
     done
 }
 
-# Prints words as one would type them.
+# Prints the words as a user would type them.
 print_typed() {
     for word in "$@"; do
         case $word in

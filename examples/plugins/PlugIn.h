@@ -4,7 +4,7 @@
 // plug-ins folder. It includes this header and, in one source file,
 //
 //  - registers a module of its own for as long as it is loaded, by a ModuleRegistration,
-//  - defines GetHostPlugIn(), which tells what commands it offers.
+//  - defines GetHostPlugIn(), which returns its commands.
 //
 // It is compiled with hidden visibility: the host makes the symbols of every plug-in known to those
 // that are loaded later, and of two visible classes with one name only the first would be used.
@@ -19,7 +19,7 @@
 
 namespace HostPlugIn {
 
-/// Changes with every change of what stands below. Host and plug-in must have the same.
+/// Changes with every change of this header. Host and plug-in must have the same.
 constexpr unsigned int c_interfaceVersion = 1;
 
 /// What a command may ask of the host while it runs, and the place for its result. The host
@@ -27,27 +27,27 @@ constexpr unsigned int c_interfaceVersion = 1;
 /// operation throws.
 class CommandRun {
 public:
-    /// Whether the option stood on the command line. `option` comes as in `Option::name`.
+    /// Whether the option was on the command line. `option` is written as in `Option::name`.
     virtual bool IsDefined(const wchar_t* option) const noexcept = 0;
 
     /// The value of an option; empty when there is none. Paths are absolute: a relative one means
     /// the directory in which the command was typed.
     virtual const TString<wchar_t>& GetValue(const wchar_t* option) const noexcept = 0;
 
-    /// Appends bytes to the result, which nobody sees before the command has succeeded. False when
-    /// they cannot be stored: the command has failed then, and need not go on.
+    /// Appends bytes to the result, which appears when the command has succeeded. False when they
+    /// cannot be stored: the command has failed and may return.
     virtual bool Write(const char* bytes, std::size_t count) noexcept = 0;
 
-    /// Tells that `done` of `total` are done, and what they are, such as L"entries"; a total of 0
-    /// is one that is not known. May be called often: the host shows some of it. False when the
-    /// host wants to stop: the command has failed then, and should return soon.
+    /// Reports that `done` of `total` units are done; `unit` is their name, such as L"entries". A
+    /// total of 0 is unknown. May be called often: the host shows some of it. False when the host
+    /// wants to stop: the command has failed and should return soon.
     virtual bool Progress(unsigned long long done, unsigned long long total,
                           const wchar_t* unit) noexcept = 0;
 
-    /// Tells the user what the result lacks. The command goes on.
+    /// Shows the user what the result lacks. The command continues.
     virtual void Warn(const TString<wchar_t>& message) noexcept = 0;
 
-    /// Tells the user why the command fails; of several messages the first counts. Always false:
+    /// Shows the user why the command fails; of several messages the first counts. Always false:
     ///
     ///     if (!file.Open(path, L"rb"))
     ///         return run.Fail(L"cannot read " + path);
@@ -75,21 +75,21 @@ struct Option {
 
 /// A command: the first word of a command line.
 struct Command {
-    const wchar_t* name; ///< One word, not beginning with a dash, unique among all plug-ins.
+    const wchar_t* name; ///< One word without a dash at its beginning, unique among all plug-ins.
     const wchar_t* help; ///< One line.
     const Option* options;
     std::size_t optionCount;
 
     /// Does the work, on a worker thread; commands run one at a time. False when it failed, and
-    /// nothing of its result is kept. See `Guarded`.
+    /// its result is dropped. See `Guarded`.
     bool (*run)(CommandRun& run) noexcept;
 };
 
-/// What a plug-in tells of itself.
+/// How a plug-in describes itself.
 struct PlugIn {
-    unsigned int interfaceVersion; ///< `c_interfaceVersion`; stands first in every version.
+    unsigned int interfaceVersion; ///< `c_interfaceVersion`; the first member in every version.
     const wchar_t* name;
-    const wchar_t* failure; ///< Why the plug-in is of no use; null when it is. See below.
+    const wchar_t* failure; ///< Why the plug-in is unusable; null when it is usable. See below.
     const Command* commands;
     std::size_t commandCount;
 };
@@ -157,7 +157,7 @@ private:
 
 } // namespace HostPlugIn
 
-/// The one function that a plug-in exports. The host calls it once, behind the load, and uses what
-/// it points to until it unloads the plug-in. Null stands for a plug-in that is of no use.
+/// The one function that a plug-in exports. The host calls it once, after loading, and uses what
+/// it points to until it unloads the plug-in. Null means that the plug-in is unusable.
 extern "C" __attribute__((visibility("default"))) const HostPlugIn::PlugIn*
 GetHostPlugIn() noexcept;

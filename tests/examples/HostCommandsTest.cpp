@@ -73,7 +73,7 @@ TEST_F(HostCommandsTest, SearchTakesEntriesAsTheyAre)
     EXPECT_EQ(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog$"}),
               "blocks:2: fog\nblocks:4: fog\n"
               "latin:1: café fog\n"
-              // No text has lines of more than 1 MiB: it comes in pieces.
+              // A line of more than 1 MiB is cut into pieces.
               "long:3: fog\nlong:4: fog\n"
               "nulls:1: fog  fog\n");
 }
@@ -332,7 +332,7 @@ TEST_F(HostCommandsTest, RelativePathsMeanTheDirectoryOfTheLaterStart)
     EXPECT_EQ(ReadWholeFile(File("relative")), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostCommandsTest, BlanksAndOtherScriptsArriveInEveryLocale)
+TEST_F(HostCommandsTest, SpacesAndOtherScriptsArriveInEveryLocale)
 {
     const ScopedEnvironment locale("LC_ALL", "C");
     Write("ein Ordner/nöte.txt", "å  b\n");

@@ -60,14 +60,14 @@ TEST_F(HostPlugInsTest, LoadAndReleaseAreLoggedInOppositeOrders)
                                                      "Stopping after [0-9]+ ms\n$"));
 }
 
-TEST_F(HostPlugInsTest, WhatIsOfNoUseIsLeftOutAndSaid)
+TEST_F(HostPlugInsTest, LeavesOutWhatIsUnusableAndSaysWhy)
 {
     const std::pair<const char*, const char*> cases[] = {
         {NO_FUNCTION_PLUG_IN, "it has no function GetHostPlugIn"},
-        {OTHER_VERSION_PLUG_IN, "it speaks version 2 of the interface, the host version 1"},
+        {OTHER_VERSION_PLUG_IN, "it has version 2 of the interface, the host version 1"},
         {SECOND_LIST_PLUG_IN, "another one has its command list"},
         {THROWING_MODULE_PLUG_IN, "its module does not start: no sounding gear"},
-        {USELESS_PLUG_IN, "it finds itself of no use"}};
+        {USELESS_PLUG_IN, "it reports that it is unusable"}};
     m_host.InstallPlugIn(ARCHIVE_PLUG_IN);
     for (const auto& [library, fault] : cases)
         m_host.InstallPlugIn(library);
@@ -84,7 +84,7 @@ TEST_F(HostPlugInsTest, WhatIsOfNoUseIsLeftOutAndSaid)
     EXPECT_THAT(result.output, HasSubstr("Command list            sizes and names"));
 }
 
-// In the order of the names it comes before one that is good.
+// It is loaded before one that is usable.
 TEST_F(HostPlugInsTest, FileThatIsNoLibraryIsLeftOut)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);

@@ -233,7 +233,7 @@ TEST_F(HostServerTest, NoCommandOfManyIsLost)
                 AllOf(HasSubstr(" : 200 search: done in "), Not(HasSubstr("failed"))));
 }
 
-// Some starts meet the host while it ends: what they call handed over is done all the same.
+// Some starts reach the host while it ends. What they report as handed over is done even so.
 TEST_F(HostServerTest, NoCommandIsLostWhileTheHostEnds)
 {
     constexpr int processes = 8;
@@ -448,7 +448,7 @@ TEST_F(HostServerTest, SignalGivesUpTheCommandsThatWait)
     EXPECT_EQ(host.WaitForExitCode(), 0);
 }
 
-// The plug-ins are found where the first host was told.
+// The new host finds the plug-ins in the folder that the first one was given.
 TEST_F(HostServerTest, RestartServesAgainByTheSameCommandLine)
 {
     const std::string archive = WriteArchive();

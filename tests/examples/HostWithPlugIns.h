@@ -15,7 +15,7 @@ namespace Toolkit::Testing {
 
 using Arguments = std::vector<std::string>;
 
-/// What a start of the host says whose line another one has taken.
+/// What a start of the host prints when another one has taken its line.
 constexpr const char* c_handedOver = "Handed over to the host that serves.\n";
 
 /// An installed host with all plug-ins, and a directory for what their commands read and write.
@@ -57,7 +57,7 @@ protected:
         EXPECT_EQ(result.output, c_handedOver);
     }
 
-    /// The bytes that a command gives.
+    /// The bytes of a command's result.
     std::string ResultOf(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);

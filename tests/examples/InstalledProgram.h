@@ -15,7 +15,7 @@
 namespace Toolkit::Testing {
 
 /// A program under a name and an install prefix of its own, so that it shares no log, settings or
-/// home directory with anybody. The log goes with the object.
+/// home directory with anybody. The log is removed with the object.
 class InstalledProgram {
 public:
     explicit InstalledProgram(const std::filesystem::path& program)
@@ -45,7 +45,7 @@ public:
         std::filesystem::create_directories(PlugInsPath());
         std::filesystem::copy_file(library, PlugInsPath() / library.filename());
     }
-    /// The name that tells the program in this place, run by this user, from all others.
+    /// The name of this program, in this place, run by this user.
     std::string UniqueName() const
     {
         std::string name = m_prefix.Path() / "bin" / Name();

@@ -11,7 +11,7 @@ std::string FileOfTheTree(const std::string& name)
     return ReadWholeFile(TOOLKIT_SOURCE_DIR "/" + name);
 }
 
-// What stands in the first block of `language` in the text.
+// The first block of `language` in the text.
 std::string CodeBlock(const std::string& text, const std::string& language)
 {
     const std::string opening = "\n```" + language + "\n";
@@ -35,7 +35,7 @@ TEST(ReadmeTest, ShowsProgramAndProjectAsTheyAreTested)
     }
 }
 
-// Code that is not one of the tested files has no place there.
+// All code there is one of the tested files.
 TEST(ReadmeTest, HasNoOtherCode)
 {
     const std::string readme = FileOfTheTree("README.md");

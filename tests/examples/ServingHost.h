@@ -14,7 +14,7 @@ namespace Toolkit::Testing {
 /// An example host that serves beside the test. It is killed with the object when it still runs.
 class ServingHost {
 public:
-    /// Comes back once commands can be handed over.
+    /// Returns once commands can be handed over.
     explicit ServingHost(const InstalledProgram& host,
                          const std::vector<std::string>& arguments = {"-serve", "-quiet"})
         : m_program(host.Path(), arguments)
@@ -52,7 +52,7 @@ public:
         return beginning;
     }
 
-    /// What became of the command that the host calls `title`, such as "1 list": a text that begins
+    /// How the command that the host calls `title`, such as "1 list", ended: a text that begins
     /// with "done in " or with "failed: ".
     std::string AwaitOutcome(const std::string& title) const
     {
@@ -64,7 +64,7 @@ public:
         }
     }
 
-    /// All that the host shows until it has ended, and with it what it has started.
+    /// All that the host and the processes that it starts show until they have ended.
     std::vector<std::string> AwaitRest() const
     {
         std::vector<std::string> lines;

@@ -1,4 +1,4 @@
-# What the examples' tests read stands in the tree; the programs are those of this build.
+# The examples' tests read files of the tree and run the programs of this build.
 function(toolkit_example_test source)
     toolkit_test(${source})
     cmake_path(GET source STEM name)

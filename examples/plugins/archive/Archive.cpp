@@ -19,7 +19,7 @@ using Text = TString<wchar_t>;
 StartStopLog s_module(L"archive");
 const ModuleRegistration s_registration(s_module);
 
-// Every archive begins with this, one without entries too.
+// Every archive begins so, even one without entries.
 bool BeginsLikeAnArchive(const Text& path)
 {
     char begin[2] = {};

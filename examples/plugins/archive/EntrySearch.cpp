@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::size_t c_blockSize = 64 * 1024;
 
-// A line of an entry that may be anything: ISO 8859-1 where it is not UTF-8, and blanks for the
-// null bytes, which would end the text.
+// Entries may have any bytes. A line that is not UTF-8 is read as ISO 8859-1; null bytes, which
+// would end the string, become spaces.
 TString<char> ToUtf8(std::string bytes)
 {
     std::replace(bytes.begin(), bytes.end(), '\0', ' ');

@@ -11,8 +11,8 @@ class EntrySearch {
 public:
     EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun& run);
 
-    /// Searches one entry. What cannot be read of it is told as a warning. False when the command
-    /// has failed.
+    /// Searches one entry; a part that cannot be read is reported as a warning. False when the
+    /// command has failed.
     bool Search(const TString<wchar_t>& name, Toolkit::ZipInputStream& stream);
 
 private:

@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <string>
 
-/// Cuts the bytes of a text, which come in blocks, into lines. A line ends at a line feed, or at a
+/// Cuts bytes that arrive in blocks into lines. A line ends at a line feed, or at a
 /// carriage return and a line feed; the end is not a part of it.
 class LineCutter {
 public:
-    /// What is longer is no line of a text, and comes in pieces of this size.
+    /// A longer line is cut into pieces of this size.
     static constexpr std::size_t c_longestLine = 1 << 20;
 
     /// Calls `onLine` with each line that ends in the block.

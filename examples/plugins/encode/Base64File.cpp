@@ -9,10 +9,10 @@
 namespace {
 
 constexpr std::size_t c_lineLength = 76;      // RFC 2045, section 6.8
-constexpr unsigned int c_bytesOfLine = 57;    // what a whole line stands for
-constexpr unsigned int c_linesOfBlock = 1024; // what is read at once
+constexpr unsigned int c_bytesOfLine = 57;    // what a whole line encodes
+constexpr unsigned int c_linesOfBlock = 1024; // read at once
 
-// The library's two functions bear each other's names.
+// The library's two functions have each other's names.
 using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
 constexpr Codec c_encode = b64_decode_binary;
 constexpr Codec c_decode = b64_encode_binary;
@@ -51,7 +51,7 @@ std::string TakeGroups(std::string& digits)
 
 enum class Kind { Inner, Last, Broken };
 
-// The decoder would take any character for a digit.
+// The decoder treats any character as a digit.
 Kind KindOf(const std::string& groups)
 {
     const std::size_t end = groups.find_first_not_of(

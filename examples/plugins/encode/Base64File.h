@@ -2,8 +2,8 @@
 
 #include "PlugIn.h"
 
-/// Files in Base64 (RFC 4648), of any size. The encoded text has lines of 76 characters; of what is
-/// decoded, white space does not count.
+/// Files in Base64 (RFC 4648), of any size. The encoded text has lines of 76 characters; the
+/// decoder ignores white space.
 namespace Base64File {
 
 bool Encode(HostPlugIn::CommandRun& run);

@@ -5,20 +5,20 @@
 
 #include "PlugIn.h"
 
-/// Reads the file that a command's option "in" names, block by block, and tells the host how far it
-/// has come.
+/// Reads the file that a command's option "in" names, block by block, and reports its progress to
+/// the host.
 class InputFile {
 public:
     explicit InputFile(HostPlugIn::CommandRun& run);
 
-    /// False when the file cannot be opened, which the host is told.
+    /// False, after a call of CommandRun::Fail(), when the file cannot be opened.
     bool Open();
 
     /// Replaces `block` by the next `size` bytes; by fewer of them at the end of the file. False
-    /// behind the end and when the command has failed.
+    /// after the end and when the command has failed.
     bool Read(std::string& block, unsigned int size);
 
-    /// Whether the last Read() was false since all was read.
+    /// Whether the last Read() was false because the file has ended.
     bool IsAtEnd() const { return m_isAtEnd; }
 
 private:

@@ -49,7 +49,7 @@ bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& fa
                     L": " + fault);
 }
 
-// The breaks that the library makes may stand inside of an escape, which other readers refuse.
+// The library may break a line inside an escape, which other readers refuse.
 std::string WithSoftBreaks(const std::string& code)
 {
     std::string lines;
@@ -66,8 +66,8 @@ std::string WithSoftBreaks(const std::string& code)
     return lines + code.substr(begin);
 }
 
-// Line ends of every reader's taste, and blanks that some system has put behind a line.
-void RemoveTrailingBlanks(std::string& line)
+// Removes the line end of any system, and spaces that a transport has added to the line.
+void RemoveTrailingSpaces(std::string& line)
 {
     line.erase(line.find_last_not_of(" \t\r") + 1);
 }
@@ -77,7 +77,7 @@ bool IsHexDigit(char character)
     return std::isxdigit(static_cast<unsigned char>(character)) != 0;
 }
 
-// The decoder drops what is no escape, and all that follows a null byte.
+// The decoder drops what is no escape, and everything after a null byte.
 bool HasOnlyEscapes(const std::string& code)
 {
     for (std::size_t at = code.find('='); at != std::string::npos; at = code.find('=', at + 1)) {
@@ -122,7 +122,7 @@ bool QuotedPrintableFile::Decode(HostPlugIn::CommandRun& run)
         return false;
     std::string code; // of the line up to here, from the pieces that soft breaks made of it
     return ForEachLine(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
-        RemoveTrailingBlanks(piece);
+        RemoveTrailingSpaces(piece);
         code += piece;
         if (!code.empty() && code.back() == '=') {
             code.pop_back();

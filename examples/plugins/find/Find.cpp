@@ -22,7 +22,7 @@ const ModuleRegistration s_registration(s_module);
 
 bool SearchLine(LineSearch& search, const Text& place, Text line, CommandRun& run)
 {
-    // They would end the text.
+    // Null characters would end the string.
     std::replace(line.begin(), line.end(), L'\0', L' ');
     return !search.Matches(UTF8::ToUTF8(line)) || run.WriteLine(place + L": " + line);
 }

@@ -3,8 +3,8 @@
 #include <toolkit/core/TString.h>
 #include <vector>
 
-/// The paths of the files of a folder whose names match a file specification, in the order of the
-/// names; with `isDeep` those of its subfolders too, but for the ones that are links. They are
+/// The paths of the files of a folder whose names match a wildcard, in the order of the
+/// names; with `isDeep` those of its subfolders too, except links. They are
 /// relative to the folder.
 std::vector<TString<wchar_t>> FolderFiles(const TString<wchar_t>& folder,
                                           const TString<wchar_t>& fileSpec, bool isDeep);

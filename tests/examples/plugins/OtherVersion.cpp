@@ -1,4 +1,4 @@
-// A plug-in of another version of the interface: what stands behind the version means nothing.
+// A plug-in of another version of the interface: what follows the version means nothing.
 
 #include "PlugIn.h"
 

@@ -1,4 +1,4 @@
-// A plug-in that finds itself of no use.
+// A plug-in that reports that it is unusable.
 
 #include "PlugIn.h"
 
