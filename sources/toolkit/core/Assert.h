@@ -2,5 +2,5 @@
 
 #include "toolkit/core/Export.h"
 
-/// States that `condition` holds. Evaluates its argument and does nothing else in this build.
+/// Evaluates its argument and does nothing else, in every build.
 TOOLKIT_API void ASSERT(bool condition);

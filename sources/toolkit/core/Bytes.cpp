@@ -14,8 +14,8 @@ namespace {
 constexpr unsigned int c_writeFailed = StreamResult::NotOpen;
 constexpr unsigned int c_readFailed = StreamResult::DataFailed;
 
-// A block up to this size is allocated because the stream says so. A longer one that the whole
-// stream could not hold grows with the bytes that really come.
+// Blocks up to this size are allocated at once. A longer one that claims to be longer than its
+// stream grows with the bytes that really come.
 constexpr unsigned int c_trustedSize = 64 * 1024;
 
 } // namespace
@@ -94,7 +94,7 @@ void Bytes::Free()
     m_size = 0;
 }
 
-// Makes room for `size` further bytes, zeros at first; false when there is no memory.
+// Makes room for `size` more bytes, zeros at first; false without memory.
 bool Bytes::Grow(unsigned int size)
 {
     auto* const data = new (std::nothrow) unsigned char[std::size_t{m_size} + size]();

@@ -5,10 +5,10 @@
 
 namespace Toolkit {
 
-/// Owns a block of raw bytes; what goes in and what comes out is copied.
+/// Owns a block of raw bytes, and copies what goes in and what comes out.
 ///
-/// A value is shared as `smart_ptr<Bytes>` and not copied. One object is used by one thread at a
-/// time; any number of threads may read it together.
+/// Share it as `smart_ptr<Bytes>`. One thread at a time may change an object; any number of threads
+/// may read it.
 class TOOLKIT_API Bytes : public ISerialize {
 public:
     Bytes();
@@ -20,36 +20,36 @@ public:
     Bytes(const Bytes&) = delete;
     Bytes& operator=(const Bytes&) = delete;
 
-    /// Replaces the contents. A null `source` or a size of 0 is refused: false, the old contents
-    /// stay, and so a value cannot be emptied. False as well, and empty, when there is no memory.
+    /// Replaces the contents. Refuses a null `source` or a size of 0: returns false and keeps the
+    /// old contents, so this cannot empty an object. Without memory returns false and is empty.
     bool SetBytes(const unsigned char* source, unsigned int size);
 
-    /// Gives a copy of the contents to the caller, who frees it with delete[].
+    /// Stores a copy of the contents in `*out`. The caller frees it with delete[].
     ///
-    /// `*out` must be null or an array of an earlier call, which is freed before the copy is made.
-    /// False when there are no contents: `*out` and `*outSize` are left alone.
+    /// `*out` must be null or the array of an earlier call, which is freed before the copy is made.
+    /// When there are no contents, returns false and leaves `*out` and `*outSize` alone.
     bool GetBytes(unsigned char** out, unsigned int* outSize) const;
 
     /// Frees the array `*target`, unless it is null, and replaces it by a copy of `size` bytes.
     ///
-    /// False, and nothing is changed, when a pointer is null or `size` is 0. False, with a null
-    /// `*target` and a size of 0, when there is no memory. `source` must not lie in `*target`.
+    /// When a pointer is null or `size` is 0, returns false and changes nothing. Without memory
+    /// returns false with a null `*target` and a size of 0. `source` must not point into `*target`.
     bool CopyBytes(const unsigned char* source, unsigned int size, unsigned char** target,
                    unsigned int* targetSize) const;
 
     /// Writes the size and the bytes; 0x10000002 when the stream fails.
     ///
-    /// An empty value writes nothing at all and returns `StreamResult::Nothing`; it cannot be read
-    /// back, since reading expects at least a size.
+    /// An empty object writes nothing at all and returns `StreamResult::Nothing`. It cannot be read
+    /// back, because reading expects at least a size.
     unsigned int Serialize(IStream& stream) const override;
 
     /// Reads a size and that many bytes in place of the contents; 0x10000003 when the stream fails
     /// or there is no memory.
     ///
-    /// The old contents stay when there is no size to be read and are gone in every other case.
-    /// Bytes that came before a failure are kept, with zeros behind them for those that did not
-    /// come. A size that the whole stream could not hold is not believed: the array is then at most
-    /// twice as long as what came, or 64 KiB.
+    /// The old contents stay when no size can be read, and are gone in every other case. After a
+    /// failure the bytes that came are kept, followed by zeros for the missing ones. A size larger
+    /// than the whole stream is not trusted: the array is then at most twice as long as what came,
+    /// or 64 KiB.
     unsigned int Deserialize(IStream& stream) override;
 
 private:

@@ -7,13 +7,13 @@ namespace Toolkit::CaseFolding {
 
 /// The C library's `tolower` for a character of either width, in the current locale.
 ///
-/// Narrow characters go in as signed values, for which the C library's table reaches down to -128.
+/// Narrow characters are passed as signed values: the C library's table begins at -128.
 inline char FoldNarrow(char character)
 {
     return static_cast<char>(std::tolower(static_cast<signed char>(character)));
 }
 
-/// Characters outside `tolower`'s own range are left as they are: calling it there is undefined.
+/// Leaves characters outside the range of `tolower` alone, where calling it is undefined.
 inline wchar_t FoldNarrow(wchar_t character)
 {
     if (character < 0 || character > 0xFF)

@@ -7,9 +7,9 @@
 
 namespace Toolkit {
 
-/// Joins objects to a named file.
+/// Connects objects to a named file.
 ///
-/// A file that cannot be opened shows in the first transfer.
+/// The first transfer reports a file that cannot be opened.
 class TOOLKIT_API FSSerializer : public Serializer {
 public:
     enum OpenMode : int { OpenRead = FSStream::OpenRead, OpenWrite = FSStream::OpenWrite };
@@ -21,7 +21,7 @@ public:
     IStream& GetStream() const override;
 
 private:
-    // What moves in the stream is the file's position, which is no part of this object's state.
+    // Only the position of the file changes, which is not part of this object's state.
     mutable FSStream m_stream;
 };
 

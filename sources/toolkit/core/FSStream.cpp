@@ -17,11 +17,11 @@ namespace {
 
 static_assert(sizeof(wchar_t) == 4 && sizeof(unsigned int) == 4, "the sizes of the file format");
 
-// Characters are read in pieces of this many: a size that a file claims is not allocated before its
-// characters came.
+// Characters are read in pieces of this many, so that a size that a file claims takes no memory
+// before its characters come.
 constexpr std::size_t c_pieceLength = 4096;
 
-// The modes of wxFile, which programs may pass although `FSStream::OpenMode` names two alone.
+// The modes of wxFile. `FSStream::OpenMode` names only two of them, but programs may pass all.
 enum FileMode { Read = 0, Write = 1, ReadWrite = 2, WriteAppend = 3, WriteExclusive = 4 };
 
 int FlagsOfMode(FSStream::OpenMode mode)
@@ -142,7 +142,7 @@ unsigned int FSStream::Read(TString<wchar_t>& text)
 
 unsigned int FSStream::Read(unsigned int& value)
 {
-    // Not the virtual operation: a derived stream sees an integer as an integer alone.
+    // Not the virtual operation: a derived stream that overrides both sees one call for an integer.
     return FSStream::Read(&value, sizeof value);
 }
 

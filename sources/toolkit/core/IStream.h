@@ -5,10 +5,10 @@
 
 namespace Toolkit {
 
-/// A sequence of wide texts, unsigned integers and raw blocks.
+/// A sequence of wide strings, unsigned integers and raw blocks.
 ///
-/// Nothing tells the kinds of items apart: a reader asks for them in the order in which they were
-/// written. The operations return a code of `StreamResult`.
+/// Items carry no type: read them in the order in which they were written. The operations return a
+/// code of `StreamResult`.
 class TOOLKIT_API IStream {
 public:
     virtual ~IStream();

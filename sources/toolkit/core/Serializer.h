@@ -7,17 +7,17 @@ namespace Toolkit {
 class ISerialize;
 class IStream;
 
-/// Joins objects to the stream that a derived class has.
+/// Connects objects to the stream of a derived class.
 class TOOLKIT_API Serializer {
 public:
     virtual ~Serializer();
 
     virtual IStream& GetStream() const = 0;
 
-    /// Lets `object` write itself; its result.
+    /// Lets `object` write itself to the stream and returns its result.
     unsigned int Serialize(const ISerialize& object) const;
 
-    /// Lets `object` read itself; its result.
+    /// Lets `object` read itself from the stream and returns its result.
     unsigned int Deserialize(ISerialize& object);
 };
 

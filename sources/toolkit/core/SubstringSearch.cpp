@@ -12,7 +12,7 @@ namespace {
 
 using CaseFolding::FoldNarrow;
 
-// How many positions are filtered before the loop looks at what came out.
+// How many positions are filtered before the loop looks at the result.
 constexpr std::size_t c_blockLength = 16;
 
 // The bit in which a letter of ASCII and its capital differ.
@@ -113,7 +113,7 @@ public:
 private:
     using Number = typename FoldFilter<Char>::Number;
 
-    // Whether the needle's first and last character both fit somewhere in a block of positions.
+    // Whether the needle's first and last character both fit at some position of a block.
     bool MayStartInBlock(const Char* text) const
     {
         const Char* const ends = text + m_length - 1;

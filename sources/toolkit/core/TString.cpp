@@ -19,11 +19,11 @@ using Toolkit::CaseFolding::FoldForComparison;
 // The bit in which a letter of ASCII and its capital differ.
 constexpr std::int32_t c_asciiCaseBit = 0x20;
 
-// How many characters are compared before the loop looks at what came out.
+// How many characters are compared before the loop looks at the result.
 constexpr std::size_t c_blockLength = 16;
 
-// Whether towlower() folds ASCII letters in the plain way. Turkic locales fold I to a dotless i,
-// and they do so for no other letter of ASCII.
+// Whether towlower() maps every ASCII letter to the other case of the same letter. Turkic locales
+// map I to a dotless i, and differ in no other letter.
 bool LocaleFoldsAsciiPlainly()
 {
     return std::towlower(L'I') == L'i';
@@ -140,7 +140,7 @@ private:
     bool m_hasOthers = false;
 };
 
-// Stores tokens over the texts that a vector already holds, whose memory is used again.
+// Stores tokens in the strings that a vector already holds, to reuse their memory.
 class TokenWriter {
 public:
     explicit TokenWriter(std::vector<TString<wchar_t>>& tokens) : m_tokens(tokens) {}
@@ -181,8 +181,8 @@ void SplitText(const std::wstring& text, const DelimiterScanner& scanner, bool s
     }
 }
 
-// Whether a replacement can become part of a new occurrence: behind characters before it, in front
-// of characters behind it, or between both.
+// Whether a replacement can become part of a new occurrence, together with the characters before
+// it, after it, or both.
 bool CanJoin(const std::wstring& from, const std::wstring& to)
 {
     for (std::size_t length = 1; length < from.size(); ++length) {
@@ -209,11 +209,11 @@ void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstri
     text = std::move(result);
 }
 
-// Replaces as if every search started anew at the beginning, yet in one pass.
+// Replaces as if every search started at the beginning again, but in one pass.
 //
-// Characters move from the unread part of the text, which ends with it, to the part that is done,
-// which starts it and never holds `from`. The first occurrence is so always the one that the last
-// character moved completes: it is cut off, and its replacement becomes unread.
+// The string consists of a done part, which never contains `from`, a gap, and an unread part.
+// Characters move from the unread part to the done part, so the leftmost match always ends at the
+// character just moved. It is cut off, and its replacement becomes unread.
 class ReplacementPass {
 public:
     ReplacementPass(std::wstring& text, const std::wstring& from, const std::wstring& to)
@@ -258,7 +258,7 @@ private:
         m_to.copy(m_text.data() + m_unread, m_to.size());
     }
 
-    // Makes room for this replacement and, as the text doubles, for many more.
+    // Makes room for this replacement and, because the string doubles, for many more.
     void MoveUnread()
     {
         const std::size_t room = m_text.size() + m_to.size();
@@ -273,7 +273,7 @@ private:
     std::size_t m_unread = 0; // the start of the unread part
 };
 
-// In a copy: running out of memory in the middle leaves the text as it was.
+// Works on a copy: without memory the string stays as it was.
 void ReplaceJoined(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result(text);
@@ -383,7 +383,7 @@ void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>
         SplitText(*this, DelimiterScanner(delimiters), skipEmpty, writer);
         writer.Finish();
     } catch (...) {
-        // Some of them are written over already.
+        // Some of them are already overwritten.
         tokens.clear();
         throw;
     }

@@ -33,7 +33,7 @@ bool IsHidden(const dirent& entry)
 
 bool IsDirectory(const OpenDirectory& directory, const dirent& entry)
 {
-    // Most file systems tell the type with the name, but for what a link leads to.
+    // Most file systems report the type with the name, but not that of the target of a link.
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
         return entry.d_type == DT_DIR;
     struct stat status {};
@@ -81,7 +81,7 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
                   std::vector<TString<wchar_t>>& names)
 {
     names.clear();
-    // Rather no names than some of them.
+    // No names are better than some of them.
     if (!Base::Completes([&] { Read(path, fileSpec, wanted, names); }))
         names.clear();
     return static_cast<unsigned int>(names.size());

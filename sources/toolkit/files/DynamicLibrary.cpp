@@ -21,7 +21,7 @@ TString<wchar_t> WithExtension(const TString<wchar_t>& name)
     return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_MODULE));
 }
 
-// In UTF-8 whatever the locale, unless the message is translated for a locale of 8 bits.
+// The message is UTF-8 in any locale, unless it is translated for an 8-bit one.
 TString<wchar_t> LoaderError()
 {
     const char* const error = ::dlerror();
@@ -50,8 +50,8 @@ DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name) : DynamicLibrary()
 void DynamicLibrary::Load(const TString<wchar_t>& name)
 {
     m_name = name;
-    // wxDynamicLibrary only holds the handle: its own loading reports what is missing, and knows
-    // names in the encoding of the locale alone.
+    // wxDynamicLibrary only holds the handle: its Load() prints a message for every failure, and
+    // only takes names in the encoding of the locale.
     const TString<char> file = Base::EncodeUtf8(WithExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);

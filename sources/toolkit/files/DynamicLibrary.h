@@ -9,10 +9,10 @@ class wxDynamicLibrary;
 
 namespace Toolkit {
 
-/// A shared library that is loaded at run time, and unloaded with the object.
+/// A shared library that is loaded at run time and unloaded with the object.
 ///
-/// Failures show in the results alone: nothing is thrown or logged. One object is used by one
-/// thread at a time.
+/// Only the results report failures: nothing is thrown or logged. One object is used by one thread
+/// at a time.
 class TOOLKIT_API DynamicLibrary {
 public:
     /// Nothing is loaded.
@@ -32,11 +32,11 @@ public:
     /// The address of a symbol; null when there is none.
     void* GetSymbol(const TString<wchar_t>& name) const;
 
-    /// Gives the library away: it stays loaded until Unload() is called with the result, which is
-    /// null when none is loaded.
+    /// Gives up ownership: the library stays loaded until Unload() gets the returned handle. Null
+    /// when none is loaded.
     void* Detach();
 
-    /// Unloads what Detach() returned. Null is ignored.
+    /// Unloads the library of a handle that Detach() returned. Ignores null.
     static void Unload(void* handle);
 
 private:

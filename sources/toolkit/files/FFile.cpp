@@ -17,7 +17,7 @@
 namespace Toolkit {
 namespace {
 
-// The flags of open(2) for a mode text of fopen(3); nothing for a text that is none.
+// The flags of open(2) for a mode of fopen(3); nothing for an invalid mode.
 std::optional<int> FlagsOfMode(const std::string& mode)
 {
     const bool updates = mode.find('+') != std::string::npos;
@@ -34,8 +34,8 @@ std::optional<int> FlagsOfMode(const std::string& mode)
     }
 }
 
-// Hands `descriptor` over to `file`. The framework only holds the stream: its own operations print
-// a message for every failure.
+// Hands `descriptor` over to `file`. wxFFile only holds the stream: its own operations print a
+// message for every failure.
 bool Attach(wxFFile& file, Base::FileDescriptor descriptor, const std::string& mode)
 {
     if (!descriptor.IsOpen())
@@ -108,7 +108,7 @@ bool FFile::Close()
 {
     if (!IsOpened())
         return true;
-    // The stream is gone even when fclose() fails, so the framework must not close it again.
+    // The stream is gone even when fclose() fails, so wxFFile must not close it again.
     std::FILE* const stream = m_file->fp();
     m_file->Detach();
     return std::fclose(stream) == 0;
@@ -118,7 +118,7 @@ unsigned int FFile::GetLength() const
 {
     if (!IsOpened())
         return 0;
-    // What is still buffered counts. Moving to the end and back would forget that a read met it.
+    // Buffered bytes count. Seeking to the end and back would clear the end-of-file state.
     std::FILE* const stream = m_file->fp();
     std::fflush(stream);
     struct stat status {};

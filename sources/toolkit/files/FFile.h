@@ -12,8 +12,8 @@ namespace Toolkit {
 /// A buffered file, opened with the mode texts of the C library.
 ///
 /// Names are passed to the system in UTF-8, whatever the locale. One object is used by one thread
-/// at a time; a file still open is closed with its object. Failures show in the results alone:
-/// nothing is thrown or logged.
+/// at a time; the destructor closes the file. Only the results report failures: nothing is thrown
+/// or logged.
 class TOOLKIT_API FFile {
 public:
     FFile();
@@ -27,8 +27,8 @@ public:
 
     bool IsOpened() const;
 
-    /// Reads up to `count` bytes into `buffer`; true when at least one byte came. How many is not
-    /// told: compare GetOffset() before and after.
+    /// Reads up to `count` bytes into `buffer`; true when at least one byte came. For how many,
+    /// compare GetOffset() before and after.
     bool Read(void* buffer, unsigned int count);
 
     /// Writes `text` as UTF-8, without telling the outcome. A text that has no UTF-8 form, since it
@@ -46,7 +46,7 @@ public:
     /// file is open, and for what has no length, such as a pipe.
     unsigned int GetLength() const;
 
-    /// Whether a read met the end of the file; true when no file is open.
+    /// Whether a read reached the end of the file; true when no file is open.
     bool IsEOF() const;
 
     /// The position in bytes; -1 when no file is open, and in a pipe.
@@ -55,7 +55,7 @@ public:
     /// Moves to `offset` bytes from the beginning with `start`, from the current position without.
     bool Seek(long long offset, bool start);
 
-    /// Moves to `offset` bytes from the end: 0 is the end, negative values stand before it.
+    /// Moves to `offset` bytes from the end: 0 is the end, negative values are before it.
     bool SeekEnd(long long offset);
 
     /// Whether a regular file of that name exists.

@@ -6,10 +6,10 @@ class wxInputStream;
 
 namespace Toolkit {
 
-/// Owns a byte stream of the framework, for classes that read from it in their own way.
+/// Owns a `wxInputStream`, for derived classes that read from it in their own way.
 class TOOLKIT_API InputStream {
 public:
-    /// Takes `stream` over, which may be null.
+    /// Takes ownership of `stream`, which may be null.
     explicit InputStream(wxInputStream* stream);
     virtual ~InputStream();
 
@@ -17,8 +17,8 @@ public:
     InputStream& operator=(const InputStream&) = delete;
 
 protected:
-    /// What is owned: a byte stream here, what a derived class stores in classes that delete it
-    /// themselves and leave null behind.
+    /// The owned `wxInputStream`. A derived class may store another object here if its destructor
+    /// deletes it and leaves null.
     void* m_stream;
 };
 

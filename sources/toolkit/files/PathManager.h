@@ -24,13 +24,13 @@ public:
     /// No path is derived from it.
     static const TString<wchar_t> c_strCacheFolderName;
 
-    /// Computes the paths and creates the application data directory with its parents, which may
-    /// fail without a report.
+    /// Computes the paths and creates the application data directory with its parents. Does not
+    /// report when it cannot be created.
     PathManager();
     ~PathManager();
 
     /// The file name of the executable without its last extension: "tool" for tool.bin. Empty when
-    /// the executable cannot be found out.
+    /// the executable is unknown.
     const TString<wchar_t>& GetApplicationName() const { return m_applicationName; }
     /// The directory of the executable, without a separator at its end.
     const TString<wchar_t>& GetApplicationPath() const { return m_applicationPath; }
@@ -39,17 +39,17 @@ public:
     /// The application's own folder among the user's local data.
     const TString<wchar_t>& GetApplicationDataPath() const { return m_applicationDataPath; }
     const TString<wchar_t>& GetApplicationRessourcesPath() const { return m_ressourcesPath; }
-    /// The ressources path of the start, whatever is set later.
+    /// The ressources path at the start, whatever is set later.
     const TString<wchar_t>& GetAppearancesPath() const { return m_appearancesPath; }
     /// "plugins" in the ressources path.
     const TString<wchar_t>& GetPluginsPath() const { return m_pluginsPath; }
     const TString<wchar_t>& GetDocumentsPath() const { return m_documentsPath; }
     /// Empty until it is set.
     const TString<wchar_t>& GetMassStorageDataPath() const { return m_massStorageDataPath; }
-    /// The system's separator of path components, one character.
+    /// The separator of path components, one character.
     const TString<wchar_t>& GetPathSeparator() const { return m_pathSeparator; }
-    /// A lower-case text that tells this application, installed in this place and run by this user,
-    /// from all others: /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
+    /// A lower-case name that only this application has, installed in this place and run by this
+    /// user: /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
     const TString<wchar_t>& GetApplicationUniqueName() const { return m_applicationUniqueName; }
 
     /// The directory of the application's read-only data, queried anew on each call.
@@ -61,10 +61,11 @@ public:
 
     /// Sets the ressources path, and the plug-ins path in it.
     void SetApplicationRessourcesPath(const TString<wchar_t>& path);
-    /// Sets the path and creates the directory with its parents, which may fail without a report.
+    /// Sets the path and creates the directory with its parents. Does not report when it cannot be
+    /// created.
     void SetApplicationDataPath(const TString<wchar_t>& path);
     void SetMassStorageDataPath(const TString<wchar_t>& path);
-    /// Computes anew what depends on the ressources path: the plug-ins path.
+    /// Computes what depends on the ressources path again: the plug-ins path.
     void RebuildDependentPathes();
 
     /// Joins `part` onto `path` with one separator, unless `path` is empty or ends with one: "dir"
@@ -74,8 +75,8 @@ public:
     static void AppendPath(TString<wchar_t>& result, const TString<wchar_t>& base,
                            const TString<wchar_t>& part);
 
-    /// Splits by the rules of the system; what is absent becomes empty. The extension comes without
-    /// its point: "/a/b.tar.gz" gives "", "/a", "b.tar", "gz".
+    /// Splits by the rules of the system; what is absent becomes empty. The extension has no dot:
+    /// "/a/b.tar.gz" gives "", "/a", "b.tar", "gz".
     static void SplitPath(const TString<wchar_t>& fullPath, TString<wchar_t>& volume,
                           TString<wchar_t>& path, TString<wchar_t>& name,
                           TString<wchar_t>& extension);
@@ -86,7 +87,7 @@ public:
     static bool FileExists(const TString<wchar_t>& path);
     static bool DirExists(const TString<wchar_t>& path);
 
-    /// Creates the process-wide object unless there is one.
+    /// Creates the process-wide object unless it exists.
     static void CreateInstance();
     /// A copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<PathManager> GetInstance();

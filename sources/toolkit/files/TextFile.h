@@ -21,9 +21,9 @@ class TextFileLines;
 ///     }
 ///
 /// Lines end at a line feed, a carriage return or both, and each keeps its own kind of end. One
-/// object is used by one thread at a time. Failures show in the results alone, and nothing is
-/// logged. Only GetFirstLine() and GetNextLine() let std::bad_alloc out, with the cursor where it
-/// was: an empty text would be a line.
+/// object is used by one thread at a time. Only the results report failures; nothing is
+/// logged. Only GetFirstLine() and GetNextLine() throw std::bad_alloc, with the cursor where it
+/// was: an empty string would be a line.
 class TOOLKIT_API TextFile {
 public:
     TextFile();
@@ -32,11 +32,11 @@ public:
     /// Reads the file `name` in place of the lines of another; false, with an empty list, when it
     /// cannot be read or decoded. A pipe is read to its end, and waited for like open(2) does.
     ///
-    /// A byte-order mark of UTF-8, UTF-16 or UTF-32 counts and is dropped; without one the file is
-    /// UTF-8, and ISO 8859-1 when it holds anything that is not valid UTF-8.
+    /// A byte-order mark of UTF-8, UTF-16 or UTF-32 decides the encoding and is dropped. Without
+    /// one the file is UTF-8, or ISO 8859-1 when anything in it is not valid UTF-8.
     bool Open(const TString<wchar_t>& name);
 
-    /// Empties the list; the file is not touched. True in every case.
+    /// Empties the list and leaves the file alone. Always true.
     bool Close();
 
     /// Writes all lines back to the file that was opened, in UTF-8 and with their line ends. False
@@ -44,15 +44,15 @@ public:
     /// the file is as it was then. A file that was deleted meanwhile is created anew.
     bool Write();
 
-    /// The first line, where the cursor goes; empty when there is none.
+    /// Moves the cursor to the first line and returns it; empty when there is none.
     TString<wchar_t> GetFirstLine();
 
-    /// The line behind the cursor, which moves there; empty, with the cursor where it is, when the
-    /// cursor stands on the last line.
+    /// Moves the cursor to the next line and returns it. On the last line the cursor stays and the
+    /// result is empty.
     TString<wchar_t> GetNextLine();
 
-    /// Whether the list is empty or the cursor stands on the last line. So a loop handles the first
-    /// line before it asks.
+    /// Whether the list is empty or the cursor is on the last line. Handle the first line before
+    /// you ask, as above.
     bool Eof() const;
 
     void Clear();
