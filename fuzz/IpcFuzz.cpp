@@ -57,7 +57,7 @@ private:
     Texts& m_texts;
 };
 
-// The server and the loop that serves it.
+// The server and the event loop that serves its clients.
 class World {
 public:
     World() : m_server(Wide(m_directory.Socket())), m_activator(&m_loop)
@@ -118,7 +118,7 @@ std::string Talk(World& world, std::string_view bytes, std::size_t pieceLength)
     return answer;
 }
 
-// What the stream means, read as a whole.
+// The meaning of the stream, read as a whole.
 struct Meaning {
     bool isAnswered = false;
     Texts texts;

@@ -31,7 +31,7 @@ const std::wstring c_text(100, L'x');
 constexpr double c_longestP99Ms = 250;
 constexpr int c_slowClients = 10;
 
-// What a server process and the benchmark have in common.
+// Memory that a server process and the benchmark share.
 struct Shared {
     std::atomic<bool> isReady;
     std::atomic<long> texts;
@@ -68,7 +68,7 @@ public:
     const std::string& Path() const { return m_path; }
     std::wstring Service() const { return {m_path.begin(), m_path.end()}; }
 
-    // How many texts have come since the last call; waits a little for `expected` ones.
+    // The number of texts since the last call. Waits up to 10 seconds for `expected` ones.
     long TakeTexts(long expected) const
     {
         const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
@@ -134,7 +134,7 @@ int ServeBare(const std::string& path, Shared& shared)
     return wxAppConsole::GetInstance()->MainLoop();
 }
 
-// Started before the framework is: a process must not share the parent's.
+// Forked before wxWidgets starts: a child must not share the parent's state of it.
 struct Servers {
     ServerProcess toolkit{"toolkit", ServeToolkit};
     ServerProcess bare{"bare", ServeBare};
@@ -182,7 +182,7 @@ void BM_IpcText_wxTCPClient(benchmark::State& state)
 }
 BENCHMARK(BM_IpcText_wxTCPClient)->UseRealTime();
 
-// A client that has said `bytes` and no more.
+// A client that has sent `bytes` and sends no more.
 int SlowClient(const std::string& path, const std::string& bytes)
 {
     sockaddr_un address{};
@@ -201,7 +201,7 @@ double P99(std::vector<double> durations)
     return *p99;
 }
 
-// The same with ten clients attached that are silent or stop in the middle of a message.
+// The same while ten other clients are silent or have stopped in the middle of a message.
 void BM_IpcTextBesideSlowClients_Toolkit(benchmark::State& state)
 {
     using namespace std::string_literals;

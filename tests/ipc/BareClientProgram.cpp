@@ -1,5 +1,5 @@
-// A client that uses the framework alone: on one connection it sends a text in each of the forms
-// that the framework has.
+// A client made with wxWidgets alone. On one connection it sends a text in each of the forms that
+// wxWidgets has.
 //
 // usage: BareClientProgram path text
 

@@ -1,4 +1,4 @@
-// A server that uses the framework alone. It prints "ready", then the topic and the text of each
+// A server made with wxWidgets alone. It prints "ready", then the topic and the text of each
 // request as a line, and stops at the text "quit".
 //
 // usage: BareServerProgram path
@@ -17,7 +17,7 @@ public:
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override
     {
-        // The library's data has one form only: characters with their terminator.
+        // The library's data have one form only: wide characters that end with a null character.
         const bool isWide = format == wxIPC_TEXT && size % sizeof(wchar_t) == 0;
         const wxString text(static_cast<const wchar_t*>(data), size / sizeof(wchar_t) - 1);
         std::cout << (isWide ? "" : "unexpected format ") << topic.utf8_str() << "|"

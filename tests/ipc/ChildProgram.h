@@ -14,7 +14,7 @@
 
 namespace Toolkit::Testing {
 
-/// A program that runs beside the test. What it prints is read line by line.
+/// A program that runs beside the test, which reads its output line by line.
 class ChildProgram {
 public:
     ChildProgram(const std::string& program, const std::vector<std::string>& arguments)
@@ -49,7 +49,7 @@ public:
     ChildProgram(const ChildProgram&) = delete;
     ChildProgram& operator=(const ChildProgram&) = delete;
 
-    /// The next line without its end; empty behind the last one.
+    /// The next line without its end; empty after the last one.
     std::string ReadLine() const
     {
         std::string line;

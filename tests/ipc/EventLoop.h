@@ -14,10 +14,10 @@
 
 namespace Toolkit::Testing {
 
-/// A limit that only decides when a hang is called a hang.
+/// Only decides when a hang is called a hang.
 constexpr std::chrono::seconds c_hangLimit{60};
 
-/// Runs the framework's event loop on this thread while `work` runs on another one.
+/// Runs an event loop on this thread while `work` runs on another one.
 inline void ServeWhile(const std::function<void()>& work)
 {
     wxConsoleEventLoop loop;
@@ -39,7 +39,7 @@ public:
         m_changed.notify_all();
     }
 
-    /// Waits until `count` texts have come and returns all of them.
+    /// Waits until `count` texts have arrived and returns all of them.
     std::vector<std::wstring> Await(std::size_t count)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
@@ -47,7 +47,7 @@ public:
         return m_texts;
     }
 
-    /// What has come up to now.
+    /// What has arrived up to now.
     std::vector<std::wstring> All() { return Await(0); }
 
 private:
@@ -56,7 +56,7 @@ private:
     std::vector<std::wstring> m_texts; // guarded by m_mutex
 };
 
-/// A listener that does with each text what it was given to do.
+/// A listener that calls a function with each text.
 class Listener : public IPCConnectionEvent {
 public:
     explicit Listener(std::function<void(const TString<wchar_t>&)> action)

@@ -1,4 +1,4 @@
-// Sends a text as often as it is told, numbered; its exit code is the number of failures.
+// Sends a text `count` times, numbered. The exit code is the number of failures.
 //
 // usage: IPCClientProgram service text count
 

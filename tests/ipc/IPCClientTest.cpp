@@ -35,7 +35,7 @@ protected:
     TString<wchar_t> Service() const { return m_directory.File(L"service"); }
     std::filesystem::path Path() const { return m_directory.Path() / "service"; }
 
-    // Sends on a thread of its own, so that the test can play the server.
+    // Sends on another thread, so that the test can play the server.
     std::future<bool> Send(const TString<wchar_t>& text) const
     {
         return std::async(std::launch::async,
@@ -227,7 +227,7 @@ TEST_F(IPCClientTest, RaisesNoSignalWhenAServerLeaves)
     EXPECT_FALSE(sent.get());
 }
 
-// A server in each state in which it answers no more; all clients wait at the same time.
+// One server in each state in which it does not answer; all clients wait at the same time.
 TEST_F(IPCClientTest, WaitsForNoServerForEver)
 {
     const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");

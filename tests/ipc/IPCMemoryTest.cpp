@@ -1,4 +1,4 @@
-// Texts and servers for which the memory does not suffice.
+// Clients and servers that run out of memory.
 
 #include "toolkit/ipc/IPCClient.h"
 #include "toolkit/ipc/IPCServer.h"
@@ -42,7 +42,7 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoNotFit)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// The data fit, the text that is made of them does not.
+// The data fit into memory; the text made from them does not.
 TEST_F(IPCMemoryTest, DisconnectsAClientWhoseTextDoesNotFit)
 {
     const auto server = RunServer();
@@ -76,7 +76,7 @@ TEST_F(IPCMemoryTest, ReportsATextThatDoesNotFitToItsClient)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// An IPCServer that is constructed when one allocation fails, and whether that has happened.
+// An IPCServer in whose constructor one allocation fails, and whether it had that many.
 std::pair<std::unique_ptr<IPCServer>, bool> ConstructWithout(long allocation,
                                                              const TString<wchar_t>& service)
 {

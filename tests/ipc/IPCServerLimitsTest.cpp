@@ -33,7 +33,7 @@ rlimit DescriptorLimit()
     return limit;
 }
 
-// As many descriptors as the system lets this process have.
+// Lets this process have as many descriptors as the system allows.
 class ManyDescriptors {
 public:
     ManyDescriptors()
@@ -50,7 +50,7 @@ private:
     const rlimit m_limit = DescriptorLimit();
 };
 
-// Uses up all descriptors of this process but a few.
+// Uses up all descriptors of this process except `count`.
 class FewDescriptors {
 public:
     explicit FewDescriptors(std::size_t count)
@@ -101,7 +101,7 @@ TEST_F(IPCServerLimitsTest, DisconnectsAfterBytesOutOfPlace)
                                  "\x0A\x01\0\0\x01t"s,          // a topic of 16 MiB and 1 byte
                                  "\x0A\xFF\xFF\xFF\xFF"s,       //
                                  c_connect + c_connect,         // a second topic
-                                 c_connect + "\x02", // what a server of texts does not offer
+                                 c_connect + "\x02", // a message that the server does not know
                                  c_connect + "\x09", //
                                  c_connect + "\x01\x01\x05\0\0\x04"s,     // 64 MiB and 5 bytes
                                  c_connect + "\x01\x01\xFF\xFF\xFF\xFF"s, //
@@ -187,7 +187,6 @@ TEST_F(IPCServerLimitsTest, DisconnectsASlowClientAndDelaysNobody)
     });
 }
 
-// Between two texts a client may take its time.
 TEST_F(IPCServerLimitsTest, KeepsAClientThatIsSilentBetweenTexts)
 {
     const auto server = RunServer();
@@ -205,7 +204,7 @@ TEST_F(IPCServerLimitsTest, CountsOnlyTheTimeInWhichTheLoopRuns)
     const auto server = RunServer();
     const RawSocket client = RawSocket::ConnectedTo(Path());
 
-    // The server has seen half of the topic when the loop stops for longer than its patience.
+    // The server has half of the topic when the loop stops for longer than the limit.
     EXPECT_TRUE(client.Send(c_connect.substr(0, 5)));
     ServeWhile([&] { EXPECT_TRUE(IsServed()); });
     std::this_thread::sleep_for(std::chrono::milliseconds(2500));
@@ -294,7 +293,7 @@ TEST_F(IPCServerLimitsTest, KeepsMaxSessionsAndDisconnectsTheLongestSilentForMor
     });
 }
 
-// Sanitizers keep memory that is freed.
+// Sanitizers keep freed memory.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_F(IPCServerLimitsTest, KeepsNoTextAfterDelivery)
 {

@@ -1,5 +1,5 @@
-// A server for the tests. It prints "ready", or "refused" when it cannot run, then each text as a
-// line, and stops at the text "quit".
+// A server for the tests. It prints "ready" and then each text as a line, or "refused" when it
+// cannot run. The text "quit" ends it.
 //
 // usage: IPCServerProgram service
 

@@ -25,8 +25,8 @@ using Testing::ScopedLocale;
 using Testing::ServeWhile;
 using namespace std::string_literals;
 
-// The most characters that travel; fewer where processes are instrumented for their threads, since
-// these may need longer on a busy machine than a client waits.
+// The longest text. Shorter under ThreadSanitizer: on a busy machine a server may need longer for
+// the whole length than a client waits.
 #ifdef __SANITIZE_THREAD__
 constexpr std::size_t c_mostCharacters = std::size_t{1} << 20;
 #else
@@ -133,7 +133,7 @@ TEST_F(IPCServerTest, LetsAListenerSendAndRemoveItself)
     });
 }
 
-// The connection whose text is being worked on waits; the others go on.
+// The session whose text is being worked on waits; the others go on.
 TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
 {
     const auto server = RunServer();
@@ -151,7 +151,7 @@ TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
     });
 }
 
-// What waits for the listener's end must not keep the inner loop awake.
+// Data that wait until the listener returns must not keep the inner loop awake.
 TEST_F(IPCServerTest, RestsInALoopInsideAListener)
 {
     const auto server = RunServer();
@@ -220,11 +220,11 @@ TEST_F(IPCServerTest, ReadsUtf8OrWideCharactersByTheFormat)
 {
     const std::pair<std::string, std::wstring> cases[] = {
         {"\x01\x11\x03\0\0\0\xC3\xA9\0"s, L"\u00E9"},                // 17: UTF-8
-        {"\x01\x11\x02\0\0\0\xC3\xA9"s, L"\u00E9"},                  // without terminator
+        {"\x01\x11\x02\0\0\0\xC3\xA9"s, L"\u00E9"},                  // without a null character
         {"\x01\x12\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // 18: four bytes a character
         {"\x01\x0D\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // any other: the same
         {"\x01\xFF\x07\0\0\0\xE9\0\0\0\xE9\0\0"s, L"\u00E9"},        // no whole second character
-        {"\x01\x01\x10\0\0\0a\0\0\0\0\0\0\0b\0\0\0\0\0\0\0"s, L"a"}, // ends at its terminator
+        {"\x01\x01\x10\0\0\0a\0\0\0\0\0\0\0b\0\0\0\0\0\0\0"s, L"a"}, // ends at a null character
         {"\x01\x01\0\0\0\0"s, L""}};
     const auto server = RunServer();
     for (const auto& [bytes, expected] : cases) {

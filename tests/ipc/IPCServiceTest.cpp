@@ -28,7 +28,7 @@ using Testing::TempDir;
 
 constexpr uid_t c_otherUser = 65534;
 
-// What a child process does under another user; its exit code is the result.
+// Runs `action` in a child process under another user and returns its result.
 int RunAsOtherUser(const std::function<int()>& action)
 {
     const pid_t process = ::fork();
@@ -370,7 +370,7 @@ TEST_F(IPCServiceTest, ReportsTheFileThatRunMakes)
     EXPECT_TRUE(std::filesystem::is_socket(std::string(UTF8::ToUTF8(path))));
 }
 
-// "/" and 53 characters of two bytes are as long as an address; the hash takes 16 bytes of them.
+// The beginning has at most 91 bytes: "/" and 45 characters of two bytes, or "/x" and 44.
 TEST_F(IPCServiceTest, ShortensALongNameBetweenCharacters)
 {
     const std::wstring service = L"/" + std::wstring(54, L'\u00E9');

@@ -12,7 +12,7 @@
 
 namespace Toolkit::Testing {
 
-/// A local socket whose every byte the test decides.
+/// A local socket on which the test decides every byte.
 class RawSocket {
 public:
     RawSocket() : m_socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {}
@@ -51,7 +51,7 @@ public:
 
     RawSocket Accept() const { return RawSocket(::accept(m_socket, nullptr, nullptr)); }
 
-    /// False when the other end has gone.
+    /// False when the other end is closed.
     bool Send(const std::string& bytes) const
     {
         std::size_t sent = 0;
@@ -65,7 +65,7 @@ public:
         return true;
     }
 
-    /// The next bytes, `count` at most; fewer when the other end has gone or nothing comes.
+    /// The next bytes, `count` at most; fewer when the other end is closed or sends nothing.
     std::string Receive(std::size_t count) const
     {
         std::string bytes;
@@ -85,7 +85,7 @@ public:
 
     std::string ReceiveAll() const { return Receive(std::string::npos); }
 
-    /// Waits until the other end has gone, which may have sent something before.
+    /// Waits until the other end is closed, and drops what it sent before.
     bool IsClosedByPeer() const
     {
         ReceiveAll();

@@ -15,7 +15,7 @@ using namespace std::string_literals;
 constexpr int c_ticksInTwoSeconds = 8;
 constexpr int c_ticksInThirtySeconds = 120;
 
-// A session whose time the test decides, and its client.
+// A session and its client. The test decides how the time passes.
 class SessionTest : public testing::Test {
 protected:
     SessionTest()
@@ -33,7 +33,7 @@ protected:
         return m_session->Read();
     }
 
-    // A byte each quarter of a second.
+    // Sends one byte each quarter of a second.
     void Trickle(int bytes)
     {
         for (int i = 0; i < bytes; ++i) {

@@ -44,7 +44,7 @@ std::chrono::milliseconds Conversation::TimeLeft() const
     return std::max(left, std::chrono::milliseconds(0));
 }
 
-// A server with a full queue makes a client wait, which only this limit ends.
+// Only this limit ends the wait for a server whose queue is full.
 bool Conversation::LimitConnecting() const
 {
     const auto left = std::max(TimeLeft(), std::chrono::milliseconds(1));

@@ -5,12 +5,12 @@
 
 namespace Toolkit {
 
-/// Receives the texts that reach an `IPCServer`.
+/// Receives the messages that reach an `IPCServer`.
 class TOOLKIT_API IPCConnectionEvent {
 public:
     virtual ~IPCConnectionEvent();
 
-    /// Called with each text, on the thread that runs the event loop, under the lock of the
+    /// Called with each message, on the thread that runs the event loop, under the lock of the
     /// server's list of listeners.
     virtual void OnExecute(const TString<wchar_t>& text) = 0;
 };

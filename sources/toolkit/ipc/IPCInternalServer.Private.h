@@ -10,10 +10,10 @@
 
 namespace Toolkit {
 
-/// Hands a text to the listeners of an `IPCServer`.
+/// Hands a message to the listeners of an `IPCServer`.
 using IPCDelivery = std::function<void(const TString<wchar_t>& text)>;
 
-/// The connection on which one text is executed.
+/// The connection on which one message is executed.
 class IPCConnectionEventHelper : public wxTCPConnection {
 public:
     /// `deliver` has to outlive the connection.
@@ -21,7 +21,7 @@ public:
 
     /// Data in the format `wxIPC_UTF8TEXT` are UTF-8, in every other format wide characters. They
     /// end at a null character or with `size`; invalid UTF-8 is dropped. False when a listener
-    /// threw, which the application object has been told then. Throws `std::bad_alloc`.
+    /// threw; the application object knows by then. Throws `std::bad_alloc`.
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override;
 

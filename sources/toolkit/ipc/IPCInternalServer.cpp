@@ -136,7 +136,7 @@ bool IPCInternalServer::Create(const wxString& service)
     m_source.reset();
     auto source = std::make_unique<Source>(
         m_mostSessions, [this](const std::vector<char>& data, unsigned char format) {
-            const wxString topic; // not kept: nobody looks at it
+            const wxString topic; // not kept: every topic is accepted
             const std::unique_ptr<wxConnectionBase> connection(OnAcceptConnection(topic));
             return connection->OnExecute(topic, data.data(), data.size(), FormatOf(format));
         });

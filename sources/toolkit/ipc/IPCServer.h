@@ -12,14 +12,14 @@ namespace Toolkit {
 
 class IPCInternalServer;
 
-/// Receives the texts that `IPCClient::Connect` sends on the same machine and hands each to all
+/// Receives the messages that `IPCClient::Connect` sends on the same machine and hands each to all
 /// listeners, in the order in which they were added.
 ///
 ///     IPCServer server(L""); // the application's own service
 ///     server.AddListener(smart_ptr<IPCConnectionEvent>(new Commands()));
 ///     if (!server.Run())
 ///         return 1;
-///     wxAppConsole::GetInstance()->MainLoop(); // calls Commands::OnExecute() with each text
+///     wxAppConsole::GetInstance()->MainLoop(); // calls Commands::OnExecute() with each message
 ///
 /// A service is a socket file that only processes of the same user can use. A name without "/" is a
 /// file in the working directory; a name that is a number is no service. A path longer than a
@@ -31,25 +31,24 @@ class IPCInternalServer;
 /// `wxAppConsole::GetInstance()->MainLoop()`. Run and destroy the server on the thread that runs
 /// loops, never in one of its own listeners, and destroy it before an application object that the
 /// program runs itself. What a listener throws reaches the application object like an exception of
-/// any event handler: the listeners after it miss that text, and its client is disconnected.
+/// any event handler: the listeners after it miss that message, and its client is disconnected.
 ///
 /// No client blocks the loop or keeps others out. The server disconnects a client
 /// - whose message makes no progress for 2 seconds or is not complete after 30,
-/// - whose topic is longer than 16 MiB or whose text is longer than 16 Mi characters,
-/// - whose text does not fit into memory,
+/// - whose message is longer than 16 Mi characters or does not fit into memory,
 /// - that has been silent longest, when there are `c_maxSessions` clients or no descriptors are
 ///   left, and another client connects.
 ///
-/// Only complete texts are handed on. Nothing is thrown or logged.
+/// Only complete messages are handed on. Nothing is thrown or logged.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
-    /// How many clients are connected at once.
+    /// The limit of clients that are connected at the same time.
     static constexpr std::size_t c_maxSessions = 256;
 
     /// An empty `service` is the application's own: a file in the temporary directory of
     /// `PathManager` with the application's unique name and the extension ".ipc". Without a
-    /// `PathManager` it stays empty, and Run() fails. Run() also fails when there was no memory
-    /// here.
+    /// `PathManager` it stays empty, and Run() fails. Run() also fails when this ran out
+    /// of memory.
     ///
     /// Run() begins to listen.
     explicit IPCServer(const TString<wchar_t>& service);
@@ -67,7 +66,7 @@ public:
     ///
     /// False when the file cannot be made, when a living server has the name, and when something
     /// else is in the file's place. The file of a server that has crashed is replaced; while
-    /// another process does just that, Run() waits 2 seconds at most.
+    /// another server does just that, Run() waits up to 2 seconds.
     bool Run();
 
     /// Hands `text` to every listener. Any thread may call it, whether the server listens or not.

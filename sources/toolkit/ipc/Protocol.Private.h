@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// What a client and a server of texts agree on: the socket file of a service, and the bytes that
+/// What clients and servers agree on: the socket file of a service, and the bytes that
 /// wxWidgets 3.2 sends between its own clients and servers.
 ///
 /// The client sends Connect, a size and the topic in UTF-8. The server answers Connect. The client
@@ -30,7 +30,7 @@ std::string MakeConnectRequest(std::wstring_view topic);
 /// Execute with `text`, and the Disconnect that follows it.
 std::string MakeExecuteRequest(std::wstring_view text);
 
-/// Puts together what a client sends from the pieces in which it arrives. Memory grows with what
+/// Puts a client's messages together from the pieces in which they arrive. Memory grows with what
 /// has arrived, not with what is announced; topics are counted and dropped.
 class MessageParser {
 public:

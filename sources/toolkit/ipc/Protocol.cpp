@@ -17,13 +17,13 @@ constexpr char c_disconnect = 11;
 constexpr std::size_t c_formatOffset = 1;
 constexpr std::size_t c_sizeLength = 4;
 
-// The limit of a topic in bytes, and so of the UTF-8 form of every text.
+// In bytes. Our client's topic is its message, so this limits the UTF-8 form of every message.
 constexpr std::size_t c_longestTopic = std::size_t{16} << 20;
 
-// As many wide characters as such a topic may have, and their terminator.
+// As many wide characters as such a topic may have, and a null character.
 constexpr std::size_t c_longestData = (c_longestTopic + 1) * sizeof(wchar_t);
 
-// The path in an address ends with a null byte.
+// The path in a socket address ends with a null byte.
 constexpr std::size_t c_longestPath = sizeof(sockaddr_un::sun_path) - 1;
 constexpr std::size_t c_hashLength = 16;
 
@@ -165,7 +165,7 @@ MessageParser::Message MessageParser::TakePayload(std::string_view& bytes)
     return m_missing == 0 ? Complete() : Message::Incomplete;
 }
 
-// Doubles the memory as it fills, but takes no more than the announced size needs.
+// Doubles the capacity as it fills up, but takes no more than the announced size needs.
 void MessageParser::Store(std::string_view bytes)
 {
     const std::size_t needed = m_data.size() + bytes.size();

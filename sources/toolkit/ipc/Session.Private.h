@@ -14,7 +14,7 @@
 
 namespace Toolkit::Ipc {
 
-/// Takes the data of one text and their format, and may run an event loop meanwhile. False ends the
+/// Takes the data of one message and their format. May run an event loop meanwhile. False ends the
 /// session.
 using Execute = std::function<bool(const std::vector<char>& data, unsigned char format)>;
 
@@ -23,19 +23,19 @@ class Session {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Limits count in ticks of the loop that serves the session: while the loop is busy elsewhere,
-    /// the client cannot get on.
+    /// Limits count ticks of the loop that serves the session: while the loop is busy elsewhere,
+    /// the client can make no progress.
     static constexpr std::chrono::milliseconds c_tick{250};
 
     /// Talks through `socket` and calls `execute`, which has to outlive the session, with each
-    /// text.
+    /// message.
     Session(Base::FileDescriptor socket, const Execute& execute);
 
     /// Reads some of what has arrived and acts on it; false when the session has ended. Not called
     /// while the session is busy.
     bool Read();
 
-    /// Whether the program is working on one of its texts, perhaps in a loop of its own.
+    /// Whether the program is working on one of its messages, perhaps in a loop of its own.
     bool IsBusy() const { return m_isBusy; }
 
     /// Whether its socket is not watched meanwhile.

@@ -12,7 +12,7 @@ using Message = MessageParser::Message;
 
 constexpr std::size_t c_mostAtOnce = 65536;
 
-// Accepts so many clients before those that wait are served.
+// So many clients are accepted before the connected ones are served.
 constexpr int c_mostAcceptedAtOnce = 16;
 
 constexpr unsigned int TicksIn(std::chrono::milliseconds duration)
@@ -172,7 +172,7 @@ bool Sessions::MakeRoom()
         }
         if (longest == m_sessions.end())
             return false;
-        // What has arrived while the loop was busy counts.
+        // Reads first: data may have arrived while the loop was busy.
         const int descriptor = longest->first;
         if (Serve(descriptor) && m_sessions.at(descriptor).IsSilent())
             End(descriptor);
@@ -192,7 +192,7 @@ void Sessions::ResumeAccepting()
     m_isPaused = !m_sockets.Add(m_listener.Socket().Get());
 }
 
-// True when the session is still there.
+// True while the session goes on.
 bool Sessions::Serve(int descriptor)
 {
     const auto found = m_sessions.find(descriptor);
@@ -200,11 +200,12 @@ bool Sessions::Serve(int descriptor)
         return false;
     Session& session = found->second;
     if (session.IsBusy()) {
-        // A loop inside a listener: it need not spin about what has to wait for its end.
+        // This is a loop inside a listener. It must not spin because of data that wait for the
+        // listener to return.
         session.SetAside(m_sockets.Remove(descriptor));
         return true;
     }
-    // A client whose text does not fit into memory is disconnected.
+    // Disconnects a client whose message does not fit into memory.
     if (!Base::ResultOr(false, [&] { return session.Read(); }) ||
         (session.IsSetAside() && !m_sockets.Add(descriptor))) {
         End(descriptor);
@@ -231,7 +232,7 @@ void Sessions::OnTick()
         StopTicking();
 }
 
-// The clock ticks as long as there is somebody to look after.
+// The clock ticks while there are clients or while accepting is paused.
 void Sessions::StartTicking()
 {
     if (!m_isTicking)
@@ -256,7 +257,7 @@ void Sessions::EndOverdue()
             overdue.push_back(descriptor);
     }
     for (const int descriptor : overdue) {
-        // What has arrived while the loop was busy with something else counts as progress.
+        // Reads first: data may have arrived while the loop was busy.
         if (Serve(descriptor) && m_sessions.at(descriptor).IsOverdue())
             End(descriptor);
     }

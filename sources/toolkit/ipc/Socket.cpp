@@ -82,8 +82,8 @@ bool IsServed(const std::string& path)
 // Held by the one server that may look at a socket file and replace it: a second one would treat
 // the new file, to which nobody listens yet, as one that a crash has left.
 //
-// The lock is a file beside the socket, removed before it is given up. What a crash leaves of it is
-// used, and removed, by the next server.
+// The lock is a file beside the socket, which is removed before the lock is released. The next
+// server uses, and removes, a file that a crash has left.
 class TakeOverLock {
 public:
     TakeOverLock(const Base::FileDescriptor& directory, const std::string& socketName)
