@@ -8,6 +8,10 @@ toolkit_private_test(
 toolkit_private_test(
     base/FloatingPointTest.cpp base/FloatingPoint.cpp base/FloatingPoint.FromChars.cpp
 )
+toolkit_private_test(
+    base/InstanceLockTest.cpp base/FileDescriptor.cpp base/FileLock.cpp base/InstanceLock.cpp
+    base/OwnDescriptor.cpp base/ShortenName.cpp base/UserAccount.cpp base/Utf8.cpp
+)
 toolkit_private_test(base/OutOfMemoryTest.cpp)
 toolkit_private_test(base/OwnDescriptorTest.cpp base/FileDescriptor.cpp base/OwnDescriptor.cpp)
 toolkit_private_test(base/ShortenNameTest.cpp base/ShortenName.cpp)

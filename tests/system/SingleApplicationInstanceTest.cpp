@@ -275,6 +275,32 @@ TEST_F(SingleApplicationInstanceTest, WhatStandsInTheCheckersPlaceStays)
     EXPECT_EQ(Errors(), "");
 }
 
+TEST_F(SingleApplicationInstanceTest, AFileThatIsNoLockFileInTheCheckersPlaceStays)
+{
+    Copy& first = Start();
+    EXPECT_FALSE(first.SeesAnother());
+    first.Finish();
+    const std::string name = first.UniqueName();
+    const std::filesystem::path file = m_homePath / name;
+    constexpr std::pair<const char*, unsigned int> cases[] = {
+        {"notes", 0600}, {"", 0600}, {"99999999", 0644}, {"99999999", 0640}};
+    for (const auto& [text, mode] : cases) {
+        SCOPED_TRACE(text);
+        std::ofstream(file) << text;
+        std::filesystem::permissions(file, std::filesystem::perms(mode));
+
+        EXPECT_FALSE(Start().SeesAnother());
+        EXPECT_TRUE(Start().SeesAnother());
+        m_copies.clear();
+
+        std::string kept;
+        std::getline(std::ifstream(file), kept);
+        EXPECT_EQ(kept, text);
+        EXPECT_TRUE(std::filesystem::remove(file));
+    }
+    EXPECT_EQ(Errors(), "");
+}
+
 TEST_F(SingleApplicationInstanceTest, OfCopiesThatStartAtOnceExactlyOneIsAlone)
 {
     constexpr int rounds = 50;

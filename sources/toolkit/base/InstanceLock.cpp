@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <string>
+#include <utility>
 
 namespace Toolkit::Base {
 namespace {
@@ -19,7 +20,10 @@ FileDescriptor OpenLockFile(const std::wstring& name)
         return {};
     const std::string path = EncodeUtf8(GetHomeDirectory()) + "/." +
                              ShortenName(EncodeUtf8(name), c_longestName) + ".lock";
-    return FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+    FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+    // Where nothing can be written, a file that exists still takes a lock.
+    return file.IsOpen() ? std::move(file)
+                         : FileDescriptor::OpenRegular(path, O_RDONLY | O_NOFOLLOW);
 }
 
 } // namespace

@@ -8,15 +8,15 @@
 
 namespace Toolkit {
 
-/// The lock file that the framework's instance checker leaves in the user's home directory. With it
-/// programs that use the checker itself see this process and are seen by it.
+/// The lock file that `wxSingleInstanceChecker` leaves in the user's home directory. Programs that
+/// use the checker itself see this process by it and are seen.
 ///
-/// The checker would wait until the disk has the file, which takes longer than all the rest of a
-/// start, and would take a stranger with the process id of a crashed process for that one.
+/// The checker itself would wait until the disk has the file, which takes longer than all the rest
+/// of a start, and would treat a stranger with the process id of a crashed process as that process.
 class CheckerFile {
 public:
-    /// Makes the file called `name` unless another process has it; without a name, or where there
-    /// is no place for it, there is none.
+    /// Makes the file called `name` unless another process has it. There is none without a name,
+    /// where it cannot be made, and where a file of that name is no lock file of this user.
     explicit CheckerFile(const TString<wchar_t>& name);
     ~CheckerFile();
 

@@ -25,11 +25,21 @@ bool IsLockedElsewhere(const Base::FileDescriptor& file)
     return ::fcntl(file.Get(), F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
 }
 
+constexpr mode_t c_ownerOnly = 0600;
+
+// Whether the checker would touch the file: it suspects any other owner or mode.
+bool IsOfTheChecker(const Base::FileDescriptor& file)
+{
+    struct stat status {};
+    return ::fstat(file.Get(), &status) == 0 && status.st_uid == ::getuid() &&
+           status.st_mode == (S_IFREG | c_ownerOnly);
+}
+
 // The process that the file names; 0 when it names none.
-pid_t Holder(const Base::FileDescriptor& file)
+pid_t ReadHolder(const Base::FileDescriptor& file)
 {
     char text[32] = {};
-    const ssize_t length = ::read(file.Get(), text, sizeof text - 1);
+    const ssize_t length = file.Read(text, sizeof text - 1);
     return length > 0 ? static_cast<pid_t>(std::strtol(text, nullptr, 10)) : 0;
 }
 
@@ -54,34 +64,33 @@ CheckerFile::~CheckerFile()
         ::unlink(m_path.c_str());
 }
 
-// The text is the process id with the null character behind it, and the lock that of fcntl(2): the
+// The text is the process id with a null character after it, and the lock that of fcntl(2): the
 // checker looks at both, and at the permissions.
 bool CheckerFile::Create()
 {
-    constexpr mode_t ownerOnly = 0600;
-
-    m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, ownerOnly);
+    m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, c_ownerOnly);
     if (!m_file.IsOpen())
         return false;
     m_ownFile.Watch(m_file.Get());
     struct flock range = WholeFile();
     const std::string holder = std::to_string(::getpid());
     ::fcntl(m_file.Get(), F_SETLK, &range);
-    ::fchmod(m_file.Get(), ownerOnly);
+    ::fchmod(m_file.Get(), c_ownerOnly);
     m_file.WriteAll(holder.c_str(), holder.size() + 1);
     return true;
 }
 
-// Removes the file of a process that is no more.
+// Removes the file of a process that has ended. What is no lock file of this user stays, as the
+// checker leaves it alone too: it then finds nobody running.
 bool CheckerFile::RemoveStale()
 {
     const Base::FileDescriptor file =
         Base::FileDescriptor::OpenRegular(m_path, O_RDWR | O_NOFOLLOW);
-    if (!file.IsOpen())
+    const pid_t holder = file.IsOpen() && IsOfTheChecker(file) ? ReadHolder(file) : 0;
+    if (holder == 0)
         return false;
     m_isHeldElsewhere = IsLockedElsewhere(file);
-    const bool isOfThisProcess = Holder(file) == ::getpid();
-    return !m_isHeldElsewhere && !isOfThisProcess && ::unlink(m_path.c_str()) == 0;
+    return !m_isHeldElsewhere && holder != ::getpid() && ::unlink(m_path.c_str()) == 0;
 }
 
 } // namespace Toolkit

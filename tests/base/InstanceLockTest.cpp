@@ -1,0 +1,55 @@
+#include "toolkit/base/InstanceLock.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Toolkit::Base {
+namespace {
+
+using State = InstanceLock::State;
+
+int StateInAnotherProcess()
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        std::_Exit(static_cast<int>(InstanceLock(L"name").GetState()));
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
+}
+
+// Ends with 0 when this process gets the lock and another one then does not. Modes do not bind
+// root.
+[[noreturn]] void LockAsAnOrdinaryUser()
+{
+    constexpr uid_t nobody = 65534;
+    if (::getuid() == 0 && ::setuid(nobody) != 0)
+        std::_Exit(1);
+    const InstanceLock lock(L"name");
+    if (lock.GetState() != State::Held)
+        std::_Exit(2);
+    std::_Exit(StateInAnotherProcess() == static_cast<int>(State::HeldElsewhere) ? 0 : 3);
+}
+
+TEST(InstanceLockDeathTest, LocksAFileThatCanOnlyBeRead)
+{
+    const Testing::TempDir home;
+    const Testing::ScopedEnvironment environment("HOME", home.Path());
+    home.WriteFile(L".name.lock", "");
+    std::filesystem::permissions(home.Path() / ".name.lock", std::filesystem::perms(0444));
+    std::filesystem::permissions(home.Path(), std::filesystem::perms(0555));
+
+    EXPECT_EXIT(LockAsAnOrdinaryUser(), testing::ExitedWithCode(0), "");
+
+    std::filesystem::permissions(home.Path(), std::filesystem::perms(0700));
+}
+
+} // namespace
+} // namespace Toolkit::Base
