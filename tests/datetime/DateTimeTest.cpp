@@ -395,11 +395,40 @@ TEST_F(DateTimeTest, MonthsCrossTheYear)
     EXPECT_EQ(Iso(date.Remove(0, 3, 0, 0)), L"2009-11-05 00:00:00");
 }
 
+TEST_F(DateTimeTest, NumbersOfASpanAreSigned)
+{
+    DateTime date(2009, 3, 5, 0, 0, 0);
+
+    EXPECT_EQ(Iso(date.Add(4294967295u, 0, 0, 0)), L"2008-03-05 00:00:00");
+    EXPECT_EQ(Iso(date.Add(0, 4294967295u, 4294967295u, 4294967295u)), L"2008-01-28 00:00:00");
+    EXPECT_EQ(Iso(date.Remove(4294967295u, 0, 0, 0)), L"2009-01-28 00:00:00");
+}
+
 TEST_F(DateTimeTest, SpansThatLeaveTheCalendarGiveAnInvalidDate)
 {
-    DateTime date(m_march);
+    EXPECT_FALSE(DateTime(m_march).Add(292278993u, 0, 0, 0).IsValid());
+    EXPECT_FALSE(DateTime(m_march).Remove(292278993u, 0, 0, 0).IsValid());
+    EXPECT_FALSE(
+        DateTime(m_march).Add(2147483647u, 2147483647u, 2147483647u, 2147483647u).IsValid());
+}
 
-    EXPECT_FALSE(date.Add(4294967295u, 4294967295u, 4294967295u, 4294967295u).IsValid());
+TEST_F(DateTimeTest, YearsGoAsFarAsMillisecondsDo)
+{
+    const DateTime last(292278993u, 12, 31, 23, 59, 59);
+    const DateTime first(static_cast<unsigned int>(-292275054), 1, 1, 0, 0, 0);
+
+    EXPECT_EQ(Iso(last), L"292278993-12-31 23:59:59");
+    EXPECT_EQ(Iso(first), L"-292275054-01-01 00:00:00");
+    EXPECT_FALSE(DateTime(292278994u, 1, 1, 0, 0, 0).IsValid());
+    EXPECT_FALSE(DateTime(static_cast<unsigned int>(-292275055), 12, 31, 0, 0, 0).IsValid());
+}
+
+TEST_F(DateTimeTest, SpansOfManyDaysCrossCenturies)
+{
+    DateTime date(2000, 2, 28, 0, 0, 0, 0);
+
+    EXPECT_EQ(UtcIso(date.Add(0, 0, 0, 2u * 146097 + 1)), L"2800-02-29 00:00:00 Z");
+    EXPECT_EQ(UtcIso(date.Remove(0, 0, 0, 2u * 146097 + 1)), L"2000-02-28 00:00:00 Z");
 }
 
 TEST_F(DateTimeTest, MomentsBeyondTheLastNumberGiveAnInvalidDate)

@@ -130,7 +130,9 @@ TEST_P(DateTimeZonesDeathTest, AgreesWithTheCLibrary)
 INSTANTIATE_TEST_SUITE_P(Zones, DateTimeZonesDeathTest,
                          testing::Values("UTC", "Europe/Berlin", "America/New_York",
                                          "Australia/Lord_Howe", "Asia/Kolkata", "Pacific/Apia",
-                                         "America/St_Johns"));
+                                         "America/St_Johns", "<+24>-24", "<-24>24", "XXX-24:59:59",
+                                         "AAA23BBB24,J60/2,J300/2", "right/Europe/Berlin",
+                                         "right/UTC"));
 
 struct LocalTime {
     const char* zone;

@@ -2,8 +2,9 @@
 
 /// A date and a time of day, and the seconds since 1970 that they stand for.
 ///
-/// The C library's zone data and calendar are used throughout: the framework's own conversions are
-/// off near every change of daylight saving.
+/// The zone data of the C library are used throughout: wxDateTime's own conversions are wrong near
+/// every change of daylight saving. Years go as far as wxDateTime holds their milliseconds, some
+/// 292 million in either direction.
 namespace Toolkit {
 
 struct CalendarTime {
@@ -18,11 +19,12 @@ struct CalendarTime {
 /// Whether the fields name a time that exists on a calendar and a clock; up to two leap seconds do.
 bool IsInRange(const CalendarTime& time);
 
-/// Seconds since 1970 of a time in UTC, by the Gregorian calendar.
+/// Seconds since 1970 of a time in UTC, by the Gregorian calendar. With TZ=right/... leap seconds
+/// count.
 long long SecondsOfUtc(const CalendarTime& time);
 
-/// Seconds since 1970 of a time on the local clock. A time that the clock skips is moved on, one
-/// that it shows twice is taken as mktime(3) takes it.
+/// Seconds since 1970 of a time on the local clock. A time that the clock skips is moved on; of two
+/// times that it shows alike mktime(3) chooses.
 long long SecondsOfLocal(const CalendarTime& time);
 
 /// What clocks show.

@@ -11,16 +11,42 @@ constexpr long long c_secondsPerMinute = 60;
 constexpr long long c_secondsPerHour = 60 * c_secondsPerMinute;
 constexpr long long c_secondsPerDay = 24 * c_secondsPerHour;
 
-// No zone is further from Greenwich than this.
-constexpr long long c_largestOffset = 16 * c_secondsPerHour;
+// No zone is as far from Greenwich as this. TZ takes offsets of up to 24:59:59.
+constexpr long long c_largestOffset = 25 * c_secondsPerHour;
 
-// After so many years the calendar begins anew.
+// After this many years the calendar repeats.
 constexpr long long c_yearsPerCycle = 400;
 constexpr long long c_daysPerCycle = 146097;
 
-// The years that the standard calendar knows.
-constexpr long long c_firstYear = -32767;
-constexpr long long c_lastYear = 32767;
+// The whole years of which wxDateTime holds every millisecond.
+constexpr long long c_firstYear = -292275054;
+constexpr long long c_lastYear = 292278993;
+
+// The year of 1970 to 2369 that has the same calendar. std::chrono knows 65,535 years only.
+std::chrono::year SimilarYear(long long year)
+{
+    constexpr long long first = 1970;
+    const long long inCycle =
+        ((year - first) % c_yearsPerCycle + c_yearsPerCycle) % c_yearsPerCycle;
+    return std::chrono::year(static_cast<int>(first + inCycle));
+}
+
+// Days since 1970, by the Gregorian calendar.
+long long DaysOfDate(long long year, long long month, long long day)
+{
+    using namespace std::chrono;
+    const std::chrono::year similar = SimilarYear(year);
+    const sys_days first(similar / std::chrono::month(static_cast<unsigned>(month)) / 1);
+    const long long cycles = (year - static_cast<int>(similar)) / c_yearsPerCycle;
+    return first.time_since_epoch().count() + cycles * c_daysPerCycle + day - 1;
+}
+
+// The seconds that would be counted if there had never been a leap second.
+long long PlainSeconds(const CalendarTime& time)
+{
+    return DaysOfDate(time.year, time.month, time.day) * c_secondsPerDay +
+           time.hour * c_secondsPerHour + time.minute * c_secondsPerMinute + time.second;
+}
 
 std::tm LocalFields(long long seconds)
 {
@@ -36,13 +62,45 @@ CalendarTime FromFields(const std::tm& fields)
             fields.tm_hour,          fields.tm_min,       fields.tm_sec};
 }
 
+std::tm ToFields(const CalendarTime& time)
+{
+    std::tm fields{};
+    fields.tm_year = static_cast<int>(time.year - 1900);
+    fields.tm_mon = static_cast<int>(time.month - 1);
+    fields.tm_mday = static_cast<int>(time.day);
+    fields.tm_hour = static_cast<int>(time.hour);
+    fields.tm_min = static_cast<int>(time.minute);
+    fields.tm_sec = static_cast<int>(time.second);
+    fields.tm_isdst = -1;
+    return fields;
+}
+
+// Whether the zone counts no leap seconds. Those of TZ=right/... do.
+bool IsPlain(const std::tm& fields, long long seconds)
+{
+    return PlainSeconds(FromFields(fields)) - fields.tm_gmtoff == seconds;
+}
+
 int DaysInMonth(long long year, long long month)
 {
     using namespace std::chrono;
     const year_month_day_last last(
-        std::chrono::year(static_cast<int>(year)),
-        month_day_last(std::chrono::month(static_cast<unsigned>(month))));
+        SimilarYear(year), month_day_last(std::chrono::month(static_cast<unsigned>(month))));
     return static_cast<int>(static_cast<unsigned>(last.day()));
+}
+
+// Moves a date by days. They may be billions, so whole cycles are taken first.
+void MoveDays(CalendarTime& time, long long days)
+{
+    using namespace std::chrono;
+    time.year += days / c_daysPerCycle * c_yearsPerCycle;
+    const std::chrono::year similar = SimilarYear(time.year);
+    const sys_days from(similar / month(static_cast<unsigned>(time.month)) /
+                        day(static_cast<unsigned>(time.day)));
+    const year_month_day moved(from + std::chrono::days(days % c_daysPerCycle));
+    time.year += static_cast<int>(moved.year()) - static_cast<int>(similar);
+    time.month = static_cast<unsigned>(moved.month());
+    time.day = static_cast<unsigned>(moved.day());
 }
 
 } // namespace
@@ -57,34 +115,25 @@ bool IsInRange(const CalendarTime& time)
 
 long long SecondsOfUtc(const CalendarTime& time)
 {
-    using namespace std::chrono;
-    // The standard calendar knows some ten thousand years; all others are like one of its first.
-    const long long cycle = time.year / c_yearsPerCycle - (time.year < 0 ? 1 : 0);
-    const sys_days first(year(static_cast<int>(time.year - cycle * c_yearsPerCycle)) /
-                         month(static_cast<unsigned>(time.month)) / day(1));
-    const long long days = first.time_since_epoch().count() + cycle * c_daysPerCycle;
-    return (days + time.day - 1) * c_secondsPerDay + time.hour * c_secondsPerHour +
-           time.minute * c_secondsPerMinute + time.second;
+    const long long plain = PlainSeconds(time);
+    const std::time_t seconds = plain;
+    std::tm fields{};
+    if (::gmtime_r(&seconds, &fields) && IsPlain(fields, plain))
+        return plain;
+    fields = ToFields(time);
+    return ::timegm(&fields);
 }
 
 long long SecondsOfLocal(const CalendarTime& time)
 {
-    // Where the clock does not change on that day, the difference to UTC tells all, without the
-    // look at the zone file that mktime() takes on every call when TZ is not set.
-    const long long asUtc = SecondsOfUtc(time);
-    const long before = LocalFields(asUtc - c_largestOffset).tm_gmtoff;
-    const long after = LocalFields(asUtc + c_largestOffset).tm_gmtoff;
-    if (before == after)
-        return asUtc - before;
-
-    std::tm fields{};
-    fields.tm_year = static_cast<int>(time.year - 1900);
-    fields.tm_mon = static_cast<int>(time.month - 1);
-    fields.tm_mday = static_cast<int>(time.day);
-    fields.tm_hour = static_cast<int>(time.hour);
-    fields.tm_min = static_cast<int>(time.minute);
-    fields.tm_sec = static_cast<int>(time.second);
-    fields.tm_isdst = -1;
+    // ParseIso: where the clock does not change on that day, the difference to UTC is the answer.
+    // mktime() looks at the file of the zone on every call when TZ is not set.
+    const long long asUtc = PlainSeconds(time);
+    const std::tm before = LocalFields(asUtc - c_largestOffset);
+    const std::tm after = LocalFields(asUtc + c_largestOffset);
+    if (before.tm_gmtoff == after.tm_gmtoff && IsPlain(after, asUtc + c_largestOffset))
+        return asUtc - before.tm_gmtoff;
+    std::tm fields = ToFields(time);
     return ::mktime(&fields);
 }
 
@@ -97,12 +146,7 @@ bool MoveDate(CalendarTime& time, long long months, long long days)
         return false;
     time.day = std::min<long long>(time.day, DaysInMonth(time.year, time.month));
 
-    // Days are counted at midnight in UTC, where each has its 24 hours.
-    const CalendarTime midnight{time.year, time.month, time.day, 0, 0, 0};
-    const CalendarTime moved = UtcOfSeconds(SecondsOfUtc(midnight) + days * c_secondsPerDay);
-    time.year = moved.year;
-    time.month = moved.month;
-    time.day = moved.day;
+    MoveDays(time, days);
     return time.year >= c_firstYear && time.year <= c_lastYear;
 }
 

@@ -120,6 +120,12 @@ std::unique_ptr<wxDateTime> Make(const wxDateTime& value)
     return Base::ResultOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
 }
 
+// wxDateSpan has signed numbers: 4294967295 years are one year back.
+long long Signed(unsigned int count)
+{
+    return static_cast<int>(count);
+}
+
 // Calls `append` with `out` emptied. The text stays empty when that fails, or runs out of memory.
 template <typename Char, typename Append>
 void MakeText(TString<Char>& out, Append append)
@@ -330,13 +336,13 @@ DateTime& DateTime::Add(unsigned int hours, unsigned int minutes, unsigned int s
 DateTime& DateTime::Add(unsigned int years, unsigned int months, unsigned int weeks,
                         unsigned int days)
 {
-    return AddSpan(years * 12LL + months, weeks * 7LL + days);
+    return AddSpan(Signed(years) * 12 + Signed(months), Signed(weeks) * 7 + Signed(days));
 }
 
 DateTime& DateTime::Remove(unsigned int years, unsigned int months, unsigned int weeks,
                            unsigned int days)
 {
-    return AddSpan(-(years * 12LL + months), -(weeks * 7LL + days));
+    return AddSpan(-(Signed(years) * 12 + Signed(months)), -(Signed(weeks) * 7 + Signed(days)));
 }
 
 // A result that no calendar has is invalid.

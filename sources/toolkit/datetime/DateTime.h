@@ -77,7 +77,8 @@ public:
     /// Moves the moment by a length of time.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
     /// Moves the date by years and months, to the last day of a month that is too short, and then
-    /// by weeks and days. The local time of day stays.
+    /// by weeks and days. The local time of day stays. The numbers are signed 32-bit numbers, as in
+    /// wxDateSpan: 4294967295 years are one year back.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
