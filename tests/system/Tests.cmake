@@ -1,4 +1,8 @@
 toolkit_private_test(system/LocalePatternsTest.cpp system/LocalePatterns.cpp)
+if(NOT APPLE)
+    toolkit_test(system/LocalesIcuTest.cpp)
+    target_link_libraries(LocalesIcuTest PRIVATE Toolkit::icu Toolkit::wxBase)
+endif()
 toolkit_test(system/LocalesTest.cpp)
 toolkit_test(system/MacCocoaTest.cpp)
 toolkit_test(system/NetworkTest.cpp)

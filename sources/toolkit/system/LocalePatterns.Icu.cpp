@@ -124,18 +124,32 @@ TString<wchar_t> WithoutQuotedTexts(const TString<wchar_t>& pattern)
     return text;
 }
 
-// A single y is the whole year, which others write as yyyy.
-TString<wchar_t> WithLongYear(TString<wchar_t> pattern)
+// A lone letter is the shortest form of a number, which the library's tokens lack.
+TString<wchar_t> WidenLone(TString<wchar_t> pattern, wchar_t letter, std::size_t width)
 {
-    const std::size_t first = pattern.find(L'y');
-    if (first != std::wstring::npos && pattern.find(L'y', first + 1) == std::wstring::npos)
-        pattern.replace(first, 1, L"yyyy");
+    const std::size_t first = pattern.find(letter);
+    if (first != std::wstring::npos && pattern.find(letter, first + 1) == std::wstring::npos)
+        pattern.replace(first, 1, width, letter);
     return pattern;
 }
 
-TString<wchar_t> WithoutBlanks(TString<wchar_t> pattern)
+TString<wchar_t> Without(TString<wchar_t> pattern, wchar_t letter)
 {
-    pattern.erase(std::remove(pattern.begin(), pattern.end(), L' '), pattern.end());
+    pattern.erase(std::remove(pattern.begin(), pattern.end(), letter), pattern.end());
+    return pattern;
+}
+
+// The periods of a day, such as "in the evening", are halves of it here.
+TString<wchar_t> WithDayHalves(TString<wchar_t> pattern)
+{
+    std::replace(pattern.begin(), pattern.end(), L'B', L'a');
+    return pattern;
+}
+
+// Where a quoted text was, the spaces on both of its sides are left.
+TString<wchar_t> WithSingleSpaces(TString<wchar_t> pattern)
+{
+    pattern.Replace(L"  ", L" ");
     return pattern;
 }
 
@@ -143,13 +157,15 @@ TString<wchar_t> WithoutBlanks(TString<wchar_t> pattern)
 
 TString<wchar_t> ShortDate()
 {
-    const TString<wchar_t> pattern = PlainText(Pattern(UDAT_NONE, UDAT_SHORT));
-    return WithLongYear(WithoutBlanks(WithoutQuotedTexts(pattern)));
+    const TString<wchar_t> pattern = WithoutQuotedTexts(PlainText(Pattern(UDAT_NONE, UDAT_SHORT)));
+    const TString<wchar_t> withoutEra = Without(pattern, L'G');
+    return WidenLone(Without(withoutEra, L' '), L'y', 4);
 }
 
 TString<wchar_t> ShortTime()
 {
-    return WithoutQuotedTexts(PlainText(Pattern(UDAT_SHORT, UDAT_NONE)));
+    const TString<wchar_t> pattern = WithoutQuotedTexts(PlainText(Pattern(UDAT_SHORT, UDAT_NONE)));
+    return WidenLone(WithDayHalves(WithSingleSpaces(pattern)), L'H', 2);
 }
 
 } // namespace Toolkit::LocalePatterns

@@ -1,0 +1,126 @@
+#include "toolkit/datetime/DateTime.h"
+#include "toolkit/system/Locales.h"
+
+#include "support/ScopedEnvironment.h"
+#include "support/ScopedTimeZone.h"
+
+#include <gtest/gtest.h>
+#include <unicode/udat.h>
+#include <unicode/uloc.h>
+#include <wx/datetime.h>
+
+#include <cstdint>
+#include <cwctype>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Toolkit {
+namespace {
+
+using Testing::ScopedEnvironment;
+using Testing::ScopedTimeZone;
+
+// The locales that the environment can name: it cuts what follows a dot or an at sign.
+std::vector<std::string> AvailableLocales()
+{
+    std::vector<std::string> locales;
+    for (int32_t i = 0; i < uloc_countAvailable(); ++i)
+        locales.emplace_back(uloc_getAvailable(i));
+    return locales;
+}
+
+// What the installed ICU says; empty when it says nothing.
+std::u16string IcuPattern(const std::string& locale, UDateFormatStyle time, UDateFormatStyle date)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UDateFormat, decltype(&udat_close)> format(
+        udat_open(time, date, locale.c_str(), nullptr, 0, nullptr, 0, &error), &udat_close);
+    char16_t buffer[512];
+    const int32_t length = udat_toPattern(format.get(), false, buffer, std::size(buffer), &error);
+    return U_SUCCESS(error) ? std::u16string(buffer, static_cast<std::size_t>(length))
+                            : std::u16string();
+}
+
+bool HasLone(const std::u16string& pattern, char16_t letter)
+{
+    const std::size_t first = pattern.find(letter);
+    return first != std::u16string::npos && pattern.find(letter, first + 1) == std::u16string::npos;
+}
+
+// Whether the library takes the pattern as it is.
+bool IsPlain(const std::u16string& pattern)
+{
+    for (const char16_t character : pattern) {
+        if (character > 0x7F)
+            return false;
+    }
+    return !HasLone(pattern, u'y') && !HasLone(pattern, u'H') &&
+           pattern.find_first_of(u"'GB") == std::u16string::npos;
+}
+
+std::wstring DateFormat()
+{
+    TString<wchar_t> format;
+    EXPECT_TRUE(Locales::GetCurrentDateFormat(format));
+    return format;
+}
+
+TEST(LocalesIcuTest, PlainPatternsAreThoseOfTheInstalledIcu)
+{
+    int plainLocales = 0;
+    for (const std::string& locale : AvailableLocales()) {
+        const std::u16string date = IcuPattern(locale, UDAT_NONE, UDAT_SHORT);
+        const std::u16string time = IcuPattern(locale, UDAT_SHORT, UDAT_NONE);
+        if (!IsPlain(date) || !IsPlain(time) || date.find(u' ') != std::u16string::npos)
+            continue;
+        ++plainLocales;
+        const ScopedEnvironment environment("LC_ALL", locale);
+        EXPECT_EQ(DateFormat(), std::wstring(date.begin(), date.end()) + L" " +
+                                    std::wstring(time.begin(), time.end()))
+            << locale;
+    }
+    EXPECT_GT(plainLocales, 50);
+}
+
+TEST(LocalesIcuTest, QuotedTextsLeaveOneSpaceInTheTime)
+{
+    for (const std::string& locale : AvailableLocales()) {
+        const ScopedEnvironment environment("LC_ALL", locale);
+        const std::wstring format = DateFormat();
+        EXPECT_EQ(format.find(L"  "), std::wstring::npos) << locale;
+        EXPECT_EQ(format.find(L'\''), std::wstring::npos) << locale;
+    }
+}
+
+// The text without those of the halves of the day.
+std::wstring WithoutDayHalves(TString<wchar_t> text)
+{
+    wxString morning;
+    wxString afternoon;
+    wxDateTime::GetAmPmStrings(&morning, &afternoon);
+    for (const wxString& half : {morning, afternoon}) {
+        if (!half.empty())
+            text.Replace(half.ToStdWstring(), L"");
+    }
+    return text;
+}
+
+TEST(LocalesIcuTest, NoLetterOfAPatternStaysInATextOfAnyLocale)
+{
+    const ScopedTimeZone zone("UTC");
+    for (const std::string& locale : AvailableLocales()) {
+        const ScopedEnvironment environment("LC_ALL", locale);
+        for (const unsigned int hour : {7u, 17u}) {
+            TString<wchar_t> text;
+            DateTime(2009, 3, 5, hour, 4, 9).GetString(text);
+            for (const wchar_t character : WithoutDayHalves(text))
+                EXPECT_FALSE(std::iswalpha(static_cast<std::wint_t>(character)))
+                    << locale << ": " << std::string(text.begin(), text.end());
+        }
+    }
+}
+
+} // namespace
+} // namespace Toolkit
