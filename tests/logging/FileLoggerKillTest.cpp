@@ -53,9 +53,9 @@ std::string Piece(std::size_t thread, long number)
     std::abort();
 }
 
-// Walks along the pieces in `text`. Returns what is left behind the last whole one; nothing when a
+// Walks along the pieces in `text`. Returns what is left after the last whole one; nothing when a
 // piece is out of order.
-std::optional<std::string> RestBehindWholePieces(const std::string& text)
+std::optional<std::string> RestAfterWholePieces(const std::string& text)
 {
     std::array<long, c_threads> next{};
     std::size_t at = 0;
@@ -112,7 +112,7 @@ TEST_F(FileLoggerKillTest, FileHoldsWholePiecesInOrder)
 
         const std::string text = ReadWholeFile(Path());
         EXPECT_GE(text.size(), drained);
-        const std::optional<std::string> rest = RestBehindWholePieces(text);
+        const std::optional<std::string> rest = RestAfterWholePieces(text);
         ASSERT_TRUE(rest.has_value());
         // Between two pages that one piece lies across the kernel may take the signal, which no
         // order of writes can prevent: it did in about one of twenty-five logs of a writer that

@@ -166,6 +166,29 @@ TEST_F(FileLoggerLockTest, LastLoggerOfAProcessGivesUpTheLock)
     EXPECT_TRUE(CanBeLocked());
 }
 
+TEST_F(FileLoggerLockTest, ForkedChildKeepsNeitherFileNorLock)
+{
+    auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
+    EXPECT_NE(logger->GetPath(c_noLimit), L"");
+    int end[2];
+    ASSERT_EQ(::pipe(end), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        char byte = 0;
+        ::close(end[1]);
+        ::_exit(::read(end[0], &byte, 1) == 0 ? 0 : 1);
+    }
+    ::close(end[0]);
+
+    EXPECT_FALSE(CanBeLocked());
+    logger.reset();
+    EXPECT_TRUE(CanBeLocked());
+    ::close(end[1]);
+    int status = -1;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
 TEST_F(FileLoggerLockTest, RemovedFileIsNotWrittenTo)
 {
     OtherProcess other(Name());

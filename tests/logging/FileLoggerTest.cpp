@@ -36,7 +36,7 @@ constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
 class FileLoggerTest : public Testing::LogFileTest {
 protected:
-    // Waits until the writer has written `expected` and stands at `position`.
+    // Waits until the writer has written `expected` and is at `position`.
     void AwaitFile(const std::string& expected, long position) const
     {
         Await([&] {

@@ -21,8 +21,8 @@
 
 namespace Toolkit::Testing {
 
-/// What a `FileLogger` needs: a path manager whose directories are the test's own, and a name that
-/// nobody else uses in the temporary directory, where what bears it is removed in the end.
+/// What a `FileLogger` needs: a path manager with directories of the test's own, and a name that no
+/// other test uses in the temporary directory. Files of that name are removed at the end.
 class LogFileTest : public testing::Test {
 protected:
     LogFileTest() : m_homeVariable("HOME", m_home.Path().native())
@@ -59,7 +59,7 @@ private:
     const ScopedEnvironment m_homeVariable;
 };
 
-/// Asks until `condition` holds; a test that waits for two minutes has failed.
+/// Polls until `condition` holds; the test fails after two minutes.
 inline void Await(const std::function<bool()>& condition)
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
@@ -69,7 +69,7 @@ inline void Await(const std::function<bool()>& condition)
     }
 }
 
-/// What the system tells about an open file of this process.
+/// What the system reports about an open file of this process.
 struct OpenFile {
     long position = -1; ///< -1 when the file is not open.
     unsigned int flags = 0;
@@ -89,7 +89,7 @@ inline OpenFile FindOpenFile(const std::filesystem::path& path)
     return file;
 }
 
-/// Lets no file be opened while it lives.
+/// While it exists, no file can be opened.
 class NoDescriptors {
 public:
     NoDescriptors()
