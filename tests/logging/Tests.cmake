@@ -15,4 +15,5 @@ toolkit_private_test(
 toolkit_private_test(
     logging/LogPieceQueueTest.cpp logging/LogPieceChunk.cpp logging/LogPieceQueue.cpp
 )
+toolkit_test(logging/ProcessLoggerTest.cpp)
 toolkit_test(logging/WxLogForwarderTest.cpp)

@@ -104,3 +104,6 @@ if(BUILD_SHARED_LIBS)
                 "TOOLKIT_TEST_PROCESS_END_PLUG_INS=${plug_ins}"
     )
 endif()
+
+toolkit_test(module/ForkTest.cpp)
+toolkit_test_program(ForkTest TOOLKIT_TEST_FORK_PROGRAM module/ForkProgram.cpp)

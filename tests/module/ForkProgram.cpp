@@ -1,0 +1,185 @@
+// What a forked child of a busy process may use:
+//
+//     ForkProgram operation children
+//
+// Two threads do the operation again and again. Meanwhile children are forked; each does it as well
+// and ends. Prints how many of them hung or crashed.
+
+#include "toolkit/core/smart_ptr.h"
+#include "toolkit/datetime/DateTime.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/TextFile.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/Log.h"
+#include "toolkit/module/LibModuleManager.h"
+#include "toolkit/regExp/RegExp.h"
+#include "toolkit/system/SystemInfo.h"
+#include "toolkit/threading/EventNotifier.h"
+#include "toolkit/threading/Thread.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace Toolkit;
+
+namespace {
+
+constexpr unsigned int c_longestChildS = 3;
+
+class Listener {
+public:
+    void OnEvent() { ++m_events; }
+
+private:
+    int m_events = 0;
+};
+
+class Notifier : public EventNotifier<Listener> {
+public:
+    Notifier() { AddListener(new Listener()); }
+    void Send()
+    {
+        Notify([](Listener& listener) { listener.OnEvent(); });
+    }
+};
+
+class Worker : public Thread {
+public:
+    ~Worker() override { Wait(); }
+
+private:
+    int DoWork() override { return 0; }
+};
+
+void UseText()
+{
+    std::vector<TString<wchar_t>> tokens;
+    TString<wchar_t>(L"one,two,three").GetTokens(L",", tokens, false);
+    UTF8::ToUTF8(tokens.back() + L" and a text that needs memory");
+}
+
+void CopyPointer()
+{
+    static const smart_ptr<int> shared = new int(7);
+    const smart_ptr<int> copy = shared; // NOLINT
+    const smart_ptr<int> own = new int(7);
+}
+
+void LockOwn()
+{
+    Mutex mutex(false);
+    const MutexLocker locker(mutex, MutexInternal::Infinite);
+}
+
+void LockShared()
+{
+    static Mutex mutex(false);
+    const MutexLocker locker(mutex, MutexInternal::Infinite);
+}
+
+void MatchPattern()
+{
+    RegExp pattern("(a+)(b*)", RegExpOptions::None);
+    pattern.Match("xxaaab");
+}
+
+void FormatDate()
+{
+    TString<wchar_t> text;
+    DateTime().GetIsoString(text, false);
+}
+
+void ReadFile()
+{
+    TextFile file;
+    file.Open(L"/etc/passwd");
+}
+
+void StartProgram()
+{
+    SystemInfo::StartProcess(L"/bin/true", L"", true);
+}
+
+void Log()
+{
+    TOOLKIT_LOG(SeverityInfo) << L"text" << ILogger::c_strLogToken3;
+}
+
+void SendEvent()
+{
+    static Notifier notifier;
+    notifier.Send();
+}
+
+void RunThread()
+{
+    Worker worker;
+    worker.Run();
+}
+
+void DoNothing() {}
+
+const std::map<std::string, void (*)()> c_operations = {
+    {"exit", DoNothing},         {"text", UseText},
+    {"pointer", CopyPointer},    {"lock of its own", LockOwn},
+    {"shared lock", LockShared}, {"pattern", MatchPattern},
+    {"date", FormatDate},        {"file", ReadFile},
+    {"program", StartProgram},   {"log", Log},
+    {"notifier", SendEvent},     {"thread", RunThread},
+};
+
+[[noreturn]] void RunChild(void (*operation)(), bool exits)
+{
+    ::alarm(c_longestChildS);
+    operation();
+    if (exits)
+        std::exit(0);
+    ::_exit(0);
+}
+
+// Returns whether a child hung or crashed.
+bool Fails(pid_t child)
+{
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return status != 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const auto found = c_operations.find(argc > 2 ? argv[1] : "");
+    if (found == c_operations.end())
+        return 1;
+    LibModuleManager::GetInstance()->Initialize(true);
+    const std::string directory = std::getenv("TMPDIR");
+    ILogger::SetLogger(new FileLogger(
+        SeverityVerbose, L".." + std::wstring(directory.begin(), directory.end()) + L"/fork",
+        1 << 20));
+    const bool exits = found->first == "exit";
+    const auto busy = exits ? Log : found->second;
+    for (int i = 0; i < 2; ++i)
+        std::thread([busy] {
+            for (;;)
+                busy();
+        }).detach();
+
+    int failures = 0;
+    for (int i = std::atoi(argv[2]); i > 0; --i) {
+        ::usleep(static_cast<useconds_t>(i % 7) * 100);
+        const pid_t child = ::fork();
+        if (child == 0)
+            RunChild(found->second, exits);
+        failures += Fails(child) ? 1 : 0;
+    }
+    std::printf("%d\n", failures);
+    std::fflush(stdout);
+    std::_Exit(0);
+}

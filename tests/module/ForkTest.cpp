@@ -1,0 +1,61 @@
+#include "support/RunProgram.h"
+#include "support/ScopedEnvironment.h"
+#include "support/Soak.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Toolkit {
+namespace {
+
+using Testing::Covered;
+using Testing::RunProgram;
+using Testing::ScopedEnvironment;
+using Testing::SoakRounds;
+using Testing::TempDir;
+
+// How many of the children of a busy process hang or crash when they do the same as its threads.
+int Failures(const std::string& operation, int children)
+{
+    const TempDir directory;
+    const ScopedEnvironment home("HOME", directory.Path());
+    const ScopedEnvironment temporary("TMPDIR", directory.Path());
+    const std::string output =
+        RunProgram(TOOLKIT_TEST_FORK_PROGRAM, {operation, std::to_string(children)}).output;
+    const int failures = output.empty() ? children : std::stoi(output);
+    Covered(operation + ": " + std::to_string(failures) + " of " + std::to_string(children) +
+            " children fail");
+    return failures;
+}
+
+class ForkedChildTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(ForkedChildTest, MayUse)
+{
+    EXPECT_EQ(Failures(GetParam(), SoakRounds(20, 1000)), 0);
+}
+
+// What docs/fork.md allows.
+INSTANTIATE_TEST_SUITE_P(Allowed, ForkedChildTest,
+                         testing::Values("exit", "text", "pointer", "lock of its own", "pattern",
+                                         "program"),
+                         [](const auto& operation) {
+                             std::string name = operation.param;
+                             std::replace(name.begin(), name.end(), ' ', '_');
+                             return name;
+                         });
+
+// What it does not allow: only counted, for the table there.
+TEST(ForkedChildCountTest, CountsWhatFails)
+{
+    const int children = SoakRounds(0, 50);
+    if (children == 0)
+        GTEST_SKIP() << "script/soak counts";
+    for (const char* const operation : {"shared lock", "date", "file", "log", "notifier", "thread"})
+        Failures(operation, children);
+}
+
+} // namespace
+} // namespace Toolkit
