@@ -7,6 +7,7 @@ toolkit_test(ipc/IPCServiceTest.cpp)
 toolkit_private_test(
     ipc/SessionTest.cpp
     base/FileDescriptor.cpp
+    base/OwnDescriptor.cpp
     base/ShortenName.cpp
     base/Utf8.cpp
     ipc/Protocol.cpp
