@@ -21,13 +21,13 @@ constexpr long long c_msPerSecond = 1000;
 constexpr long long c_msPerMinute = 60 * c_msPerSecond;
 constexpr long long c_msPerHour = 60 * c_msPerMinute;
 
-// A moment behind it has no number.
+// No moment after this one has a number.
 constexpr long long c_lastMs = std::numeric_limits<long long>::max();
 
 constexpr CalendarTime c_noTime{0, 0, 0, 0, 0, 0};
 
-// Milliseconds since 1970; the framework's own seconds know no time before that. Without a date the
-// smallest number, which is what the framework holds but does not give away.
+// Milliseconds since 1970, also before 1970, where wxDateTime::GetTicks() fails. An invalid date
+// gives the smallest number, as wxDateTime stores it.
 long long MsOf(const wxDateTime& value)
 {
     return value.IsValid() ? value.GetValue().GetValue() : std::numeric_limits<long long>::min();
@@ -49,7 +49,7 @@ wxDateTime FromSeconds(long long seconds)
     return FromMs(seconds * c_msPerSecond);
 }
 
-// Fields are zero when there is no date.
+// Returns zeros for an invalid date.
 CalendarTime FieldsOf(const wxDateTime& value, bool utc)
 {
     if (!value.IsValid())
@@ -57,7 +57,7 @@ CalendarTime FieldsOf(const wxDateTime& value, bool utc)
     return utc ? UtcOfSeconds(SecondsOf(value)) : LocalOfSeconds(SecondsOf(value));
 }
 
-// Day, hour, minute and second are numbers of 16 bits for the calendar.
+// The constructors truncate these fields to 16 bits.
 CalendarTime CutTo16Bits(const CalendarTime& time)
 {
     const auto cut = [](long long value) {
@@ -94,7 +94,7 @@ LocaleText::DayHalves DayHalvesOfLocale()
     return {Framework::ToText(morning), Framework::ToText(afternoon)};
 }
 
-// False without the user's pattern.
+// Returns false if the user's pattern is unavailable.
 bool AppendDate(TString<wchar_t>& out, const CalendarTime& time)
 {
     TString<wchar_t> pattern;
@@ -104,7 +104,7 @@ bool AppendDate(TString<wchar_t>& out, const CalendarTime& time)
     return true;
 }
 
-// False without the user's pattern.
+// Returns false if the user's pattern is unavailable.
 bool AppendTime(TString<wchar_t>& out, const CalendarTime& time)
 {
     TString<wchar_t> pattern;
@@ -114,7 +114,7 @@ bool AppendTime(TString<wchar_t>& out, const CalendarTime& time)
     return true;
 }
 
-// Null, which counts as an invalid date, when there is no memory.
+// Returns null when out of memory, which counts as an invalid date.
 std::unique_ptr<wxDateTime> Make(const wxDateTime& value)
 {
     return Base::ResultOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
@@ -126,7 +126,7 @@ long long Signed(unsigned int count)
     return static_cast<int>(count);
 }
 
-// Calls `append` with `out` emptied. The text stays empty when that fails, or runs out of memory.
+// Empties `out` and calls `append`. `out` is empty if that fails or runs out of memory.
 template <typename Char, typename Append>
 void MakeText(TString<Char>& out, Append append)
 {
@@ -162,7 +162,7 @@ DateTime& DateTime::operator=(const DateTime& other)
 
 DateTime::~DateTime() = default;
 
-// An invalid date when there was no memory for one.
+// Returns an invalid date if there was no memory for the value.
 const wxDateTime& DateTime::Value() const
 {
     return m_value ? *m_value : wxDefaultDateTime;
@@ -345,7 +345,7 @@ DateTime& DateTime::Remove(unsigned int years, unsigned int months, unsigned int
     return AddSpan(-(Signed(years) * 12 + Signed(months)), -(Signed(weeks) * 7 + Signed(days)));
 }
 
-// A result that no calendar has is invalid.
+// A result outside the calendar is invalid.
 DateTime& DateTime::AddSpan(long long months, long long days)
 {
     if (!IsValid())

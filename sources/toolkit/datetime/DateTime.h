@@ -12,25 +12,26 @@ namespace Toolkit {
 
 /// A moment, read and written in the local time zone.
 ///
-/// A date made of fields that are out of range is invalid: its fields read 0 and operations leave
-/// it as it is. One object is used by one thread at a time. Nothing is thrown or logged. When out
-/// of memory a text is empty, and a date that is made is invalid.
+/// A date built from fields that are out of range is invalid: its fields read 0, and operations do
+/// not change it. Years from -292275054 to 292278993 are valid, as far as 64 bits of milliseconds
+/// go. One object is used by one thread at a time. Nothing is thrown or logged. When out of
+/// memory, a string is empty and a new date is invalid.
 class TOOLKIT_API DateTime {
 public:
     /// The current moment.
     DateTime();
-    /// Local time. Months and days count from 1; day, hour, minute and second are cut to 16 bits
-    /// before they are looked at.
+    /// Local time. Months and days count from 1. Day, hour, minute and second are truncated to 16
+    /// bits before they are checked.
     DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
              unsigned int minute, unsigned int second);
-    /// The time of a clock that is `zoneHours` hours, -12 to 13, ahead of Greenwich.
+    /// The time on a clock that is `zoneHours` hours ahead of UTC, from -12 to 13.
     DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
              unsigned int minute, unsigned int second, int zoneHours);
     DateTime(const DateTime& other);
     DateTime& operator=(const DateTime& other);
     ~DateTime();
 
-    /// Takes the current moment, in whole seconds.
+    /// Sets the current moment, in whole seconds.
     void Now();
 
     unsigned int GetYear() const;
@@ -41,50 +42,51 @@ public:
     unsigned int GetSecond() const;
     bool IsValid() const;
 
-    /// Moves the moment such that its local time is what UTC was, or back. Clocks that are put
-    /// forward skip an hour: a time in it cannot be shown and moves on by that hour.
+    /// Shifts the moment so that its local time reads what UTC read, or back. A local time that
+    /// daylight saving skips moves on by the hour skipped.
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
-    /// "2009-03-07", of the local date or of that in UTC.
+    /// Writes "2009-03-07", the local date or the date in UTC.
     void GetIsoDate(TString<wchar_t>& out, bool utc) const;
-    /// "07:04:09", and "07:04:09 Z" for UTC.
+    /// Writes "07:04:09", or "07:04:09 Z" for UTC.
     void GetIsoTime(TString<wchar_t>& out, bool utc) const;
-    /// Date, blank and time.
+    /// Writes the date, a space and the time.
     void GetIsoString(TString<wchar_t>& out, bool utc) const;
     void GetIsoString(TString<char>& out, bool utc) const;
 
-    /// Reads year, month, day, hour, minute and second, separated by any one character each, as
-    /// local time, or as UTC when a blank (or any other character) and a Z follow. A Z directly
-    /// behind the seconds is taken for a separator: the text is local time. False when that is no
-    /// date; the value is invalid then.
+    /// Parses year, month, day, hour, minute and second, each separated by any one character. The
+    /// time is local, or UTC when a space (or any other character) and a Z follow. A Z directly
+    /// after the seconds counts as a separator, so the time is local. Returns false when the
+    /// result is no date; the value is invalid then.
     bool ParseIsoString(const TString<wchar_t>& text);
     bool ParseIsoString(const TString<char>& text);
 
-    /// The date, or the time, in the user's short pattern (`Locales::GetCurrentDateFormat`), with
-    /// numbers of two digits. Times come without seconds. In patterns of twelve hours noon and
-    /// midnight are 12 and 00 in the morning.
+    /// Writes the date, or the time, in the user's short pattern
+    /// (`Locales::GetCurrentDateFormat`), with two-digit numbers. Times have no seconds. In
+    /// twelve-hour patterns noon is 12 AM and midnight 00 AM.
     void GetDate(TString<wchar_t>& out) const;
     void GetTime(TString<wchar_t>& out) const;
-    /// Date, blank and time.
+    /// Writes the date, a space and the time.
     void GetString(TString<wchar_t>& out) const;
-    /// The time alone when the date is that of now, otherwise the date alone.
+    /// Writes only the time if the date is today, otherwise only the date.
     void GetRelativeStringFromNow(TString<wchar_t>& out) const;
 
-    /// The digits of `value`, with zeros in front up to `width` characters: -5 in 4 gives "00-5".
+    /// Returns `value` in decimal, padded with zeros on the left to `width` characters: -5 with 4
+    /// gives "00-5".
     TString<wchar_t> IntToUString(int value, int width) const;
 
-    /// Moves the moment by a length of time.
+    /// Adds a duration.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
-    /// Moves the date by years and months, to the last day of a month that is too short, and then
-    /// by weeks and days. The local time of day stays. The numbers are signed 32-bit numbers, as in
-    /// wxDateSpan: 4294967295 years are one year back.
+    /// Adds years and months, clamped to the last day of a shorter month, and then weeks and days.
+    /// The local time of day stays. The numbers are read as signed, as in wxDateSpan: 4294967295
+    /// years are -1 year.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
 
-    /// How much later than `other` this is, in whole units; 0 without another valid date. Seconds
-    /// are cut to 32 bits.
+    /// Returns how much later this is than `other`, in whole units; 0 if either is no valid date.
+    /// Seconds are truncated to 32 bits.
     int GetTotalHours(const smart_ptr<DateTime>& other) const;
     int GetTotalMinutes(const smart_ptr<DateTime>& other) const;
     long GetTotalSecondes(const smart_ptr<DateTime>& other) const;

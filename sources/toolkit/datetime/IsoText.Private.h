@@ -3,10 +3,10 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
 
-/// Dates and times as text for storage and exchange.
+/// Dates and times as strings for storage and exchange.
 namespace Toolkit::IsoText {
 
-/// Appends "2009-03-07"; the year has two digits at least.
+/// Appends "2009-03-07"; the year has at least two digits.
 void AppendDate(std::wstring& out, const CalendarTime& time);
 
 /// Appends "07:04:09".
@@ -17,8 +17,8 @@ struct Parsed {
     bool isUtc;
 };
 
-/// Reads six numbers, as a standard stream does, each with one character of any kind behind it, and
-/// then a zone character: Z is UTC.
+/// Reads six numbers as a standard stream does, each followed by any one character, and then a
+/// zone character: Z means UTC.
 Parsed Parse(const std::wstring& text);
 
 } // namespace Toolkit::IsoText

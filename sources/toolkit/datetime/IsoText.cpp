@@ -7,15 +7,14 @@
 namespace Toolkit::IsoText {
 namespace {
 
-// Reads like a standard stream under the classic locale, and like it reads nothing more once a read
-// has failed.
+// Reads like a standard stream in the classic locale: after a failed read it reads nothing more.
 class Reader {
 public:
     explicit Reader(const std::wstring& text) : m_at(text.data()), m_end(text.data() + text.size())
     {
     }
 
-    // A number of 32 bits with an optional sign; -1 when there is none.
+    // Returns a 32-bit number with an optional sign; -1 when there is none.
     long long ReadNumber()
     {
         constexpr long long missing = -1;
@@ -42,7 +41,7 @@ public:
             ++m_at;
     }
 
-    // The next character that is no white space; a blank when there is none.
+    // Returns the next character that is not white space; a space when there is none.
     wchar_t ReadCharacter()
     {
         SkipSpace();
@@ -66,7 +65,7 @@ private:
     bool m_hasFailed = false;
 };
 
-// Two digits at least.
+// At least two digits.
 void AppendNumber(std::wstring& out, long long value)
 {
     const Base::NumberText<wchar_t> digits(value);

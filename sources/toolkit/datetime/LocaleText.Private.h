@@ -3,24 +3,24 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
 
-/// Dates and times in patterns that hold a date, a blank and a time.
+/// Dates and times in patterns of a date, a space and a time.
 namespace Toolkit::LocaleText {
 
-/// The texts of a locale for the halves of the day; empty where it has none.
+/// A locale's strings for AM and PM; empty where it has none.
 struct DayHalves {
     TString<wchar_t> morning;
     TString<wchar_t> afternoon;
 };
 
-/// `pattern` with its date tokens replaced, up to the first blank.
+/// Returns `pattern` up to its first space, with the date tokens replaced.
 TString<wchar_t> FormatDate(TString<wchar_t> pattern, const CalendarTime& time);
 
-/// `pattern` with its time tokens replaced, behind the first blank. `getDayHalves` is called for
-/// patterns of twelve hours.
+/// Returns `pattern` after its first space, with the time tokens replaced. `getDayHalves` is
+/// called for twelve-hour patterns.
 TString<wchar_t> FormatTime(TString<wchar_t> pattern, const CalendarTime& time,
                             DayHalves (*getDayHalves)());
 
-/// The digits of `value` with zeros in front up to `width` characters.
+/// Returns `value` in decimal, padded with zeros on the left to `width` characters.
 TString<wchar_t> PaddedNumber(long long value, int width);
 
 } // namespace Toolkit::LocaleText

@@ -24,8 +24,7 @@ bool Contains(const TString<wchar_t>& text, const TString<wchar_t>& part)
     return text.find(part) != std::wstring::npos;
 }
 
-// Puts `replacement` in the place of each "a" that the pattern holds, and not of those that the
-// replacement brings along.
+// Replaces each "a" of the pattern, but not those that `replacement` contains.
 void ReplaceDayHalfTokens(TString<wchar_t>& pattern, const TString<wchar_t>& replacement)
 {
     TString<wchar_t> result;
@@ -38,8 +37,8 @@ void ReplaceDayHalfTokens(TString<wchar_t>& pattern, const TString<wchar_t>& rep
     pattern = std::move(result);
 }
 
-// Marks the half of the day, in the place that the pattern has for it or at its end. A locale
-// without a text for it leaves the pattern's own "a", or the blank.
+// Inserts AM or PM where the pattern has its token, or at the end. If the locale has no string for
+// it, the token "a", or the space, stays.
 void MarkDayHalf(TString<wchar_t>& pattern, const TString<wchar_t>& text)
 {
     if (!Contains(pattern, L"a"))
@@ -48,7 +47,7 @@ void MarkDayHalf(TString<wchar_t>& pattern, const TString<wchar_t>& text)
         ReplaceDayHalfTokens(pattern, text);
 }
 
-// Replaces the hour of twelve. Noon and midnight count as 12 and 0 in the morning.
+// Replaces the twelve-hour token. Noon is 12 AM and midnight 0 AM.
 void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayHalves& halves)
 {
     const bool isAfternoon = hour > c_noon;
@@ -70,7 +69,7 @@ TString<wchar_t> PaddedNumber(long long value, int width)
 
 TString<wchar_t> FormatDate(TString<wchar_t> pattern, const CalendarTime& time)
 {
-    // Longer tokens come first; a run of three letters becomes its number twice over.
+    // Longer tokens come first; a run of three letters becomes the number twice.
     const std::pair<const wchar_t*, TString<wchar_t>> tokens[] = {
         {L"dd", TwoDigits(time.day)},
         {L"%d", TwoDigits(time.day)},
@@ -92,7 +91,7 @@ TString<wchar_t> FormatTime(TString<wchar_t> pattern, const CalendarTime& time,
 {
     long long hour = time.hour;
     pattern.Replace(L"HH", TwoDigits(hour));
-    // Two letters stand for the hour of 24 as well, and so there is no half of the day to mark.
+    // "hh" is the 24-hour value too, so no AM or PM follows.
     pattern.Replace(L"hh", TwoDigits(hour));
     pattern.Replace(L"mm", TwoDigits(time.minute));
     pattern.Replace(L"m", TwoDigits(time.minute));
@@ -105,8 +104,8 @@ TString<wchar_t> FormatTime(TString<wchar_t> pattern, const CalendarTime& time,
     const TString<wchar_t> clock = TwoDigits(hour) + L":" + TwoDigits(time.minute);
     pattern.Replace(L"%T", clock);
     pattern.Replace(L"%R", clock);
-    const std::size_t blank = pattern.find(L' ');
-    return blank == std::wstring::npos ? pattern : TString<wchar_t>(pattern.substr(blank + 1));
+    const std::size_t space = pattern.find(L' ');
+    return space == std::wstring::npos ? pattern : TString<wchar_t>(pattern.substr(space + 1));
 }
 
 } // namespace Toolkit::LocaleText

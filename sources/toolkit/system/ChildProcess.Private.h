@@ -6,8 +6,8 @@
 
 namespace Toolkit {
 
-/// A program to be started. Its arguments are made ready before the process is split: in the child
-/// of a process with several threads nothing may be allocated.
+/// A program to start. Its arguments are prepared before fork(2), because the child of a
+/// multithreaded process must not allocate.
 class ChildProcess {
 public:
     ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments);

@@ -24,7 +24,7 @@ int WaitForEnd(pid_t child)
 
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
-    // In forms that throw: a program must not be started without what it is to do.
+    // Converts with functions that throw: a program must not start with arguments missing.
     m_texts.push_back(Base::EncodeUtf8(path));
     for (const std::wstring_view token : Base::TokenizeCommandLine(
              arguments, Base::c_commandLineSeparators, Base::c_commandLineQuote))
@@ -45,9 +45,8 @@ int ChildProcess::Start(bool wait) const
     return wait ? WaitForEnd(child) : child;
 }
 
-// Calls only what is safe between fork() and execv() in a process with several threads. The
-// parent's destructors and buffers are none of the child's business, so it does not leave by
-// exit().
+// Calls only async-signal-safe functions. Leaves with _exit(), so that the parent's destructors
+// and buffers do not run twice.
 void ChildProcess::ExecuteInChild() const
 {
     CloseInheritedDescriptorsOnExec();

@@ -2,8 +2,8 @@
 
 namespace Toolkit {
 
-/// Has every descriptor but standard input, output and error closed when the process executes
-/// another program. Safe between fork(2) and execv(3).
+/// Marks every descriptor except standard input, output and error as close-on-exec. Safe between
+/// fork(2) and execv(3).
 void CloseInheritedDescriptorsOnExec();
 
 } // namespace Toolkit

@@ -15,7 +15,7 @@ struct Releaser {
 template <typename Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Releaser>;
 
-// Nothing when the pattern cannot be expressed in ASCII or does not fit.
+// Returns an empty pattern when it cannot be expressed in ASCII or does not fit.
 TString<wchar_t> Pattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
 {
     const Owned<CFLocaleRef> locale(CFLocaleCopyCurrent());

@@ -8,16 +8,16 @@
 #include <memory>
 #include <string>
 
-// ICU's headers rename its functions by its version; this is a function's new name as a text.
+// ICU's headers append its version to every function name. This is such a name as a string.
 #define TOOLKIT_TEXT_OF(name) #name
 #define TOOLKIT_SYMBOL_OF(function) TOOLKIT_TEXT_OF(function)
 
 namespace Toolkit::LocalePatterns {
 namespace {
 
-// The functions of ICU that are needed here. Loading ICU is a sixth of the start of a whole
-// program, so whoever asks for the first pattern does it, and nobody else. It is never unloaded.
-// Without it the patterns are those of the United States.
+// The ICU functions needed here. Loading ICU takes a sixth of the start of a whole program, so the
+// first request for a pattern loads it. It is never unloaded. Without it the patterns are those of
+// the United States.
 struct Icu {
     template <typename Function>
     void Find(Function*& function, const char* symbol) const
@@ -46,8 +46,8 @@ bool IsAsciiLetterOrDigit(char character)
            (character >= 'a' && character <= 'z');
 }
 
-// Whether ICU can take `name`: it crashes over one that begins with a long word, and takes one that
-// begins with no word for its own default.
+// Whether ICU can handle `name`: it crashes on a long first word, and treats an empty first word
+// as its own default.
 bool IsLocaleName(const std::string& name)
 {
     constexpr std::size_t longestName = 100;
@@ -63,9 +63,9 @@ bool IsLocaleName(const std::string& name)
     return name.size() <= longestName && name.front() != '_' && name.front() != '-';
 }
 
-// The locale that the environment names, in the library's own form: "de_AT" for "de_AT.UTF-8@euro".
-// ICU's default does not look at LC_TIME, and takes an empty LC_ALL for a name. The root stands for
-// names that no locale can have.
+// The locale that the environment names, in ICU's form: "de_AT" for "de_AT.UTF-8@euro". ICU's own
+// default ignores LC_TIME and treats an empty LC_ALL as a name. Names that no locale can have give
+// the root locale.
 std::string UserLocale()
 {
     for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -98,7 +98,7 @@ std::u16string Pattern(UDateFormatStyle time, UDateFormatStyle date)
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-// Newer locale data write no-break spaces into patterns, and marks that only set a direction.
+// Newer locale data have no-break spaces and direction marks in their patterns.
 TString<wchar_t> PlainText(const std::u16string& pattern)
 {
     TString<wchar_t> text;

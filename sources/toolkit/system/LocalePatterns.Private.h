@@ -5,12 +5,12 @@
 /// The patterns of dates and times in the user's locale.
 namespace Toolkit::LocalePatterns {
 
-/// What the platform tells; empty when it tells nothing.
+/// The pattern that the platform reports; empty when it reports none.
 TString<wchar_t> ShortDate();
 TString<wchar_t> ShortTime();
 
-/// Joins the two patterns by a blank. A pattern that holds anything outside ASCII, or does not fit
-/// into the 255 characters that are kept for it, is left out.
+/// Joins the two patterns with a space. A pattern that contains anything outside ASCII, or is
+/// longer than 255 characters, is left out.
 TString<wchar_t> Compose(const TString<wchar_t>& date, const TString<wchar_t>& time);
 
 } // namespace Toolkit::LocalePatterns

@@ -8,18 +8,19 @@ namespace Toolkit {
 /// The user's regional settings. Any thread may call the operations; nothing is thrown or logged.
 class TOOLKIT_API Locales {
 public:
-    /// Sets `result` to "." and returns false, whatever the locale: false tells that the separator
-    /// is a fixed one.
+    /// Sets `result` to "." and returns false in every locale. False means that the separator is a
+    /// fixed fallback.
     static bool GetDecimalSeparator(TString<wchar_t>& result);
 
-    /// Sets `format` to the short date pattern of the user's locale, one blank, and its short time
-    /// pattern, in the token syntax of Unicode Technical Standard 35: "M/d/yy h:mm a" for English
-    /// in the United States. A pattern that holds anything outside ASCII, or is longer than 255
-    /// characters, is left out; the blank stays. True, unless memory runs out: `format` is empty
-    /// then.
+    /// Sets `format` to the short date pattern of the user's locale, one space, and its short time
+    /// pattern, in the token syntax of Unicode Technical Standard 35: "M/d/yy h:mm a" for US
+    /// English. A pattern that contains anything outside ASCII, or is longer than 255 characters,
+    /// is left out; the space stays. Returns true; when out of memory, returns false and `format`
+    /// is empty.
     ///
-    /// On Linux the locale is the one that the first of LC_ALL, LC_TIME and LANG names that is not
-    /// empty; patterns come without quoted texts, and date patterns without blanks.
+    /// On Linux the first of LC_ALL, LC_TIME and LANG that is not empty names the locale. Quoted
+    /// text, eras, and spaces inside the date pattern are removed; a lone H is widened to HH, a
+    /// lone y to yyyy, and a period of the day (B) becomes a half of the day (a).
     static bool GetCurrentDateFormat(TString<wchar_t>& format);
 };
 

@@ -7,5 +7,5 @@ bool MacInitCocoa()
 
 MacAutoreleasePool::MacAutoreleasePool() : m_pool(nullptr) {}
 
-// Where there are pools the destructor has work to do, so it is no trivial one here either.
+// Not trivial, like the destructor on macOS: the binary interface stays the same.
 MacAutoreleasePool::~MacAutoreleasePool() {}

@@ -2,12 +2,12 @@
 
 #include "toolkit/core/Export.h"
 
-/// Loads what a process that is not packaged as an application needs to use the desktop's services.
-/// True on success; elsewhere than on macOS nothing has to be loaded, and the answer is true.
+/// Loads what a process that is not packaged as an application needs to use desktop services.
+/// Returns true on success. On other systems there is nothing to load, and the result is true.
 TOOLKIT_API bool MacInitCocoa();
 
-/// Frees what the desktop's object runtime hands out while the object lives. A thread that uses
-/// that runtime has one for its lifetime. Elsewhere than on macOS it does nothing.
+/// An NSAutoreleasePool for a scope. A thread that uses the Objective-C runtime keeps one for its
+/// whole lifetime. Does nothing on other systems.
 class TOOLKIT_API MacAutoreleasePool {
 public:
     MacAutoreleasePool();
@@ -17,5 +17,5 @@ public:
     MacAutoreleasePool& operator=(const MacAutoreleasePool&) = delete;
 
 private:
-    [[maybe_unused]] void* m_pool; // outside of macOS unused, keeps the layout
+    [[maybe_unused]] void* m_pool; // unused outside macOS, keeps the layout
 };

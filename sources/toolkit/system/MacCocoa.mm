@@ -5,7 +5,7 @@
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>
 
-// Compiled without automatic reference counting, which knows no pools of this kind.
+// Compiled without automatic reference counting, which forbids NSAutoreleasePool.
 
 bool MacInitCocoa()
 {

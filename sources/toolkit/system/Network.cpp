@@ -36,11 +36,11 @@ int RemainingMs(Clock::time_point deadline)
 {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    // A negative number would wait for ever.
+    // A negative time-out would wait forever.
     return static_cast<int>(std::clamp<long long>(left, 0, std::numeric_limits<int>::max()));
 }
 
-// Waits until a connection that was begun is open or has failed.
+// Waits until a pending connection is open or has failed.
 bool FinishConnecting(int socket, Clock::time_point deadline)
 {
     pollfd waiting{socket, POLLOUT, 0};

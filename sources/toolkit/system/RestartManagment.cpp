@@ -13,14 +13,14 @@ namespace {
 
 constexpr const wchar_t* c_restartArgument = L"-restart";
 
-// The line numbers that readers of the log know the steps of a restart by.
+// Line numbers logged for the steps of a restart. Fixed, because log readers match on them.
 constexpr int c_waitingEntryLine = 51;
 constexpr int c_waitingExitLine = 101;
 constexpr int c_activateEntryLine = 114;
 constexpr int c_activateExitLine = 155;
 constexpr int c_finishEntryLine = 168;
 
-// False when out of memory: no other program is started then.
+// Returns false when out of memory; no other program is started then.
 bool GetProgramPath(TString<wchar_t>& path)
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();

@@ -6,11 +6,11 @@
 
 namespace Toolkit {
 
-/// Starts a fresh copy of the application, for one that wants to restart.
+/// Restarts the application by starting a fresh copy of it.
 ///
-/// The application ends after a successful activation. The new copy finds "-restart" on its command
-/// line, calls WaitingForPreviousProcessFinish() before it takes over and RestartProcessFinish()
-/// when it has. Each operation writes its progress to the process-wide logger.
+/// The application exits after a successful activation. The new copy finds "-restart" on its
+/// command line, calls WaitingForPreviousProcessFinish() before it takes over and
+/// RestartProcessFinish() afterwards. Each operation logs its progress to the process-wide logger.
 class TOOLKIT_API RestartManagment {
 public:
     /// An identifier for applications that need a fixed one.
@@ -20,21 +20,21 @@ public:
     virtual ~RestartManagment();
 
     /// Starts the executable of this application, named without its extension, with the argument
-    /// "-restart" and does not wait for it. True also when there is no such program: that shows
-    /// only in the new process. False when out of memory.
+    /// "-restart", and does not wait for it. Returns true even if there is no such program,
+    /// because that shows only in the new process. Returns false when out of memory.
     bool ActivateRestartProcess();
 
-    /// False at once: nothing is awaited on these systems.
+    /// Returns false at once: these systems wait for nothing.
     bool WaitingForPreviousProcessFinish();
 
-    /// False at once.
+    /// Returns false at once.
     bool RestartProcessFinish();
 
-    /// Creates the process-wide object unless there is one.
+    /// Creates the process-wide object. Does nothing when it exists.
     static void CreateInstance();
-    /// A copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<RestartManagment> GetInstance();
-    /// Lets the process-wide object go; it lives on while copies of its pointer do.
+    /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();
 
     /// Null while there is no process-wide object.

@@ -15,18 +15,19 @@ SingleApplicationInstance::SingleApplicationInstance()
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
     m_lock = std::make_unique<Base::InstanceLock>(name);
-    // Of processes that start at the same moment one has the lock, and it alone makes the file.
+    // Only the process that has the lock makes the file, so processes that start together do not
+    // race.
     if (m_lock->GetState() == Base::InstanceLock::State::HeldElsewhere)
         return;
     m_checkerFile = std::make_unique<CheckerFile>(name);
-    // A process that is not the first holds nothing.
+    // A process that is not the first holds no lock.
     if (m_checkerFile->IsHeldElsewhere())
         m_lock.reset();
 }
 
 SingleApplicationInstance::~SingleApplicationInstance()
 {
-    // The next process that has the lock must not find the file.
+    // Removed before the lock is released: the next owner of the lock must not find the file.
     m_checkerFile.reset();
 }
 

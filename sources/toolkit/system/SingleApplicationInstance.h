@@ -12,28 +12,32 @@ namespace Base {
 class InstanceLock;
 }
 
-/// Tells whether this application, installed in this place and run by this user, runs already.
+/// Reports whether this application, installed in this directory and run by this user, is already
+/// running.
 ///
-/// The lock is held as long as the object lives, by two files in the user's home directory: a lock
-/// of the system's, which decides, and the file of the framework's `wxSingleInstanceChecker`, so
-/// that programs which use that see this one and are seen. Of several processes that start at once
-/// exactly one finds itself the first, and a process that crashed leaves nothing behind that would
-/// keep others out. There has to be a `PathManager`.
+/// The object holds the lock for its lifetime, with two files in the user's home directory. A
+/// flock(2) on the first one decides. The second is the lock file of `wxSingleInstanceChecker`, so
+/// programs that use that class see this one and are seen; a file of that name with another owner,
+/// mode or content is left alone. Of several processes that start at once exactly one is the
+/// first, and a crashed process never keeps others out. On a read-only home directory an existing
+/// lock file is enough. A forked child does not hold the lock.
+///
+/// Needs a `PathManager`.
 class TOOLKIT_API SingleApplicationInstance {
 public:
     /// Takes the lock unless another process holds it.
     SingleApplicationInstance();
     ~SingleApplicationInstance();
 
-    /// Whether another process held the lock at construction; false too when no lock file can be
-    /// made.
+    /// Returns whether another process held the lock at construction; false when no lock file can
+    /// be made.
     bool IsAlreadyRunning() const;
 
-    /// Creates the process-wide object unless there is one.
+    /// Creates the process-wide object. Does nothing when it exists.
     static void CreateInstance();
-    /// A copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<SingleApplicationInstance> GetInstance();
-    /// Lets the process-wide object go; it lives on while copies of its pointer do.
+    /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();
 
     /// Null while there is no process-wide object.

@@ -13,8 +13,8 @@
 namespace Toolkit {
 namespace {
 
-// The framework's own description of the running system is no choice: it wants an application
-// object, and starts many programs to find out more than is asked for here.
+// wxPlatformInfo::Get() is no option: it needs an application object, and runs many programs to
+// find out more than this class reports.
 wxPlatformInfo DescribeThisSystem()
 {
     const Framework::Silence silence;
@@ -30,8 +30,8 @@ wxPlatformInfo DescribeThisSystem()
 
 smart_ptr<SystemInfo>* SystemInfo::s_pInstance = nullptr;
 
-// The running system is looked at when somebody asks: the framework starts programs for it, which
-// takes longer than the start of a whole application.
+// Filled lazily: wxWidgets runs programs to describe the system, which takes longer than the start
+// of a whole application.
 SystemInfo::SystemInfo() : m_platform(nullptr) {}
 
 SystemInfo::SystemInfo(const wxPlatformInfo& platform) : m_platform(&platform) {}
@@ -44,7 +44,7 @@ const wxPlatformInfo& SystemInfo::Description() const
     return thisSystem;
 }
 
-// A number of the description; `failure` when there is no memory to describe the running system.
+// Returns a number of the description, or `failure` when out of memory.
 template <typename Number>
 Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failure) const
 {
@@ -53,7 +53,7 @@ Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failur
 
 SystemInfo::Platform SystemInfo::GetPlatform() const
 {
-    // Exact identifiers: systems that are left out here belong to no family.
+    // Exact identifiers: a system that is not listed here belongs to no family.
     switch (static_cast<int>(Ask(&wxPlatformInfo::GetOperatingSystemId, wxOS_UNKNOWN))) {
     case wxOS_WINDOWS_9X:
     case wxOS_WINDOWS_NT:

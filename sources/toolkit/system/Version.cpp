@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-// Given by the build.
+// Set by the build.
 constexpr const wchar_t* c_libraryVersion = L"" TOOLKIT_VERSION;
 
 constexpr wchar_t c_separator = L'.';
@@ -30,7 +30,7 @@ Version::Version(unsigned int major, unsigned int minor, unsigned int build, uns
 
 Version::Version(const TString<wchar_t>& text) : Version()
 {
-    // Without copies of the parts, so that comparing with a text needs no memory.
+    // Copies nothing, so comparing with a string needs no memory.
     std::wstring_view rest = text;
     for (unsigned int* const part : {&m_major, &m_minor, &m_build, &m_revision}) {
         rest.remove_prefix(std::min(rest.find_first_not_of(c_separator), rest.size()));

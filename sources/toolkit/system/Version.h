@@ -12,8 +12,8 @@ public:
     /// 0.0.0.0
     Version();
     Version(unsigned int major, unsigned int minor, unsigned int build, unsigned int revision);
-    /// Reads up to four numbers separated by points; what is missing is 0. "2" gives 2.0.0.0, and
-    /// "1..2" gives 1.2.0.0, since empty parts do not count.
+    /// Parses up to four numbers separated by dots; missing ones are 0. "2" gives 2.0.0.0, and
+    /// "1..2" gives 1.2.0.0, because empty parts do not count.
     Version(const TString<wchar_t>& text);
 
     unsigned int GetMajor() const { return m_major; }
@@ -21,26 +21,26 @@ public:
     unsigned int GetBuild() const { return m_build; }
     unsigned int GetRevision() const { return m_revision; }
 
-    /// All four numbers separated by dots; empty without memory.
+    /// Returns all four numbers separated by dots; empty when out of memory.
     TString<wchar_t> ToString() const;
 
     bool operator==(const Version& other) const;
     bool operator<(const Version& other) const;
     bool operator>(const Version& other) const;
 
-    /// -1, 0 or 1 as this version is older than, the same as or newer than the other.
+    /// Returns -1, 0 or 1 if this version is older than, equal to or newer than the other.
     int CompareVersion(const Version& other) const;
     int CompareVersion(const TString<wchar_t>& text) const;
 
-    /// A new object with the version of this library, which the caller deletes; null without
-    /// memory.
+    /// Returns a new object with the version of this library, which the caller deletes; null when
+    /// out of memory.
     static Version* Create();
 
-    /// Creates the process-wide object unless there is one.
+    /// Creates the process-wide object. Does nothing when it exists.
     static void CreateInstance();
-    /// A copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<Version> GetInstance();
-    /// Lets the process-wide object go; it lives on while copies of its pointer do.
+    /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();
 
     /// Null while there is no process-wide object.
