@@ -35,6 +35,7 @@ bool IsInvariant(Number character)
            replaceable.find(static_cast<char>(character)) == std::string_view::npos;
 }
 
+// HasSubstring/100000: comparing at every position takes 18 times as long.
 // Rules out, without asking the locale, most characters that cannot fold to a given one. Valid
 // where the locale extends ASCII. Everything passes when the given character is not invariant, and
 // so do the characters from 0x80 to 0xFF: how they fold depends on the locale.
