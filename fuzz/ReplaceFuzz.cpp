@@ -2,6 +2,7 @@
 
 #include "toolkit/core/TString.h"
 
+#include "references/Replace.h"
 #include "support/Input.h"
 #include "support/Require.h"
 
@@ -11,12 +12,7 @@
 
 namespace {
 
-// Whether the replacement is sure to end: each one shortens the text, or moves it forward in the
-// order of texts of one length.
-bool Ends(const std::wstring& from, const std::wstring& to)
-{
-    return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));
-}
+using namespace Toolkit;
 
 // Whether a longer replacement ends: it brings no character of what it replaces.
 bool IsForeign(const std::wstring& from, const std::wstring& to)
@@ -33,12 +29,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const TString<wchar_t> from = input.Text('\n');
     const TString<wchar_t> to = input.Text('\n');
     TString<wchar_t> text = input.Text('\0');
-    if (!Ends(from, to) && !IsForeign(from, to))
+    if (!References::EndsReplacing(from, to) && !IsForeign(from, to))
         return 0;
 
     std::wstring expected = text;
-    for (std::size_t hit = 0; (hit = expected.find(from)) != std::wstring::npos;)
-        expected.replace(hit, from.size(), to);
+    References::ReplaceRepeatedly(expected, from, to);
     text.Replace(from, to);
 
     Require(text == expected);

@@ -1,6 +1,6 @@
 toolkit_fuzz_target(Base64)
 toolkit_fuzz_target(CmdLine)
-toolkit_fuzz_target(DirectorySpec)
+toolkit_fuzz_target(DirectoryMask)
 toolkit_fuzz_target(IniFile)
 toolkit_fuzz_target(Ipc)
 toolkit_fuzz_target(IsoText)

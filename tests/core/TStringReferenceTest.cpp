@@ -2,6 +2,7 @@
 
 #include "toolkit/core/TString.h"
 
+#include "references/Replace.h"
 #include "support/CompiledLocale.h"
 #include "support/RandomText.h"
 #include "support/ScopedLocale.h"
@@ -18,6 +19,8 @@
 namespace Toolkit {
 namespace {
 
+using References::EndsReplacing;
+using References::ReplaceRepeatedly;
 using Testing::CompiledLocale;
 using Testing::RandomText;
 using Testing::ScopedLocale;
@@ -95,20 +98,6 @@ bool ReferenceContains(const std::basic_string<Char>& text, const std::basic_str
     return folded(text.c_str()).find(folded(needle.c_str())) != c_none;
 }
 
-std::wstring ReferenceReplace(std::wstring text, const std::wstring& from, const std::wstring& to)
-{
-    for (std::size_t hit = text.find(from); hit != c_none; hit = text.find(from))
-        text.replace(hit, from.size(), to);
-    return text;
-}
-
-// Whether repeated replacement is sure to end: each one shortens the text, or moves it forward in
-// the order of texts of one length.
-bool Ends(const std::wstring& from, const std::wstring& to)
-{
-    return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));
-}
-
 TEST(TStringReferenceTest, TokensAreThoseOfTheReference)
 {
     RandomText random(1);
@@ -143,13 +132,15 @@ TEST(TStringReferenceTest, ReplaceIsThatOfTheReference)
         const std::wstring from = random.Text<wchar_t>(L"ab", 4);
         const std::wstring to = random.Text<wchar_t>(L"abc", 4);
         const std::wstring text = random.Text<wchar_t>(L"abc", 30);
-        if (!Ends(from, to))
+        if (!EndsReplacing(from, to))
             continue;
 
         Wide replaced(text);
         replaced.Replace(from, to);
 
-        ASSERT_EQ(replaced, ReferenceReplace(text, from, to)) << text << from << to;
+        std::wstring expected = text;
+        ReplaceRepeatedly(expected, from, to);
+        ASSERT_EQ(replaced, expected) << text << from << to;
     }
 }
 
@@ -165,7 +156,9 @@ TEST(TStringReferenceTest, ReplaceByLongerTextsIsThatOfTheReference)
         Wide replaced(text);
         replaced.Replace(from, to);
 
-        ASSERT_EQ(replaced, ReferenceReplace(text, from, to)) << text << from << to;
+        std::wstring expected = text;
+        ReplaceRepeatedly(expected, from, to);
+        ASSERT_EQ(replaced, expected) << text << from << to;
     }
 }
 

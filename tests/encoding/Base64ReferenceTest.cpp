@@ -3,6 +3,7 @@
 
 #include "toolkit/encoding/Base64.h"
 
+#include "references/Base64.h"
 #include "support/RandomText.h"
 
 #include <gtest/gtest.h>
@@ -13,57 +14,19 @@
 namespace Toolkit {
 namespace {
 
+using References::c_base64Alphabet;
+using References::ContentsOf;
+using References::DecodeBase64;
+using References::EncodeBase64;
 using Testing::RandomText;
 
 constexpr int c_rounds = 5000;
-const std::string c_alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 std::string RandomBytes(RandomText& random, std::size_t longest)
 {
     std::string bytes(random.Number<std::size_t>(0, longest), '\0');
     for (char& byte : bytes)
         byte = static_cast<char>(random.Number(0, 255));
-    return bytes;
-}
-
-std::string ReferenceEncode(const std::string& bytes)
-{
-    std::string code;
-    for (std::size_t index = 0; index < bytes.size(); index += 3) {
-        unsigned int group = 0;
-        for (std::size_t place = index; place < index + 3; ++place)
-            group =
-                group << 8 | (place < bytes.size() ? static_cast<unsigned char>(bytes[place]) : 0);
-        const std::size_t left = bytes.size() - index;
-        code += c_alphabet[group >> 18];
-        code += c_alphabet[group >> 12 & 63];
-        code += left >= 2 ? c_alphabet[group >> 6 & 63] : '=';
-        code += left >= 3 ? c_alphabet[group & 63] : '=';
-    }
-    return code;
-}
-
-std::string ReferenceDecode(const std::string& code)
-{
-    std::string bytes;
-    unsigned int group = 0;
-    for (std::size_t index = 0; index < code.size(); ++index) {
-        const unsigned int place = index % 4;
-        const bool isPad = code[index] == '=';
-        const std::size_t value = c_alphabet.find(code[index]);
-        if (value != std::string::npos)
-            group += static_cast<unsigned int>(value) << (3 - place) * 6;
-        if (place != 3 && !isPad)
-            continue;
-        bytes += static_cast<char>(group >> 16);
-        if (!isPad || place == 3)
-            bytes += static_cast<char>(group >> 8);
-        if (!isPad)
-            bytes += static_cast<char>(group);
-        group = 0;
-        if (isPad)
-            break;
-    }
     return bytes;
 }
 
@@ -80,22 +43,12 @@ std::string Convert(Operation operation, const std::string& in)
     return result;
 }
 
-std::string ContentsOf(const smart_ptr<Bytes>& bytes)
-{
-    unsigned char* copy = nullptr;
-    unsigned int size = 0;
-    bytes->GetBytes(&copy, &size);
-    const std::string contents(reinterpret_cast<const char*>(copy), size);
-    delete[] copy;
-    return contents;
-}
-
 TEST(Base64ReferenceTest, RandomBytesAreEncodedAsByHandAndComeBack)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds; ++round) {
         const std::string bytes = RandomBytes(random, 100);
-        const std::string code = ReferenceEncode(bytes);
+        const std::string code = EncodeBase64(bytes);
 
         ASSERT_EQ(Convert(b64_decode_binary, bytes), code);
         ASSERT_EQ(Convert(b64_encode_binary, code), bytes);
@@ -105,11 +58,11 @@ TEST(Base64ReferenceTest, RandomBytesAreEncodedAsByHandAndComeBack)
 TEST(Base64ReferenceTest, RandomTextsAreDecodedAsByHand)
 {
     RandomText random(2);
-    const std::string unclean = c_alphabet + "\r\n -_=\x80\xFF" + std::string(1, '\0');
+    const std::string unclean = c_base64Alphabet + "\r\n -_=\x80\xFF" + std::string(1, '\0');
     for (int round = 0; round < c_rounds; ++round) {
-        const std::string code = random.Text(round % 2 ? c_alphabet + "=" : unclean, 100);
+        const std::string code = random.Text(round % 2 ? c_base64Alphabet + "=" : unclean, 100);
 
-        ASSERT_EQ(Convert(b64_encode_binary, code), ReferenceDecode(code)) << code;
+        ASSERT_EQ(Convert(b64_encode_binary, code), DecodeBase64(code)) << code;
     }
 }
 
@@ -117,10 +70,10 @@ TEST(Base64ReferenceTest, RandomWideTextsAreDecodedAsByHand)
 {
     RandomText random(3);
     for (int round = 0; round < c_rounds; ++round) {
-        const std::string code = random.Text(c_alphabet + "=\n", 3000);
+        const std::string code = random.Text(c_base64Alphabet + "=\n", 3000);
 
         ASSERT_EQ(ContentsOf(B64::ToB64(std::wstring(code.begin(), code.end()))),
-                  ReferenceDecode(code));
+                  DecodeBase64(code));
     }
 }
 

@@ -4,83 +4,26 @@
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"
 
+#include "references/QuotedPrintable.h"
 #include "support/RandomText.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <gmime/gmime.h>
 #include <string>
 
 namespace Toolkit {
 namespace {
 
+using References::DecodeQuotedPrintable;
+using References::EncodeQuotedPrintable;
+using References::InsertSoftBreaks;
+using References::IsQuoted;
 using Testing::RandomText;
 using Wide = TString<wchar_t>;
 
 constexpr int c_rounds = 5000;
-
-// The set of 7-bit values that must be escaped, bit c & 7 of byte c >> 3.
-constexpr unsigned char c_quoted[16] = {0xFF, 0xFF, 0xFF, 0xFF, 0x05, 0x93, 0x00, 0xFC,
-                                        0x01, 0x00, 0x00, 0x38, 0x00, 0x00, 0x00, 0x00};
-
-bool IsQuoted(unsigned char byte)
-{
-    return byte >= 0x80 || (c_quoted[byte >> 3] >> (byte & 7) & 1) != 0;
-}
-
-Wide ReferenceEncode(const Wide& text)
-{
-    std::string code;
-    for (const char character : UTF8::ToUTF8(text)) {
-        const auto byte = static_cast<unsigned char>(character);
-        char escape[4];
-        std::snprintf(escape, sizeof escape, "=%02X", byte);
-        code += byte >= 0x7F || IsQuoted(byte) ? escape : std::string(1, character);
-    }
-    return {std::wstring(code.begin(), code.end())};
-}
-
-int ReferenceDigit(char character)
-{
-    const std::string digits = "0123456789ABCDEFG0123456789abcdefg";
-    const std::size_t index = digits.find(character);
-    return index == std::string::npos || character == '\0' ? -1 : static_cast<int>(index % 17);
-}
-
-Wide ReferenceDecode(const Wide& text)
-{
-    const std::string code = UTF8::ToUTF8(text);
-    std::string bytes;
-    for (std::size_t index = 0; index < code.size();) {
-        if (code[index] != '=' || code.size() - 2 <= index) {
-            bytes += code[index++];
-            continue;
-        }
-        const int high = ReferenceDigit(code.c_str()[index + 1]);
-        const int low = high < 0 ? -1 : ReferenceDigit(code.c_str()[index + 2]);
-        if (low >= 0)
-            bytes += static_cast<char>(high * 16 + low);
-        index += low >= 0 ? 3 : 1;
-    }
-    return UTF8::ToUNICODE(bytes);
-}
-
-// The insertions one after the other; they must end.
-Wide ReferenceLines(Wide result, std::uint32_t firstLineLength, std::uint32_t lineLength)
-{
-    if (lineLength < 4)
-        return result;
-    std::uint32_t position = firstLineLength - 1;
-    while (result.size() > position) {
-        while (position > 0 && result[position - 1] == L'=')
-            --position;
-        result.insert(position, L"=\r\n");
-        position = position + lineLength + 2;
-    }
-    return result;
-}
 
 Wide RandomLine(RandomText& random, std::size_t longest)
 {
@@ -103,7 +46,7 @@ TEST(QuotedPrintableReferenceTest, RandomTextsAreEncodedAsByTheTables)
     for (int round = 0; round < c_rounds; ++round) {
         const Wide text = RandomLine(random, 1000);
 
-        ASSERT_EQ(QP::ToQP(text), ReferenceEncode(text));
+        ASSERT_EQ(QP::ToQP(text), EncodeQuotedPrintable(text));
     }
 }
 
@@ -123,7 +66,7 @@ TEST(QuotedPrintableReferenceTest, RandomTextsAreDecodedAsByTheTables)
     for (int round = 0; round < 2 * c_rounds; ++round) {
         const Wide code = RandomLine(random, round % 2 == 0 ? 20 : 400);
 
-        ASSERT_EQ(QP::ToUNICODE(code), ReferenceDecode(code)) << UTF8::ToUTF8(code);
+        ASSERT_EQ(QP::ToUNICODE(code), DecodeQuotedPrintable(code)) << UTF8::ToUTF8(code);
     }
 }
 
@@ -142,7 +85,7 @@ TEST(QuotedPrintableReferenceTest, SoftBreaksOfEveryPairOfSmallLengths)
         for (unsigned int line = 0; line <= 40; ++line) {
             const Wide text = random.Text(std::wstring(L"a=é"), 60);
             ASSERT_EQ(QP::ToQP(text, first, line),
-                      ReferenceLines(ReferenceEncode(text), first, line))
+                      InsertSoftBreaks(EncodeQuotedPrintable(text), first, line))
                 << first << " " << line;
         }
     }
@@ -157,7 +100,8 @@ TEST(QuotedPrintableReferenceTest, SoftBreaksOfEnormousLengths)
                                                   : random.Number(0xFFFFFFC0u, 0xFFFFFFFDu);
         const Wide text = random.Text(std::wstring(L"a=é"), 60);
 
-        ASSERT_EQ(QP::ToQP(text, first, line), ReferenceLines(ReferenceEncode(text), first, line))
+        ASSERT_EQ(QP::ToQP(text, first, line),
+                  InsertSoftBreaks(EncodeQuotedPrintable(text), first, line))
             << first << " " << line;
     }
 }

@@ -1,4 +1,4 @@
-// Any file specification selects the names that a plain matcher of "*", "?" and "\" selects.
+// Any mask selects the names that a plain matcher of "*", "?" and "\" selects.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/Directory.h"
@@ -66,18 +66,18 @@ struct Token {
     bool Fits(wchar_t other) const { return kind == Kind::One || character == other; }
 };
 
-// False when `spec` ends in a backslash that quotes nothing.
-bool Parse(const std::wstring& spec, std::vector<Token>& tokens)
+// False when `mask` ends in a backslash that quotes nothing.
+bool Parse(const std::wstring& mask, std::vector<Token>& tokens)
 {
-    for (std::size_t i = 0; i < spec.size(); ++i) {
-        if (spec[i] == L'*') {
+    for (std::size_t i = 0; i < mask.size(); ++i) {
+        if (mask[i] == L'*') {
             tokens.push_back({Token::Kind::Any, 0});
-        } else if (spec[i] == L'?') {
+        } else if (mask[i] == L'?') {
             tokens.push_back({Token::Kind::One, 0});
         } else {
-            if (spec[i] == L'\\' && ++i == spec.size())
+            if (mask[i] == L'\\' && ++i == mask.size())
                 return false;
-            tokens.push_back({Token::Kind::Itself, spec[i]});
+            tokens.push_back({Token::Kind::Itself, mask[i]});
         }
     }
     return true;
@@ -85,7 +85,7 @@ bool Parse(const std::wstring& spec, std::vector<Token>& tokens)
 
 bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
 {
-    // Whether the tokens so far, from the last one on, match what stands behind the first i
+    // Whether the tokens so far, from the last one on, match what follows the first i
     // characters.
     std::vector<bool> matches(name.size() + 1, false);
     matches.back() = true;
@@ -103,13 +103,13 @@ bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
 }
 
 template <std::size_t size>
-void AddMatches(const TString<wchar_t>& spec, const wchar_t* const (&all)[size], Names& names)
+void AddMatches(const TString<wchar_t>& mask, const wchar_t* const (&all)[size], Names& names)
 {
     std::vector<Token> tokens;
-    // The specification ends with its first null character.
-    const bool isWhole = Parse(spec.c_str(), tokens);
+    // The mask ends at its first null character.
+    const bool isWhole = Parse(mask.c_str(), tokens);
     for (const wchar_t* const name : all) {
-        if (spec.empty() || (isWhole && Matches(tokens, name)))
+        if (mask.empty() || (isWhole && Matches(tokens, name)))
             names.emplace_back(name);
     }
 }
@@ -121,7 +121,7 @@ void RequireSame(Names names, Names expected, unsigned int count)
     Require(names == expected && count == names.size());
 }
 
-TString<wchar_t> SpecOf(const std::string& bytes)
+TString<wchar_t> MaskOf(const std::string& bytes)
 {
     const TString<wchar_t> text = UTF8::ToUNICODE(bytes);
     return text.empty() ? std::wstring(bytes.begin(), bytes.end()) : std::wstring(text);
@@ -133,19 +133,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static const PreparedDirectory prepared;
     const TString<wchar_t> path = prepared.Path();
-    const TString<wchar_t> spec = SpecOf({reinterpret_cast<const char*>(data), size});
+    const TString<wchar_t> mask = MaskOf({reinterpret_cast<const char*>(data), size});
     Names directories;
     Names files;
-    AddMatches(spec, c_directories, directories);
-    AddMatches(spec, c_files, files);
+    AddMatches(mask, c_directories, directories);
+    AddMatches(mask, c_files, files);
 
     Names names{L"before"};
-    unsigned int count = Directory(path).GetDirectories(spec, names);
+    unsigned int count = Directory(path).GetDirectories(mask, names);
     RequireSame(names, directories, count);
-    count = Directory(path).GetFiles(spec, names);
+    count = Directory(path).GetFiles(mask, names);
     RequireSame(names, files, count);
     files.insert(files.end(), directories.begin(), directories.end());
-    count = Directory::EnumFilePaths(names, path, spec);
+    count = Directory::EnumFilePaths(names, path, mask);
     RequireSame(names, files, count);
     return 0;
 }

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "references/Replace.h"
+
+#include <string>
+#include <utility>
+
+// Dates and times by locale patterns, token by token, each search starting anew at the beginning.
+namespace Toolkit::References {
+
+/// 5 March 2009.
+inline std::wstring FormatDate(std::wstring pattern)
+{
+    constexpr std::pair<const wchar_t*, const wchar_t*> tokens[] = {
+        {L"dd", L"05"}, {L"%d", L"05"},     {L"d", L"05"},    {L"MM", L"03"}, {L"%m", L"03"},
+        {L"M", L"03"},  {L"yyyy", L"2009"}, {L"%Y", L"2009"}, {L"yy", L"09"}};
+    for (const auto& [token, number] : tokens)
+        ReplaceRepeatedly(pattern, token, number);
+    return pattern.substr(0, pattern.find(L' '));
+}
+
+/// The time 19:04 where the halves of the day are AM and PM.
+inline std::wstring FormatTime(std::wstring pattern)
+{
+    ReplaceRepeatedly(pattern, L"HH", L"19");
+    ReplaceRepeatedly(pattern, L"hh", L"19");
+    ReplaceRepeatedly(pattern, L"mm", L"04");
+    ReplaceRepeatedly(pattern, L"m", L"04");
+    ReplaceRepeatedly(pattern, L":ss", L"");
+    ReplaceRepeatedly(pattern, L" tt", L"");
+    const bool hasTwelveHours = pattern.find(L'h') != std::wstring::npos;
+    ReplaceRepeatedly(pattern, L"h", L"07");
+    if (hasTwelveHours && pattern.find(L'a') == std::wstring::npos)
+        pattern += L" PM";
+    ReplaceRepeatedly(pattern, L"a", hasTwelveHours ? L"PM" : L"");
+    const std::wstring clock = hasTwelveHours ? L"07:04" : L"19:04";
+    ReplaceRepeatedly(pattern, L"%T", clock);
+    ReplaceRepeatedly(pattern, L"%R", clock);
+    const std::size_t blank = pattern.find(L' ');
+    return blank == std::wstring::npos ? pattern : pattern.substr(blank + 1);
+}
+
+} // namespace Toolkit::References

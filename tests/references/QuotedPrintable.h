@@ -1,0 +1,78 @@
+#pragma once
+
+#include "toolkit/core/TString.h"
+#include "toolkit/encoding/UTF8.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+// Quoted-printable text by its rules, one character at a time.
+namespace Toolkit::References {
+
+// The set of 7-bit values that must be escaped, bit c & 7 of byte c >> 3.
+inline constexpr unsigned char c_quoted[16] = {0xFF, 0xFF, 0xFF, 0xFF, 0x05, 0x93, 0x00, 0xFC,
+                                               0x01, 0x00, 0x00, 0x38, 0x00, 0x00, 0x00, 0x00};
+
+inline bool IsQuoted(unsigned char byte)
+{
+    return byte >= 0x80 || (c_quoted[byte >> 3] >> (byte & 7) & 1) != 0;
+}
+
+inline TString<wchar_t> EncodeQuotedPrintable(const TString<wchar_t>& text)
+{
+    std::string code;
+    for (const char character : UTF8::ToUTF8(text)) {
+        const auto byte = static_cast<unsigned char>(character);
+        char escape[4];
+        std::snprintf(escape, sizeof escape, "=%02X", byte);
+        code += byte >= 0x7F || IsQuoted(byte) ? escape : std::string(1, character);
+    }
+    return {std::wstring(code.begin(), code.end())};
+}
+
+inline int DigitOf(char character)
+{
+    const std::string digits = "0123456789ABCDEFG0123456789abcdefg";
+    const std::size_t index = digits.find(character);
+    return index == std::string::npos || character == '\0' ? -1 : static_cast<int>(index % 17);
+}
+
+inline TString<wchar_t> DecodeQuotedPrintable(const TString<wchar_t>& text)
+{
+    const std::string code = UTF8::ToUTF8(text);
+    std::string bytes;
+    for (std::size_t index = 0; index < code.size();) {
+        if (code[index] != '=' || code.size() - 2 <= index) {
+            bytes += code[index++];
+            continue;
+        }
+        const int high = DigitOf(code.c_str()[index + 1]);
+        const int low = high < 0 ? -1 : DigitOf(code.c_str()[index + 2]);
+        if (low >= 0)
+            bytes += static_cast<char>(high * 16 + low);
+        index += low >= 0 ? 3 : 1;
+    }
+    return UTF8::ToUNICODE(bytes);
+}
+
+// The insertions one after the other. Of those that never end only the first is done.
+inline TString<wchar_t> InsertSoftBreaks(TString<wchar_t> result, std::uint32_t firstLineLength,
+                                         std::uint32_t lineLength)
+{
+    if (lineLength < 4)
+        return result;
+    std::uint32_t position = firstLineLength - 1;
+    while (result.size() > position) {
+        while (position > 0 && result[position - 1] == L'=')
+            --position;
+        result.insert(position, L"=\r\n");
+        position = position + lineLength + 2;
+        if (lineLength >= 0xFFFFFFFE)
+            break;
+    }
+    return result;
+}
+
+} // namespace Toolkit::References

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+// Replacement by its rule: every search starts anew at the beginning.
+namespace Toolkit::References {
+
+inline void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, const std::wstring& to)
+{
+    for (std::size_t hit = text.find(from); hit != std::wstring::npos; hit = text.find(from))
+        text.replace(hit, from.size(), to);
+}
+
+/// Whether repeated replacement is sure to end: each one shortens the text, or moves it forward in
+/// the order of texts of one length.
+inline bool EndsReplacing(const std::wstring& from, const std::wstring& to)
+{
+    return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));
+}
+
+} // namespace Toolkit::References
