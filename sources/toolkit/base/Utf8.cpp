@@ -11,21 +11,23 @@ namespace Toolkit::Base {
 namespace {
 
 // Texts are converted through a buffer on the stack: appending from it costs less than filling the
-// text's own memory with zeros first, and needs no second text.
+// string's own memory with zeros first.
 constexpr std::ptrdiff_t c_bufferLength = 1024;
 
-// Where a block of this many characters is all ASCII, it is copied with vector instructions.
+// A block of this many characters that is all ASCII is copied with vector instructions.
+// Utf8ToWide/script:0/bytes:10000: one character at a time takes 4 times as long, and so it does
+// for WideToUtf8.
 constexpr std::ptrdiff_t c_blockLength = 16;
 
-// Where it is not, as many characters are converted one by one before the next block is tried, and
-// more each time in succession: the trials cost much in texts that are rarely ASCII.
+// Any other block is converted one character at a time. Each such run in succession is longer, up
+// to this length, before the next block is tried: trials cost much in text that is rarely ASCII.
 constexpr std::ptrdiff_t c_longestRun = 4 * c_blockLength;
 
 constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 
-// The local copies are blocks that nothing else points to: on them the compiler uses vectors.
+// The compiler uses vectors on the local copies, because nothing else points to them.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
     if (!AreAllZero(LoadLanes<unsigned char>(from) & 0x80))
@@ -54,7 +56,7 @@ bool CopyAsciiBlock(const wchar_t* from, char* to)
     return true;
 }
 
-// Bytes of the form 10xxxxxx are below this one as signed numbers, all others are not.
+// As signed numbers, bytes of the form 10xxxxxx are below this one, and all others are not.
 constexpr signed char c_firstNonContinuation = -0x40;
 
 // Whether all these bytes have the form 10xxxxxx.
@@ -72,7 +74,7 @@ constexpr std::uint32_t Combine(std::uint32_t leadBits, Bytes... bytes)
     return leadBits;
 }
 
-// Reads the sequence of two to four bytes at `at` and moves behind it; false when it is not valid.
+// Reads the sequence of two to four bytes at `at` and moves past it; false when it is not valid.
 // The limits are those of RFC 3629, sections 3 and 4.
 inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
 {
@@ -111,7 +113,7 @@ constexpr char Continuation(std::uint32_t bits)
     return static_cast<char>(0x80 | (bits & 0x3F));
 }
 
-// Writes the sequence of one character and moves behind it; false when it has none.
+// Writes the sequence of one character and moves past it; false when it has none.
 inline bool EncodeCharacter(std::uint32_t character, char*& out)
 {
     if (character < 0x80) {
@@ -180,7 +182,7 @@ char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
                              });
 }
 
-// How many characters valid bytes hold; what others hold is of no use.
+// How many characters valid bytes hold; for other bytes the result means nothing.
 std::size_t CountCharacters(const char* at, const char* end)
 {
     // The sums of so few blocks fit into bytes.
@@ -189,7 +191,7 @@ std::size_t CountCharacters(const char* at, const char* end)
     while (end - at >= c_blockLength) {
         Lanes<unsigned char> sums = {};
         for (auto left = std::min((end - at) / c_blockLength, longestRun); left > 0; --left) {
-            // What is true has all bits set, so it counts as -1.
+            // True has all bits set, so it counts as -1.
             const auto isFirst = LoadLanes<signed char>(at) >= c_firstNonContinuation;
             sums -= reinterpret_cast<Lanes<unsigned char>>(isFirst);
             at += c_blockLength;
@@ -200,23 +202,27 @@ std::size_t CountCharacters(const char* at, const char* end)
     return count + static_cast<std::size_t>(end - at);
 }
 
-// How many bytes to make room for, when the first characters of `length` took `count` bytes: texts
-// mostly go on as they begin, and counting would cost more than the few that move once or twice.
+// How many bytes to make room for when the first `characters` of `length` took `count` bytes: most
+// texts go on as they begin.
+//
+// WideToUtf8/script:2/bytes:1000000: growing without an estimate takes 1.5 times as long.
 std::size_t EstimateBytes(std::size_t count, std::ptrdiff_t characters, std::size_t length)
 {
     const std::size_t estimate = length / static_cast<std::size_t>(characters) * count;
     return estimate + estimate / 16 + c_bufferLength;
 }
 
-// How many characters to make room for, of a text that is longer than the buffer. One that begins
-// in ASCII mostly goes on so, and counting would walk through it once more.
+// How many characters to make room for, of a text that is longer than the buffer. Most that begin
+// in ASCII go on so, and are not counted.
+//
+// Utf8ToWide/script:1/bytes:1000000: growing without an estimate takes 1.24 times as long.
 std::size_t EstimateCharacters(const char* bytes, const char* end)
 {
     const bool beginsInAscii = CountCharacters(bytes, bytes + c_bufferLength) == c_bufferLength;
     return beginsInAscii ? static_cast<std::size_t>(end - bytes) : CountCharacters(bytes, end);
 }
 
-// What a wrong estimate has made of room; room that was there before stays.
+// Gives back the room of an estimate that was too large; room that existed before stays.
 template <typename Text>
 void GiveBackExcess(Text& text, std::size_t oldCapacity)
 {
@@ -229,8 +235,8 @@ void GiveBackExcess(Text& text, std::size_t oldCapacity)
 std::string EncodeUtf8(const std::wstring& text)
 {
     std::string bytes;
-    // The bytes are searched for the null character, since they are fewer than those of the text;
-    // what stands behind it must not matter.
+    // The null character is searched for in the result, which has fewer bytes than the text. What
+    // comes after it must not matter.
     if (!AppendEncodedUtf8(bytes, text.data(), text.size()))
         AppendEncodedUtf8(bytes, text.c_str(), std::wcslen(text.c_str()));
     bytes.resize(std::strlen(bytes.c_str()));

@@ -61,6 +61,7 @@ int CompareFolded(const T* left, const T* right, std::size_t length)
     return 0;
 }
 
+// CompareNoCase/100000: one character at a time takes 10 times as long.
 int CompareFoldedBlocks(const wchar_t* left, const wchar_t* right, std::size_t length)
 {
     std::size_t done = 0;
@@ -89,6 +90,8 @@ constexpr bool IsBlank(wchar_t character)
 
 // FreshTokens/100000: searching the delimiters for each character takes three times as long.
 // Finds the next character that is, or is not, one of a set.
+//
+// Tokens/60: find_first_of(), and new memory for each token, take twice as long.
 class DelimiterScanner {
 public:
     explicit DelimiterScanner(const TString<wchar_t>& delimiters) : m_delimiters(delimiters)
@@ -200,6 +203,8 @@ bool CanJoin(const std::wstring& from, const std::wstring& to)
 
 // Replace/0: the general pass takes 1.7 times as long.
 // Replaces from left to right, where no replacement can become part of a new occurrence.
+//
+// Replace/0: searching from the start again takes 11 times as long.
 void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result;

@@ -18,7 +18,9 @@ struct Pair {
     char characters[2];
 };
 
-// The two characters of each 12 bits: half as many look-ups as characters.
+// The two characters of each 12 bits.
+//
+// Base64Encode/10239: looking each character up takes 2.7 times as long.
 constexpr auto c_pairs = [] {
     std::array<Pair, 4096> pairs{};
     for (std::size_t bits = 0; bits < pairs.size(); ++bits)
@@ -31,7 +33,10 @@ constexpr std::uint32_t c_padBit = 1u << 24;
 
 using Digits = std::array<std::uint32_t, 256>;
 
-// The digits of the characters at each place of a group, at their bits; unknown characters are 0.
+// The digits of the characters at each place of a group, shifted to their bits; 0 for unknown
+// characters.
+//
+// Base64Decode/10239: one table, shifts and a test for each pad take 1.4 times as long.
 constexpr auto c_digits = [] {
     std::array<Digits, c_groupCharacters> digits{};
     for (std::size_t place = 0; place < digits.size(); ++place) {
@@ -84,7 +89,7 @@ inline std::uint32_t GroupBits(const unsigned char* in)
     return c_digits[0][in[0]] | c_digits[1][in[1]] | c_digits[2][in[2]] | c_digits[3][in[3]];
 }
 
-// The group that a pad ends, or the unfinished one at the end of the text, which gives nothing.
+// Decodes the group that a pad ends. An unfinished group at the end of the text gives nothing.
 std::size_t DecodeLastGroup(const unsigned char* in, std::size_t length, unsigned char* out)
 {
     std::uint32_t bits = 0;
