@@ -1,32 +1,43 @@
 # The programs of guide and file formats. What a page shows is what is built and run: its first block
-# of C++, which has to print its first block of text.
+# of C++, which has to print its first block of text. A page of several steps has a block of each for
+# every step.
 
 # Writes the first block of `language` on the page into `file`, which is left alone when it is that
-# already.
+# already. A number after these means another block than the first.
 function(toolkit_page_block page language file)
+    set(number 1)
+    if(ARGC GREATER 3)
+        set(number ${ARGV3})
+    endif()
     file(READ "${page}" text)
     string(LENGTH "\n```${language}\n" opening)
-    string(FIND "${text}" "\n```${language}\n" begin)
-    if(begin EQUAL -1)
-        message(FATAL_ERROR "${page} has no block of ${language}")
-    endif()
-    math(EXPR begin "${begin} + ${opening}")
-    string(SUBSTRING "${text}" ${begin} -1 text)
+    foreach(block RANGE 1 ${number})
+        string(FIND "${text}" "\n```${language}\n" begin)
+        if(begin EQUAL -1)
+            message(FATAL_ERROR "${page} has no block ${block} of ${language}")
+        endif()
+        math(EXPR begin "${begin} + ${opening}")
+        string(SUBSTRING "${text}" ${begin} -1 text)
+    endforeach()
     string(FIND "${text}" "```" end)
     string(SUBSTRING "${text}" 0 ${end} text)
     file(WRITE "${file}.new" "${text}")
     file(COPY_FILE "${file}.new" "${file}" ONLY_IF_DIFFERENT)
 endfunction()
 
-# Builds the program of the page docs/<folder>/<name>.md and adds it as a test.
+# Builds the program of the page docs/<folder>/<name>.md and adds it as a test. A number after these
+# means that step of the page.
 function(toolkit_page_program folder name)
     set(page "${PROJECT_SOURCE_DIR}/docs/${folder}/${name}.md")
-    set(block "${CMAKE_CURRENT_BINARY_DIR}/docs/${name}")
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
-    toolkit_page_block("${page}" cpp "${block}.cpp")
-    toolkit_page_block("${page}" text "${block}.txt")
-
     set(program ${folder}-${name})
+    if(ARGC GREATER 2)
+        string(APPEND program -${ARGV2})
+    endif()
+    set(block "${CMAKE_CURRENT_BINARY_DIR}/docs/${program}")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
+    toolkit_page_block("${page}" cpp "${block}.cpp" ${ARGN})
+    toolkit_page_block("${page}" text "${block}.txt" ${ARGN})
+
     add_executable(${program} "${block}.cpp")
     target_link_libraries(${program} PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
     add_test(
@@ -43,6 +54,9 @@ foreach(
     ITEMS core threading encoding logging config files system ipc regExp datetime archive module
 )
     toolkit_page_program(guide ${name})
+endforeach()
+foreach(step RANGE 1 5)
+    toolkit_page_program(guide first-program ${step})
 endforeach()
 toolkit_page_program(formats ini)
 toolkit_page_program(formats serialized)
