@@ -49,7 +49,13 @@ public:
         return ::bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     }
 
-    RawSocket Accept() const { return RawSocket(::accept(m_socket, nullptr, nullptr)); }
+    /// The next client; a closed socket when none comes.
+    RawSocket Accept() const
+    {
+        pollfd waiting{m_socket, POLLIN, 0};
+        EXPECT_EQ(::poll(&waiting, 1, c_limitMs), 1);
+        return RawSocket(waiting.revents != 0 ? ::accept(m_socket, nullptr, nullptr) : -1);
+    }
 
     /// False when the other end is closed.
     bool Send(const std::string& bytes) const
