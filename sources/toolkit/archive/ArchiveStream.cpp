@@ -78,7 +78,7 @@ bool ArchiveStream::LookAhead()
     // At the end of an entry the framework compares its size with the position, which what was
     // looked at must not shift meanwhile.
     std::string ahead = std::exchange(m_ahead, {}).erase(0, std::exchange(m_aheadBegin, 0));
-    // The looks grow with what has been seen, so that a long line is not copied over and over.
+    // Each look is as long as all before it, so that a long line is not copied over and over.
     const std::size_t oldSize = ahead.size();
     const auto wanted = std::max(c_blockSize, static_cast<wxFileOffset>(oldSize));
     const auto size = static_cast<std::size_t>(std::min(left, wanted));
@@ -107,7 +107,7 @@ void ArchiveStream::TakeBackUnread()
 
 bool ArchiveStream::CloseEntry()
 {
-    // The framework would give what was handed back of this entry in front of the next.
+    // wxZipInputStream would return what was handed back of this entry before the next one.
     TakeBackUnread();
     m_ahead.clear();
     m_aheadBegin = 0;

@@ -31,7 +31,7 @@ public:
     ArchiveZip();
     virtual ~ArchiveZip();
 
-    /// Opens the file `path` in place of what was open. Whether that went well shows in
+    /// Opens the file `path` instead of what was open. Whether that succeeded shows in
     /// EntriesList(); without memory the archive is closed. A pipe can be listed, but its entries
     /// cannot be read after that.
     ///

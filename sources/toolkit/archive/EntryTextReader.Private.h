@@ -4,7 +4,7 @@
 
 class wxZipInputStream;
 
-/// Reads a word or a line from an archive's entry as the framework's text reader does when it is
+/// Reads a word or a line from an archive's entry as wxTextInputStream does when it is
 /// made anew for every call, with the same result and the same state of the stream.
 ///
 /// That reader takes a byte at a time. Here the bytes that come next are looked at first; the

@@ -12,8 +12,8 @@ namespace Toolkit {
 
 /// Reads an entry of a Zip archive as words, lines or bytes, in turn as the caller likes.
 ///
-/// There is one stream for a whole archive: it stands in the entry that was opened last. Text is
-/// UTF-8, or what a byte-order mark says that stands where an operation begins to read. One object
+/// A whole archive has one stream, which reads the entry that was opened last. Text is UTF-8, or in
+/// the encoding of a byte-order mark at the place where an operation begins to read. One object
 /// is used by one thread at a time. Nothing is thrown: what does not fit into memory is an error of
 /// the stream.
 class TOOLKIT_API ZipInputStream : public InputStream {
@@ -22,7 +22,7 @@ public:
     explicit ZipInputStream(wxZipInputStream* stream);
     ~ZipInputStream() override;
 
-    /// The framework's stream, which stays owned by this object.
+    /// The stream of wxWidgets, which stays owned by this object.
     operator wxZipInputStream*() const;
 
     bool CanRead() const;
@@ -30,7 +30,7 @@ public:
     /// False at the end of an entry, too: after a read has met it.
     bool IsOk() const;
 
-    /// Reads the next word, up to the blank, tab or line end behind it, which is read too.
+    /// Reads the next word and the space, tab or line end after it.
     ZipInputStream& operator>>(TString<wchar_t>& word);
 
     /// Reads the next line, without its end: a line feed, a carriage return or both. False, with an

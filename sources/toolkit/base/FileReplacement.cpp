@@ -70,7 +70,7 @@ bool FileReplacement::Write(const char* bytes, std::size_t length)
 
 bool FileReplacement::Commit()
 {
-    // A disk that is full may tell so only when the data reach it.
+    // A full disk may report it only when the data reach it.
     if (!m_file.IsOpen() || ::fsync(m_file.Get()) != 0 || !m_file.Close() ||
         ::rename(m_temporary.c_str(), m_target.c_str()) != 0)
         return false;

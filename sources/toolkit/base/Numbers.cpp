@@ -69,8 +69,8 @@ void ParseInteger(const Char* at, const Char* end, Integer& value)
         value = static_cast<Integer>(static_cast<Unsigned>(isNegative ? 0 - magnitude : magnitude));
 }
 
-// The characters of a decimal floating-point number, narrowed: what the standard stream collects
-// before it converts. Short numbers, nearly all of them, need no memory of the heap.
+// The characters of a decimal floating-point number, narrowed, as the standard stream collects them
+// before it converts. Short numbers, nearly all of them, allocate nothing.
 class FloatingPointCharacters {
 public:
     template <typename Char>
@@ -172,7 +172,7 @@ constexpr auto c_powersOfTen = [] {
 
 std::size_t CountDigits(unsigned long long magnitude)
 {
-    // Zero has a digit too. Any other number has as many as the odd one next to it.
+    // Zero has one digit too. Any other number has as many as the odd number next to it.
     magnitude |= 1;
     // 1233 / 4096 is the logarithm of 2 as far as numbers of 64 bits need it.
     const auto count = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;
@@ -181,8 +181,7 @@ std::size_t CountDigits(unsigned long long magnitude)
 
 // Writes as many digits as CountDigits() tells from `begin` to `end`.
 //
-// How many there are is nothing that a processor could foresee, so as little as possible depends on
-// it: whether two digits are left, or one, takes no branch.
+// The digit count is unpredictable, so do not branch on whether one digit is left or two.
 template <typename Char, typename Unsigned>
 void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
 {
@@ -255,8 +254,7 @@ void NumberText<Char>::WriteInteger(unsigned long long magnitude, bool isNegativ
     m_length = static_cast<std::size_t>(end - begin);
 }
 
-// In memory of its own size from the start: digits that are written in pairs and copied at once
-// afterwards make a processor wait.
+// Written in place: a processor waits for digits that are written in pairs and copied right after.
 template <typename Char, typename Integer>
 std::basic_string<Char> FormatInteger(Integer value)
 {

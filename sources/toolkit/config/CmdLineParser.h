@@ -21,7 +21,7 @@ public:
     virtual ~CmdLineOption();
 
     const TString<wchar_t>& GetName() const { return m_name; }
-    /// Empty when no value stood behind the option.
+    /// Empty when no value followed the option.
     const TString<wchar_t>& GetValue() const { return m_value; }
     bool IsRequired() const { return m_required != 0; }
     /// Whether the option was on the command line.
@@ -40,7 +40,7 @@ private:
 
 /// Splits a command line into tokens and finds an application's options in them.
 ///
-/// An option is a dash and a name; the token behind it is its value unless that begins with a dash
+/// An option is a dash and a name; the token after it is its value unless that begins with a dash
 /// too, so "-5" is an option named "5". Names have to be typed in lower case: they are registered
 /// in it and compared as they are. Unknown options and stray words are ignored.
 ///
@@ -48,7 +48,7 @@ private:
 /// tokens, an option is not added, and parsing fails.
 class TOOLKIT_API CmdLineParser {
 public:
-    /// What separates tokens: blank and tab.
+    /// What separates tokens: space and tab.
     static const TString<wchar_t> c_strSeparators;
     /// What begins an option: "-".
     static const TString<wchar_t> c_strIdentifiers;
@@ -73,8 +73,8 @@ public:
 
     /// Replaces `tokens` by those of `line`.
     ///
-    /// Tokens are separated by blanks and tabs. One that begins with a double quote reaches to the
-    /// next quote, and what stands between the two may be empty; without a second quote it is
+    /// Tokens are separated by spaces and tabs. One that begins with a double quote reaches to the
+    /// next quote, and the text between the two may be empty; without a second quote it is
     /// dropped together with the rest of the line. A quote inside a token is an ordinary character.
     static void Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens);
 

@@ -19,7 +19,7 @@ bool IsBlank(wchar_t character)
     return character == L' ' || character == L'\t';
 }
 
-// A part of a line without the blanks around it, copied once.
+// A part of a line without the spaces and tabs around it, copied once.
 TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
 {
     begin = std::find_if_not(begin, end, IsBlank);

@@ -14,8 +14,8 @@ namespace Toolkit {
 ///     ; a comment, in the first column only
 ///     name = value
 ///
-/// Lines end and are decoded as `TextFile` tells. A section is named by all that stands between the
-/// brackets, blanks included; a header that comes again continues its section. Blanks and tabs
+/// Lines end and are decoded as in `TextFile`. A section is named by everything between the
+/// brackets, spaces included; a repeated header continues its section. Spaces and tabs
 /// around keys and values are dropped; quotes have no meaning. Of two lines for one key in a
 /// section the first counts. Lines above the first header, and lines that are neither header nor
 /// key, are ignored. Names are case-sensitive.
@@ -23,21 +23,21 @@ namespace Toolkit {
 /// An object may be copied, and read by several threads at once.
 class TOOLKIT_API IniFile {
 public:
-    /// Reads the file `path`; IsLoaded() tells whether that went well.
+    /// Reads the file `path`; IsLoaded() reports whether that succeeded.
     IniFile(const TString<wchar_t>& path);
 
     /// Replaces the settings by those of the file `path`. A file that cannot be opened is logged as
     /// an error and gives false and no settings; one whose settings do not fit into memory does
-    /// too, but for the log. IsLoaded() keeps telling of the construction.
+    /// too, but is not logged. IsLoaded() keeps reporting on the construction.
     bool Parse(const TString<wchar_t>& path);
 
     /// Whether the file given at construction was read.
     bool IsLoaded() const { return m_loaded; }
 
-    /// Whether the section is there, be it without keys.
+    /// Whether the section exists, even without keys.
     bool HasSection(const TString<wchar_t>& section) const;
 
-    /// Whether the key is there, be it with an empty value.
+    /// Whether the key exists, even with an empty value.
     bool HasValue(const TString<wchar_t>& section, const TString<wchar_t>& key) const;
 
     /// The value of a key, or `defaultValue` itself, which has to live as long as the result is

@@ -12,7 +12,7 @@
 
 namespace {
 
-// What the lengths of this interface can tell.
+// The longest text whose length fits into the results of this interface.
 constexpr unsigned int c_longest = std::numeric_limits<int>::max();
 
 bool IsEncodable(unsigned int length)

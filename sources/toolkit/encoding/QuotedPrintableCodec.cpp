@@ -98,7 +98,7 @@ inline std::uint64_t EscapesOfBlock(const char* code)
     return escapes;
 }
 
-// Copies the characters up to `end`, behind which there must be room for a step, as in the result.
+// Copies the characters up to `end`. Both texts need room for a step after it.
 inline char* CopyRun(const char* code, const char* end, char* out)
 {
     const auto length = static_cast<std::size_t>(end - code);
@@ -159,7 +159,7 @@ char* DecodeEnd(const char* code, const char* end, char* buffer)
     return out;
 }
 
-// The first position at or before `position` that is not right behind an escape's first character.
+// The first position at or before `position` that does not directly follow a "=".
 std::size_t BreakableBefore(const std::string& code, std::size_t position)
 {
     while (position > 0 && code[position - 1] == c_escape)
@@ -215,7 +215,7 @@ void AppendEncoded(std::string& code, const char* bytes, std::size_t length)
 {
     constexpr std::size_t pieceLength = c_bufferLength / c_escapeLength;
 
-    // A form is copied with its length behind it, which the next one overwrites.
+    // A form is copied with the length after it, which the next form overwrites.
     char buffer[c_bufferLength + sizeof(Form)];
     while (length > 0) {
         const std::size_t piece = std::min(length, pieceLength);

@@ -47,7 +47,7 @@ ByteOrderMark FindByteOrderMark(std::string_view text)
     return {{}, Encoding::Utf8};
 }
 
-// The framework's converters of UTF-32 take every value.
+// The UTF-32 converters of wxWidgets accept every value.
 bool IsCodePoint(wchar_t character)
 {
     return (character >= 0 && character < 0xD800) || (character > 0xDFFF && character <= 0x10FFFF);

@@ -8,9 +8,9 @@
 
 namespace Toolkit::Framework {
 
-/// The framework's list of lines, with files read and written by the library itself: the framework
-/// prints a message for every failure, takes overlong forms for UTF-8, and leaves half a file
-/// behind when the disk is full.
+/// The list of lines of wxTextFile, with files read and written by the library itself: wxTextFile
+/// prints a message for every failure, accepts overlong forms as UTF-8, and leaves half a file when
+/// the disk is full.
 class TextFileLines : public wxTextFile {
 public:
     /// Replaces the lines by those of the file `path`; false, without lines, when it cannot be
