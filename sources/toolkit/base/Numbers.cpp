@@ -7,7 +7,6 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <type_traits>
 
@@ -144,22 +143,6 @@ void ParseDouble(const Char* at, const Char* end, double& value)
     value = characters.IsNegative() ? -magnitude : magnitude;
 }
 
-// "00" to "99": two digits cost one division.
-template <typename Char>
-struct DigitPairs {
-    constexpr DigitPairs() : digits{}
-    {
-        for (std::size_t i = 0; i < 100; ++i) {
-            digits[2 * i] = static_cast<Char>('0' + i / 10);
-            digits[2 * i + 1] = static_cast<Char>('0' + i % 10);
-        }
-    }
-    Char digits[200];
-};
-
-template <typename Char>
-constexpr DigitPairs<Char> c_digitPairs;
-
 constexpr auto c_powersOfTen = [] {
     std::array<unsigned long long, 20> powers{};
     unsigned long long power = 1;
@@ -179,19 +162,12 @@ std::size_t CountDigits(unsigned long long magnitude)
     return count + (magnitude >= c_powersOfTen[count] ? 1 : 0);
 }
 
-// Writes as many digits as CountDigits() tells from `begin` to `end`.
-//
-// The digit count is unpredictable, so do not branch on whether one digit is left or two.
+// Writes as many digits as CountDigits() returns, from `begin` to `end`.
 template <typename Char, typename Unsigned>
 void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
 {
-    for (; magnitude >= 100; magnitude /= 100) {
-        end -= 2;
-        std::memcpy(end, c_digitPairs<Char>.digits + 2 * (magnitude % 100), 2 * sizeof(Char));
-    }
-    const Char* const pair = c_digitPairs<Char>.digits + 2 * magnitude;
-    end[-1] = pair[1];
-    *begin = pair[magnitude < 10 ? 1 : 0];
+    for (; end != begin; magnitude /= 10)
+        *--end = static_cast<Char>('0' + magnitude % 10);
 }
 
 } // namespace
@@ -254,7 +230,6 @@ void NumberText<Char>::WriteInteger(unsigned long long magnitude, bool isNegativ
     m_length = static_cast<std::size_t>(end - begin);
 }
 
-// Written in place: a processor waits for digits that are written in pairs and copied right after.
 template <typename Char, typename Integer>
 std::basic_string<Char> FormatInteger(Integer value)
 {
