@@ -160,7 +160,7 @@ private:
     const pid_t m_process;
 };
 
-TEST_F(HostServerTest, DISABLED_TextForWhichThereIsNoMemoryLeavesTheHostAlive)
+TEST_F(HostServerTest, TextForWhichThereIsNoMemoryLeavesTheHostAlive)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "the sanitizer's own memory is limited too, and ends the process";
@@ -168,7 +168,10 @@ TEST_F(HostServerTest, DISABLED_TextForWhichThereIsNoMemoryLeavesTheHostAlive)
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
-    for (const rlim_t mebibytes : {0, 16, 48, 80, 112, 144, 176, 208, 240, 272}) {
+    // The event loop has to run before memory is short: wxWidgets cannot start one without.
+    ResultOf(host, {"list", "-archive", archive});
+
+    for (const rlim_t mebibytes : {16, 48, 80, 112, 144, 176, 208, 240, 272}) {
         SCOPED_TRACE(mebibytes);
         {
             const ScopedMemoryLimit limit(host.ProcessId(), mebibytes << 20);
