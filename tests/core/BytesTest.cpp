@@ -190,7 +190,7 @@ TEST(BytesTest, CopiesThatFindNoMemoryAreRefused)
     EXPECT_EQ(size, 0u);
 }
 
-TEST(BytesTest, ABlockThatFindsNoMemoryIsNotRead)
+TEST(BytesTest, ReadsNoBlockWithoutMemory)
 {
     MemoryStream stream(Packed(1000) + std::string(1000, 'x'));
     Bytes bytes(Raw("before"), 6);

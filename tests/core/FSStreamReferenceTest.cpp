@@ -31,7 +31,7 @@ void PackNumber(std::string& bytes, unsigned int value)
     }
 }
 
-// Blocks are written as byte buffers, so their size stands before them.
+// Blocks are written as byte buffers, so their size comes first.
 struct Packer {
     void operator()(unsigned int value) { PackNumber(bytes, value); }
 

@@ -50,7 +50,7 @@ protected:
         return FSStream(m_directory.WriteFile(L"read", bytes), FSStream::OpenRead);
     }
 
-    // A stream that writes what Written() tells.
+    // A stream that writes what Written() returns.
     FSStream Writer() const { return FSStream(m_directory.File(L"written"), FSStream::OpenWrite); }
     std::string Written() const { return m_directory.ReadFile(L"written"); }
 
@@ -73,7 +73,7 @@ TEST_F(FSStreamTest, WritesABlockAndNothingElse)
     EXPECT_EQ(Written(), std::string("a\0b", 3));
 }
 
-TEST_F(FSStreamTest, WritesATextBehindItsSizeInBytes)
+TEST_F(FSStreamTest, WritesTheSizeInBytesBeforeAString)
 {
     FSStream stream = Writer();
 
@@ -197,7 +197,7 @@ TEST_F(FSStreamTest, ATextCutShortLeavesTheTargetAsItWas)
     }
 }
 
-TEST_F(FSStreamTest, ATextThatFindsNoMemoryLeavesTheTargetAsItWas)
+TEST_F(FSStreamTest, LeavesTheTargetAloneWithoutMemory)
 {
     FSStream stream = Reader(Packed(400000u) + std::string(400000, 'x'));
     Wide text = L"before";
@@ -319,7 +319,7 @@ TEST_F(FSStreamTest, NullDataFailsUnlessNothingIsAskedFor)
     EXPECT_EQ(reader.Read(nullptr, 0), 0u);
 }
 
-TEST_F(FSStreamTest, EveryOperationOnAFileThatIsNotThereTellsSo)
+TEST_F(FSStreamTest, EveryOperationReportsAMissingFile)
 {
     FSStream stream(m_directory.File(L"missing"), FSStream::OpenRead);
     Wide text = L"before";
@@ -398,7 +398,7 @@ TEST_F(FSStreamTest, TheModesOfWxFileAreTaken)
     EXPECT_EQ(m_directory.ReadFile(L"file"), "nld+");
 }
 
-TEST_F(FSStreamTest, AStreamThatFindsNoMemoryIsNotOpen)
+TEST_F(FSStreamTest, IsNotOpenWithoutMemory)
 {
     const Wide path = m_directory.WriteFile(L"read", "abcd");
     const Testing::AllocationLimit limit(0);
@@ -494,7 +494,7 @@ TEST_F(FSStreamTest, NewFilesMayBeReadAndWrittenAsTheCreationMaskSays)
     EXPECT_EQ(permissions("closed"), std::filesystem::perms(0640));
 }
 
-// Counts what the framework logs on this thread.
+// Counts what wxWidgets logs on this thread.
 class CountingLog : public wxLog {
 public:
     CountingLog() : m_old(wxLog::SetActiveTarget(this)) {}

@@ -53,7 +53,7 @@ TEST(TStringTest, NullCharacterMakesATextOfOneCharacter)
     EXPECT_EQ(Narrow('\0').size(), 1u);
 }
 
-TEST(TStringTest, NullPointerMakesAnEmptyText)
+TEST(TStringTest, NullPointerMakesAnEmptyString)
 {
     const wchar_t* const nothing = nullptr;
 
@@ -115,7 +115,7 @@ struct ComparisonCase {
     int expected;
 };
 
-TEST(TStringTest, ComparisonIgnoresCaseAndTellsTheOrder)
+TEST(TStringTest, ComparisonIgnoresCaseAndReturnsTheOrder)
 {
     constexpr ComparisonCase cases[] = {
         {L"abc", L"ABC", 0},
@@ -139,7 +139,7 @@ TEST(TStringTest, ComparisonIgnoresCaseAndTellsTheOrder)
     }
 }
 
-TEST(TStringTest, ComparisonGoesOnBehindNullCharacters)
+TEST(TStringTest, ComparisonContinuesAfterNullCharacters)
 {
     const Wide left(std::wstring(L"a\0b", 3));
     const Wide right(std::wstring(L"A\0C", 3));
@@ -254,7 +254,7 @@ TEST(TStringTest, SubstringFoldsTheBytesOfAnEightBitLocale)
     EXPECT_EQ(Wide(L"CAF\u00C9").ToLower(), L"caf\u00E9");
 }
 
-TEST(TStringTest, TrimRemovesBlanksAndTabsAtBothEnds)
+TEST(TStringTest, TrimRemovesSpacesAndTabsAtBothEnds)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L" a b\t", L"a b"},
@@ -460,7 +460,7 @@ TEST(TStringTest, TextAndDelimitersMayBeAmongTheTokensThatGo)
 }
 
 // The alarm decides when a call is called one that does not return.
-TEST(TStringDeathTest, ReplaceByATextThatHoldsWhatIsReplacedDoesNotReturn)
+TEST(TStringDeathTest, ReplaceByAStringThatContainsTheReplacedOneDoesNotReturn)
 {
     const auto replaceForASecond = [] {
         ::alarm(1);

@@ -164,7 +164,7 @@ TEST_F(DirectoryTest, QuotesWildcardsByABackslash)
     EXPECT_THAT(Files(L"a\\"), IsEmpty());
 }
 
-TEST_F(DirectoryTest, WhatIsNoDirectoryCountsAsAFile)
+TEST_F(DirectoryTest, EverythingButADirectoryCountsAsAFile)
 {
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
 
@@ -246,7 +246,7 @@ TEST_F(DirectoryTest, CreatedDirectoriesHaveThePermissionsThatTheMaskLeaves)
     EXPECT_EQ(status.st_mode & 0777u, 0750u);
 }
 
-TEST_F(DirectoryTest, CreatingADirectoryThatIsThereSucceeds)
+TEST_F(DirectoryTest, CreatingAnExistingDirectorySucceeds)
 {
     EXPECT_TRUE(Directory::Create(m_directory.File(L"")));
 }

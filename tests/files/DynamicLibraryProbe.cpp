@@ -1,4 +1,4 @@
-// A library for DynamicLibraryTest, which tells when it is unloaded.
+// A library for DynamicLibraryTest that reports when it is unloaded.
 
 namespace {
 

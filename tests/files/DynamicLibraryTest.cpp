@@ -16,7 +16,7 @@ namespace {
 using Testing::ScopedLocale;
 using Testing::TempDir;
 
-// A copy of the probe library for each test, so that it is loaded anew.
+// A copy of the probe library for each test, so that it is loaded again.
 class DynamicLibraryTest : public testing::Test {
 protected:
     void SetUp() override

@@ -49,7 +49,7 @@ protected:
     TempDir m_directory;
 };
 
-// What is read from `file` where it stands.
+// What is read from `file` at its position.
 std::string ReadText(FFile& file, unsigned int count)
 {
     std::string bytes(count, '\0');
@@ -124,7 +124,7 @@ TEST_F(FFileTest, ModeDecidesWhatCanBeRead)
     }
 }
 
-TEST_F(FFileTest, ExclusiveModeRefusesAFileThatIsThere)
+TEST_F(FFileTest, ExclusiveModeRefusesAnExistingFile)
 {
     FFile file;
 
@@ -132,7 +132,7 @@ TEST_F(FFileTest, ExclusiveModeRefusesAFileThatIsThere)
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
-TEST_F(FFileTest, ReadTellsWhetherAnyByteCame)
+TEST_F(FFileTest, ReadReturnsWhetherAnyByteCame)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -208,7 +208,7 @@ TEST_F(FFileTest, TextWithoutUtf8FormIsNotWritten)
     }
 }
 
-TEST_F(FFileTest, LengthCountsWhatIsStillBuffered)
+TEST_F(FFileTest, LengthCountsBufferedBytes)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -280,7 +280,7 @@ TEST_F(FFileTest, SeekBeforeTheStartFailsAndStays)
     EXPECT_EQ(file.GetOffset(), 4);
 }
 
-TEST_F(FFileTest, ModeDecidesWhereTheFileStandsAtFirst)
+TEST_F(FFileTest, ModeDecidesTheFirstPosition)
 {
     constexpr std::pair<const wchar_t*, long long> cases[] = {{L"r", 0},   {L"r+", 0}, {L"a", 10},
                                                               {L"ab", 10}, {L"a+", 0}, {L"w", 0}};
@@ -505,7 +505,7 @@ TEST_F(FFileTest, StartedProgramsDoNotInheritTheFile)
     ::close(inherited);
 }
 
-TEST_F(FFileTest, TextsForWhichTheMemoryDoesNotSufficeAreNotWritten)
+TEST_F(FFileTest, WritesNothingWithoutMemory)
 {
     const TString<wchar_t> longText = std::wstring(1000000, L'x');
     FFile file;

@@ -1,5 +1,5 @@
 // What the path manager finds out depends on the program that runs: PathProgram is started under
-// many names, in many environments, with and without the framework.
+// many names, in many environments, with and without wxWidgets.
 
 #include "support/RunProgram.h"
 #include "support/ScopedEnvironment.h"
@@ -210,7 +210,7 @@ TEST_F(PathManagerProgramTest, EnvironmentMayNameTheDataDirectory)
 }
 
 // This one directory is made in the user's real home, under a name that nothing else bears.
-TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseTells)
+TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseAnswers)
 {
     const std::string directory = std::string(Account().pw_dir) + "/.toolkit-path-program";
     const std::optional<std::string> values[] = {std::nullopt, ""};

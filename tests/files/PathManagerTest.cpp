@@ -105,7 +105,7 @@ TEST_F(PathManagerTest, ConstructionCreatesTheApplicationDataDirectory)
         std::filesystem::is_directory(m_directory.Path() / ".PathManagerTest/PathManagerTest"));
 }
 
-TEST_F(PathManagerTest, UserDirectoriesAreAskedForAnew)
+TEST_F(PathManagerTest, UserDirectoriesAreQueriedOnEachCall)
 {
     const ScopedEnvironment home("HOME", "/elsewhere");
 

@@ -1,4 +1,4 @@
-// Prints what the path manager finds out, as UTF-8: the program behind PathManagerTest.
+// Prints what the path manager finds out, in UTF-8: the program of PathManagerProgramTest.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
@@ -36,8 +36,8 @@ void PrintPaths(const PathManager& paths)
 
 } // namespace
 
-// "framework" starts the framework first, "locale" takes over the locale of the environment, any
-// other argument is the application's name for the framework.
+// "framework" starts wxWidgets first, "locale" takes the locale of the environment. Any other
+// argument becomes the name that wxApp has for the application.
 int main(int argc, char** argv)
 {
     bool framework = false;

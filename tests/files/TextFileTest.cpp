@@ -191,7 +191,7 @@ TEST_F(TextFileTest, EndHoldsAtOnceForOneLine)
     EXPECT_TRUE(m_file.Eof());
 }
 
-TEST_F(TextFileTest, NextLineBehindTheLastIsEmptyAndStays)
+TEST_F(TextFileTest, NextLineAfterTheLastIsEmptyAndStays)
 {
     Open("a\nb");
     ASSERT_EQ(m_file.GetNextLine(), L"b");
@@ -338,7 +338,7 @@ TEST_F(TextFileTest, AddedLinesEndInALineFeed)
     EXPECT_EQ(Contents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
 }
 
-TEST_F(TextFileTest, LineBehindAnUnterminatedOneDoesNotJoinIt)
+TEST_F(TextFileTest, LineAfterAnUnterminatedOneDoesNotJoinIt)
 {
     Open("a\nb");
     m_file.AddLine(L"c");
@@ -507,7 +507,7 @@ TEST_F(TextFileTest, NoDescriptorIsLeftForAFile)
     EXPECT_TRUE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, FileForWhichTheMemoryDoesNotSufficeCannotBeOpened)
+TEST_F(TextFileTest, OpensNoFileWithoutMemory)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", std::string(1000000, 'x'));
     {
@@ -546,7 +546,7 @@ TEST_F(TextFileTest, WritesNothingAfterALineWasLost)
     EXPECT_EQ(Contents(), "first\n");
 }
 
-TEST_F(TextFileTest, WritesAgainOnceAFileWasOpenedAnew)
+TEST_F(TextFileTest, WritesAgainAfterAFileIsOpenedAgain)
 {
     Open("first\n");
     const TString<wchar_t> longLine(std::wstring(1000000, L'x'));
