@@ -97,8 +97,10 @@ std::string MakeConnectRequest(std::wstring_view topic)
         Base::AppendEncodedUtf8(bytes, encodable.data(), encodable.size());
     }
     const std::size_t size = bytes.size() - headerLength;
+    if (size > c_longestTopic)
+        return {};
     WriteSize(&bytes[1], size);
-    return size > c_longestTopic ? std::string() : bytes;
+    return bytes;
 }
 
 std::string MakeExecuteRequest(std::wstring_view text)
