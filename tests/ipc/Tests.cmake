@@ -16,6 +16,11 @@ toolkit_private_test(
     ipc/Socket.cpp
 )
 
+toolkit_private_test(
+    ipc/SocketSetTest.cpp base/FileDescriptor.cpp base/OwnDescriptor.cpp ipc/Socket.Linux.cpp
+    ipc/Socket.cpp
+)
+
 toolkit_test_program(IPCClientTest TOOLKIT_TEST_BARE_SERVER ipc/BareServerProgram.cpp)
 toolkit_test_program(IPCClientTest TOOLKIT_TEST_IPC_CLIENT ipc/IPCClientProgram.cpp)
 toolkit_test_program(IPCClientTest TOOLKIT_TEST_IPC_SERVER ipc/IPCServerProgram.cpp)

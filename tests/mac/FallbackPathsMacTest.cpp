@@ -1,0 +1,42 @@
+#include "toolkit/files/FallbackPaths.Private.h"
+
+#include "support/ScopedEnvironment.h"
+
+#include <gtest/gtest.h>
+
+#include "mac/SystemStandIns.h"
+
+namespace Toolkit {
+namespace {
+
+TEST(FallbackPathsMacTest, FindsDataAndResourcesInTheBundle)
+{
+    MacStandIns::SetExecutablePath("/Applications/Tool.app/Contents/MacOS/Tool");
+
+    EXPECT_EQ(FallbackPaths::DataDirectory(L"Tool"),
+              L"/Applications/Tool.app/Contents/SharedSupport");
+    EXPECT_EQ(FallbackPaths::ResourcesDirectory(L"Tool"),
+              L"/Applications/Tool.app/Contents/Resources");
+}
+
+TEST(FallbackPathsMacTest, UsesTheWorkingDirectoryOutsideABundle)
+{
+    MacStandIns::SetExecutablePath("/usr/local/bin/tool");
+
+    EXPECT_EQ(FallbackPaths::DataDirectory(L"tool"), L"./SharedSupport");
+    EXPECT_EQ(FallbackPaths::ResourcesDirectory(L"tool"), L"./Resources");
+}
+
+TEST(FallbackPathsMacTest, FindsTheUsersDirectoriesInTheHomeDirectory)
+{
+    const Testing::ScopedEnvironment home("HOME", "/Users/ann");
+
+    EXPECT_EQ(FallbackPaths::UserLocalDataDirectory(L"Tool"),
+              L"/Users/ann/Library/Application Support/Tool");
+    EXPECT_EQ(FallbackPaths::UserLocalDataDirectory(L""),
+              L"/Users/ann/Library/Application Support");
+    EXPECT_EQ(FallbackPaths::DocumentsDirectory(), L"/Users/ann/Documents");
+}
+
+} // namespace
+} // namespace Toolkit

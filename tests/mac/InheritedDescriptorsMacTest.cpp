@@ -1,0 +1,29 @@
+#include "toolkit/system/InheritedDescriptors.Private.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Toolkit {
+namespace {
+
+// Ends with 0 when all descriptors but the first three are closed by execv(3).
+[[noreturn]] void CheckFlags()
+{
+    const int inherited = ::open("/dev/null", O_RDONLY);
+    ::fcntl(STDIN_FILENO, F_SETFD, 0);
+    CloseInheritedDescriptorsOnExec();
+    const bool isClosed = ::fcntl(inherited, F_GETFD) == FD_CLOEXEC;
+    const bool isInputKept = ::fcntl(STDIN_FILENO, F_GETFD) == 0;
+    std::_Exit(isClosed && isInputKept ? 0 : 1);
+}
+
+TEST(InheritedDescriptorsMacDeathTest, ClosesAllButTheFirstThreeOnExec)
+{
+    EXPECT_EXIT(CheckFlags(), testing::ExitedWithCode(0), "");
+}
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,89 @@
+// The functions of the system library of macOS that the library calls, by those of Linux.
+
+#include "mac/SystemStandIns.h"
+
+#include <MacDeclarations.h>
+#include <cstdint>
+#include <cstring>
+#include <mach-o/dyld.h>
+#include <string>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+std::string s_executablePath;
+
+struct Stack {
+    void* begin = nullptr;
+    size_t size = 0;
+};
+
+Stack StackOf(pthread_t thread)
+{
+    Stack stack;
+    pthread_attr_t attributes;
+    if (::pthread_getattr_np(thread, &attributes) != 0)
+        return stack;
+    ::pthread_attr_getstack(&attributes, &stack.begin, &stack.size);
+    ::pthread_attr_destroy(&attributes);
+    return stack;
+}
+
+} // namespace
+
+namespace Toolkit::MacStandIns {
+
+void SetExecutablePath(const std::string& path)
+{
+    s_executablePath = path;
+}
+
+} // namespace Toolkit::MacStandIns
+
+extern "C" {
+
+int getpeereid(int socket, uid_t* effectiveUser, gid_t* effectiveGroup)
+{
+    struct {
+        pid_t process;
+        uid_t user;
+        gid_t group;
+    } peer{};
+    socklen_t length = sizeof peer;
+    if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0)
+        return -1;
+    *effectiveUser = peer.user;
+    *effectiveGroup = peer.group;
+    return 0;
+}
+
+// The end of the stack, from which it grows down.
+void* pthread_get_stackaddr_np(pthread_t thread)
+{
+    const Stack stack = StackOf(thread);
+    return static_cast<char*>(stack.begin) + stack.size;
+}
+
+size_t pthread_get_stacksize_np(pthread_t thread)
+{
+    return StackOf(thread).size;
+}
+
+int pthread_main_np()
+{
+    return ::gettid() == ::getpid() ? 1 : 0;
+}
+
+// -1, and the size that is needed, when the buffer is too small.
+int _NSGetExecutablePath(char* buffer, uint32_t* size)
+{
+    const auto needed = static_cast<uint32_t>(s_executablePath.size() + 1);
+    const bool fits = *size >= needed;
+    *size = needed;
+    if (!fits)
+        return -1;
+    std::memcpy(buffer, s_executablePath.c_str(), needed);
+    return 0;
+}
+}

@@ -1,0 +1,33 @@
+#include "toolkit/base/MainThread.h"
+#include "toolkit/base/StackSpace.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <thread>
+
+namespace Toolkit::Base {
+namespace {
+
+TEST(ThreadsMacTest, StackBoundsContainTheStack)
+{
+    const char onStack = 0;
+    const auto place = reinterpret_cast<std::uintptr_t>(&onStack);
+
+    const StackBounds bounds = GetStackBounds();
+
+    EXPECT_LT(bounds.begin, place);
+    EXPECT_GT(bounds.end, place);
+}
+
+TEST(ThreadsMacTest, OnlyTheMainThreadIsTheFirst)
+{
+    bool isOtherFirst = true;
+    std::thread([&] { isOtherFirst = IsFirstThread(); }).join();
+
+    EXPECT_TRUE(IsFirstThread());
+    EXPECT_FALSE(isOtherFirst);
+}
+
+} // namespace
+} // namespace Toolkit::Base
