@@ -73,8 +73,8 @@ FileLogger::~FileLogger()
     Wait();
 }
 
-// Nobody destroys a logger that another thread holds when the process ends. Others may log on to
-// it, so it gets no more time than an orderly end takes.
+// A logger that another thread holds when the process ends is never destroyed. Threads may go on
+// logging to it, so it gets no more time than an orderly end takes.
 void FileLogger::EndAtUnload()
 {
     constexpr std::chrono::seconds longestEnd(2);

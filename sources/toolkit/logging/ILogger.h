@@ -122,8 +122,8 @@ public:
     static ILogger& GetLogger();
 
     /// Installs `logger` as the process-wide one; an empty pointer installs one that discards
-    /// everything. Not guarded: to be called while no other thread logs, between `CreateInstance`
-    /// and `ReleaseInstance`; outside of them it does nothing.
+    /// everything. Not guarded: call it while no other thread logs. Does nothing before
+    /// `CreateInstance` and after `ReleaseInstance`.
     static void SetLogger(smart_ptr<ILogger> logger);
 
     /// Null while there is no process-wide logger.
