@@ -6,6 +6,7 @@
 #include <functional>
 #include <pthread.h>
 #include <sys/mman.h>
+#include <ucontext.h>
 
 #include "regExp/CaughtException.h"
 #include "regExp/Engine.h"
@@ -160,6 +161,64 @@ TEST(RegExpStackTest, AVerySmallStackIsEnoughForPlainPatterns)
     RunWithStack(64 * c_kilobyte, [&] { isMatch = regExp.IsMatch("ann@home"); });
     EXPECT_TRUE(isMatch);
 }
+
+TEST(RegExpStackTest, FlatGroupsNeedNoMoreStackThanOne)
+{
+    TString<char> pattern;
+    for (int i = 0; i < 200; ++i)
+        pattern += "(?:[a-z])";
+    const RegExp regExp(pattern, RegExpOptions::None);
+
+    EXPECT_EQ(MessageWithStack(64 * c_kilobyte, [&] { regExp.IsMatch("a"); }), "nothing thrown");
+}
+
+TEST(RegExpStackTest, ALargeSubjectIsSearchedOnASmallStack)
+{
+    const RegExp regExp(TString<char>("[a-z]+(\\d)"), RegExpOptions::None);
+    const TString<char> subject(std::string(20'000'000, '.') + "abc1");
+
+    TString<char> value;
+    RunWithStack(256 * c_kilobyte, [&] { value = (*regExp.Match(subject))[0]->value; });
+    EXPECT_EQ(value, "abc1");
+}
+
+#ifdef __GLIBC__
+// Runs `work` on a stack that the system does not know, as coroutines have.
+void RunInCoroutine(std::size_t stackSize, std::function<void()> work)
+{
+    static std::function<void()>* s_work = nullptr;
+    const StackMemory stack(stackSize);
+    ucontext_t caller;
+    ucontext_t coroutine;
+    getcontext(&coroutine);
+    coroutine.uc_stack.ss_sp = stack.Begin();
+    coroutine.uc_stack.ss_size = stackSize;
+    coroutine.uc_link = &caller;
+    s_work = &work;
+    makecontext(
+        &coroutine, [] { (*s_work)(); }, 0);
+    swapcontext(&caller, &coroutine);
+}
+
+TEST(RegExpStackTest, ACoroutineSearchesAsDeeplyAsAThread)
+{
+    const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
+    const TString<char> subject(std::string(5000, 'a') + "c");
+
+    bool isMatch = false;
+    RunInCoroutine(64 * c_kilobyte, [&] { isMatch = regExp.IsMatch(subject); });
+    EXPECT_TRUE(isMatch);
+}
+
+TEST(RegExpStackTest, ACoroutineCompilesTheDeepestNesting)
+{
+    const RegExp regExp(Nested(240), RegExpOptions::None);
+
+    TString<char> message;
+    RunInCoroutine(64 * c_kilobyte, [&] { message = CaughtMessage([&] { regExp.IsMatch("a"); }); });
+    EXPECT_EQ(message, "nothing thrown");
+}
+#endif
 
 } // namespace
 } // namespace Toolkit

@@ -15,6 +15,16 @@ toolkit_private_test(
 )
 target_link_libraries(MatchGroupsTest PRIVATE Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
 toolkit_test(regExp/MatchResultTest.cpp)
+toolkit_private_test(
+    regExp/AtomicRecursionTest.cpp regExp/AtomicRecursion.cpp regExp/PatternItems.cpp
+)
+toolkit_private_test(
+    regExp/PatternNestingTest.cpp regExp/PatternItems.cpp regExp/PatternNesting.cpp
+)
+if(TARGET Toolkit::pcre2)
+    toolkit_private_test(regExp/Pcre2ErrorsTest.cpp regExp/Pcre2Errors.cpp)
+    target_link_libraries(Pcre2ErrorsTest PRIVATE Toolkit::pcre2)
+endif()
 
 # Where both engines are installed, their results are compared.
 if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
@@ -49,6 +59,8 @@ if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
 endif()
 toolkit_private_test(regExp/PatternTraitsTest.cpp regExp/PatternTraits.cpp)
 toolkit_test(regExp/RegExpExceptionTest.cpp)
+toolkit_test(regExp/RegExpMemoryTest.cpp)
+target_sources(RegExpMemoryTest PRIVATE support/ScarceMemory.cpp)
 # The other engine is compared with this one.
 if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
     toolkit_test(regExp/RegExpReferenceTest.cpp)

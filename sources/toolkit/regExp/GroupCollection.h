@@ -31,12 +31,12 @@ public:
     /// Appends `group`, whose number is its place in the collection.
     void Add(smart_ptr<Group> group);
 
-    /// Forgets groups and names.
+    /// Removes all groups and names.
     void Clear();
 
     /// Gives group `number` the name; a number that has no group is ignored.
     ///
-    /// Two groups may bear one name. The collection then finds the first of them by it.
+    /// Two groups may have one name. GetGroup() then finds the first of them.
     void AddNamedGroupKey(const TString<char>& name, int number);
 
     std::vector<smart_ptr<Group>> groups; ///< Place i holds group i.

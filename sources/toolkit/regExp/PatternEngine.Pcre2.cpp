@@ -1,3 +1,4 @@
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/StackSpace.h"
 #include "toolkit/regExp/AsciiText.Private.h"
 #include "toolkit/regExp/FreshStack.Private.h"
@@ -170,7 +171,9 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     int error = compiled->Compile();
     if (error == PCRE2_ERROR_PARENTHESES_STACK_CHECK && !Base::IsOnThreadStack()) {
         auto compile = [&] { error = compiled->Compile(); };
-        FreshStack::Run(compile);
+        // Out of memory, the first error stays.
+        auto tryToCompile = [&] { static_cast<void>(Base::Completes(compile)); };
+        FreshStack::Run(tryToCompile);
     }
     if (compiled->IsCompiled())
         return compiled.release();

@@ -38,7 +38,7 @@ void Execute(MatchResult& result, std::size_t start);
 /// Calls `operation` and turns what the standard library throws, for want of memory, into the
 /// engine's own failure of that kind.
 template <typename Operation>
-auto WithMemoryErrorsTold(const Operation& operation)
+auto ReportingOutOfMemory(const Operation& operation)
 {
     try {
         return operation();

@@ -8,7 +8,7 @@
 namespace Toolkit {
 namespace {
 
-using PatternRun::WithMemoryErrorsTold;
+using PatternRun::ReportingOutOfMemory;
 
 // What `text` has grown by since it was `subject`; a text that shrank has grown by a negative
 // number.
@@ -20,19 +20,19 @@ int Growth(const TString<char>& text, const TString<char>& subject)
 } // namespace
 
 RegExp::RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(WithMemoryErrorsTold([&] { return pattern; })), m_modifiers(modifiers)
+    : m_pattern(ReportingOutOfMemory([&] { return pattern; })), m_modifiers(modifiers)
 {
 }
 
 RegExp::RegExp(const TString<wchar_t>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(WithMemoryErrorsTold([&] { return Base::EncodeUtf8(pattern); })),
+    : m_pattern(ReportingOutOfMemory([&] { return Base::EncodeUtf8(pattern); })),
       m_modifiers(modifiers)
 {
 }
 
 bool RegExp::IsMatch(const TString<char>& subject) const
 {
-    return WithMemoryErrorsTold([&] {
+    return ReportingOutOfMemory([&] {
         int offsets[MatchResult::c_ovectorSize];
         return PatternRun::Execute(PatternRun::Compile(m_pattern), subject, 0, 0, offsets) >= 1;
     });
@@ -40,12 +40,12 @@ bool RegExp::IsMatch(const TString<char>& subject) const
 
 bool RegExp::IsMatch(const TString<wchar_t>& subject) const
 {
-    return WithMemoryErrorsTold([&] { return IsMatch(Base::EncodeUtf8(subject)); });
+    return ReportingOutOfMemory([&] { return IsMatch(Base::EncodeUtf8(subject)); });
 }
 
 smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 {
-    return WithMemoryErrorsTold([&] {
+    return ReportingOutOfMemory([&] {
         smart_ptr<MatchResult> result(new MatchResult());
         result->subject = subject;
         result->pattern = m_pattern;
@@ -58,20 +58,20 @@ smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 
 smart_ptr<MatchResult> RegExp::Match(const TString<wchar_t>& subject) const
 {
-    return WithMemoryErrorsTold([&] { return Match(Base::EncodeUtf8(subject)); });
+    return ReportingOutOfMemory([&] { return Match(Base::EncodeUtf8(subject)); });
 }
 
 TString<char> RegExp::Replace(const TString<char>& replacement, const TString<char>& subject,
                               unsigned char)
 {
-    return WithMemoryErrorsTold(
+    return ReportingOutOfMemory(
         [&] { return WholeMatchReplacement(m_pattern, replacement, subject).Run(); });
 }
 
 TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
                               const TString<char>& subject)
 {
-    return WithMemoryErrorsTold([&] {
+    return ReportingOutOfMemory([&] {
         const smart_ptr<MatchResult> result = Match(subject);
         if (!result->Success())
             return TString<char>();
@@ -89,7 +89,7 @@ TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
 
 TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TString<char>& subject)
 {
-    return WithMemoryErrorsTold([&] {
+    return ReportingOutOfMemory([&] {
         const smart_ptr<MatchResult> result = Match(subject);
         if (!result->Success())
             return TString<char>();
@@ -107,12 +107,12 @@ TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TStr
 
 void RegExp::RegExp_compile(const smart_ptr<MatchResult>& result) const
 {
-    WithMemoryErrorsTold([&] { PatternRun::Compile(*result); });
+    ReportingOutOfMemory([&] { PatternRun::Compile(*result); });
 }
 
 void RegExp::RegExp_exec(const smart_ptr<MatchResult>& result, unsigned short startOffset) const
 {
-    WithMemoryErrorsTold([&] { PatternRun::Execute(*result, startOffset); });
+    ReportingOutOfMemory([&] { PatternRun::Execute(*result, startOffset); });
 }
 
 void RegExp::RegExp_replace(const smart_ptr<MatchResult>& result, int group, TString<char>& target,
@@ -123,7 +123,7 @@ void RegExp::RegExp_replace(const smart_ptr<MatchResult>& result, int group, TSt
     const bool isInside = position >= 0 && position <= static_cast<long long>(target.size());
     if (!range.IsValid() || !isInside)
         return;
-    WithMemoryErrorsTold(
+    ReportingOutOfMemory(
         [&] { target.replace(static_cast<std::size_t>(position), range.Length(), replacement); });
 }
 

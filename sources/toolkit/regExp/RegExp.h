@@ -12,18 +12,31 @@
 namespace Toolkit {
 
 struct TOOLKIT_API RegExpOptions {
-    /// Kept with a pattern and never read: a pattern says "(?i)" and the like itself.
+    /// Stored with a pattern and never read. A pattern itself says "(?i)" and the like.
     enum Modifiers { None = 0, IgnoreCase = 1, MultiLine = 2, DotAll = 4, Extended = 8 };
 };
 
 /// A regular expression in the syntax of Perl, over UTF-8.
 ///
-/// Wide subjects and patterns are converted to UTF-8 first; a wide text that cannot be converted is
-/// the empty text. The pattern is compiled by every operation, up to its first null character.
+///     const RegExp address(TString<char>("(?<user>\\w+)@(?<host>[\\w.]+)"), RegExpOptions::None);
+///     const smart_ptr<MatchResult> match = address.Match("Jane <jane@example.org>");
+///     if (match->Success())
+///         Greet(match->GetGroup("user")->value); // "jane"
 ///
-/// What fails throws a `smart_ptr<RegExpException>`: a pattern that does not compile, a subject
-/// that is not UTF-8, and a search that takes too many steps, more stack than the calling thread
-/// has left, or more memory than there is. Nothing else is thrown, and nothing is logged.
+/// Wide subjects and patterns are converted to UTF-8 first; a wide text that cannot be converted is
+/// the empty text. Every operation compiles the pattern, up to its first null character.
+///
+/// A failure throws a `smart_ptr<RegExpException>`: a pattern that does not compile, a subject that
+/// is not UTF-8, and a search that takes too many steps, or more stack or memory than there is.
+/// Without memory even for that exception, `std::bad_alloc` is thrown. Nothing is logged.
+///
+/// Steps are counted from each start position anew, up to 10 million, some hundred milliseconds.
+/// The whole call has no bound of its own: `\s+[bc]` takes minutes on 200,000 spaces, since it
+/// reads the rest of them from each. For patterns or subjects from strangers, limit the length of
+/// the subject.
+///
+/// `\C` matches a single byte. After it has split a character, what follows in the pattern is
+/// undefined, and the engine may crash: do not use it.
 ///
 /// Any thread may call the operations as long as none assigns to the object.
 class TOOLKIT_API RegExp {
@@ -36,56 +49,56 @@ public:
 
     /// Whether the pattern matches anywhere in `subject`.
     ///
-    /// A pattern with more than 19 groups that matches beyond the nineteenth answers false.
+    /// False also for a match that reaches beyond group 19.
     bool IsMatch(const TString<char>& subject) const;
     bool IsMatch(const TString<wchar_t>& subject) const;
 
     /// The first match: its groups up to the last one that took part, with their names.
     ///
     /// Without a match `Success()` is false and there are no groups. There are none either, though
-    /// `Success()` is true, when a match reaches beyond group 19. A group whose end lies before its
-    /// begin, which `\K` can bring about, is empty.
+    /// `Success()` is true, when a match reaches beyond group 19. A match that ends before it
+    /// begins, as `\K` in a look-ahead can cause, has an empty value.
     smart_ptr<MatchResult> Match(const TString<char>& subject) const;
     smart_ptr<MatchResult> Match(const TString<wchar_t>& subject) const;
 
-    /// `subject` with every match replaced by `replacement`, which is taken as it stands; the last
+    /// `subject` with every match replaced by `replacement`, which is literal text. The last
     /// argument is ignored.
     ///
-    /// Neither the empty text matches, nor "^" at the begin, nor "$" at the end of `subject`. The
-    /// search goes on behind a replacement, in the text that holds it: what looks behind sees it.
+    /// The empty text never matches, nor does "^" at the beginning or "$" at the end of `subject`.
+    /// The search continues after a replacement, in the text that contains it: look-behinds see it.
     ///
-    /// The search goes on at that place modulo 65536. In a text that is longer, replacements may so
-    /// be searched again, and an operation whose replacement holds a match may go on until memory
-    /// ends; a place that falls inside a character throws.
+    /// The offset at which the search continues is taken modulo 65536. Replacements in a longer
+    /// text may therefore be searched again, and a replacement that contains a match may repeat
+    /// until memory runs out. An offset inside a character throws.
     TString<char> Replace(const TString<char>& replacement, const TString<char>& subject,
                           unsigned char flag);
 
     /// `subject` with the groups of the first match replaced: group 1 by the first entry, and so
-    /// on. Without a match the empty text.
+    /// on. Empty without a match.
     ///
-    /// The empty text stands for entries that are missing. A group that took no part is skipped.
-    /// Groups are expected in increasing order and apart: a group inside another is replaced where
-    /// it would stand had the outer one been replaced in front of it, as far as the text reaches.
+    /// Missing entries are empty texts. A group that took no part is skipped. Groups are expected
+    /// in increasing order without overlaps: a group inside another is replaced at the place where
+    /// it would be if the outer replacement had been inserted before it.
     TString<char> Replace(const std::vector<TString<char>>& replacements,
                           const TString<char>& subject);
 
-    /// The same for the named groups, each replaced by the entry of its name. Other groups stay.
+    /// The same for named groups, each replaced by the entry of its name. Other groups stay.
     ///
-    /// A name that is missing in the map is added to it with the empty text.
+    /// A name that the map does not have is added to it with the empty text.
     TString<char> Replace(ReplacementMappedStrings& replacements, const TString<char>& subject);
 
-    // What the operations are made of. `result` must hold an object.
+    // The steps of the operations. `result` must hold an object.
 
     /// Compiles the pattern of `result` in place of what was compiled before.
     void RegExp_compile(const smart_ptr<MatchResult>& result) const;
 
-    /// Searches the subject of `result`, which is compiled, from the byte `startOffset` on.
+    /// Searches the subject of `result`, whose pattern is compiled, from the byte `startOffset` on.
     void RegExp_exec(const smart_ptr<MatchResult>& result, unsigned short startOffset) const;
 
     /// Replaces the range that `result` gives for `group`, moved by `shift` bytes, in `target`.
     ///
-    /// A group that does not exist or took no part, and a range that begins outside `target`, leave
-    /// it as it is.
+    /// Does nothing for a group that does not exist or took no part, and for a range that begins
+    /// outside `target`.
     void RegExp_replace(const smart_ptr<MatchResult>& result, int group, TString<char>& target,
                         const TString<char>& replacement, int shift);
 

@@ -1,0 +1,40 @@
+#include "toolkit/regExp/PatternNesting.Private.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Toolkit {
+namespace {
+
+TEST(PatternNestingTest, CountsLevelsAndNotParentheses)
+{
+    constexpr std::pair<const char*, std::size_t> cases[] = {
+        {"", 0},          {"a", 0},          {"(a)", 1},        {"(a)(b)(c)", 1},
+        {"((a)(b))", 2},  {"(a(b(c)))", 3},  {"(?:a)(?=b)", 1}, {"\\(\\(a", 0},
+        {"[(][(](a)", 1}, {"[](](a)(b)", 1}, {"[^](](a)", 1},   {"[[:alpha:](](a)", 1},
+        {"[\\](](a)", 1}, {"(", 1},          {")(a)", 1},       {"((((", 4},
+        {"(a)\\)(b)", 1}, {"(a)[)](b)", 1}};
+    for (const auto& [pattern, expected] : cases)
+        EXPECT_EQ(DeepestNesting(pattern), expected) << pattern;
+}
+
+TEST(PatternNestingTest, AThousandGroupsInARowAreOneLevel)
+{
+    std::string pattern;
+    for (int i = 0; i < 1000; ++i)
+        pattern += "([a-z]+)";
+
+    EXPECT_EQ(DeepestNesting(pattern.c_str()), 1u);
+}
+
+TEST(PatternNestingTest, CountsEveryOpeningWhereAClosingOneMayBeQuoted)
+{
+    for (const char* pattern :
+         {"(?x)((# )\n(((", "\\Q)))\\E(((((", "\\c)(((((", "[\\Q]\\E)))((((( ", "(*MARK:[)(((((",
+          "[[.a.])))(((((", "(?#)(((((", "[a(((((", "((\\E)))((((("})
+        EXPECT_GE(DeepestNesting(pattern), 5u) << pattern;
+}
+
+} // namespace
+} // namespace Toolkit

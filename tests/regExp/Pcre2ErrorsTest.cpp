@@ -1,0 +1,50 @@
+#include "toolkit/regExp/Pcre2Errors.Private.h"
+
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <gtest/gtest.h>
+#include <pcre2.h>
+
+namespace Toolkit::Pcre2Errors {
+namespace {
+
+TEST(Pcre2ErrorsTest, NumbersAreThoseOfPcre1)
+{
+    constexpr std::pair<int, int> cases[] = {
+        {PCRE2_ERROR_NOMATCH, -1},       {PCRE2_ERROR_NULL, -2},
+        {PCRE2_ERROR_BADOPTION, -3},     {PCRE2_ERROR_BADMAGIC, -4},
+        {PCRE2_ERROR_NOMEMORY, -6},      {PCRE2_ERROR_MATCHLIMIT, -8},
+        {PCRE2_ERROR_UTF8_ERR1, -10},    {PCRE2_ERROR_UTF8_ERR21, -10},
+        {PCRE2_ERROR_BADUTFOFFSET, -11}, {PCRE2_ERROR_PARTIAL, -12},
+        {PCRE2_ERROR_INTERNAL, -14},     {PCRE2_ERROR_DEPTHLIMIT, -21},
+        {PCRE2_ERROR_HEAPLIMIT, -21},    {PCRE2_ERROR_BADOFFSET, -24},
+        {PCRE2_ERROR_RECURSELOOP, -26},  {PCRE2_ERROR_BADMODE, -28}};
+    for (const auto& [pcre2, pcre] : cases)
+        EXPECT_EQ(ToPcre(pcre2), pcre) << pcre2;
+}
+
+TEST(Pcre2ErrorsTest, AnErrorWithoutCounterpartIsTheInternalError)
+{
+    for (const int error : {PCRE2_ERROR_MIXEDTABLES, PCRE2_ERROR_BADSERIALIZEDDATA, -1000})
+        EXPECT_EQ(ToPcre(error), -14) << error;
+}
+
+TEST(Pcre2ErrorsTest, FaultsOfUtf8HaveTheSameNumbers)
+{
+    EXPECT_EQ(Utf8Fault(PCRE2_ERROR_UTF8_ERR1), 1);
+    EXPECT_EQ(Utf8Fault(PCRE2_ERROR_UTF8_ERR21), 21);
+    EXPECT_FALSE(IsInvalidUtf8(PCRE2_ERROR_PARTIAL));
+    EXPECT_FALSE(IsInvalidUtf8(PCRE2_ERROR_UTF16_ERR1));
+}
+
+TEST(Pcre2ErrorsTest, TheTextOfAnErrorStays)
+{
+    const char* const text = CompileText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
+
+    EXPECT_STREQ(text, "missing terminating ] for character class");
+    EXPECT_EQ(CompileText(PCRE2_ERROR_MISSING_SQUARE_BRACKET), text);
+    EXPECT_STREQ(CompileText(100000), "unknown error");
+    EXPECT_STREQ(CompileText(-100000), "unknown error");
+}
+
+} // namespace
+} // namespace Toolkit::Pcre2Errors

@@ -1,0 +1,112 @@
+// Operations whose first, second, … allocation fails.
+
+#include "toolkit/regExp/RegExp.h"
+
+#include "support/ScarceMemory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+
+#include "regExp/CaughtException.h"
+
+namespace Toolkit {
+namespace {
+
+using Testing::CaughtMessage;
+
+constexpr const char* c_outOfMemory = "-6gExp::Match return error: ";
+
+// Texts that do not fit into a string object itself.
+const TString<char> c_pattern("(?<first_of_the_names>a+)(?<second_of_the_names>b+)");
+const TString<char> c_subject(std::string(50, 'a') + std::string(50, 'b'));
+
+// Lets each allocation of `operation` fail in turn. Returns how many there are.
+int FailEachAllocation(const std::function<void()>& operation)
+{
+    for (int index = 0;; ++index) {
+        SCOPED_TRACE(index);
+        bool hasFailed = false;
+        const TString<char> message = CaughtMessage([&] {
+            const Testing::FailingAllocation failing(index);
+            const auto report = [&] { hasFailed = failing.HasFailed(); };
+            try {
+                operation();
+            } catch (...) {
+                report();
+                throw;
+            }
+            report();
+        });
+        if (!hasFailed)
+            return index;
+        EXPECT_EQ(message, c_outOfMemory);
+    }
+}
+
+TEST(RegExpMemoryTest, EveryOperationReportsThatMemoryIsOut)
+{
+    RegExp regExp(c_pattern, RegExpOptions::None);
+    const TString<wchar_t> wide(std::wstring(100, L'a'));
+    const std::vector<TString<char>> list = {c_subject, c_subject};
+    const std::function<void()> operations[] = {[&] { RegExp(c_pattern, RegExpOptions::None); },
+                                                [&] { RegExp(wide, RegExpOptions::None); },
+                                                [&] { regExp.IsMatch(wide); },
+                                                [&] { regExp.Match(c_subject); },
+                                                [&] { regExp.Replace(c_subject, c_subject, 0); },
+                                                [&] { regExp.Replace(list, c_subject); },
+                                                [&] {
+                                                    RegExp::ReplacementMappedStrings map;
+                                                    regExp.Replace(map, c_subject);
+                                                }};
+    for (const auto& operation : operations)
+        EXPECT_GT(FailEachAllocation(operation), 0);
+}
+
+TEST(RegExpMemoryTest, AnOperationWorksAfterMemoryWasOut)
+{
+    const RegExp regExp(c_pattern, RegExpOptions::None);
+
+    FailEachAllocation([&] { regExp.Match(c_subject); });
+
+    EXPECT_EQ(regExp.Match(c_subject)->Count(), 3u);
+}
+
+TEST(RegExpMemoryTest, WithoutAnyMemoryNothingButBadAllocLeaves)
+{
+    const RegExp regExp(c_pattern, RegExpOptions::None);
+    const auto match = [&] {
+        const Testing::AllocationLimit limit(0);
+        regExp.Match(c_subject);
+    };
+
+    EXPECT_THROW(match(), std::bad_alloc);
+}
+
+TEST(RegExpMemoryTest, ACollectionStaysAsItIsWhenAGroupDoesNotFit)
+{
+    GroupCollection groups;
+    groups.Add(smart_ptr<Group>(new Group("value", 0)));
+    const TString<char> name = c_subject;
+    const smart_ptr<Group> group(new Group("other", 1));
+
+    const auto add = [&] {
+        const Testing::AllocationLimit limit(0);
+        groups.Add(group);
+    };
+    const auto addName = [&] {
+        const Testing::AllocationLimit limit(0);
+        groups.AddNamedGroupKey(name, 0);
+    };
+
+    EXPECT_THROW(add(), std::bad_alloc);
+    EXPECT_EQ(groups.Count(), 1u);
+    EXPECT_THROW(addName(), std::bad_alloc);
+    EXPECT_TRUE(groups.names.empty());
+    EXPECT_EQ(groups[0]->name, "");
+}
+
+} // namespace
+} // namespace Toolkit
