@@ -5,5 +5,40 @@ pkg_check_modules(re2 REQUIRED IMPORTED_TARGET re2)
 pkg_check_modules(pcre2 REQUIRED IMPORTED_TARGET libpcre2-8)
 toolkit_benchmark(
     regExp/RegExpBenchmark.cpp Boost::regex PkgConfig::pcre2 PkgConfig::re2 Poco::Foundation
-    Qt5::Core Toolkit::pcre
+    Qt5::Core $<TARGET_NAME_IF_EXISTS:Toolkit::pcre>
 )
+
+# The operations on PCRE 2. The program contains them where the library runs on PCRE 1.
+if(TARGET Toolkit::pcre2)
+    toolkit_benchmark(regExp/RegExpPcre2Benchmark.cpp Toolkit::pcre2)
+    if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
+        set(sources
+            base/FloatingPoint.Strtod.cpp
+            base/FloatingPoint.cpp
+            base/Numbers.cpp
+            base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp
+            base/StackSpace.cpp
+            base/Utf8.cpp
+            regExp/AsciiText.cpp
+            regExp/AtomicRecursion.cpp
+            regExp/FreshStack.cpp
+            regExp/Group.cpp
+            regExp/GroupCollection.cpp
+            regExp/MatchGroups.cpp
+            regExp/MatchResult.cpp
+            regExp/PatternEngine.Pcre2.cpp
+            regExp/PatternItems.cpp
+            regExp/PatternRun.cpp
+            regExp/PatternTraits.cpp
+            regExp/Pcre2Errors.cpp
+            regExp/Pcre2Pattern.cpp
+            regExp/Pcre2Syntax.cpp
+            regExp/RegExp.Exceptions.cpp
+            regExp/RegExp.cpp
+            regExp/StartBytes.cpp
+            regExp/WholeMatchReplacement.cpp
+        )
+        list(TRANSFORM sources PREPEND "${PROJECT_SOURCE_DIR}/sources/toolkit/")
+        target_sources(RegExpPcre2Benchmark PRIVATE ${sources})
+    endif()
+endif()

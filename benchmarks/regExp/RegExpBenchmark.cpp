@@ -1,7 +1,10 @@
 #include "toolkit/regExp/RegExp.h"
 
 #include <benchmark/benchmark.h>
+#if __has_include(<pcre.h>)
 #include <pcre.h>
+#define HAS_PCRE
+#endif
 
 #include <Poco/RegularExpression.h>
 #include <QRegularExpression>
@@ -53,6 +56,7 @@ void BM_IsMatch_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_IsMatch_Toolkit);
 
+#ifdef HAS_PCRE
 void BM_IsMatch_Pcre(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -67,6 +71,7 @@ void BM_IsMatch_Pcre(benchmark::State& state)
     }
 }
 BENCHMARK(BM_IsMatch_Pcre);
+#endif
 
 void BM_IsMatch_Poco(benchmark::State& state)
 {
@@ -153,6 +158,7 @@ void BM_Match_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_Match_Toolkit);
 
+#ifdef HAS_PCRE
 void BM_Match_Pcre(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -168,6 +174,7 @@ void BM_Match_Pcre(benchmark::State& state)
     }
 }
 BENCHMARK(BM_Match_Pcre);
+#endif
 
 void BM_Match_Poco(benchmark::State& state)
 {
@@ -268,6 +275,7 @@ void BM_ReplaceLookingBehind_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_ReplaceLookingBehind_Toolkit);
 
+#ifdef HAS_PCRE
 // One step after another: replace in the text, copy it, check and search the whole of it again.
 std::string ReplaceInSteps(const std::string& pattern, const std::string& given)
 {
@@ -303,6 +311,7 @@ void BM_ReplaceLookingBehind_Steps(benchmark::State& state)
             [](const std::string& text) { return ReplaceInSteps("\\b" + c_longPattern, text); });
 }
 BENCHMARK(BM_ReplaceLookingBehind_Steps);
+#endif
 
 void BM_ReplaceAll_Poco(benchmark::State& state)
 {

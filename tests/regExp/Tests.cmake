@@ -44,6 +44,7 @@ if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
         regExp/Pcre2Syntax.cpp
         regExp/RegExp.Exceptions.cpp
         regExp/RegExp.cpp
+        regExp/StartBytes.cpp
         regExp/WholeMatchReplacement.cpp
         base/FloatingPoint.Strtod.cpp
         base/FloatingPoint.cpp

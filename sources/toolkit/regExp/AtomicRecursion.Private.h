@@ -14,4 +14,7 @@ namespace Toolkit {
 /// A pattern that this function does not understand stays as it is.
 std::string MakeRecursionAtomic(const std::string& pattern);
 
+/// Whether there may be something to do. Most patterns have neither calls nor references.
+bool MayRecurse(const std::string& pattern);
+
 } // namespace Toolkit

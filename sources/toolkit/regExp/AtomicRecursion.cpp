@@ -263,7 +263,8 @@ bool Rewriter::CloseGroup()
     return true;
 }
 
-// Whether there may be a call or a reference: most patterns have none.
+} // namespace
+
 bool MayRecurse(const std::string& pattern)
 {
     for (std::size_t at = pattern.find_first_of("(\\"); at != std::string::npos;
@@ -278,8 +279,6 @@ bool MayRecurse(const std::string& pattern)
     }
     return false;
 }
-
-} // namespace
 
 std::string MakeRecursionAtomic(const std::string& pattern)
 {

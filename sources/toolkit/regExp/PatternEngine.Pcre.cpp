@@ -21,6 +21,8 @@ static_assert(c_notAtLineBegin == PCRE_NOTBOL);
 static_assert(c_notAtLineEnd == PCRE_NOTEOL);
 static_assert(c_notEmpty == PCRE_NOTEMPTY);
 static_assert(c_trusted == PCRE_NO_UTF8_CHECK);
+static_assert(c_anchored == PCRE_ANCHORED);
+static_assert(c_partial == PCRE_PARTIAL_HARD);
 
 // What compiling and matching take before they begin to recurse; 6 KiB were measured.
 constexpr std::size_t c_baseSpace = std::size_t{12} * 1024;

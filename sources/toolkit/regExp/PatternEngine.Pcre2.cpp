@@ -26,8 +26,6 @@ constexpr int c_badOffset = -24;
 constexpr int c_shortUtf8 = -25;
 constexpr int c_badLength = -32;
 
-constexpr int c_partialHard = 0x08000000;
-
 // Faults 1 to 5 are characters that the end of the subject cuts.
 constexpr int c_lastFaultOfAShortText = 5;
 
@@ -38,10 +36,10 @@ struct OptionPair {
 
 // The options of pcre_exec(), and the same of pcre2_match().
 constexpr OptionPair c_options[] = {
-    {0x00000010, PCRE2_ANCHORED},        {c_notAtLineBegin, PCRE2_NOTBOL},
-    {c_notAtLineEnd, PCRE2_NOTEOL},      {c_notEmpty, PCRE2_NOTEMPTY},
-    {c_trusted, PCRE2_NO_UTF_CHECK},     {0x00008000, PCRE2_PARTIAL_SOFT},
-    {c_partialHard, PCRE2_PARTIAL_HARD}, {0x10000000, PCRE2_NOTEMPTY_ATSTART}};
+    {c_anchored, PCRE2_ANCHORED},    {c_notAtLineBegin, PCRE2_NOTBOL},
+    {c_notAtLineEnd, PCRE2_NOTEOL},  {c_notEmpty, PCRE2_NOTEMPTY},
+    {c_trusted, PCRE2_NO_UTF_CHECK}, {0x00008000, PCRE2_PARTIAL_SOFT},
+    {c_partial, PCRE2_PARTIAL_HARD}, {0x10000000, PCRE2_NOTEMPTY_ATSTART}};
 
 std::uint32_t TranslateOptions(int options)
 {
@@ -134,7 +132,7 @@ int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
         offsets[0] = static_cast<int>(pattern.FaultOffset());
         offsets[1] = fault;
     }
-    const bool isShort = fault <= c_lastFaultOfAShortText && (options & c_partialHard);
+    const bool isShort = fault <= c_lastFaultOfAShortText && (options & c_partial);
     return isShort ? c_shortUtf8 : Pcre2Errors::ToPcre(error);
 }
 

@@ -17,11 +17,14 @@ constexpr int c_outOfMemory = -6;
 constexpr int c_recursionLimit = -21;
 
 // Options of Execute().
+constexpr int c_anchored = 0x10;
 constexpr int c_notAtLineBegin = 0x80;
 constexpr int c_notAtLineEnd = 0x100;
 constexpr int c_notEmpty = 0x400;
 /// The subject is known to be valid, and the start offset to be at a character.
 constexpr int c_trusted = 0x2000;
+/// A search that comes to the end of the subject ends with a negative code other than c_noMatch.
+constexpr int c_partial = 0x08000000;
 
 /// Compiles the null-terminated `pattern`. The caller releases the result with Free().
 ///

@@ -116,10 +116,10 @@ int Pcre2Pattern::Compile()
     m_code = CompileText(m_pattern, error, m_errorOffset, context.get());
     if (!m_code)
         return error;
-    // Errors are those of the given pattern.
-    const std::string atomic = MakeRecursionAtomic(m_pattern);
-    if (atomic != m_pattern) {
+    if (MayRecurse(m_pattern)) {
+        // Errors are those of the given pattern.
         int ignored = 0;
+        const std::string atomic = MakeRecursionAtomic(m_pattern);
         if (CodeOwner code = CompileText(atomic, error, ignored, context.get()))
             m_code = std::move(code);
     }

@@ -1,0 +1,36 @@
+#include "toolkit/regExp/MatchResult.h"
+#include "toolkit/regExp/PatternEngine.Private.h"
+#include "toolkit/regExp/StartBytes.Private.h"
+
+namespace Toolkit {
+namespace {
+
+// The bytes from here on begin, or continue, characters of several bytes: each may begin a match.
+constexpr unsigned int c_firstNonAscii = 0x80;
+
+} // namespace
+
+StartBytes::StartBytes(const PatternRun::Code& code, int options)
+{
+    m_bytes.set();
+    int offsets[MatchResult::c_ovectorSize];
+    const int trial =
+        options | PatternEngine::c_trusted | PatternEngine::c_anchored | PatternEngine::c_partial;
+    for (unsigned int byte = 0; byte < c_firstNonAscii; ++byte) {
+        const char character = static_cast<char>(byte);
+        // A trial that comes to the end of its subject reports a partial match, so that only a
+        // match which the first byte itself rules out is not found.
+        m_bytes[byte] =
+            PatternEngine::Execute(code.get(), &character, 1, 0, trial, offsets,
+                                   MatchResult::c_ovectorSize) != PatternEngine::c_noMatch;
+    }
+}
+
+std::size_t StartBytes::FindFirst(std::string_view text, std::size_t start) const
+{
+    while (start < text.size() && !m_bytes[static_cast<unsigned char>(text[start])])
+        ++start;
+    return start;
+}
+
+} // namespace Toolkit
