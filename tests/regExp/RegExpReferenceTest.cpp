@@ -213,6 +213,18 @@ TEST(RegExpReferenceTest, RandomPatternsReplaceWhatTheStepsReplace)
     }
 }
 
+TEST(RegExpReferenceTest, RandomPatternsReplaceLongTextsAsTheStepsDo)
+{
+    RandomText random(4);
+    for (int round = 0; round < 200; ++round) {
+        const std::string pattern = RandomPattern(random);
+        std::string subject;
+        for (int i = 0; i < 25; ++i)
+            subject += RandomSubject(random) + std::string(random.Number<std::size_t>(0, 400), '.');
+        ExpectSameReplacement(pattern, "c", subject);
+    }
+}
+
 TEST(RegExpReferenceTest, LongTextsAreReplacedAsTheStepsReplaceThem)
 {
     // Replacements that do not match end, wherever the search goes on.
