@@ -21,7 +21,7 @@ struct Piece {
     std::string replacement;
 };
 
-// False where groups lie in each other, or backwards: then positions are not those of the subject.
+// False where groups overlap or end before they begin: their offsets are not the subject's then.
 bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::string& joined)
 {
     std::size_t done = 0;
@@ -35,7 +35,7 @@ bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::str
     return true;
 }
 
-// The groups that took part, with what `replacementOf` gives for them.
+// The groups that took part, with their replacements.
 template <typename ReplacementOf>
 std::vector<Piece> PiecesOf(const MatchResult& result, const ReplacementOf& replacementOf)
 {

@@ -43,7 +43,7 @@ bool ReplaceInSteps(RegExp& regExp, const std::string& pattern, const std::strin
     return true;
 }
 
-// Whether the steps are few and cheap enough to be taken without limits.
+// Whether the steps are few and cheap enough to run without limits.
 bool IsCheap(RegExp& regExp, const std::string& pattern, const std::string& replacement,
              TString<char> text)
 {
@@ -64,8 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PatternInput input(data, size);
     const std::string pattern = input.Text(60);
     const TString<char> replacement = input.Text(20);
-    // Offsets of 16 bits are outgrown by long texts only. A repetition could try each of their
-    // parts.
+    // Only a long text exceeds offsets of 16 bits. A repetition could try each part of it.
     const bool isLong = input.Text(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
     const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.Text(60);
     RegExp regExp(TString<char>(pattern), RegExpOptions::None);

@@ -21,11 +21,11 @@ namespace {
 using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 
-// Every one compiles the pattern for every operation, which is what the library does.
+// Every peer compiles the pattern for every operation, as the library does.
 const std::string c_pattern = "(\\w+)@(\\w+)\\.([a-z]+)";
 const std::string c_subject = "please answer to ann@example.org by noon";
 
-// A text of 60 kB with 1,600 hits, none of which the replacement makes anew.
+// A text of 60 KB with 1,600 matches. The replacement contains none.
 std::string LongText()
 {
     std::string text;
@@ -245,7 +245,7 @@ void BM_Match_Std(benchmark::State& state)
 }
 BENCHMARK(BM_Match_Std);
 
-// Each replacement is checked once, behind the loop, so that comparing costs nothing.
+// Checked once, after the loop, so that comparing costs nothing.
 template <typename Operation>
 void Replace(benchmark::State& state, const Operation& operation)
 {

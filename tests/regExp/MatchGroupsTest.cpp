@@ -36,7 +36,7 @@ TEST(MatchGroupsTest, NoGroupsAreReadWithoutAMatch)
     }
 }
 
-TEST(MatchGroupsTest, NamesThatTheEngineCannotTellThrow)
+TEST(MatchGroupsTest, ThrowsWhenTheEngineCannotReportNames)
 {
     MatchResult neverCompiled;
     neverCompiled.resultCode = 1;
@@ -45,7 +45,7 @@ TEST(MatchGroupsTest, NamesThatTheEngineCannotTellThrow)
               "pcre_fullinfo 'PCRE_INFO_NAMECOUNT' return error");
 }
 
-TEST(MatchGroupsTest, TheEngineTellsNothingOfAMissingPattern)
+TEST(MatchGroupsTest, TheEngineReportsNothingAboutAMissingPattern)
 {
     int number = 0;
     const unsigned char* table = nullptr;

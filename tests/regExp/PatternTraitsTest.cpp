@@ -17,7 +17,7 @@ TEST(PatternTraitsTest, OrdinaryPatternsLookAheadOnly)
     }
 }
 
-TEST(PatternTraitsTest, WhatMayLookBehindIsFound)
+TEST(PatternTraitsTest, FindsWhatMayLookBehind)
 {
     for (const char* pattern :
          {"^a",      "a|^b",      "(^a)",       "(?m)^",    "\\[^a",    "\\c[^a",   "\\ba",
@@ -29,7 +29,7 @@ TEST(PatternTraitsTest, WhatMayLookBehindIsFound)
     }
 }
 
-TEST(PatternTraitsTest, OnlySingleBytesTakeCharactersApart)
+TEST(PatternTraitsTest, OnlySingleBytesSplitCharacters)
 {
     EXPECT_TRUE(MatchesWholeCharacters("(?s).\\c\\d"));
     EXPECT_FALSE(MatchesWholeCharacters("a\\C"));

@@ -36,7 +36,7 @@ TEST(RegExpExceptionTest, IsAStandardException)
     EXPECT_TRUE(std::has_virtual_destructor_v<RegExpException>);
 }
 
-TEST(RegExpExceptionTest, ThrowTellsWhereItWasThrown)
+TEST(RegExpExceptionTest, ThrowReportsWhereItWasThrown)
 {
     const auto exception = CaughtException([] { RegExpException::Throw(L"message"); });
 

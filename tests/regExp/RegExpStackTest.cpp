@@ -23,7 +23,7 @@ constexpr const char* c_noStackLeft =
 
 constexpr std::size_t c_pageSize = 4096;
 
-// Memory for a stack, with a page below it that nobody may touch.
+// Memory for a stack above a guard page.
 class StackMemory {
 public:
     explicit StackMemory(std::size_t size)
@@ -47,7 +47,7 @@ private:
 // Runs `work` on a thread whose stack has that many bytes, and waits for it.
 void RunWithStack(std::size_t stackSize, std::function<void()> work)
 {
-    // The system may hand out a larger stack than it is asked for.
+    // The system may provide a larger stack than requested.
     const StackMemory stack(stackSize);
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
@@ -145,7 +145,7 @@ TEST(RegExpStackTest, TheDeepestNestingCompilesOnASmallStack)
     EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.IsMatch("a"); }), "nothing thrown");
 }
 
-TEST(RegExpStackTest, NestingForWhichTheStackDoesNotSufficeThrows)
+TEST(RegExpStackTest, ThrowsWhenNestingNeedsMoreStackThanThereIs)
 {
     const RegExp regExp(Nested(200), RegExpOptions::None);
 

@@ -71,7 +71,7 @@ TEST(RegExpTest, WideTextIsMatchedAsUtf8)
                 ElementsAre("\xC3\xA9\xF0\x9F\x98\x80", "\xC3\xA9", "\xF0\x9F\x98\x80"));
 }
 
-TEST(RegExpTest, WideTextThatCannotBeConvertedIsTheEmptyText)
+TEST(RegExpTest, TreatsWideTextThatCannotBeConvertedAsEmpty)
 {
     const TString<wchar_t> above(std::wstring(1, static_cast<wchar_t>(0x110000)));
 
@@ -79,7 +79,7 @@ TEST(RegExpTest, WideTextThatCannotBeConvertedIsTheEmptyText)
     EXPECT_TRUE(RegExp(above, RegExpOptions::None).IsMatch("anything"));
 }
 
-TEST(RegExpTest, WideTextForWhichTheMemoryDoesNotSufficeThrows)
+TEST(RegExpTest, ThrowsWhenWideTextDoesNotFitIntoMemory)
 {
     const TString<wchar_t> text = std::wstring(1000000, L'a');
     const RegExp regExp = Pattern("b?");
@@ -124,7 +124,7 @@ TEST(RegExpTest, ThePatternEndsAtItsFirstNullCharacter)
     EXPECT_EQ(Pattern(pattern).Match("a")->pattern, pattern);
 }
 
-TEST(RegExpTest, ASubjectGoesOnBehindANullCharacter)
+TEST(RegExpTest, ASubjectContinuesAfterANullCharacter)
 {
     const TString<char> subject(std::string("a\0b", 3));
 
@@ -132,7 +132,7 @@ TEST(RegExpTest, ASubjectGoesOnBehindANullCharacter)
     EXPECT_THAT(Values(Pattern("a.b").Match(subject)), ElementsAre(std::string("a\0b", 3)));
 }
 
-TEST(RegExpTest, MatchGivesTheFirstMatchAndItsGroups)
+TEST(RegExpTest, MatchReturnsTheFirstMatchAndItsGroups)
 {
     const smart_ptr<MatchResult> result = Pattern("(\\w+)@(\\w+)").Match("to: ann@home, bob@work");
 
@@ -172,7 +172,7 @@ TEST(RegExpTest, AGroupThatTookNoPartIsEmpty)
 {
     const smart_ptr<MatchResult> result = Pattern("(a)|(b)|(c)").Match("b");
 
-    // The third group is behind the last that took part: it is not reported.
+    // The third group comes after the last that took part: it is not reported.
     EXPECT_THAT(Values(result), ElementsAre("b", "", "b"));
     EXPECT_EQ(result->ovector[2], -1);
     EXPECT_EQ(result->ovector[3], -1);
@@ -197,7 +197,7 @@ TEST(RegExpTest, NamesOfGroupsThatAreNotReportedAreUnknown)
     EXPECT_FALSE(result->GetGroup("second").IsValid());
 }
 
-TEST(RegExpTest, AnUnusedGroupInFrontOfAUsedOneIsNamed)
+TEST(RegExpTest, AnUnusedGroupBeforeAUsedOneIsNamed)
 {
     const smart_ptr<MatchResult> result = Pattern("(?<first>a)|(?<second>b)").Match("b");
 
@@ -205,7 +205,7 @@ TEST(RegExpTest, AnUnusedGroupInFrontOfAUsedOneIsNamed)
     EXPECT_EQ(result->GetGroup("first")->value, "");
 }
 
-TEST(RegExpTest, OneNameMayStandForTwoGroups)
+TEST(RegExpTest, TwoGroupsMayHaveOneName)
 {
     const smart_ptr<MatchResult> result = Pattern("(?J)(?<n>a)(?<n>b)").Match("ab");
 
@@ -236,7 +236,7 @@ TEST(RegExpTest, TwentyGroupsSucceedWithoutBeingAMatch)
     EXPECT_EQ(result->Count(), 0u);
 }
 
-TEST(RegExpTest, AGroupWhoseEndLiesBeforeItsBeginIsEmpty)
+TEST(RegExpTest, AMatchThatEndsBeforeItBeginsIsEmpty)
 {
     const smart_ptr<MatchResult> result = Pattern("(?=ab\\K)").Match("abc");
 
@@ -245,7 +245,7 @@ TEST(RegExpTest, AGroupWhoseEndLiesBeforeItsBeginIsEmpty)
     EXPECT_THAT(Values(result), ElementsAre(""));
 }
 
-TEST(RegExpTest, ATooCostlySearchThrows)
+TEST(RegExpTest, ThrowsWhenASearchTakesTooManySteps)
 {
     const RegExp regExp = Pattern("(a+)+$");
 
@@ -284,7 +284,7 @@ TEST(RegExpTest, AFailedCompileLeavesItsErrorAndNoCode)
     EXPECT_FALSE(result->Success());
 }
 
-TEST(RegExpTest, ASearchStartsAtItsOffsetAndSeesWhatStandsBefore)
+TEST(RegExpTest, ASearchStartsAtItsOffsetAndLooksBehindIt)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());

@@ -16,16 +16,16 @@ struct Range {
     /// False for a group that took no part.
     bool IsValid() const { return begin >= 0; }
 
-    /// 0 where \K has moved the begin behind the end.
+    /// 0 where \K has moved the begin past the end.
     std::size_t Length() const { return static_cast<std::size_t>(std::max(end - begin, 0)); }
 };
 
-/// The range of group `number`; not a valid one when there is no such group.
+/// The range of group `number`; invalid when there is no such group.
 Range GetRange(const MatchResult& result, int number);
 
-/// Adds the groups with their names to the result; none when the search did not tell of any.
+/// Adds the groups with their names to the result; none when the search reports none.
 ///
-/// Throws a `smart_ptr<RegExpException>` when the engine cannot tell the names.
+/// Throws a `smart_ptr<RegExpException>` when the engine cannot report the names.
 void Read(MatchResult& result);
 
 } // namespace Toolkit::MatchGroups

@@ -10,7 +10,7 @@ namespace {
 // Only the first two of three offsets are pairs.
 constexpr int c_pairCount = MatchResult::c_ovectorSize / 3;
 
-// What stands in front of a name.
+// The bytes before a name.
 constexpr int c_numberSize = 2;
 
 void AddGroup(MatchResult& result, int number)

@@ -6,13 +6,13 @@
 
 namespace Toolkit {
 
-/// What one match of a pattern needs and gives: a collection of groups with the raw result.
+/// What one match of a pattern needs and returns: a collection of groups with the raw result.
 ///
 /// It cannot be copied, since it owns the compiled pattern; a `smart_ptr` shares it. One object is
 /// used by one thread at a time.
 class TOOLKIT_API MatchResult : public GroupCollection {
 public:
-    /// How many whole numbers `ovector` holds: room for the whole match and 19 groups.
+    /// How many numbers `ovector` holds: room for the whole match and 19 groups.
     static constexpr int c_ovectorSize = 60;
 
     MatchResult();
@@ -21,18 +21,18 @@ public:
     MatchResult(const MatchResult&) = delete;
     MatchResult& operator=(const MatchResult&) = delete;
 
-    /// Whether the pattern was compiled and matched. To be asked after a match was tried.
+    /// Whether the pattern compiled and matched. Ask it after a search.
     ///
-    /// A pattern with more than 19 groups that matches counts, though no group is reported then.
+    /// True also for a match that reaches beyond group 19, for which no groups are reported.
     bool Success();
 
     const char* errorText;      ///< Why the pattern did not compile; null when it did. Not owned.
     int errorOffset;            ///< Where in the pattern, in bytes.
     void* code;                 ///< The compiled pattern, owned; null until there is one.
-    TString<char> subject;      ///< The text that is matched, in UTF-8.
+    TString<char> subject;      ///< The text that is searched, in UTF-8.
     TString<char> pattern;      ///< In UTF-8, up to the first null character.
-    int execOptions;            ///< The engine's option bits for every match.
-    int resultCode;             ///< Number of groups told, 0 for too many, -1 for no match.
+    int execOptions;            ///< PCRE 1's option bits for every search.
+    int resultCode;             ///< Number of pairs set, 0 for too many, -1 for no match.
     int ovectorSize;            ///< Always 60.
     int ovector[c_ovectorSize]; ///< Begin and end of group i in bytes; -1 when it took no part.
 };

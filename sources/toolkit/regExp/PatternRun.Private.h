@@ -29,14 +29,13 @@ void Compile(MatchResult& result);
 int Execute(const Code& code, const TString<char>& subject, std::size_t start, int options,
             int (&offsets)[MatchResult::c_ovectorSize]);
 
-/// Searches the result's subject and stores what came out, before a failure too.
+/// Searches the result's subject and stores the outcome, also when it throws.
 void Execute(MatchResult& result, std::size_t start);
 
-/// Throws what stands for a failure of the engine's search.
+/// Throws the exception for a negative code of the engine's search.
 [[noreturn]] void ThrowExecuteError(int code);
 
-/// Calls `operation` and turns what the standard library throws, for want of memory, into the
-/// engine's own failure of that kind.
+/// Calls `operation`. Out of memory, throws the exception for the engine's own code of that kind.
 template <typename Operation>
 auto ReportingOutOfMemory(const Operation& operation)
 {

@@ -6,7 +6,7 @@
 namespace Toolkit::PatternRun {
 namespace {
 
-// Callers log and compare messages whose beginning is written over by what follows it.
+// Callers log and compare these messages, whose prefix is overwritten from its beginning.
 std::wstring WriteOver(std::wstring text, const std::wstring& beginning)
 {
     return text.replace(0, beginning.size(), beginning);

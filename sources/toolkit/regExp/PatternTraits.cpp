@@ -6,8 +6,8 @@
 namespace Toolkit::PatternTraits {
 namespace {
 
-// Letters and digits behind a back-slash that stand for characters, kinds of characters, earlier
-// groups or the end of the subject. The others are boundaries (\b \B \A \G), \K, \C, quotation
+// Letters and digits after a backslash that mean characters, kinds of characters, earlier groups or
+// the end of the subject. The others are boundaries (\b \B \A \G), \K, \C, quotation
 // (\Q \E), or take the next character with them (\c).
 constexpr std::string_view c_harmlessEscapes = "dDwWsShHvVNRrntfepPxzZ0123456789";
 
@@ -23,7 +23,7 @@ bool IsHarmlessEscape(char character)
            c_harmlessEscapes.find(character) != std::string_view::npos;
 }
 
-// Verbs, callouts and assertions about what stands before; `text` follows an open parenthesis.
+// False for verbs, callouts and look-behinds; `text` follows an opening parenthesis.
 bool IsHarmlessParenthesis(const char* text)
 {
     if (*text == '*')
@@ -35,7 +35,7 @@ bool IsHarmlessParenthesis(const char* text)
     return true;
 }
 
-// The boundaries of words, written as classes: [[:<:]] and [[:>:]].
+// Word boundaries written as classes: [[:<:]] and [[:>:]].
 bool IsWordBoundary(const char* text)
 {
     constexpr std::size_t length = 5;

@@ -8,10 +8,10 @@
 
 namespace Toolkit {
 
-/// What a pattern that does not compile, or cannot be matched, ends in.
+/// Thrown for a pattern that does not compile, and for a search that fails.
 ///
-/// It is thrown inside a `smart_ptr<RegExpException>`, by value: callers catch that type. It is the
-/// only exception that leaves the library.
+/// It is thrown by value in a `smart_ptr<RegExpException>`: catch that type. Apart from
+/// `std::bad_alloc`, it is the only exception that leaves the library.
 class TOOLKIT_API RegExpException : public std::exception {
 public:
     RegExpException();
@@ -19,7 +19,7 @@ public:
     RegExpException& operator=(const RegExpException&) = default;
     ~RegExpException() override;
 
-    /// Throws a new exception with that message, in its `smart_ptr`. Without memory it throws one
+    /// Throws a new exception with that message in its `smart_ptr`. Without memory it throws one
     /// made when the library was loaded, with the message of an operation that ran out of memory.
     [[noreturn]] static void Throw(const TString<wchar_t>& message);
 

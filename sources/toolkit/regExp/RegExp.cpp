@@ -10,8 +10,7 @@ namespace {
 
 using PatternRun::ReportingOutOfMemory;
 
-// What `text` has grown by since it was `subject`; a text that shrank has grown by a negative
-// number.
+// By how many bytes `text` has grown since it was `subject`; negative when it shrank.
 int Growth(const TString<char>& text, const TString<char>& subject)
 {
     return static_cast<int>(static_cast<unsigned int>(text.size() - subject.size()));

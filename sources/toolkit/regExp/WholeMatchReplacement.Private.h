@@ -10,21 +10,21 @@ namespace Toolkit {
 
 /// Replaces every match of a pattern in a text.
 ///
-/// The rule: after each replacement the search goes on in the text as it then is, behind the
-/// replacement, at an offset of 16 bits; each search first checks the whole text to be UTF-8. Every
-/// shortcut below gives what the rule gives.
+/// The rule: after each replacement the search continues in the changed text, after the
+/// replacement, at an offset of 16 bits. Each search first checks that the whole text is UTF-8. The
+/// shortcuts give what the rule gives.
 class WholeMatchReplacement {
 public:
-    /// Throws what a pattern that does not compile ends in. `replacement` must outlive the object.
+    /// Throws when the pattern does not compile. `replacement` must outlive the object.
     WholeMatchReplacement(const TString<char>& pattern, const TString<char>& replacement,
                           const TString<char>& subject);
 
-    /// The text with the replacements; called once.
+    /// Returns the text with the replacements. Call it once.
     TString<char> Run();
 
 private:
     void Search(std::size_t start, bool isTrusted);
-    void SearchBehind(std::size_t position);
+    void SearchAfter(std::size_t position);
     bool IsTrustedAt(std::size_t position) const;
     void ReplaceOne();
     void ReplaceInOnePass();

@@ -14,7 +14,7 @@ namespace {
 constexpr int c_options =
     PatternEngine::c_notAtLineBegin | PatternEngine::c_notAtLineEnd | PatternEngine::c_notEmpty;
 
-// The last offset that a search can start at; behind it, counting begins at 0 again.
+// The last offset that a search can start at; the next one is 0 again.
 constexpr std::size_t c_lastStart = 0xFFFF;
 
 // From here on it pays to learn what a match can begin with.
@@ -46,8 +46,8 @@ TString<char> WholeMatchReplacement::Run()
 {
     Search(0, false);
     while (m_resultCode > 0) {
-        const bool goesOnBehind = MatchBegin() + m_replacement.size() <= c_lastStart;
-        if (m_keepsUtf8 && m_looksAheadOnly && goesOnBehind)
+        const bool isInReach = MatchBegin() + m_replacement.size() <= c_lastStart;
+        if (m_keepsUtf8 && m_looksAheadOnly && isInReach)
             ReplaceInOnePass();
         else
             ReplaceOne();
@@ -61,14 +61,14 @@ void WholeMatchReplacement::Search(std::size_t start, bool isTrusted)
     m_resultCode = PatternRun::Execute(m_code, m_text, start, options, m_offsets);
 }
 
-void WholeMatchReplacement::SearchBehind(std::size_t position)
+void WholeMatchReplacement::SearchAfter(std::size_t position)
 {
     const std::size_t start = position & c_lastStart;
     Search(start, IsTrustedAt(start));
 }
 
-// The first search has found the text to be UTF-8, and replacing whole characters by UTF-8 keeps it
-// so. An offset that began at 0 again may fall inside a character, which is the engine's to find.
+// The first search found that the text is UTF-8, and replacing whole characters by UTF-8 keeps it
+// so. An offset that wrapped around may be inside a character, which the engine reports.
 bool WholeMatchReplacement::IsTrustedAt(std::size_t position) const
 {
     return m_keepsUtf8 && (position == m_text.size() || !IsContinuation(m_text[position]));
@@ -77,14 +77,14 @@ bool WholeMatchReplacement::IsTrustedAt(std::size_t position) const
 void WholeMatchReplacement::ReplaceOne()
 {
     const std::size_t begin = MatchBegin();
-    // \K can move the begin of a match behind its end.
+    // \K can move the begin of a match past its end.
     const std::size_t end = std::max(begin, MatchEnd());
     m_text.replace(begin, end - begin, m_replacement);
-    SearchBehind(begin + m_replacement.size());
+    SearchAfter(begin + m_replacement.size());
 }
 
-// Searches the text as it was before. A pattern that only looks ahead finds the same behind a match
-// as it would behind the replacement, since the two texts are the same from there on.
+// Searches the original text. A pattern that looks ahead only finds the same after a match as after
+// its replacement, since both texts are equal from there on.
 void WholeMatchReplacement::ReplaceInOnePass()
 {
     // ReplaceAll: the engine tries each place between two matches, which takes 5 times as long.
@@ -109,7 +109,7 @@ void WholeMatchReplacement::ReplaceInOnePass()
     output.append(m_text, done, TString<char>::npos);
     m_text = std::move(output);
     if (position > c_lastStart)
-        SearchBehind(position);
+        SearchAfter(position);
 }
 
 } // namespace Toolkit
