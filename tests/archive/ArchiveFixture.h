@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// An archive in a directory of its own, and its entries.
 class ArchiveFixture : public testing::Test {
@@ -62,4 +62,4 @@ protected:
     smart_ptr<ZipInputStream> m_stream;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -15,20 +15,20 @@
 namespace Toolkit {
 namespace {
 
-using Testing::Checksum;
-using Testing::Deflated;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Testing::Number;
-using Testing::RawEntry;
-using Testing::RawZip;
+using TestSupport::Checksum;
+using TestSupport::Deflated;
+using TestSupport::Number;
+using TestSupport::RawEntry;
+using TestSupport::RawZip;
 
 constexpr std::uint16_t c_deflated = 8;
 constexpr std::uint16_t c_isEncrypted = 1;
 constexpr std::uint16_t c_hasDescriptor = 8;
 constexpr std::uint32_t c_inExtraField = 0xFFFFFFFF;
 
-class ArchiveZipHostileTest : public Testing::ArchiveFixture {
+class ArchiveZipHostileTest : public TestSupport::ArchiveFixture {
 protected:
     // Lists an archive and reads each of its entries in every way; how many bytes there were.
     std::size_t ReadAll(const std::string& archive)

@@ -18,16 +18,16 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Testing::IsLogLine;
-using Testing::ScopedLocale;
-using Testing::WriteZip;
-using Testing::ZipContent;
+using TestSupport::IsLogLine;
+using TestSupport::ScopedLocale;
+using TestSupport::WriteZip;
+using TestSupport::ZipContent;
 
 using Type = ArchiveEntriesFlags::ArchiveEntriesType;
 
 constexpr auto c_all = ArchiveEntriesFlags::AllEntries;
 
-class ArchiveZipTest : public Testing::ArchiveFixture {
+class ArchiveZipTest : public TestSupport::ArchiveFixture {
 protected:
     TString<wchar_t> Write(const ZipContent& content) const
     {
@@ -310,7 +310,7 @@ TEST_F(ArchiveZipTest, EntriesThatDoNotFitIntoMemoryAreNone)
     m_archive.Open(path);
     int count = 0;
     {
-        const Testing::AllocationLimit limit(100'000);
+        const TestSupport::AllocationLimit limit(100'000);
         count = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
     }
 

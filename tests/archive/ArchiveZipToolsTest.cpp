@@ -17,13 +17,13 @@ namespace Toolkit {
 namespace {
 
 using testing::ElementsAre;
-using Testing::RunProgram;
-using Testing::ScopedEnvironment;
-using Testing::ScopedLocale;
-using Testing::ScopedTimeZone;
+using TestSupport::RunProgram;
+using TestSupport::ScopedEnvironment;
+using TestSupport::ScopedLocale;
+using TestSupport::ScopedTimeZone;
 
 // Archives that other programs have written, of files in the test's directory.
-class ArchiveZipToolsTest : public Testing::ArchiveFixture {
+class ArchiveZipToolsTest : public TestSupport::ArchiveFixture {
 protected:
     void SetUp() override
     {
@@ -34,7 +34,7 @@ protected:
 
     void Run(const std::string& command) const
     {
-        const Testing::ProgramResult result =
+        const TestSupport::ProgramResult result =
             RunProgram("/bin/sh", {"-c", "cd '" + m_directory.Path().native() + "' && " + command});
         EXPECT_EQ(result.exitCode, 0) << command << "\n" << result.output << result.errors;
     }

@@ -1,6 +1,6 @@
 #include "archive/RawZip.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 constexpr std::uint64_t c_version = 45;
@@ -59,4 +59,4 @@ std::string Number(std::uint64_t value, int size)
     return bytes;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// An entry whose every field may say what is not so.
 struct RawEntry {
@@ -32,4 +32,4 @@ std::uint32_t Checksum(const std::string& bytes);
 /// The `size` lowest bytes of `value`, the lowest first.
 std::string Number(std::uint64_t value, int size);
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

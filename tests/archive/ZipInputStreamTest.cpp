@@ -22,8 +22,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::TempDir;
-using Testing::WriteZip;
+using TestSupport::TempDir;
+using TestSupport::WriteZip;
 
 // An archive with one entry, opened at its beginning.
 class OpenEntry {
@@ -163,7 +163,7 @@ TEST_F(ZipInputStreamTest, WhatDoesNotFitIntoMemoryIsAnError)
     const TString<wchar_t> path = Write(std::string(5'000'000, 'x') + "\n");
     TString<wchar_t> text = L"old";
     std::vector<unsigned char> bytes;
-    const Testing::AllocationLimit limit(1'000'000);
+    const TestSupport::AllocationLimit limit(1'000'000);
 
     OpenEntry forLine(path);
     EXPECT_FALSE(forLine.Stream().ReadLine(text));

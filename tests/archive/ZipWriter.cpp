@@ -3,7 +3,7 @@
 #include <wx/wfstream.h>
 #include <wx/zipstrm.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 void WriteZip(const TString<wchar_t>& path, const ZipContent& content)
 {
@@ -19,4 +19,4 @@ void WriteZip(const TString<wchar_t>& path, const ZipContent& content)
     }
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

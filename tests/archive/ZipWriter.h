@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Name and bytes of an entry; a name that ends in "/" is a directory.
 using ZipContent = std::vector<std::pair<std::wstring, std::string>>;
@@ -14,4 +14,4 @@ using ZipContent = std::vector<std::pair<std::wstring, std::string>>;
 /// Writes an archive with the framework. Names are stored in UTF-8 and say so.
 void WriteZip(const TString<wchar_t>& path, const ZipContent& content);
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -14,7 +14,7 @@
 namespace Toolkit::Base {
 namespace {
 
-using Toolkit::Testing::TempDir;
+using Toolkit::TestSupport::TempDir;
 
 class FileDescriptorTest : public testing::Test {
 protected:

@@ -20,7 +20,7 @@ protected:
                                                     O_RDWR | O_CREAT, 0600));
     }
 
-    Testing::TempDir m_directory;
+    TestSupport::TempDir m_directory;
 };
 
 TEST_F(FileLockTest, IsHeldByAllObjectsOfItsProcess)

@@ -14,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Toolkit::Testing::TempDir;
+using Toolkit::TestSupport::TempDir;
 
 class FileReplacementTest : public testing::Test {
 protected:

@@ -40,8 +40,8 @@ int StateInAnotherProcess()
 
 TEST(InstanceLockDeathTest, LocksAFileThatCanOnlyBeRead)
 {
-    const Testing::TempDir home;
-    const Testing::ScopedEnvironment environment("HOME", home.Path());
+    const TestSupport::TempDir home;
+    const TestSupport::ScopedEnvironment environment("HOME", home.Path());
     home.WriteFile(L".name.lock", "");
     std::filesystem::permissions(home.Path() / ".name.lock", std::filesystem::perms(0444));
     std::filesystem::permissions(home.Path(), std::filesystem::perms(0555));

@@ -40,7 +40,7 @@ bool IsRegular(int descriptor)
 
 class OwnDescriptorTest : public testing::Test {
 protected:
-    Testing::TempDir m_directory;
+    TestSupport::TempDir m_directory;
     FileDescriptor m_file =
         FileDescriptor::OpenRegular((m_directory.Path() / "file").string(), O_RDWR | O_CREAT, 0600);
 };

@@ -350,7 +350,7 @@ bool ParseWithAFailingAllocation(const smart_ptr<CmdLineOption>& option, long al
     std::array<const wchar_t*, 2> arguments = {L"-file", L"another value that needs memory"};
     option->SetValue(L"");
 
-    const Testing::FailingAllocation failing(allocation);
+    const TestSupport::FailingAllocation failing(allocation);
     CmdLineParser ofLine(line);
     CmdLineParser ofArguments(2, arguments.data());
     const bool isParsed = ofLine.AddOption(option) && ofLine.Parse() &&
@@ -374,7 +374,7 @@ TEST_F(CmdLineParserTest, WithoutMemoryThereAreNoTokens)
     const TString<wchar_t> line = L"short \"a long token that needs memory of its own\"";
     Tokens tokens{L"old"};
     {
-        const Testing::AllocationLimit limit(100);
+        const TestSupport::AllocationLimit limit(100);
         CmdLineParser::Tokenize(line, tokens);
     }
     EXPECT_THAT(tokens, IsEmpty());

@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::RandomText;
+using TestSupport::RandomText;
 
 // Reads a line from left to right, a character at a time.
 class ReferenceTokenizer {

@@ -14,8 +14,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::RandomText;
-using Testing::TempDir;
+using TestSupport::RandomText;
+using TestSupport::TempDir;
 using Section = std::map<std::string, std::string>;
 using Sections = std::map<std::string, Section>;
 

@@ -18,13 +18,13 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::ElementsAre;
-using Testing::FailingAllocation;
 using testing::IsEmpty;
-using Testing::IsLogLine;
-using Testing::ScopedLocale;
-using Testing::TempDir;
+using TestSupport::CapturedLog;
+using TestSupport::FailingAllocation;
+using TestSupport::IsLogLine;
+using TestSupport::ScopedLocale;
+using TestSupport::TempDir;
 
 std::string Bytes(const char* text, std::size_t length)
 {
@@ -369,7 +369,7 @@ TEST_F(IniFileTest, KeysThatFindNoMemoryAreNotListed)
     const TString<wchar_t> section = L"Main";
     std::vector<TString<wchar_t>> keys = {L"old"};
     {
-        const Testing::AllocationLimit limit(500);
+        const TestSupport::AllocationLimit limit(500);
         ini.GetKeyList(section, keys);
     }
     EXPECT_THAT(keys, IsEmpty());

@@ -181,7 +181,7 @@ TEST(BytesTest, CopiesThatFindNoMemoryAreRefused)
     unsigned char* out = new unsigned char[1];
     unsigned int size = 1;
     {
-        const Testing::AllocationLimit limit(500);
+        const TestSupport::AllocationLimit limit(500);
         EXPECT_FALSE(bytes.SetBytes(Raw(source), 1000));
         EXPECT_FALSE(bytes.CopyBytes(Raw(source), 1000, &out, &size));
     }
@@ -195,7 +195,7 @@ TEST(BytesTest, ReadsNoBlockWithoutMemory)
     MemoryStream stream(Packed(1000) + std::string(1000, 'x'));
     Bytes bytes(Raw("before"), 6);
     {
-        const Testing::AllocationLimit limit(500);
+        const TestSupport::AllocationLimit limit(500);
         EXPECT_EQ(bytes.Deserialize(stream), 0x10000003u);
     }
     EXPECT_EQ(ContentsOf(bytes), std::nullopt);

@@ -23,11 +23,11 @@
 namespace Toolkit {
 namespace {
 
-using Testing::Covered;
-using Testing::ScopedEnvironment;
-using Testing::ScopedLocale;
-using Testing::SoakRounds;
-using Testing::TempDir;
+using TestSupport::Covered;
+using TestSupport::ScopedEnvironment;
+using TestSupport::ScopedLocale;
+using TestSupport::SoakRounds;
+using TestSupport::TempDir;
 
 // Calls through these pointers are opaque: a compiler that knows tolower() by name may assume that
 // an ASCII letter stays in ASCII.

@@ -18,8 +18,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::RandomText;
-using Testing::TempDir;
+using TestSupport::RandomText;
+using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 using Item = std::variant<unsigned int, std::wstring, std::string>;
 

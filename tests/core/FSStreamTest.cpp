@@ -22,8 +22,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::FileSizeLimit;
-using Testing::TempDir;
+using TestSupport::FileSizeLimit;
+using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 
 // The memory image of a number, which is what files hold.
@@ -202,7 +202,7 @@ TEST_F(FSStreamTest, LeavesTheTargetAloneWithoutMemory)
     FSStream stream = Reader(Packed(400000u) + std::string(400000, 'x'));
     Wide text = L"before";
     {
-        const Testing::AllocationLimit limit(200000);
+        const TestSupport::AllocationLimit limit(200000);
         EXPECT_EQ(stream.Read(text), 0x10000003u);
     }
     EXPECT_EQ(text, L"before");
@@ -279,7 +279,7 @@ TEST_F(FSStreamTest, ReadsWithoutMemoryForTheReadAhead)
     FSStream stream = Reader(Packed(7u) + Packed(4u) + Packed(L"a"));
     unsigned int value = 0;
     Wide text;
-    const Testing::AllocationLimit limit(1000);
+    const TestSupport::AllocationLimit limit(1000);
 
     EXPECT_EQ(stream.Read(value), StreamResult::Ok);
     EXPECT_EQ(stream.Read(text), StreamResult::Ok);
@@ -401,7 +401,7 @@ TEST_F(FSStreamTest, TheModesOfWxFileAreTaken)
 TEST_F(FSStreamTest, IsNotOpenWithoutMemory)
 {
     const Wide path = m_directory.WriteFile(L"read", "abcd");
-    const Testing::AllocationLimit limit(0);
+    const TestSupport::AllocationLimit limit(0);
     FSStream stream(path, FSStream::OpenRead);
     unsigned int value = 0;
 

@@ -14,7 +14,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::TempDir;
+using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 
 // An object of all three kinds of item, with codes of its own for a failure.

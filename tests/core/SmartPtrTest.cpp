@@ -128,7 +128,7 @@ TEST_F(SmartPtrTest, LockOfABlockWorksFromItsFirstUse)
 TEST_F(SmartPtrTest, ABlockIsTheOnlyMemoryThatAPointerTakes)
 {
     auto* const object = new Counted();
-    const Testing::FailingAllocation second(1);
+    const TestSupport::FailingAllocation second(1);
 
     {
         const smart_ptr<Counted> pointer(object);
@@ -192,7 +192,7 @@ TEST_F(SmartPtrTest, CopiesTakeNoMemory)
     const smart_ptr<Counted> original(new Counted());
     smart_ptr<Counted> assigned;
     {
-        const Testing::AllocationLimit none(0);
+        const TestSupport::AllocationLimit none(0);
         const smart_ptr<Counted> copy(original);
         assigned = copy;
     }
@@ -309,7 +309,7 @@ TEST_F(SmartPtrTest, AssignmentWithoutMemoryForTheCountChangesNothing)
     const Counted* const object = pointer.Get();
 
     {
-        const Testing::AllocationLimit none(0);
+        const TestSupport::AllocationLimit none(0);
         EXPECT_THROW(pointer = nullptr, std::bad_alloc);
     }
 
@@ -322,7 +322,7 @@ TEST_F(SmartPtrTest, WithoutMemoryForTheCountTheObjectIsReleased)
     auto* const object = new Counted();
 
     {
-        const Testing::AllocationLimit none(0);
+        const TestSupport::AllocationLimit none(0);
         EXPECT_THROW(const smart_ptr<Counted> pointer(object), std::bad_alloc);
     }
 

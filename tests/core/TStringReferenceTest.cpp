@@ -21,9 +21,9 @@ namespace {
 
 using References::EndsReplacing;
 using References::ReplaceRepeatedly;
-using Testing::CompiledLocale;
-using Testing::RandomText;
-using Testing::ScopedLocale;
+using TestSupport::CompiledLocale;
+using TestSupport::RandomText;
+using TestSupport::ScopedLocale;
 using Wide = TString<wchar_t>;
 using Narrow = TString<char>;
 

@@ -17,10 +17,10 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CompiledLocale;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Testing::ScopedLocale;
+using TestSupport::CompiledLocale;
+using TestSupport::ScopedLocale;
 using Wide = TString<wchar_t>;
 using Narrow = TString<char>;
 

@@ -11,8 +11,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedEnvironment;
-using Testing::ScopedTimeZone;
+using TestSupport::ScopedEnvironment;
+using TestSupport::ScopedTimeZone;
 
 // Central European time and the locale of the United States.
 class DateTimeTest : public testing::Test {

@@ -14,7 +14,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedTimeZone;
+using TestSupport::ScopedTimeZone;
 
 constexpr int c_instants = 20000;
 

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 namespace fs = std::filesystem;
@@ -294,4 +294,4 @@ TEST(ArchitectureTest, OneSourceThrows)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -10,7 +10,7 @@
 
 #include <memory>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 using testing::ElementsAre;
@@ -67,4 +67,4 @@ TEST_F(PlugInPageTest, StartsWithItsLoadAndStopsWithItsUnload)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -18,7 +18,7 @@ using References::c_base64Alphabet;
 using References::ContentsOf;
 using References::DecodeBase64;
 using References::EncodeBase64;
-using Testing::RandomText;
+using TestSupport::RandomText;
 
 constexpr int c_rounds = 5000;
 

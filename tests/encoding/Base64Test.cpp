@@ -143,7 +143,7 @@ TEST(Base64Test, ArraysThatFindNoMemoryAreRefused)
     unsigned char* out = nullptr;
     unsigned int length = 7;
 
-    const Testing::AllocationLimit limit(500);
+    const TestSupport::AllocationLimit limit(500);
     EXPECT_FALSE(b64_decode_binary(data, 1000, &out, &length));
     EXPECT_FALSE(b64_encode_binary(data, 1000, &out, &length));
 
@@ -156,7 +156,7 @@ TEST(Base64Test, WithoutMemoryThereIsNoTextAndThereAreNoBytes)
     const smart_ptr<Bytes> bytes = BytesOf(std::string(1000, 'x'));
     const Wide text = std::wstring(2000, L'Q');
 
-    const Testing::AllocationLimit limit(1100);
+    const TestSupport::AllocationLimit limit(1100);
     const Wide none = B64::ToUNICODE(bytes);
     const smart_ptr<Bytes> empty = B64::ToB64(text);
 

@@ -20,7 +20,7 @@ using References::DecodeQuotedPrintable;
 using References::EncodeQuotedPrintable;
 using References::InsertSoftBreaks;
 using References::IsQuoted;
-using Testing::RandomText;
+using TestSupport::RandomText;
 using Wide = TString<wchar_t>;
 
 constexpr int c_rounds = 5000;

@@ -229,7 +229,7 @@ TEST(QuotedPrintableTest, TheTwoLongestLinesMakeOneBreak)
 TEST(QuotedPrintableTest, WithoutMemoryThereIsNoText)
 {
     const Wide text = std::wstring(1000, L'\n');
-    const Testing::AllocationLimit limit(500);
+    const TestSupport::AllocationLimit limit(500);
 
     EXPECT_EQ(QP::ToQP(text), L"");
     EXPECT_EQ(QP::ToQP(text, 76, 76), L"");

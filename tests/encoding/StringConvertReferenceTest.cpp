@@ -18,7 +18,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::RandomText;
+using TestSupport::RandomText;
 
 constexpr int c_rounds = 50000;
 

@@ -225,7 +225,7 @@ TEST(StringConvertTest, DoublesHaveSixDigitsInTheShorterNotation)
 TEST(StringConvertTest, WithoutMemoryTextsAreEmpty)
 {
     const Wide text = L"a text that is longer than a text without memory";
-    const Testing::AllocationLimit limit(20);
+    const TestSupport::AllocationLimit limit(20);
 
     EXPECT_EQ(StringConvert::UStringFromInt32(c_minInt), L"");
     EXPECT_EQ(StringConvert::UStringFromInt64(c_minLong), L"");
@@ -242,7 +242,7 @@ TEST(StringConvertTest, WithoutMemoryALongNumberIsNotRead)
     {
         const Narrow narrow(digits);
         const Wide wide(wideDigits);
-        const Testing::AllocationLimit limit(20);
+        const TestSupport::AllocationLimit limit(20);
         EXPECT_TRUE(StringConvert::ToDouble(narrow, value));
         EXPECT_TRUE(StringConvert::ToDouble(wide, value));
     }
@@ -251,10 +251,10 @@ TEST(StringConvertTest, WithoutMemoryALongNumberIsNotRead)
 
 TEST(StringConvertTest, TheCLocaleDoesNotMatter)
 {
-    const Testing::CompiledLocale german("de_DE", "UTF-8");
+    const TestSupport::CompiledLocale german("de_DE", "UTF-8");
     if (!german.IsThere())
         GTEST_SKIP() << "no German locale on this system";
-    const Testing::ScopedLocale locale(german.Name());
+    const TestSupport::ScopedLocale locale(german.Name());
 
     EXPECT_EQ(StringConvert::StringFromDouble(1.5), "1.5");
     EXPECT_EQ(c_double.Read("1.5", 0), 1.5);

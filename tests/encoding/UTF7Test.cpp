@@ -65,7 +65,7 @@ TEST(UTF7Test, WithoutMemoryTextsAreEmpty)
 {
     const Wide wide = std::wstring(100, L'a');
     const Narrow narrow = std::string(100, 'a');
-    const Testing::AllocationLimit limit(50);
+    const TestSupport::AllocationLimit limit(50);
 
     EXPECT_EQ(UTF7::ToUTF7(wide), "");
     EXPECT_EQ(UTF7::ToUNICODE(narrow), L"");

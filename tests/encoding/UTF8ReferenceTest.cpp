@@ -13,7 +13,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::RandomText;
+using TestSupport::RandomText;
 
 constexpr int c_rounds = 20000;
 

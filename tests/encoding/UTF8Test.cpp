@@ -127,7 +127,7 @@ TEST(UTF8Test, WithoutMemoryTextsAreEmpty)
 {
     const Wide wide = std::wstring(5000, L'a');
     const Narrow narrow = std::string(5000, 'a');
-    const Testing::AllocationLimit limit(1000);
+    const TestSupport::AllocationLimit limit(1000);
 
     EXPECT_EQ(UTF8::ToUTF8(wide), "");
     EXPECT_EQ(UTF8::ToUNICODE(narrow), L"");

@@ -3,7 +3,7 @@
 
 #include "InstalledProgram.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 TEST(HelloTest, SaysHelloInItsLog)
@@ -48,4 +48,4 @@ TEST(HelloTest, StopsCleanlyEachTime)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

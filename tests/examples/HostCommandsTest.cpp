@@ -10,7 +10,7 @@
 #include "HostWithPlugIns.h"
 #include "archive/RawZip.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 using testing::AllOf;
@@ -343,4 +343,4 @@ TEST_F(HostCommandsTest, SpacesAndOtherScriptsArriveInEveryLocale)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,7 +5,7 @@
 
 #include "InstalledProgram.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 using testing::HasSubstr;
@@ -143,4 +143,4 @@ TEST_F(HostPlugInsTest, FolderThatIsNotThereMeansNoPlugIns)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

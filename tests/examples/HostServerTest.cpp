@@ -16,7 +16,7 @@
 #include "HostWithPlugIns.h"
 #include "ProgramOnTerminal.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 using testing::AllOf;
@@ -503,4 +503,4 @@ TEST_F(HostServerTest, HostThatRunsBesideItHasALogOfItsOwn)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

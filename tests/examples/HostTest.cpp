@@ -6,7 +6,7 @@
 
 #include "InstalledProgram.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 using testing::AllOf;
@@ -292,4 +292,4 @@ TEST_F(HostTest, NamesOutsideAsciiAreShownInEveryLocale)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -11,7 +11,7 @@
 #include "ServingHost.h"
 #include "archive/ZipWriter.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 using Arguments = std::vector<std::string>;
 
@@ -93,4 +93,4 @@ protected:
     int m_commands = 0;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -12,7 +12,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A program under a name and an install prefix of its own, so that it shares no log, settings or
 /// home directory with anybody. The log is removed with the object.
@@ -70,4 +70,4 @@ private:
     ScopedEnvironment m_home;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A program whose output is a terminal. It is asked to end with the object.
 class ProgramOnTerminal {
@@ -71,4 +71,4 @@ private:
     std::string m_output;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

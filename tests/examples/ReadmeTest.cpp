@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 std::string FileOfTheTree(const std::string& name)
@@ -47,4 +47,4 @@ TEST(ReadmeTest, HasNoOtherCode)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

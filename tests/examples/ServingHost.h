@@ -9,7 +9,7 @@
 #include "InstalledProgram.h"
 #include "ipc/ChildProgram.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// An example host that serves beside the test. It is killed with the object when it still runs.
 class ServingHost {
@@ -84,4 +84,4 @@ private:
     std::string m_socket;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

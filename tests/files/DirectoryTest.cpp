@@ -19,9 +19,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Testing::ScopedLocale;
-using Testing::TempDir;
 using testing::UnorderedElementsAre;
+using TestSupport::ScopedLocale;
+using TestSupport::TempDir;
 
 using Names = std::vector<TString<wchar_t>>;
 
@@ -216,7 +216,7 @@ TEST_F(DirectoryTest, NamesThatDoNotFitIntoMemoryAreNone)
     for (long index = 0; hasFailed; ++index) {
         SCOPED_TRACE(index);
         Names names;
-        Testing::FailingAllocation failing(index);
+        TestSupport::FailingAllocation failing(index);
         const unsigned int count = Directory::EnumFilePaths(names, path, L"");
         hasFailed = failing.HasFailed();
         ASSERT_EQ(count, hasFailed ? 0u : 3u);

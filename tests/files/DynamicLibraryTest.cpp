@@ -13,8 +13,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedLocale;
-using Testing::TempDir;
+using TestSupport::ScopedLocale;
+using TestSupport::TempDir;
 
 // A copy of the probe library for each test, so that it is loaded again.
 class DynamicLibraryTest : public testing::Test {

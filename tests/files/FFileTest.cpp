@@ -21,15 +21,15 @@
 namespace Toolkit {
 namespace {
 
-using Testing::AllocationLimit;
-using Testing::CapturedLog;
-using Testing::FileSizeLimit;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using Testing::RunProgram;
-using Testing::ScopedLocale;
-using Testing::TempDir;
+using TestSupport::AllocationLimit;
+using TestSupport::CapturedLog;
+using TestSupport::FileSizeLimit;
+using TestSupport::RunProgram;
+using TestSupport::ScopedLocale;
+using TestSupport::TempDir;
 
 class FFileTest : public testing::Test {
 protected:

@@ -21,10 +21,10 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ProgramResult;
-using Testing::RunProgram;
-using Testing::ScopedEnvironment;
-using Testing::TempDir;
+using TestSupport::ProgramResult;
+using TestSupport::RunProgram;
+using TestSupport::ScopedEnvironment;
+using TestSupport::TempDir;
 using Arguments = std::vector<std::string>;
 using Paths = std::map<std::string, std::string>;
 

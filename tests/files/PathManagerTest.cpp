@@ -14,10 +14,10 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::IsEmpty;
-using Testing::ScopedEnvironment;
-using Testing::TempDir;
+using TestSupport::CapturedLog;
+using TestSupport::ScopedEnvironment;
+using TestSupport::TempDir;
 
 using Text = TString<wchar_t>;
 

@@ -22,13 +22,13 @@
 namespace Toolkit {
 namespace {
 
-using Testing::AllocationLimit;
-using Testing::CapturedLog;
 using testing::ElementsAre;
-using Testing::FileSizeLimit;
 using testing::IsEmpty;
-using Testing::ScopedLocale;
-using Testing::TempDir;
+using TestSupport::AllocationLimit;
+using TestSupport::CapturedLog;
+using TestSupport::FileSizeLimit;
+using TestSupport::ScopedLocale;
+using TestSupport::TempDir;
 using Lines = std::vector<std::wstring>;
 
 std::string Bytes(const char* text, std::size_t length)

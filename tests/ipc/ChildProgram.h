@@ -12,7 +12,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A program that runs beside the test, which reads its output line by line.
 class ChildProgram {
@@ -83,4 +83,4 @@ private:
     int m_exitCode = 0;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Only decides when a hang is called a hang.
 constexpr std::chrono::seconds c_hangLimit{60};
@@ -82,4 +82,4 @@ inline smart_ptr<IPCConnectionEvent> Keep(ReceivedTexts& texts)
     return MakeListener([&texts](const TString<wchar_t>& text) { texts.Add(text); });
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -18,15 +18,15 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ChildProgram;
 using testing::IsEmpty;
-using Testing::Keep;
-using Testing::RawSocket;
-using Testing::ReceivedTexts;
-using Testing::ScopedEnvironment;
-using Testing::ServeWhile;
 using testing::SizeIs;
-using Testing::TempDir;
+using TestSupport::ChildProgram;
+using TestSupport::Keep;
+using TestSupport::RawSocket;
+using TestSupport::ReceivedTexts;
+using TestSupport::ScopedEnvironment;
+using TestSupport::ServeWhile;
+using TestSupport::TempDir;
 using Clock = std::chrono::steady_clock;
 using namespace std::string_literals;
 

@@ -13,15 +13,15 @@
 namespace Toolkit {
 namespace {
 
-using Testing::AllocationLimit;
-using Testing::ChildProgram;
 using testing::ElementsAre;
-using Testing::FailingAllocation;
-using Testing::RawSocket;
-using Testing::ServeWhile;
+using TestSupport::AllocationLimit;
+using TestSupport::ChildProgram;
+using TestSupport::FailingAllocation;
+using TestSupport::RawSocket;
+using TestSupport::ServeWhile;
 using namespace std::string_literals;
 
-using IPCMemoryTest = Testing::ServerFixture;
+using IPCMemoryTest = TestSupport::ServerFixture;
 
 constexpr std::size_t c_mebibyte = std::size_t{1} << 20;
 

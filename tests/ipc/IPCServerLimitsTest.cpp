@@ -14,16 +14,16 @@
 namespace Toolkit {
 namespace {
 
-using Testing::c_connect;
-using Testing::c_executeA;
 using testing::ElementsAre;
-using Testing::MakeListener;
-using Testing::RawSocket;
-using Testing::ServeWhile;
 using testing::SizeIs;
+using TestSupport::c_connect;
+using TestSupport::c_executeA;
+using TestSupport::MakeListener;
+using TestSupport::RawSocket;
+using TestSupport::ServeWhile;
 using namespace std::string_literals;
 
-using IPCServerLimitsTest = Testing::ServerFixture;
+using IPCServerLimitsTest = TestSupport::ServerFixture;
 
 rlimit DescriptorLimit()
 {

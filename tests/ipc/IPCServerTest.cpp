@@ -15,14 +15,14 @@
 namespace Toolkit {
 namespace {
 
-using Testing::c_connect;
-using Testing::c_executeA;
-using Testing::ChildProgram;
 using testing::ElementsAre;
-using Testing::MakeListener;
-using Testing::RawSocket;
-using Testing::ScopedLocale;
-using Testing::ServeWhile;
+using TestSupport::c_connect;
+using TestSupport::c_executeA;
+using TestSupport::ChildProgram;
+using TestSupport::MakeListener;
+using TestSupport::RawSocket;
+using TestSupport::ScopedLocale;
+using TestSupport::ServeWhile;
 using namespace std::string_literals;
 
 // The longest text. Shorter under ThreadSanitizer: on a busy machine a server may need longer for
@@ -33,7 +33,7 @@ constexpr std::size_t c_mostCharacters = std::size_t{1} << 20;
 constexpr std::size_t c_mostCharacters = std::size_t{16} << 20;
 #endif
 
-using IPCServerTest = Testing::ServerFixture;
+using IPCServerTest = TestSupport::ServerFixture;
 
 TEST_F(IPCServerTest, HandsATextToItsListener)
 {

@@ -17,14 +17,14 @@
 namespace Toolkit {
 namespace {
 
-using Testing::c_connect;
-using Testing::c_executeA;
-using Testing::ChildProgram;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Testing::RawSocket;
-using Testing::ServeWhile;
-using Testing::TempDir;
+using TestSupport::c_connect;
+using TestSupport::c_executeA;
+using TestSupport::ChildProgram;
+using TestSupport::RawSocket;
+using TestSupport::ServeWhile;
+using TestSupport::TempDir;
 
 constexpr uid_t c_otherUser = 65534;
 
@@ -49,7 +49,7 @@ std::vector<std::string> FilesIn(const TempDir& directory)
     return names;
 }
 
-using IPCServiceTest = Testing::ServerFixture;
+using IPCServiceTest = TestSupport::ServerFixture;
 
 TEST_F(IPCServiceTest, MakesAFileForItsOwnerAlone)
 {

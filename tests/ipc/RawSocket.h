@@ -10,7 +10,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A local socket on which the test decides every byte.
 class RawSocket {
@@ -124,4 +124,4 @@ private:
     int m_socket;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -16,7 +16,7 @@
 #include "ipc/EventLoop.h"
 #include "ipc/RawSocket.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// "Connect" with the topic "t".
 const std::string c_connect("\x0A\x01\0\0\0t", 6);
@@ -69,4 +69,4 @@ protected:
     ReceivedTexts m_received;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

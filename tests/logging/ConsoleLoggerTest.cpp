@@ -16,8 +16,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedWideOutput;
-using Testing::OutputOfProcess;
+using TestSupport::CapturedWideOutput;
+using TestSupport::OutputOfProcess;
 
 // Takes nothing, as a terminal that has gone.
 class BrokenBuffer : public std::wstreambuf {};
@@ -114,7 +114,7 @@ TEST(ConsoleLoggerTest, WritesBytesAfterBytes)
 
 TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
 {
-    const Testing::CompiledLocale locale("de_DE", "ISO-8859-1");
+    const TestSupport::CompiledLocale locale("de_DE", "ISO-8859-1");
     if (!locale.IsThere())
         GTEST_SKIP() << "no compiler of locales";
 

@@ -9,8 +9,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedWideOutput;
-using Testing::OutputOfProcess;
+using TestSupport::CapturedWideOutput;
+using TestSupport::OutputOfProcess;
 
 TEST(DebuggerLoggerTest, WritesToTheWideStandardOutput)
 {

@@ -24,15 +24,15 @@
 namespace Toolkit {
 namespace {
 
-using Testing::AllocationLimit;
-using Testing::Await;
-using Testing::FindOpenFile;
-using Testing::NoDescriptors;
-using Testing::ReadWholeFile;
+using TestSupport::AllocationLimit;
+using TestSupport::Await;
+using TestSupport::FindOpenFile;
+using TestSupport::NoDescriptors;
+using TestSupport::ReadWholeFile;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
-class FileLoggerFaultTest : public Testing::LogFileTest {
+class FileLoggerFaultTest : public TestSupport::LogFileTest {
 protected:
     // The files whose names end in a tick count.
     std::vector<std::filesystem::path> Fallbacks() const
@@ -88,7 +88,7 @@ TEST_F(FileLoggerFaultTest, PipeWithAReaderGetsNothing)
 
 TEST_F(FileLoggerFaultTest, SymbolicLinkIsNotFollowed)
 {
-    const Testing::TempDir directory;
+    const TestSupport::TempDir directory;
     directory.WriteFile(L"precious", "data");
     std::filesystem::create_symlink(directory.Path() / "precious", Path());
 
@@ -98,7 +98,7 @@ TEST_F(FileLoggerFaultTest, SymbolicLinkIsNotFollowed)
 
 TEST_F(FileLoggerFaultTest, DanglingSymbolicLinkCreatesNothing)
 {
-    const Testing::TempDir directory;
+    const TestSupport::TempDir directory;
     std::filesystem::create_symlink(directory.Path() / "absent", Path());
 
     ExpectFallback();
@@ -248,7 +248,7 @@ TEST_F(FileLoggerFaultTest, FullDiskKeepsWhatFits)
 {
     testing::internal::CaptureStderr();
     {
-        const Testing::FileSizeLimit limit(10000);
+        const TestSupport::FileSizeLimit limit(10000);
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
         for (int i = 0; i < 30; ++i)
             logger.Write(std::wstring(999, L'x') + L"\n");
@@ -263,7 +263,7 @@ TEST_F(FileLoggerFaultTest, FullDiskKeepsWhatFits)
 
 TEST_F(FileLoggerFaultTest, WritesAgainWhenThereIsRoom)
 {
-    std::optional<Testing::FileSizeLimit> limit(5000u);
+    std::optional<TestSupport::FileSizeLimit> limit(5000u);
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
         logger.Write(std::wstring(5000, L'x'));

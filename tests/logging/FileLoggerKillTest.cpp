@@ -18,7 +18,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ReadWholeFile;
+using TestSupport::ReadWholeFile;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 constexpr std::size_t c_threads = 2;
@@ -76,7 +76,7 @@ std::optional<std::string> RestAfterWholePieces(const std::string& text)
                : std::nullopt;
 }
 
-class FileLoggerKillTest : public Testing::LogFileTest {
+class FileLoggerKillTest : public TestSupport::LogFileTest {
 protected:
     // Kills a process that logs when its file has grown to `size`; returns the size that was seen.
     std::size_t KillAt(std::size_t size) const
@@ -85,7 +85,7 @@ protected:
         if (child == 0)
             LogForEver(Name());
         std::size_t seen = 0;
-        Testing::Await([this, size, &seen] {
+        TestSupport::Await([this, size, &seen] {
             std::error_code missing;
             const std::uintmax_t now = std::filesystem::file_size(Path(), missing);
             seen = missing ? 0 : static_cast<std::size_t>(now);
@@ -102,7 +102,7 @@ protected:
 TEST_F(FileLoggerKillTest, FileHoldsWholePiecesInOrder)
 {
     const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    Testing::RandomText random(static_cast<unsigned int>(::getpid()));
+    TestSupport::RandomText random(static_cast<unsigned int>(::getpid()));
     int cuts = 0;
     for (int run = 0; run < Runs(); ++run) {
         SCOPED_TRACE(run);

@@ -18,8 +18,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::Await;
-using Testing::ReadWholeFile;
+using TestSupport::Await;
+using TestSupport::ReadWholeFile;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
@@ -77,7 +77,7 @@ private:
     int m_end = -1;
 };
 
-class FileLoggerLockTest : public Testing::LogFileTest {
+class FileLoggerLockTest : public TestSupport::LogFileTest {
 protected:
     // Whether nobody holds the lock on the file.
     bool CanBeLocked() const

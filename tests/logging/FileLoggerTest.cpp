@@ -26,15 +26,15 @@
 namespace Toolkit {
 namespace {
 
-using Testing::Await;
 using testing::ElementsAre;
-using Testing::FindOpenFile;
-using Testing::NoDescriptors;
-using Testing::ReadWholeFile;
+using TestSupport::Await;
+using TestSupport::FindOpenFile;
+using TestSupport::NoDescriptors;
+using TestSupport::ReadWholeFile;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
-class FileLoggerTest : public Testing::LogFileTest {
+class FileLoggerTest : public TestSupport::LogFileTest {
 protected:
     // Waits until the writer has written `expected` and is at `position`.
     void AwaitFile(const std::string& expected, long position) const
@@ -77,7 +77,7 @@ TEST_F(FileLoggerTest, TextWithoutAUtf8FormIsLeftOut)
 
 TEST_F(FileLoggerTest, WritesTheLinesOfTheProcessLogger)
 {
-    using Testing::IsLogLine;
+    using TestSupport::IsLogLine;
     ILogger::CreateInstance();
     ILogger::SetLogger(new FileLogger(SeverityInfo, Name(), c_noLimit));
 
@@ -117,7 +117,7 @@ TEST_F(FileLoggerTest, NeedsNoPathManager)
 
 TEST_F(FileLoggerTest, NameOutsideAsciiDoesNotDependOnTheLocale)
 {
-    const Testing::ScopedLocale locale("C");
+    const TestSupport::ScopedLocale locale("C");
     m_name += "-\xC3\xA9\xE2\x82\xAC";
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -425,7 +425,7 @@ private:
     }
 
     const std::string m_name;
-    Testing::RandomText m_random;
+    TestSupport::RandomText m_random;
     const unsigned int m_limit;
     PiecewiseFile m_expected;
     FileLogger m_logger;

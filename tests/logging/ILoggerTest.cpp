@@ -19,9 +19,9 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using TestSupport::CapturedLog;
 
 class Sink : public ILogger {
 public:
@@ -167,7 +167,7 @@ TEST(ILoggerTest, FilteredValueIsNotConverted)
     const TString<char> narrow("a text that needs memory when it is widened");
     ILogger& logger = ILogger::GetLogger() << SetSeverity(SeverityInfo);
 
-    const Testing::AllocationLimit none(0);
+    const TestSupport::AllocationLimit none(0);
     EXPECT_NO_THROW(logger << 1234567890 << 1234567890123LL << narrow);
     EXPECT_NO_THROW(logger << "a long narrow array" << L"a long wide array");
     EXPECT_NO_THROW(logger << std::string_view("a long narrow view") << 1.23456e-300);

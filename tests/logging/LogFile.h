@@ -19,7 +19,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// What a `FileLogger` needs: a path manager with directories of the test's own, and a name that no
 /// other test uses in the temporary directory. Files of that name are removed at the end.
@@ -112,4 +112,4 @@ private:
     rlimit m_oldLimit{};
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -91,7 +91,7 @@ TEST(LogPieceBlockTest, EmptyPiecesChangeNothing)
 // A write that stays within a page, but for its first piece, can only be cut in that piece.
 TEST(LogPieceBlockTest, NoPieceButTheFirstLiesAcrossPages)
 {
-    Testing::RandomText random(1);
+    TestSupport::RandomText random(1);
     for (int round = 0; round < 2000; ++round) {
         std::size_t offset = random.Number<std::size_t>(0, 100);
         std::vector<std::wstring> pieces(random.Number<std::size_t>(1, 40));

@@ -154,7 +154,7 @@ TEST(LogPieceQueueTest, IsUsedAgainWhenItWasReleased)
 
 TEST(LogPieceQueueTest, HoldsPiecesOfAllLengths)
 {
-    Testing::RandomText random(1);
+    TestSupport::RandomText random(1);
     LogPieceQueue queue;
     for (int round = 0; round < 50; ++round) {
         std::vector<std::wstring> expected(random.Number<std::size_t>(0, 300));

@@ -11,10 +11,10 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Testing::IsLogLine;
+using TestSupport::CapturedLog;
+using TestSupport::IsLogLine;
 
 void Report(LogSeverity severity)
 {

@@ -9,7 +9,7 @@ namespace {
 
 TEST(NullLoggerTest, WritesNothing)
 {
-    const Testing::CapturedWideOutput output;
+    const TestSupport::CapturedWideOutput output;
     testing::internal::CaptureStderr();
     NullLogger logger;
 

@@ -42,7 +42,7 @@ private:
     std::vector<std::jthread> m_threads;
 };
 
-class ProcessLoggerTest : public Testing::LogFileTest {
+class ProcessLoggerTest : public TestSupport::LogFileTest {
 protected:
     ProcessLoggerTest()
     {

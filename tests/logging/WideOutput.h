@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Collects what goes to the wide standard output while it lives.
 class CapturedWideOutput {
@@ -62,4 +62,4 @@ inline std::string OutputOfProcess(const std::function<void()>& action)
     return ReadWholeFile(path);
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

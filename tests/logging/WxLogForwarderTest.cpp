@@ -17,9 +17,9 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using TestSupport::CapturedLog;
 
 // What the framework calls.
 class OpenForwarder : public WxLogForwarder {

@@ -29,7 +29,7 @@ TEST(FallbackPathsMacTest, UsesTheWorkingDirectoryOutsideABundle)
 
 TEST(FallbackPathsMacTest, FindsTheUsersDirectoriesInTheHomeDirectory)
 {
-    const Testing::ScopedEnvironment home("HOME", "/Users/ann");
+    const TestSupport::ScopedEnvironment home("HOME", "/Users/ann");
 
     EXPECT_EQ(FallbackPaths::UserLocalDataDirectory(L"Tool"),
               L"/Users/ann/Library/Application Support/Tool");

@@ -11,7 +11,7 @@
 
 #include "logging/LogFile.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 using testing::AllOf;
@@ -165,4 +165,4 @@ TEST_F(FlowTest, OnlyALogFileHasAThreadOfItsOwn)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -10,11 +10,11 @@
 namespace Toolkit {
 namespace {
 
-using Testing::Covered;
-using Testing::RunProgram;
-using Testing::ScopedEnvironment;
-using Testing::SoakRounds;
-using Testing::TempDir;
+using TestSupport::Covered;
+using TestSupport::RunProgram;
+using TestSupport::ScopedEnvironment;
+using TestSupport::SoakRounds;
+using TestSupport::TempDir;
 
 // How many of the children of a busy process hang or crash when they do the same as its threads.
 int Failures(const std::string& operation, int children)

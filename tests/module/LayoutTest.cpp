@@ -338,8 +338,8 @@ TEST(LayoutTest, StreamsShareOnePointerField)
 TEST(LayoutTest, ThePathManagerHoldsElevenTextsInOrder)
 {
     constexpr std::size_t text = sizeof(TString<wchar_t>);
-    const Testing::TempDir directory;
-    const Testing::ScopedEnvironment home("HOME", directory.Path());
+    const TestSupport::TempDir directory;
+    const TestSupport::ScopedEnvironment home("HOME", directory.Path());
     const PathManager paths;
 
     EXPECT_EQ(sizeof paths, 11 * text);

@@ -13,8 +13,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ProgramResult;
-using Testing::RunProgram;
+using TestSupport::ProgramResult;
+using TestSupport::RunProgram;
 
 TEST(LoadTest, TheConstantsHaveTheirValues)
 {

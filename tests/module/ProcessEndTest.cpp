@@ -21,10 +21,10 @@
 namespace Toolkit {
 namespace {
 
-using Testing::Covered;
-using Testing::ReadWholeFile;
-using Testing::SoakRounds;
-using Testing::TempDir;
+using TestSupport::Covered;
+using TestSupport::ReadWholeFile;
+using TestSupport::SoakRounds;
+using TestSupport::TempDir;
 
 constexpr int c_status = 7;
 constexpr const char* c_seconds = "10";

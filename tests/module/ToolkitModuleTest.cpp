@@ -26,8 +26,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedEnvironment;
-using Testing::TempDir;
+using TestSupport::ScopedEnvironment;
+using TestSupport::TempDir;
 
 // Which process-wide objects there are, by their initials.
 std::string Present()
@@ -132,7 +132,7 @@ TEST_F(ToolkitModuleTest, EachLifeMayHaveItsLogFileAndForwarder)
         LibModuleManager::GetInstance()->Release(true);
 
         const TString<char> file = UTF8::ToUTF8(L"/tmp/" + name + L".qvlog");
-        EXPECT_THAT(Testing::ReadWholeFile(std::string(file)),
+        EXPECT_THAT(TestSupport::ReadWholeFile(std::string(file)),
                     testing::ContainsRegex("^1  : wx : [0-9]+ : from the framework\n$"));
         std::filesystem::remove(std::string(file));
     }
@@ -188,7 +188,8 @@ TEST_F(ToolkitModuleTest, WorksWithoutTheFramework)
 
 TEST_F(ToolkitModuleTest, AHostKeepsItsOwnApplicationObject)
 {
-    const Testing::ProgramResult result = Testing::RunProgram(TOOLKIT_TEST_HOST_PROGRAM, {});
+    const TestSupport::ProgramResult result =
+        TestSupport::RunProgram(TOOLKIT_TEST_HOST_PROGRAM, {});
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, "the host's own\nthe host's own\nthe host's own\n");
@@ -197,7 +198,8 @@ TEST_F(ToolkitModuleTest, AHostKeepsItsOwnApplicationObject)
 
 TEST_F(ToolkitModuleTest, ObjectsComeAndGoInTheirOrder)
 {
-    const Testing::ProgramResult result = Testing::RunProgram(TOOLKIT_TEST_ORDER_PROGRAM, {});
+    const TestSupport::ProgramResult result =
+        TestSupport::RunProgram(TOOLKIT_TEST_ORDER_PROGRAM, {});
 
     EXPECT_EQ(result.output, "start: L LI LIV LIVP LIVPR LIVPRS\n"
                              "stop: LIVPR LIVR LIR LR L -\n");

@@ -3,7 +3,7 @@
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/regExp/RegExp.Exceptions.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// What `operation` throws; an empty pointer when it returns.
 template <typename Operation>
@@ -25,4 +25,4 @@ TString<char> CaughtMessage(const Operation& operation)
     return exception.IsValid() ? exception->message : TString<char>("nothing thrown");
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A pattern compiled and tried by direct calls, to compare with.
 class DirectPcre {
@@ -51,4 +51,4 @@ private:
     int m_offsets[60];
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -3,7 +3,7 @@
 #include <string>
 
 /// The engine that the library is built with.
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 #ifdef TOOLKIT_USES_PCRE2
 constexpr bool c_usesPcre2 = true;
@@ -17,4 +17,4 @@ inline std::string ForEngine(const std::string& first, const std::string& second
     return c_usesPcre2 ? second : first;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

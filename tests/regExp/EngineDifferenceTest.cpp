@@ -19,8 +19,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::EngineTable;
-using Testing::RandomPattern;
+using TestSupport::EngineTable;
+using TestSupport::RandomPattern;
 
 struct Call {
     std::string pattern;
@@ -68,7 +68,7 @@ template <typename Operation>
 void Try(Outcome& outcome, const char* name, const Operation& operation)
 {
     std::ostringstream stream;
-    const auto exception = Testing::CaughtException([&] { operation(stream); });
+    const auto exception = TestSupport::CaughtException([&] { operation(stream); });
     outcome.text += std::string("\n") + name + ": " + stream.str();
     if (!exception.IsValid())
         return;
@@ -91,7 +91,7 @@ void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
         regExp.RegExp_compile(result);
         // What is not UTF-8 is described in the first pair.
         const auto exception =
-            Testing::CaughtException([&] { regExp.RegExp_exec(result, call.start); });
+            TestSupport::CaughtException([&] { regExp.RegExp_exec(result, call.start); });
         WriteOffsets(stream, *result);
         if (result->resultCode == -10)
             stream << " at " << result->ovector[0] << " fault " << result->ovector[1];
@@ -102,7 +102,7 @@ void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
 
 Outcome Run(const EngineTable& engine, const Call& call)
 {
-    Testing::s_engine = &engine;
+    TestSupport::s_engine = &engine;
     Outcome outcome;
     RegExp regExp(TString<char>(call.pattern), RegExpOptions::None);
     Try(outcome, "IsMatch", [&](std::ostream& stream) { stream << regExp.IsMatch(call.subject); });
@@ -121,7 +121,7 @@ Outcome Run(const EngineTable& engine, const Call& call)
         [&](std::ostream& stream) { stream << regExp.Replace(map, call.subject); });
     for (const auto& [name, text] : map)
         outcome.text += " {" + name + ' ' + text + '}';
-    Testing::s_engine = &Testing::c_pcre;
+    TestSupport::s_engine = &TestSupport::c_pcre;
     return outcome;
 }
 
@@ -131,8 +131,8 @@ public:
     // Compares the engines. What differs is printed, up to a number.
     void Add(const Call& call)
     {
-        const Outcome first = Run(Testing::c_pcre, call);
-        const Outcome second = Run(Testing::c_pcre2, call);
+        const Outcome first = Run(TestSupport::c_pcre, call);
+        const Outcome second = Run(TestSupport::c_pcre2, call);
         const char* const ending = Ending(first, second);
         if (++m_counts[ending] <= c_mostPrinted && std::string(ending) == "different")
             std::cout << call << "\nPCRE 1:" << first.text << "\nPCRE 2:" << second.text << '\n';
@@ -141,7 +141,7 @@ public:
     void Report() const
     {
         for (const auto& [what, count] : m_counts)
-            Testing::Covered(what + ": " + std::to_string(count));
+            TestSupport::Covered(what + ": " + std::to_string(count));
     }
 
     int Count(const std::string& what) const
@@ -182,7 +182,7 @@ void AddRandomCalls(Tally& tally, RandomPattern random, int rounds)
 
 TEST(EngineDifferenceTest, RandomCallsHaveEqualResults)
 {
-    const int rounds = Testing::SoakRounds(16'000, 800'000);
+    const int rounds = TestSupport::SoakRounds(16'000, 800'000);
     Tally tally;
     AddRandomCalls(tally, RandomPattern(7, false), rounds);
 
@@ -195,7 +195,7 @@ TEST(EngineDifferenceTest, RandomCallsHaveEqualResults)
 // condition or a repeated assertion leaves set, and where a search with (*COMMIT) begins.
 TEST(EngineDifferenceTest, RareConstructsDifferRarely)
 {
-    const int rounds = Testing::SoakRounds(4'000, 200'000);
+    const int rounds = TestSupport::SoakRounds(4'000, 200'000);
     Tally tally;
     AddRandomCalls(tally, RandomPattern(8, true), rounds);
 
@@ -206,8 +206,8 @@ TEST(EngineDifferenceTest, RareConstructsDifferRarely)
 TEST(EngineDifferenceTest, TheSamplesHaveEqualResults)
 {
     Tally tally;
-    for (const char* pattern : Testing::c_patterns) {
-        for (const char* subject : Testing::c_subjects) {
+    for (const char* pattern : TestSupport::c_patterns) {
+        for (const char* subject : TestSupport::c_subjects) {
             for (const char* replacement : {"", "a", "xyz"})
                 tally.Add({pattern, subject, replacement});
         }

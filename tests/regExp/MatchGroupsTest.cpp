@@ -41,7 +41,7 @@ TEST(MatchGroupsTest, ThrowsWhenTheEngineCannotReportNames)
     MatchResult neverCompiled;
     neverCompiled.resultCode = 1;
 
-    EXPECT_EQ(Testing::CaughtMessage([&] { Read(neverCompiled); }),
+    EXPECT_EQ(TestSupport::CaughtMessage([&] { Read(neverCompiled); }),
               "pcre_fullinfo 'PCRE_INFO_NAMECOUNT' return error");
 }
 

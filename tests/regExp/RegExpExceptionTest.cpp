@@ -11,8 +11,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CaughtException;
-using Testing::CaughtMessage;
+using TestSupport::CaughtException;
+using TestSupport::CaughtMessage;
 
 // The message that a pattern ends in which does not compile.
 TString<char> CompileMessage(const char* pattern)
@@ -63,14 +63,14 @@ TEST(RegExpExceptionTest, ALongCompileMessageHidesItsBeginning)
     EXPECT_EQ(CompileMessage("abc["),
               " : missing terminating ] for character class (@offset: 4) abc[");
     EXPECT_EQ(CompileMessage("a**b{2}+*"),
-              Testing::ForEngine(" : nothing to repeat (@offset: 2) a**b{2}+*",
-                                 " : quantifier does not follow a repeatable item (@offset: 2) "
-                                 "a**b{2}+*"));
+              TestSupport::ForEngine(" : nothing to repeat (@offset: 2) a**b{2}+*",
+                                     " : quantifier does not follow a repeatable item (@offset: 2) "
+                                     "a**b{2}+*"));
 }
 
 TEST(RegExpExceptionTest, AShortCompileMessageIsFollowedByTheRestOfItsBeginning)
 {
-    if (Testing::c_usesPcre2)
+    if (TestSupport::c_usesPcre2)
         GTEST_SKIP() << "PCRE 2 has no message that is short enough";
     constexpr std::pair<const char*, const char*> cases[] = {
         {"(", " : missing ) (@offset: 1) (ror "},
@@ -91,8 +91,8 @@ TEST(RegExpExceptionTest, TheCompileMessageHoldsThePatternInUtf8)
 TEST(RegExpExceptionTest, APatternThatIsNotUtf8IsLeftOutOfTheMessage)
 {
     EXPECT_EQ(CompileMessage("a\xFF"),
-              Testing::ForEngine(" : invalid UTF-8 string (@offset: 1) ",
-                                 " : UTF-8 error: illegal byte (0xfe or 0xff) (@offset: 1) "));
+              TestSupport::ForEngine(" : invalid UTF-8 string (@offset: 1) ",
+                                     " : UTF-8 error: illegal byte (0xfe or 0xff) (@offset: 1) "));
 }
 
 TEST(RegExpExceptionTest, AnOffsetHasNoThousandsSeparators)

@@ -15,7 +15,7 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CaughtMessage;
+using TestSupport::CaughtMessage;
 
 constexpr const char* c_outOfMemory = "-6gExp::Match return error: ";
 
@@ -30,7 +30,7 @@ int FailEachAllocation(const std::function<void()>& operation)
         SCOPED_TRACE(index);
         bool hasFailed = false;
         const TString<char> message = CaughtMessage([&] {
-            const Testing::FailingAllocation failing(index);
+            const TestSupport::FailingAllocation failing(index);
             const auto report = [&] { hasFailed = failing.HasFailed(); };
             try {
                 operation();
@@ -78,7 +78,7 @@ TEST(RegExpMemoryTest, WithoutAnyMemoryNothingButBadAllocLeaves)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);
     const auto match = [&] {
-        const Testing::AllocationLimit limit(0);
+        const TestSupport::AllocationLimit limit(0);
         regExp.Match(c_subject);
     };
 
@@ -93,11 +93,11 @@ TEST(RegExpMemoryTest, ACollectionStaysAsItIsWhenAGroupDoesNotFit)
     const smart_ptr<Group> group(new Group("other", 1));
 
     const auto add = [&] {
-        const Testing::AllocationLimit limit(0);
+        const TestSupport::AllocationLimit limit(0);
         groups.Add(group);
     };
     const auto addName = [&] {
-        const Testing::AllocationLimit limit(0);
+        const TestSupport::AllocationLimit limit(0);
         groups.AddNamedGroupKey(name, 0);
     };
 

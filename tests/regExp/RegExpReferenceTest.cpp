@@ -13,8 +13,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::DirectPcre;
-using Testing::RandomText;
+using TestSupport::DirectPcre;
+using TestSupport::RandomText;
 
 // The text that an operation gives, or the message that it throws.
 struct Outcome {
@@ -73,8 +73,8 @@ Outcome ReplaceByLibrary(const std::string& pattern, const std::string& replacem
 {
     Outcome outcome;
     RegExp regExp(TString<char>(pattern), RegExpOptions::None);
-    const auto exception =
-        Testing::CaughtException([&] { outcome.text = regExp.Replace(replacement, subject, 0); });
+    const auto exception = TestSupport::CaughtException(
+        [&] { outcome.text = regExp.Replace(replacement, subject, 0); });
     if (exception.IsValid())
         outcome.message = exception->message;
     return outcome;
@@ -128,7 +128,7 @@ void ExpectSameMatch(const std::string& pattern, const std::string& subject)
         ExpectSameGroups(*result, direct, subject);
     };
 
-    const auto exception = Testing::CaughtException(match);
+    const auto exception = TestSupport::CaughtException(match);
     ASSERT_EQ(exception.IsValid(), expected < -1);
     if (!exception.IsValid())
         return;
@@ -163,8 +163,8 @@ constexpr const char* c_replacements[] = {"",   "a",  "b",        "ab",     "aa"
 
 TEST(RegExpReferenceTest, MatchesWhatTheEngineMatches)
 {
-    for (const char* pattern : Testing::c_patterns) {
-        for (const char* subject : Testing::c_subjects) {
+    for (const char* pattern : TestSupport::c_patterns) {
+        for (const char* subject : TestSupport::c_subjects) {
             SCOPED_TRACE(std::string(pattern) + " in " + subject);
             ExpectSameMatch(pattern, subject);
         }
@@ -173,8 +173,8 @@ TEST(RegExpReferenceTest, MatchesWhatTheEngineMatches)
 
 TEST(RegExpReferenceTest, ReplacesWhatTheStepsReplace)
 {
-    for (const char* pattern : Testing::c_patterns) {
-        for (const char* subject : Testing::c_subjects) {
+    for (const char* pattern : TestSupport::c_patterns) {
+        for (const char* subject : TestSupport::c_subjects) {
             for (const char* replacement : c_replacements)
                 ExpectSameReplacement(pattern, replacement, subject);
         }
@@ -183,8 +183,8 @@ TEST(RegExpReferenceTest, ReplacesWhatTheStepsReplace)
 
 TEST(RegExpReferenceTest, ReplacesByInvalidTextAsTheStepsDo)
 {
-    for (const char* pattern : Testing::c_patterns) {
-        for (const char* subject : Testing::c_subjects) {
+    for (const char* pattern : TestSupport::c_patterns) {
+        for (const char* subject : TestSupport::c_subjects) {
             for (const char* replacement : {"\xFF", "\xC3", "\xA9", "\xED\xA0\x80", "\xC0\x80"})
                 ExpectSameReplacement(pattern, replacement, subject);
         }

@@ -8,9 +8,9 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CaughtMessage;
 using testing::ElementsAre;
 using testing::Pair;
+using TestSupport::CaughtMessage;
 
 using Texts = std::vector<TString<char>>;
 using Map = RegExp::ReplacementMappedStrings;

@@ -14,8 +14,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::c_usesPcre2;
-using Testing::CaughtMessage;
+using TestSupport::c_usesPcre2;
+using TestSupport::CaughtMessage;
 
 // PCRE 1 recurses on the stack, and gives up. PCRE 2 does not need it: here it finds no match.
 constexpr const char* c_noStackLeft =

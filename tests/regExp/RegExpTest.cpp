@@ -12,9 +12,9 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CaughtMessage;
 using testing::ElementsAre;
 using testing::Pair;
+using TestSupport::CaughtMessage;
 
 RegExp Pattern(const TString<char>& pattern)
 {
@@ -85,7 +85,7 @@ TEST(RegExpTest, ThrowsWhenWideTextDoesNotFitIntoMemory)
     const RegExp regExp = Pattern("b?");
     const TString<char> expected = "-6gExp::Match return error: ";
     const auto messageOf = [](const auto& operation) {
-        const Testing::AllocationLimit limit(100000);
+        const TestSupport::AllocationLimit limit(100000);
         return CaughtMessage(operation);
     };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Patterns of every kind: what looks ahead, behind and at both ends, groups that take no part,
 /// names, verbs, faults.
@@ -155,4 +155,4 @@ constexpr const char* c_subjects[] = {"",
                                       "\x1B"
                                       "a^"};
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -3,7 +3,7 @@
 #include <mutex>
 #include <regex>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 class CapturedLog::Sink : public ILogger {
 public:
@@ -107,4 +107,4 @@ testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, int line,
     return HasLogForm(severity, line, function, message);
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

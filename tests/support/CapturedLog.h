@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Installs a process-wide logger that keeps what it gets, and takes it away again.
 class CapturedLog {
@@ -42,4 +42,4 @@ testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, const std::wstrin
 testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, int line,
                                          const std::wstring& function, const std::wstring& message);
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

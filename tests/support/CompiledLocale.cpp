@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 CompiledLocale::CompiledLocale(const std::string& source, const std::string& charset)
     : m_searchPath("LOCPATH", m_directory.Path().native()), m_name(source + "." + charset)
@@ -12,4 +12,4 @@ CompiledLocale::CompiledLocale(const std::string& source, const std::string& cha
     m_isThere = std::system(command.c_str()) == 0;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A locale that is compiled from the system's sources for one test, so that it need not be
 /// installed.
@@ -27,4 +27,4 @@ private:
     bool m_isThere;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 FileSizeLimit::FileSizeLimit(std::size_t size)
 {
@@ -23,4 +23,4 @@ FileSizeLimit::~FileSizeLimit()
     ::sigaction(SIGXFSZ, &m_oldAction, nullptr);
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

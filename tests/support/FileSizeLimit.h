@@ -4,7 +4,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Lets no file of the process grow beyond a size, as a full disk does.
 class FileSizeLimit {
@@ -20,4 +20,4 @@ private:
     struct sigaction m_oldAction {};
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,7 +5,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Takes from this process, for ever, the right to start others: fork(2) fails with EAGAIN. For a
 /// process that ends soon after.
@@ -20,4 +20,4 @@ inline void AllowNoMoreProcesses()
     EXPECT_EQ(::setrlimit(RLIMIT_NPROC, &onlyThisOne), 0);
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

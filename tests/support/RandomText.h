@@ -4,7 +4,7 @@
 #include <random>
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Random texts over an alphabet, the same ones in every run.
 class RandomText {
@@ -32,4 +32,4 @@ private:
     std::mt19937_64 m_engine;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

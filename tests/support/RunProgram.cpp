@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 // Sends a descriptor of the program that is to be started into a file.
@@ -58,4 +58,4 @@ ProgramResult RunProgram(const std::filesystem::path& program,
     return {exitCode, directory.ReadFile(L"output"), directory.ReadFile(L"errors")};
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// How a program ended and what it said.
 struct ProgramResult {
@@ -17,4 +17,4 @@ struct ProgramResult {
 ProgramResult RunProgram(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments);
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <new>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 // Counts down to the allocation that fails, and passes by zero.
@@ -47,11 +47,11 @@ AllocationLimit::~AllocationLimit()
     s_longest = SIZE_MAX;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    return Toolkit::Testing::Fails(size) ? nullptr : std::malloc(size > 0 ? size : 1);
+    return Toolkit::TestSupport::Fails(size) ? nullptr : std::malloc(size > 0 ? size : 1);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept

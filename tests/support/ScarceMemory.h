@@ -4,7 +4,7 @@
 
 /// Memory that runs out. A program that uses these classes lists ScarceMemory.cpp among its own
 /// sources: it replaces the operators new and delete.
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Lets one allocation of this thread fail: the next one for an index of 0.
 class FailingAllocation {
@@ -29,4 +29,4 @@ public:
     AllocationLimit& operator=(const AllocationLimit&) = delete;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 ScopedEnvironment::ScopedEnvironment(const std::string& name,
                                      const std::optional<std::string>& value)
@@ -26,4 +26,4 @@ void ScopedEnvironment::Set(const std::optional<std::string>& value) const
         ::unsetenv(m_name.c_str());
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

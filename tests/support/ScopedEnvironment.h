@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Sets or removes an environment variable and restores it.
 class ScopedEnvironment {
@@ -21,4 +21,4 @@ private:
     std::optional<std::string> m_oldValue;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

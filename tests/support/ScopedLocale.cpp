@@ -4,7 +4,7 @@
 
 #include <clocale>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 ScopedLocale::ScopedLocale(const std::string& name) : m_oldName(std::setlocale(LC_ALL, nullptr))
 {
@@ -16,4 +16,4 @@ ScopedLocale::~ScopedLocale()
     std::setlocale(LC_ALL, m_oldName.c_str());
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

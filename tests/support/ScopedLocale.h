@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Sets the C locale of the process and restores it.
 class ScopedLocale {
@@ -18,4 +18,4 @@ private:
     std::string m_oldName;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

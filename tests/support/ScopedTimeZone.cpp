@@ -2,7 +2,7 @@
 
 #include <time.h>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 ScopedTimeZone::ScopedTimeZone(const std::string& name)
 {
@@ -16,4 +16,4 @@ ScopedTimeZone::~ScopedTimeZone()
     ::tzset();
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

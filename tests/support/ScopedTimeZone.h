@@ -2,7 +2,7 @@
 
 #include "support/ScopedEnvironment.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Sets the time zone of the process, such as "Europe/Berlin", and restores it.
 class ScopedTimeZone {
@@ -17,4 +17,4 @@ private:
     std::optional<ScopedEnvironment> m_environment;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 int SoakRounds(int sample, int full)
 {
@@ -16,4 +16,4 @@ void Covered(const std::string& what)
     std::fflush(stdout);
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

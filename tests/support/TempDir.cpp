@@ -9,7 +9,7 @@
 #include <stdlib.h>
 #include <system_error>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 TempDir::TempDir()
 {
@@ -50,4 +50,4 @@ std::string ReadWholeFile(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

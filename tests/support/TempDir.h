@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// A directory of its own for one test, removed with all that is in it.
 class TempDir {
@@ -34,4 +34,4 @@ private:
 /// The bytes of a file; empty when it cannot be read.
 std::string ReadWholeFile(const std::filesystem::path& path);
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

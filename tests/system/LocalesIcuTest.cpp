@@ -19,8 +19,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedEnvironment;
-using Testing::ScopedTimeZone;
+using TestSupport::ScopedEnvironment;
+using TestSupport::ScopedTimeZone;
 
 // The locales that the environment can name: it cuts what follows a dot or an at sign.
 std::vector<std::string> AvailableLocales()

@@ -11,8 +11,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedEnvironment;
-using Testing::ScopedLocale;
+using TestSupport::ScopedEnvironment;
+using TestSupport::ScopedLocale;
 
 class LocalesTest : public testing::Test {
 protected:

@@ -18,13 +18,13 @@
 namespace Toolkit {
 namespace {
 
-using Testing::CapturedLog;
 using testing::ElementsAre;
-using Testing::IsLogLine;
-using Testing::ProgramResult;
-using Testing::RunProgram;
-using Testing::ScopedEnvironment;
-using Testing::TempDir;
+using TestSupport::CapturedLog;
+using TestSupport::IsLogLine;
+using TestSupport::ProgramResult;
+using TestSupport::RunProgram;
+using TestSupport::ScopedEnvironment;
+using TestSupport::TempDir;
 
 std::vector<std::wstring> LinesOf(const std::string& text)
 {
@@ -95,7 +95,7 @@ TEST_F(RestartManagmentTest, TheNewProcessSeesTheProgramAndTheArgument)
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ScopedEnvironment report("TOOLKIT_TEST_REPORT", pipe);
     auto commandLine =
-        std::async(std::launch::async, [&pipe] { return Testing::ReadWholeFile(pipe); });
+        std::async(std::launch::async, [&pipe] { return TestSupport::ReadWholeFile(pipe); });
 
     const ProgramResult result = RunProgram(program, {"-old", "arguments"});
 
@@ -146,7 +146,7 @@ TEST_F(RestartManagmentTest, ActivationSucceedsWithoutTheProgram)
 TEST(RestartManagmentDeathTest, ActivationSucceedsWithoutAProcess)
 {
     const auto activate = [] {
-        Testing::AllowNoMoreProcesses();
+        TestSupport::AllowNoMoreProcesses();
         const bool isMade = ::fork() >= 0;
         ::_exit(!isMade && RestartManagment().ActivateRestartProcess() ? 0 : 1);
     };

@@ -20,8 +20,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ScopedEnvironment;
-using Testing::TempDir;
+using TestSupport::ScopedEnvironment;
+using TestSupport::TempDir;
 
 // A running copy of the test's program. It starts the library when it is told to.
 class Copy {

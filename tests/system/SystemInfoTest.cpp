@@ -26,10 +26,10 @@
 namespace Toolkit {
 namespace {
 
-using Testing::ProgramResult;
-using Testing::RunProgram;
-using Testing::ScopedEnvironment;
-using Testing::TempDir;
+using TestSupport::ProgramResult;
+using TestSupport::RunProgram;
+using TestSupport::ScopedEnvironment;
+using TestSupport::TempDir;
 
 class SystemInfoTest : public testing::Test {
 protected:
@@ -193,7 +193,8 @@ TEST_F(SystemInfoTest, WithoutWaitingTheProcessGoesOnByItself)
     const int process = SystemInfo::StartProcess(c_startedProgram, L"", false);
 
     ASSERT_GT(process, 0);
-    EXPECT_EQ(Testing::ReadWholeFile(pipe), TOOLKIT_TEST_STARTED_PROGRAM "\n0 inherited files\n");
+    EXPECT_EQ(TestSupport::ReadWholeFile(pipe),
+              TOOLKIT_TEST_STARTED_PROGRAM "\n0 inherited files\n");
     EXPECT_EQ(ExitCodeOf(process), 0);
 }
 
@@ -231,7 +232,7 @@ TEST_F(SystemInfoTest, WaitingFailsWhenNoStatusIsKept)
 TEST(SystemInfoDeathTest, AProcessThatCannotBeMadeGivesTheErrorNumber)
 {
     const auto start = [](bool wait) {
-        Testing::AllowNoMoreProcesses();
+        TestSupport::AllowNoMoreProcesses();
         ::_exit(SystemInfo::StartProcess(L"/bin/true", L"", wait));
     };
 
@@ -245,7 +246,7 @@ TEST_F(SystemInfoTest, WithoutMemoryForItsArgumentsNoProcessIsMade)
     const TString<wchar_t> arguments = L"a-rather-long-argument another-rather-long-argument";
     int failures = 0;
     for (bool hasFailed = true; hasFailed;) {
-        const Testing::FailingAllocation failing(failures);
+        const TestSupport::FailingAllocation failing(failures);
         const int result = SystemInfo::StartProcess(path, arguments, true);
         hasFailed = failing.HasFailed();
         if (hasFailed) {

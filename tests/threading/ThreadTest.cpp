@@ -20,8 +20,8 @@
 namespace Toolkit {
 namespace {
 
-using Testing::AllocationLimit;
-using Testing::FailingAllocation;
+using TestSupport::AllocationLimit;
+using TestSupport::FailingAllocation;
 
 class Worker : public Thread {
 public:

@@ -4,15 +4,15 @@
 
 #include "regExp/engines/EngineTable.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 const EngineTable* s_engine = &c_pcre;
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport
 
 namespace Toolkit::PatternEngine {
 
-using Testing::s_engine;
+using TestSupport::s_engine;
 
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
 {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// The functions of PatternEngine as one engine implements them.
 struct EngineTable {
@@ -21,4 +21,4 @@ extern const EngineTable c_pcre2;
 /// The engine that PatternEngine's functions call in this program.
 extern const EngineTable* s_engine;
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

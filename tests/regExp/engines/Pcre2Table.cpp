@@ -5,10 +5,10 @@
 
 #include "regExp/engines/EngineTable.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 const EngineTable c_pcre2 = {Pcre2Engine::Compile,          Pcre2Engine::Free,
                              Pcre2Engine::Execute,          Pcre2Engine::GetNameCount,
                              Pcre2Engine::GetNameEntrySize, Pcre2Engine::GetNameTable};
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,10 +5,10 @@
 
 #include "regExp/engines/EngineTable.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 const EngineTable c_pcre = {PcreEngine::Compile,          PcreEngine::Free,
                             PcreEngine::Execute,          PcreEngine::GetNameCount,
                             PcreEngine::GetNameEntrySize, PcreEngine::GetNameTable};
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

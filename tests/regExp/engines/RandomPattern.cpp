@@ -1,6 +1,6 @@
 #include "regExp/engines/RandomPattern.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 constexpr const char* c_settings[] = {"(*UTF8)",
@@ -232,4 +232,4 @@ std::string RandomPattern::Group(int depth)
     return AnyOf(c_openings) + Alternatives(depth) + ")";
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

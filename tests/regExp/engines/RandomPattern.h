@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Random patterns of everything that both engines know, and subjects for them.
 class RandomPattern {
@@ -41,4 +41,4 @@ private:
     bool m_hasRareConstructs;
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport
