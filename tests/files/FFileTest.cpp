@@ -384,14 +384,12 @@ TEST_F(FFileTest, PipeIsReadWhenItsOtherEndIsOpened)
 {
     const TString<wchar_t> pipe = m_directory.File(L"pipe");
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
-    const auto writer = std::async(std::launch::async, [&pipe] {
-        for (const wchar_t* const mode : {L"w", L"a"}) {
+    for (const wchar_t* const mode : {L"w", L"a"}) {
+        const auto writer = std::async(std::launch::async, [&pipe, mode] {
             FFile file;
             EXPECT_TRUE(file.Open(pipe, mode));
             file.Write(L"text");
-        }
-    });
-    for (int round = 0; round < 2; ++round) {
+        });
         FFile file;
         ASSERT_TRUE(file.Open(pipe, L"r"));
         EXPECT_EQ(file.GetLength(), 0u);

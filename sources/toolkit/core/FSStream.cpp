@@ -150,7 +150,9 @@ unsigned int FSStream::Read(void* data, unsigned int size)
 {
     if (!IsOpen())
         return StreamResult::NotOpen;
-    if (!data && size > 0)
+    if (size == 0)
+        return StreamResult::Ok;
+    if (!data)
         return StreamResult::DataFailed;
     return m_file->Read(data, size) ? StreamResult::Ok : StreamResult::DataFailed;
 }

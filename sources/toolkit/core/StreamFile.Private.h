@@ -17,7 +17,7 @@ public:
 
     bool IsOpen() const { return m_file.IsOpen(); }
 
-    /// Reads `size` bytes; false when fewer are left, which `data` then begins with.
+    /// Reads `size` bytes, at least one; false when fewer are left, which `data` then begins with.
     bool Read(void* data, std::size_t size)
     {
         // ReadRecords: a system call for each item takes 25 times as long.
