@@ -30,7 +30,7 @@ using namespace Toolkit;
 
 namespace {
 
-constexpr unsigned int c_longestChildS = 3;
+constexpr unsigned int c_longestChildS = 5;
 
 class Listener {
 public:

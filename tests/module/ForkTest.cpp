@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <string>
 
 namespace Toolkit {
@@ -22,6 +24,10 @@ int Failures(const std::string& operation, int children)
     const TempDir directory;
     const ScopedEnvironment home("HOME", directory.Path());
     const ScopedEnvironment temporary("TMPDIR", directory.Path());
+    // The child leaves the threads of its parent to the system.
+    const char* const options = std::getenv("ASAN_OPTIONS");
+    const ScopedEnvironment sanitizer("ASAN_OPTIONS",
+                                      std::string(options ? options : "") + ":detect_leaks=0");
     const std::string output =
         RunProgram(TOOLKIT_TEST_FORK_PROGRAM, {operation, std::to_string(children)}).output;
     const int failures = output.empty() ? children : std::stoi(output);

@@ -77,8 +77,9 @@ if(BUILD_SHARED_LIBS)
     )
 endif()
 
-# Every way in which a process can end, with everything that can be alive then.
-if(BUILD_SHARED_LIBS)
+# Every way in which a process can end, with everything that can be alive then. ThreadSanitizer does
+# not know processes that fork, or end, while their threads run.
+if(BUILD_SHARED_LIBS AND NOT TOOLKIT_SANITIZE MATCHES "thread")
     toolkit_test(module/ProcessEndTest.cpp)
     toolkit_test_program(
         ProcessEndTest TOOLKIT_TEST_PROCESS_END_PROGRAM module/ProcessEndProgram.cpp
@@ -105,5 +106,7 @@ if(BUILD_SHARED_LIBS)
     )
 endif()
 
-toolkit_test(module/ForkTest.cpp)
-toolkit_test_program(ForkTest TOOLKIT_TEST_FORK_PROGRAM module/ForkProgram.cpp)
+if(NOT TOOLKIT_SANITIZE MATCHES "thread")
+    toolkit_test(module/ForkTest.cpp)
+    toolkit_test_program(ForkTest TOOLKIT_TEST_FORK_PROGRAM module/ForkProgram.cpp)
+endif()

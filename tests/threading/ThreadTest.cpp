@@ -372,23 +372,6 @@ TEST(ThreadTest, StartedThroughItsBaseItIsNotStartedAgain)
     EXPECT_EQ(calls, 100);
 }
 
-TEST(ThreadTest, KilledBeforeItWorkedItIsNotStartedAgain)
-{
-    testing::internal::CaptureStderr();
-    for (int i = 0; i < 100; ++i) {
-        Worker worker([](Worker&) {
-            while (true)
-                ::pause();
-            return 0;
-        });
-        wxThread& base = worker;
-        base.Run();
-        EXPECT_EQ(worker.Kill(), wxTHREAD_NO_ERROR);
-        AwaitEnd(worker);
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
 // A thread whose derived class calls the entry point itself.
 class Direct : public Thread {
 public:
