@@ -59,7 +59,7 @@ void List(wxZipInputStream* stream, const TString<wchar_t>& filter,
 
 } // namespace
 
-ArchiveZip::ArchiveZip() = default;
+ArchiveZip::ArchiveZip() : m_stream(smart_ptr<ZipInputStream>::Empty()) {}
 
 ArchiveZip::~ArchiveZip()
 {

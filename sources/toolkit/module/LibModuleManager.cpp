@@ -70,7 +70,7 @@ void LibModuleManager::Register(LibModule* module)
         ++found->count;
         return;
     }
-    m_modules.push_back({module, 1});
+    m_modules.push_back({module, 1, false});
     if (!m_initialized)
         return;
     const Walk walk(*this);
@@ -94,7 +94,7 @@ void LibModuleManager::Unregister(LibModule* module)
     if (--found->count > 0)
         return;
     if (m_releasing) {
-        m_pendingRemovals.push_back(found);
+        found->isLeaving = true;
         return;
     }
     const Walk walk(*this);
@@ -160,16 +160,16 @@ void LibModuleManager::ReleaseModules()
             thrown.Call([&entry] { entry->module->Release(); });
     }
     m_releasing = 0;
-    RemovePending();
+    RemoveLeaving();
     thrown.Rethrow();
 }
 
-// An entry may be here twice: its module left, came back and left again.
-void LibModuleManager::RemovePending()
+void LibModuleManager::RemoveLeaving()
 {
-    for (const ModuleList::iterator& position : m_pendingRemovals)
-        position->module = nullptr;
-    m_pendingRemovals.clear();
+    for (LibModuleContainer& entry : m_modules) {
+        if (entry.isLeaving)
+            entry.module = nullptr;
+    }
 }
 
 LibModuleManager::ModuleList::iterator LibModuleManager::Find(const LibModule* module)

@@ -26,7 +26,7 @@ public:
 
     /// Adds `module`, which stays the caller's, and initialises it at once when the registry is
     /// initialised; it is not added when it throws then. A module that is there already is only
-    /// counted. Null is ignored.
+    /// counted. Null is ignored. Throws `std::bad_alloc` when out of memory; it is not added then.
     void Register(LibModule* module);
 
     /// Takes back one registration. With the last one the module is released, when the registry is
@@ -59,6 +59,7 @@ private:
     struct LibModuleContainer {
         LibModule* module;
         int count;
+        bool isLeaving; // when the release pass ends
     };
     using ModuleList = std::list<LibModuleContainer>;
     class Walk;
@@ -66,13 +67,12 @@ private:
     ModuleList::iterator Find(const LibModule* module);
     void InitializeModules();
     void ReleaseModules();
-    void RemovePending();
+    void RemoveLeaving();
 
     ModuleList m_modules;
     Mutex m_mutex; // guards everything
     int m_initialized;
     int m_releasing;
-    std::list<ModuleList::iterator> m_pendingRemovals;
     int m_walks;
     int m_frameworkStarts;
 };

@@ -3,6 +3,7 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/regExp/MatchResult.h"
 #include "toolkit/regExp/PatternEngine.Private.h"
+#include "toolkit/regExp/RegExp.Exceptions.h"
 
 #include <cstddef>
 #include <exception>
@@ -42,7 +43,7 @@ auto ReportingOutOfMemory(const Operation& operation)
     try {
         return operation();
     } catch (const std::exception&) {
-        ThrowExecuteError(PatternEngine::c_outOfMemory);
+        RegExpException::ThrowOutOfMemory();
     }
 }
 

@@ -30,4 +30,9 @@ void RegExpException::Throw(const TString<wchar_t>& message)
     throw smart_ptr<RegExpException>(Base::ResultOr(s_outOfMemory, [&] { return Make(message); }));
 }
 
+void RegExpException::ThrowOutOfMemory()
+{
+    throw smart_ptr<RegExpException>(s_outOfMemory);
+}
+
 } // namespace Toolkit

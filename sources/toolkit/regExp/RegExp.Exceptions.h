@@ -23,6 +23,9 @@ public:
     /// made when the library was loaded, with the message of an operation that ran out of memory.
     [[noreturn]] static void Throw(const TString<wchar_t>& message);
 
+    /// Throws the exception made when the library was loaded.
+    [[noreturn]] static void ThrowOutOfMemory();
+
     TString<char> message;  ///< UTF-8.
     TString<char> file;     ///< The path of this header in the source tree.
     TString<char> line;     ///< One byte, the number 7; not the digit.

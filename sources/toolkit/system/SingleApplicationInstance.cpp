@@ -1,6 +1,7 @@
 #include "toolkit/system/SingleApplicationInstance.h"
 
 #include "toolkit/base/InstanceLock.h"
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/system/CheckerFile.Private.h"
@@ -9,7 +10,13 @@ namespace Toolkit {
 
 smart_ptr<SingleApplicationInstance>* SingleApplicationInstance::s_pInstance = nullptr;
 
+// Without memory for the lock or its file, it is as if there were no place for them.
 SingleApplicationInstance::SingleApplicationInstance()
+{
+    static_cast<void>(Base::Completes([this] { TakeLock(); }));
+}
+
+void SingleApplicationInstance::TakeLock()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     const TString<wchar_t> name =
@@ -33,7 +40,8 @@ SingleApplicationInstance::~SingleApplicationInstance()
 
 bool SingleApplicationInstance::IsAlreadyRunning() const
 {
-    return !m_checkerFile || m_checkerFile->IsHeldElsewhere();
+    return (m_lock && m_lock->GetState() == Base::InstanceLock::State::HeldElsewhere) ||
+           (m_checkerFile && m_checkerFile->IsHeldElsewhere());
 }
 
 void SingleApplicationInstance::CreateInstance()

@@ -44,6 +44,8 @@ public:
     static smart_ptr<SingleApplicationInstance>* s_pInstance;
 
 private:
+    void TakeLock();
+
     std::unique_ptr<CheckerFile> m_checkerFile; // null when another process holds the lock
     std::unique_ptr<Base::InstanceLock> m_lock;
 };

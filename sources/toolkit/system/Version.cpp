@@ -86,7 +86,7 @@ Version* Version::Create()
 
 void Version::CreateInstance()
 {
-    Base::CreateSingleton(s_pInstance, Create);
+    Base::CreateSingleton(s_pInstance, [] { return new Version(c_libraryVersion); });
 }
 
 smart_ptr<Version> Version::GetInstance()

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <list>
+#include <new>
 
 namespace Toolkit {
 
@@ -24,7 +25,7 @@ public:
     EventNotifier& operator=(const EventNotifier&) = delete;
 
     /// Adds `listener` at the end and shares it; one that is added twice is called twice. An empty
-    /// pointer is ignored.
+    /// pointer is ignored. Throws `std::bad_alloc` when out of memory; it is not added then.
     void AddListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -33,7 +34,8 @@ public:
     }
 
     /// Removes the first entry that holds the same object; false when there is none. A listener
-    /// that is removed while a pass runs is not called any more and lives until the pass has ended.
+    /// that is removed while a pass runs is not called any more and lives until the pass has ended;
+    /// when there is no memory to keep it for so long, it stays, and the result is false.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -44,8 +46,12 @@ public:
         if (found == m_listeners.end())
             return false;
         if (m_runningPasses > 0) {
-            m_removed.push_back(*found);
-            *found = smart_ptr<T>();
+            try {
+                m_removed.push_back(*found);
+            } catch (const std::bad_alloc&) {
+                return false;
+            }
+            *found = smart_ptr<T>::Empty();
         } else {
             m_listeners.erase(found);
         }

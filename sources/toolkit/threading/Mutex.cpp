@@ -1,5 +1,6 @@
 #include "toolkit/threading/Mutex.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/framework/Silence.h"
 #include "toolkit/threading/CountedMutex.Private.h"
 
@@ -13,12 +14,11 @@ constexpr unsigned int c_pollIntervalMs = 10;
 
 } // namespace
 
-// Out of memory leaves it to the first Lock() to make the mutex.
-MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(nullptr)
+// What is locked without looking at the result has to have a mutex from the start.
+MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
-    CountedMutex* const mutex = MakeOnFirstUse();
-    if (initiallyLocked && mutex)
-        mutex->Acquire();
+    if (initiallyLocked)
+        m_mutex.load(std::memory_order_relaxed)->Acquire();
 }
 
 MutexInternal::~MutexInternal()
@@ -37,15 +37,13 @@ CountedMutex* MutexInternal::MakeOnFirstUse()
     // Acquire pairs with the exchange below: the thread that finds a mutex finds it constructed.
     if (CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire))
         return mutex;
-    try {
+    return Base::ResultOr(nullptr, [this]() -> CountedMutex* {
         auto made = std::make_unique<CountedMutex>();
         CountedMutex* first = nullptr;
         if (m_mutex.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
             return made.release();
         return first;
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    });
 }
 
 bool MutexInternal::Lock(unsigned int timeoutMs)

@@ -20,7 +20,8 @@ public:
     /// The time-out that waits without limit.
     static constexpr unsigned int Infinite = 0xFFFFFFFF;
 
-    /// With `initiallyLocked` the calling thread holds the mutex from the start.
+    /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
+    /// `std::bad_alloc` when out of memory.
     explicit MutexInternal(bool initiallyLocked);
     virtual ~MutexInternal();
 
@@ -54,7 +55,8 @@ private:
 /// The mutex that classes hold as a member.
 class TOOLKIT_API Mutex : public MutexInternal {
 public:
-    /// With `initiallyLocked` the calling thread holds the mutex from the start.
+    /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
+    /// `std::bad_alloc` when out of memory.
     explicit Mutex(bool initiallyLocked);
     ~Mutex() override;
 };

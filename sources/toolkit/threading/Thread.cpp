@@ -18,6 +18,7 @@ namespace Toolkit {
 namespace {
 
 constexpr unsigned int c_retryMs = 10;
+constexpr int c_mostRetries = 20;
 
 // Leaves the memory for a few texts to the next allocations of this thread.
 void ReserveMemory()
@@ -59,9 +60,16 @@ void Thread::End()
     State fresh = State::New;
     if (!wxThread::IsAlive() && m_state.compare_exchange_strong(fresh, State::Dropped)) {
         // wxWidgets frees a joinable thread that never ran from under this object. Let it run, with
-        // nothing to do, as soon as there is memory to start it.
-        while (!Start())
+        // nothing to do, as soon as there is memory to start it; without memory for long, it is
+        // left behind.
+        for (int tries = 0; !Start(); ++tries) {
+            if (tries == c_mostRetries) {
+                HoldForEver();
+                Framework::DiscardThread(*this);
+                return;
+            }
             Sleep(c_retryMs);
+        }
     } else {
         // wxThread::Delete() resumes a paused thread too, but must not find that it ends meanwhile.
         Resume();

@@ -1,0 +1,259 @@
+#include "memory/AllocationFault.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <link.h>
+#include <new>
+#include <string_view>
+#include <unwind.h>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define TOOLKIT_RAW_MALLOC std::malloc
+#else
+// The C library's own names for what is replaced below.
+extern "C" void* __libc_malloc(std::size_t size);
+extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
+extern "C" void* __libc_realloc(void* memory, std::size_t size);
+#define TOOLKIT_RAW_MALLOC __libc_malloc
+#define TOOLKIT_REPLACES_MALLOC
+#endif
+
+namespace Toolkit::Testing {
+namespace {
+
+// Start: the C library, which no operator new is called from but by way of main().
+enum class Kind { Program, Toolkit, Standard, Start, Other };
+
+// A loaded segment of code. The names live as long as the modules, which are not unloaded here.
+struct Segment {
+    std::uintptr_t begin;
+    std::uintptr_t end;
+    const char* module;
+    Kind kind;
+};
+
+std::array<Segment, 512> s_segments;
+std::size_t s_segmentCount = 0;
+
+std::atomic<bool> s_isArmed{false};
+std::atomic<long> s_left{0};
+std::atomic<const char*> s_failedModule{nullptr};
+Origin s_origin = Origin::Library;
+Lasting s_lasting = Lasting::Once;
+
+thread_local bool t_isDeciding = false;
+
+Kind KindOf(std::string_view module)
+{
+    if (module.empty())
+        return Kind::Program;
+    if (module.find("libtoolkit.so") != std::string_view::npos)
+        return Kind::Toolkit;
+    if (module.find("/libc.so") != std::string_view::npos)
+        return Kind::Start;
+    return module.find("libstdc++") != std::string_view::npos ? Kind::Standard : Kind::Other;
+}
+
+int AddSegments(dl_phdr_info* info, std::size_t, void*)
+{
+    for (int i = 0; i < info->dlpi_phnum && s_segmentCount < s_segments.size(); ++i) {
+        const auto& header = info->dlpi_phdr[i];
+        if (header.p_type != PT_LOAD || !(header.p_flags & PF_X))
+            continue;
+        const std::uintptr_t begin = info->dlpi_addr + header.p_vaddr;
+        s_segments[s_segmentCount++] = {begin, begin + header.p_memsz, info->dlpi_name,
+                                        KindOf(info->dlpi_name)};
+    }
+    return 0;
+}
+
+const Segment* Find(std::uintptr_t address)
+{
+    for (std::size_t i = 0; i < s_segmentCount; ++i) {
+        if (address >= s_segments[i].begin && address < s_segments[i].end)
+            return &s_segments[i];
+    }
+    return nullptr;
+}
+
+struct Search {
+    std::uintptr_t from;
+    bool isReached;
+    const Segment* found;
+};
+
+_Unwind_Reason_Code Look(_Unwind_Context* context, void* data)
+{
+    auto& search = *static_cast<Search*>(data);
+    const std::uintptr_t address = _Unwind_GetIP(context);
+    search.isReached = search.isReached || address == search.from;
+    if (!search.isReached)
+        return _URC_NO_REASON;
+    const Segment* const segment = Find(address);
+    if (!segment || segment->kind == Kind::Standard || segment->kind == Kind::Program)
+        return _URC_NO_REASON;
+    search.found = segment;
+    return _URC_END_OF_STACK;
+}
+
+// The module that asked for the memory, seen through the standard library. The program is looked
+// through as well: its copies of the standard library's templates serve all modules, and what the
+// test itself calls ends in the C library's start of the program.
+const Segment* CallerOf(const void* returnAddress)
+{
+    const auto address = reinterpret_cast<std::uintptr_t>(returnAddress);
+    const Segment* const direct = Find(address);
+    if (direct && (direct->kind == Kind::Toolkit || direct->kind == Kind::Other))
+        return direct;
+    Search search{address, false, nullptr};
+    _Unwind_Backtrace(&Look, &search);
+    return search.found;
+}
+
+bool Counts(const Segment* caller)
+{
+    const bool isOurs = caller && (caller->kind == Kind::Toolkit || caller->kind == Kind::Start);
+    return isOurs == (s_origin == Origin::Library);
+}
+
+bool Fails(const void* returnAddress, bool isCFunction = false)
+{
+    if (!s_isArmed || t_isDeciding)
+        return false;
+    t_isDeciding = true;
+    const Segment* const caller = isCFunction
+                                      ? Find(reinterpret_cast<std::uintptr_t>(returnAddress))
+                                      : CallerOf(returnAddress);
+    bool fails = false;
+    if (isCFunction ? s_origin == Origin::Foreign : Counts(caller)) {
+        const long left = s_left.fetch_sub(1);
+        fails = left == 0 || (left < 0 && s_lasting == Lasting::FromThenOn);
+        if (left == 0)
+            s_failedModule = caller ? caller->module : "?";
+    }
+    t_isDeciding = false;
+    return fails;
+}
+
+void* Allocate(std::size_t size)
+{
+    return TOOLKIT_RAW_MALLOC(size > 0 ? size : 1);
+}
+
+} // namespace
+
+AllocationFault::AllocationFault(Origin origin, Lasting lasting, long index)
+{
+    // Plug-ins and ICU come later than the program.
+    s_segmentCount = 0;
+    ::dl_iterate_phdr(&AddSegments, nullptr);
+    s_origin = origin;
+    s_lasting = lasting;
+    s_failedModule = nullptr;
+    s_left = index;
+    s_isArmed = true;
+}
+
+AllocationFault::~AllocationFault()
+{
+    s_isArmed = false;
+}
+
+bool AllocationFault::HasFailed()
+{
+    return s_left < 0;
+}
+
+std::string AllocationFault::FailedModule()
+{
+    const char* const module = s_failedModule;
+    const std::string path = module ? module : "";
+    return path.substr(path.rfind('/') + 1);
+}
+
+} // namespace Toolkit::Testing
+
+using Toolkit::Testing::Allocate;
+using Toolkit::Testing::Fails;
+
+__attribute__((noinline)) void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
+}
+
+__attribute__((noinline)) void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
+}
+
+__attribute__((noinline)) void* operator new(std::size_t size)
+{
+    void* const memory = Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
+__attribute__((noinline)) void* operator new[](std::size_t size)
+{
+    void* const memory = Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+#ifdef TOOLKIT_REPLACES_MALLOC
+namespace {
+
+// The standard library's own calls keep the memory for exceptions, for which it has a reserve.
+bool FailsInC(const void* returnAddress)
+{
+    if (!Toolkit::Testing::s_isArmed || Toolkit::Testing::t_isDeciding)
+        return false;
+    const auto* const direct =
+        Toolkit::Testing::Find(reinterpret_cast<std::uintptr_t>(returnAddress));
+    return direct && direct->kind != Toolkit::Testing::Kind::Standard &&
+           direct->kind != Toolkit::Testing::Kind::Program && Fails(returnAddress, true);
+}
+
+} // namespace
+
+extern "C" __attribute__((noinline)) void* malloc(std::size_t size)
+{
+    return FailsInC(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+}
+
+extern "C" __attribute__((noinline)) void* calloc(std::size_t count, std::size_t size)
+{
+    return FailsInC(__builtin_return_address(0)) ? nullptr : __libc_calloc(count, size);
+}
+
+extern "C" __attribute__((noinline)) void* realloc(void* memory, std::size_t size)
+{
+    return FailsInC(__builtin_return_address(0)) ? nullptr : __libc_realloc(memory, size);
+}
+#endif

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+/// Allocations that fail on purpose. A program that uses this lists AllocationFault.cpp among its
+/// own sources: it replaces the operators new and delete, and malloc() where no sanitizer does.
+namespace Toolkit::Testing {
+
+/// Whose allocation it is, decided by the code that called for it; the standard library's own
+/// functions are looked through.
+enum class Origin {
+    Library, ///< libtoolkit, or its headers' code inlined into the program.
+    Foreign  ///< wxWidgets, ICU, PCRE and the C library.
+};
+
+/// Whether the allocations after a failed one fail too.
+enum class Lasting { Once, FromThenOn };
+
+/// Lets allocation number `index` of `origin` fail, the next one for 0, on whichever thread, as
+/// long as the object lives.
+class AllocationFault {
+public:
+    AllocationFault(Origin origin, Lasting lasting, long index);
+    ~AllocationFault();
+
+    AllocationFault(const AllocationFault&) = delete;
+    AllocationFault& operator=(const AllocationFault&) = delete;
+
+    /// Whether there were so many allocations.
+    static bool HasFailed();
+
+    /// The file name of the module whose allocation failed first, such as "libwx_baseu-3.2.so.0".
+    static std::string FailedModule();
+};
+
+} // namespace Toolkit::Testing

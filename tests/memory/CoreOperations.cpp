@@ -1,0 +1,282 @@
+#include "toolkit/core/Assert.h"
+#include "toolkit/core/Bytes.h"
+#include "toolkit/core/FSInputSerializer.h"
+#include "toolkit/core/FSOutputSerializer.h"
+#include "toolkit/core/FSStream.h"
+#include "toolkit/core/StreamResult.h"
+#include "toolkit/core/smart_ptr.h"
+
+#include "support/TempDir.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "memory/Sweep.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+const unsigned char* const c_data = reinterpret_cast<const unsigned char*>("some bytes to be kept");
+constexpr unsigned int c_size = 21;
+
+const TString<wchar_t> c_text = L"a text that is too long for the string itself";
+
+const TempDir& Directory()
+{
+    static const TempDir directory;
+    return directory;
+}
+
+const TString<wchar_t>& StreamPath()
+{
+    static const TString<wchar_t> path = Directory().File(L"a stream with quite a long name");
+    return path;
+}
+
+// The file at StreamPath() with one text, and one buffer after it.
+void FillStream()
+{
+    FSStream stream(StreamPath(), FSStream::OpenWrite);
+    stream.Write(c_text);
+    Bytes(c_data, c_size).Serialize(stream);
+}
+
+bool HoldsData(const Bytes& bytes)
+{
+    unsigned char* copy = nullptr;
+    unsigned int size = 0;
+    const bool isCopied = bytes.GetBytes(&copy, &size);
+    const std::unique_ptr<unsigned char[]> freed(copy);
+    return isCopied && std::string(reinterpret_cast<char*>(copy), size) ==
+                           std::string(reinterpret_cast<const char*>(c_data), c_size);
+}
+
+void Pointer(Attempt& attempt)
+{
+    auto* const object = new int(7);
+    bool isMade = false;
+    // Without memory for the count the object is released, which a leak check would miss.
+    if (attempt.Run(Rule::BadAlloc, [&] { isMade = *smart_ptr<int>(object) == 7; }))
+        attempt.Expect(isMade);
+}
+
+void PointerAssignedRaw(Attempt& attempt)
+{
+    smart_ptr<int> pointer(new int(7));
+    auto next = std::make_unique<int>(8);
+    if (attempt.Run(Rule::BadAlloc, [&] { pointer = next.get(); }))
+        static_cast<void>(next.release());
+    attempt.Expect(*pointer == 8, *pointer == 7);
+}
+
+void PointersWithoutMemory(Attempt& attempt)
+{
+    const smart_ptr<int> first(new int(7));
+    smart_ptr<int> second(new int(8));
+    attempt.Run([&] {
+        const smart_ptr<int> copy(first);
+        second = copy;
+        second = smart_ptr<int>::Empty();
+        second = copy;
+    });
+    attempt.Always(!attempt.HasFailed() && *second == 7);
+}
+
+void BytesMade(Attempt& attempt)
+{
+    std::unique_ptr<Bytes> bytes;
+    void* const memory = ::operator new(sizeof(Bytes));
+    attempt.Run([&] { bytes.reset(new (memory) Bytes(c_data, c_size)); });
+    unsigned char* copy = nullptr;
+    unsigned int size = 0;
+    attempt.Expect(HoldsData(*bytes), !bytes->GetBytes(&copy, &size));
+    attempt.Always(bytes->SetBytes(c_data, c_size) && HoldsData(*bytes));
+}
+
+void BytesSet(Attempt& attempt)
+{
+    Bytes bytes;
+    bool isSet = false;
+    attempt.Run([&] { isSet = bytes.SetBytes(c_data, c_size); });
+    attempt.Expect(isSet && HoldsData(bytes), !isSet);
+    attempt.Always(bytes.SetBytes(c_data, c_size) && HoldsData(bytes));
+}
+
+void BytesGotten(Attempt& attempt)
+{
+    const Bytes bytes(c_data, c_size);
+    unsigned char* copy = nullptr;
+    unsigned int size = 1;
+    bool isCopied = false;
+    attempt.Run([&] { isCopied = bytes.GetBytes(&copy, &size); });
+    attempt.Expect(isCopied && size == c_size, !isCopied && !copy && size == 0);
+    delete[] copy;
+    attempt.Always(HoldsData(bytes));
+}
+
+void BytesCopied(Attempt& attempt)
+{
+    const Bytes bytes;
+    unsigned char* copy = nullptr;
+    unsigned int size = 1;
+    bool isCopied = false;
+    attempt.Run([&] { isCopied = bytes.CopyBytes(c_data, c_size, &copy, &size); });
+    attempt.Expect(isCopied && size == c_size, !isCopied && !copy && size == 0);
+    delete[] copy;
+}
+
+void BytesSerialized(Attempt& attempt)
+{
+    const Bytes bytes(c_data, c_size);
+    FSStream stream(StreamPath(), FSStream::OpenWrite);
+    unsigned int result = 0;
+    attempt.Run([&] { result = bytes.Serialize(stream); });
+    attempt.Expect(result == StreamResult::Ok);
+}
+
+void BytesDeserialized(Attempt& attempt)
+{
+    FillStream();
+    FSStream stream(StreamPath(), FSStream::OpenRead);
+    TString<wchar_t> text;
+    stream.Read(text);
+    Bytes bytes;
+    unsigned int result = 0;
+    attempt.Run([&] { result = bytes.Deserialize(stream); });
+    attempt.Expect(result == StreamResult::Ok && HoldsData(bytes), StreamResult::Failed(result));
+    attempt.Always(bytes.SetBytes(c_data, c_size) && HoldsData(bytes));
+}
+
+void StreamOpened(Attempt& attempt)
+{
+    FillStream();
+    const TString<wchar_t>& path = StreamPath();
+    alignas(FSStream) static unsigned char memory[sizeof(FSStream)];
+    FSStream* stream = nullptr;
+    attempt.Run([&] { stream = new (memory) FSStream(path, FSStream::OpenRead); });
+    TString<wchar_t> text;
+    const unsigned int result = stream->Read(text);
+    attempt.Expect(result == StreamResult::Ok && text == c_text, result == StreamResult::NotOpen);
+    stream->~FSStream();
+}
+
+void StreamText(Attempt& attempt)
+{
+    FillStream();
+    FSStream stream(StreamPath(), FSStream::OpenRead);
+    TString<wchar_t> text = L"old";
+    unsigned int result = 0;
+    attempt.Run([&] { result = stream.Read(text); });
+    attempt.Expect(result == StreamResult::Ok && text == c_text,
+                   result == StreamResult::DataFailed && text == L"old");
+    // The file is where it is after success.
+    Bytes bytes;
+    attempt.Expect(bytes.Deserialize(stream) == StreamResult::Ok, true);
+}
+
+// Everything that needs no memory of the library, on one stream.
+template <int Overload>
+void StreamWithoutMemory(Attempt& attempt)
+{
+    unsigned int number = 0;
+    char raw[4] = {};
+    unsigned int results = 0;
+    attempt.Run([&] {
+        {
+            FSStream stream(StreamPath(), FSStream::OpenWrite);
+            results |= stream.Write(7u);
+            results |= stream.Write("raw", 4);
+            results |= stream.Write(c_text);
+        }
+        FSStream stream(StreamPath(), FSStream::OpenRead);
+        results |= stream.Read(number);
+        results |= stream.Read(raw, 4);
+        results |= stream.Length() > 0 ? 0 : 1;
+    });
+    attempt.Expect(results == 0 && number == 7, results != 0);
+}
+
+void StreamDestroyed(Attempt& attempt)
+{
+    auto stream = std::make_unique<FSStream>(StreamPath(), FSStream::OpenWrite);
+    attempt.Run([&] { stream->~FSStream(); });
+    attempt.Always(!attempt.HasFailed());
+    ::operator delete(stream.release());
+}
+
+void BytesDestroyed(Attempt& attempt)
+{
+    auto bytes = std::make_unique<Bytes>(c_data, c_size);
+    attempt.Run([&] { bytes.reset(); });
+    attempt.Always(!attempt.HasFailed());
+}
+
+void Serializing(Attempt& attempt)
+{
+    Bytes in(c_data, c_size);
+    Bytes out;
+    unsigned int written = 0;
+    unsigned int read = 0;
+    attempt.Run([&] {
+        {
+            const FSOutputSerializer serializer(StreamPath());
+            written = serializer.Serialize(in);
+        }
+        FSInputSerializer serializer(StreamPath());
+        static_cast<void>(serializer.GetStream());
+        read = serializer.Deserialize(out);
+    });
+    attempt.Expect(written == 0 && read == 0 && HoldsData(out),
+                   StreamResult::Failed(written) || StreamResult::Failed(read));
+}
+
+void Asserting(Attempt& attempt)
+{
+    attempt.Run([] { ASSERT(false); });
+    attempt.Always(!attempt.HasFailed());
+}
+
+} // namespace
+
+std::vector<Operation> CoreOperations()
+{
+    return {
+        {"Toolkit::smart_ptr::smart_ptr", Pointer},
+        {"Toolkit::smart_ptr::operator=", PointerAssignedRaw},
+        {"Toolkit::smart_ptr::Empty", PointersWithoutMemory},
+        {"Toolkit::Bytes::Bytes", BytesMade},
+        {"Toolkit::Bytes::Bytes", BytesSet},
+        {"Toolkit::Bytes::SetBytes", BytesSet},
+        {"Toolkit::Bytes::GetBytes", BytesGotten},
+        {"Toolkit::Bytes::CopyBytes", BytesCopied},
+        {"Toolkit::Bytes::Serialize", BytesSerialized},
+        {"Toolkit::Bytes::Deserialize", BytesDeserialized},
+        {"Toolkit::Bytes::~Bytes", BytesDestroyed},
+        {"Toolkit::FSStream::FSStream", StreamOpened},
+        {"Toolkit::FSStream::~FSStream", StreamDestroyed},
+        {"Toolkit::FSStream::Read", StreamText},
+        {"Toolkit::FSStream::Read", StreamWithoutMemory<0>},
+        {"Toolkit::FSStream::Read", StreamWithoutMemory<1>},
+        {"Toolkit::FSStream::Write", StreamWithoutMemory<2>},
+        {"Toolkit::FSStream::Write", StreamWithoutMemory<3>},
+        {"Toolkit::FSStream::Write", StreamWithoutMemory<4>},
+        {"Toolkit::FSStream::Length", StreamWithoutMemory<5>},
+        {"Toolkit::FSSerializer::FSSerializer", Serializing},
+        {"Toolkit::FSSerializer::~FSSerializer", Serializing},
+        {"Toolkit::FSSerializer::GetStream", Serializing},
+        {"Toolkit::FSInputSerializer::FSInputSerializer", Serializing},
+        {"Toolkit::FSInputSerializer::~FSInputSerializer", Serializing},
+        {"Toolkit::FSOutputSerializer::FSOutputSerializer", Serializing},
+        {"Toolkit::FSOutputSerializer::~FSOutputSerializer", Serializing},
+        {"Toolkit::Serializer::Serialize", Serializing},
+        {"Toolkit::Serializer::Deserialize", Serializing},
+        {"Toolkit::Serializer::~Serializer", Serializing},
+        {"Toolkit::ISerialize::~ISerialize", BytesDestroyed},
+        {"Toolkit::IStream::~IStream", StreamDestroyed},
+        {"Toolkit::IReleaseListener::~IReleaseListener", PointersWithoutMemory},
+        {"ASSERT", Asserting},
+    };
+}
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,72 @@
+#include "toolkit/module/LibModuleManager.h"
+
+#include "support/Soak.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <limits>
+#include <string>
+
+#include "memory/Sweep.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+long s_points = 0;
+
+// A name that the test runner takes.
+std::string TestName(const testing::TestParamInfo<std::size_t>& info)
+{
+    std::string name = Operations()[info.param].name;
+    for (char& character : name) {
+        if (!std::isalnum(static_cast<unsigned char>(character)))
+            character = '_';
+    }
+    return name + "_" + std::to_string(info.param);
+}
+
+class OutOfMemorySweepTest : public testing::TestWithParam<std::size_t> {
+protected:
+    static void TearDownTestSuite()
+    {
+        Covered(std::to_string(Operations().size()) + " operations, " + std::to_string(s_points) +
+                " failed allocations of the library");
+    }
+
+    // Runs the operation until it succeeds, or has tried the sample.
+    static void Sweep(Lasting lasting)
+    {
+        const Operation& operation = Operations()[GetParam()];
+        const long most =
+            SoakRounds(static_cast<int>(operation.sample), std::numeric_limits<int>::max());
+        bool hasFailed = true;
+        for (long index = 0; hasFailed && index < most; ++index) {
+            SCOPED_TRACE("allocation " + std::to_string(index));
+            Attempt attempt(Origin::Library, lasting, index);
+            operation.run(attempt);
+            hasFailed = attempt.HasFailed();
+            s_points += hasFailed ? 1 : 0;
+            if (attempt.Failures() > 0)
+                return;
+        }
+    }
+};
+
+TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenOneAllocationFails)
+{
+    Sweep(Lasting::Once);
+}
+
+TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenNoMoreAllocationSucceeds)
+{
+    Sweep(Lasting::FromThenOn);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, OutOfMemorySweepTest,
+                         testing::Range<std::size_t>(0, Operations().size()), TestName);
+
+} // namespace
+} // namespace Toolkit::Testing

@@ -1,0 +1,223 @@
+#include "toolkit/regExp/RegExp.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "memory/Sweep.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+const TString<char> c_pattern = "(?<first_word_of_it>[a-z]+) (?<second_word_of_it>[a-z]+)";
+const TString<wchar_t> c_widePattern = L"(?<first_word_of_it>[a-z]+) (?<second_word_of_it>[a-z]+)";
+const TString<char> c_subject = "aratherlongfirstword aratherlongsecondword";
+const TString<wchar_t> c_wideSubject = L"aratherlongfirstword aratherlongsecondword";
+const TString<char> c_long = "a text that is too long for the string itself";
+
+const RegExp& Expression()
+{
+    static const RegExp expression(c_pattern, RegExpOptions::None);
+    return expression;
+}
+
+void ExpressionMade(Attempt& attempt)
+{
+    bool isMade = false;
+    if (attempt.Run(Rule::RegExp, [&] {
+            const RegExp expression(c_pattern, RegExpOptions::None);
+            isMade = true;
+        }))
+        attempt.Expect(isMade);
+}
+
+void WideExpressionMade(Attempt& attempt)
+{
+    bool isMade = false;
+    if (attempt.Run(Rule::RegExp, [&] {
+            const RegExp expression(c_widePattern, RegExpOptions::None);
+            isMade = true;
+        }))
+        attempt.Expect(isMade);
+}
+
+template <typename Text>
+void Tests(Attempt& attempt, const Text& subject)
+{
+    bool isMatch = false;
+    if (attempt.Run(Rule::RegExp, [&] { isMatch = Expression().IsMatch(subject); }))
+        attempt.Expect(isMatch);
+    attempt.Always(Expression().IsMatch(subject));
+}
+
+template <typename Text>
+void Matches(Attempt& attempt, const Text& subject)
+{
+    smart_ptr<MatchResult> result;
+    if (attempt.Run(Rule::RegExp, [&] { result = Expression().Match(subject); }))
+        attempt.Expect(result->Count() == 3 && result->groups[2]->value == "aratherlongsecondword");
+    attempt.Always(Expression().Match(subject)->Count() == 3);
+}
+
+void ReplacesWhole(Attempt& attempt)
+{
+    RegExp expression("[a-z]+", RegExpOptions::None);
+    TString<char> text;
+    if (attempt.Run(Rule::RegExp, [&] { text = expression.Replace(c_long, c_subject, 0); }))
+        attempt.Expect(text.size() == 2 * c_long.size() + 1);
+}
+
+void ReplacesByNumber(Attempt& attempt)
+{
+    RegExp expression(c_pattern, RegExpOptions::None);
+    const std::vector<TString<char>> replacements{c_long, c_long};
+    TString<char> text;
+    if (attempt.Run(Rule::RegExp, [&] { text = expression.Replace(replacements, c_subject); }))
+        attempt.Expect(text.size() == 2 * c_long.size() + 1);
+}
+
+void ReplacesByName(Attempt& attempt)
+{
+    RegExp expression(c_pattern, RegExpOptions::None);
+    RegExp::ReplacementMappedStrings replacements{{"first_word_of_it", c_long}};
+    TString<char> text;
+    if (attempt.Run(Rule::RegExp, [&] { text = expression.Replace(replacements, c_subject); }))
+        attempt.Expect(text.size() == c_long.size() + 1);
+}
+
+void Steps(Attempt& attempt)
+{
+    RegExp expression(c_pattern, RegExpOptions::None);
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->pattern = c_pattern;
+    result->subject = c_subject;
+    TString<char> text = c_subject;
+    if (attempt.Run(Rule::RegExp, [&] {
+            expression.RegExp_compile(result);
+            expression.RegExp_exec(result, 0);
+            expression.RegExp_replace(result, 1, text, c_long, 0);
+        }))
+        attempt.Expect(text.size() > c_long.size());
+    else
+        attempt.Always(text == c_subject);
+}
+
+void Throws(Attempt& attempt)
+{
+    static const TString<wchar_t> message = L"a message that is too long for the string itself";
+    const bool isSilent = attempt.Run(Rule::Results, [&] {
+        try {
+            RegExpException::Throw(message);
+        } catch (const smart_ptr<RegExpException>& exception) {
+            attempt.Always(!exception->message.empty() && exception->function == "Throw");
+        }
+    });
+    attempt.Always(isSilent);
+}
+
+void ThrowsOutOfMemory(Attempt& attempt)
+{
+    bool isCaught = false;
+    attempt.Run([&] {
+        try {
+            RegExpException::ThrowOutOfMemory();
+        } catch (const smart_ptr<RegExpException>& exception) {
+            isCaught = exception->function == "Throw";
+        }
+    });
+    attempt.Always(!attempt.HasFailed() && isCaught);
+}
+
+void ExceptionMade(Attempt& attempt)
+{
+    attempt.Run([] { const RegExpException exception; });
+    attempt.Always(!attempt.HasFailed());
+}
+
+void GroupMade(Attempt& attempt)
+{
+    bool isMade = false;
+    if (attempt.Run(Rule::BadAlloc, [&] { isMade = Group(c_long, 1).value == c_long; }))
+        attempt.Expect(isMade);
+}
+
+void ResultMade(Attempt& attempt)
+{
+    bool isSuccess = true;
+    attempt.Run([&] {
+        MatchResult result;
+        isSuccess = result.Success();
+    });
+    attempt.Always(!attempt.HasFailed() && !isSuccess);
+}
+
+void GroupAdded(Attempt& attempt)
+{
+    GroupCollection groups;
+    const smart_ptr<Group> group(new Group(c_long, 0));
+    const bool isAdded = attempt.Run(Rule::BadAlloc, [&] { groups.Add(group); });
+    attempt.Always(groups.Count() == (isAdded ? 1u : 0u));
+}
+
+void GroupNamed(Attempt& attempt)
+{
+    GroupCollection groups;
+    groups.Add(smart_ptr<Group>(new Group(c_long, 0)));
+    const bool isNamed = attempt.Run(Rule::BadAlloc, [&] { groups.AddNamedGroupKey(c_long, 0); });
+    attempt.Always(groups.names.size() == (isNamed ? 1u : 0u) &&
+                   groups[0]->name == (isNamed ? c_long : TString<char>()));
+}
+
+void GroupsAsked(Attempt& attempt)
+{
+    auto groups = std::make_unique<GroupCollection>();
+    groups->Add(smart_ptr<Group>(new Group(c_long, 0)));
+    groups->AddNamedGroupKey(c_long, 0);
+    bool isRight = false;
+    attempt.Run([&] {
+        isRight = groups->Count() == 1 && (*groups)[0].IsValid() && !(*groups)[1].IsValid() &&
+                  groups->GetGroup(c_long).IsValid() && !groups->GetGroup(c_subject).IsValid();
+        groups->Clear();
+        groups.reset();
+        const GroupCollection none;
+    });
+    attempt.Always(!attempt.HasFailed() && isRight);
+}
+
+} // namespace
+
+std::vector<Operation> PatternOperations()
+{
+    return {
+        {"Toolkit::RegExp::RegExp", ExpressionMade},
+        {"Toolkit::RegExp::RegExp", WideExpressionMade},
+        {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { Tests(attempt, c_subject); }},
+        {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { Tests(attempt, c_wideSubject); }},
+        {"Toolkit::RegExp::Match", [](Attempt& attempt) { Matches(attempt, c_subject); }},
+        {"Toolkit::RegExp::Match", [](Attempt& attempt) { Matches(attempt, c_wideSubject); }},
+        {"Toolkit::RegExp::Replace", ReplacesWhole},
+        {"Toolkit::RegExp::Replace", ReplacesByNumber},
+        {"Toolkit::RegExp::Replace", ReplacesByName},
+        {"Toolkit::RegExp::RegExp_compile", Steps},
+        {"Toolkit::RegExp::RegExp_exec", Steps},
+        {"Toolkit::RegExp::RegExp_replace", Steps},
+        {"Toolkit::RegExpException::Throw", Throws},
+        {"Toolkit::RegExpException::ThrowOutOfMemory", ThrowsOutOfMemory},
+        {"Toolkit::RegExpException::RegExpException", ExceptionMade},
+        {"Toolkit::RegExpException::~RegExpException", ExceptionMade},
+        {"Toolkit::Group::Group", GroupMade},
+        {"Toolkit::MatchResult::MatchResult", ResultMade},
+        {"Toolkit::MatchResult::~MatchResult", ResultMade},
+        {"Toolkit::MatchResult::Success", ResultMade},
+        {"Toolkit::GroupCollection::GroupCollection", GroupsAsked},
+        {"Toolkit::GroupCollection::~GroupCollection", GroupsAsked},
+        {"Toolkit::GroupCollection::Count", GroupsAsked},
+        {"Toolkit::GroupCollection::operator[]", GroupsAsked},
+        {"Toolkit::GroupCollection::GetGroup", GroupsAsked},
+        {"Toolkit::GroupCollection::Clear", GroupsAsked},
+        {"Toolkit::GroupCollection::Add", GroupAdded},
+        {"Toolkit::GroupCollection::AddNamedGroupKey", GroupNamed},
+    };
+}
+
+} // namespace Toolkit::Testing

@@ -1,0 +1,82 @@
+// The sweep knows every exported operation: a new one has to be added to it.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <set>
+#include <string>
+
+#include "memory/Sweep.h"
+
+namespace Toolkit::Testing {
+namespace {
+
+// The name of a function without its arguments and those of its template; empty for anything else.
+std::string NameOf(const std::string& symbol)
+{
+    if (symbol.starts_with("typeinfo") || symbol.starts_with("vtable") ||
+        symbol.starts_with("non-virtual") || symbol.starts_with("guard") ||
+        symbol.starts_with("VTT") || symbol.find("<lambda") != std::string::npos ||
+        symbol.find("{lambda") != std::string::npos)
+        return {};
+    const std::size_t arguments = symbol.find('(');
+    if (arguments == std::string::npos)
+        return {};
+    std::string name = symbol.substr(0, arguments);
+    if (name.starts_with("TString<"))
+        name.erase(7, name.find('>') - 6);
+    return name.find('<') == std::string::npos || name.find("operator") != std::string::npos
+               ? name
+               : std::string();
+}
+
+// Reached through the public operations that call them.
+const std::set<std::string>& PrivateNames()
+{
+    static const std::set<std::string> names = [] {
+        std::ifstream file(PRIVATE_OPERATIONS);
+        std::set<std::string> read;
+        for (std::string line; std::getline(file, line);)
+            read.insert(line);
+        return read;
+    }();
+    return names;
+}
+
+std::map<std::string, int> ExportedNames()
+{
+    std::ifstream file(EXPORTED_SYMBOLS);
+    std::map<std::string, int> names;
+    for (std::string line; std::getline(file, line);) {
+        const std::string name = NameOf(line);
+        if (!name.empty() && PrivateNames().count(name) == 0)
+            ++names[name];
+    }
+    return names;
+}
+
+TEST(SweptOperationsTest, EveryExportedOperationIsSwept)
+{
+    std::map<std::string, int> swept;
+    for (const Operation& operation : Operations())
+        ++swept[operation.name];
+
+    const std::map<std::string, int> exported = ExportedNames();
+    ASSERT_GT(exported.size(), 250u);
+    for (const auto& [name, overloads] : exported)
+        EXPECT_GE(swept[name], overloads) << name;
+}
+
+TEST(SweptOperationsTest, NothingThatIsNotExportedIsCalledPrivate)
+{
+    std::set<std::string> names;
+    std::ifstream file(EXPORTED_SYMBOLS);
+    for (std::string line; std::getline(file, line);)
+        names.insert(NameOf(line));
+
+    for (const std::string& name : PrivateNames())
+        EXPECT_EQ(names.count(name), 1u) << name;
+}
+
+} // namespace
+} // namespace Toolkit::Testing
