@@ -22,7 +22,7 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 #define TOOLKIT_REPLACES_MALLOC
 #endif
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 // Start: the C library, which no operator new is called from but by way of main().
@@ -175,10 +175,10 @@ std::string AllocationFault::FailedModule()
     return path.substr(path.rfind('/') + 1);
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport
 
-using Toolkit::Testing::Allocate;
-using Toolkit::Testing::Fails;
+using Toolkit::TestSupport::Allocate;
+using Toolkit::TestSupport::Fails;
 
 __attribute__((noinline)) void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
@@ -232,12 +232,12 @@ namespace {
 // The standard library's own calls keep the memory for exceptions, for which it has a reserve.
 bool FailsInC(const void* returnAddress)
 {
-    if (!Toolkit::Testing::s_isArmed || Toolkit::Testing::t_isDeciding)
+    if (!Toolkit::TestSupport::s_isArmed || Toolkit::TestSupport::t_isDeciding)
         return false;
     const auto* const direct =
-        Toolkit::Testing::Find(reinterpret_cast<std::uintptr_t>(returnAddress));
-    return direct && direct->kind != Toolkit::Testing::Kind::Standard &&
-           direct->kind != Toolkit::Testing::Kind::Program && Fails(returnAddress, true);
+        Toolkit::TestSupport::Find(reinterpret_cast<std::uintptr_t>(returnAddress));
+    return direct && direct->kind != Toolkit::TestSupport::Kind::Standard &&
+           direct->kind != Toolkit::TestSupport::Kind::Program && Fails(returnAddress, true);
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 
 /// Allocations that fail on purpose. A program that uses this lists AllocationFault.cpp among its
 /// own sources: it replaces the operators new and delete, and malloc() where no sanitizer does.
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// Whose allocation it is, decided by the code that called for it; the standard library's own
 /// functions are looked through.
@@ -34,4 +34,4 @@ public:
     static std::string FailedModule();
 };
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

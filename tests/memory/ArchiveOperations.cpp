@@ -9,7 +9,7 @@
 #include "archive/ZipWriter.h"
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const TString<wchar_t>& ArchivePath()
@@ -184,4 +184,4 @@ std::vector<Operation> ArchiveOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

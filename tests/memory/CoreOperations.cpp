@@ -14,7 +14,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const unsigned char* const c_data = reinterpret_cast<const unsigned char*>("some bytes to be kept");
@@ -279,4 +279,4 @@ std::vector<Operation> CoreOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -5,7 +5,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 DateTime SomeDate()
@@ -195,4 +195,4 @@ std::vector<Operation> DateOperations()
     return operations;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -17,7 +17,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const TempDir& World()
@@ -562,4 +562,4 @@ std::vector<Operation> FileOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -18,7 +18,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
@@ -245,4 +245,4 @@ std::vector<Operation> LogOperations()
     return operations;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

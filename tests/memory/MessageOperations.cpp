@@ -9,7 +9,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
@@ -114,4 +114,4 @@ std::vector<Operation> MessageOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

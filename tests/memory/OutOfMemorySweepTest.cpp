@@ -12,7 +12,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 long s_points = 0;
@@ -69,4 +69,4 @@ INSTANTIATE_TEST_SUITE_P(Operations, OutOfMemorySweepTest,
                          testing::Range<std::size_t>(0, Operations().size()), TestName);
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -6,7 +6,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const TString<char> c_pattern = "(?<first_word_of_it>[a-z]+) (?<second_word_of_it>[a-z]+)";
@@ -220,4 +220,4 @@ std::vector<Operation> PatternOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -7,7 +7,7 @@
 
 #include <new>
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 std::string Describe(std::exception_ptr thrown)
@@ -64,4 +64,4 @@ const std::vector<Operation>& Operations()
     return operations;
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -11,7 +11,7 @@
 
 /// The sweep: each public operation runs again and again, while its first, second, third ...
 /// allocation fails, until it succeeds.
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 
 /// What an operation may do when memory runs out.
 enum class Rule {
@@ -125,4 +125,4 @@ std::vector<Operation> MessageOperations();
 /// All of them.
 const std::vector<Operation>& Operations();
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -8,7 +8,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 // The name of a function without its arguments and those of its template; empty for anything else.
@@ -79,4 +79,4 @@ TEST(SweptOperationsTest, NothingThatIsNotExportedIsCalledPrivate)
 }
 
 } // namespace
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

@@ -25,7 +25,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 // Creates the process-wide object of a class, or none.
@@ -347,4 +347,4 @@ std::vector<Operation> SystemOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

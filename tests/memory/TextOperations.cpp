@@ -12,7 +12,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 const TString<wchar_t> c_wide = L"a text that is too long for the string itself";
@@ -402,4 +402,4 @@ std::vector<Operation> TextOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport

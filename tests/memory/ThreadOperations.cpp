@@ -10,7 +10,7 @@
 
 #include "memory/Sweep.h"
 
-namespace Toolkit::Testing {
+namespace Toolkit::TestSupport {
 namespace {
 
 class Worker : public Thread {
@@ -281,4 +281,4 @@ std::vector<Operation> ThreadOperations()
     };
 }
 
-} // namespace Toolkit::Testing
+} // namespace Toolkit::TestSupport
