@@ -24,7 +24,7 @@ constexpr int c_mostRetries = 20;
 void ReserveMemory()
 {
     std::vector<std::unique_ptr<char[]>> blocks;
-    for (const std::size_t size : {32, 64, 128, 256}) {
+    for (const std::size_t size : {32u, 64u, 128u, 256u}) {
         for (int i = 0; i < 4; ++i)
             blocks.push_back(std::make_unique<char[]>(size));
     }
