@@ -73,7 +73,7 @@ TEST_F(DateTimeTest, IsTheCurrentMomentWhenNothingIsGiven)
     EXPECT_LE(date.GetTotalSecondes(Shared(epoch)), after);
 }
 
-TEST_F(DateTimeTest, NowReplacesTheValue)
+TEST_F(DateTimeTest, SetsTheCurrentMomentWithNow)
 {
     DateTime date(1999, 1, 1, 0, 0, 0);
 
@@ -82,7 +82,7 @@ TEST_F(DateTimeTest, NowReplacesTheValue)
     EXPECT_GT(date.GetYear(), 2000u);
 }
 
-TEST_F(DateTimeTest, FieldsAreThoseOfTheConstructor)
+TEST_F(DateTimeTest, KeepsTheFieldsOfTheConstructor)
 {
     EXPECT_TRUE(m_march.IsValid());
     EXPECT_EQ(m_march.GetYear(), 2009u);
@@ -93,7 +93,7 @@ TEST_F(DateTimeTest, FieldsAreThoseOfTheConstructor)
     EXPECT_EQ(m_march.GetSecond(), 9u);
 }
 
-TEST_F(DateTimeTest, FieldsOutOfRangeGiveAnInvalidDate)
+TEST_F(DateTimeTest, IsInvalidWithAFieldOutOfRange)
 {
     constexpr std::array<unsigned int, 6> cases[] = {
         {2009, 0, 1, 0, 0, 0},  {2009, 13, 1, 0, 0, 0}, {2009, 1, 0, 0, 0, 0},
@@ -106,34 +106,34 @@ TEST_F(DateTimeTest, FieldsOutOfRangeGiveAnInvalidDate)
     }
 }
 
-TEST_F(DateTimeTest, LeapSecondsMoveOnToTheNextMinute)
+TEST_F(DateTimeTest, MovesLeapSecondsToTheNextMinute)
 {
     EXPECT_EQ(Iso(DateTime(2009, 1, 1, 0, 0, 60)), L"2009-01-01 00:01:00");
     EXPECT_EQ(Iso(DateTime(2009, 1, 1, 0, 0, 61)), L"2009-01-01 00:01:01");
 }
 
-TEST_F(DateTimeTest, LeapDaysAreValidInLeapYears)
+TEST_F(DateTimeTest, AcceptsLeapDaysInLeapYears)
 {
     EXPECT_TRUE(DateTime(2008, 2, 29, 0, 0, 0).IsValid());
     EXPECT_TRUE(DateTime(2000, 2, 29, 0, 0, 0).IsValid());
     EXPECT_FALSE(DateTime(1900, 2, 29, 0, 0, 0).IsValid());
 }
 
-TEST_F(DateTimeTest, DayAndTimeAreCutTo16Bits)
+TEST_F(DateTimeTest, TruncatesDayAndTimeTo16Bits)
 {
     const DateTime date(2009, 3, 65536 + 5, 65536 + 7, 65536 + 4, 65536 + 9);
 
     EXPECT_EQ(Iso(date), L"2009-03-05 07:04:09");
 }
 
-TEST_F(DateTimeTest, YearsFromOneTo9999AreKept)
+TEST_F(DateTimeTest, KeepsYearsFromOneTo9999)
 {
     EXPECT_EQ(Iso(DateTime(1, 1, 1, 0, 0, 0)), L"01-01-01 00:00:00");
     EXPECT_EQ(Iso(DateTime(1583, 10, 15, 1, 2, 3)), L"1583-10-15 01:02:03");
     EXPECT_EQ(Iso(DateTime(9999, 12, 31, 23, 59, 59)), L"9999-12-31 23:59:59");
 }
 
-TEST_F(DateTimeTest, InvalidDatesReadAsZero)
+TEST_F(DateTimeTest, ReadsZeroFromAnInvalidDate)
 {
     EXPECT_FALSE(m_invalid.IsValid());
     EXPECT_EQ(m_invalid.GetYear(), 0u);
@@ -145,7 +145,7 @@ TEST_F(DateTimeTest, InvalidDatesReadAsZero)
     EXPECT_EQ(Iso(m_invalid), L"00-00-00 00:00:00");
 }
 
-TEST_F(DateTimeTest, OperationsLeaveAnInvalidDateAsItIs)
+TEST_F(DateTimeTest, LeavesAnInvalidDateUnchanged)
 {
     DateTime date(m_invalid);
 
@@ -156,7 +156,7 @@ TEST_F(DateTimeTest, OperationsLeaveAnInvalidDateAsItIs)
     EXPECT_EQ(m_march.GetTotalMinutes(Shared(date)), 0);
 }
 
-TEST_F(DateTimeTest, ZoneTellsWhichClockTheFieldsAreOf)
+TEST_F(DateTimeTest, ReadsFieldsByTheClockOfTheZone)
 {
     EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 0)), L"2009-03-05 07:04:09 Z");
     EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 2)), L"2009-03-05 05:04:09 Z");
@@ -164,13 +164,13 @@ TEST_F(DateTimeTest, ZoneTellsWhichClockTheFieldsAreOf)
     EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 13)), L"2009-03-04 18:04:09 Z");
 }
 
-TEST_F(DateTimeTest, ZoneTimesReadInLocalTimeWithDaylightSaving)
+TEST_F(DateTimeTest, ReadsZoneTimesInLocalTimeWithDaylightSaving)
 {
     EXPECT_EQ(Iso(DateTime(2009, 3, 5, 12, 0, 0, 0)), L"2009-03-05 13:00:00");
     EXPECT_EQ(Iso(DateTime(2009, 7, 5, 12, 0, 0, 0)), L"2009-07-05 14:00:00");
 }
 
-TEST_F(DateTimeTest, CopiesAreValuesOfTheirOwn)
+TEST_F(DateTimeTest, MakesIndependentCopies)
 {
     DateTime copy(m_march);
     DateTime assigned;
@@ -182,7 +182,7 @@ TEST_F(DateTimeTest, CopiesAreValuesOfTheirOwn)
     EXPECT_EQ(Iso(assigned), L"2009-03-05 07:04:09");
 }
 
-TEST_F(DateTimeTest, MakeToUtcShowsTheClockOfGreenwich)
+TEST_F(DateTimeTest, ShowsTheClockOfGreenwichAfterMakeToUtc)
 {
     DateTime winter(m_march);
     DateTime summer(2009, 7, 5, 7, 4, 9);
@@ -191,7 +191,7 @@ TEST_F(DateTimeTest, MakeToUtcShowsTheClockOfGreenwich)
     EXPECT_EQ(Iso(summer.MakeToUTC()), L"2009-07-05 05:04:09");
 }
 
-TEST_F(DateTimeTest, MakeFromUtcUndoesMakeToUtc)
+TEST_F(DateTimeTest, UndoesMakeToUtcWithMakeFromUtc)
 {
     DateTime date(m_march);
 
@@ -199,7 +199,7 @@ TEST_F(DateTimeTest, MakeFromUtcUndoesMakeToUtc)
     EXPECT_EQ(&date.MakeFromUTC(), &date);
 }
 
-TEST_F(DateTimeTest, IsoFormsHaveTwoDigitsAndMarkUtc)
+TEST_F(DateTimeTest, WritesIsoFormsWithTwoDigitsAndMarksUtc)
 {
     TString<wchar_t> date;
     TString<wchar_t> time;
@@ -214,7 +214,7 @@ TEST_F(DateTimeTest, IsoFormsHaveTwoDigitsAndMarkUtc)
     EXPECT_EQ(UtcIso(m_march), L"2009-03-05 06:04:09 Z");
 }
 
-TEST_F(DateTimeTest, IsoDateInUtcMayBeAnotherDay)
+TEST_F(DateTimeTest, WritesAnotherDayForAnIsoDateInUtc)
 {
     TString<wchar_t> date;
     DateTime(2009, 3, 5, 0, 30, 0).GetIsoDate(date, true);
@@ -222,7 +222,7 @@ TEST_F(DateTimeTest, IsoDateInUtcMayBeAnotherDay)
     EXPECT_EQ(date, L"2009-03-04");
 }
 
-TEST_F(DateTimeTest, NarrowIsoStringIsTheSameText)
+TEST_F(DateTimeTest, WritesTheSameNarrowIsoString)
 {
     TString<char> text;
     m_march.GetIsoString(text, true);
@@ -259,7 +259,7 @@ TEST_F(DateTimeTest, ParsesAnySingleCharacterBetweenNumbers)
         EXPECT_EQ(Parsed(text), expected) << testing::PrintToString(text);
 }
 
-TEST_F(DateTimeTest, TextsThatAreNoDateAreInvalid)
+TEST_F(DateTimeTest, RejectsTextsThatAreNoDate)
 {
     for (const wchar_t* const text :
          {L"", L"x", L"2009", L"2009-", L"2009-03", L"2009-03-05", L"2009-03-05 07",
@@ -269,7 +269,7 @@ TEST_F(DateTimeTest, TextsThatAreNoDateAreInvalid)
         EXPECT_EQ(Parsed(text), L"invalid") << testing::PrintToString(text);
 }
 
-TEST_F(DateTimeTest, FailedParsingLeavesAnInvalidDate)
+TEST_F(DateTimeTest, IsInvalidAfterFailedParsing)
 {
     DateTime date(m_march);
 
@@ -277,7 +277,7 @@ TEST_F(DateTimeTest, FailedParsingLeavesAnInvalidDate)
     EXPECT_FALSE(date.IsValid());
 }
 
-TEST_F(DateTimeTest, DateAndTimeFollowTheLocale)
+TEST_F(DateTimeTest, FormatsDateAndTimeByTheLocale)
 {
     EXPECT_EQ(DateText(m_march), L"03/05/09");
     EXPECT_EQ(TimeText(m_march), L"07:04 AM");
@@ -287,14 +287,14 @@ TEST_F(DateTimeTest, DateAndTimeFollowTheLocale)
     EXPECT_EQ(TimeText(m_march), L"07:04");
 }
 
-TEST_F(DateTimeTest, NoonAndMidnightAreInTheMorning)
+TEST_F(DateTimeTest, PutsNoonAndMidnightInTheMorning)
 {
     EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 12, 30, 0)), L"12:30 AM");
     EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 0, 15, 0)), L"00:15 AM");
     EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 13, 5, 0)), L"01:05 PM");
 }
 
-TEST_F(DateTimeTest, StringIsDateAndTime)
+TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
 {
     TString<wchar_t> text;
     m_march.GetString(text);
@@ -302,7 +302,7 @@ TEST_F(DateTimeTest, StringIsDateAndTime)
     EXPECT_EQ(text, L"03/05/09 07:04 AM");
 }
 
-TEST_F(DateTimeTest, RelativeStringIsTheTimeOfTodayOrTheDateOfAnotherDay)
+TEST_F(DateTimeTest, GivesTheTimeOfTodayOrTheDateOfAnotherDay)
 {
     // A test that runs over midnight takes the next day for both.
     DateTime today;
@@ -318,7 +318,7 @@ TEST_F(DateTimeTest, RelativeStringIsTheTimeOfTodayOrTheDateOfAnotherDay)
     EXPECT_EQ(yesterdayText, DateText(yesterday));
 }
 
-TEST_F(DateTimeTest, TheSameDayOfAnotherMonthOrYearIsAnotherDay)
+TEST_F(DateTimeTest, TreatsTheSameDayOfAnotherMonthOrYearAsAnotherDay)
 {
     DateTime monthAgo;
     monthAgo.Remove(0, 1, 0, 0);
@@ -332,7 +332,7 @@ TEST_F(DateTimeTest, TheSameDayOfAnotherMonthOrYearIsAnotherDay)
     }
 }
 
-TEST_F(DateTimeTest, NumbersArePaddedWithZeros)
+TEST_F(DateTimeTest, PadsNumbersWithZeros)
 {
     EXPECT_EQ(m_march.IntToUString(7, 2), L"07");
     EXPECT_EQ(m_march.IntToUString(123, 2), L"123");
@@ -341,42 +341,42 @@ TEST_F(DateTimeTest, NumbersArePaddedWithZeros)
     EXPECT_EQ(m_march.IntToUString(5, -3), L"5");
 }
 
-TEST_F(DateTimeTest, AddMovesByALengthOfTime)
+TEST_F(DateTimeTest, AddsALengthOfTime)
 {
     DateTime date(m_march);
 
     EXPECT_EQ(Iso(date.Add(25, 61, 61)), L"2009-03-06 09:06:10");
 }
 
-TEST_F(DateTimeTest, AddedHoursPassThroughDaylightSaving)
+TEST_F(DateTimeTest, AddsHoursThroughDaylightSaving)
 {
     DateTime date(2009, 3, 28, 12, 0, 0);
 
     EXPECT_EQ(Iso(date.Add(24, 0, 0)), L"2009-03-29 13:00:00");
 }
 
-TEST_F(DateTimeTest, AddedDaysKeepTheTimeOfDay)
+TEST_F(DateTimeTest, KeepsTheTimeOfDayWhenDaysAreAdded)
 {
     DateTime date(2009, 3, 28, 12, 0, 0);
 
     EXPECT_EQ(Iso(date.Add(0, 0, 0, 1)), L"2009-03-29 12:00:00");
 }
 
-TEST_F(DateTimeTest, AddMovesTheDateByACalendarSpan)
+TEST_F(DateTimeTest, AddsACalendarSpan)
 {
     DateTime date(m_march);
 
     EXPECT_EQ(Iso(date.Add(1, 2, 3, 4)), L"2010-05-30 07:04:09");
 }
 
-TEST_F(DateTimeTest, RemoveUndoesACalendarSpan)
+TEST_F(DateTimeTest, RemovesACalendarSpan)
 {
     DateTime date(2010, 5, 30, 7, 4, 9);
 
     EXPECT_EQ(Iso(date.Remove(1, 2, 3, 4)), L"2009-03-05 07:04:09");
 }
 
-TEST_F(DateTimeTest, MonthsThatAreTooShortEndTheMove)
+TEST_F(DateTimeTest, StopsAtTheEndOfAMonthThatIsTooShort)
 {
     DateTime january(2009, 1, 31, 0, 0, 0);
     DateTime leapDay(2008, 2, 29, 0, 0, 0);
@@ -387,7 +387,7 @@ TEST_F(DateTimeTest, MonthsThatAreTooShortEndTheMove)
     EXPECT_EQ(Iso(march.Remove(0, 1, 0, 0)), L"2009-02-28 00:00:00");
 }
 
-TEST_F(DateTimeTest, MonthsCrossTheYear)
+TEST_F(DateTimeTest, CrossesTheYearWithMonths)
 {
     DateTime date(2009, 11, 5, 0, 0, 0);
 
@@ -395,7 +395,7 @@ TEST_F(DateTimeTest, MonthsCrossTheYear)
     EXPECT_EQ(Iso(date.Remove(0, 3, 0, 0)), L"2009-11-05 00:00:00");
 }
 
-TEST_F(DateTimeTest, NumbersOfASpanAreSigned)
+TEST_F(DateTimeTest, TreatsNumbersOfASpanAsSigned)
 {
     DateTime date(2009, 3, 5, 0, 0, 0);
 
@@ -404,7 +404,7 @@ TEST_F(DateTimeTest, NumbersOfASpanAreSigned)
     EXPECT_EQ(Iso(date.Remove(4294967295u, 0, 0, 0)), L"2009-01-28 00:00:00");
 }
 
-TEST_F(DateTimeTest, SpansThatLeaveTheCalendarGiveAnInvalidDate)
+TEST_F(DateTimeTest, IsInvalidAfterASpanThatLeavesTheCalendar)
 {
     EXPECT_FALSE(DateTime(m_march).Add(292278993u, 0, 0, 0).IsValid());
     EXPECT_FALSE(DateTime(m_march).Remove(292278993u, 0, 0, 0).IsValid());
@@ -412,7 +412,7 @@ TEST_F(DateTimeTest, SpansThatLeaveTheCalendarGiveAnInvalidDate)
         DateTime(m_march).Add(2147483647u, 2147483647u, 2147483647u, 2147483647u).IsValid());
 }
 
-TEST_F(DateTimeTest, YearsGoAsFarAsMillisecondsDo)
+TEST_F(DateTimeTest, ReachesYearsAsFarAsMillisecondsDo)
 {
     const DateTime last(292278993u, 12, 31, 23, 59, 59);
     const DateTime first(static_cast<unsigned int>(-292275054), 1, 1, 0, 0, 0);
@@ -423,7 +423,7 @@ TEST_F(DateTimeTest, YearsGoAsFarAsMillisecondsDo)
     EXPECT_FALSE(DateTime(static_cast<unsigned int>(-292275055), 12, 31, 0, 0, 0).IsValid());
 }
 
-TEST_F(DateTimeTest, SpansOfManyDaysCrossCenturies)
+TEST_F(DateTimeTest, CrossesCenturiesWithSpansOfManyDays)
 {
     DateTime date(2000, 2, 28, 0, 0, 0, 0);
 
@@ -431,7 +431,7 @@ TEST_F(DateTimeTest, SpansOfManyDaysCrossCenturies)
     EXPECT_EQ(UtcIso(date.Remove(0, 0, 0, 2u * 146097 + 1)), L"2000-02-28 00:00:00 Z");
 }
 
-TEST_F(DateTimeTest, MomentsBeyondTheLastNumberGiveAnInvalidDate)
+TEST_F(DateTimeTest, IsInvalidBeyondTheLastMoment)
 {
     DateTime date(m_march);
     for (int i = 0; i < 590; ++i)
@@ -443,7 +443,7 @@ TEST_F(DateTimeTest, MomentsBeyondTheLastNumberGiveAnInvalidDate)
     EXPECT_FALSE(date.IsValid());
 }
 
-TEST_F(DateTimeTest, DifferencesAreWholeUnitsOfThisMinusTheOther)
+TEST_F(DateTimeTest, SubtractsTheOtherInWholeUnits)
 {
     DateTime later(m_march);
     later.Add(26, 59, 58);
@@ -454,7 +454,7 @@ TEST_F(DateTimeTest, DifferencesAreWholeUnitsOfThisMinusTheOther)
     EXPECT_EQ(m_march.GetTotalHours(Shared(later)), -26);
 }
 
-TEST_F(DateTimeTest, SecondsOfDifferencesAreCutTo32Bits)
+TEST_F(DateTimeTest, TruncatesDifferencesInSecondsTo32Bits)
 {
     const DateTime early(1900, 1, 1, 0, 0, 0, 0);
     const DateTime late(2100, 1, 1, 0, 0, 0, 0);
@@ -463,7 +463,7 @@ TEST_F(DateTimeTest, SecondsOfDifferencesAreCutTo32Bits)
     EXPECT_EQ(late.GetTotalSecondes(Shared(early)), 6311433600 - (1LL << 32));
 }
 
-TEST_F(DateTimeTest, DifferencesToNothingAreZero)
+TEST_F(DateTimeTest, ReturnsZeroForADifferenceToNothing)
 {
     EXPECT_EQ(m_march.GetTotalHours(smart_ptr<DateTime>()), 0);
     EXPECT_EQ(m_march.GetTotalMinutes(smart_ptr<DateTime>()), 0);
@@ -484,7 +484,7 @@ TEST_F(DateTimeTest, ComparesByTheInstant)
     EXPECT_FALSE(m_march == later || m_march > later || m_march >= later);
 }
 
-TEST_F(DateTimeTest, InvalidDatesAreEqualAndEarlierThanAnyOther)
+TEST_F(DateTimeTest, SortsInvalidDatesAsEqualAndBeforeAnyOther)
 {
     const DateTime another(2009, 1, 32, 0, 0, 0);
     const DateTime early(1, 1, 1, 0, 0, 0);
@@ -495,7 +495,7 @@ TEST_F(DateTimeTest, InvalidDatesAreEqualAndEarlierThanAnyOther)
     EXPECT_TRUE(early > m_invalid && early >= m_invalid);
 }
 
-TEST_F(DateTimeTest, YearsFarAwayAreConvertedToo)
+TEST_F(DateTimeTest, ConvertsYearsFarAway)
 {
     DateTime date(2009, 3, 5, 0, 0, 0);
     date.Add(4294967295u, 0, 0);
@@ -506,7 +506,7 @@ TEST_F(DateTimeTest, YearsFarAwayAreConvertedToo)
     EXPECT_EQ(Iso(date.MakeFromUTC()), L"491976-09-19 16:00:00");
 }
 
-TEST_F(DateTimeTest, YearsBeforeTheFirstAreConvertedToo)
+TEST_F(DateTimeTest, ConvertsYearsBeforeTheFirst)
 {
     DateTime date(static_cast<unsigned int>(-400), 12, 31, 12, 0, 0, 0);
 

@@ -38,7 +38,7 @@ std::wstring RandomPattern(std::mt19937& random)
     return pattern;
 }
 
-TEST(LocaleTextTest, DateTokensAreReplacedInTheirOrder)
+TEST(LocaleTextTest, ReplacesDateTokensInTheirOrder)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"dd/MM/yyyy HH:mm:ss", L"05/03/2009"},
@@ -59,7 +59,7 @@ TEST(LocaleTextTest, DateTokensAreReplacedInTheirOrder)
             << testing::PrintToString(pattern);
 }
 
-TEST(LocaleTextTest, YearsOfACenturyHaveTwoDigits)
+TEST(LocaleTextTest, WritesYearsOfACenturyWithTwoDigits)
 {
     CalendarTime time = c_morning;
     constexpr std::pair<long long, const wchar_t*> cases[] = {
@@ -70,7 +70,7 @@ TEST(LocaleTextTest, YearsOfACenturyHaveTwoDigits)
     }
 }
 
-TEST(LocaleTextTest, TimeTokensAreReplacedInTheirOrder)
+TEST(LocaleTextTest, ReplacesTimeTokensInTheirOrder)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"dd/MM/yyyy HH:mm:ss", L"19:04"},
@@ -90,7 +90,7 @@ TEST(LocaleTextTest, TimeTokensAreReplacedInTheirOrder)
             << testing::PrintToString(pattern);
 }
 
-TEST(LocaleTextTest, HoursOfTwelveKeepNoonAndMidnightInTheMorning)
+TEST(LocaleTextTest, KeepsNoonAndMidnightInTheMorningWithHoursOfTwelve)
 {
     CalendarTime time = c_morning;
     constexpr std::pair<long long, const wchar_t*> cases[] = {{0, L"00 AM"},  {1, L"01 AM"},
@@ -102,20 +102,20 @@ TEST(LocaleTextTest, HoursOfTwelveKeepNoonAndMidnightInTheMorning)
     }
 }
 
-TEST(LocaleTextTest, TextsOfDayHalvesMayHoldTheTokenThatTheyReplace)
+TEST(LocaleTextTest, AcceptsTextsOfDayHalvesThatHoldTheirToken)
 {
     EXPECT_EQ(LocaleText::FormatTime(L"d h:mm a", c_morning, WithLetterA), L"07:04 am");
     EXPECT_EQ(LocaleText::FormatTime(L"d h:mm aa", c_afternoon, WithLetterA), L"07:04 papa");
     EXPECT_EQ(LocaleText::FormatTime(L"d h:mm", c_morning, WithLetterA), L"07:04 am");
 }
 
-TEST(LocaleTextTest, WithoutTextsOfDayHalvesTheTokenOrABlankStays)
+TEST(LocaleTextTest, KeepsTheTokenOrASpaceWithoutTextsOfDayHalves)
 {
     EXPECT_EQ(LocaleText::FormatTime(L"d h:mm a", c_morning, None), L"07:04 a");
     EXPECT_EQ(LocaleText::FormatTime(L"d h:mm", c_morning, None), L"07:04 ");
 }
 
-TEST(LocaleTextTest, RandomPatternsAgreeWithRepeatedReplacement)
+TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
 {
     std::mt19937 random(1);
     for (int i = 0; i < 20000; ++i) {

@@ -108,7 +108,7 @@ protected:
     const TempDir m_directory;
 };
 
-TEST_F(FlowTest, SettingsThatCannotBeReadAreToldInTheLogFile)
+TEST_F(FlowTest, LogsUnreadableSettingsToTheLogFile)
 {
     OpenLog();
     TString<wchar_t> path = PathManager::GetInstance()->GetConfigurationPath();
@@ -122,7 +122,7 @@ TEST_F(FlowTest, SettingsThatCannotBeReadAreToldInTheLogFile)
                                                   L"Unable to open file : " + path)));
 }
 
-TEST_F(FlowTest, SettingsAreReadFromAFileInAPath)
+TEST_F(FlowTest, ReadsSettingsFromAFileInAPath)
 {
     m_directory.WriteFile(L"own.ini", "[Window]\n width = 640 \nshown=1\n");
     TString<wchar_t> path = UTF8::ToUNICODE(m_directory.Path().native());
@@ -135,7 +135,7 @@ TEST_F(FlowTest, SettingsAreReadFromAFileInAPath)
     EXPECT_TRUE(settings.GetBool(L"Window", L"shown", false));
 }
 
-TEST_F(FlowTest, AllElseRunsOnTheThreadOfTheCaller)
+TEST_F(FlowTest, RunsEverythingElseOnTheThreadOfTheCaller)
 {
     ThreadList threads;
     unsigned long callersThread = Thread::UndefinedThread;
@@ -148,7 +148,7 @@ TEST_F(FlowTest, AllElseRunsOnTheThreadOfTheCaller)
     EXPECT_THAT(threads, AllOf(SizeIs(6), Each(callersThread)));
 }
 
-TEST_F(FlowTest, OnlyALogFileHasAThreadOfItsOwn)
+TEST_F(FlowTest, RunsAThreadOnlyForALogFile)
 {
     const std::size_t threads = CountThreads();
 

@@ -23,7 +23,7 @@ std::vector<std::string> TypeNames()
     return {typeid(Types).name()...};
 }
 
-TEST(InterfaceTest, ClassesOfCoreThreadingAndEncodingLiveInTheNamespace)
+TEST(InterfaceTest, KeepsCoreThreadingAndEncodingInTheNamespace)
 {
     const std::vector<std::string> names =
         TypeNames<smart_ptr<int>, smart_ptr_policy, smart_ptr_array_policy, Bytes, ISerialize,
@@ -35,7 +35,7 @@ TEST(InterfaceTest, ClassesOfCoreThreadingAndEncodingLiveInTheNamespace)
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
 
-TEST(InterfaceTest, ClassesOfLoggingConfigFilesAndSystemLiveInTheNamespace)
+TEST(InterfaceTest, KeepsLoggingConfigFilesAndSystemInTheNamespace)
 {
     const std::vector<std::string> names =
         TypeNames<ILogger, LogSeverity, SetSeverity, ConsoleLogger, DebuggerLogger, NullLogger,
@@ -47,7 +47,7 @@ TEST(InterfaceTest, ClassesOfLoggingConfigFilesAndSystemLiveInTheNamespace)
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
 
-TEST(InterfaceTest, ClassesOfAllOtherFoldersLiveInTheNamespace)
+TEST(InterfaceTest, KeepsAllOtherFoldersInTheNamespace)
 {
     const std::vector<std::string> names =
         TypeNames<LibModule, LibModuleManager, ToolkitModule, IPCServer, IPCClient,
@@ -58,7 +58,7 @@ TEST(InterfaceTest, ClassesOfAllOtherFoldersLiveInTheNamespace)
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
 
-TEST(InterfaceTest, TextsAndThePoolStandAtGlobalScope)
+TEST(InterfaceTest, KeepsStringsAndThePoolAtGlobalScope)
 {
     const std::vector<std::string> names =
         TypeNames<TString<char>, TString<wchar_t>, MacAutoreleasePool>();
@@ -67,7 +67,7 @@ TEST(InterfaceTest, TextsAndThePoolStandAtGlobalScope)
 }
 
 // The name of a symbol tells scope and parameters; without them the linkage is that of C.
-TEST(InterfaceTest, FunctionsHaveTheirScopesParametersAndLinkage)
+TEST(InterfaceTest, KeepsScopeParametersAndLinkageOfFunctions)
 {
     constexpr const char* names[] = {"_Z6ASSERTb",
                                      "_Z12MacInitCocoav",

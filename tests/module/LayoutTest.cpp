@@ -110,7 +110,7 @@ private:
     Action m_action;
 };
 
-TEST(LayoutTest, APointerHoldsItsObjectAndThenTheCount)
+TEST(LayoutTest, PutsTheCountOfAPointerAfterItsObject)
 {
     int* const object = new int(7);
     const smart_ptr<int> pointer(object);
@@ -123,7 +123,7 @@ TEST(LayoutTest, APointerHoldsItsObjectAndThenTheCount)
     EXPECT_EQ(ReadAt<const std::int32_t*>(copy, c_pointer), block);
 }
 
-TEST(LayoutTest, ACountIsFollowedByLockPolicyAndListener)
+TEST(LayoutTest, PutsLockPolicyAndListenerAfterTheCount)
 {
     using Block = smart_ptr_inner_data<smart_ptr_policy>;
     const Block block;
@@ -138,12 +138,12 @@ TEST(LayoutTest, ACountIsFollowedByLockPolicyAndListener)
     EXPECT_EQ(offsetOf(&block.releaseListener), 4 * c_pointer);
 }
 
-TEST(LayoutTest, AReleaseListenerIsToldInItsThirdSlot)
+TEST(LayoutTest, CallsAReleaseListenerInItsThirdSlot)
 {
     EXPECT_EQ(SlotOf(&IReleaseListener::OnReleased), 2u);
 }
 
-TEST(LayoutTest, ASerializableObjectWritesAndThenReadsItself)
+TEST(LayoutTest, PutsWritingASerializableObjectBeforeReadingIt)
 {
     EXPECT_EQ(SlotOf(&ISerialize::Serialize), 2u);
     EXPECT_EQ(SlotOf(&ISerialize::Deserialize), 3u);
@@ -151,7 +151,7 @@ TEST(LayoutTest, ASerializableObjectWritesAndThenReadsItself)
     EXPECT_EQ(SlotOf(&Bytes::Deserialize), 3u);
 }
 
-TEST(LayoutTest, ABufferHoldsItsBytesAndThenTheirNumber)
+TEST(LayoutTest, PutsTheSizeOfABufferAfterItsBytes)
 {
     const unsigned char contents[] = {1, 2, 3};
     const Bytes bytes(contents, 3);
@@ -181,7 +181,7 @@ std::vector<std::size_t> TransferSlots()
             SlotOf(&Stream::Length)};
 }
 
-TEST(LayoutTest, AStreamWritesReadsAndTellsItsLength)
+TEST(LayoutTest, PutsTheSlotsOfAStreamInOrder)
 {
     const std::vector<std::size_t> expected = {2, 3, 4, 5, 6, 7, 8};
 
@@ -190,7 +190,7 @@ TEST(LayoutTest, AStreamWritesReadsAndTellsItsLength)
     EXPECT_EQ(sizeof(FSStream), 2 * c_pointer);
 }
 
-TEST(LayoutTest, ASerializerHoldsItsStream)
+TEST(LayoutTest, KeepsTheStreamOfASerializer)
 {
     const FSInputSerializer input(L"");
     const auto* const stream = static_cast<FSStream*>(&input.GetStream());
@@ -204,7 +204,7 @@ TEST(LayoutTest, ASerializerHoldsItsStream)
     EXPECT_EQ(sizeof(FSOutputSerializer), sizeof(FSSerializer));
 }
 
-TEST(LayoutTest, AnOptionHoldsItsTextsAndThenTwoWords)
+TEST(LayoutTest, PutsTwoWordsAfterTheStringsOfAnOption)
 {
     constexpr std::size_t text = sizeof(TString<wchar_t>);
     const auto words = [](const CmdLineOption& option) {
@@ -223,7 +223,7 @@ TEST(LayoutTest, AnOptionHoldsItsTextsAndThenTwoWords)
     EXPECT_EQ(words(defined), std::pair(1, 0));
 }
 
-TEST(LayoutTest, AParserHoldsItsOptionsAndThenItsTokens)
+TEST(LayoutTest, PutsTheTokensOfAParserAfterItsOptions)
 {
     using Token = TString<wchar_t>;
     const CmdLineParser parser(Token(L"one two three"));
@@ -234,7 +234,7 @@ TEST(LayoutTest, AParserHoldsItsOptionsAndThenItsTokens)
     EXPECT_EQ(sizeof parser, sizeof(std::map<int, int>) + sizeof(std::vector<Token>));
 }
 
-TEST(LayoutTest, SettingsHoldTheirSectionsAndThenWhetherTheyWereLoaded)
+TEST(LayoutTest, PutsTheLoadedFlagAfterTheSections)
 {
     const IniFile empty(L"/dev/null/none");
 
@@ -242,13 +242,13 @@ TEST(LayoutTest, SettingsHoldTheirSectionsAndThenWhetherTheyWereLoaded)
     EXPECT_EQ(ReadAt<std::uint8_t>(empty, sizeof(std::map<int, int>)), 0);
 }
 
-TEST(LayoutTest, AMutexHoldsNothingButTheFrameworksMutex)
+TEST(LayoutTest, KeepsOnlyAWxMutexInAMutex)
 {
     EXPECT_EQ(sizeof(MutexInternal), 2 * c_pointer);
     EXPECT_EQ(sizeof(Mutex), sizeof(MutexInternal));
 }
 
-TEST(LayoutTest, ALockerHoldsItsMutexAndThenTheOutcome)
+TEST(LayoutTest, PutsTheResultOfALockerAfterItsMutex)
 {
     Mutex mutex(false);
     const MutexLocker locker(mutex, MutexInternal::Infinite);
@@ -257,13 +257,13 @@ TEST(LayoutTest, ALockerHoldsItsMutexAndThenTheOutcome)
     EXPECT_TRUE(ReadAt<bool>(locker, c_pointer));
 }
 
-TEST(LayoutTest, AThreadAddsItsWorkBehindTheFrameworksSlots)
+TEST(LayoutTest, PutsDoWorkAfterTheSlotsOfWxThread)
 {
     EXPECT_GT(ThreadSlots::OfEntry(), 1u);
     EXPECT_GT(ThreadSlots::OfDoWork(), ThreadSlots::OfEntry());
 }
 
-TEST(LayoutTest, AnEventHoldsItsStateItsModeAndItsLock)
+TEST(LayoutTest, PutsStateModeAndLockOfAnEventInOrder)
 {
     EventObject automatic(true, false);
     EventObject manual(false, true);
@@ -275,7 +275,7 @@ TEST(LayoutTest, AnEventHoldsItsStateItsModeAndItsLock)
     EXPECT_EQ(sizeof manual, c_pointer + sizeof(Mutex));
 }
 
-TEST(LayoutTest, ALoggerHoldsItsThresholdAndThenTheCurrentSeverity)
+TEST(LayoutTest, PutsTheSeverityOfALoggerAfterItsThreshold)
 {
     const ConsoleLogger logger(SeverityWarning);
 
@@ -285,7 +285,7 @@ TEST(LayoutTest, ALoggerHoldsItsThresholdAndThenTheCurrentSeverity)
     EXPECT_EQ(ReadAt<std::int32_t>(NullLogger(), c_pointer), 0);
 }
 
-TEST(LayoutTest, TheSimpleLoggersAddNoFields)
+TEST(LayoutTest, AddsNoFieldsToTheSimpleLoggers)
 {
     EXPECT_EQ(sizeof(ConsoleLogger), sizeof(ILogger));
     EXPECT_EQ(sizeof(DebuggerLogger), sizeof(ILogger));
@@ -293,18 +293,18 @@ TEST(LayoutTest, TheSimpleLoggersAddNoFields)
     EXPECT_EQ(sizeof(SetSeverity), 4u);
 }
 
-TEST(LayoutTest, ALoggerWritesInItsThirdSlot)
+TEST(LayoutTest, PutsWriteInTheThirdSlotOfALogger)
 {
     EXPECT_EQ(SlotOf(&ILogger::Write), 2u);
 }
 
-TEST(LayoutTest, AFileLoggerWorksInTheSlotBehind)
+TEST(LayoutTest, PutsTheWorkOfAFileLoggerInTheNextSlot)
 {
     EXPECT_EQ(FileLoggerSlots::OfWrite(), 2u);
     EXPECT_EQ(FileLoggerSlots::OfDoWork(), 3u);
 }
 
-TEST(LayoutTest, AFileLoggerIsALoggerBeforeItIsAThread)
+TEST(LayoutTest, PutsTheLoggerOfAFileLoggerBeforeItsThread)
 {
     // Only the addresses of the bases are looked at.
     alignas(FileLogger) unsigned char room[sizeof(FileLogger)];
@@ -317,25 +317,25 @@ TEST(LayoutTest, AFileLoggerIsALoggerBeforeItIsAThread)
     EXPECT_GE(offsetOf(static_cast<Thread*>(logger)), sizeof(ILogger));
 }
 
-TEST(LayoutTest, AForwarderHasItsTwoSlotsInARow)
+TEST(LayoutTest, PutsTheTwoSlotsOfAForwarderInARow)
 {
     EXPECT_EQ(ForwarderSlots::OfDoLogString(), ForwarderSlots::OfDoLog() + 1);
     EXPECT_EQ(sizeof(WxLogForwarder), sizeof(wxLog));
 }
 
-TEST(LayoutTest, FilesHoldOnePointer)
+TEST(LayoutTest, KeepsOnePointerInAFile)
 {
     EXPECT_EQ(sizeof(FFile), c_pointer);
     EXPECT_EQ(sizeof(TextFile), c_pointer);
 }
 
-TEST(LayoutTest, StreamsShareOnePointerField)
+TEST(LayoutTest, KeepsOnePointerInAStream)
 {
     EXPECT_EQ(sizeof(InputStream), 2 * c_pointer);
     EXPECT_EQ(sizeof(TextInputStream), sizeof(InputStream));
 }
 
-TEST(LayoutTest, ThePathManagerHoldsElevenTextsInOrder)
+TEST(LayoutTest, KeepsElevenStringsOfThePathManagerInOrder)
 {
     constexpr std::size_t text = sizeof(TString<wchar_t>);
     const TestSupport::TempDir directory;
@@ -354,13 +354,13 @@ TEST(LayoutTest, ThePathManagerHoldsElevenTextsInOrder)
                     9 * text, 10 * text));
 }
 
-TEST(LayoutTest, AnIpcListenerIsToldInItsThirdSlot)
+TEST(LayoutTest, CallsAnIpcListenerInItsThirdSlot)
 {
     EXPECT_EQ(SlotOf(&IPCConnectionEvent::OnExecute), 2u);
     EXPECT_EQ(sizeof(IPCConnectionEvent), c_pointer);
 }
 
-TEST(LayoutTest, AnIpcServerAddsItsInternalServerAndItsName)
+TEST(LayoutTest, PutsTheNameOfAnIpcServerAfterItsInternalServer)
 {
     constexpr std::size_t own = sizeof(EventNotifier<IPCConnectionEvent>);
     const IPCServer server(L"name");
@@ -371,7 +371,7 @@ TEST(LayoutTest, AnIpcServerAddsItsInternalServerAndItsName)
     EXPECT_STREQ(ReadAt<const wchar_t*>(server, own + c_pointer), L"name");
 }
 
-TEST(LayoutTest, ARegExpHoldsItsPatternAndThenItsModifiers)
+TEST(LayoutTest, PutsTheModifiersOfARegExpAfterItsPattern)
 {
     const RegExp regExp(TString<char>("pattern"), RegExpOptions::MultiLine);
 
@@ -379,7 +379,7 @@ TEST(LayoutTest, ARegExpHoldsItsPatternAndThenItsModifiers)
     EXPECT_EQ(ReadAt<std::int32_t>(regExp, sizeof(TString<char>)), 2);
 }
 
-TEST(LayoutTest, ARegExpExceptionHoldsFourTexts)
+TEST(LayoutTest, KeepsFourStringsInARegExpException)
 {
     constexpr std::size_t text = sizeof(TString<char>);
     const RegExpException exception;
@@ -391,7 +391,7 @@ TEST(LayoutTest, ARegExpExceptionHoldsFourTexts)
         ElementsAre(c_pointer, c_pointer + text, c_pointer + 2 * text, c_pointer + 3 * text));
 }
 
-TEST(LayoutTest, AGroupHoldsNameValueAndIndex)
+TEST(LayoutTest, PutsNameValueAndIndexOfAGroupInOrder)
 {
     constexpr std::size_t text = sizeof(TString<char>);
     const Group group("value", 1);
@@ -401,7 +401,7 @@ TEST(LayoutTest, AGroupHoldsNameValueAndIndex)
     EXPECT_EQ(sizeof group.index, 2u);
 }
 
-TEST(LayoutTest, AMatchResultAddsItsFieldsToACollectionOfGroups)
+TEST(LayoutTest, PutsTheFieldsOfAMatchResultAfterItsGroups)
 {
     constexpr std::size_t own = sizeof(GroupCollection);
     constexpr std::size_t subject = own + 3 * c_pointer;
@@ -417,12 +417,12 @@ TEST(LayoutTest, AMatchResultAddsItsFieldsToACollectionOfGroups)
                     options + 12));
 }
 
-TEST(LayoutTest, ADateHoldsOnePointer)
+TEST(LayoutTest, KeepsOnePointerInADate)
 {
     EXPECT_EQ(sizeof(DateTime), c_pointer);
 }
 
-TEST(LayoutTest, AVersionHoldsItsPartsInOrder)
+TEST(LayoutTest, KeepsThePartsOfAVersionInOrder)
 {
     const Version version(1, 2, 3, 4);
 
@@ -431,18 +431,18 @@ TEST(LayoutTest, AVersionHoldsItsPartsInOrder)
         EXPECT_EQ(ReadAt<std::uint32_t>(version, part * 4), part + 1);
 }
 
-TEST(LayoutTest, SystemInfoHoldsOnePointer)
+TEST(LayoutTest, KeepsOnePointerInSystemInfo)
 {
     EXPECT_EQ(sizeof(SystemInfo), c_pointer);
 }
 
-TEST(LayoutTest, RestartManagmentHoldsAZero)
+TEST(LayoutTest, KeepsAZeroInRestartManagment)
 {
     EXPECT_EQ(sizeof(RestartManagment), 2 * c_pointer);
     EXPECT_EQ(ReadAt<std::int32_t>(RestartManagment(), c_pointer), 0);
 }
 
-TEST(LayoutTest, AModuleInitializesAndThenReleases)
+TEST(LayoutTest, PutsReleaseOfAModuleAfterInitialize)
 {
     EXPECT_EQ(SlotOf(&LibModule::Initialize), 2u);
     EXPECT_EQ(SlotOf(&LibModule::Release), 3u);
@@ -451,7 +451,7 @@ TEST(LayoutTest, AModuleInitializesAndThenReleases)
     EXPECT_EQ(sizeof(ToolkitModule), c_pointer);
 }
 
-TEST(LayoutTest, ARegistryHoldsModulesLockFlagsAndRemovals)
+TEST(LayoutTest, PutsModulesLockFlagsAndRemovalsInOrder)
 {
     constexpr std::size_t initialized = sizeof(std::list<int>) + sizeof(Mutex);
     constexpr std::size_t releasing = initialized + 4;
@@ -478,7 +478,7 @@ TEST(LayoutTest, ARegistryHoldsModulesLockFlagsAndRemovals)
     EXPECT_EQ(ReadAt<std::int32_t>(manager, releasing), 0);
 }
 
-TEST(LayoutTest, AnEntryOfTheRegistryHoldsItsModuleAndThenItsCount)
+TEST(LayoutTest, PutsTheCountOfARegistryEntryAfterItsModule)
 {
     LibModuleManager manager;
     ToolkitModule module;

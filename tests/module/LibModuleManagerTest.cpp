@@ -68,7 +68,7 @@ protected:
     LibModuleManager m_manager;
 };
 
-TEST_F(LibModuleManagerTest, RegistrationBeforeTheStartIsOnlyRecorded)
+TEST_F(LibModuleManagerTest, OnlyRecordsAModuleBeforeTheStart)
 {
     m_manager.Register(&m_first);
 
@@ -150,7 +150,7 @@ TEST_F(LibModuleManagerTest, IgnoresUnknownModules)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AnotherStartInitializesAgain)
+TEST_F(LibModuleManagerTest, InitializesAgainAtAnotherStart)
 {
     m_manager.Register(&m_first);
 
@@ -161,7 +161,7 @@ TEST_F(LibModuleManagerTest, AnotherStartInitializesAgain)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+1", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AReleaseWithoutAStartReleasesToo)
+TEST_F(LibModuleManagerTest, ReleasesWithoutAStart)
 {
     m_manager.Register(&m_first);
 
@@ -170,7 +170,7 @@ TEST_F(LibModuleManagerTest, AReleaseWithoutAStartReleasesToo)
     EXPECT_THAT(m_calls, ElementsAre("-1"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleThatUnregistersInItsReleaseLeavesAfterThePass)
+TEST_F(LibModuleManagerTest, RemovesAModuleThatUnregistersInItsReleaseAfterThePass)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -183,7 +183,7 @@ TEST_F(LibModuleManagerTest, AModuleThatUnregistersInItsReleaseLeavesAfterThePas
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AReleasePassVisitsAModuleThatAnotherOneUnregistered)
+TEST_F(LibModuleManagerTest, ReleasesAModuleThatAnotherOneUnregistered)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -196,7 +196,7 @@ TEST_F(LibModuleManagerTest, AReleasePassVisitsAModuleThatAnotherOneUnregistered
     EXPECT_THAT(NextLife(), ElementsAre("+2", "+3", "-3", "-2"));
 }
 
-TEST_F(LibModuleManagerTest, UnregisteringTwiceDuringAReleaseRemovesOnce)
+TEST_F(LibModuleManagerTest, RemovesOnceWhenUnregisteredTwiceDuringARelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -210,7 +210,7 @@ TEST_F(LibModuleManagerTest, UnregisteringTwiceDuringAReleaseRemovesOnce)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, ComingBackDuringAReleaseDoesNotKeepAModule)
+TEST_F(LibModuleManagerTest, RemovesAModuleThatComesBackDuringARelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -226,7 +226,7 @@ TEST_F(LibModuleManagerTest, ComingBackDuringAReleaseDoesNotKeepAModule)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleRegisteredDuringAReleaseIsInitializedAndStays)
+TEST_F(LibModuleManagerTest, InitializesAndKeepsAModuleRegisteredDuringARelease)
 {
     m_manager.Register(&m_first);
     m_manager.Register(&m_second);
@@ -240,7 +240,7 @@ TEST_F(LibModuleManagerTest, AModuleRegisteredDuringAReleaseIsInitializedAndStay
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+2", "+3", "-3", "-2", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleRegisteredDuringTheStartHasItsTurnAtTheEnd)
+TEST_F(LibModuleManagerTest, InitializesAModuleRegisteredDuringTheStartLast)
 {
     m_manager.Register(&m_first);
     m_manager.Register(&m_second);
@@ -251,7 +251,7 @@ TEST_F(LibModuleManagerTest, AModuleRegisteredDuringTheStartHasItsTurnAtTheEnd)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "+3"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleMayUnregisterItselfDuringTheStart)
+TEST_F(LibModuleManagerTest, LetsAModuleUnregisterItselfDuringTheStart)
 {
     RegisterAll();
     m_second.onInitialize = [this] { m_manager.Unregister(&m_second); };
@@ -262,7 +262,7 @@ TEST_F(LibModuleManagerTest, AModuleMayUnregisterItselfDuringTheStart)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleUnregisteredBeforeItsTurnIsNotInitialized)
+TEST_F(LibModuleManagerTest, SkipsAModuleUnregisteredBeforeItsTurn)
 {
     RegisterAll();
     m_first.onInitialize = [this] { m_manager.Unregister(&m_second); };
@@ -272,7 +272,7 @@ TEST_F(LibModuleManagerTest, AModuleUnregisteredBeforeItsTurnIsNotInitialized)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+3"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleThatComesBackDuringTheStartGoesToTheEnd)
+TEST_F(LibModuleManagerTest, MovesAModuleThatComesBackDuringTheStartToTheEnd)
 {
     RegisterAll();
     m_first.onInitialize = [this] {
@@ -285,7 +285,7 @@ TEST_F(LibModuleManagerTest, AModuleThatComesBackDuringTheStartGoesToTheEnd)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+3", "+2"));
 }
 
-TEST_F(LibModuleManagerTest, UnregisteringDuringASecondStartReleases)
+TEST_F(LibModuleManagerTest, ReleasesAModuleUnregisteredDuringASecondStart)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -297,7 +297,7 @@ TEST_F(LibModuleManagerTest, UnregisteringDuringASecondStartReleases)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "-3"));
 }
 
-TEST_F(LibModuleManagerTest, UnregisteringAgainInItsOwnReleaseIsIgnored)
+TEST_F(LibModuleManagerTest, IgnoresUnregisteringAgainInItsOwnRelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -310,7 +310,7 @@ TEST_F(LibModuleManagerTest, UnregisteringAgainInItsOwnReleaseIsIgnored)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AReleasePassInsideOfAnotherOneKeepsTheListWhole)
+TEST_F(LibModuleManagerTest, KeepsTheListIntactInNestedReleasePasses)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -332,7 +332,7 @@ void ThrowByModule()
     throw std::runtime_error("thrown by the module");
 }
 
-TEST_F(LibModuleManagerTest, AModuleThatThrowsAtTheStartStopsNoOther)
+TEST_F(LibModuleManagerTest, InitializesTheOthersWhenAModuleThrows)
 {
     RegisterAll();
     m_first.onInitialize = ThrowByModule;
@@ -345,7 +345,7 @@ TEST_F(LibModuleManagerTest, AModuleThatThrowsAtTheStartStopsNoOther)
     EXPECT_EQ(m_calls.back(), "-3");
 }
 
-TEST_F(LibModuleManagerTest, ALateModuleThatThrowsIsNotRegistered)
+TEST_F(LibModuleManagerTest, DoesNotRegisterALateModuleThatThrows)
 {
     m_manager.Register(&m_first);
     m_manager.Initialize(false);
@@ -357,7 +357,7 @@ TEST_F(LibModuleManagerTest, ALateModuleThatThrowsIsNotRegistered)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleThatThrowsAtTheStopStopsNoOther)
+TEST_F(LibModuleManagerTest, ReleasesTheOthersWhenAModuleThrows)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -375,7 +375,7 @@ TEST_F(LibModuleManagerTest, AModuleThatThrowsAtTheStopStopsNoOther)
     EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, AfterAStopThatThrewTheRegistryIsStopped)
+TEST_F(LibModuleManagerTest, IsStoppedAfterAStopThatThrew)
 {
     m_manager.Register(&m_first);
     m_manager.Initialize(false);
@@ -390,7 +390,7 @@ TEST_F(LibModuleManagerTest, AfterAStopThatThrewTheRegistryIsStopped)
     EXPECT_THAT(NextLife(), ElementsAre("+2", "-2"));
 }
 
-TEST_F(LibModuleManagerTest, AModuleThatThrowsWhenItLeavesHasLeft)
+TEST_F(LibModuleManagerTest, RemovesAModuleThatThrowsWhenItLeaves)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -426,7 +426,7 @@ TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
     EXPECT_THAT(NextLife(), IsEmpty());
 }
 
-TEST_F(LibModuleManagerTest, OtherThreadsWaitForACallback)
+TEST_F(LibModuleManagerTest, MakesOtherThreadsWaitForACallback)
 {
     std::latch isInside(1);
     m_manager.Initialize(false);
@@ -446,7 +446,7 @@ TEST_F(LibModuleManagerTest, OtherThreadsWaitForACallback)
     EXPECT_THAT(m_calls, ElementsAre("+1", "end of 1", "+2"));
 }
 
-TEST_F(LibModuleManagerTest, TheRegistryOfTheProcessIsThereFromTheLoadOn)
+TEST_F(LibModuleManagerTest, ExistsForTheProcessFromTheLoadOn)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
 
@@ -457,7 +457,7 @@ TEST_F(LibModuleManagerTest, TheRegistryOfTheProcessIsThereFromTheLoadOn)
     EXPECT_EQ(LibModuleManager::s_pInstance, registry);
 }
 
-TEST_F(LibModuleManagerTest, ReleasingTheRegistryLeavesItsModulesAlone)
+TEST_F(LibModuleManagerTest, LeavesItsModulesAloneWhenReleased)
 {
     LibModuleManager* const atLoad = std::exchange(LibModuleManager::s_pInstance, nullptr);
     LibModuleManager::CreateInstance();

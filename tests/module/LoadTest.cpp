@@ -16,7 +16,7 @@ namespace {
 using TestSupport::ProgramResult;
 using TestSupport::RunProgram;
 
-TEST(LoadTest, TheConstantsHaveTheirValues)
+TEST(LoadTest, GivesTheConstantsTheirValues)
 {
     const std::pair<const TString<wchar_t>*, const wchar_t*> cases[] = {
         {&FileLogger::c_strTickSeparator, L"-"},
@@ -39,7 +39,7 @@ TEST(LoadTest, TheConstantsHaveTheirValues)
         EXPECT_EQ(*constant, expected);
 }
 
-TEST(LoadTest, LoadingAgainDoesNothing)
+TEST(LoadTest, DoesNothingWhenRepeated)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
 
@@ -48,7 +48,7 @@ TEST(LoadTest, LoadingAgainDoesNothing)
     EXPECT_EQ(LibModuleManager::GetInstance(), registry);
 }
 
-TEST(LoadTest, UnloadingTakesTheRegistryAwayUntilTheNextLoad)
+TEST(LoadTest, RemovesTheRegistryFromUnloadToTheNextLoad)
 {
     DllToolkitUnload();
     DllToolkitUnload();
@@ -62,7 +62,7 @@ TEST(LoadTest, UnloadingTakesTheRegistryAwayUntilTheNextLoad)
     LibModuleManager::GetInstance()->Release(true);
 }
 
-TEST(LoadTest, UnloadingReleasesWhatTheHostForgot)
+TEST(LoadTest, ReleasesWhatTheHostForgotAtUnload)
 {
     LibModuleManager::GetInstance()->Initialize(false);
 
@@ -72,7 +72,7 @@ TEST(LoadTest, UnloadingReleasesWhatTheHostForgot)
     DllToolkitLoad();
 }
 
-TEST(LoadTest, UnloadingCopesWithoutARegistry)
+TEST(LoadTest, UnloadsWithoutARegistry)
 {
     LibModuleManager::ReleaseInstance();
 
@@ -82,7 +82,7 @@ TEST(LoadTest, UnloadingCopesWithoutARegistry)
     EXPECT_NE(LibModuleManager::GetInstance(), nullptr);
 }
 
-TEST(LoadTest, TheStepsAreInOrderAndUndoneInReverse)
+TEST(LoadTest, RunsItsStepsInOrderAndUndoesThemInReverse)
 {
     const ProgramResult result = RunProgram(TOOLKIT_TEST_SEQUENCE_PROGRAM, {});
 
@@ -92,7 +92,7 @@ TEST(LoadTest, TheStepsAreInOrderAndUndoneInReverse)
                              "plugins ressources ressources config .qvlog");
 }
 
-TEST(LoadTest, StaticObjectsOfAProgramMayUseTheConstants)
+TEST(LoadTest, ConstructsTheConstantsBeforeStaticObjectsOfAProgram)
 {
     for (const char* const program : {TOOLKIT_TEST_CONSTANTS_PROGRAMS}) {
         SCOPED_TRACE(program);
@@ -104,7 +104,7 @@ TEST(LoadTest, StaticObjectsOfAProgramMayUseTheConstants)
 }
 
 #ifdef TOOLKIT_TEST_UNLOAD_PROGRAM
-TEST(LoadTest, TheLibraryCanBeUnloadedAndLoadedAgain)
+TEST(LoadTest, LoadsAgainAfterAnUnload)
 {
     const ProgramResult result = RunProgram(TOOLKIT_TEST_UNLOAD_PROGRAM, {TOOLKIT_TEST_LIBRARY});
 
@@ -113,7 +113,7 @@ TEST(LoadTest, TheLibraryCanBeUnloadedAndLoadedAgain)
                              "loaded\nregistry deleted\nunloaded\n");
 }
 
-TEST(LoadTest, ExceptionsPassBetweenHostAndPlugIn)
+TEST(LoadTest, PassesExceptionsBetweenHostAndPlugIn)
 {
     for (const char* const plugIn : {TOOLKIT_TEST_PLUG_INS}) {
         SCOPED_TRACE(plugIn);

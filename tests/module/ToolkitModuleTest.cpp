@@ -56,12 +56,12 @@ protected:
     const ScopedEnvironment m_home{"HOME", m_directory.Path()};
 };
 
-TEST_F(ToolkitModuleTest, LoadingCreatesNoObject)
+TEST_F(ToolkitModuleTest, CreatesNoObjectAtLoad)
 {
     EXPECT_EQ(Present(), "");
 }
 
-TEST_F(ToolkitModuleTest, AskingForAnObjectCreatesNone)
+TEST_F(ToolkitModuleTest, CreatesNoObjectInGetInstance)
 {
     EXPECT_FALSE(ILogger::GetInstance().IsValid());
     EXPECT_FALSE(SystemInfo::GetInstance().IsValid());
@@ -73,7 +73,7 @@ TEST_F(ToolkitModuleTest, AskingForAnObjectCreatesNone)
     EXPECT_EQ(Present(), "");
 }
 
-TEST_F(ToolkitModuleTest, InitializeCreatesAllObjects)
+TEST_F(ToolkitModuleTest, CreatesAllObjectsInInitialize)
 {
     LibModuleManager::GetInstance()->Initialize(true);
 
@@ -81,7 +81,7 @@ TEST_F(ToolkitModuleTest, InitializeCreatesAllObjects)
     LibModuleManager::GetInstance()->Release(true);
 }
 
-TEST_F(ToolkitModuleTest, TheFirstLoggerDiscardsEverything)
+TEST_F(ToolkitModuleTest, StartsWithALoggerThatDiscardsEverything)
 {
     LibModuleManager::GetInstance()->Initialize(true);
     testing::internal::CaptureStdout();
@@ -92,7 +92,7 @@ TEST_F(ToolkitModuleTest, TheFirstLoggerDiscardsEverything)
     LibModuleManager::GetInstance()->Release(true);
 }
 
-TEST_F(ToolkitModuleTest, CopiesOutliveTheRelease)
+TEST_F(ToolkitModuleTest, LetsCopiesOutliveTheRelease)
 {
     LibModuleManager::GetInstance()->Initialize(true);
     const smart_ptr<Version> version = Version::GetInstance();
@@ -106,7 +106,7 @@ TEST_F(ToolkitModuleTest, CopiesOutliveTheRelease)
     logger->Write(L"still there");
 }
 
-TEST_F(ToolkitModuleTest, StartAndStopCanBeRepeated)
+TEST_F(ToolkitModuleTest, CanBeStartedAndStoppedAgain)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
     for (int life = 0; life < 20; ++life) {
@@ -119,7 +119,7 @@ TEST_F(ToolkitModuleTest, StartAndStopCanBeRepeated)
     }
 }
 
-TEST_F(ToolkitModuleTest, EachLifeMayHaveItsLogFileAndForwarder)
+TEST_F(ToolkitModuleTest, SupportsALogFileAndForwarderPerStart)
 {
     const std::wstring name = L"toolkit-module-test-" + std::to_wstring(::getpid());
     for (int life = 0; life < 2; ++life) {
@@ -138,7 +138,7 @@ TEST_F(ToolkitModuleTest, EachLifeMayHaveItsLogFileAndForwarder)
     }
 }
 
-TEST_F(ToolkitModuleTest, AForwarderMayOutliveTheStop)
+TEST_F(ToolkitModuleTest, LetsAForwarderOutliveTheStop)
 {
     LibModuleManager::GetInstance()->Initialize(true);
     const WxLogForwarder forwarder;
@@ -149,7 +149,7 @@ TEST_F(ToolkitModuleTest, AForwarderMayOutliveTheStop)
     delete wxLog::SetActiveTarget(nullptr);
 }
 
-TEST_F(ToolkitModuleTest, StartsAndStopsOfTheFrameworkAreCounted)
+TEST_F(ToolkitModuleTest, CountsStartsAndStopsOfWxWidgets)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
     registry->Initialize(true);
@@ -161,7 +161,7 @@ TEST_F(ToolkitModuleTest, StartsAndStopsOfTheFrameworkAreCounted)
     EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
 }
 
-TEST_F(ToolkitModuleTest, StopsTooManyDoNoHarm)
+TEST_F(ToolkitModuleTest, IgnoresExcessStops)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
     registry->Initialize(true);
@@ -174,7 +174,7 @@ TEST_F(ToolkitModuleTest, StopsTooManyDoNoHarm)
     registry->Release(true);
 }
 
-TEST_F(ToolkitModuleTest, WorksWithoutTheFramework)
+TEST_F(ToolkitModuleTest, WorksWithoutWxWidgets)
 {
     LibModuleManager::GetInstance()->Initialize(false);
 
@@ -186,7 +186,7 @@ TEST_F(ToolkitModuleTest, WorksWithoutTheFramework)
     LibModuleManager::GetInstance()->Release(false);
 }
 
-TEST_F(ToolkitModuleTest, AHostKeepsItsOwnApplicationObject)
+TEST_F(ToolkitModuleTest, LeavesTheApplicationObjectToItsHost)
 {
     const TestSupport::ProgramResult result =
         TestSupport::RunProgram(TOOLKIT_TEST_HOST_PROGRAM, {});
@@ -196,7 +196,7 @@ TEST_F(ToolkitModuleTest, AHostKeepsItsOwnApplicationObject)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(ToolkitModuleTest, ObjectsComeAndGoInTheirOrder)
+TEST_F(ToolkitModuleTest, CreatesAndReleasesObjectsInTheirOrder)
 {
     const TestSupport::ProgramResult result =
         TestSupport::RunProgram(TOOLKIT_TEST_ORDER_PROGRAM, {});

@@ -5,19 +5,19 @@
 namespace Toolkit {
 namespace {
 
-TEST(LocalePatternsTest, OneBlankJoinsDateAndTime)
+TEST(LocalePatternsTest, JoinsDateAndTimeWithOneSpace)
 {
     EXPECT_EQ(LocalePatterns::Compose(L"M/d/yy", L"h:mm a"), L"M/d/yy h:mm a");
 }
 
-TEST(LocalePatternsTest, AHalfOutsideAsciiIsLeftOut)
+TEST(LocalePatternsTest, OmitsAHalfOutsideAscii)
 {
     EXPECT_EQ(LocalePatterns::Compose(L"d\u00E9", L"HH:mm"), L" HH:mm");
     EXPECT_EQ(LocalePatterns::Compose(L"d", L"HH\u202Fmm"), L"d ");
     EXPECT_EQ(LocalePatterns::Compose(L"\u00E9", L"\u00E9"), L" ");
 }
 
-TEST(LocalePatternsTest, AHalfOf255CharactersIsTheLongest)
+TEST(LocalePatternsTest, AcceptsAHalfOf255CharactersAtMost)
 {
     const std::wstring longest(255, L'd');
     const std::wstring tooLong(256, L'd');
@@ -26,7 +26,7 @@ TEST(LocalePatternsTest, AHalfOf255CharactersIsTheLongest)
     EXPECT_EQ(LocalePatterns::Compose(tooLong, L"h"), L" h");
 }
 
-TEST(LocalePatternsTest, EmptyHalvesLeaveTheBlank)
+TEST(LocalePatternsTest, KeepsTheSpaceOfEmptyHalves)
 {
     EXPECT_EQ(LocalePatterns::Compose(L"", L""), L" ");
 }

@@ -67,7 +67,7 @@ std::wstring DateFormat()
     return format;
 }
 
-TEST(LocalesIcuTest, PlainPatternsAreThoseOfTheInstalledIcu)
+TEST(LocalesIcuTest, ReturnsPlainPatternsOfTheInstalledIcu)
 {
     int plainLocales = 0;
     for (const std::string& locale : AvailableLocales()) {
@@ -84,7 +84,7 @@ TEST(LocalesIcuTest, PlainPatternsAreThoseOfTheInstalledIcu)
     EXPECT_GT(plainLocales, 50);
 }
 
-TEST(LocalesIcuTest, QuotedTextsLeaveOneSpaceInTheTime)
+TEST(LocalesIcuTest, ReplacesQuotedTextsOfATimeWithOneSpace)
 {
     for (const std::string& locale : AvailableLocales()) {
         const ScopedEnvironment environment("LC_ALL", locale);
@@ -107,7 +107,7 @@ std::wstring WithoutDayHalves(TString<wchar_t> text)
     return text;
 }
 
-TEST(LocalesIcuTest, NoLetterOfAPatternStaysInATextOfAnyLocale)
+TEST(LocalesIcuTest, LeavesNoPatternLetterInATextOfAnyLocale)
 {
     const ScopedTimeZone zone("UTC");
     for (const std::string& locale : AvailableLocales()) {

@@ -28,7 +28,7 @@ protected:
     const ScopedEnvironment m_language{"LANG", std::nullopt};
 };
 
-TEST_F(LocalesTest, DecimalSeparatorIsAFixedPoint)
+TEST_F(LocalesTest, ReturnsADotAsDecimalSeparator)
 {
     const ScopedEnvironment german("LC_ALL", "de_DE.UTF-8");
     TString<wchar_t> separator = L"old";
@@ -37,7 +37,7 @@ TEST_F(LocalesTest, DecimalSeparatorIsAFixedPoint)
     EXPECT_EQ(separator, L".");
 }
 
-TEST_F(LocalesTest, PatternsOutsideAsciiAreLeftOut)
+TEST_F(LocalesTest, OmitsPatternsOutsideAscii)
 {
     // Times in Dzongkha have words of their own script around the numbers.
     const ScopedEnvironment dzongkha("LC_ALL", "dz_BT");
@@ -45,14 +45,14 @@ TEST_F(LocalesTest, PatternsOutsideAsciiAreLeftOut)
     EXPECT_EQ(DateFormat(), L"yyyy-MM-dd ");
 }
 
-TEST_F(LocalesTest, QuotedTextsOfATimeLeaveOneSpace)
+TEST_F(LocalesTest, ReplacesQuotedTextsOfATimeWithOneSpace)
 {
     const ScopedEnvironment quebec("LC_ALL", "fr_CA");
 
     EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH mm");
 }
 
-TEST_F(LocalesTest, TheFirstVariableThatIsNotEmptyNamesTheLocale)
+TEST_F(LocalesTest, UsesTheFirstVariableThatIsNotEmpty)
 {
     const ScopedEnvironment language("LANG", "de_DE.UTF-8");
     EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
@@ -67,7 +67,7 @@ TEST_F(LocalesTest, TheFirstVariableThatIsNotEmptyNamesTheLocale)
     EXPECT_EQ(DateFormat(), L"dd/MM/yyyy HH:mm");
 }
 
-TEST_F(LocalesTest, NamesThatNoLocaleCanHaveGiveTheFormatOfNoCountry)
+TEST_F(LocalesTest, UsesTheRootFormatForImpossibleLocaleNames)
 {
     const std::string longWord(100000, 'a');
     const std::string cases[] = {"abcdefghi",
@@ -87,7 +87,7 @@ TEST_F(LocalesTest, NamesThatNoLocaleCanHaveGiveTheFormatOfNoCountry)
     }
 }
 
-TEST_F(LocalesTest, WithoutALocaleTheFormatIsThatOfTheUnitedStates)
+TEST_F(LocalesTest, UsesTheFormatOfTheUnitedStatesWithoutALocale)
 {
     EXPECT_EQ(DateFormat(), L"M/d/yy h:mm a");
     for (const char* const name : {"C", "POSIX", "C.UTF-8", ".UTF-8"}) {
@@ -96,7 +96,7 @@ TEST_F(LocalesTest, WithoutALocaleTheFormatIsThatOfTheUnitedStates)
     }
 }
 
-TEST_F(LocalesTest, TheLocaleOfTheCLibraryDoesNotCount)
+TEST_F(LocalesTest, IgnoresTheLocaleOfTheCLibrary)
 {
     const ScopedLocale locale("C.UTF-8");
     const ScopedEnvironment environment("LC_ALL", "de_DE.UTF-8");

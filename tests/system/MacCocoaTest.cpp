@@ -4,12 +4,12 @@
 
 namespace {
 
-TEST(MacCocoaTest, InitialisationSucceedsWhereNothingHasToBeLoaded)
+TEST(MacCocoaTest, InitialisesWhereNothingHasToBeLoaded)
 {
     EXPECT_TRUE(MacInitCocoa());
 }
 
-TEST(MacCocoaTest, PoolsNest)
+TEST(MacCocoaTest, NestsPools)
 {
     const MacAutoreleasePool outer;
     const MacAutoreleasePool inner;

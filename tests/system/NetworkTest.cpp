@@ -75,7 +75,7 @@ TEST(NetworkTest, ResolvesNames)
     EXPECT_TRUE(Network::TestConnection(L"localhost", listener.Port(), c_timeoutMs));
 }
 
-TEST(NetworkTest, AClosedPortIsRefusedAtOnce)
+TEST(NetworkTest, FailsAtOnceForAClosedPort)
 {
     unsigned short port = 0;
     {
@@ -88,13 +88,13 @@ TEST(NetworkTest, AClosedPortIsRefusedAtOnce)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(c_timeoutMs));
 }
 
-TEST(NetworkTest, ANameThatIsNoHostFails)
+TEST(NetworkTest, FailsForANameThatIsNoHost)
 {
     EXPECT_FALSE(Network::TestConnection(L"no host of this name", 80, c_timeoutMs));
     EXPECT_FALSE(Network::TestConnection(L"256.256.256.256", 80, c_timeoutMs));
 }
 
-TEST(NetworkTest, APeerThatNeverAnswersEndsTheWait)
+TEST(NetworkTest, StopsWaitingForAPeerThatNeverAnswers)
 {
     constexpr std::chrono::milliseconds timeout(300);
     Listener listener(0);
@@ -106,7 +106,7 @@ TEST(NetworkTest, APeerThatNeverAnswersEndsTheWait)
     EXPECT_GE(std::chrono::steady_clock::now() - start, timeout - std::chrono::milliseconds(20));
 }
 
-TEST(NetworkTest, TheCheckAsksAWebHostForTwoSeconds)
+TEST(NetworkTest, TriesAWebHostForTwoSeconds)
 {
     EXPECT_EQ(std::wstring(Network::c_testHost), L"www.example.com");
     EXPECT_EQ(Network::c_testPort, 80);

@@ -67,7 +67,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForThePreviousProcess)
                                                    L"<<< WaitingForPreviousProcessFinish()")));
 }
 
-TEST_F(RestartManagmentTest, FinishingTheRestartOnlyLogs)
+TEST_F(RestartManagmentTest, OnlyLogsWhenTheRestartFinishes)
 {
     const CapturedLog log;
 
@@ -77,7 +77,7 @@ TEST_F(RestartManagmentTest, FinishingTheRestartOnlyLogs)
                                                    L">>> RestartProcessFinish()")));
 }
 
-TEST_F(RestartManagmentTest, WritesEachPieceOfALineByItself)
+TEST_F(RestartManagmentTest, WritesEachPartOfALineSeparately)
 {
     const CapturedLog log;
 
@@ -88,7 +88,7 @@ TEST_F(RestartManagmentTest, WritesEachPieceOfALineByItself)
                             L" : ", L">>> RestartProcessFinish()", L"\n"));
 }
 
-TEST_F(RestartManagmentTest, TheNewProcessSeesTheProgramAndTheArgument)
+TEST_F(RestartManagmentTest, PassesTheProgramAndTheArgumentToTheNewProcess)
 {
     const std::filesystem::path program = Install("tool");
     const std::filesystem::path pipe = m_directory.Path() / "pipe";
@@ -103,7 +103,7 @@ TEST_F(RestartManagmentTest, TheNewProcessSeesTheProgramAndTheArgument)
     EXPECT_EQ(commandLine.get(), program.native() + "\n-restart\n");
 }
 
-TEST_F(RestartManagmentTest, ActivationDoesNotWaitForTheNewProcess)
+TEST_F(RestartManagmentTest, DoesNotWaitForTheNewProcess)
 {
     const std::filesystem::path program = Install("tool");
     const std::filesystem::path pipe = m_directory.Path() / "pipe";
@@ -117,7 +117,7 @@ TEST_F(RestartManagmentTest, ActivationDoesNotWaitForTheNewProcess)
     EXPECT_THAT(result.output, testing::EndsWith(")=1\n" + program.native() + "\n-restart\n"));
 }
 
-TEST_F(RestartManagmentTest, ActivationLogsTheProgramAndTheResult)
+TEST_F(RestartManagmentTest, LogsTheProgramAndTheResultOfTheActivation)
 {
     const std::filesystem::path program = Install("tool");
     // The new process may outlive the test's directory.
@@ -133,7 +133,7 @@ TEST_F(RestartManagmentTest, ActivationLogsTheProgramAndTheResult)
                                       L"<<< ActivateRestartProcess(" + path + L")=1")));
 }
 
-TEST_F(RestartManagmentTest, ActivationSucceedsWithoutTheProgram)
+TEST_F(RestartManagmentTest, ReturnsTrueWithoutTheProgram)
 {
     // The program is looked for without its extension.
     const ProgramResult result = RunProgram(Install("gone.bin"), {});
@@ -143,7 +143,7 @@ TEST_F(RestartManagmentTest, ActivationSucceedsWithoutTheProgram)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST(RestartManagmentDeathTest, ActivationSucceedsWithoutAProcess)
+TEST(RestartManagmentDeathTest, ReturnsTrueWithoutAProcess)
 {
     const auto activate = [] {
         TestSupport::AllowNoMoreProcesses();

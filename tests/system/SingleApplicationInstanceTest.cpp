@@ -158,12 +158,12 @@ protected:
     std::list<Copy> m_copies;
 };
 
-TEST_F(SingleApplicationInstanceTest, TheFirstCopyIsAlone)
+TEST_F(SingleApplicationInstanceTest, FindsNoOtherForTheFirstCopy)
 {
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, TheSecondCopySeesTheFirst)
+TEST_F(SingleApplicationInstanceTest, FindsTheFirstCopyFromTheSecond)
 {
     EXPECT_FALSE(Start().SeesAnother());
 
@@ -171,7 +171,7 @@ TEST_F(SingleApplicationInstanceTest, TheSecondCopySeesTheFirst)
     EXPECT_TRUE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, ACopyThatHasEndedIsNotSeen)
+TEST_F(SingleApplicationInstanceTest, IgnoresACopyThatHasEnded)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -181,7 +181,7 @@ TEST_F(SingleApplicationInstanceTest, ACopyThatHasEndedIsNotSeen)
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, ACopyThatHasStoppedTheLibraryIsNotSeen)
+TEST_F(SingleApplicationInstanceTest, IgnoresACopyThatHasStoppedTheLibrary)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -192,7 +192,7 @@ TEST_F(SingleApplicationInstanceTest, ACopyThatHasStoppedTheLibraryIsNotSeen)
     EXPECT_TRUE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, ACrashedCopyIsNotSeen)
+TEST_F(SingleApplicationInstanceTest, IgnoresACrashedCopy)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -204,7 +204,7 @@ TEST_F(SingleApplicationInstanceTest, ACrashedCopyIsNotSeen)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, AForkedChildOfACopyThatHasEndedIsNotSeen)
+TEST_F(SingleApplicationInstanceTest, IgnoresAForkedChildOfACopyThatHasEnded)
 {
     for (const bool crashes : {true, false}) {
         SCOPED_TRACE(crashes);
@@ -221,7 +221,7 @@ TEST_F(SingleApplicationInstanceTest, AForkedChildOfACopyThatHasEndedIsNotSeen)
     }
 }
 
-TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)
+TEST_F(SingleApplicationInstanceTest, IgnoresAnotherProcessWithTheIdOfACrashedCopy)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -234,7 +234,7 @@ TEST_F(SingleApplicationInstanceTest, AStrangerWithTheIdOfACrashedCopyIsNotSeen)
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, TheFrameworksCheckerSeesACopyAsLongAsItRuns)
+TEST_F(SingleApplicationInstanceTest, IsSeenByWxSingleInstanceCheckerAsLongAsItRuns)
 {
     Copy& copy = Start();
     EXPECT_FALSE(copy.SeesAnother());
@@ -245,7 +245,7 @@ TEST_F(SingleApplicationInstanceTest, TheFrameworksCheckerSeesACopyAsLongAsItRun
     EXPECT_FALSE(wxSingleInstanceChecker(copy.UniqueName()).IsAnotherRunning());
 }
 
-TEST_F(SingleApplicationInstanceTest, ACopySeesTheFrameworksChecker)
+TEST_F(SingleApplicationInstanceTest, FindsAWxSingleInstanceChecker)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -259,7 +259,7 @@ TEST_F(SingleApplicationInstanceTest, ACopySeesTheFrameworksChecker)
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, WhatStandsInTheCheckersPlaceStays)
+TEST_F(SingleApplicationInstanceTest, KeepsWhatIsInTheCheckersPlace)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -275,7 +275,7 @@ TEST_F(SingleApplicationInstanceTest, WhatStandsInTheCheckersPlaceStays)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, AFileThatIsNoLockFileInTheCheckersPlaceStays)
+TEST_F(SingleApplicationInstanceTest, KeepsAFileThatIsNoLockFileInTheCheckersPlace)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -301,7 +301,7 @@ TEST_F(SingleApplicationInstanceTest, AFileThatIsNoLockFileInTheCheckersPlaceSta
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, OfCopiesThatStartAtOnceExactlyOneIsAlone)
+TEST_F(SingleApplicationInstanceTest, FindsExactlyOneFirstOfCopiesThatStartAtOnce)
 {
     constexpr int rounds = 50;
     constexpr int copies = 3;
@@ -319,14 +319,14 @@ TEST_F(SingleApplicationInstanceTest, OfCopiesThatStartAtOnceExactlyOneIsAlone)
     }
 }
 
-TEST_F(SingleApplicationInstanceTest, TheSameProgramInAnotherDirectoryIsNotSeen)
+TEST_F(SingleApplicationInstanceTest, IgnoresTheSameProgramInAnotherDirectory)
 {
     EXPECT_FALSE(Start(Install(m_directory.Path() / "one")).SeesAnother());
 
     EXPECT_FALSE(Start(Install(m_directory.Path() / "other")).SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, ANameTooLongForAFileIsOneAllTheSame)
+TEST_F(SingleApplicationInstanceTest, AcceptsANameTooLongForAFile)
 {
     const std::string part(100, 'x');
     const std::filesystem::path folder = m_directory.Path() / part / part / part;
@@ -339,7 +339,7 @@ TEST_F(SingleApplicationInstanceTest, ANameTooLongForAFileIsOneAllTheSame)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, ProgramsOutsideAsciiSeeEachOther)
+TEST_F(SingleApplicationInstanceTest, FindsProgramsWithNamesOutsideAscii)
 {
     const std::filesystem::path program = Install(m_directory.Path() / "gr\xC3\xBC\xC3\x9F");
 
@@ -348,7 +348,7 @@ TEST_F(SingleApplicationInstanceTest, ProgramsOutsideAsciiSeeEachOther)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, WithoutAPlaceForTheLockNobodyIsSeenNorAnythingSaid)
+TEST_F(SingleApplicationInstanceTest, FindsAndLogsNothingWithoutAPlaceForTheLock)
 {
     m_directory.WriteFile(L"file", "");
     for (const std::filesystem::path& home :
@@ -362,7 +362,7 @@ TEST_F(SingleApplicationInstanceTest, WithoutAPlaceForTheLockNobodyIsSeenNorAnyt
     }
 }
 
-TEST_F(SingleApplicationInstanceTest, ALinkInTheLocksPlaceIsNotFollowed)
+TEST_F(SingleApplicationInstanceTest, DoesNotFollowALinkInTheLocksPlace)
 {
     PutALinkInTheLocksPlace();
 
@@ -371,7 +371,7 @@ TEST_F(SingleApplicationInstanceTest, ALinkInTheLocksPlaceIsNotFollowed)
     EXPECT_FALSE(std::filesystem::exists(m_directory.Path() / "target"));
 }
 
-TEST_F(SingleApplicationInstanceTest, CopiesThatCannotLockSeeEachOtherAllTheSame)
+TEST_F(SingleApplicationInstanceTest, FindsCopiesThatCannotLock)
 {
     PutALinkInTheLocksPlace();
 
@@ -380,7 +380,7 @@ TEST_F(SingleApplicationInstanceTest, CopiesThatCannotLockSeeEachOtherAllTheSame
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, ObjectsOfOneProcessAreOneInstance)
+TEST_F(SingleApplicationInstanceTest, TreatsObjectsOfOneProcessAsOneInstance)
 {
     PathManager::CreateInstance();
     auto first = std::make_unique<SingleApplicationInstance>();
@@ -394,13 +394,13 @@ TEST_F(SingleApplicationInstanceTest, ObjectsOfOneProcessAreOneInstance)
     PathManager::ReleaseInstance();
 }
 
-TEST_F(SingleApplicationInstanceTest, WithoutAPathManagerNobodyIsSeen)
+TEST_F(SingleApplicationInstanceTest, FindsNobodyWithoutAPathManager)
 {
     EXPECT_FALSE(SingleApplicationInstance().IsAlreadyRunning());
     EXPECT_TRUE(std::filesystem::is_empty(m_homePath));
 }
 
-TEST_F(SingleApplicationInstanceTest, ACopyOfThePointerKeepsTheLock)
+TEST_F(SingleApplicationInstanceTest, KeepsTheLockWithACopyOfThePointer)
 {
     PathManager::CreateInstance();
     SingleApplicationInstance::CreateInstance();

@@ -79,7 +79,7 @@ TEST_F(SystemInfoTest, MapsOperatingSystemsByTheirExactIdentifiers)
     }
 }
 
-TEST_F(SystemInfoTest, KnowsNoFamilyForAnythingElse)
+TEST_F(SystemInfoTest, ReturnsNoFamilyForAnythingElse)
 {
     constexpr int windowsMicro = 16;
     constexpr int windowsCe = 32;
@@ -99,7 +99,7 @@ TEST_F(SystemInfoTest, NumbersTheFamiliesFromZero)
     EXPECT_EQ(SystemInfo::PlatformUnix, 3);
 }
 
-TEST_F(SystemInfoTest, TellsTheVersionOfTheOperatingSystem)
+TEST_F(SystemInfoTest, ReportsTheVersionOfTheOperatingSystem)
 {
     wxPlatformInfo description(wxPORT_BASE);
     description.SetOSVersion(12, 34);
@@ -123,14 +123,14 @@ TEST_F(SystemInfoTest, DescribesTheRunningSystemByDefault)
     EXPECT_EQ(information.GetOSMinorVersion(), minor);
 }
 
-TEST_F(SystemInfoTest, AnswersTheQuestionsAboutRightsFixedly)
+TEST_F(SystemInfoTest, ReturnsFixedAnswersAboutRights)
 {
     EXPECT_FALSE(SystemInfo::HasAdministratorCredentials());
     EXPECT_FALSE(SystemInfo::HasPowerUserCredentials());
     EXPECT_TRUE(SystemInfo::CanElevateCredentialsUsingUAC());
 }
 
-TEST_F(SystemInfoTest, HandsTheTokensOnBehindTheProgramsPath)
+TEST_F(SystemInfoTest, PassesTheTokensAfterTheProgramsPath)
 {
     const std::pair<const wchar_t*, std::string> cases[] = {
         {L"", ""},
@@ -161,7 +161,7 @@ TEST_F(SystemInfoTest, StartsAProgramWhosePathIsNotAscii)
     EXPECT_EQ(m_directory.ReadFile(L"report"), program.native() + "\n0 inherited files\n");
 }
 
-TEST_F(SystemInfoTest, HandsNoOpenFileOn)
+TEST_F(SystemInfoTest, PassesNoOpenFileOn)
 {
     const int inheritable = ::open("/dev/null", O_RDONLY);
     const int higher = ::fcntl(inheritable, F_DUPFD, 500);
@@ -174,7 +174,7 @@ TEST_F(SystemInfoTest, HandsNoOpenFileOn)
     ::close(inheritable);
 }
 
-TEST_F(SystemInfoTest, WaitingTakesTheProcessAway)
+TEST_F(SystemInfoTest, ReapsTheProcessThatItWaitsFor)
 {
     const int process = SystemInfo::StartProcess(c_startedProgram, L"", true);
 
@@ -183,7 +183,7 @@ TEST_F(SystemInfoTest, WaitingTakesTheProcessAway)
     EXPECT_EQ(errno, ECHILD);
 }
 
-TEST_F(SystemInfoTest, WithoutWaitingTheProcessGoesOnByItself)
+TEST_F(SystemInfoTest, LetsTheProcessContinueWithoutWaiting)
 {
     // The program cannot end before somebody reads what it reports.
     const std::filesystem::path pipe = m_directory.Path() / "pipe";
@@ -198,7 +198,7 @@ TEST_F(SystemInfoTest, WithoutWaitingTheProcessGoesOnByItself)
     EXPECT_EQ(ExitCodeOf(process), 0);
 }
 
-TEST_F(SystemInfoTest, AProgramThatCannotBeStartedShowsInTheExitStatus)
+TEST_F(SystemInfoTest, ShowsAFailedProgramInTheExitStatus)
 {
     const std::pair<TString<wchar_t>, int> cases[] = {
         {m_directory.File(L"missing"), ENOENT},
@@ -216,12 +216,12 @@ TEST_F(SystemInfoTest, AProgramThatCannotBeStartedShowsInTheExitStatus)
     }
 }
 
-TEST_F(SystemInfoTest, WaitingForAFailedProgramGivesItsIdNotItsStatus)
+TEST_F(SystemInfoTest, ReturnsTheIdOfAFailedProgramNotItsStatus)
 {
     EXPECT_GT(SystemInfo::StartProcess(m_directory.File(L"missing"), L"", true), 0);
 }
 
-TEST_F(SystemInfoTest, WaitingFailsWhenNoStatusIsKept)
+TEST_F(SystemInfoTest, FailsToWaitWhenNoStatusIsKept)
 {
     const auto previous = ::signal(SIGCHLD, SIG_IGN);
 
@@ -229,7 +229,7 @@ TEST_F(SystemInfoTest, WaitingFailsWhenNoStatusIsKept)
     ::signal(SIGCHLD, previous);
 }
 
-TEST(SystemInfoDeathTest, AProcessThatCannotBeMadeGivesTheErrorNumber)
+TEST(SystemInfoDeathTest, ReturnsTheErrorNumberWhenNoProcessCanBeCreated)
 {
     const auto start = [](bool wait) {
         TestSupport::AllowNoMoreProcesses();
@@ -240,7 +240,7 @@ TEST(SystemInfoDeathTest, AProcessThatCannotBeMadeGivesTheErrorNumber)
     EXPECT_EXIT(start(true), testing::ExitedWithCode(EAGAIN), "");
 }
 
-TEST_F(SystemInfoTest, WithoutMemoryForItsArgumentsNoProcessIsMade)
+TEST_F(SystemInfoTest, CreatesNoProcessWithoutMemoryForItsArguments)
 {
     const TString<wchar_t> path = m_directory.File(L"missing program");
     const TString<wchar_t> arguments = L"a-rather-long-argument another-rather-long-argument";
@@ -258,7 +258,7 @@ TEST_F(SystemInfoTest, WithoutMemoryForItsArgumentsNoProcessIsMade)
     EXPECT_GT(failures, 3);
 }
 
-TEST_F(SystemInfoTest, BuffersAndDestructorsOfTheStarterRunOnce)
+TEST_F(SystemInfoTest, FlushesAndDestroysOnlyInTheStarter)
 {
     const ProgramResult result = RunProgram(TOOLKIT_TEST_STARTING_PROGRAM, {});
 
@@ -266,7 +266,7 @@ TEST_F(SystemInfoTest, BuffersAndDestructorsOfTheStarterRunOnce)
     EXPECT_EQ(result.output, "buffered\ndestroyed\n");
 }
 
-TEST_F(SystemInfoTest, StartsNeverHangInABusyProcess)
+TEST_F(SystemInfoTest, NeverHangsInABusyProcess)
 {
     std::atomic<bool> stop{false};
     std::vector<std::thread> allocating;
@@ -287,7 +287,7 @@ TEST_F(SystemInfoTest, StartsNeverHangInABusyProcess)
     EXPECT_EQ(ended, 300);
 }
 
-TEST_F(SystemInfoTest, TheProcessWideObjectIsHandedOutUntilItsRelease)
+TEST_F(SystemInfoTest, ReturnsTheProcessWideObjectUntilItsRelease)
 {
     SystemInfo::CreateInstance();
     const smart_ptr<SystemInfo> copy = SystemInfo::GetInstance();

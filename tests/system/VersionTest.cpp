@@ -31,7 +31,7 @@ TEST(VersionTest, KeepsItsFourParts)
     EXPECT_EQ(PartsOf(Version(1, 2, 3, 4294967295)), (Parts{1, 2, 3, 4294967295}));
 }
 
-TEST(VersionTest, ReadsUpToFourNumbersFromAText)
+TEST(VersionTest, ReadsUpToFourNumbersFromAString)
 {
     const std::pair<const wchar_t*, Parts> cases[] = {
         {L"2", {2, 0, 0, 0}},
@@ -47,7 +47,7 @@ TEST(VersionTest, ReadsUpToFourNumbersFromAText)
     }
 }
 
-TEST(VersionTest, PutsUpWithTextsThatAreNoVersion)
+TEST(VersionTest, AcceptsStringsThatAreNoVersion)
 {
     const std::pair<const wchar_t*, Parts> cases[] = {
         {L"", {0, 0, 0, 0}},       {L".", {0, 0, 0, 0}},        {L"1..2", {1, 2, 0, 0}},
@@ -93,7 +93,7 @@ TEST(VersionTest, ComparesToMinusOneZeroAndOne)
     EXPECT_EQ(version.CompareVersion(Version(1, 2, 3, 3)), 1);
 }
 
-TEST(VersionTest, ComparesWithATextAsWithItsVersion)
+TEST(VersionTest, ComparesWithAStringAsWithItsVersion)
 {
     const Version version(1, 2, 0, 0);
 
@@ -109,7 +109,7 @@ TEST(VersionTest, CreatesTheVersionOfTheLibrary)
     EXPECT_EQ(version->ToString(), L"1.0.332.3");
 }
 
-TEST(VersionTest, TheProcessWideObjectIsTheLibrarysVersion)
+TEST(VersionTest, HoldsTheLibrarysVersionInTheProcessWideObject)
 {
     Version::CreateInstance();
 
@@ -117,7 +117,7 @@ TEST(VersionTest, TheProcessWideObjectIsTheLibrarysVersion)
     Version::ReleaseInstance();
 }
 
-TEST(VersionTest, CreatingTheProcessWideObjectAgainKeepsIt)
+TEST(VersionTest, KeepsTheProcessWideObjectWhenCreatedAgain)
 {
     Version::CreateInstance();
     const Version* const first = Version::GetInstance().Get();
@@ -140,7 +140,7 @@ TEST(VersionTest, ACopyOutlivesTheRelease)
     EXPECT_EQ(copy->ToString(), L"1.0.332.3");
 }
 
-TEST(VersionTest, ReleasingWithoutAnObjectDoesNothing)
+TEST(VersionTest, DoesNothingWhenReleasedWithoutAnObject)
 {
     Version::ReleaseInstance();
 

@@ -54,7 +54,7 @@ TEST_F(BackgroundOperationTest, KeepsItsIdentifier)
     EXPECT_EQ(m_operation.GetOperationId(), 42u);
 }
 
-TEST_F(BackgroundOperationTest, TellsItsHandlersInOrder)
+TEST_F(BackgroundOperationTest, NotifiesItsHandlersInOrder)
 {
     AddHandler("a");
     AddHandler("b");
@@ -65,7 +65,7 @@ TEST_F(BackgroundOperationTest, TellsItsHandlersInOrder)
     EXPECT_THAT(m_notes, ElementsAre("a started", "b started", "a ended", "b ended"));
 }
 
-TEST_F(BackgroundOperationTest, WithoutHandlersOnlyTheEventChanges)
+TEST_F(BackgroundOperationTest, ChangesOnlyTheEventWithoutHandlers)
 {
     m_operation.SendOperationStarted();
     m_operation.SendOperationEnded();
@@ -73,7 +73,7 @@ TEST_F(BackgroundOperationTest, WithoutHandlersOnlyTheEventChanges)
     EXPECT_TRUE(m_operation.Wait());
 }
 
-TEST_F(BackgroundOperationTest, WaitEndsWithTheOperation)
+TEST_F(BackgroundOperationTest, EndsWaitWithTheOperation)
 {
     m_operation.SendOperationStarted();
     std::future<bool> waiting = WaitOnAThread();
@@ -84,7 +84,7 @@ TEST_F(BackgroundOperationTest, WaitEndsWithTheOperation)
     EXPECT_TRUE(waiting.get());
 }
 
-TEST_F(BackgroundOperationTest, WaitBlocksBeforeTheFirstEndAndAfterANewStart)
+TEST_F(BackgroundOperationTest, BlocksWaitBeforeTheFirstEndAndAfterANewStart)
 {
     std::future<bool> first = WaitOnAThread();
     EXPECT_EQ(first.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
@@ -114,7 +114,7 @@ private:
     const BackgroundOperation& m_operation;
 };
 
-TEST_F(BackgroundOperationTest, TheEventChangesBeforeHandlersAreTold)
+TEST_F(BackgroundOperationTest, ChangesTheEventBeforeItNotifiesHandlers)
 {
     m_operation.AddListener(
         smart_ptr<BackgroundOperationHandler>(new EventOrderHandler(m_operation)));
@@ -151,7 +151,7 @@ private:
     std::future<bool> m_waiting;
 };
 
-TEST_F(BackgroundOperationTest, WaitersGoOnWhileTheHandlersAreTold)
+TEST_F(BackgroundOperationTest, ReleasesWaitersWhileItNotifiesHandlers)
 {
     auto* const handler = new WaitingHandler(m_operation);
     m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(handler));
@@ -161,7 +161,7 @@ TEST_F(BackgroundOperationTest, WaitersGoOnWhileTheHandlersAreTold)
     m_operation.SendOperationEnded();
 }
 
-TEST_F(BackgroundOperationTest, TheSignalIsTakenBackBeforeTheHandlersAreTold)
+TEST_F(BackgroundOperationTest, ResetsTheSignalBeforeItNotifiesHandlers)
 {
     m_operation.SendOperationEnded();
     auto* const handler = new WaitingHandler(m_operation);
@@ -173,7 +173,7 @@ TEST_F(BackgroundOperationTest, TheSignalIsTakenBackBeforeTheHandlersAreTold)
     m_operation.SendOperationEnded();
 }
 
-TEST_F(BackgroundOperationTest, AHandlerThatThrowsLeavesTheEventChanged)
+TEST_F(BackgroundOperationTest, ChangesTheEventEvenIfAHandlerThrows)
 {
     class Thrower : public BackgroundOperationHandler {
     public:
@@ -188,7 +188,7 @@ TEST_F(BackgroundOperationTest, AHandlerThatThrowsLeavesTheEventChanged)
     EXPECT_TRUE(m_operation.Wait());
 }
 
-TEST_F(BackgroundOperationTest, EndingTwiceChangesNothing)
+TEST_F(BackgroundOperationTest, ChangesNothingWhenEndedTwice)
 {
     AddHandler("a");
 
@@ -207,12 +207,12 @@ TEST_F(BackgroundOperationTest, IsANotifierOfItsHandlers)
     static_assert(std::has_virtual_destructor_v<BackgroundOperationHandler>);
 }
 
-TEST_F(BackgroundOperationTest, DateIsZeroBeforeTheFirstProgress)
+TEST_F(BackgroundOperationTest, ReturnsADateOfZeroBeforeTheFirstProgress)
 {
     EXPECT_EQ(m_operation.GetLastOperationDate(), 0u);
 }
 
-TEST_F(BackgroundOperationTest, ProgressIsDatedByTheTickCount)
+TEST_F(BackgroundOperationTest, DatesProgressByTheTickCount)
 {
     const unsigned int before = GetTickCount();
     m_operation.UpdateLastOperationDate();

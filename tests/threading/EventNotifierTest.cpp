@@ -120,7 +120,7 @@ TEST_F(EventNotifierTest, RemovesTheFirstEntryOfAListener)
     EXPECT_THAT(m_calls, ElementsAre("b", "a"));
 }
 
-TEST_F(EventNotifierTest, TellsWhenThereIsNothingToRemove)
+TEST_F(EventNotifierTest, ReturnsFalseWhenThereIsNothingToRemove)
 {
     m_notifier.AddListener(Make("a"));
 
@@ -137,7 +137,7 @@ TEST_F(EventNotifierTest, SharesItsListeners)
     EXPECT_THAT(m_gone, ElementsAre("a"));
 }
 
-TEST_F(EventNotifierTest, AListenerMayRemoveItself)
+TEST_F(EventNotifierTest, LetsAListenerRemoveItself)
 {
     smart_ptr<IListener> self;
     self = Make("a", [&] { m_notifier.RemoveListener(self); });
@@ -150,7 +150,7 @@ TEST_F(EventNotifierTest, AListenerMayRemoveItself)
     EXPECT_THAT(m_calls, ElementsAre("a", "b", "b"));
 }
 
-TEST_F(EventNotifierTest, AListenerThatRemovesItsLastReferenceLivesUntilThePassEnds)
+TEST_F(EventNotifierTest, KeepsARemovedListenerAliveUntilThePassEnds)
 {
     smart_ptr<IListener> self;
     self = Make("a", [&] {
@@ -165,7 +165,7 @@ TEST_F(EventNotifierTest, AListenerThatRemovesItsLastReferenceLivesUntilThePassE
     EXPECT_THAT(m_gone, ElementsAre("a"));
 }
 
-TEST_F(EventNotifierTest, AListenerThatWasRemovedBeforeItsTurnIsNotCalled)
+TEST_F(EventNotifierTest, SkipsAListenerThatWasRemovedBeforeItsTurn)
 {
     const smart_ptr<IListener> last = Make("c");
     m_notifier.AddListener(Make("a", [&] { m_notifier.RemoveListener(last); }));
@@ -177,7 +177,7 @@ TEST_F(EventNotifierTest, AListenerThatWasRemovedBeforeItsTurnIsNotCalled)
     EXPECT_THAT(m_calls, ElementsAre("a", "b"));
 }
 
-TEST_F(EventNotifierTest, AListenerThatIsAddedDuringAPassIsCalledInIt)
+TEST_F(EventNotifierTest, CallsAListenerThatIsAddedDuringThePass)
 {
     bool hasAdded = false;
     m_notifier.AddListener(Make("a", [&] {
@@ -191,7 +191,7 @@ TEST_F(EventNotifierTest, AListenerThatIsAddedDuringAPassIsCalledInIt)
     EXPECT_THAT(m_calls, ElementsAre("a", "b"));
 }
 
-TEST_F(EventNotifierTest, PassesNest)
+TEST_F(EventNotifierTest, SupportsNestedPasses)
 {
     const smart_ptr<IListener> last = Make("c");
     bool isNested = false;
@@ -209,7 +209,7 @@ TEST_F(EventNotifierTest, PassesNest)
     EXPECT_THAT(m_calls, ElementsAre("a", "a", "b", "b"));
 }
 
-TEST_F(EventNotifierTest, AHandlerThatThrowsEndsThePassAndItsLock)
+TEST_F(EventNotifierTest, EndsThePassAndItsLockWhenAHandlerThrows)
 {
     m_notifier.AddListener(Make("a", [] { throw std::runtime_error("handler"); }));
     m_notifier.AddListener(Make("b"));
@@ -221,7 +221,7 @@ TEST_F(EventNotifierTest, AHandlerThatThrowsEndsThePassAndItsLock)
     EXPECT_EQ(adding.wait_for(std::chrono::seconds(60)), std::future_status::ready);
 }
 
-TEST_F(EventNotifierTest, AListenerMayRemoveOneThatWasCalledBefore)
+TEST_F(EventNotifierTest, LetsAListenerRemoveOneThatWasCalledBefore)
 {
     const smart_ptr<IListener> first = Make("a");
     m_notifier.AddListener(first);
@@ -234,7 +234,7 @@ TEST_F(EventNotifierTest, AListenerMayRemoveOneThatWasCalledBefore)
     EXPECT_THAT(m_calls, ElementsAre("a", "b", "c", "b", "c"));
 }
 
-TEST_F(EventNotifierTest, AListenerMayRemoveAllOfThem)
+TEST_F(EventNotifierTest, LetsAListenerRemoveAllOfThem)
 {
     std::vector<smart_ptr<IListener>> all;
     all.push_back(Make("a", [&] {
@@ -252,7 +252,7 @@ TEST_F(EventNotifierTest, AListenerMayRemoveAllOfThem)
     EXPECT_THAT(m_calls, ElementsAre("a"));
 }
 
-TEST_F(EventNotifierTest, AListenerThatWasRemovedAndAddedAgainIsCalledAtTheEnd)
+TEST_F(EventNotifierTest, CallsAListenerThatWasRemovedAndAddedAgainAtTheEnd)
 {
     smart_ptr<IListener> self;
     bool hasMoved = false;
@@ -270,7 +270,7 @@ TEST_F(EventNotifierTest, AListenerThatWasRemovedAndAddedAgainIsCalledAtTheEnd)
     EXPECT_THAT(m_calls, ElementsAre("a", "b", "a"));
 }
 
-TEST_F(EventNotifierTest, AfterAHandlerThatThrewPassesAreWhole)
+TEST_F(EventNotifierTest, RunsWholePassesAfterAHandlerThatThrew)
 {
     bool hasThrown = false;
     smart_ptr<IListener> self;
@@ -288,7 +288,7 @@ TEST_F(EventNotifierTest, AfterAHandlerThatThrewPassesAreWhole)
     EXPECT_THAT(m_calls, ElementsAre("a", "b"));
 }
 
-TEST_F(EventNotifierTest, ThreadsMayAddRemoveAndNotifyAtOnce)
+TEST_F(EventNotifierTest, LetsThreadsAddRemoveAndNotifyAtOnce)
 {
     constexpr int rounds = 1000;
     std::atomic<int> calls = 0;
@@ -310,7 +310,7 @@ TEST_F(EventNotifierTest, ThreadsMayAddRemoveAndNotifyAtOnce)
     EXPECT_EQ(calls, 0);
 }
 
-TEST_F(EventNotifierTest, OtherThreadsWaitForTheEndOfAPass)
+TEST_F(EventNotifierTest, MakesOtherThreadsWaitForTheEndOfAPass)
 {
     std::latch isCalled(1);
     std::promise<void> mayReturn;

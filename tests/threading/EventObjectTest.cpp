@@ -48,7 +48,7 @@ TEST(EventObjectTest, BeginsInItsInitialState)
     EXPECT_TRUE(signalled.Wait(0));
 }
 
-TEST(EventObjectTest, AutomaticResetShowsASignalOnce)
+TEST(EventObjectTest, ShowsASignalOnceWithAutomaticReset)
 {
     EventObject event(c_autoReset, !c_signalled);
 
@@ -58,7 +58,7 @@ TEST(EventObjectTest, AutomaticResetShowsASignalOnce)
     EXPECT_FALSE(event.Wait(0));
 }
 
-TEST(EventObjectTest, AutomaticResetClearsTheInitialState)
+TEST(EventObjectTest, ClearsTheInitialStateWithAutomaticReset)
 {
     EventObject event(c_autoReset, c_signalled);
 
@@ -66,7 +66,7 @@ TEST(EventObjectTest, AutomaticResetClearsTheInitialState)
     EXPECT_FALSE(event.Wait(0));
 }
 
-TEST(EventObjectTest, ManualResetShowsASignalUntilReset)
+TEST(EventObjectTest, ShowsASignalUntilResetWithManualReset)
 {
     EventObject event(!c_autoReset, !c_signalled);
 
@@ -87,7 +87,7 @@ TEST(EventObjectTest, CanBeSignalledAgainAfterAReset)
     EXPECT_TRUE(event.Wait(0));
 }
 
-TEST(EventObjectTest, WaitEndsAfterItsTimeout)
+TEST(EventObjectTest, EndsWaitAfterItsTimeout)
 {
     EventObject event(c_autoReset, !c_signalled);
 
@@ -99,7 +99,7 @@ TEST(EventObjectTest, WaitEndsAfterItsTimeout)
     }
 }
 
-TEST(EventObjectTest, ZeroTimeoutNeverSleeps)
+TEST(EventObjectTest, NeverSleepsWithAZeroTimeout)
 {
     EventObject event(c_autoReset, !c_signalled);
 
@@ -112,14 +112,14 @@ TEST(EventObjectTest, ZeroTimeoutNeverSleeps)
     EXPECT_LT(fastest, std::chrono::milliseconds(1));
 }
 
-TEST(EventObjectTest, OneOfSeveralWaitersSeesASignal)
+TEST(EventObjectTest, ShowsASignalToOneOfSeveralWaiters)
 {
     EventObject event(c_autoReset, !c_signalled);
 
     EXPECT_EQ(CountWaitersThatSee(event, 4, 600, [&event] { event.Signal(); }), 1);
 }
 
-TEST(EventObjectTest, WaitLooksOnceMoreWhenItsTimeIsOver)
+TEST(EventObjectTest, ChecksOnceMoreWhenTheTimeoutEnds)
 {
     EventObject event(c_autoReset, !c_signalled);
     const auto signalDuringTheOnlySlice = [&event] {
@@ -136,14 +136,14 @@ TEST(EventObjectTest, WaitLooksOnceMoreWhenItsTimeIsOver)
     EXPECT_EQ(seen, 1);
 }
 
-TEST(EventObjectTest, AllWaitersSeeASignalThatStays)
+TEST(EventObjectTest, ShowsASignalThatStaysToAllWaiters)
 {
     EventObject event(!c_autoReset, !c_signalled);
 
     EXPECT_EQ(CountWaitersThatSee(event, 4, 0xFFFFFFFF, [&event] { event.Signal(); }), 4);
 }
 
-TEST(EventObjectTest, SignalsOfManyThreadsAreNeverLost)
+TEST(EventObjectTest, LosesNoSignalsOfManyThreads)
 {
     constexpr int rounds = 20000;
     EventObject event(c_autoReset, !c_signalled);
@@ -167,7 +167,7 @@ TEST(EventObjectTest, SignalsOfManyThreadsAreNeverLost)
     EXPECT_EQ(seen, 2 * rounds);
 }
 
-TEST(EventObjectTest, SignalShowsWhatCameBeforeIt)
+TEST(EventObjectTest, MakesEarlierWritesVisibleToTheWaiter)
 {
     EventObject event(c_autoReset, !c_signalled);
     EventObject answer(c_autoReset, !c_signalled);

@@ -19,7 +19,7 @@ bool FrameworkRuns()
     return wxAppConsole::GetInstance() != nullptr;
 }
 
-TEST(FrameworkHoldTest, FrameworkRunsAsLongAsAnyHold)
+TEST(FrameworkHoldTest, KeepsWxWidgetsRunningAsLongAsAnyHold)
 {
     std::optional<FrameworkHold> first(std::in_place);
     std::optional<FrameworkHold> second(std::in_place);
@@ -30,7 +30,7 @@ TEST(FrameworkHoldTest, FrameworkRunsAsLongAsAnyHold)
     EXPECT_FALSE(FrameworkRuns());
 }
 
-TEST(FrameworkHoldTest, FrameworkCanBeHeldAgain)
+TEST(FrameworkHoldTest, CanHoldWxWidgetsAgain)
 {
     for (int i = 0; i < 3; ++i) {
         const FrameworkHold hold;
@@ -39,7 +39,7 @@ TEST(FrameworkHoldTest, FrameworkCanBeHeldAgain)
     EXPECT_FALSE(FrameworkRuns());
 }
 
-TEST(FrameworkHoldTest, ThreadOutlivesTheRelease)
+TEST(FrameworkHoldTest, LetsAThreadOutliveTheRelease)
 {
     class Idle : public Thread {
         int DoWork() override { return 0; }
@@ -53,7 +53,7 @@ TEST(FrameworkHoldTest, ThreadOutlivesTheRelease)
     EXPECT_FALSE(FrameworkRuns());
 }
 
-TEST(FrameworkHoldTest, LetGoOnAnotherThreadTheFrameworkWaitsForTheNextEnd)
+TEST(FrameworkHoldTest, WaitsForTheNextEndWhenReleasedOnAnotherThread)
 {
     auto hold = std::make_unique<FrameworkHold>();
     std::thread([&hold] { hold.reset(); }).join();
@@ -64,7 +64,7 @@ TEST(FrameworkHoldTest, LetGoOnAnotherThreadTheFrameworkWaitsForTheNextEnd)
     EXPECT_FALSE(FrameworkRuns());
 }
 
-TEST(FrameworkHoldTest, SeveralEndsOnAnotherThreadAreMadeUpFor)
+TEST(FrameworkHoldTest, MakesUpForSeveralEndsOnAnotherThread)
 {
     auto first = std::make_unique<FrameworkHold>();
     auto second = std::make_unique<FrameworkHold>();
@@ -79,7 +79,7 @@ TEST(FrameworkHoldTest, SeveralEndsOnAnotherThreadAreMadeUpFor)
     EXPECT_FALSE(FrameworkRuns());
 }
 
-TEST(FrameworkHoldTest, ApplicationOfTheProgramIsLeftAlone)
+TEST(FrameworkHoldTest, LeavesTheApplicationOfTheProgramAlone)
 {
     // The framework owns the application object from now on.
     auto* const application = new wxAppConsole();

@@ -58,7 +58,7 @@ TEST(MutexTest, IsFreeAfterConstruction)
     EXPECT_TRUE(TryLockOnOtherThread(mutex));
 }
 
-TEST(MutexTest, ConstructionCanTakeTheLock)
+TEST(MutexTest, CanTakeTheLockDuringConstruction)
 {
     Mutex mutex(true);
 
@@ -66,7 +66,7 @@ TEST(MutexTest, ConstructionCanTakeTheLock)
     EXPECT_TRUE(mutex.Unlock());
 }
 
-TEST(MutexTest, ZeroTimeoutOnABusyMutexFails)
+TEST(MutexTest, FailsWithAZeroTimeoutWhenBusy)
 {
     Mutex mutex(false);
     const OtherOwner owner(mutex);
@@ -74,7 +74,7 @@ TEST(MutexTest, ZeroTimeoutOnABusyMutexFails)
     EXPECT_FALSE(mutex.Lock(0));
 }
 
-TEST(MutexTest, FiniteTimeoutOnABusyMutexSleepsAfterEachAttempt)
+TEST(MutexTest, SleepsAfterEachAttemptWithAFiniteTimeout)
 {
     Mutex mutex(false);
     const OtherOwner owner(mutex);
@@ -84,7 +84,7 @@ TEST(MutexTest, FiniteTimeoutOnABusyMutexSleepsAfterEachAttempt)
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
 }
 
-TEST(MutexTest, TimeoutBelowTenMillisecondsNeverSleeps)
+TEST(MutexTest, NeverSleepsWithATimeoutBelowTenMilliseconds)
 {
     Mutex mutex(false);
     const OtherOwner owner(mutex);
@@ -98,7 +98,7 @@ TEST(MutexTest, TimeoutBelowTenMillisecondsNeverSleeps)
     EXPECT_LT(fastest, std::chrono::milliseconds(10));
 }
 
-TEST(MutexTest, FiniteTimeoutTakesAFreeMutexAtOnce)
+TEST(MutexTest, LocksAtOnceWithAFiniteTimeoutWhenFree)
 {
     Mutex mutex(false);
 
@@ -107,7 +107,7 @@ TEST(MutexTest, FiniteTimeoutTakesAFreeMutexAtOnce)
     EXPECT_TRUE(mutex.Unlock());
 }
 
-TEST(MutexTest, WaitsUntilTheOwnerLetsGo)
+TEST(MutexTest, WaitsUntilTheOwnerUnlocks)
 {
     for (const unsigned int timeoutMs : {600000u, MutexInternal::Infinite}) {
         SCOPED_TRACE(timeoutMs);
@@ -123,7 +123,7 @@ TEST(MutexTest, WaitsUntilTheOwnerLetsGo)
     }
 }
 
-TEST(MutexTest, OwnerLocksAgainWithAnyTimeout)
+TEST(MutexTest, LetsTheOwnerLockAgainWithAnyTimeout)
 {
     Mutex mutex(true);
 
@@ -146,7 +146,7 @@ TEST(MutexTest, IsHeldUntilUnlockedAsOftenAsLocked)
     EXPECT_TRUE(TryLockOnOtherThread(mutex));
 }
 
-TEST(MutexTest, OnlyTheOwnerUnlocks)
+TEST(MutexTest, CanBeUnlockedByTheOwnerOnly)
 {
     Mutex mutex(false);
 
@@ -196,7 +196,7 @@ TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasGone)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(MutexTest, IsFreeWhateverBecameOfOthersBefore)
+TEST(MutexTest, IsFreeWhateverHappenedToEarlierMutexes)
 {
     for (int i = 0; i < 20; ++i) {
         {
@@ -213,7 +213,7 @@ TEST(MutexTest, IsFreeWhateverBecameOfOthersBefore)
     }
 }
 
-TEST(MutexTest, IsOfItsThreadAloneWhenManyAreMadeOnManyThreads)
+TEST(MutexTest, BelongsToItsThreadWhenManyThreadsCreateMany)
 {
     const auto makeAndLock = [] {
         int successes = 0;
@@ -233,7 +233,7 @@ TEST(MutexTest, IsOfItsThreadAloneWhenManyAreMadeOnManyThreads)
         EXPECT_EQ(thread.get(), 2000);
 }
 
-TEST(MutexTest, StaysHeldWhileStrangersTryToUnlockIt)
+TEST(MutexTest, StaysHeldWhileOtherThreadsTryToUnlockIt)
 {
     Mutex mutex(false);
     std::atomic<bool> isOver = false;

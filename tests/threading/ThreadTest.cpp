@@ -93,7 +93,7 @@ private:
     pthread_attr_t m_oldAttributes;
 };
 
-TEST(ThreadTest, UndefinedThreadHasAllBitsSet)
+TEST(ThreadTest, DefinesUndefinedThreadWithAllBitsSet)
 {
     EXPECT_EQ(Thread::UndefinedThread, 0xFFFFFFFFul);
 }
@@ -119,13 +119,13 @@ TEST(ThreadTest, WorksOnAThreadOfItsOwn)
     EXPECT_TRUE(Thread::IsMainThread());
 }
 
-TEST(ThreadTest, WaitGivesTheResultOfTheWork)
+TEST(ThreadTest, ReturnsTheResultOfTheWorkFromWait)
 {
     EXPECT_EQ(ResultOfWork(42), 42);
     EXPECT_EQ(ResultOfWork(-1), -1);
 }
 
-TEST(ThreadTest, WaitForAThreadThatWasNotStartedGivesNothing)
+TEST(ThreadTest, ReturnsNullFromWaitBeforeTheStart)
 {
     Worker worker(DoNothing);
 
@@ -133,7 +133,7 @@ TEST(ThreadTest, WaitForAThreadThatWasNotStartedGivesNothing)
     EXPECT_FALSE(worker.IsRunning());
 }
 
-TEST(ThreadTest, WaitForAThreadThatHasEndedGivesNothing)
+TEST(ThreadTest, ReturnsNullFromWaitAfterTheEnd)
 {
     Worker worker([](Worker&) { return 42; });
     worker.Run();
@@ -190,7 +190,7 @@ private:
     std::atomic<bool>& m_done;
 };
 
-TEST(ThreadTest, DestructionWaitsForTheWork)
+TEST(ThreadTest, WaitsForTheWorkWhenDestroyed)
 {
     std::latch begun(1);
     std::atomic<bool> done{false};
@@ -203,7 +203,7 @@ TEST(ThreadTest, DestructionWaitsForTheWork)
     EXPECT_TRUE(done);
 }
 
-TEST(ThreadTest, DestructionEndsAPausedThread)
+TEST(ThreadTest, EndsWhenDestroyedWhilePaused)
 {
     std::latch begun(1);
     std::atomic<bool> done{false};
@@ -217,7 +217,7 @@ TEST(ThreadTest, DestructionEndsAPausedThread)
     EXPECT_TRUE(done);
 }
 
-TEST(ThreadTest, DestructionEndsAThreadThatIsAboutToPause)
+TEST(ThreadTest, EndsWhenDestroyedWhileAboutToPause)
 {
     for (int i = 0; i < 300; ++i) {
         std::latch begun(1);
@@ -232,7 +232,7 @@ TEST(ThreadTest, DestructionEndsAThreadThatIsAboutToPause)
     }
 }
 
-TEST(ThreadTest, CanBeDroppedWithoutARun)
+TEST(ThreadTest, CanBeDestroyedWithoutARun)
 {
     bool worked = false;
     for (int i = 0; i < 100; ++i) {
@@ -244,7 +244,7 @@ TEST(ThreadTest, CanBeDroppedWithoutARun)
     EXPECT_FALSE(worked);
 }
 
-TEST(ThreadTest, EndedThreadsGiveTheirStacksBack)
+TEST(ThreadTest, ReleasesItsStackWhenItEnds)
 {
     constexpr int threads = 300;
     const long stackInPages = 8L * 1024 * 1024 / ::sysconf(_SC_PAGESIZE);
@@ -282,7 +282,7 @@ TEST(ThreadTest, PausesAndResumes)
     stop = true;
 }
 
-TEST(ThreadTest, PauseAndResumeNeedTheRightState)
+TEST(ThreadTest, PausesAndResumesInTheRightStateOnly)
 {
     testing::internal::CaptureStderr();
     Worker worker(DoNothing);
@@ -296,7 +296,7 @@ TEST(ThreadTest, PauseAndResumeNeedTheRightState)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(ThreadTest, KillEndsARunningThread)
+TEST(ThreadTest, CanBeKilledWhileItRuns)
 {
     std::latch begun(1);
     Worker worker([&begun](Worker&) {
@@ -312,7 +312,7 @@ TEST(ThreadTest, KillEndsARunningThread)
     AwaitEnd(worker);
 }
 
-TEST(ThreadTest, KillNeedsARunningThread)
+TEST(ThreadTest, CannotBeKilledUnlessItRuns)
 {
     Worker worker(DoNothing);
 
@@ -361,7 +361,7 @@ TEST(ThreadTest, StartsThroughItsBase)
     EXPECT_EQ(id.get_future().get(), worker.GetId());
 }
 
-TEST(ThreadTest, StartedThroughItsBaseItIsNotStartedAgain)
+TEST(ThreadTest, IsNotStartedAgainAfterAStartThroughItsBase)
 {
     std::atomic<int> calls{0};
     for (int i = 0; i < 100; ++i) {
@@ -382,7 +382,7 @@ private:
     int DoWork() override { return 42; }
 };
 
-TEST(ThreadTest, EntryWorksOnWhateverThreadCallsIt)
+TEST(ThreadTest, WorksOnAnyThreadThatCallsEntry)
 {
     Direct thread;
 
@@ -392,7 +392,7 @@ TEST(ThreadTest, EntryWorksOnWhateverThreadCallsIt)
     EXPECT_TRUE(thread.Run());
 }
 
-TEST(ThreadTest, TestDestroyOfAnotherThreadDoesNotWait)
+TEST(ThreadTest, DoesNotWaitInTestDestroyOfAnotherThread)
 {
     std::latch release(1);
     Worker worker([&release](Worker&) {
@@ -406,7 +406,7 @@ TEST(ThreadTest, TestDestroyOfAnotherThreadDoesNotWait)
     release.count_down();
 }
 
-TEST(ThreadTest, DeleteEndsAPausedThread)
+TEST(ThreadTest, EndsByDeleteWhilePaused)
 {
     std::latch begun(1);
     Worker worker([&begun](Worker& self) {
@@ -424,7 +424,7 @@ TEST(ThreadTest, DeleteEndsAPausedThread)
     EXPECT_EQ(reinterpret_cast<std::intptr_t>(code), 42);
 }
 
-TEST(ThreadTest, KillEndsAPausedThread)
+TEST(ThreadTest, CanBeKilledWhilePaused)
 {
     std::latch begun(1);
     Worker worker([&begun](Worker& self) {
@@ -464,7 +464,7 @@ TEST(ThreadTest, PausesAndResumesThroughItsBase)
     base.Delete();
 }
 
-TEST(ThreadTest, PausedItDoesNotWork)
+TEST(ThreadTest, DoesNotWorkWhilePaused)
 {
     std::atomic<bool> isPausing{false};
     std::atomic<int> rounds{0};
@@ -482,14 +482,14 @@ TEST(ThreadTest, PausedItDoesNotWork)
     worker.Delete();
 }
 
-TEST(ThreadTest, TheMainThreadIsTheOneThatRunsMain)
+TEST(ThreadTest, ReportsTheThreadOfMainAsTheMainThread)
 {
     EXPECT_TRUE(Thread::IsMainThread());
     EXPECT_FALSE(std::async(std::launch::async, Thread::IsMainThread).get());
 }
 
 // A process of its own, in which nothing has started wxWidgets.
-TEST(ThreadDeathTest, TheMainThreadStaysSoWhenAnotherOneMakesTheFirstThread)
+TEST(ThreadDeathTest, KeepsTheMainThreadWhenAnotherOneCreatesTheFirst)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
@@ -507,7 +507,7 @@ TEST(ThreadDeathTest, TheMainThreadStaysSoWhenAnotherOneMakesTheFirstThread)
 // started.
 constexpr int c_startAllocations = 20;
 
-TEST(ThreadTest, IsDroppedWhenMemoryRunsOut)
+TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
 {
     for (int index = 0; index < c_startAllocations; ++index) {
         auto worker = std::make_unique<Worker>(DoNothing);
