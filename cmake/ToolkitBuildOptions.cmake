@@ -1,4 +1,4 @@
-# How the project's own targets are compiled. Nothing here reaches targets that use the library.
+# Compiler options of the project's own targets. Targets that use the library do not inherit them.
 
 add_library(ToolkitBuildOptions INTERFACE)
 target_compile_features(ToolkitBuildOptions INTERFACE cxx_std_20)
@@ -7,11 +7,10 @@ target_compile_options(
     INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
               # A unique symbol would pin the library in memory: it could never be unloaded.
               $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
-              # Calls into other libraries go straight through the table of addresses: a lock is
-              # mostly such calls.
+              # Calls into other libraries skip the PLT: locking is mostly such calls.
               $<$<PLATFORM_ID:Linux>:-fno-plt>
 )
-# As a part of somebody else's build the library must not break on a newer compiler's warning.
+# As a subproject the library must not fail on a newer compiler's warnings.
 if(PROJECT_IS_TOP_LEVEL)
     target_compile_options(ToolkitBuildOptions INTERFACE -Werror)
 endif()

@@ -1,4 +1,4 @@
-# What `cmake --install` puts in place: headers, library, CMake package and pkg-config module.
+# Installs headers, library, CMake package and pkg-config module.
 
 include(CMakePackageConfigHelpers)
 
@@ -16,8 +16,8 @@ install(
     DESTINATION "${package_directory}"
 )
 
-# Threads and log forwarders of a program derive from the framework's classes, so every program
-# needs wxWidgets; it links a static library together with all else that is inside.
+# Threads and log forwarders of a program derive from wxWidgets classes, so every program needs
+# wxWidgets. With a static library a program also links the library's other dependencies.
 set(package_dependencies Wx)
 set(package_dependency_targets Toolkit::wxBase)
 set(pc_wx Toolkit::wxBase)
@@ -25,7 +25,7 @@ set(pc_requires "")
 if(NOT BUILD_SHARED_LIBS)
     set(pc_wx Toolkit::wxNet)
     list(APPEND package_dependency_targets Toolkit::wxNet)
-    # The module of the engine is named as its target, with a capital letter.
+    # The engine's module is named after its target, with a capital letter.
     string(REGEX REPLACE "^p" "P" engine_module "${TOOLKIT_REGEX_ENGINE_USED}")
     list(APPEND package_dependencies ${engine_module})
     list(APPEND package_dependency_targets Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
@@ -51,7 +51,7 @@ install(FILES "${PROJECT_BINARY_DIR}/package/ToolkitConfig.cmake"
         DESTINATION "${package_directory}"
 )
 
-# Writes into `result` what the property of the imported target holds, each item behind `flag`.
+# Stores the items of the imported target's property in `result`, each with the prefix `flag`.
 function(toolkit_flags result target property flag)
     get_target_property(items ${target} ${property})
     list(FILTER items EXCLUDE REGEX "^$|-NOTFOUND$")
@@ -60,13 +60,13 @@ function(toolkit_flags result target property flag)
     set(${result} "${flags}" PARENT_SCOPE)
 endfunction()
 
-# wxWidgets has no pkg-config module that could be named as a requirement.
+# wxWidgets has no pkg-config module to require.
 toolkit_flags(pc_includes ${pc_wx} INTERFACE_INCLUDE_DIRECTORIES "-isystem ")
 toolkit_flags(pc_definitions ${pc_wx} INTERFACE_COMPILE_DEFINITIONS "-D")
 toolkit_flags(pc_options ${pc_wx} INTERFACE_COMPILE_OPTIONS "")
 toolkit_flags(pc_libs ${pc_wx} INTERFACE_LINK_LIBRARIES "")
 set(pc_cflags "${pc_includes} ${pc_definitions} ${pc_options}")
-# Relative to the file itself, so that an installed tree may be moved.
+# Relative to this file, so that an installed tree may be moved.
 file(RELATIVE_PATH pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 string(REGEX REPLACE "/$" "" pc_prefix "${pc_prefix}")
 configure_file(

@@ -1,9 +1,9 @@
 # Toolkit::wxBase and Toolkit::wxNet: the wxWidgets libraries without their user interface part.
 #
-# Used by the library's own build and by its installed package. The targets are missing afterwards
-# when wxWidgets is.
+# Used by the library's own build and by its installed package. Without wxWidgets the targets are not
+# defined.
 
-# A function, so that a caller's own wxWidgets_... variables stay what they are.
+# A function, so that the caller's wxWidgets_... variables stay unchanged.
 function(toolkit_find_wx)
     find_package(wxWidgets 3.2 QUIET COMPONENTS net base)
     if(NOT wxWidgets_FOUND)
@@ -17,7 +17,7 @@ function(toolkit_find_wx)
         set(target Toolkit::wx${component})
         add_library(${target} INTERFACE IMPORTED GLOBAL)
         target_include_directories(${target} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
-        # Without wxUSE_GUI=0 the headers expect the libraries of the user interface.
+        # Without wxUSE_GUI=0 the headers require the user interface libraries.
         target_compile_definitions(${target} INTERFACE ${wxWidgets_DEFINITIONS} wxUSE_GUI=0)
         target_compile_options(${target} INTERFACE ${wxWidgets_CXX_FLAGS})
         target_link_directories(${target} INTERFACE ${wxWidgets_LIBRARY_DIRS})
