@@ -1,7 +1,6 @@
-# Compiles every public header by itself, as C++17 and as C++20, with all warnings as errors.
+# Compiles every public header on its own, as C++17 and as C++20, with all warnings as errors.
 
-# The headers in which types of wxWidgets are a part of the interface. All others compile without
-# its include path.
+# The headers that derive from wxWidgets classes. All others compile without its include path.
 set(framework_headers
     toolkit/Toolkit.h
     toolkit/archive/ArchiveZip.h
@@ -15,8 +14,8 @@ get_target_property(public_headers Toolkit HEADER_SET)
 list(TRANSFORM public_headers REPLACE "^${PROJECT_SOURCE_DIR}/sources/" "")
 list(REMOVE_ITEM public_headers ${framework_headers})
 
-# Adds an object library that has a source for each header. Included twice, a header also proves
-# that it is guarded.
+# Adds an object library that has a source for each header. Including a header twice checks its
+# include guard.
 function(toolkit_header_check name standard)
     set(sources)
     foreach(header IN LISTS ARGN)
@@ -42,6 +41,6 @@ foreach(standard IN ITEMS 17 20)
     add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} --build "${PROJECT_BINARY_DIR}" --target ${name}
                                   Framework${name}
     )
-    # Two builds in one directory would get in each other's way.
+    # Two builds in one directory would interfere with each other.
     set_tests_properties(${name} PROPERTIES RESOURCE_LOCK BuildDirectory TIMEOUT 600)
 endforeach()

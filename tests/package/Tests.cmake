@@ -1,6 +1,6 @@
-# Tests of what programs get: the public headers, the exported symbols, the installed copy.
+# Tests of what programs use: the public headers, the exported symbols, the installed copy.
 
-# A program cannot be linked with a library that wants a sanitizer's run-time library.
+# A plain program cannot link a library that needs a sanitizer's run-time library.
 if(TOOLKIT_SANITIZE)
     return()
 endif()
@@ -11,8 +11,8 @@ set(package_sources "${CMAKE_CURRENT_SOURCE_DIR}/package")
 set(package_binaries "${CMAKE_CURRENT_BINARY_DIR}/package")
 set(package_prefix "${package_binaries}/prefix")
 
-# Adds a test that configures and builds the project in `folder` anew and runs its `program`, unless
-# that is empty.
+# Adds a test that configures and builds the project in `folder` from scratch and runs its `program`
+# unless that is empty.
 function(toolkit_program_test name folder program)
     cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY "${package_sources}")
     set(test_command)
@@ -34,7 +34,7 @@ function(toolkit_program_test name folder program)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
 
-# Adds a test that configures a project which find_package(Toolkit) has to refuse with `words`.
+# Adds a test that configures a project which find_package(Toolkit) must reject with `words`.
 function(toolkit_refusal_test name words)
     add_test(NAME ${name}
              COMMAND ${CMAKE_COMMAND} --fresh -S "${package_sources}/refusal" -B
@@ -42,7 +42,7 @@ function(toolkit_refusal_test name words)
                      -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
                      "-DCMAKE_PREFIX_PATH=${package_prefix}" ${ARGN}
     )
-    # CMake breaks a message into lines where it likes.
+    # CMake may break the message anywhere.
     string(REPLACE " " "[ \n]+" words "${words}")
     set_tests_properties(
         ${name} PROPERTIES FIXTURES_REQUIRED InstalledCopy PASS_REGULAR_EXPRESSION "${words}"
@@ -75,13 +75,13 @@ if(BUILD_SHARED_LIBS)
         PackageNamesWhatIsMissing "apt-get install libwxgtk3.2-dev"
         -DCMAKE_DISABLE_FIND_PACKAGE_wxWidgets=ON
     )
-    # The program of the README, by the commands that it gives for it.
+    # Builds the README's program with the README's commands.
     add_test(NAME PackageReadme COMMAND "${package_sources}/readme.sh"
                                         "${PROJECT_SOURCE_DIR}/README.md" "${package_prefix}"
                                         "${package_prefix}/${CMAKE_INSTALL_LIBDIR}"
     )
     set_tests_properties(PackageReadme PROPERTIES FIXTURES_REQUIRED InstalledCopy)
-    # The plug-in of the page about them, with the project that the page gives for it.
+    # Builds the plug-in of docs/plugins.md with the project on that page.
     set(page_plug_in "${package_binaries}/PagePlugInSource")
     file(MAKE_DIRECTORY "${page_plug_in}")
     toolkit_page_block("${PROJECT_SOURCE_DIR}/docs/plugins.md" cpp "${page_plug_in}/Tides.cpp")
@@ -99,7 +99,7 @@ if(BUILD_SHARED_LIBS)
     add_test(NAME PackageRunTimeNeeds
              COMMAND "${package_sources}/run-time-needs.sh" "${library}"
     )
-    # The example host and its plug-ins, each a project of its own beside the installed copy.
+    # The example host and its plug-ins, each a separate project built against the installed copy.
     set(host_prefix "${package_binaries}/host-prefix")
     foreach(example IN ITEMS host plugins)
         set(name PackageExample_${example})
@@ -128,7 +128,7 @@ if(BUILD_SHARED_LIBS)
     )
 endif()
 
-# Shared is what somebody else's build gets who does not say what they want.
+# An embedding build gets a shared library by default.
 toolkit_program_test(
     PackageEmbedded embedding program/Embedding "-DTOOLKIT_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
 )

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Fails when the shared library exports what no public header declares with TOOLKIT_API.
+# Fails when the shared library exports a symbol that no public header declares with TOOLKIT_API.
 #
 # usage: exported-symbols.sh library include-directory
 set -eu
@@ -8,7 +8,7 @@ library=$1
 headers=$2
 export LC_ALL=C
 
-# The names behind TOOLKIT_API: classes, functions (the word before the parenthesis), constants.
+# The names after TOOLKIT_API: classes, functions (the word before the parenthesis), constants.
 public_names() {
     find "$headers" -name '*.h' -exec cat {} + |
         sed -n -e 's/^ *\(template <.*> *\)\{0,1\}\(class\|struct\) TOOLKIT_API \([A-Za-z0-9_]*\).*/\3/p' \
@@ -17,7 +17,7 @@ public_names() {
         sort -u
 }
 
-# Every exported symbol without its parameters and its result: "vtable for Toolkit::Mutex".
+# Every exported symbol without parameters and result: "vtable for Toolkit::Mutex".
 exported_names() {
     nm --dynamic --defined-only "$library" | awk '{ print $NF }' | c++filt --no-params | sort -u
 }

@@ -1,13 +1,13 @@
 #!/bin/sh
-# Runs the demo with a copy of the installed host under a name of its own. Log and socket are called
-# after it.
+# Runs the demo with a copy of the installed host under a unique name. The log and the socket take
+# their names from it.
 #
 # usage: host-demo.sh <the demo> <prefix of the installed host>
 set -eu
 
 folder=$(mktemp -d /tmp/toolkit-test-XXXXXX)
 name=$(basename "$folder")
-# The log is called after place, name and user, in lower case.
+# The name of the log consists of path, name and user, in lower case.
 trap 'rm -rf "$folder" "/tmp/"*"$(echo "$name" | tr "[:upper:]" "[:lower:]")"*.qvlog' EXIT
 cp -R "$2/bin" "$2/share" "$folder"
 mv "$folder/bin/host" "$folder/bin/$name"

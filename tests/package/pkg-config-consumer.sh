@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds a program against an installed copy by means of pkg-config alone, and runs it.
+# Builds a program against an installed copy with pkg-config only, and runs it.
 #
 # usage: pkg-config-consumer.sh compiler prefix libdir source program
 set -eu

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Takes the program, its project and the commands for both from the README, and runs the commands
-# against an installed copy, in a folder and a home directory of their own.
+# Extracts the program, its project and their commands from the README, and runs the commands against
+# an installed copy, in a separate folder and home directory.
 #
 # usage: readme.sh <README> <prefix> <libdir>
 set -eu
@@ -11,7 +11,7 @@ export PKG_CONFIG_PATH="$3/pkgconfig"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Prints the first block of the language that has the word.
+# Prints the first block of the language that contains the word.
 print_block() {
     awk -v opening="\`\`\`$1" -v word="$2" '
         $0 == "```" && inside { if (index(block, word)) { printf "%s", block; exit }; inside = 0; next }
@@ -19,7 +19,7 @@ print_block() {
         $0 == opening { inside = 1; block = "" }' "$readme"
 }
 
-# Runs a block of commands and fails unless the program has written the log that it prints.
+# Runs a block of commands. Fails unless the program wrote the log that it names.
 run_block() {
     print_block sh "$1" >"$work/commands.sh"
     [ -s "$work/commands.sh" ] || { echo "the README has no commands with $1" >&2 && exit 1; }

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Fails when the shared library leaves a symbol undefined, or needs another wxWidgets library than
-# base and net at run time.
+# Fails when the shared library has unresolved symbols, or needs a wxWidgets library other than base
+# and net at run time.
 #
 # usage: run-time-needs.sh library
 set -eu

@@ -21,7 +21,7 @@ private:
     bool m_hasRun = false;
 };
 
-// Constructed before main() is entered: the library's own constants have to be there by then.
+// Constructed before main() runs: the library's constants must exist by then.
 const TString<wchar_t> s_lineEnd = Toolkit::ILogger::c_strLogToken3;
 
 bool RunWorker()
