@@ -41,7 +41,7 @@ std::string MakeText(std::size_t size)
     return text;
 }
 
-// The archives that are read, removed at the end of the program.
+// The archives to read, removed at the end of the program.
 class Archives {
 public:
     Archives()
@@ -108,7 +108,7 @@ private:
     smart_ptr<ZipInputStream> m_stream;
 };
 
-// The same of the framework's own stream.
+// The same with a wxZipInputStream.
 class BareEntry {
 public:
     explicit BareEntry(const std::string& name)
@@ -138,7 +138,7 @@ void CheckSize(benchmark::State& state, std::size_t size, std::size_t expected)
     state.SetBytesProcessed(state.iterations() * static_cast<long>(expected));
 }
 
-// A 50 MB entry from the opening of its archive on.
+// Opens the archive and reads a 50 MB entry.
 void BM_ZipReadBytes_Toolkit(benchmark::State& state)
 {
     TheArchives();
@@ -204,7 +204,7 @@ void BM_ZipReadLines_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_ZipReadLines_Toolkit)->Unit(benchmark::kMillisecond);
 
-// The framework's reader, made anew for every line.
+// A new wxTextInputStream for every line.
 void BM_ZipReadLines_wxFreshReader(benchmark::State& state)
 {
     TheArchives();
@@ -269,7 +269,7 @@ void BM_ZipList_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_ZipList_Toolkit)->Unit(benchmark::kMillisecond);
 
-// The same result: what is known of each entry under its name as wide text.
+// The same result: the metadata of each entry by its wide name.
 void BM_ZipList_Libzip(benchmark::State& state)
 {
     const std::string path = TheArchives().Path("many.zip");

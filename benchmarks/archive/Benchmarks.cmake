@@ -1,5 +1,5 @@
 pkg_check_modules(Libzip REQUIRED IMPORTED_TARGET libzip)
-# Its package's include directory has a zip.h that hides the other library's.
+# Its include directory has a zip.h that hides the one of the other library.
 find_library(TOOLKIT_MINIZIP_LIBRARY minizip REQUIRED)
 mark_as_advanced(TOOLKIT_MINIZIP_LIBRARY)
 

@@ -85,7 +85,7 @@ private:
     fs::path m_directory;
 };
 
-// Each library below loads a file, makes the name that it knows a key by, and finds its value.
+// Each library below loads a file, forms its own name of a key, and finds the value.
 
 class ToolkitSettings {
 public:
@@ -121,10 +121,10 @@ public:
         : m_path(path),
           m_settings(std::in_place, QString::fromStdString(path), QSettings::IniFormat)
     {
-        // Sections are only parsed when something asks for all of them.
+        // QSettings parses sections only when all keys are listed.
         benchmark::DoNotOptimize(m_settings->childKeys());
     }
-    // What was loaded stays in a cache of the library until the file has become another one.
+    // QSettings caches a loaded file until the file changes.
     ~QtSettings()
     {
         m_settings.reset();
@@ -228,7 +228,7 @@ bool HoldsLastValue(const Settings& settings, const Shape& shape)
            ValueText(section, key);
 }
 
-// Times the load alone, since one of the libraries keeps what it has loaded.
+// Times only the load: dropping QSettings' cache is not measured.
 template <typename Settings>
 void MeasureLoad(benchmark::State& state)
 {

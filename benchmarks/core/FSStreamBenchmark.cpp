@@ -17,7 +17,7 @@ constexpr unsigned int c_textLength = 20;
 constexpr unsigned int c_blockSize = 64;
 constexpr unsigned int c_textSize = c_textLength * sizeof(wchar_t);
 
-// A file for one benchmark, removed with its object.
+// A file for one benchmark, removed by the destructor.
 class ScratchFile {
 public:
     ScratchFile()

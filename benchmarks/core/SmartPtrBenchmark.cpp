@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// The standard pointer counts without atomic operations until the process has had a second thread.
+// std::shared_ptr counts without atomic operations until the process has started a second thread.
 void HaveHadAThread()
 {
     std::thread([] {}).join();
@@ -81,7 +81,7 @@ void BM_MakeAndDestroy_BoostSharedPtr(benchmark::State& state)
 }
 BENCHMARK(BM_MakeAndDestroy_BoostSharedPtr);
 
-// All threads count in one block.
+// All threads share one count.
 template <typename Pointer>
 void CopyOneBlock(benchmark::State& state)
 {

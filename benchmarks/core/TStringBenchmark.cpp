@@ -77,7 +77,7 @@ void BM_FreshTokens_BoostSplit(benchmark::State& state)
 }
 BENCHMARK(BM_FreshTokens_BoostSplit)->Arg(60)->Arg(100'000);
 
-// A text of letters of both cases and its counterpart with the cases exchanged.
+// A string of letters in both cases and a copy with the cases swapped.
 struct CasePair {
     explicit CasePair(benchmark::State& state)
     {
@@ -119,7 +119,7 @@ void BM_CompareNoCase_wcscasecmp(benchmark::State& state)
 }
 BENCHMARK(BM_CompareNoCase_wcscasecmp)->Arg(32)->Arg(100'000);
 
-// A text that ends with the only occurrence of what is searched for.
+// A string that ends with the only occurrence of the needle.
 std::wstring Haystack(benchmark::State& state)
 {
     const std::wstring words = L"The Quick Brown Fox jumps over the lazy dog, ";
@@ -161,7 +161,7 @@ struct Replacement {
     const wchar_t* to;
 };
 
-// One of equal length, a longer one, one that joins its neighbours, and one that shares characters.
+// Of equal length, longer, merging with its neighbours, and sharing characters.
 constexpr Replacement c_replacements[] = {
     {L"key", L"dom"}, {L"key", L"longer"}, {L"key", L""}, {L"key", L"ke"}};
 

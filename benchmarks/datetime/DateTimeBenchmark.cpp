@@ -15,8 +15,7 @@ namespace {
 
 constexpr const char* c_text = "2009-07-05 07:04:09";
 
-// With an argument of 1 the process has a TZ of its own, with 0 the C library looks for the zone of
-// the machine.
+// With an argument of 1 the benchmark sets TZ, with 0 the C library looks up the machine's zone.
 void SetZone(const benchmark::State& state)
 {
     if (state.range(0) == 1)

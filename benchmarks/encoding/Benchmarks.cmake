@@ -10,7 +10,7 @@ toolkit_benchmark(
     encoding/Base64Benchmark.cpp OpenSSL::Crypto Qt5::Core PkgConfig::GLib
 )
 toolkit_benchmark(encoding/QuotedPrintableBenchmark.cpp PkgConfig::GMime)
-# What is between the conversions of wide text is measured by itself.
+# Also measures the private step between the conversions of wide text on its own.
 target_sources(
     QuotedPrintableBenchmark
     PRIVATE "${PROJECT_SOURCE_DIR}/sources/toolkit/encoding/QuotedPrintableCodec.cpp"

@@ -11,7 +11,7 @@
 namespace Toolkit {
 namespace {
 
-// A mail text in UTF-8; every word ends at an escape.
+// Mail text in UTF-8 with several escapes per line.
 std::string MailText(benchmark::State& state)
 {
     constexpr const char* sample = "Dear Zo\xC3\xAB, the price was 20 \xE2\x82\xAC = too much; see "
@@ -38,7 +38,7 @@ std::string Encoded(const std::string& bytes)
     return code;
 }
 
-// One pass of the peer's filter.
+// Runs the peer's filter once.
 class Filter {
 public:
     explicit Filter(gboolean encodes)
@@ -47,7 +47,7 @@ public:
     {
     }
 
-    // Lasts until the next pass.
+    // Valid until the next pass.
     std::string_view Run(const std::string& in)
     {
         char* out = nullptr;
@@ -112,7 +112,7 @@ void BM_QuotedDecode_GMime(benchmark::State& state)
     Finish(state, code.size(), bytes == expected);
 }
 
-// The whole operations, with the conversions from and to wide text.
+// Whole operations, including the conversions from and to wide text.
 void BM_QuotedWideRoundTrip_Toolkit(benchmark::State& state)
 {
     const TString<wchar_t> text = WideText(state);
@@ -144,7 +144,7 @@ void BM_SoftBreaks_Toolkit(benchmark::State& state)
     Finish(state, text.size(), lines == LinesByInsertion(QP::ToQP(text), lineLength));
 }
 
-// The breaks inserted one after the other.
+// Inserts the breaks one at a time.
 void BM_SoftBreaks_Insertion(benchmark::State& state)
 {
     constexpr unsigned int lineLength = 76;

@@ -23,7 +23,7 @@ std::vector<int> Integers()
     return numbers;
 }
 
-// Measurements with two to four decimals and some of every size.
+// Measurements with two to four decimals, and some numbers of every magnitude.
 std::vector<double> Doubles()
 {
     std::mt19937 random(2);
@@ -45,7 +45,7 @@ std::vector<TString<wchar_t>> Texts(const std::vector<Number>& numbers)
     return texts;
 }
 
-// Formats all numbers over and over; the texts have to be those of `reference`.
+// Formats all numbers repeatedly; the strings must equal those of `reference`.
 template <typename Number, typename Format, typename Reference>
 void FormatAll(benchmark::State& state, const std::vector<Number>& numbers, const Format& format,
                const Reference& reference)
@@ -61,7 +61,7 @@ void FormatAll(benchmark::State& state, const std::vector<Number>& numbers, cons
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(numbers.size()));
 }
 
-// Reads all texts over and over; they have to be those of `numbers`.
+// Parses all strings repeatedly; the results must equal `numbers`.
 template <typename Number, typename Parse>
 void ParseAll(benchmark::State& state, const std::vector<Number>& numbers, const Parse& parse)
 {

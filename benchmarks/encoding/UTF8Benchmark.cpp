@@ -15,7 +15,7 @@ namespace {
 
 enum Script { Ascii, Latin, Cjk };
 
-// A text whose UTF-8 form has about the number of bytes that was asked for.
+// A string whose UTF-8 form has about the requested number of bytes.
 std::wstring WideText(benchmark::State& state)
 {
     constexpr const wchar_t* samples[] = {
@@ -37,7 +37,7 @@ std::string Utf8Text(const std::wstring& text)
     return boost::locale::conv::utf_to_utf<char>(text);
 }
 
-// The shape of each conversion: its function is measured, its result compared once.
+// Checks the result of a conversion once, then measures it.
 template <typename Convert>
 void Decode(benchmark::State& state, const Convert& convert)
 {
@@ -77,7 +77,7 @@ public:
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
 
-    // Returns how many bytes of the output are left.
+    // Returns the number of unused bytes of the output.
     std::size_t Convert(const void* input, std::size_t inputLength, void* output,
                         std::size_t outputLength)
     {

@@ -64,7 +64,7 @@ void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
     CheckCount(state, names.size());
 }
 
-// The names alone, each read into the same text.
+// Names only, each read into the same string.
 void Walk(benchmark::State& state, const wxString& fileSpec)
 {
     const wxString path(ThePath());

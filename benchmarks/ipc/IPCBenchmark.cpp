@@ -31,7 +31,7 @@ const std::wstring c_text(100, L'x');
 constexpr double c_longestP99Ms = 250;
 constexpr int c_slowClients = 10;
 
-// Memory that a server process and the benchmark share.
+// Memory shared by a server process and the benchmark.
 struct Shared {
     std::atomic<bool> isReady;
     std::atomic<long> texts;
@@ -68,7 +68,7 @@ public:
     const std::string& Path() const { return m_path; }
     std::wstring Service() const { return {m_path.begin(), m_path.end()}; }
 
-    // The number of texts since the last call. Waits up to 10 seconds for `expected` ones.
+    // The number of messages since the last call. Waits up to 10 seconds for `expected` of them.
     long TakeTexts(long expected) const
     {
         const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
@@ -134,7 +134,7 @@ int ServeBare(const std::string& path, Shared& shared)
     return wxAppConsole::GetInstance()->MainLoop();
 }
 
-// Forked before wxWidgets starts: a child must not share the parent's state of it.
+// Forked before wxWidgets starts: a child must not inherit its state.
 struct Servers {
     ServerProcess toolkit{"toolkit", ServeToolkit};
     ServerProcess bare{"bare", ServeBare};
@@ -154,7 +154,7 @@ void CheckTexts(benchmark::State& state, const ServerProcess& server)
         state.SkipWithError("wrong number of texts");
 }
 
-// Connect, one text of 100 characters, disconnect.
+// Connect, one message of 100 characters, disconnect.
 void BM_IpcText_Toolkit(benchmark::State& state)
 {
     const ServerProcess& server = TheServers().toolkit;

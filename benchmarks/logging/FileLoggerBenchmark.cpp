@@ -43,7 +43,7 @@ long CountLines()
     return std::count(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>(), '\n');
 }
 
-// A file logger as the process-wide one.
+// Installs a file logger as the process-wide one.
 class ToolkitLog {
 public:
     explicit ToolkitLog(LogSeverity threshold = SeverityInfo)
@@ -68,7 +68,7 @@ public:
     }
 };
 
-// The asynchronous logger with its default queue, which flushes the file after each message.
+// The peer's asynchronous logger with its default queue. It flushes the file after each message.
 class SpdlogLog {
 public:
     explicit SpdlogLog(spdlog::level::level_enum threshold = spdlog::level::info)
@@ -96,7 +96,7 @@ private:
 const TString<wchar_t> c_widePath = L"/home/user/settings.ini";
 const std::string c_narrowPath = "/home/user/settings.ini";
 
-// What a caller waits for one line; the writers work meanwhile.
+// The time that a caller spends on one line; the writers run concurrently.
 template <typename Log, typename Path>
 void LogLine(benchmark::State& state, const Path& path)
 {
@@ -125,7 +125,7 @@ void BM_LogLine_Spdlog(benchmark::State& state)
 }
 BENCHMARK(BM_LogLine_Spdlog)->Iterations(c_lines)->Threads(1)->Threads(2)->UseRealTime();
 
-// Looks at the end of the file until the last line is there.
+// Polls the end of the file until the last line appears.
 void AwaitLastLine()
 {
     const std::string last = "last\n";
@@ -138,7 +138,7 @@ void AwaitLastLine()
     }
 }
 
-// The time until many lines are all in the file.
+// The time until many lines are completely in the file.
 template <typename Log, typename Path>
 void LogMillion(benchmark::State& state, const Path& path, const Path& last)
 {
@@ -171,7 +171,7 @@ void BM_LogMillion_Spdlog(benchmark::State& state)
 }
 BENCHMARK(BM_LogMillion_Spdlog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-// The line whose memory is measured: 62 bytes in eleven insertions.
+// Measures the memory of this line: 62 bytes in eleven insertions.
 const TString<wchar_t> c_line[] = {L"2",
                                    L" ",
                                    L"1234567890",
@@ -190,7 +190,7 @@ std::size_t AllocatedBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-// Calls `fill` and reports by how much it has made the heap grow.
+// Calls `fill` and reports the growth of the heap.
 template <typename Fill>
 void MeasureMemory(benchmark::State& state, Fill fill)
 {
@@ -202,7 +202,7 @@ void MeasureMemory(benchmark::State& state, Fill fill)
     state.counters["bytes"] = static_cast<double>(bytes);
 }
 
-// The text of a logger that cannot open a file stays in its queue.
+// The logger cannot open its file, so the lines stay in its queue.
 void BM_LogMemory_Toolkit(benchmark::State& state)
 {
     PathManager::CreateInstance();
@@ -218,7 +218,7 @@ void BM_LogMemory_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_LogMemory_Toolkit)->Iterations(1);
 
-// The same text in one string of the right capacity.
+// The same lines in one string of the exact capacity.
 void BM_LogMemory_Text(benchmark::State& state)
 {
     std::string line;

@@ -2,7 +2,7 @@ find_package(Qt5 REQUIRED COMPONENTS Core)
 
 toolkit_benchmark(module/StartBenchmark.cpp)
 
-# Adds a program that the benchmark starts; the macro `definition` holds its path.
+# Adds a program for the benchmark to start; the macro `definition` is its path.
 function(toolkit_start_program definition name)
     add_executable(${name} module/${name}.cpp)
     target_link_libraries(${name} PRIVATE ToolkitBuildOptions ${ARGN})

@@ -1,5 +1,5 @@
-// How long a whole process takes that starts its library and stops it again. The programs run in
-// turns, so that whatever else the machine does meets them alike; a row shows the median.
+// The time of a whole process that starts and stops its library. The programs take turns, so that
+// disturbances of the machine affect all of them; a row shows the median.
 
 #include <benchmark/benchmark.h>
 
@@ -82,7 +82,7 @@ void BM_ProcessStart_wx(benchmark::State& state)
 }
 BENCHMARK(BM_ProcessStart_wx)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-// What our start may take at most.
+// The limit for the library's start.
 void BM_ProcessStart_wxPlus2ms(benchmark::State& state)
 {
     Report(state, Wx, 0.002);

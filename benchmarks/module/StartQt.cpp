@@ -1,4 +1,4 @@
-// The shortest program with an application object of Qt.
+// The shortest program with a QCoreApplication.
 
 #include <QCoreApplication>
 

@@ -1,4 +1,4 @@
-// The shortest program that starts and stops the framework alone.
+// The shortest program that starts and stops only wxWidgets.
 
 #include <wx/init.h>
 

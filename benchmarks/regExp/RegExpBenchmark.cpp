@@ -21,11 +21,11 @@ namespace {
 using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 
-// Every peer compiles the pattern for every operation, as the library does.
+// Every peer compiles the pattern for every operation, like the library.
 const std::string c_pattern = "(\\w+)@(\\w+)\\.([a-z]+)";
 const std::string c_subject = "please answer to ann@example.org by noon";
 
-// A text of 60 KB with 1,600 matches. The replacement contains none.
+// A string of 60 KB with 1,600 matches. The replacement contains none.
 std::string LongText()
 {
     std::string text;
@@ -84,7 +84,7 @@ void BM_IsMatch_Poco(benchmark::State& state)
 }
 BENCHMARK(BM_IsMatch_Poco);
 
-// Compiles and searches; the number of groups that were found.
+// Compiles and searches; returns the number of groups found.
 int MatchByPcre2(pcre2_match_data* offsets)
 {
     int error = 0;
@@ -245,7 +245,7 @@ void BM_Match_Std(benchmark::State& state)
 }
 BENCHMARK(BM_Match_Std);
 
-// Checked once, after the loop, so that comparing costs nothing.
+// Checks once, after the loop, so that the comparison is not measured.
 template <typename Operation>
 void Replace(benchmark::State& state, const Operation& operation)
 {
@@ -266,7 +266,7 @@ void BM_ReplaceAll_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_ReplaceAll_Toolkit);
 
-// A word boundary looks behind: the text is replaced in place.
+// A word boundary looks behind, so matches are replaced in place.
 void BM_ReplaceLookingBehind_Toolkit(benchmark::State& state)
 {
     RegExp regExp(TString<char>("\\b" + c_longPattern), RegExpOptions::None);
@@ -276,7 +276,7 @@ void BM_ReplaceLookingBehind_Toolkit(benchmark::State& state)
 BENCHMARK(BM_ReplaceLookingBehind_Toolkit);
 
 #ifdef HAS_PCRE
-// One step after another: replace in the text, copy it, check and search the whole of it again.
+// Step by step: replaces in the string, copies it, then checks and searches all of it again.
 std::string ReplaceInSteps(const std::string& pattern, const std::string& given)
 {
     constexpr int options = PCRE_NOTBOL | PCRE_NOTEOL | PCRE_NOTEMPTY;

@@ -1,5 +1,5 @@
-// The operations on PCRE 2, beside its bare functions. The program contains its own copy of them
-// where the library runs on PCRE 1.
+// Compares the operations on PCRE 2 with its bare functions. The program has its own copy of the
+// operations where the library uses PCRE 1.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -46,7 +46,7 @@ void BM_Pcre2Match_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_Pcre2Match_Toolkit);
 
-// Compiles and searches, as a program without the library does once.
+// Compiles and searches, like a program that uses PCRE 2 directly.
 int MatchByPcre2(pcre2_match_data*& offsets)
 {
     int error = 0;

@@ -36,7 +36,7 @@ private:
     long& m_count;
 };
 
-// Listeners of two classes in turn: of a single class the compiler would call none virtually.
+// Alternates listeners of two classes: with one class the compiler could devirtualize the calls.
 IListener* MakeListener(int number, long& ups, long& downs)
 {
     if (number % 2 == 0)
@@ -72,7 +72,7 @@ void BM_Notify_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_Notify_Toolkit);
 
-// One pair of a recursive mutex's operations around as many calls.
+// Locks a recursive mutex once around the same number of calls.
 void BM_Notify_wxMutexAndCalls(benchmark::State& state)
 {
     long ups = 0;
