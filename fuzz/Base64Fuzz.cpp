@@ -1,5 +1,5 @@
-// Bytes come back from their Base64 form; any text decodes as the rules say one character at a
-// time.
+// Encoded bytes decode to the same bytes; any string decodes like a character-by-character
+// reference.
 
 #include "toolkit/encoding/Base64.h"
 

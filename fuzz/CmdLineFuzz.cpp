@@ -1,5 +1,5 @@
-// Tokens that are written out again give the same tokens, and options are found in them by the
-// plain rules.
+// Tokens that are written out again give the same tokens, and a plain reference finds the same
+// options.
 
 #include "toolkit/config/CmdLineParser.h"
 
@@ -17,7 +17,7 @@ namespace {
 using namespace Toolkit;
 using Tokens = std::vector<TString<wchar_t>>;
 
-// A line of `tokens`: in quotes, but for those that hold a quote and so no separator.
+// A command line of `tokens`, quoted unless a token contains a quote, and so no separator.
 TString<wchar_t> Join(const Tokens& tokens)
 {
     TString<wchar_t> line;
@@ -35,7 +35,7 @@ bool IsOption(const TString<wchar_t>& token)
     return !token.empty() && token.front() == L'-';
 }
 
-// What stands behind the last "-`name`" that has a value.
+// The value after the last "-`name`" that has one.
 TString<wchar_t> FindValue(const Tokens& tokens, const TString<wchar_t>& name)
 {
     TString<wchar_t> value;

@@ -1,4 +1,4 @@
-// Any mask selects the names that a plain matcher of "*", "?" and "\" selects.
+// Any mask selects the same names as a plain matcher of "*", "?" and "\".
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/Directory.h"
@@ -58,7 +58,7 @@ private:
     std::filesystem::path m_path;
 };
 
-// What stands for one character of a name, or for any number of them.
+// Matches one character of a name, or any number of characters.
 struct Token {
     enum class Kind { Any, One, Itself } kind;
     wchar_t character;
@@ -85,8 +85,7 @@ bool Parse(const std::wstring& mask, std::vector<Token>& tokens)
 
 bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
 {
-    // Whether the tokens so far, from the last one on, match what follows the first i
-    // characters.
+    // matches[i]: whether the tokens from here to the last match the name from character i on.
     std::vector<bool> matches(name.size() + 1, false);
     matches.back() = true;
     for (auto token = tokens.rbegin(); token != tokens.rend(); ++token) {

@@ -1,4 +1,4 @@
-// The settings of any file are those that its lines give by the plain rules.
+// Any file gives the same settings as a plain reading of its lines.
 
 #include "toolkit/config/IniFile.h"
 #include "toolkit/files/TextFile.h"

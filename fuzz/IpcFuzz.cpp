@@ -1,6 +1,6 @@
-// A client sends the input, in pieces whose length its first byte gives, to a server in the same
-// process. The server hands on exactly the messages that a plain reading of the whole stream finds,
-// answers only a complete topic, and ends the connection.
+// A client sends the input to a server in the same process, in chunks of the length given by the
+// first byte. The server delivers exactly the messages that a plain reading of the whole stream
+// finds, answers only a complete topic, and ends the connection.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/ipc/IPCServer.h"
@@ -91,7 +91,7 @@ int Connect(const std::string& path)
     return socket;
 }
 
-// Sends all bytes and returns the server's answer once it has ended the connection.
+// Sends all bytes and returns the server's answer after the server closes the connection.
 std::string Talk(World& world, std::string_view bytes, std::size_t pieceLength)
 {
     const int socket = Connect(world.Socket());

@@ -1,5 +1,5 @@
-// A text that is read as a date reads back from what is written of it, in local time and in UTC;
-// any other leaves an invalid date.
+// A string that parses as a date round-trips, in local time and in UTC; any other gives an invalid
+// date.
 
 #include "toolkit/datetime/DateTime.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A zone in which no clock ever shows a time twice, and none is skipped.
+// A zone whose clocks never repeat or skip a time.
 void SetZone()
 {
     ::setenv("TZ", "<+0530>-05:30", 1);

@@ -1,5 +1,5 @@
-// Patterns of any text are replaced token by token, each search starting anew at the
-// beginning of the pattern.
+// Any pattern gives the result of replacing token by token, each search starting at the beginning
+// of the pattern.
 
 #include "toolkit/datetime/LocaleText.Private.h"
 
@@ -26,7 +26,7 @@ LocaleText::DayHalves GetDayHalves()
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The literal steps take a square of the length.
+    // The literal steps take quadratic time.
     constexpr std::size_t longest = 4096;
 
     const std::wstring pattern(data, data + std::min(size, longest));

@@ -1,4 +1,4 @@
-// Numbers are read as a standard stream of the classic locale reads them, alike in both widths, and
+// Numbers are read like a standard stream with the classic locale, in both character widths, and
 // what is written reads back.
 
 #include "toolkit/encoding/StringConvert.h"
@@ -15,7 +15,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A stream stores 0 where there is no number; there the value must stay.
+// A stream stores 0 where there is no number; the library must leave the value unchanged.
 template <typename Number>
 Number ReadByStream(const std::string& text, Number initial)
 {

@@ -1,5 +1,5 @@
-// A text comes back from its quoted-printable form; soft line breaks are those of the insertions
-// done one after the other; any text decodes as the rules say.
+// An encoded string decodes to itself; soft line breaks are those of inserting them one at a time;
+// any string decodes like a plain reference.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"
@@ -18,7 +18,7 @@ namespace {
 using namespace Toolkit;
 using Wide = TString<wchar_t>;
 
-// A small number, or one that is as far below 2 to the power of 32.
+// A small number, or 2^32 minus a small number.
 unsigned int Length(Input& input)
 {
     const unsigned int value = input.Byte();

@@ -27,7 +27,7 @@ void RequireGroupsOf(MatchResult& result)
         Require(value.empty() ||
                 result.subject.compare(static_cast<std::size_t>(begin), value.size(), value) == 0);
     }
-    // The engine accepts the empty text as a name: (?'').
+    // The engine accepts the empty name: (?'').
     for (const auto& [name, number] : result.names)
         Require(result[static_cast<unsigned short>(number)]->name == name);
 }

@@ -1,5 +1,5 @@
-// Replacing groups by a list or by a map gives the subject with the replacements between the parts
-// that no group took.
+// Replacing groups by a list or by a map joins the replacements with the parts of the subject
+// outside all groups.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -21,7 +21,7 @@ struct Piece {
     std::string replacement;
 };
 
-// False where groups overlap or end before they begin: their offsets are not the subject's then.
+// False if groups overlap or end before they begin: their offsets then do not apply to the subject.
 bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::string& joined)
 {
     std::size_t done = 0;
@@ -35,7 +35,7 @@ bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::str
     return true;
 }
 
-// The groups that took part, with their replacements.
+// The groups that matched, with their replacements.
 template <typename ReplacementOf>
 std::vector<Piece> PiecesOf(const MatchResult& result, const ReplacementOf& replacementOf)
 {

@@ -1,4 +1,4 @@
-// Replacing whole matches gives what replacing them step by step gives.
+// Replacing whole matches gives the same result as replacing them step by step.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -15,7 +15,7 @@ using namespace Toolkit;
 
 constexpr int c_options = 0x580;
 
-// Each step in a long text is costly.
+// Each step in a long string is costly.
 constexpr int MostSteps(std::size_t length)
 {
     return length > 1000 ? 5 : 50;
@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PatternInput input(data, size);
     const std::string pattern = input.Text(60);
     const TString<char> replacement = input.Text(20);
-    // Only a long text exceeds offsets of 16 bits. A repetition could try each part of it.
+    // Only a long string exceeds 16-bit offsets. A repetition could try every part of it.
     const bool isLong = input.Text(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
     const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.Text(60);
     RegExp regExp(TString<char>(pattern), RegExpOptions::None);

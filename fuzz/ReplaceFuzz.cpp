@@ -1,4 +1,4 @@
-// A replacement has the result of searching anew from the beginning each time.
+// Replacing gives the result of searching from the beginning after each replacement.
 
 #include "toolkit/core/TString.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
-// Whether a longer replacement ends: it brings no character of what it replaces.
+// Whether a longer replacement terminates: it contains no character of `from`.
 bool IsForeign(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && to.find_first_of(from) == std::wstring::npos;

@@ -1,5 +1,5 @@
-// Items read from a file of hostile bytes are those that its bytes stand for, or fail with the code
-// of their kind, whatever sizes the file claims.
+// Items read from a hostile file equal those decoded by hand, or fail with the code of their kind,
+// whatever sizes the file claims.
 
 #include "toolkit/core/Bytes.h"
 #include "toolkit/core/FSStream.h"
@@ -21,7 +21,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A file that has no name but the one of its descriptor.
+// A file whose only name is that of its descriptor.
 class MemoryFile {
 public:
     explicit MemoryFile(const std::string& bytes) : m_descriptor(::memfd_create("hostile", 0))
@@ -40,7 +40,7 @@ private:
     int m_descriptor;
 };
 
-// Reads items with the stream and takes them from the same bytes by hand.
+// Reads items with the stream and decodes the same bytes by hand.
 class Comparison {
 public:
     explicit Comparison(const std::string& bytes)
@@ -135,7 +135,7 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The kinds of the items, with the lengths of blocks in the upper bits, and then the file.
+    // The input: the kinds of the items, with block lengths in the upper bits, then the file.
     constexpr unsigned int mostItems = 16;
     Input input(data, size);
     std::string kinds;

@@ -1,4 +1,4 @@
-// Lines that are written back and read again are the same, and so is a line that is added.
+// Lines survive writing and reading back, and so does an added line.
 
 #include "toolkit/files/TextFile.h"
 
@@ -21,7 +21,7 @@ std::vector<TString<wchar_t>> ReadLines(TextFile& file)
     return lines;
 }
 
-// A mark behind the mark of the file would be the file's own after it was written.
+// A second byte-order mark would become the file's own when the file is written.
 bool BeginsWithMark(const TString<wchar_t>& line)
 {
     return !line.empty() && line.front() == L'\uFEFF';

@@ -1,4 +1,4 @@
-// Joined again, the tokens give the text; with empty ones skipped they are the same ones.
+// The joined tokens give the string; skipping empty tokens changes nothing else.
 
 #include "toolkit/core/TString.h"
 

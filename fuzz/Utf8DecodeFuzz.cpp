@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t c_invalid = 0;
 
-// The length of the sequence at `place`, by the rules of RFC 3629 one after the other.
+// The length of the sequence at `place`, by the rules of RFC 3629.
 std::size_t SequenceLength(const std::string& bytes, std::size_t place)
 {
     constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};

@@ -1,4 +1,4 @@
-// What is encoded decodes to the same text; only values that are no characters have no form.
+// Encoded text decodes to the same text; only values that are no characters cannot be encoded.
 
 #include "toolkit/encoding/UTF8.h"
 

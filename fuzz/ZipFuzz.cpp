@@ -1,5 +1,5 @@
-// Whatever an archive holds, its entries are read as the framework's own stream and a fresh reader
-// of its for every word and line read them, in any mixture of words, lines and bytes.
+// Any archive reads like a wxZipInputStream with a fresh wxTextInputStream for every word and line,
+// in any mixture of words, lines and bytes.
 
 #include "toolkit/archive/ArchiveZip.h"
 
@@ -22,14 +22,14 @@ namespace {
 
 using namespace Toolkit;
 
-// A byte of a Zip archive may stand for a thousand: these bound the time that an input takes.
+// A byte of a Zip archive may expand to a thousand: these limits bound the time per input.
 constexpr std::size_t c_longestInput = 16384;
 constexpr int c_mostEntries = 8;
 constexpr std::size_t c_mostBytes = 100'000;
 
 using Bytes = std::vector<unsigned char>;
 
-// Reads an entry from the library's stream and from the framework's, and compares.
+// Reads an entry from the library's stream and from wxZipInputStream, and compares.
 class Comparison {
 public:
     Comparison(ZipInputStream& stream, wxZipInputStream& reference)
@@ -72,7 +72,7 @@ public:
         CompareState();
     }
 
-    // A byte that is looked at, and one that is put back.
+    // Peeks at a byte, and puts one back.
     void PeekAndPutBack(char byte)
     {
         Require(Framework().Peek() == m_reference.Peek());
@@ -145,8 +145,8 @@ int List(ArchiveZip& archive, ArchiveZip::EntriesMap& entries)
     return count;
 }
 
-// A listing leaves nothing for a second one, until the archive is opened again. One that met what
-// is no entry may end before the data do.
+// A listing leaves nothing for a second one until the archive is opened again. A listing that meets
+// an invalid entry may end before the data.
 void ListTwice(ArchiveZip& archive, const TString<wchar_t>& path, ArchiveZip::EntriesMap& entries)
 {
     archive.Open(path);
@@ -157,8 +157,8 @@ void ListTwice(ArchiveZip& archive, const TString<wchar_t>& path, ArchiveZip::En
     Require(List(archive, entries) == count);
 }
 
-// The framework's own stream in an entry, listed like the library's: what an entry gives does not
-// depend on what was read before it.
+// A wxZipInputStream at an entry, reached like the library's stream: an entry's data do not depend
+// on earlier reads.
 std::unique_ptr<wxZipInputStream> OpenReference(const TString<wchar_t>& path, wxZipEntry& entry)
 {
     auto reference = std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(path)));
@@ -196,7 +196,7 @@ void AbortOnAssert(const wxString&, int, const wxString&, const wxString&, const
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The ways of reading, which as many bytes give as the first one says, and then the archive.
+    // The first byte counts the bytes that select ways of reading; the archive follows them.
     constexpr unsigned int mostWays = 32;
     static const InputFile file;
     if (size > c_longestInput)

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-/// Takes the values of a fuzz target from the bytes of its input.
+/// Reads the values of a fuzz target from its input.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size)
@@ -14,14 +14,14 @@ public:
     {
     }
 
-    /// The next byte; 0 behind the end.
+    /// The next byte; 0 after the end.
     std::uint8_t Byte()
     {
         return m_next < m_bytes.size() ? static_cast<std::uint8_t>(m_bytes[m_next++])
                                        : std::uint8_t{0};
     }
 
-    /// The bytes up to the next `separator` or the end, each as a character of its value.
+    /// The bytes up to the next `separator` or the end, each as the character of that value.
     std::wstring Text(char separator)
     {
         const std::size_t end = std::min(m_bytes.find(separator, m_next), m_bytes.size());
@@ -32,7 +32,7 @@ public:
         return text;
     }
 
-    /// All bytes that are left.
+    /// All remaining bytes.
     std::string Rest() { return m_bytes.substr(std::exchange(m_next, m_bytes.size())); }
 
 private:

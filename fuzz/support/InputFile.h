@@ -10,7 +10,7 @@
 #include <string>
 #include <unistd.h>
 
-/// The file that the targets of file formats read; removed at the end of the program.
+/// The input file for targets of file formats; removed at the end of the program.
 class InputFile {
 public:
     InputFile()

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-/// Takes short texts from the input of a fuzz target, separated by null characters.
+/// Reads short strings, separated by null characters, from the input of a fuzz target.
 class PatternInput {
 public:
     PatternInput(const std::uint8_t* data, std::size_t size)
@@ -16,7 +16,7 @@ public:
     {
     }
 
-    /// The bytes up to the next separator, cut after `longest` of them.
+    /// The bytes up to the next separator, truncated to `longest`.
     std::string Text(std::size_t longest)
     {
         const std::size_t begin = m_next;
@@ -30,7 +30,7 @@ private:
     std::size_t m_next = 0;
 };
 
-/// What an operation gives: a text, or the message that it throws.
+/// The result of an operation: a string, or the message of its exception.
 struct PatternOutcome {
     std::string text;
     std::string message;
@@ -48,7 +48,7 @@ PatternOutcome OutcomeOf(const Operation& operation)
     }
 }
 
-/// The pattern, given up early where it is costly.
+/// The pattern with limits that stop a costly search early.
 inline std::string WithLimits(const std::string& pattern)
 {
     return "(*LIMIT_MATCH=5000)(*LIMIT_RECURSION=1000)" + pattern;

@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-// Replays the files of a directory: the program's only argument.
+// Replays the files of the directory that is the program's only argument.
 int main(int argc, char** argv)
 {
     if (argc != 2 || !std::filesystem::is_directory(argv[1])) {

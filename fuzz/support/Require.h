@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-/// Ends the program when a property does not hold: that is what a fuzzing engine looks for.
+/// Aborts when a property does not hold, which a fuzzing engine reports as a finding.
 inline void Require(bool holds)
 {
     if (!holds)
