@@ -11,7 +11,7 @@ export LC_ALL=C
 # The names after TOOLKIT_API: classes, functions (the word before the parenthesis), constants.
 public_names() {
     find "$headers" -name '*.h' -exec cat {} + |
-        sed -n -e 's/^ *\(template <.*> *\)\{0,1\}\(class\|struct\) TOOLKIT_API \([A-Za-z0-9_]*\).*/\3/p' \
+        sed -n -e 's/^ *\(template <.*> *\)\{0,1\}\(class\|struct\) \(TOOLKIT_[A-Z_]*([^)]*) \)\{0,1\}TOOLKIT_API \([A-Za-z0-9_]*\).*/\4/p' \
             -e 's/^.*TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\)(.*/\1/p' \
             -e 's/^extern TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\);.*/\1/p' |
         sort -u
@@ -26,8 +26,8 @@ exported_names() {
 # or function ("Mutex" of "vtable for Toolkit::Mutex") is not public.
 print_strangers() {
     awk '
-        $0 == "--" { behind = 1; next }
-        !behind { public[$0] = 1; next }
+        $0 == "--" { after = 1; next }
+        !after { public[$0] = 1; next }
         {
             owner = $0
             sub(/^.* for /, "", owner)

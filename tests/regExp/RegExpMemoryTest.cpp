@@ -74,7 +74,8 @@ TEST(RegExpMemoryTest, AnOperationWorksAfterMemoryWasOut)
     EXPECT_EQ(regExp.Match(c_subject)->Count(), 3u);
 }
 
-TEST(RegExpMemoryTest, WithoutAnyMemoryNothingButBadAllocLeaves)
+// An exception that is made when the library is loaded.
+TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWithoutAnyMemory)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);
     const auto match = [&] {
@@ -82,7 +83,7 @@ TEST(RegExpMemoryTest, WithoutAnyMemoryNothingButBadAllocLeaves)
         regExp.Match(c_subject);
     };
 
-    EXPECT_THROW(match(), std::bad_alloc);
+    EXPECT_THROW(match(), smart_ptr<RegExpException>);
 }
 
 TEST(RegExpMemoryTest, ACollectionStaysAsItIsWhenAGroupDoesNotFit)

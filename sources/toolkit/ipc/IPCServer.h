@@ -39,7 +39,7 @@ class IPCInternalServer;
 /// - that has been silent longest, when there are `c_maxSessions` clients or no descriptors are
 ///   left, and another client connects.
 ///
-/// Only complete messages are handed on. Nothing is thrown or logged.
+/// Only complete messages are handed on. Nothing is logged, and only the constructor may throw.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
     /// The limit of clients that are connected at the same time.
@@ -47,8 +47,8 @@ public:
 
     /// An empty `service` is the application's own: a file in the temporary directory of
     /// `PathManager` with the application's unique name and the extension ".ipc". Without a
-    /// `PathManager` it stays empty, and Run() fails. Run() also fails when this ran out
-    /// of memory.
+    /// `PathManager` it stays empty, and Run() fails. When out of memory, Run() fails too, or the
+    /// constructor throws `std::bad_alloc` if there is none for the lock of the listeners.
     ///
     /// Run() begins to listen.
     explicit IPCServer(const TString<wchar_t>& service);
