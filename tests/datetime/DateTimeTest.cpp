@@ -304,7 +304,7 @@ TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
 
 TEST_F(DateTimeTest, GivesTheTimeOfTodayOrTheDateOfAnotherDay)
 {
-    // A test that runs over midnight takes the next day for both.
+    // If midnight passes during the test, use the next day for both.
     DateTime today;
     TString<wchar_t> todayText;
     today.GetRelativeStringFromNow(todayText);

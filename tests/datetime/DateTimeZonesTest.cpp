@@ -18,7 +18,7 @@ using TestSupport::ScopedTimeZone;
 
 constexpr int c_instants = 20000;
 
-// Instants between 1902 and 2106, some of them near a full hour, where clocks change.
+// Instants between 1902 and 2106, some near a full hour, where clocks change.
 std::time_t RandomInstant(std::mt19937_64& random)
 {
     std::uniform_int_distribution<std::time_t> instants(-2145916800, 4323801600);
@@ -56,7 +56,7 @@ std::tm LocalFields(std::time_t instant)
     return fields;
 }
 
-// A date of UTC fields.
+// Makes a date from UTC fields.
 DateTime FromUtc(const std::tm& utc)
 {
     return DateTime(
@@ -65,7 +65,7 @@ DateTime FromUtc(const std::tm& utc)
         static_cast<unsigned int>(utc.tm_min), static_cast<unsigned int>(utc.tm_sec), 0);
 }
 
-// A date of local fields, which mktime() is asked about too.
+// Makes a date from local fields, for comparison with mktime().
 DateTime FromLocal(const std::tm& local)
 {
     return DateTime(
@@ -75,7 +75,7 @@ DateTime FromLocal(const std::tm& local)
         static_cast<unsigned int>(local.tm_sec));
 }
 
-// What differs from the C library at one instant; empty when nothing does.
+// Describes the difference from the C library at one instant; empty if there is none.
 std::string DifferenceAt(std::time_t instant)
 {
     const std::string utc = CFormat("%Y-%m-%d %H:%M:%S Z", UtcFields(instant));
@@ -100,7 +100,7 @@ std::string DifferenceAt(std::time_t instant)
     return {};
 }
 
-// The check of one zone, in a process that has seen no other zone.
+// Checks one zone, in a process that has used no other zone.
 [[noreturn]] void CheckZoneInChild(const char* zone)
 {
     ::setenv("TZ", zone, 1);
@@ -152,7 +152,7 @@ TEST_P(DateTimeChangesTest, MeetsTheInstantThatClocksShow)
     EXPECT_EQ(Iso(date, true), GetParam().utc);
 }
 
-// The last moments before a change of the clock and the first ones behind it.
+// The last moments before a clock change and the first ones after it.
 INSTANTIATE_TEST_SUITE_P(
     Changes, DateTimeChangesTest,
     testing::Values(

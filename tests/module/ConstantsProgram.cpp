@@ -1,5 +1,5 @@
-// A program whose own static objects use everything that the library constructs when it is loaded:
-// when they are constructed themselves, and when they are destroyed.
+// A program whose static objects use everything that the library constructs at load, both in their
+// constructors and in their destructors.
 
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/files/PathManager.h"

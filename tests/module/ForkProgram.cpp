@@ -1,9 +1,9 @@
-// What a forked child of a busy process may use:
+// Tests what a forked child of a busy process may use:
 //
 //     ForkProgram operation children
 //
-// Two threads do the operation again and again. Meanwhile children are forked; each does it as well
-// and ends. Prints how many of them hung or crashed.
+// Two threads repeat the operation while the process forks children. Each child performs it once
+// and ends. Prints how many children hung or crashed.
 
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"

@@ -18,7 +18,7 @@ using TestSupport::ScopedEnvironment;
 using TestSupport::SoakRounds;
 using TestSupport::TempDir;
 
-// How many of the children of a busy process hang or crash when they do the same as its threads.
+// The number of children of a busy process that hang or crash when they do the same as its threads.
 int Failures(const std::string& operation, int children)
 {
     const TempDir directory;
@@ -43,7 +43,7 @@ TEST_P(ForkedChildTest, MayUse)
     EXPECT_EQ(Failures(GetParam(), SoakRounds(20, 1000)), 0);
 }
 
-// What docs/fork.md allows.
+// The operations that docs/fork.md allows.
 INSTANTIATE_TEST_SUITE_P(Allowed, ForkedChildTest,
                          testing::Values("exit", "text", "pointer", "lock of its own", "pattern",
                                          "program"),
@@ -53,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(Allowed, ForkedChildTest,
                              return name;
                          });
 
-// What it does not allow: only counted, for the table there.
+// The operations that it does not allow, counted for its table.
 TEST(ForkedChildCountTest, CountsWhatFails)
 {
     const int children = SoakRounds(0, 50);

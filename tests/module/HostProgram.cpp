@@ -1,4 +1,4 @@
-// A program with an application object of its own, which uses the library in between.
+// A program with its own application object, which starts and stops the library meanwhile.
 
 #include "toolkit/module/LibModuleManager.h"
 

@@ -15,8 +15,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-// As the symbols of the library spell them: a name in a namespace begins with "N", and each part
-// has its length in front.
+// Mangled names: a name in a namespace begins with "N", and its length precedes each part.
 template <typename... Types>
 std::vector<std::string> TypeNames()
 {
@@ -66,7 +65,7 @@ TEST(InterfaceTest, KeepsStringsAndThePoolAtGlobalScope)
     EXPECT_THAT(names, ElementsAre("7TStringIcE", "7TStringIwE", "18MacAutoreleasePool"));
 }
 
-// The name of a symbol tells scope and parameters; without them the linkage is that of C.
+// A mangled name contains scope and parameters; a name without them has C linkage.
 TEST(InterfaceTest, KeepsScopeParametersAndLinkageOfFunctions)
 {
     constexpr const char* names[] = {"_Z6ASSERTb",

@@ -1,6 +1,5 @@
-// Modules that were built at different times share objects and call each other's virtual
-// operations: fields and slots keep their places. Slots 0 and 1 are the two forms of the
-// destructor.
+// Modules built at different times share objects and call each other's virtual operations, so
+// fields and slots must keep their places. Slots 0 and 1 are the two variants of the destructor.
 
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/config/IniFile.h"
@@ -56,7 +55,7 @@ Value ReadAt(const Object& object, std::size_t offset)
     return value;
 }
 
-// Where in `object` each of the fields stands, in bytes.
+// The offset of each field in `object`, in bytes.
 template <typename Object>
 std::vector<std::size_t> OffsetsIn(const Object& object, std::initializer_list<const void*> fields)
 {
@@ -98,7 +97,7 @@ struct ForwarderSlots : WxLogForwarder {
     static std::size_t OfDoLogString() { return SlotOf(&ForwarderSlots::DoLogString); }
 };
 
-// What a test wants done while a registry releases its modules.
+// Runs an action of a test while a registry releases its modules.
 template <typename Action>
 class ReleaseAction : public LibModule {
 public:
@@ -306,7 +305,7 @@ TEST(LayoutTest, PutsTheWorkOfAFileLoggerInTheNextSlot)
 
 TEST(LayoutTest, PutsTheLoggerOfAFileLoggerBeforeItsThread)
 {
-    // Only the addresses of the bases are looked at.
+    // Only the addresses of the bases are compared.
     alignas(FileLogger) unsigned char room[sizeof(FileLogger)];
     auto* const logger = reinterpret_cast<FileLogger*>(room);
     const auto offsetOf = [&room](void* base) {
@@ -367,7 +366,7 @@ TEST(LayoutTest, PutsTheNameOfAnIpcServerAfterItsInternalServer)
 
     EXPECT_EQ(sizeof server, own + c_pointer + sizeof(TString<wchar_t>));
     EXPECT_NE(ReadAt<void*>(server, own), nullptr);
-    // A text begins with the address of its characters.
+    // A string begins with the address of its characters.
     EXPECT_STREQ(ReadAt<const wchar_t*>(server, own + c_pointer), L"name");
 }
 
@@ -462,7 +461,7 @@ TEST(LayoutTest, PutsModulesLockFlagsAndRemovalsInOrder)
         ++passes;
         EXPECT_EQ(ReadAt<std::int32_t>(manager, releasing), 1);
         manager.Unregister(self);
-        // A list ends with its length.
+        // The last field of a list is its length.
         EXPECT_EQ(ReadAt<std::size_t>(manager, removals + 2 * c_pointer), 1u);
     });
     manager.Register(&module);
@@ -486,7 +485,7 @@ TEST(LayoutTest, PutsTheCountOfARegistryEntryAfterItsModule)
     manager.Register(&module);
     manager.Register(&module);
 
-    // A list begins with its first node, whose value stands behind two links.
+    // A list begins with the link to its first node, whose value follows two links.
     const auto* const node = ReadAt<const unsigned char*>(manager, 0);
     EXPECT_EQ(ReadAt<LibModule*>(*node, 2 * c_pointer), &module);
     EXPECT_EQ(ReadAt<std::int32_t>(*node, 3 * c_pointer), 3);

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 using Calls = std::vector<std::string>;
 
-// Writes down its calls, then does what a test wants done inside of them.
+// Records its calls, then runs an action of the test inside them.
 class RecordingModule : public LibModule {
 public:
     RecordingModule(std::string name, Calls& calls) : m_name(std::move(name)), m_calls(calls) {}
@@ -52,7 +52,7 @@ protected:
             m_manager.Register(module);
     }
 
-    // The calls of a whole further life of the registry: who is still registered?
+    // The calls of another start and stop, which show which modules are still registered.
     Calls NextLife()
     {
         m_calls.clear();
@@ -420,7 +420,7 @@ TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
     for (std::thread& thread : threads)
         thread.join();
 
-    // However the threads met, every start of the module was followed by its end.
+    // However the threads interleave, a stop follows every start of the module.
     for (std::size_t call = 0; call < m_calls.size(); ++call)
         EXPECT_EQ(m_calls[call], call % 2 == 0 ? "+1" : "-1");
     EXPECT_THAT(NextLife(), IsEmpty());

@@ -1,6 +1,6 @@
-// Prints in which order the process-wide objects come and go. Nothing tells when one of them has
-// been stored; but each of them is made of memory, so every change is seen by the next allocation
-// or release of memory at the latest.
+// Prints the order in which the process-wide objects are created and released. Nothing reports when
+// one is stored, but each is on the heap, so the next allocation or deallocation notices every
+// change.
 
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/ILogger.h"

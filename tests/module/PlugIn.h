@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the plug-in of the test exports.
+/// The interface that the test's plug-in exports.
 struct PlugInOperations {
     /// Throws a `smart_ptr<Version>`.
     void (*throwVersion)();

@@ -1,5 +1,5 @@
-// Loads the plug-in that its argument names, with symbols of its own; each of the two throws what
-// the other one catches.
+// Loads the plug-in that its argument names, with local symbols. Host and plug-in each throw an
+// exception that the other one catches.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/system/Version.h"

@@ -1,9 +1,9 @@
-// Brings something to life and ends in one of many ways:
+// Creates objects and ends in one of many ways:
 //
 //     ProcessEndProgram seconds how what [plug-in]
 //
-// With a plug-in the scene is set up there, otherwise here. The status is 7. A process that does
-// not end within `seconds` is killed by SIGALRM.
+// The objects live in the plug-in if one is given, otherwise here. The exit status is 7. SIGALRM
+// kills a process that does not end within `seconds`.
 
 #include "toolkit/files/DynamicLibrary.h"
 #include "toolkit/logging/ILogger.h"
@@ -40,7 +40,7 @@ private:
 
 smart_ptr<Thread> s_ender;
 
-// The files of this process with their contents.
+// This process's files with their contents.
 std::map<std::string, std::string> Files()
 {
     std::map<std::string, std::string> files;
@@ -65,10 +65,10 @@ void Fail(const char* message)
     std::exit(c_status);
 }
 
-// The child ends; nothing of that is to be seen here.
+// A child ends, which must have no effect on this process.
 void ForkAndExit()
 {
-    // What was logged is in the file by now.
+    // After this wait the file contains everything that was logged.
     ::sleep(1);
     const std::map<std::string, std::string> before = Files();
     const pid_t child = ::fork();

@@ -1,10 +1,10 @@
 #pragma once
 
-/// What is alive when a process ends: in the program itself, and in a plug-in that it loads.
+/// The objects that are alive when a process ends, in the program itself or in a plug-in.
 ///
 /// `what` names it: a copy of the process-wide logger, a thread, a server and the like. Each logger
-/// has been given the lines "line 0" to "line 99".
+/// has received the lines "line 0" to "line 99".
 extern "C" __attribute__((visibility("default"))) void SetUpScene(const char* what);
 
-/// Starts the library, for a program that does not know it.
+/// Starts the library, for a program that does not link it.
 extern "C" __attribute__((visibility("default"))) void StartLibrary();

@@ -1,5 +1,5 @@
-// A program that knows nothing of the library: it loads a plug-in, which brings the library with
-// it, and lets go of all of it.
+// A program that does not link the library: it loads a plug-in, which loads the library, and then
+// unloads both.
 //
 //     ProcessEndStranger seconds how what plug-in
 

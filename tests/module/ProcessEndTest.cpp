@@ -44,11 +44,11 @@ const std::vector<std::string> c_things = {
     "paused thread",   "unstarted thread",
 };
 
-// Only in the program itself: threads must not run in a plug-in that is unloaded. And not where a
-// log that stands still is awaited.
+// Only in the program itself, since threads must not run in an unloaded plug-in, and not where the
+// test waits for a log to stop growing.
 constexpr const char* c_busyThings = "logging threads";
 
-// One process: a program, how it ends, what is alive, and the plug-in in which it is.
+// One process: a program, how it ends, which objects are alive, and in which plug-in.
 struct Case {
     std::string program;
     std::string how;
@@ -78,7 +78,7 @@ struct Case {
     bool Logs() const { return what.find("logger") != std::string::npos; }
 };
 
-// How a process ended and what it left behind.
+// How a process ended, and what it left.
 struct End {
     int status; // negative: the signal
     std::string errors;
@@ -99,7 +99,7 @@ std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, b
     if (leavesMemory)
         variables.push_back("ASAN_OPTIONS=" + std::string(sanitizer ? sanitizer : "") +
                             ":detect_leaks=0");
-    // valgrind reports a read behind the end there, which is none.
+    // valgrind reports a read past the end there, wrongly.
     variables.emplace_back("GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX2_Usable,-AVX2");
     variables.push_back("HOME=" + (directory / "home").string());
     variables.push_back("TMPDIR=" + (directory / "tmp").string());
@@ -135,7 +135,7 @@ int Run(const Case& now, const std::filesystem::path& directory)
     return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// Removes the log from the files that were left behind, and the lock file, which stays on purpose.
+// Removes the log from the remaining files, and the lock file, which stays on purpose.
 void Sort(End& end, const std::filesystem::path& directory)
 {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
@@ -167,7 +167,7 @@ std::string WholeText()
     return text;
 }
 
-// Empty when everything is as it should be.
+// Describes the fault; empty if there is none.
 std::string Fault(const Case& now, const End& end)
 {
     const bool isTerminated = now.how == "SIGTERM";
@@ -187,7 +187,7 @@ std::string Fault(const Case& now, const End& end)
     return "";
 }
 
-// Runs all cases `rounds` times, many at once: most of the time they wait.
+// Runs all cases `rounds` times, many concurrently, since they mostly wait.
 void RunAll(const std::vector<Case>& cases, int rounds)
 {
     const std::size_t count = cases.size() * static_cast<std::size_t>(rounds);
@@ -209,7 +209,7 @@ void RunAll(const std::vector<Case>& cases, int rounds)
             std::to_string(rounds) + " times each");
 }
 
-// Everything that can be alive, in the program and in a plug-in of each language version.
+// All kinds of live objects, in the program and in a plug-in of each language version.
 std::vector<Case> CasesOf(const std::string& how)
 {
     std::vector<Case> cases;

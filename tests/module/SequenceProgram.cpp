@@ -1,6 +1,6 @@
-// Prints in which order the library constructs what it constructs when it is loaded, and in which
-// order it destroys that again. The constants that are longer than three characters keep their
-// texts in memory of their own, and the load sequence ends with the registry.
+// Prints the order in which the library constructs its objects at load and destroys them at unload.
+// Constants longer than three characters allocate their strings, and the load sequence ends with
+// the registry.
 
 #include "toolkit/module/LibModuleManager.h"
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t c_mostBlocks = 65536;
 
-void* s_blocks[c_mostBlocks]; // what was allocated during the load, in order
+void* s_blocks[c_mostBlocks]; // blocks allocated during the load, in order
 std::size_t s_blockCount = 0;
 bool s_isLoading = true;
 bool s_isUnloading = false;
@@ -29,7 +29,7 @@ bool Holds(void* block, const wchar_t* text)
            std::wmemcmp(static_cast<const wchar_t*>(block), text, length) == 0;
 }
 
-// Prints what the block is, if it is one of those looked for.
+// Prints the name of the block if it is one of the expected ones.
 void PrintBlock(void* block)
 {
     static const wchar_t* const texts[] = {
@@ -49,13 +49,13 @@ void Forget(void* block)
         PrintBlock(block);
     if (s_isLoading && block)
         std::replace(s_blocks, s_blocks + s_blockCount, block, static_cast<void*>(nullptr));
-    // Its place may be given out again.
+    // Its address may be reused.
     if (s_isUnloading && block == s_registry)
         s_registry = nullptr;
     std::free(block);
 }
 
-// The program's static objects are constructed after those of the library, and destroyed before.
+// The program's static objects are constructed after the library's, and destroyed before them.
 class Program {
 public:
     Program()

@@ -8,7 +8,7 @@ toolkit_test_program(ToolkitModuleTest TOOLKIT_TEST_HOST_PROGRAM module/HostProg
 toolkit_test_program(ToolkitModuleTest TOOLKIT_TEST_ORDER_PROGRAM module/OrderProgram.cpp)
 toolkit_test_program(LoadTest TOOLKIT_TEST_SEQUENCE_PROGRAM module/SequenceProgram.cpp)
 
-# The library's object files as a static library, to be linked behind and before a program's own.
+# The library's object files as a static library, to link after and before a program's own.
 add_library(ToolkitArchive STATIC $<TARGET_OBJECTS:Toolkit>)
 set_target_properties(ToolkitArchive PROPERTIES LINKER_LANGUAGE CXX)
 get_target_property(needs Toolkit LINK_LIBRARIES)
@@ -24,7 +24,7 @@ endforeach()
 target_link_libraries(ConstantsProgram PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
 target_link_libraries(ConstantsStaticProgram PRIVATE ToolkitArchive ToolkitBuildOptions)
 target_link_libraries(ConstantsStaticReversedProgram PRIVATE ToolkitArchive ToolkitBuildOptions)
-# Link options stand before the program's own object files.
+# Link options precede the program's own object files.
 target_link_options(
     ConstantsStaticReversedProgram
     PRIVATE "LINKER:--whole-archive" "$<TARGET_FILE:ToolkitArchive>" "LINKER:--no-whole-archive"
@@ -38,7 +38,7 @@ if(BUILD_SHARED_LIBS)
     toolkit_test(module/InterfaceTest.cpp)
     target_link_libraries(InterfaceTest PRIVATE ${CMAKE_DL_LIBS})
 
-    # It is not linked with the library that it loads.
+    # It does not link the library that it loads.
     add_executable(UnloadProgram module/UnloadProgram.cpp)
     target_link_libraries(UnloadProgram PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})
     target_compile_definitions(
@@ -53,7 +53,7 @@ if(BUILD_SHARED_LIBS)
     add_dependencies(LoadTest PlugIn)
     set(plug_ins "\"$<TARGET_FILE:PlugIn>\"")
 
-    # A plug-in need not come from the compiler that built its host.
+    # Plug-ins may come from a different compiler than their host.
     find_program(TOOLKIT_CLANG NAMES clang++ clang++-14)
     if(TOOLKIT_CLANG AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT TOOLKIT_SANITIZE)
         set(clang_plug_in "${CMAKE_CURRENT_BINARY_DIR}/ClangPlugIn.so")
@@ -77,7 +77,7 @@ if(BUILD_SHARED_LIBS)
     )
 endif()
 
-# Every way in which a process can end, with everything that can be alive then. ThreadSanitizer does
+# Every way to end a process, with every kind of live object. ThreadSanitizer does
 # not know processes that fork, or end, while their threads run.
 if(BUILD_SHARED_LIBS AND NOT TOOLKIT_SANITIZE MATCHES "thread")
     toolkit_test(module/ProcessEndTest.cpp)

@@ -29,7 +29,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::TempDir;
 
-// Which process-wide objects there are, by their initials.
+// The initials of the existing process-wide objects.
 std::string Present()
 {
     const std::pair<char, bool> objects[] = {
@@ -86,7 +86,7 @@ TEST_F(ToolkitModuleTest, StartsWithALoggerThatDiscardsEverything)
     LibModuleManager::GetInstance()->Initialize(true);
     testing::internal::CaptureStdout();
 
-    TOOLKIT_LOG(SeverityError) << L"nobody reads this" << ILogger::c_strLogToken3;
+    TOOLKIT_LOG(SeverityError) << L"discarded line" << ILogger::c_strLogToken3;
 
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     LibModuleManager::GetInstance()->Release(true);

@@ -1,5 +1,5 @@
-// Loads the library that its argument names and unloads it, twice. The library's registry is memory
-// that this program hands out and takes back.
+// Loads the library that its argument names and unloads it, twice. The library's registry lives in
+// memory that this program allocates and frees.
 
 #include <cstddef>
 #include <cstdio>

@@ -76,7 +76,7 @@ void CapturedLog::Clear()
 
 namespace {
 
-// Whether `line` has the common form, with these texts in it; any source line for a negative one.
+// Whether `line` is a log line with these parts. A negative `sourceLine` matches any.
 bool MatchesLogLine(const std::wstring& line, LogSeverity severity, int sourceLine,
                     const std::wstring& function, const std::wstring& message)
 {

@@ -9,7 +9,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Installs a process-wide logger that keeps what it gets, and takes it away again.
+/// Installs a process-wide logger that records its lines, and removes it in the destructor.
 class CapturedLog {
 public:
     explicit CapturedLog(LogSeverity threshold = SeverityVerbose);
@@ -18,10 +18,10 @@ public:
     CapturedLog(const CapturedLog&) = delete;
     CapturedLog& operator=(const CapturedLog&) = delete;
 
-    /// The texts of the single calls of `Write`, in order.
+    /// The strings passed to `Write`, in order.
     std::vector<std::wstring> Pieces() const;
 
-    /// The lines they make up, without their line feeds.
+    /// The lines that they form, without line feeds.
     std::vector<std::wstring> Lines() const;
 
     void Clear();
@@ -33,8 +33,8 @@ private:
     Sink* m_sink;
 };
 
-/// Matches a log line of `severity` from `function` with `message`; tick count and source line may
-/// be any numbers.
+/// Matches a log line of `severity` from `function` with `message`, with any tick count and source
+/// line.
 testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, const std::wstring& function,
                                          const std::wstring& message);
 

@@ -7,17 +7,16 @@
 
 namespace Toolkit::TestSupport {
 
-/// A locale that is compiled from the system's sources for one test, so that it need not be
-/// installed.
+/// A locale compiled from the system's sources for one test, so that it need not be installed.
 class CompiledLocale {
 public:
-    /// `source` and `charset` as localedef takes them, such as "tr_TR" and "UTF-8".
+    /// `source` and `charset` are arguments of localedef, such as "tr_TR" and "UTF-8".
     CompiledLocale(const std::string& source, const std::string& charset);
 
-    /// False when the system has no sources or no compiler of locales.
+    /// False if the system has no locale sources or no localedef.
     bool IsThere() const { return m_isThere; }
 
-    /// What `setlocale` takes as long as this object lives.
+    /// The name for `setlocale`, valid while this object lives.
     const std::string& Name() const { return m_name; }
 
 private:

@@ -6,7 +6,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Lets no file of the process grow beyond a size, as a full disk does.
+/// Limits the size of the process's files, to simulate a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(std::size_t size);

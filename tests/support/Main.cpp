@@ -4,11 +4,11 @@
 
 namespace {
 
-// No input may get as far as one of the framework's assertions.
+// No input may reach an assertion of wxWidgets.
 void FailOnAssert(const wxString& file, int line, const wxString& function,
                   const wxString& condition, const wxString& message)
 {
-    ADD_FAILURE() << "assertion of the framework: " << file.utf8_str() << ":" << line << " "
+    ADD_FAILURE() << "wxWidgets assertion: " << file.utf8_str() << ":" << line << " "
                   << function.utf8_str() << ": " << condition.utf8_str() << " "
                   << message.utf8_str();
 }

@@ -7,11 +7,11 @@
 
 namespace Toolkit::TestSupport {
 
-/// Takes from this process, for ever, the right to start others: fork(2) fails with EAGAIN. For a
-/// process that ends soon after.
+/// Makes fork(2) fail with EAGAIN in this process, irrevocably. Use it in a process that ends soon
+/// after.
 inline void AllowNoMoreProcesses()
 {
-    // The limit counts all processes of a user and does not hold for the superuser.
+    // The limit counts all processes of the user and does not apply to root.
     constexpr uid_t userOfNobody = 54321;
     constexpr rlimit onlyThisOne{1, 1};
     if (::geteuid() == 0) {

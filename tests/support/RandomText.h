@@ -6,19 +6,19 @@
 
 namespace Toolkit::TestSupport {
 
-/// Random texts over an alphabet, the same ones in every run.
+/// Random strings over an alphabet, the same in every run.
 class RandomText {
 public:
     explicit RandomText(unsigned int seed) : m_engine(seed) {}
 
-    /// A number from `first` to `last`, both included.
+    /// A number from `first` to `last`, inclusive.
     template <typename Integer>
     Integer Number(Integer first, Integer last)
     {
         return std::uniform_int_distribution<Integer>(first, last)(m_engine);
     }
 
-    /// At most `longest` characters, each one of `alphabet`.
+    /// At most `longest` characters of `alphabet`.
     template <typename Char>
     std::basic_string<Char> Text(const std::basic_string<Char>& alphabet, std::size_t longest)
     {

@@ -12,7 +12,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// Sends a descriptor of the program that is to be started into a file.
+// Redirects a descriptor of the started program to a file.
 void RedirectToFile(posix_spawn_file_actions_t& actions, int descriptor,
                     const std::filesystem::path& file)
 {

@@ -6,14 +6,14 @@
 
 namespace Toolkit::TestSupport {
 
-/// How a program ended and what it said.
+/// How a program ended, and its output.
 struct ProgramResult {
-    int exitCode; ///< The negative number of the signal when one ended it.
+    int exitCode; ///< Minus the signal number if a signal ended it.
     std::string output;
     std::string errors;
 };
 
-/// Runs `program` with `arguments` in this process's environment and waits for its end.
+/// Runs `program` with `arguments` in this process's environment and waits for it to end.
 ProgramResult RunProgram(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments);
 

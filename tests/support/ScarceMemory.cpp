@@ -8,7 +8,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// Counts down to the allocation that fails, and passes by zero.
+// Counts down to the failing allocation, and on below zero.
 thread_local long t_allocationsLeft = 0;
 thread_local bool t_isCounting = false;
 

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
-/// Memory that runs out. A program that uses these classes lists ScarceMemory.cpp among its own
-/// sources: it replaces the operators new and delete.
+/// Simulates running out of memory. A program that uses these classes compiles ScarceMemory.cpp
+/// into itself, which replaces the operators new and delete.
 namespace Toolkit::TestSupport {
 
-/// Lets one allocation of this thread fail: the next one for an index of 0.
+/// Makes one allocation of this thread fail: index 0 is the next one.
 class FailingAllocation {
 public:
     explicit FailingAllocation(long index);
@@ -15,11 +15,11 @@ public:
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    /// Whether there were so many allocations.
+    /// Whether the allocation was reached.
     bool HasFailed() const;
 };
 
-/// Lets each allocation of more than `size` bytes fail, on every thread.
+/// Makes every allocation of more than `size` bytes fail, on all threads.
 class AllocationLimit {
 public:
     explicit AllocationLimit(std::size_t size);

@@ -7,7 +7,7 @@ namespace Toolkit::TestSupport {
 /// Sets the C locale of the process and restores it.
 class ScopedLocale {
 public:
-    /// The test fails when the system does not have the locale `name`.
+    /// Fails the test if the system has no locale `name`.
     explicit ScopedLocale(const std::string& name);
     ~ScopedLocale();
 

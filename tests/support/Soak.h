@@ -8,7 +8,7 @@ namespace Toolkit::TestSupport {
 /// script/soak, which sets TOOLKIT_SOAK.
 int SoakRounds(int sample, int full);
 
-/// Reports what a sweep has covered, such as "50 pairs, 30 times each". script/soak prints it.
+/// Reports what a sweep covered, such as "50 pairs, 30 times each". script/soak prints it.
 void Covered(const std::string& what);
 
 } // namespace Toolkit::TestSupport

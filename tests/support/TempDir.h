@@ -7,7 +7,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A directory of its own for one test, removed with all that is in it.
+/// A private directory for one test, removed with its contents.
 class TempDir {
 public:
     TempDir();
@@ -18,7 +18,7 @@ public:
 
     const std::filesystem::path& Path() const { return m_path; }
 
-    /// The path of `name` in the directory; the directory itself for the empty name.
+    /// The path of `name` in the directory, or of the directory itself if `name` is empty.
     TString<wchar_t> File(const TString<wchar_t>& name) const;
 
     /// Writes `bytes` to `name` and returns its path.

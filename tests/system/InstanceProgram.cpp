@@ -1,7 +1,7 @@
-// A program of which several copies run at once. It starts the library when it is told to by a line
-// on its standard input, prints whether another copy runs and its unique name, stops the library at
-// another line, which it answers, or at the end of its input, and ends there. At the line "fork" it
-// forks a child, which lives on, and prints its process id.
+// A program for several concurrent copies. A line on its standard input starts the library; it
+// prints whether another copy runs, and its unique name. Another line stops the library, with an
+// answer; the end of the input stops the library and the program. The line "fork" forks a child
+// that outlives the program, and prints its process id.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"

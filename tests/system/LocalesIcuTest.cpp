@@ -22,7 +22,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// The locales that the environment can name: it cuts what follows a dot or an at sign.
+// The locales that the environment can name: anything after a dot or an at sign is ignored.
 std::vector<std::string> AvailableLocales()
 {
     std::vector<std::string> locales;
@@ -31,7 +31,7 @@ std::vector<std::string> AvailableLocales()
     return locales;
 }
 
-// What the installed ICU says; empty when it says nothing.
+// The pattern of the installed ICU; empty if it has none.
 std::u16string IcuPattern(const std::string& locale, UDateFormatStyle time, UDateFormatStyle date)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -49,7 +49,7 @@ bool HasLone(const std::u16string& pattern, char16_t letter)
     return first != std::u16string::npos && pattern.find(letter, first + 1) == std::u16string::npos;
 }
 
-// Whether the library takes the pattern as it is.
+// Whether the library uses the pattern unchanged.
 bool IsPlain(const std::u16string& pattern)
 {
     for (const char16_t character : pattern) {
@@ -94,7 +94,7 @@ TEST(LocalesIcuTest, ReplacesQuotedTextsOfATimeWithOneSpace)
     }
 }
 
-// The text without those of the halves of the day.
+// The string without the names of the halves of the day.
 std::wstring WithoutDayHalves(TString<wchar_t> text)
 {
     wxString morning;

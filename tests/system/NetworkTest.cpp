@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned int c_timeoutMs = 10000;
 
-// A port of the loopback interface on which `backlog` connections are let in and none is served.
+// A loopback port that queues `backlog` connections and serves none.
 class Listener {
 public:
     explicit Listener(int backlog) : m_socket(::socket(AF_INET, SOCK_STREAM, 0))
@@ -35,7 +35,7 @@ public:
 
     unsigned short Port() const { return m_port; }
 
-    // Begins connections until the system answers no further one.
+    // Starts connections until the system answers no more.
     void FillBacklog()
     {
         for (int i = 0; i < 8; ++i) {

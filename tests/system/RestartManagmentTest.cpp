@@ -37,7 +37,7 @@ std::vector<std::wstring> LinesOf(const std::string& text)
 
 class RestartManagmentTest : public testing::Test {
 protected:
-    // Puts the program that restarts itself into the directory.
+    // Copies the program that restarts itself into the directory.
     std::filesystem::path Install(const std::string& name) const
     {
         const std::filesystem::path path = m_directory.Path() / name;
@@ -110,7 +110,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForTheNewProcess)
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ScopedEnvironment report("TOOLKIT_TEST_REPORT", pipe);
 
-    // The new process cannot end before the first one has gone on.
+    // The new process cannot end before the first one continues.
     const ProgramResult result = RunProgram(program, {"-read"});
 
     EXPECT_EQ(result.exitCode, 0);
@@ -154,7 +154,7 @@ TEST(RestartManagmentDeathTest, ReturnsTrueWithoutAProcess)
     EXPECT_EXIT(activate(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(RestartManagmentTest, ACopyOutlivesTheRelease)
+TEST_F(RestartManagmentTest, LetsACopyOutliveTheRelease)
 {
     RestartManagment::CreateInstance();
     const smart_ptr<RestartManagment> copy = RestartManagment::GetInstance();

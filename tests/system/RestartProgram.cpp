@@ -1,6 +1,6 @@
-// A program that restarts itself. The first copy prints its log; the second one, which knows itself
-// by its argument, writes its command line to the file that TOOLKIT_TEST_REPORT names. With "-read"
-// the first copy goes on to print what the second one writes.
+// A program that restarts itself. The first copy prints its log. The second one, identified by its
+// argument, writes its command line to the file that TOOLKIT_TEST_REPORT names. With "-read" the
+// first copy then prints what the second one writes.
 
 #include "toolkit/logging/ConsoleLogger.h"
 #include "toolkit/module/LibModuleManager.h"
@@ -15,7 +15,7 @@ using namespace Toolkit;
 
 namespace {
 
-// Nobody can write to a pipe before it is read.
+// Opening a pipe for writing waits for its reader.
 void PrintReport()
 {
     const char* const report = std::getenv("TOOLKIT_TEST_REPORT");

@@ -23,7 +23,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::TempDir;
 
-// A running copy of the test's program. It starts the library when it is told to.
+// A running copy of the test's program. It starts the library on request.
 class Copy {
 public:
     Copy(const std::filesystem::path& program, const std::filesystem::path& errors)
@@ -55,21 +55,21 @@ public:
 
     void Go() const { EXPECT_EQ(::write(m_input, "go\n", 3), 3); }
 
-    // Lets it stop the library while its process goes on.
+    // Stops its library while the process keeps running.
     void Stop() const
     {
         Go();
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
-    // Lets it fork a child, whose process id is returned.
+    // Makes it fork a child and returns the child's process id.
     pid_t Fork() const
     {
         EXPECT_EQ(::write(m_input, "fork\n", 5), 5);
         return static_cast<pid_t>(std::stol(ReadLine()));
     }
 
-    // Whether it saw another copy; sets its unique name too.
+    // Whether it found another copy. Also sets its unique name.
     bool SeesAnother()
     {
         const std::string line = ReadLine();
@@ -126,7 +126,7 @@ protected:
         return copy;
     }
 
-    // Puts the program into `folder`.
+    // Copies the program to `folder`.
     std::filesystem::path Install(const std::filesystem::path& folder) const
     {
         std::filesystem::create_directories(folder);
@@ -227,7 +227,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresAnotherProcessWithTheIdOfACrashedCo
     EXPECT_FALSE(first.SeesAnother());
     first.Crash();
 
-    // This test runs, and is no copy of the program.
+    // This test is a running process, and no copy of the program.
     for (const std::string& name : {first.UniqueName(), "." + first.UniqueName() + ".lock"})
         std::ofstream(m_homePath / name) << ::getpid();
 

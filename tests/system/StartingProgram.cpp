@@ -1,5 +1,5 @@
-// A program that starts another one, while its own standard output holds text that was not written
-// yet and an object waits for its destruction at the end.
+// A program that starts another one while its standard output has unflushed text and a static
+// object awaits its destruction.
 
 #include "toolkit/system/SystemInfo.h"
 
@@ -20,7 +20,7 @@ int main()
 {
     std::fputs("buffered\n", stdout);
 #ifdef __SANITIZE_THREAD__
-    // The sanitizer's own _exit() writes the buffers of the standard streams.
+    // The sanitizer's _exit() flushes the buffers of the standard streams.
     std::fflush(stdout);
 #endif
     return Toolkit::SystemInfo::StartProcess(L"/nonexistent/program", L"", true) > 0 ? 0 : 1;

@@ -40,7 +40,7 @@ protected:
         return SystemInfo(description).GetPlatform();
     }
 
-    // What the started program reports after `arguments`.
+    // The started program's report for `arguments`.
     std::string ReportFor(const TString<wchar_t>& arguments) const
     {
         EXPECT_GT(SystemInfo::StartProcess(c_startedProgram, arguments, true), 0);
@@ -185,7 +185,7 @@ TEST_F(SystemInfoTest, ReapsTheProcessThatItWaitsFor)
 
 TEST_F(SystemInfoTest, LetsTheProcessContinueWithoutWaiting)
 {
-    // The program cannot end before somebody reads what it reports.
+    // The program cannot end before its report is read.
     const std::filesystem::path pipe = m_directory.Path() / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ScopedEnvironment report("TOOLKIT_TEST_REPORT", pipe);

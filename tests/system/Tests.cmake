@@ -22,5 +22,5 @@ toolkit_test_program(
 )
 toolkit_test_program(SystemInfoTest TOOLKIT_TEST_STARTED_PROGRAM system/StartedProgram.cpp)
 toolkit_test_program(SystemInfoTest TOOLKIT_TEST_STARTING_PROGRAM system/StartingProgram.cpp)
-# Describing an operating system takes the framework's own class.
+# Needs wxPlatformInfo to describe an operating system.
 target_link_libraries(SystemInfoTest PRIVATE Toolkit::wxBase)

@@ -38,7 +38,7 @@ TEST(TickCountTest, RunsWithTheClock)
     }
     const auto outerEnd = std::chrono::steady_clock::now();
 
-    // The tick that was under way at either end is counted or not.
+    // The partial tick at either end may or may not be counted.
     const std::chrono::milliseconds counted(last - first);
     const std::chrono::milliseconds tolerance(2 * c_tickMs);
     EXPECT_LE(counted, outerEnd - outerStart + tolerance);

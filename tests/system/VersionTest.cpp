@@ -128,7 +128,7 @@ TEST(VersionTest, KeepsTheProcessWideObjectWhenCreatedAgain)
     Version::ReleaseInstance();
 }
 
-TEST(VersionTest, ACopyOutlivesTheRelease)
+TEST(VersionTest, LetsACopyOutliveTheRelease)
 {
     Version::CreateInstance();
     const smart_ptr<Version> copy = Version::GetInstance();

@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 constexpr std::chrono::seconds c_hang(60);
 
-// Notes what it is told, and whether a waiter would go on at that moment.
+// Records its notifications, and whether a waiter would return at that moment.
 class Handler : public BackgroundOperationHandler {
 public:
     Handler(std::vector<std::string>& notes, std::string name)
@@ -98,7 +98,7 @@ TEST_F(BackgroundOperationTest, BlocksWaitBeforeTheFirstEndAndAfterANewStart)
     EXPECT_TRUE(second.get());
 }
 
-// Checks in its calls whether the operation counts as ended.
+// Checks in its callbacks whether the operation has ended.
 class EventOrderHandler : public BackgroundOperationHandler {
 public:
     explicit EventOrderHandler(const BackgroundOperation& operation) : m_operation(operation) {}
@@ -106,7 +106,7 @@ public:
     void OnOperationStarted() override {}
     void OnOperationEnded() override
     {
-        // It would block for ever if the event came after the handlers.
+        // Blocks for ever if the event changes after the handlers run.
         EXPECT_TRUE(m_operation.Wait());
     }
 
@@ -123,7 +123,7 @@ TEST_F(BackgroundOperationTest, ChangesTheEventBeforeItNotifiesHandlers)
     m_operation.SendOperationEnded();
 }
 
-// Starts a waiter in its calls and keeps it.
+// Starts a waiter in its callback and keeps it.
 class WaitingHandler : public BackgroundOperationHandler {
 public:
     explicit WaitingHandler(const BackgroundOperation& operation) : m_operation(operation) {}
@@ -131,7 +131,7 @@ public:
     void OnOperationStarted() override { m_waiting = Wait(); }
     void OnOperationEnded() override
     {
-        // Waiters go on while the handlers run, those from before the end and new ones.
+        // Earlier and new waiters return while the handlers run.
         EXPECT_EQ(m_waiting.wait_for(c_hang), std::future_status::ready);
         EXPECT_EQ(Wait().wait_for(c_hang), std::future_status::ready);
     }

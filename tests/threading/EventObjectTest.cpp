@@ -16,8 +16,8 @@ namespace {
 constexpr bool c_autoReset = true;
 constexpr bool c_signalled = true;
 
-// Has `count` threads wait for `event` and calls `meanwhile` when all of them have begun. Returns
-// how many saw a signal.
+// Lets `count` threads wait for `event`, and calls `meanwhile` when all of them have started.
+// Returns the number of threads that saw a signal.
 template <typename Action>
 long CountWaitersThatSee(EventObject& event, int count, unsigned int timeoutMs, Action meanwhile)
 {
@@ -149,7 +149,7 @@ TEST(EventObjectTest, LosesNoSignalsOfManyThreads)
     EventObject event(c_autoReset, !c_signalled);
     std::atomic<int> produced{0};
 
-    // The flag is mostly set already when a thread signals it.
+    // The flag is usually already set when a thread signals it.
     const auto produce = [&event, &produced] {
         for (int i = 0; i < rounds; ++i) {
             produced.fetch_add(1, std::memory_order_relaxed);
@@ -171,7 +171,7 @@ TEST(EventObjectTest, MakesEarlierWritesVisibleToTheWaiter)
 {
     EventObject event(c_autoReset, !c_signalled);
     EventObject answer(c_autoReset, !c_signalled);
-    int value = 0; // handed over by the events alone
+    int value = 0; // synchronised only by the events
 
     std::thread writer([&] {
         for (int i = 1; i <= 100; ++i) {

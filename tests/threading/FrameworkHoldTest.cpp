@@ -81,7 +81,7 @@ TEST(FrameworkHoldTest, MakesUpForSeveralEndsOnAnotherThread)
 
 TEST(FrameworkHoldTest, LeavesTheApplicationOfTheProgramAlone)
 {
-    // The framework owns the application object from now on.
+    // wxWidgets owns the application object from now on.
     auto* const application = new wxAppConsole();
     wxAppConsole::SetInstance(application);
     wchar_t name[] = L"program";

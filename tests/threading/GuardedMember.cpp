@@ -1,4 +1,4 @@
-// Compiled by Clang only, and never run: with UNLOCKED defined it has to be rejected.
+// Compiled by Clang only, and never run. With UNLOCKED defined, Clang must reject it.
 #include "toolkit/threading/Mutex.h"
 
 class Account {

@@ -14,7 +14,7 @@
 namespace Toolkit {
 namespace {
 
-// Locks a mutex on a thread of its own until it is told to let go.
+// Locks a mutex on another thread until it is released.
 class OtherOwner {
 public:
     explicit OtherOwner(MutexInternal& mutex)

@@ -45,8 +45,8 @@ void AwaitEnd(const Thread& thread)
         Thread::Sleep(1);
 }
 
-// Starts a thread with this result and waits for it. A thread that ends before Wait() looks at it
-// has no result to give, so that a thread may have to be started anew.
+// Starts a thread with this result and waits for it. Retries, since Wait() returns no result for a
+// thread that ends before the call.
 std::intptr_t ResultOfWork(int result)
 {
     for (int attempt = 0; attempt < 1000; ++attempt) {
@@ -70,7 +70,7 @@ long AddressSpaceInPages()
     return pages;
 }
 
-// New threads get stacks of a size that no system has, while the object lives.
+// While this object lives, new threads ask for a stack larger than any system has.
 class NoRoomForThreads {
 public:
     NoRoomForThreads()
@@ -170,7 +170,7 @@ TEST(ThreadTest, StartsOnce)
     EXPECT_EQ(calls, 1);
 }
 
-// Works until it is to end. By then nothing of this class is left.
+// Works until it must end. By then the members of this class are destroyed.
 class Plain : public Thread {
 public:
     Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
@@ -322,7 +322,7 @@ TEST(ThreadTest, CannotBeKilledUnlessItRuns)
     EXPECT_EQ(worker.Kill(), wxTHREAD_NOT_RUNNING);
 }
 
-// What a thread answers when it does this to itself.
+// Returns the result of a thread's operation on itself.
 template <typename Result>
 Result OnItself(Result (*operation)(Worker&))
 {
@@ -488,7 +488,7 @@ TEST(ThreadTest, ReportsTheThreadOfMainAsTheMainThread)
     EXPECT_FALSE(std::async(std::launch::async, Thread::IsMainThread).get());
 }
 
-// A process of its own, in which nothing has started wxWidgets.
+// In a separate process, where nothing has started wxWidgets.
 TEST(ThreadDeathTest, KeepsTheMainThreadWhenAnotherOneCreatesTheFirst)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -503,8 +503,8 @@ TEST(ThreadDeathTest, KeepsTheMainThreadWhenAnotherOneCreatesTheFirst)
         testing::ExitedWithCode(0), "^$");
 }
 
-// The library's own allocations for a start, and those of wxThread::Run() before the thread is half
-// started.
+// The library's own allocations for a start, and those of wxThread::Run() before it creates the
+// thread.
 constexpr int c_startAllocations = 20;
 
 TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
@@ -532,7 +532,7 @@ TEST(ThreadTest, StartsLaterWhenMemoryRunsOut)
     }
 }
 
-// What wxWidgets keeps for each thread is larger.
+// The per-thread data of wxWidgets are larger.
 TEST(ThreadTest, WorksWithoutMemoryForItsLogTarget)
 {
     std::atomic<bool> hasWorked{false};
