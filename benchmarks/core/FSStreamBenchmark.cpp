@@ -50,7 +50,7 @@ bool WriteWithStream(const ScratchFile& file, long recordCount)
     return isRight;
 }
 
-bool WriteWithFramework(const ScratchFile& file, long recordCount)
+bool WriteWithWxFile(const ScratchFile& file, long recordCount)
 {
     const std::wstring text(c_textLength, L'x');
     const std::string block(c_blockSize, 'b');
@@ -82,7 +82,7 @@ bool ReadWithStream(const ScratchFile& file, long recordCount)
     return isRight;
 }
 
-bool ReadWithFramework(const ScratchFile& file, long recordCount)
+bool ReadWithWxFile(const ScratchFile& file, long recordCount)
 {
     std::wstring text;
     char block[c_blockSize];
@@ -141,7 +141,7 @@ void BM_WriteRecords_Toolkit(benchmark::State& state)
 
 void BM_WriteRecords_wxFile(benchmark::State& state)
 {
-    Run(state, WriteWithFramework);
+    Run(state, WriteWithWxFile);
 }
 
 void BM_ReadRecords_Toolkit(benchmark::State& state)
@@ -151,7 +151,7 @@ void BM_ReadRecords_Toolkit(benchmark::State& state)
 
 void BM_ReadRecords_wxFile(benchmark::State& state)
 {
-    Run(state, ReadWithFramework);
+    Run(state, ReadWithWxFile);
 }
 
 void BM_ReadRecords_fread(benchmark::State& state)

@@ -127,13 +127,13 @@ TEST_F(ToolkitModuleTest, SupportsALogFileAndForwarderPerStart)
         ILogger::SetLogger(smart_ptr<ILogger>(new FileLogger(SeverityInfo, name, 100000)));
         {
             const WxLogForwarder forwarder;
-            wxLogWarning("from the framework");
+            wxLogWarning("from wxWidgets");
         }
         LibModuleManager::GetInstance()->Release(true);
 
         const TString<char> file = UTF8::ToUTF8(L"/tmp/" + name + L".qvlog");
         EXPECT_THAT(TestSupport::ReadWholeFile(std::string(file)),
-                    testing::ContainsRegex("^1  : wx : [0-9]+ : from the framework\n$"));
+                    testing::ContainsRegex("^1  : wx : [0-9]+ : from wxWidgets\n$"));
         std::filesystem::remove(std::string(file));
     }
 }
