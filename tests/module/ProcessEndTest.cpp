@@ -72,8 +72,8 @@ struct Case {
         return how + " with " + what +
                (plugIn.empty() ? "" : " in " + std::filesystem::path(plugIn).stem().string());
     }
-    // A process that does not stop the library leaves what wxWidgets has to the system, and so does
-    // a forked child with the threads of its parent.
+    // A process that does not stop the library leaves wxWidgets' memory to the system. A forked
+    // child leaves the memory of its parent's threads.
     bool LeavesMemory() const { return !how.ends_with("release") || what == "leaked forwarder"; }
     bool Logs() const { return what.find("logger") != std::string::npos; }
 };
