@@ -6,20 +6,20 @@
 #include "PlugIn.h"
 #include "Terminal.h"
 
-/// Appends `token` to a line that `CmdLineParser::Tokenize` splits again. False when that is not
-/// possible: a token cannot hold both quotes and spaces.
+/// Appends `token` to a line, so that `CmdLineParser::Tokenize` splits it off again. False if the
+/// token contains both quotes and spaces.
 bool AppendToken(Text& line, const Text& token);
 
-/// The first word of a line; empty when it begins with an option.
+/// The first word of a line; empty if the line begins with an option.
 Text CommandWord(const Text& line);
 
-/// The options of a command in a line, and those that every command has: "-out", the
-/// file for the result, and "-from", the directory in which the line was typed.
+/// The options of a command line: the command's own, and "-out", the file for the result, and
+/// "-from", the directory in which the line was typed, which every command has.
 class CommandLine {
 public:
     CommandLine(const HostPlugIn::Command& command, const Text& line);
 
-    /// Why the command cannot run by this line; empty when it can.
+    /// Why the command line cannot run; empty if it can.
     const Text& GetFault() const { return m_fault; }
 
     bool IsDefined(const Text& option) const;

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Shows the installed example host: a run by itself, then four commands for one that serves. The
+# Shows the installed example host: a single run, then four commands sent to a serving host. The
 # input is part of the tree.
 #
 #     run-demo.sh <path of the installed host>
@@ -13,7 +13,7 @@ server=
 log_lines=16
 result_lines=5
 
-# Nothing is left behind, however the demo ends.
+# Leaves nothing, however the demo ends.
 clean_up() {
     [ -z "$server" ] || kill -KILL "$server" 2>/dev/null || true
     rm -rf "$work"
@@ -27,7 +27,7 @@ fail() {
     exit 1
 }
 
-# Waits until a command succeeds, as long as the host serves and a minute at most.
+# Waits until a command succeeds, for at most a minute and while the host serves.
 await() {
     tries=0
     until "$@" 2>/dev/null; do
@@ -49,7 +49,7 @@ print_typed() {
     done
 }
 
-# Hands a command over and shows the first lines of its result.
+# Sends a command and shows the first lines of its result.
 show() {
     printf '\n$ host'
     print_typed "$@"
