@@ -5,11 +5,11 @@
 
 namespace Toolkit::Base {
 
-/// An advisory lock on an open file. The system gives it up when the process ends, however it ends;
-/// a forked child gives it up at the fork, so that it is not held when the parent has ended.
+/// An advisory lock on an open file. The system releases it when the process ends, however it ends.
+/// A forked child releases it at the fork, so that nothing holds it after the parent ends.
 ///
-/// The lock belongs to the process: all of its objects for one file hold it, until the last of them
-/// is destroyed.
+/// The lock belongs to the process: all of its objects for one file share it, until the last of
+/// them is destroyed.
 class FileLock {
 public:
     enum class State { Held, HeldElsewhere, Unavailable };

@@ -6,11 +6,11 @@
 
 namespace Toolkit::Base {
 
-/// New contents for a file, which take its place as a whole or not at all.
+/// Replaces the contents of a file completely or not at all.
 ///
-/// They are written to a temporary file in the same directory, which goes with the object unless it
-/// was committed. Permissions stay, a new file gets those that the umask leaves, and a symbolic
-/// link keeps pointing to the file. Only a regular file is replaced.
+/// Writes to a temporary file in the same directory, and removes it in the destructor unless
+/// `Commit()` was called. Permissions stay, a new file gets those that the umask leaves, and a
+/// symbolic link keeps pointing to the file. Only regular files are replaced.
 class FileReplacement {
 public:
     explicit FileReplacement(const std::string& path);
@@ -21,7 +21,7 @@ public:
 
     bool Write(const char* bytes, std::size_t length);
 
-    /// Puts the new contents in the place of the old ones; false when anything failed.
+    /// Replaces the old contents; false if any step failed.
     bool Commit();
 
 private:
