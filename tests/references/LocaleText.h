@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-// Dates and times by locale patterns, token by token, each search starting anew at the beginning.
+// Formats dates and times by locale patterns, one token per search from the beginning.
 namespace Toolkit::References {
 
 /// 5 March 2009.
@@ -19,7 +19,7 @@ inline std::wstring FormatDate(std::wstring pattern)
     return pattern.substr(0, pattern.find(L' '));
 }
 
-/// The time 19:04 where the halves of the day are AM and PM.
+/// The time 19:04, with AM and PM as halves of the day.
 inline std::wstring FormatTime(std::wstring pattern)
 {
     ReplaceRepeatedly(pattern, L"HH", L"19");

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-// Quoted-printable text by its rules, one character at a time.
+// Quoted-printable coding by its rules, one character at a time.
 namespace Toolkit::References {
 
 // The set of 7-bit values that must be escaped, bit c & 7 of byte c >> 3.
@@ -57,7 +57,7 @@ inline TString<wchar_t> DecodeQuotedPrintable(const TString<wchar_t>& text)
     return UTF8::ToUNICODE(bytes);
 }
 
-// The insertions one after the other. Of those that never end only the first is done.
+// Inserts the breaks one at a time. If that would never end, inserts only the first.
 inline TString<wchar_t> InsertSoftBreaks(TString<wchar_t> result, std::uint32_t firstLineLength,
                                          std::uint32_t lineLength)
 {

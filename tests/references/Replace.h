@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-// Replacement by its rule: every search starts anew at the beginning.
+// Replacement by its rule: every search starts at the beginning.
 namespace Toolkit::References {
 
 inline void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, const std::wstring& to)
@@ -12,8 +12,8 @@ inline void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, cons
         text.replace(hit, from.size(), to);
 }
 
-/// Whether repeated replacement is sure to end: each one shortens the text, or moves it forward in
-/// the order of texts of one length.
+/// Whether repeated replacement is sure to end: each step shortens the string, or gives a later one
+/// of the same length in lexicographic order.
 inline bool EndsReplacing(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));
