@@ -9,8 +9,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Stops that were asked for on threads other than the one that wxWidgets takes for the main one,
-// and only there it shuts down. The next start or stop makes up for them.
+// Stops that other threads asked for. wxWidgets shuts down only on the thread that it treats as the
+// main one. The next start, or the next stop on that thread, makes up for them.
 std::atomic<int> s_owedStops{0};
 
 bool TakeOwed()
@@ -23,8 +23,8 @@ bool TakeOwed()
 
 } // namespace
 
-// The application object that wxInitialize() makes knows no program arguments. One that the program
-// runs itself has them, or a function that makes it.
+// The application object that wxInitialize() creates has no program arguments. One that the program
+// runs itself has them, or has a function that creates it.
 bool ProgramRunsItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();

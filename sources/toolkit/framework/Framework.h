@@ -1,20 +1,21 @@
 #pragma once
 
-// Start and stop of wxWidgets, which counts how often it was started.
+// Start and stop of wxWidgets, which counts its starts.
 namespace Toolkit::Framework {
 
-/// True when wxWidgets has to be stopped once more. False when it cannot be started, and in a
-/// program that runs an application object of its own: a second start would take that object away.
+/// True when the start succeeded and needs a Stop(). False when wxWidgets cannot be started, and in
+/// a program that runs its own application object: a second start would replace that object.
 bool Start();
 
-/// Undoes one successful start; the last one shuts wxWidgets down. On another thread than the one
-/// that started wxWidgets first, it stays started until that one undoes a start.
+/// Undoes one successful start; the last call shuts wxWidgets down. A call on another thread than
+/// that of the first start only counts: the next Start(), or the next Stop() on that thread, makes
+/// up for it.
 void Stop();
 
-/// Whether wxWidgets is started, by whomever.
+/// Whether wxWidgets is started, by the library or by the program.
 bool IsStarted();
 
-/// Whether the program runs an application object of its own, which has started wxWidgets.
+/// Whether the program runs its own application object, which has started wxWidgets.
 bool ProgramRunsItsOwnApplication();
 
 } // namespace Toolkit::Framework

@@ -5,7 +5,7 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Recursive, since a sink may use wxWidgets and so log again. Not a Mutex, because it has to exist
+// Recursive, because a sink may use wxWidgets and so log again. Not a Mutex, because it must exist
 // before the first constructor runs.
 std::recursive_mutex s_lock;
 wxLog* s_target = nullptr; // guarded by s_lock

@@ -2,24 +2,24 @@
 
 #include <wx/log.h>
 
-// The one log target that hands the messages of wxWidgets on to the process-wide logger, for
-// threads whose messages wxWidgets itself would keep until the main thread asks for them.
+// The one log target that forwards messages of wxWidgets to the process-wide logger. It serves the
+// threads whose messages wxWidgets would keep until the main thread asks for them.
 //
-// Any thread may call these functions, except DetachForwarder(). A target is called under a lock,
-// so that it cannot go while a message is on its way.
+// Any thread may call these functions, except DetachForwarder(). The target is called under a lock,
+// so that it is not destroyed while it handles a message.
 namespace Toolkit::Framework {
 
-/// Makes `target` the installed one; it stays the caller's.
+/// Installs `target`, which the caller keeps owning.
 void InstallForwarder(wxLog* target);
 
-/// Leaves none installed if `target` was the one. Returns whether it was.
+/// Removes `target` if it is the installed one. Returns whether it was.
 bool RemoveForwarder(wxLog* target);
 
-/// Hands a record on; false when there is no target.
+/// Passes a record to the target; false without one.
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
 
-/// Takes the target away from wxWidgets, which would delete it when it shuts down. Messages that
-/// other threads queued are delivered first. Called on the main thread.
+/// Removes the target from wxWidgets, which would delete it at shutdown. First delivers the
+/// messages that other threads have queued. Called on the main thread.
 void DetachForwarder();
 
 } // namespace Toolkit::Framework

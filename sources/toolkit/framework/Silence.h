@@ -4,11 +4,11 @@
 
 namespace Toolkit::Framework {
 
-/// Keeps wxWidgets from logging on this thread while the object lives, for calls whose failure is
-/// a result here.
+/// Keeps wxWidgets from logging on this thread while the object exists. Used around calls whose
+/// failure is only a result.
 ///
-/// On a thread that wxWidgets did not start, the first object costs memory that is never freed:
-/// check before the call instead, where that is possible.
+/// On a thread that wxWidgets did not start, the first object leaks memory. Where possible, check
+/// before the call instead.
 using Silence = wxLogNull;
 
 } // namespace Toolkit::Framework

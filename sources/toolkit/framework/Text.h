@@ -4,7 +4,7 @@
 
 #include <wx/string.h>
 
-// Texts on their way to and from wxWidgets, embedded null characters included.
+// Conversions to and from wxString. Embedded null characters are kept.
 namespace Toolkit::Framework {
 
 inline TString<wchar_t> ToText(const wxString& text)

@@ -28,8 +28,8 @@ struct ByteOrderMark {
     Encoding encoding;
 };
 
-// The Unicode Standard, section 23.8. The mark of UTF-32 begins with that of UTF-16 and stands
-// before it.
+// The Unicode Standard, section 23.8. The mark of UTF-32 begins with that of UTF-16, so it comes
+// first.
 constexpr std::array<ByteOrderMark, 5> c_byteOrderMarks{{
     {"\xEF\xBB\xBF"sv, Encoding::Utf8},
     {"\x00\x00\xFE\xFF"sv, Encoding::Utf32BigEndian},
@@ -86,7 +86,7 @@ bool ReadWholeFile(const std::string& path, std::string& bytes)
     std::size_t length = 0;
     ssize_t count = 0;
     do {
-        // One block more than the file is long, so that its end is met without growing again.
+        // One block more than the file's length: the read that finds the end needs no new memory.
         bytes.resize(std::max(expected, length) + blockSize);
         count = file.Read(bytes.data() + length, bytes.size() - length);
         length += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
@@ -105,7 +105,7 @@ bool TextFileLines::Load(const std::string& path)
         Clear();
         return false;
     }
-    // The file stays the same one wherever the working directory goes.
+    // Absolute, so that a change of the working directory does not matter.
     std::error_code unknown;
     m_path = std::filesystem::absolute(path, unknown).native();
     if (unknown)
@@ -126,7 +126,7 @@ void TextFileLines::Append(const std::wstring& line)
     if (Base::Completes([&] { AddLine(ToWxString(line)); }))
         return;
     m_hasLostLine = true;
-    // wxTextBuffer has the line and not its type: they cannot be told apart any more.
+    // wxTextBuffer has added the line but not its type: the two lists no longer match.
     if (GetLineCount() != count)
         Clear();
 }
@@ -168,8 +168,7 @@ bool TextFileLines::AddUtf8Lines(const char* begin, const char* end)
     });
 }
 
-// Splits at line ends and lets `decode` fill each line in its place in the list; false when it
-// cannot.
+// Splits at line ends and lets `decode` fill each line in the list; false when `decode` fails.
 template <typename Char, typename Decode>
 bool TextFileLines::AddLines(const Char* begin, const Char* end, Decode decode)
 {
@@ -209,7 +208,7 @@ bool TextFileLines::EncodeLines(std::string& bytes) const
         const wxString& line = GetLine(i);
         if (!Base::AppendEncodedUtf8(bytes, line.wx_str(), line.length()))
             return false;
-        // A line that was the last of its file had no end; it needs one when others follow.
+        // The last line of the loaded file may have no line end; it needs one if lines follow.
         const bool isLast = i + 1 == GetLineCount();
         const wxTextFileType type = GetLineType(i);
         const wxChar* const lineEnd =

@@ -8,23 +8,21 @@
 
 namespace Toolkit::Framework {
 
-/// The list of lines of wxTextFile, with files read and written by the library itself: wxTextFile
-/// prints a message for every failure, accepts overlong forms as UTF-8, and leaves half a file when
-/// the disk is full.
+/// The lines of a wxTextFile. The library reads and writes the file itself: wxTextFile logs every
+/// failure, accepts overlong forms as UTF-8, and leaves half a file when the disk is full.
 class TextFileLines : public wxTextFile {
 public:
-    /// Replaces the lines by those of the file `path`; false, without lines, when it cannot be
-    /// read.
+    /// Loads the lines of the file `path`; false, without lines, when it cannot be read.
     bool Load(const std::string& path);
 
-    /// Replaces the file that was loaded; false, with the file as it was, when that fails.
+    /// Replaces the loaded file; false, with the file unchanged, when that fails.
     bool Save() const;
 
     /// Forgets the file and the lines.
     void Unload();
 
-    /// Appends a line that ends in a line feed. One for which there is no memory is lost, and
-    /// Save() fails from then on: it would replace the file by less.
+    /// Appends a line that ends in a line feed. When out of memory the line is lost, and Save()
+    /// fails from then on, because it would write an incomplete file.
     void Append(const std::wstring& line);
 
 private:

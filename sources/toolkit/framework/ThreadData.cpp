@@ -7,8 +7,7 @@ namespace Toolkit::Framework {
 
 void MakeThreadData()
 {
-    // Of the calls that use the list, this one alone is right on every thread, and when wxWidgets
-    // has not been started.
+    // The only call that uses the list and works on every thread, even before wxWidgets starts.
     wxTranslations::GetUntranslatedString(wxString());
 }
 

@@ -2,11 +2,11 @@
 
 namespace Toolkit::Framework {
 
-/// Makes the list in which wxWidgets keeps what each thread has.
+/// Creates the list in which wxWidgets keeps the data of each thread.
 ///
-/// wxWidgets makes it at its first use, and the process destroys its objects in the reverse order
-/// of their making. A thread that ends when the list has been destroyed reads freed memory, so the
-/// list is made before anything that may own a thread.
+/// wxWidgets creates it at its first use, and the process destroys objects in reverse order of
+/// creation. A thread that ends after the list is destroyed reads freed memory, so the list is
+/// created before anything that may own a thread.
 void MakeThreadData();
 
 } // namespace Toolkit::Framework

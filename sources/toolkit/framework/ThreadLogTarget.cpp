@@ -5,8 +5,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Where and when a message was logged, without the extra data: wxWidgets has made them part of the
-// text by now, and would append them a second time.
+// Place and time of a message, without the extra data: wxWidgets has already added those to the
+// text, and would append them again.
 wxLogRecordInfo WithoutExtraData(const wxLogRecordInfo& info)
 {
     wxLogRecordInfo plain(info.filename, info.line, info.func, info.component);
@@ -33,7 +33,7 @@ void ThreadLogTarget::DoLogRecord(wxLogLevel level, const wxString& message,
     const wxLogRecordInfo plain = WithoutExtraData(info);
     if (ForwardRecord(level, message, plain))
         return;
-    // Without a forwarder the message goes the way of wxWidgets, as if this target did not exist.
+    // Without a forwarder wxWidgets handles the message as if this target did not exist.
     wxLog::SetThreadActiveTarget(nullptr);
     wxLog::OnLog(level, message, plain);
     wxLog::SetThreadActiveTarget(this);

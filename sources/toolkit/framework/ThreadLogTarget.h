@@ -4,7 +4,7 @@
 
 namespace Toolkit::Framework {
 
-/// The log target of a worker thread while the object lives.
+/// The log target of a worker thread while the object exists.
 ///
 /// Without it wxWidgets keeps the thread's messages until the main thread asks for them.
 class ThreadLogTarget : public wxLog {

@@ -4,18 +4,18 @@
 
 namespace Toolkit {
 
-/// What a library or a host built on this toolkit adds to its start and stop. Registered with the
-/// `LibModuleManager`, which calls it.
+/// Start and stop code of a library or a host. The `LibModuleManager` with which it is registered
+/// calls it.
 class TOOLKIT_API LibModule {
 public:
     virtual ~LibModule();
 
-    /// Called at each start of the registry, after all modules that were registered earlier, or at
-    /// registration when the registry has started already; under the registry's lock.
+    /// Called under the registry's lock: at each start of the registry, in order of registration,
+    /// or at registration if the registry has already started.
     virtual void Initialize() = 0;
 
-    /// Called at each stop of the registry, after all modules that were registered later, or when
-    /// the last registration is taken back before; under the registry's lock.
+    /// Called under the registry's lock: at each stop of the registry, in reverse order of
+    /// registration, or earlier, when the last registration is undone.
     virtual void Release() = 0;
 };
 

@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// Keeps the first of what callbacks throw, so that the others have their turn all the same.
+// Keeps the first exception that a callback throws, so that the other callbacks still run.
 class FirstThrown {
 public:
     template <typename Callback>
@@ -36,7 +36,7 @@ private:
 
 } // namespace
 
-// Callbacks may change the list. As long as one runs, no entry is erased under a walker's feet.
+// Callbacks may change the list. No entry is erased while a loop over the list runs.
 class LibModuleManager::Walk {
 public:
     explicit Walk(LibModuleManager& manager) : m_manager(manager) { ++m_manager.m_walks; }
@@ -78,7 +78,7 @@ void LibModuleManager::Register(LibModule* module)
     try {
         module->Initialize();
     } catch (...) {
-        // A module that throws instead of starting leaves no entry behind.
+        // A module that fails to start is not registered.
         entry.module = nullptr;
         throw;
     }
@@ -88,7 +88,7 @@ void LibModuleManager::Unregister(LibModule* module)
 {
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
     const auto found = Find(module);
-    // A module that is on its way out has no registration left to take back.
+    // A module that is leaving has no registration left to undo.
     if (found == m_modules.end() || found->count <= 0)
         return;
     if (--found->count > 0)
@@ -119,7 +119,7 @@ void LibModuleManager::Initialize(bool initializeFramework)
     thrown.Rethrow();
 }
 
-// A module that is registered meanwhile has its turn at the end.
+// Includes modules that a callback registers.
 void LibModuleManager::InitializeModules()
 {
     const Walk walk(*this);
@@ -138,7 +138,7 @@ void LibModuleManager::Release(bool releaseFramework)
     thrown.Call([this] { ReleaseModules(); });
     if (releaseFramework) {
         Framework::DetachForwarder();
-        // Stopping a framework that somebody else has started would end it for them.
+        // wxWidgets stays started for whoever else has started it.
         if (m_frameworkStarts > 0) {
             --m_frameworkStarts;
             Framework::Stop();
@@ -153,7 +153,7 @@ void LibModuleManager::ReleaseModules()
     const Walk walk(*this);
     FirstThrown thrown;
     m_releasing = 1;
-    // No reverse iterator: it would come back to an entry behind which a module is registered.
+    // A reverse iterator would visit an entry again if its callback registers a module after it.
     for (auto entry = m_modules.end(); entry != m_modules.begin();) {
         --entry;
         if (entry->module)

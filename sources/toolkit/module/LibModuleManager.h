@@ -14,48 +14,48 @@ namespace Toolkit {
 ///     ...
 ///     LibModuleManager::GetInstance()->Release(true);
 ///
-/// Both may be called again and again. Any thread may call the operations; they hold one recursive
-/// lock for their whole duration, so modules may call them from their own callbacks.
+/// Both may be called repeatedly. Any thread may call the operations; each holds one recursive lock
+/// for its whole duration, so modules may call them from their own callbacks.
 ///
-/// What a module throws comes out of the operation that called it, after all that the operation has
-/// to do: the other modules have their turn, and of several exceptions the first comes out.
+/// If a module throws, the operation still calls the other modules and then rethrows the first
+/// exception.
 class TOOLKIT_API LibModuleManager {
 public:
     LibModuleManager();
     ~LibModuleManager();
 
-    /// Adds `module`, which stays the caller's, and initialises it at once when the registry is
-    /// initialised; it is not added when it throws then. A module that is there already is only
-    /// counted. Null is ignored. Throws `std::bad_alloc` when out of memory; it is not added then.
+    /// Adds `module`, which the caller keeps owning, and initialises it at once if the registry is
+    /// initialised; a module that throws then is not added. If the module is registered already,
+    /// only its count grows. Null is ignored. Throws `std::bad_alloc`, and adds nothing, when out
+    /// of memory.
     void Register(LibModule* module);
 
-    /// Takes back one registration. With the last one the module is released, when the registry is
-    /// initialised, and leaves; during a release pass it leaves when the pass ends, even when it
-    /// was registered again meanwhile. A module that is not there is ignored.
+    /// Undoes one registration. The last one releases the module, if the registry is initialised,
+    /// and removes it. During a release pass it is removed when the pass ends, even if it has been
+    /// registered again by then. A module that is not registered is ignored.
     void Unregister(LibModule* module);
 
-    /// Starts the framework when `initializeFramework` says so and the program does not run an
-    /// application object of its own, then initialises all modules in the order of their
-    /// registration.
+    /// Starts wxWidgets, if `initializeFramework` is set and the program does not run its own
+    /// application object, then initialises all modules in order of registration.
     void Initialize(bool initializeFramework);
 
-    /// Releases all modules in the reverse order of their registration. With `releaseFramework` a
-    /// start of the framework is undone, if Initialize() made one; a `WxLogForwarder` stops
-    /// forwarding before.
+    /// Releases all modules in reverse order of registration. With `releaseFramework`, a
+    /// `WxLogForwarder` then stops forwarding, and one start of wxWidgets by Initialize() is
+    /// undone.
     void Release(bool releaseFramework);
 
-    /// Creates the registry unless there is one.
+    /// Creates the registry unless it exists.
     static void CreateInstance();
-    /// The registry; null when there is none.
+    /// The registry; null if it does not exist.
     static LibModuleManager* GetInstance();
     /// Destroys the registry; modules are neither released nor deleted.
     static void ReleaseInstance();
 
-    /// Null while there is no registry.
+    /// Null while the registry does not exist.
     static LibModuleManager* s_pInstance;
 
 private:
-    // What has left while the list is walked stays behind without its module until the walk ends.
+    // An entry that leaves during a loop over the list stays, with a null module, until it ends.
     struct LibModuleContainer {
         LibModule* module;
         int count;

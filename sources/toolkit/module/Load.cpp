@@ -15,12 +15,11 @@
 
 #include <ios>
 
-// Everything that the library constructs when it is loaded stands in this file, in the order in
-// which it is constructed; it is destroyed in the reverse order when the library is unloaded.
+// Defines every object that is constructed when the library is loaded, in order of construction.
+// Unloading destroys them in reverse order.
 //
-// In a static library the order among object files is the linker's affair. The priority has these
-// objects constructed before those of the program, which may so use them in constructors of its
-// own.
+// In a static library the linker chooses the order of object files. The priority constructs these
+// objects before those of the program, so that the program's own constructors may use them.
 #ifdef __ELF__
 #define TOOLKIT_CONSTRUCTED_FIRST __attribute__((init_priority(101)))
 #else
@@ -32,7 +31,7 @@ namespace {
 
 ToolkitModule* pToolkitModuleInstance = nullptr;
 
-// Runs the entry points with the life of the library.
+// Runs the entry points when the library is loaded and unloaded.
 class LoadSequence {
 public:
     LoadSequence()
@@ -51,7 +50,7 @@ public:
     LoadSequence& operator=(const LoadSequence&) = delete;
 };
 
-// The standard streams of the console and of the debugger logger. Unused, keeps the order.
+// The standard streams of the console and debugger loggers. Unused, keeps the order.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_consoleStreams;
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
@@ -59,7 +58,7 @@ TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
 LibModuleManager* LibModuleManager::s_pInstance = nullptr;
 
-// The engine's code for running out of memory, in the form of its other codes.
+// The engine's code for out of memory, formatted like its other codes.
 TOOLKIT_CONSTRUCTED_FIRST const smart_ptr<RegExpException> RegExpException::s_outOfMemory =
     RegExpException::Make(L"-6gExp::Match return error: ");
 

@@ -5,7 +5,7 @@
 
 namespace Toolkit {
 
-/// The library's own module, which creates and drops its process-wide objects.
+/// The library's own module, which creates and releases its process-wide objects.
 class TOOLKIT_API ToolkitModule : public LibModule {
 public:
     ToolkitModule();
@@ -15,7 +15,7 @@ public:
     /// `SingleApplicationInstance`, in this order.
     void Initialize() override;
 
-    /// Drops `SingleApplicationInstance`, `PathManager`, `Version`, `SystemInfo`,
+    /// Releases `SingleApplicationInstance`, `PathManager`, `Version`, `SystemInfo`,
     /// `RestartManagment` and the logger, in this order.
     void Release() override;
 };

@@ -8,7 +8,7 @@
 
 namespace Toolkit {
 
-/// Learns when a background operation starts and ends, on the thread that performs it.
+/// Is called when a background operation starts and ends, on the thread that performs it.
 class TOOLKIT_API BackgroundOperationHandler {
 public:
     virtual ~BackgroundOperationHandler();
@@ -17,29 +17,29 @@ public:
     virtual void OnOperationEnded() = 0;
 };
 
-/// A long-running piece of work: tells its handlers of start and end, lets other threads wait for
-/// the end, and keeps the time of the last progress.
+/// A long-running operation. Calls its handlers at start and end, lets other threads wait for the
+/// end, and keeps the time of the last progress.
 ///
 /// The worker calls SendOperationStarted(), UpdateLastOperationDate() as it makes progress, and
 /// SendOperationEnded(). Any thread may call the operations.
 class TOOLKIT_API BackgroundOperation : public EventNotifier<BackgroundOperationHandler> {
 public:
-    /// `operationId` is the caller's own.
+    /// The caller chooses `operationId`; nothing here interprets it.
     explicit BackgroundOperation(unsigned int operationId);
     ~BackgroundOperation() override;
 
     unsigned int GetOperationId() const { return m_operationId; }
 
-    /// Makes Wait() block again, then tells the handlers.
+    /// Makes Wait() block again, then calls the handlers.
     void SendOperationStarted();
 
-    /// Lets waiting threads go on, which may happen before the handlers are told.
+    /// Lets waiting threads continue, possibly before the handlers are called, and calls them.
     void SendOperationEnded();
 
-    /// Waits without limit until an operation has ended and none has started since; true then.
+    /// Waits without limit until an operation has ended and none has started since. Returns true.
     bool Wait() const;
 
-    /// Remembers the current tick count as the time of the last progress.
+    /// Stores the current tick count as the time of the last progress.
     void UpdateLastOperationDate();
 
     /// Milliseconds of `GetTickCount()`; 0 before the first progress.

@@ -8,8 +8,8 @@
 
 namespace Toolkit {
 
-/// The framework's mutex with the number of times that it is held. The thread that holds it is the
-/// one that counts, so loading and storing need not be one step.
+/// A wxMutex that counts how often it is held. Only the thread that holds it changes the count, so
+/// loading and storing need not be one atomic step.
 class CountedMutex : public wxMutex {
 public:
     CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) { ASSERT(IsOk()); }
@@ -24,12 +24,12 @@ public:
         if (Unlock() == wxMUTEX_NO_ERROR)
             return true;
         Count(1);
-        // A stranger has counted: a change that the holder made meanwhile may be lost.
+        // A thread without the mutex has changed the count; a change by the holder may be lost.
         m_isCountCertain.store(false, std::memory_order_relaxed);
         return false;
     }
 
-    /// Gives up what the calling thread holds; false when another one holds the mutex.
+    /// Releases all holds of the calling thread; false when another thread holds the mutex.
     bool ReleaseAll()
     {
         while (m_holds.load(std::memory_order_relaxed) > 0) {
@@ -39,7 +39,7 @@ public:
         return true;
     }
 
-    /// Whether nobody holds the mutex, as far as can be told for certain.
+    /// True only when it is certain that no thread holds the mutex.
     bool IsCertainlyFree() const
     {
         return m_holds.load(std::memory_order_relaxed) == 0 &&

@@ -10,7 +10,7 @@
 
 namespace Toolkit {
 
-/// A list of listeners of the interface `T`, for classes that have something to tell.
+/// A list of listeners with the interface `T`, for classes that report events.
 ///
 /// Listeners are called in the order in which they were added, under the notifier's recursive lock.
 /// A listener may add and remove listeners, itself included, from inside its call; another thread
@@ -34,8 +34,8 @@ public:
     }
 
     /// Removes the first entry that holds the same object; false when there is none. A listener
-    /// that is removed while a pass runs is not called any more and lives until the pass has ended;
-    /// when there is no memory to keep it for so long, it stays, and the result is false.
+    /// that is removed during a pass is not called any more and lives until the pass has ended. If
+    /// there is no memory to keep it until then, it is not removed, and the result is false.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -74,7 +74,7 @@ protected:
 private:
     using Listeners = std::list<smart_ptr<T>>;
 
-    // While a pass runs entries are only emptied. The last of nested passes takes them out.
+    // During a pass entries are only emptied. The outermost pass erases them.
     class Pass {
     public:
         explicit Pass(EventNotifier& notifier) TOOLKIT_REQUIRES(notifier.m_lock)

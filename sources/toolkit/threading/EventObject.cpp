@@ -17,9 +17,9 @@ EventObject::~EventObject() = default;
 
 void EventObject::Signal()
 {
-    // Writers of a busy queue signal far more often than the reader looks: a flag that is set needs
-    // no lock. Exchanging it for itself, rather than reading it, orders what the caller did before
-    // the signal with the reset by a waiter.
+    // Writers of a busy queue signal far more often than the reader looks, so a flag that is set
+    // already takes no lock. Exchanging the flag, instead of reading it, orders what the caller did
+    // before the signal with the reset by a waiter.
     bool signalled = true;
     if (m_signalled.compare_exchange_strong(signalled, true))
         return;

@@ -14,10 +14,10 @@ namespace Toolkit {
 /// Any thread may call the operations.
 class TOOLKIT_API EventObject {
 public:
-    /// The time between two looks at the flag while waiting, in milliseconds.
+    /// Polling interval of a wait, in milliseconds.
     static const unsigned int s_uMinSlice;
 
-    /// With `autoReset` a successful `Wait` clears the flag. Mind the order: the reset mode stands
+    /// With `autoReset` a successful `Wait` clears the flag. Mind the order: the reset mode comes
     /// before the initial state.
     EventObject(bool autoReset, bool initiallySignalled);
     ~EventObject();
@@ -28,8 +28,8 @@ public:
     void Signal();
     void Reset();
 
-    /// Waits `timeoutMs` milliseconds at most for the flag; 0 only looks, 0xFFFFFFFF waits for
-    /// ever. True when it was signalled.
+    /// Waits at most `timeoutMs` milliseconds for the flag; 0 only tests it, 0xFFFFFFFF waits
+    /// forever. True when it was signalled.
     bool Wait(unsigned int timeoutMs);
 
 private:

@@ -4,12 +4,12 @@
 
 namespace Toolkit {
 
-/// Keeps wxWidgets started as long as the object lives. A thread needs it: wxWidgets must not shut
-/// down while one of them lives.
+/// Keeps wxWidgets started while the object exists. Each thread has one: wxWidgets must not shut
+/// down while a thread exists.
 ///
-/// In a program that runs an application object of its own, nothing is held: to start wxWidgets a
-/// second time would take that object away. Such a program ends its threads before its application
-/// object. A forked child leaves wxWidgets as its parent started it.
+/// In a program that runs its own application object, nothing is held: a second start of wxWidgets
+/// would replace that object. Such a program ends its threads before its application object. A
+/// forked child leaves wxWidgets as its parent started it.
 class TOOLKIT_API FrameworkHold {
 public:
     /// Throws std::bad_alloc when wxWidgets cannot be started.
@@ -24,7 +24,7 @@ protected:
     void HoldForEver() { m_holder = 0; }
 
 private:
-    int m_holder; // the process that has to stop wxWidgets; 0 when none has
+    int m_holder; // the process that must stop wxWidgets; 0 for none
 };
 
 } // namespace Toolkit

@@ -14,7 +14,7 @@ constexpr unsigned int c_pollIntervalMs = 10;
 
 } // namespace
 
-// What is locked without looking at the result has to have a mutex from the start.
+// Allocates at once: callers that ignore the result of Lock() rely on it.
 MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
     if (initiallyLocked)
@@ -26,7 +26,7 @@ MutexInternal::~MutexInternal()
     std::unique_ptr<CountedMutex> mutex(m_mutex.load(std::memory_order_relaxed));
     if (!mutex || mutex->IsCertainlyFree() || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
         return;
-    // wxMutex reports that it is destroyed while it is held.
+    // wxMutex logs that it is destroyed while held.
     const Framework::Silence silence;
     mutex.reset();
 }

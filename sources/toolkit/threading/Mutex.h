@@ -13,11 +13,11 @@ class smart_ptr_inner_data;
 
 /// A recursive mutex whose lock operation takes a time-out: the type that lockers take.
 ///
-/// The thread that holds it may lock it again and unlocks it as often as it locked it. Failures
-/// show in the results alone: nothing is thrown or logged.
+/// The thread that holds it may lock it again, and must unlock it as often as it locked it.
+/// Failures are reported only by results: nothing is thrown or logged.
 class TOOLKIT_CAPABILITY("mutex") TOOLKIT_API MutexInternal {
 public:
-    /// The time-out that waits without limit.
+    /// The time-out for a wait without limit.
     static constexpr unsigned int Infinite = 0xFFFFFFFF;
 
     /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
@@ -28,11 +28,11 @@ public:
     MutexInternal(const MutexInternal&) = delete;
     MutexInternal& operator=(const MutexInternal&) = delete;
 
-    /// Waits `timeoutMs` milliseconds at most, in steps of 10; `Infinite` waits for ever. True when
+    /// Waits at most `timeoutMs` milliseconds, in steps of 10; `Infinite` waits forever. True when
     /// the calling thread holds the mutex.
     ///
-    /// The mutex is polled: a time-out of 25 makes three attempts and sleeps 10 ms after each that
-    /// found it busy; one of 0 to 9 makes a single attempt and never sleeps.
+    /// The mutex is polled: a time-out of 25 makes three attempts and sleeps 10 ms after each one
+    /// that fails; a time-out of 0 to 9 makes one attempt and never sleeps.
     bool Lock(unsigned int timeoutMs) TOOLKIT_TRY_ACQUIRE(true);
 
     /// False when the calling thread does not hold the mutex.
@@ -42,8 +42,7 @@ private:
     template <typename Policy>
     friend class smart_ptr_inner_data;
 
-    // For the lock of a count block, which is never used: no memory is taken before the first
-    // Lock().
+    // For the unused lock of a count block: allocates nothing before the first Lock().
     struct OnFirstUse {};
     explicit MutexInternal(OnFirstUse) noexcept : m_mutex(nullptr) {}
 
@@ -63,11 +62,11 @@ public:
 
 /// Holds a mutex for the rest of a scope.
 ///
-/// A locker whose time-out ended holds nothing, unlocks nothing and does not report it. To be
-/// certain, wait with `MutexInternal::Infinite`.
+/// A locker whose time-out expires holds nothing, unlocks nothing and does not report it. To be
+/// sure of the lock, wait with `MutexInternal::Infinite`.
 class TOOLKIT_SCOPED_CAPABILITY TOOLKIT_API MutexLocker {
 public:
-    /// Locks `mutex`, which has to outlive the locker, and waits `timeoutMs` milliseconds at most.
+    /// Locks `mutex`, which must outlive the locker; waits at most `timeoutMs` milliseconds.
     MutexLocker(MutexInternal& mutex, unsigned int timeoutMs)
         TOOLKIT_ACQUIRE(mutex) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS : m_mutex(mutex)
     {

@@ -20,7 +20,7 @@ namespace {
 constexpr unsigned int c_retryMs = 10;
 constexpr int c_mostRetries = 20;
 
-// Leaves the memory for a few texts to the next allocations of this thread.
+// Frees a few small blocks, so that the next allocations of this thread find memory.
 void ReserveMemory()
 {
     std::vector<std::unique_ptr<char[]>> blocks;
@@ -59,9 +59,8 @@ void Thread::End()
 {
     State fresh = State::New;
     if (!wxThread::IsAlive() && m_state.compare_exchange_strong(fresh, State::Dropped)) {
-        // wxWidgets frees a joinable thread that never ran from under this object. Let it run, with
-        // nothing to do, as soon as there is memory to start it; without memory for long, it is
-        // left behind.
+        // Deleting a joinable wxThread that never ran frees it while this object still exists. So
+        // start it, with nothing to do, as soon as memory allows; after too many attempts, leak it.
         for (int tries = 0; !Start(); ++tries) {
             if (tries == c_mostRetries) {
                 HoldForEver();
@@ -71,16 +70,16 @@ void Thread::End()
             Sleep(c_retryMs);
         }
     } else {
-        // wxThread::Delete() resumes a paused thread too, but must not find that it ends meanwhile.
+        // wxThread::Delete() resumes a paused thread too, but fails if the thread ends meanwhile.
         Resume();
         wxThread::Delete();
     }
-    // Joins also a thread that has ended; one that was joined before is left alone.
+    // Also joins a thread that has ended. Does nothing if it was joined before.
     wxThread::Wait();
 }
 
-// wxWidgets allocates for traces that nobody reads, at last when the thread is half started and can
-// neither run nor be stopped. What is allocated and freed here is there for them.
+// wxWidgets allocates memory for trace messages, even when the thread is half started and can
+// neither run nor be stopped. ReserveMemory() makes these allocations succeed.
 bool Thread::Start()
 {
     const bool isStarted = Base::ResultOr(false, [this] {
@@ -90,7 +89,7 @@ bool Thread::Start()
     return isStarted || wxThread::IsAlive();
 }
 
-// Whether the thread itself calls.
+// Whether the caller is this thread.
 bool Thread::IsCaller() const
 {
     return wxThread::This() == this;
@@ -128,7 +127,7 @@ wxThreadError Thread::Kill()
         return wxTHREAD_NOT_RUNNING;
     if (IsCaller())
         return wxTHREAD_MISC_ERROR;
-    // It may have been started as a wxThread, and will not get as far as Entry().
+    // A caller may have started it as a wxThread, and it may be killed before it reaches Entry().
     m_state = State::Started;
     return wxThread::Kill();
 }
@@ -168,8 +167,9 @@ bool Thread::IsMainThread()
     return Framework::ProgramRunsItsOwnApplication() ? wxThread::IsMain() : Base::IsFirstThread();
 }
 
-// The pause of wxThread::TestDestroy() can miss that it ends before it has begun. It lasts until
-// wxWidgets has seen its end, because wxThread::Delete() resumes what it has found paused.
+// Replaces wxThread::TestDestroy(), whose pause can miss a resume that comes before it begins. The
+// loop ends only when wxWidgets says so, because wxThread::Delete() resumes a thread it found
+// paused.
 bool Thread::TestDestroy()
 {
     while (IsCaller() && wxThread::IsPaused())
@@ -181,15 +181,15 @@ wxThread::ExitCode Thread::Entry()
 {
     std::optional<Framework::ThreadLogTarget> target;
     if (IsCaller()) {
-        // Still fresh, it was started as a wxThread.
+        // Still new: a caller started it as a wxThread.
         State fresh = State::New;
         m_state.compare_exchange_strong(fresh, State::Started);
         if (m_state == State::Dropped)
             return nullptr;
-        // Without memory for it, wxWidgets keeps the messages until the main thread asks for them.
+        // When out of memory, wxWidgets keeps the messages until the main thread asks for them.
         static_cast<void>(Base::Completes([&target] { target.emplace(); }));
     }
-    // The exit codes of wxWidgets are pointers.
+    // An exit code of wxWidgets is a pointer.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<ExitCode>(static_cast<std::intptr_t>(DoWork()));
 }

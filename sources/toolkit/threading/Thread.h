@@ -15,14 +15,14 @@ class ThreadControl;
 /// A worker thread: derive from it, implement `DoWork()` and call `Run()`.
 ///
 /// The destructor asks the thread to end and waits until it has. By then the derived part of the
-/// object is gone, so a derived class that may be destroyed while its thread runs ends the thread
-/// in its own destructor: it makes `DoWork()` return and calls `Wait()`.
+/// object is destroyed. A derived class that may be destroyed while its thread runs must therefore
+/// end the thread in its own destructor: make `DoWork()` return and call `Wait()`.
 ///
-/// wxWidgets stays started as long as the object lives, as described at `FrameworkHold`. An object
-/// is operated by one thread at a time.
+/// wxWidgets stays started while the object exists; `FrameworkHold` describes how. One thread at a
+/// time may operate an object.
 ///
-/// A forked child has the objects of its parent without their threads. There no thread of the
-/// parent runs, nothing waits for one, and the objects are destroyed without a sign.
+/// A forked child has its parent's objects without their threads. There no operation waits for a
+/// thread, and the objects are destroyed silently.
 class TOOLKIT_API Thread : private FrameworkHold, public wxThread {
 public:
     /// The identifier that means "no thread".
@@ -32,53 +32,53 @@ public:
     Thread();
 
     /// Asks a running thread to end and waits until it has. On the thread itself, as when it calls
-    /// exit(), it returns at once. Never fails for lack of memory: to end a thread that was never
-    /// started, it waits until there is some.
+    /// exit(), it returns at once. To end a thread that was never started it needs memory: it
+    /// retries for 200 ms, then leaks the thread.
     ~Thread() override;
 
-    /// Starts the thread; false when it was started before or could not be created, and when there
-    /// is no memory to start it: then it can be started later.
+    /// Starts the thread. False when it was started before, when it could not be created, and when
+    /// out of memory; in the last case a later call may succeed.
     bool Run();
 
-    /// Each is false when the thread is in no state for it, and when the thread calls it for
-    /// itself. A thread pauses when it next calls `TestDestroy()`.
+    /// Both are false when the state of the thread does not allow it, and on the thread itself. A
+    /// thread pauses at its next call of `TestDestroy()`.
     bool Pause();
     bool Resume();
 
-    /// Ends the thread by force, which leaks what it held. `wxTHREAD_NOT_RUNNING` when it does not
-    /// run, `wxTHREAD_MISC_ERROR` when it calls this for itself.
+    /// Ends the thread by force, which leaks what it owned. `wxTHREAD_NOT_RUNNING` when it does not
+    /// run, `wxTHREAD_MISC_ERROR` on the thread itself.
     wxThreadError Kill();
 
-    /// Sends the calling thread to sleep.
+    /// Suspends the calling thread for `ms` milliseconds.
     static void Sleep(unsigned int ms);
 
     /// Whether the thread was started and has not ended.
     bool IsRunning() const;
 
-    /// Waits until a running thread ends and returns what `DoWork()` returned; a null code at once
-    /// when the thread does not run, and when it would wait for itself.
+    /// Waits until a running thread ends and returns the result of `DoWork()`. Returns a null code
+    /// at once when the thread does not run, and on the thread itself.
     ExitCode Wait();
 
     bool IsPaused() const;
     unsigned long GetId() const;
     static unsigned long GetCurrentId();
 
-    /// Whether the caller is the application's main thread: the one that runs main(), or, in a
-    /// program that runs an application object of its own, the one that wxWidgets takes for it.
+    /// Whether the caller is the application's main thread: the one that runs main() or, in a
+    /// program that runs its own application object, the one that wxWidgets treats as such.
     static bool IsMainThread();
 
-    /// Whether the thread has been asked to end; called by `DoWork()` from time to time. While the
+    /// Whether the thread has been asked to end; `DoWork()` calls it from time to time. While the
     /// thread is paused, the call waits.
     bool TestDestroy() override;
 
 protected:
-    /// What the thread calls first. Runs `DoWork()`, with the messages of wxWidgets going to the
+    /// The thread's entry point. Runs `DoWork()`; messages of wxWidgets meanwhile go to the
     /// installed `WxLogForwarder` at once. A derived class may call it on any thread, which then
     /// does the work.
     ExitCode Entry() override;
 
-    /// Each asks the thread to end, and wakes it when it is paused. Called by `wxThread::Delete()`
-    /// and `wxThread::Kill()`; a derived class that overrides one calls it.
+    /// Both ask the thread to end, and wake it if it is paused. `wxThread::Delete()` and
+    /// `wxThread::Kill()` call them. An override must call the overridden function.
     void OnDelete() override;
     void OnKill() override;
 
@@ -86,7 +86,7 @@ protected:
     virtual int DoWork() = 0;
 
 private:
-    // Dropped: never to work any more. Failed: the system had no thread to give.
+    // Dropped: will never call DoWork(). Failed: the system could not create the thread.
     enum class State { New, Started, Dropped, Failed };
 
     bool Start();

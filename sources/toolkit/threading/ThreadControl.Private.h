@@ -6,11 +6,11 @@
 
 namespace Toolkit {
 
-/// What a `Thread` has besides its `wxThread`: the request to end, what wakes it from a pause, and
-/// the process to which it belongs.
+/// State of a `Thread` besides its `wxThread`: the request to end, the semaphore that ends a pause,
+/// and the process to which it belongs.
 ///
-/// Nothing here waits for another thread when it is destroyed. A condition variable would: in a
-/// forked child it waits for threads that the child does not have.
+/// The destructor does not wait for other threads. That of a condition variable would: in a forked
+/// child it waits for threads that the child does not have.
 class ThreadControl {
 public:
     ThreadControl();
@@ -27,7 +27,7 @@ public:
 
     void Wake() { m_wakes.release(); }
 
-    /// Waits for the next `Wake()`, but not for long: a pause can end without one.
+    /// Waits for the next `Wake()`, with a time limit: a pause can end without a `Wake()`.
     void AwaitWake();
 
 private:

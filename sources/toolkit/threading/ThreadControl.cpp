@@ -6,7 +6,7 @@
 namespace Toolkit {
 namespace {
 
-// wxThread::Resume() wakes nobody here. It is about to come when the thread is cancelled.
+// wxThread::Resume() does not call Wake(). A cancelled thread expects it soon, so it polls faster.
 constexpr std::chrono::milliseconds c_longestWait{200};
 constexpr std::chrono::milliseconds c_cancelledWait{1};
 

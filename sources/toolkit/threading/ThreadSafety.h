@@ -1,15 +1,15 @@
 #pragma once
 
 // Annotations that Clang checks with -Wthread-safety: which lock guards what, and which functions
-// take it. Other compilers see nothing.
+// take it. Empty for other compilers.
 //
 //     class Account {
 //         Mutex m_lock;
 //         int m_balance TOOLKIT_GUARDED_BY(m_lock);
 //     };
 //
-// A `MutexLocker` counts as holding its mutex. One that gave up after its time-out does not hold
-// it, which the check cannot see: lock with `MutexInternal::Infinite`.
+// A `MutexLocker` counts as holding its mutex. The check cannot see that a locker whose time-out
+// expired does not hold it: lock with `MutexInternal::Infinite`.
 
 #if defined(__clang__)
 #define TOOLKIT_THREAD_ANNOTATION(attribute) __attribute__((attribute))
@@ -17,7 +17,7 @@
 #define TOOLKIT_THREAD_ANNOTATION(attribute)
 #endif
 
-/// On a class: it is a lock, called `kind` in messages.
+/// On a class: it is a lock; compiler messages call it `kind`.
 #define TOOLKIT_CAPABILITY(kind) TOOLKIT_THREAD_ANNOTATION(capability(kind))
 
 /// On a class: an object holds a lock from its constructor to its destructor.
@@ -41,7 +41,7 @@
 /// On a function: it takes the lock when it returns the first argument.
 #define TOOLKIT_TRY_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(try_acquire_capability(__VA_ARGS__))
 
-/// On a function: it gives the locks up, or this object when none is named.
+/// On a function: it releases the locks, or this object when none is named.
 #define TOOLKIT_RELEASE(...) TOOLKIT_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
 
 /// On a function: it is not checked. A comment says why.
