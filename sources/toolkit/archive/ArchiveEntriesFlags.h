@@ -4,7 +4,7 @@
 
 namespace Toolkit {
 
-/// What a listing of an archive leaves out.
+/// Which entries a listing of an archive leaves out.
 struct TOOLKIT_API ArchiveEntriesFlags {
     enum ArchiveEntriesType {
         AllEntries = 0,

@@ -20,7 +20,7 @@ public:
     /// A pipe is not seekable.
     bool IsSeekable() const override { return m_length != wxInvalidOffset; }
 
-    /// That of the file when it was opened: wxWidgets asks before it seeks.
+    /// The file's length when it was opened: wxWidgets asks before it seeks.
     wxFileOffset GetLength() const override { return m_length; }
 
 protected:

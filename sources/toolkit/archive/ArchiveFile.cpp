@@ -54,7 +54,7 @@ wxFileOffset ArchiveFile::OnSysSeek(wxFileOffset offset, wxSeekMode mode)
     return m_position;
 }
 
-// Reads at the position; with nothing read the stream is at its end, or in error.
+// Reads at the position. When it reads nothing, the stream is at its end or in error.
 std::size_t ArchiveFile::ReadFile(char* buffer, std::size_t size)
 {
     const ssize_t count =

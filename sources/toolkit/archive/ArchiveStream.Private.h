@@ -10,8 +10,8 @@
 
 namespace Toolkit {
 
-/// Entry names in the encoding of the environment's locale. Where they are not valid in it each
-/// byte is the character of its value, so that no two names fall together.
+/// Decodes entry names in the encoding of the environment's locale. In a name that is not valid
+/// there, each byte becomes the character of its value, so that different names stay different.
 class EntryNameConverter : public wxMBConv {
 public:
     std::size_t ToWChar(wchar_t* text, std::size_t textLength, const char* bytes,
@@ -21,7 +21,7 @@ public:
     wxMBConv* Clone() const override;
 };
 
-/// Owns what wxZipInputStream refers to, and so is the base before it.
+/// Owns what wxZipInputStream refers to, so it is the first base class.
 struct EntryNameConverterOwner {
     EntryNameConverter converter;
 };
@@ -29,23 +29,23 @@ struct EntryNameConverterOwner {
 /// A wxZipInputStream that can look at the bytes that come next.
 class ArchiveStream final : private EntryNameConverterOwner, public wxZipInputStream {
 public:
-    /// A stream over the file `path`, in a state of error when it cannot be opened.
+    /// A stream over the file `path`; in an error state when the file cannot be opened.
     static std::unique_ptr<ArchiveStream> OpenFile(const TString<wchar_t>& path);
 
-    /// Takes `stream` over.
+    /// Takes ownership of `stream`.
     explicit ArchiveStream(wxInputStream* stream);
 
-    /// The bytes that were looked at and not read yet. Good until the next call.
+    /// The bytes that were peeked at and not read yet. Valid until the next call.
     std::string_view Ahead() const;
 
-    /// Looks at more bytes, never more than the entry says it has left: meeting its end is an event
-    /// of its own, which a stream goes through once. False when there are none to look at.
+    /// Peeks at more bytes, but not beyond the stated size of the entry: a stream can meet the end
+    /// of an entry only once. False when no more bytes are left.
     bool LookAhead();
 
-    /// Puts what a reader has handed back before all that was looked at.
+    /// Puts bytes that a reader has put back before those that were peeked at.
     void TakeBackUnread();
 
-    /// Takes `count` of the bytes that were looked at as read.
+    /// Marks `count` of the peeked bytes as read.
     void Skip(std::size_t count);
 
     bool CloseEntry() override;
@@ -57,8 +57,8 @@ protected:
 
 private:
     std::string m_ahead;
-    std::size_t m_aheadBegin = 0; // what is before it in m_ahead has been read
-    // The state that the stream has once all that was looked at has been read.
+    std::size_t m_aheadBegin = 0; // bytes of m_ahead before it have been read
+    // The state of the stream once all peeked bytes have been read.
     wxStreamError m_errorBehind = wxSTREAM_NO_ERROR;
 };
 

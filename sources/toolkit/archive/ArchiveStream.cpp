@@ -50,7 +50,7 @@ std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& p
     auto file =
         std::make_unique<ArchiveFile>(Base::FileDescriptor::Open(Base::EncodeUtf8(path), O_RDONLY));
     const bool isOpen = file->IsOk();
-    // Not by make_unique(), which would take the file before it has memory for its owner.
+    // Not make_unique(): it would leak the released file when out of memory.
     std::unique_ptr<ArchiveStream> archive(new ArchiveStream(file.release()));
     if (!isOpen)
         archive->Reset(wxSTREAM_READ_ERROR);
@@ -75,10 +75,10 @@ bool ArchiveStream::LookAhead()
     if (left <= 0)
         return false;
 
-    // At the end of an entry the framework compares its size with the position, which what was
-    // looked at must not shift meanwhile.
+    // At the end of an entry wxWidgets compares the size with the position. m_ahead is empty
+    // meanwhile, because the position depends on it.
     std::string ahead = std::exchange(m_ahead, {}).erase(0, std::exchange(m_aheadBegin, 0));
-    // Each look is as long as all before it, so that a long line is not copied over and over.
+    // Each step doubles the size, so that a long line is not copied again and again.
     const std::size_t oldSize = ahead.size();
     const auto wanted = std::max(c_blockSize, static_cast<wxFileOffset>(oldSize));
     const auto size = static_cast<std::size_t>(std::min(left, wanted));
@@ -107,7 +107,7 @@ void ArchiveStream::TakeBackUnread()
 
 bool ArchiveStream::CloseEntry()
 {
-    // wxZipInputStream would return what was handed back of this entry before the next one.
+    // wxZipInputStream would return bytes put back from this entry before those of the next one.
     TakeBackUnread();
     m_ahead.clear();
     m_aheadBegin = 0;
@@ -117,8 +117,8 @@ bool ArchiveStream::CloseEntry()
 
 wxInputStream* ArchiveStream::OpenDecompressor(wxInputStream& stream)
 {
-    // Compressed data that end before their entry does have handed the rest back to the stream that
-    // the next entry reads: it stands that far before its beginning.
+    // If compressed data end before their entry does, the rest is put back into the stream that the
+    // next entry reads. Its position is then negative by that length.
     const wxFileOffset position = stream.TellI();
     if (position < 0) {
         std::string rest(static_cast<std::size_t>(-position), '\0');

@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-// The line numbers that readers of the log know the two failures by.
+// Line numbers logged for the two failures. Fixed, because log readers match on them.
 constexpr int c_cannotReadLine = 96;
 constexpr int c_notValidLine = 103;
 
@@ -71,7 +71,7 @@ void ArchiveZip::Open(const TString<wchar_t>& path)
     Close();
     static_cast<void>(Base::Completes([&] {
         const Framework::Silence silence;
-        // The memory for an owner is there before the stream is.
+        // Allocates the owner before the stream.
         m_stream =
             smart_ptr<ZipInputStream>(new ZipInputStream(ArchiveStream::OpenFile(path).release()));
     }));
@@ -79,7 +79,7 @@ void ArchiveZip::Open(const TString<wchar_t>& path)
 
 void ArchiveZip::Close()
 {
-    // Assigning a null pointer would make a new count.
+    // Assigning a null pointer would create a new count.
     if (m_stream.IsValid())
         m_stream = smart_ptr<ZipInputStream>::Empty();
 }
@@ -102,7 +102,7 @@ int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
     }
     if (Base::Completes([&] { List(*m_stream, filter, type, entries); }))
         return static_cast<int>(entries.size());
-    // Rather no entries than some of them.
+    // All entries or none.
     entries.clear();
     return -1;
 }

@@ -6,14 +6,14 @@
 
 namespace Toolkit {
 
-/// One entry of a Zip archive, as the archive's directory describes it. Everything is read through
-/// the framework's class.
+/// One entry of a Zip archive, as the archive's directory describes it. The properties are those of
+/// `wxZipEntry`.
 ///
-/// Names and sizes are those that the archive claims: a name may hold ".." or back-slashes, so a
-/// program that extracts checks where it leads. A "/" or "./" at its beginning is not part of it.
+/// Names and sizes are what the archive claims. A name may contain ".." or backslashes, so a
+/// program that extracts must check where it leads. A "/" or "./" at the beginning is removed.
 class TOOLKIT_API ArchiveZipEntry : public wxZipEntry {
 public:
-    /// A copy of `entry`. Without memory std::bad_alloc leaves it.
+    /// A copy of `entry`. Throws std::bad_alloc when out of memory.
     ArchiveZipEntry(const wxZipEntry& entry);
     ~ArchiveZipEntry() override;
 };

@@ -7,9 +7,9 @@ class wxZipInputStream;
 /// Reads a word or a line from an archive's entry as wxTextInputStream does when it is
 /// made anew for every call, with the same result and the same state of the stream.
 ///
-/// That reader takes a byte at a time. Here the bytes that come next are looked at first; the
-/// framework's reader does what is no plain UTF-8 (byte-order marks, null bytes and other
-/// encodings), what the end of the entry cuts off, and streams that are not the library's own.
+/// wxTextInputStream reads a byte at a time. These functions peek at the next bytes first. They use
+/// wxTextInputStream for anything but plain UTF-8 (byte-order marks, null bytes, other encodings),
+/// at the end of the entry, and for streams that are not the library's own.
 namespace Toolkit::EntryTextReader {
 
 void ReadWord(wxZipInputStream& stream, TString<wchar_t>& word);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr const wchar_t* c_separators = L" \t";
 
-// A piece of text among the bytes that come next.
+// A range of the next bytes.
 struct Span {
     std::size_t begin;
     std::size_t end;
@@ -41,7 +41,7 @@ bool IsPlainAscii(char byte)
     return byte > 0;
 }
 
-// The line that comes next; nothing when its end is not in sight.
+// The next line; nothing when `bytes` do not contain its end.
 std::optional<Span> FindLine(std::string_view bytes)
 {
     const auto end = std::find_if(bytes.begin(), bytes.end(), IsLineEnd);
@@ -61,8 +61,8 @@ std::optional<Span> FindWord(std::string_view bytes)
                 static_cast<std::size_t>(end - bytes.begin())};
 }
 
-// Looks ahead until `find` finds what it wants, and one byte more: whether a line feed belongs to a
-// carriage return shows only after it.
+// Peeks until `find` succeeds, and one byte further after a carriage return, which a line feed may
+// follow.
 template <typename Find>
 std::optional<Span> Locate(ArchiveStream& stream, Find find)
 {
@@ -80,8 +80,8 @@ std::optional<Span> Locate(ArchiveStream& stream, Find find)
 // ZipReadLines: a fresh wxTextInputStream for each line, which takes a byte at a time, takes 16
 // times as long.
 //
-// Reads plain text and the separator after it; false, with nothing read, when the
-// framework's reader has to do it.
+// Reads plain text and the separator after it; false, with nothing read, when it needs a
+// wxTextInputStream.
 template <typename Find>
 bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 {
@@ -95,8 +95,7 @@ bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 
     const std::string_view ahead = stream->Ahead();
     const std::string_view bytes = ahead.substr(span->begin, span->end - span->begin);
-    // wxTextInputStream decodes the character after a carriage return, with all that comes of
-    // one that is cut off.
+    // wxTextInputStream decodes the character after a carriage return, even an incomplete one.
     const bool hidesMore = ahead[span->end] == '\r' && !IsPlainAscii(ahead[span->end + 1]);
     if (hidesMore || MayBeginMark(ahead.front()) || bytes.find('\0') != std::string_view::npos ||
         !Base::AppendDecodedUtf8(text, bytes.data(), bytes.size()))

@@ -11,8 +11,8 @@
 namespace Toolkit {
 namespace {
 
-// What an archive says about the length of an entry is not believed at once: memory grows with what
-// has come, in larger steps where much is said to follow.
+// The stated length of an entry is not trusted: memory grows with the bytes read, in larger steps
+// if the archive claims that many follow.
 void ReserveFor(std::vector<unsigned char>& bytes, std::size_t needed, wxFileOffset claimedLeft)
 {
     constexpr std::size_t largestStep = 4;
@@ -35,7 +35,7 @@ void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
     } while (count == block.size());
 }
 
-// Runs `read`; what does not fit into memory is an error of the stream, and false.
+// Runs `read`. When out of memory it sets an error on the stream and returns false.
 template <typename Read>
 bool ReadFrom(wxZipInputStream* stream, Read read)
 {

@@ -10,35 +10,34 @@ class wxZipInputStream;
 
 namespace Toolkit {
 
-/// Reads an entry of a Zip archive as words, lines or bytes, in turn as the caller likes.
+/// Reads an entry of a Zip archive as words, lines or bytes, in any order.
 ///
-/// A whole archive has one stream, which reads the entry that was opened last. Text is UTF-8, or in
-/// the encoding of a byte-order mark at the place where an operation begins to read. One object
-/// is used by one thread at a time. Nothing is thrown: what does not fit into memory is an error of
-/// the stream.
+/// An archive has one stream, which reads the entry that was opened last. Text is UTF-8, or in the
+/// encoding of a byte-order mark at the position where an operation begins to read. One thread at a
+/// time may use an object. Nothing is thrown: out of memory is an error of the stream.
 class TOOLKIT_API ZipInputStream : public InputStream {
 public:
-    /// Takes `stream` over.
+    /// Takes ownership of `stream`.
     explicit ZipInputStream(wxZipInputStream* stream);
     ~ZipInputStream() override;
 
-    /// The stream of wxWidgets, which stays owned by this object.
+    /// The wxWidgets stream, owned by this object.
     operator wxZipInputStream*() const;
 
     bool CanRead() const;
 
-    /// False at the end of an entry, too: after a read has met it.
+    /// False after an error, and after a read that has met the end of the entry.
     bool IsOk() const;
 
     /// Reads the next word and the space, tab or line end after it.
     ZipInputStream& operator>>(TString<wchar_t>& word);
 
     /// Reads the next line, without its end: a line feed, a carriage return or both. False, with an
-    /// empty line, when the data end before the line does: a last line without an end is lost.
+    /// empty line, when the data end before the line end: a last line without an end is lost.
     bool ReadLine(TString<wchar_t>& line);
 
-    /// Appends the rest of the entry to `bytes`. What an entry that cannot be decompressed yields
-    /// comes as far as it goes; encrypted entries yield what is stored.
+    /// Appends the rest of the entry to `bytes`. For damaged data it appends what can be
+    /// decompressed; for an encrypted entry it appends the stored bytes.
     void operator>>(std::vector<unsigned char>& bytes);
 
 private:

@@ -34,7 +34,7 @@ FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept
 FileDescriptor FileDescriptor::Open(const std::string& name, int flags, mode_t permissions)
 {
     FileDescriptor file(::open(name.c_str(), flags | O_CLOEXEC, permissions));
-    // The system opens directories for reading, and then refuses every read.
+    // open(2) accepts a directory for reading, but every read fails.
     if (file.IsOpen() && file.HasKind(S_IFDIR))
         file.Close();
     return file;
@@ -42,8 +42,8 @@ FileDescriptor FileDescriptor::Open(const std::string& name, int flags, mode_t p
 
 FileDescriptor FileDescriptor::OpenRegular(const std::string& name, int flags, mode_t permissions)
 {
-    // Without O_NONBLOCK a pipe would block until somebody opens its other end. It does not stay
-    // set: whoever inherits or duplicates the descriptor would meet it.
+    // Without O_NONBLOCK open(2) waits for the other end of a pipe. The flag is cleared afterwards,
+    // because duplicates of the descriptor share it.
     FileDescriptor file(::open(name.c_str(), flags | O_NONBLOCK | O_CLOEXEC, permissions));
     if (!file.IsRegular() || ::fcntl(file.Get(), F_SETFL, flags) != 0)
         return {};

@@ -6,7 +6,7 @@
 
 namespace Toolkit::Base {
 
-/// An open file of the system, closed with its object. Programs that are started do not inherit it.
+/// A file descriptor, closed with its object. Started programs do not inherit it.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -16,9 +16,8 @@ public:
     FileDescriptor(FileDescriptor&& other) noexcept : m_descriptor(other.Release()) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
 
-    /// Opens `name` with the flags of open(2), and like open(2) waits where it has to: for the
-    /// other end of a pipe, or for a lease to be given up. Not open when that fails or finds a
-    /// directory.
+    /// Opens `name` with the flags of open(2). Like open(2) it may wait: for the other end of a
+    /// pipe, or for the release of a lease. Not open after a failure, and for a directory.
     static FileDescriptor Open(const std::string& name, int flags, mode_t permissions = 0666);
 
     /// Opens `name` when it is a regular file, without waiting for anything. Not open for anything
@@ -39,10 +38,10 @@ public:
 
     bool IsRegular() const;
 
-    /// The length of the file in bytes; 0 for what has none, such as a pipe.
+    /// The length of the file in bytes; 0 for a file without a length, such as a pipe.
     long long GetLength() const;
 
-    /// Reads up to `length` bytes and returns how many came: 0 at the end, -1 after an error.
+    /// Reads up to `length` bytes and returns their number: 0 at the end, -1 after an error.
     ssize_t Read(void* bytes, std::size_t length) const;
 
     /// The same at `offset`, without moving the position.

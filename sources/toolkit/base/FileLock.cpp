@@ -55,7 +55,7 @@ FileLock::State FileLock::Take()
     return ShareWithThisProcess() ? State::Held : State::HeldElsewhere;
 }
 
-// To the system a file that was opened twice has two owners, even within one process.
+// For the system, a file that is opened twice has two owners, even in one process.
 bool FileLock::ShareWithThisProcess()
 {
     for (const FileLock* held = s_firstHeld; held; held = held->m_next) {

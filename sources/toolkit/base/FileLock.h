@@ -14,7 +14,7 @@ class FileLock {
 public:
     enum class State { Held, HeldElsewhere, Unavailable };
 
-    /// Tries to lock `file`; without an open file the lock is unavailable.
+    /// Tries to lock `file`. The lock is unavailable if `file` is not open.
     explicit FileLock(FileDescriptor file);
     ~FileLock();
 

@@ -35,7 +35,7 @@ FileReplacement::FileReplacement(const std::string& path) : m_target(ResolveLink
         CreateTemporaryAnew();
 }
 
-// Only mkostemp() finds a free name that nobody foresees.
+// Only mkostemp() finds a free name that nobody can predict.
 void FileReplacement::CreateTemporary()
 {
     std::string name = m_target + ".XXXXXX";
@@ -44,8 +44,8 @@ void FileReplacement::CreateTemporary()
         m_temporary = std::move(name);
 }
 
-// Only open() applies the umask, and the default permissions of the directory. The name is known by
-// now, so whatever has taken it meanwhile is an error.
+// Only open() applies the umask and the default permissions of the directory. The name is visible
+// by now, so it is an error if another file has taken it.
 void FileReplacement::CreateTemporaryAnew()
 {
     constexpr mode_t everyone = 0666;
@@ -70,7 +70,7 @@ bool FileReplacement::Write(const char* bytes, std::size_t length)
 
 bool FileReplacement::Commit()
 {
-    // A full disk may report it only when the data reach it.
+    // A full disk may be reported only when the data reach it.
     if (!m_file.IsOpen() || ::fsync(m_file.Get()) != 0 || !m_file.Close() ||
         ::rename(m_temporary.c_str(), m_target.c_str()) != 0)
         return false;

@@ -12,7 +12,7 @@ bool ParseFloatingPoint(const char* begin, const char* end, double& value)
     const auto [stop, error] = std::from_chars(begin, end, parsed);
     if (stop != end || error == std::errc::invalid_argument)
         return false;
-    // Of a number out of range std::from_chars() gives nothing.
+    // std::from_chars() stores nothing for a number out of range.
     if (error == std::errc::result_out_of_range)
         return ParseFloatingPointByStrtod(begin, end, value);
     value = parsed;

@@ -21,7 +21,7 @@ FileDescriptor OpenLockFile(const std::wstring& name)
     const std::string path = EncodeUtf8(GetHomeDirectory()) + "/." +
                              ShortenName(EncodeUtf8(name), c_longestName) + ".lock";
     FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
-    // Where nothing can be written, a file that exists still takes a lock.
+    // In a read-only directory, an existing file can still be locked.
     return file.IsOpen() ? std::move(file)
                          : FileDescriptor::OpenRegular(path, O_RDONLY | O_NOFOLLOW);
 }

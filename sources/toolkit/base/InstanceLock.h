@@ -6,13 +6,13 @@
 
 namespace Toolkit::Base {
 
-/// A lock on a file in the user's home directory, held as `FileLock` describes. The file stays:
-/// removing it would let two processes lock different files of one name.
+/// A lock on a file in the user's home directory, held as `FileLock` describes. The file is never
+/// removed: two processes could then lock different files with one name.
 class InstanceLock {
 public:
     using State = FileLock::State;
 
-    /// Tries to take the lock called `name`; without a name there is none.
+    /// Tries to acquire the lock called `name`; an empty name locks nothing.
     explicit InstanceLock(const std::wstring& name);
 
     State GetState() const { return m_lock.GetState(); }

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-// Several characters that the processor handles at once, written out for compilers that would
-// rather unroll such a loop.
+// Vectors of characters. Written out, because some compilers unroll such a loop instead of
+// vectorizing it.
 namespace Toolkit::Base {
 
 template <typename Number>
@@ -35,7 +35,7 @@ Lanes<Number> LoadLanes(const Char* from)
 template <typename AnyLanes>
 bool AreAllZero(const AnyLanes& lanes)
 {
-    // Taken out of the register: the processor would wait for a copy in memory.
+    // Reads the lanes from the register: the processor would wait for a copy in memory.
     const auto halves = reinterpret_cast<Lanes<std::uint64_t>>(lanes);
     return (halves[0] | halves[1]) == 0;
 }

@@ -99,7 +99,7 @@ public:
     const char* End() const { return Begin() + (m_long.empty() ? m_length : m_long.size()); }
 
 private:
-    // False when there are none.
+    // False without a digit.
     template <typename Char>
     bool AppendDigits(const Char*& at, const Char* end)
     {
@@ -137,7 +137,7 @@ void ParseDouble(const Char* at, const Char* end, double& value)
         return;
 
     double magnitude = 0;
-    // An exponent without digits makes the whole text no number.
+    // With an exponent without digits, the whole text is not a number.
     if (!ParseFloatingPoint(characters.Begin(), characters.End(), magnitude))
         return;
     value = characters.IsNegative() ? -magnitude : magnitude;
@@ -155,9 +155,9 @@ constexpr auto c_powersOfTen = [] {
 
 std::size_t CountDigits(unsigned long long magnitude)
 {
-    // Zero has one digit too. Any other number has as many as the odd number next to it.
+    // Zero has one digit, too. Setting the lowest bit never changes the number of digits.
     magnitude |= 1;
-    // 1233 / 4096 is the logarithm of 2 as far as numbers of 64 bits need it.
+    // 1233 / 4096 approximates log10(2) closely enough for 64 bits.
     const auto count = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;
     return count + (magnitude >= c_powersOfTen[count] ? 1 : 0);
 }

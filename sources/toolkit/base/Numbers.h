@@ -8,18 +8,18 @@
 // the global C++ locale is: decimal, no grouping.
 namespace Toolkit::Base {
 
-/// Reads the number that `text` begins with, after white space. Without one `value` is unchanged; a
-/// number out of range sets the limit of its type, a negative one for an unsigned type wraps
-/// around.
+/// Reads the number at the beginning of `text`, after white space. Without a number `value` is
+/// unchanged. A number out of range gives the limit of the type; a negative one wraps around for an
+/// unsigned type.
 ///
 /// Defined for char and wchar_t, and for the types that the library reads.
 template <typename Char, typename Number>
 void ParseNumber(std::basic_string_view<Char> text, Number& value);
 
-/// The text of a number, in characters of its own.
+/// The text of a number, stored in the object.
 ///
-/// Integers come as plain digits, floating-point numbers with six significant digits in the shorter
-/// of the fixed and the scientific notation.
+/// Integers are plain digits. Floating-point numbers have six significant digits, in the shorter of
+/// fixed and scientific notation.
 template <typename Char>
 class NumberText {
 public:

@@ -7,13 +7,13 @@
 /// The one way in which a public operation turns an exception into its failure result. Usually the
 /// exception is std::bad_alloc.
 ///
-/// Both functions catch std::exception and nothing else. wxThread::Kill() cancels a thread by an
-/// unwinding of the stack that a catch-all would stop, which ends the process; for the same reason
-/// neither function is noexcept. A `smart_ptr<RegExpException>` passes.
+/// Both functions catch std::exception and nothing else. wxThread::Kill() unwinds the stack of a
+/// thread; a catch-all that stops the unwinding would end the process. For the same reason neither
+/// function is noexcept. A `smart_ptr<RegExpException>` passes through.
 namespace Toolkit::Base {
 
-/// What `operation` returns; `failure` when it throws. The empty failures of strings and containers
-/// allocate nothing.
+/// The result of `operation`; `failure` when it throws. An empty string or container as `failure`
+/// allocates nothing.
 ///
 ///     return Base::ResultOr(false, [&] { return Load(path); });
 template <typename Operation>
@@ -27,8 +27,8 @@ std::invoke_result_t<Operation> ResultOr(std::invoke_result_t<Operation> failure
     }
 }
 
-/// Whether `operation` runs to its end without throwing. For operations that have no result, and
-/// where a failure has to be cleaned up.
+/// Whether `operation` returns without throwing. For operations without a result, and for callers
+/// that clean up after a failure.
 ///
 ///     if (!Base::Completes([&] { Append(text); }))
 ///         m_hasLostText = true;

@@ -8,7 +8,7 @@
 
 namespace Toolkit::Base {
 
-// Those that watch, and what happens to them at a fork.
+// The list of watching objects and the handlers of a fork.
 struct OwnDescriptors {
     static std::mutex s_mutex;
     static OwnDescriptor* s_first; // guarded by s_mutex
@@ -31,11 +31,11 @@ struct OwnDescriptors {
         own.m_descriptor = -1;
     }
 
-    // Held over the fork, so that the child finds the list whole.
+    // Held during the fork, so that the child gets a consistent list.
     static void BeforeFork() { s_mutex.lock(); }
     static void AfterForkInParent() { s_mutex.unlock(); }
 
-    // Calls only what is safe in the child of a process with several threads.
+    // Calls only functions that are safe in the child of a process with several threads.
     static void AfterForkInChild()
     {
         const int error = errno;
@@ -48,7 +48,7 @@ struct OwnDescriptors {
         errno = error;
     }
 
-    // Without /dev/null a lock that outlives its process is worse than a number that is used again.
+    // Without /dev/null, closing is the lesser evil: a lock must not outlive its process.
     static void Replace(int descriptor, int replacement)
     {
         if (replacement < 0)
@@ -63,7 +63,7 @@ OwnDescriptor* OwnDescriptors::s_first = nullptr;
 
 void OwnDescriptor::Watch(int descriptor)
 {
-    // When the library is unloaded, the system forgets the handlers.
+    // The system removes the handlers when the library is unloaded.
     static const int s_isPrepared =
         ::pthread_atfork(OwnDescriptors::BeforeFork, OwnDescriptors::AfterForkInParent,
                          OwnDescriptors::AfterForkInChild);

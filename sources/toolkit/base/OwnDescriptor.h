@@ -2,15 +2,15 @@
 
 namespace Toolkit::Base {
 
-/// Keeps an open file of this process from the processes that it forks.
+/// Keeps forked children from sharing an open file of this process.
 ///
-/// Parent and child share an open file: a lock on it stays held until both have closed it, and what
-/// the child writes lands in the parent's file. So at the fork the child's descriptor is turned
-/// into one of /dev/null. It is not closed, because its number would go to the next file that the
-/// child opens, and whoever still has the old number would use that one.
+/// Otherwise parent and child share it: a lock stays held until both have closed the file, and what
+/// the child writes goes to the parent's file. At the fork, the child's descriptor therefore
+/// becomes one of /dev/null. It is not closed, because the next file that the child opens would get
+/// its number, and code that still has the number would use that file.
 ///
-/// Any thread may use an object of its own. The descriptor must be open as long as it is watched: a
-/// member that watches is declared after the one that closes.
+/// Any thread may use an object of its own. The descriptor must be open while it is watched:
+/// declare the watching member after the one that closes the descriptor.
 class OwnDescriptor {
 public:
     OwnDescriptor() = default;
@@ -19,11 +19,10 @@ public:
     OwnDescriptor(const OwnDescriptor&) = delete;
     OwnDescriptor& operator=(const OwnDescriptor&) = delete;
 
-    /// Keeps `descriptor`, instead of the previous one, from forked children. A negative one is no
-    /// descriptor.
+    /// Watches `descriptor` instead of the previous one. A negative number watches nothing.
     void Watch(int descriptor);
 
-    /// Lets forked children have the descriptor again, as before it is closed.
+    /// Stops watching. Call it before the descriptor is closed.
     void Forget();
 
 private:

@@ -5,12 +5,11 @@
 
 namespace Toolkit::Base {
 
-/// `name`, when it has at most `longest` bytes; otherwise its beginning and a hash of the whole,
-/// `longest` bytes together, so that all who shorten one name meet at one result. `longest` is 16
-/// at least.
+/// `name` if it has at most `longest` bytes; otherwise its beginning and a hash of the whole name,
+/// `longest` bytes in total. Equal names give equal results. `longest` is at least 16.
 std::string ShortenName(const std::string& name, std::size_t longest);
 
-/// Sixteen hexadecimal digits that stand for `text`.
+/// A hash of `text` as sixteen hexadecimal digits.
 std::string FormatHash(const std::string& text);
 
 } // namespace Toolkit::Base

@@ -2,11 +2,11 @@
 
 #include "toolkit/base/OutOfMemory.h"
 
-// The life of a process-wide object that a class-wide pointer to a heap `smart_ptr` holds. Copies
-// of that pointer keep the object alive after its release.
+// Lifetime of a process-wide object: a class-wide pointer holds a `smart_ptr` on the heap. Copies
+// of the `smart_ptr` keep the object alive after its release.
 namespace Toolkit::Base {
 
-/// Stores the object that `make` returns, unless there is one. When out of memory there is none.
+/// Stores the object that `make` returns, unless one exists. Stores nothing when out of memory.
 template <typename Pointer, typename Make>
 void CreateSingleton(Pointer*& instance, Make make)
 {
@@ -21,8 +21,8 @@ Pointer GetSingleton(const Pointer* instance)
     return instance ? *instance : Pointer::Empty();
 }
 
-/// Drops the object, which can still be reached while it is destroyed. Allocates nothing: assigning
-/// a null pointer would make a new count.
+/// Releases the object, which is still reachable during its destruction. Allocates nothing:
+/// assigning a null pointer would create a new count.
 template <typename Pointer>
 void ReleaseSingleton(Pointer*& instance)
 {

@@ -3,10 +3,10 @@
 namespace Toolkit::Base {
 namespace {
 
-// Stacks that programs make themselves, for coroutines and signal handlers, can be this small.
+// Stacks for coroutines and signal handlers can be this small.
 constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
-// What is left of the thread's stack at `here`; 0 when it is on another one.
+// The bytes left on the thread's stack at `here`; 0 when `here` is on another stack.
 std::size_t SpaceBelow(std::uintptr_t here)
 {
     // Cached: asking reads a file in /proc, and the stack of a thread never moves.

@@ -6,7 +6,7 @@ namespace Toolkit::Base {
 
 void PrepareThreadEnd()
 {
-    // A walk up the stack needs the same code.
+    // A backtrace loads the same code.
     void* frame = nullptr;
     ::backtrace(&frame, 1);
 }

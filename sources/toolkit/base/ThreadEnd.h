@@ -2,11 +2,11 @@
 
 namespace Toolkit::Base {
 
-/// Loads what a thread needs when it ends.
+/// Loads the code that a thread needs when it ends.
 ///
 /// The C library ends a thread by unwinding its stack, with code that it loads at the first such
-/// end. Loading needs the loader's lock, which a thread that unloads a library holds: if it waits
-/// there for a thread to end, neither goes on.
+/// end. Loading takes the loader's lock. A thread that unloads a library holds that lock: if it
+/// waits for another thread to end, both would wait forever.
 void PrepareThreadEnd();
 
 } // namespace Toolkit::Base

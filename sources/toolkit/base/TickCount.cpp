@@ -11,7 +11,7 @@ unsigned int GetTickCount()
 
     static const auto uMsMulitplier =
         static_cast<unsigned int>(msPerSecond / ::sysconf(_SC_CLK_TCK));
-    // Only the clock is wanted: filling in the times of the process costs five times as much.
+    // Null: filling in the process times takes five times as long.
     return static_cast<unsigned int>(::times(nullptr)) * uMsMulitplier;
 }
 

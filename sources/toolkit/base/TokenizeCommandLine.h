@@ -6,15 +6,15 @@
 
 namespace Toolkit::Base {
 
-// What separates the tokens of a command line, and what encloses a token that contains separators.
+// The separators of tokens, and the quote that encloses a token with separators.
 inline constexpr wchar_t c_commandLineSeparators[] = L" \t";
 inline constexpr wchar_t c_commandLineQuote = L'"';
 
 /// Splits `line` at runs of `separators`. A token that begins with `quote` ends at the next one;
 /// without a next one the rest of the line is dropped.
 ///
-/// The tokens are parts of `line`, without their quotes. Throws `std::bad_alloc`, so that a caller
-/// can tell it from a line without tokens.
+/// The tokens are parts of `line`, without their quotes. Throws `std::bad_alloc`, so that callers
+/// can tell out of memory from a line without tokens.
 std::vector<std::wstring_view> TokenizeCommandLine(std::wstring_view line,
                                                    std::wstring_view separators, wchar_t quote);
 

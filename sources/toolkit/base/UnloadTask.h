@@ -2,21 +2,21 @@
 
 namespace Toolkit::Base {
 
-/// What an object still has to do when the library is unloaded and nobody has destroyed it, as when
-/// a process ends in exit() while another thread holds it.
+/// Work for an object that still exists when the library is unloaded, for instance because another
+/// thread holds it while the process calls exit().
 class UnloadTask {
 public:
     using Function = void (*)(void* object);
 
-    /// `function` will be called with `object`, unless this task is destroyed before.
+    /// RunAll() calls `function` with `object`, unless this task is destroyed before.
     UnloadTask(Function function, void* object);
     ~UnloadTask();
 
     UnloadTask(const UnloadTask&) = delete;
     UnloadTask& operator=(const UnloadTask&) = delete;
 
-    /// Calls the functions of all tasks. A task that is destroyed meanwhile, on another thread,
-    /// waits until that is done.
+    /// Calls the functions of all tasks. Meanwhile the destructor of a task waits if another thread
+    /// calls it.
     static void RunAll();
 
 private:

@@ -12,7 +12,7 @@
 namespace Toolkit::Base {
 namespace {
 
-// One text of this user's entry in the user database.
+// One field of this user's entry in the user database.
 std::string ReadEntry(char* passwd::*field)
 {
     constexpr std::size_t firstSize = 1024;

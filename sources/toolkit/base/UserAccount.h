@@ -2,13 +2,13 @@
 
 #include <string>
 
-// The account that the process runs under, from the system's user database. The texts are empty
-// when the database does not know it.
+// The account that the process runs under, from the system's user database. The strings are empty
+// when the database has no entry for it.
 namespace Toolkit::Base {
 
 std::wstring GetLoginName();
 
-/// What HOME names, whether it exists or not; without HOME the directory of the user database.
+/// The value of HOME, even if no such directory exists; without HOME that of the user database.
 std::wstring GetHomeDirectory();
 
 } // namespace Toolkit::Base

@@ -3,17 +3,17 @@
 #include <cstddef>
 #include <string>
 
-// UTF-8 (RFC 3629). The functions throw `std::bad_alloc`, so that a caller can tell it from a text
-// that is empty or not valid.
+// UTF-8 (RFC 3629). The functions throw `std::bad_alloc`, so that callers can tell out of memory
+// from a text that is empty or not valid.
 namespace Toolkit::Base {
 
-/// `text` up to its first null character as UTF-8; empty when a character before it has no form.
+/// `text` up to its first null character as UTF-8; empty when a character before it is not valid.
 std::string EncodeUtf8(const std::wstring& text);
 
 /// `bytes` up to the first null byte as text; empty when they are not valid UTF-8.
 std::wstring DecodeUtf8(const std::string& bytes);
 
-/// The same; a null pointer gives the empty text.
+/// The same; a null pointer gives the empty string.
 std::wstring DecodeUtf8(const char* bytes);
 
 /// Appends the UTF-8 form of `length` characters, null characters included, to `bytes`; false, with

@@ -73,7 +73,7 @@ bool CmdLineParser::AddOption(smart_ptr<CmdLineOption> option)
 
 void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)
 {
-    // Not assigned in place: the line may be one of the old tokens.
+    // A new vector: `line` may be one of the old tokens.
     std::vector<TString<wchar_t>> copies;
     const bool areCopied = Base::Completes([&] {
         const auto found =

@@ -9,13 +9,12 @@
 
 namespace Toolkit {
 
-/// An option that an application knows, such as "-file", and what the command line said of it.
+/// An option of an application, such as "-file", and its value on the command line.
 ///
-/// When out of memory the constructor and SetValue() let std::bad_alloc out, with everything as it
-/// was.
+/// When out of memory, the constructor and SetValue() throw std::bad_alloc and change nothing.
 class TOOLKIT_API CmdLineOption {
 public:
-    /// `name` comes without its dash and is folded to lower case. Parsing fails when a `required`
+    /// `name` has no dash and is folded to lower case. Parsing fails when a `required`
     /// option is missing.
     CmdLineOption(const TString<wchar_t>& name, bool required);
     virtual ~CmdLineOption();
@@ -40,19 +39,20 @@ private:
 
 /// Splits a command line into tokens and finds an application's options in them.
 ///
-/// An option is a dash and a name; the token after it is its value unless that begins with a dash
-/// too, so "-5" is an option named "5". Names have to be typed in lower case: they are registered
-/// in it and compared as they are. Unknown options and stray words are ignored.
+/// An option is a dash and a name; the next token is its value unless it begins with a dash, too.
+/// So
+/// "-5" is an option named "5". Users must type names in lower case: names are registered in lower
+/// case and compared exactly. Unknown options and other words are ignored.
 ///
-/// One object is used by one thread at a time. Nothing is thrown: without memory there are no
+/// One thread at a time may use an object. Nothing is thrown: when out of memory there are no
 /// tokens, an option is not added, and parsing fails.
 class TOOLKIT_API CmdLineParser {
 public:
-    /// What separates tokens: space and tab.
+    /// The separators of tokens: space and tab.
     static const TString<wchar_t> c_strSeparators;
-    /// What begins an option: "-".
+    /// The beginning of an option: "-".
     static const TString<wchar_t> c_strIdentifiers;
-    /// What encloses a token that holds separators: the double quote.
+    /// The quote around a token with separators: the double quote.
     static const TString<wchar_t> c_strDelimiters;
 
     /// One token per element of `argv`, the program name included, taken as they are. A null
@@ -67,11 +67,11 @@ public:
     /// The same; the text is decoded from UTF-8.
     CmdLineParser(const TString<char>& commandLine);
 
-    /// Registers `option`, which stays shared with the caller. False when it is empty or one of
-    /// that name is there.
+    /// Registers `option` and shares it with the caller. False when it is empty or its name is
+    /// registered already.
     bool AddOption(smart_ptr<CmdLineOption> option);
 
-    /// Replaces `tokens` by those of `line`.
+    /// Replaces `tokens` with those of `line`.
     ///
     /// Tokens are separated by spaces and tabs. One that begins with a double quote reaches to the
     /// next quote, and the text between the two may be empty; without a second quote it is
@@ -79,7 +79,7 @@ public:
     static void Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens);
 
     /// Marks the options that the tokens name and stores their values. False when a required option
-    /// is not defined. Parsing again adds to what options hold.
+    /// is not defined. Parsing again keeps earlier marks and values that it does not set.
     bool Parse();
 
 private:

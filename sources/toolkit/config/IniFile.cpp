@@ -11,7 +11,7 @@
 namespace Toolkit {
 namespace {
 
-// The line number that readers of the log know a file by that cannot be opened.
+// Line number logged for a file that cannot be opened. Fixed, because log readers match on it.
 constexpr int c_openFailureLine = 64;
 
 bool IsBlank(wchar_t character)
@@ -19,7 +19,7 @@ bool IsBlank(wchar_t character)
     return character == L' ' || character == L'\t';
 }
 
-// A part of a line without the spaces and tabs around it, copied once.
+// Copies a part of a line without the spaces and tabs around it.
 TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
 {
     begin = std::find_if_not(begin, end, IsBlank);
@@ -28,7 +28,7 @@ TString<wchar_t> TrimmedCopy(const wchar_t* begin, const wchar_t* end)
     return std::wstring(begin, end);
 }
 
-// The value of a name; null when there is none.
+// The value of a name; null when the name is missing.
 template <typename Value>
 const Value* Find(const std::map<TString<wchar_t>, Value>& map, const TString<wchar_t>& name)
 {
@@ -78,7 +78,7 @@ IniFile::KeyMap* IniFile::ParseLine(const TString<wchar_t>& line, KeyMap* sectio
         return section;
 
     const wchar_t* const text = line.data();
-    // Of two lines for one key the first counts: emplace() leaves a key that is there alone.
+    // The first line for a key counts: emplace() does not replace a key.
     section->emplace(TrimmedCopy(text, text + equals),
                      TrimmedCopy(text + equals + 1, text + line.size()));
     return section;
@@ -132,7 +132,7 @@ bool IniFile::GetBool(const TString<wchar_t>& section, const TString<wchar_t>& k
 
 void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const
 {
-    // Before the list is emptied: the section's name may come from it.
+    // Before clear(): `section` may be an element of `keys`.
     const KeyMap* const found = Find(m_sections, section);
     keys.clear();
     if (!found)

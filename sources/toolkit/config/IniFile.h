@@ -20,15 +20,15 @@ namespace Toolkit {
 /// section the first counts. Lines above the first header, and lines that are neither header nor
 /// key, are ignored. Names are case-sensitive.
 ///
-/// An object may be copied, and read by several threads at once.
+/// An object may be copied. Several threads may read it at once.
 class TOOLKIT_API IniFile {
 public:
     /// Reads the file `path`; IsLoaded() reports whether that succeeded.
     IniFile(const TString<wchar_t>& path);
 
-    /// Replaces the settings by those of the file `path`. A file that cannot be opened is logged as
-    /// an error and gives false and no settings; one whose settings do not fit into memory does
-    /// too, but is not logged. IsLoaded() keeps reporting on the construction.
+    /// Replaces the settings with those of the file `path`. False, without settings, when the file
+    /// cannot be opened, which is logged as an error, or when out of memory, which is not logged.
+    /// IsLoaded() does not change.
     bool Parse(const TString<wchar_t>& path);
 
     /// Whether the file given at construction was read.
@@ -40,12 +40,12 @@ public:
     /// Whether the key exists, even with an empty value.
     bool HasValue(const TString<wchar_t>& section, const TString<wchar_t>& key) const;
 
-    /// The value of a key, or `defaultValue` itself, which has to live as long as the result is
-    /// used. The reference is good until the next Parse().
+    /// The value of a key, or a reference to `defaultValue`, which must then outlive the use of the
+    /// result. The reference is valid until the next Parse().
     const TString<wchar_t>& GetValue(const TString<wchar_t>& section, const TString<wchar_t>& key,
                                      const TString<wchar_t>& defaultValue) const;
 
-    /// The number that a value begins with, 0 when it begins with none; `defaultValue` for a key
+    /// The number at the beginning of a value, 0 without a number; `defaultValue` for a key
     /// that is missing or empty.
     unsigned int GetUint32(const TString<wchar_t>& section, const TString<wchar_t>& key,
                            unsigned int defaultValue) const;
@@ -57,8 +57,8 @@ public:
     bool GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  bool defaultValue) const;
 
-    /// Replaces `keys` by the keys of a section in ascending order of their code points;
-    /// by none when they do not fit into memory.
+    /// Replaces `keys` with the keys of a section, in ascending order of code points; empty when
+    /// out of memory.
     void GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const;
 
 private:

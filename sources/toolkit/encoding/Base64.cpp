@@ -12,7 +12,7 @@
 
 namespace {
 
-// The longest text whose length fits into the results of this interface.
+// The longest text whose length fits into the results of the functions.
 constexpr unsigned int c_longest = std::numeric_limits<int>::max();
 
 bool IsEncodable(unsigned int length)
@@ -20,8 +20,7 @@ bool IsEncodable(unsigned int length)
     return length <= c_longest && GetCodeLength(static_cast<int>(length)) > 0;
 }
 
-// Null when there is no memory. The operator of the standard library that does not throw calls the
-// one that does.
+// Null when out of memory. The nothrow operator new of the standard library calls the throwing one.
 unsigned char* Allocate(int size)
 {
     return Toolkit::Base::ResultOr(
@@ -66,7 +65,7 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
     if (!data)
         return false;
     const std::size_t decoded = Toolkit::Base64Codec::Decode(in, length, data);
-    // What the text does not fill of the array is zero.
+    // The rest of the array is zero.
     std::memset(data + decoded, 0, static_cast<std::size_t>(size) - decoded);
     *outLength = static_cast<unsigned int>(decoded);
     *out = data;
@@ -76,10 +75,10 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
 namespace Toolkit {
 namespace {
 
-// A whole number of groups whose characters fit into the first-level cache with their wide form.
+// A multiple of the group length. The characters and their wide form fit into the L1 cache.
 constexpr std::size_t c_pieceLength = 768;
 
-// The result of b64_decode_binary() as wide text, without an array between them.
+// The result of b64_decode_binary() as wide text, without a temporary array.
 std::wstring Encode(const unsigned char* bytes, std::size_t length)
 {
     std::wstring text;
@@ -98,7 +97,7 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
     return text;
 }
 
-// Decodes in place: the bytes are fewer than the characters.
+// Decodes in place: there are fewer bytes than characters.
 void Decode(std::string code, Bytes& bytes)
 {
     if (code.size() > c_longest)

@@ -18,7 +18,7 @@ struct Pair {
     char characters[2];
 };
 
-// The two characters of each 12 bits.
+// The two characters for each value of 12 bits.
 //
 // Base64Encode/10239: looking each character up takes 2.7 times as long.
 constexpr auto c_pairs = [] {
@@ -52,7 +52,7 @@ constexpr auto c_digits = [] {
 // Six bytes give eight characters. Reads two bytes more.
 inline void EncodeTwoGroups(const unsigned char* in, unsigned char* out)
 {
-    // Each byte by itself, whatever the byte order: compilers make one load of it.
+    // Independent of the byte order: compilers merge the bytes into one load.
     const std::uint64_t bits = std::uint64_t{in[0]} << 56 | std::uint64_t{in[1]} << 48 |
                                std::uint64_t{in[2]} << 40 | std::uint64_t{in[3]} << 32 |
                                std::uint64_t{in[4]} << 24 | std::uint64_t{in[5]} << 16 |
@@ -74,7 +74,7 @@ inline void EncodeGroup(const unsigned char* in, unsigned char* out)
     EncodeBits(std::uint32_t{in[0]} << 16 | std::uint32_t{in[1]} << 8 | in[2], out);
 }
 
-// The last group, of one byte or two.
+// Encodes the last group, of one byte or two.
 void EncodeLastGroup(const unsigned char* in, std::size_t length, unsigned char* out)
 {
     const std::uint32_t second = length > 1 ? in[1] : 0u;

@@ -3,21 +3,21 @@
 #include <cstddef>
 #include <string>
 
-/// The quoted-printable form of bytes. It differs from RFC 2045, section 6.7: more is escaped than
-/// need be, and soft line breaks are read half.
+/// The quoted-printable form of bytes. It differs from RFC 2045, section 6.7: it escapes more than
+/// necessary, and of a soft line break it removes only the "=".
 namespace Toolkit::QuotedPrintableCodec {
 
-/// Whether `byte` is above 0x7F or one of those that have to be escaped. 0x7F is not, though
-/// `AppendEncoded` escapes it.
+/// Whether `byte` is above 0x7F or must be escaped. False for 0x7F, although `AppendEncoded`
+/// escapes it.
 bool IsQuoted(char byte);
 
 /// Appends the form of `length` bytes, on one line.
 void AppendEncoded(std::string& code, const char* bytes, std::size_t length);
 
-/// Appends the bytes that `length` characters stand for.
+/// Appends the decoded form of `length` characters.
 void AppendDecoded(std::string& bytes, const char* code, std::size_t length);
 
-/// What `AppendEncoded` made, with soft line breaks; see `QP::ToQP`.
+/// Returns `code`, from `AppendEncoded`, with soft line breaks; see `QP::ToQP`.
 std::string WithSoftBreaks(const std::string& code, unsigned int firstLineLength,
                            unsigned int lineLength);
 

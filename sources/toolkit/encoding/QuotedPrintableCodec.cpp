@@ -16,8 +16,8 @@ constexpr std::size_t c_escapeLength = 3;
 
 constexpr unsigned int c_delete = 0x7F;
 
-// Results pass through a buffer on the stack, which costs less than filling a text with zeros
-// first.
+// Results go through a buffer on the stack: appending from it is faster than resizing the string
+// first, which fills it with zeros.
 constexpr std::size_t c_bufferLength = 1024;
 
 constexpr bool IsQuotedByte(unsigned int byte)
@@ -28,7 +28,7 @@ constexpr bool IsQuotedByte(unsigned int byte)
     return byte <= 0x20 || byte >= 0x80 || isListed;
 }
 
-// What is written for a byte: itself or its escape.
+// The encoded form of a byte: itself or its escape.
 struct Form {
     char characters[c_escapeLength];
     unsigned char length;
@@ -45,7 +45,7 @@ constexpr auto c_forms = [] {
     return forms;
 }();
 
-// Marks what is no digit. The digits are 0 to 16: "G" and "g" count as one.
+// Marks a character that is not a digit. Digits are 0 to 16: "G" and "g" are digits, too.
 constexpr unsigned char c_noDigit = 0x80;
 
 constexpr auto c_digits = [] {
@@ -68,13 +68,13 @@ unsigned int Digit(char character)
 // Texts are searched for escapes in blocks of this many characters.
 constexpr std::size_t c_blockLength = 64;
 
-// How many characters a run is copied at once, beyond its end too.
+// The step in which a run is copied. The last step may go beyond its end.
 constexpr std::size_t c_stepLength = 8;
 
-// What a block needs of the text and of the buffer.
+// The room that a block needs in the text and in the buffer.
 constexpr std::ptrdiff_t c_blockRoom = c_blockLength + c_stepLength;
 
-// A bit for each of the eight characters at `code` that begins an escape, the lowest for the first.
+// One bit per character of the eight at `code`, set if it begins an escape. The first is lowest.
 inline std::uint64_t EscapesOfStep(const char* code)
 {
     constexpr std::uint64_t ones = 0x0101010101010101;
@@ -84,9 +84,9 @@ inline std::uint64_t EscapesOfStep(const char* code)
     for (unsigned int index = 0; index < c_stepLength; ++index)
         word |= std::uint64_t{static_cast<unsigned char>(code[index])} << 8 * index;
     const std::uint64_t difference = word ^ ones * static_cast<unsigned char>(c_escape);
-    // The highest bit of each byte that is zero, without a carry from one byte to the next.
+    // Sets the highest bit of each zero byte, without carries between bytes.
     const std::uint64_t zeros = ~(((difference & lowBits) + lowBits) | difference | lowBits);
-    // The product gathers the eight bits in its highest byte.
+    // The multiplication collects the eight bits in the highest byte.
     return (zeros >> 7) * 0x0102040810204080 >> 56;
 }
 
@@ -98,7 +98,7 @@ inline std::uint64_t EscapesOfBlock(const char* code)
     return escapes;
 }
 
-// Copies the characters up to `end`. Both texts need room for a step after it.
+// Copies the characters up to `end`. Source and target need room for one more step.
 inline char* CopyRun(const char* code, const char* end, char* out)
 {
     const auto length = static_cast<std::size_t>(end - code);
@@ -108,13 +108,13 @@ inline char* CopyRun(const char* code, const char* end, char* out)
     return out + length;
 }
 
-// Decodes the escape at `code`, of which two more characters follow, and moves behind it; behind
-// its first character when it is none.
+// Decodes the escape at `code`, which two more characters follow, and moves past it; past one
+// character when it is not an escape.
 inline void DecodeEscape(const char*& code, char*& out)
 {
     const unsigned int high = Digit(code[1]);
     const unsigned int low = Digit(code[2]);
-    // A branch: what comes next need not wait for the digits.
+    // A branch, so that the next escape does not wait for these digits.
     if (((high | low) & c_noDigit) != 0) [[unlikely]] {
         ++code;
         return;
@@ -123,8 +123,8 @@ inline void DecodeEscape(const char*& code, char*& out)
     code += c_escapeLength;
 }
 
-// Decodes blocks until the buffer is full or the text is near its end. Every "=" begins an escape
-// of its own, since none is a digit, so that all those of a block are known beforehand.
+// Decodes blocks until the buffer is full or the text is near its end. "=" is not a digit, so every
+// "=" begins an escape, and all escapes of a block are known in advance.
 char* DecodeBlocks(const char*& code, const char* end, char* buffer)
 {
     char* out = buffer;
@@ -169,7 +169,7 @@ std::size_t BreakableBefore(const std::string& code, std::size_t position)
 
 using Positions = std::vector<std::size_t>;
 
-// Positions in `code` itself: each break that stands before moves the listed ones by its length.
+// Positions in `code` itself, without the breaks before them.
 Positions RightwardBreaks(const std::string& code, std::size_t position, std::size_t lineLength)
 {
     Positions breaks;
@@ -193,8 +193,8 @@ Positions SoftBreaks(const std::string& code, std::uint32_t first, std::uint32_t
 {
     if (first >= code.size())
         return {};
-    // The distance to the next position has 32 bits: beyond half of that it leads to the left, when
-    // there is room, and a distance of 0 or 1 would lead to the same position for ever.
+    // The distance to the next position has 32 bits. In its upper half it leads to the left; a
+    // distance of 0 or 1 would lead to the same position forever.
     const std::uint32_t distance = lineLength + 2;
     if (distance <= 1)
         return {BreakableBefore(code, first)};
@@ -215,7 +215,7 @@ void AppendEncoded(std::string& code, const char* bytes, std::size_t length)
 {
     constexpr std::size_t pieceLength = c_bufferLength / c_escapeLength;
 
-    // A form is copied with the length after it, which the next form overwrites.
+    // Copies a form together with its length, which the next form overwrites.
     char buffer[c_bufferLength + sizeof(Form)];
     while (length > 0) {
         const std::size_t piece = std::min(length, pieceLength);
@@ -234,7 +234,7 @@ void AppendEncoded(std::string& code, const char* bytes, std::size_t length)
 void AppendDecoded(std::string& bytes, const char* code, std::size_t length)
 {
     const char* const end = code + length;
-    // Here the two characters behind are looked for beyond the end, where there are none.
+    // A "=" that is the whole text decodes to nothing.
     if (length == 1 && *code == c_escape)
         return;
 

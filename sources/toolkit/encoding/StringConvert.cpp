@@ -9,7 +9,7 @@
 namespace Toolkit {
 namespace {
 
-// True in every case: a text without a number is not reported.
+// Always true: a text without a number is not reported.
 template <typename Char, typename Number>
 bool Parse(const TString<Char>& text, Number& value)
 {
@@ -17,7 +17,7 @@ bool Parse(const TString<Char>& text, Number& value)
     return true;
 }
 
-// Empty when there is no memory.
+// Empty when out of memory.
 template <typename Char, typename Number>
 TString<Char> ToText(Number value)
 {

@@ -6,14 +6,14 @@
 namespace Toolkit {
 
 /// Text to numbers and back, in the form of the standard streams under the classic locale: decimal,
-/// a point for fractions, no grouping, whatever the global C++ locale is.
+/// a decimal dot, no grouping, regardless of the global C++ locale.
 ///
-/// Any thread may call the operations; nothing is thrown or logged. Without memory a text is empty
-/// and a number of more than 48 characters is not read.
+/// Any thread may call the operations; nothing is thrown or logged. When out of memory a text is
+/// empty, and a number of more than 48 characters is not read.
 class TOOLKIT_API StringConvert {
 public:
-    /// Each reads the number that `text` begins with, after white space, into `value`, and returns
-    /// true in every case.
+    /// Each reads the number at the beginning of `text`, after white space, into `value`, and
+    /// always returns true.
     ///
     /// A text without a number leaves `value` unchanged; " -12x" gives -12. A number out of range
     /// gives the limit of the type on its side; a negative one for an unsigned type wraps around.

@@ -5,9 +5,10 @@
 
 namespace Toolkit {
 
-/// Wide text to 7-bit ASCII and back. No UTF-7 is written or read, whatever the name says.
+/// Wide text to 7-bit ASCII and back. Despite the name it neither writes nor reads UTF-7.
 ///
-/// Any thread may call the operations; nothing is thrown or logged. Without memory a text is empty.
+/// Any thread may call the operations; nothing is thrown or logged. When out of memory a text is
+/// empty.
 class TOOLKIT_API UTF7 {
 public:
     /// Each character up to U+007F as that byte, every other one as an underscore.

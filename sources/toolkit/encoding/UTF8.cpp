@@ -8,7 +8,7 @@
 namespace Toolkit {
 namespace {
 
-// How many bytes the UTF-8 form has; 0 when there is none.
+// The length of the UTF-8 form in bytes; 0 when the text is not valid.
 std::size_t EncodedLength(const wchar_t* text)
 {
     std::size_t length = 0;

@@ -7,7 +7,8 @@ namespace Toolkit {
 
 /// Wide text to UTF-8 and back. The form is that of RFC 3629.
 ///
-/// Any thread may call the operations; nothing is thrown or logged. Without memory a text is empty.
+/// Any thread may call the operations; nothing is thrown or logged. When out of memory a text is
+/// empty.
 class TOOLKIT_API UTF8 {
 public:
     /// The UTF-8 form of `text`, up to the first null character.
