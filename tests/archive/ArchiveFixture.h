@@ -51,7 +51,7 @@ protected:
         return {bytes.begin(), bytes.end()};
     }
 
-    /// Whether the last read met an error or the end of the data.
+    /// False when the last read met an error or the end of the data.
     bool IsOk() { return m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>())->IsOk(); }
 
     const wxInitializer m_framework;

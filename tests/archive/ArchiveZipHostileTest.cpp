@@ -30,7 +30,7 @@ constexpr std::uint32_t c_inExtraField = 0xFFFFFFFF;
 
 class ArchiveZipHostileTest : public TestSupport::ArchiveFixture {
 protected:
-    // Lists an archive and reads each of its entries in every way; how many bytes there were.
+    // Lists an archive, reads each entry in every way and returns the number of bytes.
     std::size_t ReadAll(const std::string& archive)
     {
         std::size_t count = 0;
@@ -119,7 +119,7 @@ TEST_F(ArchiveZipHostileTest, BytesHandedBackToOneEntryDoNotGetIntoTheNext)
     static_cast<wxZipInputStream*>(StreamAt(L"a"))->Ungetch("back", 4);
 
     EXPECT_EQ(Bytes(L"whole"), "content");
-    // The framework's reader looks at the character behind a carriage return.
+    // wxTextInputStream reads the character after a carriage return.
     Names(WriteBytes(RawZip({{.name = "a", .data = "one\r\xC3\xA9"}, c_whole})));
     TString<wchar_t> line;
     EXPECT_TRUE(StreamAt(L"a").ReadLine(line));

@@ -222,7 +222,7 @@ TEST_F(ArchiveZipTest, ADamagedEntryDoesNotSpoilTheNext)
 {
     Write({{L"a", "some text that is stored"}, {L"b", "whole"}});
     std::string bytes = m_directory.ReadFile(L"archive.zip");
-    // The first byte of the entry's data, behind its header of 30 bytes and its name.
+    // The first byte of the entry's data, after its header of 30 bytes and its name.
     bytes[31] = static_cast<char>(~bytes[31]);
     m_directory.WriteFile(L"archive.zip", bytes);
     Names(m_directory.File(L"archive.zip"), L"", c_all);

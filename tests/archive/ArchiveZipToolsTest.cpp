@@ -22,7 +22,7 @@ using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedLocale;
 using TestSupport::ScopedTimeZone;
 
-// Archives that other programs have written, of files in the test's directory.
+// Archives that other programs write from files in the test's directory.
 class ArchiveZipToolsTest : public TestSupport::ArchiveFixture {
 protected:
     void SetUp() override
@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << command << "\n" << result.output << result.errors;
     }
 
-    // Runs Python's statements with an archive `z` that is opened to be written.
+    // Runs Python statements with an archive `z` that is open for writing.
     void RunPython(const std::string& statements, const std::string& mode = "w") const
     {
         m_directory.WriteFile(L"write.py", "import zipfile\n"
@@ -48,7 +48,7 @@ protected:
         Run("python3 write.py");
     }
 
-    // What the two files give, whatever the archive is like.
+    // The contents of the two files, the same for every archive.
     void ExpectFiles()
     {
         EXPECT_THAT(Names(Path()), ElementsAre(L"long.txt", L"sub/", L"sub/short.txt"));
@@ -149,10 +149,10 @@ TEST_F(ArchiveZipToolsTest, NamesInUtf8ComeInEveryLocale)
     }
 }
 
-// The framework looks at the environment once in a process.
+// wxWidgets reads the environment once per process.
 TEST_F(ArchiveZipToolsTest, OtherNamesAreInTheEnvironmentsEncodingOrLatin1)
 {
-    // Python writes what is no ASCII in UTF-8 and says so: the flag is taken out.
+    // Python marks names outside ASCII as UTF-8: the test clears the flag.
     RunPython("z.writestr('\\u00e9', 'one')");
     std::string bytes = m_directory.ReadFile(L"archive.zip");
     constexpr std::size_t flagsInHeader = 7;

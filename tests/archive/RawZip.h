@@ -7,11 +7,11 @@
 
 namespace Toolkit::TestSupport {
 
-/// An entry whose every field may say what is not so.
+/// An entry whose fields may all be wrong.
 struct RawEntry {
     std::string name;
     std::string data;           ///< The bytes between this entry's header and the next.
-    std::string content = data; ///< What they stand for.
+    std::string content = data; ///< Their decompressed form.
     std::uint16_t method = 0;   ///< 0 is stored, 8 deflated.
     std::uint16_t flags = 0;
     std::optional<std::uint32_t> checksum = std::nullopt;

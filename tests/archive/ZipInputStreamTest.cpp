@@ -52,7 +52,7 @@ protected:
         return m_directory.File(L"archive.zip");
     }
 
-    // The lines of an entry, up to the first that is not whole.
+    // The lines of an entry, up to the first incomplete one.
     std::vector<std::wstring> Lines(const std::string& bytes) const
     {
         OpenEntry entry(Write(bytes));
@@ -211,7 +211,7 @@ TEST_F(ZipInputStreamTest, ReadsFromAStreamOfTheProgram)
     EXPECT_EQ(line, L"two");
 }
 
-// The framework's reader, made anew for every call, on a second copy of the entry.
+// A new wxTextInputStream for every call, on a second copy of the entry.
 class ReferenceReader {
 public:
     explicit ReferenceReader(wxZipInputStream& stream) : m_stream(stream) {}
@@ -246,7 +246,7 @@ std::string RandomContent(std::mt19937& random)
     return content;
 }
 
-// Reads once in one of three ways from both; the difference, or nothing.
+// Reads from both in one of three ways; returns the difference, if any.
 std::string ReadOnce(unsigned long way, OpenEntry& entry, wxZipInputStream& reference)
 {
     ReferenceReader reader(reference);

@@ -11,7 +11,7 @@ namespace Toolkit::TestSupport {
 /// Name and bytes of an entry; a name that ends in "/" is a directory.
 using ZipContent = std::vector<std::pair<std::wstring, std::string>>;
 
-/// Writes an archive with the framework. Names are stored in UTF-8 and say so.
+/// Writes an archive with wxWidgets. Names are stored and marked as UTF-8.
 void WriteZip(const TString<wchar_t>& path, const ZipContent& content);
 
 } // namespace Toolkit::TestSupport

@@ -35,7 +35,7 @@ TEST(OutOfMemoryTest, CompletesTellsAnEndFromAnException)
     EXPECT_FALSE(Completes([] { throw std::bad_alloc(); }));
 }
 
-// The pointer by which a regular expression reports its failure is no std::exception.
+// A regular expression throws a smart_ptr, which is not a std::exception.
 TEST(OutOfMemoryTest, WhatIsNoStandardExceptionPasses)
 {
     struct Foreign {};

@@ -11,7 +11,7 @@ namespace {
 
 std::size_t s_leftOnOwnStack = 0;
 
-// Asks on a stack of the program's own making, from the thread that calls.
+// Calls on a stack that the program allocates, on the calling thread.
 std::size_t AskOnOwnStack(std::vector<char>& stack)
 {
     ucontext_t here;

@@ -79,7 +79,7 @@ TString<wchar_t> Widen(const std::string& text)
     return std::wstring(text.begin(), text.end());
 }
 
-// What `ini` holds of the sections that the lines may have named.
+// The settings of `ini` in the sections that the lines may name.
 Sections Contents(const IniFile& ini, const std::vector<std::string>& lines)
 {
     Sections sections;

@@ -339,7 +339,7 @@ TEST_F(IniFileTest, KeysMayBeListedOverTheNameOfTheirSection)
     EXPECT_THAT(names, ElementsAre(L"a", L"b"));
 }
 
-// Parses while one allocation fails; false when there are not that many.
+// Parses while one allocation fails; false when there are fewer allocations.
 bool ParseWithAFailingAllocation(IniFile& ini, const TString<wchar_t>& path, long allocation)
 {
     const FailingAllocation failing(allocation);

@@ -32,7 +32,7 @@ const unsigned char* Raw(const std::string& text)
     return reinterpret_cast<const unsigned char*>(text.data());
 }
 
-// What GetBytes() gives; nothing when it gives nothing.
+// The result of GetBytes(); nothing when it fails.
 Contents ContentsOf(const Bytes& bytes)
 {
     unsigned char* copy = nullptr;
@@ -44,7 +44,7 @@ Contents ContentsOf(const Bytes& bytes)
     return contents;
 }
 
-// A stream in memory that notes its calls and fails in the call with the number `failAt`.
+// A stream in memory that records its calls and fails in call number `failAt`.
 class MemoryStream : public IStream {
 public:
     explicit MemoryStream(const std::string& bytes = "") : contents(bytes) {}
@@ -330,7 +330,7 @@ TEST(BytesTest, ASizeBeyondTheStreamIsNotBelieved)
     }
 }
 
-// A stream whose length is not known beforehand.
+// A stream whose length is not known in advance.
 class EndlessStream : public MemoryStream {
 public:
     using MemoryStream::MemoryStream;

@@ -8,8 +8,8 @@
 namespace Toolkit {
 namespace {
 
-// smart_ptr counts with atomic additions. This is a model of its steps, of which each is atomic.
-// Every order in which two threads can take them is tried.
+// smart_ptr counts with atomic additions. This model of its atomic steps tries every order in which
+// two threads can take them.
 
 enum class Step { Add, Subtract, Read, Write, MarkReleased, Release, Free };
 
@@ -29,7 +29,7 @@ struct Thread {
 
 const Program c_copy = {Step::Add};
 const Program c_drop = {Step::Subtract};
-// A drop that reads and writes in two steps. It is wrong: the test has to find that.
+// A drop that reads and writes in two steps. It is wrong, and the test must find that.
 const Program c_splitDrop = {Step::Read, Step::Write};
 
 constexpr int c_released = -1000;
@@ -42,13 +42,13 @@ void Push(Thread& thread, const Program& steps)
 
 class Model {
 public:
-    // What the last drop does, and what the object's destructor does meanwhile.
+    // The steps of the last drop, and those of the object's destructor during it.
     Model(Program release, Program destructor)
         : m_release(std::move(release)), m_destructor(std::move(destructor))
     {
     }
 
-    // How many of all orders release the object not exactly once or use the block after its end.
+    // The number of orders that do not release the object exactly once, or use the freed block.
     int CountFaults(const Program& first, const Program& second)
     {
         std::array<Thread, 2> threads;
@@ -116,7 +116,7 @@ private:
     void Drop(Block& block, Thread& thread, int count)
     {
         block.count = count;
-        // A model that releases for ever would never end.
+        // A model that releases forever would never end.
         if (count == 0 && block.releases < 3)
             Push(thread, m_release);
     }

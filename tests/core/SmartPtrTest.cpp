@@ -39,7 +39,7 @@ private:
     bool& m_destroyed;
 };
 
-// Keeps what it was told to release.
+// Records the objects that it is asked to release.
 struct RecordingPolicy {
     template <typename T>
     void Release(T* object)
@@ -52,7 +52,7 @@ struct RecordingPolicy {
 
 std::vector<const void*> RecordingPolicy::s_released;
 
-// Leaves the releasing to the test.
+// Lets the test release the object.
 struct InertPolicy {
     template <typename T>
     void Release(T*)
@@ -60,7 +60,7 @@ struct InertPolicy {
     }
 };
 
-// The two fields that every value has, as the data model lists them.
+// The two fields of every value.
 template <typename T, typename Policy>
 struct Fields {
     T* object;

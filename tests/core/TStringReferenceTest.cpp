@@ -148,7 +148,7 @@ TEST(TStringReferenceTest, ReplaceByLongerTextsIsThatOfTheReference)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {
-        // Without a "b" in what is inserted there is an end to the "b" of the text.
+        // The replacement contains no "b", so that replacing ends.
         const std::wstring from = random.Text<wchar_t>(L"ac", 2) + L"b";
         const std::wstring to = random.Text<wchar_t>(L"acd", 8);
         const std::wstring text = random.Text<wchar_t>(L"abcd", 40);

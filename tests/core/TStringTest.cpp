@@ -459,7 +459,7 @@ TEST(TStringTest, TextAndDelimitersMayBeAmongTheTokensThatGo)
     EXPECT_THAT(tokens, ElementsAre(L"a", L"b", L"c"));
 }
 
-// The alarm decides when a call is called one that does not return.
+// The alarm ends a call that does not return.
 TEST(TStringDeathTest, ReplaceByAStringThatContainsTheReplacedOneDoesNotReturn)
 {
     const auto replaceForASecond = [] {

@@ -69,8 +69,8 @@ std::map<std::string, int> Floors()
     return floors;
 }
 
-// Names such as "files/FFile.cpp", with the texts of the files. What stands outside of the rooms is
-// left out.
+// Names such as "files/FFile.cpp", with the contents of the files. Leaves out files outside of the
+// rooms.
 using Sources = std::map<std::string, std::string>;
 
 const Sources& AllSources()
@@ -122,7 +122,7 @@ Uses RoomUses()
     return uses;
 }
 
-// What a header, its sources and their variants for a platform have in common: "ipc/Socket".
+// The common part of the names of a header, its sources and their platform variants: "ipc/Socket".
 std::string StemOf(const std::string& name)
 {
     const std::string whole = name.substr(0, name.rfind('.'));
@@ -183,11 +183,11 @@ TEST(ArchitectureTest, RoomsUseLowerFloorsOnly)
             climbing.emplace(from, to);
     }
 
-    // The count that pointers share has a lock.
+    // The count block has an unused lock, which keeps the layout.
     EXPECT_THAT(climbing, ElementsAre(std::pair("core/smart_ptr.h", "threading/Mutex.h")));
 }
 
-// What everything uses is left out of the map.
+// The map leaves out rooms that every room uses.
 TEST(ArchitectureTest, TheMapShowsWhatIsUsed)
 {
     Uses drawn;
@@ -219,7 +219,7 @@ TEST(ArchitectureTest, PrivateHeadersStayInTheirRoom)
     EXPECT_THAT(crossing, IsEmpty());
 }
 
-// Private as a whole, they need no suffix, and install nothing.
+// These rooms are private as a whole: they need no suffix and install nothing.
 TEST(ArchitectureTest, PrivateRoomsHaveNoPublicHeaders)
 {
     const std::string list = ReadWholeFile(Root() / "CMakeLists.txt");
@@ -280,14 +280,14 @@ TEST(ArchitectureTest, CoreTypesDoNotLog)
         EXPECT_EQ(uses.count({room, "logging"}), 0u) << room;
 }
 
-// Settings are the application's affair.
+// Only the application reads settings.
 TEST(ArchitectureTest, NoSourceReadsSettings)
 {
     EXPECT_THAT(SourcesWith("#include \"toolkit/config/IniFile.h\""),
                 ElementsAre("config/IniFile.cpp"));
 }
 
-// A pattern that is no pattern, and a thread for which wxWidgets finds no memory.
+// A pattern that is not valid, and a thread for which wxWidgets cannot be started.
 TEST(ArchitectureTest, OnlyListedSourcesThrow)
 {
     EXPECT_THAT(SourcesWith("\n *throw [^;]"),

@@ -25,7 +25,7 @@ protected:
     const TempDir m_home;
     const ScopedEnvironment m_environment{"HOME", m_home.Path().native()};
     const CapturedLog m_log;
-    const smart_ptr<ILogger> m_keptLog = ILogger::GetInstance(); // the stop lets the logger go
+    const smart_ptr<ILogger> m_keptLog = ILogger::GetInstance(); // the stop releases the logger
     LibModuleManager& m_registry = *LibModuleManager::GetInstance();
     std::unique_ptr<DynamicLibrary> m_plugIn;
 };

@@ -14,7 +14,7 @@ namespace {
 using Wide = TString<wchar_t>;
 using Operation = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
 
-// What one of the two free functions gives; nothing when it gives nothing.
+// The result of one of the two free functions; nothing when it fails.
 std::optional<std::string> Convert(Operation operation, const std::string& in)
 {
     unsigned char* out = nullptr;
@@ -191,7 +191,7 @@ TEST(Base64Test, AnUnfinishedGroupIsDropped)
 
 TEST(Base64Test, TheArrayOfADecodedTextIsZeroBehindItsBytes)
 {
-    // Every array is as long as GetDataLength() tells.
+    // Every array is as long as GetDataLength() says.
     const std::pair<std::string, std::string> cases[] = {
         {"Q", std::string(1, '\0')},
         {"QUJ", std::string(3, '\0')},
@@ -201,7 +201,7 @@ TEST(Base64Test, TheArrayOfADecodedTextIsZeroBehindItsBytes)
         {"QQ==" + std::string(36, 'x'), "A" + std::string(29, '\0')}};
     for (const auto& [code, expected] : cases) {
         SCOPED_TRACE(code);
-        // What was freed is given out again with its old contents.
+        // The allocator reuses freed memory with its old contents.
         delete[] static_cast<unsigned char*>(
             std::memset(new unsigned char[expected.size()], 0xEE, expected.size()));
         unsigned char* out = nullptr;

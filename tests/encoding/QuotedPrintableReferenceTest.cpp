@@ -130,7 +130,7 @@ TEST(QuotedPrintableReferenceTest, AnotherLibraryReadsLinesWithSoftBreaks)
 {
     RandomText random(7);
     for (int round = 0; round < c_rounds; ++round) {
-        // Without escapes, since a break may stand inside of one.
+        // Without escapes, because a break may separate the digits of an escape.
         const Wide text = random.Text(std::wstring(L"abcdefgh"), 300);
         const std::string code = UTF8::ToUTF8(QP::ToQP(text, random.Number(1u, 80u), 76));
 

@@ -45,11 +45,11 @@ private:
     std::locale m_oldLocale;
 };
 
-// A value that no number is read as; it stays where there is none.
+// A value that no text gives; it stays when the text has no number.
 template <typename Number>
 constexpr Number c_untouched = 77;
 
-// What the stream reads, but for the 0 that it stores when there is no number.
+// The value that the stream reads, without the 0 that it stores when there is no number.
 template <typename Char, typename Number>
 Number ReferenceParsed(const std::basic_string<Char>& text)
 {
@@ -69,7 +69,7 @@ std::basic_string<Char> ReferenceFormatted(Number value)
     return stream.str();
 }
 
-// Equal to the bit, so that the zeros are told apart.
+// Compares bits, to distinguish 0 from -0.
 template <typename Number>
 bool IsSame(Number left, Number right)
 {
@@ -153,7 +153,7 @@ void ExpectReferenceTexts(TString<wchar_t> (*wide)(Number), TString<char> (*narr
 TEST_F(StringConvertReferenceTest, IntegersAreWrittenAsTheStreamWritesThem)
 {
     RandomText random(4);
-    // Shifted, so that every length of number comes up.
+    // Shifted, so that numbers of every length occur.
     const auto draw = [&random]<typename Number>(Number) {
         const auto bits = random.Number<std::uint64_t>(0, ~std::uint64_t{0});
         return static_cast<Number>(static_cast<Number>(bits) >>
@@ -182,7 +182,7 @@ TEST_F(StringConvertReferenceTest, DoublesOfAnyBitsAreWrittenAsTheStreamWritesTh
 TEST_F(StringConvertReferenceTest, DoublesOfEverydaySizeAreWrittenAsTheStreamWritesThem)
 {
     RandomText random(6);
-    // Halves, fifths and so on, many of which stand exactly between two texts of six digits.
+    // Halves, fifths and so on, many of them exactly halfway between two texts of six digits.
     ExpectReferenceTexts<double>(
         StringConvert::UStringFromDouble, StringConvert::StringFromDouble, [&random] {
             const double numerator = random.Number(-200000000, 200000000);

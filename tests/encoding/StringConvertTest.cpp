@@ -22,7 +22,7 @@ constexpr int c_maxInt = std::numeric_limits<int>::max();
 constexpr long long c_minLong = std::numeric_limits<long long>::min();
 constexpr long long c_maxLong = std::numeric_limits<long long>::max();
 
-// Reads a text in both of its forms, which have to agree; `initial` is in the value before.
+// Reads the wide and narrow form of a text, which must agree. The value starts as `initial`.
 template <typename Number>
 class Reader {
 public:

@@ -49,7 +49,7 @@ protected:
     TempDir m_directory;
 };
 
-// What is read from `file` at its position.
+// The bytes from the position of `file` on.
 std::string ReadText(FFile& file, unsigned int count)
 {
     std::string bytes(count, '\0');
@@ -60,7 +60,7 @@ std::string ReadText(FFile& file, unsigned int count)
     return bytes;
 }
 
-// The same for what has no positions.
+// The same for a file without positions.
 std::string ReadFromPipe(FFile& file)
 {
     char bytes[10] = "";

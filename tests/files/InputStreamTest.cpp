@@ -19,7 +19,7 @@ private:
     int& m_destructions;
 };
 
-// A reader of the kind that programs derive: it looks at what is owned and may let it go.
+// A reader as programs derive it: it uses the stream that it owns, and may release it.
 class Reader : public InputStream {
 public:
     using InputStream::InputStream;

@@ -1,5 +1,5 @@
-// What the path manager finds out depends on the program that runs: PathProgram is started under
-// many names, in many environments, with and without wxWidgets.
+// The results of the path manager depend on the program that runs. These tests start PathProgram
+// under many names, in many environments, with and without wxWidgets.
 
 #include "support/RunProgram.h"
 #include "support/ScopedEnvironment.h"
@@ -28,7 +28,7 @@ using TestSupport::TempDir;
 using Arguments = std::vector<std::string>;
 using Paths = std::map<std::string, std::string>;
 
-// The ways to start the program: nothing it finds out may depend on them.
+// The ways to start the program. No result may depend on them.
 const Arguments c_starts[] = {{}, {"locale"}, {"framework"}, {"framework", "locale"}};
 
 const passwd& Account()
@@ -58,7 +58,7 @@ protected:
 
     std::string Path(const std::string& name) const { return m_directory.Path() / name; }
 
-    // Runs a copy of the program as `name` in the directory and gives what it printed.
+    // Runs a copy of the program as `name` in the directory and returns its output.
     Paths Run(const std::string& name, const Arguments& arguments) const
     {
         std::filesystem::copy_file(PATH_PROGRAM, Path(name),
@@ -119,7 +119,7 @@ TEST_F(PathManagerProgramTest, ApplicationIsNamedByItsFileWithoutTheLastExtensio
     }
 }
 
-// A file name that is no text counts as unknown.
+// A file name that is not valid UTF-8 counts as unknown.
 TEST_F(PathManagerProgramTest, ApplicationThatIsUnknownLivesNamelessInTheWorkingDirectory)
 {
     const std::string directory = std::filesystem::current_path();
@@ -209,7 +209,7 @@ TEST_F(PathManagerProgramTest, EnvironmentMayNameTheDataDirectory)
     }
 }
 
-// This one directory is made in the user's real home, under a name that nothing else bears.
+// Creates this directory in the user's real home, under a unique name.
 TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseAnswers)
 {
     const std::string directory = std::string(Account().pw_dir) + "/.toolkit-path-program";

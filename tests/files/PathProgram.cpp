@@ -1,4 +1,4 @@
-// Prints what the path manager finds out, in UTF-8: the program of PathManagerProgramTest.
+// The program of PathManagerProgramTest. Prints the paths of the path manager in UTF-8.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
@@ -36,8 +36,8 @@ void PrintPaths(const PathManager& paths)
 
 } // namespace
 
-// "framework" starts wxWidgets first, "locale" takes the locale of the environment. Any other
-// argument becomes the name that wxApp has for the application.
+// "framework" starts wxWidgets first, "locale" sets the locale of the environment. Any other
+// argument becomes the application's name in wxApp.
 int main(int argc, char** argv)
 {
     bool framework = false;

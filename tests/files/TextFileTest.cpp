@@ -400,7 +400,7 @@ TEST_F(TextFileTest, FullDiskKeepsTheOldFile)
     EXPECT_EQ(FileCount(), 1);
 }
 
-// Gives up the rights of the superuser, whom no permission stops.
+// Gives up the rights of root, to whom permissions do not apply.
 class OrdinaryUser {
 public:
     OrdinaryUser() : m_oldUser(::geteuid())

@@ -70,7 +70,7 @@ TEST(TextInputStreamTest, WithoutATextStreamEveryWordIsEmpty)
 
 TEST(TextInputStreamTest, DestructionThroughTheBaseDeletesTheTextStreamOnce)
 {
-    // A second deletion, or one as the base class's type, would be met by the memory checks.
+    // The sanitizers find a second deletion, and one through the wrong type.
     wxMemoryInputStream memory("word", 4);
     std::unique_ptr<InputStream> stream =
         std::make_unique<TextInputStream>(new wxTextInputStream(memory));

@@ -1,4 +1,4 @@
-// A library for DynamicLibraryTest, which needs a function that nobody has.
+// A library for DynamicLibraryTest, which needs a function that does not exist.
 
 extern "C" void FunctionThatNobodyHas();
 

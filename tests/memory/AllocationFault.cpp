@@ -14,7 +14,7 @@
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define TOOLKIT_RAW_MALLOC std::malloc
 #else
-// The C library's own names for what is replaced below.
+// The C library's own names for the functions replaced below.
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
 extern "C" void* __libc_realloc(void* memory, std::size_t size);
@@ -148,7 +148,7 @@ void* Allocate(std::size_t size)
 
 AllocationFault::AllocationFault(Origin origin, Lasting lasting, long index)
 {
-    // Plug-ins and ICU come later than the program.
+    // Plug-ins and ICU are loaded after the program.
     s_segmentCount = 0;
     ::dl_iterate_phdr(&AddSegments, nullptr);
     s_origin = origin;

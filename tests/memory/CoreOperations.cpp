@@ -56,7 +56,7 @@ void Pointer(Attempt& attempt)
 {
     auto* const object = new int(7);
     bool isMade = false;
-    // Without memory for the count the object is released, which a leak check would miss.
+    // Without memory for the count the object is released. A leak check would not notice.
     if (attempt.Run(Rule::BadAlloc, [&] { isMade = *smart_ptr<int>(object) == 7; }))
         attempt.Expect(isMade);
 }

@@ -24,7 +24,7 @@ namespace {
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
 const TString<char> c_narrow = "a text that is too long for the string itself";
 
-// Of a line some pieces may be left out; none is cut.
+// A line may lack some pieces, but no piece is cut.
 template <typename Insert>
 void Inserts(Attempt& attempt, Insert insert)
 {

@@ -119,7 +119,7 @@ void VersionMade(Attempt& attempt)
     attempt.Expect(version != nullptr, version == nullptr);
 }
 
-// The program that it starts is this one, which ends at once when told so.
+// Starts this program, which then ends at once.
 void Restarted(Attempt& attempt)
 {
     PathManager::ReleaseInstance();

@@ -40,7 +40,7 @@ protected:
     }
 };
 
-// wxWidgets runs as long as the sweep: its own start is not the library's affair.
+// wxWidgets stays started during the sweep: its own allocations at start are not tested.
 const FrameworkHold& Hold()
 {
     static const FrameworkHold hold;
