@@ -88,9 +88,11 @@ void BytesMade(Attempt& attempt)
     std::unique_ptr<Bytes> bytes;
     void* const memory = ::operator new(sizeof(Bytes));
     attempt.Run([&] { bytes.reset(new (memory) Bytes(c_data, c_size)); });
-    unsigned char* copy = nullptr;
+    unsigned char* copied = nullptr;
     unsigned int size = 0;
-    attempt.Expect(HoldsData(*bytes), !bytes->GetBytes(&copy, &size));
+    const bool hasData = bytes->GetBytes(&copied, &size);
+    const std::unique_ptr<unsigned char[]> copy(copied);
+    attempt.Expect(HoldsData(*bytes), !hasData);
     attempt.Always(bytes->SetBytes(c_data, c_size) && HoldsData(*bytes));
 }
 

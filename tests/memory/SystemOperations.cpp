@@ -73,6 +73,8 @@ void SystemAsked(Attempt& attempt)
 
 void SystemMade(Attempt& attempt)
 {
+    // wxPlatformInfo starts a program that knows the distribution.
+    static const FrameworkHold hold;
     static const wxPlatformInfo platform;
     attempt.Run([] {
         const SystemInfo running;
