@@ -168,10 +168,10 @@ bool AllocationFault::HasFailed()
     return s_left < 0;
 }
 
-std::string AllocationFault::FailedModule()
+std::string_view AllocationFault::FailedModule()
 {
     const char* const module = s_failedModule;
-    const std::string path = module ? module : "";
+    const std::string_view path = module ? module : "";
     return path.substr(path.rfind('/') + 1);
 }
 

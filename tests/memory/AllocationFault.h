@@ -1,7 +1,6 @@
 #pragma once
 
-#include <map>
-#include <string>
+#include <string_view>
 
 /// Allocations that fail on purpose. A program that uses this lists AllocationFault.cpp among its
 /// own sources: it replaces the operators new and delete, and malloc() where no sanitizer does.
@@ -31,7 +30,8 @@ public:
     static bool HasFailed();
 
     /// The file name of the module whose allocation failed first, such as "libwx_baseu-3.2.so.0".
-    static std::string FailedModule();
+    /// Empty when none did. A signal handler may call it.
+    static std::string_view FailedModule();
 };
 
 } // namespace Toolkit::TestSupport

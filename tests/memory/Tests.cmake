@@ -16,6 +16,12 @@ set(sweep
 toolkit_test(memory/OutOfMemorySweepTest.cpp)
 target_sources(OutOfMemorySweepTest PRIVATE ${sweep} archive/ZipWriter.cpp)
 
+# A sanitizer would end the child processes before their outcome is known.
+if(NOT TOOLKIT_SANITIZE)
+    toolkit_test(memory/ForeignAllocationTest.cpp)
+    target_sources(ForeignAllocationTest PRIVATE ${sweep} archive/ZipWriter.cpp)
+endif()
+
 # The list of what is swept, against the symbols that the library exports.
 toolkit_test(memory/SweptOperationsTest.cpp)
 target_sources(SweptOperationsTest PRIVATE ${sweep} archive/ZipWriter.cpp)

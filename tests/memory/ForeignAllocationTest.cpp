@@ -1,0 +1,201 @@
+// Failed allocations of wxWidgets, ICU, PCRE and the C library, each in a child process: what the
+// operation of the library does then is counted by the module that asked for the memory.
+#include "support/ScopedEnvironment.h"
+#include "support/Soak.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <map>
+#include <new>
+#include <string>
+#include <string_view>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include "memory/Sweep.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+constexpr unsigned c_childSeconds = 5;
+
+// Kept: the result, or a failure in the operation's own form.
+enum Outcome : std::size_t { Kept, Wrong, Ended, Hung };
+
+constexpr std::array<const char*, 4> c_outcomes = {"in its own form", "other result", "ended",
+                                                   "hung"};
+
+// What a child leaves for its parent.
+struct Report {
+    bool hasFailed;
+    bool isComplete;
+    std::array<char, 64> module;
+};
+
+// How many failures had each outcome.
+using Counts = std::array<long, 4>;
+
+Report* s_report = nullptr;
+
+// Async-signal-safe.
+void StoreModule()
+{
+    const std::string_view module = AllocationFault::FailedModule();
+    s_report->hasFailed = s_report->hasFailed || !module.empty();
+    std::memcpy(s_report->module.data(), module.data(),
+                std::min(module.size(), s_report->module.size() - 1));
+}
+
+void StoreAndEnd(int signal)
+{
+    StoreModule();
+    std::signal(signal, SIG_DFL);
+    ::raise(signal);
+}
+
+void PrepareChild()
+{
+    constexpr rlimit noCore{0, 0};
+    ::setrlimit(RLIMIT_CORE, &noCore);
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    ::dup2(null, STDOUT_FILENO);
+    ::dup2(null, STDERR_FILENO);
+    for (const int signal : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGALRM})
+        std::signal(signal, &StoreAndEnd);
+    ::alarm(c_childSeconds);
+}
+
+[[noreturn]] void RunChild(const Operation& operation, Lasting lasting, long index)
+{
+    PrepareChild();
+    Attempt attempt(Origin::Foreign, lasting, index);
+    operation.run(attempt);
+    s_report->hasFailed = attempt.HasFailed();
+    s_report->isComplete = true;
+    StoreModule();
+    ::_exit(attempt.Failures() > 0 || testing::Test::HasFailure() ? 1 : 0);
+}
+
+Outcome OutcomeOf(int status)
+{
+    if (WIFEXITED(status) && s_report->isComplete)
+        return WEXITSTATUS(status) == 0 ? Kept : Wrong;
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM ? Hung : Ended;
+}
+
+Outcome RunInChild(const Operation& operation, Lasting lasting, long index)
+{
+    *s_report = {};
+    const pid_t child = ::fork();
+    if (child == 0)
+        RunChild(operation, lasting, index);
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return OutcomeOf(status);
+}
+
+class ForeignAllocationTest : public testing::Test {
+protected:
+    ForeignAllocationTest()
+    {
+        void* const shared = ::mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE,
+                                    MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        if (shared != MAP_FAILED)
+            s_report = new (shared) Report();
+    }
+    ~ForeignAllocationTest() override
+    {
+        if (s_report)
+            ::munmap(s_report, sizeof(Report));
+        s_report = nullptr;
+    }
+
+    // Counts the outcome. Returns whether an allocation failed.
+    bool Try(const Operation& operation, Lasting lasting, long index)
+    {
+        const Outcome outcome = RunInChild(operation, lasting, index);
+        if (!s_report->hasFailed) {
+            // Reported at the end: the children inherit the failures of this process.
+            if (outcome != Kept)
+                m_failedWithMemory.emplace_back(operation.name);
+            return false;
+        }
+        ++m_counts[s_report->module.data()][outcome];
+        ++m_points;
+        if (outcome != Kept)
+            Print(operation, lasting, index, outcome);
+        return true;
+    }
+
+    // Tries the first allocation of each operation, or all of them under script/soak.
+    void Sweep(Lasting lasting)
+    {
+        const long most = SoakRounds(1, std::numeric_limits<int>::max());
+        for (const Operation& operation : Operations()) {
+            for (long index = 0; index < most && Try(operation, lasting, index);)
+                ++index;
+        }
+    }
+
+    void PrintCounts(const char* how) const
+    {
+        for (const auto& [module, counts] : m_counts) {
+            std::string line = std::string(how) + ", " + module;
+            for (const Outcome outcome : {Kept, Wrong, Ended, Hung})
+                line += ", " + std::to_string(counts[outcome]) + " " + c_outcomes[outcome];
+            Covered(line);
+        }
+    }
+
+    // A crashed child leaves its files here.
+    TempDir m_dir;
+    ScopedEnvironment m_temporary{"TMPDIR", m_dir.Path().string()};
+    std::map<std::string, Counts> m_counts;
+    std::vector<std::string> m_failedWithMemory;
+    long m_points = 0;
+
+private:
+    static void Print(const Operation& operation, Lasting lasting, long index, Outcome outcome)
+    {
+        std::printf("%s, allocation %ld%s, %s: %s\n", operation.name, index,
+                    lasting == Lasting::Once ? "" : " and all after it", s_report->module.data(),
+                    c_outcomes[outcome]);
+        // A child must not hold it too.
+        std::fflush(stdout);
+    }
+};
+
+TEST_F(ForeignAllocationTest, OutcomesOfSingleFailuresAreCountedByCaller)
+{
+    ASSERT_TRUE(s_report);
+    Sweep(Lasting::Once);
+
+    PrintCounts("single failures");
+    EXPECT_GT(m_points, 80);
+    EXPECT_THAT(m_failedWithMemory, testing::IsEmpty());
+}
+
+TEST_F(ForeignAllocationTest, OutcomesWithoutAnyMoreMemoryAreCountedByCaller)
+{
+    ASSERT_TRUE(s_report);
+    Sweep(Lasting::FromThenOn);
+
+    PrintCounts("no more memory");
+    EXPECT_GT(m_points, 80);
+    EXPECT_THAT(m_failedWithMemory, testing::IsEmpty());
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport
