@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 
 namespace Toolkit {
 namespace {
@@ -42,8 +43,10 @@ public:
     explicit Walk(LibModuleManager& manager) : m_manager(manager) { ++m_manager.m_walks; }
     ~Walk()
     {
-        if (--m_manager.m_walks == 0)
-            m_manager.m_modules.remove_if([](const auto& entry) { return !entry.module; });
+        if (--m_manager.m_walks != 0)
+            return;
+        m_manager.m_removals.remove_if([](const auto& entry) { return !entry->module; });
+        m_manager.m_modules.remove_if([](const auto& entry) { return !entry.module; });
     }
 
     Walk(const Walk&) = delete;
@@ -70,7 +73,10 @@ void LibModuleManager::Register(LibModule* module)
         ++found->count;
         return;
     }
-    m_modules.push_back({module, 1, false});
+    std::list<ModuleList::iterator> removal(1);
+    m_modules.push_back({module, 1});
+    removal.front() = std::prev(m_modules.end());
+    m_removals.splice(m_removals.end(), removal);
     if (!m_initialized)
         return;
     const Walk walk(*this);
@@ -94,7 +100,10 @@ void LibModuleManager::Unregister(LibModule* module)
     if (--found->count > 0)
         return;
     if (m_releasing) {
-        found->isLeaving = true;
+        // A module that came back during the release is pending already.
+        const auto removal = std::find(m_removals.begin(), m_removals.end(), found);
+        if (removal != m_removals.end())
+            m_pendingRemovals.splice(m_pendingRemovals.end(), m_removals, removal);
         return;
     }
     const Walk walk(*this);
@@ -160,16 +169,15 @@ void LibModuleManager::ReleaseModules()
             thrown.Call([&entry] { entry->module->Release(); });
     }
     m_releasing = 0;
-    RemoveLeaving();
+    RemovePending();
     thrown.Rethrow();
 }
 
-void LibModuleManager::RemoveLeaving()
+void LibModuleManager::RemovePending()
 {
-    for (LibModuleContainer& entry : m_modules) {
-        if (entry.isLeaving)
-            entry.module = nullptr;
-    }
+    for (const ModuleList::iterator& entry : m_pendingRemovals)
+        entry->module = nullptr;
+    m_removals.splice(m_removals.end(), m_pendingRemovals);
 }
 
 LibModuleManager::ModuleList::iterator LibModuleManager::Find(const LibModule* module)

@@ -59,7 +59,6 @@ private:
     struct LibModuleContainer {
         LibModule* module;
         int count;
-        bool isLeaving; // when the release pass ends
     };
     using ModuleList = std::list<LibModuleContainer>;
     class Walk;
@@ -67,14 +66,17 @@ private:
     ModuleList::iterator Find(const LibModule* module);
     void InitializeModules();
     void ReleaseModules();
-    void RemoveLeaving();
+    void RemovePending();
 
     ModuleList m_modules;
     Mutex m_mutex; // guards everything
     int m_initialized;
     int m_releasing;
+    std::list<ModuleList::iterator> m_pendingRemovals;
     int m_walks;
     int m_frameworkStarts;
+    // A node for m_pendingRemovals for each entry, made with it: leaving must not need memory.
+    std::list<ModuleList::iterator> m_removals;
 };
 
 } // namespace Toolkit
