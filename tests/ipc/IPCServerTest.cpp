@@ -61,9 +61,13 @@ TEST_F(IPCServerTest, HandsOnEveryTextInEveryLocale)
         const ScopedLocale scoped(locale);
         ServeWhile([&] {
             const std::size_t before = m_received.All().size();
-            for (const std::wstring& text : texts)
+            // Each is awaited: a short text may overtake a long one that was sent before.
+            std::vector<std::wstring> all;
+            std::size_t expected = before;
+            for (const std::wstring& text : texts) {
                 EXPECT_TRUE(IPCClient::Connect(Service(), text));
-            const std::vector<std::wstring> all = m_received.Await(before + texts.size());
+                all = m_received.Await(++expected);
+            }
             EXPECT_EQ(std::vector(all.begin() + static_cast<long>(before), all.end()), texts);
         });
     }
