@@ -11,7 +11,7 @@ std::string s_datePattern;
 std::string s_timePattern;
 int s_objects = 0;
 
-// Stands behind every reference: a formatter's pattern is the string's text.
+// What every reference points to. The text of a formatter is its pattern.
 struct Object {
     std::string text;
 };
