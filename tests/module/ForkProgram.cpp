@@ -19,7 +19,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
+#include <latch>
 #include <map>
 #include <string>
 #include <sys/wait.h>
@@ -143,6 +143,23 @@ const std::map<std::string, void (*)()> c_operations = {
     ::_exit(0);
 }
 
+// Returns when each thread has performed the operation once. The compiler guards the making of a
+// function's static object with a lock, and a fork in the middle of it would leave that lock to the
+// child.
+void StartBusyThreads(void (*operation)())
+{
+    constexpr int threads = 2;
+    static std::latch first(threads);
+    for (int i = 0; i < threads; ++i)
+        std::thread([operation] {
+            operation();
+            first.count_down();
+            for (;;)
+                operation();
+        }).detach();
+    first.wait();
+}
+
 // Returns whether a child hung or crashed.
 bool Fails(pid_t child)
 {
@@ -165,11 +182,7 @@ int main(int argc, char** argv)
         1 << 20));
     const bool exits = found->first == "exit";
     const auto busy = exits ? Log : found->second;
-    for (int i = 0; i < 2; ++i)
-        std::thread([busy] {
-            for (;;)
-                busy();
-        }).detach();
+    StartBusyThreads(busy);
 
     int failures = 0;
     for (int i = std::atoi(argv[2]); i > 0; --i) {
