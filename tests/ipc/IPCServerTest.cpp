@@ -61,13 +61,9 @@ TEST_F(IPCServerTest, HandsOnEveryTextInEveryLocale)
         const ScopedLocale scoped(locale);
         ServeWhile([&] {
             const std::size_t before = m_received.All().size();
-            // Each is awaited: a short text may overtake a long one that was sent before.
-            std::vector<std::wstring> all;
-            std::size_t expected = before;
-            for (const std::wstring& text : texts) {
+            for (const std::wstring& text : texts)
                 EXPECT_TRUE(IPCClient::Connect(Service(), text));
-                all = m_received.Await(++expected);
-            }
+            const std::vector<std::wstring> all = m_received.Await(before + texts.size());
             EXPECT_EQ(std::vector(all.begin() + static_cast<long>(before), all.end()), texts);
         });
     }
@@ -84,6 +80,22 @@ TEST_F(IPCServerTest, HandsOnTheLongestText)
         EXPECT_TRUE(IPCClient::Connect(Service(), ofFourBytes));
         const std::vector<std::wstring> received = m_received.Await(2);
         EXPECT_TRUE(received == (std::vector{longest, ofFourBytes}));
+    });
+}
+
+TEST_F(IPCServerTest, HandsOnTextsInTheOrderOfSending)
+{
+    std::vector<std::wstring> texts;
+    for (wchar_t number = L'0'; number <= L'9'; ++number) {
+        texts.emplace_back(std::size_t{1} << 20, number);
+        texts.emplace_back(1, number);
+    }
+    const auto server = RunServer();
+
+    ServeWhile([&] {
+        for (const std::wstring& text : texts)
+            EXPECT_TRUE(IPCClient::Connect(Service(), text));
+        EXPECT_TRUE(m_received.Await(texts.size()) == texts);
     });
 }
 

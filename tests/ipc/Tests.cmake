@@ -4,17 +4,19 @@ target_sources(IPCMemoryTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(ipc/IPCServerLimitsTest.cpp)
 toolkit_test(ipc/IPCServerTest.cpp)
 toolkit_test(ipc/IPCServiceTest.cpp)
-toolkit_private_test(
-    ipc/SessionTest.cpp
-    base/FileDescriptor.cpp
-    base/OwnDescriptor.cpp
-    base/ShortenName.cpp
-    base/Utf8.cpp
-    ipc/Protocol.cpp
-    ipc/Session.cpp
-    ipc/Socket.Linux.cpp
-    ipc/Socket.cpp
-)
+foreach(test ipc/SessionTest.cpp ipc/SessionsTest.cpp)
+    toolkit_private_test(
+        ${test}
+        base/FileDescriptor.cpp
+        base/OwnDescriptor.cpp
+        base/ShortenName.cpp
+        base/Utf8.cpp
+        ipc/Protocol.cpp
+        ipc/Session.cpp
+        ipc/Socket.Linux.cpp
+        ipc/Socket.cpp
+    )
+endforeach()
 
 toolkit_private_test(
     ipc/SocketSetTest.cpp base/FileDescriptor.cpp base/OwnDescriptor.cpp ipc/Socket.Linux.cpp

@@ -39,7 +39,8 @@ class IPCInternalServer;
 /// - that has been silent longest, when there are `c_maxSessions` clients or no descriptors are
 ///   left, and another client connects.
 ///
-/// Only complete messages are handed on. Nothing is logged, and only the constructor may throw.
+/// Only complete messages are handed on, in the order in which `IPCClient::Connect` sent them.
+/// Nothing is logged, and only the constructor may throw.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
     /// The limit of clients that are connected at the same time.

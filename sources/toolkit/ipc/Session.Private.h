@@ -31,8 +31,8 @@ public:
     /// message.
     Session(Base::FileDescriptor socket, const Execute& execute);
 
-    /// Reads some of what has arrived and acts on it; false when the session has ended. Not called
-    /// while the session is busy.
+    /// Reads what has arrived, to the end of a message, and acts on it; false when the session has
+    /// ended. Not called while the session is busy.
     bool Read();
 
     /// Whether the program is working on one of its messages, perhaps in a loop of its own.
@@ -54,6 +54,7 @@ public:
     Clock::time_point LastProgress() const { return m_lastProgress; }
 
 private:
+    bool ActOn(std::string_view bytes);
     bool Act(std::string_view bytes);
     bool Answer() const;
 

@@ -12,7 +12,7 @@ using Message = MessageParser::Message;
 
 constexpr std::size_t c_mostAtOnce = 65536;
 
-// So many clients are accepted before the connected ones are served.
+// So many clients are accepted before the connected ones are served again.
 constexpr int c_mostAcceptedAtOnce = 16;
 
 constexpr unsigned int TicksIn(std::chrono::milliseconds duration)
@@ -37,16 +37,25 @@ Session::Session(Base::FileDescriptor socket, const Execute& execute)
 
 bool Session::Read()
 {
-    char buffer[c_mostAtOnce];
-    const ssize_t count = Receive(m_socket, buffer, sizeof buffer);
-    if (count < 0)
-        return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
-    if (count == 0)
-        return false;
+    // To the end of a message that has begun: otherwise a shorter one, sent later by another
+    // client, would be complete earlier.
+    do {
+        char buffer[c_mostAtOnce];
+        const ssize_t count = Receive(m_socket, buffer, sizeof buffer);
+        if (count < 0)
+            return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
+        if (count == 0 || !ActOn({buffer, static_cast<std::size_t>(count)}))
+            return false;
+    } while (m_parser.IsExpecting());
+    return true;
+}
+
+bool Session::ActOn(std::string_view bytes)
+{
     m_lastProgress = Clock::now();
     m_silentTicks = 0;
     m_isBusy = true;
-    const bool goesOn = Act({buffer, static_cast<std::size_t>(count)});
+    const bool goesOn = Act(bytes);
     m_isBusy = false;
     return goesOn;
 }
@@ -153,10 +162,9 @@ void Sessions::Open(Base::FileDescriptor socket)
     const int descriptor = socket.Get();
     if (!IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
         return;
+    // It has its turn after the clients whose messages are waiting already.
     m_sessions.try_emplace(descriptor, std::move(socket), m_execute);
     StartTicking();
-    // A client sends its topic at once.
-    Serve(descriptor);
 }
 
 // Ends the session whose client has been silent longest; false when none is silent.

@@ -99,8 +99,9 @@ public:
     /// Lets the clock tick every `intervalMs` milliseconds; 0 stops it.
     void SetTicking(unsigned int intervalMs);
 
-    /// The descriptors that are readable now, only some of them when there are many; `c_tick` once
-    /// when the clock has ticked since the last call, however often.
+    /// The descriptors that are readable now, in the order in which they became readable, and only
+    /// some of them when there are many; `c_tick` once when the clock has ticked since the last
+    /// call, however often.
     std::vector<int> TakeReadable();
 
 private:

@@ -1,0 +1,93 @@
+#include "toolkit/ipc/Session.Private.h"
+
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ipc/RawSocket.h"
+
+namespace Toolkit::Ipc {
+namespace {
+
+using testing::ElementsAre;
+using TestSupport::RawSocket;
+using TestSupport::TempDir;
+
+// A server whose rounds the test runs.
+class SessionsTest : public testing::Test {
+protected:
+    SessionsTest() { EXPECT_TRUE(m_sessions.Listen(m_path)); }
+
+    // A client whose topic has been answered.
+    RawSocket Connect()
+    {
+        RawSocket client = RawSocket::ConnectedTo(m_path);
+        client.Send(MakeConnectRequest(L"topic"));
+        ServeRounds(3);
+        EXPECT_EQ(client.Receive(1).size(), 1U);
+        return client;
+    }
+
+    void ServeRounds(int rounds)
+    {
+        for (int i = 0; i < rounds; ++i)
+            m_sessions.ServeReadable();
+    }
+
+    const TempDir m_directory;
+    const std::string m_path = m_directory.Path() / "socket";
+    std::vector<std::size_t> m_sizes; // of the messages, in bytes
+    Sessions m_sessions{16, [this](const std::vector<char>& data, unsigned char) {
+                            m_sizes.push_back(data.size());
+                            return true;
+                        }};
+};
+
+std::size_t SizeOf(const std::wstring& text)
+{
+    return (text.size() + 1) * sizeof(wchar_t);
+}
+
+TEST_F(SessionsTest, HandsOnALongMessageBeforeAShortOneThatWasSentLater)
+{
+    const std::wstring longText(40000, L'x'); // fits into the buffer of a socket
+    const std::wstring shortText(1, L'x');
+    const RawSocket first = Connect();
+    const RawSocket second = Connect();
+
+    first.Send(MakeExecuteRequest(longText));
+    second.Send(MakeExecuteRequest(shortText));
+    ServeRounds(10);
+
+    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longText), SizeOf(shortText)));
+}
+
+TEST_F(SessionsTest, HandsOnALongMessageBeforeThatOfAClientThatConnectsLater)
+{
+    const std::wstring longText(40000, L'x');
+    const std::wstring shortText(1, L'x');
+    const RawSocket first = Connect();
+
+    first.Send(MakeExecuteRequest(longText));
+    const RawSocket second = RawSocket::ConnectedTo(m_path);
+    second.Send(MakeConnectRequest(L"topic") + MakeExecuteRequest(shortText));
+    ServeRounds(10);
+
+    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longText), SizeOf(shortText)));
+}
+
+TEST_F(SessionsTest, HandsOnMessagesInTheOrderInWhichTheyWereSent)
+{
+    const RawSocket first = Connect();
+    const RawSocket second = Connect();
+
+    second.Send(MakeExecuteRequest(L"1st"));
+    first.Send(MakeExecuteRequest(L"second"));
+    ServeRounds(1);
+
+    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(L"1st"), SizeOf(L"second")));
+}
+
+} // namespace
+} // namespace Toolkit::Ipc
