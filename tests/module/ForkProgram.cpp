@@ -21,6 +21,7 @@
 #include <cstdlib>
 #include <latch>
 #include <map>
+#include <memory>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
@@ -83,6 +84,14 @@ void LockShared()
     const MutexLocker locker(mutex, MutexInternal::Infinite);
 }
 
+// Children destroy this lock, as exit() does with static ones.
+std::unique_ptr<Mutex> s_destroyed = std::make_unique<Mutex>(false);
+
+void LockDestroyed()
+{
+    const MutexLocker locker(*s_destroyed, MutexInternal::Infinite);
+}
+
 void MatchPattern()
 {
     RegExp pattern("(a+)(b*)", RegExpOptions::None);
@@ -126,18 +135,28 @@ void RunThread()
 void DoNothing() {}
 
 const std::map<std::string, void (*)()> c_operations = {
-    {"exit", DoNothing},         {"text", UseText},
-    {"pointer", CopyPointer},    {"lock of its own", LockOwn},
-    {"shared lock", LockShared}, {"pattern", MatchPattern},
-    {"date", FormatDate},        {"file", ReadFile},
-    {"program", StartProgram},   {"log", Log},
-    {"notifier", SendEvent},     {"thread", RunThread},
+    {"exit", DoNothing},
+    {"text", UseText},
+    {"pointer", CopyPointer},
+    {"lock of its own", LockOwn},
+    {"shared lock", LockShared},
+    {"pattern", MatchPattern},
+    {"date", FormatDate},
+    {"file", ReadFile},
+    {"program", StartProgram},
+    {"log", Log},
+    {"destroyed lock", LockDestroyed},
+    {"notifier", SendEvent},
+    {"thread", RunThread},
 };
 
 [[noreturn]] void RunChild(void (*operation)(), bool exits)
 {
     ::alarm(c_longestChildS);
-    operation();
+    if (operation == LockDestroyed)
+        s_destroyed.reset();
+    else
+        operation();
     if (exits)
         std::exit(0);
     ::_exit(0);

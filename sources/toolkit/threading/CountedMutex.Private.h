@@ -40,10 +40,14 @@ public:
     }
 
     /// True only when it is certain that no thread holds the mutex.
-    bool IsCertainlyFree() const
+    ///
+    /// The count alone does not know: in the child of a fork, a thread that was between locking and
+    /// counting is missing.
+    bool IsCertainlyFree()
     {
         return m_holds.load(std::memory_order_relaxed) == 0 &&
-               m_isCountCertain.load(std::memory_order_relaxed);
+               m_isCountCertain.load(std::memory_order_relaxed) && TryLock() == wxMUTEX_NO_ERROR &&
+               Unlock() == wxMUTEX_NO_ERROR;
     }
 
 private:

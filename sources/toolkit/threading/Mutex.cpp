@@ -24,7 +24,7 @@ MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 MutexInternal::~MutexInternal()
 {
     std::unique_ptr<CountedMutex> mutex(m_mutex.load(std::memory_order_relaxed));
-    if (!mutex || mutex->IsCertainlyFree() || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
+    if (!mutex || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
         return;
     // wxMutex logs that it is destroyed while held.
     const Framework::Silence silence;
