@@ -75,3 +75,26 @@ configure_file(
 install(FILES "${PROJECT_BINARY_DIR}/package/toolkit.pc"
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
 )
+
+# gdb looks for a script of the library's own path and name in such a folder.
+if(BUILD_SHARED_LIBS AND NOT APPLE)
+    install(FILES "${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR}"
+            RENAME "libtoolkit.so.${PROJECT_VERSION}-gdb.py"
+    )
+endif()
+
+# Removes what the last installation from this build folder put in place.
+if(NOT TARGET uninstall)
+    add_custom_target(
+        uninstall
+        COMMAND "${CMAKE_COMMAND}" "-DMANIFEST=${PROJECT_BINARY_DIR}/install_manifest.txt" -P
+                "${PROJECT_SOURCE_DIR}/cmake/ToolkitUninstall.cmake"
+        COMMENT "Removing the installed files"
+        VERBATIM
+    )
+endif()
+
+if(PROJECT_IS_TOP_LEVEL)
+    include(ToolkitArchive)
+endif()

@@ -64,7 +64,19 @@ if(BUILD_SHARED_LIBS)
     add_test(NAME PackageInstall
              COMMAND ${CMAKE_COMMAND} --install "${PROJECT_BINARY_DIR}" --prefix "${package_prefix}"
     )
-    set_tests_properties(PackageInstall PROPERTIES FIXTURES_SETUP InstalledCopy)
+    # An installation writes the list of its files into the build folder.
+    set_tests_properties(
+        PackageInstall PROPERTIES FIXTURES_SETUP InstalledCopy RESOURCE_LOCK Installation
+    )
+    add_test(NAME PackageUninstall COMMAND "${package_sources}/uninstall.sh"
+                                           "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}"
+    )
+    add_test(NAME PackageArchive
+             COMMAND
+                 "${package_sources}/archive.sh" "${PROJECT_BINARY_DIR}" ${CMAKE_CXX_COMPILER}
+                 ${CMAKE_INSTALL_LIBDIR} "${package_sources}/consumer/main.cpp"
+    )
+    set_tests_properties(PackageUninstall PackageArchive PROPERTIES RESOURCE_LOCK Installation)
 
     toolkit_program_test(
         PackageByCMake consumer Consumer "-DCMAKE_PREFIX_PATH=${package_prefix}"
@@ -162,4 +174,5 @@ if(BUILD_SHARED_LIBS AND TOOLKIT_ABIDIFF AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU
     add_test(NAME AbiBaseline
              COMMAND "${PROJECT_SOURCE_DIR}/script/abi" "${PROJECT_BINARY_DIR}"
     )
+    set_tests_properties(AbiBaseline PROPERTIES RESOURCE_LOCK Installation)
 endif()

@@ -1,0 +1,28 @@
+# Removes the files that MANIFEST lists, and the folders that are empty then.
+
+if(NOT EXISTS "${MANIFEST}")
+    message(FATAL_ERROR "There is no ${MANIFEST}: nothing was installed from this build folder")
+endif()
+file(STRINGS "${MANIFEST}" installed ENCODING UTF-8)
+set(folders "")
+foreach(path IN LISTS installed)
+    set(path "$ENV{DESTDIR}${path}")
+    message(STATUS "Removing: ${path}")
+    file(REMOVE "${path}")
+    cmake_path(GET path PARENT_PATH folder)
+    list(APPEND folders "${folder}")
+endforeach()
+
+# Only folders that are named after the library: others belong to the system.
+list(REMOVE_DUPLICATES folders)
+list(SORT folders ORDER DESCENDING)
+while(folders)
+    list(POP_FRONT folders folder)
+    file(GLOB left "${folder}/*")
+    if(NOT left AND IS_DIRECTORY "${folder}" AND "${folder}" MATCHES "/[Tt]oolkit(/|$)")
+        message(STATUS "Removing: ${folder}")
+        file(REMOVE_RECURSE "${folder}")
+        cmake_path(GET folder PARENT_PATH folder)
+        list(APPEND folders "${folder}")
+    endif()
+endwhile()

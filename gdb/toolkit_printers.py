@@ -1,0 +1,163 @@
+"""Shows the values of Toolkit's classes in gdb as a reader thinks of them.
+
+gdb loads this file by itself for an installed library. To load it by hand:
+
+    (gdb) source toolkit_printers.py
+"""
+
+import datetime
+import gdb
+import gdb.printing
+
+INVALID_DATE = -(2**63)
+SHOWN_BYTES = 32
+
+
+def by_default(value):
+    """`value` as the standard library's printers show it, or as it is without them."""
+    printer = gdb.default_visualizer(value)
+    return value if printer is None else printer.to_string()
+
+
+def base_of(value):
+    return value.cast(value.type.strip_typedefs().fields()[0].type)
+
+
+def pointer_in(value):
+    """The address in an object that holds nothing but one pointer."""
+    address_type = gdb.lookup_type("void").pointer()
+    return value.address.cast(address_type.pointer()).dereference()
+
+
+class SmartPointer:
+    """The object, and how many pointers share it."""
+
+    def __init__(self, value):
+        self.object = value["m_object"]
+        self.block = value["m_data"]
+
+    def count(self):
+        count = self.block["count"]
+        # std::atomic<int> of the standard library.
+        return int(count["_M_i"]) if count.type.strip_typedefs().code == gdb.TYPE_CODE_STRUCT else int(count)
+
+    def to_string(self):
+        if not self.object:
+            return "empty"
+        if not self.block:
+            return "no count"
+        return "count %d" % self.count()
+
+    def children(self):
+        if self.object:
+            pointed = self.object.cast(self.object.dynamic_type)
+            if pointed.type.target().strip_typedefs().code != gdb.TYPE_CODE_VOID:
+                yield "object", pointed.dereference()
+
+
+class Text:
+    def __init__(self, value):
+        self.value = value
+
+    def to_string(self):
+        return by_default(base_of(self.value))
+
+    def display_hint(self):
+        return "string"
+
+
+class Bytes:
+    """The size and the first bytes in hexadecimal."""
+
+    def __init__(self, value):
+        self.data = value["m_data"]
+        self.size = int(value["m_size"])
+
+    def to_string(self):
+        if self.size == 0:
+            return "0 bytes"
+        shown = min(self.size, SHOWN_BYTES)
+        memory = gdb.selected_inferior().read_memory(int(self.data), shown)
+        more = " ..." if shown < self.size else ""
+        return "%d byte%s: %s%s" % (self.size, "" if self.size == 1 else "s", bytes(memory).hex(" "), more)
+
+
+class DateTime:
+    """The text that GetIsoString() writes for UTC."""
+
+    def __init__(self, value):
+        self.value = value["m_value"]
+
+    def to_string(self):
+        date = int(pointer_in(self.value))
+        if date == 0:
+            return "invalid"
+        # The only member of wxDateTime: milliseconds since 1970 in UTC. A program may have been
+        # built without the definition of the class.
+        memory = gdb.selected_inferior().read_memory(date, 8)
+        milliseconds = int.from_bytes(bytes(memory), "little", signed=True)
+        if milliseconds == INVALID_DATE:
+            return "invalid"
+        try:
+            moment = datetime.datetime(1970, 1, 1) + datetime.timedelta(milliseconds=milliseconds)
+        except OverflowError:
+            return "%d ms since 1970" % milliseconds
+        return moment.strftime("%Y-%m-%d %H:%M:%S Z").rjust(len("YYYY-MM-DD hh:mm:ss Z"), "0")
+
+
+class Version:
+    def __init__(self, value):
+        self.parts = [value[name] for name in ("m_major", "m_minor", "m_build", "m_revision")]
+
+    def to_string(self):
+        return ".".join(str(int(part)) for part in self.parts)
+
+
+class Group:
+    """The number, the name if it has one, and the value."""
+
+    def __init__(self, value):
+        self.value = value
+
+    def to_string(self):
+        return "group %d" % int(self.value["index"])
+
+    def children(self):
+        yield "name", self.value["name"]
+        yield "value", self.value["value"]
+
+
+class MatchResult:
+    """Whether the pattern matched, and its groups."""
+
+    def __init__(self, value):
+        self.value = value
+
+    def to_string(self):
+        if not self.value["code"]:
+            error = self.value["errorText"]
+            return "no pattern" if not error else "error at %d" % int(self.value["errorOffset"])
+        code = int(self.value["resultCode"])
+        return "match" if code > 0 else "no match, code %d" % code
+
+    def children(self):
+        yield "pattern", self.value["pattern"]
+        yield "subject", self.value["subject"]
+        if self.value["errorText"]:
+            yield "errorText", self.value["errorText"]
+        yield "groups", self.value["groups"]
+
+
+def make_printers():
+    printers = gdb.printing.RegexpCollectionPrettyPrinter("toolkit")
+    printers.add_printer("smart_ptr", "^Toolkit::smart_ptr<.*>$", SmartPointer)
+    printers.add_printer("TString", "^TString<.*>$", Text)
+    printers.add_printer("Bytes", "^Toolkit::Bytes$", Bytes)
+    printers.add_printer("DateTime", "^Toolkit::DateTime$", DateTime)
+    printers.add_printer("Version", "^Toolkit::Version$", Version)
+    printers.add_printer("Group", "^Toolkit::Group$", Group)
+    printers.add_printer("MatchResult", "^Toolkit::MatchResult$", MatchResult)
+    return printers
+
+
+gdb.printing.register_pretty_printer(gdb.current_objfile(), make_printers(), replace=True)

@@ -1,0 +1,159 @@
+#include "support/RunProgram.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+
+#include <map>
+#include <sstream>
+
+namespace Toolkit {
+namespace {
+
+using testing::HasSubstr;
+using TestSupport::RunProgram;
+using TestSupport::TempDir;
+
+const std::vector<std::string> c_variables = {
+    "wide",    "narrow",    "emptyText", "shared", "emptyPointer", "version", "bytes",
+    "noBytes", "manyBytes", "date",      "noDate", "match",        "noMatch", "group",
+};
+
+using Texts = std::map<std::string, std::string>;
+
+// The arguments that load the printers and run `commands`.
+std::vector<std::string> GdbArguments(const std::vector<std::string>& commands)
+{
+    std::vector<std::string> arguments = {"-nx", "-batch"};
+    std::vector<std::string> all = {"set charset UTF-8", "set disable-randomization off",
+                                    "source " TOOLKIT_PRINTERS};
+    all.insert(all.end(), commands.begin(), commands.end());
+    for (const std::string& command : all)
+        arguments.insert(arguments.end(), {"-ex", command});
+    return arguments;
+}
+
+void AddPrintCommands(std::vector<std::string>& commands)
+{
+    commands.emplace_back("up");
+    for (const std::string& variable : c_variables) {
+        commands.push_back("echo @" + variable + "@");
+        commands.push_back("output " + variable);
+        commands.emplace_back("echo \\n");
+    }
+}
+
+// The text of each variable: what follows "@name@".
+Texts Split(const std::string& output)
+{
+    Texts texts;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t end = line.find('@', 1);
+        if (line.starts_with('@') && end != std::string::npos)
+            texts[line.substr(1, end - 1)] = line.substr(end + 1);
+    }
+    return texts;
+}
+
+// What gdb shows of the program's variables, while the program lives and in its core file.
+class PrintersTest : public testing::TestWithParam<const char*> {
+protected:
+    static void SetUpTestSuite()
+    {
+        const TempDir directory;
+        const std::string core = directory.Path() / "core";
+        std::vector<std::string> commands = {"break Stop", "run", "generate-core-file " + core};
+        AddPrintCommands(commands);
+        commands.emplace_back("kill");
+        Show("live", commands);
+        commands = {"core-file " + core};
+        AddPrintCommands(commands);
+        Show("core", commands);
+    }
+
+    static std::string Shown(const std::string& variable)
+    {
+        return s_texts.at(GetParam())[variable];
+    }
+
+private:
+    static void Show(const std::string& kind, const std::vector<std::string>& commands)
+    {
+        std::vector<std::string> arguments = GdbArguments(commands);
+        arguments.emplace_back(TOOLKIT_PRINTERS_PROGRAM);
+        const auto result = RunProgram("/usr/bin/gdb", arguments);
+        s_texts[kind] = Split(result.output);
+        EXPECT_EQ(s_texts[kind].size(), c_variables.size()) << result.output << result.errors;
+    }
+
+    static std::map<std::string, Texts> s_texts;
+};
+
+std::map<std::string, Texts> PrintersTest::s_texts;
+
+TEST_P(PrintersTest, ShowsTextsAsStrings)
+{
+    EXPECT_EQ(Shown("wide"), "L\"caf\u00E9\"");
+    EXPECT_EQ(Shown("narrow"), "\"narrow\"");
+    EXPECT_EQ(Shown("emptyText"), "\"\"");
+}
+
+TEST_P(PrintersTest, ShowsAPointersObjectAndCount)
+{
+    EXPECT_EQ(Shown("shared"), "count 2 = {object = 1.2.3.4}");
+}
+
+TEST_P(PrintersTest, ShowsAnEmptyPointer)
+{
+    EXPECT_EQ(Shown("emptyPointer"), "empty");
+}
+
+TEST_P(PrintersTest, ShowsAVersionWithDots)
+{
+    EXPECT_EQ(Shown("version"), "10.20.30.40");
+}
+
+TEST_P(PrintersTest, ShowsBytesInHexadecimal)
+{
+    EXPECT_EQ(Shown("bytes"), "6 bytes: 01 ff 74 65 78 74");
+    EXPECT_EQ(Shown("noBytes"), "0 bytes");
+}
+
+TEST_P(PrintersTest, ShowsTheFirstOfManyBytes)
+{
+    EXPECT_TRUE(Shown("manyBytes").starts_with("1000 bytes: ab ab ")) << Shown("manyBytes");
+    EXPECT_TRUE(Shown("manyBytes").ends_with(" ab ...")) << Shown("manyBytes");
+}
+
+TEST_P(PrintersTest, ShowsADateAsItsIsoText)
+{
+    EXPECT_EQ(Shown("date"), "2009-03-07 07:04:09 Z");
+}
+
+TEST_P(PrintersTest, ShowsAnInvalidDate)
+{
+    EXPECT_EQ(Shown("noDate"), "invalid");
+}
+
+TEST_P(PrintersTest, ShowsAGroupWithItsNameAndValue)
+{
+    EXPECT_EQ(Shown("group"), "count 2 = {object = group 1 = {name = \"word\", value = \"bb\"}}");
+}
+
+TEST_P(PrintersTest, ShowsAMatchWithItsGroups)
+{
+    EXPECT_THAT(Shown("match"), HasSubstr("object = match = {pattern = \"(?<word>b+)\", subject = "
+                                          "\"abbc\", groups = "));
+    EXPECT_THAT(Shown("match"), HasSubstr("object = group 0 = {name = \"\", value = \"bb\"}"));
+}
+
+TEST_P(PrintersTest, ShowsThatAPatternDidNotMatch)
+{
+    EXPECT_THAT(Shown("noMatch"), HasSubstr("object = no match, code -1"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, PrintersTest, testing::Values("live", "core"),
+                         [](const auto& kind) { return std::string(kind.param); });
+
+} // namespace
+} // namespace Toolkit

@@ -1,0 +1,26 @@
+#!/bin/sh
+# Installs a build, removes it again, and fails when a file of it is left or a file of the user's own is
+# gone.
+#
+# usage: uninstall.sh build-directory source-directory
+set -eu
+
+build=$1
+source=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+cmake --install "$build" --prefix "$work/prefix" >/dev/null
+mkdir "$work/prefix/share/doc"
+own="$work/prefix/include/toolkit/Own.h"
+echo "of the user" >"$own"
+
+cmake "-DMANIFEST=$build/install_manifest.txt" -P "$source/cmake/ToolkitUninstall.cmake"
+
+[ -f "$own" ] || { echo "the user's own file is gone" && exit 1; }
+rm "$own"
+left=$(find "$work/prefix" -not -type d)
+[ -z "$left" ] || { echo "left behind:" && echo "$left" && exit 1; }
+left=$(find "$work/prefix/lib/cmake/Toolkit" "$work/prefix/include/toolkit/core" 2>/dev/null) || true
+[ -z "$left" ] || { echo "folders left behind:" && echo "$left" && exit 1; }
+[ -d "$work/prefix/share/doc" ] || { echo "a folder of the system is gone" && exit 1; }
