@@ -59,7 +59,7 @@ TEST_F(ArchiveZipHostileTest, ReadsWhatIsStoredAndWhatIsDeflated)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
-TEST_F(ArchiveZipHostileTest, ADamagedEntryDoesNotSpoilTheNext)
+TEST_F(ArchiveZipHostileTest, ReadsTheEntryAfterADamagedOne)
 {
     const std::pair<const char*, RawEntry> cases[] = {
         {"checksum of stored bytes", {.name = "bad", .data = "bytes", .checksum = 1}},
@@ -84,7 +84,7 @@ TEST_F(ArchiveZipHostileTest, ADamagedEntryDoesNotSpoilTheNext)
     }
 }
 
-TEST_F(ArchiveZipHostileTest, AWrongChecksumShowsAtTheEnd)
+TEST_F(ArchiveZipHostileTest, ReportsAWrongChecksumAtTheEnd)
 {
     Names(WriteBytes(RawZip({{.name = "bad", .data = "line\nbytes", .checksum = 1}})));
     TString<wchar_t> line;
@@ -98,7 +98,7 @@ TEST_F(ArchiveZipHostileTest, AWrongChecksumShowsAtTheEnd)
     EXPECT_FALSE(IsOk());
 }
 
-TEST_F(ArchiveZipHostileTest, AnEntryThatCannotBeOpenedIsAnError)
+TEST_F(ArchiveZipHostileTest, FailsToReadAnEntryThatCannotBeOpened)
 {
     for (const std::uint32_t offset : {3u, 40u, 0x7FFFFFFFu}) {
         SCOPED_TRACE(offset);
@@ -112,7 +112,7 @@ TEST_F(ArchiveZipHostileTest, AnEntryThatCannotBeOpenedIsAnError)
     }
 }
 
-TEST_F(ArchiveZipHostileTest, BytesHandedBackToOneEntryDoNotGetIntoTheNext)
+TEST_F(ArchiveZipHostileTest, KeepsBytesHandedBackToOneEntryOutOfTheNext)
 {
     Names(WriteBytes(RawZip({{.name = "a", .data = "one"}, c_whole})));
 
@@ -126,7 +126,7 @@ TEST_F(ArchiveZipHostileTest, BytesHandedBackToOneEntryDoNotGetIntoTheNext)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
-TEST_F(ArchiveZipHostileTest, NothingIsAllocatedForAClaimedSize)
+TEST_F(ArchiveZipHostileTest, AllocatesNothingForAClaimedSize)
 {
     const std::string extra =
         Number(1, 2) + Number(16, 2) + Number(1ull << 60, 8) + Number(1ull << 60, 8);
@@ -141,7 +141,7 @@ TEST_F(ArchiveZipHostileTest, NothingIsAllocatedForAClaimedSize)
     EXPECT_FALSE(IsOk());
 }
 
-TEST_F(ArchiveZipHostileTest, AZip64FieldThatIsTooShortIsSurvived)
+TEST_F(ArchiveZipHostileTest, SurvivesAZip64FieldThatIsTooShort)
 {
     for (const int size : {0, 1, 4, 8, 12, 15}) {
         SCOPED_TRACE(size);
@@ -156,7 +156,7 @@ TEST_F(ArchiveZipHostileTest, AZip64FieldThatIsTooShortIsSurvived)
     }
 }
 
-TEST_F(ArchiveZipHostileTest, AnEncryptedEntryYieldsWhatIsStored)
+TEST_F(ArchiveZipHostileTest, ReadsAnEncryptedEntryAsItIsStored)
 {
     Names(WriteBytes(RawZip({{.name = "secret",
                               .data = "twelve bytes"
@@ -171,7 +171,7 @@ TEST_F(ArchiveZipHostileTest, AnEncryptedEntryYieldsWhatIsStored)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
-TEST_F(ArchiveZipHostileTest, ADescriptorThatContradictsTheDirectoryIsSurvived)
+TEST_F(ArchiveZipHostileTest, SurvivesADescriptorThatContradictsTheDirectory)
 {
     const std::string descriptor = "PK\7\10" + Number(1, 4) + Number(12, 4) + Number(7, 4);
     Names(WriteBytes(RawZip({{.name = "bad",
@@ -185,7 +185,7 @@ TEST_F(ArchiveZipHostileTest, ADescriptorThatContradictsTheDirectoryIsSurvived)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
-TEST_F(ArchiveZipHostileTest, ADescriptorThatCorrectsTheDirectoryEndsTheEntryWell)
+TEST_F(ArchiveZipHostileTest, AcceptsADescriptorThatCorrectsTheDirectory)
 {
     const std::string content = "line\nrest";
     const std::string descriptor =
@@ -207,7 +207,7 @@ TEST_F(ArchiveZipHostileTest, ADescriptorThatCorrectsTheDirectoryEndsTheEntryWel
     EXPECT_EQ(static_cast<wxZipInputStream*>(*m_stream)->GetLastError(), wxSTREAM_EOF);
 }
 
-TEST_F(ArchiveZipHostileTest, EveryTruncatedArchiveEndsQuietly)
+TEST_F(ArchiveZipHostileTest, ReadsEveryTruncatedArchiveQuietly)
 {
     const std::string archive = RawZip({{.name = "a", .data = "line\nand words"}, c_whole});
 
@@ -217,7 +217,7 @@ TEST_F(ArchiveZipHostileTest, EveryTruncatedArchiveEndsQuietly)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(ArchiveZipHostileTest, EveryChangedByteIsSurvivedQuietly)
+TEST_F(ArchiveZipHostileTest, SurvivesEveryChangedByteQuietly)
 {
     const std::string archive = RawZip({{.name = "a", .data = "line\nand words"}, c_whole});
 
@@ -230,7 +230,7 @@ TEST_F(ArchiveZipHostileTest, EveryChangedByteIsSurvivedQuietly)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(ArchiveZipHostileTest, NamesThatLeadElsewhereComeInTheFrameworksForm)
+TEST_F(ArchiveZipHostileTest, ListsNamesThatLeadElsewhereAsWxWidgetsDoes)
 {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"../up", L"../up"},  {"a/../../b", L"a/../../b"}, {"a\\b", L"a\\b"},
@@ -244,7 +244,7 @@ TEST_F(ArchiveZipHostileTest, NamesThatLeadElsewhereComeInTheFrameworksForm)
     }
 }
 
-TEST_F(ArchiveZipHostileTest, AnArchiveThatIsReplacedIsReadToItsEnd)
+TEST_F(ArchiveZipHostileTest, ReadsAReplacedArchiveToItsEnd)
 {
     Names(WriteBytes(RawZip({c_whole, {.name = "a", .data = std::string(100'000, 'x')}})));
     m_directory.WriteFile(L"other.zip", "This is no archive.");
@@ -256,7 +256,7 @@ TEST_F(ArchiveZipHostileTest, AnArchiveThatIsReplacedIsReadToItsEnd)
     EXPECT_THAT(Names(Path()), IsEmpty());
 }
 
-TEST_F(ArchiveZipHostileTest, AnArchiveThatIsCutShortMeanwhileEndsThere)
+TEST_F(ArchiveZipHostileTest, EndsWhereAnArchiveIsCutShortMeanwhile)
 {
     Names(WriteBytes(RawZip({c_whole, {.name = "a", .data = std::string(100'000, 'x')}})));
 
@@ -267,7 +267,7 @@ TEST_F(ArchiveZipHostileTest, AnArchiveThatIsCutShortMeanwhileEndsThere)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
-TEST_F(ArchiveZipHostileTest, AnArchiveThatIsOverwrittenMeanwhileGivesNothingOfTheOldOne)
+TEST_F(ArchiveZipHostileTest, ReadsNothingOldFromAnArchiveOverwrittenMeanwhile)
 {
     Names(WriteBytes(RawZip({c_whole, {.name = "a", .data = std::string(100'000, 'x')}})));
 
@@ -277,7 +277,7 @@ TEST_F(ArchiveZipHostileTest, AnArchiveThatIsOverwrittenMeanwhileGivesNothingOfT
     EXPECT_FALSE(IsOk());
 }
 
-TEST_F(ArchiveZipHostileTest, DirectoriesAreNotOpened)
+TEST_F(ArchiveZipHostileTest, DoesNotOpenDirectories)
 {
     m_archive.Open(m_directory.File(L""));
 

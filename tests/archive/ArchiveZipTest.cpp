@@ -74,7 +74,7 @@ TEST_F(ArchiveZipTest, FiltersByTheBeginningOfNamesRegardlessOfCase)
             << testing::PrintToString(filter);
 }
 
-TEST_F(ArchiveZipTest, OfEntriesWithOneNameTheFirstCounts)
+TEST_F(ArchiveZipTest, KeepsTheFirstOfEntriesWithOneName)
 {
     const TString<wchar_t> path = Write({{L"a", "first"}, {L"a", "second"}});
 
@@ -82,7 +82,7 @@ TEST_F(ArchiveZipTest, OfEntriesWithOneNameTheFirstCounts)
     EXPECT_EQ(Bytes(L"a"), "first");
 }
 
-TEST_F(ArchiveZipTest, EntriesTellWhatTheArchiveSays)
+TEST_F(ArchiveZipTest, ReportsWhatTheArchiveSaysOfEachEntry)
 {
     Names(Write({{L"a", "four"}, {L"dir/", ""}}), L"", c_all);
 
@@ -101,7 +101,7 @@ TEST_F(ArchiveZipTest, ReadsEntriesInAnyOrder)
     EXPECT_EQ(Bytes(L"b"), std::string(200'000, 'x'));
 }
 
-TEST_F(ArchiveZipTest, BytesAreAppended)
+TEST_F(ArchiveZipTest, AppendsBytes)
 {
     Names(Write({{L"a", "one"}}), L"", c_all);
     std::vector<unsigned char> bytes{'0'};
@@ -111,7 +111,7 @@ TEST_F(ArchiveZipTest, BytesAreAppended)
     EXPECT_EQ(bytes, (std::vector<unsigned char>{'0', 'o', 'n', 'e'}));
 }
 
-TEST_F(ArchiveZipTest, AClosedArchiveIsLogged)
+TEST_F(ArchiveZipTest, LogsTheUseOfAClosedArchive)
 {
     m_entries[L"old"] = smart_ptr<ArchiveZipEntry>();
 
@@ -121,7 +121,7 @@ TEST_F(ArchiveZipTest, AClosedArchiveIsLogged)
                                                      L"  archive is not valid! ")));
 }
 
-TEST_F(ArchiveZipTest, AMissingFileIsLogged)
+TEST_F(ArchiveZipTest, LogsAMissingFile)
 {
     m_archive.Open(m_directory.File(L"missing.zip"));
 
@@ -131,7 +131,7 @@ TEST_F(ArchiveZipTest, AMissingFileIsLogged)
     EXPECT_TRUE(m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>()).IsValid());
 }
 
-TEST_F(ArchiveZipTest, AFileThatIsNoArchiveHasNoEntriesTheFirstTime)
+TEST_F(ArchiveZipTest, FindsNoEntriesTheFirstTimeInAFileThatIsNoArchive)
 {
     m_archive.Open(m_directory.WriteFile(L"text.zip", "This is no archive."));
 
@@ -150,7 +150,7 @@ TEST_F(ArchiveZipTest, IsListedAgainAfterItWasOpenedAgain)
     EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
 }
 
-TEST_F(ArchiveZipTest, StreamsOutliveTheArchive)
+TEST_F(ArchiveZipTest, LetsStreamsOutliveTheArchive)
 {
     Names(Write({{L"a", "one"}}), L"", c_all);
     const smart_ptr<ZipInputStream> stream = m_archive.GetZipInputStream(m_entries[L"a"]);
@@ -162,7 +162,7 @@ TEST_F(ArchiveZipTest, StreamsOutliveTheArchive)
     EXPECT_EQ(bytes.size(), 3u);
 }
 
-TEST_F(ArchiveZipTest, AllEntriesShareOneStream)
+TEST_F(ArchiveZipTest, SharesOneStreamAmongAllEntries)
 {
     Names(Write({{L"a", "one"}, {L"b", "two"}}));
     const smart_ptr<ZipInputStream> first = m_archive.GetZipInputStream(m_entries[L"a"]);
@@ -175,7 +175,7 @@ TEST_F(ArchiveZipTest, AllEntriesShareOneStream)
     EXPECT_EQ(bytes, (std::vector<unsigned char>{'t', 'w', 'o'}));
 }
 
-TEST_F(ArchiveZipTest, WithoutAnEntryTheStreamStaysWhereItIs)
+TEST_F(ArchiveZipTest, LeavesTheStreamWhereItIsWithoutAnEntry)
 {
     Names(Write({{L"a", "one two "}}));
     TString<wchar_t> word;
@@ -186,7 +186,7 @@ TEST_F(ArchiveZipTest, WithoutAnEntryTheStreamStaysWhereItIs)
     EXPECT_EQ(word, L"two");
 }
 
-TEST_F(ArchiveZipTest, AnotherArchiveTakesThePlaceOfTheFirst)
+TEST_F(ArchiveZipTest, OpensAnotherArchiveInPlaceOfTheFirst)
 {
     Names(Write({{L"a", "one"}}));
     const smart_ptr<ZipInputStream> first = m_archive.GetZipInputStream(m_entries[L"a"]);
@@ -210,7 +210,7 @@ TEST_F(ArchiveZipTest, IsWhatProgramsDeriveFromAndPassOn)
     static_assert(std::is_base_of_v<InputStream, ZipInputStream>);
 }
 
-TEST_F(ArchiveZipTest, AClosedArchiveHasNoStream)
+TEST_F(ArchiveZipTest, HasNoStreamWhenClosed)
 {
     Names(Write({{L"a", "one"}}), L"", c_all);
     m_archive.Close();
@@ -218,7 +218,7 @@ TEST_F(ArchiveZipTest, AClosedArchiveHasNoStream)
     EXPECT_FALSE(m_archive.GetZipInputStream(m_entries[L"a"]).IsValid());
 }
 
-TEST_F(ArchiveZipTest, ADamagedEntryDoesNotSpoilTheNext)
+TEST_F(ArchiveZipTest, ReadsTheEntryAfterADamagedOne)
 {
     Write({{L"a", "some text that is stored"}, {L"b", "whole"}});
     std::string bytes = m_directory.ReadFile(L"archive.zip");
@@ -232,7 +232,7 @@ TEST_F(ArchiveZipTest, ADamagedEntryDoesNotSpoilTheNext)
     EXPECT_EQ(Bytes(L"b"), "whole");
 }
 
-TEST_F(ArchiveZipTest, AnArchiveBehindAPrefixIsFound)
+TEST_F(ArchiveZipTest, FindsAnArchiveAfterAPrefix)
 {
     Write({{L"a", "one"}});
     const std::string bytes = m_directory.ReadFile(L"archive.zip");
@@ -242,7 +242,7 @@ TEST_F(ArchiveZipTest, AnArchiveBehindAPrefixIsFound)
     EXPECT_EQ(Bytes(L"a"), "one");
 }
 
-TEST_F(ArchiveZipTest, ATruncatedArchiveEndsQuietly)
+TEST_F(ArchiveZipTest, ReadsATruncatedArchiveQuietly)
 {
     Write({{L"a", std::string(100'000, 'x')}, {L"b", "two"}});
     const std::string bytes = m_directory.ReadFile(L"archive.zip");
@@ -258,7 +258,7 @@ TEST_F(ArchiveZipTest, ATruncatedArchiveEndsQuietly)
     }
 }
 
-TEST_F(ArchiveZipTest, NamesOfEveryKindComeAsTheyAre)
+TEST_F(ArchiveZipTest, ListsNamesOfEveryKindAsTheyAre)
 {
     const TString<wchar_t> path =
         Write({{L"../up", ""}, {L"/absolute", ""}, {L"a\\b", ""}, {L"\u00E9\u6F22", ""}});
@@ -270,7 +270,7 @@ TEST_F(ArchiveZipTest, NamesOfEveryKindComeAsTheyAre)
     }
 }
 
-TEST_F(ArchiveZipTest, NamesInOtherEncodingsStayApart)
+TEST_F(ArchiveZipTest, KeepsNamesInOtherEncodingsApart)
 {
     Write({{L"aa", "first"}, {L"bb", "second"}});
     // Names of bytes that are not UTF-8, in the entries' headers and in the directory.
@@ -304,7 +304,7 @@ TEST_F(ArchiveZipTest, ListsManyEntries)
     EXPECT_EQ(Names(Write(content), L"", c_all).size(), 10'000u);
 }
 
-TEST_F(ArchiveZipTest, EntriesThatDoNotFitIntoMemoryAreNone)
+TEST_F(ArchiveZipTest, ListsNoEntriesWhenOutOfMemory)
 {
     const TString<wchar_t> path = Write({{L"a", "one"}, {std::wstring(60'000, L'b'), "two"}});
     m_archive.Open(path);
@@ -319,7 +319,7 @@ TEST_F(ArchiveZipTest, EntriesThatDoNotFitIntoMemoryAreNone)
     EXPECT_EQ(Names(path).size(), 2u);
 }
 
-TEST_F(ArchiveZipTest, SaysNothingToTheTerminal)
+TEST_F(ArchiveZipTest, PrintsNothingToTheTerminal)
 {
     testing::internal::CaptureStderr();
     Write({{L"a", std::string(1000, 'x')}});

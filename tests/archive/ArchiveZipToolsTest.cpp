@@ -116,7 +116,7 @@ TEST_F(ArchiveZipToolsTest, ReadsAnArchiveBehindAProgram)
     ExpectFiles();
 }
 
-TEST_F(ArchiveZipToolsTest, EncryptedEntriesYieldNoPlainTextAndDoNotSpoilOthers)
+TEST_F(ArchiveZipToolsTest, ReadsNoPlainTextFromEncryptedEntriesAndAllOfTheOthers)
 {
     Run("zip -q -0 -P secret archive.zip long.txt && zip -q -r archive.zip sub");
     Names(Path());
@@ -139,7 +139,7 @@ TEST_F(ArchiveZipToolsTest, ReadsACommentThatLooksLikeAnEnd)
     EXPECT_EQ(Bytes(L"a"), "one");
 }
 
-TEST_F(ArchiveZipToolsTest, NamesInUtf8ComeInEveryLocale)
+TEST_F(ArchiveZipToolsTest, ListsNamesInUtf8InEveryLocale)
 {
     RunPython("z.writestr('\\u00e9t\\u00e9/\\u6f22', 'one')");
     for (const char* const name : {"C", "C.UTF-8"}) {
@@ -150,7 +150,7 @@ TEST_F(ArchiveZipToolsTest, NamesInUtf8ComeInEveryLocale)
 }
 
 // wxWidgets reads the environment once per process.
-TEST_F(ArchiveZipToolsTest, OtherNamesAreInTheEnvironmentsEncodingOrLatin1)
+TEST_F(ArchiveZipToolsTest, DecodesOtherNamesByTheEnvironmentOrAsLatin1)
 {
     // Python marks names outside ASCII as UTF-8: the test clears the flag.
     RunPython("z.writestr('\\u00e9', 'one')");
@@ -171,7 +171,7 @@ TEST_F(ArchiveZipToolsTest, OtherNamesAreInTheEnvironmentsEncodingOrLatin1)
     }
 }
 
-TEST_F(ArchiveZipToolsTest, OfMethodsThatAreNotKnownNothingComes)
+TEST_F(ArchiveZipToolsTest, ReadsNothingOfUnknownMethods)
 {
     RunPython("z.write('long.txt', compress_type=zipfile.ZIP_BZIP2);"
               "z.write('sub/short.txt', compress_type=zipfile.ZIP_DEFLATED)");
@@ -182,7 +182,7 @@ TEST_F(ArchiveZipToolsTest, OfMethodsThatAreNotKnownNothingComes)
     EXPECT_EQ(Bytes(L"sub/short.txt"), "short");
 }
 
-TEST_F(ArchiveZipToolsTest, EntriesKeepTheirDateAndPermissions)
+TEST_F(ArchiveZipToolsTest, KeepsDateAndPermissionsOfEntries)
 {
     RunPython("i = zipfile.ZipInfo('a', (2020, 2, 29, 13, 14, 16));"
               "i.create_system = 3; i.external_attr = 0o100444 << 16 | 1; z.writestr(i, 'one')");

@@ -87,7 +87,7 @@ TEST_F(ZipInputStreamTest, ReadsLinesOfEveryKindOfEnd)
               (std::vector<std::wstring>{L"one", L"two", L"three", L"four", L"", L"six"}));
 }
 
-TEST_F(ZipInputStreamTest, ALastLineWithoutAnEndIsLost)
+TEST_F(ZipInputStreamTest, LosesALastLineWithoutAnEnd)
 {
     EXPECT_EQ(Lines("one\ntwo"), (std::vector<std::wstring>{L"one"}));
     EXPECT_EQ(Lines("one"), std::vector<std::wstring>());
@@ -114,12 +114,12 @@ TEST_F(ZipInputStreamTest, ReadsWordsBetweenBlanksTabsAndLineEnds)
               (std::vector<std::wstring>{L"one", L"two", L"three", L""}));
 }
 
-TEST_F(ZipInputStreamTest, TheLastWordNeedsNoEnd)
+TEST_F(ZipInputStreamTest, ReadsALastWordWithoutAnEnd)
 {
     EXPECT_EQ(Words("one two"), (std::vector<std::wstring>{L"one", L"two"}));
 }
 
-TEST_F(ZipInputStreamTest, WordsLinesAndBytesFollowEachOther)
+TEST_F(ZipInputStreamTest, ReadsWordsLinesAndBytesInTurn)
 {
     OpenEntry entry(Write("a word then\na line\nand bytes"));
     TString<wchar_t> first;
@@ -141,7 +141,7 @@ TEST_F(ZipInputStreamTest, WordsLinesAndBytesFollowEachOther)
     EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "and bytes");
 }
 
-TEST_F(ZipInputStreamTest, TheFrameworkKnowsThePositionBetweenReads)
+TEST_F(ZipInputStreamTest, LeavesWxWidgetsAtThePositionBetweenReads)
 {
     OpenEntry entry(Write("one\ntwo\n"));
     TString<wchar_t> line;
@@ -151,14 +151,14 @@ TEST_F(ZipInputStreamTest, TheFrameworkKnowsThePositionBetweenReads)
     EXPECT_EQ(entry.Framework().TellI(), 4);
 }
 
-TEST_F(ZipInputStreamTest, AByteOrderMarkCountsWhereAnOperationBegins)
+TEST_F(ZipInputStreamTest, HonoursAByteOrderMarkWhereAnOperationBegins)
 {
     const std::string marked = "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n";
 
     EXPECT_EQ(Lines(marked), (std::vector<std::wstring>{L"one", L"two"}));
 }
 
-TEST_F(ZipInputStreamTest, WhatDoesNotFitIntoMemoryIsAnError)
+TEST_F(ZipInputStreamTest, FailsWhenOutOfMemory)
 {
     const TString<wchar_t> path = Write(std::string(5'000'000, 'x') + "\n");
     TString<wchar_t> text = L"old";
@@ -179,7 +179,7 @@ TEST_F(ZipInputStreamTest, WhatDoesNotFitIntoMemoryIsAnError)
     EXPECT_LT(bytes.size(), 1'000'000u);
 }
 
-TEST_F(ZipInputStreamTest, WithoutAStreamThereIsNothing)
+TEST_F(ZipInputStreamTest, ReadsNothingWithoutAStream)
 {
     ZipInputStream stream(nullptr);
     TString<wchar_t> text = L"old";
@@ -267,7 +267,7 @@ std::string ReadOnce(unsigned long way, OpenEntry& entry, wxZipInputStream& refe
     return entry.Framework().GetLastError() == reference.GetLastError() ? "" : "state";
 }
 
-TEST_F(ZipInputStreamTest, RandomTextsReadAsByAFreshReaderForEveryCall)
+TEST_F(ZipInputStreamTest, ReadsRandomTextsAsAFreshReaderPerCallDoes)
 {
     const wxLogNull silence;
     std::mt19937 random(1);

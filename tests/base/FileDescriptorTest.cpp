@@ -48,7 +48,7 @@ TEST_F(FileDescriptorTest, OpensNoDirectory)
     }
 }
 
-TEST_F(FileDescriptorTest, OpenWaitsForTheOtherEndOfAPipe)
+TEST_F(FileDescriptorTest, WaitsForTheOtherEndOfAPipe)
 {
     const std::string path = Pipe();
     const auto writer = std::async(std::launch::async, [&path] {
@@ -63,7 +63,7 @@ TEST_F(FileDescriptorTest, OpenWaitsForTheOtherEndOfAPipe)
     EXPECT_FALSE(file.IsRegular());
 }
 
-TEST_F(FileDescriptorTest, OpenRegularWaitsForNothing)
+TEST_F(FileDescriptorTest, WaitsForNothingInOpenRegular)
 {
     const std::string path = Pipe();
 
@@ -71,7 +71,7 @@ TEST_F(FileDescriptorTest, OpenRegularWaitsForNothing)
     EXPECT_FALSE(FileDescriptor::OpenRegular("/dev/null", O_RDWR).IsOpen());
 }
 
-TEST_F(FileDescriptorTest, NoFileStaysNonBlocking)
+TEST_F(FileDescriptorTest, LeavesNoFileNonBlocking)
 {
     const std::string path = File("text");
 
@@ -79,7 +79,7 @@ TEST_F(FileDescriptorTest, NoFileStaysNonBlocking)
     EXPECT_EQ(StatusFlags(FileDescriptor::OpenRegular(path, O_RDONLY)) & O_NONBLOCK, 0);
 }
 
-TEST_F(FileDescriptorTest, OpenRegularKeepsItsFlags)
+TEST_F(FileDescriptorTest, KeepsTheFlagsOfOpenRegular)
 {
     const FileDescriptor file =
         FileDescriptor::OpenRegular(File("text"), O_WRONLY | O_CREAT | O_APPEND);
@@ -88,7 +88,7 @@ TEST_F(FileDescriptorTest, OpenRegularKeepsItsFlags)
     EXPECT_EQ(::fcntl(file.Get(), F_GETFD), FD_CLOEXEC);
 }
 
-TEST_F(FileDescriptorTest, ReadAllGivesWhatIsLeftAndFails)
+TEST_F(FileDescriptorTest, ReadsWhatIsLeftAndFailsInReadAll)
 {
     const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
     char bytes[7] = "------";
@@ -97,7 +97,7 @@ TEST_F(FileDescriptorTest, ReadAllGivesWhatIsLeftAndFails)
     EXPECT_STREQ(bytes, "text--");
 }
 
-TEST_F(FileDescriptorTest, ReadAtLeavesThePosition)
+TEST_F(FileDescriptorTest, LeavesThePositionInReadAt)
 {
     const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
     char byte = '-';
@@ -108,7 +108,7 @@ TEST_F(FileDescriptorTest, ReadAtLeavesThePosition)
     EXPECT_EQ(byte, 't');
 }
 
-TEST_F(FileDescriptorTest, ClosedFileHasNothing)
+TEST_F(FileDescriptorTest, HasNothingWhenClosed)
 {
     const FileDescriptor file;
     char byte = '-';

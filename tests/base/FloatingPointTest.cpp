@@ -79,7 +79,7 @@ std::string RandomNumber(std::mt19937& random)
     return text;
 }
 
-TEST(FloatingPointComparisonTest, BothParsersGiveTheSameBits)
+TEST(FloatingPointComparisonTest, ParsesTheSameBitsBothWays)
 {
     constexpr int rounds = 50'000;
     std::mt19937 random(1);

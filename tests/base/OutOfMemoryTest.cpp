@@ -10,18 +10,18 @@
 namespace Toolkit::Base {
 namespace {
 
-TEST(OutOfMemoryTest, ResultOrReturnsTheResult)
+TEST(OutOfMemoryTest, ReturnsTheResult)
 {
     EXPECT_EQ(ResultOr("failure", [] { return std::string("result"); }), "result");
 }
 
-TEST(OutOfMemoryTest, ResultOrReturnsTheFailureInsteadOfAnException)
+TEST(OutOfMemoryTest, ReturnsTheFailureInsteadOfAnException)
 {
     EXPECT_EQ(ResultOr(-1, []() -> int { throw std::bad_alloc(); }), -1);
     EXPECT_EQ(ResultOr(-1, []() -> int { throw std::length_error("too long"); }), -1);
 }
 
-TEST(OutOfMemoryTest, ResultOrMovesItsResult)
+TEST(OutOfMemoryTest, MovesItsResult)
 {
     const auto result = ResultOr(nullptr, [] { return std::make_unique<int>(7); });
 
@@ -36,7 +36,7 @@ TEST(OutOfMemoryTest, CompletesTellsAnEndFromAnException)
 }
 
 // A regular expression throws a smart_ptr, which is not a std::exception.
-TEST(OutOfMemoryTest, WhatIsNoStandardExceptionPasses)
+TEST(OutOfMemoryTest, PassesOnWhatIsNoStandardException)
 {
     struct Foreign {};
 

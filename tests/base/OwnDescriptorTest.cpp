@@ -88,7 +88,7 @@ TEST_F(OwnDescriptorTest, WatchesAnotherInsteadOfTheFirst)
     EXPECT_TRUE(HoldsInChild([&] { return IsRegular(m_file.Get()) && !IsRegular(other.Get()); }));
 }
 
-TEST_F(OwnDescriptorTest, NoDescriptorIsNotWatched)
+TEST_F(OwnDescriptorTest, DoesNotWatchAMissingDescriptor)
 {
     OwnDescriptor own;
     own.Watch(-1);
@@ -96,7 +96,7 @@ TEST_F(OwnDescriptorTest, NoDescriptorIsNotWatched)
     EXPECT_TRUE(HoldsInChild([this] { return IsRegular(m_file.Get()); }));
 }
 
-TEST_F(OwnDescriptorTest, AChildWatchesItsOwnWhileThreadsOfItsParentDo)
+TEST_F(OwnDescriptorTest, WatchesAChildsOwnWhileThreadsOfItsParentDo)
 {
     std::atomic<bool> stop{false};
     std::thread watcher([&] {

@@ -5,19 +5,19 @@
 namespace Toolkit::Base {
 namespace {
 
-TEST(ShortenNameTest, ANameThatFitsStaysAsItIs)
+TEST(ShortenNameTest, LeavesANameThatFits)
 {
     EXPECT_EQ(ShortenName("", 16), "");
     EXPECT_EQ(ShortenName("0123456789abcdef", 16), "0123456789abcdef");
 }
 
-TEST(ShortenNameTest, ALongerNameKeepsItsBeginningInFrontOfAHash)
+TEST(ShortenNameTest, KeepsTheBeginningOfALongerNameBeforeAHash)
 {
     EXPECT_EQ(ShortenName("a name that is too long", 20), "a na225ecdc4bded9854");
     EXPECT_EQ(ShortenName("a name that is too long", 16), "225ecdc4bded9854");
 }
 
-TEST(ShortenNameTest, TheHashIsTheOnePublished)
+TEST(ShortenNameTest, ComputesThePublishedHash)
 {
     EXPECT_EQ(FormatHash(""), "cbf29ce484222325");
     EXPECT_EQ(FormatHash("a"), "af63dc4c8601ec8c");

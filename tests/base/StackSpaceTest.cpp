@@ -26,7 +26,7 @@ std::size_t AskOnOwnStack(std::vector<char>& stack)
     return s_leftOnOwnStack;
 }
 
-TEST(StackSpaceTest, TheCallersFrameLiesInTheBounds)
+TEST(StackSpaceTest, ContainsTheCallersFrame)
 {
     const StackBounds bounds = GetStackBounds();
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
@@ -35,7 +35,7 @@ TEST(StackSpaceTest, TheCallersFrameLiesInTheBounds)
     EXPECT_LT(here, bounds.end);
 }
 
-TEST(StackSpaceTest, WhatIsLeftIsCountedDownToTheBegin)
+TEST(StackSpaceTest, CountsDownToTheBeginOfTheStack)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const std::size_t left = here - GetStackBounds().begin;
@@ -44,7 +44,7 @@ TEST(StackSpaceTest, WhatIsLeftIsCountedDownToTheBegin)
     EXPECT_GT(GetStackSpaceLeft(), left - 65536);
 }
 
-TEST(StackSpaceTest, EachThreadHasItsOwnBounds)
+TEST(StackSpaceTest, HasBoundsForEachThread)
 {
     const std::uintptr_t here = GetStackBounds().begin;
     std::uintptr_t there = here;
@@ -53,7 +53,7 @@ TEST(StackSpaceTest, EachThreadHasItsOwnBounds)
     EXPECT_NE(here, there);
 }
 
-TEST(StackSpaceTest, LittleIsAssumedOnAStackThatTheSystemDoesNotKnow)
+TEST(StackSpaceTest, AssumesLittleOnAStackUnknownToTheSystem)
 {
     std::vector<char> stack(256 * 1024);
 

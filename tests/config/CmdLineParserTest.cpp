@@ -39,14 +39,14 @@ protected:
     smart_ptr<CmdLineOption> m_file = new CmdLineOption(L"file", true);
 };
 
-TEST_F(CmdLineParserTest, ConstantsAreBlankAndTabDashAndQuote)
+TEST_F(CmdLineParserTest, DefinesSpaceAndTabDashAndQuote)
 {
     EXPECT_EQ(CmdLineParser::c_strSeparators, L" \t");
     EXPECT_EQ(CmdLineParser::c_strIdentifiers, L"-");
     EXPECT_EQ(CmdLineParser::c_strDelimiters, L"\"");
 }
 
-TEST_F(CmdLineParserTest, TokensAreSeparatedByBlanksAndTabsAlone)
+TEST_F(CmdLineParserTest, SeparatesTokensBySpacesAndTabsAlone)
 {
     const std::pair<const wchar_t*, Tokens> cases[] = {
         {L"", {}},
@@ -78,20 +78,20 @@ TEST_F(CmdLineParserTest, QuotesEncloseATokenThatTheyBegin)
     }
 }
 
-TEST_F(CmdLineParserTest, QuoteInsideATokenIsAnOrdinaryCharacter)
+TEST_F(CmdLineParserTest, TreatsAQuoteInsideATokenAsAnOrdinaryCharacter)
 {
     EXPECT_THAT(Tokenized(L"a\"b c\""), ElementsAre(L"a\"b", L"c\""));
     EXPECT_THAT(Tokenized(L"-name=\"a b\""), ElementsAre(L"-name=\"a", L"b\""));
 }
 
-TEST_F(CmdLineParserTest, UnterminatedQuoteEndsTheLine)
+TEST_F(CmdLineParserTest, DropsAnUnterminatedQuoteAndWhatFollows)
 {
     EXPECT_THAT(Tokenized(L"x \"y z"), ElementsAre(L"x"));
     EXPECT_THAT(Tokenized(L"x \""), ElementsAre(L"x"));
     EXPECT_THAT(Tokenized(L"\"x\"\"y z"), ElementsAre(L"x"));
 }
 
-TEST_F(CmdLineParserTest, LineMayBeAmongTheTokensThatGo)
+TEST_F(CmdLineParserTest, TokenizesALineThatIsAmongTheTokensReplaced)
 {
     Tokens tokens{L"first", L"second \"a long line that has memory of its own\" third"};
 
@@ -100,12 +100,12 @@ TEST_F(CmdLineParserTest, LineMayBeAmongTheTokensThatGo)
                 ElementsAre(L"second", L"a long line that has memory of its own", L"third"));
 }
 
-TEST_F(CmdLineParserTest, TokensMayHoldNullCharacters)
+TEST_F(CmdLineParserTest, KeepsNullCharactersInTokens)
 {
     EXPECT_THAT(Tokenized(std::wstring(L"a\0b c", 5)), ElementsAre(std::wstring(L"a\0b", 3), L"c"));
 }
 
-TEST_F(CmdLineParserTest, OptionsAreDefinedAndTakeTheTokenBehindThem)
+TEST_F(CmdLineParserTest, DefinesOptionsWithTheTokenAfterThem)
 {
     EXPECT_TRUE(Parse({L"tool", L"-v", L"-file", L"x.txt"}));
     EXPECT_TRUE(m_v->IsDefined());
@@ -114,7 +114,7 @@ TEST_F(CmdLineParserTest, OptionsAreDefinedAndTakeTheTokenBehindThem)
     EXPECT_EQ(m_file->GetValue(), L"x.txt");
 }
 
-TEST_F(CmdLineParserTest, MissingRequiredOptionFails)
+TEST_F(CmdLineParserTest, FailsWithoutARequiredOption)
 {
     EXPECT_FALSE(Parse({L"-v"}));
     EXPECT_TRUE(m_v->IsDefined());
@@ -128,20 +128,20 @@ TEST_F(CmdLineParserTest, OnlyTheFirstTokenBehindAnOptionIsItsValue)
     EXPECT_EQ(m_v->GetValue(), L"yes");
 }
 
-TEST_F(CmdLineParserTest, LastValueOfARepeatedOptionCounts)
+TEST_F(CmdLineParserTest, KeepsTheLastValueOfARepeatedOption)
 {
     EXPECT_TRUE(Parse({L"-file", L"first", L"-file", L"second", L"-file"}));
     EXPECT_EQ(m_file->GetValue(), L"second");
 }
 
-TEST_F(CmdLineParserTest, ValueOfAnUnknownOptionIsIgnored)
+TEST_F(CmdLineParserTest, IgnoresTheValueOfAnUnknownOption)
 {
     EXPECT_TRUE(Parse({L"-file", L"-other", L"x.txt"}));
     EXPECT_TRUE(m_file->IsDefined());
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, EmptyTokenIsAValue)
+TEST_F(CmdLineParserTest, TakesAnEmptyTokenAsAValue)
 {
     m_file->SetValue(L"old");
 
@@ -149,7 +149,7 @@ TEST_F(CmdLineParserTest, EmptyTokenIsAValue)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, NamesAreComparedAsTheyAreTyped)
+TEST_F(CmdLineParserTest, ComparesNamesAsTheyAreTyped)
 {
     for (const wchar_t* const argument : {L"-V", L"--v", L"v", L"-v=1", L"-", L" -v", L"-v "}) {
         SCOPED_TRACE(testing::PrintToString(argument));
@@ -158,7 +158,7 @@ TEST_F(CmdLineParserTest, NamesAreComparedAsTheyAreTyped)
     }
 }
 
-TEST_F(CmdLineParserTest, ExactlyOneDashIsRemoved)
+TEST_F(CmdLineParserTest, RemovesExactlyOneDash)
 {
     const smart_ptr<CmdLineOption> dashed(new CmdLineOption(L"-x", false));
     const smart_ptr<CmdLineOption> nameless(new CmdLineOption(L"", false));
@@ -171,7 +171,7 @@ TEST_F(CmdLineParserTest, ExactlyOneDashIsRemoved)
     EXPECT_EQ(nameless->GetValue(), L"value");
 }
 
-TEST_F(CmdLineParserTest, RegisteredNamesAreLowered)
+TEST_F(CmdLineParserTest, LowersRegisteredNames)
 {
     const smart_ptr<CmdLineOption> verbose(new CmdLineOption(L"Verbose", false));
     EXPECT_EQ(verbose->GetName(), L"verbose");
@@ -184,7 +184,7 @@ TEST_F(CmdLineParserTest, RegisteredNamesAreLowered)
     }
 }
 
-TEST_F(CmdLineParserTest, NegativeNumberIsAnOption)
+TEST_F(CmdLineParserTest, TreatsANegativeNumberAsAnOption)
 {
     const smart_ptr<CmdLineOption> five(new CmdLineOption(L"5", false));
     CmdLineParser parser(TString<wchar_t>(L"-file -5"));
@@ -196,7 +196,7 @@ TEST_F(CmdLineParserTest, NegativeNumberIsAnOption)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, DashInsideATokenIsAnOrdinaryCharacter)
+TEST_F(CmdLineParserTest, TreatsADashInsideATokenAsAnOrdinaryCharacter)
 {
     for (const wchar_t* const value : {L"a-b", L"x-v", L"trailing-", L" -v"}) {
         EXPECT_TRUE(Parse({L"-file", value}));
@@ -224,7 +224,7 @@ TEST_F(CmdLineParserTest, TakesAnOptionByValue)
     EXPECT_TRUE((std::is_same_v<decltype(&CmdLineParser::AddOption), AddOption>));
 }
 
-TEST_F(CmdLineParserTest, EmptyAndRepeatedOptionsAreRefused)
+TEST_F(CmdLineParserTest, RefusesEmptyAndRepeatedOptions)
 {
     CmdLineParser parser(TString<wchar_t>(L"-v"));
 
@@ -236,7 +236,7 @@ TEST_F(CmdLineParserTest, EmptyAndRepeatedOptionsAreRefused)
     EXPECT_TRUE(m_v->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, ParsingAgainKeepsWhatOptionsHold)
+TEST_F(CmdLineParserTest, KeepsWhatOptionsHoldWhenParsingAgain)
 {
     CmdLineParser parser(TString<wchar_t>(L"-v"));
     parser.AddOption(m_v);
@@ -249,7 +249,7 @@ TEST_F(CmdLineParserTest, ParsingAgainKeepsWhatOptionsHold)
     EXPECT_EQ(m_file->GetValue(), L"kept");
 }
 
-TEST_F(CmdLineParserTest, OptionsKeepTheirStates)
+TEST_F(CmdLineParserTest, KeepsTheStatesOfOptions)
 {
     CmdLineOption option(L"Name", true);
     EXPECT_FALSE(option.IsDefined());
@@ -263,13 +263,13 @@ TEST_F(CmdLineParserTest, OptionsKeepTheirStates)
     EXPECT_EQ(option.GetValue(), L"value");
 }
 
-TEST_F(CmdLineParserTest, ArgumentsAreTakenAsTheyAre)
+TEST_F(CmdLineParserTest, TakesArgumentsAsTheyAre)
 {
     EXPECT_TRUE(Parse({L"-file", L" \"a b\" "}));
     EXPECT_EQ(m_file->GetValue(), L" \"a b\" ");
 }
 
-TEST_F(CmdLineParserTest, NarrowArgumentsAreUtf8)
+TEST_F(CmdLineParserTest, ReadsNarrowArgumentsAsUtf8)
 {
     std::array<const char*, 3> arguments = {"tool", "-file", "caf\xC3\xA9 \xF0\x9F\x98\x80"};
     CmdLineParser parser(3, arguments.data());
@@ -279,7 +279,7 @@ TEST_F(CmdLineParserTest, NarrowArgumentsAreUtf8)
     EXPECT_EQ(m_file->GetValue(), L"caf\u00E9 \U0001F600");
 }
 
-TEST_F(CmdLineParserTest, NarrowArgumentInBrokenUtf8IsEmpty)
+TEST_F(CmdLineParserTest, ReadsBrokenUtf8AsAnEmptyArgument)
 {
     std::array<const char*, 2> arguments = {"-file", "caf\xE9"};
     m_file->SetValue(L"old");
@@ -290,7 +290,7 @@ TEST_F(CmdLineParserTest, NarrowArgumentInBrokenUtf8IsEmpty)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, ArgumentsOfMainAreTakenToo)
+TEST_F(CmdLineParserTest, TakesTheArgumentsOfMain)
 {
     char narrowOption[] = "-file";
     char narrowValue[] = "x";
@@ -307,7 +307,7 @@ TEST_F(CmdLineParserTest, ArgumentsOfMainAreTakenToo)
     EXPECT_TRUE(m_v->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, CountsAndVectorsThatDisagreeAreHarmless)
+TEST_F(CmdLineParserTest, SurvivesCountsAndVectorsThatDisagree)
 {
     const char* arguments[] = {"-v", nullptr, "-file"};
     CmdLineParser cutShort(3, arguments);
@@ -322,7 +322,7 @@ TEST_F(CmdLineParserTest, CountsAndVectorsThatDisagreeAreHarmless)
     EXPECT_TRUE(m_v->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, OneTextIsTokenized)
+TEST_F(CmdLineParserTest, TokenizesOneText)
 {
     CmdLineParser parser(TString<wchar_t>(L"tool -v  -file \"a b\" c"));
     parser.AddOption(m_v);
@@ -333,7 +333,7 @@ TEST_F(CmdLineParserTest, OneTextIsTokenized)
     EXPECT_EQ(m_file->GetValue(), L"a b");
 }
 
-TEST_F(CmdLineParserTest, OneNarrowTextIsUtf8)
+TEST_F(CmdLineParserTest, ReadsOneNarrowTextAsUtf8)
 {
     CmdLineParser parser(TString<char>("-file \"\xE6\x96\x87 \xE5\xAD\x97\""));
     parser.AddOption(m_file);
@@ -359,7 +359,7 @@ bool ParseWithAFailingAllocation(const smart_ptr<CmdLineOption>& option, long al
     return failing.HasFailed();
 }
 
-TEST_F(CmdLineParserTest, NothingIsThrownWithoutMemory)
+TEST_F(CmdLineParserTest, ThrowsNothingWhenOutOfMemory)
 {
     long allocation = 0;
     while (ParseWithAFailingAllocation(m_file, allocation))
@@ -369,7 +369,7 @@ TEST_F(CmdLineParserTest, NothingIsThrownWithoutMemory)
     EXPECT_EQ(m_file->GetValue(), L"another value that needs memory");
 }
 
-TEST_F(CmdLineParserTest, WithoutMemoryThereAreNoTokens)
+TEST_F(CmdLineParserTest, HasNoTokensWhenOutOfMemory)
 {
     const TString<wchar_t> line = L"short \"a long token that needs memory of its own\"";
     Tokens tokens{L"old"};

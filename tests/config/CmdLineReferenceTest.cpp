@@ -66,7 +66,7 @@ private:
     std::vector<std::wstring> m_tokens;
 };
 
-TEST(CmdLineReferenceTest, TokensOfRandomLinesAreTheSame)
+TEST(CmdLineReferenceTest, TokenizesRandomLinesAsTheReferenceDoes)
 {
     RandomText random(51);
     std::vector<TString<wchar_t>> tokens;

@@ -96,7 +96,7 @@ Sections Contents(const IniFile& ini, const std::vector<std::string>& lines)
     return sections;
 }
 
-TEST(IniFileReferenceTest, SettingsOfRandomFilesAreTheSame)
+TEST(IniFileReferenceTest, ReadsRandomFilesAsTheReferenceDoes)
 {
     const std::string lineEnds[] = {"\n", "\r\n", "\n", "\n"};
     const TempDir directory;

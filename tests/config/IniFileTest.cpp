@@ -56,7 +56,7 @@ protected:
     TempDir m_directory;
 };
 
-TEST_F(IniFileTest, KeysAndValuesAreTrimmedOfBlanksAndTabs)
+TEST_F(IniFileTest, TrimsSpacesAndTabsOffKeysAndValues)
 {
     const std::pair<std::string, std::pair<TString<wchar_t>, TString<wchar_t>>> cases[] = {
         {"key = value", {L"key", L"value"}},
@@ -76,7 +76,7 @@ TEST_F(IniFileTest, KeysAndValuesAreTrimmedOfBlanksAndTabs)
     }
 }
 
-TEST_F(IniFileTest, PipeIsReadToItsEnd)
+TEST_F(IniFileTest, ReadsAPipeToItsEnd)
 {
     const std::string path = m_directory.Path() / "pipe";
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
@@ -88,7 +88,7 @@ TEST_F(IniFileTest, PipeIsReadToItsEnd)
     EXPECT_EQ(ini.GetUint32(L"Main", L"a", 0), 1u);
 }
 
-TEST_F(IniFileTest, FirstEqualsSignEndsTheKey)
+TEST_F(IniFileTest, EndsTheKeyAtTheFirstEqualsSign)
 {
     const IniFile ini = Load("[Main]\na=b=c\nb==\n");
 
@@ -106,7 +106,7 @@ TEST_F(IniFileTest, QuotesAndCommentSignsInValuesHaveNoMeaning)
     EXPECT_EQ(Value(ini, L"Main", L";d"), L"4");
 }
 
-TEST_F(IniFileTest, LinesThatAreNeitherHeaderNorKeyAreIgnored)
+TEST_F(IniFileTest, IgnoresLinesThatAreNeitherHeaderNorKey)
 {
     const IniFile ini = Load("[Main]\n\n;a=1\n;[Other]\nword\nOther]\n[Other\n[\n]\n  [Other]\n"
                              "[Other] \n \t\nb=2\n");
@@ -115,7 +115,7 @@ TEST_F(IniFileTest, LinesThatAreNeitherHeaderNorKeyAreIgnored)
     EXPECT_FALSE(ini.HasSection(L"Other"));
 }
 
-TEST_F(IniFileTest, BracketAloneDoesNotMakeAHeader)
+TEST_F(IniFileTest, DoesNotTreatABracketAloneAsAHeader)
 {
     const IniFile ini = Load("[Main]\n[Main=1\n[a]=2\n");
 
@@ -123,7 +123,7 @@ TEST_F(IniFileTest, BracketAloneDoesNotMakeAHeader)
     EXPECT_EQ(Value(ini, L"Main", L"[a]"), L"2");
 }
 
-TEST_F(IniFileTest, SectionIsNamedByAllThatIsBetweenTheBrackets)
+TEST_F(IniFileTest, NamesASectionByAllThatIsBetweenTheBrackets)
 {
     constexpr std::pair<const char*, const wchar_t*> cases[] = {
         {"[Main]", L"Main"},      {"[ Main ]", L" Main "}, {"[]", L""},
@@ -137,7 +137,7 @@ TEST_F(IniFileTest, SectionIsNamedByAllThatIsBetweenTheBrackets)
     }
 }
 
-TEST_F(IniFileTest, SectionMayBeEmpty)
+TEST_F(IniFileTest, AcceptsAnEmptySection)
 {
     const IniFile ini = Load("[Empty]\n[Main]\na=1\n");
 
@@ -145,7 +145,7 @@ TEST_F(IniFileTest, SectionMayBeEmpty)
     EXPECT_THAT(Keys(ini, L"Empty"), IsEmpty());
 }
 
-TEST_F(IniFileTest, NamesAreCaseSensitive)
+TEST_F(IniFileTest, ComparesNamesCaseSensitively)
 {
     const IniFile ini = Load("[Main]\nA=1\na=2\n[main]\nb=3\n");
 
@@ -156,14 +156,14 @@ TEST_F(IniFileTest, NamesAreCaseSensitive)
     EXPECT_FALSE(ini.HasSection(L"MAIN"));
 }
 
-TEST_F(IniFileTest, FirstValueOfARepeatedKeyCounts)
+TEST_F(IniFileTest, KeepsTheFirstValueOfARepeatedKey)
 {
     const IniFile ini = Load("[Main]\nx=1\nx=2\n x =3\n");
 
     EXPECT_EQ(ini.GetUint32(L"Main", L"x", 0), 1u);
 }
 
-TEST_F(IniFileTest, RepeatedHeaderContinuesItsSection)
+TEST_F(IniFileTest, ContinuesASectionAtARepeatedHeader)
 {
     const IniFile ini = Load("[Main]\na=1\n[Other]\na=2\n[Main]\na=3\nb=4\n");
 
@@ -173,7 +173,7 @@ TEST_F(IniFileTest, RepeatedHeaderContinuesItsSection)
     EXPECT_THAT(Keys(ini, L"Other"), ElementsAre(L"a"));
 }
 
-TEST_F(IniFileTest, KeysAboveTheFirstHeaderAreIgnored)
+TEST_F(IniFileTest, IgnoresKeysAboveTheFirstHeader)
 {
     const IniFile ini = Load("a=1\n[Main]\nb=2\n");
 
@@ -181,7 +181,7 @@ TEST_F(IniFileTest, KeysAboveTheFirstHeaderAreIgnored)
     EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"b"));
 }
 
-TEST_F(IniFileTest, KeysAreListedByCodePoints)
+TEST_F(IniFileTest, ListsKeysByCodePoints)
 {
     const IniFile ini = Load("[Main]\nb=\n\xF0\x9F\x98\x80=\n\xEF\xBF\xBD=\na=\nB=\n10=\n9=\n");
 
@@ -190,7 +190,7 @@ TEST_F(IniFileTest, KeysAreListedByCodePoints)
     EXPECT_THAT(Keys(ini, L"Other"), IsEmpty());
 }
 
-TEST_F(IniFileTest, ValueIsThereEvenWhenEmpty)
+TEST_F(IniFileTest, FindsAnEmptyValue)
 {
     const IniFile ini = Load("[Main]\nn=\n");
 
@@ -203,7 +203,7 @@ TEST_F(IniFileTest, ValueIsThereEvenWhenEmpty)
     EXPECT_TRUE(ini.GetBool(L"Main", L"n", true));
 }
 
-TEST_F(IniFileTest, MissingValueGivesTheDefaultItself)
+TEST_F(IniFileTest, ReturnsTheDefaultItselfForAMissingValue)
 {
     const IniFile ini = Load("[Main]\nn=1\n");
     const TString<wchar_t> none = L"none";
@@ -216,7 +216,7 @@ TEST_F(IniFileTest, MissingValueGivesTheDefaultItself)
     EXPECT_TRUE(ini.GetBool(L"Main", L"m", true));
 }
 
-TEST_F(IniFileTest, UnsignedNumbersAreReadFromTheFrontOfAValue)
+TEST_F(IniFileTest, ReadsUnsignedNumbersFromTheFrontOfAValue)
 {
     constexpr std::pair<const char*, unsigned int> cases[] = {{"12", 12},
                                                               {"12abc", 12},
@@ -238,7 +238,7 @@ TEST_F(IniFileTest, UnsignedNumbersAreReadFromTheFrontOfAValue)
     }
 }
 
-TEST_F(IniFileTest, SignedNumbersAreReadFromTheFrontOfAValue)
+TEST_F(IniFileTest, ReadsSignedNumbersFromTheFrontOfAValue)
 {
     constexpr std::pair<const char*, int> cases[] = {
         {"12", 12},   {"-12abc", -12}, {"abc", 0},
@@ -251,7 +251,7 @@ TEST_F(IniFileTest, SignedNumbersAreReadFromTheFrontOfAValue)
     }
 }
 
-TEST_F(IniFileTest, BoolIsTrueForTheNumberOneOnly)
+TEST_F(IniFileTest, ReadsTrueFromTheNumberOneOnly)
 {
     constexpr std::pair<const char*, bool> cases[] = {
         {"1", true},     {" 1", true},   {"01", true}, {"1abc", true}, {"2", false},
@@ -263,7 +263,7 @@ TEST_F(IniFileTest, BoolIsTrueForTheNumberOneOnly)
     }
 }
 
-TEST_F(IniFileTest, LastLineNeedsNoEnd)
+TEST_F(IniFileTest, ReadsALastLineWithoutAnEnd)
 {
     for (const std::string& bytes :
          {std::string("[Main]\nn=1"), std::string("[Main]\r\nn=1\r\n"), std::string("[Main]\rn=1"),
@@ -273,12 +273,12 @@ TEST_F(IniFileTest, LastLineNeedsNoEnd)
     }
 }
 
-TEST_F(IniFileTest, FileOfOneLineMayBeAHeader)
+TEST_F(IniFileTest, ReadsAHeaderInAFileOfOneLine)
 {
     EXPECT_TRUE(Load("[Main]").HasSection(L"Main"));
 }
 
-TEST_F(IniFileTest, EmptyFileIsLoaded)
+TEST_F(IniFileTest, LoadsAnEmptyFile)
 {
     const CapturedLog log;
     const IniFile ini = Load("");
@@ -287,7 +287,7 @@ TEST_F(IniFileTest, EmptyFileIsLoaded)
     EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
-TEST_F(IniFileTest, MissingFileIsLoggedInOneLineAndLeavesTheDefaults)
+TEST_F(IniFileTest, LogsAMissingFileInOneLineAndReturnsDefaults)
 {
     const CapturedLog log;
     const TString<wchar_t> path = m_directory.File(L"missing \u6587.ini");
@@ -302,7 +302,7 @@ TEST_F(IniFileTest, MissingFileIsLoggedInOneLineAndLeavesTheDefaults)
     EXPECT_THAT(Keys(ini, L"Main"), IsEmpty());
 }
 
-TEST_F(IniFileTest, DirectoryIsNoFile)
+TEST_F(IniFileTest, DoesNotLoadADirectory)
 {
     const CapturedLog log;
     const IniFile ini(m_directory.File(L""));
@@ -311,7 +311,7 @@ TEST_F(IniFileTest, DirectoryIsNoFile)
     EXPECT_EQ(log.Lines().size(), 1u);
 }
 
-TEST_F(IniFileTest, ParseReplacesWhatWasThere)
+TEST_F(IniFileTest, ReplacesTheSettingsInParse)
 {
     IniFile ini = Load("[Main]\nn=1\n");
 
@@ -320,7 +320,7 @@ TEST_F(IniFileTest, ParseReplacesWhatWasThere)
     EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
 }
 
-TEST_F(IniFileTest, NextFileMayBeNamedByAValue)
+TEST_F(IniFileTest, ParsesAFileNamedByAValueOfItsOwn)
 {
     const TString<wchar_t> next = m_directory.WriteFile(L"next.ini", "[Other]\nm=2\n");
     IniFile ini = Load("[Main]\nnext=" + std::string(next.begin(), next.end()));
@@ -329,7 +329,7 @@ TEST_F(IniFileTest, NextFileMayBeNamedByAValue)
     EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
 }
 
-TEST_F(IniFileTest, KeysMayBeListedOverTheNameOfTheirSection)
+TEST_F(IniFileTest, ListsKeysOverTheNameOfTheirSection)
 {
     const std::string name(100, 'x');
     const IniFile ini = Load("[" + name + "]\na=1\nb=2\n");
@@ -348,7 +348,7 @@ bool ParseWithAFailingAllocation(IniFile& ini, const TString<wchar_t>& path, lon
     return failing.HasFailed();
 }
 
-TEST_F(IniFileTest, SettingsThatFindNoMemoryAreLeftOutAltogether)
+TEST_F(IniFileTest, LeavesOutAllSettingsWhenOutOfMemory)
 {
     const TString<wchar_t> path = m_directory.WriteFile(
         L"long.ini", "[a section that is long]\na key that is long=" + std::string(50, 'v'));
@@ -363,7 +363,7 @@ TEST_F(IniFileTest, SettingsThatFindNoMemoryAreLeftOutAltogether)
     EXPECT_EQ(Value(ini, section, L"a key that is long"), std::wstring(50, L'v'));
 }
 
-TEST_F(IniFileTest, KeysThatFindNoMemoryAreNotListed)
+TEST_F(IniFileTest, ListsNoKeysWhenOutOfMemory)
 {
     const IniFile ini = Load("[Main]\na=1\n" + std::string(200, 'k') + "=2\n");
     const TString<wchar_t> section = L"Main";
@@ -375,7 +375,7 @@ TEST_F(IniFileTest, KeysThatFindNoMemoryAreNotListed)
     EXPECT_THAT(keys, IsEmpty());
 }
 
-TEST_F(IniFileTest, FailedParseEmptiesTheSettingsAndTellsNothingOfTheConstruction)
+TEST_F(IniFileTest, EmptiesTheSettingsAndKeepsIsLoadedWhenParseFails)
 {
     const CapturedLog log;
     IniFile loaded = Load("[Main]\nn=1\n");
@@ -389,7 +389,7 @@ TEST_F(IniFileTest, FailedParseEmptiesTheSettingsAndTellsNothingOfTheConstructio
     EXPECT_EQ(Value(failed, L"Main", L"n"), L"1");
 }
 
-TEST_F(IniFileTest, CopyIsAValueOfItsOwn)
+TEST_F(IniFileTest, CopiesByValue)
 {
     IniFile ini = Load("[Main]\nn=1\n");
     const IniFile copy = ini;
@@ -399,7 +399,7 @@ TEST_F(IniFileTest, CopyIsAValueOfItsOwn)
     EXPECT_TRUE(copy.IsLoaded());
 }
 
-TEST_F(IniFileTest, EveryByteOrderMarkCounts)
+TEST_F(IniFileTest, HonoursEveryByteOrderMark)
 {
     const std::string cases[] = {
         "\xEF\xBB\xBF[M]\nk=\xE2\x82\xAC", Bytes("\xFE\xFF\0[\0M\0]\0\n\0k\0=\x20\xAC", 16),
@@ -412,7 +412,7 @@ TEST_F(IniFileTest, EveryByteOrderMarkCounts)
     }
 }
 
-TEST_F(IniFileTest, BrokenUtf8IsReadAsLatin1)
+TEST_F(IniFileTest, ReadsBrokenUtf8AsLatin1)
 {
     const IniFile ini = Load("[M\xE9]\nk=\xC3\xA9\nl=\xFF\n");
 
@@ -420,7 +420,7 @@ TEST_F(IniFileTest, BrokenUtf8IsReadAsLatin1)
     EXPECT_EQ(Value(ini, L"M\u00E9", L"l"), L"\u00FF");
 }
 
-TEST_F(IniFileTest, NullCharactersBelongToNamesAndValues)
+TEST_F(IniFileTest, KeepsNullCharactersInNamesAndValues)
 {
     const IniFile ini = Load(Bytes("[M\0]\nk\0=v\0w\nz=1\n", 16));
 
@@ -429,7 +429,7 @@ TEST_F(IniFileTest, NullCharactersBelongToNamesAndValues)
     EXPECT_FALSE(ini.HasSection(L"M"));
 }
 
-TEST_F(IniFileTest, PathsAreUtf8InAnyLocale)
+TEST_F(IniFileTest, ReadsPathsAsUtf8InAnyLocale)
 {
     const ScopedLocale locale("C");
     const IniFile ini(m_directory.WriteFile(L"\u6587.ini", "[M]\nk=\xE6\x96\x87\n"));
@@ -437,7 +437,7 @@ TEST_F(IniFileTest, PathsAreUtf8InAnyLocale)
     EXPECT_EQ(Value(ini, L"M", L"k"), L"\u6587");
 }
 
-TEST_F(IniFileTest, LineOf10MegabytesIsReadWhole)
+TEST_F(IniFileTest, ReadsALineOf10MegabytesWhole)
 {
     constexpr std::size_t length = 10'000'000;
     const IniFile ini = Load("[M]\nk= " + std::string(length, 'x') + " \nl=1\n");
@@ -446,7 +446,7 @@ TEST_F(IniFileTest, LineOf10MegabytesIsReadWhole)
     EXPECT_EQ(Value(ini, L"M", L"l"), L"1");
 }
 
-TEST_F(IniFileTest, FileOf100MegabytesIsReadWhole)
+TEST_F(IniFileTest, ReadsAFileOf100MegabytesWhole)
 {
     constexpr int blocks = 10'000;
     std::ofstream file(m_directory.Path() / "settings.ini", std::ios::binary);

@@ -116,7 +116,7 @@ TEST(BytesTest, IsEmptyWithoutBytes)
     EXPECT_EQ(ContentsOf(Bytes(&byte, 0)), std::nullopt);
 }
 
-TEST(BytesTest, AnEmptyBufferLeavesTheCallersVariablesAlone)
+TEST(BytesTest, LeavesTheCallersVariablesAloneWhenEmpty)
 {
     unsigned char byte = 1;
     unsigned char* out = &byte;
@@ -127,7 +127,7 @@ TEST(BytesTest, AnEmptyBufferLeavesTheCallersVariablesAlone)
     EXPECT_EQ(size, 7u);
 }
 
-TEST(BytesTest, SetBytesReplacesTheContents)
+TEST(BytesTest, ReplacesTheContentsInSetBytes)
 {
     Bytes bytes(Raw("before"), 6);
 
@@ -135,7 +135,7 @@ TEST(BytesTest, SetBytesReplacesTheContents)
     EXPECT_EQ(ContentsOf(bytes), "new");
 }
 
-TEST(BytesTest, SetBytesCannotEmpty)
+TEST(BytesTest, CannotBeEmptiedBySetBytes)
 {
     Bytes bytes(Raw("before"), 6);
 
@@ -145,7 +145,7 @@ TEST(BytesTest, SetBytesCannotEmpty)
     EXPECT_EQ(ContentsOf(bytes), "before");
 }
 
-TEST(BytesTest, GetBytesIntoTheSamePointerFreesTheFirstCopy)
+TEST(BytesTest, FreesTheFirstCopyWhenGetBytesFillsItsPointerAgain)
 {
     Bytes bytes(Raw("abc"), 3);
     unsigned char* out = nullptr;
@@ -159,7 +159,7 @@ TEST(BytesTest, GetBytesIntoTheSamePointerFreesTheFirstCopy)
     delete[] out;
 }
 
-TEST(BytesTest, CopyBytesRefusesWhatIsMissing)
+TEST(BytesTest, RefusesToCopyWhatIsMissing)
 {
     const Bytes bytes;
     unsigned char source = 1;
@@ -202,7 +202,7 @@ TEST(BytesTest, ReadsNoBlockWithoutMemory)
     EXPECT_THAT(stream.calls, ElementsAre("integer"));
 }
 
-TEST(BytesTest, SerializeWritesTheSizeAndTheBytes)
+TEST(BytesTest, SerializesTheSizeAndTheBytes)
 {
     MemoryStream stream;
 
@@ -211,7 +211,7 @@ TEST(BytesTest, SerializeWritesTheSizeAndTheBytes)
     EXPECT_THAT(stream.calls, ElementsAre("integer", "block"));
 }
 
-TEST(BytesTest, SerializeOfAnEmptyBufferLeavesTheStreamUntouched)
+TEST(BytesTest, LeavesTheStreamUntouchedWhenSerializedEmpty)
 {
     MemoryStream stream;
 
@@ -219,7 +219,7 @@ TEST(BytesTest, SerializeOfAnEmptyBufferLeavesTheStreamUntouched)
     EXPECT_TRUE(stream.calls.empty());
 }
 
-TEST(BytesTest, SerializeStopsAtTheFirstFailure)
+TEST(BytesTest, StopsSerializingAtTheFirstFailure)
 {
     for (const std::size_t call : {1u, 2u}) {
         SCOPED_TRACE(call);
@@ -231,7 +231,7 @@ TEST(BytesTest, SerializeStopsAtTheFirstFailure)
     }
 }
 
-TEST(BytesTest, DeserializeReadsTheSizeAndTheBytes)
+TEST(BytesTest, DeserializesTheSizeAndTheBytes)
 {
     MemoryStream stream(Packed(3) + "abcd");
     Bytes bytes;
@@ -241,7 +241,7 @@ TEST(BytesTest, DeserializeReadsTheSizeAndTheBytes)
     EXPECT_THAT(stream.calls, ElementsAre("integer", "block"));
 }
 
-TEST(BytesTest, DeserializeReplacesTheContents)
+TEST(BytesTest, ReplacesTheContentsInDeserialize)
 {
     MemoryStream stream(Packed(2) + "ab");
     Bytes bytes(Raw("before"), 6);
@@ -250,7 +250,7 @@ TEST(BytesTest, DeserializeReplacesTheContents)
     EXPECT_EQ(ContentsOf(bytes), "ab");
 }
 
-TEST(BytesTest, AStoredSizeOfZeroEmptiesTheBuffer)
+TEST(BytesTest, IsEmptiedByAStoredSizeOfZero)
 {
     MemoryStream stream(Packed(0));
     Bytes bytes(Raw("before"), 6);
@@ -261,7 +261,7 @@ TEST(BytesTest, AStoredSizeOfZeroEmptiesTheBuffer)
     EXPECT_EQ(ContentsOf(bytes), "again");
 }
 
-TEST(BytesTest, WithoutASizeTheContentsStay)
+TEST(BytesTest, KeepsTheContentsWithoutASize)
 {
     for (const char* contents : {"", "abc"}) {
         SCOPED_TRACE(contents);
@@ -273,7 +273,7 @@ TEST(BytesTest, WithoutASizeTheContentsStay)
     }
 }
 
-TEST(BytesTest, ABlockCutShortStaysFilledInPart)
+TEST(BytesTest, StaysFilledInPartByABlockCutShort)
 {
     MemoryStream stream(Packed(6) + "abcd");
     Bytes bytes;
@@ -282,7 +282,7 @@ TEST(BytesTest, ABlockCutShortStaysFilledInPart)
     EXPECT_EQ(ContentsOf(bytes), std::string("abcd\0\0", 6));
 }
 
-TEST(BytesTest, DeserializeHasOneCodeForEveryFailureOfItsStream)
+TEST(BytesTest, ReturnsOneCodeForEveryFailureToDeserialize)
 {
     for (const std::size_t call : {1u, 2u}) {
         SCOPED_TRACE(call);
@@ -294,7 +294,7 @@ TEST(BytesTest, DeserializeHasOneCodeForEveryFailureOfItsStream)
     }
 }
 
-TEST(BytesTest, CodesWithoutTheFailureBitAreSuccess)
+TEST(BytesTest, TreatsCodesWithoutTheFailureBitAsSuccess)
 {
     MemoryStream stream;
     stream.success = 0xEFFFFFFF;
@@ -305,7 +305,7 @@ TEST(BytesTest, CodesWithoutTheFailureBitAreSuccess)
     EXPECT_EQ(ContentsOf(bytes), "abc");
 }
 
-TEST(BytesTest, ALongBlockIsReadAtOnce)
+TEST(BytesTest, ReadsALongBlockAtOnce)
 {
     const std::string block(1000000, 'x');
     MemoryStream stream(Packed(1000000) + block);
@@ -316,7 +316,7 @@ TEST(BytesTest, ALongBlockIsReadAtOnce)
     EXPECT_EQ(stream.calls.size(), 2u);
 }
 
-TEST(BytesTest, ASizeBeyondTheStreamIsNotBelieved)
+TEST(BytesTest, DoesNotBelieveASizeBeyondTheStream)
 {
     for (const unsigned int size : {200001u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         SCOPED_TRACE(size);
@@ -337,7 +337,7 @@ public:
     unsigned int Length() const override { return 0; }
 };
 
-TEST(BytesTest, AStreamThatDeliversMoreThanItsLengthIsReadWhole)
+TEST(BytesTest, ReadsAStreamThatDeliversMoreThanItsLength)
 {
     const std::string block(1000000, 'x');
     EndlessStream stream(Packed(1000000) + block);

@@ -179,7 +179,7 @@ void CheckLowerCase()
                   TString<wchar_t>(FoldedForSearch(character)));
 }
 
-TEST(EightBitLocaleTest, TextOperationsAreTheirLiteralForms)
+TEST(EightBitLocaleTest, AgreesWithTheLiteralFormsOfTextOperations)
 {
     LetterLocales locales;
     int checked = 0;
@@ -201,7 +201,7 @@ TEST(EightBitLocaleTest, TextOperationsAreTheirLiteralForms)
     Covered(std::to_string(checked) + " 8-bit locales");
 }
 
-TEST(EightBitLocaleTest, TurkishCapitalIContainsItself)
+TEST(EightBitLocaleTest, FindsTheTurkishCapitalIInItself)
 {
     LetterLocales locales;
     if (!locales.Select("tr_TR", "ISO-8859-9"))

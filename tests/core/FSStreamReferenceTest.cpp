@@ -116,7 +116,7 @@ std::vector<Item> RandomItems(RandomText& random)
     return items;
 }
 
-TEST(FSStreamReferenceTest, RandomItemsAreStoredAsPackedByHandAndComeBack)
+TEST(FSStreamReferenceTest, StoresRandomItemsAsPackedByHandAndReadsThemBack)
 {
     const TempDir directory;
     RandomText random(20240115);
@@ -138,7 +138,7 @@ TEST(FSStreamReferenceTest, RandomItemsAreStoredAsPackedByHandAndComeBack)
     }
 }
 
-TEST(FSStreamReferenceTest, AFileCutAtAnyByteFailsInTheItemThatIsCut)
+TEST(FSStreamReferenceTest, FailsInTheItemWhereAFileIsCut)
 {
     const TempDir directory;
     RandomText random(20240116);

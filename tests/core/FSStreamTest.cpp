@@ -105,7 +105,7 @@ TEST_F(FSStreamTest, WritesAnEmptyBlockAsNothing)
     EXPECT_EQ(Written(), "");
 }
 
-TEST_F(FSStreamTest, EachWriteIsInTheFileWhenItReturns)
+TEST_F(FSStreamTest, WritesToTheFileBeforeItReturns)
 {
     FSStream stream = Writer();
 
@@ -131,7 +131,7 @@ TEST_F(FSStreamTest, ReadsItemsInTheOrderInWhichTheyStand)
     EXPECT_EQ(text, L"hé");
 }
 
-TEST_F(FSStreamTest, ASizeOfZeroLeavesTheTextAsItWas)
+TEST_F(FSStreamTest, LeavesTheTextAtASizeOfZero)
 {
     FSStream stream = Reader(Packed(0u));
     Wide text = L"before";
@@ -140,7 +140,7 @@ TEST_F(FSStreamTest, ASizeOfZeroLeavesTheTextAsItWas)
     EXPECT_EQ(text, L"before");
 }
 
-TEST_F(FSStreamTest, AReadTextEndsAtItsFirstNullAndTheRestIsConsumed)
+TEST_F(FSStreamTest, EndsAReadTextAtItsFirstNullAndConsumesTheRest)
 {
     FSStream stream = Reader(Packed(12u) + Packed(std::wstring(L"a\0b", 3)) + Packed(9u));
     Wide text;
@@ -152,7 +152,7 @@ TEST_F(FSStreamTest, AReadTextEndsAtItsFirstNullAndTheRestIsConsumed)
     EXPECT_EQ(next, 9u);
 }
 
-TEST_F(FSStreamTest, APartOfACharacterIsReadAndDropped)
+TEST_F(FSStreamTest, ReadsAndDropsAPartOfACharacter)
 {
     const std::pair<unsigned int, std::wstring> cases[] = {
         {1, L""}, {3, L""}, {4, L"a"}, {5, L"a"}, {7, L"a"}, {8, L"ab"}, {11, L"ab"}};
@@ -169,7 +169,7 @@ TEST_F(FSStreamTest, APartOfACharacterIsReadAndDropped)
     }
 }
 
-TEST_F(FSStreamTest, TextsOfEveryLengthAroundAPieceComeBack)
+TEST_F(FSStreamTest, ReadsBackTextsOfEveryLengthAroundAPiece)
 {
     for (const std::size_t length : {1u, 4095u, 4096u, 4097u, 8192u, 100000u}) {
         SCOPED_TRACE(length);
@@ -185,7 +185,7 @@ TEST_F(FSStreamTest, TextsOfEveryLengthAroundAPieceComeBack)
     }
 }
 
-TEST_F(FSStreamTest, ATextCutShortLeavesTheTargetAsItWas)
+TEST_F(FSStreamTest, LeavesTheTargetWhenATextIsCutShort)
 {
     for (const unsigned int size : {5u, 8u, 0x10000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         SCOPED_TRACE(size);
@@ -208,7 +208,7 @@ TEST_F(FSStreamTest, LeavesTheTargetAloneWithoutMemory)
     EXPECT_EQ(text, L"before");
 }
 
-TEST_F(FSStreamTest, ItemsOfEverySizeMeetTheEndOfTheReadAhead)
+TEST_F(FSStreamTest, ReadsItemsOfEverySizeAtTheEndOfTheReadAhead)
 {
     constexpr unsigned int aheadSize = 65536;
     const std::string bytes(4 * aheadSize, 'x');
@@ -231,7 +231,7 @@ TEST_F(FSStreamTest, ItemsOfEverySizeMeetTheEndOfTheReadAhead)
     }
 }
 
-TEST_F(FSStreamTest, WhatIsAppendedIsFoundAtTheEnd)
+TEST_F(FSStreamTest, FindsWhatIsAppendedAtTheEnd)
 {
     FSStream reader = Reader(Packed(1u));
     unsigned int value = 0;
@@ -245,7 +245,7 @@ TEST_F(FSStreamTest, WhatIsAppendedIsFoundAtTheEnd)
     EXPECT_EQ(value, 2u);
 }
 
-TEST_F(FSStreamTest, AFailedReadConsumesWhatIsLeft)
+TEST_F(FSStreamTest, ConsumesWhatIsLeftWhenAReadFails)
 {
     FSStream reader = Reader("abc");
     char block[8] = "-------";
@@ -258,7 +258,7 @@ TEST_F(FSStreamTest, AFailedReadConsumesWhatIsLeft)
     EXPECT_EQ(block[0], 'd');
 }
 
-TEST_F(FSStreamTest, TheRestStaysInAPipe)
+TEST_F(FSStreamTest, LeavesTheRestInAPipe)
 {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
@@ -287,7 +287,7 @@ TEST_F(FSStreamTest, ReadsWithoutMemoryForTheReadAhead)
     EXPECT_EQ(text, L"a");
 }
 
-TEST_F(FSStreamTest, AMissingSizeHasACodeOfItsOwn)
+TEST_F(FSStreamTest, ReportsAMissingSizeByACodeOfItsOwn)
 {
     for (const char* bytes : {"", "a", "abc"}) {
         SCOPED_TRACE(bytes);
@@ -299,7 +299,7 @@ TEST_F(FSStreamTest, AMissingSizeHasACodeOfItsOwn)
     }
 }
 
-TEST_F(FSStreamTest, AnIntegerOrBlockCutShortFails)
+TEST_F(FSStreamTest, FailsAtAnIntegerOrBlockCutShort)
 {
     unsigned int value = 0;
     char block[4] = "---";
@@ -309,7 +309,7 @@ TEST_F(FSStreamTest, AnIntegerOrBlockCutShortFails)
     EXPECT_STREQ(block, "ab-");
 }
 
-TEST_F(FSStreamTest, NullDataFailsUnlessNothingIsAskedFor)
+TEST_F(FSStreamTest, RefusesNullDataUnlessNothingIsAskedFor)
 {
     FSStream writer = Writer();
     FSStream reader = Reader("abc");
@@ -319,7 +319,7 @@ TEST_F(FSStreamTest, NullDataFailsUnlessNothingIsAskedFor)
     EXPECT_EQ(reader.Read(nullptr, 0), 0u);
 }
 
-TEST_F(FSStreamTest, EveryOperationReportsAMissingFile)
+TEST_F(FSStreamTest, ReportsAMissingFileFromEveryOperation)
 {
     FSStream stream(m_directory.File(L"missing"), FSStream::OpenRead);
     Wide text = L"before";
@@ -338,7 +338,7 @@ TEST_F(FSStreamTest, EveryOperationReportsAMissingFile)
     EXPECT_EQ(value, 5u);
 }
 
-TEST_F(FSStreamTest, DirectoriesAreNotOpen)
+TEST_F(FSStreamTest, DoesNotOpenDirectories)
 {
     for (const Wide& path : {Wide(), m_directory.File(L"")}) {
         FSStream reader(path, FSStream::OpenRead);
@@ -349,7 +349,7 @@ TEST_F(FSStreamTest, DirectoriesAreNotOpen)
     }
 }
 
-TEST_F(FSStreamTest, PipesCarryItemsOneByOne)
+TEST_F(FSStreamTest, PassesItemsThroughAPipeOneByOne)
 {
     const Wide path = m_directory.File(L"pipe");
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
@@ -372,7 +372,7 @@ TEST_F(FSStreamTest, PipesCarryItemsOneByOne)
     EXPECT_EQ(stream.Length(), 0u);
 }
 
-TEST_F(FSStreamTest, DescriptorsOfTheProcessAreOpened)
+TEST_F(FSStreamTest, OpensDescriptorsOfTheProcess)
 {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
@@ -387,7 +387,7 @@ TEST_F(FSStreamTest, DescriptorsOfTheProcessAreOpened)
     ::close(ends[1]);
 }
 
-TEST_F(FSStreamTest, TheModesOfWxFileAreTaken)
+TEST_F(FSStreamTest, AcceptsTheModesOfWxFile)
 {
     const Wide path = m_directory.WriteFile(L"file", "old");
     const auto mode = [](wxFile::OpenMode value) { return static_cast<FSStream::OpenMode>(value); };
@@ -409,7 +409,7 @@ TEST_F(FSStreamTest, IsNotOpenWithoutMemory)
     EXPECT_EQ(stream.Length(), 0u);
 }
 
-TEST_F(FSStreamTest, WritingEmptiesAnOldFile)
+TEST_F(FSStreamTest, EmptiesAnOldFileForWriting)
 {
     m_directory.WriteFile(L"written", "old contents");
     FSStream stream = Writer();
@@ -419,7 +419,7 @@ TEST_F(FSStreamTest, WritingEmptiesAnOldFile)
     EXPECT_EQ(Written(), "new");
 }
 
-TEST_F(FSStreamTest, AStreamWritesOrReadsAsItWasOpened)
+TEST_F(FSStreamTest, WritesOrReadsAsItWasOpened)
 {
     FSStream writer = Writer();
     FSStream reader = Reader("abcd");
@@ -431,7 +431,7 @@ TEST_F(FSStreamTest, AStreamWritesOrReadsAsItWasOpened)
     EXPECT_EQ(reader.Write(Wide(L"a")), 0x10000005u);
 }
 
-TEST_F(FSStreamTest, AFullDeviceHasACodeForEachKindOfItem)
+TEST_F(FSStreamTest, ReportsAFullDeviceByACodePerKindOfItem)
 {
     FSStream stream(L"/dev/full", FSStream::OpenWrite);
 
@@ -441,7 +441,7 @@ TEST_F(FSStreamTest, AFullDeviceHasACodeForEachKindOfItem)
     EXPECT_EQ(stream.Write(Wide()), 0x10000005u);
 }
 
-TEST_F(FSStreamTest, AWriteThatFitsInPartFails)
+TEST_F(FSStreamTest, FailsWhenAWriteFitsInPart)
 {
     FSStream stream = Writer();
     const FileSizeLimit limit(10);
@@ -451,7 +451,7 @@ TEST_F(FSStreamTest, AWriteThatFitsInPartFails)
     EXPECT_EQ(Written(), (Packed(8u) + Packed(L"ab")).substr(0, 10));
 }
 
-TEST_F(FSStreamTest, LengthIsThatOfTheWholeFile)
+TEST_F(FSStreamTest, ReturnsTheLengthOfTheWholeFile)
 {
     FSStream reader = Reader("12345678");
     unsigned int value = 0;
@@ -464,7 +464,7 @@ TEST_F(FSStreamTest, LengthIsThatOfTheWholeFile)
     EXPECT_EQ(writer.Length(), 12u);
 }
 
-TEST_F(FSStreamTest, LengthIsCutToItsLow32Bits)
+TEST_F(FSStreamTest, CutsTheLengthToItsLow32Bits)
 {
     const Wide path = m_directory.WriteFile(L"sparse", "");
     std::filesystem::resize_file(m_directory.Path() / "sparse", 0x100000005);
@@ -472,14 +472,14 @@ TEST_F(FSStreamTest, LengthIsCutToItsLow32Bits)
     EXPECT_EQ(FSStream(path, FSStream::OpenRead).Length(), 5u);
 }
 
-TEST_F(FSStreamTest, NamesGoToTheSystemInUtf8)
+TEST_F(FSStreamTest, PassesNamesToTheSystemInUtf8)
 {
     FSStream(m_directory.File(L"h\u00e9\U0001F600"), FSStream::OpenWrite).Write("x", 1);
 
     EXPECT_TRUE(std::filesystem::exists(m_directory.Path() / "h\xC3\xA9\xF0\x9F\x98\x80"));
 }
 
-TEST_F(FSStreamTest, NewFilesMayBeReadAndWrittenAsTheCreationMaskSays)
+TEST_F(FSStreamTest, CreatesFilesAsTheCreationMaskSays)
 {
     const mode_t oldMask = ::umask(0);
     FSStream(m_directory.File(L"open"), FSStream::OpenWrite);
@@ -509,7 +509,7 @@ private:
     wxLog* m_old;
 };
 
-TEST_F(FSStreamTest, FailuresLogNothing)
+TEST_F(FSStreamTest, LogsNoFailures)
 {
     CountingLog log;
     {
@@ -550,7 +550,7 @@ public:
     unsigned int result = StreamResult::Ok;
 };
 
-TEST_F(FSStreamTest, ADerivedStreamSeesTheSizeOfATextThatIsWritten)
+TEST_F(FSStreamTest, ShowsADerivedStreamTheSizeOfATextWritten)
 {
     SizeStream stream(m_directory.File(L"written"), FSStream::OpenWrite);
 
@@ -560,7 +560,7 @@ TEST_F(FSStreamTest, ADerivedStreamSeesTheSizeOfATextThatIsWritten)
     EXPECT_EQ(Written(), Packed(L"ab"));
 }
 
-TEST_F(FSStreamTest, ADerivedStreamGivesTheSizeOfATextThatIsRead)
+TEST_F(FSStreamTest, TakesTheSizeOfATextReadFromADerivedStream)
 {
     SizeStream stream(m_directory.WriteFile(L"read", Packed(L"abc")), FSStream::OpenRead);
     stream.size = 8;
@@ -592,7 +592,7 @@ public:
     int count = 0;
 };
 
-TEST_F(FSStreamTest, IntegersAndTextsAreNoBlocksOfADerivedStream)
+TEST_F(FSStreamTest, DoesNotPassIntegersAndTextsToADerivedStreamAsBlocks)
 {
     BlockStream writer(m_directory.File(L"written"), FSStream::OpenWrite);
     EXPECT_EQ(writer.Write(7u), StreamResult::Ok);
@@ -607,7 +607,7 @@ TEST_F(FSStreamTest, IntegersAndTextsAreNoBlocksOfADerivedStream)
     EXPECT_EQ(reader.count, 0);
 }
 
-TEST_F(FSStreamTest, TheFailureBitOfADerivedStreamBecomesThePrefixCode)
+TEST_F(FSStreamTest, TurnsTheFailureBitOfADerivedStreamIntoThePrefixCode)
 {
     const std::pair<unsigned int, bool> cases[] = {
         {0x01000000, false}, {0x10000000, true}, {0x1FFFFFFF, true}, {0xEFFFFFFF, false}};

@@ -44,7 +44,7 @@ protected:
     const Wide m_path = m_directory.File(L"record");
 };
 
-TEST_F(SerializerTest, AnObjectComesBackFromItsFile)
+TEST_F(SerializerTest, ReadsAnObjectBackFromItsFile)
 {
     Record written;
     written.number = 42;
@@ -60,7 +60,7 @@ TEST_F(SerializerTest, AnObjectComesBackFromItsFile)
     EXPECT_EQ(read.letters[0], 'x');
 }
 
-TEST_F(SerializerTest, SeveralObjectsFollowEachOther)
+TEST_F(SerializerTest, StoresSeveralObjectsInARow)
 {
     {
         const FSOutputSerializer output(m_path);
@@ -77,7 +77,7 @@ TEST_F(SerializerTest, SeveralObjectsFollowEachOther)
     }
 }
 
-TEST_F(SerializerTest, AMissingFileGivesTheObjectsOwnCode)
+TEST_F(SerializerTest, ReturnsTheObjectsOwnCodeForAMissingFile)
 {
     FSInputSerializer input(m_path);
     Record record;
@@ -88,7 +88,7 @@ TEST_F(SerializerTest, AMissingFileGivesTheObjectsOwnCode)
     EXPECT_EQ(FSOutputSerializer(m_directory.File(L"no/such")).Serialize(record), 0x10001001u);
 }
 
-TEST_F(SerializerTest, TheModeDecidesWhatTheFileIsFor)
+TEST_F(SerializerTest, OpensTheFileAsTheModeSays)
 {
     const FSSerializer output(m_path, FSSerializer::OpenWrite);
     const FSSerializer input(m_path, FSSerializer::OpenRead);
@@ -100,7 +100,7 @@ TEST_F(SerializerTest, TheModeDecidesWhatTheFileIsFor)
     EXPECT_EQ(input.GetStream().Write(7u), StreamResult::WriteIntegerFailed);
 }
 
-TEST_F(SerializerTest, AllTransfersGoThroughOneStream)
+TEST_F(SerializerTest, PassesAllTransfersThroughOneStream)
 {
     const FSOutputSerializer output(m_path);
 
@@ -108,7 +108,7 @@ TEST_F(SerializerTest, AllTransfersGoThroughOneStream)
     EXPECT_NE(dynamic_cast<FSStream*>(&output.GetStream()), nullptr);
 }
 
-TEST_F(SerializerTest, TheModesAreThoseOfTheStream)
+TEST_F(SerializerTest, HasTheModesOfTheStream)
 {
     EXPECT_EQ(int{FSSerializer::OpenRead}, 0);
     EXPECT_EQ(int{FSSerializer::OpenWrite}, 1);

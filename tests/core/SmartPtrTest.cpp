@@ -90,7 +90,7 @@ TEST_F(SmartPtrTest, HoldsTheObjectAndTheCountInThisOrder)
     EXPECT_EQ(fields.data->count, 1);
 }
 
-TEST_F(SmartPtrTest, CountBlockHasItsFieldsInOrder)
+TEST_F(SmartPtrTest, HasTheFieldsOfItsCountBlockInOrder)
 {
     smart_ptr_inner_data<smart_ptr_policy> data;
 
@@ -106,7 +106,7 @@ TEST_F(SmartPtrTest, CountBlockHasItsFieldsInOrder)
     static_assert(std::is_empty_v<smart_ptr_policy> && std::is_empty_v<smart_ptr_array_policy>);
 }
 
-TEST_F(SmartPtrTest, NewBlockCountsOneAndHasNoListener)
+TEST_F(SmartPtrTest, CountsOneAndHasNoListenerInANewBlock)
 {
     const smart_ptr_inner_data<smart_ptr_policy> data;
 
@@ -114,7 +114,7 @@ TEST_F(SmartPtrTest, NewBlockCountsOneAndHasNoListener)
     EXPECT_EQ(data.releaseListener, nullptr);
 }
 
-TEST_F(SmartPtrTest, LockOfABlockWorksFromItsFirstUse)
+TEST_F(SmartPtrTest, HasALockThatWorksFromItsFirstUse)
 {
     smart_ptr_inner_data<smart_ptr_policy> data;
 
@@ -125,7 +125,7 @@ TEST_F(SmartPtrTest, LockOfABlockWorksFromItsFirstUse)
     EXPECT_TRUE(data.lock.Unlock());
 }
 
-TEST_F(SmartPtrTest, ABlockIsTheOnlyMemoryThatAPointerTakes)
+TEST_F(SmartPtrTest, AllocatesNothingButItsBlock)
 {
     auto* const object = new Counted();
     const TestSupport::FailingAllocation second(1);
@@ -138,7 +138,7 @@ TEST_F(SmartPtrTest, ABlockIsTheOnlyMemoryThatAPointerTakes)
     EXPECT_FALSE(second.HasFailed());
 }
 
-TEST_F(SmartPtrTest, EmptyValueHasABlockAndNoObject)
+TEST_F(SmartPtrTest, HasABlockAndNoObjectWhenEmpty)
 {
     const smart_ptr<Counted> pointer;
 
@@ -148,7 +148,7 @@ TEST_F(SmartPtrTest, EmptyValueHasABlockAndNoObject)
     EXPECT_EQ(DataOf(pointer).count, 1);
 }
 
-TEST_F(SmartPtrTest, PolicyIsCalledWithNullForAnEmptyValue)
+TEST_F(SmartPtrTest, CallsThePolicyWithNullForAnEmptyValue)
 {
     {
         const smart_ptr<Counted, RecordingPolicy> pointer;
@@ -171,7 +171,7 @@ TEST_F(SmartPtrTest, GivesAccessToItsObject)
     EXPECT_EQ(*changeable, "texts");
 }
 
-TEST_F(SmartPtrTest, LastOfTheCopiesReleasesTheObjectOnce)
+TEST_F(SmartPtrTest, ReleasesTheObjectOnceWithTheLastCopy)
 {
     {
         smart_ptr<Counted, RecordingPolicy> first(new Counted());
@@ -200,7 +200,7 @@ TEST_F(SmartPtrTest, CopiesTakeNoMemory)
     EXPECT_EQ(assigned.Get(), original.Get());
 }
 
-TEST_F(SmartPtrTest, LettingGoKeepsThePointer)
+TEST_F(SmartPtrTest, KeepsThePointerWhenLettingGo)
 {
     Counted object;
     smart_ptr<Counted, InertPolicy> pointer(&object);
@@ -213,7 +213,7 @@ TEST_F(SmartPtrTest, LettingGoKeepsThePointer)
     pointer.AddRef();
 }
 
-TEST_F(SmartPtrTest, SingleObjectIsDestroyedThroughItsVirtualDestructor)
+TEST_F(SmartPtrTest, DestroysASingleObjectThroughItsVirtualDestructor)
 {
     bool destroyed = false;
     {
@@ -223,7 +223,7 @@ TEST_F(SmartPtrTest, SingleObjectIsDestroyedThroughItsVirtualDestructor)
     EXPECT_TRUE(destroyed);
 }
 
-TEST_F(SmartPtrTest, ArrayPolicyDestroysEveryElement)
+TEST_F(SmartPtrTest, DestroysEveryElementByTheArrayPolicy)
 {
     {
         const smart_ptr<Counted, smart_ptr_array_policy> pointer(new Counted[3]);
@@ -233,7 +233,7 @@ TEST_F(SmartPtrTest, ArrayPolicyDestroysEveryElement)
     EXPECT_EQ(Counted::s_alive, 0);
 }
 
-TEST_F(SmartPtrTest, ArrayPolicyTakesArraysOfPointers)
+TEST_F(SmartPtrTest, TakesArraysOfPointersByTheArrayPolicy)
 {
     const smart_ptr<char*, smart_ptr_array_policy> arguments(new char* [2] { nullptr, nullptr });
     const smart_ptr<char*, smart_ptr_array_policy> none;
@@ -242,7 +242,7 @@ TEST_F(SmartPtrTest, ArrayPolicyTakesArraysOfPointers)
     EXPECT_FALSE(none.IsValid());
 }
 
-TEST_F(SmartPtrTest, AssignmentSharesAndReleasesWhatWasHeld)
+TEST_F(SmartPtrTest, SharesAndReleasesWhatWasHeldInAssignment)
 {
     smart_ptr<Counted, RecordingPolicy> first(new Counted());
     const smart_ptr<Counted, RecordingPolicy> second(new Counted());
@@ -256,7 +256,7 @@ TEST_F(SmartPtrTest, AssignmentSharesAndReleasesWhatWasHeld)
     EXPECT_EQ(RecordingPolicy::s_released, std::vector<const void*>{held});
 }
 
-TEST_F(SmartPtrTest, SelfAssignmentChangesNothing)
+TEST_F(SmartPtrTest, ChangesNothingInSelfAssignment)
 {
     smart_ptr<Counted> pointer(new Counted());
     const smart_ptr<Counted>& same = pointer;
@@ -268,7 +268,7 @@ TEST_F(SmartPtrTest, SelfAssignmentChangesNothing)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
-TEST_F(SmartPtrTest, AssignmentBetweenCopiesKeepsTheCount)
+TEST_F(SmartPtrTest, KeepsTheCountInAssignmentBetweenCopies)
 {
     smart_ptr<Counted> first(new Counted());
     const smart_ptr<Counted> second(first);
@@ -278,7 +278,7 @@ TEST_F(SmartPtrTest, AssignmentBetweenCopiesKeepsTheCount)
     EXPECT_EQ(DataOf(first).count, 2);
 }
 
-TEST_F(SmartPtrTest, RawPointerStartsANewCount)
+TEST_F(SmartPtrTest, StartsANewCountForARawPointer)
 {
     smart_ptr<Counted, RecordingPolicy> pointer(new Counted());
     const smart_ptr<Counted, RecordingPolicy> copy(pointer);
@@ -293,7 +293,7 @@ TEST_F(SmartPtrTest, RawPointerStartsANewCount)
     EXPECT_TRUE(RecordingPolicy::s_released.empty());
 }
 
-TEST_F(SmartPtrTest, AssigningNullReleasesTheObject)
+TEST_F(SmartPtrTest, ReleasesTheObjectWhenNullIsAssigned)
 {
     smart_ptr<Counted> pointer(new Counted());
 
@@ -303,7 +303,7 @@ TEST_F(SmartPtrTest, AssigningNullReleasesTheObject)
     EXPECT_EQ(Counted::s_alive, 0);
 }
 
-TEST_F(SmartPtrTest, AssignmentWithoutMemoryForTheCountChangesNothing)
+TEST_F(SmartPtrTest, ChangesNothingInAssignmentWhenOutOfMemory)
 {
     smart_ptr<Counted> pointer(new Counted());
     const Counted* const object = pointer.Get();
@@ -317,7 +317,7 @@ TEST_F(SmartPtrTest, AssignmentWithoutMemoryForTheCountChangesNothing)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
-TEST_F(SmartPtrTest, WithoutMemoryForTheCountTheObjectIsReleased)
+TEST_F(SmartPtrTest, ReleasesTheObjectWhenOutOfMemoryForTheCount)
 {
     auto* const object = new Counted();
 
@@ -329,7 +329,7 @@ TEST_F(SmartPtrTest, WithoutMemoryForTheCountTheObjectIsReleased)
     EXPECT_EQ(Counted::s_alive, 0);
 }
 
-TEST_F(SmartPtrTest, TheHeldPointerAssignedAgainIsReleasedFirst)
+TEST_F(SmartPtrTest, ReleasesTheHeldPointerFirstWhenAssignedAgain)
 {
     Counted object;
     {
@@ -348,7 +348,7 @@ struct Node : Counted {
     smart_ptr<Node> next;
 };
 
-TEST_F(SmartPtrTest, AssignedValueMayLiveInTheObjectThatIsReleased)
+TEST_F(SmartPtrTest, MayBeAssignedFromTheObjectThatIsReleased)
 {
     smart_ptr<Node> head(new Node());
     head->next = new Node();
@@ -377,7 +377,7 @@ struct SelfCopying : Counted {
 
 int SelfCopying::countWhileDying = 1;
 
-TEST_F(SmartPtrTest, CopyMadeDuringTheReleaseDoesNotReviveTheObject)
+TEST_F(SmartPtrTest, DoesNotReviveTheObjectByACopyMadeDuringTheRelease)
 {
     {
         const smart_ptr<SelfCopying> pointer(new SelfCopying());
@@ -401,7 +401,7 @@ private:
     std::string& m_events;
 };
 
-TEST_F(SmartPtrTest, ReleaseListenerIsToldOnceAndDeletedWithTheBlock)
+TEST_F(SmartPtrTest, CallsTheReleaseListenerOnceAndDeletesItWithTheBlock)
 {
     std::string events;
     {
@@ -439,7 +439,7 @@ TEST_F(SmartPtrTest, CopiesAreMadeAndDroppedOnSeveralThreads)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
-TEST_F(SmartPtrTest, LastCopyMayBeDroppedOnAnyThread)
+TEST_F(SmartPtrTest, MayDropItsLastCopyOnAnyThread)
 {
     for (int round = 0; round < 200; ++round) {
         std::latch start(2);

@@ -98,7 +98,7 @@ bool ReferenceContains(const std::basic_string<Char>& text, const std::basic_str
     return folded(text.c_str()).find(folded(needle.c_str())) != c_none;
 }
 
-TEST(TStringReferenceTest, TokensAreThoseOfTheReference)
+TEST(TStringReferenceTest, TokenizesAsTheReferenceDoes)
 {
     RandomText random(1);
     std::vector<Wide> tokens;
@@ -115,7 +115,7 @@ TEST(TStringReferenceTest, TokensAreThoseOfTheReference)
     }
 }
 
-TEST(TStringReferenceTest, TrimIsThatOfTheReference)
+TEST(TStringReferenceTest, TrimsAsTheReferenceDoes)
 {
     RandomText random(2);
     for (int round = 0; round < c_rounds; ++round) {
@@ -125,7 +125,7 @@ TEST(TStringReferenceTest, TrimIsThatOfTheReference)
     }
 }
 
-TEST(TStringReferenceTest, ReplaceIsThatOfTheReference)
+TEST(TStringReferenceTest, ReplacesAsTheReferenceDoes)
 {
     RandomText random(3);
     for (int round = 0; round < c_rounds; ++round) {
@@ -144,7 +144,7 @@ TEST(TStringReferenceTest, ReplaceIsThatOfTheReference)
     }
 }
 
-TEST(TStringReferenceTest, ReplaceByLongerTextsIsThatOfTheReference)
+TEST(TStringReferenceTest, ReplacesByLongerTextsAsTheReferenceDoes)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {
@@ -205,7 +205,7 @@ void CompareInCurrentLocale(const std::string& locale)
     }
 }
 
-TEST(TStringReferenceTest, ComparisonIsThatOfTheReferenceInEveryLocale)
+TEST(TStringReferenceTest, ComparesAsTheReferenceDoesInEveryLocale)
 {
     for (const char* const name : {"C", "C.UTF-8"}) {
         const ScopedLocale locale(name);
@@ -233,7 +233,7 @@ void SearchInTexts(const std::basic_string<Char>& alphabet, std::size_t longest,
     }
 }
 
-TEST(TStringReferenceTest, SubstringSearchIsThatOfTheReference)
+TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoes)
 {
     const std::wstring wide =
         L"aAbB[\u00E9\u00C9\u0141" + std::wstring(1, static_cast<wchar_t>(-31));
@@ -244,7 +244,7 @@ TEST(TStringReferenceTest, SubstringSearchIsThatOfTheReference)
     SearchInTexts<char>("aAbB[\xE9\xC9\xFF", 3000, 2000);
 }
 
-TEST(TStringReferenceTest, SubstringSearchIsThatOfTheReferenceInAnEightBitLocale)
+TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoesInAnEightBitLocale)
 {
     const CompiledLocale latin("de_DE", "ISO-8859-1");
     if (!latin.IsThere())

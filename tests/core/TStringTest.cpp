@@ -37,7 +37,7 @@ Wide Replaced(Wide text, const Wide& from, const Wide& to)
     return text;
 }
 
-TEST(TStringTest, ConstructorsTakeTextsStringsAndCharacters)
+TEST(TStringTest, ConstructsFromTextsStringsAndCharacters)
 {
     EXPECT_EQ(Wide(), L"");
     EXPECT_EQ(Wide(L"text"), L"text");
@@ -47,13 +47,13 @@ TEST(TStringTest, ConstructorsTakeTextsStringsAndCharacters)
     EXPECT_EQ(Narrow('x'), "x");
 }
 
-TEST(TStringTest, NullCharacterMakesATextOfOneCharacter)
+TEST(TStringTest, ConstructsOneCharacterFromANullCharacter)
 {
     EXPECT_EQ(Wide(L'\0').size(), 1u);
     EXPECT_EQ(Narrow('\0').size(), 1u);
 }
 
-TEST(TStringTest, NullPointerMakesAnEmptyString)
+TEST(TStringTest, ConstructsAnEmptyStringFromANullPointer)
 {
     const wchar_t* const nothing = nullptr;
 
@@ -79,7 +79,7 @@ TEST(TStringTest, AddsNoFieldsToTheStandardString)
     EXPECT_EQ(sizeof(Narrow), sizeof(std::string));
 }
 
-TEST(TStringTest, StandardOperationsAreThere)
+TEST(TStringTest, HasTheStandardOperations)
 {
     const Wide text = L"left" + Wide(L"/") + L"right";
 
@@ -88,7 +88,7 @@ TEST(TStringTest, StandardOperationsAreThere)
     EXPECT_LT(Wide(L"a"), Wide(L"b"));
 }
 
-TEST(TStringTest, EmptyTextIsOneSharedInstance)
+TEST(TStringTest, SharesOneInstanceOfTheEmptyText)
 {
     EXPECT_EQ(&Wide::Empty(), &Wide::Empty());
     EXPECT_TRUE(Wide::Empty().empty());
@@ -96,7 +96,7 @@ TEST(TStringTest, EmptyTextIsOneSharedInstance)
     EXPECT_TRUE(Narrow::Empty().empty());
 }
 
-TEST(TStringTest, EmptyTextIsTheSameOnEveryThread)
+TEST(TStringTest, SharesTheEmptyTextAmongThreads)
 {
     const Wide* wide = nullptr;
     const Narrow* narrow = nullptr;
@@ -115,7 +115,7 @@ struct ComparisonCase {
     int expected;
 };
 
-TEST(TStringTest, ComparisonIgnoresCaseAndReturnsTheOrder)
+TEST(TStringTest, IgnoresCaseAndReturnsTheOrderInComparison)
 {
     constexpr ComparisonCase cases[] = {
         {L"abc", L"ABC", 0},
@@ -139,7 +139,7 @@ TEST(TStringTest, ComparisonIgnoresCaseAndReturnsTheOrder)
     }
 }
 
-TEST(TStringTest, ComparisonContinuesAfterNullCharacters)
+TEST(TStringTest, ComparesBeyondNullCharacters)
 {
     const Wide left(std::wstring(L"a\0b", 3));
     const Wide right(std::wstring(L"A\0C", 3));
@@ -148,7 +148,7 @@ TEST(TStringTest, ComparisonContinuesAfterNullCharacters)
     EXPECT_EQ(left.compareNoCase(L"a"), 1);
 }
 
-TEST(TStringTest, NarrowComparisonIgnoresCase)
+TEST(TStringTest, IgnoresCaseInNarrowComparison)
 {
     EXPECT_EQ(Narrow("abc").compareNoCase("ABC"), 0);
     EXPECT_EQ(Narrow("ab").compareNoCase("ABC"), -1);
@@ -157,7 +157,7 @@ TEST(TStringTest, NarrowComparisonIgnoresCase)
     EXPECT_NE(Narrow("\xE9").compareNoCase("\xC9"), 0) << "in the C locale";
 }
 
-TEST(TStringTest, ComparisonTakesWideCharactersAsSignedNumbers)
+TEST(TStringTest, ComparesWideCharactersAsSignedNumbers)
 {
     const Wide lowest(std::numeric_limits<wchar_t>::min());
     const Wide highest(std::numeric_limits<wchar_t>::max());
@@ -166,7 +166,7 @@ TEST(TStringTest, ComparisonTakesWideCharactersAsSignedNumbers)
     EXPECT_EQ(highest.compareNoCase(L"a"), 1);
 }
 
-TEST(TStringTest, ComparisonFoldsAccentedLettersAsTheLocaleDoes)
+TEST(TStringTest, FoldsAccentedLettersAsTheLocaleDoesInComparison)
 {
     const Wide small(L"\u00E9t\u00E9 \u03B1 and sixteen more characters");
     const Wide capital(L"\u00C9T\u00C9 \u0391 AND SIXTEEN MORE CHARACTERS");
@@ -178,7 +178,7 @@ TEST(TStringTest, ComparisonFoldsAccentedLettersAsTheLocaleDoes)
     EXPECT_EQ(small.compareNoCase(capital), 1);
 }
 
-TEST(TStringTest, TurkicCapitalIIsNotTheSameAsI)
+TEST(TStringTest, DistinguishesTheTurkicCapitalIFromI)
 {
     const CompiledLocale turkish("tr_TR", "UTF-8");
     if (!turkish.IsThere())
@@ -192,7 +192,7 @@ TEST(TStringTest, TurkicCapitalIIsNotTheSameAsI)
     EXPECT_EQ(Wide(L"TEXT").compareNoCase(L"text"), 0);
 }
 
-TEST(TStringTest, SubstringIsFoundWhateverItsCase)
+TEST(TStringTest, FindsASubstringWhateverItsCase)
 {
     EXPECT_TRUE(Wide(L"A Long Text").HasSubstring(L"long"));
     EXPECT_TRUE(Wide(L"a long text").HasSubstring(L"TEXT"));
@@ -202,7 +202,7 @@ TEST(TStringTest, SubstringIsFoundWhateverItsCase)
     EXPECT_FALSE(Narrow("A Long Text").HasSubstring("longer"));
 }
 
-TEST(TStringTest, SubstringIsFoundInALongText)
+TEST(TStringTest, FindsASubstringInALongText)
 {
     const Wide text = std::wstring(5000, L'a') + L"Needle" + std::wstring(700, L'b');
 
@@ -213,7 +213,7 @@ TEST(TStringTest, SubstringIsFoundInALongText)
     EXPECT_FALSE(text.HasSubstring(L"needles"));
 }
 
-TEST(TStringTest, EmptySubstringIsAlwaysFound)
+TEST(TStringTest, FindsTheEmptySubstringAlways)
 {
     EXPECT_TRUE(Wide(L"text").HasSubstring(L""));
     EXPECT_TRUE(Wide(L"").HasSubstring(L""));
@@ -221,7 +221,7 @@ TEST(TStringTest, EmptySubstringIsAlwaysFound)
     EXPECT_FALSE(Wide(L"").HasSubstring(L"a"));
 }
 
-TEST(TStringTest, SubstringSearchEndsAtNullCharacters)
+TEST(TStringTest, EndsASubstringSearchAtNullCharacters)
 {
     const Wide text(std::wstring(L"ab\0cd", 5));
 
@@ -230,7 +230,7 @@ TEST(TStringTest, SubstringSearchEndsAtNullCharacters)
     EXPECT_TRUE(Wide(L"x").HasSubstring(Wide(L'\0')));
 }
 
-TEST(TStringTest, SubstringFoldsNarrowCharactersOnly)
+TEST(TStringTest, FoldsNarrowCharactersOnlyInASubstringSearch)
 {
     const ScopedLocale locale("C.UTF-8");
 
@@ -241,7 +241,7 @@ TEST(TStringTest, SubstringFoldsNarrowCharactersOnly)
     EXPECT_TRUE(Wide(static_cast<wchar_t>(-65)).HasSubstring(static_cast<wchar_t>(-65)));
 }
 
-TEST(TStringTest, SubstringFoldsTheBytesOfAnEightBitLocale)
+TEST(TStringTest, FoldsTheBytesOfAnEightBitLocaleInASubstringSearch)
 {
     const CompiledLocale latin("de_DE", "ISO-8859-1");
     if (!latin.IsThere())
@@ -254,7 +254,7 @@ TEST(TStringTest, SubstringFoldsTheBytesOfAnEightBitLocale)
     EXPECT_EQ(Wide(L"CAF\u00C9").ToLower(), L"caf\u00E9");
 }
 
-TEST(TStringTest, TrimRemovesSpacesAndTabsAtBothEnds)
+TEST(TStringTest, TrimsSpacesAndTabsAtBothEnds)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L" a b\t", L"a b"},
@@ -274,7 +274,7 @@ TEST(TStringTest, TrimRemovesSpacesAndTabsAtBothEnds)
     }
 }
 
-TEST(TStringTest, TrimAndToLowerChangeTheTextItself)
+TEST(TStringTest, ChangesTheTextItselfInTrimAndToLower)
 {
     Wide text(L" A ");
 
@@ -283,7 +283,7 @@ TEST(TStringTest, TrimAndToLowerChangeTheTextItself)
     EXPECT_EQ(text, L"a");
 }
 
-TEST(TStringTest, ToLowerLeavesCharactersBeyondTheNarrowOnes)
+TEST(TStringTest, LeavesCharactersBeyondTheNarrowOnesInToLower)
 {
     const ScopedLocale locale("C.UTF-8");
     const wchar_t negative = -191;
@@ -301,7 +301,7 @@ struct ReplacementCase {
     const wchar_t* expected;
 };
 
-TEST(TStringTest, ReplaceChangesEveryOccurrence)
+TEST(TStringTest, ReplacesEveryOccurrence)
 {
     constexpr ReplacementCase cases[] = {{L"a-b-c", L"-", L"+", L"a+b+c"},
                                          {L"a-b-c", L"-", L" to ", L"a to b to c"},
@@ -317,7 +317,7 @@ TEST(TStringTest, ReplaceChangesEveryOccurrence)
     }
 }
 
-TEST(TStringTest, ReplaceAlsoFindsWhatAReplacementCreated)
+TEST(TStringTest, ReplacesWhatAReplacementCreated)
 {
     constexpr ReplacementCase cases[] = {
         {L"aab", L"ab", L"b", L"b"},        {L"aaab", L"ab", L"b", L"b"},
@@ -331,18 +331,18 @@ TEST(TStringTest, ReplaceAlsoFindsWhatAReplacementCreated)
     }
 }
 
-TEST(TStringTest, ReplaceEndsWhenEachReplacementTakesACharacterAway)
+TEST(TStringTest, EndsReplaceWhenEachReplacementTakesACharacterAway)
 {
     EXPECT_EQ(Replaced(L"aab", L"ab", L"bbb"), L"bbbbb");
     EXPECT_EQ(Replaced(L"aab", L"ab", L"ba"), L"baa");
 }
 
-TEST(TStringTest, ReplaceOfTheEmptyTextChangesNothing)
+TEST(TStringTest, ChangesNothingWhenTheEmptyTextIsReplaced)
 {
     EXPECT_EQ(Replaced(L"text", L"", L"x"), L"text");
 }
 
-TEST(TStringTest, ReplaceTakesTheTextItselfAsArgument)
+TEST(TStringTest, TakesTheTextItselfAsAnArgumentOfReplace)
 {
     Wide same(L"a long text");
     same.Replace(same, L"short");
@@ -357,7 +357,7 @@ TEST(TStringTest, ReplaceTakesTheTextItselfAsArgument)
     EXPECT_EQ(letters, L"ab");
 }
 
-TEST(TStringTest, ReplaceKeepsNullCharacters)
+TEST(TStringTest, KeepsNullCharactersInReplace)
 {
     const Wide text(std::wstring(L"a\0-\0b", 5));
 
@@ -365,7 +365,7 @@ TEST(TStringTest, ReplaceKeepsNullCharacters)
     EXPECT_EQ(Replaced(text, Wide(L'\0'), L""), L"a-b");
 }
 
-TEST(TStringTest, NumbersAreReadFromTheBeginning)
+TEST(TStringTest, ReadsNumbersFromTheBeginning)
 {
     constexpr std::pair<const wchar_t*, int> cases[] = {
         {L" 42abc", 42},
@@ -388,7 +388,7 @@ TEST(TStringTest, NumbersAreReadFromTheBeginning)
     }
 }
 
-TEST(TStringTest, UnsignedNumbersWrapAroundAndStopAtTheirLimit)
+TEST(TStringTest, WrapsUnsignedNumbersAroundAndStopsAtTheirLimit)
 {
     constexpr std::pair<const wchar_t*, unsigned int> cases[] = {{L" 42abc", 42u},
                                                                  {L"abc", 0u},
@@ -405,7 +405,7 @@ TEST(TStringTest, UnsignedNumbersWrapAroundAndStopAtTheirLimit)
     }
 }
 
-TEST(TStringTest, TokensKeepEmptyOnes)
+TEST(TStringTest, KeepsEmptyTokens)
 {
     EXPECT_THAT(Tokens(L"a,,b", L",", false), ElementsAre(L"a", L"", L"b"));
     EXPECT_THAT(Tokens(L",a,", L",", false), ElementsAre(L"", L"a", L""));
@@ -414,7 +414,7 @@ TEST(TStringTest, TokensKeepEmptyOnes)
     EXPECT_THAT(Tokens(L"abc", L",", false), ElementsAre(L"abc"));
 }
 
-TEST(TStringTest, TokensCanSkipEmptyOnes)
+TEST(TStringTest, CanSkipEmptyTokens)
 {
     EXPECT_THAT(Tokens(L"a,,b", L",", true), ElementsAre(L"a", L"b"));
     EXPECT_THAT(Tokens(L",a,", L",", true), ElementsAre(L"a"));
@@ -422,7 +422,7 @@ TEST(TStringTest, TokensCanSkipEmptyOnes)
     EXPECT_THAT(Tokens(L",,,", L",", true), IsEmpty());
 }
 
-TEST(TStringTest, EveryDelimiterCharacterSeparates)
+TEST(TStringTest, SeparatesAtEveryDelimiterCharacter)
 {
     EXPECT_THAT(Tokens(L"a b\tc", L" \t", true), ElementsAre(L"a", L"b", L"c"));
     EXPECT_THAT(Tokens(L"a\u20AC-b", L"-\u20AC", false), ElementsAre(L"a", L"", L"b"));
@@ -430,14 +430,14 @@ TEST(TStringTest, EveryDelimiterCharacterSeparates)
                 ElementsAre(L"a", L"b"));
 }
 
-TEST(TStringTest, WithoutDelimitersTheWholeTextIsOneToken)
+TEST(TStringTest, TakesTheWholeTextAsOneTokenWithoutDelimiters)
 {
     EXPECT_THAT(Tokens(L"a b", L"", false), ElementsAre(L"a b"));
     EXPECT_THAT(Tokens(L"a b", L"", true), ElementsAre(L"a b"));
     EXPECT_THAT(Tokens(L"", L"", true), IsEmpty());
 }
 
-TEST(TStringTest, TokensReplaceWhatTheVectorHeld)
+TEST(TStringTest, ReplacesWhatTheVectorHeldByTokens)
 {
     std::vector<Wide> tokens = {L"old one", L"old two", L"old three"};
 
@@ -448,7 +448,7 @@ TEST(TStringTest, TokensReplaceWhatTheVectorHeld)
     EXPECT_THAT(tokens, IsEmpty());
 }
 
-TEST(TStringTest, TextAndDelimitersMayBeAmongTheTokensThatGo)
+TEST(TStringTest, TokenizesTextAndDelimitersAmongTheTokensReplaced)
 {
     std::vector<Wide> tokens = {L"a long first token,and a second one", L",;", L"old"};
     tokens[0].GetTokens(tokens[1], tokens, false);
@@ -460,7 +460,7 @@ TEST(TStringTest, TextAndDelimitersMayBeAmongTheTokensThatGo)
 }
 
 // The alarm ends a call that does not return.
-TEST(TStringDeathTest, ReplaceByAStringThatContainsTheReplacedOneDoesNotReturn)
+TEST(TStringDeathTest, DoesNotReturnFromReplaceByAStringWithTheReplacedOne)
 {
     const auto replaceForASecond = [] {
         ::alarm(1);

@@ -160,7 +160,7 @@ std::set<std::string> SourcesWith(
     return names;
 }
 
-TEST(ArchitectureTest, EveryRoomHasItsFloor)
+TEST(ArchitectureTest, PutsEveryRoomOnAFloor)
 {
     std::set<std::string> rooms;
     for (const auto& entry : fs::directory_iterator(Root())) {
@@ -174,7 +174,7 @@ TEST(ArchitectureTest, EveryRoomHasItsFloor)
     EXPECT_EQ(onThePage, rooms);
 }
 
-TEST(ArchitectureTest, RoomsUseLowerFloorsOnly)
+TEST(ArchitectureTest, LetsRoomsUseLowerFloorsOnly)
 {
     std::map<std::string, int> floors = Floors();
     Uses climbing;
@@ -188,7 +188,7 @@ TEST(ArchitectureTest, RoomsUseLowerFloorsOnly)
 }
 
 // The map leaves out rooms that every room uses.
-TEST(ArchitectureTest, TheMapShowsWhatIsUsed)
+TEST(ArchitectureTest, ShowsInTheMapWhatIsUsed)
 {
     Uses drawn;
     for (const auto& [from, to] : RoomUses()) {
@@ -200,7 +200,7 @@ TEST(ArchitectureTest, TheMapShowsWhatIsUsed)
     EXPECT_EQ(Arrows(), drawn);
 }
 
-TEST(ArchitectureTest, TheGroundFloorUsesNothingOfTheLibrary)
+TEST(ArchitectureTest, UsesNothingOfTheLibraryOnTheGroundFloor)
 {
     const auto isGroundFloor = [](const std::string& name) { return RoomOf(name) == "base"; };
 
@@ -208,7 +208,7 @@ TEST(ArchitectureTest, TheGroundFloorUsesNothingOfTheLibrary)
     EXPECT_THAT(SourcesWith("#include <(wx|unicode|pcre)|TString<", isGroundFloor), IsEmpty());
 }
 
-TEST(ArchitectureTest, PrivateHeadersStayInTheirRoom)
+TEST(ArchitectureTest, KeepsPrivateHeadersInTheirRoom)
 {
     Uses crossing;
     for (const auto& [from, to] : Includes()) {
@@ -220,7 +220,7 @@ TEST(ArchitectureTest, PrivateHeadersStayInTheirRoom)
 }
 
 // These rooms are private as a whole: they need no suffix and install nothing.
-TEST(ArchitectureTest, PrivateRoomsHaveNoPublicHeaders)
+TEST(ArchitectureTest, HasNoPublicHeadersInPrivateRooms)
 {
     const std::string list = ReadWholeFile(Root() / "CMakeLists.txt");
     const auto isPrivateRoom = [](const std::string& name) {
@@ -233,7 +233,7 @@ TEST(ArchitectureTest, PrivateRoomsHaveNoPublicHeaders)
     }
 }
 
-TEST(ArchitectureTest, NoTwoFilesUseEachOther)
+TEST(ArchitectureTest, HasNoTwoFilesThatUseEachOther)
 {
     std::multimap<std::string, std::string> uses;
     for (const auto& [from, to] : Includes()) {
@@ -251,7 +251,7 @@ TEST(ArchitectureTest, NoTwoFilesUseEachOther)
 }
 
 // A program compiles without wxWidgets unless it uses a class that derives from one of its classes.
-TEST(ArchitectureTest, HeadersIncludeWxWidgetsOnlyToDeriveFromIt)
+TEST(ArchitectureTest, IncludesWxWidgetsInHeadersOnlyToDeriveFromIt)
 {
     const auto isHeader = [](const std::string& name) {
         return name.ends_with(".h") && RoomOf(name) != "framework";
@@ -272,7 +272,7 @@ TEST(ArchitectureTest, OnlyTheAdapterSilencesWxWidgets)
 }
 
 // Failures of core types show in their results alone.
-TEST(ArchitectureTest, CoreTypesDoNotLog)
+TEST(ArchitectureTest, DoesNotLogInCoreTypes)
 {
     const Uses uses = RoomUses();
 
@@ -281,7 +281,7 @@ TEST(ArchitectureTest, CoreTypesDoNotLog)
 }
 
 // Only the application reads settings.
-TEST(ArchitectureTest, NoSourceReadsSettings)
+TEST(ArchitectureTest, ReadsNoSettings)
 {
     EXPECT_THAT(SourcesWith("#include \"toolkit/config/IniFile.h\""),
                 ElementsAre("config/IniFile.cpp"));

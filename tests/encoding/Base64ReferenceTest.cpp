@@ -43,7 +43,7 @@ std::string Convert(Operation operation, const std::string& in)
     return result;
 }
 
-TEST(Base64ReferenceTest, RandomBytesAreEncodedAsByHandAndComeBack)
+TEST(Base64ReferenceTest, EncodesRandomBytesAsByHandAndDecodesThemBack)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds; ++round) {
@@ -55,7 +55,7 @@ TEST(Base64ReferenceTest, RandomBytesAreEncodedAsByHandAndComeBack)
     }
 }
 
-TEST(Base64ReferenceTest, RandomTextsAreDecodedAsByHand)
+TEST(Base64ReferenceTest, DecodesRandomTextsAsByHand)
 {
     RandomText random(2);
     const std::string unclean = c_base64Alphabet + "\r\n -_=\x80\xFF" + std::string(1, '\0');
@@ -66,7 +66,7 @@ TEST(Base64ReferenceTest, RandomTextsAreDecodedAsByHand)
     }
 }
 
-TEST(Base64ReferenceTest, RandomWideTextsAreDecodedAsByHand)
+TEST(Base64ReferenceTest, DecodesRandomWideTextsAsByHand)
 {
     RandomText random(3);
     for (int round = 0; round < c_rounds; ++round) {
@@ -77,7 +77,7 @@ TEST(Base64ReferenceTest, RandomWideTextsAreDecodedAsByHand)
     }
 }
 
-TEST(Base64ReferenceTest, ValidTextsAreThoseOfAnotherLibrary)
+TEST(Base64ReferenceTest, AgreesWithAnotherLibraryOnValidTexts)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {

@@ -54,7 +54,7 @@ std::string ContentsOf(const smart_ptr<Bytes>& bytes)
     return contents;
 }
 
-TEST(Base64Test, CodeLengthCountsBegunGroups)
+TEST(Base64Test, CountsBegunGroupsInTheCodeLength)
 {
     constexpr std::pair<int, int> cases[] = {{0, 0}, {1, 4},  {2, 4},   {3, 4},
                                              {4, 8}, {-1, 0}, {-3, -4}, {1610612733, 2147483644}};
@@ -62,13 +62,13 @@ TEST(Base64Test, CodeLengthCountsBegunGroups)
         EXPECT_EQ(GetCodeLength(length), expected) << length;
 }
 
-TEST(Base64Test, CodeLengthIsNegativeFromTwoGibibytes)
+TEST(Base64Test, ReturnsANegativeCodeLengthFromTwoGibibytes)
 {
     EXPECT_EQ(GetCodeLength(1610612734), -2147483647 - 1);
     EXPECT_EQ(GetCodeLength(2147483647), -1431655764);
 }
 
-TEST(Base64Test, DataLengthTakesAQuarterAway)
+TEST(Base64Test, TakesAQuarterAwayForTheDataLength)
 {
     constexpr std::pair<int, int> cases[] = {{0, 0}, {1, 1}, {3, 3},   {4, 3},
                                              {6, 5}, {8, 6}, {-4, -3}, {2147483647, 1610612736}};
@@ -88,7 +88,7 @@ TEST(Base64Test, EncodesTheExamplesOfTheStandard)
     }
 }
 
-TEST(Base64Test, EveryDigitHasItsPlaceInTheAlphabet)
+TEST(Base64Test, KnowsThePlaceOfEveryDigitInTheAlphabet)
 {
     const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     const std::string bytes("\x00\x10\x83\x10\x51\x87\x20\x92\x8b\x30\xd3\x8f\x41\x14\x93\x51"
@@ -100,13 +100,13 @@ TEST(Base64Test, EveryDigitHasItsPlaceInTheAlphabet)
     EXPECT_EQ(Decode(alphabet), bytes);
 }
 
-TEST(Base64Test, NothingEncodesOrDecodesToNothing)
+TEST(Base64Test, EncodesAndDecodesNothingToNothing)
 {
     EXPECT_EQ(Encode(""), std::nullopt);
     EXPECT_EQ(Decode(""), std::nullopt);
 }
 
-TEST(Base64Test, LengthsBeyondTheComputableAreRefused)
+TEST(Base64Test, RefusesLengthsBeyondTheComputable)
 {
     const unsigned char in[4] = {'Q', 'Q', '=', '='};
     unsigned char* out = nullptr;
@@ -121,7 +121,7 @@ TEST(Base64Test, LengthsBeyondTheComputableAreRefused)
     EXPECT_EQ(length, 7u);
 }
 
-TEST(Base64Test, NullPointersAreRefused)
+TEST(Base64Test, RefusesNullPointers)
 {
     const unsigned char in[4] = {'Q', 'Q', '=', '='};
     unsigned char* out = nullptr;
@@ -136,7 +136,7 @@ TEST(Base64Test, NullPointersAreRefused)
     EXPECT_EQ(length, 7u);
 }
 
-TEST(Base64Test, ArraysThatFindNoMemoryAreRefused)
+TEST(Base64Test, FailsWhenOutOfMemoryForAnArray)
 {
     const std::string in(1000, 'Q');
     const auto* const data = reinterpret_cast<const unsigned char*>(in.data());
@@ -151,7 +151,7 @@ TEST(Base64Test, ArraysThatFindNoMemoryAreRefused)
     EXPECT_EQ(length, 7u);
 }
 
-TEST(Base64Test, WithoutMemoryThereIsNoTextAndThereAreNoBytes)
+TEST(Base64Test, ReturnsNoTextAndNoBytesWhenOutOfMemory)
 {
     const smart_ptr<Bytes> bytes = BytesOf(std::string(1000, 'x'));
     const Wide text = std::wstring(2000, L'Q');
@@ -165,7 +165,7 @@ TEST(Base64Test, WithoutMemoryThereIsNoTextAndThereAreNoBytes)
     EXPECT_EQ(ContentsOf(empty), "");
 }
 
-TEST(Base64Test, APadEndsTheTextWhereverItStands)
+TEST(Base64Test, EndsTheTextAtAPadAnywhere)
 {
     const std::pair<const char*, std::string> cases[] = {{"=", std::string(1, '\0')},
                                                          {"=QUI", std::string(1, '\0')},
@@ -181,7 +181,7 @@ TEST(Base64Test, APadEndsTheTextWhereverItStands)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, AnUnfinishedGroupIsDropped)
+TEST(Base64Test, DropsAnUnfinishedGroup)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"Q", ""}, {"QU", ""}, {"QUJ", ""}, {"QUJDQ", "ABC"}, {"QUJDQUJ", "ABC"}};
@@ -189,7 +189,7 @@ TEST(Base64Test, AnUnfinishedGroupIsDropped)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, TheArrayOfADecodedTextIsZeroBehindItsBytes)
+TEST(Base64Test, PutsZeroAfterTheBytesOfADecodedText)
 {
     // Every array is as long as GetDataLength() says.
     const std::pair<std::string, std::string> cases[] = {
@@ -215,7 +215,7 @@ TEST(Base64Test, TheArrayOfADecodedTextIsZeroBehindItsBytes)
     }
 }
 
-TEST(Base64Test, CharactersThatAreNoDigitsCountAsZero)
+TEST(Base64Test, DecodesCharactersThatAreNoDigitsAsZero)
 {
     const std::pair<const char*, std::string> cases[] = {{"????", std::string(3, '\0')},
                                                          {"QU-D", "A@\x03"},
@@ -225,13 +225,13 @@ TEST(Base64Test, CharactersThatAreNoDigitsCountAsZero)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, ALineBreakShiftsWhatFollows)
+TEST(Base64Test, ShiftsWhatFollowsALineBreak)
 {
     // "\r\nQU" and "JD" without its other half.
     EXPECT_EQ(Decode("QUJD\r\nQUJD"), std::string("ABC\0\4\x14", 6));
 }
 
-TEST(Base64Test, WideTextOfBytes)
+TEST(Base64Test, EncodesBytesToWideText)
 {
     EXPECT_EQ(B64::ToUNICODE(BytesOf("A")), L"QQ==");
     EXPECT_EQ(B64::ToUNICODE(BytesOf(std::string("\0\xFF", 2))), L"AP8=");
@@ -239,7 +239,7 @@ TEST(Base64Test, WideTextOfBytes)
     EXPECT_EQ(B64::ToUNICODE(smart_ptr<Bytes>()), L"");
 }
 
-TEST(Base64Test, BytesOfWideText)
+TEST(Base64Test, DecodesWideTextToBytes)
 {
     const std::pair<const wchar_t*, std::string> cases[] = {
         {L"QQ==", "A"}, {L"AP8=", std::string("\0\xFF", 2)}, {L"", ""}, {L"QUJ", ""}};
@@ -250,18 +250,18 @@ TEST(Base64Test, BytesOfWideText)
     }
 }
 
-TEST(Base64Test, ACharacterOutsideAsciiTakesAPlaceForEachOfItsBytes)
+TEST(Base64Test, GivesACharacterOutsideAsciiAPlaceForEachOfItsBytes)
 {
     // "é" has two bytes: "Qé" and "J" make a group.
     EXPECT_EQ(ContentsOf(B64::ToB64(L"Q\u00e9J")), std::string("@\0\x09", 3));
 }
 
-TEST(Base64Test, WideTextEndsAtItsFirstNull)
+TEST(Base64Test, EndsWideTextAtItsFirstNull)
 {
     EXPECT_EQ(ContentsOf(B64::ToB64(std::wstring(L"QUJD\0QUJD", 9))), "ABC");
 }
 
-TEST(Base64Test, WideTextWithoutAUtf8FormGivesNoBytes)
+TEST(Base64Test, DecodesNoBytesFromWideTextWithoutAUtf8Form)
 {
     const smart_ptr<Bytes> bytes = B64::ToB64(L"QUJD" + std::wstring(1, wchar_t(0x110000)));
 

@@ -40,7 +40,7 @@ Wide RandomLine(RandomText& random, std::size_t longest)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, RandomTextsAreEncodedAsByTheTables)
+TEST(QuotedPrintableReferenceTest, EncodesRandomTextsAsByTheTables)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds; ++round) {
@@ -50,7 +50,7 @@ TEST(QuotedPrintableReferenceTest, RandomTextsAreEncodedAsByTheTables)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, EncodedTextsComeBack)
+TEST(QuotedPrintableReferenceTest, DecodesWhatWasEncoded)
 {
     RandomText random(2);
     for (int round = 0; round < c_rounds; ++round) {
@@ -60,7 +60,7 @@ TEST(QuotedPrintableReferenceTest, EncodedTextsComeBack)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, RandomTextsAreDecodedAsByTheTables)
+TEST(QuotedPrintableReferenceTest, DecodesRandomTextsAsByTheTables)
 {
     RandomText random(3);
     for (int round = 0; round < 2 * c_rounds; ++round) {
@@ -70,7 +70,7 @@ TEST(QuotedPrintableReferenceTest, RandomTextsAreDecodedAsByTheTables)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, EveryByteHasToBeEncodedAsItsTableSays)
+TEST(QuotedPrintableReferenceTest, ReportsEveryByteAsItsTableSays)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const TString<char> text(static_cast<char>(byte));
@@ -78,7 +78,7 @@ TEST(QuotedPrintableReferenceTest, EveryByteHasToBeEncodedAsItsTableSays)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, SoftBreaksOfEveryPairOfSmallLengths)
+TEST(QuotedPrintableReferenceTest, BreaksLinesOfEveryPairOfSmallLengths)
 {
     RandomText random(4);
     for (unsigned int first = 0; first <= 40; ++first) {
@@ -91,7 +91,7 @@ TEST(QuotedPrintableReferenceTest, SoftBreaksOfEveryPairOfSmallLengths)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, SoftBreaksOfEnormousLengths)
+TEST(QuotedPrintableReferenceTest, BreaksLinesOfEnormousLengths)
 {
     RandomText random(5);
     for (int round = 0; round < c_rounds; ++round) {
@@ -115,7 +115,7 @@ std::string DecodedByAnotherLibrary(const std::string& code)
     return bytes;
 }
 
-TEST(QuotedPrintableReferenceTest, AnotherLibraryReadsWhatIsWritten)
+TEST(QuotedPrintableReferenceTest, WritesWhatAnotherLibraryReads)
 {
     RandomText random(6);
     for (int round = 0; round < c_rounds; ++round) {
@@ -126,7 +126,7 @@ TEST(QuotedPrintableReferenceTest, AnotherLibraryReadsWhatIsWritten)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, AnotherLibraryReadsLinesWithSoftBreaks)
+TEST(QuotedPrintableReferenceTest, BreaksLinesSoThatAnotherLibraryReadsThem)
 {
     RandomText random(7);
     for (int round = 0; round < c_rounds; ++round) {

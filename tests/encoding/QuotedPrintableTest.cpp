@@ -13,7 +13,7 @@ namespace {
 using Narrow = TString<char>;
 using Wide = TString<wchar_t>;
 
-TEST(QuotedPrintableTest, HexHoldsTheUpperCaseDigits)
+TEST(QuotedPrintableTest, HasUpperCaseDigitsInItsTable)
 {
     EXPECT_STREQ(HEX, "0123456789ABCDEF");
 }
@@ -34,7 +34,7 @@ TEST(QuotedPrintableTest, EscapesWhatIsNotPlain)
         EXPECT_EQ(QP::ToQP(text), expected);
 }
 
-TEST(QuotedPrintableTest, AllOtherVisibleCharactersOfAsciiArePlain)
+TEST(QuotedPrintableTest, LeavesAllOtherVisibleCharactersOfAsciiPlain)
 {
     const Wide plain = L"!#$%&'*+-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ^_`"
                        L"abcdefghijklmnopqrstuvwxyz{|}~";
@@ -48,7 +48,7 @@ TEST(QuotedPrintableTest, EncodesUpToTheFirstNull)
     EXPECT_EQ(QP::ToQP(std::wstring(L"a\0b", 3)), L"a");
 }
 
-TEST(QuotedPrintableTest, ATextWithoutAUtf8FormEncodesToNothing)
+TEST(QuotedPrintableTest, EncodesATextWithoutAUtf8FormToNothing)
 {
     EXPECT_EQ(QP::ToQP(L"a" + std::wstring(1, wchar_t(0x110000))), L"");
 }
@@ -67,7 +67,7 @@ TEST(QuotedPrintableTest, DecodesEscapesOfEitherCase)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, GCountsAsADigitOfSixteen)
+TEST(QuotedPrintableTest, DecodesGAsADigitOfSixteen)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"=41=4g", L"AP"}, {L"=4G", L"P"},      {L"=3g=3G", L"@@"},
@@ -76,7 +76,7 @@ TEST(QuotedPrintableTest, GCountsAsADigitOfSixteen)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, AnInvalidEscapeLosesItsFirstCharacter)
+TEST(QuotedPrintableTest, DropsTheFirstCharacterOfAnInvalidEscape)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"=4hx", L"4hx"}, {L"=h4x", L"h4x"}, {L"==41", L"A"},
@@ -85,12 +85,12 @@ TEST(QuotedPrintableTest, AnInvalidEscapeLosesItsFirstCharacter)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, ASoftLineBreakLosesOnlyItsFirstCharacter)
+TEST(QuotedPrintableTest, DropsOnlyTheFirstCharacterOfASoftLineBreak)
 {
     EXPECT_EQ(QP::ToUNICODE(L"one=\r\ntwo"), L"one\r\ntwo");
 }
 
-TEST(QuotedPrintableTest, AnEscapeCutShortIsCopied)
+TEST(QuotedPrintableTest, CopiesAnEscapeCutShort)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"=4", L"=4"},
@@ -106,30 +106,30 @@ TEST(QuotedPrintableTest, AnEscapeCutShortIsCopied)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, ALongTextOfEscapeCharactersKeepsTheLastTwo)
+TEST(QuotedPrintableTest, KeepsTheLastTwoOfManyEscapeCharacters)
 {
     for (const std::size_t length : {2u, 72u, 73u, 5000u})
         EXPECT_EQ(QP::ToUNICODE(std::wstring(length, L'=')), L"==") << length;
 }
 
-TEST(QuotedPrintableTest, ASingleEscapeCharacterDecodesToNothing)
+TEST(QuotedPrintableTest, DecodesASingleEscapeCharacterToNothing)
 {
     EXPECT_EQ(QP::ToUNICODE(L"="), L"");
 }
 
-TEST(QuotedPrintableTest, DecodedTextEndsAtItsFirstNull)
+TEST(QuotedPrintableTest, EndsDecodedTextAtItsFirstNull)
 {
     EXPECT_EQ(QP::ToUNICODE(L"ab=00cd"), L"ab");
 }
 
-TEST(QuotedPrintableTest, BytesThatAreNoUtf8DecodeToNothing)
+TEST(QuotedPrintableTest, DecodesBytesThatAreNoUtf8ToNothing)
 {
     constexpr const wchar_t* cases[] = {L"a=C3", L"=C3=28", L"x=FF", L"=ED=A0=80"};
     for (const wchar_t* const code : cases)
         EXPECT_EQ(QP::ToUNICODE(code), L"");
 }
 
-TEST(QuotedPrintableTest, ALongLineHasToBeEncoded)
+TEST(QuotedPrintableTest, HasToEncodeALongLine)
 {
     for (const bool ignoreCharacters : {false, true}) {
         EXPECT_TRUE(QP::HasToBeQP(Narrow("a"), 77, 76, ignoreCharacters));
@@ -139,7 +139,7 @@ TEST(QuotedPrintableTest, ALongLineHasToBeEncoded)
     }
 }
 
-TEST(QuotedPrintableTest, ALineFeedHasToBeEncoded)
+TEST(QuotedPrintableTest, HasToEncodeALineFeed)
 {
     for (const bool ignoreCharacters : {false, true}) {
         EXPECT_TRUE(QP::HasToBeQP(Narrow("a\nb"), 1, 76, ignoreCharacters));
@@ -149,7 +149,7 @@ TEST(QuotedPrintableTest, ALineFeedHasToBeEncoded)
     EXPECT_FALSE(QP::HasToBeQP(Narrow("a\rb"), 1, 76, true));
 }
 
-TEST(QuotedPrintableTest, ACharacterHasToBeEncodedUnlessItIsIgnored)
+TEST(QuotedPrintableTest, HasToEncodeACharacterUnlessItIsIgnored)
 {
     for (const char* text : {"\t", " ", "=", "a]", "h\xC3\xA9", "\x80", "\"", "\x01"}) {
         SCOPED_TRACE(text);
@@ -160,19 +160,19 @@ TEST(QuotedPrintableTest, ACharacterHasToBeEncodedUnlessItIsIgnored)
     EXPECT_FALSE(QP::HasToBeQP(Narrow("!#$%&'*+-.09AZ^_`az{|}~"), 1, 76, false));
 }
 
-TEST(QuotedPrintableTest, DeleteIsEscapedThoughItDoesNotHaveToBeEncoded)
+TEST(QuotedPrintableTest, EscapesDeleteThoughItDoesNotHaveTo)
 {
     EXPECT_FALSE(QP::HasToBeQP(Narrow("\x7F"), 1, 76, false));
     EXPECT_EQ(QP::ToQP(L"\x7F"), L"=7F");
 }
 
-TEST(QuotedPrintableTest, CharactersOfWideTextAreIgnoredAlways)
+TEST(QuotedPrintableTest, IgnoresCharactersOfWideTextAlways)
 {
     for (const bool ignoreCharacters : {false, true})
         EXPECT_FALSE(QP::HasToBeQP(Wide(L"\t=\u00e9"), 1, 76, ignoreCharacters));
 }
 
-TEST(QuotedPrintableTest, SoftBreaksKeepLinesWithinTheirLengths)
+TEST(QuotedPrintableTest, KeepsLinesWithinTheirLengthsBySoftBreaks)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"abcdefghijkl", L"abcdefghi=\r\njkl"},
@@ -184,19 +184,19 @@ TEST(QuotedPrintableTest, SoftBreaksKeepLinesWithinTheirLengths)
         EXPECT_EQ(QP::ToQP(text, 10, 10), expected);
 }
 
-TEST(QuotedPrintableTest, ASoftBreakMayStandBetweenTheDigitsOfAnEscape)
+TEST(QuotedPrintableTest, MayBreakALineBetweenTheDigitsOfAnEscape)
 {
     EXPECT_EQ(QP::ToQP(L"ab ", 5, 10), L"ab=2=\r\n0");
 }
 
-TEST(QuotedPrintableTest, LinesBelowFourCharactersAreNotCut)
+TEST(QuotedPrintableTest, DoesNotCutLinesBelowFourCharacters)
 {
     for (const unsigned int lineLength : {0u, 1u, 3u})
         EXPECT_EQ(QP::ToQP(L"a b", 2, lineLength), L"a=20b");
     EXPECT_EQ(QP::ToQP(L"abcdefgh", 2, 4), L"a=\r\nbcd=\r\nefg=\r\nh");
 }
 
-TEST(QuotedPrintableTest, TheShortestFirstLines)
+TEST(QuotedPrintableTest, BreaksTheShortestFirstLines)
 {
     constexpr std::pair<unsigned int, const wchar_t*> cases[] = {{0, L"=20abcd"},
                                                                  {1, L"=\r\n=20=\r\nabc=\r\nd"},
@@ -206,7 +206,7 @@ TEST(QuotedPrintableTest, TheShortestFirstLines)
         EXPECT_EQ(QP::ToQP(L" abcd", first, 4), expected) << first;
 }
 
-TEST(QuotedPrintableTest, EnormousLinesStepToTheLeft)
+TEST(QuotedPrintableTest, StepsToTheLeftInEnormousLines)
 {
     constexpr std::pair<unsigned int, const wchar_t*> cases[] = {
         {0x7FFFFFFE, L"ab=20=\r\ncd"},
@@ -218,7 +218,7 @@ TEST(QuotedPrintableTest, EnormousLinesStepToTheLeft)
         EXPECT_EQ(QP::ToQP(L"ab cd", 6, lineLength), expected) << std::hex << lineLength;
 }
 
-TEST(QuotedPrintableTest, TheTwoLongestLinesMakeOneBreak)
+TEST(QuotedPrintableTest, BreaksTheTwoLongestLinesOnce)
 {
     for (const unsigned int lineLength : {0xFFFFFFFEu, 0xFFFFFFFFu}) {
         EXPECT_EQ(QP::ToQP(L"ab cd", 4, lineLength), L"ab=\r\n=20cd");
@@ -226,7 +226,7 @@ TEST(QuotedPrintableTest, TheTwoLongestLinesMakeOneBreak)
     }
 }
 
-TEST(QuotedPrintableTest, WithoutMemoryThereIsNoText)
+TEST(QuotedPrintableTest, ReturnsNoTextWhenOutOfMemory)
 {
     const Wide text = std::wstring(1000, L'\n');
     const TestSupport::AllocationLimit limit(500);
@@ -237,7 +237,7 @@ TEST(QuotedPrintableTest, WithoutMemoryThereIsNoText)
     EXPECT_NO_THROW(QP::HasToBeQP(text, 1, 76, false));
 }
 
-TEST(QuotedPrintableTest, LongTextsAreCutInLinearTime)
+TEST(QuotedPrintableTest, CutsLongTextsInLinearTime)
 {
     const std::size_t length = 4'000'000;
 

@@ -100,7 +100,7 @@ void ExpectReferenceValues(const std::basic_string<Char>& text)
     ExpectReferenceValue<Char, double>(StringConvert::ToDouble, text);
 }
 
-TEST_F(StringConvertReferenceTest, TextsAreReadAsTheStreamReadsThem)
+TEST_F(StringConvertReferenceTest, ReadsTextsAsTheStreamDoes)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds && !HasFailure(); ++round) {
@@ -109,7 +109,7 @@ TEST_F(StringConvertReferenceTest, TextsAreReadAsTheStreamReadsThem)
     }
 }
 
-TEST_F(StringConvertReferenceTest, NumbersInTextsAreReadAsTheStreamReadsThem)
+TEST_F(StringConvertReferenceTest, ReadsNumbersInTextsAsTheStreamDoes)
 {
     RandomText random(2);
     for (int round = 0; round < c_rounds && !HasFailure(); ++round) {
@@ -125,7 +125,7 @@ TEST_F(StringConvertReferenceTest, NumbersInTextsAreReadAsTheStreamReadsThem)
     }
 }
 
-TEST_F(StringConvertReferenceTest, TStringReadsWhatTheStreamReads)
+TEST_F(StringConvertReferenceTest, ReadsByTStringWhatTheStreamReads)
 {
     RandomText random(3);
     for (int round = 0; round < c_rounds && !HasFailure(); ++round) {
@@ -150,7 +150,7 @@ void ExpectReferenceTexts(TString<wchar_t> (*wide)(Number), TString<char> (*narr
     }
 }
 
-TEST_F(StringConvertReferenceTest, IntegersAreWrittenAsTheStreamWritesThem)
+TEST_F(StringConvertReferenceTest, WritesIntegersAsTheStreamDoes)
 {
     RandomText random(4);
     // Shifted, so that numbers of every length occur.
@@ -170,7 +170,7 @@ TEST_F(StringConvertReferenceTest, IntegersAreWrittenAsTheStreamWritesThem)
                                              [&] { return draw(0ull); });
 }
 
-TEST_F(StringConvertReferenceTest, DoublesOfAnyBitsAreWrittenAsTheStreamWritesThem)
+TEST_F(StringConvertReferenceTest, WritesDoublesOfAnyBitsAsTheStreamDoes)
 {
     RandomText random(5);
     ExpectReferenceTexts<double>(
@@ -179,7 +179,7 @@ TEST_F(StringConvertReferenceTest, DoublesOfAnyBitsAreWrittenAsTheStreamWritesTh
         });
 }
 
-TEST_F(StringConvertReferenceTest, DoublesOfEverydaySizeAreWrittenAsTheStreamWritesThem)
+TEST_F(StringConvertReferenceTest, WritesDoublesOfEverydaySizeAsTheStreamDoes)
 {
     RandomText random(6);
     // Halves, fifths and so on, many of them exactly halfway between two texts of six digits.

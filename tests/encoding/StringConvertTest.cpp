@@ -52,7 +52,7 @@ const Reader<long long> c_int64(StringConvert::ToInt64, StringConvert::ToInt64);
 const Reader<unsigned long long> c_uint64(StringConvert::ToUint64, StringConvert::ToUint64);
 const Reader<double> c_double(StringConvert::ToDouble, StringConvert::ToDouble);
 
-TEST(StringConvertTest, IntegersAreReadFromTheBeginning)
+TEST(StringConvertTest, ReadsIntegersFromTheBeginning)
 {
     constexpr std::pair<const char*, int> cases[] = {
         {" -12x", -12}, {"42", 42}, {"+7", 7},   {"007", 7},   {"\t\n\v\f\r 8", 8},
@@ -64,7 +64,7 @@ TEST(StringConvertTest, IntegersAreReadFromTheBeginning)
     }
 }
 
-TEST(StringConvertTest, ATextWithoutANumberLeavesTheValue)
+TEST(StringConvertTest, LeavesTheValueAtATextWithoutANumber)
 {
     for (const char* const text : {"", " ", "abc", "-", "+", "- 1", "+-1", "--1", ".", ",1",
                                    "\xA0"
@@ -77,7 +77,7 @@ TEST(StringConvertTest, ATextWithoutANumberLeavesTheValue)
     }
 }
 
-TEST(StringConvertTest, IntegersOutOfRangeGiveTheNearestLimit)
+TEST(StringConvertTest, ReadsIntegersOutOfRangeAsTheNearestLimit)
 {
     EXPECT_EQ(c_int32.Read("2147483647", 0), c_maxInt);
     EXPECT_EQ(c_int32.Read("2147483648", 0), c_maxInt);
@@ -89,7 +89,7 @@ TEST(StringConvertTest, IntegersOutOfRangeGiveTheNearestLimit)
     EXPECT_EQ(c_int64.Read("-" + std::string(500, '9'), 0), c_minLong);
 }
 
-TEST(StringConvertTest, UnsignedIntegersStopAtTheirLimit)
+TEST(StringConvertTest, StopsUnsignedIntegersAtTheirLimit)
 {
     EXPECT_EQ(c_uint32.Read("4294967295", 0), 4294967295u);
     EXPECT_EQ(c_uint32.Read("4294967296", 0), 4294967295u);
@@ -97,7 +97,7 @@ TEST(StringConvertTest, UnsignedIntegersStopAtTheirLimit)
     EXPECT_EQ(c_uint64.Read("18446744073709551616", 0), 18446744073709551615ull);
 }
 
-TEST(StringConvertTest, NegativeNumbersWrapAroundInUnsignedTypes)
+TEST(StringConvertTest, WrapsNegativeNumbersAroundInUnsignedTypes)
 {
     EXPECT_EQ(c_uint32.Read("-1", 0), 4294967295u);
     EXPECT_EQ(c_uint32.Read("-4294967295", 0), 1u);
@@ -105,7 +105,7 @@ TEST(StringConvertTest, NegativeNumbersWrapAroundInUnsignedTypes)
     EXPECT_EQ(c_uint64.Read("-1", 0), 18446744073709551615ull);
 }
 
-TEST(StringConvertTest, DoublesAreReadInEveryNotation)
+TEST(StringConvertTest, ReadsDoublesInEveryNotation)
 {
     constexpr std::pair<const char*, double> cases[] = {
         {"0.5", 0.5},       {".5", 0.5},
@@ -121,7 +121,7 @@ TEST(StringConvertTest, DoublesAreReadInEveryNotation)
     }
 }
 
-TEST(StringConvertTest, ATextWithoutADoubleLeavesTheValue)
+TEST(StringConvertTest, LeavesTheValueAtATextWithoutADouble)
 {
     for (const char* const text :
          {"", "abc", ".", "-.", "e5", ".e5", "1e", "1e+", "inf", "nan", "- 1"}) {
@@ -130,7 +130,7 @@ TEST(StringConvertTest, ATextWithoutADoubleLeavesTheValue)
     }
 }
 
-TEST(StringConvertTest, DoublesOutOfRangeGiveTheNearestLimit)
+TEST(StringConvertTest, ReadsDoublesOutOfRangeAsTheNearestLimit)
 {
     constexpr double max = std::numeric_limits<double>::max();
 
@@ -143,7 +143,7 @@ TEST(StringConvertTest, DoublesOutOfRangeGiveTheNearestLimit)
     EXPECT_EQ(c_double.Read("0e99999999999999999999", 77), 0);
 }
 
-TEST(StringConvertTest, LongTextsOfDigitsAreRead)
+TEST(StringConvertTest, ReadsLongTextsOfDigits)
 {
     EXPECT_EQ(c_double.Read(std::string(300, '0') + "1.5", 0), 1.5);
     EXPECT_EQ(c_double.Read("0." + std::string(100, '0') + "1", 0), 1e-101);
@@ -164,7 +164,7 @@ TEST(StringConvertTest, OnlyAsciiIsReadAsNumberOrSpace)
     }
 }
 
-TEST(StringConvertTest, ANullCharacterEndsTheNumber)
+TEST(StringConvertTest, EndsTheNumberAtANullCharacter)
 {
     int value = 0;
 
@@ -176,7 +176,7 @@ TEST(StringConvertTest, ANullCharacterEndsTheNumber)
     EXPECT_EQ(value, 12);
 }
 
-TEST(StringConvertTest, IntegersAreWrittenAsPlainDigits)
+TEST(StringConvertTest, WritesIntegersAsPlainDigits)
 {
     EXPECT_EQ(StringConvert::UStringFromInt32(0), L"0");
     EXPECT_EQ(StringConvert::UStringFromInt32(-1234567), L"-1234567");
@@ -186,7 +186,7 @@ TEST(StringConvertTest, IntegersAreWrittenAsPlainDigits)
     EXPECT_EQ(StringConvert::UStringFromUInt64(18446744073709551615ull), L"18446744073709551615");
 }
 
-TEST(StringConvertTest, NarrowIntegersAreWrittenAsPlainDigits)
+TEST(StringConvertTest, WritesNarrowIntegersAsPlainDigits)
 {
     EXPECT_EQ(StringConvert::StringFromInt32(c_minInt), "-2147483648");
     EXPECT_EQ(StringConvert::StringFromUint32(4294967295u), "4294967295");
@@ -194,7 +194,7 @@ TEST(StringConvertTest, NarrowIntegersAreWrittenAsPlainDigits)
     EXPECT_EQ(StringConvert::StringFromUInt64(0), "0");
 }
 
-TEST(StringConvertTest, DoublesHaveSixDigitsInTheShorterNotation)
+TEST(StringConvertTest, WritesSixDigitsOfADoubleInTheShorterNotation)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const std::pair<double, std::string> cases[] = {
@@ -222,7 +222,7 @@ TEST(StringConvertTest, DoublesHaveSixDigitsInTheShorterNotation)
     }
 }
 
-TEST(StringConvertTest, WithoutMemoryTextsAreEmpty)
+TEST(StringConvertTest, ReturnsEmptyTextsWhenOutOfMemory)
 {
     const Wide text = L"a text that is longer than a text without memory";
     const TestSupport::AllocationLimit limit(20);
@@ -234,7 +234,7 @@ TEST(StringConvertTest, WithoutMemoryTextsAreEmpty)
     EXPECT_EQ(StringConvert::GetCharactersFromRight(text, 100), L"");
 }
 
-TEST(StringConvertTest, WithoutMemoryALongNumberIsNotRead)
+TEST(StringConvertTest, DoesNotReadALongNumberWhenOutOfMemory)
 {
     const std::string digits(300, '9');
     const std::wstring wideDigits(300, L'9');
@@ -249,7 +249,7 @@ TEST(StringConvertTest, WithoutMemoryALongNumberIsNotRead)
     EXPECT_EQ(value, 77);
 }
 
-TEST(StringConvertTest, TheCLocaleDoesNotMatter)
+TEST(StringConvertTest, IgnoresTheCLocale)
 {
     const TestSupport::CompiledLocale german("de_DE", "UTF-8");
     if (!german.IsThere())
@@ -261,7 +261,7 @@ TEST(StringConvertTest, TheCLocaleDoesNotMatter)
     EXPECT_EQ(c_double.Read("1,5", 0), 1.0);
 }
 
-TEST(StringConvertTest, CharactersFromTheRightSkipSpaces)
+TEST(StringConvertTest, SkipsSpacesInCharactersFromTheRight)
 {
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"12 34 56", 4), L"3456");
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"12 34 56", 0), L"");
@@ -271,12 +271,12 @@ TEST(StringConvertTest, CharactersFromTheRightSkipSpaces)
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"", 4294967295u), L"");
 }
 
-TEST(StringConvertTest, CharactersFromTheRightCountOtherWhiteSpace)
+TEST(StringConvertTest, CountsOtherWhiteSpaceInCharactersFromTheRight)
 {
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"a\tb\u00A0", 3), L"\tb\u00A0");
 }
 
-TEST(StringConvertTest, CharactersFromTheRightEndAtANull)
+TEST(StringConvertTest, EndsCharactersFromTheRightAtANull)
 {
     EXPECT_EQ(StringConvert::GetCharactersFromRight(Wide(std::wstring(L"ab\0cd", 5)), 4), L"b");
     EXPECT_EQ(StringConvert::GetCharactersFromRight(Wide(std::wstring(L"ab\0cd", 5)), 2), L"cd");

@@ -13,7 +13,7 @@ namespace {
 using Wide = TString<wchar_t>;
 using Narrow = TString<char>;
 
-TEST(UTF7Test, AsciiStaysAsItIs)
+TEST(UTF7Test, KeepsAsciiAsItIs)
 {
     std::wstring wide;
     std::string narrow;
@@ -26,7 +26,7 @@ TEST(UTF7Test, AsciiStaysAsItIs)
     EXPECT_EQ(UTF7::ToUNICODE(narrow), wide);
 }
 
-TEST(UTF7Test, EveryOtherCharacterBecomesAnUnderscore)
+TEST(UTF7Test, ReplacesEveryOtherCharacterByAnUnderscore)
 {
     const Wide extremes = std::wstring{std::numeric_limits<wchar_t>::min(), L'a', -1, L'b',
                                        std::numeric_limits<wchar_t>::max()};
@@ -36,24 +36,24 @@ TEST(UTF7Test, EveryOtherCharacterBecomesAnUnderscore)
     EXPECT_EQ(UTF7::ToUTF7(extremes), "_a_b_");
 }
 
-TEST(UTF7Test, EmptyTextStaysEmpty)
+TEST(UTF7Test, KeepsAnEmptyTextEmpty)
 {
     EXPECT_EQ(UTF7::ToUTF7(L""), "");
     EXPECT_EQ(UTF7::ToUNICODE(""), L"");
 }
 
-TEST(UTF7Test, NoUtf7IsWrittenOrRead)
+TEST(UTF7Test, WritesAndReadsNoUtf7)
 {
     EXPECT_EQ(UTF7::ToUTF7(L"1+1-~\\"), "1+1-~\\");
     EXPECT_EQ(UTF7::ToUNICODE("+AOk-"), L"+AOk-");
 }
 
-TEST(UTF7Test, NullCharactersAreWritten)
+TEST(UTF7Test, WritesNullCharacters)
 {
     EXPECT_EQ(UTF7::ToUTF7(Wide(std::wstring(L"a\0b", 3))), Narrow(std::string("a\0b", 3)));
 }
 
-TEST(UTF7Test, EachByteBecomesTheCharacterOfItsValue)
+TEST(UTF7Test, ReadsEachByteAsTheCharacterOfItsValue)
 {
     for (int value = 1; value < 0x100; ++value) {
         SCOPED_TRACE(value);
@@ -61,7 +61,7 @@ TEST(UTF7Test, EachByteBecomesTheCharacterOfItsValue)
     }
 }
 
-TEST(UTF7Test, WithoutMemoryTextsAreEmpty)
+TEST(UTF7Test, ReturnsEmptyTextsWhenOutOfMemory)
 {
     const Wide wide = std::wstring(100, L'a');
     const Narrow narrow = std::string(100, 'a');
@@ -71,7 +71,7 @@ TEST(UTF7Test, WithoutMemoryTextsAreEmpty)
     EXPECT_EQ(UTF7::ToUNICODE(narrow), L"");
 }
 
-TEST(UTF7Test, BytesAreReadUpToTheFirstNull)
+TEST(UTF7Test, ReadsBytesUpToTheFirstNull)
 {
     EXPECT_EQ(UTF7::ToUNICODE(Narrow(std::string("a\0b", 3))), L"a");
 }

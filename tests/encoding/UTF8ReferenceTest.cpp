@@ -75,7 +75,7 @@ std::wstring RandomCharacters(RandomText& random, std::size_t longest)
     return text;
 }
 
-TEST(UTF8ReferenceTest, ValidTextIsEncodedAndDecodedAsTheReferenceDoes)
+TEST(UTF8ReferenceTest, EncodesAndDecodesValidTextAsTheReferenceDoes)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds; ++round) {
@@ -90,7 +90,7 @@ TEST(UTF8ReferenceTest, ValidTextIsEncodedAndDecodedAsTheReferenceDoes)
     }
 }
 
-TEST(UTF8ReferenceTest, DamagedTextIsDecodedAsTheReferenceDoes)
+TEST(UTF8ReferenceTest, DecodesDamagedTextAsTheReferenceDoes)
 {
     RandomText random(2);
     int validCount = 0;
@@ -109,7 +109,7 @@ TEST(UTF8ReferenceTest, DamagedTextIsDecodedAsTheReferenceDoes)
     EXPECT_LT(validCount, c_rounds - c_rounds / 10);
 }
 
-TEST(UTF8ReferenceTest, BytesOfAnyKindAreDecodedAsTheReferenceDoes)
+TEST(UTF8ReferenceTest, DecodesBytesOfAnyKindAsTheReferenceDoes)
 {
     // Bytes at the limits of each rule.
     const std::string alphabet = "a\x7F\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xDF\xE0\xE1\xED\xEF\xF0\xF4"
@@ -122,7 +122,7 @@ TEST(UTF8ReferenceTest, BytesOfAnyKindAreDecodedAsTheReferenceDoes)
     }
 }
 
-TEST(UTF8ReferenceTest, EveryCharacterIsEncodedAndDecodedAsTheReferenceDoes)
+TEST(UTF8ReferenceTest, EncodesAndDecodesEveryCharacterAsTheReferenceDoes)
 {
     for (wchar_t character = 1; character <= 0x10FFFF; ++character) {
         if (character >= 0xD800 && character <= 0xDFFF)
@@ -135,7 +135,7 @@ TEST(UTF8ReferenceTest, EveryCharacterIsEncodedAndDecodedAsTheReferenceDoes)
     }
 }
 
-TEST(UTF8ReferenceTest, ValuesThatAreNoCharactersAreRefusedAsTheReferenceDoes)
+TEST(UTF8ReferenceTest, RefusesValuesThatAreNoCharactersAsTheReferenceDoes)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {

@@ -54,7 +54,7 @@ constexpr const char* c_invalid[] = {"\x80",
                                      "\xFE",
                                      "\xFF"};
 
-TEST(UTF8Test, CharactersOfEveryLengthGoBothWays)
+TEST(UTF8Test, EncodesAndDecodesCharactersOfEveryLength)
 {
     for (const auto& [character, bytes] : c_sequences) {
         SCOPED_TRACE(static_cast<unsigned long>(character));
@@ -63,13 +63,13 @@ TEST(UTF8Test, CharactersOfEveryLengthGoBothWays)
     }
 }
 
-TEST(UTF8Test, EmptyTextStaysEmpty)
+TEST(UTF8Test, KeepsAnEmptyTextEmpty)
 {
     EXPECT_EQ(UTF8::ToUTF8(L""), "");
     EXPECT_EQ(UTF8::ToUNICODE(""), L"");
 }
 
-TEST(UTF8Test, InvalidBytesGiveTheEmptyText)
+TEST(UTF8Test, DecodesInvalidBytesToTheEmptyText)
 {
     for (const char* const bytes : c_invalid) {
         SCOPED_TRACE(testing::PrintToString(bytes));
@@ -79,7 +79,7 @@ TEST(UTF8Test, InvalidBytesGiveTheEmptyText)
     }
 }
 
-TEST(UTF8Test, InvalidBytesAreFoundAnywhereInALongText)
+TEST(UTF8Test, FindsInvalidBytesAnywhereInALongText)
 {
     for (const std::size_t before : {0u, 15u, 16u, 1023u, 1024u, 1025u, 5000u}) {
         SCOPED_TRACE(before);
@@ -88,7 +88,7 @@ TEST(UTF8Test, InvalidBytesAreFoundAnywhereInALongText)
     }
 }
 
-TEST(UTF8Test, ASequenceThatTheEndCutsShortIsInvalid)
+TEST(UTF8Test, RefusesASequenceThatTheEndCutsShort)
 {
     const std::string complete = std::string(1030, 'a') + "\xF0\x9F\x98\x80";
 
@@ -97,7 +97,7 @@ TEST(UTF8Test, ASequenceThatTheEndCutsShortIsInvalid)
         EXPECT_EQ(UTF8::ToUNICODE(complete.substr(0, complete.size() - missing)), L"");
 }
 
-TEST(UTF8Test, SequencesMayStandAnywhereInALongText)
+TEST(UTF8Test, DecodesSequencesAnywhereInALongText)
 {
     for (std::size_t before = 1000; before < 1050; ++before) {
         SCOPED_TRACE(before);
@@ -109,7 +109,7 @@ TEST(UTF8Test, SequencesMayStandAnywhereInALongText)
     }
 }
 
-TEST(UTF8Test, ALongTextTakesNoMoreThanTwiceItsRoom)
+TEST(UTF8Test, ReservesNoMoreThanTwiceTheRoomOfALongText)
 {
     std::string narrow(2000, 'a');
     for (int i = 0; i < 20000; ++i)
@@ -123,7 +123,7 @@ TEST(UTF8Test, ALongTextTakesNoMoreThanTwiceItsRoom)
     EXPECT_LE(again.capacity(), 124003u);
 }
 
-TEST(UTF8Test, WithoutMemoryTextsAreEmpty)
+TEST(UTF8Test, ReturnsEmptyTextsWhenOutOfMemory)
 {
     const Wide wide = std::wstring(5000, L'a');
     const Narrow narrow = std::string(5000, 'a');
@@ -133,20 +133,20 @@ TEST(UTF8Test, WithoutMemoryTextsAreEmpty)
     EXPECT_EQ(UTF8::ToUNICODE(narrow), L"");
 }
 
-TEST(UTF8Test, BothWaysEndAtTheFirstNull)
+TEST(UTF8Test, EndsAtTheFirstNullBothWays)
 {
     EXPECT_EQ(UTF8::ToUTF8(Wide(std::wstring(L"a\u00E9\0b", 4))), "a\xC3\xA9");
     EXPECT_EQ(UTF8::ToUNICODE(Narrow(std::string("a\0\xFF", 3))), L"a");
     EXPECT_EQ(UTF8::ToUTF8(Wide(L'\0')), "");
 }
 
-TEST(UTF8Test, SurrogatesAreWrittenAsTheirThreeBytes)
+TEST(UTF8Test, WritesSurrogatesAsTheirThreeBytes)
 {
     EXPECT_EQ(UTF8::ToUTF8(static_cast<wchar_t>(0xD800)), "\xED\xA0\x80");
     EXPECT_EQ(UTF8::ToUTF8(static_cast<wchar_t>(0xDFFF)), "\xED\xBF\xBF");
 }
 
-TEST(UTF8Test, ValuesThatAreNoCharactersGiveTheEmptyText)
+TEST(UTF8Test, EncodesValuesThatAreNoCharactersToTheEmptyText)
 {
     for (const wchar_t value : {wchar_t{0x110000}, std::numeric_limits<wchar_t>::max(), wchar_t{-1},
                                 std::numeric_limits<wchar_t>::min()}) {
@@ -157,7 +157,7 @@ TEST(UTF8Test, ValuesThatAreNoCharactersGiveTheEmptyText)
     }
 }
 
-TEST(UTF8Test, TellsWhetherTheUtf8FormIsLonger)
+TEST(UTF8Test, ReportsWhetherTheUtf8FormIsLonger)
 {
     EXPECT_FALSE(UTF8::HasToBeUTF8(L"abc"));
     EXPECT_FALSE(UTF8::HasToBeUTF8(L""));
@@ -167,7 +167,7 @@ TEST(UTF8Test, TellsWhetherTheUtf8FormIsLonger)
     EXPECT_TRUE(UTF8::HasToBeUTF8(L"\U0001F600"));
 }
 
-TEST(UTF8Test, ATextWithoutAUtf8FormNeedNotBeUtf8)
+TEST(UTF8Test, ReportsFalseForATextWithoutAUtf8Form)
 {
     EXPECT_FALSE(UTF8::HasToBeUTF8(L"\u00E9" + Wide(static_cast<wchar_t>(0x110000))));
 }

@@ -41,7 +41,7 @@ private:
 
 using HostCommandsTest = HostWithPlugIns;
 
-TEST_F(HostCommandsTest, ArchiveCommandsLookIntoAnArchive)
+TEST_F(HostCommandsTest, LooksIntoAnArchive)
 {
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
@@ -60,7 +60,7 @@ TEST_F(HostCommandsTest, ArchiveCommandsLookIntoAnArchive)
     }
 }
 
-TEST_F(HostCommandsTest, SearchTakesEntriesAsTheyAre)
+TEST_F(HostCommandsTest, SearchesEntriesAsTheyAre)
 {
     const std::string longLine(2 << 20, 'x');
     const std::string archive =
@@ -78,7 +78,7 @@ TEST_F(HostCommandsTest, SearchTakesEntriesAsTheyAre)
               "nulls:1: fog  fog\n");
 }
 
-TEST_F(HostCommandsTest, WhatCannotBeReadOfAnArchiveIsAWarning)
+TEST_F(HostCommandsTest, WarnsOfWhatCannotBeReadOfAnArchive)
 {
     constexpr std::uint16_t encrypted = 1;
     RawEntry damaged{"damaged", "fog one\nfog two\n"};
@@ -97,7 +97,7 @@ TEST_F(HostCommandsTest, WhatCannotBeReadOfAnArchiveIsAWarning)
                       ContainsRegex("\n1 [^\n]*the entry secret is encrypted, and was not")));
 }
 
-TEST_F(HostCommandsTest, NamesInAnArchiveReachTerminalAndLogWithoutControlCharacters)
+TEST_F(HostCommandsTest, ShowsNamesInAnArchiveWithoutControlCharacters)
 {
     RawEntry secret{"\x1B]0;evil\x07\n0 1 : 1 : forged", "fog\n"};
     secret.flags = 1;
@@ -111,7 +111,7 @@ TEST_F(HostCommandsTest, NamesInAnArchiveReachTerminalAndLogWithoutControlCharac
     EXPECT_THAT(m_host.Log(), Not(HasSubstr("\x1B")));
 }
 
-TEST_F(HostCommandsTest, FindSearchesAFolder)
+TEST_F(HostCommandsTest, FindsFilesInAFolder)
 {
     Write("texts/b.txt", "clear\nfog one");
     Write("texts/a.txt", std::string("fog\0in it\n", 10));
@@ -133,7 +133,7 @@ TEST_F(HostCommandsTest, FindSearchesAFolder)
     }
 }
 
-TEST_F(HostCommandsTest, EncodeAndDecodeKnowTwoEncodings)
+TEST_F(HostCommandsTest, EncodesAndDecodesTwoEncodings)
 {
     const ServingHost host(m_host);
     const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
@@ -151,7 +151,7 @@ TEST_F(HostCommandsTest, EncodeAndDecodeKnowTwoEncodings)
     }
 }
 
-TEST_F(HostCommandsTest, WhatIsEncodedDecodesToTheSame)
+TEST_F(HostCommandsTest, DecodesWhatItEncoded)
 {
     std::string bytes;
     for (unsigned int i = 0; i < 200'000; ++i)
@@ -172,7 +172,7 @@ TEST_F(HostCommandsTest, WhatIsEncodedDecodesToTheSame)
     }
 }
 
-TEST_F(HostCommandsTest, FailuresSayWhy)
+TEST_F(HostCommandsTest, SaysWhyItFails)
 {
     const std::string text = Write("text", "=XY\n");
     const std::string bytes = Write("bytes", "\xFF\n");
@@ -204,7 +204,7 @@ TEST_F(HostCommandsTest, FailuresSayWhy)
     EXPECT_THAT(NamesInDirectory(), UnorderedElementsAre("text", "bytes", "texts.zip"));
 }
 
-TEST_F(HostCommandsTest, FailureIsLoggedAndLeavesTheOldResult)
+TEST_F(HostCommandsTest, LogsAFailureAndLeavesTheOldResult)
 {
     Write("result", "old");
     ServingHost host(m_host);
@@ -218,7 +218,7 @@ TEST_F(HostCommandsTest, FailureIsLoggedAndLeavesTheOldResult)
     EXPECT_THAT(NamesInDirectory(), ElementsAre("result"));
 }
 
-TEST_F(HostCommandsTest, ResultThatCannotBeWrittenIsAFailure)
+TEST_F(HostCommandsTest, FailsWhenAResultCannotBeWritten)
 {
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
@@ -229,7 +229,7 @@ TEST_F(HostCommandsTest, ResultThatCannotBeWrittenIsAFailure)
               "failed: cannot write /none/result: No such file or directory");
 }
 
-TEST_F(HostCommandsTest, ResultIsWrittenToRegularFilesAlone)
+TEST_F(HostCommandsTest, WritesAResultToRegularFilesAlone)
 {
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
@@ -254,7 +254,7 @@ TEST_F(HostCommandsTest, ResultIsWrittenToRegularFilesAlone)
 }
 
 // Links that somebody has made under names that the host might write first.
-TEST_F(HostCommandsTest, ResultFollowsNoLinkThatLiesInWait)
+TEST_F(HostCommandsTest, FollowsNoLinkThatLiesInWaitForAResult)
 {
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
@@ -268,7 +268,7 @@ TEST_F(HostCommandsTest, ResultFollowsNoLinkThatLiesInWait)
     EXPECT_EQ(ReadWholeFile(victim), "untouched");
 }
 
-TEST_F(HostCommandsTest, ResultKeepsThePermissionsOfTheFileThatItReplaces)
+TEST_F(HostCommandsTest, KeepsThePermissionsOfAReplacedResult)
 {
     using std::filesystem::perms;
     const std::string archive = WriteArchive();
@@ -282,7 +282,7 @@ TEST_F(HostCommandsTest, ResultKeepsThePermissionsOfTheFileThatItReplaces)
     }
 }
 
-TEST_F(HostCommandsTest, NewResultHasThePermissionsThatTheUmaskLeaves)
+TEST_F(HostCommandsTest, CreatesAResultAsTheUmaskSays)
 {
     const std::string archive = WriteArchive();
     const mode_t oldMask = ::umask(027);
@@ -295,7 +295,7 @@ TEST_F(HostCommandsTest, NewResultHasThePermissionsThatTheUmaskLeaves)
 }
 
 // Only root can make a file that belongs to somebody else.
-TEST_F(HostCommandsTest, ResultDoesNotReplaceTheFileOfSomebodyElse)
+TEST_F(HostCommandsTest, DoesNotReplaceTheFileOfSomebodyElse)
 {
     constexpr uid_t nobody = 65534;
     const std::string archive = WriteArchive();
@@ -309,7 +309,7 @@ TEST_F(HostCommandsTest, ResultDoesNotReplaceTheFileOfSomebodyElse)
     EXPECT_EQ(ReadWholeFile(File("result")), "theirs");
 }
 
-TEST_F(HostCommandsTest, FullDiskIsSaid)
+TEST_F(HostCommandsTest, ReportsAFullDisk)
 {
     const std::string input = Write("input", std::string(20'000, 'x'));
     const FileSizeLimit limit(16'384);
@@ -320,7 +320,7 @@ TEST_F(HostCommandsTest, FullDiskIsSaid)
     EXPECT_FALSE(std::filesystem::exists(File("result")));
 }
 
-TEST_F(HostCommandsTest, RelativePathsMeanTheDirectoryOfTheLaterStart)
+TEST_F(HostCommandsTest, ResolvesRelativePathsInTheDirectoryOfTheLaterStart)
 {
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
@@ -332,7 +332,7 @@ TEST_F(HostCommandsTest, RelativePathsMeanTheDirectoryOfTheLaterStart)
     EXPECT_EQ(ReadWholeFile(File("relative")), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostCommandsTest, SpacesAndOtherScriptsArriveInEveryLocale)
+TEST_F(HostCommandsTest, PassesSpacesAndOtherScriptsInEveryLocale)
 {
     const ScopedEnvironment locale("LC_ALL", "C");
     Write("ein Ordner/nöte.txt", "å  b\n");

@@ -24,7 +24,7 @@ protected:
     const InstalledProgram m_host{HOST_PROGRAM};
 };
 
-TEST_F(HostPlugInsTest, CommandsOfAllPlugInsAreShown)
+TEST_F(HostPlugInsTest, ShowsTheCommandsOfAllPlugIns)
 {
     for (const char* const library : {ARCHIVE_PLUG_IN, ENCODE_PLUG_IN, FIND_PLUG_IN})
         m_host.InstallPlugIn(library);
@@ -44,7 +44,7 @@ TEST_F(HostPlugInsTest, CommandsOfAllPlugInsAreShown)
             "Command find            lines of a folder's files that match a regular expression\n"));
 }
 
-TEST_F(HostPlugInsTest, LoadAndReleaseAreLoggedInOppositeOrders)
+TEST_F(HostPlugInsTest, LogsLoadAndReleaseInOppositeOrders)
 {
     for (const char* const library : {FIND_PLUG_IN, ENCODE_PLUG_IN, ARCHIVE_PLUG_IN})
         m_host.InstallPlugIn(library);
@@ -85,7 +85,7 @@ TEST_F(HostPlugInsTest, LeavesOutWhatIsUnusableAndSaysWhy)
 }
 
 // It is loaded before one that is usable.
-TEST_F(HostPlugInsTest, FileThatIsNoLibraryIsLeftOut)
+TEST_F(HostPlugInsTest, LeavesOutAFileThatIsNoLibrary)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);
     const std::string path = m_host.PlugInsPath() / "a-text.so";
@@ -98,7 +98,7 @@ TEST_F(HostPlugInsTest, FileThatIsNoLibraryIsLeftOut)
     EXPECT_THAT(result.output, HasSubstr("Command find "));
 }
 
-TEST_F(HostPlugInsTest, LibraryThatLacksASymbolIsLeftOutAndTheSymbolIsNamed)
+TEST_F(HostPlugInsTest, LeavesOutALibraryThatLacksASymbolAndNamesTheSymbol)
 {
     const std::string path = m_host.PlugInsPath() / "unresolved.so";
     m_host.InstallPlugIn(UNRESOLVED_PLUG_IN);
@@ -110,7 +110,7 @@ TEST_F(HostPlugInsTest, LibraryThatLacksASymbolIsLeftOutAndTheSymbolIsNamed)
     EXPECT_THAT(m_host.Log(), HasSubstr("undefined symbol: GetTideTable\n"));
 }
 
-TEST_F(HostPlugInsTest, OtherFilesAreNotLookedAt)
+TEST_F(HostPlugInsTest, DoesNotLookAtOtherFiles)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);
     std::ofstream(m_host.PlugInsPath() / "readme.txt") << "This is no library.\n";
@@ -121,7 +121,7 @@ TEST_F(HostPlugInsTest, OtherFilesAreNotLookedAt)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(HostPlugInsTest, OptionOrSettingsNameTheFolder)
+TEST_F(HostPlugInsTest, TakesTheFolderFromOptionOrSettings)
 {
     const TempDir elsewhere;
     std::filesystem::copy_file(FIND_PLUG_IN, elsewhere.Path() / "find.so");
@@ -134,7 +134,7 @@ TEST_F(HostPlugInsTest, OptionOrSettingsNameTheFolder)
     EXPECT_THAT(m_host.Run({"-config", settings}).output, HasSubstr("Command find "));
 }
 
-TEST_F(HostPlugInsTest, FolderThatIsNotThereMeansNoPlugIns)
+TEST_F(HostPlugInsTest, RunsWithoutPlugInsWhenTheFolderIsMissing)
 {
     const ProgramResult result = m_host.Run({"-quiet", "-plugins", "/none"});
 

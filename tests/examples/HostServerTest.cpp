@@ -64,7 +64,7 @@ protected:
     }
 };
 
-TEST_F(HostServerTest, LaterStartsSayWhatTheyCannotHandOver)
+TEST_F(HostServerTest, SaysWhatALaterStartCannotHandOver)
 {
     const ServingHost host(m_host);
 
@@ -79,7 +79,7 @@ TEST_F(HostServerTest, LaterStartsSayWhatTheyCannotHandOver)
     EXPECT_EQ(quotes.errors, "host: No argument may hold both spaces and quotes.\n");
 }
 
-TEST_F(HostServerTest, WithoutAHostThatServesCommandsFail)
+TEST_F(HostServerTest, FailsCommandsWithoutAHostThatServes)
 {
     for (const Arguments& arguments : {Arguments{"list", "-out", "x"}, Arguments{"-quit"}}) {
         const ProgramResult result = m_host.Run(arguments);
@@ -88,7 +88,7 @@ TEST_F(HostServerTest, WithoutAHostThatServesCommandsFail)
     }
 }
 
-TEST_F(HostServerTest, SecondHostThatWouldServeLeavesItToTheFirst)
+TEST_F(HostServerTest, LeavesServingToTheFirstHost)
 {
     ServingHost host(m_host);
 
@@ -101,7 +101,7 @@ TEST_F(HostServerTest, SecondHostThatWouldServeLeavesItToTheFirst)
 }
 
 // Not even root can make a file there.
-TEST_F(HostServerTest, HomeThatIsReadOnlyKeepsNoCommandOut)
+TEST_F(HostServerTest, AcceptsCommandsWithAReadOnlyHome)
 {
     const ScopedEnvironment home("HOME", "/proc");
     const std::string archive = WriteArchive();
@@ -114,7 +114,7 @@ TEST_F(HostServerTest, HomeThatIsReadOnlyKeepsNoCommandOut)
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
 }
 
-TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNextThoughHomeIsReadOnly)
+TEST_F(HostServerTest, ReplacesAKilledHostThoughHomeIsReadOnly)
 {
     const ScopedEnvironment home("HOME", "/proc");
     ServingHost killed(m_host);
@@ -133,7 +133,7 @@ bool SendLongText(const ServingHost& host)
     return IPCClient::Connect(UTF8::ToUNICODE(host.Socket()), std::wstring(16 << 20, L'x'));
 }
 
-TEST_F(HostServerTest, CommandOfUnreasonableLengthIsRefused)
+TEST_F(HostServerTest, RefusesACommandOfUnreasonableLength)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
@@ -170,7 +170,7 @@ private:
     const pid_t m_process;
 };
 
-TEST_F(HostServerTest, TextForWhichThereIsNoMemoryLeavesTheHostAlive)
+TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "the sanitizer's own memory is limited too, and ends the process";
@@ -194,7 +194,7 @@ TEST_F(HostServerTest, TextForWhichThereIsNoMemoryLeavesTheHostAlive)
 }
 
 // The test has the second log, as a host that runs beside the one that serves would.
-TEST_F(HostServerTest, ThirdHostWritesToALogOfItsOwnAndReportsIt)
+TEST_F(HostServerTest, ReportsTheOwnLogOfAThirdHost)
 {
     Write("notes.txt", "clear\n");
     const std::string settings = Write("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");
@@ -218,7 +218,7 @@ TEST_F(HostServerTest, ThirdHostWritesToALogOfItsOwnAndReportsIt)
 }
 
 // Eight processes at once, each followed by the next of its kind: 200 commands.
-TEST_F(HostServerTest, NoCommandOfManyIsLost)
+TEST_F(HostServerTest, LosesNoCommandOfMany)
 {
     constexpr int processes = 8;
     constexpr int commands = 200;
@@ -247,7 +247,7 @@ TEST_F(HostServerTest, NoCommandOfManyIsLost)
 }
 
 // Some starts reach the host while it ends. What they report as handed over is done even so.
-TEST_F(HostServerTest, NoCommandIsLostWhileTheHostEnds)
+TEST_F(HostServerTest, LosesNoCommandWhileTheHostEnds)
 {
     constexpr int processes = 8;
     const std::string archive = WriteArchive();
@@ -276,7 +276,7 @@ TEST_F(HostServerTest, NoCommandIsLostWhileTheHostEnds)
     }
 }
 
-TEST_F(HostServerTest, LongCommandShowsHowFarItHasCome)
+TEST_F(HostServerTest, ShowsTheProgressOfALongCommand)
 {
     const ServingHost host(m_host);
 
@@ -288,7 +288,7 @@ TEST_F(HostServerTest, LongCommandShowsHowFarItHasCome)
     EXPECT_THAT(host.AwaitOutcome("1 wait"), testing::StartsWith("done in "));
 }
 
-TEST_F(HostServerTest, TerminalShowsABarThatTheNextLineReplaces)
+TEST_F(HostServerTest, ShowsABarThatTheNextLineReplaces)
 {
     const ScopedEnvironment terminal("TERM", "xterm");
     const std::string archive = WriteArchive();
@@ -302,7 +302,7 @@ TEST_F(HostServerTest, TerminalShowsABarThatTheNextLineReplaces)
                          "\r\x1B[K1 list: done in "));
 }
 
-TEST_F(HostServerTest, TerminalShowsACountWhenTheTotalIsUnknown)
+TEST_F(HostServerTest, ShowsACountWhenTheTotalIsUnknown)
 {
     const ScopedEnvironment terminal("TERM", "xterm");
     ProgramOnTerminal host(m_host.Path(), {"-serve", "-quiet"});
@@ -313,7 +313,7 @@ TEST_F(HostServerTest, TerminalShowsACountWhenTheTotalIsUnknown)
     EXPECT_THAT(host.ReadUntil(" rounds"), ContainsRegex("\r\x1B\\[K1 wait: [0-9]+ rounds$"));
 }
 
-TEST_F(HostServerTest, TerminalThatCannotRewriteALineGetsLines)
+TEST_F(HostServerTest, PrintsLinesOnATerminalThatCannotRewriteOne)
 {
     const ScopedEnvironment terminal("TERM", "dumb");
     const std::string archive = WriteArchive();
@@ -326,7 +326,7 @@ TEST_F(HostServerTest, TerminalThatCannotRewriteALineGetsLines)
                 EndsWith("1 list: 2 of 2 entries\r\n1 list: done in "));
 }
 
-TEST_F(HostServerTest, QuitWaitsForTheCommandsBeforeIt)
+TEST_F(HostServerTest, WaitsForTheCommandsBeforeQuit)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
@@ -345,7 +345,7 @@ TEST_F(HostServerTest, QuitWaitsForTheCommandsBeforeIt)
         EXPECT_EQ(ReadWholeFile(File(name)), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostServerTest, QuitLeavesNothingBehindButTheWholeLog)
+TEST_F(HostServerTest, LeavesNothingButTheWholeLogAfterQuit)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
@@ -364,7 +364,7 @@ TEST_F(HostServerTest, QuitLeavesNothingBehindButTheWholeLog)
                                             "Stopping after [0-9]+ ms\n$"));
 }
 
-TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNext)
+TEST_F(HostServerTest, ReplacesAKilledHost)
 {
     const std::string archive = WriteArchive();
     ServingHost killed(m_host);
@@ -382,7 +382,7 @@ TEST_F(HostServerTest, HostThatWasKilledIsReplacedByTheNext)
     EXPECT_FALSE(std::filesystem::exists(next.Socket()));
 }
 
-TEST_F(HostServerTest, SignalGivesUpWhatRunsAndStopsInOrder)
+TEST_F(HostServerTest, GivesUpWhatRunsAndStopsInOrderAtASignal)
 {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ServingHost host(m_host);
@@ -400,7 +400,7 @@ TEST_F(HostServerTest, SignalGivesUpWhatRunsAndStopsInOrder)
     }
 }
 
-TEST_F(HostServerTest, SignalEndsTheHostWithinFiveSecondsThoughACommandDoesNotNotice)
+TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalThoughACommandGoesOn)
 {
     ServingHost host(m_host);
     for (int i = 0; i < 3; ++i)
@@ -419,7 +419,7 @@ TEST_F(HostServerTest, SignalEndsTheHostWithinFiveSecondsThoughACommandDoesNotNo
                 EndsWith("Fail : 1 wait-blindly: does not stop, the host ends without it\n"));
 }
 
-TEST_F(HostServerTest, SecondSignalEndsTheHostAtOnce)
+TEST_F(HostServerTest, EndsAtOnceAtASecondSignal)
 {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ServingHost host(m_host);
@@ -434,7 +434,7 @@ TEST_F(HostServerTest, SecondSignalEndsTheHostAtOnce)
     }
 }
 
-TEST_F(HostServerTest, SignalThatIsIgnoredAtTheStartStaysIgnored)
+TEST_F(HostServerTest, KeepsIgnoringASignalThatIsIgnoredAtTheStart)
 {
     const auto oldHandler = std::signal(SIGHUP, SIG_IGN);
     ServingHost host(m_host);
@@ -447,7 +447,7 @@ TEST_F(HostServerTest, SignalThatIsIgnoredAtTheStartStaysIgnored)
     Quit(host);
 }
 
-TEST_F(HostServerTest, SignalGivesUpTheCommandsThatWait)
+TEST_F(HostServerTest, GivesUpTheCommandsThatWaitAtASignal)
 {
     ServingHost host(m_host);
     HandOver({"wait", "-until", File("never")});
@@ -462,7 +462,7 @@ TEST_F(HostServerTest, SignalGivesUpTheCommandsThatWait)
 }
 
 // The new host finds the plug-ins in the folder that the first one was given.
-TEST_F(HostServerTest, RestartServesAgainByTheSameCommandLine)
+TEST_F(HostServerTest, ServesAgainByTheSameCommandLineAfterARestart)
 {
     const std::string archive = WriteArchive();
     const std::filesystem::path plugIns = m_directory.Path() / "some plug-ins";
@@ -484,7 +484,7 @@ TEST_F(HostServerTest, RestartServesAgainByTheSameCommandLine)
                                     ContainsRegex("Stopping after [0-9]+ ms\n$")));
 }
 
-TEST_F(HostServerTest, HostThatRunsBesideItHasALogOfItsOwn)
+TEST_F(HostServerTest, WritesALogOfItsOwnBesideAnotherHost)
 {
     Write("notes.txt", "clear\n");
     const std::string settings = Write("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");

@@ -91,7 +91,7 @@ TEST_F(HostTest, CountsTheLinesThatContainTheText)
     }
 }
 
-TEST_F(HostTest, LogIsCompleteWhenItEnds)
+TEST_F(HostTest, CompletesTheLogBeforeItEnds)
 {
     InstallSmallText();
 
@@ -107,7 +107,7 @@ TEST_F(HostTest, LogIsCompleteWhenItEnds)
                             MatchesRegex(begin + "Release : Stopping after [0-9]+ ms")));
 }
 
-TEST_F(HostTest, ConfigNamesOtherSettings)
+TEST_F(HostTest, ReadsOtherSettingsNamedByAnOption)
 {
     WriteFile("notes.txt", "clear\n");
     const std::string settings = WriteFile("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");
@@ -117,7 +117,7 @@ TEST_F(HostTest, ConfigNamesOtherSettings)
     EXPECT_THAT(result.output, HasSubstr("1 of 1 lines contain \"clear\".\n"));
 }
 
-TEST_F(HostTest, TextMayHaveAWholePath)
+TEST_F(HostTest, AcceptsTheWholePathOfAText)
 {
     const TempDir elsewhere;
     elsewhere.WriteFile(L"notes.txt", "clear\n");
@@ -129,7 +129,7 @@ TEST_F(HostTest, TextMayHaveAWholePath)
     EXPECT_THAT(result.output, HasSubstr("1 of 1 lines contain \"clear\".\n"));
 }
 
-TEST_F(HostTest, SettingsNameTheLog)
+TEST_F(HostTest, NamesTheLogAsTheSettingsSay)
 {
     const std::string log = m_host.Name() + "-named";
     WriteFile("notes.txt", "clear\n");
@@ -143,7 +143,7 @@ TEST_F(HostTest, SettingsNameTheLog)
     std::filesystem::remove(path);
 }
 
-TEST_F(HostTest, QuietLeavesTheScreenEmptyButNotTheLog)
+TEST_F(HostTest, LeavesTheScreenEmptyButNotTheLogWhenQuiet)
 {
     InstallSmallText();
 
@@ -155,7 +155,7 @@ TEST_F(HostTest, QuietLeavesTheScreenEmptyButNotTheLog)
     EXPECT_THAT(m_host.Log(), HasSubstr("2 of 3 lines contain \"fog\".\n"));
 }
 
-TEST_F(HostTest, LevelReplacesTheSettings)
+TEST_F(HostTest, PrefersTheLevelOfTheCommandLineToTheSettings)
 {
     WriteFile("notes.txt", "clear\n");
     WriteFile("host.ini", "[Log]\nlevel=1\n[Text]\nfile=notes.txt\n");
@@ -167,7 +167,7 @@ TEST_F(HostTest, LevelReplacesTheSettings)
     EXPECT_THAT(LogLines(), testing::Not(IsEmpty()));
 }
 
-TEST_F(HostTest, LevelOfErrorsLogsWhatGoesWrong)
+TEST_F(HostTest, LogsWhatGoesWrongAtTheLevelOfErrors)
 {
     WriteFile("host.ini", "[Text]\nfile=none.txt\n");
 
@@ -178,7 +178,7 @@ TEST_F(HostTest, LevelOfErrorsLogsWhatGoesWrong)
                     "0 [0-9]+ : [0-9]+ : Fail : There is no text to search, cannot read: .*")));
 }
 
-TEST_F(HostTest, LevelThatIsNoneIsRefused)
+TEST_F(HostTest, RefusesALevelThatIsNone)
 {
     InstallSmallText();
 
@@ -191,7 +191,7 @@ TEST_F(HostTest, LevelThatIsNoneIsRefused)
     }
 }
 
-TEST_F(HostTest, WrongCommandLineShowsTheUsage)
+TEST_F(HostTest, ShowsTheUsageForAWrongCommandLine)
 {
     InstallSmallText();
     const std::pair<std::vector<std::string>, const char*> cases[] = {
@@ -214,7 +214,7 @@ TEST_F(HostTest, WrongCommandLineShowsTheUsage)
     }
 }
 
-TEST_F(HostTest, HelpShowsTheUsage)
+TEST_F(HostTest, ShowsTheUsageForHelp)
 {
     for (const char* const option : {"-h", "-help", "--help"}) {
         const ProgramResult result = m_host.Run({option});
@@ -239,7 +239,7 @@ TEST_F(HostTest, ShowsTheLogThatIsReallyOpen)
     std::filesystem::remove(path);
 }
 
-TEST_F(HostTest, CharactersThatATerminalActsOnAreMadeVisible)
+TEST_F(HostTest, ShowsCharactersThatATerminalActsOn)
 {
     const ProgramResult result =
         m_host.Run({"-config", "a\x1B[31m\tb\xC2\x9B\xE2\x80\xAE\xC3\xB6"});
@@ -247,7 +247,7 @@ TEST_F(HostTest, CharactersThatATerminalActsOnAreMadeVisible)
     EXPECT_THAT(result.errors, HasSubstr("cannot read: a\\x1B[31m\\x09b\\x9B\\x202E\xC3\xB6\n"));
 }
 
-TEST_F(HostTest, MissingSettingsFail)
+TEST_F(HostTest, FailsWithoutSettings)
 {
     const ProgramResult result = m_host.Run({});
 
@@ -257,7 +257,7 @@ TEST_F(HostTest, MissingSettingsFail)
                                  (m_host.ConfigurationPath() / "host.ini").native() + "\n");
 }
 
-TEST_F(HostTest, MissingTextFails)
+TEST_F(HostTest, FailsWithoutItsText)
 {
     WriteFile("host.ini", "[Text]\nfile=none.txt\n");
 
@@ -268,7 +268,7 @@ TEST_F(HostTest, MissingTextFails)
                                  (m_host.ConfigurationPath() / "none.txt").native() + "\n");
 }
 
-TEST_F(HostTest, SettingsWithoutATextFail)
+TEST_F(HostTest, FailsWhenTheSettingsNameNoText)
 {
     const std::string settings = WriteFile("host.ini", "[Text]\n");
 
@@ -279,7 +279,7 @@ TEST_F(HostTest, SettingsWithoutATextFail)
               "host: The settings name no text: [Text] file is missing in " + settings + "\n");
 }
 
-TEST_F(HostTest, NamesOutsideAsciiAreShownInEveryLocale)
+TEST_F(HostTest, ShowsNamesOutsideAsciiInEveryLocale)
 {
     const ScopedEnvironment locale("LC_ALL", "C");
     const std::string settings = WriteFile("söder.ini", "[Text]\nfile=nöte.txt\nfind=å\n");

@@ -117,7 +117,7 @@ TEST_F(MailToolTest, ShowsControlCharactersOfAMessageAsText)
     EXPECT_THAT(result.output, HasSubstr("Subject  \\x1B]0;evil\\x07\n"));
 }
 
-TEST_F(MailToolTest, AFileThatIsNoMessageHasNothingToShow)
+TEST_F(MailToolTest, ShowsNothingOfAFileThatIsNoMessage)
 {
     const ProgramResult result = RunOnText("no header here");
 
@@ -125,7 +125,7 @@ TEST_F(MailToolTest, AFileThatIsNoMessageHasNothingToShow)
     EXPECT_THAT(result.output, HasSubstr("Part     , 0 bytes\n"));
 }
 
-TEST_F(MailToolTest, AMissingMessageIsAClearFailure)
+TEST_F(MailToolTest, FailsClearlyWithoutAMessage)
 {
     const std::string path = m_directory.Path() / "missing.eml";
 
@@ -135,7 +135,7 @@ TEST_F(MailToolTest, AMissingMessageIsAClearFailure)
     EXPECT_EQ(result.errors, "mailtool: cannot read " + path + "\n");
 }
 
-TEST_F(MailToolTest, PartsThatCannotBeStoredAreAClearFailure)
+TEST_F(MailToolTest, FailsClearlyWhenPartsCannotBeStored)
 {
     const std::string message = TOOLKIT_SOURCE_DIR "/examples/mailtool/messages/quoted.eml";
     const std::string path = m_directory.Path() / "missing" / "parts";
@@ -146,7 +146,7 @@ TEST_F(MailToolTest, PartsThatCannotBeStoredAreAClearFailure)
     EXPECT_EQ(result.errors, "mailtool: cannot write " + path + "\n");
 }
 
-TEST_F(MailToolTest, WithoutArgumentsItSaysWhatItNeeds)
+TEST_F(MailToolTest, SaysWhatItNeedsWithoutArguments)
 {
     const ProgramResult result = RunProgram(MAILTOOL_PROGRAM, {});
 

@@ -105,7 +105,7 @@ TEST_F(DirectoryTest, DoesNotGoDeeper)
     EXPECT_THAT(Both(L""), ElementsAre(L"sub"));
 }
 
-TEST_F(DirectoryTest, LinksCountAsWhatTheyLeadTo)
+TEST_F(DirectoryTest, TreatsLinksAsWhatTheyLeadTo)
 {
     AddDirectory("sub");
     AddFile("file");
@@ -145,7 +145,7 @@ TEST_F(DirectoryTest, ListsManyEntries)
     EXPECT_EQ(Directory::EnumFilePaths(names, m_directory.File(L""), L""), count);
 }
 
-TEST_F(DirectoryTest, TheEmptyPathIsTheApplications)
+TEST_F(DirectoryTest, ResolvesTheEmptyPathToTheApplications)
 {
     Names names;
     Directory(L"").GetFiles(PathManager::GetInstance()->GetApplicationName() + L"*", names);
@@ -164,7 +164,7 @@ TEST_F(DirectoryTest, QuotesWildcardsByABackslash)
     EXPECT_THAT(Files(L"a\\"), IsEmpty());
 }
 
-TEST_F(DirectoryTest, EverythingButADirectoryCountsAsAFile)
+TEST_F(DirectoryTest, TreatsEverythingButADirectoryAsAFile)
 {
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
 
@@ -193,7 +193,7 @@ TEST_F(DirectoryTest, ListsNothingForTheEmptyTextWithoutAPathManager)
     EXPECT_EQ(Directory::EnumFilePaths(names, L"", L""), 0u);
 }
 
-TEST_F(DirectoryTest, SaysNothingWhenItFails)
+TEST_F(DirectoryTest, LogsNothingWhenItFails)
 {
     AddFile("file");
     Names names;
@@ -207,7 +207,7 @@ TEST_F(DirectoryTest, SaysNothingWhenItFails)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DirectoryTest, NamesThatDoNotFitIntoMemoryAreNone)
+TEST_F(DirectoryTest, ListsNoNamesWhenOutOfMemory)
 {
     for (const char* const name : {"a", "b", "a name that is longer than the others"})
         AddFile(name);
@@ -234,7 +234,7 @@ TEST_F(DirectoryTest, CreatesADirectoryWithItsParents)
     EXPECT_THAT(Both(L""), UnorderedElementsAre(L"a", L"d"));
 }
 
-TEST_F(DirectoryTest, CreatedDirectoriesHaveThePermissionsThatTheMaskLeaves)
+TEST_F(DirectoryTest, CreatesDirectoriesAsTheUmaskSays)
 {
     const mode_t oldMask = ::umask(027);
     const bool isCreated = Directory::Create(m_directory.File(L"a"));
@@ -246,12 +246,12 @@ TEST_F(DirectoryTest, CreatedDirectoriesHaveThePermissionsThatTheMaskLeaves)
     EXPECT_EQ(status.st_mode & 0777u, 0750u);
 }
 
-TEST_F(DirectoryTest, CreatingAnExistingDirectorySucceeds)
+TEST_F(DirectoryTest, SucceedsInCreatingAnExistingDirectory)
 {
     EXPECT_TRUE(Directory::Create(m_directory.File(L"")));
 }
 
-TEST_F(DirectoryTest, WhatCannotBeCreatedIsFalse)
+TEST_F(DirectoryTest, ReturnsFalseForWhatCannotBeCreated)
 {
     AddFile("file");
 
@@ -260,7 +260,7 @@ TEST_F(DirectoryTest, WhatCannotBeCreatedIsFalse)
     EXPECT_FALSE(Directory::Create(m_directory.File(L"file/below")));
 }
 
-TEST_F(DirectoryTest, ExistIsForDirectories)
+TEST_F(DirectoryTest, ReportsOnlyDirectoriesAsExisting)
 {
     AddFile("file");
 

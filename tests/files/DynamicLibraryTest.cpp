@@ -62,7 +62,7 @@ TEST_F(DynamicLibraryTest, AddsTheExtensionOfTheSystem)
     EXPECT_NE(library.GetSymbol(L"ProbeAnswer"), nullptr);
 }
 
-TEST_F(DynamicLibraryTest, UnknownSymbolsAreNullWithoutAMessage)
+TEST_F(DynamicLibraryTest, ReturnsNullWithoutAMessageForUnknownSymbols)
 {
     const DynamicLibrary library(Probe());
 
@@ -72,7 +72,7 @@ TEST_F(DynamicLibraryTest, UnknownSymbolsAreNullWithoutAMessage)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DynamicLibraryTest, WithoutALibraryThereIsNothing)
+TEST_F(DynamicLibraryTest, HasNothingWithoutALibrary)
 {
     DynamicLibrary library;
 
@@ -80,7 +80,7 @@ TEST_F(DynamicLibraryTest, WithoutALibraryThereIsNothing)
     EXPECT_EQ(library.Detach(), nullptr);
 }
 
-TEST_F(DynamicLibraryTest, ALibraryThatCannotBeLoadedHasNothingAndSaysNothing)
+TEST_F(DynamicLibraryTest, HasAndLogsNothingWhenALibraryCannotBeLoaded)
 {
     testing::internal::CaptureStderr();
     for (const TString<wchar_t>& name :
@@ -115,7 +115,7 @@ TEST_F(DynamicLibraryTest, ReportsNoErrorForALibraryThatWasLoaded)
     EXPECT_EQ(DynamicLibrary(Probe()).GetError(), L"");
 }
 
-TEST_F(DynamicLibraryTest, ALibraryWithASymbolThatIsNowhereIsNotLoaded)
+TEST_F(DynamicLibraryTest, DoesNotLoadALibraryWithAMissingSymbol)
 {
     testing::internal::CaptureStderr();
     DynamicLibrary library(std::filesystem::path(UNRESOLVED_LIBRARY).wstring());
@@ -143,7 +143,7 @@ TEST_F(DynamicLibraryTest, UnloadsWithTheObject)
     EXPECT_EQ(m_unloads, 1);
 }
 
-TEST_F(DynamicLibraryTest, ADetachedLibraryStaysUntilItIsUnloaded)
+TEST_F(DynamicLibraryTest, KeepsADetachedLibraryUntilItIsUnloaded)
 {
     void* handle = nullptr;
     {
@@ -159,7 +159,7 @@ TEST_F(DynamicLibraryTest, ADetachedLibraryStaysUntilItIsUnloaded)
     EXPECT_EQ(m_unloads, 1);
 }
 
-TEST_F(DynamicLibraryTest, UnloadIgnoresNull)
+TEST_F(DynamicLibraryTest, IgnoresNullInUnload)
 {
     DynamicLibrary::Unload(nullptr);
 }

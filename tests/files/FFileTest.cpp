@@ -74,7 +74,7 @@ TEST_F(FFileTest, IsClosedAtFirst)
     EXPECT_FALSE(file.IsOpened());
 }
 
-TEST_F(FFileTest, ModeDecidesWhetherAMissingFileIsCreated)
+TEST_F(FFileTest, CreatesAMissingFileAsTheModeSays)
 {
     constexpr std::pair<const wchar_t*, bool> cases[] = {
         {L"r", false},  {L"rb", false}, {L"r+", false},     {L"r+b", false},
@@ -91,7 +91,7 @@ TEST_F(FFileTest, ModeDecidesWhetherAMissingFileIsCreated)
     }
 }
 
-TEST_F(FFileTest, ModeDecidesWhatAWriteDoesToTheOldContents)
+TEST_F(FFileTest, WritesOverTheOldContentsAsTheModeSays)
 {
     constexpr std::pair<const wchar_t*, const char*> cases[] = {
         {L"r", "old text"},     {L"r+", "newztext"},     {L"w", "newz"},      {L"w+", "newz"},
@@ -106,7 +106,7 @@ TEST_F(FFileTest, ModeDecidesWhatAWriteDoesToTheOldContents)
     }
 }
 
-TEST_F(FFileTest, ModeDecidesWhatCanBeRead)
+TEST_F(FFileTest, ReadsAsTheModeSays)
 {
     constexpr std::pair<const wchar_t*, const char*> cases[] = {{L"r", "0123456789"},
                                                                 {L"rb", "0123456789"},
@@ -124,7 +124,7 @@ TEST_F(FFileTest, ModeDecidesWhatCanBeRead)
     }
 }
 
-TEST_F(FFileTest, ExclusiveModeRefusesAnExistingFile)
+TEST_F(FFileTest, RefusesAnExistingFileInExclusiveMode)
 {
     FFile file;
 
@@ -132,7 +132,7 @@ TEST_F(FFileTest, ExclusiveModeRefusesAnExistingFile)
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
-TEST_F(FFileTest, ReadReturnsWhetherAnyByteCame)
+TEST_F(FFileTest, ReturnsWhetherAnyByteWasRead)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -143,7 +143,7 @@ TEST_F(FFileTest, ReadReturnsWhetherAnyByteCame)
     EXPECT_FALSE(file.Read(buffer.data(), 100));
 }
 
-TEST_F(FFileTest, ReadTakesNoMoreThanItIsAskedFor)
+TEST_F(FFileTest, ReadsNoMoreThanItIsAskedFor)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -154,7 +154,7 @@ TEST_F(FFileTest, ReadTakesNoMoreThanItIsAskedFor)
     EXPECT_FALSE(file.Read(nullptr, 4));
 }
 
-TEST_F(FFileTest, ReadOfNoBytesIsFalse)
+TEST_F(FFileTest, ReturnsFalseForAReadOfNoBytes)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -164,7 +164,7 @@ TEST_F(FFileTest, ReadOfNoBytesIsFalse)
     EXPECT_EQ(byte, '-');
 }
 
-TEST_F(FFileTest, EndOfFileIsMetByAReadAndNotBefore)
+TEST_F(FFileTest, MeetsTheEndOfFileInAReadAndNotBefore)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -177,7 +177,7 @@ TEST_F(FFileTest, EndOfFileIsMetByAReadAndNotBefore)
     EXPECT_FALSE(file.IsEOF());
 }
 
-TEST_F(FFileTest, TextIsWrittenAsUtf8)
+TEST_F(FFileTest, WritesTextAsUtf8)
 {
     const std::pair<TString<wchar_t>, std::string> cases[] = {
         {L"", ""},
@@ -192,7 +192,7 @@ TEST_F(FFileTest, TextIsWrittenAsUtf8)
     }
 }
 
-TEST_F(FFileTest, TextIsWrittenAsUtf8InAnyLocale)
+TEST_F(FFileTest, WritesTextAsUtf8InAnyLocale)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         SCOPED_TRACE(locale);
@@ -201,14 +201,14 @@ TEST_F(FFileTest, TextIsWrittenAsUtf8InAnyLocale)
     }
 }
 
-TEST_F(FFileTest, TextWithoutUtf8FormIsNotWritten)
+TEST_F(FFileTest, DoesNotWriteTextWithoutUtf8Form)
 {
     for (const wchar_t character : {static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1)}) {
         EXPECT_EQ(BytesOf(TString<wchar_t>(L"before ") + character + L" after"), "");
     }
 }
 
-TEST_F(FFileTest, LengthCountsBufferedBytes)
+TEST_F(FFileTest, CountsBufferedBytesInTheLength)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -219,7 +219,7 @@ TEST_F(FFileTest, LengthCountsBufferedBytes)
     EXPECT_EQ(file.GetOffset(), 5);
 }
 
-TEST_F(FFileTest, LengthIsGivenInItsLow32Bits)
+TEST_F(FFileTest, ReturnsTheLow32BitsOfTheLength)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"sparse", "");
     std::filesystem::resize_file(m_directory.Path() / "sparse", 4294967301); // 4 GiB and 5 bytes
@@ -231,7 +231,7 @@ TEST_F(FFileTest, LengthIsGivenInItsLow32Bits)
     EXPECT_EQ(file.GetOffset(), 4294967301);
 }
 
-TEST_F(FFileTest, AskingForTheLengthChangesNothing)
+TEST_F(FFileTest, ChangesNothingWhenAskedForTheLength)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -244,7 +244,7 @@ TEST_F(FFileTest, AskingForTheLengthChangesNothing)
     EXPECT_EQ(file.GetOffset(), 10);
 }
 
-TEST_F(FFileTest, SeekMovesFromTheStartOrFromThePosition)
+TEST_F(FFileTest, SeeksFromTheStartOrFromThePosition)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -257,7 +257,7 @@ TEST_F(FFileTest, SeekMovesFromTheStartOrFromThePosition)
     EXPECT_EQ(ReadText(file, 2), "45");
 }
 
-TEST_F(FFileTest, SeekEndMovesFromTheEnd)
+TEST_F(FFileTest, SeeksFromTheEnd)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -268,7 +268,7 @@ TEST_F(FFileTest, SeekEndMovesFromTheEnd)
     EXPECT_EQ(file.GetOffset(), 10);
 }
 
-TEST_F(FFileTest, SeekBeforeTheStartFailsAndStays)
+TEST_F(FFileTest, FailsAndStaysWhenSeekingBeforeTheStart)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"rb"));
@@ -280,7 +280,7 @@ TEST_F(FFileTest, SeekBeforeTheStartFailsAndStays)
     EXPECT_EQ(file.GetOffset(), 4);
 }
 
-TEST_F(FFileTest, ModeDecidesTheFirstPosition)
+TEST_F(FFileTest, BeginsAtThePositionOfTheMode)
 {
     constexpr std::pair<const wchar_t*, long long> cases[] = {{L"r", 0},   {L"r+", 0}, {L"a", 10},
                                                               {L"ab", 10}, {L"a+", 0}, {L"w", 0}};
@@ -292,7 +292,7 @@ TEST_F(FFileTest, ModeDecidesTheFirstPosition)
     }
 }
 
-TEST_F(FFileTest, OffsetsBeyond4GiBAreWhole)
+TEST_F(FFileTest, SeeksBeyond4GiB)
 {
     FFile file;
     ASSERT_TRUE(file.Open(Digits(), L"r+b"));
@@ -304,7 +304,7 @@ TEST_F(FFileTest, OffsetsBeyond4GiBAreWhole)
     EXPECT_EQ(file.GetLength(), 1u);
 }
 
-TEST_F(FFileTest, FlushBringsWhatWasWrittenToTheFile)
+TEST_F(FFileTest, FlushesWhatWasWrittenToTheFile)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -314,7 +314,7 @@ TEST_F(FFileTest, FlushBringsWhatWasWrittenToTheFile)
     EXPECT_EQ(m_directory.ReadFile(L"new"), "text");
 }
 
-TEST_F(FFileTest, DestructionWritesAndClosesTheFile)
+TEST_F(FFileTest, WritesAndClosesTheFileInItsDestructor)
 {
     {
         FFile file;
@@ -325,7 +325,7 @@ TEST_F(FFileTest, DestructionWritesAndClosesTheFile)
     EXPECT_EQ(m_directory.ReadFile(L"new"), "text");
 }
 
-TEST_F(FFileTest, OpenClosesTheFileThatWasOpen)
+TEST_F(FFileTest, ClosesTheFileThatWasOpenInOpen)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"first"), L"w"));
@@ -353,7 +353,7 @@ void ExpectClosedAnswers(FFile& file)
     file.Write(L"text");
 }
 
-TEST_F(FFileTest, EveryOperationHasAnAnswerForAClosedFile)
+TEST_F(FFileTest, AnswersEveryOperationOnAClosedFile)
 {
     FFile file;
 
@@ -364,7 +364,7 @@ TEST_F(FFileTest, EveryOperationHasAnAnswerForAClosedFile)
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
-TEST_F(FFileTest, DirectoriesAndMissingFilesAreNotOpened)
+TEST_F(FFileTest, DoesNotOpenDirectoriesAndMissingFiles)
 {
     ASSERT_TRUE(std::filesystem::create_directory(m_directory.Path() / "directory"));
     FFile file;
@@ -380,7 +380,7 @@ TEST_F(FFileTest, DirectoriesAndMissingFilesAreNotOpened)
     EXPECT_FALSE(FFile::Exists(L""));
 }
 
-TEST_F(FFileTest, PipeIsReadWhenItsOtherEndIsOpened)
+TEST_F(FFileTest, ReadsAPipeWhenItsOtherEndIsOpened)
 {
     const TString<wchar_t> pipe = m_directory.File(L"pipe");
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
@@ -399,7 +399,7 @@ TEST_F(FFileTest, PipeIsReadWhenItsOtherEndIsOpened)
     EXPECT_FALSE(FFile::Exists(pipe));
 }
 
-TEST_F(FFileTest, DevicesAreOpened)
+TEST_F(FFileTest, OpensDevices)
 {
     FFile null;
     ASSERT_TRUE(null.Open(L"/dev/null", L"r+"));
@@ -413,7 +413,7 @@ TEST_F(FFileTest, DevicesAreOpened)
     EXPECT_FALSE(full.Close());
 }
 
-TEST_F(FFileTest, DescriptorsOfTheProcessAreOpened)
+TEST_F(FFileTest, OpensDescriptorsOfTheProcess)
 {
     int ends[2];
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
@@ -426,7 +426,7 @@ TEST_F(FFileTest, DescriptorsOfTheProcessAreOpened)
     ::close(ends[0]);
 }
 
-TEST_F(FFileTest, LinksLeadToTheirFile)
+TEST_F(FFileTest, FollowsLinksToTheirFile)
 {
     Digits();
     std::filesystem::create_symlink("digits", m_directory.Path() / "link");
@@ -439,7 +439,7 @@ TEST_F(FFileTest, LinksLeadToTheirFile)
     EXPECT_EQ(ReadText(file, 3), "012");
 }
 
-TEST_F(FFileTest, NamesAreUtf8InAnyLocale)
+TEST_F(FFileTest, PassesNamesAsUtf8InAnyLocale)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         SCOPED_TRACE(locale);
@@ -452,7 +452,7 @@ TEST_F(FFileTest, NamesAreUtf8InAnyLocale)
     }
 }
 
-TEST_F(FFileTest, NameWithoutUtf8FormIsNoFile)
+TEST_F(FFileTest, FindsNoFileForANameWithoutUtf8Form)
 {
     const TString<wchar_t> name =
         m_directory.File(TString<wchar_t>(static_cast<wchar_t>(0x110000)));
@@ -464,7 +464,7 @@ TEST_F(FFileTest, NameWithoutUtf8FormIsNoFile)
                 testing::Eq(std::filesystem::directory_iterator()));
 }
 
-TEST_F(FFileTest, FullDiskShowsInFlush)
+TEST_F(FFileTest, ReportsAFullDiskInFlush)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -474,7 +474,7 @@ TEST_F(FFileTest, FullDiskShowsInFlush)
     EXPECT_FALSE(file.Flush());
 }
 
-TEST_F(FFileTest, FullDiskShowsInCloseAndTheFileIsClosed)
+TEST_F(FFileTest, ReportsAFullDiskInCloseAndClosesTheFile)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -491,7 +491,7 @@ std::string InheritedFiles()
     return RunProgram("/bin/ls", {"-l", "/proc/self/fd"}).output;
 }
 
-TEST_F(FFileTest, StartedProgramsDoNotInheritTheFile)
+TEST_F(FFileTest, DoesNotLetStartedProgramsInheritTheFile)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"private"), L"w"));
@@ -520,7 +520,7 @@ TEST_F(FFileTest, WritesNothingWithoutMemory)
     EXPECT_EQ(m_directory.ReadFile(L"new"), "short");
 }
 
-TEST_F(FFileTest, FailuresAreSilent)
+TEST_F(FFileTest, FailsSilently)
 {
     const CapturedLog log;
     testing::internal::CaptureStderr();

@@ -28,7 +28,7 @@ public:
     void Forget() { m_stream = nullptr; }
 };
 
-TEST(InputStreamTest, DestructionDeletesTheStreamOnce)
+TEST(InputStreamTest, DeletesTheStreamOnceInItsDestructor)
 {
     int destructions = 0;
     {
@@ -39,7 +39,7 @@ TEST(InputStreamTest, DestructionDeletesTheStreamOnce)
     EXPECT_EQ(destructions, 1);
 }
 
-TEST(InputStreamTest, DestructionThroughTheBaseReachesTheDerivedClass)
+TEST(InputStreamTest, DestroysTheDerivedClassThroughTheBase)
 {
     int destructions = 0;
     InputStream* const stream = new Reader(new CountingStream(destructions));
@@ -48,14 +48,14 @@ TEST(InputStreamTest, DestructionThroughTheBaseReachesTheDerivedClass)
     EXPECT_EQ(destructions, 1);
 }
 
-TEST(InputStreamTest, StreamMayBeMissing)
+TEST(InputStreamTest, MayHaveNoStream)
 {
     const Reader stream(nullptr);
 
     EXPECT_EQ(stream.Owned(), nullptr);
 }
 
-TEST(InputStreamTest, DerivedClassMayTakeTheStreamAway)
+TEST(InputStreamTest, LetsADerivedClassTakeTheStreamAway)
 {
     int destructions = 0;
     CountingStream kept(destructions);

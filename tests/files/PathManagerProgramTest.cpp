@@ -81,7 +81,7 @@ protected:
     ScopedEnvironment m_configuration{"XDG_CONFIG_HOME", std::nullopt};
 };
 
-TEST_F(PathManagerProgramTest, PathsAreThoseOfTheInstalledProgram)
+TEST_F(PathManagerProgramTest, ReturnsThePathsOfTheInstalledProgram)
 {
     for (const Arguments& arguments : c_starts) {
         SCOPED_TRACE(testing::PrintToString(arguments));
@@ -102,7 +102,7 @@ TEST_F(PathManagerProgramTest, PathsAreThoseOfTheInstalledProgram)
     }
 }
 
-TEST_F(PathManagerProgramTest, ApplicationIsNamedByItsFileWithoutTheLastExtension)
+TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtension)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"tool", "tool"},           {"tool.bin", "tool"},
@@ -120,7 +120,7 @@ TEST_F(PathManagerProgramTest, ApplicationIsNamedByItsFileWithoutTheLastExtensio
 }
 
 // A file name that is not valid UTF-8 counts as unknown.
-TEST_F(PathManagerProgramTest, ApplicationThatIsUnknownLivesNamelessInTheWorkingDirectory)
+TEST_F(PathManagerProgramTest, PutsAnUnknownApplicationNamelessInTheWorkingDirectory)
 {
     const std::string directory = std::filesystem::current_path();
     for (const Arguments& arguments : c_starts) {
@@ -133,7 +133,7 @@ TEST_F(PathManagerProgramTest, ApplicationThatIsUnknownLivesNamelessInTheWorking
     }
 }
 
-TEST_F(PathManagerProgramTest, UniqueNameIsLowerCaseWithoutSeparatorsAndColons)
+TEST_F(PathManagerProgramTest, ReturnsAUniqueNameInLowerCaseWithoutSeparatorsAndColons)
 {
     std::filesystem::create_directories(Path("Apps/My Tool: New/bin"));
     for (const Arguments& arguments : c_starts) {
@@ -144,20 +144,20 @@ TEST_F(PathManagerProgramTest, UniqueNameIsLowerCaseWithoutSeparatorsAndColons)
     }
 }
 
-TEST_F(PathManagerProgramTest, ProgramOutsideABinDirectoryHasItsDataInTheLocalPrefix)
+TEST_F(PathManagerProgramTest, LooksForDataInTheLocalPrefixOutsideABinDirectory)
 {
     for (const Arguments& arguments : c_starts)
         EXPECT_EQ(Run("tool", arguments)["data directory"], "/usr/local/share/tool");
 }
 
-TEST_F(PathManagerProgramTest, ProgramIsInstalledAboveTheLastBinDirectoryOfItsPath)
+TEST_F(PathManagerProgramTest, FindsThePrefixAboveTheLastBinDirectory)
 {
     std::filesystem::create_directories(Path("bin/opt/bin"));
     for (const Arguments& arguments : c_starts)
         EXPECT_EQ(Run("bin/opt/bin/tool", arguments)["data directory"], Path("bin/opt/share/tool"));
 }
 
-TEST_F(PathManagerProgramTest, HomeMayHoldAnyCharacters)
+TEST_F(PathManagerProgramTest, AcceptsAnyCharactersInHome)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         const ScopedEnvironment environment("LC_ALL", locale);
@@ -174,7 +174,7 @@ TEST_F(PathManagerProgramTest, HomeMayHoldAnyCharacters)
 }
 
 // The directory of the configuration does not depend on the home directory.
-TEST_F(PathManagerProgramTest, DirectoriesFollowTheApplicationNameOfTheFramework)
+TEST_F(PathManagerProgramTest, FollowsTheApplicationNameOfWxWidgets)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         for (const char* const home : {"home", "\xC3\xA9"}) {
@@ -190,7 +190,7 @@ TEST_F(PathManagerProgramTest, DirectoriesFollowTheApplicationNameOfTheFramework
     }
 }
 
-TEST_F(PathManagerProgramTest, UnknownExecutableDoublesNoSeparator)
+TEST_F(PathManagerProgramTest, DoublesNoSeparatorForAnUnknownExecutable)
 {
     for (const Arguments& arguments : c_starts) {
         SCOPED_TRACE(testing::PrintToString(arguments));
@@ -198,7 +198,7 @@ TEST_F(PathManagerProgramTest, UnknownExecutableDoublesNoSeparator)
     }
 }
 
-TEST_F(PathManagerProgramTest, EnvironmentMayNameTheDataDirectory)
+TEST_F(PathManagerProgramTest, TakesTheDataDirectoryFromTheEnvironment)
 {
     const ScopedEnvironment environment("WX_TOOL_DATA_DIR", "/opt/data");
     for (const char* const directory : {"bin", "\xC3\xA9"}) {
@@ -210,7 +210,7 @@ TEST_F(PathManagerProgramTest, EnvironmentMayNameTheDataDirectory)
 }
 
 // Creates this directory in the user's real home, under a unique name.
-TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseAnswers)
+TEST_F(PathManagerProgramTest, AsksTheUserDatabaseWithoutHome)
 {
     const std::string directory = std::string(Account().pw_dir) + "/.toolkit-path-program";
     const std::optional<std::string> values[] = {std::nullopt, ""};
@@ -224,7 +224,7 @@ TEST_F(PathManagerProgramTest, WithoutHomeTheUserDatabaseAnswers)
     std::filesystem::remove_all(directory);
 }
 
-TEST_F(PathManagerProgramTest, HomeThatCannotBeWrittenToChangesNoPath)
+TEST_F(PathManagerProgramTest, ChangesNoPathWhenHomeCannotBeWrittenTo)
 {
     const ScopedEnvironment environment("HOME", "/proc/none");
     for (const Arguments& arguments : c_starts) {
@@ -233,7 +233,7 @@ TEST_F(PathManagerProgramTest, HomeThatCannotBeWrittenToChangesNoPath)
     }
 }
 
-TEST_F(PathManagerProgramTest, DocumentsDirectoryIsTheUsersOwnChoice)
+TEST_F(PathManagerProgramTest, ReturnsTheDocumentsDirectoryOfTheUsersChoice)
 {
     std::filesystem::create_directories(Path("home/.config"));
     std::filesystem::create_directories(Path("home/Meine Texte"));
@@ -246,7 +246,7 @@ TEST_F(PathManagerProgramTest, DocumentsDirectoryIsTheUsersOwnChoice)
     }
 }
 
-TEST_F(PathManagerProgramTest, DocumentsDirectoryIsReadInOneWay)
+TEST_F(PathManagerProgramTest, ReadsTheDocumentsDirectoryAsUserDirsWritesIt)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"  XDG_DOCUMENTS_DIR=  \"$HOME/Texts\"  \n", "home/Texts"},
@@ -271,7 +271,7 @@ TEST_F(PathManagerProgramTest, DocumentsDirectoryIsReadInOneWay)
     }
 }
 
-TEST_F(PathManagerProgramTest, DocumentsDirectoryThatDoesNotExistIsPassedOver)
+TEST_F(PathManagerProgramTest, IgnoresADocumentsDirectoryThatDoesNotExist)
 {
     std::filesystem::create_directories(Path("other"));
     m_directory.WriteFile(L"other/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"/none/at all\"");

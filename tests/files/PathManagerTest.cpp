@@ -21,7 +21,7 @@ using TestSupport::TempDir;
 
 using Text = TString<wchar_t>;
 
-TEST(PathManagerConstantsTest, FolderNames)
+TEST(PathManagerConstantsTest, NamesTheFolders)
 {
     EXPECT_EQ(PathManager::c_strConfigurationFolderName, L"config");
     EXPECT_EQ(PathManager::c_strRessourcesFolderName, L"ressources");
@@ -45,7 +45,7 @@ TEST(PathManagerSingletonTest, IsOnlyThereBetweenCreationAndRelease)
     EXPECT_FALSE(PathManager::GetInstance().IsValid());
 }
 
-TEST(PathManagerSingletonTest, SecondCreationKeepsTheFirstInstance)
+TEST(PathManagerSingletonTest, KeepsTheFirstInstanceInASecondCreation)
 {
     const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().native());
@@ -82,7 +82,7 @@ protected:
     smart_ptr<PathManager> m_manager;
 };
 
-TEST_F(PathManagerTest, PathsAreComposedFromTheStandardDirectories)
+TEST_F(PathManagerTest, ComposesPathsFromTheStandardDirectories)
 {
     EXPECT_EQ(m_manager->GetApplicationName(), L"PathManagerTest");
     EXPECT_EQ(m_manager->GetUserLocalDataDir(), m_directory.File(L".PathManagerTest"));
@@ -94,18 +94,18 @@ TEST_F(PathManagerTest, PathsAreComposedFromTheStandardDirectories)
     EXPECT_EQ(m_manager->GetMassStorageDataPath(), L"");
 }
 
-TEST_F(PathManagerTest, AppearancesLiveInTheRessourcesFolder)
+TEST_F(PathManagerTest, LooksForAppearancesInTheRessourcesFolder)
 {
     EXPECT_EQ(m_manager->GetAppearancesPath(), m_manager->GetApplicationRessourcesPath());
 }
 
-TEST_F(PathManagerTest, ConstructionCreatesTheApplicationDataDirectory)
+TEST_F(PathManagerTest, CreatesTheApplicationDataDirectoryInItsConstructor)
 {
     EXPECT_TRUE(
         std::filesystem::is_directory(m_directory.Path() / ".PathManagerTest/PathManagerTest"));
 }
 
-TEST_F(PathManagerTest, UserDirectoriesAreQueriedOnEachCall)
+TEST_F(PathManagerTest, QueriesUserDirectoriesOnEachCall)
 {
     const ScopedEnvironment home("HOME", "/elsewhere");
 
@@ -114,14 +114,14 @@ TEST_F(PathManagerTest, UserDirectoriesAreQueriedOnEachCall)
               m_directory.File(L".PathManagerTest/PathManagerTest"));
 }
 
-TEST_F(PathManagerTest, TemporaryDirectoryIsFixed)
+TEST_F(PathManagerTest, KeepsTheTemporaryDirectory)
 {
     const ScopedEnvironment environment("TMPDIR", m_directory.Path().native());
 
     EXPECT_EQ(m_manager->GetTempDir(), L"/tmp");
 }
 
-TEST_F(PathManagerTest, RessourcesPathMovesThePluginsAndNothingElse)
+TEST_F(PathManagerTest, MovesThePluginsAndNothingElseWithTheRessourcesPath)
 {
     const Text appearances = m_manager->GetAppearancesPath();
     m_manager->SetApplicationRessourcesPath(L"/opt/tool");
@@ -131,7 +131,7 @@ TEST_F(PathManagerTest, RessourcesPathMovesThePluginsAndNothingElse)
     EXPECT_EQ(m_manager->GetAppearancesPath(), appearances);
 }
 
-TEST_F(PathManagerTest, PluginsPathIsPlainConcatenation)
+TEST_F(PathManagerTest, ConcatenatesThePluginsPathPlainly)
 {
     m_manager->SetApplicationRessourcesPath(L"/opt/tool/");
     EXPECT_EQ(m_manager->GetPluginsPath(), L"/opt/tool//plugins");
@@ -141,7 +141,7 @@ TEST_F(PathManagerTest, PluginsPathIsPlainConcatenation)
     EXPECT_EQ(m_manager->GetPluginsPath(), L"/plugins");
 }
 
-TEST_F(PathManagerTest, ApplicationDataPathIsCreatedWithItsParents)
+TEST_F(PathManagerTest, CreatesTheApplicationDataPathWithItsParents)
 {
     const mode_t oldMask = ::umask(022);
     m_manager->SetApplicationDataPath(m_directory.File(L"a/\u6587/c"));
@@ -153,7 +153,7 @@ TEST_F(PathManagerTest, ApplicationDataPathIsCreatedWithItsParents)
     EXPECT_EQ(std::filesystem::status(created).permissions(), std::filesystem::perms(0755));
 }
 
-TEST_F(PathManagerTest, ApplicationDataPathThatCannotBeCreatedIsKept)
+TEST_F(PathManagerTest, KeepsAnApplicationDataPathThatCannotBeCreated)
 {
     const CapturedLog log;
     const Text path = m_directory.WriteFile(L"file", "") + L"/below";
@@ -166,7 +166,7 @@ TEST_F(PathManagerTest, ApplicationDataPathThatCannotBeCreatedIsKept)
     EXPECT_FALSE(PathManager::Exists(path));
 }
 
-TEST_F(PathManagerTest, MassStorageDataPathIsStored)
+TEST_F(PathManagerTest, StoresTheMassStorageDataPath)
 {
     m_manager->SetMassStorageDataPath(m_directory.File(L"mass"));
 
@@ -186,7 +186,7 @@ constexpr JoinCase c_joins[] = {
     {L"", L"", L""},          {L"", L"/b", L"/b"},       {L"/", L"b", L"/b"},
     {L"a\\", L"b", L"a\\/b"}, {L"dir/", L"", L"dir/"}};
 
-TEST_F(PathManagerTest, AppendPathJoinsInPlace)
+TEST_F(PathManagerTest, AppendsInPlace)
 {
     for (const auto& [left, part, expected] : c_joins) {
         Text path = left;
@@ -195,7 +195,7 @@ TEST_F(PathManagerTest, AppendPathJoinsInPlace)
     }
 }
 
-TEST_F(PathManagerTest, AppendPathJoinsIntoAResult)
+TEST_F(PathManagerTest, AppendsIntoAResult)
 {
     for (const auto& [left, part, expected] : c_joins) {
         Text result = L"old";
@@ -206,7 +206,7 @@ TEST_F(PathManagerTest, AppendPathJoinsIntoAResult)
     }
 }
 
-TEST_F(PathManagerTest, AppendPathTakesOneTextForAllItsArguments)
+TEST_F(PathManagerTest, AppendsOneTextToItself)
 {
     Text path = L"a";
     PathManager::AppendPath(path, path);
@@ -223,7 +223,7 @@ struct SplitCase {
     const wchar_t* extension;
 };
 
-TEST_F(PathManagerTest, SplitPathFollowsTheRulesOfTheSystem)
+TEST_F(PathManagerTest, SplitsByTheRulesOfTheSystem)
 {
     constexpr SplitCase cases[] = {{L"/a/b.tar.gz", L"/a", L"b.tar", L"gz"},
                                    {L"/a/b/", L"/a/b", L"", L""},
@@ -243,7 +243,7 @@ TEST_F(PathManagerTest, SplitPathFollowsTheRulesOfTheSystem)
     }
 }
 
-TEST_F(PathManagerTest, SplitPathMayOverwriteItsInput)
+TEST_F(PathManagerTest, MayOverwriteTheInputOfSplitPath)
 {
     Text text = L"/a/b.c";
     Text volume;
@@ -256,7 +256,7 @@ TEST_F(PathManagerTest, SplitPathMayOverwriteItsInput)
     EXPECT_EQ(extension, L"c");
 }
 
-TEST_F(PathManagerTest, FilesAndDirectoriesAreToldApart)
+TEST_F(PathManagerTest, DistinguishesFilesFromDirectories)
 {
     m_directory.WriteFile(L"\u6587", "");
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);

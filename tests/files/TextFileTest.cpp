@@ -70,7 +70,7 @@ protected:
     TextFile m_file;
 };
 
-TEST_F(TextFileTest, LinesEndAtLineFeedCarriageReturnOrBoth)
+TEST_F(TextFileTest, EndsLinesAtLineFeedCarriageReturnOrBoth)
 {
     const std::pair<std::string, Lines> cases[] = {{"", {}},
                                                    {"a", {L"a"}},
@@ -93,7 +93,7 @@ TEST_F(TextFileTest, LinesEndAtLineFeedCarriageReturnOrBoth)
     }
 }
 
-TEST_F(TextFileTest, ByteOrderMarkDecidesTheEncodingAndIsDropped)
+TEST_F(TextFileTest, TakesTheEncodingFromAByteOrderMarkAndDropsIt)
 {
     const std::pair<std::string, Lines> cases[] = {
         {"\xEF\xBB\xBF\xC3\xA9\nb", {L"\u00E9", L"b"}},
@@ -115,7 +115,7 @@ TEST_F(TextFileTest, ByteOrderMarkDecidesTheEncodingAndIsDropped)
     }
 }
 
-TEST_F(TextFileTest, WithoutByteOrderMarkTheFileIsUtf8InAnyLocale)
+TEST_F(TextFileTest, ReadsUtf8WithoutByteOrderMarkInAnyLocale)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         SCOPED_TRACE(locale);
@@ -125,7 +125,7 @@ TEST_F(TextFileTest, WithoutByteOrderMarkTheFileIsUtf8InAnyLocale)
     }
 }
 
-TEST_F(TextFileTest, OneInvalidByteMakesTheWholeFileLatin1)
+TEST_F(TextFileTest, ReadsTheWholeFileAsLatin1AfterOneInvalidByte)
 {
     const std::pair<std::string, Lines> cases[] = {
         {"\xC3\xA9\n\xE9", {L"\u00C3\u00A9", L"\u00E9"}},
@@ -143,7 +143,7 @@ TEST_F(TextFileTest, OneInvalidByteMakesTheWholeFileLatin1)
     }
 }
 
-TEST_F(TextFileTest, BrokenUtf16AndUtf32CannotBeOpened)
+TEST_F(TextFileTest, CannotOpenBrokenUtf16AndUtf32)
 {
     const std::string cases[] = {Bytes("\xFE\xFF\x00", 3),
                                  Bytes("\xFF\xFE\x41\x00\x42", 5),
@@ -160,7 +160,7 @@ TEST_F(TextFileTest, BrokenUtf16AndUtf32CannotBeOpened)
     }
 }
 
-TEST_F(TextFileTest, NullCharactersBelongToTheirLine)
+TEST_F(TextFileTest, KeepsNullCharactersInTheirLine)
 {
     Open(Bytes("a\0b\n\0", 5));
 
@@ -169,7 +169,7 @@ TEST_F(TextFileTest, NullCharactersBelongToTheirLine)
     EXPECT_EQ(Contents(), Bytes("a\0b\n\0", 5));
 }
 
-TEST_F(TextFileTest, EndHoldsOnTheLastLineAndForNoLine)
+TEST_F(TextFileTest, IsAtTheEndOnTheLastLineAndWithoutALine)
 {
     EXPECT_TRUE(m_file.Eof());
     Open("a\nb\nc\n");
@@ -182,7 +182,7 @@ TEST_F(TextFileTest, EndHoldsOnTheLastLineAndForNoLine)
     EXPECT_TRUE(m_file.Eof());
 }
 
-TEST_F(TextFileTest, EndHoldsAtOnceForOneLine)
+TEST_F(TextFileTest, IsAtTheEndAtOnceForOneLine)
 {
     Open("a");
 
@@ -191,7 +191,7 @@ TEST_F(TextFileTest, EndHoldsAtOnceForOneLine)
     EXPECT_TRUE(m_file.Eof());
 }
 
-TEST_F(TextFileTest, NextLineAfterTheLastIsEmptyAndStays)
+TEST_F(TextFileTest, ReturnsEmptyLinesAfterTheLast)
 {
     Open("a\nb");
     ASSERT_EQ(m_file.GetNextLine(), L"b");
@@ -203,7 +203,7 @@ TEST_F(TextFileTest, NextLineAfterTheLastIsEmptyAndStays)
     EXPECT_EQ(m_file.GetNextLine(), L"b");
 }
 
-TEST_F(TextFileTest, LinesOfAnEmptyListAreEmpty)
+TEST_F(TextFileTest, ReturnsEmptyLinesOfAnEmptyList)
 {
     EXPECT_EQ(m_file.GetFirstLine(), L"");
     EXPECT_EQ(m_file.GetNextLine(), L"");
@@ -213,7 +213,7 @@ TEST_F(TextFileTest, LinesOfAnEmptyListAreEmpty)
     EXPECT_TRUE(m_file.Eof());
 }
 
-TEST_F(TextFileTest, OpenAgainReplacesTheLinesAndResetsTheCursor)
+TEST_F(TextFileTest, ReplacesTheLinesAndResetsTheCursorWhenOpenedAgain)
 {
     Open("a\nb\nc");
     m_file.GetNextLine();
@@ -223,7 +223,7 @@ TEST_F(TextFileTest, OpenAgainReplacesTheLinesAndResetsTheCursor)
     EXPECT_THAT(LinesOf(m_file), ElementsAre(L"d", L"e"));
 }
 
-TEST_F(TextFileTest, FailedOpenLeavesNothing)
+TEST_F(TextFileTest, HasNoLinesAfterAFailedOpen)
 {
     Open("a\nb");
 
@@ -234,7 +234,7 @@ TEST_F(TextFileTest, FailedOpenLeavesNothing)
     EXPECT_EQ(Contents(), "a\nb");
 }
 
-TEST_F(TextFileTest, DirectoriesAndMissingFilesAreNotOpened)
+TEST_F(TextFileTest, DoesNotOpenDirectoriesAndMissingFiles)
 {
     std::filesystem::create_directory(m_directory.Path() / "directory");
 
@@ -243,7 +243,7 @@ TEST_F(TextFileTest, DirectoriesAndMissingFilesAreNotOpened)
     EXPECT_FALSE(m_file.Open(L""));
 }
 
-TEST_F(TextFileTest, PipeIsReadToItsEndAndNotWritten)
+TEST_F(TextFileTest, ReadsAPipeToItsEndAndDoesNotWriteIt)
 {
     const std::string path = m_directory.Path() / "pipe";
     const std::string longLine(200000, 'x');
@@ -261,7 +261,7 @@ TEST_F(TextFileTest, PipeIsReadToItsEndAndNotWritten)
     EXPECT_TRUE(std::filesystem::is_fifo(path));
 }
 
-TEST_F(TextFileTest, DeviceIsReadAndNotReplaced)
+TEST_F(TextFileTest, ReadsADeviceAndDoesNotReplaceIt)
 {
     ASSERT_TRUE(m_file.Open(L"/dev/null"));
     m_file.AddLine(L"line");
@@ -270,7 +270,7 @@ TEST_F(TextFileTest, DeviceIsReadAndNotReplaced)
     EXPECT_FALSE(std::filesystem::is_regular_file("/dev/null"));
 }
 
-TEST_F(TextFileTest, WriteCreatesADeletedFileAsTheUmaskSays)
+TEST_F(TextFileTest, CreatesADeletedFileAsTheUmaskSays)
 {
     Open("a");
     std::filesystem::remove(m_directory.Path() / "file.txt");
@@ -283,7 +283,7 @@ TEST_F(TextFileTest, WriteCreatesADeletedFileAsTheUmaskSays)
               std::filesystem::perms(0644));
 }
 
-TEST_F(TextFileTest, CloseDropsTheLinesAndLeavesTheFile)
+TEST_F(TextFileTest, DropsTheLinesAndLeavesTheFileInClose)
 {
     Open("a\nb");
 
@@ -293,7 +293,7 @@ TEST_F(TextFileTest, CloseDropsTheLinesAndLeavesTheFile)
     EXPECT_EQ(Contents(), "a\nb");
 }
 
-TEST_F(TextFileTest, WriteNeedsAnOpenFile)
+TEST_F(TextFileTest, NeedsAnOpenFileToWrite)
 {
     EXPECT_FALSE(m_file.Write());
     Open("a\nb");
@@ -304,7 +304,7 @@ TEST_F(TextFileTest, WriteNeedsAnOpenFile)
     EXPECT_EQ(Contents(), "a\nb");
 }
 
-TEST_F(TextFileTest, WriteKeepsEachLineEnd)
+TEST_F(TextFileTest, KeepsEachLineEndInWrite)
 {
     for (const char* const bytes :
          {"", "a", "a\n", "a\nb\r\nc\rd", "\r\n\n\r", "a\r\r\n\n\rb", "a\rb\r"}) {
@@ -315,7 +315,7 @@ TEST_F(TextFileTest, WriteKeepsEachLineEnd)
     }
 }
 
-TEST_F(TextFileTest, WriteGivesUtf8WithoutByteOrderMark)
+TEST_F(TextFileTest, WritesUtf8WithoutByteOrderMark)
 {
     for (const std::string& bytes :
          {std::string("\xEF\xBB\xBF\xE2\x82\xAC\n"), Bytes("\xFE\xFF\x20\xAC\x00\n", 6),
@@ -327,7 +327,7 @@ TEST_F(TextFileTest, WriteGivesUtf8WithoutByteOrderMark)
     }
 }
 
-TEST_F(TextFileTest, AddedLinesEndInALineFeed)
+TEST_F(TextFileTest, EndsAddedLinesInALineFeed)
 {
     Open("a\r\nb\r\n");
     m_file.AddLine(L"\u20AC");
@@ -338,7 +338,7 @@ TEST_F(TextFileTest, AddedLinesEndInALineFeed)
     EXPECT_EQ(Contents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
 }
 
-TEST_F(TextFileTest, LineAfterAnUnterminatedOneDoesNotJoinIt)
+TEST_F(TextFileTest, DoesNotJoinALineToAnUnterminatedOne)
 {
     Open("a\nb");
     m_file.AddLine(L"c");
@@ -347,7 +347,7 @@ TEST_F(TextFileTest, LineAfterAnUnterminatedOneDoesNotJoinIt)
     EXPECT_EQ(Contents(), "a\nb\nc\n");
 }
 
-TEST_F(TextFileTest, AddedLineLeavesTheCursor)
+TEST_F(TextFileTest, LeavesTheCursorWhenALineIsAdded)
 {
     Open("a\nb");
     ASSERT_EQ(m_file.GetNextLine(), L"b");
@@ -358,7 +358,7 @@ TEST_F(TextFileTest, AddedLineLeavesTheCursor)
     EXPECT_EQ(m_file.GetNextLine(), L"c");
 }
 
-TEST_F(TextFileTest, ClearEmptiesTheListOfAFileThatStaysOpen)
+TEST_F(TextFileTest, EmptiesTheListOfAFileThatStaysOpenInClear)
 {
     Open("a\nb");
     m_file.Clear();
@@ -371,7 +371,7 @@ TEST_F(TextFileTest, ClearEmptiesTheListOfAFileThatStaysOpen)
     EXPECT_EQ(Contents(), "c\n");
 }
 
-TEST_F(TextFileTest, LinesCanBeKeptWithoutAFile)
+TEST_F(TextFileTest, KeepsLinesWithoutAFile)
 {
     m_file.AddLine(L"a");
     m_file.AddLine(L"b");
@@ -379,7 +379,7 @@ TEST_F(TextFileTest, LinesCanBeKeptWithoutAFile)
     EXPECT_THAT(LinesOf(m_file), ElementsAre(L"a", L"b"));
 }
 
-TEST_F(TextFileTest, LineWithoutUtf8FormKeepsTheOldFile)
+TEST_F(TextFileTest, KeepsTheOldFileWhenALineHasNoUtf8Form)
 {
     Open("a\n");
     m_file.AddLine(static_cast<wchar_t>(0x110000));
@@ -389,7 +389,7 @@ TEST_F(TextFileTest, LineWithoutUtf8FormKeepsTheOldFile)
     EXPECT_EQ(FileCount(), 1);
 }
 
-TEST_F(TextFileTest, FullDiskKeepsTheOldFile)
+TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
 {
     Open("old\n");
     m_file.AddLine(TString<wchar_t>(std::wstring(1000, L'x')));
@@ -419,7 +419,7 @@ private:
     uid_t m_oldUser;
 };
 
-TEST_F(TextFileTest, UnwritableDirectoryKeepsTheOldFile)
+TEST_F(TextFileTest, KeepsTheOldFileInAnUnwritableDirectory)
 {
     Open("old\n");
     m_file.AddLine(L"new");
@@ -435,7 +435,7 @@ TEST_F(TextFileTest, UnwritableDirectoryKeepsTheOldFile)
     EXPECT_EQ(FileCount(), 1);
 }
 
-TEST_F(TextFileTest, UnreadableFileCannotBeOpened)
+TEST_F(TextFileTest, CannotOpenAnUnreadableFile)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", "a");
     std::filesystem::permissions(m_directory.Path(), std::filesystem::perms(0755));
@@ -445,7 +445,7 @@ TEST_F(TextFileTest, UnreadableFileCannotBeOpened)
     EXPECT_FALSE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, WriteKeepsThePermissions)
+TEST_F(TextFileTest, KeepsThePermissionsInWrite)
 {
     Open("a\n");
     std::filesystem::permissions(m_directory.Path() / "file.txt", std::filesystem::perms(0640));
@@ -456,7 +456,7 @@ TEST_F(TextFileTest, WriteKeepsThePermissions)
               std::filesystem::perms(0640));
 }
 
-TEST_F(TextFileTest, WriteThroughALinkKeepsTheLink)
+TEST_F(TextFileTest, KeepsALinkInWrite)
 {
     m_directory.WriteFile(L"file.txt", "a\n");
     std::filesystem::create_symlink("file.txt", m_directory.Path() / "link");
@@ -468,7 +468,7 @@ TEST_F(TextFileTest, WriteThroughALinkKeepsTheLink)
     EXPECT_EQ(Contents(), "a\nb\n");
 }
 
-TEST_F(TextFileTest, NamesAreUtf8InAnyLocale)
+TEST_F(TextFileTest, PassesNamesAsUtf8InAnyLocale)
 {
     const ScopedLocale locale("C");
     const TString<wchar_t> name = m_directory.WriteFile(L"\u6587.txt", "a\n");
@@ -479,7 +479,7 @@ TEST_F(TextFileTest, NamesAreUtf8InAnyLocale)
     EXPECT_EQ(m_directory.ReadFile(L"\u6587.txt"), "a\nb\n");
 }
 
-TEST_F(TextFileTest, WriteFindsTheFileInAnotherWorkingDirectory)
+TEST_F(TextFileTest, WritesTheFileFromAnotherWorkingDirectory)
 {
     const std::filesystem::path before = std::filesystem::current_path();
     m_directory.WriteFile(L"file.txt", "a\n");
@@ -492,7 +492,7 @@ TEST_F(TextFileTest, WriteFindsTheFileInAnotherWorkingDirectory)
     EXPECT_EQ(Contents(), "a\nb\n");
 }
 
-TEST_F(TextFileTest, NoDescriptorIsLeftForAFile)
+TEST_F(TextFileTest, LeavesNoDescriptorOpen)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", "a");
     rlimit oldLimit{};
@@ -519,7 +519,7 @@ TEST_F(TextFileTest, OpensNoFileWithoutMemory)
     EXPECT_TRUE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, ALineThatDoesNotFitIntoMemoryLeavesTheCursorWhereItWas)
+TEST_F(TextFileTest, LeavesTheCursorWhenALineDoesNotFitIntoMemory)
 {
     Open("short\n" + std::string(1000000, 'x') + "\nlast\n");
     m_file.GetFirstLine();
@@ -561,7 +561,7 @@ TEST_F(TextFileTest, WritesAgainAfterAFileIsOpenedAgain)
     EXPECT_EQ(Contents(), "second\nlast\n");
 }
 
-TEST_F(TextFileTest, FailuresAreSilent)
+TEST_F(TextFileTest, FailsSilently)
 {
     const CapturedLog log;
     testing::internal::CaptureStderr();

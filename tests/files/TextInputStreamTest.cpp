@@ -26,7 +26,7 @@ std::vector<std::wstring> Words(const std::string& bytes, std::size_t count)
     return words;
 }
 
-TEST(TextInputStreamTest, WordsAreSeparatedByWhiteSpace)
+TEST(TextInputStreamTest, SeparatesWordsByWhiteSpace)
 {
     const std::pair<std::string, std::vector<std::wstring>> cases[] = {
         {"one two", {L"one", L"two", L""}},
@@ -39,7 +39,7 @@ TEST(TextInputStreamTest, WordsAreSeparatedByWhiteSpace)
     }
 }
 
-TEST(TextInputStreamTest, WordsAreDecodedFromUtf8)
+TEST(TextInputStreamTest, DecodesWordsFromUtf8)
 {
     const std::vector<std::wstring> expected = {L"caf\u00E9", L"\u6587\u5B57", L"\U0001F600"};
 
@@ -59,7 +59,7 @@ TEST(TextInputStreamTest, ReadsAreChained)
     EXPECT_EQ(second, L"two");
 }
 
-TEST(TextInputStreamTest, WithoutATextStreamEveryWordIsEmpty)
+TEST(TextInputStreamTest, ReadsEmptyWordsWithoutATextStream)
 {
     TextInputStream stream(nullptr);
     TString<wchar_t> word = L"old";
@@ -68,7 +68,7 @@ TEST(TextInputStreamTest, WithoutATextStreamEveryWordIsEmpty)
     EXPECT_EQ(word, L"");
 }
 
-TEST(TextInputStreamTest, DestructionThroughTheBaseDeletesTheTextStreamOnce)
+TEST(TextInputStreamTest, DeletesTheTextStreamOnceThroughTheBase)
 {
     // The sanitizers find a second deletion, and one through the wrong type.
     wxMemoryInputStream memory("word", 4);

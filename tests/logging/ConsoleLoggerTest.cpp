@@ -59,7 +59,7 @@ TEST(ConsoleLoggerTest, NeverFlushes)
     EXPECT_EQ(output.FlushCount(), 0);
 }
 
-TEST(ConsoleLoggerTest, FreshLoggerWritesForTheHighestThresholdOnly)
+TEST(ConsoleLoggerTest, WritesAtFirstForTheHighestThresholdOnly)
 {
     for (int threshold = SeverityError; threshold <= SeverityVerbose; ++threshold) {
         SCOPED_TRACE(threshold);
@@ -71,7 +71,7 @@ TEST(ConsoleLoggerTest, FreshLoggerWritesForTheHighestThresholdOnly)
     }
 }
 
-TEST(ConsoleLoggerTest, SeverityStaysFromStatementToStatement)
+TEST(ConsoleLoggerTest, KeepsTheSeverityFromStatementToStatement)
 {
     const CapturedWideOutput output;
     ConsoleLogger logger(SeverityInfo);

@@ -58,7 +58,7 @@ protected:
     }
 };
 
-TEST_F(FileLoggerFaultTest, DirectoryInItsPlaceStays)
+TEST_F(FileLoggerFaultTest, LeavesADirectoryInItsPlace)
 {
     std::filesystem::create_directory(Path());
 
@@ -66,7 +66,7 @@ TEST_F(FileLoggerFaultTest, DirectoryInItsPlaceStays)
     EXPECT_TRUE(std::filesystem::is_directory(Path()));
 }
 
-TEST_F(FileLoggerFaultTest, PipeInItsPlaceStays)
+TEST_F(FileLoggerFaultTest, LeavesAPipeInItsPlace)
 {
     ASSERT_EQ(::mkfifo(Path().c_str(), 0600), 0);
 
@@ -74,7 +74,7 @@ TEST_F(FileLoggerFaultTest, PipeInItsPlaceStays)
     EXPECT_TRUE(std::filesystem::is_fifo(Path()));
 }
 
-TEST_F(FileLoggerFaultTest, PipeWithAReaderGetsNothing)
+TEST_F(FileLoggerFaultTest, WritesNothingToAPipeWithAReader)
 {
     ASSERT_EQ(::mkfifo(Path().c_str(), 0600), 0);
     const int reader = ::open(Path().c_str(), O_RDONLY | O_NONBLOCK);
@@ -86,7 +86,7 @@ TEST_F(FileLoggerFaultTest, PipeWithAReaderGetsNothing)
     ::close(reader);
 }
 
-TEST_F(FileLoggerFaultTest, SymbolicLinkIsNotFollowed)
+TEST_F(FileLoggerFaultTest, DoesNotFollowASymbolicLink)
 {
     const TestSupport::TempDir directory;
     directory.WriteFile(L"precious", "data");
@@ -96,7 +96,7 @@ TEST_F(FileLoggerFaultTest, SymbolicLinkIsNotFollowed)
     EXPECT_EQ(directory.ReadFile(L"precious"), "data");
 }
 
-TEST_F(FileLoggerFaultTest, DanglingSymbolicLinkCreatesNothing)
+TEST_F(FileLoggerFaultTest, CreatesNothingThroughADanglingSymbolicLink)
 {
     const TestSupport::TempDir directory;
     std::filesystem::create_symlink(directory.Path() / "absent", Path());
@@ -105,7 +105,7 @@ TEST_F(FileLoggerFaultTest, DanglingSymbolicLinkCreatesNothing)
     EXPECT_FALSE(std::filesystem::exists(directory.Path() / "absent"));
 }
 
-TEST_F(FileLoggerFaultTest, FileWithASecondNameIsNotTouched)
+TEST_F(FileLoggerFaultTest, DoesNotTouchAFileWithASecondName)
 {
     const std::filesystem::path other = "/tmp/" + m_name + "-other";
     std::ofstream(other) << "data";
@@ -115,7 +115,7 @@ TEST_F(FileLoggerFaultTest, FileWithASecondNameIsNotTouched)
     EXPECT_EQ(ReadWholeFile(other), "data");
 }
 
-TEST_F(FileLoggerFaultTest, FileOfSomebodyElseIsNotTouched)
+TEST_F(FileLoggerFaultTest, DoesNotTouchAFileOfSomebodyElse)
 {
     std::ofstream(Path()) << "data";
     std::filesystem::permissions(Path(), std::filesystem::perms(0666));
@@ -126,7 +126,7 @@ TEST_F(FileLoggerFaultTest, FileOfSomebodyElseIsNotTouched)
     EXPECT_EQ(ReadWholeFile(Path()), "data");
 }
 
-TEST_F(FileLoggerFaultTest, TextWaitsUntilThereIsADescriptor)
+TEST_F(FileLoggerFaultTest, KeepsTextUntilADescriptorIsFree)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     {
@@ -140,7 +140,7 @@ TEST_F(FileLoggerFaultTest, TextWaitsUntilThereIsADescriptor)
     EXPECT_EQ(ReadWholeFile(Files().front()), "early late");
 }
 
-TEST_F(FileLoggerFaultTest, EveryAttemptHasAnotherTickCount)
+TEST_F(FileLoggerFaultTest, TakesAnotherTickCountForEveryAttempt)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     const unsigned int start = GetTickCount();
@@ -175,7 +175,7 @@ TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)
     EXPECT_TRUE(Files().empty());
 }
 
-TEST_F(FileLoggerFaultTest, NameThatCannotBeAFileDropsItsText)
+TEST_F(FileLoggerFaultTest, DropsTheTextForANameThatCannotBeAFile)
 {
     FileLogger logger(SeverityVerbose, Name() + L"/no/such/directory", c_noLimit);
     logger.Write(L"dropped");
@@ -196,7 +196,7 @@ TEST_F(FileLoggerFaultTest, MayOutliveThePathManager)
     EXPECT_EQ(ReadWholeFile(Files().front()), "text");
 }
 
-TEST_F(FileLoggerFaultTest, PieceThatFindsNoRoomInTheQueueIsLeftOut)
+TEST_F(FileLoggerFaultTest, LeavesOutAPieceWhenOutOfMemoryForTheQueue)
 {
     const TString<wchar_t> longPiece(std::wstring(1'000'000, L'x'));
     {
@@ -211,7 +211,7 @@ TEST_F(FileLoggerFaultTest, PieceThatFindsNoRoomInTheQueueIsLeftOut)
     EXPECT_EQ(ReadWholeFile(Path()), "before after");
 }
 
-TEST_F(FileLoggerFaultTest, PieceThatFindsNoMemoryForItsBytesIsLeftOut)
+TEST_F(FileLoggerFaultTest, LeavesOutAPieceWhenOutOfMemoryForItsBytes)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     {
@@ -244,7 +244,7 @@ TEST_F(FileLoggerFaultTest, OpensItsFileWhenThereIsMemoryAgain)
     EXPECT_EQ(ReadWholeFile(Files().front()), "text");
 }
 
-TEST_F(FileLoggerFaultTest, FullDiskKeepsWhatFits)
+TEST_F(FileLoggerFaultTest, KeepsWhatFitsOnAFullDisk)
 {
     testing::internal::CaptureStderr();
     {

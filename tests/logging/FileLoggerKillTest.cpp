@@ -99,7 +99,7 @@ protected:
     }
 };
 
-TEST_F(FileLoggerKillTest, FileHoldsWholePiecesInOrder)
+TEST_F(FileLoggerKillTest, LeavesWholePiecesInOrder)
 {
     const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     TestSupport::RandomText random(static_cast<unsigned int>(::getpid()));

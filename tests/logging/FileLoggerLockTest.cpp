@@ -89,7 +89,7 @@ protected:
     }
 };
 
-TEST_F(FileLoggerLockTest, TwoProcessesKeepTheirTextApart)
+TEST_F(FileLoggerLockTest, KeepsTheTextOfTwoProcessesApart)
 {
     OtherProcess other(Name());
     TString<wchar_t> path;
@@ -128,7 +128,7 @@ TEST_F(FileLoggerLockTest, GetsItsNameWhenTheOtherProcessEnds)
     EXPECT_EQ(ReadWholeFile(Path()), "ours");
 }
 
-TEST_F(FileLoggerLockTest, StoppedWhileItWaitsItWritesItsQueueAtOnce)
+TEST_F(FileLoggerLockTest, WritesItsQueueAtOnceWhenStoppedWhileItWaits)
 {
     const OtherProcess other(Name());
     auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
@@ -144,7 +144,7 @@ TEST_F(FileLoggerLockTest, StoppedWhileItWaitsItWritesItsQueueAtOnce)
     EXPECT_EQ(ReadWholeFile(files.front()), "ours");
 }
 
-TEST_F(FileLoggerLockTest, LoggersOfOneProcessShareTheFile)
+TEST_F(FileLoggerLockTest, SharesTheFileAmongLoggersOfOneProcess)
 {
     const FileLogger first(SeverityVerbose, Name(), c_noLimit);
     EXPECT_EQ(UTF8::ToUTF8(first.GetPath(c_noLimit)), Path().native());
@@ -153,7 +153,7 @@ TEST_F(FileLoggerLockTest, LoggersOfOneProcessShareTheFile)
     EXPECT_EQ(UTF8::ToUTF8(second.GetPath(c_noLimit)), Path().native());
 }
 
-TEST_F(FileLoggerLockTest, LastLoggerOfAProcessGivesUpTheLock)
+TEST_F(FileLoggerLockTest, GivesUpTheLockWithTheLastLoggerOfAProcess)
 {
     auto first = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
     EXPECT_NE(first->GetPath(c_noLimit), L"");
@@ -166,7 +166,7 @@ TEST_F(FileLoggerLockTest, LastLoggerOfAProcessGivesUpTheLock)
     EXPECT_TRUE(CanBeLocked());
 }
 
-TEST_F(FileLoggerLockTest, ForkedChildKeepsNeitherFileNorLock)
+TEST_F(FileLoggerLockTest, KeepsNeitherFileNorLockInAForkedChild)
 {
     auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
     EXPECT_NE(logger->GetPath(c_noLimit), L"");
@@ -189,7 +189,7 @@ TEST_F(FileLoggerLockTest, ForkedChildKeepsNeitherFileNorLock)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(FileLoggerLockTest, RemovedFileIsNotWrittenTo)
+TEST_F(FileLoggerLockTest, DoesNotWriteToARemovedFile)
 {
     OtherProcess other(Name());
     {

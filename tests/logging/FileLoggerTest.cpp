@@ -45,7 +45,7 @@ protected:
     }
 };
 
-TEST_F(FileLoggerTest, Constants)
+TEST_F(FileLoggerTest, DefinesItsConstants)
 {
     EXPECT_EQ(FileLogger::c_strOpenMode, L"w");
     EXPECT_EQ(FileLogger::c_strLogExtension, L".qvlog");
@@ -64,7 +64,7 @@ TEST_F(FileLoggerTest, WritesPiecesAsTheyAre)
               std::string("one two\nthree \xE2\x82\xAC\xF0\x9F\x98\x80\0end", 25));
 }
 
-TEST_F(FileLoggerTest, TextWithoutAUtf8FormIsLeftOut)
+TEST_F(FileLoggerTest, LeavesOutTextWithoutAUtf8Form)
 {
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -91,7 +91,7 @@ TEST_F(FileLoggerTest, WritesTheLinesOfTheProcessLogger)
                 IsLogLine(SeverityInfo, 64, L"TestBody", L"kept1"));
 }
 
-TEST_F(FileLoggerTest, EmptyNameStandsForTheApplication)
+TEST_F(FileLoggerTest, NamesTheFileAfterTheApplicationWithoutAName)
 {
     const std::filesystem::path path = "/tmp/FileLoggerTest.qvlog";
     std::filesystem::remove_all(path);
@@ -115,7 +115,7 @@ TEST_F(FileLoggerTest, NeedsNoPathManager)
     std::filesystem::remove_all(path);
 }
 
-TEST_F(FileLoggerTest, NameOutsideAsciiDoesNotDependOnTheLocale)
+TEST_F(FileLoggerTest, WritesNamesOutsideAsciiInEveryLocale)
 {
     const TestSupport::ScopedLocale locale("C");
     m_name += "-\xC3\xA9\xE2\x82\xAC";
@@ -139,7 +139,7 @@ TEST_F(FileLoggerTest, EmptiesAnOldFileAndKeepsItToItsOwner)
     EXPECT_EQ(std::filesystem::status(Path()).permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(FileLoggerTest, NewFileIsForItsOwnerAlone)
+TEST_F(FileLoggerTest, CreatesTheFileForItsOwnerAlone)
 {
     const mode_t oldMask = ::umask(0);
     {
@@ -150,7 +150,7 @@ TEST_F(FileLoggerTest, NewFileIsForItsOwnerAlone)
     EXPECT_EQ(std::filesystem::status(Path()).permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(FileLoggerTest, ProgramsThatAreStartedDoNotInheritTheFile)
+TEST_F(FileLoggerTest, DoesNotLetStartedProgramsInheritTheFile)
 {
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
 
@@ -206,7 +206,7 @@ TEST_F(FileLoggerTest, GoesOnAtTheBeginningWhenTheLimitIsReached)
     AwaitFile(piece('e') + piece('b') + piece('c') + piece('d'), 30);
 }
 
-TEST_F(FileLoggerTest, LimitIsReachedAtItsVeryByte)
+TEST_F(FileLoggerTest, ReachesTheLimitAtItsVeryByte)
 {
     FileLogger logger(SeverityVerbose, Name(), 4);
 
@@ -216,7 +216,7 @@ TEST_F(FileLoggerTest, LimitIsReachedAtItsVeryByte)
     AwaitFile("abcd", 0);
 }
 
-TEST_F(FileLoggerTest, LimitOfZeroStartsEachBatchAtTheBeginning)
+TEST_F(FileLoggerTest, StartsEachBatchAtTheBeginningForALimitOfZero)
 {
     FileLogger logger(SeverityVerbose, Name(), 0);
 
@@ -242,7 +242,7 @@ TEST_F(FileLoggerTest, GoesOnAtTheEndOfATruncatedFile)
     AwaitFile("newest", 6);
 }
 
-TEST_F(FileLoggerTest, BatchIsWrittenWholeBeforeTheLimitCounts)
+TEST_F(FileLoggerTest, WritesABatchWholeBeforeTheLimitCounts)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     FileLogger logger(SeverityVerbose, Name(), 4);
@@ -260,7 +260,7 @@ TEST_F(FileLoggerTest, BatchIsWrittenWholeBeforeTheLimitCounts)
     Await([&] { return ReadWholeFile(files[0]) == "fourtwo three"; });
 }
 
-TEST_F(FileLoggerTest, NothingWrittenBeforeTheEndIsLost)
+TEST_F(FileLoggerTest, LosesNothingWrittenBeforeTheEnd)
 {
     std::string expected;
     {
@@ -273,7 +273,7 @@ TEST_F(FileLoggerTest, NothingWrittenBeforeTheEndIsLost)
     EXPECT_EQ(ReadWholeFile(Path()), expected);
 }
 
-TEST_F(FileLoggerTest, TextWrittenWhileTheWriterSleepsIsNotLost)
+TEST_F(FileLoggerTest, LosesNothingWrittenWhileTheWriterSleeps)
 {
     // The end comes at different moments of the writer's wait for text.
     for (int round = 0; round < 5; ++round) {
@@ -304,7 +304,7 @@ TEST_F(FileLoggerTest, EndsWhenNoTextHasComeForHalfASecond)
     EXPECT_GE(longest, 350ms);
 }
 
-TEST_F(FileLoggerTest, PiecesOfAThreadStayInOrder)
+TEST_F(FileLoggerTest, KeepsThePiecesOfAThreadInOrder)
 {
     constexpr int threads = 4;
     constexpr int pieces = 5000;
@@ -330,7 +330,7 @@ TEST_F(FileLoggerTest, PiecesOfAThreadStayInOrder)
     EXPECT_THAT(next, testing::Each(pieces));
 }
 
-TEST_F(FileLoggerTest, ManyThreadsMayLogWhileItWraps)
+TEST_F(FileLoggerTest, LetsManyThreadsLogWhileItWraps)
 {
     constexpr int threads = 4;
     constexpr int rounds = 2000;
@@ -431,7 +431,7 @@ private:
     FileLogger m_logger;
 };
 
-TEST_F(FileLoggerTest, FileEqualsThatOfAPiecewiseLogger)
+TEST_F(FileLoggerTest, WritesTheFileOfAPiecewiseLogger)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     std::vector<std::unique_ptr<RandomLog>> logs;

@@ -45,14 +45,14 @@ bool DiscardsEverything(const smart_ptr<ILogger>& logger)
     return dynamic_cast<NullLogger*>(logger.Get()) != nullptr;
 }
 
-TEST(ILoggerTest, LineTokens)
+TEST(ILoggerTest, DefinesTheLineTokens)
 {
     EXPECT_EQ(ILogger::c_strLogToken1, L" ");
     EXPECT_EQ(ILogger::c_strLogToken2, L" : ");
     EXPECT_EQ(ILogger::c_strLogToken3, L"\n");
 }
 
-TEST(ILoggerTest, SeveritiesAreNumbersFromTheMostSevere)
+TEST(ILoggerTest, NumbersSeveritiesFromTheMostSevere)
 {
     EXPECT_THAT(Inserted(SeverityError), ElementsAre(L"0"));
     EXPECT_THAT(Inserted(SeverityWarning), ElementsAre(L"1"));
@@ -86,7 +86,7 @@ TEST(ILoggerTest, IsVerboseUntilTold)
     EXPECT_THAT(debug.pieces, IsEmpty());
 }
 
-TEST(ILoggerTest, ChainGoesOnAtTheProcessLogger)
+TEST(ILoggerTest, ContinuesAChainAtTheProcessLogger)
 {
     const CapturedLog log;
     Sink sink(SeverityVerbose);
@@ -98,7 +98,7 @@ TEST(ILoggerTest, ChainGoesOnAtTheProcessLogger)
     EXPECT_EQ(&result, &ILogger::GetLogger());
 }
 
-TEST(ILoggerTest, FilteredInsertionReturnsTheProcessLoggerToo)
+TEST(ILoggerTest, ReturnsTheProcessLoggerFromAFilteredInsertion)
 {
     const CapturedLog log;
     Sink sink(SeverityError);
@@ -138,7 +138,7 @@ void ForEachInsertable(Check check)
     check(true);
 }
 
-TEST(ILoggerTest, EveryInsertionReturnsTheProcessLogger)
+TEST(ILoggerTest, ReturnsTheProcessLoggerFromEveryInsertion)
 {
     const CapturedLog log;
     Sink sink(SeverityVerbose);
@@ -150,7 +150,7 @@ TEST(ILoggerTest, EveryInsertionReturnsTheProcessLogger)
     EXPECT_THAT(log.Pieces(), IsEmpty());
 }
 
-TEST(ILoggerTest, EveryInsertionIsFiltered)
+TEST(ILoggerTest, FiltersEveryInsertion)
 {
     const CapturedLog log;
     Sink sink(SeverityDebug);
@@ -161,7 +161,7 @@ TEST(ILoggerTest, EveryInsertionIsFiltered)
     EXPECT_THAT(log.Pieces(), IsEmpty());
 }
 
-TEST(ILoggerTest, FilteredValueIsNotConverted)
+TEST(ILoggerTest, DoesNotConvertAFilteredValue)
 {
     const CapturedLog log(SeverityError);
     const TString<char> narrow("a text that needs memory when it is widened");
@@ -173,7 +173,7 @@ TEST(ILoggerTest, FilteredValueIsNotConverted)
     EXPECT_NO_THROW(logger << std::string_view("a long narrow view") << 1.23456e-300);
 }
 
-TEST(ILoggerTest, NumbersArePlainDecimals)
+TEST(ILoggerTest, WritesNumbersAsPlainDecimals)
 {
     EXPECT_THAT(Inserted(short{-5}), ElementsAre(L"-5"));
     EXPECT_THAT(Inserted(static_cast<unsigned short>(65535)), ElementsAre(L"65535"));
@@ -188,7 +188,7 @@ TEST(ILoggerTest, NumbersArePlainDecimals)
                 ElementsAre(L"18446744073709551615"));
 }
 
-TEST(ILoggerTest, NumbersDoNotDependOnTheGlobalLocale)
+TEST(ILoggerTest, WritesNumbersInEveryGlobalLocale)
 {
     class Grouping : public std::numpunct<wchar_t> {
         std::string do_grouping() const override { return "\3"; }
@@ -202,7 +202,7 @@ TEST(ILoggerTest, NumbersDoNotDependOnTheGlobalLocale)
     std::locale::global(old);
 }
 
-TEST(ILoggerTest, FloatingPointNumbersHaveSixDigits)
+TEST(ILoggerTest, WritesSixDigitsOfFloatingPointNumbers)
 {
     const std::pair<double, const wchar_t*> cases[] = {{0.1, L"0.1"},
                                                        {-2.5, L"-2.5"},
@@ -218,13 +218,13 @@ TEST(ILoggerTest, FloatingPointNumbersHaveSixDigits)
     EXPECT_THAT(Inserted(16777216.0F), ElementsAre(L"1.67772e+07"));
 }
 
-TEST(ILoggerTest, BoolsAreDigits)
+TEST(ILoggerTest, WritesBoolsAsDigits)
 {
     EXPECT_THAT(Inserted(true), ElementsAre(L"1"));
     EXPECT_THAT(Inserted(false), ElementsAre(L"0"));
 }
 
-TEST(ILoggerTest, WideTextIsWrittenAsItIs)
+TEST(ILoggerTest, WritesWideTextAsItIs)
 {
     const wchar_t* const pointer = L"pointer";
     const wchar_t array[] = L"array";
@@ -238,13 +238,13 @@ TEST(ILoggerTest, WideTextIsWrittenAsItIs)
     EXPECT_THAT(Inserted(L""), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, NarrowStringsAreDecoded)
+TEST(ILoggerTest, DecodesNarrowStrings)
 {
     EXPECT_THAT(Inserted(TString<char>("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
     EXPECT_THAT(Inserted(TString<char>("\xE2\x82")), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, StringViewsAreTheirPartOfTheText)
+TEST(ILoggerTest, WritesThePartOfAStringView)
 {
     const std::wstring_view wide = std::wstring_view(L"<wide \u20AC>").substr(1, 6);
     const std::string_view narrow = std::string_view("<\xE2\x82\xAC>").substr(1, 3);
@@ -256,7 +256,7 @@ TEST(ILoggerTest, StringViewsAreTheirPartOfTheText)
     EXPECT_THAT(Inserted(std::string_view()), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, StandardStringsAreTexts)
+TEST(ILoggerTest, WritesStandardStringsAsTexts)
 {
     EXPECT_THAT(Inserted(std::wstring(L"wide")), ElementsAre(L"wide"));
     EXPECT_THAT(Inserted(std::string("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
@@ -268,7 +268,7 @@ constexpr bool c_canBeInserted = requires(ILogger& logger, Value value)
     logger << value;
 };
 
-TEST(ILoggerTest, PointerOtherThanTextDoesNotCompile)
+TEST(ILoggerTest, DoesNotCompileForAPointerOtherThanText)
 {
     EXPECT_FALSE(c_canBeInserted<void*>);
     EXPECT_FALSE(c_canBeInserted<const int*>);
@@ -286,7 +286,7 @@ TEST(ILoggerTest, PointerOtherThanTextDoesNotCompile)
     EXPECT_TRUE(c_canBeInserted<const wchar_t*>);
 }
 
-TEST(ILoggerTest, NarrowArraysAreWidenedByteByByte)
+TEST(ILoggerTest, WidensNarrowArraysByteByByte)
 {
     const char* const pointer = "\xE2\x82";
     char room[10] = "room";
@@ -296,18 +296,18 @@ TEST(ILoggerTest, NarrowArraysAreWidenedByteByByte)
     EXPECT_THAT(Inserted(room), ElementsAre(L"room"));
 }
 
-TEST(ILoggerTest, NullPointersAreEmptyTexts)
+TEST(ILoggerTest, WritesNullPointersAsEmptyTexts)
 {
     EXPECT_THAT(Inserted(static_cast<const wchar_t*>(nullptr)), ElementsAre(L""));
     EXPECT_THAT(Inserted(static_cast<const char*>(nullptr)), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, CreateGivesALoggerThatDiscardsEverything)
+TEST(ILoggerTest, CreatesALoggerThatDiscardsEverything)
 {
     EXPECT_TRUE(DiscardsEverything(ILogger::Create()));
 }
 
-TEST(ILoggerTest, ProcessLoggerIsCreatedOnce)
+TEST(ILoggerTest, CreatesTheProcessLoggerOnce)
 {
     ILogger::CreateInstance();
     const smart_ptr<ILogger> first = ILogger::GetInstance();
@@ -321,7 +321,7 @@ TEST(ILoggerTest, ProcessLoggerIsCreatedOnce)
     EXPECT_FALSE(ILogger::GetInstance().IsValid());
 }
 
-TEST(ILoggerTest, CopyOutlivesTheRelease)
+TEST(ILoggerTest, LetsACopyOutliveTheRelease)
 {
     ILogger::CreateInstance();
     ILogger::SetLogger(new Sink(SeverityVerbose));
@@ -332,7 +332,7 @@ TEST(ILoggerTest, CopyOutlivesTheRelease)
     EXPECT_THAT(dynamic_cast<Sink&>(*copy).pieces, ElementsAre(L"text"));
 }
 
-TEST(ILoggerTest, EmptyPointerInstallsALoggerThatDiscardsEverything)
+TEST(ILoggerTest, InstallsALoggerThatDiscardsEverythingForAnEmptyPointer)
 {
     ILogger::CreateInstance();
     ILogger::SetLogger(new Sink(SeverityVerbose));
@@ -342,7 +342,7 @@ TEST(ILoggerTest, EmptyPointerInstallsALoggerThatDiscardsEverything)
     ILogger::ReleaseInstance();
 }
 
-TEST(ILoggerTest, ReplacedLoggerIsLetGo)
+TEST(ILoggerTest, ReleasesAReplacedLogger)
 {
     class Counted : public Sink {
     public:
@@ -363,7 +363,7 @@ TEST(ILoggerTest, ReplacedLoggerIsLetGo)
     EXPECT_EQ(ends, 2);
 }
 
-TEST(ILoggerTest, ReplacedLoggerMayHoldTheNextOne)
+TEST(ILoggerTest, MayReplaceALoggerThatHoldsTheNextOne)
 {
     class Wrapper : public Sink {
     public:
@@ -392,7 +392,7 @@ TEST(ILoggerTest, IsUsableWithoutAProcessLogger)
     EXPECT_EQ(ILogger::s_pInstance, nullptr);
 }
 
-TEST(ILoggerTest, ThreadsShareTheSeverity)
+TEST(ILoggerTest, SharesTheSeverityAmongThreads)
 {
     const CapturedLog log;
 

@@ -48,19 +48,19 @@ TEST(LogPieceBlockTest, MayFillItsPage)
     EXPECT_EQ(Blocks(10, {L"012", L"345", L"next"}), Texts({"012345", "next"}));
 }
 
-TEST(LogPieceBlockTest, PieceThatCrossesAPageStandsFirst)
+TEST(LogPieceBlockTest, PutsAPieceThatCrossesAPageFirst)
 {
     EXPECT_EQ(Blocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
               Texts({"0123456789", "abcdefghi", "0123456789abcd"}));
 }
 
-TEST(LogPieceBlockTest, LongPieceTakesTheRestOfItsLastPageAlong)
+TEST(LogPieceBlockTest, FillsTheLastPageOfALongPiece)
 {
     EXPECT_EQ(Blocks(8, {std::wstring(30, L'x'), L"0123456789", L"next"}),
               Texts({std::string(30, 'x') + "0123456789", "next"}));
 }
 
-TEST(LogPieceBlockTest, PieceWithoutAUtf8FormIsLeftOut)
+TEST(LogPieceBlockTest, LeavesOutAPieceWithoutAUtf8Form)
 {
     const std::wstring invalid = L"x" + std::wstring(1, static_cast<wchar_t>(0x110000));
 
@@ -83,13 +83,13 @@ TEST(LogPieceBlockTest, EncodesPiecesOfBytes)
     EXPECT_EQ(block.Size(), 13u);
 }
 
-TEST(LogPieceBlockTest, EmptyPiecesChangeNothing)
+TEST(LogPieceBlockTest, IgnoresEmptyPieces)
 {
     EXPECT_EQ(Blocks(3, {L"", L"0123456789abc", L"", L"d"}), Texts({"0123456789abc", "d"}));
 }
 
 // A write that stays within a page, but for its first piece, can only be cut in that piece.
-TEST(LogPieceBlockTest, NoPieceButTheFirstLiesAcrossPages)
+TEST(LogPieceBlockTest, PutsNoPieceButTheFirstAcrossPages)
 {
     TestSupport::RandomText random(1);
     for (int round = 0; round < 2000; ++round) {

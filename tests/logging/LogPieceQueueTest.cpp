@@ -54,7 +54,7 @@ TEST(LogPieceQueueTest, KeepsPiecesInOrder)
     EXPECT_THAT(Pieces(queue), ElementsAre(L"one", L"", L"three", std::wstring(L"\0four", 5)));
 }
 
-TEST(LogPieceQueueTest, EmptyPieceIsAPiece)
+TEST(LogPieceQueueTest, CountsAnEmptyPiece)
 {
     LogPieceQueue queue;
 
@@ -114,7 +114,7 @@ TEST(LogPieceQueueTest, KeepsPiecesAroundTheSizeOfAChunk)
     EXPECT_EQ(Pieces(queue), expected);
 }
 
-TEST(LogPieceQueueTest, SwapExchangesThePieces)
+TEST(LogPieceQueueTest, SwapsThePieces)
 {
     LogPieceQueue first;
     LogPieceQueue second;

@@ -22,7 +22,7 @@ void Report(LogSeverity severity)
         << L"Unable to open file : " << TString<wchar_t>(L"x.ini") << ILogger::c_strLogToken3;
 }
 
-TEST(LogTest, LineConsistsOfElevenPieces)
+TEST(LogTest, WritesElevenPiecesPerLine)
 {
     const CapturedLog log;
 
@@ -40,7 +40,7 @@ TEST(LogTest, LineConsistsOfElevenPieces)
     EXPECT_LE(ticks, after);
 }
 
-TEST(LogTest, LineCarriesItsSeverity)
+TEST(LogTest, WritesTheSeverityOfALine)
 {
     const CapturedLog log;
 
@@ -53,7 +53,7 @@ TEST(LogTest, LineCarriesItsSeverity)
     }
 }
 
-TEST(LogTest, LineCarriesWhereItStands)
+TEST(LogTest, WritesThePlaceOfALine)
 {
     const CapturedLog log;
 
@@ -63,7 +63,7 @@ TEST(LogTest, LineCarriesWhereItStands)
     EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityInfo, line, L"TestBody", L"here")));
 }
 
-TEST(LogTest, LineAboveTheThresholdIsLeftOut)
+TEST(LogTest, LeavesOutALineAboveTheThreshold)
 {
     const CapturedLog log(SeverityWarning);
 
@@ -75,7 +75,7 @@ TEST(LogTest, LineAboveTheThresholdIsLeftOut)
                                                    L"Unable to open file : x.ini")));
 }
 
-TEST(LogTest, MessageMayHoldAnyInsertions)
+TEST(LogTest, AcceptsAnyInsertionsInAMessage)
 {
     const CapturedLog log;
 
@@ -85,7 +85,7 @@ TEST(LogTest, MessageMayHoldAnyInsertions)
     EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityInfo, L"TestBody", L"a1b-2c13")));
 }
 
-TEST(LogTest, StandsInABranchWithoutBraces)
+TEST(LogTest, CompilesInABranchWithoutBraces)
 {
     const CapturedLog log;
 
@@ -100,7 +100,7 @@ TEST(LogTest, StandsInABranchWithoutBraces)
                                          IsLogLine(SeverityInfo, L"TestBody", L"no")));
 }
 
-TEST(LogTest, NothingHappensWithoutAProcessLogger)
+TEST(LogTest, DoesNothingWithoutAProcessLogger)
 {
     ASSERT_EQ(ILogger::s_pInstance, nullptr);
 

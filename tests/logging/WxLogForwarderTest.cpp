@@ -67,7 +67,7 @@ MATCHER_P2(IsForwarded, severity, message, "")
                    .find_first_not_of(L"0123456789") == std::wstring::npos;
 }
 
-TEST_F(WxLogForwarderTest, MessageConsistsOfNinePieces)
+TEST_F(WxLogForwarderTest, WritesNinePiecesPerMessage)
 {
     OpenForwarder forwarder;
 
@@ -76,7 +76,7 @@ TEST_F(WxLogForwarderTest, MessageConsistsOfNinePieces)
                                             L"disk full", L"\n"));
 }
 
-TEST_F(WxLogForwarderTest, LevelsBecomeSeverities)
+TEST_F(WxLogForwarderTest, MapsLevelsToSeverities)
 {
     // The framework's numbers, which are its interface.
     constexpr std::pair<unsigned long, const wchar_t*> cases[] = {
@@ -91,7 +91,7 @@ TEST_F(WxLogForwarderTest, LevelsBecomeSeverities)
     }
 }
 
-TEST_F(WxLogForwarderTest, PlainTextOperationDoesNothing)
+TEST_F(WxLogForwarderTest, DoesNothingInThePlainTextOperation)
 {
     OpenForwarder forwarder;
 
@@ -99,7 +99,7 @@ TEST_F(WxLogForwarderTest, PlainTextOperationDoesNothing)
     EXPECT_THAT(m_log.Pieces(), IsEmpty());
 }
 
-TEST_F(WxLogForwarderTest, MessageIsFilteredByTheLogger)
+TEST_F(WxLogForwarderTest, LetsTheLoggerFilterAMessage)
 {
     const CapturedLog warnings(SeverityWarning);
     OpenForwarder forwarder;
@@ -109,7 +109,7 @@ TEST_F(WxLogForwarderTest, MessageIsFilteredByTheLogger)
     EXPECT_THAT(warnings.Lines(), ElementsAre(L"1  : wx : 7 : warning"));
 }
 
-TEST_F(WxLogForwarderTest, MessagesOfTheFrameworkArrive)
+TEST_F(WxLogForwarderTest, ForwardsMessagesOfWxWidgets)
 {
     const WxLogForwarder forwarder;
 
@@ -122,7 +122,7 @@ TEST_F(WxLogForwarderTest, MessagesOfTheFrameworkArrive)
                             IsForwarded(2, L"message"), IsForwarded(4, L"own \u20AC")));
 }
 
-TEST_F(WxLogForwarderTest, TimeStampCountsSeconds)
+TEST_F(WxLogForwarderTest, CountsSecondsInTheTimeStamp)
 {
     WxLogForwarder forwarder;
     wxLogRecordInfo info("file", 1, "function", "component");
@@ -132,7 +132,7 @@ TEST_F(WxLogForwarderTest, TimeStampCountsSeconds)
     EXPECT_THAT(m_log.Lines(), ElementsAre(L"1  : wx : 1000 : disk full"));
 }
 
-TEST_F(WxLogForwarderTest, MessagesOfThreadsArriveAtOnce)
+TEST_F(WxLogForwarderTest, ForwardsMessagesOfThreadsAtOnce)
 {
     const WxLogForwarder forwarder;
 
@@ -142,7 +142,7 @@ TEST_F(WxLogForwarderTest, MessagesOfThreadsArriveAtOnce)
     });
 }
 
-TEST_F(WxLogForwarderTest, SystemErrorIsToldOnce)
+TEST_F(WxLogForwarderTest, ForwardsASystemErrorOnce)
 {
     const WxLogForwarder forwarder;
     const std::wstring text = L"open (error 2: No such file or directory)";
@@ -152,7 +152,7 @@ TEST_F(WxLogForwarderTest, SystemErrorIsToldOnce)
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(0, text), IsForwarded(0, text)));
 }
 
-TEST_F(WxLogForwarderTest, MessagesOfForeignThreadsArriveWithTheNextFlush)
+TEST_F(WxLogForwarderTest, ForwardsMessagesOfForeignThreadsWithTheNextFlush)
 {
     const WxLogForwarder forwarder;
 
@@ -162,7 +162,7 @@ TEST_F(WxLogForwarderTest, MessagesOfForeignThreadsArriveWithTheNextFlush)
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from afar")));
 }
 
-TEST_F(WxLogForwarderTest, MessagesOfForeignThreadsArriveBeforeItGoes)
+TEST_F(WxLogForwarderTest, ForwardsMessagesOfForeignThreadsBeforeItGoes)
 {
     std::optional<WxLogForwarder> forwarder(std::in_place);
 
@@ -171,7 +171,7 @@ TEST_F(WxLogForwarderTest, MessagesOfForeignThreadsArriveBeforeItGoes)
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from afar")));
 }
 
-TEST_F(WxLogForwarderTest, ManyThreadsMayLogAtOnce)
+TEST_F(WxLogForwarderTest, LetsManyThreadsLogAtOnce)
 {
     const WxLogForwarder forwarder;
     const auto work = [] {
@@ -189,7 +189,7 @@ TEST_F(WxLogForwarderTest, ManyThreadsMayLogAtOnce)
                 testing::AllOf(testing::SizeIs(200), testing::Each(IsForwarded(1, L"text"))));
 }
 
-TEST_F(WxLogForwarderTest, MessagesOfThreadsGoTheUsualWayWithoutAForwarder)
+TEST_F(WxLogForwarderTest, LeavesMessagesOfThreadsToWxWidgetsWhenGone)
 {
     class Target : public wxLog {
     public:
@@ -215,7 +215,7 @@ TEST_F(WxLogForwarderTest, MessagesOfThreadsGoTheUsualWayWithoutAForwarder)
     EXPECT_THAT(m_log.Lines(), IsEmpty());
 }
 
-TEST_F(WxLogForwarderTest, LaterForwarderTakesOver)
+TEST_F(WxLogForwarderTest, HandsOverToALaterForwarder)
 {
     std::optional<WxLogForwarder> first(std::in_place);
     const WxLogForwarder second;
@@ -240,7 +240,7 @@ TEST_F(WxLogForwarderTest, LeavesNoTargetBehind)
     EXPECT_EQ(wxLog::SetActiveTarget(old), nullptr);
 }
 
-TEST(WxLogForwarderReleaseTest, NothingIsWrittenWithoutAProcessLogger)
+TEST(WxLogForwarderReleaseTest, WritesNothingWithoutAProcessLogger)
 {
     const FrameworkHold framework;
     testing::internal::CaptureStderr();

@@ -9,7 +9,7 @@
 namespace Toolkit::Base {
 namespace {
 
-TEST(ThreadsMacTest, StackBoundsContainTheStack)
+TEST(ThreadsMacTest, ReturnsBoundsThatContainTheStack)
 {
     // Not a variable: AddressSanitizer keeps those elsewhere.
     const auto place = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
@@ -20,7 +20,7 @@ TEST(ThreadsMacTest, StackBoundsContainTheStack)
     EXPECT_GT(bounds.end, place);
 }
 
-TEST(ThreadsMacTest, OnlyTheMainThreadIsTheFirst)
+TEST(ThreadsMacTest, ReportsOnlyTheFirstThreadAsMain)
 {
     bool isOtherFirst = true;
     std::thread([&] { isOtherFirst = IsFirstThread(); }).join();

@@ -178,7 +178,7 @@ private:
     }
 };
 
-TEST_F(ForeignAllocationTest, OutcomesOfSingleFailuresAreCountedByCaller)
+TEST_F(ForeignAllocationTest, CountsOutcomesOfSingleFailuresByCaller)
 {
     ASSERT_TRUE(s_report);
     Sweep(Lasting::Once);
@@ -188,7 +188,7 @@ TEST_F(ForeignAllocationTest, OutcomesOfSingleFailuresAreCountedByCaller)
     EXPECT_THAT(m_failedWithMemory, testing::IsEmpty());
 }
 
-TEST_F(ForeignAllocationTest, OutcomesWithoutAnyMoreMemoryAreCountedByCaller)
+TEST_F(ForeignAllocationTest, CountsOutcomesWithoutAnyMoreMemoryByCaller)
 {
     ASSERT_TRUE(s_report);
     Sweep(Lasting::FromThenOn);

@@ -55,7 +55,7 @@ std::map<std::string, int> ExportedNames()
     return names;
 }
 
-TEST(SweptOperationsTest, EveryExportedOperationIsSwept)
+TEST(SweptOperationsTest, SweepsEveryExportedOperation)
 {
     std::map<std::string, int> swept;
     for (const Operation& operation : Operations())
@@ -67,7 +67,7 @@ TEST(SweptOperationsTest, EveryExportedOperationIsSwept)
         EXPECT_GE(swept[name], overloads) << name;
 }
 
-TEST(SweptOperationsTest, NothingThatIsNotExportedIsCalledPrivate)
+TEST(SweptOperationsTest, ListsOnlyExportedOperationsAsPrivate)
 {
     std::set<std::string> names;
     std::ifstream file(EXPORTED_SYMBOLS);

@@ -22,7 +22,7 @@ TEST(AtomicRecursionTest, CallsBecomeAtomic)
         EXPECT_EQ(MakeRecursionAtomic(pattern), expected);
 }
 
-TEST(AtomicRecursionTest, GroupsThatReferToThemselvesBecomeAtomic)
+TEST(AtomicRecursionTest, MakesGroupsThatReferToThemselvesAtomic)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"(a|b\\1)+", "(?>(a|b\\1))+"},
@@ -34,7 +34,7 @@ TEST(AtomicRecursionTest, GroupsThatReferToThemselvesBecomeAtomic)
         EXPECT_EQ(MakeRecursionAtomic(pattern), expected);
 }
 
-TEST(AtomicRecursionTest, OtherPatternsStayAsTheyAre)
+TEST(AtomicRecursionTest, LeavesOtherPatterns)
 {
     for (const char* pattern :
          {"", "a", "(a)(b)\\1", "(?<n>a)\\k<n>", "(?i)a(?-i)b", "(?-x:a)", "(?(1)a|b)",

@@ -180,7 +180,7 @@ void AddRandomCalls(Tally& tally, RandomPattern random, int rounds)
     tally.Report();
 }
 
-TEST(EngineDifferenceTest, RandomCallsHaveEqualResults)
+TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
 {
     const int rounds = TestSupport::SoakRounds(16'000, 800'000);
     Tally tally;
@@ -193,7 +193,7 @@ TEST(EngineDifferenceTest, RandomCallsHaveEqualResults)
 
 // Where the engines themselves disagree: what verbs do inside assertions and calls, which groups a
 // condition or a repeated assertion leaves set, and where a search with (*COMMIT) begins.
-TEST(EngineDifferenceTest, RareConstructsDifferRarely)
+TEST(EngineDifferenceTest, DiffersRarelyInRareConstructs)
 {
     const int rounds = TestSupport::SoakRounds(4'000, 200'000);
     Tally tally;
@@ -203,7 +203,7 @@ TEST(EngineDifferenceTest, RareConstructsDifferRarely)
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
 
-TEST(EngineDifferenceTest, TheSamplesHaveEqualResults)
+TEST(EngineDifferenceTest, ReturnsEqualResultsOfTheSamples)
 {
     Tally tally;
     for (const char* pattern : TestSupport::c_patterns) {

@@ -48,7 +48,7 @@ TEST_F(GroupCollectionTest, KeepsGroupsInTheirOrder)
     EXPECT_EQ(m_groups[2]->index, 2);
 }
 
-TEST_F(GroupCollectionTest, NumbersBehindTheLastGiveAnEmptyPointer)
+TEST_F(GroupCollectionTest, ReturnsAnEmptyPointerForNumbersAfterTheLast)
 {
     constexpr unsigned short numbers[] = {3, 4, 65535};
     for (const unsigned short number : numbers) {
@@ -65,7 +65,7 @@ TEST_F(GroupCollectionTest, SharesItsGroups)
     EXPECT_EQ(m_groups[1].Get(), m_groups.groups[1].Get());
 }
 
-TEST_F(GroupCollectionTest, GroupsOutliveTheirCollection)
+TEST_F(GroupCollectionTest, LetsGroupsOutliveIt)
 {
     smart_ptr<Group> kept;
     {
@@ -77,7 +77,7 @@ TEST_F(GroupCollectionTest, GroupsOutliveTheirCollection)
     EXPECT_EQ(kept->value, "kept");
 }
 
-TEST_F(GroupCollectionTest, ANameIsEnteredAndGivenToItsGroup)
+TEST_F(GroupCollectionTest, EntersANameAndGivesItToItsGroup)
 {
     m_groups.AddNamedGroupKey("first", 1);
 
@@ -86,7 +86,7 @@ TEST_F(GroupCollectionTest, ANameIsEnteredAndGivenToItsGroup)
     EXPECT_EQ(m_groups[0]->name, "");
 }
 
-TEST_F(GroupCollectionTest, NumbersWithoutAGroupAreNotNamed)
+TEST_F(GroupCollectionTest, DoesNotNameNumbersWithoutAGroup)
 {
     for (const int number : {3, 4, 65536, 65537, -1, -65535})
         m_groups.AddNamedGroupKey("name", number);
@@ -95,7 +95,7 @@ TEST_F(GroupCollectionTest, NumbersWithoutAGroupAreNotNamed)
     EXPECT_EQ(m_groups[1]->name, "");
 }
 
-TEST_F(GroupCollectionTest, TheFirstNumberOfARepeatedNameStays)
+TEST_F(GroupCollectionTest, KeepsTheFirstNumberOfARepeatedName)
 {
     m_groups.AddNamedGroupKey("twice", 2);
     m_groups.AddNamedGroupKey("twice", 1);
@@ -105,7 +105,7 @@ TEST_F(GroupCollectionTest, TheFirstNumberOfARepeatedNameStays)
     EXPECT_EQ(m_groups[2]->name, "twice");
 }
 
-TEST_F(GroupCollectionTest, TheLastNameOfAGroupStays)
+TEST_F(GroupCollectionTest, KeepsTheLastNameOfAGroup)
 {
     m_groups.AddNamedGroupKey("one", 1);
     m_groups.AddNamedGroupKey("another", 1);
@@ -114,7 +114,7 @@ TEST_F(GroupCollectionTest, TheLastNameOfAGroupStays)
     EXPECT_THAT(m_groups.names, ElementsAre(Pair("another", 1), Pair("one", 1)));
 }
 
-TEST_F(GroupCollectionTest, NamesAreOrderedByTheirBytes)
+TEST_F(GroupCollectionTest, OrdersNamesByTheirBytes)
 {
     for (const char* name : {"b", "\xC3\xA9", "B", "ab"})
         m_groups.AddNamedGroupKey(name, 1);
@@ -131,7 +131,7 @@ TEST_F(GroupCollectionTest, FindsAGroupByItsName)
     EXPECT_FALSE(m_groups.GetGroup("third").IsValid());
 }
 
-TEST_F(GroupCollectionTest, AnEmptyPointerMayBeAddedAndNamed)
+TEST_F(GroupCollectionTest, AcceptsAnEmptyPointerAndItsName)
 {
     m_groups.Add(smart_ptr<Group>());
     m_groups.AddNamedGroupKey("nobody", 3);
@@ -140,7 +140,7 @@ TEST_F(GroupCollectionTest, AnEmptyPointerMayBeAddedAndNamed)
     EXPECT_FALSE(m_groups.GetGroup("nobody").IsValid());
 }
 
-TEST_F(GroupCollectionTest, ClearForgetsGroupsAndNames)
+TEST_F(GroupCollectionTest, ForgetsGroupsAndNamesInClear)
 {
     m_groups.AddNamedGroupKey("first", 1);
 

@@ -8,7 +8,7 @@
 namespace Toolkit::MatchGroups {
 namespace {
 
-TEST(MatchGroupsTest, ARangeNeedsAGroupThatTookPart)
+TEST(MatchGroupsTest, NeedsAGroupThatTookPartForARange)
 {
     MatchResult result;
     result.ovector[4] = 3;
@@ -20,13 +20,13 @@ TEST(MatchGroupsTest, ARangeNeedsAGroupThatTookPart)
         EXPECT_FALSE(GetRange(result, number).IsValid()) << number;
 }
 
-TEST(MatchGroupsTest, ARangeThatEndsBeforeItBeginsIsEmpty)
+TEST(MatchGroupsTest, ReturnsAnEmptyRangeThatEndsBeforeItBegins)
 {
     EXPECT_EQ((Range{5, 3}.Length()), 0u);
     EXPECT_TRUE((Range{5, 3}.IsValid()));
 }
 
-TEST(MatchGroupsTest, NoGroupsAreReadWithoutAMatch)
+TEST(MatchGroupsTest, ReadsNoGroupsWithoutAMatch)
 {
     for (const int resultCode : {0, -1, -2}) {
         MatchResult result;
@@ -45,7 +45,7 @@ TEST(MatchGroupsTest, ThrowsWhenTheEngineCannotReportNames)
               "pcre_fullinfo 'PCRE_INFO_NAMECOUNT' return error");
 }
 
-TEST(MatchGroupsTest, TheEngineReportsNothingAboutAMissingPattern)
+TEST(MatchGroupsTest, GetsNothingFromTheEngineAboutAMissingPattern)
 {
     int number = 0;
     const unsigned char* table = nullptr;

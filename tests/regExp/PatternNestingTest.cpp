@@ -19,7 +19,7 @@ TEST(PatternNestingTest, CountsLevelsAndNotParentheses)
         EXPECT_EQ(DeepestNesting(pattern), expected) << pattern;
 }
 
-TEST(PatternNestingTest, AThousandGroupsInARowAreOneLevel)
+TEST(PatternNestingTest, CountsAThousandGroupsInARowAsOneLevel)
 {
     std::string pattern;
     for (int i = 0; i < 1000; ++i)

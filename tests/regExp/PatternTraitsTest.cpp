@@ -5,7 +5,7 @@
 namespace Toolkit::PatternTraits {
 namespace {
 
-TEST(PatternTraitsTest, OrdinaryPatternsLookAheadOnly)
+TEST(PatternTraitsTest, LooksOnlyAheadInOrdinaryPatterns)
 {
     for (const char* pattern :
          {"",        "a",      "a|b",      "[^a]",       "a$",          "\\d+\\.\\d*",

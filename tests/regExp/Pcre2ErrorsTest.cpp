@@ -7,7 +7,7 @@
 namespace Toolkit::Pcre2Errors {
 namespace {
 
-TEST(Pcre2ErrorsTest, NumbersAreThoseOfPcre1)
+TEST(Pcre2ErrorsTest, MapsErrorsToTheNumbersOfPcre1)
 {
     constexpr std::pair<int, int> cases[] = {
         {PCRE2_ERROR_NOMATCH, -1},       {PCRE2_ERROR_NULL, -2},
@@ -22,13 +22,13 @@ TEST(Pcre2ErrorsTest, NumbersAreThoseOfPcre1)
         EXPECT_EQ(ToPcre(pcre2), pcre) << pcre2;
 }
 
-TEST(Pcre2ErrorsTest, AnErrorWithoutCounterpartIsTheInternalError)
+TEST(Pcre2ErrorsTest, MapsAnErrorWithoutCounterpartToTheInternalError)
 {
     for (const int error : {PCRE2_ERROR_MIXEDTABLES, PCRE2_ERROR_BADSERIALIZEDDATA, -1000})
         EXPECT_EQ(ToPcre(error), -14) << error;
 }
 
-TEST(Pcre2ErrorsTest, FaultsOfUtf8HaveTheSameNumbers)
+TEST(Pcre2ErrorsTest, MapsFaultsOfUtf8ToTheSameNumbers)
 {
     EXPECT_EQ(Utf8Fault(PCRE2_ERROR_UTF8_ERR1), 1);
     EXPECT_EQ(Utf8Fault(PCRE2_ERROR_UTF8_ERR21), 21);
@@ -36,7 +36,7 @@ TEST(Pcre2ErrorsTest, FaultsOfUtf8HaveTheSameNumbers)
     EXPECT_FALSE(IsInvalidUtf8(PCRE2_ERROR_UTF16_ERR1));
 }
 
-TEST(Pcre2ErrorsTest, TheTextOfAnErrorStays)
+TEST(Pcre2ErrorsTest, KeepsTheTextOfAnError)
 {
     const char* const text = CompileText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
 

@@ -36,7 +36,7 @@ TEST(RegExpExceptionTest, IsAStandardException)
     EXPECT_TRUE(std::has_virtual_destructor_v<RegExpException>);
 }
 
-TEST(RegExpExceptionTest, ThrowReportsWhereItWasThrown)
+TEST(RegExpExceptionTest, ReportsWhereItWasThrown)
 {
     const auto exception = CaughtException([] { RegExpException::Throw(L"message"); });
 
@@ -46,7 +46,7 @@ TEST(RegExpExceptionTest, ThrowReportsWhereItWasThrown)
     EXPECT_EQ(exception->function, "Throw");
 }
 
-TEST(RegExpExceptionTest, TheMessageIsUtf8)
+TEST(RegExpExceptionTest, HasAMessageInUtf8)
 {
     EXPECT_EQ(CaughtMessage([] { RegExpException::Throw(L"\u00E9t\u00E9"); }), "\xC3\xA9t\xC3\xA9");
 }
@@ -58,7 +58,7 @@ TEST(RegExpExceptionTest, IsNotCaughtAsTheClassItself)
         smart_ptr<RegExpException>);
 }
 
-TEST(RegExpExceptionTest, ALongCompileMessageHidesItsBeginning)
+TEST(RegExpExceptionTest, HidesTheBeginningOfALongCompileMessage)
 {
     EXPECT_EQ(CompileMessage("abc["),
               " : missing terminating ] for character class (@offset: 4) abc[");
@@ -68,7 +68,7 @@ TEST(RegExpExceptionTest, ALongCompileMessageHidesItsBeginning)
                                      "a**b{2}+*"));
 }
 
-TEST(RegExpExceptionTest, AShortCompileMessageIsFollowedByTheRestOfItsBeginning)
+TEST(RegExpExceptionTest, PutsTheRestOfItsBeginningAfterAShortCompileMessage)
 {
     if (TestSupport::c_usesPcre2)
         GTEST_SKIP() << "PCRE 2 has no message that is short enough";
@@ -82,20 +82,20 @@ TEST(RegExpExceptionTest, AShortCompileMessageIsFollowedByTheRestOfItsBeginning)
         EXPECT_EQ(CompileMessage(pattern), expected);
 }
 
-TEST(RegExpExceptionTest, TheCompileMessageHoldsThePatternInUtf8)
+TEST(RegExpExceptionTest, HasThePatternInUtf8InACompileMessage)
 {
     EXPECT_EQ(CompileMessage("\xC3\xA9["),
               " : missing terminating ] for character class (@offset: 3) \xC3\xA9[");
 }
 
-TEST(RegExpExceptionTest, APatternThatIsNotUtf8IsLeftOutOfTheMessage)
+TEST(RegExpExceptionTest, LeavesAPatternThatIsNotUtf8OutOfTheMessage)
 {
     EXPECT_EQ(CompileMessage("a\xFF"),
               TestSupport::ForEngine(" : invalid UTF-8 string (@offset: 1) ",
                                      " : UTF-8 error: illegal byte (0xfe or 0xff) (@offset: 1) "));
 }
 
-TEST(RegExpExceptionTest, AnOffsetHasNoThousandsSeparators)
+TEST(RegExpExceptionTest, WritesAnOffsetWithoutThousandsSeparators)
 {
     const std::string pattern = std::string(12345, 'a') + "[";
 
@@ -103,7 +103,7 @@ TEST(RegExpExceptionTest, AnOffsetHasNoThousandsSeparators)
               " : missing terminating ] for character class (@offset: 12346) " + pattern);
 }
 
-TEST(RegExpExceptionTest, EveryOperationThrowsForABadPattern)
+TEST(RegExpExceptionTest, IsThrownByEveryOperationForABadPattern)
 {
     RegExp regExp("a[", RegExpOptions::None);
     RegExp::ReplacementMappedStrings map;
@@ -119,7 +119,7 @@ TEST(RegExpExceptionTest, EveryOperationThrowsForABadPattern)
     EXPECT_EQ(CaughtMessage([&] { regExp.Replace(map, "a"); }), expected);
 }
 
-TEST(RegExpExceptionTest, ASearchThatFailsWritesItsCodeOverTheMessage)
+TEST(RegExpExceptionTest, HasTheCodeOfAFailedSearchOverItsMessage)
 {
     const RegExp regExp("a", RegExpOptions::None);
     const smart_ptr<MatchResult> neverCompiled(new MatchResult());
@@ -130,7 +130,7 @@ TEST(RegExpExceptionTest, ASearchThatFailsWritesItsCodeOverTheMessage)
     EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch("\xC3"); }), "-10Exp::Match return error: ");
 }
 
-TEST(RegExpExceptionTest, AFailureLeavesThePatternAsItWas)
+TEST(RegExpExceptionTest, LeavesThePatternAsItWas)
 {
     const RegExp regExp("a", RegExpOptions::None);
 
@@ -138,7 +138,7 @@ TEST(RegExpExceptionTest, AFailureLeavesThePatternAsItWas)
     EXPECT_TRUE(regExp.IsMatch("a"));
 }
 
-TEST(RegExpExceptionTest, TheObjectLivesAsLongAsAPointerToIt)
+TEST(RegExpExceptionTest, LivesAsLongAsAPointerToIt)
 {
     smart_ptr<RegExpException> kept;
     {

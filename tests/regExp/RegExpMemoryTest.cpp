@@ -46,7 +46,7 @@ int FailEachAllocation(const std::function<void()>& operation)
     }
 }
 
-TEST(RegExpMemoryTest, EveryOperationReportsThatMemoryIsOut)
+TEST(RegExpMemoryTest, ReportsOutOfMemoryFromEveryOperation)
 {
     RegExp regExp(c_pattern, RegExpOptions::None);
     const TString<wchar_t> wide(std::wstring(100, L'a'));
@@ -65,7 +65,7 @@ TEST(RegExpMemoryTest, EveryOperationReportsThatMemoryIsOut)
         EXPECT_GT(FailEachAllocation(operation), 0);
 }
 
-TEST(RegExpMemoryTest, AnOperationWorksAfterMemoryWasOut)
+TEST(RegExpMemoryTest, WorksAfterMemoryWasOut)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);
 
@@ -86,7 +86,7 @@ TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWithoutAnyMemory)
     EXPECT_THROW(match(), smart_ptr<RegExpException>);
 }
 
-TEST(RegExpMemoryTest, ACollectionStaysAsItIsWhenAGroupDoesNotFit)
+TEST(RegExpMemoryTest, LeavesACollectionAsItIsWhenAGroupDoesNotFit)
 {
     GroupCollection groups;
     groups.Add(smart_ptr<Group>(new Group("value", 0)));

@@ -63,14 +63,14 @@ void ForEachPair(const Check& check)
     }
 }
 
-TEST(RegExpPluginTest, AnExceptionOfTheLibraryIsCaughtInPlugins)
+TEST(RegExpPluginTest, CatchesAnExceptionOfTheLibraryInPlugins)
 {
     ForEachPair([](const Plugin& throwing, const Plugin& catching) {
         EXPECT_TRUE(catching.Catches(throwing.Throws("ThrowFromLibrary")));
     });
 }
 
-TEST(RegExpPluginTest, AnExceptionOfOnePluginIsCaughtInAnother)
+TEST(RegExpPluginTest, CatchesAnExceptionOfOnePluginInAnother)
 {
     ForEachPair([](const Plugin& throwing, const Plugin& catching) {
         EXPECT_TRUE(catching.Catches(throwing.Throws("ThrowFromPlugin")));

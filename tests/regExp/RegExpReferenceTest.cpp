@@ -191,7 +191,7 @@ TEST(RegExpReferenceTest, ReplacesByInvalidTextAsTheStepsDo)
     }
 }
 
-TEST(RegExpReferenceTest, RandomPatternsMatchWhatTheEngineMatches)
+TEST(RegExpReferenceTest, MatchesRandomPatternsAsTheEngineDoes)
 {
     RandomText random(1);
     for (int round = 0; round < 3000; ++round) {
@@ -202,7 +202,7 @@ TEST(RegExpReferenceTest, RandomPatternsMatchWhatTheEngineMatches)
     }
 }
 
-TEST(RegExpReferenceTest, RandomPatternsReplaceWhatTheStepsReplace)
+TEST(RegExpReferenceTest, ReplacesRandomPatternsAsTheStepsDo)
 {
     RandomText random(2);
     for (int round = 0; round < 20000; ++round) {
@@ -213,7 +213,7 @@ TEST(RegExpReferenceTest, RandomPatternsReplaceWhatTheStepsReplace)
     }
 }
 
-TEST(RegExpReferenceTest, RandomPatternsReplaceLongTextsAsTheStepsDo)
+TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongTextsAsTheStepsDo)
 {
     RandomText random(4);
     for (int round = 0; round < 200; ++round) {
@@ -225,7 +225,7 @@ TEST(RegExpReferenceTest, RandomPatternsReplaceLongTextsAsTheStepsDo)
     }
 }
 
-TEST(RegExpReferenceTest, LongTextsAreReplacedAsTheStepsReplaceThem)
+TEST(RegExpReferenceTest, ReplacesLongTextsAsTheStepsDo)
 {
     // Replacements that do not match end, wherever the search goes on.
     constexpr std::pair<const char*, const char*> cases[] = {{"a", "-"},
@@ -250,7 +250,7 @@ TEST(RegExpReferenceTest, LongTextsAreReplacedAsTheStepsReplaceThem)
     }
 }
 
-TEST(RegExpReferenceTest, OffsetsInsideCharactersFailAsTheStepsDo)
+TEST(RegExpReferenceTest, FailsAtOffsetsInsideCharactersAsTheStepsDo)
 {
     std::string subject;
     while (subject.size() < 66000)

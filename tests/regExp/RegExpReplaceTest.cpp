@@ -48,7 +48,7 @@ void ExpectReplacements(std::initializer_list<Case> cases)
     }
 }
 
-TEST(RegExpReplaceTest, EveryMatchIsReplaced)
+TEST(RegExpReplaceTest, ReplacesEveryMatch)
 {
     ExpectReplacements({{"a", "x", "aaa", "xxx"},
                         {"a+", "x", "aa b a", "x b x"},
@@ -63,17 +63,17 @@ TEST(RegExpReplaceTest, EveryMatchIsReplaced)
                          "\xC3\xA9"}});
 }
 
-TEST(RegExpReplaceTest, AReplacementIsNeverReplacedAgain)
+TEST(RegExpReplaceTest, NeverReplacesAReplacement)
 {
     ExpectReplacements({{"a", "aa", "aaa", "aaaaaa"}, {"ab", "b", "aab", "ab"}});
 }
 
-TEST(RegExpReplaceTest, AReplacementIsTakenAsItStands)
+TEST(RegExpReplaceTest, TakesAReplacementAsItIs)
 {
     ExpectReplacements({{"(a)", "$1\\1\\0$&", "a", "$1\\1\\0$&"}});
 }
 
-TEST(RegExpReplaceTest, TheEmptyTextNeverMatches)
+TEST(RegExpReplaceTest, NeverMatchesTheEmptyText)
 {
     ExpectReplacements({{"a*", "x", "aaa", "x"},
                         {"a*", "x", "baab", "bxb"},
@@ -82,7 +82,7 @@ TEST(RegExpReplaceTest, TheEmptyTextNeverMatches)
                         {"a*?", "x", "aa", "xx"}});
 }
 
-TEST(RegExpReplaceTest, NeitherBeginNorEndOfTheSubjectAreThoseOfALine)
+TEST(RegExpReplaceTest, FindsNoLineEdgesAtTheEdgesOfTheSubject)
 {
     ExpectReplacements({{"^a", "x", "aaa", "aaa"},
                         {"a$", "x", "aaa", "aaa"},
@@ -92,12 +92,12 @@ TEST(RegExpReplaceTest, NeitherBeginNorEndOfTheSubjectAreThoseOfALine)
                         {"a\\z", "x", "aaa", "aax"}});
 }
 
-TEST(RegExpReplaceTest, ThePlaceWhereTheSearchGoesOnCountsAsItsStart)
+TEST(RegExpReplaceTest, TreatsThePlaceWhereTheSearchContinuesAsItsStart)
 {
     ExpectReplacements({{"\\Ga", "x", "aaba", "xxba"}, {"\\G[ab]", "xy", "abca", "xyxyca"}});
 }
 
-TEST(RegExpReplaceTest, WhatLooksBehindSeesTheReplacements)
+TEST(RegExpReplaceTest, LooksBehindAtTheReplacements)
 {
     ExpectReplacements({{"(?<=b)a", "b", "baaac", "bbbbc"},
                         {"(?<!x)a", "x", "aaaa", "xaxa"},
@@ -112,14 +112,14 @@ TEST(RegExpReplaceTest, WhatLooksBehindSeesTheReplacements)
                         {"\\Qa\\E(?<=a)", "b", "aa", "bb"}});
 }
 
-TEST(RegExpReplaceTest, AnInvalidReplacementThrowsOnceItStandsInTheText)
+TEST(RegExpReplaceTest, ThrowsOnceAnInvalidReplacementIsInTheText)
 {
     EXPECT_EQ(CaughtMessage([] { ReplaceAll("a", "\xFF", "aaa"); }),
               "-10Exp::Match return error: ");
     EXPECT_EQ(ReplaceAll("b", "\xFF", "aaa"), "aaa");
 }
 
-TEST(RegExpReplaceTest, BytesOfACharacterCanBeReplacedSeparately)
+TEST(RegExpReplaceTest, ReplacesBytesOfACharacterSeparately)
 {
     // After the first byte the text is whole again, but the search would go on inside a character.
     EXPECT_EQ(CaughtMessage([] { ReplaceAll("\\C", "\xC3", "\xC3\xA9"); }),
@@ -127,12 +127,12 @@ TEST(RegExpReplaceTest, BytesOfACharacterCanBeReplacedSeparately)
     EXPECT_EQ(ReplaceAll("\\C\\C", "e", "\xC3\xA9"), "e");
 }
 
-TEST(RegExpReplaceTest, NothingGoesForAMatchWhoseEndLiesBeforeItsBegin)
+TEST(RegExpReplaceTest, RemovesNothingForAMatchThatEndsBeforeItBegins)
 {
     ExpectReplacements({{"(?=ab\\K)", "x", "abc", "abxc"}});
 }
 
-TEST(RegExpReplaceTest, TooManyGroupsLeaveTheSubject)
+TEST(RegExpReplaceTest, LeavesTheSubjectWithTooManyGroups)
 {
     std::string pattern;
     for (int i = 0; i < 20; ++i)
@@ -145,7 +145,7 @@ TEST(RegExpReplaceTest, TooManyGroupsLeaveTheSubject)
     EXPECT_EQ(ReplaceNamed(pattern, map, subject), subject);
 }
 
-TEST(RegExpReplaceTest, TheFlagIsIgnored)
+TEST(RegExpReplaceTest, IgnoresTheFlag)
 {
     RegExp regExp(TString<char>("a"), RegExpOptions::None);
 
@@ -153,7 +153,7 @@ TEST(RegExpReplaceTest, TheFlagIsIgnored)
         EXPECT_EQ(regExp.Replace("x", "aa", flag), "xx");
 }
 
-TEST(RegExpReplaceTest, LongTextsAreReplacedWhenTheReplacementDoesNotMatch)
+TEST(RegExpReplaceTest, ReplacesInLongTextsWhenTheReplacementDoesNotMatch)
 {
     const std::string piece = std::string(9, '.') + "a";
     std::string subject;
@@ -166,7 +166,7 @@ TEST(RegExpReplaceTest, LongTextsAreReplacedWhenTheReplacementDoesNotMatch)
     EXPECT_EQ(ReplaceAll("a", "bc", subject), expected);
 }
 
-TEST(RegExpReplaceTest, BehindSixteenBitsTheSearchBeginsAnew)
+TEST(RegExpReplaceTest, BeginsTheSearchAnewAfterSixteenBits)
 {
     const TString<char> subject = std::string(65534, '.') + "a" + std::string(10, '.') + "a";
 
@@ -174,7 +174,7 @@ TEST(RegExpReplaceTest, BehindSixteenBitsTheSearchBeginsAnew)
               std::string(65534, '.') + "bb" + std::string(10, '.') + "bb");
 }
 
-TEST(RegExpReplaceTest, BehindSixteenBitsAReplacementCanBeReplacedAgain)
+TEST(RegExpReplaceTest, CanReplaceAReplacementAfterSixteenBits)
 {
     EXPECT_EQ(ReplaceAll("ab", "b", std::string(65534, '.') + "aab"),
               std::string(65534, '.') + "b");
@@ -183,7 +183,7 @@ TEST(RegExpReplaceTest, BehindSixteenBitsAReplacementCanBeReplacedAgain)
               std::string(65534, '.') + "a");
 }
 
-TEST(RegExpReplaceTest, AnOffsetThatBeginsAnewInsideACharacterThrows)
+TEST(RegExpReplaceTest, ThrowsWhenAnOffsetBeginsAnewInsideACharacter)
 {
     std::string subject;
     for (int i = 0; i < 32769; ++i)
@@ -193,29 +193,29 @@ TEST(RegExpReplaceTest, AnOffsetThatBeginsAnewInsideACharacterThrows)
               "-11Exp::Match return error: ");
 }
 
-TEST(RegExpReplaceTest, GroupsAreReplacedByTheEntriesOfAList)
+TEST(RegExpReplaceTest, ReplacesGroupsByTheEntriesOfAList)
 {
     EXPECT_EQ(ReplaceGroups("(a+)-(b+)", {"1", "22"}, "x aaa-b y aaa-b"), "x 1-22 y aaa-b");
     EXPECT_EQ(ReplaceGroups("(a)(b)(c)", {"", "bb", "$1"}, "abc"), "bb$1");
 }
 
-TEST(RegExpReplaceTest, AListWithoutAMatchGivesTheEmptyText)
+TEST(RegExpReplaceTest, ReturnsTheEmptyTextForAListWithoutAMatch)
 {
     EXPECT_EQ(ReplaceGroups("(a)", {"x"}, "bbb"), "");
 }
 
-TEST(RegExpReplaceTest, APatternWithoutGroupsLeavesTheSubjectToAList)
+TEST(RegExpReplaceTest, LeavesTheSubjectForAPatternWithoutGroups)
 {
     EXPECT_EQ(ReplaceGroups("a", {"x"}, "abc"), "abc");
 }
 
-TEST(RegExpReplaceTest, EntriesThatAreMissingAreEmpty)
+TEST(RegExpReplaceTest, TreatsMissingEntriesAsEmpty)
 {
     EXPECT_EQ(ReplaceGroups("(a)(b)(c)", {"x"}, "-abc-"), "-x-");
     EXPECT_EQ(ReplaceGroups("(a)(b)(c)", {}, "-abc-"), "--");
 }
 
-TEST(RegExpReplaceTest, AGroupThatTookNoPartIsSkipped)
+TEST(RegExpReplaceTest, SkipsAGroupThatTookNoPart)
 {
     Map map{{"b", "y"}};
 
@@ -224,7 +224,7 @@ TEST(RegExpReplaceTest, AGroupThatTookNoPartIsSkipped)
     EXPECT_THAT(map, ElementsAre(Pair("a", ""), Pair("b", "y")));
 }
 
-TEST(RegExpReplaceTest, AGroupInsideAnotherMovesWithTheOuterOne)
+TEST(RegExpReplaceTest, MovesAGroupInsideAnotherWithTheOuterOne)
 {
     EXPECT_EQ(ReplaceGroups("((a)b)", {"xyz", "q"}, "ab-"), "xqz-");
     // Group 2 would begin behind the end, or before the begin, of what is left.
@@ -232,7 +232,7 @@ TEST(RegExpReplaceTest, AGroupInsideAnotherMovesWithTheOuterOne)
     EXPECT_EQ(ReplaceGroups("(...)(?<=(a)..)", {"", "q"}, "abc"), "");
 }
 
-TEST(RegExpReplaceTest, NamedGroupsAreReplacedByTheEntriesOfAMap)
+TEST(RegExpReplaceTest, ReplacesNamedGroupsByTheEntriesOfAMap)
 {
     Map map{{"user", "bob"}, {"host", "work"}, {"unused", "x"}};
 
@@ -241,7 +241,7 @@ TEST(RegExpReplaceTest, NamedGroupsAreReplacedByTheEntriesOfAMap)
     EXPECT_EQ(map.size(), 3u);
 }
 
-TEST(RegExpReplaceTest, ANameThatIsMissingIsAddedToTheMap)
+TEST(RegExpReplaceTest, AddsAMissingNameToTheMap)
 {
     Map map{{"b", "x"}};
 
@@ -249,7 +249,7 @@ TEST(RegExpReplaceTest, ANameThatIsMissingIsAddedToTheMap)
     EXPECT_THAT(map, ElementsAre(Pair("a", ""), Pair("b", "x")));
 }
 
-TEST(RegExpReplaceTest, AMapWithoutAMatchGivesTheEmptyTextAndStays)
+TEST(RegExpReplaceTest, ReturnsTheEmptyTextForAMapWithoutAMatchAndLeavesIt)
 {
     Map map;
 
@@ -257,14 +257,14 @@ TEST(RegExpReplaceTest, AMapWithoutAMatchGivesTheEmptyTextAndStays)
     EXPECT_TRUE(map.empty());
 }
 
-TEST(RegExpReplaceTest, AMapIsOrderedByTheBytesOfItsNames)
+TEST(RegExpReplaceTest, OrdersAMapByTheBytesOfItsNames)
 {
     const Map map{{"b", ""}, {"\xC3\xA9", ""}, {"B", ""}};
 
     EXPECT_THAT(map, ElementsAre(Pair("B", ""), Pair("b", ""), Pair("\xC3\xA9", "")));
 }
 
-TEST(RegExpReplaceTest, ARangeIsReplacedOnlyWhereThereIsOne)
+TEST(RegExpReplaceTest, ReplacesARangeOnlyWhereThereIsOne)
 {
     RegExp regExp(TString<char>("(b)|(x)"), RegExpOptions::None);
     const smart_ptr<MatchResult> result = regExp.Match("abc");
@@ -277,7 +277,7 @@ TEST(RegExpReplaceTest, ARangeIsReplacedOnlyWhereThereIsOne)
     }
 }
 
-TEST(RegExpReplaceTest, ARangeIsMovedByItsShift)
+TEST(RegExpReplaceTest, MovesARangeByItsShift)
 {
     RegExp regExp(TString<char>("b"), RegExpOptions::None);
     const smart_ptr<MatchResult> result = regExp.Match("abc");

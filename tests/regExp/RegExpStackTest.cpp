@@ -79,7 +79,7 @@ TString<char> Nested(int depth)
            std::string(static_cast<std::size_t>(depth), ')');
 }
 
-TEST(RegExpStackTest, DeepRecursionThrowsOnASmallStack)
+TEST(RegExpStackTest, ThrowsForDeepRecursionOnASmallStack)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     for (const std::size_t length : {1000u, 5000u, 20000u, 1000000u}) {
@@ -90,14 +90,14 @@ TEST(RegExpStackTest, DeepRecursionThrowsOnASmallStack)
     }
 }
 
-TEST(RegExpStackTest, DeepRecursionThrowsOnTheMainThread)
+TEST(RegExpStackTest, ThrowsForDeepRecursionOnTheMainThread)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
 
     EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(std::string(1000000, 'a')); }), c_noStackLeft);
 }
 
-TEST(RegExpStackTest, EveryKindOfRecursionIsBounded)
+TEST(RegExpStackTest, BoundsEveryKindOfRecursion)
 {
     const TString<char> subject(std::string(50000, 'a') + std::string(50000, 'b'));
     for (const char* pattern : {"((a)|(b))*?c", "(a(?1)?b)c", "(?i)(a|b|\xC3\xA9)*c", "(.)*c",
@@ -109,7 +109,7 @@ TEST(RegExpStackTest, EveryKindOfRecursionIsBounded)
     }
 }
 
-TEST(RegExpStackTest, ReplacementsAreBoundedToo)
+TEST(RegExpStackTest, BoundsReplacementsToo)
 {
     RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(50000, 'a'));
@@ -118,7 +118,7 @@ TEST(RegExpStackTest, ReplacementsAreBoundedToo)
               c_noStackLeft);
 }
 
-TEST(RegExpStackTest, ASmallStackIsEnoughForSomeHundredLevels)
+TEST(RegExpStackTest, SearchesSomeHundredLevelsOnASmallStack)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(100, 'a') + "c");
@@ -128,7 +128,7 @@ TEST(RegExpStackTest, ASmallStackIsEnoughForSomeHundredLevels)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, ALargeStackIsUsed)
+TEST(RegExpStackTest, UsesALargeStack)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(20000, 'a') + "c");
@@ -138,7 +138,7 @@ TEST(RegExpStackTest, ALargeStackIsUsed)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, TheDeepestNestingCompilesOnASmallStack)
+TEST(RegExpStackTest, CompilesTheDeepestNestingOnASmallStack)
 {
     const RegExp regExp(Nested(250), RegExpOptions::None);
 
@@ -153,7 +153,7 @@ TEST(RegExpStackTest, ThrowsWhenNestingNeedsMoreStackThanThereIs)
                 testing::StartsWith(" : parentheses are too deeply nested (stack check) "));
 }
 
-TEST(RegExpStackTest, AVerySmallStackIsEnoughForPlainPatterns)
+TEST(RegExpStackTest, SearchesPlainPatternsOnAVerySmallStack)
 {
     const RegExp regExp(TString<char>("(\\w+)@(\\w+)"), RegExpOptions::None);
 
@@ -162,7 +162,7 @@ TEST(RegExpStackTest, AVerySmallStackIsEnoughForPlainPatterns)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, FlatGroupsNeedNoMoreStackThanOne)
+TEST(RegExpStackTest, NeedsNoMoreStackForFlatGroupsThanForOne)
 {
     TString<char> pattern;
     for (int i = 0; i < 200; ++i)
@@ -172,7 +172,7 @@ TEST(RegExpStackTest, FlatGroupsNeedNoMoreStackThanOne)
     EXPECT_EQ(MessageWithStack(64 * c_kilobyte, [&] { regExp.IsMatch("a"); }), "nothing thrown");
 }
 
-TEST(RegExpStackTest, ALargeSubjectIsSearchedOnASmallStack)
+TEST(RegExpStackTest, SearchesALargeSubjectOnASmallStack)
 {
     const RegExp regExp(TString<char>("[a-z]+(\\d)"), RegExpOptions::None);
     const TString<char> subject(std::string(20'000'000, '.') + "abc1");
@@ -200,7 +200,7 @@ void RunInCoroutine(std::size_t stackSize, std::function<void()> work)
     swapcontext(&caller, &coroutine);
 }
 
-TEST(RegExpStackTest, ACoroutineSearchesAsDeeplyAsAThread)
+TEST(RegExpStackTest, SearchesInACoroutineAsDeeplyAsInAThread)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(5000, 'a') + "c");
@@ -210,7 +210,7 @@ TEST(RegExpStackTest, ACoroutineSearchesAsDeeplyAsAThread)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, ACoroutineCompilesTheDeepestNesting)
+TEST(RegExpStackTest, CompilesTheDeepestNestingInACoroutine)
 {
     const RegExp regExp(Nested(240), RegExpOptions::None);
 

@@ -53,7 +53,7 @@ TEST(RegExpTest, IsMatchFindsThePatternAnywhere)
     }
 }
 
-TEST(RegExpTest, ACharacterIsACodePointAndNotAByte)
+TEST(RegExpTest, TreatsACodePointAsACharacter)
 {
     EXPECT_TRUE(Pattern("^.$").IsMatch("\xC3\xA9"));
     EXPECT_TRUE(Pattern("^.$").IsMatch("\xF0\x9F\x98\x80"));
@@ -61,7 +61,7 @@ TEST(RegExpTest, ACharacterIsACodePointAndNotAByte)
     EXPECT_FALSE(Pattern("^..$").IsMatch("\xC3\xA9"));
 }
 
-TEST(RegExpTest, WideTextIsMatchedAsUtf8)
+TEST(RegExpTest, MatchesWideTextAsUtf8)
 {
     const RegExp regExp(TString<wchar_t>(L"(\u00E9+)(\U0001F600)"), RegExpOptions::None);
 
@@ -94,7 +94,7 @@ TEST(RegExpTest, ThrowsWhenWideTextDoesNotFitIntoMemory)
     EXPECT_EQ(messageOf([&] { RegExp(text, RegExpOptions::None); }), expected);
 }
 
-TEST(RegExpTest, ModifiersHaveNoEffect)
+TEST(RegExpTest, IgnoresModifiers)
 {
     for (const int bits : {0, 1, 2, 4, 8, 15}) {
         SCOPED_TRACE(bits);
@@ -106,7 +106,7 @@ TEST(RegExpTest, ModifiersHaveNoEffect)
     }
 }
 
-TEST(RegExpTest, PatternsAreCompiledForUtf8AndNothingElse)
+TEST(RegExpTest, CompilesPatternsForUtf8AndNothingElse)
 {
     const RegExp twoOfOneName = Pattern("(?<n>a)(?<n>b)");
 
@@ -116,7 +116,7 @@ TEST(RegExpTest, PatternsAreCompiledForUtf8AndNothingElse)
     EXPECT_THAT(Values(Pattern("(a+)").Match("aa")), ElementsAre("aa", "aa"));
 }
 
-TEST(RegExpTest, ThePatternEndsAtItsFirstNullCharacter)
+TEST(RegExpTest, EndsThePatternAtItsFirstNullCharacter)
 {
     const TString<char> pattern(std::string("a\0(", 3));
 
@@ -124,7 +124,7 @@ TEST(RegExpTest, ThePatternEndsAtItsFirstNullCharacter)
     EXPECT_EQ(Pattern(pattern).Match("a")->pattern, pattern);
 }
 
-TEST(RegExpTest, ASubjectContinuesAfterANullCharacter)
+TEST(RegExpTest, SearchesASubjectBeyondANullCharacter)
 {
     const TString<char> subject(std::string("a\0b", 3));
 
@@ -132,7 +132,7 @@ TEST(RegExpTest, ASubjectContinuesAfterANullCharacter)
     EXPECT_THAT(Values(Pattern("a.b").Match(subject)), ElementsAre(std::string("a\0b", 3)));
 }
 
-TEST(RegExpTest, MatchReturnsTheFirstMatchAndItsGroups)
+TEST(RegExpTest, ReturnsTheFirstMatchAndItsGroups)
 {
     const smart_ptr<MatchResult> result = Pattern("(\\w+)@(\\w+)").Match("to: ann@home, bob@work");
 
@@ -142,7 +142,7 @@ TEST(RegExpTest, MatchReturnsTheFirstMatchAndItsGroups)
     EXPECT_EQ((*result)[2]->index, 2);
 }
 
-TEST(RegExpTest, MatchKeepsWhatItWasMadeOf)
+TEST(RegExpTest, KeepsWhatAMatchWasMadeOf)
 {
     const smart_ptr<MatchResult> result = Pattern("b(c)").Match("abc");
 
@@ -157,7 +157,7 @@ TEST(RegExpTest, MatchKeepsWhatItWasMadeOf)
     EXPECT_EQ(result->ovector[3], 3);
 }
 
-TEST(RegExpTest, WithoutAMatchThereAreNoGroups)
+TEST(RegExpTest, ReturnsNoGroupsWithoutAMatch)
 {
     const smart_ptr<MatchResult> result = Pattern("(?<name>x)").Match("abc");
 
@@ -168,7 +168,7 @@ TEST(RegExpTest, WithoutAMatchThereAreNoGroups)
     EXPECT_TRUE(result->names.empty());
 }
 
-TEST(RegExpTest, AGroupThatTookNoPartIsEmpty)
+TEST(RegExpTest, ReturnsAnEmptyGroupThatTookNoPart)
 {
     const smart_ptr<MatchResult> result = Pattern("(a)|(b)|(c)").Match("b");
 
@@ -178,7 +178,7 @@ TEST(RegExpTest, AGroupThatTookNoPartIsEmpty)
     EXPECT_EQ(result->ovector[3], -1);
 }
 
-TEST(RegExpTest, GroupsAreFoundByTheirNames)
+TEST(RegExpTest, FindsGroupsByTheirNames)
 {
     const smart_ptr<MatchResult> result =
         Pattern("(?<year>\\d+)-(\\d+)-(?P<day>\\d+)").Match("on 2009-03-05");
@@ -189,7 +189,7 @@ TEST(RegExpTest, GroupsAreFoundByTheirNames)
     EXPECT_EQ((*result)[2]->name, "");
 }
 
-TEST(RegExpTest, NamesOfGroupsThatAreNotReportedAreUnknown)
+TEST(RegExpTest, KnowsNoNamesOfGroupsThatAreNotReported)
 {
     const smart_ptr<MatchResult> result = Pattern("(?<first>a)|(?<second>b)").Match("a");
 
@@ -197,7 +197,7 @@ TEST(RegExpTest, NamesOfGroupsThatAreNotReportedAreUnknown)
     EXPECT_FALSE(result->GetGroup("second").IsValid());
 }
 
-TEST(RegExpTest, AnUnusedGroupBeforeAUsedOneIsNamed)
+TEST(RegExpTest, NamesAnUnusedGroupBeforeAUsedOne)
 {
     const smart_ptr<MatchResult> result = Pattern("(?<first>a)|(?<second>b)").Match("b");
 
@@ -205,7 +205,7 @@ TEST(RegExpTest, AnUnusedGroupBeforeAUsedOneIsNamed)
     EXPECT_EQ(result->GetGroup("first")->value, "");
 }
 
-TEST(RegExpTest, TwoGroupsMayHaveOneName)
+TEST(RegExpTest, AcceptsTwoGroupsOfOneName)
 {
     const smart_ptr<MatchResult> result = Pattern("(?J)(?<n>a)(?<n>b)").Match("ab");
 
@@ -214,7 +214,7 @@ TEST(RegExpTest, TwoGroupsMayHaveOneName)
     EXPECT_EQ((*result)[2]->name, "n");
 }
 
-TEST(RegExpTest, NineteenGroupsAreReported)
+TEST(RegExpTest, ReportsNineteenGroups)
 {
     const RegExp regExp = Pattern(PatternOfGroups(19));
     const TString<char> subject = std::string(19, 'a');
@@ -224,7 +224,7 @@ TEST(RegExpTest, NineteenGroupsAreReported)
     EXPECT_EQ(regExp.Match(subject)->Count(), 20u);
 }
 
-TEST(RegExpTest, TwentyGroupsSucceedWithoutBeingAMatch)
+TEST(RegExpTest, SucceedsWithTwentyGroupsWithoutAMatch)
 {
     const RegExp regExp = Pattern(PatternOfGroups(20));
     const TString<char> subject = std::string(20, 'a');
@@ -236,7 +236,7 @@ TEST(RegExpTest, TwentyGroupsSucceedWithoutBeingAMatch)
     EXPECT_EQ(result->Count(), 0u);
 }
 
-TEST(RegExpTest, AMatchThatEndsBeforeItBeginsIsEmpty)
+TEST(RegExpTest, ReturnsAnEmptyMatchThatEndsBeforeItBegins)
 {
     const smart_ptr<MatchResult> result = Pattern("(?=ab\\K)").Match("abc");
 
@@ -253,7 +253,7 @@ TEST(RegExpTest, ThrowsWhenASearchTakesTooManySteps)
               "-8gExp::Match return error: ");
 }
 
-TEST(RegExpTest, ACompiledResultMayBeCompiledAgain)
+TEST(RegExpTest, CompilesACompiledResultAgain)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -268,7 +268,7 @@ TEST(RegExpTest, ACompiledResultMayBeCompiledAgain)
     EXPECT_EQ(result->resultCode, 3);
 }
 
-TEST(RegExpTest, AFailedCompileLeavesItsErrorAndNoCode)
+TEST(RegExpTest, LeavesAnErrorAndNoCodeOfAFailedCompile)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -284,7 +284,7 @@ TEST(RegExpTest, AFailedCompileLeavesItsErrorAndNoCode)
     EXPECT_FALSE(result->Success());
 }
 
-TEST(RegExpTest, ASearchStartsAtItsOffsetAndLooksBehindIt)
+TEST(RegExpTest, StartsAtItsOffsetAndLooksBehindIt)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -300,7 +300,7 @@ TEST(RegExpTest, ASearchStartsAtItsOffsetAndLooksBehindIt)
     EXPECT_EQ(result->resultCode, -1);
 }
 
-TEST(RegExpTest, TheCodeOfAFailedSearchIsKept)
+TEST(RegExpTest, KeepsTheCodeOfAFailedSearch)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -323,7 +323,7 @@ TEST(RegExpTest, CopiesAreIndependent)
     EXPECT_FALSE(original.IsMatch("a"));
 }
 
-TEST(RegExpTest, OneObjectServesManyThreads)
+TEST(RegExpTest, ServesManyThreadsByOneObject)
 {
     const RegExp regExp = Pattern("(?<word>[a-z]+)(\\d+)");
     std::vector<std::thread> threads;
