@@ -86,7 +86,7 @@ TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
 
 TString<wchar_t> DataDirectory(const TString<wchar_t>& name)
 {
-    const TString<wchar_t> chosen = DataDirectoryOfEnvironment(name);
+    TString<wchar_t> chosen = DataDirectoryOfEnvironment(name);
     if (!chosen.empty())
         return chosen;
     const TString<wchar_t> share = InstallPrefix() + L"/share";

@@ -69,6 +69,7 @@ bool LogPieceChunk::AppendBytes(std::wstring_view piece)
     unsigned char* const bytes = header + (isShort ? 1 : c_longHeaderSize);
     Character allBits = 0;
     for (std::size_t i = 0; i < piece.size(); ++i) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): the check treats wchar_t as signed char.
         const auto character = static_cast<Character>(piece[i]);
         allBits |= character;
         bytes[i] = static_cast<unsigned char>(character);
