@@ -1,7 +1,8 @@
 #include "toolkit/base/FileLock.h"
 
+#include "toolkit/base/CheckedMutex.h"
+
 #include <cerrno>
-#include <mutex>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <utility>
@@ -17,15 +18,15 @@ bool IsSameFile(const FileDescriptor& one, const FileDescriptor& other)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-std::mutex s_mutex;
-FileLock* s_firstHeld = nullptr; // guarded by s_mutex
+constinit CheckedMutex s_mutex;
+FileLock* s_firstHeld BASE_GUARDED_BY(s_mutex) = nullptr;
 
 } // namespace
 
 FileLock::FileLock(FileDescriptor file)
     : m_file(std::move(file)), m_next(nullptr), m_state(State::Unavailable)
 {
-    const std::lock_guard<std::mutex> guard(s_mutex);
+    const CheckedLock guard(s_mutex);
     m_state = Take();
     if (m_state == State::Held) {
         m_ownFile.Watch(m_file.Get());
@@ -36,7 +37,7 @@ FileLock::FileLock(FileDescriptor file)
 
 FileLock::~FileLock()
 {
-    const std::lock_guard<std::mutex> guard(s_mutex);
+    const CheckedLock guard(s_mutex);
     FileLock** link = &s_firstHeld;
     while (*link && *link != this)
         link = &(*link)->m_next;
@@ -44,7 +45,7 @@ FileLock::~FileLock()
         *link = m_next;
 }
 
-FileLock::State FileLock::Take()
+FileLock::State FileLock::Take() BASE_REQUIRES(s_mutex)
 {
     if (!m_file.IsOpen())
         return State::Unavailable;
@@ -56,7 +57,7 @@ FileLock::State FileLock::Take()
 }
 
 // For the system, a file that is opened twice has two owners, even in one process.
-bool FileLock::ShareWithThisProcess()
+bool FileLock::ShareWithThisProcess() BASE_REQUIRES(s_mutex)
 {
     for (const FileLock* held = s_firstHeld; held; held = held->m_next) {
         if (!IsSameFile(held->m_file, m_file))

@@ -1,8 +1,9 @@
 #include "toolkit/base/OwnDescriptor.h"
 
+#include "toolkit/base/CheckedMutex.h"
+
 #include <cerrno>
 #include <fcntl.h>
-#include <mutex>
 #include <pthread.h>
 #include <unistd.h>
 
@@ -10,10 +11,10 @@ namespace Toolkit::Base {
 
 // The list of watching objects and the handlers of a fork.
 struct OwnDescriptors {
-    static std::mutex s_mutex;
-    static OwnDescriptor* s_first; // guarded by s_mutex
+    static CheckedMutex s_mutex;
+    static OwnDescriptor* s_first BASE_GUARDED_BY(s_mutex);
 
-    static void Link(OwnDescriptor& own, int descriptor)
+    static void Link(OwnDescriptor& own, int descriptor) BASE_REQUIRES(s_mutex)
     {
         own.m_descriptor = descriptor;
         own.m_previous = nullptr;
@@ -23,7 +24,7 @@ struct OwnDescriptors {
         s_first = &own;
     }
 
-    static void Unlink(OwnDescriptor& own)
+    static void Unlink(OwnDescriptor& own) BASE_REQUIRES(s_mutex)
     {
         (own.m_previous ? own.m_previous->m_next : s_first) = own.m_next;
         if (own.m_next)
@@ -31,12 +32,13 @@ struct OwnDescriptors {
         own.m_descriptor = -1;
     }
 
-    // Held during the fork, so that the child gets a consistent list.
-    static void BeforeFork() { s_mutex.lock(); }
-    static void AfterForkInParent() { s_mutex.unlock(); }
+    // Held during the fork, so that the child gets a consistent list. The lock crosses functions,
+    // which the check cannot follow.
+    static void BeforeFork() BASE_NO_THREAD_SAFETY_ANALYSIS { s_mutex.Lock(); }
+    static void AfterForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS { s_mutex.Unlock(); }
 
     // Calls only functions that are safe in the child of a process with several threads.
-    static void AfterForkInChild()
+    static void AfterForkInChild() BASE_NO_THREAD_SAFETY_ANALYSIS
     {
         const int error = errno;
         const int nothing = s_first ? ::open("/dev/null", O_RDWR | O_CLOEXEC) : -1;
@@ -44,7 +46,7 @@ struct OwnDescriptors {
             Replace(own->m_descriptor, nothing);
         if (nothing >= 0)
             ::close(nothing);
-        s_mutex.unlock();
+        s_mutex.Unlock();
         errno = error;
     }
 
@@ -58,21 +60,21 @@ struct OwnDescriptors {
     }
 };
 
-std::mutex OwnDescriptors::s_mutex;
+constinit CheckedMutex OwnDescriptors::s_mutex;
 OwnDescriptor* OwnDescriptors::s_first = nullptr;
 
 void OwnDescriptor::Watch(int descriptor)
 {
     // The system removes the handlers when the library is unloaded.
-    static const int s_isPrepared =
+    static const int isPrepared =
         ::pthread_atfork(OwnDescriptors::BeforeFork, OwnDescriptors::AfterForkInParent,
                          OwnDescriptors::AfterForkInChild);
-    static_cast<void>(s_isPrepared);
+    static_cast<void>(isPrepared);
 
     Forget();
     if (descriptor < 0)
         return;
-    const std::lock_guard<std::mutex> guard(OwnDescriptors::s_mutex);
+    const CheckedLock guard(OwnDescriptors::s_mutex);
     OwnDescriptors::Link(*this, descriptor);
 }
 
@@ -80,7 +82,7 @@ void OwnDescriptor::Forget()
 {
     if (m_descriptor < 0)
         return;
-    const std::lock_guard<std::mutex> guard(OwnDescriptors::s_mutex);
+    const CheckedLock guard(OwnDescriptors::s_mutex);
     OwnDescriptors::Unlink(*this);
 }
 

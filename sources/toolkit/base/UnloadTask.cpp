@@ -1,19 +1,19 @@
 #include "toolkit/base/UnloadTask.h"
 
-#include <mutex>
+#include "toolkit/base/CheckedMutex.h"
 
 namespace Toolkit::Base {
 namespace {
 
-std::mutex s_mutex;
-UnloadTask* s_first = nullptr; // guarded by s_mutex
+constinit CheckedMutex s_mutex;
+UnloadTask* s_first BASE_GUARDED_BY(s_mutex) = nullptr;
 
 } // namespace
 
 UnloadTask::UnloadTask(Function function, void* object)
     : m_function(function), m_object(object), m_previous(nullptr), m_next(nullptr)
 {
-    const std::lock_guard<std::mutex> guard(s_mutex);
+    const CheckedLock guard(s_mutex);
     m_next = s_first;
     if (s_first)
         s_first->m_previous = this;
@@ -22,7 +22,7 @@ UnloadTask::UnloadTask(Function function, void* object)
 
 UnloadTask::~UnloadTask()
 {
-    const std::lock_guard<std::mutex> guard(s_mutex);
+    const CheckedLock guard(s_mutex);
     (m_previous ? m_previous->m_next : s_first) = m_next;
     if (m_next)
         m_next->m_previous = m_previous;
@@ -30,7 +30,7 @@ UnloadTask::~UnloadTask()
 
 void UnloadTask::RunAll()
 {
-    const std::lock_guard<std::mutex> guard(s_mutex);
+    const CheckedLock guard(s_mutex);
     for (const UnloadTask* task = s_first; task; task = task->m_next)
         task->m_function(task->m_object);
 }

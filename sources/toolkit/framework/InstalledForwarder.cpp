@@ -1,26 +1,26 @@
 #include "toolkit/framework/InstalledForwarder.h"
 
-#include <mutex>
+#include "toolkit/base/CheckedMutex.h"
 
 namespace Toolkit::Framework {
 namespace {
 
 // Recursive, because a sink may use wxWidgets and so log again. Not a Mutex, because it must exist
 // before the first constructor runs.
-std::recursive_mutex s_lock;
-wxLog* s_target = nullptr; // guarded by s_lock
+constinit Base::CheckedRecursiveMutex s_lock;
+wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
 
 } // namespace
 
 void InstallForwarder(wxLog* target)
 {
-    const std::lock_guard<std::recursive_mutex> lock(s_lock);
+    const Base::CheckedLock lock(s_lock);
     s_target = target;
 }
 
 bool RemoveForwarder(wxLog* target)
 {
-    const std::lock_guard<std::recursive_mutex> lock(s_lock);
+    const Base::CheckedLock lock(s_lock);
     if (s_target != target)
         return false;
     s_target = nullptr;
@@ -29,7 +29,7 @@ bool RemoveForwarder(wxLog* target)
 
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info)
 {
-    const std::lock_guard<std::recursive_mutex> lock(s_lock);
+    const Base::CheckedLock lock(s_lock);
     if (!s_target)
         return false;
     s_target->LogRecord(level, message, info);
@@ -40,7 +40,7 @@ void DetachForwarder()
 {
     wxLog* target = nullptr;
     {
-        const std::lock_guard<std::recursive_mutex> lock(s_lock);
+        const Base::CheckedLock lock(s_lock);
         target = s_target;
         s_target = nullptr;
     }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "toolkit/base/CheckedMutex.h"
 #include "toolkit/logging/LogPieceQueue.Private.h"
+#include "toolkit/threading/ThreadSafety.h"
 
-#include <mutex>
 #include <string_view>
 
 namespace Toolkit {
@@ -17,7 +18,7 @@ public:
     /// of memory.
     bool Put(std::wstring_view piece)
     {
-        const std::lock_guard<std::mutex> guard(m_lock);
+        const Base::CheckedLock guard(m_lock);
         const bool wasEmpty = m_pieces.IsEmpty();
         m_pieces.Push(piece);
         return wasEmpty;
@@ -26,13 +27,13 @@ public:
     /// Moves all pieces to `batch`, which must be empty.
     void Take(LogPieceQueue& batch)
     {
-        const std::lock_guard<std::mutex> guard(m_lock);
+        const Base::CheckedLock guard(m_lock);
         batch.Swap(m_pieces);
     }
 
 private:
-    std::mutex m_lock;
-    LogPieceQueue m_pieces; // guarded by m_lock
+    Base::CheckedMutex m_lock;
+    LogPieceQueue m_pieces TOOLKIT_GUARDED_BY(m_lock);
 };
 
 } // namespace Toolkit

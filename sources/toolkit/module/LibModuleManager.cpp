@@ -14,8 +14,9 @@ namespace {
 // Keeps the first exception that a callback throws, so that the other callbacks still run.
 class FirstThrown {
 public:
+    // Not checked, as here the lock that `callback` may require has another name.
     template <typename Callback>
-    void Call(Callback callback)
+    void Call(Callback callback) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
     {
         try {
             callback();
@@ -40,8 +41,13 @@ private:
 // Callbacks may change the list. No entry is erased while a loop over the list runs.
 class LibModuleManager::Walk {
 public:
-    explicit Walk(LibModuleManager& manager) : m_manager(manager) { ++m_manager.m_walks; }
-    ~Walk()
+    explicit Walk(LibModuleManager& manager) TOOLKIT_REQUIRES(manager.m_mutex) : m_manager(manager)
+    {
+        ++manager.m_walks;
+    }
+
+    // Not checked: that the lock is held here is known only where the walk is.
+    ~Walk() TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
     {
         if (--m_manager.m_walks != 0)
             return;
@@ -123,7 +129,7 @@ void LibModuleManager::Initialize(bool initializeFramework)
         m_frameworkStarts += started ? 1 : 0;
     }
     FirstThrown thrown;
-    thrown.Call([this] { InitializeModules(); });
+    thrown.Call([this]() TOOLKIT_REQUIRES(m_mutex) { InitializeModules(); });
     m_initialized = 1;
     thrown.Rethrow();
 }
@@ -144,7 +150,7 @@ void LibModuleManager::Release(bool releaseFramework)
 {
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
     FirstThrown thrown;
-    thrown.Call([this] { ReleaseModules(); });
+    thrown.Call([this]() TOOLKIT_REQUIRES(m_mutex) { ReleaseModules(); });
     if (releaseFramework) {
         Framework::DetachForwarder();
         // wxWidgets stays started for whoever else has started it.

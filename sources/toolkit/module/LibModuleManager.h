@@ -3,6 +3,7 @@
 #include "toolkit/core/Export.h"
 #include "toolkit/module/LibModule.h"
 #include "toolkit/threading/Mutex.h"
+#include "toolkit/threading/ThreadSafety.h"
 
 #include <list>
 
@@ -63,20 +64,20 @@ private:
     using ModuleList = std::list<LibModuleContainer>;
     class Walk;
 
-    ModuleList::iterator Find(const LibModule* module);
-    void InitializeModules();
-    void ReleaseModules();
-    void RemovePending();
+    ModuleList::iterator Find(const LibModule* module) TOOLKIT_REQUIRES(m_mutex);
+    void InitializeModules() TOOLKIT_REQUIRES(m_mutex);
+    void ReleaseModules() TOOLKIT_REQUIRES(m_mutex);
+    void RemovePending() TOOLKIT_REQUIRES(m_mutex);
 
-    ModuleList m_modules;
-    Mutex m_mutex; // guards everything
-    int m_initialized;
-    int m_releasing;
-    std::list<ModuleList::iterator> m_pendingRemovals;
-    int m_walks;
-    int m_frameworkStarts;
+    ModuleList m_modules TOOLKIT_GUARDED_BY(m_mutex);
+    Mutex m_mutex;
+    int m_initialized TOOLKIT_GUARDED_BY(m_mutex);
+    int m_releasing TOOLKIT_GUARDED_BY(m_mutex);
+    std::list<ModuleList::iterator> m_pendingRemovals TOOLKIT_GUARDED_BY(m_mutex);
+    int m_walks TOOLKIT_GUARDED_BY(m_mutex);
+    int m_frameworkStarts TOOLKIT_GUARDED_BY(m_mutex);
     // A node for m_pendingRemovals for each entry, made with it: leaving must not need memory.
-    std::list<ModuleList::iterator> m_removals;
+    std::list<ModuleList::iterator> m_removals TOOLKIT_GUARDED_BY(m_mutex);
 };
 
 } // namespace Toolkit

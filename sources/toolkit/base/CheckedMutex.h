@@ -1,0 +1,59 @@
+#pragma once
+
+#include <mutex>
+
+// What threading/ThreadSafety.h offers to programs, for the ground floor: Clang checks with
+// -Wthread-safety which lock guards what.
+#if defined(__clang__)
+#define BASE_THREAD_ANNOTATION(attribute) __attribute__((attribute))
+#else
+#define BASE_THREAD_ANNOTATION(attribute)
+#endif
+
+/// On a variable: it is used only while `lock` is held.
+#define BASE_GUARDED_BY(lock) BASE_THREAD_ANNOTATION(guarded_by(lock))
+
+/// On a function: the caller holds `lock`.
+#define BASE_REQUIRES(lock) BASE_THREAD_ANNOTATION(requires_capability(lock))
+
+/// On a function: it is not checked. A comment says why.
+#define BASE_NO_THREAD_SAFETY_ANALYSIS BASE_THREAD_ANNOTATION(no_thread_safety_analysis)
+
+namespace Toolkit::Base {
+
+/// A mutex of the standard library whose use is checked. libstdc++ does not annotate its own.
+template <typename StandardMutex>
+class BASE_THREAD_ANNOTATION(capability("mutex")) BasicCheckedMutex {
+public:
+    void Lock() BASE_THREAD_ANNOTATION(acquire_capability()) { m_mutex.lock(); }
+    void Unlock() BASE_THREAD_ANNOTATION(release_capability()) { m_mutex.unlock(); }
+
+private:
+    StandardMutex m_mutex;
+};
+
+// Both may be constinit: their constructors do nothing at run time.
+using CheckedMutex = BasicCheckedMutex<std::mutex>;
+using CheckedRecursiveMutex = BasicCheckedMutex<std::recursive_mutex>;
+
+/// Holds a checked mutex for the rest of a scope.
+template <typename StandardMutex>
+class BASE_THREAD_ANNOTATION(scoped_lockable) CheckedLock {
+public:
+    explicit CheckedLock(BasicCheckedMutex<StandardMutex>& mutex)
+        BASE_THREAD_ANNOTATION(acquire_capability(mutex))
+        : m_mutex(mutex)
+    {
+        m_mutex.Lock();
+    }
+
+    ~CheckedLock() BASE_THREAD_ANNOTATION(release_capability()) { m_mutex.Unlock(); }
+
+    CheckedLock(const CheckedLock&) = delete;
+    CheckedLock& operator=(const CheckedLock&) = delete;
+
+private:
+    BasicCheckedMutex<StandardMutex>& m_mutex;
+};
+
+} // namespace Toolkit::Base
