@@ -158,13 +158,13 @@ void CommandServer::Receive(const Text& line)
     constexpr std::size_t longestLine = 1 << 20;
 
     if (line.size() > longestLine)
-        Terminal::Fail(L"A command of more than 1 Mi characters is refused");
+        Terminal::Fail(L"A command must not be longer than 1 Mi characters");
     else if (line == HandOver::c_quit)
         Stop(End::Quit);
     else if (line == HandOver::c_restart)
         Stop(End::Restart);
     else if (line == HandOver::c_serve)
-        Terminal::Print(L"Serving already");
+        Terminal::Print(L"Already serving");
     else
         m_waitingLines.push_back(line);
     Work();
@@ -219,7 +219,7 @@ void CommandServer::EndWithoutCommand()
 {
     CommandOperation& operation = m_worker->GetOperation();
     operation.Abandon();
-    Terminal::Fail(operation.GetTitle() + L": does not stop, the host ends without it");
+    Terminal::Fail(operation.GetTitle() + L": does not stop; the host ends without it");
     ILogger::SetLogger(smart_ptr<ILogger>());
     std::_Exit(EXIT_FAILURE);
 }

@@ -42,6 +42,6 @@ void PrintSystem()
     const bool isSecond = SingleApplicationInstance::GetInstance()->IsAlreadyRunning();
     PrintRow(L"Platform", DescribePlatform());
     PrintRow(L"Library version", Version::GetInstance()->ToString());
-    PrintRow(L"Framework version", wxVERSION_STRING);
-    PrintRow(L"Another instance runs", isSecond ? L"yes" : L"no");
+    PrintRow(L"wxWidgets version", wxVERSION_NUM_DOT_STRING_T);
+    PrintRow(L"Already running", isSecond ? L"yes" : L"no");
 }

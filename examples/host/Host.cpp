@@ -104,7 +104,7 @@ int Search(const Text& path, const Text& wanted, bool isQuiet)
         return Fail(L"No thread can be started.");
     search.Wait();
     if (!search.HasReadFile())
-        return Fail(L"There is no text to search, cannot read: " + path);
+        return Fail(L"Cannot read the text to search: " + path);
 
     const Text summary = StringConvert::UStringFromUint32(search.GetHitCount()) + L" of " +
                          StringConvert::UStringFromUint32(search.GetLineCount()) +
@@ -137,7 +137,7 @@ int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
     case CommandServer::End::NotServed:
         break;
     }
-    return Fail(L"No commands can be taken at " + HandOver::ServicePath());
+    return Fail(L"Cannot accept commands at " + HandOver::ServicePath());
 }
 
 // Does what the host itself is asked for. `startLine` is empty unless it is to serve.
@@ -146,7 +146,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
     const Text settingsPath = options.GetValue(L"config", DefaultSettingsPath());
     const IniFile settings(settingsPath);
     if (!settings.IsLoaded())
-        return Fail(L"There are no settings, cannot read: " + settingsPath);
+        return Fail(L"Cannot read the settings: " + settingsPath);
 
     LogSeverity level = SeverityInfo;
     const Text levelText = options.GetValue(L"level", settings.GetValue(L"Log", L"level", L"2"));
@@ -175,14 +175,14 @@ int Report(HandOver::Role role)
 {
     switch (role) {
     case HandOver::Role::HandedOver:
-        Print(L"Handed over to the host that serves.");
+        Print(L"Handed over to the serving host.");
         return EXIT_SUCCESS;
     case HandOver::Role::First:
-        return Fail(L"No host serves. Start one with -serve.");
+        return Fail(L"No host is serving. Start one with -serve.");
     case HandOver::Role::NotServed:
         break;
     }
-    return Fail(L"Another host runs, and takes no commands.");
+    return Fail(L"Another host is running and does not accept commands.");
 }
 
 // Relative paths mean the directory of this start, not that of the host which serves.

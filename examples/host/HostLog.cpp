@@ -38,5 +38,5 @@ Text HostLog::DescribePath(const FileLogger& logger)
     constexpr unsigned int limitMs = 5000;
 
     const Text path = logger.GetPath(limitMs);
-    return path.empty() ? Text(L"none, no file can be opened") : path;
+    return path.empty() ? Text(L"none: no file can be opened") : path;
 }

@@ -69,7 +69,7 @@ bool ResultFile::Commit()
 
     const MutexLocker locker(m_lock, MutexInternal::Infinite);
     if (m_writtenPath.empty())
-        return Fail(L"it was given up");
+        return Fail(L"it was cancelled");
     if (std::rename(m_writtenPath.c_str(), m_path.c_str()) != 0)
         return FailWithErrno();
     m_writtenPath.clear();
@@ -94,8 +94,8 @@ bool ResultFile::FindFault()
     if (S_ISLNK(m_replaced.st_mode))
         return !Fail(L"it is a link");
     if (!S_ISREG(m_replaced.st_mode))
-        return !Fail(L"it is no regular file");
-    return m_replaced.st_uid != ::geteuid() && !Fail(L"it belongs to somebody else");
+        return !Fail(L"it is not a regular file");
+    return m_replaced.st_uid != ::geteuid() && !Fail(L"it belongs to another user");
 }
 
 // Nobody can have made or guessed the new file's name.

@@ -84,11 +84,11 @@ printf '\n$ host -quit\n'
 status=0
 wait "$server" || status=$?
 server=
-[ "$status" -eq 0 ] || fail "the host that served ended with $status"
+[ "$status" -eq 0 ] || fail "the serving host ended with $status"
 socket=$(sed -n 's/^Serving at //p' "$work/server.txt")
 [ ! -e "$socket" ] || fail "$socket is still there"
 
-printf '\nWhat the host that served has shown:\n'
+printf '\nOutput of the serving host:\n'
 sed -n '/^Serving at /,$p' "$work/server.txt"
 printf '\nThe last lines of %s:\n' "$log"
 tail -n "$log_lines" "$log"

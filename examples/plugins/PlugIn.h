@@ -106,7 +106,7 @@ bool Guarded(CommandRun& run) noexcept
     } catch (const std::exception& exception) {
         return run.Fail(Toolkit::UTF8::ToUNICODE(exception.what()));
     } catch (...) {
-        return run.Fail(L"something was thrown");
+        return run.Fail(L"an unknown exception was thrown");
     }
 }
 

@@ -183,18 +183,18 @@ TEST_F(HostCommandsTest, SaysWhyItFails)
         {{"list"}, "the option -archive is missing, or its value is"},
         {{"list", "-archive", archive, "-deep"}, "there is no option -deep"},
         {{"list", "-archive", "/none.zip"}, "there is no archive /none.zip"},
-        {{"list", "-archive", text}, text + " is no archive that can be read"},
+        {{"list", "-archive", text}, text + " is not a readable archive"},
         {{"find", "-folder", "/none", "-pattern", "x"}, "there is no folder /none"},
         {{"encode", "-in", "/none", "-as", "base64"}, "cannot read /none"},
         {{"encode", "-in", text, "-as", "rot13"},
          "the encodings are base64 and quoted-printable, not rot13"},
         {{"encode", "-in", bytes, "-as", "quoted-printable"},
-         bytes + ", line 1: this is no text in UTF-8"},
+         bytes + ", line 1: this is not text in UTF-8"},
         {{"decode", "-in", text, "-as", "quoted-printable"},
-         text + ", line 1: this is no text in quoted-printable"},
+         text + ", line 1: this is not quoted-printable text"},
         {{"decode", "-in", bytes, "-as", "base64"}, bytes + " is not Base64"},
         {{"throw-error"}, "thrown by a command"},
-        {{"throw-number"}, "something was thrown"},
+        {{"throw-number"}, "an unknown exception was thrown"},
         {{"fail"}, "it does not say why"}};
 
     for (const auto& [arguments, expected] : cases)
@@ -240,8 +240,8 @@ TEST_F(HostCommandsTest, WritesAResultToRegularFilesAlone)
     const ServingHost host(m_host);
     const std::pair<const char*, const char*> cases[] = {{"link", "it is a link"},
                                                          {"dangling", "it is a link"},
-                                                         {"pipe", "it is no regular file"},
-                                                         {"folder", "it is no regular file"}};
+                                                         {"pipe", "it is not a regular file"},
+                                                         {"folder", "it is not a regular file"}};
 
     int number = 0;
     for (const auto& [name, reason] : cases) {
@@ -305,7 +305,7 @@ TEST_F(HostCommandsTest, DoesNotReplaceTheFileOfSomebodyElse)
     const ServingHost host(m_host);
 
     EXPECT_EQ(OutcomeOf(host, {"list", "-archive", archive}),
-              "failed: cannot write " + File("result") + ": it belongs to somebody else");
+              "failed: cannot write " + File("result") + ": it belongs to another user");
     EXPECT_EQ(ReadWholeFile(File("result")), "theirs");
 }
 

@@ -84,7 +84,7 @@ TEST_F(HostServerTest, FailsCommandsWithoutAHostThatServes)
     for (const Arguments& arguments : {Arguments{"list", "-out", "x"}, Arguments{"-quit"}}) {
         const ProgramResult result = m_host.Run(arguments);
         EXPECT_EQ(result.exitCode, 1);
-        EXPECT_EQ(result.errors, "host: No host serves. Start one with -serve.\n");
+        EXPECT_EQ(result.errors, "host: No host is serving. Start one with -serve.\n");
     }
 }
 
@@ -96,7 +96,7 @@ TEST_F(HostServerTest, LeavesServingToTheFirstHost)
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, c_handedOver);
-    EXPECT_EQ(host.AwaitLine("Serving already"), "Serving already");
+    EXPECT_EQ(host.AwaitLine("Already serving"), "Already serving");
     Quit(host);
 }
 
@@ -142,7 +142,7 @@ TEST_F(HostServerTest, RefusesACommandOfUnreasonableLength)
 
     EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
     Quit(host);
-    EXPECT_THAT(m_host.Log(), HasSubstr("A command of more than 1 Mi characters is refused"));
+    EXPECT_THAT(m_host.Log(), HasSubstr("A command must not be longer than 1 Mi characters"));
 }
 
 // The limit counts addresses, as `ulimit -v` does; `spare` is what the process may still take.
@@ -416,7 +416,7 @@ TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalThoughACommandGoesOn)
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
     EXPECT_THAT(NamesInDirectory(), SizeIs(0));
     EXPECT_THAT(m_host.Log(),
-                EndsWith("Fail : 1 wait-blindly: does not stop, the host ends without it\n"));
+                EndsWith("Fail : 1 wait-blindly: does not stop; the host ends without it\n"));
 }
 
 TEST_F(HostServerTest, EndsAtOnceAtASecondSignal)
@@ -494,7 +494,7 @@ TEST_F(HostServerTest, WritesALogOfItsOwnBesideAnotherHost)
     Quit(host);
 
     const std::string log = "/tmp/" + m_host.UniqueName() + "-second.qvlog";
-    EXPECT_THAT(result.output, AllOf(HasSubstr("Another instance runs   yes\n"),
+    EXPECT_THAT(result.output, AllOf(HasSubstr("Already running         yes\n"),
                                      HasSubstr("Log                     " + log + "\n"),
                                      EndsWith("1 of 1 lines contain \"clear\".\n")));
     EXPECT_THAT(ReadWholeFile(log), HasSubstr("1 of 1 lines"));

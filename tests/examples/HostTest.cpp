@@ -63,8 +63,8 @@ TEST_F(HostTest, ShowsWhatItFoundOut)
         {"Configuration path      ", m_host.ConfigurationPath()},
         {"Platform                ", "Unix "},
         {"Library version         ", "1.0.332.3"},
-        {"Framework version       ", "wxWidgets 3.2."},
-        {"Another instance runs   ", "no"},
+        {"wxWidgets version       ", "3.2."},
+        {"Already running         ", "no"},
         {"Settings                ", m_host.ConfigurationPath() / "host.ini"},
         {"Log                     ", m_host.LogPath()},
     };
@@ -173,9 +173,8 @@ TEST_F(HostTest, LogsWhatGoesWrongAtTheLevelOfErrors)
 
     m_host.Run({"-level", "0"});
 
-    EXPECT_THAT(LogLines(),
-                ElementsAre(MatchesRegex(
-                    "0 [0-9]+ : [0-9]+ : Fail : There is no text to search, cannot read: .*")));
+    EXPECT_THAT(LogLines(), ElementsAre(MatchesRegex(
+                                "0 [0-9]+ : [0-9]+ : Fail : Cannot read the text to search: .*")));
 }
 
 TEST_F(HostTest, RefusesALevelThatIsNone)
@@ -244,7 +243,7 @@ TEST_F(HostTest, ShowsCharactersThatATerminalActsOn)
     const ProgramResult result =
         m_host.Run({"-config", "a\x1B[31m\tb\xC2\x9B\xE2\x80\xAE\xC3\xB6"});
 
-    EXPECT_THAT(result.errors, HasSubstr("cannot read: a\\x1B[31m\\x09b\\x9B\\x202E\xC3\xB6\n"));
+    EXPECT_THAT(result.errors, HasSubstr("the settings: a\\x1B[31m\\x09b\\x9B\\x202E\xC3\xB6\n"));
 }
 
 TEST_F(HostTest, FailsWithoutSettings)
@@ -253,7 +252,7 @@ TEST_F(HostTest, FailsWithoutSettings)
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, "host: There are no settings, cannot read: " +
+    EXPECT_EQ(result.errors, "host: Cannot read the settings: " +
                                  (m_host.ConfigurationPath() / "host.ini").native() + "\n");
 }
 
@@ -264,7 +263,7 @@ TEST_F(HostTest, FailsWithoutItsText)
     const ProgramResult result = m_host.Run({});
 
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.errors, "host: There is no text to search, cannot read: " +
+    EXPECT_EQ(result.errors, "host: Cannot read the text to search: " +
                                  (m_host.ConfigurationPath() / "none.txt").native() + "\n");
 }
 

@@ -16,7 +16,7 @@ namespace Toolkit::TestSupport {
 using Arguments = std::vector<std::string>;
 
 /// What a start of the host prints when another one has taken its line.
-constexpr const char* c_handedOver = "Handed over to the host that serves.\n";
+constexpr const char* c_handedOver = "Handed over to the serving host.\n";
 
 /// An installed host with all plug-ins, and a directory for what their commands read and write.
 class HostWithPlugIns : public testing::Test {

@@ -36,7 +36,7 @@ bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
     archive.Open(path);
     if (archive.EntriesList(entries, run.GetValue(L"filter"), ArchiveEntriesFlags::FilesOnly) < 0 ||
         !BeginsLikeAnArchive(path))
-        return run.Fail(path + L" is no archive that can be read");
+        return run.Fail(path + L" is not a readable archive");
     return true;
 }
 

@@ -18,7 +18,7 @@ bool InputFile::Read(std::string& block, unsigned int size)
     block.resize(size);
     if (!m_file.Read(block.data(), size)) {
         m_isAtEnd = m_file.IsEOF();
-        return m_isAtEnd ? false : m_run.Fail(L"cannot read on in " + m_run.GetValue(L"in"));
+        return m_isAtEnd ? false : m_run.Fail(L"cannot continue reading " + m_run.GetValue(L"in"));
     }
     const long long end = m_file.GetOffset();
     block.resize(static_cast<std::size_t>(end - begin));

@@ -108,7 +108,7 @@ bool QuotedPrintableFile::Encode(HostPlugIn::CommandRun& run)
     return ForEachLine(bytes, [&](unsigned int number, const std::string& line, bool hasEnd) {
         const Text text = UTF8::ToUNICODE(line);
         if ((text.empty() && !line.empty()) || line.find('\0') != std::string::npos)
-            return FailOnLine(run, number, L"this is no text in UTF-8");
+            return FailOnLine(run, number, L"this is not text in UTF-8");
         const std::string code =
             WithSoftBreaks(UTF8::ToUTF8(QP::ToQP(text))) + (hasEnd ? "\r\n" : "");
         return run.Write(code.data(), code.size());
@@ -131,7 +131,7 @@ bool QuotedPrintableFile::Decode(HostPlugIn::CommandRun& run)
         }
         std::string line;
         if (!DecodeLine(code, line))
-            return FailOnLine(run, number, L"this is no text in quoted-printable");
+            return FailOnLine(run, number, L"this is not quoted-printable text");
         code.clear();
         line += hasEnd ? "\n" : "";
         return run.Write(line.data(), line.size());
