@@ -58,7 +58,7 @@ public:
 
     void ReadByte()
     {
-        Require(Framework().GetC() == m_reference.GetC());
+        Require(WxStream().GetC() == m_reference.GetC());
         CompareState();
     }
 
@@ -66,7 +66,7 @@ public:
     {
         Bytes block(size);
         Bytes expected(size);
-        block.resize(Framework().Read(block.data(), size).LastRead());
+        block.resize(WxStream().Read(block.data(), size).LastRead());
         expected.resize(m_reference.Read(expected.data(), size).LastRead());
         Require(block == expected);
         CompareState();
@@ -75,8 +75,8 @@ public:
     // Peeks at a byte, and puts one back.
     void PeekAndPutBack(char byte)
     {
-        Require(Framework().Peek() == m_reference.Peek());
-        Require(Framework().Ungetch(byte) == m_reference.Ungetch(byte));
+        Require(WxStream().Peek() == m_reference.Peek());
+        Require(WxStream().Ungetch(byte) == m_reference.Ungetch(byte));
         CompareState();
     }
 
@@ -96,15 +96,15 @@ public:
     }
 
 private:
-    wxZipInputStream& Framework() const { return *static_cast<wxZipInputStream*>(m_stream); }
+    wxZipInputStream& WxStream() const { return *static_cast<wxZipInputStream*>(m_stream); }
 
     wxTextInputStream Reader() const { return wxTextInputStream(m_reference, " \t"); }
 
     void CompareState() const
     {
-        Require(Framework().GetLastError() == m_reference.GetLastError());
+        Require(WxStream().GetLastError() == m_reference.GetLastError());
         Require(m_stream.IsOk() == m_reference.IsOk());
-        Require(Framework().TellI() == m_reference.TellI());
+        Require(WxStream().TellI() == m_reference.TellI());
     }
 
     ZipInputStream& m_stream;

@@ -94,7 +94,7 @@ private:
 
 int ServeToolkit(const std::string& path, Shared& shared)
 {
-    const FrameworkHold framework;
+    const FrameworkHold hold;
     IPCServer server(std::wstring(path.begin(), path.end()));
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Counter(shared)));
     shared.isReady = server.Run();
@@ -128,7 +128,7 @@ private:
 
 int ServeBare(const std::string& path, Shared& shared)
 {
-    const FrameworkHold framework;
+    const FrameworkHold hold;
     BareServer server(shared);
     shared.isReady = server.Create(wxString(path));
     return wxAppConsole::GetInstance()->MainLoop();
@@ -138,7 +138,7 @@ int ServeBare(const std::string& path, Shared& shared)
 struct Servers {
     ServerProcess toolkit{"toolkit", ServeToolkit};
     ServerProcess bare{"bare", ServeBare};
-    const FrameworkHold framework;
+    const FrameworkHold hold;
 };
 
 Servers& TheServers()

@@ -54,7 +54,7 @@ protected:
     /// False when the last read met an error or the end of the data.
     bool IsOk() { return m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>())->IsOk(); }
 
-    const wxInitializer m_framework;
+    const wxInitializer m_wxWidgets;
     const CapturedLog m_log;
     const TempDir m_directory;
     ArchiveZip m_archive;

@@ -12,7 +12,7 @@ int main(int argc, char** argv)
 
     if (argc != 2)
         return 2;
-    const FrameworkHold framework;
+    const FrameworkHold hold;
     ArchiveZip archive;
     ArchiveZip::EntriesMap entries;
     archive.Open(UTF8::ToUNICODE(TString<char>(argv[1])));

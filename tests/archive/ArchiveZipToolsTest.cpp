@@ -94,7 +94,7 @@ TEST_F(ArchiveZipToolsTest, ReadsZip64)
     EXPECT_EQ(m_entries[L"long.txt"]->GetSize(), 75'000);
 }
 
-TEST_F(ArchiveZipToolsTest, ReadsEntriesBehindFourGigabytes)
+TEST_F(ArchiveZipToolsTest, ReadsEntriesBeyondFourGigabytes)
 {
     // A hole takes no room on the disk.
     Run("truncate -s 5G archive.zip");
@@ -106,7 +106,7 @@ TEST_F(ArchiveZipToolsTest, ReadsEntriesBehindFourGigabytes)
     EXPECT_EQ(Bytes(L"a"), "one");
 }
 
-TEST_F(ArchiveZipToolsTest, ReadsAnArchiveBehindAProgram)
+TEST_F(ArchiveZipToolsTest, ReadsAnArchiveAfterAProgram)
 {
     Run("zip -q -r plain.zip long.txt sub && (echo program; cat plain.zip) > archive.zip");
     ExpectFiles();

@@ -37,7 +37,7 @@ public:
     }
 
     ZipInputStream& Stream() { return *m_stream; }
-    wxZipInputStream& Framework() { return *static_cast<wxZipInputStream*>(*m_stream); }
+    wxZipInputStream& WxStream() { return *static_cast<wxZipInputStream*>(*m_stream); }
 
 private:
     ArchiveZip m_archive;
@@ -77,7 +77,7 @@ protected:
         return words;
     }
 
-    const wxInitializer m_framework;
+    const wxInitializer m_wxWidgets;
     const TempDir m_directory;
 };
 
@@ -108,7 +108,7 @@ TEST_F(ZipInputStreamTest, ReadsLongLines)
               (std::vector<std::wstring>(2, std::wstring(1'000'000, L'x'))));
 }
 
-TEST_F(ZipInputStreamTest, ReadsWordsBetweenBlanksTabsAndLineEnds)
+TEST_F(ZipInputStreamTest, ReadsWordsBetweenSpacesTabsAndLineEnds)
 {
     EXPECT_EQ(Words(" one\ttwo \r\n three\n"),
               (std::vector<std::wstring>{L"one", L"two", L"three", L""}));
@@ -130,7 +130,7 @@ TEST_F(ZipInputStreamTest, ReadsWordsLinesAndBytesInTurn)
 
     entry.Stream() >> first >> second;
     EXPECT_TRUE(entry.Stream().ReadLine(rest));
-    EXPECT_EQ(entry.Framework().GetC(), 'a');
+    EXPECT_EQ(entry.WxStream().GetC(), 'a');
     EXPECT_TRUE(entry.Stream().ReadLine(line));
     entry.Stream() >> bytes;
 
@@ -148,7 +148,7 @@ TEST_F(ZipInputStreamTest, LeavesWxWidgetsAtThePositionBetweenReads)
 
     entry.Stream().ReadLine(line);
 
-    EXPECT_EQ(entry.Framework().TellI(), 4);
+    EXPECT_EQ(entry.WxStream().TellI(), 4);
 }
 
 TEST_F(ZipInputStreamTest, HonoursAByteOrderMarkWhereAnOperationBegins)
@@ -196,10 +196,10 @@ TEST_F(ZipInputStreamTest, ReadsNothingWithoutAStream)
 
 TEST_F(ZipInputStreamTest, ReadsFromAStreamOfTheProgram)
 {
-    auto framework =
+    auto source =
         std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(Write("one two\n"))));
-    delete framework->GetNextEntry();
-    ZipInputStream stream(framework.release());
+    delete source->GetNextEntry();
+    ZipInputStream stream(source.release());
     TString<wchar_t> word;
     TString<wchar_t> line;
 
@@ -261,10 +261,10 @@ std::string ReadOnce(unsigned long way, OpenEntry& entry, wxZipInputStream& refe
         entry.Stream() >> word;
         if (word != reader.ReadWord())
             return "word";
-    } else if (entry.Framework().GetC() != reference.GetC()) {
+    } else if (entry.WxStream().GetC() != reference.GetC()) {
         return "byte";
     }
-    return entry.Framework().GetLastError() == reference.GetLastError() ? "" : "state";
+    return entry.WxStream().GetLastError() == reference.GetLastError() ? "" : "state";
 }
 
 TEST_F(ZipInputStreamTest, ReadsRandomTextsAsAFreshReaderPerCallDoes)

@@ -22,14 +22,14 @@ using Sections = std::map<std::string, Section>;
 std::string ReferenceTrim(const std::string& text)
 {
     std::string trimmed;
-    std::string blanks;
+    std::string spaces;
     for (const char character : text) {
         if (character == ' ' || character == '\t') {
-            blanks += character;
+            spaces += character;
         } else {
-            trimmed += trimmed.empty() ? std::string() : blanks;
+            trimmed += trimmed.empty() ? std::string() : spaces;
             trimmed += character;
-            blanks.clear();
+            spaces.clear();
         }
     }
     return trimmed;

@@ -29,7 +29,7 @@ using Arguments = std::vector<std::string>;
 using Paths = std::map<std::string, std::string>;
 
 // The ways to start the program. No result may depend on them.
-const Arguments c_starts[] = {{}, {"locale"}, {"framework"}, {"framework", "locale"}};
+const Arguments c_starts[] = {{}, {"locale"}, {"wxWidgets"}, {"wxWidgets", "locale"}};
 
 const passwd& Account()
 {
@@ -114,7 +114,7 @@ TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtensi
         for (const auto& [file, name] : cases) {
             SCOPED_TRACE(std::string(locale) + " " + file);
             EXPECT_EQ(Run(std::string("bin/") + file, {})["name"], name);
-            EXPECT_EQ(Run(std::string("bin/") + file, {"framework", "locale"})["name"], name);
+            EXPECT_EQ(Run(std::string("bin/") + file, {"wxWidgets", "locale"})["name"], name);
         }
     }
 }
@@ -181,7 +181,7 @@ TEST_F(PathManagerProgramTest, FollowsTheApplicationNameOfWxWidgets)
             SCOPED_TRACE(std::string(locale) + " " + home);
             const ScopedEnvironment localeVariable("LC_ALL", locale);
             const ScopedEnvironment homeVariable("HOME", Path(home));
-            Paths paths = Run("bin/tool", {"framework", "locale", "Viewer"});
+            Paths paths = Run("bin/tool", {"wxWidgets", "locale", "Viewer"});
             EXPECT_EQ(paths["configuration"], Path("share/Viewer/config"));
             EXPECT_EQ(paths["ressources"], Path("share/Viewer/ressources"));
             EXPECT_EQ(paths["user's directory"], Path(home) + "/.Viewer");

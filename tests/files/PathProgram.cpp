@@ -36,21 +36,21 @@ void PrintPaths(const PathManager& paths)
 
 } // namespace
 
-// "framework" starts wxWidgets first, "locale" sets the locale of the environment. Any other
+// "wxWidgets" starts wxWidgets first, "locale" sets the locale of the environment. Any other
 // argument becomes the application's name in wxApp.
 int main(int argc, char** argv)
 {
-    bool framework = false;
+    bool usesWxWidgets = false;
     const char* name = nullptr;
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "framework") == 0)
-            framework = true;
+        if (std::strcmp(argv[i], "wxWidgets") == 0)
+            usesWxWidgets = true;
         else if (std::strcmp(argv[i], "locale") == 0)
             std::setlocale(LC_ALL, "");
         else
             name = argv[i];
     }
-    if (framework)
+    if (usesWxWidgets)
         LibModuleManager::GetInstance()->Initialize(true);
     if (name) {
         wxAppConsole::GetInstance()->SetAppName(name);
@@ -59,7 +59,7 @@ int main(int argc, char** argv)
     PathManager::CreateInstance();
     PrintPaths(*PathManager::GetInstance());
     PathManager::ReleaseInstance();
-    if (framework)
+    if (usesWxWidgets)
         LibModuleManager::GetInstance()->Release(true);
     return 0;
 }

@@ -36,8 +36,8 @@ inline std::wstring FormatTime(std::wstring pattern)
     const std::wstring clock = hasTwelveHours ? L"07:04" : L"19:04";
     ReplaceRepeatedly(pattern, L"%T", clock);
     ReplaceRepeatedly(pattern, L"%R", clock);
-    const std::size_t blank = pattern.find(L' ');
-    return blank == std::wstring::npos ? pattern : pattern.substr(blank + 1);
+    const std::size_t space = pattern.find(L' ');
+    return space == std::wstring::npos ? pattern : pattern.substr(space + 1);
 }
 
 } // namespace Toolkit::References

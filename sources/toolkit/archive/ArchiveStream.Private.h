@@ -59,7 +59,7 @@ private:
     std::string m_ahead;
     std::size_t m_aheadBegin = 0; // bytes of m_ahead before it have been read
     // The state of the stream once all peeked bytes have been read.
-    wxStreamError m_errorBehind = wxSTREAM_NO_ERROR;
+    wxStreamError m_errorAfterPeeked = wxSTREAM_NO_ERROR;
 };
 
 } // namespace Toolkit

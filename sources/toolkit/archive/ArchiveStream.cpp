@@ -69,7 +69,7 @@ std::string_view ArchiveStream::Ahead() const
 
 bool ArchiveStream::LookAhead()
 {
-    if (!IsOk() || m_errorBehind != wxSTREAM_NO_ERROR)
+    if (!IsOk() || m_errorAfterPeeked != wxSTREAM_NO_ERROR)
         return false;
     const wxFileOffset left = GetLength() - wxZipInputStream::OnSysTell();
     if (left <= 0)
@@ -86,7 +86,7 @@ bool ArchiveStream::LookAhead()
     const std::size_t count = wxZipInputStream::OnSysRead(ahead.data() + oldSize, size);
     ahead.resize(oldSize + count);
     m_ahead = std::move(ahead);
-    m_errorBehind = GetLastError();
+    m_errorAfterPeeked = GetLastError();
     Reset();
     return count > 0;
 }
@@ -111,7 +111,7 @@ bool ArchiveStream::CloseEntry()
     TakeBackUnread();
     m_ahead.clear();
     m_aheadBegin = 0;
-    m_errorBehind = wxSTREAM_NO_ERROR;
+    m_errorAfterPeeked = wxSTREAM_NO_ERROR;
     return wxZipInputStream::CloseEntry();
 }
 
@@ -136,9 +136,9 @@ std::size_t ArchiveStream::OnSysRead(void* buffer, std::size_t size)
         Skip(count);
         return count;
     }
-    if (m_errorBehind == wxSTREAM_NO_ERROR)
+    if (m_errorAfterPeeked == wxSTREAM_NO_ERROR)
         return wxZipInputStream::OnSysRead(buffer, size);
-    m_lasterror = std::exchange(m_errorBehind, wxSTREAM_NO_ERROR);
+    m_lasterror = std::exchange(m_errorAfterPeeked, wxSTREAM_NO_ERROR);
     return 0;
 }
 

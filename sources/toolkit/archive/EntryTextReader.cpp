@@ -25,7 +25,7 @@ bool IsLineEnd(char byte)
     return byte == '\n' || byte == '\r';
 }
 
-bool IsBlankOrLineEnd(char byte)
+bool IsWhiteSpace(char byte)
 {
     return byte == ' ' || byte == '\t' || IsLineEnd(byte);
 }
@@ -53,8 +53,8 @@ std::optional<Span> FindLine(std::string_view bytes)
 // The word that comes next, after spaces, tabs and line ends.
 std::optional<Span> FindWord(std::string_view bytes)
 {
-    const auto begin = std::find_if_not(bytes.begin(), bytes.end(), IsBlankOrLineEnd);
-    const auto end = std::find_if(begin, bytes.end(), IsBlankOrLineEnd);
+    const auto begin = std::find_if_not(bytes.begin(), bytes.end(), IsWhiteSpace);
+    const auto end = std::find_if(begin, bytes.end(), IsWhiteSpace);
     if (end == bytes.end())
         return std::nullopt;
     return Span{static_cast<std::size_t>(begin - bytes.begin()),

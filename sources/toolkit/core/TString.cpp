@@ -83,7 +83,7 @@ int CompareLengths(std::size_t left, std::size_t right)
     return left < right ? -1 : 1;
 }
 
-constexpr bool IsBlank(wchar_t character)
+constexpr bool IsSpaceOrTab(wchar_t character)
 {
     return character == L' ' || character == L'\t';
 }
@@ -338,8 +338,9 @@ bool TString<wchar_t>::HasSubstring(const TString& needle) const
 template <>
 TString<wchar_t>& TString<wchar_t>::Trim()
 {
-    const auto first = std::find_if_not(begin(), end(), IsBlank);
-    const auto last = std::find_if_not(rbegin(), std::make_reverse_iterator(first), IsBlank).base();
+    const auto first = std::find_if_not(begin(), end(), IsSpaceOrTab);
+    const auto last =
+        std::find_if_not(rbegin(), std::make_reverse_iterator(first), IsSpaceOrTab).base();
     erase(last, end());
     erase(begin(), first);
     return *this;
