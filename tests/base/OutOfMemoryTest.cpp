@@ -29,7 +29,7 @@ TEST(OutOfMemoryTest, MovesItsResult)
     EXPECT_EQ(*result, 7);
 }
 
-TEST(OutOfMemoryTest, CompletesTellsAnEndFromAnException)
+TEST(OutOfMemoryTest, DistinguishesAnEndFromAnExceptionInCompletes)
 {
     EXPECT_TRUE(Completes([] {}));
     EXPECT_FALSE(Completes([] { throw std::bad_alloc(); }));

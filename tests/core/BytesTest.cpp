@@ -174,7 +174,7 @@ TEST(BytesTest, RefusesToCopyWhatIsMissing)
     EXPECT_EQ(size, 7u);
 }
 
-TEST(BytesTest, CopiesThatFindNoMemoryAreRefused)
+TEST(BytesTest, RefusesACopyWhenOutOfMemory)
 {
     const std::string source(1000, 'x');
     Bytes bytes(Raw("before"), 6);

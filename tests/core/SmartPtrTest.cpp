@@ -187,7 +187,7 @@ TEST_F(SmartPtrTest, ReleasesTheObjectOnceWithTheLastCopy)
     EXPECT_EQ(RecordingPolicy::s_released.size(), 1u);
 }
 
-TEST_F(SmartPtrTest, CopiesTakeNoMemory)
+TEST_F(SmartPtrTest, AllocatesNothingForCopies)
 {
     const smart_ptr<Counted> original(new Counted());
     smart_ptr<Counted> assigned;
@@ -413,7 +413,7 @@ TEST_F(SmartPtrTest, CallsTheReleaseListenerOnceAndDeletesItWithTheBlock)
     EXPECT_EQ(events, "released-after-object deleted ");
 }
 
-TEST_F(SmartPtrTest, CopiesAreMadeAndDroppedOnSeveralThreads)
+TEST_F(SmartPtrTest, MakesAndDropsCopiesOnSeveralThreads)
 {
     constexpr int threadCount = 4;
     constexpr int rounds = 5000;

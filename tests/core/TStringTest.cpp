@@ -60,7 +60,7 @@ TEST(TStringTest, ConstructsAnEmptyStringFromANullPointer)
     EXPECT_TRUE(Wide(nothing).empty());
 }
 
-TEST(TStringTest, CopiesAndAssignmentsKeepTheWholeText)
+TEST(TStringTest, KeepsTheWholeTextInCopiesAndAssignments)
 {
     const Wide original(std::wstring(L"a\0b", 3));
 

@@ -24,19 +24,17 @@ std::vector<std::string> WordsOf(const std::string& name)
 }
 
 // A name promises what the class does, so it starts with a verb that has "the class" as its
-// subject: "Returns", "Cannot", "Only". A plural noun ends in an s too; "Are" after it gives it
-// away.
+// subject: "Returns", "Cannot", "Only". A plural noun ends in an s too; the word
+// after it gives it away.
 bool IsPromise(const std::string& name)
 {
     static const std::set<std::string> helpers = {"Can", "Cannot", "May", "Never", "Only"};
-    static const std::set<std::string> verbsOfPlurals = {"Are", "Can",  "Cannot", "Do",
-                                                         "Go",  "Have", "May",    "Stay"};
+    static const std::set<std::string> wordsAfterPlurals = {
+        "Are", "Become", "Can", "Cannot", "Go", "Have", "Keep", "May", "Stay", "Take", "That"};
     const std::vector<std::string> words = WordsOf(name);
-    if (words.empty())
-        return false;
-    if (words.size() > 1 && verbsOfPlurals.count(words[1]) > 0)
-        return false;
-    return words[0].ends_with('s') || helpers.count(words[0]) > 0;
+    if (words.empty() || !words[0].ends_with('s'))
+        return !words.empty() && helpers.count(words[0]) > 0;
+    return words.size() == 1 || wordsAfterPlurals.count(words[1]) == 0;
 }
 
 // "Suite.Name" of each test of the sources below this one.

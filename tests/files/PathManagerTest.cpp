@@ -57,7 +57,7 @@ TEST(PathManagerSingletonTest, KeepsTheFirstInstanceInASecondCreation)
     PathManager::ReleaseInstance();
 }
 
-TEST(PathManagerSingletonTest, CopiesOutliveTheRelease)
+TEST(PathManagerSingletonTest, LetsCopiesOutliveTheRelease)
 {
     const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().native());

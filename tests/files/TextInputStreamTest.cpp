@@ -46,7 +46,7 @@ TEST(TextInputStreamTest, DecodesWordsFromUtf8)
     EXPECT_EQ(Words("caf\xC3\xA9 \xE6\x96\x87\xE5\xAD\x97 \xF0\x9F\x98\x80", 3), expected);
 }
 
-TEST(TextInputStreamTest, ReadsAreChained)
+TEST(TextInputStreamTest, ChainsReads)
 {
     const std::string bytes = "one two";
     wxMemoryInputStream memory(bytes.data(), bytes.size());

@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(AtomicRecursionTest, CallsBecomeAtomic)
+TEST(AtomicRecursionTest, MakesCallsAtomic)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"(a(?1)?b)", "(a(?>(?1))?b)"},

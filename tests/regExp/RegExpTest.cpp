@@ -313,7 +313,7 @@ TEST(RegExpTest, KeepsTheCodeOfAFailedSearch)
     EXPECT_EQ(result->resultCode, -24);
 }
 
-TEST(RegExpTest, CopiesAreIndependent)
+TEST(RegExpTest, MakesIndependentCopies)
 {
     RegExp original = Pattern("a");
     const RegExp copy = original;
