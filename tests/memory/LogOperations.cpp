@@ -150,7 +150,7 @@ TString<wchar_t> LogName()
 
 std::filesystem::path LogPath()
 {
-    return std::filesystem::path("/tmp") / (std::wstring(LogName()) + L".qvlog");
+    return std::filesystem::temp_directory_path() / (std::wstring(LogName()) + L".qvlog");
 }
 
 void FileLogged(Attempt& attempt)

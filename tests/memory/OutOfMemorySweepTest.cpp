@@ -1,6 +1,8 @@
 #include "toolkit/module/LibModuleManager.h"
 
+#include "support/ScopedEnvironment.h"
 #include "support/Soak.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +10,7 @@
 #include <atomic>
 #include <cctype>
 #include <limits>
+#include <memory>
 #include <string>
 
 #include "memory/Sweep.h"
@@ -30,8 +33,11 @@ std::string TestName(const testing::TestParamInfo<std::size_t>& info)
 
 class OutOfMemorySweepTest : public testing::TestWithParam<std::size_t> {
 protected:
+    static void SetUpTestSuite() { s_world = std::make_unique<World>(); }
+
     static void TearDownTestSuite()
     {
+        s_world.reset();
         Covered(std::to_string(Operations().size()) + " operations, " + std::to_string(s_points) +
                 " failed allocations of the library");
     }
@@ -53,7 +59,18 @@ protected:
                 return;
         }
     }
+
+private:
+    struct World {
+        TempDir directory;
+        ScopedEnvironment home{"HOME", directory.Path().string()};
+        ScopedEnvironment temporary{"TMPDIR", directory.Path().string()};
+    };
+
+    static std::unique_ptr<World> s_world;
 };
+
+std::unique_ptr<OutOfMemorySweepTest::World> OutOfMemorySweepTest::s_world;
 
 TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenOneAllocationFails)
 {
