@@ -1,0 +1,101 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ToolFixture.h"
+#include "examples/ProgramOnTerminal.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+using CommandTest = ToolFixture;
+
+TEST_F(CommandTest, PrintsItsVersion)
+{
+    const ProgramResult result = Run({"--version"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "toolkit 1.0.332.3\n");
+}
+
+TEST_F(CommandTest, HelpNamesTheSubcommands)
+{
+    const ProgramResult result = Run({"--help"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, HasSubstr("log "));
+}
+
+TEST_F(CommandTest, WrongUsageIsAnError)
+{
+    const std::vector<std::string> cases[] = {
+        {}, {"nonesuch"}, {"--nonesuch"}, {"log", "--nonesuch"}, {"log", "-s", "loud", "x"}};
+    for (const auto& arguments : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const ProgramResult result = Run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_NE(result.errors, "");
+    }
+}
+
+TEST_F(CommandTest, ShowsControlCharactersOfArgumentsAsText)
+{
+    EXPECT_THAT(Run({"log", "x", "\x1B]0;evil\x07"}).errors,
+                AllOf(HasSubstr("\\x1B]0;evil\\x07"), Not(HasSubstr("\x1B"))));
+    EXPECT_EQ(Run({"log", "\x1B[31m"}).errors, "toolkit: there is no log called \\x1B[31m\n");
+}
+
+TEST_F(CommandTest, AFullDiskIsAnError)
+{
+    Write(L"a.qvlog", "2 100 : 1 : f : x\n");
+
+    for (const std::string arguments : {"--version", "--help", "log $dir/a.qvlog"}) {
+        SCOPED_TRACE(arguments);
+        const ProgramResult result = Shell("$toolkit " + arguments + " > /dev/full");
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_THAT(result.errors, StartsWith("toolkit: cannot write to standard output"));
+    }
+}
+
+TEST_F(CommandTest, EndsLikeOtherProgramsWhenTheReaderGoesAway)
+{
+    std::string log;
+    for (int i = 0; i < 100000; ++i)
+        log += "2 100 : 1 : f : x\n";
+    Write(L"a.qvlog", log);
+
+    const ProgramResult result = Shell("{ $toolkit log $dir/a.qvlog; echo $? >&2; } | head -n 1");
+
+    EXPECT_EQ(result.output, "100 info f:1 x\n");
+    EXPECT_EQ(result.errors, "141\n"); // 128 and SIGPIPE
+}
+
+TEST_F(CommandTest, ColoursAreForTerminalsOnly)
+{
+    const std::string log = Write(L"a.qvlog", "0 100 : 1 : f : x\n");
+    const ScopedEnvironment terminal("TERM", "xterm");
+    const ScopedEnvironment refusal("NO_COLOR", std::nullopt);
+
+    EXPECT_EQ(Run({"log", log}).output, "100 error f:1 x\n");
+    ProgramOnTerminal shown(TOOLKIT_COMMAND, {"log", log});
+    EXPECT_THAT(shown.ReadUntil(" x\r\n"), HasSubstr("\033[31merror\033[0m"));
+}
+
+TEST_F(CommandTest, NoColorTurnsColoursOff)
+{
+    const std::string log = Write(L"a.qvlog", "0 100 : 1 : f : x\n");
+    const ScopedEnvironment terminal("TERM", "xterm");
+    const ScopedEnvironment refusal("NO_COLOR", "1");
+
+    ProgramOnTerminal shown(TOOLKIT_COMMAND, {"log", log});
+
+    EXPECT_THAT(shown.ReadUntil(" x\r\n"), Not(HasSubstr("\033")));
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

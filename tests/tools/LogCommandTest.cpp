@@ -1,0 +1,258 @@
+#include "toolkit/system/TickCount.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <sys/stat.h>
+
+#include "ToolFixture.h"
+#include "examples/ProgramOnTerminal.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+class LogCommandTest : public ToolFixture {
+protected:
+    // What the command prints of a log with that text.
+    std::string Print(const std::string& log, std::vector<std::string> arguments = {}) const
+    {
+        arguments.insert(arguments.begin(), {"log", Write(L"a.qvlog", log)});
+        const ProgramResult result = Run(arguments);
+        EXPECT_EQ(result.errors, "");
+        return result.output;
+    }
+};
+
+constexpr const char* c_everyForm = "0 4294967000 : 64 : Parse : Unable to open file : a.ini\n"
+                                    "1  : wx : 1236232148 : disk full\n"
+                                    "3 4294967295 : 7 : Work : two\nlines\n"
+                                    "4 20 : 8 : Work : \n";
+
+TEST_F(LogCommandTest, PrintsEveryFormOfALine)
+{
+    EXPECT_EQ(Print(c_everyForm), "4294967000 error Parse:64 Unable to open file : a.ini\n"
+                                  "2009-03-05 05:49:08.000 warning wx disk full\n"
+                                  "4294967295 debug Work:7 two\n"
+                                  "    lines\n"
+                                  "20 verbose Work:8 \n");
+}
+
+TEST_F(LogCommandTest, PrintsJson)
+{
+    EXPECT_EQ(Print(c_everyForm, {"--json"}),
+              "{\"tick\":4294967000,\"severity\":\"error\",\"line\":64,\"function\":\"Parse\","
+              "\"message\":\"Unable to open file : a.ini\"}\n"
+              "{\"time\":\"2009-03-05T05:49:08.000Z\",\"severity\":\"warning\","
+              "\"function\":\"wx\",\"message\":\"disk full\"}\n"
+              "{\"tick\":4294967295,\"severity\":\"debug\",\"line\":7,\"function\":\"Work\","
+              "\"message\":\"two\\u000alines\"}\n"
+              "{\"tick\":20,\"severity\":\"verbose\",\"line\":8,\"function\":\"Work\","
+              "\"message\":\"\"}\n");
+}
+
+TEST_F(LogCommandTest, JsonHoldsAnyText)
+{
+    EXPECT_EQ(Print("2 1 : 1 : f : \"\\\xC3\xA9\xFF\x1B\xE2\x80\xAE\n", {"--json"}),
+              "{\"tick\":1,\"severity\":\"info\",\"line\":1,\"function\":\"f\","
+              "\"message\":\"\\\"\\\\\xC3\xA9\\ufffd\\u001b\\u202e\"}\n");
+}
+
+TEST_F(LogCommandTest, ShowsControlCharactersOfMessagesAsText)
+{
+    EXPECT_EQ(Print("2 1 : 1 : f : \x1B[2J\xC2\x9B\xE2\x80\xAE\xFF caf\xC3\xA9\n"),
+              "1 info f:1 \\x1B[2J\\x9B\\x202E\\xFF caf\xC3\xA9\n");
+}
+
+TEST_F(LogCommandTest, ContinuesAtTheSeamOfAWrappedLog)
+{
+    EXPECT_EQ(Print("2 900 : 1 : f : 5\n2 300 : 1 : f : 2\n2 500 : 1 : f : 3\n2 700 : 1 : f : 4\n"),
+              "300 info f:1 2\n500 info f:1 3\n700 info f:1 4\n900 info f:1 5\n");
+}
+
+TEST_F(LogCommandTest, ShowsTheRestOfTheLineThatTheSeamCuts)
+{
+    EXPECT_EQ(Print("2 900 : 1 : f : 5\n: f : 1\n2 300 : 1 : f : 2\n2 700 : 1 : f : 4\n"),
+              "- cut - : f : 1\n300 info f:1 2\n700 info f:1 4\n900 info f:1 5\n");
+}
+
+TEST_F(LogCommandTest, FindsTheSeamWhereTheTickCountWrappedAround)
+{
+    EXPECT_EQ(Print("2 1500 : 1 : f : 5\n2 4294966296 : 1 : f : 2\n2 4294967290 : 1 : f : 3\n"
+                    "2 500 : 1 : f : 4\n"),
+              "4294966296 info f:1 2\n4294967290 info f:1 3\n500 info f:1 4\n1500 info f:1 5\n");
+}
+
+// 40 days are nearer to the next wrap of the tick count than to the last one.
+TEST_F(LogCommandTest, FindsTheSeamOfALogOfFortyDays)
+{
+    EXPECT_EQ(Print("2 3456000000 : 1 : f : 6\n2 0 : 1 : f : 1\n2 691200000 : 1 : f : 2\n"
+                    "2 1382400000 : 1 : f : 3\n2 2073600000 : 1 : f : 4\n"
+                    "2 2764800000 : 1 : f : 5\n"),
+              "0 info f:1 1\n691200000 info f:1 2\n1382400000 info f:1 3\n"
+              "2073600000 info f:1 4\n2764800000 info f:1 5\n3456000000 info f:1 6\n");
+}
+
+TEST_F(LogCommandTest, FindsTheRestsOfTwoRounds)
+{
+    EXPECT_EQ(Print("2 9000 : 1 : f : 6\n"
+                    "2 5000 : 1 : f : 4\n2 7000 : 1 : f : 5\n"
+                    "2 1000 : 1 : f : 1\n2 3000 : 1 : f : 2\n"),
+              "1000 info f:1 1\n3000 info f:1 2\n5000 info f:1 4\n7000 info f:1 5\n"
+              "9000 info f:1 6\n");
+}
+
+TEST_F(LogCommandTest, KeepsTheOrderOfThreadsThatOvertakeEachOther)
+{
+    const std::string late = "2 100 : 1 : f : 1\n2 3000 : 1 : f : 2\n2 1500 : 1 : g : late\n"
+                             "2 3010 : 1 : f : 3\n2 3000 : 1 : g : 4\n2 9000 : 1 : f : 5\n";
+    EXPECT_EQ(Print(late), "100 info f:1 1\n3000 info f:1 2\n1500 info g:1 late\n"
+                           "3010 info f:1 3\n3000 info g:1 4\n9000 info f:1 5\n");
+}
+
+TEST_F(LogCommandTest, PrintsALineWithoutEnd)
+{
+    EXPECT_EQ(Print("2 100 : 1 : f : half"), "100 info f:1 half\n");
+}
+
+TEST_F(LogCommandTest, PrintsNothingOfAnEmptyLog)
+{
+    EXPECT_EQ(Print(""), "");
+}
+
+// A tick count of this machine's is that many milliseconds old.
+TEST_F(LogCommandTest, ShowsTheTimeOfDayInALogOfThisMachine)
+{
+    const std::string tick = std::to_string(GetTickCount() - 60000);
+    const std::time_t minuteAgo = std::time(nullptr) - 60;
+    char expected[64];
+    std::strftime(expected, sizeof expected, "%Y-%m-%d %H:%M:", std::gmtime(&minuteAgo));
+    const std::string now = std::to_string(GetTickCount());
+
+    const std::string output = Print("2 " + tick + " : 1 : f : x\n2 " + now + " : 1 : f : y\n");
+
+    EXPECT_THAT(output,
+                ContainsRegex("^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}\\.[0-9]{3} info f:1 x\n"));
+    if (minuteAgo % 60 < 57 && minuteAgo % 60 > 3) {
+        EXPECT_THAT(output, HasSubstr(expected));
+    }
+}
+
+TEST_F(LogCommandTest, ShowsTheTickCountsOfAnotherMachinesLog)
+{
+    const std::string tick = std::to_string(GetTickCount() + 3600000);
+
+    EXPECT_EQ(Print("2 " + tick + " : 1 : f : x\n"), tick + " info f:1 x\n");
+}
+
+TEST_F(LogCommandTest, FiltersBySeverity)
+{
+    EXPECT_EQ(Print(c_everyForm, {"--severity", "warning"}),
+              "4294967000 error Parse:64 Unable to open file : a.ini\n"
+              "2009-03-05 05:49:08.000 warning wx disk full\n");
+}
+
+TEST_F(LogCommandTest, FiltersByFunction)
+{
+    EXPECT_EQ(Print(c_everyForm, {"-f", "Parse"}),
+              "4294967000 error Parse:64 Unable to open file : a.ini\n");
+}
+
+TEST_F(LogCommandTest, FiltersByText)
+{
+    EXPECT_EQ(Print(c_everyForm, {"--text", "lines"}), "4294967295 debug Work:7 two\n    lines\n");
+}
+
+TEST_F(LogCommandTest, FiltersByRegularExpression)
+{
+    EXPECT_EQ(Print(c_everyForm, {"--regex", "(?i)^DISK|\\.ini$"}),
+              "4294967000 error Parse:64 Unable to open file : a.ini\n"
+              "2009-03-05 05:49:08.000 warning wx disk full\n");
+}
+
+TEST_F(LogCommandTest, ExitsWithOneWhenNothingPassesTheFilters)
+{
+    const std::string log = Write(L"a.qvlog", c_everyForm);
+
+    EXPECT_EQ(Run({"log", log, "-t", "lines"}).exitCode, 0);
+    EXPECT_EQ(Run({"log", log, "-t", "nonesuch"}).exitCode, 1);
+}
+
+TEST_F(LogCommandTest, ReadsStandardInput)
+{
+    Write(L"a.qvlog", "2 900 : 1 : f : 5\n2 300 : 1 : f : 2\n");
+
+    for (const std::string line :
+         {"cat $dir/a.qvlog | $toolkit log -", "$toolkit log - < $dir/a.qvlog"})
+        EXPECT_EQ(Shell(line).output, "300 info f:1 2\n900 info f:1 5\n") << line;
+}
+
+TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
+{
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"log", "/nonesuch/a.qvlog"},
+         "toolkit: cannot open /nonesuch/a.qvlog: No such file or directory\n"},
+        {{"log", "/tmp"}, "toolkit: cannot read /tmp: Is a directory\n"},
+        {{"log", "no-such-logger"}, "toolkit: there is no log called no-such-logger\n"},
+        {{"log", "--follow"}, "toolkit: --follow needs a file or a name\n"}};
+    for (const auto& [arguments, message] : cases) {
+        const ProgramResult result = Run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.errors, message);
+    }
+}
+
+TEST_F(LogCommandTest, AnInvalidPatternIsAnError)
+{
+    const ProgramResult result = Run({"log", Write(L"a.qvlog", c_everyForm), "-e", "(x"});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.errors, HasSubstr("toolkit: no regular expression: "));
+}
+
+// The logs of this user, in the directory where loggers write.
+class LogOfLoggerTest : public ToolFixture {
+protected:
+    LogOfLoggerTest() { Write(""); }
+    ~LogOfLoggerTest() override
+    {
+        std::filesystem::remove(Path(""));
+        std::filesystem::remove(Path("-123"));
+    }
+
+    std::string Name() const { return "toolkit-log-test-" + std::to_string(::getpid()); }
+    std::string Path(const std::string& suffix) const
+    {
+        return "/tmp/" + Name() + suffix + ".qvlog";
+    }
+    void Write(const std::string& suffix) const
+    {
+        std::ofstream(Path(suffix)) << "2 100 : 1 : f : written" + suffix + "\n";
+    }
+};
+
+TEST_F(LogOfLoggerTest, IsFoundByItsName)
+{
+    EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written\n");
+}
+
+TEST_F(LogOfLoggerTest, IsTheFallbackFileThatWasWrittenLast)
+{
+    Write("-123");
+    const timespec past[] = {{1000, 0}, {1000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, Path("").c_str(), past, 0), 0);
+
+    EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written-123\n");
+}
+
+TEST_F(LogOfLoggerTest, IsListed)
+{
+    EXPECT_THAT(Run({"log"}).output,
+                ContainsRegex("[0-9]{4}-[0-9-]{5} [0-9:]{8} +24 " + Path("") + "\n"));
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

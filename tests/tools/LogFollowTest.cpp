@@ -1,0 +1,184 @@
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/logging/Log.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+
+#include "RunningCommand.h"
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+// Follows a log that the test writes like a logger does: in place.
+class LogFollowTest : public ToolFixture {
+protected:
+    LogFollowTest() : m_path(ToolFixture::Write(L"app.qvlog", "2 1000 : 1 : f : first\n")) {}
+
+    // Overwrites the file at `offset` and returns where the text ends.
+    long WriteAt(long offset, const std::string& text) const
+    {
+        std::fstream file(m_path, std::ios::in | std::ios::out | std::ios::binary);
+        file.seekp(offset);
+        file << text;
+        return offset + static_cast<long>(text.size());
+    }
+
+    long Append(const std::string& text) const
+    {
+        return WriteAt(static_cast<long>(std::filesystem::file_size(m_path)), text);
+    }
+
+    const std::string m_path;
+};
+
+TEST_F(LogFollowTest, ShowsANewLineWithinThreeTenthsOfASecond)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    const auto written = std::chrono::steady_clock::now();
+    Append("2 2000 : 1 : f : second\n");
+    command.ReadUntil("2000 info f:1 second\n");
+
+    EXPECT_LT(std::chrono::steady_clock::now() - written, std::chrono::milliseconds(300));
+}
+
+TEST_F(LogFollowTest, WaitsForTheEndOfALine)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    Append("2 2000 : 1 : f : sec");
+    Append("ond\n2 3000 : 1 : f : third\n");
+
+    EXPECT_THAT(command.ReadUntil("third\n"), HasSubstr("2000 info f:1 second\n3000 info"));
+}
+
+TEST_F(LogFollowTest, GoesOnAtTheBeginningWhenTheLogWraps)
+{
+    Append("2 2000 : 1 : f : second line\n2 3000 : 1 : f : third line\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("third line\n");
+
+    const long end = WriteAt(0, "2 9000 : 1 : f : wrapped\n");
+    command.ReadUntil("9000 info f:1 wrapped\n");
+    WriteAt(end, "2 9500 : 1 : f : next\n");
+
+    EXPECT_THAT(command.ReadUntil("next\n"), EndsWith("wrapped\n9500 info f:1 next\n"));
+}
+
+TEST_F(LogFollowTest, GoesOnInALogThatHasWrapped)
+{
+    const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
+    WriteAt(end, "rest\n2 3000 : 1 : f : oldest\n2 4000 : 1 : f : old\n");
+    RunningCommand command({"log", "--follow", m_path});
+    EXPECT_EQ(command.ReadUntil("newest\n"), "- cut - rest\n3000 info f:1 oldest\n"
+                                             "4000 info f:1 old\n9000 info f:1 newest\n");
+
+    WriteAt(end, "2 9500 : 1 : f : next\n");
+
+    EXPECT_THAT(command.ReadUntil("next\n"), EndsWith("newest\n9500 info f:1 next\n"));
+}
+
+TEST_F(LogFollowTest, GoesOnInATruncatedLog)
+{
+    Append("2 2000 : 1 : f : second\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("second\n");
+
+    std::filesystem::resize_file(m_path, 0);
+    Append("2 3000 : 1 : f : third\n");
+    command.ReadUntil("3000 info f:1 third\n");
+    Append("2 4000 : 1 : f : fourth\n");
+
+    EXPECT_THAT(command.ReadUntil("fourth\n"), EndsWith("third\n4000 info f:1 fourth\n"));
+}
+
+TEST_F(LogFollowTest, GoesOnInAFileWithAFallbackName)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    ToolFixture::Write(L"app-1234.qvlog", "2 5000 : 1 : f : fallback\n");
+
+    EXPECT_THAT(command.ReadUntil("5000 info f:1 fallback\n"), HasSubstr("app-1234.qvlog\n"));
+}
+
+TEST_F(LogFollowTest, GoesOnInAFileThatReplacesTheLog)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    std::filesystem::remove(m_path);
+    ToolFixture::Write(L"app.qvlog", "2 50 : 1 : f : anew\n");
+
+    command.ReadUntil("50 info f:1 anew\n");
+}
+
+TEST_F(LogFollowTest, AppliesTheFilters)
+{
+    RunningCommand command({"log", "--follow", "-s", "error", m_path});
+
+    Append("2 2000 : 1 : f : second\n0 3000 : 1 : f : third\n");
+
+    EXPECT_EQ(command.ReadUntil("third\n"), "3000 error f:1 third\n");
+}
+
+TEST_F(LogFollowTest, InterruptsEndItWell)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        RunningCommand command({"log", "--follow", m_path});
+        command.ReadUntil("first\n");
+        EXPECT_EQ(command.End(signal), 0);
+    }
+}
+
+TEST_F(LogFollowTest, EndsWhenTheReaderGoesAway)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    command.CloseOutput();
+
+    EXPECT_EQ(command.Wait(), -SIGPIPE);
+}
+
+// Each line of a logger whose file holds some forty lines.
+TEST_F(LogFollowTest, ShowsAllLinesOfALoggerThatWrapsOften)
+{
+    constexpr int lines = 200;
+    constexpr unsigned int limit = 4000;
+    const TString<wchar_t> name = L"toolkit-follow-test-" + std::to_wstring(::getpid());
+    smart_ptr<FileLogger> logger(new FileLogger(SeverityVerbose, name, limit));
+    const std::filesystem::path path = std::wstring(logger->GetPath(5000));
+    ILogger& log = *logger;
+    const auto write = [&log](int number) {
+        log.Write(L"2 " + std::to_wstring(1000 * number) + L" : 1 : f : a text of some length " +
+                  std::to_wstring(number) + L" end\n");
+    };
+    write(1);
+    RunningCommand command({"log", "--follow", path});
+
+    std::string expected = "1000 info f:1 a text of some length 1 end\n";
+    command.ReadUntil(expected);
+    for (int i = 2; i <= lines; ++i) {
+        write(i);
+        const std::string number = std::to_string(i);
+        expected += number + "000 info f:1 a text of some length " + number + " end\n";
+        EXPECT_EQ(command.ReadUntil(" " + number + " end\n"), expected);
+        ASSERT_FALSE(HasFailure());
+    }
+    logger = smart_ptr<FileLogger>();
+    std::filesystem::remove(path);
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

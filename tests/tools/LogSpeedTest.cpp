@@ -1,0 +1,71 @@
+#include "support/Soak.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+constexpr unsigned long long c_megabyte = 1000000;
+
+class LogSpeedTest : public ToolFixture {
+protected:
+    // A wrapped log: the newer half is the first in the file.
+    std::string WriteLog(unsigned long long bytes) const
+    {
+        const std::string path = PathOf("large.qvlog");
+        std::ofstream file(path, std::ios::binary);
+        unsigned long long written = 0;
+        for (unsigned int number = 0; written < bytes; ++number) {
+            const bool isNewer = written < bytes / 2;
+            const unsigned int tick = (isNewer ? 900000000 : 100000000) + number;
+            const std::string line = std::to_string(number % 5) + " " + std::to_string(tick) +
+                                     " : 64 : DoWork : a message of usual length, number " +
+                                     std::to_string(number) + "\n";
+            file << line;
+            written += line.size();
+        }
+        return path;
+    }
+};
+
+// The time is the processor's, so that other programs do not count.
+TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
+{
+    constexpr double leastBytesPerSecond = 200e6;
+    constexpr long mostKilobytes = 50000;
+    const auto megabytes = static_cast<unsigned long long>(SoakRounds(20, 1000));
+    const std::string path = WriteLog(megabytes * c_megabyte);
+
+    rusage usage{};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    const auto seconds = [&usage] {
+        return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+               static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+    };
+    const double before = seconds();
+    ASSERT_EQ(Shell("$toolkit log $dir/large.qvlog > /dev/null").exitCode, 0);
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    const double taken = seconds() - before;
+
+    const double speed = static_cast<double>(megabytes * c_megabyte) / taken;
+    Covered(std::to_string(megabytes) + " MB at " +
+            std::to_string(static_cast<int>(speed / c_megabyte)) + " MB/s in " +
+            std::to_string(usage.ru_maxrss / 1000) + " MB of memory");
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    EXPECT_LT(usage.ru_maxrss, mostKilobytes);
+    EXPECT_GT(speed, leastBytesPerSecond);
+#else
+    static_cast<void>(leastBytesPerSecond);
+    static_cast<void>(mostKilobytes);
+#endif
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

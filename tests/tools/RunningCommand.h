@@ -1,0 +1,103 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace Toolkit::TestSupport {
+
+/// The command `toolkit` while it runs, with its output in a pipe. It is ended with the object.
+class RunningCommand {
+public:
+    explicit RunningCommand(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), TOOLKIT_COMMAND);
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments)
+            pointers.push_back(argument.data());
+        pointers.push_back(nullptr);
+
+        int ends[2] = {-1, -1};
+        EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+        posix_spawn_file_actions_t actions;
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+        ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+        EXPECT_EQ(
+            ::posix_spawn(&m_process, TOOLKIT_COMMAND, &actions, nullptr, pointers.data(), environ),
+            0);
+        ::posix_spawn_file_actions_destroy(&actions);
+        ::close(ends[1]);
+        m_output = ends[0];
+    }
+
+    ~RunningCommand()
+    {
+        if (m_process > 0)
+            End(SIGKILL);
+        CloseOutput();
+    }
+
+    RunningCommand(const RunningCommand&) = delete;
+    RunningCommand& operator=(const RunningCommand&) = delete;
+
+    /// Waits until `text` is a part of what was written since the start, and returns that; fails
+    /// after ten seconds.
+    const std::string& ReadUntil(const std::string& text)
+    {
+        constexpr int longestWaitMs = 10000;
+
+        while (m_text.find(text) == std::string::npos) {
+            pollfd output{m_output, POLLIN, 0};
+            char bytes[4096];
+            const bool isReady = ::poll(&output, 1, longestWaitMs) == 1;
+            const ssize_t count = isReady ? ::read(m_output, bytes, sizeof bytes) : 0;
+            if (count <= 0) {
+                ADD_FAILURE() << "not written: " << text << "\nbut: " << m_text;
+                break;
+            }
+            m_text.append(bytes, static_cast<std::size_t>(count));
+        }
+        return m_text;
+    }
+
+    /// Closes the reading end of the pipe.
+    void CloseOutput()
+    {
+        if (m_output >= 0)
+            ::close(m_output);
+        m_output = -1;
+    }
+
+    /// Sends `signal` and waits for the end; returns the exit code, or minus the signal.
+    int End(int signal)
+    {
+        ::kill(m_process, signal);
+        return Wait();
+    }
+
+    int Wait()
+    {
+        int status = 0;
+        ::waitpid(m_process, &status, 0);
+        m_process = 0;
+        return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+    }
+
+    pid_t Process() const { return m_process; }
+
+private:
+    pid_t m_process = 0;
+    int m_output = -1;
+    std::string m_text;
+};
+
+} // namespace Toolkit::TestSupport

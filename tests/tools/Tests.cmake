@@ -1,0 +1,15 @@
+# Adds a test that runs the command of this build.
+function(toolkit_tool_test source)
+    toolkit_test(${source})
+    cmake_path(GET source STEM name)
+    target_compile_definitions(
+        ${name} PRIVATE TOOLKIT_COMMAND="$<TARGET_FILE:ToolkitCommand>"
+                        TOOLKIT_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+    )
+    add_dependencies(${name} ToolkitCommand)
+endfunction()
+
+toolkit_tool_test(tools/CommandTest.cpp)
+toolkit_tool_test(tools/LogFollowTest.cpp)
+toolkit_tool_test(tools/LogSpeedTest.cpp)
+toolkit_tool_test(tools/LogCommandTest.cpp)

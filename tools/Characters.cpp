@@ -1,0 +1,52 @@
+#include "Characters.h"
+
+namespace Tool {
+namespace {
+
+// RFC 3629, section 3: how many bytes a character takes that begins with `lead`; 0 for a byte that
+// begins none.
+std::size_t LengthOf(unsigned char lead)
+{
+    if (lead < 0x80)
+        return 1;
+    if (lead >= 0xC2 && lead < 0xE0)
+        return 2;
+    if (lead >= 0xE0 && lead < 0xF0)
+        return 3;
+    return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
+}
+
+bool IsCharacter(char32_t code, std::size_t length)
+{
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    const bool isSurrogate = code >= 0xD800 && code < 0xE000;
+    return code >= smallest[length] && code <= 0x10FFFF && !isSurrogate;
+}
+
+} // namespace
+
+Character TakeCharacter(std::string_view& text)
+{
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t length = LengthOf(lead);
+    bool isValid = length > 0 && length <= text.size();
+    char32_t code = length < 2 ? lead : lead & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; isValid && i < length; ++i) {
+        const auto next = static_cast<unsigned char>(text[i]);
+        isValid = (next & 0xC0) == 0x80;
+        code = code << 6 | (next & 0x3F);
+    }
+    isValid = isValid && IsCharacter(code, length);
+    const std::string_view bytes = text.substr(0, isValid ? length : 1);
+    text.remove_prefix(bytes.size());
+    return {isValid ? code : lead, isValid, bytes};
+}
+
+bool IsInvisible(char32_t code)
+{
+    return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x061C ||
+           (code >= 0x200E && code <= 0x200F) || (code >= 0x2028 && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069) || code == 0xFEFF;
+}
+
+} // namespace Tool

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Action.h"
+
+namespace CLI {
+class App;
+}
+
+namespace Tool {
+
+/// Each adds a subcommand to `app`. When it is chosen, parsing sets `action`.
+void AddLogCommand(CLI::App& app, Action& action);
+
+} // namespace Tool

@@ -1,0 +1,73 @@
+#include "LogClock.h"
+
+#include <ctime>
+#include <toolkit/system/TickCount.h>
+
+namespace Tool {
+namespace {
+
+constexpr WallTime c_msPerSecond = 1000;
+constexpr WallTime c_nsPerMs = 1000000;
+
+// How long after its tick count was read a line is in the file, at most, and how much a clock may
+// have been set meanwhile.
+constexpr WallTime c_toleranceMs = 3000;
+
+// Tick counts up to this much after the newest one are lines that came later.
+constexpr std::uint32_t c_longestFutureMs = 1U << 28;
+
+WallTime Milliseconds(const timespec& time)
+{
+    return time.tv_sec * c_msPerSecond + time.tv_nsec / c_nsPerMs;
+}
+
+WallTime Now(clockid_t clock)
+{
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return Milliseconds(time);
+}
+
+// How long the machine has slept since its start; ticks stand still meanwhile.
+WallTime SleptMs()
+{
+#ifdef CLOCK_BOOTTIME
+    return Now(CLOCK_BOOTTIME) - Now(CLOCK_MONOTONIC);
+#else
+    return 0;
+#endif
+}
+
+} // namespace
+
+LogClock::LogClock(std::uint32_t newestTick, const struct stat& file) : m_newestTick(newestTick)
+{
+    const WallTime written = Milliseconds(file.st_mtim);
+    const std::uint32_t age = Toolkit::GetTickCount() - newestTick;
+    const WallTime bySleeplessTicks = Now(CLOCK_REALTIME) - age;
+    const WallTime late = written - bySleeplessTicks;
+    if (late >= -c_toleranceMs && late <= c_toleranceMs)
+        m_newestTime = bySleeplessTicks;
+    else if (late < 0 && -late <= SleptMs() + c_toleranceMs)
+        m_newestTime = written;
+}
+
+std::optional<WallTime> LogClock::TimeOf(std::uint32_t tick) const
+{
+    if (!m_newestTime)
+        return {};
+    const std::uint32_t later = tick - m_newestTick;
+    if (later < c_longestFutureMs)
+        return *m_newestTime + later;
+    return *m_newestTime - static_cast<std::uint32_t>(m_newestTick - tick);
+}
+
+std::string FormatTime(std::time_t time)
+{
+    std::tm parts{};
+    ::localtime_r(&time, &parts);
+    char text[64];
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts)};
+}
+
+} // namespace Tool

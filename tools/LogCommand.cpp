@@ -1,0 +1,136 @@
+#include <CLI/CLI.hpp>
+#include <fcntl.h>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include "Commands.h"
+#include "Failure.h"
+#include "LogFiles.h"
+#include "LogFollowing.h"
+#include "LogHistory.h"
+#include "LogSeverities.h"
+#include "Output.h"
+#include "StopSignals.h"
+#include "TemporaryFile.h"
+
+namespace Tool {
+namespace {
+
+struct Options {
+    std::string log;
+    std::string severity;
+    std::vector<std::string> functions;
+    std::string text;
+    std::string pattern;
+    bool isFollowing = false;
+    bool isJson = false;
+
+    bool HasFilter() const
+    {
+        return !severity.empty() || !functions.empty() || !text.empty() || !pattern.empty();
+    }
+};
+
+LogFilter FilterOf(const Options& options)
+{
+    LogFilter filter;
+    const auto* const severity =
+        std::find(std::begin(c_severityNames), std::end(c_severityNames), options.severity);
+    if (severity != std::end(c_severityNames))
+        filter.SetSeverity(static_cast<int>(severity - std::begin(c_severityNames)));
+    filter.SetFunctions(options.functions);
+    filter.SetText(options.text);
+    filter.SetPattern(options.pattern);
+    return filter;
+}
+
+int List(Output& output)
+{
+    for (const LogFileEntry& file : FilesOfUser()) {
+        const std::string size = std::to_string(file.size);
+        output.Write(FormatTime(file.written) + " ");
+        output.Write(std::string(12 - std::min<std::size_t>(size.size(), 12), ' ') + size + " ");
+        output.WriteVisible(file.path);
+        output.Write("\n");
+    }
+    return ExitGood;
+}
+
+Descriptor OpenLog(const std::string& path)
+{
+    Descriptor file(path == "-" ? ::dup(STDIN_FILENO)
+                                : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    struct stat status {};
+    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
+        throw SystemFailure("cannot open " + path);
+    if (S_ISDIR(status.st_mode))
+        throw Failure("cannot read " + path + ": Is a directory");
+    return S_ISREG(status.st_mode) ? std::move(file) : Descriptor(SpoolToFile(file.Get()));
+}
+
+LogPrinter::Form FormOf(const Options& options)
+{
+    return options.isJson ? LogPrinter::Form::Json : LogPrinter::Form::Text;
+}
+
+int Show(const Options& options, Output& output)
+{
+    LogFilter filter = FilterOf(options);
+    LogPrinter printer(output, filter, FormOf(options));
+    const Descriptor file = OpenLog(PathOfLog(options.log));
+    PrintHistory(file.Get(), printer);
+    return options.HasFilter() && printer.Count() == 0 ? ExitNo : ExitGood;
+}
+
+int ShowAndFollow(const Options& options, Output& output)
+{
+    LogFilter filter = FilterOf(options);
+    LogPrinter printer(output, filter, FormOf(options));
+    const LogName name = NameOfLog(options.log);
+    const std::vector<LogFileEntry> known = FilesOfLog(name);
+    Descriptor file = OpenLog(PathOfLog(options.log));
+    const LogPosition position = PrintHistory(file.Get(), printer);
+    const StopSignals signals;
+    output.Flush();
+    Follow(name, LogFollower(std::move(file), position, printer), known, printer, output);
+    return ExitGood;
+}
+
+int Run(const Options& options, Output& output)
+{
+    if (options.isFollowing && (options.log.empty() || options.log == "-"))
+        throw Failure("--follow needs a file or a name");
+    if (options.log.empty())
+        return List(output);
+    return options.isFollowing ? ShowAndFollow(options, output) : Show(options, output);
+}
+
+} // namespace
+
+void AddLogCommand(CLI::App& app, Action& action)
+{
+    CLI::App* const log =
+        app.add_subcommand("log", "Print a log in the order of time, or list the logs");
+    const auto options = std::make_shared<Options>();
+    log->add_option("log", options->log,
+                    "Path of a file, name of a logger, or - for standard input; without it, list "
+                    "the logs of this user");
+    log->add_option("-s,--severity", options->severity, "Only lines at least as severe")
+        ->check(CLI::IsMember(
+            std::vector<std::string>(std::begin(c_severityNames), std::end(c_severityNames))));
+    log->add_option("-f,--function", options->functions, "Only lines of this function (repeatable)")
+        ->expected(1)
+        ->take_all();
+    log->add_option("-t,--text", options->text, "Only lines whose message contains this text");
+    log->add_option("-e,--regex", options->pattern,
+                    "Only lines whose message this regular expression matches");
+    log->add_flag("-F,--follow", options->isFollowing, "Go on with what is written meanwhile");
+    log->add_flag("-j,--json", options->isJson, "Print a JSON object on a line each");
+    log->callback([options, &action] {
+        action = [options](Output& output) { return Run(*options, output); };
+    });
+}
+
+} // namespace Tool

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace Tool {
+
+/// The log files of one name: "name.qvlog", and "name-1234.qvlog" where a logger could not have
+/// that.
+struct LogName {
+    std::string directory;
+    std::string name; ///< Empty for a single file with a name of another form.
+    std::string file; ///< That file's name.
+};
+
+/// A log file in a directory.
+struct LogFileEntry {
+    std::string path;
+    off_t size;
+    long long written; ///< Seconds since 1970.
+    ino_t inode;
+};
+
+/// The name that `argument` means: a path, or the name of a logger of this user.
+LogName NameOfLog(const std::string& argument);
+
+/// The file that `argument` means: the path that it is, or of the files of that name the one that
+/// was written last. Throws a `Failure` when there is none.
+std::string PathOfLog(const std::string& argument);
+
+/// The existing files of that name, the one that was written last first.
+std::vector<LogFileEntry> FilesOfLog(const LogName& name);
+
+/// The log files of this user, the one that was written last first.
+std::vector<LogFileEntry> FilesOfUser();
+
+} // namespace Tool

@@ -1,0 +1,82 @@
+#include "LogFollowing.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <iostream>
+#include <list>
+
+#include "LogHistory.h"
+#include "StopSignals.h"
+#include "VisibleText.h"
+
+namespace Tool {
+namespace {
+
+constexpr int c_intervalMs = 20;
+constexpr int c_intervalsPerScan = 5;
+
+// The files of a log that are followed.
+class Followers {
+public:
+    Followers(LogName name, LogFollower first, const std::vector<LogFileEntry>& known,
+              LogPrinter& printer)
+        : m_name(std::move(name)), m_printer(printer)
+    {
+        m_followers.push_back(std::move(first));
+        // What they hold already is no news.
+        for (const LogFileEntry& file : known)
+            Add(file, false);
+    }
+
+    void Poll()
+    {
+        for (LogFollower& follower : m_followers)
+            follower.Poll();
+        m_followers.remove_if([](const LogFollower& follower) { return follower.IsRemoved(); });
+    }
+
+    // Finds files that a logger has begun meanwhile.
+    void Scan()
+    {
+        for (const LogFileEntry& file : FilesOfLog(m_name))
+            Add(file, true);
+    }
+
+private:
+    void Add(const LogFileEntry& entry, bool isNew)
+    {
+        const auto isKnown = [&entry](const LogFollower& follower) {
+            return follower.Inode() == entry.inode;
+        };
+        if (std::any_of(m_followers.begin(), m_followers.end(), isKnown))
+            return;
+        Descriptor file(::open(entry.path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (!file.IsOpen())
+            return;
+        const LogPosition position = isNew ? LogPosition() : FindPosition(file.Get());
+        if (isNew)
+            std::cerr << "toolkit: the log goes on in " << VisibleText(entry.path) << std::endl;
+        m_followers.emplace_back(std::move(file), position, m_printer);
+    }
+
+    const LogName m_name;
+    LogPrinter& m_printer;
+    std::list<LogFollower> m_followers;
+};
+
+} // namespace
+
+void Follow(const LogName& name, LogFollower first, const std::vector<LogFileEntry>& known,
+            LogPrinter& printer, Output& output)
+{
+    Followers followers(name, std::move(first), known, printer);
+    for (int round = 1; !StopSignals::IsRequested(); ++round) {
+        followers.Poll();
+        if (round % c_intervalsPerScan == 0)
+            followers.Scan();
+        output.Flush();
+        output.Sleep(c_intervalMs);
+    }
+}
+
+} // namespace Tool

@@ -1,0 +1,58 @@
+#include "LogHistory.h"
+
+#include "Failure.h"
+#include "LogSeams.h"
+
+namespace Tool {
+namespace {
+
+struct stat StatusOf(int file)
+{
+    struct stat status {};
+    if (::fstat(file, &status) != 0)
+        throw SystemFailure("cannot read");
+    return status;
+}
+
+LogSeams FindSeams(int file, off_t length)
+{
+    LogSeams seams;
+    LogReader reader(file, 0, length);
+    LogRecord record;
+    while (reader.Read(record))
+        seams.Add(record);
+    return seams;
+}
+
+// The newest part is the last in time and the first in the file.
+LogPosition PositionOf(const LogSeams& seams, off_t length, const std::string& head)
+{
+    return {seams.PartsInOrder(length).back().end, length, head, seams.NewestTick()};
+}
+
+} // namespace
+
+LogPosition PrintHistory(int file, LogPrinter& printer)
+{
+    const struct stat status = StatusOf(file);
+    const std::string head = ReadHead(file);
+    const LogSeams seams = FindSeams(file, status.st_size);
+    if (seams.NewestTick())
+        printer.SetClock(LogClock(*seams.NewestTick(), status));
+    for (const LogPart& part : seams.PartsInOrder(status.st_size)) {
+        LogReader reader(file, part.begin, part.end);
+        LogRecord record;
+        while (reader.Read(record))
+            printer.Print(record);
+    }
+    return PositionOf(seams, status.st_size, head);
+}
+
+LogPosition FindPosition(int file)
+{
+    const off_t length = StatusOf(file).st_size;
+    const std::string head = ReadHead(file);
+    return PositionOf(FindSeams(file, length), length, head);
+}
+
+} // namespace Tool

@@ -1,0 +1,164 @@
+#include "LogPrinter.h"
+
+#include <algorithm>
+#include <ctime>
+
+#include "Json.h"
+#include "LogSeverities.h"
+#include "VisibleText.h"
+
+namespace Tool {
+namespace {
+
+constexpr WallTime c_msPerSecond = 1000;
+constexpr std::size_t c_severityWidth = 7;
+constexpr std::size_t c_placeWidth = 28;
+
+constexpr Output::Colour c_severityColours[] = {Output::Red, Output::Yellow, Output::Green,
+                                                Output::Cyan, Output::Grey};
+
+void AppendMilliseconds(std::string& text, WallTime time)
+{
+    const auto part = static_cast<int>(time % c_msPerSecond);
+    text += '.';
+    for (const int unit : {100, 10, 1})
+        text += static_cast<char>('0' + part / unit % 10);
+}
+
+std::string IsoText(WallTime time)
+{
+    const std::time_t seconds = time / c_msPerSecond;
+    std::tm parts{};
+    ::gmtime_r(&seconds, &parts);
+    char digits[64];
+    std::string text(digits, std::strftime(digits, sizeof digits, "%Y-%m-%dT%H:%M:%S", &parts));
+    AppendMilliseconds(text, time);
+    return text + 'Z';
+}
+
+} // namespace
+
+LogPrinter::LogPrinter(Output& output, LogFilter& filter, Form form)
+    : m_output(output), m_filter(filter), m_form(form)
+{
+}
+
+void LogPrinter::Print(const LogRecord& record)
+{
+    if (!m_filter.Accepts(record))
+        return;
+    ++m_count;
+    if (m_form == Form::Json)
+        PrintJson(record);
+    else
+        PrintText(record);
+}
+
+std::optional<WallTime> LogPrinter::TimeOf(const LogHeader& header) const
+{
+    if (header.isOfWx)
+        return header.tick * c_msPerSecond;
+    return m_clock.TimeOf(header.tick);
+}
+
+void LogPrinter::PrintText(const LogRecord& record)
+{
+    if (record.header) {
+        PrintTime(*record.header);
+        PrintSeverity(record.header->severity);
+        PrintPlace(*record.header);
+        PrintMessage(record.header->message);
+        return;
+    }
+    m_output.Write("- ");
+    PrintPadded("cut", c_severityWidth, Output::Grey);
+    PrintPadded("-", c_placeWidth, Output::Grey);
+    PrintMessage(record.text);
+}
+
+void LogPrinter::PrintTime(const LogHeader& header)
+{
+    const std::optional<WallTime> time = TimeOf(header);
+    if (!time) {
+        m_output.Write(std::to_string(header.tick), Output::Grey);
+    } else {
+        std::string text = SecondOf(*time);
+        AppendMilliseconds(text, *time);
+        m_output.Write(text, Output::Grey);
+    }
+    m_output.Write(" ");
+}
+
+// Lines of one second share the text, because the conversion takes longer than all the rest.
+const std::string& LogPrinter::SecondOf(WallTime time)
+{
+    const std::time_t second = time / c_msPerSecond;
+    if (second == m_second)
+        return m_secondText;
+    m_secondText = FormatTime(second);
+    m_second = second;
+    return m_secondText;
+}
+
+void LogPrinter::PrintSeverity(int severity)
+{
+    PrintPadded(c_severityNames[severity], c_severityWidth, c_severityColours[severity]);
+}
+
+void LogPrinter::PrintPlace(const LogHeader& header)
+{
+    m_place.clear();
+    if (header.isOfWx) {
+        m_place = "wx";
+    } else {
+        AppendVisible(m_place, header.function);
+        m_place.append(":").append(header.sourceLine);
+    }
+    PrintPadded(m_place, c_placeWidth, Output::Grey);
+}
+
+// The lines of a message after its first one are indented.
+void LogPrinter::PrintMessage(std::string_view message)
+{
+    for (std::size_t end = 0; (end = message.find('\n')) != std::string_view::npos;) {
+        m_output.WriteVisible(message.substr(0, end));
+        m_output.Write("\n    ");
+        message.remove_prefix(end + 1);
+    }
+    m_output.WriteVisible(message);
+    m_output.Write("\n");
+}
+
+void LogPrinter::PrintPadded(std::string_view text, std::size_t width, Output::Colour colour)
+{
+    constexpr std::string_view spaces = "                                ";
+
+    m_output.Write(text, colour);
+    const bool isPadded = m_output.IsTerminal() && text.size() < width;
+    m_output.Write(spaces.substr(0, isPadded ? width - text.size() + 1 : 1));
+}
+
+void LogPrinter::PrintJson(const LogRecord& record)
+{
+    std::string object = "{";
+    if (!record.header) {
+        object += "\"cut\":true,\"message\":";
+        AppendJson(object, record.text);
+    } else {
+        const LogHeader& header = *record.header;
+        if (const std::optional<WallTime> time = TimeOf(header))
+            object += "\"time\":\"" + IsoText(*time) + "\",";
+        if (!header.isOfWx)
+            object += "\"tick\":" + std::to_string(header.tick) + ",";
+        object.append("\"severity\":\"").append(c_severityNames[header.severity]).append("\",");
+        if (!header.isOfWx)
+            object.append("\"line\":").append(header.sourceLine).append(",");
+        object += "\"function\":";
+        AppendJson(object, header.isOfWx ? "wx" : header.function);
+        object += ",\"message\":";
+        AppendJson(object, header.message);
+    }
+    m_output.Write(object + "}\n");
+}
+
+} // namespace Tool

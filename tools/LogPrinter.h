@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "LogClock.h"
+#include "LogFilter.h"
+#include "Output.h"
+
+namespace Tool {
+
+/// Prints the lines of a log that a filter accepts.
+class LogPrinter {
+public:
+    enum class Form {
+        Text, ///< In columns on a terminal; otherwise with one space between the parts.
+        Json, ///< An object on a line each.
+    };
+
+    LogPrinter(Output& output, LogFilter& filter, Form form);
+
+    /// The clock of the log that is printed; without a known time lines have their tick counts.
+    void SetClock(const LogClock& clock) { m_clock = clock; }
+
+    void Print(const LogRecord& record);
+
+    /// How many lines were printed.
+    unsigned long long Count() const { return m_count; }
+
+private:
+    std::optional<WallTime> TimeOf(const LogHeader& header) const;
+    void PrintText(const LogRecord& record);
+    void PrintTime(const LogHeader& header);
+    void PrintSeverity(int severity);
+    void PrintPlace(const LogHeader& header);
+    void PrintMessage(std::string_view message);
+    void PrintJson(const LogRecord& record);
+    void PrintPadded(std::string_view text, std::size_t width, Output::Colour colour);
+    const std::string& SecondOf(WallTime time);
+
+    Output& m_output;
+    LogFilter& m_filter;
+    const Form m_form;
+    LogClock m_clock;
+    unsigned long long m_count = 0;
+    WallTime m_second = -1;   // that m_secondText shows
+    std::string m_secondText; // "2009-03-05 06:04:09"
+    std::string m_place;      // kept for its memory
+};
+
+} // namespace Tool

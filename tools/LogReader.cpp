@@ -1,0 +1,84 @@
+#include "LogReader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <unistd.h>
+
+#include "Failure.h"
+
+namespace Tool {
+namespace {
+
+constexpr std::size_t c_longestRecord = 1 << 20;
+constexpr std::size_t c_bufferSize = 2 * c_longestRecord;
+
+} // namespace
+
+LogReader::LogReader(int file, off_t begin, off_t end)
+    : m_file(file), m_next(begin), m_end(end), m_buffer(c_bufferSize)
+{
+}
+
+bool LogReader::Read(LogRecord& record)
+{
+    if (!HasAtLeast(1))
+        return false;
+    const Extent extent = FindEnd();
+    record.offset = m_next - static_cast<off_t>(m_filled - m_used);
+    record.text = Rest().substr(0, extent.length);
+    record.isEnded = extent.isEnded;
+    record.header = ParseLogHeader(record.text);
+    m_used += extent.length + (extent.isEnded ? 1 : 0);
+    return true;
+}
+
+// Reads on, which moves the rest to the beginning of the buffer; false at the end.
+bool LogReader::Fill()
+{
+    std::memmove(m_buffer.data(), m_buffer.data() + m_used, m_filled - m_used);
+    m_filled -= m_used;
+    m_used = 0;
+    const auto left = static_cast<std::size_t>(std::max<off_t>(m_end - m_next, 0));
+    const std::size_t wanted = std::min(m_buffer.size() - m_filled, left);
+    ssize_t count = 0;
+    do
+        count = ::pread(m_file, m_buffer.data() + m_filled, wanted, m_next);
+    while (count < 0 && errno == EINTR);
+    if (count < 0)
+        throw SystemFailure("cannot read");
+    m_filled += static_cast<std::size_t>(count);
+    m_next += count;
+    return count > 0;
+}
+
+bool LogReader::HasAtLeast(std::size_t length)
+{
+    while (m_filled - m_used < length) {
+        if (!Fill())
+            return false;
+    }
+    return true;
+}
+
+// Finds where the record ends: at a line feed that a new line follows, or at the end.
+LogReader::Extent LogReader::FindEnd()
+{
+    std::size_t length = 0;
+    for (;;) {
+        const std::size_t lineEnd = Rest().find('\n', length);
+        if (lineEnd > c_longestRecord && Rest().size() > c_longestRecord)
+            return {length > 0 ? length - 1 : c_longestRecord, length > 0};
+        if (lineEnd == std::string_view::npos) {
+            if (!Fill())
+                return {Rest().size(), false};
+            continue;
+        }
+        HasAtLeast(lineEnd + 1 + c_longestLogLineBegin);
+        const std::string_view next = Rest().substr(lineEnd + 1);
+        if (next.empty() || BeginsLogLine(next))
+            return {lineEnd, true};
+        length = lineEnd + 1;
+    }
+}
+
+} // namespace Tool

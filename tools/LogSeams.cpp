@@ -1,0 +1,100 @@
+#include "LogSeams.h"
+
+#include <algorithm>
+
+namespace Tool {
+namespace {
+
+// A thread that has read the time may wait before it writes, but not as long as this.
+constexpr std::int64_t c_longestDelayMs = 1000;
+
+// Most wait less than this. A shorter step back is a seam only if a line was cut there.
+constexpr std::int64_t c_usualDelayMs = 100;
+
+// Far more than there are rounds whose rests can be in a file.
+constexpr std::size_t c_mostSeams = 64;
+
+// From -2^31 to 2^31 - 1: the count wraps around at 2^32.
+std::int64_t StepBetween(std::uint32_t from, std::uint32_t to)
+{
+    return static_cast<std::int32_t>(to - from);
+}
+
+} // namespace
+
+void LogSeams::Add(const LogRecord& record)
+{
+    const bool hasTick = record.header && !record.header->isOfWx;
+    const bool isCut = m_cutOffset >= 0;
+    if (hasTick)
+        AddTick(isCut ? m_cutOffset : record.offset, record.header->tick, isCut);
+    // The last line of a record that is not one line may be the rest of one that was cut.
+    const std::size_t lastLine = record.text.rfind('\n');
+    if (lastLine != std::string_view::npos)
+        m_cutOffset = record.offset + static_cast<off_t>(lastLine) + 1;
+    else if (hasTick)
+        m_cutOffset = -1;
+}
+
+void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
+{
+    if (!m_hasTick)
+        m_firstTick = tick;
+    const std::int64_t step = m_hasTick ? StepBetween(m_lastTick, tick) : 0;
+    const std::int64_t begin = m_clear.empty() ? 0 : m_clear.back().older;
+    const Seam seam{offset, -step, m_time, begin, m_time + step, isCut};
+    m_hasTick = true;
+    m_lastTick = tick;
+    m_time += step;
+    if (seam.drop > m_widestDrop.drop)
+        m_widestDrop = seam;
+    if (seam.drop < m_widestGap.drop)
+        m_widestGap = seam;
+    // All lines after a seam are older than those before it.
+    while (!m_clear.empty() && m_time > m_clear.back().begin + c_longestDelayMs)
+        m_clear.pop_back();
+    if (seam.drop >= c_longestDelayMs && m_clear.size() < c_mostSeams)
+        m_clear.push_back(seam);
+}
+
+// The first in the file first.
+std::vector<LogSeams::Seam> LogSeams::Seams() const
+{
+    if (!m_hasTick)
+        return {};
+    const std::int64_t closingStep = StepBetween(m_lastTick, m_firstTick);
+    // The steps of the ring add up to 0, or the seam is so wide that it looks like a step forward.
+    if (m_time + closingStep > 0)
+        return -m_widestGap.drop > closingStep ? std::vector<Seam>{m_widestGap}
+                                               : std::vector<Seam>{};
+    const std::int64_t drop = m_widestDrop.drop;
+    if (drop <= std::max<std::int64_t>(-closingStep, 0) ||
+        (drop < c_usualDelayMs && !m_widestDrop.isCut))
+        return {};
+    return m_clear.empty() ? std::vector<Seam>{m_widestDrop} : m_clear;
+}
+
+std::vector<LogPart> LogSeams::PartsInOrder(off_t length) const
+{
+    std::vector<LogPart> parts;
+    off_t begin = 0;
+    for (const Seam& seam : Seams()) {
+        parts.push_back({begin, seam.offset});
+        begin = seam.offset;
+    }
+    parts.push_back({begin, length});
+    std::reverse(parts.begin(), parts.end());
+    return parts;
+}
+
+std::optional<std::uint32_t> LogSeams::NewestTick() const
+{
+    if (!m_hasTick)
+        return {};
+    const std::vector<Seam> seams = Seams();
+    if (seams.empty())
+        return m_lastTick;
+    return m_firstTick + static_cast<std::uint32_t>(seams.front().newest);
+}
+
+} // namespace Tool

@@ -1,0 +1,77 @@
+#include "Output.h"
+
+#include <cstdlib>
+#include <poll.h>
+#include <unistd.h>
+
+#include "Failure.h"
+#include "VisibleText.h"
+
+namespace Tool {
+namespace {
+
+constexpr std::size_t c_blockSize = 65536;
+
+bool IsColourful()
+{
+    const char* const terminal = std::getenv("TERM");
+    const char* const refusal = std::getenv("NO_COLOR");
+    return terminal && std::string_view(terminal) != "dumb" && (!refusal || *refusal == '\0');
+}
+
+} // namespace
+
+Output::Output()
+    : m_isTerminal(::isatty(STDOUT_FILENO) == 1), m_hasColours(m_isTerminal && IsColourful())
+{
+    m_waiting.reserve(2 * c_blockSize);
+}
+
+void Output::Write(std::string_view text)
+{
+    m_waiting.append(text);
+    if (m_waiting.size() >= c_blockSize)
+        Flush();
+}
+
+void Output::Write(std::string_view text, Colour colour)
+{
+    if (!m_hasColours || text.empty()) {
+        Write(text);
+        return;
+    }
+    m_waiting.append("\033[").append(std::to_string(colour)).append("m");
+    m_waiting.append(text).append("\033[0m");
+}
+
+void Output::WriteVisible(std::string_view text)
+{
+    AppendVisible(m_waiting, text);
+    if (m_waiting.size() >= c_blockSize)
+        Flush();
+}
+
+void Output::Flush()
+{
+    std::string_view rest = m_waiting;
+    while (!rest.empty()) {
+        const ssize_t count = ::write(STDOUT_FILENO, rest.data(), rest.size());
+        if (count >= 0)
+            rest.remove_prefix(static_cast<std::size_t>(count));
+        else if (errno == EPIPE)
+            throw BrokenPipe();
+        else if (errno != EINTR)
+            throw SystemFailure("cannot write to standard output");
+    }
+    m_waiting.clear();
+}
+
+void Output::Sleep(int timeoutMs) const
+{
+    // Errors are reported without being asked for.
+    pollfd output{STDOUT_FILENO, 0, 0};
+    if (::poll(&output, 1, timeoutMs) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0)
+        throw BrokenPipe();
+}
+
+} // namespace Tool

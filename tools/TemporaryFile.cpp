@@ -1,0 +1,57 @@
+#include "TemporaryFile.h"
+
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "Failure.h"
+
+namespace Tool {
+namespace {
+
+int CreateNameless()
+{
+    const char* const directory = std::getenv("TMPDIR");
+    std::string path =
+        (directory && *directory ? directory : "/tmp") + std::string("/toolkit-XXXXXX");
+    const int file = ::mkstemp(path.data());
+    if (file < 0)
+        throw SystemFailure("cannot create a file in " + path.substr(0, path.rfind('/')));
+    ::unlink(path.c_str());
+    return file;
+}
+
+void WriteAll(int file, const char* bytes, std::size_t length)
+{
+    while (length > 0) {
+        const ssize_t count = ::write(file, bytes, length);
+        if (count < 0 && errno != EINTR)
+            throw SystemFailure("cannot keep the input");
+        if (count > 0) {
+            bytes += count;
+            length -= static_cast<std::size_t>(count);
+        }
+    }
+}
+
+} // namespace
+
+int SpoolToFile(int source)
+{
+    constexpr std::size_t blockSize = 1 << 18;
+
+    const int file = CreateNameless();
+    std::vector<char> block(blockSize);
+    for (;;) {
+        const ssize_t count = ::read(source, block.data(), block.size());
+        if (count == 0)
+            return file;
+        if (count > 0)
+            WriteAll(file, block.data(), static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            throw SystemFailure("cannot read");
+    }
+}
+
+} // namespace Tool
