@@ -312,6 +312,35 @@ TEST(ThreadTest, CanBeKilledWhileItRuns)
     AwaitEnd(worker);
 }
 
+// Returns 0 when a thread was killed as soon as it had been started.
+int KillAtStart(bool throughBase)
+{
+    Worker worker([](Worker&) {
+        while (true)
+            ::pause();
+        return 0;
+    });
+    wxThread& base = worker;
+    worker.Run();
+    const wxThreadError result = throughBase ? base.Kill() : worker.Kill();
+    AwaitEnd(worker);
+    return result == wxTHREAD_NO_ERROR ? 0 : 1;
+}
+
+// wxWidgets ends a process that cancels a thread on its way to Entry(). Only the first thread of a
+// process is often slow enough.
+TEST(ThreadDeathTest, CanBeKilledBeforeItsWorkBegins)
+{
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EXIT(::_exit(KillAtStart(false)), testing::ExitedWithCode(0), "^$");
+}
+
+TEST(ThreadDeathTest, CanBeKilledThroughItsBaseBeforeItsWorkBegins)
+{
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EXIT(::_exit(KillAtStart(true)), testing::ExitedWithCode(0), "^$");
+}
+
 TEST(ThreadTest, CannotBeKilledUnlessItRuns)
 {
     Worker worker(DoNothing);

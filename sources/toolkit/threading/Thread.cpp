@@ -188,6 +188,7 @@ wxThread::ExitCode Thread::Entry()
             return nullptr;
         // When out of memory, wxWidgets keeps the messages until the main thread asks for them.
         static_cast<void>(Base::Completes([&target] { target.emplace(); }));
+        m_control->SetEntered();
     }
     // An exit code of wxWidgets is a pointer.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
@@ -202,6 +203,10 @@ void Thread::OnDelete()
 void Thread::OnKill()
 {
     m_control->Cancel();
+    // A thread that is cancelled on its way to Entry() ends the process: the clean-up function of
+    // wxWidgets calls pthread_exit() while a destructor runs it.
+    if (IsRunning() && !IsCaller())
+        m_control->AwaitEntry();
 }
 
 } // namespace Toolkit

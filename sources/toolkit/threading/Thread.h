@@ -47,6 +47,10 @@ public:
 
     /// Ends the thread by force, which leaks what it owned. `wxTHREAD_NOT_RUNNING` when it does not
     /// run, `wxTHREAD_MISC_ERROR` on the thread itself.
+    ///
+    /// The thread ends at its next cancellation point, see pthreads(7), by an unwinding of its
+    /// stack. `DoWork()` must not stop that unwinding with a catch-all, nor reach a cancellation
+    /// point in a function that is noexcept, such as a destructor: the process would end.
     wxThreadError Kill();
 
     /// Suspends the calling thread for `ms` milliseconds.

@@ -6,8 +6,8 @@
 
 namespace Toolkit {
 
-/// State of a `Thread` besides its `wxThread`: the request to end, the semaphore that ends a pause,
-/// and the process to which it belongs.
+/// State of a `Thread` besides its `wxThread`: whether it has reached its entry point, the request
+/// to end, the semaphore that ends a pause, and the process to which it belongs.
 ///
 /// The destructor does not wait for other threads. That of a condition variable would: in a forked
 /// child it waits for threads that the child does not have.
@@ -21,6 +21,12 @@ public:
     /// False in a forked child, which has the objects of its parent without their threads.
     bool IsOfThisProcess() const;
 
+    void SetEntered() { m_isEntered.store(true, std::memory_order_release); }
+
+    /// Waits until `SetEntered()` was called, with a time limit: an override of `Thread::Entry()`
+    /// may not call it.
+    void AwaitEntry() const;
+
     /// Asks the thread to end and wakes it.
     void Cancel();
     bool IsCancelled() const { return m_isCancelled.load(std::memory_order_acquire); }
@@ -32,6 +38,7 @@ public:
 
 private:
     const pid_t m_process;
+    std::atomic<bool> m_isEntered{false};
     std::atomic<bool> m_isCancelled{false};
     std::counting_semaphore<> m_wakes{0};
 };

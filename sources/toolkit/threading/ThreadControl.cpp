@@ -1,6 +1,7 @@
 #include "toolkit/threading/ThreadControl.Private.h"
 
 #include <chrono>
+#include <thread>
 #include <unistd.h>
 
 namespace Toolkit {
@@ -10,6 +11,9 @@ namespace {
 constexpr std::chrono::milliseconds c_longestWait{200};
 constexpr std::chrono::milliseconds c_cancelledWait{1};
 
+constexpr std::chrono::milliseconds c_entryPoll{1};
+constexpr std::chrono::seconds c_longestEntryWait{1};
+
 } // namespace
 
 ThreadControl::ThreadControl() : m_process(::getpid()) {}
@@ -17,6 +21,15 @@ ThreadControl::ThreadControl() : m_process(::getpid()) {}
 bool ThreadControl::IsOfThisProcess() const
 {
     return m_process == ::getpid();
+}
+
+void ThreadControl::AwaitEntry() const
+{
+    using Clock = std::chrono::steady_clock;
+
+    const Clock::time_point end = Clock::now() + c_longestEntryWait;
+    while (!m_isEntered.load(std::memory_order_acquire) && Clock::now() < end)
+        std::this_thread::sleep_for(c_entryPoll);
 }
 
 void ThreadControl::Cancel()
