@@ -8,6 +8,7 @@ foreach(test ipc/SessionTest.cpp ipc/SessionsTest.cpp)
     toolkit_private_test(
         ${test}
         base/FileDescriptor.cpp
+        base/Fork.cpp
         base/OwnDescriptor.cpp
         base/ShortenName.cpp
         base/Utf8.cpp
@@ -19,8 +20,8 @@ foreach(test ipc/SessionTest.cpp ipc/SessionsTest.cpp)
 endforeach()
 
 toolkit_private_test(
-    ipc/SocketSetTest.cpp base/FileDescriptor.cpp base/OwnDescriptor.cpp ipc/Socket.Linux.cpp
-    ipc/Socket.cpp
+    ipc/SocketSetTest.cpp base/FileDescriptor.cpp base/Fork.cpp base/OwnDescriptor.cpp
+    ipc/Socket.Linux.cpp ipc/Socket.cpp
 )
 
 toolkit_test_program(IPCClientTest TOOLKIT_TEST_BARE_SERVER ipc/BareServerProgram.cpp)

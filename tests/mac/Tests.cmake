@@ -40,6 +40,7 @@ if(NOT APPLE)
         mac/KqueueStandIn.cpp
         mac/SystemStandIns.cpp
         ${library}/base/FileDescriptor.cpp
+        ${library}/base/Fork.cpp
         ${library}/base/OwnDescriptor.cpp
         ${library}/ipc/Socket.Mac.cpp
         ${library}/ipc/Socket.cpp

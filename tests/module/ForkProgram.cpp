@@ -2,8 +2,8 @@
 //
 //     ForkProgram operation children
 //
-// Two threads repeat the operation while the process forks children. Each child performs it once
-// and ends. Prints how many children hung or crashed.
+// Two threads repeat the operation while the process forks children. Each child performs it, or its
+// counterpart, once and ends. Prints how many children hung or crashed.
 
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"
@@ -11,11 +11,15 @@
 #include "toolkit/files/TextFile.h"
 #include "toolkit/logging/FileLogger.h"
 #include "toolkit/logging/Log.h"
+#include "toolkit/logging/NullLogger.h"
+#include "toolkit/logging/WxLogForwarder.h"
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/regExp/RegExp.h"
 #include "toolkit/system/SystemInfo.h"
 #include "toolkit/threading/EventNotifier.h"
 #include "toolkit/threading/Thread.h"
+
+#include <wx/log.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -92,6 +96,11 @@ void LockDestroyed()
     const MutexLocker locker(*s_destroyed, MutexInternal::Infinite);
 }
 
+void DestroyLock()
+{
+    s_destroyed.reset();
+}
+
 void MatchPattern()
 {
     RegExp pattern("(a+)(b*)", RegExpOptions::None);
@@ -132,33 +141,83 @@ void RunThread()
     worker.Run();
 }
 
-void DoNothing() {}
-
-const std::map<std::string, void (*)()> c_operations = {
-    {"exit", DoNothing},
-    {"text", UseText},
-    {"pointer", CopyPointer},
-    {"lock of its own", LockOwn},
-    {"shared lock", LockShared},
-    {"pattern", MatchPattern},
-    {"date", FormatDate},
-    {"file", ReadFile},
-    {"program", StartProgram},
-    {"log", Log},
-    {"destroyed lock", LockDestroyed},
-    {"notifier", SendEvent},
-    {"thread", RunThread},
+class Module : public LibModule {
+public:
+    void Initialize() override {}
+    void Release() override {}
 };
 
-[[noreturn]] void RunChild(void (*operation)(), bool exits)
+void AddModule()
+{
+    Module module;
+    LibModuleManager::GetInstance()->Register(&module);
+    LibModuleManager::GetInstance()->Unregister(&module);
+}
+
+void ReplaceLogger()
+{
+    static const smart_ptr<ILogger> other = new NullLogger();
+    const smart_ptr<ILogger> last = ILogger::GetInstance();
+    ILogger::SetLogger(other);
+    ILogger::SetLogger(last);
+}
+
+// Logs messages of wxWidgets until the process ends. They are made beforehand: a fork while
+// wxWidgets converts text may leave a lock of the C library to the child.
+class Forwarding : public Thread {
+public:
+    Forwarding() { Run(); }
+
+private:
+    int DoWork() override
+    {
+        const wxString text = "text";
+        for (;;)
+            wxLog::OnLog(wxLOG_Message, text, 1000);
+    }
+};
+
+void ForwardMessages()
+{
+    static const WxLogForwarder forwarder;
+    static Forwarding* const thread = new Forwarding();
+    static_cast<void>(thread);
+}
+
+void Exit()
+{
+    std::exit(0);
+}
+
+// What the busy threads do, and what the child does.
+struct Operation {
+    void (*busy)();
+    void (*child)();
+};
+
+const std::map<std::string, Operation> c_operations = {
+    {"exit while others log", {Log, Exit}},
+    {"exit while the logger is replaced", {ReplaceLogger, Exit}},
+    {"exit while modules come and go", {AddModule, Exit}},
+    {"exit while messages are forwarded", {ForwardMessages, Exit}},
+    {"text", {UseText, UseText}},
+    {"pointer", {CopyPointer, CopyPointer}},
+    {"lock of its own", {LockOwn, LockOwn}},
+    {"shared lock", {LockShared, LockShared}},
+    {"destroyed lock", {LockDestroyed, DestroyLock}},
+    {"pattern", {MatchPattern, MatchPattern}},
+    {"date", {FormatDate, FormatDate}},
+    {"file", {ReadFile, ReadFile}},
+    {"program", {StartProgram, StartProgram}},
+    {"log", {Log, Log}},
+    {"notifier", {SendEvent, SendEvent}},
+    {"thread", {RunThread, RunThread}},
+};
+
+[[noreturn]] void RunChild(void (*operation)())
 {
     ::alarm(c_longestChildS);
-    if (operation == LockDestroyed)
-        s_destroyed.reset();
-    else
-        operation();
-    if (exits)
-        std::exit(0);
+    operation();
     ::_exit(0);
 }
 
@@ -199,16 +258,14 @@ int main(int argc, char** argv)
     ILogger::SetLogger(new FileLogger(
         SeverityVerbose, L".." + std::wstring(directory.begin(), directory.end()) + L"/fork",
         1 << 20));
-    const bool exits = found->first == "exit";
-    const auto busy = exits ? Log : found->second;
-    StartBusyThreads(busy);
+    StartBusyThreads(found->second.busy);
 
     int failures = 0;
     for (int i = std::atoi(argv[2]); i > 0; --i) {
         ::usleep(static_cast<useconds_t>(i % 7) * 100);
         const pid_t child = ::fork();
         if (child == 0)
-            RunChild(found->second, exits);
+            RunChild(found->second.child);
         failures += Fails(child) ? 1 : 0;
     }
     std::printf("%d\n", failures);

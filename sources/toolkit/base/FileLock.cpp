@@ -1,6 +1,6 @@
 #include "toolkit/base/FileLock.h"
 
-#include "toolkit/base/CheckedMutex.h"
+#include "toolkit/base/Fork.h"
 
 #include <cerrno>
 #include <sys/file.h>
@@ -18,15 +18,14 @@ bool IsSameFile(const FileDescriptor& one, const FileDescriptor& other)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-constinit CheckedMutex s_mutex;
-FileLock* s_firstHeld BASE_GUARDED_BY(s_mutex) = nullptr;
+FileLock* s_firstHeld BASE_GUARDED_BY(ForkLocks::s_fileLocks) = nullptr;
 
 } // namespace
 
 FileLock::FileLock(FileDescriptor file)
     : m_file(std::move(file)), m_next(nullptr), m_state(State::Unavailable)
 {
-    const CheckedLock guard(s_mutex);
+    const CheckedLock guard(ForkLocks::s_fileLocks);
     m_state = Take();
     if (m_state == State::Held) {
         m_ownFile.Watch(m_file.Get());
@@ -37,7 +36,7 @@ FileLock::FileLock(FileDescriptor file)
 
 FileLock::~FileLock()
 {
-    const CheckedLock guard(s_mutex);
+    const CheckedLock guard(ForkLocks::s_fileLocks);
     FileLock** link = &s_firstHeld;
     while (*link && *link != this)
         link = &(*link)->m_next;
@@ -45,7 +44,7 @@ FileLock::~FileLock()
         *link = m_next;
 }
 
-FileLock::State FileLock::Take() BASE_REQUIRES(s_mutex)
+FileLock::State FileLock::Take() BASE_REQUIRES(ForkLocks::s_fileLocks)
 {
     if (!m_file.IsOpen())
         return State::Unavailable;
@@ -57,7 +56,7 @@ FileLock::State FileLock::Take() BASE_REQUIRES(s_mutex)
 }
 
 // For the system, a file that is opened twice has two owners, even in one process.
-bool FileLock::ShareWithThisProcess() BASE_REQUIRES(s_mutex)
+bool FileLock::ShareWithThisProcess() BASE_REQUIRES(ForkLocks::s_fileLocks)
 {
     for (const FileLock* held = s_firstHeld; held; held = held->m_next) {
         if (!IsSameFile(held->m_file, m_file))

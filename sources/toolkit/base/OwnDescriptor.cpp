@@ -1,6 +1,6 @@
 #include "toolkit/base/OwnDescriptor.h"
 
-#include "toolkit/base/CheckedMutex.h"
+#include "toolkit/base/Fork.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -9,12 +9,11 @@
 
 namespace Toolkit::Base {
 
-// The list of watching objects and the handlers of a fork.
+// The list of watching objects and what a forked child does with it.
 struct OwnDescriptors {
-    static CheckedMutex s_mutex;
-    static OwnDescriptor* s_first BASE_GUARDED_BY(s_mutex);
+    static OwnDescriptor* s_first BASE_GUARDED_BY(ForkLocks::s_ownDescriptors);
 
-    static void Link(OwnDescriptor& own, int descriptor) BASE_REQUIRES(s_mutex)
+    static void Link(OwnDescriptor& own, int descriptor) BASE_REQUIRES(ForkLocks::s_ownDescriptors)
     {
         own.m_descriptor = descriptor;
         own.m_previous = nullptr;
@@ -24,7 +23,7 @@ struct OwnDescriptors {
         s_first = &own;
     }
 
-    static void Unlink(OwnDescriptor& own) BASE_REQUIRES(s_mutex)
+    static void Unlink(OwnDescriptor& own) BASE_REQUIRES(ForkLocks::s_ownDescriptors)
     {
         (own.m_previous ? own.m_previous->m_next : s_first) = own.m_next;
         if (own.m_next)
@@ -32,12 +31,8 @@ struct OwnDescriptors {
         own.m_descriptor = -1;
     }
 
-    // Held during the fork, so that the child gets a consistent list. The lock crosses functions,
-    // which the check cannot follow.
-    static void BeforeFork() BASE_NO_THREAD_SAFETY_ANALYSIS { s_mutex.Lock(); }
-    static void AfterForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS { s_mutex.Unlock(); }
-
-    // Calls only functions that are safe in the child of a process with several threads.
+    // Calls only functions that are safe in the child of a process with several threads. Not
+    // checked: the child has one thread.
     static void AfterForkInChild() BASE_NO_THREAD_SAFETY_ANALYSIS
     {
         const int error = errno;
@@ -46,7 +41,6 @@ struct OwnDescriptors {
             Replace(own->m_descriptor, nothing);
         if (nothing >= 0)
             ::close(nothing);
-        s_mutex.Unlock();
         errno = error;
     }
 
@@ -60,21 +54,20 @@ struct OwnDescriptors {
     }
 };
 
-constinit CheckedMutex OwnDescriptors::s_mutex;
 OwnDescriptor* OwnDescriptors::s_first = nullptr;
 
 void OwnDescriptor::Watch(int descriptor)
 {
-    // The system removes the handlers when the library is unloaded.
+    // The system removes the handler when the library is unloaded.
     static const int isPrepared =
-        ::pthread_atfork(OwnDescriptors::BeforeFork, OwnDescriptors::AfterForkInParent,
-                         OwnDescriptors::AfterForkInChild);
+        ::pthread_atfork(nullptr, nullptr, OwnDescriptors::AfterForkInChild);
     static_cast<void>(isPrepared);
+    PrepareForks();
 
     Forget();
     if (descriptor < 0)
         return;
-    const CheckedLock guard(OwnDescriptors::s_mutex);
+    const CheckedLock guard(ForkLocks::s_ownDescriptors);
     OwnDescriptors::Link(*this, descriptor);
 }
 
@@ -82,7 +75,7 @@ void OwnDescriptor::Forget()
 {
     if (m_descriptor < 0)
         return;
-    const CheckedLock guard(OwnDescriptors::s_mutex);
+    const CheckedLock guard(ForkLocks::s_ownDescriptors);
     OwnDescriptors::Unlink(*this);
 }
 

@@ -1,19 +1,18 @@
 #include "toolkit/base/UnloadTask.h"
 
-#include "toolkit/base/CheckedMutex.h"
+#include "toolkit/base/Fork.h"
 
 namespace Toolkit::Base {
 namespace {
 
-constinit CheckedMutex s_mutex;
-UnloadTask* s_first BASE_GUARDED_BY(s_mutex) = nullptr;
+UnloadTask* s_first BASE_GUARDED_BY(ForkLocks::s_unloadTasks) = nullptr;
 
 } // namespace
 
 UnloadTask::UnloadTask(Function function, void* object)
     : m_function(function), m_object(object), m_previous(nullptr), m_next(nullptr)
 {
-    const CheckedLock guard(s_mutex);
+    const CheckedLock guard(ForkLocks::s_unloadTasks);
     m_next = s_first;
     if (s_first)
         s_first->m_previous = this;
@@ -22,7 +21,7 @@ UnloadTask::UnloadTask(Function function, void* object)
 
 UnloadTask::~UnloadTask()
 {
-    const CheckedLock guard(s_mutex);
+    const CheckedLock guard(ForkLocks::s_unloadTasks);
     (m_previous ? m_previous->m_next : s_first) = m_next;
     if (m_next)
         m_next->m_previous = m_previous;
@@ -30,7 +29,7 @@ UnloadTask::~UnloadTask()
 
 void UnloadTask::RunAll()
 {
-    const CheckedLock guard(s_mutex);
+    const CheckedLock guard(ForkLocks::s_unloadTasks);
     for (const UnloadTask* task = s_first; task; task = task->m_next)
         task->m_function(task->m_object);
 }

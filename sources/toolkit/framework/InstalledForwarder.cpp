@@ -1,6 +1,10 @@
 #include "toolkit/framework/InstalledForwarder.h"
 
 #include "toolkit/base/CheckedMutex.h"
+#include "toolkit/base/Fork.h"
+
+#include <new>
+#include <pthread.h>
 
 namespace Toolkit::Framework {
 namespace {
@@ -9,13 +13,32 @@ namespace {
 // before the first constructor runs.
 constinit Base::CheckedRecursiveMutex s_lock;
 wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
+std::atomic<unsigned int> s_forks{0}; // when it was installed
+
+// The lock is not held during a fork, because messages are handled under it. A child would wait for
+// another thread of its parent that did so.
+void RenewLock()
+{
+    new (&s_lock) Base::CheckedRecursiveMutex();
+}
+
+// False in a forked child: the messages that wait are its parent's, and another thread of the
+// parent may have held the lock of wxWidgets for them.
+bool HasOwnMessages()
+{
+    return s_forks == Base::CountForks();
+}
 
 } // namespace
 
 void InstallForwarder(wxLog* target)
 {
+    static const int isPrepared = ::pthread_atfork(nullptr, nullptr, RenewLock);
+    static_cast<void>(isPrepared);
+
     const Base::CheckedLock lock(s_lock);
     s_target = target;
+    s_forks = Base::CountForks();
 }
 
 bool RemoveForwarder(wxLog* target)
@@ -24,7 +47,7 @@ bool RemoveForwarder(wxLog* target)
     if (s_target != target)
         return false;
     s_target = nullptr;
-    return true;
+    return HasOwnMessages();
 }
 
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info)
@@ -46,7 +69,8 @@ void DetachForwarder()
     }
     if (!target || wxLog::GetActiveTarget() != target)
         return;
-    wxLog::FlushActive();
+    if (HasOwnMessages())
+        wxLog::FlushActive();
     wxLog::SetActiveTarget(nullptr);
 }
 

@@ -12,7 +12,8 @@ namespace Toolkit::Framework {
 /// Installs `target`, which the caller keeps owning.
 void InstallForwarder(wxLog* target);
 
-/// Removes `target` if it is the installed one. Returns whether it was.
+/// Removes `target` if it is the installed one. Returns whether it was, and messages that other
+/// threads have queued can be delivered: a forked child must leave those to its parent.
 bool RemoveForwarder(wxLog* target);
 
 /// Passes a record to the target; false without one.

@@ -69,6 +69,9 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
 
 FileLogger::~FileLogger()
 {
+    // In a forked child the thread does not run, and a lock that it held would stay locked.
+    if (!IsRunning())
+        return;
     m_stopEvent->Signal();
     Wait();
 }

@@ -54,7 +54,7 @@ public:
     ~FileLogger() override;
 
     /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text
-    /// that does not fit into memory is left out.
+    /// that does not fit into memory is left out. A forked child's copy drops it.
     void Write(const TString<wchar_t>& text) override;
 
     /// The path of the file that is open, which may have a tick count in its name. Waits up to

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/base/CheckedMutex.h"
+#include "toolkit/base/Fork.h"
 #include "toolkit/logging/LogPieceQueue.Private.h"
 #include "toolkit/threading/ThreadSafety.h"
 
@@ -11,6 +12,9 @@ namespace Toolkit {
 /// The queue between the threads that log and the writer thread. Any thread may call the
 /// operations.
 ///
+/// A forked child has no writer thread, and another thread of its parent may have held the lock:
+/// the child's copy takes no lock and drops its pieces.
+///
 /// `LogLine`: with a `Mutex`, which is recursive, a line takes a quarter longer.
 class LogInbox {
 public:
@@ -18,6 +22,8 @@ public:
     /// of memory.
     bool Put(std::wstring_view piece)
     {
+        if (m_forks != Base::CountForks())
+            return false;
         const Base::CheckedLock guard(m_lock);
         const bool wasEmpty = m_pieces.IsEmpty();
         m_pieces.Push(piece);
@@ -32,6 +38,7 @@ public:
     }
 
 private:
+    const unsigned int m_forks = Base::CountForks();
     Base::CheckedMutex m_lock;
     LogPieceQueue m_pieces TOOLKIT_GUARDED_BY(m_lock);
 };

@@ -1,6 +1,6 @@
 // The process-wide logger. Apart from ILogger.cpp, so that ILogger does not know NullLogger, which
 // is derived from it.
-#include "toolkit/base/CheckedMutex.h"
+#include "toolkit/base/Fork.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
 #include "toolkit/logging/ILogger.h"
@@ -12,10 +12,9 @@
 namespace Toolkit {
 namespace {
 
-// Held while the pointer to the logger is copied or changed, never while a logger is destroyed: a
-// logger that writes what it has until nothing more comes must not get more, so it leaves its place
-// first.
-constinit Base::CheckedMutex s_lock;
+// ForkLocks::s_processLogger is held while the pointer to the logger is copied or changed, never
+// while a logger is destroyed: a logger that writes what it has until nothing more comes must not
+// get more, so it leaves its place first.
 
 // Read once: other threads may log while the logger is released. libc++ has no std::atomic_ref.
 smart_ptr<ILogger>* Current()
@@ -40,14 +39,14 @@ void ILogger::CreateInstance()
 
 smart_ptr<ILogger> ILogger::GetInstance()
 {
-    const Base::CheckedLock guard(s_lock);
+    const Base::CheckedLock guard(Base::ForkLocks::s_processLogger);
     return Base::GetSingleton(s_pInstance);
 }
 
 void ILogger::ReleaseInstance()
 {
     std::unique_ptr<smart_ptr<ILogger>> last;
-    const Base::CheckedLock guard(s_lock);
+    const Base::CheckedLock guard(Base::ForkLocks::s_processLogger);
     last.reset(s_pInstance);
     __atomic_store_n(&s_pInstance, nullptr, __ATOMIC_RELEASE);
 }
@@ -70,7 +69,7 @@ void ILogger::SetLogger(smart_ptr<ILogger> logger)
     if (!logger.IsValid())
         logger = Create();
     smart_ptr<ILogger> last = smart_ptr<ILogger>::Empty();
-    const Base::CheckedLock guard(s_lock);
+    const Base::CheckedLock guard(Base::ForkLocks::s_processLogger);
     if (!s_pInstance || !logger.IsValid())
         return;
     last = *s_pInstance;

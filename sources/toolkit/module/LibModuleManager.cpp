@@ -1,15 +1,32 @@
 #include "toolkit/module/LibModuleManager.h"
 
+#include "toolkit/base/Fork.h"
 #include "toolkit/core/Assert.h"
 #include "toolkit/framework/Framework.h"
 #include "toolkit/framework/InstalledForwarder.h"
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <iterator>
 
 namespace Toolkit {
 namespace {
+
+// Of the process that made or started a registry last.
+std::atomic<unsigned int> s_forks{0};
+
+// True in a forked child for a lock that another thread of its parent held: the child does not have
+// that thread. What a child releases at its end must not wait for it.
+bool IsLockedForever(Mutex& mutex)
+{
+    if (s_forks == Base::CountForks())
+        return false;
+    if (!mutex.Lock(0))
+        return true;
+    mutex.Unlock();
+    return false;
+}
 
 // Keeps the first exception that a callback throws, so that the other callbacks still run.
 class FirstThrown {
@@ -65,6 +82,7 @@ private:
 LibModuleManager::LibModuleManager()
     : m_mutex(false), m_initialized(0), m_releasing(0), m_walks(0), m_frameworkStarts(0)
 {
+    s_forks = Base::CountForks();
 }
 
 LibModuleManager::~LibModuleManager() = default;
@@ -98,6 +116,8 @@ void LibModuleManager::Register(LibModule* module)
 
 void LibModuleManager::Unregister(LibModule* module)
 {
+    if (IsLockedForever(m_mutex))
+        return;
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
     const auto found = Find(module);
     // A module that is leaving has no registration left to undo.
@@ -123,6 +143,7 @@ void LibModuleManager::Unregister(LibModule* module)
 void LibModuleManager::Initialize(bool initializeFramework)
 {
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
+    s_forks = Base::CountForks();
     if (initializeFramework) {
         const bool started = Framework::Start();
         ASSERT(started);
@@ -148,6 +169,8 @@ void LibModuleManager::InitializeModules()
 
 void LibModuleManager::Release(bool releaseFramework)
 {
+    if (IsLockedForever(m_mutex))
+        return;
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
     FirstThrown thrown;
     thrown.Call([this]() TOOLKIT_REQUIRES(m_mutex) { ReleaseModules(); });
@@ -205,7 +228,9 @@ LibModuleManager* LibModuleManager::GetInstance()
 
 void LibModuleManager::ReleaseInstance()
 {
-    delete s_pInstance;
+    // The list of a registry that stays locked may be half changed.
+    if (s_pInstance && !IsLockedForever(s_pInstance->m_mutex))
+        delete s_pInstance;
     s_pInstance = nullptr;
 }
 

@@ -1,5 +1,6 @@
 #include "toolkit/module/Load.h"
 
+#include "toolkit/base/Fork.h"
 #include "toolkit/base/ThreadEnd.h"
 #include "toolkit/base/TokenizeCommandLine.h"
 #include "toolkit/base/UnloadTask.h"
@@ -36,6 +37,7 @@ class LoadSequence {
 public:
     LoadSequence()
     {
+        Base::PrepareForks();
         Base::PrepareThreadEnd();
         Framework::MakeThreadData();
         DllToolkitLoad();
