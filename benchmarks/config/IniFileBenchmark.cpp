@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <glib.h>
+#include <malloc.h>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -268,6 +269,27 @@ void MeasureLookup(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+std::size_t AllocatedBytes()
+{
+    const struct mallinfo2 heap = ::mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+// The memory of the settings after `use`.
+template <typename Settings, typename Use>
+void MeasureMemory(benchmark::State& state, Use use)
+{
+    const SettingsFile file(ShapeOf(state.range(0)));
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = AllocatedBytes();
+        const Settings settings(file.Path());
+        use(settings);
+        bytes = AllocatedBytes() - before;
+    }
+    state.counters["bytes"] = static_cast<double>(bytes);
+}
+
 void BM_IniLoad_Toolkit(benchmark::State& state)
 {
     MeasureLoad<ToolkitSettings>(state);
@@ -318,6 +340,26 @@ void BM_IniLookup_GKeyFile(benchmark::State& state)
     MeasureLookup<GlibSettings>(state);
 }
 
+void BM_IniMemory_Toolkit(benchmark::State& state)
+{
+    MeasureMemory<ToolkitSettings>(state, [](const ToolkitSettings&) {});
+}
+
+void BM_IniMemory_GKeyFile(benchmark::State& state)
+{
+    MeasureMemory<GlibSettings>(state, [](const GlibSettings&) {});
+}
+
+// When a value of each section was read.
+void BM_IniReadMemory_Toolkit(benchmark::State& state)
+{
+    const Shape shape = ShapeOf(state.range(0));
+    MeasureMemory<ToolkitSettings>(state, [&shape](const ToolkitSettings& settings) {
+        for (int section = 0; section < shape.sections; ++section)
+            settings.Find(ToolkitSettings::MakeName(SectionName(section), KeyName(0)));
+    });
+}
+
 BENCHMARK(BM_IniLoad_Toolkit)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
 BENCHMARK(BM_IniLoad_QSettings)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
 BENCHMARK(BM_IniLoad_Poco)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
@@ -328,6 +370,9 @@ BENCHMARK(BM_IniLookup_QSettings)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
 BENCHMARK(BM_IniLookup_Poco)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
 BENCHMARK(BM_IniLookup_wxFileConfig)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
 BENCHMARK(BM_IniLookup_GKeyFile)->Arg(c_smallKeyCount)->Arg(c_largeKeyCount);
+BENCHMARK(BM_IniMemory_Toolkit)->Arg(c_largeKeyCount)->Iterations(1);
+BENCHMARK(BM_IniMemory_GKeyFile)->Arg(c_largeKeyCount)->Iterations(1);
+BENCHMARK(BM_IniReadMemory_Toolkit)->Arg(c_largeKeyCount)->Iterations(1);
 
 } // namespace
 } // namespace Toolkit

@@ -13,6 +13,7 @@ toolkit_private_test(
     base/InstanceLockTest.cpp base/FileDescriptor.cpp base/FileLock.cpp base/Fork.cpp
     base/InstanceLock.cpp base/OwnDescriptor.cpp base/ShortenName.cpp base/UserAccount.cpp base/Utf8.cpp
 )
+toolkit_private_test(base/LineSplitterTest.cpp base/LineSplitter.cpp)
 toolkit_private_test(base/OutOfMemoryTest.cpp)
 toolkit_private_test(
     base/OwnDescriptorTest.cpp base/FileDescriptor.cpp base/Fork.cpp base/OwnDescriptor.cpp

@@ -332,13 +332,22 @@ void SettingsAsked(Attempt& attempt)
 {
     const IniFile file(FilePath());
     bool isRight = false;
-    attempt.Run([&] {
-        isRight = file.HasSection(c_section) && file.HasValue(c_section, c_key) &&
-                  file.GetValue(c_section, c_key, c_key) == c_value &&
-                  file.GetUint32(c_section, c_key, 1) == 0 &&
-                  file.GetInt32(c_section, c_key, 1) == 0 && !file.GetBool(c_section, c_key, true);
-    });
+    attempt.Run([&] { isRight = file.HasSection(c_section) && file.HasValue(c_section, c_key); });
     attempt.Always(!attempt.HasFailed() && isRight);
+}
+
+// Never takes the default for a value that does not fit into memory.
+void SettingsGotten(Attempt& attempt)
+{
+    const IniFile file(FilePath());
+    const auto isRight = [&file] {
+        return file.GetValue(c_section, c_key, c_key) == c_value &&
+               file.GetUint32(c_section, c_key, 1) == 0 &&
+               file.GetInt32(c_section, c_key, 1) == 0 && !file.GetBool(c_section, c_key, true);
+    };
+    bool wasRight = false;
+    const bool hasReturned = attempt.Run(Rule::BadAlloc, [&] { wasRight = isRight(); });
+    attempt.Always(hasReturned == wasRight && isRight());
 }
 
 void KeysListed(Attempt& attempt)
@@ -495,10 +504,10 @@ std::vector<Operation> FileOperations()
         {"Toolkit::IniFile::IniFile", SettingsRead},
         {"Toolkit::IniFile::Parse", SettingsParsed},
         {"Toolkit::IniFile::GetKeyList", KeysListed},
-        {"Toolkit::IniFile::GetBool", SettingsAsked},
-        {"Toolkit::IniFile::GetInt32", SettingsAsked},
-        {"Toolkit::IniFile::GetUint32", SettingsAsked},
-        {"Toolkit::IniFile::GetValue", SettingsAsked},
+        {"Toolkit::IniFile::GetBool", SettingsGotten},
+        {"Toolkit::IniFile::GetInt32", SettingsGotten},
+        {"Toolkit::IniFile::GetUint32", SettingsGotten},
+        {"Toolkit::IniFile::GetValue", SettingsGotten},
         {"Toolkit::IniFile::HasSection", SettingsAsked},
         {"Toolkit::IniFile::HasValue", SettingsAsked},
         {"Toolkit::PathManager::PathManager", PathsMade},

@@ -298,4 +298,24 @@ bool AppendDecodedUtf8(std::wstring& text, const char* bytes, std::size_t length
     return true;
 }
 
+bool IsUtf8(const char* bytes, std::size_t length)
+{
+    const char* const end = bytes + length;
+    wchar_t buffer[c_bufferLength];
+    while (bytes != end) {
+        if (!DecodeIntoBuffer(bytes, end, buffer))
+            return false;
+    }
+    return true;
+}
+
+wchar_t TakeLongCharacter(const char*& at, const char* end)
+{
+    wchar_t character = 0;
+    // Bytes that break the caller's promise are taken one by one.
+    if (!DecodeSequence(at, end, character))
+        ++at;
+    return character;
+}
+
 } // namespace Toolkit::Base

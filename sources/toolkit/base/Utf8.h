@@ -25,4 +25,23 @@ bool AppendEncodedUtf8(std::string& bytes, const wchar_t* text, std::size_t leng
 /// unchanged, when they are not valid UTF-8.
 bool AppendDecodedUtf8(std::wstring& text, const char* bytes, std::size_t length);
 
+/// Whether `length` bytes, null bytes included, are valid UTF-8.
+bool IsUtf8(const char* bytes, std::size_t length);
+
+/// Returns the first character of valid UTF-8 that begins with a byte above 0x7F, and moves `at`
+/// past it.
+wchar_t TakeLongCharacter(const char*& at, const char* end);
+
+/// Returns the first character of valid UTF-8 that is not empty, and moves `at` past it.
+inline wchar_t TakeCharacter(const char*& at, const char* end)
+{
+    if (static_cast<signed char>(*at) >= 0)
+        return *at++;
+    // A copy, so that the callers' `at` may stay in a register.
+    const char* next = at;
+    const wchar_t character = TakeLongCharacter(next, end);
+    at = next;
+    return character;
+}
+
 } // namespace Toolkit::Base

@@ -3,10 +3,13 @@
 #include "toolkit/core/Export.h"
 #include "toolkit/core/TString.h"
 
-#include <map>
+#include <memory>
 #include <vector>
 
 namespace Toolkit {
+
+class IniSection;
+class IniSections;
 
 /// The settings of an INI file, read once: sections of keys and values.
 ///
@@ -20,7 +23,9 @@ namespace Toolkit {
 /// section the first counts. Lines above the first header, and lines that are neither header nor
 /// key, are ignored. Names are case-sensitive.
 ///
-/// An object may be copied. Several threads may read it at once.
+/// An object may be copied. Several threads may read it at once. The first read of a value converts
+/// the values of its section: when they do not fit into memory, GetValue(), GetUint32(), GetInt32()
+/// and GetBool() throw std::bad_alloc. No other operation throws.
 class TOOLKIT_API IniFile {
 public:
     /// Reads the file `path`; IsLoaded() reports whether that succeeded.
@@ -62,14 +67,9 @@ public:
     void GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const;
 
 private:
-    using KeyMap = std::map<TString<wchar_t>, TString<wchar_t>>;
-    using SectionMap = std::map<TString<wchar_t>, KeyMap>;
+    const IniSection* FindSection(const TString<wchar_t>& section) const;
 
-    const TString<wchar_t>* FindValue(const TString<wchar_t>& section,
-                                      const TString<wchar_t>& key) const;
-    KeyMap* ParseLine(const TString<wchar_t>& line, KeyMap* section);
-
-    SectionMap m_sections;
+    std::shared_ptr<const IniSections> m_sections; // null without settings; shared by copies
     bool m_loaded;
 };
 

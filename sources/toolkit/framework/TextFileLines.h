@@ -26,10 +26,7 @@ public:
     void Append(const std::wstring& line);
 
 private:
-    bool ReadBytes(const std::string& bytes);
-    bool AddUtf8Lines(const char* begin, const char* end);
-    template <typename Char, typename Decode>
-    bool AddLines(const Char* begin, const Char* end, Decode decode);
+    void AddLines(const std::string& text);
     bool EncodeLines(std::string& bytes) const;
 
     std::string m_path; // empty while no file is loaded

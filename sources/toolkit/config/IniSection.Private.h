@@ -1,0 +1,63 @@
+#pragma once
+
+#include "toolkit/config/NameIndex.Private.h"
+#include "toolkit/core/TString.h"
+
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Toolkit {
+
+/// One section of an INI file. Keys and values stay UTF-8 in the text of the file, which must
+/// outlive the section. When the first value is read, all are converted to wide strings.
+class IniSection {
+public:
+    explicit IniSection(std::string_view sectionName);
+    IniSection(IniSection&& other) noexcept;
+    ~IniSection();
+
+    IniSection& operator=(IniSection&&) = delete;
+
+    /// Appends a key, which may repeat an earlier one.
+    void Add(std::string_view key, std::string_view value);
+
+    /// Drops repeated keys and makes the others known. Called once, after the last Add().
+    void Complete();
+
+    bool HasKey(std::wstring_view key) const;
+
+    /// The value of a key; null when it is missing. Any thread may call it. Lets std::bad_alloc
+    /// out, with everything unchanged, when the values do not fit into memory.
+    const TString<wchar_t>* FindValue(std::wstring_view key) const;
+
+    /// Appends the keys in ascending order of code points.
+    void ListKeys(std::vector<TString<wchar_t>>& keys) const;
+
+    std::wstring name;
+
+private:
+    struct Entry {
+        std::string_view name;
+        std::string_view value;
+    };
+
+    // The entries as wide strings, in the same order.
+    struct WideEntry {
+        std::wstring_view name;
+        TString<wchar_t> value;
+    };
+    struct WideEntries {
+        std::wstring names;
+        std::vector<WideEntry> list;
+    };
+
+    const WideEntries& Widen() const;
+
+    std::vector<Entry> m_entries;
+    NameIndex m_index; // of both lists
+    mutable std::atomic<const WideEntries*> m_wide{nullptr};
+};
+
+} // namespace Toolkit

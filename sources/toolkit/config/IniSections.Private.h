@@ -1,0 +1,30 @@
+#pragma once
+
+#include "toolkit/config/IniSection.Private.h"
+#include "toolkit/config/NameIndex.Private.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Toolkit {
+
+/// The sections of an INI file. Keeps the bytes of the file, in which all names and values lie.
+class IniSections {
+public:
+    /// Takes the settings out of the lines of an INI file in UTF-8.
+    explicit IniSections(std::string text);
+
+    /// Null when the section does not exist.
+    const IniSection* Find(std::wstring_view name) const;
+
+private:
+    IniSection* TakeLine(std::string_view line, IniSection* section);
+    IniSection& SectionOf(std::string_view name);
+
+    std::string m_text;
+    std::vector<IniSection> m_sections;
+    NameIndex m_index;
+};
+
+} // namespace Toolkit

@@ -1,0 +1,62 @@
+#include "toolkit/base/LineSplitter.h"
+#include "toolkit/config/IniSections.Private.h"
+
+#include <utility>
+
+namespace Toolkit {
+namespace {
+
+// A part of a line without the spaces and tabs around it.
+std::string_view Trimmed(std::string_view text)
+{
+    constexpr const char* blanks = " \t";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos)
+        return {};
+    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
+} // namespace
+
+IniSections::IniSections(std::string text) : m_text(std::move(text))
+{
+    IniSection* section = nullptr;
+    for (Base::LineSplitter lines(m_text); lines.TakeLine();)
+        section = TakeLine(lines.Line(), section);
+    for (IniSection& each : m_sections)
+        each.Complete();
+}
+
+// Returns the section that the lines after this one belong to; null above the first header.
+IniSection* IniSections::TakeLine(std::string_view line, IniSection* section)
+{
+    if (line.empty() || line.front() == ';')
+        return section;
+    if (line.size() > 1 && line.front() == '[' && line.back() == ']')
+        return &SectionOf(line.substr(1, line.size() - 2));
+
+    const std::size_t equals = line.find('=');
+    if (section && equals != std::string_view::npos)
+        section->Add(Trimmed(line.substr(0, equals)), Trimmed(line.substr(equals + 1)));
+    return section;
+}
+
+// A repeated header continues its section.
+IniSection& IniSections::SectionOf(std::string_view name)
+{
+    const std::size_t position = m_index.Find(m_sections, name);
+    if (position != NameIndex::c_missing)
+        return m_sections[position];
+    m_index.Reserve(m_sections, m_sections.size() + 1);
+    m_sections.emplace_back(name);
+    m_index.Add(m_sections, m_sections.size() - 1);
+    return m_sections.back();
+}
+
+const IniSection* IniSections::Find(std::wstring_view name) const
+{
+    const std::size_t position = m_index.Find(m_sections, name);
+    return position == NameIndex::c_missing ? nullptr : &m_sections[position];
+}
+
+} // namespace Toolkit

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace Toolkit::Framework {
+
+/// Replaces `text` by the text file `path` in UTF-8, without a byte-order mark. False, with a
+/// `text` of no meaning, when the file cannot be read or decoded.
+///
+/// A byte-order mark of UTF-8, UTF-16 or UTF-32 decides the encoding. Without one the file is
+/// UTF-8, or ISO 8859-1 when anything in it is not valid UTF-8.
+bool ReadText(const std::string& path, std::string& text);
+
+} // namespace Toolkit::Framework
