@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <initializer_list>
 #include <iostream>
 #include <map>
 #include <sstream>
@@ -100,6 +102,19 @@ void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
     });
 }
 
+bool Contains(const std::string& text, std::initializer_list<const char*> parts)
+{
+    return std::any_of(parts.begin(), parts.end(),
+                       [&](const char* part) { return text.find(part) != std::string::npos; });
+}
+
+// With \K in a look-behind a match may begin in the text that was just inserted: such a replacement
+// may never end.
+bool MayReplaceForEver(const std::string& pattern)
+{
+    return Contains(pattern, {"\\K"}) && Contains(pattern, {"(?<=", "(?<!"});
+}
+
 Outcome Run(const EngineTable& engine, const Call& call)
 {
     TestSupport::s_engine = &engine;
@@ -111,8 +126,11 @@ Outcome Run(const EngineTable& engine, const Call& call)
         WriteResult(stream, *result);
     });
     TrySearch(outcome, regExp, call);
-    Try(outcome, "Replace",
-        [&](std::ostream& stream) { stream << regExp.Replace(call.replacement, call.subject, 0); });
+    if (!MayReplaceForEver(call.pattern)) {
+        Try(outcome, "Replace", [&](std::ostream& stream) {
+            stream << regExp.Replace(call.replacement, call.subject, 0);
+        });
+    }
     Try(outcome, "Replace by list", [&](std::ostream& stream) {
         stream << regExp.Replace(std::vector<TString<char>>{call.replacement, "2"}, call.subject);
     });
@@ -125,6 +143,21 @@ Outcome Run(const EngineTable& engine, const Call& call)
     return outcome;
 }
 
+// Which fault of an engine may explain that the outcomes differ; "different" without one.
+const char* Difference(const Call& call, const Outcome& second)
+{
+    if (Contains(call.pattern, {")?+", ")*+", ")++", "}+"}))
+        return "known: PCRE 1 backtracks into a possessive group, or keeps what it captured";
+    if (Contains(call.pattern, {"[^\\n]"}))
+        return "known: only for PCRE 1, [^\\n] names a newline, which no search skips then";
+    if (Contains(call.pattern, {"(*ACCEPT)"}) && Contains(second.text, {"-14E"}))
+        return "known: PCRE 2 fails at (*ACCEPT) in a called group of an assertion";
+    if (Contains(call.pattern, {"){0}"}))
+        return "known: PCRE 2 looks wrongly for where to begin after alternatives that occur {0} "
+               "times";
+    return "different";
+}
+
 // How the calls of a sweep ended.
 class Tally {
 public:
@@ -133,8 +166,8 @@ public:
     {
         const Outcome first = Run(TestSupport::c_pcre, call);
         const Outcome second = Run(TestSupport::c_pcre2, call);
-        const char* const ending = Ending(first, second);
-        if (++m_counts[ending] <= c_mostPrinted && std::string(ending) == "different")
+        const std::string ending = Ending(call, first, second);
+        if (++m_counts[ending] <= c_mostPrinted && ending == Difference(call, second))
             std::cout << call << "\nPCRE 1:" << first.text << "\nPCRE 2:" << second.text << '\n';
     }
 
@@ -150,10 +183,19 @@ public:
         return found != m_counts.end() ? found->second : 0;
     }
 
+    // How many calls differ by a known fault.
+    int CountKnown() const
+    {
+        int sum = 0;
+        for (const auto& [what, count] : m_counts)
+            sum += what.rfind("known: ", 0) == 0 ? count : 0;
+        return sum;
+    }
+
 private:
     static constexpr int c_mostPrinted = 20;
 
-    static const char* Ending(const Outcome& first, const Outcome& second)
+    static const char* Ending(const Call& call, const Outcome& first, const Outcome& second)
     {
         if (first.isFaulty && second.isFaulty)
             return "no engine accepts the pattern";
@@ -162,20 +204,32 @@ private:
                                   : "only PCRE 1 accepts the pattern";
         if (first.isLimited || second.isLimited)
             return "a limit ends the call";
-        return first.text == second.text ? "equal" : "different";
+        return first.text == second.text ? "equal" : Difference(call, second);
     }
 
     std::map<std::string, int> m_counts;
 };
 
-// Adds that many random calls to the tally, and reports it.
-void AddRandomCalls(Tally& tally, RandomPattern random, int rounds)
+// Each this many calls have a seed of their own, so that what one of them does can be repeated.
+constexpr int c_callsPerSeed = 4'000;
+
+Call RandomCall(RandomPattern& random)
 {
-    for (int round = 0; round < rounds; ++round) {
-        Call call{random.Pattern(), random.Subject(), random.Replacement(), random.Options(), 0};
-        call.start = random.Random().Number<unsigned short>(
-            0, static_cast<unsigned short>(call.subject.size() + 1));
-        tally.Add(call);
+    Call call{random.Pattern(), random.Subject(), random.Replacement(), random.Options(), 0};
+    call.start = random.Random().Number<unsigned short>(
+        0, static_cast<unsigned short>(call.subject.size() + 1));
+    return call;
+}
+
+// Adds that many random calls to the tally, and reports it.
+void AddRandomCalls(Tally& tally, unsigned int firstSeed, bool hasRareConstructs, int rounds)
+{
+    for (int round = 0; round < rounds; round += c_callsPerSeed) {
+        const unsigned int seed = firstSeed + static_cast<unsigned int>(round / c_callsPerSeed);
+        std::cout << "seed " << seed << " after " << round << " calls of " << rounds << std::endl;
+        RandomPattern random(seed, hasRareConstructs);
+        for (int i = 0; i < c_callsPerSeed; ++i)
+            tally.Add(RandomCall(random));
     }
     tally.Report();
 }
@@ -184,9 +238,11 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
 {
     const int rounds = TestSupport::SoakRounds(16'000, 800'000);
     Tally tally;
-    AddRandomCalls(tally, RandomPattern(7, false), rounds);
+    AddRandomCalls(tally, 1'000, false, rounds);
 
     EXPECT_EQ(tally.Count("different"), 0);
+    // Known faults are rare: that a pattern might show one explains little.
+    EXPECT_LE(tally.CountKnown(), 1 + rounds / 50'000);
     // A sweep that compares little proves little.
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
@@ -197,9 +253,9 @@ TEST(EngineDifferenceTest, DiffersRarelyInRareConstructs)
 {
     const int rounds = TestSupport::SoakRounds(4'000, 200'000);
     Tally tally;
-    AddRandomCalls(tally, RandomPattern(8, true), rounds);
+    AddRandomCalls(tally, 2'000, true, rounds);
 
-    EXPECT_LT(tally.Count("different"), rounds / 500);
+    EXPECT_LE(tally.Count("different") + tally.CountKnown(), 1 + rounds / 5'000);
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
 

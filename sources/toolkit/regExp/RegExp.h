@@ -35,8 +35,9 @@ struct TOOLKIT_API RegExpOptions {
 /// reads the rest of them from each. For patterns or subjects from strangers, limit the length of
 /// the subject.
 ///
-/// `\C` matches a single byte. After it has split a character, what follows in the pattern is
-/// undefined, and the engine may crash: do not use it.
+/// Two constructs are undefined, and may crash the engine: do not use them. `\C` matches a single
+/// byte and can split a character. A negative assertion as a condition, such as "(?(?!a)b)", makes
+/// PCRE 1 read memory that it has not written.
 ///
 /// Any thread may call the operations as long as none assigns to the object.
 class TOOLKIT_API RegExp {
@@ -69,7 +70,8 @@ public:
     ///
     /// The offset at which the search continues is taken modulo 65536. Replacements in a longer
     /// text may therefore be searched again, and a replacement that contains a match may repeat
-    /// until memory runs out. An offset inside a character throws.
+    /// until memory runs out. With `\K` in a look-behind a match may begin inside the last
+    /// replacement: "(?<=\Ka)" replaced by "a" never ends. An offset inside a character throws.
     TString<char> Replace(const TString<char>& replacement, const TString<char>& subject,
                           unsigned char flag);
 

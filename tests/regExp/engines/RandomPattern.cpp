@@ -99,8 +99,9 @@ constexpr const char* c_openings[] = {"(",      "(",     "(",      "(?:",  "(?:"
                                       "(?P<n>", "(?'m'", "(?>",    "(?=",  "(?!", "(?<=",  "(?<!",
                                       "(?|",    "(?i:",  "(?s-m:", "(?m:", "(?x:"};
 
-constexpr const char* c_conditions[] = {"(?(1)",   "(?(2)",    "(?(<n>)", "(?(R)",      "(?(?=a)",
-                                        "(?(?!b)", "(?(?<=a)", "(?(R1)",  "(?(DEFINE)", "(?(R&n)"};
+// Without negative assertions, after which PCRE 1 reads what it has not written.
+constexpr const char* c_conditions[] = {"(?(1)",    "(?(2)",  "(?(<n>)",    "(?(R)",  "(?(?=a)",
+                                        "(?(?<=a)", "(?(R1)", "(?(DEFINE)", "(?(R&n)"};
 
 constexpr const char* c_quantifiers[] = {
     "*",   "+",     "?",     "*?",   "+?",     "??",     "*+",  "++",   "?+", "{2}",
