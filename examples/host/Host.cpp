@@ -153,8 +153,9 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
     if (!ParseLevel(levelText, level))
         return Fail(L"The log level is a number from 0 to 4, not: " + levelText);
 
-    const FileLogger& log = HostLog::Start(level, settings.GetValue(L"Log", L"name", Text::Empty()),
-                                           settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
+    const FileLogger* const log =
+        HostLog::Start(level, settings.GetValue(L"Log", L"name", Text::Empty()),
+                       settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
     TOOLKIT_LOG(SeverityInfo) << L"Settings read: " << settingsPath << ILogger::c_strLogToken3;
     wxLogMessage("Process %lu of the user %s", wxGetProcessId(), wxGetUserId());
     plugIns.Load(PlugInsFolder(options, settings, settingsPath));
@@ -163,7 +164,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
         PrintPaths();
         PrintSystem();
         PrintRow(L"Settings", settingsPath);
-        PrintRow(L"Log", HostLog::DescribePath(log));
+        PrintRow(L"Log", HostLog::DescribePath(*log));
         PrintCommands(plugIns);
     }
     return startLine.empty() ? SearchText(options, settings, settingsPath)

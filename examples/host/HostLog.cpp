@@ -22,7 +22,7 @@ Text DefaultName()
 
 } // namespace
 
-const FileLogger& HostLog::Start(LogSeverity level, Text name, unsigned int sizeLimitBytes)
+const FileLogger* HostLog::Start(LogSeverity level, Text name, unsigned int sizeLimitBytes)
 {
     if (name.empty())
         name = DefaultName();
@@ -30,7 +30,7 @@ const FileLogger& HostLog::Start(LogSeverity level, Text name, unsigned int size
         name += L"-second";
     auto* const logger = new FileLogger(level, name, sizeLimitBytes);
     ILogger::SetLogger(logger);
-    return *logger;
+    return logger;
 }
 
 Text HostLog::DescribePath(const FileLogger& logger)

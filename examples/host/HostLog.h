@@ -9,8 +9,8 @@ namespace HostLog {
 
 /// Installs a logger that writes to a file. An empty `name` stands for the application's unique
 /// name, which no other user's host has; a host that runs beside another one adds to the name. The
-/// result is the process-wide logger's as long as that is not replaced.
-const Toolkit::FileLogger& Start(Toolkit::LogSeverity level, Text name,
+/// result is never null. ILogger owns it until another logger is set.
+const Toolkit::FileLogger* Start(Toolkit::LogSeverity level, Text name,
                                  unsigned int sizeLimitBytes);
 
 /// The file that is really open, in words when there is none after 5 seconds. The logger may have

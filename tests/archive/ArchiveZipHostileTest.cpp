@@ -145,7 +145,8 @@ TEST_F(ArchiveZipHostileTest, SurvivesAZip64FieldThatIsTooShort)
 {
     for (const int size : {0, 1, 4, 8, 12, 15}) {
         SCOPED_TRACE(size);
-        const std::string extra = Number(1, 2) + Number(size, 2) + Number(5, size);
+        const std::string extra =
+            Number(1, 2) + Number(static_cast<unsigned int>(size), 2) + Number(5, size);
         ReadAll(RawZip({{.name = "short",
                          .data = "bytes",
                          .compressedSize = c_inExtraField,

@@ -53,7 +53,7 @@ using IPCServiceTest = TestSupport::ServerFixture;
 
 TEST_F(IPCServiceTest, MakesAFileForItsOwnerAlone)
 {
-    for (const mode_t mask : {0, 022, 077}) {
+    for (const mode_t mask : {0U, 022U, 077U}) {
         const mode_t oldMask = ::umask(mask);
         const auto server = RunServer();
         ::umask(oldMask);
@@ -290,7 +290,7 @@ TEST_F(IPCServiceTest, RefusesANumber)
 
 TEST_F(IPCServiceTest, ShortensALongNameLikeTheClient)
 {
-    for (const std::size_t length : {100, 107, 108, 150, 255}) {
+    for (const std::size_t length : {100U, 107U, 108U, 150U, 255U}) {
         SCOPED_TRACE(length);
         const std::size_t missing = length - m_directory.Path().native().size() - 1;
         const TString<wchar_t> service = m_directory.File(std::wstring(missing, L'x'));

@@ -4,6 +4,7 @@
 
 #include <arpa/inet.h>
 #include <chrono>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -68,8 +69,22 @@ TEST(NetworkTest, ConnectsToAListener)
     EXPECT_TRUE(Network::TestConnection(L"127.0.0.1", listener.Port(), c_timeoutMs));
 }
 
+// Whether the system has an IPv4 address for the name.
+bool IsResolvable(const char* name)
+{
+    addrinfo hints{};
+    hints.ai_family = AF_INET;
+    addrinfo* addresses = nullptr;
+    if (::getaddrinfo(name, nullptr, &hints, &addresses) != 0)
+        return false;
+    ::freeaddrinfo(addresses);
+    return true;
+}
+
 TEST(NetworkTest, ResolvesNames)
 {
+    if (!IsResolvable("localhost"))
+        GTEST_SKIP() << "this system has no address for localhost";
     const Listener listener(8);
 
     EXPECT_TRUE(Network::TestConnection(L"localhost", listener.Port(), c_timeoutMs));
