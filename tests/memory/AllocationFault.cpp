@@ -1,24 +1,21 @@
 #include "memory/AllocationFault.h"
 
+#include "support/ScarceMemory.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <link.h>
-#include <new>
 #include <string_view>
 #include <unwind.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define TOOLKIT_RAW_MALLOC std::malloc
-#else
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 // The C library's own names for the functions replaced below.
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
 extern "C" void* __libc_realloc(void* memory, std::size_t size);
-#define TOOLKIT_RAW_MALLOC __libc_malloc
 #define TOOLKIT_REPLACES_MALLOC
 #endif
 
@@ -120,7 +117,7 @@ bool Counts(const Segment* caller)
     return isOurs == (s_origin == Origin::Library);
 }
 
-bool Fails(const void* returnAddress, bool isCFunction = false)
+bool Fails(const void* returnAddress, bool isCFunction)
 {
     if (!s_isArmed || t_isDeciding)
         return false;
@@ -139,9 +136,9 @@ bool Fails(const void* returnAddress, bool isCFunction = false)
     return fails;
 }
 
-void* Allocate(std::size_t size)
+bool FailsInNew(const void* returnAddress)
 {
-    return TOOLKIT_RAW_MALLOC(size > 0 ? size : 1);
+    return Fails(returnAddress, false);
 }
 
 } // namespace
@@ -156,10 +153,12 @@ AllocationFault::AllocationFault(Origin origin, Lasting lasting, long index)
     s_failedModule = nullptr;
     s_left = index;
     s_isArmed = true;
+    SetAllocationRule(&FailsInNew);
 }
 
 AllocationFault::~AllocationFault()
 {
+    SetAllocationRule(nullptr);
     s_isArmed = false;
 }
 
@@ -177,55 +176,6 @@ std::string_view AllocationFault::FailedModule()
 
 } // namespace Toolkit::TestSupport
 
-using Toolkit::TestSupport::Allocate;
-using Toolkit::TestSupport::Fails;
-
-__attribute__((noinline)) void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
-}
-
-__attribute__((noinline)) void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
-}
-
-__attribute__((noinline)) void* operator new(std::size_t size)
-{
-    void* const memory = Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-__attribute__((noinline)) void* operator new[](std::size_t size)
-{
-    void* const memory = Fails(__builtin_return_address(0)) ? nullptr : Allocate(size);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
-
 #ifdef TOOLKIT_REPLACES_MALLOC
 namespace {
 
@@ -237,7 +187,8 @@ bool FailsInC(const void* returnAddress)
     const auto* const direct =
         Toolkit::TestSupport::Find(reinterpret_cast<std::uintptr_t>(returnAddress));
     return direct && direct->kind != Toolkit::TestSupport::Kind::Standard &&
-           direct->kind != Toolkit::TestSupport::Kind::Program && Fails(returnAddress, true);
+           direct->kind != Toolkit::TestSupport::Kind::Program &&
+           Toolkit::TestSupport::Fails(returnAddress, true);
 }
 
 } // namespace

@@ -2,8 +2,9 @@
 
 #include <string_view>
 
-/// Allocations that fail on purpose. A program that uses this lists AllocationFault.cpp among its
-/// own sources: it replaces the operators new and delete, and malloc() where no sanitizer does.
+/// Allocations that fail on purpose. A program that uses this compiles AllocationFault.cpp and
+/// ScarceMemory.cpp into itself: they replace the operators new and delete, and malloc() where no
+/// sanitizer does.
 namespace Toolkit::TestSupport {
 
 /// Whose allocation it is, decided by the code that called for it; the standard library's own

@@ -12,6 +12,7 @@ set(sweep
     memory/SystemOperations.cpp
     memory/TextOperations.cpp
     memory/ThreadOperations.cpp
+    support/ScarceMemory.cpp
 )
 # Its allocator decides for all threads without a lock, which ThreadSanitizer reports.
 if(NOT TOOLKIT_SANITIZE STREQUAL "thread")

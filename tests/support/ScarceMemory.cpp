@@ -13,10 +13,31 @@ thread_local long t_allocationsLeft = 0;
 thread_local bool t_isCounting = false;
 
 std::atomic<std::size_t> s_longest{SIZE_MAX};
+std::atomic<AllocationRule> s_rule{nullptr};
 
-bool Fails(std::size_t size)
+bool Fails(std::size_t size, const void* returnAddress)
 {
-    return size > s_longest || (t_isCounting && t_allocationsLeft-- == 0);
+    const AllocationRule rule = s_rule;
+    return size > s_longest || (t_isCounting && t_allocationsLeft-- == 0) ||
+           (rule && rule(returnAddress));
+}
+
+void* Allocate(std::size_t size, const void* returnAddress)
+{
+    if (Fails(size, returnAddress))
+        return nullptr;
+    void* memory = std::malloc(size > 0 ? size : 1);
+    // Keeps the call from becoming a jump: a replaced malloc() must see that it comes from here.
+    __asm__ volatile("" : "+r"(memory));
+    return memory;
+}
+
+void* AllocateOrThrow(std::size_t size, const void* returnAddress)
+{
+    void* const memory = Allocate(size, returnAddress);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
 }
 
 } // namespace
@@ -47,29 +68,35 @@ AllocationLimit::~AllocationLimit()
     s_longest = SIZE_MAX;
 }
 
+void SetAllocationRule(AllocationRule rule)
+{
+    s_rule = rule;
+}
+
 } // namespace Toolkit::TestSupport
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+using Toolkit::TestSupport::Allocate;
+using Toolkit::TestSupport::AllocateOrThrow;
+
+// Not inlined, so that the address is one of the caller's.
+__attribute__((noinline)) void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    return Toolkit::TestSupport::Fails(size) ? nullptr : std::malloc(size > 0 ? size : 1);
+    return Allocate(size, __builtin_return_address(0));
 }
 
-void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept
+__attribute__((noinline)) void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
-    return operator new(size, nothrow);
+    return Allocate(size, __builtin_return_address(0));
 }
 
-void* operator new(std::size_t size)
+__attribute__((noinline)) void* operator new(std::size_t size)
 {
-    void* const memory = operator new(size, std::nothrow);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
+    return AllocateOrThrow(size, __builtin_return_address(0));
 }
 
-void* operator new[](std::size_t size)
+__attribute__((noinline)) void* operator new[](std::size_t size)
 {
-    return operator new(size);
+    return AllocateOrThrow(size, __builtin_return_address(0));
 }
 
 void operator delete(void* memory) noexcept

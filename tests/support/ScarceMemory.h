@@ -29,4 +29,11 @@ public:
     AllocationLimit& operator=(const AllocationLimit&) = delete;
 };
 
+/// Decides whether an allocation fails by the address to which operator new returns. Any thread may
+/// call it.
+using AllocationRule = bool (*)(const void* returnAddress);
+
+/// Null removes the rule.
+void SetAllocationRule(AllocationRule rule);
+
 } // namespace Toolkit::TestSupport
