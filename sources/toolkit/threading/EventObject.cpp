@@ -3,6 +3,7 @@
 #include <wx/thread.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Toolkit {
 
@@ -17,12 +18,6 @@ EventObject::~EventObject() = default;
 
 void EventObject::Signal()
 {
-    // Writers of a busy queue signal far more often than the reader looks, so a flag that is set
-    // already takes no lock. Exchanging the flag, instead of reading it, orders what the caller did
-    // before the signal with the reset by a waiter.
-    bool signalled = true;
-    if (m_signalled.compare_exchange_strong(signalled, true))
-        return;
     const MutexLocker locker(m_lock, MutexInternal::Infinite);
     m_signalled = true;
 }
@@ -49,7 +44,7 @@ bool EventObject::Wait(unsigned int timeoutMs)
 bool EventObject::TestAndReset()
 {
     const MutexLocker locker(m_lock, MutexInternal::Infinite);
-    return m_autoReset ? m_signalled.exchange(false) : m_signalled.load();
+    return m_autoReset ? std::exchange(m_signalled, false) : m_signalled;
 }
 
 } // namespace Toolkit

@@ -2,8 +2,7 @@
 
 #include "toolkit/core/Export.h"
 #include "toolkit/threading/Mutex.h"
-
-#include <atomic>
+#include "toolkit/threading/ThreadSafety.h"
 
 namespace Toolkit {
 
@@ -35,7 +34,7 @@ public:
 private:
     bool TestAndReset();
 
-    std::atomic<bool> m_signalled; // changed under m_lock
+    bool m_signalled TOOLKIT_GUARDED_BY(m_lock);
     bool m_autoReset;
     Mutex m_lock;
 };
