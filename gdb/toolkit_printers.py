@@ -148,6 +148,52 @@ class MatchResult:
         yield "groups", self.value["groups"]
 
 
+def items_of(vector):
+    item = vector["_M_impl"]["_M_start"]
+    while item != vector["_M_impl"]["_M_finish"]:
+        yield item.dereference()
+        item += 1
+
+
+def text_of(view):
+    """The text of a std::string_view in UTF-8."""
+    length = int(view["_M_len"])
+    return view["_M_str"].string("utf-8", "replace", length) if length > 0 else ""
+
+
+class IniFile:
+    """Whether a file was read, and its settings.
+
+    The settings are in private classes, which only debug information of the library describes.
+    """
+
+    def __init__(self, value):
+        self.loaded = bool(value["m_loaded"])
+        self.sections = value["m_sections"]["_M_ptr"]
+
+    def is_described(self):
+        return bool(self.sections) and len(self.sections.type.target().strip_typedefs().fields()) > 0
+
+    def to_string(self):
+        text = "loaded" if self.loaded else "not loaded"
+        if self.sections and not self.is_described():
+            text += ", settings unknown without debug information of the library"
+        return text
+
+    def children(self):
+        if not self.is_described():
+            return
+        for section in items_of(self.sections.dereference()["m_sections"]):
+            for entry in items_of(section["m_entries"]):
+                name = "[%s] %s" % (self.name_of(section), text_of(entry["name"]))
+                yield name, text_of(entry["value"])
+
+    @staticmethod
+    def name_of(section):
+        name = section["name"]
+        return name["_M_dataplus"]["_M_p"].string(length=int(name["_M_string_length"]))
+
+
 def make_printers():
     printers = gdb.printing.RegexpCollectionPrettyPrinter("toolkit")
     printers.add_printer("smart_ptr", "^Toolkit::smart_ptr<.*>$", SmartPointer)
@@ -156,6 +202,7 @@ def make_printers():
     printers.add_printer("DateTime", "^Toolkit::DateTime$", DateTime)
     printers.add_printer("Version", "^Toolkit::Version$", Version)
     printers.add_printer("Group", "^Toolkit::Group$", Group)
+    printers.add_printer("IniFile", "^Toolkit::IniFile$", IniFile)
     printers.add_printer("MatchResult", "^Toolkit::MatchResult$", MatchResult)
     return printers
 

@@ -1,11 +1,13 @@
 // Makes the values that a debugger is asked for, and then calls Stop().
 
+#include "toolkit/config/IniFile.h"
 #include "toolkit/core/Bytes.h"
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"
 #include "toolkit/regExp/RegExp.h"
 #include "toolkit/system/Version.h"
 
+#include <string>
 #include <vector>
 
 using namespace Toolkit;
@@ -13,7 +15,7 @@ using namespace Toolkit;
 extern "C" void Stop();
 void Stop() {}
 
-int main()
+int main(int, char** arguments)
 {
     const TString<wchar_t> wide = L"caf\u00E9";
     const TString<char> narrow = "narrow";
@@ -35,6 +37,9 @@ int main()
     const smart_ptr<MatchResult> match = pattern.Match("abbc");
     const smart_ptr<MatchResult> noMatch = pattern.Match("xyz");
     const smart_ptr<Group> group = match->groups.back();
+    const std::string path = arguments[1] ? arguments[1] : "";
+    const IniFile settings(std::wstring(path.begin(), path.end()));
+    const IniFile noSettings(L"");
     Stop();
     return group->index - 1;
 }

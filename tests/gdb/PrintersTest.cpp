@@ -14,8 +14,9 @@ using TestSupport::RunProgram;
 using TestSupport::TempDir;
 
 const std::vector<std::string> c_variables = {
-    "wide",    "narrow",    "emptyText", "shared", "emptyPointer", "version", "bytes",
-    "noBytes", "manyBytes", "date",      "noDate", "match",        "noMatch", "group",
+    "wide",    "narrow",  "emptyText", "shared",     "emptyPointer", "version",
+    "bytes",   "noBytes", "manyBytes", "date",       "noDate",       "match",
+    "noMatch", "group",   "settings",  "noSettings",
 };
 
 using Texts = std::map<std::string, std::string>;
@@ -62,7 +63,10 @@ protected:
     {
         const TempDir directory;
         const std::string core = directory.Path() / "core";
-        std::vector<std::string> commands = {"break Stop", "run", "generate-core-file " + core};
+        directory.WriteFile(L"settings.ini", "[window]\nwidth=800\ntitle=caf\u00E9\n[empty]\n");
+        const std::string settings = directory.Path() / "settings.ini";
+        std::vector<std::string> commands = {"break Stop", "run " + settings,
+                                             "generate-core-file " + core};
         AddPrintCommands(commands);
         commands.emplace_back("kill");
         Show("live", commands);
@@ -150,6 +154,12 @@ TEST_P(PrintersTest, ShowsAMatchWithItsGroups)
 TEST_P(PrintersTest, ShowsThatAPatternDidNotMatch)
 {
     EXPECT_THAT(Shown("noMatch"), HasSubstr("object = no match, code -1"));
+}
+
+TEST_P(PrintersTest, ShowsTheSettingsOfAnIniFile)
+{
+    EXPECT_EQ(Shown("settings"), "loaded = {[window] width = 800, [window] title = caf\u00E9}");
+    EXPECT_EQ(Shown("noSettings"), "not loaded");
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, PrintersTest, testing::Values("live", "core"),
