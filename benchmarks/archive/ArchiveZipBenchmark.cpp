@@ -189,70 +189,52 @@ void BM_ZipReadBytes_Libzip(benchmark::State& state)
 }
 BENCHMARK(BM_ZipReadBytes_Libzip)->Unit(benchmark::kMillisecond);
 
-void BM_ZipReadLines_Toolkit(benchmark::State& state)
+// Reads the small entry with `next`, which is false when there is nothing left.
+template <typename Entry, typename Text, typename Next>
+void ReadTexts(benchmark::State& state, Next next)
 {
     TheArchives();
     std::size_t size = 0;
     for (auto _ : state) {
-        OnlyEntry entry("small.zip");
-        TString<wchar_t> line;
+        Entry entry("small.zip");
+        Text text;
         size = 0;
-        while (entry.Stream().ReadLine(line))
-            size += line.size() + 1;
+        while (next(entry.Stream(), text))
+            size += text.size() + 1;
     }
     CheckSize(state, size, Archives::Small().size());
+}
+
+void BM_ZipReadLines_Toolkit(benchmark::State& state)
+{
+    ReadTexts<OnlyEntry, TString<wchar_t>>(
+        state, [](ZipInputStream& stream, auto& line) { return stream.ReadLine(line); });
 }
 BENCHMARK(BM_ZipReadLines_Toolkit)->Unit(benchmark::kMillisecond);
 
 // A new wxTextInputStream for every line.
 void BM_ZipReadLines_wxFreshReader(benchmark::State& state)
 {
-    TheArchives();
-    std::size_t size = 0;
-    for (auto _ : state) {
-        BareEntry entry("small.zip");
-        size = 0;
-        while (true) {
-            const wxString line = wxTextInputStream(entry.Stream(), " \t").ReadLine();
-            if (!entry.Stream().IsOk())
-                break;
-            size += line.size() + 1;
-        }
-    }
-    CheckSize(state, size, Archives::Small().size());
+    ReadTexts<BareEntry, wxString>(state, [](wxZipInputStream& stream, wxString& line) {
+        line = wxTextInputStream(stream, " \t").ReadLine();
+        return stream.IsOk();
+    });
 }
 BENCHMARK(BM_ZipReadLines_wxFreshReader)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadWords_Toolkit(benchmark::State& state)
 {
-    TheArchives();
-    std::size_t size = 0;
-    for (auto _ : state) {
-        OnlyEntry entry("small.zip");
-        TString<wchar_t> word;
-        size = 0;
-        while ((entry.Stream() >> word).IsOk())
-            size += word.size() + 1;
-    }
-    CheckSize(state, size, Archives::Small().size());
+    ReadTexts<OnlyEntry, TString<wchar_t>>(
+        state, [](ZipInputStream& stream, auto& word) { return (stream >> word).IsOk(); });
 }
 BENCHMARK(BM_ZipReadWords_Toolkit)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadWords_wxFreshReader(benchmark::State& state)
 {
-    TheArchives();
-    std::size_t size = 0;
-    for (auto _ : state) {
-        BareEntry entry("small.zip");
-        size = 0;
-        while (true) {
-            const wxString word = wxTextInputStream(entry.Stream(), " \t").ReadWord();
-            if (!entry.Stream().IsOk())
-                break;
-            size += word.size() + 1;
-        }
-    }
-    CheckSize(state, size, Archives::Small().size());
+    ReadTexts<BareEntry, wxString>(state, [](wxZipInputStream& stream, wxString& word) {
+        word = wxTextInputStream(stream, " \t").ReadWord();
+        return stream.IsOk();
+    });
 }
 BENCHMARK(BM_ZipReadWords_wxFreshReader)->Unit(benchmark::kMillisecond);
 
