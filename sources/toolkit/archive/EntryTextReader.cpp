@@ -77,7 +77,7 @@ std::optional<Span> Locate(ArchiveStream& stream, Find find)
     }
 }
 
-// ZipReadLines: a fresh wxTextInputStream for each line, which takes a byte at a time, takes 16
+// ZipReadLines: a fresh wxTextInputStream for each line, which reads one byte at a time, takes 8
 // times as long.
 //
 // Reads plain text and the separator after it; false, with nothing read, when it needs a
