@@ -26,6 +26,7 @@ extern std::atomic<unsigned int> s_forks;
 /// that stores it finds out whether it is the copy in a forked child.
 inline unsigned int CountForks()
 {
+    // Relaxed: it changes only while the child has a single thread.
     return s_forks.load(std::memory_order_relaxed);
 }
 

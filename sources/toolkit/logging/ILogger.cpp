@@ -44,6 +44,7 @@ ILogger& ILogger::WriteNumber(Number value)
 
 ILogger& ILogger::operator<<(const SetSeverity& severity)
 {
+    // Relaxed, like the load: the severity says nothing about other memory.
     m_severity.store(severity.GetSeverity(), std::memory_order_relaxed);
     return GetLogger();
 }

@@ -16,7 +16,9 @@ namespace {
 // while a logger is destroyed: a logger that writes what it has until nothing more comes must not
 // get more, so it leaves its place first.
 
-// Read once: other threads may log while the logger is released. libc++ has no std::atomic_ref.
+// Read once: other threads may log while the logger is released. Pairs with the release store of
+// ReleaseInstance(): a thread that finds null finds all that was done before. libc++ has no
+// std::atomic_ref.
 smart_ptr<ILogger>* Current()
 {
     return __atomic_load_n(&ILogger::s_pInstance, __ATOMIC_ACQUIRE);

@@ -17,6 +17,7 @@ constexpr unsigned int c_pollIntervalMs = 10;
 // Allocates at once: callers that ignore the result of Lock() rely on it.
 MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
+    // Relaxed, as in the destructor: no other thread has the object yet, or any more.
     if (initiallyLocked)
         m_mutex.load(std::memory_order_relaxed)->Acquire();
 }
@@ -70,6 +71,7 @@ bool MutexInternal::Lock(unsigned int timeoutMs)
 
 bool MutexInternal::Unlock()
 {
+    // Acquire, as in MakeOnFirstUse(): a thread may unlock what it has not locked.
     CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire);
     return mutex && mutex->Release();
 }

@@ -21,6 +21,8 @@ public:
     /// False in a forked child, which has the objects of its parent without their threads.
     bool IsOfThisProcess() const;
 
+    /// Release pairs with the acquire of AwaitEntry(): whoever awaited it finds what the thread did
+    /// before.
     void SetEntered() { m_isEntered.store(true, std::memory_order_release); }
 
     /// Waits until `SetEntered()` was called, with a time limit: an override of `Thread::Entry()`
@@ -29,6 +31,8 @@ public:
 
     /// Asks the thread to end and wakes it.
     void Cancel();
+
+    /// Acquire pairs with the release of Cancel(): the thread finds what was done before it.
     bool IsCancelled() const { return m_isCancelled.load(std::memory_order_acquire); }
 
     void Wake() { m_wakes.release(); }
