@@ -75,10 +75,13 @@ std::tm ToFields(const CalendarTime& time)
     return fields;
 }
 
-// Whether the zone counts no leap seconds. Those of TZ=right/... do.
+// Whether the zone counts no leap seconds. Those of TZ=right/... do: their minutes and seconds
+// differ from plain ones, because fewer than 3600 leap seconds have been inserted.
 bool IsPlain(const std::tm& fields, long long seconds)
 {
-    return PlainSeconds(FromFields(fields)) - fields.tm_gmtoff == seconds;
+    const long long fromFullHour =
+        seconds + fields.tm_gmtoff - fields.tm_min * c_secondsPerMinute - fields.tm_sec;
+    return fromFullHour % c_secondsPerHour == 0;
 }
 
 int DaysInMonth(long long year, long long month)

@@ -25,8 +25,10 @@ public:
             ++m_at;
         long long value = 0;
         const wchar_t* const digits = m_at;
-        for (; !AtEnd() && IsDigit(*m_at); ++m_at)
-            value = std::min(value * 10 + (*m_at - L'0'), c_tooLarge);
+        for (; !AtEnd() && IsDigit(*m_at); ++m_at) {
+            if (value < c_tooLarge)
+                value = value * 10 + (*m_at - L'0');
+        }
         value = isNegative ? -value : value;
         m_hasFailed = m_hasFailed || m_at == digits || value > std::numeric_limits<int>::max() ||
                       value < std::numeric_limits<int>::min();
