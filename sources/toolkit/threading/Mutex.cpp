@@ -12,6 +12,22 @@ namespace {
 
 constexpr unsigned int c_pollIntervalMs = 10;
 
+bool Poll(CountedMutex& mutex, unsigned int timeoutMs)
+{
+    wxMutexError result = mutex.TryAcquire();
+    if (timeoutMs < c_pollIntervalMs)
+        return result == wxMUTEX_NO_ERROR;
+
+    const unsigned int rounds = timeoutMs / c_pollIntervalMs;
+    for (unsigned int round = 0; result == wxMUTEX_BUSY; ++round) {
+        wxThread::Sleep(c_pollIntervalMs);
+        if (round == rounds)
+            break;
+        result = mutex.TryAcquire();
+    }
+    return result == wxMUTEX_NO_ERROR;
+}
+
 } // namespace
 
 // Allocates at once: callers that ignore the result of Lock() rely on it.
@@ -35,9 +51,6 @@ MutexInternal::~MutexInternal()
 // Returns null when out of memory.
 CountedMutex* MutexInternal::MakeOnFirstUse()
 {
-    // Acquire pairs with the exchange below: the thread that finds a mutex finds it constructed.
-    if (CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire))
-        return mutex;
     return Base::ResultOr(nullptr, [this]() -> CountedMutex* {
         auto made = std::make_unique<CountedMutex>();
         CountedMutex* first = nullptr;
@@ -49,24 +62,15 @@ CountedMutex* MutexInternal::MakeOnFirstUse()
 
 bool MutexInternal::Lock(unsigned int timeoutMs)
 {
-    CountedMutex* const mutex = MakeOnFirstUse();
+    // Acquire pairs with the exchange above: the thread that finds a mutex finds it constructed.
+    CountedMutex* mutex = m_mutex.load(std::memory_order_acquire);
+    if (!mutex)
+        mutex = MakeOnFirstUse();
     if (!mutex)
         return false;
     if (timeoutMs == Infinite)
         return mutex->Acquire() == wxMUTEX_NO_ERROR;
-
-    wxMutexError result = mutex->TryAcquire();
-    if (timeoutMs < c_pollIntervalMs)
-        return result == wxMUTEX_NO_ERROR;
-
-    const unsigned int rounds = timeoutMs / c_pollIntervalMs;
-    for (unsigned int round = 0; result == wxMUTEX_BUSY; ++round) {
-        wxThread::Sleep(c_pollIntervalMs);
-        if (round == rounds)
-            break;
-        result = mutex->TryAcquire();
-    }
-    return result == wxMUTEX_NO_ERROR;
+    return Poll(*mutex, timeoutMs);
 }
 
 bool MutexInternal::Unlock()
