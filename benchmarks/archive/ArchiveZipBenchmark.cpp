@@ -6,8 +6,11 @@
 #include <wx/wfstream.h>
 #include <wx/zipstrm.h>
 
+#include <Poco/Zip/ZipArchive.h>
+#include <Poco/Zip/ZipStream.h>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <minizip/unzip.h>
@@ -221,6 +224,25 @@ void BM_ZipReadLines_wxFreshReader(benchmark::State& state)
     });
 }
 BENCHMARK(BM_ZipReadLines_wxFreshReader)->Unit(benchmark::kMillisecond);
+
+// Lines of bytes, which are not decoded.
+void BM_ZipReadLines_PocoGetline(benchmark::State& state)
+{
+    const std::string path = TheArchives().Path("small.zip");
+    std::size_t size = 0;
+    for (auto _ : state) {
+        std::ifstream file(path, std::ios::binary);
+        const Poco::Zip::ZipArchive archive(file);
+        file.clear();
+        Poco::Zip::ZipInputStream entry(file, archive.headerBegin()->second);
+        std::string line;
+        size = 0;
+        while (std::getline(entry, line))
+            size += line.size() + 1;
+    }
+    CheckSize(state, size, Archives::Small().size());
+}
+BENCHMARK(BM_ZipReadLines_PocoGetline)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadWords_Toolkit(benchmark::State& state)
 {

@@ -1,0 +1,2 @@
+toolkit_benchmark(system/SingleApplicationInstanceBenchmark.cpp)
+toolkit_benchmark(system/TickCountBenchmark.cpp)

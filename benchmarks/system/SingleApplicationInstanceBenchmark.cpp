@@ -1,0 +1,69 @@
+// The check whether another instance of the application runs, from start to end.
+
+#include "toolkit/files/PathManager.h"
+#include "toolkit/system/SingleApplicationInstance.h"
+
+#include <benchmark/benchmark.h>
+#include <wx/init.h>
+#include <wx/snglinst.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace {
+
+using namespace Toolkit;
+
+// A home directory, in which the checks keep their files.
+class Home {
+public:
+    Home()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "home-XXXXXX").native();
+        if (!::mkdtemp(name.data()))
+            std::abort();
+        m_path = name;
+        ::setenv("HOME", name.c_str(), 1);
+    }
+    ~Home() { std::filesystem::remove_all(m_path); }
+
+    Home(const Home&) = delete;
+    Home& operator=(const Home&) = delete;
+
+private:
+    std::filesystem::path m_path;
+};
+
+void BM_InstanceCheck_Toolkit(benchmark::State& state)
+{
+    const wxInitializer framework;
+    const Home home;
+    PathManager::CreateInstance();
+    bool isAlone = true;
+    for (auto _ : state) {
+        SingleApplicationInstance::CreateInstance();
+        isAlone &= !SingleApplicationInstance::GetInstance()->IsAlreadyRunning();
+        SingleApplicationInstance::ReleaseInstance();
+    }
+    PathManager::ReleaseInstance();
+    if (!isAlone)
+        state.SkipWithError("another instance runs");
+}
+BENCHMARK(BM_InstanceCheck_Toolkit);
+
+void BM_InstanceCheck_wxSingleInstanceChecker(benchmark::State& state)
+{
+    const wxInitializer framework;
+    const Home home;
+    bool isAlone = true;
+    for (auto _ : state) {
+        wxSingleInstanceChecker checker;
+        isAlone &= checker.Create(".instance") && !checker.IsAnotherRunning();
+    }
+    if (!isAlone)
+        state.SkipWithError("another instance runs");
+}
+BENCHMARK(BM_InstanceCheck_wxSingleInstanceChecker);
+
+} // namespace
