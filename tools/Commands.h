@@ -9,6 +9,8 @@ class App;
 namespace Tool {
 
 /// Each adds a subcommand to `app`. When it is chosen, parsing sets `action`.
+void AddIniCommand(CLI::App& app, Action& action);
+void AddIpcCommand(CLI::App& app, Action& action);
 void AddLogCommand(CLI::App& app, Action& action);
 
 } // namespace Tool

@@ -84,6 +84,8 @@ int Run(int argc, char** argv)
             Toolkit::UTF8::ToUTF8(
                 std::unique_ptr<Toolkit::Version>(Toolkit::Version::Create())->ToString()));
     AddLogCommand(app, action);
+    AddIniCommand(app, action);
+    AddIpcCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {

@@ -1,0 +1,125 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+class IniCommandTest : public ToolFixture {
+protected:
+    // What the command reports of a file with that text, without the path.
+    std::string Check(const std::string& text, int exitCode) const
+    {
+        Write(L"a.ini", text);
+        const ProgramResult result = Shell("cd $dir; $toolkit ini check a.ini");
+        EXPECT_EQ(result.exitCode, exitCode) << text;
+        EXPECT_EQ(result.errors, "");
+        return result.output;
+    }
+};
+
+constexpr const char* c_settings = "[Window]\nwidth = 640\nwidth=800\ntitle =  a = b \n[]\nempty=\n"
+                                   "[Window]\nheight=480\n";
+
+TEST_F(IniCommandTest, ListsWhatTheLibraryReads)
+{
+    EXPECT_EQ(Run({"ini", "list", Write(L"a.ini", c_settings)}).output,
+              "[Window]\nheight=480\ntitle=a = b\nwidth=640\n[]\nempty=\n");
+}
+
+TEST_F(IniCommandTest, GetsAValue)
+{
+    const std::string file = Write(L"a.ini", c_settings);
+
+    const ProgramResult result = Run({"ini", "get", file, "Window", "title"});
+    EXPECT_EQ(result.output, "a = b\n");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(Run({"ini", "get", file, "", "empty"}).output, "\n");
+}
+
+TEST_F(IniCommandTest, AMissingValueIsANo)
+{
+    const ProgramResult result =
+        Run({"ini", "get", Write(L"a.ini", c_settings), "window", "title"});
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+}
+
+TEST_F(IniCommandTest, ReadsStandardInput)
+{
+    Write(L"a.ini", c_settings);
+
+    for (const std::string arguments : {"get - Window height < $dir/a.ini", "get - Window height"})
+        EXPECT_EQ(Shell("cat $dir/a.ini | $toolkit ini " + arguments).output, "480\n") << arguments;
+}
+
+TEST_F(IniCommandTest, AMissingFileIsAnError)
+{
+    for (const std::string command : {"list", "check"}) {
+        const ProgramResult result = Run({"ini", command, "/nonesuch.ini"});
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.errors, "toolkit: cannot read /nonesuch.ini\n");
+    }
+}
+
+TEST_F(IniCommandTest, CheckFindsNothingInAGoodFile)
+{
+    EXPECT_EQ(Check("; comment\n\n[Main]\na=1\n  \t\nb = \n[Other]\na=1\n", 0), "");
+    EXPECT_EQ(Check("", 0), "");
+}
+
+TEST_F(IniCommandTest, CheckFindsALineWithoutEqualsSign)
+{
+    EXPECT_EQ(Check("[Main]\n width 640\n", 1),
+              "a.ini:2: ignored: no \"=\" in the line: width 640\n");
+}
+
+TEST_F(IniCommandTest, CheckFindsAKeyAboveTheFirstSection)
+{
+    EXPECT_EQ(Check("\nwidth=640\n[Main]\n", 1),
+              "a.ini:2: ignored: \"width\" is above the first section\n");
+}
+
+TEST_F(IniCommandTest, CheckFindsASecondValue)
+{
+    EXPECT_EQ(Check("[A]\r\nx=1\r\n[B]\r\nx=1\r\nx = 2\r\n", 1),
+              "a.ini:5: ignored: \"x\" has a value since line 4\n");
+}
+
+TEST_F(IniCommandTest, CheckWarnsOfASectionThatComesTwice)
+{
+    EXPECT_EQ(Check("[A]\nx=1\n[B]\n[A]\nx=2\n", 1),
+              "a.ini:4: warning: [A] continues the section of line 1\n"
+              "a.ini:5: ignored: \"x\" has a value since line 2\n");
+}
+
+TEST_F(IniCommandTest, CheckWarnsOfAKeyThatLooksLikeAComment)
+{
+    EXPECT_EQ(Check("[A]\n ; x = 1\n", 1),
+              "a.ini:2: warning: a key, no comment: \";\" is not in the first column\n");
+}
+
+TEST_F(IniCommandTest, CheckWarnsOfBytesThatAreNotUtf8)
+{
+    EXPECT_EQ(Check("[A]\r\nx=caf\xC3\xA9\ny=caf\xE9\n", 1),
+              "a.ini:3: warning: not UTF-8, so the file is read as ISO 8859-1\n");
+}
+
+TEST_F(IniCommandTest, CheckAcceptsMarkedFiles)
+{
+    EXPECT_EQ(Check("\xEF\xBB\xBF[A]\nx=1\n", 0), "");
+    EXPECT_EQ(Check(std::string("\xFF\xFE[\0A\0]\0\n\0", 10), 0), "");
+    EXPECT_EQ(Check(std::string("\0\0\xFE\xFF\0\0\0[\0\0\0A\0\0\0]", 16), 0), "");
+}
+
+TEST_F(IniCommandTest, ShowsControlCharactersAsText)
+{
+    EXPECT_EQ(Check("[A]\nx\x1B[31m\n", 1), "a.ini:2: ignored: no \"=\" in the line: x\\x1B[31m\n");
+    EXPECT_EQ(Run({"ini", "list", Write(L"b.ini", "[\x1B]\n\x07=\xC2\x9B\n")}).output,
+              "[\\x1B]\n\\x07=\\x9B\n");
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

@@ -1,0 +1,104 @@
+#include "toolkit/ipc/IPCClient.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "RunningCommand.h"
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::HasSubstr;
+
+class IpcCommandTest : public ToolFixture {
+protected:
+    ~IpcCommandTest() override { std::filesystem::remove(ListedPath()); }
+
+    std::string Service() const { return PathOf("app.ipc"); }
+
+    // Among the services of applications.
+    std::string ListedPath() const
+    {
+        return "/tmp/toolkit-ipc-test-" + std::to_string(::getpid()) + ".ipc";
+    }
+};
+
+TEST_F(IpcCommandTest, ListenPrintsWhatIsSent)
+{
+    RunningCommand server({"ipc", "listen", Service()});
+    server.ReadUntil("toolkit: listening at " + Service() + "\n");
+
+    const ProgramResult result = Run({"ipc", "send", Service(), "h\xC3\xA9 \x1B"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output + result.errors, "");
+    server.ReadUntil("\nh\xC3\xA9 \\x1B\n");
+    EXPECT_EQ(server.End(SIGINT), 0);
+    EXPECT_FALSE(std::filesystem::exists(Service()));
+}
+
+TEST_F(IpcCommandTest, ListenEndsAfterAsManyMessagesAsAskedFor)
+{
+    RunningCommand server({"ipc", "listen", "--count", "2", Service()});
+    server.ReadUntil("listening");
+
+    Run({"ipc", "send", Service(), "one"});
+    Run({"ipc", "send", Service(), "two"});
+
+    server.ReadUntil("two\n");
+    EXPECT_EQ(server.Wait(), 0);
+}
+
+TEST_F(IpcCommandTest, ListenEndsWhenTheReaderGoesAway)
+{
+    RunningCommand server({"ipc", "listen", Service()});
+    server.ReadUntil("listening");
+
+    server.CloseOutput();
+
+    EXPECT_EQ(server.Wait(), -SIGPIPE);
+    EXPECT_FALSE(std::filesystem::exists(Service()));
+}
+
+TEST_F(IpcCommandTest, SendSaysThatNobodyListens)
+{
+    const ProgramResult result = Run({"ipc", "send", Service(), "x"});
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "toolkit: not delivered: no server listens at " + Service() + "\n");
+}
+
+TEST_F(IpcCommandTest, ASecondServerIsAnError)
+{
+    RunningCommand server({"ipc", "listen", Service()});
+    server.ReadUntil("listening");
+
+    const ProgramResult result = Run({"ipc", "listen", Service()});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors, "toolkit: cannot listen at " + Service() + "\n");
+}
+
+TEST_F(IpcCommandTest, ANumberIsNoService)
+{
+    EXPECT_EQ(Run({"ipc", "send", "1234", "x"}).errors,
+              "toolkit: no name of a service: \"1234\"\n");
+}
+
+TEST_F(IpcCommandTest, ListTellsLiveFromStaleSockets)
+{
+    {
+        RunningCommand server({"ipc", "listen", ListedPath()});
+        server.ReadUntil("listening");
+        EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("live  " + ListedPath() + "\n"));
+    } // killed
+
+    EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("stale " + ListedPath() + "\n"));
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

@@ -1,0 +1,139 @@
+#include "IniCheck.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <map>
+#include <optional>
+#include <string_view>
+
+#include "Characters.h"
+#include "Failure.h"
+#include "IniText.h"
+
+using namespace std::string_view_literals;
+
+namespace Tool {
+namespace {
+
+using Text = TString<wchar_t>;
+
+// Checks the lines of a file one by one, by the rules of the reader.
+class Checker {
+public:
+    std::vector<IniFinding> Check(const std::vector<Text>& lines)
+    {
+        for (m_line = 1; m_line <= lines.size(); ++m_line)
+            CheckLine(lines[m_line - 1]);
+        return std::move(m_findings);
+    }
+
+private:
+    void CheckLine(const Text& line)
+    {
+        Text trimmed = line;
+        trimmed.Trim();
+        if (trimmed.empty() || line.front() == L';')
+            return;
+        if (IsIniHeader(line))
+            CheckHeader(IniSectionOf(line));
+        else if (line.find(L'=') == Text::npos)
+            Find("ignored: no \"=\" in the line: " + Shown(trimmed));
+        else
+            CheckKey(line, trimmed);
+    }
+
+    void CheckHeader(const Text& section)
+    {
+        const auto [entry, isNew] = m_headers.emplace(section, m_line);
+        m_section = &m_keys[section];
+        if (!isNew)
+            Find("warning: [" + Shown(section) + "] continues the section of line " +
+                 std::to_string(entry->second));
+    }
+
+    void CheckKey(const Text& line, const Text& trimmed)
+    {
+        Text key = line.substr(0, line.find(L'='));
+        key.Trim();
+        if (!m_section) {
+            Find("ignored: \"" + Shown(key) + "\" is above the first section");
+            return;
+        }
+        const auto [entry, isNew] = m_section->emplace(key, m_line);
+        if (!isNew)
+            Find("ignored: \"" + Shown(key) + "\" has a value since line " +
+                 std::to_string(entry->second));
+        else if (trimmed.front() == L';')
+            Find("warning: a key, no comment: \";\" is not in the first column");
+    }
+
+    void Find(const std::string& text) { m_findings.push_back({m_line, text}); }
+
+    using Lines = std::map<Text, std::size_t>;
+
+    std::vector<IniFinding> m_findings;
+    std::size_t m_line = 0;
+    Lines m_headers;              // where each section begins
+    std::map<Text, Lines> m_keys; // by section, where each key has its value
+    Lines* m_section = nullptr;   // null above the first header
+};
+
+std::string ReadBytes(const InputPath& path)
+{
+    constexpr std::size_t blockSize = 65536;
+
+    const Descriptor file(::open(path.Path().c_str(), O_RDONLY | O_CLOEXEC));
+    std::string bytes;
+    for (ssize_t count = 1; count > 0;) {
+        const std::size_t length = bytes.size();
+        bytes.resize(length + blockSize);
+        count = ::read(file.Get(), bytes.data() + length, blockSize);
+        bytes.resize(length + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        if (count < 0)
+            throw SystemFailure("cannot read " + path.Shown());
+    }
+    return bytes;
+}
+
+bool HasByteOrderMark(std::string_view bytes)
+{
+    for (const std::string_view mark : {"\xFE\xFF"sv, "\xFF\xFE"sv, "\0\0\xFE\xFF"sv}) {
+        if (bytes.substr(0, mark.size()) == mark)
+            return true;
+    }
+    return false;
+}
+
+// The line of the first byte that is not UTF-8 in a file that should be.
+std::optional<std::size_t> LineOfForeignByte(std::string_view bytes)
+{
+    if (HasByteOrderMark(bytes))
+        return {};
+    std::size_t line = 1;
+    for (bool wasReturn = false; !bytes.empty();) {
+        const Character character = TakeCharacter(bytes);
+        if (!character.isValid)
+            return line;
+        const bool isReturn = character.code == '\r';
+        if (isReturn || (character.code == '\n' && !wasReturn))
+            ++line;
+        wasReturn = isReturn;
+    }
+    return {};
+}
+
+} // namespace
+
+std::vector<IniFinding> CheckIni(const InputPath& path)
+{
+    std::vector<IniFinding> findings = Checker().Check(ReadIniLines(path));
+    if (const std::optional<std::size_t> line = LineOfForeignByte(ReadBytes(path))) {
+        findings.push_back({*line, "warning: not UTF-8, so the file is read as ISO 8859-1"});
+        std::stable_sort(
+            findings.begin(), findings.end(),
+            [](const IniFinding& one, const IniFinding& other) { return one.line < other.line; });
+    }
+    return findings;
+}
+
+} // namespace Tool

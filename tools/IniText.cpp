@@ -1,0 +1,37 @@
+#include "IniText.h"
+
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/files/TextFile.h>
+
+#include "Failure.h"
+#include "VisibleText.h"
+
+namespace Tool {
+
+std::vector<TString<wchar_t>> ReadIniLines(const InputPath& path)
+{
+    Toolkit::TextFile file;
+    if (!file.Open(path.Wide()))
+        throw Failure("cannot read " + path.Shown());
+    std::vector<TString<wchar_t>> lines = {file.GetFirstLine()};
+    while (!file.Eof())
+        lines.push_back(file.GetNextLine());
+    return lines;
+}
+
+bool IsIniHeader(const TString<wchar_t>& line)
+{
+    return !line.empty() && line.front() == L'[' && line.back() == L']';
+}
+
+TString<wchar_t> IniSectionOf(const TString<wchar_t>& header)
+{
+    return header.substr(1, header.size() - 2);
+}
+
+std::string Shown(const TString<wchar_t>& text)
+{
+    return VisibleText(Toolkit::UTF8::ToUTF8(text));
+}
+
+} // namespace Tool

@@ -1,0 +1,103 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/ipc/IPCClient.h>
+#include <toolkit/ipc/IPCServer.h>
+
+#include "Commands.h"
+#include "Failure.h"
+#include "InputPath.h"
+#include "IpcListener.h"
+#include "Output.h"
+#include "OwnFiles.h"
+#include "VisibleText.h"
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+struct Options {
+    std::string service;
+    std::string text;
+    unsigned int count = 0;
+};
+
+TString<wchar_t> ServiceOf(const Options& options)
+{
+    const TString<wchar_t> service = WideArgument(options.service);
+    if (service.empty() || IPCServer::GetSocketPath(service).empty())
+        throw Failure("no name of a service: \"" + options.service + "\"");
+    return service;
+}
+
+int Send(const Options& options, Output&)
+{
+    const TString<wchar_t> service = ServiceOf(options);
+    if (IPCClient::Connect(service, WideArgument(options.text)))
+        return ExitGood;
+    const bool isServed = IPCClient::IsServed(service);
+    std::cerr << "toolkit: not delivered: "
+              << (isServed ? "the server does not take it" : "no server listens at ")
+              << (isServed ? "" : VisibleText(UTF8::ToUTF8(IPCServer::GetSocketPath(service))))
+              << '\n';
+    return ExitNo;
+}
+
+int Listen(const Options& options, Output& output)
+{
+    return IpcListener(output, options.count).Run(ServiceOf(options));
+}
+
+int List(const Options&, Output& output)
+{
+    for (const std::string& path : OwnFilesInTemporaryDirectory(".ipc", FileKind::Socket)) {
+        const bool isLive = IPCClient::IsServed(UTF8::ToUNICODE(path));
+        output.Write(isLive ? "live  " : "stale ", isLive ? Output::Green : Output::Yellow);
+        output.WriteVisible(path);
+        output.Write("\n");
+    }
+    return ExitGood;
+}
+
+CLI::App* Add(CLI::App& ipc, const char* name, const char* description,
+              const std::shared_ptr<Options>& options, Action& action,
+              int (*run)(const Options&, Output&))
+{
+    CLI::App* const command = ipc.add_subcommand(name, description);
+    command->callback([options, run, &action] {
+        action = [options, run](Output& output) { return run(*options, output); };
+    });
+    return command;
+}
+
+void AddService(CLI::App& command, Options& options)
+{
+    command
+        .add_option("service", options.service,
+                    "Path of the socket file; a name without / is a file in this directory")
+        ->required();
+}
+
+} // namespace
+
+void AddIpcCommand(CLI::App& app, Action& action)
+{
+    CLI::App* const ipc = app.add_subcommand("ipc", "Send and receive local messages");
+    ipc->require_subcommand(1);
+    const auto options = std::make_shared<Options>();
+
+    CLI::App* const send = Add(*ipc, "send", "Send a message to a service", options, action, Send);
+    AddService(*send, *options);
+    send->add_option("text", options->text, "The message")->required();
+
+    CLI::App* const listen =
+        Add(*ipc, "listen", "Be a service and print what is sent to it", options, action, Listen);
+    AddService(*listen, *options);
+    listen->add_option("-n,--count", options->count, "End after so many messages");
+
+    Add(*ipc, "list", "List the sockets of this user, live and stale", options, action, List);
+}
+
+} // namespace Tool

@@ -1,0 +1,99 @@
+#include "IpcListener.h"
+
+#include <wx/app.h>
+#include <wx/init.h>
+#include <wx/timer.h>
+
+#include <iostream>
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/ipc/IPCServer.h>
+
+#include "Action.h"
+#include "Failure.h"
+#include "StopSignals.h"
+#include "VisibleText.h"
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+class Receiver : public IPCConnectionEvent {
+public:
+    explicit Receiver(IpcListener& listener) : m_listener(listener) {}
+
+    void OnExecute(const TString<wchar_t>& text) override { m_listener.Receive(text); }
+
+private:
+    IpcListener& m_listener;
+};
+
+// Looks whether a signal has come or the reader has gone.
+class Watch : public wxTimer {
+public:
+    explicit Watch(IpcListener& listener) : m_listener(listener)
+    {
+        constexpr int intervalMs = 50;
+
+        Start(intervalMs);
+    }
+
+    void Notify() override { m_listener.EndWhenDone(); }
+
+private:
+    IpcListener& m_listener;
+};
+
+} // namespace
+
+int IpcListener::Run(const TString<wchar_t>& service)
+{
+    const wxInitializer framework;
+    if (!framework.IsOk())
+        throw Failure("wxWidgets cannot be started");
+    const StopSignals signals;
+    const std::string path = UTF8::ToUTF8(IPCServer::GetSocketPath(service));
+    IPCServer server(service);
+    server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
+    if (!server.Run())
+        throw Failure("cannot listen at " + path);
+    std::cerr << "toolkit: listening at " << VisibleText(path) << std::endl;
+    const Watch watch(*this);
+    wxAppConsole::GetInstance()->MainLoop();
+    if (m_failure)
+        std::rethrow_exception(m_failure);
+    return ExitGood;
+}
+
+// An exception must not pass through the event loop.
+void IpcListener::Receive(const TString<wchar_t>& text)
+try {
+    if (m_count > 0 && m_received == m_count)
+        return;
+    ++m_received;
+    m_output.WriteVisible(UTF8::ToUTF8(text));
+    m_output.Write("\n");
+    m_output.Flush();
+    if (m_received == m_count)
+        End();
+} catch (...) {
+    m_failure = std::current_exception();
+    End();
+}
+
+void IpcListener::EndWhenDone()
+try {
+    m_output.Sleep(0);
+    if (StopSignals::IsRequested())
+        End();
+} catch (...) {
+    m_failure = std::current_exception();
+    End();
+}
+
+void IpcListener::End()
+{
+    wxAppConsole::GetInstance()->ExitMainLoop();
+}
+
+} // namespace Tool
