@@ -12,5 +12,6 @@ namespace Tool {
 void AddIniCommand(CLI::App& app, Action& action);
 void AddIpcCommand(CLI::App& app, Action& action);
 void AddLogCommand(CLI::App& app, Action& action);
+void AddZipCommand(CLI::App& app, Action& action);
 
 } // namespace Tool

@@ -42,7 +42,8 @@ LogFilter FilterOf(const Options& options)
         filter.SetSeverity(static_cast<int>(severity - std::begin(c_severityNames)));
     filter.SetFunctions(options.functions);
     filter.SetText(options.text);
-    filter.SetPattern(options.pattern);
+    if (!options.pattern.empty())
+        filter.SetPattern(options.pattern);
     return filter;
 }
 
@@ -77,7 +78,7 @@ LogPrinter::Form FormOf(const Options& options)
 
 int Show(const Options& options, Output& output)
 {
-    LogFilter filter = FilterOf(options);
+    const LogFilter filter = FilterOf(options);
     LogPrinter printer(output, filter, FormOf(options));
     const Descriptor file = OpenLog(PathOfLog(options.log));
     PrintHistory(file.Get(), printer);
@@ -86,7 +87,7 @@ int Show(const Options& options, Output& output)
 
 int ShowAndFollow(const Options& options, Output& output)
 {
-    LogFilter filter = FilterOf(options);
+    const LogFilter filter = FilterOf(options);
     LogPrinter printer(output, filter, FormOf(options));
     const LogName name = NameOfLog(options.log);
     const std::vector<LogFileEntry> known = FilesOfLog(name);

@@ -2,11 +2,10 @@
 
 #include <optional>
 #include <string>
-#include <toolkit/core/smart_ptr.h>
-#include <toolkit/regExp/RegExp.h>
 #include <vector>
 
 #include "LogReader.h"
+#include "Pattern.h"
 
 namespace Tool {
 
@@ -23,19 +22,18 @@ public:
     void SetText(const std::string& text) { m_text = text; }
 
     /// Lines whose message this regular expression matches. Throws a `Failure` when it is none.
-    void SetPattern(const std::string& pattern);
+    void SetPattern(const std::string& pattern) { m_pattern.emplace(pattern); }
 
-    bool Accepts(const LogRecord& record);
+    bool Accepts(const LogRecord& record) const;
 
 private:
     bool AcceptsHeader(const LogHeader& header) const;
-    bool Matches(std::string_view message);
+    bool Matches(std::string_view message) const;
 
     std::optional<int> m_severity;
     std::vector<std::string> m_functions;
     std::string m_text;
-    std::optional<Toolkit::RegExp> m_pattern;
-    Toolkit::smart_ptr<Toolkit::MatchResult> m_match; // with the compiled pattern
+    std::optional<Pattern> m_pattern;
 };
 
 } // namespace Tool

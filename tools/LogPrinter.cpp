@@ -38,7 +38,7 @@ std::string IsoText(WallTime time)
 
 } // namespace
 
-LogPrinter::LogPrinter(Output& output, LogFilter& filter, Form form)
+LogPrinter::LogPrinter(Output& output, const LogFilter& filter, Form form)
     : m_output(output), m_filter(filter), m_form(form)
 {
 }

@@ -17,7 +17,7 @@ public:
         Json, ///< An object on a line each.
     };
 
-    LogPrinter(Output& output, LogFilter& filter, Form form);
+    LogPrinter(Output& output, const LogFilter& filter, Form form);
 
     /// The clock of the log that is printed; without a known time lines have their tick counts.
     void SetClock(const LogClock& clock) { m_clock = clock; }
@@ -39,7 +39,7 @@ private:
     const std::string& SecondOf(WallTime time);
 
     Output& m_output;
-    LogFilter& m_filter;
+    const LogFilter& m_filter;
     const Form m_form;
     LogClock m_clock;
     unsigned long long m_count = 0;

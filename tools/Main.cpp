@@ -85,6 +85,7 @@ int Run(int argc, char** argv)
                 std::unique_ptr<Toolkit::Version>(Toolkit::Version::Create())->ToString()));
     AddLogCommand(app, action);
     AddIniCommand(app, action);
+    AddZipCommand(app, action);
     AddIpcCommand(app, action);
     try {
         app.parse(argc, argv);

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace Tool {
+
+/// Cuts blocks of bytes into lines, without their line ends. A line of more than 1 MiB comes in
+/// pieces.
+class LineCutter {
+public:
+    using TakeLine = std::function<void(std::string_view)>;
+
+    void Add(std::string_view bytes, const TakeLine& take)
+    {
+        while (!bytes.empty()) {
+            const std::size_t end = bytes.find('\n');
+            m_line.append(bytes.substr(0, end));
+            if (end == std::string_view::npos && m_line.size() < c_longestLine)
+                return;
+            TakeWhole(take);
+            bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
+        }
+    }
+
+    /// Takes the last line, which may have no end.
+    void AddEnd(const TakeLine& take)
+    {
+        if (!m_line.empty())
+            TakeWhole(take);
+    }
+
+private:
+    static constexpr std::size_t c_longestLine = 1 << 20;
+
+    void TakeWhole(const TakeLine& take)
+    {
+        if (!m_line.empty() && m_line.back() == '\r')
+            m_line.pop_back();
+        take(m_line);
+        m_line.clear();
+    }
+
+    std::string m_line;
+};
+
+} // namespace Tool

@@ -1,0 +1,74 @@
+#include "ZipArchive.h"
+
+#include <wx/log.h>
+
+#include <fcntl.h>
+#include <toolkit/encoding/UTF8.h>
+#include <vector>
+
+#include "Descriptor.h"
+#include "Failure.h"
+#include "InputPath.h"
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+// An archive has a signature of local files or, without entries, of the end (APPNOTE, 4.3.7 and
+// 4.3.16), which may be preceded by a program.
+constexpr std::string_view c_endSignature = "PK\x05\x06";
+
+void RequireReadable(const std::string& path)
+{
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    char byte = 0;
+    if (!file.IsOpen() || ::read(file.Get(), &byte, 1) < 0)
+        throw SystemFailure("cannot read " + path);
+}
+
+bool IsEmptyArchive(const std::string& path)
+{
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    char bytes[4] = {};
+    return ::read(file.Get(), bytes, sizeof bytes) == sizeof bytes &&
+           std::string_view(bytes, sizeof bytes) == c_endSignature;
+}
+
+} // namespace
+
+ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
+{
+    RequireReadable(path);
+    const wxLogNull silence;
+    m_archive.Open(WideArgument(path));
+    const int all = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
+    if (all < 0 || (all == 0 && !IsEmptyArchive(path)))
+        throw Failure(path + " is no Zip archive");
+    // To list again, open again.
+    m_archive.Open(WideArgument(path));
+    m_archive.EntriesList(m_entries, WideArgument(selection.filter), selection.type);
+}
+
+void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_view)>& take)
+{
+    constexpr std::size_t blockSize = 65536;
+
+    if ((entry->GetFlags() & wxZIP_ENCRYPTED) != 0)
+        throw Failure("the entry is encrypted: " + NameOf(*entry));
+    const wxLogNull silence;
+    const smart_ptr<ZipInputStream> stream = m_archive.GetZipInputStream(entry);
+    wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(*stream);
+    std::vector<char> block(blockSize);
+    while (bytes.Read(block.data(), block.size()).LastRead() > 0)
+        take({block.data(), bytes.LastRead()});
+    if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
+        throw Failure("the entry is damaged: " + NameOf(*entry));
+}
+
+std::string NameOf(const ArchiveZipEntry& entry)
+{
+    return UTF8::ToUTF8(TString<wchar_t>(entry.GetName().ToStdWstring()));
+}
+
+} // namespace Tool

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <toolkit/archive/ArchiveZip.h>
+
+namespace Tool {
+
+/// Which entries of an archive are wanted, as the library selects them.
+struct ZipSelection {
+    std::string filter;
+    Toolkit::ArchiveEntriesFlags::ArchiveEntriesType type =
+        Toolkit::ArchiveEntriesFlags::AllEntries;
+};
+
+/// A Zip archive and its entries.
+class ZipArchive {
+public:
+    using Entry = Toolkit::smart_ptr<Toolkit::ArchiveZipEntry>;
+
+    /// Throws a `Failure` when `path` is no archive that can be read.
+    ZipArchive(const std::string& path, const ZipSelection& selection);
+
+    const Toolkit::ArchiveZip::EntriesMap& Entries() const { return m_entries; }
+
+    /// Calls `take` with the bytes of an entry, block by block. Throws a `Failure` when the entry
+    /// is encrypted or damaged; what came before the damage has been taken then.
+    void Read(const Entry& entry, const std::function<void(std::string_view)>& take);
+
+private:
+    Toolkit::ArchiveZip m_archive;
+    Toolkit::ArchiveZip::EntriesMap m_entries;
+};
+
+/// The name of an entry in UTF-8.
+std::string NameOf(const Toolkit::ArchiveZipEntry& entry);
+
+} // namespace Tool

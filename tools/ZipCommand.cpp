@@ -1,0 +1,161 @@
+#include <CLI/CLI.hpp>
+#include <map>
+#include <memory>
+
+#include "Commands.h"
+#include "Failure.h"
+#include "InputPath.h"
+#include "LineCutter.h"
+#include "Output.h"
+#include "Pattern.h"
+#include "StopSignals.h"
+#include "ZipArchive.h"
+#include "ZipExtract.h"
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+constexpr unsigned long long c_usualLimit = 1ULL << 30;
+
+struct Options {
+    std::string file;
+    ZipSelection selection;
+    std::string entry;
+    std::string pattern;
+    std::string directory = ".";
+    unsigned long long limit = c_usualLimit;
+};
+
+std::string TimeOf(const ArchiveZipEntry& entry)
+{
+    const wxDateTime time = entry.GetDateTime();
+    return time.IsValid() ? time.FormatISOCombined(' ').utf8_string() : "-                  ";
+}
+
+int List(const Options& options, Output& output)
+{
+    constexpr std::size_t sizeWidth = 12;
+
+    const ZipArchive archive(options.file, options.selection);
+    for (const auto& [wideName, entry] : archive.Entries()) {
+        const std::string size = std::to_string(entry->GetSize());
+        output.Write(std::string(sizeWidth - std::min(size.size(), sizeWidth), ' ') + size + " ");
+        output.Write(TimeOf(*entry) + " ");
+        output.WriteVisible(NameOf(*entry));
+        output.Write("\n");
+    }
+    return archive.Entries().empty() ? ExitNo : ExitGood;
+}
+
+int Cat(const Options& options, Output& output)
+{
+    ZipArchive archive(options.file, {});
+    const auto found = archive.Entries().find(WideArgument(options.entry));
+    if (found == archive.Entries().end())
+        throw Failure("there is no entry " + options.entry + " in " + options.file);
+    archive.Read(found->second, [&output](std::string_view bytes) { output.Write(bytes); });
+    return ExitGood;
+}
+
+// Prints the lines of an entry that match; returns whether there was one.
+bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Pattern& pattern,
+                 Output& output)
+{
+    bool isFound = false;
+    unsigned long long number = 0;
+    const auto examine = [&](std::string_view line) {
+        ++number;
+        if (!pattern.Matches(line))
+            return;
+        isFound = true;
+        output.WriteVisible(NameOf(*entry));
+        output.Write(":" + std::to_string(number) + ": ");
+        output.WriteVisible(line);
+        output.Write("\n");
+    };
+    LineCutter lines;
+    archive.Read(entry, [&](std::string_view bytes) { lines.Add(bytes, examine); });
+    lines.AddEnd(examine);
+    return isFound;
+}
+
+int Search(const Options& options, Output& output)
+{
+    const Pattern pattern(options.pattern);
+    ZipArchive archive(options.file, options.selection);
+    bool isFound = false;
+    for (const auto& [wideName, entry] : archive.Entries()) {
+        if (!entry->IsDir())
+            isFound = SearchEntry(archive, entry, pattern, output) || isFound;
+    }
+    return isFound ? ExitGood : ExitNo;
+}
+
+int Extract(const Options& options, Output& output)
+{
+    const StopSignals signals;
+    ZipArchive archive(options.file, options.selection);
+    try {
+        ExtractZip(archive, options.file, options.directory, options.limit, output);
+    } catch (const Failure&) {
+        StopSignals::EndIfRequested();
+        throw;
+    }
+    return ExitGood;
+}
+
+CLI::App* Add(CLI::App& zip, const char* name, const char* description,
+              const std::shared_ptr<Options>& options, Action& action,
+              int (*run)(const Options&, Output&))
+{
+    CLI::App* const command = zip.add_subcommand(name, description);
+    command->add_option("file", options->file, "Path of the archive")->required();
+    command->callback([options, run, &action] {
+        action = [options, run](Output& output) { return run(*options, output); };
+    });
+    return command;
+}
+
+void AddSelection(CLI::App& command, ZipSelection& selection)
+{
+    static const std::map<std::string, ArchiveEntriesFlags::ArchiveEntriesType> types = {
+        {"all", ArchiveEntriesFlags::AllEntries},
+        {"files", ArchiveEntriesFlags::FilesOnly},
+        {"directories", ArchiveEntriesFlags::DirectoriesOnly}};
+
+    command.add_option("--filter", selection.filter,
+                       "Only names that begin with this text up to its last *, in any case");
+    command
+        .add_option("--type", selection.type, "Only entries of this type: all, files, directories")
+        ->transform(CLI::CheckedTransformer(types).description(""));
+}
+
+} // namespace
+
+void AddZipCommand(CLI::App& app, Action& action)
+{
+    CLI::App* const zip = app.add_subcommand("zip", "Look into a Zip archive, and extract it");
+    zip->require_subcommand(1);
+    const auto options = std::make_shared<Options>();
+
+    CLI::App* const list = Add(*zip, "list", "List the entries", options, action, List);
+    AddSelection(*list, options->selection);
+
+    CLI::App* const cat = Add(*zip, "cat", "Print the bytes of an entry", options, action, Cat);
+    cat->add_option("entry", options->entry, "Name of the entry")->required();
+
+    CLI::App* const search =
+        Add(*zip, "search", "Print the lines that match", options, action, Search);
+    search->add_option("pattern", options->pattern, "A regular expression")->required();
+    AddSelection(*search, options->selection);
+
+    CLI::App* const extract = Add(*zip, "extract", "Extract the entries", options, action, Extract);
+    extract->add_option("directory", options->directory, "Where to; this directory without it");
+    extract->add_option("--limit", options->limit,
+                        "The most bytes to write in total; without it, 1 GiB");
+    AddSelection(*extract, options->selection);
+}
+
+} // namespace Tool

@@ -1,0 +1,137 @@
+#include "ZipExtract.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <vector>
+
+#include "Descriptor.h"
+#include "ExtractedFile.h"
+#include "Failure.h"
+#include "StopSignals.h"
+#include "ZipDirectory.h"
+
+namespace Tool {
+namespace {
+
+constexpr mode_t c_permissions = 0777;
+
+std::vector<std::string> Components(const std::string& name)
+{
+    std::vector<std::string> components;
+    for (std::size_t begin = 0; begin < name.size();) {
+        const std::size_t end = std::min(name.find('/', begin), name.size());
+        components.push_back(name.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return components;
+}
+
+// Whether the name stays in the directory into which it is extracted.
+bool IsHarmless(const std::string& name)
+{
+    const std::vector<std::string> components = Components(name);
+    return !components.empty() && name.find('\0') == std::string::npos &&
+           std::none_of(components.begin(), components.end(), [](const std::string& component) {
+               return component.empty() || component == "." || component == "..";
+           });
+}
+
+bool IsFileOrDirectory(const StoredZipEntry& entry)
+{
+    const mode_t type = entry.mode & static_cast<mode_t>(S_IFMT);
+    return type == 0 || type == S_IFREG || type == S_IFDIR;
+}
+
+bool LeadsUp(const std::string& name)
+{
+    const std::vector<std::string> components = Components(name);
+    return std::find(components.begin(), components.end(), "..") != components.end();
+}
+
+void RequireHarmless(const ZipArchive& archive, const std::string& path)
+{
+    for (const StoredZipEntry& entry : ReadZipDirectory(path)) {
+        if (!entry.name.empty() && entry.name.front() == '/')
+            throw Failure("refused, an absolute name: " + entry.name);
+        if (LeadsUp(entry.name))
+            throw Failure("refused, a name that leads elsewhere: " + entry.name);
+        if (!IsFileOrDirectory(entry))
+            throw Failure("refused, neither file nor directory: " + entry.name);
+    }
+    for (const auto& [wideName, entry] : archive.Entries()) {
+        const std::string name = NameOf(*entry);
+        if (!IsHarmless(name))
+            throw Failure("refused, a name that leads elsewhere: " + name);
+    }
+}
+
+// Opens the directory `name` in `parent`, which is created when it is missing. Links are not
+// followed.
+Descriptor EnterDirectory(const Descriptor& parent, const std::string& name)
+{
+    if (::mkdirat(parent.Get(), name.c_str(), c_permissions) != 0 && errno != EEXIST)
+        throw SystemFailure("cannot create " + name);
+    Descriptor directory(
+        ::openat(parent.Get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!directory.IsOpen())
+        throw SystemFailure("cannot enter " + name);
+    return directory;
+}
+
+Descriptor OpenRoot(const std::string& directory)
+{
+    if (::mkdir(directory.c_str(), c_permissions) != 0 && errno != EEXIST)
+        throw SystemFailure("cannot create " + directory);
+    Descriptor root(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!root.IsOpen())
+        throw SystemFailure("cannot enter " + directory);
+    return root;
+}
+
+Descriptor EnterDirectories(const std::string& root, const std::vector<std::string>& names)
+{
+    Descriptor directory = OpenRoot(root);
+    for (const std::string& name : names)
+        directory = EnterDirectory(directory, name);
+    return directory;
+}
+
+// Returns how many bytes may still be written.
+unsigned long long ExtractFile(ZipArchive& archive, const ZipArchive::Entry& entry,
+                               const std::string& root, unsigned long long limit)
+{
+    std::vector<std::string> components = Components(NameOf(*entry));
+    const std::string name = components.back();
+    components.pop_back();
+    ExtractedFile file(EnterDirectories(root, components), name);
+    archive.Read(entry, [&](std::string_view bytes) {
+        if (bytes.size() > limit)
+            throw Failure("the entries are larger than the limit");
+        if (StopSignals::IsRequested())
+            throw Failure("interrupted");
+        file.Write(bytes);
+        limit -= bytes.size();
+    });
+    file.Commit();
+    return limit;
+}
+
+} // namespace
+
+void ExtractZip(ZipArchive& archive, const std::string& path, const std::string& directory,
+                unsigned long long limit, Output& output)
+{
+    RequireHarmless(archive, path);
+    OpenRoot(directory);
+    for (const auto& [wideName, entry] : archive.Entries()) {
+        if (entry->IsDir())
+            EnterDirectories(directory, Components(NameOf(*entry)));
+        else
+            limit = ExtractFile(archive, entry, directory, limit);
+        output.WriteVisible(NameOf(*entry));
+        output.Write("\n");
+    }
+}
+
+} // namespace Tool
