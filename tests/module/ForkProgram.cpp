@@ -162,8 +162,8 @@ void ReplaceLogger()
     ILogger::SetLogger(last);
 }
 
-// Logs messages of wxWidgets until the process ends. They are made beforehand: a fork while
-// wxWidgets converts text may leave a lock of the C library to the child.
+// Logs messages of wxWidgets until the process ends.
+template <void (*logMessage)()>
 class Forwarding : public Thread {
 public:
     Forwarding() { Run(); }
@@ -171,17 +171,29 @@ public:
 private:
     int DoWork() override
     {
-        const wxString text = "text";
         for (;;)
-            wxLog::OnLog(wxLOG_Message, text, 1000);
+            logMessage();
     }
 };
 
+template <void (*logMessage)()>
 void ForwardMessages()
 {
     static const WxLogForwarder forwarder;
-    static Forwarding* const thread = new Forwarding();
+    static auto* const thread = new Forwarding<logMessage>();
     static_cast<void>(thread);
+}
+
+void LogReadyMessage()
+{
+    static const wxString text = "text";
+    wxLog::OnLog(wxLOG_Message, text, 1000);
+}
+
+// A fork while wxWidgets converts text may leave a lock of the C library to the child.
+void LogNewMessage()
+{
+    wxLogMessage("text");
 }
 
 void Exit()
@@ -199,7 +211,8 @@ const std::map<std::string, Operation> c_operations = {
     {"exit while others log", {Log, Exit}},
     {"exit while the logger is replaced", {ReplaceLogger, Exit}},
     {"exit while modules come and go", {AddModule, Exit}},
-    {"exit while messages are forwarded", {ForwardMessages, Exit}},
+    {"exit while messages are forwarded", {ForwardMessages<LogReadyMessage>, Exit}},
+    {"exit while messages are made", {ForwardMessages<LogNewMessage>, Exit}},
     {"text", {UseText, UseText}},
     {"pointer", {CopyPointer, CopyPointer}},
     {"lock of its own", {LockOwn, LockOwn}},

@@ -546,6 +546,26 @@ TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
     }
 }
 
+// The destructor tries to end the thread for 200 ms before it leaks it, which needs memory as well.
+TEST(ThreadTest, IsDestroyedWhenThereIsMemoryAgain)
+{
+    auto worker = std::make_unique<Worker>(DoNothing);
+    std::thread destroyer;
+    std::latch begun(2);
+    destroyer = std::thread([&] {
+        begun.arrive_and_wait();
+        worker.reset();
+    });
+    {
+        const AllocationLimit none(0);
+        begun.arrive_and_wait();
+        Thread::Sleep(400);
+    }
+    destroyer.join();
+
+    EXPECT_EQ(worker, nullptr);
+}
+
 TEST(ThreadTest, StartsLaterWhenMemoryRunsOut)
 {
     for (int index = 0; index < c_startAllocations; ++index) {

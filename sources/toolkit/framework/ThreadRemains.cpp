@@ -1,11 +1,22 @@
 #include "toolkit/framework/ThreadRemains.h"
 
+#include "toolkit/base/OutOfMemory.h"
+
 #include <wx/thread.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstring>
 #include <new>
+#include <thread>
 
 namespace Toolkit::Framework {
 namespace {
+
+constexpr std::chrono::milliseconds c_retry{10};
+
+// The head of the list, for tools that look for lost memory.
+std::atomic<ThreadRemains*> s_first{nullptr};
 
 class UncreatedThread : public wxThread {
 public:
@@ -16,12 +27,25 @@ private:
 };
 
 static_assert(sizeof(UncreatedThread) == sizeof(wxThread));
+static_assert(sizeof(wxThread) <= sizeof(ThreadRemains::bytes));
+
+void Keep(std::unique_ptr<ThreadRemains> remains)
+{
+    remains->next = s_first;
+    while (!s_first.compare_exchange_weak(remains->next, remains.get())) {
+    }
+    static_cast<void>(remains.release());
+}
 
 } // namespace
 
-void DiscardThread(wxThread& thread)
+void DiscardThread(wxThread& thread, std::unique_ptr<ThreadRemains> remains)
 {
-    ::new (static_cast<void*>(&thread)) UncreatedThread();
+    void* const place = &thread;
+    std::memcpy(remains->bytes, place, sizeof(wxThread));
+    Keep(std::move(remains));
+    while (!Base::Completes([place] { ::new (place) UncreatedThread(); }))
+        std::this_thread::sleep_for(c_retry);
 }
 
 } // namespace Toolkit::Framework

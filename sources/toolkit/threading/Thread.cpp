@@ -49,7 +49,7 @@ Thread::~Thread()
         return;
     if (!m_control->IsOfThisProcess() || IsCaller()) {
         HoldForEver();
-        Framework::DiscardThread(*this);
+        Framework::DiscardThread(*this, m_control->TakeRemains());
         return;
     }
     End();
@@ -64,7 +64,7 @@ void Thread::End()
         for (int tries = 0; !Start(); ++tries) {
             if (tries == c_mostRetries) {
                 HoldForEver();
-                Framework::DiscardThread(*this);
+                Framework::DiscardThread(*this, m_control->TakeRemains());
                 return;
             }
             Sleep(c_retryMs);

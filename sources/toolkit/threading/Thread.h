@@ -28,12 +28,14 @@ public:
     /// The identifier that means "no thread".
     static const unsigned long UndefinedThread;
 
-    /// Creates the system thread, which waits for `Run()`.
+    /// Creates the system thread, which waits for `Run()`. Throws `std::bad_alloc` when out of
+    /// memory.
     Thread();
 
     /// Asks a running thread to end and waits until it has. On the thread itself, as when it calls
     /// exit(), it returns at once. To end a thread that was never started it needs memory: it
-    /// retries for 200 ms, then leaks the thread.
+    /// retries for 200 ms, then leaks the thread. For that wxWidgets needs memory too, so the
+    /// destructor waits while there is none at all.
     ~Thread() override;
 
     /// Starts the thread. False when it was started before, when it could not be created, and when

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "toolkit/framework/ThreadRemains.h"
+
 #include <atomic>
+#include <memory>
 #include <semaphore>
 #include <sys/types.h>
+#include <utility>
 
 namespace Toolkit {
 
@@ -40,8 +44,12 @@ public:
     /// Waits for the next `Wake()`, with a time limit: a pause can end without a `Wake()`.
     void AwaitWake();
 
+    /// Room for the thread when it is discarded, which must not need memory.
+    std::unique_ptr<Framework::ThreadRemains> TakeRemains() { return std::move(m_remains); }
+
 private:
     const pid_t m_process;
+    std::unique_ptr<Framework::ThreadRemains> m_remains;
     std::atomic<bool> m_isEntered{false};
     std::atomic<bool> m_isCancelled{false};
     std::counting_semaphore<> m_wakes{0};

@@ -16,7 +16,10 @@ constexpr std::chrono::seconds c_longestEntryWait{1};
 
 } // namespace
 
-ThreadControl::ThreadControl() : m_process(::getpid()) {}
+ThreadControl::ThreadControl()
+    : m_process(::getpid()), m_remains(std::make_unique<Framework::ThreadRemains>())
+{
+}
 
 bool ThreadControl::IsOfThisProcess() const
 {
