@@ -1,0 +1,51 @@
+"""Reads what the benchmark programs wrote."""
+
+import json
+import pathlib
+import re
+
+NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+NAME = re.compile(r"BM_(?P<what>[^_/]+)_(?P<who>[^/]+)(?P<arguments>/.*)?$")
+
+
+class Bytes(float):
+    """An amount of memory, where other results are nanoseconds."""
+
+
+def read_medians(directory):
+    """Maps each subject, such as "TString", to its measurements, and lists the faults.
+
+    A measurement, such as "Tokens/60", has a value per library.
+    """
+    subjects, faults = {}, []
+    for path in sorted(pathlib.Path(directory).glob("*.json")):
+        text = path.read_text()
+        medians = subjects.setdefault(path.stem.removesuffix("Benchmark"), {})
+        for entry in json.loads(text)["benchmarks"] if text else []:
+            if entry.get("error_occurred"):
+                faults.append(f"{entry['name']}: {entry['error_message']}")
+            elif entry.get("aggregate_name") == "median":
+                add_median(medians, entry)
+    return subjects, faults
+
+
+def add_median(medians, entry):
+    match = NAME.match(entry["run_name"])
+    arguments = match["arguments"] or ""
+    # Benchmarks that wait for other threads select the wall clock by name.
+    clock = "real_time" if re.search(r"/(real|manual)_time", arguments) else "cpu_time"
+    what = match["what"] + re.sub(
+        r"/(real_time|manual_time|process_time|min_time:[\d.]+)|/(repeats|iterations):\d+", "", arguments
+    )
+    # A benchmark with the counter "bytes" measures memory instead of time.
+    value = entry.get("bytes", entry[clock] * NANOSECONDS[entry["time_unit"]])
+    medians.setdefault(what, {})[match["who"]] = Bytes(value) if "bytes" in entry else value
+
+
+def readable(nanoseconds):
+    if isinstance(nanoseconds, Bytes):
+        return f"{nanoseconds / 1e6:.2f} MB"
+    for unit in ("s", "ms", "us"):
+        if nanoseconds >= NANOSECONDS[unit]:
+            return f"{nanoseconds / NANOSECONDS[unit]:.2f} {unit}"
+    return f"{nanoseconds:.1f} ns"
