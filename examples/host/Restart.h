@@ -2,17 +2,17 @@
 
 #include "Terminal.h"
 
-/// A restart: the host starts a new process with nothing but "-restart" on the command line. Its
-/// own command line is kept in a file of its data folder.
+/// Restarts the host: the new process gets only "-restart" on its command line, and reads the old
+/// command line from a file in the data folder.
 namespace Restart {
 
-/// Keeps the line and starts the new process.
+/// Saves the line and starts the new process.
 bool Begin(const Text& startLine);
 
-/// In the new process: the line that was kept, or one that just serves.
+/// In the new process: the saved line, or one that only serves.
 Text KeptLine();
 
-/// In the new process, once the one before has ended.
+/// In the new process, after the old one has ended.
 void Finish();
 
 } // namespace Restart

@@ -17,7 +17,7 @@ public:
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override
     {
-        // The library's data have one form only: wide characters that end with a null character.
+        // The library sends only one form of data: wide characters with a null at the end.
         const bool isWide = format == wxIPC_TEXT && size % sizeof(wchar_t) == 0;
         const wxString text(static_cast<const wchar_t*>(data), size / sizeof(wchar_t) - 1);
         std::cout << (isWide ? "" : "unexpected format ") << topic.utf8_str() << "|"
@@ -37,7 +37,7 @@ public:
 
 int main(int argc, char** argv)
 {
-    const wxInitializer framework;
+    const wxInitializer wxWidgets;
     Server server;
     if (argc != 2 || !server.Create(wxString::FromUTF8(argv[1])))
         return 1;

@@ -1,4 +1,4 @@
-// Sends a text `count` times, numbered, and filled up with spaces to `length` characters. The exit
+// Sends `count` numbered copies of a text, each padded with spaces to `length` characters. The exit
 // code is the number of failures.
 //
 // usage: IPCClientProgram service text count [length]

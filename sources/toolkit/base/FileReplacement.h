@@ -9,8 +9,8 @@ namespace Toolkit::Base {
 /// Replaces the contents of a file completely or not at all.
 ///
 /// Writes to a temporary file in the same directory, and removes it in the destructor unless
-/// `Commit()` was called. Permissions stay, a new file gets those that the umask leaves, and a
-/// symbolic link keeps pointing to the file. Only regular files are replaced.
+/// `Commit()` was called. The file keeps its permissions; a new file gets those that the umask
+/// allows. A symbolic link keeps pointing to the file. Only regular files are replaced.
 class FileReplacement {
 public:
     explicit FileReplacement(const std::string& path);

@@ -6,7 +6,7 @@
 
 namespace Toolkit::Base {
 
-/// The locks of what belongs to the whole process, in the order in which one thread may take them.
+/// The process-wide locks, in the order in which a thread may take them.
 ///
 /// They are held during a fork. Otherwise a forked child would wait forever for a lock that another
 /// thread of its parent held, and what the lock guards could be half changed.

@@ -14,7 +14,7 @@ public:
     /// `text` must outlive the lines.
     explicit LineSplitter(std::string_view text);
 
-    /// Moves to the next line, at first to the first one; false when there is none.
+    /// Moves to the next line; the first call moves to the first line. False when there is none.
     bool TakeLine();
 
     /// The line without its end.

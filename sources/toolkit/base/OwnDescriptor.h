@@ -9,8 +9,8 @@ namespace Toolkit::Base {
 /// becomes one of /dev/null. It is not closed, because the next file that the child opens would get
 /// its number, and code that still has the number would use that file.
 ///
-/// Any thread may use an object of its own. The descriptor must be open while it is watched:
-/// declare the watching member after the one that closes the descriptor.
+/// Each thread may use its own objects. The descriptor must be open while it is watched: declare
+/// the watching member after the one that closes the descriptor.
 class OwnDescriptor {
 public:
     OwnDescriptor() = default;

@@ -59,7 +59,7 @@ void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
                 m_tokens.emplace_back(argv[i]);
         }
     });
-    // Rather none than some of them.
+    // All tokens or none.
     if (!areTaken)
         m_tokens.clear();
 }

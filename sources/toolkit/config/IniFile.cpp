@@ -24,7 +24,7 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 
 bool IniFile::Parse(const TString<wchar_t>& path)
 {
-    // Kept to the end: `path` may be one of the values.
+    // The old settings live until the end: `path` may be one of their values.
     const std::shared_ptr<const IniSections> before = std::move(m_sections);
     m_sections.reset();
 
@@ -89,7 +89,7 @@ void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wc
     // Before clear(): `section` may be an element of `keys`.
     const IniSection* const found = FindSection(section);
     keys.clear();
-    // Rather none than some of them.
+    // All keys or none.
     if (found && !Base::Completes([&] { found->ListKeys(keys); }))
         keys.clear();
 }

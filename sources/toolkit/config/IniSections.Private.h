@@ -9,10 +9,10 @@
 
 namespace Toolkit {
 
-/// The sections of an INI file. Keeps the bytes of the file, in which all names and values lie.
+/// The sections of an INI file. Keeps the bytes of the file, to which all names and values point.
 class IniSections {
 public:
-    /// Takes the settings out of the lines of an INI file in UTF-8.
+    /// Parses the lines of an INI file in UTF-8.
     explicit IniSections(std::string text);
 
     /// Null when the section does not exist.

@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// The codes of a value mean other than those of a stream.
+// These codes differ from those of a stream.
 constexpr unsigned int c_writeFailed = StreamResult::NotOpen;
 constexpr unsigned int c_readFailed = StreamResult::DataFailed;
 

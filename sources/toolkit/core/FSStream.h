@@ -30,8 +30,8 @@ public:
         OpenWrite = 1 ///< The file is created or emptied.
     };
 
-    /// Opens `path`, and like open(2) waits where it has to: a pipe opens when its other end does.
-    /// When that fails, when `path` is a directory, or without memory, every operation returns
+    /// Opens `path`. Waits like open(2): a pipe opens when its other end does. If that fails, if
+    /// `path` is a directory, or when out of memory, every operation returns
     /// `StreamResult::NotOpen`.
     FSStream(const TString<wchar_t>& path, OpenMode mode);
     ~FSStream() override;

@@ -13,7 +13,7 @@ constexpr std::size_t c_aheadSize = 65536;
 
 StreamFile::StreamFile(const std::string& name, int flags)
     : m_file(Base::FileDescriptor::Open(name, flags)),
-      // What is read ahead from a pipe is lost to its other readers.
+      // Other readers of a pipe would miss what is read ahead.
       m_readsAhead((flags & O_ACCMODE) == O_RDONLY && m_file.IsRegular())
 {
 }
@@ -28,7 +28,7 @@ std::size_t StreamFile::TakeAhead(char* data, std::size_t size)
     return count;
 }
 
-// Reads ahead when nothing is left of the last time; false at the end of the file.
+// Reads ahead if the buffer is empty; false at the end of the file.
 bool StreamFile::FillAhead()
 {
     const ssize_t count = m_file.Read(m_ahead.get(), c_aheadSize);

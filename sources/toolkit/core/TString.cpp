@@ -396,7 +396,7 @@ void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>
         SplitText(*this, DelimiterScanner(delimiters), skipEmpty, writer);
         writer.Finish();
     } catch (...) {
-        // Some of them are already overwritten.
+        // Some tokens have already been overwritten.
         tokens.clear();
         throw;
     }

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-/// The string type of the library: the standard string with the operations that applications miss.
+/// The string type of the library: the standard string with the operations that applications need.
 ///
 /// `TString<wchar_t>` holds one code point per character; `TString<char>` holds bytes such as
 /// UTF-8. All operations of the standard string are available. One object is used by one thread at
@@ -62,8 +62,8 @@ public:
     ///
     /// Ends when `to` is shorter than `from`, is as long but not equal to it, or holds some
     /// character fewer times than `from` does. Other pairs may never end: if `to` contains `from`,
-    /// that is so for every string that contains `from`; if a replacement and its neighbours create
-    /// new occurrences, for some strings, such as "aab" with "ab" replaced by "bbaa".
+    /// for every string that contains `from`; if a replacement and its neighbours create new
+    /// occurrences, for some strings, such as "aab" with "ab" replaced by "bbaa".
     void Replace(const TString& from, const TString& to);
 
     /// The unsigned decimal number at the beginning of the string, after white space; 0 when there

@@ -75,13 +75,13 @@ public:
 /// The object's destructor may copy and drop pointers to the object: they neither revive it nor
 /// release it again.
 ///
-/// Two values each made from the same raw pointer do not share it, and release it twice: sharing is
-/// only ever made by copying a value.
+/// Two values that are both made from one raw pointer do not share it, and release it twice. Only a
+/// copy shares.
 template <typename T, typename Policy = smart_ptr_policy>
 class TOOLKIT_API smart_ptr {
 public:
-    /// Takes `object` over, which may be null. Throws `std::bad_alloc` when out of memory; `object`
-    /// is released then.
+    /// Takes ownership of `object`, which may be null. Throws `std::bad_alloc` when out of memory;
+    /// `object` is released then.
     smart_ptr(T* object = nullptr)
     try : m_object(object), m_data(new smart_ptr_inner_data<Policy>()) {
     } catch (...) {
@@ -106,9 +106,9 @@ public:
         return *this;
     }
 
-    /// Takes `object` over under a new count, after what was held is let go. `object` must not be
-    /// the one that is held already: it would be released first. Throws `std::bad_alloc` when out
-    /// of memory; everything stays as it was, and `object` stays the caller's.
+    /// Releases the held object, then takes ownership of `object` under a new count. `object` must
+    /// not be the held one: it would be released first. Throws `std::bad_alloc` when out of memory;
+    /// everything stays as it was, and `object` stays the caller's.
     smart_ptr& operator=(T* object)
     {
         auto* const data = new smart_ptr_inner_data<Policy>();
@@ -177,8 +177,8 @@ private:
         AddRef();
     }
 
-    // Relaxed: whoever copies holds a pointer already, so the block cannot go meanwhile, and the
-    // copy reaches another thread by a way that orders it.
+    // Relaxed: the caller already holds a pointer, so the block cannot be freed meanwhile. Whatever
+    // hands the copy to another thread orders it.
     static void Share(smart_ptr_inner_data<Policy>& data)
     {
         data.count.fetch_add(1, std::memory_order_relaxed);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// A date and a time of day, and the seconds since 1970 that they stand for.
+/// Converts between a date with a time of day and seconds since 1970.
 ///
 /// The zone data of the C library are used throughout: wxDateTime's own conversions are wrong near
 /// every change of daylight saving. Years go as far as wxDateTime holds their milliseconds, some
@@ -23,11 +23,11 @@ bool IsInRange(const CalendarTime& time);
 /// count.
 long long SecondsOfUtc(const CalendarTime& time);
 
-/// Seconds since 1970 of a time on the local clock. A time that the clock skips is moved on; of two
-/// times that it shows alike mktime(3) chooses.
+/// Seconds since 1970 of a time on the local clock. A time that the clock skips is moved forward;
+/// for a time that occurs twice, mktime(3) chooses.
 long long SecondsOfLocal(const CalendarTime& time);
 
-/// What clocks show.
+/// A moment's date and time in UTC, and on the local clock.
 CalendarTime UtcOfSeconds(long long seconds);
 CalendarTime LocalOfSeconds(long long seconds);
 

@@ -11,7 +11,7 @@ constexpr long long c_secondsPerMinute = 60;
 constexpr long long c_secondsPerHour = 60 * c_secondsPerMinute;
 constexpr long long c_secondsPerDay = 24 * c_secondsPerHour;
 
-// No zone is as far from Greenwich as this. TZ takes offsets of up to 24:59:59.
+// Larger than the offset of any zone. TZ takes offsets of up to 24:59:59.
 constexpr long long c_largestOffset = 25 * c_secondsPerHour;
 
 // After this many years the calendar repeats.

@@ -21,7 +21,7 @@ constexpr long long c_msPerSecond = 1000;
 constexpr long long c_msPerMinute = 60 * c_msPerSecond;
 constexpr long long c_msPerHour = 60 * c_msPerMinute;
 
-// No moment after this one has a number.
+// The last moment that can be represented.
 constexpr long long c_lastMs = std::numeric_limits<long long>::max();
 
 constexpr CalendarTime c_noTime{0, 0, 0, 0, 0, 0};

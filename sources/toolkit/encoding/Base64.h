@@ -5,8 +5,8 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/core/smart_ptr.h"
 
-/// The length of the Base64 form of `length` bytes: four characters for each three bytes or fewer.
-/// Negative when the form would have 2 GiB or more.
+/// The length of the Base64 form of `length` bytes: four characters for every three bytes, rounded
+/// up. Negative when the form would have 2 GiB or more.
 TOOLKIT_API int GetCodeLength(int length);
 
 /// The size of the array for the decoded form of `length` Base64 characters: 3 for 4, 5 for 6.

@@ -2,10 +2,11 @@
 
 #include <cstddef>
 
-/// Base64 (RFC 4648, section 4) between arrays of the caller.
+/// Base64 (RFC 4648, section 4) between the caller's arrays.
 namespace Toolkit::Base64Codec {
 
-/// Encodes `length` bytes into `out`: four characters for each three bytes or fewer.
+/// Encodes `length` bytes into `out`: four characters for every three bytes,
+/// rounded up.
 void Encode(const unsigned char* in, std::size_t length, unsigned char* out);
 
 /// Decodes `length` characters and returns the number of bytes. `out` has room for three bytes per

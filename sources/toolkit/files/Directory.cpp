@@ -81,7 +81,7 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
                   std::vector<TString<wchar_t>>& names)
 {
     names.clear();
-    // No names are better than some of them.
+    // All names or none.
     if (!Base::Completes([&] { Read(path, fileSpec, wanted, names); }))
         names.clear();
     return static_cast<unsigned int>(names.size());

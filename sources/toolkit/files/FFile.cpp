@@ -67,13 +67,13 @@ bool FFile::OpenClosed(const TString<wchar_t>& name, const TString<wchar_t>& mod
 {
     const std::string modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = FlagsOfMode(modeText);
-    // Null when there was no memory for it.
+    // Null when out of memory.
     if (!m_file)
         m_file = std::make_unique<wxFFile>();
     if (!flags ||
         !Attach(*m_file, Base::FileDescriptor::Open(Base::EncodeUtf8(name), *flags), modeText))
         return false;
-    // Such a file is at its end from the start, which fdopen() leaves to its caller. A pipe has no
+    // Like fopen(), which starts such a file at its end; fdopen() does not. A pipe has no
     // positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
     return !onlyAppends || SeekEnd(0) || errno == ESPIPE;

@@ -31,8 +31,8 @@ public:
     /// compare GetOffset() before and after.
     bool Read(void* buffer, unsigned int count);
 
-    /// Writes `text` as UTF-8, without telling the outcome. A text that has no UTF-8 form, since it
-    /// holds a value above U+10FFFF, is not written.
+    /// Writes `text` as UTF-8; reports no errors. A text that has no UTF-8 form, since it holds a
+    /// value above U+10FFFF, is not written.
     void Write(const TString<wchar_t>& text);
 
     /// False when what is still buffered cannot be written; true when no file is open.
@@ -42,8 +42,8 @@ public:
     /// True when no file is open.
     bool Close();
 
-    /// The low 32 bits of the length in bytes: a file of 4 GiB and 5 bytes answers 5. 0 when no
-    /// file is open, and for what has no length, such as a pipe.
+    /// The low 32 bits of the length in bytes: 5 for a file of 4 GiB and 5 bytes. 0 when no file is
+    /// open, and for what has no length, such as a pipe.
     unsigned int GetLength() const;
 
     /// Whether a read reached the end of the file; true when no file is open.

@@ -23,7 +23,7 @@ TString<wchar_t> InstallPrefix()
                                                  : TString<wchar_t>(path.substr(0, bin));
 }
 
-// What WX_<NAME>_DATA_DIR names: where a program that is not installed has its data.
+// The value of WX_<NAME>_DATA_DIR: the data directory of a program that is not installed.
 TString<wchar_t> DataDirectoryOfEnvironment(std::wstring name)
 {
     for (wchar_t& character : name)
@@ -68,7 +68,7 @@ TString<wchar_t> ParseDirectory(const TString<wchar_t>& line)
 TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
 {
     TextFile file;
-    // Not what would be waited for.
+    // Skips pipes and the like: opening them would wait.
     if (!FFile::Exists(path) || !file.Open(path))
         return {};
     TString<wchar_t> line = file.GetFirstLine();

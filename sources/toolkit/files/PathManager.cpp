@@ -135,7 +135,7 @@ TString<wchar_t> PathManager::GetTempDir() const
 
 void PathManager::SetApplicationRessourcesPath(const TString<wchar_t>& path)
 {
-    // All that may run out of memory comes before the first change.
+    // Everything that may run out of memory comes before the first change.
     TString<wchar_t> plugins = Join(path, c_strPluginsFolderName);
     m_ressourcesPath = path;
     m_pluginsPath.swap(plugins);

@@ -91,7 +91,7 @@ public:
     static void CreateInstance();
     /// A copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<PathManager> GetInstance();
-    /// Lets the process-wide object go; it lives on while copies of its pointer do.
+    /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();
 
     /// Null while there is no process-wide object.

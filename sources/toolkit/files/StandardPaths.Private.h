@@ -4,12 +4,12 @@
 
 /// The standard directories of the platform, for the application name of wxApp.
 ///
-/// wxStandardPaths answers wherever it runs and can read the names that its answer depends on.
-/// Elsewhere the same texts are made here. A HOME that is not valid UTF-8 is not used: the user
-/// database names the home directory then.
+/// Uses wxStandardPaths where it works and can decode the names involved, and builds the same paths
+/// itself elsewhere. A HOME that is not valid UTF-8 is not used: the user database names the home
+/// directory then.
 namespace Toolkit::StandardPaths {
 
-/// The full path of the running executable; empty when it cannot be found out.
+/// The full path of the running executable; empty when unknown.
 TString<wchar_t> ExecutablePath();
 
 TString<wchar_t> DataDirectory();

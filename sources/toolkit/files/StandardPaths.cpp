@@ -101,7 +101,7 @@ TString<wchar_t> UserLocalDataDirectory()
 TString<wchar_t> DocumentsDirectory()
 {
     const TString<wchar_t> directory = FallbackPaths::DocumentsDirectory();
-    // A directory that cannot be spelt is not found either.
+    // A directory whose name cannot be encoded cannot be found either.
     const bool isKnown = IsHomeKnown() && IsVariableKnown("XDG_CONFIG_HOME") && CanSpell(directory);
     return isKnown ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir()) : directory;
 }

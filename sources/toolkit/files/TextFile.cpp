@@ -51,7 +51,7 @@ TString<wchar_t> TextFile::GetFirstLine()
 {
     if (!m_lines || m_lines->GetLineCount() == 0)
         return {};
-    // The cursor moves after there is memory for the line.
+    // The cursor moves only once the line is copied, which may throw.
     TString<wchar_t> line = Framework::ToText(m_lines->GetLine(0));
     m_lines->GetFirstLine();
     return line;

@@ -21,7 +21,7 @@ public:
 
     /// Data in the format `wxIPC_UTF8TEXT` are UTF-8, in every other format wide characters. They
     /// end at a null character or with `size`; invalid UTF-8 is dropped. False when a listener
-    /// threw; the application object knows by then. Throws `std::bad_alloc`.
+    /// threw, which has been reported to the application object. Throws `std::bad_alloc`.
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override;
 

@@ -30,8 +30,8 @@ std::string MakeConnectRequest(std::wstring_view topic);
 /// Execute with `text`, and the Disconnect that follows it.
 std::string MakeExecuteRequest(std::wstring_view text);
 
-/// Puts a client's messages together from the pieces in which they arrive. Memory grows with what
-/// has arrived, not with what is announced; topics are counted and dropped.
+/// Assembles a client's messages from the pieces in which they arrive. Memory grows with what has
+/// arrived, not with what is announced; topics are counted and dropped.
 class MessageParser {
 public:
     enum class Message { Incomplete, Topic, Execute, Disconnect, Broken };

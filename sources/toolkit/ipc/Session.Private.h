@@ -27,8 +27,8 @@ public:
     /// the client can make no progress.
     static constexpr std::chrono::milliseconds c_tick{250};
 
-    /// Talks through `socket` and calls `execute`, which has to outlive the session, with each
-    /// message.
+    /// Talks through `socket` and calls `execute` with each message. `execute` must outlive the
+    /// session.
     Session(Base::FileDescriptor socket, const Execute& execute);
 
     /// Reads what has arrived, to the end of a message, and acts on it; false when the session has
@@ -68,8 +68,9 @@ private:
     bool m_isSetAside = false;
 };
 
-/// Listens for clients and serves all of them. Knows no event loop: somebody calls ServeReadable()
-/// when the one descriptor is readable. That call may be nested, by a loop that `execute` runs.
+/// Listens for clients and serves all of them. Knows no event loop: the caller calls
+/// ServeReadable() when the one descriptor is readable. That call may be nested, by a loop that
+/// `execute` runs.
 class Sessions {
 public:
     /// Serves `mostSessions` clients at once.

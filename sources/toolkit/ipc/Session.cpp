@@ -12,7 +12,7 @@ using Message = MessageParser::Message;
 
 constexpr std::size_t c_mostAtOnce = 65536;
 
-// So many clients are accepted before the connected ones are served again.
+// How many clients are accepted before the connected ones are served again.
 constexpr int c_mostAcceptedAtOnce = 16;
 
 constexpr unsigned int TicksIn(std::chrono::milliseconds duration)
@@ -162,7 +162,7 @@ void Sessions::Open(Base::FileDescriptor socket)
     const int descriptor = socket.Get();
     if (!IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
         return;
-    // It has its turn after the clients whose messages are waiting already.
+    // Its turn comes after the clients whose messages are already waiting.
     m_sessions.try_emplace(descriptor, std::move(socket), m_execute);
     StartTicking();
 }

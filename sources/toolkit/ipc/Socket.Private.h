@@ -19,8 +19,8 @@ Base::FileDescriptor CreateSocket();
 
 bool SetBlocking(const Base::FileDescriptor& socket, bool blocks);
 
-/// Lets only its owner connect to the file that the socket will be bound to, where the mode of a
-/// socket counts.
+/// On systems that check the mode of a socket, lets only the owner connect to the file to which the
+/// socket will be bound.
 bool RestrictToOwner(const Base::FileDescriptor& socket);
 
 /// Connects to the socket file `path`, which has to be this user's own: neither a symbolic link nor

@@ -31,7 +31,7 @@ std::size_t PageSize()
     return pageSize;
 }
 
-// The same name before the library is started as after.
+// The same name before and after the library is started.
 TString<wchar_t> ApplicationName()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();

@@ -48,9 +48,9 @@ public:
     /// Returns at once: the writer thread opens the file.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
-    /// Writes the queue and closes the file, which takes until no text has come for 500 ms. Drops
-    /// the queue at once when no file can be opened. While the logger waits for another process, it
-    /// takes the name with a tick count at once and writes its queue there.
+    /// Writes the queue and closes the file, after no text has come for 500 ms. Drops the queue at
+    /// once when no file can be opened. While the logger waits for another process, it takes the
+    /// name with a tick count at once and writes its queue there.
     ~FileLogger() override;
 
     /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text

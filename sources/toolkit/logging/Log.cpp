@@ -7,7 +7,8 @@ namespace Toolkit {
 ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
 {
     ILogger& logger = ILogger::GetLogger() << SetSeverity(severity);
-    // Reading the time takes longer than all the rest, so a line that is filtered out does without.
+    // Reading the time takes longer than everything else, so a line that is filtered out does not
+    // read it.
     if (logger.IsFilteredOut())
         return logger;
     return logger << severity << ILogger::c_strLogToken1 << Base::GetTickCount()

@@ -23,7 +23,7 @@ bool IsOwnFile(const Base::FileDescriptor& file)
 bool LogFile::Open(const std::string& path)
 {
     m_isInUse = false;
-    // Nothing is truncated before it has been looked at and locked.
+    // A file is checked and locked before it is truncated.
     Base::FileDescriptor file =
         Base::FileDescriptor::OpenRegular(path, O_WRONLY | O_CREAT | O_NOFOLLOW, c_ownerOnly);
     if (!file.IsOpen() || !IsOwnFile(file) || !Lock(file))
@@ -39,12 +39,12 @@ bool LogFile::Open(const std::string& path)
     return true;
 }
 
-// Where files cannot be locked, the log goes without.
+// On a file system without locks, the log is written without one.
 bool LogFile::Lock(const Base::FileDescriptor& file)
 {
     m_lock.emplace(file.Duplicate());
     m_isInUse = m_lock->GetState() == Base::FileLock::State::HeldElsewhere;
-    // The process that held the lock may have removed the file before it gave the lock up.
+    // The process that held the lock may have removed the file before it released the lock.
     if (!m_isInUse && IsOwnFile(file))
         return true;
     m_isInUse = true;

@@ -1,5 +1,5 @@
-// The process-wide logger. Apart from ILogger.cpp, so that ILogger does not know NullLogger, which
-// is derived from it.
+// The process-wide logger. In a source of its own, so that ILogger does not depend on NullLogger,
+// which derives from it.
 #include "toolkit/base/Fork.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
@@ -13,11 +13,11 @@ namespace Toolkit {
 namespace {
 
 // ForkLocks::s_processLogger is held while the pointer to the logger is copied or changed, never
-// while a logger is destroyed: a logger that writes what it has until nothing more comes must not
-// get more, so it leaves its place first.
+// while a logger is destroyed: a logger's destructor may wait until no more text comes, so the
+// logger must be unreachable by then.
 
 // Read once: other threads may log while the logger is released. Pairs with the release store of
-// ReleaseInstance(): a thread that finds null finds all that was done before. libc++ has no
+// ReleaseInstance(): a thread that reads null sees everything done before it. libc++ has no
 // std::atomic_ref.
 smart_ptr<ILogger>* Current()
 {

@@ -31,7 +31,7 @@ bool IsLockedForever(Mutex& mutex)
 // Keeps the first exception that a callback throws, so that the other callbacks still run.
 class FirstThrown {
 public:
-    // Not checked, as here the lock that `callback` may require has another name.
+    // Not checked: the lock that `callback` requires has another name here.
     template <typename Callback>
     void Call(Callback callback) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
     {
@@ -63,7 +63,7 @@ public:
         ++manager.m_walks;
     }
 
-    // Not checked: that the lock is held here is known only where the walk is.
+    // Not checked: Clang does not see that the caller's lock is that of `m_manager`.
     ~Walk() TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
     {
         if (--m_manager.m_walks != 0)

@@ -41,7 +41,7 @@ void GroupCollection::AddNamedGroupKey(const TString<char>& name, int number)
 {
     if (number < 0 || number >= static_cast<int>(Count()))
         return;
-    // All that may run out of memory comes before the first change.
+    // Everything that may run out of memory comes before the first change.
     TString<char> groupName = name;
     names.emplace(name, number);
     const smart_ptr<Group>& group = groups[static_cast<std::size_t>(number)];

@@ -20,8 +20,7 @@ void AddGroup(MatchResult& result, int number)
     const Range range = GetRange(result, number);
     if (range.IsValid())
         group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
-    // Read() has reserved the place, so only the pointer can fail, and it takes the group over even
-    // then.
+    // Read() has reserved the place, so only the pointer can fail, and it frees the group then.
     result.groups.emplace_back(group.release());
 }
 

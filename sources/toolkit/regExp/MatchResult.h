@@ -6,7 +6,7 @@
 
 namespace Toolkit {
 
-/// What one match of a pattern needs and returns: a collection of groups with the raw result.
+/// The input and output of one match: a collection of groups with the raw result.
 ///
 /// It cannot be copied, since it owns the compiled pattern; a `smart_ptr` shares it. One object is
 /// used by one thread at a time.

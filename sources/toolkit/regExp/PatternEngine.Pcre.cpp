@@ -24,10 +24,10 @@ static_assert(c_trusted == PCRE_NO_UTF8_CHECK);
 static_assert(c_anchored == PCRE_ANCHORED);
 static_assert(c_partial == PCRE_PARTIAL_HARD);
 
-// What compiling and matching take before they begin to recurse; 6 KiB were measured.
+// The stack that compiling and matching use before they recurse; measured: 6 KiB.
 constexpr std::size_t c_baseSpace = std::size_t{12} * 1024;
 
-// What compiling takes for one more level of parentheses; 752 bytes were measured.
+// The stack for each further level of parentheses in compiling; measured: 752 bytes.
 constexpr std::size_t c_compileSpacePerLevel = 800;
 
 // The engine itself refuses deeper nesting.
@@ -44,7 +44,7 @@ std::size_t UsableSpace()
     return usable > c_baseSpace ? usable - c_baseSpace : 0;
 }
 
-// What one level of matching takes of the stack; these arguments ask the engine for it.
+// The stack for one level of matching; the engine reports it for these arguments.
 std::size_t AskFrameSize()
 {
     const int size = pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);

@@ -16,7 +16,7 @@
 namespace Toolkit::PatternEngine {
 namespace {
 
-// PCRE 1's numbers of what a search may be asked for.
+// PCRE 1's numbers for the options of a search.
 constexpr int c_badOption = -3;
 constexpr int c_nullArgument = -2;
 constexpr int c_badUtf8Offset = -11;
@@ -169,7 +169,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     int error = compiled->Compile();
     if (error == PCRE2_ERROR_PARENTHESES_STACK_CHECK && !Base::IsOnThreadStack()) {
         auto compile = [&] { error = compiled->Compile(); };
-        // Out of memory, the first error stays.
+        // When out of memory, the first error is reported.
         auto tryToCompile = [&] { static_cast<void>(Base::Completes(compile)); };
         FreshStack::Run(tryToCompile);
     }

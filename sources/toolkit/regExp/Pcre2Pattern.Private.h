@@ -48,7 +48,7 @@ public:
     /// The pairs of the last match.
     const std::size_t* Offsets() const { return pcre2_get_ovector_pointer(m_matchData.get()); }
 
-    /// The byte at which the last subject ceased to be UTF-8.
+    /// The offset of the first byte of the last subject that is not UTF-8.
     std::size_t FaultOffset() const { return pcre2_get_startchar(m_matchData.get()); }
 
 private:

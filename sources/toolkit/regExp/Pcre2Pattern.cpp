@@ -10,16 +10,16 @@
 namespace Toolkit {
 namespace {
 
-// What compiling takes of the stack before it begins to recurse; 26 KiB were measured.
+// The stack that compiling uses before it recurses; measured: 26 KiB.
 constexpr std::size_t c_baseSpace = std::size_t{30} * 1024;
 
-// What one more level of parentheses takes; 640 bytes were measured.
+// The stack for each further level of parentheses; measured: 640 bytes.
 constexpr std::size_t c_spacePerLevel = 720;
 
 // The engine itself refuses deeper nesting.
 constexpr std::uint32_t c_deepestNesting = 250;
 
-// What is tried on a stack that the system does not know.
+// The limit on a stack that the system does not know.
 constexpr std::uint32_t c_levelsOnUnknownStack = 6;
 
 // The engine's own limit is 20 GB.
@@ -35,8 +35,8 @@ PCRE2_SPTR ToUnits(const char* text)
     return reinterpret_cast<PCRE2_SPTR>(text);
 }
 
-// How many levels of parentheses fit into what is left of the stack, or -1 when not even a pattern
-// without any does.
+// How many levels of parentheses fit into the rest of the stack; -1 when even a pattern without
+// parentheses does not.
 int LevelsThatFit()
 {
     if (!Base::IsOnThreadStack())
@@ -139,7 +139,7 @@ int Pcre2Pattern::CheckUtf8(const char* subject, std::size_t length, std::uint32
 {
     if (!PrepareMatch())
         return PCRE2_ERROR_NOMEMORY;
-    // The engine checks first and gives up at the first step then.
+    // The engine checks the subject first; the limit then ends it at the first step.
     pcre2_set_match_limit(m_limits.get(), 0);
     const int result = Match(subject, length, 0, options);
     pcre2_set_match_limit(m_limits.get(), SearchLimits::c_steps);

@@ -15,8 +15,7 @@ constexpr int c_settingOptions = 0x05F00000;
 /// Whether the numbers in `options` stand for a newline and for a kind of line break.
 bool AreNewlinesKnown(int options);
 
-/// `pattern` with what `options` asks for after the settings at its own beginning, which count
-/// less.
+/// `pattern` with what `options` asks for, after its own settings, which it overrides.
 std::string AddSettings(std::string pattern, int options);
 
 } // namespace Toolkit::Pcre2Syntax

@@ -32,8 +32,8 @@ struct TOOLKIT_API RegExpOptions {
 ///
 /// Steps are counted from each start position anew, up to 10 million, some hundred milliseconds.
 /// The whole call has no bound of its own: `\s+[bc]` takes minutes on 200,000 spaces, since it
-/// reads the rest of them from each. For patterns or subjects from strangers, limit the length of
-/// the subject.
+/// reads the rest of them from each. Limit the length of the subject when the pattern or the
+/// subject is not trusted.
 ///
 /// Two constructs are undefined, and may crash the engine: do not use them. `\C` matches a single
 /// byte and can split a character. A negative assertion as a condition, such as "(?(?!a)b)", makes

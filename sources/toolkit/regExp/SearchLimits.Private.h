@@ -9,8 +9,8 @@ namespace Toolkit::SearchLimits {
 /// milliseconds.
 constexpr unsigned int c_steps = 10'000'000;
 
-/// The most memory for what a search has to come back to: on the stack in PCRE 1, where less is
-/// left more often than not, and on the heap in PCRE 2.
+/// The most memory for backtracking: on the stack in PCRE 1, which often has less left, and on the
+/// heap in PCRE 2.
 constexpr std::size_t c_memory = std::size_t{64} * 1024 * 1024;
 
 } // namespace Toolkit::SearchLimits

@@ -17,7 +17,7 @@ constexpr int c_options =
 // The last offset that a search can start at; the next one is 0 again.
 constexpr std::size_t c_lastStart = 0xFFFF;
 
-// From here on it pays to learn what a match can begin with.
+// From this length on, finding out what a match can begin with pays off.
 constexpr std::size_t c_longText = 4096;
 
 bool IsUtf8(const TString<char>& text)

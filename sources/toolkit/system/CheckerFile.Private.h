@@ -11,8 +11,8 @@ namespace Toolkit {
 /// The lock file that `wxSingleInstanceChecker` leaves in the user's home directory. Programs that
 /// use the checker itself see this process by it and are seen.
 ///
-/// The checker itself would wait until the disk has the file, which takes longer than all the rest
-/// of a start, and would treat a stranger with the process id of a crashed process as that process.
+/// The checker itself would wait for the disk, which takes longer than the rest of a start, and
+/// would mistake an unrelated process with the id of a crashed one for it.
 class CheckerFile {
 public:
     /// Makes the file called `name` unless another process has it. There is none without a name,

@@ -80,8 +80,8 @@ bool CheckerFile::Create()
     return true;
 }
 
-// Removes the file of a process that has ended. What is no lock file of this user stays, as the
-// checker leaves it alone too: it then finds nobody running.
+// Removes the file of a process that has ended. Any file that is not a lock file of this user
+// stays: the checker ignores it too.
 bool CheckerFile::RemoveStale()
 {
     const Base::FileDescriptor file =

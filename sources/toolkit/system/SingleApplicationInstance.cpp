@@ -10,7 +10,7 @@ namespace Toolkit {
 
 smart_ptr<SingleApplicationInstance>* SingleApplicationInstance::s_pInstance = nullptr;
 
-// Without memory for the lock or its file, it is as if there were no place for them.
+// Out of memory counts as a directory in which no lock file can be made.
 SingleApplicationInstance::SingleApplicationInstance()
 {
     static_cast<void>(Base::Completes([this] { TakeLock(); }));

@@ -42,8 +42,8 @@ public:
 
     /// True only when it is certain that no thread holds the mutex.
     ///
-    /// The count alone does not know: in the child of a fork, a thread that was between locking and
-    /// counting is missing.
+    /// The count alone is not enough: a forked child lacks a thread that had locked but not yet
+    /// counted.
     bool IsCertainlyFree()
     {
         return m_holds.load(std::memory_order_relaxed) == 0 &&

@@ -8,8 +8,8 @@ namespace Toolkit {
 /// down while a thread exists.
 ///
 /// In a program that runs its own application object, nothing is held: a second start of wxWidgets
-/// would replace that object. Such a program ends its threads before its application object. A
-/// forked child leaves wxWidgets as its parent started it.
+/// would replace that object. Such a program must end its threads before it destroys its
+/// application object. A forked child leaves wxWidgets as its parent started it.
 class TOOLKIT_API FrameworkHold {
 public:
     /// Throws std::bad_alloc when wxWidgets cannot be started.

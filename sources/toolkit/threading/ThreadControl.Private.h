@@ -25,7 +25,7 @@ public:
     /// False in a forked child, which has the objects of its parent without their threads.
     bool IsOfThisProcess() const;
 
-    /// Release pairs with the acquire of AwaitEntry(): whoever awaited it finds what the thread did
+    /// Release pairs with the acquire of AwaitEntry(): the waiting thread sees what this thread did
     /// before.
     void SetEntered() { m_isEntered.store(true, std::memory_order_release); }
 
@@ -36,7 +36,8 @@ public:
     /// Asks the thread to end and wakes it.
     void Cancel();
 
-    /// Acquire pairs with the release of Cancel(): the thread finds what was done before it.
+    /// Acquire pairs with the release of Cancel(): the thread sees what was done before the
+    /// request.
     bool IsCancelled() const { return m_isCancelled.load(std::memory_order_acquire); }
 
     void Wake() { m_wakes.release(); }
