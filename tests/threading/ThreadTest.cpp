@@ -546,22 +546,29 @@ TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
     }
 }
 
+std::atomic<bool> s_hasMemory{true};
+thread_local bool t_needsMemory = false;
+
+// wxWidgets does not expect its other threads to run out of memory.
+bool FailsHere(const void*)
+{
+    return t_needsMemory && !s_hasMemory;
+}
+
 // The destructor tries to end the thread for 200 ms before it leaks it, which needs memory as well.
 TEST(ThreadTest, IsDestroyedWhenThereIsMemoryAgain)
 {
     auto worker = std::make_unique<Worker>(DoNothing);
-    std::thread destroyer;
-    std::latch begun(2);
-    destroyer = std::thread([&] {
-        begun.arrive_and_wait();
+    s_hasMemory = false;
+    TestSupport::SetAllocationRule(FailsHere);
+    std::thread destroyer([&worker] {
+        t_needsMemory = true;
         worker.reset();
     });
-    {
-        const AllocationLimit none(0);
-        begun.arrive_and_wait();
-        Thread::Sleep(400);
-    }
+    Thread::Sleep(400);
+    s_hasMemory = true;
     destroyer.join();
+    TestSupport::SetAllocationRule(nullptr);
 
     EXPECT_EQ(worker, nullptr);
 }
