@@ -1,4 +1,4 @@
-// Any file gives the same settings as a plain reading of its lines.
+// Any file gives the same settings as a plain parser of its lines.
 
 #include "toolkit/config/IniFile.h"
 #include "toolkit/files/TextFile.h"

@@ -15,7 +15,7 @@ public:
     CommandOperation(unsigned int id, const Text& line, const HostPlugIn::Command* command,
                      const std::atomic<bool>& isCancelled);
 
-    /// Does all of it on the calling thread, and notifies the listeners of start and end.
+    /// Runs everything on the calling thread, and notifies the listeners of start and end.
     void Perform();
 
     /// Removes what has been written of the result. Any thread may call it; the command fails then.
@@ -24,7 +24,7 @@ public:
     const Text& GetLine() const { return m_line; }
     /// The number and the name of the command, for messages.
     Text GetTitle() const;
-    /// How it ended, in words; empty until then.
+    /// The outcome in words; empty until the command has ended.
     const Text& GetOutcome() const { return m_outcome; }
     bool HasSucceeded() const { return m_failure.empty(); }
 

@@ -88,7 +88,7 @@ private:
     CommandOperation m_operation;
 };
 
-// Hands what a client sends to the server.
+// Passes what a client sends on to the server.
 class CommandServer::Receiver : public IPCConnectionEvent {
 public:
     explicit Receiver(CommandServer& server) : m_server(server) {}
@@ -99,8 +99,8 @@ private:
     CommandServer& m_server;
 };
 
-// Removes the socket of a host that is to stop, and gives clients that have connected just before
-// the time to send their lines.
+// Removes the socket of a host that stops, and gives clients that are already connected time to
+// send their lines.
 class CommandServer::Grace : public wxTimer {
 public:
     explicit Grace(CommandServer& server) : m_server(server)
@@ -117,7 +117,7 @@ private:
     CommandServer& m_server;
 };
 
-// The time that a command has to notice that it is cancelled.
+// Limits the time in which a command must react to its cancellation.
 class CommandServer::Deadline : public wxTimer {
 public:
     explicit Deadline(CommandServer& server) : m_server(server)

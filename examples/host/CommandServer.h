@@ -23,8 +23,8 @@ public:
     CommandServer& operator=(const CommandServer&) = delete;
 
     /// Serves until a start with -quit or -restart, which lets all earlier commands finish, or
-    /// until SIGINT, SIGTERM or SIGHUP, which cancels the running command and those that wait. When
-    /// a command does not notice within 3 seconds, the process ends without it.
+    /// until SIGINT, SIGTERM or SIGHUP, which cancels the running command and those that wait. If a
+    /// command does not react within 3 seconds, the process ends without it.
     End Run();
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Prints where the library found things.
+/// Prints the paths that the library found.
 void PrintPaths();
 
-/// Prints on what the host runs.
+/// Prints the platform and the versions.
 void PrintSystem();

@@ -32,7 +32,7 @@ HandOver::Role HandOver::Send(const Text& line)
         if (GetTickCount() - beginTicks > limitMs)
             return Role::NotServed;
         Thread::Sleep(pauseMs);
-        // The object has the state at its creation.
+        // The state of the object is that of its creation.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }

@@ -2,29 +2,29 @@
 
 #include "Terminal.h"
 
-/// How one start of the host finds the one that serves and sends it a line.
+/// How a start of the host finds the serving host and sends it a line.
 namespace HandOver {
 
-/// Lines that are no commands.
+/// Lines that are not commands.
 extern const wchar_t* const c_serve;
 extern const wchar_t* const c_quit;
 extern const wchar_t* const c_restart;
 
-/// The socket of the host that serves: the same for all starts of one program by one user.
+/// The socket of the serving host: the same for all starts of one program by one user.
 Text ServicePath();
 
-/// What a start of the host turns out to be.
+/// The result of a start of the host.
 enum class Role {
     First,      ///< No other one is known to run.
     HandedOver, ///< Another one serves and has received the line.
     NotServed   ///< Another one runs, and has not taken the line within 15 seconds.
 };
 
-/// Sends `line` to the host that serves. Waits while another host runs that does not serve: it is
-/// starting or stopping, or is soon done.
+/// Sends `line` to the serving host. Waits while another host runs that does not serve: it starts,
+/// stops or ends soon.
 ///
-/// A host that answers counts, whatever the lock of the single instance says: that cannot be taken
-/// in a home directory that is read-only.
+/// A host that answers counts even if the single-instance lock is free: nobody can take that lock
+/// in a read-only home directory.
 Role Send(const Text& line);
 
 } // namespace HandOver

@@ -2,9 +2,8 @@
 // plug-ins, searches a text on a worker thread, and stops.
 //
 // With -serve it stays instead and runs the plug-ins' commands that other starts hand over to it.
-// Such a start ends as soon as the host that serves has its line. What becomes of a command shows
-// there, and in the file for the result, which appears when it is complete. Usage.cpp has all
-// options.
+// Such a start ends as soon as the serving host has its line. The serving host reports the outcome
+// of a command; the file for the result appears when it is complete. Usage.cpp has all options.
 
 #include <wx/log.h>
 #include <wx/utils.h>
@@ -140,7 +139,7 @@ int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
     return Fail(L"Cannot accept commands at " + HandOver::ServicePath());
 }
 
-// Does what the host itself is asked for. `startLine` is empty unless it is to serve.
+// Carries out the host's own options. `startLine` is empty unless the host serves.
 int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
 {
     const Text settingsPath = options.GetValue(L"config", DefaultSettingsPath());
@@ -171,7 +170,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
                              : Serve(plugIns, startLine, options.IsDefined(L"restart"));
 }
 
-// Reports whether a line was sent. The host that serves reports what becomes of it.
+// Reports whether a line was sent. The serving host reports the outcome.
 int Report(HandOver::Role role)
 {
     switch (role) {
@@ -214,8 +213,8 @@ int StartServer(const Text& line, PlugIns& plugIns)
                                          : Report(role);
 }
 
-// Runs twice. The user's start sends the line to the host that serves. That one starts another host
-// with the same option, which finds nobody who serves and takes over when the first one has ended.
+// Runs twice. The user's start sends the line to the serving host, which starts another host with
+// the same option. That one finds no serving host, and takes over when the first one has ended.
 int StartAnew(PlugIns& plugIns)
 {
     const HandOver::Role role = HandOver::Send(HandOver::c_restart);
@@ -225,7 +224,7 @@ int StartAnew(PlugIns& plugIns)
     return Run(Options(SplitLine(line + L" " + HandOver::c_restart)), plugIns, line);
 }
 
-// Starts as what the words say; `line` has the same words.
+// Starts in the mode that the words select; `line` contains the same words.
 int StartAs(const Options& options, const Text& line, PlugIns& plugIns)
 {
     if (options.IsDefined(L"serve"))

@@ -13,8 +13,8 @@ namespace HostLog {
 const Toolkit::FileLogger* Start(Toolkit::LogSeverity level, Text name,
                                  unsigned int sizeLimitBytes);
 
-/// The file that is really open, in words when there is none after 5 seconds. The logger may have
-/// taken another name: while somebody else has the first one, for example.
+/// The file that is really open; a message when there is none after 5 seconds. The logger takes
+/// another name while another process has the file, for example.
 Text DescribePath(const Toolkit::FileLogger& logger);
 
 } // namespace HostLog

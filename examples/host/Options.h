@@ -6,13 +6,13 @@
 
 #include "Terminal.h"
 
-/// What the host's own command line says. The words are those that follow the program's name.
+/// The options of the host's own command line. The words are those that follow the program's name.
 class Options {
 public:
     explicit Options(const std::vector<Text>& words);
 
-    /// What is wrong with the words; empty when nothing is. The library's parser ignores what it
-    /// does not know, which is no help to a user who has mistyped an option.
+    /// The error in the words; empty when there is none. The library's parser ignores what it does
+    /// not know, which is no help to a user who has mistyped an option.
     const Text& GetFault() const { return m_fault; }
 
     bool IsDefined(const Text& name) const { return m_options.at(name)->IsDefined(); }

@@ -23,8 +23,8 @@ mode_t ReadUmask()
 
 const mode_t c_umask = ReadUmask();
 
-// A file that replaces another one has its group and permissions; where the group cannot be kept,
-// nobody else's group gets its rights.
+// A replacement gets the group and permissions of the old file. If the group cannot be kept, no
+// other group gets its permissions.
 bool AdoptPermissions(int descriptor, const struct stat& replaced)
 {
     if (replaced.st_nlink == 0)
@@ -98,7 +98,7 @@ bool ResultFile::FindFault()
     return m_replaced.st_uid != ::geteuid() && !Fail(L"it belongs to another user");
 }
 
-// Nobody can have made or guessed the new file's name.
+// Nobody else can have created or guessed the name of the new file.
 bool ResultFile::Create()
 {
     const MutexLocker locker(m_lock, MutexInternal::Infinite);

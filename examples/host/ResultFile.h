@@ -11,8 +11,8 @@
 /// A file that readers see when it is complete, or not at all: it is written under a name of its
 /// own in the same directory and then renamed. What had its name before stays until then.
 ///
-/// The directory may be one that others write to as well. A file of this user is replaced and keeps
-/// its permissions; a link, a pipe, a device or somebody else's file is refused.
+/// Other users may be able to write to the directory. A file of this user is replaced and keeps its
+/// permissions; a link, a pipe, a device or another user's file is refused.
 class ResultFile {
 public:
     explicit ResultFile(const Text& path);

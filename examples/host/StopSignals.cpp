@@ -25,7 +25,7 @@ void RestoreDefaults()
     }
 }
 
-// On the thread of the event loop, not in the signal handler proper, which wxWidgets has.
+// Runs on the thread of the event loop: the signal handler itself is that of wxWidgets.
 void OnSignal(int)
 {
     RestoreDefaults();

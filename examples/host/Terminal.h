@@ -24,7 +24,7 @@ void PrintError(const Text& line);
 /// Reports what went wrong, on the error output, with the program's name.
 void Complain(const Text& message);
 
-/// Complains and logs the same; returns what a program that failed ends with.
+/// Prints and logs an error; returns the exit code of a failed program.
 int Fail(const Text& message);
 
 } // namespace Terminal

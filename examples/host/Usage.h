@@ -5,11 +5,11 @@
 /// How the host is called.
 namespace Usage {
 
-/// On the standard output, for a user who asks for it.
+/// Prints to the standard output, for a user who asks for help.
 void Print();
 
-/// On the error output, after what is wrong with the command line. Returns what a program ends with
-/// that was called wrongly.
+/// Prints to the error output, after the error in the command line. Returns the exit code for a
+/// wrong command line.
 int Complain(const Text& fault);
 
 } // namespace Usage

@@ -13,7 +13,7 @@ server=
 log_lines=16
 result_lines=5
 
-# Leaves nothing, however the demo ends.
+# Leaves no files and no process, however the demo ends.
 clean_up() {
     [ -z "$server" ] || kill -KILL "$server" 2>/dev/null || true
     rm -rf "$work"

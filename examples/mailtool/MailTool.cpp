@@ -13,7 +13,7 @@ using namespace MailTool;
 
 namespace {
 
-// The screen gets UTF-8, whatever the locale, and nothing from a message that it would act on.
+// Prints UTF-8, whatever the locale, and escapes what a terminal would act on.
 void Print(const Text& line)
 {
     std::cout << UTF8::ToUTF8(VisibleText(line)) << '\n';

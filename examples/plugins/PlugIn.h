@@ -1,7 +1,7 @@
 #pragma once
 
-// What the example host and its plug-ins agree on. A plug-in is a shared library in the host's
-// plug-ins folder. It includes this header and, in one source file,
+// The interface between the example host and its plug-ins. A plug-in is a shared library in the
+// host's plug-ins folder. It includes this header and, in one source file,
 //
 //  - registers a module of its own for as long as it is loaded, by a ModuleRegistration,
 //  - defines GetHostPlugIn(), which returns its commands.
@@ -19,12 +19,11 @@
 
 namespace HostPlugIn {
 
-/// Changes with every change of this header. Host and plug-in must have the same.
+/// Changes with every change of this header. Host and plug-in must have the same version.
 constexpr unsigned int c_interfaceVersion = 1;
 
-/// What a command may ask of the host while it runs, and the place for its result. The host
-/// provides it; it is used on the thread that runs the command, until the command returns. No
-/// operation throws.
+/// What the host offers to a running command. The host provides it; it is used on the thread that
+/// runs the command, until the command returns. No operation throws.
 class CommandRun {
 public:
     /// Whether the option was on the command line. `option` is written as in `Option::name`.
@@ -44,7 +43,7 @@ public:
     virtual bool Progress(unsigned long long done, unsigned long long total,
                           const wchar_t* unit) noexcept = 0;
 
-    /// Shows the user what the result lacks. The command continues.
+    /// Warns the user that the result is incomplete. The command continues.
     virtual void Warn(const TString<wchar_t>& message) noexcept = 0;
 
     /// Shows the user why the command fails; of several messages the first counts. Always false:

@@ -12,8 +12,8 @@ inline bool IsInvisible(wchar_t character)
            (code >= 0x2066 && code <= 0x2069);
 }
 
-/// Makes text from elsewhere, such as the name of an archive's entry, fit to be shown and logged:
-/// an escape character becomes "\x1B", an override of the text's direction "\x202E".
+/// Makes untrusted text, such as the name of an archive's entry, safe to show and log: an escape
+/// character becomes "\x1B", an override of the text's direction "\x202E".
 inline TString<wchar_t> VisibleText(const TString<wchar_t>& text)
 {
     constexpr const wchar_t* digits = L"0123456789ABCDEF";

@@ -23,7 +23,7 @@ protected:
         return m_directory.WriteFile(L"archive.zip", bytes);
     }
 
-    /// The names that a listing gives.
+    /// The names that a listing returns.
     std::vector<std::wstring>
     Names(const TString<wchar_t>& path, const TString<wchar_t>& filter = L"",
           ArchiveEntriesFlags::ArchiveEntriesType type = ArchiveEntriesFlags::AllEntries)

@@ -36,7 +36,7 @@ void AtOnce(int count, const std::function<void(int)>& work)
         thread.join();
 }
 
-// What a promise of so many seconds may take: a sanitizer makes everything slower.
+// The limit for something that must take `seconds` at most: a sanitizer makes everything slower.
 std::chrono::seconds Allowed(int seconds)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -100,7 +100,7 @@ TEST_F(HostServerTest, LeavesServingToTheFirstHost)
     Quit(host);
 }
 
-// Not even root can make a file there.
+// Not even root can create a file there.
 TEST_F(HostServerTest, AcceptsCommandsWithAReadOnlyHome)
 {
     const ScopedEnvironment home("HOME", "/proc");
@@ -246,7 +246,8 @@ TEST_F(HostServerTest, LosesNoCommandOfMany)
                 AllOf(HasSubstr(" : 200 search: done in "), Not(HasSubstr("failed"))));
 }
 
-// Some starts reach the host while it ends. What they report as handed over is done even so.
+// Some starts reach the host while it ends. Every command that they report as handed over is still
+// run.
 TEST_F(HostServerTest, LosesNoCommandWhileTheHostEnds)
 {
     constexpr int processes = 8;

@@ -15,7 +15,7 @@ namespace Toolkit::TestSupport {
 
 using Arguments = std::vector<std::string>;
 
-/// What a start of the host prints when another one has taken its line.
+/// What a start of the host prints when the serving host has taken its line.
 constexpr const char* c_handedOver = "Handed over to the serving host.\n";
 
 /// An installed host with all plug-ins, and a directory for what their commands read and write.
@@ -48,7 +48,7 @@ protected:
         return path;
     }
 
-    /// Hands a command over whose result is to be in the file "result".
+    /// Hands over a command that writes its result to the file "result".
     void HandOver(Arguments arguments) const
     {
         arguments.insert(arguments.end(), {"-out", File("result")});

@@ -40,10 +40,10 @@ public:
         m_socket = AwaitLine(beginning).substr(beginning.size());
     }
 
-    /// Reads what the host shows up to a line that begins so, and returns that line.
+    /// Reads the host's output up to a line with this beginning, and returns that line.
     std::string AwaitLine(const std::string& beginning) const
     {
-        // The host shows no empty line: that is the end of all.
+        // The host prints no empty line, so this is the end of the output.
         for (std::string line = m_program.ReadLine(); !line.empty(); line = m_program.ReadLine()) {
             if (line.compare(0, beginning.size(), beginning) == 0)
                 return line;
@@ -64,7 +64,7 @@ public:
         }
     }
 
-    /// All that the host and the processes that it starts show until they have ended.
+    /// The whole remaining output of the host and the processes that it starts.
     std::vector<std::string> AwaitRest() const
     {
         std::vector<std::string> lines;

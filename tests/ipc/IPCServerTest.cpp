@@ -149,7 +149,7 @@ TEST_F(IPCServerTest, LetsAListenerSendAndRemoveItself)
     });
 }
 
-// The session whose text is being worked on waits; the others go on.
+// The session whose message is being handled waits; the others continue.
 TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
 {
     const auto server = RunServer();

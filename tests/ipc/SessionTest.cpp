@@ -15,7 +15,7 @@ using namespace std::string_literals;
 constexpr int c_ticksInTwoSeconds = 8;
 constexpr int c_ticksInThirtySeconds = 120;
 
-// A session and its client. The test decides how the time passes.
+// A session and its client. The test controls the clock.
 class SessionTest : public testing::Test {
 protected:
     SessionTest()

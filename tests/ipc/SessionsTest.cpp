@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using TestSupport::RawSocket;
 using TestSupport::TempDir;
 
-// A server whose rounds the test runs.
+// A server that the test drives step by step.
 class SessionsTest : public testing::Test {
 protected:
     SessionsTest() { EXPECT_TRUE(m_sessions.Listen(m_path)); }

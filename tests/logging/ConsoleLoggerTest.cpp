@@ -19,10 +19,10 @@ namespace {
 using TestSupport::CapturedWideOutput;
 using TestSupport::OutputOfProcess;
 
-// Takes nothing, as a terminal that has gone.
+// Accepts nothing, like a terminal that was closed.
 class BrokenBuffer : public std::wstreambuf {};
 
-// Takes nothing as long as it is broken.
+// Accepts nothing while it is broken.
 class MendableBuffer : public std::wstringbuf {
 public:
     bool isBroken = true;

@@ -37,8 +37,7 @@ std::string Piece(std::size_t thread, long number)
            std::string(static_cast<std::size_t>(number * 7 % 13), '.') + ";";
 }
 
-// Logs until it is killed. The text never runs ahead of the writer by more than memory can hold,
-// since nothing lives long here.
+// Logs until it is killed. The queue cannot outgrow memory, since the process does not live long.
 [[noreturn]] void LogForEver(const TString<wchar_t>& name)
 {
     FileLogger logger(SeverityVerbose, name, c_noLimit);
@@ -53,8 +52,8 @@ std::string Piece(std::size_t thread, long number)
     std::abort();
 }
 
-// Walks along the pieces in `text`. Returns what is left after the last whole one; nothing when a
-// piece is out of order.
+// Checks the pieces in `text`. Returns what is left after the last whole one; nothing when a piece
+// is out of order.
 std::optional<std::string> RestAfterWholePieces(const std::string& text)
 {
     std::array<long, c_threads> next{};

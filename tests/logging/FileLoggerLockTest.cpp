@@ -46,7 +46,7 @@ public:
     }
     ~OtherProcess() { End(); }
 
-    // Lets the logger go and the process end.
+    // Destroys the logger and ends the process.
     void End()
     {
         if (m_end < 0)

@@ -94,8 +94,8 @@ class NoDescriptors {
 public:
     NoDescriptors()
     {
-        // A sanitizer needs descriptors when it meets the type of the framework's application
-        // first.
+        // A sanitizer needs descriptors when it first sees the type of wxWidgets' application
+        // object.
         const FrameworkHold first;
         const FrameworkHold second;
         EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_oldLimit), 0);

@@ -20,8 +20,8 @@ using namespace std::chrono_literals;
 // An end takes about a second; a busy machine gets more.
 constexpr auto c_longestEnd = 5s;
 
-// Who logs does not lock the pointer to the logger, which other threads may only change because an
-// address is written at once.
+// Logging does not lock the pointer to the logger. Other threads may change it meanwhile only
+// because an address is written atomically.
 #ifdef __SANITIZE_THREAD__
 #define SkipUnderThreadSanitizer() GTEST_SKIP() << "a race by intention"
 #else
@@ -85,7 +85,7 @@ TEST_F(ProcessLoggerTest, IsReleasedWhileOthersLog)
     EXPECT_EQ(ILogger::s_pInstance, nullptr);
 }
 
-// Notes which logger is in place while it is destroyed.
+// Records which logger is installed during its own destruction.
 class Noting : public ILogger {
 public:
     explicit Noting(ILogger*& current) : ILogger(SeverityVerbose), m_current(current) {}

@@ -1,4 +1,4 @@
-// The functions of the system library of macOS that the library calls, by those of Linux.
+// The functions of macOS that the library calls, implemented with those of Linux.
 
 #include "mac/SystemStandIns.h"
 

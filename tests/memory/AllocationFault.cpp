@@ -22,7 +22,7 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 namespace Toolkit::TestSupport {
 namespace {
 
-// Start: the C library, which no operator new is called from but by way of main().
+// Start: the C library, which calls operator new only by way of main().
 enum class Kind { Program, Toolkit, Standard, Start, Other };
 
 // A loaded segment of code. The names live as long as the modules, which are not unloaded here.

@@ -7,8 +7,8 @@
 /// sanitizer does.
 namespace Toolkit::TestSupport {
 
-/// Whose allocation it is, decided by the code that called for it; the standard library's own
-/// functions are looked through.
+/// Whose allocation it is: that of the code that asked for it, directly or through the standard
+/// library.
 enum class Origin {
     Library, ///< libtoolkit, or its headers' code inlined into the program.
     Foreign  ///< wxWidgets, ICU, PCRE and the C library.
@@ -27,7 +27,7 @@ public:
     AllocationFault(const AllocationFault&) = delete;
     AllocationFault& operator=(const AllocationFault&) = delete;
 
-    /// Whether there were so many allocations.
+    /// Whether there were that many allocations.
     static bool HasFailed();
 
     /// The file name of the module whose allocation failed first, such as "libwx_baseu-3.2.so.0".

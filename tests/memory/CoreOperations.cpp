@@ -56,7 +56,7 @@ void Pointer(Attempt& attempt)
 {
     auto* const object = new int(7);
     bool isMade = false;
-    // Without memory for the count the object is released. A leak check would not notice.
+    // When out of memory for the count, the object is released. A leak check would not notice.
     if (attempt.Run(Rule::BadAlloc, [&] { isMade = *smart_ptr<int>(object) == 7; }))
         attempt.Expect(isMade);
 }
@@ -172,12 +172,12 @@ void StreamText(Attempt& attempt)
     attempt.Run([&] { result = stream.Read(text); });
     attempt.Expect(result == StreamResult::Ok && text == c_text,
                    result == StreamResult::DataFailed && text == L"old");
-    // The file is where it is after success.
+    // The position in the file is the same as after success.
     Bytes bytes;
     attempt.Expect(bytes.Deserialize(stream) == StreamResult::Ok, true);
 }
 
-// Everything that needs no memory of the library, on one stream.
+// Everything that needs no memory from the library, on one stream.
 template <int Overload>
 void StreamWithoutMemory(Attempt& attempt)
 {

@@ -77,7 +77,7 @@ void PrepareChild()
     ::alarm(c_childSeconds);
 }
 
-// What it lets out ends the child. Caught by the test runner, it would remove the parent's files.
+// An exception here ends the child. Caught by the test runner, it would remove the parent's files.
 [[noreturn]] void RunChild(const Operation& operation, Lasting lasting, long index) noexcept
 {
     PrepareChild();

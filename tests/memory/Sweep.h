@@ -58,7 +58,7 @@ public:
     /// `success` has to hold when no allocation failed, and either of the two when one did.
     void Expect(bool success, bool failure = false);
 
-    /// What has to hold in any case.
+    /// What must hold in every case.
     void Always(bool condition) { Expect(condition, condition); }
 
     /// Number of expectations that did not hold.
@@ -74,7 +74,7 @@ private:
     int m_failures = 0;
 };
 
-/// An object in memory of its own, so that its construction alone runs without memory.
+/// An object in memory of its own, so that only its construction meets the fault.
 template <typename Object>
 class Place {
 public:

@@ -1,5 +1,5 @@
-// Runs the same calls with both engines, which this program holds, and compares all that a caller
-// can see.
+// Runs the same calls with both engines, which are compiled into this program, and compares
+// everything that a caller can see.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -40,7 +40,7 @@ std::ostream& operator<<(std::ostream& stream, const Call& call)
                   << call.options << std::dec << ", from " << call.start;
 }
 
-// All that a caller can see of one call, as text, and how it ended.
+// Everything that a caller can see of one call, as text, and its outcome.
 struct Outcome {
     std::string text;
     bool isFaulty = false;
@@ -91,7 +91,7 @@ void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
     result->execOptions = call.options;
     Try(outcome, "search", [&](std::ostream& stream) {
         regExp.RegExp_compile(result);
-        // What is not UTF-8 is described in the first pair.
+        // For a subject that is not UTF-8, the first pair describes the fault.
         const auto exception =
             TestSupport::CaughtException([&] { regExp.RegExp_exec(result, call.start); });
         WriteOffsets(stream, *result);
@@ -221,7 +221,7 @@ Call RandomCall(RandomPattern& random)
     return call;
 }
 
-// Adds that many random calls to the tally, and reports it.
+// Adds `rounds` random calls to the tally, and reports it.
 void AddRandomCalls(Tally& tally, unsigned int firstSeed, bool hasRareConstructs, int rounds)
 {
     for (int round = 0; round < rounds; round += c_callsPerSeed) {

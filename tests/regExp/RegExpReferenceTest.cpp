@@ -92,7 +92,7 @@ void ExpectSameReplacement(const std::string& pattern, const std::string& replac
 void ExpectSameNamedValue(const Group& group, int resultCode, const DirectPcre& direct,
                           const std::string& subject)
 {
-    // Of two groups with one name the engine tells the one that took part.
+    // Of two groups with one name the engine reports the one that took part.
     if (group.name.empty() || group.value.empty())
         return;
     const char* value = nullptr;
@@ -227,7 +227,7 @@ TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongTextsAsTheStepsDo)
 
 TEST(RegExpReferenceTest, ReplacesLongTextsAsTheStepsDo)
 {
-    // Replacements that do not match end, wherever the search goes on.
+    // Replacing ends if the replacement does not match, wherever the search continues.
     constexpr std::pair<const char*, const char*> cases[] = {{"a", "-"},
                                                              {"a", ""},
                                                              {"a", "xyz"},

@@ -121,7 +121,8 @@ TEST(RegExpReplaceTest, ThrowsOnceAnInvalidReplacementIsInTheText)
 
 TEST(RegExpReplaceTest, ReplacesBytesOfACharacterSeparately)
 {
-    // After the first byte the text is whole again, but the search would go on inside a character.
+    // After the first byte the text is valid again, but the search would continue inside a
+    // character.
     EXPECT_EQ(CaughtMessage([] { ReplaceAll("\\C", "\xC3", "\xC3\xA9"); }),
               "-11Exp::Match return error: ");
     EXPECT_EQ(ReplaceAll("\\C\\C", "e", "\xC3\xA9"), "e");
@@ -178,7 +179,8 @@ TEST(RegExpReplaceTest, CanReplaceAReplacementAfterSixteenBits)
 {
     EXPECT_EQ(ReplaceAll("ab", "b", std::string(65534, '.') + "aab"),
               std::string(65534, '.') + "b");
-    // One dot after another goes, until the search goes on at an offset that can be counted.
+    // Removes one dot after the other, until the search continues at an offset that fits into 16
+    // bits.
     EXPECT_EQ(ReplaceAll("\\.a", "a", std::string(65540, '.') + "a"),
               std::string(65534, '.') + "a");
 }
@@ -227,7 +229,7 @@ TEST(RegExpReplaceTest, SkipsAGroupThatTookNoPart)
 TEST(RegExpReplaceTest, MovesAGroupInsideAnotherWithTheOuterOne)
 {
     EXPECT_EQ(ReplaceGroups("((a)b)", {"xyz", "q"}, "ab-"), "xqz-");
-    // Group 2 would begin behind the end, or before the begin, of what is left.
+    // Group 2 would begin after the end, or before the beginning, of the remaining text.
     EXPECT_EQ(ReplaceGroups("(..(.))", {"", "q"}, "abc"), "");
     EXPECT_EQ(ReplaceGroups("(...)(?<=(a)..)", {"", "q"}, "abc"), "");
 }

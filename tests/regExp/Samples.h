@@ -2,8 +2,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Patterns of every kind: what looks ahead, behind and at both ends, groups that take no part,
-/// names, verbs, faults.
+/// Patterns of every kind: look-aheads, look-behinds, anchors, unused groups, names, verbs, errors.
 constexpr const char* c_patterns[] = {
     "a",
     "b",

@@ -75,7 +75,7 @@ endif()
 toolkit_test(regExp/RegExpTest.cpp)
 target_sources(RegExpTest PRIVATE support/ScarceMemory.cpp)
 
-# Messages of the engines' own differ.
+# The engines' own messages differ.
 if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre2")
     target_compile_definitions(RegExpExceptionTest PRIVATE TOOLKIT_USES_PCRE2)
     if(TARGET RegExpStackTest)
@@ -83,7 +83,7 @@ if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre2")
     endif()
 endif()
 
-# Plug-ins of every compiler that is there: what one throws, the other's catch.
+# Plug-ins from every available compiler: each catches what the others throw.
 if(BUILD_SHARED_LIBS)
     set(plugins "")
     find_program(TOOLKIT_GCC g++)

@@ -86,7 +86,7 @@ TEST_F(LogCommandTest, FindsTheSeamWhereTheTickCountWrappedAround)
               "4294966296 info f:1 2\n4294967290 info f:1 3\n500 info f:1 4\n1500 info f:1 5\n");
 }
 
-// 40 days are nearer to the next wrap of the tick count than to the last one.
+// 40 days are closer to the next wrap of the tick count than to the last one.
 TEST_F(LogCommandTest, FindsTheSeamOfALogOfFortyDays)
 {
     EXPECT_EQ(Print("2 3456000000 : 1 : f : 6\n2 0 : 1 : f : 1\n2 691200000 : 1 : f : 2\n"
@@ -123,7 +123,7 @@ TEST_F(LogCommandTest, PrintsNothingOfAnEmptyLog)
     EXPECT_EQ(Print(""), "");
 }
 
-// A tick count of this machine's is that many milliseconds old.
+// A tick count of this machine is that many milliseconds old.
 TEST_F(LogCommandTest, ShowsTheTimeOfDayInALogOfThisMachine)
 {
     const std::string tick = std::to_string(GetTickCount() - 60000);

@@ -12,7 +12,7 @@ constexpr std::size_t c_lineLength = 76;      // RFC 2045, section 6.8
 constexpr unsigned int c_bytesOfLine = 57;    // what a whole line encodes
 constexpr unsigned int c_linesOfBlock = 1024; // read at once
 
-// The library's two functions have each other's names.
+// The names of the library's two functions are swapped.
 using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
 constexpr Codec c_encode = b64_decode_binary;
 constexpr Codec c_decode = b64_encode_binary;

@@ -1,4 +1,4 @@
-// A plug-in of the example host that makes files fit for mail and back:
+// A plug-in of the example host that encodes files for mail and decodes them:
 //
 //     encode -in <file> -as base64|quoted-printable
 //     decode -in <file> -as base64|quoted-printable

@@ -77,7 +77,7 @@ bool IsHexDigit(char character)
     return std::isxdigit(static_cast<unsigned char>(character)) != 0;
 }
 
-// The decoder drops what is no escape, and everything after a null byte.
+// The decoder drops invalid escapes, and everything after a null byte.
 bool HasOnlyEscapes(const std::string& code)
 {
     for (std::size_t at = code.find('='); at != std::string::npos; at = code.find('=', at + 1)) {

@@ -94,7 +94,7 @@ void Bytes::Free()
     m_size = 0;
 }
 
-// Makes room for `size` more bytes, zeros at first; false without memory.
+// Makes room for `size` more bytes, zeros at first; false when out of memory.
 bool Bytes::Grow(unsigned int size)
 {
     auto* const data = new (std::nothrow) unsigned char[std::size_t{m_size} + size]();

@@ -21,7 +21,8 @@ public:
     Bytes& operator=(const Bytes&) = delete;
 
     /// Replaces the contents. Refuses a null `source` or a size of 0: returns false and keeps the
-    /// old contents, so this cannot empty an object. Without memory returns false and is empty.
+    /// old contents, so this cannot empty an object. When out of memory, returns false and is
+    /// empty.
     bool SetBytes(const unsigned char* source, unsigned int size);
 
     /// Stores a copy of the contents in `*out`. The caller frees it with delete[].
@@ -32,8 +33,9 @@ public:
 
     /// Frees the array `*target`, unless it is null, and replaces it by a copy of `size` bytes.
     ///
-    /// When a pointer is null or `size` is 0, returns false and changes nothing. Without memory
-    /// returns false with a null `*target` and a size of 0. `source` must not point into `*target`.
+    /// When a pointer is null or `size` is 0, returns false and changes nothing. When out of
+    /// memory, returns false with a null `*target` and a size of 0. `source` must not point into
+    /// `*target`.
     bool CopyBytes(const unsigned char* source, unsigned int size, unsigned char** target,
                    unsigned int* targetSize) const;
 

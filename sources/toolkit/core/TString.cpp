@@ -285,7 +285,7 @@ private:
     std::size_t m_unread = 0; // the start of the unread part
 };
 
-// Works on a copy: without memory the string stays as it was.
+// Works on a copy: when out of memory, the string stays as it was.
 void ReplaceJoined(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result(text);

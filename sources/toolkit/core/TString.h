@@ -10,7 +10,7 @@
 ///
 /// `TString<wchar_t>` holds one code point per character; `TString<char>` holds bytes such as
 /// UTF-8. All operations of the standard string are available. One object is used by one thread at
-/// a time. Without memory std::bad_alloc leaves an operation and the text is as it was.
+/// a time. When out of memory, an operation throws std::bad_alloc and leaves the text as it was.
 template <typename T>
 class TOOLKIT_API TString : public std::basic_string<T> {
 public:

@@ -14,8 +14,7 @@
 
 namespace Toolkit::Ipc {
 
-/// Takes the data of one message and their format. May run an event loop meanwhile. False ends the
-/// session.
+/// Handles one message, given as data and format. May run an event loop. False ends the session.
 using Execute = std::function<bool(const std::vector<char>& data, unsigned char format)>;
 
 /// The conversation with one client. Never waits for it.
@@ -73,7 +72,7 @@ private:
 /// `execute` runs.
 class Sessions {
 public:
-    /// Serves `mostSessions` clients at once.
+    /// Serves at most `mostSessions` clients at once.
     Sessions(std::size_t mostSessions, Execute execute);
 
     /// Begins to listen. Called once; false when the file `path` cannot be made.

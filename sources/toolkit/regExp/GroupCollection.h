@@ -13,8 +13,8 @@ namespace Toolkit {
 
 /// The groups of a match, by number and by name.
 ///
-/// One object is used by one thread at a time. Without memory Add() and AddNamedGroupKey() let
-/// std::bad_alloc out and change nothing; nothing else is thrown, and nothing is logged.
+/// One object is used by one thread at a time. When out of memory, Add() and AddNamedGroupKey()
+/// throw std::bad_alloc and change nothing; nothing else is thrown, and nothing is logged.
 class TOOLKIT_API GroupCollection {
 public:
     GroupCollection();

@@ -19,8 +19,9 @@ public:
     RegExpException& operator=(const RegExpException&) = default;
     ~RegExpException() override;
 
-    /// Throws a new exception with that message in its `smart_ptr`. Without memory it throws one
-    /// made when the library was loaded, with the message of an operation that ran out of memory.
+    /// Throws a new exception with that message in its `smart_ptr`. When out of memory, it throws
+    /// one made when the library was loaded, with the message of an operation that ran out of
+    /// memory.
     [[noreturn]] static void Throw(const TString<wchar_t>& message);
 
     /// Throws the exception made when the library was loaded.

@@ -1,4 +1,4 @@
-// A plug-in whose commands do what commands should not.
+// A plug-in whose commands misbehave.
 
 #include <stdexcept>
 #include <toolkit/files/PathManager.h>

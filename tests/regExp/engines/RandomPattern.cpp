@@ -99,7 +99,7 @@ constexpr const char* c_openings[] = {"(",      "(",     "(",      "(?:",  "(?:"
                                       "(?P<n>", "(?'m'", "(?>",    "(?=",  "(?!", "(?<=",  "(?<!",
                                       "(?|",    "(?i:",  "(?s-m:", "(?m:", "(?x:"};
 
-// Without negative assertions, after which PCRE 1 reads what it has not written.
+// Without negative assertions, after which PCRE 1 reads uninitialised memory.
 constexpr const char* c_conditions[] = {"(?(1)",    "(?(2)",  "(?(<n>)",    "(?(R)",  "(?(?=a)",
                                         "(?(?<=a)", "(?(R1)", "(?(DEFINE)", "(?(R&n)"};
 
