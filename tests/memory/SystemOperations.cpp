@@ -273,10 +273,37 @@ void LibraryModuleReleased(Attempt& attempt)
     attempt.Always(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
 }
 
-void LoadedAgain(Attempt& attempt)
+void Loaded(Attempt& attempt)
 {
-    attempt.Run([] { DllToolkitLoad(); });
-    attempt.Always(!attempt.HasFailed() && LibModuleManager::GetInstance() != nullptr);
+    DllToolkitUnload();
+    attempt.Run(Rule::BadAlloc, [] { DllToolkitLoad(); });
+    DllToolkitLoad();
+    LibModuleManager* const manager = LibModuleManager::GetInstance();
+    attempt.Always(manager != nullptr);
+    // The library's module is registered once.
+    Version::ReleaseInstance();
+    manager->Initialize(false);
+    attempt.Always(Version::GetInstance().IsValid());
+    manager->Release(false);
+    attempt.Always(!Version::GetInstance().IsValid());
+}
+
+void Unloaded(Attempt& attempt)
+{
+    attempt.Run([] { DllToolkitUnload(); });
+    attempt.Always(!attempt.HasFailed() && LibModuleManager::GetInstance() == nullptr);
+    DllToolkitLoad();
+}
+
+void RegistryMade(Attempt& attempt)
+{
+    DllToolkitUnload();
+    attempt.Run(Rule::BadAlloc, [] { LibModuleManager::CreateInstance(); });
+    attempt.Expect(LibModuleManager::GetInstance() != nullptr, !LibModuleManager::GetInstance());
+    LibModuleManager::CreateInstance();
+    attempt.Run([] { LibModuleManager::ReleaseInstance(); });
+    attempt.Always(!LibModuleManager::GetInstance());
+    DllToolkitLoad();
 }
 
 } // namespace
@@ -337,15 +364,15 @@ std::vector<Operation> SystemOperations()
         {"Toolkit::LibModuleManager::Unregister", ModuleUnregisteredWhileReleased},
         {"Toolkit::LibModuleManager::Initialize", ModulesUsed},
         {"Toolkit::LibModuleManager::Release", ModulesUsed},
-        {"Toolkit::LibModuleManager::CreateInstance", ModulesUsed},
+        {"Toolkit::LibModuleManager::CreateInstance", RegistryMade},
         {"Toolkit::LibModuleManager::GetInstance", ModulesUsed},
-        {"Toolkit::LibModuleManager::ReleaseInstance", ManagerMade},
+        {"Toolkit::LibModuleManager::ReleaseInstance", RegistryMade},
         {"Toolkit::ToolkitModule::ToolkitModule", LibraryModule},
         {"Toolkit::ToolkitModule::~ToolkitModule", LibraryModule},
         {"Toolkit::ToolkitModule::Initialize", LibraryModule},
         {"Toolkit::ToolkitModule::Release", LibraryModuleReleased},
-        {"DllToolkitLoad", LoadedAgain},
-        {"DllToolkitUnload", LoadedAgain},
+        {"DllToolkitLoad", Loaded},
+        {"DllToolkitUnload", Unloaded},
     };
 }
 

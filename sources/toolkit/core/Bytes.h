@@ -13,7 +13,7 @@ class TOOLKIT_API Bytes : public ISerialize {
 public:
     Bytes();
 
-    /// A copy of `size` bytes; empty for a null `source` or a size of 0.
+    /// A copy of `size` bytes; empty for a null `source`, for a size of 0 and when out of memory.
     Bytes(const unsigned char* source, unsigned int size);
     ~Bytes() override;
 

@@ -41,7 +41,8 @@ namespace Toolkit {
 /// Any thread may call the operations; nothing is thrown or logged.
 class TOOLKIT_API B64 {
 public:
-    /// The Base64 form of `bytes`, on one line; the empty text when there are none.
+    /// The Base64 form of `bytes`, on one line; the empty text when there are none or when out of
+    /// memory.
     static TString<wchar_t> ToUNICODE(const smart_ptr<Bytes>& bytes);
 
     /// The bytes of a Base64 text, by the rules of `b64_encode_binary` for its UTF-8 form up to the

@@ -12,8 +12,9 @@ namespace Toolkit {
 /// application. A `HOME` that is not valid UTF-8 is not used: the user database names the home
 /// directory then.
 ///
-/// The setters are not guarded: other threads may read while no setter runs. Nothing is thrown or
-/// logged.
+/// The setters are not guarded: other threads may read while no setter runs. When out of memory,
+/// the constructor and the setters throw `std::bad_alloc` and change nothing; a text that is
+/// returned or composed is empty. Nothing else is thrown, and nothing is logged.
 class TOOLKIT_API PathManager {
 public:
     static const TString<wchar_t> c_strConfigurationFolderName;
@@ -87,7 +88,7 @@ public:
     static bool FileExists(const TString<wchar_t>& path);
     static bool DirExists(const TString<wchar_t>& path);
 
-    /// Creates the process-wide object unless it exists.
+    /// Creates the process-wide object unless it exists. Creates none when out of memory.
     static void CreateInstance();
     /// A copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<PathManager> GetInstance();

@@ -45,7 +45,8 @@ public:
 
     /// Writes what is at least as severe as `threshold` to the file `name`, given without directory
     /// and extension; an empty name means the application's. Wraps around at `sizeLimitBytes`.
-    /// Returns at once: the writer thread opens the file.
+    /// Returns at once: the writer thread opens the file. Throws `std::bad_alloc` when out of
+    /// memory.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
     /// Writes the queue and closes the file, after no text has come for 500 ms. Drops the queue at

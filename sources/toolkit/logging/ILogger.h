@@ -109,6 +109,7 @@ public:
     static smart_ptr<ILogger> Create();
 
     /// Installs a logger that discards everything as the process-wide one, unless there is one.
+    /// Installs none when out of memory.
     static void CreateInstance();
 
     /// A copy of the process-wide logger's pointer, which keeps it alive; empty when there is none.
@@ -122,8 +123,8 @@ public:
     static ILogger& GetLogger();
 
     /// Installs `logger` as the process-wide one; an empty pointer installs one that discards
-    /// everything. Not guarded: call it while no other thread logs. Does nothing before
-    /// `CreateInstance` and after `ReleaseInstance`.
+    /// everything, or keeps the old one when out of memory. Not guarded: call it while no other
+    /// thread logs. Does nothing before `CreateInstance` and after `ReleaseInstance`.
     static void SetLogger(smart_ptr<ILogger> logger);
 
     /// Null while there is no process-wide logger.

@@ -14,6 +14,7 @@ namespace Toolkit {
 class TOOLKIT_API WxLogForwarder : public wxLog {
 public:
     /// Becomes the active `wxLog` target; the previous one is neither deleted nor restored later.
+    /// Throws `std::bad_alloc` when out of memory.
     WxLogForwarder();
 
     /// Leaves wxWidgets without an active log target.

@@ -22,6 +22,7 @@ namespace Toolkit {
 /// exception.
 class TOOLKIT_API LibModuleManager {
 public:
+    /// Throws `std::bad_alloc` when out of memory.
     LibModuleManager();
     ~LibModuleManager();
 
@@ -45,7 +46,7 @@ public:
     /// undone.
     void Release(bool releaseFramework);
 
-    /// Creates the registry unless it exists.
+    /// Creates the registry unless it exists. Throws `std::bad_alloc` when out of memory.
     static void CreateInstance();
     /// The registry; null if it does not exist.
     static LibModuleManager* GetInstance();

@@ -15,6 +15,7 @@
 #include "toolkit/system/RestartManagment.h"
 
 #include <ios>
+#include <memory>
 
 // Defines every object that is constructed when the library is loaded, in order of construction.
 // Unloading destroys them in reverse order.
@@ -105,9 +106,10 @@ void DllToolkitLoad()
     using namespace Toolkit;
     if (pToolkitModuleInstance)
         return;
-    pToolkitModuleInstance = new ToolkitModule();
+    auto module = std::make_unique<ToolkitModule>();
     LibModuleManager::CreateInstance();
-    LibModuleManager::GetInstance()->Register(pToolkitModuleInstance);
+    LibModuleManager::GetInstance()->Register(module.get());
+    pToolkitModuleInstance = module.release();
 }
 
 void DllToolkitUnload()

@@ -5,7 +5,8 @@
 
 namespace Toolkit {
 
-/// One captured part of a match.
+/// One captured part of a match. When out of memory, making and copying it throws
+/// `std::bad_alloc`.
 class TOOLKIT_API Group {
 public:
     /// Group `number` without a name, whose value is `text`.

@@ -13,8 +13,9 @@ namespace Toolkit {
 
 /// The groups of a match, by number and by name.
 ///
-/// One object is used by one thread at a time. When out of memory, Add() and AddNamedGroupKey()
-/// throw std::bad_alloc and change nothing; nothing else is thrown, and nothing is logged.
+/// One object is used by one thread at a time. When out of memory, Add(), AddNamedGroupKey() and
+/// copying throw `std::bad_alloc` and change nothing. Nothing else is thrown, and nothing is
+/// logged.
 class TOOLKIT_API GroupCollection {
 public:
     GroupCollection();

@@ -27,8 +27,8 @@ struct TOOLKIT_API RegExpOptions {
 /// the empty text. Every operation compiles the pattern, up to its first null character.
 ///
 /// A failure throws a `smart_ptr<RegExpException>`: a pattern that does not compile, a subject that
-/// is not UTF-8, and a search that takes too many steps, or more stack or memory than there is. If
-/// even that exception does not fit into memory, `std::bad_alloc` is thrown. Nothing is logged.
+/// is not UTF-8, and a search that takes too many steps, or more stack or memory than there is.
+/// Only copying an object throws `std::bad_alloc`. Nothing is logged.
 ///
 /// Steps are counted from each start position anew, up to 10 million, some hundred milliseconds.
 /// The whole call has no bound of its own: `\s+[bc]` takes minutes on 200,000 spaces, since it

@@ -25,7 +25,8 @@ class InstanceLock;
 /// Needs a `PathManager`.
 class TOOLKIT_API SingleApplicationInstance {
 public:
-    /// Takes the lock unless another process holds it.
+    /// Takes the lock unless another process holds it. When out of memory, it is as if no lock file
+    /// could be made.
     SingleApplicationInstance();
     ~SingleApplicationInstance();
 
@@ -33,7 +34,7 @@ public:
     /// be made.
     bool IsAlreadyRunning() const;
 
-    /// Creates the process-wide object. Does nothing when it exists.
+    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
     static void CreateInstance();
     /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<SingleApplicationInstance> GetInstance();

@@ -39,12 +39,12 @@ public:
     ///
     /// Returns the id of the new process; with `wait`, after that process has ended, or -1 when
     /// waiting failed. When no process can be created, returns the positive error number of
-    /// fork(2). A program that cannot be executed shows only in the exit status of the new
-    /// process, which is the error number of execv(3). Any thread may call it.
+    /// fork(2): ENOMEM when out of memory. A program that cannot be executed shows only in the exit
+    /// status of the new process, which is the error number of execv(3). Any thread may call it.
     static int StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                             bool wait);
 
-    /// Creates the process-wide object. Does nothing when it exists.
+    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
     static void CreateInstance();
     /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<SystemInfo> GetInstance();

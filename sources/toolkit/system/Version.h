@@ -36,7 +36,7 @@ public:
     /// out of memory.
     static Version* Create();
 
-    /// Creates the process-wide object. Does nothing when it exists.
+    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
     static void CreateInstance();
     /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<Version> GetInstance();

@@ -24,7 +24,8 @@ public:
 /// SendOperationEnded(). Any thread may call the operations.
 class TOOLKIT_API BackgroundOperation : public EventNotifier<BackgroundOperationHandler> {
 public:
-    /// The caller chooses `operationId`; nothing here interprets it.
+    /// The caller chooses `operationId`; nothing here interprets it. Throws `std::bad_alloc` when
+    /// out of memory.
     explicit BackgroundOperation(unsigned int operationId);
     ~BackgroundOperation() override;
 

@@ -18,6 +18,7 @@ namespace Toolkit {
 template <typename T>
 class TOOLKIT_API EventNotifier {
 public:
+    /// Throws `std::bad_alloc` when out of memory.
     EventNotifier() : m_lock(false), m_runningPasses(0) {}
     virtual ~EventNotifier() = default;
 

@@ -17,7 +17,7 @@ public:
     static const unsigned int s_uMinSlice;
 
     /// With `autoReset` a successful `Wait` clears the flag. Mind the order: the reset mode comes
-    /// before the initial state.
+    /// before the initial state. Throws `std::bad_alloc` when out of memory.
     EventObject(bool autoReset, bool initiallySignalled);
     ~EventObject();
 
