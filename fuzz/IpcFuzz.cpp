@@ -1,5 +1,5 @@
 // A client sends the input to a server in the same process, in chunks of the length given by the
-// first byte. The server delivers exactly the messages that a plain reading of the whole stream
+// first byte. The server delivers exactly the messages that a plain parser of the whole stream
 // finds, answers only a complete topic, and ends the connection.
 
 #include "toolkit/encoding/UTF8.h"
@@ -118,7 +118,7 @@ std::string Talk(World& world, std::string_view bytes, std::size_t pieceLength)
     return answer;
 }
 
-// The meaning of the stream, read as a whole.
+// What a plain parser finds in the whole stream.
 struct Meaning {
     bool isAnswered = false;
     Texts texts;

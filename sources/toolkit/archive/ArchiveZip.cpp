@@ -120,7 +120,7 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
         return stream->OpenEntry(*entry);
     });
     ASSERT(isOpen);
-    // wxZipInputStream would go on with whatever entry it finds next.
+    // wxZipInputStream would continue with the next entry that it finds.
     if (!isOpen)
         stream->Reset(wxSTREAM_READ_ERROR);
     return m_stream;

@@ -48,7 +48,7 @@ constexpr std::string_view c_names[] = {"UTF",
                                         "BSR_ANYCRLF",
                                         "BSR_UNICODE"};
 
-// The place after the settings at the beginning.
+// The end of the settings at the beginning of the pattern.
 std::size_t EndOfSettings(std::string_view pattern)
 {
     std::size_t end = 0;

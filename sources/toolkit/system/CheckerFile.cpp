@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// A lock for writing on the whole file.
+// A write lock on the whole file.
 struct flock WholeFile()
 {
     struct flock range {};
@@ -27,7 +27,7 @@ bool IsLockedElsewhere(const Base::FileDescriptor& file)
 
 constexpr mode_t c_ownerOnly = 0600;
 
-// Whether the checker would touch the file: it suspects any other owner or mode.
+// Whether the checker would trust the file: it rejects any other owner or mode.
 bool IsOfTheChecker(const Base::FileDescriptor& file)
 {
     struct stat status {};
