@@ -17,7 +17,8 @@ namespace {
 using namespace Toolkit;
 using Tokens = std::vector<TString<wchar_t>>;
 
-// A command line of `tokens`, quoted unless a token contains a quote, and so no separator.
+// Joins `tokens` to a command line. Quotes all but those that contain a quote, which contain no
+// separator.
 TString<wchar_t> Join(const Tokens& tokens)
 {
     TString<wchar_t> line;

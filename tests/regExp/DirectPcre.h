@@ -6,7 +6,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A pattern compiled and tried by direct calls, to compare with.
+/// A pattern compiled and matched by direct calls of the engine, for comparison.
 class DirectPcre {
 public:
     static constexpr int c_compileFailed = -1000;

@@ -1,5 +1,5 @@
 toolkit_test(regExp/GroupCollectionTest.cpp)
-# The engine as a list of sources of its own, for tests of what programs do not see.
+# The sources of the engine, for tests of private functions.
 set(regex_engine_sources
     regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp
     base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp

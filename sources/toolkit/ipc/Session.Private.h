@@ -37,7 +37,7 @@ public:
     /// Whether the program is working on one of its messages, perhaps in a loop of its own.
     bool IsBusy() const { return m_isBusy; }
 
-    /// Whether its socket is not watched meanwhile.
+    /// Whether the socket is not being watched for now.
     bool IsSetAside() const { return m_isSetAside; }
     void SetAside(bool isSetAside) { m_isSetAside = isSetAside; }
 

@@ -13,7 +13,7 @@
 namespace Toolkit {
 namespace {
 
-// Of the process that made or started a registry last.
+// The process that last made or started a registry.
 std::atomic<unsigned int> s_forks{0};
 
 // True in a forked child for a lock that another thread of its parent held: the child does not have

@@ -21,7 +21,7 @@ constexpr int c_anchored = 0x10;
 constexpr int c_notAtLineBegin = 0x80;
 constexpr int c_notAtLineEnd = 0x100;
 constexpr int c_notEmpty = 0x400;
-/// The subject is known to be valid, and the start offset to be at a character.
+/// The subject is known to be valid, and the start offset not to be inside a character.
 constexpr int c_trusted = 0x2000;
 /// A search that comes to the end of the subject ends with a negative code other than c_noMatch.
 constexpr int c_partial = 0x08000000;

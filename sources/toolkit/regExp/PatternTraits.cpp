@@ -62,7 +62,7 @@ bool LooksAheadOnly(const char* pattern)
             previous = '\0';
             continue;
         }
-        // Only as the first character of a class "^" is no anchor.
+        // "^" is an anchor unless it is the first character of a class.
         if (character == '^' && previous != '[')
             return false;
         if (character == '(' && !IsHarmlessParenthesis(pattern + 1))
