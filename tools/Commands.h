@@ -9,6 +9,7 @@ class App;
 namespace Tool {
 
 /// Each adds a subcommand to `app`. When it is chosen, parsing sets `action`.
+void AddAboutCommand(CLI::App& app, Action& action);
 void AddIniCommand(CLI::App& app, Action& action);
 void AddIpcCommand(CLI::App& app, Action& action);
 void AddLogCommand(CLI::App& app, Action& action);

@@ -87,6 +87,7 @@ int Run(int argc, char** argv)
     AddIniCommand(app, action);
     AddZipCommand(app, action);
     AddIpcCommand(app, action);
+    AddAboutCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {

@@ -132,6 +132,13 @@ void Pattern(Attempt& attempt)
     attempt.Expect(isThere && format.size() > 1, !isThere && format.empty());
 }
 
+void Provider(Attempt& attempt)
+{
+    TString<wchar_t> version;
+    attempt.Run([&] { version = Locales::GetProviderVersion(); });
+    attempt.Expect(version.find(L"ICU ") == 0, version.empty());
+}
+
 void Separator(Attempt& attempt)
 {
     TString<wchar_t> text;
@@ -162,6 +169,7 @@ std::vector<Operation> DateOperations()
         {"Toolkit::DateTime::IntToUString", Padded},
         {"Toolkit::Locales::GetCurrentDateFormat", Pattern},
         {"Toolkit::Locales::GetDecimalSeparator", Separator},
+        {"Toolkit::Locales::GetProviderVersion", Provider},
     };
     for (const char* const name : {"Now",
                                    "GetYear",

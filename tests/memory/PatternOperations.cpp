@@ -59,6 +59,13 @@ void Matches(Attempt& attempt, const Text& subject)
     attempt.Always(Expression().Match(subject)->Count() == 3);
 }
 
+void EngineAsked(Attempt& attempt)
+{
+    TString<char> version;
+    attempt.Run([&] { version = RegExp::GetEngineVersion(); });
+    attempt.Expect(version.find("PCRE") == 0, version.empty());
+}
+
 void ReplacesWhole(Attempt& attempt)
 {
     RegExp expression("[a-z]+", RegExpOptions::None);
@@ -191,6 +198,7 @@ std::vector<Operation> PatternOperations()
     return {
         {"Toolkit::RegExp::RegExp", ExpressionMade},
         {"Toolkit::RegExp::RegExp", WideExpressionMade},
+        {"Toolkit::RegExp::GetEngineVersion", EngineAsked},
         {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { Tests(attempt, c_subject); }},
         {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { Tests(attempt, c_wideSubject); }},
         {"Toolkit::RegExp::Match", [](Attempt& attempt) { Matches(attempt, c_subject); }},

@@ -92,6 +92,13 @@ void ProcessStarted(Attempt& attempt)
     attempt.Expect(process > 0, process == ENOMEM);
 }
 
+void FrameworkAsked(Attempt& attempt)
+{
+    TString<wchar_t> version;
+    attempt.Run([&] { version = SystemInfo::GetFrameworkVersion(); });
+    attempt.Expect(version.find(L"wxWidgets 3.") == 0, version.empty());
+}
+
 void VersionUsed(Attempt& attempt)
 {
     static const TString<wchar_t> text = L"1000000000.2000000000.3000000000.4000000000";
@@ -316,6 +323,7 @@ std::vector<Operation> SystemOperations()
         {"Toolkit::SystemInfo::GetPlatform", SystemAsked},
         {"Toolkit::SystemInfo::GetOSMajorVersion", SystemAsked},
         {"Toolkit::SystemInfo::GetOSMinorVersion", SystemAsked},
+        {"Toolkit::SystemInfo::GetFrameworkVersion", FrameworkAsked},
         {"Toolkit::SystemInfo::HasAdministratorCredentials", SystemAsked},
         {"Toolkit::SystemInfo::HasPowerUserCredentials", SystemAsked},
         {"Toolkit::SystemInfo::CanElevateCredentialsUsingUAC", SystemAsked},

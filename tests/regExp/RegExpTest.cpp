@@ -343,5 +343,11 @@ TEST(RegExpTest, ServesManyThreadsByOneObject)
     EXPECT_THAT(right, ElementsAre(500, 500, 500, 500));
 }
 
+TEST(RegExpVersionTest, NamesTheEngineAndItsVersion)
+{
+    EXPECT_TRUE(
+        RegExp("^PCRE2? \\d+\\.\\d+", RegExpOptions::None).IsMatch(RegExp::GetEngineVersion()));
+}
+
 } // namespace
 } // namespace Toolkit

@@ -104,5 +104,10 @@ TEST_F(LocalesTest, IgnoresTheLocaleOfTheCLibrary)
     EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
 }
 
+TEST(LocalesVersionTest, NamesWhereThePatternsComeFrom)
+{
+    EXPECT_EQ(Locales::GetProviderVersion().find(L"ICU "), 0u);
+}
+
 } // namespace
 } // namespace Toolkit

@@ -298,5 +298,10 @@ TEST_F(SystemInfoTest, ReturnsTheProcessWideObjectUntilItsRelease)
     EXPECT_EQ(copy->GetPlatform(), SystemInfo::PlatformUnix);
 }
 
+TEST(SystemInfoVersionTest, NamesTheFrameworkAndItsVersion)
+{
+    EXPECT_EQ(SystemInfo::GetFrameworkVersion().find(L"wxWidgets 3."), 0u);
+}
+
 } // namespace
 } // namespace Toolkit

@@ -9,6 +9,7 @@ function(toolkit_tool_test source)
     add_dependencies(${name} ToolkitCommand)
 endfunction()
 
+toolkit_tool_test(tools/AboutCommandTest.cpp)
 toolkit_tool_test(tools/CommandTest.cpp)
 toolkit_tool_test(tools/IniCommandTest.cpp)
 toolkit_tool_test(tools/IpcCommandTest.cpp)

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <string>
 
 namespace Toolkit::PatternEngine {
 namespace {
@@ -124,6 +125,11 @@ int Execute(void* code, const char* subject, std::size_t length, std::size_t sta
         FreshStack::Run(execute);
     }
     return result;
+}
+
+std::string GetVersion()
+{
+    return std::string("PCRE ") + pcre_version();
 }
 
 int GetNameCount(const void* code, int& count)

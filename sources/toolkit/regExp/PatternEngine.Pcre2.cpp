@@ -12,6 +12,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
 
 namespace Toolkit::PatternEngine {
 namespace {
@@ -206,6 +207,13 @@ int Execute(void* code, const char* subject, std::size_t length, std::size_t sta
     const Search search{subject, length, startOffset, options, offsets, pairCount};
     return options & Pcre2Syntax::c_settingOptions ? RunWithSettings(pattern, search)
                                                    : search.Run(pattern);
+}
+
+std::string GetVersion()
+{
+    char text[64] = {}; // the engine asks for 24
+    ::pcre2_config(PCRE2_CONFIG_VERSION, text);
+    return std::string("PCRE2 ") + text;
 }
 
 int GetNameCount(const void* code, int& count)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 /// The regular-expression engine. All calls into it go through these functions.
 ///
@@ -10,6 +11,9 @@
 ///
 /// Patterns and subjects are UTF-8. Nothing but std::bad_alloc is thrown.
 namespace Toolkit::PatternEngine {
+
+/// The engine in use and its version, such as "PCRE 8.39 2016-06-14".
+std::string GetVersion();
 
 // Results of Execute(). What PCRE 2 reports is translated to these numbers, which are PCRE 1's.
 constexpr int c_noMatch = -1;

@@ -1,7 +1,9 @@
 #include "toolkit/regExp/RegExp.h"
 
+#include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/regExp/MatchGroups.Private.h"
+#include "toolkit/regExp/PatternEngine.Private.h"
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/WholeMatchReplacement.Private.h"
 
@@ -102,6 +104,11 @@ TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TStr
         }
         return text;
     });
+}
+
+TString<char> RegExp::GetEngineVersion()
+{
+    return Base::ResultOr({}, [] { return TString<char>(PatternEngine::GetVersion()); });
 }
 
 void RegExp::RegExp_compile(const smart_ptr<MatchResult>& result) const

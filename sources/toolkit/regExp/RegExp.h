@@ -89,6 +89,10 @@ public:
     /// A name that the map does not have is added to it with the empty text.
     TString<char> Replace(ReplacementMappedStrings& replacements, const TString<char>& subject);
 
+    /// The engine that the library uses and its version: "PCRE 8.39 2016-06-14". Empty when out of
+    /// memory.
+    static TString<char> GetEngineVersion();
+
     // The steps of the operations. `result` must hold an object.
 
     /// Compiles the pattern of `result` in place of what was compiled before.

@@ -6,6 +6,9 @@
 #include <type_traits>
 
 namespace Toolkit::LocalePatterns {
+
+const wchar_t* const c_provider = L"Core Foundation";
+
 namespace {
 
 struct Releaser {

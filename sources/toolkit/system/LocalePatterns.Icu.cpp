@@ -13,6 +13,9 @@
 #define TOOLKIT_SYMBOL_OF(function) TOOLKIT_TEXT_OF(function)
 
 namespace Toolkit::LocalePatterns {
+
+const wchar_t* const c_provider = L"ICU " U_ICU_VERSION;
+
 namespace {
 
 // The ICU functions needed here. Loading ICU takes a sixth of the start of a whole program, so the

@@ -5,6 +5,9 @@
 /// The patterns of dates and times in the user's locale.
 namespace Toolkit::LocalePatterns {
 
+/// What the platform asks, and its version.
+extern const wchar_t* const c_provider;
+
 /// The pattern that the platform reports; empty when it reports none.
 TString<wchar_t> ShortDate();
 TString<wchar_t> ShortTime();

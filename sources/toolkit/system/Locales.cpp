@@ -20,4 +20,9 @@ bool Locales::GetCurrentDateFormat(TString<wchar_t>& format)
     return !format.empty();
 }
 
+TString<wchar_t> Locales::GetProviderVersion()
+{
+    return Base::ResultOr({}, [] { return TString<wchar_t>(LocalePatterns::c_provider); });
+}
+
 } // namespace Toolkit

@@ -22,6 +22,10 @@ public:
     /// text, eras, and spaces inside the date pattern are removed; a lone H is widened to HH, a
     /// lone y to yyyy, and a period of the day (B) becomes a half of the day (a).
     static bool GetCurrentDateFormat(TString<wchar_t>& format);
+
+    /// Where the patterns come from: "ICU 72.1", or "Core Foundation" on macOS. Empty when out of
+    /// memory.
+    static TString<wchar_t> GetProviderVersion();
 };
 
 } // namespace Toolkit

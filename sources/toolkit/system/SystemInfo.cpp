@@ -7,6 +7,7 @@
 
 #include <wx/platinfo.h>
 #include <wx/utils.h>
+#include <wx/version.h>
 
 #include <cerrno>
 
@@ -85,6 +86,12 @@ int SystemInfo::GetOSMajorVersion() const
 int SystemInfo::GetOSMinorVersion() const
 {
     return Ask(&wxPlatformInfo::GetOSMinorVersion, -1);
+}
+
+TString<wchar_t> SystemInfo::GetFrameworkVersion()
+{
+    return Base::ResultOr({},
+                          [] { return TString<wchar_t>(L"wxWidgets " wxVERSION_NUM_DOT_STRING); });
 }
 
 bool SystemInfo::HasAdministratorCredentials()

@@ -26,6 +26,10 @@ public:
     int GetOSMajorVersion() const;
     int GetOSMinorVersion() const;
 
+    /// The version of wxWidgets that the library was built with: "wxWidgets 3.2.2". Empty when out
+    /// of memory.
+    static TString<wchar_t> GetFrameworkVersion();
+
     /// Returns false on these systems.
     static bool HasAdministratorCredentials();
     /// Returns false on these systems.

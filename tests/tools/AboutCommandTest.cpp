@@ -1,0 +1,40 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+using AboutCommandTest = ToolFixture;
+
+TEST_F(AboutCommandTest, NamesTheVersions)
+{
+    const ProgramResult result = Run({"about"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(
+        result.output,
+        ContainsRegex("^Toolkit 1.0.332.3\nwxWidgets 3[.][0-9.]+\nPCRE2? [0-9]+[.][^\n]+\n"
+                      "ICU [0-9.]+\n[^\n]+ library, regular expressions by pcre2?[^\n]*\n$"));
+}
+
+TEST_F(AboutCommandTest, ChecksTheLibraryInAMoment)
+{
+    const auto begin = std::chrono::steady_clock::now();
+
+    const ProgramResult result = Run({"about", "--check"});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "good text\ngood regular expressions\ngood dates\ngood files\n"
+                             "good settings\ngood threads\ngood log\n");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

@@ -1,0 +1,57 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/regExp/RegExp.h>
+#include <toolkit/system/Locales.h>
+#include <toolkit/system/SystemInfo.h>
+#include <toolkit/system/Version.h>
+
+#include "Commands.h"
+#include "Output.h"
+#include "SelfTest.h"
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+int Report(Output& output)
+{
+    const std::unique_ptr<Version> version(Version::Create());
+    const std::string rows[] = {
+        "Toolkit " + UTF8::ToUTF8(version->ToString()),
+        UTF8::ToUTF8(SystemInfo::GetFrameworkVersion()),
+        RegExp::GetEngineVersion(),
+        UTF8::ToUTF8(Locales::GetProviderVersion()),
+        TOOLKIT_BUILD_OPTIONS,
+    };
+    for (const std::string& row : rows)
+        output.Write(row + "\n");
+    return ExitGood;
+}
+
+int Check(Output& output)
+{
+    bool isGood = true;
+    for (const SelfTest& test : SelfTests()) {
+        const bool hasPassed = test.run();
+        output.Write(hasPassed ? "good " : "bad  ", hasPassed ? Output::Green : Output::Red);
+        output.Write(std::string(test.name) + "\n");
+        isGood = isGood && hasPassed;
+    }
+    return isGood ? ExitGood : ExitNo;
+}
+
+} // namespace
+
+void AddAboutCommand(CLI::App& app, Action& action)
+{
+    CLI::App* const about = app.add_subcommand("about", "Print what the library is made of");
+    const auto isCheck = std::make_shared<bool>(false);
+    about->add_flag("-c,--check", *isCheck, "Test the library on this machine, in about a second");
+    about->callback([isCheck, &action] {
+        action = [isCheck](Output& output) { return *isCheck ? Check(output) : Report(output); };
+    });
+}
+
+} // namespace Tool

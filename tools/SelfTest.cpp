@@ -1,0 +1,129 @@
+#include "SelfTest.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <toolkit/Toolkit.h>
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+using Text = TString<wchar_t>;
+
+// A directory that is removed with its contents.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory()
+    {
+        char path[] = "/tmp/toolkit-check-XXXXXX";
+        if (::mkdtemp(path))
+            m_path = path;
+    }
+    ~TemporaryDirectory()
+    {
+        std::error_code ignored;
+        if (!m_path.empty())
+            std::filesystem::remove_all(m_path, ignored);
+    }
+
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    Text File(const char* name) const { return UTF8::ToUNICODE(m_path + "/" + name); }
+
+private:
+    std::string m_path;
+};
+
+constexpr const wchar_t* c_text = L"h\u00E9llo \u6F22\U0001F600";
+
+bool WriteText(const Text& path, const Text& text)
+{
+    FFile file;
+    if (!file.Open(path, L"w"))
+        return false;
+    file.Write(text);
+    return file.Close();
+}
+
+bool ChecksText()
+{
+    return UTF8::ToUNICODE(UTF8::ToUTF8(c_text)) == c_text &&
+           StringConvert::UStringFromDouble(0.5) == L"0.5";
+}
+
+bool ChecksPatterns()
+{
+    const RegExp pattern(TString<char>("(?<word>\\w+)$"), RegExpOptions::None);
+    return pattern.Match("two words")->GetGroup("word")->value == "words";
+}
+
+bool ChecksDates()
+{
+    Text format;
+    return Locales::GetCurrentDateFormat(format) && format.size() > 1 && GetTickCount() > 0;
+}
+
+bool ChecksFiles()
+{
+    const TemporaryDirectory directory;
+    const Text path = directory.File("text");
+    TextFile file;
+    return WriteText(path, c_text) && file.Open(path) && file.GetFirstLine() == c_text;
+}
+
+bool ChecksSettings()
+{
+    const TemporaryDirectory directory;
+    const Text path = directory.File("settings.ini");
+    return WriteText(path, L"[Main]\nwidth = 640\n") &&
+           IniFile(path).GetUint32(L"Main", L"width", 0) == 640;
+}
+
+bool ChecksThreads()
+{
+    class Worker : public Thread {
+    public:
+        ~Worker() override { Wait(); }
+
+    protected:
+        int DoWork() override { return 7; }
+    };
+
+    Worker worker;
+    return worker.Run() && worker.Wait() == reinterpret_cast<wxThread::ExitCode>(7);
+}
+
+// A logger that is stopped writes its queue.
+bool ChecksLog()
+{
+    constexpr unsigned int limit = 1000;
+    constexpr unsigned int longestWaitMs = 500;
+
+    const Text name = L"toolkit-check-" + StringConvert::UStringFromUint32(GetTickCount());
+    smart_ptr<FileLogger> logger(new FileLogger(SeverityInfo, name, limit));
+    const Text path = logger->GetPath(longestWaitMs);
+    logger->Write(c_text);
+    logger = smart_ptr<FileLogger>();
+    TextFile file;
+    const bool isWritten = file.Open(path) && file.GetFirstLine() == c_text;
+    return Directory::RemoveFile(path) && isWritten;
+}
+
+} // namespace
+
+const std::vector<SelfTest>& SelfTests()
+{
+    static const std::vector<SelfTest> tests = {
+        {"text", ChecksText},         {"regular expressions", ChecksPatterns},
+        {"dates", ChecksDates},       {"files", ChecksFiles},
+        {"settings", ChecksSettings}, {"threads", ChecksThreads},
+        {"log", ChecksLog},
+    };
+    return tests;
+}
+
+} // namespace Tool
