@@ -1,0 +1,139 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <unistd.h>
+
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string c_completions = TOOLKIT_SOURCE_DIR "/tools/completions/";
+
+bool HasProgram(const std::string& name)
+{
+    return ::access(("/usr/bin/" + name).c_str(), X_OK) == 0;
+}
+
+std::vector<std::string> LinesOf(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line.substr(0, line.find('\t')));
+    return lines;
+}
+
+class CompletionTest : public ToolFixture {
+protected:
+    // What bash offers for the last of `words`.
+    static std::vector<std::string> InBash(const std::string& words)
+    {
+        const std::string script = "source " + c_completions + "toolkit.bash\nCOMP_WORDS=(" +
+                                   words +
+                                   ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_toolkit\n"
+                                   "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
+        const ProgramResult result = RunProgram("/bin/bash", {"-c", script});
+        EXPECT_EQ(result.errors, "");
+        return LinesOf(result.output);
+    }
+
+    // The same in fish.
+    static std::vector<std::string> InFish(const std::string& line)
+    {
+        const std::string script =
+            "source " + c_completions + "toolkit.fish; complete -C '" + line + "'";
+        const ProgramResult result = RunProgram("/usr/bin/fish", {"-N", "-c", script});
+        EXPECT_EQ(result.errors, "");
+        return LinesOf(result.output);
+    }
+
+    // What the function for zsh passes to zsh's own functions.
+    static std::string InZsh(const std::string& words)
+    {
+        const std::string script = "compadd() { print -l -- $@ }; _arguments() { print -l -- $@ }\n"
+                                   "words=(" +
+                                   words + "); CURRENT=${#words}\nsource " + c_completions +
+                                   "_toolkit";
+        const ProgramResult result = RunProgram("/usr/bin/zsh", {"-f", "-c", script});
+        EXPECT_EQ(result.errors, "");
+        return result.output;
+    }
+};
+
+TEST_F(CompletionTest, BashOffersSubcommandsAndOptions)
+{
+    EXPECT_THAT(InBash("toolkit ''"), testing::ElementsAre("log", "ini", "zip", "ipc", "about"));
+    EXPECT_THAT(InBash("toolkit z"), testing::ElementsAre("zip"));
+    EXPECT_THAT(InBash("toolkit zip e"), testing::ElementsAre("extract"));
+    EXPECT_THAT(InBash("toolkit zip extract --l"), testing::ElementsAre("--limit"));
+    EXPECT_THAT(InBash("toolkit log --severity w"), testing::ElementsAre("warning"));
+}
+
+TEST_F(CompletionTest, FishOffersSubcommandsAndOptions)
+{
+    if (!HasProgram("fish"))
+        GTEST_SKIP() << "no fish";
+
+    EXPECT_THAT(InFish("toolkit z"), Contains("zip"));
+    EXPECT_THAT(InFish("toolkit zip e"), Contains("extract"));
+    EXPECT_THAT(InFish("toolkit zip extract --l"), Contains("--limit"));
+    EXPECT_THAT(InFish("toolkit log --severity w"), Contains("warning"));
+    EXPECT_THAT(InFish("toolkit log --l"), Not(Contains("--limit")));
+}
+
+TEST_F(CompletionTest, ZshOffersSubcommandsAndOptions)
+{
+    if (!HasProgram("zsh"))
+        GTEST_SKIP() << "no zsh";
+
+    EXPECT_THAT(InZsh("toolkit ''"), HasSubstr("log\nini\nzip\nipc\nabout\n"));
+    EXPECT_THAT(InZsh("toolkit zip ''"), HasSubstr("list\ncat\nsearch\nextract\n"));
+    EXPECT_THAT(InZsh("toolkit zip extract ''"),
+                AllOf(HasSubstr("--limit["), HasSubstr("--type[")));
+    EXPECT_THAT(InZsh("toolkit log ''"), HasSubstr("--severity["));
+}
+
+// The option's long name at the beginning of each line of the usage.
+std::vector<std::string> LongOptions(const std::string& usage)
+{
+    std::vector<std::string> options;
+    for (const std::string& line : LinesOf(usage)) {
+        const std::size_t begin = line.find("--");
+        if (line.substr(0, 3) == "  -" && begin != std::string::npos)
+            options.push_back(line.substr(begin, line.find_first_of(" ,", begin) - begin));
+    }
+    return options;
+}
+
+// What the command knows, its pages and all shells know.
+TEST_F(CompletionTest, KnowsEveryOption)
+{
+    const std::string bash = ReadWholeFile(c_completions + "toolkit.bash");
+    const std::string zsh = ReadWholeFile(c_completions + "_toolkit");
+    const std::string fish = ReadWholeFile(c_completions + "toolkit.fish");
+    const std::vector<std::string> commands[] = {
+        {"log"},         {"ini", "list"},   {"ini", "get"},    {"ini", "check"},
+        {"zip", "list"}, {"zip", "cat"},    {"zip", "search"}, {"zip", "extract"},
+        {"ipc", "send"}, {"ipc", "listen"}, {"ipc", "list"},   {"about"}};
+    for (std::vector<std::string> command : commands) {
+        command.push_back("--help");
+        const std::vector<std::string> options = LongOptions(Run(command).output);
+        EXPECT_THAT(options, Contains("--help"));
+        for (const std::string& option : options) {
+            SCOPED_TRACE(testing::PrintToString(command) + option);
+            EXPECT_THAT(bash, HasSubstr(option));
+            EXPECT_THAT(zsh, HasSubstr(option));
+            EXPECT_THAT(fish, HasSubstr("-l " + option.substr(2) + " "));
+        }
+    }
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

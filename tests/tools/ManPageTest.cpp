@@ -1,0 +1,78 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <regex>
+
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::HasSubstr;
+
+const std::string c_pages = TOOLKIT_SOURCE_DIR "/tools/man/";
+
+// One of the pages.
+class ManPageTest : public ToolFixture, public testing::WithParamInterface<std::string> {
+protected:
+    ManPageTest()
+    {
+        Write(L"settings.ini", "[Window]\nwidth=640\n");
+        Write(L"README.md", "The license is not chosen yet.\n");
+        Shell("cd $dir && zip -q texts.zip README.md && mkdir docs && echo x > docs/a.md && "
+              "zip -q texts.zip docs/a.md && ln -s $toolkit toolkit");
+        std::ofstream("/tmp/" + m_logger + ".qvlog")
+            << "1 100 : 64 : Parse : Unable to open file : settings.ini\n";
+    }
+    ~ManPageTest() override { std::filesystem::remove("/tmp/" + m_logger + ".qvlog"); }
+
+    // The lines of the page's examples, for this test's logger.
+    std::string Examples() const
+    {
+        const std::string page = ReadWholeFile(c_pages + GetParam() + ".1");
+        const std::size_t begin = page.find(".EX\n") + 4;
+        std::string lines = page.substr(begin, page.find(".EE\n") - begin);
+        lines = std::regex_replace(lines, std::regex(R"(\\\(aq)"), "'");
+        lines = std::regex_replace(lines, std::regex(R"(\\-)"), "-");
+        lines = std::regex_replace(lines, std::regex("/tmp/example"), "/tmp/" + m_logger);
+        return std::regex_replace(lines, std::regex(" example\n"), " " + m_logger + "\n");
+    }
+
+private:
+    const std::string m_logger = "toolkit-example-" + std::to_string(::getpid());
+};
+
+TEST_P(ManPageTest, FormatsWithoutWarning)
+{
+    const ProgramResult result =
+        Shell("LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l -Tutf8 -Z " + c_pages + GetParam() + ".1");
+
+    if (result.exitCode == 127)
+        GTEST_SKIP() << "no man";
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+}
+
+// A server may need a moment before a client finds it.
+TEST_P(ManPageTest, ItsExamplesRun)
+{
+    std::string lines = Examples();
+    EXPECT_THAT(lines, HasSubstr("toolkit "));
+    lines = std::regex_replace(lines, std::regex("ipc &\n"),
+                               "ipc &\nuntil [ -S example.ipc ]; do sleep 0.01; done\n");
+
+    const ProgramResult result = Shell("cd $dir && PATH=$dir:$PATH && set -e\n" + lines + "wait");
+
+    EXPECT_EQ(result.exitCode, 0) << lines << result.errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, ManPageTest,
+                         testing::Values("toolkit", "toolkit-about", "toolkit-ini", "toolkit-ipc",
+                                         "toolkit-log", "toolkit-zip"),
+                         [](const auto& page) {
+                             return std::regex_replace(page.param, std::regex("-"), "_");
+                         });
+
+} // namespace
+} // namespace Toolkit::TestSupport

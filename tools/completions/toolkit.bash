@@ -1,0 +1,61 @@
+# bash completion for toolkit
+
+# The names of the loggers whose files are in /tmp.
+_toolkit_loggers()
+{
+    local file
+    for file in /tmp/*.qvlog; do
+        [ -O "$file" ] && basename "$file" .qvlog
+    done
+}
+
+_toolkit_options()
+{
+    case $1 in
+    log) echo "--severity --function --text --regex --follow --json --help" ;;
+    "zip list" | "zip search") echo "--filter --type --help" ;;
+    "zip extract") echo "--limit --filter --type --help" ;;
+    "ipc listen") echo "--count --help" ;;
+    about) echo "--check --help" ;;
+    "") echo "--version --help" ;;
+    *) echo "--help" ;;
+    esac
+}
+
+# The words that may follow a subcommand.
+_toolkit_words()
+{
+    case $1 in
+    "") echo "log ini zip ipc about" ;;
+    log) _toolkit_loggers ;;
+    ini) echo "list get check" ;;
+    zip) echo "list cat search extract" ;;
+    ipc) echo "send listen list" ;;
+    esac
+}
+
+_toolkit()
+{
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local command=${COMP_WORDS[1]}
+    [ "$COMP_CWORD" -eq 1 ] && command=
+    case $command in
+    ini | zip | ipc) [ "$COMP_CWORD" -gt 2 ] && command="$command ${COMP_WORDS[2]}" ;;
+    esac
+
+    local words
+    case $previous in
+    -s | --severity) words="error warning info debug verbose" ;;
+    --type) words="all files directories" ;;
+    *)
+        case $current in
+        -*) words=$(_toolkit_options "$command") ;;
+        *) words=$(_toolkit_words "$command") ;;
+        esac
+        ;;
+    esac
+    # Without a word that fits, files are completed.
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+}
+
+complete -o default -F _toolkit toolkit
