@@ -25,7 +25,7 @@ LogSeams FindSeams(int file, off_t length)
 }
 
 // The newest part is the last in time and the first in the file.
-LogPosition PositionOf(const LogSeams& seams, off_t length, const std::string& head)
+LogPosition MakePosition(const LogSeams& seams, off_t length, const std::string& head)
 {
     return {seams.PartsInOrder(length).back().end, length, head, seams.NewestTick()};
 }
@@ -45,14 +45,14 @@ LogPosition PrintHistory(int file, LogPrinter& printer)
         while (reader.Read(record))
             printer.Print(record);
     }
-    return PositionOf(seams, status.st_size, head);
+    return MakePosition(seams, status.st_size, head);
 }
 
 LogPosition FindPosition(int file)
 {
     const off_t length = StatusOf(file).st_size;
     const std::string head = ReadHead(file);
-    return PositionOf(FindSeams(file, length), length, head);
+    return MakePosition(FindSeams(file, length), length, head);
 }
 
 } // namespace Tool
