@@ -14,6 +14,11 @@ target_compile_options(
 if(PROJECT_IS_TOP_LEVEL)
     target_compile_options(ToolkitBuildOptions INTERFACE -Werror)
 endif()
+# Builds in different directories give equal bytes.
+target_compile_options(
+    ToolkitBuildOptions
+    INTERFACE "$<$<CONFIG:Release,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"
+)
 if(TOOLKIT_SANITIZE)
     target_compile_options(
         ToolkitBuildOptions INTERFACE -fsanitize=${TOOLKIT_SANITIZE} -fno-omit-frame-pointer

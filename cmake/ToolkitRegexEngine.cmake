@@ -22,3 +22,33 @@ if(NOT TARGET Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
             "libpcre3-dev (PCRE 1)"
     )
 endif()
+
+# The sources of each engine, by their paths in sources/toolkit.
+set(TOOLKIT_REGEX_SOURCES_pcre regExp/PatternEngine.Pcre.cpp regExp/PatternNesting.cpp)
+set(TOOLKIT_REGEX_SOURCES_pcre2
+    regExp/AtomicRecursion.cpp regExp/PatternEngine.Pcre2.cpp regExp/Pcre2Errors.cpp
+    regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
+)
+
+# What an engine needs, and what RegExp needs besides, for tests and benchmarks that compile them in.
+set(TOOLKIT_REGEX_SOURCES_needed
+    base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
+    regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp
+)
+set(TOOLKIT_REGEX_SOURCES
+    ${TOOLKIT_REGEX_SOURCES_needed}
+    base/FloatingPoint.Strtod.cpp
+    base/FloatingPoint.cpp
+    base/Numbers.cpp
+    base/Utf8.cpp
+    regExp/Group.cpp
+    regExp/GroupCollection.cpp
+    regExp/MatchGroups.cpp
+    regExp/MatchResult.cpp
+    regExp/PatternRun.cpp
+    regExp/PatternTraits.cpp
+    regExp/RegExp.Exceptions.cpp
+    regExp/RegExp.cpp
+    regExp/StartBytes.cpp
+    regExp/WholeMatchReplacement.cpp
+)

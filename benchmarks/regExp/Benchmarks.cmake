@@ -12,32 +12,7 @@ toolkit_benchmark(
 if(TARGET Toolkit::pcre2)
     toolkit_benchmark(regExp/RegExpPcre2Benchmark.cpp Toolkit::pcre2)
     if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
-        set(sources
-            base/FloatingPoint.Strtod.cpp
-            base/FloatingPoint.cpp
-            base/Numbers.cpp
-            base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp
-            base/StackSpace.cpp
-            base/Utf8.cpp
-            regExp/AsciiText.cpp
-            regExp/AtomicRecursion.cpp
-            regExp/FreshStack.cpp
-            regExp/Group.cpp
-            regExp/GroupCollection.cpp
-            regExp/MatchGroups.cpp
-            regExp/MatchResult.cpp
-            regExp/PatternEngine.Pcre2.cpp
-            regExp/PatternItems.cpp
-            regExp/PatternRun.cpp
-            regExp/PatternTraits.cpp
-            regExp/Pcre2Errors.cpp
-            regExp/Pcre2Pattern.cpp
-            regExp/Pcre2Syntax.cpp
-            regExp/RegExp.Exceptions.cpp
-            regExp/RegExp.cpp
-            regExp/StartBytes.cpp
-            regExp/WholeMatchReplacement.cpp
-        )
+        set(sources ${TOOLKIT_REGEX_SOURCES} ${TOOLKIT_REGEX_SOURCES_pcre2})
         list(TRANSFORM sources PREPEND "${PROJECT_SOURCE_DIR}/sources/toolkit/")
         target_sources(RegExpPcre2Benchmark PRIVATE ${sources})
     endif()

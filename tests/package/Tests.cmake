@@ -166,6 +166,12 @@ set_tests_properties(
     PackageStaticByCMake PackageStaticByPkgConfig PROPERTIES FIXTURES_REQUIRED StaticCopy
 )
 
+# script/soak compares the whole library.
+add_test(NAME PackageReproducible COMMAND "${PROJECT_SOURCE_DIR}/script/reproducible" --sample)
+set_tests_properties(
+    PackageReproducible PROPERTIES ENVIRONMENT "CXX=${CMAKE_CXX_COMPILER}" TIMEOUT 300
+)
+
 # The baseline was made from a build with debug information, by the compiler of Debian 12.
 find_program(TOOLKIT_ABIDIFF abidiff)
 if(BUILD_SHARED_LIBS AND TOOLKIT_ABIDIFF AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"

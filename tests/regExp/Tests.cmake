@@ -1,17 +1,7 @@
 toolkit_test(regExp/GroupCollectionTest.cpp)
-# The sources of the engine, for tests of private functions.
-set(regex_engine_sources
-    regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp
-    base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
-)
-set(regex_engine_sources_pcre regExp/PatternEngine.Pcre.cpp regExp/PatternNesting.cpp)
-set(regex_engine_sources_pcre2 regExp/AtomicRecursion.cpp regExp/PatternEngine.Pcre2.cpp regExp/Pcre2Errors.cpp
-                               regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
-)
-
 toolkit_private_test(
-    regExp/MatchGroupsTest.cpp regExp/MatchGroups.cpp ${regex_engine_sources}
-    ${regex_engine_sources_${TOOLKIT_REGEX_ENGINE_USED}}
+    regExp/MatchGroupsTest.cpp regExp/MatchGroups.cpp ${TOOLKIT_REGEX_SOURCES_needed}
+    ${TOOLKIT_REGEX_SOURCES_${TOOLKIT_REGEX_ENGINE_USED}}
 )
 target_link_libraries(MatchGroupsTest PRIVATE Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
 toolkit_test(regExp/MatchResultTest.cpp)
@@ -28,29 +18,10 @@ endif()
 
 # Where both engines are installed, their results are compared.
 if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
-    toolkit_private_test(
-        regExp/EngineDifferenceTest.cpp
-        ${regex_engine_sources}
-        regExp/AtomicRecursion.cpp
-        regExp/Group.cpp
-        regExp/GroupCollection.cpp
-        regExp/MatchGroups.cpp
-        regExp/MatchResult.cpp
-        regExp/PatternNesting.cpp
-        regExp/PatternRun.cpp
-        regExp/PatternTraits.cpp
-        regExp/Pcre2Errors.cpp
-        regExp/Pcre2Pattern.cpp
-        regExp/Pcre2Syntax.cpp
-        regExp/RegExp.Exceptions.cpp
-        regExp/RegExp.cpp
-        regExp/StartBytes.cpp
-        regExp/WholeMatchReplacement.cpp
-        base/FloatingPoint.Strtod.cpp
-        base/FloatingPoint.cpp
-        base/Numbers.cpp
-        base/Utf8.cpp
-    )
+    set(sources ${TOOLKIT_REGEX_SOURCES} ${TOOLKIT_REGEX_SOURCES_pcre} ${TOOLKIT_REGEX_SOURCES_pcre2})
+    # The test's tables of the engines contain these.
+    list(REMOVE_ITEM sources regExp/PatternEngine.Pcre.cpp regExp/PatternEngine.Pcre2.cpp)
+    toolkit_private_test(regExp/EngineDifferenceTest.cpp ${sources})
     target_sources(
         EngineDifferenceTest
         PRIVATE regExp/engines/EngineSwitch.cpp regExp/engines/Pcre2Table.cpp
@@ -112,4 +83,5 @@ if(BUILD_SHARED_LIBS)
     list(JOIN plugins ":" plugins)
     target_compile_definitions(RegExpPluginTest PRIVATE "TOOLKIT_PLUGINS=\"${plugins}\"")
     add_test(NAME RegExpPluginTest COMMAND RegExpPluginTest)
+    toolkit_file_test(RegExpPluginTest regExp)
 endif()
