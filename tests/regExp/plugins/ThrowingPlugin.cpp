@@ -10,21 +10,22 @@ using Toolkit::RegExpException;
 using Toolkit::RegExpOptions;
 using Toolkit::smart_ptr;
 
-constexpr const char* c_expected = " : missing ) (@offset: 7) abcdef(";
+// The end of the message; what is before it is the engine's own text.
+constexpr const char* c_pattern = "abcdef(";
 
 } // namespace
 
 /// Lets the exception of a pattern that does not compile leave the plug-in.
 PLUGIN_API void ThrowFromLibrary()
 {
-    RegExp(TString<char>("abcdef("), RegExpOptions::None).IsMatch("subject");
+    RegExp(TString<char>(c_pattern), RegExpOptions::None).IsMatch("subject");
 }
 
 /// Throws such an exception itself.
 PLUGIN_API void ThrowFromPlugin()
 {
     const smart_ptr<RegExpException> exception(new RegExpException());
-    exception->message = c_expected;
+    exception->message = c_pattern;
     throw smart_ptr<RegExpException>(exception);
 }
 
@@ -34,7 +35,7 @@ PLUGIN_API bool Catches(void (*thrower)())
     try {
         thrower();
     } catch (const smart_ptr<RegExpException>& exception) {
-        return exception->message == c_expected;
+        return exception->message.find(c_pattern) != TString<char>::npos;
     } catch (...) {
         return false;
     }
