@@ -200,7 +200,7 @@ TEST_F(HostCommandsTest, SaysWhyItFails)
     for (const auto& [arguments, expected] : cases)
         EXPECT_EQ(OutcomeOf(host, arguments), "failed: " + expected);
     EXPECT_THAT(OutcomeOf(host, {"search", "-archive", archive, "-pattern", "("}),
-                HasSubstr("missing )"));
+                HasSubstr(" (@offset: 1) ("));
     EXPECT_THAT(NamesInDirectory(), UnorderedElementsAre("text", "bytes", "texts.zip"));
 }
 
