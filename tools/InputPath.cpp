@@ -9,7 +9,7 @@ namespace Tool {
 
 TString<wchar_t> WideArgument(const std::string& argument)
 {
-    const TString<wchar_t> wide = Toolkit::UTF8::ToUNICODE(argument);
+    TString<wchar_t> wide = Toolkit::UTF8::ToUNICODE(argument);
     if (wide.empty() && !argument.empty())
         throw Failure("not UTF-8: " + argument);
     return wide;

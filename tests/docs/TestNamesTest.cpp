@@ -30,7 +30,7 @@ bool IsPromise(const std::string& name)
 {
     static const std::set<std::string> helpers = {"Can", "Cannot", "May", "Never", "Only"};
     static const std::set<std::string> wordsAfterPlurals = {
-        "Are", "Become", "Can", "Cannot", "Go", "Have", "Keep", "May", "Stay", "Take", "That"};
+        "Are", "Become", "Can", "Cannot", "Go", "Have", "Keep", "May", "Stay", "Take"};
     const std::vector<std::string> words = WordsOf(name);
     if (words.empty() || !words[0].ends_with('s'))
         return !words.empty() && helpers.count(words[0]) > 0;

@@ -22,7 +22,7 @@ TEST_F(CommandTest, PrintsItsVersion)
     EXPECT_EQ(result.output, "toolkit 1.0.332.3\n");
 }
 
-TEST_F(CommandTest, HelpNamesTheSubcommands)
+TEST_F(CommandTest, NamesTheSubcommandsInHelp)
 {
     const ProgramResult result = Run({"--help"});
 
@@ -30,7 +30,7 @@ TEST_F(CommandTest, HelpNamesTheSubcommands)
     EXPECT_THAT(result.output, HasSubstr("log "));
 }
 
-TEST_F(CommandTest, WrongUsageIsAnError)
+TEST_F(CommandTest, FailsForWrongUsage)
 {
     const std::vector<std::string> cases[] = {
         {}, {"nonesuch"}, {"--nonesuch"}, {"log", "--nonesuch"}, {"log", "-s", "loud", "x"}};
@@ -50,7 +50,7 @@ TEST_F(CommandTest, ShowsControlCharactersOfArgumentsAsText)
     EXPECT_EQ(Run({"log", "\x1B[31m"}).errors, "toolkit: there is no log called \\x1B[31m\n");
 }
 
-TEST_F(CommandTest, AFullDiskIsAnError)
+TEST_F(CommandTest, FailsForAFullDisk)
 {
     Write(L"a.qvlog", "2 100 : 1 : f : x\n");
 
@@ -75,7 +75,7 @@ TEST_F(CommandTest, EndsLikeOtherProgramsWhenTheReaderGoesAway)
     EXPECT_EQ(result.errors, "141\n"); // 128 and SIGPIPE
 }
 
-TEST_F(CommandTest, ColoursAreForTerminalsOnly)
+TEST_F(CommandTest, UsesColoursForTerminalsOnly)
 {
     const std::string log = Write(L"a.qvlog", "0 100 : 1 : f : x\n");
     const ScopedEnvironment terminal("TERM", "xterm");
@@ -86,7 +86,7 @@ TEST_F(CommandTest, ColoursAreForTerminalsOnly)
     EXPECT_THAT(shown.ReadUntil(" x\r\n"), HasSubstr("\033[31merror\033[0m"));
 }
 
-TEST_F(CommandTest, NoColorTurnsColoursOff)
+TEST_F(CommandTest, TurnsColoursOffForNoColor)
 {
     const std::string log = Write(L"a.qvlog", "0 100 : 1 : f : x\n");
     const ScopedEnvironment terminal("TERM", "xterm");

@@ -67,7 +67,7 @@ protected:
     }
 };
 
-TEST_F(CompletionTest, BashOffersSubcommandsAndOptions)
+TEST_F(CompletionTest, OffersSubcommandsAndOptionsInBash)
 {
     EXPECT_THAT(InBash("toolkit ''"), testing::ElementsAre("log", "ini", "zip", "ipc", "about"));
     EXPECT_THAT(InBash("toolkit z"), testing::ElementsAre("zip"));
@@ -76,7 +76,7 @@ TEST_F(CompletionTest, BashOffersSubcommandsAndOptions)
     EXPECT_THAT(InBash("toolkit log --severity w"), testing::ElementsAre("warning"));
 }
 
-TEST_F(CompletionTest, FishOffersSubcommandsAndOptions)
+TEST_F(CompletionTest, OffersSubcommandsAndOptionsInFish)
 {
     if (!HasProgram("fish"))
         GTEST_SKIP() << "no fish";
@@ -88,7 +88,7 @@ TEST_F(CompletionTest, FishOffersSubcommandsAndOptions)
     EXPECT_THAT(InFish("toolkit log --l"), Not(Contains("--limit")));
 }
 
-TEST_F(CompletionTest, ZshOffersSubcommandsAndOptions)
+TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
 {
     if (!HasProgram("zsh"))
         GTEST_SKIP() << "no zsh";

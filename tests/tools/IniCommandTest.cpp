@@ -38,7 +38,7 @@ TEST_F(IniCommandTest, GetsAValue)
     EXPECT_EQ(Run({"ini", "get", file, "", "empty"}).output, "\n");
 }
 
-TEST_F(IniCommandTest, AMissingValueIsANo)
+TEST_F(IniCommandTest, ReturnsNoForAMissingValue)
 {
     const ProgramResult result =
         Run({"ini", "get", Write(L"a.ini", c_settings), "window", "title"});
@@ -55,7 +55,7 @@ TEST_F(IniCommandTest, ReadsStandardInput)
         EXPECT_EQ(Shell("cat $dir/a.ini | $toolkit ini " + arguments).output, "480\n") << arguments;
 }
 
-TEST_F(IniCommandTest, AMissingFileIsAnError)
+TEST_F(IniCommandTest, FailsForAMissingFile)
 {
     for (const std::string command : {"list", "check"}) {
         const ProgramResult result = Run({"ini", command, "/nonesuch.ini"});
@@ -64,50 +64,50 @@ TEST_F(IniCommandTest, AMissingFileIsAnError)
     }
 }
 
-TEST_F(IniCommandTest, CheckFindsNothingInAGoodFile)
+TEST_F(IniCommandTest, FindsNothingInAGoodFile)
 {
     EXPECT_EQ(Check("; comment\n\n[Main]\na=1\n  \t\nb = \n[Other]\na=1\n", 0), "");
     EXPECT_EQ(Check("", 0), "");
 }
 
-TEST_F(IniCommandTest, CheckFindsALineWithoutEqualsSign)
+TEST_F(IniCommandTest, FindsALineWithoutEqualsSign)
 {
     EXPECT_EQ(Check("[Main]\n width 640\n", 1),
               "a.ini:2: ignored: no \"=\" in the line: width 640\n");
 }
 
-TEST_F(IniCommandTest, CheckFindsAKeyAboveTheFirstSection)
+TEST_F(IniCommandTest, FindsAKeyAboveTheFirstSection)
 {
     EXPECT_EQ(Check("\nwidth=640\n[Main]\n", 1),
               "a.ini:2: ignored: \"width\" is above the first section\n");
 }
 
-TEST_F(IniCommandTest, CheckFindsASecondValue)
+TEST_F(IniCommandTest, FindsASecondValue)
 {
     EXPECT_EQ(Check("[A]\r\nx=1\r\n[B]\r\nx=1\r\nx = 2\r\n", 1),
               "a.ini:5: ignored: \"x\" has a value since line 4\n");
 }
 
-TEST_F(IniCommandTest, CheckWarnsOfASectionThatComesTwice)
+TEST_F(IniCommandTest, WarnsOfASectionThatComesTwice)
 {
     EXPECT_EQ(Check("[A]\nx=1\n[B]\n[A]\nx=2\n", 1),
               "a.ini:4: warning: [A] continues the section of line 1\n"
               "a.ini:5: ignored: \"x\" has a value since line 2\n");
 }
 
-TEST_F(IniCommandTest, CheckWarnsOfAKeyThatLooksLikeAComment)
+TEST_F(IniCommandTest, WarnsOfAKeyThatLooksLikeAComment)
 {
     EXPECT_EQ(Check("[A]\n ; x = 1\n", 1),
               "a.ini:2: warning: a key, no comment: \";\" is not in the first column\n");
 }
 
-TEST_F(IniCommandTest, CheckWarnsOfBytesThatAreNotUtf8)
+TEST_F(IniCommandTest, WarnsOfBytesThatAreNotUtf8)
 {
     EXPECT_EQ(Check("[A]\r\nx=caf\xC3\xA9\ny=caf\xE9\n", 1),
               "a.ini:3: warning: not UTF-8, so the file is read as ISO 8859-1\n");
 }
 
-TEST_F(IniCommandTest, CheckAcceptsMarkedFiles)
+TEST_F(IniCommandTest, AcceptsMarkedFiles)
 {
     EXPECT_EQ(Check("\xEF\xBB\xBF[A]\nx=1\n", 0), "");
     EXPECT_EQ(Check(std::string("\xFF\xFE[\0A\0]\0\n\0", 10), 0), "");

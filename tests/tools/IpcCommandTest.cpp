@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(IpcCommandTest, ListenPrintsWhatIsSent)
+TEST_F(IpcCommandTest, PrintsWhatIsSentInListen)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("toolkit: listening at " + Service() + "\n");
@@ -41,7 +41,7 @@ TEST_F(IpcCommandTest, ListenPrintsWhatIsSent)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
-TEST_F(IpcCommandTest, ListenEndsAfterAsManyMessagesAsAskedFor)
+TEST_F(IpcCommandTest, EndsListenAfterAsManyMessagesAsAskedFor)
 {
     RunningCommand server({"ipc", "listen", "--count", "2", Service()});
     server.ReadUntil("listening");
@@ -53,7 +53,7 @@ TEST_F(IpcCommandTest, ListenEndsAfterAsManyMessagesAsAskedFor)
     EXPECT_EQ(server.Wait(), 0);
 }
 
-TEST_F(IpcCommandTest, ListenEndsWhenTheReaderGoesAway)
+TEST_F(IpcCommandTest, EndsListenWhenTheReaderGoesAway)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("listening");
@@ -64,7 +64,7 @@ TEST_F(IpcCommandTest, ListenEndsWhenTheReaderGoesAway)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
-TEST_F(IpcCommandTest, SendSaysThatNobodyListens)
+TEST_F(IpcCommandTest, SaysInSendThatNobodyListens)
 {
     const ProgramResult result = Run({"ipc", "send", Service(), "x"});
 
@@ -72,7 +72,7 @@ TEST_F(IpcCommandTest, SendSaysThatNobodyListens)
     EXPECT_EQ(result.errors, "toolkit: not delivered: no server listens at " + Service() + "\n");
 }
 
-TEST_F(IpcCommandTest, ASecondServerIsAnError)
+TEST_F(IpcCommandTest, FailsForASecondServer)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("listening");
@@ -83,13 +83,13 @@ TEST_F(IpcCommandTest, ASecondServerIsAnError)
     EXPECT_EQ(result.errors, "toolkit: cannot listen at " + Service() + "\n");
 }
 
-TEST_F(IpcCommandTest, ANumberIsNoService)
+TEST_F(IpcCommandTest, RefusesANumberAsAService)
 {
     EXPECT_EQ(Run({"ipc", "send", "1234", "x"}).errors,
               "toolkit: no name of a service: \"1234\"\n");
 }
 
-TEST_F(IpcCommandTest, ListTellsLiveFromStaleSockets)
+TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)
 {
     {
         RunningCommand server({"ipc", "listen", ListedPath()});

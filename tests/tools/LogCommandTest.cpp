@@ -54,7 +54,7 @@ TEST_F(LogCommandTest, PrintsJson)
               "\"message\":\"\"}\n");
 }
 
-TEST_F(LogCommandTest, JsonHoldsAnyText)
+TEST_F(LogCommandTest, WritesAnyTextAsJson)
 {
     EXPECT_EQ(Print("2 1 : 1 : f : \"\\\xC3\xA9\xFF\x1B\xE2\x80\xAE\n", {"--json"}),
               "{\"tick\":1,\"severity\":\"info\",\"line\":1,\"function\":\"f\","
@@ -205,7 +205,7 @@ TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
     }
 }
 
-TEST_F(LogCommandTest, AnInvalidPatternIsAnError)
+TEST_F(LogCommandTest, FailsForAnInvalidPattern)
 {
     const ProgramResult result = Run({"log", Write(L"a.qvlog", c_everyForm), "-e", "(x"});
 

@@ -64,14 +64,14 @@ TEST_F(ZipCommandTest, SelectsEntriesLikeTheLibrary)
     EXPECT_EQ(Run({"zip", "list", archive, "--type", "links"}).exitCode, 2);
 }
 
-TEST_F(ZipCommandTest, CatPrintsTheBytes)
+TEST_F(ZipCommandTest, PrintsTheBytesInCat)
 {
     const std::string bytes("\0\x1B\xFF\n", 4);
 
     EXPECT_EQ(Run({"zip", "cat", WriteRaw({{"a", bytes}}), "a"}).output, bytes);
 }
 
-TEST_F(ZipCommandTest, CatReportsWhatItCannotRead)
+TEST_F(ZipCommandTest, ReportsWhatItCannotReadInCat)
 {
     constexpr std::uint16_t encrypted = 1;
     RawEntry damaged{"damaged", "data"};
@@ -88,7 +88,7 @@ TEST_F(ZipCommandTest, CatReportsWhatItCannotRead)
               "toolkit: there is no entry other in " + archive + "\n");
 }
 
-TEST_F(ZipCommandTest, SearchPrintsEntryAndLine)
+TEST_F(ZipCommandTest, PrintsEntryAndLineInSearch)
 {
     const std::string archive = WriteUsual();
 
@@ -100,13 +100,13 @@ TEST_F(ZipCommandTest, SearchPrintsEntryAndLine)
     EXPECT_EQ(Run({"zip", "search", archive, "nonesuch"}).exitCode, 1);
 }
 
-TEST_F(ZipCommandTest, SearchShowsForeignBytesAsText)
+TEST_F(ZipCommandTest, ShowsForeignBytesAsTextInSearch)
 {
     EXPECT_EQ(Run({"zip", "search", WriteRaw({{"a\x1B", "fog \x1B[2J caf\xE9\n"}}), "fog"}).output,
               "a\\x1B:1: fog \\x1B[2J caf\\xE9\n");
 }
 
-TEST_F(ZipCommandTest, WhatIsNoArchiveIsAnError)
+TEST_F(ZipCommandTest, FailsForWhatIsNoArchive)
 {
     const std::string text = Write(L"a.txt", "no archive at all");
 
@@ -116,7 +116,7 @@ TEST_F(ZipCommandTest, WhatIsNoArchiveIsAnError)
     EXPECT_EQ(Run({"zip", "list", text}).exitCode, 2);
 }
 
-TEST_F(ZipCommandTest, AnArchiveMayBeEmpty)
+TEST_F(ZipCommandTest, AcceptsAnEmptyArchive)
 {
     const ProgramResult result = Run({"zip", "list", WriteRaw({})});
 
@@ -134,19 +134,19 @@ TEST_F(ZipCommandTest, ExtractsFilesAndDirectories)
     EXPECT_EQ(ReadWholeFile(Target() + "/folder/two.txt"), "clear\nfog");
 }
 
-TEST_F(ZipCommandTest, ExtractRefusesNamesThatLeadElsewhere)
+TEST_F(ZipCommandTest, RefusesToExtractNamesThatLeadElsewhere)
 {
     for (const std::string name : {"../x", "a/../../x", "a//x", "a/./x", ".."})
         ExpectRefused({{"good", "x"}, {name, "x"}},
                       "refused, a name that leads elsewhere: " + name);
 }
 
-TEST_F(ZipCommandTest, ExtractRefusesAbsoluteNames)
+TEST_F(ZipCommandTest, RefusesToExtractAbsoluteNames)
 {
     ExpectRefused({{"good", "x"}, {"/tmp/x", "x"}}, "refused, an absolute name: /tmp/x");
 }
 
-TEST_F(ZipCommandTest, ExtractRefusesLinks)
+TEST_F(ZipCommandTest, RefusesToExtractLinks)
 {
     Shell("cd $dir; ln -s /etc link; zip -q --symlinks a.zip link");
 
@@ -157,7 +157,7 @@ TEST_F(ZipCommandTest, ExtractRefusesLinks)
     EXPECT_TRUE(IsTargetEmpty());
 }
 
-TEST_F(ZipCommandTest, ExtractFollowsNoLinkInTheDirectory)
+TEST_F(ZipCommandTest, FollowsNoLinkInTheDirectoryInExtract)
 {
     std::filesystem::create_directory(Target());
     std::filesystem::create_directory(PathOf("elsewhere"));
@@ -168,7 +168,7 @@ TEST_F(ZipCommandTest, ExtractFollowsNoLinkInTheDirectory)
     EXPECT_TRUE(std::filesystem::is_empty(PathOf("elsewhere")));
 }
 
-TEST_F(ZipCommandTest, ExtractOverwritesNothing)
+TEST_F(ZipCommandTest, OverwritesNothingInExtract)
 {
     std::filesystem::create_directory(Target());
     Write(L"target/One.txt", "mine");
@@ -179,7 +179,7 @@ TEST_F(ZipCommandTest, ExtractOverwritesNothing)
     EXPECT_EQ(ReadWholeFile(Target() + "/One.txt"), "mine");
 }
 
-TEST_F(ZipCommandTest, ExtractStopsAtTheLimit)
+TEST_F(ZipCommandTest, StopsExtractAtTheLimit)
 {
     const std::string archive = WriteRaw({{"a", "12345"}, {"b", std::string(100000, 'x')}});
 
@@ -190,7 +190,7 @@ TEST_F(ZipCommandTest, ExtractStopsAtTheLimit)
     EXPECT_EQ(Shell("ls -A $dir/target").output, "a\n");
 }
 
-TEST_F(ZipCommandTest, ExtractKeepsNothingOfADamagedEntry)
+TEST_F(ZipCommandTest, KeepsNothingOfADamagedEntryInExtract)
 {
     RawEntry damaged{"damaged", "data"};
     damaged.checksum = 1;
