@@ -13,6 +13,7 @@ void AddAboutCommand(CLI::App& app, Action& action);
 void AddIniCommand(CLI::App& app, Action& action);
 void AddIpcCommand(CLI::App& app, Action& action);
 void AddLogCommand(CLI::App& app, Action& action);
+void AddPathsCommand(CLI::App& app, Action& action);
 void AddZipCommand(CLI::App& app, Action& action);
 
 } // namespace Tool

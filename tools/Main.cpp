@@ -87,6 +87,7 @@ int Run(int argc, char** argv)
     AddIniCommand(app, action);
     AddZipCommand(app, action);
     AddIpcCommand(app, action);
+    AddPathsCommand(app, action);
     AddAboutCommand(app, action);
     try {
         app.parse(argc, argv);

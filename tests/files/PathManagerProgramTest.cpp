@@ -102,6 +102,18 @@ TEST_F(PathManagerProgramTest, ReturnsThePathsOfTheInstalledProgram)
     }
 }
 
+TEST_F(PathManagerProgramTest, ReturnsThePathsThatAnotherProgramHas)
+{
+    Paths expected = Run("bin/tool.bin", {});
+    expected["data directory"] = Path("share/other");
+    expected["user's directory"] = Path("home/.other");
+    std::filesystem::remove_all(Path("home/.tool"));
+
+    EXPECT_EQ(Run("bin/other", {Path("bin/tool.bin")}), expected);
+
+    EXPECT_FALSE(std::filesystem::exists(Path("home/.tool")));
+}
+
 TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtension)
 {
     const std::pair<const char*, const char*> cases[] = {

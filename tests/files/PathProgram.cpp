@@ -36,17 +36,21 @@ void PrintPaths(const PathManager& paths)
 
 } // namespace
 
-// "wxWidgets" starts wxWidgets first, "locale" sets the locale of the environment. Any other
-// argument becomes the application's name in wxApp.
+// "wxWidgets" starts wxWidgets first, "locale" sets the locale of the environment. A path is that
+// of another program whose paths are printed. Any other argument becomes the application's name in
+// wxApp.
 int main(int argc, char** argv)
 {
     bool usesWxWidgets = false;
     const char* name = nullptr;
+    const char* program = nullptr;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "wxWidgets") == 0)
             usesWxWidgets = true;
         else if (std::strcmp(argv[i], "locale") == 0)
             std::setlocale(LC_ALL, "");
+        else if (argv[i][0] == '/')
+            program = argv[i];
         else
             name = argv[i];
     }
@@ -57,7 +61,10 @@ int main(int argc, char** argv)
         PathManager::ReleaseInstance();
     }
     PathManager::CreateInstance();
-    PrintPaths(*PathManager::GetInstance());
+    if (program)
+        PrintPaths(PathManager(UTF8::ToUNICODE(program)));
+    else
+        PrintPaths(*PathManager::GetInstance());
     PathManager::ReleaseInstance();
     if (usesWxWidgets)
         LibModuleManager::GetInstance()->Release(true);

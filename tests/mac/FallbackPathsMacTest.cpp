@@ -11,20 +11,20 @@ namespace {
 
 TEST(FallbackPathsMacTest, FindsDataAndResourcesInTheBundle)
 {
-    MacStandIns::SetExecutablePath("/Applications/Tool.app/Contents/MacOS/Tool");
+    const TString<wchar_t> executable = L"/Applications/Tool.app/Contents/MacOS/Tool";
 
-    EXPECT_EQ(FallbackPaths::DataDirectory(L"Tool"),
+    EXPECT_EQ(FallbackPaths::DataDirectory(executable, L"Tool"),
               L"/Applications/Tool.app/Contents/SharedSupport");
-    EXPECT_EQ(FallbackPaths::ResourcesDirectory(L"Tool"),
+    EXPECT_EQ(FallbackPaths::ResourcesDirectory(executable, L"Tool"),
               L"/Applications/Tool.app/Contents/Resources");
 }
 
 TEST(FallbackPathsMacTest, UsesTheWorkingDirectoryOutsideABundle)
 {
-    MacStandIns::SetExecutablePath("/usr/local/bin/tool");
+    const TString<wchar_t> executable = L"/usr/local/bin/tool";
 
-    EXPECT_EQ(FallbackPaths::DataDirectory(L"tool"), L"./SharedSupport");
-    EXPECT_EQ(FallbackPaths::ResourcesDirectory(L"tool"), L"./Resources");
+    EXPECT_EQ(FallbackPaths::DataDirectory(executable, L"tool"), L"./SharedSupport");
+    EXPECT_EQ(FallbackPaths::ResourcesDirectory(executable, L"tool"), L"./Resources");
 }
 
 TEST(FallbackPathsMacTest, FindsTheUsersDirectoriesInTheHomeDirectory)

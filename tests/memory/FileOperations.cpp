@@ -368,6 +368,14 @@ void PathsMade(Attempt& attempt)
     attempt.Run([&] { paths.reset(); });
 }
 
+void PathsOfAnotherMade(Attempt& attempt)
+{
+    static const TString<wchar_t> program = L"/opt/a rather long name of a folder/bin/program";
+    auto paths = std::unique_ptr<PathManager>();
+    if (attempt.Run(Rule::BadAlloc, [&] { paths = std::make_unique<PathManager>(program); }))
+        attempt.Expect(paths->GetApplicationName() == L"program");
+}
+
 void PathsCreated(Attempt& attempt)
 {
     PathManager::ReleaseInstance();
@@ -511,6 +519,7 @@ std::vector<Operation> FileOperations()
         {"Toolkit::IniFile::HasSection", SettingsAsked},
         {"Toolkit::IniFile::HasValue", SettingsAsked},
         {"Toolkit::PathManager::PathManager", PathsMade},
+        {"Toolkit::PathManager::PathManager", PathsOfAnotherMade},
         {"Toolkit::PathManager::~PathManager", PathsMade},
         {"Toolkit::PathManager::CreateInstance", PathsCreated},
         {"Toolkit::PathManager::GetInstance", PathsReleased},

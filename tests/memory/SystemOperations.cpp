@@ -162,6 +162,14 @@ void InstanceMade(Attempt& attempt)
     attempt.Always(!SingleApplicationInstance().IsAlreadyRunning());
 }
 
+void LockNamed(Attempt& attempt)
+{
+    static const TString<wchar_t> name = L"aratherlongnameofanapplication";
+    TString<wchar_t> path;
+    attempt.Run([&] { path = SingleApplicationInstance::GetLockPath(name); });
+    attempt.Expect(path.find(L"/." + name + L".lock") != std::wstring::npos, path.empty());
+}
+
 void NetworkTested(Attempt& attempt)
 {
     static const TString<wchar_t> host = L"127.0.0.1";
@@ -355,6 +363,7 @@ std::vector<Operation> SystemOperations()
         {"Toolkit::SingleApplicationInstance::SingleApplicationInstance", InstanceMade},
         {"Toolkit::SingleApplicationInstance::~SingleApplicationInstance", InstanceMade},
         {"Toolkit::SingleApplicationInstance::IsAlreadyRunning", InstanceMade},
+        {"Toolkit::SingleApplicationInstance::GetLockPath", LockNamed},
         {"Toolkit::SingleApplicationInstance::CreateInstance", Created<SingleApplicationInstance>},
         {"Toolkit::SingleApplicationInstance::GetInstance", Released<SingleApplicationInstance>},
         {"Toolkit::SingleApplicationInstance::ReleaseInstance",

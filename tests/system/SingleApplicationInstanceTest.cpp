@@ -413,5 +413,13 @@ TEST_F(SingleApplicationInstanceTest, KeepsTheLockWithACopyOfThePointer)
     PathManager::ReleaseInstance();
 }
 
+TEST(SingleApplicationInstancePathTest, NamesTheLockFile)
+{
+    const TestSupport::ScopedEnvironment home("HOME", "/home/ann");
+
+    EXPECT_EQ(SingleApplicationInstance::GetLockPath(L"usrbintoolann"),
+              L"/home/ann/.usrbintoolann.lock");
+}
+
 } // namespace
 } // namespace Toolkit

@@ -69,7 +69,8 @@ protected:
 
 TEST_F(CompletionTest, OffersSubcommandsAndOptionsInBash)
 {
-    EXPECT_THAT(InBash("toolkit ''"), testing::ElementsAre("log", "ini", "zip", "ipc", "about"));
+    EXPECT_THAT(InBash("toolkit ''"),
+                testing::ElementsAre("log", "ini", "zip", "ipc", "paths", "about"));
     EXPECT_THAT(InBash("toolkit z"), testing::ElementsAre("zip"));
     EXPECT_THAT(InBash("toolkit zip e"), testing::ElementsAre("extract"));
     EXPECT_THAT(InBash("toolkit zip extract --l"), testing::ElementsAre("--limit"));
@@ -93,7 +94,7 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
     if (!HasProgram("zsh"))
         GTEST_SKIP() << "no zsh";
 
-    EXPECT_THAT(InZsh("toolkit ''"), HasSubstr("log\nini\nzip\nipc\nabout\n"));
+    EXPECT_THAT(InZsh("toolkit ''"), HasSubstr("log\nini\nzip\nipc\npaths\nabout\n"));
     EXPECT_THAT(InZsh("toolkit zip ''"), HasSubstr("list\ncat\nsearch\nextract\n"));
     EXPECT_THAT(InZsh("toolkit zip extract ''"),
                 AllOf(HasSubstr("--limit["), HasSubstr("--type[")));
@@ -119,9 +120,9 @@ TEST_F(CompletionTest, KnowsEveryOption)
     const std::string zsh = ReadWholeFile(c_completions + "_toolkit");
     const std::string fish = ReadWholeFile(c_completions + "toolkit.fish");
     const std::vector<std::string> commands[] = {
-        {"log"},         {"ini", "list"},   {"ini", "get"},    {"ini", "check"},
-        {"zip", "list"}, {"zip", "cat"},    {"zip", "search"}, {"zip", "extract"},
-        {"ipc", "send"}, {"ipc", "listen"}, {"ipc", "list"},   {"about"}};
+        {"log"},         {"ini", "list"},   {"ini", "get"},     {"ini", "check"}, {"zip", "list"},
+        {"zip", "cat"},  {"zip", "search"}, {"zip", "extract"}, {"ipc", "send"},  {"ipc", "listen"},
+        {"ipc", "list"}, {"about"},         {"paths"}};
     for (std::vector<std::string> command : commands) {
         command.push_back("--help");
         const std::vector<std::string> options = LongOptions(Run(command).output);

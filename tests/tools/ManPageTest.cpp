@@ -69,7 +69,7 @@ TEST_P(ManPageTest, ItsExamplesRun)
 
 INSTANTIATE_TEST_SUITE_P(Pages, ManPageTest,
                          testing::Values("toolkit", "toolkit-about", "toolkit-ini", "toolkit-ipc",
-                                         "toolkit-log", "toolkit-zip"),
+                                         "toolkit-log", "toolkit-paths", "toolkit-zip"),
                          [](const auto& page) {
                              return std::regex_replace(page.param, std::regex("-"), "_");
                          });

@@ -26,7 +26,7 @@ _toolkit_options()
 _toolkit_words()
 {
     case $1 in
-    "") echo "log ini zip ipc about" ;;
+    "") echo "log ini zip ipc paths about" ;;
     log) _toolkit_loggers ;;
     ini) echo "list get check" ;;
     zip) echo "list cat search extract" ;;

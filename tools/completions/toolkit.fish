@@ -26,6 +26,7 @@ complete -c toolkit -n '__toolkit_at' -f -a log -d 'Print a log in the order of 
 complete -c toolkit -n '__toolkit_at' -f -a ini -d 'Look into an INI file'
 complete -c toolkit -n '__toolkit_at' -f -a zip -d 'Look into a Zip archive'
 complete -c toolkit -n '__toolkit_at' -f -a ipc -d 'Send and receive local messages'
+complete -c toolkit -n '__toolkit_at' -f -a paths -d 'Print the paths that a program uses'
 complete -c toolkit -n '__toolkit_at' -f -a about -d 'Print what the library is made of'
 
 complete -c toolkit -n '__toolkit_in log' -s s -l severity -x -a 'error warning info debug verbose' -d 'Only lines at least as severe'

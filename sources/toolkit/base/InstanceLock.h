@@ -15,6 +15,9 @@ public:
     /// Tries to acquire the lock called `name`; an empty name locks nothing.
     explicit InstanceLock(const std::wstring& name);
 
+    /// The path of the file of the lock called `name`.
+    static std::string PathOf(const std::wstring& name);
+
     State GetState() const { return m_lock.GetState(); }
 
 private:

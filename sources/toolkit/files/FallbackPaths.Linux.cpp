@@ -1,4 +1,3 @@
-#include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/FFile.h"
@@ -15,12 +14,11 @@ namespace Toolkit::FallbackPaths {
 namespace {
 
 // Where the program is installed: the part of its path before the last "bin" directory.
-TString<wchar_t> InstallPrefix()
+TString<wchar_t> InstallPrefix(const TString<wchar_t>& executable)
 {
-    const TString<wchar_t> path = Base::GetExecutablePath();
-    const std::size_t bin = path.rfind(L"/bin/");
+    const std::size_t bin = executable.rfind(L"/bin/");
     return bin == std::wstring::npos || bin == 0 ? TString<wchar_t>(L"/usr/local")
-                                                 : TString<wchar_t>(path.substr(0, bin));
+                                                 : TString<wchar_t>(executable.substr(0, bin));
 }
 
 // The value of WX_<NAME>_DATA_DIR: the data directory of a program that is not installed.
@@ -84,18 +82,19 @@ TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
 
 } // namespace
 
-TString<wchar_t> DataDirectory(const TString<wchar_t>& name)
+TString<wchar_t> DataDirectory(const TString<wchar_t>& executable, const TString<wchar_t>& name)
 {
     TString<wchar_t> chosen = DataDirectoryOfEnvironment(name);
     if (!chosen.empty())
         return chosen;
-    const TString<wchar_t> share = InstallPrefix() + L"/share";
+    const TString<wchar_t> share = InstallPrefix(executable) + L"/share";
     return name.empty() ? share : TString<wchar_t>(share + L"/" + name);
 }
 
-TString<wchar_t> ResourcesDirectory(const TString<wchar_t>& name)
+TString<wchar_t> ResourcesDirectory(const TString<wchar_t>& executable,
+                                    const TString<wchar_t>& name)
 {
-    return DataDirectory(name);
+    return DataDirectory(executable, name);
 }
 
 TString<wchar_t> UserLocalDataDirectory(const TString<wchar_t>& name)

@@ -1,4 +1,3 @@
-#include "toolkit/base/ExecutablePath.h"
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 
@@ -6,24 +5,23 @@ namespace Toolkit::FallbackPaths {
 namespace {
 
 // The "Contents" directory of the application bundle, in which the executable has its "MacOS".
-TString<wchar_t> BundleContents()
+TString<wchar_t> BundleContents(const TString<wchar_t>& executable)
 {
-    const TString<wchar_t> path = Base::GetExecutablePath();
-    const std::size_t folder = path.rfind(L"/MacOS/");
+    const std::size_t folder = executable.rfind(L"/MacOS/");
     return folder == std::wstring::npos ? TString<wchar_t>(L".")
-                                        : TString<wchar_t>(path.substr(0, folder));
+                                        : TString<wchar_t>(executable.substr(0, folder));
 }
 
 } // namespace
 
-TString<wchar_t> DataDirectory(const TString<wchar_t>&)
+TString<wchar_t> DataDirectory(const TString<wchar_t>& executable, const TString<wchar_t>&)
 {
-    return BundleContents() + L"/SharedSupport";
+    return BundleContents(executable) + L"/SharedSupport";
 }
 
-TString<wchar_t> ResourcesDirectory(const TString<wchar_t>&)
+TString<wchar_t> ResourcesDirectory(const TString<wchar_t>& executable, const TString<wchar_t>&)
 {
-    return BundleContents() + L"/Resources";
+    return BundleContents(executable) + L"/Resources";
 }
 
 TString<wchar_t> UserLocalDataDirectory(const TString<wchar_t>& name)

@@ -5,6 +5,7 @@
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
 #include "toolkit/files/FFile.h"
+#include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/StandardPaths.Private.h"
 #include "toolkit/framework/Text.h"
 
@@ -73,7 +74,7 @@ smart_ptr<PathManager>* PathManager::s_pInstance = nullptr;
 
 PathManager::PathManager() : m_pathSeparator(NativeSeparator())
 {
-    LocateApplication();
+    LocateApplication(StandardPaths::ExecutablePath());
     m_documentsPath = StandardPaths::DocumentsDirectory();
     m_configurationPath = Join(StandardPaths::DataDirectory(), c_strConfigurationFolderName);
     const TString<wchar_t> resources = StandardPaths::ResourcesDirectory();
@@ -85,11 +86,26 @@ PathManager::PathManager() : m_pathSeparator(NativeSeparator())
     m_applicationUniqueName = MakeUniqueName();
 }
 
+PathManager::PathManager(const TString<wchar_t>& executable) : m_pathSeparator(NativeSeparator())
+{
+    LocateApplication(executable);
+    m_documentsPath = StandardPaths::DocumentsDirectory();
+    m_configurationPath = Join(FallbackPaths::DataDirectory(executable, m_applicationName),
+                               c_strConfigurationFolderName);
+    const TString<wchar_t> resources =
+        FallbackPaths::ResourcesDirectory(executable, m_applicationName);
+    m_ressourcesPath = Join(resources, c_strRessourcesFolderName);
+    m_applicationDataPath =
+        Join(FallbackPaths::UserLocalDataDirectory(m_applicationName), m_applicationName);
+    m_appearancesPath = Join(resources, c_strAppearancesFolderName);
+    RebuildDependentPathes();
+    m_applicationUniqueName = MakeUniqueName();
+}
+
 PathManager::~PathManager() = default;
 
-void PathManager::LocateApplication()
+void PathManager::LocateApplication(const TString<wchar_t>& executable)
 {
-    const TString<wchar_t> executable = StandardPaths::ExecutablePath();
     const std::size_t separator = executable.rfind(m_pathSeparator);
     if (separator == std::wstring::npos) {
         m_applicationPath = WorkingDirectory();

@@ -28,6 +28,10 @@ public:
     /// Computes the paths and creates the application data directory with its parents. Does not
     /// report when it cannot be created.
     PathManager();
+    /// The paths that the program `executable` would have, started by this user in this
+    /// environment and without a name of its own in `wxApp`. Its path is absolute and has no links.
+    /// Creates nothing. GetDataDir() and GetUserLocalDataDir() are those of this process.
+    explicit PathManager(const TString<wchar_t>& executable);
     ~PathManager();
 
     /// The file name of the executable without its last extension: "tool" for tool.bin. Empty when
@@ -99,7 +103,7 @@ public:
     static smart_ptr<PathManager>* s_pInstance;
 
 private:
-    void LocateApplication();
+    void LocateApplication(const TString<wchar_t>& executable);
     TString<wchar_t> Join(const TString<wchar_t>& directory, const TString<wchar_t>& name) const;
     TString<wchar_t> MakeUniqueName() const;
 

@@ -82,14 +82,16 @@ TString<wchar_t> ExecutablePath()
 
 TString<wchar_t> DataDirectory()
 {
-    return IsExecutableKnown() ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
-                               : FallbackPaths::DataDirectory(ApplicationName());
+    return IsExecutableKnown()
+               ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
+               : FallbackPaths::DataDirectory(Base::GetExecutablePath(), ApplicationName());
 }
 
 TString<wchar_t> ResourcesDirectory()
 {
-    return IsExecutableKnown() ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
-                               : FallbackPaths::ResourcesDirectory(ApplicationName());
+    return IsExecutableKnown()
+               ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
+               : FallbackPaths::ResourcesDirectory(Base::GetExecutablePath(), ApplicationName());
 }
 
 TString<wchar_t> UserLocalDataDirectory()

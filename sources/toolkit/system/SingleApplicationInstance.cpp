@@ -3,6 +3,7 @@
 #include "toolkit/base/InstanceLock.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
+#include "toolkit/base/Utf8.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/system/CheckerFile.Private.h"
 
@@ -42,6 +43,13 @@ bool SingleApplicationInstance::IsAlreadyRunning() const
 {
     return (m_lock && m_lock->GetState() == Base::InstanceLock::State::HeldElsewhere) ||
            (m_checkerFile && m_checkerFile->IsHeldElsewhere());
+}
+
+TString<wchar_t> SingleApplicationInstance::GetLockPath(const TString<wchar_t>& uniqueName)
+{
+    return Base::ResultOr({}, [&] {
+        return TString<wchar_t>(Base::DecodeUtf8(Base::InstanceLock::PathOf(uniqueName)));
+    });
 }
 
 void SingleApplicationInstance::CreateInstance()

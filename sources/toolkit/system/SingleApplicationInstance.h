@@ -1,6 +1,7 @@
 #pragma once
 
 #include "toolkit/core/Export.h"
+#include "toolkit/core/TString.h"
 #include "toolkit/core/smart_ptr.h"
 
 #include <memory>
@@ -33,6 +34,10 @@ public:
     /// Returns whether another process held the lock at construction; false when no lock file can
     /// be made.
     bool IsAlreadyRunning() const;
+
+    /// Returns the path of the file that is locked by the application with that unique name; empty
+    /// when out of memory.
+    static TString<wchar_t> GetLockPath(const TString<wchar_t>& uniqueName);
 
     /// Creates the process-wide object. Does nothing when it exists or when out of memory.
     static void CreateInstance();

@@ -1,0 +1,118 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <pwd.h>
+#include <unistd.h>
+
+#include "ToolFixture.h"
+
+namespace Toolkit::TestSupport {
+namespace {
+
+using testing::HasSubstr;
+
+// A program app in the directory bin of an installed tree, run by this user.
+class PathsCommandTest : public ToolFixture {
+protected:
+    PathsCommandTest()
+    {
+        std::filesystem::create_directories(PathOf("bin"));
+        std::filesystem::create_directories(PathOf("home"));
+        Write(L"bin/app", "#!/bin/sh\n");
+        std::filesystem::permissions(PathOf("bin/app"), std::filesystem::perms::owner_all);
+    }
+
+    ProgramResult Paths() const { return Run({"paths", PathOf("bin/app")}); }
+
+    std::string UniqueName() const
+    {
+        std::string name = PathOf("bin") + "app" + ::getpwuid(::getuid())->pw_name;
+        name.erase(std::remove(name.begin(), name.end(), '/'), name.end());
+        std::transform(name.begin(), name.end(), name.begin(), [](unsigned char character) {
+            return static_cast<char>(std::tolower(character));
+        });
+        return name;
+    }
+
+    const ScopedEnvironment m_home{"HOME", PathOf("home")};
+};
+
+TEST_F(PathsCommandTest, NamesWhatAProgramUses)
+{
+    std::filesystem::create_directories(PathOf("share/app/config"));
+
+    const ProgramResult result = Paths();
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "name            app\n"
+                             "unique name     " +
+                                 UniqueName() +
+                                 "\n"
+                                 "application     " +
+                                 PathOf("bin") +
+                                 " (good)\n"
+                                 "configuration   " +
+                                 PathOf("share/app/config") +
+                                 " (good)\n"
+                                 "ressources      " +
+                                 PathOf("share/app/ressources") +
+                                 " (missing)\n"
+                                 "plug-ins        " +
+                                 PathOf("share/app/ressources/plugins") +
+                                 " (missing)\n"
+                                 "data            " +
+                                 PathOf("home/.app/app") +
+                                 " (missing)\n"
+                                 "documents       " +
+                                 PathOf("home") +
+                                 " (good)\n"
+                                 "temporary       /tmp (good)\n"
+                                 "lock            " +
+                                 PathOf("home/." + UniqueName() + ".lock") +
+                                 " (missing)\n"
+                                 "socket          /tmp/" +
+                                 UniqueName() +
+                                 ".ipc (missing)\n"
+                                 "log             /tmp/app.qvlog (missing)\n"
+                                 "own log         /tmp/" +
+                                 UniqueName() + ".qvlog (missing)\n");
+}
+
+TEST_F(PathsCommandTest, CreatesNothing)
+{
+    Paths();
+
+    EXPECT_TRUE(std::filesystem::is_empty(PathOf("home")));
+}
+
+TEST_F(PathsCommandTest, FindsAProgramAlongPath)
+{
+    const ScopedEnvironment path("PATH", "/nonesuch:" + PathOf("bin"));
+
+    EXPECT_EQ(Run({"paths", "app"}).output, Paths().output);
+    EXPECT_EQ(Run({"paths", "other"}).errors, "toolkit: there is no program other\n");
+    EXPECT_EQ(Run({"paths", "/nonesuch"}).exitCode, 2);
+}
+
+TEST_F(PathsCommandTest, ReportsWhatIsWrong)
+{
+    Write(L"home/.app", "a file");
+    std::filesystem::create_directories(PathOf("share/app"));
+    Write(L"share/app/config", "a file");
+    std::filesystem::create_symlink("/etc/passwd", PathOf("home/." + UniqueName() + ".lock"));
+
+    const ProgramResult result = Paths();
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, HasSubstr("share/app/config (not a directory)\n"));
+    EXPECT_THAT(result.output, HasSubstr(".lock (a link)\n"));
+}
+
+TEST_F(PathsCommandTest, WithoutAProgramItNamesItsOwn)
+{
+    EXPECT_THAT(Run({"paths"}).output, HasSubstr("name            toolkit\n"));
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport

@@ -1,0 +1,62 @@
+#include "PathState.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Tool {
+namespace {
+
+// The nearest directory above the path that exists; "/" in the end.
+std::string ExistingParent(std::string path)
+{
+    struct stat status {};
+    do {
+        const std::size_t separator = path.rfind('/');
+        path.erase(separator == std::string::npos ? 0 : separator);
+    } while (!path.empty() && ::stat(path.c_str(), &status) != 0);
+    return path.empty() ? "/" : path;
+}
+
+bool IsWritable(const std::string& path)
+{
+    return ::access(path.c_str(), W_OK) == 0;
+}
+
+PathState StateOfMissing(const std::string& path, PathUse use)
+{
+    if (use == PathUse::Read || IsWritable(ExistingParent(path)))
+        return {true, "missing"};
+    return {false, "missing, and cannot be made"};
+}
+
+PathState StateOfOwn(const std::string& path, const struct stat& status)
+{
+    if (status.st_uid != ::geteuid())
+        return {false, "another user's"};
+    return IsWritable(path) ? PathState{true, "good"} : PathState{false, "not writable"};
+}
+
+} // namespace
+
+PathState StateOf(const std::string& path, PathUse use)
+{
+    struct stat status {};
+    const bool isFile = use == PathUse::WriteFile;
+    if ((isFile ? ::lstat(path.c_str(), &status) : ::stat(path.c_str(), &status)) != 0)
+        return StateOfMissing(path, use);
+    if (S_ISLNK(status.st_mode))
+        return {false, "a link"};
+    if (S_ISDIR(status.st_mode) == isFile)
+        return {false, isFile ? "a directory" : "not a directory"};
+    switch (use) {
+    case PathUse::Read:
+        return ::access(path.c_str(), R_OK | X_OK) == 0 ? PathState{true, "good"}
+                                                        : PathState{false, "not readable"};
+    case PathUse::ShareDirectory:
+        return IsWritable(path) ? PathState{true, "good"} : PathState{false, "not writable"};
+    default:
+        return StateOfOwn(path, status);
+    }
+}
+
+} // namespace Tool

@@ -1,0 +1,129 @@
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <system_error>
+#include <toolkit/encoding/UTF8.h>
+#include <toolkit/files/PathManager.h>
+#include <toolkit/ipc/IPCServer.h>
+#include <toolkit/logging/FileLogger.h>
+#include <toolkit/system/SingleApplicationInstance.h>
+#include <unistd.h>
+
+#include "Commands.h"
+#include "Failure.h"
+#include "InputPath.h"
+#include "Output.h"
+#include "PathState.h"
+
+using namespace Toolkit;
+
+namespace Tool {
+namespace {
+
+using Text = TString<wchar_t>;
+
+// A name without "/" is searched for along PATH, like the shell does.
+std::string FindProgram(const std::string& program)
+{
+    if (program.find('/') != std::string::npos)
+        return program;
+    const char* const directories = std::getenv("PATH");
+    std::istringstream list(directories ? directories : "");
+    for (std::string directory; std::getline(list, directory, ':');) {
+        const std::string path = directory + "/" + program;
+        if (::access(path.c_str(), X_OK) == 0)
+            return path;
+    }
+    throw Failure("there is no program " + program);
+}
+
+// As the program itself finds it: without links.
+Text ExecutableOf(const std::string& program)
+{
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::canonical(FindProgram(program), error);
+    if (error)
+        throw Failure("cannot find " + program + ": " + error.message());
+    return WideArgument(path.native());
+}
+
+// Prints a table of paths, and remembers whether something is wrong with one.
+class Table {
+public:
+    explicit Table(Output& output) : m_output(output) {}
+
+    void AddName(const std::string& label, const Text& name)
+    {
+        WriteLabel(label);
+        m_output.WriteVisible(UTF8::ToUTF8(name));
+        m_output.Write("\n");
+    }
+
+    void Add(const std::string& label, const Text& widePath, PathUse use)
+    {
+        const std::string path = UTF8::ToUTF8(widePath);
+        const PathState state = StateOf(path, use);
+        WriteLabel(label);
+        m_output.WriteVisible(path);
+        m_output.Write(" (");
+        m_output.Write(state.text, state.isGood ? Output::Grey : Output::Red);
+        m_output.Write(")\n");
+        m_isGood = m_isGood && state.isGood;
+    }
+
+    bool IsGood() const { return m_isGood; }
+
+private:
+    void WriteLabel(std::string label)
+    {
+        constexpr std::size_t width = 16;
+
+        label.resize(width, ' ');
+        m_output.Write(label);
+    }
+
+    Output& m_output;
+    bool m_isGood = true;
+};
+
+int Run(const std::string& program, Output& output)
+{
+    const PathManager paths(ExecutableOf(program));
+    const Text unique = paths.GetApplicationUniqueName();
+    const Text temporary = paths.GetTempDir() + paths.GetPathSeparator();
+    const Text log = FileLogger::c_strLogExtension;
+
+    Table table(output);
+    table.AddName("name", paths.GetApplicationName());
+    table.AddName("unique name", unique);
+    table.Add("application", paths.GetApplicationPath(), PathUse::Read);
+    table.Add("configuration", paths.GetConfigurationPath(), PathUse::Read);
+    table.Add("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
+    table.Add("plug-ins", paths.GetPluginsPath(), PathUse::Read);
+    table.Add("data", paths.GetApplicationDataPath(), PathUse::WriteDirectory);
+    table.Add("documents", paths.GetDocumentsPath(), PathUse::WriteDirectory);
+    table.Add("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
+    table.Add("lock", SingleApplicationInstance::GetLockPath(unique), PathUse::WriteFile);
+    table.Add("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"), PathUse::WriteFile);
+    table.Add("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
+    table.Add("own log", temporary + unique + log, PathUse::WriteFile);
+    return table.IsGood() ? ExitGood : ExitNo;
+}
+
+} // namespace
+
+void AddPathsCommand(CLI::App& app, Action& action)
+{
+    CLI::App* const paths =
+        app.add_subcommand("paths", "Print the directories and files that a program uses");
+    const auto program = std::make_shared<std::string>("/proc/self/exe");
+    paths->add_option("program", *program,
+                      "Path of the program, or its name along PATH; this command without it");
+    paths->callback([program, &action] {
+        action = [program](Output& output) { return Run(*program, output); };
+    });
+}
+
+} // namespace Tool
