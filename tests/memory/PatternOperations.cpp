@@ -1,5 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>

@@ -150,7 +150,7 @@ TEST(RegExpReplaceTest, IgnoresTheFlag)
 {
     RegExp regExp(TString<char>("a"), RegExpOptions::None);
 
-    for (const unsigned char flag : {'\0', '\1', '\xFF'})
+    for (const unsigned char flag : std::initializer_list<unsigned char>{0, 1, 0xFF})
         EXPECT_EQ(regExp.Replace("x", "aa", flag), "xx");
 }
 
