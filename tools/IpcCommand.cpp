@@ -26,7 +26,7 @@ struct Options {
 
 TString<wchar_t> ServiceOf(const Options& options)
 {
-    const TString<wchar_t> service = WideArgument(options.service);
+    TString<wchar_t> service = WideArgument(options.service);
     if (service.empty() || IPCServer::GetSocketPath(service).empty())
         throw Failure("no name of a service: \"" + options.service + "\"");
     return service;

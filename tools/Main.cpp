@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <iostream>
 #include <new>
 #include <sstream>
@@ -101,6 +102,9 @@ int Run(int argc, char** argv)
 } // namespace Tool
 
 int main(int argc, char** argv)
-{
+try {
     return Tool::Run(argc, argv);
+} catch (...) {
+    std::fputs("toolkit: out of memory\n", stderr);
+    return Tool::ExitError;
 }

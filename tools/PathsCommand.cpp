@@ -32,7 +32,8 @@ std::string FindProgram(const std::string& program)
     const char* const directories = std::getenv("PATH");
     std::istringstream list(directories ? directories : "");
     for (std::string directory; std::getline(list, directory, ':');) {
-        const std::string path = directory + "/" + program;
+        std::string path = std::move(directory);
+        path.append("/").append(program);
         if (::access(path.c_str(), X_OK) == 0)
             return path;
     }
@@ -91,7 +92,7 @@ private:
 int Run(const std::string& program, Output& output)
 {
     const PathManager paths(ExecutableOf(program));
-    const Text unique = paths.GetApplicationUniqueName();
+    const Text& unique = paths.GetApplicationUniqueName();
     const Text temporary = paths.GetTempDir() + paths.GetPathSeparator();
     const Text log = FileLogger::c_strLogExtension;
 

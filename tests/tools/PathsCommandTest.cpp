@@ -109,7 +109,7 @@ TEST_F(PathsCommandTest, ReportsWhatIsWrong)
     EXPECT_THAT(result.output, HasSubstr(".lock (a link)\n"));
 }
 
-TEST_F(PathsCommandTest, WithoutAProgramItNamesItsOwn)
+TEST_F(PathsCommandTest, NamesItsOwnPathsWithoutAProgram)
 {
     EXPECT_THAT(Run({"paths"}).output, HasSubstr("name            toolkit\n"));
 }
