@@ -1,0 +1,61 @@
+#include "toolkit/encoding/Base64.h"
+#include "toolkit/encoding/QuotedPrintable.h"
+#include "toolkit/encoding/UTF7.h"
+#include "toolkit/encoding/UTF8.h"
+
+#include <memory>
+
+#include "scale/Operations.h"
+
+namespace Scale {
+namespace {
+
+using namespace Toolkit;
+using Text = TString<wchar_t>;
+
+// An operation on what `encode` makes of a text with every tenth character outside ASCII.
+template <typename Encode, typename Use>
+Operation OnEncoded(const char* name, Encode encode, Use use)
+{
+    return {name, c_lengths, [encode, use](int length) -> Run {
+                Text text = Words<wchar_t>(length);
+                for (std::size_t i = 0; i < text.size(); i += 10)
+                    text[i] = L'\u00E9';
+                const auto encoded = std::make_shared<decltype(encode(text))>(encode(text));
+                return [encoded, use] { use(*encoded); };
+            }};
+}
+
+// An operation on such a text.
+template <typename Use>
+Operation OnText(const char* name, Use use)
+{
+    return OnEncoded(
+        name, [](const Text& text) { return text; }, use);
+}
+
+} // namespace
+
+void AddEncodingOperations(Operations& operations)
+{
+    operations.push_back(OnText(
+        "UTF8 ToUTF8", [](const Text& text) { Require(UTF8::ToUTF8(text).size() > text.size()); }));
+    operations.push_back(OnEncoded("UTF8 ToUNICODE", UTF8::ToUTF8, [](const TString<char>& bytes) {
+        Require(!UTF8::ToUNICODE(bytes).empty());
+    }));
+    operations.push_back(
+        OnText("B64 ToB64", [](const Text& text) { Require(B64::ToB64(text).IsValid()); }));
+    operations.push_back(OnEncoded("B64 ToUNICODE", B64::ToB64, [](const smart_ptr<Bytes>& bytes) {
+        Require(!B64::ToUNICODE(bytes).empty());
+    }));
+    operations.push_back(
+        OnText("QP ToQP", [](const Text& text) { Require(QP::ToQP(text).size() > text.size()); }));
+    operations.push_back(OnEncoded(
+        "QP ToUNICODE", [](const Text& text) { return QP::ToQP(text); },
+        [](const Text& text) { Require(!QP::ToUNICODE(text).empty()); }));
+    operations.push_back(OnEncoded(
+        "UTF7 ToUTF7", [](const Text& text) { return Text(Words<wchar_t>(int(text.size()))); },
+        [](const Text& text) { Require(UTF7::ToUTF7(text).size() == text.size()); }));
+}
+
+} // namespace Scale

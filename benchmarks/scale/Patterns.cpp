@@ -1,0 +1,43 @@
+#include "toolkit/regExp/RegExp.h"
+
+#include <memory>
+
+#include "scale/Operations.h"
+
+namespace Scale {
+namespace {
+
+using Toolkit::RegExp;
+using Toolkit::RegExpOptions;
+using Text = TString<char>;
+
+template <typename Use>
+Operation OnSubject(const char* name, const std::vector<int>& lengths, const char* pattern, Use use)
+{
+    return {name, lengths, [pattern, use](int length) -> Run {
+                const auto subject = std::make_shared<Text>(Words<char>(length));
+                return [subject, pattern, use] {
+                    RegExp regExp(Text(pattern), RegExpOptions::None);
+                    use(regExp, *subject);
+                };
+            }};
+}
+
+} // namespace
+
+void AddPatternOperations(Operations& operations)
+{
+    operations.push_back(
+        OnSubject("RegExp IsMatch", c_lengths, "[0-9]+x",
+                  [](RegExp& regExp, const Text& text) { Require(!regExp.IsMatch(text)); }));
+    operations.push_back(
+        OnSubject("RegExp Match", c_lengths, "(.*) (.*)$", [](RegExp& regExp, const Text& text) {
+            Require(regExp.Match(text)->Success());
+        }));
+    // The search continues at a position modulo 65,536, so longer texts take quadratic time.
+    operations.push_back(OnSubject(
+        "RegExp Replace", {600, 6'000, 20'000, 60'000}, "[aeiou]+",
+        [](RegExp& regExp, const Text& text) { Require(!regExp.Replace("-", text, 0).empty()); }));
+}
+
+} // namespace Scale

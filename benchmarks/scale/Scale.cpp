@@ -1,0 +1,106 @@
+// Prints for each operation and size the shortest processor time in seconds and the memory in
+// bytes. What grows faster than its input is not seen in a comparison at one size.
+//
+// usage: Scale [pattern]
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <malloc.h>
+#include <regex>
+#include <unistd.h>
+
+#include "scale/HeapMeter.h"
+#include "scale/Operations.h"
+
+namespace Scale {
+namespace {
+
+constexpr int c_fewestRuns = 5;
+constexpr double c_shortestMeasurement = 0.2;
+
+// The processor time of all threads: other programs hardly change it.
+double SecondsOf(const Run& run)
+{
+    const std::clock_t start = std::clock();
+    run();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+// Keeps freed memory, so that a run does not pay for pages that the system fills with zeros.
+void KeepMemory()
+{
+    Require(::mallopt(M_MMAP_MAX, 0) == 1 && ::mallopt(M_TRIM_THRESHOLD, -1) == 1);
+}
+
+void Measure(const Operation& operation, int size)
+{
+    const Run run = operation.prepare(size);
+    HeapMeter::Reset();
+    double shortest = SecondsOf(run);
+    const std::size_t memory = HeapMeter::Peak();
+    double total = shortest;
+    for (int runs = 1; runs < c_fewestRuns || total < c_shortestMeasurement; ++runs) {
+        const double seconds = SecondsOf(run);
+        shortest = std::min(shortest, seconds);
+        total += seconds;
+    }
+    std::printf("%s\t%d\t%.9f\t%zu\n", operation.name.c_str(), size, shortest, memory);
+    std::fflush(stdout);
+}
+
+std::filesystem::path MakeDirectory()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "toolkit-scale-XXXXXX").native();
+    Require(::mkdtemp(name.data()) && ::setenv("HOME", name.c_str(), 1) == 0);
+    return name;
+}
+
+} // namespace
+
+const std::filesystem::path& Directory()
+{
+    static const std::filesystem::path directory = MakeDirectory();
+    return directory;
+}
+
+TString<wchar_t> Wide(const std::filesystem::path& path)
+{
+    return path.wstring();
+}
+
+void Require(bool condition)
+{
+    if (condition)
+        return;
+    std::fputs("scale: an operation failed\n", stderr);
+    std::exit(1);
+}
+
+} // namespace Scale
+
+int main(int argc, char** argv)
+{
+    using namespace Scale;
+    const std::regex pattern(argc > 1 ? argv[1] : ".");
+    Operations operations;
+    AddTextOperations(operations);
+    AddEncodingOperations(operations);
+    AddPatternOperations(operations);
+    AddSettingsOperations(operations);
+    AddFileOperations(operations);
+    AddArchiveOperations(operations);
+    AddThreadOperations(operations);
+    AddMessageOperations(operations);
+    KeepMemory();
+    Directory();
+    for (const Operation& operation : operations) {
+        for (const int size : operation.sizes) {
+            if (std::regex_search(operation.name, pattern))
+                Measure(operation, size);
+        }
+    }
+    std::filesystem::remove_all(Directory());
+    return 0;
+}

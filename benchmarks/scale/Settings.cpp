@@ -1,0 +1,91 @@
+#include "toolkit/config/CmdLineParser.h"
+#include "toolkit/config/IniFile.h"
+
+#include <fstream>
+#include <memory>
+#include <optional>
+
+#include "scale/Operations.h"
+
+namespace Scale {
+namespace {
+
+using Toolkit::CmdLineParser;
+using Toolkit::IniFile;
+using Text = TString<wchar_t>;
+
+// Writes a file of one section, or of sections of ten keys.
+Text WriteSettings(int keys, bool hasManySections)
+{
+    const std::filesystem::path path = Directory() / "settings.ini";
+    std::ofstream file(path);
+    for (int key = 0; key < keys; ++key) {
+        if (key == 0 || (hasManySections && key % 10 == 0))
+            file << "[Section " << key << "]\n";
+        file << "key" << key << " = value of " << key << '\n';
+    }
+    return Wide(path);
+}
+
+Run PrepareLoad(int keys, bool hasManySections)
+{
+    const Text path = WriteSettings(keys, hasManySections);
+    const auto settings = std::make_shared<std::optional<IniFile>>();
+    return [path, settings] {
+        settings->emplace(path);
+        Require((*settings)->IsLoaded());
+    };
+}
+
+Run PrepareLookup(int keys)
+{
+    const auto settings = std::make_shared<IniFile>(WriteSettings(keys, false));
+    return [keys, settings] {
+        for (int key = 0; key < keys; ++key)
+            Require(settings->HasValue(L"Section 0", L"key" + std::to_wstring(key)));
+    };
+}
+
+Run PrepareRead(int keys)
+{
+    const Text path = WriteSettings(keys, false);
+    const auto settings = std::make_shared<std::optional<IniFile>>();
+    return [path, settings] {
+        settings->emplace(path);
+        Require(!(*settings)->GetValue(L"Section 0", L"key0", Text::Empty()).empty());
+    };
+}
+
+Run PrepareKeyList(int keys)
+{
+    const auto settings = std::make_shared<IniFile>(WriteSettings(keys, false));
+    return [keys, settings] {
+        std::vector<Text> list;
+        settings->GetKeyList(L"Section 0", list);
+        Require(list.size() == static_cast<std::size_t>(keys));
+    };
+}
+
+Run PrepareCommandLine(int words)
+{
+    const auto line = std::make_shared<Text>(L"program");
+    for (int word = 0; word < words; ++word)
+        *line += L" -option" + std::to_wstring(word) + L" value";
+    return [line] { Require(CmdLineParser(*line).Parse()); };
+}
+
+} // namespace
+
+void AddSettingsOperations(Operations& operations)
+{
+    operations.push_back(
+        {"IniFile Parse (cache)", c_lengths, [](int keys) { return PrepareLoad(keys, false); }});
+    operations.push_back({"IniFile Parse, sections (cache)", c_lengths,
+                          [](int keys) { return PrepareLoad(keys, true); }});
+    operations.push_back({"IniFile HasValue, all keys (cache)", c_lengths, PrepareLookup});
+    operations.push_back({"IniFile Parse and GetValue (cache)", c_lengths, PrepareRead});
+    operations.push_back({"IniFile GetKeyList (n log n) (cache)", c_lengths, PrepareKeyList});
+    operations.push_back({"CmdLineParser Parse", c_lengths, PrepareCommandLine});
+}
+
+} // namespace Scale

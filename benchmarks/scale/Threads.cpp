@@ -1,0 +1,105 @@
+#include "toolkit/files/PathManager.h"
+#include "toolkit/logging/FileLogger.h"
+#include "toolkit/threading/EventNotifier.h"
+
+#include <chrono>
+#include <memory>
+#include <thread>
+
+#include "scale/Operations.h"
+
+namespace Scale {
+namespace {
+
+using namespace Toolkit;
+using Text = TString<wchar_t>;
+
+class Listener {
+public:
+    virtual ~Listener() = default;
+    virtual void OnEvent() { ++m_count; }
+
+private:
+    int m_count = 0;
+};
+
+class Notifier : public EventNotifier<Listener> {
+public:
+    void Send()
+    {
+        Notify([](Listener& listener) { listener.OnEvent(); });
+    }
+};
+
+std::vector<smart_ptr<Listener>> MakeListeners(int count)
+{
+    std::vector<smart_ptr<Listener>> listeners;
+    for (int i = 0; i < count; ++i)
+        listeners.push_back(smart_ptr<Listener>(new Listener()));
+    return listeners;
+}
+
+Run PrepareNotify(int count)
+{
+    const auto notifier = std::make_shared<Notifier>();
+    for (const smart_ptr<Listener>& listener : MakeListeners(count))
+        notifier->AddListener(listener);
+    return [notifier] { notifier->Send(); };
+}
+
+// Removed in the order in which they were added.
+Run PrepareListeners(int count)
+{
+    const auto listeners = std::make_shared<std::vector<smart_ptr<Listener>>>(MakeListeners(count));
+    return [listeners] {
+        Notifier notifier;
+        for (const smart_ptr<Listener>& listener : *listeners)
+            notifier.AddListener(listener);
+        for (const smart_ptr<Listener>& listener : *listeners)
+            Require(notifier.RemoveListener(listener));
+    };
+}
+
+const Text c_line = std::wstring(61, L'x') + L'\n';
+
+void WriteLines(FileLogger& logger, int count)
+{
+    for (int i = 0; i < count; ++i)
+        logger.Write(c_line);
+}
+
+// Until all lines are in the file.
+Run PrepareLog(int lines)
+{
+    PathManager::CreateInstance();
+    const auto logger = std::make_shared<FileLogger>(SeverityInfo, L"toolkit-scale", 0xFFFFFFFF);
+    PathManager::ReleaseInstance();
+    const std::filesystem::path path(std::wstring(logger->GetPath(10'000)));
+    return [lines, logger, path] {
+        const auto length = std::filesystem::file_size(path) + lines * c_line.size();
+        WriteLines(*logger, lines);
+        while (std::filesystem::file_size(path) < length)
+            std::this_thread::sleep_for(std::chrono::microseconds(100));
+    };
+}
+
+// The logger cannot open its file, so the lines stay in its queue.
+Run PrepareLogQueue(int lines)
+{
+    return [lines] {
+        FileLogger logger(SeverityInfo, L"no/such/directory/log", 0xFFFFFFFF);
+        WriteLines(logger, lines);
+    };
+}
+
+} // namespace
+
+void AddThreadOperations(Operations& operations)
+{
+    operations.push_back({"EventNotifier Notify (cache)", c_lengths, PrepareNotify});
+    operations.push_back({"EventNotifier Add and Remove", c_lengths, PrepareListeners});
+    operations.push_back({"FileLogger, in the file", c_lengths, PrepareLog});
+    operations.push_back({"FileLogger, in the queue", c_lengths, PrepareLogQueue});
+}
+
+} // namespace Scale
