@@ -12,6 +12,9 @@ namespace {
 constexpr std::size_t c_longestRecord = 1 << 20;
 constexpr std::size_t c_bufferSize = 2 * c_longestRecord;
 
+// Small enough for the processor's cache.
+constexpr std::size_t c_blockSize = 1 << 18;
+
 } // namespace
 
 LogReader::LogReader(int file, off_t begin, off_t end)
@@ -39,7 +42,7 @@ bool LogReader::Fill()
     m_filled -= m_used;
     m_used = 0;
     const auto left = static_cast<std::size_t>(std::max<off_t>(m_end - m_next, 0));
-    const std::size_t wanted = std::min(m_buffer.size() - m_filled, left);
+    const std::size_t wanted = std::min({m_buffer.size() - m_filled, left, c_blockSize});
     ssize_t count = 0;
     do
         count = ::pread(m_file, m_buffer.data() + m_filled, wanted, m_next);
