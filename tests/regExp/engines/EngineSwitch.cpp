@@ -14,6 +14,11 @@ namespace Toolkit::PatternEngine {
 
 using TestSupport::s_engine;
 
+std::string GetVersion()
+{
+    return s_engine->getVersion();
+}
+
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
 {
     return s_engine->compile(pattern, errorText, errorOffset);

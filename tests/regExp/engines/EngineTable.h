@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace Toolkit::TestSupport {
 
 /// The functions of PatternEngine as one engine implements them.
 struct EngineTable {
+    std::string (*getVersion)();
     void* (*compile)(const char* pattern, const char*& errorText, int& errorOffset);
     void (*free)(void* code);
     int (*execute)(void* code, const char* subject, std::size_t length, std::size_t startOffset,

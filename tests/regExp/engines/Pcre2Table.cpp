@@ -7,8 +7,9 @@
 
 namespace Toolkit::TestSupport {
 
-const EngineTable c_pcre2 = {Pcre2Engine::Compile,          Pcre2Engine::Free,
-                             Pcre2Engine::Execute,          Pcre2Engine::GetNameCount,
-                             Pcre2Engine::GetNameEntrySize, Pcre2Engine::GetNameTable};
+const EngineTable c_pcre2 = {Pcre2Engine::GetVersion,   Pcre2Engine::Compile,
+                             Pcre2Engine::Free,         Pcre2Engine::Execute,
+                             Pcre2Engine::GetNameCount, Pcre2Engine::GetNameEntrySize,
+                             Pcre2Engine::GetNameTable};
 
 } // namespace Toolkit::TestSupport

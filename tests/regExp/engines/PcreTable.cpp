@@ -7,8 +7,9 @@
 
 namespace Toolkit::TestSupport {
 
-const EngineTable c_pcre = {PcreEngine::Compile,          PcreEngine::Free,
-                            PcreEngine::Execute,          PcreEngine::GetNameCount,
-                            PcreEngine::GetNameEntrySize, PcreEngine::GetNameTable};
+const EngineTable c_pcre = {PcreEngine::GetVersion,   PcreEngine::Compile,
+                            PcreEngine::Free,         PcreEngine::Execute,
+                            PcreEngine::GetNameCount, PcreEngine::GetNameEntrySize,
+                            PcreEngine::GetNameTable};
 
 } // namespace Toolkit::TestSupport
