@@ -1,3 +1,4 @@
+#include "toolkit/files/PathManager.h"
 #include "toolkit/ipc/IPCClient.h"
 #include "toolkit/ipc/IPCServer.h"
 #include "toolkit/threading/FrameworkHold.h"
@@ -98,6 +99,14 @@ void SocketPath(Attempt& attempt)
     attempt.Expect(!path.empty(), path.empty());
 }
 
+void OwnSocketPath(Attempt& attempt)
+{
+    PathManager::CreateInstance();
+    TString<wchar_t> path;
+    attempt.Run([&] { path = IPCServer::GetSocketPath(L""); });
+    attempt.Expect(path.find(L"/tmp/") == 0, path.empty());
+}
+
 } // namespace
 
 std::vector<Operation> MessageOperations()
@@ -108,6 +117,7 @@ std::vector<Operation> MessageOperations()
         {"Toolkit::IPCServer::Run", ServerRun},
         {"Toolkit::IPCServer::SendExecuteEvent", TextDelivered},
         {"Toolkit::IPCServer::GetSocketPath", SocketPath},
+        {"Toolkit::IPCServer::GetSocketPath", OwnSocketPath},
         {"Toolkit::IPCConnectionEvent::~IPCConnectionEvent", TextDelivered},
         {"Toolkit::IPCClient::Connect", ClientWithoutServer},
         {"Toolkit::IPCClient::IsServed", ServiceAsked},

@@ -7,6 +7,8 @@
 #include "toolkit/ipc/IPCInternalServer.Private.h"
 #include "toolkit/ipc/Protocol.Private.h"
 
+#include <new>
+
 namespace Toolkit {
 namespace {
 
@@ -14,9 +16,13 @@ TString<wchar_t> DefaultService()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     TString<wchar_t> service;
-    if (paths.IsValid())
-        PathManager::AppendPath(service, paths->GetTempDir(),
-                                paths->GetApplicationUniqueName() + L".ipc");
+    if (!paths.IsValid())
+        return service;
+    const TString<wchar_t> directory = paths->GetTempDir();
+    // GetTempDir() is out of memory. Without this the socket would be in the working directory.
+    if (directory.empty())
+        throw std::bad_alloc();
+    PathManager::AppendPath(service, directory, paths->GetApplicationUniqueName() + L".ipc");
     return service;
 }
 

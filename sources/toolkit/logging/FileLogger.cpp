@@ -41,7 +41,10 @@ TString<wchar_t> ApplicationName()
     TString<wchar_t> directory;
     TString<wchar_t> name;
     TString<wchar_t> extension;
-    PathManager::SplitPath(Base::GetExecutablePath(), volume, directory, name, extension);
+    const TString<wchar_t> executable = Base::GetExecutablePath();
+    PathManager::SplitPath(executable, volume, directory, name, extension);
+    if (name.empty() && !executable.empty()) // SplitPath() is out of memory
+        throw std::bad_alloc();
     return name;
 }
 
@@ -49,8 +52,14 @@ TString<wchar_t> ApplicationName()
 TString<wchar_t> LogDirectory()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
-    return paths.IsValid() ? TString<wchar_t>(paths->GetTempDir() + paths->GetPathSeparator())
-                           : TString<wchar_t>(L"/tmp/");
+    if (!paths.IsValid())
+        return L"/tmp/";
+    TString<wchar_t> directory = paths->GetTempDir();
+    // GetTempDir() is out of memory. Without this the log would be in the root directory.
+    if (directory.empty())
+        throw std::bad_alloc();
+    directory += paths->GetPathSeparator();
+    return directory;
 }
 
 } // namespace
