@@ -108,6 +108,10 @@ if(BUILD_SHARED_LIBS)
              COMMAND "${package_sources}/exported-symbols.sh" "${library}"
                      "${package_prefix}/${CMAKE_INSTALL_INCLUDEDIR}"
     )
+    add_test(NAME PackageDebianSymbols
+             COMMAND "${package_sources}/debian-symbols.sh" "$<TARGET_FILE:Toolkit>"
+                     "${PROJECT_SOURCE_DIR}/debian/libtoolkit1.symbols"
+    )
     add_test(NAME PackageRunTimeNeeds
              COMMAND "${package_sources}/run-time-needs.sh" "${library}"
     )

@@ -1,0 +1,32 @@
+#!/bin/sh
+# Compares the symbols that the library exports with the symbols file of the Debian package.
+# --update writes the file anew.
+#
+# usage: debian-symbols.sh [--update] library symbols-file
+set -eu
+
+update=no
+if [ "$1" = --update ]; then
+    update=yes
+    shift
+fi
+library=$1
+symbols=$2
+version=$(sed -n 's/^ *VERSION //p' "$(dirname "$0")/../../CMakeLists.txt")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+export LC_ALL=C
+
+# Type information and functions of templates are weak: the compiler decides which of them are there.
+{
+    echo "libtoolkit.so.1 libtoolkit1 #MINVER#"
+    echo "* Build-Depends-Package: libtoolkit-dev"
+    nm --dynamic --defined-only "$library" |
+        awk '{ print ($2 ~ /^[VWu]$/ ? " (optional)" : " ") $3 "@Base" }' | sort
+} >"$work/symbols"
+if [ "$update" = yes ]; then
+    sed "/@Base/s/\$/ $version/" "$work/symbols" >"$symbols"
+    exit
+fi
+sed 's/@Base .*/@Base/' "$symbols" >"$work/expected"
+diff "$work/expected" "$work/symbols"
