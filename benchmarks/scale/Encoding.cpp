@@ -28,7 +28,7 @@ Operation OnEncoded(const char* name, Encode encode, Use use)
 
 // An operation on such a text.
 template <typename Use>
-Operation OnText(const char* name, Use use)
+Operation RunOnText(const char* name, Use use)
 {
     return OnEncoded(
         name, [](const Text& text) { return text; }, use);
@@ -38,18 +38,18 @@ Operation OnText(const char* name, Use use)
 
 void AddEncodingOperations(Operations& operations)
 {
-    operations.push_back(OnText(
+    operations.push_back(RunOnText(
         "UTF8 ToUTF8", [](const Text& text) { Require(UTF8::ToUTF8(text).size() > text.size()); }));
     operations.push_back(OnEncoded("UTF8 ToUNICODE", UTF8::ToUTF8, [](const TString<char>& bytes) {
         Require(!UTF8::ToUNICODE(bytes).empty());
     }));
     operations.push_back(
-        OnText("B64 ToB64", [](const Text& text) { Require(B64::ToB64(text).IsValid()); }));
+        RunOnText("B64 ToB64", [](const Text& text) { Require(B64::ToB64(text).IsValid()); }));
     operations.push_back(OnEncoded("B64 ToUNICODE", B64::ToB64, [](const smart_ptr<Bytes>& bytes) {
         Require(!B64::ToUNICODE(bytes).empty());
     }));
-    operations.push_back(
-        OnText("QP ToQP", [](const Text& text) { Require(QP::ToQP(text).size() > text.size()); }));
+    operations.push_back(RunOnText(
+        "QP ToQP", [](const Text& text) { Require(QP::ToQP(text).size() > text.size()); }));
     operations.push_back(OnEncoded(
         "QP ToUNICODE", [](const Text& text) { return QP::ToQP(text); },
         [](const Text& text) { Require(!QP::ToUNICODE(text).empty()); }));

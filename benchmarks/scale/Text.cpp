@@ -14,7 +14,7 @@ using Text = TString<wchar_t>;
 
 // An operation on a text of words.
 template <typename Use>
-Operation OnText(const char* name, Use use)
+Operation RunOnText(const char* name, Use use)
 {
     return {name, c_lengths, [use](int length) -> Run {
                 const auto text = std::make_shared<Text>(Words<wchar_t>(length));
@@ -55,21 +55,21 @@ void StoreAndRead(const Text& text)
 
 void AddTextOperations(Operations& operations)
 {
-    operations.push_back(OnText("TString compareNoCase", [](const Text& text) {
+    operations.push_back(RunOnText("TString compareNoCase", [](const Text& text) {
         Require(text.compareNoCase(Text(text)) == 0);
     }));
-    operations.push_back(OnText("TString HasSubstring", [](const Text& text) {
+    operations.push_back(RunOnText("TString HasSubstring", [](const Text& text) {
         Require(!text.HasSubstring(L"abcdefghij"));
     }));
-    operations.push_back(OnText("TString Trim", [](const Text& text) {
+    operations.push_back(RunOnText("TString Trim", [](const Text& text) {
         Require(Text(std::wstring(text.size(), L' ') + L"x").Trim().size() == 1);
     }));
-    operations.push_back(
-        OnText("TString ToLower", [](const Text& text) { Require(Text(text).ToLower() == text); }));
-    operations.push_back(OnText("TString Replace", ReplaceSpaces));
-    operations.push_back(OnText("TString GetTokens", Tokenize));
-    operations.push_back(OnText("Bytes SetBytes", StoreBytes));
-    operations.push_back(OnText("FSStream Write and Read", StoreAndRead));
+    operations.push_back(RunOnText(
+        "TString ToLower", [](const Text& text) { Require(Text(text).ToLower() == text); }));
+    operations.push_back(RunOnText("TString Replace", ReplaceSpaces));
+    operations.push_back(RunOnText("TString GetTokens", Tokenize));
+    operations.push_back(RunOnText("Bytes SetBytes", StoreBytes));
+    operations.push_back(RunOnText("FSStream Write and Read", StoreAndRead));
 }
 
 } // namespace Scale
