@@ -53,6 +53,18 @@ std::map<std::string, std::string> Files()
     return files;
 }
 
+// The same when nothing has changed for a second: the log contains everything then.
+std::map<std::string, std::string> SettledFiles()
+{
+    std::map<std::string, std::string> files;
+    for (std::map<std::string, std::string> earlier;; earlier.swap(files)) {
+        files = Files();
+        if (files == earlier)
+            return files;
+        ::sleep(1);
+    }
+}
+
 void Fail(const char* message)
 {
     std::fprintf(stderr, "%s\n", message);
@@ -68,9 +80,7 @@ void Fail(const char* message)
 // A child ends, which must have no effect on this process.
 void ForkAndExit()
 {
-    // After this wait the file contains everything that was logged.
-    ::sleep(1);
-    const std::map<std::string, std::string> before = Files();
+    const std::map<std::string, std::string> before = SettledFiles();
     const pid_t child = ::fork();
     if (child == 0)
         EndChild();
