@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <limits>
 #include <map>
 #include <new>
@@ -96,6 +97,14 @@ Outcome OutcomeOf(int status)
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM ? Hung : Ended;
 }
 
+// A child that ended early has left its log.
+void RemoveLogOf(pid_t child)
+{
+    std::error_code ignored;
+    std::filesystem::remove("/tmp/out-of-memory-sweep-" + std::to_string(child) + ".qvlog",
+                            ignored);
+}
+
 Outcome RunInChild(const Operation& operation, Lasting lasting, long index)
 {
     *s_report = {};
@@ -104,6 +113,7 @@ Outcome RunInChild(const Operation& operation, Lasting lasting, long index)
         RunChild(operation, lasting, index);
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
+    RemoveLogOf(child);
     return OutcomeOf(status);
 }
 
