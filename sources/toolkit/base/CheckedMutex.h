@@ -32,7 +32,7 @@ private:
     StandardMutex m_mutex;
 };
 
-// Both may be constinit: their constructors do nothing at run time.
+// May be constinit: its constructor does nothing at run time.
 using CheckedMutex = BasicCheckedMutex<std::mutex>;
 using CheckedRecursiveMutex = BasicCheckedMutex<std::recursive_mutex>;
 

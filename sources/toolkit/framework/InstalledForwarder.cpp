@@ -10,8 +10,8 @@ namespace Toolkit::Framework {
 namespace {
 
 // Recursive, because a sink may use wxWidgets and so log again. Not a Mutex, because it must exist
-// before the first constructor runs.
-constinit Base::CheckedRecursiveMutex s_lock;
+// before the first constructor runs. Not constinit, because libc++ constructs it at load.
+Base::CheckedRecursiveMutex s_lock;
 wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
 std::atomic<unsigned int> s_forks{0}; // when it was installed
 
