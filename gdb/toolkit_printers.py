@@ -1,6 +1,6 @@
-"""Shows the values of Toolkit's classes in gdb as a reader thinks of them.
+"""Shows the values of Toolkit's classes in gdb in readable form.
 
-gdb loads this file by itself for an installed library. To load it by hand:
+gdb loads this file automatically for an installed library. To load it by hand:
 
     (gdb) source toolkit_printers.py
 """
@@ -38,7 +38,7 @@ class SmartPointer:
 
     def count(self):
         count = self.block["count"]
-        # std::atomic<int> of the standard library.
+        # The layout of std::atomic<int> in libstdc++.
         return int(count["_M_i"]) if count.type.strip_typedefs().code == gdb.TYPE_CODE_STRUCT else int(count)
 
     def to_string(self):
@@ -164,7 +164,7 @@ def text_of(view):
 class IniFile:
     """Whether a file was read, and its settings.
 
-    The settings are in private classes, which only debug information of the library describes.
+    The settings are in private classes, which only the library's debug information describes.
     """
 
     def __init__(self, value):

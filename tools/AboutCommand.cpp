@@ -46,7 +46,7 @@ int Check(Output& output)
 
 void AddAboutCommand(CLI::App& app, Action& action)
 {
-    CLI::App* const about = app.add_subcommand("about", "Print what the library is made of");
+    CLI::App* const about = app.add_subcommand("about", "Print versions, or test the library");
     const auto isCheck = std::make_shared<bool>(false);
     about->add_flag("-c,--check", *isCheck, "Test the library on this machine, in about a second");
     about->callback([isCheck, &action] {

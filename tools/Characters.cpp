@@ -3,8 +3,8 @@
 namespace Tool {
 namespace {
 
-// RFC 3629, section 3: how many bytes a character takes that begins with `lead`; 0 for a byte that
-// begins none.
+// RFC 3629, section 3: the length of a character that begins with `lead`; 0 for a byte that cannot
+// begin one.
 std::size_t LengthOf(unsigned char lead)
 {
     if (lead < 0x80)

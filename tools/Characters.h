@@ -4,7 +4,7 @@
 
 namespace Tool {
 
-/// A character of UTF-8, or a byte that is none.
+/// A UTF-8 character, or a byte that does not belong to one.
 struct Character {
     char32_t code;
     bool isValid;

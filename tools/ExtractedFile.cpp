@@ -37,7 +37,7 @@ void ExtractedFile::Write(std::string_view bytes)
     }
 }
 
-// A link, unlike a new name, replaces nothing.
+// Unlike rename(), link() replaces nothing.
 void ExtractedFile::Commit()
 {
     if (::linkat(m_directory.Get(), m_temporaryName.c_str(), m_directory.Get(), m_name.c_str(),

@@ -19,7 +19,7 @@ public:
 
     void Write(std::string_view bytes);
 
-    /// Gives the file its name. Throws a `Failure` when there is something of that name.
+    /// Gives the file its name. Throws a `Failure` when the name is taken.
     void Commit();
 
 private:

@@ -8,7 +8,8 @@
 
 namespace Tool {
 
-/// What a program does not see in an INI file, or sees otherwise than its author may think.
+/// Something in an INI file that a program ignores, or reads differently than its author may
+/// expect.
 struct IniFinding {
     std::size_t line; ///< From 1 on.
     std::string text; ///< In visible characters.

@@ -106,7 +106,7 @@ void AddIniCommand(CLI::App& app, Action& action)
     CLI::App* const get = Add(*ini, "get", "Print one value", options, action, Get);
     get->add_option("section", options->section, "Name of the section")->required();
     get->add_option("key", options->key, "Name of the key")->required();
-    Add(*ini, "check", "Report what a program does not see in the file", options, action, Check);
+    Add(*ini, "check", "Report what a program ignores or may misread", options, action, Check);
 }
 
 } // namespace Tool

@@ -22,7 +22,7 @@ public:
     /// The path for this process.
     const std::string& Path() const { return m_path; }
 
-    /// What the user called it.
+    /// The path as the user gave it, for messages.
     const std::string& Shown() const { return m_argument; }
 
 private:

@@ -39,7 +39,7 @@ int Send(const Options& options, Output&)
         return ExitGood;
     const bool isServed = IPCClient::IsServed(service);
     std::cerr << "toolkit: not delivered: "
-              << (isServed ? "the server does not take it" : "no server listens at ")
+              << (isServed ? "the server refuses it" : "no server listens at ")
               << (isServed ? "" : VisibleText(UTF8::ToUTF8(IPCServer::GetSocketPath(service))))
               << '\n';
     return ExitNo;
@@ -93,9 +93,9 @@ void AddIpcCommand(CLI::App& app, Action& action)
     send->add_option("text", options->text, "The message")->required();
 
     CLI::App* const listen =
-        Add(*ipc, "listen", "Be a service and print what is sent to it", options, action, Listen);
+        Add(*ipc, "listen", "Run a service and print its messages", options, action, Listen);
     AddService(*listen, *options);
-    listen->add_option("-n,--count", options->count, "End after so many messages");
+    listen->add_option("-n,--count", options->count, "Exit after this many messages");
 
     Add(*ipc, "list", "List the sockets of this user, live and stale", options, action, List);
 }

@@ -28,7 +28,7 @@ private:
     IpcListener& m_listener;
 };
 
-// Looks whether a signal has come or the reader has gone.
+// Checks whether a signal has come or the reader has gone.
 class Watch : public wxTimer {
 public:
     explicit Watch(IpcListener& listener) : m_listener(listener)

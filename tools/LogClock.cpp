@@ -9,8 +9,8 @@ namespace {
 constexpr WallTime c_msPerSecond = 1000;
 constexpr WallTime c_nsPerMs = 1000000;
 
-// How long after its tick count was read a line is in the file, at most, and how much a clock may
-// have been set meanwhile.
+// The longest time between reading a line's tick count and writing the line, plus any adjustment of
+// the clock meanwhile.
 constexpr WallTime c_toleranceMs = 3000;
 
 // Tick counts up to this much after the newest one are lines that came later.
@@ -28,7 +28,7 @@ WallTime Now(clockid_t clock)
     return Milliseconds(time);
 }
 
-// How long the machine has slept since its start; ticks stand still meanwhile.
+// How long the machine has slept since it started; ticks do not advance while it sleeps.
 WallTime SleptMs()
 {
 #ifdef CLOCK_BOOTTIME

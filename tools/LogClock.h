@@ -11,18 +11,18 @@ namespace Tool {
 /// Milliseconds since 1970.
 using WallTime = std::int64_t;
 
-/// Works out the time of day from the tick counts of a log, which are milliseconds since the start
-/// of the machine.
+/// Works out the time of day from the tick counts of a log, which are milliseconds since the
+/// machine started.
 class LogClock {
 public:
     /// Knows no time.
     LogClock() = default;
 
-    /// Knows the time when the log's newest line fits to the time at which the file was last
-    /// written, on this machine since its start.
+    /// Knows the time when the log's newest line matches the time at which the file was last
+    /// written, on this machine since it started.
     LogClock(std::uint32_t newestTick, const struct stat& file);
 
-    /// Nothing where it is not known.
+    /// Empty when the time is not known.
     std::optional<WallTime> TimeOf(std::uint32_t tick) const;
 
 private:

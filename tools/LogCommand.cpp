@@ -112,8 +112,7 @@ int Run(const Options& options, Output& output)
 
 void AddLogCommand(CLI::App& app, Action& action)
 {
-    CLI::App* const log =
-        app.add_subcommand("log", "Print a log in the order of time, or list the logs");
+    CLI::App* const log = app.add_subcommand("log", "Print a log in time order, or list the logs");
     const auto options = std::make_shared<Options>();
     log->add_option("log", options->log,
                     "Path of a file, name of a logger, or - for standard input; without it, list "
@@ -127,8 +126,8 @@ void AddLogCommand(CLI::App& app, Action& action)
     log->add_option("-t,--text", options->text, "Only lines whose message contains this text");
     log->add_option("-e,--regex", options->pattern,
                     "Only lines whose message this regular expression matches");
-    log->add_flag("-F,--follow", options->isFollowing, "Go on with what is written meanwhile");
-    log->add_flag("-j,--json", options->isJson, "Print a JSON object on a line each");
+    log->add_flag("-F,--follow", options->isFollowing, "Keep printing new lines");
+    log->add_flag("-j,--json", options->isJson, "Print each line as a JSON object");
     log->callback([options, &action] {
         action = [options](Output& output) { return Run(*options, output); };
     });

@@ -6,8 +6,8 @@
 
 namespace Tool {
 
-/// The log files of one name: "name.qvlog", and "name-1234.qvlog" where a logger could not have
-/// that.
+/// The log files of one name: "name.qvlog", and "name-1234.qvlog" when a logger could not use the
+/// first.
 struct LogName {
     std::string directory;
     std::string name; ///< Empty for a single file with a name of another form.
@@ -25,14 +25,14 @@ struct LogFileEntry {
 /// The name that `argument` means: a path, or the name of a logger of this user.
 LogName NameOfLog(const std::string& argument);
 
-/// The file that `argument` means: the path that it is, or of the files of that name the one that
-/// was written last. Throws a `Failure` when there is none.
+/// The file that `argument` means: that path, or the most recently written file of that name.
+/// Throws a `Failure` when there is none.
 std::string PathOfLog(const std::string& argument);
 
-/// The existing files of that name, the one that was written last first.
+/// The existing files of that name, the most recently written first.
 std::vector<LogFileEntry> FilesOfLog(const LogName& name);
 
-/// The log files of this user, the one that was written last first.
+/// The log files of this user, the most recently written first.
 std::vector<LogFileEntry> FilesOfUser();
 
 } // namespace Tool

@@ -21,7 +21,7 @@ public:
     /// Lines with this text in their message.
     void SetText(const std::string& text) { m_text = text; }
 
-    /// Lines whose message this regular expression matches. Throws a `Failure` when it is none.
+    /// Lines whose message this regular expression matches. Throws a `Failure` when it is invalid.
     void SetPattern(const std::string& pattern) { m_pattern.emplace(pattern); }
 
     bool Accepts(const LogRecord& record) const;

@@ -9,12 +9,12 @@ namespace {
 
 constexpr std::size_t c_headLength = 64;
 
-// By how much a line may be older than one before it: threads that have read the time may wait.
+// By how much a line may be older than the one before it: a thread may wait after reading the time.
 constexpr std::int64_t c_longestDelayMs = 1000;
 constexpr std::int64_t c_longestDelaySeconds = 2;
 
-// The time of a file advances in steps of some milliseconds; within one step it may be written
-// again.
+// File times advance in steps of a few milliseconds; a second write within one step does not change
+// them.
 constexpr double c_restSeconds = 0.1;
 
 bool IsSameTime(const timespec& one, const timespec& other)
@@ -103,8 +103,8 @@ void LogFollower::KeepHead(std::string head)
     m_head.resize(std::min(m_head.size(), static_cast<std::size_t>(m_position)));
 }
 
-// Prints the lines from m_position on that are newer than what has been printed. A line counts
-// only when the one after it is known: it may be followed by the rest of an old one.
+// Prints the lines from m_position on that are newer than what has been printed. Prints a line only
+// when the one after it is known, because the rest of an old line may follow it.
 void LogFollower::PrintNew(const struct stat& status)
 {
     LogReader reader(m_file.Get(), m_position, status.st_size);
@@ -150,9 +150,9 @@ void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
     m_unconfirmed.clear();
 }
 
-// The last new text. Where the file has grown it is whole up to its last line feed. Elsewhere older
-// lines follow: its last line may be the rest of one, and it is whole when it is the same at the
-// next call.
+// Handles the last new text. If the file has grown, the text is complete up to its last line feed.
+// Otherwise older lines follow, and its last line may be the rest of one: the text is complete when
+// it is the same at the next call.
 void LogFollower::Settle(Candidate candidate, const struct stat& status)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());

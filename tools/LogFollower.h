@@ -18,15 +18,15 @@ struct LogPosition {
     std::optional<std::uint32_t> newestTick;
 };
 
-/// How a file begins; a wrap changes that first.
+/// The first bytes of a file, which a wrap changes first.
 std::string ReadHead(int file);
 
-/// Prints the lines that come to one log file, which may wrap around or be truncated.
+/// Prints the lines that are added to one log file, which may wrap around or be truncated.
 class LogFollower {
 public:
     LogFollower(Descriptor file, const LogPosition& position, LogPrinter& printer);
 
-    /// Prints what has come since the last call.
+    /// Prints what was written since the last call.
     void Poll();
 
     ino_t Inode() const { return m_inode; }

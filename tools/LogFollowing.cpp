@@ -23,7 +23,7 @@ public:
         : m_name(std::move(name)), m_printer(printer)
     {
         m_followers.push_back(std::move(first));
-        // What they hold already is no news.
+        // Their present contents are not printed.
         for (const LogFileEntry& file : known)
             Add(file, false);
     }
@@ -55,7 +55,7 @@ private:
             return;
         const LogPosition position = isNew ? LogPosition() : FindPosition(file.Get());
         if (isNew)
-            std::cerr << "toolkit: the log goes on in " << VisibleText(entry.path) << std::endl;
+            std::cerr << "toolkit: the log continues in " << VisibleText(entry.path) << std::endl;
         m_followers.emplace_back(std::move(file), position, m_printer);
     }
 

@@ -22,7 +22,7 @@ constexpr std::size_t c_longestLogLineBegin = 32;
 /// Whether `text` begins like a line, and not like the rest of one.
 bool BeginsLogLine(std::string_view text);
 
-/// The parts of `line`; nothing when it has not the form of a line.
+/// The parts of `line`; empty when it does not have the form of a log line.
 std::optional<LogHeader> ParseLogHeader(std::string_view line);
 
 } // namespace Tool

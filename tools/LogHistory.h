@@ -4,10 +4,11 @@
 
 namespace Tool {
 
-/// Prints the lines of a log file in the order of time, and returns where the next one comes.
+/// Prints the lines of a log file in the order of time, and returns where the next one will be
+/// written.
 LogPosition PrintHistory(int file, LogPrinter& printer);
 
-/// Where the next line of a log file comes.
+/// Where the next line of a log file will be written.
 LogPosition FindPosition(int file);
 
 } // namespace Tool

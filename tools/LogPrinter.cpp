@@ -89,7 +89,7 @@ void LogPrinter::PrintTime(const LogHeader& header)
     m_output.Write(" ");
 }
 
-// Lines of one second share the text, because the conversion takes longer than all the rest.
+// Lines of one second share the string, because the conversion takes longer than everything else.
 const std::string& LogPrinter::SecondOf(WallTime time)
 {
     const std::time_t second = time / c_msPerSecond;

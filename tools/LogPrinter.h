@@ -14,7 +14,7 @@ class LogPrinter {
 public:
     enum class Form {
         Text, ///< In columns on a terminal; otherwise with one space between the parts.
-        Json, ///< An object on a line each.
+        Json, ///< One object per line.
     };
 
     LogPrinter(Output& output, const LogFilter& filter, Form form);
@@ -45,7 +45,7 @@ private:
     unsigned long long m_count = 0;
     WallTime m_second = -1;   // that m_secondText shows
     std::string m_secondText; // "2009-03-05 06:04:09"
-    std::string m_place;      // kept for its memory
+    std::string m_place;      // a member to reuse its memory
 };
 
 } // namespace Tool

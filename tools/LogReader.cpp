@@ -35,7 +35,7 @@ bool LogReader::Read(LogRecord& record)
     return true;
 }
 
-// Reads on, which moves the rest to the beginning of the buffer; false at the end.
+// Moves the rest to the beginning of the buffer and reads more; false at the end.
 bool LogReader::Fill()
 {
     std::memmove(m_buffer.data(), m_buffer.data() + m_used, m_filled - m_used);

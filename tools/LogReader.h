@@ -10,8 +10,8 @@
 
 namespace Tool {
 
-/// A line of a log with the lines of its message that follow it. What it points to is valid until
-/// the next one is read.
+/// A line of a log with the lines of its message that follow it. Its text is valid until the
+/// next record is read.
 struct LogRecord {
     off_t offset = 0;
     std::string_view text;           ///< Without the last line feed.
@@ -20,7 +20,7 @@ struct LogRecord {
 };
 
 /// Reads the records in a range of a file, in the order of the file and in constant memory: text
-/// of more than 1 MiB without a line that begins comes in pieces.
+/// of more than 1 MiB without the beginning of a line comes in pieces.
 class LogReader {
 public:
     /// Reads from `begin` to `end`. `file` stays the caller's.

@@ -5,13 +5,13 @@
 namespace Tool {
 namespace {
 
-// A thread that has read the time may wait before it writes, but not as long as this.
+// A thread may wait between reading the time and writing, but not as long as this.
 constexpr std::int64_t c_longestDelayMs = 1000;
 
 // Most wait less than this. A shorter step back is a seam only if a line was cut there.
 constexpr std::int64_t c_usualDelayMs = 100;
 
-// Far more than there are rounds whose rests can be in a file.
+// Far more than the rounds that can leave a rest in one file.
 constexpr std::size_t c_mostSeams = 64;
 
 // From -2^31 to 2^31 - 1: the count wraps around at 2^32.
@@ -57,7 +57,7 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
         m_clear.push_back(seam);
 }
 
-// The first in the file first.
+// In the order of the file.
 std::vector<LogSeams::Seam> LogSeams::Seams() const
 {
     if (!m_hasTick)

@@ -18,7 +18,7 @@ struct LogPart {
 /// Finds where the newest line of a log that wraps around in place is followed by an older one.
 ///
 /// At such a seam the tick count steps back, by about as much as it steps forward in a whole round.
-/// Lines of several threads step back too, but by less: the file is taken as a ring, and the
+/// Lines of several threads step back too, but by less: the file is treated as a ring, and the
 /// widest step back, from the last line to the first included, is the seam. Where a round was
 /// shorter than the one before it, the rest of that one makes a further seam.
 class LogSeams {
@@ -29,7 +29,7 @@ public:
     /// The parts of a file of `length` bytes, the oldest first.
     std::vector<LogPart> PartsInOrder(off_t length) const;
 
-    /// The tick count of the newest line; nothing when no line has one.
+    /// The tick count of the newest line; empty when no line has one.
     std::optional<std::uint32_t> NewestTick() const;
 
 private:

@@ -21,7 +21,7 @@ void Complain(const std::string& message)
     std::cerr << "toolkit: " << VisibleText(message) << '\n';
 }
 
-// The text is ours but for the arguments that it quotes.
+// The message is ours, except for the arguments that it quotes.
 std::string VisibleLines(const std::string& text)
 {
     std::istringstream lines(text);
@@ -31,7 +31,7 @@ std::string VisibleLines(const std::string& text)
     return result;
 }
 
-// For help and version too, which CLI11 reports like errors.
+// Also handles help and version, which CLI11 reports like errors.
 int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
 {
     std::ostringstream output;
@@ -46,7 +46,7 @@ int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
     return code == 0 ? ExitGood : ExitError;
 }
 
-// Ends like a program that does not know what SIGPIPE is.
+// Ends like a program that does not handle SIGPIPE.
 int EndByBrokenPipe()
 {
     std::signal(SIGPIPE, SIG_DFL);
@@ -73,11 +73,12 @@ try {
 int Run(int argc, char** argv)
 {
     std::setlocale(LC_CTYPE, "");
-    // A reader that goes away is an error of the write, after which all is tidied up.
+    // A closed pipe then shows as a failed write, after which everything is cleaned up.
     std::signal(SIGPIPE, SIG_IGN);
 
     Action action;
-    CLI::App app("Looks into what programs write and use that are built on Toolkit.", "toolkit");
+    CLI::App app("Inspects the logs, settings, archives and sockets of programs built on Toolkit.",
+                 "toolkit");
     app.require_subcommand(1);
     app.set_version_flag(
         "--version",

@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-/// Thrown when whoever reads standard output has gone.
+/// Thrown when the reader of standard output has gone.
 class BrokenPipe : public std::exception {
 public:
     const char* what() const noexcept override { return "broken pipe"; }
@@ -29,16 +29,16 @@ public:
     /// Whether the output is a terminal that shows colours, and NO_COLOR is not set.
     bool HasColours() const { return m_hasColours; }
 
-    /// Writes `text`, sooner or later. Throws `BrokenPipe`, or `Failure` when it cannot.
+    /// Writes `text`, possibly later. Throws `BrokenPipe`, or `Failure` when it cannot.
     void Write(std::string_view text);
 
-    /// The same in colour, where there are colours.
+    /// The same in colour, if the output shows colours.
     void Write(std::string_view text, Colour colour);
 
-    /// Writes `text`, which is foreign, with its control characters made visible.
+    /// Writes `text` from elsewhere, with its control characters made visible.
     void WriteVisible(std::string_view text);
 
-    /// Writes what is not written yet.
+    /// Writes everything that is still waiting.
     void Flush();
 
     /// Waits `timeoutMs` milliseconds, or until a signal comes. Throws `BrokenPipe` as soon as

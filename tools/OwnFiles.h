@@ -11,7 +11,7 @@ constexpr const char* c_temporaryDirectory = "/tmp";
 
 enum class FileKind { Regular, Socket };
 
-/// The paths of this user's files of a kind with that extension there, in the order of their names.
+/// The paths of this user's files of that kind and extension there, sorted by name.
 std::vector<std::string> OwnFilesInTemporaryDirectory(std::string_view extension, FileKind kind);
 
 } // namespace Tool

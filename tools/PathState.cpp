@@ -26,7 +26,7 @@ PathState StateOfMissing(const std::string& path, PathUse use)
 {
     if (use == PathUse::Read || IsWritable(ExistingParent(path)))
         return {true, "missing"};
-    return {false, "missing, and cannot be made"};
+    return {false, "missing, and cannot be created"};
 }
 
 PathState StateOfOwn(const std::string& path, const struct stat& status)

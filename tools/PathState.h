@@ -17,7 +17,7 @@ struct PathState {
     std::string text; ///< Such as "missing" or "not writable".
 };
 
-/// What is wrong with the path. What is missing is good where it can be made.
+/// What is wrong with the path. A missing path is good if it can be created.
 PathState StateOf(const std::string& path, PathUse use);
 
 } // namespace Tool

@@ -24,7 +24,7 @@ namespace {
 
 using Text = TString<wchar_t>;
 
-// A name without "/" is searched for along PATH, like the shell does.
+// A name without "/" is searched for along PATH, as the shell does.
 std::string FindProgram(const std::string& program)
 {
     if (program.find('/') != std::string::npos)
@@ -40,7 +40,7 @@ std::string FindProgram(const std::string& program)
     throw Failure("there is no program " + program);
 }
 
-// As the program itself finds it: without links.
+// With links resolved, as the program itself finds it.
 Text ExecutableOf(const std::string& program)
 {
     std::error_code error;
@@ -121,7 +121,7 @@ void AddPathsCommand(CLI::App& app, Action& action)
         app.add_subcommand("paths", "Print the directories and files that a program uses");
     const auto program = std::make_shared<std::string>("/proc/self/exe");
     paths->add_option("program", *program,
-                      "Path of the program, or its name along PATH; this command without it");
+                      "Path of the program, or its name along PATH; without it, this command");
     paths->callback([program, &action] {
         action = [program](Output& output) { return Run(*program, output); };
     });

@@ -9,10 +9,10 @@ namespace Tool {
 /// A regular expression, compiled once and searched in many texts.
 class Pattern {
 public:
-    /// Throws a `Failure` when `pattern` is none.
+    /// Throws a `Failure` when `pattern` is invalid.
     explicit Pattern(const std::string& pattern);
 
-    /// Searches in the visible form of `text`, which may have any bytes. Throws a `Failure` when
+    /// Searches in the visible form of `text`, which may contain any bytes. Throws a `Failure` when
     /// the search takes too many steps.
     bool Matches(std::string_view text) const;
 

@@ -97,7 +97,7 @@ bool ChecksThreads()
     return worker.Run() && worker.Wait() == reinterpret_cast<wxThread::ExitCode>(7);
 }
 
-// A logger that is stopped writes its queue.
+// Stopping a logger writes its queue.
 bool ChecksLog()
 {
     constexpr unsigned int limit = 1000;

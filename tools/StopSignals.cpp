@@ -21,7 +21,7 @@ void Handle(int signal, void (*handler)(int), int flags)
 
 } // namespace
 
-// Calls that wait are interrupted: none is restarted.
+// Without SA_RESTART, so that signals interrupt calls that wait.
 StopSignals::StopSignals()
 {
     for (const int signal : c_signals)

@@ -2,8 +2,8 @@
 
 namespace Tool {
 
-/// Copies what comes from `source` to a file without a name, which goes with its descriptor; the
-/// result is that descriptor. Throws a `Failure`.
+/// Copies everything from `source` to a file without a name and returns its descriptor; closing
+/// that removes the file. Throws a `Failure`.
 int SpoolToFile(int source);
 
 } // namespace Tool

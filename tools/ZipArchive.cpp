@@ -45,7 +45,7 @@ ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
     const int all = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
     if (all < 0 || (all == 0 && !IsEmptyArchive(path)))
         throw Failure(path + " is no Zip archive");
-    // To list again, open again.
+    // Listing again needs opening again.
     m_archive.Open(WideArgument(path));
     m_archive.EntriesList(m_entries, WideArgument(selection.filter), selection.type);
 }

@@ -19,13 +19,13 @@ class ZipArchive {
 public:
     using Entry = Toolkit::smart_ptr<Toolkit::ArchiveZipEntry>;
 
-    /// Throws a `Failure` when `path` is no archive that can be read.
+    /// Throws a `Failure` when `path` is not a readable archive.
     ZipArchive(const std::string& path, const ZipSelection& selection);
 
     const Toolkit::ArchiveZip::EntriesMap& Entries() const { return m_entries; }
 
     /// Calls `take` with the bytes of an entry, block by block. Throws a `Failure` when the entry
-    /// is encrypted or damaged; what came before the damage has been taken then.
+    /// is encrypted or damaged; `take` has then received what came before the damage.
     void Read(const Entry& entry, const std::function<void(std::string_view)>& take);
 
 private:

@@ -152,7 +152,8 @@ void AddZipCommand(CLI::App& app, Action& action)
     AddSelection(*search, options->selection);
 
     CLI::App* const extract = Add(*zip, "extract", "Extract the entries", options, action, Extract);
-    extract->add_option("directory", options->directory, "Where to; this directory without it");
+    extract->add_option("directory", options->directory,
+                        "Target directory; without it, this directory");
     extract->add_option("--limit", options->limit,
                         "The most bytes to write in total; without it, 1 GiB");
     AddSelection(*extract, options->selection);

@@ -15,7 +15,7 @@ struct StoredZipEntry {
 
 /// The entries in the directory of an archive. Throws a `Failure` when the file cannot be read.
 ///
-/// Nothing for an archive of more than 65535 entries or 4 GiB, whose directory has another form.
+/// Empty for an archive of more than 65535 entries or 4 GiB, whose directory has another form.
 std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path);
 
 } // namespace Tool

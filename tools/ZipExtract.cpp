@@ -66,8 +66,7 @@ void RequireHarmless(const ZipArchive& archive, const std::string& path)
     }
 }
 
-// Opens the directory `name` in `parent`, which is created when it is missing. Links are not
-// followed.
+// Opens the directory `name` in `parent`, or creates it when it is missing. Follows no links.
 Descriptor EnterDirectory(const Descriptor& parent, const std::string& name)
 {
     if (::mkdirat(parent.Get(), name.c_str(), c_permissions) != 0 && errno != EEXIST)

@@ -1,12 +1,12 @@
 # fish completion for toolkit
 
-# Whether the words of the command line begin so, and nothing follows yet.
+# Whether the command line has exactly these words so far.
 function __toolkit_at
     set -l words (commandline -opc)
     test "$words[2..]" = "$argv"
 end
 
-# Whether the words of the command line begin so.
+# Whether the command line begins with these words.
 function __toolkit_in
     set -l words (commandline -opc)
     set -l last (math 1 + (count $argv))
@@ -22,18 +22,18 @@ end
 
 complete -c toolkit -l help -d 'Print the usage'
 complete -c toolkit -n '__toolkit_at' -l version -d 'Print the version'
-complete -c toolkit -n '__toolkit_at' -f -a log -d 'Print a log in the order of time'
+complete -c toolkit -n '__toolkit_at' -f -a log -d 'Print a log in time order'
 complete -c toolkit -n '__toolkit_at' -f -a ini -d 'Look into an INI file'
 complete -c toolkit -n '__toolkit_at' -f -a zip -d 'Look into a Zip archive'
 complete -c toolkit -n '__toolkit_at' -f -a ipc -d 'Send and receive local messages'
 complete -c toolkit -n '__toolkit_at' -f -a paths -d 'Print the paths that a program uses'
-complete -c toolkit -n '__toolkit_at' -f -a about -d 'Print what the library is made of'
+complete -c toolkit -n '__toolkit_at' -f -a about -d 'Print versions, or test the library'
 
 complete -c toolkit -n '__toolkit_in log' -s s -l severity -x -a 'error warning info debug verbose' -d 'Only lines at least as severe'
 complete -c toolkit -n '__toolkit_in log' -s f -l function -x -d 'Only lines of this function'
 complete -c toolkit -n '__toolkit_in log' -s t -l text -x -d 'Only lines with this text'
 complete -c toolkit -n '__toolkit_in log' -s e -l regex -x -d 'Only lines that match'
-complete -c toolkit -n '__toolkit_in log' -s F -l follow -d 'Go on with what is written meanwhile'
+complete -c toolkit -n '__toolkit_in log' -s F -l follow -d 'Keep printing new lines'
 complete -c toolkit -n '__toolkit_in log' -s j -l json -d 'Print JSON'
 complete -c toolkit -n '__toolkit_in log' -a '(__toolkit_loggers)'
 
@@ -42,9 +42,9 @@ complete -c toolkit -n '__toolkit_at zip' -f -a 'list cat search extract'
 complete -c toolkit -n '__toolkit_at ipc' -f -a 'send listen list'
 
 for command in list search extract
-    complete -c toolkit -n "__toolkit_in zip $command" -l filter -x -d 'Only names that begin so'
+    complete -c toolkit -n "__toolkit_in zip $command" -l filter -x -d 'Only names that begin with this'
     complete -c toolkit -n "__toolkit_in zip $command" -l type -x -a 'all files directories' -d 'Only entries of this type'
 end
 complete -c toolkit -n '__toolkit_in zip extract' -l limit -x -d 'The most bytes to write'
-complete -c toolkit -n '__toolkit_in ipc listen' -s n -l count -x -d 'End after so many messages'
+complete -c toolkit -n '__toolkit_in ipc listen' -s n -l count -x -d 'Exit after this many messages'
 complete -c toolkit -n '__toolkit_in about' -s c -l check -d 'Test the library'
