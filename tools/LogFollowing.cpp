@@ -35,7 +35,7 @@ public:
         m_followers.remove_if([](const LogFollower& follower) { return follower.IsRemoved(); });
     }
 
-    // Finds files that a logger has begun meanwhile.
+    // Finds files that a logger has created since the last scan.
     void Scan()
     {
         for (const LogFileEntry& file : FilesOfLog(m_name))

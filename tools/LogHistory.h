@@ -4,7 +4,7 @@
 
 namespace Tool {
 
-/// Prints the lines of a log file in the order of time, and returns where the next one will be
+/// Prints the lines of a log file in time order, and returns where the next one will be
 /// written.
 LogPosition PrintHistory(int file, LogPrinter& printer);
 

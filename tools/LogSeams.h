@@ -20,7 +20,7 @@ struct LogPart {
 /// At such a seam the tick count steps back, by about as much as it steps forward in a whole round.
 /// Lines of several threads step back too, but by less: the file is treated as a ring, and the
 /// widest step back, from the last line to the first included, is the seam. Where a round was
-/// shorter than the one before it, the rest of that one makes a further seam.
+/// shorter than the one before it, the rest of that one makes another seam.
 class LogSeams {
 public:
     /// Adds the next record of the file.

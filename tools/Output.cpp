@@ -68,7 +68,7 @@ void Output::Flush()
 
 void Output::Sleep(int timeoutMs) const
 {
-    // Errors are reported without being asked for.
+    // poll() reports errors even though `events` asks for none.
     pollfd output{STDOUT_FILENO, 0, 0};
     if (::poll(&output, 1, timeoutMs) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0)
         throw BrokenPipe();
