@@ -114,6 +114,16 @@ TEST_F(PathManagerProgramTest, ReturnsThePathsThatAnotherProgramHas)
     EXPECT_FALSE(std::filesystem::exists(Path("home/.tool")));
 }
 
+TEST_F(PathManagerProgramTest, ReturnsThePathsThatAHiddenProgramHas)
+{
+    Paths expected = Run("bin/.tool", {});
+    expected["data directory"] = Path("share/other");
+    expected["user's directory"] = Path("home/.other");
+
+    EXPECT_EQ(expected["ressources"], Path("share/.tool/ressources"));
+    EXPECT_EQ(Run("bin/other", {Path("bin/.tool")}), expected);
+}
+
 TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtension)
 {
     const std::pair<const char*, const char*> cases[] = {

@@ -89,14 +89,13 @@ PathManager::PathManager() : m_pathSeparator(NativeSeparator())
 PathManager::PathManager(const TString<wchar_t>& executable) : m_pathSeparator(NativeSeparator())
 {
     LocateApplication(executable);
+    const TString<wchar_t> name = StandardPaths::NameOf(executable);
     m_documentsPath = StandardPaths::DocumentsDirectory();
-    m_configurationPath = Join(FallbackPaths::DataDirectory(executable, m_applicationName),
-                               c_strConfigurationFolderName);
-    const TString<wchar_t> resources =
-        FallbackPaths::ResourcesDirectory(executable, m_applicationName);
+    m_configurationPath =
+        Join(FallbackPaths::DataDirectory(executable, name), c_strConfigurationFolderName);
+    const TString<wchar_t> resources = FallbackPaths::ResourcesDirectory(executable, name);
     m_ressourcesPath = Join(resources, c_strRessourcesFolderName);
-    m_applicationDataPath =
-        Join(FallbackPaths::UserLocalDataDirectory(m_applicationName), m_applicationName);
+    m_applicationDataPath = Join(FallbackPaths::UserLocalDataDirectory(name), m_applicationName);
     m_appearancesPath = Join(resources, c_strAppearancesFolderName);
     RebuildDependentPathes();
     m_applicationUniqueName = MakeUniqueName();

@@ -12,6 +12,10 @@ namespace Toolkit::StandardPaths {
 /// The full path of the running executable; empty when unknown.
 TString<wchar_t> ExecutablePath();
 
+/// What the directories append for the program `executable` when wxApp has no name for it: ".tool"
+/// for a hidden program, whose application name is empty.
+TString<wchar_t> NameOf(const TString<wchar_t>& executable);
+
 TString<wchar_t> DataDirectory();
 TString<wchar_t> ResourcesDirectory();
 TString<wchar_t> UserLocalDataDirectory();

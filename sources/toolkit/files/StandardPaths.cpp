@@ -19,20 +19,12 @@
 namespace Toolkit::StandardPaths {
 namespace {
 
-TString<wchar_t> NameOfExecutable()
-{
-    wxString name;
-    wxFileName::SplitPath(Framework::ToWxString(Base::GetExecutablePath()), nullptr, &name,
-                          nullptr);
-    return Framework::ToText(name);
-}
-
 // What wxStandardPaths appends to a directory.
 TString<wchar_t> ApplicationName()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();
     if (!application || application->GetAppName().empty())
-        return NameOfExecutable();
+        return NameOf(Base::GetExecutablePath());
     const wxStandardPaths& paths = wxStandardPaths::Get();
     wxString name;
     if (paths.UsesAppInfo(wxStandardPaths::AppInfo_VendorName))
@@ -78,6 +70,13 @@ TString<wchar_t> ExecutablePath()
     return path.empty() && wxAppConsole::GetInstance()
                ? Framework::ToText(wxStandardPaths::Get().GetExecutablePath())
                : path;
+}
+
+TString<wchar_t> NameOf(const TString<wchar_t>& executable)
+{
+    wxString name;
+    wxFileName::SplitPath(Framework::ToWxString(executable), nullptr, &name, nullptr);
+    return Framework::ToText(name);
 }
 
 TString<wchar_t> DataDirectory()
