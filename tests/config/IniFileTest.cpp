@@ -365,6 +365,21 @@ TEST_F(IniFileTest, LeavesOutAllSettingsWhenOutOfMemory)
     EXPECT_EQ(Value(ini, section, L"a key that is long"), std::wstring(50, L'v'));
 }
 
+TEST_F(IniFileTest, LogsAFileThatDoesNotFitIntoMemory)
+{
+    const TString<wchar_t> path =
+        m_directory.WriteFile(L"large.ini", "[Main]\nn=1\n;" + std::string(1'000'000, 'x'));
+    const CapturedLog log;
+    IniFile ini = Load("");
+    {
+        const TestSupport::AllocationLimit limit(100'000);
+        EXPECT_FALSE(ini.Parse(path));
+    }
+    EXPECT_FALSE(ini.HasSection(L"Main"));
+    EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityError, 64, L"Parse",
+                                                   L"Unable to open file : " + path)));
+}
+
 TEST_F(IniFileTest, ListsNoKeysWhenOutOfMemory)
 {
     const IniFile ini = Load("[Main]\na=1\n" + std::string(200, 'k') + "=2\n");

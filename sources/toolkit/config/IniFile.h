@@ -32,8 +32,8 @@ public:
     IniFile(const TString<wchar_t>& path);
 
     /// Replaces the settings with those of the file `path`. False, without settings, when the file
-    /// cannot be opened, which is logged as an error, or when out of memory, which is not logged.
-    /// IsLoaded() does not change.
+    /// cannot be read into memory, which is logged as an error, or when there is no memory for its
+    /// settings, which is not logged. IsLoaded() does not change.
     bool Parse(const TString<wchar_t>& path);
 
     /// Whether the file given at construction was read.

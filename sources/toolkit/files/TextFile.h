@@ -32,8 +32,8 @@ public:
     /// Reads the file `name` in place of the lines of another; false, with an empty list, when it
     /// cannot be read or decoded. A pipe is read to its end, and waited for like open(2) does.
     ///
-    /// A byte-order mark of UTF-8, UTF-16 or UTF-32 decides the encoding and is dropped. Without
-    /// one the file is UTF-8, or ISO 8859-1 when anything in it is not valid UTF-8.
+    /// A byte-order mark of UTF-16 or UTF-32 decides the encoding, and every mark is dropped. Any
+    /// other file is UTF-8, or ISO 8859-1 when anything in it is not valid UTF-8.
     bool Open(const TString<wchar_t>& name);
 
     /// Empties the list and leaves the file alone. Always true.
