@@ -211,7 +211,13 @@ private:
 };
 
 // Each this many calls have a seed of their own, so that what one of them does can be repeated.
-constexpr int c_callsPerSeed = 4'000;
+// Fewer under a sanitizer, where a call takes much longer.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int c_sample = 1'000;
+#else
+constexpr int c_sample = 4'000;
+#endif
+constexpr int c_callsPerSeed = c_sample;
 
 Call RandomCall(RandomPattern& random)
 {
@@ -236,7 +242,7 @@ void AddRandomCalls(Tally& tally, unsigned int firstSeed, bool hasRareConstructs
 
 TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
 {
-    const int rounds = TestSupport::SoakRounds(16'000, 800'000);
+    const int rounds = TestSupport::SoakRounds(4 * c_sample, 800'000);
     Tally tally;
     AddRandomCalls(tally, 1'000, false, rounds);
 
@@ -251,7 +257,7 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
 // condition or a repeated assertion leaves set, and where a search with (*COMMIT) begins.
 TEST(EngineDifferenceTest, DiffersRarelyInRareConstructs)
 {
-    const int rounds = TestSupport::SoakRounds(4'000, 200'000);
+    const int rounds = TestSupport::SoakRounds(c_sample, 200'000);
     Tally tally;
     AddRandomCalls(tally, 2'000, true, rounds);
 
