@@ -287,7 +287,8 @@ TEST(ArchitectureTest, ReadsNoSettings)
                 ElementsAre("config/IniFile.cpp"));
 }
 
-// A pattern that is not valid, and a thread for which wxWidgets cannot be started.
+// A pattern that is not valid, a thread for which wxWidgets cannot be started, and a directory for
+// whose name there is no memory.
 TEST(ArchitectureTest, OnlyListedSourcesThrow)
 {
     EXPECT_THAT(SourcesWith("\n *throw [^;]"),
