@@ -312,6 +312,8 @@ TEST(ThreadTest, CanBeKilledWhileItRuns)
     AwaitEnd(worker);
 }
 
+#ifndef __SANITIZE_THREAD__
+
 // Returns 0 when a thread was killed as soon as it had been started.
 int KillAtStart(bool throughBase)
 {
@@ -328,7 +330,8 @@ int KillAtStart(bool throughBase)
 }
 
 // wxWidgets ends a process that cancels a thread on its way to Entry(). Only the first thread of a
-// process is often slow enough.
+// process is often slow enough. Not under ThreadSanitizer: wxWidgets does not join a killed thread,
+// so nothing orders its last steps before the destructor of the object.
 TEST(ThreadDeathTest, CanBeKilledBeforeItsWorkBegins)
 {
     for (int i = 0; i < 20; ++i)
@@ -340,6 +343,7 @@ TEST(ThreadDeathTest, CanBeKilledThroughItsBaseBeforeItsWorkBegins)
     for (int i = 0; i < 20; ++i)
         EXPECT_EXIT(::_exit(KillAtStart(true)), testing::ExitedWithCode(0), "^$");
 }
+#endif
 
 TEST(ThreadTest, CannotBeKilledUnlessItRuns)
 {

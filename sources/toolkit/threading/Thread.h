@@ -52,7 +52,8 @@ public:
     ///
     /// The thread ends at its next cancellation point, see pthreads(7), by an unwinding of its
     /// stack. `DoWork()` must not stop that unwinding with a catch-all, nor reach a cancellation
-    /// point in a function that is noexcept, such as a destructor: the process would end.
+    /// point in a function that is noexcept, such as a destructor: the process would end. Nothing
+    /// waits for the unwinding: keep the object until the thread's own objects are destroyed.
     wxThreadError Kill();
 
     /// Suspends the calling thread for `ms` milliseconds.
