@@ -312,7 +312,77 @@ TEST(ThreadTest, CanBeKilledWhileItRuns)
     AwaitEnd(worker);
 }
 
-#ifndef __SANITIZE_THREAD__
+std::atomic<int> g_slowlyDestroyed{0};
+
+// Takes its time, so that a caller that does not wait for it is noticed. A thread that is being
+// cancelled is not cancelled again while it sleeps.
+struct DestroyedSlowly {
+    ~DestroyedSlowly()
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        ++g_slowlyDestroyed;
+    }
+};
+
+// Has no members, which the thread of a destroyed object could miss.
+class Endless : public Thread {
+public:
+    explicit Endless(std::latch& begun) : m_begun(begun) {}
+
+private:
+    int DoWork() override
+    {
+        const DestroyedSlowly local;
+        m_begun.count_down();
+        while (true)
+            ::pause();
+        return 0;
+    }
+
+    std::latch& m_begun;
+};
+
+TEST(ThreadTest, WaitsUntilTheObjectsOfAKilledThreadAreDestroyed)
+{
+    std::latch begun(1);
+    Endless thread(begun);
+    thread.Run();
+    begun.wait();
+    const int before = g_slowlyDestroyed;
+
+    EXPECT_EQ(thread.Kill(), wxTHREAD_NO_ERROR);
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(thread.Wait()), -1);
+    EXPECT_EQ(g_slowlyDestroyed, before + 1);
+}
+
+TEST(ThreadTest, IsDestroyedAfterTheObjectsOfItsKilledThread)
+{
+    const int before = g_slowlyDestroyed;
+    {
+        std::latch begun(1);
+        Endless thread(begun);
+        thread.Run();
+        begun.wait();
+        EXPECT_EQ(thread.Kill(), wxTHREAD_NO_ERROR);
+    }
+
+    EXPECT_EQ(g_slowlyDestroyed, before + 1);
+}
+
+TEST(ThreadTest, WaitsForTheThreadLocalObjectsOfAnEndedThread)
+{
+    Worker worker([](Worker&) {
+        thread_local const DestroyedSlowly object;
+        static_cast<void>(&object);
+        return 0;
+    });
+    const int before = g_slowlyDestroyed;
+    worker.Run();
+    AwaitEnd(worker);
+
+    EXPECT_EQ(worker.Wait(), nullptr);
+    EXPECT_EQ(g_slowlyDestroyed, before + 1);
+}
 
 // Returns 0 when a thread was killed as soon as it had been started.
 int KillAtStart(bool throughBase)
@@ -330,8 +400,7 @@ int KillAtStart(bool throughBase)
 }
 
 // wxWidgets ends a process that cancels a thread on its way to Entry(). Only the first thread of a
-// process is often slow enough. Not under ThreadSanitizer: wxWidgets does not join a killed thread,
-// so nothing orders its last steps before the destructor of the object.
+// process is often slow enough.
 TEST(ThreadDeathTest, CanBeKilledBeforeItsWorkBegins)
 {
     for (int i = 0; i < 20; ++i)
@@ -343,7 +412,6 @@ TEST(ThreadDeathTest, CanBeKilledThroughItsBaseBeforeItsWorkBegins)
     for (int i = 0; i < 20; ++i)
         EXPECT_EXIT(::_exit(KillAtStart(true)), testing::ExitedWithCode(0), "^$");
 }
-#endif
 
 TEST(ThreadTest, CannotBeKilledUnlessItRuns)
 {

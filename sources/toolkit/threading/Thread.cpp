@@ -144,7 +144,14 @@ bool Thread::IsRunning() const
 
 wxThread::ExitCode Thread::Wait()
 {
-    return IsRunning() && !IsCaller() ? wxThread::Wait() : nullptr;
+    if (!m_control->IsOfThisProcess() || IsCaller())
+        return nullptr;
+    if (wxThread::IsAlive())
+        return wxThread::Wait();
+    // wxWidgets takes it for ended before its thread-local objects are destroyed.
+    if (m_state == State::Started)
+        wxThread::Wait();
+    return nullptr;
 }
 
 bool Thread::IsPaused() const

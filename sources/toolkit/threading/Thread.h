@@ -52,8 +52,8 @@ public:
     ///
     /// The thread ends at its next cancellation point, see pthreads(7), by an unwinding of its
     /// stack. `DoWork()` must not stop that unwinding with a catch-all, nor reach a cancellation
-    /// point in a function that is noexcept, such as a destructor: the process would end. Nothing
-    /// waits for the unwinding: keep the object until the thread's own objects are destroyed.
+    /// point in a function that is noexcept, such as a destructor: the process would end. The call
+    /// does not wait for the unwinding; `Wait()` and the destructor do.
     wxThreadError Kill();
 
     /// Suspends the calling thread for `ms` milliseconds.
@@ -62,8 +62,9 @@ public:
     /// Whether the thread was started and has not ended.
     bool IsRunning() const;
 
-    /// Waits until a running thread ends and returns the result of `DoWork()`. Returns a null code
-    /// at once when the thread does not run, and on the thread itself.
+    /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
+    /// the thread was killed. A null code if the thread does not run, and on the thread itself.
+    /// After the call, the thread's own objects are destroyed, thread-local ones too.
     ExitCode Wait();
 
     bool IsPaused() const;
