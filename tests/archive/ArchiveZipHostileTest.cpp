@@ -67,9 +67,9 @@ TEST_F(ArchiveZipHostileTest, ReadsTheEntryAfterADamagedOne)
          {.name = "bad", .data = Deflated("x"), .content = "x", .method = 8, .checksum = 1}},
         {"no deflated bytes", {.name = "bad", .data = "\xFF\xFF\xFF\xFF", .method = 8}},
         {"method", {.name = "bad", .data = "bytes", .method = 99}},
-        {"data behind the end",
+        {"data after the end",
          {.name = "bad", .data = Deflated("x") + "junk", .content = "x", .method = 8}},
-        {"data behind the end, and a checksum",
+        {"data after the end, and a checksum",
          {.name = "bad", .data = Deflated("x") + "junk", .method = 8, .checksum = 1}},
         {"size", {.name = "bad", .data = "bytes", .size = 0x7FFFFFFF}},
         {"compressed size", {.name = "bad", .data = "bytes", .compressedSize = 0x7FFFFFFF}}};

@@ -121,7 +121,7 @@ TEST_F(CmdLineParserTest, FailsWithoutARequiredOption)
     EXPECT_FALSE(m_file->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, OnlyTheFirstTokenBehindAnOptionIsItsValue)
+TEST_F(CmdLineParserTest, OnlyTheFirstTokenAfterAnOptionIsItsValue)
 {
     EXPECT_TRUE(Parse({L"stray", L"-file", L"first", L"second", L"-v", L"yes", L"third"}));
     EXPECT_EQ(m_file->GetValue(), L"first");

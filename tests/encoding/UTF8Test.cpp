@@ -75,7 +75,7 @@ TEST(UTF8Test, DecodesInvalidBytesToTheEmptyText)
         SCOPED_TRACE(testing::PrintToString(bytes));
         EXPECT_EQ(UTF8::ToUNICODE(bytes), L"");
         EXPECT_EQ(UTF8::ToUNICODE("text before " + Narrow(bytes)), L"");
-        EXPECT_EQ(UTF8::ToUNICODE(Narrow(bytes) + " text behind"), L"");
+        EXPECT_EQ(UTF8::ToUNICODE(Narrow(bytes) + " text after"), L"");
     }
 }
 

@@ -9,11 +9,11 @@ namespace {
 // A part of a line without the spaces and tabs around it.
 std::string_view Trimmed(std::string_view text)
 {
-    constexpr const char* blanks = " \t";
-    const std::size_t begin = text.find_first_not_of(blanks);
+    constexpr const char* spacesAndTabs = " \t";
+    const std::size_t begin = text.find_first_not_of(spacesAndTabs);
     if (begin == std::string_view::npos)
         return {};
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+    return text.substr(begin, text.find_last_not_of(spacesAndTabs) + 1 - begin);
 }
 
 } // namespace
