@@ -21,12 +21,17 @@ def read_medians(directory):
     for path in sorted(pathlib.Path(directory).glob("*.json")):
         text = path.read_text()
         medians = subjects.setdefault(path.stem.removesuffix("Benchmark"), {})
-        for entry in json.loads(text)["benchmarks"] if text else []:
+        for entry in sorted(json.loads(text)["benchmarks"], key=place_in_source) if text else []:
             if entry.get("error_occurred"):
                 faults.append(f"{entry['name']}: {entry['error_message']}")
             elif entry.get("aggregate_name") == "median":
                 add_median(medians, entry)
     return subjects, faults
+
+
+def place_in_source(entry):
+    """A key that undoes the random order in which the benchmarks ran."""
+    return entry["family_index"], entry["per_family_instance_index"]
 
 
 def add_median(medians, entry):
