@@ -109,6 +109,21 @@ TEST(UTF8Test, DecodesSequencesAnywhereInALongText)
     }
 }
 
+TEST(UTF8Test, DecodesSequencesAfterAnyNumberOfAsciiCharacters)
+{
+    for (std::size_t ascii = 0; ascii <= 40; ++ascii) {
+        SCOPED_TRACE(ascii);
+        std::wstring wide;
+        std::string narrow;
+        while (wide.size() < 3000) {
+            wide += std::wstring(ascii, L'a') + L'\u00E9';
+            narrow += std::string(ascii, 'a') + "\xC3\xA9";
+        }
+        EXPECT_EQ(UTF8::ToUTF8(wide), narrow);
+        EXPECT_EQ(UTF8::ToUNICODE(narrow), wide);
+    }
+}
+
 TEST(UTF8Test, ReservesNoMoreThanTwiceTheRoomOfALongText)
 {
     std::string narrow(2000, 'a');
