@@ -1,6 +1,7 @@
 #include "ZipDirectory.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -11,70 +12,137 @@
 namespace Tool {
 namespace {
 
-// APPNOTE, 4.3.12 and 4.3.16.
+// APPNOTE, 4.3.12, 4.3.14, 4.3.15 and 4.3.16.
 constexpr std::string_view c_entrySignature = "PK\x01\x02";
+constexpr std::string_view c_wideEndSignature = "PK\x06\x06";
+constexpr std::string_view c_locatorSignature = "PK\x06\x07";
 constexpr std::string_view c_endSignature = "PK\x05\x06";
 constexpr std::size_t c_entryLength = 46;
+constexpr std::size_t c_wideEndLength = 56;
+constexpr std::size_t c_locatorLength = 20;
 constexpr std::size_t c_endLength = 22;
 constexpr std::size_t c_longestComment = 65535;
 
-std::size_t Number(std::string_view bytes, std::size_t at, int size)
+// What the end of an archive says of the directory.
+struct Directory {
+    std::uint64_t count;
+    std::uint64_t size;
+    std::uint64_t offset;
+    std::uint64_t end; // where the end of the archive begins
+};
+
+Failure DamagedDirectory()
 {
-    std::size_t number = 0;
+    return Failure("refused, the directory of the archive is damaged");
+}
+
+std::uint64_t Number(std::string_view bytes, std::size_t at, int size)
+{
+    std::uint64_t number = 0;
     for (int i = size - 1; i >= 0; --i)
         number = number << 8 | static_cast<unsigned char>(bytes[at + static_cast<std::size_t>(i)]);
     return number;
 }
 
-std::string ReadAt(const Descriptor& file, off_t offset, std::size_t length)
+// Returns fewer bytes at the end of the file.
+std::string ReadAt(const Descriptor& file, std::uint64_t offset, std::size_t length)
 {
     std::string bytes(length, '\0');
-    const ssize_t count = ::pread(file.Get(), bytes.data(), bytes.size(), offset);
+    const ssize_t count =
+        ::pread(file.Get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
     bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     return bytes;
 }
 
-// The entries of the directory, one after the other; empty when it is not found.
-std::string ReadDirectory(const Descriptor& file, off_t length)
+// Returns nothing when there are other bytes at `offset`.
+std::string ReadRecord(const Descriptor& file, std::uint64_t offset, std::size_t length,
+                       std::string_view signature)
 {
-    const auto tailLength = std::min<off_t>(length, c_endLength + c_longestComment);
-    const std::string tail =
-        ReadAt(file, length - tailLength, static_cast<std::size_t>(tailLength));
-    const std::size_t end = tail.rfind(c_endSignature);
-    if (end == std::string::npos || tail.size() - end < c_endLength)
-        return {};
-    constexpr std::size_t sizeAt = 12;
-    const std::size_t size = Number(tail, end + sizeAt, 4);
-    const off_t endOffset = length - tailLength + static_cast<off_t>(end);
-    if (static_cast<off_t>(size) > endOffset)
-        return {};
-    return ReadAt(file, endOffset - static_cast<off_t>(size), size);
+    std::string record = ReadAt(file, offset, length);
+    if (record.size() < length || record.compare(0, signature.size(), signature) != 0)
+        record.clear();
+    return record;
 }
 
-} // namespace
+// With the end of ZIP64, whose values count even where those of the usual end would do.
+Directory ReadWideEnd(const Descriptor& file, std::string_view locator, std::uint64_t end)
+{
+    const std::string record =
+        ReadRecord(file, Number(locator, 8, 8), c_wideEndLength, c_wideEndSignature);
+    if (record.empty())
+        throw DamagedDirectory();
+    return {Number(record, 32, 8), Number(record, 40, 8), Number(record, 48, 8), end};
+}
 
-std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path)
+Directory FindDirectory(const Descriptor& file, std::uint64_t length)
+{
+    const auto tailLength = std::min<std::uint64_t>(length, c_endLength + c_longestComment);
+    const std::string tail = ReadAt(file, length - tailLength, tailLength);
+    const std::size_t endAt = tail.size() < c_endLength
+                                  ? std::string::npos
+                                  : tail.rfind(c_endSignature, tail.size() - c_endLength);
+    if (endAt == std::string::npos)
+        throw DamagedDirectory();
+    const std::uint64_t end = length - tailLength + endAt;
+    if (end >= c_locatorLength) {
+        const std::string locator =
+            ReadRecord(file, end - c_locatorLength, c_locatorLength, c_locatorSignature);
+        if (!locator.empty())
+            return ReadWideEnd(file, locator, end);
+    }
+    return {Number(tail, endAt + 10, 2), Number(tail, endAt + 12, 4), Number(tail, endAt + 16, 4),
+            end};
+}
+
+bool HasEntryAt(const Descriptor& file, std::uint64_t offset)
+{
+    return !ReadRecord(file, offset, c_entryLength, c_entrySignature).empty();
+}
+
+// Where the first entry is. In an archive that follows a program, the stored offset is too small.
+std::uint64_t FindFirstEntry(const Descriptor& file, const Directory& directory)
+{
+    if (directory.offset <= directory.end && HasEntryAt(file, directory.offset))
+        return directory.offset;
+    if (directory.size > directory.end)
+        throw DamagedDirectory();
+    return directory.end - directory.size;
+}
+
+std::vector<StoredZipEntry> ReadEntries(const Descriptor& file, std::uint64_t offset)
 {
     constexpr std::size_t nameLengthAt = 28;
     constexpr std::size_t extraLengthAt = 30;
     constexpr std::size_t commentLengthAt = 32;
     constexpr std::size_t modeAt = 40; // the high half of the attributes
 
+    std::vector<StoredZipEntry> entries;
+    for (;;) {
+        const std::string entry = ReadRecord(file, offset, c_entryLength, c_entrySignature);
+        if (entry.empty())
+            return entries;
+        const std::size_t nameLength = Number(entry, nameLengthAt, 2);
+        entries.push_back({ReadAt(file, offset + c_entryLength, nameLength),
+                           static_cast<mode_t>(Number(entry, modeAt, 2))});
+        offset += c_entryLength + nameLength + Number(entry, extraLengthAt, 2) +
+                  Number(entry, commentLengthAt, 2);
+    }
+}
+
+} // namespace
+
+std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path)
+{
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status {};
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
         throw SystemFailure("cannot read " + path);
-    const std::string directory = ReadDirectory(file, status.st_size);
-    std::vector<StoredZipEntry> entries;
-    std::string_view rest = directory;
-    while (rest.size() >= c_entryLength && rest.substr(0, 4) == c_entrySignature) {
-        const std::size_t nameLength = Number(rest, nameLengthAt, 2);
-        const std::size_t length = c_entryLength + nameLength + Number(rest, extraLengthAt, 2) +
-                                   Number(rest, commentLengthAt, 2);
-        entries.push_back({std::string(rest.substr(c_entryLength, nameLength)),
-                           static_cast<mode_t>(Number(rest, modeAt, 2))});
-        rest.remove_prefix(std::min(length, rest.size()));
-    }
+    const Directory directory = FindDirectory(file, static_cast<std::uint64_t>(status.st_size));
+    if (directory.count == 0)
+        return {};
+    std::vector<StoredZipEntry> entries = ReadEntries(file, FindFirstEntry(file, directory));
+    if (entries.size() != directory.count)
+        throw DamagedDirectory();
     return entries;
 }
 

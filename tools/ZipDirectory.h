@@ -13,9 +13,10 @@ struct StoredZipEntry {
     mode_t mode; ///< 0 where the archive was not written under Unix.
 };
 
-/// The entries in the directory of an archive. Throws a `Failure` when the file cannot be read.
+/// The entries in the directory of an archive, ZIP64 included. Throws a `Failure` when the file
+/// cannot be read, or has no directory of as many entries as its end says.
 ///
-/// Empty for an archive of more than 65535 entries or 4 GiB, whose directory has another form.
+/// Finds the directory where the library finds it, in an archive that is made to mislead too.
 std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path);
 
 } // namespace Tool

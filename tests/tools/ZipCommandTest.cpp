@@ -8,7 +8,30 @@ namespace Toolkit::TestSupport {
 namespace {
 
 using testing::ContainsRegex;
-using testing::HasSubstr;
+
+// The length of an archive's end without a comment, and where its fields are.
+constexpr std::size_t c_endLength = 22;
+constexpr std::size_t c_countAt = 10;
+constexpr std::size_t c_sizeAt = 12;
+constexpr std::size_t c_offsetAt = 16;
+constexpr std::size_t c_commentLengthAt = 20;
+
+// The archive with the end of ZIP64, whose values replace those of the usual end (APPNOTE, 4.3.14
+// and 4.3.15).
+std::string WithZip64End(const std::string& archive)
+{
+    const std::size_t end = archive.size() - c_endLength;
+    const auto wide = [&](std::size_t at, std::size_t size) {
+        return archive.substr(end + at, size) + std::string(8 - size, '\0');
+    };
+    const std::string count = wide(c_countAt, 2);
+    const std::string record = "PK\6\6" + Number(44, 8) + Number(45, 2) + Number(45, 2) +
+                               Number(0, 8) + count + count + wide(c_sizeAt, 4) +
+                               wide(c_offsetAt, 4);
+    const std::string locator = "PK\6\7" + Number(0, 4) + Number(end, 8) + Number(1, 4);
+    return archive.substr(0, end) + record + locator + "PK\5\6" + Number(0, 4) +
+           std::string(12, '\xFF') + Number(0, 2);
+}
 
 class ZipCommandTest : public ToolFixture {
 protected:
@@ -33,9 +56,16 @@ protected:
         return !std::filesystem::exists(Target()) || std::filesystem::is_empty(Target());
     }
 
-    void ExpectRefused(const std::vector<RawEntry>& entries, const std::string& message) const
+    std::string LinkArchive() const
     {
-        const ProgramResult result = Run({"zip", "extract", WriteRaw(entries), Target()});
+        Shell("cd $dir; ln -s /etc link; zip -q --symlinks link.zip link");
+        return ReadWholeFile(PathOf("link.zip"));
+    }
+
+    void ExpectRefused(const std::string& archive, const std::string& message) const
+    {
+        const ProgramResult result =
+            Run({"zip", "extract", Write(L"refused.zip", archive), Target()});
         EXPECT_EQ(result.exitCode, 2);
         EXPECT_EQ(result.errors, "toolkit: " + message + "\n");
         EXPECT_TRUE(IsTargetEmpty());
@@ -137,24 +167,66 @@ TEST_F(ZipCommandTest, ExtractsFilesAndDirectories)
 TEST_F(ZipCommandTest, RefusesToExtractNamesThatLeadElsewhere)
 {
     for (const std::string name : {"../x", "a/../../x", "a//x", "a/./x", ".."})
-        ExpectRefused({{"good", "x"}, {name, "x"}},
+        ExpectRefused(RawZip({{"good", "x"}, {name, "x"}}),
                       "refused, a name that leads elsewhere: " + name);
 }
 
 TEST_F(ZipCommandTest, RefusesToExtractAbsoluteNames)
 {
-    ExpectRefused({{"good", "x"}, {"/tmp/x", "x"}}, "refused, an absolute name: /tmp/x");
+    const std::string archive = RawZip({{"good", "x"}, {"/tmp/x", "x"}});
+
+    ExpectRefused(archive, "refused, an absolute name: /tmp/x");
+    ExpectRefused(WithZip64End(archive), "refused, an absolute name: /tmp/x");
 }
 
 TEST_F(ZipCommandTest, RefusesToExtractLinks)
 {
-    Shell("cd $dir; ln -s /etc link; zip -q --symlinks a.zip link");
+    const std::string archive = LinkArchive();
 
-    const ProgramResult result = Run({"zip", "extract", PathOf("a.zip"), Target()});
+    ExpectRefused(archive, "refused, neither file nor directory: link");
+    ExpectRefused(WithZip64End(archive), "refused, neither file nor directory: link");
+}
 
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.errors, "toolkit: refused, neither file nor directory: link\n");
-    EXPECT_TRUE(IsTargetEmpty());
+TEST_F(ZipCommandTest, SeesALinkDespiteACommentThatLooksLikeAnEnd)
+{
+    std::string archive = LinkArchive();
+    archive.replace(archive.size() - c_endLength + c_commentLengthAt, 2, Number(4, 2));
+
+    ExpectRefused(archive + "PK\5\6", "refused, neither file nor directory: link");
+}
+
+TEST_F(ZipCommandTest, RefusesToExtractWithAWrongDirectory)
+{
+    const std::string archive = RawZip({{"a", "x"}, {"b", "x"}});
+    const std::size_t end = archive.size() - c_endLength;
+    std::string tooFew = archive;
+    tooFew.replace(end + c_countAt, 2, Number(1, 2));
+    std::string tooMany = archive;
+    tooMany.replace(end + c_countAt, 2, Number(3, 2));
+
+    for (const std::string& wrong : {tooFew, tooMany, WithZip64End(tooFew)})
+        ExpectRefused(wrong, "refused, the directory of the archive is damaged");
+}
+
+TEST_F(ZipCommandTest, ExtractsAZip64Archive)
+{
+    Shell("cd $dir; echo fog >a; zip -q -fz wide.zip a");
+    const std::string wideEnd =
+        Write(L"end.zip", WithZip64End(RawZip({{"b", "sea"}, {"folder/c", "sun"}})));
+
+    EXPECT_EQ(Run({"zip", "extract", PathOf("wide.zip"), Target()}).output, "a\n");
+    EXPECT_EQ(Run({"zip", "extract", wideEnd, Target()}).output, "b\nfolder/c\n");
+
+    EXPECT_EQ(ReadWholeFile(Target() + "/a"), "fog\n");
+    EXPECT_EQ(ReadWholeFile(Target() + "/folder/c"), "sun");
+}
+
+TEST_F(ZipCommandTest, ExtractsAnArchiveThatFollowsAProgram)
+{
+    const std::string program = Write(L"program", "#!/bin/sh\n" + RawZip({{"a", "fog"}}));
+
+    EXPECT_EQ(Run({"zip", "extract", program, Target()}).errors, "");
+    EXPECT_EQ(ReadWholeFile(Target() + "/a"), "fog");
 }
 
 TEST_F(ZipCommandTest, FollowsNoLinkInTheDirectoryInExtract)
