@@ -5,8 +5,12 @@ toolkit_fuzz_target(IniFile)
 toolkit_fuzz_target(Ipc)
 toolkit_fuzz_target(IsoText)
 toolkit_fuzz_target(
-    LocaleText base/FloatingPoint.cpp base/FloatingPoint.Strtod.cpp base/Numbers.cpp datetime/LocaleText.cpp
+    LocaleText sources/toolkit/base/FloatingPoint.cpp
+    sources/toolkit/base/FloatingPoint.Strtod.cpp sources/toolkit/base/Numbers.cpp
+    sources/toolkit/datetime/LocaleText.cpp
 )
+toolkit_fuzz_target(Log tools/LogHeader.cpp tools/LogReader.cpp tools/LogSeams.cpp)
+toolkit_fuzz_target(LogRing tools/LogHeader.cpp tools/LogReader.cpp tools/LogSeams.cpp)
 toolkit_fuzz_target(Numbers)
 toolkit_fuzz_target(QuotedPrintable)
 toolkit_fuzz_target(RegExp)
@@ -20,3 +24,4 @@ toolkit_fuzz_target(Utf8Decode)
 toolkit_fuzz_target(Utf8Encode)
 toolkit_fuzz_target(Version)
 toolkit_fuzz_target(Zip)
+toolkit_fuzz_target(ZipDirectory tools/ZipDirectory.cpp)

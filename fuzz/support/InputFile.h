@@ -27,12 +27,18 @@ public:
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
+    const std::string& NativePath() const { return m_path; }
+
     TString<wchar_t> Path() const { return std::wstring(m_path.begin(), m_path.end()); }
 
     void Write(const std::uint8_t* data, std::size_t size) const
     {
         std::ofstream file(m_path, std::ios::binary | std::ios::trunc);
         file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    }
+    void Write(const std::string& bytes) const
+    {
+        Write(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     }
 
 private:

@@ -1,0 +1,76 @@
+// Any log is read completely: its records make up its bytes, and its parts in the order of time are
+// pieces of the file, each byte in one of them.
+
+#include "support/Input.h"
+#include "support/InputLog.h"
+#include "support/Require.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace {
+
+using namespace Tool;
+
+// The first byte decides whether a message is longer than the longest record, which takes time.
+std::string TakeLog(Input& input)
+{
+    constexpr std::uint8_t wanted = 17;
+    constexpr std::size_t longMessage = 1'100'000;
+    const bool isLong = input.Byte() == wanted;
+    const std::size_t where = input.Byte();
+    std::string bytes = input.Rest();
+    if (isLong)
+        bytes.insert(std::min(where, bytes.size()), std::string(longMessage, 'x'));
+    return bytes;
+}
+
+void CheckHeader(const LogRecord& record)
+{
+    if (!record.header)
+        return;
+    Require(BeginsLogLine(record.text));
+    Require(record.header->severity >= 0 && record.header->severity <= 4);
+    const std::string_view message = record.header->message;
+    Require(record.text.substr(record.text.size() - message.size()) == message);
+}
+
+// Returns the bytes of the part, put together from its records.
+std::string ReadPart(const InputLog& log, const LogPart& part)
+{
+    constexpr std::size_t longestRecord = 2 << 20;
+    std::string bytes;
+    log.ForEachRecord(part, [&](const LogRecord& record) {
+        Require(record.offset == part.begin + static_cast<off_t>(bytes.size()));
+        Require(record.text.size() <= longestRecord);
+        Require(record.isEnded || !record.text.empty());
+        CheckHeader(record);
+        bytes.append(record.text).append(record.isEnded ? 1 : 0, '\n');
+    });
+    return bytes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Input input(data, size);
+    const std::string bytes = TakeLog(input);
+    const InputLog log(bytes);
+    const auto length = static_cast<off_t>(bytes.size());
+
+    Require(ReadPart(log, {0, length}) == bytes);
+    off_t end = length;
+    for (const LogPart& part : log.PartsInOrder()) {
+        // The newest part is the first of the file.
+        Require(part.end == end && part.begin <= part.end);
+        end = part.begin;
+        const auto begin = static_cast<std::size_t>(part.begin);
+        Require(ReadPart(log, part) ==
+                bytes.substr(begin, static_cast<std::size_t>(part.end) - begin));
+    }
+    Require(end == 0);
+    return 0;
+}
