@@ -10,6 +10,7 @@
 #include <limits>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -35,6 +36,11 @@ Wide Replaced(Wide text, const Wide& from, const Wide& to)
 {
     text.Replace(from, to);
     return text;
+}
+
+TEST(TStringTest, IsInTheNamespaceToo)
+{
+    EXPECT_TRUE((std::is_same_v<Toolkit::TString<wchar_t>, ::TString<wchar_t>>));
 }
 
 TEST(TStringTest, ConstructsFromTextsStringsAndCharacters)

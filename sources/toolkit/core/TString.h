@@ -125,3 +125,9 @@ template <>
 void TString<char>::GetTokens(const TString& delimiters, std::vector<TString>& tokens,
                               bool skipEmpty) const = delete;
 /// @endcond
+
+namespace Toolkit {
+
+using ::TString;
+
+} // namespace Toolkit
