@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <typeinfo>
 
 namespace Toolkit::EntryTextReader {
 namespace {
@@ -85,23 +86,25 @@ std::optional<Span> Locate(ArchiveStream& stream, Find find)
 template <typename Find>
 bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 {
-    auto* const stream = dynamic_cast<ArchiveStream*>(&anyStream);
-    if (!stream || !stream->IsOk())
+    // ArchiveStream is final, so no other class is one.
+    if (typeid(anyStream) != typeid(ArchiveStream) || !anyStream.IsOk())
         return false;
-    stream->TakeBackUnread();
-    const std::optional<Span> span = Locate(*stream, find);
+    auto& stream = static_cast<ArchiveStream&>(anyStream);
+    stream.TakeBackUnread();
+    const std::optional<Span> span = Locate(stream, find);
     if (!span)
         return false;
 
-    const std::string_view ahead = stream->Ahead();
+    const std::string_view ahead = stream.Ahead();
     const std::string_view bytes = ahead.substr(span->begin, span->end - span->begin);
+    const bool isReturn = ahead[span->end] == '\r';
     // wxTextInputStream decodes the character after a carriage return, even an incomplete one.
-    const bool hidesMore = ahead[span->end] == '\r' && !IsPlainAscii(ahead[span->end + 1]);
-    if (hidesMore || MayBeginMark(ahead.front()) || bytes.find('\0') != std::string_view::npos ||
+    if ((isReturn && !IsPlainAscii(ahead[span->end + 1])) || MayBeginMark(ahead.front()) ||
+        bytes.find('\0') != std::string_view::npos ||
         !Base::AppendDecodedUtf8(text, bytes.data(), bytes.size()))
         return false;
-    const bool isPair = ahead.compare(span->end, 2, "\r\n") == 0;
-    stream->Skip(span->end + (isPair ? 2 : 1));
+    const bool isPair = isReturn && ahead[span->end + 1] == '\n';
+    stream.Skip(span->end + (isPair ? 2 : 1));
     return true;
 }
 
