@@ -8,6 +8,7 @@ gdb loads this file automatically for an installed library. To load it by hand:
 import datetime
 import gdb
 import gdb.printing
+import gdb.xmethod
 
 INVALID_DATE = -(2**63)
 SHOWN_BYTES = 32
@@ -207,4 +208,34 @@ def make_printers():
     return printers
 
 
+class PointerOperation(gdb.xmethod.XMethodWorker):
+    """An operation of smart_ptr, which programs have inline only."""
+
+    def __init__(self, is_object):
+        self.is_object = is_object
+
+    def get_arg_types(self):
+        return None
+
+    def __call__(self, value):
+        return value["m_object"].dereference() if self.is_object else value["m_object"]
+
+
+class PointerOperations(gdb.xmethod.XMethodMatcher):
+    """Lets gdb evaluate *pointer, pointer->member and pointer.Get()."""
+
+    RETURNS_OBJECT = {"operator*": True, "operator->": False, "Get": False}
+
+    def __init__(self):
+        super().__init__("toolkit")
+        self.methods = [gdb.xmethod.XMethod(name) for name in self.RETURNS_OBJECT]
+
+    def match(self, class_type, method):
+        is_pointer = str(class_type.strip_typedefs().unqualified()).startswith("Toolkit::smart_ptr<")
+        if is_pointer and method in self.RETURNS_OBJECT:
+            return PointerOperation(self.RETURNS_OBJECT[method])
+        return None
+
+
+gdb.xmethod.register_xmethod_matcher(gdb.current_objfile(), PointerOperations(), replace=True)
 gdb.printing.register_pretty_printer(gdb.current_objfile(), make_printers(), replace=True)

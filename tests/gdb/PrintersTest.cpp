@@ -14,9 +14,9 @@ using TestSupport::RunProgram;
 using TestSupport::TempDir;
 
 const std::vector<std::string> c_variables = {
-    "wide",    "narrow",  "emptyText", "shared",     "emptyPointer", "version",
-    "bytes",   "noBytes", "manyBytes", "date",       "noDate",       "match",
-    "noMatch", "group",   "settings",  "noSettings",
+    "wide",     "narrow",     "emptyText", "shared",        "emptyPointer", "version", "bytes",
+    "noBytes",  "manyBytes",  "date",      "noDate",        "match",        "noMatch", "group",
+    "settings", "noSettings", "*shared",   "*shared.Get()", "group->name",
 };
 
 using Texts = std::map<std::string, std::string>;
@@ -94,6 +94,13 @@ private:
 };
 
 std::map<std::string, Texts> PrintersTest::s_texts;
+
+TEST_P(PrintersTest, ReachesTheObjectOfASmartPtrAsTheProgramDoes)
+{
+    EXPECT_EQ(Shown("*shared"), "1.2.3.4");
+    EXPECT_EQ(Shown("*shared.Get()"), "1.2.3.4");
+    EXPECT_EQ(Shown("group->name"), "\"word\"");
+}
 
 TEST_P(PrintersTest, ShowsTextsAsStrings)
 {
