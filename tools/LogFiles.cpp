@@ -88,7 +88,7 @@ std::string PathOfLog(const std::string& argument)
         return argument;
     const std::vector<LogFileEntry> files = FilesOfLog(NameOfLog(argument));
     if (files.empty())
-        throw Failure("there is no log called " + argument);
+        throw Failure("there is no log called " + argument + "; \"toolkit log\" lists the logs");
     return files.front().path;
 }
 

@@ -47,7 +47,8 @@ TEST_F(CommandTest, ShowsControlCharactersOfArgumentsAsText)
 {
     EXPECT_THAT(Run({"log", "x", "\x1B]0;evil\x07"}).errors,
                 AllOf(HasSubstr("\\x1B]0;evil\\x07"), Not(HasSubstr("\x1B"))));
-    EXPECT_EQ(Run({"log", "\x1B[31m"}).errors, "toolkit: there is no log called \\x1B[31m\n");
+    EXPECT_EQ(Run({"log", "\x1B[31m"}).errors,
+              "toolkit: there is no log called \\x1B[31m; \"toolkit log\" lists the logs\n");
 }
 
 TEST_F(CommandTest, FailsForAFullDisk)

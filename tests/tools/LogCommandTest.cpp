@@ -196,7 +196,8 @@ TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
         {{"log", "/nonesuch/a.qvlog"},
          "toolkit: cannot open /nonesuch/a.qvlog: No such file or directory\n"},
         {{"log", "/tmp"}, "toolkit: cannot read /tmp: Is a directory\n"},
-        {{"log", "no-such-logger"}, "toolkit: there is no log called no-such-logger\n"},
+        {{"log", "no-such-logger"},
+         "toolkit: there is no log called no-such-logger; \"toolkit log\" lists the logs\n"},
         {{"log", "--follow"}, "toolkit: --follow needs a file or a name\n"}};
     for (const auto& [arguments, message] : cases) {
         const ProgramResult result = Run(arguments);
