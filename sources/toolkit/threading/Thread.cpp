@@ -57,8 +57,11 @@ Thread::~Thread()
 
 void Thread::End()
 {
+    // The derived part is destroyed by now. A thread that has not begun its work never does.
+    State started = State::Started;
+    m_state.compare_exchange_strong(started, State::Dropped);
     State fresh = State::New;
-    if (!wxThread::IsAlive() && m_state.compare_exchange_strong(fresh, State::Dropped)) {
+    if (m_state.compare_exchange_strong(fresh, State::Dropped) && !wxThread::IsAlive()) {
         // Deleting a joinable wxThread that never ran frees it while this object still exists. So
         // start it, with nothing to do, as soon as memory allows; after too many attempts, leak it.
         for (int tries = 0; !Start(); ++tries) {
@@ -128,7 +131,8 @@ wxThreadError Thread::Kill()
     if (IsCaller())
         return wxTHREAD_MISC_ERROR;
     // A caller may have started it as a wxThread, and it may be killed before it reaches Entry().
-    m_state = State::Started;
+    State fresh = State::New;
+    m_state.compare_exchange_strong(fresh, State::Started);
     return wxThread::Kill();
 }
 
@@ -148,8 +152,8 @@ wxThread::ExitCode Thread::Wait()
         return nullptr;
     if (wxThread::IsAlive())
         return wxThread::Wait();
-    // wxWidgets takes it for ended before its thread-local objects are destroyed.
-    if (m_state == State::Started)
+    // For wxWidgets it has ended before its thread-local objects are destroyed.
+    if (m_state == State::Started || m_state == State::Working)
         wxThread::Wait();
     return nullptr;
 }
@@ -191,11 +195,13 @@ wxThread::ExitCode Thread::Entry()
         // Still new: a caller started it as a wxThread.
         State fresh = State::New;
         m_state.compare_exchange_strong(fresh, State::Started);
-        if (m_state == State::Dropped)
-            return nullptr;
         // When out of memory, wxWidgets keeps the messages until the main thread asks for them.
         static_cast<void>(Base::Completes([&target] { target.emplace(); }));
         m_control->SetEntered();
+        State started = State::Started;
+        m_state.compare_exchange_strong(started, State::Working);
+        if (started == State::Dropped)
+            return nullptr;
     }
     // An exit code of wxWidgets is a pointer.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)

@@ -94,8 +94,9 @@ protected:
     virtual int DoWork() = 0;
 
 private:
-    // Dropped: will never call DoWork(). Failed: the system could not create the thread.
-    enum class State { New, Started, Dropped, Failed };
+    // Working: calls DoWork(). Dropped: will never call it. Failed: the system could not create the
+    // thread.
+    enum class State { New, Started, Working, Dropped, Failed };
 
     bool Start();
     bool IsCaller() const;
