@@ -172,6 +172,19 @@ TEST(RegExpStackTest, NeedsNoMoreStackForFlatGroupsThanForOne)
     EXPECT_EQ(MessageWithStack(64 * c_kilobyte, [&] { regExp.IsMatch("a"); }), "nothing thrown");
 }
 
+TEST(RegExpStackTest, CompilesManyOptionalGroupsOnASmallStack)
+{
+    TString<char> pattern = "zx?";
+    for (int i = 0; i < 1000; ++i)
+        pattern += "(?:a)?";
+    const RegExp regExp(pattern, RegExpOptions::None);
+
+    for (const std::size_t size : {64, 96, 128, 160, 192, 256}) {
+        EXPECT_EQ(MessageWithStack(size * c_kilobyte, [&] { regExp.IsMatch("a"); }),
+                  "nothing thrown");
+    }
+}
+
 TEST(RegExpStackTest, SearchesALargeSubjectOnASmallStack)
 {
     const RegExp regExp(TString<char>("[a-z]+(\\d)"), RegExpOptions::None);
@@ -213,6 +226,18 @@ TEST(RegExpStackTest, SearchesInACoroutineAsDeeplyAsInAThread)
 TEST(RegExpStackTest, CompilesTheDeepestNestingInACoroutine)
 {
     const RegExp regExp(Nested(240), RegExpOptions::None);
+
+    TString<char> message;
+    RunInCoroutine(64 * c_kilobyte, [&] { message = CaughtMessage([&] { regExp.IsMatch("a"); }); });
+    EXPECT_EQ(message, "nothing thrown");
+}
+
+TEST(RegExpStackTest, CompilesManyOptionalGroupsInACoroutine)
+{
+    TString<char> pattern = "zx?";
+    for (int i = 0; i < 400; ++i)
+        pattern += "(?:a)?";
+    const RegExp regExp(pattern, RegExpOptions::None);
 
     TString<char> message;
     RunInCoroutine(64 * c_kilobyte, [&] { message = CaughtMessage([&] { regExp.IsMatch("a"); }); });

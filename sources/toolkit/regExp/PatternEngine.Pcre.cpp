@@ -96,11 +96,16 @@ int ExecuteOnThisStack(const void* code, const char* subject, std::size_t length
 
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
 {
-    void* code = CompileOnThisStack(pattern, errorText, errorOffset);
-    if (!code && errorText == c_tooDeep && !Base::IsOnThreadStack()) {
-        auto compile = [&] { code = CompileOnThisStack(pattern, errorText, errorOffset); };
+    void* code = nullptr;
+    auto compile = [&] { code = CompileOnThisStack(pattern, errorText, errorOffset); };
+    const bool hasStack = HasStackForGroups(pattern);
+    // Reported when there is no memory for a fresh stack.
+    errorText = c_tooDeep;
+    errorOffset = 0;
+    if (hasStack)
+        compile();
+    if (!hasStack || (!code && errorText == c_tooDeep && !Base::IsOnThreadStack()))
         FreshStack::Run(compile);
-    }
     return code;
 }
 

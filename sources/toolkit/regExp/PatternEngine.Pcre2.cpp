@@ -3,6 +3,7 @@
 #include "toolkit/regExp/AsciiText.Private.h"
 #include "toolkit/regExp/FreshStack.Private.h"
 #include "toolkit/regExp/PatternEngine.Private.h"
+#include "toolkit/regExp/PatternNesting.Private.h"
 #include "toolkit/regExp/Pcre2Errors.Private.h"
 #include "toolkit/regExp/Pcre2Pattern.Private.h"
 #include "toolkit/regExp/Pcre2Syntax.Private.h"
@@ -167,8 +168,10 @@ int GetInformation(const void* code, std::uint32_t what, int& value)
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
 {
     auto compiled = std::make_unique<Pcre2Pattern>(pattern);
-    int error = compiled->Compile();
-    if (error == PCRE2_ERROR_PARENTHESES_STACK_CHECK && !Base::IsOnThreadStack()) {
+    const bool hasStack = HasStackForGroups(pattern);
+    int error = hasStack ? compiled->Compile() : PCRE2_ERROR_PARENTHESES_STACK_CHECK;
+    const bool isTooDeep = error == PCRE2_ERROR_PARENTHESES_STACK_CHECK;
+    if (!hasStack || (isTooDeep && !Base::IsOnThreadStack())) {
         auto compile = [&] { error = compiled->Compile(); };
         // When out of memory, the first error is reported.
         auto tryToCompile = [&] { static_cast<void>(Base::Completes(compile)); };

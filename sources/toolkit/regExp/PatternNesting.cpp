@@ -1,3 +1,4 @@
+#include "toolkit/base/StackSpace.h"
 #include "toolkit/regExp/PatternItems.Private.h"
 #include "toolkit/regExp/PatternNesting.Private.h"
 
@@ -6,6 +7,20 @@
 
 namespace Toolkit {
 namespace {
+
+// The stack that either engine uses beside the comparisons; measured: up to 12 KiB.
+constexpr std::size_t c_baseSpace = std::size_t{24} * 1024;
+
+// The stack for each compared group; measured: 152 bytes with either engine.
+constexpr std::size_t c_spacePerGroup = 160;
+
+// Both engines stop there.
+constexpr std::size_t c_mostCompared = 1000;
+
+std::size_t CountOpenings(const char* pattern)
+{
+    return static_cast<std::size_t>(std::count(pattern, pattern + std::strlen(pattern), '('));
+}
 
 // The length of what is at `text`; 0 when it is not certain. Comments and names of verbs may
 // contain anything.
@@ -39,8 +54,19 @@ std::size_t DeepestNesting(const char* pattern)
             --depth;
     }
     // In the rest a closing parenthesis may be an ordinary character.
-    depth += static_cast<std::size_t>(std::count(pattern, pattern + std::strlen(pattern), '('));
+    depth += CountOpenings(pattern);
     return std::max(deepest, depth);
+}
+
+bool HasStackForGroups(const char* pattern)
+{
+    const std::size_t left = Base::GetStackSpaceLeft();
+    // The rest is for signal handlers and the like.
+    const std::size_t usable = left - left / 8;
+    if (usable < c_baseSpace)
+        return false;
+    const std::size_t groups = (usable - c_baseSpace) / c_spacePerGroup;
+    return groups >= c_mostCompared || groups >= CountOpenings(pattern);
 }
 
 } // namespace Toolkit
