@@ -468,6 +468,31 @@ TEST_F(TextFileTest, KeepsALinkInWrite)
     EXPECT_EQ(Contents(), "a\nb\n");
 }
 
+TEST_F(TextFileTest, CreatesTheDeletedFileOfALink)
+{
+    m_directory.WriteFile(L"file.txt", "a\n");
+    std::filesystem::create_symlink("file.txt", m_directory.Path() / "near");
+    std::filesystem::create_symlink(m_directory.Path() / "near", m_directory.Path() / "link");
+    ASSERT_TRUE(m_file.Open(m_directory.File(L"link")));
+    std::filesystem::remove(m_directory.Path() / "file.txt");
+
+    EXPECT_TRUE(m_file.Write());
+    EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "link"));
+    EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "near"));
+    EXPECT_EQ(Contents(), "a\n");
+}
+
+TEST_F(TextFileTest, CannotWriteThroughLinksInACircle)
+{
+    Open("a\n");
+    std::filesystem::remove(m_directory.Path() / "file.txt");
+    std::filesystem::create_symlink("file.txt", m_directory.Path() / "file.txt");
+
+    EXPECT_FALSE(m_file.Write());
+    EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "file.txt"));
+    EXPECT_EQ(FileCount(), 1);
+}
+
 TEST_F(TextFileTest, PassesNamesAsUtf8InAnyLocale)
 {
     const ScopedLocale locale("C");

@@ -1,8 +1,7 @@
 #include "toolkit/base/FileReplacement.h"
 
-#include <cstdlib>
+#include <climits>
 #include <fcntl.h>
-#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -10,18 +9,29 @@
 namespace Toolkit::Base {
 namespace {
 
-// The file that `path` leads to through symbolic links; `path` itself when there is none.
-std::string ResolveLinks(const std::string& path)
+// The file that `path` leads to through symbolic links, whether it exists or not; empty when they
+// lead in a circle. Unlike realpath(3), it needs no file at the end.
+std::string FollowLinks(std::string path)
 {
-    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
-                                                               &std::free);
-    return resolved ? resolved.get() : path;
+    constexpr int mostLinks = 40; // as the system
+
+    for (int i = 0; i <= mostLinks; ++i) {
+        char link[PATH_MAX];
+        const ::ssize_t length = ::readlink(path.c_str(), link, sizeof link);
+        if (length <= 0)
+            return path;
+        const std::string to(link, static_cast<std::size_t>(length));
+        path = to.front() == '/' ? to : path.substr(0, path.rfind('/') + 1) + to;
+    }
+    return {};
 }
 
 } // namespace
 
-FileReplacement::FileReplacement(const std::string& path) : m_target(ResolveLinks(path))
+FileReplacement::FileReplacement(const std::string& path) : m_target(FollowLinks(path))
 {
+    if (m_target.empty())
+        return;
     struct stat status {};
     const bool exists = ::stat(m_target.c_str(), &status) == 0;
     if (exists && !S_ISREG(status.st_mode))
