@@ -1,4 +1,4 @@
-// Items read from a hostile file equal those decoded by hand, or fail with the code of their kind,
+// Items read from a hostile file equal those decoded by hand, or fail with the code for that kind,
 // whatever sizes the file claims.
 
 #include "toolkit/core/Bytes.h"
@@ -21,7 +21,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A file whose only name is that of its descriptor.
+// A file without a name, opened through its descriptor.
 class MemoryFile {
 public:
     explicit MemoryFile(const std::string& bytes) : m_descriptor(::memfd_create("hostile", 0))

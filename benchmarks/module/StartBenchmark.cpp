@@ -1,5 +1,5 @@
 // The time of a whole process that starts and stops its library. The programs take turns, so that
-// disturbances of the machine affect all of them; a row shows the median.
+// noise affects all of them equally; a row shows the median.
 
 #include <benchmark/benchmark.h>
 

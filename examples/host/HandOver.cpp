@@ -32,7 +32,7 @@ HandOver::Role HandOver::Send(const Text& line)
         if (GetTickCount() - beginTicks > limitMs)
             return Role::NotServed;
         Thread::Sleep(pauseMs);
-        // The state of the object is that of its creation.
+        // An object keeps the state that it read when it was created.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }

@@ -28,8 +28,8 @@ public:
 
     const Text& GetFault() const { return m_fault; }
 
-    /// Removes what was written unless Commit() was true. The destructor does it at the latest; any
-    /// thread may call it while another one writes, whose Commit() is false then.
+    /// Removes what was written unless Commit() was true. The destructor calls it, too. Any thread
+    /// may call it while another one writes, whose Commit() is false then.
     void Discard();
 
     unsigned long long GetSize() const { return m_size; }

@@ -7,7 +7,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// An entry whose fields may all be wrong.
+/// An entry in which any field may be wrong.
 struct RawEntry {
     std::string name;
     std::string data;           ///< The bytes between this entry's header and the next.
@@ -29,7 +29,7 @@ std::string Deflated(const std::string& content);
 
 std::uint32_t Checksum(const std::string& bytes);
 
-/// The `size` lowest bytes of `value`, the lowest first.
+/// The low `size` bytes of `value` in little-endian order.
 std::string Number(std::uint64_t value, int size);
 
 } // namespace Toolkit::TestSupport

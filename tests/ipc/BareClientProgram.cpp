@@ -1,5 +1,5 @@
-// A client made with wxWidgets alone. On one connection it sends a text in each of the forms that
-// wxWidgets has.
+// A client that uses wxWidgets alone. On one connection it sends a text in every form that
+// wxWidgets offers.
 //
 // usage: BareClientProgram path text
 

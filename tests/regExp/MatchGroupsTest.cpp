@@ -8,7 +8,7 @@
 namespace Toolkit::MatchGroups {
 namespace {
 
-TEST(MatchGroupsTest, NeedsAGroupThatTookPartForARange)
+TEST(MatchGroupsTest, ReturnsARangeOnlyForAGroupThatTookPart)
 {
     MatchResult result;
     result.ovector[4] = 3;

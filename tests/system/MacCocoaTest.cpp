@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(MacCocoaTest, InitialisesWhereNothingHasToBeLoaded)
+TEST(MacCocoaTest, InitializesWhereNothingHasToBeLoaded)
 {
     EXPECT_TRUE(MacInitCocoa());
 }

@@ -55,7 +55,7 @@ TEST_P(ManPageTest, FormatsWithoutWarning)
 }
 
 // A server may need a moment before a client finds it.
-TEST_P(ManPageTest, ItsExamplesRun)
+TEST_P(ManPageTest, HasExamplesThatRun)
 {
     std::string lines = Examples();
     EXPECT_THAT(lines, HasSubstr("toolkit "));

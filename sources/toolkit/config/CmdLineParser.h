@@ -11,7 +11,7 @@ namespace Toolkit {
 
 /// An option of an application, such as "-file", and its value on the command line.
 ///
-/// When out of memory, the constructor and SetValue() throw std::bad_alloc and change nothing.
+/// When out of memory, constructors and SetValue() throw std::bad_alloc and change nothing.
 class TOOLKIT_API CmdLineOption {
 public:
     /// `name` has no dash and is folded to lower case. Parsing fails when a `required`
@@ -40,12 +40,11 @@ private:
 /// Splits a command line into tokens and finds an application's options in them.
 ///
 /// An option is a dash and a name; the next token is its value unless it begins with a dash, too.
-/// So
-/// "-5" is an option named "5". Users must type names in lower case: names are registered in lower
-/// case and compared exactly. Unknown options and other words are ignored.
+/// So "-5" is an option named "5". Users must type names in lower case: names are registered in
+/// lower case and compared exactly. Unknown options and other words are ignored.
 ///
-/// One thread at a time may use an object. Nothing is thrown: when out of memory there are no
-/// tokens, an option is not added, and parsing fails.
+/// One thread at a time may use an object. When out of memory there are no tokens, an option is not
+/// added, and parsing fails; only a copy throws `std::bad_alloc`.
 class TOOLKIT_API CmdLineParser {
 public:
     /// The separators of tokens: space and tab.

@@ -89,9 +89,8 @@ constexpr bool IsSpaceOrTab(wchar_t character)
 }
 
 // FreshTokens/100000: searching the delimiters for each character takes three times as long.
-// Finds the next character that is, or is not, one of a set.
 //
-// Tokens/60: find_first_of(), and new memory for each token, take twice as long.
+// Finds the next character that is, or is not, one of a set.
 class DelimiterScanner {
 public:
     explicit DelimiterScanner(const TString<wchar_t>& delimiters) : m_delimiters(delimiters)
@@ -202,9 +201,8 @@ bool CanJoin(const std::wstring& from, const std::wstring& to)
 }
 
 // Replace/0: the general pass takes 1.7 times as long.
-// Replaces from left to right, where no replacement can become part of a new occurrence.
 //
-// Replace/0: searching from the start again takes 11 times as long.
+// Replaces from left to right, where no replacement can become part of a new occurrence.
 void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result;
@@ -219,9 +217,8 @@ void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstri
 }
 
 // Replace/3: searching from the beginning each time takes 80 times as long.
-// Replaces as if every search started at the beginning again, but in one pass.
 //
-// Replace/3: searching from the start again takes 88 times as long.
+// Replaces as if every search started at the beginning again, but in one pass.
 //
 // The string consists of a done part, which never contains `from`, a gap, and an unread part.
 // Characters move from the unread part to the done part, so the leftmost match always ends at the

@@ -14,7 +14,7 @@ namespace Toolkit {
 /// matches everything. A link counts as its target. In a name that is not valid UTF-8 each byte
 /// becomes the character of that value: it can be shown, but not opened.
 ///
-/// Failures show in the results alone: nothing is thrown or logged.
+/// Failures show in the results alone: nothing is logged, and only a copy throws `std::bad_alloc`.
 class TOOLKIT_API Directory {
 public:
     /// The directory to list; that of the application for the empty string, which needs a

@@ -100,12 +100,13 @@ void FileLogger::EndAtUnload()
 }
 
 void FileLogger::Write(const TString<wchar_t>& text)
-try {
-    // The first of several queued pieces has signalled already.
-    if (m_queue->Put(text))
-        m_dataEvent->Signal();
-} catch (const std::bad_alloc&) {
-    // Write() reports no errors: text that does not fit into memory is lost.
+{
+    // It reports no errors: text that does not fit into memory is lost.
+    static_cast<void>(Base::Completes([&] {
+        // The first of several queued pieces has signalled already.
+        if (m_queue->Put(text))
+            m_dataEvent->Signal();
+    }));
 }
 
 TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const

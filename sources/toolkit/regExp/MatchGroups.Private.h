@@ -16,7 +16,7 @@ struct Range {
     /// False for a group that took no part.
     bool IsValid() const { return begin >= 0; }
 
-    /// 0 where \K has moved the begin past the end.
+    /// 0 where \K has moved the start past the end.
     std::size_t Length() const { return static_cast<std::size_t>(std::max(end - begin, 0)); }
 };
 

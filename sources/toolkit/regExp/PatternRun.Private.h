@@ -22,11 +22,11 @@ using Code = std::unique_ptr<void, CodeRelease>;
 /// Compiles `pattern` up to its first null character.
 Code Compile(const TString<char>& pattern);
 
-/// Compiles the result's pattern in place of what it holds.
+/// Compiles the result's pattern and replaces its compiled code.
 void Compile(MatchResult& result);
 
-/// Searches `subject` from `start` on. Returns the number of groups found, 0 when they are more
-/// than the offsets have room for, and -1 without a match.
+/// Searches `subject` from `start` on. Returns the number of groups found, 0 when `offsets` has no
+/// room for all, and -1 without a match.
 int Execute(const Code& code, const TString<char>& subject, std::size_t start, int options,
             int (&offsets)[MatchResult::c_ovectorSize]);
 
@@ -36,7 +36,7 @@ void Execute(MatchResult& result, std::size_t start);
 /// Throws the exception for a negative code of the engine's search.
 [[noreturn]] void ThrowExecuteError(int code);
 
-/// Calls `operation`. Out of memory, throws the exception for the engine's own code of that kind.
+/// Calls `operation`. When out of memory, throws the exception for the engine's code for that.
 template <typename Operation>
 auto ReportingOutOfMemory(const Operation& operation)
 {

@@ -6,7 +6,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Random patterns of everything that both engines know, and subjects for them.
+/// Random patterns built from the syntax that both engines support, and subjects for them.
 class RandomPattern {
 public:
     /// Rare constructs are verbs that steer the search, conditions, and assertions that are
