@@ -12,29 +12,29 @@ class Bytes(float):
     """An amount of memory, where other results are nanoseconds."""
 
 
-def read_medians(directory):
+def read_results(directory):
     """Maps each subject, such as "TString", to its measurements, and lists the faults.
 
-    A measurement, such as "Tokens/60", has a value per library.
+    A measurement, such as "Tokens/60", has a value per library: the lower quartile of its repetitions.
+    Other programs only ever add to a time, so the quartile varies less than the median from run to run.
     """
     subjects, faults = {}, []
     for path in sorted(pathlib.Path(directory).glob("*.json")):
         text = path.read_text()
-        medians = subjects.setdefault(path.stem.removesuffix("Benchmark"), {})
-        for entry in sorted(json.loads(text)["benchmarks"], key=place_in_source) if text else []:
+        repetitions = {}
+        for entry in json.loads(text)["benchmarks"] if text else []:
             if entry.get("error_occurred"):
                 faults.append(f"{entry['name']}: {entry['error_message']}")
-            elif entry.get("aggregate_name") == "median":
-                add_median(medians, entry)
+            elif entry["run_type"] == "iteration":
+                add_repetition(repetitions, entry)
+        subjects[path.stem.removesuffix("Benchmark")] = {
+            what: {who: lower_quartile(values) for who, values in libraries.items()}
+            for what, libraries in repetitions.items()
+        }
     return subjects, faults
 
 
-def place_in_source(entry):
-    """A key that undoes the random order in which the benchmarks ran."""
-    return entry["family_index"], entry["per_family_instance_index"]
-
-
-def add_median(medians, entry):
+def add_repetition(repetitions, entry):
     match = NAME.match(entry["run_name"])
     arguments = match["arguments"] or ""
     # Benchmarks that wait for other threads select the wall clock by name.
@@ -44,7 +44,12 @@ def add_median(medians, entry):
     )
     # A benchmark with the counter "bytes" measures memory instead of time.
     value = entry.get("bytes", entry[clock] * NANOSECONDS[entry["time_unit"]])
-    medians.setdefault(what, {})[match["who"]] = Bytes(value) if "bytes" in entry else value
+    value = Bytes(value) if "bytes" in entry else value
+    repetitions.setdefault(what, {}).setdefault(match["who"], []).append(value)
+
+
+def lower_quartile(values):
+    return sorted(values)[len(values) // 4]
 
 
 def readable(nanoseconds):

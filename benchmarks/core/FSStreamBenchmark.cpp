@@ -121,12 +121,9 @@ bool ReadWithStdio(const ScratchFile& file, long recordCount)
 
 using Transfer = bool (*)(const ScratchFile&, long);
 
-void Run(benchmark::State& state, Transfer transfer)
+void Run(benchmark::State& state, const ScratchFile& file, Transfer transfer)
 {
-    const ScratchFile file;
     const long recordCount = state.range(0);
-    if (!WriteWithStream(file, recordCount))
-        state.SkipWithError("the records were not written");
     for (auto _ : state) {
         if (!transfer(file, recordCount))
             state.SkipWithError("wrong transfer");
@@ -134,37 +131,49 @@ void Run(benchmark::State& state, Transfer transfer)
     state.SetItemsProcessed(state.iterations() * recordCount);
 }
 
+constexpr long c_writeCount = 100'000;
+constexpr long c_readCount = 1'000'000;
+
+// The records to read, written once.
+const ScratchFile& WrittenRecords()
+{
+    static const ScratchFile file;
+    static const bool isWritten = WriteWithStream(file, c_readCount);
+    if (!isWritten)
+        std::abort();
+    return file;
+}
+
 void BM_WriteRecords_Toolkit(benchmark::State& state)
 {
-    Run(state, WriteWithStream);
+    Run(state, ScratchFile(), WriteWithStream);
 }
 
 void BM_WriteRecords_wxFile(benchmark::State& state)
 {
-    Run(state, WriteWithWxFile);
+    Run(state, ScratchFile(), WriteWithWxFile);
 }
 
 void BM_ReadRecords_Toolkit(benchmark::State& state)
 {
-    Run(state, ReadWithStream);
+    Run(state, WrittenRecords(), ReadWithStream);
 }
 
 void BM_ReadRecords_wxFile(benchmark::State& state)
 {
-    Run(state, ReadWithWxFile);
+    Run(state, WrittenRecords(), ReadWithWxFile);
 }
 
 void BM_ReadRecords_fread(benchmark::State& state)
 {
-    Run(state, ReadWithStdio);
+    Run(state, WrittenRecords(), ReadWithStdio);
 }
 
-constexpr long c_recordCount = 1'000'000;
-BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_WriteRecords_wxFile)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadRecords_Toolkit)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadRecords_wxFile)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadRecords_fread)->Arg(c_recordCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_writeCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteRecords_wxFile)->Arg(c_writeCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_Toolkit)->Arg(c_readCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_wxFile)->Arg(c_readCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_fread)->Arg(c_readCount)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace Toolkit
