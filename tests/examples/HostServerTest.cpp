@@ -1,6 +1,8 @@
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/ipc/IPCClient.h"
 
+#include "support/Sanitizers.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +11,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <functional>
+#include <initializer_list>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <thread>
@@ -39,7 +42,7 @@ void AtOnce(int count, const std::function<void(int)>& work)
 // The limit for something that must take `seconds` at most: a sanitizer makes everything slower.
 std::chrono::seconds Allowed(int seconds)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef TOOLKIT_SANITIZER
     return std::chrono::seconds(4 * seconds);
 #else
     return std::chrono::seconds(seconds);
@@ -172,7 +175,7 @@ private:
 
 TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef TOOLKIT_SANITIZER
     GTEST_SKIP() << "the sanitizer's own memory is limited too, and ends the process";
 #endif
     const std::string archive = WriteArchive();
@@ -181,7 +184,8 @@ TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
     // The event loop has to run before memory is short: wxWidgets cannot start one without.
     ResultOf(host, {"list", "-archive", archive});
 
-    for (const rlim_t mebibytes : {16, 48, 80, 112, 144, 176, 208, 240, 272}) {
+    for (const rlim_t mebibytes :
+         std::initializer_list<rlim_t>{16, 48, 80, 112, 144, 176, 208, 240, 272}) {
         SCOPED_TRACE(mebibytes);
         {
             const ScopedMemoryLimit limit(host.ProcessId(), mebibytes << 20);

@@ -1,6 +1,8 @@
 #include "toolkit/ipc/IPCClient.h"
 #include "toolkit/ipc/IPCServer.h"
 
+#include "support/Sanitizers.h"
+
 #include <gmock/gmock.h>
 
 #include <ctime>
@@ -82,7 +84,7 @@ private:
     std::vector<int> m_files;
 };
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef TOOLKIT_SANITIZER
 long ResidentMebibytes()
 {
     std::ifstream file("/proc/self/statm");
@@ -295,7 +297,7 @@ TEST_F(IPCServerLimitsTest, KeepsMaxSessionsAndDisconnectsTheLongestSilentForMor
 }
 
 // Sanitizers keep freed memory.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef TOOLKIT_SANITIZER
 TEST_F(IPCServerLimitsTest, KeepsNoTextAfterDelivery)
 {
     const std::string characters(std::size_t{36} << 20, 'x');

@@ -2,6 +2,7 @@
 
 #include "toolkit/ipc/IPCClient.h"
 
+#include "support/Sanitizers.h"
 #include "support/ScopedLocale.h"
 
 #include <gmock/gmock.h>
@@ -27,7 +28,7 @@ using namespace std::string_literals;
 
 // The longest text. Shorter under ThreadSanitizer: on a busy machine a server may need longer for
 // the whole length than a client waits.
-#ifdef __SANITIZE_THREAD__
+#ifdef TOOLKIT_THREAD_SANITIZER
 constexpr std::size_t c_mostCharacters = std::size_t{1} << 20;
 #else
 constexpr std::size_t c_mostCharacters = std::size_t{16} << 20;
@@ -234,7 +235,11 @@ TEST_F(IPCServerTest, TakesSeveralTextsOnOneConnection)
 
 TEST_F(IPCServerTest, ReadsUtf8OrWideCharactersByTheFormat)
 {
-    const std::pair<std::string, std::wstring> cases[] = {
+    // A structure: Clang 14 does not capture structured bindings.
+    const struct {
+        std::string bytes;
+        std::wstring text;
+    } cases[] = {
         {"\x01\x11\x03\0\0\0\xC3\xA9\0"s, L"\u00E9"},                // 17: UTF-8
         {"\x01\x11\x02\0\0\0\xC3\xA9"s, L"\u00E9"},                  // without a null character
         {"\x01\x12\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // 18: four bytes a character
@@ -243,12 +248,12 @@ TEST_F(IPCServerTest, ReadsUtf8OrWideCharactersByTheFormat)
         {"\x01\x01\x10\0\0\0a\0\0\0\0\0\0\0b\0\0\0\0\0\0\0"s, L"a"}, // ends at a null character
         {"\x01\x01\0\0\0\0"s, L""}};
     const auto server = RunServer();
-    for (const auto& [bytes, expected] : cases) {
-        SCOPED_TRACE(testing::PrintToString(bytes));
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(testing::PrintToString(expected.bytes));
         const std::size_t before = m_received.All().size();
         ServeWhile([&] {
-            EXPECT_TRUE(Introduced().Send(bytes));
-            EXPECT_EQ(m_received.Await(before + 1).back(), expected);
+            EXPECT_TRUE(Introduced().Send(expected.bytes));
+            EXPECT_EQ(m_received.Await(before + 1).back(), expected.text);
         });
     }
 }

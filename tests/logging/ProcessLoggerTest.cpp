@@ -3,6 +3,8 @@
 #include "toolkit/logging/Log.h"
 #include "toolkit/logging/NullLogger.h"
 
+#include "support/Sanitizers.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -22,7 +24,7 @@ constexpr auto c_longestEnd = 5s;
 
 // Logging does not lock the pointer to the logger. Other threads may change it meanwhile only
 // because an address is written atomically.
-#ifdef __SANITIZE_THREAD__
+#ifdef TOOLKIT_THREAD_SANITIZER
 #define SkipUnderThreadSanitizer() GTEST_SKIP() << "a race by intention"
 #else
 #define SkipUnderThreadSanitizer() static_cast<void>(0)

@@ -1,5 +1,6 @@
 #include "memory/AllocationFault.h"
 
+#include "support/Sanitizers.h"
 #include "support/ScarceMemory.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 #include <string_view>
 #include <unwind.h>
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef TOOLKIT_SANITIZER
 // The C library's own names for the functions replaced below.
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);

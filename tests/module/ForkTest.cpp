@@ -1,4 +1,5 @@
 #include "support/RunProgram.h"
+#include "support/Sanitizers.h"
 #include "support/ScopedEnvironment.h"
 #include "support/Soak.h"
 #include "support/TempDir.h"
@@ -42,6 +43,12 @@ class ForkedChildTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(ForkedChildTest, MayUse)
 {
+#ifdef TOOLKIT_ADDRESS_SANITIZER
+    // The sanitizer's malloc() keeps its locks in the child. A small request rarely takes one; a
+    // search by PCRE 2 needs 20 KiB.
+    if (GetParam() == std::string("pattern"))
+        GTEST_SKIP() << "the sanitizer's malloc() does not work in such a child";
+#endif
     std::string errors;
     EXPECT_EQ(Failures(GetParam(), SoakRounds(20, 1000), errors), 0);
     EXPECT_EQ(errors, "");

@@ -1,3 +1,4 @@
+#include "support/Sanitizers.h"
 #include "support/Soak.h"
 #include "support/TempDir.h"
 
@@ -29,7 +30,7 @@ using TestSupport::TempDir;
 constexpr int c_status = 7;
 constexpr const char* c_seconds = "10";
 constexpr const char* c_secondsUnderValgrind = "100";
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef TOOLKIT_SANITIZER
 constexpr bool c_isSanitized = true;
 #else
 constexpr bool c_isSanitized = false;

@@ -3,6 +3,7 @@
 
 #include "toolkit/regExp/RegExp.h"
 
+#include "support/Sanitizers.h"
 #include "support/Soak.h"
 
 #include <gtest/gtest.h>
@@ -212,7 +213,7 @@ private:
 
 // Each this many calls have a seed of their own, so that what one of them does can be repeated.
 // Fewer under a sanitizer, where a call takes much longer.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef TOOLKIT_SANITIZER
 constexpr int c_sample = 1'000;
 #else
 constexpr int c_sample = 4'000;

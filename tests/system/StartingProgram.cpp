@@ -3,6 +3,8 @@
 
 #include "toolkit/system/SystemInfo.h"
 
+#include "support/Sanitizers.h"
+
 #include <cstdio>
 
 namespace {
@@ -19,7 +21,7 @@ const Farewell s_farewell;
 int main()
 {
     std::fputs("buffered\n", stdout);
-#ifdef __SANITIZE_THREAD__
+#ifdef TOOLKIT_THREAD_SANITIZER
     // The sanitizer's _exit() flushes the buffers of the standard streams.
     std::fflush(stdout);
 #endif

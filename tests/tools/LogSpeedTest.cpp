@@ -1,3 +1,4 @@
+#include "support/Sanitizers.h"
 #include "support/Soak.h"
 
 #include <gtest/gtest.h>
@@ -59,7 +60,7 @@ TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
     Covered(std::to_string(megabytes) + " MB at " +
             std::to_string(static_cast<int>(speed / c_megabyte)) + " MB/s in " +
             std::to_string(usage.ru_maxrss / 1000) + " MB of memory");
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef TOOLKIT_SANITIZER
     EXPECT_LT(usage.ru_maxrss, mostKilobytes);
     EXPECT_GT(speed, leastBytesPerSecond);
 #else
