@@ -112,9 +112,10 @@ const Segment* CallerOf(const void* returnAddress)
     return search.found;
 }
 
-bool Counts(const Segment* caller)
+bool Counts(const Segment* caller, bool isCFunction)
 {
-    const bool isOurs = caller && (caller->kind == Kind::Toolkit || caller->kind == Kind::Start);
+    const bool isOurs =
+        caller && (caller->kind == Kind::Toolkit || (caller->kind == Kind::Start && !isCFunction));
     return isOurs == (s_origin == Origin::Library);
 }
 
@@ -127,7 +128,7 @@ bool Fails(const void* returnAddress, bool isCFunction)
                                       ? Find(reinterpret_cast<std::uintptr_t>(returnAddress))
                                       : CallerOf(returnAddress);
     bool fails = false;
-    if (isCFunction ? s_origin == Origin::Foreign : Counts(caller)) {
+    if (Counts(caller, isCFunction)) {
         const long left = s_left.fetch_sub(1);
         fails = left == 0 || (left < 0 && s_lasting == Lasting::FromThenOn);
         if (left == 0)
