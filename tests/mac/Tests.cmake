@@ -53,4 +53,7 @@ if(NOT APPLE)
         ${library}/base/StackSpace.Mac.cpp
         ${library}/base/StackSpace.cpp
     )
+    toolkit_mac_test(
+        TickCountMacTest mac/TickCountMacTest.cpp ${library}/base/TickCount.Mac.cpp
+    )
 endif()
