@@ -7,6 +7,7 @@
 #include <vector>
 
 /// The string type of the library: the standard string with the operations that applications need.
+/// The class is global; `Toolkit::TString` is another name for it.
 ///
 /// `TString<wchar_t>` holds one code point per character; `TString<char>` holds bytes such as
 /// UTF-8. All operations of the standard string are available. One object is used by one thread at
