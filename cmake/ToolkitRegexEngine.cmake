@@ -24,7 +24,7 @@ if(NOT TARGET Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
 endif()
 
 # The sources of each engine, by their paths in sources/toolkit.
-set(TOOLKIT_REGEX_SOURCES_pcre regExp/PatternEngine.Pcre.cpp regExp/PatternNesting.cpp)
+set(TOOLKIT_REGEX_SOURCES_pcre regExp/PatternEngine.Pcre.cpp)
 set(TOOLKIT_REGEX_SOURCES_pcre2
     regExp/AtomicRecursion.cpp regExp/PatternEngine.Pcre2.cpp regExp/Pcre2Errors.cpp
     regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
@@ -34,6 +34,7 @@ set(TOOLKIT_REGEX_SOURCES_pcre2
 set(TOOLKIT_REGEX_SOURCES_needed
     base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
     regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp
+    regExp/PatternNesting.cpp
 )
 set(TOOLKIT_REGEX_SOURCES
     ${TOOLKIT_REGEX_SOURCES_needed}

@@ -8,9 +8,7 @@ toolkit_test(regExp/MatchResultTest.cpp)
 toolkit_private_test(
     regExp/AtomicRecursionTest.cpp regExp/AtomicRecursion.cpp regExp/PatternItems.cpp
 )
-toolkit_private_test(
-    regExp/PatternNestingTest.cpp regExp/PatternItems.cpp regExp/PatternNesting.cpp
-)
+toolkit_private_test(regExp/PatternNestingTest.cpp ${TOOLKIT_REGEX_SOURCES_needed})
 if(TARGET Toolkit::pcre2)
     toolkit_private_test(regExp/Pcre2ErrorsTest.cpp regExp/Pcre2Errors.cpp)
     target_link_libraries(Pcre2ErrorsTest PRIVATE Toolkit::pcre2)
