@@ -179,7 +179,7 @@ TEST(RegExpStackTest, CompilesManyOptionalGroupsOnASmallStack)
         pattern += "(?:a)?";
     const RegExp regExp(pattern, RegExpOptions::None);
 
-    for (const std::size_t size : {64, 96, 128, 160, 192, 256}) {
+    for (const std::size_t size : {64U, 96U, 128U, 160U, 192U, 256U}) {
         EXPECT_EQ(MessageWithStack(size * c_kilobyte, [&] { regExp.IsMatch("a"); }),
                   "nothing thrown");
     }

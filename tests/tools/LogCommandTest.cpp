@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <fstream>
 #include <sys/stat.h>
 
 #include "ToolFixture.h"
