@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
-#include <typeinfo>
 
 namespace Toolkit::EntryTextReader {
 namespace {
@@ -86,25 +85,23 @@ std::optional<Span> Locate(ArchiveStream& stream, Find find)
 template <typename Find>
 bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 {
-    // ArchiveStream is final, so no other class is one.
-    if (typeid(anyStream) != typeid(ArchiveStream) || !anyStream.IsOk())
+    auto* const stream = dynamic_cast<ArchiveStream*>(&anyStream);
+    if (!stream || !stream->IsOk())
         return false;
-    auto& stream = static_cast<ArchiveStream&>(anyStream);
-    stream.TakeBackUnread();
-    const std::optional<Span> span = Locate(stream, find);
+    stream->TakeBackUnread();
+    const std::optional<Span> span = Locate(*stream, find);
     if (!span)
         return false;
 
-    const std::string_view ahead = stream.Ahead();
+    const std::string_view ahead = stream->Ahead();
     const std::string_view bytes = ahead.substr(span->begin, span->end - span->begin);
-    const bool isReturn = ahead[span->end] == '\r';
     // wxTextInputStream decodes the character after a carriage return, even an incomplete one.
-    if ((isReturn && !IsPlainAscii(ahead[span->end + 1])) || MayBeginMark(ahead.front()) ||
-        bytes.find('\0') != std::string_view::npos ||
+    const bool hidesMore = ahead[span->end] == '\r' && !IsPlainAscii(ahead[span->end + 1]);
+    if (hidesMore || MayBeginMark(ahead.front()) || bytes.find('\0') != std::string_view::npos ||
         !Base::AppendDecodedUtf8(text, bytes.data(), bytes.size()))
         return false;
-    const bool isPair = isReturn && ahead[span->end + 1] == '\n';
-    stream.Skip(span->end + (isPair ? 2 : 1));
+    const bool isPair = ahead.compare(span->end, 2, "\r\n") == 0;
+    stream->Skip(span->end + (isPair ? 2 : 1));
     return true;
 }
 
