@@ -15,23 +15,32 @@ class Bytes(float):
 def read_results(directory):
     """Maps each subject, such as "TString", to its measurements, and lists the faults.
 
-    A measurement, such as "Tokens/60", has a value per library: the lower quartile of its repetitions.
-    Other programs only ever add to a time, so the quartile varies less than the median from run to run.
+    A measurement, such as "Tokens/60", has a value per library: the median of its repetitions.
     """
     subjects, faults = {}, []
     for path in sorted(pathlib.Path(directory).glob("*.json")):
         text = path.read_text()
         repetitions = {}
-        for entry in json.loads(text)["benchmarks"] if text else []:
+        for entry in sorted(json.loads(text)["benchmarks"], key=place_in_source) if text else []:
             if entry.get("error_occurred"):
                 faults.append(f"{entry['name']}: {entry['error_message']}")
             elif entry["run_type"] == "iteration":
                 add_repetition(repetitions, entry)
         subjects[path.stem.removesuffix("Benchmark")] = {
-            what: {who: lower_quartile(values) for who, values in libraries.items()}
+            what: {who: median_of(values) for who, values in libraries.items()}
             for what, libraries in repetitions.items()
         }
     return subjects, faults
+
+
+def place_in_source(entry):
+    """A key that undoes the random order in which the benchmarks ran."""
+    return entry["family_index"], entry["per_family_instance_index"]
+
+
+def median_of(values):
+    # Sorting keeps the type, which a mean would lose: there is an odd number of repetitions.
+    return sorted(values)[len(values) // 2]
 
 
 def add_repetition(repetitions, entry):
@@ -43,13 +52,8 @@ def add_repetition(repetitions, entry):
         r"/(real_time|manual_time|process_time|min_time:[\d.]+)|/(repeats|iterations):\d+", "", arguments
     )
     # A benchmark with the counter "bytes" measures memory instead of time.
-    value = entry.get("bytes", entry[clock] * NANOSECONDS[entry["time_unit"]])
-    value = Bytes(value) if "bytes" in entry else value
+    value = Bytes(entry["bytes"]) if "bytes" in entry else entry[clock] * NANOSECONDS[entry["time_unit"]]
     repetitions.setdefault(what, {}).setdefault(match["who"], []).append(value)
-
-
-def lower_quartile(values):
-    return sorted(values)[len(values) // 4]
 
 
 def readable(nanoseconds):
