@@ -6,6 +6,25 @@
 using namespace Toolkit;
 
 namespace Tool {
+namespace {
+
+// Without an error text the engine has not seen the pattern: there was no memory.
+std::string ReasonOf(const MatchResult& match, const RegExpException& exception)
+{
+    if (!match.errorText)
+        return exception.message;
+    return std::string(match.errorText) + " at offset " + std::to_string(match.errorOffset);
+}
+
+// The codes are those of pcreapi(3), "Error return values from pcre_exec()".
+std::string SearchError(int code)
+{
+    constexpr int stepLimit = -8;
+
+    return code == stepLimit ? "it takes too many steps" : "error " + std::to_string(code);
+}
+
+} // namespace
 
 Pattern::Pattern(const std::string& pattern)
     : m_expression(TString<char>(pattern), RegExpOptions::None), m_match(new MatchResult())
@@ -14,7 +33,8 @@ Pattern::Pattern(const std::string& pattern)
     try {
         m_expression.RegExp_compile(m_match);
     } catch (const smart_ptr<RegExpException>& exception) {
-        throw Failure("no regular expression: " + pattern + ": " + exception->message);
+        throw Failure("'" + pattern +
+                      "' is no regular expression: " + ReasonOf(*m_match, *exception));
     }
 }
 
@@ -25,8 +45,9 @@ bool Pattern::Matches(std::string_view text) const
     AppendVisible(m_match->subject, text);
     try {
         m_expression.RegExp_exec(m_match, 0);
-    } catch (const smart_ptr<RegExpException>& exception) {
-        throw Failure("the search fails: " + exception->message);
+    } catch (const smart_ptr<RegExpException>&) {
+        throw Failure("the search for '" + m_match->pattern +
+                      "' fails: " + SearchError(m_match->resultCode));
     }
     return m_match->resultCode >= 0;
 }

@@ -209,10 +209,24 @@ TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
 
 TEST_F(LogCommandTest, FailsForAnInvalidPattern)
 {
-    const ProgramResult result = Run({"log", Write(L"a.qvlog", c_everyForm), "-e", "(x"});
+    const ProgramResult result = Run({"log", Write(L"a.qvlog", c_everyForm), "-e", "("});
 
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_THAT(result.errors, HasSubstr("toolkit: no regular expression: "));
+    EXPECT_THAT(
+        result.errors,
+        ContainsRegex("^toolkit: '[(]' is no regular expression: missing [^@]* at offset 1\n$"));
+}
+
+TEST_F(LogCommandTest, FailsForAPatternThatTakesTooManySteps)
+{
+    const std::string log = "2 1 : 1 : f : " + std::string(40, 'a') + "\n";
+
+    const ProgramResult result =
+        Run({"log", Write(L"a.qvlog", log), "-e", "(*LIMIT_MATCH=1)(a+)+$"});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors, "toolkit: the search for '(*LIMIT_MATCH=1)(a+)+$' fails: it takes too "
+                             "many steps\n");
 }
 
 // The logs of this user, in the directory where loggers write.
