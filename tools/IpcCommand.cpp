@@ -1,9 +1,12 @@
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <system_error>
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/ipc/IPCClient.h>
 #include <toolkit/ipc/IPCServer.h>
+#include <vector>
 
 #include "Commands.h"
 #include "Failure.h"
@@ -50,9 +53,25 @@ int Listen(const Options& options, Output& output)
     return IpcListener(output, options.count).Run(ServiceOf(options));
 }
 
+// Those of applications, and those of services that were named without a directory.
+std::vector<std::string> OwnSockets()
+{
+    namespace fs = std::filesystem;
+    constexpr const char* extension = ".ipc";
+
+    std::vector<std::string> paths = OwnFilesIn(c_temporaryDirectory, extension, FileKind::Socket);
+    std::error_code error;
+    const fs::path here = fs::current_path(error);
+    if (error || fs::equivalent(here, c_temporaryDirectory, error))
+        return paths;
+    for (std::string& path : OwnFilesIn(here, extension, FileKind::Socket))
+        paths.push_back(std::move(path));
+    return paths;
+}
+
 int List(const Options&, Output& output)
 {
-    for (const std::string& path : OwnFilesInTemporaryDirectory(".ipc", FileKind::Socket)) {
+    for (const std::string& path : OwnSockets()) {
         const bool isLive = IPCClient::IsServed(UTF8::ToUNICODE(path));
         output.Write(isLive ? "live  " : "stale ", isLive ? Output::Green : Output::Yellow);
         output.WriteVisible(path);

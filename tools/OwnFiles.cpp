@@ -8,13 +8,14 @@
 
 namespace Tool {
 
-std::vector<std::string> OwnFilesInTemporaryDirectory(std::string_view extension, FileKind kind)
+std::vector<std::string> OwnFilesIn(const std::string& directory, std::string_view extension,
+                                    FileKind kind)
 {
     namespace fs = std::filesystem;
 
     std::vector<std::string> paths;
     std::error_code error;
-    for (fs::directory_iterator entry(c_temporaryDirectory, error), end; !error && entry != end;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
          entry.increment(error)) {
         const std::string path = entry->path();
         struct stat status {};

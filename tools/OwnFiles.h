@@ -6,12 +6,13 @@
 
 namespace Tool {
 
-/// Where loggers write and services listen.
+/// Where loggers write and the services of applications listen.
 constexpr const char* c_temporaryDirectory = "/tmp";
 
 enum class FileKind { Regular, Socket };
 
-/// The paths of this user's files of that kind and extension there, sorted by name.
-std::vector<std::string> OwnFilesInTemporaryDirectory(std::string_view extension, FileKind kind);
+/// The paths of this user's files of that kind and extension in a directory, sorted by name.
+std::vector<std::string> OwnFilesIn(const std::string& directory, std::string_view extension,
+                                    FileKind kind);
 
 } // namespace Tool

@@ -13,6 +13,7 @@ namespace Toolkit::TestSupport {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 class IpcCommandTest : public ToolFixture {
 protected:
@@ -64,6 +65,18 @@ TEST_F(IpcCommandTest, EndsListenWhenTheReaderGoesAway)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
+TEST_F(IpcCommandTest, EndsListenCleanlyAtASignal)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        RunningCommand server({"ipc", "listen", Service()});
+        server.ReadUntil("listening");
+
+        EXPECT_EQ(server.End(signal), 0);
+        EXPECT_FALSE(std::filesystem::exists(Service()));
+    }
+}
+
 TEST_F(IpcCommandTest, SaysInSendThatNobodyListens)
 {
     const ProgramResult result = Run({"ipc", "send", Service(), "x"});
@@ -98,6 +111,27 @@ TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)
     } // killed
 
     EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("stale " + ListedPath() + "\n"));
+}
+
+TEST_F(IpcCommandTest, ListsTheSocketsOfTheWorkingDirectory)
+{
+    RunningCommand server({"ipc", "listen", Service()});
+    server.ReadUntil("listening");
+    RunningCommand other({"ipc", "listen", PathOf("app.other")});
+    other.ReadUntil("listening");
+
+    const std::string list = Shell("cd $dir && $toolkit ipc list").output;
+
+    EXPECT_THAT(list, HasSubstr("live  " + Service() + "\n"));
+    EXPECT_THAT(list, Not(HasSubstr("app.other")));
+}
+
+TEST_F(IpcCommandTest, ListsASocketOnceWhenTheWorkingDirectoryIsTheTemporaryOne)
+{
+    RunningCommand server({"ipc", "listen", ListedPath()});
+    server.ReadUntil("listening");
+
+    EXPECT_EQ(Shell("cd /tmp && $toolkit ipc list | grep -c -F " + ListedPath()).output, "1\n");
 }
 
 } // namespace
