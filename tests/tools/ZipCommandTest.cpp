@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <poll.h>
+#include <sys/inotify.h>
+
+#include "RunningCommand.h"
 #include "ToolFixture.h"
 #include "archive/RawZip.h"
 
@@ -32,6 +36,31 @@ std::string WithZip64End(const std::string& archive)
     return archive.substr(0, end) + record + locator + "PK\5\6" + Number(0, 4) +
            std::string(12, '\xFF') + Number(0, 2);
 }
+
+// Reports when a file in a directory is written.
+class DirectoryWatch {
+public:
+    explicit DirectoryWatch(const std::string& directory) : m_events(::inotify_init1(IN_CLOEXEC))
+    {
+        EXPECT_GE(::inotify_add_watch(m_events, directory.c_str(), IN_MODIFY), 0);
+    }
+    ~DirectoryWatch() { ::close(m_events); }
+
+    DirectoryWatch(const DirectoryWatch&) = delete;
+    DirectoryWatch& operator=(const DirectoryWatch&) = delete;
+
+    // Fails after ten seconds.
+    void WaitForAWrite() const
+    {
+        constexpr int longestWaitMs = 10000;
+
+        pollfd event{m_events, POLLIN, 0};
+        EXPECT_EQ(::poll(&event, 1, longestWaitMs), 1);
+    }
+
+private:
+    const int m_events;
+};
 
 class ZipCommandTest : public ToolFixture {
 protected:
@@ -268,6 +297,20 @@ TEST_F(ZipCommandTest, KeepsNothingOfADamagedEntryInExtract)
     damaged.checksum = 1;
 
     EXPECT_EQ(Run({"zip", "extract", WriteRaw({damaged}), Target()}).exitCode, 2);
+
+    EXPECT_TRUE(IsTargetEmpty());
+}
+
+TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractIsInterrupted)
+{
+    // Extracting it takes much longer than a signal.
+    Shell("cd $dir; truncate -s 500M big; zip -q -1 big.zip big; rm big");
+    std::filesystem::create_directory(Target());
+    const DirectoryWatch target(Target());
+    RunningCommand command({"zip", "extract", PathOf("big.zip"), Target()});
+    target.WaitForAWrite();
+
+    EXPECT_EQ(command.End(SIGINT), -SIGINT);
 
     EXPECT_TRUE(IsTargetEmpty());
 }
