@@ -18,10 +18,10 @@ TEST_F(AboutCommandTest, NamesTheVersions)
     const ProgramResult result = Run({"about"});
 
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(
-        result.output,
-        ContainsRegex("^Toolkit 1.0.332.3\nwxWidgets 3[.][0-9.]+\nPCRE2? [0-9]+[.][^\n]+\n"
-                      "ICU [0-9.]+\n[^\n]+ library, regular expressions by pcre2?[^\n]*\n$"));
+    EXPECT_THAT(result.output,
+                ContainsRegex("^Toolkit 1.0.332.3\nwxWidgets 3[.][0-9.]+\nPCRE2? [0-9]+[.][^\n]+\n"
+                              "ICU [0-9.]+\n[^\n]+, [A-Za-z]+ build(, hardened)?, (shared|static) "
+                              "library, regular expressions by pcre2?[^\n]*\n$"));
 }
 
 TEST_F(AboutCommandTest, ChecksTheLibraryInAMoment)
