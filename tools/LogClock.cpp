@@ -3,6 +3,8 @@
 #include <ctime>
 #include <toolkit/system/TickCount.h>
 
+#include "FileTime.h"
+
 namespace Tool {
 namespace {
 
@@ -42,7 +44,7 @@ WallTime SleptMs()
 
 LogClock::LogClock(std::uint32_t newestTick, const struct stat& file) : m_newestTick(newestTick)
 {
-    const WallTime written = Milliseconds(file.st_mtim);
+    const WallTime written = Milliseconds(ModificationTime(file));
     const std::uint32_t age = Toolkit::GetTickCount() - newestTick;
     const WallTime bySleeplessTicks = Now(CLOCK_REALTIME) - age;
     const WallTime late = written - bySleeplessTicks;

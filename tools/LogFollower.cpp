@@ -4,6 +4,8 @@
 #include <ctime>
 #include <utility>
 
+#include "FileTime.h"
+
 namespace Tool {
 namespace {
 
@@ -76,10 +78,10 @@ void LogFollower::Poll()
 
 bool LogFollower::HasChanged(const struct stat& status)
 {
-    const bool isSame = status.st_size == m_size && IsSameTime(status.st_mtim, m_written);
+    const bool isSame = status.st_size == m_size && IsSameTime(ModificationTime(status), m_written);
     m_size = status.st_size;
-    m_written = status.st_mtim;
-    return !isSame || !m_unconfirmed.empty() || IsRecent(status.st_mtim);
+    m_written = ModificationTime(status);
+    return !isSame || !m_unconfirmed.empty() || IsRecent(ModificationTime(status));
 }
 
 void LogFollower::FollowTruncation(off_t size)

@@ -1,0 +1,10 @@
+#include "FileTime.h"
+
+namespace Tool {
+
+timespec ModificationTime(const struct stat& file)
+{
+    return file.st_mtimespec;
+}
+
+} // namespace Tool

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <ctime>
+#include <sys/stat.h>
+
+namespace Tool {
+
+/// When the file was last written.
+timespec ModificationTime(const struct stat& file);
+
+} // namespace Tool
