@@ -22,9 +22,16 @@ bool IsWritable(const std::string& path)
     return ::access(path.c_str(), W_OK) == 0;
 }
 
+bool CanBeFilled(const std::string& directory)
+{
+    struct stat status {};
+    return ::stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           ::access(directory.c_str(), W_OK | X_OK) == 0;
+}
+
 PathState StateOfMissing(const std::string& path, PathUse use)
 {
-    if (use == PathUse::Read || IsWritable(ExistingParent(path)))
+    if (use == PathUse::Read || CanBeFilled(ExistingParent(path)))
         return {true, "missing"};
     return {false, "missing, and cannot be created"};
 }

@@ -15,6 +15,7 @@
 #include "Failure.h"
 #include "InputPath.h"
 #include "Output.h"
+#include "OwnExecutable.h"
 #include "PathState.h"
 
 using namespace Toolkit;
@@ -43,11 +44,17 @@ std::string FindProgram(const std::string& program)
 // With links resolved, as the program itself finds it.
 Text ExecutableOf(const std::string& program)
 {
+    const std::string found = program.empty() ? OwnExecutable() : FindProgram(program);
     std::error_code error;
-    const std::filesystem::path path = std::filesystem::canonical(FindProgram(program), error);
+    const std::filesystem::path path = std::filesystem::canonical(found, error);
     if (error)
         throw Failure("cannot find " + program + ": " + error.message());
     return WideArgument(path.native());
+}
+
+Text ParentOf(const Text& path)
+{
+    return path.substr(0, path.rfind(L'/'));
 }
 
 // Prints a table of paths, and remembers whether something is wrong with one.
@@ -95,18 +102,24 @@ int Run(const std::string& program, Output& output)
     const Text& unique = paths.GetApplicationUniqueName();
     const Text temporary = paths.GetTempDir() + paths.GetPathSeparator();
     const Text log = FileLogger::c_strLogExtension;
+    const Text lock = SingleApplicationInstance::GetLockPath(unique);
 
     Table table(output);
     table.AddName("name", paths.GetApplicationName());
     table.AddName("unique name", unique);
     table.Add("application", paths.GetApplicationPath(), PathUse::Read);
+    // The object itself would answer for this process.
+    table.Add("shared data", ParentOf(paths.GetConfigurationPath()), PathUse::Read);
     table.Add("configuration", paths.GetConfigurationPath(), PathUse::Read);
     table.Add("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
     table.Add("plug-ins", paths.GetPluginsPath(), PathUse::Read);
+    table.Add("user data", ParentOf(paths.GetApplicationDataPath()), PathUse::WriteDirectory);
     table.Add("data", paths.GetApplicationDataPath(), PathUse::WriteDirectory);
     table.Add("documents", paths.GetDocumentsPath(), PathUse::WriteDirectory);
     table.Add("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
-    table.Add("lock", SingleApplicationInstance::GetLockPath(unique), PathUse::WriteFile);
+    table.Add("lock", lock, PathUse::WriteFile);
+    // The one that wxSingleInstanceChecker has in the same directory.
+    table.Add("second lock", ParentOf(lock) + L"/" + unique, PathUse::WriteFile);
     table.Add("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"), PathUse::WriteFile);
     table.Add("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
     table.Add("own log", temporary + unique + log, PathUse::WriteFile);
@@ -119,7 +132,7 @@ void AddPathsCommand(CLI::App& app, Action& action)
 {
     CLI::App* const paths =
         app.add_subcommand("paths", "Print the directories and files that a program uses");
-    const auto program = std::make_shared<std::string>("/proc/self/exe");
+    const auto program = std::make_shared<std::string>();
     paths->add_option("program", *program,
                       "Path of the program, or its name along PATH; without it, this command");
     paths->callback([program, &action] {

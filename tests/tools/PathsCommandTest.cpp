@@ -12,6 +12,29 @@ namespace {
 
 using testing::HasSubstr;
 
+// A directory in which nothing can be created for the lifetime of the object.
+class ReadOnly {
+public:
+    explicit ReadOnly(std::filesystem::path directory) : m_directory(std::move(directory))
+    {
+        std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::remove);
+    }
+
+    // A user other than root could not remove it otherwise.
+    ~ReadOnly()
+    {
+        std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::add);
+    }
+
+    ReadOnly(const ReadOnly&) = delete;
+    ReadOnly& operator=(const ReadOnly&) = delete;
+
+private:
+    static constexpr auto c_write = std::filesystem::perms::owner_write;
+
+    const std::filesystem::path m_directory;
+};
+
 // A program app in the directory bin of an installed tree, run by this user.
 class PathsCommandTest : public ToolFixture {
 protected:
@@ -24,6 +47,15 @@ protected:
     }
 
     ProgramResult Paths() const { return Run({"paths", PathOf("bin/app")}); }
+
+    // Root may do everything: it runs the command without its privileges.
+    ProgramResult PathsWithoutPrivileges() const
+    {
+        if (::geteuid() != 0)
+            return Paths();
+        return RunProgram("/usr/bin/setpriv", {"--bounding-set=-all", "--inh-caps=-all",
+                                               TOOLKIT_COMMAND, "paths", PathOf("bin/app")});
+    }
 
     std::string UniqueName() const
     {
@@ -52,6 +84,9 @@ TEST_F(PathsCommandTest, NamesWhatAProgramUses)
                                  "application     " +
                                  PathOf("bin") +
                                  " (good)\n"
+                                 "shared data     " +
+                                 PathOf("share/app") +
+                                 " (good)\n"
                                  "configuration   " +
                                  PathOf("share/app/config") +
                                  " (good)\n"
@@ -60,6 +95,9 @@ TEST_F(PathsCommandTest, NamesWhatAProgramUses)
                                  " (missing)\n"
                                  "plug-ins        " +
                                  PathOf("share/app/ressources/plugins") +
+                                 " (missing)\n"
+                                 "user data       " +
+                                 PathOf("home/.app") +
                                  " (missing)\n"
                                  "data            " +
                                  PathOf("home/.app/app") +
@@ -70,6 +108,9 @@ TEST_F(PathsCommandTest, NamesWhatAProgramUses)
                                  "temporary       /tmp (good)\n"
                                  "lock            " +
                                  PathOf("home/." + UniqueName() + ".lock") +
+                                 " (missing)\n"
+                                 "second lock     " +
+                                 PathOf("home/" + UniqueName()) +
                                  " (missing)\n"
                                  "socket          /tmp/" +
                                  UniqueName() +
@@ -107,6 +148,55 @@ TEST_F(PathsCommandTest, ReportsWhatIsWrong)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output, HasSubstr("share/app/config (not a directory)\n"));
     EXPECT_THAT(result.output, HasSubstr(".lock (a link)\n"));
+    EXPECT_THAT(result.output, HasSubstr("home/.app (not a directory)\n"));
+    EXPECT_THAT(result.output, HasSubstr("home/.app/app (missing, and cannot be created)\n"));
+}
+
+TEST_F(PathsCommandTest, ReportsWhatBelongsToAnotherUser)
+{
+    constexpr uid_t nobody = 65534;
+
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give files away";
+    const std::string lock = PathOf("home/" + UniqueName());
+    Write(L"lock", "");
+    std::filesystem::rename(PathOf("lock"), lock);
+    ASSERT_EQ(::chown(lock.c_str(), nobody, nobody), 0);
+    ASSERT_EQ(::chown(PathOf("home").c_str(), nobody, nobody), 0);
+
+    const ProgramResult result = Paths();
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, HasSubstr("second lock     " + lock + " (another user's)\n"));
+    EXPECT_THAT(result.output,
+                HasSubstr("documents       " + PathOf("home") + " (another user's)\n"));
+}
+
+TEST_F(PathsCommandTest, ReportsWhatTheProgramCannotWrite)
+{
+    const ReadOnly home(PathOf("home"));
+
+    const ProgramResult result = PathsWithoutPrivileges();
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output,
+                HasSubstr("documents       " + PathOf("home") + " (not writable)\n"));
+    EXPECT_THAT(result.output, HasSubstr("data            " + PathOf("home/.app/app") +
+                                         " (missing, and cannot be created)\n"));
+    EXPECT_THAT(result.output, HasSubstr("second lock     " + PathOf("home/" + UniqueName()) +
+                                         " (missing, and cannot be created)\n"));
+}
+
+TEST_F(PathsCommandTest, ReportsWhatTheProgramCannotRead)
+{
+    std::filesystem::create_directories(PathOf("share/app/config"));
+    std::filesystem::permissions(PathOf("share/app/config"), std::filesystem::perms::none);
+
+    const ProgramResult result = PathsWithoutPrivileges();
+
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output,
+                HasSubstr("configuration   " + PathOf("share/app/config") + " (not readable)\n"));
 }
 
 TEST_F(PathsCommandTest, NamesItsOwnPathsWithoutAProgram)

@@ -17,11 +17,12 @@ class InstanceLock;
 /// running.
 ///
 /// The object holds the lock for its lifetime, with two files in the user's home directory. A
-/// flock(2) on the first one decides. The second is the lock file of `wxSingleInstanceChecker`, so
-/// programs that use that class see this one and are seen; a file of that name with another owner,
-/// mode or content is left alone. Of several processes that start at once exactly one is the
-/// first, and a crashed process never keeps others out. On a read-only home directory an existing
-/// lock file is enough. A forked child does not hold the lock.
+/// flock(2) on the first one decides. The second has the unique name of the application. It is the
+/// lock file of `wxSingleInstanceChecker`, so programs that use that class see this one and are
+/// seen; a file of that name with another owner, mode or content is left alone. Of several
+/// processes that start at once exactly one is the first, and a crashed process never keeps others
+/// out. On a read-only home directory an existing lock file is enough. A forked child does not hold
+/// the lock.
 ///
 /// Needs a `PathManager`.
 class TOOLKIT_API SingleApplicationInstance {

@@ -1,0 +1,10 @@
+#include "OwnExecutable.h"
+
+namespace Tool {
+
+std::string OwnExecutable()
+{
+    return "/proc/self/exe";
+}
+
+} // namespace Tool

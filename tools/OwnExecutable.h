@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace Tool {
+
+/// The path of this program; links in it may be unresolved. Empty when the system does not report
+/// it.
+std::string OwnExecutable();
+
+} // namespace Tool
