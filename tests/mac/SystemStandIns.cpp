@@ -8,11 +8,13 @@
 #include <mach-o/dyld.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
 
 std::string s_executablePath;
+std::optional<uid_t> s_peerUser;
 
 struct Stack {
     void* begin = nullptr;
@@ -39,6 +41,11 @@ void SetExecutablePath(const std::string& path)
     s_executablePath = path;
 }
 
+void SetPeerUser(std::optional<uid_t> user)
+{
+    s_peerUser = user;
+}
+
 } // namespace Toolkit::MacStandIns
 
 extern "C" {
@@ -53,9 +60,25 @@ int getpeereid(int socket, uid_t* effectiveUser, gid_t* effectiveGroup)
     socklen_t length = sizeof peer;
     if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0)
         return -1;
-    *effectiveUser = peer.user;
+    *effectiveUser = s_peerUser.value_or(peer.user);
     *effectiveGroup = peer.group;
     return 0;
+}
+
+// Linux has no SO_NOSIGPIPE: the priority of a socket, which nothing else here uses, keeps it.
+int setsockopt(int socket, int level, int option, const void* value, socklen_t size) noexcept
+{
+    const int known = level == SOL_SOCKET && option == SO_NOSIGPIPE ? SO_PRIORITY : option;
+    return static_cast<int>(::syscall(SYS_setsockopt, socket, level, known, value, size));
+}
+
+ssize_t send(int socket, const void* bytes, size_t length, int flags)
+{
+    int isSilent = 0;
+    socklen_t size = sizeof isSilent;
+    ::getsockopt(socket, SOL_SOCKET, SO_PRIORITY, &isSilent, &size);
+    const int all = isSilent != 0 ? flags | MSG_NOSIGNAL : flags;
+    return ::syscall(SYS_sendto, socket, bytes, length, all, nullptr, 0);
 }
 
 // The end of the stack, from which it grows down.

@@ -35,6 +35,17 @@ if(NOT APPLE)
         ${library}/system/LocalePatterns.CoreFoundation.cpp
     )
     toolkit_mac_test(
+        SocketMacTest
+        mac/SocketMacTest.cpp
+        mac/KqueueStandIn.cpp
+        mac/SystemStandIns.cpp
+        ${library}/base/FileDescriptor.cpp
+        ${library}/base/Fork.cpp
+        ${library}/base/OwnDescriptor.cpp
+        ${library}/ipc/Socket.Mac.cpp
+        ${library}/ipc/Socket.cpp
+    )
+    toolkit_mac_test(
         SocketSetMacTest
         ipc/SocketSetTest.cpp
         mac/KqueueStandIn.cpp

@@ -1,0 +1,128 @@
+#include "toolkit/ipc/Socket.Private.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <string>
+#include <unistd.h>
+
+#include "mac/SystemStandIns.h"
+
+namespace Toolkit::Ipc {
+namespace {
+
+bool IsInherited(const Base::FileDescriptor& socket)
+{
+    return (::fcntl(socket.Get(), F_GETFD) & FD_CLOEXEC) == 0;
+}
+
+bool Blocks(const Base::FileDescriptor& socket)
+{
+    return (::fcntl(socket.Get(), F_GETFL) & O_NONBLOCK) == 0;
+}
+
+// What can be received at once.
+std::string ReceiveFrom(const Base::FileDescriptor& socket)
+{
+    char bytes[64];
+    const ssize_t length = Receive(socket, bytes, sizeof bytes);
+    return length > 0 ? std::string(bytes, static_cast<std::size_t>(length)) : std::string();
+}
+
+// A client and the connection that the server has accepted from it.
+class SocketMacTest : public testing::Test {
+protected:
+    SocketMacTest()
+    {
+        const std::string path = m_directory.Path() / "socket";
+        EXPECT_TRUE(m_server.Listen(path));
+        EXPECT_TRUE(ConnectToOwn(m_client, path));
+        m_accepted = AcceptClient(m_server.Socket());
+        EXPECT_TRUE(m_accepted.IsOpen());
+    }
+
+    ~SocketMacTest() override { MacStandIns::SetPeerUser(std::nullopt); }
+
+    const TestSupport::TempDir m_directory;
+    SocketFile m_server;
+    Base::FileDescriptor m_client = CreateSocket();
+    Base::FileDescriptor m_accepted;
+};
+
+TEST_F(SocketMacTest, SendsTextBothWays)
+{
+    EXPECT_EQ(Send(m_client, "hello", 5), 5);
+    EXPECT_EQ(ReceiveFrom(m_accepted), "hello");
+
+    EXPECT_EQ(Send(m_accepted, "welcome", 7), 7);
+    EXPECT_EQ(ReceiveFrom(m_client), "welcome");
+}
+
+TEST_F(SocketMacTest, AcceptsNobodyWhileNobodyConnects)
+{
+    EXPECT_FALSE(AcceptClient(m_server.Socket()).IsOpen());
+}
+
+TEST_F(SocketMacTest, LeavesNoSocketToStartedPrograms)
+{
+    EXPECT_FALSE(IsInherited(m_server.Socket()));
+    EXPECT_FALSE(IsInherited(m_client));
+    EXPECT_FALSE(IsInherited(m_accepted));
+}
+
+TEST_F(SocketMacTest, BlocksOnlyTheClient)
+{
+    EXPECT_TRUE(Blocks(m_client));
+    EXPECT_FALSE(Blocks(m_accepted));
+}
+
+TEST_F(SocketMacTest, SendsAsMuchAsFitsAtOnce)
+{
+    const std::string text(64 << 20, 'x');
+
+    const ssize_t sent = Send(m_client, text.data(), text.size());
+
+    EXPECT_GT(sent, 0);
+    EXPECT_LT(sent, static_cast<ssize_t>(text.size()));
+}
+
+TEST_F(SocketMacTest, FailsWithoutASignalOnceTheOtherEndIsClosed)
+{
+    m_client.Close();
+
+    EXPECT_EQ(Send(m_accepted, "x", 1), -1);
+    EXPECT_EQ(errno, EPIPE);
+}
+
+TEST_F(SocketMacTest, FailsWithoutASignalOnceTheServerHasLeft)
+{
+    m_accepted.Close();
+
+    EXPECT_EQ(Send(m_client, "x", 1), -1);
+    EXPECT_EQ(errno, EPIPE);
+}
+
+TEST_F(SocketMacTest, FindsThisUserAtBothEnds)
+{
+    EXPECT_TRUE(IsPeerOfThisUser(m_accepted));
+    EXPECT_TRUE(IsPeerOfThisUser(m_client));
+}
+
+TEST_F(SocketMacTest, RefusesAPeerOfAnotherUser)
+{
+    MacStandIns::SetPeerUser(::geteuid() + 1);
+
+    EXPECT_FALSE(IsPeerOfThisUser(m_accepted));
+}
+
+TEST_F(SocketMacTest, RefusesASocketWithoutAPeer)
+{
+    EXPECT_FALSE(IsPeerOfThisUser(CreateSocket()));
+    EXPECT_FALSE(IsPeerOfThisUser(Base::FileDescriptor()));
+}
+
+} // namespace
+} // namespace Toolkit::Ipc
