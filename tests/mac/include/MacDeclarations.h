@@ -23,6 +23,9 @@
 // <sys/socket.h>, setsockopt(2): no SIGPIPE from writes to this socket.
 #define SO_NOSIGPIPE 0x1022
 
+// <sys/stat.h>, stat(2)
+#define st_mtimespec st_mtim
+
 extern "C" {
 // <unistd.h>, getpeereid(3)
 int getpeereid(int socket, uid_t* effectiveUser, gid_t* effectiveGroup);
@@ -46,4 +49,5 @@ int pthread_main_np();
 #pragma GCC poison epoll_create1 eventfd timerfd_create inotify_init1 memfd_create signalfd
 #pragma GCC poison pthread_getattr_np program_invocation_name secure_getenv canonicalize_file_name
 #pragma GCC poison fallocate renameat2 sendfile statx fwrite_unlocked wmempcpy
+#pragma GCC poison st_mtim
 #endif
