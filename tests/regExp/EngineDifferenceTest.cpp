@@ -162,16 +162,35 @@ const char* Difference(const Call& call, const Outcome& second)
     return "different";
 }
 
+// Which rare construct may explain that the outcomes differ: the engines themselves disagree on
+// what verbs do inside assertions and calls, on where a search with (*COMMIT) begins, and on which
+// groups a condition or a repeated assertion leaves set. "different" without one.
+const char* RareDifference(const Call& call)
+{
+    if (Contains(call.pattern, {"(*COMMIT)"}))
+        return "known: (*COMMIT)";
+    if (Contains(call.pattern, {"(*PRUNE", "(*SKIP", "(*THEN"}))
+        return "known: (*PRUNE), (*SKIP) or (*THEN)";
+    if (Contains(call.pattern, {"(?("}))
+        return "known: a condition";
+    if (Contains(call.pattern, {"(?=", "(?!", "(?<=", "(?<!"}))
+        return "known: an assertion";
+    return "different";
+}
+
 // How the calls of a sweep ended.
 class Tally {
 public:
+    explicit Tally(bool hasRareConstructs = false) : m_hasRareConstructs(hasRareConstructs) {}
+
     // Compares the engines. What differs is printed, up to a number.
     void Add(const Call& call)
     {
         const Outcome first = Run(TestSupport::c_pcre, call);
         const Outcome second = Run(TestSupport::c_pcre2, call);
         const std::string ending = Ending(call, first, second);
-        if (++m_counts[ending] <= c_mostPrinted && ending == Difference(call, second))
+        const bool differs = ending == "different" || ending.rfind("known: ", 0) == 0;
+        if (++m_counts[ending] <= c_mostPrinted && differs)
             std::cout << call << "\nPCRE 1:" << first.text << "\nPCRE 2:" << second.text << '\n';
     }
 
@@ -199,7 +218,7 @@ public:
 private:
     static constexpr int c_mostPrinted = 20;
 
-    static const char* Ending(const Call& call, const Outcome& first, const Outcome& second)
+    std::string Ending(const Call& call, const Outcome& first, const Outcome& second) const
     {
         if (first.isFaulty && second.isFaulty)
             return "no engine accepts the pattern";
@@ -208,9 +227,13 @@ private:
                                   : "only PCRE 1 accepts the pattern";
         if (first.isLimited || second.isLimited)
             return "a limit ends the call";
-        return first.text == second.text ? "equal" : Difference(call, second);
+        if (first.text == second.text)
+            return "equal";
+        const std::string cause = Difference(call, second);
+        return cause == "different" && m_hasRareConstructs ? RareDifference(call) : cause;
     }
 
+    bool m_hasRareConstructs;
     std::map<std::string, int> m_counts;
 };
 
@@ -263,11 +286,12 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
 TEST(EngineDifferenceTest, DiffersRarelyInRareConstructs)
 {
     const int rounds = TestSupport::SoakRounds(c_sample, 200'000);
-    Tally tally;
+    Tally tally(true);
     AddRandomCalls(tally, 2'000, true, rounds);
 
     const int most = rounds == c_sample ? 0 : rounds / 5'000;
-    EXPECT_LE(tally.Count("different") + tally.CountKnown(), most);
+    EXPECT_EQ(tally.Count("different"), 0);
+    EXPECT_LE(tally.CountKnown(), most);
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
 
