@@ -49,5 +49,5 @@ int pthread_main_np();
 #pragma GCC poison epoll_create1 eventfd timerfd_create inotify_init1 memfd_create signalfd
 #pragma GCC poison pthread_getattr_np program_invocation_name secure_getenv canonicalize_file_name
 #pragma GCC poison fallocate renameat2 sendfile statx fwrite_unlocked wmempcpy
-#pragma GCC poison st_mtim
+#pragma GCC poison st_atim st_ctim st_mtim
 #endif
