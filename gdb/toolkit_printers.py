@@ -30,6 +30,11 @@ def pointer_in(value):
     return value.address.cast(address_type.pointer()).dereference()
 
 
+def is_described(class_type):
+    """Compilers describe a class with virtual functions only in the module that defines them."""
+    return len(class_type.strip_typedefs().fields()) > 0
+
+
 class SmartPointer:
     """The object, and how many pointers share it."""
 
@@ -71,8 +76,17 @@ class Bytes:
     """The size and the first bytes in hexadecimal."""
 
     def __init__(self, value):
-        self.data = value["m_data"]
-        self.size = int(value["m_size"])
+        if is_described(value.type):
+            self.data = value["m_data"]
+            self.size = int(value["m_size"])
+        else:
+            self.read_layout(value)
+
+    def read_layout(self, value):
+        """Reads the members after the address of the virtual functions."""
+        members = value.address.cast(gdb.lookup_type("void").pointer().pointer())
+        self.data = members[1]
+        self.size = int((members + 2).cast(gdb.lookup_type("unsigned int").pointer()).dereference())
 
     def to_string(self):
         if self.size == 0:
@@ -173,7 +187,7 @@ class IniFile:
         self.sections = value["m_sections"]["_M_ptr"]
 
     def is_described(self):
-        return bool(self.sections) and len(self.sections.type.target().strip_typedefs().fields()) > 0
+        return bool(self.sections) and is_described(self.sections.type.target())
 
     def to_string(self):
         text = "loaded" if self.loaded else "not loaded"
