@@ -15,8 +15,9 @@ class ThreadControl;
 /// A worker thread: derive from it, implement `DoWork()` and call `Run()`.
 ///
 /// The destructor asks the thread to end and waits until it has. By then the derived part of the
-/// object is destroyed. A derived class that may be destroyed while its thread runs must therefore
-/// end the thread in its own destructor: make `DoWork()` return and call `Wait()`.
+/// object is destroyed: a thread that has not called `DoWork()` yet never does. A derived class
+/// that may be destroyed while its thread runs must end the thread in its own destructor: make
+/// `DoWork()` return and call `Wait()`.
 ///
 /// wxWidgets stays started while the object exists; `FrameworkHold` describes how. One thread at a
 /// time may operate an object.
