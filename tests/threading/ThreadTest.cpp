@@ -1,5 +1,6 @@
 #include "toolkit/threading/Thread.h"
 
+#include "support/Sanitizers.h"
 #include "support/ScarceMemory.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include <latch>
 #include <memory>
 #include <pthread.h>
+#include <semaphore>
 #include <string>
 #include <thread>
 #include <unistd.h>
@@ -369,20 +371,54 @@ TEST(ThreadTest, IsDestroyedAfterTheObjectsOfItsKilledThread)
     EXPECT_EQ(g_slowlyDestroyed, before + 1);
 }
 
-TEST(ThreadTest, WaitsForTheThreadLocalObjectsOfAnEndedThread)
+TEST(ThreadTest, IsDestroyedAfterTheThreadLocalObjectsOfItsThread)
 {
-    Worker worker([](Worker&) {
-        thread_local const DestroyedSlowly object;
-        static_cast<void>(&object);
-        return 0;
-    });
     const int before = g_slowlyDestroyed;
-    worker.Run();
-    AwaitEnd(worker);
+    {
+        Worker worker([](Worker&) {
+            thread_local const DestroyedSlowly object;
+            static_cast<void>(&object);
+            return 0;
+        });
+        worker.Run();
+        AwaitEnd(worker);
+        EXPECT_EQ(worker.Wait(), nullptr);
+    }
 
-    EXPECT_EQ(worker.Wait(), nullptr);
     EXPECT_EQ(g_slowlyDestroyed, before + 1);
 }
+
+std::counting_semaphore<1> g_mayBeDestroyed{0};
+std::atomic<bool> g_wasReleased{false};
+
+struct DestroyedOnRequest {
+    ~DestroyedOnRequest()
+    {
+        g_wasReleased = g_mayBeDestroyed.try_acquire_for(std::chrono::seconds(20));
+    }
+};
+
+TEST(ThreadTest, ReturnsFromWaitAtOnceWhenTheThreadHasEnded)
+{
+    {
+        Worker worker([](Worker&) {
+            thread_local const DestroyedOnRequest object;
+            static_cast<void>(&object);
+            return 0;
+        });
+        worker.Run();
+        AwaitEnd(worker);
+
+        EXPECT_EQ(worker.Wait(), nullptr);
+        g_mayBeDestroyed.release();
+    }
+    EXPECT_TRUE(g_wasReleased);
+}
+
+// ThreadSanitizer misses the locks that a cancelled thread takes, and the order that they make. It
+// also reports that wxWidgets reads the pointer to the virtual functions of an object that is being
+// destroyed.
+#ifndef TOOLKIT_THREAD_SANITIZER
 
 // Returns 0 when a thread was killed as soon as it had been started.
 int KillAtStart(bool throughBase)
@@ -413,8 +449,6 @@ TEST(ThreadDeathTest, CanBeKilledThroughItsBaseBeforeItsWorkBegins)
         EXPECT_EXIT(::_exit(KillAtStart(true)), testing::ExitedWithCode(0), "^$");
 }
 
-// ThreadSanitizer reports that wxWidgets reads the pointer to the virtual functions.
-#ifndef __SANITIZE_THREAD__
 // Has no destructor that waits for the thread, and no members that the thread could miss.
 class Unattended : public Thread {
 private:

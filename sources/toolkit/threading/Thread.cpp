@@ -148,14 +148,7 @@ bool Thread::IsRunning() const
 
 wxThread::ExitCode Thread::Wait()
 {
-    if (!m_control->IsOfThisProcess() || IsCaller())
-        return nullptr;
-    if (wxThread::IsAlive())
-        return wxThread::Wait();
-    // For wxWidgets it has ended before its thread-local objects are destroyed.
-    if (m_state == State::Started || m_state == State::Working)
-        wxThread::Wait();
-    return nullptr;
+    return IsRunning() && !IsCaller() ? wxThread::Wait() : nullptr;
 }
 
 bool Thread::IsPaused() const

@@ -54,7 +54,7 @@ public:
     /// The thread ends at its next cancellation point, see pthreads(7), by an unwinding of its
     /// stack. `DoWork()` must not stop that unwinding with a catch-all, nor reach a cancellation
     /// point in a function that is noexcept, such as a destructor: the process would end. The call
-    /// does not wait for the unwinding; `Wait()` and the destructor do.
+    /// does not wait for the unwinding; a `Wait()` after it and the destructor do.
     wxThreadError Kill();
 
     /// Suspends the calling thread for `ms` milliseconds.
@@ -64,8 +64,9 @@ public:
     bool IsRunning() const;
 
     /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
-    /// the thread was killed. A null code if the thread does not run, and on the thread itself.
-    /// After the call, the thread's own objects are destroyed, thread-local ones too.
+    /// the thread was killed. Returns a null code at once when the thread does not run, and on the
+    /// thread itself. A thread that has just ended may then still destroy its thread-local objects;
+    /// the destructor waits for them.
     ExitCode Wait();
 
     bool IsPaused() const;
