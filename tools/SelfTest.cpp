@@ -1,5 +1,6 @@
 #include "SelfTest.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -89,12 +90,24 @@ bool ChecksThreads()
     public:
         ~Worker() override { Wait(); }
 
-    protected:
-        int DoWork() override { return 7; }
+        bool IsDone() const { return m_isDone; }
+
+    private:
+        int DoWork() override
+        {
+            m_isDone = true;
+            return 0;
+        }
+
+        std::atomic<bool> m_isDone{false};
     };
 
+    // Not by the exit code: Wait() returns none when the thread has ended before the call.
     Worker worker;
-    return worker.Run() && worker.Wait() == reinterpret_cast<wxThread::ExitCode>(7);
+    if (!worker.Run())
+        return false;
+    worker.Wait();
+    return worker.IsDone();
 }
 
 // Stopping a logger writes its queue.
