@@ -62,7 +62,8 @@ struct Case {
         std::vector<std::string> arguments = {program, c_seconds, how, what};
         if (isUnderValgrind) {
             arguments[1] = c_secondsUnderValgrind;
-            arguments.insert(arguments.begin(), {"valgrind", "--quiet", "--error-exitcode=99"});
+            arguments.insert(arguments.begin(), {"valgrind", "--quiet", "--error-exitcode=99",
+                                                 "--vgdb=no", "--read-inline-info=no"});
         }
         if (!plugIn.empty())
             arguments.push_back(plugIn);
@@ -188,8 +189,9 @@ std::string Fault(const Case& now, const End& end)
     return "";
 }
 
-// Runs all cases `rounds` times, many concurrently, since they mostly wait.
-void RunAll(const std::vector<Case>& cases, int rounds)
+// Runs all cases `rounds` times, many concurrently, since they mostly wait. `title` is for the
+// report.
+void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds)
 {
     const std::size_t count = cases.size() * static_cast<std::size_t>(rounds);
     std::atomic<std::size_t> next{0};
@@ -206,8 +208,8 @@ void RunAll(const std::vector<Case>& cases, int rounds)
     for (unsigned int i = 0; i < 4 * std::thread::hardware_concurrency(); ++i)
         workers.emplace_back(work);
     workers.clear();
-    Covered(cases.front().how + ": " + std::to_string(cases.size()) + " cases, " +
-            std::to_string(rounds) + " times each");
+    Covered(title + ": " + std::to_string(cases.size()) + " cases, " + std::to_string(rounds) +
+            " times each");
 }
 
 // All kinds of live objects, in the program and in a plug-in of each language version.
@@ -246,7 +248,7 @@ class ProcessEndTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(ProcessEndTest, KeepsStatusTextAndFiles)
 {
-    RunAll(CasesOf(GetParam()), SoakRounds(1, 30));
+    RunAll(GetParam(), CasesOf(GetParam()), SoakRounds(1, 30));
 }
 
 INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest, testing::ValuesIn(c_ways), [](const auto& way) {
@@ -257,7 +259,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest, testing::ValuesIn(c_ways), [](con
 
 TEST(ProcessEndOfAStrangerTest, KeepsStatusTextAndFiles)
 {
-    RunAll(CasesOfAStranger(), SoakRounds(1, 30));
+    RunAll("a host without the library", CasesOfAStranger(), SoakRounds(1, 30));
 }
 
 class ProcessEndUnderValgrindTest : public testing::Test {
@@ -268,11 +270,11 @@ protected:
             GTEST_SKIP() << "no valgrind, or another tool already";
     }
 
-    static void RunUnderValgrind(std::vector<Case> cases)
+    static void RunUnderValgrind(const std::string& title, std::vector<Case> cases)
     {
         for (Case& now : cases)
             now.isUnderValgrind = true;
-        RunAll(cases, 1);
+        RunAll(title + " under valgrind", cases, 1);
     }
 };
 
@@ -280,18 +282,23 @@ protected:
 TEST_F(ProcessEndUnderValgrindTest, IsCleanInASample)
 {
     const std::string plugIn = std::vector<const char*>{TOOLKIT_TEST_PROCESS_END_PLUG_INS}.back();
-    RunUnderValgrind({{c_program, "exit on a thread", "process logger", plugIn},
-                      {c_program, "fork", "global logger", plugIn},
-                      {c_stranger, "dlclose", "static thread", plugIn}});
+    RunUnderValgrind("a sample", {{c_program, "exit on a thread", "process logger", plugIn},
+                                  {c_program, "fork", "global logger", plugIn},
+                                  {c_stranger, "dlclose", "static thread", plugIn}});
 }
 
 TEST_F(ProcessEndUnderValgrindTest, IsCleanInEveryCase)
 {
-    if (SoakRounds(0, 1) == 0)
-        GTEST_SKIP() << "takes minutes";
-    RunUnderValgrind(CasesOfAStranger());
-    for (const char* const way : c_ways)
-        RunUnderValgrind(CasesOf(way));
+    const int rounds = SoakRounds(0, 30);
+    if (rounds == 0)
+        GTEST_SKIP() << "takes hours";
+    std::vector<Case> all = CasesOfAStranger();
+    for (const char* const way : c_ways) {
+        const std::vector<Case> cases = CasesOf(way);
+        all.insert(all.end(), cases.begin(), cases.end());
+    }
+    for (int round = 1; round <= rounds; ++round)
+        RunUnderValgrind("round " + std::to_string(round), all);
 }
 
 } // namespace
