@@ -64,10 +64,10 @@ TEST_F(LogFollowTest, WaitsForTheEndOfALine)
     RunningCommand command({"log", "--follow", m_path});
     command.ReadUntil("first\n");
 
-    Append("2 2000 : 1 : f : secon");
-    Append("d\n2 3000 : 1 : f : third\n");
+    Append("2 2000 : 1 : f : second li");
+    Append("ne\n2 3000 : 1 : f : third\n");
 
-    EXPECT_THAT(command.ReadUntil("third\n"), HasSubstr("2000 info f:1 second\n3000 info"));
+    EXPECT_THAT(command.ReadUntil("third\n"), HasSubstr("2000 info f:1 second line\n3000 info"));
 }
 
 TEST_F(LogFollowTest, GoesOnAtTheBeginningWhenTheLogWraps)
