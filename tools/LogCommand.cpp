@@ -59,7 +59,7 @@ int List(Output& output)
     return ExitGood;
 }
 
-Descriptor OpenLog(const std::string& path)
+Descriptor OpenFile(const std::string& path)
 {
     Descriptor file(path == "-" ? ::dup(STDIN_FILENO)
                                 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
@@ -69,6 +69,14 @@ Descriptor OpenLog(const std::string& path)
     if (S_ISDIR(status.st_mode))
         throw Failure("cannot read " + path + ": Is a directory");
     return S_ISREG(status.st_mode) ? std::move(file) : Descriptor(SpoolToFile(file.Get()));
+}
+
+Descriptor OpenLog(const std::string& path)
+{
+    Descriptor file = OpenFile(path);
+    if (!CanBeLog(file.Get()))
+        throw Failure((path == "-" ? "standard input" : path) + " is not a log");
+    return file;
 }
 
 LogPrinter::Form FormOf(const Options& options)

@@ -32,6 +32,21 @@ LogPosition MakePosition(const LogSeams& seams, off_t length, const std::string&
 
 } // namespace
 
+// NULs alone prove nothing: messages may hold some, and a system that crashes leaves them where it
+// could not write.
+bool CanBeLog(int file)
+{
+    LogReader reader(file, 0, StatusOf(file).st_size);
+    LogRecord record;
+    bool hasNul = false;
+    while (reader.Read(record)) {
+        if (record.header)
+            return true;
+        hasNul = hasNul || record.text.find('\0') != std::string_view::npos;
+    }
+    return !hasNul;
+}
+
 LogPosition PrintHistory(int file, LogPrinter& printer)
 {
     const struct stat status = StatusOf(file);

@@ -207,6 +207,62 @@ TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
     }
 }
 
+TEST_F(LogCommandTest, RefusesBinaryFiles)
+{
+    using namespace std::string_literals;
+    const std::pair<const char*, std::string> cases[] = {
+        {"program", ReadWholeFile("/bin/sh")},
+        {"picture", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR"s},
+        {"zeros", std::string(3'000'000, '\0')},
+        {"UTF-16", "\xFF\xFE"
+                   "2\0 \0001\0\n\0"s}};
+    for (const auto& [name, bytes] : cases) {
+        SCOPED_TRACE(name);
+        const std::string file = Write(L"file", bytes);
+
+        const ProgramResult result = Run({"log", file});
+
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "toolkit: " + file + " is not a log\n");
+    }
+}
+
+TEST_F(LogCommandTest, RefusesToFollowABinaryFile)
+{
+    const std::string file = Write(L"file", ReadWholeFile("/bin/sh"));
+
+    const ProgramResult result = Run({"log", "--follow", file});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors, "toolkit: " + file + " is not a log\n");
+}
+
+TEST_F(LogCommandTest, RefusesBinaryStandardInput)
+{
+    const ProgramResult result = Shell("$toolkit log - </bin/sh");
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors, "toolkit: standard input is not a log\n");
+}
+
+// A system that crashes leaves zeros where it could not write.
+TEST_F(LogCommandTest, ReadsALogWithZerosBeforeItsLines)
+{
+    EXPECT_EQ(Print(std::string(3, '\0') + "\n2 100 : 1 : f : first\n"),
+              "- cut - \\x00\\x00\\x00\n100 info f:1 first\n");
+}
+
+TEST_F(LogCommandTest, ReadsAMessageWithAZero)
+{
+    EXPECT_EQ(Print(std::string("2 100 : 1 : f : a\0b\n", 20)), "100 info f:1 a\\x00b\n");
+}
+
+TEST_F(LogCommandTest, ReadsTextOfAProgramWithoutLogLines)
+{
+    EXPECT_EQ(Print("starting\ncaf\xE9\n"), "- cut - starting\n    caf\\xE9\n");
+}
+
 TEST_F(LogCommandTest, FailsForAnInvalidPattern)
 {
     const ProgramResult result = Run({"log", Write(L"a.qvlog", c_everyForm), "-e", "("});
