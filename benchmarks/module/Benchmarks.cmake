@@ -15,3 +15,10 @@ endfunction()
 toolkit_start_program(START_TOOLKIT StartToolkit Toolkit::Toolkit)
 toolkit_start_program(START_WX StartWx Toolkit::wxBase)
 toolkit_start_program(START_QT StartQt Qt5::Core)
+
+# The benchmark names the file of the library to the loader, which then need not search for it.
+set(shared "$<STREQUAL:$<TARGET_PROPERTY:Toolkit,TYPE>,SHARED_LIBRARY>")
+target_compile_definitions(
+    StartBenchmark PRIVATE START_TOOLKIT_LIBRARY="$<${shared}:$<TARGET_FILE:Toolkit>>"
+)
+set_target_properties(StartToolkit PROPERTIES SKIP_BUILD_RPATH ON)
