@@ -2,16 +2,20 @@
 
 #include "toolkit/base/Utf8.h"
 
-#include <filesystem>
-#include <system_error>
+#include <climits>
+#include <string>
+#include <sys/types.h>
+#include <unistd.h>
 
 namespace Toolkit::Base {
 
 std::wstring GetExecutablePath()
 {
-    std::error_code error;
-    const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-    return DecodeUtf8(path.native());
+    // The system reports no longer path.
+    char path[PATH_MAX];
+    const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);
+    return length < 0 ? std::wstring()
+                      : DecodeUtf8(std::string(path, static_cast<std::size_t>(length)));
 }
 
 } // namespace Toolkit::Base
