@@ -1,7 +1,6 @@
 #include "toolkit/base/Numbers.h"
 #include "toolkit/datetime/IsoText.Private.h"
 
-#include <algorithm>
 #include <limits>
 
 namespace Toolkit::IsoText {
@@ -60,7 +59,11 @@ private:
     }
 
     bool AtEnd() const { return m_at == m_end; }
-    void SkipSpace() { m_at = std::find_if_not(m_at, m_end, IsSpace); }
+    void SkipSpace()
+    {
+        while (!AtEnd() && IsSpace(*m_at))
+            ++m_at;
+    }
 
     const wchar_t* m_at;
     const wchar_t* m_end;
