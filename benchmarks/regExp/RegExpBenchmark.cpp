@@ -1,6 +1,8 @@
 #include "toolkit/regExp/RegExp.h"
 
 #include <benchmark/benchmark.h>
+
+#include "regExp/OneMatch.h"
 #if __has_include(<pcre.h>)
 #include <pcre.h>
 #define HAS_PCRE
@@ -13,17 +15,11 @@
 #include <regex>
 #include <string>
 
-#define PCRE2_CODE_UNIT_WIDTH 8
-#include <pcre2.h>
-
+namespace OneMatch {
 namespace {
 
 using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
-
-// Every peer compiles the pattern for every operation, like the library.
-const std::string c_pattern = "(\\w+)@(\\w+)\\.([a-z]+)";
-const std::string c_subject = "please answer to ann@example.org by noon";
 
 // A string of 60 KB with 1,600 matches. The replacement contains none.
 std::string LongText()
@@ -45,32 +41,42 @@ std::string LongTextReplaced()
     return text;
 }
 
-void BM_IsMatch_Toolkit(benchmark::State& state)
-{
-    const RegExp regExp(TString<char>(c_pattern), RegExpOptions::None);
-    const TString<char> subject = c_subject;
-    for (auto _ : state) {
-        if (!regExp.IsMatch(subject))
-            state.SkipWithError("no match");
-    }
-}
-BENCHMARK(BM_IsMatch_Toolkit);
+BENCHMARK(RunIsMatch)->Name("BM_IsMatch_Toolkit");
+BENCHMARK(RunMatch)->Name("BM_Match_Toolkit");
 
 #ifdef HAS_PCRE
+// Compiles and searches; returns the number of groups found.
+int MatchByPcre(int (&offsets)[60])
+{
+    const char* error = nullptr;
+    int offset = 0;
+    pcre* const code = pcre_compile(c_pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
+    const int count = pcre_exec(code, nullptr, c_subject.data(), static_cast<int>(c_subject.size()),
+                                0, 0, offsets, 60);
+    pcre_free(code);
+    return count;
+}
+
 void BM_IsMatch_Pcre(benchmark::State& state)
 {
     for (auto _ : state) {
-        const char* error = nullptr;
-        int offset = 0;
         int offsets[60];
-        pcre* const code = pcre_compile(c_pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
-        if (pcre_exec(code, nullptr, c_subject.data(), static_cast<int>(c_subject.size()), 0, 0,
-                      offsets, 60) != 4)
+        if (MatchByPcre(offsets) != c_groupCount)
             state.SkipWithError("no match");
-        pcre_free(code);
     }
 }
 BENCHMARK(BM_IsMatch_Pcre);
+
+void BM_Match_Pcre(benchmark::State& state)
+{
+    for (auto _ : state) {
+        int offsets[60];
+        if (MatchByPcre(offsets) != c_groupCount ||
+            c_subject.compare(static_cast<std::size_t>(offsets[6]), 3, "org") != 0)
+            state.SkipWithError("wrong groups");
+    }
+}
+BENCHMARK(BM_Match_Pcre);
 #endif
 
 void BM_IsMatch_Poco(benchmark::State& state)
@@ -84,24 +90,11 @@ void BM_IsMatch_Poco(benchmark::State& state)
 }
 BENCHMARK(BM_IsMatch_Poco);
 
-// Compiles and searches; returns the number of groups found.
-int MatchByPcre2(pcre2_match_data* offsets)
-{
-    int error = 0;
-    std::size_t place = 0;
-    pcre2_code* const code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(c_pattern.data()),
-                                           c_pattern.size(), PCRE2_UTF, &error, &place, nullptr);
-    const int count = pcre2_match(code, reinterpret_cast<PCRE2_SPTR>(c_subject.data()),
-                                  c_subject.size(), 0, 0, offsets, nullptr);
-    pcre2_code_free(code);
-    return count;
-}
-
 void BM_IsMatch_Pcre2(benchmark::State& state)
 {
     pcre2_match_data* const offsets = pcre2_match_data_create(20, nullptr);
     for (auto _ : state) {
-        if (MatchByPcre2(offsets) != 4)
+        if (Pcre2Pattern(c_pattern).Search(offsets) != c_groupCount)
             state.SkipWithError("no match");
     }
     pcre2_match_data_free(offsets);
@@ -146,36 +139,6 @@ void BM_IsMatch_Std(benchmark::State& state)
 }
 BENCHMARK(BM_IsMatch_Std);
 
-void BM_Match_Toolkit(benchmark::State& state)
-{
-    const RegExp regExp(TString<char>(c_pattern), RegExpOptions::None);
-    const TString<char> subject = c_subject;
-    for (auto _ : state) {
-        const auto result = regExp.Match(subject);
-        if (result->Count() != 4 || result->groups[3]->value != "org")
-            state.SkipWithError("wrong groups");
-    }
-}
-BENCHMARK(BM_Match_Toolkit);
-
-#ifdef HAS_PCRE
-void BM_Match_Pcre(benchmark::State& state)
-{
-    for (auto _ : state) {
-        const char* error = nullptr;
-        int offset = 0;
-        int offsets[60];
-        pcre* const code = pcre_compile(c_pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
-        if (pcre_exec(code, nullptr, c_subject.data(), static_cast<int>(c_subject.size()), 0, 0,
-                      offsets, 60) != 4 ||
-            c_subject.compare(static_cast<std::size_t>(offsets[6]), 3, "org") != 0)
-            state.SkipWithError("wrong groups");
-        pcre_free(code);
-    }
-}
-BENCHMARK(BM_Match_Pcre);
-#endif
-
 void BM_Match_Poco(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -192,8 +155,7 @@ void BM_Match_Pcre2(benchmark::State& state)
 {
     pcre2_match_data* const offsets = pcre2_match_data_create(20, nullptr);
     for (auto _ : state) {
-        const std::size_t* const pairs = pcre2_get_ovector_pointer(offsets);
-        if (MatchByPcre2(offsets) != 4 || c_subject.compare(pairs[6], 3, "org") != 0)
+        if (Pcre2Pattern(c_pattern).Search(offsets) != c_groupCount || !HasLastGroup(offsets))
             state.SkipWithError("wrong groups");
     }
     pcre2_match_data_free(offsets);
@@ -326,19 +288,12 @@ BENCHMARK(BM_ReplaceAll_Poco);
 void BM_ReplaceAll_Pcre2(benchmark::State& state)
 {
     Replace(state, [](const std::string& text) {
-        int error = 0;
-        std::size_t place = 0;
-        pcre2_code* const code =
-            pcre2_compile(reinterpret_cast<PCRE2_SPTR>(c_longPattern.data()), c_longPattern.size(),
-                          PCRE2_UTF, &error, &place, nullptr);
+        const Pcre2Pattern pattern(c_longPattern);
         std::string result(2 * text.size(), '\0');
         std::size_t length = result.size();
-        pcre2_substitute(code, reinterpret_cast<PCRE2_SPTR>(text.data()), text.size(), 0,
-                         PCRE2_SUBSTITUTE_GLOBAL, nullptr, nullptr,
-                         reinterpret_cast<PCRE2_SPTR>(c_longReplacement.data()),
-                         c_longReplacement.size(), reinterpret_cast<PCRE2_UCHAR*>(result.data()),
-                         &length);
-        pcre2_code_free(code);
+        pcre2_substitute(pattern.Code(), ToUnits(text), text.size(), 0, PCRE2_SUBSTITUTE_GLOBAL,
+                         nullptr, nullptr, ToUnits(c_longReplacement), c_longReplacement.size(),
+                         reinterpret_cast<PCRE2_UCHAR*>(result.data()), &length);
         result.resize(length);
         return result;
     });
@@ -387,3 +342,4 @@ void BM_ReplaceAll_Std(benchmark::State& state)
 BENCHMARK(BM_ReplaceAll_Std);
 
 } // namespace
+} // namespace OneMatch

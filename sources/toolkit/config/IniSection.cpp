@@ -12,6 +12,8 @@ IniSection::IniSection(std::string_view sectionName)
     Base::AppendDecodedUtf8(name, sectionName.data(), sectionName.size());
 }
 
+// Relaxed, as in the destructor: while a section is moved or destroyed no other thread reads it.
+// Whatever hands it to this thread orders it after the exchange in Widen().
 IniSection::IniSection(IniSection&& other) noexcept
     : name(std::move(other.name)), m_entries(std::move(other.m_entries)),
       m_index(std::move(other.m_index)),
