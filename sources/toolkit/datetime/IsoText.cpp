@@ -16,22 +16,19 @@ public:
     // Returns a 32-bit number with an optional sign; -1 when there is none.
     long long ReadNumber()
     {
-        constexpr long long missing = -1;
-
         SkipSpace();
-        const bool isNegative = !AtEnd() && *m_at == L'-';
-        if (isNegative || (!AtEnd() && *m_at == L'+'))
-            ++m_at;
-        long long value = 0;
+        const bool isNegative = SkipSign();
         const wchar_t* const digits = m_at;
+        long long value = 0;
         for (; !AtEnd() && IsDigit(*m_at); ++m_at) {
             if (value < c_tooLarge)
                 value = value * 10 + (*m_at - L'0');
         }
-        value = isNegative ? -value : value;
-        m_hasFailed = m_hasFailed || m_at == digits || value > std::numeric_limits<int>::max() ||
-                      value < std::numeric_limits<int>::min();
-        return m_hasFailed ? missing : value;
+        const long long largest = std::numeric_limits<int>::max() + (isNegative ? 1LL : 0LL);
+        m_hasFailed = m_hasFailed || m_at == digits || value > largest;
+        if (m_hasFailed)
+            return c_missing;
+        return isNegative ? -value : value;
     }
 
     void SkipCharacter()
@@ -50,12 +47,14 @@ public:
     }
 
 private:
+    static constexpr long long c_missing = -1;
     static constexpr long long c_tooLarge = 1LL << 40;
 
     static bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
     static bool IsSpace(wchar_t character)
     {
-        return character == L' ' || (character >= L'\t' && character <= L'\r');
+        return character <= L' ' &&
+               (character == L' ' || (character >= L'\t' && character <= L'\r'));
     }
 
     bool AtEnd() const { return m_at == m_end; }
@@ -63,6 +62,15 @@ private:
     {
         while (!AtEnd() && IsSpace(*m_at))
             ++m_at;
+    }
+
+    // True for a minus.
+    bool SkipSign()
+    {
+        const bool isNegative = !AtEnd() && *m_at == L'-';
+        if (isNegative || (!AtEnd() && *m_at == L'+'))
+            ++m_at;
+        return isNegative;
     }
 
     const wchar_t* m_at;
