@@ -192,7 +192,7 @@ void BM_ZipReadBytes_Libzip(benchmark::State& state)
 }
 BENCHMARK(BM_ZipReadBytes_Libzip)->Unit(benchmark::kMillisecond);
 
-// Reads the small entry with `next`, which is false when there is nothing left.
+// Reads the small entry with `next`, which returns false at its end.
 template <typename Entry, typename Text, typename Next>
 void ReadTexts(benchmark::State& state, Next next)
 {

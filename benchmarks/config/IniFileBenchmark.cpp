@@ -350,7 +350,7 @@ void BM_IniMemory_GKeyFile(benchmark::State& state)
     MeasureMemory<GlibSettings>(state, [](const GlibSettings&) {});
 }
 
-// When a value of each section was read.
+// After a value of each section was read.
 void BM_IniReadMemory_Toolkit(benchmark::State& state)
 {
     const Shape shape = ShapeOf(state.range(0));

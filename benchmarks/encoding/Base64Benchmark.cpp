@@ -208,7 +208,7 @@ void BM_Base64WideRoundTrip_Qt(benchmark::State& state)
     Finish(state, roundTrip() == buffer);
 }
 
-// Lengths without padding, which the peer would count as bytes.
+// Lengths that need no padding: the peer would count padding as bytes.
 void Sizes(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->Arg(102)->Arg(10'239)->Arg(999'999);

@@ -13,7 +13,7 @@ namespace {
 using namespace Toolkit;
 using Text = TString<wchar_t>;
 
-// An operation on what `encode` makes of a text with every tenth character outside ASCII.
+// An operation on the result of `encode` for a text with every tenth character outside ASCII.
 template <typename Encode, typename Use>
 Operation OnEncoded(const char* name, Encode encode, Use use)
 {

@@ -2,13 +2,13 @@
 
 #include <cstddef>
 
-/// What the program has allocated with `operator new`, in the library too.
+/// What the program and the library have allocated with `operator new`.
 namespace Scale::HeapMeter {
 
 /// Starts to measure.
 void Reset();
 
-/// The most that was allocated at once since Reset(), beyond what was allocated then.
+/// The peak since Reset(), without what was allocated before.
 std::size_t Peak();
 
 } // namespace Scale::HeapMeter

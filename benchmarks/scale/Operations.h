@@ -10,7 +10,7 @@
 /// Operations whose cost is measured at several sizes of their input.
 namespace Scale {
 
-/// What one run does. Its input is made before and its result lives until the next run.
+/// One run. Its input is made before it, and its result lives until the next run.
 using Run = std::function<void()>;
 
 struct Operation {
@@ -40,7 +40,7 @@ const std::filesystem::path& Directory();
 /// A path for the library.
 TString<wchar_t> Wide(const std::filesystem::path& path);
 
-/// Ends the program when a run has not done what it should.
+/// Ends the program when a run has a wrong result.
 void Require(bool condition);
 
 /// Words of changing letters, in lower case.

@@ -1,5 +1,5 @@
 // Prints for each operation and size the shortest processor time in seconds and the memory in
-// bytes. What grows faster than its input is not seen in a comparison at one size.
+// bytes. A comparison at one size would not show a cost that grows faster than the input.
 //
 // usage: Scale [pattern]
 
