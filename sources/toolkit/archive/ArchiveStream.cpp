@@ -57,9 +57,18 @@ std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& p
     return archive;
 }
 
-ArchiveStream::ArchiveStream(wxInputStream* stream)
-    : wxZipInputStream(stream, EntryNameConverterOwner::converter)
+ArchiveStream::ArchiveStream(ArchiveFile* file)
+    : wxZipInputStream(file, EntryNameConverterOwner::converter), m_file(file)
 {
+}
+
+void ArchiveStream::ExpectHeaderOf(const wxZipEntry& entry)
+{
+    std::optional<EntryData> data;
+    if (entry.GetFlags() & wxZIP_SUMS_FOLLOW)
+        data = EntryData{entry.GetCrc(), static_cast<std::uint64_t>(entry.GetCompressedSize()),
+                         static_cast<std::uint64_t>(entry.GetSize())};
+    m_file->ExpectHeader(data);
 }
 
 std::string_view ArchiveStream::Ahead() const
