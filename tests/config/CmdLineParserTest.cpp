@@ -61,7 +61,7 @@ TEST_F(CmdLineParserTest, SeparatesTokensBySpacesAndTabsAlone)
     }
 }
 
-TEST_F(CmdLineParserTest, QuotesEncloseATokenThatTheyBegin)
+TEST_F(CmdLineParserTest, EndsATokenInQuotesAtTheNextQuote)
 {
     const std::pair<const wchar_t*, Tokens> cases[] = {
         {L"  a  \"b c\"   d", {L"a", L"b c", L"d"}},
@@ -205,7 +205,7 @@ TEST_F(CmdLineParserTest, TreatsADashInsideATokenAsAnOrdinaryCharacter)
     }
 }
 
-TEST_F(CmdLineParserTest, EqualsSignBelongsToTheName)
+TEST_F(CmdLineParserTest, KeepsAnEqualsSignInTheName)
 {
     const smart_ptr<CmdLineOption> literal(new CmdLineOption(L"file=x", false));
     CmdLineParser parser(TString<wchar_t>(L"-file=x"));

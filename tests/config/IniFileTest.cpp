@@ -98,7 +98,7 @@ TEST_F(IniFileTest, EndsTheKeyAtTheFirstEqualsSign)
     EXPECT_EQ(Value(ini, L"Main", L"b"), L"=");
 }
 
-TEST_F(IniFileTest, QuotesAndCommentSignsInValuesHaveNoMeaning)
+TEST_F(IniFileTest, KeepsQuotesAndCommentSigns)
 {
     const IniFile ini = Load("[Main]\na=\"x y\"\nb=1 ; two\n#c=3\n ;d=4\n");
 

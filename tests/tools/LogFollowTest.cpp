@@ -140,7 +140,7 @@ TEST_F(LogFollowTest, AppliesTheFilters)
     EXPECT_EQ(command.ReadUntil("third\n"), "3000 error f:1 third\n");
 }
 
-TEST_F(LogFollowTest, InterruptsEndItWell)
+TEST_F(LogFollowTest, SucceedsWhenInterrupted)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         RunningCommand command({"log", "--follow", m_path});
