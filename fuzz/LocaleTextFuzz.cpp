@@ -17,7 +17,7 @@ using namespace Toolkit;
 
 constexpr CalendarTime c_time{2009, 3, 5, 19, 4, 9};
 
-LocaleText::DayHalves GetDayHalves()
+DayHalves GetDayHalves()
 {
     return {L"AM", L"PM"};
 }
@@ -31,8 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const std::wstring pattern(data, data + std::min(size, longest));
 
-    Require(LocaleText::FormatDate(pattern, c_time) == References::FormatDate(pattern));
-    Require(LocaleText::FormatTime(pattern, c_time, GetDayHalves) ==
-            References::FormatTime(pattern));
+    Require(FormatDateByPattern(pattern, c_time) == References::FormatDate(pattern));
+    Require(FormatTimeByPattern(pattern, c_time, GetDayHalves) == References::FormatTime(pattern));
     return 0;
 }

@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     Require(ReadPart(log, {0, length}) == bytes);
     off_t end = length;
-    for (const LogPart& part : log.PartsInOrder()) {
+    for (const LogPart& part : log.ListParts()) {
         // The newest part is the first of the file.
         Require(part.end == end && part.begin <= part.end);
         end = part.begin;

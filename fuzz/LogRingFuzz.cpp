@@ -90,7 +90,7 @@ Ring TakeRing(Input& input, std::size_t size)
 std::vector<std::uint32_t> ReadTicks(const InputLog& log)
 {
     std::vector<std::uint32_t> ticks;
-    for (const LogPart& part : log.PartsInOrder()) {
+    for (const LogPart& part : log.ListParts()) {
         log.ForEachRecord(part, [&](const LogRecord& record) {
             if (record.header)
                 ticks.push_back(record.header->tick);

@@ -33,7 +33,7 @@ int Report(Output& output)
 int Check(Output& output)
 {
     bool isGood = true;
-    for (const SelfTest& test : SelfTests()) {
+    for (const SelfTest& test : ListSelfTests()) {
         const bool hasPassed = test.run();
         output.Write(hasPassed ? "good " : "bad  ", hasPassed ? Output::Green : Output::Red);
         output.Write(std::string(test.name) + "\n");

@@ -5,7 +5,7 @@ namespace {
 
 // RFC 3629, section 3: the length of a character that begins with `lead`; 0 for a byte that cannot
 // begin one.
-std::size_t LengthOf(unsigned char lead)
+std::size_t MeasureSequence(unsigned char lead)
 {
     if (lead < 0x80)
         return 1;
@@ -28,7 +28,7 @@ bool IsCharacter(char32_t code, std::size_t length)
 Character TakeCharacter(std::string_view& text)
 {
     const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = LengthOf(lead);
+    const std::size_t length = MeasureSequence(lead);
     bool isValid = length > 0 && length <= text.size();
     char32_t code = length < 2 ? lead : lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; isValid && i < length; ++i) {

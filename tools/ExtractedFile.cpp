@@ -18,7 +18,7 @@ ExtractedFile::ExtractedFile(Descriptor directory, const std::string& name)
                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, c_permissions))
 {
     if (!m_file.IsOpen())
-        throw SystemFailure("cannot create " + name);
+        throw MakeSystemFailure("cannot create " + name);
 }
 
 ExtractedFile::~ExtractedFile()
@@ -33,7 +33,7 @@ void ExtractedFile::Write(std::string_view bytes)
         if (count >= 0)
             bytes.remove_prefix(static_cast<std::size_t>(count));
         else if (errno != EINTR)
-            throw SystemFailure("cannot write " + m_name);
+            throw MakeSystemFailure("cannot write " + m_name);
     }
 }
 
@@ -42,7 +42,7 @@ void ExtractedFile::Commit()
 {
     if (::linkat(m_directory.Get(), m_temporaryName.c_str(), m_directory.Get(), m_name.c_str(),
                  0) != 0)
-        throw SystemFailure("cannot create " + m_name);
+        throw MakeSystemFailure("cannot create " + m_name);
 }
 
 } // namespace Tool

@@ -14,7 +14,7 @@ public:
 };
 
 /// A failure with the reason in `errno`: "cannot read x: Permission denied".
-inline Failure SystemFailure(const std::string& what)
+inline Failure MakeSystemFailure(const std::string& what)
 {
     return Failure(what + ": " + std::strerror(errno));
 }

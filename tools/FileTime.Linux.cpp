@@ -2,7 +2,7 @@
 
 namespace Tool {
 
-timespec ModificationTime(const struct stat& file)
+timespec GetModificationTime(const struct stat& file)
 {
     return file.st_mtim;
 }

@@ -6,6 +6,6 @@
 namespace Tool {
 
 /// When the file was last written.
-timespec ModificationTime(const struct stat& file);
+timespec GetModificationTime(const struct stat& file);
 
 } // namespace Tool

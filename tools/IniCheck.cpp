@@ -35,9 +35,9 @@ private:
         if (trimmed.empty() || line.front() == L';')
             return;
         if (IsIniHeader(line))
-            CheckHeader(IniSectionOf(line));
+            CheckHeader(GetIniSection(line));
         else if (line.find(L'=') == Text::npos)
-            Find("ignored: no \"=\" in the line: " + Shown(trimmed));
+            Find("ignored: no \"=\" in the line: " + ToVisibleUtf8(trimmed));
         else
             CheckKey(line, trimmed);
     }
@@ -47,7 +47,7 @@ private:
         const auto [entry, isNew] = m_headers.emplace(section, m_line);
         m_section = &m_keys[section];
         if (!isNew)
-            Find("warning: [" + Shown(section) + "] continues the section of line " +
+            Find("warning: [" + ToVisibleUtf8(section) + "] continues the section of line " +
                  std::to_string(entry->second));
     }
 
@@ -56,12 +56,12 @@ private:
         Text key = line.substr(0, line.find(L'='));
         key.Trim();
         if (!m_section) {
-            Find("ignored: \"" + Shown(key) + "\" is above the first section");
+            Find("ignored: \"" + ToVisibleUtf8(key) + "\" is above the first section");
             return;
         }
         const auto [entry, isNew] = m_section->emplace(key, m_line);
         if (!isNew)
-            Find("ignored: \"" + Shown(key) + "\" has a value since line " +
+            Find("ignored: \"" + ToVisibleUtf8(key) + "\" has a value since line " +
                  std::to_string(entry->second));
         else if (trimmed.front() == L';')
             Find("warning: a key, no comment: \";\" is not in the first column");
@@ -90,7 +90,7 @@ std::string ReadBytes(const InputPath& path)
         count = ::read(file.Get(), bytes.data() + length, blockSize);
         bytes.resize(length + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         if (count < 0)
-            throw SystemFailure("cannot read " + path.Shown());
+            throw MakeSystemFailure("cannot read " + path.Shown());
     }
     return bytes;
 }
@@ -105,7 +105,7 @@ bool HasByteOrderMark(std::string_view bytes)
 }
 
 // The line of the first byte that is not UTF-8 in a file that should be.
-std::optional<std::size_t> LineOfForeignByte(std::string_view bytes)
+std::optional<std::size_t> FindLineOfForeignByte(std::string_view bytes)
 {
     if (HasByteOrderMark(bytes))
         return {};
@@ -127,7 +127,7 @@ std::optional<std::size_t> LineOfForeignByte(std::string_view bytes)
 std::vector<IniFinding> CheckIni(const InputPath& path)
 {
     std::vector<IniFinding> findings = Checker().Check(ReadIniLines(path));
-    if (const std::optional<std::size_t> line = LineOfForeignByte(ReadBytes(path))) {
+    if (const std::optional<std::size_t> line = FindLineOfForeignByte(ReadBytes(path))) {
         findings.push_back({*line, "warning: not UTF-8, so the file is read as ISO 8859-1"});
         std::stable_sort(
             findings.begin(), findings.end(),

@@ -32,13 +32,13 @@ IniFile Load(const InputPath& path)
 }
 
 // In the order of the file.
-std::vector<Text> SectionsOf(const InputPath& path)
+std::vector<Text> ListSections(const InputPath& path)
 {
     std::vector<Text> sections;
     for (const Text& line : ReadIniLines(path)) {
         if (!IsIniHeader(line))
             continue;
-        const Text section = IniSectionOf(line);
+        const Text section = GetIniSection(line);
         if (std::find(sections.begin(), sections.end(), section) == sections.end())
             sections.push_back(section);
     }
@@ -49,13 +49,13 @@ int List(const Options& options, Output& output)
 {
     const InputPath path(options.file);
     const IniFile ini = Load(path);
-    for (const Text& section : SectionsOf(path)) {
-        output.Write("[" + Shown(section) + "]\n", Output::Cyan);
+    for (const Text& section : ListSections(path)) {
+        output.Write("[" + ToVisibleUtf8(section) + "]\n", Output::Cyan);
         std::vector<Text> keys;
         ini.GetKeyList(section, keys);
         for (const Text& key : keys)
-            output.Write(Shown(key) + "=" + Shown(ini.GetValue(section, key, Text::Empty())) +
-                         "\n");
+            output.Write(ToVisibleUtf8(key) + "=" +
+                         ToVisibleUtf8(ini.GetValue(section, key, Text::Empty())) + "\n");
     }
     return ExitGood;
 }
@@ -63,11 +63,11 @@ int List(const Options& options, Output& output)
 int Get(const Options& options, Output& output)
 {
     const IniFile ini = Load(InputPath(options.file));
-    const Text section = WideArgument(options.section);
-    const Text key = WideArgument(options.key);
+    const Text section = ToWideArgument(options.section);
+    const Text key = ToWideArgument(options.key);
     if (!ini.HasValue(section, key))
         return ExitNo;
-    output.Write(Shown(ini.GetValue(section, key, Text::Empty())) + "\n");
+    output.Write(ToVisibleUtf8(ini.GetValue(section, key, Text::Empty())) + "\n");
     return ExitGood;
 }
 

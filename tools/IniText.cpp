@@ -24,14 +24,14 @@ bool IsIniHeader(const TString<wchar_t>& line)
     return !line.empty() && line.front() == L'[' && line.back() == L']';
 }
 
-TString<wchar_t> IniSectionOf(const TString<wchar_t>& header)
+TString<wchar_t> GetIniSection(const TString<wchar_t>& header)
 {
     return header.substr(1, header.size() - 2);
 }
 
-std::string Shown(const TString<wchar_t>& text)
+std::string ToVisibleUtf8(const TString<wchar_t>& text)
 {
-    return VisibleText(Toolkit::UTF8::ToUTF8(text));
+    return MakeVisible(Toolkit::UTF8::ToUTF8(text));
 }
 
 } // namespace Tool

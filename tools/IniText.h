@@ -13,9 +13,9 @@ std::vector<TString<wchar_t>> ReadIniLines(const InputPath& path);
 bool IsIniHeader(const TString<wchar_t>& line);
 
 /// The section that a header begins.
-TString<wchar_t> IniSectionOf(const TString<wchar_t>& header);
+TString<wchar_t> GetIniSection(const TString<wchar_t>& header);
 
 /// `text` in UTF-8, made visible.
-std::string Shown(const TString<wchar_t>& text);
+std::string ToVisibleUtf8(const TString<wchar_t>& text);
 
 } // namespace Tool

@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-TString<wchar_t> WideArgument(const std::string& argument)
+TString<wchar_t> ToWideArgument(const std::string& argument)
 {
     TString<wchar_t> wide = Toolkit::UTF8::ToUNICODE(argument);
     if (wide.empty() && !argument.empty())
@@ -21,7 +21,7 @@ InputPath::InputPath(const std::string& argument) : m_argument(argument), m_path
         m_standardInput = Descriptor(SpoolToFile(STDIN_FILENO));
         m_path = "/dev/fd/" + std::to_string(m_standardInput.Get());
     }
-    m_wide = WideArgument(m_path);
+    m_wide = ToWideArgument(m_path);
 }
 
 } // namespace Tool

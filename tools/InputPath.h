@@ -8,7 +8,7 @@
 namespace Tool {
 
 /// An argument of the command line, which is UTF-8. Throws a `Failure` when it is not.
-TString<wchar_t> WideArgument(const std::string& argument);
+TString<wchar_t> ToWideArgument(const std::string& argument);
 
 /// A file that is read by its path, or standard input.
 class InputPath {

@@ -27,9 +27,9 @@ struct Options {
     unsigned int count = 0;
 };
 
-TString<wchar_t> ServiceOf(const Options& options)
+TString<wchar_t> GetService(const Options& options)
 {
-    TString<wchar_t> service = WideArgument(options.service);
+    TString<wchar_t> service = ToWideArgument(options.service);
     if (service.empty() || IPCServer::GetSocketPath(service).empty())
         throw Failure("no name of a service: \"" + options.service + "\"");
     return service;
@@ -37,41 +37,42 @@ TString<wchar_t> ServiceOf(const Options& options)
 
 int Send(const Options& options, Output&)
 {
-    const TString<wchar_t> service = ServiceOf(options);
-    if (IPCClient::Connect(service, WideArgument(options.text)))
+    const TString<wchar_t> service = GetService(options);
+    if (IPCClient::Connect(service, ToWideArgument(options.text)))
         return ExitGood;
     const bool isServed = IPCClient::IsServed(service);
     std::cerr << "toolkit: not delivered: "
               << (isServed ? "the server refuses it" : "no server listens at ")
-              << (isServed ? "" : VisibleText(UTF8::ToUTF8(IPCServer::GetSocketPath(service))))
+              << (isServed ? "" : MakeVisible(UTF8::ToUTF8(IPCServer::GetSocketPath(service))))
               << '\n';
     return ExitNo;
 }
 
 int Listen(const Options& options, Output& output)
 {
-    return IpcListener(output, options.count).Run(ServiceOf(options));
+    return IpcListener(output, options.count).Run(GetService(options));
 }
 
 // Those of applications, and those of services that were named without a directory.
-std::vector<std::string> OwnSockets()
+std::vector<std::string> FindOwnSockets()
 {
     namespace fs = std::filesystem;
     constexpr const char* extension = ".ipc";
 
-    std::vector<std::string> paths = OwnFilesIn(c_temporaryDirectory, extension, FileKind::Socket);
+    std::vector<std::string> paths =
+        FindOwnFiles(c_temporaryDirectory, extension, FileKind::Socket);
     std::error_code error;
     const fs::path here = fs::current_path(error);
     if (error || fs::equivalent(here, c_temporaryDirectory, error))
         return paths;
-    for (std::string& path : OwnFilesIn(here, extension, FileKind::Socket))
+    for (std::string& path : FindOwnFiles(here, extension, FileKind::Socket))
         paths.push_back(std::move(path));
     return paths;
 }
 
 int List(const Options&, Output& output)
 {
-    for (const std::string& path : OwnSockets()) {
+    for (const std::string& path : FindOwnSockets()) {
         const bool isLive = IPCClient::IsServed(UTF8::ToUNICODE(path));
         output.Write(isLive ? "live  " : "stale ", isLive ? Output::Green : Output::Yellow);
         output.WriteVisible(path);

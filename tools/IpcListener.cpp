@@ -57,7 +57,7 @@ int IpcListener::Run(const TString<wchar_t>& service)
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
     if (!server.Run())
         throw Failure("cannot listen at " + path);
-    std::cerr << "toolkit: listening at " << VisibleText(path) << std::endl;
+    std::cerr << "toolkit: listening at " << MakeVisible(path) << std::endl;
     const Watch watch(*this);
     wxAppConsole::GetInstance()->MainLoop();
     if (m_failure)

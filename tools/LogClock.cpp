@@ -18,23 +18,23 @@ constexpr WallTime c_toleranceMs = 3000;
 // Tick counts up to this much after the newest one are lines that came later.
 constexpr std::uint32_t c_longestFutureMs = 1U << 28;
 
-WallTime Milliseconds(const timespec& time)
+WallTime ToMilliseconds(const timespec& time)
 {
     return time.tv_sec * c_msPerSecond + time.tv_nsec / c_nsPerMs;
 }
 
-WallTime Now(clockid_t clock)
+WallTime ReadClock(clockid_t clock)
 {
     timespec time{};
     ::clock_gettime(clock, &time);
-    return Milliseconds(time);
+    return ToMilliseconds(time);
 }
 
 // How long the machine has slept since it started; ticks do not advance while it sleeps.
-WallTime SleptMs()
+WallTime MeasureSleep()
 {
 #ifdef CLOCK_BOOTTIME
-    return Now(CLOCK_BOOTTIME) - Now(CLOCK_MONOTONIC);
+    return ReadClock(CLOCK_BOOTTIME) - ReadClock(CLOCK_MONOTONIC);
 #else
     return 0;
 #endif
@@ -44,17 +44,17 @@ WallTime SleptMs()
 
 LogClock::LogClock(std::uint32_t newestTick, const struct stat& file) : m_newestTick(newestTick)
 {
-    const WallTime written = Milliseconds(ModificationTime(file));
+    const WallTime written = ToMilliseconds(GetModificationTime(file));
     const std::uint32_t age = Toolkit::GetTickCount() - newestTick;
-    const WallTime bySleeplessTicks = Now(CLOCK_REALTIME) - age;
+    const WallTime bySleeplessTicks = ReadClock(CLOCK_REALTIME) - age;
     const WallTime late = written - bySleeplessTicks;
     if (late >= -c_toleranceMs && late <= c_toleranceMs)
         m_newestTime = bySleeplessTicks;
-    else if (late < 0 && -late <= SleptMs() + c_toleranceMs)
+    else if (late < 0 && -late <= MeasureSleep() + c_toleranceMs)
         m_newestTime = written;
 }
 
-std::optional<WallTime> LogClock::TimeOf(std::uint32_t tick) const
+std::optional<WallTime> LogClock::FindTime(std::uint32_t tick) const
 {
     if (!m_newestTime)
         return {};

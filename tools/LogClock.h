@@ -23,7 +23,7 @@ public:
     LogClock(std::uint32_t newestTick, const struct stat& file);
 
     /// Empty when the time is not known.
-    std::optional<WallTime> TimeOf(std::uint32_t tick) const;
+    std::optional<WallTime> FindTime(std::uint32_t tick) const;
 
 private:
     std::optional<WallTime> m_newestTime;

@@ -33,7 +33,7 @@ struct Options {
     }
 };
 
-LogFilter FilterOf(const Options& options)
+LogFilter MakeFilter(const Options& options)
 {
     LogFilter filter;
     const auto* const severity =
@@ -49,7 +49,7 @@ LogFilter FilterOf(const Options& options)
 
 int List(Output& output)
 {
-    for (const LogFileEntry& file : FilesOfUser()) {
+    for (const LogFileEntry& file : FindFilesOfUser()) {
         const std::string size = std::to_string(file.size);
         output.Write(FormatTime(file.written) + " ");
         output.Write(std::string(12 - std::min<std::size_t>(size.size(), 12), ' ') + size + " ");
@@ -65,7 +65,7 @@ Descriptor OpenFile(const std::string& path)
                                 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
-        throw SystemFailure("cannot open " + path);
+        throw MakeSystemFailure("cannot open " + path);
     if (S_ISDIR(status.st_mode))
         throw Failure("cannot read " + path + ": Is a directory");
     return S_ISREG(status.st_mode) ? std::move(file) : Descriptor(SpoolToFile(file.Get()));
@@ -79,27 +79,27 @@ Descriptor OpenLog(const std::string& path)
     return file;
 }
 
-LogPrinter::Form FormOf(const Options& options)
+LogPrinter::Form ChooseForm(const Options& options)
 {
     return options.isJson ? LogPrinter::Form::Json : LogPrinter::Form::Text;
 }
 
 int Show(const Options& options, Output& output)
 {
-    const LogFilter filter = FilterOf(options);
-    LogPrinter printer(output, filter, FormOf(options));
-    const Descriptor file = OpenLog(PathOfLog(options.log));
+    const LogFilter filter = MakeFilter(options);
+    LogPrinter printer(output, filter, ChooseForm(options));
+    const Descriptor file = OpenLog(FindLogPath(options.log));
     PrintHistory(file.Get(), printer);
     return options.HasFilter() && printer.Count() == 0 ? ExitNo : ExitGood;
 }
 
 int ShowAndFollow(const Options& options, Output& output)
 {
-    const LogFilter filter = FilterOf(options);
-    LogPrinter printer(output, filter, FormOf(options));
-    const LogName name = NameOfLog(options.log);
-    const std::vector<LogFileEntry> known = FilesOfLog(name);
-    Descriptor file = OpenLog(PathOfLog(options.log));
+    const LogFilter filter = MakeFilter(options);
+    LogPrinter printer(output, filter, ChooseForm(options));
+    const LogName name = ParseLogName(options.log);
+    const std::vector<LogFileEntry> known = FindFilesOfLog(name);
+    Descriptor file = OpenLog(FindLogPath(options.log));
     const LogPosition position = PrintHistory(file.Get(), printer);
     const StopSignals signals;
     output.Flush();

@@ -29,7 +29,7 @@ bool EndsWith(std::string_view text, std::string_view end)
 }
 
 // "tool" for tool.qvlog and tool-1234.qvlog; empty for a file that is called otherwise.
-std::string LoggerOf(std::string_view file)
+std::string ParseLoggerName(std::string_view file)
 {
     if (!EndsWith(file, c_extension))
         return {};
@@ -43,13 +43,13 @@ bool IsOfLog(const std::string& file, const LogName& name)
 {
     return name.name.empty()
                ? file == name.file
-               : EndsWith(file, c_extension) &&
-                     (file == name.name + std::string(c_extension) || LoggerOf(file) == name.name);
+               : EndsWith(file, c_extension) && (file == name.name + std::string(c_extension) ||
+                                                 ParseLoggerName(file) == name.name);
 }
 
-std::vector<LogFileEntry> FilesWhere(const std::string& directory,
-                                     const std::function<bool(const std::string&)>& isWanted,
-                                     bool isOwnOnly)
+std::vector<LogFileEntry> FindFilesWhere(const std::string& directory,
+                                         const std::function<bool(const std::string&)>& isWanted,
+                                         bool isOwnOnly)
 {
     std::vector<LogFileEntry> files;
     std::error_code error;
@@ -70,37 +70,37 @@ std::vector<LogFileEntry> FilesWhere(const std::string& directory,
 
 } // namespace
 
-LogName NameOfLog(const std::string& argument)
+LogName ParseLogName(const std::string& argument)
 {
     const fs::path path = argument;
     std::error_code ignored;
     if (argument.find('/') == std::string::npos && !fs::exists(path, ignored))
         return {c_logDirectory, argument, argument + std::string(c_extension)};
     const std::string directory = path.has_parent_path() ? path.parent_path().string() : ".";
-    return {directory, LoggerOf(path.filename().string()), path.filename()};
+    return {directory, ParseLoggerName(path.filename().string()), path.filename()};
 }
 
-std::string PathOfLog(const std::string& argument)
+std::string FindLogPath(const std::string& argument)
 {
     std::error_code ignored;
     const bool isPath = argument.find('/') != std::string::npos || fs::exists(argument, ignored);
     if (argument == "-" || isPath)
         return argument;
-    const std::vector<LogFileEntry> files = FilesOfLog(NameOfLog(argument));
+    const std::vector<LogFileEntry> files = FindFilesOfLog(ParseLogName(argument));
     if (files.empty())
         throw Failure("there is no log called " + argument + "; \"toolkit log\" lists the logs");
     return files.front().path;
 }
 
-std::vector<LogFileEntry> FilesOfLog(const LogName& name)
+std::vector<LogFileEntry> FindFilesOfLog(const LogName& name)
 {
-    return FilesWhere(
+    return FindFilesWhere(
         name.directory, [&name](const std::string& file) { return IsOfLog(file, name); }, false);
 }
 
-std::vector<LogFileEntry> FilesOfUser()
+std::vector<LogFileEntry> FindFilesOfUser()
 {
-    return FilesWhere(
+    return FindFilesWhere(
         c_logDirectory, [](const std::string& file) { return EndsWith(file, c_extension); }, true);
 }
 

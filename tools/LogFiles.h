@@ -23,16 +23,16 @@ struct LogFileEntry {
 };
 
 /// The name that `argument` means: a path, or the name of a logger of this user.
-LogName NameOfLog(const std::string& argument);
+LogName ParseLogName(const std::string& argument);
 
 /// The file that `argument` means: that path, or the most recently written file of that name.
 /// Throws a `Failure` when there is none.
-std::string PathOfLog(const std::string& argument);
+std::string FindLogPath(const std::string& argument);
 
 /// The existing files of that name, the most recently written first.
-std::vector<LogFileEntry> FilesOfLog(const LogName& name);
+std::vector<LogFileEntry> FindFilesOfLog(const LogName& name);
 
 /// The log files of this user, the most recently written first.
-std::vector<LogFileEntry> FilesOfUser();
+std::vector<LogFileEntry> FindFilesOfUser();
 
 } // namespace Tool

@@ -32,7 +32,7 @@ bool IsRecent(const timespec& written)
     return seconds + static_cast<double>(now.tv_nsec - written.tv_nsec) / 1e9 < c_restSeconds;
 }
 
-LogRecord RecordOf(const std::string& text, off_t offset)
+LogRecord ParseRecord(const std::string& text, off_t offset)
 {
     return {offset, text, true, ParseLogHeader(text)};
 }
@@ -78,10 +78,11 @@ void LogFollower::Poll()
 
 bool LogFollower::HasChanged(const struct stat& status)
 {
-    const bool isSame = status.st_size == m_size && IsSameTime(ModificationTime(status), m_written);
+    const bool isSame =
+        status.st_size == m_size && IsSameTime(GetModificationTime(status), m_written);
     m_size = status.st_size;
-    m_written = ModificationTime(status);
-    return !isSame || !m_unconfirmed.empty() || IsRecent(ModificationTime(status));
+    m_written = GetModificationTime(status);
+    return !isSame || !m_unconfirmed.empty() || IsRecent(GetModificationTime(status));
 }
 
 void LogFollower::FollowTruncation(off_t size)
@@ -144,7 +145,7 @@ bool LogFollower::IsNew(const LogRecord& record) const
 
 void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
 {
-    const LogRecord record = RecordOf(candidate.text, candidate.offset);
+    const LogRecord record = ParseRecord(candidate.text, candidate.offset);
     if (record.header && !record.header->isOfWx)
         m_printer.SetClock(LogClock(record.header->tick, status));
     m_printer.Print(record);

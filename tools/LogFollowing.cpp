@@ -38,7 +38,7 @@ public:
     // Finds files that a logger has created since the last scan.
     void Scan()
     {
-        for (const LogFileEntry& file : FilesOfLog(m_name))
+        for (const LogFileEntry& file : FindFilesOfLog(m_name))
             Add(file, true);
     }
 
@@ -55,7 +55,7 @@ private:
             return;
         const LogPosition position = isNew ? LogPosition() : FindPosition(file.Get());
         if (isNew)
-            std::cerr << "toolkit: the log continues in " << VisibleText(entry.path) << std::endl;
+            std::cerr << "toolkit: the log continues in " << MakeVisible(entry.path) << std::endl;
         m_followers.emplace_back(std::move(file), position, m_printer);
     }
 

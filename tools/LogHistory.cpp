@@ -6,11 +6,11 @@
 namespace Tool {
 namespace {
 
-struct stat StatusOf(int file)
+struct stat ReadStatus(int file)
 {
     struct stat status {};
     if (::fstat(file, &status) != 0)
-        throw SystemFailure("cannot read");
+        throw MakeSystemFailure("cannot read");
     return status;
 }
 
@@ -27,7 +27,7 @@ LogSeams FindSeams(int file, off_t length)
 // The newest part is the last in time and the first in the file.
 LogPosition MakePosition(const LogSeams& seams, off_t length, const std::string& head)
 {
-    return {seams.PartsInOrder(length).back().end, length, head, seams.NewestTick()};
+    return {seams.ListParts(length).back().end, length, head, seams.NewestTick()};
 }
 
 } // namespace
@@ -36,7 +36,7 @@ LogPosition MakePosition(const LogSeams& seams, off_t length, const std::string&
 // could not write.
 bool CanBeLog(int file)
 {
-    LogReader reader(file, 0, StatusOf(file).st_size);
+    LogReader reader(file, 0, ReadStatus(file).st_size);
     LogRecord record;
     bool hasNul = false;
     while (reader.Read(record)) {
@@ -49,12 +49,12 @@ bool CanBeLog(int file)
 
 LogPosition PrintHistory(int file, LogPrinter& printer)
 {
-    const struct stat status = StatusOf(file);
+    const struct stat status = ReadStatus(file);
     const std::string head = ReadHead(file);
     const LogSeams seams = FindSeams(file, status.st_size);
     if (seams.NewestTick())
         printer.SetClock(LogClock(*seams.NewestTick(), status));
-    for (const LogPart& part : seams.PartsInOrder(status.st_size)) {
+    for (const LogPart& part : seams.ListParts(status.st_size)) {
         LogReader reader(file, part.begin, part.end);
         LogRecord record;
         while (reader.Read(record))
@@ -65,7 +65,7 @@ LogPosition PrintHistory(int file, LogPrinter& printer)
 
 LogPosition FindPosition(int file)
 {
-    const off_t length = StatusOf(file).st_size;
+    const off_t length = ReadStatus(file).st_size;
     const std::string head = ReadHead(file);
     return MakePosition(FindSeams(file, length), length, head);
 }

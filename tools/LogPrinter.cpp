@@ -25,7 +25,7 @@ void AppendMilliseconds(std::string& text, WallTime time)
         text += static_cast<char>('0' + part / unit % 10);
 }
 
-std::string IsoText(WallTime time)
+std::string FormatIso(WallTime time)
 {
     const std::time_t seconds = time / c_msPerSecond;
     std::tm parts{};
@@ -54,11 +54,11 @@ void LogPrinter::Print(const LogRecord& record)
         PrintText(record);
 }
 
-std::optional<WallTime> LogPrinter::TimeOf(const LogHeader& header) const
+std::optional<WallTime> LogPrinter::FindTime(const LogHeader& header) const
 {
     if (header.isOfWx)
         return header.tick * c_msPerSecond;
-    return m_clock.TimeOf(header.tick);
+    return m_clock.FindTime(header.tick);
 }
 
 void LogPrinter::PrintText(const LogRecord& record)
@@ -78,11 +78,11 @@ void LogPrinter::PrintText(const LogRecord& record)
 
 void LogPrinter::PrintTime(const LogHeader& header)
 {
-    const std::optional<WallTime> time = TimeOf(header);
+    const std::optional<WallTime> time = FindTime(header);
     if (!time) {
         m_output.Write(std::to_string(header.tick), Output::Grey);
     } else {
-        std::string text = SecondOf(*time);
+        std::string text = FormatSecond(*time);
         AppendMilliseconds(text, *time);
         m_output.Write(text, Output::Grey);
     }
@@ -90,7 +90,7 @@ void LogPrinter::PrintTime(const LogHeader& header)
 }
 
 // Lines of one second share the string, because the conversion takes longer than everything else.
-const std::string& LogPrinter::SecondOf(WallTime time)
+const std::string& LogPrinter::FormatSecond(WallTime time)
 {
     const std::time_t second = time / c_msPerSecond;
     if (second == m_second)
@@ -146,8 +146,8 @@ void LogPrinter::PrintJson(const LogRecord& record)
         AppendJson(object, record.text);
     } else {
         const LogHeader& header = *record.header;
-        if (const std::optional<WallTime> time = TimeOf(header))
-            object += "\"time\":\"" + IsoText(*time) + "\",";
+        if (const std::optional<WallTime> time = FindTime(header))
+            object += "\"time\":\"" + FormatIso(*time) + "\",";
         if (!header.isOfWx)
             object += "\"tick\":" + std::to_string(header.tick) + ",";
         object.append("\"severity\":\"").append(c_severityNames[header.severity]).append("\",");

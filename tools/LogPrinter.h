@@ -28,7 +28,7 @@ public:
     unsigned long long Count() const { return m_count; }
 
 private:
-    std::optional<WallTime> TimeOf(const LogHeader& header) const;
+    std::optional<WallTime> FindTime(const LogHeader& header) const;
     void PrintText(const LogRecord& record);
     void PrintTime(const LogHeader& header);
     void PrintSeverity(int severity);
@@ -36,7 +36,7 @@ private:
     void PrintMessage(std::string_view message);
     void PrintJson(const LogRecord& record);
     void PrintPadded(std::string_view text, std::size_t width, Output::Colour colour);
-    const std::string& SecondOf(WallTime time);
+    const std::string& FormatSecond(WallTime time);
 
     Output& m_output;
     const LogFilter& m_filter;

@@ -48,7 +48,7 @@ bool LogReader::Fill()
         count = ::pread(m_file, m_buffer.data() + m_filled, wanted, m_next);
     while (count < 0 && errno == EINTR);
     if (count < 0)
-        throw SystemFailure("cannot read");
+        throw MakeSystemFailure("cannot read");
     m_filled += static_cast<std::size_t>(count);
     m_next += count;
     return count > 0;

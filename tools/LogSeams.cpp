@@ -15,7 +15,7 @@ constexpr std::int64_t c_usualDelayMs = 100;
 constexpr std::size_t c_mostSeams = 64;
 
 // From -2^31 to 2^31 - 1: the count wraps around at 2^32.
-std::int64_t StepBetween(std::uint32_t from, std::uint32_t to)
+std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 {
     return static_cast<std::int32_t>(to - from);
 }
@@ -40,7 +40,7 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
 {
     if (!m_hasTick)
         m_firstTick = tick;
-    const std::int64_t step = m_hasTick ? StepBetween(m_lastTick, tick) : 0;
+    const std::int64_t step = m_hasTick ? MeasureStep(m_lastTick, tick) : 0;
     const std::int64_t begin = m_clear.empty() ? 0 : m_clear.back().older;
     const Seam seam{offset, -step, m_time, begin, m_time + step, isCut};
     m_hasTick = true;
@@ -62,7 +62,7 @@ std::vector<LogSeams::Seam> LogSeams::Seams() const
 {
     if (!m_hasTick)
         return {};
-    const std::int64_t closingStep = StepBetween(m_lastTick, m_firstTick);
+    const std::int64_t closingStep = MeasureStep(m_lastTick, m_firstTick);
     // The steps of the ring add up to 0, or the seam is so wide that it looks like a step forward.
     if (m_time + closingStep > 0)
         return -m_widestGap.drop > closingStep ? std::vector<Seam>{m_widestGap}
@@ -74,7 +74,7 @@ std::vector<LogSeams::Seam> LogSeams::Seams() const
     return m_clear.empty() ? std::vector<Seam>{m_widestDrop} : m_clear;
 }
 
-std::vector<LogPart> LogSeams::PartsInOrder(off_t length) const
+std::vector<LogPart> LogSeams::ListParts(off_t length) const
 {
     std::vector<LogPart> parts;
     off_t begin = 0;

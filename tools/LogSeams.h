@@ -27,7 +27,7 @@ public:
     void Add(const LogRecord& record);
 
     /// The parts of a file of `length` bytes, the oldest first.
-    std::vector<LogPart> PartsInOrder(off_t length) const;
+    std::vector<LogPart> ListParts(off_t length) const;
 
     /// The tick count of the newest line; empty when no line has one.
     std::optional<std::uint32_t> NewestTick() const;

@@ -18,16 +18,16 @@ namespace {
 
 void Complain(const std::string& message)
 {
-    std::cerr << "toolkit: " << VisibleText(message) << '\n';
+    std::cerr << "toolkit: " << MakeVisible(message) << '\n';
 }
 
 // The message is ours, except for the arguments that it quotes.
-std::string VisibleLines(const std::string& text)
+std::string MakeLinesVisible(const std::string& text)
 {
     std::istringstream lines(text);
     std::string result;
     for (std::string line; std::getline(lines, line);)
-        result += VisibleText(line) + '\n';
+        result += MakeVisible(line) + '\n';
     return result;
 }
 
@@ -38,7 +38,7 @@ int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
     std::ostringstream errors;
     const int code = app.exit(end, output, errors);
     std::cout << output.str() << std::flush;
-    std::cerr << VisibleLines(errors.str());
+    std::cerr << MakeLinesVisible(errors.str());
     if (!std::cout) {
         Complain("cannot write to standard output");
         return ExitError;

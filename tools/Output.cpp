@@ -61,7 +61,7 @@ void Output::Flush()
         else if (errno == EPIPE)
             throw BrokenPipe();
         else if (errno != EINTR)
-            throw SystemFailure("cannot write to standard output");
+            throw MakeSystemFailure("cannot write to standard output");
     }
     m_waiting.clear();
 }

@@ -2,7 +2,7 @@
 
 namespace Tool {
 
-std::string OwnExecutable()
+std::string FindOwnExecutable()
 {
     return "/proc/self/exe";
 }

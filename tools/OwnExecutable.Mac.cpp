@@ -5,7 +5,7 @@
 
 namespace Tool {
 
-std::string OwnExecutable()
+std::string FindOwnExecutable()
 {
     std::uint32_t size = 0;
     _NSGetExecutablePath(nullptr, &size);

@@ -6,6 +6,6 @@ namespace Tool {
 
 /// The path of this program; links in it may be unresolved. Empty when the system does not report
 /// it.
-std::string OwnExecutable();
+std::string FindOwnExecutable();
 
 } // namespace Tool

@@ -8,8 +8,8 @@
 
 namespace Tool {
 
-std::vector<std::string> OwnFilesIn(const std::string& directory, std::string_view extension,
-                                    FileKind kind)
+std::vector<std::string> FindOwnFiles(const std::string& directory, std::string_view extension,
+                                      FileKind kind)
 {
     namespace fs = std::filesystem;
 

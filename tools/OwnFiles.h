@@ -12,7 +12,7 @@ constexpr const char* c_temporaryDirectory = "/tmp";
 enum class FileKind { Regular, Socket };
 
 /// The paths of this user's files of that kind and extension in a directory, sorted by name.
-std::vector<std::string> OwnFilesIn(const std::string& directory, std::string_view extension,
-                                    FileKind kind);
+std::vector<std::string> FindOwnFiles(const std::string& directory, std::string_view extension,
+                                      FileKind kind);
 
 } // namespace Tool

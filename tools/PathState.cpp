@@ -7,7 +7,7 @@ namespace Tool {
 namespace {
 
 // The nearest directory above the path that exists; "/" in the end.
-std::string ExistingParent(std::string path)
+std::string FindExistingParent(std::string path)
 {
     struct stat status {};
     do {
@@ -29,14 +29,14 @@ bool CanBeFilled(const std::string& directory)
            ::access(directory.c_str(), W_OK | X_OK) == 0;
 }
 
-PathState StateOfMissing(const std::string& path, PathUse use)
+PathState ExamineMissing(const std::string& path, PathUse use)
 {
-    if (use == PathUse::Read || CanBeFilled(ExistingParent(path)))
+    if (use == PathUse::Read || CanBeFilled(FindExistingParent(path)))
         return {true, "missing"};
     return {false, "missing, and cannot be created"};
 }
 
-PathState StateOfOwn(const std::string& path, const struct stat& status)
+PathState ExamineOwn(const std::string& path, const struct stat& status)
 {
     if (status.st_uid != ::geteuid())
         return {false, "another user's"};
@@ -45,12 +45,12 @@ PathState StateOfOwn(const std::string& path, const struct stat& status)
 
 } // namespace
 
-PathState StateOf(const std::string& path, PathUse use)
+PathState ExaminePath(const std::string& path, PathUse use)
 {
     struct stat status {};
     const bool isFile = use == PathUse::WriteFile;
     if ((isFile ? ::lstat(path.c_str(), &status) : ::stat(path.c_str(), &status)) != 0)
-        return StateOfMissing(path, use);
+        return ExamineMissing(path, use);
     if (S_ISLNK(status.st_mode))
         return {false, "a link"};
     if (S_ISDIR(status.st_mode) == isFile)
@@ -62,7 +62,7 @@ PathState StateOf(const std::string& path, PathUse use)
     case PathUse::ShareDirectory:
         return IsWritable(path) ? PathState{true, "good"} : PathState{false, "not writable"};
     default:
-        return StateOfOwn(path, status);
+        return ExamineOwn(path, status);
     }
 }
 

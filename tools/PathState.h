@@ -18,6 +18,6 @@ struct PathState {
 };
 
 /// What is wrong with the path. A missing path is good if it can be created.
-PathState StateOf(const std::string& path, PathUse use);
+PathState ExaminePath(const std::string& path, PathUse use);
 
 } // namespace Tool

@@ -42,17 +42,17 @@ std::string FindProgram(const std::string& program)
 }
 
 // With links resolved, as the program itself finds it.
-Text ExecutableOf(const std::string& program)
+Text FindExecutable(const std::string& program)
 {
-    const std::string found = program.empty() ? OwnExecutable() : FindProgram(program);
+    const std::string found = program.empty() ? FindOwnExecutable() : FindProgram(program);
     std::error_code error;
     const std::filesystem::path path = std::filesystem::canonical(found, error);
     if (error)
         throw Failure("cannot find " + program + ": " + error.message());
-    return WideArgument(path.native());
+    return ToWideArgument(path.native());
 }
 
-Text ParentOf(const Text& path)
+Text GetParent(const Text& path)
 {
     return path.substr(0, path.rfind(L'/'));
 }
@@ -72,7 +72,7 @@ public:
     void Add(const std::string& label, const Text& widePath, PathUse use)
     {
         const std::string path = UTF8::ToUTF8(widePath);
-        const PathState state = StateOf(path, use);
+        const PathState state = ExaminePath(path, use);
         WriteLabel(label);
         m_output.WriteVisible(path);
         m_output.Write(" (");
@@ -98,7 +98,7 @@ private:
 
 int Run(const std::string& program, Output& output)
 {
-    const PathManager paths(ExecutableOf(program));
+    const PathManager paths(FindExecutable(program));
     const Text& unique = paths.GetApplicationUniqueName();
     const Text temporary = paths.GetTempDir() + paths.GetPathSeparator();
     const Text log = FileLogger::c_strLogExtension;
@@ -109,17 +109,17 @@ int Run(const std::string& program, Output& output)
     table.AddName("unique name", unique);
     table.Add("application", paths.GetApplicationPath(), PathUse::Read);
     // The object itself would answer for this process.
-    table.Add("shared data", ParentOf(paths.GetConfigurationPath()), PathUse::Read);
+    table.Add("shared data", GetParent(paths.GetConfigurationPath()), PathUse::Read);
     table.Add("configuration", paths.GetConfigurationPath(), PathUse::Read);
     table.Add("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
     table.Add("plug-ins", paths.GetPluginsPath(), PathUse::Read);
-    table.Add("user data", ParentOf(paths.GetApplicationDataPath()), PathUse::WriteDirectory);
+    table.Add("user data", GetParent(paths.GetApplicationDataPath()), PathUse::WriteDirectory);
     table.Add("data", paths.GetApplicationDataPath(), PathUse::WriteDirectory);
     table.Add("documents", paths.GetDocumentsPath(), PathUse::WriteDirectory);
     table.Add("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
     table.Add("lock", lock, PathUse::WriteFile);
     // The one that wxSingleInstanceChecker has in the same directory.
-    table.Add("second lock", ParentOf(lock) + L"/" + unique, PathUse::WriteFile);
+    table.Add("second lock", GetParent(lock) + L"/" + unique, PathUse::WriteFile);
     table.Add("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"), PathUse::WriteFile);
     table.Add("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
     table.Add("own log", temporary + unique + log, PathUse::WriteFile);

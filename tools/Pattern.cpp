@@ -9,7 +9,7 @@ namespace Tool {
 namespace {
 
 // Without an error text the engine has not seen the pattern: there was no memory.
-std::string ReasonOf(const MatchResult& match, const RegExpException& exception)
+std::string FindReason(const MatchResult& match, const RegExpException& exception)
 {
     if (!match.errorText)
         return exception.message;
@@ -17,7 +17,7 @@ std::string ReasonOf(const MatchResult& match, const RegExpException& exception)
 }
 
 // The codes are those of pcreapi(3), "Error return values from pcre_exec()".
-std::string SearchError(int code)
+std::string DescribeSearchError(int code)
 {
     constexpr int stepLimit = -8;
 
@@ -34,7 +34,7 @@ Pattern::Pattern(const std::string& pattern)
         m_expression.RegExp_compile(m_match);
     } catch (const smart_ptr<RegExpException>& exception) {
         throw Failure("'" + pattern +
-                      "' is no regular expression: " + ReasonOf(*m_match, *exception));
+                      "' is no regular expression: " + FindReason(*m_match, *exception));
     }
 }
 
@@ -47,7 +47,7 @@ bool Pattern::Matches(std::string_view text) const
         m_expression.RegExp_exec(m_match, 0);
     } catch (const smart_ptr<RegExpException>&) {
         throw Failure("the search for '" + m_match->pattern +
-                      "' fails: " + SearchError(m_match->resultCode));
+                      "' fails: " + DescribeSearchError(m_match->resultCode));
     }
     return m_match->resultCode >= 0;
 }

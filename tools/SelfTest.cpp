@@ -33,7 +33,7 @@ public:
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
-    Text File(const char* name) const { return UTF8::ToUNICODE(m_path + "/" + name); }
+    Text MakePath(const char* name) const { return UTF8::ToUNICODE(m_path + "/" + name); }
 
 private:
     std::string m_path;
@@ -50,41 +50,41 @@ bool WriteText(const Text& path, const Text& text)
     return file.Close();
 }
 
-bool ChecksText()
+bool CheckText()
 {
     return UTF8::ToUNICODE(UTF8::ToUTF8(c_text)) == c_text &&
            StringConvert::UStringFromDouble(0.5) == L"0.5";
 }
 
-bool ChecksPatterns()
+bool CheckPatterns()
 {
     const RegExp pattern(TString<char>("(?<word>\\w+)$"), RegExpOptions::None);
     return pattern.Match("two words")->GetGroup("word")->value == "words";
 }
 
-bool ChecksDates()
+bool CheckDates()
 {
     Text format;
     return Locales::GetCurrentDateFormat(format) && format.size() > 1 && GetTickCount() > 0;
 }
 
-bool ChecksFiles()
+bool CheckFiles()
 {
     const TemporaryDirectory directory;
-    const Text path = directory.File("text");
+    const Text path = directory.MakePath("text");
     TextFile file;
     return WriteText(path, c_text) && file.Open(path) && file.GetFirstLine() == c_text;
 }
 
-bool ChecksSettings()
+bool CheckSettings()
 {
     const TemporaryDirectory directory;
-    const Text path = directory.File("settings.ini");
+    const Text path = directory.MakePath("settings.ini");
     return WriteText(path, L"[Main]\nwidth = 640\n") &&
            IniFile(path).GetUint32(L"Main", L"width", 0) == 640;
 }
 
-bool ChecksThreads()
+bool CheckThreads()
 {
     class Worker : public Thread {
     public:
@@ -111,7 +111,7 @@ bool ChecksThreads()
 }
 
 // Stopping a logger writes its queue.
-bool ChecksLog()
+bool CheckLog()
 {
     constexpr unsigned int limit = 1000;
     constexpr unsigned int longestWaitMs = 500;
@@ -128,13 +128,13 @@ bool ChecksLog()
 
 } // namespace
 
-const std::vector<SelfTest>& SelfTests()
+const std::vector<SelfTest>& ListSelfTests()
 {
     static const std::vector<SelfTest> tests = {
-        {"text", ChecksText},         {"regular expressions", ChecksPatterns},
-        {"dates", ChecksDates},       {"files", ChecksFiles},
-        {"settings", ChecksSettings}, {"threads", ChecksThreads},
-        {"log", ChecksLog},
+        {"text", CheckText},         {"regular expressions", CheckPatterns},
+        {"dates", CheckDates},       {"files", CheckFiles},
+        {"settings", CheckSettings}, {"threads", CheckThreads},
+        {"log", CheckLog},
     };
     return tests;
 }

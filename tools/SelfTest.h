@@ -10,6 +10,6 @@ struct SelfTest {
     bool (*run)();
 };
 
-const std::vector<SelfTest>& SelfTests();
+const std::vector<SelfTest>& ListSelfTests();
 
 } // namespace Tool

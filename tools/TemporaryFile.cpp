@@ -17,7 +17,7 @@ int CreateNameless()
         (directory && *directory ? directory : "/tmp") + std::string("/toolkit-XXXXXX");
     const int file = ::mkstemp(path.data());
     if (file < 0)
-        throw SystemFailure("cannot create a file in " + path.substr(0, path.rfind('/')));
+        throw MakeSystemFailure("cannot create a file in " + path.substr(0, path.rfind('/')));
     ::unlink(path.c_str());
     return file;
 }
@@ -27,7 +27,7 @@ void WriteAll(int file, const char* bytes, std::size_t length)
     while (length > 0) {
         const ssize_t count = ::write(file, bytes, length);
         if (count < 0 && errno != EINTR)
-            throw SystemFailure("cannot keep the input");
+            throw MakeSystemFailure("cannot keep the input");
         if (count > 0) {
             bytes += count;
             length -= static_cast<std::size_t>(count);
@@ -50,7 +50,7 @@ int SpoolToFile(int source)
         if (count > 0)
             WriteAll(file, block.data(), static_cast<std::size_t>(count));
         else if (errno != EINTR)
-            throw SystemFailure("cannot read");
+            throw MakeSystemFailure("cannot read");
     }
 }
 

@@ -40,7 +40,7 @@ void AppendVisible(std::string& target, std::string_view text)
     }
 }
 
-std::string VisibleText(std::string_view text)
+std::string MakeVisible(std::string_view text)
 {
     std::string visible;
     AppendVisible(visible, text);

@@ -10,6 +10,6 @@ namespace Tool {
 /// byte that is not UTF-8 "\xE9".
 void AppendVisible(std::string& target, std::string_view text);
 
-std::string VisibleText(std::string_view text);
+std::string MakeVisible(std::string_view text);
 
 } // namespace Tool

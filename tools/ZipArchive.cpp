@@ -24,7 +24,7 @@ void RequireReadable(const std::string& path)
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
     char byte = 0;
     if (!file.IsOpen() || ::read(file.Get(), &byte, 1) < 0)
-        throw SystemFailure("cannot read " + path);
+        throw MakeSystemFailure("cannot read " + path);
 }
 
 bool IsEmptyArchive(const std::string& path)
@@ -41,13 +41,13 @@ ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
 {
     RequireReadable(path);
     const wxLogNull silence;
-    m_archive.Open(WideArgument(path));
+    m_archive.Open(ToWideArgument(path));
     const int all = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
     if (all < 0 || (all == 0 && !IsEmptyArchive(path)))
         throw Failure(path + " is no Zip archive");
     // Listing again needs opening again.
-    m_archive.Open(WideArgument(path));
-    m_archive.EntriesList(m_entries, WideArgument(selection.filter), selection.type);
+    m_archive.Open(ToWideArgument(path));
+    m_archive.EntriesList(m_entries, ToWideArgument(selection.filter), selection.type);
 }
 
 void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_view)>& take)
@@ -55,7 +55,7 @@ void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_v
     constexpr std::size_t blockSize = 65536;
 
     if ((entry->GetFlags() & wxZIP_ENCRYPTED) != 0)
-        throw Failure("the entry is encrypted: " + NameOf(*entry));
+        throw Failure("the entry is encrypted: " + GetEntryName(*entry));
     const wxLogNull silence;
     const smart_ptr<ZipInputStream> stream = m_archive.GetZipInputStream(entry);
     wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(*stream);
@@ -63,10 +63,10 @@ void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_v
     while (bytes.Read(block.data(), block.size()).LastRead() > 0)
         take({block.data(), bytes.LastRead()});
     if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
-        throw Failure("the entry is damaged: " + NameOf(*entry));
+        throw Failure("the entry is damaged: " + GetEntryName(*entry));
 }
 
-std::string NameOf(const ArchiveZipEntry& entry)
+std::string GetEntryName(const ArchiveZipEntry& entry)
 {
     return UTF8::ToUTF8(TString<wchar_t>(entry.GetName().ToStdWstring()));
 }

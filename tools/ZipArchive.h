@@ -34,6 +34,6 @@ private:
 };
 
 /// The name of an entry in UTF-8.
-std::string NameOf(const Toolkit::ArchiveZipEntry& entry);
+std::string GetEntryName(const Toolkit::ArchiveZipEntry& entry);
 
 } // namespace Tool

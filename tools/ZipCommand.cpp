@@ -28,7 +28,7 @@ struct Options {
     unsigned long long limit = c_usualLimit;
 };
 
-std::string TimeOf(const ArchiveZipEntry& entry)
+std::string FormatTime(const ArchiveZipEntry& entry)
 {
     const wxDateTime time = entry.GetDateTime();
     return time.IsValid() ? time.FormatISOCombined(' ').utf8_string() : "-                  ";
@@ -42,8 +42,8 @@ int List(const Options& options, Output& output)
     for (const auto& [wideName, entry] : archive.Entries()) {
         const std::string size = std::to_string(entry->GetSize());
         output.Write(std::string(sizeWidth - std::min(size.size(), sizeWidth), ' ') + size + " ");
-        output.Write(TimeOf(*entry) + " ");
-        output.WriteVisible(NameOf(*entry));
+        output.Write(FormatTime(*entry) + " ");
+        output.WriteVisible(GetEntryName(*entry));
         output.Write("\n");
     }
     return archive.Entries().empty() ? ExitNo : ExitGood;
@@ -52,7 +52,7 @@ int List(const Options& options, Output& output)
 int Cat(const Options& options, Output& output)
 {
     ZipArchive archive(options.file, {});
-    const auto found = archive.Entries().find(WideArgument(options.entry));
+    const auto found = archive.Entries().find(ToWideArgument(options.entry));
     if (found == archive.Entries().end())
         throw Failure("there is no entry " + options.entry + " in " + options.file);
     archive.Read(found->second, [&output](std::string_view bytes) { output.Write(bytes); });
@@ -70,7 +70,7 @@ bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Patt
         if (!pattern.Matches(line))
             return;
         isFound = true;
-        output.WriteVisible(NameOf(*entry));
+        output.WriteVisible(GetEntryName(*entry));
         output.Write(":" + std::to_string(number) + ": ");
         output.WriteVisible(line);
         output.Write("\n");

@@ -31,12 +31,12 @@ struct Directory {
     std::uint64_t end; // where the end of the archive begins
 };
 
-Failure DamagedDirectory()
+Failure MakeDamagedDirectoryFailure()
 {
     return Failure("refused, the directory of the archive is damaged");
 }
 
-std::uint64_t Number(std::string_view bytes, std::size_t at, int size)
+std::uint64_t ParseNumber(std::string_view bytes, std::size_t at, int size)
 {
     std::uint64_t number = 0;
     for (int i = size - 1; i >= 0; --i)
@@ -68,10 +68,11 @@ std::string ReadRecord(const Descriptor& file, std::uint64_t offset, std::size_t
 Directory ReadWideEnd(const Descriptor& file, std::string_view locator, std::uint64_t end)
 {
     const std::string record =
-        ReadRecord(file, Number(locator, 8, 8), c_wideEndLength, c_wideEndSignature);
+        ReadRecord(file, ParseNumber(locator, 8, 8), c_wideEndLength, c_wideEndSignature);
     if (record.empty())
-        throw DamagedDirectory();
-    return {Number(record, 32, 8), Number(record, 40, 8), Number(record, 48, 8), end};
+        throw MakeDamagedDirectoryFailure();
+    return {ParseNumber(record, 32, 8), ParseNumber(record, 40, 8), ParseNumber(record, 48, 8),
+            end};
 }
 
 Directory FindDirectory(const Descriptor& file, std::uint64_t length)
@@ -82,7 +83,7 @@ Directory FindDirectory(const Descriptor& file, std::uint64_t length)
                                   ? std::string::npos
                                   : tail.rfind(c_endSignature, tail.size() - c_endLength);
     if (endAt == std::string::npos)
-        throw DamagedDirectory();
+        throw MakeDamagedDirectoryFailure();
     const std::uint64_t end = length - tailLength + endAt;
     if (end >= c_locatorLength) {
         const std::string locator =
@@ -90,8 +91,8 @@ Directory FindDirectory(const Descriptor& file, std::uint64_t length)
         if (!locator.empty())
             return ReadWideEnd(file, locator, end);
     }
-    return {Number(tail, endAt + 10, 2), Number(tail, endAt + 12, 4), Number(tail, endAt + 16, 4),
-            end};
+    return {ParseNumber(tail, endAt + 10, 2), ParseNumber(tail, endAt + 12, 4),
+            ParseNumber(tail, endAt + 16, 4), end};
 }
 
 bool HasEntryAt(const Descriptor& file, std::uint64_t offset)
@@ -105,7 +106,7 @@ std::uint64_t FindFirstEntry(const Descriptor& file, const Directory& directory)
     if (directory.offset <= directory.end && HasEntryAt(file, directory.offset))
         return directory.offset;
     if (directory.size > directory.end)
-        throw DamagedDirectory();
+        throw MakeDamagedDirectoryFailure();
     return directory.end - directory.size;
 }
 
@@ -121,11 +122,11 @@ std::vector<StoredZipEntry> ReadEntries(const Descriptor& file, std::uint64_t of
         const std::string entry = ReadRecord(file, offset, c_entryLength, c_entrySignature);
         if (entry.empty())
             return entries;
-        const std::size_t nameLength = Number(entry, nameLengthAt, 2);
+        const std::size_t nameLength = ParseNumber(entry, nameLengthAt, 2);
         entries.push_back({ReadAt(file, offset + c_entryLength, nameLength),
-                           static_cast<mode_t>(Number(entry, modeAt, 2))});
-        offset += c_entryLength + nameLength + Number(entry, extraLengthAt, 2) +
-                  Number(entry, commentLengthAt, 2);
+                           static_cast<mode_t>(ParseNumber(entry, modeAt, 2))});
+        offset += c_entryLength + nameLength + ParseNumber(entry, extraLengthAt, 2) +
+                  ParseNumber(entry, commentLengthAt, 2);
     }
 }
 
@@ -136,13 +137,13 @@ std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path)
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status {};
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0)
-        throw SystemFailure("cannot read " + path);
+        throw MakeSystemFailure("cannot read " + path);
     const Directory directory = FindDirectory(file, static_cast<std::uint64_t>(status.st_size));
     if (directory.count == 0)
         return {};
     std::vector<StoredZipEntry> entries = ReadEntries(file, FindFirstEntry(file, directory));
     if (entries.size() != directory.count)
-        throw DamagedDirectory();
+        throw MakeDamagedDirectoryFailure();
     return entries;
 }
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr mode_t c_permissions = 0777;
 
-std::vector<std::string> Components(const std::string& name)
+std::vector<std::string> SplitIntoComponents(const std::string& name)
 {
     std::vector<std::string> components;
     for (std::size_t begin = 0; begin < name.size();) {
@@ -30,7 +30,7 @@ std::vector<std::string> Components(const std::string& name)
 // Whether the name stays in the directory into which it is extracted.
 bool IsHarmless(const std::string& name)
 {
-    const std::vector<std::string> components = Components(name);
+    const std::vector<std::string> components = SplitIntoComponents(name);
     return !components.empty() && name.find('\0') == std::string::npos &&
            std::none_of(components.begin(), components.end(), [](const std::string& component) {
                return component.empty() || component == "." || component == "..";
@@ -45,7 +45,7 @@ bool IsFileOrDirectory(const StoredZipEntry& entry)
 
 bool LeadsUp(const std::string& name)
 {
-    const std::vector<std::string> components = Components(name);
+    const std::vector<std::string> components = SplitIntoComponents(name);
     return std::find(components.begin(), components.end(), "..") != components.end();
 }
 
@@ -60,7 +60,7 @@ void RequireHarmless(const ZipArchive& archive, const std::string& path)
             throw Failure("refused, neither file nor directory: " + entry.name);
     }
     for (const auto& [wideName, entry] : archive.Entries()) {
-        const std::string name = NameOf(*entry);
+        const std::string name = GetEntryName(*entry);
         if (!IsHarmless(name))
             throw Failure("refused, a name that leads elsewhere: " + name);
     }
@@ -70,21 +70,21 @@ void RequireHarmless(const ZipArchive& archive, const std::string& path)
 Descriptor EnterDirectory(const Descriptor& parent, const std::string& name)
 {
     if (::mkdirat(parent.Get(), name.c_str(), c_permissions) != 0 && errno != EEXIST)
-        throw SystemFailure("cannot create " + name);
+        throw MakeSystemFailure("cannot create " + name);
     Descriptor directory(
         ::openat(parent.Get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!directory.IsOpen())
-        throw SystemFailure("cannot enter " + name);
+        throw MakeSystemFailure("cannot enter " + name);
     return directory;
 }
 
 Descriptor OpenRoot(const std::string& directory)
 {
     if (::mkdir(directory.c_str(), c_permissions) != 0 && errno != EEXIST)
-        throw SystemFailure("cannot create " + directory);
+        throw MakeSystemFailure("cannot create " + directory);
     Descriptor root(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!root.IsOpen())
-        throw SystemFailure("cannot enter " + directory);
+        throw MakeSystemFailure("cannot enter " + directory);
     return root;
 }
 
@@ -100,7 +100,7 @@ Descriptor EnterDirectories(const std::string& root, const std::vector<std::stri
 unsigned long long ExtractFile(ZipArchive& archive, const ZipArchive::Entry& entry,
                                const std::string& root, unsigned long long limit)
 {
-    std::vector<std::string> components = Components(NameOf(*entry));
+    std::vector<std::string> components = SplitIntoComponents(GetEntryName(*entry));
     const std::string name = components.back();
     components.pop_back();
     ExtractedFile file(EnterDirectories(root, components), name);
@@ -125,10 +125,10 @@ void ExtractZip(ZipArchive& archive, const std::string& path, const std::string&
     OpenRoot(directory);
     for (const auto& [wideName, entry] : archive.Entries()) {
         if (entry->IsDir())
-            EnterDirectories(directory, Components(NameOf(*entry)));
+            EnterDirectories(directory, SplitIntoComponents(GetEntryName(*entry)));
         else
             limit = ExtractFile(archive, entry, directory, limit);
-        output.WriteVisible(NameOf(*entry));
+        output.WriteVisible(GetEntryName(*entry));
         output.Write("\n");
     }
 }

@@ -34,7 +34,7 @@ std::wstring WideText(benchmark::State& state)
 std::string Encoded(const std::string& bytes)
 {
     std::string code;
-    QuotedPrintableCodec::AppendEncoded(code, bytes.data(), bytes.size());
+    AppendEncodedQuotedPrintable(code, bytes.data(), bytes.size());
     return code;
 }
 
@@ -96,7 +96,7 @@ void BM_QuotedDecode_Toolkit(benchmark::State& state)
     std::string bytes;
     for (auto _ : state) {
         bytes = std::string();
-        QuotedPrintableCodec::AppendDecoded(bytes, code.data(), code.size());
+        AppendDecodedQuotedPrintable(bytes, code.data(), code.size());
     }
     Finish(state, code.size(), bytes == expected);
 }

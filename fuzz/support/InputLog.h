@@ -29,11 +29,11 @@ public:
     }
 
     /// The parts of the file, the oldest first.
-    std::vector<Tool::LogPart> PartsInOrder() const
+    std::vector<Tool::LogPart> ListParts() const
     {
         Tool::LogSeams seams;
         ForEachRecord({0, m_length}, [&](const Tool::LogRecord& record) { seams.Add(record); });
-        return seams.PartsInOrder(m_length);
+        return seams.ListParts(m_length);
     }
 
 private:

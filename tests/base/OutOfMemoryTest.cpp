@@ -12,18 +12,18 @@ namespace {
 
 TEST(OutOfMemoryTest, ReturnsTheResult)
 {
-    EXPECT_EQ(ResultOr("failure", [] { return std::string("result"); }), "result");
+    EXPECT_EQ(TryOr("failure", [] { return std::string("result"); }), "result");
 }
 
 TEST(OutOfMemoryTest, ReturnsTheFailureInsteadOfAnException)
 {
-    EXPECT_EQ(ResultOr(-1, []() -> int { throw std::bad_alloc(); }), -1);
-    EXPECT_EQ(ResultOr(-1, []() -> int { throw std::length_error("too long"); }), -1);
+    EXPECT_EQ(TryOr(-1, []() -> int { throw std::bad_alloc(); }), -1);
+    EXPECT_EQ(TryOr(-1, []() -> int { throw std::length_error("too long"); }), -1);
 }
 
 TEST(OutOfMemoryTest, MovesItsResult)
 {
-    const auto result = ResultOr(nullptr, [] { return std::make_unique<int>(7); });
+    const auto result = TryOr(nullptr, [] { return std::make_unique<int>(7); });
 
     ASSERT_NE(result, nullptr);
     EXPECT_EQ(*result, 7);
@@ -40,7 +40,7 @@ TEST(OutOfMemoryTest, PassesOnWhatIsNoStandardException)
 {
     struct Foreign {};
 
-    EXPECT_THROW(static_cast<void>(ResultOr(0, []() -> int { throw Foreign(); })), Foreign);
+    EXPECT_THROW(static_cast<void>(TryOr(0, []() -> int { throw Foreign(); })), Foreign);
     EXPECT_THROW(static_cast<void>(Completes([] { throw Foreign(); })), Foreign);
 }
 

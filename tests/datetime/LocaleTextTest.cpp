@@ -12,17 +12,17 @@ namespace {
 constexpr CalendarTime c_morning{2009, 3, 5, 7, 4, 9};
 constexpr CalendarTime c_afternoon{2009, 3, 5, 19, 4, 9};
 
-LocaleText::DayHalves English()
+DayHalves English()
 {
     return {L"AM", L"PM"};
 }
 
-LocaleText::DayHalves WithLetterA()
+DayHalves WithLetterA()
 {
     return {L"am", L"pa"};
 }
 
-LocaleText::DayHalves None()
+DayHalves None()
 {
     return {L"", L""};
 }
@@ -55,7 +55,7 @@ TEST(LocaleTextTest, ReplacesDateTokensInTheirOrder)
         {L" HH:mm", L""},
         {L"", L""}};
     for (const auto& [pattern, expected] : cases)
-        EXPECT_EQ(LocaleText::FormatDate(pattern, c_morning), expected)
+        EXPECT_EQ(FormatDateByPattern(pattern, c_morning), expected)
             << testing::PrintToString(pattern);
 }
 
@@ -66,7 +66,7 @@ TEST(LocaleTextTest, WritesYearsOfACenturyWithTwoDigits)
         {2009, L"09"}, {1999, L"99"}, {2100, L"00"}, {99, L"99"}, {0, L"100"}, {-1, L"99"}};
     for (const auto& [year, expected] : cases) {
         time.year = year;
-        EXPECT_EQ(LocaleText::FormatDate(L"yy", time), expected) << year;
+        EXPECT_EQ(FormatDateByPattern(L"yy", time), expected) << year;
     }
 }
 
@@ -86,7 +86,7 @@ TEST(LocaleTextTest, ReplacesTimeTokensInTheirOrder)
         {L"HH:mm", L"19:04"},
         {L"", L""}};
     for (const auto& [pattern, expected] : cases)
-        EXPECT_EQ(LocaleText::FormatTime(pattern, c_afternoon, English), expected)
+        EXPECT_EQ(FormatTimeByPattern(pattern, c_afternoon, English), expected)
             << testing::PrintToString(pattern);
 }
 
@@ -98,21 +98,21 @@ TEST(LocaleTextTest, KeepsNoonAndMidnightInTheMorningWithHoursOfTwelve)
                                                               {13, L"01 PM"}, {23, L"11 PM"}};
     for (const auto& [hour, expected] : cases) {
         time.hour = hour;
-        EXPECT_EQ(LocaleText::FormatTime(L"d h a", time, English), expected) << hour;
+        EXPECT_EQ(FormatTimeByPattern(L"d h a", time, English), expected) << hour;
     }
 }
 
 TEST(LocaleTextTest, AcceptsTextsOfDayHalvesThatHoldTheirToken)
 {
-    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm a", c_morning, WithLetterA), L"07:04 am");
-    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm aa", c_afternoon, WithLetterA), L"07:04 papa");
-    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm", c_morning, WithLetterA), L"07:04 am");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, WithLetterA), L"07:04 am");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm aa", c_afternoon, WithLetterA), L"07:04 papa");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, WithLetterA), L"07:04 am");
 }
 
 TEST(LocaleTextTest, KeepsTheTokenOrASpaceWithoutTextsOfDayHalves)
 {
-    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm a", c_morning, None), L"07:04 a");
-    EXPECT_EQ(LocaleText::FormatTime(L"d h:mm", c_morning, None), L"07:04 ");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, None), L"07:04 a");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, None), L"07:04 ");
 }
 
 TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
@@ -121,8 +121,8 @@ TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
     for (int i = 0; i < 20000; ++i) {
         const std::wstring pattern = RandomPattern(random);
         SCOPED_TRACE(testing::PrintToString(pattern));
-        ASSERT_EQ(LocaleText::FormatDate(pattern, c_morning), References::FormatDate(pattern));
-        ASSERT_EQ(LocaleText::FormatTime(pattern, c_afternoon, English),
+        ASSERT_EQ(FormatDateByPattern(pattern, c_morning), References::FormatDate(pattern));
+        ASSERT_EQ(FormatTimeByPattern(pattern, c_afternoon, English),
                   References::FormatTime(pattern));
     }
 }

@@ -63,6 +63,8 @@ toolkit_page_program(formats serialized)
 
 toolkit_test(docs/ArchitectureTest.cpp)
 target_compile_definitions(ArchitectureTest PRIVATE TOOLKIT_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+toolkit_test(docs/FunctionNamesTest.cpp)
+target_compile_definitions(FunctionNamesTest PRIVATE TOOLKIT_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 toolkit_test(docs/TestNamesTest.cpp)
 target_compile_definitions(TestNamesTest PRIVATE TOOLKIT_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 

@@ -27,7 +27,7 @@ wchar_t Widen(wchar_t character)
 std::vector<std::wstring> Pieces(const LogPieceQueue& queue)
 {
     std::vector<std::wstring> pieces;
-    queue.ForEach([&pieces](auto piece) {
+    queue.VisitPieces([&pieces](auto piece) {
         pieces.emplace_back();
         for (const auto character : piece)
             pieces.back() += Widen(character);
@@ -67,7 +67,7 @@ TEST(LogPieceQueueTest, CountsAnEmptyPiece)
 int CountBytes(const LogPieceQueue& queue)
 {
     int count = 0;
-    queue.ForEach([&count](auto piece) { count += sizeof piece[0] == 1 ? 1 : 0; });
+    queue.VisitPieces([&count](auto piece) { count += sizeof piece[0] == 1 ? 1 : 0; });
     return count;
 }
 

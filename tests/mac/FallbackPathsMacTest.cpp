@@ -13,9 +13,9 @@ TEST(FallbackPathsMacTest, FindsDataAndResourcesInTheBundle)
 {
     const TString<wchar_t> executable = L"/Applications/Tool.app/Contents/MacOS/Tool";
 
-    EXPECT_EQ(FallbackPaths::DataDirectory(executable, L"Tool"),
+    EXPECT_EQ(FindFallbackDataDirectory(executable, L"Tool"),
               L"/Applications/Tool.app/Contents/SharedSupport");
-    EXPECT_EQ(FallbackPaths::ResourcesDirectory(executable, L"Tool"),
+    EXPECT_EQ(FindFallbackResourcesDirectory(executable, L"Tool"),
               L"/Applications/Tool.app/Contents/Resources");
 }
 
@@ -23,19 +23,18 @@ TEST(FallbackPathsMacTest, UsesTheWorkingDirectoryOutsideABundle)
 {
     const TString<wchar_t> executable = L"/usr/local/bin/tool";
 
-    EXPECT_EQ(FallbackPaths::DataDirectory(executable, L"tool"), L"./SharedSupport");
-    EXPECT_EQ(FallbackPaths::ResourcesDirectory(executable, L"tool"), L"./Resources");
+    EXPECT_EQ(FindFallbackDataDirectory(executable, L"tool"), L"./SharedSupport");
+    EXPECT_EQ(FindFallbackResourcesDirectory(executable, L"tool"), L"./Resources");
 }
 
 TEST(FallbackPathsMacTest, FindsTheUsersDirectoriesInTheHomeDirectory)
 {
     const TestSupport::ScopedEnvironment home("HOME", "/Users/ann");
 
-    EXPECT_EQ(FallbackPaths::UserLocalDataDirectory(L"Tool"),
+    EXPECT_EQ(FindFallbackUserLocalDataDirectory(L"Tool"),
               L"/Users/ann/Library/Application Support/Tool");
-    EXPECT_EQ(FallbackPaths::UserLocalDataDirectory(L""),
-              L"/Users/ann/Library/Application Support");
-    EXPECT_EQ(FallbackPaths::DocumentsDirectory(), L"/Users/ann/Documents");
+    EXPECT_EQ(FindFallbackUserLocalDataDirectory(L""), L"/Users/ann/Library/Application Support");
+    EXPECT_EQ(FindFallbackDocumentsDirectory(), L"/Users/ann/Documents");
 }
 
 } // namespace

@@ -13,8 +13,8 @@ TEST(LocalePatternsMacTest, GivesTheShortPatternsOfTheLocale)
 {
     MacStandIns::SetShortPatterns("M/d/yy", "h:mm a");
 
-    EXPECT_EQ(LocalePatterns::ShortDate(), L"M/d/yy");
-    EXPECT_EQ(LocalePatterns::ShortTime(), L"h:mm a");
+    EXPECT_EQ(ReadShortDatePattern(), L"M/d/yy");
+    EXPECT_EQ(ReadShortTimePattern(), L"h:mm a");
 }
 
 TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOutsideAscii)
@@ -22,24 +22,24 @@ TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOutsideAscii)
     MacStandIns::SetShortPatterns("d\xC3\xA9", "h:mm\xE2\x80\xAF"
                                                "a");
 
-    EXPECT_EQ(LocalePatterns::ShortDate(), L"");
-    EXPECT_EQ(LocalePatterns::ShortTime(), L"");
+    EXPECT_EQ(ReadShortDatePattern(), L"");
+    EXPECT_EQ(ReadShortTimePattern(), L"");
 }
 
 TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOfMoreThan255Characters)
 {
     MacStandIns::SetShortPatterns(std::string(255, 'd'), std::string(256, 'h'));
 
-    EXPECT_EQ(LocalePatterns::ShortDate(), std::wstring(255, L'd'));
-    EXPECT_EQ(LocalePatterns::ShortTime(), L"");
+    EXPECT_EQ(ReadShortDatePattern(), std::wstring(255, L'd'));
+    EXPECT_EQ(ReadShortTimePattern(), L"");
 }
 
 TEST(LocalePatternsMacTest, ReleasesWhatItCreates)
 {
     MacStandIns::SetShortPatterns("M/d/yy", "h:mm a");
 
-    LocalePatterns::ShortDate();
-    LocalePatterns::ShortTime();
+    ReadShortDatePattern();
+    ReadShortTimePattern();
 
     EXPECT_EQ(MacStandIns::CountObjects(), 0);
 }

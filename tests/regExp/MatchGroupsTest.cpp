@@ -5,7 +5,7 @@
 
 #include "regExp/CaughtException.h"
 
-namespace Toolkit::MatchGroups {
+namespace Toolkit {
 namespace {
 
 TEST(MatchGroupsTest, ReturnsARangeOnlyForAGroupThatTookPart)
@@ -14,16 +14,16 @@ TEST(MatchGroupsTest, ReturnsARangeOnlyForAGroupThatTookPart)
     result.ovector[4] = 3;
     result.ovector[5] = 7;
 
-    EXPECT_TRUE(GetRange(result, 2).IsValid());
-    EXPECT_EQ(GetRange(result, 2).Length(), 4u);
+    EXPECT_TRUE(GetGroupRange(result, 2).IsValid());
+    EXPECT_EQ(GetGroupRange(result, 2).Length(), 4u);
     for (const int number : {0, 1, 19, 20, 1000, -1, -2147483647})
-        EXPECT_FALSE(GetRange(result, number).IsValid()) << number;
+        EXPECT_FALSE(GetGroupRange(result, number).IsValid()) << number;
 }
 
 TEST(MatchGroupsTest, ReturnsAnEmptyRangeThatEndsBeforeItBegins)
 {
-    EXPECT_EQ((Range{5, 3}.Length()), 0u);
-    EXPECT_TRUE((Range{5, 3}.IsValid()));
+    EXPECT_EQ((GroupRange{5, 3}.Length()), 0u);
+    EXPECT_TRUE((GroupRange{5, 3}.IsValid()));
 }
 
 TEST(MatchGroupsTest, ReadsNoGroupsWithoutAMatch)
@@ -31,7 +31,7 @@ TEST(MatchGroupsTest, ReadsNoGroupsWithoutAMatch)
     for (const int resultCode : {0, -1, -2}) {
         MatchResult result;
         result.resultCode = resultCode;
-        Read(result);
+        ReadGroups(result);
         EXPECT_EQ(result.Count(), 0u);
     }
 }
@@ -41,7 +41,7 @@ TEST(MatchGroupsTest, ThrowsWhenTheEngineCannotReportNames)
     MatchResult neverCompiled;
     neverCompiled.resultCode = 1;
 
-    EXPECT_EQ(TestSupport::CaughtMessage([&] { Read(neverCompiled); }),
+    EXPECT_EQ(TestSupport::CaughtMessage([&] { ReadGroups(neverCompiled); }),
               "pcre_fullinfo 'PCRE_INFO_NAMECOUNT' return error");
 }
 
@@ -50,10 +50,10 @@ TEST(MatchGroupsTest, GetsNothingFromTheEngineAboutAMissingPattern)
     int number = 0;
     const unsigned char* table = nullptr;
 
-    EXPECT_LT(PatternEngine::GetNameCount(nullptr, number), 0);
-    EXPECT_LT(PatternEngine::GetNameEntrySize(nullptr, number), 0);
-    EXPECT_LT(PatternEngine::GetNameTable(nullptr, table), 0);
+    EXPECT_LT(Pcre::GetNameCount(nullptr, number), 0);
+    EXPECT_LT(Pcre::GetNameEntrySize(nullptr, number), 0);
+    EXPECT_LT(Pcre::GetNameTable(nullptr, table), 0);
 }
 
 } // namespace
-} // namespace Toolkit::MatchGroups
+} // namespace Toolkit

@@ -16,7 +16,7 @@ TEST(PatternNestingTest, CountsLevelsAndNotParentheses)
         {"[\\](](a)", 1}, {"(", 1},          {")(a)", 1},       {"((((", 4},
         {"(a)\\)(b)", 1}, {"(a)[)](b)", 1}};
     for (const auto& [pattern, expected] : cases)
-        EXPECT_EQ(DeepestNesting(pattern), expected) << pattern;
+        EXPECT_EQ(MeasureNesting(pattern), expected) << pattern;
 }
 
 TEST(PatternNestingTest, CountsAThousandGroupsInARowAsOneLevel)
@@ -25,7 +25,7 @@ TEST(PatternNestingTest, CountsAThousandGroupsInARowAsOneLevel)
     for (int i = 0; i < 1000; ++i)
         pattern += "([a-z]+)";
 
-    EXPECT_EQ(DeepestNesting(pattern.c_str()), 1u);
+    EXPECT_EQ(MeasureNesting(pattern.c_str()), 1u);
 }
 
 TEST(PatternNestingTest, CountsEveryOpeningWhereAClosingOneMayBeQuoted)
@@ -33,7 +33,7 @@ TEST(PatternNestingTest, CountsEveryOpeningWhereAClosingOneMayBeQuoted)
     for (const char* pattern :
          {"(?x)((# )\n(((", "\\Q)))\\E(((((", "\\c)(((((", "[\\Q]\\E)))((((( ", "(*MARK:[)(((((",
           "[[.a.])))(((((", "(?#)(((((", "[a(((((", "((\\E)))((((("})
-        EXPECT_GE(DeepestNesting(pattern), 5u) << pattern;
+        EXPECT_GE(MeasureNesting(pattern), 5u) << pattern;
 }
 
 } // namespace

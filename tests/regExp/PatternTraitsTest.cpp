@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Toolkit::PatternTraits {
+namespace Toolkit {
 namespace {
 
 TEST(PatternTraitsTest, LooksOnlyAheadInOrdinaryPatterns)
@@ -36,4 +36,4 @@ TEST(PatternTraitsTest, OnlySingleBytesSplitCharacters)
 }
 
 } // namespace
-} // namespace Toolkit::PatternTraits
+} // namespace Toolkit

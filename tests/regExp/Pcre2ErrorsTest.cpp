@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <pcre2.h>
 
-namespace Toolkit::Pcre2Errors {
+namespace Toolkit {
 namespace {
 
 TEST(Pcre2ErrorsTest, MapsErrorsToTheNumbersOfPcre1)
@@ -19,32 +19,32 @@ TEST(Pcre2ErrorsTest, MapsErrorsToTheNumbersOfPcre1)
         {PCRE2_ERROR_HEAPLIMIT, -21},    {PCRE2_ERROR_BADOFFSET, -24},
         {PCRE2_ERROR_RECURSELOOP, -26},  {PCRE2_ERROR_BADMODE, -28}};
     for (const auto& [pcre2, pcre] : cases)
-        EXPECT_EQ(ToPcre(pcre2), pcre) << pcre2;
+        EXPECT_EQ(ToPcreError(pcre2), pcre) << pcre2;
 }
 
 TEST(Pcre2ErrorsTest, MapsAnErrorWithoutCounterpartToTheInternalError)
 {
     for (const int error : {PCRE2_ERROR_MIXEDTABLES, PCRE2_ERROR_BADSERIALIZEDDATA, -1000})
-        EXPECT_EQ(ToPcre(error), -14) << error;
+        EXPECT_EQ(ToPcreError(error), -14) << error;
 }
 
 TEST(Pcre2ErrorsTest, MapsFaultsOfUtf8ToTheSameNumbers)
 {
-    EXPECT_EQ(Utf8Fault(PCRE2_ERROR_UTF8_ERR1), 1);
-    EXPECT_EQ(Utf8Fault(PCRE2_ERROR_UTF8_ERR21), 21);
-    EXPECT_FALSE(IsInvalidUtf8(PCRE2_ERROR_PARTIAL));
-    EXPECT_FALSE(IsInvalidUtf8(PCRE2_ERROR_UTF16_ERR1));
+    EXPECT_EQ(ToUtf8Fault(PCRE2_ERROR_UTF8_ERR1), 1);
+    EXPECT_EQ(ToUtf8Fault(PCRE2_ERROR_UTF8_ERR21), 21);
+    EXPECT_FALSE(IsInvalidUtf8Error(PCRE2_ERROR_PARTIAL));
+    EXPECT_FALSE(IsInvalidUtf8Error(PCRE2_ERROR_UTF16_ERR1));
 }
 
 TEST(Pcre2ErrorsTest, KeepsTheTextOfAnError)
 {
-    const char* const text = CompileText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
+    const char* const text = GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
 
     EXPECT_STREQ(text, "missing terminating ] for character class");
-    EXPECT_EQ(CompileText(PCRE2_ERROR_MISSING_SQUARE_BRACKET), text);
-    EXPECT_STREQ(CompileText(100000), "unknown error");
-    EXPECT_STREQ(CompileText(-100000), "unknown error");
+    EXPECT_EQ(GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET), text);
+    EXPECT_STREQ(GetCompileErrorText(100000), "unknown error");
+    EXPECT_STREQ(GetCompileErrorText(-100000), "unknown error");
 }
 
 } // namespace
-} // namespace Toolkit::Pcre2Errors
+} // namespace Toolkit

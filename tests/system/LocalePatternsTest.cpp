@@ -7,14 +7,14 @@ namespace {
 
 TEST(LocalePatternsTest, JoinsDateAndTimeWithOneSpace)
 {
-    EXPECT_EQ(LocalePatterns::Compose(L"M/d/yy", L"h:mm a"), L"M/d/yy h:mm a");
+    EXPECT_EQ(JoinPatterns(L"M/d/yy", L"h:mm a"), L"M/d/yy h:mm a");
 }
 
 TEST(LocalePatternsTest, OmitsAHalfOutsideAscii)
 {
-    EXPECT_EQ(LocalePatterns::Compose(L"d\u00E9", L"HH:mm"), L" HH:mm");
-    EXPECT_EQ(LocalePatterns::Compose(L"d", L"HH\u202Fmm"), L"d ");
-    EXPECT_EQ(LocalePatterns::Compose(L"\u00E9", L"\u00E9"), L" ");
+    EXPECT_EQ(JoinPatterns(L"d\u00E9", L"HH:mm"), L" HH:mm");
+    EXPECT_EQ(JoinPatterns(L"d", L"HH\u202Fmm"), L"d ");
+    EXPECT_EQ(JoinPatterns(L"\u00E9", L"\u00E9"), L" ");
 }
 
 TEST(LocalePatternsTest, AcceptsAHalfOf255CharactersAtMost)
@@ -22,13 +22,13 @@ TEST(LocalePatternsTest, AcceptsAHalfOf255CharactersAtMost)
     const std::wstring longest(255, L'd');
     const std::wstring tooLong(256, L'd');
 
-    EXPECT_EQ(LocalePatterns::Compose(longest, L"h"), longest + L" h");
-    EXPECT_EQ(LocalePatterns::Compose(tooLong, L"h"), L" h");
+    EXPECT_EQ(JoinPatterns(longest, L"h"), longest + L" h");
+    EXPECT_EQ(JoinPatterns(tooLong, L"h"), L" h");
 }
 
 TEST(LocalePatternsTest, KeepsTheSpaceOfEmptyHalves)
 {
-    EXPECT_EQ(LocalePatterns::Compose(L"", L""), L" ");
+    EXPECT_EQ(JoinPatterns(L"", L""), L" ");
 }
 
 } // namespace

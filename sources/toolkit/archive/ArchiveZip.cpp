@@ -112,7 +112,7 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
     if (!m_stream.IsValid() || !entry.IsValid())
         return m_stream;
     wxZipInputStream* const stream = *m_stream;
-    const bool isOpen = Base::ResultOr(false, [&] {
+    const bool isOpen = Base::TryOr(false, [&] {
         const Framework::Silence silence;
         // An error of one entry must not keep the others from being read.
         stream->Reset();

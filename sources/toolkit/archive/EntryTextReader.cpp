@@ -9,7 +9,7 @@
 #include <optional>
 #include <string_view>
 
-namespace Toolkit::EntryTextReader {
+namespace Toolkit {
 namespace {
 
 constexpr const wchar_t* c_separators = L" \t";
@@ -107,18 +107,18 @@ bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 
 } // namespace
 
-void ReadWord(wxZipInputStream& stream, TString<wchar_t>& word)
+void ReadEntryWord(wxZipInputStream& stream, TString<wchar_t>& word)
 {
     word.clear();
     if (!ReadPlain(stream, word, FindWord))
         word = Framework::ToText(wxTextInputStream(stream, c_separators).ReadWord());
 }
 
-void ReadLine(wxZipInputStream& stream, TString<wchar_t>& line)
+void ReadEntryLine(wxZipInputStream& stream, TString<wchar_t>& line)
 {
     line.clear();
     if (!ReadPlain(stream, line, FindLine))
         line = Framework::ToText(wxTextInputStream(stream, c_separators).ReadLine());
 }
 
-} // namespace Toolkit::EntryTextReader
+} // namespace Toolkit

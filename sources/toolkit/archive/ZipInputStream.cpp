@@ -87,7 +87,7 @@ bool ZipInputStream::IsOk() const
 
 ZipInputStream& ZipInputStream::operator>>(TString<wchar_t>& word)
 {
-    const auto read = [&](wxZipInputStream& stream) { EntryTextReader::ReadWord(stream, word); };
+    const auto read = [&](wxZipInputStream& stream) { ReadEntryWord(stream, word); };
     if (!ReadFrom(Stream(), read))
         word.clear();
     return *this;
@@ -95,7 +95,7 @@ ZipInputStream& ZipInputStream::operator>>(TString<wchar_t>& word)
 
 bool ZipInputStream::ReadLine(TString<wchar_t>& line)
 {
-    const auto read = [&](wxZipInputStream& stream) { EntryTextReader::ReadLine(stream, line); };
+    const auto read = [&](wxZipInputStream& stream) { ReadEntryLine(stream, line); };
     if (ReadFrom(Stream(), read) && Stream()->GetLastError() == wxSTREAM_NO_ERROR)
         return true;
     line.clear();

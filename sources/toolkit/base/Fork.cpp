@@ -6,7 +6,7 @@ namespace Toolkit::Base {
 namespace {
 
 // The locks cross functions, which the check cannot follow.
-void BeforeFork() BASE_NO_THREAD_SAFETY_ANALYSIS
+void OnPrepareFork() BASE_NO_THREAD_SAFETY_ANALYSIS
 {
     ForkLocks::s_unloadTasks.Lock();
     ForkLocks::s_processLogger.Lock();
@@ -14,7 +14,7 @@ void BeforeFork() BASE_NO_THREAD_SAFETY_ANALYSIS
     ForkLocks::s_ownDescriptors.Lock();
 }
 
-void AfterForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS
+void OnForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS
 {
     ForkLocks::s_ownDescriptors.Unlock();
     ForkLocks::s_fileLocks.Unlock();
@@ -22,10 +22,10 @@ void AfterForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS
     ForkLocks::s_unloadTasks.Unlock();
 }
 
-void AfterForkInChild()
+void OnForkInChild()
 {
     ++s_forks;
-    AfterForkInParent();
+    OnForkInParent();
 }
 
 } // namespace
@@ -40,7 +40,7 @@ std::atomic<unsigned int> s_forks{0};
 void PrepareForks()
 {
     // The system removes the handlers when the library is unloaded.
-    static const int isPrepared = ::pthread_atfork(BeforeFork, AfterForkInParent, AfterForkInChild);
+    static const int isPrepared = ::pthread_atfork(OnPrepareFork, OnForkInParent, OnForkInChild);
     static_cast<void>(isPrepared);
 }
 

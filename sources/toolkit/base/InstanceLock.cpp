@@ -18,7 +18,7 @@ FileDescriptor OpenLockFile(const std::wstring& name)
 {
     if (name.empty())
         return {};
-    const std::string path = InstanceLock::PathOf(name);
+    const std::string path = InstanceLock::MakePath(name);
     FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
     // In a read-only directory, an existing file can still be locked.
     return file.IsOpen() ? std::move(file)
@@ -27,7 +27,7 @@ FileDescriptor OpenLockFile(const std::wstring& name)
 
 } // namespace
 
-std::string InstanceLock::PathOf(const std::wstring& name)
+std::string InstanceLock::MakePath(const std::wstring& name)
 {
     return EncodeUtf8(GetHomeDirectory()) + "/." + ShortenName(EncodeUtf8(name), c_longestName) +
            ".lock";

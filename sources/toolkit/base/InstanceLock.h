@@ -16,7 +16,7 @@ public:
     explicit InstanceLock(const std::wstring& name);
 
     /// The path of the file of the lock called `name`.
-    static std::string PathOf(const std::wstring& name);
+    static std::string MakePath(const std::wstring& name);
 
     State GetState() const { return m_lock.GetState(); }
 

@@ -15,10 +15,10 @@ namespace Toolkit::Base {
 /// The result of `operation`; `failure` when it throws. An empty string or container as `failure`
 /// allocates nothing.
 ///
-///     return Base::ResultOr(false, [&] { return Load(path); });
+///     return Base::TryOr(false, [&] { return Load(path); });
 template <typename Operation>
-std::invoke_result_t<Operation> ResultOr(std::invoke_result_t<Operation> failure,
-                                         Operation&& operation)
+std::invoke_result_t<Operation> TryOr(std::invoke_result_t<Operation> failure,
+                                      Operation&& operation)
 {
     try {
         return std::forward<Operation>(operation)();

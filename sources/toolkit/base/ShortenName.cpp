@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t c_hashDigits = 16;
 
 // FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv
-std::uint64_t HashOf(const std::string& text)
+std::uint64_t HashText(const std::string& text)
 {
     std::uint64_t hash = 0xCBF29CE484222325;
     for (const char character : text) {
@@ -31,7 +31,8 @@ std::string ShortenName(const std::string& name, std::size_t longest)
 std::string FormatHash(const std::string& text)
 {
     char digits[c_hashDigits + 1];
-    std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(HashOf(text)));
+    std::snprintf(digits, sizeof digits, "%016llx",
+                  static_cast<unsigned long long>(HashText(text)));
     return digits;
 }
 

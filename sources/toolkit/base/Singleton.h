@@ -11,7 +11,7 @@ template <typename Pointer, typename Make>
 void CreateSingleton(Pointer*& instance, Make make)
 {
     if (!instance)
-        instance = ResultOr(nullptr, [&] { return new Pointer(make()); });
+        instance = TryOr(nullptr, [&] { return new Pointer(make()); });
 }
 
 /// A copy of the pointer; an empty one when there is no object. Allocates nothing.

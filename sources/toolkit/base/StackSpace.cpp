@@ -7,7 +7,7 @@ namespace {
 constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
 // The bytes left on the thread's stack at `here`; 0 when `here` is on another stack.
-std::size_t SpaceBelow(std::uintptr_t here)
+std::size_t MeasureSpaceBelow(std::uintptr_t here)
 {
     // Cached: asking reads a file in /proc, and the stack of a thread never moves.
     static thread_local constinit StackBounds bounds{0, 0};
@@ -17,7 +17,7 @@ std::size_t SpaceBelow(std::uintptr_t here)
     return isInside ? here - bounds.begin : 0;
 }
 
-std::uintptr_t AddressOf(const void* frame)
+std::uintptr_t ToAddress(const void* frame)
 {
     return reinterpret_cast<std::uintptr_t>(frame);
 }
@@ -26,13 +26,13 @@ std::uintptr_t AddressOf(const void* frame)
 
 std::size_t GetStackSpaceLeft()
 {
-    const std::size_t space = SpaceBelow(AddressOf(__builtin_frame_address(0)));
+    const std::size_t space = MeasureSpaceBelow(ToAddress(__builtin_frame_address(0)));
     return space > 0 ? space : c_assumedSpace;
 }
 
 bool IsOnThreadStack()
 {
-    return SpaceBelow(AddressOf(__builtin_frame_address(0))) > 0;
+    return MeasureSpaceBelow(ToAddress(__builtin_frame_address(0))) > 0;
 }
 
 } // namespace Toolkit::Base

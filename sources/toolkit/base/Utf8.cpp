@@ -121,7 +121,7 @@ inline void CopyAscii(const char*& at, const char* end, wchar_t*& out)
     out += length;
 }
 
-constexpr char Continuation(std::uint32_t bits)
+constexpr char MakeContinuation(std::uint32_t bits)
 {
     return static_cast<char>(0x80 | (bits & 0x3F));
 }
@@ -133,16 +133,16 @@ inline bool EncodeCharacter(std::uint32_t character, char*& out)
         *out++ = static_cast<char>(character);
     } else if (character < 0x800) {
         *out++ = static_cast<char>(0xC0 | character >> 6);
-        *out++ = Continuation(character);
+        *out++ = MakeContinuation(character);
     } else if (character < 0x10000) {
         *out++ = static_cast<char>(0xE0 | character >> 12);
-        *out++ = Continuation(character >> 6);
-        *out++ = Continuation(character);
+        *out++ = MakeContinuation(character >> 6);
+        *out++ = MakeContinuation(character);
     } else if (character <= c_lastCodePoint) {
         *out++ = static_cast<char>(0xF0 | character >> 18);
-        *out++ = Continuation(character >> 12);
-        *out++ = Continuation(character >> 6);
-        *out++ = Continuation(character);
+        *out++ = MakeContinuation(character >> 12);
+        *out++ = MakeContinuation(character >> 6);
+        *out++ = MakeContinuation(character);
     } else {
         return false;
     }

@@ -66,9 +66,8 @@ void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
 
 bool CmdLineParser::AddOption(smart_ptr<CmdLineOption> option)
 {
-    return option.IsValid() && Base::ResultOr(false, [&] {
-               return m_options.emplace(option->GetName(), option).second;
-           });
+    return option.IsValid() &&
+           Base::TryOr(false, [&] { return m_options.emplace(option->GetName(), option).second; });
 }
 
 void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens)

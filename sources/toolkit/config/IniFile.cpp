@@ -29,7 +29,7 @@ bool IniFile::Parse(const TString<wchar_t>& path)
     m_sections.reset();
 
     std::string text;
-    if (!Base::ResultOr(false, [&] { return Framework::ReadText(Base::EncodeUtf8(path), text); })) {
+    if (!Base::TryOr(false, [&] { return Framework::ReadText(Base::EncodeUtf8(path), text); })) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_openFailureLine)
             << L"Unable to open file : " << path << ILogger::c_strLogToken3;
         return false;

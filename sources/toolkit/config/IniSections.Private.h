@@ -20,7 +20,7 @@ public:
 
 private:
     IniSection* TakeLine(std::string_view line, IniSection* section);
-    IniSection& SectionOf(std::string_view name);
+    IniSection& GetOrAddSection(std::string_view name);
 
     std::string m_text;
     std::vector<IniSection> m_sections;

@@ -7,7 +7,7 @@ namespace Toolkit {
 namespace {
 
 // A part of a line without the spaces and tabs around it.
-std::string_view Trimmed(std::string_view text)
+std::string_view Trim(std::string_view text)
 {
     constexpr const char* spacesAndTabs = " \t";
     const std::size_t begin = text.find_first_not_of(spacesAndTabs);
@@ -33,16 +33,16 @@ IniSection* IniSections::TakeLine(std::string_view line, IniSection* section)
     if (line.empty() || line.front() == ';')
         return section;
     if (line.size() > 1 && line.front() == '[' && line.back() == ']')
-        return &SectionOf(line.substr(1, line.size() - 2));
+        return &GetOrAddSection(line.substr(1, line.size() - 2));
 
     const std::size_t equals = line.find('=');
     if (section && equals != std::string_view::npos)
-        section->Add(Trimmed(line.substr(0, equals)), Trimmed(line.substr(equals + 1)));
+        section->Add(Trim(line.substr(0, equals)), Trim(line.substr(equals + 1)));
     return section;
 }
 
 // A repeated header continues its section.
-IniSection& IniSections::SectionOf(std::string_view name)
+IniSection& IniSections::GetOrAddSection(std::string_view name)
 {
     const std::size_t position = m_index.Find(m_sections, name);
     if (position != NameIndex::c_missing)

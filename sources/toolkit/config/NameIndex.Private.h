@@ -22,7 +22,7 @@ public:
     template <typename List, typename Name>
     std::size_t Find(const List& list, Name name) const
     {
-        return SlotCount() == 0 ? c_missing : SlotAt(FindSlot(list, name)) - 1;
+        return CountSlots() == 0 ? c_missing : GetSlot(FindSlot(list, name)) - 1;
     }
 
     /// Makes room for `count` names.
@@ -31,16 +31,16 @@ public:
     {
         // At most three quarters of the slots are taken.
         const std::size_t needed = count + count / 3 + 1;
-        if (needed <= SlotCount())
+        if (needed <= CountSlots())
             return;
         NameIndex larger;
         if (needed <= c_mostSmallSlots)
             larger.m_smallSlots.resize(std::bit_ceil(needed));
         else
             larger.m_largeSlots.resize(std::bit_ceil(needed));
-        for (std::size_t slot = 0; slot < SlotCount(); ++slot) {
-            if (SlotAt(slot) != 0)
-                larger.Add(list, SlotAt(slot) - 1);
+        for (std::size_t slot = 0; slot < CountSlots(); ++slot) {
+            if (GetSlot(slot) != 0)
+                larger.Add(list, GetSlot(slot) - 1);
         }
         *this = std::move(larger);
     }
@@ -50,7 +50,7 @@ public:
     bool Add(const List& list, std::size_t position)
     {
         const std::size_t slot = FindSlot(list, list[position].name);
-        if (SlotAt(slot) != 0)
+        if (GetSlot(slot) != 0)
             return false;
         if (m_largeSlots.empty())
             m_smallSlots[slot] = static_cast<std::uint16_t>(position + 1);
@@ -62,9 +62,9 @@ public:
 private:
     static constexpr std::size_t c_mostSmallSlots = 65536;
 
-    std::size_t SlotCount() const { return m_smallSlots.size() + m_largeSlots.size(); }
+    std::size_t CountSlots() const { return m_smallSlots.size() + m_largeSlots.size(); }
 
-    std::size_t SlotAt(std::size_t slot) const
+    std::size_t GetSlot(std::size_t slot) const
     {
         return m_largeSlots.empty() ? m_smallSlots[slot] : m_largeSlots[slot];
     }
@@ -73,9 +73,9 @@ private:
     template <typename List, typename Name>
     std::size_t FindSlot(const List& list, Name name) const
     {
-        const std::size_t mask = SlotCount() - 1;
-        std::size_t slot = Hash(name) & mask;
-        while (SlotAt(slot) != 0 && !IsSame(list[SlotAt(slot) - 1].name, name))
+        const std::size_t mask = CountSlots() - 1;
+        std::size_t slot = HashName(name) & mask;
+        while (GetSlot(slot) != 0 && !IsSame(list[GetSlot(slot) - 1].name, name))
             slot = (slot + 1) & mask;
         return slot;
     }
@@ -95,7 +95,7 @@ private:
         return static_cast<std::size_t>(hash ^ hash >> 32);
     }
 
-    static std::size_t Hash(std::wstring_view name)
+    static std::size_t HashName(std::wstring_view name)
     {
         std::uint64_t hash = 0;
         const wchar_t* at = name.data();
@@ -104,7 +104,7 @@ private:
         return Finish(name.size() % 2 != 0 ? AddPair(hash, *at, L'\0') : hash);
     }
 
-    static std::size_t Hash(std::string_view name)
+    static std::size_t HashName(std::string_view name)
     {
         std::uint64_t hash = 0;
         const char* const end = name.data() + name.size();

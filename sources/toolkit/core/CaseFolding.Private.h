@@ -3,7 +3,7 @@
 #include <cctype>
 #include <cwctype>
 
-namespace Toolkit::CaseFolding {
+namespace Toolkit {
 
 /// The C library's `tolower` for a character of either width, in the current locale.
 ///
@@ -32,4 +32,4 @@ inline int FoldForComparison(wchar_t character)
     return static_cast<int>(std::towlower(static_cast<std::wint_t>(character)));
 }
 
-} // namespace Toolkit::CaseFolding
+} // namespace Toolkit

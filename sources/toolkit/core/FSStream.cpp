@@ -24,7 +24,7 @@ constexpr std::size_t c_pieceLength = 4096;
 // The modes of wxFile. `FSStream::OpenMode` names only two of them, but programs may pass all.
 enum FileMode { Read = 0, Write = 1, ReadWrite = 2, WriteAppend = 3, WriteExclusive = 4 };
 
-int FlagsOfMode(FSStream::OpenMode mode)
+int ToFlags(FSStream::OpenMode mode)
 {
     switch (static_cast<int>(mode)) {
     case FileMode::Write:
@@ -43,7 +43,7 @@ int FlagsOfMode(FSStream::OpenMode mode)
 // Null when it cannot be opened.
 std::unique_ptr<StreamFile> OpenFile(const TString<wchar_t>& path, FSStream::OpenMode mode)
 {
-    auto file = std::make_unique<StreamFile>(Base::EncodeUtf8(path), FlagsOfMode(mode));
+    auto file = std::make_unique<StreamFile>(Base::EncodeUtf8(path), ToFlags(mode));
     return file->IsOpen() ? std::move(file) : nullptr;
 }
 
@@ -82,7 +82,7 @@ bool ReadCharacters(StreamFile& file, std::size_t size, TString<wchar_t>& text)
 } // namespace
 
 FSStream::FSStream(const TString<wchar_t>& path, OpenMode mode)
-    : m_file(Base::ResultOr(nullptr, [&] { return OpenFile(path, mode); }))
+    : m_file(Base::TryOr(nullptr, [&] { return OpenFile(path, mode); }))
 {
 }
 
@@ -136,7 +136,7 @@ unsigned int FSStream::Read(TString<wchar_t>& text)
         return StreamResult::ReadPrefixFailed;
     if (size == 0)
         return StreamResult::Nothing;
-    const bool isRead = Base::ResultOr(false, [&] { return ReadCharacters(*m_file, size, text); });
+    const bool isRead = Base::TryOr(false, [&] { return ReadCharacters(*m_file, size, text); });
     return isRead ? StreamResult::Ok : StreamResult::DataFailed;
 }
 

@@ -10,8 +10,6 @@
 namespace Toolkit {
 namespace {
 
-using CaseFolding::FoldNarrow;
-
 // How many positions are filtered before the loop looks at the result.
 constexpr std::size_t c_blockLength = 16;
 
@@ -46,7 +44,7 @@ public:
     using Number = std::make_unsigned_t<Char>;
 
     explicit FoldFilter(Char folded)
-        : m_significant(SignificantBits(static_cast<Number>(folded))),
+        : m_significant(GetSignificantBits(static_cast<Number>(folded))),
           m_folded(static_cast<Number>(static_cast<Number>(folded) & m_significant))
     {
     }
@@ -61,7 +59,7 @@ public:
 
 private:
     // The bits that a character shares with those that fold like it.
-    static Number SignificantBits(Number folded)
+    static Number GetSignificantBits(Number folded)
     {
         const bool isFoldedByLocale = folded <= 0xFF && !IsInvariant(folded);
         return isFoldedByLocale ? Number{0} : static_cast<Number>(~c_caseBit);

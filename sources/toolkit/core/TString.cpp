@@ -14,7 +14,7 @@
 namespace {
 
 namespace Base = Toolkit::Base;
-using Toolkit::CaseFolding::FoldForComparison;
+using Toolkit::FoldForComparison;
 
 // The bit in which a letter of ASCII and its capital differ.
 constexpr std::int32_t c_asciiCaseBit = 0x20;
@@ -24,7 +24,7 @@ constexpr std::size_t c_blockLength = 16;
 
 // Whether towlower() maps every ASCII letter to the other case of the same letter. Turkic locales
 // map I to a dotless i, and differ in no other letter.
-bool LocaleFoldsAsciiPlainly()
+bool DoesLocaleFoldAsciiPlainly()
 {
     return std::towlower(L'I') == L'i';
 }
@@ -65,7 +65,7 @@ int CompareFolded(const T* left, const T* right, std::size_t length)
 int CompareFoldedBlocks(const wchar_t* left, const wchar_t* right, std::size_t length)
 {
     std::size_t done = 0;
-    if (length >= c_blockLength && LocaleFoldsAsciiPlainly()) {
+    if (length >= c_blockLength && DoesLocaleFoldAsciiPlainly()) {
         for (; done + c_blockLength <= length; done += c_blockLength) {
             if (IsSameAsciiBlock(left + done, right + done))
                 continue;
@@ -96,7 +96,7 @@ public:
     explicit DelimiterScanner(const TString<wchar_t>& delimiters) : m_delimiters(delimiters)
     {
         for (const wchar_t delimiter : delimiters) {
-            if (const std::size_t place = PlaceInTable(delimiter); place < c_tableSize)
+            if (const std::size_t place = GetPlaceInTable(delimiter); place < c_tableSize)
                 m_table[place] = true;
             else
                 m_hasOthers = true;
@@ -116,14 +116,14 @@ public:
     }
 
 private:
-    static std::size_t PlaceInTable(wchar_t character)
+    static std::size_t GetPlaceInTable(wchar_t character)
     {
         return std::char_traits<wchar_t>::to_int_type(character);
     }
 
     bool IsDelimiter(wchar_t character) const
     {
-        if (const std::size_t place = PlaceInTable(character); place < c_tableSize)
+        if (const std::size_t place = GetPlaceInTable(character); place < c_tableSize)
             return m_table[place];
         return m_hasOthers && m_delimiters.find(character) != std::wstring::npos;
     }
@@ -347,7 +347,7 @@ template <>
 TString<wchar_t>& TString<wchar_t>::ToLower()
 {
     for (wchar_t& character : *this)
-        character = Toolkit::CaseFolding::FoldNarrow(character);
+        character = Toolkit::FoldNarrow(character);
     return *this;
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
-/// Converts between a date with a time of day and seconds since 1970.
-///
-/// The zone data of the C library are used throughout: wxDateTime's own conversions are wrong near
-/// every change of daylight saving. Years go as far as wxDateTime holds their milliseconds, some
-/// 292 million in either direction.
 namespace Toolkit {
+
+// Converts between a date with a time of day and seconds since 1970.
+//
+// The zone data of the C library are used throughout: wxDateTime's own conversions are wrong near
+// every change of daylight saving. Years go as far as wxDateTime holds their milliseconds, some
+// 292 million in either direction.
 
 struct CalendarTime {
     long long year;
@@ -21,15 +22,15 @@ bool IsInRange(const CalendarTime& time);
 
 /// Seconds since 1970 of a time in UTC, by the Gregorian calendar. With TZ=right/... leap seconds
 /// count.
-long long SecondsOfUtc(const CalendarTime& time);
+long long ToSecondsFromUtc(const CalendarTime& time);
 
 /// Seconds since 1970 of a time on the local clock. A time that the clock skips is moved forward;
 /// for a time that occurs twice, mktime(3) chooses.
-long long SecondsOfLocal(const CalendarTime& time);
+long long ToSecondsFromLocal(const CalendarTime& time);
 
 /// A moment's date and time in UTC, and on the local clock.
-CalendarTime UtcOfSeconds(long long seconds);
-CalendarTime LocalOfSeconds(long long seconds);
+CalendarTime ToUtcTime(long long seconds);
+CalendarTime ToLocalTime(long long seconds);
 
 /// Moves a date by months, to the last day of a month that is too short, and then by days; the time
 /// of day stays. False when it leaves the calendar.

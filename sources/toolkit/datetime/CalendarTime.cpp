@@ -23,7 +23,7 @@ constexpr long long c_firstYear = -292275054;
 constexpr long long c_lastYear = 292278993;
 
 // The year of 1970 to 2369 that has the same calendar. std::chrono knows 65,535 years only.
-std::chrono::year SimilarYear(long long year)
+std::chrono::year FindSimilarYear(long long year)
 {
     constexpr long long first = 1970;
     const long long inCycle =
@@ -32,23 +32,23 @@ std::chrono::year SimilarYear(long long year)
 }
 
 // Days since 1970, by the Gregorian calendar.
-long long DaysOfDate(long long year, long long month, long long day)
+long long CountDays(long long year, long long month, long long day)
 {
     using namespace std::chrono;
-    const std::chrono::year similar = SimilarYear(year);
+    const std::chrono::year similar = FindSimilarYear(year);
     const sys_days first(similar / std::chrono::month(static_cast<unsigned>(month)) / 1);
     const long long cycles = (year - static_cast<int>(similar)) / c_yearsPerCycle;
     return first.time_since_epoch().count() + cycles * c_daysPerCycle + day - 1;
 }
 
 // The seconds that would be counted if there had never been a leap second.
-long long PlainSeconds(const CalendarTime& time)
+long long CountPlainSeconds(const CalendarTime& time)
 {
-    return DaysOfDate(time.year, time.month, time.day) * c_secondsPerDay +
+    return CountDays(time.year, time.month, time.day) * c_secondsPerDay +
            time.hour * c_secondsPerHour + time.minute * c_secondsPerMinute + time.second;
 }
 
-std::tm LocalFields(long long seconds)
+std::tm ToLocalFields(long long seconds)
 {
     const std::time_t time = seconds;
     std::tm fields{};
@@ -84,11 +84,11 @@ bool IsPlain(const std::tm& fields, long long seconds)
     return fromFullHour % c_secondsPerHour == 0;
 }
 
-int DaysInMonth(long long year, long long month)
+int CountDaysInMonth(long long year, long long month)
 {
     using namespace std::chrono;
     const year_month_day_last last(
-        SimilarYear(year), month_day_last(std::chrono::month(static_cast<unsigned>(month))));
+        FindSimilarYear(year), month_day_last(std::chrono::month(static_cast<unsigned>(month))));
     return static_cast<int>(static_cast<unsigned>(last.day()));
 }
 
@@ -97,7 +97,7 @@ void MoveDays(CalendarTime& time, long long days)
 {
     using namespace std::chrono;
     time.year += days / c_daysPerCycle * c_yearsPerCycle;
-    const std::chrono::year similar = SimilarYear(time.year);
+    const std::chrono::year similar = FindSimilarYear(time.year);
     const sys_days from(similar / month(static_cast<unsigned>(time.month)) /
                         day(static_cast<unsigned>(time.day)));
     const year_month_day moved(from + std::chrono::days(days % c_daysPerCycle));
@@ -111,14 +111,15 @@ void MoveDays(CalendarTime& time, long long days)
 bool IsInRange(const CalendarTime& time)
 {
     return time.year >= c_firstYear && time.year <= c_lastYear && time.month >= 1 &&
-           time.month <= 12 && time.day >= 1 && time.day <= DaysInMonth(time.year, time.month) &&
-           time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 &&
-           time.second >= 0 && time.second < 62;
+           time.month <= 12 && time.day >= 1 &&
+           time.day <= CountDaysInMonth(time.year, time.month) && time.hour >= 0 &&
+           time.hour < 24 && time.minute >= 0 && time.minute < 60 && time.second >= 0 &&
+           time.second < 62;
 }
 
-long long SecondsOfUtc(const CalendarTime& time)
+long long ToSecondsFromUtc(const CalendarTime& time)
 {
-    const long long plain = PlainSeconds(time);
+    const long long plain = CountPlainSeconds(time);
     const std::time_t seconds = plain;
     std::tm fields{};
     if (::gmtime_r(&seconds, &fields) && IsPlain(fields, plain))
@@ -127,14 +128,14 @@ long long SecondsOfUtc(const CalendarTime& time)
     return ::timegm(&fields);
 }
 
-long long SecondsOfLocal(const CalendarTime& time)
+long long ToSecondsFromLocal(const CalendarTime& time)
 {
     // ParseIso/tz:0: mktime() looks at the file of the zone on every call when TZ is not set, and
     // takes 17 times as long. Without a change of the clock on that day, the difference to UTC is
     // the answer.
-    const long long asUtc = PlainSeconds(time);
-    const std::tm before = LocalFields(asUtc - c_largestOffset);
-    const std::tm after = LocalFields(asUtc + c_largestOffset);
+    const long long asUtc = CountPlainSeconds(time);
+    const std::tm before = ToLocalFields(asUtc - c_largestOffset);
+    const std::tm after = ToLocalFields(asUtc + c_largestOffset);
     if (before.tm_gmtoff == after.tm_gmtoff && IsPlain(after, asUtc + c_largestOffset))
         return asUtc - before.tm_gmtoff;
     std::tm fields = ToFields(time);
@@ -148,13 +149,13 @@ bool MoveDate(CalendarTime& time, long long months, long long days)
     time.month = month - time.year * 12 + 1;
     if (time.year < c_firstYear || time.year > c_lastYear)
         return false;
-    time.day = std::min<long long>(time.day, DaysInMonth(time.year, time.month));
+    time.day = std::min<long long>(time.day, CountDaysInMonth(time.year, time.month));
 
     MoveDays(time, days);
     return time.year >= c_firstYear && time.year <= c_lastYear;
 }
 
-CalendarTime UtcOfSeconds(long long seconds)
+CalendarTime ToUtcTime(long long seconds)
 {
     const std::time_t time = seconds;
     std::tm fields{};
@@ -162,9 +163,9 @@ CalendarTime UtcOfSeconds(long long seconds)
     return FromFields(fields);
 }
 
-CalendarTime LocalOfSeconds(long long seconds)
+CalendarTime ToLocalTime(long long seconds)
 {
-    return FromFields(LocalFields(seconds));
+    return FromFields(ToLocalFields(seconds));
 }
 
 } // namespace Toolkit

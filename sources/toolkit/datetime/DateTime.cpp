@@ -28,14 +28,14 @@ constexpr CalendarTime c_noTime{0, 0, 0, 0, 0, 0};
 
 // Milliseconds since 1970, also before 1970, where wxDateTime::GetTicks() fails. An invalid date
 // gives the smallest number, as wxDateTime stores it.
-long long MsOf(const wxDateTime& value)
+long long ToMs(const wxDateTime& value)
 {
     return value.IsValid() ? value.GetValue().GetValue() : std::numeric_limits<long long>::min();
 }
 
-long long SecondsOf(const wxDateTime& value)
+long long ToSeconds(const wxDateTime& value)
 {
-    const long long ms = MsOf(value);
+    const long long ms = ToMs(value);
     return ms / c_msPerSecond - (ms % c_msPerSecond < 0 ? 1 : 0);
 }
 
@@ -50,11 +50,11 @@ wxDateTime FromSeconds(long long seconds)
 }
 
 // Returns zeros for an invalid date.
-CalendarTime FieldsOf(const wxDateTime& value, bool utc)
+CalendarTime GetFields(const wxDateTime& value, bool utc)
 {
     if (!value.IsValid())
         return c_noTime;
-    return utc ? UtcOfSeconds(SecondsOf(value)) : LocalOfSeconds(SecondsOf(value));
+    return utc ? ToUtcTime(ToSeconds(value)) : ToLocalTime(ToSeconds(value));
 }
 
 // The constructors truncate these fields to 16 bits.
@@ -70,13 +70,13 @@ CalendarTime CutTo16Bits(const CalendarTime& time)
 wxDateTime FromLocal(const CalendarTime& time)
 {
     const CalendarTime fields = CutTo16Bits(time);
-    return IsInRange(fields) ? FromSeconds(SecondsOfLocal(fields)) : wxDateTime();
+    return IsInRange(fields) ? FromSeconds(ToSecondsFromLocal(fields)) : wxDateTime();
 }
 
 wxDateTime FromUtc(const CalendarTime& time, long long offsetMs)
 {
     const CalendarTime fields = CutTo16Bits(time);
-    return IsInRange(fields) ? FromMs(SecondsOfUtc(fields) * c_msPerSecond - offsetMs)
+    return IsInRange(fields) ? FromMs(ToSecondsFromUtc(fields) * c_msPerSecond - offsetMs)
                              : wxDateTime();
 }
 
@@ -86,7 +86,7 @@ CalendarTime MakeFields(unsigned int year, unsigned int month, unsigned int day,
     return {static_cast<int>(year), month, day, hour, minute, second};
 }
 
-LocaleText::DayHalves DayHalvesOfLocale()
+DayHalves GetDayHalvesOfLocale()
 {
     wxString morning;
     wxString afternoon;
@@ -100,7 +100,7 @@ bool AppendDate(TString<wchar_t>& out, const CalendarTime& time)
     TString<wchar_t> pattern;
     if (!Locales::GetCurrentDateFormat(pattern))
         return false;
-    out += LocaleText::FormatDate(pattern, time);
+    out += FormatDateByPattern(pattern, time);
     return true;
 }
 
@@ -110,18 +110,18 @@ bool AppendTime(TString<wchar_t>& out, const CalendarTime& time)
     TString<wchar_t> pattern;
     if (!Locales::GetCurrentDateFormat(pattern))
         return false;
-    out += LocaleText::FormatTime(pattern, time, DayHalvesOfLocale);
+    out += FormatTimeByPattern(pattern, time, GetDayHalvesOfLocale);
     return true;
 }
 
 // Returns null when out of memory, which counts as an invalid date.
 std::unique_ptr<wxDateTime> Make(const wxDateTime& value)
 {
-    return Base::ResultOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
+    return Base::TryOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
 }
 
 // wxDateSpan has signed numbers: 4294967295 years are one year back.
-long long Signed(unsigned int count)
+long long ToSigned(unsigned int count)
 {
     return static_cast<int>(count);
 }
@@ -131,7 +131,7 @@ template <typename Char, typename Append>
 void MakeText(TString<Char>& out, Append append)
 {
     out.clear();
-    if (!Base::ResultOr(false, append))
+    if (!Base::TryOr(false, append))
         out.clear();
 }
 
@@ -183,32 +183,32 @@ void DateTime::Now()
 
 unsigned int DateTime::GetYear() const
 {
-    return static_cast<unsigned int>(FieldsOf(Value(), false).year);
+    return static_cast<unsigned int>(GetFields(Value(), false).year);
 }
 
 unsigned int DateTime::GetMonth() const
 {
-    return static_cast<unsigned int>(FieldsOf(Value(), false).month);
+    return static_cast<unsigned int>(GetFields(Value(), false).month);
 }
 
 unsigned int DateTime::GetDay() const
 {
-    return static_cast<unsigned int>(FieldsOf(Value(), false).day);
+    return static_cast<unsigned int>(GetFields(Value(), false).day);
 }
 
 unsigned int DateTime::GetHour() const
 {
-    return static_cast<unsigned int>(FieldsOf(Value(), false).hour);
+    return static_cast<unsigned int>(GetFields(Value(), false).hour);
 }
 
 unsigned int DateTime::GetMinute() const
 {
-    return static_cast<unsigned int>(FieldsOf(Value(), false).minute);
+    return static_cast<unsigned int>(GetFields(Value(), false).minute);
 }
 
 unsigned int DateTime::GetSecond() const
 {
-    return static_cast<unsigned int>(FieldsOf(Value(), false).second);
+    return static_cast<unsigned int>(GetFields(Value(), false).second);
 }
 
 bool DateTime::IsValid() const
@@ -219,23 +219,23 @@ bool DateTime::IsValid() const
 DateTime& DateTime::MakeToUTC()
 {
     if (IsValid())
-        Set(FromMs(SecondsOfLocal(FieldsOf(Value(), true)) * c_msPerSecond +
-                   (MsOf(Value()) - SecondsOf(Value()) * c_msPerSecond)));
+        Set(FromMs(ToSecondsFromLocal(GetFields(Value(), true)) * c_msPerSecond +
+                   (ToMs(Value()) - ToSeconds(Value()) * c_msPerSecond)));
     return *this;
 }
 
 DateTime& DateTime::MakeFromUTC()
 {
     if (IsValid())
-        Set(FromMs(SecondsOfUtc(FieldsOf(Value(), false)) * c_msPerSecond +
-                   (MsOf(Value()) - SecondsOf(Value()) * c_msPerSecond)));
+        Set(FromMs(ToSecondsFromUtc(GetFields(Value(), false)) * c_msPerSecond +
+                   (ToMs(Value()) - ToSeconds(Value()) * c_msPerSecond)));
     return *this;
 }
 
 void DateTime::GetIsoDate(TString<wchar_t>& out, bool utc) const
 {
     MakeText(out, [&] {
-        IsoText::AppendDate(out, FieldsOf(Value(), utc));
+        AppendIsoDate(out, GetFields(Value(), utc));
         return true;
     });
 }
@@ -243,7 +243,7 @@ void DateTime::GetIsoDate(TString<wchar_t>& out, bool utc) const
 void DateTime::GetIsoTime(TString<wchar_t>& out, bool utc) const
 {
     MakeText(out, [&] {
-        IsoText::AppendTime(out, FieldsOf(Value(), utc));
+        AppendIsoTime(out, GetFields(Value(), utc));
         if (utc)
             out += L" Z";
         return true;
@@ -253,10 +253,10 @@ void DateTime::GetIsoTime(TString<wchar_t>& out, bool utc) const
 void DateTime::GetIsoString(TString<wchar_t>& out, bool utc) const
 {
     MakeText(out, [&] {
-        const CalendarTime fields = FieldsOf(Value(), utc);
-        IsoText::AppendDate(out, fields);
+        const CalendarTime fields = GetFields(Value(), utc);
+        AppendIsoDate(out, fields);
         out.push_back(L' ');
-        IsoText::AppendTime(out, fields);
+        AppendIsoTime(out, fields);
         if (utc)
             out += L" Z";
         return true;
@@ -275,14 +275,14 @@ void DateTime::GetIsoString(TString<char>& out, bool utc) const
 
 bool DateTime::ParseIsoString(const TString<wchar_t>& text)
 {
-    const IsoText::Parsed parsed = IsoText::Parse(text);
+    const ParsedIsoText parsed = ParseIsoText(text);
     Set(parsed.isUtc ? FromUtc(parsed.time, 0) : FromLocal(parsed.time));
     return IsValid();
 }
 
 bool DateTime::ParseIsoString(const TString<char>& text)
 {
-    if (Base::ResultOr(false, [&] { return ParseIsoString(Base::DecodeUtf8(text)); }))
+    if (Base::TryOr(false, [&] { return ParseIsoString(Base::DecodeUtf8(text)); }))
         return true;
     Set(wxDateTime());
     return false;
@@ -290,18 +290,18 @@ bool DateTime::ParseIsoString(const TString<char>& text)
 
 void DateTime::GetDate(TString<wchar_t>& out) const
 {
-    MakeText(out, [&] { return AppendDate(out, FieldsOf(Value(), false)); });
+    MakeText(out, [&] { return AppendDate(out, GetFields(Value(), false)); });
 }
 
 void DateTime::GetTime(TString<wchar_t>& out) const
 {
-    MakeText(out, [&] { return AppendTime(out, FieldsOf(Value(), false)); });
+    MakeText(out, [&] { return AppendTime(out, GetFields(Value(), false)); });
 }
 
 void DateTime::GetString(TString<wchar_t>& out) const
 {
     MakeText(out, [&] {
-        const CalendarTime fields = FieldsOf(Value(), false);
+        const CalendarTime fields = GetFields(Value(), false);
         if (!AppendDate(out, fields))
             return false;
         out.push_back(L' ');
@@ -311,8 +311,8 @@ void DateTime::GetString(TString<wchar_t>& out) const
 
 void DateTime::GetRelativeStringFromNow(TString<wchar_t>& out) const
 {
-    const CalendarTime now = FieldsOf(FromSeconds(std::time(nullptr)), false);
-    const CalendarTime then = FieldsOf(Value(), false);
+    const CalendarTime now = GetFields(FromSeconds(std::time(nullptr)), false);
+    const CalendarTime then = GetFields(Value(), false);
     const bool isToday = now.year == then.year && now.month == then.month && now.day == then.day;
     if (isToday)
         GetTime(out);
@@ -322,27 +322,28 @@ void DateTime::GetRelativeStringFromNow(TString<wchar_t>& out) const
 
 TString<wchar_t> DateTime::IntToUString(int value, int width) const
 {
-    return Base::ResultOr({}, [=] { return LocaleText::PaddedNumber(value, width); });
+    return Base::TryOr({}, [=] { return PadNumber(value, width); });
 }
 
 DateTime& DateTime::Add(unsigned int hours, unsigned int minutes, unsigned int seconds)
 {
     const long long span = hours * c_msPerHour + minutes * c_msPerMinute + seconds * c_msPerSecond;
     if (IsValid())
-        Set(MsOf(Value()) > c_lastMs - span ? wxDateTime() : FromMs(MsOf(Value()) + span));
+        Set(ToMs(Value()) > c_lastMs - span ? wxDateTime() : FromMs(ToMs(Value()) + span));
     return *this;
 }
 
 DateTime& DateTime::Add(unsigned int years, unsigned int months, unsigned int weeks,
                         unsigned int days)
 {
-    return AddSpan(Signed(years) * 12 + Signed(months), Signed(weeks) * 7 + Signed(days));
+    return AddSpan(ToSigned(years) * 12 + ToSigned(months), ToSigned(weeks) * 7 + ToSigned(days));
 }
 
 DateTime& DateTime::Remove(unsigned int years, unsigned int months, unsigned int weeks,
                            unsigned int days)
 {
-    return AddSpan(-(Signed(years) * 12 + Signed(months)), -(Signed(weeks) * 7 + Signed(days)));
+    return AddSpan(-(ToSigned(years) * 12 + ToSigned(months)),
+                   -(ToSigned(weeks) * 7 + ToSigned(days)));
 }
 
 // A result outside the calendar is invalid.
@@ -350,9 +351,9 @@ DateTime& DateTime::AddSpan(long long months, long long days)
 {
     if (!IsValid())
         return *this;
-    const long long ms = MsOf(Value()) - SecondsOf(Value()) * c_msPerSecond;
-    CalendarTime fields = FieldsOf(Value(), false);
-    Set(MoveDate(fields, months, days) ? FromMs(SecondsOfLocal(fields) * c_msPerSecond + ms)
+    const long long ms = ToMs(Value()) - ToSeconds(Value()) * c_msPerSecond;
+    CalendarTime fields = GetFields(Value(), false);
+    Set(MoveDate(fields, months, days) ? FromMs(ToSecondsFromLocal(fields) * c_msPerSecond + ms)
                                        : wxDateTime());
     return *this;
 }
@@ -361,7 +362,7 @@ long long DateTime::MsLaterThan(const smart_ptr<DateTime>& other) const
 {
     if (!other.IsValid() || !other->IsValid() || !IsValid())
         return 0;
-    return MsOf(Value()) - MsOf(other->Value());
+    return ToMs(Value()) - ToMs(other->Value());
 }
 
 int DateTime::GetTotalHours(const smart_ptr<DateTime>& other) const
@@ -381,7 +382,7 @@ long DateTime::GetTotalSecondes(const smart_ptr<DateTime>& other) const
 
 bool DateTime::operator==(const DateTime& other) const
 {
-    return MsOf(Value()) == MsOf(other.Value());
+    return ToMs(Value()) == ToMs(other.Value());
 }
 
 bool DateTime::operator!=(const DateTime& other) const
@@ -391,7 +392,7 @@ bool DateTime::operator!=(const DateTime& other) const
 
 bool DateTime::operator<(const DateTime& other) const
 {
-    return MsOf(Value()) < MsOf(other.Value());
+    return ToMs(Value()) < ToMs(other.Value());
 }
 
 bool DateTime::operator>(const DateTime& other) const

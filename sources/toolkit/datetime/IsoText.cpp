@@ -3,7 +3,7 @@
 
 #include <limits>
 
-namespace Toolkit::IsoText {
+namespace Toolkit {
 namespace {
 
 // Reads like a standard stream in the classic locale: after a failed read it reads nothing more.
@@ -89,7 +89,7 @@ void AppendNumber(std::wstring& out, long long value)
 
 } // namespace
 
-void AppendDate(std::wstring& out, const CalendarTime& time)
+void AppendIsoDate(std::wstring& out, const CalendarTime& time)
 {
     AppendNumber(out, time.year);
     out.push_back(L'-');
@@ -98,7 +98,7 @@ void AppendDate(std::wstring& out, const CalendarTime& time)
     AppendNumber(out, time.day);
 }
 
-void AppendTime(std::wstring& out, const CalendarTime& time)
+void AppendIsoTime(std::wstring& out, const CalendarTime& time)
 {
     AppendNumber(out, time.hour);
     out.push_back(L':');
@@ -107,10 +107,10 @@ void AppendTime(std::wstring& out, const CalendarTime& time)
     AppendNumber(out, time.second);
 }
 
-Parsed Parse(const std::wstring& text)
+ParsedIsoText ParseIsoText(const std::wstring& text)
 {
     Reader reader(text);
-    Parsed parsed{};
+    ParsedIsoText parsed{};
     long long* const fields[] = {&parsed.time.year, &parsed.time.month,  &parsed.time.day,
                                  &parsed.time.hour, &parsed.time.minute, &parsed.time.second};
     for (long long* const field : fields) {
@@ -121,4 +121,4 @@ Parsed Parse(const std::wstring& text)
     return parsed;
 }
 
-} // namespace Toolkit::IsoText
+} // namespace Toolkit

@@ -3,8 +3,9 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
 
-/// Dates and times in patterns of a date, a space and a time.
-namespace Toolkit::LocaleText {
+namespace Toolkit {
+
+// Dates and times in patterns of a date, a space and a time.
 
 /// A locale's strings for AM and PM; empty where it has none.
 struct DayHalves {
@@ -13,14 +14,14 @@ struct DayHalves {
 };
 
 /// Returns `pattern` up to its first space, with the date tokens replaced.
-TString<wchar_t> FormatDate(TString<wchar_t> pattern, const CalendarTime& time);
+TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time);
 
 /// Returns `pattern` after its first space, with the time tokens replaced. `getDayHalves` is
 /// called for twelve-hour patterns.
-TString<wchar_t> FormatTime(TString<wchar_t> pattern, const CalendarTime& time,
-                            DayHalves (*getDayHalves)());
+TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTime& time,
+                                     DayHalves (*getDayHalves)());
 
 /// Returns `value` in decimal, padded with zeros on the left to `width` characters.
-TString<wchar_t> PaddedNumber(long long value, int width);
+TString<wchar_t> PadNumber(long long value, int width);
 
-} // namespace Toolkit::LocaleText
+} // namespace Toolkit

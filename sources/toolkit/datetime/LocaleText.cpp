@@ -3,17 +3,17 @@
 
 #include <utility>
 
-namespace Toolkit::LocaleText {
+namespace Toolkit {
 namespace {
 
 constexpr long long c_noon = 12;
 
-TString<wchar_t> TwoDigits(long long value)
+TString<wchar_t> PadToTwoDigits(long long value)
 {
-    return PaddedNumber(value, 2);
+    return PadNumber(value, 2);
 }
 
-long long YearOfCentury(long long year)
+long long GetYearOfCentury(long long year)
 {
     const long long century = year > 0 ? year / 100 : year / 100 - 1;
     return year - 100 * century;
@@ -53,13 +53,13 @@ void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayHalv
     const bool isAfternoon = hour > c_noon;
     if (isAfternoon)
         hour -= c_noon;
-    pattern.Replace(L"h", TwoDigits(hour));
+    pattern.Replace(L"h", PadToTwoDigits(hour));
     MarkDayHalf(pattern, isAfternoon ? halves.afternoon : halves.morning);
 }
 
 } // namespace
 
-TString<wchar_t> PaddedNumber(long long value, int width)
+TString<wchar_t> PadNumber(long long value, int width)
 {
     std::wstring digits = Base::NumberText<wchar_t>(value).String();
     if (width > 0 && digits.size() < static_cast<std::size_t>(width))
@@ -67,45 +67,45 @@ TString<wchar_t> PaddedNumber(long long value, int width)
     return digits;
 }
 
-TString<wchar_t> FormatDate(TString<wchar_t> pattern, const CalendarTime& time)
+TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time)
 {
     // Longer tokens come first; a run of three letters becomes the number twice.
     const std::pair<const wchar_t*, TString<wchar_t>> tokens[] = {
-        {L"dd", TwoDigits(time.day)},
-        {L"%d", TwoDigits(time.day)},
-        {L"d", TwoDigits(time.day)},
-        {L"MM", TwoDigits(time.month)},
-        {L"%m", TwoDigits(time.month)},
-        {L"M", TwoDigits(time.month)},
-        {L"yyyy", PaddedNumber(time.year, 4)},
-        {L"%Y", PaddedNumber(time.year, 4)},
-        {L"yy", TwoDigits(YearOfCentury(time.year))},
+        {L"dd", PadToTwoDigits(time.day)},
+        {L"%d", PadToTwoDigits(time.day)},
+        {L"d", PadToTwoDigits(time.day)},
+        {L"MM", PadToTwoDigits(time.month)},
+        {L"%m", PadToTwoDigits(time.month)},
+        {L"M", PadToTwoDigits(time.month)},
+        {L"yyyy", PadNumber(time.year, 4)},
+        {L"%Y", PadNumber(time.year, 4)},
+        {L"yy", PadToTwoDigits(GetYearOfCentury(time.year))},
     };
     for (const auto& [token, number] : tokens)
         pattern.Replace(token, number);
     return pattern.substr(0, pattern.find(L' '));
 }
 
-TString<wchar_t> FormatTime(TString<wchar_t> pattern, const CalendarTime& time,
-                            DayHalves (*getDayHalves)())
+TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTime& time,
+                                     DayHalves (*getDayHalves)())
 {
     long long hour = time.hour;
-    pattern.Replace(L"HH", TwoDigits(hour));
+    pattern.Replace(L"HH", PadToTwoDigits(hour));
     // "hh" is the 24-hour value too, so no AM or PM follows.
-    pattern.Replace(L"hh", TwoDigits(hour));
-    pattern.Replace(L"mm", TwoDigits(time.minute));
-    pattern.Replace(L"m", TwoDigits(time.minute));
+    pattern.Replace(L"hh", PadToTwoDigits(hour));
+    pattern.Replace(L"mm", PadToTwoDigits(time.minute));
+    pattern.Replace(L"m", PadToTwoDigits(time.minute));
     pattern.Replace(L":ss", TString<wchar_t>::Empty());
     pattern.Replace(L" tt", TString<wchar_t>::Empty());
     if (Contains(pattern, L"h"))
         FormatTwelveHours(pattern, hour, getDayHalves());
     else
         pattern.Replace(L"a", TString<wchar_t>::Empty());
-    const TString<wchar_t> clock = TwoDigits(hour) + L":" + TwoDigits(time.minute);
+    const TString<wchar_t> clock = PadToTwoDigits(hour) + L":" + PadToTwoDigits(time.minute);
     pattern.Replace(L"%T", clock);
     pattern.Replace(L"%R", clock);
     const std::size_t space = pattern.find(L' ');
     return space == std::wstring::npos ? pattern : TString<wchar_t>(pattern.substr(space + 1));
 }
 
-} // namespace Toolkit::LocaleText
+} // namespace Toolkit

@@ -23,7 +23,7 @@ bool IsEncodable(unsigned int length)
 // Null when out of memory. The nothrow operator new of the standard library calls the throwing one.
 unsigned char* Allocate(int size)
 {
-    return Toolkit::Base::ResultOr(
+    return Toolkit::Base::TryOr(
         nullptr, [size] { return new unsigned char[static_cast<std::size_t>(size)]; });
 }
 
@@ -49,7 +49,7 @@ bool b64_decode_binary(const unsigned char* in, unsigned int length, unsigned ch
     unsigned char* const code = Allocate(size);
     if (!code)
         return false;
-    Toolkit::Base64Codec::Encode(in, length, code);
+    Toolkit::EncodeBase64(in, length, code);
     *out = code;
     *outLength = static_cast<unsigned int>(size);
     return true;
@@ -64,7 +64,7 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
     unsigned char* const data = Allocate(size);
     if (!data)
         return false;
-    const std::size_t decoded = Toolkit::Base64Codec::Decode(in, length, data);
+    const std::size_t decoded = Toolkit::DecodeBase64(in, length, data);
     // The rest of the array is zero.
     std::memset(data + decoded, 0, static_cast<std::size_t>(size) - decoded);
     *outLength = static_cast<unsigned int>(decoded);
@@ -88,7 +88,7 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
     while (length > 0) {
         const std::size_t piece = std::min(length, c_pieceLength);
         const std::size_t codeLength = (piece + 2) / 3 * 4;
-        Base64Codec::Encode(bytes, piece, code);
+        EncodeBase64(bytes, piece, code);
         std::copy_n(code, codeLength, characters);
         text.append(characters, codeLength);
         bytes += piece;
@@ -103,7 +103,7 @@ void Decode(std::string code, Bytes& bytes)
     if (code.size() > c_longest)
         return;
     auto* const data = reinterpret_cast<unsigned char*>(code.data());
-    bytes.SetBytes(data, static_cast<unsigned int>(Base64Codec::Decode(data, code.size(), data)));
+    bytes.SetBytes(data, static_cast<unsigned int>(DecodeBase64(data, code.size(), data)));
 }
 
 } // namespace
@@ -117,13 +117,13 @@ TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
     const std::unique_ptr<unsigned char[]> freed(copy);
     if (!IsEncodable(size))
         return {};
-    return Base::ResultOr({}, [&] { return TString<wchar_t>(Encode(copy, size)); });
+    return Base::TryOr({}, [&] { return TString<wchar_t>(Encode(copy, size)); });
 }
 
 smart_ptr<Bytes> B64::ToB64(const TString<wchar_t>& text)
 {
     const auto make = [] { return smart_ptr<Bytes>(new Bytes); };
-    const smart_ptr<Bytes> bytes = Base::ResultOr(smart_ptr<Bytes>::Empty(), make);
+    const smart_ptr<Bytes> bytes = Base::TryOr(smart_ptr<Bytes>::Empty(), make);
     if (bytes.IsValid())
         Decode(UTF8::ToUTF8(text), *bytes);
     return bytes;

@@ -2,16 +2,17 @@
 
 #include <cstddef>
 
-/// Base64 (RFC 4648, section 4) between the caller's arrays.
-namespace Toolkit::Base64Codec {
+namespace Toolkit {
+
+// Base64 (RFC 4648, section 4) between the caller's arrays.
 
 /// Encodes `length` bytes into `out`: four characters for every three bytes,
 /// rounded up.
-void Encode(const unsigned char* in, std::size_t length, unsigned char* out);
+void EncodeBase64(const unsigned char* in, std::size_t length, unsigned char* out);
 
 /// Decodes `length` characters and returns the number of bytes. `out` has room for three bytes per
 /// group of four characters, and for one byte per character of an incomplete last group; it may be
 /// `in`.
-std::size_t Decode(const unsigned char* in, std::size_t length, unsigned char* out);
+std::size_t DecodeBase64(const unsigned char* in, std::size_t length, unsigned char* out);
 
-} // namespace Toolkit::Base64Codec
+} // namespace Toolkit

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace Toolkit::Base64Codec {
+namespace Toolkit {
 namespace {
 
 // RFC 4648, section 4.
@@ -84,7 +84,7 @@ void EncodeLastGroup(const unsigned char* in, std::size_t length, unsigned char*
         out[2] = c_pad;
 }
 
-inline std::uint32_t GroupBits(const unsigned char* in)
+inline std::uint32_t ReadGroup(const unsigned char* in)
 {
     return c_digits[0][in[0]] | c_digits[1][in[1]] | c_digits[2][in[2]] | c_digits[3][in[3]];
 }
@@ -109,7 +109,7 @@ std::size_t DecodeLastGroup(const unsigned char* in, std::size_t length, unsigne
 
 } // namespace
 
-void Encode(const unsigned char* in, std::size_t length, unsigned char* out)
+void EncodeBase64(const unsigned char* in, std::size_t length, unsigned char* out)
 {
     constexpr std::size_t step = 4 * c_groupBytes;
     for (; length >= step + 2; length -= step) {
@@ -127,11 +127,11 @@ void Encode(const unsigned char* in, std::size_t length, unsigned char* out)
         EncodeLastGroup(in, length, out);
 }
 
-std::size_t Decode(const unsigned char* in, std::size_t length, unsigned char* out)
+std::size_t DecodeBase64(const unsigned char* in, std::size_t length, unsigned char* out)
 {
     const unsigned char* const start = out;
     for (; length >= c_groupCharacters; length -= c_groupCharacters) {
-        const std::uint32_t bits = GroupBits(in);
+        const std::uint32_t bits = ReadGroup(in);
         if (bits >= c_padBit)
             break;
         out[0] = static_cast<unsigned char>(bits >> 16);
@@ -144,4 +144,4 @@ std::size_t Decode(const unsigned char* in, std::size_t length, unsigned char* o
     return static_cast<std::size_t>(out - start) + DecodeLastGroup(in, rest, out);
 }
 
-} // namespace Toolkit::Base64Codec
+} // namespace Toolkit

@@ -17,7 +17,7 @@ std::string Encode(const TString<wchar_t>& text)
     const TString<char> bytes = UTF8::ToUTF8(text);
     std::string code;
     code.reserve(bytes.size());
-    QuotedPrintableCodec::AppendEncoded(code, bytes.data(), bytes.size());
+    AppendEncodedQuotedPrintable(code, bytes.data(), bytes.size());
     return code;
 }
 
@@ -28,8 +28,7 @@ bool QP::HasToBeQP(const TString<char>& text, unsigned int lineLength, unsigned 
 {
     if (lineLength > maxLineLength || text.find('\n') != std::string::npos)
         return true;
-    return !ignoreCharacters &&
-           std::any_of(text.begin(), text.end(), QuotedPrintableCodec::IsQuoted);
+    return !ignoreCharacters && std::any_of(text.begin(), text.end(), NeedsQuoting);
 }
 
 bool QP::HasToBeQP(const TString<wchar_t>& text, unsigned int lineLength,
@@ -40,25 +39,24 @@ bool QP::HasToBeQP(const TString<wchar_t>& text, unsigned int lineLength,
 
 TString<wchar_t> QP::ToQP(const TString<wchar_t>& text)
 {
-    return Base::ResultOr({}, [&] { return UTF8::ToUNICODE(Encode(text)); });
+    return Base::TryOr({}, [&] { return UTF8::ToUNICODE(Encode(text)); });
 }
 
 TString<wchar_t> QP::ToQP(const TString<wchar_t>& text, unsigned int firstLineLength,
                           unsigned int lineLength)
 {
-    return Base::ResultOr({}, [&] {
-        return UTF8::ToUNICODE(
-            QuotedPrintableCodec::WithSoftBreaks(Encode(text), firstLineLength, lineLength));
+    return Base::TryOr({}, [&] {
+        return UTF8::ToUNICODE(InsertSoftBreaks(Encode(text), firstLineLength, lineLength));
     });
 }
 
 TString<wchar_t> QP::ToUNICODE(const TString<wchar_t>& text)
 {
-    return Base::ResultOr({}, [&] {
+    return Base::TryOr({}, [&] {
         const TString<char> code = UTF8::ToUTF8(text);
         TString<char> bytes;
         bytes.reserve(code.size());
-        QuotedPrintableCodec::AppendDecoded(bytes, code.data(), code.size());
+        AppendDecodedQuotedPrintable(bytes, code.data(), code.size());
         return UTF8::ToUNICODE(bytes);
     });
 }

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-namespace Toolkit::QuotedPrintableCodec {
+namespace Toolkit {
 namespace {
 
 constexpr char c_hexDigits[] = "0123456789ABCDEF";
@@ -59,7 +59,7 @@ constexpr auto c_digits = [] {
     return digits;
 }();
 
-unsigned int Digit(char character)
+unsigned int ParseDigit(char character)
 {
     return c_digits[static_cast<unsigned char>(character)];
 }
@@ -68,8 +68,8 @@ unsigned int Digit(char character)
 // character when it is not an escape.
 void DecodeEscape(const char*& code, char*& out)
 {
-    const unsigned int high = Digit(code[1]);
-    const unsigned int low = Digit(code[2]);
+    const unsigned int high = ParseDigit(code[1]);
+    const unsigned int low = ParseDigit(code[2]);
     if (((high | low) & c_noDigit) != 0) {
         ++code;
         return;
@@ -93,7 +93,7 @@ char* DecodePiece(const char*& code, const char* end, char* buffer)
 }
 
 // The first position at or before `position` that does not directly follow a "=".
-std::size_t BreakableBefore(const std::string& code, std::size_t position)
+std::size_t FindBreakable(const std::string& code, std::size_t position)
 {
     while (position > 0 && code[position - 1] == c_escape)
         --position;
@@ -103,26 +103,26 @@ std::size_t BreakableBefore(const std::string& code, std::size_t position)
 using Positions = std::vector<std::size_t>;
 
 // Positions in `code` itself, without the breaks before them.
-Positions RightwardBreaks(const std::string& code, std::size_t position, std::size_t lineLength)
+Positions FindRightwardBreaks(const std::string& code, std::size_t position, std::size_t lineLength)
 {
     Positions breaks;
     while (position < code.size()) {
-        breaks.push_back(BreakableBefore(code, position));
+        breaks.push_back(FindBreakable(code, position));
         position = breaks.back() + lineLength - 1;
     }
     return breaks;
 }
 
-Positions LeftwardBreaks(const std::string& code, std::size_t position, std::size_t step)
+Positions FindLeftwardBreaks(const std::string& code, std::size_t position, std::size_t step)
 {
-    Positions breaks{BreakableBefore(code, position)};
+    Positions breaks{FindBreakable(code, position)};
     while (breaks.back() >= step)
-        breaks.push_back(BreakableBefore(code, breaks.back() - step));
+        breaks.push_back(FindBreakable(code, breaks.back() - step));
     std::reverse(breaks.begin(), breaks.end());
     return breaks;
 }
 
-Positions SoftBreaks(const std::string& code, std::uint32_t first, std::uint32_t lineLength)
+Positions FindSoftBreaks(const std::string& code, std::uint32_t first, std::uint32_t lineLength)
 {
     if (first >= code.size())
         return {};
@@ -130,21 +130,21 @@ Positions SoftBreaks(const std::string& code, std::uint32_t first, std::uint32_t
     // distance of 0 or 1 would lead to the same position forever.
     const std::uint32_t distance = lineLength + 2;
     if (distance <= 1)
-        return {BreakableBefore(code, first)};
+        return {FindBreakable(code, first)};
     if (distance > 0x80000000)
-        return LeftwardBreaks(code, first, 0u - distance);
-    return RightwardBreaks(code, first, lineLength);
+        return FindLeftwardBreaks(code, first, 0u - distance);
+    return FindRightwardBreaks(code, first, lineLength);
 }
 
 } // namespace
 
-bool IsQuoted(char byte)
+bool NeedsQuoting(char byte)
 {
     const auto value = static_cast<unsigned char>(byte);
     return c_forms[value].length > 1 && value != c_delete;
 }
 
-void AppendEncoded(std::string& code, const char* bytes, std::size_t length)
+void AppendEncodedQuotedPrintable(std::string& code, const char* bytes, std::size_t length)
 {
     constexpr std::size_t pieceLength = c_bufferLength / c_escapeLength;
 
@@ -164,7 +164,7 @@ void AppendEncoded(std::string& code, const char* bytes, std::size_t length)
     }
 }
 
-void AppendDecoded(std::string& bytes, const char* code, std::size_t length)
+void AppendDecodedQuotedPrintable(std::string& bytes, const char* code, std::size_t length)
 {
     const char* const end = code + length;
     // A "=" that is the whole text decodes to nothing.
@@ -178,15 +178,15 @@ void AppendDecoded(std::string& bytes, const char* code, std::size_t length)
     }
 }
 
-std::string WithSoftBreaks(const std::string& code, unsigned int firstLineLength,
-                           unsigned int lineLength)
+std::string InsertSoftBreaks(const std::string& code, unsigned int firstLineLength,
+                             unsigned int lineLength)
 {
     constexpr unsigned int shortestLine = 4;
     constexpr char softBreak[] = "=\r\n";
 
     if (lineLength < shortestLine)
         return code;
-    const Positions breaks = SoftBreaks(code, firstLineLength - 1, lineLength);
+    const Positions breaks = FindSoftBreaks(code, firstLineLength - 1, lineLength);
     std::string lines;
     lines.reserve(code.size() + 3 * breaks.size());
     std::size_t start = 0;
@@ -198,4 +198,4 @@ std::string WithSoftBreaks(const std::string& code, unsigned int firstLineLength
     return lines;
 }
 
-} // namespace Toolkit::QuotedPrintableCodec
+} // namespace Toolkit

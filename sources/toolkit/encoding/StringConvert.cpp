@@ -21,7 +21,7 @@ bool Parse(const TString<Char>& text, Number& value)
 template <typename Char, typename Number>
 TString<Char> ToText(Number value)
 {
-    return Base::ResultOr({}, [value]() -> TString<Char> {
+    return Base::TryOr({}, [value]() -> TString<Char> {
         if constexpr (std::is_floating_point_v<Number>)
             return Base::NumberText<Char>(value).String();
         else
@@ -134,7 +134,7 @@ TString<char> StringConvert::StringFromDouble(double value)
 TString<wchar_t> StringConvert::GetCharactersFromRight(const TString<wchar_t>& text,
                                                        unsigned int count)
 {
-    return Base::ResultOr({}, [&] {
+    return Base::TryOr({}, [&] {
         std::wstring collected;
         for (auto at = text.rbegin(); at != text.rend() && count > 0; ++at) {
             if (*at == L' ')

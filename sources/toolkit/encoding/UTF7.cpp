@@ -9,7 +9,7 @@ namespace Toolkit {
 
 TString<char> UTF7::ToUTF7(const TString<wchar_t>& text)
 {
-    return Base::ResultOr({}, [&] {
+    return Base::TryOr({}, [&] {
         TString<char> bytes;
         bytes.reserve(text.size());
         for (const wchar_t character : text) {
@@ -22,7 +22,7 @@ TString<char> UTF7::ToUTF7(const TString<wchar_t>& text)
 
 TString<wchar_t> UTF7::ToUNICODE(const TString<char>& text)
 {
-    return Base::ResultOr({}, [&] {
+    return Base::TryOr({}, [&] {
         const std::size_t length = std::strlen(text.c_str());
         TString<wchar_t> characters;
         characters.reserve(length);

@@ -9,7 +9,7 @@ namespace Toolkit {
 namespace {
 
 // The length of the UTF-8 form in bytes; 0 when the text is not valid.
-std::size_t EncodedLength(const wchar_t* text)
+std::size_t MeasureEncoded(const wchar_t* text)
 {
     std::size_t length = 0;
     for (; *text != L'\0'; ++text) {
@@ -25,17 +25,17 @@ std::size_t EncodedLength(const wchar_t* text)
 
 TString<char> UTF8::ToUTF8(const TString<wchar_t>& text)
 {
-    return Base::ResultOr({}, [&] { return TString<char>(Base::EncodeUtf8(text)); });
+    return Base::TryOr({}, [&] { return TString<char>(Base::EncodeUtf8(text)); });
 }
 
 TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
 {
-    return Base::ResultOr({}, [&] { return TString<wchar_t>(Base::DecodeUtf8(text)); });
+    return Base::TryOr({}, [&] { return TString<wchar_t>(Base::DecodeUtf8(text)); });
 }
 
 bool UTF8::HasToBeUTF8(const TString<wchar_t>& text)
 {
-    return EncodedLength(text.c_str()) > text.size();
+    return MeasureEncoded(text.c_str()) > text.size();
 }
 
 } // namespace Toolkit

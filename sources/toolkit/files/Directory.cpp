@@ -41,7 +41,7 @@ bool IsDirectory(const OpenDirectory& directory, const dirent& entry)
            S_ISDIR(status.st_mode);
 }
 
-TString<wchar_t> NameOf(const dirent& entry)
+TString<wchar_t> GetName(const dirent& entry)
 {
     TString<wchar_t> name;
     const std::string_view bytes = entry.d_name;
@@ -71,7 +71,7 @@ void Read(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted
         if (wanted != Wanted::Both &&
             IsDirectory(directory, *entry) != (wanted == Wanted::Directories))
             continue;
-        TString<wchar_t> name = NameOf(*entry);
+        TString<wchar_t> name = GetName(*entry);
         if (Matches(name, fileSpec))
             names.push_back(std::move(name));
     }
@@ -87,7 +87,7 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
     return static_cast<unsigned int>(names.size());
 }
 
-TString<wchar_t> ApplicationPath()
+TString<wchar_t> FindApplicationPath()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     return paths.IsValid() ? paths->GetApplicationPath() : TString<wchar_t>();
@@ -96,7 +96,7 @@ TString<wchar_t> ApplicationPath()
 } // namespace
 
 Directory::Directory(const TString<wchar_t>& path)
-    : m_path(Base::ResultOr({}, [&] { return path.empty() ? ApplicationPath() : path; }))
+    : m_path(Base::TryOr({}, [&] { return path.empty() ? FindApplicationPath() : path; }))
 {
 }
 
@@ -121,7 +121,7 @@ unsigned int Directory::EnumFilePaths(std::vector<TString<wchar_t>>& names,
 
 bool Directory::Create(const TString<wchar_t>& path)
 {
-    return !path.empty() && Base::ResultOr(false, [&] {
+    return !path.empty() && Base::TryOr(false, [&] {
         std::error_code ignored;
         std::filesystem::create_directories(Base::EncodeUtf8(path), ignored);
         return Exist(path);
@@ -136,7 +136,7 @@ bool Directory::Exist(const TString<wchar_t>& path)
 bool Directory::RemoveFile(const TString<wchar_t>& path)
 {
     // remove() would take an empty directory too.
-    return Base::ResultOr(false, [&] { return ::unlink(Base::EncodeUtf8(path).c_str()) == 0; });
+    return Base::TryOr(false, [&] { return ::unlink(Base::EncodeUtf8(path).c_str()) == 0; });
 }
 
 } // namespace Toolkit

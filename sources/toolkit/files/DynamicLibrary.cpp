@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-TString<wchar_t> WithExtension(const TString<wchar_t>& name)
+TString<wchar_t> AddExtension(const TString<wchar_t>& name)
 {
     wxString extension;
     wxFileName::SplitPath(Framework::ToWxString(name), nullptr, nullptr, &extension);
@@ -22,7 +22,7 @@ TString<wchar_t> WithExtension(const TString<wchar_t>& name)
 }
 
 // The message is UTF-8 in any locale, unless it is translated for an 8-bit one.
-TString<wchar_t> LoaderError()
+TString<wchar_t> TakeLoaderError()
 {
     const char* const error = ::dlerror();
     const TString<char> bytes(error ? error : "unknown error");
@@ -37,7 +37,7 @@ TString<wchar_t> LoaderError()
 } // namespace
 
 DynamicLibrary::DynamicLibrary()
-    : m_library(Base::ResultOr(nullptr, [] { return std::make_unique<wxDynamicLibrary>(); }))
+    : m_library(Base::TryOr(nullptr, [] { return std::make_unique<wxDynamicLibrary>(); }))
 {
 }
 
@@ -52,11 +52,11 @@ void DynamicLibrary::Load(const TString<wchar_t>& name)
     m_name = name;
     // wxDynamicLibrary only holds the handle: its Load() prints a message for every failure, and
     // only takes names in the encoding of the locale.
-    const TString<char> file = Base::EncodeUtf8(WithExtension(name));
+    const TString<char> file = Base::EncodeUtf8(AddExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
     else
-        m_error = LoaderError();
+        m_error = TakeLoaderError();
 }
 
 DynamicLibrary::~DynamicLibrary() = default;
@@ -65,7 +65,7 @@ void* DynamicLibrary::GetSymbol(const TString<wchar_t>& name) const
 {
     if (!m_library || !m_library->IsLoaded())
         return nullptr;
-    return Base::ResultOr(nullptr, [&] {
+    return Base::TryOr(nullptr, [&] {
         return ::dlsym(m_library->GetLibHandle(), Base::EncodeUtf8(name).c_str());
     });
 }

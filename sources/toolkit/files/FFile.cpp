@@ -18,7 +18,7 @@ namespace Toolkit {
 namespace {
 
 // The flags of open(2) for a mode of fopen(3); nothing for an invalid mode.
-std::optional<int> FlagsOfMode(const std::string& mode)
+std::optional<int> ToFlags(const std::string& mode)
 {
     const bool updates = mode.find('+') != std::string::npos;
     const int exclusive = mode.find('x') != std::string::npos ? O_EXCL : 0;
@@ -50,7 +50,7 @@ bool Attach(wxFFile& file, Base::FileDescriptor descriptor, const std::string& m
 
 } // namespace
 
-FFile::FFile() : m_file(Base::ResultOr(nullptr, [] { return std::make_unique<wxFFile>(); })) {}
+FFile::FFile() : m_file(Base::TryOr(nullptr, [] { return std::make_unique<wxFFile>(); })) {}
 
 FFile::~FFile()
 {
@@ -60,13 +60,13 @@ FFile::~FFile()
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 {
     Close();
-    return Base::ResultOr(false, [&] { return OpenClosed(name, mode); });
+    return Base::TryOr(false, [&] { return OpenClosed(name, mode); });
 }
 
 bool FFile::OpenClosed(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 {
     const std::string modeText = Base::EncodeUtf8(mode);
-    const std::optional<int> flags = FlagsOfMode(modeText);
+    const std::optional<int> flags = ToFlags(modeText);
     // Null when out of memory.
     if (!m_file)
         m_file = std::make_unique<wxFFile>();
@@ -154,7 +154,7 @@ bool FFile::SeekTo(long long offset, int origin)
 
 bool FFile::Exists(const TString<wchar_t>& name)
 {
-    return Base::ResultOr(false, [&] {
+    return Base::TryOr(false, [&] {
         struct stat status {};
         return ::stat(Base::EncodeUtf8(name).c_str(), &status) == 0 && S_ISREG(status.st_mode);
     });

@@ -10,7 +10,7 @@
 #include <string>
 #include <system_error>
 
-namespace Toolkit::FallbackPaths {
+namespace Toolkit {
 namespace {
 
 // Where the program is installed: the part of its path before the last "bin" directory.
@@ -22,7 +22,7 @@ TString<wchar_t> InstallPrefix(const TString<wchar_t>& executable)
 }
 
 // The value of WX_<NAME>_DATA_DIR: the data directory of a program that is not installed.
-TString<wchar_t> DataDirectoryOfEnvironment(std::wstring name)
+TString<wchar_t> ReadDataDirectoryOfEnvironment(std::wstring name)
 {
     for (wchar_t& character : name)
         character = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(character)));
@@ -31,7 +31,7 @@ TString<wchar_t> DataDirectoryOfEnvironment(std::wstring name)
 }
 
 // The file with the user's own directories (XDG user-dirs).
-TString<wchar_t> UserDirectoriesFile()
+TString<wchar_t> FindUserDirectoriesFile()
 {
     TString<wchar_t> directory = Base::DecodeUtf8(std::getenv("XDG_CONFIG_HOME"));
     if (directory.empty())
@@ -82,30 +82,31 @@ TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
 
 } // namespace
 
-TString<wchar_t> DataDirectory(const TString<wchar_t>& executable, const TString<wchar_t>& name)
+TString<wchar_t> FindFallbackDataDirectory(const TString<wchar_t>& executable,
+                                           const TString<wchar_t>& name)
 {
-    TString<wchar_t> chosen = DataDirectoryOfEnvironment(name);
+    TString<wchar_t> chosen = ReadDataDirectoryOfEnvironment(name);
     if (!chosen.empty())
         return chosen;
     const TString<wchar_t> share = InstallPrefix(executable) + L"/share";
     return name.empty() ? share : TString<wchar_t>(share + L"/" + name);
 }
 
-TString<wchar_t> ResourcesDirectory(const TString<wchar_t>& executable,
-                                    const TString<wchar_t>& name)
+TString<wchar_t> FindFallbackResourcesDirectory(const TString<wchar_t>& executable,
+                                                const TString<wchar_t>& name)
 {
-    return DataDirectory(executable, name);
+    return FindFallbackDataDirectory(executable, name);
 }
 
-TString<wchar_t> UserLocalDataDirectory(const TString<wchar_t>& name)
+TString<wchar_t> FindFallbackUserLocalDataDirectory(const TString<wchar_t>& name)
 {
     return Base::GetHomeDirectory() + L"/." + name;
 }
 
-TString<wchar_t> DocumentsDirectory()
+TString<wchar_t> FindFallbackDocumentsDirectory()
 {
-    const TString<wchar_t> directory = FindDocumentsDirectory(UserDirectoriesFile());
+    const TString<wchar_t> directory = FindDocumentsDirectory(FindUserDirectoriesFile());
     return directory.empty() ? TString<wchar_t>(Base::GetHomeDirectory()) : directory;
 }
 
-} // namespace Toolkit::FallbackPaths
+} // namespace Toolkit

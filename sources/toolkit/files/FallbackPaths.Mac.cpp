@@ -1,11 +1,11 @@
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 
-namespace Toolkit::FallbackPaths {
+namespace Toolkit {
 namespace {
 
 // The "Contents" directory of the application bundle, in which the executable has its "MacOS".
-TString<wchar_t> BundleContents(const TString<wchar_t>& executable)
+TString<wchar_t> FindBundleContents(const TString<wchar_t>& executable)
 {
     const std::size_t folder = executable.rfind(L"/MacOS/");
     return folder == std::wstring::npos ? TString<wchar_t>(L".")
@@ -14,25 +14,27 @@ TString<wchar_t> BundleContents(const TString<wchar_t>& executable)
 
 } // namespace
 
-TString<wchar_t> DataDirectory(const TString<wchar_t>& executable, const TString<wchar_t>&)
+TString<wchar_t> FindFallbackDataDirectory(const TString<wchar_t>& executable,
+                                           const TString<wchar_t>&)
 {
-    return BundleContents(executable) + L"/SharedSupport";
+    return FindBundleContents(executable) + L"/SharedSupport";
 }
 
-TString<wchar_t> ResourcesDirectory(const TString<wchar_t>& executable, const TString<wchar_t>&)
+TString<wchar_t> FindFallbackResourcesDirectory(const TString<wchar_t>& executable,
+                                                const TString<wchar_t>&)
 {
-    return BundleContents(executable) + L"/Resources";
+    return FindBundleContents(executable) + L"/Resources";
 }
 
-TString<wchar_t> UserLocalDataDirectory(const TString<wchar_t>& name)
+TString<wchar_t> FindFallbackUserLocalDataDirectory(const TString<wchar_t>& name)
 {
     const TString<wchar_t> support = Base::GetHomeDirectory() + L"/Library/Application Support";
     return name.empty() ? support : TString<wchar_t>(support + L"/" + name);
 }
 
-TString<wchar_t> DocumentsDirectory()
+TString<wchar_t> FindFallbackDocumentsDirectory()
 {
     return Base::GetHomeDirectory() + L"/Documents";
 }
 
-} // namespace Toolkit::FallbackPaths
+} // namespace Toolkit

@@ -56,12 +56,12 @@ PathParts Split(const TString<wchar_t>& fullPath)
             Framework::ToText(extension)};
 }
 
-TString<wchar_t> NativeSeparator()
+TString<wchar_t> GetNativeSeparator()
 {
     return static_cast<wchar_t>(wxFileName::GetPathSeparator());
 }
 
-TString<wchar_t> WorkingDirectory()
+TString<wchar_t> GetWorkingDirectory()
 {
     std::error_code error;
     const std::filesystem::path directory = std::filesystem::current_path(error);
@@ -72,30 +72,30 @@ TString<wchar_t> WorkingDirectory()
 
 smart_ptr<PathManager>* PathManager::s_pInstance = nullptr;
 
-PathManager::PathManager() : m_pathSeparator(NativeSeparator())
+PathManager::PathManager() : m_pathSeparator(GetNativeSeparator())
 {
-    LocateApplication(StandardPaths::ExecutablePath());
-    m_documentsPath = StandardPaths::DocumentsDirectory();
-    m_configurationPath = Join(StandardPaths::DataDirectory(), c_strConfigurationFolderName);
-    const TString<wchar_t> resources = StandardPaths::ResourcesDirectory();
+    LocateApplication(FindExecutablePath());
+    m_documentsPath = FindDocumentsDirectory();
+    m_configurationPath = Join(FindDataDirectory(), c_strConfigurationFolderName);
+    const TString<wchar_t> resources = FindResourcesDirectory();
     m_ressourcesPath = Join(resources, c_strRessourcesFolderName);
-    m_applicationDataPath = Join(StandardPaths::UserLocalDataDirectory(), m_applicationName);
+    m_applicationDataPath = Join(FindUserLocalDataDirectory(), m_applicationName);
     m_appearancesPath = Join(resources, c_strAppearancesFolderName);
     RebuildDependentPathes();
     CreateDirectories(m_applicationDataPath);
     m_applicationUniqueName = MakeUniqueName();
 }
 
-PathManager::PathManager(const TString<wchar_t>& executable) : m_pathSeparator(NativeSeparator())
+PathManager::PathManager(const TString<wchar_t>& executable) : m_pathSeparator(GetNativeSeparator())
 {
     LocateApplication(executable);
-    const TString<wchar_t> name = StandardPaths::NameOf(executable);
-    m_documentsPath = StandardPaths::DocumentsDirectory();
+    const TString<wchar_t> name = DeriveApplicationName(executable);
+    m_documentsPath = FindDocumentsDirectory();
     m_configurationPath =
-        Join(FallbackPaths::DataDirectory(executable, name), c_strConfigurationFolderName);
-    const TString<wchar_t> resources = FallbackPaths::ResourcesDirectory(executable, name);
+        Join(FindFallbackDataDirectory(executable, name), c_strConfigurationFolderName);
+    const TString<wchar_t> resources = FindFallbackResourcesDirectory(executable, name);
     m_ressourcesPath = Join(resources, c_strRessourcesFolderName);
-    m_applicationDataPath = Join(FallbackPaths::UserLocalDataDirectory(name), m_applicationName);
+    m_applicationDataPath = Join(FindFallbackUserLocalDataDirectory(name), m_applicationName);
     m_appearancesPath = Join(resources, c_strAppearancesFolderName);
     RebuildDependentPathes();
     m_applicationUniqueName = MakeUniqueName();
@@ -107,7 +107,7 @@ void PathManager::LocateApplication(const TString<wchar_t>& executable)
 {
     const std::size_t separator = executable.rfind(m_pathSeparator);
     if (separator == std::wstring::npos) {
-        m_applicationPath = WorkingDirectory();
+        m_applicationPath = GetWorkingDirectory();
         return;
     }
     m_applicationPath = executable.substr(0, separator);
@@ -135,17 +135,17 @@ TString<wchar_t> PathManager::MakeUniqueName() const
 
 TString<wchar_t> PathManager::GetDataDir() const
 {
-    return Base::ResultOr({}, StandardPaths::DataDirectory);
+    return Base::TryOr({}, FindDataDirectory);
 }
 
 TString<wchar_t> PathManager::GetUserLocalDataDir() const
 {
-    return Base::ResultOr({}, StandardPaths::UserLocalDataDirectory);
+    return Base::TryOr({}, FindUserLocalDataDirectory);
 }
 
 TString<wchar_t> PathManager::GetTempDir() const
 {
-    return Base::ResultOr({}, [] { return TString<wchar_t>(L"/tmp"); });
+    return Base::TryOr({}, [] { return TString<wchar_t>(L"/tmp"); });
 }
 
 void PathManager::SetApplicationRessourcesPath(const TString<wchar_t>& path)
@@ -180,14 +180,14 @@ void PathManager::AppendPath(TString<wchar_t>& path, const TString<wchar_t>& par
 void PathManager::AppendPath(TString<wchar_t>& result, const TString<wchar_t>& base,
                              const TString<wchar_t>& part)
 {
-    result = Base::ResultOr({}, [&] { return JoinPath(base, part); });
+    result = Base::TryOr({}, [&] { return JoinPath(base, part); });
 }
 
 void PathManager::SplitPath(const TString<wchar_t>& fullPath, TString<wchar_t>& volume,
                             TString<wchar_t>& path, TString<wchar_t>& name,
                             TString<wchar_t>& extension)
 {
-    PathParts parts = Base::ResultOr({}, [&] { return Split(fullPath); });
+    PathParts parts = Base::TryOr({}, [&] { return Split(fullPath); });
     volume.swap(parts.volume);
     path.swap(parts.path);
     name.swap(parts.name);
@@ -207,7 +207,7 @@ bool PathManager::FileExists(const TString<wchar_t>& path)
 bool PathManager::DirExists(const TString<wchar_t>& path)
 {
     std::error_code ignored;
-    return Base::ResultOr(
+    return Base::TryOr(
         false, [&] { return std::filesystem::is_directory(Base::EncodeUtf8(path), ignored); });
 }
 

@@ -16,15 +16,15 @@
 
 // Without an application object the queries of wxStandardPaths crash. With one they decode names in
 // the encoding of the C locale, which loses all but ASCII in a host that never called setlocale().
-namespace Toolkit::StandardPaths {
+namespace Toolkit {
 namespace {
 
 // What wxStandardPaths appends to a directory.
-TString<wchar_t> ApplicationName()
+TString<wchar_t> GetApplicationName()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();
     if (!application || application->GetAppName().empty())
-        return NameOf(Base::GetExecutablePath());
+        return DeriveApplicationName(Base::GetExecutablePath());
     const wxStandardPaths& paths = wxStandardPaths::Get();
     wxString name;
     if (paths.UsesAppInfo(wxStandardPaths::AppInfo_VendorName))
@@ -64,7 +64,7 @@ bool CanSpell(const TString<wchar_t>& name)
 
 } // namespace
 
-TString<wchar_t> ExecutablePath()
+TString<wchar_t> FindExecutablePath()
 {
     const TString<wchar_t> path = Base::GetExecutablePath();
     return path.empty() && wxAppConsole::GetInstance()
@@ -72,39 +72,39 @@ TString<wchar_t> ExecutablePath()
                : path;
 }
 
-TString<wchar_t> NameOf(const TString<wchar_t>& executable)
+TString<wchar_t> DeriveApplicationName(const TString<wchar_t>& executable)
 {
     wxString name;
     wxFileName::SplitPath(Framework::ToWxString(executable), nullptr, &name, nullptr);
     return Framework::ToText(name);
 }
 
-TString<wchar_t> DataDirectory()
+TString<wchar_t> FindDataDirectory()
 {
     return IsExecutableKnown()
                ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
-               : FallbackPaths::DataDirectory(Base::GetExecutablePath(), ApplicationName());
+               : FindFallbackDataDirectory(Base::GetExecutablePath(), GetApplicationName());
 }
 
-TString<wchar_t> ResourcesDirectory()
+TString<wchar_t> FindResourcesDirectory()
 {
     return IsExecutableKnown()
                ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
-               : FallbackPaths::ResourcesDirectory(Base::GetExecutablePath(), ApplicationName());
+               : FindFallbackResourcesDirectory(Base::GetExecutablePath(), GetApplicationName());
 }
 
-TString<wchar_t> UserLocalDataDirectory()
+TString<wchar_t> FindUserLocalDataDirectory()
 {
     return IsHomeKnown() ? Framework::ToText(wxStandardPaths::Get().GetUserLocalDataDir())
-                         : FallbackPaths::UserLocalDataDirectory(ApplicationName());
+                         : FindFallbackUserLocalDataDirectory(GetApplicationName());
 }
 
-TString<wchar_t> DocumentsDirectory()
+TString<wchar_t> FindDocumentsDirectory()
 {
-    const TString<wchar_t> directory = FallbackPaths::DocumentsDirectory();
+    const TString<wchar_t> directory = FindFallbackDocumentsDirectory();
     // A directory whose name cannot be encoded cannot be found either.
     const bool isKnown = IsHomeKnown() && IsVariableKnown("XDG_CONFIG_HOME") && CanSpell(directory);
     return isKnown ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir()) : directory;
 }
 
-} // namespace Toolkit::StandardPaths
+} // namespace Toolkit

@@ -12,7 +12,7 @@ namespace {
 
 std::unique_ptr<Framework::TextFileLines> MakeLines()
 {
-    return Base::ResultOr(nullptr, [] { return std::make_unique<Framework::TextFileLines>(); });
+    return Base::TryOr(nullptr, [] { return std::make_unique<Framework::TextFileLines>(); });
 }
 
 } // namespace
@@ -28,8 +28,7 @@ bool TextFile::Open(const TString<wchar_t>& name)
     if (!m_lines)
         return false;
     // A file that does not fit into memory is one that cannot be read.
-    const bool isLoaded =
-        Base::ResultOr(false, [&] { return m_lines->Load(Base::EncodeUtf8(name)); });
+    const bool isLoaded = Base::TryOr(false, [&] { return m_lines->Load(Base::EncodeUtf8(name)); });
     if (!isLoaded)
         m_lines->Unload();
     return isLoaded;
@@ -44,7 +43,7 @@ bool TextFile::Close()
 
 bool TextFile::Write()
 {
-    return m_lines && Base::ResultOr(false, [this] { return m_lines->Save(); });
+    return m_lines && Base::TryOr(false, [this] { return m_lines->Save(); });
 }
 
 TString<wchar_t> TextFile::GetFirstLine()

@@ -15,7 +15,7 @@ TextInputStream::~TextInputStream()
 
 TextInputStream& TextInputStream::operator>>(TString<wchar_t>& word)
 {
-    word = Base::ResultOr({}, [this] {
+    word = Base::TryOr({}, [this] {
         auto* const stream = static_cast<wxTextInputStream*>(m_stream);
         return stream ? Framework::ToText(stream->ReadWord()) : TString<wchar_t>();
     });

@@ -25,7 +25,7 @@ bool TakeOwed()
 
 // The application object that wxInitialize() creates has no program arguments. One that the program
 // runs itself has them, or has a function that creates it.
-bool ProgramRunsItsOwnApplication()
+bool DoesProgramRunItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();
     return application && (application->argc > 0 || wxAppConsole::GetInitializerFunction());
@@ -33,7 +33,7 @@ bool ProgramRunsItsOwnApplication()
 
 bool Start()
 {
-    return !ProgramRunsItsOwnApplication() && (TakeOwed() || wxInitialize());
+    return !DoesProgramRunItsOwnApplication() && (TakeOwed() || wxInitialize());
 }
 
 void Stop()

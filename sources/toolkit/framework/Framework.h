@@ -16,6 +16,6 @@ void Stop();
 bool IsStarted();
 
 /// Whether the program runs its own application object, which has started wxWidgets.
-bool ProgramRunsItsOwnApplication();
+bool DoesProgramRunItsOwnApplication();
 
 } // namespace Toolkit::Framework

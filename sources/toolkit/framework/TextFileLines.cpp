@@ -14,7 +14,7 @@
 namespace Toolkit::Framework {
 namespace {
 
-wxTextFileType TypeOf(std::string_view lineEnd)
+wxTextFileType ToTextFileType(std::string_view lineEnd)
 {
     if (lineEnd.empty())
         return wxTextFileType_None;
@@ -64,7 +64,7 @@ void TextFileLines::AddLines(const std::string& text)
     for (Base::LineSplitter lines(text); lines.TakeLine();) {
         decoded.clear();
         Base::AppendDecodedUtf8(decoded, lines.Line().data(), lines.Line().size());
-        AddLine(wxString(), TypeOf(lines.LineEnd()));
+        AddLine(wxString(), ToTextFileType(lines.LineEnd()));
         GetLine(GetLineCount() - 1).assign(decoded.data(), decoded.size());
     }
 }

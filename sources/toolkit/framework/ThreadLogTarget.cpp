@@ -7,7 +7,7 @@ namespace {
 
 // Place and time of a message, without the extra data: wxWidgets has already added those to the
 // text, and would append them again.
-wxLogRecordInfo WithoutExtraData(const wxLogRecordInfo& info)
+wxLogRecordInfo CopyWithoutExtraData(const wxLogRecordInfo& info)
 {
     wxLogRecordInfo plain(info.filename, info.line, info.func, info.component);
     plain.timestampMS = info.timestampMS;
@@ -30,7 +30,7 @@ ThreadLogTarget::~ThreadLogTarget()
 void ThreadLogTarget::DoLogRecord(wxLogLevel level, const wxString& message,
                                   const wxLogRecordInfo& info)
 {
-    const wxLogRecordInfo plain = WithoutExtraData(info);
+    const wxLogRecordInfo plain = CopyWithoutExtraData(info);
     if (ForwardRecord(level, message, plain))
         return;
     // Without a forwarder wxWidgets handles the message as if this target did not exist.

@@ -134,12 +134,12 @@ bool FindsServer(const TString<wchar_t>& service)
 
 bool IPCClient::Connect(const TString<wchar_t>& service, const TString<wchar_t>& text)
 {
-    return Base::ResultOr(false, [&] { return Deliver(service, text); });
+    return Base::TryOr(false, [&] { return Deliver(service, text); });
 }
 
 bool IPCClient::IsServed(const TString<wchar_t>& service)
 {
-    return Base::ResultOr(false, [&] { return FindsServer(service); });
+    return Base::TryOr(false, [&] { return FindsServer(service); });
 }
 
 } // namespace Toolkit

@@ -54,7 +54,7 @@ bool Decode(std::wstring& text, const void* data, std::size_t size, wxIPCFormat 
     return Base::AppendDecodedUtf8(text, begin, static_cast<std::size_t>(end - begin));
 }
 
-wxIPCFormat FormatOf(unsigned char value)
+wxIPCFormat ToFormat(unsigned char value)
 {
     return value <= wxIPC_PRIVATE ? static_cast<wxIPCFormat>(value) : wxIPC_PRIVATE;
 }
@@ -138,7 +138,7 @@ bool IPCInternalServer::Create(const wxString& service)
         m_mostSessions, [this](const std::vector<char>& data, unsigned char format) {
             const wxString topic; // not kept: every topic is accepted
             const std::unique_ptr<wxConnectionBase> connection(OnAcceptConnection(topic));
-            return connection->OnExecute(topic, data.data(), data.size(), FormatOf(format));
+            return connection->OnExecute(topic, data.data(), data.size(), ToFormat(format));
         });
     if (!source->Listen(Ipc::MakeSocketPath(Framework::ToText(service))))
         return false;

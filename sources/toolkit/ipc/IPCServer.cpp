@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-TString<wchar_t> DefaultService()
+TString<wchar_t> MakeDefaultService()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     TString<wchar_t> service;
@@ -28,7 +28,7 @@ TString<wchar_t> DefaultService()
 
 TString<wchar_t> NameService(const TString<wchar_t>& service)
 {
-    return service.empty() ? DefaultService() : service;
+    return service.empty() ? MakeDefaultService() : service;
 }
 
 } // namespace
@@ -48,14 +48,14 @@ IPCServer::~IPCServer() = default;
 
 TString<wchar_t> IPCServer::GetSocketPath(const TString<wchar_t>& service)
 {
-    return Base::ResultOr(TString<wchar_t>(), [&]() -> TString<wchar_t> {
+    return Base::TryOr(TString<wchar_t>(), [&]() -> TString<wchar_t> {
         return Base::DecodeUtf8(Ipc::MakeSocketPath(NameService(service)));
     });
 }
 
 bool IPCServer::Run()
 {
-    return m_internalServer && Base::ResultOr(false, [&] {
+    return m_internalServer && Base::TryOr(false, [&] {
                return m_internalServer->Create(Framework::ToWxString(m_service));
            });
 }

@@ -15,13 +15,13 @@ constexpr std::size_t c_mostAtOnce = 65536;
 // How many clients are accepted before the connected ones are served again.
 constexpr int c_mostAcceptedAtOnce = 16;
 
-constexpr unsigned int TicksIn(std::chrono::milliseconds duration)
+constexpr unsigned int CountTicks(std::chrono::milliseconds duration)
 {
     return static_cast<unsigned int>(duration / Session::c_tick);
 }
 
-constexpr unsigned int c_patience = TicksIn(std::chrono::seconds(2));
-constexpr unsigned int c_longestMessage = TicksIn(std::chrono::seconds(30));
+constexpr unsigned int c_patience = CountTicks(std::chrono::seconds(2));
+constexpr unsigned int c_longestMessage = CountTicks(std::chrono::seconds(30));
 
 bool IsOutOfResources(int error)
 {
@@ -214,7 +214,7 @@ bool Sessions::Serve(int descriptor)
         return true;
     }
     // Disconnects a client whose message does not fit into memory.
-    if (!Base::ResultOr(false, [&] { return session.Read(); }) ||
+    if (!Base::TryOr(false, [&] { return session.Read(); }) ||
         (session.IsSetAside() && !m_sockets.Add(descriptor))) {
         End(descriptor);
         return false;

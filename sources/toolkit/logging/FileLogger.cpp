@@ -25,14 +25,14 @@ constexpr unsigned int c_busyStepMs = 10;
 constexpr unsigned int c_openRetryMs = 10;
 constexpr std::chrono::seconds c_inUseWait(2);
 
-std::size_t PageSize()
+std::size_t GetPageSize()
 {
     static const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     return pageSize;
 }
 
 // The same name before and after the library is started.
-TString<wchar_t> ApplicationName()
+TString<wchar_t> GetApplicationName()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     if (paths.IsValid())
@@ -49,7 +49,7 @@ TString<wchar_t> ApplicationName()
 }
 
 // With a separator at its end.
-TString<wchar_t> LogDirectory()
+TString<wchar_t> FindLogDirectory()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     if (!paths.IsValid())
@@ -68,8 +68,8 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
                        unsigned int sizeLimitBytes)
     : ILogger(threshold), m_queue(std::make_unique<LogInbox>()), m_pathLock(false),
       m_dataEvent(new EventObject(true, false)), m_stopEvent(new EventObject(false, false)),
-      m_name(name.empty() ? ApplicationName() : name), m_file(std::make_unique<LogFile>()),
-      m_sizeLimitBytes(sizeLimitBytes), m_directory(LogDirectory()),
+      m_name(name.empty() ? GetApplicationName() : name), m_file(std::make_unique<LogFile>()),
+      m_sizeLimitBytes(sizeLimitBytes), m_directory(FindLogDirectory()),
       m_atUnload(std::make_unique<Base::UnloadTask>(
           [](void* logger) { static_cast<FileLogger*>(logger)->EndAtUnload(); }, this))
 {
@@ -122,7 +122,7 @@ TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
 
 TString<wchar_t> FileLogger::CurrentPath() const
 {
-    return Base::ResultOr({}, [this] {
+    return Base::TryOr({}, [this] {
         const MutexLocker locker(m_pathLock, MutexInternal::Infinite);
         return m_path;
     });
@@ -175,7 +175,7 @@ bool FileLogger::OpenOwnName()
 
 bool FileLogger::OpenFallback()
 {
-    return Base::ResultOr(false, [this] {
+    return Base::TryOr(false, [this] {
         return Open(c_strTickSeparator + StringConvert::UStringFromUint32(Base::GetTickCount()));
     });
 }
@@ -183,7 +183,7 @@ bool FileLogger::OpenFallback()
 // Out of memory is a failure like any other: the next attempt may succeed.
 bool FileLogger::Open(const TString<wchar_t>& suffix)
 {
-    return Base::ResultOr(false, [this, &suffix] {
+    return Base::TryOr(false, [this, &suffix] {
         TString<wchar_t> path = m_directory + m_name + suffix + c_strLogExtension;
         if (!m_file->Open(Base::EncodeUtf8(path)))
             return false;
@@ -223,9 +223,9 @@ bool FileLogger::Drain(LogPieceQueue& batch)
 
 void FileLogger::WriteBatch(const LogPieceQueue& batch)
 {
-    LogPieceBlock block(PageSize());
+    LogPieceBlock block(GetPageSize());
     block.Begin(m_file->FindPosition());
-    batch.ForEach([this, &block](auto piece) {
+    batch.VisitPieces([this, &block](auto piece) {
         if (block.Append(piece))
             return;
         WriteBlock(block);

@@ -13,7 +13,7 @@ namespace Toolkit {
 class LogPieceChunk {
 public:
     /// How many bytes `piece` takes at most.
-    static std::size_t SizeOf(std::wstring_view piece);
+    static std::size_t MeasurePiece(std::wstring_view piece);
 
     /// Throws `std::bad_alloc` when out of memory.
     explicit LogPieceChunk(std::size_t capacity);
@@ -28,7 +28,7 @@ public:
     /// Calls `visit` with each piece, in order: with a `std::string_view` of characters up to
     /// U+00FF, a byte each, or with a `std::wstring_view`.
     template <typename Visitor>
-    void ForEach(Visitor& visit) const
+    void VisitPieces(Visitor& visit) const
     {
         const unsigned char* const end = m_bytes.get() + m_size;
         for (const unsigned char* at = m_bytes.get(); at != end;) {

@@ -34,7 +34,7 @@ std::size_t ReadLength(const unsigned char* at)
 
 } // namespace
 
-std::size_t LogPieceChunk::SizeOf(std::wstring_view piece)
+std::size_t LogPieceChunk::MeasurePiece(std::wstring_view piece)
 {
     const bool isBytes = std::all_of(piece.begin(), piece.end(), [](wchar_t character) {
         return static_cast<Character>(character) <= c_largestByte;

@@ -30,10 +30,10 @@ public:
 
     /// Calls `visit` with each piece, in order, as `LogPieceChunk::ForEach` does.
     template <typename Visitor>
-    void ForEach(Visitor visit) const
+    void VisitPieces(Visitor visit) const
     {
         for (std::size_t i = 0; i < m_used; ++i)
-            m_chunks[i].ForEach(visit);
+            m_chunks[i].VisitPieces(visit);
     }
 
     /// Removes the pieces and keeps up to 256 chunks for later ones.
@@ -43,7 +43,7 @@ public:
     void Release();
 
 private:
-    LogPieceChunk& NextChunk(std::size_t capacity);
+    LogPieceChunk& GetNextChunk(std::size_t capacity);
 
     std::vector<LogPieceChunk> m_chunks;
     std::size_t m_used = 0; // how many chunks hold pieces; the others are spare

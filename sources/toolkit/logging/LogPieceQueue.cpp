@@ -19,12 +19,12 @@ void LogPieceQueue::Push(std::wstring_view piece)
 {
     if (m_used > 0 && m_chunks[m_used - 1].Append(piece))
         return;
-    NextChunk(LogPieceChunk::SizeOf(piece)).Append(piece);
+    GetNextChunk(LogPieceChunk::MeasurePiece(piece)).Append(piece);
     ++m_used;
 }
 
 // The first spare chunk, made large enough for `capacity` bytes.
-LogPieceChunk& LogPieceQueue::NextChunk(std::size_t capacity)
+LogPieceChunk& LogPieceQueue::GetNextChunk(std::size_t capacity)
 {
     if (m_used == m_chunks.size())
         m_chunks.emplace_back(std::max(c_chunkSize, capacity));

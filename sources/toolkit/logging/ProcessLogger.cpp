@@ -19,7 +19,7 @@ namespace {
 // Read once: other threads may log while the logger is released. Pairs with the release store of
 // ReleaseInstance(): a thread that reads null sees everything done before it. libc++ has no
 // std::atomic_ref.
-smart_ptr<ILogger>* Current()
+smart_ptr<ILogger>* LoadCurrent()
 {
     return __atomic_load_n(&ILogger::s_pInstance, __ATOMIC_ACQUIRE);
 }
@@ -30,8 +30,8 @@ smart_ptr<ILogger>* ILogger::s_pInstance = nullptr;
 
 smart_ptr<ILogger> ILogger::Create()
 {
-    return Base::ResultOr(smart_ptr<ILogger>::Empty(),
-                          [] { return smart_ptr<ILogger>(new NullLogger()); });
+    return Base::TryOr(smart_ptr<ILogger>::Empty(),
+                       [] { return smart_ptr<ILogger>(new NullLogger()); });
 }
 
 void ILogger::CreateInstance()
@@ -55,7 +55,7 @@ void ILogger::ReleaseInstance()
 
 ILogger& ILogger::GetLogger()
 {
-    const smart_ptr<ILogger>* const current = Current();
+    const smart_ptr<ILogger>* const current = LoadCurrent();
     ILogger* const logger = current ? current->Get() : nullptr;
     if (logger)
         return *logger;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr wxLongLong_t c_msPerSecond = 1000;
 
-LogSeverity SeverityOfLevel(unsigned long level)
+LogSeverity ToSeverity(unsigned long level)
 {
     switch (level) {
     case wxLOG_FatalError:
@@ -54,7 +54,7 @@ void WxLogForwarder::DoLog(unsigned long level, const wchar_t* message, long tim
 {
     if (!ILogger::s_pInstance)
         return;
-    const LogSeverity severity = SeverityOfLevel(level);
+    const LogSeverity severity = ToSeverity(level);
     ILogger::GetLogger() << SetSeverity(severity) << severity << ILogger::c_strLogToken1
                          << ILogger::c_strLogToken2 << L"wx" << ILogger::c_strLogToken2 << timestamp
                          << ILogger::c_strLogToken2 << message << ILogger::c_strLogToken3;

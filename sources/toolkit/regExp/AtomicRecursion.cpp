@@ -59,8 +59,8 @@ private:
 
     void MarkReference(std::string_view nameOrNumber);
     bool StartsWith(std::string_view text) const { return m_rest.substr(0, text.size()) == text; }
-    std::size_t LengthThrough(char end, std::size_t from) const;
-    std::size_t CommentLength() const;
+    std::size_t MeasureThrough(char end, std::size_t from) const;
+    std::size_t MeasureComment() const;
 
     const std::string& m_pattern;
     std::string_view m_rest;
@@ -86,14 +86,14 @@ bool Rewriter::CopyCall(std::size_t length)
 }
 
 // The length up to the first `end` from there on; 0 when there is none.
-std::size_t Rewriter::LengthThrough(char end, std::size_t from) const
+std::size_t Rewriter::MeasureThrough(char end, std::size_t from) const
 {
     const std::size_t place = m_rest.find(end, from);
     return place == std::string_view::npos ? 0 : place + 1;
 }
 
 // With settings for newlines a comment may end elsewhere.
-std::size_t Rewriter::CommentLength() const
+std::size_t Rewriter::MeasureComment() const
 {
     const bool hasOwnNewline =
         m_pattern.find("(*CR") != std::string::npos || m_pattern.find("(*ANY") != std::string::npos;
@@ -110,9 +110,9 @@ bool Rewriter::CopyItem()
     case ')':
         return CloseGroup();
     case '[':
-        return Copy(PatternItems::ClassLength(m_rest.data()));
+        return Copy(MeasureClass(m_rest.data()));
     case '#':
-        return Copy(m_isExtended ? CommentLength() : 1);
+        return Copy(m_isExtended ? MeasureComment() : 1);
     case '|':
         BeginAlternative();
         return Copy(1);
@@ -128,9 +128,9 @@ bool Rewriter::CopyEscape()
         return Copy(std::min(end, m_rest.size()));
     }
     if (StartsWith("\\g<"))
-        return CopyCall(LengthThrough('>', 3));
+        return CopyCall(MeasureThrough('>', 3));
     if (StartsWith("\\g'"))
-        return CopyCall(LengthThrough('\'', 3));
+        return CopyCall(MeasureThrough('\'', 3));
     if (StartsWith("\\g") || StartsWith("\\k"))
         return CopyReference(2);
     if (m_rest.size() > 1 && m_rest[1] >= '1' && m_rest[1] <= '9')
@@ -145,7 +145,7 @@ bool Rewriter::CopyReference(std::size_t begin)
     const char bracket = m_rest.size() > begin ? m_rest[begin] : '\0';
     if (bracket == '{' || bracket == '<' || bracket == '\'') {
         const char end = bracket == '{' ? '}' : bracket == '<' ? '>' : '\'';
-        const std::size_t length = LengthThrough(end, begin + 1);
+        const std::size_t length = MeasureThrough(end, begin + 1);
         if (length > 0)
             MarkReference(m_rest.substr(begin + 1, length - begin - 2));
         return Copy(length);
@@ -171,7 +171,7 @@ void Rewriter::MarkReference(std::string_view nameOrNumber)
 bool Rewriter::CopyGroup()
 {
     if (StartsWith("(*") || StartsWith("(?#") || StartsWith("(?C"))
-        return Copy(LengthThrough(')', 2));
+        return Copy(MeasureThrough(')', 2));
     return StartsWith("(?") ? CopySpecialGroup() : Open(1, {}, true);
 }
 
@@ -179,13 +179,13 @@ bool Rewriter::CopySpecialGroup()
 {
     for (const std::string_view call : {"(?R", "(?&", "(?P>", "(?+"}) {
         if (StartsWith(call))
-            return CopyCall(LengthThrough(')', 2));
+            return CopyCall(MeasureThrough(')', 2));
     }
     const std::string_view inside = m_rest.substr(2);
     if (inside.find_first_of(c_digits) == (StartsWith("(?-") ? 1 : 0))
-        return CopyCall(LengthThrough(')', 2));
+        return CopyCall(MeasureThrough(')', 2));
     if (StartsWith("(?P=")) {
-        const std::size_t length = LengthThrough(')', 4);
+        const std::size_t length = MeasureThrough(')', 4);
         MarkReference(m_rest.substr(4, length - 5));
         return Copy(length);
     }
@@ -200,14 +200,14 @@ bool Rewriter::CopySpecialGroup()
                                                                       : 0;
     if (name == 0)
         return CopySettings();
-    const std::size_t length = LengthThrough(StartsWith("(?'") ? '\'' : '>', name);
+    const std::size_t length = MeasureThrough(StartsWith("(?'") ? '\'' : '>', name);
     return length > 0 && Open(length, m_rest.substr(name, length - name - 1), true);
 }
 
 // An assertion as the condition is a group of its own.
 bool Rewriter::CopyCondition()
 {
-    return StartsWith("(?(?") ? Open(2, {}, false) : Open(LengthThrough(')', 3), {}, false);
+    return StartsWith("(?(?") ? Open(2, {}, false) : Open(MeasureThrough(')', 3), {}, false);
 }
 
 bool Rewriter::CopySettings()

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <pthread.h>
 
-namespace Toolkit::FreshStack {
+namespace Toolkit {
 namespace {
 
 // What a main thread usually has. Only the pages that are used take memory.
@@ -36,7 +36,7 @@ bool CreateWithoutSignals(pthread_t& thread, const pthread_attr_t& attributes, W
 
 } // namespace
 
-bool Call(void (*function)(void*), void* argument)
+bool CallOnFreshStack(void (*function)(void*), void* argument)
 {
     pthread_attr_t attributes;
     if (pthread_attr_init(&attributes) != 0)
@@ -49,4 +49,4 @@ bool Call(void (*function)(void*), void* argument)
     return runs && pthread_join(thread, nullptr) == 0;
 }
 
-} // namespace Toolkit::FreshStack
+} // namespace Toolkit

@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <cstddef>
 
-/// The groups that the last search of a match result found.
-namespace Toolkit::MatchGroups {
+namespace Toolkit {
+
+// The groups that the last search of a match result found.
 
 /// A range of bytes in the subject.
-struct Range {
+struct GroupRange {
     int begin;
     int end;
 
@@ -21,11 +22,11 @@ struct Range {
 };
 
 /// The range of group `number`; invalid when there is no such group.
-Range GetRange(const MatchResult& result, int number);
+GroupRange GetGroupRange(const MatchResult& result, int number);
 
 /// Adds the groups with their names to the result; none when the search reports none.
 ///
 /// Throws a `smart_ptr<RegExpException>` when the engine cannot report the names.
-void Read(MatchResult& result);
+void ReadGroups(MatchResult& result);
 
-} // namespace Toolkit::MatchGroups
+} // namespace Toolkit

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace Toolkit::MatchGroups {
+namespace Toolkit {
 namespace {
 
 // Only the first two of three offsets are pairs.
@@ -17,10 +17,10 @@ void AddGroup(MatchResult& result, int number)
 {
     auto group =
         std::make_unique<Group>(TString<char>::Empty(), static_cast<unsigned short>(number));
-    const Range range = GetRange(result, number);
+    const GroupRange range = GetGroupRange(result, number);
     if (range.IsValid())
         group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
-    // Read() has reserved the place, so only the pointer can fail, and it frees the group then.
+    // ReadGroups() has reserved the place, so only the pointer can fail; it frees the group then.
     result.groups.emplace_back(group.release());
 }
 
@@ -33,14 +33,13 @@ void RequireInformation(int code, const wchar_t* name)
 void AddNames(MatchResult& result)
 {
     int count = 0;
-    RequireInformation(PatternEngine::GetNameCount(result.code, count), L"PCRE_INFO_NAMECOUNT");
+    RequireInformation(Pcre::GetNameCount(result.code, count), L"PCRE_INFO_NAMECOUNT");
     if (count < 1)
         return;
     int entrySize = 0;
-    RequireInformation(PatternEngine::GetNameEntrySize(result.code, entrySize),
-                       L"PCRE_INFO_NAMEENTRYSIZE");
+    RequireInformation(Pcre::GetNameEntrySize(result.code, entrySize), L"PCRE_INFO_NAMEENTRYSIZE");
     const unsigned char* entry = nullptr;
-    RequireInformation(PatternEngine::GetNameTable(result.code, entry), L"PCRE_INFO_NAMETABLE");
+    RequireInformation(Pcre::GetNameTable(result.code, entry), L"PCRE_INFO_NAMETABLE");
 
     for (; count > 0; --count, entry += entrySize) {
         const int number = entry[0] * 256 + entry[1];
@@ -50,7 +49,7 @@ void AddNames(MatchResult& result)
 
 } // namespace
 
-Range GetRange(const MatchResult& result, int number)
+GroupRange GetGroupRange(const MatchResult& result, int number)
 {
     if (number < 0 || number >= c_pairCount)
         return {-1, -1};
@@ -58,7 +57,7 @@ Range GetRange(const MatchResult& result, int number)
     return {pair[0], pair[1]};
 }
 
-void Read(MatchResult& result)
+void ReadGroups(MatchResult& result)
 {
     if (result.resultCode < 1)
         return;
@@ -68,4 +67,4 @@ void Read(MatchResult& result)
     AddNames(result);
 }
 
-} // namespace Toolkit::MatchGroups
+} // namespace Toolkit

@@ -9,14 +9,14 @@ namespace Toolkit {
 
 MatchResult::MatchResult()
     : errorText(nullptr), errorOffset(0), code(nullptr), execOptions(0),
-      resultCode(PatternEngine::c_noMatch), ovectorSize(c_ovectorSize)
+      resultCode(Pcre::c_noMatch), ovectorSize(c_ovectorSize)
 {
     std::fill(std::begin(ovector), std::end(ovector), -1);
 }
 
 MatchResult::~MatchResult()
 {
-    PatternEngine::Free(code);
+    Pcre::Free(code);
 }
 
 bool MatchResult::Success()

@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <string>
 
-namespace Toolkit::PatternEngine {
+namespace Toolkit::Pcre {
 namespace {
 
 static_assert(c_noMatch == PCRE_ERROR_NOMATCH);
@@ -38,9 +38,9 @@ constexpr std::size_t c_deepestNesting = 250;
 constexpr const char* c_tooDeep = "parentheses are too deeply nested (stack check)";
 
 // The stack that the engine may use; the rest is for signal handlers and the like.
-std::size_t UsableSpace()
+std::size_t MeasureUsableSpace()
 {
-    const std::size_t left = std::min(Base::GetStackSpaceLeft(), SearchLimits::c_memory);
+    const std::size_t left = std::min(Base::GetStackSpaceLeft(), c_searchMemory);
     const std::size_t usable = left - left / 8;
     return usable > c_baseSpace ? usable - c_baseSpace : 0;
 }
@@ -52,21 +52,21 @@ std::size_t AskFrameSize()
     return static_cast<std::size_t>(std::max(std::abs(size), 1));
 }
 
-unsigned long RecursionLimit()
+unsigned long ComputeRecursionLimit()
 {
     static const std::size_t frameSize = AskFrameSize();
-    return UsableSpace() / frameSize;
+    return MeasureUsableSpace() / frameSize;
 }
 
 bool IsStackEnoughFor(const char* pattern)
 {
-    const std::size_t levels = UsableSpace() / c_compileSpacePerLevel;
+    const std::size_t levels = MeasureUsableSpace() / c_compileSpacePerLevel;
     return levels > c_deepestNesting ||
-           std::min(DeepestNesting(pattern), c_deepestNesting) <= levels;
+           std::min(MeasureNesting(pattern), c_deepestNesting) <= levels;
 }
 
 // The engine counts in int and has a code of its own for a negative length.
-int LengthForEngine(std::size_t length)
+int ToEngineLength(std::size_t length)
 {
     return length <= INT_MAX ? static_cast<int>(length) : -1;
 }
@@ -86,9 +86,9 @@ int ExecuteOnThisStack(const void* code, const char* subject, std::size_t length
 {
     pcre_extra limits;
     limits.flags = PCRE_EXTRA_MATCH_LIMIT | PCRE_EXTRA_MATCH_LIMIT_RECURSION;
-    limits.match_limit = SearchLimits::c_steps;
-    limits.match_limit_recursion = RecursionLimit();
-    return pcre_exec(static_cast<const pcre*>(code), &limits, subject, LengthForEngine(length),
+    limits.match_limit = c_searchSteps;
+    limits.match_limit_recursion = ComputeRecursionLimit();
+    return pcre_exec(static_cast<const pcre*>(code), &limits, subject, ToEngineLength(length),
                      static_cast<int>(startOffset), options, offsets, offsetCount);
 }
 
@@ -105,7 +105,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     if (hasStack)
         compile();
     if (!hasStack || (!code && errorText == c_tooDeep && !Base::IsOnThreadStack()))
-        FreshStack::Run(compile);
+        RunOnFreshStack(compile);
     return code;
 }
 
@@ -127,7 +127,7 @@ int Execute(void* code, const char* subject, std::size_t length, std::size_t sta
             result = ExecuteOnThisStack(code, subject, length, startOffset, options, offsets,
                                         offsetCount);
         };
-        FreshStack::Run(execute);
+        RunOnFreshStack(execute);
     }
     return result;
 }
@@ -152,4 +152,4 @@ int GetNameTable(const void* code, const unsigned char*& table)
     return pcre_fullinfo(static_cast<const pcre*>(code), nullptr, PCRE_INFO_NAMETABLE, &table);
 }
 
-} // namespace Toolkit::PatternEngine
+} // namespace Toolkit::Pcre

@@ -15,7 +15,7 @@
 #include <new>
 #include <string>
 
-namespace Toolkit::PatternEngine {
+namespace Toolkit::Pcre {
 namespace {
 
 // PCRE 1's numbers for the options of a search.
@@ -53,7 +53,7 @@ std::uint32_t TranslateOptions(int options)
 
 bool AreKnown(int options)
 {
-    int known = Pcre2Syntax::c_settingOptions;
+    int known = c_settingOptions;
     for (const OptionPair& option : c_options)
         known |= option.pcre;
     return (options & ~known) == 0;
@@ -106,7 +106,7 @@ int Search::CheckSubject(Pcre2Pattern& pattern) const
     if (options & c_trusted)
         return 0;
     const int result = pattern.CheckUtf8(subject, length, TranslateOptions(options));
-    if (Pcre2Errors::IsInvalidUtf8(result))
+    if (IsInvalidUtf8Error(result))
         return ReportInvalidUtf8(pattern, result);
     const bool isInside = start > 0 && start < length && IsContinuation(subject[start]);
     return isInside ? c_badUtf8Offset : 0;
@@ -114,10 +114,10 @@ int Search::CheckSubject(Pcre2Pattern& pattern) const
 
 int Search::Finish(const Pcre2Pattern& pattern, int result) const
 {
-    if (Pcre2Errors::IsInvalidUtf8(result))
+    if (IsInvalidUtf8Error(result))
         return ReportInvalidUtf8(pattern, result);
     if (result < 0)
-        return Pcre2Errors::ToPcre(result);
+        return ToPcreError(result);
     // The engine has room for more pairs than the caller may have.
     const int count = result > pairCount ? 0 : result;
     const int setPairs = count > 0 ? count : pairCount;
@@ -129,23 +129,23 @@ int Search::Finish(const Pcre2Pattern& pattern, int result) const
 
 int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
 {
-    const int fault = Pcre2Errors::Utf8Fault(error);
+    const int fault = ToUtf8Fault(error);
     if (pairCount > 0) {
         offsets[0] = static_cast<int>(pattern.FaultOffset());
         offsets[1] = fault;
     }
     const bool isShort = fault <= c_lastFaultOfAShortText && (options & c_partial);
-    return isShort ? c_shortUtf8 : Pcre2Errors::ToPcre(error);
+    return isShort ? c_shortUtf8 : ToPcreError(error);
 }
 
 // The engine takes these options when it compiles.
 int RunWithSettings(Pcre2Pattern& pattern, const Search& search)
 {
-    if (!Pcre2Syntax::AreNewlinesKnown(search.options)) {
+    if (!AreNewlinesKnown(search.options)) {
         const int fault = search.CheckSubject(pattern);
         return fault < 0 ? fault : c_badNewline;
     }
-    Pcre2Pattern other(Pcre2Syntax::AddSettings(pattern.Text(), search.options));
+    Pcre2Pattern other(AddPatternSettings(pattern.Text(), search.options));
     return other.Compile() == 0 ? search.Run(other) : c_outOfMemory;
 }
 
@@ -175,11 +175,11 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
         auto compile = [&] { error = compiled->Compile(); };
         // When out of memory, the first error is reported.
         auto tryToCompile = [&] { static_cast<void>(Base::Completes(compile)); };
-        FreshStack::Run(tryToCompile);
+        RunOnFreshStack(tryToCompile);
     }
     if (compiled->IsCompiled())
         return compiled.release();
-    errorText = Pcre2Errors::CompileText(error);
+    errorText = GetCompileErrorText(error);
     errorOffset = compiled->ErrorOffset();
     return nullptr;
 }
@@ -208,8 +208,7 @@ int Execute(void* code, const char* subject, std::size_t length, std::size_t sta
     auto& pattern = *static_cast<Pcre2Pattern*>(code);
     const int pairCount = std::min(offsetCount / 3, Pcre2Pattern::c_pairCount);
     const Search search{subject, length, startOffset, options, offsets, pairCount};
-    return options & Pcre2Syntax::c_settingOptions ? RunWithSettings(pattern, search)
-                                                   : search.Run(pattern);
+    return options & c_settingOptions ? RunWithSettings(pattern, search) : search.Run(pattern);
 }
 
 std::string GetVersion()
@@ -234,4 +233,4 @@ int GetNameTable(const void* code, const unsigned char*& table)
     return code ? pcre2_pattern_info(ToCode(code), PCRE2_INFO_NAMETABLE, &table) : c_nullArgument;
 }
 
-} // namespace Toolkit::PatternEngine
+} // namespace Toolkit::Pcre

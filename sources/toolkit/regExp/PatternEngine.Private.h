@@ -10,7 +10,7 @@
 /// PCRE 1. Only the text and the place of a compile error are the engine's own.
 ///
 /// Patterns and subjects are UTF-8. Nothing but std::bad_alloc is thrown.
-namespace Toolkit::PatternEngine {
+namespace Toolkit::Pcre {
 
 /// The engine in use and its version, such as "PCRE 8.39 2016-06-14".
 std::string GetVersion();
@@ -53,4 +53,4 @@ int GetNameCount(const void* code, int& count);
 int GetNameEntrySize(const void* code, int& size);
 int GetNameTable(const void* code, const unsigned char*& table);
 
-} // namespace Toolkit::PatternEngine
+} // namespace Toolkit::Pcre

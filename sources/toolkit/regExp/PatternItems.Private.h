@@ -2,14 +2,15 @@
 
 #include <cstddef>
 
-/// The lengths of what a null-terminated pattern is made of.
-namespace Toolkit::PatternItems {
+namespace Toolkit {
+
+// The lengths of what a null-terminated pattern is made of.
 
 /// The length of the escape at `text`; 0 for one after which characters lose their meaning:
 /// quotations (\Q \E) and control characters (\c).
-std::size_t EscapeLength(const char* text);
+std::size_t MeasureEscape(const char* text);
 
 /// The length of the character class at `text`; 0 when its end is not certain.
-std::size_t ClassLength(const char* text);
+std::size_t MeasureClass(const char* text);
 
-} // namespace Toolkit::PatternItems
+} // namespace Toolkit

@@ -2,11 +2,11 @@
 
 #include <cstring>
 
-namespace Toolkit::PatternItems {
+namespace Toolkit {
 namespace {
 
 // The length of a class such as "[:alpha:]"; 0 for anything else.
-std::size_t NamedClassLength(const char* text)
+std::size_t MeasureNamedClass(const char* text)
 {
     if (text[1] != ':')
         return 0;
@@ -16,20 +16,20 @@ std::size_t NamedClassLength(const char* text)
 
 } // namespace
 
-std::size_t EscapeLength(const char* text)
+std::size_t MeasureEscape(const char* text)
 {
     return text[1] == '\0' || std::strchr("QEc", text[1]) ? 0 : 2;
 }
 
-std::size_t ClassLength(const char* text)
+std::size_t MeasureClass(const char* text)
 {
     std::size_t length = text[1] == '^' ? 2 : 1;
     // There "]" is an ordinary character.
     length += text[length] == ']' ? 1 : 0;
     while (text[length] != ']') {
         const char character = text[length];
-        const std::size_t step = character == '\\'  ? EscapeLength(text + length)
-                                 : character == '[' ? NamedClassLength(text + length)
+        const std::size_t step = character == '\\'  ? MeasureEscape(text + length)
+                                 : character == '[' ? MeasureNamedClass(text + length)
                                  : character        ? 1
                                                     : 0;
         if (step == 0)
@@ -39,4 +39,4 @@ std::size_t ClassLength(const char* text)
     return length + 1;
 }
 
-} // namespace Toolkit::PatternItems
+} // namespace Toolkit

@@ -24,13 +24,13 @@ std::size_t CountOpenings(const char* pattern)
 
 // The length of what is at `text`; 0 when it is not certain. Comments and names of verbs may
 // contain anything.
-std::size_t ItemLength(const char* text)
+std::size_t MeasureItem(const char* text)
 {
     switch (*text) {
     case '\\':
-        return PatternItems::EscapeLength(text);
+        return MeasureEscape(text);
     case '[':
-        return PatternItems::ClassLength(text);
+        return MeasureClass(text);
     case '#':
         return 0;
     case '(':
@@ -42,12 +42,12 @@ std::size_t ItemLength(const char* text)
 
 } // namespace
 
-std::size_t DeepestNesting(const char* pattern)
+std::size_t MeasureNesting(const char* pattern)
 {
     std::size_t depth = 0;
     std::size_t deepest = 0;
     std::size_t length = 0;
-    for (; *pattern && (length = ItemLength(pattern)) > 0; pattern += length) {
+    for (; *pattern && (length = MeasureItem(pattern)) > 0; pattern += length) {
         if (*pattern == '(')
             deepest = std::max(deepest, ++depth);
         else if (*pattern == ')' && depth > 0)

@@ -9,36 +9,37 @@
 #include <exception>
 #include <memory>
 
-/// The steps of every operation with a pattern. Failures throw a `smart_ptr<RegExpException>`.
-namespace Toolkit::PatternRun {
+namespace Toolkit {
 
-struct CodeRelease {
+// The steps of every operation with a pattern. Failures throw a `smart_ptr<RegExpException>`.
+
+struct PatternCodeRelease {
     void operator()(void* code) const;
 };
 
 /// A compiled pattern.
-using Code = std::unique_ptr<void, CodeRelease>;
+using PatternCode = std::unique_ptr<void, PatternCodeRelease>;
 
 /// Compiles `pattern` up to its first null character.
-Code Compile(const TString<char>& pattern);
+PatternCode CompilePattern(const TString<char>& pattern);
 
 /// Compiles the result's pattern and replaces its compiled code.
-void Compile(MatchResult& result);
+void CompilePattern(MatchResult& result);
 
 /// Searches `subject` from `start` on. Returns the number of groups found, 0 when `offsets` has no
 /// room for all, and -1 without a match.
-int Execute(const Code& code, const TString<char>& subject, std::size_t start, int options,
-            int (&offsets)[MatchResult::c_ovectorSize]);
+int ExecutePattern(const PatternCode& code, const TString<char>& subject, std::size_t start,
+                   int options, int (&offsets)[MatchResult::c_ovectorSize]);
 
 /// Searches the result's subject and stores the outcome, also when it throws.
-void Execute(MatchResult& result, std::size_t start);
+void ExecutePattern(MatchResult& result, std::size_t start);
 
 /// Throws the exception for a negative code of the engine's search.
 [[noreturn]] void ThrowExecuteError(int code);
 
 /// Calls `operation`. When out of memory, throws the exception for the engine's code for that.
 template <typename Operation>
-auto ReportingOutOfMemory(const Operation& operation)
+auto RunReportingOutOfMemory(const Operation& operation)
 {
     try {
         return operation();
@@ -47,4 +48,4 @@ auto ReportingOutOfMemory(const Operation& operation)
     }
 }
 
-} // namespace Toolkit::PatternRun
+} // namespace Toolkit

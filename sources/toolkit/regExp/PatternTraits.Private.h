@@ -1,8 +1,9 @@
 #pragma once
 
-/// What can be said of a null-terminated pattern that compiles, without parsing it completely. A
-/// false is always safe.
-namespace Toolkit::PatternTraits {
+namespace Toolkit {
+
+// What can be said of a null-terminated pattern that compiles, without parsing it completely. A
+// false is always safe.
 
 /// Whether matches begin and end between characters, never inside one.
 bool MatchesWholeCharacters(const char* pattern);
@@ -11,4 +12,4 @@ bool MatchesWholeCharacters(const char* pattern);
 /// boundary, no look-behind, no control of the search.
 bool LooksAheadOnly(const char* pattern);
 
-} // namespace Toolkit::PatternTraits
+} // namespace Toolkit

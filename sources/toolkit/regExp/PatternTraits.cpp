@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace Toolkit::PatternTraits {
+namespace Toolkit {
 namespace {
 
 // Letters and digits after a backslash that mean characters, kinds of characters, earlier groups or
@@ -74,4 +74,4 @@ bool LooksAheadOnly(const char* pattern)
     return true;
 }
 
-} // namespace Toolkit::PatternTraits
+} // namespace Toolkit

@@ -1,19 +1,20 @@
 #pragma once
 
-/// What PCRE 2 reports, as the library reports it.
-namespace Toolkit::Pcre2Errors {
+namespace Toolkit {
+
+// What PCRE 2 reports, as the library reports it.
 
 /// The number that PCRE 1 has for a negative result of pcre2_match(). An error without a
 /// counterpart is PCRE 1's internal error.
-int ToPcre(int error);
+int ToPcreError(int error);
 
 /// Whether the result of pcre2_match() says that the subject is not UTF-8.
-bool IsInvalidUtf8(int error);
+bool IsInvalidUtf8Error(int error);
 
 /// Which fault of UTF-8 it is: 1 to 21, in both engines.
-int Utf8Fault(int error);
+int ToUtf8Fault(int error);
 
 /// The text of a compile error. It is never released.
-const char* CompileText(int error);
+const char* GetCompileErrorText(int error);
 
-} // namespace Toolkit::Pcre2Errors
+} // namespace Toolkit

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace Toolkit::Pcre2Errors {
+namespace Toolkit {
 namespace {
 
 struct Translation {
@@ -48,28 +48,30 @@ public:
     Texts()
     {
         for (int error = c_lowestError; error <= c_lastCompileError; ++error)
-            pcre2_get_error_message(error, reinterpret_cast<PCRE2_UCHAR*>(At(error)), c_length);
+            pcre2_get_error_message(error, reinterpret_cast<PCRE2_UCHAR*>(GetText(error)),
+                                    c_length);
     }
 
-    const char* Of(int error)
+    const char* Find(int error)
     {
-        return error >= c_lowestError && error <= c_lastCompileError ? At(error) : "unknown error";
+        return error >= c_lowestError && error <= c_lastCompileError ? GetText(error)
+                                                                     : "unknown error";
     }
 
 private:
     // Longer texts are cut.
     static constexpr int c_length = 128;
 
-    char* At(int error) { return m_texts[error - c_lowestError]; }
+    char* GetText(int error) { return m_texts[error - c_lowestError]; }
 
     char m_texts[c_lastCompileError - c_lowestError + 1][c_length]{};
 };
 
 } // namespace
 
-int ToPcre(int error)
+int ToPcreError(int error)
 {
-    if (IsInvalidUtf8(error))
+    if (IsInvalidUtf8Error(error))
         return c_invalidUtf8;
     const auto* const found =
         std::find_if(std::begin(c_translations), std::end(c_translations),
@@ -77,20 +79,20 @@ int ToPcre(int error)
     return found != std::end(c_translations) ? found->pcre : c_internalError;
 }
 
-bool IsInvalidUtf8(int error)
+bool IsInvalidUtf8Error(int error)
 {
     return error <= PCRE2_ERROR_UTF8_ERR1 && error >= PCRE2_ERROR_UTF8_ERR21;
 }
 
-int Utf8Fault(int error)
+int ToUtf8Fault(int error)
 {
     return PCRE2_ERROR_UTF8_ERR1 - error + 1;
 }
 
-const char* CompileText(int error)
+const char* GetCompileErrorText(int error)
 {
     static Texts texts;
-    return texts.Of(error);
+    return texts.Find(error);
 }
 
-} // namespace Toolkit::Pcre2Errors
+} // namespace Toolkit

@@ -23,7 +23,7 @@ constexpr std::uint32_t c_deepestNesting = 250;
 constexpr std::uint32_t c_levelsOnUnknownStack = 6;
 
 // The engine's own limit is 20 GB.
-constexpr std::uint32_t c_heapLimitKiB = SearchLimits::c_memory / 1024;
+constexpr std::uint32_t c_heapLimitKiB = c_searchMemory / 1024;
 
 struct ContextRelease {
     void operator()(pcre2_compile_context* context) const { pcre2_compile_context_free(context); }
@@ -37,7 +37,7 @@ PCRE2_SPTR ToUnits(const char* text)
 
 // How many levels of parentheses fit into the rest of the stack; -1 when even a pattern without
 // parentheses does not.
-int LevelsThatFit()
+int CountLevelsThatFit()
 {
     if (!Base::IsOnThreadStack())
         return c_levelsOnUnknownStack;
@@ -100,14 +100,11 @@ Pcre2Pattern::CodeOwner CompileText(const std::string& pattern, int& error, int&
 
 } // namespace
 
-Pcre2Pattern::Pcre2Pattern(std::string pattern)
-    : m_pattern(Pcre2Syntax::Translate(std::move(pattern)))
-{
-}
+Pcre2Pattern::Pcre2Pattern(std::string pattern) : m_pattern(TranslateToPcre2(std::move(pattern))) {}
 
 int Pcre2Pattern::Compile()
 {
-    const int levelsThatFit = LevelsThatFit();
+    const int levelsThatFit = CountLevelsThatFit();
     if (levelsThatFit < 0)
         return PCRE2_ERROR_PARENTHESES_STACK_CHECK;
     auto levels = static_cast<std::uint32_t>(levelsThatFit);
@@ -142,7 +139,7 @@ int Pcre2Pattern::CheckUtf8(const char* subject, std::size_t length, std::uint32
     // The engine checks the subject first; the limit then ends it at the first step.
     pcre2_set_match_limit(m_limits.get(), 0);
     const int result = Match(subject, length, 0, options);
-    pcre2_set_match_limit(m_limits.get(), SearchLimits::c_steps);
+    pcre2_set_match_limit(m_limits.get(), c_searchSteps);
     return result;
 }
 
@@ -154,7 +151,7 @@ bool Pcre2Pattern::PrepareMatch()
     m_limits.reset(pcre2_match_context_create(nullptr));
     if (!m_matchData || !m_limits)
         return false;
-    pcre2_set_match_limit(m_limits.get(), SearchLimits::c_steps);
+    pcre2_set_match_limit(m_limits.get(), c_searchSteps);
     pcre2_set_heap_limit(m_limits.get(), c_heapLimitKiB);
     return true;
 }

@@ -2,11 +2,12 @@
 
 #include <string>
 
-/// Where PCRE 2 needs another pattern than PCRE 1 for the same matches.
-namespace Toolkit::Pcre2Syntax {
+namespace Toolkit {
+
+// Where PCRE 2 needs another pattern than PCRE 1 for the same matches.
 
 /// `pattern` with the setting (*UTF8), which PCRE 2 does not know, as (*UTF).
-std::string Translate(std::string pattern);
+std::string TranslateToPcre2(std::string pattern);
 
 /// Options that pcre_exec() has and pcre2_match() lacks: newlines, line breaks, no start
 /// optimisation. A pattern can ask for them itself.
@@ -16,6 +17,6 @@ constexpr int c_settingOptions = 0x05F00000;
 bool AreNewlinesKnown(int options);
 
 /// `pattern` with what `options` asks for, after its own settings, which it overrides.
-std::string AddSettings(std::string pattern, int options);
+std::string AddPatternSettings(std::string pattern, int options);
 
-} // namespace Toolkit::Pcre2Syntax
+} // namespace Toolkit

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string_view>
 
-namespace Toolkit::Pcre2Syntax {
+namespace Toolkit {
 namespace {
 
 constexpr int c_newlineMask = 0x00700000;
@@ -49,7 +49,7 @@ constexpr std::string_view c_names[] = {"UTF",
                                         "BSR_UNICODE"};
 
 // The end of the settings at the beginning of the pattern.
-std::size_t EndOfSettings(std::string_view pattern)
+std::size_t FindEndOfSettings(std::string_view pattern)
 {
     std::size_t end = 0;
     while (pattern.substr(end, 2) == "(*") {
@@ -72,24 +72,25 @@ bool AreNewlinesKnown(int options)
     return (options & c_newlineMask) <= c_lastNewline && (options & c_breakMask) != c_breakMask;
 }
 
-std::string Translate(std::string pattern)
+std::string TranslateToPcre2(std::string pattern)
 {
     if (pattern.compare(0, 2, "(*") != 0)
         return pattern;
     constexpr std::string_view old = "(*UTF8)";
-    for (std::size_t at = pattern.find(old); at < EndOfSettings(pattern); at = pattern.find(old))
+    for (std::size_t at = pattern.find(old); at < FindEndOfSettings(pattern);
+         at = pattern.find(old))
         pattern.replace(at, old.size(), "(*UTF)");
     return pattern;
 }
 
-std::string AddSettings(std::string pattern, int options)
+std::string AddPatternSettings(std::string pattern, int options)
 {
     std::string settings;
     for (const Setting& setting : c_settings) {
         if ((options & setting.mask) == setting.option)
             settings += setting.text;
     }
-    return pattern.insert(EndOfSettings(pattern), settings);
+    return pattern.insert(FindEndOfSettings(pattern), settings);
 }
 
-} // namespace Toolkit::Pcre2Syntax
+} // namespace Toolkit

@@ -27,7 +27,7 @@ smart_ptr<RegExpException> RegExpException::Make(const TString<wchar_t>& message
 
 void RegExpException::Throw(const TString<wchar_t>& message)
 {
-    throw smart_ptr<RegExpException>(Base::ResultOr(s_outOfMemory, [&] { return Make(message); }));
+    throw smart_ptr<RegExpException>(Base::TryOr(s_outOfMemory, [&] { return Make(message); }));
 }
 
 void RegExpException::ThrowOutOfMemory()

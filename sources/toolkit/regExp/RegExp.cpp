@@ -10,10 +10,8 @@
 namespace Toolkit {
 namespace {
 
-using PatternRun::ReportingOutOfMemory;
-
 // By how many bytes `text` has grown since it was `subject`; negative when it shrank.
-int Growth(const TString<char>& text, const TString<char>& subject)
+int MeasureGrowth(const TString<char>& text, const TString<char>& subject)
 {
     return static_cast<int>(static_cast<unsigned int>(text.size() - subject.size()));
 }
@@ -21,58 +19,58 @@ int Growth(const TString<char>& text, const TString<char>& subject)
 } // namespace
 
 RegExp::RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(ReportingOutOfMemory([&] { return pattern; })), m_modifiers(modifiers)
+    : m_pattern(RunReportingOutOfMemory([&] { return pattern; })), m_modifiers(modifiers)
 {
 }
 
 RegExp::RegExp(const TString<wchar_t>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(ReportingOutOfMemory([&] { return Base::EncodeUtf8(pattern); })),
+    : m_pattern(RunReportingOutOfMemory([&] { return Base::EncodeUtf8(pattern); })),
       m_modifiers(modifiers)
 {
 }
 
 bool RegExp::IsMatch(const TString<char>& subject) const
 {
-    return ReportingOutOfMemory([&] {
+    return RunReportingOutOfMemory([&] {
         int offsets[MatchResult::c_ovectorSize];
-        return PatternRun::Execute(PatternRun::Compile(m_pattern), subject, 0, 0, offsets) >= 1;
+        return ExecutePattern(CompilePattern(m_pattern), subject, 0, 0, offsets) >= 1;
     });
 }
 
 bool RegExp::IsMatch(const TString<wchar_t>& subject) const
 {
-    return ReportingOutOfMemory([&] { return IsMatch(Base::EncodeUtf8(subject)); });
+    return RunReportingOutOfMemory([&] { return IsMatch(Base::EncodeUtf8(subject)); });
 }
 
 smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 {
-    return ReportingOutOfMemory([&] {
+    return RunReportingOutOfMemory([&] {
         smart_ptr<MatchResult> result(new MatchResult());
         result->subject = subject;
         result->pattern = m_pattern;
-        PatternRun::Compile(*result);
-        PatternRun::Execute(*result, 0);
-        MatchGroups::Read(*result);
+        CompilePattern(*result);
+        ExecutePattern(*result, 0);
+        ReadGroups(*result);
         return result;
     });
 }
 
 smart_ptr<MatchResult> RegExp::Match(const TString<wchar_t>& subject) const
 {
-    return ReportingOutOfMemory([&] { return Match(Base::EncodeUtf8(subject)); });
+    return RunReportingOutOfMemory([&] { return Match(Base::EncodeUtf8(subject)); });
 }
 
 TString<char> RegExp::Replace(const TString<char>& replacement, const TString<char>& subject,
                               unsigned char)
 {
-    return ReportingOutOfMemory(
+    return RunReportingOutOfMemory(
         [&] { return WholeMatchReplacement(m_pattern, replacement, subject).Run(); });
 }
 
 TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
                               const TString<char>& subject)
 {
-    return ReportingOutOfMemory([&] {
+    return RunReportingOutOfMemory([&] {
         const smart_ptr<MatchResult> result = Match(subject);
         if (!result->Success())
             return TString<char>();
@@ -82,7 +80,7 @@ TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
             const auto entry = static_cast<std::size_t>(group - 1);
             const TString<char>& replacement =
                 entry < replacements.size() ? replacements[entry] : TString<char>::Empty();
-            RegExp_replace(result, group, text, replacement, Growth(text, subject));
+            RegExp_replace(result, group, text, replacement, MeasureGrowth(text, subject));
         }
         return text;
     });
@@ -90,7 +88,7 @@ TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
 
 TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TString<char>& subject)
 {
-    return ReportingOutOfMemory([&] {
+    return RunReportingOutOfMemory([&] {
         const smart_ptr<MatchResult> result = Match(subject);
         if (!result->Success())
             return TString<char>();
@@ -100,7 +98,7 @@ TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TStr
             const smart_ptr<Group> group = (*result)[static_cast<unsigned short>(number)];
             if (group.IsValid() && !group->name.empty())
                 RegExp_replace(result, number, text, replacements[group->name],
-                               Growth(text, subject));
+                               MeasureGrowth(text, subject));
         }
         return text;
     });
@@ -108,28 +106,28 @@ TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TStr
 
 TString<char> RegExp::GetEngineVersion()
 {
-    return Base::ResultOr({}, [] { return TString<char>(PatternEngine::GetVersion()); });
+    return Base::TryOr({}, [] { return TString<char>(Pcre::GetVersion()); });
 }
 
 void RegExp::RegExp_compile(const smart_ptr<MatchResult>& result) const
 {
-    ReportingOutOfMemory([&] { PatternRun::Compile(*result); });
+    RunReportingOutOfMemory([&] { CompilePattern(*result); });
 }
 
 void RegExp::RegExp_exec(const smart_ptr<MatchResult>& result, unsigned short startOffset) const
 {
-    ReportingOutOfMemory([&] { PatternRun::Execute(*result, startOffset); });
+    RunReportingOutOfMemory([&] { ExecutePattern(*result, startOffset); });
 }
 
 void RegExp::RegExp_replace(const smart_ptr<MatchResult>& result, int group, TString<char>& target,
                             const TString<char>& replacement, int shift)
 {
-    const MatchGroups::Range range = MatchGroups::GetRange(*result, group);
+    const GroupRange range = GetGroupRange(*result, group);
     const long long position = range.begin + static_cast<long long>(shift);
     const bool isInside = position >= 0 && position <= static_cast<long long>(target.size());
     if (!range.IsValid() || !isInside)
         return;
-    ReportingOutOfMemory(
+    RunReportingOutOfMemory(
         [&] { target.replace(static_cast<std::size_t>(position), range.Length(), replacement); });
 }
 

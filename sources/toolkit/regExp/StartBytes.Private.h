@@ -13,7 +13,7 @@ namespace Toolkit {
 class StartBytes {
 public:
     /// `options` are those of the searches.
-    StartBytes(const PatternRun::Code& code, int options);
+    StartBytes(const PatternCode& code, int options);
 
     /// The first place from `start` on at which a match can begin; the end of the text when there
     /// is none.

@@ -10,19 +10,17 @@ constexpr unsigned int c_firstNonAscii = 0x80;
 
 } // namespace
 
-StartBytes::StartBytes(const PatternRun::Code& code, int options)
+StartBytes::StartBytes(const PatternCode& code, int options)
 {
     m_bytes.set();
     int offsets[MatchResult::c_ovectorSize];
-    const int trial =
-        options | PatternEngine::c_trusted | PatternEngine::c_anchored | PatternEngine::c_partial;
+    const int trial = options | Pcre::c_trusted | Pcre::c_anchored | Pcre::c_partial;
     for (unsigned int byte = 0; byte < c_firstNonAscii; ++byte) {
         const char character = static_cast<char>(byte);
         // A trial that comes to the end of its subject reports a partial match, so that only a
         // match which the first byte itself rules out is not found.
-        m_bytes[byte] =
-            PatternEngine::Execute(code.get(), &character, 1, 0, trial, offsets,
-                                   MatchResult::c_ovectorSize) != PatternEngine::c_noMatch;
+        m_bytes[byte] = Pcre::Execute(code.get(), &character, 1, 0, trial, offsets,
+                                      MatchResult::c_ovectorSize) != Pcre::c_noMatch;
     }
 }
 

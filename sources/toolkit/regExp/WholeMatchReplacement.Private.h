@@ -31,7 +31,7 @@ private:
     std::size_t MatchBegin() const { return static_cast<std::size_t>(m_offsets[0]); }
     std::size_t MatchEnd() const { return static_cast<std::size_t>(m_offsets[1]); }
 
-    const PatternRun::Code m_code;
+    const PatternCode m_code;
     const TString<char>& m_replacement;
     const bool m_keepsUtf8;
     const bool m_looksAheadOnly;

@@ -11,8 +11,7 @@
 namespace Toolkit {
 namespace {
 
-constexpr int c_options =
-    PatternEngine::c_notAtLineBegin | PatternEngine::c_notAtLineEnd | PatternEngine::c_notEmpty;
+constexpr int c_options = Pcre::c_notAtLineBegin | Pcre::c_notAtLineEnd | Pcre::c_notEmpty;
 
 // The last offset that a search can start at; the next one is 0 again.
 constexpr std::size_t c_lastStart = 0xFFFF;
@@ -36,9 +35,9 @@ constexpr bool IsContinuation(char byte)
 WholeMatchReplacement::WholeMatchReplacement(const TString<char>& pattern,
                                              const TString<char>& replacement,
                                              const TString<char>& subject)
-    : m_code(PatternRun::Compile(pattern)), m_replacement(replacement),
-      m_keepsUtf8(PatternTraits::MatchesWholeCharacters(pattern.c_str()) && IsUtf8(replacement)),
-      m_looksAheadOnly(PatternTraits::LooksAheadOnly(pattern.c_str())), m_text(subject)
+    : m_code(CompilePattern(pattern)), m_replacement(replacement),
+      m_keepsUtf8(MatchesWholeCharacters(pattern.c_str()) && IsUtf8(replacement)),
+      m_looksAheadOnly(LooksAheadOnly(pattern.c_str())), m_text(subject)
 {
 }
 
@@ -57,8 +56,8 @@ TString<char> WholeMatchReplacement::Run()
 
 void WholeMatchReplacement::Search(std::size_t start, bool isTrusted)
 {
-    const int options = isTrusted ? c_options | PatternEngine::c_trusted : c_options;
-    m_resultCode = PatternRun::Execute(m_code, m_text, start, options, m_offsets);
+    const int options = isTrusted ? c_options | Pcre::c_trusted : c_options;
+    m_resultCode = ExecutePattern(m_code, m_text, start, options, m_offsets);
 }
 
 void WholeMatchReplacement::SearchAfter(std::size_t position)
@@ -103,7 +102,7 @@ void WholeMatchReplacement::ReplaceInOnePass()
         if (start < m_text.size())
             Search(start, true);
         else
-            m_resultCode = PatternEngine::c_noMatch;
+            m_resultCode = Pcre::c_noMatch;
     }
     const std::size_t position = output.size();
     output.append(m_text, done, TString<char>::npos);

@@ -11,7 +11,7 @@ namespace Toolkit {
 namespace {
 
 // A write lock on the whole file.
-struct flock WholeFile()
+struct flock MakeWholeFileLock()
 {
     struct flock range {};
     range.l_type = F_WRLCK;
@@ -21,7 +21,7 @@ struct flock WholeFile()
 
 bool IsLockedElsewhere(const Base::FileDescriptor& file)
 {
-    struct flock range = WholeFile();
+    struct flock range = MakeWholeFileLock();
     return ::fcntl(file.Get(), F_GETLK, &range) == 0 && range.l_type != F_UNLCK;
 }
 
@@ -72,7 +72,7 @@ bool CheckerFile::Create()
     if (!m_file.IsOpen())
         return false;
     m_ownFile.Watch(m_file.Get());
-    struct flock range = WholeFile();
+    struct flock range = MakeWholeFileLock();
     const std::string holder = std::to_string(::getpid());
     ::fcntl(m_file.Get(), F_SETLK, &range);
     ::fchmod(m_file.Get(), c_ownerOnly);

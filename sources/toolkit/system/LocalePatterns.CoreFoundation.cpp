@@ -5,9 +5,9 @@
 #include <memory>
 #include <type_traits>
 
-namespace Toolkit::LocalePatterns {
+namespace Toolkit {
 
-const wchar_t* const c_provider = L"Core Foundation";
+const wchar_t* const c_localeProvider = L"Core Foundation";
 
 namespace {
 
@@ -19,7 +19,7 @@ template <typename Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Releaser>;
 
 // Returns an empty pattern when it cannot be expressed in ASCII or does not fit.
-TString<wchar_t> Pattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
+TString<wchar_t> ReadPattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
 {
     const Owned<CFLocaleRef> locale(CFLocaleCopyCurrent());
     const Owned<CFDateFormatterRef> formatter(
@@ -33,14 +33,14 @@ TString<wchar_t> Pattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
 
 } // namespace
 
-TString<wchar_t> ShortDate()
+TString<wchar_t> ReadShortDatePattern()
 {
-    return Pattern(kCFDateFormatterShortStyle, kCFDateFormatterNoStyle);
+    return ReadPattern(kCFDateFormatterShortStyle, kCFDateFormatterNoStyle);
 }
 
-TString<wchar_t> ShortTime()
+TString<wchar_t> ReadShortTimePattern()
 {
-    return Pattern(kCFDateFormatterNoStyle, kCFDateFormatterShortStyle);
+    return ReadPattern(kCFDateFormatterNoStyle, kCFDateFormatterShortStyle);
 }
 
-} // namespace Toolkit::LocalePatterns
+} // namespace Toolkit

@@ -12,9 +12,9 @@
 #define TOOLKIT_TEXT_OF(name) #name
 #define TOOLKIT_SYMBOL_OF(function) TOOLKIT_TEXT_OF(function)
 
-namespace Toolkit::LocalePatterns {
+namespace Toolkit {
 
-const wchar_t* const c_provider = L"ICU " U_ICU_VERSION;
+const wchar_t* const c_localeProvider = L"ICU " U_ICU_VERSION;
 
 namespace {
 
@@ -69,7 +69,7 @@ bool IsLocaleName(const std::string& name)
 // The locale that the environment names, in ICU's form: "de_AT" for "de_AT.UTF-8@euro". ICU's own
 // default ignores LC_TIME and treats an empty LC_ALL as a name. Names that no locale can have give
 // the root locale.
-std::string UserLocale()
+std::string GetUserLocale()
 {
     for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"}) {
         const char* const value = std::getenv(name);
@@ -84,14 +84,14 @@ std::string UserLocale()
     return "en_US_POSIX";
 }
 
-std::u16string Pattern(UDateFormatStyle time, UDateFormatStyle date)
+std::u16string ReadPattern(UDateFormatStyle time, UDateFormatStyle date)
 {
     static const Icu icu;
     if (!icu.IsThere())
         return date == UDAT_SHORT ? u"M/d/yy" : u"h:mm a";
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<UDateFormat, decltype(icu.close)> format(
-        icu.open(time, date, UserLocale().c_str(), nullptr, 0, nullptr, 0, &error), icu.close);
+        icu.open(time, date, GetUserLocale().c_str(), nullptr, 0, nullptr, 0, &error), icu.close);
     if (U_FAILURE(error))
         return {};
     char16_t buffer[512];
@@ -102,7 +102,7 @@ std::u16string Pattern(UDateFormatStyle time, UDateFormatStyle date)
 }
 
 // Newer locale data have no-break spaces and direction marks in their patterns.
-TString<wchar_t> PlainText(const std::u16string& pattern)
+TString<wchar_t> ToPlainText(const std::u16string& pattern)
 {
     TString<wchar_t> text;
     for (const char16_t character : pattern) {
@@ -114,7 +114,7 @@ TString<wchar_t> PlainText(const std::u16string& pattern)
     return text;
 }
 
-TString<wchar_t> WithoutQuotedTexts(const TString<wchar_t>& pattern)
+TString<wchar_t> RemoveQuotedTexts(const TString<wchar_t>& pattern)
 {
     TString<wchar_t> text;
     bool isQuoted = false;
@@ -136,21 +136,21 @@ TString<wchar_t> WidenLone(TString<wchar_t> pattern, wchar_t letter, std::size_t
     return pattern;
 }
 
-TString<wchar_t> Without(TString<wchar_t> pattern, wchar_t letter)
+TString<wchar_t> RemoveLetter(TString<wchar_t> pattern, wchar_t letter)
 {
     pattern.erase(std::remove(pattern.begin(), pattern.end(), letter), pattern.end());
     return pattern;
 }
 
 // The periods of a day, such as "in the evening", are halves of it here.
-TString<wchar_t> WithDayHalves(TString<wchar_t> pattern)
+TString<wchar_t> ReplacePeriodsOfDay(TString<wchar_t> pattern)
 {
     std::replace(pattern.begin(), pattern.end(), L'B', L'a');
     return pattern;
 }
 
 // Where a quoted text was, the spaces on both of its sides are left.
-TString<wchar_t> WithSingleSpaces(TString<wchar_t> pattern)
+TString<wchar_t> MergeSpaces(TString<wchar_t> pattern)
 {
     pattern.Replace(L"  ", L" ");
     return pattern;
@@ -158,17 +158,19 @@ TString<wchar_t> WithSingleSpaces(TString<wchar_t> pattern)
 
 } // namespace
 
-TString<wchar_t> ShortDate()
+TString<wchar_t> ReadShortDatePattern()
 {
-    const TString<wchar_t> pattern = WithoutQuotedTexts(PlainText(Pattern(UDAT_NONE, UDAT_SHORT)));
-    const TString<wchar_t> withoutEra = Without(pattern, L'G');
-    return WidenLone(Without(withoutEra, L' '), L'y', 4);
+    const TString<wchar_t> pattern =
+        RemoveQuotedTexts(ToPlainText(ReadPattern(UDAT_NONE, UDAT_SHORT)));
+    const TString<wchar_t> withoutEra = RemoveLetter(pattern, L'G');
+    return WidenLone(RemoveLetter(withoutEra, L' '), L'y', 4);
 }
 
-TString<wchar_t> ShortTime()
+TString<wchar_t> ReadShortTimePattern()
 {
-    const TString<wchar_t> pattern = WithoutQuotedTexts(PlainText(Pattern(UDAT_SHORT, UDAT_NONE)));
-    return WidenLone(WithDayHalves(WithSingleSpaces(pattern)), L'H', 2);
+    const TString<wchar_t> pattern =
+        RemoveQuotedTexts(ToPlainText(ReadPattern(UDAT_SHORT, UDAT_NONE)));
+    return WidenLone(ReplacePeriodsOfDay(MergeSpaces(pattern)), L'H', 2);
 }
 
-} // namespace Toolkit::LocalePatterns
+} // namespace Toolkit

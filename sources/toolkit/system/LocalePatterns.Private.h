@@ -2,18 +2,19 @@
 
 #include "toolkit/core/TString.h"
 
-/// The patterns of dates and times in the user's locale.
-namespace Toolkit::LocalePatterns {
+namespace Toolkit {
+
+// The patterns of dates and times in the user's locale.
 
 /// What the platform asks, and its version.
-extern const wchar_t* const c_provider;
+extern const wchar_t* const c_localeProvider;
 
 /// The pattern that the platform reports; empty when it reports none.
-TString<wchar_t> ShortDate();
-TString<wchar_t> ShortTime();
+TString<wchar_t> ReadShortDatePattern();
+TString<wchar_t> ReadShortTimePattern();
 
 /// Joins the two patterns with a space. A pattern that contains anything outside ASCII, or is
 /// longer than 255 characters, is left out.
-TString<wchar_t> Compose(const TString<wchar_t>& date, const TString<wchar_t>& time);
+TString<wchar_t> JoinPatterns(const TString<wchar_t>& date, const TString<wchar_t>& time);
 
-} // namespace Toolkit::LocalePatterns
+} // namespace Toolkit

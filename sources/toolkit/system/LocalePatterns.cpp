@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace Toolkit::LocalePatterns {
+namespace Toolkit {
 namespace {
 
 constexpr std::size_t c_longestPattern = 255;
@@ -16,10 +16,10 @@ bool IsUsable(const TString<wchar_t>& pattern)
 
 } // namespace
 
-TString<wchar_t> Compose(const TString<wchar_t>& date, const TString<wchar_t>& time)
+TString<wchar_t> JoinPatterns(const TString<wchar_t>& date, const TString<wchar_t>& time)
 {
     const TString<wchar_t>& empty = TString<wchar_t>::Empty();
     return (IsUsable(date) ? date : empty) + L" " + (IsUsable(time) ? time : empty);
 }
 
-} // namespace Toolkit::LocalePatterns
+} // namespace Toolkit

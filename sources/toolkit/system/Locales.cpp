@@ -13,16 +13,15 @@ bool Locales::GetDecimalSeparator(TString<wchar_t>& result)
 
 bool Locales::GetCurrentDateFormat(TString<wchar_t>& format)
 {
-    format = Base::ResultOr({}, [] {
-        return LocalePatterns::Compose(LocalePatterns::ShortDate(), LocalePatterns::ShortTime());
-    });
+    format = Base::TryOr(
+        {}, [] { return JoinPatterns(ReadShortDatePattern(), ReadShortTimePattern()); });
     // The pattern holds a space at least.
     return !format.empty();
 }
 
 TString<wchar_t> Locales::GetProviderVersion()
 {
-    return Base::ResultOr({}, [] { return TString<wchar_t>(LocalePatterns::c_provider); });
+    return Base::TryOr({}, [] { return TString<wchar_t>(c_localeProvider); });
 }
 
 } // namespace Toolkit

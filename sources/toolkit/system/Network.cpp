@@ -32,7 +32,7 @@ Addresses Resolve(const std::string& host, unsigned short port)
     return {found, &::freeaddrinfo};
 }
 
-int RemainingMs(Clock::time_point deadline)
+int GetRemainingMs(Clock::time_point deadline)
 {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
@@ -46,7 +46,7 @@ bool FinishConnecting(int socket, Clock::time_point deadline)
     pollfd waiting{socket, POLLOUT, 0};
     int ready = 0;
     do {
-        ready = ::poll(&waiting, 1, RemainingMs(deadline));
+        ready = ::poll(&waiting, 1, GetRemainingMs(deadline));
     } while (ready < 0 && errno == EINTR);
     int error = 0;
     socklen_t length = sizeof error;
@@ -76,7 +76,7 @@ bool Network::TestNetwork()
 bool Network::TestConnection(const TString<wchar_t>& host, unsigned short port,
                              unsigned int timeoutMs)
 {
-    return Base::ResultOr(false, [&] {
+    return Base::TryOr(false, [&] {
         const Addresses addresses = Resolve(Base::EncodeUtf8(host), port);
         const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
         for (const addrinfo* address = addresses.get(); address; address = address->ai_next) {

@@ -43,7 +43,7 @@ bool RestartManagment::ActivateRestartProcess()
     TOOLKIT_LOG_AT_LINE(SeverityInfo, c_activateEntryLine)
         << L">>> ActivateRestartProcess()" << ILogger::c_strLogToken3;
     TString<wchar_t> program;
-    const bool result = Base::ResultOr(false, [&program] {
+    const bool result = Base::TryOr(false, [&program] {
         // Only this one value counts as failure; the small error numbers of a failed start do not.
         return GetProgramPath(program) &&
                SystemInfo::StartProcess(program, c_restartArgument, false) !=

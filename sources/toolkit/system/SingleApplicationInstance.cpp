@@ -47,8 +47,8 @@ bool SingleApplicationInstance::IsAlreadyRunning() const
 
 TString<wchar_t> SingleApplicationInstance::GetLockPath(const TString<wchar_t>& uniqueName)
 {
-    return Base::ResultOr({}, [&] {
-        return TString<wchar_t>(Base::DecodeUtf8(Base::InstanceLock::PathOf(uniqueName)));
+    return Base::TryOr({}, [&] {
+        return TString<wchar_t>(Base::DecodeUtf8(Base::InstanceLock::MakePath(uniqueName)));
     });
 }
 

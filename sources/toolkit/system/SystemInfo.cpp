@@ -49,7 +49,7 @@ const wxPlatformInfo& SystemInfo::Description() const
 template <typename Number>
 Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failure) const
 {
-    return Base::ResultOr(failure, [&] { return (Description().*question)(); });
+    return Base::TryOr(failure, [&] { return (Description().*question)(); });
 }
 
 SystemInfo::Platform SystemInfo::GetPlatform() const
@@ -90,8 +90,7 @@ int SystemInfo::GetOSMinorVersion() const
 
 TString<wchar_t> SystemInfo::GetFrameworkVersion()
 {
-    return Base::ResultOr({},
-                          [] { return TString<wchar_t>(L"wxWidgets " wxVERSION_NUM_DOT_STRING); });
+    return Base::TryOr({}, [] { return TString<wchar_t>(L"wxWidgets " wxVERSION_NUM_DOT_STRING); });
 }
 
 bool SystemInfo::HasAdministratorCredentials()
@@ -112,7 +111,7 @@ bool SystemInfo::CanElevateCredentialsUsingUAC()
 int SystemInfo::StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                              bool wait)
 {
-    return Base::ResultOr(ENOMEM, [&] { return ChildProcess(path, arguments).Start(wait); });
+    return Base::TryOr(ENOMEM, [&] { return ChildProcess(path, arguments).Start(wait); });
 }
 
 void SystemInfo::CreateInstance()

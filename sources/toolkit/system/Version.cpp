@@ -42,7 +42,7 @@ Version::Version(const TString<wchar_t>& text) : Version()
 
 TString<wchar_t> Version::ToString() const
 {
-    return Base::ResultOr({}, [this] {
+    return Base::TryOr({}, [this] {
         std::wstring text = Base::FormatInteger<wchar_t>(m_major);
         for (const unsigned int part : {m_minor, m_build, m_revision})
             text.append(1, c_separator).append(Base::FormatInteger<wchar_t>(part));
@@ -81,7 +81,7 @@ int Version::CompareVersion(const TString<wchar_t>& text) const
 
 Version* Version::Create()
 {
-    return Base::ResultOr(nullptr, [] { return new Version(c_libraryVersion); });
+    return Base::TryOr(nullptr, [] { return new Version(c_libraryVersion); });
 }
 
 void Version::CreateInstance()

@@ -15,8 +15,8 @@ class CountedMutex : public wxMutex {
 public:
     CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) { ASSERT(IsOk()); }
 
-    wxMutexError Acquire() { return Counted(Lock()); }
-    wxMutexError TryAcquire() { return Counted(TryLock()); }
+    wxMutexError Acquire() { return CountSuccess(Lock()); }
+    wxMutexError TryAcquire() { return CountSuccess(TryLock()); }
 
     /// False when the calling thread does not hold the mutex.
     bool Release()
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    wxMutexError Counted(wxMutexError result)
+    wxMutexError CountSuccess(wxMutexError result)
     {
         if (result == wxMUTEX_NO_ERROR)
             Count(1);

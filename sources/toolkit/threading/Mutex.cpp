@@ -51,7 +51,7 @@ MutexInternal::~MutexInternal()
 // Returns null when out of memory.
 CountedMutex* MutexInternal::MakeOnFirstUse()
 {
-    return Base::ResultOr(nullptr, [this]() -> CountedMutex* {
+    return Base::TryOr(nullptr, [this]() -> CountedMutex* {
         auto made = std::make_unique<CountedMutex>();
         CountedMutex* first = nullptr;
         if (m_mutex.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))

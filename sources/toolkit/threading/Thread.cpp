@@ -85,7 +85,7 @@ void Thread::End()
 // neither run nor be stopped. ReserveMemory() makes these allocations succeed.
 bool Thread::Start()
 {
-    const bool isStarted = Base::ResultOr(false, [this] {
+    const bool isStarted = Base::TryOr(false, [this] {
         ReserveMemory();
         return wxThread::Run() == wxTHREAD_NO_ERROR;
     });
@@ -168,7 +168,8 @@ unsigned long Thread::GetCurrentId()
 
 bool Thread::IsMainThread()
 {
-    return Framework::ProgramRunsItsOwnApplication() ? wxThread::IsMain() : Base::IsFirstThread();
+    return Framework::DoesProgramRunItsOwnApplication() ? wxThread::IsMain()
+                                                        : Base::IsFirstThread();
 }
 
 // Replaces wxThread::TestDestroy(), whose pause can miss a resume that comes before it begins. The

@@ -1,4 +1,4 @@
-// PatternEngine for a program that holds both engines: calls go to the one that is chosen.
+// The functions of Pcre for a program that holds both engines: calls go to the one that is chosen.
 
 #include "toolkit/regExp/PatternEngine.Private.h"
 
@@ -10,7 +10,7 @@ const EngineTable* s_engine = &c_pcre;
 
 } // namespace Toolkit::TestSupport
 
-namespace Toolkit::PatternEngine {
+namespace Toolkit::Pcre {
 
 using TestSupport::s_engine;
 
@@ -50,4 +50,4 @@ int GetNameTable(const void* code, const unsigned char*& table)
     return s_engine->getNameTable(code, table);
 }
 
-} // namespace Toolkit::PatternEngine
+} // namespace Toolkit::Pcre

@@ -1,7 +1,7 @@
 // Compiles the engine's source under another name, so that both engines fit into one program.
-#define PatternEngine Pcre2Engine
+#define Pcre Pcre2Engine
 #include "toolkit/regExp/PatternEngine.Pcre2.cpp"
-#undef PatternEngine
+#undef Pcre
 
 #include "regExp/engines/EngineTable.h"
 

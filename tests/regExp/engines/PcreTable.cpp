@@ -1,7 +1,7 @@
 // Compiles the engine's source under another name, so that both engines fit into one program.
-#define PatternEngine PcreEngine
+#define Pcre PcreEngine
 #include "toolkit/regExp/PatternEngine.Pcre.cpp"
-#undef PatternEngine
+#undef Pcre
 
 #include "regExp/engines/EngineTable.h"
 

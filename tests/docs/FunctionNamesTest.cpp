@@ -1,0 +1,95 @@
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <string>
+
+namespace Toolkit::TestSupport {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::IsSupersetOf;
+using testing::UnorderedElementsAre;
+
+// How functions that do something begin.
+const std::set<std::string> c_verbs = {
+    "Accept",  "Add",     "Align",    "Allocate",  "Allow",     "Append",  "Ask",      "Attach",
+    "Begin",   "Bind",    "Call",     "Cat",       "Change",    "Check",   "Choose",   "Close",
+    "Combine", "Compare", "Compile",  "Complain",  "Compute",   "Connect", "Convert",  "Copy",
+    "Count",   "Create",  "Cut",      "Decode",    "Deliver",   "Derive",  "Describe", "Detach",
+    "Discard", "Encode",  "End",      "Enter",     "Estimate",  "Examine", "Execute",  "Extract",
+    "Find",    "Finish",  "Fold",     "Follow",    "Format",    "Forward", "Free",     "Get",
+    "Give",    "Handle",  "Hash",     "Insert",    "Install",   "Join",    "Keep",     "List",
+    "Listen",  "Load",    "Locate",   "Make",      "Mark",      "Measure", "Merge",    "Move",
+    "Name",    "Open",    "Pad",      "Parse",     "Perform",   "Poll",    "Prepare",  "Print",
+    "Read",    "Receive", "Refuse",   "Release",   "Remove",    "Renew",   "Replace",  "Report",
+    "Require", "Reserve", "Resolve",  "Restrict",  "Retry",     "Run",     "Search",   "Send",
+    "Set",     "Shorten", "Show",     "Skip",      "Split",     "Spool",   "Start",    "Stop",
+    "Take",    "Throw",   "Tokenize", "Transcode", "Translate", "Trim",    "Try",      "Wait",
+    "Widen",   "Write"};
+
+// How predicates, conversions and handlers begin.
+const std::set<std::string> c_others = {
+    "Are",     "Begins", "Can",   "Carries", "Completes", "Connects", "Contains",
+    "Does",    "Ends",   "Finds", "Has",     "Is",        "Leads",    "Looks",
+    "Matches", "May",    "Names", "Needs",   "From",      "To",       "On"};
+
+// What programs call, by the names that they know.
+const std::set<std::string> c_exported = {"DllToolkitLoad", "DllToolkitUnload", "Failed",
+                                          "GetCodeLength",  "GetDataLength",    "MacInitCocoa"};
+
+// What the first group of `pattern` matches in the sources of the library and its tools.
+std::set<std::string> FindInSources(const std::string& pattern)
+{
+    const std::regex searched(pattern);
+    std::set<std::string> found;
+    for (const std::string folder : {"/sources/toolkit", "/tools"}) {
+        for (const auto& file : fs::recursive_directory_iterator(TOOLKIT_SOURCE_DIR + folder)) {
+            const fs::path extension = file.path().extension();
+            if (extension != ".cpp" && extension != ".h")
+                continue;
+            const std::string text = ReadWholeFile(file.path());
+            for (std::sregex_iterator match(text.begin(), text.end(), searched), end; match != end;
+                 ++match)
+                found.insert((*match)[1]);
+        }
+    }
+    return found;
+}
+
+bool StartsWithAVerb(const std::string& function)
+{
+    static const std::regex firstWord("^[A-Z][a-z0-9]*");
+    std::smatch found;
+    std::regex_search(function, found, firstWord);
+    const std::string word = found.str();
+    return c_verbs.count(word) + c_others.count(word) + c_exported.count(function) > 0;
+}
+
+// Finds the functions outside of classes: their declarations are not indented, and no class
+// precedes the name.
+TEST(FunctionNamesTest, StartsFunctionsWithAVerb)
+{
+    const std::set<std::string> functions =
+        FindInSources(R"(\n[A-Za-z_][\w:<>,*& \[\]]*[ *&]([A-Z][a-z]\w*)\()");
+    EXPECT_THAT(functions, IsSupersetOf({"EncodeUtf8", "MakeVisible", "DllToolkitLoad"}));
+
+    for (const std::string& function : functions)
+        EXPECT_TRUE(StartsWithAVerb(function)) << function;
+}
+
+TEST(FunctionNamesTest, NamesNoNamespaceLikeAClass)
+{
+    EXPECT_THAT(FindInSources(R"(\nnamespace ([\w:]+) \{)"),
+                UnorderedElementsAre("Base", "CLI", "Framework", "StreamResult", "Tool", "Toolkit",
+                                     "Toolkit::Base", "Toolkit::Framework", "Toolkit::Ipc",
+                                     "Toolkit::Pcre"));
+}
+
+} // namespace
+} // namespace Toolkit::TestSupport
