@@ -38,6 +38,7 @@ Text Options::GetValue(const Text& name, const Text& otherwise) const
 void Options::Parse(const std::vector<Text>& words)
 {
     std::vector<const wchar_t*> pointers;
+    pointers.reserve(words.size());
     for (const Text& word : words)
         pointers.push_back(word.c_str());
     CmdLineParser parser(static_cast<int>(pointers.size()), pointers.data());

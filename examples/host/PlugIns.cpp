@@ -73,7 +73,7 @@ Text PlugIns::LoadLibrary(const Text& path)
                              : L"it cannot be loaded: " + error;
     }
     const PlugIn* const plugIn = getPlugIn();
-    const Text fault = FindFault(plugIn);
+    Text fault = FindFault(plugIn);
     if (!fault.empty())
         return fault;
     TOOLKIT_LOG(SeverityInfo) << L"Plug-in " << plugIn->name << L": " << path

@@ -27,7 +27,7 @@ protected:
 
     std::string Pipe() const
     {
-        const std::string path = m_directory.Path() / "pipe";
+        std::string path = m_directory.Path() / "pipe";
         EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
         return path;
     }

@@ -10,7 +10,7 @@ using namespace Toolkit;
 
 namespace {
 
-constexpr std::size_t c_blockSize = 64 * 1024;
+constexpr std::size_t c_blockSize = std::size_t{64} * 1024;
 
 // Entries may have any bytes. A line that is not UTF-8 is read as ISO 8859-1; null bytes, which
 // would end the string, become spaces.

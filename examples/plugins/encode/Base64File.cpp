@@ -44,7 +44,7 @@ bool IsWhiteSpace(char character)
 std::string TakeGroups(std::string& digits)
 {
     const std::size_t length = digits.size() / 4 * 4;
-    const std::string groups = digits.substr(0, length);
+    std::string groups = digits.substr(0, length);
     digits.erase(0, length);
     return groups;
 }
