@@ -23,7 +23,7 @@ public:
         : m_name(std::move(name)), m_printer(printer)
     {
         m_followers.push_back(std::move(first));
-        // Their present contents are not printed.
+        // Only what is written from now on is printed.
         for (const LogFileEntry& file : known)
             Add(file, false);
     }

@@ -6,7 +6,7 @@
 namespace Tool {
 namespace {
 
-// The nearest directory above the path that exists; "/" in the end.
+// The nearest directory above the path that exists; "/" if there is no other.
 std::string FindExistingParent(std::string path)
 {
     struct stat status {};

@@ -7,7 +7,7 @@
 /// The log of the host.
 namespace HostLog {
 
-/// Installs a logger that writes to a file. An empty `name` stands for the application's unique
+/// Installs a logger that writes to a file. An empty `name` means the application's unique
 /// name, which no other user's host has; a host that runs beside another one adds to the name. The
 /// result is never null. ILogger owns it until another logger is set.
 const Toolkit::FileLogger* Start(Toolkit::LogSeverity level, Text name,

@@ -4,11 +4,11 @@
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/regExp/RegExp.h>
 
-/// A regular expression that is tried on many lines, and compiled once.
+/// A regular expression that is compiled once and tried on many lines.
 class LineSearch {
 public:
-    /// Throws a `smart_ptr<RegExpException>` when the pattern has a fault, as Matches() does when a
-    /// line is not UTF-8 or takes too many steps.
+    /// Throws a `smart_ptr<RegExpException>` when the pattern is invalid. Matches() throws one when
+    /// a line is not UTF-8 or takes too many steps.
     explicit LineSearch(const TString<wchar_t>& pattern)
         : m_pattern(pattern, Toolkit::RegExpOptions::None), m_match(new Toolkit::MatchResult())
     {

@@ -113,9 +113,9 @@ TEST_F(FileLoggerKillTest, LeavesWholePiecesInOrder)
         EXPECT_GE(text.size(), drained);
         const std::optional<std::string> rest = RestAfterWholePieces(text);
         ASSERT_TRUE(rest.has_value());
-        // Between two pages that one piece lies across the kernel may take the signal, which no
-        // order of writes can prevent: it did in about one of twenty-five logs of a writer that
-        // never rests, as here. Anywhere else a cut is a fault.
+        // The kernel may deliver the signal between two pages of one piece, which no order of
+        // writes can prevent: it did in about 1 of 25 logs of a writer that never rests, like this
+        // one. A cut anywhere else is a bug.
         if (!rest->empty()) {
             EXPECT_EQ(text.size() % pageSize, 0u);
             ++cuts;

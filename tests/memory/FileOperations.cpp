@@ -336,7 +336,7 @@ void SettingsAsked(Attempt& attempt)
     attempt.Always(!attempt.HasFailed() && isRight);
 }
 
-// Never takes the default for a value that does not fit into memory.
+// Never returns the default instead of a value that does not fit into memory.
 void SettingsGotten(Attempt& attempt)
 {
     const IniFile file(FilePath());

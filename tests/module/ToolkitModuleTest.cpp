@@ -196,8 +196,8 @@ TEST_F(ToolkitModuleTest, LeavesTheApplicationObjectToItsHost)
     EXPECT_EQ(result.errors, "");
 }
 
-// The logger leaves its place before it is destroyed, so its end shows together with the one
-// before. If it were the first of the two to go, the step "R" would show.
+// ILogger clears its pointer before it destroys the logger, so there is no step "L" after "LR". If
+// the logger were released before RestartManagment, there would be a step "R".
 TEST_F(ToolkitModuleTest, CreatesAndReleasesObjectsInTheirOrder)
 {
     const TestSupport::ProgramResult result =

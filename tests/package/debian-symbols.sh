@@ -1,6 +1,6 @@
 #!/bin/sh
 # Compares the symbols that the library exports with the symbols file of the Debian package.
-# --update writes the file anew.
+# --update rewrites the file.
 #
 # usage: debian-symbols.sh [--update] library symbols-file
 set -eu

@@ -68,7 +68,7 @@ TEST(RegExpReplaceTest, NeverReplacesAReplacement)
     ExpectReplacements({{"a", "aa", "aaa", "aaaaaa"}, {"ab", "b", "aab", "ab"}});
 }
 
-TEST(RegExpReplaceTest, TakesAReplacementAsItIs)
+TEST(RegExpReplaceTest, InsertsTheReplacementLiterally)
 {
     ExpectReplacements({{"(a)", "$1\\1\\0$&", "a", "$1\\1\\0$&"}});
 }
@@ -167,7 +167,7 @@ TEST(RegExpReplaceTest, ReplacesInLongTextsWhenTheReplacementDoesNotMatch)
     EXPECT_EQ(ReplaceAll("a", "bc", subject), expected);
 }
 
-TEST(RegExpReplaceTest, BeginsTheSearchAnewAfterSixteenBits)
+TEST(RegExpReplaceTest, WrapsTheSearchOffsetAroundAt16Bits)
 {
     const TString<char> subject = std::string(65534, '.') + "a" + std::string(10, '.') + "a";
 
@@ -175,17 +175,16 @@ TEST(RegExpReplaceTest, BeginsTheSearchAnewAfterSixteenBits)
               std::string(65534, '.') + "bb" + std::string(10, '.') + "bb");
 }
 
-TEST(RegExpReplaceTest, CanReplaceAReplacementAfterSixteenBits)
+TEST(RegExpReplaceTest, CanReplaceAReplacementWhenTheOffsetWrapsAround)
 {
     EXPECT_EQ(ReplaceAll("ab", "b", std::string(65534, '.') + "aab"),
               std::string(65534, '.') + "b");
-    // Removes one dot after the other, until the search continues at an offset that fits into 16
-    // bits.
+    // Removes dot by dot until the search continues at an offset that fits into 16 bits.
     EXPECT_EQ(ReplaceAll("\\.a", "a", std::string(65540, '.') + "a"),
               std::string(65534, '.') + "a");
 }
 
-TEST(RegExpReplaceTest, ThrowsWhenAnOffsetBeginsAnewInsideACharacter)
+TEST(RegExpReplaceTest, ThrowsWhenTheOffsetWrapsIntoACharacter)
 {
     std::string subject;
     for (int i = 0; i < 32769; ++i)

@@ -6,8 +6,8 @@ class wxZipInputStream;
 
 namespace Toolkit {
 
-// Reads a word or a line from an archive's entry as wxTextInputStream does when it is
-// made anew for every call, with the same result and the same state of the stream.
+// Reads a word or a line from an archive's entry like a wxTextInputStream that is constructed for
+// each call, with the same result and the same state of the stream.
 //
 // wxTextInputStream reads a byte at a time. These functions peek at the next bytes first. They use
 // wxTextInputStream for anything but plain UTF-8 (byte-order marks, null bytes, other encodings),

@@ -4,8 +4,8 @@
 
 namespace Toolkit::Base {
 
-/// Takes the lines of a text one after the other. A line ends at a line feed, a carriage return or
-/// both; the last one may have no line end.
+/// Splits a text into lines. A line ends with a line feed, a carriage return or both; the last line
+/// may have no line end.
 ///
 ///     for (Base::LineSplitter lines(text); lines.TakeLine();)
 ///         Use(lines.Line());
@@ -14,13 +14,13 @@ public:
     /// `text` must outlive the lines.
     explicit LineSplitter(std::string_view text);
 
-    /// Moves to the next line; the first call moves to the first line. False when there is none.
+    /// Moves to the next line, and to the first line in the first call. False after the last line.
     bool TakeLine();
 
     /// The line without its end.
     std::string_view Line() const { return m_line; }
 
-    /// The line feed, the carriage return or both after the line; empty after a last line without.
+    /// What ends the line: a line feed, a carriage return or both. Empty if a last line has no end.
     std::string_view LineEnd() const { return m_lineEnd; }
 
 private:

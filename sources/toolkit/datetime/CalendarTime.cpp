@@ -11,7 +11,7 @@ constexpr long long c_secondsPerMinute = 60;
 constexpr long long c_secondsPerHour = 60 * c_secondsPerMinute;
 constexpr long long c_secondsPerDay = 24 * c_secondsPerHour;
 
-// Larger than the offset of any zone. TZ takes offsets of up to 24:59:59.
+// Larger than the offset of any zone: TZ accepts offsets of up to 24:59:59.
 constexpr long long c_largestOffset = 25 * c_secondsPerHour;
 
 // After this many years the calendar repeats.
@@ -22,7 +22,7 @@ constexpr long long c_daysPerCycle = 146097;
 constexpr long long c_firstYear = -292275054;
 constexpr long long c_lastYear = 292278993;
 
-// The year of 1970 to 2369 that has the same calendar. std::chrono knows 65,535 years only.
+// The year between 1970 and 2369 with the same calendar. std::chrono supports only 65,535 years.
 std::chrono::year FindSimilarYear(long long year)
 {
     constexpr long long first = 1970;
@@ -41,7 +41,7 @@ long long CountDays(long long year, long long month, long long day)
     return first.time_since_epoch().count() + cycles * c_daysPerCycle + day - 1;
 }
 
-// The seconds that would be counted if there had never been a leap second.
+// Seconds since 1970 without leap seconds.
 long long CountPlainSeconds(const CalendarTime& time)
 {
     return CountDays(time.year, time.month, time.day) * c_secondsPerDay +
@@ -75,8 +75,8 @@ std::tm ToFields(const CalendarTime& time)
     return fields;
 }
 
-// Whether the zone counts no leap seconds. Those of TZ=right/... do: their minutes and seconds
-// differ from plain ones, because fewer than 3600 leap seconds have been inserted.
+// Whether the zone ignores leap seconds. Zones of TZ=right/... count them: their minutes and
+// seconds differ from plain ones, because there have been fewer than 3600 leap seconds.
 bool IsPlain(const std::tm& fields, long long seconds)
 {
     const long long fromFullHour =
@@ -92,7 +92,7 @@ int CountDaysInMonth(long long year, long long month)
     return static_cast<int>(static_cast<unsigned>(last.day()));
 }
 
-// Moves a date by days. They may be billions, so whole cycles are taken first.
+// Moves a date by days. There may be billions of them, so whole cycles go first.
 void MoveDays(CalendarTime& time, long long days)
 {
     using namespace std::chrono;
@@ -130,9 +130,8 @@ long long ToSecondsFromUtc(const CalendarTime& time)
 
 long long ToSecondsFromLocal(const CalendarTime& time)
 {
-    // ParseIso/tz:0: mktime() looks at the file of the zone on every call when TZ is not set, and
-    // takes 17 times as long. Without a change of the clock on that day, the difference to UTC is
-    // the answer.
+    // ParseIso/tz:0: without TZ, mktime() checks the zone file on every call and takes 17 times as
+    // long. When the clock does not change around that day, subtracting its offset is enough.
     const long long asUtc = CountPlainSeconds(time);
     const std::tm before = ToLocalFields(asUtc - c_largestOffset);
     const std::tm after = ToLocalFields(asUtc + c_largestOffset);

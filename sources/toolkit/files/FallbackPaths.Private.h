@@ -4,7 +4,7 @@
 
 namespace Toolkit {
 
-// The standard directories of the platform without wxStandardPaths, as the same texts.
+// The standard directories of the platform, equal to those of wxStandardPaths but found without it.
 //
 // `name` is what wxStandardPaths appends for the application: its name, after that of its vendor
 // where the application asks for it. It may be empty. `executable` is the path of its executable.

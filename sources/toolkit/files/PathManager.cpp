@@ -112,9 +112,9 @@ void PathManager::LocateApplication(const TString<wchar_t>& executable)
     }
     m_applicationPath = executable.substr(0, separator);
     m_applicationName = executable.substr(separator + 1);
-    const std::size_t point = m_applicationName.rfind(L'.');
-    if (point != std::wstring::npos)
-        m_applicationName.erase(point);
+    const std::size_t dot = m_applicationName.rfind(L'.');
+    if (dot != std::wstring::npos)
+        m_applicationName.erase(dot);
 }
 
 // Plain concatenation: a directory that ends in a separator gets a second one.

@@ -57,9 +57,9 @@ public:
     /// user: /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
     const TString<wchar_t>& GetApplicationUniqueName() const { return m_applicationUniqueName; }
 
-    /// The directory of the application's read-only data, queried anew on each call.
+    /// The directory of the application's read-only data, queried on each call.
     TString<wchar_t> GetDataDir() const;
-    /// The directory of the user's own data on this machine, queried anew on each call.
+    /// The directory of the user's own data on this machine, queried on each call.
     TString<wchar_t> GetUserLocalDataDir() const;
     /// Always "/tmp", whatever the environment says.
     TString<wchar_t> GetTempDir() const;

@@ -41,7 +41,7 @@ public:
 
     /// Writes all lines back to the file that was opened, in UTF-8 and with their line ends. False
     /// when no file is open, when it is a pipe or a device, and when anything cannot be written;
-    /// the file is as it was then. A file that was deleted meanwhile is created anew.
+    /// the file is as it was then. A file that was deleted meanwhile is created again.
     bool Write();
 
     /// Moves the cursor to the first line and returns it; empty when there is none.

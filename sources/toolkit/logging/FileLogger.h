@@ -26,9 +26,9 @@ class LogPieceQueue;
 /// The file is called after the logger, with the extension ".qvlog", and only its owner can read
 /// it. The process locks it. While another process has it locked, the logger waits up to 2 s with
 /// its text queued. When the file cannot be used, because it is still locked, belongs to another
-/// user, or is a link or a directory, a dash and a tick count are added to the name, anew every 10
-/// ms until a file can be opened. Two loggers of one process that have the same name overwrite each
-/// other's text.
+/// user, or is a link or a directory, a dash and a tick count are added to the name. A new tick
+/// count is tried every 10 ms until a file can be opened. Two loggers of one process that have the
+/// same name overwrite each other's text.
 ///
 /// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
 /// and what a killed process leaves.

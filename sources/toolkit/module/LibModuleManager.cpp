@@ -176,7 +176,7 @@ void LibModuleManager::Release(bool releaseFramework)
     thrown.Call([this]() TOOLKIT_REQUIRES(m_mutex) { ReleaseModules(); });
     if (releaseFramework) {
         Framework::DetachForwarder();
-        // wxWidgets stays started for whoever else has started it.
+        // wxWidgets keeps running if something else has started it.
         if (m_frameworkStarts > 0) {
             --m_frameworkStarts;
             Framework::Stop();

@@ -13,7 +13,7 @@ std::string TranslateToPcre2(std::string pattern);
 /// optimisation. A pattern can ask for them itself.
 constexpr int c_settingOptions = 0x05F00000;
 
-/// Whether the numbers in `options` stand for a newline and for a kind of line break.
+/// Whether the numbers in `options` name a newline and a kind of line break.
 bool AreNewlinesKnown(int options);
 
 /// `pattern` with what `options` asks for, after its own settings, which it overrides.

@@ -30,7 +30,7 @@ struct TOOLKIT_API RegExpOptions {
 /// is not UTF-8, and a search that takes too many steps, or more stack or memory than there is.
 /// Only copying an object throws `std::bad_alloc`. Nothing is logged.
 ///
-/// Steps are counted from each start position anew, up to 10 million, some hundred milliseconds.
+/// Each start position allows 10 million steps, which take some hundred milliseconds.
 /// The whole call has no bound of its own: `\s+[bc]` takes minutes on 200,000 spaces, since it
 /// reads the rest of them from each. Limit the length of the subject when the pattern or the
 /// subject is not trusted.

@@ -4,14 +4,14 @@
 
 namespace Toolkit {
 
-// What one search may use, with either engine.
+// The limits of one search, the same for both engines.
 
-/// The most steps from one start position. The count begins anew at the next position. Some hundred
+/// Steps from one start position; the next position starts at 0 again. They take some hundred
 /// milliseconds.
 constexpr unsigned int c_searchSteps = 10'000'000;
 
-/// The most memory for backtracking: on the stack in PCRE 1, which often has less left, and on the
-/// heap in PCRE 2.
+/// Bytes for backtracking: on the stack in PCRE 1, where often less is left, and on the heap in
+/// PCRE 2.
 constexpr std::size_t c_searchMemory = std::size_t{64} * 1024 * 1024;
 
 } // namespace Toolkit

@@ -1,4 +1,4 @@
-// A plug-in of another version of the interface: what follows the version means nothing.
+// A plug-in for another version of the interface: only the version may be read.
 
 #include "PlugIn.h"
 
