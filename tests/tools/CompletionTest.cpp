@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <unistd.h>
 
@@ -32,11 +34,11 @@ std::vector<std::string> LinesOf(const std::string& text)
 
 class CompletionTest : public ToolFixture {
 protected:
-    // What bash offers for the last of `words`.
-    static std::vector<std::string> InBash(const std::string& words)
+    // What bash offers for the last of `words` in the directory of the test.
+    std::vector<std::string> InBash(const std::string& words) const
     {
-        const std::string script = "source " + c_completions + "toolkit.bash\nCOMP_WORDS=(" +
-                                   words +
+        const std::string script = "source " + c_completions + "toolkit.bash\ncd '" +
+                                   m_directory.Path().native() + "'\nCOMP_WORDS=(" + words +
                                    ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_toolkit\n"
                                    "printf '%s\\n' \"${COMPREPLY[@]}\"\n";
         const ProgramResult result = RunProgram("/bin/bash", {"-c", script});
@@ -45,10 +47,10 @@ protected:
     }
 
     // The same in fish.
-    static std::vector<std::string> InFish(const std::string& line)
+    std::vector<std::string> InFish(const std::string& line) const
     {
-        const std::string script =
-            "source " + c_completions + "toolkit.fish; complete -C '" + line + "'";
+        const std::string script = "source " + c_completions + "toolkit.fish; cd '" +
+                                   m_directory.Path().native() + "'; complete -C '" + line + "'";
         const ProgramResult result = RunProgram("/usr/bin/fish", {"-N", "-c", script});
         EXPECT_EQ(result.errors, "");
         return LinesOf(result.output);
@@ -61,6 +63,18 @@ protected:
                                    "words=(" +
                                    words + "); CURRENT=${#words}\nsource " + c_completions +
                                    "_toolkit";
+        const ProgramResult result = RunProgram("/usr/bin/zsh", {"-f", "-c", script});
+        EXPECT_EQ(result.errors, "");
+        return result.output;
+    }
+
+    // The names of logs that the function for zsh passes on.
+    std::string FindLogsInZsh() const
+    {
+        const std::string script =
+            "compadd() { print -l -- ${(P)2} }; _files() { }; _arguments() { }\ncd '" +
+            m_directory.Path().native() + "'\nwords=(toolkit log ''); CURRENT=3\nsource " +
+            c_completions + "_toolkit\n_toolkit_logs";
         const ProgramResult result = RunProgram("/usr/bin/zsh", {"-f", "-c", script});
         EXPECT_EQ(result.errors, "");
         return result.output;
@@ -99,6 +113,89 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
     EXPECT_THAT(InZsh("toolkit zip extract ''"),
                 AllOf(HasSubstr("--limit["), HasSubstr("--type[")));
     EXPECT_THAT(InZsh("toolkit log ''"), HasSubstr("--severity["));
+}
+
+// An entry of /tmp, where any user may choose names, removed with the object.
+class NameInTmp {
+public:
+    explicit NameInTmp(const std::string& ending)
+        : m_name("toolkit-completion-" + std::to_string(::getpid()) + ending)
+    {
+    }
+
+    ~NameInTmp() { std::filesystem::remove(Path()); }
+
+    NameInTmp(const NameInTmp&) = delete;
+    NameInTmp& operator=(const NameInTmp&) = delete;
+
+    const std::string& Name() const { return m_name; }
+
+    std::filesystem::path Path() const { return "/tmp/" + m_name + ".qvlog"; }
+
+    void Write() const { std::ofstream(Path()) << "1 2 : 3 : F : text\n"; }
+
+private:
+    std::string m_name;
+};
+
+TEST_F(CompletionTest, OffersTheNameOfALogInBash)
+{
+    const NameInTmp log("plain");
+    log.Write();
+
+    EXPECT_THAT(InBash("toolkit log toolkit-comp"), Contains(log.Name()));
+    EXPECT_THAT(InBash("toolkit log --json ''"), Contains(log.Name()));
+}
+
+TEST_F(CompletionTest, RunsNoCommandFromTheNameOfALogInBash)
+{
+    const NameInTmp log("$(touch ran)`touch ran`");
+    log.Write();
+
+    const std::string quoted =
+        log.Name().substr(0, log.Name().find('$')) + "\\$\\(touch\\ ran\\)\\`touch\\ ran\\`";
+    EXPECT_THAT(InBash("toolkit log ''"), Contains(quoted));
+    EXPECT_FALSE(std::filesystem::exists(PathOf("ran")));
+}
+
+TEST_F(CompletionTest, QuotesASpaceInTheNameOfALogInBash)
+{
+    const NameInTmp log(" two words");
+    log.Write();
+
+    const std::string quoted = log.Name().substr(0, log.Name().find(' ')) + "\\ two\\ words";
+    EXPECT_THAT(InBash("toolkit log toolkit-comp"), Contains(quoted));
+    EXPECT_THAT(InBash("toolkit log '" + quoted.substr(0, quoted.size() - 2) + "'"),
+                Contains(quoted));
+}
+
+// Another user may have made the link.
+TEST_F(CompletionTest, OffersNoLinkToAFileOfTheUser)
+{
+    const NameInTmp link("link");
+    std::filesystem::create_symlink(Write(L"own.qvlog", "text"), link.Path());
+
+    EXPECT_THAT(InBash("toolkit log ''"), Not(Contains(link.Name())));
+    if (HasProgram("fish")) {
+        EXPECT_THAT(InFish("toolkit log "), Not(Contains(link.Name())));
+    }
+    if (HasProgram("zsh")) {
+        EXPECT_THAT(FindLogsInZsh(), Not(HasSubstr(link.Name())));
+    }
+}
+
+TEST_F(CompletionTest, RunsNoCommandFromTheNameOfALogInOtherShells)
+{
+    const NameInTmp log("$(touch ran)(touch ran)");
+    log.Write();
+
+    if (HasProgram("fish")) {
+        EXPECT_THAT(InFish("toolkit log "), Contains(log.Name()));
+    }
+    if (HasProgram("zsh")) {
+        EXPECT_THAT(FindLogsInZsh(), HasSubstr(log.Name()));
+    }
+    EXPECT_FALSE(std::filesystem::exists(PathOf("ran")));
 }
 
 // The option's long name at the beginning of each line of the usage.

@@ -1,11 +1,16 @@
 # bash completion for toolkit
 
-# The names of the loggers whose files are in /tmp.
-_toolkit_loggers()
+# Adds the names of the loggers whose files are in /tmp and that begin with $1. Any user may choose a
+# name there, so the shell must not expand it: it is added quoted.
+_toolkit_add_loggers()
 {
-    local file
+    local file name quoted
     for file in /tmp/*.qvlog; do
-        [ -O "$file" ] && basename "$file" .qvlog
+        [[ -O $file && -f $file && ! -L $file ]] || continue
+        name=${file##*/}
+        name=${name%.qvlog}
+        printf -v quoted %q "$name"
+        [[ $name == "$1"* || $quoted == "$1"* ]] && COMPREPLY+=("$quoted")
     done
 }
 
@@ -27,7 +32,6 @@ _toolkit_words()
 {
     case $1 in
     "") echo "log ini zip ipc paths about" ;;
-    log) _toolkit_loggers ;;
     ini) echo "list get check" ;;
     zip) echo "list cat search extract" ;;
     ipc) echo "send listen list" ;;
@@ -54,8 +58,10 @@ _toolkit()
         esac
         ;;
     esac
-    # Without a word that fits, files are completed.
+    # compgen expands its words: only fixed ones may be there.
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+    # Without a word that fits, files are completed.
+    [ -n "$words" ] || [ "$command" != log ] || _toolkit_add_loggers "$current"
 }
 
 complete -o default -F _toolkit toolkit

@@ -13,10 +13,10 @@ function __toolkit_in
     test (count $words) -ge $last; and test "$words[2..$last]" = "$argv"
 end
 
-# The names of the loggers whose files are in /tmp.
+# The names of the loggers whose files are in /tmp. A link may be another user's.
 function __toolkit_loggers
     for file in /tmp/*.qvlog
-        test -O $file; and string replace -r '.*/(.*)\.qvlog$' '$1' $file
+        test -O $file; and not test -L $file; and string replace -r '.*/(.*)\.qvlog$' '$1' $file
     end
 end
 
