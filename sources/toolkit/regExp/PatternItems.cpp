@@ -21,6 +21,18 @@ std::size_t MeasureEscape(const char* text)
     return text[1] == '\0' || std::strchr("QEc", text[1]) ? 0 : 2;
 }
 
+std::size_t MeasureSet(const char* text)
+{
+    if (text[0] == '[')
+        return MeasureNamedClass(text);
+    if (text[0] != '\\' || text[1] == '\0' || !std::strchr("dDhHpPsSvVwW", text[1]))
+        return 0;
+    if (text[1] != 'p' && text[1] != 'P')
+        return 2;
+    const char* const close = text[2] == '{' ? std::strchr(text, '}') : text + 2;
+    return close && *close ? static_cast<std::size_t>(close - text) + 1 : 0;
+}
+
 std::size_t MeasureClass(const char* text)
 {
     std::size_t length = text[1] == '^' ? 2 : 1;

@@ -25,7 +25,7 @@ public:
     /// How many pairs of offsets a search has room for.
     static constexpr int c_pairCount = 20;
 
-    explicit Pcre2Pattern(std::string pattern);
+    explicit Pcre2Pattern(const std::string& pattern);
 
     /// Returns 0, or the engine's error, which is PCRE2_ERROR_PARENTHESES_STACK_CHECK where the
     /// stack does not suffice. Compile() may be called again then.

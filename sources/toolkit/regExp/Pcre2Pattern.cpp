@@ -100,7 +100,7 @@ Pcre2Pattern::CodeOwner CompileText(const std::string& pattern, int& error, int&
 
 } // namespace
 
-Pcre2Pattern::Pcre2Pattern(std::string pattern) : m_pattern(TranslateToPcre2(std::move(pattern))) {}
+Pcre2Pattern::Pcre2Pattern(const std::string& pattern) : m_pattern(TranslateToPcre2(pattern)) {}
 
 int Pcre2Pattern::Compile()
 {

@@ -6,8 +6,8 @@ namespace Toolkit {
 
 // Where PCRE 2 needs another pattern than PCRE 1 for the same matches.
 
-/// `pattern` with the setting (*UTF8), which PCRE 2 does not know, as (*UTF).
-std::string TranslateToPcre2(std::string pattern);
+/// `pattern` as PCRE 2 knows it: the setting (*UTF8) as (*UTF), the class "[\w-.]" as "[\w\-.]".
+std::string TranslateToPcre2(const std::string& pattern);
 
 /// Options that pcre_exec() has and pcre2_match() lacks: newlines, line breaks, no start
 /// optimisation. A pattern can ask for them itself.

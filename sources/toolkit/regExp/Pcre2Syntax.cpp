@@ -1,3 +1,4 @@
+#include "toolkit/regExp/PatternItems.Private.h"
 #include "toolkit/regExp/Pcre2Syntax.Private.h"
 
 #include <algorithm>
@@ -65,14 +66,7 @@ std::size_t FindEndOfSettings(std::string_view pattern)
     return end;
 }
 
-} // namespace
-
-bool AreNewlinesKnown(int options)
-{
-    return (options & c_newlineMask) <= c_lastNewline && (options & c_breakMask) != c_breakMask;
-}
-
-std::string TranslateToPcre2(std::string pattern)
+std::string TranslateSettings(std::string pattern)
 {
     if (pattern.compare(0, 2, "(*") != 0)
         return pattern;
@@ -81,6 +75,40 @@ std::string TranslateToPcre2(std::string pattern)
          at = pattern.find(old))
         pattern.replace(at, old.size(), "(*UTF)");
     return pattern;
+}
+
+// Escapes the hyphens after sets. In a class, as in "[\w-.]", PCRE 1 takes such a hyphen
+// literally, and PCRE 2 refuses it. Elsewhere the escape changes nothing.
+std::string EscapeHyphens(std::string pattern)
+{
+    if (pattern.find('-') == std::string::npos)
+        return pattern;
+    std::string escaped;
+    const char* rest = pattern.c_str();
+    while (*rest) {
+        const std::size_t set = MeasureSet(rest);
+        const std::size_t length = set > 0 ? set : *rest == '\\' ? MeasureEscape(rest) : 1;
+        // After \Q nothing has a meaning.
+        if (length == 0)
+            break;
+        escaped.append(rest, length);
+        rest += length;
+        if (set > 0 && *rest == '-')
+            escaped += '\\';
+    }
+    return escaped + rest;
+}
+
+} // namespace
+
+bool AreNewlinesKnown(int options)
+{
+    return (options & c_newlineMask) <= c_lastNewline && (options & c_breakMask) != c_breakMask;
+}
+
+std::string TranslateToPcre2(const std::string& pattern)
+{
+    return EscapeHyphens(TranslateSettings(pattern));
 }
 
 std::string AddPatternSettings(std::string pattern, int options)
