@@ -77,7 +77,7 @@ const IniSection::WideEntries& IniSection::Widen() const
         Base::AppendDecodedUtf8(wide->list[i].value, value.data(), value.size());
     }
     const WideEntries* published = nullptr;
-    if (!m_wide.compare_exchange_strong(published, wide.get(), std::memory_order_acq_rel,
+    if (!m_wide.compare_exchange_strong(published, wide.get(), std::memory_order_release,
                                         std::memory_order_acquire))
         return *published;
     return *wide.release();

@@ -158,10 +158,12 @@ public:
     void ReleaseRef()
     {
         smart_ptr_inner_data<Policy>* const data = m_data;
-        // Release: what this thread did with the object comes before its end. Acquire: what the
-        // other threads did, each before its own drop, comes before its end as well.
-        if (data->count.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        // Release: what this thread did with the object comes before the object's end.
+        if (data->count.fetch_sub(1, std::memory_order_release) != 1)
             return;
+        // Acquire pairs with the release of every other thread's drop, since all of them led to
+        // this count: what those threads did with the object comes before its end as well.
+        static_cast<void>(data->count.load(std::memory_order_acquire));
         // Relaxed: no other thread has a pointer to the block any more.
         data->count.store(data->c_released, std::memory_order_relaxed);
         data->policy.Release(m_object);

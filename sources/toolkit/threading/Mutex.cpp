@@ -54,7 +54,8 @@ CountedMutex* MutexInternal::MakeOnFirstUse()
     return Base::TryOr(nullptr, [this]() -> CountedMutex* {
         auto made = std::make_unique<CountedMutex>();
         CountedMutex* first = nullptr;
-        if (m_mutex.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
+        if (m_mutex.compare_exchange_strong(first, made.get(), std::memory_order_release,
+                                            std::memory_order_acquire))
             return made.release();
         return first;
     });
@@ -62,7 +63,8 @@ CountedMutex* MutexInternal::MakeOnFirstUse()
 
 bool MutexInternal::Lock(unsigned int timeoutMs)
 {
-    // Acquire pairs with the exchange above: the thread that finds a mutex finds it constructed.
+    // Acquire pairs with the release of the exchange above: the thread that finds a mutex, here or
+    // there, finds it constructed.
     CountedMutex* mutex = m_mutex.load(std::memory_order_acquire);
     if (!mutex)
         mutex = MakeOnFirstUse();
