@@ -30,7 +30,7 @@ bool AppendToken(Text& line, const Text& token)
     return true;
 }
 
-Text CommandWord(const Text& line)
+Text GetCommandWord(const Text& line)
 {
     std::vector<Text> tokens;
     CmdLineParser::Tokenize(line, tokens);

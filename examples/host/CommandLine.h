@@ -11,7 +11,7 @@
 bool AppendToken(Text& line, const Text& token);
 
 /// The first word of a line; empty if the line begins with an option.
-Text CommandWord(const Text& line);
+Text GetCommandWord(const Text& line);
 
 /// The options of a command line: the command's own, and "-out", the file for the result, and
 /// "-from", the directory in which the line was typed, which every command has.

@@ -16,7 +16,7 @@ constexpr unsigned int c_progressMs = 200;
 // For a word that is no command.
 constexpr HostPlugIn::Command c_noCommand{};
 
-Text Number(unsigned long long value)
+Text ToText(unsigned long long value)
 {
     return StringConvert::UStringFromUInt64(value);
 }
@@ -41,15 +41,15 @@ void CommandOperation::Perform()
         m_result.Discard();
     }
     m_outcome = HasSucceeded()
-                    ? L"done in " + Number(GetTickCount() - beginTicks) + L" ms, " +
-                          Number(m_result.GetSize()) + L" bytes in " + m_options.GetValue(L"out")
+                    ? L"done in " + ToText(GetTickCount() - beginTicks) + L" ms, " +
+                          ToText(m_result.GetSize()) + L" bytes in " + m_options.GetValue(L"out")
                     : L"failed: " + m_failure;
     SendOperationEnded();
 }
 
 Text CommandOperation::GetTitle() const
 {
-    return Number(GetOperationId()) + L" " + CommandWord(m_line);
+    return ToText(GetOperationId()) + L" " + GetCommandWord(m_line);
 }
 
 bool CommandOperation::Work()
@@ -102,16 +102,16 @@ bool CommandOperation::Progress(unsigned long long done, unsigned long long tota
     const unsigned int ticks = GetLastOperationDate();
     if (ticks - m_lastShownTicks >= c_progressMs || done == total) {
         m_lastShownTicks = ticks;
-        Terminal::ShowProgress(GetTitle(), done, total, unit);
+        ShowProgress(GetTitle(), done, total, unit);
     }
     return true;
 }
 
 void CommandOperation::Warn(const Text& message) noexcept
 {
-    const Text visible = VisibleText(GetTitle() + L": " + message);
+    const Text visible = MakeVisible(GetTitle() + L": " + message);
     TOOLKIT_LOG(SeverityWarning) << visible << ILogger::c_strLogToken3;
-    Terminal::Complain(visible);
+    Complain(visible);
 }
 
 bool CommandOperation::Fail(const Text& message) noexcept

@@ -27,18 +27,18 @@ public:
 
     void OnOperationStarted() override
     {
-        Terminal::Print(m_operation.GetTitle() + L": started");
-        TOOLKIT_LOG(SeverityInfo) << VisibleText(m_operation.GetTitle() + L": started by " +
+        Print(m_operation.GetTitle() + L": started");
+        TOOLKIT_LOG(SeverityInfo) << MakeVisible(m_operation.GetTitle() + L": started by " +
                                                  m_operation.GetLine())
                                   << ILogger::c_strLogToken3;
     }
 
     void OnOperationEnded() override
     {
-        const Text message = VisibleText(m_operation.GetTitle() + L": " + m_operation.GetOutcome());
+        const Text message = MakeVisible(m_operation.GetTitle() + L": " + m_operation.GetOutcome());
         TOOLKIT_LOG(m_operation.HasSucceeded() ? SeverityInfo : SeverityError)
             << message << ILogger::c_strLogToken3;
-        Terminal::Print(message);
+        Print(message);
     }
 
 private:
@@ -107,7 +107,7 @@ public:
     {
         constexpr int graceMs = 200;
 
-        Directory::RemoveFile(HandOver::ServicePath());
+        Directory::RemoveFile(GetServicePath());
         StartOnce(graceMs);
     }
 
@@ -140,14 +140,13 @@ CommandServer::~CommandServer() = default;
 CommandServer::End CommandServer::Run()
 {
     const StopSignals signals([this] { Cancel(); });
-    IPCServer server(HandOver::ServicePath());
+    IPCServer server(GetServicePath());
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
     if (!server.Run())
         return End::NotServed;
 
-    Terminal::Print(L"Serving at " + HandOver::ServicePath());
-    TOOLKIT_LOG(SeverityInfo) << L"Serving at " << HandOver::ServicePath()
-                              << ILogger::c_strLogToken3;
+    Print(L"Serving at " + GetServicePath());
+    TOOLKIT_LOG(SeverityInfo) << L"Serving at " << GetServicePath() << ILogger::c_strLogToken3;
     wxAppConsole::GetInstance()->MainLoop();
     return m_end;
 }
@@ -158,13 +157,13 @@ void CommandServer::Receive(const Text& line)
     constexpr std::size_t longestLine = 1 << 20;
 
     if (line.size() > longestLine)
-        Terminal::Fail(L"A command must not be longer than 1 Mi characters");
-    else if (line == HandOver::c_quit)
+        Fail(L"A command must not be longer than 1 Mi characters");
+    else if (line == c_quit)
         Stop(End::Quit);
-    else if (line == HandOver::c_restart)
+    else if (line == c_restart)
         Stop(End::Restart);
-    else if (line == HandOver::c_serve)
-        Terminal::Print(L"Already serving");
+    else if (line == c_serve)
+        Print(L"Already serving");
     else
         m_waitingLines.push_back(line);
     Work();
@@ -179,7 +178,7 @@ void CommandServer::Stop(End end)
 
 void CommandServer::Cancel()
 {
-    Terminal::Print(L"Stopping; another signal ends the host at once");
+    Print(L"Stopping; another signal ends the host at once");
     m_isCancelled = true;
     m_deadline = std::make_unique<Deadline>(*this);
     Stop(End::Quit);
@@ -198,11 +197,11 @@ void CommandServer::Work()
     }
     const Text line = m_waitingLines.front();
     m_waitingLines.pop_front();
-    m_worker =
-        std::make_unique<CommandWorker>(++m_lastId, line, m_plugIns.FindCommand(CommandWord(line)),
-                                        m_isCancelled, [this] { OnCommandEnded(); });
+    m_worker = std::make_unique<CommandWorker>(++m_lastId, line,
+                                               m_plugIns.FindCommand(GetCommandWord(line)),
+                                               m_isCancelled, [this] { OnCommandEnded(); });
     if (!m_worker->Run()) {
-        Terminal::Fail(L"No thread can be started for: " + line);
+        Fail(L"No thread can be started for: " + line);
         wxAppConsole::GetInstance()->CallAfter([this] { OnCommandEnded(); });
     }
 }
@@ -219,7 +218,7 @@ void CommandServer::EndWithoutCommand()
 {
     CommandOperation& operation = m_worker->GetOperation();
     operation.Abandon();
-    Terminal::Fail(operation.GetTitle() + L": does not stop; the host ends without it");
+    Fail(operation.GetTitle() + L": does not stop; the host ends without it");
     ILogger::SetLogger(smart_ptr<ILogger>());
     std::_Exit(EXIT_FAILURE);
 }

@@ -7,7 +7,6 @@
 #include "Terminal.h"
 
 using namespace Toolkit;
-using Terminal::PrintRow;
 
 namespace {
 

@@ -8,11 +8,11 @@
 
 using namespace Toolkit;
 
-const wchar_t* const HandOver::c_serve = L"-serve";
-const wchar_t* const HandOver::c_quit = L"-quit";
-const wchar_t* const HandOver::c_restart = L"-restart";
+const wchar_t* const c_serve = L"-serve";
+const wchar_t* const c_quit = L"-quit";
+const wchar_t* const c_restart = L"-restart";
 
-Text HandOver::ServicePath()
+Text GetServicePath()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     Text path;
@@ -20,21 +20,21 @@ Text HandOver::ServicePath()
     return path;
 }
 
-HandOver::Role HandOver::Send(const Text& line)
+HandOverRole SendToServingHost(const Text& line)
 {
     constexpr unsigned int limitMs = 15'000;
     constexpr unsigned int pauseMs = 50;
 
     const unsigned int beginTicks = GetTickCount();
-    while (!IPCClient::Connect(ServicePath(), line)) {
+    while (!IPCClient::Connect(GetServicePath(), line)) {
         if (!SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
-            return Role::First;
+            return HandOverRole::First;
         if (GetTickCount() - beginTicks > limitMs)
-            return Role::NotServed;
+            return HandOverRole::NotServed;
         Thread::Sleep(pauseMs);
         // An object keeps the state that it read when it was created.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }
-    return Role::HandedOver;
+    return HandOverRole::HandedOver;
 }

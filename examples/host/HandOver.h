@@ -2,8 +2,7 @@
 
 #include "Terminal.h"
 
-/// How a start of the host finds the serving host and sends it a line.
-namespace HandOver {
+// How a start of the host finds the serving host and sends it a line.
 
 /// Lines that are not commands.
 extern const wchar_t* const c_serve;
@@ -11,10 +10,10 @@ extern const wchar_t* const c_quit;
 extern const wchar_t* const c_restart;
 
 /// The socket of the serving host: the same for all starts of one program by one user.
-Text ServicePath();
+Text GetServicePath();
 
 /// The result of a start of the host.
-enum class Role {
+enum class HandOverRole {
     First,      ///< No other one is known to run.
     HandedOver, ///< Another one serves and has received the line.
     NotServed   ///< Another one runs, and has not taken the line within 15 seconds.
@@ -25,6 +24,4 @@ enum class Role {
 ///
 /// A host that answers counts even if the single-instance lock is free: nobody can take that lock
 /// in a read-only home directory.
-Role Send(const Text& line);
-
-} // namespace HandOver
+HandOverRole SendToServingHost(const Text& line);

@@ -25,9 +25,6 @@
 #include "Usage.h"
 
 using namespace Toolkit;
-using Terminal::Fail;
-using Terminal::Print;
-using Terminal::PrintRow;
 
 namespace {
 
@@ -54,7 +51,7 @@ private:
     std::unique_ptr<WxLogForwarder> m_forwarder;
 };
 
-Text DefaultSettingsPath()
+Text MakeDefaultSettingsPath()
 {
     Text path;
     PathManager::AppendPath(path, PathManager::GetInstance()->GetConfigurationPath(), L"host.ini");
@@ -62,7 +59,7 @@ Text DefaultSettingsPath()
 }
 
 // A relative name in the settings means a file beside them.
-Text PathBesideSettings(const Text& settingsPath, const Text& name)
+Text FindBesideSettings(const Text& settingsPath, const Text& name)
 {
     if (name.substr(0, 1) == PathManager::GetInstance()->GetPathSeparator())
         return name;
@@ -81,12 +78,12 @@ bool ParseLevel(const Text& text, LogSeverity& level)
     return true;
 }
 
-Text PlugInsFolder(const Options& options, const IniFile& settings, const Text& settingsPath)
+Text FindPlugInsFolder(const Options& options, const IniFile& settings, const Text& settingsPath)
 {
     const Text folder = settings.GetValue(L"PlugIns", L"folder", Text::Empty());
     return options.GetValue(L"plugins", folder.empty()
                                             ? PathManager::GetInstance()->GetPluginsPath()
-                                            : PathBesideSettings(settingsPath, folder));
+                                            : FindBesideSettings(settingsPath, folder));
 }
 
 void PrintCommands(const PlugIns& plugIns)
@@ -120,29 +117,29 @@ int SearchText(const Options& options, const IniFile& settings, const Text& sett
     if (textName.empty())
         return Fail(L"The settings name no text: [Text] file is missing in " + settingsPath);
     const Text wanted = settings.GetValue(L"Text", L"find", Text::Empty());
-    return Search(PathBesideSettings(settingsPath, textName), options.GetValue(L"find", wanted),
+    return Search(FindBesideSettings(settingsPath, textName), options.GetValue(L"find", wanted),
                   options.IsDefined(L"quiet"));
 }
 
 int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
 {
     if (isRestart)
-        Restart::Finish();
+        FinishRestart();
     switch (CommandServer(plugIns).Run()) {
     case CommandServer::End::Quit:
         return EXIT_SUCCESS;
     case CommandServer::End::Restart:
-        return Restart::Begin(startLine) ? EXIT_SUCCESS : Fail(L"The host cannot be restarted.");
+        return BeginRestart(startLine) ? EXIT_SUCCESS : Fail(L"The host cannot be restarted.");
     case CommandServer::End::NotServed:
         break;
     }
-    return Fail(L"Cannot accept commands at " + HandOver::ServicePath());
+    return Fail(L"Cannot accept commands at " + GetServicePath());
 }
 
 // Carries out the host's own options. `startLine` is empty unless the host serves.
 int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
 {
-    const Text settingsPath = options.GetValue(L"config", DefaultSettingsPath());
+    const Text settingsPath = options.GetValue(L"config", MakeDefaultSettingsPath());
     const IniFile settings(settingsPath);
     if (!settings.IsLoaded())
         return Fail(L"Cannot read the settings: " + settingsPath);
@@ -152,18 +149,17 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
     if (!ParseLevel(levelText, level))
         return Fail(L"The log level is a number from 0 to 4, not: " + levelText);
 
-    const FileLogger* const log =
-        HostLog::Start(level, settings.GetValue(L"Log", L"name", Text::Empty()),
-                       settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
+    const FileLogger* const log = StartLog(level, settings.GetValue(L"Log", L"name", Text::Empty()),
+                                           settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
     TOOLKIT_LOG(SeverityInfo) << L"Settings read: " << settingsPath << ILogger::c_strLogToken3;
     wxLogMessage("Process %lu of the user %s", wxGetProcessId(), wxGetUserId());
-    plugIns.Load(PlugInsFolder(options, settings, settingsPath));
+    plugIns.Load(FindPlugInsFolder(options, settings, settingsPath));
 
     if (!options.IsDefined(L"quiet")) {
         PrintPaths();
         PrintSystem();
         PrintRow(L"Settings", settingsPath);
-        PrintRow(L"Log", HostLog::DescribePath(*log));
+        PrintRow(L"Log", DescribeLogPath(*log));
         PrintCommands(plugIns);
     }
     return startLine.empty() ? SearchText(options, settings, settingsPath)
@@ -171,15 +167,15 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
 }
 
 // Reports whether a line was sent. The serving host reports the outcome.
-int Report(HandOver::Role role)
+int Report(HandOverRole role)
 {
     switch (role) {
-    case HandOver::Role::HandedOver:
+    case HandOverRole::HandedOver:
         Print(L"Handed over to the serving host.");
         return EXIT_SUCCESS;
-    case HandOver::Role::First:
+    case HandOverRole::First:
         return Fail(L"No host is serving. Start one with -serve.");
-    case HandOver::Role::NotServed:
+    case HandOverRole::NotServed:
         break;
     }
     return Fail(L"Another host is running and does not accept commands.");
@@ -195,8 +191,8 @@ int HandOverCommand(Text line)
         return Fail(L"The working directory cannot be handed over.");
     const Text fault = CommandLine(HostPlugIn::Command{}, line).GetFault();
     if (!fault.empty())
-        return Usage::Complain(L"The command cannot be handed over: " + fault);
-    return Report(HandOver::Send(line));
+        return ComplainWithUsage(L"The command cannot be handed over: " + fault);
+    return Report(SendToServingHost(line));
 }
 
 std::vector<Text> SplitLine(const Text& line)
@@ -208,20 +204,20 @@ std::vector<Text> SplitLine(const Text& line)
 
 int StartServer(const Text& line, PlugIns& plugIns)
 {
-    const HandOver::Role role = HandOver::Send(HandOver::c_serve);
-    return role == HandOver::Role::First ? Run(Options(SplitLine(line)), plugIns, line)
-                                         : Report(role);
+    const HandOverRole role = SendToServingHost(c_serve);
+    return role == HandOverRole::First ? Run(Options(SplitLine(line)), plugIns, line)
+                                       : Report(role);
 }
 
 // Runs twice. The user's start sends the line to the serving host, which starts another host with
 // the same option. That one finds no serving host, and takes over when the first one has ended.
 int StartAnew(PlugIns& plugIns)
 {
-    const HandOver::Role role = HandOver::Send(HandOver::c_restart);
-    if (role != HandOver::Role::First)
+    const HandOverRole role = SendToServingHost(c_restart);
+    if (role != HandOverRole::First)
         return Report(role);
-    const Text line = Restart::KeptLine();
-    return Run(Options(SplitLine(line + L" " + HandOver::c_restart)), plugIns, line);
+    const Text line = ReadKeptLine();
+    return Run(Options(SplitLine(line + L" " + c_restart)), plugIns, line);
 }
 
 // Starts in the mode that the words select; `line` contains the same words.
@@ -230,7 +226,7 @@ int StartAs(const Options& options, const Text& line, PlugIns& plugIns)
     if (options.IsDefined(L"serve"))
         return StartServer(line, plugIns);
     if (options.IsDefined(L"quit"))
-        return Report(HandOver::Send(HandOver::c_quit));
+        return Report(SendToServingHost(c_quit));
     if (options.IsDefined(L"restart"))
         return StartAnew(plugIns);
     return Run(options, plugIns, Text());
@@ -243,14 +239,14 @@ int Start(const std::vector<Text>& words, PlugIns& plugIns)
     for (const Text& word : words)
         isWhole = AppendToken(line, word) && isWhole;
 
-    const bool isCommand = !CommandWord(line).empty();
+    const bool isCommand = !GetCommandWord(line).empty();
     const Options options(isCommand ? std::vector<Text>() : words);
     if (options.IsDefined(L"help") || options.IsDefined(L"-help") || options.IsDefined(L"h")) {
-        Usage::Print();
+        PrintUsage();
         return EXIT_SUCCESS;
     }
     if (!options.GetFault().empty())
-        return Usage::Complain(options.GetFault());
+        return ComplainWithUsage(options.GetFault());
     if ((isCommand || options.IsDefined(L"serve")) && !isWhole)
         return Fail(L"No argument may hold both spaces and quotes.");
     return isCommand ? HandOverCommand(line) : StartAs(options, line, plugIns);

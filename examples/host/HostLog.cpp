@@ -10,7 +10,7 @@ namespace {
 
 // The end of the unique name, which has the program and the user. A file name ends at 255 bytes,
 // and the logger adds to it.
-Text DefaultName()
+Text MakeDefaultName()
 {
     constexpr std::size_t longest = 200;
 
@@ -22,10 +22,10 @@ Text DefaultName()
 
 } // namespace
 
-const FileLogger* HostLog::Start(LogSeverity level, Text name, unsigned int sizeLimitBytes)
+const FileLogger* StartLog(LogSeverity level, Text name, unsigned int sizeLimitBytes)
 {
     if (name.empty())
-        name = DefaultName();
+        name = MakeDefaultName();
     if (SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
         name += L"-second";
     auto* const logger = new FileLogger(level, name, sizeLimitBytes);
@@ -33,7 +33,7 @@ const FileLogger* HostLog::Start(LogSeverity level, Text name, unsigned int size
     return logger;
 }
 
-Text HostLog::DescribePath(const FileLogger& logger)
+Text DescribeLogPath(const FileLogger& logger)
 {
     constexpr unsigned int limitMs = 5000;
 

@@ -14,7 +14,7 @@ namespace {
 
 using GetPlugIn = decltype(&GetHostPlugIn);
 
-Text VersionFault(unsigned int version)
+Text DescribeVersionFault(unsigned int version)
 {
     return L"it has version " + StringConvert::UStringFromUint32(version) +
            L" of the interface, the host version " +
@@ -39,7 +39,7 @@ void PlugIns::Load(const Text& folder)
         PathManager::AppendPath(path, folder, name);
         const Text fault = LoadLibrary(path);
         if (!fault.empty())
-            Terminal::Fail(L"The plug-in " + path + L" is left out: " + fault);
+            Fail(L"The plug-in " + path + L" is left out: " + fault);
     }
 }
 
@@ -88,7 +88,7 @@ Text PlugIns::FindFault(const PlugIn* plugIn) const
     if (!plugIn)
         return L"it reports that it is unusable";
     if (plugIn->interfaceVersion != HostPlugIn::c_interfaceVersion)
-        return VersionFault(plugIn->interfaceVersion);
+        return DescribeVersionFault(plugIn->interfaceVersion);
     if (plugIn->failure)
         return plugIn->failure;
     for (std::size_t i = 0; i < plugIn->commandCount; ++i) {

@@ -11,7 +11,7 @@ using namespace Toolkit;
 
 namespace {
 
-Text KeptLinePath()
+Text FindKeptLinePath()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     Text path;
@@ -21,23 +21,23 @@ Text KeptLinePath()
 
 } // namespace
 
-bool Restart::Begin(const Text& startLine)
+bool BeginRestart(const Text& startLine)
 {
     FFile file;
-    if (!file.Open(KeptLinePath(), L"wb"))
+    if (!file.Open(FindKeptLinePath(), L"wb"))
         return false;
     file.Write(startLine + L"\n");
     return file.Close() && RestartManagment::GetInstance()->ActivateRestartProcess();
 }
 
-Text Restart::KeptLine()
+Text ReadKeptLine()
 {
     TextFile file;
-    return file.Open(KeptLinePath()) ? file.GetFirstLine() : Text(HandOver::c_serve);
+    return file.Open(FindKeptLinePath()) ? file.GetFirstLine() : Text(c_serve);
 }
 
 // The lock of the single instance has been awaited already.
-void Restart::Finish()
+void FinishRestart()
 {
     const smart_ptr<RestartManagment> restart = RestartManagment::GetInstance();
     restart->WaitingForPreviousProcessFinish();

@@ -2,17 +2,14 @@
 
 #include "Terminal.h"
 
-/// Restarts the host: the new process gets only "-restart" on its command line, and reads the old
-/// command line from a file in the data folder.
-namespace Restart {
+// Restarts the host: the new process gets only "-restart" on its command line, and reads the old
+// command line from a file in the data folder.
 
 /// Saves the line and starts the new process.
-bool Begin(const Text& startLine);
+bool BeginRestart(const Text& startLine);
 
 /// In the new process: the saved line, or one that only serves.
-Text KeptLine();
+Text ReadKeptLine();
 
 /// In the new process, after the old one has ended.
-void Finish();
-
-} // namespace Restart
+void FinishRestart();

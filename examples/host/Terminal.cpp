@@ -29,7 +29,7 @@ void Write(std::FILE* stream, const TString<char>& bytes)
 
 void WriteLine(std::FILE* stream, const Text& line)
 {
-    const TString<char> bytes = UTF8::ToUTF8(VisibleText(line)) + '\n';
+    const TString<char> bytes = UTF8::ToUTF8(MakeVisible(line)) + '\n';
     const std::lock_guard<std::mutex> guard(s_lock);
     if (s_isBarShown)
         Write(stdout, c_clearLine);
@@ -44,7 +44,7 @@ bool CanShowBar()
     return ::isatty(STDOUT_FILENO) == 1 && terminal && TString<char>(terminal) != "dumb";
 }
 
-std::size_t Columns()
+std::size_t CountColumns()
 {
     constexpr std::size_t usual = 80;
 
@@ -53,19 +53,19 @@ std::size_t Columns()
     return isKnown ? size.ws_col : usual;
 }
 
-Text Number(unsigned long long value)
+Text ToText(unsigned long long value)
 {
     return StringConvert::UStringFromUInt64(value);
 }
 
 // Such as: [##########----------]  50 %
-Text Bar(unsigned long long done, unsigned long long total)
+Text MakeBar(unsigned long long done, unsigned long long total)
 {
     constexpr std::size_t length = 20;
 
     const double part = static_cast<double>(std::min(done, total)) / static_cast<double>(total);
     const auto full = static_cast<std::size_t>(part * length);
-    const Text percent = Number(static_cast<unsigned long long>(part * 100));
+    const Text percent = ToText(static_cast<unsigned long long>(part * 100));
     return L"[" + std::wstring(full, L'#') + std::wstring(length - full, L'-') + L"] " +
            std::wstring(3 - percent.size(), L' ') + percent + L" % ";
 }
@@ -73,7 +73,7 @@ Text Bar(unsigned long long done, unsigned long long total)
 void DrawLine(const Text& line)
 {
     // A line of the full width would make the terminal begin another one.
-    const TString<char> bytes = UTF8::ToUTF8(VisibleText(line).substr(0, Columns() - 1));
+    const TString<char> bytes = UTF8::ToUTF8(MakeVisible(line).substr(0, CountColumns() - 1));
     const std::lock_guard<std::mutex> guard(s_lock);
     Write(stdout, c_clearLine + bytes);
     s_isBarShown = true;
@@ -81,12 +81,12 @@ void DrawLine(const Text& line)
 
 } // namespace
 
-void Terminal::Print(const Text& line)
+void Print(const Text& line)
 {
     WriteLine(stdout, line);
 }
 
-void Terminal::PrintRow(Text label, const Text& value)
+void PrintRow(Text label, const Text& value)
 {
     constexpr std::size_t labelWidth = 24;
 
@@ -94,29 +94,29 @@ void Terminal::PrintRow(Text label, const Text& value)
     Print(label + value);
 }
 
-void Terminal::ShowProgress(const Text& title, unsigned long long done, unsigned long long total,
-                            const Text& unit)
+void ShowProgress(const Text& title, unsigned long long done, unsigned long long total,
+                  const Text& unit)
 {
-    const Text count = Number(done) + (total > 0 ? L" of " + Number(total) : Text()) + L" " + unit;
+    const Text count = ToText(done) + (total > 0 ? L" of " + ToText(total) : Text()) + L" " + unit;
     if (!CanShowBar())
         Print(title + L": " + count);
     else
-        DrawLine(title + L": " + (total > 0 ? Bar(done, total) : Text()) + count);
+        DrawLine(title + L": " + (total > 0 ? MakeBar(done, total) : Text()) + count);
 }
 
-void Terminal::PrintError(const Text& line)
+void PrintError(const Text& line)
 {
     WriteLine(stderr, line);
 }
 
-void Terminal::Complain(const Text& message)
+void Complain(const Text& message)
 {
     PrintError(L"host: " + message);
 }
 
-int Terminal::Fail(const Text& message)
+int Fail(const Text& message)
 {
-    TOOLKIT_LOG(SeverityError) << VisibleText(message) << ILogger::c_strLogToken3;
+    TOOLKIT_LOG(SeverityError) << MakeVisible(message) << ILogger::c_strLogToken3;
     Complain(message);
     return EXIT_FAILURE;
 }

@@ -4,9 +4,8 @@
 
 using Text = TString<wchar_t>;
 
-/// What the user sees. The screen gets UTF-8, whatever the locale, and each line at once; lines of
-/// several threads do not mix. Characters that a terminal would act on are made visible.
-namespace Terminal {
+// What the user sees. The screen gets UTF-8, whatever the locale, and each line at once; lines of
+// several threads do not mix. Characters that a terminal would act on are made visible.
 
 void Print(const Text& line);
 
@@ -26,5 +25,3 @@ void Complain(const Text& message);
 
 /// Prints and logs an error; returns the exit code of a failed program.
 int Fail(const Text& message);
-
-} // namespace Terminal

@@ -23,18 +23,18 @@ constexpr const wchar_t* c_lines[] = {
 
 } // namespace
 
-void Usage::Print()
+void PrintUsage()
 {
     for (const wchar_t* const line : c_lines)
-        Terminal::Print(line);
+        Print(line);
 }
 
-int Usage::Complain(const Text& fault)
+int ComplainWithUsage(const Text& fault)
 {
     constexpr int calledWrongly = 2;
 
-    Terminal::Complain(fault);
+    Complain(fault);
     for (const wchar_t* const line : c_lines)
-        Terminal::PrintError(line);
+        PrintError(line);
     return calledWrongly;
 }

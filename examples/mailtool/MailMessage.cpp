@@ -6,13 +6,13 @@ namespace MailTool {
 
 namespace {
 
-RegExp Pattern(const Utf8& pattern)
+RegExp MakePattern(const Utf8& pattern)
 {
     return RegExp(pattern, RegExpOptions::None);
 }
 
 // A pattern that matches `text` and nothing else.
-Utf8 Literal(const Utf8& text)
+Utf8 EscapeForPattern(const Utf8& text)
 {
     const auto isWordCharacter = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
@@ -27,7 +27,7 @@ Utf8 Literal(const Utf8& text)
     return pattern;
 }
 
-Utf8 ValueOf(const smart_ptr<MatchResult>& match, const char* group)
+Utf8 GetValue(const smart_ptr<MatchResult>& match, const char* group)
 {
     const smart_ptr<Group> found = match->GetGroup(group);
     return found.IsValid() ? found->value : Utf8();
@@ -36,12 +36,12 @@ Utf8 ValueOf(const smart_ptr<MatchResult>& match, const char* group)
 // The value of a named group; empty when the pattern does not match.
 Utf8 Find(const Utf8& pattern, const char* group, const Utf8& subject)
 {
-    return ValueOf(Pattern(pattern).Match(subject), group);
+    return GetValue(MakePattern(pattern).Match(subject), group);
 }
 
 Utf8 Remove(const Utf8& pattern, const Utf8& subject)
 {
-    return Pattern(pattern).Replace(Utf8(), subject, 0);
+    return MakePattern(pattern).Replace(Utf8(), subject, 0);
 }
 
 // The bytes of `text` as a content.
@@ -84,25 +84,27 @@ Part DecodePart(const Entity& entity)
 Entity::Entity(const Utf8& text)
 {
     const smart_ptr<MatchResult> match =
-        Pattern("(?s)\\A(?<header>.*?\\r?\\n)(?:\\r?\\n(?<body>.*))?\\z").Match(text);
+        MakePattern("(?s)\\A(?<header>.*?\\r?\\n)(?:\\r?\\n(?<body>.*))?\\z").Match(text);
     if (!match->Success())
         return;
     // A line that begins with a space continues the one before.
-    m_header = Pattern("\\r?\\n[ \\t]+").Replace(Utf8(" "), ValueOf(match, "header"), 0);
-    m_body = ValueOf(match, "body");
+    m_header = MakePattern("\\r?\\n[ \\t]+").Replace(Utf8(" "), GetValue(match, "header"), 0);
+    m_body = GetValue(match, "body");
 }
 
 Utf8 Entity::GetField(const Utf8& name) const
 {
-    return Find("(?im)^" + Literal(name) + ":[ \\t]*(?<value>[^\\r\\n]*)", "value", m_header);
+    return Find("(?im)^" + EscapeForPattern(name) + ":[ \\t]*(?<value>[^\\r\\n]*)", "value",
+                m_header);
 }
 
 Utf8 Entity::GetParameter(const Utf8& field, const Utf8& name) const
 {
-    return Find("(?i);\\s*" + Literal(name) + "=\"?(?<value>[^\";]*)", "value", GetField(field));
+    return Find("(?i);\\s*" + EscapeForPattern(name) + "=\"?(?<value>[^\";]*)", "value",
+                GetField(field));
 }
 
-std::string BytesOf(const Content& content)
+std::string ToBytes(const Content& content)
 {
     unsigned char* data = nullptr;
     unsigned int size = 0;
@@ -118,35 +120,36 @@ std::vector<Part> DecodeParts(const Entity& message)
         return {DecodePart(message)};
 
     std::vector<Part> parts;
-    const Utf8 line = "--" + Literal(boundary);
+    const Utf8 line = "--" + EscapeForPattern(boundary);
     const RegExp delimiter =
-        Pattern("(?s)" + line + "\\r?\\n(?<part>.*?)\\r?\\n(?<rest>" + line + ".*)");
+        MakePattern("(?s)" + line + "\\r?\\n(?<part>.*?)\\r?\\n(?<rest>" + line + ".*)");
     Utf8 rest = message.GetBody();
     while (true) {
         const smart_ptr<MatchResult> match = delimiter.Match(rest);
         if (!match->Success())
             return parts;
-        parts.push_back(DecodePart(Entity(ValueOf(match, "part"))));
-        rest = ValueOf(match, "rest");
+        parts.push_back(DecodePart(Entity(GetValue(match, "part"))));
+        rest = GetValue(match, "rest");
     }
 }
 
 Text DecodeWords(Utf8 text)
 {
-    const RegExp word = Pattern("(?i)(?<before>.*?)=\\?utf-8\\?(?<kind>[bq])\\?(?<text>[^?]*)\\?=(?"
-                                ":\\s+(?==\\?))?(?<rest>.*)");
+    const RegExp word =
+        MakePattern("(?i)(?<before>.*?)=\\?utf-8\\?(?<kind>[bq])\\?(?<text>[^?]*)\\?=(?"
+                    ":\\s+(?==\\?))?(?<rest>.*)");
     Text decoded;
     for (auto match = word.Match(text); match->Success(); match = word.Match(text)) {
-        decoded += UTF8::ToUNICODE(ValueOf(match, "before"));
-        const Utf8 encoded = ValueOf(match, "text");
-        if (ValueOf(match, "kind").compareNoCase("q") == 0) {
+        decoded += UTF8::ToUNICODE(GetValue(match, "before"));
+        const Utf8 encoded = GetValue(match, "text");
+        if (GetValue(match, "kind").compareNoCase("q") == 0) {
             Text spaced = UTF8::ToUNICODE(encoded);
             spaced.Replace(L"_", L" ");
             decoded += QP::ToUNICODE(spaced);
         } else {
-            decoded += UTF8::ToUNICODE(BytesOf(DecodeBase64(encoded)));
+            decoded += UTF8::ToUNICODE(ToBytes(DecodeBase64(encoded)));
         }
-        text = ValueOf(match, "rest");
+        text = GetValue(match, "rest");
     }
     return decoded + UTF8::ToUNICODE(text);
 }
@@ -156,22 +159,22 @@ DateTime ParseDate(const Utf8& field)
     const Utf8 monthNames = "JanFebMarAprMayJunJulAugSepOctNovDec";
 
     const smart_ptr<MatchResult> match =
-        Pattern("(?<day>\\d+) (?<month>[A-Z][a-z][a-z]) (?<year>\\d{4}) "
-                "(?<hour>\\d\\d):(?<minute>\\d\\d):(?<second>\\d\\d) "
-                "(?<sign>[-+])(?<zoneHours>\\d\\d)(?<zoneMinutes>\\d\\d)")
+        MakePattern("(?<day>\\d+) (?<month>[A-Z][a-z][a-z]) (?<year>\\d{4}) "
+                    "(?<hour>\\d\\d):(?<minute>\\d\\d):(?<second>\\d\\d) "
+                    "(?<sign>[-+])(?<zoneHours>\\d\\d)(?<zoneMinutes>\\d\\d)")
             .Match(field);
     if (!match->Success())
         return DateTime(0, 0, 0, 0, 0, 0);
 
     const auto number = [&match](const char* group) {
         unsigned int value = 0;
-        StringConvert::ToUint32(ValueOf(match, group), value);
+        StringConvert::ToUint32(GetValue(match, group), value);
         return value;
     };
-    const std::size_t month = monthNames.find(ValueOf(match, "month")) / 3 + 1;
+    const std::size_t month = monthNames.find(GetValue(match, "month")) / 3 + 1;
     // Zones count in whole hours: +05:30 is half an hour less than +06:00.
     const unsigned int minutes = number("zoneMinutes");
-    const bool isEast = ValueOf(match, "sign") == "+";
+    const bool isEast = GetValue(match, "sign") == "+";
     const int hours = static_cast<int>(number("zoneHours"));
     const int zone = isEast ? hours + (minutes > 0 ? 1 : 0) : -hours;
     DateTime date(number("year"), static_cast<unsigned int>(month), number("day"), number("hour"),

@@ -31,7 +31,7 @@ private:
 };
 
 // The bytes of a content.
-std::string BytesOf(const Content& content);
+std::string ToBytes(const Content& content);
 
 // A part after decoding.
 struct Part {

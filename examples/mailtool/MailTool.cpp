@@ -16,12 +16,12 @@ namespace {
 // Prints UTF-8, whatever the locale, and escapes what a terminal would act on.
 void Print(const Text& line)
 {
-    std::cout << UTF8::ToUTF8(VisibleText(line)) << '\n';
+    std::cout << UTF8::ToUTF8(MakeVisible(line)) << '\n';
 }
 
 int Fail(const Text& message)
 {
-    std::cerr << "mailtool: " << UTF8::ToUTF8(VisibleText(message)) << '\n';
+    std::cerr << "mailtool: " << UTF8::ToUTF8(MakeVisible(message)) << '\n';
     return EXIT_FAILURE;
 }
 
@@ -40,7 +40,7 @@ bool Store(const Text& path, const std::vector<Part>& parts)
 {
     FSOutputSerializer serializer(path);
     for (const Part& part : parts) {
-        if (BytesOf(part.content).empty())
+        if (ToBytes(part.content).empty())
             continue;
         if (StreamResult::Failed(serializer.GetStream().Write(part.type + L" " + part.name)) ||
             StreamResult::Failed(serializer.Serialize(*part.content)))
@@ -53,13 +53,13 @@ bool IsStoredWhole(const Text& path, const std::vector<Part>& parts)
 {
     FSInputSerializer serializer(path);
     for (const Part& part : parts) {
-        if (BytesOf(part.content).empty())
+        if (ToBytes(part.content).empty())
             continue;
         Text title;
         const Content content = new Bytes();
         if (StreamResult::Failed(serializer.GetStream().Read(title)) ||
             StreamResult::Failed(serializer.Deserialize(*content)) ||
-            title != part.type + L" " + part.name || BytesOf(content) != BytesOf(part.content))
+            title != part.type + L" " + part.name || ToBytes(content) != ToBytes(part.content))
             return false;
     }
     return true;
@@ -83,7 +83,7 @@ void PrintPart(const Part& part)
 {
     Print(L"Part     " + part.type +
           (part.name.empty() ? Text() : Text(L" \"" + part.name + L"\"")) + L", " +
-          StringConvert::UStringFromUInt64(BytesOf(part.content).size()) + L" bytes");
+          StringConvert::UStringFromUInt64(ToBytes(part.content).size()) + L" bytes");
 }
 
 int Run(const Text& messagePath, const Text& partsPath)

@@ -80,7 +80,7 @@ struct Command {
     std::size_t optionCount;
 
     /// Does the work, on a worker thread; commands run one at a time. False when it failed, and
-    /// its result is dropped. See `Guarded`.
+    /// its result is dropped. See `RunGuarded`.
     bool (*run)(CommandRun& run) noexcept;
 };
 
@@ -93,10 +93,10 @@ struct PlugIn {
     std::size_t commandCount;
 };
 
-/// A command's function for `Command::run` from one that may throw: `Guarded<ListEntries>`. What it
-/// throws becomes the message of the failure.
+/// A command's function for `Command::run` from one that may throw: `RunGuarded<ListEntries>`. What
+/// it throws becomes the message of the failure.
 template <bool (*Run)(CommandRun&)>
-bool Guarded(CommandRun& run) noexcept
+bool RunGuarded(CommandRun& run) noexcept
 {
     try {
         return Run(run);

@@ -14,7 +14,7 @@ inline bool IsInvisible(wchar_t character)
 
 /// Makes untrusted text, such as the name of an archive's entry, safe to show and log: an escape
 /// character becomes "\x1B", an override of the text's direction "\x202E".
-inline TString<wchar_t> VisibleText(const TString<wchar_t>& text)
+inline TString<wchar_t> MakeVisible(const TString<wchar_t>& text)
 {
     constexpr const wchar_t* digits = L"0123456789ABCDEF";
 

@@ -94,7 +94,8 @@ TEST(TestNamesTest, StartsNamesWithAVerb)
     EXPECT_THAT(tests, testing::Contains("TestNamesTest.StartsNamesWithAVerb"));
 
     for (const std::string& test : tests)
-        EXPECT_TRUE(IsPromise(test.substr(test.find('.') + 1))) << test;
+        EXPECT_TRUE(IsPromise(test.substr(test.find('.') + 1)))
+            << test << ": is it a verb that c_verbs lacks?";
 }
 
 TEST(TestNamesTest, RefusesPluralNouns)

@@ -92,9 +92,9 @@ constexpr Option c_searchOptions[] = {{L"archive", Option::Path, true},
                                       {L"filter", Option::Value, false}};
 constexpr Command c_commands[] = {
     {L"list", L"sizes and names of the entries of a Zip archive", c_listOptions,
-     std::size(c_listOptions), Guarded<List>},
+     std::size(c_listOptions), RunGuarded<List>},
     {L"search", L"lines of a Zip archive's entries that match a regular expression",
-     c_searchOptions, std::size(c_searchOptions), Guarded<Search>},
+     c_searchOptions, std::size(c_searchOptions), RunGuarded<Search>},
 };
 
 } // namespace

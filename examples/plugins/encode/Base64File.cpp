@@ -52,7 +52,7 @@ std::string TakeGroups(std::string& digits)
 enum class Kind { Inner, Last, Broken };
 
 // The decoder treats any character as a digit.
-Kind KindOf(const std::string& groups)
+Kind FindKind(const std::string& groups)
 {
     const std::size_t end = groups.find_first_not_of(
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/");
@@ -70,7 +70,7 @@ bool FailOnInput(HostPlugIn::CommandRun& run)
 
 } // namespace
 
-bool Base64File::Encode(HostPlugIn::CommandRun& run)
+bool EncodeToBase64(HostPlugIn::CommandRun& run)
 {
     InputFile file(run);
     if (!file.Open())
@@ -84,7 +84,7 @@ bool Base64File::Encode(HostPlugIn::CommandRun& run)
     return file.IsAtEnd();
 }
 
-bool Base64File::Decode(HostPlugIn::CommandRun& run)
+bool DecodeFromBase64(HostPlugIn::CommandRun& run)
 {
     InputFile file(run);
     if (!file.Open())
@@ -99,7 +99,7 @@ bool Base64File::Decode(HostPlugIn::CommandRun& run)
         const std::string groups = TakeGroups(digits);
         if (groups.empty())
             continue;
-        if (kind == Kind::Last || (kind = KindOf(groups)) == Kind::Broken)
+        if (kind == Kind::Last || (kind = FindKind(groups)) == Kind::Broken)
             return FailOnInput(run);
         const std::string bytes = Convert(c_decode, groups);
         if (!run.Write(bytes.data(), bytes.size()))

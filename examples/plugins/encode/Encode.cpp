@@ -30,19 +30,20 @@ bool Choose(CommandRun& run, bool (*base64)(CommandRun&), bool (*quotedPrintable
 
 bool Encode(CommandRun& run)
 {
-    return Choose(run, Base64File::Encode, QuotedPrintableFile::Encode);
+    return Choose(run, EncodeToBase64, EncodeToQuotedPrintable);
 }
 
 bool Decode(CommandRun& run)
 {
-    return Choose(run, Base64File::Decode, QuotedPrintableFile::Decode);
+    return Choose(run, DecodeFromBase64, DecodeFromQuotedPrintable);
 }
 
 constexpr Option c_options[] = {{L"in", Option::Path, true}, {L"as", Option::Value, true}};
 constexpr Command c_commands[] = {
     {L"encode", L"a file in Base64, or a text file in quoted-printable", c_options,
-     std::size(c_options), Guarded<Encode>},
-    {L"decode", L"the file that was encoded so", c_options, std::size(c_options), Guarded<Decode>},
+     std::size(c_options), RunGuarded<Encode>},
+    {L"decode", L"the file that was encoded so", c_options, std::size(c_options),
+     RunGuarded<Decode>},
 };
 
 } // namespace

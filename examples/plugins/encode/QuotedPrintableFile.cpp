@@ -30,7 +30,7 @@ bool ReadAll(HostPlugIn::CommandRun& run, std::string& bytes)
 // Calls `onLine` with the number of each line, the line and whether a line feed ends it, until one
 // call is false.
 template <typename Action>
-bool ForEachLine(const std::string& bytes, Action onLine)
+bool VisitLines(const std::string& bytes, Action onLine)
 {
     unsigned int number = 0;
     for (std::size_t begin = 0; begin < bytes.size();) {
@@ -50,7 +50,7 @@ bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& fa
 }
 
 // The library may break a line inside an escape, which other readers refuse.
-std::string WithSoftBreaks(const std::string& code)
+std::string InsertSoftBreaks(const std::string& code)
 {
     std::string lines;
     std::size_t begin = 0;
@@ -100,28 +100,28 @@ bool DecodeLine(const std::string& code, std::string& bytes)
 
 } // namespace
 
-bool QuotedPrintableFile::Encode(HostPlugIn::CommandRun& run)
+bool EncodeToQuotedPrintable(HostPlugIn::CommandRun& run)
 {
     std::string bytes;
     if (!ReadAll(run, bytes))
         return false;
-    return ForEachLine(bytes, [&](unsigned int number, const std::string& line, bool hasEnd) {
+    return VisitLines(bytes, [&](unsigned int number, const std::string& line, bool hasEnd) {
         const Text text = UTF8::ToUNICODE(line);
         if ((text.empty() && !line.empty()) || line.find('\0') != std::string::npos)
             return FailOnLine(run, number, L"this is not text in UTF-8");
         const std::string code =
-            WithSoftBreaks(UTF8::ToUTF8(QP::ToQP(text))) + (hasEnd ? "\r\n" : "");
+            InsertSoftBreaks(UTF8::ToUTF8(QP::ToQP(text))) + (hasEnd ? "\r\n" : "");
         return run.Write(code.data(), code.size());
     });
 }
 
-bool QuotedPrintableFile::Decode(HostPlugIn::CommandRun& run)
+bool DecodeFromQuotedPrintable(HostPlugIn::CommandRun& run)
 {
     std::string bytes;
     if (!ReadAll(run, bytes))
         return false;
     std::string code; // of the line up to here, from the pieces that soft breaks made of it
-    return ForEachLine(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
+    return VisitLines(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
         RemoveTrailingSpaces(piece);
         code += piece;
         if (!code.empty() && code.back() == '=') {

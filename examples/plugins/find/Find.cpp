@@ -55,7 +55,7 @@ bool Find(CommandRun& run)
         return run.Fail(L"there is no folder " + folder);
 
     const std::vector<Text> names =
-        FolderFiles(folder, run.GetValue(L"files"), run.IsDefined(L"deep"));
+        FindFiles(folder, run.GetValue(L"files"), run.IsDefined(L"deep"));
     unsigned int done = 0;
     for (const Text& name : names) {
         if (!SearchFile(search, folder, name, run) || !run.Progress(++done, names.size(), L"files"))
@@ -70,7 +70,7 @@ constexpr Option c_options[] = {{L"folder", Option::Path, true},
                                 {L"deep", Option::Flag, false}};
 constexpr Command c_commands[] = {{L"find",
                                    L"lines of a folder's files that match a regular expression",
-                                   c_options, std::size(c_options), Guarded<Find>}};
+                                   c_options, std::size(c_options), RunGuarded<Find>}};
 
 } // namespace
 

@@ -47,7 +47,7 @@ void AddFiles(const Text& root, const Text& below, const Text& fileSpec, bool is
 
 } // namespace
 
-std::vector<Text> FolderFiles(const Text& folder, const Text& fileSpec, bool isDeep)
+std::vector<Text> FindFiles(const Text& folder, const Text& fileSpec, bool isDeep)
 {
     std::vector<Text> paths;
     AddFiles(folder, L"", fileSpec, isDeep, paths);

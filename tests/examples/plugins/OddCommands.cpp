@@ -51,11 +51,11 @@ bool FailSilently(CommandRun&)
 
 constexpr Option c_options[] = {{L"until", Option::Path, true}};
 constexpr Command c_commands[] = {
-    {L"wait", L"waits until there is a file", c_options, 1, Guarded<Wait>},
-    {L"wait-blindly", L"waits until there is a file", c_options, 1, Guarded<WaitBlindly>},
-    {L"throw-error", L"throws an error", nullptr, 0, Guarded<ThrowError>},
-    {L"throw-number", L"throws a number", nullptr, 0, Guarded<ThrowNumber>},
-    {L"fail", L"does not say why it fails", nullptr, 0, Guarded<FailSilently>},
+    {L"wait", L"waits until there is a file", c_options, 1, RunGuarded<Wait>},
+    {L"wait-blindly", L"waits until there is a file", c_options, 1, RunGuarded<WaitBlindly>},
+    {L"throw-error", L"throws an error", nullptr, 0, RunGuarded<ThrowError>},
+    {L"throw-number", L"throws a number", nullptr, 0, RunGuarded<ThrowNumber>},
+    {L"fail", L"does not say why it fails", nullptr, 0, RunGuarded<FailSilently>},
 };
 
 } // namespace

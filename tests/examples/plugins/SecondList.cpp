@@ -12,7 +12,7 @@ bool List(CommandRun& run)
 }
 
 constexpr Command c_commands[] = {
-    {L"list", L"not the first of its name", nullptr, 0, Guarded<List>}};
+    {L"list", L"not the first of its name", nullptr, 0, RunGuarded<List>}};
 
 } // namespace
 
