@@ -108,7 +108,7 @@ int Run(const std::string& program, Output& output)
     table.AddName("name", paths.GetApplicationName());
     table.AddName("unique name", unique);
     table.Add("application", paths.GetApplicationPath(), PathUse::Read);
-    // The object itself would answer for this process.
+    // Not GetDataDir() and GetUserLocalDataDir(), which return those of this process.
     table.Add("shared data", GetParent(paths.GetConfigurationPath()), PathUse::Read);
     table.Add("configuration", paths.GetConfigurationPath(), PathUse::Read);
     table.Add("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);

@@ -8,7 +8,7 @@ using namespace Toolkit;
 namespace Tool {
 namespace {
 
-// Without an error text the engine has not seen the pattern: there was no memory.
+// No error text: the engine never saw the pattern, because it was out of memory.
 std::string FindReason(const MatchResult& match, const RegExpException& exception)
 {
     if (!match.errorText)

@@ -16,7 +16,7 @@ struct StoredZipEntry {
 /// The entries in the directory of an archive, ZIP64 included. Throws a `Failure` when the file
 /// cannot be read, or has no directory of as many entries as its end says.
 ///
-/// Finds the directory where the library finds it, in an archive that is made to mislead too.
+/// Finds the directory where the library finds it, even in an archive that is made to mislead.
 std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path);
 
 } // namespace Tool

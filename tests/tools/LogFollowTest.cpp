@@ -40,7 +40,7 @@ protected:
     const std::string m_path;
 };
 
-// The fastest of some lines, so that a busy machine does not count.
+// Only the fastest of several lines counts, so a busy machine does not matter.
 TEST_F(LogFollowTest, ShowsANewLineWithinThreeTenthsOfASecond)
 {
     constexpr int lines = 5;

@@ -36,10 +36,10 @@ protected:
     }
 };
 
-// The time is the processor's, so that other programs do not count.
+// Measures processor time, so that other programs do not matter.
 TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
 {
-    // In a short sample the start of the process counts, and so does a busy machine.
+    // A lower limit for a short sample, in which the start of the process and other load count.
     const double leastBytesPerSecond = SoakRounds(50, 200) * 1e6;
     constexpr long mostKilobytes = 50000;
     const auto megabytes = static_cast<unsigned long long>(SoakRounds(20, 1000));

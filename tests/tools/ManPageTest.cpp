@@ -54,7 +54,7 @@ TEST_P(ManPageTest, FormatsWithoutWarning)
     EXPECT_EQ(result.errors, "");
 }
 
-// A server may need a moment before a client finds it.
+// A server needs a moment before clients find it.
 TEST_P(ManPageTest, HasExamplesThatRun)
 {
     std::string lines = Examples();
