@@ -51,7 +51,7 @@ int List(Output& output)
 {
     for (const LogFileEntry& file : FindFilesOfUser()) {
         const std::string size = std::to_string(file.size);
-        output.Write(FormatTime(file.written) + " ");
+        output.Write(FormatTime(file.written.tv_sec) + " ");
         output.Write(std::string(12 - std::min<std::size_t>(size.size(), 12), ' ') + size + " ");
         output.WriteVisible(file.path);
         output.Write("\n");

@@ -1,13 +1,19 @@
 #include "LogFiles.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <iostream>
 #include <sys/stat.h>
 #include <system_error>
+#include <tuple>
 #include <unistd.h>
 
 #include "Failure.h"
+#include "FileTime.h"
+#include "VisibleText.h"
 
 namespace Tool {
 namespace {
@@ -17,10 +23,16 @@ namespace fs = std::filesystem;
 constexpr std::string_view c_extension = ".qvlog";
 constexpr const char* c_logDirectory = "/tmp";
 
-bool IsNumber(std::string_view text)
+// As loggers write it: without leading zeros. A shorter number is a part of the logger's name, such
+// as a year: tick counts have fewer than five digits for ten seconds in 49 days.
+bool IsTickCount(std::string_view text)
 {
-    return !text.empty() && std::all_of(text.begin(), text.end(),
-                                        [](char digit) { return digit >= '0' && digit <= '9'; });
+    constexpr std::size_t leastDigits = 5;
+
+    std::uint32_t tick = 0;
+    const char* const end = text.data() + text.size();
+    const auto [next, error] = std::from_chars(text.data(), end, tick);
+    return text.size() >= leastDigits && text.front() != '0' && next == end && error == std::errc();
 }
 
 bool EndsWith(std::string_view text, std::string_view end)
@@ -28,14 +40,14 @@ bool EndsWith(std::string_view text, std::string_view end)
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
-// "tool" for tool.qvlog and tool-1234.qvlog; empty for a file that is called otherwise.
+// "tool" for tool.qvlog and tool-1234560.qvlog; empty for a file that is called otherwise.
 std::string ParseLoggerName(std::string_view file)
 {
     if (!EndsWith(file, c_extension))
         return {};
     file.remove_suffix(c_extension.size());
     const std::size_t dash = file.rfind('-');
-    const bool isFallback = dash != file.npos && dash > 0 && IsNumber(file.substr(dash + 1));
+    const bool isFallback = dash != file.npos && dash > 0 && IsTickCount(file.substr(dash + 1));
     return std::string(isFallback ? file.substr(0, dash) : file);
 }
 
@@ -49,7 +61,7 @@ bool IsOfLog(const std::string& file, const LogName& name)
 
 std::vector<LogFileEntry> FindFilesWhere(const std::string& directory,
                                          const std::function<bool(const std::string&)>& isWanted,
-                                         bool isOwnOnly)
+                                         uid_t owner)
 {
     std::vector<LogFileEntry> files;
     std::error_code error;
@@ -59,13 +71,20 @@ std::vector<LogFileEntry> FindFilesWhere(const std::string& directory,
         const std::string path = entry->path();
         if (!isWanted(entry->path().filename()) || ::lstat(path.c_str(), &status) != 0)
             continue;
-        if (S_ISREG(status.st_mode) && (!isOwnOnly || status.st_uid == ::geteuid()))
-            files.push_back({path, status.st_size, status.st_mtime, status.st_ino});
+        if (S_ISREG(status.st_mode) && status.st_uid == owner)
+            files.push_back({path, status.st_size, GetModificationTime(status), status.st_ino});
     }
     std::sort(files.begin(), files.end(), [](const LogFileEntry& one, const LogFileEntry& other) {
-        return one.written != other.written ? one.written > other.written : one.path < other.path;
+        return std::tie(other.written.tv_sec, other.written.tv_nsec, one.path) <
+               std::tie(one.written.tv_sec, one.written.tv_nsec, other.path);
     });
     return files;
+}
+
+uid_t FindOwner(const std::string& path)
+{
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_uid : ::geteuid();
 }
 
 } // namespace
@@ -75,9 +94,10 @@ LogName ParseLogName(const std::string& argument)
     const fs::path path = argument;
     std::error_code ignored;
     if (argument.find('/') == std::string::npos && !fs::exists(path, ignored))
-        return {c_logDirectory, argument, argument + std::string(c_extension)};
+        return {c_logDirectory, argument, argument + std::string(c_extension), ::geteuid()};
     const std::string directory = path.has_parent_path() ? path.parent_path().string() : ".";
-    return {directory, ParseLoggerName(path.filename().string()), path.filename()};
+    return {directory, ParseLoggerName(path.filename().string()), path.filename(),
+            FindOwner(argument)};
 }
 
 std::string FindLogPath(const std::string& argument)
@@ -86,22 +106,28 @@ std::string FindLogPath(const std::string& argument)
     const bool isPath = argument.find('/') != std::string::npos || fs::exists(argument, ignored);
     if (argument == "-" || isPath)
         return argument;
-    const std::vector<LogFileEntry> files = FindFilesOfLog(ParseLogName(argument));
+    const LogName name = ParseLogName(argument);
+    const std::vector<LogFileEntry> files = FindFilesOfLog(name);
     if (files.empty())
         throw Failure("there is no log called " + argument + "; \"toolkit log\" lists the logs");
-    return files.front().path;
+    const std::string& path = files.front().path;
+    if (fs::path(path).filename() != name.file)
+        std::cerr << "toolkit: reading " << MakeVisible(path) << std::endl;
+    return path;
 }
 
 std::vector<LogFileEntry> FindFilesOfLog(const LogName& name)
 {
     return FindFilesWhere(
-        name.directory, [&name](const std::string& file) { return IsOfLog(file, name); }, false);
+        name.directory, [&name](const std::string& file) { return IsOfLog(file, name); },
+        name.owner);
 }
 
 std::vector<LogFileEntry> FindFilesOfUser()
 {
     return FindFilesWhere(
-        c_logDirectory, [](const std::string& file) { return EndsWith(file, c_extension); }, true);
+        c_logDirectory, [](const std::string& file) { return EndsWith(file, c_extension); },
+        ::geteuid());
 }
 
 } // namespace Tool

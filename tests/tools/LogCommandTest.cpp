@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <fcntl.h>
 #include <fstream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "ToolFixture.h"
 #include "examples/ProgramOnTerminal.h"
@@ -291,8 +293,8 @@ protected:
     LogOfLoggerTest() { Write(""); }
     ~LogOfLoggerTest() override
     {
-        std::filesystem::remove(Path(""));
-        std::filesystem::remove(Path("-123"));
+        for (const std::string& path : m_paths)
+            std::filesystem::remove(path);
     }
 
     std::string Name() const { return "toolkit-log-test-" + std::to_string(::getpid()); }
@@ -300,24 +302,60 @@ protected:
     {
         return "/tmp/" + Name() + suffix + ".qvlog";
     }
-    void Write(const std::string& suffix) const
+    void Write(const std::string& suffix)
     {
+        m_paths.push_back(Path(suffix));
         std::ofstream(Path(suffix)) << "2 100 : 1 : f : written" + suffix + "\n";
     }
+
+    // Writes a file that is newer than the others.
+    void WriteNewest(const std::string& suffix)
+    {
+        for (const std::string& path : m_paths) {
+            const timespec past[] = {{1000, 0}, {1000, 0}};
+            ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), past, 0), 0);
+        }
+        Write(suffix);
+    }
+
+private:
+    std::vector<std::string> m_paths;
 };
 
 TEST_F(LogOfLoggerTest, IsFoundByItsName)
 {
-    EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written\n");
+    const ProgramResult result = Run({"log", Name()});
+
+    EXPECT_EQ(result.output, "100 info f:1 written\n");
+    EXPECT_EQ(result.errors, "");
 }
 
 TEST_F(LogOfLoggerTest, IsTheFallbackFileThatWasWrittenLast)
 {
-    Write("-123");
-    const timespec past[] = {{1000, 0}, {1000, 0}};
-    ASSERT_EQ(::utimensat(AT_FDCWD, Path("").c_str(), past, 0), 0);
+    WriteNewest("-4294967290");
 
-    EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written-123\n");
+    const ProgramResult result = Run({"log", Name()});
+
+    EXPECT_EQ(result.output, "100 info f:1 written-4294967290\n");
+    EXPECT_EQ(result.errors, "toolkit: reading " + Path("-4294967290") + "\n");
+}
+
+TEST_F(LogOfLoggerTest, IsNoFileWithANumberThatLoggersDoNotAdd)
+{
+    for (const char* const suffix : {"-2", "-2024", "-01234560", "-4294967296", "-12345x"}) {
+        WriteNewest(suffix);
+        EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written\n") << suffix;
+    }
+}
+
+TEST_F(LogOfLoggerTest, IsNoFileOfAnotherUser)
+{
+    WriteNewest("-1234560");
+    if (::chown(Path("-1234560").c_str(), 12345, 12345) != 0)
+        GTEST_SKIP() << "only root can give a file away";
+
+    EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written\n");
+    EXPECT_EQ(Run({"log", Path("-1234560")}).output, "100 info f:1 written-1234560\n");
 }
 
 TEST_F(LogOfLoggerTest, IsListed)

@@ -115,9 +115,24 @@ TEST_F(LogFollowTest, GoesOnInAFileWithAFallbackName)
     RunningCommand command({"log", "--follow", m_path});
     command.ReadUntil("first\n");
 
-    ToolFixture::Write(L"app-1234.qvlog", "2 5000 : 1 : f : fallback\n");
+    ToolFixture::Write(L"app-1234560.qvlog", "2 5000 : 1 : f : fallback\n");
 
-    EXPECT_THAT(command.ReadUntil("5000 info f:1 fallback\n"), HasSubstr("app-1234.qvlog\n"));
+    EXPECT_THAT(command.ReadUntil("5000 info f:1 fallback\n"), HasSubstr("app-1234560.qvlog\n"));
+}
+
+TEST_F(LogFollowTest, IgnoresAFallbackFileOfAnotherUser)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    const std::string other = PathOf("other.qvlog");
+    ToolFixture::Write(L"other.qvlog", "2 5000 : 1 : f : forged\n");
+    if (::chown(other.c_str(), 12345, 12345) != 0)
+        GTEST_SKIP() << "only root can give a file away";
+    std::filesystem::rename(other, PathOf("app-1234560.qvlog"));
+    ToolFixture::Write(L"app-1234570.qvlog", "2 6000 : 1 : f : fallback\n");
+
+    EXPECT_THAT(command.ReadUntil("6000 info f:1 fallback\n"), Not(HasSubstr("forged")));
 }
 
 TEST_F(LogFollowTest, GoesOnInAFileThatReplacesTheLog)
