@@ -14,7 +14,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Only decides when a hang is called a hang.
+/// After this time a test fails instead of hanging.
 constexpr std::chrono::seconds c_hangLimit{60};
 
 /// Runs an event loop on this thread while `work` runs on another one.

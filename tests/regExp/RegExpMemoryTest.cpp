@@ -65,7 +65,7 @@ TEST(RegExpMemoryTest, ReportsOutOfMemoryFromEveryOperation)
         EXPECT_GT(FailEachAllocation(operation), 0);
 }
 
-TEST(RegExpMemoryTest, WorksAfterMemoryWasOut)
+TEST(RegExpMemoryTest, WorksAgainAfterRunningOutOfMemory)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);
 

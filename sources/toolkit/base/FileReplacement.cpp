@@ -13,7 +13,7 @@ namespace {
 // lead in a circle. Unlike realpath(3), it needs no file at the end.
 std::string FollowLinks(std::string path)
 {
-    constexpr int mostLinks = 40; // as the system
+    constexpr int mostLinks = 40; // like Linux
 
     for (int i = 0; i <= mostLinks; ++i) {
         char link[PATH_MAX];

@@ -73,9 +73,8 @@ std::wstring ReplaceUnencodable(std::wstring_view text)
 
 std::string MakeSocketPath(const std::wstring& service)
 {
-    // wxWidgets treats a number as a port, which would be open to the network. Nor may a null
-    // character cut the path short: as the first one it would even make an address that has no
-    // permissions.
+    // wxWidgets treats a number as a port, which would be open to the network. A null character
+    // would end the path early; a leading one would even make an address without permissions.
     std::string path;
     if (service.empty() || IsNumber(service) || service.find(L'\0') != std::wstring::npos ||
         !Base::AppendEncodedUtf8(path, service.data(), service.size()))

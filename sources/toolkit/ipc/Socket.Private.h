@@ -81,7 +81,7 @@ private:
 /// only one.
 class SocketSet {
 public:
-    /// Stands for the clock among the descriptors.
+    /// Means the clock in a list of descriptors.
     static constexpr int c_tick = -1;
 
     SocketSet();

@@ -17,8 +17,8 @@ StartBytes::StartBytes(const PatternCode& code, int options)
     const int trial = options | Pcre::c_trusted | Pcre::c_anchored | Pcre::c_partial;
     for (unsigned int byte = 0; byte < c_firstNonAscii; ++byte) {
         const char character = static_cast<char>(byte);
-        // A trial that comes to the end of its subject reports a partial match, so that only a
-        // match which the first byte itself rules out is not found.
+        // A trial that reaches the end of its subject reports a partial match. So no match means
+        // that no match begins with this byte.
         m_bytes[byte] = Pcre::Execute(code.get(), &character, 1, 0, trial, offsets,
                                       MatchResult::c_ovectorSize) != Pcre::c_noMatch;
     }

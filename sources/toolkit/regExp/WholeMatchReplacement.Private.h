@@ -12,7 +12,7 @@ namespace Toolkit {
 ///
 /// The rule: after each replacement the search continues in the changed text, after the
 /// replacement, at an offset of 16 bits. Each search first checks that the whole text is UTF-8. The
-/// shortcuts give what the rule gives.
+/// shortcuts have the same result.
 class WholeMatchReplacement {
 public:
     /// Throws when the pattern does not compile. `replacement` must outlive the object.
