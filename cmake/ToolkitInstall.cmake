@@ -76,10 +76,12 @@ install(FILES "${PROJECT_BINARY_DIR}/package/toolkit.pc"
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
 )
 
-# gdb looks for a script of the library's own path and name in such a folder.
+# gdb looks for a script of this name beside the library, so an installed tree may be moved.
+# Distributions want it in gdb's own folder, under the library's path.
 if(BUILD_SHARED_LIBS AND NOT APPLE)
+    set(TOOLKIT_GDB_DIR "${CMAKE_INSTALL_LIBDIR}" CACHE STRING "Where gdb's script is installed")
     install(FILES "${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
-            DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR}"
+            DESTINATION "${TOOLKIT_GDB_DIR}"
             RENAME "libtoolkit.so.${PROJECT_VERSION}-gdb.py"
     )
 endif()

@@ -82,6 +82,11 @@ if(BUILD_SHARED_LIBS)
         PackageByCMake consumer Consumer "-DCMAKE_PREFIX_PATH=${package_prefix}"
     )
     toolkit_pkg_config_test(PackageByPkgConfig "${package_prefix}")
+    add_test(NAME PackagePrinters
+             COMMAND "${package_sources}/printers.sh" ${CMAKE_CXX_COMPILER} "${package_prefix}"
+                     ${CMAKE_INSTALL_LIBDIR}
+    )
+    set_tests_properties(PackagePrinters PROPERTIES FIXTURES_REQUIRED InstalledCopy)
     toolkit_refusal_test(PackageRefusesComponents "Toolkit has no components" -DCOMPONENT=Net)
     toolkit_refusal_test(
         PackageNamesWhatIsMissing "apt-get install libwxgtk3.2-dev"

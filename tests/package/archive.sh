@@ -18,3 +18,4 @@ mkdir "$work/any place"
 tar -xzf "$work"/made/toolkit-*.tar.gz -C "$work/any place" --strip-components=1
 mv "$work/any place" "$work/moved"
 "$here/pkg-config-consumer.sh" "$compiler" "$work/moved" "$libdir" "$source" "$work/consumer"
+"$here/printers.sh" "$compiler" "$work/moved" "$libdir"
