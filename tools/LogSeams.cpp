@@ -22,6 +22,17 @@ std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 
 } // namespace
 
+// By how much a line after `seam` may be newer than the first line of the part before it.
+std::int64_t LogSeams::FindSlack(const Seam& seam)
+{
+    return std::clamp<std::int64_t>((seam.newest - seam.begin) / 2, 0, c_longestDelayMs);
+}
+
+bool LogSeams::IsTooWideForMost(const Seam& seam)
+{
+    return seam.isCut || seam.drop >= c_usualDelayMs;
+}
+
 void LogSeams::Add(const LogRecord& record)
 {
     const bool hasTick = record.header && !record.header->isOfWx;
@@ -41,8 +52,7 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
     if (!m_hasTick)
         m_firstTick = tick;
     const std::int64_t step = m_hasTick ? MeasureStep(m_lastTick, tick) : 0;
-    const std::int64_t begin = m_clear.empty() ? 0 : m_clear.back().older;
-    const Seam seam{offset, -step, m_time, begin, m_time + step, isCut};
+    const Seam seam{offset, -step, m_time, 0, m_time + step, isCut};
     m_hasTick = true;
     m_lastTick = tick;
     m_time += step;
@@ -50,10 +60,17 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
         m_widestDrop = seam;
     if (seam.drop < m_widestGap.drop)
         m_widestGap = seam;
-    // All lines after a seam are older than those before it.
-    while (!m_clear.empty() && m_time > m_clear.back().begin + c_longestDelayMs)
+    AddClear(seam);
+}
+
+// All lines after a seam are older than the first line of the part before it.
+void LogSeams::AddClear(Seam seam)
+{
+    while (!m_clear.empty() && m_time > m_clear.back().begin + FindSlack(m_clear.back()))
         m_clear.pop_back();
-    if (seam.drop >= c_longestDelayMs && m_clear.size() < c_mostSeams)
+    seam.begin = m_clear.empty() ? 0 : m_clear.back().older;
+    const bool isOlderThanPart = IsTooWideForMost(seam) && seam.older <= seam.begin;
+    if ((isOlderThanPart || seam.drop >= c_longestDelayMs) && m_clear.size() < c_mostSeams)
         m_clear.push_back(seam);
 }
 
@@ -67,9 +84,8 @@ std::vector<LogSeams::Seam> LogSeams::Seams() const
     if (m_time + closingStep > 0)
         return -m_widestGap.drop > closingStep ? std::vector<Seam>{m_widestGap}
                                                : std::vector<Seam>{};
-    const std::int64_t drop = m_widestDrop.drop;
-    if (drop <= std::max<std::int64_t>(-closingStep, 0) ||
-        (drop < c_usualDelayMs && !m_widestDrop.isCut))
+    if (m_widestDrop.drop <= std::max<std::int64_t>(-closingStep, 0) ||
+        !IsTooWideForMost(m_widestDrop))
         return {};
     return m_clear.empty() ? std::vector<Seam>{m_widestDrop} : m_clear;
 }

@@ -108,6 +108,27 @@ TEST_F(LogCommandTest, FindsTheRestsOfTwoRounds)
               "9000 info f:1 6\n");
 }
 
+// The rest of a burst, which made the file long, is much older than the round before the newest.
+TEST_F(LogCommandTest, FindsTheSeamOfShortRoundsBeforeTheRestOfABurst)
+{
+    EXPECT_EQ(Print("2 90400 : 1 : f : 5\n2 90500 : 1 : f : 6\n"
+                    "2 90200 : 1 : f : 3\n2 90300 : 1 : f : 4\n"
+                    "2 10000 : 1 : f : 1\n2 10000 : 1 : f : 2\n"),
+              "10000 info f:1 1\n10000 info f:1 2\n90200 info f:1 3\n90300 info f:1 4\n"
+              "90400 info f:1 5\n90500 info f:1 6\n");
+}
+
+// Ticks advance in steps of 10 ms.
+TEST_F(LogCommandTest, FindsTheRestsOfTwoShortRounds)
+{
+    EXPECT_EQ(Print("2 1040 : 1 : f : 5\n2 1050 : 1 : f : 6\n"
+                    "f : cut\n2 1020 : 1 : f : 3\n2 1030 : 1 : f : 4\n"
+                    "f : cut\n2 1000 : 1 : f : 1\n2 1010 : 1 : f : 2\n"),
+              "- cut - f : cut\n1000 info f:1 1\n1010 info f:1 2\n"
+              "- cut - f : cut\n1020 info f:1 3\n1030 info f:1 4\n"
+              "1040 info f:1 5\n1050 info f:1 6\n");
+}
+
 TEST_F(LogCommandTest, KeepsTheOrderOfThreadsThatOvertakeEachOther)
 {
     const std::string late = "2 100 : 1 : f : 1\n2 3000 : 1 : f : 2\n2 1500 : 1 : g : late\n"
