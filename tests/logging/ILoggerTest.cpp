@@ -342,16 +342,18 @@ TEST(ILoggerTest, InstallsALoggerThatDiscardsEverythingForAnEmptyPointer)
     ILogger::ReleaseInstance();
 }
 
+// Counts how many are destroyed.
+class Counted : public Sink {
+public:
+    explicit Counted(int& ends) : Sink(SeverityVerbose), m_ends(ends) {}
+    ~Counted() override { ++m_ends; }
+
+private:
+    int& m_ends;
+};
+
 TEST(ILoggerTest, ReleasesAReplacedLogger)
 {
-    class Counted : public Sink {
-    public:
-        explicit Counted(int& ends) : Sink(SeverityVerbose), m_ends(ends) {}
-        ~Counted() override { ++m_ends; }
-
-    private:
-        int& m_ends;
-    };
     int ends = 0;
     ILogger::CreateInstance();
 
@@ -361,6 +363,15 @@ TEST(ILoggerTest, ReleasesAReplacedLogger)
     EXPECT_EQ(ends, 1);
     ILogger::ReleaseInstance();
     EXPECT_EQ(ends, 2);
+}
+
+TEST(ILoggerTest, ReleasesALoggerThatItCannotInstall)
+{
+    ASSERT_EQ(ILogger::s_pInstance, nullptr);
+
+    int ends = 0;
+    ILogger::SetLogger(new Counted(ends));
+    EXPECT_EQ(ends, 1);
 }
 
 TEST(ILoggerTest, MayReplaceALoggerThatHoldsTheNextOne)

@@ -124,7 +124,8 @@ public:
 
     /// Installs `logger` as the process-wide one; an empty pointer installs one that discards
     /// everything, or keeps the old one when out of memory. Not guarded: call it while no other
-    /// thread logs. Does nothing before `CreateInstance` and after `ReleaseInstance`.
+    /// thread logs. Before `CreateInstance`, which `LibModuleManager::Initialize(true)` calls, and
+    /// after `ReleaseInstance` it only releases `logger`: a raw pointer to it dangles then.
     static void SetLogger(smart_ptr<ILogger> logger);
 
     /// Null while there is no process-wide logger.
