@@ -100,12 +100,15 @@ private:
 // Long enough for the paths that look at many characters at once.
 constexpr std::size_t c_longLength = 40;
 
-template <typename Char>
-Char FoldedForSearch(Char character)
+char FoldedForSearch(char character)
+{
+    return static_cast<char>(c_toLower(static_cast<signed char>(character)));
+}
+
+wchar_t FoldedForSearch(wchar_t character)
 {
     const auto number = static_cast<int>(character);
-    const int lowest = sizeof(Char) == 1 ? -128 : 0;
-    return number < lowest || number > 255 ? character : static_cast<Char>(c_toLower(number));
+    return number < 0 || number > 255 ? character : static_cast<wchar_t>(c_toLower(number));
 }
 
 int FoldedForComparison(char character)

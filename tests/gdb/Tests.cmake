@@ -5,7 +5,9 @@ endif()
 
 toolkit_test(gdb/PrintersTest.cpp)
 target_compile_definitions(
-    PrintersTest PRIVATE TOOLKIT_PRINTERS="${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
+    PrintersTest
+    PRIVATE TOOLKIT_PRINTERS="${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
+            TOOLKIT_LIBRARY_IS_DESCRIBED=$<CONFIG:Debug,RelWithDebInfo>
 )
 toolkit_test_program(PrintersTest TOOLKIT_PRINTERS_PROGRAM gdb/PrintersProgram.cpp)
 # Variables are described and stay where they are.
