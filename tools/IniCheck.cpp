@@ -104,15 +104,14 @@ bool HasByteOrderMark(std::string_view bytes)
     return false;
 }
 
-// The line of the first byte that is not UTF-8 in a file that should be.
-std::optional<std::size_t> FindLineOfForeignByte(std::string_view bytes)
+// The line of the first character for which `isMeant` holds in a file in UTF-8.
+template <typename Predicate>
+std::optional<std::size_t> FindLine(std::string_view bytes, Predicate isMeant)
 {
-    if (HasByteOrderMark(bytes))
-        return {};
     std::size_t line = 1;
     for (bool wasReturn = false; !bytes.empty();) {
         const Character character = TakeCharacter(bytes);
-        if (!character.isValid)
+        if (isMeant(character))
             return line;
         const bool isReturn = character.code == '\r';
         if (isReturn || (character.code == '\n' && !wasReturn))
@@ -122,17 +121,31 @@ std::optional<std::size_t> FindLineOfForeignByte(std::string_view bytes)
     return {};
 }
 
+// What the bytes of a file without a byte order mark show about its encoding.
+std::vector<IniFinding> CheckEncoding(std::string_view bytes)
+{
+    std::vector<IniFinding> findings;
+    if (HasByteOrderMark(bytes))
+        return findings;
+    const auto isForeign = [](const Character& character) { return !character.isValid; };
+    if (const std::optional<std::size_t> line = FindLine(bytes, isForeign))
+        findings.push_back({*line, "warning: not UTF-8, so the file is read as ISO 8859-1"});
+    const auto isNull = [](const Character& character) { return character.bytes == "\0"sv; };
+    if (const std::optional<std::size_t> line = FindLine(bytes, isNull))
+        findings.push_back({*line, "warning: a null character: UTF-16 without a byte order mark?"});
+    return findings;
+}
+
 } // namespace
 
 std::vector<IniFinding> CheckIni(const InputPath& path)
 {
     std::vector<IniFinding> findings = Checker().Check(ReadIniLines(path));
-    if (const std::optional<std::size_t> line = FindLineOfForeignByte(ReadBytes(path))) {
-        findings.push_back({*line, "warning: not UTF-8, so the file is read as ISO 8859-1"});
-        std::stable_sort(
-            findings.begin(), findings.end(),
-            [](const IniFinding& one, const IniFinding& other) { return one.line < other.line; });
-    }
+    const std::vector<IniFinding> ofBytes = CheckEncoding(ReadBytes(path));
+    findings.insert(findings.end(), ofBytes.begin(), ofBytes.end());
+    std::stable_sort(
+        findings.begin(), findings.end(),
+        [](const IniFinding& one, const IniFinding& other) { return one.line < other.line; });
     return findings;
 }
 

@@ -4,7 +4,6 @@
 #include <toolkit/config/IniFile.h>
 
 #include "Commands.h"
-#include "Failure.h"
 #include "IniCheck.h"
 #include "IniText.h"
 #include "InputPath.h"
@@ -27,7 +26,7 @@ IniFile Load(const InputPath& path)
 {
     IniFile ini(path.Wide());
     if (!ini.IsLoaded())
-        throw Failure("cannot read " + path.Shown());
+        throw MakeReadFailure(path);
     return ini;
 }
 

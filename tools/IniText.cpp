@@ -3,7 +3,6 @@
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/files/TextFile.h>
 
-#include "Failure.h"
 #include "VisibleText.h"
 
 namespace Tool {
@@ -12,7 +11,7 @@ std::vector<TString<wchar_t>> ReadIniLines(const InputPath& path)
 {
     Toolkit::TextFile file;
     if (!file.Open(path.Wide()))
-        throw Failure("cannot read " + path.Shown());
+        throw MakeReadFailure(path);
     std::vector<TString<wchar_t>> lines = {file.GetFirstLine()};
     while (!file.Eof())
         lines.push_back(file.GetNextLine());

@@ -1,8 +1,8 @@
 #include "InputPath.h"
 
+#include <fcntl.h>
 #include <toolkit/encoding/UTF8.h>
 
-#include "Failure.h"
 #include "TemporaryFile.h"
 
 namespace Tool {
@@ -22,6 +22,16 @@ InputPath::InputPath(const std::string& argument) : m_argument(argument), m_path
         m_path = "/dev/fd/" + std::to_string(m_standardInput.Get());
     }
     m_wide = ToWideArgument(m_path);
+}
+
+Failure MakeReadFailure(const InputPath& path)
+{
+    const std::string what = "cannot read " + path.Shown();
+    const Descriptor file(::open(path.Path().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    char byte = 0;
+    if (!file.IsOpen() || ::read(file.Get(), &byte, 1) < 0)
+        return MakeSystemFailure(what);
+    return Failure(what);
 }
 
 } // namespace Tool

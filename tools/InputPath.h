@@ -4,6 +4,7 @@
 #include <toolkit/core/TString.h>
 
 #include "Descriptor.h"
+#include "Failure.h"
 
 namespace Tool {
 
@@ -31,5 +32,8 @@ private:
     std::string m_path;
     TString<wchar_t> m_wide;
 };
+
+/// The failure to read a file in which the library gave no reason: finds the reason out.
+Failure MakeReadFailure(const InputPath& path);
 
 } // namespace Tool

@@ -4,9 +4,14 @@
 #include <wx/init.h>
 #include <wx/timer.h>
 
+#include <cerrno>
+#include <cstring>
 #include <iostream>
+#include <sys/stat.h>
 #include <toolkit/encoding/UTF8.h>
+#include <toolkit/ipc/IPCClient.h>
 #include <toolkit/ipc/IPCServer.h>
+#include <unistd.h>
 
 #include "Action.h"
 #include "Failure.h"
@@ -44,6 +49,21 @@ private:
     IpcListener& m_listener;
 };
 
+// Why no server can be had at the path; empty when it does not show.
+std::string FindReason(const TString<wchar_t>& service, const std::string& path)
+{
+    if (IPCClient::IsServed(service))
+        return ": another server listens there";
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) == 0 &&
+        (!S_ISSOCK(status.st_mode) || status.st_uid != ::geteuid()))
+        return ": there is a file that is no socket of this user";
+    const std::string directory = path.substr(0, path.rfind('/') + 1);
+    if (::access(directory.c_str(), W_OK | X_OK) != 0)
+        return std::string(": ") + std::strerror(errno);
+    return "";
+}
+
 } // namespace
 
 int IpcListener::Run(const TString<wchar_t>& service)
@@ -56,7 +76,7 @@ int IpcListener::Run(const TString<wchar_t>& service)
     IPCServer server(service);
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
     if (!server.Run())
-        throw Failure("cannot listen at " + path);
+        throw Failure("cannot listen at " + path + FindReason(service, path));
     std::cerr << "toolkit: listening at " << MakeVisible(path) << std::endl;
     const Watch watch(*this);
     wxAppConsole::GetInstance()->MainLoop();

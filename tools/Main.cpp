@@ -31,21 +31,6 @@ std::string MakeLinesVisible(const std::string& text)
     return result;
 }
 
-// Also handles help and version, which CLI11 reports like errors.
-int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
-{
-    std::ostringstream output;
-    std::ostringstream errors;
-    const int code = app.exit(end, output, errors);
-    std::cout << output.str() << std::flush;
-    std::cerr << MakeLinesVisible(errors.str());
-    if (!std::cout) {
-        Complain("cannot write to standard output");
-        return ExitError;
-    }
-    return code == 0 ? ExitGood : ExitError;
-}
-
 // Ends like a program that does not handle SIGPIPE.
 int EndByBrokenPipe()
 {
@@ -70,6 +55,30 @@ try {
     return ExitError;
 }
 
+// CLI11 misses what is required before it looks at the words that it does not know.
+std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
+{
+    std::string text = mistake.what();
+    const std::vector<std::string> unknown = app->remaining(true);
+    if (dynamic_cast<const CLI::RequiredError*>(&mistake) && !unknown.empty())
+        text =
+            (unknown[0][0] == '-' ? "there is no option " : "there is no subcommand ") + unknown[0];
+    return "toolkit: " + text + "\nRun with --help for more information.\n";
+}
+
+// Also handles help and version, which CLI11 reports like errors.
+int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
+{
+    std::ostringstream text;
+    std::ostringstream errors;
+    const int code = app.exit(end, text, errors);
+    std::cerr << MakeLinesVisible(errors.str());
+    return Perform([&](Output& output) {
+        output.Write(text.str());
+        return code == 0 ? ExitGood : ExitError;
+    });
+}
+
 int Run(int argc, char** argv)
 {
     std::setlocale(LC_CTYPE, "");
@@ -80,6 +89,7 @@ int Run(int argc, char** argv)
     CLI::App app("Inspects the logs, settings, archives and sockets of programs built on Toolkit.",
                  "toolkit");
     app.require_subcommand(1);
+    app.failure_message(DescribeMistake);
     app.set_version_flag(
         "--version",
         "toolkit " +

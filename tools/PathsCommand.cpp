@@ -25,6 +25,12 @@ namespace {
 
 using Text = TString<wchar_t>;
 
+bool IsDirectory(const std::filesystem::path& path)
+{
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
+}
+
 // A name without "/" is searched for along PATH, as the shell does.
 std::string FindProgram(const std::string& program)
 {
@@ -35,7 +41,7 @@ std::string FindProgram(const std::string& program)
     for (std::string directory; std::getline(list, directory, ':');) {
         std::string path = std::move(directory);
         path.append("/").append(program);
-        if (::access(path.c_str(), X_OK) == 0)
+        if (::access(path.c_str(), X_OK) == 0 && !IsDirectory(path))
             return path;
     }
     throw Failure("there is no program " + program);
@@ -49,6 +55,8 @@ Text FindExecutable(const std::string& program)
     const std::filesystem::path path = std::filesystem::canonical(found, error);
     if (error)
         throw Failure("cannot find " + program + ": " + error.message());
+    if (IsDirectory(path))
+        throw Failure(program + " is a directory, not a program");
     return ToWideArgument(path.native());
 }
 

@@ -128,8 +128,11 @@ void AddSelection(CLI::App& command, ZipSelection& selection)
     command.add_option("--filter", selection.filter,
                        "Only names that begin with this text up to its last *, in any case");
     command
-        .add_option("--type", selection.type, "Only entries of this type: all, files, directories")
-        ->transform(CLI::CheckedTransformer(types).description(""));
+        .add_option_function<std::string>(
+            "--type", [&selection](const std::string& type) { selection.type = types.at(type); },
+            "Only entries of this type: all, files, directories")
+        ->check(
+            CLI::IsMember(std::vector<std::string>{"all", "files", "directories"}).description(""));
 }
 
 } // namespace

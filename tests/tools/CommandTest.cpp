@@ -39,8 +39,21 @@ TEST_F(CommandTest, FailsForWrongUsage)
         const ProgramResult result = Run(arguments);
         EXPECT_EQ(result.exitCode, 2);
         EXPECT_EQ(result.output, "");
-        EXPECT_NE(result.errors, "");
+        EXPECT_THAT(result.errors, StartsWith("toolkit: "));
     }
+}
+
+TEST_F(CommandTest, NamesAWordThatItDoesNotKnow)
+{
+    EXPECT_THAT(Run({"bogus"}).errors, StartsWith("toolkit: there is no subcommand bogus\n"));
+    EXPECT_THAT(Run({"ini", "bogus", "x"}).errors,
+                StartsWith("toolkit: there is no subcommand bogus\n"));
+    EXPECT_THAT(Run({"--bogus"}).errors, StartsWith("toolkit: there is no option --bogus\n"));
+    EXPECT_THAT(Run({"ini", "list", "--bogus"}).errors,
+                StartsWith("toolkit: there is no option --bogus\n"));
+    EXPECT_THAT(Run({"ini", "list", "a", "bogus"}).errors,
+                StartsWith("toolkit: The following argument was not expected: bogus\n"));
+    EXPECT_THAT(Run({}).errors, StartsWith("toolkit: A subcommand is required\n"));
 }
 
 TEST_F(CommandTest, ShowsControlCharactersOfArgumentsAsText)
@@ -59,7 +72,8 @@ TEST_F(CommandTest, FailsForAFullDisk)
         SCOPED_TRACE(arguments);
         const ProgramResult result = Shell("$toolkit " + arguments + " > /dev/full");
         EXPECT_EQ(result.exitCode, 2);
-        EXPECT_THAT(result.errors, StartsWith("toolkit: cannot write to standard output"));
+        EXPECT_THAT(result.errors,
+                    StartsWith("toolkit: cannot write to standard output: No space left"));
     }
 }
 

@@ -6,6 +6,8 @@
 namespace Toolkit::TestSupport {
 namespace {
 
+using testing::HasSubstr;
+
 class IniCommandTest : public ToolFixture {
 protected:
     // What the command reports of a file with that text, without the path.
@@ -60,7 +62,16 @@ TEST_F(IniCommandTest, FailsForAMissingFile)
     for (const std::string command : {"list", "check"}) {
         const ProgramResult result = Run({"ini", command, "/nonesuch.ini"});
         EXPECT_EQ(result.exitCode, 2);
-        EXPECT_EQ(result.errors, "toolkit: cannot read /nonesuch.ini\n");
+        EXPECT_EQ(result.errors, "toolkit: cannot read /nonesuch.ini: No such file or directory\n");
+    }
+}
+
+TEST_F(IniCommandTest, FailsForADirectory)
+{
+    for (const std::string command : {"list", "check"}) {
+        const ProgramResult result = Run({"ini", command, "/usr"});
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.errors, "toolkit: cannot read /usr: Is a directory\n");
     }
 }
 
@@ -105,6 +116,16 @@ TEST_F(IniCommandTest, WarnsOfBytesThatAreNotUtf8)
 {
     EXPECT_EQ(Check("[A]\r\nx=caf\xC3\xA9\ny=caf\xE9\n", 1),
               "a.ini:3: warning: not UTF-8, so the file is read as ISO 8859-1\n");
+}
+
+TEST_F(IniCommandTest, WarnsOnceOfNullCharacters)
+{
+    using namespace std::string_literals;
+
+    EXPECT_EQ(Check("[A]\r\nx=1\r\ny=\0\0\nz=\0\n"s, 1),
+              "a.ini:3: warning: a null character: UTF-16 without a byte order mark?\n");
+    EXPECT_THAT(Check("[\0A\0]\0\n\0x\0=\0"s, 1),
+                HasSubstr("a.ini:1: warning: a null character: UTF-16 without"));
 }
 
 TEST_F(IniCommandTest, AcceptsMarkedFiles)

@@ -93,7 +93,22 @@ TEST_F(IpcCommandTest, FailsForASecondServer)
     const ProgramResult result = Run({"ipc", "listen", Service()});
 
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.errors, "toolkit: cannot listen at " + Service() + "\n");
+    EXPECT_EQ(result.errors,
+              "toolkit: cannot listen at " + Service() + ": another server listens there\n");
+}
+
+TEST_F(IpcCommandTest, ReportsWhyItCannotListen)
+{
+    const std::string file = Write(L"file.ipc", "text");
+    const ProgramResult taken = Run({"ipc", "listen", file});
+    EXPECT_EQ(taken.exitCode, 2);
+    EXPECT_EQ(taken.errors, "toolkit: cannot listen at " + file +
+                                ": there is a file that is no socket of this user\n");
+
+    const ProgramResult missing = Run({"ipc", "listen", PathOf("none/x.ipc")});
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_EQ(missing.errors, "toolkit: cannot listen at " + PathOf("none/x.ipc") +
+                                  ": No such file or directory\n");
 }
 
 TEST_F(IpcCommandTest, RefusesANumberAsAService)

@@ -199,6 +199,21 @@ TEST_F(PathsCommandTest, ReportsWhatTheProgramCannotRead)
                 HasSubstr("configuration   " + PathOf("share/app/config") + " (not readable)\n"));
 }
 
+TEST_F(PathsCommandTest, RefusesADirectory)
+{
+    const ProgramResult result = Run({"paths", "/usr/bin"});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.errors, "toolkit: /usr/bin is a directory, not a program\n");
+}
+
+TEST_F(PathsCommandTest, FindsNoDirectoryAlongThePath)
+{
+    const ScopedEnvironment path("PATH", "/usr");
+
+    EXPECT_EQ(Run({"paths", "bin"}).errors, "toolkit: there is no program bin\n");
+}
+
 TEST_F(PathsCommandTest, NamesItsOwnPathsWithoutAProgram)
 {
     EXPECT_THAT(Run({"paths"}).output, HasSubstr("name            toolkit\n"));

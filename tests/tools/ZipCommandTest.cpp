@@ -12,6 +12,7 @@ namespace Toolkit::TestSupport {
 namespace {
 
 using testing::ContainsRegex;
+using testing::StartsWith;
 
 // The length of an archive's end without a comment, and where its fields are.
 constexpr std::size_t c_endLength = 22;
@@ -120,7 +121,14 @@ TEST_F(ZipCommandTest, SelectsEntriesLikeTheLibrary)
     EXPECT_THAT(Run({"zip", "list", archive, "--type", "directories"}).output,
                 ContainsRegex("^ +0 [^\n]*folder/\n$"));
     EXPECT_EQ(Run({"zip", "list", archive, "--filter", "x*"}).exitCode, 1);
-    EXPECT_EQ(Run({"zip", "list", archive, "--type", "links"}).exitCode, 2);
+}
+
+TEST_F(ZipCommandTest, NamesTheTypesThatItKnows)
+{
+    const ProgramResult result = Run({"zip", "list", WriteUsual(), "--type", "links"});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.errors, StartsWith("toolkit: --type: links not in {all,files,directories}"));
 }
 
 TEST_F(ZipCommandTest, PrintsTheBytesInCat)
