@@ -9,10 +9,12 @@
 namespace Tool {
 namespace {
 
-constexpr std::size_t c_headLength = 64;
+constexpr off_t c_tailLength = 64;
+constexpr std::size_t c_headLength = 256;
 
-// By how much a line may be older than the one before it: a thread may wait after reading the time.
-constexpr std::int64_t c_longestDelayMs = 1000;
+// By how much a new line may be older than the one before it: a thread may wait after reading the
+// time. A line that waited longer is printed when a new line follows it.
+constexpr std::int64_t c_usualDelayMs = 100;
 constexpr std::int64_t c_longestDelaySeconds = 2;
 
 // File times advance in steps of a few milliseconds; a second write within one step does not change
@@ -37,20 +39,35 @@ LogRecord ParseRecord(const std::string& text, off_t offset)
     return {offset, text, true, ParseLogHeader(text)};
 }
 
+std::string ReadAt(int file, off_t offset, std::size_t length)
+{
+    std::string text(length, '\0');
+    const ssize_t count = ::pread(file, text.data(), text.size(), offset);
+    text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return text;
+}
+
+bool StartsWith(const std::string& text, const std::string& start)
+{
+    return text.compare(0, start.size(), start) == 0;
+}
+
 } // namespace
 
 std::string ReadHead(int file)
 {
-    std::string head(c_headLength, '\0');
-    const ssize_t count = ::pread(file, head.data(), head.size(), 0);
-    head.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
-    return head;
+    return ReadAt(file, 0, c_headLength);
+}
+
+std::string ReadTail(int file, off_t position)
+{
+    const off_t begin = std::max<off_t>(position - c_tailLength, 0);
+    return ReadAt(file, begin, static_cast<std::size_t>(position - begin));
 }
 
 LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinter& printer)
     : m_file(std::move(file)), m_printer(printer), m_position(position.offset),
-      m_newestTick(position.newestTick), m_roundMs(2 * c_longestDelayMs),
-      m_knownLength(position.length)
+      m_newestTick(position.newestTick), m_tail(position.tail), m_knownLength(position.length)
 {
     KeepHead(position.head);
     struct stat status {};
@@ -60,6 +77,8 @@ LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinte
 
 void LogFollower::Poll()
 {
+    // Read before the length: when the head has changed, the length is that of a whole round.
+    const std::string head = ReadHead(m_file.Get());
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
         return;
@@ -67,13 +86,14 @@ void LogFollower::Poll()
     if (!HasChanged(status))
         return;
     FollowTruncation(status.st_size);
-    PrintNew(status);
-    if (IsHeadChanged()) {
-        m_position = 0;
-        PrintNew(status);
-    }
+    const bool isHeadChanged = !StartsWith(head, m_head);
+    if (!isHeadChanged || !IsRestarted())
+        PrintNew(status, isHeadChanged);
+    if (isHeadChanged)
+        GoToBeginning(status);
     m_knownLength = status.st_size;
-    KeepHead(ReadHead(m_file.Get()));
+    KeepHead(head);
+    m_tail = ReadTail(m_file.Get(), m_position);
 }
 
 bool LogFollower::HasChanged(const struct stat& status)
@@ -92,55 +112,82 @@ void LogFollower::FollowTruncation(off_t size)
     m_position = size;
     m_knownLength = size;
     m_head.resize(std::min(m_head.size(), static_cast<std::size_t>(size)));
+    m_tail.clear();
 }
 
-bool LogFollower::IsHeadChanged() const
+// Whether the text before m_position is gone, too: the file was truncated and has grown again.
+bool LogFollower::IsRestarted() const
 {
-    return !m_head.empty() && ReadHead(m_file.Get()).substr(0, m_head.size()) != m_head;
+    const off_t begin = m_position - static_cast<off_t>(m_tail.size());
+    return ReadAt(m_file.Get(), begin, m_tail.size()) != m_tail;
 }
 
-// What comes after m_position may change without a wrap.
+void LogFollower::GoToBeginning(const struct stat& status)
+{
+    const LogRecord oldHead = ParseRecord(m_head, 0);
+    if (oldHead.header && !oldHead.header->isOfWx)
+        MeasureRound(*oldHead.header);
+    m_position = 0;
+    m_unconfirmed.clear();
+    PrintNew(status, false);
+}
+
+// What comes after the first line and after m_position may change without a wrap.
 void LogFollower::KeepHead(std::string head)
 {
     m_head = std::move(head);
-    m_head.resize(std::min(m_head.size(), static_cast<std::size_t>(m_position)));
+    const std::size_t line = std::min(m_head.size(), m_head.find('\n'));
+    m_head.resize(std::min(line, static_cast<std::size_t>(m_position)));
 }
 
 // Prints the lines from m_position on that are newer than what has been printed. Prints a line only
 // when the one after it is known, because the rest of an old line may follow it.
-void LogFollower::PrintNew(const struct stat& status)
+void LogFollower::PrintNew(const struct stat& status, bool isWholeRound)
 {
     LogReader reader(m_file.Get(), m_position, status.st_size);
     std::optional<Candidate> candidate;
+    std::optional<Candidate> old;
     LogRecord record;
     while (reader.Read(record)) {
-        const bool isRest = !record.header;
-        if (!isRest && !IsNew(record)) {
-            m_roundMs = static_cast<std::int32_t>(m_newestTick.value_or(0) - record.header->tick);
-            if (candidate)
-                Settle(std::move(*candidate), status);
-            return;
+        const Candidate next{std::string(record.text), record.offset, record.isEnded};
+        if (record.header && !IsNew(record)) {
+            if (old || record.header->isOfWx)
+                break;
+            old = next;
+            continue;
         }
         if (candidate)
             Confirm(*candidate, status);
-        candidate = Candidate{std::string(record.text), record.offset, record.isEnded};
+        if (old) // it was only late
+            Confirm(*old, status);
+        old.reset();
+        candidate = next;
         // What comes after it is compared with it.
-        if (!isRest && !record.header->isOfWx)
+        if (record.header && !record.header->isOfWx)
             m_newestTick = record.header->tick;
     }
+    if (old)
+        MeasureRound(*ParseLogHeader(old->text));
     if (candidate)
-        Settle(std::move(*candidate), status);
+        Settle(std::move(*candidate), status, isWholeRound);
 }
 
 bool LogFollower::IsNew(const LogRecord& record) const
 {
+    if (record.offset >= m_knownLength)
+        return true;
     // Messages of wxWidgets have the time of day.
     if (record.header->isOfWx)
         return record.header->tick + c_longestDelaySeconds >= m_written.tv_sec;
     if (!m_newestTick)
         return true;
     const auto step = static_cast<std::int32_t>(record.header->tick - *m_newestTick);
-    return step >= -std::min(c_longestDelayMs, m_roundMs / 2);
+    return step >= -std::min(c_usualDelayMs, m_roundMs / 2);
+}
+
+void LogFollower::MeasureRound(const LogHeader& oldLine)
+{
+    m_roundMs = static_cast<std::int32_t>(m_newestTick.value_or(oldLine.tick) - oldLine.tick);
 }
 
 void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
@@ -155,8 +202,8 @@ void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
 
 // Handles the last new text. If the file has grown, the text is complete up to its last line feed.
 // Otherwise older lines follow, and its last line may be the rest of one: the text is complete when
-// it is the same at the next call.
-void LogFollower::Settle(Candidate candidate, const struct stat& status)
+// it is the same at the next call, or when the logger has finished the round.
+void LogFollower::Settle(Candidate candidate, const struct stat& status, bool isWholeRound)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());
     const bool isAppended = end > m_knownLength;
@@ -169,7 +216,7 @@ void LogFollower::Settle(Candidate candidate, const struct stat& status)
         else if (isAppended)
             return;
     }
-    if (isAppended || candidate.text == m_unconfirmed)
+    if (isAppended || isWholeRound || candidate.text == m_unconfirmed)
         Confirm(candidate, status);
     else
         m_unconfirmed = std::move(candidate.text);

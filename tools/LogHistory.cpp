@@ -25,9 +25,10 @@ LogSeams FindSeams(int file, off_t length)
 }
 
 // The newest part is the last in time and the first in the file.
-LogPosition MakePosition(const LogSeams& seams, off_t length, const std::string& head)
+LogPosition MakePosition(int file, const LogSeams& seams, off_t length, const std::string& head)
 {
-    return {seams.ListParts(length).back().end, length, head, seams.NewestTick()};
+    const off_t end = seams.ListParts(length).back().end;
+    return {end, length, head, ReadTail(file, end), seams.NewestTick()};
 }
 
 } // namespace
@@ -60,14 +61,14 @@ LogPosition PrintHistory(int file, LogPrinter& printer)
         while (reader.Read(record))
             printer.Print(record);
     }
-    return MakePosition(seams, status.st_size, head);
+    return MakePosition(file, seams, status.st_size, head);
 }
 
 LogPosition FindPosition(int file)
 {
     const off_t length = ReadStatus(file).st_size;
     const std::string head = ReadHead(file);
-    return MakePosition(FindSeams(file, length), length, head);
+    return MakePosition(file, FindSeams(file, length), length, head);
 }
 
 } // namespace Tool

@@ -37,6 +37,17 @@ protected:
         return WriteAt(static_cast<long>(std::filesystem::file_size(m_path)), text);
     }
 
+    // The command sees all that `write` does at once.
+    template <typename Write>
+    static void WriteWhileStopped(RunningCommand& command, Write write)
+    {
+        ::kill(command.Process(), SIGSTOP);
+        int status = 0;
+        ::waitpid(command.Process(), &status, WUNTRACED);
+        write();
+        ::kill(command.Process(), SIGCONT);
+    }
+
     const std::string m_path;
 };
 
@@ -81,6 +92,68 @@ TEST_F(LogFollowTest, GoesOnAtTheBeginningWhenTheLogWraps)
     WriteAt(end, "2 9500 : 1 : f : next\n");
 
     EXPECT_THAT(command.ReadUntil("next\n"), EndsWith("wrapped\n9500 info f:1 next\n"));
+}
+
+TEST_F(LogFollowTest, PrintsEachLineOnceWhenTheLogWrapsWithinASecond)
+{
+    Append("2 1010 : 1 : f : second line\n2 1020 : 1 : f : line\n2 1200 : 1 : f : third line\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("third line\n");
+
+    const long end = WriteAt(0, "2 1300 : 1 : f : again\n");
+    command.ReadUntil("1300 info f:1 again\n");
+    WriteAt(end, "2 1400 : 1 : f : next\n");
+
+    EXPECT_THAT(command.ReadUntil("next\n"),
+                EndsWith("third line\n1300 info f:1 again\n1400 info f:1 next\n"));
+}
+
+TEST_F(LogFollowTest, PrintsTheEndOfARoundBeforeTheNextRound)
+{
+    const long end =
+        WriteAt(0, "2 8000 : 1 : f : " + std::string(100, 'x') + "\n2 9000 : 1 : f : newest\n");
+    WriteAt(end, "2 3000 : 1 : f : oldest\n2 4000 : 1 : f : old\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("newest\n");
+
+    WriteWhileStopped(command, [this, end] {
+        WriteAt(end, "2 9100 : 1 : f : final.\n");
+        WriteAt(0, "2 9900 : 1 : f : anew..\n");
+    });
+
+    EXPECT_THAT(command.ReadUntil("anew..\n"),
+                EndsWith("newest\n9100 info f:1 final.\n9900 info f:1 anew..\n"));
+}
+
+TEST_F(LogFollowTest, PrintsALogThatRestartsAndGrowsAtOnceInOrder)
+{
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("first\n");
+
+    WriteWhileStopped(command, [this] {
+        ToolFixture::Write(L"app.qvlog", "2 2000 : 1 : f : second\n2 2010 : 1 : f : third\n"
+                                         "2 2020 : 1 : f : fourth\n");
+    });
+    command.ReadUntil("fourth\n");
+    Append("2 3000 : 1 : f : end\n");
+
+    EXPECT_THAT(command.ReadUntil("end\n"),
+                EndsWith("first\n2000 info f:1 second\n2010 info f:1 third\n"
+                         "2020 info f:1 fourth\n3000 info f:1 end\n"));
+}
+
+// A thread may wait for seconds between reading the time and writing.
+TEST_F(LogFollowTest, PrintsALateLineInALogThatHasWrapped)
+{
+    const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
+    WriteAt(end, "2 3000 : 1 : f : oldest\n2 4000 : 1 : f : old\n2 5000 : 1 : f : old\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("newest\n");
+
+    WriteAt(end, "2 7000 : 1 : g : late line\n2 9500 : 1 : f : next\n");
+
+    EXPECT_THAT(command.ReadUntil("next\n"),
+                EndsWith("newest\n7000 info g:1 late line\n9500 info f:1 next\n"));
 }
 
 TEST_F(LogFollowTest, GoesOnInALogThatHasWrapped)
