@@ -1,11 +1,9 @@
 #pragma once
 
-#include "toolkit/archive/LocalHeader.Private.h"
 #include "toolkit/base/FileDescriptor.h"
 
 #include <wx/stream.h>
 
-#include <optional>
 #include <string>
 
 namespace Toolkit {
@@ -25,9 +23,6 @@ public:
     /// The file's length when it was opened: wxWidgets asks before it seeks.
     wxFileOffset GetLength() const override { return m_length; }
 
-    /// Completes the local header to which the next seek leads. Moves the position.
-    void ExpectHeader(const std::optional<EntryData>& data);
-
 protected:
     std::size_t OnSysRead(void* buffer, std::size_t size) override;
     wxFileOffset OnSysSeek(wxFileOffset offset, wxSeekMode mode) override;
@@ -41,7 +36,6 @@ private:
     wxFileOffset m_position = 0;
     std::string m_bytes; // what the file contains from m_bytesBegin on
     wxFileOffset m_bytesBegin = 0;
-    std::optional<EntryData> m_expected;
 };
 
 } // namespace Toolkit

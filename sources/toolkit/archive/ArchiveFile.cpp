@@ -18,17 +18,6 @@ ArchiveFile::ArchiveFile(Base::FileDescriptor file) : m_file(std::move(file))
         Reset(wxSTREAM_READ_ERROR);
 }
 
-void ArchiveFile::ExpectHeader(const std::optional<EntryData>& data)
-{
-    m_expected = IsSeekable() ? data : std::nullopt;
-    // wxWidgets may have put back the beginning of this header, and does not seek to where the
-    // stream is already.
-    if (m_expected) {
-        SeekI(0);
-        m_bytes.clear();
-    }
-}
-
 std::size_t ArchiveFile::OnSysRead(void* buffer, std::size_t size)
 {
     if (!m_file.IsOpen())
@@ -43,8 +32,6 @@ std::size_t ArchiveFile::OnSysRead(void* buffer, std::size_t size)
             m_bytes.resize(c_bufferSize);
             m_bytes.resize(ReadFile(m_bytes.data(), c_bufferSize));
             m_bytesBegin = m_position;
-            if (m_expected && CompleteLocalHeader(m_bytes, *m_expected))
-                m_expected.reset();
         }
         count = m_bytes.copy(static_cast<char*>(buffer), size,
                              static_cast<std::size_t>(m_position - m_bytesBegin));
@@ -64,9 +51,6 @@ wxFileOffset ArchiveFile::OnSysSeek(wxFileOffset offset, wxSeekMode mode)
     if (offset < 0)
         return wxInvalidOffset;
     m_position = offset;
-    // A header has to be at the beginning of m_bytes.
-    if (m_expected)
-        m_bytes.clear();
     return m_position;
 }
 

@@ -10,8 +10,6 @@
 
 namespace Toolkit {
 
-class ArchiveFile;
-
 /// Decodes entry names in the encoding of the environment's locale. In a name that is not valid
 /// there, each byte becomes the character of its value, so that different names stay different.
 class EntryNameConverter : public wxMBConv {
@@ -34,11 +32,8 @@ public:
     /// A stream over the file `path`; in an error state when the file cannot be opened.
     static std::unique_ptr<ArchiveStream> OpenFile(const TString<wchar_t>& path);
 
-    /// Takes ownership of `file`.
-    explicit ArchiveStream(ArchiveFile* file);
-
-    /// Before opening `entry`: reads it even if its local header has no sizes.
-    void ExpectHeaderOf(const wxZipEntry& entry);
+    /// Takes ownership of `stream`.
+    explicit ArchiveStream(wxInputStream* stream);
 
     /// The bytes that were peeked at and not read yet. Valid until the next call.
     std::string_view Ahead() const;
@@ -61,7 +56,6 @@ protected:
     wxFileOffset OnSysTell() const override;
 
 private:
-    ArchiveFile* m_file; // owned by the base class
     std::string m_ahead;
     std::size_t m_aheadBegin = 0; // bytes of m_ahead before it have been read
     // The state of the stream once all peeked bytes have been read.

@@ -57,18 +57,9 @@ std::unique_ptr<ArchiveStream> ArchiveStream::OpenFile(const TString<wchar_t>& p
     return archive;
 }
 
-ArchiveStream::ArchiveStream(ArchiveFile* file)
-    : wxZipInputStream(file, EntryNameConverterOwner::converter), m_file(file)
+ArchiveStream::ArchiveStream(wxInputStream* stream)
+    : wxZipInputStream(stream, EntryNameConverterOwner::converter)
 {
-}
-
-void ArchiveStream::ExpectHeaderOf(const wxZipEntry& entry)
-{
-    std::optional<EntryData> data;
-    if (entry.GetFlags() & wxZIP_SUMS_FOLLOW)
-        data = EntryData{entry.GetCrc(), static_cast<std::uint64_t>(entry.GetCompressedSize()),
-                         static_cast<std::uint64_t>(entry.GetSize())};
-    m_file->ExpectHeader(data);
 }
 
 std::string_view ArchiveStream::Ahead() const

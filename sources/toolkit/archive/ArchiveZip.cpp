@@ -117,8 +117,6 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
         // An error of one entry must not keep the others from being read.
         stream->Reset();
         stream->CloseEntry();
-        if (auto* const own = dynamic_cast<ArchiveStream*>(stream))
-            own->ExpectHeaderOf(*entry);
         return stream->OpenEntry(*entry);
     });
     ASSERT(isOpen);
