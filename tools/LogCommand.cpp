@@ -111,6 +111,8 @@ int Run(const Options& options, Output& output)
 {
     if (options.isFollowing && (options.log.empty() || options.log == "-"))
         throw Failure("--follow needs a file or a name");
+    if (options.log.empty() && (options.isJson || options.HasFilter()))
+        throw Failure("only the lines of a log can be selected: please name a file or a logger");
     if (options.log.empty())
         return List(output);
     return options.isFollowing ? ShowAndFollow(options, output) : Show(options, output);
@@ -122,9 +124,13 @@ void AddLogCommand(CLI::App& app, Action& action)
 {
     CLI::App* const log = app.add_subcommand("log", "Print a log in time order, or list the logs");
     const auto options = std::make_shared<Options>();
+    const auto refuseEmpty = [](const std::string& name) {
+        return name.empty() ? std::string("the name is empty") : std::string();
+    };
     log->add_option("log", options->log,
                     "Path of a file, name of a logger, or - for standard input; without it, list "
-                    "the logs of this user");
+                    "the logs of this user")
+        ->check(refuseEmpty);
     log->add_option("-s,--severity", options->severity, "Only lines at least as severe")
         ->check(CLI::IsMember(
             std::vector<std::string>(std::begin(c_severityNames), std::end(c_severityNames))));

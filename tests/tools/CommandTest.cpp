@@ -43,6 +43,19 @@ TEST_F(CommandTest, FailsForWrongUsage)
     }
 }
 
+TEST_F(CommandTest, SelectsNothingFromTheListOfLogs)
+{
+    const std::vector<std::string> cases[] = {
+        {"log", ""}, {"log", "--json"}, {"log", "-s", "error"}, {"log", "-t", "x"}};
+    for (const auto& arguments : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const ProgramResult result = Run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, StartsWith("toolkit: "));
+    }
+}
+
 TEST_F(CommandTest, NamesAWordThatItDoesNotKnow)
 {
     EXPECT_THAT(Run({"bogus"}).errors, StartsWith("toolkit: there is no subcommand bogus\n"));
