@@ -140,36 +140,39 @@ void LogFollower::KeepHead(std::string head)
     m_head.resize(std::min(line, static_cast<std::size_t>(m_position)));
 }
 
-// Prints the lines from m_position on that are newer than what has been printed. Prints a line only
-// when the one after it is known, because the rest of an old line may follow it.
+// Prints the lines from m_position on that are newer than what has been printed.
 void LogFollower::PrintNew(const struct stat& status, bool isWholeRound)
 {
     LogReader reader(m_file.Get(), m_position, status.st_size);
-    std::optional<Candidate> candidate;
-    std::optional<Candidate> old;
+    Pending pending;
     LogRecord record;
-    while (reader.Read(record)) {
-        const Candidate next{std::string(record.text), record.offset, record.isEnded};
-        if (record.header && !IsNew(record)) {
-            if (old || record.header->isOfWx)
-                break;
-            old = next;
-            continue;
-        }
-        if (candidate)
-            Confirm(*candidate, status);
-        if (old) // it was only late
-            Confirm(*old, status);
-        old.reset();
-        candidate = next;
-        // What comes after it is compared with it.
-        if (record.header && !record.header->isOfWx)
-            m_newestTick = record.header->tick;
+    while (reader.Read(record) && Take(record, pending, status)) {
     }
-    if (old)
-        MeasureRound(*ParseLogHeader(old->text));
-    if (candidate)
-        Settle(std::move(*candidate), status, isWholeRound);
+    if (pending.old)
+        MeasureRound(*ParseLogHeader(pending.old->text));
+    if (pending.newest)
+        Settle(std::move(*pending.newest), status, isWholeRound);
+}
+
+// Returns false where the old lines begin.
+bool LogFollower::Take(const LogRecord& record, Pending& pending, const struct stat& status)
+{
+    const Candidate next{std::string(record.text), record.offset, record.isEnded};
+    if (record.header && !IsNew(record)) {
+        if (pending.old || record.header->isOfWx)
+            return false;
+        pending.old = next;
+        return true;
+    }
+    if (pending.newest)
+        Confirm(*pending.newest, status);
+    if (pending.old)
+        Confirm(*pending.old, status);
+    pending = {next, std::nullopt};
+    // What comes after it is compared with it.
+    if (record.header && !record.header->isOfWx)
+        m_newestTick = record.header->tick;
+    return true;
 }
 
 bool LogFollower::IsNew(const LogRecord& record) const

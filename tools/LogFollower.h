@@ -44,6 +44,13 @@ private:
         off_t offset = 0;
         bool isEnded = false;
     };
+    // Lines that were read and are not printed yet. The newest line waits until the one after it is
+    // known, because the rest of an old line may follow it. A line that is old waits too: it is
+    // only late if a new line follows.
+    struct Pending {
+        std::optional<Candidate> newest;
+        std::optional<Candidate> old;
+    };
 
     bool HasChanged(const struct stat& status);
     void FollowTruncation(off_t size);
@@ -51,6 +58,7 @@ private:
     void GoToBeginning(const struct stat& status);
     void KeepHead(std::string head);
     void PrintNew(const struct stat& status, bool isWholeRound);
+    bool Take(const LogRecord& record, Pending& pending, const struct stat& status);
     bool IsNew(const LogRecord& record) const;
     void MeasureRound(const LogHeader& oldLine);
     void Confirm(const Candidate& candidate, const struct stat& status);
