@@ -36,9 +36,9 @@ const std::set<std::string> c_verbs = {
 
 // How predicates, conversions and handlers begin.
 const std::set<std::string> c_others = {
-    "Are",     "Begins", "Can",   "Carries", "Completes", "Connects", "Contains",
-    "Does",    "Ends",   "Finds", "Has",     "Is",        "Leads",    "Looks",
-    "Matches", "May",    "Names", "Needs",   "From",      "To",       "On"};
+    "Are",   "Begins", "Can",    "Carries", "Completes", "Connects", "Contains", "Does",
+    "Ends",  "Finds",  "Has",    "Is",      "Leads",     "Looks",    "Matches",  "May",
+    "Names", "Needs",  "Starts", "From",    "To",        "On"};
 
 // What programs call, by the names that they know.
 const std::set<std::string> c_exported = {"DllToolkitLoad", "DllToolkitUnload", "Failed",
