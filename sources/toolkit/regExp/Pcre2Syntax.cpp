@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 #include <string_view>
 
@@ -81,7 +82,7 @@ std::string TranslateSettings(std::string pattern)
 // literally, and PCRE 2 refuses it. Elsewhere the escape changes nothing.
 std::string EscapeHyphens(std::string pattern)
 {
-    if (pattern.find('-') == std::string::npos)
+    if (!std::strchr(pattern.c_str(), '-'))
         return pattern;
     std::string escaped;
     const char* rest = pattern.c_str();
