@@ -78,11 +78,25 @@ std::string TranslateSettings(std::string pattern)
     return pattern;
 }
 
+// Whether a hyphen follows what may be the end of a set such as \w, \pL, \p{L} or [:alpha:].
+bool MayHaveHyphenAfterSet(const std::string& pattern)
+{
+    const char* const begin = pattern.c_str();
+    for (const char* at = std::strchr(begin, '-'); at; at = std::strchr(at + 1, '-')) {
+        const std::ptrdiff_t length = std::min<std::ptrdiff_t>(at - begin, 3);
+        const std::string_view before(at - length, static_cast<std::size_t>(length));
+        if (before.find('\\') != std::string_view::npos || before.ends_with('}') ||
+            before.ends_with(":]"))
+            return true;
+    }
+    return false;
+}
+
 // Escapes the hyphens after sets. In a class, as in "[\w-.]", PCRE 1 takes such a hyphen
 // literally, and PCRE 2 refuses it. Elsewhere the escape changes nothing.
 std::string EscapeHyphens(std::string pattern)
 {
-    if (!std::strchr(pattern.c_str(), '-'))
+    if (!MayHaveHyphenAfterSet(pattern))
         return pattern;
     std::string escaped;
     const char* rest = pattern.c_str();
