@@ -12,7 +12,17 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-using CommandTest = ToolFixture;
+class CommandTest : public ToolFixture {
+protected:
+    void ExpectUsageError(const std::vector<std::string>& arguments)
+    {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const ProgramResult result = Run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_THAT(result.errors, StartsWith("toolkit: "));
+    }
+};
 
 TEST_F(CommandTest, PrintsItsVersion)
 {
@@ -34,26 +44,16 @@ TEST_F(CommandTest, FailsForWrongUsage)
 {
     const std::vector<std::string> cases[] = {
         {}, {"nonesuch"}, {"--nonesuch"}, {"log", "--nonesuch"}, {"log", "-s", "loud", "x"}};
-    for (const auto& arguments : cases) {
-        SCOPED_TRACE(testing::PrintToString(arguments));
-        const ProgramResult result = Run(arguments);
-        EXPECT_EQ(result.exitCode, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.errors, StartsWith("toolkit: "));
-    }
+    for (const auto& arguments : cases)
+        ExpectUsageError(arguments);
 }
 
 TEST_F(CommandTest, SelectsNothingFromTheListOfLogs)
 {
     const std::vector<std::string> cases[] = {
         {"log", ""}, {"log", "--json"}, {"log", "-s", "error"}, {"log", "-t", "x"}};
-    for (const auto& arguments : cases) {
-        SCOPED_TRACE(testing::PrintToString(arguments));
-        const ProgramResult result = Run(arguments);
-        EXPECT_EQ(result.exitCode, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_THAT(result.errors, StartsWith("toolkit: "));
-    }
+    for (const auto& arguments : cases)
+        ExpectUsageError(arguments);
 }
 
 TEST_F(CommandTest, NamesAWordThatItDoesNotKnow)
