@@ -6,6 +6,8 @@ import re
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 NAME = re.compile(r"BM_(?P<what>[^_/]+)_(?P<who>[^/]+)(?P<arguments>/.*)?$")
+# In the names of benchmarks that select the wall clock, because they wait for other threads.
+WALL_CLOCK = re.compile(r"/(real|manual)_time")
 
 
 class Bytes(float):
@@ -46,8 +48,7 @@ def median_of(values):
 def add_repetition(repetitions, entry):
     match = NAME.match(entry["run_name"])
     arguments = match["arguments"] or ""
-    # Benchmarks that wait for other threads select the wall clock by name.
-    clock = "real_time" if re.search(r"/(real|manual)_time", arguments) else "cpu_time"
+    clock = "real_time" if WALL_CLOCK.search(arguments) else "cpu_time"
     what = match["what"] + re.sub(
         r"/(real_time|manual_time|process_time|min_time:[\d.]+)|/(repeats|iterations):\d+", "", arguments
     )
