@@ -47,7 +47,7 @@ private:
         const auto [entry, isNew] = m_headers.emplace(section, m_line);
         m_section = &m_keys[section];
         if (!isNew)
-            Find("warning: [" + ToVisibleUtf8(section) + "] continues the section of line " +
+            Find("warning: [" + ToVisibleUtf8(section) + "] continues the section from line " +
                  std::to_string(entry->second));
     }
 
@@ -61,10 +61,10 @@ private:
         }
         const auto [entry, isNew] = m_section->emplace(key, m_line);
         if (!isNew)
-            Find("ignored: \"" + ToVisibleUtf8(key) + "\" has a value since line " +
+            Find("ignored: \"" + ToVisibleUtf8(key) + "\" already has a value from line " +
                  std::to_string(entry->second));
         else if (trimmed.front() == L';')
-            Find("warning: a key, no comment: \";\" is not in the first column");
+            Find("warning: a key, not a comment: \";\" is not in the first column");
     }
 
     void Find(const std::string& text) { m_findings.push_back({m_line, text}); }

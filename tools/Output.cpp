@@ -12,25 +12,26 @@ namespace {
 
 constexpr std::size_t c_blockSize = 65536;
 
-bool IsColourful()
+bool DoesEnvironmentAllowColours()
 {
     const char* const terminal = std::getenv("TERM");
-    const char* const refusal = std::getenv("NO_COLOR");
-    return terminal && std::string_view(terminal) != "dumb" && (!refusal || *refusal == '\0');
+    const char* const noColour = std::getenv("NO_COLOR");
+    return terminal && std::string_view(terminal) != "dumb" && (!noColour || *noColour == '\0');
 }
 
 } // namespace
 
 Output::Output()
-    : m_isTerminal(::isatty(STDOUT_FILENO) == 1), m_hasColours(m_isTerminal && IsColourful())
+    : m_isTerminal(::isatty(STDOUT_FILENO) == 1),
+      m_hasColours(m_isTerminal && DoesEnvironmentAllowColours())
 {
-    m_waiting.reserve(2 * c_blockSize);
+    m_pending.reserve(2 * c_blockSize);
 }
 
 void Output::Write(std::string_view text)
 {
-    m_waiting.append(text);
-    if (m_waiting.size() >= c_blockSize)
+    m_pending.append(text);
+    if (m_pending.size() >= c_blockSize)
         Flush();
 }
 
@@ -40,20 +41,20 @@ void Output::Write(std::string_view text, Colour colour)
         Write(text);
         return;
     }
-    m_waiting.append("\033[").append(std::to_string(colour)).append("m");
-    m_waiting.append(text).append("\033[0m");
+    m_pending.append("\033[").append(std::to_string(colour)).append("m");
+    m_pending.append(text).append("\033[0m");
 }
 
 void Output::WriteVisible(std::string_view text)
 {
-    AppendVisible(m_waiting, text);
-    if (m_waiting.size() >= c_blockSize)
+    AppendVisible(m_pending, text);
+    if (m_pending.size() >= c_blockSize)
         Flush();
 }
 
 void Output::Flush()
 {
-    std::string_view rest = m_waiting;
+    std::string_view rest = m_pending;
     while (!rest.empty()) {
         const ssize_t count = ::write(STDOUT_FILENO, rest.data(), rest.size());
         if (count >= 0)
@@ -63,14 +64,14 @@ void Output::Flush()
         else if (errno != EINTR)
             throw MakeSystemFailure("cannot write to standard output");
     }
-    m_waiting.clear();
+    m_pending.clear();
 }
 
-void Output::Sleep(int timeoutMs) const
+void Output::Sleep(int durationMs) const
 {
     // poll() reports errors even though `events` asks for none.
     pollfd output{STDOUT_FILENO, 0, 0};
-    if (::poll(&output, 1, timeoutMs) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0)
+    if (::poll(&output, 1, durationMs) == 1 && (output.revents & (POLLERR | POLLHUP)) != 0)
         throw BrokenPipe();
 }
 

@@ -38,15 +38,15 @@ public:
     /// Writes `text` from elsewhere, with its control characters made visible.
     void WriteVisible(std::string_view text);
 
-    /// Writes everything that is still waiting.
+    /// Writes everything that is still pending.
     void Flush();
 
-    /// Waits `timeoutMs` milliseconds, or until a signal comes. Throws `BrokenPipe` as soon as
+    /// Waits `durationMs` milliseconds, or until a signal comes. Throws `BrokenPipe` as soon as
     /// nobody reads the output.
-    void Sleep(int timeoutMs) const;
+    void Sleep(int durationMs) const;
 
 private:
-    std::string m_waiting;
+    std::string m_pending;
     bool m_isTerminal;
     bool m_hasColours;
 };

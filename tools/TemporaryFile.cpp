@@ -10,14 +10,15 @@
 namespace Tool {
 namespace {
 
-int CreateNameless()
+int CreateUnnamedFile()
 {
     const char* const directory = std::getenv("TMPDIR");
     std::string path =
         (directory && *directory ? directory : "/tmp") + std::string("/toolkit-XXXXXX");
     const int file = ::mkstemp(path.data());
     if (file < 0)
-        throw MakeSystemFailure("cannot create a file in " + path.substr(0, path.rfind('/')));
+        throw MakeSystemFailure("cannot create a temporary file in " +
+                                path.substr(0, path.rfind('/')));
     ::unlink(path.c_str());
     return file;
 }
@@ -27,7 +28,7 @@ void WriteAll(int file, const char* bytes, std::size_t length)
     while (length > 0) {
         const ssize_t count = ::write(file, bytes, length);
         if (count < 0 && errno != EINTR)
-            throw MakeSystemFailure("cannot keep the input");
+            throw MakeSystemFailure("cannot write to a temporary file");
         if (count > 0) {
             bytes += count;
             length -= static_cast<std::size_t>(count);
@@ -41,7 +42,7 @@ int SpoolToFile(int source)
 {
     constexpr std::size_t blockSize = 1 << 18;
 
-    const int file = CreateNameless();
+    const int file = CreateUnnamedFile();
     std::vector<char> block(blockSize);
     for (;;) {
         const ssize_t count = ::read(source, block.data(), block.size());
@@ -50,7 +51,7 @@ int SpoolToFile(int source)
         if (count > 0)
             WriteAll(file, block.data(), static_cast<std::size_t>(count));
         else if (errno != EINTR)
-            throw MakeSystemFailure("cannot read");
+            throw MakeSystemFailure("cannot read the input");
     }
 }
 

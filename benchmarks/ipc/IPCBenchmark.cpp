@@ -27,17 +27,17 @@ namespace {
 using namespace Toolkit;
 using Clock = std::chrono::steady_clock;
 
-const std::wstring c_text(100, L'x');
+const std::wstring c_message(100, L'x');
 constexpr double c_longestP99Ms = 250;
 constexpr int c_slowClients = 10;
 
 // Memory shared by a server process and the benchmark.
 struct Shared {
     std::atomic<bool> isReady;
-    std::atomic<long> texts;
+    std::atomic<long> messages;
 };
 
-// A process that serves until the benchmark ends.
+// A server process. The destructor kills it.
 class ServerProcess {
 public:
     using Serve = int (*)(const std::string& path, Shared& shared);
@@ -68,13 +68,14 @@ public:
     const std::string& Path() const { return m_path; }
     std::wstring Service() const { return {m_path.begin(), m_path.end()}; }
 
-    // The number of messages since the last call. Waits up to 10 seconds for `expected` of them.
-    long TakeTexts(long expected) const
+    // The number of correct messages since the last call. Waits up to 10 seconds for `expected` of
+    // them.
+    long TakeMessageCount(long expected) const
     {
         const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
-        while (m_shared->texts < expected && Clock::now() < deadline)
+        while (m_shared->messages < expected && Clock::now() < deadline)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return m_shared->texts.exchange(0);
+        return m_shared->messages.exchange(0);
     }
 
 private:
@@ -86,7 +87,10 @@ private:
 class Counter : public IPCConnectionEvent {
 public:
     explicit Counter(Shared& shared) : m_shared(shared) {}
-    void OnExecute(const TString<wchar_t>& text) override { m_shared.texts += text == c_text; }
+    void OnExecute(const TString<wchar_t>& text) override
+    {
+        m_shared.messages += text == c_message;
+    }
 
 private:
     Shared& m_shared;
@@ -115,7 +119,7 @@ private:
         explicit Connection(Shared& shared) : m_shared(shared) {}
         bool OnExecute(const wxString&, const void* data, size_t, wxIPCFormat) override
         {
-            m_shared.texts += c_text == static_cast<const wchar_t*>(data);
+            m_shared.messages += c_message == static_cast<const wchar_t*>(data);
             return true;
         }
 
@@ -147,22 +151,22 @@ Servers& TheServers()
     return servers;
 }
 
-void CheckTexts(benchmark::State& state, const ServerProcess& server)
+void CheckMessageCount(benchmark::State& state, const ServerProcess& server)
 {
     const auto expected = static_cast<long>(state.iterations());
-    if (server.TakeTexts(expected) != expected)
-        state.SkipWithError("wrong number of texts");
+    if (server.TakeMessageCount(expected) != expected)
+        state.SkipWithError("wrong number of messages");
 }
 
-// Connect, one message of 100 characters, disconnect.
+// Connects, sends one message of 100 characters and disconnects.
 void BM_IpcText_Toolkit(benchmark::State& state)
 {
     const ServerProcess& server = TheServers().toolkit;
     const TString<wchar_t> service = server.Service();
-    const TString<wchar_t> text = c_text;
+    const TString<wchar_t> text = c_message;
     for (auto _ : state)
         benchmark::DoNotOptimize(IPCClient::Connect(service, text));
-    CheckTexts(state, server);
+    CheckMessageCount(state, server);
 }
 BENCHMARK(BM_IpcText_Toolkit)->UseRealTime();
 
@@ -170,7 +174,7 @@ void BM_IpcText_wxTCPClient(benchmark::State& state)
 {
     const ServerProcess& server = TheServers().bare;
     const wxString path(server.Path());
-    const wxString text(c_text);
+    const wxString text(c_message);
     for (auto _ : state) {
         wxTCPClient client;
         const std::unique_ptr<wxConnectionBase> connection(
@@ -178,12 +182,12 @@ void BM_IpcText_wxTCPClient(benchmark::State& state)
         if (connection)
             connection->Execute(text.wc_str());
     }
-    CheckTexts(state, server);
+    CheckMessageCount(state, server);
 }
 BENCHMARK(BM_IpcText_wxTCPClient)->UseRealTime();
 
-// A client that has sent `bytes` and sends no more.
-int SlowClient(const std::string& path, const std::string& bytes)
+// Connects, sends `bytes` and nothing more. Returns the socket.
+int ConnectSlowClient(const std::string& path, const std::string& bytes)
 {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -201,7 +205,8 @@ double P99(std::vector<double> durations)
     return *p99;
 }
 
-// The same while ten other clients are silent or have stopped in the middle of a message.
+// Like BM_IpcText_Toolkit, while ten other clients are silent or have stopped in the middle of a
+// message.
 void BM_IpcTextBesideSlowClients_Toolkit(benchmark::State& state)
 {
     using namespace std::string_literals;
@@ -210,21 +215,21 @@ void BM_IpcTextBesideSlowClients_Toolkit(benchmark::State& state)
     const ServerProcess& server = TheServers().toolkit;
     std::vector<int> sockets;
     for (int i = 0; i < c_slowClients; ++i)
-        sockets.push_back(SlowClient(server.Path(), beginnings[i % 3]));
+        sockets.push_back(ConnectSlowClient(server.Path(), beginnings[i % 3]));
 
     std::vector<double> durations;
     for (auto _ : state) {
         const Clock::time_point start = Clock::now();
-        benchmark::DoNotOptimize(IPCClient::Connect(server.Service(), c_text));
+        benchmark::DoNotOptimize(IPCClient::Connect(server.Service(), c_message));
         durations.push_back(
             std::chrono::duration<double, std::milli>(Clock::now() - start).count());
     }
-    CheckTexts(state, server);
+    CheckMessageCount(state, server);
     for (const int socket : sockets)
         ::close(socket);
     state.counters["p99_ms"] = P99(durations);
     if (P99(durations) > c_longestP99Ms)
-        state.SkipWithError("too slow beside slow clients");
+        state.SkipWithError("slow clients delay the others");
 }
 BENCHMARK(BM_IpcTextBesideSlowClients_Toolkit)->Iterations(5000)->UseRealTime();
 

@@ -57,16 +57,16 @@ private:
     IPCServer m_server;
 };
 
-// So many clients at once, each with one message.
+// `clients` clients at once, each sending one message.
 Run PrepareClients(int clients)
 {
     const auto service = std::make_shared<Service>();
-    return [clients, service, served = std::make_shared<int>(0)] {
+    return [clients, service, expected = std::make_shared<int>(0)] {
         std::vector<std::thread> threads;
         for (int client = 0; client < clients; ++client)
             threads.emplace_back([] { IPCClient::Connect(Service::Name(), L"message"); });
-        *served += clients;
-        service->ServeUntil([&](const Counter& counter) { return counter.Count() >= *served; });
+        *expected += clients;
+        service->ServeUntil([&](const Counter& counter) { return counter.Count() >= *expected; });
         for (std::thread& thread : threads)
             thread.join();
     };
@@ -75,11 +75,11 @@ Run PrepareClients(int clients)
 Run PrepareMessage(int length)
 {
     const auto service = std::make_shared<Service>();
-    const auto text = std::make_shared<Text>(Words<wchar_t>(length));
-    return [text, service, served = std::make_shared<std::size_t>(0)] {
-        std::thread client([&] { IPCClient::Connect(Service::Name(), *text); });
-        *served += text->size();
-        service->ServeUntil([&](const Counter& counter) { return counter.Length() >= *served; });
+    const auto message = std::make_shared<Text>(Words<wchar_t>(length));
+    return [message, service, expected = std::make_shared<std::size_t>(0)] {
+        std::thread client([&] { IPCClient::Connect(Service::Name(), *message); });
+        *expected += message->size();
+        service->ServeUntil([&](const Counter& counter) { return counter.Length() >= *expected; });
         client.join();
     };
 }
@@ -89,7 +89,7 @@ Run PrepareMessage(int length)
 void AddMessageOperations(Operations& operations)
 {
     operations.push_back({"IPCServer, clients", c_clients, PrepareClients});
-    operations.push_back({"IPCServer, length of a message", c_lengths, PrepareMessage});
+    operations.push_back({"IPCServer, message length", c_lengths, PrepareMessage});
 }
 
 } // namespace Scale

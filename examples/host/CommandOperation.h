@@ -7,7 +7,7 @@
 #include "PlugIn.h"
 #include "ResultFile.h"
 
-/// One run of a plug-in's command: parses its line, runs it, and stores its result.
+/// One run of a plug-in's command: parses the command line, runs the command and stores the result.
 class CommandOperation : public Toolkit::BackgroundOperation, private HostPlugIn::CommandRun {
 public:
     /// The command stops early when `isCancelled` becomes true. `command` is null for a line that
@@ -15,10 +15,10 @@ public:
     CommandOperation(unsigned int id, const Text& line, const HostPlugIn::Command* command,
                      const std::atomic<bool>& isCancelled);
 
-    /// Runs everything on the calling thread, and notifies the listeners of start and end.
+    /// Does the whole run on the calling thread, and notifies the listeners of its start and end.
     void Perform();
 
-    /// Removes what has been written of the result. Any thread may call it; the command fails then.
+    /// Discards what has been written so far, so that the command fails. Any thread may call it.
     void Abandon() { m_result.Discard(); }
 
     const Text& GetLine() const { return m_line; }
@@ -26,6 +26,7 @@ public:
     Text GetTitle() const;
     /// The outcome in words; empty until the command has ended.
     const Text& GetOutcome() const { return m_outcome; }
+    /// Meaningful once Perform() has returned.
     bool HasSucceeded() const { return m_failure.empty(); }
 
 private:

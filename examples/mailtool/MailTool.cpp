@@ -1,5 +1,5 @@
-// A console program on Toolkit. It takes a mail message apart, decodes its parts, stores them in
-// one file and reads them back:
+// A console program built on Toolkit. It takes a mail message apart, decodes its parts, stores them
+// in one file and reads them back:
 //
 //     mailtool <message> <file for the parts>
 
@@ -34,8 +34,8 @@ bool ReadFile(const Text& path, Utf8& bytes)
     return bytes.empty() || file.Read(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
-// A record is the name of a part and its content. An empty content would write nothing, so it is
-// not stored.
+// A record is a part's type and name, then its content. A part without content is skipped: an empty
+// content serializes to nothing.
 bool Store(const Text& path, const std::vector<Part>& parts)
 {
     FSOutputSerializer serializer(path);
@@ -49,7 +49,7 @@ bool Store(const Text& path, const std::vector<Part>& parts)
     return true;
 }
 
-bool IsStoredWhole(const Text& path, const std::vector<Part>& parts)
+bool AreStored(const Text& path, const std::vector<Part>& parts)
 {
     FSInputSerializer serializer(path);
     for (const Part& part : parts) {
@@ -76,7 +76,7 @@ void PrintHeader(const Entity& message)
     date.GetString(local);
     date.GetRelativeStringFromNow(relative);
     date.GetIsoString(iso, true);
-    Print(L"Date     " + local + L" (in short " + relative + L", stored " + iso + L")");
+    Print(L"Date     " + local + L" (short " + relative + L", ISO " + iso + L")");
 }
 
 void PrintPart(const Part& part)
@@ -99,8 +99,8 @@ int Run(const Text& messagePath, const Text& partsPath)
         PrintPart(part);
     if (!Store(partsPath, parts))
         return Fail(L"cannot write " + partsPath);
-    if (!IsStoredWhole(partsPath, parts))
-        return Fail(L"the stored parts differ in " + partsPath);
+    if (!AreStored(partsPath, parts))
+        return Fail(L"the parts stored in " + partsPath + L" differ from the message");
     Print(L"Stored   in " + partsPath + L" and read back");
     return EXIT_SUCCESS;
 }

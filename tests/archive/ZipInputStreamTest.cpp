@@ -81,13 +81,13 @@ protected:
     const TempDir m_directory;
 };
 
-TEST_F(ZipInputStreamTest, ReadsLinesOfEveryKindOfEnd)
+TEST_F(ZipInputStreamTest, ReadsLinesWithEveryKindOfLineEnd)
 {
     EXPECT_EQ(Lines("one\ntwo\r\nthree\rfour\n\nsix\n"),
               (std::vector<std::wstring>{L"one", L"two", L"three", L"four", L"", L"six"}));
 }
 
-TEST_F(ZipInputStreamTest, LosesALastLineWithoutAnEnd)
+TEST_F(ZipInputStreamTest, DropsALastLineWithoutALineEnd)
 {
     EXPECT_EQ(Lines("one\ntwo"), (std::vector<std::wstring>{L"one"}));
     EXPECT_EQ(Lines("one"), std::vector<std::wstring>());
@@ -114,7 +114,7 @@ TEST_F(ZipInputStreamTest, ReadsWordsBetweenSpacesTabsAndLineEnds)
               (std::vector<std::wstring>{L"one", L"two", L"three", L""}));
 }
 
-TEST_F(ZipInputStreamTest, ReadsALastWordWithoutAnEnd)
+TEST_F(ZipInputStreamTest, ReadsALastWordWithoutADelimiter)
 {
     EXPECT_EQ(Words("one two"), (std::vector<std::wstring>{L"one", L"two"}));
 }
@@ -141,7 +141,7 @@ TEST_F(ZipInputStreamTest, ReadsWordsLinesAndBytesInTurn)
     EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "and bytes");
 }
 
-TEST_F(ZipInputStreamTest, LeavesWxWidgetsAtThePositionBetweenReads)
+TEST_F(ZipInputStreamTest, LeavesTheWxStreamRightAfterTheLine)
 {
     OpenEntry entry(Write("one\ntwo\n"));
     TString<wchar_t> line;
@@ -151,7 +151,7 @@ TEST_F(ZipInputStreamTest, LeavesWxWidgetsAtThePositionBetweenReads)
     EXPECT_EQ(entry.WxStream().TellI(), 4);
 }
 
-TEST_F(ZipInputStreamTest, HonoursAByteOrderMarkWhereAnOperationBegins)
+TEST_F(ZipInputStreamTest, HonoursAByteOrderMarkAtTheStartOfEachRead)
 {
     const std::string marked = "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n";
 
@@ -194,7 +194,7 @@ TEST_F(ZipInputStreamTest, ReadsNothingWithoutAStream)
     EXPECT_TRUE(bytes.empty());
 }
 
-TEST_F(ZipInputStreamTest, ReadsFromAStreamOfTheProgram)
+TEST_F(ZipInputStreamTest, ReadsFromAStreamThatTheCallerCreated)
 {
     auto source =
         std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(Write("one two\n"))));
@@ -211,7 +211,7 @@ TEST_F(ZipInputStreamTest, ReadsFromAStreamOfTheProgram)
     EXPECT_EQ(line, L"two");
 }
 
-// A new wxTextInputStream for every call, on a second copy of the entry.
+// Reads with a new wxTextInputStream for each call, from a second stream of the same entry.
 class ReferenceReader {
 public:
     explicit ReferenceReader(wxZipInputStream& stream) : m_stream(stream) {}
@@ -267,7 +267,7 @@ std::string ReadOnce(unsigned long way, OpenEntry& entry, wxZipInputStream& refe
     return entry.WxStream().GetLastError() == reference.GetLastError() ? "" : "state";
 }
 
-TEST_F(ZipInputStreamTest, ReadsRandomTextsAsAFreshReaderPerCallDoes)
+TEST_F(ZipInputStreamTest, MatchesANewWxTextInputStreamPerCall)
 {
     const wxLogNull silence;
     std::mt19937 random(1);

@@ -9,10 +9,10 @@
 namespace Toolkit::Base {
 namespace {
 
-std::size_t s_leftOnOwnStack = 0;
+std::size_t s_spaceLeft = 0;
 
-// Calls on a stack that the program allocates, on the calling thread.
-std::size_t AskOnOwnStack(std::vector<char>& stack)
+// Returns what GetStackSpaceLeft() reports while the calling thread runs on `stack`.
+std::size_t MeasureSpaceLeftOn(std::vector<char>& stack)
 {
     ucontext_t here;
     ucontext_t there;
@@ -21,12 +21,12 @@ std::size_t AskOnOwnStack(std::vector<char>& stack)
     there.uc_stack.ss_size = stack.size();
     there.uc_link = &here;
     makecontext(
-        &there, [] { s_leftOnOwnStack = GetStackSpaceLeft(); }, 0);
+        &there, [] { s_spaceLeft = GetStackSpaceLeft(); }, 0);
     swapcontext(&here, &there);
-    return s_leftOnOwnStack;
+    return s_spaceLeft;
 }
 
-TEST(StackSpaceTest, ContainsTheCallersFrame)
+TEST(StackSpaceTest, FindsBoundsAroundTheCallersFrame)
 {
     const StackBounds bounds = GetStackBounds();
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
@@ -35,7 +35,7 @@ TEST(StackSpaceTest, ContainsTheCallersFrame)
     EXPECT_LT(here, bounds.end);
 }
 
-TEST(StackSpaceTest, CountsDownToTheBeginOfTheStack)
+TEST(StackSpaceTest, CountsDownToTheBeginningOfTheStack)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const std::size_t left = here - GetStackBounds().begin;
@@ -44,7 +44,7 @@ TEST(StackSpaceTest, CountsDownToTheBeginOfTheStack)
     EXPECT_GT(GetStackSpaceLeft(), left - 65536);
 }
 
-TEST(StackSpaceTest, HasBoundsForEachThread)
+TEST(StackSpaceTest, FindsDifferentBoundsForEachThread)
 {
     const std::uintptr_t here = GetStackBounds().begin;
     std::uintptr_t there = here;
@@ -53,11 +53,11 @@ TEST(StackSpaceTest, HasBoundsForEachThread)
     EXPECT_NE(here, there);
 }
 
-TEST(StackSpaceTest, AssumesLittleOnAStackUnknownToTheSystem)
+TEST(StackSpaceTest, AssumesLittleSpaceOnAStackUnknownToTheSystem)
 {
     std::vector<char> stack(256 * 1024);
 
-    EXPECT_EQ(AskOnOwnStack(stack), 32u * 1024);
+    EXPECT_EQ(MeasureSpaceLeftOn(stack), 32u * 1024);
 }
 
 } // namespace

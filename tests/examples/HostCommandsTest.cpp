@@ -94,7 +94,7 @@ TEST_F(HostCommandsTest, WarnsOfWhatCannotBeReadOfAnArchive)
 
     EXPECT_THAT(m_host.Log(),
                 AllOf(ContainsRegex("\n1 [^\n]*the entry damaged is damaged, and was searched"),
-                      ContainsRegex("\n1 [^\n]*the entry secret is encrypted, and was not")));
+                      ContainsRegex("\n1 [^\n]*the entry secret is encrypted and was not")));
 }
 
 TEST_F(HostCommandsTest, ShowsNamesInAnArchiveWithoutControlCharacters)

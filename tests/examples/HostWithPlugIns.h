@@ -15,7 +15,7 @@ namespace Toolkit::TestSupport {
 
 using Arguments = std::vector<std::string>;
 
-/// What a start of the host prints when the serving host has taken its line.
+/// What the host prints after it has handed its command line to a serving host.
 constexpr const char* c_handedOver = "Handed over to the serving host.\n";
 
 /// An installed host with all plug-ins, and a directory for what their commands read and write.
@@ -38,7 +38,8 @@ protected:
         return File(name);
     }
 
-    /// Three lines with fog in two files, one of them without a line end.
+    /// Writes an archive of two files with three lines that contain "fog" in either case. The last
+    /// line of one.txt has no line end.
     std::string WriteArchive() const
     {
         const std::string path = File("texts.zip");
@@ -61,7 +62,7 @@ protected:
     std::string ResultOf(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
-        EXPECT_THAT(host.AwaitOutcome(std::to_string(++m_commands) + " " + arguments[0]),
+        EXPECT_THAT(host.AwaitOutcome(std::to_string(++m_commandCount) + " " + arguments[0]),
                     testing::StartsWith("done in "));
         return ReadWholeFile(File("result"));
     }
@@ -70,7 +71,7 @@ protected:
     std::string OutcomeOf(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
-        return host.AwaitOutcome(std::to_string(++m_commands) + " " + arguments[0]);
+        return host.AwaitOutcome(std::to_string(++m_commandCount) + " " + arguments[0]);
     }
 
     void Quit(ServingHost& host) const
@@ -90,7 +91,7 @@ protected:
 
     const InstalledProgram m_host{HOST_PROGRAM};
     const TempDir m_directory;
-    int m_commands = 0;
+    int m_commandCount = 0;
 };
 
 } // namespace Toolkit::TestSupport

@@ -42,13 +42,12 @@ TEST_F(MailToolTest, DecodesQuotedPrintable)
     const ProgramResult result = RunOnShipped("quoted.eml");
 
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.output,
-              "From     Jørgen Bakke <jorgen@kapmoewe.example>\n"
-              "Subject  Die Linse für Kap Möwe\n"
-              "Date     05.03.09 07:04 (in short 05.03.09, stored 2009-03-05 06:04:09 Z)\n"
-              "Part     text/plain, 385 bytes\n"
-              "Stored   in " +
-                  PartsPath() + " and read back\n");
+    EXPECT_EQ(result.output, "From     Jørgen Bakke <jorgen@kapmoewe.example>\n"
+                             "Subject  Die Linse für Kap Möwe\n"
+                             "Date     05.03.09 07:04 (short 05.03.09, ISO 2009-03-05 06:04:09 Z)\n"
+                             "Part     text/plain, 385 bytes\n"
+                             "Stored   in " +
+                                 PartsPath() + " and read back\n");
 }
 
 TEST_F(MailToolTest, DecodesAnAttachment)

@@ -11,7 +11,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// An example host that serves beside the test. It is killed with the object when it still runs.
+/// An example host that serves in a process of its own. The destructor kills it.
 class ServingHost {
 public:
     /// Returns once commands can be handed over.
@@ -43,7 +43,7 @@ public:
     /// Reads the host's output up to a line with this beginning, and returns that line.
     std::string AwaitLine(const std::string& beginning) const
     {
-        // The host prints no empty line, so this is the end of the output.
+        // The host prints no empty lines, so an empty one means the end of the output.
         for (std::string line = m_program.ReadLine(); !line.empty(); line = m_program.ReadLine()) {
             if (line.compare(0, beginning.size(), beginning) == 0)
                 return line;
@@ -52,13 +52,13 @@ public:
         return beginning;
     }
 
-    /// How the command that the host calls `title`, such as "1 list", ended: a text that begins
+    /// Waits until the command `title`, such as "1 list", ends. Returns its outcome, which begins
     /// with "done in " or with "failed: ".
     std::string AwaitOutcome(const std::string& title) const
     {
         while (true) {
             const std::string outcome = AwaitLine(title + ": ").substr(title.size() + 2);
-            // Progress is shown in numbers.
+            // A line of progress has a digit here, or nothing.
             if (outcome != "started" && (outcome.empty() || !std::isdigit(outcome.front())))
                 return outcome;
         }

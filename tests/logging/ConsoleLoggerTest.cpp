@@ -17,7 +17,7 @@ namespace Toolkit {
 namespace {
 
 using TestSupport::CapturedWideOutput;
-using TestSupport::OutputOfProcess;
+using TestSupport::OutputOfChild;
 
 // Accepts nothing, like a terminal that was closed.
 class BrokenBuffer : public std::wstreambuf {};
@@ -88,7 +88,7 @@ TEST(ConsoleLoggerTest, KeepsTheSeverityFromStatementToStatement)
 
 TEST(ConsoleLoggerTest, ReachesTheStandardOutput)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         ConsoleLogger(SeverityVerbose).Write(L"1 \u20AC\n");
     });
@@ -98,7 +98,7 @@ TEST(ConsoleLoggerTest, ReachesTheStandardOutput)
 
 TEST(ConsoleLoggerTest, WritesBytesAfterBytes)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         ConsoleLogger logger(SeverityVerbose);
         std::printf("narrow\n");
@@ -118,7 +118,7 @@ TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
     if (!locale.IsThere())
         GTEST_SKIP() << "no compiler of locales";
 
-    const std::string output = OutputOfProcess([&locale] {
+    const std::string output = OutputOfChild([&locale] {
         std::setlocale(LC_ALL, locale.Name().c_str());
         std::printf("narrow ");
         ConsoleLogger(SeverityVerbose).Write(L"\u00E9\u4E2D.\n");
@@ -128,7 +128,7 @@ TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
 
 TEST(ConsoleLoggerTest, WritesAQuestionMarkAsAByteForWhatTheLocaleLacks)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::setlocale(LC_ALL, "C");
         std::printf("narrow ");
         ConsoleLogger(SeverityVerbose).Write(L"a\u20AC\xD800z\n");
@@ -139,7 +139,7 @@ TEST(ConsoleLoggerTest, WritesAQuestionMarkAsAByteForWhatTheLocaleLacks)
 
 TEST(ConsoleLoggerTest, InsertsIntoAnotherBufferAfterBytesToo)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::printf("narrow ");
         const CapturedWideOutput captured;
         ConsoleLogger(SeverityVerbose).Write(L"\u20AC");
@@ -151,7 +151,7 @@ TEST(ConsoleLoggerTest, InsertsIntoAnotherBufferAfterBytesToo)
 
 TEST(ConsoleLoggerTest, InsertsIntoTheStreamThatBuffersItselfAfterBytesToo)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::printf("narrow ");
         std::fflush(stdout);
         std::ios_base::sync_with_stdio(false);
@@ -163,7 +163,7 @@ TEST(ConsoleLoggerTest, InsertsIntoTheStreamThatBuffersItselfAfterBytesToo)
 
 TEST(ConsoleLoggerTest, MakesAFreshOutputWide)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         ConsoleLogger logger(SeverityVerbose);
         logger.Write(L"wide\n");
         std::printf("refused\n");
@@ -175,7 +175,7 @@ TEST(ConsoleLoggerTest, MakesAFreshOutputWide)
 
 TEST(ConsoleLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         ConsoleLogger logger(SeverityVerbose);
         logger.Write(L"a\xD800z");
@@ -187,7 +187,7 @@ TEST(ConsoleLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)
 
 TEST(ConsoleLoggerTest, IsNotSilencedWhenTheStreamBuffersItself)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::ios_base::sync_with_stdio(false);
         ConsoleLogger logger(SeverityVerbose);
         logger.Write(L"a\u20ACz");

@@ -10,7 +10,7 @@ namespace Toolkit {
 namespace {
 
 using TestSupport::CapturedWideOutput;
-using TestSupport::OutputOfProcess;
+using TestSupport::OutputOfChild;
 
 TEST(DebuggerLoggerTest, WritesToTheWideStandardOutput)
 {
@@ -45,7 +45,7 @@ TEST(DebuggerLoggerTest, LeavesOutWhatIsAboveItsThreshold)
 
 TEST(DebuggerLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)
 {
-    const std::string output = OutputOfProcess([] {
+    const std::string output = OutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         DebuggerLogger logger(SeverityVerbose);
         logger.Write(L"a\xD800z");

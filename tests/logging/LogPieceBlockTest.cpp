@@ -17,7 +17,7 @@ std::string Text(const LogPieceBlock& block)
     return {block.Data(), block.Size()};
 }
 
-// The blocks in which `pieces` are written from `offset` on.
+// The blocks that are written for `pieces`, the first one at `offset` in the file.
 std::vector<std::string> Blocks(std::size_t offset, const std::vector<std::wstring>& pieces)
 {
     std::vector<std::string> blocks;
@@ -48,7 +48,7 @@ TEST(LogPieceBlockTest, MayFillItsPage)
     EXPECT_EQ(Blocks(10, {L"012", L"345", L"next"}), Texts({"012345", "next"}));
 }
 
-TEST(LogPieceBlockTest, PutsAPieceThatCrossesAPageFirst)
+TEST(LogPieceBlockTest, StartsABlockWithAPieceThatCrossesAPage)
 {
     EXPECT_EQ(Blocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
               Texts({"0123456789", "abcdefghi", "0123456789abcd"}));
@@ -60,7 +60,7 @@ TEST(LogPieceBlockTest, FillsTheLastPageOfALongPiece)
               Texts({std::string(30, 'x') + "0123456789", "next"}));
 }
 
-TEST(LogPieceBlockTest, LeavesOutAPieceWithoutAUtf8Form)
+TEST(LogPieceBlockTest, SkipsAPieceThatUtf8CannotEncode)
 {
     const std::wstring invalid = L"x" + std::wstring(1, static_cast<wchar_t>(0x110000));
 
@@ -68,7 +68,7 @@ TEST(LogPieceBlockTest, LeavesOutAPieceWithoutAUtf8Form)
     EXPECT_EQ(Blocks(0, {invalid, L"b", invalid}), Texts({"b"}));
 }
 
-TEST(LogPieceBlockTest, EncodesPiecesOfBytes)
+TEST(LogPieceBlockTest, EncodesNarrowPiecesAsLatin1)
 {
     LogPieceBlock block(c_pageSize);
     block.Begin(0);
@@ -88,8 +88,9 @@ TEST(LogPieceBlockTest, IgnoresEmptyPieces)
     EXPECT_EQ(Blocks(3, {L"", L"0123456789abc", L"", L"d"}), Texts({"0123456789abc", "d"}));
 }
 
-// A write that stays within a page, but for its first piece, can only be cut in that piece.
-TEST(LogPieceBlockTest, PutsNoPieceButTheFirstAcrossPages)
+// If page boundaries are only within the first piece of a block, an interrupted write can cut only
+// that piece.
+TEST(LogPieceBlockTest, LetsOnlyTheFirstPieceCrossAPage)
 {
     TestSupport::RandomText random(1);
     for (int round = 0; round < 2000; ++round) {

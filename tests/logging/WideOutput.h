@@ -14,7 +14,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Collects what goes to the wide standard output while it lives.
+/// Captures what is written to std::wcout while the object lives.
 class CapturedWideOutput {
 public:
     CapturedWideOutput() : m_oldBuffer(std::wcout.rdbuf(&m_buffer)) {}
@@ -41,9 +41,9 @@ private:
     std::wstreambuf* m_oldBuffer;
 };
 
-/// The bytes that `action` writes to the standard output, in a process of its own: here the output
-/// has been used for narrow text, which rules wide text out.
-inline std::string OutputOfProcess(const std::function<void()>& action)
+/// Runs `action` in a forked child and returns the bytes that it writes to standard output. In this
+/// process stdout has already been used for narrow text, so wide output would fail.
+inline std::string OutputOfChild(const std::function<void()>& action)
 {
     const TempDir directory;
     const std::string path = (directory.Path() / "output").native();

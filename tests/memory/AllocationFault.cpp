@@ -41,7 +41,7 @@ std::atomic<bool> s_isArmed{false};
 std::atomic<long> s_left{0};
 std::atomic<const char*> s_failedModule{nullptr};
 Origin s_origin = Origin::Library;
-Lasting s_lasting = Lasting::Once;
+Persistence s_persistence = Persistence::Once;
 
 thread_local bool t_isDeciding = false;
 
@@ -130,7 +130,7 @@ bool Fails(const void* returnAddress, bool isCFunction)
     bool fails = false;
     if (Counts(caller, isCFunction)) {
         const long left = s_left.fetch_sub(1);
-        fails = left == 0 || (left < 0 && s_lasting == Lasting::FromThenOn);
+        fails = left == 0 || (left < 0 && s_persistence == Persistence::FromThenOn);
         if (left == 0)
             s_failedModule = caller ? caller->module : "?";
     }
@@ -145,13 +145,13 @@ bool FailsInNew(const void* returnAddress)
 
 } // namespace
 
-AllocationFault::AllocationFault(Origin origin, Lasting lasting, long index)
+AllocationFault::AllocationFault(Origin origin, Persistence persistence, long index)
 {
     // Plug-ins and ICU are loaded after the program.
     s_segmentCount = 0;
     ::dl_iterate_phdr(&AddSegments, nullptr);
     s_origin = origin;
-    s_lasting = lasting;
+    s_persistence = persistence;
     s_failedModule = nullptr;
     s_left = index;
     s_isArmed = true;

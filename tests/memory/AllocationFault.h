@@ -3,35 +3,34 @@
 #include <string_view>
 
 /// Allocations that fail on purpose. A program that uses this compiles AllocationFault.cpp and
-/// ScarceMemory.cpp into itself: they replace the operators new and delete, and malloc() where no
-/// sanitizer does.
+/// ScarceMemory.cpp into itself: they replace operator new and operator delete, and also malloc(),
+/// calloc() and realloc() unless a sanitizer does.
 namespace Toolkit::TestSupport {
 
-/// Whose allocation it is: that of the code that asked for it, directly or through the standard
-/// library.
+/// Whose code asked for the memory, directly or through the standard library.
 enum class Origin {
     Library, ///< libtoolkit, or its headers' code inlined into the program.
     Foreign  ///< wxWidgets, ICU, PCRE and the C library.
 };
 
 /// Whether the allocations after a failed one fail too.
-enum class Lasting { Once, FromThenOn };
+enum class Persistence { Once, FromThenOn };
 
-/// Lets allocation number `index` of `origin` fail, the next one for 0, on whichever thread, as
-/// long as the object lives.
+/// Makes allocation number `index` of `origin` fail, while the object lives. Index 0 is the next
+/// allocation; those of all threads are counted together.
 class AllocationFault {
 public:
-    AllocationFault(Origin origin, Lasting lasting, long index);
+    AllocationFault(Origin origin, Persistence persistence, long index);
     ~AllocationFault();
 
     AllocationFault(const AllocationFault&) = delete;
     AllocationFault& operator=(const AllocationFault&) = delete;
 
-    /// Whether there were that many allocations.
+    /// Whether the allocation `index` of the latest object was reached, and so failed.
     static bool HasFailed();
 
     /// The file name of the module whose allocation failed first, such as "libwx_baseu-3.2.so.0".
-    /// Empty when none did. A signal handler may call it.
+    /// "?" if the module is unknown, empty if no allocation failed. A signal handler may call it.
     static std::string_view FailedModule();
 };
 

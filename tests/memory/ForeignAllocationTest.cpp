@@ -79,10 +79,10 @@ void PrepareChild()
 }
 
 // An exception here ends the child. Caught by the test runner, it would remove the parent's files.
-[[noreturn]] void RunChild(const Operation& operation, Lasting lasting, long index) noexcept
+[[noreturn]] void RunChild(const Operation& operation, Persistence persistence, long index) noexcept
 {
     PrepareChild();
-    Attempt attempt(Origin::Foreign, lasting, index);
+    Attempt attempt(Origin::Foreign, persistence, index);
     operation.run(attempt);
     s_report->hasFailed = attempt.HasFailed();
     s_report->isComplete = true;
@@ -105,12 +105,12 @@ void RemoveLogOf(pid_t child)
                             ignored);
 }
 
-Outcome RunInChild(const Operation& operation, Lasting lasting, long index)
+Outcome RunInChild(const Operation& operation, Persistence persistence, long index)
 {
     *s_report = {};
     const pid_t child = ::fork();
     if (child == 0)
-        RunChild(operation, lasting, index);
+        RunChild(operation, persistence, index);
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
     RemoveLogOf(child);
@@ -134,9 +134,9 @@ protected:
     }
 
     // Counts the outcome. Returns whether an allocation failed.
-    bool Try(const Operation& operation, Lasting lasting, long index)
+    bool Try(const Operation& operation, Persistence persistence, long index)
     {
-        const Outcome outcome = RunInChild(operation, lasting, index);
+        const Outcome outcome = RunInChild(operation, persistence, index);
         if (!s_report->hasFailed) {
             // Reported at the end: the children inherit the failures of this process.
             if (outcome != Kept)
@@ -146,16 +146,16 @@ protected:
         ++m_counts[s_report->module.data()][outcome];
         ++m_points;
         if (outcome != Kept)
-            Print(operation, lasting, index, outcome);
+            Print(operation, persistence, index, outcome);
         return true;
     }
 
     // Tries the first allocation of each operation, or all of them under script/soak.
-    void Sweep(Lasting lasting)
+    void Sweep(Persistence persistence)
     {
         const long most = SoakRounds(1, std::numeric_limits<int>::max());
         for (const Operation& operation : Operations()) {
-            for (long index = 0; index < most && Try(operation, lasting, index);)
+            for (long index = 0; index < most && Try(operation, persistence, index);)
                 ++index;
         }
     }
@@ -178,11 +178,12 @@ protected:
     long m_points = 0;
 
 private:
-    static void Print(const Operation& operation, Lasting lasting, long index, Outcome outcome)
+    static void Print(const Operation& operation, Persistence persistence, long index,
+                      Outcome outcome)
     {
         std::printf("%s, allocation %ld%s, %s: %s\n", operation.name, index,
-                    lasting == Lasting::Once ? "" : " and all after it", s_report->module.data(),
-                    c_outcomes[outcome]);
+                    persistence == Persistence::Once ? "" : " and all after it",
+                    s_report->module.data(), c_outcomes[outcome]);
         // A child must not hold it too.
         std::fflush(stdout);
     }
@@ -191,7 +192,7 @@ private:
 TEST_F(ForeignAllocationTest, CountsOutcomesOfSingleFailuresByCaller)
 {
     ASSERT_TRUE(s_report);
-    Sweep(Lasting::Once);
+    Sweep(Persistence::Once);
 
     PrintCounts("single failures");
     EXPECT_GT(m_points, 80);
@@ -201,7 +202,7 @@ TEST_F(ForeignAllocationTest, CountsOutcomesOfSingleFailuresByCaller)
 TEST_F(ForeignAllocationTest, CountsOutcomesWithoutAnyMoreMemoryByCaller)
 {
     ASSERT_TRUE(s_report);
-    Sweep(Lasting::FromThenOn);
+    Sweep(Persistence::FromThenOn);
 
     PrintCounts("no more memory");
     EXPECT_GT(m_points, 80);

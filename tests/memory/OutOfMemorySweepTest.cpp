@@ -43,7 +43,7 @@ protected:
     }
 
     // Runs the operation until it succeeds, or has tried the sample.
-    static void Sweep(Lasting lasting)
+    static void Sweep(Persistence persistence)
     {
         const Operation& operation = Operations()[GetParam()];
         const long most =
@@ -51,7 +51,7 @@ protected:
         bool hasFailed = true;
         for (long index = 0; hasFailed && index < most; ++index) {
             SCOPED_TRACE("allocation " + std::to_string(index));
-            Attempt attempt(Origin::Library, lasting, index);
+            Attempt attempt(Origin::Library, persistence, index);
             operation.run(attempt);
             hasFailed = attempt.HasFailed();
             s_points += hasFailed ? 1 : 0;
@@ -74,12 +74,12 @@ std::unique_ptr<OutOfMemorySweepTest::World> OutOfMemorySweepTest::s_world;
 
 TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenOneAllocationFails)
 {
-    Sweep(Lasting::Once);
+    Sweep(Persistence::Once);
 }
 
 TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenNoMoreAllocationSucceeds)
 {
-    Sweep(Lasting::FromThenOn);
+    Sweep(Persistence::FromThenOn);
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, OutOfMemorySweepTest,

@@ -23,8 +23,8 @@ enum class Rule {
 /// One run of an operation.
 class Attempt {
 public:
-    Attempt(Origin origin, Lasting lasting, long index)
-        : m_origin(origin), m_lasting(lasting), m_index(index)
+    Attempt(Origin origin, Persistence persistence, long index)
+        : m_origin(origin), m_persistence(persistence), m_index(index)
     {
     }
 
@@ -34,7 +34,7 @@ public:
     {
         std::exception_ptr thrown;
         {
-            const AllocationFault fault(m_origin, m_lasting, m_index);
+            const AllocationFault fault(m_origin, m_persistence, m_index);
             try {
                 operation();
             } catch (...) {
@@ -68,7 +68,7 @@ private:
     bool Judge(Rule rule, std::exception_ptr thrown);
 
     Origin m_origin;
-    Lasting m_lasting;
+    Persistence m_persistence;
     long m_index;
     bool m_hasFailed = false;
     int m_failures = 0;

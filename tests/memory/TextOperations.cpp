@@ -18,7 +18,7 @@ namespace {
 const TString<wchar_t> c_wide = L"a text that is too long for the string itself";
 const TString<char> c_narrow = "a text that is too long for the string itself";
 
-// A conversion that gives a text, and the empty text when out of memory.
+// Checks that `convert` returns `expected`, or an empty string when out of memory.
 template <typename Result, typename Convert>
 void Converts(Attempt& attempt, Convert convert, const Result& expected)
 {
@@ -109,11 +109,12 @@ void Base64Array(Attempt& attempt,
     unsigned int outLength = 99;
     bool isDone = false;
     attempt.Run([&] { isDone = convert(in, length, &out, &outLength); });
-    const std::unique_ptr<unsigned char[]> freed(out);
+    const std::unique_ptr<unsigned char[]> owner(out);
     attempt.Expect(isDone && std::string(out, out + outLength) == expected,
                    !isDone && !out && outLength == 99);
 }
 
+// b64_decode_binary() encodes and b64_encode_binary() decodes, despite their names.
 void Base64Encoded(Attempt& attempt)
 {
     Base64Array(attempt, b64_decode_binary, c_data, 2, "QUI=");
@@ -150,10 +151,10 @@ void B64FromText(Attempt& attempt, const TString<wchar_t>& text, unsigned int ex
     attempt.Expect(hasBytes && size == expectedSize, !hasBytes);
 }
 
-void B64FromShortText(Attempt& attempt)
+void B64FromTexts(Attempt& attempt)
 {
     B64FromText(attempt, L"dHdlbHZlIGJ5dGVz", 12);
-    // Over the limit of what is decoded on the stack.
+    // The same with several thousand characters.
     static const TString<wchar_t> longText(std::wstring(4000, L'Q'));
     if (!attempt.HasFailed())
         B64FromText(attempt, longText, 3000);
@@ -196,8 +197,6 @@ void FromRight(Attempt& attempt)
         L"ngforthestringitself");
 }
 
-// Texts.
-
 void Compares(Attempt& attempt)
 {
     bool isSame = false;
@@ -210,7 +209,7 @@ void Compares(Attempt& attempt)
     attempt.Always(!attempt.HasFailed() && isSame);
 }
 
-void TrimsAndFolds(Attempt& attempt)
+void TrimsAndLowersCase(Attempt& attempt)
 {
     TString<wchar_t> text = L"   A text that is too long for the string itself   ";
     attempt.Run([&] { text.Trim().ToLower(); });
@@ -226,13 +225,13 @@ void Replaces(Attempt& attempt, const wchar_t* from, const wchar_t* to, const wc
     attempt.Expect(text == expected, text == c_wide);
 }
 
-void ReplacesApart(Attempt& attempt)
+void ReplacesOneOccurrence(Attempt& attempt)
 {
     Replaces(attempt, L"too long", L"as long as a longer line would be",
              L"a text that is as long as a longer line would be for the string itself");
 }
 
-void ReplacesJoined(Attempt& attempt)
+void ReplacesWhatReplacementsCreate(Attempt& attempt)
 {
     TString<wchar_t> text(std::wstring(50, L'a') + L"b");
     const TString<wchar_t> before = text;
@@ -242,7 +241,7 @@ void ReplacesJoined(Attempt& attempt)
     attempt.Expect(text == TString<wchar_t>(L"b" + std::wstring(100, L'c')), text == before);
 }
 
-void SplitsInTokens(Attempt& attempt)
+void SplitsIntoTokens(Attempt& attempt)
 {
     std::vector<TString<wchar_t>> tokens{L"an old token that is longer than the string itself"};
     const TString<wchar_t> delimiters = L"o";
@@ -254,8 +253,6 @@ void SplitsInTokens(Attempt& attempt)
     attempt.Always(tokens.size() == 5);
 }
 
-// Command lines.
-
 const wchar_t* c_wideArguments[] = {L"the path of a program with a name", L"-file",
                                     L"a file with quite a long name", nullptr};
 const char* c_arguments[] = {"the path of a program with a name", "-file",
@@ -263,9 +260,10 @@ const char* c_arguments[] = {"the path of a program with a name", "-file",
 const TString<wchar_t> c_line = L"-file \"a file with quite a long name\"";
 const TString<char> c_narrowLine = "-file \"a file with quite a long name\"";
 
-// Constructs a parser, whose tokens show in an option; there are none when out of memory.
+// Constructs a parser and reads its tokens back through an option. When out of memory, the parser
+// has no tokens.
 template <typename Make>
-void ParserMade(Attempt& attempt, Make make)
+void ConstructsParser(Attempt& attempt, Make make)
 {
     const smart_ptr<CmdLineOption> option(new CmdLineOption(L"file", true));
     alignas(CmdLineParser) static unsigned char memory[sizeof(CmdLineParser)];
@@ -278,9 +276,9 @@ void ParserMade(Attempt& attempt, Make make)
 }
 
 template <int Form>
-void ParserOfForm(Attempt& attempt)
+void ConstructsParserFrom(Attempt& attempt)
 {
-    ParserMade(attempt, [](void* memory) {
+    ConstructsParser(attempt, [](void* memory) {
         if constexpr (Form == 0)
             return new (memory) CmdLineParser(3, c_wideArguments);
         else if constexpr (Form == 1)
@@ -325,7 +323,7 @@ void ParsesOptions(Attempt& attempt)
     attempt.Always(parser.Parse() && option->GetValue() == L"a file with quite a long name");
 }
 
-void OptionMade(Attempt& attempt)
+void ConstructsOption(Attempt& attempt)
 {
     static const TString<wchar_t> name = L"an option with a rather long name";
     bool isMade = false;
@@ -353,7 +351,7 @@ std::vector<Operation> TextOperations()
         {"GetCodeLength", Base64Lengths},
         {"GetDataLength", Base64Lengths},
         {"Toolkit::B64::ToUNICODE", B64ToText},
-        {"Toolkit::B64::ToB64", B64FromShortText},
+        {"Toolkit::B64::ToB64", B64FromTexts},
         PARSES(ToInt32, char, c_number, int),
         PARSES(ToInt32, wchar_t, c_wideNumber, int),
         PARSES(ToUint32, char, c_number, unsigned int),
@@ -383,22 +381,22 @@ std::vector<Operation> TextOperations()
         {"TString::Empty", Compares},
         {"TString::ToUint32", Compares},
         {"TString::ToInt32", Compares},
-        {"TString::Trim", TrimsAndFolds},
-        {"TString::ToLower", TrimsAndFolds},
-        {"TString::Replace", ReplacesApart},
-        {"TString::Replace", ReplacesJoined},
-        {"TString::GetTokens", SplitsInTokens},
-        {"Toolkit::CmdLineParser::CmdLineParser", ParserOfForm<0>},
-        {"Toolkit::CmdLineParser::CmdLineParser", ParserOfForm<1>},
-        {"Toolkit::CmdLineParser::CmdLineParser", ParserOfForm<2>},
-        {"Toolkit::CmdLineParser::CmdLineParser", ParserOfForm<3>},
-        {"Toolkit::CmdLineParser::CmdLineParser", ParserOfForm<4>},
-        {"Toolkit::CmdLineParser::CmdLineParser", ParserOfForm<5>},
+        {"TString::Trim", TrimsAndLowersCase},
+        {"TString::ToLower", TrimsAndLowersCase},
+        {"TString::Replace", ReplacesOneOccurrence},
+        {"TString::Replace", ReplacesWhatReplacementsCreate},
+        {"TString::GetTokens", SplitsIntoTokens},
+        {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<0>},
+        {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<1>},
+        {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<2>},
+        {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<3>},
+        {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<4>},
+        {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<5>},
         {"Toolkit::CmdLineParser::Tokenize", Tokenizes},
         {"Toolkit::CmdLineParser::AddOption", AddsOption},
         {"Toolkit::CmdLineParser::Parse", ParsesOptions},
-        {"Toolkit::CmdLineOption::CmdLineOption", OptionMade},
-        {"Toolkit::CmdLineOption::~CmdLineOption", OptionMade},
+        {"Toolkit::CmdLineOption::CmdLineOption", ConstructsOption},
+        {"Toolkit::CmdLineOption::~CmdLineOption", ConstructsOption},
     };
 }
 

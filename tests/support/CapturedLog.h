@@ -9,7 +9,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Installs a process-wide logger that records its lines, and removes it in the destructor.
+/// Installs a process-wide logger that records what is written to it. The destructor removes it.
 class CapturedLog {
 public:
     explicit CapturedLog(LogSeverity threshold = SeverityVerbose);
@@ -21,7 +21,7 @@ public:
     /// The strings passed to `Write`, in order.
     std::vector<std::wstring> Pieces() const;
 
-    /// The lines that they form, without line feeds.
+    /// The lines that the pieces form, without line feeds; the last one may be unfinished.
     std::vector<std::wstring> Lines() const;
 
     void Clear();
@@ -38,7 +38,7 @@ private:
 testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, const std::wstring& function,
                                          const std::wstring& message);
 
-/// The same with a fixed source line.
+/// The same, but only from source line `line`.
 testing::Matcher<std::wstring> IsLogLine(LogSeverity severity, int line,
                                          const std::wstring& function, const std::wstring& message);
 

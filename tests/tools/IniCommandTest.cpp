@@ -10,7 +10,8 @@ using testing::HasSubstr;
 
 class IniCommandTest : public ToolFixture {
 protected:
-    // What the command reports of a file with that text, without the path.
+    // The output of "toolkit ini check" for a file that contains `text`, which must exit with
+    // `exitCode`. It runs in the directory of the file, so that the output names just "a.ini".
     std::string Check(const std::string& text, int exitCode) const
     {
         Write(L"a.ini", text);
@@ -40,7 +41,7 @@ TEST_F(IniCommandTest, GetsAValue)
     EXPECT_EQ(Run({"ini", "get", file, "", "empty"}).output, "\n");
 }
 
-TEST_F(IniCommandTest, ReturnsNoForAMissingValue)
+TEST_F(IniCommandTest, ExitsWithOneForAMissingValue)
 {
     const ProgramResult result =
         Run({"ini", "get", Write(L"a.ini", c_settings), "window", "title"});
@@ -75,13 +76,13 @@ TEST_F(IniCommandTest, FailsForADirectory)
     }
 }
 
-TEST_F(IniCommandTest, FindsNothingInAGoodFile)
+TEST_F(IniCommandTest, FindsNothingInAValidFile)
 {
     EXPECT_EQ(Check("; comment\n\n[Main]\na=1\n  \t\nb = \n[Other]\na=1\n", 0), "");
     EXPECT_EQ(Check("", 0), "");
 }
 
-TEST_F(IniCommandTest, FindsALineWithoutEqualsSign)
+TEST_F(IniCommandTest, FindsALineWithoutAnEqualsSign)
 {
     EXPECT_EQ(Check("[Main]\n width 640\n", 1),
               "a.ini:2: ignored: no \"=\" in the line: width 640\n");
@@ -96,29 +97,29 @@ TEST_F(IniCommandTest, FindsAKeyAboveTheFirstSection)
 TEST_F(IniCommandTest, FindsASecondValue)
 {
     EXPECT_EQ(Check("[A]\r\nx=1\r\n[B]\r\nx=1\r\nx = 2\r\n", 1),
-              "a.ini:5: ignored: \"x\" has a value since line 4\n");
+              "a.ini:5: ignored: \"x\" already has a value from line 4\n");
 }
 
-TEST_F(IniCommandTest, WarnsOfASectionThatComesTwice)
+TEST_F(IniCommandTest, WarnsAboutARepeatedSection)
 {
     EXPECT_EQ(Check("[A]\nx=1\n[B]\n[A]\nx=2\n", 1),
-              "a.ini:4: warning: [A] continues the section of line 1\n"
-              "a.ini:5: ignored: \"x\" has a value since line 2\n");
+              "a.ini:4: warning: [A] continues the section from line 1\n"
+              "a.ini:5: ignored: \"x\" already has a value from line 2\n");
 }
 
-TEST_F(IniCommandTest, WarnsOfAKeyThatLooksLikeAComment)
+TEST_F(IniCommandTest, WarnsAboutAKeyThatLooksLikeAComment)
 {
     EXPECT_EQ(Check("[A]\n ; x = 1\n", 1),
-              "a.ini:2: warning: a key, no comment: \";\" is not in the first column\n");
+              "a.ini:2: warning: a key, not a comment: \";\" is not in the first column\n");
 }
 
-TEST_F(IniCommandTest, WarnsOfBytesThatAreNotUtf8)
+TEST_F(IniCommandTest, WarnsAboutBytesThatAreNotUtf8)
 {
     EXPECT_EQ(Check("[A]\r\nx=caf\xC3\xA9\ny=caf\xE9\n", 1),
               "a.ini:3: warning: not UTF-8, so the file is read as ISO 8859-1\n");
 }
 
-TEST_F(IniCommandTest, WarnsOnceOfNullCharacters)
+TEST_F(IniCommandTest, WarnsOnceAboutNullCharacters)
 {
     using namespace std::string_literals;
 
@@ -128,14 +129,14 @@ TEST_F(IniCommandTest, WarnsOnceOfNullCharacters)
                 HasSubstr("a.ini:1: warning: a null character: UTF-16 without"));
 }
 
-TEST_F(IniCommandTest, AcceptsMarkedFiles)
+TEST_F(IniCommandTest, AcceptsFilesWithAByteOrderMark)
 {
     EXPECT_EQ(Check("\xEF\xBB\xBF[A]\nx=1\n", 0), "");
     EXPECT_EQ(Check(std::string("\xFF\xFE[\0A\0]\0\n\0", 10), 0), "");
     EXPECT_EQ(Check(std::string("\0\0\xFE\xFF\0\0\0[\0\0\0A\0\0\0]", 16), 0), "");
 }
 
-TEST_F(IniCommandTest, ShowsControlCharactersAsText)
+TEST_F(IniCommandTest, EscapesControlCharacters)
 {
     EXPECT_EQ(Check("[A]\nx\x1B[31m\n", 1), "a.ini:2: ignored: no \"=\" in the line: x\\x1B[31m\n");
     EXPECT_EQ(Run({"ini", "list", Write(L"b.ini", "[\x1B]\n\x07=\xC2\x9B\n")}).output,

@@ -1,7 +1,7 @@
 // A plug-in of the example host that looks into Zip archives:
 //
-//     list   -archive <file> [-filter <beginning of names>*]
-//     search -archive <file> -pattern <regular expression> [-filter <beginning of names>*]
+//     list   -archive <file> [-filter <name prefix>*]
+//     search -archive <file> -pattern <regular expression> [-filter <name prefix>*]
 
 #include <toolkit/Toolkit.h>
 
@@ -19,13 +19,13 @@ using Text = TString<wchar_t>;
 StartStopLog s_module(L"archive");
 const ModuleRegistration s_registration(s_module);
 
-// Every archive begins so, even one without entries.
-bool BeginsLikeAnArchive(const Text& path)
+// The first header of an archive begins with "PK", and so does the end record of an empty one.
+bool HasZipSignature(const Text& path)
 {
-    char begin[2] = {};
+    char signature[2] = {};
     FFile file;
-    return file.Open(path, L"rb") && file.Read(begin, sizeof begin) && begin[0] == 'P' &&
-           begin[1] == 'K';
+    return file.Open(path, L"rb") && file.Read(signature, sizeof signature) &&
+           signature[0] == 'P' && signature[1] == 'K';
 }
 
 bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
@@ -35,7 +35,7 @@ bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
         return run.Fail(L"there is no archive " + path);
     archive.Open(path);
     if (archive.EntriesList(entries, run.GetValue(L"filter"), ArchiveEntriesFlags::FilesOnly) < 0 ||
-        !BeginsLikeAnArchive(path))
+        !HasZipSignature(path))
         return run.Fail(path + L" is not a readable archive");
     return true;
 }
@@ -62,7 +62,7 @@ bool SearchEntry(EntrySearch& search, ArchiveZip& archive, const Text& name,
                  const smart_ptr<ArchiveZipEntry>& entry, CommandRun& run)
 {
     if (entry->GetFlags() & wxZIP_ENCRYPTED) {
-        run.Warn(L"the entry " + name + L" is encrypted, and was not searched");
+        run.Warn(L"the entry " + name + L" is encrypted and was not searched");
         return true;
     }
     return search.Search(name, *archive.GetZipInputStream(entry));

@@ -11,15 +11,15 @@
 namespace Toolkit {
 namespace {
 
-// The stated length of an entry is not trusted: memory grows with the bytes read, in larger steps
-// if the archive claims that many follow.
+// The length that the archive claims is not trusted: memory grows with the bytes read, in larger
+// steps while the archive claims that more bytes follow.
 void ReserveFor(std::vector<unsigned char>& bytes, std::size_t needed, wxFileOffset claimedLeft)
 {
-    constexpr std::size_t largestStep = 4;
+    constexpr std::size_t largestFactor = 4;
 
     if (needed > bytes.capacity() && claimedLeft > 0)
         bytes.reserve(
-            std::min(needed * largestStep, needed + static_cast<std::size_t>(claimedLeft)));
+            std::min(needed * largestFactor, needed + static_cast<std::size_t>(claimedLeft)));
 }
 
 void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
@@ -35,7 +35,7 @@ void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
     } while (count == block.size());
 }
 
-// Runs `read`. When out of memory it sets an error on the stream and returns false.
+// Runs `read`. False if `stream` is null or `read` throws, which sets an error on the stream.
 template <typename Read>
 bool ReadFrom(wxZipInputStream* stream, Read read)
 {

@@ -18,7 +18,7 @@ constexpr long long c_largestOffset = 25 * c_secondsPerHour;
 constexpr long long c_yearsPerCycle = 400;
 constexpr long long c_daysPerCycle = 146097;
 
-// The whole years of which wxDateTime holds every millisecond.
+// The first and the last year that wxDateTime represents in full.
 constexpr long long c_firstYear = -292275054;
 constexpr long long c_lastYear = 292278993;
 
@@ -92,7 +92,7 @@ int CountDaysInMonth(long long year, long long month)
     return static_cast<int>(static_cast<unsigned>(last.day()));
 }
 
-// Moves a date by days. There may be billions of them, so whole cycles go first.
+// Moves whole cycles by arithmetic first: std::chrono::year holds far fewer than billions of days.
 void MoveDays(CalendarTime& time, long long days)
 {
     using namespace std::chrono;
@@ -131,7 +131,8 @@ long long ToSecondsFromUtc(const CalendarTime& time)
 long long ToSecondsFromLocal(const CalendarTime& time)
 {
     // ParseIso/tz:0: without TZ, mktime() checks the zone file on every call and takes 17 times as
-    // long. When the clock does not change around that day, subtracting its offset is enough.
+    // long. If the zone's offset from UTC is the same before and after, subtracting it
+    // is enough.
     const long long asUtc = CountPlainSeconds(time);
     const std::tm before = ToLocalFields(asUtc - c_largestOffset);
     const std::tm after = ToLocalFields(asUtc + c_largestOffset);

@@ -28,7 +28,7 @@ bool QP::HasToBeQP(const TString<char>& text, unsigned int lineLength, unsigned 
 {
     if (lineLength > maxLineLength || text.find('\n') != std::string::npos)
         return true;
-    return !ignoreCharacters && std::any_of(text.begin(), text.end(), NeedsQuoting);
+    return !ignoreCharacters && std::any_of(text.begin(), text.end(), NeedsEscape);
 }
 
 bool QP::HasToBeQP(const TString<wchar_t>& text, unsigned int lineLength,

@@ -10,7 +10,7 @@ namespace Toolkit {
 
 /// Whether `byte` is above 0x7F or must be escaped. False for 0x7F, although
 /// `AppendEncodedQuotedPrintable` escapes it.
-bool NeedsQuoting(char byte);
+bool NeedsEscape(char byte);
 
 /// Appends the form of `length` bytes, on one line.
 void AppendEncodedQuotedPrintable(std::string& code, const char* bytes, std::size_t length);

@@ -19,11 +19,11 @@ constexpr unsigned int c_delete = 0x7F;
 // on the stack, takes twice as long.
 constexpr std::size_t c_bufferLength = 1024;
 
-constexpr bool IsQuotedByte(unsigned int byte)
+constexpr bool IsEscapedByte(unsigned int byte)
 {
-    constexpr char quoted[] = "\"(),/:;<=>?@[\\]";
+    constexpr char escaped[] = "\"(),/:;<=>?@[\\]";
     const bool isListed =
-        std::find(quoted, std::end(quoted) - 1, static_cast<char>(byte)) != std::end(quoted) - 1;
+        std::find(escaped, std::end(escaped) - 1, static_cast<char>(byte)) != std::end(escaped) - 1;
     return byte <= 0x20 || byte >= 0x80 || isListed;
 }
 
@@ -36,7 +36,7 @@ struct Form {
 constexpr auto c_forms = [] {
     std::array<Form, 256> forms{};
     for (unsigned int byte = 0; byte < forms.size(); ++byte) {
-        if (IsQuotedByte(byte) || byte == c_delete)
+        if (IsEscapedByte(byte) || byte == c_delete)
             forms[byte] = {{c_escape, c_hexDigits[byte >> 4], c_hexDigits[byte & 15]}, 3};
         else
             forms[byte] = {{static_cast<char>(byte), '\0', '\0'}, 1};
@@ -44,7 +44,7 @@ constexpr auto c_forms = [] {
     return forms;
 }();
 
-// Marks a character that is not a digit. Digits are 0 to 16: "G" and "g" are digits, too.
+// Marks a character that is not a digit. Values of digits are 0 to 16: "G" and "g" count as digits.
 constexpr unsigned char c_noDigit = 0x80;
 
 constexpr auto c_digits = [] {
@@ -64,8 +64,8 @@ unsigned int ParseDigit(char character)
     return c_digits[static_cast<unsigned char>(character)];
 }
 
-// Decodes the escape at `code`, which two more characters follow, and moves past it; past one
-// character when it is not an escape.
+// Decodes the escape at `code` and moves past it. Two more characters must exist; unless both are
+// digits, only the "=" is skipped.
 void DecodeEscape(const char*& code, char*& out)
 {
     const unsigned int high = ParseDigit(code[1]);
@@ -78,7 +78,8 @@ void DecodeEscape(const char*& code, char*& out)
     code += c_escapeLength;
 }
 
-// Decodes until the text ends or the buffer is full. An escape that is cut short is copied.
+// Decodes until the text ends or the buffer is full. An escape that the
+// end of the text cuts short is copied.
 char* DecodePiece(const char*& code, const char* end, char* buffer)
 {
     char* out = buffer;
@@ -102,7 +103,7 @@ std::size_t FindBreakable(const std::string& code, std::size_t position)
 
 using Positions = std::vector<std::size_t>;
 
-// Positions in `code` itself, without the breaks before them.
+// Positions in `code`, not counting the breaks inserted before them.
 Positions FindRightwardBreaks(const std::string& code, std::size_t position, std::size_t lineLength)
 {
     Positions breaks;
@@ -126,8 +127,9 @@ Positions FindSoftBreaks(const std::string& code, std::uint32_t first, std::uint
 {
     if (first >= code.size())
         return {};
-    // The distance to the next position has 32 bits. In its upper half it leads to the left; a
-    // distance of 0 or 1 would lead to the same position forever.
+    // The distance between breaks in the result: `lineLength` - 1 characters and the 3 of a break.
+    // It is 32-bit and wraps around: above 0x80000000 it leads to the left, and 0 or 1 would lead
+    // to the same position forever.
     const std::uint32_t distance = lineLength + 2;
     if (distance <= 1)
         return {FindBreakable(code, first)};
@@ -138,7 +140,7 @@ Positions FindSoftBreaks(const std::string& code, std::uint32_t first, std::uint
 
 } // namespace
 
-bool NeedsQuoting(char byte)
+bool NeedsEscape(char byte)
 {
     const auto value = static_cast<unsigned char>(byte);
     return c_forms[value].length > 1 && value != c_delete;
@@ -148,7 +150,7 @@ void AppendEncodedQuotedPrintable(std::string& code, const char* bytes, std::siz
 {
     constexpr std::size_t pieceLength = c_bufferLength / c_escapeLength;
 
-    // Copies a form together with its length, which the next form overwrites.
+    // One Form longer: memcpy() also copies the `length`, which the next form overwrites.
     char buffer[c_bufferLength + sizeof(Form)];
     while (length > 0) {
         const std::size_t piece = std::min(length, pieceLength);

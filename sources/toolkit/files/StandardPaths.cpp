@@ -34,32 +34,32 @@ TString<wchar_t> GetApplicationName()
     return Framework::ToText(name);
 }
 
-bool IsExecutableKnown()
+bool DoesWxKnowExecutable()
 {
     return wxAppConsole::GetInstance() &&
            Framework::ToText(wxStandardPaths::Get().GetExecutablePath()) ==
                Base::GetExecutablePath();
 }
 
-bool IsHomeKnown()
+bool DoesWxKnowHome()
 {
     return wxAppConsole::GetInstance() &&
            Framework::ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
 }
 
-// Whether wxWidgets reads the variable as it is.
-bool IsVariableKnown(const char* name)
+// Whether wxWidgets decodes the variable as UTF-8 does.
+bool DoesWxDecodeVariable(const char* name)
 {
     wxString value;
     wxGetEnv(name, &value);
     return Framework::ToText(value) == TString<wchar_t>(Base::DecodeUtf8(std::getenv(name)));
 }
 
-// Whether wxWidgets can open a file of that name.
-bool CanSpell(const TString<wchar_t>& name)
+// Whether wxWidgets encodes the file name as UTF-8 does.
+bool DoesWxEncode(const TString<wchar_t>& name)
 {
-    const wxCharBuffer spelt = Framework::ToWxString(name).mb_str(*wxConvFileName);
-    return spelt && std::string(spelt.data(), spelt.length()) == Base::EncodeUtf8(name);
+    const wxCharBuffer encoded = Framework::ToWxString(name).mb_str(*wxConvFileName);
+    return encoded && std::string(encoded.data(), encoded.length()) == Base::EncodeUtf8(name);
 }
 
 } // namespace
@@ -81,30 +81,31 @@ TString<wchar_t> DeriveApplicationName(const TString<wchar_t>& executable)
 
 TString<wchar_t> FindDataDirectory()
 {
-    return IsExecutableKnown()
+    return DoesWxKnowExecutable()
                ? Framework::ToText(wxStandardPaths::Get().GetDataDir())
                : FindFallbackDataDirectory(Base::GetExecutablePath(), GetApplicationName());
 }
 
 TString<wchar_t> FindResourcesDirectory()
 {
-    return IsExecutableKnown()
+    return DoesWxKnowExecutable()
                ? Framework::ToText(wxStandardPaths::Get().GetResourcesDir())
                : FindFallbackResourcesDirectory(Base::GetExecutablePath(), GetApplicationName());
 }
 
 TString<wchar_t> FindUserLocalDataDirectory()
 {
-    return IsHomeKnown() ? Framework::ToText(wxStandardPaths::Get().GetUserLocalDataDir())
-                         : FindFallbackUserLocalDataDirectory(GetApplicationName());
+    return DoesWxKnowHome() ? Framework::ToText(wxStandardPaths::Get().GetUserLocalDataDir())
+                            : FindFallbackUserLocalDataDirectory(GetApplicationName());
 }
 
 TString<wchar_t> FindDocumentsDirectory()
 {
     const TString<wchar_t> directory = FindFallbackDocumentsDirectory();
-    // A directory whose name cannot be encoded cannot be found either.
-    const bool isKnown = IsHomeKnown() && IsVariableKnown("XDG_CONFIG_HOME") && CanSpell(directory);
-    return isKnown ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir()) : directory;
+    // wxWidgets cannot find a directory whose name it cannot encode.
+    const bool canAskWx =
+        DoesWxKnowHome() && DoesWxDecodeVariable("XDG_CONFIG_HOME") && DoesWxEncode(directory);
+    return canAskWx ? Framework::ToText(wxStandardPaths::Get().GetDocumentsDir()) : directory;
 }
 
 } // namespace Toolkit

@@ -53,7 +53,8 @@ public:
     LoadSequence& operator=(const LoadSequence&) = delete;
 };
 
-// The standard streams of the console and debugger loggers. Unused, keeps the order.
+// Initialize the standard streams for the console and debugger loggers. Nothing uses these objects:
+// they keep the order in which the library constructs its own.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_consoleStreams;
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
@@ -61,7 +62,7 @@ TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
 LibModuleManager* LibModuleManager::s_pInstance = nullptr;
 
-// The engine's code for out of memory, formatted like its other codes.
+// The engine's code for out of memory, -6, over the beginning of the text, as for its other codes.
 TOOLKIT_CONSTRUCTED_FIRST const smart_ptr<RegExpException> RegExpException::s_outOfMemory =
     RegExpException::Make(L"-6gExp::Match return error: ");
 
@@ -93,7 +94,7 @@ TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> RestartManagment::c_strUniqueId
 
 namespace {
 
-// The standard streams of the regular expressions. Unused, keeps the order.
+// The same for the regular expressions.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_regularExpressionStreams;
 
 TOOLKIT_CONSTRUCTED_FIRST LoadSequence s_loadSequence;

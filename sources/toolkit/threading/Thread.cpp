@@ -18,10 +18,11 @@ namespace Toolkit {
 namespace {
 
 constexpr unsigned int c_retryMs = 10;
-constexpr int c_mostRetries = 20;
+constexpr int c_maxRetries = 20;
 
-// Frees a few small blocks, so that the next allocations of this thread find memory.
-void ReserveMemory()
+// Allocates a few small blocks and frees them, so that the next allocations of this thread reuse
+// them.
+void PrimeAllocator()
 {
     std::vector<std::unique_ptr<char[]>> blocks;
     for (const std::size_t size : {32u, 64u, 128u, 256u}) {
@@ -57,15 +58,17 @@ Thread::~Thread()
 
 void Thread::End()
 {
-    // The derived part is destroyed by now. A thread that has not begun its work never does.
+    // The derived part is already destroyed, so a thread that has not called DoWork() never calls
+    // it.
     State started = State::Started;
     m_state.compare_exchange_strong(started, State::Dropped);
     State fresh = State::New;
     if (m_state.compare_exchange_strong(fresh, State::Dropped) && !wxThread::IsAlive()) {
-        // Deleting a joinable wxThread that never ran frees it while this object still exists. So
-        // start it, with nothing to do, as soon as memory allows; after too many attempts, leak it.
-        for (int tries = 0; !Start(); ++tries) {
-            if (tries == c_mostRetries) {
+        // wxThread::Delete() of a joinable thread that never ran frees the object, which is already
+        // being destroyed. So the thread is started, with nothing to do, as soon as memory allows;
+        // after too many retries it is leaked.
+        for (int retries = 0; !Start(); ++retries) {
+            if (retries == c_maxRetries) {
                 HoldForEver();
                 Framework::DiscardThread(*this, m_control->TakeRemains());
                 return;
@@ -82,11 +85,11 @@ void Thread::End()
 }
 
 // wxWidgets allocates memory for trace messages, even when the thread is half started and can
-// neither run nor be stopped. ReserveMemory() makes these allocations succeed.
+// neither run nor be stopped. PrimeAllocator() makes these allocations succeed.
 bool Thread::Start()
 {
     const bool isStarted = Base::TryOr(false, [this] {
-        ReserveMemory();
+        PrimeAllocator();
         return wxThread::Run() == wxTHREAD_NO_ERROR;
     });
     return isStarted || wxThread::IsAlive();
@@ -130,7 +133,7 @@ wxThreadError Thread::Kill()
         return wxTHREAD_NOT_RUNNING;
     if (IsCaller())
         return wxTHREAD_MISC_ERROR;
-    // A caller may have started it as a wxThread, and it may be killed before it reaches Entry().
+    // A thread that was started by wxThread::Run() is still New until it reaches Entry().
     State fresh = State::New;
     m_state.compare_exchange_strong(fresh, State::Started);
     return wxThread::Kill();
@@ -172,9 +175,9 @@ bool Thread::IsMainThread()
                                                         : Base::IsFirstThread();
 }
 
-// Replaces wxThread::TestDestroy(), whose pause can miss a resume that comes before it begins. The
-// loop ends only when wxWidgets says so, because wxThread::Delete() resumes a thread it found
-// paused.
+// Replaces wxThread::TestDestroy(), whose pause can miss a resume that comes before it begins.
+// Loops until wxWidgets reports no pause, even when cancelled: wxThread::Delete() cancels a paused
+// thread first and resumes it then.
 bool Thread::TestDestroy()
 {
     while (IsCaller() && wxThread::IsPaused())
@@ -186,10 +189,11 @@ wxThread::ExitCode Thread::Entry()
 {
     std::optional<Framework::ThreadLogTarget> target;
     if (IsCaller()) {
-        // Still new: a caller started it as a wxThread.
+        // Still New if it was started by wxThread::Run().
         State fresh = State::New;
         m_state.compare_exchange_strong(fresh, State::Started);
-        // When out of memory, wxWidgets keeps the messages until the main thread asks for them.
+        // Without memory for the target, wxWidgets keeps the messages of this thread until the main
+        // thread flushes them.
         static_cast<void>(Base::Completes([&target] { target.emplace(); }));
         m_control->SetEntered();
         State started = State::Started;
@@ -197,7 +201,7 @@ wxThread::ExitCode Thread::Entry()
         if (started == State::Dropped)
             return nullptr;
     }
-    // An exit code of wxWidgets is a pointer.
+    // wxThread::ExitCode is a pointer.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<ExitCode>(static_cast<std::intptr_t>(DoWork()));
 }
@@ -210,8 +214,8 @@ void Thread::OnDelete()
 void Thread::OnKill()
 {
     m_control->Cancel();
-    // A thread that is cancelled on its way to Entry() ends the process: the clean-up function of
-    // wxWidgets calls pthread_exit() while a destructor runs it.
+    // A thread that is cancelled before it reaches Entry() ends the process: the unwinding runs the
+    // clean-up function of wxWidgets in a destructor, and that function calls pthread_exit().
     if (IsRunning() && !IsCaller())
         m_control->AwaitEntry();
 }
