@@ -461,6 +461,16 @@ TEST_F(IniFileTest, FindsManyKeysAndSections)
     EXPECT_EQ(Keys(ini, L"Large").size(), 70'000u);
 }
 
+TEST_F(IniFileTest, FindsShortKeysBesideLongOnes)
+{
+    const std::string longKey(5000, 'k');
+    const IniFile ini = Load("[Main]\na=1\n" + longKey + "=2\nb=3\n");
+
+    EXPECT_EQ(Value(ini, L"Main", L"a"), L"1");
+    EXPECT_EQ(Value(ini, L"Main", std::wstring(5000, L'k')), L"2");
+    EXPECT_EQ(Value(ini, L"Main", L"b"), L"3");
+}
+
 TEST_F(IniFileTest, MissesNamesThatNoFileCanHold)
 {
     const IniFile ini = Load("[M\xC3\xA9]\n\xF0\x9F\x98\x80=1\n");

@@ -63,18 +63,24 @@ const TString<wchar_t>* IniSection::FindValue(std::wstring_view key) const
 const IniSection::WideEntries& IniSection::Widen() const
 {
     auto wide = std::make_unique<WideEntries>();
+    wide->list.resize(m_entries.size());
     std::size_t length = 0;
     for (const Entry& entry : m_entries)
         length += entry.name.size();
     wide->names.reserve(length);
-    wide->list.resize(m_entries.size());
+    std::vector<std::size_t> ends;
+    ends.reserve(m_entries.size());
     for (std::size_t i = 0; i < m_entries.size(); ++i) {
         const auto& [key, value] = m_entries[i];
-        const std::size_t begin = wide->names.size();
-        // Within what is reserved: a name has no more characters than bytes.
         Base::AppendDecodedUtf8(wide->names, key.data(), key.size());
-        wide->list[i].name = std::wstring_view(wide->names).substr(begin);
+        ends.push_back(wide->names.size());
         Base::AppendDecodedUtf8(wide->list[i].value, value.data(), value.size());
+    }
+    // Only now: appending moves the characters that the views point to.
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+        wide->list[i].name = std::wstring_view(wide->names).substr(begin, ends[i] - begin);
+        begin = ends[i];
     }
     const WideEntries* published = nullptr;
     if (!m_wide.compare_exchange_strong(published, wide.get(), std::memory_order_release,
