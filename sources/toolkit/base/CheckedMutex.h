@@ -2,26 +2,26 @@
 
 #include <mutex>
 
-// What threading/ThreadSafety.h offers to programs, for the ground floor: Clang checks with
-// -Wthread-safety which lock guards what.
+// The thread-safety annotations of base/, which cannot include those of threading/ThreadSafety.h.
+// With -Wthread-safety, Clang checks which lock guards what.
 #if defined(__clang__)
 #define BASE_THREAD_ANNOTATION(attribute) __attribute__((attribute))
 #else
 #define BASE_THREAD_ANNOTATION(attribute)
 #endif
 
-/// On a variable: it is used only while `lock` is held.
+/// On a variable: it may be used only while `lock` is held.
 #define BASE_GUARDED_BY(lock) BASE_THREAD_ANNOTATION(guarded_by(lock))
 
-/// On a function: the caller holds `lock`.
+/// On a function: the caller must hold `lock`.
 #define BASE_REQUIRES(lock) BASE_THREAD_ANNOTATION(requires_capability(lock))
 
-/// On a function: it is not checked. A comment says why.
+/// On a function: turns the check off. A comment says why.
 #define BASE_NO_THREAD_SAFETY_ANALYSIS BASE_THREAD_ANNOTATION(no_thread_safety_analysis)
 
 namespace Toolkit::Base {
 
-/// A mutex of the standard library whose use is checked. libstdc++ does not annotate its own.
+/// A mutex of the standard library whose use is checked. libstdc++ does not annotate its mutexes.
 template <typename StandardMutex>
 class BASE_THREAD_ANNOTATION(capability("mutex")) BasicCheckedMutex {
 public:

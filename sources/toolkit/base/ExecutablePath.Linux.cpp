@@ -11,7 +11,7 @@ namespace Toolkit::Base {
 
 std::wstring GetExecutablePath()
 {
-    // The system reports no longer path.
+    // The system never reports a path longer than PATH_MAX.
     char path[PATH_MAX];
     const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);
     return length < 0 ? std::wstring()

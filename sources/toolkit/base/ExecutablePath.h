@@ -4,8 +4,8 @@
 
 namespace Toolkit::Base {
 
-/// The full path of the running executable. Empty when the system does not report it, or not in
-/// valid UTF-8.
+/// Returns the full path of the running executable; empty if the system does not report it, or if
+/// it is not valid UTF-8.
 std::wstring GetExecutablePath();
 
 } // namespace Toolkit::Base

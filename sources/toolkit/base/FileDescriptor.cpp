@@ -9,7 +9,7 @@
 namespace Toolkit::Base {
 namespace {
 
-// The result of a system call, which is made again when a signal interrupts it.
+// Returns the result of a system call, repeating the call if a signal interrupts it.
 template <typename Call>
 ssize_t RetryAfterSignals(Call call)
 {

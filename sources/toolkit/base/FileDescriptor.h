@@ -6,7 +6,8 @@
 
 namespace Toolkit::Base {
 
-/// A file descriptor, closed with its object. Started programs do not inherit it.
+/// A file descriptor, closed in the destructor. Started programs do not inherit the descriptors
+/// that this class opens or duplicates.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -16,12 +17,13 @@ public:
     FileDescriptor(FileDescriptor&& other) noexcept : m_descriptor(other.Release()) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
 
-    /// Opens `name` with the flags of open(2). Like open(2) it may wait: for the other end of a
-    /// pipe, or for the release of a lease. Not open after a failure, and for a directory.
+    /// Opens `name` with the flags of open(2). Like open(2), it may wait for the other end of a
+    /// pipe or for the release of a lease. The result is not open after a failure, nor for a
+    /// directory.
     static FileDescriptor Open(const std::string& name, int flags, mode_t permissions = 0666);
 
-    /// Opens `name` when it is a regular file, without waiting for anything. Not open for anything
-    /// else.
+    /// Opens `name` if it is a regular file, without waiting for anything. Otherwise the result is
+    /// not open.
     static FileDescriptor OpenRegular(const std::string& name, int flags,
                                       mode_t permissions = 0666);
 
@@ -29,28 +31,28 @@ public:
     int Get() const { return m_descriptor; }
     int Release();
 
-    /// A second descriptor of the same open file, which shares its position and its locks; not open
-    /// when the system has none left.
+    /// Returns a second descriptor for the same open file. Both share its position and its locks.
+    /// The result is not open if the system has no descriptor left.
     FileDescriptor Duplicate() const;
 
-    /// False when the system reports an error.
+    /// Returns false if the system reports an error.
     bool Close();
 
     bool IsRegular() const;
 
-    /// The length of the file in bytes; 0 for a file without a length, such as a pipe.
+    /// Returns the length of the file in bytes; 0 for a file without a length, such as a pipe.
     long long GetLength() const;
 
     /// Reads up to `length` bytes and returns their number: 0 at the end, -1 after an error.
     ssize_t Read(void* bytes, std::size_t length) const;
 
-    /// The same at `offset`, without moving the position.
+    /// Like Read(), but at `offset`, and without moving the position.
     ssize_t ReadAt(long long offset, void* bytes, std::size_t length) const;
 
-    /// Reads `length` bytes; false when fewer are left, which `bytes` then begins with.
+    /// Reads `length` bytes. If fewer are left, returns false, and `bytes` begins with those.
     bool ReadAll(void* bytes, std::size_t length) const;
 
-    /// Writes `length` bytes; false when the system takes fewer.
+    /// Writes `length` bytes; returns false if the system accepts fewer.
     bool WriteAll(const void* bytes, std::size_t length) const;
 
 private:

@@ -55,7 +55,8 @@ FileLock::State FileLock::Take() BASE_REQUIRES(ForkLocks::s_fileLocks)
     return ShareWithThisProcess() ? State::Held : State::HeldElsewhere;
 }
 
-// For the system, a file that is opened twice has two owners, even in one process.
+// flock(2) treats each open(2) of a file as a separate owner, even in one process. So this object
+// shares the open file of the one that holds the lock.
 bool FileLock::ShareWithThisProcess() BASE_REQUIRES(ForkLocks::s_fileLocks)
 {
     for (const FileLock* held = s_firstHeld; held; held = held->m_next) {

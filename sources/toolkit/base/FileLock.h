@@ -6,7 +6,8 @@
 namespace Toolkit::Base {
 
 /// An advisory lock on an open file. The system releases it when the process ends, however it ends.
-/// A forked child releases it at the fork, so that nothing holds it after the parent ends.
+/// A forked child does not keep it, so that the parent's end releases it even if the child lives
+/// on.
 ///
 /// The lock belongs to the process: all of its objects for one file share it, until the last of
 /// them is destroyed.
@@ -29,7 +30,7 @@ private:
 
     FileDescriptor m_file;
     OwnDescriptor m_ownFile;
-    FileLock* m_next; // of the locks that this process holds
+    FileLock* m_next; // in the list of locks that this process holds
     State m_state;
 };
 

@@ -9,11 +9,11 @@
 namespace Toolkit::Base {
 namespace {
 
-// The file that `path` leads to through symbolic links, whether it exists or not; empty when they
-// lead in a circle. Unlike realpath(3), it needs no file at the end.
+// Returns the path of the file that `path` leads to through symbolic links; empty if there are too
+// many links, as in a loop. Unlike realpath(3), works even if the file does not exist.
 std::string FollowLinks(std::string path)
 {
-    constexpr int mostLinks = 40; // like Linux
+    constexpr int mostLinks = 40; // the limit of Linux
 
     for (int i = 0; i <= mostLinks; ++i) {
         char link[PATH_MAX];
@@ -54,8 +54,9 @@ void FileReplacement::CreateTemporary()
         m_temporary = std::move(name);
 }
 
-// Only open() applies the umask and the default permissions of the directory. The name is visible
-// by now, so it is an error if another file has taken it.
+// Creates the file again with open(), because a file from mkostemp() is accessible to its owner
+// only. open() applies the umask and the default permissions of the directory. Others may know the
+// name by now, so it is an error if a file with this name exists again.
 void FileReplacement::CreateTemporaryAnew()
 {
     constexpr mode_t everyone = 0666;
@@ -80,7 +81,7 @@ bool FileReplacement::Write(const char* bytes, std::size_t length)
 
 bool FileReplacement::Commit()
 {
-    // A full disk may be reported only when the data reach it.
+    // Some file systems report a full disk only at fsync() or close().
     if (!m_file.IsOpen() || ::fsync(m_file.Get()) != 0 || !m_file.Close() ||
         ::rename(m_temporary.c_str(), m_target.c_str()) != 0)
         return false;

@@ -2,10 +2,11 @@
 
 namespace Toolkit::Base {
 
-/// Parses a whole text as an unsigned decimal number such as "12", "1.5" or "2e-3". False, with
-/// `value` unchanged, when it is something else.
+/// Parses all characters from `begin` to `end` as an unsigned decimal number such as "12", "1.5" or
+/// "2e-3". Returns false, with `value` unchanged, if they are not one complete number. Pass digits,
+/// a dot and an exponent only: signs, "inf" and "nan" are not rejected.
 ///
-/// A number that is too large gives the largest value of the type, one that is too small the
+/// A number that is too large yields the largest finite value. One that is too small yields the
 /// nearest value, which may be 0.
 bool ParseFloatingPoint(const char* begin, const char* end, double& value);
 

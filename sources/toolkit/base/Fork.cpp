@@ -5,7 +5,7 @@
 namespace Toolkit::Base {
 namespace {
 
-// The locks cross functions, which the check cannot follow.
+// Not checked: the analysis cannot follow a lock that one function acquires and another releases.
 void OnPrepareFork() BASE_NO_THREAD_SAFETY_ANALYSIS
 {
     ForkLocks::s_unloadTasks.Lock();

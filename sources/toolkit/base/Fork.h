@@ -6,10 +6,10 @@
 
 namespace Toolkit::Base {
 
-/// The process-wide locks, in the order in which a thread may take them.
+/// The process-wide locks, in the order in which a thread may acquire them.
 ///
 /// They are held during a fork. Otherwise a forked child would wait forever for a lock that another
-/// thread of its parent held, and what the lock guards could be half changed.
+/// thread of its parent held, and the data that it guards could be half changed.
 struct ForkLocks {
     static CheckedMutex s_unloadTasks;
     static CheckedMutex s_processLogger;
@@ -17,13 +17,14 @@ struct ForkLocks {
     static CheckedMutex s_ownDescriptors;
 };
 
-/// Holds the locks during every later fork, and counts the forks. Further calls do nothing.
+/// Registers handlers that hold the locks during every later fork, and that count forks. Further
+/// calls do nothing.
 void PrepareForks();
 
 extern std::atomic<unsigned int> s_forks;
 
-/// The number of forks that lead from the process that loaded the library to this one. An object
-/// that stores it finds out whether it is the copy in a forked child.
+/// Returns the number of forks between the process that loaded the library and this one. An object
+/// that stores the number can later detect that it is the copy in a forked child.
 inline unsigned int CountForks()
 {
     // Relaxed: it changes only while the child has a single thread.

@@ -11,7 +11,7 @@
 namespace Toolkit::Base {
 namespace {
 
-// File names end at 255 bytes.
+// Leaves room for the prefix and the suffix: file names have at most 255 bytes.
 constexpr std::size_t c_longestName = 216;
 
 FileDescriptor OpenLockFile(const std::wstring& name)

@@ -7,15 +7,15 @@
 namespace Toolkit::Base {
 
 /// A lock on a file in the user's home directory, held as `FileLock` describes. The file is never
-/// removed: two processes could then lock different files with one name.
+/// removed. Otherwise two processes could lock different files with the same name.
 class InstanceLock {
 public:
     using State = FileLock::State;
 
-    /// Tries to acquire the lock called `name`; an empty name locks nothing.
+    /// Tries to acquire the lock called `name`. The lock is unavailable if `name` is empty.
     explicit InstanceLock(const std::wstring& name);
 
-    /// The path of the file of the lock called `name`.
+    /// Returns the path of the file for the lock called `name`.
     static std::string MakePath(const std::wstring& name);
 
     State GetState() const { return m_lock.GetState(); }

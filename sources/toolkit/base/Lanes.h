@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-// Vectors of characters. Written out, because some compilers unroll such a loop instead of
-// vectorizing it.
+// Vectors of characters, for explicit vector code: some compilers unroll the plain loops instead of
+// vectorizing them.
 namespace Toolkit::Base {
 
 template <typename Number>
@@ -18,7 +18,7 @@ struct LanesOf {
 template <typename Number>
 using Lanes = typename LanesOf<Number>::Type;
 
-/// How many characters fit into one vector.
+/// The number of characters in one vector.
 template <typename Number>
 constexpr std::size_t c_laneCount = sizeof(Lanes<Number>) / sizeof(Number);
 
@@ -35,7 +35,8 @@ Lanes<Number> LoadLanes(const Char* from)
 template <typename AnyLanes>
 bool AreAllZero(const AnyLanes& lanes)
 {
-    // Reads the lanes from the register: the processor would wait for a copy in memory.
+    // Reads the lanes from the register: with a copy in memory, the processor would wait for the
+    // store.
     const auto halves = reinterpret_cast<Lanes<std::uint64_t>>(lanes);
     return (halves[0] | halves[1]) == 0;
 }

@@ -4,8 +4,8 @@ namespace Toolkit::Base {
 
 LineSplitter::LineSplitter(std::string_view text) : m_rest(text), m_feed(text.find('\n')) {}
 
-// The position of the next line feed is kept: in a text without any, searching for it again in each
-// line would take quadratic time.
+// Keeps the position of the next line feed: in a text whose lines end with carriage returns only,
+// searching for it again in each line would take quadratic time.
 bool LineSplitter::TakeLine()
 {
     if (m_rest.empty())

@@ -11,16 +11,18 @@ namespace Toolkit::Base {
 ///         Use(lines.Line());
 class LineSplitter {
 public:
-    /// `text` must outlive the lines.
+    /// `text` must outlive this object and the lines that it returns.
     explicit LineSplitter(std::string_view text);
 
-    /// Moves to the next line, and to the first line in the first call. False after the last line.
+    /// Moves to the next line; the first call moves to the first line. Returns false after the last
+    /// line.
     bool TakeLine();
 
-    /// The line without its end.
+    /// Returns the current line without its line end.
     std::string_view Line() const { return m_line; }
 
-    /// What ends the line: a line feed, a carriage return or both. Empty if a last line has no end.
+    /// Returns what ends the current line: a line feed, a carriage return or both. Empty if the
+    /// last line has no line end.
     std::string_view LineEnd() const { return m_lineEnd; }
 
 private:

@@ -32,7 +32,7 @@ const Char* SkipSpace(const Char* at, const Char* end)
     return std::find_if_not(at, end, IsSpace<Char>);
 }
 
-// Reads decimal digits up to `limit`; false when the number is larger.
+// Reads decimal digits; returns false if the number is larger than `limit`.
 template <typename Char>
 bool ReadMagnitude(const Char* at, const Char* end, std::uint64_t limit, std::uint64_t& magnitude)
 {
@@ -68,8 +68,8 @@ void ParseInteger(const Char* at, const Char* end, Integer& value)
         value = static_cast<Integer>(static_cast<Unsigned>(isNegative ? 0 - magnitude : magnitude));
 }
 
-// The characters of a decimal floating-point number, narrowed, as the standard stream collects them
-// before it converts. Short numbers, nearly all of them, allocate nothing.
+// Collects the characters of a decimal floating-point number, without its sign, as `char`. Stops
+// where a standard stream does. Short numbers, by far the most common, allocate nothing.
 class FloatingPointCharacters {
 public:
     template <typename Char>
@@ -99,7 +99,7 @@ public:
     const char* End() const { return Begin() + (m_long.empty() ? m_length : m_long.size()); }
 
 private:
-    // False without a digit.
+    // Returns false if there is no digit.
     template <typename Char>
     bool AppendDigits(const Char*& at, const Char* end)
     {
@@ -109,7 +109,7 @@ private:
         return at != begin;
     }
 
-    // Takes characters of ASCII only.
+    // `character` must be ASCII.
     template <typename Char>
     void Append(Char character)
     {
@@ -137,7 +137,7 @@ void ParseDouble(const Char* at, const Char* end, double& value)
         return;
 
     double magnitude = 0;
-    // With an exponent without digits, the whole text is not a number.
+    // An exponent without digits makes the whole number invalid.
     if (!ParseFloatingPoint(characters.Begin(), characters.End(), magnitude))
         return;
     value = characters.IsNegative() ? -magnitude : magnitude;
@@ -162,7 +162,7 @@ std::size_t CountDigits(unsigned long long magnitude)
     return count + (magnitude >= c_powersOfTen[count] ? 1 : 0);
 }
 
-// Writes as many digits as CountDigits() returns, from `begin` to `end`.
+// Fills the range from `begin` to `end` with digits. CountDigits() returns how many a number needs.
 template <typename Char, typename Unsigned>
 void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
 {

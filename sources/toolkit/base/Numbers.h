@@ -4,19 +4,19 @@
 #include <string>
 #include <string_view>
 
-// Numbers in text as the standard streams read and write them under the classic locale, whatever
-// the global C++ locale is: decimal, no grouping.
+// Parses and formats numbers as the standard streams do in the classic locale, whatever the global
+// C++ locale is: decimal, no grouping.
 namespace Toolkit::Base {
 
-/// Reads the number at the beginning of `text`, after white space. Without a number `value` is
-/// unchanged. A number out of range gives the limit of the type; a negative one wraps around for an
-/// unsigned type.
+/// Reads the number at the beginning of `text`, after white space. If there is none, `value` is
+/// unchanged. A number out of range yields the limit of the type. A negative number wraps around if
+/// the type is unsigned.
 ///
 /// Defined for char and wchar_t, and for the types that the library reads.
 template <typename Char, typename Number>
 void ParseNumber(std::basic_string_view<Char> text, Number& value);
 
-/// The text of a number, stored in the object.
+/// A number formatted as a string, which is stored in the object.
 ///
 /// Integers are plain digits. Floating-point numbers have six significant digits, in the shorter of
 /// fixed and scientific notation.
@@ -45,7 +45,7 @@ private:
     std::size_t m_length;
 };
 
-/// The same for an integer as a string, written in place.
+/// Formats an integer as `NumberText` does, directly into the returned string.
 ///
 /// Defined for char and wchar_t, and for the integers that ParseNumber() reads.
 template <typename Char, typename Integer>

@@ -12,8 +12,8 @@
 /// function is noexcept. A `smart_ptr<RegExpException>` passes through.
 namespace Toolkit::Base {
 
-/// The result of `operation`; `failure` when it throws. An empty string or container as `failure`
-/// allocates nothing.
+/// Returns the result of `operation`, or `failure` if it throws. Passing an empty string or
+/// container as `failure` allocates nothing.
 ///
 ///     return Base::TryOr(false, [&] { return Load(path); });
 template <typename Operation>
@@ -27,8 +27,8 @@ std::invoke_result_t<Operation> TryOr(std::invoke_result_t<Operation> failure,
     }
 }
 
-/// Whether `operation` returns without throwing. For operations without a result, and for callers
-/// that clean up after a failure.
+/// Runs `operation` and returns whether it completed without throwing. For operations without a
+/// result, and for callers that clean up after a failure.
 ///
 ///     if (!Base::Completes([&] { Append(text); }))
 ///         m_hasLostText = true;

@@ -29,7 +29,7 @@ private:
     friend struct OwnDescriptors;
 
     int m_descriptor = -1;
-    OwnDescriptor* m_previous = nullptr; // of those that watch
+    OwnDescriptor* m_previous = nullptr; // in the list of watching objects
     OwnDescriptor* m_next = nullptr;
 };
 

@@ -5,11 +5,12 @@
 
 namespace Toolkit::Base {
 
-/// `name` if it has at most `longest` bytes; otherwise its beginning and a hash of the whole name,
-/// `longest` bytes in total. Equal names give equal results. `longest` is at least 16.
+/// Returns `name` if it has at most `longest` bytes; otherwise its beginning and a hash of the
+/// whole name, `longest` bytes in total. Equal names have equal results. `longest` must be at least
+/// 16.
 std::string ShortenName(const std::string& name, std::size_t longest);
 
-/// A hash of `text` as sixteen hexadecimal digits.
+/// Returns a hash of `text` as sixteen hexadecimal digits.
 std::string FormatHash(const std::string& text);
 
 } // namespace Toolkit::Base

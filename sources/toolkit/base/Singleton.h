@@ -2,8 +2,8 @@
 
 #include "toolkit/base/OutOfMemory.h"
 
-// Lifetime of a process-wide object: a class-wide pointer holds a `smart_ptr` on the heap. Copies
-// of the `smart_ptr` keep the object alive after its release.
+// Creates, returns and releases a process-wide object. A static member of its class points to a
+// `smart_ptr` on the heap. Copies of the `smart_ptr` keep the object alive after its release.
 namespace Toolkit::Base {
 
 /// Stores the object that `make` returns, unless one exists. Stores nothing when out of memory.
@@ -14,15 +14,15 @@ void CreateSingleton(Pointer*& instance, Make make)
         instance = TryOr(nullptr, [&] { return new Pointer(make()); });
 }
 
-/// A copy of the pointer; an empty one when there is no object. Allocates nothing.
+/// Returns a copy of the `smart_ptr`; an empty one if there is no object. Allocates nothing.
 template <typename Pointer>
 Pointer GetSingleton(const Pointer* instance)
 {
     return instance ? *instance : Pointer::Empty();
 }
 
-/// Releases the object, which is still reachable during its destruction. Allocates nothing:
-/// assigning a null pointer would create a new count.
+/// Releases the object, which is still reachable during its destruction. Allocates nothing, unlike
+/// the assignment of a null pointer, which creates a new count.
 template <typename Pointer>
 void ReleaseSingleton(Pointer*& instance)
 {

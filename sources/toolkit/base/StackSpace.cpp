@@ -6,7 +6,8 @@ namespace {
 // Stacks for coroutines and signal handlers can be this small.
 constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
-// The bytes left on the thread's stack at `here`; 0 when `here` is on another stack.
+// Returns the number of bytes left on the thread's stack at `here`; 0 if `here` is on another
+// stack.
 std::size_t MeasureSpaceBelow(std::uintptr_t here)
 {
     // Cached: asking reads a file in /proc, and the stack of a thread never moves.

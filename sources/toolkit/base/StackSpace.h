@@ -11,16 +11,17 @@ struct StackBounds {
     std::uintptr_t end;
 };
 
-/// The stack that the system gave to the calling thread; both 0 when it is unknown.
+/// Returns the bounds of the stack that the system allocated for the calling thread; both are 0 if
+/// unknown.
 StackBounds GetStackBounds();
 
-/// How many bytes of its stack the calling thread has left, counted from the caller's frame.
+/// Returns how many bytes of its stack the calling thread has left below the caller's frame.
 ///
-/// A small number is assumed on a stack that the system does not know.
+/// Assumes 32 KiB on a stack that the system does not know.
 std::size_t GetStackSpaceLeft();
 
-/// Whether the caller runs on the stack that the system gave to its thread. False in a coroutine
-/// and in a handler on an alternate signal stack, whose bounds are unknown.
+/// Whether the caller runs on the stack that the system allocated for its thread. False in a
+/// coroutine and in a handler on an alternate signal stack, whose bounds are unknown.
 bool IsOnThreadStack();
 
 } // namespace Toolkit::Base

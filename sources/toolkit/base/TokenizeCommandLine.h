@@ -10,8 +10,8 @@ namespace Toolkit::Base {
 inline constexpr wchar_t c_commandLineSeparators[] = L" \t";
 inline constexpr wchar_t c_commandLineQuote = L'"';
 
-/// Splits `line` at runs of `separators`. A token that begins with `quote` ends at the next one;
-/// without a next one the rest of the line is dropped.
+/// Splits `line` at runs of `separators`. A token that begins with `quote` ends at the next
+/// `quote`; if there is none, the rest of the line is dropped.
 ///
 /// The tokens are parts of `line`, without their quotes. Throws `std::bad_alloc`, so that callers
 /// can tell out of memory from a line without tokens.

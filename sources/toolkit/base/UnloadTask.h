@@ -2,27 +2,27 @@
 
 namespace Toolkit::Base {
 
-/// Work for an object that still exists when the library is unloaded, for instance because another
-/// thread holds it while the process calls exit().
+/// A function to call when the library is unloaded while an object still exists, for instance
+/// because another thread uses it while the process calls exit().
 class UnloadTask {
 public:
     using Function = void (*)(void* object);
 
-    /// RunAll() calls `function` with `object`, unless this task is destroyed before.
+    /// RunAll() calls `function` with `object`, unless this task is destroyed first.
     UnloadTask(Function function, void* object);
     ~UnloadTask();
 
     UnloadTask(const UnloadTask&) = delete;
     UnloadTask& operator=(const UnloadTask&) = delete;
 
-    /// Calls the functions of all tasks. Meanwhile the destructor of a task waits if another thread
-    /// calls it.
+    /// Calls the functions of all tasks. A thread that destroys a task meanwhile waits until all
+    /// functions have returned.
     static void RunAll();
 
 private:
     const Function m_function;
     void* const m_object;
-    UnloadTask* m_previous; // of all tasks
+    UnloadTask* m_previous; // in the list of all tasks
     UnloadTask* m_next;
 };
 

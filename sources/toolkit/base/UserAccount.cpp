@@ -12,7 +12,7 @@
 namespace Toolkit::Base {
 namespace {
 
-// One field of this user's entry in the user database.
+// Returns one field of this user's entry in the user database.
 std::string ReadEntry(char* passwd::*field)
 {
     constexpr std::size_t firstSize = 1024;

@@ -2,13 +2,14 @@
 
 #include <string>
 
-// The account that the process runs under, from the system's user database. The strings are empty
-// when the database has no entry for it.
+// The account that the process runs under. A string from the system's user database is empty if the
+// database has no entry for the account.
 namespace Toolkit::Base {
 
 std::wstring GetLoginName();
 
-/// The value of HOME, even if no such directory exists; without HOME that of the user database.
+/// Returns the value of HOME, even if no such directory exists. If HOME is not set, empty or not
+/// valid UTF-8, returns the home directory from the user database.
 std::wstring GetHomeDirectory();
 
 } // namespace Toolkit::Base

@@ -10,7 +10,7 @@
 namespace Toolkit::Base {
 namespace {
 
-// Texts are converted through a buffer on the stack.
+// Strings are converted through a buffer of this many characters on the stack.
 // WideToUtf8/script:0/bytes:1000000: converting into a string that is resized first, which fills it
 // with zeros, takes 1.4 times as long.
 constexpr std::ptrdiff_t c_bufferLength = 1024;
@@ -20,15 +20,16 @@ constexpr std::ptrdiff_t c_bufferLength = 1024;
 // WideToUtf8/script:0/bytes:10000: 3 times.
 constexpr std::ptrdiff_t c_blockLength = 16;
 
-// Any other block is converted one character at a time. Successive runs grow up to this length
-// before the next block is tried: in text that is rarely ASCII, most trials are wasted.
+// Other text is converted one character at a time, in runs that double up to this length. A block
+// is tried only between runs: in text that is rarely ASCII, most tries fail.
 constexpr std::ptrdiff_t c_longestRun = 4 * c_blockLength;
 
 constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 
-// The compiler vectorizes loops over the local copies, because nothing else points to them.
+// Copies a block that is all ASCII; returns false for any other. The loops use local arrays, which
+// no other pointer can alias, so that the compiler vectorizes them.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
     if (!AreAllZero(LoadLanes<unsigned char>(from) & 0x80))
@@ -64,7 +65,7 @@ constexpr bool AreContinuations(Bytes... bytes)
     return ((bytes ^ 0x80u) | ...) < 0x40;
 }
 
-// The number composed of `leadBits` and the last six bits of each of `bytes`.
+// Returns the number composed of `leadBits` and the last six bits of each of `bytes`.
 template <typename... Bytes>
 constexpr std::uint32_t Combine(std::uint32_t leadBits, Bytes... bytes)
 {
@@ -72,8 +73,8 @@ constexpr std::uint32_t Combine(std::uint32_t leadBits, Bytes... bytes)
     return leadBits;
 }
 
-// Reads the sequence of two to four bytes at `at` and moves past it; false when it is not valid.
-// The limits are those of RFC 3629, sections 3 and 4.
+// Decodes the sequence of two to four bytes at `at` and moves past it; returns false if the
+// sequence is not valid. The limits are those of RFC 3629, sections 3 and 4.
 inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
 {
     const auto* const bytes = reinterpret_cast<const unsigned char*>(at);
@@ -96,7 +97,7 @@ inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
     } else {
         if (left < 4 || !AreContinuations(bytes[1], bytes[2], bytes[3]))
             return false;
-        // Leads above 0xF4 make values that are too large.
+        // Lead bytes above 0xF4 yield values that are too large.
         value = Combine(lead & 0x0F, bytes[1], bytes[2], bytes[3]);
         if (value < 0x10000 || value > c_lastCodePoint)
             return false;
@@ -126,7 +127,8 @@ constexpr char MakeContinuation(std::uint32_t bits)
     return static_cast<char>(0x80 | (bits & 0x3F));
 }
 
-// Writes the sequence of one character and moves past it; false when it has no sequence.
+// Writes one character as UTF-8 and moves `out` past it; returns false if the character is above
+// U+10FFFF.
 inline bool EncodeCharacter(std::uint32_t character, char*& out)
 {
     if (character < 0x80) {
@@ -149,8 +151,9 @@ inline bool EncodeCharacter(std::uint32_t character, char*& out)
     return true;
 }
 
-// Converts until the buffer has no room for another run or the text ends. Returns the end of what
-// was written; null when `convertNext` cannot go on. A run writes at most `longestRun` characters.
+// Converts until the buffer has no room for another run or the text ends, and moves `text` past
+// what was converted. Returns the end of the output, or null if `convertNext` fails. A run writes
+// at most `longestRun` characters.
 template <typename From, typename To, typename ConvertNext>
 To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdiff_t longestRun,
                       ConvertNext convertNext)
@@ -179,7 +182,7 @@ To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdi
 
 wchar_t* DecodeIntoBuffer(const char*& bytes, const char* end, wchar_t* buffer)
 {
-    // The last step of a run may begin one character before its end.
+    // CopyAscii() may start at the last character of a run and copy a whole block.
     constexpr std::ptrdiff_t longestRun = c_longestRun + c_blockLength;
     return ConvertIntoBuffer(bytes, end, buffer, longestRun, [end](const char*& at, wchar_t*& out) {
         if (static_cast<signed char>(*at) < 0)
@@ -197,8 +200,8 @@ char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
                              });
 }
 
-// The length to reserve for the result when the first `taken` of `length` characters gave `count`:
-// most texts continue as they begin.
+// Returns the length to reserve for the result if the first `taken` of `length` characters became
+// `count`. Most strings continue as they begin.
 //
 // Utf8ToWide/script:0/bytes:1000000: growing without an estimate takes 2.9 times as long.
 // WideToUtf8/script:2/bytes:1000000: 1.5 times.
@@ -208,7 +211,8 @@ std::size_t EstimateLength(std::size_t count, std::ptrdiff_t taken, std::size_t 
     return estimate + estimate / 16 + c_bufferLength;
 }
 
-// Frees what an estimate reserved too much; earlier capacity stays.
+// Frees unused memory if the estimate was more than twice the length. A string that still has its
+// old capacity keeps it.
 template <typename Text>
 void GiveBackExcess(Text& text, std::size_t oldCapacity)
 {
@@ -221,8 +225,9 @@ void GiveBackExcess(Text& text, std::size_t oldCapacity)
 std::string EncodeUtf8(const std::wstring& text)
 {
     std::string bytes;
-    // The null character is searched for in the result, which has fewer bytes than the text. What
-    // comes after it must not matter.
+    // Searches the result for the null character, because the result has fewer bytes than `text`.
+    // If the conversion fails, tries again up to the null character: invalid characters after it
+    // must not matter.
     if (!AppendEncodedUtf8(bytes, text.data(), text.size()))
         AppendEncodedUtf8(bytes, text.c_str(), std::wcslen(text.c_str()));
     bytes.resize(std::strlen(bytes.c_str()));
@@ -300,7 +305,7 @@ bool IsUtf8(const char* bytes, std::size_t length)
 wchar_t TakeLongCharacter(const char*& at, const char* end)
 {
     wchar_t character = 0;
-    // Bytes that break the caller's promise are taken one by one.
+    // If the caller passes invalid UTF-8, skips one byte and returns a null character.
     if (!DecodeSequence(at, end, character))
         ++at;
     return character;

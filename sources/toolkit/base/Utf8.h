@@ -4,35 +4,37 @@
 #include <string>
 
 // UTF-8 (RFC 3629). The functions throw `std::bad_alloc`, so that callers can tell out of memory
-// from a text that is empty or not valid.
+// from a string that is empty or not valid.
 namespace Toolkit::Base {
 
-/// `text` up to its first null character as UTF-8; empty when a character before it is not valid.
+/// Returns `text`, up to its first null character, as UTF-8; empty if a character before it is not
+/// valid.
 std::string EncodeUtf8(const std::wstring& text);
 
-/// `bytes` up to the first null byte as text; empty when they are not valid UTF-8.
+/// Returns `bytes`, up to the first null byte, as a wide string; empty if they are not valid UTF-8.
 std::wstring DecodeUtf8(const std::string& bytes);
 
-/// The same; a null pointer gives the empty string.
+/// The same; returns the empty string for a null pointer.
 std::wstring DecodeUtf8(const char* bytes);
 
-/// Appends the UTF-8 form of `length` characters, null characters included, to `bytes`; false, with
-/// `bytes` unchanged, when one of them is above U+10FFFF or negative. A surrogate is written as its
-/// three bytes.
+/// Encodes `length` characters, including null characters, and appends them to `bytes`. Returns
+/// false, with `bytes` unchanged, if one of them is above U+10FFFF or negative. Surrogates are
+/// encoded as three bytes each.
 bool AppendEncodedUtf8(std::string& bytes, const wchar_t* text, std::size_t length);
 
-/// Appends the characters of `length` bytes, null bytes included, to `text`; false, with `text`
-/// unchanged, when they are not valid UTF-8.
+/// Decodes `length` bytes, including null bytes, and appends the characters to `text`. Returns
+/// false, with `text` unchanged, if the bytes are not valid UTF-8.
 bool AppendDecodedUtf8(std::wstring& text, const char* bytes, std::size_t length);
 
-/// Whether `length` bytes, null bytes included, are valid UTF-8.
+/// Whether `length` bytes, including null bytes, are valid UTF-8.
 bool IsUtf8(const char* bytes, std::size_t length);
 
-/// Returns the first character of valid UTF-8 that begins with a byte above 0x7F, and moves `at`
-/// past it.
+/// Returns the first character of the valid UTF-8 from `at` to `end`, and moves `at` past it. The
+/// first byte must be above 0x7F.
 wchar_t TakeLongCharacter(const char*& at, const char* end);
 
-/// Returns the first character of valid UTF-8 that is not empty, and moves `at` past it.
+/// Returns the first character of the valid UTF-8 from `at` to `end`, which must not be empty, and
+/// moves `at` past it.
 inline wchar_t TakeCharacter(const char*& at, const char* end)
 {
     if (static_cast<signed char>(*at) >= 0)
