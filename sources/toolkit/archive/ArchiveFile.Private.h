@@ -10,17 +10,18 @@ namespace Toolkit {
 
 /// A file as a wxInputStream, for a reader that seeks before each of many short reads.
 ///
-/// ZipList: wxFileInputStream, which asks the system again after each seek, takes 1.9 times as
-/// long.
+/// ZipList: wxFileInputStream, which makes a system call for each seek and each read, takes 1.9
+/// times as long.
 class ArchiveFile : public wxInputStream {
 public:
-    /// Without an open file every read is an error.
+    /// If `file` is not open, every read fails.
     explicit ArchiveFile(Base::FileDescriptor file);
 
     /// A pipe is not seekable.
     bool IsSeekable() const override { return m_length != wxInvalidOffset; }
 
-    /// The file's length when it was opened: wxWidgets asks before it seeks.
+    /// Returns the length that the file had when it was opened. wxWidgets calls this before it
+    /// seeks.
     wxFileOffset GetLength() const override { return m_length; }
 
 protected:
@@ -34,7 +35,7 @@ private:
     Base::FileDescriptor m_file;
     wxFileOffset m_length = wxInvalidOffset;
     wxFileOffset m_position = 0;
-    std::string m_bytes; // what the file contains from m_bytesBegin on
+    std::string m_bytes; // the buffered part of the file, which begins at m_bytesBegin
     wxFileOffset m_bytesBegin = 0;
 };
 

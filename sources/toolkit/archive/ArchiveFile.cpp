@@ -54,7 +54,8 @@ wxFileOffset ArchiveFile::OnSysSeek(wxFileOffset offset, wxSeekMode mode)
     return m_position;
 }
 
-// Reads at the position. When it reads nothing, the stream is at its end or in error.
+// Reads at the current position. If nothing is read, sets the stream's state to end of file or
+// error.
 std::size_t ArchiveFile::ReadFile(char* buffer, std::size_t size)
 {
     const ssize_t count =

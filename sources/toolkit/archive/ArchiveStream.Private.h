@@ -10,8 +10,9 @@
 
 namespace Toolkit {
 
-/// Decodes entry names in the encoding of the environment's locale. In a name that is not valid
-/// there, each byte becomes the character of its value, so that different names stay different.
+/// Decodes entry names in the encoding of the environment's locale. In a name that is not valid in
+/// this encoding, each byte becomes the character with the same value, so that different names stay
+/// different.
 class EntryNameConverter : public wxMBConv {
 public:
     std::size_t ToWChar(wchar_t* text, std::size_t textLength, const char* bytes,
@@ -21,28 +22,30 @@ public:
     wxMBConv* Clone() const override;
 };
 
-/// Owns what wxZipInputStream refers to, so it is the first base class.
+/// Owns the converter that wxZipInputStream refers to. Being the first base class, it outlives the
+/// stream.
 struct EntryNameConverterOwner {
     EntryNameConverter converter;
 };
 
-/// A wxZipInputStream that can look at the bytes that come next.
+/// A wxZipInputStream that can peek at the next bytes of its entry.
 class ArchiveStream final : private EntryNameConverterOwner, public wxZipInputStream {
 public:
-    /// A stream over the file `path`; in an error state when the file cannot be opened.
+    /// Returns a stream over the file `path`; it is in an error state if the file cannot be opened.
     static std::unique_ptr<ArchiveStream> OpenFile(const TString<wchar_t>& path);
 
     /// Takes ownership of `stream`.
     explicit ArchiveStream(wxInputStream* stream);
 
-    /// The bytes that were peeked at and not read yet. Valid until the next call.
+    /// Returns the bytes that were peeked at but not read yet. Valid until the next call of any
+    /// operation.
     std::string_view Ahead() const;
 
-    /// Peeks at more bytes, but not beyond the stated size of the entry: a stream can meet the end
-    /// of an entry only once. False when no more bytes are left.
+    /// Peeks at more bytes, but not beyond the stated size of the entry: wxZipInputStream can reach
+    /// the end of an entry only once. Returns false if it read no bytes.
     bool LookAhead();
 
-    /// Puts bytes that a reader has put back before those that were peeked at.
+    /// Moves the bytes that a reader put back with Ungetch() to the front of the peeked bytes.
     void TakeBackUnread();
 
     /// Marks `count` of the peeked bytes as read.
@@ -57,7 +60,7 @@ protected:
 
 private:
     std::string m_ahead;
-    std::size_t m_aheadBegin = 0; // bytes of m_ahead before it have been read
+    std::size_t m_aheadBegin = 0; // the bytes of m_ahead before this have been read
     // The state of the stream once all peeked bytes have been read.
     wxStreamError m_errorAfterPeeked = wxSTREAM_NO_ERROR;
 };

@@ -75,8 +75,8 @@ bool ArchiveStream::LookAhead()
     if (left <= 0)
         return false;
 
-    // At the end of an entry wxWidgets compares the size with the position. m_ahead is empty
-    // meanwhile, because the position depends on it.
+    // At the end of an entry, wxWidgets compares its size with OnSysTell(), which subtracts the
+    // peeked bytes. So m_ahead is empty during the read.
     std::string ahead = std::exchange(m_ahead, {}).erase(0, std::exchange(m_aheadBegin, 0));
     // Each step doubles the size, so that a long line is not copied again and again.
     const std::size_t oldSize = ahead.size();
@@ -107,7 +107,8 @@ void ArchiveStream::TakeBackUnread()
 
 bool ArchiveStream::CloseEntry()
 {
-    // wxZipInputStream would return bytes put back from this entry before those of the next one.
+    // Otherwise wxZipInputStream would return bytes that were put back here as the first bytes of
+    // the next entry.
     TakeBackUnread();
     m_ahead.clear();
     m_aheadBegin = 0;
@@ -117,8 +118,8 @@ bool ArchiveStream::CloseEntry()
 
 wxInputStream* ArchiveStream::OpenDecompressor(wxInputStream& stream)
 {
-    // If compressed data end before their entry does, the rest is put back into the stream that the
-    // next entry reads. Its position is then negative by that length.
+    // If the compressed data ends before its entry does, wxWidgets puts the rest back into
+    // `stream`, whose position is then negative by the length of that rest. This skips the rest.
     const wxFileOffset position = stream.TellI();
     if (position < 0) {
         std::string rest(static_cast<std::size_t>(-position), '\0');

@@ -16,7 +16,7 @@ namespace {
 constexpr int c_cannotReadLine = 96;
 constexpr int c_notValidLine = 103;
 
-// Selects names by their beginning.
+// Selects names by their prefix.
 class NameFilter {
 public:
     explicit NameFilter(const TString<wchar_t>& filter)
@@ -51,7 +51,7 @@ void List(wxZipInputStream* stream, const TString<wchar_t>& filter,
         TString<wchar_t> name = Framework::ToText(entry->GetName());
         if (!IsOfType(*entry, type) || !names.Selects(name))
             continue;
-        // Most archives are in the order of their names.
+        // Most archives are sorted by name, so that the end is the right place.
         entries.try_emplace(entries.end(), std::move(name),
                             smart_ptr<ArchiveZipEntry>(new ArchiveZipEntry(*entry)));
     }
@@ -71,7 +71,8 @@ void ArchiveZip::Open(const TString<wchar_t>& path)
     Close();
     static_cast<void>(Base::Completes([&] {
         const Framework::Silence silence;
-        // Allocates the owner before the stream.
+        // `new` allocates the owner before OpenFile() runs, so that nothing leaks when out of
+        // memory.
         m_stream =
             smart_ptr<ZipInputStream>(new ZipInputStream(ArchiveStream::OpenFile(path).release()));
     }));
@@ -114,13 +115,13 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
     wxZipInputStream* const stream = *m_stream;
     const bool isOpen = Base::TryOr(false, [&] {
         const Framework::Silence silence;
-        // An error of one entry must not keep the others from being read.
+        // An error in one entry must not keep the others from being read.
         stream->Reset();
         stream->CloseEntry();
         return stream->OpenEntry(*entry);
     });
     ASSERT(isOpen);
-    // wxZipInputStream would continue with the next entry that it finds.
+    // Otherwise wxZipInputStream would continue with the next entry that it finds.
     if (!isOpen)
         stream->Reset(wxSTREAM_READ_ERROR);
     return m_stream;

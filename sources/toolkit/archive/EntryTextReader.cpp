@@ -30,7 +30,7 @@ bool IsWhiteSpace(char byte)
     return byte == ' ' || byte == '\t' || IsLineEnd(byte);
 }
 
-// Whether a text that begins with `byte` may begin with a byte-order mark.
+// Whether `byte` may be the first byte of a byte-order mark.
 bool MayBeginMark(char byte)
 {
     return byte == '\xEF' || byte == '\xFE' || byte == '\xFF' || byte == '\0';
@@ -41,7 +41,7 @@ bool IsPlainAscii(char byte)
     return byte > 0;
 }
 
-// The next line; nothing when `bytes` do not contain its end.
+// Returns the next line; nothing if `bytes` do not contain its end.
 std::optional<Span> FindLine(std::string_view bytes)
 {
     const auto end = std::find_if(bytes.begin(), bytes.end(), IsLineEnd);
@@ -50,7 +50,8 @@ std::optional<Span> FindLine(std::string_view bytes)
     return Span{0, static_cast<std::size_t>(end - bytes.begin())};
 }
 
-// The word that comes next, after spaces, tabs and line ends.
+// Skips spaces, tabs and line ends, and returns the next word; nothing if `bytes` do not contain
+// its end.
 std::optional<Span> FindWord(std::string_view bytes)
 {
     const auto begin = std::find_if_not(bytes.begin(), bytes.end(), IsWhiteSpace);
@@ -61,8 +62,8 @@ std::optional<Span> FindWord(std::string_view bytes)
                 static_cast<std::size_t>(end - bytes.begin())};
 }
 
-// Peeks until `find` succeeds, and one byte further after a carriage return, which a line feed may
-// follow.
+// Peeks until `find` succeeds. After a carriage return peeks one byte further, because a line feed
+// may follow.
 template <typename Find>
 std::optional<Span> Locate(ArchiveStream& stream, Find find)
 {
@@ -80,8 +81,8 @@ std::optional<Span> Locate(ArchiveStream& stream, Find find)
 // ZipReadLines: a fresh wxTextInputStream for each line, which reads one byte at a time, takes 8
 // times as long.
 //
-// Reads plain text and the separator after it; false, with nothing read, when it needs a
-// wxTextInputStream.
+// Reads plain text and the separator after it. Returns false, with nothing read, if only a
+// wxTextInputStream can read the text.
 template <typename Find>
 bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
 {

@@ -81,7 +81,7 @@ void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<w
         for (const std::wstring_view token : found)
             copies.emplace_back(std::wstring(token));
     });
-    // Rather none than some of them.
+    // All tokens or none.
     if (!areCopied)
         copies.clear();
     tokens.swap(copies);

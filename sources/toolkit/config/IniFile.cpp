@@ -24,7 +24,7 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 
 bool IniFile::Parse(const TString<wchar_t>& path)
 {
-    // The old settings live until the end: `path` may be one of their values.
+    // Keeps the old settings until the end of the function: `path` may be one of their values.
     const std::shared_ptr<const IniSections> before = std::move(m_sections);
     m_sections.reset();
 

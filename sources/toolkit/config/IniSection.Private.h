@@ -10,7 +10,7 @@
 
 namespace Toolkit {
 
-/// One section of an INI file. Keys and values stay UTF-8 in the text of the file, which must
+/// One section of an INI file. Keys and values point into the UTF-8 text of the file, which must
 /// outlive the section. When the first value is read, all are converted to wide strings.
 class IniSection {
 public:
@@ -28,8 +28,8 @@ public:
 
     bool HasKey(std::wstring_view key) const;
 
-    /// The value of a key; null when it is missing. Any thread may call it. Lets std::bad_alloc
-    /// out, with everything unchanged, when the values do not fit into memory.
+    /// Returns the value of `key`, or null if the key is missing. Any thread may call it. Throws
+    /// std::bad_alloc, with everything unchanged, if the values do not fit into memory.
     const TString<wchar_t>* FindValue(std::wstring_view key) const;
 
     /// Appends the keys in ascending order of code points.
@@ -56,7 +56,7 @@ private:
     const WideEntries& Widen() const;
 
     std::vector<Entry> m_entries;
-    NameIndex m_index; // of both lists
+    NameIndex m_index; // for m_entries and for WideEntries::list
     mutable std::atomic<const WideEntries*> m_wide{nullptr};
 };
 

@@ -13,7 +13,7 @@ IniSection::IniSection(std::string_view sectionName)
 }
 
 // Relaxed, as in the destructor: while a section is moved or destroyed no other thread reads it.
-// Whatever hands it to this thread orders it after the exchange in Widen().
+// Whatever hands the section to this thread orders these operations after the exchange in Widen().
 IniSection::IniSection(IniSection&& other) noexcept
     : name(std::move(other.name)), m_entries(std::move(other.m_entries)),
       m_index(std::move(other.m_index)),
@@ -59,7 +59,7 @@ const TString<wchar_t>* IniSection::FindValue(std::wstring_view key) const
 }
 
 // Publishes the wide entries with their contents: release, paired with acquire in every reader.
-// When two threads read the section for the first time at once, the second list is dropped.
+// If two threads convert the entries at the same time, the second list is discarded.
 const IniSection::WideEntries& IniSection::Widen() const
 {
     auto wide = std::make_unique<WideEntries>();
@@ -94,7 +94,7 @@ void IniSection::ListKeys(std::vector<TString<wchar_t>>& keys) const
     std::vector<std::string_view> names(m_entries.size());
     std::transform(m_entries.begin(), m_entries.end(), names.begin(),
                    [](const Entry& entry) { return entry.name; });
-    // The bytes of UTF-8 are in the order of its code points.
+    // Bytewise order of UTF-8 is the order of its code points.
     std::sort(names.begin(), names.end());
     keys.reserve(names.size());
     for (const std::string_view key : names)

@@ -9,13 +9,14 @@
 
 namespace Toolkit {
 
-/// The sections of an INI file. Keeps the bytes of the file, to which all names and values point.
+/// The sections of an INI file. Keeps the bytes of the file, because all keys and values point into
+/// them.
 class IniSections {
 public:
     /// Parses the lines of an INI file in UTF-8.
     explicit IniSections(std::string text);
 
-    /// Null when the section does not exist.
+    /// Returns null if the section does not exist.
     const IniSection* Find(std::wstring_view name) const;
 
 private:

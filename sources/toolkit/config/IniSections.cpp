@@ -6,7 +6,7 @@
 namespace Toolkit {
 namespace {
 
-// A part of a line without the spaces and tabs around it.
+// Returns a part of a line without the spaces and tabs around it.
 std::string_view Trim(std::string_view text)
 {
     constexpr const char* spacesAndTabs = " \t";

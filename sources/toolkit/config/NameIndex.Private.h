@@ -11,14 +11,14 @@
 
 namespace Toolkit {
 
-/// Finds names in a list by hash: `list[position].name` is a name. The list and the names to look
-/// up may be UTF-8 or wide characters, in any combination: nothing is converted, so a lookup needs
-/// no memory.
+/// Finds names in a list by hash; the names are `list[position].name`. The list and the names to
+/// look up may be UTF-8 or wide characters, in any combination. Nothing is converted, so a lookup
+/// allocates no memory.
 class NameIndex {
 public:
     static constexpr std::size_t c_missing = ~std::size_t{0};
 
-    /// The position of a name; c_missing when it was not added.
+    /// Returns the position of a name; c_missing if it was not added.
     template <typename List, typename Name>
     std::size_t Find(const List& list, Name name) const
     {
@@ -29,7 +29,7 @@ public:
     template <typename List>
     void Reserve(const List& list, std::size_t count)
     {
-        // At most three quarters of the slots are taken.
+        // At most three quarters of the slots are used.
         const std::size_t needed = count + count / 3 + 1;
         if (needed <= CountSlots())
             return;
@@ -45,7 +45,8 @@ public:
         *this = std::move(larger);
     }
 
-    /// Adds the name at `position`, for which there is room; false when it was added before.
+    /// Adds the name at `position`; returns false if the name was added before. Reserve() must have
+    /// made room for it.
     template <typename List>
     bool Add(const List& list, std::size_t position)
     {
@@ -69,7 +70,7 @@ private:
         return m_largeSlots.empty() ? m_smallSlots[slot] : m_largeSlots[slot];
     }
 
-    // The slot of a name, or the free one where it belongs.
+    // Returns the slot of a name, or the free slot where it belongs.
     template <typename List, typename Name>
     std::size_t FindSlot(const List& list, Name name) const
     {
@@ -80,7 +81,7 @@ private:
         return slot;
     }
 
-    // Two characters at a time.
+    // Hashes two characters at a time.
     static std::uint64_t AddPair(std::uint64_t hash, wchar_t first, wchar_t second)
     {
         // 2^64 divided by the golden ratio.
@@ -132,8 +133,8 @@ private:
         return at == end;
     }
 
-    // A slot holds a position + 1, or 0 when it is free. One of the two lists is in use.
-    // IniLookup/200000: with large slots for few names, too, lookups take 1.4 times as long.
+    // A slot contains a position + 1, or 0 if it is free. Only one of the two lists is in use.
+    // IniLookup/200000: with large slots even for few names, lookups take 1.4 times as long.
     std::vector<std::uint16_t> m_smallSlots;
     std::vector<std::size_t> m_largeSlots;
 };

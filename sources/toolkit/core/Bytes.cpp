@@ -10,12 +10,12 @@
 namespace Toolkit {
 namespace {
 
-// These codes differ from those of a stream.
+// Not the codes that a stream returns for the same failures.
 constexpr unsigned int c_writeFailed = StreamResult::NotOpen;
 constexpr unsigned int c_readFailed = StreamResult::DataFailed;
 
-// Blocks up to this size are allocated at once. A longer one that claims to be longer than its
-// stream grows with the bytes that really come.
+// Blocks up to this size are allocated at once. A longer block that claims to be longer than its
+// stream grows as its bytes are read.
 constexpr unsigned int c_trustedSize = 64 * 1024;
 
 } // namespace
@@ -94,7 +94,7 @@ void Bytes::Free()
     m_size = 0;
 }
 
-// Makes room for `size` more bytes, zeros at first; false when out of memory.
+// Appends `size` zero bytes; returns false when out of memory.
 bool Bytes::Grow(unsigned int size)
 {
     auto* const data = new (std::nothrow) unsigned char[std::size_t{m_size} + size]();

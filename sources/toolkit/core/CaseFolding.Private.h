@@ -13,7 +13,7 @@ inline char FoldNarrow(char character)
     return static_cast<char>(std::tolower(static_cast<signed char>(character)));
 }
 
-/// Leaves characters outside the range of `tolower` alone, where calling it is undefined.
+/// Returns characters outside the range of `tolower` unchanged: calling it for them is undefined.
 inline wchar_t FoldNarrow(wchar_t character)
 {
     if (character < 0 || character > 0xFF)
@@ -21,7 +21,7 @@ inline wchar_t FoldNarrow(wchar_t character)
     return static_cast<wchar_t>(std::tolower(character));
 }
 
-/// What `compareNoCase` compares.
+/// Returns the value that `compareNoCase` compares.
 inline int FoldForComparison(char character)
 {
     return std::tolower(static_cast<signed char>(character));

@@ -17,8 +17,8 @@ namespace {
 
 static_assert(sizeof(wchar_t) == 4 && sizeof(unsigned int) == 4, "the sizes of the file format");
 
-// Characters are read in pieces of this many, so that a size that a file claims takes no memory
-// before its characters come.
+// Long strings are read this many characters at a time, so that a file that claims too large a size
+// costs no memory.
 constexpr std::size_t c_pieceLength = 4096;
 
 // The modes of wxFile. `FSStream::OpenMode` names only two of them, but programs may pass all.
@@ -40,14 +40,15 @@ int ToFlags(FSStream::OpenMode mode)
     }
 }
 
-// Null when it cannot be opened.
+// Returns null if the file cannot be opened.
 std::unique_ptr<StreamFile> OpenFile(const TString<wchar_t>& path, FSStream::OpenMode mode)
 {
     auto file = std::make_unique<StreamFile>(Base::EncodeUtf8(path), ToFlags(mode));
     return file->IsOpen() ? std::move(file) : nullptr;
 }
 
-// Appends the whole characters of the next `size` bytes to `text`; false when the file has fewer.
+// Appends the whole characters of the next `size` bytes to `text`; returns false if the file has
+// fewer bytes.
 bool AppendCharacters(StreamFile& file, std::size_t size, std::wstring& text)
 {
     wchar_t piece[c_pieceLength];
@@ -61,11 +62,11 @@ bool AppendCharacters(StreamFile& file, std::size_t size, std::wstring& text)
     return true;
 }
 
-// Stores the characters of the next `size` bytes, up to the first null character, in `text`; false,
-// with `text` as it was, when the file has fewer bytes.
+// Stores the characters of the next `size` bytes, up to the first null character, in `text`.
+// Returns false, with `text` unchanged, if the file has fewer bytes.
 bool ReadCharacters(StreamFile& file, std::size_t size, TString<wchar_t>& text)
 {
-    // ReadRecords: a temporary string for each text takes half as long again.
+    // ReadRecords: a temporary string for each one takes 1.5 times as long.
     if (wchar_t piece[c_pieceLength]; size <= sizeof piece) {
         if (!file.Read(piece, size))
             return false;

@@ -9,7 +9,7 @@
 
 namespace Toolkit {
 
-/// The file of an `FSStream`. It reads ahead in a regular file that is only read.
+/// The file of an `FSStream`. Reads ahead if the file is regular and open for reading only.
 class StreamFile {
 public:
     /// Opens `name` with the flags of open(2).
@@ -17,7 +17,8 @@ public:
 
     bool IsOpen() const { return m_file.IsOpen(); }
 
-    /// Reads `size` bytes, at least one; false when fewer are left, which `data` then begins with.
+    /// Reads `size` bytes, at least one. If fewer are left, returns false, and `data` begins with
+    /// those.
     bool Read(void* data, std::size_t size)
     {
         // ReadRecords: a system call for each item takes 25 times as long.
@@ -28,7 +29,7 @@ public:
         return true;
     }
 
-    /// Writes `size` bytes; false when the system takes fewer.
+    /// Writes `size` bytes; returns false if the system accepts fewer.
     bool Write(const void* data, std::size_t size) { return m_file.WriteAll(data, size); }
 
     long long GetLength() const { return m_file.GetLength(); }
@@ -40,7 +41,7 @@ private:
 
     Base::FileDescriptor m_file;
     bool m_readsAhead;
-    // What was read ahead is between m_begin and m_end; null before the first read.
+    // The bytes read ahead are those from m_begin to m_end. Null until something is read ahead.
     std::unique_ptr<char[]> m_ahead;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;

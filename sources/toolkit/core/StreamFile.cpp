@@ -28,7 +28,7 @@ std::size_t StreamFile::TakeAhead(char* data, std::size_t size)
     return count;
 }
 
-// Reads ahead if the buffer is empty; false at the end of the file.
+// Refills the buffer, which must be empty; returns false at the end of the file or after an error.
 bool StreamFile::FillAhead()
 {
     const ssize_t count = m_file.Read(m_ahead.get(), c_aheadSize);

@@ -13,18 +13,18 @@ namespace {
 // How many positions are filtered before the loop looks at the result.
 constexpr std::size_t c_blockLength = 16;
 
-// The bit in which a letter of ASCII and its capital differ.
+// The bit in which an ASCII letter and its capital differ.
 constexpr unsigned int c_caseBit = 0x20;
 
-// Whether the locale's character set extends ASCII. EBCDIC sets do not, and letters of theirs fold
-// to characters that differ in other bits than the one for the case.
+// Whether the locale's character set extends ASCII. EBCDIC sets do not: their letters differ from
+// their capitals in another bit.
 bool DoesLocaleExtendAscii()
 {
     return FoldNarrow('A') == 'a' && FoldNarrow('Z') == 'z';
 }
 
 // Whether the character means the same in all character sets that extend ASCII or a national
-// variant of it (ISO 646). The other places of ASCII hold letters in some variants.
+// variant of it (ISO 646). The other ASCII codes are letters in some variants.
 template <typename Number>
 bool IsInvariant(Number character)
 {
@@ -35,9 +35,10 @@ bool IsInvariant(Number character)
 
 // HasSubstring/100000: comparing at every position takes 18 times as long.
 //
-// Rules out, without asking the locale, most characters that cannot fold to a given one. Valid
-// where the locale extends ASCII. Everything passes when the given character is not invariant, and
-// so do the characters from 0x80 to 0xFF: how they fold depends on the locale.
+// Rules out, without asking the locale, most characters that cannot fold to a given one. Valid only
+// if the locale's character set extends ASCII. Characters from 0x80 to 0xFF always pass, because
+// how they fold depends on the locale. Everything passes if the given character is up to 0xFF and
+// not invariant.
 template <typename Char>
 class FoldFilter {
 public:
@@ -49,8 +50,8 @@ public:
     {
     }
 
-    // For one character, or for several at once: true, or all bits set, when it may fold to the
-    // given one.
+    // Accepts one character or a vector. The result is true, or has all bits set, where a character
+    // may fold to the given one.
     template <typename Numbers>
     auto Admits(const Numbers& characters) const
     {
@@ -58,7 +59,7 @@ public:
     }
 
 private:
-    // The bits that a character shares with those that fold like it.
+    // Returns the bits that a character shares with all that fold like it.
     static Number GetSignificantBits(Number folded)
     {
         const bool isFoldedByLocale = folded <= 0xFF && !IsInvariant(folded);

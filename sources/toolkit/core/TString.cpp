@@ -16,14 +16,14 @@ namespace {
 namespace Base = Toolkit::Base;
 using Toolkit::FoldForComparison;
 
-// The bit in which a letter of ASCII and its capital differ.
+// The bit in which an ASCII letter and its capital differ.
 constexpr std::int32_t c_asciiCaseBit = 0x20;
 
 // How many characters are compared before the loop looks at the result.
 constexpr std::size_t c_blockLength = 16;
 
-// Whether towlower() maps every ASCII letter to the other case of the same letter. Turkic locales
-// map I to a dotless i, and differ in no other letter.
+// Whether towlower() maps every ASCII capital to its small letter. Turkic locales map I to a
+// dotless i, and differ in no other letter.
 bool DoesLocaleFoldAsciiPlainly()
 {
     return std::towlower(L'I') == L'i';
@@ -46,7 +46,7 @@ bool IsSameAsciiBlock(const wchar_t* left, const wchar_t* right)
     return Base::AreAllZero(wrong);
 }
 
-// Compares `length` folded characters; -1, 0 or 1.
+// Compares `length` folded characters; returns -1, 0 or 1.
 template <typename T>
 int CompareFolded(const T* left, const T* right, std::size_t length)
 {
@@ -202,7 +202,7 @@ bool CanJoin(const std::wstring& from, const std::wstring& to)
 
 // Replace/0: the general pass takes 1.7 times as long.
 //
-// Replaces from left to right, where no replacement can become part of a new occurrence.
+// Replaces from left to right. Only correct if no replacement can become part of a new occurrence.
 void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result;
@@ -222,7 +222,7 @@ void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstri
 //
 // The string consists of a done part, which never contains `from`, a gap, and an unread part.
 // Characters move from the unread part to the done part, so the leftmost match always ends at the
-// character just moved. It is cut off, and its replacement becomes unread.
+// character just moved. The match is cut off, and its replacement becomes unread.
 class ReplacementPass {
 public:
     ReplacementPass(std::wstring& text, const std::wstring& from, const std::wstring& to)
@@ -282,7 +282,7 @@ private:
     std::size_t m_unread = 0; // the start of the unread part
 };
 
-// Works on a copy: when out of memory, the string stays as it was.
+// Works on a copy, so that the string is unchanged when out of memory.
 void ReplaceJoined(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result(text);
