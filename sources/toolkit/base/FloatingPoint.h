@@ -10,7 +10,8 @@ namespace Toolkit::Base {
 /// nearest value, which may be 0.
 bool ParseFloatingPoint(const char* begin, const char* end, double& value);
 
-/// The same with strtod(), which every C library has. Allocates.
+/// Like ParseFloatingPoint(), but with strtod_l(), which also exists where std::from_chars() lacks
+/// floating-point numbers. Allocates.
 bool ParseFloatingPointByStrtod(const char* begin, const char* end, double& value);
 
 } // namespace Toolkit::Base

@@ -5,9 +5,9 @@ namespace Toolkit::Base {
 /// Keeps forked children from sharing an open file of this process.
 ///
 /// Otherwise parent and child share it: a lock stays held until both have closed the file, and what
-/// the child writes goes to the parent's file. At the fork, the child's descriptor therefore
-/// becomes one of /dev/null. It is not closed, because the next file that the child opens would get
-/// its number, and code that still has the number would use that file.
+/// the child writes goes to the parent's file. Therefore the child's descriptor refers to /dev/null
+/// from the fork on. It is not closed, because the next file that the child opens would get its
+/// number, and code that still has the number would use that file.
 ///
 /// Each thread may use its own objects. The descriptor must be open while it is watched: declare
 /// the watching member after the one that closes the descriptor.

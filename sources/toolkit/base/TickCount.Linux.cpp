@@ -11,7 +11,7 @@ unsigned int GetTickCount()
 
     static const auto uMsMulitplier =
         static_cast<unsigned int>(msPerSecond / ::sysconf(_SC_CLK_TCK));
-    // TickCount: filling in the process times, too, takes six times as long.
+    // TickCount: also filling in the process times takes six times as long.
     return static_cast<unsigned int>(::times(nullptr)) * uMsMulitplier;
 }
 

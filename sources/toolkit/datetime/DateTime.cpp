@@ -26,8 +26,8 @@ constexpr long long c_lastMs = std::numeric_limits<long long>::max();
 
 constexpr CalendarTime c_noTime{0, 0, 0, 0, 0, 0};
 
-// Milliseconds since 1970, also before 1970, where wxDateTime::GetTicks() fails. An invalid date
-// gives the smallest number, as wxDateTime stores it.
+// Returns milliseconds since 1970, negative before 1970, where wxDateTime::GetTicks() fails. For an
+// invalid date returns the smallest number, which is what wxDateTime stores for it.
 long long ToMs(const wxDateTime& value)
 {
     return value.IsValid() ? value.GetValue().GetValue() : std::numeric_limits<long long>::min();
@@ -57,7 +57,7 @@ CalendarTime GetFields(const wxDateTime& value, bool utc)
     return utc ? ToUtcTime(ToSeconds(value)) : ToLocalTime(ToSeconds(value));
 }
 
-// The constructors truncate these fields to 16 bits.
+// Truncates the day and the time of day to 16 bits, as the constructors of wxDateTime do.
 CalendarTime CutTo16Bits(const CalendarTime& time)
 {
     const auto cut = [](long long value) {
@@ -120,7 +120,7 @@ std::unique_ptr<wxDateTime> Make(const wxDateTime& value)
     return Base::TryOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
 }
 
-// wxDateSpan has signed numbers: 4294967295 years are one year back.
+// Converts as wxDateSpan does, whose numbers are signed: 4294967295 years are one year back.
 long long ToSigned(unsigned int count)
 {
     return static_cast<int>(count);

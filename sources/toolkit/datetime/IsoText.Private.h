@@ -7,14 +7,14 @@ namespace Toolkit {
 
 // Dates and times as strings for storage and exchange.
 
-/// Appends "2009-03-07"; the year has at least two digits.
+/// Appends "2009-03-07"; the year is padded to two characters only.
 void AppendIsoDate(std::wstring& out, const CalendarTime& time);
 
 /// Appends "07:04:09".
 void AppendIsoTime(std::wstring& out, const CalendarTime& time);
 
 struct ParsedIsoText {
-    CalendarTime time; // -1 for what could not be read
+    CalendarTime time; // -1 for each field that could not be read
     bool isUtc;
 };
 

@@ -13,7 +13,7 @@ public:
     {
     }
 
-    // Returns a 32-bit number with an optional sign; -1 when there is none.
+    // Reads a 32-bit number with an optional sign; returns -1 if there is none or it does not fit.
     long long ReadNumber()
     {
         SkipSpace();
@@ -39,7 +39,8 @@ public:
             ++m_at;
     }
 
-    // Returns the next character that is not white space; a space when there is none.
+    // Returns the next character that is not white space; a space if there is none or a read has
+    // failed.
     wchar_t ReadCharacter()
     {
         SkipSpace();
@@ -64,7 +65,7 @@ private:
             ++m_at;
     }
 
-    // True for a minus.
+    // Returns whether the sign is a minus.
     bool SkipSign()
     {
         const bool isNegative = !AtEnd() && *m_at == L'-';
@@ -78,7 +79,7 @@ private:
     bool m_hasFailed = false;
 };
 
-// At least two digits.
+// Pads to two characters.
 void AppendNumber(std::wstring& out, long long value)
 {
     const Base::NumberText<wchar_t> digits(value);

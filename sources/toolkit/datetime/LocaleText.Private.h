@@ -5,9 +5,9 @@
 
 namespace Toolkit {
 
-// Dates and times in patterns of a date, a space and a time.
+// Formats dates and times by patterns, which consist of a date, a space and a time.
 
-/// A locale's strings for AM and PM; empty where it has none.
+/// A locale's strings for AM and PM; empty if it has none.
 struct DayHalves {
     TString<wchar_t> morning;
     TString<wchar_t> afternoon;
@@ -16,8 +16,8 @@ struct DayHalves {
 /// Returns `pattern` up to its first space, with the date tokens replaced.
 TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time);
 
-/// Returns `pattern` after its first space, with the time tokens replaced. `getDayHalves` is
-/// called for twelve-hour patterns.
+/// Returns `pattern` after its first space, with the time tokens replaced. Calls `getDayHalves` for
+/// twelve-hour patterns only.
 TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTime& time,
                                      DayHalves (*getDayHalves)());
 

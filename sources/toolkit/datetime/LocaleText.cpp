@@ -37,8 +37,8 @@ void ReplaceDayHalfTokens(TString<wchar_t>& pattern, const TString<wchar_t>& rep
     pattern = std::move(result);
 }
 
-// Inserts AM or PM where the pattern has its token, or at the end. If the locale has no string for
-// it, the token "a", or the space, stays.
+// Replaces the token "a" with AM or PM, or appends a space and AM or PM if the pattern has no
+// token. If the locale has no string, the token stays, or only the space is appended.
 void MarkDayHalf(TString<wchar_t>& pattern, const TString<wchar_t>& text)
 {
     if (!Contains(pattern, L"a"))
@@ -47,7 +47,7 @@ void MarkDayHalf(TString<wchar_t>& pattern, const TString<wchar_t>& text)
         ReplaceDayHalfTokens(pattern, text);
 }
 
-// Replaces the twelve-hour token. Noon is 12 AM and midnight 0 AM.
+// Replaces the twelve-hour token and marks the half of the day. Noon is 12 AM and midnight 0 AM.
 void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayHalves& halves)
 {
     const bool isAfternoon = hour > c_noon;
@@ -69,7 +69,7 @@ TString<wchar_t> PadNumber(long long value, int width)
 
 TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time)
 {
-    // Longer tokens come first; a run of three letters becomes the number twice.
+    // Longer tokens come first; a run of three letters, such as "ddd", becomes the number twice.
     const std::pair<const wchar_t*, TString<wchar_t>> tokens[] = {
         {L"dd", PadToTwoDigits(time.day)},
         {L"%d", PadToTwoDigits(time.day)},

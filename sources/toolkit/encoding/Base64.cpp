@@ -12,7 +12,7 @@
 
 namespace {
 
-// The longest text whose length fits into the results of the functions.
+// The longest input: the functions calculate lengths as int.
 constexpr unsigned int c_longest = std::numeric_limits<int>::max();
 
 bool IsEncodable(unsigned int length)
@@ -20,7 +20,8 @@ bool IsEncodable(unsigned int length)
     return length <= c_longest && GetCodeLength(static_cast<int>(length)) > 0;
 }
 
-// Null when out of memory. The nothrow operator new of the standard library calls the throwing one.
+// Returns null when out of memory. new (std::nothrow) would not avoid the exception: it calls the
+// throwing operator new.
 unsigned char* Allocate(int size)
 {
     return Toolkit::Base::TryOr(
@@ -78,7 +79,7 @@ namespace {
 // A multiple of the group length. The characters and their wide form fit into the L1 cache.
 constexpr std::size_t c_pieceLength = 768;
 
-// The result of b64_decode_binary() as wide text, without a temporary array.
+// Returns the result of b64_decode_binary() as a wide string, without a temporary array.
 std::wstring Encode(const unsigned char* bytes, std::size_t length)
 {
     std::wstring text;

@@ -33,8 +33,8 @@ constexpr std::uint32_t c_padBit = 1u << 24;
 
 using Digits = std::array<std::uint32_t, 256>;
 
-// The digits of the characters at each place of a group, shifted to their bits; 0 for unknown
-// characters.
+// For each place in a group, the digit of each character, shifted to the bits of that place; 0 for
+// unknown characters.
 //
 // Base64Decode/10239: one table, shifts and a test for each pad take 1.4 times as long.
 constexpr auto c_digits = [] {
@@ -49,7 +49,7 @@ constexpr auto c_digits = [] {
     return digits;
 }();
 
-// Six bytes give eight characters. Reads two bytes more.
+// Encodes six bytes as eight characters. Reads two more bytes.
 inline void EncodeTwoGroups(const unsigned char* in, unsigned char* out)
 {
     // Independent of the byte order: compilers merge the bytes into one load.
@@ -89,7 +89,7 @@ inline std::uint32_t ReadGroup(const unsigned char* in)
     return c_digits[0][in[0]] | c_digits[1][in[1]] | c_digits[2][in[2]] | c_digits[3][in[3]];
 }
 
-// Decodes the group that a pad ends. An unfinished group at the end of the text gives nothing.
+// Decodes a group up to its first pad. A group without a pad is incomplete and decodes to nothing.
 std::size_t DecodeLastGroup(const unsigned char* in, std::size_t length, unsigned char* out)
 {
     std::uint32_t bits = 0;

@@ -9,7 +9,7 @@
 namespace Toolkit {
 namespace {
 
-// Always true: a text without a number is not reported.
+// Always returns true, even if `text` contains no number.
 template <typename Char, typename Number>
 bool Parse(const TString<Char>& text, Number& value)
 {
@@ -17,7 +17,7 @@ bool Parse(const TString<Char>& text, Number& value)
     return true;
 }
 
-// Empty when out of memory.
+// Returns an empty string when out of memory.
 template <typename Char, typename Number>
 TString<Char> ToText(Number value)
 {

@@ -8,7 +8,7 @@
 namespace Toolkit {
 namespace {
 
-// The length of the UTF-8 form in bytes; 0 when the text is not valid.
+// Returns the length of `text` in UTF-8, in bytes; 0 if it is not valid.
 std::size_t MeasureEncoded(const wchar_t* text)
 {
     std::size_t length = 0;

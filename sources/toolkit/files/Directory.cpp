@@ -33,7 +33,8 @@ bool IsHidden(const dirent& entry)
 
 bool IsDirectory(const OpenDirectory& directory, const dirent& entry)
 {
-    // Most file systems report the type with the name, but not that of the target of a link.
+    // Most file systems report the type of an entry with its name, but not the type of a link's
+    // target.
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
         return entry.d_type == DT_DIR;
     struct stat status {};
@@ -135,7 +136,7 @@ bool Directory::Exist(const TString<wchar_t>& path)
 
 bool Directory::RemoveFile(const TString<wchar_t>& path)
 {
-    // remove() would take an empty directory too.
+    // remove() would also delete an empty directory.
     return Base::TryOr(false, [&] { return ::unlink(Base::EncodeUtf8(path).c_str()) == 0; });
 }
 

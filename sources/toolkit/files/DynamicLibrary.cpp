@@ -21,7 +21,8 @@ TString<wchar_t> AddExtension(const TString<wchar_t>& name)
     return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_MODULE));
 }
 
-// The message is UTF-8 in any locale, unless it is translated for an 8-bit one.
+// Returns the message of dlerror(3). It is UTF-8 in any locale, unless it is translated for a
+// locale with an 8-bit encoding.
 TString<wchar_t> TakeLoaderError()
 {
     const char* const error = ::dlerror();
@@ -50,8 +51,8 @@ DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name) : DynamicLibrary()
 void DynamicLibrary::Load(const TString<wchar_t>& name)
 {
     m_name = name;
-    // wxDynamicLibrary only holds the handle: its Load() prints a message for every failure, and
-    // only takes names in the encoding of the locale.
+    // wxDynamicLibrary only owns the handle: its Load() prints a message for every failure, and
+    // only accepts names that the encoding of the locale can represent.
     const TString<char> file = Base::EncodeUtf8(AddExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);

@@ -17,7 +17,7 @@
 namespace Toolkit {
 namespace {
 
-// The flags of open(2) for a mode of fopen(3); nothing for an invalid mode.
+// Returns the flags of open(2) for a mode of fopen(3); nothing for an invalid mode.
 std::optional<int> ToFlags(const std::string& mode)
 {
     const bool updates = mode.find('+') != std::string::npos;
@@ -34,7 +34,7 @@ std::optional<int> ToFlags(const std::string& mode)
     }
 }
 
-// Hands `descriptor` over to `file`. wxFFile only holds the stream: its own operations print a
+// Hands `descriptor` over to `file`. wxFFile only owns the stream: its own operations print a
 // message for every failure.
 bool Attach(wxFFile& file, Base::FileDescriptor descriptor, const std::string& mode)
 {
@@ -67,7 +67,7 @@ bool FFile::OpenClosed(const TString<wchar_t>& name, const TString<wchar_t>& mod
 {
     const std::string modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = ToFlags(modeText);
-    // Null when out of memory.
+    // m_file is null if the constructor ran out of memory.
     if (!m_file)
         m_file = std::make_unique<wxFFile>();
     if (!flags ||
@@ -91,7 +91,7 @@ bool FFile::Read(void* buffer, unsigned int count)
 
 void FFile::Write(const TString<wchar_t>& text)
 {
-    // Reports no failure, running out of memory included.
+    // Reports no failure, not even out of memory.
     static_cast<void>(Base::Completes([&] {
         std::string bytes;
         if (IsOpened() && Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
@@ -118,7 +118,8 @@ unsigned int FFile::GetLength() const
 {
     if (!IsOpened())
         return 0;
-    // Buffered bytes count. Seeking to the end and back would clear the end-of-file state.
+    // Buffered bytes count, so they are flushed. Seeking to the end and back would clear the
+    // end-of-file state.
     std::FILE* const stream = m_file->fp();
     std::fflush(stream);
     struct stat status {};

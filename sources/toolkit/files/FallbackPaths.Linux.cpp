@@ -13,7 +13,8 @@
 namespace Toolkit {
 namespace {
 
-// Where the program is installed: the part of its path before the last "bin" directory.
+// Returns where the program is installed: the part of its path before the last "bin" directory, or
+// /usr/local if there is no such part.
 TString<wchar_t> InstallPrefix(const TString<wchar_t>& executable)
 {
     const std::size_t bin = executable.rfind(L"/bin/");
@@ -21,7 +22,8 @@ TString<wchar_t> InstallPrefix(const TString<wchar_t>& executable)
                                                  : TString<wchar_t>(executable.substr(0, bin));
 }
 
-// The value of WX_<NAME>_DATA_DIR: the data directory of a program that is not installed.
+// Returns the value of WX_<NAME>_DATA_DIR, which names the data directory of a program that is not
+// installed.
 TString<wchar_t> ReadDataDirectoryOfEnvironment(std::wstring name)
 {
     for (wchar_t& character : name)
@@ -30,7 +32,7 @@ TString<wchar_t> ReadDataDirectoryOfEnvironment(std::wstring name)
     return Base::DecodeUtf8(std::getenv(variable.c_str()));
 }
 
-// The file with the user's own directories (XDG user-dirs).
+// Returns the path of the file that names the user's own directories (XDG user-dirs).
 TString<wchar_t> FindUserDirectoriesFile()
 {
     TString<wchar_t> directory = Base::DecodeUtf8(std::getenv("XDG_CONFIG_HOME"));
@@ -46,7 +48,7 @@ bool NamesDocuments(const TString<wchar_t>& line)
     return line.find(c_documentsKey) != std::wstring::npos;
 }
 
-// The directory in a line such as XDG_DOCUMENTS_DIR="$HOME/Documents".
+// Returns the directory in a line such as XDG_DOCUMENTS_DIR="$HOME/Documents".
 TString<wchar_t> ParseDirectory(const TString<wchar_t>& line)
 {
     const std::size_t equals = line.find(L'=');
@@ -62,11 +64,12 @@ TString<wchar_t> ParseDirectory(const TString<wchar_t>& line)
     return value;
 }
 
-// The first line that names it decides; empty when there is none, or no such directory.
+// Returns the documents directory that the file `path` names. The first line for it counts. Empty
+// if there is no such line, or no such directory.
 TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
 {
     TextFile file;
-    // Skips pipes and the like: opening them would wait.
+    // Skips pipes and the like: opening them would block.
     if (!FFile::Exists(path) || !file.Open(path))
         return {};
     TString<wchar_t> line = file.GetFirstLine();

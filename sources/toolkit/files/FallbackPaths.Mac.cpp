@@ -4,7 +4,8 @@
 namespace Toolkit {
 namespace {
 
-// The "Contents" directory of the application bundle, in which the executable has its "MacOS".
+// Returns the "Contents" directory of the application bundle, whose "MacOS" directory contains the
+// executable; "." if there is no bundle.
 TString<wchar_t> FindBundleContents(const TString<wchar_t>& executable)
 {
     const std::size_t folder = executable.rfind(L"/MacOS/");

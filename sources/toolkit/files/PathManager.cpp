@@ -17,7 +17,7 @@
 namespace Toolkit {
 namespace {
 
-// Reports no failure, running out of memory included.
+// Reports no failure, not even out of memory.
 void CreateDirectories(const TString<wchar_t>& path)
 {
     std::error_code ignored;
@@ -46,7 +46,7 @@ struct PathParts {
 
 PathParts Split(const TString<wchar_t>& fullPath)
 {
-    // On systems without volumes wxFileName leaves that output alone.
+    // `volume` stays empty on systems without volumes: wxFileName does not set it there.
     wxString volume;
     wxString path;
     wxString name;
@@ -150,7 +150,7 @@ TString<wchar_t> PathManager::GetTempDir() const
 
 void PathManager::SetApplicationRessourcesPath(const TString<wchar_t>& path)
 {
-    // Everything that may run out of memory comes before the first change.
+    // Everything that may run out of memory comes before the first change, or fails without one.
     TString<wchar_t> plugins = Join(path, c_strPluginsFolderName);
     m_ressourcesPath = path;
     m_pluginsPath.swap(plugins);

@@ -6,15 +6,16 @@ namespace Toolkit {
 
 // The standard directories of the platform, for the application name of wxApp.
 //
-// Uses wxStandardPaths where it works and can decode the names involved, and builds the same paths
-// itself elsewhere. A HOME that is not valid UTF-8 is not used: the user database names the home
-// directory then.
+// Uses wxStandardPaths where it works and can decode the names involved; otherwise builds the same
+// paths itself. If HOME is not valid UTF-8, the home directory comes from the user database
+// instead.
 
-/// The full path of the running executable; empty when unknown.
+/// Returns the full path of the running executable; empty if unknown.
 TString<wchar_t> FindExecutablePath();
 
-/// What the directories append for the program `executable` when wxApp has no name for it: ".tool"
-/// for a hidden program, whose application name is empty.
+/// Returns the name to append to the directories for the program `executable` if wxApp has no
+/// application name: its file name without the extension. For a hidden program it is the whole
+/// name, such as ".tool", although `PathManager` reports an empty application name.
 TString<wchar_t> DeriveApplicationName(const TString<wchar_t>& executable);
 
 TString<wchar_t> FindDataDirectory();

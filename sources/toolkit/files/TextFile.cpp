@@ -27,7 +27,7 @@ bool TextFile::Open(const TString<wchar_t>& name)
         m_lines = MakeLines();
     if (!m_lines)
         return false;
-    // A file that does not fit into memory is one that cannot be read.
+    // A file that does not fit into memory counts as one that cannot be read.
     const bool isLoaded = Base::TryOr(false, [&] { return m_lines->Load(Base::EncodeUtf8(name)); });
     if (!isLoaded)
         m_lines->Unload();
