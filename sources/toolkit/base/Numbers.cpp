@@ -155,7 +155,7 @@ constexpr auto c_powersOfTen = [] {
 
 std::size_t CountDigits(unsigned long long magnitude)
 {
-    // Zero has one digit, too. Setting the lowest bit never changes the number of digits.
+    // Zero also has one digit. Setting the lowest bit never changes the number of digits.
     magnitude |= 1;
     // 1233 / 4096 approximates log10(2) closely enough for 64 bits.
     const auto count = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;

@@ -145,7 +145,7 @@ private:
 };
 
 // Tokens/100000: new strings for each call take three times as long.
-// Stores tokens in the strings that a vector already holds, to reuse their memory.
+// Stores tokens in the strings that a vector already contains, to reuse their memory.
 class TokenWriter {
 public:
     explicit TokenWriter(std::vector<TString<wchar_t>>& tokens) : m_tokens(tokens) {}
