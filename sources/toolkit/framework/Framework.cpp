@@ -9,8 +9,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Stops that other threads asked for. wxWidgets shuts down only on the thread that it treats as the
-// main one. The next start, or the next stop on that thread, makes up for them.
+// Calls of Stop() on other threads. wxWidgets shuts down only on the thread that it treats as the
+// main one. The next Start(), or the next Stop() on that thread, makes up for them.
 std::atomic<int> s_owedStops{0};
 
 bool TakeOwed()
@@ -23,8 +23,8 @@ bool TakeOwed()
 
 } // namespace
 
-// The application object that wxInitialize() creates has no program arguments. One that the program
-// runs itself has them, or has a function that creates it.
+// The application object that wxInitialize() creates has no program arguments. An object of the
+// program has them, or has a function that creates it.
 bool DoesProgramRunItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();

@@ -3,13 +3,14 @@
 // Start and stop of wxWidgets, which counts its starts.
 namespace Toolkit::Framework {
 
-/// True when the start succeeded and needs a Stop(). False when wxWidgets cannot be started, and in
-/// a program that runs its own application object: a second start would replace that object.
+/// Starts wxWidgets. True when that succeeded; a Stop() must follow then. False when wxWidgets
+/// cannot be started, and in a program that runs its own application object, which a second start
+/// would replace.
 bool Start();
 
-/// Undoes one successful start; the last call shuts wxWidgets down. A call on another thread than
-/// that of the first start only counts: the next Start(), or the next Stop() on that thread, makes
-/// up for it.
+/// Undoes one successful start; the last call shuts wxWidgets down. Off the thread of the first
+/// start, a call is only counted: the next Start(), or the next Stop() on that thread, makes up for
+/// it.
 void Stop();
 
 /// Whether wxWidgets is started, by the library or by the program.

@@ -13,17 +13,17 @@ namespace {
 // before the first constructor runs. Not constinit, because libc++ constructs it at load.
 Base::CheckedRecursiveMutex s_lock;
 wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
-std::atomic<unsigned int> s_forks{0}; // when it was installed
+std::atomic<unsigned int> s_forks{0}; // fork count when it was installed
 
-// The lock is not held during a fork, because messages are handled under it. A child would wait for
-// another thread of its parent that did so.
+// Replaces the lock in a forked child: a thread that only the parent has may hold it. Not acquired
+// before the fork instead, because messages are handled while it is held.
 void RenewLock()
 {
     new (&s_lock) Base::CheckedRecursiveMutex();
 }
 
-// False in a forked child: the messages that wait are its parent's, and another thread of the
-// parent may have held the lock of wxWidgets for them.
+// False in a forked child: the queued messages are its parent's, and another thread of the parent
+// may have held the lock with which wxWidgets guards them.
 bool HasOwnMessages()
 {
     return s_forks == Base::CountForks();

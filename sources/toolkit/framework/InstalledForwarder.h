@@ -3,24 +3,25 @@
 #include <wx/log.h>
 
 // The one log target that forwards messages of wxWidgets to the process-wide logger. It serves the
-// threads whose messages wxWidgets would keep until the main thread asks for them.
+// threads whose messages wxWidgets would otherwise queue until the main thread flushes them.
 //
-// Any thread may call these functions, except DetachForwarder(). The target is called under a lock,
-// so that it is not destroyed while it handles a message.
+// Any thread may call these functions, except DetachForwarder(). The target is called while a lock
+// is held, so that it is not destroyed while it handles a message.
 namespace Toolkit::Framework {
 
-/// Installs `target`, which the caller keeps owning.
+/// Installs `target`, which the caller still owns.
 void InstallForwarder(wxLog* target);
 
-/// Removes `target` if it is the installed one. Returns whether it was, and messages that other
-/// threads have queued can be delivered: a forked child must leave those to its parent.
+/// Removes `target` if it is the installed one. True if it was and the messages that other threads
+/// have queued can be delivered: a forked child must leave them to its parent.
 bool RemoveForwarder(wxLog* target);
 
-/// Passes a record to the target; false without one.
+/// Passes a record to the installed target; false if there is none.
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
 
-/// Removes the target from wxWidgets, which would delete it at shutdown. First delivers the
-/// messages that other threads have queued. Called on the main thread.
+/// Removes the target from wxWidgets, which would otherwise delete it at shutdown. First delivers
+/// the messages that other threads have queued, except in a forked child. Called on the main
+/// thread.
 void DetachForwarder();
 
 } // namespace Toolkit::Framework

@@ -23,8 +23,8 @@ struct ByteOrderMark {
     Encoding encoding;
 };
 
-// The Unicode Standard, section 23.8. The mark of UTF-32 begins with that of UTF-16, so it comes
-// first.
+// The Unicode Standard, section 23.8. The little-endian mark of UTF-32 begins with that of UTF-16,
+// so it comes first.
 constexpr std::array<ByteOrderMark, 5> c_byteOrderMarks{{
     {"\xEF\xBB\xBF"sv, Encoding::Utf8},
     {"\x00\x00\xFE\xFF"sv, Encoding::Utf32BigEndian},
@@ -70,13 +70,13 @@ bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
            std::all_of(text.begin(), text.end(), IsCodePoint);
 }
 
-// Reads what is left of the file into `bytes`.
+// Reads the rest of the file into `bytes`.
 bool ReadBytes(const Base::FileDescriptor& file, std::string& bytes)
 {
     constexpr std::size_t blockSize = 65536;
 
-    // One byte more than the file's length: the read that finds the end needs no new memory. Pipes
-    // have no length.
+    // One byte more than the file's length, so that the read that finds the end of the file needs
+    // no more memory. Pipes have no length.
     const auto expected = static_cast<std::size_t>(std::max<long long>(file.GetLength(), 0));
     bytes.resize(expected > 0 ? expected + 1 : blockSize);
     std::size_t length = 0;
@@ -100,7 +100,7 @@ std::string EncodeLatin1(const std::string& bytes)
     return encoded;
 }
 
-// Turns what follows the byte-order mark into UTF-8; false when it is not valid.
+// Removes the byte-order mark and converts the rest to UTF-8; false when the rest is not valid.
 bool Transcode(std::string& bytes)
 {
     const ByteOrderMark mark = FindByteOrderMark(bytes);

@@ -4,8 +4,8 @@
 
 namespace Toolkit::Framework {
 
-/// Keeps wxWidgets from logging on this thread while the object exists. Used around calls whose
-/// failure is only a result.
+/// Keeps wxWidgets from logging on this thread until the object is destroyed. For calls whose
+/// failure only their result should report.
 ///
 /// On a thread that wxWidgets did not start, the first object leaks memory. Where possible, check
 /// before the call instead.

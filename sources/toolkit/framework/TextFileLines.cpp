@@ -53,7 +53,7 @@ void TextFileLines::Append(const std::wstring& line)
     if (Base::Completes([&] { AddLine(ToWxString(line)); }))
         return;
     m_hasLostLine = true;
-    // wxTextBuffer has added the line but not its type: the two lists no longer match.
+    // wxTextBuffer has added the line but not its type, so its two lists no longer match.
     if (GetLineCount() != count)
         Clear();
 }

@@ -8,8 +8,9 @@
 
 namespace Toolkit::Framework {
 
-/// The lines of a wxTextFile. The library reads and writes the file itself: wxTextFile logs every
-/// failure, accepts overlong forms as UTF-8, and leaves half a file when the disk is full.
+/// The lines of a wxTextFile. The library reads and writes the file itself, because wxTextFile logs
+/// every failure, accepts overlong encodings as UTF-8, and leaves half a file when the disk is
+/// full.
 class TextFileLines : public wxTextFile {
 public:
     /// Loads the lines of the file `path`; false, without lines, when it cannot be read.
@@ -21,8 +22,8 @@ public:
     /// Forgets the file and the lines.
     void Unload();
 
-    /// Appends a line that ends in a line feed. When out of memory the line is lost, and Save()
-    /// fails from then on, because it would write an incomplete file.
+    /// Appends `line`, ended by a line feed. If memory runs out, the line is lost, and Save() fails
+    /// from then on, because it would write an incomplete file.
     void Append(const std::wstring& line);
 
 private:

@@ -7,7 +7,7 @@ namespace Toolkit::Framework {
 
 void MakeThreadData()
 {
-    // The only call that uses the list and works on every thread, even before wxWidgets starts.
+    // The only call that uses the list and works on every thread, even before wxWidgets is started.
     wxTranslations::GetUntranslatedString(wxString());
 }
 

@@ -5,8 +5,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Place and time of a message, without the extra data: wxWidgets has already added those to the
-// text, and would append them again.
+// Copies the place and time of a message, but not the extra data: wxWidgets has already added that
+// to the text, and would append it again.
 wxLogRecordInfo CopyWithoutExtraData(const wxLogRecordInfo& info)
 {
     wxLogRecordInfo plain(info.filename, info.line, info.func, info.component);

@@ -4,9 +4,9 @@
 
 namespace Toolkit::Framework {
 
-/// The log target of a worker thread while the object exists.
+/// The log target of a worker thread, from construction to destruction.
 ///
-/// Without it wxWidgets keeps the thread's messages until the main thread asks for them.
+/// Without it, wxWidgets queues the thread's messages until the main thread flushes them.
 class ThreadLogTarget : public wxLog {
 public:
     ThreadLogTarget();

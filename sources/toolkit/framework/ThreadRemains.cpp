@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds c_retry{10};
 
-// The head of the list, for tools that look for lost memory.
+// Head of the list, which keeps the remains reachable: leak checkers do not report them.
 std::atomic<ThreadRemains*> s_first{nullptr};
 
 class UncreatedThread : public wxThread {

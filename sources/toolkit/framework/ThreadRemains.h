@@ -7,19 +7,21 @@ class wxThread;
 
 namespace Toolkit::Framework {
 
-/// What a discarded `wxThread` owned. It is kept, since the thread may still use it.
+/// The bytes of a discarded `wxThread`, and so everything that it owned. They are kept for ever,
+/// because the thread may still use what they refer to.
 struct ThreadRemains {
     alignas(std::max_align_t) unsigned char bytes[128];
     ThreadRemains* next = nullptr;
 };
 
-/// Lets a `wxThread` be destroyed silently when nobody can wait for its thread: in a forked child,
+/// Lets a `wxThread` be destroyed silently when nothing can wait for its thread: in a forked child,
 /// which does not have the thread, and on the thread itself.
 ///
-/// The destructor would take a lock that the thread may have held at the fork, wait for the thread
-/// to leave its condition variables, and print that the thread still runs. This function replaces
-/// `thread` by one that was never created and keeps what the old one owned in `remains`. wxWidgets
-/// must not be shut down after that. While there is no memory for the new one, it waits.
+/// The destructor of `wxThread` would acquire a lock that the thread may have held at the fork,
+/// wait for the thread to leave its condition variables, and print that the thread still runs. This
+/// function moves the bytes of `thread` to `remains`, and constructs in their place a thread that
+/// was never created. wxWidgets must not be shut down after that. When out of memory, waits until
+/// the construction succeeds.
 void DiscardThread(wxThread& thread, std::unique_ptr<ThreadRemains> remains);
 
 } // namespace Toolkit::Framework
