@@ -18,9 +18,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A connection to a server on which everything has to be done before one deadline.
+// A connection to a server, with one deadline for everything done on it.
 //
-// wxTCPClient works on the main thread only, and waits for an answer for ever.
+// Not a wxTCPClient, which works on the main thread only and waits for an answer without limit.
 class Conversation {
 public:
     explicit Conversation(Clock::time_point deadline) : m_deadline(deadline) {}
@@ -44,7 +44,8 @@ std::chrono::milliseconds Conversation::TimeLeft() const
     return std::max(left, std::chrono::milliseconds(0));
 }
 
-// Only this limit ends the wait for a server whose queue is full.
+// Limits connect(), which blocks while the queue of the server is full; the deadline alone would
+// not end that.
 bool Conversation::LimitConnecting() const
 {
     const auto left = std::max(TimeLeft(), std::chrono::milliseconds(1));
@@ -92,7 +93,7 @@ bool Conversation::Receive(char& byte) const
     return false;
 }
 
-// False when the deadline has passed.
+// False when the deadline passes first, or when poll() fails.
 bool Conversation::Wait(short event) const
 {
     pollfd waiting{m_socket.Get(), event, 0};
@@ -119,7 +120,7 @@ bool Deliver(const TString<wchar_t>& service, const TString<wchar_t>& text)
            answer == Ipc::c_accepted && conversation.Send(Ipc::MakeExecuteRequest(message));
 }
 
-// Connects without waiting: a server with a full queue listens too.
+// Connects without waiting. A server whose queue is full exists, too.
 bool FindsServer(const TString<wchar_t>& service)
 {
     const Base::FileDescriptor socket = Ipc::CreateSocket();

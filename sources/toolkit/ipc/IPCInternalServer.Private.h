@@ -16,12 +16,13 @@ using IPCDelivery = std::function<void(const TString<wchar_t>& text)>;
 /// The connection on which one message is executed.
 class IPCConnectionEventHelper : public wxTCPConnection {
 public:
-    /// `deliver` has to outlive the connection.
+    /// `deliver` must outlive the connection.
     explicit IPCConnectionEventHelper(const IPCDelivery& deliver);
 
-    /// Data in the format `wxIPC_UTF8TEXT` are UTF-8, in every other format wide characters. They
-    /// end at a null character or with `size`; invalid UTF-8 is dropped. False when a listener
-    /// threw, which has been reported to the application object. Throws `std::bad_alloc`.
+    /// Delivers a message. Data in the format `wxIPC_UTF8TEXT` is UTF-8, and in every other format
+    /// wide characters. It ends at a null character or after `size` bytes. Drops a message that is
+    /// not valid UTF-8. False when a listener threw; the exception has then been reported to the
+    /// application object. Throws `std::bad_alloc`.
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override;
 
@@ -31,15 +32,16 @@ private:
 
 /// The part of an `IPCServer` that wxWidgets sees.
 ///
-/// wxTCPServer would wait for each client in the event loop, and would let every user connect for a
-/// moment: the sockets and the sessions on them are the library's own.
+/// wxTCPServer would block the event loop while it waits for a client, and would let every user
+/// connect for a moment. The library therefore has sockets and sessions of its own.
 class IPCInternalServer : public wxTCPServer {
 public:
-    /// Serves `mostSessions` clients at once.
+    /// Serves at most `mostSessions` clients at once.
     IPCInternalServer(std::size_t mostSessions, IPCDelivery deliver);
     ~IPCInternalServer() override;
 
-    /// Listens under the name `service`. Throws `std::bad_alloc`.
+    /// Listens on the socket of `service`; true at once if it already does. Throws
+    /// `std::bad_alloc`.
     bool Create(const wxString& service) override;
 
     /// Accepts every topic.
@@ -50,7 +52,7 @@ private:
 
     const std::size_t m_mostSessions;
     const IPCDelivery m_deliver;
-    std::unique_ptr<Source> m_source; // while it listens
+    std::unique_ptr<Source> m_source; // null while it does not listen
 };
 
 } // namespace Toolkit

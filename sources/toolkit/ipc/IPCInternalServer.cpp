@@ -19,13 +19,13 @@ namespace {
 
 static_assert(Ipc::c_textFormat == wxIPC_TEXT);
 
-// Calls code of the program the way wxWidgets calls event handlers: what that code throws is handed
-// to the application object instead of passing through the code of the event loop.
+// Calls code of the program the way wxWidgets calls event handlers: an exception goes to the
+// application object instead of passing through the event loop.
 class GuardedCall : public wxEvtHandler {
 public:
     explicit GuardedCall(std::function<void()> call) : m_call(std::move(call)) {}
 
-    // False when the code has thrown.
+    // False when the code threw.
     bool Run()
     {
         wxThreadEvent event(wxEVT_NULL);
@@ -61,10 +61,10 @@ wxIPCFormat ToFormat(unsigned char value)
 
 } // namespace
 
-// The sessions as one source of the event loop.
+// Registers all sessions as one source of the event loop.
 //
-// The loop knows one descriptor only: wxWidgets must not lose a descriptor while it works on
-// others, which would happen whenever a session ends in a loop inside a listener.
+// One source, and so one descriptor: wxWidgets must not have a descriptor removed while it handles
+// others, which would happen whenever a session ends in an event loop that a listener runs.
 class IPCInternalServer::Source : private wxEventLoopSourceHandler {
 public:
     Source(std::size_t mostSessions, Ipc::Execute execute)
@@ -73,7 +73,7 @@ public:
     }
     ~Source() override;
 
-    // Called once; false when the file `path` cannot be made.
+    // Called once. False without an application object, or when nothing can listen at `path`.
     bool Listen(const std::string& path);
 
     bool IsReachable() const { return m_sessions.AreReachable(); }
@@ -83,15 +83,16 @@ private:
     void OnWriteWaiting() override {}
     void OnExceptionWaiting() override {}
 
-    const FrameworkHold m_framework; // first: the event loop outlives what is registered with it
+    const FrameworkHold m_framework; // first, so that the event loop outlives m_source
     Ipc::Sessions m_sessions;
     std::unique_ptr<wxEventLoopSource> m_source;
 };
 
 IPCInternalServer::Source::~Source()
 {
-    // Without the application object wxWidgets has stopped, and its part of the source is gone; in
-    // a forked child that part is shared with the parent.
+    // Does not destroy the source when it must not: without the application object wxWidgets has
+    // stopped, and has destroyed its part of the source; in a forked child that part is shared with
+    // the parent.
     if (!wxAppConsole::GetInstance() || !m_sessions.AreOfThisProcess())
         static_cast<void>(m_source.release());
 }
@@ -107,14 +108,15 @@ bool IPCInternalServer::Source::Listen(const std::string& path)
 
 IPCConnectionEventHelper::IPCConnectionEventHelper(const IPCDelivery& deliver) : m_deliver(deliver)
 {
-    // The library reads the socket itself: the base class has none to disconnect.
+    // The library has the socket, so the base class must not disconnect one.
     SetConnected(false);
 }
 
 bool IPCConnectionEventHelper::OnExecute(const wxString&, const void* data, size_t size,
                                          wxIPCFormat format)
 {
-    // Running out of memory here is not a listener's exception: it ends the session alone.
+    // Outside the guarded call: running out of memory here is not a listener's exception, and ends
+    // only the session.
     std::wstring characters;
     if (!Decode(characters, data, size, format))
         return true;

@@ -19,7 +19,8 @@ TString<wchar_t> MakeDefaultService()
     if (!paths.IsValid())
         return service;
     const TString<wchar_t> directory = paths->GetTempDir();
-    // GetTempDir() is out of memory. Without this the socket would be in the working directory.
+    // GetTempDir() ran out of memory. Without this check the socket would be in the working
+    // directory.
     if (directory.empty())
         throw std::bad_alloc();
     PathManager::AppendPath(service, directory, paths->GetApplicationUniqueName() + L".ipc");

@@ -13,37 +13,40 @@
 /// Disconnect at the end. A size has four bytes, the least significant first.
 namespace Toolkit::Ipc {
 
-/// The server's answer to a topic.
+/// The answer with which the server accepts a topic.
 constexpr char c_accepted = 10;
 
 /// The format of wide characters that end with a null character: `wxIPC_TEXT`.
 constexpr unsigned char c_textFormat = 1;
 
-/// The path of the socket file that `service` names, at most as long as a socket address allows.
-/// Empty when the name is no service.
+/// Returns the path of the socket file of `service`, shortened to what a socket address can store.
+/// Empty when `service` is empty, a number, contains a null character or cannot be encoded as
+/// UTF-8.
 std::string MakeSocketPath(const std::wstring& service);
 
-/// Connect with `topic`, in which U+FFFD replaces what has no UTF-8 form; empty when the topic is
-/// longer than 16 MiB.
+/// Encodes Connect with `topic`, in which U+FFFD replaces characters that UTF-8 cannot encode.
+/// Empty when the topic is longer than 16 MiB.
 std::string MakeConnectRequest(std::wstring_view topic);
 
-/// Execute with `text`, and the Disconnect that follows it.
+/// Encodes Execute with `text`, followed by Disconnect.
 std::string MakeExecuteRequest(std::wstring_view text);
 
-/// Assembles a client's messages from the pieces in which they arrive. Memory grows with what has
-/// arrived, not with what is announced; topics are counted and dropped.
+/// Assembles the messages of a client from the parts in which they arrive. Allocates memory for the
+/// data that has arrived, not for the announced size. Counts the bytes of a topic, but does not
+/// store them.
 class MessageParser {
 public:
     enum class Message { Incomplete, Topic, Execute, Disconnect, Broken };
 
-    /// Takes bytes from the front of `bytes` until a message is complete or none are left. Not
-    /// called again after a broken message.
+    /// Removes bytes from the front of `bytes` until a message is complete or `bytes` is empty.
+    /// Must not be called after a broken message.
     Message Take(std::string_view& bytes);
 
     /// Whether the client still has to send the rest of a message, or its topic.
     bool IsExpecting() const { return m_isTopicMissing || !m_header.empty(); }
 
-    /// Moves out the data of the Execute that Take() completed. Aligned for every type.
+    /// Moves out the data of the Execute message that Take() completed. It is aligned for every
+    /// type.
     std::vector<char> TakeData();
 
     /// The format of that data.
@@ -57,9 +60,9 @@ private:
     Message Complete();
 
     bool m_isTopicMissing = true;
-    std::string m_header; // of the message that has begun
+    std::string m_header; // of the message that is arriving
     bool m_isHeaderComplete = false;
-    std::size_t m_missing = 0; // bytes of topic or data that have not arrived
+    std::size_t m_missing = 0; // bytes of the topic or the data that have not arrived
     std::vector<char> m_data;
     unsigned char m_format = 0;
 };

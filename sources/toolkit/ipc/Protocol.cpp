@@ -17,10 +17,11 @@ constexpr char c_disconnect = 11;
 constexpr std::size_t c_formatOffset = 1;
 constexpr std::size_t c_sizeLength = 4;
 
-// In bytes. Our client's topic is its message, so this limits the UTF-8 form of every message.
+// In bytes. The topic of an IPCClient is its message, so this also limits every message, encoded as
+// UTF-8.
 constexpr std::size_t c_longestTopic = std::size_t{16} << 20;
 
-// As many wide characters as such a topic may have, and a null character.
+// In bytes: the most wide characters that such a topic can encode, and a null character.
 constexpr std::size_t c_longestData = (c_longestTopic + 1) * sizeof(wchar_t);
 
 // The path in a socket address ends with a null byte.
@@ -49,8 +50,7 @@ bool IsNumber(const std::wstring& text)
                        [](wchar_t character) { return character >= L'0' && character <= L'9'; });
 }
 
-// Ends before a character of which only the first bytes would fit: macOS refuses names that are not
-// UTF-8.
+// Never cuts a UTF-8 character in two: macOS rejects names that are not UTF-8.
 std::string Shorten(const std::string& path)
 {
     std::size_t longest = c_longestPath;
@@ -74,7 +74,8 @@ std::wstring ReplaceUnencodable(std::wstring_view text)
 std::string MakeSocketPath(const std::wstring& service)
 {
     // wxWidgets treats a number as a port, which would be open to the network. A null character
-    // would end the path early; a leading one would even make an address without permissions.
+    // would end the path early; as the first character, it would even name an abstract socket,
+    // which has no permissions.
     std::string path;
     if (service.empty() || IsNumber(service) || service.find(L'\0') != std::wstring::npos ||
         !Base::AppendEncodedUtf8(path, service.data(), service.size()))
@@ -166,7 +167,7 @@ MessageParser::Message MessageParser::TakePayload(std::string_view& bytes)
     return m_missing == 0 ? Complete() : Message::Incomplete;
 }
 
-// Doubles the capacity as it fills up, but takes no more than the announced size needs.
+// Doubles the capacity when it is full, but never beyond the announced size.
 void MessageParser::Store(std::string_view bytes)
 {
     const std::size_t needed = m_data.size() + bytes.size();

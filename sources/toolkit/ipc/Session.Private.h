@@ -22,22 +22,23 @@ class Session {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Limits count ticks of the loop that serves the session: while the loop is busy elsewhere,
-    /// the client can make no progress.
+    /// The unit of time limits. Ticks are counted by the loop that serves the session: while the
+    /// loop is busy elsewhere, the client can make no progress, and no time passes.
     static constexpr std::chrono::milliseconds c_tick{250};
 
-    /// Talks through `socket` and calls `execute` with each message. `execute` must outlive the
-    /// session.
+    /// Talks to the client on `socket` and calls `execute` with each message. `execute` must
+    /// outlive the session.
     Session(Base::FileDescriptor socket, const Execute& execute);
 
-    /// Reads what has arrived, to the end of a message, and acts on it; false when the session has
-    /// ended. Not called while the session is busy.
+    /// Reads what has arrived, up to the end of a message, and acts on it; false when the session
+    /// has ended. Not called while the session is busy.
     bool Read();
 
-    /// Whether the program is working on one of its messages, perhaps in a loop of its own.
+    /// Whether the program is handling a message of this session, perhaps in an event loop of its
+    /// own.
     bool IsBusy() const { return m_isBusy; }
 
-    /// Whether the socket is not being watched for now.
+    /// Whether the socket is temporarily not watched.
     bool IsSetAside() const { return m_isSetAside; }
     void SetAside(bool isSetAside) { m_isSetAside = isSetAside; }
 
@@ -46,7 +47,7 @@ public:
     /// Whether a message has made no progress for 2 seconds or is not complete after 30.
     bool IsOverdue() const;
 
-    /// Whether nothing has arrived for a moment, so that the session may make room for another.
+    /// Whether nothing has arrived for two ticks, so that the session may make room for another.
     bool IsSilent() const;
 
     /// When the last bytes arrived.
@@ -67,18 +68,19 @@ private:
     bool m_isSetAside = false;
 };
 
-/// Listens for clients and serves all of them. Knows no event loop: the caller calls
-/// ServeReadable() when the one descriptor is readable. That call may be nested, by a loop that
-/// `execute` runs.
+/// Listens for clients and serves all of them. Independent of the event loop: the caller calls
+/// ServeReadable() whenever Descriptor() is readable. Calls may nest, in a loop that `execute`
+/// runs.
 class Sessions {
 public:
     /// Serves at most `mostSessions` clients at once.
     Sessions(std::size_t mostSessions, Execute execute);
 
-    /// Begins to listen. Called once; false when the file `path` cannot be made.
+    /// Starts to listen. Called once; false when that fails, for example because `path` cannot be
+    /// created.
     bool Listen(const std::string& path);
 
-    /// Whether clients that look for the file find this server.
+    /// Whether clients that connect to the file reach this server.
     bool AreReachable() const { return m_listener.IsInPlace(); }
 
     /// False in a forked child.
@@ -108,7 +110,7 @@ private:
     SocketFile m_listener;
     SocketSet m_sockets;
     std::map<int, Session> m_sessions; // by descriptor
-    bool m_isPaused = false;           // accepting, until there is room again
+    bool m_isPaused = false;           // accepting clients, until there is room
     bool m_isTicking = false;
 };
 

@@ -37,8 +37,8 @@ Session::Session(Base::FileDescriptor socket, const Execute& execute)
 
 bool Session::Read()
 {
-    // To the end of a message that has begun: otherwise a shorter one, sent later by another
-    // client, would be complete earlier.
+    // Reads to the end of a message that has begun: otherwise a shorter message that another client
+    // sends later would be complete first.
     do {
         char buffer[c_mostAtOnce];
         const ssize_t count = Receive(m_socket, buffer, sizeof buffer);
@@ -111,7 +111,7 @@ bool Sessions::Listen(const std::string& path)
 
 void Sessions::ServeReadable()
 {
-    // Out of memory: what is still readable is reported again.
+    // When out of memory: sockets that are still readable are reported again.
     static_cast<void>(Base::Completes([&] {
         for (const int descriptor : m_sockets.TakeReadable()) {
             if (descriptor == SocketSet::c_tick)
@@ -143,11 +143,11 @@ bool Sessions::AcceptOne()
         }
     }
     Base::FileDescriptor socket = AcceptClient(m_listener.Socket());
-    // Without descriptors accept() fails even if no client waits.
+    // With no descriptors left, accept() fails even if no client is waiting.
     if (!socket.IsOpen() && IsOutOfResources(errno) && HasWaitingClient(m_listener.Socket())) {
         if (MakeRoom())
             socket = AcceptClient(m_listener.Socket());
-        // The loop would report the same client again and again.
+        // Otherwise the loop would report the same client again and again.
         if (!socket.IsOpen())
             PauseAccepting();
     }
@@ -162,7 +162,7 @@ void Sessions::Open(Base::FileDescriptor socket)
     const int descriptor = socket.Get();
     if (!IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
         return;
-    // Its turn comes after the clients whose messages are already waiting.
+    // Does not read yet: the clients whose messages are already waiting come first.
     m_sessions.try_emplace(descriptor, std::move(socket), m_execute);
     StartTicking();
 }
@@ -200,7 +200,7 @@ void Sessions::ResumeAccepting()
     m_isPaused = !m_sockets.Add(m_listener.Socket().Get());
 }
 
-// True while the session goes on.
+// False when the session has ended, now or earlier.
 bool Sessions::Serve(int descriptor)
 {
     const auto found = m_sessions.find(descriptor);
@@ -208,8 +208,8 @@ bool Sessions::Serve(int descriptor)
         return false;
     Session& session = found->second;
     if (session.IsBusy()) {
-        // This is a loop inside a listener. It must not spin because of data that wait for the
-        // listener to return.
+        // A listener runs this loop. It must not spin on data that stays unread until the listener
+        // returns.
         session.SetAside(m_sockets.Remove(descriptor));
         return true;
     }

@@ -29,8 +29,8 @@ Base::FileDescriptor CreateSocket()
 
 bool RestrictToOwner(const Base::FileDescriptor& socket)
 {
-    // The file that bind() makes gets the mode of its socket. The process's umask, which could do
-    // the same, belongs to other threads too.
+    // bind() creates the file with the mode of its socket. Setting the umask would do the same, but
+    // it applies to every thread.
     return ::fchmod(socket.Get(), S_IRUSR | S_IWUSR) == 0;
 }
 

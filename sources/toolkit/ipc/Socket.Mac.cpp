@@ -35,7 +35,7 @@ Base::FileDescriptor CreateSocket()
 
 bool RestrictToOwner(const Base::FileDescriptor&)
 {
-    // A socket has no mode before it has a file: IsPeerOfThisUser() decides.
+    // A socket has no mode until it has a file. IsPeerOfThisUser() keeps other users out instead.
     return true;
 }
 

@@ -8,13 +8,13 @@
 #include <sys/types.h>
 #include <vector>
 
-/// Stream sockets between processes of one machine. Their addresses are the paths of files.
+/// Stream sockets between processes of one machine. Their addresses are file paths.
 ///
-/// Functions return what the system call of the same purpose returns, with the reason in `errno`.
-/// None raises a signal.
+/// On failure, functions return what the corresponding system call returns, with the reason in
+/// `errno`. None raises a signal.
 namespace Toolkit::Ipc {
 
-/// A socket that blocks. Programs that are started do not inherit it.
+/// Creates a blocking socket, which started programs do not inherit.
 Base::FileDescriptor CreateSocket();
 
 bool SetBlocking(const Base::FileDescriptor& socket, bool blocks);
@@ -23,17 +23,16 @@ bool SetBlocking(const Base::FileDescriptor& socket, bool blocks);
 /// socket will be bound.
 bool RestrictToOwner(const Base::FileDescriptor& socket);
 
-/// Connects to the socket file `path`, which has to be this user's own: neither a symbolic link nor
-/// the file of another user.
+/// Connects to the socket file `path`, which must be a socket of this user, not a symbolic link.
 bool ConnectToOwn(const Base::FileDescriptor& socket, const std::string& path);
 
-/// Whether AcceptClient() would find a client.
+/// Whether a client is waiting for AcceptClient().
 bool HasWaitingClient(const Base::FileDescriptor& listener);
 
-/// The connection of the next client, which does not block.
+/// Accepts the next client. The returned socket does not block.
 Base::FileDescriptor AcceptClient(const Base::FileDescriptor& listener);
 
-/// Sends or receives what can be sent or received at once.
+/// Sends or receives as many bytes as possible without waiting.
 ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length);
 ssize_t Receive(const Base::FileDescriptor& socket, char* bytes, std::size_t length);
 
@@ -50,11 +49,11 @@ public:
     SocketFile(const SocketFile&) = delete;
     SocketFile& operator=(const SocketFile&) = delete;
 
-    /// Makes the file and listens. Called once. Replaces a socket file of this user to which nobody
-    /// listens any more; false when anything else is in its place.
+    /// Creates the file and listens. Called once. Replaces a socket file of this user on which no
+    /// process listens any more; false if anything else is at `path`.
     bool Listen(const std::string& path);
 
-    /// Whether the file is still the one that was made.
+    /// Whether the file at the path is still the one that Listen() created.
     bool IsInPlace() const;
 
     /// False in a forked child.
@@ -69,44 +68,43 @@ private:
     Base::FileDescriptor m_directory;
     std::string m_name; // in m_directory, even if the working directory changes
     Base::FileDescriptor m_socket;
-    Base::OwnDescriptor
-        m_ownSocket; // no client waits for a forked child when this process has ended
+    Base::OwnDescriptor m_ownSocket; // a forked child does not keep the socket listening
     dev_t m_device = 0;
-    ino_t m_inode = 0; // 0 while no file was made
+    ino_t m_inode = 0; // 0 until the file is created
     pid_t m_process = 0;
 };
 
 /// Sockets that may become readable, and a clock that ticks. The set has a descriptor of its own,
-/// which is readable when one of them is or the clock has ticked, so that an event loop watches
-/// only one.
+/// which is readable when a socket is or when the clock has ticked, so that an event loop watches
+/// only one descriptor.
 class SocketSet {
 public:
-    /// Means the clock in a list of descriptors.
+    /// Represents the clock in a list of descriptors.
     static constexpr int c_tick = -1;
 
     SocketSet();
 
-    /// False when the system has no descriptors for it.
+    /// False when the system had no descriptors left for the set.
     bool IsUsable() const;
 
     /// The set's own descriptor.
     int Get() const { return m_file.Get(); }
 
-    /// Adds or removes a socket by its descriptor; false when the system cannot.
+    /// Adds or removes a socket by its descriptor; false on failure.
     bool Add(int socket);
     bool Remove(int socket);
 
-    /// Lets the clock tick every `intervalMs` milliseconds; 0 stops it.
+    /// Makes the clock tick every `intervalMs` milliseconds; 0 stops it.
     void SetTicking(unsigned int intervalMs);
 
-    /// The descriptors that are readable now, in the order in which they became readable, and only
-    /// some of them when there are many; `c_tick` once when the clock has ticked since the last
-    /// call, however often.
+    /// Returns the descriptors that are readable now, at most 32, in the order in which they became
+    /// readable. `c_tick` is among them once if the clock has ticked since the last call, however
+    /// often.
     std::vector<int> TakeReadable();
 
 private:
     Base::FileDescriptor m_file;
-    Base::FileDescriptor m_clock; // where the system has a descriptor for it
+    Base::FileDescriptor m_clock; // only on systems whose clock has a descriptor
 };
 
 } // namespace Toolkit::Ipc

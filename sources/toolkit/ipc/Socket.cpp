@@ -19,7 +19,7 @@ namespace {
 constexpr std::chrono::seconds c_longestTakeOver{2};
 constexpr std::chrono::milliseconds c_retryInterval{10};
 
-// False for a path that does not fit.
+// False for a path that is empty or too long.
 bool SetPath(sockaddr_un& address, const std::string& path)
 {
     if (path.empty() || path.size() >= sizeof address.sun_path) {
@@ -70,7 +70,7 @@ Base::FileDescriptor OpenDirectory(const std::string& path)
     return Base::FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-// A server that is too busy to accept is alive too.
+// Whether a server listens. Includes one that is too busy to accept, and any case of doubt.
 bool IsServed(const std::string& path)
 {
     const Base::FileDescriptor socket = CreateSocket();
@@ -79,11 +79,11 @@ bool IsServed(const std::string& path)
     return Connect(socket, path) || (errno != ECONNREFUSED && errno != ENOENT);
 }
 
-// Held by the one server that may look at a socket file and replace it: a second one would treat
-// the new file, to which nobody listens yet, as one that a crash has left.
+// Held by the one server that may examine a socket file and replace it. Without the lock, a second
+// server would treat the new file, on which nobody listens yet, as left by a crash.
 //
-// The lock is a file beside the socket, which is removed before the lock is released. The next
-// server uses, and removes, a file that a crash has left.
+// The lock is a file beside the socket, which is removed before the lock is released. A file that a
+// crash left is used, and then removed, by the next server.
 class TakeOverLock {
 public:
     TakeOverLock(const Base::FileDescriptor& directory, const std::string& socketName)
@@ -95,8 +95,8 @@ public:
     TakeOverLock(const TakeOverLock&) = delete;
     TakeOverLock& operator=(const TakeOverLock&) = delete;
 
-    // False when another server does not end in time. True without a lock when none can be had,
-    // because another user's file has its name, for instance.
+    // False when another server does not release the lock in time. True without a lock when the
+    // lock cannot be had, for example because another user has a file of that name.
     bool Wait();
 
 private:
@@ -132,14 +132,14 @@ TakeOverLock::State TakeOverLock::Take()
                                        O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
                                        S_IRUSR | S_IWUSR));
     struct stat opened {};
-    // Only an empty file that nobody else can open is a lock.
+    // Only an empty file that no other user can open is a lock.
     if (!file.IsOpen() || ::fstat(file.Get(), &opened) != 0 || !S_ISREG(opened.st_mode) ||
         opened.st_uid != ::geteuid() || (opened.st_mode & (S_IRWXG | S_IRWXO)) != 0 ||
         opened.st_size != 0)
         return State::Unavailable;
     if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0)
         return errno == EWOULDBLOCK ? State::HeldElsewhere : State::Unavailable;
-    // Its last owner may have removed it meanwhile.
+    // The previous holder may have removed the file in the meantime.
     struct stat named {};
     if (::fstatat(m_directory.Get(), m_name.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0 ||
         !IsSameFile(opened, named))
@@ -152,8 +152,8 @@ TakeOverLock::State TakeOverLock::Take()
 
 bool ConnectToOwn(const Base::FileDescriptor& socket, const std::string& path)
 {
-    // connect() follows links. A stranger can put one in the place of a file that has gone, but
-    // cannot put that same file back.
+    // connect() follows symbolic links, so the file is checked before and after. Another user can
+    // put a link in place of a file that has been removed, but cannot put that same file back.
     struct stat before {};
     struct stat after {};
     if (!FindOwnSocket(path, before) || !Connect(socket, path) || !FindOwnSocket(path, after))
@@ -181,8 +181,8 @@ bool SetBlocking(const Base::FileDescriptor& socket, bool blocks)
 
 SocketFile::~SocketFile()
 {
-    // No other server replaces the file while this one listens: the file that IsInPlace() has seen
-    // is the one that is removed.
+    // No other server replaces the file while this one listens, so the file that IsInPlace() has
+    // checked is the one that is removed.
     if (IsOfThisProcess() && IsInPlace())
         ::unlinkat(m_directory.Get(), m_name.c_str(), 0);
 }
