@@ -31,7 +31,7 @@ std::size_t GetPageSize()
     return pageSize;
 }
 
-// The same name before and after the library is started.
+// Returns the same name before and after the library is started.
 TString<wchar_t> GetApplicationName()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
@@ -43,19 +43,19 @@ TString<wchar_t> GetApplicationName()
     TString<wchar_t> extension;
     const TString<wchar_t> executable = Base::GetExecutablePath();
     PathManager::SplitPath(executable, volume, directory, name, extension);
-    if (name.empty() && !executable.empty()) // SplitPath() is out of memory
+    if (name.empty() && !executable.empty()) // SplitPath() ran out of memory
         throw std::bad_alloc();
     return name;
 }
 
-// With a separator at its end.
+// Returns the path with a separator at its end.
 TString<wchar_t> FindLogDirectory()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     if (!paths.IsValid())
         return L"/tmp/";
     TString<wchar_t> directory = paths->GetTempDir();
-    // GetTempDir() is out of memory. Without this the log would be in the root directory.
+    // GetTempDir() ran out of memory. Without this check the log would be in the root directory.
     if (directory.empty())
         throw std::bad_alloc();
     directory += paths->GetPathSeparator();
@@ -78,15 +78,16 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
 
 FileLogger::~FileLogger()
 {
-    // In a forked child the thread does not run, and a lock that it held would stay locked.
+    // A forked child does not have the writer thread, and a lock that the thread held at the fork
+    // stays locked.
     if (!IsRunning())
         return;
     m_stopEvent->Signal();
     Wait();
 }
 
-// A logger that another thread holds when the process ends is never destroyed. Threads may go on
-// logging to it, so it gets no more time than an orderly end takes.
+// Ends the writer thread of a logger that is never destroyed, because another thread still owns it
+// when the process ends. Threads may go on logging to it, so the wait is limited.
 void FileLogger::EndAtUnload()
 {
     constexpr std::chrono::seconds longestEnd(2);
@@ -101,9 +102,9 @@ void FileLogger::EndAtUnload()
 
 void FileLogger::Write(const TString<wchar_t>& text)
 {
-    // It reports no errors: text that does not fit into memory is lost.
+    // Write() reports no errors: text that does not fit into memory is lost.
     static_cast<void>(Base::Completes([&] {
-        // The first of several queued pieces has signalled already.
+        // When the queue was not empty, an earlier piece of text has already signalled.
         if (m_queue->Put(text))
             m_dataEvent->Signal();
     }));
@@ -136,7 +137,7 @@ int FileLogger::DoWork()
     bool hadText = false;
     while (WaitForData(hadText)) {
         hadText = Drain(batch);
-        // Memory is kept from batch to batch as long as text comes.
+        // Keeps the memory from batch to batch while text keeps coming.
         if (!hadText)
             batch.Release();
         WrapAround();
@@ -149,8 +150,8 @@ int FileLogger::DoWork()
 bool FileLogger::OpenFile()
 {
     bool isOpen = OpenOwnName();
-    // Not preceded by a wait: a logger stopped while another process has its file still writes
-    // its queue.
+    // Tried before the wait for a stop: a logger stopped while another process uses its file still
+    // writes its queue to a fallback file.
     if (!isOpen && m_file->IsInUse())
         isOpen = OpenFallback();
     while (!isOpen) {
@@ -180,7 +181,7 @@ bool FileLogger::OpenFallback()
     });
 }
 
-// Out of memory is a failure like any other: the next attempt may succeed.
+// Running out of memory is a failure like any other: the next attempt may succeed.
 bool FileLogger::Open(const TString<wchar_t>& suffix)
 {
     return Base::TryOr(false, [this, &suffix] {

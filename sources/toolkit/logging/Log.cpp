@@ -7,8 +7,8 @@ namespace Toolkit {
 ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
 {
     ILogger& logger = ILogger::GetLogger() << SetSeverity(severity);
-    // Reading the time takes longer than everything else, so a line that is filtered out does not
-    // read it.
+    // Reading the time takes longer than everything else, so it is not read for a line that is
+    // filtered out.
     if (logger.IsFilteredOut())
         return logger;
     return logger << severity << ILogger::c_strLogToken1 << Base::GetTickCount()

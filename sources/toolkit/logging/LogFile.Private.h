@@ -12,24 +12,25 @@ namespace Toolkit {
 
 /// The file of a `FileLogger`, in a directory that other users write to.
 ///
-/// Nothing is buffered: what was written is in the file when the process is killed.
+/// Nothing is buffered: what was written is in the file even if the process is killed.
 class LogFile {
 public:
     /// Creates or empties the file `path`, given in UTF-8, and makes it readable by its owner only.
     /// The file is locked for this process until it is closed.
     ///
-    /// False when it is not a regular file of this user under a single name, or when another
-    /// process has locked it; it stays as it is then. A symbolic link is never followed.
+    /// False when the path is not a regular file of this user with a single name, or when another
+    /// process has locked the file, which is then unchanged. Never follows a symbolic link.
     bool Open(const std::string& path);
 
     /// Whether the last `Open` failed because of another process's lock.
     bool IsInUse() const { return m_isInUse; }
 
-    /// The position in bytes at which the next write begins. Moves to the end of a file that
-    /// somebody has truncated meanwhile: writing on at the old position would leave a hole.
+    /// Returns the position in bytes at which the next write begins. Moves to the end of a file
+    /// that has been truncated in the meantime: writing at the old position would leave a hole.
     long long FindPosition();
 
-    /// False when the system takes no more; part of the bytes may be in the file then.
+    /// Writes at the current position. False when the system does not accept all bytes; some of
+    /// them may be in the file.
     bool Write(const char* bytes, std::size_t length);
 
     /// Moves to the beginning of the file.
@@ -42,7 +43,7 @@ private:
     void MoveTo(long long offset, int origin);
 
     Base::FileDescriptor m_file;
-    Base::OwnDescriptor m_ownFile; // what a forked child does is not in the file
+    Base::OwnDescriptor m_ownFile; // keeps what a forked child writes out of the file
     std::optional<Base::FileLock> m_lock;
     bool m_isInUse = false;
     long long m_position = 0;

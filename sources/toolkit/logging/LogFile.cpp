@@ -44,7 +44,8 @@ bool LogFile::Lock(const Base::FileDescriptor& file)
 {
     m_lock.emplace(file.Duplicate());
     m_isInUse = m_lock->GetState() == Base::FileLock::State::HeldElsewhere;
-    // The process that held the lock may have removed the file before it released the lock.
+    // The process that held the lock may have removed the file before it released the lock. The
+    // next attempt then creates a new one.
     if (!m_isInUse && IsOwnFile(file))
         return true;
     m_isInUse = true;

@@ -12,14 +12,14 @@ namespace Toolkit {
 /// The queue between the threads that log and the writer thread. Any thread may call the
 /// operations.
 ///
-/// A forked child has no writer thread, and another thread of its parent may have held the lock:
-/// the child's copy takes no lock and drops its pieces.
+/// A forked child has no writer thread, and another thread of its parent may have held the lock: in
+/// the child, Put() drops the text without locking.
 ///
 /// `LogLine`: with a `Mutex`, which is recursive, a line takes a quarter longer.
 class LogInbox {
 public:
-    /// True when the inbox was empty before. Throws `std::bad_alloc` and changes nothing when out
-    /// of memory.
+    /// Adds `piece`. True when the inbox was empty before. Throws `std::bad_alloc` and changes
+    /// nothing when out of memory.
     bool Put(std::wstring_view piece)
     {
         if (m_forks != Base::CountForks())

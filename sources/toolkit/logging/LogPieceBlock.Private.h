@@ -6,7 +6,7 @@
 
 namespace Toolkit {
 
-/// Collects pieces of log text, as UTF-8, into a block that is written to the file at once.
+/// Collects pieces of log text, as UTF-8, in a block that is written to the file at once.
 ///
 /// A process killed during a write leaves what the kernel has copied so far, and the kernel checks
 /// for the signal only between two pages of the file: the part of a write that lies in one page is
@@ -18,12 +18,12 @@ class LogPieceBlock {
 public:
     explicit LogPieceBlock(std::size_t pageSize);
 
-    /// Empties the block, which will be written at `offset` of the file.
+    /// Empties the block, which will be written at `offset` in the file.
     void Begin(long long offset);
 
-    /// False when `piece` does not fit: write the block first. The first piece always fits. A piece
-    /// that has no UTF-8 form or does not fit into memory is left out. The bytes of a narrow piece
-    /// are characters up to U+00FF.
+    /// Appends `piece`; false when it does not fit, and the block must be written first. The first
+    /// piece always fits. Leaves out a piece that UTF-8 cannot encode or that does not fit into
+    /// memory. The bytes of a narrow piece are characters up to U+00FF.
     bool Append(std::wstring_view piece);
     bool Append(std::string_view piece);
 
@@ -35,7 +35,7 @@ private:
     bool KeepFrom(std::size_t oldSize);
 
     std::size_t m_pageSize;
-    std::size_t m_pageOffset = 0; // where in its page the block begins
+    std::size_t m_pageOffset = 0; // of the beginning of the block
     std::size_t m_limit = 0;      // largest size of the block; set by the first piece
     std::string m_bytes;
 };

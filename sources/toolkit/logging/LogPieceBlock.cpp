@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-// As AppendEncodedUtf8(), for characters up to U+00FF.
+// Like AppendEncodedUtf8(), for characters up to U+00FF.
 void AppendEncoded(std::string& bytes, std::string_view piece)
 {
     for (std::size_t at = 0; at < piece.size();) {

@@ -12,7 +12,7 @@ namespace Toolkit {
 /// characters, it takes four times the memory.
 class LogPieceChunk {
 public:
-    /// How many bytes `piece` takes at most.
+    /// Returns the most bytes that `piece` can need in a chunk.
     static std::size_t MeasurePiece(std::wstring_view piece);
 
     /// Throws `std::bad_alloc` when out of memory.
@@ -20,7 +20,7 @@ public:
 
     std::size_t GetCapacity() const { return m_capacity; }
 
-    /// False when there is no room for `piece`.
+    /// Appends `piece`; false when there is no room for it.
     bool Append(std::wstring_view piece);
 
     void Clear() { m_size = 0; }
@@ -50,7 +50,7 @@ private:
     bool AppendBytes(std::wstring_view piece);
     void AppendWide(std::wstring_view piece);
 
-    // Each moves `at` to the next piece.
+    // Each returns the piece at `at` and moves `at` to the next one.
     static std::string_view ReadBytes(const unsigned char*& at);
     static std::wstring_view ReadWide(const unsigned char*& at);
 

@@ -12,7 +12,8 @@ using Character = std::make_unsigned_t<wchar_t>;
 
 constexpr Character c_largestByte = 0xFF;
 
-// The next address at which wide characters may begin. Chunks begin at such addresses too.
+// Returns the next address at which wide characters may begin. Every chunk begins at such an
+// address.
 template <typename Byte>
 Byte* AlignForWide(Byte* at)
 {
@@ -42,7 +43,7 @@ std::size_t LogPieceChunk::MeasurePiece(std::wstring_view piece)
     return c_largestOverhead + piece.size() * (isBytes ? 1 : sizeof(wchar_t));
 }
 
-// Not zeroed: the memory is touched when it is needed.
+// Not zeroed, so that the system provides each page only when it is needed.
 LogPieceChunk::LogPieceChunk(std::size_t capacity)
     : m_bytes(new unsigned char[capacity]), m_capacity(capacity)
 {

@@ -8,7 +8,7 @@
 
 namespace Toolkit {
 
-/// Pieces of log text in the order in which they came.
+/// Pieces of log text, in the order of their arrival.
 ///
 /// They are stored in chunks that are reused: while the queue is emptied as fast as it is filled, a
 /// piece costs a copy and no allocation.
@@ -28,7 +28,7 @@ public:
     /// Exchanges the pieces and the spare chunks.
     void Swap(LogPieceQueue& other) noexcept;
 
-    /// Calls `visit` with each piece, in order, as `LogPieceChunk::ForEach` does.
+    /// Calls `visit` with each piece, in order, as `LogPieceChunk::VisitPieces` does.
     template <typename Visitor>
     void VisitPieces(Visitor visit) const
     {
@@ -36,7 +36,7 @@ public:
             m_chunks[i].VisitPieces(visit);
     }
 
-    /// Removes the pieces and keeps up to 256 chunks for later ones.
+    /// Removes the pieces, but keeps up to 256 chunks for later ones.
     void Clear();
 
     /// Removes the pieces and frees the chunks.

@@ -23,7 +23,7 @@ void LogPieceQueue::Push(std::wstring_view piece)
     ++m_used;
 }
 
-// The first spare chunk, made large enough for `capacity` bytes.
+// Returns the first spare chunk, with room for at least `capacity` bytes. Allocates it when needed.
 LogPieceChunk& LogPieceQueue::GetNextChunk(std::size_t capacity)
 {
     if (m_used == m_chunks.size())
@@ -41,7 +41,7 @@ void LogPieceQueue::Swap(LogPieceQueue& other) noexcept
 
 void LogPieceQueue::Clear()
 {
-    // A chunk made for a long piece is not kept.
+    // A chunk allocated for a long piece is not kept.
     std::erase_if(m_chunks,
                   [](const LogPieceChunk& chunk) { return chunk.GetCapacity() > c_chunkSize; });
     if (m_chunks.size() > c_keptChunks)

@@ -1,5 +1,5 @@
-// The process-wide logger. In a source of its own, so that ILogger does not depend on NullLogger,
-// which derives from it.
+// The process-wide logger. In a source file of its own, so that ILogger does not depend on
+// NullLogger, which derives from it.
 #include "toolkit/base/Fork.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
@@ -13,12 +13,12 @@ namespace Toolkit {
 namespace {
 
 // ForkLocks::s_processLogger is held while the pointer to the logger is copied or changed, never
-// while a logger is destroyed: a logger's destructor may wait until no more text comes, so the
-// logger must be unreachable by then.
+// while a logger is destroyed: the destructor of a logger may wait until no more text arrives, so
+// no thread may still find the logger then.
 
-// Read once: other threads may log while the logger is released. Pairs with the release store of
-// ReleaseInstance(): a thread that reads null sees everything done before it. libc++ has no
-// std::atomic_ref.
+// Reads the pointer once, because other threads may log while the logger is released. Pairs with
+// the release store of ReleaseInstance(): a thread that reads null sees everything done before that
+// store. A builtin, because libc++ has no std::atomic_ref.
 smart_ptr<ILogger>* LoadCurrent()
 {
     return __atomic_load_n(&ILogger::s_pInstance, __ATOMIC_ACQUIRE);
@@ -59,7 +59,7 @@ ILogger& ILogger::GetLogger()
     ILogger* const logger = current ? current->Get() : nullptr;
     if (logger)
         return *logger;
-    // Never destroyed: what logs while the process ends must find it. Not on the heap, which may
+    // Never destroyed, because code may log until the process has ended. Not on the heap, which may
     // have no room.
     alignas(NullLogger) static unsigned char storage[sizeof(NullLogger)];
     static ILogger* const discarding = new (storage) NullLogger();

@@ -5,7 +5,7 @@
 namespace Toolkit {
 
 /// Writes `text` to the wide standard output, as `ConsoleLogger` describes. The output stays usable
-/// whatever the text holds.
+/// whatever `text` contains.
 void WriteToWideOutput(const std::wstring& text);
 
 } // namespace Toolkit

@@ -22,8 +22,8 @@ bool IsAscii(const std::wstring& text)
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
 }
 
-// A file buffer converts a character after it has accepted it, and never gets rid of one that it
-// cannot convert.
+// Whether `buffer` can convert `character`. A std::wfilebuf converts a character only after it has
+// accepted it, and never gets rid of one that it cannot convert.
 bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
 {
     using Converter = std::codecvt<wchar_t, char, std::mbstate_t>;
@@ -39,7 +39,8 @@ bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
                                                  bytes + sizeof bytes, to) == Converter::ok;
 }
 
-// A stream that meets a character it cannot write refuses everything after it.
+// Writes "?" for a character that the stream cannot write. After such a character the stream
+// refuses everything until its state is cleared.
 void WriteCharacter(wchar_t character)
 {
     if (CanConvert(std::wcout.rdbuf(), character) && std::wcout.put(character))
@@ -56,8 +57,8 @@ void Insert(const std::wstring& text)
         std::for_each(text.begin(), text.end(), WriteCharacter);
 }
 
-// The C library refuses wide text on a stdout that has carried bytes, and would refuse bytes after
-// wide text.
+// Whether stdout has carried bytes. The C library then refuses wide text on it, and would refuse
+// bytes after wide text.
 bool CarriesBytes()
 {
     return std::wcout.rdbuf() == s_startBuffer && std::fwide(stdout, 0) < 0;
@@ -92,7 +93,7 @@ void WriteToWideOutput(const std::wstring& text)
         }
         Insert(text);
     } catch (const std::exception&) {
-        // Out of memory, or the program asked the stream to throw: a logger reports nothing.
+        // Out of memory, or the program asked the stream to throw. A logger reports no errors.
     }
     // Without a buffer the state stays bad, and clear() may throw.
     if (std::wcout.rdbuf())
