@@ -13,11 +13,11 @@
 namespace Toolkit {
 namespace {
 
-// The process that last made or started a registry.
+// The fork count of the process that last created or started a registry.
 std::atomic<unsigned int> s_forks{0};
 
 // True in a forked child for a lock that another thread of its parent held: the child does not have
-// that thread. What a child releases at its end must not wait for it.
+// that thread. A child that releases modules must not wait for it.
 bool IsLockedForever(Mutex& mutex)
 {
     if (s_forks == Base::CountForks())
@@ -31,7 +31,7 @@ bool IsLockedForever(Mutex& mutex)
 // Keeps the first exception that a callback throws, so that the other callbacks still run.
 class FirstThrown {
 public:
-    // Not checked: the lock that `callback` requires has another name here.
+    // Not checked: Clang does not see that the lock that `callback` requires is held.
     template <typename Callback>
     void Call(Callback callback) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
     {
@@ -55,7 +55,8 @@ private:
 
 } // namespace
 
-// Callbacks may change the list. No entry is erased while a loop over the list runs.
+// Exists while a loop over the list runs. Callbacks may change the list, but entries are only
+// erased when the last loop ends.
 class LibModuleManager::Walk {
 public:
     explicit Walk(LibModuleManager& manager) TOOLKIT_REQUIRES(manager.m_mutex) : m_manager(manager)
@@ -120,13 +121,13 @@ void LibModuleManager::Unregister(LibModule* module)
         return;
     const MutexLocker locker(m_mutex, MutexInternal::Infinite);
     const auto found = Find(module);
-    // A module that is leaving has no registration left to undo.
+    // A module whose count is 0 is being removed already.
     if (found == m_modules.end() || found->count <= 0)
         return;
     if (--found->count > 0)
         return;
     if (m_releasing) {
-        // A module that came back during the release is pending already.
+        // A module that was registered again during the release is already pending.
         const auto removal = std::find(m_removals.begin(), m_removals.end(), found);
         if (removal != m_removals.end())
             m_pendingRemovals.splice(m_pendingRemovals.end(), m_removals, removal);
@@ -155,7 +156,7 @@ void LibModuleManager::Initialize(bool initializeFramework)
     thrown.Rethrow();
 }
 
-// Includes modules that a callback registers.
+// Initializes all modules, including those that a callback registers.
 void LibModuleManager::InitializeModules()
 {
     const Walk walk(*this);
@@ -228,7 +229,7 @@ LibModuleManager* LibModuleManager::GetInstance()
 
 void LibModuleManager::ReleaseInstance()
 {
-    // The list of a registry that stays locked may be half changed.
+    // A registry that stays locked is not deleted: its list may be half changed.
     if (s_pInstance && !IsLockedForever(s_pInstance->m_mutex))
         delete s_pInstance;
     s_pInstance = nullptr;
