@@ -4,17 +4,18 @@
 
 namespace Toolkit {
 
-/// `pattern`, which compiles, with recursion as PCRE 1 has it: what a call such as (?1) has
-/// matched, and a group that refers to itself, is never tried in another way. In PCRE 2 it is,
-/// unless it is in an atomic group.
+/// Rewrites `pattern`, which must compile, so that recursion works as in PCRE 1: the engine never
+/// backtracks into a call such as (?1), or into a group that refers to itself. PCRE 2 does, unless
+/// it is in an atomic group.
 ///
-///     "(a(?1)?b)"   gives "(a(?>(?1))?b)"
-///     "(a|b\1)+"    gives "(?>(a|b\1))+"
+///     "(a(?1)?b)"   becomes "(a(?>(?1))?b)"
+///     "(a|b\1)+"    becomes "(?>(a|b\1))+"
 ///
-/// A pattern that this function does not understand stays as it is.
+/// Returns a pattern that it does not understand unchanged.
 std::string MakeRecursionAtomic(const std::string& pattern);
 
-/// Whether there may be something to do. Most patterns have neither calls nor references.
+/// Whether MakeRecursionAtomic() may change `pattern`. Most patterns have neither calls nor
+/// references.
 bool MayRecurse(const std::string& pattern);
 
 } // namespace Toolkit

@@ -15,12 +15,12 @@ constexpr std::string_view c_digits = "0123456789";
 // Letters of settings such as (?i-x).
 constexpr std::string_view c_settings = "imsxJUX-";
 
-// What follows "(?" of calls and of references by name.
+// The characters after "(?" in calls and in references by name.
 constexpr std::string_view c_callLetters = "R&P+-0123456789";
 
 struct OpenGroup {
     std::size_t begin = 0; // in the output
-    int number = 0;        // 0 for one that does not capture
+    int number = 0;        // 0 for a group that does not capture
     std::string_view name;
     bool refersToItself = false;
     bool wasExtended = false; // before the group
@@ -85,14 +85,14 @@ bool Rewriter::CopyCall(std::size_t length)
     return isKnown;
 }
 
-// The length up to the first `end` from there on; 0 when there is none.
+// Returns the length up to and including the first `end` at or after `from`; 0 when there is none.
 std::size_t Rewriter::MeasureThrough(char end, std::size_t from) const
 {
     const std::size_t place = m_rest.find(end, from);
     return place == std::string_view::npos ? 0 : place + 1;
 }
 
-// With settings for newlines a comment may end elsewhere.
+// Returns 0 when the pattern sets its own newlines, since the comment may then end elsewhere.
 std::size_t Rewriter::MeasureComment() const
 {
     const bool hasOwnNewline =
@@ -135,7 +135,7 @@ bool Rewriter::CopyEscape()
         return CopyReference(2);
     if (m_rest.size() > 1 && m_rest[1] >= '1' && m_rest[1] <= '9')
         return CopyReference(1);
-    // \E alone does nothing, and \c takes any character.
+    // \E alone has no effect. \c includes the next character, whatever that is.
     return Copy(StartsWith("\\c") ? 3 : 2);
 }
 
@@ -204,7 +204,7 @@ bool Rewriter::CopySpecialGroup()
     return length > 0 && Open(length, m_rest.substr(name, length - name - 1), true);
 }
 
-// An assertion as the condition is a group of its own.
+// A condition that is an assertion is a group of its own.
 bool Rewriter::CopyCondition()
 {
     return StartsWith("(?(?") ? Open(2, {}, false) : Open(MeasureThrough(')', 3), {}, false);
@@ -237,7 +237,7 @@ bool Rewriter::Open(std::size_t length, std::string_view name, bool captures)
     return Copy(length);
 }
 
-// In (?|...) the groups of every alternative have the same numbers.
+// In (?|...), every alternative numbers its groups from the same start.
 void Rewriter::BeginAlternative()
 {
     if (m_open.empty() || !m_open.back().resetsNumbers)

@@ -2,13 +2,14 @@
 
 namespace Toolkit {
 
-// A stack of known size, for work on a stack that the system does not know, such as a coroutine's.
+// Runs work on a stack of known size, for callers whose own stack is too small or unknown to the
+// system, such as that of a coroutine.
 
-/// Runs `function` with `argument` on a thread of its own and waits for it; false when there is no
-/// memory for one. The function throws nothing.
+/// Runs `function` with `argument` on a new thread and waits for it; false when the thread cannot
+/// be created. `function` must not throw.
 bool CallOnFreshStack(void (*function)(void*), void* argument);
 
-/// Runs `operation`, which throws nothing, in the same way.
+/// Runs `operation`, which must not throw, in the same way.
 template <typename Operation>
 bool RunOnFreshStack(Operation& operation)
 {

@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-// What a main thread usually has. Only the pages that are used take memory.
+// The usual stack size of a main thread. Only the pages that are used need memory.
 constexpr std::size_t c_size = std::size_t{8} * 1024 * 1024;
 
 struct Work {
@@ -22,7 +22,8 @@ void* RunWork(void* work)
     return nullptr;
 }
 
-// Signals are for the threads that the program knows. A new thread inherits the mask.
+// Blocks all signals for the new thread, which inherits the mask of its creator: the handlers of
+// the program run on its own threads only.
 bool CreateWithoutSignals(pthread_t& thread, const pthread_attr_t& attributes, Work& work)
 {
     sigset_t all;

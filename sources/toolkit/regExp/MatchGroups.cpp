@@ -7,10 +7,10 @@
 namespace Toolkit {
 namespace {
 
-// Only the first two of three offsets are pairs.
+// The first two thirds of the offsets are pairs. The engine uses the rest as workspace.
 constexpr int c_pairCount = MatchResult::c_ovectorSize / 3;
 
-// The bytes before a name.
+// The length in bytes of the group number before a name.
 constexpr int c_numberSize = 2;
 
 void AddGroup(MatchResult& result, int number)
@@ -20,7 +20,8 @@ void AddGroup(MatchResult& result, int number)
     const GroupRange range = GetGroupRange(result, number);
     if (range.IsValid())
         group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
-    // ReadGroups() has reserved the place, so only the pointer can fail; it frees the group then.
+    // ReadGroups() has reserved the capacity, so only the construction of the smart_ptr can fail,
+    // which frees the group.
     result.groups.emplace_back(group.release());
 }
 

@@ -34,10 +34,10 @@ constexpr std::size_t c_compileSpacePerLevel = 800;
 // The engine itself refuses deeper nesting.
 constexpr std::size_t c_deepestNesting = 250;
 
-// The engine's text for the same refusal.
+// The message of the engine for the same refusal.
 constexpr const char* c_tooDeep = "parentheses are too deeply nested (stack check)";
 
-// The stack that the engine may use; the rest is for signal handlers and the like.
+// Returns how many bytes of stack the engine may use; the rest is for signal handlers and the like.
 std::size_t MeasureUsableSpace()
 {
     const std::size_t left = std::min(Base::GetStackSpaceLeft(), c_searchMemory);
@@ -45,7 +45,7 @@ std::size_t MeasureUsableSpace()
     return usable > c_baseSpace ? usable - c_baseSpace : 0;
 }
 
-// The stack for one level of matching; the engine reports it for these arguments.
+// Returns the stack for one level of matching, which the engine reports for these arguments.
 std::size_t AskFrameSize()
 {
     const int size = pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
@@ -65,7 +65,7 @@ bool IsStackEnoughFor(const char* pattern)
            std::min(MeasureNesting(pattern), c_deepestNesting) <= levels;
 }
 
-// The engine counts in int and has a code of its own for a negative length.
+// The engine has lengths of type int, and an error code for a negative one.
 int ToEngineLength(std::size_t length)
 {
     return length <= INT_MAX ? static_cast<int>(length) : -1;

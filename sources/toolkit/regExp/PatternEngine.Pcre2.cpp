@@ -18,7 +18,7 @@
 namespace Toolkit::Pcre {
 namespace {
 
-// PCRE 1's numbers for the options of a search.
+// PCRE 1's error codes for invalid arguments and subjects of a search.
 constexpr int c_badOption = -3;
 constexpr int c_nullArgument = -2;
 constexpr int c_badUtf8Offset = -11;
@@ -28,7 +28,7 @@ constexpr int c_badOffset = -24;
 constexpr int c_shortUtf8 = -25;
 constexpr int c_badLength = -32;
 
-// Faults 1 to 5 are characters that the end of the subject cuts.
+// UTF-8 faults 1 to 5 are characters that the end of the subject cuts off.
 constexpr int c_lastFaultOfAShortText = 5;
 
 struct OptionPair {
@@ -36,7 +36,7 @@ struct OptionPair {
     std::uint32_t pcre2;
 };
 
-// The options of pcre_exec(), and the same of pcre2_match().
+// The options of pcre_exec() and their counterparts in pcre2_match().
 constexpr OptionPair c_options[] = {
     {c_anchored, PCRE2_ANCHORED},    {c_notAtLineBegin, PCRE2_NOTBOL},
     {c_notAtLineEnd, PCRE2_NOTEOL},  {c_notEmpty, PCRE2_NOTEMPTY},
@@ -90,7 +90,7 @@ private:
 
 int Search::Run(Pcre2Pattern& pattern) const
 {
-    // From the beginning on the engine itself checks the whole subject.
+    // In a search from the beginning, the engine itself checks the whole subject.
     if (start == 0)
         return Finish(pattern, pattern.Match(subject, length, 0, TranslateOptions(options)));
     const int fault = CheckSubject(pattern);
@@ -138,7 +138,7 @@ int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
     return isShort ? c_shortUtf8 : ToPcreError(error);
 }
 
-// The engine takes these options when it compiles.
+// PCRE 2 accepts these options only when it compiles, so the pattern is compiled again.
 int RunWithSettings(Pcre2Pattern& pattern, const Search& search)
 {
     if (!AreNewlinesKnown(search.options)) {

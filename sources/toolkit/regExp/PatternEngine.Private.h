@@ -6,8 +6,8 @@
 /// The regular-expression engine. All calls into it go through these functions.
 ///
 /// CMake chooses the source that implements them: PatternEngine.Pcre.cpp or
-/// PatternEngine.Pcre2.cpp. Both give the same results, options and codes, which are those of
-/// PCRE 1. Only the text and the place of a compile error are the engine's own.
+/// PatternEngine.Pcre2.cpp. Both accept the same options and return the same results and codes,
+/// those of PCRE 1. Only the message and the position of a compile error differ.
 ///
 /// Patterns and subjects are UTF-8. Nothing but std::bad_alloc is thrown.
 namespace Toolkit::Pcre {
@@ -27,28 +27,28 @@ constexpr int c_notAtLineEnd = 0x100;
 constexpr int c_notEmpty = 0x400;
 /// The subject is known to be valid, and the start offset not to be inside a character.
 constexpr int c_trusted = 0x2000;
-/// A search that comes to the end of the subject ends with a negative code other than c_noMatch.
+/// A search that reaches the end of the subject returns a negative code other than c_noMatch.
 constexpr int c_partial = 0x08000000;
 
 /// Compiles the null-terminated `pattern`. The caller releases the result with Free().
 ///
-/// Null on a compile error, with a static text and the place in bytes. Nesting that needs more
-/// stack than the thread has left is an error too.
+/// Returns null on a compile error, with a static string in `errorText` and the position in bytes
+/// in `errorOffset`. Nesting that needs more stack than the thread has left is an error, too.
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset);
 
 /// Releases a compiled pattern, which may be null.
 void Free(void* code);
 
-/// Searches the subject from `startOffset` on and fills `offsets` with pairs of begin and end.
+/// Searches the subject from `startOffset` on and fills `offsets` with pairs of start and end.
 ///
-/// Returns the number of pairs set, 0 when there are more than a third of `offsetCount`, or a
-/// negative code. A search that takes too many steps, or more stack than the thread has left, ends
-/// with a code. A compiled pattern serves one search at a time.
+/// Returns the number of pairs set, 0 when `offsets` has no room for all (each pair needs three
+/// numbers), or a negative code. A search that takes too many steps, or more stack than the thread
+/// has left, ends with a negative code. A compiled pattern can be used by one search at a time.
 int Execute(void* code, const char* subject, std::size_t length, std::size_t startOffset,
             int options, int* offsets, int offsetCount);
 
-// The table of group names. Each returns a negative number on failure. An entry is the number of
-// the group in two bytes, the higher one first, and the null-terminated name.
+// Read the table of group names. Each returns a negative number on failure. An entry is the number
+// of the group in two bytes, the higher one first, and the null-terminated name.
 int GetNameCount(const void* code, int& count);
 int GetNameEntrySize(const void* code, int& size);
 int GetNameTable(const void* code, const unsigned char*& table);

@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-// The length of a class such as "[:alpha:]"; 0 for anything else.
+// Returns the length of a class such as "[:alpha:]"; 0 for anything else.
 std::size_t MeasureNamedClass(const char* text)
 {
     if (text[1] != ':')
@@ -36,7 +36,7 @@ std::size_t MeasureSet(const char* text)
 std::size_t MeasureClass(const char* text)
 {
     std::size_t length = text[1] == '^' ? 2 : 1;
-    // There "]" is an ordinary character.
+    // A "]" in first place is an ordinary character.
     length += text[length] == ']' ? 1 : 0;
     while (text[length] != ']') {
         const char character = text[length];

@@ -8,13 +8,13 @@
 namespace Toolkit {
 namespace {
 
-// The stack that either engine uses beside the comparisons; measured: up to 12 KiB.
+// The stack that either engine uses besides the comparisons; measured: up to 12 KiB.
 constexpr std::size_t c_baseSpace = std::size_t{24} * 1024;
 
 // The stack for each compared group; measured: 152 bytes with either engine.
 constexpr std::size_t c_spacePerGroup = 160;
 
-// Both engines stop there.
+// Neither engine compares more groups than this.
 constexpr std::size_t c_mostCompared = 1000;
 
 std::size_t CountOpenings(const char* pattern)
@@ -22,8 +22,8 @@ std::size_t CountOpenings(const char* pattern)
     return static_cast<std::size_t>(std::count(pattern, pattern + std::strlen(pattern), '('));
 }
 
-// The length of what is at `text`; 0 when it is not certain. Comments and names of verbs may
-// contain anything.
+// Returns the length of the item at `text`; 0 when it is not certain. Comments and names of verbs
+// may contain anything.
 std::size_t MeasureItem(const char* text)
 {
     switch (*text) {
@@ -53,7 +53,7 @@ std::size_t MeasureNesting(const char* pattern)
         else if (*pattern == ')' && depth > 0)
             --depth;
     }
-    // In the rest a closing parenthesis may be an ordinary character.
+    // In the rest of the pattern, a closing parenthesis may be an ordinary character.
     depth += CountOpenings(pattern);
     return std::max(deepest, depth);
 }

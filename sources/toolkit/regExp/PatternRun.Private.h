@@ -11,7 +11,7 @@
 
 namespace Toolkit {
 
-// The steps of every operation with a pattern. Failures throw a `smart_ptr<RegExpException>`.
+// Steps that the operations with a pattern share. Failures throw a `smart_ptr<RegExpException>`.
 
 struct PatternCodeRelease {
     void operator()(void* code) const;
@@ -31,13 +31,14 @@ void CompilePattern(MatchResult& result);
 int ExecutePattern(const PatternCode& code, const TString<char>& subject, std::size_t start,
                    int options, int (&offsets)[MatchResult::c_ovectorSize]);
 
-/// Searches the result's subject and stores the outcome, also when it throws.
+/// Searches the result's subject and stores the outcome, even if it throws.
 void ExecutePattern(MatchResult& result, std::size_t start);
 
 /// Throws the exception for a negative code of the engine's search.
 [[noreturn]] void ThrowExecuteError(int code);
 
-/// Calls `operation`. When out of memory, throws the exception for the engine's code for that.
+/// Calls `operation`. Turns a standard exception, such as `std::bad_alloc`, into the exception with
+/// the engine's code for running out of memory.
 template <typename Operation>
 auto RunReportingOutOfMemory(const Operation& operation)
 {

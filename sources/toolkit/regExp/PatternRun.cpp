@@ -6,7 +6,7 @@
 namespace Toolkit {
 namespace {
 
-// Callers log and compare these messages, whose prefix is overwritten from its beginning.
+// Writes `beginning` over the start of `text`. Callers log and compare the resulting messages.
 std::wstring WriteOver(std::wstring text, const std::wstring& beginning)
 {
     return text.replace(0, beginning.size(), beginning);

@@ -2,14 +2,14 @@
 
 namespace Toolkit {
 
-// What can be said of a null-terminated pattern that compiles, without parsing it completely. A
-// false is always safe.
+// Properties of a null-terminated pattern that compiles, found without parsing it completely. False
+// is always a safe answer.
 
 /// Whether matches begin and end between characters, never inside one.
 bool MatchesWholeCharacters(const char* pattern);
 
-/// Whether a match depends only on where it is tried and on what follows: no anchor, no word
-/// boundary, no look-behind, no control of the search.
+/// Whether a match depends only on the text from the place where it is tried: the pattern has no
+/// anchor except for the end, no word boundary, no look-behind and no verb.
 bool LooksAheadOnly(const char* pattern);
 
 } // namespace Toolkit

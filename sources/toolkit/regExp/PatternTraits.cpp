@@ -7,8 +7,8 @@ namespace Toolkit {
 namespace {
 
 // Letters and digits after a backslash that mean characters, kinds of characters, earlier groups or
-// the end of the subject. The others are boundaries (\b \B \A \G), \K, \C, quotation
-// (\Q \E), or take the next character with them (\c).
+// the end of the subject. Among the others are boundaries (\b \B \A \G), \K, \C, quotation (\Q \E),
+// and \c, which includes the next character.
 constexpr std::string_view c_harmlessEscapes = "dDwWsShHvVNRrntfepPxzZ0123456789";
 
 bool IsAsciiLetterOrDigit(char character)

@@ -2,19 +2,19 @@
 
 namespace Toolkit {
 
-// What PCRE 2 reports, as the library reports it.
+// Translates what PCRE 2 reports into what the library reports.
 
-/// The number that PCRE 1 has for a negative result of pcre2_match(). An error without a
-/// counterpart is PCRE 1's internal error.
+/// Returns PCRE 1's code for a negative result of pcre2_match(); for an error without a
+/// counterpart, the code of an internal error.
 int ToPcreError(int error);
 
-/// Whether the result of pcre2_match() says that the subject is not UTF-8.
+/// Whether a result of pcre2_match() means that the subject is not UTF-8.
 bool IsInvalidUtf8Error(int error);
 
-/// Which fault of UTF-8 it is: 1 to 21, in both engines.
+/// Returns the number of the UTF-8 fault, 1 to 21, which is the same in both engines.
 int ToUtf8Fault(int error);
 
-/// The text of a compile error. It is never released.
+/// Returns the message of a compile error, a static string.
 const char* GetCompileErrorText(int error);
 
 } // namespace Toolkit

@@ -14,7 +14,7 @@ struct Translation {
     int pcre;
 };
 
-// The right side is pcreapi(3), "Error return values from pcre_exec()".
+// The right column is from pcreapi(3), "Error return values from pcre_exec()".
 constexpr Translation c_translations[] = {
     {PCRE2_ERROR_NOMATCH, -1},
     {PCRE2_ERROR_NULL, -2},
@@ -32,17 +32,18 @@ constexpr Translation c_translations[] = {
     {PCRE2_ERROR_JIT_STACKLIMIT, -27},
     {PCRE2_ERROR_BADMODE, -28},
     {PCRE2_ERROR_JIT_BADOPTION, -31},
-    // Frames are on the heap where PCRE 1 has them on the stack.
+    // PCRE 2 has frames on the heap that PCRE 1 has on the stack.
     {PCRE2_ERROR_HEAPLIMIT, -21}};
 
 constexpr int c_invalidUtf8 = -10;
 constexpr int c_internalError = -14;
 
-// Compile errors are above 100. A pattern that is not UTF-8 has a negative one.
+// Compile errors are above 100, except for a pattern that is not UTF-8, whose error is negative.
 constexpr int c_lastCompileError = 255;
 constexpr int c_lowestError = -100;
 
-// The texts of all errors, read once: the engine copies each into a buffer of the caller's.
+// The messages of all errors. Read once, because the engine copies each into a buffer of the
+// caller, and callers need static strings.
 class Texts {
 public:
     Texts()
@@ -59,7 +60,7 @@ public:
     }
 
 private:
-    // Longer texts are cut.
+    // Longer messages are truncated.
     static constexpr int c_length = 128;
 
     char* GetText(int error) { return m_texts[error - c_lowestError]; }

@@ -10,7 +10,8 @@
 
 namespace Toolkit {
 
-/// A pattern compiled by PCRE 2, with what a search of it needs. It serves one search at a time.
+/// A pattern compiled by PCRE 2, with what a search for it needs. Can be used by one search at a
+/// time.
 class Pcre2Pattern {
 public:
     struct Release {
@@ -22,33 +23,33 @@ public:
     using Owned = std::unique_ptr<Object, Release>;
     using CodeOwner = Owned<pcre2_code>;
 
-    /// How many pairs of offsets a search has room for.
+    /// The number of pairs of offsets that a search has room for.
     static constexpr int c_pairCount = 20;
 
     explicit Pcre2Pattern(const std::string& pattern);
 
-    /// Returns 0, or the engine's error, which is PCRE2_ERROR_PARENTHESES_STACK_CHECK where the
-    /// stack does not suffice. Compile() may be called again then.
+    /// Returns 0, or the engine's error. If that is PCRE2_ERROR_PARENTHESES_STACK_CHECK, the stack
+    /// is too small, and Compile() may be called again on another one.
     int Compile();
     bool IsCompiled() const { return m_code != nullptr; }
 
-    /// Where in the pattern the error is, in bytes.
+    /// The position of the error in Text(), in bytes.
     int ErrorOffset() const { return m_errorOffset; }
 
     const std::string& Text() const { return m_pattern; }
     const pcre2_code* Code() const { return m_code.get(); }
 
-    /// What pcre2_match() returns. Steps and memory are limited.
+    /// Returns what pcre2_match() returns. Steps and memory are limited.
     int Match(const char* subject, std::size_t length, std::size_t start, std::uint32_t options);
 
     /// Checks the whole subject. Returns the error of a subject that is not UTF-8; any other result
     /// has no meaning.
     int CheckUtf8(const char* subject, std::size_t length, std::uint32_t options);
 
-    /// The pairs of the last match.
+    /// Returns the pairs of the last match.
     const std::size_t* Offsets() const { return pcre2_get_ovector_pointer(m_matchData.get()); }
 
-    /// The offset of the first byte of the last subject that is not UTF-8.
+    /// Returns the offset of the first byte of the last subject that is not UTF-8.
     std::size_t FaultOffset() const { return pcre2_get_startchar(m_matchData.get()); }
 
 private:

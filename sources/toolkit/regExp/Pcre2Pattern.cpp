@@ -19,7 +19,7 @@ constexpr std::size_t c_spacePerLevel = 720;
 // The engine itself refuses deeper nesting.
 constexpr std::uint32_t c_deepestNesting = 250;
 
-// The limit on a stack that the system does not know.
+// The most levels on a stack whose bounds the system does not know.
 constexpr std::uint32_t c_levelsOnUnknownStack = 6;
 
 // The engine's own limit is 20 GB.
@@ -35,8 +35,8 @@ PCRE2_SPTR ToUnits(const char* text)
     return reinterpret_cast<PCRE2_SPTR>(text);
 }
 
-// How many levels of parentheses fit into the rest of the stack; -1 when even a pattern without
-// parentheses does not.
+// Returns how many levels of parentheses fit into the rest of the stack; -1 when even a pattern
+// without parentheses does not fit.
 int CountLevelsThatFit()
 {
     if (!Base::IsOnThreadStack())
@@ -73,7 +73,8 @@ void AllowMatchBeginInLookArounds([[maybe_unused]] pcre2_compile_context* contex
 #endif
 }
 
-// A null pointer stands for the engine's own settings, which suffice for most patterns.
+// Returns null for the default settings of the engine, which suffice for most patterns, and when
+// out of memory.
 CompileContext MakeContext(const std::string& pattern, std::uint32_t& levels)
 {
     const bool needsContext =
@@ -114,7 +115,7 @@ int Pcre2Pattern::Compile()
     if (!m_code)
         return error;
     if (MayRecurse(m_pattern)) {
-        // Errors are those of the given pattern.
+        // If the rewritten pattern does not compile, the code of the original one stays in use.
         int ignored = 0;
         const std::string atomic = MakeRecursionAtomic(m_pattern);
         if (CodeOwner code = CompileText(atomic, error, ignored, context.get()))
@@ -136,7 +137,7 @@ int Pcre2Pattern::CheckUtf8(const char* subject, std::size_t length, std::uint32
 {
     if (!PrepareMatch())
         return PCRE2_ERROR_NOMEMORY;
-    // The engine checks the subject first; the limit then ends it at the first step.
+    // The engine checks the subject first. The limit then ends the search at its first step.
     pcre2_set_match_limit(m_limits.get(), 0);
     const int result = Match(subject, length, 0, options);
     pcre2_set_match_limit(m_limits.get(), c_searchSteps);

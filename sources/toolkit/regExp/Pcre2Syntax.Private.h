@@ -4,19 +4,22 @@
 
 namespace Toolkit {
 
-// Where PCRE 2 needs another pattern than PCRE 1 for the same matches.
+// Rewrites patterns that match differently in PCRE 1 and PCRE 2.
 
-/// `pattern` as PCRE 2 knows it: the setting (*UTF8) as (*UTF), the class "[\w-.]" as "[\w\-.]".
+/// Rewrites `pattern` for PCRE 2: the setting (*UTF8) becomes (*UTF), the class "[\w-.]" becomes
+/// "[\w\-.]".
 std::string TranslateToPcre2(const std::string& pattern);
 
-/// Options that pcre_exec() has and pcre2_match() lacks: newlines, line breaks, no start
-/// optimisation. A pattern can ask for them itself.
+/// The options of pcre_exec() that pcre2_match() lacks: newlines, line breaks, no start
+/// optimisation. A pattern can set them itself.
 constexpr int c_settingOptions = 0x05F00000;
 
-/// Whether the numbers in `options` name a newline and a kind of line break.
+/// Whether `options` has valid numbers for the newline and the kind of line break, or 0 for the
+/// default.
 bool AreNewlinesKnown(int options);
 
-/// `pattern` with what `options` asks for, after its own settings, which it overrides.
+/// Returns `pattern` with the settings that `options` asks for. They are inserted after the
+/// settings of the pattern, which they override.
 std::string AddPatternSettings(std::string pattern, int options);
 
 } // namespace Toolkit

@@ -50,7 +50,7 @@ constexpr std::string_view c_names[] = {"UTF",
                                         "BSR_ANYCRLF",
                                         "BSR_UNICODE"};
 
-// The end of the settings at the beginning of the pattern.
+// Returns the end of the settings at the beginning of the pattern.
 std::size_t FindEndOfSettings(std::string_view pattern)
 {
     std::size_t end = 0;
@@ -92,8 +92,8 @@ bool MayHaveHyphenAfterSet(const std::string& pattern)
     return false;
 }
 
-// Escapes the hyphens after sets. In a class, as in "[\w-.]", PCRE 1 takes such a hyphen
-// literally, and PCRE 2 refuses it. Elsewhere the escape changes nothing.
+// Escapes the hyphens after sets. In a class, as in "[\w-.]", PCRE 1 treats such a hyphen as an
+// ordinary character, and PCRE 2 rejects it. Elsewhere the escape changes nothing.
 std::string EscapeHyphens(std::string pattern)
 {
     if (!MayHaveHyphenAfterSet(pattern))
@@ -103,7 +103,7 @@ std::string EscapeHyphens(std::string pattern)
     while (*rest) {
         const std::size_t set = MeasureSet(rest);
         const std::size_t length = set > 0 ? set : *rest == '\\' ? MeasureEscape(rest) : 1;
-        // After \Q nothing has a meaning.
+        // Stops at an escape such as \Q, after which characters have another meaning.
         if (length == 0)
             break;
         escaped.append(rest, length);

@@ -10,7 +10,8 @@
 namespace Toolkit {
 namespace {
 
-// By how many bytes `text` has grown since it was `subject`; negative when it shrank.
+// Returns how many bytes longer `text` is than `subject`, from which it was made; negative if
+// shorter.
 int MeasureGrowth(const TString<char>& text, const TString<char>& subject)
 {
     return static_cast<int>(static_cast<unsigned int>(text.size() - subject.size()));

@@ -9,14 +9,14 @@
 namespace Toolkit {
 
 /// The bytes that a match of a pattern can begin with, found by trying each of them. Only for a
-/// pattern that looks ahead only.
+/// pattern for which LooksAheadOnly() is true.
 class StartBytes {
 public:
-    /// `options` are those of the searches.
+    /// `options` are the options of the later searches.
     StartBytes(const PatternCode& code, int options);
 
-    /// The first place from `start` on at which a match can begin; the end of the text when there
-    /// is none.
+    /// Returns the first position at or after `start` at which a match can begin; the length of
+    /// `text` when there is none.
     std::size_t FindFirst(std::string_view text, std::size_t start) const;
 
 private:

@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-// The bytes from here on begin, or continue, characters of several bytes: each may begin a match.
+// Bytes from here on belong to characters of several bytes. Each of them may begin a match.
 constexpr unsigned int c_firstNonAscii = 0x80;
 
 } // namespace

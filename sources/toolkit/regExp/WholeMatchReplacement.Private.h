@@ -10,12 +10,12 @@ namespace Toolkit {
 
 /// Replaces every match of a pattern in a text.
 ///
-/// The rule: after each replacement the search continues in the changed text, after the
-/// replacement, at an offset of 16 bits. Each search first checks that the whole text is UTF-8. The
-/// shortcuts have the same result.
+/// After each replacement, the search continues in the changed text, right after the replacement,
+/// at an offset that is truncated to 16 bits. Each search first checks that the whole text is
+/// UTF-8. The shortcuts of this class have the same result.
 class WholeMatchReplacement {
 public:
-    /// Throws when the pattern does not compile. `replacement` must outlive the object.
+    /// Throws if `pattern` does not compile. `replacement` must outlive the object.
     WholeMatchReplacement(const TString<char>& pattern, const TString<char>& replacement,
                           const TString<char>& subject);
 

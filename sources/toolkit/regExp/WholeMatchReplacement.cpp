@@ -13,10 +13,10 @@ namespace {
 
 constexpr int c_options = Pcre::c_notAtLineBegin | Pcre::c_notAtLineEnd | Pcre::c_notEmpty;
 
-// The last offset that a search can start at; the next one is 0 again.
+// The last offset at which a search can start; the next one wraps around to 0.
 constexpr std::size_t c_lastStart = 0xFFFF;
 
-// From this length on, finding out what a match can begin with pays off.
+// StartBytes pays off for texts that are longer than this.
 constexpr std::size_t c_longText = 4096;
 
 bool IsUtf8(const TString<char>& text)
@@ -66,8 +66,9 @@ void WholeMatchReplacement::SearchAfter(std::size_t position)
     Search(start, IsTrustedAt(start));
 }
 
-// The first search found that the text is UTF-8, and replacing whole characters by UTF-8 keeps it
-// so. An offset that wrapped around may be inside a character, which the engine reports.
+// The first search found that the text is UTF-8, and it remains so when whole characters are
+// replaced with UTF-8. An offset that wrapped around may be inside a character, which the engine
+// then reports.
 bool WholeMatchReplacement::IsTrustedAt(std::size_t position) const
 {
     return m_keepsUtf8 && (position == m_text.size() || !IsContinuation(m_text[position]));
@@ -76,17 +77,18 @@ bool WholeMatchReplacement::IsTrustedAt(std::size_t position) const
 void WholeMatchReplacement::ReplaceOne()
 {
     const std::size_t begin = MatchBegin();
-    // \K can move the begin of a match past its end.
+    // \K can move the start of a match past its end.
     const std::size_t end = std::max(begin, MatchEnd());
     m_text.replace(begin, end - begin, m_replacement);
     SearchAfter(begin + m_replacement.size());
 }
 
-// Searches the original text. A pattern that looks ahead only finds the same after a match as after
-// its replacement, since both texts are equal from there on.
+// Searches the original text. For a pattern that only looks ahead, the search after a match finds
+// the same as one after its replacement, because both texts are equal from there on.
 void WholeMatchReplacement::ReplaceInOnePass()
 {
-    // ReplaceAll: the engine tries each place between two matches, which takes 5 times as long.
+    // ReplaceAll: otherwise the engine tries each position between two matches, which takes 5 times
+    // as long.
     std::optional<StartBytes> startBytes;
     if (m_text.size() - MatchEnd() > c_longText)
         startBytes.emplace(m_code, c_options);
