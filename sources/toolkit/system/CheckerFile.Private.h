@@ -8,22 +8,23 @@
 
 namespace Toolkit {
 
-/// The lock file that `wxSingleInstanceChecker` leaves in the user's home directory. Programs that
-/// use the checker itself see this process by it and are seen.
+/// The lock file that `wxSingleInstanceChecker` creates in the user's home directory. By this file,
+/// programs that use the checker itself detect this process, and this process detects them.
 ///
-/// The checker itself would wait for the disk, which takes longer than the rest of a start, and
-/// would mistake an unrelated process with the id of a crashed one for it.
+/// The checker itself would wait for the disk, which takes longer than the rest of a start. After a
+/// crash, it would also mistake an unrelated process that has got the same id for the crashed one.
 class CheckerFile {
 public:
-    /// Makes the file called `name` unless another process has it. There is none without a name,
-    /// where it cannot be made, and where a file of that name is no lock file of this user.
+    /// Creates the file `name` unless another process has locked it. Creates nothing if `name` is
+    /// empty, if the system refuses, or if a file of that name exists that is not a lock file of
+    /// this user.
     explicit CheckerFile(const TString<wchar_t>& name);
     ~CheckerFile();
 
     CheckerFile(const CheckerFile&) = delete;
     CheckerFile& operator=(const CheckerFile&) = delete;
 
-    /// Whether another process had the file at construction.
+    /// Whether another process held the file at construction.
     bool IsHeldElsewhere() const { return m_isHeldElsewhere; }
 
 private:
@@ -31,8 +32,8 @@ private:
     bool RemoveStale();
 
     std::string m_path;
-    Base::FileDescriptor m_file;   // open when the file is this object's
-    Base::OwnDescriptor m_ownFile; // which it is not in a forked child
+    Base::FileDescriptor m_file;   // open if this object created the file
+    Base::OwnDescriptor m_ownFile; // a forked child does not own the file
     bool m_isHeldElsewhere = false;
 };
 

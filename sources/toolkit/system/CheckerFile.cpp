@@ -35,7 +35,7 @@ bool IsOfTheChecker(const Base::FileDescriptor& file)
            status.st_mode == (S_IFREG | c_ownerOnly);
 }
 
-// The process that the file names; 0 when it names none.
+// Returns the process id in the file; 0 when there is none.
 pid_t ReadHolder(const Base::FileDescriptor& file)
 {
     char text[32] = {};
@@ -64,8 +64,8 @@ CheckerFile::~CheckerFile()
         ::unlink(m_path.c_str());
 }
 
-// The text is the process id with a null character after it, and the lock that of fcntl(2): the
-// checker looks at both, and at the permissions.
+// Writes the process id and a null character, and locks the file with fcntl(2): the checker
+// examines both, and the permissions.
 bool CheckerFile::Create()
 {
     m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, c_ownerOnly);
@@ -80,8 +80,8 @@ bool CheckerFile::Create()
     return true;
 }
 
-// Removes the file of a process that has ended. Any file that is not a lock file of this user
-// stays: the checker ignores it too.
+// Removes the file of a process that has ended. Leaves any file that is not a lock file of this
+// user: the checker ignores it, too.
 bool CheckerFile::RemoveStale()
 {
     const Base::FileDescriptor file =

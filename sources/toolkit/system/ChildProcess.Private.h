@@ -12,7 +12,7 @@ class ChildProcess {
 public:
     ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments);
 
-    /// What `SystemInfo::StartProcess` returns.
+    /// Starts the program. Returns what `SystemInfo::StartProcess` returns.
     int Start(bool wait) const;
 
 private:

@@ -24,7 +24,7 @@ int WaitForEnd(pid_t child)
 
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
-    // Converts with functions that throw: a program must not start with arguments missing.
+    // These conversions throw when out of memory: a program must not start with arguments missing.
     m_texts.push_back(Base::EncodeUtf8(path));
     for (const std::wstring_view token : Base::TokenizeCommandLine(
              arguments, Base::c_commandLineSeparators, Base::c_commandLineQuote))

@@ -8,7 +8,8 @@
 #include <memory>
 #include <string>
 
-// ICU's headers append its version to every function name. This is such a name as a string.
+// ICU's headers append its version to every function name. TOOLKIT_SYMBOL_OF() returns such a name
+// as a string.
 #define TOOLKIT_TEXT_OF(name) #name
 #define TOOLKIT_SYMBOL_OF(function) TOOLKIT_TEXT_OF(function)
 
@@ -18,9 +19,9 @@ const wchar_t* const c_localeProvider = L"ICU " U_ICU_VERSION;
 
 namespace {
 
-// The ICU functions needed here. Loading ICU takes a sixth of the start of a whole program, so the
-// first request for a pattern loads it. It is never unloaded. Without it the patterns are those of
-// the United States.
+// The ICU functions needed here. Loading ICU takes a sixth of the time in which a whole program
+// starts, so the first request for a pattern loads it. It is never unloaded. Without ICU, the
+// patterns are those of the United States.
 struct Icu {
     template <typename Function>
     void Find(Function*& function, const char* symbol) const
@@ -49,8 +50,8 @@ bool IsAsciiLetterOrDigit(char character)
            (character >= 'a' && character <= 'z');
 }
 
-// Whether ICU can handle `name`: it crashes on a long first word, and treats an empty first word
-// as its own default.
+// Whether ICU can handle `name`: it crashes on a long first subtag, and treats an empty one as its
+// own default.
 bool IsLocaleName(const std::string& name)
 {
     constexpr std::size_t longestName = 100;
@@ -66,9 +67,9 @@ bool IsLocaleName(const std::string& name)
     return name.size() <= longestName && name.front() != '_' && name.front() != '-';
 }
 
-// The locale that the environment names, in ICU's form: "de_AT" for "de_AT.UTF-8@euro". ICU's own
-// default ignores LC_TIME and treats an empty LC_ALL as a name. Names that no locale can have give
-// the root locale.
+// Returns the locale that the environment names, in ICU's notation: "de_AT" for "de_AT.UTF-8@euro".
+// Returns "en_US_POSIX" when it names none, and the root locale for a name that no locale can have.
+// Not ICU's own default, which ignores LC_TIME and treats an empty LC_ALL as a name.
 std::string GetUserLocale()
 {
     for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -101,7 +102,8 @@ std::u16string ReadPattern(UDateFormatStyle time, UDateFormatStyle date)
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-// Newer locale data have no-break spaces and direction marks in their patterns.
+// Replaces no-break spaces and removes direction marks, which newer locale data has in its
+// patterns.
 TString<wchar_t> ToPlainText(const std::u16string& pattern)
 {
     TString<wchar_t> text;
@@ -127,7 +129,8 @@ TString<wchar_t> RemoveQuotedTexts(const TString<wchar_t>& pattern)
     return text;
 }
 
-// A lone letter is the shortest form of a number, which the library's tokens lack.
+// Repeats a letter that occurs once. Alone it means a number without leading zeros, for which the
+// library has no token.
 TString<wchar_t> WidenLone(TString<wchar_t> pattern, wchar_t letter, std::size_t width)
 {
     const std::size_t first = pattern.find(letter);
@@ -142,14 +145,14 @@ TString<wchar_t> RemoveLetter(TString<wchar_t> pattern, wchar_t letter)
     return pattern;
 }
 
-// The periods of a day, such as "in the evening", are halves of it here.
+// Replaces periods of the day, such as "in the evening", with the halves of the day.
 TString<wchar_t> ReplacePeriodsOfDay(TString<wchar_t> pattern)
 {
     std::replace(pattern.begin(), pattern.end(), L'B', L'a');
     return pattern;
 }
 
-// Where a quoted text was, the spaces on both of its sides are left.
+// A removed quoted text leaves the spaces on both of its sides.
 TString<wchar_t> MergeSpaces(TString<wchar_t> pattern)
 {
     pattern.Replace(L"  ", L" ");

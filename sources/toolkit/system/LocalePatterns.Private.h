@@ -6,10 +6,10 @@ namespace Toolkit {
 
 // The patterns of dates and times in the user's locale.
 
-/// What the platform asks, and its version.
+/// The name of the library that provides the patterns, with its version if it has one.
 extern const wchar_t* const c_localeProvider;
 
-/// The pattern that the platform reports; empty when it reports none.
+/// Return the pattern that the platform reports; empty when it reports none.
 TString<wchar_t> ReadShortDatePattern();
 TString<wchar_t> ReadShortTimePattern();
 

@@ -15,7 +15,7 @@ bool Locales::GetCurrentDateFormat(TString<wchar_t>& format)
 {
     format = Base::TryOr(
         {}, [] { return JoinPatterns(ReadShortDatePattern(), ReadShortTimePattern()); });
-    // The pattern holds a space at least.
+    // The pattern contains at least a space.
     return !format.empty();
 }
 

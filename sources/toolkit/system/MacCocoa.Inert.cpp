@@ -7,5 +7,5 @@ bool MacInitCocoa()
 
 MacAutoreleasePool::MacAutoreleasePool() : m_pool(nullptr) {}
 
-// Not trivial, like the destructor on macOS: the binary interface stays the same.
+// Not trivial, like the destructor on macOS, so that the binary interface is the same.
 MacAutoreleasePool::~MacAutoreleasePool() {}

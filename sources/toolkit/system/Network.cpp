@@ -40,7 +40,7 @@ int GetRemainingMs(Clock::time_point deadline)
     return static_cast<int>(std::clamp<long long>(left, 0, std::numeric_limits<int>::max()));
 }
 
-// Waits until a pending connection is open or has failed.
+// Waits until a pending connection is open, has failed, or `deadline` passes; true if it is open.
 bool FinishConnecting(int socket, Clock::time_point deadline)
 {
     pollfd waiting{socket, POLLOUT, 0};

@@ -11,7 +11,7 @@ namespace Toolkit {
 
 smart_ptr<SingleApplicationInstance>* SingleApplicationInstance::s_pInstance = nullptr;
 
-// Out of memory counts as a directory in which no lock file can be made.
+// Running out of memory has the same effect as a directory in which no lock file can be created.
 SingleApplicationInstance::SingleApplicationInstance()
 {
     static_cast<void>(Base::Completes([this] { TakeLock(); }));
@@ -23,8 +23,8 @@ void SingleApplicationInstance::TakeLock()
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
     m_lock = std::make_unique<Base::InstanceLock>(name);
-    // Only the process that has the lock makes the file, so processes that start together do not
-    // race.
+    // Only the process that holds the lock creates the file, so processes that start at the same
+    // time do not race.
     if (m_lock->GetState() == Base::InstanceLock::State::HeldElsewhere)
         return;
     m_checkerFile = std::make_unique<CheckerFile>(name);
@@ -35,7 +35,8 @@ void SingleApplicationInstance::TakeLock()
 
 SingleApplicationInstance::~SingleApplicationInstance()
 {
-    // Removed before the lock is released: the next owner of the lock must not find the file.
+    // Removed before the lock is released, because the next owner of the lock must not find the
+    // file.
     m_checkerFile.reset();
 }
 

@@ -14,8 +14,8 @@
 namespace Toolkit {
 namespace {
 
-// wxPlatformInfo::Get() is no option: it needs an application object, and runs many programs to
-// find out more than this class reports.
+// Not wxPlatformInfo::Get(), which needs an application object, and runs many programs to find out
+// more than this class reports.
 wxPlatformInfo DescribeThisSystem()
 {
     const Framework::Silence silence;
@@ -31,8 +31,8 @@ wxPlatformInfo DescribeThisSystem()
 
 smart_ptr<SystemInfo>* SystemInfo::s_pInstance = nullptr;
 
-// Filled lazily: wxWidgets runs programs to describe the system, which takes longer than the start
-// of a whole application.
+// Creates the description at its first use: wxWidgets runs programs to describe the system, which
+// takes longer than the start of a whole application.
 SystemInfo::SystemInfo() : m_platform(nullptr) {}
 
 SystemInfo::SystemInfo(const wxPlatformInfo& platform) : m_platform(&platform) {}
@@ -45,7 +45,7 @@ const wxPlatformInfo& SystemInfo::Description() const
     return thisSystem;
 }
 
-// Returns a number of the description, or `failure` when out of memory.
+// Returns a number from the description, or `failure` when out of memory.
 template <typename Number>
 Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failure) const
 {
@@ -54,7 +54,7 @@ Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failur
 
 SystemInfo::Platform SystemInfo::GetPlatform() const
 {
-    // Exact identifiers: a system that is not listed here belongs to no family.
+    // Compares exact identifiers: a system that is not listed here belongs to no family.
     switch (static_cast<int>(Ask(&wxPlatformInfo::GetOperatingSystemId, wxOS_UNKNOWN))) {
     case wxOS_WINDOWS_9X:
     case wxOS_WINDOWS_NT:

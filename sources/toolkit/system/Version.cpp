@@ -30,7 +30,7 @@ Version::Version(unsigned int major, unsigned int minor, unsigned int build, uns
 
 Version::Version(const TString<wchar_t>& text) : Version()
 {
-    // Copies nothing, so comparing with a string needs no memory.
+    // Copies nothing, so that comparing with a string needs no memory.
     std::wstring_view rest = text;
     for (unsigned int* const part : {&m_major, &m_minor, &m_build, &m_revision}) {
         rest.remove_prefix(std::min(rest.find_first_not_of(c_separator), rest.size()));
