@@ -25,7 +25,8 @@ public:
         if (Unlock() == wxMUTEX_NO_ERROR)
             return true;
         Count(1);
-        // A thread without the mutex has changed the count; a change by the holder may be lost.
+        // A thread that does not hold the mutex has changed the count, so a change by the holder
+        // may be lost.
         m_isCountCertain.store(false, std::memory_order_relaxed);
         return false;
     }
@@ -42,8 +43,8 @@ public:
 
     /// True only when it is certain that no thread holds the mutex.
     ///
-    /// The count alone is not enough: a forked child lacks a thread that had locked but not yet
-    /// counted.
+    /// The count alone is not enough: a thread may have locked the mutex but not yet counted when
+    /// another one forked, and the child does not have that thread.
     bool IsCertainlyFree()
     {
         return m_holds.load(std::memory_order_relaxed) == 0 &&

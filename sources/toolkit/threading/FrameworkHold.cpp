@@ -9,7 +9,7 @@ namespace Toolkit {
 
 FrameworkHold::FrameworkHold() : m_holder(Framework::Start() ? ::getpid() : 0)
 {
-    // Without wxWidgets the constructor of a wxThread crashes.
+    // The constructor of wxThread crashes unless wxWidgets is started.
     if (m_holder == 0 && !Framework::IsStarted())
         throw std::bad_alloc();
 }

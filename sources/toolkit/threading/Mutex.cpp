@@ -30,7 +30,7 @@ bool Poll(CountedMutex& mutex, unsigned int timeoutMs)
 
 } // namespace
 
-// Allocates at once: callers that ignore the result of Lock() rely on it.
+// Allocates at once, because callers that ignore the result of Lock() rely on it.
 MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
     // Relaxed, as in the destructor: no other thread has the object yet, or any more.
@@ -43,7 +43,7 @@ MutexInternal::~MutexInternal()
     std::unique_ptr<CountedMutex> mutex(m_mutex.load(std::memory_order_relaxed));
     if (!mutex || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
         return;
-    // wxMutex logs that it is destroyed while held.
+    // wxMutex would log that it is destroyed while held.
     const Framework::Silence silence;
     mutex.reset();
 }
@@ -63,8 +63,8 @@ CountedMutex* MutexInternal::MakeOnFirstUse()
 
 bool MutexInternal::Lock(unsigned int timeoutMs)
 {
-    // Acquire pairs with the release of the exchange above: the thread that finds a mutex, here or
-    // there, finds it constructed.
+    // Acquire pairs with the release of the exchange above: a thread that finds a mutex, here or in
+    // MakeOnFirstUse(), finds it constructed.
     CountedMutex* mutex = m_mutex.load(std::memory_order_acquire);
     if (!mutex)
         mutex = MakeOnFirstUse();
@@ -77,7 +77,7 @@ bool MutexInternal::Lock(unsigned int timeoutMs)
 
 bool MutexInternal::Unlock()
 {
-    // Acquire, as in MakeOnFirstUse(): a thread may unlock what it has not locked.
+    // Acquire, as in Lock(): a thread may unlock a mutex that it has not locked.
     CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire);
     return mutex && mutex->Release();
 }

@@ -13,8 +13,8 @@ namespace Toolkit {
 /// State of a `Thread` besides its `wxThread`: whether it has reached its entry point, the request
 /// to end, the semaphore that ends a pause, and the process to which it belongs.
 ///
-/// The destructor does not wait for other threads. That of a condition variable would: in a forked
-/// child it waits for threads that the child does not have.
+/// The destructor does not wait for other threads. The destructor of a condition variable would: in
+/// a forked child, it waits for threads that the child does not have.
 class ThreadControl {
 public:
     ThreadControl();
@@ -22,15 +22,15 @@ public:
     ThreadControl(const ThreadControl&) = delete;
     ThreadControl& operator=(const ThreadControl&) = delete;
 
-    /// False in a forked child, which has the objects of its parent without their threads.
+    /// False in a forked child, which has copies of its parent's objects, but not their threads.
     bool IsOfThisProcess() const;
 
     /// Release pairs with the acquire of AwaitEntry(): the waiting thread sees what this thread did
     /// before.
     void SetEntered() { m_isEntered.store(true, std::memory_order_release); }
 
-    /// Waits until `SetEntered()` was called, with a time limit: an override of `Thread::Entry()`
-    /// may not call it.
+    /// Waits until `SetEntered()` has been called, but at most 1 second: an override of
+    /// `Thread::Entry()` might not call it.
     void AwaitEntry() const;
 
     /// Asks the thread to end and wakes it.
@@ -42,10 +42,11 @@ public:
 
     void Wake() { m_wakes.release(); }
 
-    /// Waits for the next `Wake()`, with a time limit: a pause can end without a `Wake()`.
+    /// Waits for the next `Wake()`, but at most 200 ms, since a pause can also end without a
+    /// `Wake()`.
     void AwaitWake();
 
-    /// Room for the thread when it is discarded, which must not need memory.
+    /// Returns the memory for discarding the thread, which must not need to allocate. Call it once.
     std::unique_ptr<Framework::ThreadRemains> TakeRemains() { return std::move(m_remains); }
 
 private:

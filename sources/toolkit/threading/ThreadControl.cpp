@@ -7,7 +7,8 @@
 namespace Toolkit {
 namespace {
 
-// wxThread::Resume() does not call Wake(). A cancelled thread expects it soon, so it polls faster.
+// wxThread::Resume() does not call Wake(), so a paused thread polls. A cancelled thread will be
+// resumed soon, so it polls faster.
 constexpr std::chrono::milliseconds c_longestWait{200};
 constexpr std::chrono::milliseconds c_cancelledWait{1};
 
