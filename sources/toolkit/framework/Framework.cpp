@@ -23,8 +23,8 @@ bool TakeOwed()
 
 } // namespace
 
-// The application object that wxInitialize() creates has no program arguments. An object of the
-// program has them, or has a function that creates it.
+// The application object that wxInitialize() creates has no program arguments. The program's own
+// object has them, or has an initializer function that creates it.
 bool DoesProgramRunItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();

@@ -16,7 +16,7 @@ public:
     /// Loads the lines of the file `path`; false, without lines, when it cannot be read.
     bool Load(const std::string& path);
 
-    /// Replaces the loaded file; false, with the file unchanged, when that fails.
+    /// Replaces the loaded file with the lines; false, with the file unchanged, when that fails.
     bool Save() const;
 
     /// Forgets the file and the lines.
