@@ -44,8 +44,8 @@ std::chrono::milliseconds Conversation::TimeLeft() const
     return std::max(left, std::chrono::milliseconds(0));
 }
 
-// Limits connect(), which blocks while the queue of the server is full; the deadline alone would
-// not end that.
+// Limits connect(), which blocks while the queue of the server is full and knows no deadline of
+// ours.
 bool Conversation::LimitConnecting() const
 {
     const auto left = std::max(TimeLeft(), std::chrono::milliseconds(1));
@@ -120,7 +120,7 @@ bool Deliver(const TString<wchar_t>& service, const TString<wchar_t>& text)
            answer == Ipc::c_accepted && conversation.Send(Ipc::MakeExecuteRequest(message));
 }
 
-// Connects without waiting. A server whose queue is full exists, too.
+// Whether a server listens, found out without waiting: the queue of a server may be full.
 bool FindsServer(const TString<wchar_t>& service)
 {
     const Base::FileDescriptor socket = Ipc::CreateSocket();

@@ -90,7 +90,7 @@ private:
 
 IPCInternalServer::Source::~Source()
 {
-    // Does not destroy the source when it must not: without the application object wxWidgets has
+    // Leaks the source where it cannot be destroyed: without the application object wxWidgets has
     // stopped, and has destroyed its part of the source; in a forked child that part is shared with
     // the parent.
     if (!wxAppConsole::GetInstance() || !m_sessions.AreOfThisProcess())

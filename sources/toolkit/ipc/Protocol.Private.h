@@ -20,8 +20,8 @@ constexpr char c_accepted = 10;
 constexpr unsigned char c_textFormat = 1;
 
 /// Returns the path of the socket file of `service`, shortened to what a socket address can store.
-/// Empty when `service` is empty, a number, contains a null character or cannot be encoded as
-/// UTF-8.
+/// Empty when `service` is empty or a number, when it contains a null character, and when UTF-8
+/// cannot encode it.
 std::string MakeSocketPath(const std::wstring& service);
 
 /// Encodes Connect with `topic`, in which U+FFFD replaces characters that UTF-8 cannot encode.

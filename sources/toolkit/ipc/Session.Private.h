@@ -44,7 +44,7 @@ public:
 
     void CountTick();
 
-    /// Whether a message has made no progress for 2 seconds or is not complete after 30.
+    /// Whether a message has made no progress for 2 seconds, or is not complete after 30 seconds.
     bool IsOverdue() const;
 
     /// Whether nothing has arrived for two ticks, so that the session may make room for another.
@@ -110,7 +110,7 @@ private:
     SocketFile m_listener;
     SocketSet m_sockets;
     std::map<int, Session> m_sessions; // by descriptor
-    bool m_isPaused = false;           // accepting clients, until there is room
+    bool m_isPaused = false;           // no clients are accepted until there is room
     bool m_isTicking = false;
 };
 

@@ -162,7 +162,7 @@ void Sessions::Open(Base::FileDescriptor socket)
     const int descriptor = socket.Get();
     if (!IsPeerOfThisUser(socket) || !m_sockets.Add(descriptor))
         return;
-    // Does not read yet: the clients whose messages are already waiting come first.
+    // Not read yet: the clients whose messages are already waiting come first.
     m_sessions.try_emplace(descriptor, std::move(socket), m_execute);
     StartTicking();
 }

@@ -14,7 +14,7 @@
 /// `errno`. None raises a signal.
 namespace Toolkit::Ipc {
 
-/// Creates a blocking socket, which started programs do not inherit.
+/// Creates a blocking socket, which is closed on exec.
 Base::FileDescriptor CreateSocket();
 
 bool SetBlocking(const Base::FileDescriptor& socket, bool blocks);

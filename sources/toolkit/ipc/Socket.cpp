@@ -70,7 +70,8 @@ Base::FileDescriptor OpenDirectory(const std::string& path)
     return Base::FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-// Whether a server listens. Includes one that is too busy to accept, and any case of doubt.
+// Whether a server listens at `path`. Also true when it is too busy to accept, or when that cannot
+// be found out.
 bool IsServed(const std::string& path)
 {
     const Base::FileDescriptor socket = CreateSocket();
