@@ -22,7 +22,8 @@ public:
     /// process has locked the file, which is then unchanged. Never follows a symbolic link.
     bool Open(const std::string& path);
 
-    /// Whether the last `Open` failed because of another process's lock.
+    /// Whether the last Open() failed because another process had locked the file, or had just
+    /// removed it.
     bool IsInUse() const { return m_isInUse; }
 
     /// Returns the position in bytes at which the next write begins. Moves to the end of a file

@@ -35,7 +35,7 @@ private:
     bool KeepFrom(std::size_t oldSize);
 
     std::size_t m_pageSize;
-    std::size_t m_pageOffset = 0; // of the beginning of the block
+    std::size_t m_pageOffset = 0; // where in its page the block begins
     std::size_t m_limit = 0;      // largest size of the block; set by the first piece
     std::string m_bytes;
 };

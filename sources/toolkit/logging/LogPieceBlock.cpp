@@ -49,7 +49,8 @@ bool LogPieceBlock::Append(std::string_view piece)
     return KeepFrom(oldSize);
 }
 
-// Keeps the piece that begins at `oldSize` of the block, if it belongs there.
+// Removes the piece that begins at `oldSize` of the block if the block is too long with it, and
+// returns false then.
 bool LogPieceBlock::KeepFrom(std::size_t oldSize)
 {
     if (oldSize == 0) {

@@ -41,7 +41,8 @@ public:
 
 private:
     // A piece begins with a tag: the length of a short narrow piece, or one of these constants. A
-    // constant is followed by the length, and that of a wide piece by padding to align it.
+    // constant is followed by the length. In a wide piece, padding that aligns the characters comes
+    // next.
     static constexpr unsigned char c_longTag = 0xFE;
     static constexpr unsigned char c_wideTag = 0xFF;
     static constexpr std::size_t c_longHeaderSize = 1 + sizeof(std::size_t);
