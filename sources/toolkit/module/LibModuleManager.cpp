@@ -55,8 +55,8 @@ private:
 
 } // namespace
 
-// Exists while a loop over the list runs. Callbacks may change the list, but entries are only
-// erased when the last loop ends.
+// Exists while a loop over the list runs. Callbacks may change the list, but an entry is erased
+// only when the outermost loop ends.
 class LibModuleManager::Walk {
 public:
     explicit Walk(LibModuleManager& manager) TOOLKIT_REQUIRES(manager.m_mutex) : m_manager(manager)
