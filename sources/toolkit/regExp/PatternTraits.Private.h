@@ -8,7 +8,7 @@ namespace Toolkit {
 /// Whether matches begin and end between characters, never inside one.
 bool MatchesWholeCharacters(const char* pattern);
 
-/// Whether a match depends only on the text from the place where it is tried: the pattern has no
+/// Whether a match depends only on the text that begins where it is tried: the pattern has no
 /// anchor except for the end, no word boundary, no look-behind and no verb.
 bool LooksAheadOnly(const char* pattern);
 
