@@ -11,8 +11,9 @@ namespace Toolkit {
 /// The lock file that `wxSingleInstanceChecker` creates in the user's home directory. By this file,
 /// programs that use the checker itself detect this process, and this process detects them.
 ///
-/// The checker itself would wait for the disk, which takes longer than the rest of a start. After a
-/// crash, it would also mistake an unrelated process that has got the same id for the crashed one.
+/// The checker itself would wait for the disk, which takes longer than the rest of a start. It
+/// would also mistake an unrelated process that has the id of a crashed one for the holder of the
+/// file.
 class CheckerFile {
 public:
     /// Creates the file `name` unless another process has locked it. Creates nothing if `name` is

@@ -14,7 +14,7 @@ void CloseInheritedDescriptorsOnExec()
     constexpr unsigned int last = ~0u;
     if (::syscall(SYS_close_range, first, last, CLOSE_RANGE_CLOEXEC) == 0)
         return;
-    // Kernels before 5.11 refuse that.
+    // Kernels before 5.11 lack CLOSE_RANGE_CLOEXEC.
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
         return;

@@ -19,9 +19,9 @@ const wchar_t* const c_localeProvider = L"ICU " U_ICU_VERSION;
 
 namespace {
 
-// The ICU functions needed here. Loading ICU takes a sixth of the time in which a whole program
-// starts, so the first request for a pattern loads it. It is never unloaded. Without ICU, the
-// patterns are those of the United States.
+// The ICU functions needed here. Loading ICU takes a sixth of the start-up time of a whole program,
+// so the first request for a pattern loads it. It is never unloaded. Without ICU, the patterns are
+// those of the United States.
 struct Icu {
     template <typename Function>
     void Find(Function*& function, const char* symbol) const
