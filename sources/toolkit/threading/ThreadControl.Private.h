@@ -46,7 +46,8 @@ public:
     /// `Wake()`.
     void AwaitWake();
 
-    /// Returns the memory for discarding the thread, which must not need to allocate. Call it once.
+    /// Returns the memory that DiscardThread() needs. Allocated in advance, because a destructor
+    /// must not need memory. Call it once.
     std::unique_ptr<Framework::ThreadRemains> TakeRemains() { return std::move(m_remains); }
 
 private:
