@@ -44,8 +44,8 @@ std::chrono::milliseconds Conversation::TimeLeft() const
     return std::max(left, std::chrono::milliseconds(0));
 }
 
-// Limits connect(), which blocks while the queue of the server is full and knows no deadline of
-// ours.
+// Limits connect(), which blocks while the queue of the server is full and does not look at
+// m_deadline.
 bool Conversation::LimitConnecting() const
 {
     const auto left = std::max(TimeLeft(), std::chrono::milliseconds(1));
