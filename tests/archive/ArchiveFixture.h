@@ -13,7 +13,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// An archive in a directory of its own, and its entries.
+/// Fixture with one archive in a temporary directory, and the entries of the last listing.
 class ArchiveFixture : public testing::Test {
 protected:
     TString<wchar_t> Path() const { return m_directory.File(L"archive.zip"); }
@@ -23,7 +23,7 @@ protected:
         return m_directory.WriteFile(L"archive.zip", bytes);
     }
 
-    /// The names that a listing returns.
+    /// Lists the archive at `path` and returns the names of its entries.
     std::vector<std::wstring>
     Names(const TString<wchar_t>& path, const TString<wchar_t>& filter = L"",
           ArchiveEntriesFlags::ArchiveEntriesType type = ArchiveEntriesFlags::AllEntries)
@@ -37,7 +37,7 @@ protected:
         return names;
     }
 
-    /// The archive's stream at the beginning of an entry of the last listing.
+    /// Returns the archive's stream at the beginning of entry `name` of the last listing.
     ZipInputStream& StreamAt(const TString<wchar_t>& name)
     {
         m_stream = m_archive.GetZipInputStream(m_entries[name]);
@@ -51,7 +51,7 @@ protected:
         return {bytes.begin(), bytes.end()};
     }
 
-    /// False when the last read met an error or the end of the data.
+    /// Returns false if the last read hit an error or the end of the data.
     bool IsOk() { return m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>())->IsOk(); }
 
     const wxInitializer m_wxWidgets;

@@ -7,7 +7,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// An entry in which any field may be wrong.
+/// A zip entry, any field of which may be set to a wrong value.
 struct RawEntry {
     std::string name;
     std::string data;           ///< The bytes between this entry's header and the next.
@@ -21,15 +21,15 @@ struct RawEntry {
     std::string extra = "";
 };
 
-/// The archive of `entries`, byte by byte.
+/// Returns a zip archive of `entries`.
 std::string RawZip(const std::vector<RawEntry>& entries);
 
-/// `content` in the deflate format, as one block that is not compressed.
+/// Returns `content` in the deflate format, as one uncompressed block.
 std::string Deflated(const std::string& content);
 
 std::uint32_t Checksum(const std::string& bytes);
 
-/// The low `size` bytes of `value` in little-endian order.
+/// Returns the low `size` bytes of `value` in little-endian order.
 std::string Number(std::uint64_t value, int size);
 
 } // namespace Toolkit::TestSupport

@@ -14,8 +14,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// A program under a name and an install prefix of its own, so that it shares no log, settings or
-/// home directory with anybody. The log is removed with the object.
+/// Installs a copy of a program under a unique name and prefix, so that it shares no log, settings
+/// or home directory with another program. The destructor removes the log.
 class InstalledProgram {
 public:
     explicit InstalledProgram(const std::filesystem::path& program)
@@ -45,7 +45,8 @@ public:
         std::filesystem::create_directories(PlugInsPath());
         std::filesystem::copy_file(library, PlugInsPath() / library.filename());
     }
-    /// The name of this program, in this place, run by this user.
+    /// Returns the unique name that the library gives this program: its path and the user's name in
+    /// lower case, without slashes.
     std::string UniqueName() const
     {
         std::string name = m_prefix.Path() / "bin" / Name();

@@ -13,7 +13,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A program whose output is a terminal. It is asked to end with the object.
+/// Runs a program whose output is a terminal. The destructor sends it SIGTERM and waits for it.
 class ProgramOnTerminal {
 public:
     ProgramOnTerminal(const std::string& program, std::vector<std::string> arguments)
@@ -51,7 +51,7 @@ public:
     ProgramOnTerminal(const ProgramOnTerminal&) = delete;
     ProgramOnTerminal& operator=(const ProgramOnTerminal&) = delete;
 
-    /// All that the program has written since its start, as soon as `text` is a part of it.
+    /// Reads until the output contains `text`. Returns all output since the program started.
     const std::string& ReadUntil(const std::string& text)
     {
         char byte = 0;

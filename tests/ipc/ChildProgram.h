@@ -14,7 +14,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A program that runs beside the test, which reads its output line by line.
+/// Runs a program while the test reads its output line by line. The destructor kills it.
 class ChildProgram {
 public:
     ChildProgram(const std::string& program, const std::vector<std::string>& arguments)
@@ -49,7 +49,7 @@ public:
     ChildProgram(const ChildProgram&) = delete;
     ChildProgram& operator=(const ChildProgram&) = delete;
 
-    /// The next line without its end; empty after the last one.
+    /// Reads the next line and returns it without its line feed; empty at the end of the output.
     std::string ReadLine() const
     {
         std::string line;

@@ -14,7 +14,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// After this time a test fails instead of hanging.
+/// Time after which a test fails instead of hanging.
 constexpr std::chrono::seconds c_hangLimit{60};
 
 /// Runs an event loop on this thread while `work` runs on another one.
@@ -29,7 +29,7 @@ inline void ServeWhile(const std::function<void()>& work)
     thread.join();
 }
 
-/// Keeps the texts that a server receives.
+/// Collects the messages that a server receives.
 class ReceivedTexts {
 public:
     void Add(const TString<wchar_t>& text)
@@ -39,7 +39,8 @@ public:
         m_changed.notify_all();
     }
 
-    /// Waits until `count` texts have arrived and returns all of them.
+    /// Waits until `count` messages have arrived, for c_hangLimit at most. Returns all that have
+    /// arrived.
     std::vector<std::wstring> Await(std::size_t count)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
@@ -47,7 +48,7 @@ public:
         return m_texts;
     }
 
-    /// What has arrived up to now.
+    /// Returns the messages that have arrived so far.
     std::vector<std::wstring> All() { return Await(0); }
 
 private:
@@ -56,7 +57,7 @@ private:
     std::vector<std::wstring> m_texts; // guarded by m_mutex
 };
 
-/// A listener that calls a function with each text.
+/// Calls a function with each message.
 class Listener : public IPCConnectionEvent {
 public:
     explicit Listener(std::function<void(const TString<wchar_t>&)> action)
@@ -76,7 +77,7 @@ MakeListener(std::function<void(const TString<wchar_t>&)> action)
     return smart_ptr<IPCConnectionEvent>(new Listener(std::move(action)));
 }
 
-/// A listener that keeps the texts in `texts`.
+/// Returns a listener that adds each message to `texts`.
 inline smart_ptr<IPCConnectionEvent> Keep(ReceivedTexts& texts)
 {
     return MakeListener([&texts](const TString<wchar_t>& text) { texts.Add(text); });

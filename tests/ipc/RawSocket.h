@@ -12,7 +12,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A local socket on which the test decides every byte.
+/// A Unix domain socket on which the test sends and receives raw bytes.
 class RawSocket {
 public:
     RawSocket() : m_socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {}
@@ -49,7 +49,7 @@ public:
         return ::bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     }
 
-    /// The next client; a closed socket when none comes.
+    /// Accepts the next client. Returns a closed socket if none connects within `c_limitMs`.
     RawSocket Accept() const
     {
         pollfd waiting{m_socket, POLLIN, 0};
@@ -57,7 +57,7 @@ public:
         return RawSocket(waiting.revents != 0 ? ::accept(m_socket, nullptr, nullptr) : -1);
     }
 
-    /// False when the other end is closed.
+    /// Sends all `bytes`. Returns false if the peer has closed its end.
     bool Send(const std::string& bytes) const
     {
         std::size_t sent = 0;
@@ -71,7 +71,7 @@ public:
         return true;
     }
 
-    /// The next bytes, `count` at most; fewer when the other end is closed or sends nothing.
+    /// Receives `count` bytes; fewer if the peer closes its end or sends nothing for `c_limitMs`.
     std::string Receive(std::size_t count) const
     {
         std::string bytes;
@@ -91,7 +91,8 @@ public:
 
     std::string ReceiveAll() const { return Receive(std::string::npos); }
 
-    /// Waits until the other end is closed, and drops what it sent before.
+    /// Receives and discards until the peer closes its end. Returns false if the peer sends nothing
+    /// for `c_limitMs`.
     bool IsClosedByPeer() const
     {
         ReceiveAll();

@@ -18,12 +18,12 @@
 
 namespace Toolkit::TestSupport {
 
-/// "Connect" with the topic "t".
+/// The "Connect" message with the topic "t".
 const std::string c_connect("\x0A\x01\0\0\0t", 6);
-/// "Execute" with the text "a".
+/// The "Execute" message with the data "a".
 const std::string c_executeA("\x01\x01\x08\0\0\0a\0\0\0\0\0\0\0", 14);
 
-/// A server whose texts are kept, and a home directory that is not the user's.
+/// Fixture for servers whose messages are collected, with a temporary home directory.
 class ServerFixture : public testing::Test {
 protected:
     TString<wchar_t> Service() const { return m_directory.File(L"service"); }
@@ -44,7 +44,7 @@ protected:
         return server;
     }
 
-    /// A client that has sent its topic and been answered.
+    /// Returns a client that has sent its topic and received the reply.
     RawSocket Introduced() const
     {
         RawSocket client = RawSocket::ConnectedTo(Path());

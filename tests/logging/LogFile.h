@@ -21,8 +21,9 @@
 
 namespace Toolkit::TestSupport {
 
-/// What a `FileLogger` needs: a path manager with directories of the test's own, and a name that no
-/// other test uses in the temporary directory. Files of that name are removed at the end.
+/// Provides what a `FileLogger` needs: a path manager with a temporary home directory, and a log
+/// name that no other test uses. The destructor removes the files in /tmp whose names begin with
+/// it.
 class LogFileTest : public testing::Test {
 protected:
     LogFileTest() : m_homeVariable("HOME", m_home.Path().native())
@@ -41,7 +42,7 @@ protected:
     TString<wchar_t> Name() const { return UTF8::ToUNICODE(m_name); }
     std::filesystem::path Path() const { return "/tmp/" + m_name + ".qvlog"; }
 
-    /// All files in the temporary directory whose names begin with the test's.
+    /// Returns all files in /tmp whose names begin with `m_name`.
     std::vector<std::filesystem::path> Files() const
     {
         std::vector<std::filesystem::path> files;
@@ -89,13 +90,13 @@ inline OpenFile FindOpenFile(const std::filesystem::path& path)
     return file;
 }
 
-/// While it exists, no file can be opened.
+/// Prevents this process from opening files until the object is destroyed.
 class NoDescriptors {
 public:
     NoDescriptors()
     {
-        // A sanitizer needs descriptors when it first sees the type of wxWidgets' application
-        // object.
+        // UndefinedBehaviorSanitizer needs descriptors when it first checks the type of wxWidgets'
+        // application object.
         const FrameworkHold first;
         const FrameworkHold second;
         EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_oldLimit), 0);

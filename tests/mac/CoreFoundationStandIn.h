@@ -2,12 +2,12 @@
 
 #include <string>
 
-/// A Core Foundation that knows one locale, whose patterns the test sets.
+/// A stand-in for Core Foundation with one locale, whose patterns the test sets.
 namespace Toolkit::MacStandIns {
 
 void SetShortPatterns(const std::string& date, const std::string& time);
 
-/// Objects that were created and not released.
+/// Returns the number of objects that were created and not yet released.
 int CountObjects();
 
 } // namespace Toolkit::MacStandIns

@@ -9,7 +9,7 @@ namespace Toolkit::MacStandIns {
 /// Sets what _NSGetExecutablePath() returns.
 void SetExecutablePath(const std::string& path);
 
-/// Sets the user that getpeereid() returns; without one, it is the user of the peer.
+/// Sets the user that getpeereid() returns; with `std::nullopt` it returns the peer's real user.
 void SetPeerUser(std::optional<uid_t> user);
 
 } // namespace Toolkit::MacStandIns

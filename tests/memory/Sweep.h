@@ -9,14 +9,14 @@
 
 #include "memory/AllocationFault.h"
 
-/// The sweep: each public operation runs again and again, while its first, second, third ...
-/// allocation fails, until it succeeds.
+/// The out-of-memory sweep: runs each public operation repeatedly, with its first, second, third
+/// ... allocation failing, until a run makes too few allocations to reach the failing one.
 namespace Toolkit::TestSupport {
 
 /// What an operation may do when memory runs out.
 enum class Rule {
-    Results,  ///< It throws nothing: the failure shows in its result.
-    BadAlloc, ///< It may let std::bad_alloc out, with everything as it was.
+    Results,  ///< It throws nothing and reports failure by its result.
+    BadAlloc, ///< It may throw std::bad_alloc and then changes nothing.
     RegExp    ///< It may throw a `smart_ptr<RegExpException>`.
 };
 
@@ -28,7 +28,8 @@ public:
     {
     }
 
-    /// Calls `operation` with the fault. Returns false when it threw what `rule` allows.
+    /// Calls `operation` while the allocation fails. Returns false if it threw; an exception that
+    /// `rule` does not allow fails the test.
     template <typename Operation>
     bool Run(Rule rule, Operation operation)
     {
@@ -45,7 +46,7 @@ public:
         return Judge(rule, thrown);
     }
 
-    /// The same for an operation that throws nothing.
+    /// Runs an operation that must not throw.
     template <typename Operation>
     void Run(Operation operation)
     {
@@ -55,10 +56,10 @@ public:
     /// Whether an allocation failed in Run().
     bool HasFailed() const { return m_hasFailed; }
 
-    /// `success` has to hold when no allocation failed, and either of the two when one did.
+    /// Expects `success` if no allocation failed, and `success` or `failure` if one did.
     void Expect(bool success, bool failure = false);
 
-    /// What must hold in every case.
+    /// Expects `condition` whether or not an allocation failed.
     void Always(bool condition) { Expect(condition, condition); }
 
     /// Number of expectations that did not hold.
@@ -74,7 +75,7 @@ private:
     int m_failures = 0;
 };
 
-/// An object in memory of its own, so that only its construction meets the fault.
+/// Storage for one object: creating the object allocates nothing but what its constructor does.
 template <typename Object>
 class Place {
 public:
@@ -103,11 +104,11 @@ private:
     Object* m_object = nullptr;
 };
 
-/// An exported operation, by its name without arguments. Overloads have an entry each.
+/// An exported operation. `name` omits the arguments; each overload has its own entry.
 struct Operation {
     const char* name;
     void (*run)(Attempt&);
-    /// How many single failures a run in the normal suite tries; the whole sweep tries all.
+    /// Maximum number of failing allocations that the normal test run tries; script/soak tries all.
     long sample = 1'000'000;
 };
 
@@ -122,7 +123,7 @@ std::vector<Operation> LogOperations();
 std::vector<Operation> SystemOperations();
 std::vector<Operation> MessageOperations();
 
-/// All of them.
+/// Returns all of the above.
 const std::vector<Operation>& Operations();
 
 } // namespace Toolkit::TestSupport

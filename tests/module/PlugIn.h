@@ -4,7 +4,7 @@
 struct PlugInOperations {
     /// Throws a `smart_ptr<Version>`.
     void (*throwVersion)();
-    /// Calls `action` and prints the version that it throws.
+    /// Calls `action` and prints the `Version` that it throws.
     void (*catchVersion)(void (*action)());
 };
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-// Base64 by its rules, one character at a time.
+// A plain reference implementation of Base64, one character at a time.
 namespace Toolkit::References {
 
 inline const std::string c_base64Alphabet =

@@ -5,10 +5,10 @@
 #include <string>
 #include <utility>
 
-// Formats dates and times by locale patterns, one token per search from the beginning.
+// Formats dates and times by locale patterns. Each search for a token starts at the beginning.
 namespace Toolkit::References {
 
-/// 5 March 2009.
+/// Formats 5 March 2009.
 inline std::wstring FormatDate(std::wstring pattern)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> tokens[] = {
@@ -19,7 +19,7 @@ inline std::wstring FormatDate(std::wstring pattern)
     return pattern.substr(0, pattern.find(L' '));
 }
 
-/// The time 19:04, with AM and PM as halves of the day.
+/// Formats 19:04, with AM and PM as the halves of the day.
 inline std::wstring FormatTime(std::wstring pattern)
 {
     ReplaceRepeatedly(pattern, L"HH", L"19");

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-// Quoted-printable coding by its rules, one character at a time.
+// A plain reference implementation of quoted-printable, one character at a time.
 namespace Toolkit::References {
 
 // The set of 7-bit values that must be escaped, bit c & 7 of byte c >> 3.

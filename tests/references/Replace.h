@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-// Replacement by its rule: every search starts at the beginning.
+// A plain reference implementation of replacement: every search starts at the beginning.
 namespace Toolkit::References {
 
 inline void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, const std::wstring& to)
@@ -12,8 +12,8 @@ inline void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, cons
         text.replace(hit, from.size(), to);
 }
 
-/// Whether repeated replacement is sure to end: each step shortens the string, or gives a later one
-/// of the same length in lexicographic order.
+/// Whether repeated replacement is sure to end: each step shortens the string, or yields a
+/// lexicographically greater one of the same length.
 inline bool EndsReplacing(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));

@@ -5,7 +5,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// What `operation` throws; an empty pointer when it returns.
+/// Returns what `operation` throws; an empty pointer if it throws nothing.
 template <typename Operation>
 smart_ptr<RegExpException> CaughtException(const Operation& operation)
 {
@@ -17,7 +17,7 @@ smart_ptr<RegExpException> CaughtException(const Operation& operation)
     return smart_ptr<RegExpException>();
 }
 
-/// The message of what `operation` throws; "nothing thrown" when it returns.
+/// Returns the message of what `operation` throws; "nothing thrown" if it throws nothing.
 template <typename Operation>
 TString<char> CaughtMessage(const Operation& operation)
 {

@@ -6,7 +6,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A pattern compiled and matched by direct calls of the engine, for comparison.
+/// A pattern compiled and matched by direct calls to PCRE, for comparison.
 class DirectPcre {
 public:
     static constexpr int c_compileFailed = -1000;
@@ -25,7 +25,7 @@ public:
     const char* ErrorText() const { return m_errorText; }
     int ErrorOffset() const { return m_errorOffset; }
 
-    /// The engine's own result.
+    /// Returns the result of pcre_exec(), or `c_compileFailed`.
     int Execute(const std::string& subject, int start, int options)
     {
         if (!m_code)
@@ -34,7 +34,7 @@ public:
                          options, m_offsets, 60);
     }
 
-    /// The value of a group of the last match; empty for one that took no part.
+    /// Returns the value of a group of the last match; empty if the group did not take part.
     std::string Value(const std::string& subject, int group) const
     {
         const int begin = m_offsets[2 * group];

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The engine that the library is built with.
+/// The regular expression engine that the library is built with.
 namespace Toolkit::TestSupport {
 
 #ifdef TOOLKIT_USES_PCRE2
@@ -11,7 +11,7 @@ constexpr bool c_usesPcre2 = true;
 constexpr bool c_usesPcre2 = false;
 #endif
 
-/// Where the engines' compile messages differ: `first` is PCRE 1's.
+/// Returns the compile message of the engine in use: `first` is PCRE 1's, `second` PCRE 2's.
 inline std::string ForEngine(const std::string& first, const std::string& second)
 {
     return c_usesPcre2 ? second : first;

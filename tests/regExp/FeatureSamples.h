@@ -289,7 +289,7 @@ constexpr FeatureSample c_featureSamples[] = {
     {"(?xx)[a b]", {"b", " ", "c"}},
     {"(?n)(a)(b)", {"ab", "a", "b"}},
     {"(?^i)A", {"a", "A", "b"}},
-    // What is refused
+    // Invalid patterns
     {"(?<1a>x)", {"x", "a", ""}},
     {"(?&none)", {"x", "a", ""}},
     {"(?(<none>)a|b)", {"b", "a", ""}},

@@ -7,7 +7,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// A locale compiled from the system's sources for one test, so that it need not be installed.
+/// A locale that is compiled from the system's locale sources for one test and need not be
+/// installed.
 class CompiledLocale {
 public:
     /// `source` and `charset` are arguments of localedef, such as "tr_TR" and "UTF-8".

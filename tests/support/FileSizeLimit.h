@@ -6,7 +6,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Limits the size of the process's files, to simulate a full disk.
+/// Limits the size of the files that this process writes to `size` bytes, to simulate a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(std::size_t size);

@@ -4,7 +4,7 @@
 
 namespace {
 
-// No input may reach an assertion of wxWidgets.
+// No input may trigger an assertion of wxWidgets.
 void FailOnAssert(const wxString& file, int line, const wxString& function,
                   const wxString& condition, const wxString& message)
 {

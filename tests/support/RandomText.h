@@ -6,19 +6,19 @@
 
 namespace Toolkit::TestSupport {
 
-/// Random strings over an alphabet, the same in every run.
+/// Generates random numbers and strings. The same `seed` yields the same sequence in every run.
 class RandomText {
 public:
     explicit RandomText(unsigned int seed) : m_engine(seed) {}
 
-    /// A number from `first` to `last`, inclusive.
+    /// Returns a number from `first` to `last`, inclusive.
     template <typename Integer>
     Integer Number(Integer first, Integer last)
     {
         return std::uniform_int_distribution<Integer>(first, last)(m_engine);
     }
 
-    /// At most `longest` characters of `alphabet`.
+    /// Returns a string of at most `longest` characters from `alphabet`.
     template <typename Char>
     std::basic_string<Char> Text(const std::basic_string<Char>& alphabet, std::size_t longest)
     {

@@ -6,7 +6,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// How a program ended, and its output.
+/// The exit code and output of a program.
 struct ProgramResult {
     int exitCode; ///< Minus the signal number if a signal ended it.
     std::string output;

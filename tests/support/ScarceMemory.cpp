@@ -8,7 +8,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// Counts down to the failing allocation, and on below zero.
+// Number of allocations before the failing one; negative once it has failed.
 thread_local long t_allocationsLeft = 0;
 thread_local bool t_isCounting = false;
 
@@ -27,7 +27,7 @@ void* Allocate(std::size_t size, const void* returnAddress)
     if (Fails(size, returnAddress))
         return nullptr;
     void* memory = std::malloc(size > 0 ? size : 1);
-    // Keeps the call from becoming a jump: a replaced malloc() must see that it comes from here.
+    // Prevents a tail call: a replaced malloc() must see a return address in this function.
     __asm__ volatile("" : "+r"(memory));
     return memory;
 }
@@ -78,7 +78,7 @@ void SetAllocationRule(AllocationRule rule)
 using Toolkit::TestSupport::Allocate;
 using Toolkit::TestSupport::AllocateOrThrow;
 
-// Not inlined, so that the address is one of the caller's.
+// Not inlined, so that the return address is in the caller.
 __attribute__((noinline)) void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     return Allocate(size, __builtin_return_address(0));

@@ -5,7 +5,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Sets or removes an environment variable and restores it.
+/// Sets an environment variable, or removes it if there is no `value`. The destructor restores it.
 class ScopedEnvironment {
 public:
     ScopedEnvironment(const std::string& name, const std::optional<std::string>& value);

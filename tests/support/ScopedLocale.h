@@ -4,7 +4,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Sets the C locale of the process and restores it.
+/// Sets the C locale of the process. The destructor restores it.
 class ScopedLocale {
 public:
     /// Fails the test if the system has no locale `name`.

@@ -4,7 +4,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Sets the time zone of the process, such as "Europe/Berlin", and restores it.
+/// Sets the time zone of the process, such as "Europe/Berlin". The destructor restores it.
 class ScopedTimeZone {
 public:
     explicit ScopedTimeZone(const std::string& name);

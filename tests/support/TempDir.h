@@ -18,20 +18,20 @@ public:
 
     const std::filesystem::path& Path() const { return m_path; }
 
-    /// The path of `name` in the directory, or of the directory itself if `name` is empty.
+    /// Returns the path of `name` in the directory, or of the directory itself if `name` is empty.
     TString<wchar_t> File(const TString<wchar_t>& name) const;
 
     /// Writes `bytes` to `name` and returns its path.
     TString<wchar_t> WriteFile(const TString<wchar_t>& name, const std::string& bytes) const;
 
-    /// The bytes of `name`; empty when it cannot be read.
+    /// Returns the bytes of `name`; empty if it cannot be read.
     std::string ReadFile(const TString<wchar_t>& name) const;
 
 private:
     std::filesystem::path m_path;
 };
 
-/// The bytes of a file; empty when it cannot be read.
+/// Returns the bytes of a file; empty if it cannot be read.
 std::string ReadWholeFile(const std::filesystem::path& path);
 
 } // namespace Toolkit::TestSupport

@@ -14,7 +14,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// The command `toolkit` while it runs, with its output in a pipe. It is ended with the object.
+/// Runs the command `toolkit` with its output and errors in a pipe. The destructor kills it.
 class RunningCommand {
 public:
     explicit RunningCommand(std::vector<std::string> arguments)
@@ -49,8 +49,8 @@ public:
     RunningCommand(const RunningCommand&) = delete;
     RunningCommand& operator=(const RunningCommand&) = delete;
 
-    /// Waits until `text` is a part of what was written since the start, and returns that; fails
-    /// after ten seconds.
+    /// Reads until the output contains `text`. Returns all output since the start. Fails if nothing
+    /// is written for ten seconds.
     const std::string& ReadUntil(const std::string& text)
     {
         constexpr int longestWaitMs = 10000;
@@ -77,7 +77,7 @@ public:
         m_output = -1;
     }
 
-    /// Sends `signal` and waits for the end; returns the exit code, or minus the signal.
+    /// Sends `signal` and waits until the process ends. Returns the exit code, or minus the signal.
     int End(int signal)
     {
         ::kill(m_process, signal);

@@ -11,8 +11,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// A test of the command `toolkit`, with a home directory and a directory for files of its own, in
-/// the time zone UTC.
+/// Fixture for tests of the command `toolkit`, with a temporary home directory, a temporary
+/// directory for files, and the time zone UTC.
 class ToolFixture : public testing::Test {
 protected:
     static ProgramResult Run(const std::vector<std::string>& arguments)
@@ -20,7 +20,8 @@ protected:
         return RunProgram(TOOLKIT_COMMAND, arguments);
     }
 
-    /// Runs a line of the shell, in which $toolkit is the command and $dir the directory.
+    /// Runs `line` in /bin/sh, with $toolkit set to the command and $dir to the directory for
+    /// files.
     ProgramResult Shell(const std::string& line) const
     {
         return RunProgram("/bin/sh", {"-c", "toolkit='" TOOLKIT_COMMAND "' dir='" +

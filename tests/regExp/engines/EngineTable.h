@@ -5,7 +5,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// The functions of Pcre as one engine implements them.
+/// The functions of `Pcre` as implemented by one engine.
 struct EngineTable {
     std::string (*getVersion)();
     void* (*compile)(const char* pattern, const char*& errorText, int& errorOffset);
@@ -20,7 +20,7 @@ struct EngineTable {
 extern const EngineTable c_pcre;
 extern const EngineTable c_pcre2;
 
-/// The engine that the functions of Pcre call in this program.
+/// The engine that the functions of `Pcre` currently call in this program.
 extern const EngineTable* s_engine;
 
 } // namespace Toolkit::TestSupport

@@ -6,11 +6,10 @@
 
 namespace Toolkit::TestSupport {
 
-/// Random patterns built from the syntax that both engines support, and subjects for them.
+/// Generates random patterns from the syntax that both engines support, and subjects for them.
 class RandomPattern {
 public:
-    /// Rare constructs are verbs that steer the search, conditions, and assertions that are
-    /// repeated.
+    /// Rare constructs are backtracking verbs, conditions and repeated assertions.
     RandomPattern(unsigned int seed, bool hasRareConstructs)
         : m_random(seed), m_hasRareConstructs(hasRareConstructs)
     {
@@ -20,7 +19,7 @@ public:
     std::string Subject();
     std::string Replacement();
 
-    /// Options of a search, mostly none.
+    /// Returns random search options, mostly none.
     int Options();
     RandomText& Random() { return m_random; }
 
