@@ -1,4 +1,4 @@
-// Prints the names of an archive's entries, each as the numbers of its characters.
+// Prints the names of an archive's entries, each as its character codes.
 
 #include "toolkit/archive/ArchiveZip.h"
 #include "toolkit/encoding/UTF8.h"

@@ -30,7 +30,8 @@ constexpr std::uint32_t c_inExtraField = 0xFFFFFFFF;
 
 class ArchiveZipHostileTest : public TestSupport::ArchiveFixture {
 protected:
-    // Lists an archive, reads each entry in every way and returns the number of bytes.
+    // Lists an archive, reads each entry as bytes, lines and words, and returns the number of
+    // bytes.
     std::size_t ReadAll(const std::string& archive)
     {
         std::size_t count = 0;

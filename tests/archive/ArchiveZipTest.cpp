@@ -273,7 +273,7 @@ TEST_F(ArchiveZipTest, ListsNamesOfEveryKindAsTheyAre)
 TEST_F(ArchiveZipTest, KeepsNamesInOtherEncodingsApart)
 {
     Write({{L"aa", "first"}, {L"bb", "second"}});
-    // Names of bytes that are not UTF-8, in the entries' headers and in the directory.
+    // Names that are not valid UTF-8, both in the entries' headers and in the directory.
     Damage("aa", "\xE9\xE9");
     Damage("aa", "\xE9\xE9");
     Damage("bb", "\xE8\xE8");

@@ -22,7 +22,7 @@ using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedLocale;
 using TestSupport::ScopedTimeZone;
 
-// Archives that other programs write from files in the test's directory.
+// Reads archives that other programs write from files in the test's directory.
 class ArchiveZipToolsTest : public TestSupport::ArchiveFixture {
 protected:
     void SetUp() override
@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << command << "\n" << result.output << result.errors;
     }
 
-    // Runs Python statements with an archive `z` that is open for writing.
+    // Runs Python statements in which `z` is an archive open for writing.
     void RunPython(const std::string& statements, const std::string& mode = "w") const
     {
         m_directory.WriteFile(L"write.py", "import zipfile\n"
@@ -48,7 +48,7 @@ protected:
         Run("python3 write.py");
     }
 
-    // The contents of the two files, the same for every archive.
+    // Checks the names and contents of the two files, which are the same in every archive.
     void ExpectFiles()
     {
         EXPECT_THAT(Names(Path()), ElementsAre(L"long.txt", L"sub/", L"sub/short.txt"));
@@ -106,7 +106,7 @@ TEST_F(ArchiveZipToolsTest, ReadsZip64)
 
 TEST_F(ArchiveZipToolsTest, ReadsEntriesBeyondFourGigabytes)
 {
-    // A hole takes no room on the disk.
+    // A sparse file occupies no disk space.
     Run("truncate -s 5G archive.zip");
     RunPython("z.writestr('a', 'one'); z.writestr('b', 'two')", "a");
 
@@ -121,7 +121,7 @@ TEST_F(ArchiveZipToolsTest, ReadsAnArchiveAfterAProgram)
     Run("zip -q -r plain.zip long.txt sub && (echo program; cat plain.zip) > archive.zip");
     ExpectFiles();
 
-    // The same with offsets that count the program.
+    // Now with offsets from the beginning of the whole file, including the program.
     Run("zip -q -A archive.zip");
     ExpectFiles();
 }
@@ -159,7 +159,7 @@ TEST_F(ArchiveZipToolsTest, ListsNamesInUtf8InEveryLocale)
     }
 }
 
-// wxWidgets reads the environment once per process.
+// In a separate process, because wxWidgets reads the environment once per process.
 TEST_F(ArchiveZipToolsTest, DecodesOtherNamesByTheEnvironmentOrAsLatin1)
 {
     // Python marks names outside ASCII as UTF-8: the test clears the flag.

@@ -5,7 +5,7 @@ namespace {
 
 constexpr std::uint64_t c_version = 45;
 
-// The fields that the header of an entry shares with its record in the directory.
+// Returns the fields that an entry's header shares with its record in the directory.
 std::string CommonFields(const RawEntry& entry)
 {
     const std::uint64_t compressedSize = entry.compressedSize.value_or(entry.data.size());

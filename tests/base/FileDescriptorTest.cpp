@@ -18,7 +18,7 @@ using Toolkit::TestSupport::TempDir;
 
 class FileDescriptorTest : public testing::Test {
 protected:
-    // The path of a file that holds `bytes`.
+    // Writes `bytes` to a file and returns its path.
     std::string File(const std::string& bytes) const
     {
         m_directory.WriteFile(L"file", bytes);

@@ -36,7 +36,8 @@ TEST_F(FileLockTest, IsUnavailableWithoutAFile)
     EXPECT_EQ(FileLock(FileDescriptor()).GetState(), FileLock::State::Unavailable);
 }
 
-// Holds the lock, forks a child and ends. The child writes its id to `output` and keeps running.
+// Exits while holding the lock, after forking a child, which writes its process id to `output` and
+// keeps running.
 [[noreturn]] void HoldForkAndEnd(const FileLock& lock, int output)
 {
     if (lock.GetState() != FileLock::State::Held)

@@ -15,7 +15,7 @@ using Parser = bool (*)(const char* begin, const char* end, double& value);
 
 constexpr double c_untouched = -1;
 
-// The value; c_untouched when `text` is not a number.
+// Returns the value; c_untouched if `text` is not a number.
 double Parse(Parser parser, const std::string& text)
 {
     double value = c_untouched;

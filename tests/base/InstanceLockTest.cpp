@@ -25,8 +25,8 @@ int StateInAnotherProcess()
     return WEXITSTATUS(status);
 }
 
-// Ends with 0 when this process gets the lock and another one then does not. Modes do not bind
-// root.
+// Exits with 0 if this process gets the lock and another one then does not. Gives up root's rights
+// first, because file permissions do not apply to root.
 [[noreturn]] void LockAsAnOrdinaryUser()
 {
     constexpr uid_t nobody = 65534;

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// The lines of a text, each with its end.
+// Returns the lines of `text`, each with its line ending.
 std::vector<std::pair<std::string, std::string>> LinesOf(std::string_view text)
 {
     std::vector<std::pair<std::string, std::string>> result;
@@ -49,7 +49,7 @@ TEST(LineSplitterTest, KeepsNullCharacters)
                 ElementsAre(Pair(std::string("a\0b", 3), "\n"), Pair(std::string(1, '\0'), "")));
 }
 
-// If each line searched the whole rest for a line feed, this would take hours.
+// This would take hours if every line searched the rest of the text for a line feed.
 TEST(LineSplitterTest, TakesLinearTimeWithoutAnyLineFeed)
 {
     EXPECT_EQ(LinesOf(std::string(3'000'000, '\r')).size(), 3'000'000u);

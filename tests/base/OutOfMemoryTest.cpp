@@ -35,7 +35,7 @@ TEST(OutOfMemoryTest, DistinguishesAnEndFromAnExceptionInCompletes)
     EXPECT_FALSE(Completes([] { throw std::bad_alloc(); }));
 }
 
-// A regular expression throws a smart_ptr, which is not a std::exception.
+// RegExp throws a smart_ptr, which is not a std::exception.
 TEST(OutOfMemoryTest, PassesOnWhatIsNoStandardException)
 {
     struct Foreign {};

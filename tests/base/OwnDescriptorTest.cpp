@@ -19,7 +19,7 @@ namespace {
 
 constexpr unsigned int c_longestChildS = 10;
 
-// Whether `check` holds in a forked child and the child ends in time.
+// Returns whether `check` succeeds in a forked child that ends in time.
 bool HoldsInChild(const std::function<bool()>& check)
 {
     const pid_t child = ::fork();

@@ -1,4 +1,5 @@
-// Compares the tokens of random command lines with a character by character reading of the rules.
+// Compares the tokens of random command lines with those of a plain character-by-character
+// tokenizer.
 
 #include "toolkit/config/CmdLineParser.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 using TestSupport::RandomText;
 
-// Reads a line from left to right, a character at a time.
+// Splits a line into tokens from left to right, one character at a time.
 class ReferenceTokenizer {
 public:
     std::vector<std::wstring> Read(const std::wstring& line)

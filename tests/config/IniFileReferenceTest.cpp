@@ -1,4 +1,4 @@
-// Compares the settings of random files with a plain restatement of the rules.
+// Compares the settings of random files with those of a plain reference parser.
 
 #include "toolkit/config/IniFile.h"
 
@@ -79,7 +79,7 @@ TString<wchar_t> Widen(const std::string& text)
     return std::wstring(text.begin(), text.end());
 }
 
-// The settings of `ini` in the sections that the lines may name.
+// Returns the settings of `ini` in all sections that `lines` may name.
 Sections Contents(const IniFile& ini, const std::vector<std::string>& lines)
 {
     Sections sections;

@@ -341,7 +341,7 @@ TEST_F(IniFileTest, ListsKeysOverTheNameOfTheirSection)
     EXPECT_THAT(names, ElementsAre(L"a", L"b"));
 }
 
-// Parses while one allocation fails; false when there are fewer allocations.
+// Parses while one allocation fails. Returns false if there are fewer allocations.
 bool ParseWithAFailingAllocation(IniFile& ini, const TString<wchar_t>& path, long allocation)
 {
     const FailingAllocation failing(allocation);

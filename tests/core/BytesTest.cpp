@@ -32,7 +32,7 @@ const unsigned char* Raw(const std::string& text)
     return reinterpret_cast<const unsigned char*>(text.data());
 }
 
-// The result of GetBytes(); nothing when it fails.
+// Returns the bytes from GetBytes(); `std::nullopt` if it fails.
 Contents ContentsOf(const Bytes& bytes)
 {
     unsigned char* copy = nullptr;
@@ -44,7 +44,7 @@ Contents ContentsOf(const Bytes& bytes)
     return contents;
 }
 
-// A stream in memory that records its calls and fails in call number `failAt`.
+// An in-memory stream that records its calls and fails in call number `failAt`.
 class MemoryStream : public IStream {
 public:
     explicit MemoryStream(const std::string& bytes = "") : contents(bytes) {}
@@ -330,7 +330,7 @@ TEST(BytesTest, DoesNotBelieveASizeBeyondTheStream)
     }
 }
 
-// A stream whose length is not known in advance.
+// A stream whose length is unknown: Length() returns 0.
 class EndlessStream : public MemoryStream {
 public:
     using MemoryStream::MemoryStream;

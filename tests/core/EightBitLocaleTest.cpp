@@ -1,4 +1,5 @@
-// Compares the text operations with their literal forms in the 8-bit locales of the system.
+// Compares the string operations with plain character-by-character ones in the system's 8-bit
+// locales.
 
 #include "toolkit/core/TString.h"
 
@@ -43,7 +44,7 @@ bool HasManyBytesPerCharacter(const std::string& set)
                        [&set](const char* beginning) { return set.starts_with(beginning); });
 }
 
-// All 8-bit character sets of the system: a few minutes.
+// Returns all 8-bit character sets of the system. Testing them takes a few minutes.
 std::set<std::string> EveryCharacterSet()
 {
     std::set<std::string> sets;
@@ -54,8 +55,8 @@ std::set<std::string> EveryCharacterSet()
     return sets;
 }
 
-// The 8-bit character sets of the locales that the system supports, and those with a dotless i; in
-// a soak all of the system.
+// Returns the 8-bit character sets of the locales that the system supports, and those with a
+// dotless i. Under script/soak, returns all 8-bit character sets of the system.
 std::set<std::string> CharacterSets()
 {
     if (SoakRounds(0, 1) == 1)
@@ -72,13 +73,14 @@ std::set<std::string> CharacterSets()
     return sets;
 }
 
-// Every locale of glibc has the letters of one of these two.
+// Every glibc locale uses the letter table of one of these two.
 constexpr const char* c_letters[] = {"i18n", "tr_TR"};
 
-// Locales that have nothing but a table of letters, which takes a tenth of a second to compile.
+// Selects locales that consist only of a letter table, which take a tenth of a second to compile.
 class LetterLocales {
 public:
-    // False when the system cannot compile it, or the character set has more than 8 bits.
+    // Returns false if the system cannot compile the locale or its character set has more than 8
+    // bits.
     bool Select(const std::string& letters, const std::string& set)
     {
         const std::string source = (m_directory.Path() / letters).native();
@@ -97,7 +99,7 @@ private:
     ScopedLocale m_locale{"C"}; // restores the locale
 };
 
-// Long enough for the paths that look at many characters at once.
+// Long enough for the code paths that process many characters at once.
 constexpr std::size_t c_longLength = 40;
 
 char FoldedForSearch(char character)
@@ -141,7 +143,7 @@ struct FoldedCharacters {
     std::array<int, Count> comparison;
 };
 
-// Checks a character in a long text, and alone, against another one.
+// Checks character `i`, alone and within a long string, against character `j`.
 template <typename Char, std::size_t Count>
 void CheckPair(const FoldedCharacters<Char, Count>& folded, std::size_t i, std::size_t j)
 {

@@ -1,5 +1,5 @@
-// Compares what streams write with bytes packed by hand, for random sequences of items, and reads
-// them back; then reads the same files cut at every byte.
+// Writes random sequences of items, compares the files with bytes packed by hand, and reads them
+// back. Then reads the same files truncated at every byte.
 
 #include "toolkit/core/Bytes.h"
 #include "toolkit/core/FSStream.h"
@@ -64,7 +64,7 @@ struct Writer {
     FSStream& stream;
 };
 
-// Reads an item of the same kind and compares it; the code of the transfer.
+// Reads an item of the same kind, compares it and returns the result code.
 struct Reader {
     unsigned int operator()(unsigned int expected)
     {

@@ -26,7 +26,7 @@ using TestSupport::FileSizeLimit;
 using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 
-// The memory image of a number, which is what files hold.
+// Returns the bytes of a number in memory, which is how files store it.
 std::string Packed(unsigned int value)
 {
     std::string bytes(sizeof value, '\0');
@@ -44,13 +44,13 @@ std::string Packed(const std::wstring& text)
 
 class FSStreamTest : public testing::Test {
 protected:
-    // A stream that reads `bytes`.
+    // Returns a stream that reads `bytes`.
     FSStream Reader(const std::string& bytes) const
     {
         return FSStream(m_directory.WriteFile(L"read", bytes), FSStream::OpenRead);
     }
 
-    // A stream that writes what Written() returns.
+    // Returns a stream that writes the file that Written() reads.
     FSStream Writer() const { return FSStream(m_directory.File(L"written"), FSStream::OpenWrite); }
     std::string Written() const { return m_directory.ReadFile(L"written"); }
 
@@ -494,7 +494,7 @@ TEST_F(FSStreamTest, CreatesFilesAsTheCreationMaskSays)
     EXPECT_EQ(permissions("closed"), std::filesystem::perms(0640));
 }
 
-// Counts what wxWidgets logs on this thread.
+// Counts the messages that wxWidgets logs.
 class CountingLog : public wxLog {
 public:
     CountingLog() : m_old(wxLog::SetActiveTarget(this)) {}
@@ -526,7 +526,7 @@ TEST_F(FSStreamTest, LogsNoFailures)
     EXPECT_EQ(log.count, 0);
 }
 
-// A stream that sees the sizes of texts.
+// Records the numbers that the stream writes, which include the sizes of strings.
 class SizeStream : public FSStream {
 public:
     using FSStream::FSStream;
@@ -570,7 +570,7 @@ TEST_F(FSStreamTest, TakesTheSizeOfATextReadFromADerivedStream)
     EXPECT_EQ(text, L"ab");
 }
 
-// A stream that counts its blocks.
+// Counts the blocks that the stream writes.
 class BlockStream : public FSStream {
 public:
     using FSStream::FSStream;

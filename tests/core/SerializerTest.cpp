@@ -17,7 +17,7 @@ namespace {
 using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 
-// An object of all three kinds of item, with codes of its own for a failure.
+// An object with all three kinds of item, which reports failures with its own codes.
 struct Record : ISerialize {
     unsigned int Serialize(IStream& stream) const override
     {

@@ -23,18 +23,18 @@ struct Block {
 };
 
 struct Thread {
-    Program rest; // the next step is the last
+    Program rest; // the next step is the last element
     int read = 0;
 };
 
 const Program c_copy = {Step::Add};
 const Program c_drop = {Step::Subtract};
-// A drop that reads and writes in two steps. It is wrong, and the test must find that.
+// A broken drop that reads and writes in two steps. The test must detect it.
 const Program c_splitDrop = {Step::Read, Step::Write};
 
 constexpr int c_released = -1000;
 
-// Puts `steps` before what the thread still has to do.
+// Inserts `steps` before the thread's remaining ones.
 void Push(Thread& thread, const Program& steps)
 {
     thread.rest.insert(thread.rest.end(), steps.rbegin(), steps.rend());
@@ -42,13 +42,15 @@ void Push(Thread& thread, const Program& steps)
 
 class Model {
 public:
-    // The steps of the last drop, and those of the object's destructor during it.
+    // `release` has the steps of the last drop, `destructor` those that the object's destructor
+    // adds.
     Model(Program release, Program destructor)
         : m_release(std::move(release)), m_destructor(std::move(destructor))
     {
     }
 
-    // The number of orders that do not release the object exactly once, or use the freed block.
+    // Returns the number of orders that do not release the object exactly once, never free the
+    // block, or use it afterwards.
     int CountFaults(const Program& first, const Program& second)
     {
         std::array<Thread, 2> threads;
@@ -116,7 +118,7 @@ private:
     void Drop(Block& block, Thread& thread, int count)
     {
         block.count = count;
-        // A model that releases forever would never end.
+        // Limits a faulty model, which might release the object again and again.
         if (count == 0 && block.releases < 3)
             Push(thread, m_release);
     }

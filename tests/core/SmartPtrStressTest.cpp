@@ -16,13 +16,13 @@
 namespace Toolkit {
 namespace {
 
-// Counts its kind, notices a second destruction, and copies its own pointer while it is destroyed.
+// Counts live objects, detects a second destruction, and copies its own pointer in its destructor.
 class Probe {
 public:
     static smart_ptr<Probe> Make()
     {
         smart_ptr<Probe> pointer(new Probe());
-        // A pointer to itself that does not count.
+        // A pointer to the object itself that holds no reference.
         pointer->m_self = new (pointer->m_storage) smart_ptr<Probe>(pointer);
         pointer->m_self->ReleaseRef();
         return pointer;
@@ -58,7 +58,7 @@ std::atomic<int> Probe::s_faults{0};
 
 using Pointers = std::array<smart_ptr<Probe>, 4>;
 
-// One step of a thread on its own pointers; `shared` is only read.
+// Performs one step of a thread on its own pointers. Only reads `shared`.
 void TakeStep(std::mt19937::result_type step, Pointers& mine, const Pointers& shared,
               std::mt19937& random)
 {
@@ -115,7 +115,7 @@ TEST(SmartPtrStressTest, ReleasesEachObjectOnceWhateverTwoThreadsDo)
     EXPECT_EQ(Probe::s_faults, 0);
 }
 
-// The two drops meet: whichever comes last releases.
+// Two threads drop the last two pointers at the same time: the later drop releases the object.
 TEST(SmartPtrStressTest, ReleasesOnceWhenTheLastTwoDropsMeet)
 {
     constexpr int rounds = 2'000;

@@ -16,7 +16,7 @@
 namespace Toolkit {
 namespace {
 
-// Counts the objects of its kind that are alive.
+// Counts the live objects of this class.
 class Counted {
 public:
     Counted() { ++s_alive; }
@@ -52,7 +52,7 @@ struct RecordingPolicy {
 
 std::vector<const void*> RecordingPolicy::s_released;
 
-// Lets the test release the object.
+// Releases nothing, so that the test releases the object itself.
 struct InertPolicy {
     template <typename T>
     void Release(T*)
@@ -60,7 +60,7 @@ struct InertPolicy {
     }
 };
 
-// The two fields of every value.
+// The two fields of every smart_ptr.
 template <typename T, typename Policy>
 struct Fields {
     T* object;
@@ -363,7 +363,7 @@ TEST_F(SmartPtrTest, MayBeAssignedFromTheObjectThatIsReleased)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
-// An object that makes and drops copies of its own pointer while it is destroyed.
+// Copies its own pointer and drops the copies in its destructor.
 struct SelfCopying : Counted {
     ~SelfCopying() override
     {

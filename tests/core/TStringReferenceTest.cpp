@@ -1,4 +1,4 @@
-// Compares the text operations with plain restatements of what they promise, on random texts.
+// Compares the string operations with plain reference implementations, on random strings.
 
 #include "toolkit/core/TString.h"
 
@@ -162,7 +162,7 @@ TEST(TStringReferenceTest, ReplacesByLongerTextsAsTheReferenceDoes)
     }
 }
 
-// Two texts that differ in case in most places and in more than that in few.
+// Two strings that differ in case in many places and in more than case in few.
 template <typename Char>
 struct SimilarTexts {
     SimilarTexts(RandomText& random, const std::basic_string<Char>& alphabet, std::size_t longest)

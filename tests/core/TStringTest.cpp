@@ -465,7 +465,7 @@ TEST(TStringTest, TokenizesTextAndDelimitersAmongTheTokensReplaced)
     EXPECT_THAT(tokens, ElementsAre(L"a", L"b", L"c"));
 }
 
-// The alarm ends a call that does not return.
+// The call does not return, so an alarm ends the process.
 TEST(TStringDeathTest, DoesNotReturnFromReplaceByAStringWithTheReplacedOne)
 {
     const auto replaceForASecond = [] {

@@ -14,7 +14,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// Central European time and the locale of the United States.
+// Tests in Central European time and the United States locale.
 class DateTimeTest : public testing::Test {
 protected:
     static std::wstring Iso(const DateTime& date)
@@ -304,7 +304,7 @@ TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
 
 TEST_F(DateTimeTest, GivesTheTimeOfTodayOrTheDateOfAnotherDay)
 {
-    // If midnight passes during the test, use the next day for both.
+    // The expectation on today does not apply if midnight passes during the test.
     DateTime today;
     TString<wchar_t> todayText;
     today.GetRelativeStringFromNow(todayText);

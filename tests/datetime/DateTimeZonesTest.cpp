@@ -18,7 +18,7 @@ using TestSupport::ScopedTimeZone;
 
 constexpr int c_instants = 20000;
 
-// Instants between 1902 and 2106, some near a full hour, where clocks change.
+// Returns an instant between 1902 and 2107. Half of them are full hours, when clocks change.
 std::time_t RandomInstant(std::mt19937_64& random)
 {
     std::uniform_int_distribution<std::time_t> instants(-2145916800, 4323801600);
@@ -56,7 +56,7 @@ std::tm LocalFields(std::time_t instant)
     return fields;
 }
 
-// Makes a date from UTC fields.
+// Creates a date from UTC fields.
 DateTime FromUtc(const std::tm& utc)
 {
     return DateTime(
@@ -65,7 +65,7 @@ DateTime FromUtc(const std::tm& utc)
         static_cast<unsigned int>(utc.tm_min), static_cast<unsigned int>(utc.tm_sec), 0);
 }
 
-// Makes a date from local fields, for comparison with mktime().
+// Creates a date from local fields, for comparison with mktime().
 DateTime FromLocal(const std::tm& local)
 {
     return DateTime(
@@ -75,7 +75,7 @@ DateTime FromLocal(const std::tm& local)
         static_cast<unsigned int>(local.tm_sec));
 }
 
-// Describes the difference from the C library at one instant; empty if there is none.
+// Describes the difference from the C library at `instant`; empty if there is none.
 std::string DifferenceAt(std::time_t instant)
 {
     const std::string utc = CFormat("%Y-%m-%d %H:%M:%S Z", UtcFields(instant));

@@ -23,7 +23,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-// One room, or one file, uses another.
+// Pairs in which the first room, or file, uses the second.
 using Uses = std::set<std::pair<std::string, std::string>>;
 
 const fs::path& Root()
@@ -32,7 +32,7 @@ const fs::path& Root()
     return root;
 }
 
-// All matches of `pattern` in `text`.
+// Returns all matches of `pattern` in `text`.
 std::vector<std::smatch> FindAll(const std::string& text, const std::regex& pattern)
 {
     return {std::sregex_iterator(text.begin(), text.end(), pattern), std::sregex_iterator()};
@@ -43,7 +43,7 @@ std::string Page()
     return ReadWholeFile(TOOLKIT_SOURCE_DIR "/docs/architecture.md");
 }
 
-// The arrows of the diagram, which bear the names of both rooms: "archive-logging".
+// Returns the arrows of the diagram. Each is named after its two rooms: "archive-logging".
 Uses Arrows()
 {
     const std::string diagram = ReadWholeFile(TOOLKIT_SOURCE_DIR "/docs/diagrams/rooms.svg");
@@ -53,7 +53,7 @@ Uses Arrows()
     return arrows;
 }
 
-// The rooms of the table and their floors: "| 4 | `files` | ... |".
+// Returns the rooms in the table and their floors: "| 4 | `files` | ... |".
 std::map<std::string, int> Floors()
 {
     std::map<std::string, int> floors;
@@ -66,7 +66,7 @@ std::map<std::string, int> Floors()
     return floors;
 }
 
-// Names such as "files/FFile.cpp", with the contents of the files. Leaves out files outside of the
+// File names such as "files/FFile.cpp", with the contents of the files. Excludes files outside the
 // rooms.
 using Sources = std::map<std::string, std::string>;
 
@@ -83,7 +83,7 @@ const Sources& AllSources()
     return sources;
 }
 
-// Which source includes which header, both named as above.
+// Returns which source includes which header, both named as above.
 const Uses& Includes()
 {
     static const Uses includes = [] {
@@ -108,7 +108,7 @@ bool IsPrivateHeader(const std::string& name)
     return name.ends_with(".Private.h");
 }
 
-// Which room uses which other one.
+// Returns which room uses which other room.
 Uses RoomUses()
 {
     Uses uses;
@@ -119,7 +119,8 @@ Uses RoomUses()
     return uses;
 }
 
-// The common part of the names of a header, its sources and their platform variants: "ipc/Socket".
+// Returns the common part of the names of a header, its sources and their platform variants:
+// "ipc/Socket".
 std::string StemOf(const std::string& name)
 {
     const std::string whole = name.substr(0, name.rfind('.'));
@@ -127,7 +128,7 @@ std::string StemOf(const std::string& name)
     return isClassWithDot ? whole : name.substr(0, name.find('.'));
 }
 
-// The stems that `stem` uses, directly and through others.
+// Returns the stems that `stem` uses, directly and indirectly.
 std::set<std::string> Reachable(const std::multimap<std::string, std::string>& uses,
                                 const std::string& stem)
 {
@@ -143,7 +144,7 @@ std::set<std::string> Reachable(const std::multimap<std::string, std::string>& u
     return reached;
 }
 
-// The names of the files in which `pattern` is found and that `isAsked` selects.
+// Returns the names of the files that `isAsked` selects and that contain `pattern`.
 std::set<std::string> SourcesWith(
     const std::string& pattern, const std::function<bool(const std::string&)>& isAsked =
                                     [](const std::string&) { return true; })
@@ -180,11 +181,12 @@ TEST(ArchitectureTest, LetsRoomsUseLowerFloorsOnly)
             climbing.emplace(from, to);
     }
 
-    // The count block has an unused lock, which keeps the layout.
+    // The count block has an unused lock, which preserves its layout.
     EXPECT_THAT(climbing, ElementsAre(std::pair("core/smart_ptr.h", "threading/Mutex.h")));
 }
 
-// One arrow replaces all those to the rooms that every room uses.
+// The diagram omits what `core` uses, and has one arrow for all uses of the rooms that every room
+// uses.
 TEST(ArchitectureTest, ShowsInTheDiagramWhatIsUsed)
 {
     Uses drawn;
@@ -268,7 +270,7 @@ TEST(ArchitectureTest, OnlyTheAdapterSilencesWxWidgets)
     EXPECT_THAT(SourcesWith("wxLogNull"), ElementsAre("framework/Silence.h"));
 }
 
-// Failures of core types show in their results alone.
+// Core types report failures only by their results.
 TEST(ArchitectureTest, DoesNotLogInCoreTypes)
 {
     const Uses uses = RoomUses();
@@ -284,8 +286,8 @@ TEST(ArchitectureTest, ReadsNoSettings)
                 ElementsAre("config/IniFile.cpp"));
 }
 
-// A pattern that is not valid, a thread for which wxWidgets cannot be started, and a directory for
-// whose name there is no memory.
+// The listed sources throw when a pattern is invalid, wxWidgets cannot be started, or memory runs
+// out.
 TEST(ArchitectureTest, OnlyListedSourcesThrow)
 {
     EXPECT_THAT(SourcesWith("\n *throw [^;]"),

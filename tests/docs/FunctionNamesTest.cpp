@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
-// How functions that do something begin.
+// First words of functions that perform an action.
 const std::set<std::string> c_verbs = {
     "Accept",   "Add",     "Adopt",   "Align",    "Allocate", "Allow",     "Append",    "Ask",
     "Attach",   "Begin",   "Bind",    "Call",     "Cat",      "Change",    "Check",     "Choose",
@@ -34,18 +34,18 @@ const std::set<std::string> c_verbs = {
     "Stop",     "Store",   "Take",    "Throw",    "Tokenize", "Transcode", "Translate", "Trim",
     "Try",      "Visit",   "Wait",    "Widen",    "Write"};
 
-// How predicates, conversions and handlers begin.
+// First words of predicates, conversions and handlers.
 const std::set<std::string> c_others = {
     "Are",   "Begins", "Can",    "Carries", "Completes", "Connects", "Contains", "Does",
     "Ends",  "Finds",  "Has",    "Is",      "Leads",     "Looks",    "Matches",  "May",
     "Names", "Needs",  "Starts", "From",    "To",        "On"};
 
-// What programs call, by the names that they know.
+// Exported functions, whose names cannot change.
 const std::set<std::string> c_exported = {"DllToolkitLoad", "DllToolkitUnload", "Failed",
                                           "GetCodeLength",  "GetDataLength",    "MacInitCocoa"};
 
-// What the first group of `pattern` matches in the sources of the library, its tools and the
-// examples.
+// Returns what the first group of `pattern` matches in the sources of the library, its tools and
+// the examples.
 std::set<std::string> FindInSources(const std::string& pattern)
 {
     const std::regex searched(pattern);

@@ -16,7 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The plug-in that the page about plug-ins shows.
+// Tests the plug-in that the page about plug-ins shows.
 class PlugInPageTest : public testing::Test {
 protected:
     void Load() { m_plugIn = std::make_unique<DynamicLibrary>(TString<wchar_t>(PLUG_IN_LIBRARY)); }
@@ -25,7 +25,7 @@ protected:
     const TempDir m_home;
     const ScopedEnvironment m_environment{"HOME", m_home.Path().native()};
     const CapturedLog m_log;
-    const smart_ptr<ILogger> m_keptLog = ILogger::GetInstance(); // the stop releases the logger
+    const smart_ptr<ILogger> m_keptLog = ILogger::GetInstance(); // stopping releases the logger
     LibModuleManager& m_registry = *LibModuleManager::GetInstance();
     std::unique_ptr<DynamicLibrary> m_plugIn;
 };

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The words of "ReturnsFalseForADirectory".
+// Splits a name such as "ReturnsFalseForADirectory" into words.
 std::vector<std::string> WordsOf(const std::string& name)
 {
     static const std::regex word("[A-Z][a-z0-9]*");
@@ -23,7 +23,7 @@ std::vector<std::string> WordsOf(const std::string& name)
             std::sregex_token_iterator()};
 }
 
-// How names begin: with a verb that has "the class" as its subject.
+// First words of test names: verbs whose subject is the tested class.
 const std::set<std::string> c_verbs = {
     "Accepts",      "Adds",        "Agrees",      "Allocates",     "Answers",    "Appends",
     "Applies",      "Asks",        "Assumes",     "Begins",        "Belongs",    "Blocks",
@@ -60,7 +60,7 @@ const std::set<std::string> c_verbs = {
     "Watches",      "Widens",      "Works",       "Wraps",         "Writes"};
 
 // A name promises what the class does. Some verbs are plural nouns too, as in "NamesAreSorted"; the
-// word after them gives those away.
+// next word reveals them.
 bool IsPromise(const std::string& name)
 {
     static const std::set<std::string> wordsAfterPlurals = {"Are",     "Become", "Can",  "Cannot",
@@ -73,7 +73,7 @@ bool IsPromise(const std::string& name)
     return !mayBeNoun || wordsAfterPlurals.count(words[1]) == 0;
 }
 
-// "Suite.Name" of each test of the sources below this one.
+// Returns "Suite.Name" for each test in the sources under tests/.
 std::vector<std::string> AllTests()
 {
     static const std::regex test(R"(\n(?:TYPED_)?TEST(?:_[FP])?\(\s*(\w+),\s*(\w+)\))");

@@ -1,5 +1,5 @@
-// Compares Base64 with the rules done one character at a time, on random texts, and for valid input
-// with another library.
+// Compares Base64 with a plain reference implementation on random strings, and for valid input with
+// another library.
 
 #include "toolkit/encoding/Base64.h"
 

@@ -14,7 +14,7 @@ namespace {
 using Wide = TString<wchar_t>;
 using Operation = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
 
-// The result of one of the two free functions; nothing when it fails.
+// Returns the result of one of the two free functions; `std::nullopt` if it fails.
 std::optional<std::string> Convert(Operation operation, const std::string& in)
 {
     unsigned char* out = nullptr;

@@ -1,5 +1,5 @@
-// Compares quoted-printable text with its rules done literally, on random texts and for every pair
-// of small line lengths, and what both understand alike with another library.
+// Compares quoted-printable with a plain reference implementation, on random strings and for every
+// pair of small line lengths. Where another library follows the same rules, compares with it too.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"

@@ -1,5 +1,5 @@
 // Compares number parsing and formatting with fresh standard streams under the classic locale,
-// while the global locale is one that groups digits.
+// while the global locale groups digits.
 
 #include "toolkit/core/TString.h"
 #include "toolkit/encoding/StringConvert.h"
@@ -45,11 +45,12 @@ private:
     std::locale m_oldLocale;
 };
 
-// A value that no text gives; it stays when the text has no number.
+// The initial value, which stays unchanged if the string is not a number. No test string parses to
+// it.
 template <typename Number>
 constexpr Number c_untouched = 77;
 
-// The value that the stream reads, without the 0 that it stores when there is no number.
+// Returns the value that the stream reads, but not the 0 that it stores if there is no number.
 template <typename Char, typename Number>
 Number ReferenceParsed(const std::basic_string<Char>& text)
 {
@@ -153,7 +154,7 @@ void ExpectReferenceTexts(TString<wchar_t> (*wide)(Number), TString<char> (*narr
 TEST_F(StringConvertReferenceTest, WritesIntegersAsTheStreamDoes)
 {
     RandomText random(4);
-    // Shifted, so that numbers of every length occur.
+    // Shifts the number so that all lengths occur.
     const auto draw = [&random]<typename Number>(Number) {
         const auto bits = random.Number<std::uint64_t>(0, ~std::uint64_t{0});
         return static_cast<Number>(static_cast<Number>(bits) >>
@@ -182,7 +183,7 @@ TEST_F(StringConvertReferenceTest, WritesDoublesOfAnyBitsAsTheStreamDoes)
 TEST_F(StringConvertReferenceTest, WritesDoublesOfEverydaySizeAsTheStreamDoes)
 {
     RandomText random(6);
-    // Halves, fifths and so on, many of them exactly halfway between two texts of six digits.
+    // Halves, fifths and so on, many of them exactly halfway between two numbers of six digits.
     ExpectReferenceTexts<double>(
         StringConvert::UStringFromDouble, StringConvert::StringFromDouble, [&random] {
             const double numerator = random.Number(-200000000, 200000000);

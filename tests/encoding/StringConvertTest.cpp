@@ -22,7 +22,7 @@ constexpr int c_maxInt = std::numeric_limits<int>::max();
 constexpr long long c_minLong = std::numeric_limits<long long>::min();
 constexpr long long c_maxLong = std::numeric_limits<long long>::max();
 
-// Reads the wide and narrow form of a text, which must agree. The value starts as `initial`.
+// Parses the wide and narrow form of a string, which must agree. The value starts as `initial`.
 template <typename Number>
 class Reader {
 public:

@@ -1,4 +1,4 @@
-// Compares both conversions with those of ICU on random texts.
+// Compares both conversions with those of ICU on random strings.
 
 #include "toolkit/encoding/UTF8.h"
 
@@ -17,7 +17,7 @@ using TestSupport::RandomText;
 
 constexpr int c_rounds = 20000;
 
-// Empty when the bytes are not valid.
+// Returns an empty string if the bytes are not valid.
 std::wstring ReferenceDecoded(const std::string& bytes)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -34,7 +34,7 @@ std::wstring ReferenceDecoded(const std::string& bytes)
     return {characters.begin(), characters.begin() + characterCount};
 }
 
-// Empty when one of the values is not a character.
+// Returns an empty string if one of the values is not a character.
 std::string ReferenceEncoded(const std::wstring& text)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -53,7 +53,7 @@ std::string ReferenceEncoded(const std::wstring& text)
     return bytes;
 }
 
-// A character of random UTF-8 length, not a surrogate.
+// Returns a character of random UTF-8 length that is not a surrogate.
 wchar_t RandomCharacter(RandomText& random)
 {
     constexpr wchar_t last[] = {0x7F, 0x7F, 0x7FF, 0xD7FF, 0x10FFFF};
@@ -64,7 +64,7 @@ wchar_t RandomCharacter(RandomText& random)
 std::wstring RandomCharacters(RandomText& random, std::size_t longest)
 {
     std::wstring text(random.Number<std::size_t>(1, longest), L'\0');
-    // With runs of ASCII in between, for the fast paths.
+    // Inserts runs of ASCII, for the fast paths.
     std::size_t ascii = 0;
     for (wchar_t& character : text) {
         if (ascii == 0 && random.Number(0, 9) == 0)
@@ -111,7 +111,7 @@ TEST(UTF8ReferenceTest, DecodesDamagedTextAsTheReferenceDoes)
 
 TEST(UTF8ReferenceTest, DecodesBytesOfAnyKindAsTheReferenceDoes)
 {
-    // Bytes at the limits of each rule.
+    // Bytes at the boundaries of each rule.
     const std::string alphabet = "a\x7F\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xDF\xE0\xE1\xED\xEF\xF0\xF4"
                                  "\xF5\xFF\x80\xBF\xA0";
     RandomText random(3);

@@ -29,7 +29,7 @@ constexpr std::pair<wchar_t, const char*> c_sequences[] = {{0x01, "\x01"},
                                                            {0x1F600, "\xF0\x9F\x98\x80"},
                                                            {0x10FFFF, "\xF4\x8F\xBF\xBF"}};
 
-// Not valid anywhere in a text.
+// Sequences that are not valid anywhere in a string.
 constexpr const char* c_invalid[] = {"\x80",
                                      "\xBF",
                                      "\xC3",

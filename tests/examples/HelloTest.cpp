@@ -34,7 +34,7 @@ TEST(HelloTest, ReportsTheLogThatIsReallyOpen)
     std::filesystem::remove(path);
 }
 
-// It stops while the log's writer thread is still about to open its file.
+// The program stops before the log's writer thread has opened its file.
 TEST(HelloTest, StopsCleanlyEachTime)
 {
     const InstalledProgram hello(HELLO_PROGRAM);

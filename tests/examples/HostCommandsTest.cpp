@@ -22,7 +22,7 @@ using testing::Not;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-// Changes the working directory, and with it that of the programs which are started.
+// Changes the working directory, which started programs inherit. The destructor restores it.
 class ScopedDirectory {
 public:
     explicit ScopedDirectory(const std::filesystem::path& directory)
@@ -73,7 +73,7 @@ TEST_F(HostCommandsTest, SearchesEntriesAsTheyAre)
     EXPECT_EQ(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog$"}),
               "blocks:2: fog\nblocks:4: fog\n"
               "latin:1: café fog\n"
-              // A line of more than 1 MiB is cut into pieces.
+              // A line of more than 1 MiB is split.
               "long:3: fog\nlong:4: fog\n"
               "nulls:1: fog  fog\n");
 }
@@ -253,7 +253,7 @@ TEST_F(HostCommandsTest, WritesAResultToRegularFilesAlone)
     EXPECT_FALSE(std::filesystem::exists(File("none")));
 }
 
-// Links that somebody has made under names that the host might write first.
+// Another user may create links under names that the host writes temporarily.
 TEST_F(HostCommandsTest, FollowsNoLinkThatLiesInWaitForAResult)
 {
     const std::string archive = WriteArchive();
@@ -294,7 +294,7 @@ TEST_F(HostCommandsTest, CreatesAResultAsTheUmaskSays)
     EXPECT_EQ(std::filesystem::status(File("result")).permissions(), std::filesystem::perms(0640));
 }
 
-// Only root can make a file that belongs to somebody else.
+// Only root can create a file that belongs to another user.
 TEST_F(HostCommandsTest, DoesNotReplaceTheFileOfSomebodyElse)
 {
     constexpr uid_t nobody = 65534;

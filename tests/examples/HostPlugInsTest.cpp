@@ -12,7 +12,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-// A host that loads its plug-ins, shows their commands and ends.
+// Tests a host that loads its plug-ins, shows their commands and ends.
 class HostPlugInsTest : public testing::Test {
 protected:
     HostPlugInsTest()
@@ -84,7 +84,7 @@ TEST_F(HostPlugInsTest, LeavesOutWhatIsUnusableAndSaysWhy)
     EXPECT_THAT(result.output, HasSubstr("Command list            sizes and names"));
 }
 
-// It is loaded before one that is usable.
+// The host tries the unusable file before a usable one.
 TEST_F(HostPlugInsTest, LeavesOutAFileThatIsNoLibrary)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);

@@ -29,7 +29,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
 
-// Calls `work` with the numbers below `count`, each on a thread of its own.
+// Calls `work` with each number below `count`, each on its own thread.
 void AtOnce(int count, const std::function<void(int)>& work)
 {
     std::vector<std::thread> threads;
@@ -39,7 +39,7 @@ void AtOnce(int count, const std::function<void(int)>& work)
         thread.join();
 }
 
-// The limit for something that must take `seconds` at most: a sanitizer makes everything slower.
+// Returns the time allowed for something that takes `seconds` at most: longer under a sanitizer.
 std::chrono::seconds Allowed(int seconds)
 {
 #ifdef TOOLKIT_SANITIZER
@@ -56,7 +56,7 @@ bool IsDone(const std::string& line)
 
 class HostServerTest : public HostWithPlugIns {
 protected:
-    // An archive of `count` entries: "entry 7" holds "line 7".
+    // Writes an archive of `count` entries: "entry 7" contains "line 7".
     std::string WriteNumberedLines(int count) const
     {
         ZipContent content;
@@ -130,7 +130,7 @@ TEST_F(HostServerTest, ReplacesAKilledHostThoughHomeIsReadOnly)
     EXPECT_FALSE(std::filesystem::exists(next.Socket()));
 }
 
-// Sends the longest text that a server takes.
+// Sends the longest message that a server accepts.
 bool SendLongText(const ServingHost& host)
 {
     return IPCClient::Connect(UTF8::ToUNICODE(host.Socket()), std::wstring(16 << 20, L'x'));
@@ -148,7 +148,8 @@ TEST_F(HostServerTest, RefusesACommandOfUnreasonableLength)
     EXPECT_THAT(m_host.Log(), HasSubstr("A command must not be longer than 1 Mi characters"));
 }
 
-// The limit counts addresses, as `ulimit -v` does; `spare` is what the process may still take.
+// Limits the address space of `process`, as `ulimit -v` does, to `spare` bytes more than it uses
+// now.
 class ScopedMemoryLimit {
 public:
     ScopedMemoryLimit(pid_t process, rlim_t spare) : m_process(process)
@@ -181,7 +182,7 @@ TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
-    // The event loop has to run before memory is short: wxWidgets cannot start one without.
+    // Waits until the event loop runs: wxWidgets cannot start one without memory.
     ResultOf(host, {"list", "-archive", archive});
 
     for (const rlim_t mebibytes :
@@ -197,7 +198,7 @@ TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
     Quit(host);
 }
 
-// The test has the second log, as a host that runs beside the one that serves would.
+// The test locks the second log, as another host running beside the serving one would.
 TEST_F(HostServerTest, ReportsTheOwnLogOfAThirdHost)
 {
     Write("notes.txt", "clear\n");
@@ -221,7 +222,7 @@ TEST_F(HostServerTest, ReportsTheOwnLogOfAThirdHost)
     std::filesystem::remove(second + ".qvlog");
 }
 
-// Eight processes at once, each followed by the next of its kind: 200 commands.
+// Runs 200 commands, eight processes at a time.
 TEST_F(HostServerTest, LosesNoCommandOfMany)
 {
     constexpr int processes = 8;
@@ -250,8 +251,8 @@ TEST_F(HostServerTest, LosesNoCommandOfMany)
                 AllOf(HasSubstr(" : 200 search: done in "), Not(HasSubstr("failed"))));
 }
 
-// Some starts reach the host while it ends. Every command that they report as handed over is still
-// run.
+// Some commands reach the host while it ends. It still runs each one that was reported as handed
+// over.
 TEST_F(HostServerTest, LosesNoCommandWhileTheHostEnds)
 {
     constexpr int processes = 8;
@@ -466,7 +467,7 @@ TEST_F(HostServerTest, GivesUpTheCommandsThatWaitAtASignal)
     EXPECT_EQ(host.WaitForExitCode(), 0);
 }
 
-// The new host finds the plug-ins in the folder that the first one was given.
+// The new host finds the plug-ins in the folder that was passed to the first one.
 TEST_F(HostServerTest, ServesAgainByTheSameCommandLineAfterARestart)
 {
     const std::string archive = WriteArchive();
@@ -482,7 +483,7 @@ TEST_F(HostServerTest, ServesAgainByTheSameCommandLineAfterARestart)
     EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
     host.AwaitRest();
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
-    // The new host began the log when that of the old one was complete.
+    // The new host started its log after the old one had completed its own.
     EXPECT_THAT(m_host.Log(), AllOf(Not(HasSubstr("ActivateRestartProcess")),
                                     HasSubstr(">>> WaitingForPreviousProcessFinish()"),
                                     HasSubstr(">>> RestartProcessFinish()"),

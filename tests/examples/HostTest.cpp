@@ -17,7 +17,7 @@ using testing::MatchesRegex;
 
 class HostTest : public testing::Test {
 protected:
-    // Writes a file to the host's configuration path, where it looks for its settings.
+    // Writes a file to the host's configuration path, where the host looks for its settings.
     std::string WriteFile(const std::string& name, const std::string& text) const
     {
         const std::filesystem::path path = m_host.ConfigurationPath() / name;

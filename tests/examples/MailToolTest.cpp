@@ -12,7 +12,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// Runs in the time zone and the locale of Berlin.
+// Runs the program in the time zone of Berlin and a German locale.
 class MailToolTest : public testing::Test {
 protected:
     ProgramResult RunOnShipped(const std::string& message) const
@@ -88,12 +88,12 @@ TEST_F(MailToolTest, StoresTheDecodedBytes)
 
     const std::string stored = m_directory.ReadFile(L"parts");
 
-    // The title in 11 characters, then the size and the bytes.
+    // The title of 11 characters, then the size and the bytes.
     EXPECT_EQ(stored.substr(0, 4), std::string("\x2C\0\0\0", 4));
     EXPECT_EQ(stored.substr(4 + 44, 4 + 3), std::string("\x06\0\0\0Sea", 7));
 }
 
-// The boundary is text, whatever it means in a pattern.
+// The boundary is matched literally, even if it has a meaning in a pattern.
 TEST_F(MailToolTest, FindsTheBoundaryAsItIs)
 {
     for (const std::string boundary :

@@ -11,7 +11,7 @@ std::string FileOfTheTree(const std::string& name)
     return ReadWholeFile(TOOLKIT_SOURCE_DIR "/" + name);
 }
 
-// The first block of `language` in the text.
+// Returns the first code block of `language` in `text`.
 std::string CodeBlock(const std::string& text, const std::string& language)
 {
     const std::string opening = "\n```" + language + "\n";
@@ -35,7 +35,7 @@ TEST(ReadmeTest, ShowsProgramAndProjectAsTheyAreTested)
     }
 }
 
-// All code there is one of the tested files.
+// All code in the readme is from the tested files.
 TEST(ReadmeTest, HasNoOtherCode)
 {
     const std::string readme = FileOfTheTree("README.md");

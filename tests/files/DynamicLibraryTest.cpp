@@ -16,7 +16,7 @@ namespace {
 using TestSupport::ScopedLocale;
 using TestSupport::TempDir;
 
-// A copy of the probe library for each test, so that it is loaded again.
+// Copies the probe library for each test, so that it is loaded anew.
 class DynamicLibraryTest : public testing::Test {
 protected:
     void SetUp() override

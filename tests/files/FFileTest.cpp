@@ -33,10 +33,10 @@ using TestSupport::TempDir;
 
 class FFileTest : public testing::Test {
 protected:
-    // A file of the ten digits.
+    // Writes a file with the ten digits.
     TString<wchar_t> Digits() const { return m_directory.WriteFile(L"digits", "0123456789"); }
 
-    // The bytes of a file to which `text` was written.
+    // Writes `text` to a file and returns the file's bytes.
     std::string BytesOf(const TString<wchar_t>& text) const
     {
         FFile file;
@@ -49,7 +49,7 @@ protected:
     TempDir m_directory;
 };
 
-// The bytes from the position of `file` on.
+// Reads at most `count` bytes from the current position of `file`.
 std::string ReadText(FFile& file, unsigned int count)
 {
     std::string bytes(count, '\0');
@@ -60,7 +60,7 @@ std::string ReadText(FFile& file, unsigned int count)
     return bytes;
 }
 
-// The same for a file without positions.
+// Reads from a file that has no position.
 std::string ReadFromPipe(FFile& file)
 {
     char bytes[10] = "";

@@ -19,7 +19,7 @@ private:
     int& m_destructions;
 };
 
-// A reader like those of programs: it uses the stream that it owns, and may release it.
+// A reader as programs derive it: it uses the stream that it owns, and may release it.
 class Reader : public InputStream {
 public:
     using InputStream::InputStream;

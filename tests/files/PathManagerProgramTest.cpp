@@ -1,4 +1,4 @@
-// The results of the path manager depend on the program that runs. These tests start PathProgram
+// The results of the path manager depend on the running program. These tests start PathProgram
 // under many names, in many environments, with and without wxWidgets.
 
 #include "support/RunProgram.h"
@@ -36,7 +36,7 @@ const passwd& Account()
     return *::getpwuid(::getuid());
 }
 
-// In lower case, without separators and colons.
+// Returns `text` in lower case, without separators and colons.
 std::string UniqueForm(std::string text)
 {
     std::erase(text, '/');
@@ -141,7 +141,7 @@ TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtensi
     }
 }
 
-// A file name that is not valid UTF-8 counts as unknown.
+// A file name that is not valid UTF-8 is treated as unknown.
 TEST_F(PathManagerProgramTest, PutsAnUnknownApplicationNamelessInTheWorkingDirectory)
 {
     const std::string directory = std::filesystem::current_path();

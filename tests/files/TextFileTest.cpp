@@ -36,7 +36,7 @@ std::string Bytes(const char* text, std::size_t length)
     return {text, length};
 }
 
-// The lines from the first one on; none for an empty list.
+// Returns all lines; none if the list is empty.
 Lines LinesOf(TextFile& file)
 {
     Lines lines;
@@ -59,7 +59,7 @@ protected:
 
     std::string Contents() const { return m_directory.ReadFile(L"file.txt"); }
 
-    // How many files are in the directory.
+    // Returns the number of files in the directory.
     std::ptrdiff_t FileCount() const
     {
         const std::filesystem::directory_iterator files(m_directory.Path());
@@ -400,7 +400,7 @@ TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
     EXPECT_EQ(FileCount(), 1);
 }
 
-// Gives up the rights of root, to whom permissions do not apply.
+// Gives up root's rights until it is destroyed, because permissions do not apply to root.
 class OrdinaryUser {
 public:
     OrdinaryUser() : m_oldUser(::geteuid())

@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-// The first `count` words of `bytes`.
+// Returns the first `count` words of `bytes`.
 std::vector<std::wstring> Words(const std::string& bytes, std::size_t count)
 {
     wxMemoryInputStream memory(bytes.data(), bytes.size());
@@ -70,7 +70,7 @@ TEST(TextInputStreamTest, ReadsEmptyWordsWithoutATextStream)
 
 TEST(TextInputStreamTest, DeletesTheTextStreamOnceThroughTheBase)
 {
-    // The sanitizers find a second deletion, and one through the wrong type.
+    // AddressSanitizer detects a double deletion, and one through the wrong type.
     wxMemoryInputStream memory("word", 4);
     std::unique_ptr<InputStream> stream =
         std::make_unique<TextInputStream>(new wxTextInputStream(memory));

@@ -1,4 +1,4 @@
-// Makes the values that a debugger is asked for, and then calls Stop().
+// Creates the values that the test prints in a debugger, then calls Stop().
 
 #include "toolkit/config/IniFile.h"
 #include "toolkit/core/Bytes.h"

@@ -21,7 +21,7 @@ const std::vector<std::string> c_variables = {
 
 using Texts = std::map<std::string, std::string>;
 
-// The arguments that load the printers and run `commands`.
+// Returns the arguments with which gdb loads the printers and runs `commands`.
 std::vector<std::string> GdbArguments(const std::vector<std::string>& commands)
 {
     std::vector<std::string> arguments = {"-nx", "-batch"};
@@ -43,7 +43,7 @@ void AddPrintCommands(std::vector<std::string>& commands)
     }
 }
 
-// The text of each variable: what follows "@name@".
+// Returns the output for each variable: what follows "@name@".
 Texts Split(const std::string& output)
 {
     Texts texts;
@@ -56,7 +56,7 @@ Texts Split(const std::string& output)
     return texts;
 }
 
-// What gdb shows of the program's variables, while the program lives and in its core file.
+// Tests what gdb prints for the program's variables, in the live process and in its core file.
 class PrintersTest : public testing::TestWithParam<const char*> {
 protected:
     static void SetUpTestSuite()

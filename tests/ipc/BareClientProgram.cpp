@@ -1,5 +1,5 @@
-// A client that uses wxWidgets alone. On one connection it sends a text in every form that
-// wxWidgets offers.
+// A client that uses only wxWidgets. Sends a message in every form that wxWidgets offers, on one
+// connection.
 //
 // usage: BareClientProgram path text
 

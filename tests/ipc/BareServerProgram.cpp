@@ -1,5 +1,5 @@
-// A server made with wxWidgets alone. It prints "ready", then the topic and the text of each
-// request as a line, and stops at the text "quit".
+// A server that uses only wxWidgets. It prints "ready", then a line with the topic and the message
+// of each request. The message "quit" stops it.
 //
 // usage: BareServerProgram path
 

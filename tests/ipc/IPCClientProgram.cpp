@@ -1,5 +1,5 @@
-// Sends `count` numbered copies of a text, each padded with spaces to `length` characters. The exit
-// code is the number of failures.
+// Sends `count` numbered copies of a message, each padded with spaces to `length` characters. The
+// exit code is the number of failures.
 //
 // usage: IPCClientProgram service text count [length]
 

@@ -227,7 +227,8 @@ TEST_F(IPCClientTest, RaisesNoSignalWhenAServerLeaves)
     EXPECT_FALSE(sent.get());
 }
 
-// One server in each state in which it does not answer; all clients wait at the same time.
+// Has one server for each state in which a server does not answer. All clients wait at the same
+// time.
 TEST_F(IPCClientTest, WaitsForNoServerForEver)
 {
     const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");

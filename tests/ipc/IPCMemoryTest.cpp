@@ -1,4 +1,4 @@
-// Clients and servers that run out of memory.
+// Tests clients and servers that run out of memory.
 
 #include "toolkit/ipc/IPCClient.h"
 #include "toolkit/ipc/IPCServer.h"
@@ -42,7 +42,7 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoNotFit)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// The data fit into memory; the text made from them does not.
+// The received data fits into memory, but the string made from it does not.
 TEST_F(IPCMemoryTest, DisconnectsAClientWhoseTextDoesNotFit)
 {
     const auto server = RunServer();
@@ -76,8 +76,8 @@ TEST_F(IPCMemoryTest, ReportsATextThatDoesNotFitToItsClient)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// An IPCServer in whose constructor one allocation fails, null when it throws std::bad_alloc, and
-// whether it had that many allocations.
+// Constructs an IPCServer while one allocation fails. Returns the server, null if the constructor
+// threw std::bad_alloc, and whether that allocation was reached.
 std::pair<std::unique_ptr<IPCServer>, bool> ConstructWithout(long allocation,
                                                              const TString<wchar_t>& service)
 {
@@ -107,7 +107,7 @@ TEST_F(IPCMemoryTest, ConstructsAServerThatRunsOrDoesNot)
         }
         server->SendExecuteEvent(L"local");
     }
-    // The lock of the listeners takes a few.
+    // The listeners' lock makes a few allocations.
     EXPECT_LT(thrown, 5);
 }
 

@@ -34,7 +34,7 @@ rlimit DescriptorLimit()
     return limit;
 }
 
-// Lets this process have as many descriptors as the system allows.
+// Raises this process's descriptor limit to the maximum that the system allows.
 class ManyDescriptors {
 public:
     ManyDescriptors()
@@ -51,8 +51,8 @@ private:
     const rlimit m_limit = DescriptorLimit();
 };
 
-// Uses up all descriptors of this process except `count`. Meanwhile UndefinedBehaviorSanitizer
-// cannot check calls of member functions, for which it needs some.
+// Uses up all descriptors of this process except `count`. Until it is destroyed,
+// UndefinedBehaviorSanitizer cannot check member function calls, for which it needs descriptors.
 class FewDescriptors {
 public:
     explicit FewDescriptors(std::size_t count)
@@ -206,7 +206,7 @@ TEST_F(IPCServerLimitsTest, CountsOnlyTheTimeInWhichTheLoopRuns)
     const auto server = RunServer();
     const RawSocket client = RawSocket::ConnectedTo(Path());
 
-    // The server has half of the topic when the loop stops for longer than the limit.
+    // The server has received half of the topic when its loop stops for longer than the limit.
     EXPECT_TRUE(client.Send(c_connect.substr(0, 5)));
     ServeWhile([&] { EXPECT_TRUE(IsServed()); });
     std::this_thread::sleep_for(std::chrono::milliseconds(2500));

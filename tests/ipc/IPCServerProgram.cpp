@@ -1,5 +1,5 @@
-// A server for the tests. It prints "ready" and then each text as a line, or "refused" when it
-// cannot run. The text "quit" ends it.
+// A server for the tests. It prints "ready" and then each message as a line, or "refused" if it
+// cannot run. The message "quit" ends it.
 //
 // usage: IPCServerProgram service
 

@@ -26,8 +26,8 @@ using TestSupport::ScopedLocale;
 using TestSupport::ServeWhile;
 using namespace std::string_literals;
 
-// The longest text. Shorter under ThreadSanitizer: on a busy machine a server may need longer for
-// the whole length than a client waits.
+// Length of the longest message. Smaller under ThreadSanitizer, where a server on a busy machine
+// may take longer to receive the full length than a client waits.
 #ifdef TOOLKIT_THREAD_SANITIZER
 constexpr std::size_t c_mostCharacters = std::size_t{1} << 20;
 #else
@@ -150,7 +150,7 @@ TEST_F(IPCServerTest, LetsAListenerSendAndRemoveItself)
     });
 }
 
-// The session whose message is being handled waits; the others continue.
+// The session whose message is being handled waits while the others continue.
 TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
 {
     const auto server = RunServer();
@@ -168,7 +168,7 @@ TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
     });
 }
 
-// Data that wait until the listener returns must not keep the inner loop awake.
+// Data that waits until the listener returns must not keep the inner loop awake.
 TEST_F(IPCServerTest, RestsInALoopInsideAListener)
 {
     const auto server = RunServer();
@@ -235,7 +235,7 @@ TEST_F(IPCServerTest, TakesSeveralTextsOnOneConnection)
 
 TEST_F(IPCServerTest, ReadsUtf8OrWideCharactersByTheFormat)
 {
-    // A structure: Clang 14 does not capture structured bindings.
+    // A struct, because Clang 14 cannot capture structured bindings in a lambda.
     const struct {
         std::string bytes;
         std::wstring text;

@@ -370,7 +370,8 @@ TEST_F(IPCServiceTest, ReportsTheFileThatRunMakes)
     EXPECT_TRUE(std::filesystem::is_socket(std::string(UTF8::ToUTF8(path))));
 }
 
-// The beginning has at most 91 bytes: "/" and 45 characters of two bytes, or "/x" and 44.
+// The shortened name keeps at most 91 bytes of the beginning: "/" and 45 two-byte characters, or
+// "/x" and 44.
 TEST_F(IPCServiceTest, ShortensALongNameBetweenCharacters)
 {
     const std::wstring service = L"/" + std::wstring(54, L'\u00E9');

@@ -15,7 +15,7 @@ using namespace std::string_literals;
 constexpr int c_ticksInTwoSeconds = 8;
 constexpr int c_ticksInThirtySeconds = 120;
 
-// A session and its client. The test controls the clock.
+// Fixture with a session and its client. The test controls the clock.
 class SessionTest : public testing::Test {
 protected:
     SessionTest()
@@ -33,7 +33,7 @@ protected:
         return m_session->Read();
     }
 
-    // Sends one byte each quarter of a second.
+    // Sends one byte every quarter of a second.
     void Trickle(int bytes)
     {
         for (int i = 0; i < bytes; ++i) {

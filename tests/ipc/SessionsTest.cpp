@@ -14,12 +14,12 @@ using testing::ElementsAre;
 using TestSupport::RawSocket;
 using TestSupport::TempDir;
 
-// A server that the test drives step by step.
+// Fixture with a server that the test drives step by step.
 class SessionsTest : public testing::Test {
 protected:
     SessionsTest() { EXPECT_TRUE(m_sessions.Listen(m_path)); }
 
-    // A client whose topic has been answered.
+    // Returns a client whose topic has been answered.
     RawSocket Connect()
     {
         RawSocket client = RawSocket::ConnectedTo(m_path);
@@ -51,7 +51,7 @@ std::size_t SizeOf(const std::wstring& text)
 
 TEST_F(SessionsTest, HandsOnALongMessageBeforeAShortOneThatWasSentLater)
 {
-    const std::wstring longText(40000, L'x'); // fits into the buffer of a socket
+    const std::wstring longText(40000, L'x'); // fits into a socket's buffer
     const std::wstring shortText(1, L'x');
     const RawSocket first = Connect();
     const RawSocket second = Connect();

@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
-// Built with the sources of Linux, and with those of macOS against a stand-in of its kernel.
+// Compiled with the Linux sources, and with the macOS sources against a stand-in for its kernel.
 namespace Toolkit::Ipc {
 namespace {
 
@@ -19,7 +19,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-// Two connected sockets: what is written into one can be read from the other.
+// Two connected sockets: what is written to one can be read from the other.
 struct Pair {
     Pair()
     {

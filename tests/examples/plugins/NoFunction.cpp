@@ -1,4 +1,4 @@
-// A library that is no plug-in: it exports something else.
+// A library that is not a plug-in: it exports a different function.
 
 extern "C" __attribute__((visibility("default"))) int GetSomethingElse()
 {

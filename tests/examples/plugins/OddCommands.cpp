@@ -11,7 +11,7 @@ using namespace Toolkit;
 
 namespace {
 
-// Takes its time: until there is a file, or the host wants to stop.
+// Runs until a file exists or the host wants to stop.
 bool Wait(CommandRun& run)
 {
     if (!run.WriteLine(L"half of it"))
@@ -24,7 +24,7 @@ bool Wait(CommandRun& run)
     return false;
 }
 
-// Does not ask whether the host wants to stop.
+// Never checks whether the host wants to stop.
 bool WaitBlindly(CommandRun& run)
 {
     run.WriteLine(L"half of it");

@@ -1,4 +1,4 @@
-// A plug-in for another version of the interface: only the version may be read.
+// A plug-in for another version of the interface: the host may read only the version.
 
 #include "PlugIn.h"
 

@@ -1,4 +1,4 @@
-// A plug-in with a command whose name another one has.
+// A plug-in with a command of the same name as another plug-in's.
 
 #include "PlugIn.h"
 

@@ -1,4 +1,4 @@
-// A plug-in that needs a function which no library has.
+// A plug-in that needs a function that no library defines.
 
 #include "PlugIn.h"
 
