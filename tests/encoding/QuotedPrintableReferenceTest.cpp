@@ -1,5 +1,6 @@
 // Compares quoted-printable with a plain reference implementation, on random strings and for every
-// pair of small line lengths. Where another library follows the same rules, compares with it too.
+// pair of small line lengths. Also decodes the output with another library, where both follow the
+// same rules.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"

@@ -103,7 +103,7 @@ TEST_F(HostServerTest, LeavesServingToTheFirstHost)
     Quit(host);
 }
 
-// Not even root can create a file there.
+// Not even root can create a file in /proc.
 TEST_F(HostServerTest, AcceptsCommandsWithAReadOnlyHome)
 {
     const ScopedEnvironment home("HOME", "/proc");

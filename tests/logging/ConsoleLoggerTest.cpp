@@ -22,7 +22,7 @@ using TestSupport::OutputOfChild;
 // Accepts nothing, like a terminal that was closed.
 class BrokenBuffer : public std::wstreambuf {};
 
-// Accepts nothing while it is broken.
+// Accepts nothing while `isBroken` is set.
 class MendableBuffer : public std::wstringbuf {
 public:
     bool isBroken = true;

@@ -34,7 +34,7 @@ constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
 class FileLoggerFaultTest : public TestSupport::LogFileTest {
 protected:
-    // The files whose names end in a tick count.
+    // Returns the fallback files, whose names end in a tick count.
     std::vector<std::filesystem::path> Fallbacks() const
     {
         const std::regex form(m_name + "-[0-9]+\\.qvlog");
@@ -45,7 +45,8 @@ protected:
         return fallbacks;
     }
 
-    // Logs while something else is in the file's place.
+    // Logs while something else occupies the file's path, and checks that a fallback file has the
+    // text.
     void ExpectFallback() const
     {
         {
@@ -146,7 +147,7 @@ TEST_F(FileLoggerFaultTest, TakesAnotherTickCountForEveryAttempt)
     const unsigned int start = GetTickCount();
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
 
-    // Many attempts fail meanwhile.
+    // Many attempts to open a file fail meanwhile.
     Await([start] { return GetTickCount() - start >= 100; });
     const unsigned int earliest = GetTickCount();
     noDescriptors.reset();
@@ -164,7 +165,7 @@ TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)
         const NoDescriptors noDescriptors;
         auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
         logger->Write(L"dropped");
-        // The first attempts fail meanwhile.
+        // The first attempts to open a file fail meanwhile.
         Thread::Sleep(50);
 
         const auto start = std::chrono::steady_clock::now();
@@ -269,7 +270,7 @@ TEST_F(FileLoggerFaultTest, WritesAgainWhenThereIsRoom)
         logger.Write(std::wstring(5000, L'x'));
         Await([this] { return FindOpenFile(Path()).position == 5000; });
         logger.Write(L"lost");
-        // The writer has dropped the first lost text when it takes the next one.
+        // The writer drops the first lost text before it takes the next one.
         logger.Write(L"lost");
         std::this_thread::sleep_for(std::chrono::milliseconds(700));
         limit.reset();

@@ -23,21 +23,21 @@ using TestSupport::ReadWholeFile;
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 constexpr std::size_t c_threads = 2;
 
-// How often a process is killed: many more runs than in the daily test show rare cuts.
+// Returns how many processes to kill. Rare cuts need many more than the default.
 int Runs()
 {
     const char* const runs = std::getenv("TOOLKIT_KILL_RUNS");
     return runs ? std::atoi(runs) : 20;
 }
 
-// The pieces of one thread are numbered, and as short as those of a log: "1:23...;".
+// Returns piece `number` of `thread`, as short as those of a log: "1:23...;".
 std::string Piece(std::size_t thread, long number)
 {
     return std::to_string(thread) + ":" + std::to_string(number) +
            std::string(static_cast<std::size_t>(number * 7 % 13), '.') + ";";
 }
 
-// Logs until it is killed. The queue cannot outgrow memory, since the process does not live long.
+// Logs until it is killed. The queue does not exhaust memory, because the process is killed soon.
 [[noreturn]] void LogForEver(const TString<wchar_t>& name)
 {
     FileLogger logger(SeverityVerbose, name, c_noLimit);
@@ -52,8 +52,8 @@ std::string Piece(std::size_t thread, long number)
     std::abort();
 }
 
-// Checks the pieces in `text`. Returns what is left after the last whole one; nothing when a piece
-// is out of order.
+// Checks the pieces in `text`. Returns the incomplete piece at the end, which may be empty;
+// `std::nullopt` if a piece is wrong or out of order.
 std::optional<std::string> RestAfterWholePieces(const std::string& text)
 {
     std::array<long, c_threads> next{};
@@ -77,7 +77,8 @@ std::optional<std::string> RestAfterWholePieces(const std::string& text)
 
 class FileLoggerKillTest : public TestSupport::LogFileTest {
 protected:
-    // Kills a process that logs when its file has grown to `size`; returns the size that was seen.
+    // Starts a process that logs, and kills it when its file has reached `size`. Returns the size
+    // observed before.
     std::size_t KillAt(std::size_t size) const
     {
         const pid_t child = ::fork();

@@ -23,7 +23,7 @@ using TestSupport::ReadWholeFile;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
-// Another process with a logger called `name`, which has written "theirs".
+// Runs another process with a logger called `name` that writes "theirs".
 class OtherProcess {
 public:
     explicit OtherProcess(const TString<wchar_t>& name)
@@ -79,7 +79,7 @@ private:
 
 class FileLoggerLockTest : public TestSupport::LogFileTest {
 protected:
-    // Whether nobody holds the lock on the file.
+    // Whether the log file can be locked, so that nobody else holds its lock.
     bool CanBeLocked() const
     {
         const int file = ::open(Path().c_str(), O_RDONLY);

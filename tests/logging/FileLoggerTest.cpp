@@ -36,7 +36,7 @@ constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
 class FileLoggerTest : public TestSupport::LogFileTest {
 protected:
-    // Waits until the writer has written `expected` and is at `position`.
+    // Waits until the writer has written `expected` and its file position is `position`.
     void AwaitFile(const std::string& expected, long position) const
     {
         Await([&] {
@@ -275,7 +275,7 @@ TEST_F(FileLoggerTest, LosesNothingWrittenBeforeTheEnd)
 
 TEST_F(FileLoggerTest, LosesNothingWrittenWhileTheWriterSleeps)
 {
-    // The end comes at different moments of the writer's wait for text.
+    // Each round destroys the logger at a different moment of the writer's wait for text.
     for (int round = 0; round < 5; ++round) {
         {
             FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -300,7 +300,7 @@ TEST_F(FileLoggerTest, EndsWhenNoTextHasComeForHalfASecond)
         logger.reset();
         longest = std::max(longest, std::chrono::steady_clock::now() - start);
     }
-    // The writer may have begun to wait a little before.
+    // The writer may have begun its wait of 500 ms earlier.
     EXPECT_GE(longest, 350ms);
 }
 
@@ -335,7 +335,7 @@ TEST_F(FileLoggerTest, LetsManyThreadsLogWhileItWraps)
     constexpr int threads = 4;
     constexpr int rounds = 2000;
     {
-        // All pieces have one length, so that those that stay after a wrap are whole.
+        // All pieces have the same length, so that those left over after a wrap are whole.
         FileLogger logger(SeverityVerbose, Name(), 2000);
         const auto write = [&logger](int id) {
             for (int i = 0; i < rounds; ++i) {
@@ -364,7 +364,7 @@ TEST_F(FileLoggerTest, LetsManyThreadsLogWhileItWraps)
     }
 }
 
-// What a logger that writes piece by piece makes of a file.
+// A model of the file that a logger writes piece by piece.
 class PiecewiseFile {
 public:
     explicit PiecewiseFile(unsigned int limit) : m_limit(limit) {}
@@ -390,8 +390,8 @@ private:
     std::string m_text;
 };
 
-// A logger with random text, and the file that it has to make of it. Its first batch is queued
-// before it can open a file, so that it is known to be one batch; each later one is a single piece.
+// A logger with random text, and the file that it must produce. The first batch is queued before
+// the logger can open a file, so that it is one batch; each later batch is a single piece.
 class RandomLog {
 public:
     RandomLog(const std::string& name, unsigned int seed)

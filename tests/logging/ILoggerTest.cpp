@@ -31,7 +31,7 @@ public:
     std::vector<std::wstring> pieces;
 };
 
-// The pieces that one insertion makes.
+// Returns the pieces that one insertion writes.
 template <typename Value>
 std::vector<std::wstring> Inserted(const Value& value)
 {
@@ -342,7 +342,7 @@ TEST(ILoggerTest, InstallsALoggerThatDiscardsEverythingForAnEmptyPointer)
     ILogger::ReleaseInstance();
 }
 
-// Counts how many are destroyed.
+// Counts destructor calls.
 class Counted : public Sink {
 public:
     explicit Counted(int& ends) : Sink(SeverityVerbose), m_ends(ends) {}

@@ -63,7 +63,7 @@ TEST(LogPieceQueueTest, CountsAnEmptyPiece)
     EXPECT_THAT(Pieces(queue), ElementsAre(L""));
 }
 
-// How many pieces are kept as bytes.
+// Returns the number of pieces that the queue stores as bytes.
 int CountBytes(const LogPieceQueue& queue)
 {
     int count = 0;

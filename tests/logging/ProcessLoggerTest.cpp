@@ -19,18 +19,18 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// An end takes about a second; a busy machine gets more.
+// Ending takes about a second; a busy machine may need longer.
 constexpr auto c_longestEnd = 5s;
 
-// Logging does not lock the pointer to the logger. Other threads may change it meanwhile only
-// because an address is written atomically.
+// Logging does not lock the pointer to the logger. It relies on pointer writes being atomic when
+// another thread replaces the logger.
 #ifdef TOOLKIT_THREAD_SANITIZER
 #define SkipUnderThreadSanitizer() GTEST_SKIP() << "a race by intention"
 #else
 #define SkipUnderThreadSanitizer() static_cast<void>(0)
 #endif
 
-// Logs on two threads as long as it lives.
+// Logs on two threads until it is destroyed.
 class Chatter {
 public:
     Chatter()

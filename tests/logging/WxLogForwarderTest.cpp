@@ -21,7 +21,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::CapturedLog;
 
-// What wxWidgets calls.
+// Exposes the functions that wxWidgets calls.
 class OpenForwarder : public WxLogForwarder {
 public:
     using WxLogForwarder::DoLog;
@@ -78,7 +78,7 @@ TEST_F(WxLogForwarderTest, WritesNinePiecesPerMessage)
 
 TEST_F(WxLogForwarderTest, MapsLevelsToSeverities)
 {
-    // The numbers of wxWidgets, which are part of its interface.
+    // The log levels of wxWidgets, whose values are part of its interface.
     constexpr std::pair<unsigned long, const wchar_t*> cases[] = {
         {0, L"0"}, {1, L"0"}, {2, L"1"}, {3, L"2"},   {4, L"2"},    {5, L"3"},
         {6, L"3"}, {7, L"3"}, {8, L"4"}, {100, L"4"}, {12345, L"4"}};

@@ -11,7 +11,7 @@ std::string s_datePattern;
 std::string s_timePattern;
 int s_objects = 0;
 
-// What every reference points to. The text of a formatter is its pattern.
+// The object behind every reference. The text of a formatter is its pattern.
 struct Object {
     std::string text;
 };
@@ -59,7 +59,7 @@ CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale,
     return reinterpret_cast<CFDateFormatterRef>(Create(isDate ? s_datePattern : s_timePattern));
 }
 
-// Not the caller's: it lives as long as the formatter.
+// The caller does not own the result, which is valid as long as the formatter.
 CFStringRef CFDateFormatterGetFormat(CFDateFormatterRef formatter)
 {
     return reinterpret_cast<CFStringRef>(formatter);

@@ -9,7 +9,7 @@
 namespace Toolkit {
 namespace {
 
-// Ends with 0 when all descriptors but the first three are closed by execv(3).
+// Exits with 0 if execv(3) would close all descriptors except the first three.
 [[noreturn]] void CheckFlags()
 {
     const int inherited = ::open("/dev/null", O_RDONLY);

@@ -1,5 +1,5 @@
-// kqueue(2) and kevent(2) by poll(2), as far as the library uses them: readable descriptors, and
-// timers of whole milliseconds. The queue's own descriptor never becomes readable.
+// Implements kqueue(2) and kevent(2) with poll(2), as far as the library uses them: readable
+// descriptors, and timers of whole milliseconds. The queue's own descriptor never becomes readable.
 
 #include <cerrno>
 #include <chrono>
@@ -62,7 +62,7 @@ std::vector<struct kevent> FindReadable(const Queue& queue)
     return found;
 }
 
-// A timer that has expired is reported once, with the number of times.
+// Reports each expired timer once, with the number of expirations.
 void AppendTimers(Queue& queue, std::vector<struct kevent>& found)
 {
     for (auto& [id, timer] : queue.timers) {

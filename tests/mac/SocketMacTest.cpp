@@ -24,7 +24,7 @@ bool Blocks(const Base::FileDescriptor& socket)
     return (::fcntl(socket.Get(), F_GETFL) & O_NONBLOCK) == 0;
 }
 
-// What can be received at once.
+// Returns what one recv() call receives.
 std::string ReceiveFrom(const Base::FileDescriptor& socket)
 {
     char bytes[64];
@@ -32,7 +32,7 @@ std::string ReceiveFrom(const Base::FileDescriptor& socket)
     return length > 0 ? std::string(bytes, static_cast<std::size_t>(length)) : std::string();
 }
 
-// A client and the connection that the server has accepted from it.
+// Fixture with a client and the connection that the server has accepted from it.
 class SocketMacTest : public testing::Test {
 protected:
     SocketMacTest()

@@ -1,4 +1,4 @@
-// The functions of macOS that the library calls, implemented with those of Linux.
+// Implements the macOS functions that the library calls with Linux functions.
 
 #include "mac/SystemStandIns.h"
 
@@ -65,7 +65,8 @@ int getpeereid(int socket, uid_t* effectiveUser, gid_t* effectiveGroup)
     return 0;
 }
 
-// Linux has no SO_NOSIGPIPE: the priority of a socket, which nothing else here uses, keeps it.
+// Linux has no SO_NOSIGPIPE, so its value is stored as the socket's priority, which nothing else
+// here uses.
 int setsockopt(int socket, int level, int option, const void* value, socklen_t size) noexcept
 {
     const int known = level == SOL_SOCKET && option == SO_NOSIGPIPE ? SO_PRIORITY : option;
@@ -81,7 +82,7 @@ ssize_t send(int socket, const void* bytes, size_t length, int flags)
     return ::syscall(SYS_sendto, socket, bytes, length, all, nullptr, 0);
 }
 
-// The end of the stack, from which it grows down.
+// Returns the high end of the stack, which grows down.
 void* pthread_get_stackaddr_np(pthread_t thread)
 {
     const Stack stack = StackOf(thread);
@@ -98,7 +99,7 @@ int pthread_main_np()
     return ::gettid() == ::getpid() ? 1 : 0;
 }
 
-// -1, and the size that is needed, when the buffer is too small.
+// If the buffer is too small, returns -1 and stores the required size.
 int _NSGetExecutablePath(char* buffer, uint32_t* size)
 {
     const auto needed = static_cast<uint32_t>(s_executablePath.size() + 1);

@@ -11,7 +11,7 @@ namespace {
 
 TEST(ThreadsMacTest, ReturnsBoundsThatContainTheStack)
 {
-    // Not a variable: AddressSanitizer keeps those elsewhere.
+    // Not the address of a variable, which AddressSanitizer may place elsewhere.
     const auto place = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 
     const StackBounds bounds = GetStackBounds();

@@ -23,10 +23,10 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 namespace Toolkit::TestSupport {
 namespace {
 
-// Start: the C library, which calls operator new only by way of main().
+// Start is the C library, which calls operator new only through main().
 enum class Kind { Program, Toolkit, Standard, Start, Other };
 
-// A loaded segment of code. The names live as long as the modules, which are not unloaded here.
+// A loaded segment of code. The names stay valid because no module is unloaded here.
 struct Segment {
     std::uintptr_t begin;
     std::uintptr_t end;
@@ -98,9 +98,9 @@ _Unwind_Reason_Code Look(_Unwind_Context* context, void* data)
     return _URC_END_OF_STACK;
 }
 
-// The module that asked for the memory, seen through the standard library. The program is looked
-// through as well: its copies of the standard library's templates serve all modules, and what the
-// test itself calls ends in the C library's start of the program.
+// Returns the module that requested the memory, skipping the standard library. Skips the program as
+// well: all modules may use its copies of the standard library's templates, and the test's own
+// allocations are attributed to the C library's start code.
 const Segment* CallerOf(const void* returnAddress)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(returnAddress);
@@ -181,7 +181,8 @@ std::string_view AllocationFault::FailedModule()
 #ifdef TOOLKIT_REPLACES_MALLOC
 namespace {
 
-// The standard library's own calls keep the memory for exceptions, for which it has a reserve.
+// Calls of the standard library itself do not fail: they allocate exceptions, for which it has a
+// reserve anyway.
 bool FailsInC(const void* returnAddress)
 {
     if (!Toolkit::TestSupport::s_isArmed || Toolkit::TestSupport::t_isDeciding)

@@ -71,7 +71,7 @@ void LetGo(Attempt& attempt)
     attempt.Always(!attempt.HasFailed());
 }
 
-// An archive whose first entry is open.
+// Opens an archive and its first entry.
 struct OpenEntry {
     OpenEntry()
     {

@@ -34,7 +34,7 @@ const TString<wchar_t>& StreamPath()
     return path;
 }
 
-// The file at StreamPath() with one text, and one buffer after it.
+// Writes the file at StreamPath(): one string and then one buffer.
 void FillStream()
 {
     FSStream stream(StreamPath(), FSStream::OpenWrite);
@@ -56,7 +56,8 @@ void Pointer(Attempt& attempt)
 {
     auto* const object = new int(7);
     bool isMade = false;
-    // When out of memory for the count, the object is released. A leak check would not notice.
+    // When out of memory for the count block, smart_ptr releases the object. This test cannot
+    // detect a leak; a leak checker would.
     if (attempt.Run(Rule::BadAlloc, [&] { isMade = *smart_ptr<int>(object) == 7; }))
         attempt.Expect(isMade);
 }
@@ -177,7 +178,7 @@ void StreamText(Attempt& attempt)
     attempt.Expect(bytes.Deserialize(stream) == StreamResult::Ok, true);
 }
 
-// Everything that needs no memory from the library, on one stream.
+// Calls everything that allocates no memory in the library, on one stream.
 template <int Overload>
 void StreamWithoutMemory(Attempt& attempt)
 {

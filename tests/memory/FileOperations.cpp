@@ -336,7 +336,7 @@ void SettingsAsked(Attempt& attempt)
     attempt.Always(!attempt.HasFailed() && isRight);
 }
 
-// Never returns the default instead of a value that does not fit into memory.
+// When out of memory, IniFile never returns the default instead of the value.
 void SettingsGotten(Attempt& attempt)
 {
     const IniFile file(FilePath());

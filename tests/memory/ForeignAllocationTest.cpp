@@ -1,5 +1,5 @@
-// Failed allocations of wxWidgets, ICU, PCRE and the C library, each in a child process: what the
-// operation of the library does then is counted by the module that asked for the memory.
+// Lets allocations of wxWidgets, ICU, PCRE and the C library fail, each in a child process. Counts
+// the outcomes of the library's operations by the module that requested the memory.
 #include "support/ScopedEnvironment.h"
 #include "support/Soak.h"
 #include "support/TempDir.h"
@@ -32,20 +32,20 @@ namespace {
 
 constexpr unsigned c_childSeconds = 5;
 
-// Kept: the result, or a failure in the operation's own form.
+// Kept is the right result, or a failure that the operation reports in its own way.
 enum Outcome : std::size_t { Kept, Wrong, Ended, Hung };
 
 constexpr std::array<const char*, 4> c_outcomes = {"in its own form", "other result", "ended",
                                                    "hung"};
 
-// What a child leaves for its parent.
+// What a child reports to its parent.
 struct Report {
     bool hasFailed;
     bool isComplete;
     std::array<char, 64> module;
 };
 
-// How many failures had each outcome.
+// Number of failed allocations with each outcome.
 using Counts = std::array<long, 4>;
 
 Report* s_report = nullptr;
@@ -97,7 +97,7 @@ Outcome OutcomeOf(int status)
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM ? Hung : Ended;
 }
 
-// A child that ended early has left its log.
+// Removes the log that a child leaves if it ends early.
 void RemoveLogOf(pid_t child)
 {
     std::error_code ignored;
@@ -138,7 +138,7 @@ protected:
     {
         const Outcome outcome = RunInChild(operation, persistence, index);
         if (!s_report->hasFailed) {
-            // Reported at the end: the children inherit the failures of this process.
+            // Reported at the end, because the children inherit the test failures of this process.
             if (outcome != Kept)
                 m_failedWithMemory.emplace_back(operation.name);
             return false;

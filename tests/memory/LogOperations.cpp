@@ -24,7 +24,7 @@ namespace {
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
 const TString<char> c_narrow = "a text that is too long for the string itself";
 
-// A line may lack some pieces, but no piece is cut.
+// A line may lack some pieces, but no piece is truncated.
 template <typename Insert>
 void Inserts(Attempt& attempt, Insert insert)
 {
@@ -142,7 +142,7 @@ void ForwarderMade(Attempt& attempt)
         attempt.Expect(isMade);
 }
 
-// The name of a log file that only this process uses.
+// Returns the name of a log file that only this process uses.
 TString<wchar_t> LogName()
 {
     return TString<wchar_t>(L"out-of-memory-sweep-" + std::to_wstring(::getpid()));
@@ -164,7 +164,7 @@ void FileLogged(Attempt& attempt)
         logger->Write(c_text);
         logger.reset();
     });
-    // The text may be lost, and then there is no file. It is never in another directory.
+    // The text may be lost, but the log is never written to the root directory.
     std::error_code ignored;
     const bool isWritten = std::filesystem::file_size(LogPath(), ignored) == c_text.size();
     attempt.Expect(isMade && isWritten, !std::filesystem::exists("/" / LogPath().filename()));
@@ -218,7 +218,7 @@ std::vector<Operation> LogOperations()
         {"Toolkit::WxLogForwarder::DoLog", ForwarderUsed},
         {"Toolkit::WxLogForwarder::DoLogString", ForwarderUsed},
         {"Toolkit::WxLogForwarder::DoLogRecord", ForwarderUsed},
-        // Half a second each: the writer waits for more text.
+        // Each takes half a second, while the writer waits for more text.
         {"Toolkit::FileLogger::FileLogger", FileLogged, c_fewPoints},
         {"Toolkit::FileLogger::~FileLogger", FileLogged, c_fewPoints},
         {"Toolkit::FileLogger::DoWork", FileLogged, c_fewPoints},

@@ -20,7 +20,7 @@ namespace {
 
 long s_points = 0;
 
-// A name that the test runner takes.
+// Returns a name that GoogleTest accepts.
 std::string TestName(const testing::TestParamInfo<std::size_t>& info)
 {
     std::string name = Operations()[info.param].name;

@@ -1,4 +1,4 @@
-// The sweep knows every exported operation: a new one has to be added to it.
+// Checks that the sweep includes every exported operation. New ones must be added to it.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -11,7 +11,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// The name of a function without its arguments and those of its template; empty for anything else.
+// Returns the name of a function without arguments and template arguments; empty for anything else.
 std::string NameOf(const std::string& symbol)
 {
     if (symbol.starts_with("typeinfo") || symbol.starts_with("vtable") ||
@@ -30,7 +30,7 @@ std::string NameOf(const std::string& symbol)
                : std::string();
 }
 
-// Reached through the public operations that call them.
+// Returns private functions that are tested through the public operations that call them.
 const std::set<std::string>& PrivateNames()
 {
     static const std::set<std::string> names = [] {

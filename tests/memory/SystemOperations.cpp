@@ -28,7 +28,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// Creates the process-wide object of a class, or none.
+// Creates the process-wide object of a class; if that fails, there is none.
 template <typename Class>
 void Created(Attempt& attempt)
 {
@@ -73,7 +73,7 @@ void SystemAsked(Attempt& attempt)
 
 void SystemMade(Attempt& attempt)
 {
-    // wxPlatformInfo starts a program that knows the distribution.
+    // wxPlatformInfo starts a program to find the distribution.
     static const FrameworkHold hold;
     static const wxPlatformInfo platform;
     attempt.Run([] {
@@ -128,7 +128,7 @@ void VersionMade(Attempt& attempt)
     attempt.Expect(version != nullptr, version == nullptr);
 }
 
-// Starts this program, which then ends at once.
+// Restarts this program, which then exits immediately.
 void Restarted(Attempt& attempt)
 {
     PathManager::ReleaseInstance();
@@ -295,7 +295,7 @@ void Loaded(Attempt& attempt)
     DllToolkitLoad();
     LibModuleManager* const manager = LibModuleManager::GetInstance();
     attempt.Always(manager != nullptr);
-    // The library's module is registered once.
+    // Initialize() works, so the library's module is registered.
     Version::ReleaseInstance();
     manager->Initialize(false);
     attempt.Always(Version::GetInstance().IsValid());

@@ -21,7 +21,7 @@ protected:
     int DoWork() override { return 7; }
 };
 
-// Ends when it is asked to.
+// Runs until it is asked to end.
 class Waiting : public Thread {
 public:
     ~Waiting() override
@@ -40,7 +40,7 @@ protected:
     }
 };
 
-// wxWidgets stays started during the sweep: its own allocations at start are not tested.
+// Keeps wxWidgets started during the sweep, because its own allocations at start are not tested.
 const FrameworkHold& Hold()
 {
     static const FrameworkHold hold;
@@ -137,7 +137,7 @@ void ListenerAdded(Attempt& attempt)
     attempt.Always(operation.RemoveListener(listener) == isAdded);
 }
 
-// Removes a listener from inside its call.
+// Removes itself from the operation inside its own callback.
 class Leaver : public BackgroundOperationHandler {
 public:
     explicit Leaver(BackgroundOperation& operation) : m_operation(operation) {}
