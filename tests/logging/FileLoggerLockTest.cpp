@@ -79,7 +79,7 @@ private:
 
 class FileLoggerLockTest : public TestSupport::LogFileTest {
 protected:
-    // Whether the log file can be locked, so that nobody else holds its lock.
+    // Whether nobody holds the lock on the log file.
     bool CanBeLocked() const
     {
         const int file = ::open(Path().c_str(), O_RDONLY);

@@ -71,7 +71,7 @@ void LetGo(Attempt& attempt)
     attempt.Always(!attempt.HasFailed());
 }
 
-// Opens an archive and its first entry.
+// An open archive whose entries have been listed, with streams for two of them.
 struct OpenEntry {
     OpenEntry()
     {

@@ -56,8 +56,8 @@ void Pointer(Attempt& attempt)
 {
     auto* const object = new int(7);
     bool isMade = false;
-    // When out of memory for the count block, smart_ptr releases the object. This test cannot
-    // detect a leak; a leak checker would.
+    // When out of memory for the count block, smart_ptr releases the object. A leak checker would
+    // not notice if it did not.
     if (attempt.Run(Rule::BadAlloc, [&] { isMade = *smart_ptr<int>(object) == 7; }))
         attempt.Expect(isMade);
 }

@@ -128,7 +128,7 @@ void VersionMade(Attempt& attempt)
     attempt.Expect(version != nullptr, version == nullptr);
 }
 
-// Restarts this program, which then exits immediately.
+// Starts a copy of this program, which exits immediately.
 void Restarted(Attempt& attempt)
 {
     PathManager::ReleaseInstance();

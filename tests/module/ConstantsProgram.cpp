@@ -1,4 +1,4 @@
-// A program whose static objects use everything that the library constructs at load, both in their
+// A program whose static objects use everything that the library constructs at load, in their
 // constructors and in their destructors.
 
 #include "toolkit/config/CmdLineParser.h"

@@ -27,7 +27,7 @@ std::size_t CountThreads()
 
 using ThreadList = std::vector<unsigned long>;
 
-// Callbacks from the library; each call records its thread.
+// Implements callbacks from the library. Each call records its thread.
 template <typename Interface>
 class Witness : public Interface {
 public:
@@ -84,7 +84,7 @@ void CallEveryWitness(ThreadList& threads, const TString<wchar_t>& service)
     LogWitness(threads, SeverityVerbose) << L"text";
 }
 
-// A program that starts the library, installs a log file and uses both.
+// Fixture for a program that starts the library, installs a log file and uses both.
 class FlowTest : public LogFileTest {
 protected:
     FlowTest() { m_registry.Initialize(true); }

@@ -1,4 +1,4 @@
-// Tests what a forked child of a busy process may use:
+// Tests what a forked child of a busy process may do:
 //
 //     ForkProgram operation children
 //
@@ -88,7 +88,7 @@ void LockShared()
     const MutexLocker locker(mutex, MutexInternal::Infinite);
 }
 
-// Children destroy this lock, as exit() does with static ones.
+// Children destroy this lock, as exit() destroys static ones.
 std::unique_ptr<Mutex> s_destroyed = std::make_unique<Mutex>(false);
 
 void LockDestroyed()
@@ -190,7 +190,7 @@ void LogReadyMessage()
     wxLog::OnLog(wxLOG_Message, text, 1000);
 }
 
-// A fork while wxWidgets converts text may leave a lock of the C library to the child.
+// A fork while wxWidgets converts a string may leave a lock of the C library held in the child.
 void LogNewMessage()
 {
     wxLogMessage("text");
@@ -201,7 +201,7 @@ void Exit()
     std::exit(0);
 }
 
-// What the busy threads do, and what the child does.
+// What the busy threads and the child do.
 struct Operation {
     void (*busy)();
     void (*child)();
@@ -234,9 +234,9 @@ const std::map<std::string, Operation> c_operations = {
     ::_exit(0);
 }
 
-// Returns when each thread has performed the operation once. The compiler guards the making of a
-// function's static object with a lock, and a fork in the middle of it would leave that lock to the
-// child.
+// Returns when each thread has performed the operation once. The compiler guards the construction
+// of a function's static object with a lock. A fork during the construction would leave that lock
+// held in the child.
 void StartBusyThreads(void (*operation)())
 {
     constexpr int threads = 2;
@@ -251,7 +251,7 @@ void StartBusyThreads(void (*operation)())
     first.wait();
 }
 
-// Returns whether a child hung or crashed.
+// Waits for `child` and returns whether it hung or crashed.
 bool Fails(pid_t child)
 {
     int status = 0;

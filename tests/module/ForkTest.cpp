@@ -19,14 +19,14 @@ using TestSupport::ScopedEnvironment;
 using TestSupport::SoakRounds;
 using TestSupport::TempDir;
 
-// The number of children of a busy process that hang or crash when they do the same as its threads.
-// Stores in `errors` what they print.
+// Runs ForkProgram and returns the number of children that hang or crash. Stores in `errors` what
+// the program and its children print to standard error.
 int Failures(const std::string& operation, int children, std::string& errors)
 {
     const TempDir directory;
     const ScopedEnvironment home("HOME", directory.Path());
     const ScopedEnvironment temporary("TMPDIR", directory.Path());
-    // The child leaves the threads of its parent to the system.
+    // A child cannot free the memory of its parent's threads.
     const char* const options = std::getenv("ASAN_OPTIONS");
     const ScopedEnvironment sanitizer("ASAN_OPTIONS",
                                       std::string(options ? options : "") + ":detect_leaks=0");
@@ -44,8 +44,8 @@ class ForkedChildTest : public testing::TestWithParam<const char*> {};
 TEST_P(ForkedChildTest, MayUse)
 {
 #ifdef TOOLKIT_ADDRESS_SANITIZER
-    // The sanitizer's malloc() keeps its locks in the child. A small request rarely takes one; a
-    // search by PCRE 2 needs 20 KiB.
+    // The locks of the sanitizer's malloc() may stay held in the child. A small request rarely
+    // takes one; a search by PCRE 2 needs 20 KiB.
     if (GetParam() == std::string("pattern"))
         GTEST_SKIP() << "the sanitizer's malloc() does not work in such a child";
 #endif
@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-// The operations that it does not allow, counted for its table.
+// Counts the failures of the operations that docs/fork.md does not allow, for its table.
 TEST(ForkedChildCountTest, CountsWhatFails)
 {
     const int children = SoakRounds(0, 50);

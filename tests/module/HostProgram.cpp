@@ -1,4 +1,4 @@
-// A program with its own application object, which starts and stops the library meanwhile.
+// A program with its own application object, during whose lifetime it starts and stops the library.
 
 #include "toolkit/module/LibModuleManager.h"
 

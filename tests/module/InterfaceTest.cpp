@@ -15,7 +15,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-// Mangled names: a name in a namespace begins with "N", and its length precedes each part.
+// Mangled names: a name in a namespace begins with "N", and the length of each part precedes it.
 template <typename... Types>
 std::vector<std::string> TypeNames()
 {

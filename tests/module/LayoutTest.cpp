@@ -55,7 +55,7 @@ Value ReadAt(const Object& object, std::size_t offset)
     return value;
 }
 
-// The offset of each field in `object`, in bytes.
+// Returns the offset of each field in `object`, in bytes.
 template <typename Object>
 std::vector<std::size_t> OffsetsIn(const Object& object, std::initializer_list<const void*> fields)
 {
@@ -97,7 +97,7 @@ struct ForwarderSlots : WxLogForwarder {
     static std::size_t OfDoLogString() { return SlotOf(&ForwarderSlots::DoLogString); }
 };
 
-// Runs an action of a test while a registry releases its modules.
+// Runs an action while a registry releases its modules.
 template <typename Action>
 class ReleaseAction : public LibModule {
 public:

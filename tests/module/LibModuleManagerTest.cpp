@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 using Calls = std::vector<std::string>;
 
-// Records its calls, then runs an action of the test inside them.
+// Records its calls and then runs an action within them.
 class RecordingModule : public LibModule {
 public:
     RecordingModule(std::string name, Calls& calls) : m_name(std::move(name)), m_calls(calls) {}
@@ -52,7 +52,8 @@ protected:
             m_manager.Register(module);
     }
 
-    // The calls of another start and stop, which show which modules are still registered.
+    // Starts and stops the library once more and returns the calls, which show the modules that are
+    // still registered.
     Calls NextLife()
     {
         m_calls.clear();
@@ -420,7 +421,7 @@ TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
     for (std::thread& thread : threads)
         thread.join();
 
-    // However the threads interleave, a stop follows every start of the module.
+    // However the threads interleave, every start of the module is followed by a stop.
     for (std::size_t call = 0; call < m_calls.size(); ++call)
         EXPECT_EQ(m_calls[call], call % 2 == 0 ? "+1" : "-1");
     EXPECT_THAT(NextLife(), IsEmpty());

@@ -1,6 +1,6 @@
 // Prints the order in which the process-wide objects are created and released. Nothing reports when
-// one is stored, but each is on the heap, so the next allocation or deallocation notices every
-// change.
+// a pointer to one is set, but each object is on the heap, so the next allocation or deallocation
+// detects the change.
 
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/ILogger.h"

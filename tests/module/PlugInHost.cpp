@@ -1,4 +1,4 @@
-// Loads the plug-in that its argument names, with local symbols. Host and plug-in each throw an
+// Loads the plug-in named by its argument, with local symbols. Host and plug-in each throw an
 // exception that the other one catches.
 
 #include "toolkit/encoding/UTF8.h"

@@ -1,9 +1,9 @@
-// Creates objects and ends in one of many ways:
+// Creates objects and exits in one of many ways:
 //
 //     ProcessEndProgram seconds how what [plug-in]
 //
-// The objects live in the plug-in if one is given, otherwise here. The exit status is 7. SIGALRM
-// kills a process that does not end within `seconds`.
+// The plug-in creates the objects if one is given, otherwise the program. The exit status is 7.
+// SIGALRM kills a process that does not end within `seconds`.
 
 #include "toolkit/files/DynamicLibrary.h"
 #include "toolkit/logging/ILogger.h"
@@ -40,7 +40,7 @@ private:
 
 smart_ptr<Thread> s_ender;
 
-// This process's files with their contents.
+// Returns this process's files with their contents.
 std::map<std::string, std::string> Files()
 {
     std::map<std::string, std::string> files;
@@ -53,7 +53,7 @@ std::map<std::string, std::string> Files()
     return files;
 }
 
-// The same when nothing has changed for a second: the log contains everything then.
+// Returns Files() once nothing has changed for a second, when the log is complete.
 std::map<std::string, std::string> SettledFiles()
 {
     std::map<std::string, std::string> files;
@@ -77,7 +77,7 @@ void Fail(const char* message)
     std::exit(c_status);
 }
 
-// A child ends, which must have no effect on this process.
+// Forks a child that ends, and checks that this has no effect on this process.
 void ForkAndExit()
 {
     const std::map<std::string, std::string> before = SettledFiles();

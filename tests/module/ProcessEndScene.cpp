@@ -69,7 +69,7 @@ smart_ptr<Thread> s_thread;
 std::unique_ptr<WxLogForwarder> s_forwarder;
 std::unique_ptr<IPCServer> s_server;
 
-// The path of `name` in this process's directory.
+// Returns the path of `name` in this process's directory.
 std::wstring InOwnDirectory(const wchar_t* name)
 {
     const std::string directory = std::getenv("TMPDIR");
@@ -78,7 +78,7 @@ std::wstring InOwnDirectory(const wchar_t* name)
 
 FileLogger* NewFileLogger()
 {
-    // Loggers write to /tmp; the name continues the path from there.
+    // Loggers write to /tmp, and the name continues the path from there.
     return new FileLogger(SeverityVerbose, L".." + InOwnDirectory(L"scene"), c_sizeLimit);
 }
 
@@ -154,7 +154,7 @@ void StartLibrary()
 void SetUpScene(const char* what)
 {
     if (std::strcmp(what, "private logger") == 0) {
-        // Never the process-wide logger.
+        // This is never the process-wide logger.
         s_logger = NewFileLogger();
         Log(*s_logger);
     } else if (std::strcmp(what, "server") == 0) {

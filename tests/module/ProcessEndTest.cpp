@@ -45,8 +45,8 @@ const std::vector<std::string> c_things = {
     "paused thread",   "unstarted thread",
 };
 
-// Only in the program itself, since threads must not run in an unloaded plug-in, and not where the
-// test waits for a log to stop growing.
+// Used only in the program itself, since threads must not run in an unloaded plug-in, and not if
+// the process forks, where the test waits until the log stops growing.
 constexpr const char* c_busyThings = "logging threads";
 
 // One process: a program, how it ends, which objects are alive, and in which plug-in.
@@ -80,9 +80,9 @@ struct Case {
     bool Logs() const { return what.find("logger") != std::string::npos; }
 };
 
-// How a process ended, and what it left.
+// How a process ended, and what it left behind.
 struct End {
-    int status; // negative: the signal
+    int status; // negative: minus the signal
     std::string errors;
     std::string log;
     std::vector<std::string> files;
@@ -101,7 +101,7 @@ std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, b
     if (leavesMemory)
         variables.push_back("ASAN_OPTIONS=" + std::string(sanitizer ? sanitizer : "") +
                             ":detect_leaks=0");
-    // valgrind reports a read past the end there, wrongly.
+    // With these instructions, valgrind wrongly reports a read past the end.
     variables.emplace_back("GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX2_Usable,-AVX2");
     variables.push_back("HOME=" + (directory / "home").string());
     variables.push_back("TMPDIR=" + (directory / "tmp").string());
@@ -137,7 +137,8 @@ int Run(const Case& now, const std::filesystem::path& directory)
     return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// Removes the log from the remaining files, and the lock file, which stays on purpose.
+// Stores the log and the names of the other remaining files in `end`, except the program's output
+// and the lock file, which stays by design.
 void Sort(End& end, const std::filesystem::path& directory)
 {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
@@ -169,7 +170,7 @@ std::string WholeText()
     return text;
 }
 
-// Describes the fault; empty if there is none.
+// Describes what is wrong with `end`; empty if nothing is.
 std::string Fault(const Case& now, const End& end)
 {
     const bool isTerminated = now.how == "SIGTERM";
@@ -189,8 +190,7 @@ std::string Fault(const Case& now, const End& end)
     return "";
 }
 
-// Runs all cases `rounds` times, many concurrently, since they mostly wait. `title` is for the
-// report.
+// Runs all cases `rounds` times, many concurrently, since they mostly wait. The report has `title`.
 void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds)
 {
     const std::size_t count = cases.size() * static_cast<std::size_t>(rounds);
@@ -212,7 +212,8 @@ void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds
             " times each");
 }
 
-// All kinds of live objects, in the program and in a plug-in of each language version.
+// Returns the cases for all kinds of live objects, in the program and in a plug-in of each language
+// version.
 std::vector<Case> CasesOf(const std::string& how)
 {
     std::vector<Case> cases;
@@ -278,7 +279,7 @@ protected:
     }
 };
 
-// Each process takes seconds.
+// A sample, because each process takes seconds.
 TEST_F(ProcessEndUnderValgrindTest, IsCleanInASample)
 {
     const std::string plugIn = std::vector<const char*>{TOOLKIT_TEST_PROCESS_END_PLUG_INS}.back();

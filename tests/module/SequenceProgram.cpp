@@ -49,7 +49,7 @@ void Forget(void* block)
         PrintBlock(block);
     if (s_isLoading && block)
         std::replace(s_blocks, s_blocks + s_blockCount, block, static_cast<void*>(nullptr));
-    // Its address may be reused.
+    // The address may be reused.
     if (s_isUnloading && block == s_registry)
         s_registry = nullptr;
     std::free(block);

@@ -29,7 +29,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::TempDir;
 
-// The initials of the existing process-wide objects.
+// Returns the initials of the existing process-wide objects.
 std::string Present()
 {
     const std::pair<char, bool> objects[] = {

@@ -1,5 +1,5 @@
-// Runs the same calls with both engines, which are compiled into this program, and compares
-// everything that a caller can see.
+// Runs the same calls with both engines, which are compiled into this program, and compares all
+// results that a caller can observe.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -42,7 +42,7 @@ std::ostream& operator<<(std::ostream& stream, const Call& call)
                   << call.options << std::dec << ", from " << call.start;
 }
 
-// Everything that a caller can see of one call, as text, and its outcome.
+// All results of one call that a caller can observe, as text, and whether it failed.
 struct Outcome {
     std::string text;
     bool isFaulty = false;
@@ -66,8 +66,8 @@ void WriteResult(std::ostream& stream, const MatchResult& result)
         stream << " {" << name << ' ' << number << '}';
 }
 
-// Writes what `operation` writes, or how it fails. The texts of compile errors are the engines'
-// own.
+// Appends what `operation` writes and how it fails. Omits compile messages, which differ between
+// the engines.
 template <typename Operation>
 void Try(Outcome& outcome, const char* name, const Operation& operation)
 {
@@ -79,7 +79,7 @@ void Try(Outcome& outcome, const char* name, const Operation& operation)
     const std::string& message = exception->message;
     const bool isFaulty = message.find("(@offset: ") != std::string::npos;
     outcome.isFaulty |= isFaulty;
-    // Steps, depth, memory, endless recursion.
+    // Limits of steps, depth and memory, and endless recursion.
     for (const char* limit : {"-8g", "-21E", "-6g", "-26E"})
         outcome.isLimited |= message.rfind(limit, 0) == 0;
     outcome.text += isFaulty ? "does not compile" : message;
@@ -110,8 +110,8 @@ bool Contains(const std::string& text, std::initializer_list<const char*> parts)
                        [&](const char* part) { return text.find(part) != std::string::npos; });
 }
 
-// With \K in a look-behind a match may begin in the text that was just inserted: such a replacement
-// may never end.
+// With \K in a look-behind, a match may begin in the text that was just inserted, so replacing may
+// never end.
 bool MayReplaceForEver(const std::string& pattern)
 {
     return Contains(pattern, {"\\K"}) && Contains(pattern, {"(?<=", "(?<!"});
@@ -145,7 +145,8 @@ Outcome Run(const EngineTable& engine, const Call& call)
     return outcome;
 }
 
-// Which fault of an engine may explain that the outcomes differ; "different" without one.
+// Returns the known fault of an engine that may explain why the outcomes differ; "different" if
+// there is none.
 const char* Difference(const Call& call, const Outcome& second)
 {
     if (Contains(call.pattern, {")?+", ")*+", ")++", "}+"}))
@@ -162,9 +163,10 @@ const char* Difference(const Call& call, const Outcome& second)
     return "different";
 }
 
-// Which rare construct may explain that the outcomes differ: the engines themselves disagree on
-// what verbs do inside assertions and calls, on where a search with (*COMMIT) begins, and on which
-// groups a condition or a repeated assertion leaves set. "different" without one.
+// Returns the rare construct that may explain why the outcomes differ: the engines themselves
+// disagree on what verbs do inside assertions and calls, on where a search with (*COMMIT) begins,
+// and on which groups a condition or a repeated assertion leaves set. Returns "different" if there
+// is none.
 const char* RareDifference(const Call& call)
 {
     if (Contains(call.pattern, {"(*COMMIT)"}))
@@ -178,12 +180,13 @@ const char* RareDifference(const Call& call)
     return "different";
 }
 
-// How the calls of a sweep ended.
+// Counts the outcomes of the calls of a sweep.
 class Tally {
 public:
     explicit Tally(bool hasRareConstructs = false) : m_hasRareConstructs(hasRareConstructs) {}
 
-    // Compares the engines. What differs is printed, up to a number.
+    // Runs `call` with both engines and counts the outcome. Prints the first `c_mostPrinted`
+    // differences of each kind.
     void Add(const Call& call)
     {
         const Outcome first = Run(TestSupport::c_pcre, call);
@@ -206,7 +209,7 @@ public:
         return found != m_counts.end() ? found->second : 0;
     }
 
-    // How many calls differ by a known fault.
+    // Returns the number of calls that differ because of a known fault.
     int CountKnown() const
     {
         int sum = 0;
@@ -237,8 +240,8 @@ private:
     std::map<std::string, int> m_counts;
 };
 
-// Each this many calls have a seed of their own, so that what one of them does can be repeated.
-// Fewer under a sanitizer, where a call takes much longer.
+// Number of calls in the sample, and with the same seed, so that a call can be reproduced. Fewer
+// under a sanitizer, where a call takes much longer.
 #ifdef TOOLKIT_SANITIZER
 constexpr int c_sample = 1'000;
 #else
@@ -254,7 +257,7 @@ Call RandomCall(RandomPattern& random)
     return call;
 }
 
-// Adds `rounds` random calls to the tally, and reports it.
+// Adds `rounds` random calls to `tally` and reports it.
 void AddRandomCalls(Tally& tally, unsigned int firstSeed, bool hasRareConstructs, int rounds)
 {
     for (int round = 0; round < rounds; round += c_callsPerSeed) {
@@ -274,14 +277,14 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
     AddRandomCalls(tally, 1'000, false, rounds);
 
     EXPECT_EQ(tally.Count("different"), 0);
-    // Known faults are rare: that a pattern might show one explains little.
+    // Known faults are rare. Many calls that differ by one would mean another cause.
     EXPECT_LE(tally.CountKnown(), 1 + rounds / 50'000);
-    // A sweep that compares little proves little.
+    // The sweep proves little if few calls have comparable results.
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
 
-// Where the engines themselves disagree: what verbs do inside assertions and calls, which groups a
-// condition or a repeated assertion leaves set, and where a search with (*COMMIT) begins. The
+// The engines themselves disagree on what verbs do inside assertions and calls, on which groups a
+// condition or a repeated assertion leaves set, and on where a search with (*COMMIT) begins. The
 // sample contains no such call, the whole sweep a few.
 TEST(EngineDifferenceTest, DiffersRarelyInRareConstructs)
 {

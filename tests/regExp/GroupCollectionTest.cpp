@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-// A collection of groups "zero", "one" and "two".
+// Fixture with a collection of the groups "zero", "one" and "two".
 class GroupCollectionTest : public testing::Test {
 protected:
     GroupCollectionTest()

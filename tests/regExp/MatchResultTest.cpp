@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-// A result as it is after the pattern was compiled and tried.
+// Returns a result as it is after a search with a compiled pattern.
 smart_ptr<MatchResult> ResultWithCode(int resultCode)
 {
     smart_ptr<MatchResult> result(new MatchResult());

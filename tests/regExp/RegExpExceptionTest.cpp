@@ -14,7 +14,7 @@ namespace {
 using TestSupport::CaughtException;
 using TestSupport::CaughtMessage;
 
-// The message for a pattern that does not compile.
+// Returns the message for a pattern that does not compile.
 TString<char> CompileMessage(const char* pattern)
 {
     return CaughtMessage([&] { RegExp(pattern, RegExpOptions::None).IsMatch("subject"); });

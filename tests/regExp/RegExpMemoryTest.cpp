@@ -1,4 +1,4 @@
-// Operations whose first, second, … allocation fails.
+// Runs operations while their first, second, … allocation fails.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -19,11 +19,11 @@ using TestSupport::CaughtMessage;
 
 constexpr const char* c_outOfMemory = "-6gExp::Match return error: ";
 
-// Texts that do not fit into a string object itself.
+// Strings too long for the small-string buffer.
 const TString<char> c_pattern("(?<first_of_the_names>a+)(?<second_of_the_names>b+)");
 const TString<char> c_subject(std::string(50, 'a') + std::string(50, 'b'));
 
-// Lets each allocation of `operation` fail in turn. Returns how many there are.
+// Lets each allocation of `operation` fail in turn. Returns the number of allocations.
 int FailEachAllocation(const std::function<void()>& operation)
 {
     for (int index = 0;; ++index) {
@@ -74,7 +74,7 @@ TEST(RegExpMemoryTest, WorksAgainAfterRunningOutOfMemory)
     EXPECT_EQ(regExp.Match(c_subject)->Count(), 3u);
 }
 
-// An exception that is made when the library is loaded.
+// The library constructs this exception when it is loaded.
 TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWithoutAnyMemory)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// This program does not link the library: only its plug-ins do, each with symbols of its own.
+// This program does not link the library: only its plug-ins do, each with its own symbols.
 namespace {
 
 using Thrower = void (*)();
@@ -40,7 +40,7 @@ private:
     void* m_handle;
 };
 
-// The paths of the plug-ins, one for each compiler that the build has found.
+// Returns the paths of the plug-ins, one for each compiler that the build has found.
 std::vector<std::string> PluginPaths()
 {
     std::istringstream list(TOOLKIT_PLUGINS);

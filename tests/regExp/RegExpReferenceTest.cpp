@@ -16,7 +16,7 @@ namespace {
 using TestSupport::DirectPcre;
 using TestSupport::RandomText;
 
-// The text that an operation gives, or the message that it throws.
+// The string that an operation returns, or the message that it throws.
 struct Outcome {
     std::string text;
     std::string message;
@@ -29,14 +29,14 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome)
     return stream << '"' << outcome.text << "\" thrown: " << outcome.message;
 }
 
-// The message of a search that failed.
+// Returns the message of a search that failed.
 std::string ExecuteMessage(int code)
 {
     const std::string digits = std::to_string(code);
     return digits + std::string("RegExp::Match return error: ").substr(digits.size());
 }
 
-// The message of a pattern that does not compile, for a pattern in UTF-8.
+// Returns the message of a UTF-8 pattern that does not compile.
 std::string CompileMessage(const DirectPcre& direct, const std::string& pattern)
 {
     const std::string written = std::string(" : ") + direct.ErrorText() +
@@ -48,7 +48,7 @@ std::string CompileMessage(const DirectPcre& direct, const std::string& pattern)
     return written + prefix.substr(std::min(static_cast<std::size_t>(length), prefix.size()));
 }
 
-// The replacement of whole matches step by step, each search a direct call on the whole text.
+// Replaces whole matches step by step. Each search is a direct call to PCRE on the whole string.
 Outcome ReplaceStepByStep(const std::string& pattern, const std::string& replacement,
                           const std::string& subject)
 {
@@ -136,7 +136,7 @@ void ExpectSameMatch(const std::string& pattern, const std::string& subject)
               direct.Code() ? ExecuteMessage(expected) : CompileMessage(direct, pattern));
 }
 
-// A pattern put together from pieces; most of them compile.
+// Returns a pattern made of random pieces; most such patterns compile.
 std::string RandomPattern(RandomText& random)
 {
     constexpr const char* pieces[] = {"a",    "b",        "(a)", "[^a]",  ".",   "|",      "a+",
@@ -227,7 +227,7 @@ TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongTextsAsTheStepsDo)
 
 TEST(RegExpReferenceTest, ReplacesLongTextsAsTheStepsDo)
 {
-    // Replacing ends if the replacement does not match, wherever the search continues.
+    // Replacing ends if the replacement does not match, no matter where the search continues.
     constexpr std::pair<const char*, const char*> cases[] = {{"a", "-"},
                                                              {"a", ""},
                                                              {"a", "xyz"},
@@ -257,7 +257,7 @@ TEST(RegExpReferenceTest, FailsAtOffsetsInsideCharactersAsTheStepsDo)
         subject += "\xC3\xA9.\xE2\x82\xAC";
     for (std::size_t position = 65520; position < 65560; ++position) {
         std::string text = subject;
-        // The first byte of a character, so that the text stays UTF-8.
+        // Inserts before the first byte of a character, so that the string stays UTF-8.
         while ((text[position] & 0xC0) == 0x80)
             ++position;
         text.insert(position, "a");

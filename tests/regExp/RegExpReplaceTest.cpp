@@ -121,8 +121,8 @@ TEST(RegExpReplaceTest, ThrowsOnceAnInvalidReplacementIsInTheText)
 
 TEST(RegExpReplaceTest, ReplacesBytesOfACharacterSeparately)
 {
-    // After the first byte the text is valid again, but the search would continue inside a
-    // character.
+    // Without the first byte the string would be valid again, but the search would continue inside
+    // a character.
     EXPECT_EQ(CaughtMessage([] { ReplaceAll("\\C", "\xC3", "\xC3\xA9"); }),
               "-11Exp::Match return error: ");
     EXPECT_EQ(ReplaceAll("\\C\\C", "e", "\xC3\xA9"), "e");

@@ -17,7 +17,7 @@ namespace {
 using TestSupport::c_usesPcre2;
 using TestSupport::CaughtMessage;
 
-// PCRE 1 recurses on the stack, and gives up. PCRE 2 does not need it: here it finds no match.
+// PCRE 1 recurses on the stack and gives up. PCRE 2 does not recurse, and finds no match here.
 constexpr const char* c_noStackLeft =
     c_usesPcre2 ? "nothing thrown" : "-21Exp::Match return error: ";
 
@@ -44,7 +44,7 @@ private:
     char* m_memory;
 };
 
-// Runs `work` on a thread whose stack has that many bytes, and waits for it.
+// Runs `work` on a thread with a stack of `stackSize` bytes, and waits for it.
 void RunWithStack(std::size_t stackSize, std::function<void()> work)
 {
     // The system may provide a larger stack than requested.
@@ -63,7 +63,7 @@ void RunWithStack(std::size_t stackSize, std::function<void()> work)
     pthread_join(thread, nullptr);
 }
 
-// The message of what `operation` throws on such a thread.
+// Returns the message of what `operation` throws on such a thread.
 TString<char> MessageWithStack(std::size_t stackSize, const std::function<void()>& operation)
 {
     TString<char> message;
@@ -196,7 +196,7 @@ TEST(RegExpStackTest, SearchesALargeSubjectOnASmallStack)
 }
 
 #ifdef __GLIBC__
-// Runs `work` on a stack that the system does not know, as coroutines have.
+// Runs `work` on a stack that is unknown to the system, like that of a coroutine.
 void RunInCoroutine(std::size_t stackSize, std::function<void()> work)
 {
     static std::function<void()>* s_work = nullptr;

@@ -21,7 +21,7 @@ RegExp Pattern(const TString<char>& pattern)
     return RegExp(pattern, RegExpOptions::None);
 }
 
-// The values of all groups, in their order.
+// Returns the values of all groups, in order.
 std::vector<std::string> Values(const smart_ptr<MatchResult>& result)
 {
     std::vector<std::string> values;
@@ -30,7 +30,7 @@ std::vector<std::string> Values(const smart_ptr<MatchResult>& result)
     return values;
 }
 
-// A pattern of `count` groups that matches as many "a".
+// Returns a pattern of `count` groups, each of which matches an "a".
 TString<char> PatternOfGroups(int count)
 {
     std::string pattern;
@@ -172,7 +172,7 @@ TEST(RegExpTest, ReturnsAnEmptyGroupThatTookNoPart)
 {
     const smart_ptr<MatchResult> result = Pattern("(a)|(b)|(c)").Match("b");
 
-    // The third group comes after the last that took part: it is not reported.
+    // The third group follows the last one that took part, so it is not reported.
     EXPECT_THAT(Values(result), ElementsAre("b", "", "b"));
     EXPECT_EQ(result->ovector[2], -1);
     EXPECT_EQ(result->ovector[3], -1);

@@ -1,4 +1,5 @@
-// The functions of Pcre for a program that holds both engines: calls go to the one that is chosen.
+// The functions of `Pcre` for a program with both engines. They call the engine that `s_engine`
+// selects.
 
 #include "toolkit/regExp/PatternEngine.Private.h"
 

@@ -92,14 +92,14 @@ constexpr const char* c_references[] = {"\\1",    "\\2",    "\\g{1}", "\\g{-1}",
 constexpr const char* c_verbs[] = {"(*COMMIT)",  "(*PRUNE)",  "(*SKIP)",   "(*THEN)",
                                    "(*PRUNE:a)", "(*SKIP:a)", "(*THEN:b)", "(*MARK:a)"};
 
-// Without \C, with which the engines themselves may crash.
+// Excludes \C, with which the engines themselves may crash.
 constexpr const char* c_marks[] = {"(*FAIL)", "(*F)", "(*ACCEPT)", "(?C)", "(?C7)", "(?#note)"};
 
 constexpr const char* c_openings[] = {"(",      "(",     "(",      "(?:",  "(?:", "(?<n>", "(?<m>",
                                       "(?P<n>", "(?'m'", "(?>",    "(?=",  "(?!", "(?<=",  "(?<!",
                                       "(?|",    "(?i:",  "(?s-m:", "(?m:", "(?x:"};
 
-// Without negative assertions, after which PCRE 1 reads uninitialised memory.
+// Excludes negative assertions, after which PCRE 1 reads uninitialised memory.
 constexpr const char* c_conditions[] = {"(?(1)",    "(?(2)",  "(?(<n>)",    "(?(R)",  "(?(?=a)",
                                         "(?(?<=a)", "(?(R1)", "(?(DEFINE)", "(?(R&n)"};
 
@@ -160,11 +160,11 @@ bool IsAssertion(const std::string& item)
 
 std::string RandomPattern::Pattern()
 {
-    // What tries everything ends early.
+    // Ends searches that would try too many paths.
     std::string pattern = "(*LIMIT_MATCH=20000)(*LIMIT_RECURSION=3000)";
     while (OneIn(4))
         pattern += AnyOf(c_settings);
-    // Groups that references find.
+    // Groups for references to refer to.
     if (OneIn(2))
         pattern += OneIn(2) ? "(?J)(?<n>a)?(?<m>b)?" : "(a|b)?(c)?";
     return pattern + Alternatives(0);

@@ -1,6 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
-// A plug-in shows its entry points and nothing else.
+// A plug-in exports only its entry points.
 #define PLUGIN_API extern "C" __attribute__((visibility("default")))
 
 namespace {
@@ -10,18 +10,18 @@ using Toolkit::RegExpException;
 using Toolkit::RegExpOptions;
 using Toolkit::smart_ptr;
 
-// The end of the message; what is before it is the engine's own text.
+// The end of the message; the part before it is the engine's own text.
 constexpr const char* c_pattern = "abcdef(";
 
 } // namespace
 
-/// Lets the exception of a pattern that does not compile leave the plug-in.
+/// Lets the library throw its exception for an invalid pattern, which leaves the plug-in.
 PLUGIN_API void ThrowFromLibrary()
 {
     RegExp(TString<char>(c_pattern), RegExpOptions::None).IsMatch("subject");
 }
 
-/// Throws such an exception itself.
+/// Throws the same kind of exception from the plug-in's own code.
 PLUGIN_API void ThrowFromPlugin()
 {
     const smart_ptr<RegExpException> exception(new RegExpException());
@@ -29,7 +29,7 @@ PLUGIN_API void ThrowFromPlugin()
     throw smart_ptr<RegExpException>(exception);
 }
 
-/// Whether what `thrower` throws arrives as the exception of a pattern.
+/// Whether the plug-in catches what `thrower` throws as a smart_ptr<RegExpException>.
 PLUGIN_API bool Catches(void (*thrower)())
 {
     try {
