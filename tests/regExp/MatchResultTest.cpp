@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-// Returns a result as it is after a search with a compiled pattern.
+// Returns a result as a search with `resultCode` leaves it.
 smart_ptr<MatchResult> ResultWithCode(int resultCode)
 {
     smart_ptr<MatchResult> result(new MatchResult());

@@ -121,8 +121,8 @@ TEST(RegExpReplaceTest, ThrowsOnceAnInvalidReplacementIsInTheText)
 
 TEST(RegExpReplaceTest, ReplacesBytesOfACharacterSeparately)
 {
-    // Without the first byte the string would be valid again, but the search would continue inside
-    // a character.
+    // After the first byte is replaced the string is valid UTF-8 again, but the search would
+    // continue inside a character.
     EXPECT_EQ(CaughtMessage([] { ReplaceAll("\\C", "\xC3", "\xC3\xA9"); }),
               "-11Exp::Match return error: ");
     EXPECT_EQ(ReplaceAll("\\C\\C", "e", "\xC3\xA9"), "e");

@@ -1,7 +1,7 @@
-// A program for several concurrent copies. A line on its standard input starts the library; it
-// prints whether another copy runs, and its unique name. Another line stops the library, with an
-// answer; the end of the input stops the library and the program. The line "fork" forks a child
-// that outlives the program, and prints its process id.
+// A program of which several copies run concurrently. A line on its standard input starts the
+// library and prints whether another copy runs, and the program's unique name. Another line stops
+// the library and prints a reply; the end of the input stops the library and the program. The line
+// "fork" forks a child that outlives the program, and prints the child's process id.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"

@@ -22,7 +22,8 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// The locales that the environment can name: anything after a dot or an at sign is ignored.
+// Returns the locales that the environment can name, without names that need a dot or an at sign,
+// after which anything is ignored.
 std::vector<std::string> AvailableLocales()
 {
     std::vector<std::string> locales;
@@ -31,7 +32,7 @@ std::vector<std::string> AvailableLocales()
     return locales;
 }
 
-// The pattern of the installed ICU; empty if it has none.
+// Returns the pattern of the installed ICU; empty if it has none.
 std::u16string IcuPattern(const std::string& locale, UDateFormatStyle time, UDateFormatStyle date)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -94,7 +95,7 @@ TEST(LocalesIcuTest, ReplacesQuotedTextsOfATimeWithOneSpace)
     }
 }
 
-// The string without the names of the halves of the day.
+// Returns `text` without the names of the halves of the day.
 std::wstring WithoutDayHalves(TString<wchar_t> text)
 {
     wxString morning;

@@ -39,7 +39,7 @@ TEST_F(LocalesTest, ReturnsADotAsDecimalSeparator)
 
 TEST_F(LocalesTest, OmitsPatternsOutsideAscii)
 {
-    // Dzongkha writes times with words in its own script around the numbers.
+    // Dzongkha writes words in its own script around the numbers of a time.
     const ScopedEnvironment dzongkha("LC_ALL", "dz_BT");
 
     EXPECT_EQ(DateFormat(), L"yyyy-MM-dd ");

@@ -15,7 +15,7 @@ namespace {
 
 constexpr unsigned int c_timeoutMs = 10000;
 
-// A loopback port that queues `backlog` connections and serves none.
+// Listens on a loopback port that queues `backlog` connections, and accepts none.
 class Listener {
 public:
     explicit Listener(int backlog) : m_socket(::socket(AF_INET, SOCK_STREAM, 0))
@@ -36,7 +36,7 @@ public:
 
     unsigned short Port() const { return m_port; }
 
-    // Starts connections until the system answers no more.
+    // Starts more connections than the system answers.
     void FillBacklog()
     {
         for (int i = 0; i < 8; ++i) {
@@ -69,7 +69,7 @@ TEST(NetworkTest, ConnectsToAListener)
     EXPECT_TRUE(Network::TestConnection(L"127.0.0.1", listener.Port(), c_timeoutMs));
 }
 
-// Whether the system has an IPv4 address for the name.
+// Whether the system resolves `name` to an IPv4 address.
 bool IsResolvable(const char* name)
 {
     addrinfo hints{};

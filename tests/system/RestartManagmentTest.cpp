@@ -37,7 +37,7 @@ std::vector<std::wstring> LinesOf(const std::string& text)
 
 class RestartManagmentTest : public testing::Test {
 protected:
-    // Copies the program that restarts itself into the directory.
+    // Copies the program that restarts itself to `name` in the test's directory.
     std::filesystem::path Install(const std::string& name) const
     {
         const std::filesystem::path path = m_directory.Path() / name;

@@ -1,5 +1,5 @@
 // A program that restarts itself. The first copy prints its log. The second one, identified by its
-// argument, writes its command line to the file that TOOLKIT_TEST_REPORT names. With "-read" the
+// argument, writes its command line to the file named by TOOLKIT_TEST_REPORT. With "-read", the
 // first copy then prints what the second one writes.
 
 #include "toolkit/logging/ConsoleLogger.h"

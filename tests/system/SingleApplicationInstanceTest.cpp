@@ -23,7 +23,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::TempDir;
 
-// A running copy of the test's program. It starts the library on request.
+// Runs a copy of InstanceProgram, which starts the library on request.
 class Copy {
 public:
     Copy(const std::filesystem::path& program, const std::filesystem::path& errors)
@@ -55,21 +55,21 @@ public:
 
     void Go() const { EXPECT_EQ(::write(m_input, "go\n", 3), 3); }
 
-    // Stops its library while the process keeps running.
+    // Stops the copy's library while its process keeps running.
     void Stop() const
     {
         Go();
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
-    // Makes it fork a child and returns the child's process id.
+    // Lets the copy fork a child and returns the child's process id.
     pid_t Fork() const
     {
         EXPECT_EQ(::write(m_input, "fork\n", 5), 5);
         return static_cast<pid_t>(std::stol(ReadLine()));
     }
 
-    // Whether it found another copy. Also sets its unique name.
+    // Reads whether this copy found another one. Also reads its unique name, for UniqueName().
     bool SeesAnother()
     {
         const std::string line = ReadLine();
@@ -126,7 +126,7 @@ protected:
         return copy;
     }
 
-    // Copies the program to `folder`.
+    // Copies the program to `folder` and returns its path.
     std::filesystem::path Install(const std::filesystem::path& folder) const
     {
         std::filesystem::create_directories(folder);
@@ -227,7 +227,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresAnotherProcessWithTheIdOfACrashedCo
     EXPECT_FALSE(first.SeesAnother());
     first.Crash();
 
-    // This test is a running process, and no copy of the program.
+    // The process id is that of this test, which runs but is not a copy of the program.
     for (const std::string& name : {first.UniqueName(), "." + first.UniqueName() + ".lock"})
         std::ofstream(m_homePath / name) << ::getpid();
 

@@ -1,5 +1,5 @@
-// A program for tests to start. It writes to the file that TOOLKIT_TEST_REPORT names: its
-// arguments, one per line, and the number of its open files above standard error.
+// A program for tests to start. To the file named by TOOLKIT_TEST_REPORT it writes its arguments,
+// one per line, and the number of its open files above standard error.
 
 #include <cstdlib>
 #include <filesystem>
@@ -14,7 +14,7 @@ int CountInheritedFiles()
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code closed;
-        // The iterator's own descriptor may be closed when this entry is read.
+        // The entry may be the iterator's own descriptor.
         const bool isDirectory = std::filesystem::is_directory(entry.path(), closed);
         if (std::stoi(entry.path().filename()) > STDERR_FILENO && !isDirectory)
             ++count;

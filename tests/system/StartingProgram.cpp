@@ -1,5 +1,5 @@
 // A program that starts another one while its standard output has unflushed text and a static
-// object awaits its destruction.
+// object is not yet destroyed.
 
 #include "toolkit/system/SystemInfo.h"
 

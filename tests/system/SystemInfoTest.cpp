@@ -40,7 +40,7 @@ protected:
         return SystemInfo(description).GetPlatform();
     }
 
-    // The started program's report for `arguments`.
+    // Starts the program with `arguments` and returns its report.
     std::string ReportFor(const TString<wchar_t>& arguments) const
     {
         EXPECT_GT(SystemInfo::StartProcess(c_startedProgram, arguments, true), 0);

@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 constexpr std::chrono::seconds c_hang(60);
 
-// Records its notifications, and whether a waiter would return at that moment.
+// Records its notifications, and whether Wait() would return at that moment.
 class Handler : public BackgroundOperationHandler {
 public:
     Handler(std::vector<std::string>& notes, std::string name)
@@ -123,7 +123,7 @@ TEST_F(BackgroundOperationTest, ChangesTheEventBeforeItNotifiesHandlers)
     m_operation.SendOperationEnded();
 }
 
-// Starts a waiter in its callback and keeps it.
+// Starts a waiter in its callback and stores it.
 class WaitingHandler : public BackgroundOperationHandler {
 public:
     explicit WaitingHandler(const BackgroundOperation& operation) : m_operation(operation) {}

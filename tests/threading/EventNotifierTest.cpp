@@ -65,7 +65,7 @@ protected:
         std::function<void()> m_action;
     };
 
-    // Makes a listener that records its calls and runs an action in them.
+    // Returns a listener that records its calls and runs `action` in them.
     smart_ptr<IListener> Make(const std::string& name, std::function<void()> action = {})
     {
         return smart_ptr<IListener>(new Listener(*this, name, std::move(action)));

@@ -127,7 +127,7 @@ TEST(EventObjectTest, ChecksOnceMoreWhenTheTimeoutEnds)
         event.Signal();
     };
 
-    // On a busy machine a signal may come too late.
+    // Retries, because on a busy machine the signal may come too late.
     long seen = 0;
     for (int attempt = 0; attempt < 10 && seen == 0; ++attempt) {
         event.Reset();

@@ -1,4 +1,4 @@
-// Compiled by Clang only, and never run. With UNLOCKED defined, Clang must reject it.
+// Compiled with Clang only, and never run. With UNLOCKED defined, Clang must reject it.
 #include "toolkit/threading/Mutex.h"
 
 class Account {

@@ -14,7 +14,7 @@
 namespace Toolkit {
 namespace {
 
-// Locks a mutex on another thread until it is released.
+// Locks a mutex on another thread until the test releases it.
 class OtherOwner {
 public:
     explicit OtherOwner(MutexInternal& mutex)

@@ -47,8 +47,8 @@ void AwaitEnd(const Thread& thread)
         Thread::Sleep(1);
 }
 
-// Starts a thread with this result and waits for it. Retries, since Wait() returns no result for a
-// thread that ends before the call.
+// Starts a thread that returns `result` and waits for it. Retries, since Wait() returns no result
+// for a thread that ends before the call.
 std::intptr_t ResultOfWork(int result)
 {
     for (int attempt = 0; attempt < 1000; ++attempt) {
@@ -72,7 +72,7 @@ long AddressSpaceInPages()
     return pages;
 }
 
-// While this object lives, new threads ask for a stack larger than any system has.
+// Until it is destroyed, new threads request a larger stack than any system has.
 class NoRoomForThreads {
 public:
     NoRoomForThreads()
@@ -172,7 +172,7 @@ TEST(ThreadTest, StartsOnce)
     EXPECT_EQ(calls, 1);
 }
 
-// Works until it must end. By then the members of this class are destroyed.
+// Works until it is asked to end, by which time the members of this class are destroyed.
 class Plain : public Thread {
 public:
     Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
@@ -316,8 +316,8 @@ TEST(ThreadTest, CanBeKilledWhileItRuns)
 
 std::atomic<int> g_slowlyDestroyed{0};
 
-// Takes its time, so that a caller that does not wait for it is noticed. A thread that is being
-// cancelled is not cancelled again while it sleeps.
+// Has a slow destructor, so that the test detects a caller that does not wait for it. A thread that
+// is being cancelled is not cancelled again while it sleeps.
 struct DestroyedSlowly {
     ~DestroyedSlowly()
     {
@@ -326,7 +326,7 @@ struct DestroyedSlowly {
     }
 };
 
-// Has no members, which the thread of a destroyed object could miss.
+// Has no members that the thread could use after their destruction.
 class Endless : public Thread {
 public:
     explicit Endless(std::latch& begun) : m_begun(begun) {}
@@ -415,12 +415,11 @@ TEST(ThreadTest, ReturnsFromWaitAtOnceWhenTheThreadHasEnded)
     EXPECT_TRUE(g_wasReleased);
 }
 
-// ThreadSanitizer misses the locks that a cancelled thread takes, and the order that they make. It
-// also reports that wxWidgets reads the pointer to the virtual functions of an object that is being
-// destroyed.
+// ThreadSanitizer misses the locks of a cancelled thread and the ordering that they establish. It
+// also reports that wxWidgets reads the vtable pointer of an object that is being destroyed.
 #ifndef TOOLKIT_THREAD_SANITIZER
 
-// Returns 0 when a thread was killed as soon as it had been started.
+// Kills a thread as soon as it has started. Returns 0 on success.
 int KillAtStart(bool throughBase)
 {
     Worker worker([](Worker&) {
@@ -435,8 +434,8 @@ int KillAtStart(bool throughBase)
     return result == wxTHREAD_NO_ERROR ? 0 : 1;
 }
 
-// wxWidgets ends a process that cancels a thread on its way to Entry(). Only the first thread of a
-// process is often slow enough.
+// wxWidgets ends a process that cancels a thread before it reaches Entry(). Only the first thread
+// of a process is often slow enough to show this.
 TEST(ThreadDeathTest, CanBeKilledBeforeItsWorkBegins)
 {
     for (int i = 0; i < 20; ++i)
@@ -449,7 +448,8 @@ TEST(ThreadDeathTest, CanBeKilledThroughItsBaseBeforeItsWorkBegins)
         EXPECT_EXIT(::_exit(KillAtStart(true)), testing::ExitedWithCode(0), "^$");
 }
 
-// Has no destructor that waits for the thread, and no members that the thread could miss.
+// Has no destructor that waits for the thread, and no members that the thread could use after their
+// destruction.
 class Unattended : public Thread {
 private:
     int DoWork() override
@@ -536,7 +536,7 @@ TEST(ThreadTest, IsNotStartedAgainAfterAStartThroughItsBase)
     EXPECT_EQ(calls, 100);
 }
 
-// A thread whose derived class calls the entry point itself.
+// A thread class that calls the entry point itself.
 class Direct : public Thread {
 public:
     ~Direct() override { Wait(); }
@@ -667,8 +667,8 @@ TEST(ThreadDeathTest, KeepsTheMainThreadWhenAnotherOneCreatesTheFirst)
         testing::ExitedWithCode(0), "^$");
 }
 
-// The library's own allocations for a start, and those of wxThread::Run() before it creates the
-// thread.
+// Number of allocations of the library when it starts a thread, and of wxThread::Run() before it
+// creates the thread.
 constexpr int c_startAllocations = 20;
 
 TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
@@ -684,13 +684,14 @@ TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
 std::atomic<bool> s_hasMemory{true};
 thread_local bool t_needsMemory = false;
 
-// wxWidgets does not expect its other threads to run out of memory.
+// Fails only on the tested thread: wxWidgets does not expect its other threads to run out of
+// memory.
 bool FailsHere(const void*)
 {
     return t_needsMemory && !s_hasMemory;
 }
 
-// The destructor tries to end the thread for 200 ms before it leaks it, which needs memory as well.
+// The destructor tries for 200 ms to end the thread, then leaks it, which needs memory as well.
 TEST(ThreadTest, IsDestroyedWhenThereIsMemoryAgain)
 {
     auto worker = std::make_unique<Worker>(DoNothing);

@@ -34,7 +34,7 @@ std::vector<std::string> LinesOf(const std::string& text)
 
 class CompletionTest : public ToolFixture {
 protected:
-    // What bash offers for the last of `words` in the directory of the test.
+    // Returns what bash offers for the last of `words` in the test's directory.
     std::vector<std::string> InBash(const std::string& words) const
     {
         const std::string script = "source " + c_completions + "toolkit.bash\ncd '" +
@@ -46,7 +46,7 @@ protected:
         return LinesOf(result.output);
     }
 
-    // The same in fish.
+    // Returns what fish offers for the last word of `line`.
     std::vector<std::string> InFish(const std::string& line) const
     {
         const std::string script = "source " + c_completions + "toolkit.fish; cd '" +
@@ -56,7 +56,7 @@ protected:
         return LinesOf(result.output);
     }
 
-    // What the function for zsh passes to zsh's own functions.
+    // Returns what the zsh completion function passes to zsh's own functions.
     static std::string InZsh(const std::string& words)
     {
         const std::string script = "compadd() { print -l -- $@ }; _arguments() { print -l -- $@ }\n"
@@ -68,7 +68,7 @@ protected:
         return result.output;
     }
 
-    // The names of logs that the function for zsh passes on.
+    // Returns the log names that the zsh completion function passes on.
     std::string FindLogsInZsh() const
     {
         const std::string script =
@@ -115,7 +115,7 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
     EXPECT_THAT(InZsh("toolkit log ''"), HasSubstr("--severity["));
 }
 
-// An entry of /tmp, where any user may choose names, removed with the object.
+// An entry in /tmp, where any user may create names. The destructor removes it.
 class NameInTmp {
 public:
     explicit NameInTmp(const std::string& ending)
@@ -169,7 +169,7 @@ TEST_F(CompletionTest, QuotesASpaceInTheNameOfALogInBash)
                 Contains(quoted));
 }
 
-// Another user may have made the link.
+// Another user may have created the link.
 TEST_F(CompletionTest, OffersNoLinkToAFileOfTheUser)
 {
     const NameInTmp link("link");
@@ -198,7 +198,7 @@ TEST_F(CompletionTest, RunsNoCommandFromTheNameOfALogInOtherShells)
     EXPECT_FALSE(std::filesystem::exists(PathOf("ran")));
 }
 
-// The option's long name at the beginning of each line of the usage.
+// Returns the long option name at the beginning of each line of `usage`.
 std::vector<std::string> LongOptions(const std::string& usage)
 {
     std::vector<std::string> options;
@@ -210,7 +210,7 @@ std::vector<std::string> LongOptions(const std::string& usage)
     return options;
 }
 
-// What the command knows, its pages and all shells know.
+// The manual pages and all completions must have every option of the command.
 TEST_F(CompletionTest, KnowsEveryOption)
 {
     const std::string bash = ReadWholeFile(c_completions + "toolkit.bash");

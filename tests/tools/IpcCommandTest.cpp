@@ -21,7 +21,7 @@ protected:
 
     std::string Service() const { return PathOf("app.ipc"); }
 
-    // Among the services of applications.
+    // Returns a path in the directory where applications put their services.
     std::string ListedPath() const
     {
         return "/tmp/toolkit-ipc-test-" + std::to_string(::getpid()) + ".ipc";
@@ -123,7 +123,7 @@ TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)
         RunningCommand server({"ipc", "listen", ListedPath()});
         server.ReadUntil("listening");
         EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("live  " + ListedPath() + "\n"));
-    } // killed
+    } // The server is killed.
 
     EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("stale " + ListedPath() + "\n"));
 }

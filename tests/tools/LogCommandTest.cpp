@@ -20,7 +20,7 @@ using testing::HasSubstr;
 
 class LogCommandTest : public ToolFixture {
 protected:
-    // What the command prints of a log with that text.
+    // Writes `log` to a file and returns what the command prints for it.
     std::string Print(const std::string& log, std::vector<std::string> arguments = {}) const
     {
         arguments.insert(arguments.begin(), {"log", Write(L"a.qvlog", log)});
@@ -108,7 +108,7 @@ TEST_F(LogCommandTest, FindsTheRestsOfTwoRounds)
               "9000 info f:1 6\n");
 }
 
-// The rest of a burst, which made the file long, is much older than the round before the newest.
+// A burst once made the file long. What remains of it is much older than the second newest round.
 TEST_F(LogCommandTest, FindsTheSeamOfShortRoundsBeforeTheRestOfABurst)
 {
     EXPECT_EQ(Print("2 90400 : 1 : f : 5\n2 90500 : 1 : f : 6\n"
@@ -147,7 +147,7 @@ TEST_F(LogCommandTest, PrintsNothingOfAnEmptyLog)
     EXPECT_EQ(Print(""), "");
 }
 
-// A tick count of this machine is that many milliseconds old.
+// Ticks count the milliseconds since this machine started.
 TEST_F(LogCommandTest, ShowsTheTimeOfDayInALogOfThisMachine)
 {
     const std::string tick = std::to_string(GetTickCount() - 60000);
@@ -308,7 +308,7 @@ TEST_F(LogCommandTest, FailsForAPatternThatTakesTooManySteps)
                              "many steps\n");
 }
 
-// The logs of this user, in the directory where loggers write.
+// Fixture with logs of this user, in the directory where loggers write.
 class LogOfLoggerTest : public ToolFixture {
 protected:
     LogOfLoggerTest() { Write(""); }

@@ -18,12 +18,12 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-// Follows a log that the test writes like a logger does: in place.
+// Follows a log that the test overwrites in place, as a logger does.
 class LogFollowTest : public ToolFixture {
 protected:
     LogFollowTest() : m_path(ToolFixture::Write(L"app.qvlog", "2 1000 : 1 : f : first\n")) {}
 
-    // Overwrites the file at `offset` and returns where the text ends.
+    // Overwrites the file at `offset` with `text` and returns the offset of its end.
     long WriteAt(long offset, const std::string& text) const
     {
         std::fstream file(m_path, std::ios::in | std::ios::out | std::ios::binary);
@@ -37,7 +37,7 @@ protected:
         return WriteAt(static_cast<long>(std::filesystem::file_size(m_path)), text);
     }
 
-    // The command sees all that `write` does at once.
+    // Stops the command while `write` runs, so that it sees all changes at once.
     template <typename Write>
     static void WriteWhileStopped(RunningCommand& command, Write write)
     {
@@ -247,7 +247,7 @@ TEST_F(LogFollowTest, EndsWhenTheReaderGoesAway)
     EXPECT_EQ(command.Wait(), -SIGPIPE);
 }
 
-// Each line of a logger whose file holds some forty lines.
+// The logger's file has room for about forty lines.
 TEST_F(LogFollowTest, ShowsAllLinesOfALoggerThatWrapsOften)
 {
     constexpr int lines = 200;

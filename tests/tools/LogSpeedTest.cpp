@@ -17,7 +17,7 @@ constexpr unsigned long long c_megabyte = 1000000;
 
 class LogSpeedTest : public ToolFixture {
 protected:
-    // A wrapped log: the newer half is the first in the file.
+    // Writes a wrapped log, with the newer half first in the file, and returns its path.
     std::string WriteLog(unsigned long long bytes) const
     {
         const std::string path = PathOf("large.qvlog");
@@ -39,7 +39,7 @@ protected:
 // Measures processor time, so that other programs do not matter.
 TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
 {
-    // A lower limit for a short sample, in which the start of the process and other load count.
+    // The limit is lower for a short sample, where process start and other load matter.
     const double leastBytesPerSecond = SoakRounds(50, 200) * 1e6;
     constexpr long mostKilobytes = 50000;
     const auto megabytes = static_cast<unsigned long long>(SoakRounds(20, 1000));

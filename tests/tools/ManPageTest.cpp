@@ -13,7 +13,7 @@ using testing::HasSubstr;
 
 const std::string c_pages = TOOLKIT_SOURCE_DIR "/tools/man/";
 
-// One of the pages.
+// Tests one of the manual pages.
 class ManPageTest : public ToolFixture, public testing::WithParamInterface<std::string> {
 protected:
     ManPageTest()
@@ -27,7 +27,7 @@ protected:
     }
     ~ManPageTest() override { std::filesystem::remove("/tmp/" + m_logger + ".qvlog"); }
 
-    // The lines of the page's examples, for this test's logger.
+    // Returns the lines of the page's examples, adapted to this test's logger.
     std::string Examples() const
     {
         const std::string page = ReadWholeFile(c_pages + GetParam() + ".1");

@@ -12,7 +12,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// A directory in which nothing can be created for the lifetime of the object.
+// Makes a directory read-only until the object is destroyed.
 class ReadOnly {
 public:
     explicit ReadOnly(std::filesystem::path directory) : m_directory(std::move(directory))
@@ -20,7 +20,7 @@ public:
         std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::remove);
     }
 
-    // A user other than root could not remove it otherwise.
+    // Otherwise a user other than root could not remove the directory's contents.
     ~ReadOnly()
     {
         std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::add);
@@ -35,7 +35,7 @@ private:
     const std::filesystem::path m_directory;
 };
 
-// A program app in the directory bin of an installed tree, run by this user.
+// Fixture with a program `app` in the directory `bin` of an installed tree, run by this user.
 class PathsCommandTest : public ToolFixture {
 protected:
     PathsCommandTest()
@@ -48,7 +48,7 @@ protected:
 
     ProgramResult Paths() const { return Run({"paths", PathOf("bin/app")}); }
 
-    // Root may do everything: it runs the command without its privileges.
+    // Permissions do not restrict root, so root runs the command without its privileges.
     ProgramResult PathsWithoutPrivileges() const
     {
         if (::geteuid() != 0)

@@ -14,15 +14,15 @@ namespace {
 using testing::ContainsRegex;
 using testing::StartsWith;
 
-// The length of an archive's end without a comment, and where its fields are.
+// The length of an archive's end record without a comment, and the offsets of its fields.
 constexpr std::size_t c_endLength = 22;
 constexpr std::size_t c_countAt = 10;
 constexpr std::size_t c_sizeAt = 12;
 constexpr std::size_t c_offsetAt = 16;
 constexpr std::size_t c_commentLengthAt = 20;
 
-// The archive with the end of ZIP64, whose values replace those of the usual end (APPNOTE, 4.3.14
-// and 4.3.15).
+// Returns the archive with a ZIP64 end record, whose values replace those of the usual one
+// (APPNOTE, 4.3.14 and 4.3.15).
 std::string WithZip64End(const std::string& archive)
 {
     const std::size_t end = archive.size() - c_endLength;
@@ -38,7 +38,7 @@ std::string WithZip64End(const std::string& archive)
            std::string(12, '\xFF') + Number(0, 2);
 }
 
-// Reports when a file in a directory is written.
+// Waits until a file in a directory is written.
 class DirectoryWatch {
 public:
     explicit DirectoryWatch(const std::string& directory) : m_events(::inotify_init1(IN_CLOEXEC))
@@ -77,7 +77,7 @@ protected:
                          {"folder/", ""}});
     }
 
-    // Where the tests extract to.
+    // Returns the directory to which the tests extract.
     std::string Target() const { return PathOf("target"); }
 
     // Whether nothing at all was extracted.
@@ -311,7 +311,7 @@ TEST_F(ZipCommandTest, KeepsNothingOfADamagedEntryInExtract)
 
 TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractIsInterrupted)
 {
-    // Extracting it takes much longer than a signal.
+    // Extracting it takes much longer than sending a signal.
     Shell("cd $dir; truncate -s 500M big; zip -q -1 big.zip big; rm big");
     std::filesystem::create_directory(Target());
     const DirectoryWatch target(Target());

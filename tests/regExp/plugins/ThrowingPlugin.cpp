@@ -29,7 +29,8 @@ PLUGIN_API void ThrowFromPlugin()
     throw smart_ptr<RegExpException>(exception);
 }
 
-/// Whether the plug-in catches what `thrower` throws as a smart_ptr<RegExpException>.
+/// Whether the plug-in catches a `smart_ptr<RegExpException>` with the expected message from
+/// `thrower`.
 PLUGIN_API bool Catches(void (*thrower)())
 {
     try {
