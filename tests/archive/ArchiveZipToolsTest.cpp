@@ -159,7 +159,7 @@ TEST_F(ArchiveZipToolsTest, ListsNamesInUtf8InEveryLocale)
     }
 }
 
-// In a separate process, because wxWidgets reads the environment once per process.
+// Lists the archive in other processes, because wxWidgets reads the environment once per process.
 TEST_F(ArchiveZipToolsTest, DecodesOtherNamesByTheEnvironmentOrAsLatin1)
 {
     // Python marks names outside ASCII as UTF-8: the test clears the flag.

@@ -494,7 +494,7 @@ TEST_F(FSStreamTest, CreatesFilesAsTheCreationMaskSays)
     EXPECT_EQ(permissions("closed"), std::filesystem::perms(0640));
 }
 
-// Counts the messages that wxWidgets logs.
+// Counts the messages that wxWidgets logs on this thread.
 class CountingLog : public wxLog {
 public:
     CountingLog() : m_old(wxLog::SetActiveTarget(this)) {}

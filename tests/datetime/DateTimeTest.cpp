@@ -304,7 +304,7 @@ TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
 
 TEST_F(DateTimeTest, GivesTheTimeOfTodayOrTheDateOfAnotherDay)
 {
-    // The expectation on today does not apply if midnight passes during the test.
+    // If midnight passes during the test, today's text is not checked.
     DateTime today;
     TString<wchar_t> todayText;
     today.GetRelativeStringFromNow(todayText);

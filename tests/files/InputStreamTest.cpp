@@ -19,7 +19,7 @@ private:
     int& m_destructions;
 };
 
-// A reader as programs derive it: it uses the stream that it owns, and may release it.
+// A reader like those that programs derive: it uses the stream that it owns, and may release it.
 class Reader : public InputStream {
 public:
     using InputStream::InputStream;

@@ -400,7 +400,7 @@ TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
     EXPECT_EQ(FileCount(), 1);
 }
 
-// Gives up root's rights until it is destroyed, because permissions do not apply to root.
+// Gives up root's rights until the object is destroyed, because permissions do not apply to root.
 class OrdinaryUser {
 public:
     OrdinaryUser() : m_oldUser(::geteuid())

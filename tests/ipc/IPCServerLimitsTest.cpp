@@ -51,7 +51,7 @@ private:
     const rlimit m_limit = DescriptorLimit();
 };
 
-// Uses up all descriptors of this process except `count`. Until it is destroyed,
+// Uses up all descriptors of this process except `count`. While the object exists,
 // UndefinedBehaviorSanitizer cannot check member function calls, for which it needs descriptors.
 class FewDescriptors {
 public:

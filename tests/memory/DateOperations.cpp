@@ -16,7 +16,7 @@ DateTime SomeDate()
 void CheckMade(Attempt& attempt, DateTime& date)
 {
     attempt.Expect(date.IsValid(), date.GetYear() == 0);
-    // It accepts a date when memory is available again.
+    // The object accepts a date when memory is available again.
     date = SomeDate();
     attempt.Always(date.GetYear() == 2009 && date == SomeDate());
 }

@@ -75,7 +75,8 @@ private:
     int m_failures = 0;
 };
 
-/// Storage for one object: creating the object allocates nothing but what its constructor does.
+/// Storage for one object, so that creating the object allocates only what its constructor
+/// allocates.
 template <typename Object>
 class Place {
 public:

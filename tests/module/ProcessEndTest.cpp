@@ -82,7 +82,7 @@ struct Case {
 
 // How a process ended, and what it left behind.
 struct End {
-    int status; // negative: minus the signal
+    int status; // minus the signal number if a signal ended it
     std::string errors;
     std::string log;
     std::vector<std::string> files;

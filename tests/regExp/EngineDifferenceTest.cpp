@@ -240,8 +240,8 @@ private:
     std::map<std::string, int> m_counts;
 };
 
-// Number of calls in the sample, and with the same seed, so that a call can be reproduced. Fewer
-// under a sanitizer, where a call takes much longer.
+// Number of random calls in the sample. Each batch of this size has its own seed, so that a call
+// can be reproduced. Fewer under a sanitizer, where a call takes much longer.
 #ifdef TOOLKIT_SANITIZER
 constexpr int c_sample = 1'000;
 #else
@@ -277,7 +277,7 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
     AddRandomCalls(tally, 1'000, false, rounds);
 
     EXPECT_EQ(tally.Count("different"), 0);
-    // Known faults are rare. Many calls that differ by one would mean another cause.
+    // Known faults are rare. If many calls seem to differ by one, there is another cause.
     EXPECT_LE(tally.CountKnown(), 1 + rounds / 50'000);
     // The sweep proves little if few calls have comparable results.
     EXPECT_GT(tally.Count("equal"), rounds / 3);

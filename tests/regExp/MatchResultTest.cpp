@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-// Returns a result as a search with `resultCode` leaves it.
+// Returns a result with `resultCode`, as a search leaves it.
 smart_ptr<MatchResult> ResultWithCode(int resultCode)
 {
     smart_ptr<MatchResult> result(new MatchResult());

@@ -22,8 +22,8 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// Returns the locales that the environment can name, without names that need a dot or an at sign,
-// after which anything is ignored.
+// Returns ICU's locales, all of which the environment can name. In the environment, anything after
+// a dot or an at sign is ignored.
 std::vector<std::string> AvailableLocales()
 {
     std::vector<std::string> locales;

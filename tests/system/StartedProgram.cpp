@@ -14,7 +14,7 @@ int CountInheritedFiles()
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code closed;
-        // The entry may be the iterator's own descriptor.
+        // The iterator's own descriptor may already be closed when this entry is read.
         const bool isDirectory = std::filesystem::is_directory(entry.path(), closed);
         if (std::stoi(entry.path().filename()) > STDERR_FILENO && !isDirectory)
             ++count;

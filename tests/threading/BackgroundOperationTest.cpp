@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 constexpr std::chrono::seconds c_hang(60);
 
-// Records its notifications, and whether Wait() would return at that moment.
+// Records its notifications.
 class Handler : public BackgroundOperationHandler {
 public:
     Handler(std::vector<std::string>& notes, std::string name)

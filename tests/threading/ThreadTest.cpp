@@ -72,7 +72,7 @@ long AddressSpaceInPages()
     return pages;
 }
 
-// Until it is destroyed, new threads request a larger stack than any system has.
+// Makes new threads request a larger stack than any system has, until the object is destroyed.
 class NoRoomForThreads {
 public:
     NoRoomForThreads()

@@ -123,7 +123,7 @@ TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)
         RunningCommand server({"ipc", "listen", ListedPath()});
         server.ReadUntil("listening");
         EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("live  " + ListedPath() + "\n"));
-    } // The server is killed.
+    } // the server is killed
 
     EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("stale " + ListedPath() + "\n"));
 }

@@ -147,7 +147,8 @@ TEST_F(LogCommandTest, PrintsNothingOfAnEmptyLog)
     EXPECT_EQ(Print(""), "");
 }
 
-// Ticks count the milliseconds since this machine started.
+// In a log of this machine, the current tick count minus a line's is the age of the line in
+// milliseconds.
 TEST_F(LogCommandTest, ShowsTheTimeOfDayInALogOfThisMachine)
 {
     const std::string tick = std::to_string(GetTickCount() - 60000);

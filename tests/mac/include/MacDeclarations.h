@@ -1,7 +1,7 @@
 #pragma once
 
-// Included ahead of every source that script/check-mac compiles. Declares what the system headers
-// of macOS have and those of Linux lack, and forbids what only Linux has.
+// Included ahead of every source that script/check-mac compiles. Declares what the macOS system
+// headers have and those of Linux lack, and forbids what only Linux has.
 
 #include <cerrno>
 #include <csignal>

@@ -19,7 +19,7 @@ public:
     std::string Subject();
     std::string Replacement();
 
-    /// Returns random search options, mostly none.
+    /// Returns random search options, usually none.
     int Options();
     RandomText& Random() { return m_random; }
 
