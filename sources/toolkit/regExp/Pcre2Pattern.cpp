@@ -73,13 +73,17 @@ void AllowMatchBeginInLookArounds([[maybe_unused]] pcre2_compile_context* contex
 #endif
 }
 
-// Returns null for the default settings of the engine, which suffice for most patterns, and when
-// out of memory.
-CompileContext MakeContext(const std::string& pattern, std::uint32_t& levels)
+// Whether the default settings of the engine do not suffice, as they do for most patterns.
+bool NeedsContext(const std::string& pattern, std::uint32_t levels)
 {
-    const bool needsContext =
-        levels < c_deepestNesting || HasOtherDefaults() || pattern.find("\\K") != std::string::npos;
-    CompileContext context(needsContext ? pcre2_compile_context_create(nullptr) : nullptr);
+    return levels < c_deepestNesting || HasOtherDefaults() ||
+           pattern.find("\\K") != std::string::npos;
+}
+
+// Returns null when out of memory.
+CompileContext MakeContext(std::uint32_t& levels)
+{
+    CompileContext context(pcre2_compile_context_create(nullptr));
     if (!context)
         return context;
     pcre2_set_newline(context.get(), PCRE2_NEWLINE_LF);
@@ -109,7 +113,12 @@ int Pcre2Pattern::Compile()
     if (levelsThatFit < 0)
         return PCRE2_ERROR_PARENTHESES_STACK_CHECK;
     auto levels = static_cast<std::uint32_t>(levelsThatFit);
-    const CompileContext context = MakeContext(m_pattern, levels);
+    CompileContext context;
+    if (NeedsContext(m_pattern, levels)) {
+        context = MakeContext(levels);
+        if (!context)
+            return PCRE2_ERROR_HEAP_FAILED;
+    }
     int error = 0;
     m_code = CompileText(m_pattern, error, m_errorOffset, context.get());
     if (!m_code)
