@@ -66,7 +66,7 @@ const Text& CommandLine::GetValue(const Text& option) const
     return found == m_options.end() ? Text::Empty() : found->second->GetValue();
 }
 
-// No option is required here: Complete() checks that and can name the option.
+// Tells the parser that no option is required: Complete() checks that, and can name the option.
 void CommandLine::AddOption(const Option& option)
 {
     const smart_ptr<CmdLineOption> added(new CmdLineOption(option.name, false));
@@ -74,8 +74,8 @@ void CommandLine::AddOption(const Option& option)
     m_parser.AddOption(added);
 }
 
-// The parser ignores what it does not know. Later starts know no commands, and leave this to the
-// host that serves.
+// The parser ignores unknown options. Only the serving host calls this: a start that hands its line
+// over does not know the options of the commands.
 void CommandLine::FindUnknownOption(const Text& line)
 {
     std::vector<Text> words;
@@ -87,7 +87,8 @@ void CommandLine::FindUnknownOption(const Text& line)
     }
 }
 
-// Makes paths absolute. "-from" is completed first, and is absolute already.
+// Checks that a required option has a value, and makes paths absolute. "-from", to which they are
+// relative, is the first option completed.
 void CommandLine::Complete(const Option& option)
 {
     const smart_ptr<CmdLineOption> parsed = m_options[option.name];

@@ -6,20 +6,20 @@
 #include "PlugIn.h"
 #include "Terminal.h"
 
-/// Appends `token` to a line, so that `CmdLineParser::Tokenize` splits it off again. False if the
-/// token contains both quotes and spaces.
+/// Appends `token` to a line, quoted if necessary, so that `CmdLineParser::Tokenize` returns it as
+/// one token. False if the token begins with a quote, or contains both quotes and spaces.
 bool AppendToken(Text& line, const Text& token);
 
-/// The first word of a line; empty if the line begins with an option.
+/// Returns the first word of a line; empty if the line begins with an option.
 Text GetCommandWord(const Text& line);
 
-/// The options of a command line: the command's own, and "-out", the file for the result, and
-/// "-from", the directory in which the line was typed, which every command has.
+/// The options of a command line: the command's own, and two that every command has. These are
+/// "-out", the file for the result, and "-from", the directory in which the line was typed.
 class CommandLine {
 public:
     CommandLine(const HostPlugIn::Command& command, const Text& line);
 
-    /// Why the command line cannot run; empty if it can.
+    /// Returns why the command line is invalid; empty if it is valid.
     const Text& GetFault() const { return m_fault; }
 
     bool IsDefined(const Text& option) const;

@@ -10,10 +10,10 @@ using namespace Toolkit;
 
 namespace {
 
-// The shortest time between two displays of progress. The end of a command is always shown.
+// The shortest time between two displays of progress. 100 % is always shown.
 constexpr unsigned int c_progressMs = 200;
 
-// For a word that is no command.
+// Stands in for an unknown command: it has no options of its own.
 constexpr HostPlugIn::Command c_noCommand{};
 
 Text ToText(unsigned long long value)

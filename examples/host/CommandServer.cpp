@@ -20,7 +20,7 @@ using namespace Toolkit;
 
 namespace {
 
-// Reports start and end of a command to the user and the log, on the thread that runs it.
+// Prints and logs the start and the end of a command, on the thread that runs it.
 class CommandReport : public BackgroundOperationHandler {
 public:
     explicit CommandReport(const CommandOperation& operation) : m_operation(operation) {}
@@ -50,7 +50,7 @@ private:
 /// The thread of one command.
 class CommandWorker : public Thread {
 public:
-    /// Once the command has ended, `onEnded` is called on the thread of the event loop.
+    /// Calls `onEnded` on the thread of the event loop after the command has ended.
     template <typename Action>
     CommandWorker(unsigned int id, const Text& line, const HostPlugIn::Command* command,
                   const std::atomic<bool>& isCancelled, Action onEnded)
@@ -61,7 +61,7 @@ public:
         m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new EndCall(onEnded)));
     }
 
-    // The thread uses members of this class, so it has to end before they are destroyed.
+    // The thread uses members of this class, so it must end before they are destroyed.
     ~CommandWorker() override { Wait(); }
 
     CommandOperation& GetOperation() { return m_operation; }
@@ -88,7 +88,7 @@ private:
     CommandOperation m_operation;
 };
 
-// Passes what a client sends on to the server.
+// Passes each line that a client sends to the server.
 class CommandServer::Receiver : public IPCConnectionEvent {
 public:
     explicit Receiver(CommandServer& server) : m_server(server) {}
@@ -99,8 +99,8 @@ private:
     CommandServer& m_server;
 };
 
-// Removes the socket of a host that stops, and gives clients that are already connected time to
-// send their lines.
+// Removes the socket when the host is about to stop, and gives clients that are already connected
+// 200 ms to send their lines.
 class CommandServer::Grace : public wxTimer {
 public:
     explicit Grace(CommandServer& server) : m_server(server)
@@ -117,7 +117,7 @@ private:
     CommandServer& m_server;
 };
 
-// Limits the time in which a command must react to its cancellation.
+// Limits how long a cancelled command may keep running.
 class CommandServer::Deadline : public wxTimer {
 public:
     explicit Deadline(CommandServer& server) : m_server(server)
@@ -153,7 +153,7 @@ CommandServer::End CommandServer::Run()
 
 void CommandServer::Receive(const Text& line)
 {
-    // Far more than a command needs, far less than a client may send.
+    // Far more than a command needs, far less than IPC allows.
     constexpr std::size_t longestLine = 1 << 20;
 
     if (line.size() > longestLine)
@@ -185,7 +185,8 @@ void CommandServer::Cancel()
     Work();
 }
 
-// Starts the next command unless one runs. Ends the loop when nothing is left to do.
+// Starts the next command unless one is running. Ends the event loop if the host is to stop, its
+// grace period is over and no command is left.
 void CommandServer::Work()
 {
     if (m_worker)
@@ -212,8 +213,8 @@ void CommandServer::OnCommandEnded()
     Work();
 }
 
-// A thread cannot be ended, and a plug-in whose code runs cannot be unloaded. So this only removes
-// the half-written result and completes the log.
+// A thread cannot be killed, and a plug-in cannot be unloaded while its code runs. So this removes
+// the half-written result, completes the log and ends the process.
 void CommandServer::EndWithoutCommand()
 {
     CommandOperation& operation = m_worker->GetOperation();

@@ -9,9 +9,9 @@
 class CommandOperation;
 class CommandWorker;
 
-/// Runs the commands that other starts of the host send, one at a time and in the order of arrival.
-/// Everything but the commands themselves runs on the thread of the event loop, so there is nothing
-/// to lock. The queue of commands is unlimited.
+/// Runs the commands that other host processes send, one at a time and in the order of arrival.
+/// Everything but the commands themselves runs on the thread of the event loop, so no lock is
+/// needed. The queue of commands is unlimited.
 class CommandServer {
 public:
     enum class End { NotServed, Quit, Restart };
@@ -22,9 +22,9 @@ public:
     CommandServer(const CommandServer&) = delete;
     CommandServer& operator=(const CommandServer&) = delete;
 
-    /// Serves until a start with -quit or -restart, which lets all earlier commands finish, or
-    /// until SIGINT, SIGTERM or SIGHUP, which cancels the running command and those that wait. If a
-    /// command does not react within 3 seconds, the process ends without it.
+    /// Serves until the host is started with -quit or -restart, which lets all earlier commands
+    /// finish, or until SIGINT, SIGTERM or SIGHUP, which cancels the running command and the queued
+    /// ones. If the running command does not stop within 3 seconds, the process exits anyway.
     End Run();
 
 private:
@@ -41,10 +41,10 @@ private:
 
     const PlugIns& m_plugIns;
     std::deque<Text> m_waitingLines;
-    std::unique_ptr<CommandWorker> m_worker; // while a command runs
+    std::unique_ptr<CommandWorker> m_worker; // null while no command runs
     unsigned int m_lastId = 0;
     std::atomic<bool> m_isCancelled = false;
-    std::unique_ptr<Grace> m_grace;       // once the host is to stop
-    std::unique_ptr<Deadline> m_deadline; // once a signal has arrived
+    std::unique_ptr<Grace> m_grace;       // null until the host is to stop
+    std::unique_ptr<Deadline> m_deadline; // null until a signal arrives
     End m_end = End::NotServed;
 };

@@ -3,5 +3,5 @@
 /// Prints the paths that the library found.
 void PrintPaths();
 
-/// Prints the platform and the versions.
+/// Prints the platform, the versions and whether another host is running.
 void PrintSystem();

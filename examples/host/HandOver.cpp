@@ -32,7 +32,7 @@ HandOverRole SendToServingHost(const Text& line)
         if (GetTickCount() - beginTicks > limitMs)
             return HandOverRole::NotServed;
         Thread::Sleep(pauseMs);
-        // An object keeps the state that it read when it was created.
+        // The instance checks the lock only when it is created.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }

@@ -2,26 +2,26 @@
 
 #include "Terminal.h"
 
-// How a start of the host finds the serving host and sends it a line.
+// How a newly started host finds the serving host and sends it a line.
 
-/// Lines that are not commands.
+/// Lines that control the serving host itself, instead of naming a command.
 extern const wchar_t* const c_serve;
 extern const wchar_t* const c_quit;
 extern const wchar_t* const c_restart;
 
-/// The socket of the serving host: the same for all starts of one program by one user.
+/// Returns the path of the serving host's socket. It depends on the program and the user alone.
 Text GetServicePath();
 
-/// The result of a start of the host.
+/// The result of looking for a serving host.
 enum class HandOverRole {
-    First,      ///< No other one is known to run.
-    HandedOver, ///< Another one serves and has received the line.
-    NotServed   ///< Another one runs, and has not taken the line within 15 seconds.
+    First,      ///< No other host is known to be running.
+    HandedOver, ///< Another host is serving and has received the line.
+    NotServed   ///< Another host is running, but has not accepted the line within 15 seconds.
 };
 
-/// Sends `line` to the serving host. Waits while another host runs that does not serve: it starts,
-/// stops or ends soon.
+/// Sends `line` to the serving host. If another host is running but not serving, waits up to 15
+/// seconds: it may be starting or stopping.
 ///
-/// A host that answers counts even if the single-instance lock is free: nobody can take that lock
-/// in a read-only home directory.
+/// A host that accepts the line counts even if the single-instance lock is free: nobody can acquire
+/// that lock in a read-only home directory.
 HandOverRole SendToServingHost(const Text& line);

@@ -1,9 +1,10 @@
 // A console program on Toolkit. It starts the library, reads its settings, logs to a file, loads
 // plug-ins, searches a text on a worker thread, and stops.
 //
-// With -serve it stays instead and runs the plug-ins' commands that other starts hand over to it.
-// Such a start ends as soon as the serving host has its line. The serving host reports the outcome
-// of a command; the file for the result appears when it is complete. Usage.cpp has all options.
+// With -serve it keeps running instead, and runs the plug-ins' commands that hosts started later
+// hand over to it. Such a host exits as soon as the serving host has its line. The serving host
+// reports the outcome of each command; the result file appears when it is complete. Usage.cpp lists
+// all options.
 
 #include <wx/log.h>
 #include <wx/utils.h>
@@ -28,8 +29,8 @@ using namespace Toolkit;
 
 namespace {
 
-// What the host adds to the start and the stop of the library. It starts after the library's own
-// module and stops before it, so both may use paths, versions and the log.
+// What the host does when the library starts and stops. It starts after the library's own module
+// and stops before it, so both operations may use paths, versions and the log.
 class HostModule : public LibModule {
 public:
     void Initialize() override
@@ -47,7 +48,7 @@ public:
 
 private:
     unsigned int m_startTicks = 0;
-    // Sends what wxWidgets logs to the log.
+    // Forwards wxWidgets' log messages to the library's log.
     std::unique_ptr<WxLogForwarder> m_forwarder;
 };
 
@@ -58,7 +59,7 @@ Text MakeDefaultSettingsPath()
     return path;
 }
 
-// A relative name in the settings means a file beside them.
+// A relative name in the settings is relative to the folder of the settings file.
 Text FindBesideSettings(const Text& settingsPath, const Text& name)
 {
     if (name.substr(0, 1) == PathManager::GetInstance()->GetPathSeparator())
@@ -166,7 +167,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
                              : Serve(plugIns, startLine, options.IsDefined(L"restart"));
 }
 
-// Reports whether a line was sent. The serving host reports the outcome.
+// Reports whether the line was sent. The serving host reports the outcome of the command.
 int Report(HandOverRole role)
 {
     switch (role) {
@@ -181,7 +182,8 @@ int Report(HandOverRole role)
     return Fail(L"Another host is running and does not accept commands.");
 }
 
-// Relative paths mean the directory of this start, not that of the host which serves.
+// Relative paths are relative to the working directory of this process, so it is sent along as
+// "-from".
 int HandOverCommand(Text line)
 {
     std::error_code error;
@@ -209,8 +211,9 @@ int StartServer(const Text& line, PlugIns& plugIns)
                                        : Report(role);
 }
 
-// Runs twice. The user's start sends the line to the serving host, which starts another host with
-// the same option. That one finds no serving host, and takes over when the first one has ended.
+// Runs in two processes. The one that the user starts sends the line to the serving host, which
+// stops and starts a new host with the same option. The new host waits until the old one has ended,
+// finds no serving host and serves in its place.
 int StartAnew(PlugIns& plugIns)
 {
     const HandOverRole role = SendToServingHost(c_restart);
@@ -256,7 +259,7 @@ int Start(const std::vector<Text>& words, PlugIns& plugIns)
 
 int main(int argc, char** argv)
 {
-    PlugIns plugIns; // unloaded when all modules have been released
+    PlugIns plugIns; // unloaded after all modules have been released
     HostModule hostModule;
     LibModuleManager* const modules = LibModuleManager::GetInstance();
 
@@ -266,7 +269,7 @@ int main(int argc, char** argv)
     for (int i = 1; i < argc; ++i)
         words.push_back(UTF8::ToUNICODE(argv[i]));
     const int exitCode = Start(words, plugIns);
-    // Held until the log is complete, because the next host empties it.
+    // Keeps the single-instance lock until the log is complete, because the next host empties it.
     const smart_ptr<SingleApplicationInstance> instance = SingleApplicationInstance::GetInstance();
     modules->Release(true);
     modules->Unregister(&hostModule);

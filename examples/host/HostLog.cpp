@@ -8,8 +8,8 @@ using namespace Toolkit;
 
 namespace {
 
-// The end of the unique name, which has the program and the user. A file name ends at 255 bytes,
-// and the logger adds to it.
+// Returns the last 200 bytes or less of the unique name, which contains the program and the user. A
+// file name has 255 bytes at most, and the logger appends to this one.
 Text MakeDefaultName()
 {
     constexpr std::size_t longest = 200;

@@ -6,12 +6,12 @@
 
 // The log of the host.
 
-/// Installs a logger that writes to a file. An empty `name` means the application's unique
-/// name, which no other user's host has; a host that runs beside another one adds to the name. The
-/// result is never null. ILogger owns it until another logger is set.
+/// Installs a logger that writes to a file. If `name` is empty, uses the application's unique name,
+/// which differs for each user. If another host is already running, appends "-second". The result
+/// is never null; ILogger owns it until another logger is set.
 const Toolkit::FileLogger* StartLog(Toolkit::LogSeverity level, Text name,
                                     unsigned int sizeLimitBytes);
 
-/// The file that is really open; a message when there is none after 5 seconds. The logger takes
-/// another name while another process has the file, for example.
+/// Returns the path of the file that is actually open; a message if none is open after 5 seconds.
+/// The logger uses another name if, for example, another process has the file open.
 Text DescribeLogPath(const Toolkit::FileLogger& logger);

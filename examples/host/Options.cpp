@@ -50,7 +50,7 @@ void Options::Parse(const std::vector<Text>& words)
     parser.Parse();
 }
 
-// The value of an option is the word after it, which does not begin with a dash.
+// The value of an option is the next word, which must not begin with a dash.
 Text Options::FindFault(const std::vector<Text>& words) const
 {
     for (auto word = words.begin(); word != words.end(); ++word) {

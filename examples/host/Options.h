@@ -11,13 +11,13 @@ class Options {
 public:
     explicit Options(const std::vector<Text>& words);
 
-    /// The error in the words; empty when there is none. The library's parser ignores what it does
-    /// not know, which is no help to a user who has mistyped an option.
+    /// Returns the error in the words; empty if there is none. The library's parser ignores unknown
+    /// options, which is no help to a user who has mistyped one.
     const Text& GetFault() const { return m_fault; }
 
     bool IsDefined(const Text& name) const { return m_options.at(name)->IsDefined(); }
 
-    /// The value of the option; `otherwise` when the option is not there.
+    /// Returns the value of the option; `otherwise` if it was not given.
     Text GetValue(const Text& name, const Text& otherwise) const;
 
 private:

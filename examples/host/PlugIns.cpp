@@ -62,7 +62,7 @@ std::vector<const Command*> PlugIns::GetCommands() const
     return commands;
 }
 
-// Returns why the library is unusable; an empty string when it is usable.
+// Returns why the library is unusable; an empty string if it is usable.
 Text PlugIns::LoadLibrary(const Text& path)
 {
     auto library = std::make_unique<DynamicLibrary>(path);
@@ -82,7 +82,7 @@ Text PlugIns::LoadLibrary(const Text& path)
     return Text();
 }
 
-// In a plug-in of another version nothing but the version may be read.
+// If the versions differ, no other member of the plug-in may be read.
 Text PlugIns::FindFault(const PlugIn* plugIn) const
 {
     if (!plugIn)

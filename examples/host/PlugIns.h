@@ -7,7 +7,7 @@
 #include "PlugIn.h"
 #include "Terminal.h"
 
-/// The plug-ins that the host has loaded. They are unloaded with the object, the last one first.
+/// The plug-ins that the host has loaded. The destructor unloads them, the last one first.
 class PlugIns {
 public:
     PlugIns() = default;
@@ -16,14 +16,14 @@ public:
     PlugIns(const PlugIns&) = delete;
     PlugIns& operator=(const PlugIns&) = delete;
 
-    /// Loads every library of `folder`, in the order of their names. One that is unusable is
-    /// unloaded again, and the reason is shown and logged.
+    /// Loads every library in `folder`, in the order of their names. An unusable one is unloaded
+    /// again, and the reason is printed and logged.
     void Load(const Text& folder);
 
-    /// The command called `name`; null when no plug-in has it.
+    /// Returns the command called `name`; null if no plug-in has it.
     const HostPlugIn::Command* FindCommand(const Text& name) const;
 
-    /// All commands, in the order of the plug-ins.
+    /// Returns all commands, in the order of the plug-ins.
     std::vector<const HostPlugIn::Command*> GetCommands() const;
 
 private:
@@ -32,7 +32,7 @@ private:
 
     struct LoadedPlugIn {
         std::unique_ptr<Toolkit::DynamicLibrary> library;
-        const HostPlugIn::PlugIn* plugIn; // the library's
+        const HostPlugIn::PlugIn* plugIn; // owned by the library
     };
     std::vector<LoadedPlugIn> m_plugIns;
 };

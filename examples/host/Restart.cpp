@@ -36,7 +36,7 @@ Text ReadKeptLine()
     return file.Open(FindKeptLinePath()) ? file.GetFirstLine() : Text(c_serve);
 }
 
-// The lock of the single instance has been awaited already.
+// SendToServingHost() has already waited until the old process released the single-instance lock.
 void FinishRestart()
 {
     const smart_ptr<RestartManagment> restart = RestartManagment::GetInstance();

@@ -5,11 +5,11 @@
 // Restarts the host: the new process gets only "-restart" on its command line, and reads the old
 // command line from a file in the data folder.
 
-/// Saves the line and starts the new process.
+/// Saves the line and starts the new process; false if either fails.
 bool BeginRestart(const Text& startLine);
 
-/// In the new process: the saved line, or one that only serves.
+/// Called in the new process. Returns the saved line; "-serve" if it cannot be read.
 Text ReadKeptLine();
 
-/// In the new process, after the old one has ended.
+/// Called in the new process after the old one has ended. Completes the restart.
 void FinishRestart();

@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t c_permissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-// Read while the process has one thread only: reading it changes it for a moment.
+// Called while the process has only one thread: the umask can be read only by changing it.
 mode_t ReadUmask()
 {
     const mode_t mask = ::umask(0);
@@ -23,8 +23,8 @@ mode_t ReadUmask()
 
 const mode_t c_umask = ReadUmask();
 
-// A replacement gets the group and permissions of the old file. If the group cannot be kept, no
-// other group gets its permissions.
+// Gives a replacement the group and the permissions of the old file. If the group cannot be set,
+// the file gets no group permissions. A new file gets those that the umask allows.
 bool AdoptPermissions(int descriptor, const struct stat& replaced)
 {
     if (replaced.st_nlink == 0)
@@ -84,7 +84,7 @@ void ResultFile::Discard()
     m_writtenPath.clear();
 }
 
-// Looks at the name itself, not at what a link there leads to.
+// True if the path must not be written. Examines a link itself, not its target.
 bool ResultFile::FindFault()
 {
     if (::lstat(m_path.c_str(), &m_replaced) != 0) {
@@ -98,7 +98,7 @@ bool ResultFile::FindFault()
     return m_replaced.st_uid != ::geteuid() && !Fail(L"it belongs to another user");
 }
 
-// Nobody else can have created or guessed the name of the new file.
+// mkostemp() chooses a name that nobody else can have guessed, and creates the file itself.
 bool ResultFile::Create()
 {
     const MutexLocker locker(m_lock, MutexInternal::Infinite);

@@ -8,11 +8,11 @@
 
 #include "Terminal.h"
 
-/// A file that readers see when it is complete, or not at all: it is written under a name of its
-/// own in the same directory and then renamed. What had its name before stays until then.
+/// A file that appears only when it is complete: it is written under a temporary name in the same
+/// directory and then renamed. An older file of that name stays until then.
 ///
-/// Other users may be able to write to the directory. A file of this user is replaced and keeps its
-/// permissions; a link, a pipe, a device or another user's file is refused.
+/// Other users may be able to write to the directory. A file of this user is replaced and its
+/// permissions are kept; a link, a pipe, a device or another user's file is refused.
 class ResultFile {
 public:
     explicit ResultFile(const Text& path);
@@ -21,15 +21,15 @@ public:
     ResultFile(const ResultFile&) = delete;
     ResultFile& operator=(const ResultFile&) = delete;
 
-    /// Each is false when the file cannot be written; GetFault() says why then.
+    /// Open, write and complete the file. False if it cannot be written; GetFault() returns why.
     bool Open();
     bool Write(const char* bytes, std::size_t count);
     bool Commit();
 
     const Text& GetFault() const { return m_fault; }
 
-    /// Removes what was written unless Commit() was true. The destructor calls it, too. Any thread
-    /// may call it while another one writes, whose Commit() is false then.
+    /// Removes the temporary file unless Commit() has succeeded. The destructor calls it, too. Any
+    /// thread may call it while another one is writing; the writer's Commit() then returns false.
     void Discard();
 
     unsigned long long GetSize() const { return m_size; }
@@ -42,9 +42,9 @@ private:
 
     const std::string m_path;
     Toolkit::Mutex m_lock;
-    std::string m_writtenPath; // guarded by m_lock; empty while nothing is written
+    std::string m_writtenPath; // guarded by m_lock; empty while there is no temporary file
     std::FILE* m_file = nullptr;
-    struct stat m_replaced = {}; // of the file that has the name; st_nlink is 0 when there is none
+    struct stat m_replaced = {}; // of the file to be replaced; st_nlink is 0 if there is none
     Text m_fault;
     unsigned long long m_size = 0;
 };

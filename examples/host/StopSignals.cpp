@@ -25,7 +25,8 @@ void RestoreDefaults()
     }
 }
 
-// Runs on the thread of the event loop: the signal handler itself is that of wxWidgets.
+// Runs on the thread of the event loop: the real signal handler belongs to wxWidgets, which calls
+// this later.
 void OnSignal(int)
 {
     RestoreDefaults();

@@ -58,7 +58,7 @@ Text ToText(unsigned long long value)
     return StringConvert::UStringFromUInt64(value);
 }
 
-// Such as: [##########----------]  50 %
+// Returns, for example: [##########----------]  50 %
 Text MakeBar(unsigned long long done, unsigned long long total)
 {
     constexpr std::size_t length = 20;
@@ -72,7 +72,7 @@ Text MakeBar(unsigned long long done, unsigned long long total)
 
 void DrawLine(const Text& line)
 {
-    // A line of the full width would make the terminal begin another one.
+    // A line of the full width would make the terminal wrap.
     const TString<char> bytes = UTF8::ToUTF8(MakeVisible(line).substr(0, CountColumns() - 1));
     const std::lock_guard<std::mutex> guard(s_lock);
     Write(stdout, c_clearLine + bytes);

@@ -4,23 +4,23 @@
 
 using Text = TString<wchar_t>;
 
-// What the user sees. The screen gets UTF-8, whatever the locale, and each line at once; lines of
-// several threads do not mix. Characters that a terminal would act on are made visible.
+// Output for the user. It is UTF-8 whatever the locale, and flushed after each line; lines of
+// several threads do not mix. Characters that a terminal would act on are escaped.
 
 void Print(const Text& line);
 
-/// Prints a row of a table of two columns.
+/// Prints a row of a two-column table.
 void PrintRow(Text label, const Text& value);
 
-/// Shows that `done` of `total` units are done; a total of 0 is unknown. On a terminal it is a bar
-/// that the next call or line replaces, otherwise a line.
+/// Shows that `done` of `total` units are done; a `total` of 0 means that it is unknown. On a
+/// terminal the display is a bar that the next call or line replaces, otherwise a line.
 void ShowProgress(const Text& title, unsigned long long done, unsigned long long total,
                   const Text& unit);
 
-/// Like Print(), on the error output.
+/// Like Print(), on standard error.
 void PrintError(const Text& line);
 
-/// Reports what went wrong, on the error output, with the program's name.
+/// Prints an error or a warning to standard error, after the program's name.
 void Complain(const Text& message);
 
 /// Prints and logs an error; returns the exit code of a failed program.

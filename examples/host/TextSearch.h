@@ -4,10 +4,10 @@
 #include <toolkit/logging/Log.h>
 #include <toolkit/threading/Thread.h>
 
-/// Reads a text file on a thread of its own, and logs and counts the lines that contain a text,
+/// Reads a text file on a thread of its own, and logs and counts the lines that contain a string,
 /// regardless of case.
 ///
-/// Run() starts it; after Wait() the results can be read.
+/// Run() starts the search; the results may be read after Wait().
 class TextSearch : public Toolkit::Thread {
 public:
     TextSearch(const TString<wchar_t>& path, const TString<wchar_t>& wanted)
@@ -15,7 +15,7 @@ public:
     {
     }
 
-    // The thread uses members of this class, so it has to end before they are destroyed.
+    // The thread uses members of this class, so it must end before they are destroyed.
     ~TextSearch() override { Wait(); }
 
     bool HasReadFile() const { return m_hasReadFile; }

@@ -2,11 +2,11 @@
 
 #include "Terminal.h"
 
-// How the host is called.
+// The host's usage message.
 
-/// Prints to the standard output, for a user who asks for help.
+/// Prints the usage to standard output, for a user who asks for help.
 void PrintUsage();
 
-/// Prints to the error output, after the error in the command line. Returns the exit code for a
-/// wrong command line.
+/// Prints `fault`, the error in the command line, and the usage to standard error. Returns the exit
+/// code for a wrong command line.
 int ComplainWithUsage(const Text& fault);

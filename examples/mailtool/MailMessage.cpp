@@ -11,12 +11,12 @@ RegExp MakePattern(const Utf8& pattern)
     return RegExp(pattern, RegExpOptions::None);
 }
 
-// A pattern that matches `text` and nothing else.
+// Returns a pattern that matches `text` literally.
 Utf8 EscapeForPattern(const Utf8& text)
 {
     const auto isWordCharacter = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-               static_cast<unsigned char>(c) >= 0x80; // a part of a UTF-8 sequence
+               static_cast<unsigned char>(c) >= 0x80; // part of a UTF-8 sequence
     };
     Utf8 pattern;
     for (const char c : text) {
@@ -33,7 +33,7 @@ Utf8 GetValue(const smart_ptr<MatchResult>& match, const char* group)
     return found.IsValid() ? found->value : Utf8();
 }
 
-// The value of a named group; empty when the pattern does not match.
+// Returns the value of a named group; empty if the pattern does not match.
 Utf8 Find(const Utf8& pattern, const char* group, const Utf8& subject)
 {
     return GetValue(MakePattern(pattern).Match(subject), group);
@@ -44,7 +44,7 @@ Utf8 Remove(const Utf8& pattern, const Utf8& subject)
     return MakePattern(pattern).Replace(Utf8(), subject, 0);
 }
 
-// The bytes of `text` as a content.
+// Copies the bytes of `text` into a new Content.
 Content ToContent(const Utf8& text)
 {
     return new Bytes(reinterpret_cast<const unsigned char*>(text.data()),
@@ -53,13 +53,13 @@ Content ToContent(const Utf8& text)
 
 Utf8 DecodeQuotedPrintable(const Utf8& encoded)
 {
-    // Soft line breaks first: the decoder drops their "=" alone.
+    // Removes soft line breaks first: the decoder would drop only their "=" and keep the line end.
     return UTF8::ToUTF8(QP::ToUNICODE(UTF8::ToUNICODE(Remove("=[ \\t]*\\r?\\n", encoded))));
 }
 
 Content DecodeBase64(const Utf8& encoded)
 {
-    // The decoder treats a line end as a digit.
+    // The decoder would treat a line end as a digit.
     return B64::ToB64(UTF8::ToUNICODE(Remove("\\s+", encoded)));
 }
 
@@ -87,7 +87,7 @@ Entity::Entity(const Utf8& text)
         MakePattern("(?s)\\A(?<header>.*?\\r?\\n)(?:\\r?\\n(?<body>.*))?\\z").Match(text);
     if (!match->Success())
         return;
-    // A line that begins with a space continues the one before.
+    // A line that begins with a space or tab continues the previous one.
     m_header = MakePattern("\\r?\\n[ \\t]+").Replace(Utf8(" "), GetValue(match, "header"), 0);
     m_body = GetValue(match, "body");
 }
@@ -109,7 +109,7 @@ std::string ToBytes(const Content& content)
     unsigned char* data = nullptr;
     unsigned int size = 0;
     content->GetBytes(&data, &size);
-    const std::unique_ptr<unsigned char[]> owner(data); // the array is the caller's
+    const std::unique_ptr<unsigned char[]> owner(data); // the caller owns the array
     return std::string(data, data + size);
 }
 
@@ -172,7 +172,7 @@ DateTime ParseDate(const Utf8& field)
         return value;
     };
     const std::size_t month = monthNames.find(GetValue(match, "month")) / 3 + 1;
-    // Zones count in whole hours: +05:30 is half an hour less than +06:00.
+    // DateTime knows whole-hour zones only: 07:04 +05:30 becomes 07:34 +06:00.
     const unsigned int minutes = number("zoneMinutes");
     const bool isEast = GetValue(match, "sign") == "+";
     const int hours = static_cast<int>(number("zoneHours"));

@@ -7,8 +7,8 @@
 /// A regular expression that is compiled once and tried on many lines.
 class LineSearch {
 public:
-    /// Throws a `smart_ptr<RegExpException>` when the pattern is invalid. Matches() throws one when
-    /// a line is not UTF-8 or takes too many steps.
+    /// Throws a `smart_ptr<RegExpException>` if the pattern is invalid. Matches() throws one if a
+    /// line is not UTF-8 or needs too many steps.
     explicit LineSearch(const TString<wchar_t>& pattern)
         : m_pattern(pattern, Toolkit::RegExpOptions::None), m_match(new Toolkit::MatchResult())
     {

@@ -3,11 +3,11 @@
 // The interface between the example host and its plug-ins. A plug-in is a shared library in the
 // host's plug-ins folder. It includes this header and, in one source file,
 //
-//  - registers a module of its own for as long as it is loaded, by a ModuleRegistration,
+//  - defines a ModuleRegistration, which registers its module while the plug-in is loaded,
 //  - defines GetHostPlugIn(), which returns its commands.
 //
-// It is compiled with hidden visibility: the host makes the symbols of every plug-in known to those
-// that are loaded later, and of two visible classes with one name only the first would be used.
+// It is compiled with hidden visibility: plug-ins are loaded with global symbols, so if two of them
+// had visible classes of the same name, both would use the first.
 
 #include <cstddef>
 #include <exception>
@@ -29,24 +29,25 @@ public:
     /// Whether the option was on the command line. `option` is written as in `Option::name`.
     virtual bool IsDefined(const wchar_t* option) const noexcept = 0;
 
-    /// The value of an option; empty when there is none. Paths are absolute: a relative one means
-    /// the directory in which the command was typed.
+    /// Returns the value of an option; empty if there is none. Paths are absolute: the host
+    /// resolves relative ones against the directory in which the command was typed.
     virtual const TString<wchar_t>& GetValue(const wchar_t* option) const noexcept = 0;
 
-    /// Appends bytes to the result, which appears when the command has succeeded. False when they
-    /// cannot be stored: the command has failed and may return.
+    /// Appends bytes to the result, which appears when the command has succeeded. False if they
+    /// cannot be stored: the command has failed and should return.
     virtual bool Write(const char* bytes, std::size_t count) noexcept = 0;
 
     /// Reports that `done` of `total` units are done; `unit` is their name, such as L"entries". A
-    /// total of 0 is unknown. May be called often: the host shows some of it. False when the host
-    /// wants to stop: the command has failed and should return soon.
+    /// `total` of 0 means that it is unknown. May be called often: the host shows some of the
+    /// calls. False if the host wants to stop: the command has failed and should return soon.
     virtual bool Progress(unsigned long long done, unsigned long long total,
                           const wchar_t* unit) noexcept = 0;
 
     /// Warns the user that the result is incomplete. The command continues.
     virtual void Warn(const TString<wchar_t>& message) noexcept = 0;
 
-    /// Shows the user why the command fails; of several messages the first counts. Always false:
+    /// Sets the message that tells the user why the command failed; only the first call counts.
+    /// Always returns false:
     ///
     ///     if (!file.Open(path, L"rb"))
     ///         return run.Fail(L"cannot read " + path);
@@ -67,20 +68,20 @@ protected:
 struct Option {
     enum Kind { Flag, Value, Path };
 
-    const wchar_t* name; ///< In lower case, without the dash. "out" and "from" are the host's.
-    Kind kind;           ///< The host makes paths absolute.
+    const wchar_t* name; ///< In lower case, without the dash. The host has "out" and "from".
+    Kind kind;           ///< The host makes a Path absolute.
     bool isRequired;     ///< The host refuses a command line without it, or without its value.
 };
 
-/// A command: the first word of a command line.
+/// A command, which the first word of a command line names.
 struct Command {
-    const wchar_t* name; ///< One word without a dash at its beginning, unique among all plug-ins.
+    const wchar_t* name; ///< One word without a leading dash, unique among all plug-ins.
     const wchar_t* help; ///< One line.
     const Option* options;
     std::size_t optionCount;
 
-    /// Does the work, on a worker thread; commands run one at a time. False when it failed, and
-    /// its result is dropped. See `RunGuarded`.
+    /// Does the work, on a worker thread; commands run one at a time. Returns false on failure; the
+    /// result is then discarded. See `RunGuarded`.
     bool (*run)(CommandRun& run) noexcept;
 };
 
@@ -88,13 +89,13 @@ struct Command {
 struct PlugIn {
     unsigned int interfaceVersion; ///< `c_interfaceVersion`; the first member in every version.
     const wchar_t* name;
-    const wchar_t* failure; ///< Why the plug-in is unusable; null when it is usable. See below.
+    const wchar_t* failure; ///< Why the plug-in is unusable; null if it is usable. See below.
     const Command* commands;
     std::size_t commandCount;
 };
 
-/// A command's function for `Command::run` from one that may throw: `RunGuarded<ListEntries>`. What
-/// it throws becomes the message of the failure.
+/// Turns a function that may throw into one for `Command::run`: `RunGuarded<ListEntries>`. An
+/// exception fails the command, with the exception's message.
 template <bool (*Run)(CommandRun&)>
 bool RunGuarded(CommandRun& run) noexcept
 {
@@ -109,15 +110,15 @@ bool RunGuarded(CommandRun& run) noexcept
     }
 }
 
-/// Registers a module when the plug-in is loaded and takes it back when it is unloaded:
+/// Registers a module when the plug-in is loaded and unregisters it when it is unloaded:
 ///
 ///     ArchiveModule s_module;
 ///     const HostPlugIn::ModuleRegistration s_registration(s_module);
 ///
-/// The host has started the library by then, so the module is initialised at once. What its
-/// `Initialize()` throws is kept as the plug-in's failure; the module's `Release()` is called all
-/// the same. Without this, an exception would get into the system's loader and end the host, as one
-/// from any other global object's constructor does.
+/// The host has started the library by then, so the module is initialised at once. If its
+/// `Initialize()` throws, the message is stored as the plug-in's failure, and the module's
+/// `Release()` is still called. Uncaught, the exception would reach the dynamic loader and end the
+/// host, like one from the constructor of any other global object.
 class ModuleRegistration {
 public:
     explicit ModuleRegistration(Toolkit::LibModule& module) noexcept : m_module(module)
@@ -156,7 +157,7 @@ private:
 
 } // namespace HostPlugIn
 
-/// The one function that a plug-in exports. The host calls it once, after loading, and uses what
-/// it points to until it unloads the plug-in. Null means that the plug-in is unusable.
+/// The one function that a plug-in exports. The host calls it once, after loading, and uses the
+/// result until it unloads the plug-in. Null means that the plug-in is unusable.
 extern "C" __attribute__((visibility("default"))) const HostPlugIn::PlugIn*
 GetHostPlugIn() noexcept;

@@ -12,8 +12,8 @@ inline bool IsInvisible(wchar_t character)
            (code >= 0x2066 && code <= 0x2069);
 }
 
-/// Makes untrusted text, such as the name of an archive's entry, safe to show and log: an escape
-/// character becomes "\x1B", an override of the text's direction "\x202E".
+/// Makes untrusted text, such as the name of an archive entry, safe to show and log: an escape
+/// character becomes "\x1B", a right-to-left override "\x202E".
 inline TString<wchar_t> MakeVisible(const TString<wchar_t>& text)
 {
     constexpr const wchar_t* digits = L"0123456789ABCDEF";

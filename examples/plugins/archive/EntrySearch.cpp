@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::size_t c_blockSize = std::size_t{64} * 1024;
 
-// Entries may have any bytes. A line that is not UTF-8 is read as ISO 8859-1; null bytes, which
-// would end the string, become spaces.
+// Entries may contain any bytes. A line that is not UTF-8 is decoded as ISO 8859-1; null bytes,
+// which would end the string, become spaces.
 TString<char> ToUtf8(std::string bytes)
 {
     std::replace(bytes.begin(), bytes.end(), '\0', ' ');
@@ -29,7 +29,7 @@ EntrySearch::EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun
 {
 }
 
-// ReadLine() drops a last line without an end, so the lines are cut here.
+// ReadLine() drops a last line that has no line end, so this splits the lines itself.
 bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
 {
     bool isStored = true;

@@ -5,13 +5,13 @@
 #include "LineSearch.h"
 #include "PlugIn.h"
 
-/// Searches the entries of an archive line by line and writes the lines that match to the result of
-/// a command, with the name of the entry and the number of the line.
+/// Searches the entries of an archive line by line, and writes the matching lines to the result of
+/// a command, each with its entry name and line number.
 class EntrySearch {
 public:
     EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun& run);
 
-    /// Searches one entry; a part that cannot be read is reported as a warning. False when the
+    /// Searches one entry; warns if it is damaged, after searching what can be read. False if the
     /// command has failed.
     bool Search(const TString<wchar_t>& name, Toolkit::ZipInputStream& stream);
 

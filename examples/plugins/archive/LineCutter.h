@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <string>
 
-/// Cuts bytes that arrive in blocks into lines. A line ends at a line feed, or at a
-/// carriage return and a line feed; the end is not a part of it.
+/// Splits bytes that arrive in blocks into lines. A line ends at a line feed, or at a carriage
+/// return and a line feed; the line end is not part of the line.
 class LineCutter {
 public:
-    /// A longer line is cut into pieces of this size.
+    /// A longer line is split into lines of this size, in bytes.
     static constexpr std::size_t c_longestLine = 1 << 20;
 
     /// Calls `onLine` with each line that ends in the block.
@@ -31,7 +31,7 @@ public:
         }
     }
 
-    /// Calls `onLine` with a last line that has no end.
+    /// Calls `onLine` with the last line if it has no line end. Call it after the last block.
     template <typename Action>
     void AddEnd(Action onLine)
     {

@@ -9,8 +9,8 @@
 namespace {
 
 constexpr std::size_t c_lineLength = 76;      // RFC 2045, section 6.8
-constexpr unsigned int c_bytesOfLine = 57;    // what a whole line encodes
-constexpr unsigned int c_linesOfBlock = 1024; // read at once
+constexpr unsigned int c_bytesOfLine = 57;    // encoded by a full line
+constexpr unsigned int c_linesOfBlock = 1024; // encoded from one read
 
 // The names of the library's two functions are swapped.
 using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
@@ -40,7 +40,7 @@ bool IsWhiteSpace(char character)
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
-// Takes the whole groups of four characters from the front of `digits`.
+// Removes the complete groups of four characters from the front of `digits` and returns them.
 std::string TakeGroups(std::string& digits)
 {
     const std::size_t length = digits.size() / 4 * 4;
@@ -51,7 +51,7 @@ std::string TakeGroups(std::string& digits)
 
 enum class Kind { Inner, Last, Broken };
 
-// The decoder treats any character as a digit.
+// Checks the characters, because the decoder treats any character as a digit.
 Kind FindKind(const std::string& groups)
 {
     const std::size_t end = groups.find_first_not_of(

@@ -2,8 +2,8 @@
 
 #include "PlugIn.h"
 
-// Files in Base64 (RFC 4648), of any size. The encoded text has lines of 76 characters; the
-// decoder ignores white space.
+// Encode files of any size to Base64 (RFC 4648) and decode them. The encoded text has lines of 76
+// characters; the decoder ignores white space.
 
 bool EncodeToBase64(HostPlugIn::CommandRun& run);
 bool DecodeFromBase64(HostPlugIn::CommandRun& run);

@@ -5,7 +5,7 @@ InputFile::InputFile(HostPlugIn::CommandRun& run) : m_run(run) {}
 bool InputFile::Open()
 {
     const TString<wchar_t>& path = m_run.GetValue(L"in");
-    // GetLength() knows 32 bits only.
+    // Not GetLength(), which returns only 32 bits.
     if (!m_file.Open(path, L"rb") || !m_file.SeekEnd(0))
         return m_run.Fail(L"cannot read " + path);
     m_length = static_cast<unsigned long long>(m_file.GetOffset());

@@ -11,14 +11,14 @@ class InputFile {
 public:
     explicit InputFile(HostPlugIn::CommandRun& run);
 
-    /// False, after a call of CommandRun::Fail(), when the file cannot be opened.
+    /// Opens the file. On failure calls CommandRun::Fail() and returns false.
     bool Open();
 
-    /// Replaces `block` by the next `size` bytes; by fewer of them at the end of the file. False
-    /// after the end and when the command has failed.
+    /// Replaces `block` with the next `size` bytes, or fewer at the end of the file. False at the
+    /// end of the file, or if the command has failed.
     bool Read(std::string& block, unsigned int size);
 
-    /// Whether the last Read() was false because the file has ended.
+    /// Whether the last Read() returned false because it reached the end of the file.
     bool IsAtEnd() const { return m_isAtEnd; }
 
 private:

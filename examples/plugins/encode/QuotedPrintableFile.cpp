@@ -27,8 +27,8 @@ bool ReadAll(HostPlugIn::CommandRun& run, std::string& bytes)
     return file.IsAtEnd();
 }
 
-// Calls `onLine` with the number of each line, the line and whether a line feed ends it, until one
-// call is false.
+// Calls `onLine` with each line's number, its bytes and whether a line feed ends it, until a call
+// returns false.
 template <typename Action>
 bool VisitLines(const std::string& bytes, Action onLine)
 {
@@ -49,7 +49,8 @@ bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& fa
                     L": " + fault);
 }
 
-// The library may break a line inside an escape, which other readers refuse.
+// Breaks lines here because the library may break a line inside an escape, which other decoders
+// reject.
 std::string InsertSoftBreaks(const std::string& code)
 {
     std::string lines;
@@ -66,7 +67,7 @@ std::string InsertSoftBreaks(const std::string& code)
     return lines + code.substr(begin);
 }
 
-// Removes the line end of any system, and spaces that a transport has added to the line.
+// Removes a carriage return, and spaces and tabs that a mail transport may have appended.
 void RemoveTrailingSpaces(std::string& line)
 {
     line.erase(line.find_last_not_of(" \t\r") + 1);
@@ -77,7 +78,8 @@ bool IsHexDigit(char character)
     return std::isxdigit(static_cast<unsigned char>(character)) != 0;
 }
 
-// The decoder drops invalid escapes, and everything after a null byte.
+// Whether all escapes are valid and none is a null byte. The decoder drops invalid escapes, and
+// everything after a null byte.
 bool HasOnlyEscapes(const std::string& code)
 {
     for (std::size_t at = code.find('='); at != std::string::npos; at = code.find('=', at + 1)) {
@@ -120,7 +122,7 @@ bool DecodeFromQuotedPrintable(HostPlugIn::CommandRun& run)
     std::string bytes;
     if (!ReadAll(run, bytes))
         return false;
-    std::string code; // of the line up to here, from the pieces that soft breaks made of it
+    std::string code; // of the current line, joined from the pieces between its soft breaks
     return VisitLines(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
         RemoveTrailingSpaces(piece);
         code += piece;

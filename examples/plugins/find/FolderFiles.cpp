@@ -19,14 +19,14 @@ Text Join(const Text& folder, const Text& name)
     return path;
 }
 
-// A link may lead back to where the walk came from.
+// Links are skipped because one may point to a folder that contains it.
 bool IsLink(const Text& path)
 {
     std::error_code ignored;
     return std::filesystem::is_symlink(std::string(UTF8::ToUTF8(path)), ignored);
 }
 
-// Adds the files of `root`'s subfolder `below`, which is empty for the root itself.
+// Adds the files of `below`, a path relative to `root`; empty for `root` itself.
 void AddFiles(const Text& root, const Text& below, const Text& fileSpec, bool isDeep,
               std::vector<Text>& paths)
 {
