@@ -6,14 +6,14 @@ namespace Tool {
 
 class Output;
 
-/// How the command ends.
+/// The exit codes of the command.
 enum ExitCode {
-    ExitGood = 0,  ///< Done; nothing is wrong.
-    ExitNo = 1,    ///< The answer is no: nothing found, not delivered, or something is wrong.
+    ExitGood = 0,  ///< Success; no problem was found.
+    ExitNo = 1,    ///< Nothing was found or delivered, or a problem was found.
     ExitError = 2, ///< Wrong usage, or something cannot be read or written.
 };
 
-/// What a subcommand does once its arguments are known; returns an exit code.
+/// Runs a subcommand after its arguments were parsed; returns an exit code.
 using Action = std::function<int(Output&)>;
 
 } // namespace Tool

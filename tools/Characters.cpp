@@ -3,8 +3,8 @@
 namespace Tool {
 namespace {
 
-// RFC 3629, section 3: the length of a character that begins with `lead`; 0 for a byte that cannot
-// begin one.
+// Returns the length of a character that begins with `lead`; 0 if no character can begin with that
+// byte (RFC 3629, section 3).
 std::size_t MeasureSequence(unsigned char lead)
 {
     if (lead < 0x80)

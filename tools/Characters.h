@@ -4,18 +4,19 @@
 
 namespace Tool {
 
-/// A UTF-8 character, or a byte that does not belong to one.
+/// A UTF-8 character, or a byte that is not part of one. `isValid` is then false, and `code` is
+/// that byte.
 struct Character {
     char32_t code;
     bool isValid;
     std::string_view bytes;
 };
 
-/// Removes the first character of `text`, which is not empty.
+/// Removes the first character of `text` and returns it. `text` must not be empty.
 Character TakeCharacter(std::string_view& text);
 
 /// Whether a terminal acts on the character instead of showing it: control characters, line and
-/// paragraph separators, and the marks that change the direction of text.
+/// paragraph separators, marks that change the direction of text, and U+FEFF.
 bool IsInvisible(char32_t code);
 
 } // namespace Tool

@@ -8,7 +8,7 @@ class App;
 
 namespace Tool {
 
-/// Each adds a subcommand to `app`. When it is chosen, parsing sets `action`.
+/// Each adds a subcommand to `app`. If the user chooses it, parsing the command line sets `action`.
 void AddAboutCommand(CLI::App& app, Action& action);
 void AddIniCommand(CLI::App& app, Action& action);
 void AddIpcCommand(CLI::App& app, Action& action);

@@ -37,7 +37,7 @@ void ExtractedFile::Write(std::string_view bytes)
     }
 }
 
-// Unlike rename(), link() replaces nothing.
+// linkat() and not renameat(), which would replace an existing file.
 void ExtractedFile::Commit()
 {
     if (::linkat(m_directory.Get(), m_temporaryName.c_str(), m_directory.Get(), m_name.c_str(),

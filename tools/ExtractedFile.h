@@ -7,19 +7,20 @@
 
 namespace Tool {
 
-/// A file that appears under its name when it is complete, and not at all otherwise.
+/// A file that appears under its name only when it is complete.
 class ExtractedFile {
 public:
-    /// Prepares the file `name` in a directory. Throws a `Failure` when it cannot.
+    /// Creates a temporary file in `directory`. Throws a `Failure` if it cannot.
     ExtractedFile(Descriptor directory, const std::string& name);
     ~ExtractedFile();
 
     ExtractedFile(const ExtractedFile&) = delete;
     ExtractedFile& operator=(const ExtractedFile&) = delete;
 
+    /// Appends `bytes`. Throws a `Failure` if they cannot be written.
     void Write(std::string_view bytes);
 
-    /// Gives the file its name. Throws a `Failure` when the name is taken.
+    /// Makes the file appear under its name. Throws a `Failure` if a file of that name exists.
     void Commit();
 
 private:

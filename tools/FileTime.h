@@ -5,7 +5,7 @@
 
 namespace Tool {
 
-/// When the file was last written.
+/// Returns the time at which the file was last written.
 timespec GetModificationTime(const struct stat& file);
 
 } // namespace Tool

@@ -17,7 +17,7 @@ namespace {
 
 using Text = TString<wchar_t>;
 
-// Checks the lines of a file one by one, by the rules of the reader.
+// Checks the lines of a file one by one, by the rules of IniFile.
 class Checker {
 public:
     std::vector<IniFinding> Check(const std::vector<Text>& lines)
@@ -73,8 +73,8 @@ private:
 
     std::vector<IniFinding> m_findings;
     std::size_t m_line = 0;
-    Lines m_headers;              // where each section begins
-    std::map<Text, Lines> m_keys; // by section, where each key has its value
+    Lines m_headers;              // the line of each section's first header
+    std::map<Text, Lines> m_keys; // by section, the line that sets each key
     Lines* m_section = nullptr;   // null above the first header
 };
 
@@ -104,7 +104,7 @@ bool HasByteOrderMark(std::string_view bytes)
     return false;
 }
 
-// The line of the first character for which `isMeant` holds in a file in UTF-8.
+// Returns the line number of the first character for which `isMeant` is true, in a UTF-8 file.
 template <typename Predicate>
 std::optional<std::size_t> FindLine(std::string_view bytes, Predicate isMeant)
 {
@@ -121,7 +121,8 @@ std::optional<std::size_t> FindLine(std::string_view bytes, Predicate isMeant)
     return {};
 }
 
-// What the bytes of a file without a byte order mark show about its encoding.
+// Warns of bytes that are unlikely in UTF-8, unless the file has a byte order mark of UTF-16 or
+// UTF-32.
 std::vector<IniFinding> CheckEncoding(std::string_view bytes)
 {
     std::vector<IniFinding> findings;

@@ -11,11 +11,11 @@ namespace Tool {
 /// Something in an INI file that a program ignores, or reads differently than its author may
 /// expect.
 struct IniFinding {
-    std::size_t line; ///< From 1 on.
-    std::string text; ///< In visible characters.
+    std::size_t line; ///< Counted from 1.
+    std::string text; ///< Contains no control characters.
 };
 
-/// In the order of the lines. Throws a `Failure` when the file cannot be read.
+/// Returns the findings in the order of their lines. Throws a `Failure` if the file cannot be read.
 std::vector<IniFinding> CheckIni(const InputPath& path);
 
 } // namespace Tool

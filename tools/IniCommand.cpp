@@ -30,7 +30,7 @@ IniFile Load(const InputPath& path)
     return ini;
 }
 
-// In the order of the file.
+// Returns each section once, in the order of the file.
 std::vector<Text> ListSections(const InputPath& path)
 {
     std::vector<Text> sections;

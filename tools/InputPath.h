@@ -8,22 +8,23 @@
 
 namespace Tool {
 
-/// An argument of the command line, which is UTF-8. Throws a `Failure` when it is not.
+/// Converts a command-line argument from UTF-8. Throws a `Failure` if it is not UTF-8.
 TString<wchar_t> ToWideArgument(const std::string& argument);
 
-/// A file that is read by its path, or standard input.
+/// The path of an input file, which may be a copy of standard input.
 class InputPath {
 public:
-    /// Keeps standard input in a file when `argument` is "-". Throws a `Failure`.
+    /// If `argument` is "-", copies standard input to a temporary file. Throws a `Failure` if it
+    /// cannot.
     explicit InputPath(const std::string& argument);
 
-    /// The path for the library.
+    /// Returns the path to pass to the library.
     const TString<wchar_t>& Wide() const { return m_wide; }
 
-    /// The path for this process.
+    /// Returns the path to pass to system calls. It may be valid in this process only.
     const std::string& Path() const { return m_path; }
 
-    /// The path as the user gave it, for messages.
+    /// Returns the argument itself, for messages.
     const std::string& Shown() const { return m_argument; }
 
 private:
@@ -33,7 +34,7 @@ private:
     TString<wchar_t> m_wide;
 };
 
-/// The failure to read a file in which the library gave no reason: finds the reason out.
+/// Returns a failure for a file that the library could not read; tries to read it to find out why.
 Failure MakeReadFailure(const InputPath& path);
 
 } // namespace Tool

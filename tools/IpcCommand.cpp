@@ -53,7 +53,8 @@ int Listen(const Options& options, Output& output)
     return IpcListener(output, options.count).Run(GetService(options));
 }
 
-// Those of applications, and those of services that were named without a directory.
+// Finds the sockets in /tmp, where applications listen, and those in the working directory, where a
+// service name without "/" creates one.
 std::vector<std::string> FindOwnSockets()
 {
     namespace fs = std::filesystem;

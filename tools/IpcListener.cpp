@@ -33,7 +33,7 @@ private:
     IpcListener& m_listener;
 };
 
-// Checks whether a signal has come or the reader has gone.
+// Checks regularly whether a signal has arrived, or the reader of standard output has gone.
 class Watch : public wxTimer {
 public:
     explicit Watch(IpcListener& listener) : m_listener(listener)
@@ -49,7 +49,7 @@ private:
     IpcListener& m_listener;
 };
 
-// Why no server can be had at the path; empty when it does not show.
+// Returns why no server can listen at `path`; empty if the reason is unknown.
 std::string FindReason(const TString<wchar_t>& service, const std::string& path)
 {
     if (IPCClient::IsServed(service))

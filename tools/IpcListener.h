@@ -10,17 +10,17 @@ namespace Tool {
 /// A service that prints each message on a line of its own.
 class IpcListener {
 public:
-    /// Ends after `count` messages; 0 means never.
+    /// Stops after `count` messages; 0 means no limit.
     IpcListener(Output& output, unsigned int count) : m_output(output), m_count(count) {}
 
-    /// Listens until a signal asks to stop; returns an exit code. Throws a `Failure` when it cannot
-    /// listen.
+    /// Listens until the last message or a stop signal; returns an exit code. Throws a `Failure` if
+    /// it cannot listen, and what the output throws.
     int Run(const TString<wchar_t>& service);
 
-    /// Prints a message.
+    /// Prints a message, and ends the event loop after the last one.
     void Receive(const TString<wchar_t>& text);
 
-    /// Ends the event loop when it is time.
+    /// Ends the event loop after a stop signal, or if nobody reads the output any more.
     void EndWhenDone();
 
 private:
@@ -29,7 +29,7 @@ private:
     Output& m_output;
     const unsigned int m_count;
     unsigned int m_received = 0;
-    std::exception_ptr m_failure; // of the output
+    std::exception_ptr m_failure; // thrown by the output
 };
 
 } // namespace Tool

@@ -7,12 +7,13 @@
 
 namespace Tool {
 
-/// Cuts blocks of bytes into lines, without their line ends. A line of more than 1 MiB comes in
-/// pieces.
+/// Splits blocks of bytes into lines, without their line ends. A line of more than 1 MiB may be
+/// split into several.
 class LineCutter {
 public:
     using TakeLine = std::function<void(std::string_view)>;
 
+    /// Calls `take` with each line that ends in the block.
     void Add(std::string_view bytes, const TakeLine& take)
     {
         while (!bytes.empty()) {
@@ -25,7 +26,7 @@ public:
         }
     }
 
-    /// Takes the last line, which may have no end.
+    /// Calls `take` with the last line if it has no line end. Call it after the last block.
     void AddEnd(const TakeLine& take)
     {
         if (!m_line.empty())

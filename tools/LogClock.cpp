@@ -12,10 +12,10 @@ constexpr WallTime c_msPerSecond = 1000;
 constexpr WallTime c_nsPerMs = 1000000;
 
 // The longest time between reading a line's tick count and writing the line, plus any adjustment of
-// the clock meanwhile.
+// the clock in between.
 constexpr WallTime c_toleranceMs = 3000;
 
-// Tick counts up to this much after the newest one are lines that came later.
+// A tick count up to this much after the newest one belongs to a later line; any other is older.
 constexpr std::uint32_t c_longestFutureMs = 1U << 28;
 
 WallTime ToMilliseconds(const timespec& time)
@@ -30,7 +30,8 @@ WallTime ReadClock(clockid_t clock)
     return ToMilliseconds(time);
 }
 
-// How long the machine has slept since it started; ticks do not advance while it sleeps.
+// Returns how long the machine has slept since it started. The tick count does not advance while it
+// sleeps.
 WallTime MeasureSleep()
 {
 #ifdef CLOCK_BOOTTIME

@@ -11,18 +11,18 @@ namespace Tool {
 /// Milliseconds since 1970.
 using WallTime = std::int64_t;
 
-/// Works out the time of day from the tick counts of a log, which are milliseconds since the
-/// machine started.
+/// Converts the tick counts of a log, which are milliseconds since the machine started, to the time
+/// of day.
 class LogClock {
 public:
-    /// Knows no time.
+    /// A clock that knows no time.
     LogClock() = default;
 
-    /// Knows the time when the log's newest line matches the time at which the file was last
-    /// written, on this machine since it started.
+    /// A clock that knows the time only if `newestTick` matches the time at which the file was last
+    /// written: then the log was written on this machine since it started.
     LogClock(std::uint32_t newestTick, const struct stat& file);
 
-    /// Empty when the time is not known.
+    /// Returns the time of a tick count; empty if it is not known.
     std::optional<WallTime> FindTime(std::uint32_t tick) const;
 
 private:
@@ -30,7 +30,7 @@ private:
     std::uint32_t m_newestTick = 0;
 };
 
-/// "2009-03-05 06:04:09" in the local time zone.
+/// Formats a time in the local time zone: "2009-03-05 06:04:09".
 std::string FormatTime(std::time_t time);
 
 } // namespace Tool

@@ -23,8 +23,9 @@ namespace fs = std::filesystem;
 constexpr std::string_view c_extension = ".qvlog";
 constexpr const char* c_logDirectory = "/tmp";
 
-// As loggers write it: without leading zeros. A shorter number is a part of the logger's name, such
-// as a year: tick counts have fewer than five digits for ten seconds in 49 days.
+// Loggers write tick counts without leading zeros. A number of fewer than five digits is treated as
+// part of the logger's name, such as a year: tick counts are that short only for ten seconds in 49
+// days.
 bool IsTickCount(std::string_view text)
 {
     constexpr std::size_t leastDigits = 5;
@@ -40,7 +41,7 @@ bool EndsWith(std::string_view text, std::string_view end)
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
-// "tool" for tool.qvlog and tool-1234560.qvlog; empty for a file that is called otherwise.
+// Returns "tool" for tool.qvlog and tool-1234560.qvlog; empty for a file without the extension.
 std::string ParseLoggerName(std::string_view file)
 {
     if (!EndsWith(file, c_extension))

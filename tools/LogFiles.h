@@ -7,13 +7,13 @@
 
 namespace Tool {
 
-/// The log files of one name and one user: "name.qvlog", and "name-1234560.qvlog" when a logger
-/// could not use the first.
+/// Identifies the log files of one logger and one user: "name.qvlog", and "name-1234560.qvlog" if
+/// the logger could not use the first.
 struct LogName {
     std::string directory;
-    std::string name; ///< Empty for a single file with a name of another form.
-    std::string file; ///< Its name; with a name of a log, the one without a tick count.
-    uid_t owner;      ///< Any user may write a file of such a name, so others' do not count.
+    std::string name; ///< Empty if the file does not have the name of a log.
+    std::string file; ///< The file name that `argument` means; for a logger, "name.qvlog".
+    uid_t owner;      ///< Files of other users are ignored: anybody may create one of this name.
 };
 
 /// A log file in a directory.
@@ -24,17 +24,18 @@ struct LogFileEntry {
     ino_t inode;
 };
 
-/// The name that `argument` means: a path, or the name of a logger of this user.
+/// Parses `argument`, a path or the name of a logger of this user.
 LogName ParseLogName(const std::string& argument);
 
-/// The file that `argument` means: that path, or the most recently written file of that name, which
-/// standard error names unless it is "name.qvlog". Throws a `Failure` when there is none.
+/// Returns the path of the log that `argument` names: `argument` itself if it is a path or "-", or
+/// else the most recently written file of that logger. Prints the path to standard error unless the
+/// file is "name.qvlog". Throws a `Failure` if there is none.
 std::string FindLogPath(const std::string& argument);
 
-/// The existing files of that name, the most recently written first.
+/// Returns the existing files of that name, the most recently written first.
 std::vector<LogFileEntry> FindFilesOfLog(const LogName& name);
 
-/// The log files of this user, the most recently written first.
+/// Returns the log files of this user, the most recently written first.
 std::vector<LogFileEntry> FindFilesOfUser();
 
 } // namespace Tool

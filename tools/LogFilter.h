@@ -9,19 +9,20 @@
 
 namespace Tool {
 
-/// Which lines of a log are wanted; all as long as nothing is set.
+/// Selects lines of a log. Each setter adds a condition; without any, all lines are accepted.
 class LogFilter {
 public:
-    /// Lines at least as severe as `severity`.
+    /// Accepts only lines at least as severe as `severity`.
     void SetSeverity(int severity) { m_severity = severity; }
 
-    /// Lines of one of these functions.
+    /// Accepts only lines logged by one of these functions.
     void SetFunctions(const std::vector<std::string>& functions) { m_functions = functions; }
 
-    /// Lines with this text in their message.
+    /// Accepts only lines whose message contains `text`.
     void SetText(const std::string& text) { m_text = text; }
 
-    /// Lines whose message this regular expression matches. Throws a `Failure` when it is invalid.
+    /// Accepts only lines whose message matches this regular expression. Throws a `Failure` if it
+    /// is invalid.
     void SetPattern(const std::string& pattern) { m_pattern.emplace(pattern); }
 
     bool Accepts(const LogRecord& record) const;

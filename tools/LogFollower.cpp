@@ -12,13 +12,13 @@ namespace {
 constexpr off_t c_tailLength = 64;
 constexpr std::size_t c_headLength = 256;
 
-// By how much a new line may be older than the one before it: a thread may wait after reading the
-// time. A line that waited longer is printed when a new line follows it.
+// How much older a new line may be than the one before it: a thread may wait between reading the
+// time and writing the line. A line that waited longer is printed when a new line follows it.
 constexpr std::int64_t c_usualDelayMs = 100;
 constexpr std::int64_t c_longestDelaySeconds = 2;
 
-// File times advance in steps of a few milliseconds; a second write within one step does not change
-// them.
+// File times advance in steps of a few milliseconds, and a second write within one step does not
+// change them. So a file that was written this recently is read again.
 constexpr double c_restSeconds = 0.1;
 
 bool IsSameTime(const timespec& one, const timespec& other)
@@ -77,7 +77,8 @@ LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinte
 
 void LogFollower::Poll()
 {
-    // Read before the length: when the head has changed, the length is that of a whole round.
+    // Read before the length: if the head has changed, the logger had finished its round by the
+    // time the length is read.
     const std::string head = ReadHead(m_file.Get());
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
@@ -115,7 +116,7 @@ void LogFollower::FollowTruncation(off_t size)
     m_tail.clear();
 }
 
-// Whether the text before m_position is gone, too: the file was truncated and has grown again.
+// Whether the text before m_position has changed, too: the file was truncated and has grown again.
 bool LogFollower::IsRestarted() const
 {
     const off_t begin = m_position - static_cast<off_t>(m_tail.size());
@@ -132,7 +133,7 @@ void LogFollower::GoToBeginning(const struct stat& status)
     PrintNew(status, false);
 }
 
-// What comes after the first line and after m_position may change without a wrap.
+// Keeps only the first line up to m_position: the bytes after that may change without a wrap.
 void LogFollower::KeepHead(std::string head)
 {
     m_head = std::move(head);
@@ -154,7 +155,7 @@ void LogFollower::PrintNew(const struct stat& status, bool isWholeRound)
         Settle(std::move(*pending.newest), status, isWholeRound);
 }
 
-// Returns false where the old lines begin.
+// Handles the next record; returns false where the old lines begin.
 bool LogFollower::Take(const LogRecord& record, Pending& pending, const struct stat& status)
 {
     const Candidate next{std::string(record.text), record.offset, record.isEnded};
@@ -169,7 +170,7 @@ bool LogFollower::Take(const LogRecord& record, Pending& pending, const struct s
     if (pending.old)
         Confirm(*pending.old, status);
     pending = {next, std::nullopt};
-    // What comes after it is compared with it.
+    // The following lines are compared with this one.
     if (record.header && !record.header->isOfWx)
         m_newestTick = record.header->tick;
     return true;
@@ -179,7 +180,7 @@ bool LogFollower::IsNew(const LogRecord& record) const
 {
     if (record.offset >= m_knownLength)
         return true;
-    // Messages of wxWidgets have the time of day.
+    // For messages of wxWidgets, `tick` is the time of day in seconds.
     if (record.header->isOfWx)
         return record.header->tick + c_longestDelaySeconds >= m_written.tv_sec;
     if (!m_newestTick)
@@ -203,9 +204,9 @@ void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
     m_unconfirmed.clear();
 }
 
-// Handles the last new text. If the file has grown, the text is complete up to its last line feed.
-// Otherwise older lines follow, and its last line may be the rest of one: the text is complete when
-// it is the same at the next call, or when the logger has finished the round.
+// Handles the newest record. If the file has grown, its text is complete up to the last line feed.
+// Otherwise older lines follow, and its last line may be the rest of an older one: the text is
+// complete if it is the same at the next call, or if the logger has finished the round.
 void LogFollower::Settle(Candidate candidate, const struct stat& status, bool isWholeRound)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());

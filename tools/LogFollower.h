@@ -13,16 +13,16 @@ namespace Tool {
 /// Where the next line of a log will be written.
 struct LogPosition {
     off_t offset = 0;
-    off_t length = 0; ///< Of the file when it was read.
-    std::string head; ///< How the file began then.
-    std::string tail; ///< What was before `offset`.
+    off_t length = 0; ///< The length of the file when it was read.
+    std::string head; ///< The first bytes of the file at that time.
+    std::string tail; ///< The last bytes before `offset`.
     std::optional<std::uint32_t> newestTick;
 };
 
-/// The first bytes of a file, which a wrap changes first.
+/// Returns the first bytes of a file, which are the first that a wrap changes.
 std::string ReadHead(int file);
 
-/// The last bytes before `position`, which a wrap does not change.
+/// Returns the last bytes before `position`, which are the last that a wrap changes.
 std::string ReadTail(int file, off_t position);
 
 /// Prints the lines that are added to one log file, which may wrap around or be truncated.
@@ -30,12 +30,12 @@ class LogFollower {
 public:
     LogFollower(Descriptor file, const LogPosition& position, LogPrinter& printer);
 
-    /// Prints what was written since the last call.
+    /// Prints the lines written since the last call.
     void Poll();
 
     ino_t Inode() const { return m_inode; }
 
-    /// Whether the file has no name any more.
+    /// Whether the file has been deleted.
     bool IsRemoved() const { return m_isRemoved; }
 
 private:
@@ -44,9 +44,9 @@ private:
         off_t offset = 0;
         bool isEnded = false;
     };
-    // Lines that were read and are not printed yet. The newest line waits until the one after it is
-    // known, because the rest of an old line may follow it. A line that is old waits too: it is
-    // only late if a new line follows.
+    // Lines that were read but not printed yet. The newest line waits until the next one is known,
+    // because the rest of an old line may follow it. An old line waits too: if a new line follows,
+    // it was only written late.
     struct Pending {
         std::optional<Candidate> newest;
         std::optional<Candidate> old;
@@ -68,13 +68,13 @@ private:
     LogPrinter& m_printer;
     off_t m_position;
     std::optional<std::uint32_t> m_newestTick;
-    std::int64_t m_roundMs = 0; // by how much the line after m_position is older than the newest
+    std::int64_t m_roundMs = 0; // how much older the line after m_position is than the newest one
     std::string m_head;         // the first line of the file, which a wrap changes
-    std::string m_tail;         // what is before m_position
-    std::string m_unconfirmed;  // a line that may not be whole yet
+    std::string m_tail;         // the last bytes before m_position
+    std::string m_unconfirmed;  // a line that may still be incomplete
     struct timespec m_written {};
     off_t m_size = -1;
-    off_t m_knownLength; // of the file, when its lines were read before
+    off_t m_knownLength; // the length of the file when its lines were last read
     ino_t m_inode = 0;
     bool m_isRemoved = false;
 };

@@ -15,7 +15,7 @@ namespace {
 constexpr int c_intervalMs = 20;
 constexpr int c_intervalsPerScan = 5;
 
-// The files of a log that are followed.
+// Follows all files of a log.
 class Followers {
 public:
     Followers(LogName name, LogFollower first, const std::vector<LogFileEntry>& known,
@@ -23,7 +23,7 @@ public:
         : m_name(std::move(name)), m_printer(printer)
     {
         m_followers.push_back(std::move(first));
-        // Only what is written from now on is printed.
+        // Their existing lines are not printed.
         for (const LogFileEntry& file : known)
             Add(file, false);
     }
@@ -35,7 +35,7 @@ public:
         m_followers.remove_if([](const LogFollower& follower) { return follower.IsRemoved(); });
     }
 
-    // Finds files that a logger has created since the last scan.
+    // Adds files that a logger has created since the last scan.
     void Scan()
     {
         for (const LogFileEntry& file : FindFilesOfLog(m_name))

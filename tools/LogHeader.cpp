@@ -13,7 +13,7 @@ bool IsDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-// Removes the number at the beginning of `text`, and stores it; false when there is none.
+// Removes the number at the beginning of `text` and stores it; false if there is none.
 bool TakeNumber(std::string_view& text, std::uint32_t& number)
 {
     const char* const end = text.data() + text.size();
@@ -32,7 +32,7 @@ bool TakeSeparator(std::string_view& text)
     return true;
 }
 
-// Removes severity and time; false when they are missing.
+// Removes the severity and the time and stores them; false if they are missing.
 bool TakeBegin(std::string_view& text, LogHeader& header)
 {
     if (text.size() < 2 || text[0] < '0' || text[0] > '4' || text[1] != ' ')

@@ -6,23 +6,23 @@
 
 namespace Tool {
 
-/// The parts of a log's line, which point into it. docs/formats/log.md describes both forms.
+/// The parts of a log line. They point into the line. docs/formats/log.md describes both forms.
 struct LogHeader {
     int severity = 0;
-    bool isOfWx = false;         ///< A message of wxWidgets: no tick, no source line, no function.
-    std::uint32_t tick = 0;      ///< Milliseconds; of wxWidgets, seconds since 1970.
+    bool isOfWx = false;         ///< A message of wxWidgets, without source line and function.
+    std::uint32_t tick = 0;      ///< In milliseconds; if `isOfWx`, seconds since 1970.
     std::string_view sourceLine; ///< Decimal.
     std::string_view function;
     std::string_view message;
 };
 
-/// How many bytes of a line BeginsLogLine() looks at, at most.
+/// The maximum number of bytes that BeginsLogLine() needs.
 constexpr std::size_t c_longestLogLineBegin = 32;
 
-/// Whether `text` begins like a line, and not like the rest of one.
+/// Whether `text` begins like a log line, and not in the middle of one.
 bool BeginsLogLine(std::string_view text);
 
-/// The parts of `line`; empty when it does not have the form of a log line.
+/// Splits `line` into its parts; empty if it does not have the form of a log line.
 std::optional<LogHeader> ParseLogHeader(std::string_view line);
 
 } // namespace Tool

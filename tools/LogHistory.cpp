@@ -33,8 +33,8 @@ LogPosition MakePosition(int file, const LogSeams& seams, off_t length, const st
 
 } // namespace
 
-// NULs alone prove nothing: messages may hold some, and a system that crashes leaves them where it
-// could not write.
+// NUL bytes alone prove nothing: messages may contain them, and a system crash leaves them where
+// data was not written in time.
 bool CanBeLog(int file)
 {
     LogReader reader(file, 0, ReadStatus(file).st_size);

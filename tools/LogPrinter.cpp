@@ -89,7 +89,8 @@ void LogPrinter::PrintTime(const LogHeader& header)
     m_output.Write(" ");
 }
 
-// Lines of one second share the string, because the conversion takes longer than everything else.
+// Cached, because converting the time takes longer than everything else: lines of the same second
+// use the same string.
 const std::string& LogPrinter::FormatSecond(WallTime time)
 {
     const std::time_t second = time / c_msPerSecond;

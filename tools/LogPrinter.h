@@ -19,12 +19,13 @@ public:
 
     LogPrinter(Output& output, const LogFilter& filter, Form form);
 
-    /// The clock of the log that is printed; without a known time lines have their tick counts.
+    /// Sets the clock of the log. If it does not know the time of a line, the tick count is printed
+    /// instead.
     void SetClock(const LogClock& clock) { m_clock = clock; }
 
     void Print(const LogRecord& record);
 
-    /// How many lines were printed.
+    /// Returns how many lines were printed.
     unsigned long long Count() const { return m_count; }
 
 private:
@@ -43,9 +44,9 @@ private:
     const Form m_form;
     LogClock m_clock;
     unsigned long long m_count = 0;
-    WallTime m_second = -1;   // that m_secondText shows
+    WallTime m_second = -1;   // the second that m_secondText shows
     std::string m_secondText; // "2009-03-05 06:04:09"
-    std::string m_place;      // a member to reuse its memory
+    std::string m_place;      // a member only to reuse its memory
 };
 
 } // namespace Tool

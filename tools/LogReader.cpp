@@ -35,7 +35,7 @@ bool LogReader::Read(LogRecord& record)
     return true;
 }
 
-// Moves the rest to the beginning of the buffer and reads more; false at the end.
+// Moves the unread bytes to the beginning of the buffer and reads more; false at the end.
 bool LogReader::Fill()
 {
     std::memmove(m_buffer.data(), m_buffer.data() + m_used, m_filled - m_used);
@@ -63,7 +63,7 @@ bool LogReader::HasAtLeast(std::size_t length)
     return true;
 }
 
-// Finds where the record ends: at a line feed that a new line follows, or at the end.
+// Finds the end of the record: a line feed before a new log line, or the end of the range.
 LogReader::Extent LogReader::FindEnd()
 {
     std::size_t length = 0;

@@ -10,23 +10,23 @@
 
 namespace Tool {
 
-/// A line of a log with the lines of its message that follow it. Its text is valid until the
-/// next record is read.
+/// A log line, with the further lines of its message. Its text is valid until the next record is
+/// read.
 struct LogRecord {
     off_t offset = 0;
     std::string_view text;           ///< Without the last line feed.
-    bool isEnded = false;            ///< Whether that line feed was there.
-    std::optional<LogHeader> header; ///< Nothing for the rest of a line that was cut.
+    bool isEnded = false;            ///< Whether there was a last line feed.
+    std::optional<LogHeader> header; ///< Empty for the rest of a line whose beginning is lost.
 };
 
-/// Reads the records in a range of a file, in the order of the file and in constant memory: text
-/// of more than 1 MiB without the beginning of a line comes in pieces.
+/// Reads the records in a range of a file, in the order of the file and in constant memory: a
+/// record of more than 1 MiB is split.
 class LogReader {
 public:
     /// Reads from `begin` to `end`. `file` stays the caller's.
     LogReader(int file, off_t begin, off_t end);
 
-    /// False at the end. Throws a `Failure` when the file cannot be read.
+    /// Reads the next record; false at the end. Throws a `Failure` if the file cannot be read.
     bool Read(LogRecord& record);
 
 private:
@@ -41,7 +41,7 @@ private:
     std::string_view Rest() const { return {m_buffer.data() + m_used, m_filled - m_used}; }
 
     int m_file;
-    off_t m_next; // where m_buffer ends
+    off_t m_next; // the offset in the file where the contents of m_buffer end
     off_t m_end;
     std::vector<char> m_buffer;
     std::size_t m_used = 0;

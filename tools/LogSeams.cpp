@@ -5,16 +5,16 @@
 namespace Tool {
 namespace {
 
-// A thread may wait between reading the time and writing, but not as long as this.
+// A thread may wait between reading the time and writing its line, but not as long as this.
 constexpr std::int64_t c_longestDelayMs = 1000;
 
-// Most wait less than this. A shorter step back is a seam only if a line was cut there.
+// Most threads wait less than this. A shorter step back is a seam only if a line was cut there.
 constexpr std::int64_t c_usualDelayMs = 100;
 
-// Far more than the rounds that can leave a rest in one file.
+// Far more than the number of rounds that can leave lines in one file.
 constexpr std::size_t c_mostSeams = 64;
 
-// From -2^31 to 2^31 - 1: the count wraps around at 2^32.
+// Returns a step from -2^31 to 2^31 - 1, because the tick count wraps around at 2^32.
 std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 {
     return static_cast<std::int32_t>(to - from);
@@ -22,7 +22,7 @@ std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 
 } // namespace
 
-// By how much a line after `seam` may be newer than the first line of the part before it.
+// Returns how much newer a line after `seam` may be than the first line of the part before it.
 std::int64_t LogSeams::FindSlack(const Seam& seam)
 {
     return std::clamp<std::int64_t>((seam.newest - seam.begin) / 2, 0, c_longestDelayMs);
@@ -39,7 +39,7 @@ void LogSeams::Add(const LogRecord& record)
     const bool isCut = m_cutOffset >= 0;
     if (hasTick)
         AddTick(isCut ? m_cutOffset : record.offset, record.header->tick, isCut);
-    // The last line of a record that is not one line may be the rest of one that was cut.
+    // The last line of a record of several lines may be the rest of an overwritten log line.
     const std::size_t lastLine = record.text.rfind('\n');
     if (lastLine != std::string_view::npos)
         m_cutOffset = record.offset + static_cast<off_t>(lastLine) + 1;
@@ -63,7 +63,8 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
     AddClear(seam);
 }
 
-// All lines after a seam are older than the first line of the part before it.
+// Keeps a step back as a seam only if all lines after it are older than the first line of the part
+// before it. Drops earlier ones that the newest line disproves.
 void LogSeams::AddClear(Seam seam)
 {
     while (!m_clear.empty() && m_time > m_clear.back().begin + FindSlack(m_clear.back()))
@@ -74,13 +75,14 @@ void LogSeams::AddClear(Seam seam)
         m_clear.push_back(seam);
 }
 
-// In the order of the file.
+// Returns the seams in the order of the file.
 std::vector<LogSeams::Seam> LogSeams::Seams() const
 {
     if (!m_hasTick)
         return {};
     const std::int64_t closingStep = MeasureStep(m_lastTick, m_firstTick);
-    // The steps of the ring add up to 0, or the seam is so wide that it looks like a step forward.
+    // Around the ring, the steps add up to 0 unless the seam is so wide that it looks like a step
+    // forward.
     if (m_time + closingStep > 0)
         return -m_widestGap.drop > closingStep ? std::vector<Seam>{m_widestGap}
                                                : std::vector<Seam>{};

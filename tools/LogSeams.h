@@ -9,38 +9,39 @@
 
 namespace Tool {
 
-/// A part of a log in which lines follow each other in time.
+/// A part of a log whose lines are in time order.
 struct LogPart {
     off_t begin;
     off_t end;
 };
 
-/// Finds where the newest line of a log that wraps around in place is followed by an older one.
+/// Finds the seam of a log that wraps around in place: the place where its newest line is followed
+/// by an older one.
 ///
-/// At such a seam the tick count steps back, by about as much as it steps forward in a whole round.
-/// Lines of several threads step back too, but by less, or not to before the first line of their
-/// round. Where no step back is that clear, the file is treated as a ring, and the widest one, from
-/// the last line to the first included, is the seam. Where a round was shorter than the one before
-/// it, the rest of that one makes another seam.
+/// At a seam the tick count steps back by about as much as it advances in a whole round. Lines of
+/// several threads cause steps back too, but smaller ones, or none to before the first line of
+/// their round. If no step back is clear, the file is treated as a ring, and the widest step back,
+/// including the one from the last line to the first, is the seam. If a round was shorter than the
+/// previous one, what is left of the previous one begins at another seam.
 class LogSeams {
 public:
     /// Adds the next record of the file.
     void Add(const LogRecord& record);
 
-    /// The parts of a file of `length` bytes, the oldest first.
+    /// Returns the parts of a file of `length` bytes, the oldest first.
     std::vector<LogPart> ListParts(off_t length) const;
 
-    /// The tick count of the newest line; empty when no line has one.
+    /// Returns the tick count of the newest line; empty if no line has one.
     std::optional<std::uint32_t> NewestTick() const;
 
 private:
     struct Seam {
         off_t offset;        // where the older lines begin
-        std::int64_t drop;   // by how much the time steps back there
-        std::int64_t newest; // the time of the line before it
-        std::int64_t begin;  // the time of the first line of the part that ends there
-        std::int64_t older;  // the time of the first line after it
-        bool isCut;          // whether the older lines begin with the rest of one
+        std::int64_t drop;   // by how much the time steps back at the seam
+        std::int64_t newest; // the time of the last line before the seam
+        std::int64_t begin;  // the time of the first line of the part before the seam
+        std::int64_t older;  // the time of the first line after the seam
+        bool isCut;          // whether the older lines begin with the rest of a cut line
     };
 
     static std::int64_t FindSlack(const Seam& seam);
@@ -53,10 +54,10 @@ private:
     std::uint32_t m_firstTick = 0;
     std::uint32_t m_lastTick = 0;
     std::int64_t m_time = 0;   // since the first line; does not wrap around
-    off_t m_cutOffset = -1;    // of a line that was cut, since the last tick; -1 for none
-    std::vector<Seam> m_clear; // steps back that threads do not explain
-    Seam m_widestDrop{};       // of all steps back
-    Seam m_widestGap{};        // of all steps forward, with `drop` negative
+    off_t m_cutOffset = -1;    // of the last cut line since the last tick; -1 if there is none
+    std::vector<Seam> m_clear; // steps back that cannot come from several threads
+    Seam m_widestDrop{};       // the widest step back
+    Seam m_widestGap{};        // the widest step forward; its `drop` is negative
 };
 
 } // namespace Tool

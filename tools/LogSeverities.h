@@ -2,7 +2,7 @@
 
 namespace Tool {
 
-/// By the number that the log has for them.
+/// The names of the severities, indexed by their number in the log.
 constexpr const char* c_severityNames[] = {"error", "warning", "info", "debug", "verbose"};
 
 } // namespace Tool

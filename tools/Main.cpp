@@ -21,7 +21,8 @@ void Complain(const std::string& message)
     std::cerr << "toolkit: " << MakeVisible(message) << '\n';
 }
 
-// The message is ours, except for the arguments that it quotes.
+// Keeps line feeds: messages of CLI11 have several lines, and only the arguments that they quote
+// are untrusted.
 std::string MakeLinesVisible(const std::string& text)
 {
     std::istringstream lines(text);
@@ -55,7 +56,7 @@ try {
     return ExitError;
 }
 
-// CLI11 misses what is required before it looks at the words that it does not know.
+// CLI11 reports a missing argument before an unknown word, which is usually the real mistake.
 std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
 {
     std::string text = mistake.what();
@@ -66,7 +67,7 @@ std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
     return "toolkit: " + text + "\nRun with --help for more information.\n";
 }
 
-// Also handles help and version, which CLI11 reports like errors.
+// Also prints help and version, which CLI11 reports like errors.
 int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
 {
     std::ostringstream text;
@@ -82,7 +83,7 @@ int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
 int Run(int argc, char** argv)
 {
     std::setlocale(LC_CTYPE, "");
-    // A closed pipe then shows as a failed write, after which everything is cleaned up.
+    // Writing to a closed pipe then fails instead of ending the process, so destructors run.
     std::signal(SIGPIPE, SIG_IGN);
 
     Action action;

@@ -16,7 +16,7 @@ public:
 /// Standard output, in UTF-8 whatever the locale.
 class Output {
 public:
-    /// Numbers of the terminal's colours.
+    /// The colours, by their ANSI escape codes.
     enum Colour { Red = 31, Green = 32, Yellow = 33, Cyan = 36, Grey = 90 };
 
     Output();
@@ -29,13 +29,13 @@ public:
     /// Whether the output is a terminal that shows colours, and NO_COLOR is not set.
     bool HasColours() const { return m_hasColours; }
 
-    /// Writes `text`, possibly later. Throws `BrokenPipe`, or `Failure` when it cannot.
+    /// Writes `text`, which is buffered. Throws `BrokenPipe`, or `Failure` if it cannot write.
     void Write(std::string_view text);
 
-    /// The same in colour, if the output shows colours.
+    /// Like Write() above, but in colour if the output shows colours.
     void Write(std::string_view text, Colour colour);
 
-    /// Writes `text` from elsewhere, with its control characters made visible.
+    /// Writes untrusted `text` with its control characters escaped.
     void WriteVisible(std::string_view text);
 
     /// Writes everything that is still pending.

@@ -4,8 +4,8 @@
 
 namespace Tool {
 
-/// The path of this program; links in it may be unresolved. Empty when the system does not report
-/// it.
+/// Returns the path of this program; links in it may be unresolved. Empty if the system does not
+/// report it.
 std::string FindOwnExecutable();
 
 } // namespace Tool

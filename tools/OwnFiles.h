@@ -6,12 +6,13 @@
 
 namespace Tool {
 
-/// Where loggers write and the services of applications listen.
+/// The directory where loggers write and applications listen.
 constexpr const char* c_temporaryDirectory = "/tmp";
 
 enum class FileKind { Regular, Socket };
 
-/// The paths of this user's files of that kind and extension in a directory, sorted by name.
+/// Returns the paths of this user's files of that kind and extension in a directory, sorted by
+/// name.
 std::vector<std::string> FindOwnFiles(const std::string& directory, std::string_view extension,
                                       FileKind kind);
 

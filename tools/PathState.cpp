@@ -6,7 +6,7 @@
 namespace Tool {
 namespace {
 
-// The nearest directory above the path that exists; "/" if there is no other.
+// Returns the nearest existing directory above the path; "/" if there is no other.
 std::string FindExistingParent(std::string path)
 {
     struct stat status {};

@@ -4,12 +4,12 @@
 
 namespace Tool {
 
-/// What a program does with a path.
+/// How a program uses a path.
 enum class PathUse {
-    Read,           ///< A directory from which it reads.
-    WriteDirectory, ///< A directory of this user's, in which it writes.
-    ShareDirectory, ///< A directory in which every user writes.
-    WriteFile,      ///< A file of this user's, which it writes.
+    Read,           ///< A directory that the program reads.
+    WriteDirectory, ///< A directory that belongs to this user and that the program writes to.
+    ShareDirectory, ///< A directory that all users write to.
+    WriteFile,      ///< A file that belongs to this user and that the program writes.
 };
 
 struct PathState {
@@ -17,7 +17,7 @@ struct PathState {
     std::string text; ///< Such as "missing" or "not writable".
 };
 
-/// What is wrong with the path. A missing path is good if it can be created.
+/// Checks whether the path can be used. A missing one is good if it is only read or can be created.
 PathState ExaminePath(const std::string& path, PathUse use);
 
 } // namespace Tool

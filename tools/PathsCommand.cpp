@@ -31,7 +31,7 @@ bool IsDirectory(const std::filesystem::path& path)
     return std::filesystem::is_directory(path, error);
 }
 
-// A name without "/" is searched for along PATH, as the shell does.
+// Searches PATH for a name without "/", as the shell does.
 std::string FindProgram(const std::string& program)
 {
     if (program.find('/') != std::string::npos)
@@ -47,7 +47,7 @@ std::string FindProgram(const std::string& program)
     throw Failure("there is no program " + program);
 }
 
-// With links resolved, as the program itself finds it.
+// Returns the path with links resolved, as the program itself sees it.
 Text FindExecutable(const std::string& program)
 {
     const std::string found = program.empty() ? FindOwnExecutable() : FindProgram(program);
@@ -65,7 +65,7 @@ Text GetParent(const Text& path)
     return path.substr(0, path.rfind(L'/'));
 }
 
-// Prints a table of paths, and remembers whether something is wrong with one.
+// Prints a table of paths, and records whether any of them cannot be used.
 class Table {
 public:
     explicit Table(Output& output) : m_output(output) {}
@@ -116,7 +116,7 @@ int Run(const std::string& program, Output& output)
     table.AddName("name", paths.GetApplicationName());
     table.AddName("unique name", unique);
     table.Add("application", paths.GetApplicationPath(), PathUse::Read);
-    // Not GetDataDir() and GetUserLocalDataDir(), which return those of this process.
+    // Not GetDataDir() and GetUserLocalDataDir(), which return the directories of this process.
     table.Add("shared data", GetParent(paths.GetConfigurationPath()), PathUse::Read);
     table.Add("configuration", paths.GetConfigurationPath(), PathUse::Read);
     table.Add("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
@@ -126,7 +126,7 @@ int Run(const std::string& program, Output& output)
     table.Add("documents", paths.GetDocumentsPath(), PathUse::WriteDirectory);
     table.Add("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
     table.Add("lock", lock, PathUse::WriteFile);
-    // The one that wxSingleInstanceChecker has in the same directory.
+    // The lock file that wxSingleInstanceChecker creates in the same directory.
     table.Add("second lock", GetParent(lock) + L"/" + unique, PathUse::WriteFile);
     table.Add("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"), PathUse::WriteFile);
     table.Add("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);

@@ -8,7 +8,7 @@ using namespace Toolkit;
 namespace Tool {
 namespace {
 
-// No error text: the engine never saw the pattern, because it was out of memory.
+// If there is no error text, compiling failed before the engine saw the pattern: out of memory.
 std::string FindReason(const MatchResult& match, const RegExpException& exception)
 {
     if (!match.errorText)
@@ -38,7 +38,7 @@ Pattern::Pattern(const std::string& pattern)
     }
 }
 
-// A subject must be UTF-8, which visible text always is.
+// The engine requires UTF-8, which the visible form always is.
 bool Pattern::Matches(std::string_view text) const
 {
     m_match->subject.clear();

@@ -6,19 +6,19 @@
 
 namespace Tool {
 
-/// A regular expression, compiled once and searched in many texts.
+/// A regular expression, compiled once and matched against many strings.
 class Pattern {
 public:
-    /// Throws a `Failure` when `pattern` is invalid.
+    /// Throws a `Failure` if `pattern` is invalid.
     explicit Pattern(const std::string& pattern);
 
-    /// Searches in the visible form of `text`, which may contain any bytes. Throws a `Failure` when
-    /// the search takes too many steps.
+    /// Searches the visible form of `text`, which may contain any bytes. Throws a `Failure` if the
+    /// search fails, for example because it takes too many steps.
     bool Matches(std::string_view text) const;
 
 private:
     Toolkit::RegExp m_expression;
-    Toolkit::smart_ptr<Toolkit::MatchResult> m_match; // with the compiled pattern
+    Toolkit::smart_ptr<Toolkit::MatchResult> m_match; // contains the compiled pattern
 };
 
 } // namespace Tool

@@ -14,7 +14,7 @@ namespace {
 
 using Text = TString<wchar_t>;
 
-// A directory that is removed with its contents.
+// A new directory, which the destructor removes with its contents.
 class TemporaryDirectory {
 public:
     TemporaryDirectory()
@@ -102,7 +102,7 @@ bool CheckThreads()
         std::atomic<bool> m_isDone{false};
     };
 
-    // Not by the exit code: Wait() returns none when the thread has ended before the call.
+    // Does not use the exit code: Wait() returns none if the thread has already ended.
     Worker worker;
     if (!worker.Run())
         return false;
@@ -110,7 +110,7 @@ bool CheckThreads()
     return worker.IsDone();
 }
 
-// Stopping a logger writes its queue.
+// Destroying the logger writes its queue, so the file can be read afterwards.
 bool CheckLog()
 {
     constexpr unsigned int limit = 1000;

@@ -21,7 +21,7 @@ void Handle(int signal, void (*handler)(int), int flags)
 
 } // namespace
 
-// Without SA_RESTART, so that signals interrupt calls that wait.
+// Without SA_RESTART, so that signals interrupt blocking calls.
 StopSignals::StopSignals()
 {
     for (const int signal : c_signals)

@@ -3,9 +3,9 @@
 namespace Tool {
 
 /// While an object of this class exists, the first SIGINT, SIGTERM or SIGHUP does not end the
-/// process: IsRequested() reports it. A second one ends the process at once.
+/// process: IsRequested() reports it. The same signal again ends the process at once.
 ///
-/// A signal that the process was told to ignore, as nohup does, stays ignored.
+/// A signal that was ignored when the process started, as under nohup, stays ignored.
 class StopSignals {
 public:
     StopSignals();
@@ -16,7 +16,7 @@ public:
 
     static bool IsRequested();
 
-    /// Ends the process by the signal that came, if one came.
+    /// If a signal has arrived, ends the process by that signal.
     static void EndIfRequested();
 };
 

@@ -15,8 +15,7 @@ using namespace Toolkit;
 namespace Tool {
 namespace {
 
-// An archive has a signature of local files or, without entries, of the end (APPNOTE, 4.3.7 and
-// 4.3.16), which may be preceded by a program.
+// An archive without entries begins with the signature of its end record (APPNOTE, 4.3.16).
 constexpr std::string_view c_endSignature = "PK\x05\x06";
 
 void RequireReadable(const std::string& path)
@@ -45,7 +44,7 @@ ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
     const int all = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
     if (all < 0 || (all == 0 && !IsEmptyArchive(path)))
         throw Failure(path + " is no Zip archive");
-    // Listing again needs opening again.
+    // The archive must be reopened to be listed again.
     m_archive.Open(ToWideArgument(path));
     m_archive.EntriesList(m_entries, ToWideArgument(selection.filter), selection.type);
 }

@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-/// Which entries of an archive are wanted, as the library selects them.
+/// Selects entries of an archive; the arguments of ArchiveZip::EntriesList().
 struct ZipSelection {
     std::string filter;
     Toolkit::ArchiveEntriesFlags::ArchiveEntriesType type =
@@ -19,13 +19,13 @@ class ZipArchive {
 public:
     using Entry = Toolkit::smart_ptr<Toolkit::ArchiveZipEntry>;
 
-    /// Throws a `Failure` when `path` is not a readable archive.
+    /// Opens an archive. Throws a `Failure` if `path` is not a readable Zip archive.
     ZipArchive(const std::string& path, const ZipSelection& selection);
 
     const Toolkit::ArchiveZip::EntriesMap& Entries() const { return m_entries; }
 
-    /// Calls `take` with the bytes of an entry, block by block. Throws a `Failure` when the entry
-    /// is encrypted or damaged; `take` has then received what came before the damage.
+    /// Calls `take` with the bytes of an entry, block by block. Throws a `Failure` if the entry is
+    /// encrypted or damaged; `take` has then received the bytes before the damage.
     void Read(const Entry& entry, const std::function<void(std::string_view)>& take);
 
 private:
@@ -33,7 +33,7 @@ private:
     Toolkit::ArchiveZip::EntriesMap m_entries;
 };
 
-/// The name of an entry in UTF-8.
+/// Returns the name of an entry in UTF-8.
 std::string GetEntryName(const Toolkit::ArchiveZipEntry& entry);
 
 } // namespace Tool

@@ -59,7 +59,7 @@ int Cat(const Options& options, Output& output)
     return ExitGood;
 }
 
-// Prints the lines of an entry that match; returns whether there was one.
+// Prints the matching lines of an entry; returns whether there were any.
 bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Pattern& pattern,
                  Output& output)
 {

@@ -23,12 +23,12 @@ constexpr std::size_t c_locatorLength = 20;
 constexpr std::size_t c_endLength = 22;
 constexpr std::size_t c_longestComment = 65535;
 
-// What the end of an archive says of the directory.
+// What the end record of an archive says about the directory.
 struct Directory {
     std::uint64_t count;
     std::uint64_t size;
     std::uint64_t offset;
-    std::uint64_t end; // where the end of the archive begins
+    std::uint64_t end; // the offset of the end record
 };
 
 Failure MakeDamagedDirectoryFailure()
@@ -44,7 +44,7 @@ std::uint64_t ParseNumber(std::string_view bytes, std::size_t at, int size)
     return number;
 }
 
-// Returns fewer bytes at the end of the file.
+// Reads `length` bytes, or fewer at the end of the file.
 std::string ReadAt(const Descriptor& file, std::uint64_t offset, std::size_t length)
 {
     std::string bytes(length, '\0');
@@ -54,7 +54,7 @@ std::string ReadAt(const Descriptor& file, std::uint64_t offset, std::size_t len
     return bytes;
 }
 
-// Returns nothing when there are other bytes at `offset`.
+// Returns an empty string unless a complete record with this signature is at `offset`.
 std::string ReadRecord(const Descriptor& file, std::uint64_t offset, std::size_t length,
                        std::string_view signature)
 {
@@ -64,7 +64,8 @@ std::string ReadRecord(const Descriptor& file, std::uint64_t offset, std::size_t
     return record;
 }
 
-// With the end of ZIP64, whose values count even where those of the usual end would do.
+// Reads the ZIP64 end record. Its values are used even if those of the ordinary end record would be
+// enough.
 Directory ReadWideEnd(const Descriptor& file, std::string_view locator, std::uint64_t end)
 {
     const std::string record =
@@ -100,7 +101,8 @@ bool HasEntryAt(const Descriptor& file, std::uint64_t offset)
     return !ReadRecord(file, offset, c_entryLength, c_entrySignature).empty();
 }
 
-// Where the first entry is. In an archive that follows a program, the stored offset is too small.
+// Returns the offset of the first directory entry. If the archive is appended to a program, the
+// stored offset is too small.
 std::uint64_t FindFirstEntry(const Descriptor& file, const Directory& directory)
 {
     if (directory.offset <= directory.end && HasEntryAt(file, directory.offset))
@@ -115,7 +117,7 @@ std::vector<StoredZipEntry> ReadEntries(const Descriptor& file, std::uint64_t of
     constexpr std::size_t nameLengthAt = 28;
     constexpr std::size_t extraLengthAt = 30;
     constexpr std::size_t commentLengthAt = 32;
-    constexpr std::size_t modeAt = 40; // the high half of the attributes
+    constexpr std::size_t modeAt = 40; // the high half of the external attributes
 
     std::vector<StoredZipEntry> entries;
     for (;;) {

@@ -6,17 +6,17 @@
 
 namespace Tool {
 
-/// An entry as the directory of an archive has it. The library removes what makes a name absolute,
-/// and does not read the mode.
+/// An entry as it is stored in the directory of an archive. Needed because the library makes
+/// absolute names relative and does not read the mode.
 struct StoredZipEntry {
     std::string name;
-    mode_t mode; ///< 0 where the archive was not written under Unix.
+    mode_t mode; ///< 0 if the archive was not written under Unix.
 };
 
-/// The entries in the directory of an archive, ZIP64 included. Throws a `Failure` when the file
-/// cannot be read, or has no directory of as many entries as its end says.
+/// Returns the entries in the directory of an archive, ZIP64 included. Throws a `Failure` if the
+/// file cannot be read, or its directory does not have as many entries as its end record says.
 ///
-/// Finds the directory where the library finds it, even in an archive that is made to mislead.
+/// Finds the directory where the library finds it, even in a maliciously crafted archive.
 std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path);
 
 } // namespace Tool

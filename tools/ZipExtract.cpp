@@ -27,7 +27,7 @@ std::vector<std::string> SplitIntoComponents(const std::string& name)
     return components;
 }
 
-// Whether the name stays in the directory into which it is extracted.
+// Whether extracting the name cannot leave the target directory.
 bool IsHarmless(const std::string& name)
 {
     const std::vector<std::string> components = SplitIntoComponents(name);
@@ -66,7 +66,7 @@ void RequireHarmless(const ZipArchive& archive, const std::string& path)
     }
 }
 
-// Opens the directory `name` in `parent`, or creates it when it is missing. Follows no links.
+// Opens the directory `name` in `parent`, and creates it if it is missing. Follows no links.
 Descriptor EnterDirectory(const Descriptor& parent, const std::string& name)
 {
     if (::mkdirat(parent.Get(), name.c_str(), c_permissions) != 0 && errno != EEXIST)
@@ -96,7 +96,7 @@ Descriptor EnterDirectories(const std::string& root, const std::vector<std::stri
     return directory;
 }
 
-// Returns how many bytes may still be written.
+// Extracts a file of at most `limit` bytes; returns how many bytes may still be written.
 unsigned long long ExtractFile(ZipArchive& archive, const ZipArchive::Entry& entry,
                                const std::string& root, unsigned long long limit)
 {
