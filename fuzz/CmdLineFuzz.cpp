@@ -1,5 +1,5 @@
-// Tokens that are written out again give the same tokens, and a plain reference finds the same
-// options.
+// Tokens that are joined to a command line are split into the same tokens again, and a plain
+// reference finds the same options.
 
 #include "toolkit/config/CmdLineParser.h"
 
@@ -36,7 +36,7 @@ bool IsOption(const TString<wchar_t>& token)
     return !token.empty() && token.front() == L'-';
 }
 
-// The value after the last "-`name`" that has one.
+// Returns the value of the last option "-`name`" that has one.
 TString<wchar_t> FindValue(const Tokens& tokens, const TString<wchar_t>& name)
 {
     TString<wchar_t> value;

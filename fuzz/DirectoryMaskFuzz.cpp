@@ -66,7 +66,7 @@ struct Token {
     bool Fits(wchar_t other) const { return kind == Kind::One || character == other; }
 };
 
-// False when `mask` ends in a backslash that quotes nothing.
+// Splits `mask` into tokens; false if it ends in a backslash that quotes nothing.
 bool Parse(const std::wstring& mask, std::vector<Token>& tokens)
 {
     for (std::size_t i = 0; i < mask.size(); ++i) {

@@ -1,4 +1,4 @@
-// Any file gives the same settings as a plain parser of its lines.
+// IniFile finds all settings that a plain parser finds in the lines of any file.
 
 #include "toolkit/config/IniFile.h"
 #include "toolkit/files/TextFile.h"

@@ -1,5 +1,5 @@
-// A string that parses as a date round-trips, in local time and in UTC; any other gives an invalid
-// date.
+// A string that parses as a date round-trips, in local time and in UTC; any other string leaves the
+// date invalid.
 
 #include "toolkit/datetime/DateTime.h"
 

@@ -1,5 +1,5 @@
-// Any pattern gives the result of replacing token by token, each search starting at the beginning
-// of the pattern.
+// Formatting with any pattern gives the same result as replacing one token at a time and searching
+// from the beginning of the pattern each time.
 
 #include "toolkit/datetime/LocaleText.Private.h"
 
@@ -26,7 +26,7 @@ DayHalves GetDayHalves()
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The literal steps take quadratic time.
+    // The reference takes quadratic time.
     constexpr std::size_t longest = 4096;
 
     const std::wstring pattern(data, data + std::min(size, longest));

@@ -1,5 +1,5 @@
-// Any log is read completely: its records make up its bytes, and its parts in the order of time are
-// pieces of the file, each byte in one of them.
+// Any log is read completely: its records add up to the bytes of the file, and each byte is in
+// exactly one of the parts that are listed in time order.
 
 #include "support/Input.h"
 #include "support/InputLog.h"
@@ -14,7 +14,8 @@ namespace {
 
 using namespace Tool;
 
-// The first byte decides whether a message is longer than the longest record, which takes time.
+// The first byte decides whether to insert a message longer than the longest record. Few inputs do,
+// because it takes time.
 std::string TakeLog(Input& input)
 {
     constexpr std::uint8_t wanted = 17;
@@ -37,7 +38,7 @@ void CheckHeader(const LogRecord& record)
     Require(record.text.substr(record.text.size() - message.size()) == message);
 }
 
-// Returns the bytes of the part, put together from its records.
+// Returns the bytes of the part, joined from its records.
 std::string ReadPart(const InputLog& log, const LogPart& part)
 {
     constexpr std::size_t longestRecord = 2 << 20;
@@ -64,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(ReadPart(log, {0, length}) == bytes);
     off_t end = length;
     for (const LogPart& part : log.ListParts()) {
-        // The newest part is the first of the file.
+        // The parts are in time order, and the newest one is at the beginning of the file.
         Require(part.end == end && part.begin <= part.end);
         end = part.begin;
         const auto begin = static_cast<std::size_t>(part.begin);

@@ -1,4 +1,5 @@
-// A log that has wrapped around in place comes in the order in which its lines were written.
+// The lines of a log that has wrapped around in place are read in the order in which they were
+// written.
 
 #include "support/Input.h"
 #include "support/InputLog.h"
@@ -23,7 +24,7 @@ struct Line {
     std::uint32_t tick;
 };
 
-// Writes lines as a logger does that empties its queue after each.
+// Writes lines like a logger that writes its queue to the file after each line.
 class Ring {
 public:
     explicit Ring(std::size_t limit) : m_limit(limit) {}
@@ -47,11 +48,11 @@ public:
 
     const std::string& Bytes() const { return m_bytes; }
 
-    // The lines that are not overwritten, not even in part, in the order in which they were
-    // written.
+    // Returns the lines of which no byte is overwritten, in the order in which they were written.
     const std::vector<Line>& Lines() const { return m_lines; }
 
-    // Whether all steps back in the file are too wide for threads that overtake each other.
+    // Whether all steps back in the file are too wide to come from threads that overtake each
+    // other.
     bool IsClear() const
     {
         constexpr std::int64_t longestDelayMs = 1000;
@@ -71,11 +72,11 @@ private:
     std::vector<Line> m_lines;
 };
 
-// Up to 65 seconds between two lines, so that no log lasts as long as half the range of a tick.
+// Leaves up to 65 seconds between two lines, so that no log spans half the range of a tick count.
 Ring TakeRing(Input& input, std::size_t size)
 {
     Ring ring(input.Byte() * std::size_t{4});
-    // Soon to wrap around, or not at all.
+    // A tick count that wraps around soon, or not at all.
     std::uint32_t tick = input.Byte() % 2 == 0 ? 0xFFFF'0000 : 1'000'000;
     std::int64_t time = 0;
     for (std::size_t used = 2; used < size; used += 2) {

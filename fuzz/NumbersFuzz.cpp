@@ -1,5 +1,5 @@
-// Numbers are read like a standard stream with the classic locale, in both character widths, and
-// what is written reads back.
+// Numbers are read as a standard stream with the classic locale reads them, in both character
+// widths, and numbers that are written can be read back.
 
 #include "toolkit/encoding/StringConvert.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A stream stores 0 where there is no number; the library must leave the value unchanged.
+// A stream stores 0 if there is no number; the library must leave the value unchanged.
 template <typename Number>
 Number ReadByStream(const std::string& text, Number initial)
 {

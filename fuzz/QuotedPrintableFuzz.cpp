@@ -1,5 +1,5 @@
-// An encoded string decodes to itself; soft line breaks are those of inserting them one at a time;
-// any string decodes like a plain reference.
+// An encoded string decodes to the original; soft line breaks are where inserting them one at a
+// time puts them; any string decodes as with a plain reference.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"
@@ -18,7 +18,7 @@ namespace {
 using namespace Toolkit;
 using Wide = TString<wchar_t>;
 
-// A small number, or 2^32 minus a small number.
+// Returns a small number, or 2^32 minus a small number.
 unsigned int Length(Input& input)
 {
     const unsigned int value = input.Byte();

@@ -1,5 +1,5 @@
-// Replacing groups by a list or by a map joins the replacements with the parts of the subject
-// outside all groups.
+// Replacing groups with a list or a map joins the replacements with the parts of the subject that
+// are outside all groups.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -21,7 +21,8 @@ struct Piece {
     std::string replacement;
 };
 
-// False if groups overlap or end before they begin: their offsets then do not apply to the subject.
+// Joins the replacements with the rest of the subject. False if groups overlap or end before they
+// begin: after the first replacement their offsets no longer apply.
 bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::string& joined)
 {
     std::size_t done = 0;
@@ -35,7 +36,7 @@ bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::str
     return true;
 }
 
-// The groups that matched, with their replacements.
+// Returns the groups that matched, with their replacements.
 template <typename ReplacementOf>
 std::vector<Piece> PiecesOf(const MatchResult& result, const ReplacementOf& replacementOf)
 {

@@ -15,13 +15,13 @@ using namespace Toolkit;
 
 constexpr int c_options = 0x580;
 
-// Each step in a long string is costly.
+// Fewer for a long string, in which each step is costly.
 constexpr int MostSteps(std::size_t length)
 {
     return length > 1000 ? 5 : 50;
 }
 
-// Replaces step by step; false when that takes too long.
+// Replaces step by step; false if that takes too many steps.
 bool ReplaceInSteps(RegExp& regExp, const std::string& pattern, const std::string& replacement,
                     TString<char>& text)
 {

@@ -1,4 +1,4 @@
-// Replacing gives the result of searching from the beginning after each replacement.
+// Replacing gives the same result as searching from the beginning after each replacement.
 
 #include "toolkit/core/TString.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
-// Whether a longer replacement terminates: it contains no character of `from`.
+// Whether replacing terminates because `to` contains no character of `from`.
 bool IsForeign(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && to.find_first_of(from) == std::wstring::npos;

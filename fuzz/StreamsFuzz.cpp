@@ -1,5 +1,5 @@
-// Items read from a hostile file equal those decoded by hand, or fail with the code for that kind,
-// whatever sizes the file claims.
+// Items read from a hostile file equal those decoded by hand, or reading them fails with the code
+// for that kind of item, whatever sizes the file claims.
 
 #include "toolkit/core/Bytes.h"
 #include "toolkit/core/FSStream.h"
@@ -135,7 +135,8 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The input: the kinds of the items, with block lengths in the upper bits, then the file.
+    // The input is the number of items, the kind of each with a block length in the upper bits, and
+    // the file.
     constexpr unsigned int mostItems = 16;
     Input input(data, size);
     std::string kinds;

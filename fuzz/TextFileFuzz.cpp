@@ -21,7 +21,7 @@ std::vector<TString<wchar_t>> ReadLines(TextFile& file)
     return lines;
 }
 
-// A second byte-order mark would become the file's own when the file is written.
+// When the file is written, such a second byte-order mark would become that of the file.
 bool BeginsWithMark(const TString<wchar_t>& line)
 {
     return !line.empty() && line.front() == L'\uFEFF';

@@ -1,4 +1,5 @@
-// The joined tokens give the string; skipping empty tokens changes nothing else.
+// The tokens and the delimiters between them add up to the string; skipping empty tokens changes
+// nothing else.
 
 #include "toolkit/core/TString.h"
 

@@ -1,4 +1,5 @@
-// Valid bytes decode to characters that encode to the same bytes; other bytes decode to nothing.
+// Valid bytes decode to characters that encode to the same bytes; invalid bytes decode to an empty
+// string. The string ends at its first null byte.
 
 #include "toolkit/encoding/UTF8.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 constexpr std::size_t c_invalid = 0;
 
-// The length of the sequence at `place`, by the rules of RFC 3629.
+// Returns the length of the sequence at `place`, by the rules of RFC 3629.
 std::size_t SequenceLength(const std::string& bytes, std::size_t place)
 {
     constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};

@@ -1,4 +1,5 @@
-// Encoded text decodes to the same text; only values that are no characters cannot be encoded.
+// Encoded text decodes to the same text, unless it contains surrogates; only values above 0x10FFFF
+// or below 0 cannot be encoded.
 
 #include "toolkit/encoding/UTF8.h"
 

@@ -1,4 +1,4 @@
-// Of any archive, the directory that `toolkit zip extract` examines has every entry that the
+// For any archive, the directory that `toolkit zip extract` examines has every entry that the
 // library extracts.
 
 #include "toolkit/archive/ArchiveZip.h"
@@ -31,7 +31,7 @@ std::optional<std::vector<Tool::StoredZipEntry>> ReadDirectory(const InputFile& 
     }
 }
 
-// The library removes what makes a name absolute, and adds "/" to the name of a directory.
+// The library makes absolute names relative, and appends "/" to the name of a directory.
 bool HasName(const std::vector<Tool::StoredZipEntry>& directory, std::string name)
 {
     if (!name.empty() && name.back() == '/')

@@ -1,5 +1,5 @@
-// Any archive reads like a wxZipInputStream with a fresh wxTextInputStream for every word and line,
-// in any mixture of words, lines and bytes.
+// Reading any archive, in any mixture of words, lines and bytes, gives the same results as a
+// wxZipInputStream with a new wxTextInputStream for every word and line.
 
 #include "toolkit/archive/ArchiveZip.h"
 
@@ -22,7 +22,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A byte of a Zip archive may expand to a thousand: these limits bound the time per input.
+// One byte of a Zip archive may expand to a thousand, so these limits bound the time per input.
 constexpr std::size_t c_longestInput = 16384;
 constexpr int c_mostEntries = 8;
 constexpr std::size_t c_mostBytes = 100'000;
@@ -145,8 +145,8 @@ int List(ArchiveZip& archive, ArchiveZip::EntriesMap& entries)
     return count;
 }
 
-// A listing leaves nothing for a second one until the archive is opened again. A listing that meets
-// an invalid entry may end before the data.
+// After a listing, a second one finds nothing until the archive is opened again. A listing that
+// meets an invalid entry may stop before the end of the data.
 void ListTwice(ArchiveZip& archive, const TString<wchar_t>& path, ArchiveZip::EntriesMap& entries)
 {
     archive.Open(path);
@@ -157,8 +157,8 @@ void ListTwice(ArchiveZip& archive, const TString<wchar_t>& path, ArchiveZip::En
     Require(List(archive, entries) == count);
 }
 
-// A wxZipInputStream at an entry, reached like the library's stream: an entry's data do not depend
-// on earlier reads.
+// Returns a wxZipInputStream at an entry, which it reaches the same way as the library's stream:
+// the data of an entry do not depend on earlier reads.
 std::unique_ptr<wxZipInputStream> OpenReference(const TString<wchar_t>& path, wxZipEntry& entry)
 {
     auto reference = std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(path)));
@@ -196,7 +196,7 @@ void AbortOnAssert(const wxString&, int, const wxString&, const wxString&, const
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The first byte counts the bytes that select ways of reading; the archive follows them.
+    // The input is the number of ways of reading, a byte for each, and the archive.
     constexpr unsigned int mostWays = 32;
     static const InputFile file;
     if (size > c_longestInput)

@@ -93,7 +93,7 @@ const Archives& TheArchives()
     return archives;
 }
 
-// The only entry of an archive, opened at its beginning.
+// The stream of an archive's only entry, at its beginning.
 class OnlyEntry {
 public:
     explicit OnlyEntry(const std::string& name)
@@ -111,7 +111,7 @@ private:
     smart_ptr<ZipInputStream> m_stream;
 };
 
-// The same with a wxZipInputStream.
+// Like OnlyEntry, but with a wxZipInputStream.
 class BareEntry {
 public:
     explicit BareEntry(const std::string& name)
@@ -215,7 +215,7 @@ void BM_ZipReadLines_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_ZipReadLines_Toolkit)->Unit(benchmark::kMillisecond);
 
-// A new wxTextInputStream for every line.
+// Creates a new wxTextInputStream for every line.
 void BM_ZipReadLines_wxFreshReader(benchmark::State& state)
 {
     ReadTexts<BareEntry, wxString>(state, [](wxZipInputStream& stream, wxString& line) {
@@ -225,7 +225,7 @@ void BM_ZipReadLines_wxFreshReader(benchmark::State& state)
 }
 BENCHMARK(BM_ZipReadLines_wxFreshReader)->Unit(benchmark::kMillisecond);
 
-// Lines of bytes, which are not decoded.
+// Reads lines of bytes without decoding them.
 void BM_ZipReadLines_PocoGetline(benchmark::State& state)
 {
     const std::string path = TheArchives().Path("small.zip");
@@ -273,7 +273,7 @@ void BM_ZipList_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_ZipList_Toolkit)->Unit(benchmark::kMillisecond);
 
-// The same result: the metadata of each entry by its wide name.
+// Builds the same result: a map from wide names to the metadata of the entries.
 void BM_ZipList_Libzip(benchmark::State& state)
 {
     const std::string path = TheArchives().Path("many.zip");

@@ -59,7 +59,7 @@ std::string ValueText(int section, int key)
     return Numbered("value %04d", section) + Numbered(" of setting %03d", key);
 }
 
-// The INI file of a benchmark, removed with the object.
+// The INI file of a benchmark; the destructor removes it.
 class SettingsFile {
 public:
     explicit SettingsFile(const Shape& shape)
@@ -86,7 +86,8 @@ private:
     fs::path m_directory;
 };
 
-// Each library below loads a file, forms its own name of a key, and finds the value.
+// Each class below loads a file with one library, forms that library's name of a key, and finds the
+// value.
 
 class ToolkitSettings {
 public:
@@ -122,7 +123,7 @@ public:
         : m_path(path),
           m_settings(std::in_place, QString::fromStdString(path), QSettings::IniFormat)
     {
-        // QSettings parses sections only when all keys are listed.
+        // Lists all keys, because QSettings parses the sections only then.
         benchmark::DoNotOptimize(m_settings->childKeys());
     }
     // QSettings caches a loaded file until the file changes.
@@ -229,7 +230,7 @@ bool HoldsLastValue(const Settings& settings, const Shape& shape)
            ValueText(section, key);
 }
 
-// Times only the load: dropping QSettings' cache is not measured.
+// Times only the loading: dropping QSettings' cache is not measured.
 template <typename Settings>
 void MeasureLoad(benchmark::State& state)
 {
@@ -275,7 +276,7 @@ std::size_t AllocatedBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-// The memory of the settings after `use`.
+// Measures the memory of the settings after `use`.
 template <typename Settings, typename Use>
 void MeasureMemory(benchmark::State& state, Use use)
 {
@@ -350,7 +351,7 @@ void BM_IniMemory_GKeyFile(benchmark::State& state)
     MeasureMemory<GlibSettings>(state, [](const GlibSettings&) {});
 }
 
-// After a value of each section was read.
+// The memory after a value of each section was read.
 void BM_IniReadMemory_Toolkit(benchmark::State& state)
 {
     const Shape shape = ShapeOf(state.range(0));

@@ -134,7 +134,7 @@ void Run(benchmark::State& state, const ScratchFile& file, Transfer transfer)
 constexpr long c_writeCount = 100'000;
 constexpr long c_readCount = 1'000'000;
 
-// The records to read, written once.
+// Returns a file of records to read, which is written once.
 const ScratchFile& WrittenRecords()
 {
     static const ScratchFile file;

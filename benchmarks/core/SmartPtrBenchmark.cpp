@@ -10,7 +10,8 @@
 namespace Toolkit {
 namespace {
 
-// std::shared_ptr counts without atomic operations until the process has started a second thread.
+// Starts a thread, because std::shared_ptr counts without atomic operations until the process has
+// started a second one.
 void HaveHadAThread()
 {
     std::thread([] {}).join();

@@ -15,7 +15,7 @@
 namespace Toolkit {
 namespace {
 
-// Words of one to eleven letters, separated by commas.
+// Returns words of one to eleven letters, separated by commas.
 std::wstring CommaLine(benchmark::State& state)
 {
     std::wstring line;
@@ -119,7 +119,7 @@ void BM_CompareNoCase_wcscasecmp(benchmark::State& state)
 }
 BENCHMARK(BM_CompareNoCase_wcscasecmp)->Arg(32)->Arg(100'000);
 
-// A string that ends with the only occurrence of the needle.
+// Returns a string that ends with the only occurrence of the needle.
 std::wstring Haystack(benchmark::State& state)
 {
     const std::wstring words = L"The Quick Brown Fox jumps over the lazy dog, ";
@@ -161,11 +161,12 @@ struct Replacement {
     const wchar_t* to;
 };
 
-// Of equal length, longer, merging with its neighbours, and sharing characters.
+// Replacements of equal length, longer, empty so that the neighbours merge, and with characters of
+// the original.
 constexpr Replacement c_replacements[] = {
     {L"key", L"dom"}, {L"key", L"longer"}, {L"key", L""}, {L"key", L"ke"}};
 
-// 500 occurrences among 10,000 characters.
+// Returns 10,000 characters with 500 occurrences.
 std::wstring TextWithHits()
 {
     std::wstring text;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* c_text = "2009-07-05 07:04:09";
 
-// With an argument of 1 the benchmark sets TZ, with 0 the C library looks up the machine's zone.
+// Sets TZ if the benchmark's argument is 1. If it is 0, the C library looks up the machine's zone.
 void SetZone(const benchmark::State& state)
 {
     if (state.range(0) == 1)

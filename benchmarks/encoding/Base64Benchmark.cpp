@@ -54,7 +54,7 @@ void Convert(benchmark::State& state, Operation operation, const std::string& in
         unsigned int length = 0;
         operation(Raw(in), static_cast<unsigned int>(in.size()), &out, &length);
         benchmark::DoNotOptimize(out);
-        // A single byte, so that the comparison does not dominate the time.
+        // Compares a single byte, so that the comparison does not dominate the time.
         isRight = isRight && length == expected.size() &&
                   out[length - 1] == static_cast<unsigned char>(expected.back());
         delete[] out;
@@ -68,7 +68,7 @@ void BM_Base64Encode_Toolkit(benchmark::State& state)
     Convert(state, b64_decode_binary, bytes, CodeOf(bytes));
 }
 
-// Into an existing array.
+// Encodes into an existing array.
 void BM_Base64Encode_OpenSSL(benchmark::State& state)
 {
     const std::string bytes = BytesOf(state);
@@ -101,7 +101,7 @@ void BM_Base64Decode_Toolkit(benchmark::State& state)
     Convert(state, b64_encode_binary, CodeOf(bytes), bytes);
 }
 
-// Into an existing array.
+// Decodes into an existing array.
 void BM_Base64Decode_OpenSSL(benchmark::State& state)
 {
     const std::string expected = BytesOf(state);

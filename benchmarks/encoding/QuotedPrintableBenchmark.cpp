@@ -11,7 +11,7 @@
 namespace Toolkit {
 namespace {
 
-// Mail text in UTF-8 with several escapes per line.
+// Returns a UTF-8 mail text that needs several escapes per line.
 std::string MailText(benchmark::State& state)
 {
     constexpr const char* sample = "Dear Zo\xC3\xAB, the price was 20 \xE2\x82\xAC = too much; see "
@@ -38,7 +38,7 @@ std::string Encoded(const std::string& bytes)
     return code;
 }
 
-// Runs the peer's filter once.
+// Runs the peer's filter, one pass for each call of Run().
 class Filter {
 public:
     explicit Filter(gboolean encodes)
@@ -47,7 +47,7 @@ public:
     {
     }
 
-    // Valid until the next pass.
+    // Returns a view that is valid until the next call.
     std::string_view Run(const std::string& in)
     {
         char* out = nullptr;
@@ -112,7 +112,7 @@ void BM_QuotedDecode_GMime(benchmark::State& state)
     Finish(state, code.size(), bytes == expected);
 }
 
-// Whole operations, including the conversions from and to wide text.
+// Measures whole operations, including the conversions from and to wide text.
 void BM_QuotedWideRoundTrip_Toolkit(benchmark::State& state)
 {
     const TString<wchar_t> text = WideText(state);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t c_count = 1000;
 
-// Numbers of one to ten digits.
+// Returns numbers of one to ten digits.
 std::vector<int> Integers()
 {
     std::mt19937 random(1);
@@ -23,7 +23,7 @@ std::vector<int> Integers()
     return numbers;
 }
 
-// Measurements with two to four decimals, and some numbers of every magnitude.
+// Returns measurements with two to four decimals, and some numbers of every magnitude.
 std::vector<double> Doubles()
 {
     std::mt19937 random(2);

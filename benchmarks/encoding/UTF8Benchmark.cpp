@@ -15,7 +15,7 @@ namespace {
 
 enum Script { Ascii, Latin, Cjk };
 
-// A string whose UTF-8 form has about the requested number of bytes.
+// Returns a string whose UTF-8 form has about the requested number of bytes.
 std::wstring WideText(benchmark::State& state)
 {
     constexpr const wchar_t* samples[] = {
@@ -77,7 +77,7 @@ public:
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
 
-    // Returns the number of unused bytes of the output.
+    // Converts with iconv() and returns the number of unused bytes of the output.
     std::size_t Convert(const void* input, std::size_t inputLength, void* output,
                         std::size_t outputLength)
     {

@@ -64,7 +64,7 @@ void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
     CheckCount(state, names.size());
 }
 
-// Names only, each read into the same string.
+// Reads only the names, each into the same string.
 void Walk(benchmark::State& state, const wxString& fileSpec)
 {
     const wxString path(ThePath());

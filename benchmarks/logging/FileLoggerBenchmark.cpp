@@ -54,21 +54,21 @@ public:
         ILogger::SetLogger(
             new FileLogger(threshold, std::wstring(name.begin(), name.end()), c_noLimit));
     }
-    // Waits until everything is in the file.
+    // Waits until all lines are in the file.
     ~ToolkitLog()
     {
         ILogger::ReleaseInstance();
         PathManager::ReleaseInstance();
     }
 
-    // Eleven insertions and the severity.
+    // Logs a line that consists of eleven insertions and the severity.
     static void WriteLine(const TString<wchar_t>& path)
     {
         TOOLKIT_LOG(SeverityInfo) << L"Unable to open file : " << path << ILogger::c_strLogToken3;
     }
 };
 
-// The peer's asynchronous logger with its default queue. It flushes the file after each message.
+// spdlog's asynchronous logger with its default queue. It flushes the file after each message.
 class SpdlogLog {
 public:
     explicit SpdlogLog(spdlog::level::level_enum threshold = spdlog::level::info)
@@ -96,7 +96,7 @@ private:
 const TString<wchar_t> c_widePath = L"/home/user/settings.ini";
 const std::string c_narrowPath = "/home/user/settings.ini";
 
-// The time that a caller spends on one line; the writers run concurrently.
+// Measures the time that a caller spends on one line; the writers run concurrently.
 template <typename Log, typename Path>
 void LogLine(benchmark::State& state, const Path& path)
 {
@@ -138,7 +138,7 @@ void AwaitLastLine()
     }
 }
 
-// The time until many lines are completely in the file.
+// Measures the time until many lines are completely in the file.
 template <typename Log, typename Path>
 void LogMillion(benchmark::State& state, const Path& path, const Path& last)
 {
@@ -171,7 +171,7 @@ void BM_LogMillion_Spdlog(benchmark::State& state)
 }
 BENCHMARK(BM_LogMillion_Spdlog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-// Measures the memory of this line: 62 bytes in eleven insertions.
+// The line whose memory is measured: 62 bytes in eleven insertions.
 const TString<wchar_t> c_line[] = {L"2",
                                    L" ",
                                    L"1234567890",
@@ -218,7 +218,7 @@ void BM_LogMemory_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_LogMemory_Toolkit)->Iterations(1);
 
-// The same lines in one string of the exact capacity.
+// Stores the same lines in one string of the exact capacity.
 void BM_LogMemory_Text(benchmark::State& state)
 {
     std::string line;

@@ -1,6 +1,6 @@
-// The time of a whole process that starts and stops its library. The programs take turns, so that
-// noise affects all of them equally, in random order: a program starts faster after one with the
-// same libraries, which are in the processor's caches then. A row shows the median.
+// Measures whole processes that start and stop their library. The programs take turns, so that
+// noise affects all of them equally. Their order is random, because a program starts faster after
+// one with the same libraries, which are then in the processor's caches. A row shows the median.
 
 #include <benchmark/benchmark.h>
 
@@ -23,8 +23,8 @@ enum Program { Toolkit, Wx, Qt, ProgramCount };
 constexpr const char* c_paths[ProgramCount] = {START_TOOLKIT, START_WX, START_QT};
 constexpr int c_rounds = 201;
 
-// The loader finds the peers' libraries in its cache, where it would find an installed Toolkit too.
-// It would search two dozen directories for the one in the build tree. Naming the file avoids that.
+// The loader finds the peers' libraries in its cache, as it would an installed Toolkit. But it
+// would search two dozen directories for the one in the build tree, so LD_PRELOAD names the file.
 void SetPreloaded(const char* library)
 {
     if (*library)
@@ -33,7 +33,7 @@ void SetPreloaded(const char* library)
         ::unsetenv("LD_PRELOAD");
 }
 
-// Negative when the program fails.
+// Returns how long the program runs, in seconds; negative if it fails.
 double RunProgram(Program program)
 {
     const char* const path = c_paths[program];
@@ -75,7 +75,7 @@ std::array<double, ProgramCount> MeasureAll()
     return medians;
 }
 
-// `allowance` is added to the median, in seconds.
+// Reports the median of a program plus `allowance`, in seconds.
 void Report(benchmark::State& state, Program program, double allowance = 0)
 {
     static const std::array<double, ProgramCount> medians = MeasureAll();
@@ -99,7 +99,7 @@ void BM_ProcessStart_wx(benchmark::State& state)
 }
 BENCHMARK(BM_ProcessStart_wx)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-// The limit for the library's start.
+// The goal for the library's start: at most 2 ms longer than wxWidgets alone.
 void BM_ProcessStart_wxPlus2ms(benchmark::State& state)
 {
     Report(state, Wx, 0.002);

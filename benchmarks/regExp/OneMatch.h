@@ -10,8 +10,8 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
 
-/// Finding one match in a short string. Every peer compiles the pattern for every operation, like
-/// the library.
+/// Benchmarks of finding one match in a short string. Like the library, every peer compiles the
+/// pattern for every operation.
 namespace OneMatch {
 
 inline const std::string c_pattern = "(\\w+)@(\\w+)\\.([a-z]+)";
@@ -46,7 +46,7 @@ inline PCRE2_SPTR ToUnits(const std::string& text)
     return reinterpret_cast<PCRE2_SPTR>(text.data());
 }
 
-/// A pattern, compiled as a program does that uses PCRE 2 directly.
+/// A pattern, compiled the way a program that uses PCRE 2 directly compiles it.
 class Pcre2Pattern {
 public:
     explicit Pcre2Pattern(const std::string& pattern)

@@ -21,7 +21,7 @@ namespace {
 using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 
-// A string of 60 KB with 1,600 matches. The replacement contains none.
+// Returns a string of 60 KB with 1,600 matches. The replacement contains none.
 std::string LongText()
 {
     std::string text;
@@ -207,7 +207,7 @@ void BM_Match_Std(benchmark::State& state)
 }
 BENCHMARK(BM_Match_Std);
 
-// Checks once, after the loop, so that the comparison is not measured.
+// Measures `operation`. Checks its result once, after the loop, so that the check is not measured.
 template <typename Operation>
 void Replace(benchmark::State& state, const Operation& operation)
 {
@@ -238,7 +238,8 @@ void BM_ReplaceLookingBehind_Toolkit(benchmark::State& state)
 BENCHMARK(BM_ReplaceLookingBehind_Toolkit);
 
 #ifdef HAS_PCRE
-// Step by step: replaces in the string, copies it, then checks and searches all of it again.
+// Replaces step by step: each step replaces one match, copies the string, and validates and
+// searches all of it again.
 std::string ReplaceInSteps(const std::string& pattern, const std::string& given)
 {
     constexpr int options = PCRE_NOTBOL | PCRE_NOTEOL | PCRE_NOTEMPTY;

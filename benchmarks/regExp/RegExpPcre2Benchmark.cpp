@@ -1,5 +1,5 @@
-// Compares the operations on PCRE 2 with its bare functions. The program has its own copy of the
-// operations where the library uses PCRE 1.
+// Compares RegExp on PCRE 2 with the bare functions of PCRE 2. If the library uses PCRE 1, the
+// program has its own copy of RegExp.
 
 #include "regExp/OneMatch.h"
 

@@ -30,7 +30,7 @@ Run PrepareList(int entries)
     };
 }
 
-// Calls `read` with an entry that contains lines.
+// Returns a run that calls `read` with an entry of `lines` lines.
 template <typename Read>
 Run PrepareEntry(int lines, Read read)
 {

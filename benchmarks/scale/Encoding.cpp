@@ -13,7 +13,8 @@ namespace {
 using namespace Toolkit;
 using Text = TString<wchar_t>;
 
-// An operation on the result of `encode` for a text with every tenth character outside ASCII.
+// Returns an operation on the result of `encode` for a text in which every tenth character is not
+// ASCII.
 template <typename Encode, typename Use>
 Operation OnEncoded(const char* name, Encode encode, Use use)
 {
@@ -26,7 +27,7 @@ Operation OnEncoded(const char* name, Encode encode, Use use)
             }};
 }
 
-// An operation on such a text.
+// Returns an operation on such a text itself.
 template <typename Use>
 Operation RunOnText(const char* name, Use use)
 {

@@ -40,7 +40,7 @@ Run PrepareFile(int length)
     };
 }
 
-// The files of a smaller directory are part of a larger one.
+// Keeps the files of the smaller directory that was measured before, and adds the missing ones.
 Run PrepareDirectory(int files)
 {
     const std::filesystem::path path = Directory() / "files";

@@ -2,13 +2,13 @@
 
 #include <cstddef>
 
-/// What the program and the library have allocated with `operator new`.
+/// Measures the memory that the program and the library allocate with `operator new`.
 namespace Scale::HeapMeter {
 
-/// Starts to measure.
+/// Starts a measurement.
 void Reset();
 
-/// The peak since Reset(), without what was allocated before.
+/// Returns the peak since Reset() in bytes, without the memory allocated before it.
 std::size_t Peak();
 
 } // namespace Scale::HeapMeter

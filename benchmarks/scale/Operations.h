@@ -10,7 +10,7 @@
 /// Operations whose cost is measured at several sizes of their input.
 namespace Scale {
 
-/// One run. Its input is made before it, and its result lives until the next run.
+/// One run of an operation. Its input exists before it starts; its result lives until the next run.
 using Run = std::function<void()>;
 
 struct Operation {
@@ -34,16 +34,16 @@ void AddArchiveOperations(Operations& operations);
 void AddThreadOperations(Operations& operations);
 void AddMessageOperations(Operations& operations);
 
-/// The directory for all files, removed at the end.
+/// Returns the directory for all files, which is removed at the end of the program.
 const std::filesystem::path& Directory();
 
-/// A path for the library.
+/// Converts a path for the library.
 TString<wchar_t> Wide(const std::filesystem::path& path);
 
-/// Ends the program when a run has a wrong result.
+/// Ends the program if `condition` is false: a run has a wrong result.
 void Require(bool condition);
 
-/// Words of changing letters, in lower case.
+/// Returns words of changing lower-case letters.
 template <typename Char>
 std::basic_string<Char> Words(int length)
 {

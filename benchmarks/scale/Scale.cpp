@@ -20,7 +20,7 @@ namespace {
 constexpr int c_fewestRuns = 5;
 constexpr double c_shortestMeasurement = 0.2;
 
-// The processor time of all threads: other programs hardly change it.
+// Returns the processor time of all threads, which other programs hardly change.
 double SecondsOf(const Run& run)
 {
     const std::clock_t start = std::clock();

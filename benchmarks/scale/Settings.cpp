@@ -14,7 +14,7 @@ using Toolkit::CmdLineParser;
 using Toolkit::IniFile;
 using Text = TString<wchar_t>;
 
-// Writes a file of one section, or of sections of ten keys.
+// Writes a file with one section, or with sections of ten keys each.
 Text WriteSettings(int keys, bool hasManySections)
 {
     const std::filesystem::path path = Directory() / "settings.ini";

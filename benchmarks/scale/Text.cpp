@@ -12,7 +12,7 @@ using Toolkit::Bytes;
 using Toolkit::FSStream;
 using Text = TString<wchar_t>;
 
-// An operation on a text of words.
+// Returns an operation on a string of words.
 template <typename Use>
 Operation RunOnText(const char* name, Use use)
 {

@@ -47,7 +47,7 @@ Run PrepareNotify(int count)
     return [notifier] { notifier->Send(); };
 }
 
-// Removed in the order in which they were added.
+// Adds listeners and removes them in the same order.
 Run PrepareListeners(int count)
 {
     const auto listeners = std::make_shared<std::vector<smart_ptr<Listener>>>(MakeListeners(count));
@@ -68,7 +68,7 @@ void WriteLines(FileLogger& logger, int count)
         logger.Write(c_line);
 }
 
-// Until all lines are in the file.
+// Logs lines and waits until all of them are in the file.
 Run PrepareLog(int lines)
 {
     PathManager::CreateInstance();

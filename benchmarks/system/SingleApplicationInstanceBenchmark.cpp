@@ -1,4 +1,4 @@
-// The check whether another instance of the application runs, from start to end.
+// Measures the whole check for another running instance of the application.
 
 #include "toolkit/files/PathManager.h"
 #include "toolkit/system/SingleApplicationInstance.h"
@@ -15,7 +15,7 @@ namespace {
 
 using namespace Toolkit;
 
-// A home directory, in which the checks keep their files.
+// A home directory, in which the check creates its files.
 class Home {
 public:
     Home()
