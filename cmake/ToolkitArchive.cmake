@@ -1,4 +1,4 @@
-# `cpack --config build/release/CPackConfig.cmake` makes a .tar.gz of the installed tree, which may be
+# `cpack --config build/release/CPackConfig.cmake` creates a .tar.gz of the installed tree, which can be
 # unpacked anywhere.
 
 set(CPACK_GENERATOR TGZ)

@@ -7,14 +7,14 @@ target_compile_options(
     INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
               # A unique symbol would pin the library in memory: it could never be unloaded.
               $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
-              # Calls into other libraries skip the PLT: locking is mostly such calls.
+              # Calls into other libraries skip the PLT, because locking consists mostly of such calls.
               $<$<PLATFORM_ID:Linux>:-fno-plt>
 )
-# As a subproject the library must not fail on a newer compiler's warnings.
+# As a subproject, the library must not fail to build because of a newer compiler's warnings.
 if(PROJECT_IS_TOP_LEVEL)
     target_compile_options(ToolkitBuildOptions INTERFACE -Werror)
 endif()
-# Builds in different directories give equal bytes.
+# Builds in different directories produce identical files.
 target_compile_options(
     ToolkitBuildOptions
     INTERFACE "$<$<CONFIG:Release,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"

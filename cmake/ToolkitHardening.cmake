@@ -1,6 +1,6 @@
 # ToolkitHardening: compiler and linker options of the library's release builds that stop a program whose
-# memory is about to be corrupted. Empty without TOOLKIT_HARDENING, with sanitizers, which check more,
-# and in other builds.
+# memory is about to be corrupted. Empty if TOOLKIT_HARDENING is off, in builds with sanitizers, which
+# check more, and in other build types.
 
 add_library(ToolkitHardening INTERFACE)
 if(NOT TOOLKIT_HARDENING OR TOOLKIT_SANITIZE)
@@ -8,7 +8,7 @@ if(NOT TOOLKIT_HARDENING OR TOOLKIT_SANITIZE)
 endif()
 
 set(release "$<CONFIG:Release,MinSizeRel>")
-# Undefined first: distributions define it themselves, to a number of their own.
+# Undefines _FORTIFY_SOURCE first: distributions define it themselves, to other values.
 target_compile_options(
     ToolkitHardening
     INTERFACE "$<${release}:-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"

@@ -1,6 +1,6 @@
 # Toolkit::icu: the ICU libraries, which supply the user's date and time patterns.
 #
-# Used by the library's own build. Without ICU the target is not defined.
+# Used by the library's own build. If ICU is missing, the target is not defined.
 
 function(toolkit_find_icu)
     find_package(ICU QUIET COMPONENTS i18n uc)

@@ -60,13 +60,13 @@ function(toolkit_flags result target property flag)
     set(${result} "${flags}" PARENT_SCOPE)
 endfunction()
 
-# wxWidgets has no pkg-config module to require.
+# Passes the flags of wxWidgets itself, which has no pkg-config module to require.
 toolkit_flags(pc_includes ${pc_wx} INTERFACE_INCLUDE_DIRECTORIES "-isystem ")
 toolkit_flags(pc_definitions ${pc_wx} INTERFACE_COMPILE_DEFINITIONS "-D")
 toolkit_flags(pc_options ${pc_wx} INTERFACE_COMPILE_OPTIONS "")
 toolkit_flags(pc_libs ${pc_wx} INTERFACE_LINK_LIBRARIES "")
 set(pc_cflags "${pc_includes} ${pc_definitions} ${pc_options}")
-# Relative to this file, so that an installed tree may be moved.
+# Relative to toolkit.pc, so that an installed tree can be moved.
 file(RELATIVE_PATH pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 string(REGEX REPLACE "/$" "" pc_prefix "${pc_prefix}")
 configure_file(
@@ -76,8 +76,8 @@ install(FILES "${PROJECT_BINARY_DIR}/package/toolkit.pc"
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
 )
 
-# gdb looks for a script of this name beside the library, so an installed tree may be moved.
-# Distributions want it in gdb's own folder, under the library's path.
+# gdb looks for a script of this name beside the library, so an installed tree can be moved.
+# Distributions want the script in gdb's own folder, under the library's path.
 if(BUILD_SHARED_LIBS AND NOT APPLE)
     set(TOOLKIT_GDB_DIR "${CMAKE_INSTALL_LIBDIR}" CACHE STRING "Where gdb's script is installed")
     install(FILES "${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
@@ -86,7 +86,7 @@ if(BUILD_SHARED_LIBS AND NOT APPLE)
     )
 endif()
 
-# Removes what the last installation from this build folder put in place.
+# Removes the files of the last installation from this build folder.
 if(NOT TARGET uninstall)
     add_custom_target(
         uninstall

@@ -1,7 +1,7 @@
 # Toolkit::pcre: PCRE 1, one of the two engines for regular expressions.
 #
-# Used by the library's own build and by the installed package of a static library. Without PCRE 1
-# the target is not defined.
+# Used by the library's own build and by the installed package of a static library. If PCRE 1 is
+# missing, the target is not defined.
 
 find_path(TOOLKIT_PCRE_INCLUDE_DIR pcre.h)
 find_library(TOOLKIT_PCRE_LIBRARY pcre)

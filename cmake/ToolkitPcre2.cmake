@@ -1,7 +1,7 @@
 # Toolkit::pcre2: PCRE 2, one of the two engines for regular expressions.
 #
 # Used by the library's own build and by the installed package of a static library. The target is not
-# defined without PCRE 2, nor with one before 10.30, which matches recursively on the stack.
+# defined if PCRE 2 is missing or older than 10.30: older versions match recursively on the stack.
 
 find_path(TOOLKIT_PCRE2_INCLUDE_DIR pcre2.h)
 find_library(TOOLKIT_PCRE2_LIBRARY pcre2-8)

@@ -1,5 +1,5 @@
-# TOOLKIT_REGEX_ENGINE_USED: the engine for regular expressions that TOOLKIT_REGEX_ENGINE asks for,
-# `pcre` or `pcre2`. Its target is Toolkit::pcre or Toolkit::pcre2; tests use both where both exist.
+# TOOLKIT_REGEX_ENGINE_USED: the regular expression engine that TOOLKIT_REGEX_ENGINE selects, `pcre` or
+# `pcre2`. Its target is Toolkit::pcre or Toolkit::pcre2; tests use both engines if both exist.
 
 include(ToolkitPcre)
 include(ToolkitPcre2)
@@ -30,7 +30,8 @@ set(TOOLKIT_REGEX_SOURCES_pcre2
     regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
 )
 
-# What an engine needs, and what RegExp needs besides, for tests and benchmarks that compile them in.
+# The further sources that an engine needs, and all that RegExp needs besides its engine, for tests and
+# benchmarks that compile them in.
 set(TOOLKIT_REGEX_SOURCES_needed
     base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
     regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp

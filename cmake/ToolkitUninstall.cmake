@@ -1,4 +1,4 @@
-# Removes the files that MANIFEST lists, and the folders that are empty then.
+# Removes the files that MANIFEST lists, and those of the library's folders that are then empty.
 
 if(NOT EXISTS "${MANIFEST}")
     message(FATAL_ERROR "There is no ${MANIFEST}: nothing was installed from this build folder")
@@ -13,7 +13,7 @@ foreach(path IN LISTS installed)
     list(APPEND folders "${folder}")
 endforeach()
 
-# Only folders that are named after the library: others belong to the system.
+# Removes only folders that are named after the library: others belong to the system.
 list(REMOVE_DUPLICATES folders)
 list(SORT folders ORDER DESCENDING)
 while(folders)

@@ -1,9 +1,9 @@
-# Toolkit::wxBase and Toolkit::wxNet: the wxWidgets libraries without their user interface part.
+# Toolkit::wxBase and Toolkit::wxNet: the wxWidgets libraries that need no user interface.
 #
-# Used by the library's own build and by its installed package. Without wxWidgets the targets are not
-# defined.
+# Used by the library's own build and by its installed package. If wxWidgets is missing, the targets are
+# not defined.
 
-# A function, so that the caller's wxWidgets_... variables stay unchanged.
+# A function, so that find_package() leaves the caller's wxWidgets_... variables unchanged.
 function(toolkit_find_wx)
     find_package(wxWidgets 3.2 QUIET COMPONENTS net base)
     if(NOT wxWidgets_FOUND)
@@ -17,7 +17,7 @@ function(toolkit_find_wx)
         set(target Toolkit::wx${component})
         add_library(${target} INTERFACE IMPORTED GLOBAL)
         target_include_directories(${target} SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})
-        # Without wxUSE_GUI=0 the headers require the user interface libraries.
+        # Otherwise the headers require the user interface libraries.
         target_compile_definitions(${target} INTERFACE ${wxWidgets_DEFINITIONS} wxUSE_GUI=0)
         target_compile_options(${target} INTERFACE ${wxWidgets_CXX_FLAGS})
         target_link_directories(${target} INTERFACE ${wxWidgets_LIBRARY_DIRS})

@@ -1,4 +1,4 @@
-"""Reads what the benchmark programs wrote."""
+"""Reads the results that the benchmark programs wrote."""
 
 import json
 import pathlib
@@ -6,12 +6,12 @@ import re
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 NAME = re.compile(r"BM_(?P<what>[^_/]+)_(?P<who>[^/]+)(?P<arguments>/.*)?$")
-# In the names of benchmarks that select the wall clock, because they wait for other threads.
+# Part of the names of benchmarks that measure wall-clock time, because they wait for other threads.
 WALL_CLOCK = re.compile(r"/(real|manual)_time")
 
 
 class Bytes(float):
-    """An amount of memory, where other results are nanoseconds."""
+    """An amount of memory; other results are nanoseconds."""
 
 
 def read_results(directory):
@@ -36,12 +36,12 @@ def read_results(directory):
 
 
 def place_in_source(entry):
-    """A key that undoes the random order in which the benchmarks ran."""
+    """Returns a sort key that undoes the random order in which the benchmarks ran."""
     return entry["family_index"], entry["per_family_instance_index"]
 
 
 def median_of(values):
-    # Sorting keeps the type, which a mean would lose: there is an odd number of repetitions.
+    # There is an odd number of repetitions. Their median keeps the type, which a mean would lose.
     return sorted(values)[len(values) // 2]
 
 
