@@ -121,7 +121,7 @@ std::optional<std::size_t> FindLine(std::string_view bytes, Predicate isMeant)
     return {};
 }
 
-// Warns of bytes that are unlikely in UTF-8, unless the file has a byte order mark of UTF-16 or
+// Reports invalid UTF-8 and null characters, unless the file has a byte order mark of UTF-16 or
 // UTF-32.
 std::vector<IniFinding> CheckEncoding(std::string_view bytes)
 {

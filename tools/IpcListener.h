@@ -14,7 +14,7 @@ public:
     IpcListener(Output& output, unsigned int count) : m_output(output), m_count(count) {}
 
     /// Listens until the last message or a stop signal; returns an exit code. Throws a `Failure` if
-    /// it cannot listen, and what the output throws.
+    /// it cannot listen, and rethrows exceptions of the output.
     int Run(const TString<wchar_t>& service);
 
     /// Prints a message, and ends the event loop after the last one.

@@ -12,7 +12,7 @@ namespace Tool {
 struct LogName {
     std::string directory;
     std::string name; ///< Empty if the file does not have the name of a log.
-    std::string file; ///< The file name that `argument` means; for a logger, "name.qvlog".
+    std::string file; ///< The name of the single file; for a logger, "name.qvlog".
     uid_t owner;      ///< Files of other users are ignored: anybody may create one of this name.
 };
 

@@ -19,10 +19,10 @@ struct LogPart {
 /// by an older one.
 ///
 /// At a seam the tick count steps back by about as much as it advances in a whole round. Lines of
-/// several threads cause steps back too, but smaller ones, or none to before the first line of
-/// their round. If no step back is clear, the file is treated as a ring, and the widest step back,
-/// including the one from the last line to the first, is the seam. If a round was shorter than the
-/// previous one, what is left of the previous one begins at another seam.
+/// several threads cause steps back too, but these are smaller, or do not reach back before the
+/// first line of their round. If no step back is clear, the file is treated as a ring, and the
+/// widest step back, including the one from the last line to the first, is the seam. If a round was
+/// shorter than the previous one, what is left of the previous one begins at another seam.
 class LogSeams {
 public:
     /// Adds the next record of the file.

@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-/// Selects entries of an archive; the arguments of ArchiveZip::EntriesList().
+/// Selects entries of an archive. See ArchiveZip::EntriesList() for its members.
 struct ZipSelection {
     std::string filter;
     Toolkit::ArchiveEntriesFlags::ArchiveEntriesType type =

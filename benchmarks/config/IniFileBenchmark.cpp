@@ -126,7 +126,7 @@ public:
         // Lists all keys, because QSettings parses the sections only then.
         benchmark::DoNotOptimize(m_settings->childKeys());
     }
-    // QSettings caches a loaded file until the file changes.
+    // QSettings caches a loaded file until the file changes, so this loads an empty one instead.
     ~QtSettings()
     {
         m_settings.reset();

@@ -77,7 +77,7 @@ void BM_FreshTokens_BoostSplit(benchmark::State& state)
 }
 BENCHMARK(BM_FreshTokens_BoostSplit)->Arg(60)->Arg(100'000);
 
-// A string of letters in both cases and a copy with the cases swapped.
+// Two strings of the same letters, of which different ones are capitals.
 struct CasePair {
     explicit CasePair(benchmark::State& state)
     {
