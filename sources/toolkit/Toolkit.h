@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything that the library offers.
+/// Includes every public header of the library.
 
 #include "toolkit/archive/ArchiveEntriesFlags.h"
 #include "toolkit/archive/ArchiveZip.h"

@@ -4,7 +4,7 @@
 
 namespace Toolkit {
 
-/// Which entries a listing of an archive leaves out.
+/// Selects which entries of an archive a listing includes.
 struct TOOLKIT_API ArchiveEntriesFlags {
     enum ArchiveEntriesType {
         AllEntries = 0,

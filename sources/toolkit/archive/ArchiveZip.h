@@ -25,38 +25,39 @@ namespace Toolkit {
 /// One object is used by one thread at a time. Nothing is thrown.
 class TOOLKIT_API ArchiveZip {
 public:
-    /// Entries by name. Names have the system's form: that of a directory ends in a separator.
+    /// Entries by name. Names use the system's path separator; a directory's name ends with it.
     using EntriesMap = std::map<TString<wchar_t>, smart_ptr<ArchiveZipEntry>>;
 
     ArchiveZip();
     virtual ~ArchiveZip();
 
     /// Closes the open archive and opens the file `path`. EntriesList() reports whether that
-    /// succeeded. When out of memory the archive is closed. A pipe can be listed, but its entries
-    /// cannot be read afterwards.
+    /// succeeded. When out of memory, no archive is open afterwards. A pipe can be listed, but its
+    /// entries cannot be read afterwards.
     ///
     /// Names not marked as UTF-8 are decoded in the encoding of the environment's locale, or as ISO
-    /// 8859-1 where they are not valid in it.
+    /// 8859-1 if they are not valid in it.
     void Open(const TString<wchar_t>& path);
 
-    /// Streams from GetZipInputStream() stay usable.
+    /// Closes the archive. Streams from GetZipInputStream() stay usable.
     void Close();
 
-    /// Replaces `entries` by those of the archive; of entries with one name the first counts.
-    /// Returns their number, or -1, and logs an error, when the archive is closed or cannot be
-    /// read. Also -1, without a log line, when out of memory.
+    /// Replaces `entries` with those of the archive; of entries with the same name only the first
+    /// is listed. Returns the number of entries. If the archive is closed or cannot be read, logs
+    /// an error and returns -1. When out of memory, returns -1 without logging.
     ///
     /// Lists only names that begin with the part of `filter` before its last "*", regardless of
-    /// case; the part after that star is ignored. The empty filter and "*.*" list all.
+    /// case. The rest of `filter` is ignored; without a "*" all of it counts. The empty filter and
+    /// "*.*" list everything.
     ///
-    /// Listing leaves the archive at the end of its data: to list it again, open it again. For a
-    /// file that is not an archive, the first listing has 0 entries.
+    /// Listing leaves the archive at the end of its data: to list it again, open it again. The
+    /// first listing of a file that is not an archive returns 0.
     int EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                     ArchiveEntriesFlags::ArchiveEntriesType type);
 
-    /// The archive's one stream, moved to the beginning of `entry`, which must come from a listing
-    /// of this archive. If the entry cannot be opened, the first read fails. An empty `entry`
-    /// leaves the stream where it is. The result is empty when the archive is closed.
+    /// Returns the archive's only stream, moved to the beginning of `entry`, which must come from a
+    /// listing of this archive. If the entry cannot be opened, the first read fails. An empty
+    /// `entry` leaves the stream where it is. Returns an empty pointer when the archive is closed.
     smart_ptr<ZipInputStream> GetZipInputStream(const smart_ptr<ArchiveZipEntry>& entry);
 
 private:

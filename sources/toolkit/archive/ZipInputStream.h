@@ -10,30 +10,30 @@ class wxZipInputStream;
 
 namespace Toolkit {
 
-/// Reads an entry of a Zip archive as words, lines or bytes, in any order.
+/// Reads an entry of a Zip archive as words, lines or bytes, in any combination.
 ///
-/// An archive has one stream, which reads the entry that was opened last. Text is UTF-8, or in the
-/// encoding of a byte-order mark at the position where an operation begins to read. One thread at a
-/// time may use an object. Nothing is thrown: out of memory is an error of the stream.
+/// An archive has one stream, which reads the entry that was opened last. Text is decoded as UTF-8,
+/// or as a byte-order mark says, if there is one where an operation begins to read. One thread at a
+/// time may use an object. Nothing is thrown: out of memory puts the stream into its error state.
 class TOOLKIT_API ZipInputStream : public InputStream {
 public:
     /// Takes ownership of `stream`.
     explicit ZipInputStream(wxZipInputStream* stream);
     ~ZipInputStream() override;
 
-    /// The wxWidgets stream, owned by this object.
+    /// Returns the wxWidgets stream, which this object owns.
     operator wxZipInputStream*() const;
 
     bool CanRead() const;
 
-    /// False after an error, and after a read that has met the end of the entry.
+    /// False after an error, and after a read that reached the end of the entry.
     bool IsOk() const;
 
     /// Reads the next word and the space, tab or line end after it.
     ZipInputStream& operator>>(TString<wchar_t>& word);
 
-    /// Reads the next line, without its end: a line feed, a carriage return or both. False, with an
-    /// empty line, when the data end before the line end: a last line without an end is lost.
+    /// Reads the next line, without its end: a line feed, a carriage return or both. Returns false,
+    /// with an empty `line`, if the data end first: a last line without a line end is lost.
     bool ReadLine(TString<wchar_t>& line);
 
     /// Appends the rest of the entry to `bytes`. For damaged data it appends what can be

@@ -14,7 +14,7 @@ namespace Toolkit {
 /// When out of memory, constructors and SetValue() throw std::bad_alloc and change nothing.
 class TOOLKIT_API CmdLineOption {
 public:
-    /// `name` has no dash and is folded to lower case. Parsing fails when a `required`
+    /// Takes `name` without its dash and converts it to lower case. Parsing fails if a `required`
     /// option is missing.
     CmdLineOption(const TString<wchar_t>& name, bool required);
     virtual ~CmdLineOption();
@@ -39,46 +39,46 @@ private:
 
 /// Splits a command line into tokens and finds an application's options in them.
 ///
-/// An option is a dash and a name; the next token is its value unless it begins with a dash, too.
+/// An option is a dash and a name; the next token is its value unless that begins with a dash, too.
 /// So "-5" is an option named "5". Users must type names in lower case: names are registered in
 /// lower case and compared exactly. Unknown options and other words are ignored.
 ///
-/// One thread at a time may use an object. When out of memory there are no tokens, an option is not
-/// added, and parsing fails; only a copy throws `std::bad_alloc`.
+/// One thread at a time may use an object. When out of memory, constructors store no tokens,
+/// AddOption() and Parse() return false, and only copying throws `std::bad_alloc`.
 class TOOLKIT_API CmdLineParser {
 public:
-    /// The separators of tokens: space and tab.
+    /// The characters that separate tokens: space and tab.
     static const TString<wchar_t> c_strSeparators;
-    /// The beginning of an option: "-".
+    /// The prefix of an option: "-".
     static const TString<wchar_t> c_strIdentifiers;
-    /// The quote around a token with separators: the double quote.
+    /// The character that quotes a token with separators in it: the double quote.
     static const TString<wchar_t> c_strDelimiters;
 
-    /// One token per element of `argv`, the program name included, taken as they are. A null
-    /// element ends the vector early.
+    /// Stores each element of `argv` unchanged as one token, the program name included. A null
+    /// element ends `argv` early.
     CmdLineParser(int argc, const wchar_t** argv);
     CmdLineParser(int argc, wchar_t** argv);
-    /// The same; each element is decoded from UTF-8.
+    /// The same, but decodes each element from UTF-8.
     CmdLineParser(int argc, const char** argv);
     CmdLineParser(int argc, char** argv);
-    /// The tokens of one text.
+    /// Splits `commandLine` as Tokenize() does.
     CmdLineParser(const TString<wchar_t>& commandLine);
-    /// The same; the text is decoded from UTF-8.
+    /// The same, but decodes `commandLine` from UTF-8 first.
     CmdLineParser(const TString<char>& commandLine);
 
-    /// Registers `option` and shares it with the caller. False when it is empty or its name is
-    /// registered already.
+    /// Registers `option` and shares it with the caller. False if `option` is empty or its name is
+    /// already registered.
     bool AddOption(smart_ptr<CmdLineOption> option);
 
     /// Replaces `tokens` with those of `line`.
     ///
-    /// Tokens are separated by spaces and tabs. One that begins with a double quote reaches to the
-    /// next quote, and the text between the two may be empty; without a second quote it is
-    /// dropped together with the rest of the line. A quote inside a token is an ordinary character.
+    /// Spaces and tabs separate tokens. A token that begins with a double quote ends at the next
+    /// quote and may be empty; without a second quote it is dropped together with the rest of the
+    /// line. A quote inside a token is an ordinary character.
     static void Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens);
 
-    /// Marks the options that the tokens name and stores their values. False when a required option
-    /// is not defined. Parsing again keeps earlier marks and values that it does not set.
+    /// Marks the options that the tokens name as defined and stores their values. False if a
+    /// required option is not defined. Parsing again keeps marks and values that it does not set.
     bool Parse();
 
 private:

@@ -17,23 +17,23 @@ class IniSections;
 ///     ; a comment, in the first column only
 ///     name = value
 ///
-/// Lines end and are decoded as in `TextFile`. A section is named by everything between the
+/// Lines are split and decoded as in `TextFile`. The name of a section is everything between the
 /// brackets, spaces included; a repeated header continues its section. Spaces and tabs
-/// around keys and values are dropped; quotes have no meaning. Of two lines for one key in a
-/// section the first counts. Lines above the first header, and lines that are neither header nor
+/// around keys and values are dropped; quotes have no meaning. If a key is repeated in a section,
+/// its first line counts. Lines above the first header, and lines that are neither header nor
 /// key, are ignored. Names are case-sensitive.
 ///
-/// An object may be copied. Several threads may read it at once. The first read of a value converts
-/// the values of its section: when they do not fit into memory, GetValue(), GetUint32(), GetInt32()
+/// An object may be copied. Several threads may read it at once. The first read of a value decodes
+/// all values of its section: if they do not fit into memory, GetValue(), GetUint32(), GetInt32()
 /// and GetBool() throw std::bad_alloc. No other operation throws.
 class TOOLKIT_API IniFile {
 public:
     /// Reads the file `path`; IsLoaded() reports whether that succeeded.
     IniFile(const TString<wchar_t>& path);
 
-    /// Replaces the settings with those of the file `path`. False, without settings, when the file
-    /// cannot be read into memory, which is logged as an error, or when there is no memory for its
-    /// settings, which is not logged. IsLoaded() does not change.
+    /// Replaces the settings with those of the file `path`. On failure returns false and leaves no
+    /// settings. Logs an error if the file cannot be read into memory; does not log when out of
+    /// memory for the settings. IsLoaded() does not change.
     bool Parse(const TString<wchar_t>& path);
 
     /// Whether the file given at construction was read.
@@ -45,20 +45,20 @@ public:
     /// Whether the key exists, even with an empty value.
     bool HasValue(const TString<wchar_t>& section, const TString<wchar_t>& key) const;
 
-    /// The value of a key, or a reference to `defaultValue`, which must then outlive the use of the
-    /// result. The reference is valid until the next Parse().
+    /// Returns the value of a key; the reference is valid until the next Parse(). Without the key,
+    /// returns a reference to `defaultValue`, which must outlive the use of the result.
     const TString<wchar_t>& GetValue(const TString<wchar_t>& section, const TString<wchar_t>& key,
                                      const TString<wchar_t>& defaultValue) const;
 
-    /// The number at the beginning of a value, 0 without a number; `defaultValue` for a key
-    /// that is missing or empty.
+    /// Return the number at the beginning of a value, or 0 if there is none; `defaultValue` for a
+    /// key that is missing or empty.
     unsigned int GetUint32(const TString<wchar_t>& section, const TString<wchar_t>& key,
                            unsigned int defaultValue) const;
     int GetInt32(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  int defaultValue) const;
 
-    /// Whether a value begins with the number 1, so "yes" and "true" are false; `defaultValue` for
-    /// a key that is missing or empty.
+    /// Whether the number at the beginning of a value is 1, so "yes" and "true" are false;
+    /// `defaultValue` for a key that is missing or empty.
     bool GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  bool defaultValue) const;
 
