@@ -7,9 +7,9 @@
 
 namespace Toolkit {
 
-/// Connects objects to a named file.
+/// Writes objects to a named file, or reads them from it.
 ///
-/// The first transfer reports a file that cannot be opened.
+/// The constructor does not report a file that cannot be opened; reading and writing fail then.
 class TOOLKIT_API FSSerializer : public Serializer {
 public:
     enum OpenMode : int { OpenRead = FSStream::OpenRead, OpenWrite = FSStream::OpenWrite };
@@ -17,11 +17,11 @@ public:
     FSSerializer(const TString<wchar_t>& path, OpenMode mode);
     ~FSSerializer() override;
 
-    /// Its own `FSStream`.
+    /// Returns the object's own `FSStream`.
     IStream& GetStream() const override;
 
 private:
-    // Only the position of the file changes, which is not part of this object's state.
+    // Only the file position changes, which is not part of this object's state.
     mutable FSStream m_stream;
 };
 

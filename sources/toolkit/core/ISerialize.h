@@ -11,10 +11,10 @@ class TOOLKIT_API ISerialize {
 public:
     virtual ~ISerialize();
 
-    /// Writes the object; a code of `StreamResult`, or one of the object's own.
+    /// Writes the object. Returns a code of `StreamResult`, or one of the object's own.
     virtual unsigned int Serialize(IStream& stream) const = 0;
 
-    /// Reads what `Serialize` wrote; a code of `StreamResult`, or one of the object's own.
+    /// Reads what `Serialize` wrote. Returns a code of `StreamResult`, or one of the object's own.
     virtual unsigned int Deserialize(IStream& stream) = 0;
 };
 

@@ -7,8 +7,8 @@ namespace Toolkit {
 
 /// A sequence of wide strings, unsigned integers and raw blocks.
 ///
-/// Items carry no type: read them in the order in which they were written. The operations return a
-/// code of `StreamResult`.
+/// Items carry no type: read them in the order in which they were written. Reads and writes return
+/// a code of `StreamResult`.
 class TOOLKIT_API IStream {
 public:
     virtual ~IStream();
@@ -21,7 +21,7 @@ public:
     virtual unsigned int Read(unsigned int& value) = 0;
     virtual unsigned int Read(void* data, unsigned int size) = 0;
 
-    /// The size of the whole stream in bytes.
+    /// Returns the size of the whole stream in bytes.
     virtual unsigned int Length() const = 0;
 };
 

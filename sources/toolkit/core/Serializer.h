@@ -7,17 +7,17 @@ namespace Toolkit {
 class ISerialize;
 class IStream;
 
-/// Connects objects to the stream of a derived class.
+/// Writes objects to the stream of a derived class, and reads them from it.
 class TOOLKIT_API Serializer {
 public:
     virtual ~Serializer();
 
     virtual IStream& GetStream() const = 0;
 
-    /// Lets `object` write itself to the stream and returns its result.
+    /// Makes `object` write itself to the stream and returns the result of `object`.
     unsigned int Serialize(const ISerialize& object) const;
 
-    /// Lets `object` read itself from the stream and returns its result.
+    /// Makes `object` read itself from the stream and returns the result of `object`.
     unsigned int Deserialize(ISerialize& object);
 };
 

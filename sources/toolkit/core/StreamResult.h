@@ -2,20 +2,20 @@
 
 namespace Toolkit {
 
-/// The results of streams and of serializable objects. Objects may return codes of their own; only
+/// Result codes of streams and of serializable objects. Objects may return codes of their own; only
 /// the failure bit says whether something went wrong.
 namespace StreamResult {
 
 constexpr unsigned int Ok = 0;
 
-/// An empty string or buffer: there was nothing (more) to transfer. Not a failure.
+/// The string or buffer was empty: there was nothing (more) to transfer. Not a failure.
 constexpr unsigned int Nothing = 0x01000000;
 
 constexpr unsigned int FailureBit = 0x10000000;
 
 constexpr unsigned int WriteIntegerFailed = 0x10000000;
 
-/// The file is not open. `Bytes` returns the same code when it cannot be written.
+/// The file is not open. `Bytes::Serialize` returns the same code when writing fails.
 constexpr unsigned int NotOpen = 0x10000002;
 
 /// Fewer bytes were read or written than asked for.

@@ -31,7 +31,7 @@ public:
     }
 };
 
-/// What a count block calls when its object has been released. The library sets none.
+/// Called by a count block after it has released its object. The library installs none.
 class TOOLKIT_API IReleaseListener {
 public:
     virtual ~IReleaseListener();
@@ -53,12 +53,12 @@ public:
     smart_ptr_inner_data(const smart_ptr_inner_data&) = delete;
     smart_ptr_inner_data& operator=(const smart_ptr_inner_data&) = delete;
 
-    /// The count of a block whose object is being released: so low that the copies an object's own
-    /// destructor makes and drops never bring it back to 1.
+    /// The count of a block whose object is being released: so low that copies that the object's
+    /// own destructor makes and drops never bring it back to 1.
     static constexpr std::int32_t c_released = std::numeric_limits<std::int32_t>::min() / 2;
 
-    /// The count of a block that is never freed. It is far from 1, since two modules of a process
-    /// may share the block and make it one after the other.
+    /// The count of a block that is never freed. Far from 1, since two modules of a process may
+    /// share the block, and each of them constructs it.
     static constexpr std::int32_t c_forEver = std::numeric_limits<std::int32_t>::max() / 2;
 
     std::atomic<std::int32_t> count;
@@ -67,7 +67,7 @@ public:
     IReleaseListener* releaseListener; // owned
 };
 
-/// Shares a heap object: the last of all copies to let go releases it through `Policy`.
+/// Shares ownership of a heap object: the last copy that lets go releases it through `Policy`.
 ///
 /// Copies may be made and dropped on different threads, since the count is atomic. One value must
 /// not be assigned on one thread while another reads or assigns it.
@@ -75,8 +75,8 @@ public:
 /// The object's destructor may copy and drop pointers to the object: they neither revive it nor
 /// release it again.
 ///
-/// Two values that are both made from one raw pointer do not share it, and release it twice. Only a
-/// copy shares.
+/// Two values constructed from the same raw pointer do not share it: they release it twice. Only
+/// copies share.
 template <typename T, typename Policy = smart_ptr_policy>
 class TOOLKIT_API smart_ptr {
 public:
@@ -106,9 +106,9 @@ public:
         return *this;
     }
 
-    /// Releases the held object, then takes ownership of `object` under a new count. `object` must
-    /// not be the held one: it would be released first. Throws `std::bad_alloc` when out of memory;
-    /// everything stays as it was, and `object` stays the caller's.
+    /// Gives up the current object, then takes ownership of `object` under a new count. `object`
+    /// must not be the current object, which may be released first. Throws `std::bad_alloc` when
+    /// out of memory; everything stays as it was, and `object` stays the caller's.
     smart_ptr& operator=(T* object)
     {
         auto* const data = new smart_ptr_inner_data<Policy>();
@@ -118,8 +118,8 @@ public:
         return *this;
     }
 
-    /// An empty pointer, for operations that return one. Unlike the constructor it allocates
-    /// nothing: all share one count.
+    /// Returns an empty pointer. Unlike the constructor it allocates nothing: all empty pointers
+    /// from here share one count.
     static smart_ptr Empty()
     {
         using Data = smart_ptr_inner_data<Policy>;
@@ -130,39 +130,39 @@ public:
         return smart_ptr(*shared);
     }
 
-    /// Whether there is an object.
+    /// Whether the pointer is not null.
     bool IsValid() const { return m_object != nullptr; }
 
-    /// The object. May be null; check IsValid() first.
+    /// Returns the object. May be null; check IsValid() first.
     T* operator->() const
     {
         ASSERT(IsValid());
         return m_object;
     }
 
-    /// The object. There must be one; check IsValid() first.
+    /// Returns the object. There must be one; check IsValid() first.
     T& operator*() const
     {
         ASSERT(IsValid());
         return *m_object;
     }
 
-    /// The object, which stays shared; may be null.
+    /// Returns the object, which stays shared; may be null.
     T* Get() const { return m_object; }
 
-    /// Adds one to the shared count. A block whose object is being released stays released.
+    /// Increments the shared count. Does not revive an object that is being released.
     void AddRef() { Share(*m_data); }
 
-    /// Takes one from the shared count; at 0 releases the object and frees the count. The value
-    /// must not be used afterwards, unless others share the count.
+    /// Decrements the shared count; at 0 releases the object and frees the count. The value must
+    /// not be used afterwards, unless others share the count.
     void ReleaseRef()
     {
         smart_ptr_inner_data<Policy>* const data = m_data;
         // Release: what this thread did with the object comes before the object's end.
         if (data->count.fetch_sub(1, std::memory_order_release) != 1)
             return;
-        // Acquire pairs with the release of every other thread's drop, since all of them led to
-        // this count: what those threads did with the object comes before its end as well.
+        // Acquire pairs with the release of every other thread's decrement, since all of them led
+        // to this count: what those threads did with the object comes before its end as well.
         static_cast<void>(data->count.load(std::memory_order_acquire));
         // Relaxed: no other thread has a pointer to the block any more.
         data->count.store(data->c_released, std::memory_order_relaxed);
