@@ -10,28 +10,28 @@ class wxDateTime;
 
 namespace Toolkit {
 
-/// A moment, read and written in the local time zone.
+/// A moment in time, read and written in the local time zone.
 ///
-/// A date built from fields that are out of range is invalid: its fields read 0, and operations do
-/// not change it. Years from -292275054 to 292278993 are valid, as far as 64 bits of milliseconds
-/// go. One object is used by one thread at a time. Nothing is thrown or logged. When out of
-/// memory, a string is empty and a new date is invalid.
+/// A date built from fields that are out of range is invalid: its getters return 0, and arithmetic
+/// does not change it. Years from -292275054 to 292278993 are valid, which is what 64 bits of
+/// milliseconds can represent. One object is used by one thread at a time. Nothing is thrown or
+/// logged. When out of memory, a returned string is empty and a new date is invalid.
 class TOOLKIT_API DateTime {
 public:
-    /// The current moment.
+    /// Stores the current time, in whole seconds.
     DateTime();
-    /// Local time. Months and days count from 1. Day, hour, minute and second are truncated to 16
-    /// bits before they are checked.
+    /// Takes fields in local time. Months and days count from 1. Day, hour, minute and second are
+    /// truncated to 16 bits before they are checked.
     DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
              unsigned int minute, unsigned int second);
-    /// The time on a clock that is `zoneHours` hours ahead of UTC, from -12 to 13.
+    /// Takes fields on a clock that is `zoneHours` ahead of UTC, from -12 to 13 (not checked).
     DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
              unsigned int minute, unsigned int second, int zoneHours);
     DateTime(const DateTime& other);
     DateTime& operator=(const DateTime& other);
     ~DateTime();
 
-    /// Sets the current moment, in whole seconds.
+    /// Replaces the value with the current time, in whole seconds.
     void Now();
 
     unsigned int GetYear() const;
@@ -42,29 +42,29 @@ public:
     unsigned int GetSecond() const;
     bool IsValid() const;
 
-    /// Shifts the moment so that its local time reads what UTC read, or back. A local time that
-    /// daylight saving skips moves on by the hour skipped.
+    /// MakeToUTC() shifts the moment so that its local time reads what UTC read before;
+    /// MakeFromUTC() reverses that. A local time that daylight saving skips moves on by that hour.
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
-    /// Writes "2009-03-07", the local date or the date in UTC.
+    /// Writes the local date, or the date in UTC: "2009-03-07".
     void GetIsoDate(TString<wchar_t>& out, bool utc) const;
-    /// Writes "07:04:09", or "07:04:09 Z" for UTC.
+    /// Writes the local time as "07:04:09", or the time in UTC as "07:04:09 Z".
     void GetIsoTime(TString<wchar_t>& out, bool utc) const;
     /// Writes the date, a space and the time.
     void GetIsoString(TString<wchar_t>& out, bool utc) const;
     void GetIsoString(TString<char>& out, bool utc) const;
 
     /// Parses year, month, day, hour, minute and second, each separated by any one character. The
-    /// time is local, or UTC when a space (or any other character) and a Z follow. A Z directly
-    /// after the seconds counts as a separator, so the time is local. Returns false when the
-    /// result is no date; the value is invalid then.
+    /// time is local, or UTC if a space (or any other character) and a Z follow. A Z directly
+    /// after the seconds counts as that character, so the time is local. If the result is not a
+    /// valid date, returns false and makes this date invalid.
     bool ParseIsoString(const TString<wchar_t>& text);
     bool ParseIsoString(const TString<char>& text);
 
-    /// Writes the date, or the time, in the user's short pattern
+    /// GetDate() writes the date and GetTime() the time, in the user's short pattern
     /// (`Locales::GetCurrentDateFormat`), with two-digit numbers. Times have no seconds. In
-    /// twelve-hour patterns noon is 12 AM and midnight 00 AM.
+    /// twelve-hour patterns, noon is 12 AM and midnight is 00 AM.
     void GetDate(TString<wchar_t>& out) const;
     void GetTime(TString<wchar_t>& out) const;
     /// Writes the date, a space and the time.
@@ -72,21 +72,21 @@ public:
     /// Writes only the time if the date is today, otherwise only the date.
     void GetRelativeStringFromNow(TString<wchar_t>& out) const;
 
-    /// Returns `value` in decimal, padded with zeros on the left to `width` characters: -5 with 4
-    /// gives "00-5".
+    /// Returns `value` in decimal, padded with zeros on the left to `width` characters: -5 with a
+    /// width of 4 gives "00-5".
     TString<wchar_t> IntToUString(int value, int width) const;
 
-    /// Adds a duration.
+    /// Adds a duration. A sum that is out of range is invalid.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
-    /// Adds years and months, clamped to the last day of a shorter month, and then weeks and days.
-    /// The local time of day stays. The numbers are read as signed, as in wxDateSpan: 4294967295
-    /// years are -1 year.
+    /// Adds or subtracts years and months, clamps the day to the last one of the month, and then
+    /// adds or subtracts weeks and days. The local time of day stays. The numbers are read as
+    /// signed, as in wxDateSpan: 4294967295 years are -1 year. A result out of range is invalid.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
 
-    /// Returns how much later this is than `other`, in whole units; 0 if either is no valid date.
-    /// Seconds are truncated to 32 bits.
+    /// Return how much later this date is than `other`, in whole units, truncated to 32 bits; 0 if
+    /// either date is invalid or `other` is empty.
     int GetTotalHours(const smart_ptr<DateTime>& other) const;
     int GetTotalMinutes(const smart_ptr<DateTime>& other) const;
     long GetTotalSecondes(const smart_ptr<DateTime>& other) const;

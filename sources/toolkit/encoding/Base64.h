@@ -5,49 +5,49 @@
 #include "toolkit/core/TString.h"
 #include "toolkit/core/smart_ptr.h"
 
-/// The length of the Base64 form of `length` bytes: four characters for every three bytes, rounded
-/// up. Negative when the form would have 2 GiB or more.
+/// Returns the length of `length` bytes in Base64: four characters for every three bytes, rounded
+/// up. Negative if that would be 2 GiB or more.
 TOOLKIT_API int GetCodeLength(int length);
 
-/// The size of the array for the decoded form of `length` Base64 characters: 3 for 4, 5 for 6.
+/// Returns the size of the array for `length` decoded Base64 characters: 3 for 4, 5 for 6.
 TOOLKIT_API int GetDataLength(int length);
 
-/// Encodes, despite its name: returns the Base64 form of `length` bytes, on one line and without a
-/// null after it, in an array that the caller frees with delete[].
+/// Encodes, despite its name: stores `length` bytes as Base64 in `*out`, an array that the caller
+/// frees with delete[]. The characters are on one line, without a terminating null.
 ///
-/// False, with `*out` and `*outLength` unchanged, when there are no bytes, when the form would have
-/// 2 GiB or more, when a pointer is null or when out of memory.
+/// Returns false, with `*out` and `*outLength` unchanged, if there are no bytes, if the result
+/// would have 2 GiB or more, if a pointer is null or when out of memory.
 TOOLKIT_API bool b64_decode_binary(const unsigned char* in, unsigned int length,
                                    unsigned char** out, unsigned int* outLength);
 
-/// Decodes, despite its name: returns the bytes of `length` Base64 characters in an array that the
-/// caller frees with delete[].
+/// Decodes, despite its name: stores the bytes of `length` Base64 characters in `*out`, an array
+/// that the caller frees with delete[], and their number in `*outLength`.
 ///
-/// Nothing is skipped: a character that is not a digit, white space included, counts as the digit
-/// 0. A "=" ends the text and its group, which gives two bytes when the "=" is the group's fourth
-/// character and one byte otherwise. A last group of fewer than four characters without "=" is
-/// dropped, so an array may hold no bytes. The size of the array is that of `GetDataLength`; its
-/// unused rest is zero.
+/// Nothing is skipped: a character outside the Base64 alphabet, white space included, counts as the
+/// digit 0. A "=" ends the input. Its group decodes to two bytes if the "=" is the fourth character
+/// of the group, and to one byte otherwise. An incomplete last group without "=" is dropped, so
+/// there may be no bytes. The array has the size that `GetDataLength` returns; the rest of it is
+/// zero.
 ///
-/// False, with `*out` and `*outLength` unchanged, when there are no characters or more than
-/// 2147483647, when a pointer is null or when out of memory.
+/// Returns false, with `*out` and `*outLength` unchanged, if there are no characters or more than
+/// 2147483647, if a pointer is null or when out of memory.
 TOOLKIT_API bool b64_encode_binary(const unsigned char* in, unsigned int length,
                                    unsigned char** out, unsigned int* outLength);
 
 namespace Toolkit {
 
-/// Byte buffers to Base64 text and back.
+/// Converts byte buffers to Base64 and back.
 ///
 /// Any thread may call the operations; nothing is thrown or logged.
 class TOOLKIT_API B64 {
 public:
-    /// The Base64 form of `bytes`, on one line; the empty text when there are none or when out of
-    /// memory.
+    /// Encodes `bytes` as Base64, on one line. Returns an empty string if there are no bytes, if
+    /// the result would have 2 GiB or more, or when out of memory.
     static TString<wchar_t> ToUNICODE(const smart_ptr<Bytes>& bytes);
 
-    /// The bytes of a Base64 text, by the rules of `b64_encode_binary` for its UTF-8 form up to the
-    /// first null character. An empty buffer when there are no bytes or no memory for them; an
-    /// empty pointer when there is no memory for the buffer object.
+    /// Decodes Base64, despite its name: converts `text` to UTF-8, up to its first null character,
+    /// and follows the rules of `b64_encode_binary`. Returns an empty buffer if there are no bytes
+    /// or no memory for them; an empty pointer if there is no memory for the buffer object.
     static smart_ptr<Bytes> ToB64(const TString<wchar_t>& text);
 };
 

@@ -5,18 +5,18 @@
 
 namespace Toolkit {
 
-/// Text to numbers and back, in the form of the standard streams under the classic locale: decimal,
-/// a decimal dot, no grouping, regardless of the global C++ locale.
+/// Converts strings to numbers and back, like the standard streams under the classic locale:
+/// decimal, with a decimal dot and without grouping, regardless of the global C++ locale.
 ///
-/// Any thread may call the operations; nothing is thrown or logged. When out of memory a text is
-/// empty, and a number of more than 48 characters is not read.
+/// Any thread may call the operations; nothing is thrown or logged. When out of memory, a returned
+/// string is empty, and a floating-point number of more than 48 characters is not read.
 class TOOLKIT_API StringConvert {
 public:
-    /// Each reads the number at the beginning of `text`, after white space, into `value`, and
-    /// always returns true.
+    /// Each function reads the number at the beginning of `text`, after white space, into `value`,
+    /// and always returns true.
     ///
-    /// A text without a number leaves `value` unchanged; " -12x" gives -12. A number out of range
-    /// gives the limit of the type on its side; a negative one for an unsigned type wraps around.
+    /// Without a number, `value` is unchanged; " -12x" gives -12. A number out of range gives the
+    /// nearest limit of the type; a negative one wraps around in an unsigned type.
     static bool ToInt32(const TString<char>& text, int& value);
     static bool ToInt32(const TString<wchar_t>& text, int& value);
     static bool ToUint32(const TString<char>& text, unsigned int& value);
@@ -28,8 +28,8 @@ public:
     static bool ToDouble(const TString<char>& text, double& value);
     static bool ToDouble(const TString<wchar_t>& text, double& value);
 
-    /// Each gives the decimal digits of `value`, without padding. A double has six significant
-    /// digits in the shorter of fixed and scientific notation: "0.5", "1.23457e+06".
+    /// Each function returns `value` in decimal, without padding. A double has up to six
+    /// significant digits, in the shorter of fixed and scientific notation: "0.5", "1.23457e+06".
     static TString<wchar_t> UStringFromInt32(int value);
     static TString<wchar_t> UStringFromUint32(unsigned int value);
     static TString<wchar_t> UStringFromInt64(long long value);
@@ -41,8 +41,8 @@ public:
     static TString<char> StringFromUInt64(unsigned long long value);
     static TString<char> StringFromDouble(double value);
 
-    /// The last `count` characters of `text` that are not U+0020, in their order, up to the first
-    /// null character among them: "12 34 56" and 4 give "3456".
+    /// Returns the last `count` characters of `text` that are not spaces (U+0020), in their order,
+    /// up to the first null character among them: "12 34 56" and 4 give "3456".
     static TString<wchar_t> GetCharactersFromRight(const TString<wchar_t>& text,
                                                    unsigned int count);
 };

@@ -5,16 +5,17 @@
 
 namespace Toolkit {
 
-/// Wide text to 7-bit ASCII and back. Despite the name it neither writes nor reads UTF-7.
+/// Converts wide strings to 7-bit ASCII and back. Despite its name, neither writes nor reads UTF-7.
 ///
-/// Any thread may call the operations; nothing is thrown or logged. When out of memory a text is
-/// empty.
+/// Any thread may call the operations; nothing is thrown or logged. When out of memory, they return
+/// an empty string.
 class TOOLKIT_API UTF7 {
 public:
-    /// Each character up to U+007F as that byte, every other one as an underscore.
+    /// Returns each character up to U+007F as that byte, and every other one as an underscore.
     static TString<char> ToUTF7(const TString<wchar_t>& text);
 
-    /// Each byte, up to the first null byte, as the character of the same value: 0xE9 gives U+00E9.
+    /// Returns each byte, up to the first null byte, as the character with its value: 0xE9 gives
+    /// U+00E9.
     static TString<wchar_t> ToUNICODE(const TString<char>& text);
 };
 

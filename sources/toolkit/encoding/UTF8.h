@@ -5,25 +5,26 @@
 
 namespace Toolkit {
 
-/// Wide text to UTF-8 and back. The form is that of RFC 3629.
+/// Converts wide strings to UTF-8 (RFC 3629) and back.
 ///
-/// Any thread may call the operations; nothing is thrown or logged. When out of memory a text is
-/// empty.
+/// Any thread may call the operations; nothing is thrown or logged. When out of memory, they return
+/// an empty string.
 class TOOLKIT_API UTF8 {
 public:
-    /// The UTF-8 form of `text`, up to the first null character.
+    /// Encodes `text`, up to its first null character, as UTF-8.
     ///
-    /// A surrogate is written as its three bytes; a text that holds a value above U+10FFFF or a
-    /// negative one before its first null character gives the empty text.
+    /// A surrogate is encoded as three bytes. Returns an empty string if a value before the first
+    /// null character is negative or above U+10FFFF.
     static TString<char> ToUTF8(const TString<wchar_t>& text);
 
-    /// The characters of `text` up to its first null byte.
+    /// Decodes `text`, up to its first null byte, from UTF-8.
     ///
-    /// A text that is not valid UTF-8 (overlong, a surrogate, cut short, above U+10FFFF) gives the
-    /// empty text.
+    /// Returns an empty string if that is not valid UTF-8: an overlong or truncated form, a
+    /// surrogate, or a value above U+10FFFF.
     static TString<wchar_t> ToUNICODE(const TString<char>& text);
 
-    /// Whether the UTF-8 form of `text` is longer than `text`: it holds a character above U+007F.
+    /// Whether ToUTF8() returns more bytes than `text` has characters: for a valid `text` without
+    /// null characters, whether it contains a character above U+007F.
     static bool HasToBeUTF8(const TString<wchar_t>& text);
 };
 

@@ -9,37 +9,40 @@ namespace Toolkit {
 
 /// Lists a directory; creates and tests directories; removes files.
 ///
-/// Listings return bare names in no particular order. They do not descend, and leave out hidden
-/// entries, whose names begin with a dot. A file mask may contain "*" and "?"; the empty one
-/// matches everything. A link counts as its target. In a name that is not valid UTF-8 each byte
-/// becomes the character of that value: it can be shown, but not opened.
+/// Listings return names without their path, in no particular order. They do not descend into
+/// subdirectories, and leave out hidden entries, whose names begin with a dot. A file mask may
+/// contain "*" and "?"; the empty one matches everything. A link counts as its target. In a name
+/// that is not valid UTF-8 each byte becomes the character with its value: the name can be
+/// shown, but not opened.
 ///
-/// Failures show in the results alone: nothing is logged, and only a copy throws `std::bad_alloc`.
+/// Only the results report failures: nothing is logged, and only copying throws `std::bad_alloc`.
 class TOOLKIT_API Directory {
 public:
-    /// The directory to list; that of the application for the empty string, which needs a
-    /// `PathManager`.
+    /// Names the directory to list. The empty string means the application's directory, which the
+    /// process-wide `PathManager` must know.
     Directory(const TString<wchar_t>& path);
 
-    /// Replaces `names` by the names of the subdirectories, or of everything else, and returns how
-    /// many there are; 0 when the directory cannot be read.
+    /// GetDirectories() lists the subdirectories and GetFiles() everything else. Both replace
+    /// `names` and return the number of names; 0 if the directory cannot be read.
     unsigned int GetDirectories(const TString<wchar_t>& fileSpec,
                                 std::vector<TString<wchar_t>>& names) const;
     unsigned int GetFiles(const TString<wchar_t>& fileSpec,
                           std::vector<TString<wchar_t>>& names) const;
 
-    /// The same for all entries of `directory`, files and subdirectories. These names are bare too.
+    /// Lists all entries of `directory`, files and subdirectories, in the same way. Despite its
+    /// name, returns names without their path.
     static unsigned int EnumFilePaths(std::vector<TString<wchar_t>>& names,
                                       const TString<wchar_t>& directory,
                                       const TString<wchar_t>& fileSpec);
 
-    /// Creates the directory `path` and its parents. True when it exists afterwards; false for the
+    /// Creates the directory `path` and its parents. True if it exists afterwards; false for the
     /// empty string.
     static bool Create(const TString<wchar_t>& path);
 
+    /// Whether a directory `path` exists.
     static bool Exist(const TString<wchar_t>& path);
 
-    /// Removes a file or a link; false for a directory, which stays.
+    /// Removes a file or a link. Does not remove a directory and returns false for one.
     static bool RemoveFile(const TString<wchar_t>& path);
 
 private:

@@ -15,28 +15,28 @@ namespace Toolkit {
 /// at a time.
 class TOOLKIT_API DynamicLibrary {
 public:
-    /// Nothing is loaded.
+    /// Loads nothing.
     DynamicLibrary();
 
-    /// Loads the library `name` at once, resolves all its symbols and makes them available to the
+    /// Loads the library `name` at once, resolves all its symbols and makes them available to
     /// libraries that are loaded later. A name without an extension gets that of a loadable module.
-    /// A name without a directory is searched for by the system. After a failure no symbol is found
-    /// and GetError() says why.
+    /// The system searches for a name without a directory. After a failure GetSymbol() finds
+    /// nothing and GetError() says why.
     DynamicLibrary(const TString<wchar_t>& name);
     ~DynamicLibrary();
 
-    /// Why the library was not loaded, in the words of the system's loader: "/a/b.so: undefined
-    /// symbol: Draw". Empty when it was, when the name is empty, and when out of memory.
+    /// Returns the system loader's message if the library was not loaded: "/a/b.so: undefined
+    /// symbol: Draw". Empty if it was loaded, if the name is empty, and when out of memory.
     const TString<wchar_t>& GetError() const { return m_error; }
 
-    /// The address of a symbol; null when there is none.
+    /// Returns the address of a symbol; null if there is none.
     void* GetSymbol(const TString<wchar_t>& name) const;
 
-    /// Gives up ownership: the library stays loaded until Unload() gets the returned handle. Null
-    /// when none is loaded.
+    /// Gives up ownership and returns the handle: the library stays loaded until Unload() is called
+    /// with it. Null if no library is loaded.
     void* Detach();
 
-    /// Unloads the library of a handle that Detach() returned. Ignores null.
+    /// Unloads the library of a `handle` that Detach() returned. Ignores null.
     static void Unload(void* handle);
 
 private:

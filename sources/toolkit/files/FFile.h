@@ -9,7 +9,7 @@ class wxFFile;
 
 namespace Toolkit {
 
-/// A buffered file, opened with the mode texts of the C library.
+/// A buffered file, opened with the mode strings of the C library.
 ///
 /// Names are passed to the system in UTF-8, whatever the locale. One object is used by one thread
 /// at a time; the destructor closes the file. Only the results report failures: nothing is thrown
@@ -19,46 +19,47 @@ public:
     FFile();
     ~FFile();
 
-    /// Opens `name` with `mode`, such as "rb" or "a+", after closing what was open. False when it
-    /// cannot be opened or is a directory. Programs that are started do not inherit the file.
+    /// Closes the file that is open, and opens `name` with `mode`, such as "rb" or "a+". False if
+    /// it cannot be opened or is a directory. Child processes do not inherit the file.
     ///
-    /// Opens pipes and devices too, and waits like open(2): a pipe until its other end is opened.
+    /// Opens pipes and devices too, and blocks like open(2): a pipe opens when its other end does.
     bool Open(const TString<wchar_t>& name, const TString<wchar_t>& mode);
 
     bool IsOpened() const;
 
-    /// Reads up to `count` bytes into `buffer`; true when at least one byte came. For how many,
-    /// compare GetOffset() before and after.
+    /// Reads up to `count` bytes into `buffer`; true if it read at least one. For the number of
+    /// bytes, compare GetOffset() before and after.
     bool Read(void* buffer, unsigned int count);
 
-    /// Writes `text` as UTF-8; reports no errors. A text that has no UTF-8 form, since it holds a
-    /// value above U+10FFFF, is not written.
+    /// Writes `text` as UTF-8; reports no errors. Writes nothing if `text` contains a value that is
+    /// negative or above U+10FFFF, which UTF-8 cannot encode.
     void Write(const TString<wchar_t>& text);
 
-    /// False when what is still buffered cannot be written; true when no file is open.
+    /// Writes what is still buffered. False if that fails; true if no file is open.
     bool Flush();
 
-    /// False when what was still buffered could not be written; the file is closed all the same.
-    /// True when no file is open.
+    /// Closes the file. False if what was still buffered could not be written; the file is closed
+    /// all the same. True if no file is open.
     bool Close();
 
-    /// The low 32 bits of the length in bytes: 5 for a file of 4 GiB and 5 bytes. 0 when no file is
-    /// open, and for what has no length, such as a pipe.
+    /// Returns the low 32 bits of the length in bytes: 5 for a file of 4 GiB and 5 bytes. 0 if no
+    /// file is open, and for a file without a length, such as a pipe.
     unsigned int GetLength() const;
 
-    /// Whether a read reached the end of the file; true when no file is open.
+    /// Whether a read reached the end of the file; true if no file is open.
     bool IsEOF() const;
 
-    /// The position in bytes; -1 when no file is open, and in a pipe.
+    /// Returns the position in bytes; -1 if no file is open, and in a pipe.
     long long GetOffset() const;
 
-    /// Moves to `offset` bytes from the beginning with `start`, from the current position without.
+    /// Moves to `offset` bytes from the beginning if `start` is true, otherwise from the current
+    /// position.
     bool Seek(long long offset, bool start);
 
     /// Moves to `offset` bytes from the end: 0 is the end, negative values are before it.
     bool SeekEnd(long long offset);
 
-    /// Whether a regular file of that name exists.
+    /// Whether a regular file `name` exists.
     static bool Exists(const TString<wchar_t>& name);
 
 private:

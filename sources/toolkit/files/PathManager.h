@@ -6,95 +6,96 @@
 
 namespace Toolkit {
 
-/// Where the application lives and where it keeps its data: process-wide, computed once.
+/// Knows where the application is installed and where it keeps its data. The paths are computed
+/// once; one object serves the whole process.
 ///
-/// The standard directories are those of `wxStandardPaths`, under the name that `wxApp` has for the
-/// application. A `HOME` that is not valid UTF-8 is not used: the user database names the home
-/// directory then.
+/// The standard directories are those of `wxStandardPaths`, for the application name that `wxApp`
+/// has. If `HOME` is not valid UTF-8, the home directory comes from the user database.
 ///
 /// The setters are not guarded: other threads may read while no setter runs. When out of memory,
-/// the constructor and the setters throw `std::bad_alloc` and change nothing; a text that is
-/// returned or composed is empty. Nothing else is thrown, and nothing is logged.
+/// the constructor and the setters throw `std::bad_alloc` and change nothing; other operations
+/// that return or compose a string produce an empty one. Nothing else is thrown or logged.
 class TOOLKIT_API PathManager {
 public:
     static const TString<wchar_t> c_strConfigurationFolderName;
     static const TString<wchar_t> c_strRessourcesFolderName;
-    /// Appearances live in the ressources folder.
+    /// The same as the ressources folder: appearances are kept there.
     static const TString<wchar_t> c_strAppearancesFolderName;
     static const TString<wchar_t> c_strPluginsFolderName;
-    /// No path is derived from it.
+    /// Not used by the library: no path is derived from it.
     static const TString<wchar_t> c_strCacheFolderName;
 
     /// Computes the paths and creates the application data directory with its parents. Does not
-    /// report when it cannot be created.
+    /// report a failure to create it.
     PathManager();
-    /// The paths that the program `executable` would have, started by this user in this
-    /// environment and without a name of its own in `wxApp`. Its path is absolute and has no links.
-    /// Creates nothing. GetDataDir() and GetUserLocalDataDir() are those of this process.
+    /// Computes the paths that the program `executable` would have if this user started it in this
+    /// environment, without an application name set in `wxApp`. `executable` is an absolute path
+    /// without links. Creates nothing. GetDataDir() and GetUserLocalDataDir() stay those of this
+    /// process.
     explicit PathManager(const TString<wchar_t>& executable);
     ~PathManager();
 
-    /// The file name of the executable without its last extension: "tool" for tool.bin. Empty when
-    /// the executable is unknown.
+    /// Returns the file name of the executable without its last extension: "tool" for tool.bin.
+    /// Empty if the executable is unknown.
     const TString<wchar_t>& GetApplicationName() const { return m_applicationName; }
-    /// The directory of the executable, without a separator at its end.
+    /// Returns the directory of the executable, without a separator at its end.
     const TString<wchar_t>& GetApplicationPath() const { return m_applicationPath; }
-    /// "config" in the data directory.
+    /// Returns the path of "config" in the data directory.
     const TString<wchar_t>& GetConfigurationPath() const { return m_configurationPath; }
-    /// The application's own folder among the user's local data.
+    /// Returns the application's own folder in the user's local data directory.
     const TString<wchar_t>& GetApplicationDataPath() const { return m_applicationDataPath; }
     const TString<wchar_t>& GetApplicationRessourcesPath() const { return m_ressourcesPath; }
-    /// The ressources path at the start, whatever is set later.
+    /// Returns the original ressources path; SetApplicationRessourcesPath() does not change it.
     const TString<wchar_t>& GetAppearancesPath() const { return m_appearancesPath; }
-    /// "plugins" in the ressources path.
+    /// Returns the path of "plugins" in the ressources path.
     const TString<wchar_t>& GetPluginsPath() const { return m_pluginsPath; }
     const TString<wchar_t>& GetDocumentsPath() const { return m_documentsPath; }
-    /// Empty until it is set.
+    /// Returns the path that was set; empty until then.
     const TString<wchar_t>& GetMassStorageDataPath() const { return m_massStorageDataPath; }
-    /// The separator of path components, one character.
+    /// Returns the separator of path components, one character.
     const TString<wchar_t>& GetPathSeparator() const { return m_pathSeparator; }
-    /// A lower-case name that only this application has, installed in this place and run by this
-    /// user: /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
+    /// Returns a lower-case name for this application, in this directory, run by this user:
+    /// /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
     const TString<wchar_t>& GetApplicationUniqueName() const { return m_applicationUniqueName; }
 
-    /// The directory of the application's read-only data, queried on each call.
+    /// Returns the directory of the application's read-only data, queried on each call.
     TString<wchar_t> GetDataDir() const;
-    /// The directory of the user's own data on this machine, queried on each call.
+    /// Returns the directory of the user's own data on this machine, queried on each call.
     TString<wchar_t> GetUserLocalDataDir() const;
-    /// Always "/tmp", whatever the environment says.
+    /// Returns "/tmp", whatever the environment says.
     TString<wchar_t> GetTempDir() const;
 
-    /// Sets the ressources path, and the plug-ins path in it.
+    /// Sets the ressources path, and with it the plug-ins path.
     void SetApplicationRessourcesPath(const TString<wchar_t>& path);
-    /// Sets the path and creates the directory with its parents. Does not report when it cannot be
-    /// created.
+    /// Sets the path and creates the directory with its parents. Does not report a failure to
+    /// create it.
     void SetApplicationDataPath(const TString<wchar_t>& path);
     void SetMassStorageDataPath(const TString<wchar_t>& path);
-    /// Computes what depends on the ressources path again: the plug-ins path.
+    /// Computes the plug-ins path from the ressources path again.
     void RebuildDependentPathes();
 
     /// Joins `part` onto `path` with one separator, unless `path` is empty or ends with one: "dir"
     /// and "x" give "dir/x"; "dir/" and "/x" give "dir//x"; "dir" and "" give "dir/".
     static void AppendPath(TString<wchar_t>& path, const TString<wchar_t>& part);
-    /// The same for `base` and `part`, into `result`.
+    /// Joins `part` onto `base` in the same way and stores the path in `result`.
     static void AppendPath(TString<wchar_t>& result, const TString<wchar_t>& base,
                            const TString<wchar_t>& part);
 
-    /// Splits by the rules of the system; what is absent becomes empty. The extension has no dot:
-    /// "/a/b.tar.gz" gives "", "/a", "b.tar", "gz".
+    /// Splits `fullPath` by the rules of the system; absent parts become empty. The extension has
+    /// no dot: "/a/b.tar.gz" gives "", "/a", "b.tar", "gz".
     static void SplitPath(const TString<wchar_t>& fullPath, TString<wchar_t>& volume,
                           TString<wchar_t>& path, TString<wchar_t>& name,
                           TString<wchar_t>& extension);
 
-    /// Whether a directory or a file of that name exists.
+    /// Whether a directory or a regular file `path` exists.
     static bool Exists(const TString<wchar_t>& path);
-    /// Whether a regular file of that name exists.
+    /// Whether a regular file `path` exists.
     static bool FileExists(const TString<wchar_t>& path);
     static bool DirExists(const TString<wchar_t>& path);
 
-    /// Creates the process-wide object unless it exists. Creates none when out of memory.
+    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
     static void CreateInstance();
-    /// A copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
     static smart_ptr<PathManager> GetInstance();
     /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();

@@ -11,15 +11,15 @@ namespace Toolkit {
 /// Reads a stream word by word.
 class TOOLKIT_API TextInputStream : public InputStream {
 public:
-    /// Takes ownership of `stream`; without one every word is empty. The byte stream that it reads
-    /// from stays the caller's and has to outlive this object.
+    /// Takes ownership of `stream`; if it is null, every word is empty. The byte stream that
+    /// `stream` reads from stays the caller's and must outlive this object.
     explicit TextInputStream(wxTextInputStream* stream) : InputStream(nullptr)
     {
         m_stream = stream;
     }
     ~TextInputStream() override;
 
-    /// Replaces `word` by the next word, up to the white space after it. Empty at the end of the
+    /// Replaces `word` with the next word, up to the white space after it. Empty at the end of the
     /// stream, and when out of memory.
     TextInputStream& operator>>(TString<wchar_t>& word);
 };
