@@ -5,13 +5,13 @@
 
 namespace Toolkit {
 
-/// Receives the messages that reach an `IPCServer`.
+/// A listener for the messages that an `IPCServer` receives.
 class TOOLKIT_API IPCConnectionEvent {
 public:
     virtual ~IPCConnectionEvent();
 
-    /// Called with each message, on the thread that runs the event loop, under the lock of the
-    /// server's list of listeners.
+    /// Called with each message, on the thread that runs the event loop or calls
+    /// IPCServer::SendExecuteEvent(), under the lock of the server's list of listeners.
     virtual void OnExecute(const TString<wchar_t>& text) = 0;
 };
 

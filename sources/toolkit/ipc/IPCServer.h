@@ -22,16 +22,16 @@ class IPCInternalServer;
 ///     wxAppConsole::GetInstance()->MainLoop(); // calls Commands::OnExecute() with each message
 ///
 /// A service is a socket file that only processes of the same user can use. A name without "/" is a
-/// file in the working directory; a name that is a number is no service. A path longer than a
-/// socket address allows (107 bytes of UTF-8 on Linux, 103 on macOS) is shortened, by server and
-/// client alike, to its beginning and a hash: `GetSocketPath()`.
+/// file in the working directory; a number is not a valid name. A path longer than a socket
+/// address allows (107 bytes of UTF-8 on Linux, 103 on macOS) is shortened, by server and client
+/// alike, to its beginning and a hash: `GetSocketPath()`.
 ///
-/// The event loop of wxWidgets serves the clients: nothing arrives before one runs. A program
+/// The event loop of wxWidgets serves the clients: no message arrives while none runs. A program
 /// without a user interface calls `wxInitialize()`, then Run(), then
-/// `wxAppConsole::GetInstance()->MainLoop()`. Run and destroy the server on the thread that runs
-/// loops, never in one of its own listeners, and destroy it before an application object that the
-/// program runs itself. What a listener throws reaches the application object like an exception of
-/// any event handler: the listeners after it miss that message, and its client is disconnected.
+/// `wxAppConsole::GetInstance()->MainLoop()`. Call Run() and destroy the server on the thread that
+/// runs the loop, never in one of its own listeners. Destroy it before the application object if
+/// the program runs its own. An exception from a listener reaches the application object like that
+/// of any event handler: later listeners miss the message, and its client is disconnected.
 ///
 /// No client blocks the loop or keeps others out. The server disconnects a client
 /// - whose message makes no progress for 2 seconds or is not complete after 30,
@@ -40,38 +40,38 @@ class IPCInternalServer;
 ///   left, and another client connects.
 ///
 /// Only complete messages are handed on, in the order in which `IPCClient::Connect` sent them.
-/// Nothing is logged, and only the constructor may throw.
+/// Nothing is logged. Only the constructor and listeners may throw.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
-    /// The limit of clients that are connected at the same time.
+    /// The largest number of clients that are connected at the same time.
     static constexpr std::size_t c_maxSessions = 256;
 
-    /// An empty `service` is the application's own: a file in the temporary directory of
-    /// `PathManager` with the application's unique name and the extension ".ipc". Without a
-    /// `PathManager` it stays empty, and Run() fails. When out of memory, Run() fails too, or the
-    /// constructor throws `std::bad_alloc` if there is none for the lock of the listeners.
+    /// Stores the name; Run() begins to listen.
     ///
-    /// Run() begins to listen.
+    /// An empty `service` means the application's own: a file in the temporary directory of
+    /// `PathManager` with the application's unique name and the extension ".ipc". Run() fails
+    /// without a `PathManager` then. When out of memory, Run() fails too, or the constructor throws
+    /// `std::bad_alloc` if there is no memory for the lock of the listeners.
     explicit IPCServer(const TString<wchar_t>& service);
 
-    /// Disconnects all clients and removes the socket file, if it is still the one that Run() made.
+    /// Disconnects all clients and removes the socket file if it is still the one Run() created.
     ~IPCServer() override;
 
-    /// The path of the socket file that `service` names, for the constructor and for `IPCClient`;
-    /// the application's own when `service` is empty. "example" gives "./example".
+    /// Returns the path of the socket file that `service` names, as the constructor and `IPCClient`
+    /// accept it; the application's own if `service` is empty. "example" gives "./example".
     ///
-    /// Empty when the name is no service, and out of memory.
+    /// Empty if the name is not valid, and when out of memory.
     static TString<wchar_t> GetSocketPath(const TString<wchar_t>& service);
 
-    /// Begins to listen and returns at once; true when the server listens already.
+    /// Begins to listen and returns at once. True if the server listens, even from an earlier call.
     ///
-    /// False when the file cannot be made, when a living server has the name, and when something
-    /// else is in the file's place. The file of a server that has crashed is replaced; while
-    /// another server does just that, Run() waits up to 2 seconds.
+    /// False if the socket file cannot be created, if another server listens with the name, and if
+    /// something else exists at the path. The file of a crashed server is replaced. While another
+    /// server starts with the same name, Run() waits for it for up to 2 seconds.
     bool Run();
 
-    /// Hands `text` to every listener. Any thread may call it, whether the server listens or not.
-    /// What a listener throws comes out.
+    /// Passes the message `text` to every listener. Any thread may call it, whether the server
+    /// listens or not. Exceptions from listeners reach the caller.
     void SendExecuteEvent(const TString<wchar_t>& text);
 
 private:

@@ -4,8 +4,8 @@
 
 namespace Toolkit {
 
-/// Writes log text to the wide standard output, exactly as `ConsoleLogger` does: it has no debugger
-/// channel of its own.
+/// Writes log text to the wide standard output, exactly as `ConsoleLogger` does. Despite its name,
+/// writes nothing to a debugger.
 class TOOLKIT_API DebuggerLogger : public ILogger {
 public:
     explicit DebuggerLogger(LogSeverity threshold);

@@ -23,48 +23,48 @@ class LogPieceQueue;
 /// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
 /// the text into a queue.
 ///
-/// The file is called after the logger, with the extension ".qvlog", and only its owner can read
-/// it. The process locks it. While another process has it locked, the logger waits up to 2 s with
-/// its text queued. When the file cannot be used, because it is still locked, belongs to another
-/// user, or is a link or a directory, a dash and a tick count are added to the name. A new tick
-/// count is tried every 10 ms until a file can be opened. Two loggers of one process that have the
+/// The file has the logger's name and the extension ".qvlog", and only its owner can read it. The
+/// process locks it. While another process has it locked, the logger waits up to 2 s and queues
+/// its text. If the file cannot be used, because it is still locked, belongs to another user, or
+/// is a link or a directory, the logger adds a dash and a tick count to the name. It tries a new
+/// tick count every 10 ms until a file can be opened. Two loggers of one process that have the
 /// same name overwrite each other's text.
 ///
 /// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
 /// and what a killed process leaves.
 ///
-/// A logger may be constructed before the library is started; its file has the same name.
+/// A logger may be constructed before the library is started; that does not change its file name.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
-    /// "w": the file is created or emptied. Kept for programs; the library does not use it.
+    /// "w": creates the file or empties it. Kept for programs; the library does not use it.
     static const TString<wchar_t> c_strOpenMode;
-    /// ".qvlog"
+    /// The extension of log files: ".qvlog".
     static const TString<wchar_t> c_strLogExtension;
-    /// "-", between name and tick count.
+    /// The separator between name and tick count: "-".
     static const TString<wchar_t> c_strTickSeparator;
 
     /// Writes what is at least as severe as `threshold` to the file `name`, given without directory
-    /// and extension; an empty name means the application's. Wraps around at `sizeLimitBytes`.
-    /// Returns at once: the writer thread opens the file. Throws `std::bad_alloc` when out of
-    /// memory.
+    /// and extension; an empty `name` means the application's. The file wraps around at
+    /// `sizeLimitBytes`. The constructor does not wait: the writer thread opens the file. Throws
+    /// `std::bad_alloc` when out of memory.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
-    /// Writes the queue and closes the file, after no text has come for 500 ms. Drops the queue at
-    /// once when no file can be opened. While the logger waits for another process, it takes the
-    /// name with a tick count at once and writes its queue there.
+    /// Writes the queue, and closes the file when no text has come for 500 ms. Drops the queue at
+    /// once if no file can be opened. A logger that still waits for another process stops waiting,
+    /// and writes its queue to a file with a tick count in its name.
     ~FileLogger() override;
 
     /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text
-    /// that does not fit into memory is left out. A forked child's copy drops it.
+    /// that does not fit into memory is left out. In a forked child, nothing is written.
     void Write(const TString<wchar_t>& text) override;
 
-    /// The path of the file that is open, which may have a tick count in its name. Waits up to
-    /// `timeoutMs` milliseconds, in steps of 10, for the writer thread to open one. Empty when none
+    /// Returns the path of the open file, which may have a tick count in its name. Waits up to
+    /// `timeoutMs` milliseconds, in steps of 10, for the writer thread to open one. Empty if none
     /// is open by then, or when out of memory. Any thread may call it.
     TString<wchar_t> GetPath(unsigned int timeoutMs) const;
 
 protected:
-    /// Runs on the writer thread. Returns 1 when stopped before a file was opened, otherwise 0.
+    /// Runs on the writer thread. Returns 1 if stopped before a file was opened, otherwise 0.
     int DoWork() override;
 
 private:

@@ -12,7 +12,7 @@
 
 namespace Toolkit {
 
-/// Sets the severity of what is inserted into a logger after it.
+/// Inserted into a logger, sets the severity of everything inserted after it.
 class TOOLKIT_API SetSeverity {
 public:
     explicit SetSeverity(LogSeverity severity) : m_severity(severity) {}
@@ -29,9 +29,8 @@ private:
 ///
 /// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
 /// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
-/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown: a piece
-/// that does not fit into memory is left out, and standard exceptions that `Write` throws are
-/// dropped.
+/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown: a value
+/// that does not fit into memory is left out, and standard exceptions from `Write` are caught.
 class TOOLKIT_API ILogger {
     template <typename T>
     static constexpr bool c_isCharacter = std::is_same_v<std::remove_const_t<T>, char> ||
@@ -43,23 +42,23 @@ public:
     static const TString<wchar_t> c_strLogToken2;
     static const TString<wchar_t> c_strLogToken3;
 
-    /// Passes what is at least as severe as `threshold`. Before the first `SetSeverity` the current
-    /// severity is `SeverityVerbose`.
+    /// Lets everything pass that is at least as severe as `threshold`. Before the first
+    /// `SetSeverity` the current severity is `SeverityVerbose`.
     explicit ILogger(LogSeverity threshold);
     virtual ~ILogger();
 
     ILogger(const ILogger&) = delete;
     ILogger& operator=(const ILogger&) = delete;
 
-    /// Delivers one piece of text that has passed the filter.
+    /// Writes the text of one insertion that has passed the filter.
     virtual void Write(const TString<wchar_t>& text) = 0;
 
-    /// Each inserts one value and always returns the process-wide logger, even when the value went
-    /// into another one. A value that is filtered out is not converted. A null pointer is the empty
-    /// text.
+    /// Each operator inserts one value and always returns the process-wide logger, even if the
+    /// value went into another one. A value that is filtered out is not converted. A null pointer
+    /// counts as an empty string.
     ILogger& operator<<(const SetSeverity& severity);
     ILogger& operator<<(const TString<wchar_t>& text);
-    /// Decoded from UTF-8.
+    /// Decodes `text` from UTF-8.
     ILogger& operator<<(const TString<char>& text);
     ILogger& operator<<(const wchar_t* text);
     /// Each byte becomes the character of its value; nothing is decoded.
@@ -74,7 +73,7 @@ public:
     {
         return *this << static_cast<const char*>(text);
     }
-    /// Standard string views: wide text as it is, narrow text decoded from UTF-8.
+    /// Inserts a wide string view unchanged, and a narrow one decoded from UTF-8.
     template <typename Traits>
     ILogger& operator<<(std::basic_string_view<wchar_t, Traits> text)
     {
@@ -85,12 +84,12 @@ public:
     {
         return WriteView(std::string_view(text.data(), text.size()));
     }
-    /// A pointer to anything but text does not compile; as a bool it would be logged as "1".
+    /// Pointers to anything but characters do not compile: converted to bool, they would log "1".
     template <typename T, typename = std::enable_if_t<!c_isCharacter<T>>>
     ILogger& operator<<(T* pointer) = delete;
     template <typename T, typename Class>
     ILogger& operator<<(T Class::*member) = delete;
-    /// Numbers are decimal, without grouping; a severity is its number, a bool "1" or "0".
+    /// Writes numbers in decimal, without grouping; a severity as its number, a bool as "1" or "0".
     ILogger& operator<<(long long value);
     ILogger& operator<<(int value);
     ILogger& operator<<(short value);
@@ -99,33 +98,34 @@ public:
     ILogger& operator<<(unsigned short value);
     ILogger& operator<<(long value);
     ILogger& operator<<(unsigned long value);
-    /// Six significant digits, as `StringConvert` writes them: "0.1", "1e+06".
+    /// Writes up to six significant digits, like `StringConvert`: "0.1", "1e+06".
     ILogger& operator<<(double value);
     ILogger& operator<<(float value);
     ILogger& operator<<(LogSeverity value);
     ILogger& operator<<(bool value);
 
-    /// A new logger that discards everything; empty when out of memory.
+    /// Returns a new logger that discards everything; empty when out of memory.
     static smart_ptr<ILogger> Create();
 
-    /// Installs a logger that discards everything as the process-wide one, unless there is one.
-    /// Installs none when out of memory.
+    /// Installs a logger that discards everything as the process-wide logger. Does nothing when
+    /// there is one or when out of memory.
     static void CreateInstance();
 
-    /// A copy of the process-wide logger's pointer, which keeps it alive; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide logger, which keeps the logger alive;
+    /// empty when there is none.
     static smart_ptr<ILogger> GetInstance();
 
     /// Releases the process-wide logger, which lives on while copies of its pointer exist.
     static void ReleaseInstance();
 
-    /// The process-wide logger. Before `CreateInstance` and after `ReleaseInstance` it is one that
-    /// discards everything.
+    /// Returns the process-wide logger; before `CreateInstance` and after `ReleaseInstance`, one
+    /// that discards everything.
     static ILogger& GetLogger();
 
-    /// Installs `logger` as the process-wide one; an empty pointer installs one that discards
-    /// everything, or keeps the old one when out of memory. Not guarded: call it while no other
-    /// thread logs. Before `CreateInstance`, which `LibModuleManager::Initialize(true)` calls, and
-    /// after `ReleaseInstance` it only releases `logger`: a raw pointer to it dangles then.
+    /// Installs `logger` as the process-wide logger. An empty pointer installs a logger that
+    /// discards everything or, when out of memory, keeps the old one. Not guarded: call it while no
+    /// other thread logs. Before `CreateInstance`, which `LibModuleManager::Initialize` calls, and
+    /// after `ReleaseInstance` it installs nothing; `logger` is destroyed unless it is shared.
     static void SetLogger(smart_ptr<ILogger> logger);
 
     /// Null while there is no process-wide logger.

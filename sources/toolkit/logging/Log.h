@@ -5,8 +5,8 @@
 
 namespace Toolkit {
 
-/// Begins a line on the process-wide logger: severity, tick count, source line and function name,
-/// with their separators. `TOOLKIT_LOG` calls it.
+/// Begins a line in the process-wide logger: writes severity, tick count, source line and function
+/// name, with their separators. `TOOLKIT_LOG` calls it.
 TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* function);
 
 } // namespace Toolkit
@@ -20,5 +20,5 @@ TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* fu
 /// expression, usable in a branch without braces.
 #define TOOLKIT_LOG(severity) TOOLKIT_LOG_AT_LINE(severity, __LINE__)
 
-/// The same with a fixed line number, for messages that log readers match on.
+/// Begins a log line like `TOOLKIT_LOG`, but with a fixed line number that log readers match on.
 #define TOOLKIT_LOG_AT_LINE(severity, line) ::Toolkit::BeginLogLine(severity, line, __FUNCTION__)

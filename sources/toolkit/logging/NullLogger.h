@@ -4,7 +4,7 @@
 
 namespace Toolkit {
 
-/// Discards everything.
+/// A logger that discards everything.
 class TOOLKIT_API NullLogger : public ILogger {
 public:
     NullLogger();
