@@ -4,17 +4,17 @@
 
 namespace Toolkit {
 
-/// Start and stop code of a library or a host. The `LibModuleManager` with which it is registered
-/// calls it.
+/// The start and stop code of a library or a host, called by the `LibModuleManager` with which it
+/// is registered.
 class TOOLKIT_API LibModule {
 public:
     virtual ~LibModule();
 
-    /// Called under the registry's lock: at each start of the registry, in order of registration,
-    /// or at registration if the registry has already started.
+    /// Called under the registry's lock: by each LibModuleManager::Initialize(), in order of
+    /// registration, or at registration if the registry is already initialised.
     virtual void Initialize() = 0;
 
-    /// Called under the registry's lock: at each stop of the registry, in reverse order of
+    /// Called under the registry's lock: by each LibModuleManager::Release(), in reverse order of
     /// registration, or earlier, when the last registration is undone.
     virtual void Release() = 0;
 };

@@ -9,7 +9,7 @@
 
 namespace Toolkit {
 
-/// The registry of all modules in the process, which a host starts and stops in two calls:
+/// The registry of all modules in the process. A host starts and stops them in two calls:
 ///
 ///     LibModuleManager::GetInstance()->Initialize(true);
 ///     ...
@@ -26,38 +26,36 @@ public:
     LibModuleManager();
     ~LibModuleManager();
 
-    /// Adds `module`, which the caller keeps owning, and initialises it at once if the registry is
-    /// initialised; a module that throws then is not added. If the module is registered already,
-    /// only its count grows. Null is ignored. Throws `std::bad_alloc`, and adds nothing, when out
-    /// of memory.
+    /// Adds `module`, which stays the caller's, and initialises it at once if the registry is
+    /// initialised; if the module throws, it is not added. If it is already registered, only its
+    /// count grows. Null is ignored. When out of memory, throws `std::bad_alloc` and adds nothing.
     void Register(LibModule* module);
 
-    /// Undoes one registration. The last one releases the module, if the registry is initialised,
-    /// and removes it. During a release pass it is removed when the pass ends, even if it has been
-    /// registered again by then. A module that is not registered is ignored.
+    /// Undoes one registration. Undoing the last one releases the module, if the registry is
+    /// initialised, and removes it. While Release() runs, the module is removed only when Release()
+    /// ends, even if it has been registered again by then. Ignores a module that is not registered.
     void Unregister(LibModule* module);
 
-    /// Starts wxWidgets, if `initializeFramework` is set and the program does not run its own
-    /// application object, then initialises all modules in order of registration.
+    /// Starts wxWidgets if `initializeFramework` is set and the program does not run its own
+    /// application object. Then initialises all modules in order of registration.
     void Initialize(bool initializeFramework);
 
-    /// Releases all modules in reverse order of registration. With `releaseFramework`, a
-    /// `WxLogForwarder` then stops forwarding, and one start of wxWidgets by Initialize() is
-    /// undone.
+    /// Releases all modules in reverse order of registration. If `releaseFramework` is set, then
+    /// makes a `WxLogForwarder` stop forwarding, and undoes one start of wxWidgets by Initialize().
     void Release(bool releaseFramework);
 
     /// Creates the registry unless it exists. Throws `std::bad_alloc` when out of memory.
     static void CreateInstance();
-    /// The registry; null if it does not exist.
+    /// Returns the registry; null if it does not exist.
     static LibModuleManager* GetInstance();
-    /// Destroys the registry; modules are neither released nor deleted.
+    /// Destroys the registry, but neither releases nor deletes the modules.
     static void ReleaseInstance();
 
     /// Null while the registry does not exist.
     static LibModuleManager* s_pInstance;
 
 private:
-    // An entry that leaves during a loop over the list stays, with a null module, until it ends.
+    // An entry removed during a loop over the list stays, with a null module, until the loop ends.
     struct LibModuleContainer {
         LibModule* module;
         int count;
@@ -77,7 +75,7 @@ private:
     std::list<ModuleList::iterator> m_pendingRemovals TOOLKIT_GUARDED_BY(m_mutex);
     int m_walks TOOLKIT_GUARDED_BY(m_mutex);
     int m_frameworkStarts TOOLKIT_GUARDED_BY(m_mutex);
-    // A node for m_pendingRemovals for each entry, made with it: leaving must not need memory.
+    // Nodes for m_pendingRemovals, allocated with each entry: removal must not need memory.
     std::list<ModuleList::iterator> m_removals TOOLKIT_GUARDED_BY(m_mutex);
 };
 

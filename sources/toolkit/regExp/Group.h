@@ -5,11 +5,11 @@
 
 namespace Toolkit {
 
-/// One captured part of a match. When out of memory, making and copying it throws
+/// One captured group of a match. When out of memory, constructing and copying it throw
 /// `std::bad_alloc`.
 class TOOLKIT_API Group {
 public:
-    /// Group `number` without a name, whose value is `text`.
+    /// Constructs group `number` without a name, with the value `text`.
     Group(const TString<char>& text, unsigned short number);
 
     TString<char> name;   ///< Empty unless the pattern names the group.

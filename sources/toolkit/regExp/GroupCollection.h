@@ -23,25 +23,25 @@ public:
 
     std::size_t Count() const;
 
-    /// Shares group `index`; empty when there is none.
+    /// Returns a shared pointer to group `index`; empty if there is none.
     smart_ptr<Group> operator[](unsigned short index) const;
 
-    /// Shares the group of that name; empty when the name is unknown.
+    /// Returns a shared pointer to the group called `name`; empty if the name is unknown.
     smart_ptr<Group> GetGroup(const TString<char>& name) const;
 
-    /// Appends `group`, whose number is its place in the collection.
+    /// Appends `group`. Its place in the collection is its number.
     void Add(smart_ptr<Group> group);
 
     /// Removes all groups and names.
     void Clear();
 
-    /// Gives group `number` the name; a number that has no group is ignored.
+    /// Names group `number`; ignores a number that has no group.
     ///
-    /// Two groups may have one name. GetGroup() then finds the first of them.
+    /// Two groups may have the same name. GetGroup() then finds the one that was named first.
     void AddNamedGroupKey(const TString<char>& name, int number);
 
-    std::vector<smart_ptr<Group>> groups; ///< Place i holds group i.
-    std::map<TString<char>, int> names;   ///< Group numbers, in the order of the names' bytes.
+    std::vector<smart_ptr<Group>> groups; ///< Element i is group i.
+    std::map<TString<char>, int> names;   ///< Group numbers by name, in the order of the bytes.
 };
 
 } // namespace Toolkit

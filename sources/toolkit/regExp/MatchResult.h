@@ -8,11 +8,11 @@ namespace Toolkit {
 
 /// The input and output of one match: a collection of groups with the raw result.
 ///
-/// It cannot be copied, since it owns the compiled pattern; a `smart_ptr` shares it. One object is
-/// used by one thread at a time.
+/// It cannot be copied, since it owns the compiled pattern: share it as a `smart_ptr`. One object
+/// is used by one thread at a time.
 class TOOLKIT_API MatchResult : public GroupCollection {
 public:
-    /// How many numbers `ovector` holds: room for the whole match and 19 groups.
+    /// The number of elements of `ovector`: enough for the whole match and 19 groups.
     static constexpr int c_ovectorSize = 60;
 
     MatchResult();
@@ -21,20 +21,20 @@ public:
     MatchResult(const MatchResult&) = delete;
     MatchResult& operator=(const MatchResult&) = delete;
 
-    /// Whether the pattern compiled and matched. Ask it after a search.
+    /// Whether the pattern compiled and matched. Call it after a search.
     ///
-    /// True also for a match that reaches beyond group 19, for which no groups are reported.
+    /// Also true if a group after group 19 took part in the match; no groups are reported then.
     bool Success();
 
-    const char* errorText;      ///< Why the pattern did not compile; null when it did. Not owned.
-    int errorOffset;            ///< Where in the pattern, in bytes.
+    const char* errorText;      ///< Why the pattern did not compile; null if it did. Not owned.
+    int errorOffset;            ///< The position of the error in the pattern, in bytes.
     void* code;                 ///< The compiled pattern, owned; null until there is one.
-    TString<char> subject;      ///< The text that is searched, in UTF-8.
-    TString<char> pattern;      ///< In UTF-8, up to the first null character.
+    TString<char> subject;      ///< The string that is searched, in UTF-8.
+    TString<char> pattern;      ///< The pattern in UTF-8, used up to its first null character.
     int execOptions;            ///< PCRE 1's option bits for every search.
     int resultCode;             ///< Number of pairs set, 0 for too many, -1 for no match.
     int ovectorSize;            ///< Always 60.
-    int ovector[c_ovectorSize]; ///< Begin and end of group i in bytes; -1 when it took no part.
+    int ovector[c_ovectorSize]; ///< Begin and end of group i in bytes; -1 if it took no part.
 };
 
 } // namespace Toolkit

@@ -12,7 +12,7 @@
 namespace Toolkit {
 
 struct TOOLKIT_API RegExpOptions {
-    /// Stored with a pattern and never read. A pattern itself says "(?i)" and the like.
+    /// These have no effect. Write options into the pattern instead, such as "(?i)".
     enum Modifiers { None = 0, IgnoreCase = 1, MultiLine = 2, DotAll = 4, Extended = 8 };
 };
 
@@ -23,26 +23,26 @@ struct TOOLKIT_API RegExpOptions {
 ///     if (match->Success())
 ///         Greet(match->GetGroup("user")->value); // "jane"
 ///
-/// Wide subjects and patterns are converted to UTF-8 first; a wide text that cannot be converted is
-/// the empty text. Every operation compiles the pattern, up to its first null character.
+/// Wide subjects and patterns are converted to UTF-8 first; if that fails, they count as empty.
+/// Every operation compiles the pattern, up to its first null character.
 ///
 /// A failure throws a `smart_ptr<RegExpException>`: a pattern that does not compile, a subject that
 /// is not UTF-8, and a search that takes too many steps, or more stack or memory than there is.
 /// Only copying an object throws `std::bad_alloc`. Nothing is logged.
 ///
-/// Each start position allows 10 million steps, which take some hundred milliseconds.
-/// The whole call has no bound of its own: `\s+[bc]` takes minutes on 200,000 spaces, since it
-/// reads the rest of them from each. Limit the length of the subject when the pattern or the
+/// From each start position a search may take 10 million steps, a few hundred milliseconds.
+/// A whole call has no limit of its own: `\s+[bc]` takes minutes on 200,000 spaces, because from
+/// each space it reads all those after it. Limit the length of the subject if the pattern or the
 /// subject is not trusted.
 ///
-/// Two constructs are undefined, and may crash the engine: do not use them. `\C` matches a single
-/// byte and can split a character. A negative assertion as a condition, such as "(?(?!a)b)", makes
-/// PCRE 1 read memory that it has not written.
+/// Do not use two constructs whose behaviour is undefined and which may crash the engine. `\C`
+/// matches a single byte and can split a character. A negative assertion as a condition, such as
+/// "(?(?!a)b)", makes PCRE 1 read uninitialised memory.
 ///
 /// Any thread may call the operations as long as none assigns to the object.
 class TOOLKIT_API RegExp {
 public:
-    /// Replacement texts by group name, ordered by the names' bytes.
+    /// Replacements by group name, in the order of the names' bytes.
     using ReplacementMappedStrings = std::map<TString<char>, TString<char>>;
 
     RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers);
@@ -50,58 +50,60 @@ public:
 
     /// Whether the pattern matches anywhere in `subject`.
     ///
-    /// False also for a match that reaches beyond group 19.
+    /// Also false if a group after group 19 took part in the match.
     bool IsMatch(const TString<char>& subject) const;
     bool IsMatch(const TString<wchar_t>& subject) const;
 
-    /// The first match: its groups up to the last one that took part, with their names.
+    /// Returns the first match: its groups up to the last one that took part, with their names.
     ///
-    /// Without a match `Success()` is false and there are no groups. There are none either, though
-    /// `Success()` is true, when a match reaches beyond group 19. A match that ends before it
-    /// begins, as `\K` in a look-ahead can cause, has an empty value.
+    /// Without a match `Success()` is false and there are no groups. If a group after group 19 took
+    /// part in the match, there are no groups either, though `Success()` is true. A match that ends
+    /// before it begins, as `\K` in a look-ahead can cause, has an empty value.
     smart_ptr<MatchResult> Match(const TString<char>& subject) const;
     smart_ptr<MatchResult> Match(const TString<wchar_t>& subject) const;
 
-    /// `subject` with every match replaced by `replacement`, which is literal text. The last
-    /// argument is ignored.
+    /// Returns `subject` with every match replaced by the literal string `replacement`. Ignores the
+    /// last argument.
     ///
-    /// The empty text never matches, nor does "^" at the beginning or "$" at the end of `subject`.
-    /// The search continues after a replacement, in the text that contains it: look-behinds see it.
+    /// Empty matches do not count, "^" does not match at the beginning of `subject`, and "$" does
+    /// not match at its end. The search continues after the replacement, in the changed string:
+    /// look-behinds see the replacement.
     ///
-    /// The offset at which the search continues is taken modulo 65536. Replacements in a longer
-    /// text may therefore be searched again, and a replacement that contains a match may repeat
-    /// until memory runs out. With `\K` in a look-behind a match may begin inside the last
-    /// replacement: "(?<=\Ka)" replaced by "a" never ends. An offset inside a character throws.
+    /// The offset at which the search continues is taken modulo 65536. In a longer string,
+    /// replacements may therefore be searched again; if the replacement contains a match, this may
+    /// repeat until memory runs out. With `\K` in a look-behind a match may begin inside the last
+    /// replacement: replacing "(?<=\Ka)" with "a" never ends. An offset inside a character throws.
     TString<char> Replace(const TString<char>& replacement, const TString<char>& subject,
                           unsigned char flag);
 
-    /// `subject` with the groups of the first match replaced: group 1 by the first entry, and so
-    /// on. Empty without a match.
+    /// Returns `subject` with the groups of the first match replaced: group 1 by the first entry,
+    /// and so on. Empty without a match.
     ///
-    /// Missing entries are empty texts. A group that took no part is skipped. Groups are expected
-    /// in increasing order without overlaps: a group inside another is replaced at the place where
-    /// it would be if the outer replacement had been inserted before it.
+    /// Missing entries count as empty strings. A group that took no part is skipped. Groups are
+    /// expected in increasing order without overlaps: a group inside another is replaced at the
+    /// place where it would be if the outer replacement had been inserted before it.
     TString<char> Replace(const std::vector<TString<char>>& replacements,
                           const TString<char>& subject);
 
-    /// The same for named groups, each replaced by the entry of its name. Other groups stay.
+    /// Replaces named groups in the same way, each by the entry with its name. Other groups stay.
     ///
-    /// A name that the map does not have is added to it with the empty text.
+    /// A name that is not in the map is added to it with an empty string.
     TString<char> Replace(ReplacementMappedStrings& replacements, const TString<char>& subject);
 
-    /// The engine that the library uses and its version: "PCRE 8.39 2016-06-14". Empty when out of
-    /// memory.
+    /// Returns the name and version of the engine that the library uses: "PCRE 8.39 2016-06-14".
+    /// Empty when out of memory.
     static TString<char> GetEngineVersion();
 
     // The steps of the operations. `result` must hold an object.
 
-    /// Compiles the pattern of `result` in place of what was compiled before.
+    /// Compiles the pattern of `result`, in place of an earlier compiled pattern.
     void RegExp_compile(const smart_ptr<MatchResult>& result) const;
 
-    /// Searches the subject of `result`, whose pattern is compiled, from the byte `startOffset` on.
+    /// Searches the subject of `result`, whose pattern must be compiled, from the byte
+    /// `startOffset` on.
     void RegExp_exec(const smart_ptr<MatchResult>& result, unsigned short startOffset) const;
 
-    /// Replaces the range that `result` gives for `group`, moved by `shift` bytes, in `target`.
+    /// Replaces the range of `group` in `result`, moved by `shift` bytes, in `target`.
     ///
     /// Does nothing for a group that does not exist or took no part, and for a range that begins
     /// outside `target`.
