@@ -2,12 +2,12 @@
 
 #include "toolkit/core/Export.h"
 
-/// Loads what a process that is not packaged as an application needs to use desktop services.
-/// Returns true on success. On other systems there is nothing to load, and the result is true.
+/// On macOS, loads what a process that is not packaged as an application needs to use desktop
+/// services, and returns whether that succeeded. On other systems, only returns true.
 TOOLKIT_API bool MacInitCocoa();
 
 /// An NSAutoreleasePool for a scope. A thread that uses the Objective-C runtime keeps one for its
-/// whole lifetime. Does nothing on other systems.
+/// whole lifetime. Does nothing outside macOS.
 class TOOLKIT_API MacAutoreleasePool {
 public:
     MacAutoreleasePool();

@@ -9,16 +9,16 @@ namespace Toolkit {
 /// Nothing is thrown or logged.
 class TOOLKIT_API Network {
 public:
-    /// A web host that is always up, and how long it may take to answer.
+    /// The host and port that TestNetwork() connects to, and its time limit.
     static constexpr const wchar_t* c_testHost = L"www.example.com";
     static constexpr unsigned short c_testPort = 80;
     static constexpr unsigned int c_testTimeoutMs = 2000;
 
-    /// Returns whether a connection to the test host can be opened.
+    /// Returns whether TestConnection() succeeds with the three values above.
     static bool TestNetwork();
 
     /// Returns whether a TCP connection over IPv4 to `port` of `host` opens within `timeoutMs`
-    /// milliseconds. Name resolution is not included in that time. Nothing is sent.
+    /// milliseconds. Name resolution is not included in that time. Sends nothing.
     static bool TestConnection(const TString<wchar_t>& host, unsigned short port,
                                unsigned int timeoutMs);
 };

@@ -13,18 +13,18 @@ namespace Toolkit {
 /// RestartProcessFinish() afterwards. Each operation logs its progress to the process-wide logger.
 class TOOLKIT_API RestartManagment {
 public:
-    /// An identifier for applications that need a fixed one.
+    /// A fixed identifier that applications may use. The library does not use it.
     static const TString<wchar_t> c_strUniqueIdentifer;
 
     RestartManagment();
     virtual ~RestartManagment();
 
     /// Starts the executable of this application, named without its extension, with the argument
-    /// "-restart", and does not wait for it. Returns true even if there is no such program,
-    /// because that shows only in the new process. Returns false when out of memory.
+    /// "-restart", and does not wait for it. Returns true even if there is no such program or no
+    /// process can be created. Returns false if there is no memory for the path or the argument.
     bool ActivateRestartProcess();
 
-    /// Returns false at once: these systems wait for nothing.
+    /// Returns false at once: no supported system needs to wait.
     bool WaitingForPreviousProcessFinish();
 
     /// Returns false at once.
@@ -41,7 +41,7 @@ public:
     static smart_ptr<RestartManagment>* s_pInstance;
 
 private:
-    // The process to wait for, on systems that wait.
+    // The process to wait for, on systems that need to wait.
     [[maybe_unused]] int m_previousProcess; // unused, keeps the layout
 };
 

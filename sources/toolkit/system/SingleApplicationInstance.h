@@ -18,25 +18,25 @@ class InstanceLock;
 ///
 /// The object holds the lock for its lifetime, with two files in the user's home directory. A
 /// flock(2) on the first one decides. The second has the unique name of the application. It is the
-/// lock file of `wxSingleInstanceChecker`, so programs that use that class see this one and are
-/// seen; a file of that name with another owner, mode or content is left alone. Of several
+/// lock file of `wxSingleInstanceChecker`: this class and programs that use the checker detect each
+/// other. A file of that name with another owner, mode or content is left alone. Of several
 /// processes that start at once exactly one is the first, and a crashed process never keeps others
-/// out. On a read-only home directory an existing lock file is enough. A forked child does not hold
+/// out. In a read-only home directory an existing lock file is enough. A forked child does not hold
 /// the lock.
 ///
-/// Needs a `PathManager`.
+/// Needs the process-wide `PathManager`.
 class TOOLKIT_API SingleApplicationInstance {
 public:
-    /// Takes the lock unless another process holds it. When out of memory, it is as if no lock file
-    /// could be made.
+    /// Takes the lock unless another process holds it. When out of memory, takes no lock, as if no
+    /// lock file could be created.
     SingleApplicationInstance();
     ~SingleApplicationInstance();
 
-    /// Returns whether another process held the lock at construction; false when no lock file can
-    /// be made.
+    /// Returns whether another process held the lock at construction; false if no lock file could
+    /// be created.
     bool IsAlreadyRunning() const;
 
-    /// Returns the path of the file that is locked by the application with that unique name; empty
+    /// Returns the path of the file that the application with the name `uniqueName` locks; empty
     /// when out of memory.
     static TString<wchar_t> GetLockPath(const TString<wchar_t>& uniqueName);
 

@@ -8,43 +8,43 @@ class wxPlatformInfo;
 
 namespace Toolkit {
 
-/// The operating system, the user's rights, and starting programs.
+/// Describes the operating system and the user's rights, and starts programs.
 class TOOLKIT_API SystemInfo {
 public:
     /// The family of the operating system.
     enum Platform { PlatformUnknown, PlatformWindows, PlatformMac, PlatformUnix };
 
-    /// Describes the running system. The first question about it takes some milliseconds.
+    /// Describes the running system. The first query about it takes some milliseconds.
     SystemInfo();
-    /// Reports the system that `platform` describes. `platform` must outlive the object.
+    /// Describes the system that `platform` stands for. `platform` must outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);
 
-    /// Windows CE, Windows Micro and DOS are `PlatformUnknown`. So is every system when out of
-    /// memory.
+    /// Returns the family of the system. Windows CE, Windows Micro and DOS count as
+    /// `PlatformUnknown`; so does every system when out of memory.
     Platform GetPlatform() const;
-    /// Both return -1 when out of memory.
+    /// Return the two parts of the system's version; -1 when out of memory.
     int GetOSMajorVersion() const;
     int GetOSMinorVersion() const;
 
-    /// The version of wxWidgets that the library was built with: "wxWidgets 3.2.2". Empty when out
-    /// of memory.
+    /// Returns the version of wxWidgets that the library was built with: "wxWidgets 3.2.2". Empty
+    /// when out of memory.
     static TString<wchar_t> GetFrameworkVersion();
 
-    /// Returns false on these systems.
+    /// Always returns false.
     static bool HasAdministratorCredentials();
-    /// Returns false on these systems.
+    /// Always returns false.
     static bool HasPowerUserCredentials();
-    /// Returns true: callers may ask for elevation.
+    /// Always returns true: callers may ask for elevation.
     static bool CanElevateCredentialsUsingUAC();
 
-    /// Starts the program `path` without a search along PATH. Its arguments are its own path and
+    /// Starts the program `path` without searching PATH. The program's arguments are `path` and
     /// the tokens of `arguments` (see `CmdLineParser::Tokenize`). It inherits the environment, and
     /// of the open files only standard input, output and error.
     ///
-    /// Returns the id of the new process; with `wait`, after that process has ended, or -1 when
-    /// waiting failed. When no process can be created, returns the positive error number of
-    /// fork(2): ENOMEM when out of memory. A program that cannot be executed shows only in the exit
-    /// status of the new process, which is the error number of execv(3). Any thread may call it.
+    /// Returns the id of the new process. With `wait`, returns it after that process has ended, or
+    /// -1 if waiting failed. If no process can be created, returns the positive error number of
+    /// fork(2): ENOMEM when out of memory. If the program cannot be executed, the new process ends
+    /// with the error number of execv(3); nothing else reports that. Any thread may call it.
     static int StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                             bool wait);
 

@@ -4,9 +4,10 @@
 
 namespace Toolkit {
 
-/// Milliseconds since an arbitrary moment, in steps of the system's clock tick (10 ms as a rule).
+/// Returns the milliseconds since an arbitrary moment, in steps of the system's clock tick (usually
+/// 10 ms).
 ///
-/// Wraps around to 0. Any thread may call it.
+/// The count wraps around to 0. Any thread may call it.
 TOOLKIT_API unsigned int GetTickCount();
 
 } // namespace Toolkit

@@ -6,10 +6,10 @@
 
 namespace Toolkit {
 
-/// A version number of four parts. The process-wide object is the version of this library.
+/// A version number with four parts. The process-wide object has the version of this library.
 class TOOLKIT_API Version {
 public:
-    /// 0.0.0.0
+    /// The version 0.0.0.0.
     Version();
     Version(unsigned int major, unsigned int minor, unsigned int build, unsigned int revision);
     /// Parses up to four numbers separated by dots; missing ones are 0. "2" gives 2.0.0.0, and
@@ -28,7 +28,7 @@ public:
     bool operator<(const Version& other) const;
     bool operator>(const Version& other) const;
 
-    /// Returns -1, 0 or 1 if this version is older than, equal to or newer than the other.
+    /// Return -1, 0 or 1 if this version is older than, equal to or newer than the other.
     int CompareVersion(const Version& other) const;
     int CompareVersion(const TString<wchar_t>& text) const;
 
