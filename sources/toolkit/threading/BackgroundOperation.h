@@ -8,7 +8,7 @@
 
 namespace Toolkit {
 
-/// Is called when a background operation starts and ends, on the thread that performs it.
+/// Notified when a background operation starts and ends, on the thread that reports it.
 class TOOLKIT_API BackgroundOperationHandler {
 public:
     virtual ~BackgroundOperationHandler();
@@ -18,14 +18,14 @@ public:
 };
 
 /// A long-running operation. Calls its handlers at start and end, lets other threads wait for the
-/// end, and keeps the time of the last progress.
+/// end, and stores the time of the last progress.
 ///
 /// The worker calls SendOperationStarted(), UpdateLastOperationDate() as it makes progress, and
 /// SendOperationEnded(). Any thread may call the operations.
 class TOOLKIT_API BackgroundOperation : public EventNotifier<BackgroundOperationHandler> {
 public:
-    /// The caller chooses `operationId`; nothing here interprets it. Throws `std::bad_alloc` when
-    /// out of memory.
+    /// The caller chooses `operationId`, which this class does not interpret. Throws
+    /// `std::bad_alloc` when out of memory.
     explicit BackgroundOperation(unsigned int operationId);
     ~BackgroundOperation() override;
 
@@ -34,16 +34,16 @@ public:
     /// Makes Wait() block again, then calls the handlers.
     void SendOperationStarted();
 
-    /// Lets waiting threads continue, possibly before the handlers are called, and calls them.
+    /// Lets waiting threads continue, then calls the handlers. Wait() may return before they run.
     void SendOperationEnded();
 
-    /// Waits without limit until an operation has ended and none has started since. Returns true.
+    /// Waits without limit until the operation has ended and has not started again. Returns true.
     bool Wait() const;
 
     /// Stores the current tick count as the time of the last progress.
     void UpdateLastOperationDate();
 
-    /// Milliseconds of `GetTickCount()`; 0 before the first progress.
+    /// Returns the time of the last progress, as `GetTickCount()` counts; 0 before the first.
     unsigned int GetLastOperationDate() const;
 
 private:

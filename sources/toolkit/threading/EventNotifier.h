@@ -13,8 +13,8 @@ namespace Toolkit {
 /// A list of listeners with the interface `T`, for classes that report events.
 ///
 /// Listeners are called in the order in which they were added, under the notifier's recursive lock.
-/// A listener may add and remove listeners, itself included, from inside its call; another thread
-/// that tries waits until the pass has ended. Any thread may call the operations.
+/// During its call a listener may add and remove listeners, itself included; other threads that do
+/// so wait until all listeners have been called. Any thread may call the operations.
 template <typename T>
 class TOOLKIT_API EventNotifier {
 public:
@@ -25,8 +25,8 @@ public:
     EventNotifier(const EventNotifier&) = delete;
     EventNotifier& operator=(const EventNotifier&) = delete;
 
-    /// Adds `listener` at the end and shares it; one that is added twice is called twice. An empty
-    /// pointer is ignored. Throws `std::bad_alloc` when out of memory; it is not added then.
+    /// Adds `listener` at the end and shares it; a listener that is added twice is called twice.
+    /// Ignores an empty pointer. When out of memory, throws `std::bad_alloc` and adds nothing.
     void AddListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -34,9 +34,9 @@ public:
             m_listeners.push_back(listener);
     }
 
-    /// Removes the first entry that holds the same object; false when there is none. A listener
-    /// that is removed during a pass is not called any more and lives until the pass has ended. If
-    /// there is no memory to keep it until then, it is not removed, and the result is false.
+    /// Removes the first entry with the same object; false if there is none. A listener that is
+    /// removed during a Notify() is not called any more, and lives until that Notify() has ended.
+    /// If there is no memory to keep it until then, does not remove it and returns false.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -60,7 +60,7 @@ public:
     }
 
 protected:
-    /// Calls `operation` with each listener. The pass ends early when a listener throws.
+    /// Calls `operation` with each listener. If one throws, the listeners after it are not called.
     template <typename Operation>
     void Notify(Operation operation)
     {
@@ -75,7 +75,7 @@ protected:
 private:
     using Listeners = std::list<smart_ptr<T>>;
 
-    // During a pass entries are only emptied. The outermost pass erases them.
+    // One run of Notify(). During a pass entries are only emptied. The outermost pass erases them.
     class Pass {
     public:
         explicit Pass(EventNotifier& notifier) TOOLKIT_REQUIRES(notifier.m_lock)

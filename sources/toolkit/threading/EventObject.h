@@ -16,7 +16,7 @@ public:
     /// Polling interval of a wait, in milliseconds.
     static const unsigned int s_uMinSlice;
 
-    /// With `autoReset` a successful `Wait` clears the flag. Mind the order: the reset mode comes
+    /// With `autoReset` a successful `Wait` clears the flag. Note the order: the reset mode comes
     /// before the initial state. Throws `std::bad_alloc` when out of memory.
     EventObject(bool autoReset, bool initiallySignalled);
     ~EventObject();
@@ -28,7 +28,7 @@ public:
     void Reset();
 
     /// Waits at most `timeoutMs` milliseconds for the flag; 0 only tests it, 0xFFFFFFFF waits
-    /// forever. True when it was signalled.
+    /// forever. Returns whether the flag was signalled.
     bool Wait(unsigned int timeoutMs);
 
 private:

@@ -4,12 +4,12 @@
 
 namespace Toolkit {
 
-/// Keeps wxWidgets started while the object exists. Each thread has one: wxWidgets must not shut
+/// Keeps wxWidgets started while the object exists. Each `Thread` has one: wxWidgets must not shut
 /// down while a thread exists.
 ///
-/// In a program that runs its own application object, nothing is held: a second start of wxWidgets
-/// would replace that object. Such a program must end its threads before it destroys its
-/// application object. A forked child leaves wxWidgets as its parent started it.
+/// Does nothing in a program that runs its own application object, because a second start of
+/// wxWidgets would replace that object. Such a program must end its threads before it destroys its
+/// application object. An object inherited by a forked child does not shut wxWidgets down there.
 class TOOLKIT_API FrameworkHold {
 public:
     /// Throws std::bad_alloc when wxWidgets cannot be started.
@@ -20,7 +20,7 @@ public:
     FrameworkHold& operator=(const FrameworkHold&) = delete;
 
 protected:
-    /// Leaves wxWidgets started when the object is destroyed.
+    /// Makes the destructor leave wxWidgets started.
     void HoldForEver() { m_holder = 0; }
 
 private:

@@ -11,10 +11,10 @@ class CountedMutex;
 template <typename Policy>
 class smart_ptr_inner_data;
 
-/// A recursive mutex whose lock operation takes a time-out: the type that lockers take.
+/// A recursive mutex whose lock operation has a time-out. `MutexLocker` locks it.
 ///
-/// The thread that holds it may lock it again, and must unlock it as often as it locked it.
-/// Failures are reported only by results: nothing is thrown or logged.
+/// The thread that holds the mutex may lock it again, and must unlock it as often as it locked it.
+/// Lock() and Unlock() report failures only by their results: they neither throw nor log.
 class TOOLKIT_CAPABILITY("mutex") TOOLKIT_API MutexInternal {
 public:
     /// The time-out for a wait without limit.
@@ -28,21 +28,21 @@ public:
     MutexInternal(const MutexInternal&) = delete;
     MutexInternal& operator=(const MutexInternal&) = delete;
 
-    /// Waits at most `timeoutMs` milliseconds, in steps of 10; `Infinite` waits forever. True when
-    /// the calling thread holds the mutex.
+    /// Waits about `timeoutMs` milliseconds for the mutex, at most 10 longer; `Infinite` waits
+    /// forever. True if the calling thread holds the mutex afterwards.
     ///
     /// The mutex is polled: a time-out of 25 makes three attempts and sleeps 10 ms after each one
-    /// that fails; a time-out of 0 to 9 makes one attempt and never sleeps.
+    /// that fails, 30 ms in all; a time-out of 0 to 9 makes one attempt and never sleeps.
     bool Lock(unsigned int timeoutMs) TOOLKIT_TRY_ACQUIRE(true);
 
-    /// False when the calling thread does not hold the mutex.
+    /// Unlocks the mutex once. False if the calling thread does not hold it.
     bool Unlock() TOOLKIT_RELEASE();
 
 private:
     template <typename Policy>
     friend class smart_ptr_inner_data;
 
-    // For the unused lock of a count block: allocates nothing before the first Lock().
+    // For the lock of a count block, which the library never locks: allocates only in Lock().
     struct OnFirstUse {};
     explicit MutexInternal(OnFirstUse) noexcept : m_mutex(nullptr) {}
 
@@ -51,7 +51,7 @@ private:
     std::atomic<CountedMutex*> m_mutex; // owned
 };
 
-/// The mutex that classes hold as a member.
+/// The mutex type for the members of classes.
 class TOOLKIT_API Mutex : public MutexInternal {
 public:
     /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
@@ -62,11 +62,11 @@ public:
 
 /// Holds a mutex for the rest of a scope.
 ///
-/// A locker whose time-out expires holds nothing, unlocks nothing and does not report it. To be
-/// sure of the lock, wait with `MutexInternal::Infinite`.
+/// If the time-out expires, the locker does not hold the mutex, does not unlock it, and does not
+/// report that. To be sure of the lock, wait with `MutexInternal::Infinite`.
 class TOOLKIT_SCOPED_CAPABILITY TOOLKIT_API MutexLocker {
 public:
-    /// Locks `mutex`, which must outlive the locker; waits at most `timeoutMs` milliseconds.
+    /// Locks `mutex`, which must outlive the locker; waits as `MutexInternal::Lock` does.
     MutexLocker(MutexInternal& mutex, unsigned int timeoutMs)
         TOOLKIT_ACQUIRE(mutex) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS : m_mutex(mutex)
     {

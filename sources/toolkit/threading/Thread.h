@@ -20,10 +20,10 @@ class ThreadControl;
 /// `DoWork()` return and call `Wait()`.
 ///
 /// wxWidgets stays started while the object exists; `FrameworkHold` describes how. One thread at a
-/// time may operate an object.
+/// time may call the operations of an object.
 ///
-/// A forked child has its parent's objects without their threads. There no operation waits for a
-/// thread, and the objects are destroyed silently.
+/// A forked child has its parent's objects without their threads. In the child no operation waits
+/// for a thread, and the objects are destroyed silently.
 class TOOLKIT_API Thread : private FrameworkHold, public wxThread {
 public:
     /// The identifier that means "no thread".
@@ -33,28 +33,28 @@ public:
     /// memory.
     Thread();
 
-    /// Asks a running thread to end and waits until it has. On the thread itself, as when it calls
-    /// exit(), it returns at once. To end a thread that was never started it needs memory: it
-    /// retries for 200 ms, then leaks the thread. For that wxWidgets needs memory too, so the
-    /// destructor waits while there is none at all.
+    /// Asks a running thread to end and waits until it has. Returns at once if called on the thread
+    /// itself, for example from exit(). Ending a thread that was never started takes memory: the
+    /// destructor retries for 200 ms, then leaks the thread. wxWidgets needs memory for that, too,
+    /// so the destructor waits while there is none at all.
     ~Thread() override;
 
-    /// Starts the thread. False when it was started before, when it could not be created, and when
-    /// out of memory; in the last case a later call may succeed.
+    /// Starts the thread. False if it was started before, if it could not be created, and when out
+    /// of memory; in the last case a later call may succeed.
     bool Run();
 
-    /// Both are false when the state of the thread does not allow it, and on the thread itself. A
-    /// thread pauses at its next call of `TestDestroy()`.
+    /// Pause() pauses the thread at its next call of `TestDestroy()`; Resume() lets it continue.
+    /// False if the state of the thread does not allow it, and on the thread itself.
     bool Pause();
     bool Resume();
 
-    /// Ends the thread by force, which leaks what it owned. `wxTHREAD_NOT_RUNNING` when it does not
-    /// run, `wxTHREAD_MISC_ERROR` on the thread itself.
+    /// Ends the thread by force; what only the rest of `DoWork()` would have released leaks. Returns
+    /// `wxTHREAD_NOT_RUNNING` if it does not run, `wxTHREAD_MISC_ERROR` on the thread itself.
     ///
-    /// The thread ends at its next cancellation point, see pthreads(7), by an unwinding of its
-    /// stack. `DoWork()` must not stop that unwinding with a catch-all, nor reach a cancellation
-    /// point in a function that is noexcept, such as a destructor: the process would end. The call
-    /// does not wait for the unwinding; a `Wait()` after it and the destructor do.
+    /// The thread ends at its next cancellation point, see pthreads(7), and its stack is unwound.
+    /// `DoWork()` must not stop the unwinding with a catch-all, nor reach a cancellation point in a
+    /// noexcept function, such as a destructor: the process would end. Kill() does not wait for the
+    /// unwinding; a later `Wait()` and the destructor do.
     wxThreadError Kill();
 
     /// Suspends the calling thread for `ms` milliseconds.
@@ -64,9 +64,9 @@ public:
     bool IsRunning() const;
 
     /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
-    /// the thread was killed. Returns a null code at once when the thread does not run, and on the
-    /// thread itself. A thread that has just ended may then still destroy its thread-local objects;
-    /// the destructor waits for them.
+    /// the thread was killed. Returns a null code at once if the thread does not run, and on the
+    /// thread itself. In the first case the thread may have just ended and still be destroying its
+    /// thread-local objects; the destructor waits for that.
     ExitCode Wait();
 
     bool IsPaused() const;
@@ -74,25 +74,25 @@ public:
     static unsigned long GetCurrentId();
 
     /// Whether the caller is the application's main thread: the one that runs main() or, in a
-    /// program that runs its own application object, the one that wxWidgets treats as such.
+    /// program that runs its own application object, the one that wxWidgets considers the main one.
     static bool IsMainThread();
 
-    /// Whether the thread has been asked to end; `DoWork()` calls it from time to time. While the
-    /// thread is paused, the call waits.
+    /// Whether the thread has been asked to end. `DoWork()` should call it from time to time. Waits
+    /// while the thread is paused.
     bool TestDestroy() override;
 
 protected:
-    /// The thread's entry point. Runs `DoWork()`; messages of wxWidgets meanwhile go to the
-    /// installed `WxLogForwarder` at once. A derived class may call it on any thread, which then
-    /// does the work.
+    /// The thread's entry point: runs `DoWork()`. Until that returns, messages of wxWidgets go to
+    /// the installed `WxLogForwarder` at once. If a derived class calls it on another thread, only
+    /// runs `DoWork()` there.
     ExitCode Entry() override;
 
     /// Both ask the thread to end, and wake it if it is paused. `wxThread::Delete()` and
-    /// `wxThread::Kill()` call them. An override must call the overridden function.
+    /// `wxThread::Kill()` call them. An override must call the base version.
     void OnDelete() override;
     void OnKill() override;
 
-    /// The work of the derived class, on the new thread. Its result becomes the exit code.
+    /// Does the work, on the new thread. Its result becomes the exit code.
     virtual int DoWork() = 0;
 
 private:

@@ -1,15 +1,15 @@
 #pragma once
 
 // Annotations that Clang checks with -Wthread-safety: which lock guards what, and which functions
-// take it. Empty for other compilers.
+// acquire it. Empty for other compilers.
 //
 //     class Account {
 //         Mutex m_lock;
 //         int m_balance TOOLKIT_GUARDED_BY(m_lock);
 //     };
 //
-// A `MutexLocker` counts as holding its mutex. The check cannot see that a locker whose time-out
-// expired does not hold it: lock with `MutexInternal::Infinite`.
+// A `MutexLocker` counts as holding its mutex. The check does not notice when the time-out of the
+// locker expires and it holds nothing: lock with `MutexInternal::Infinite`.
 
 #if defined(__clang__)
 #define TOOLKIT_THREAD_ANNOTATION(attribute) __attribute__((attribute))
@@ -35,14 +35,15 @@
 /// On a function: the caller does not hold the locks.
 #define TOOLKIT_EXCLUDES(...) TOOLKIT_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
 
-/// On a function: it takes the locks, or this object when none is named.
+/// On a function: it acquires the locks, or this object if none is named.
 #define TOOLKIT_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
 
-/// On a function: it takes the lock when it returns the first argument.
+/// On a function: it acquires the locks, or this object if none is named, when it returns the first
+/// argument.
 #define TOOLKIT_TRY_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(try_acquire_capability(__VA_ARGS__))
 
-/// On a function: it releases the locks, or this object when none is named.
+/// On a function: it releases the locks, or this object if none is named.
 #define TOOLKIT_RELEASE(...) TOOLKIT_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
 
-/// On a function: it is not checked. A comment says why.
+/// On a function: Clang does not check it. A comment there says why.
 #define TOOLKIT_NO_THREAD_SAFETY_ANALYSIS TOOLKIT_THREAD_ANNOTATION(no_thread_safety_analysis)
