@@ -48,7 +48,7 @@ public:
     bool Pause();
     bool Resume();
 
-    /// Ends the thread by force; what only the rest of `DoWork()` would have released leaks. Returns
+    /// Ends the thread by force, which leaks what no destructor on its stack releases. Returns
     /// `wxTHREAD_NOT_RUNNING` if it does not run, `wxTHREAD_MISC_ERROR` on the thread itself.
     ///
     /// The thread ends at its next cancellation point, see pthreads(7), and its stack is unwound.
