@@ -39,7 +39,8 @@ public:
     /// Writes the size in bytes with `Write(unsigned int)`, then the characters. For an empty
     /// `text` writes a size of 0 and returns `StreamResult::Nothing`.
     ///
-    /// Returns `StreamResult::WritePrefixFailed` for 4 GiB or more, whose size does not fit.
+    /// Returns `StreamResult::WritePrefixFailed` for a string of 4 GiB or more, whose size does not
+    /// fit.
     unsigned int Write(const TString<wchar_t>& text) override;
 
     /// Writes four bytes. Returns `StreamResult::WriteIntegerFailed` if the system writes fewer.

@@ -13,9 +13,9 @@ namespace Toolkit {
 /// A moment in time, read and written in the local time zone.
 ///
 /// A date built from fields that are out of range is invalid: its getters return 0, and arithmetic
-/// does not change it. Years from -292275054 to 292278993 are valid, which is what 64 bits of
-/// milliseconds can represent. One object is used by one thread at a time. Nothing is thrown or
-/// logged. When out of memory, a returned string is empty and a new date is invalid.
+/// does not change it. Dates in the years -292275054 to 292278993 are valid if 64 bits can hold
+/// their milliseconds. One object is used by one thread at a time. Nothing is thrown or logged.
+/// When out of memory, a returned string is empty and a new date is invalid.
 class TOOLKIT_API DateTime {
 public:
     /// Stores the current time, in whole seconds.

@@ -40,14 +40,14 @@ public:
     const TString<wchar_t>& GetApplicationName() const { return m_applicationName; }
     /// Returns the directory of the executable, without a separator at its end.
     const TString<wchar_t>& GetApplicationPath() const { return m_applicationPath; }
-    /// Returns the path of "config" in the data directory.
+    /// Returns the path of the folder "config" in the data directory.
     const TString<wchar_t>& GetConfigurationPath() const { return m_configurationPath; }
     /// Returns the application's own folder in the user's local data directory.
     const TString<wchar_t>& GetApplicationDataPath() const { return m_applicationDataPath; }
     const TString<wchar_t>& GetApplicationRessourcesPath() const { return m_ressourcesPath; }
     /// Returns the original ressources path; SetApplicationRessourcesPath() does not change it.
     const TString<wchar_t>& GetAppearancesPath() const { return m_appearancesPath; }
-    /// Returns the path of "plugins" in the ressources path.
+    /// Returns the path of the folder "plugins" in the ressources folder.
     const TString<wchar_t>& GetPluginsPath() const { return m_pluginsPath; }
     const TString<wchar_t>& GetDocumentsPath() const { return m_documentsPath; }
     /// Returns the path that was set; empty until then.

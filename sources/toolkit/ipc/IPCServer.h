@@ -30,8 +30,8 @@ class IPCInternalServer;
 /// without a user interface calls `wxInitialize()`, then Run(), then
 /// `wxAppConsole::GetInstance()->MainLoop()`. Call Run() and destroy the server on the thread that
 /// runs the loop, never in one of its own listeners. Destroy it before the application object if
-/// the program runs its own. An exception from a listener reaches the application object like that
-/// of any event handler: later listeners miss the message, and its client is disconnected.
+/// the program runs its own. An exception from a listener reaches the application object like one
+/// from any event handler: later listeners miss the message, and its sender is disconnected.
 ///
 /// No client blocks the loop or keeps others out. The server disconnects a client
 /// - whose message makes no progress for 2 seconds or is not complete after 30,
@@ -49,9 +49,9 @@ public:
     /// Stores the name; Run() begins to listen.
     ///
     /// An empty `service` means the application's own: a file in the temporary directory of
-    /// `PathManager` with the application's unique name and the extension ".ipc". Run() fails
-    /// without a `PathManager` then. When out of memory, Run() fails too, or the constructor throws
-    /// `std::bad_alloc` if there is no memory for the lock of the listeners.
+    /// `PathManager` with the application's unique name and the extension ".ipc". Without a
+    /// `PathManager`, Run() then fails. When out of memory, Run() fails too, or the constructor
+    /// throws `std::bad_alloc` if there is no memory for the lock of the listeners.
     explicit IPCServer(const TString<wchar_t>& service);
 
     /// Disconnects all clients and removes the socket file if it is still the one Run() created.

@@ -20,7 +20,7 @@ class ThreadControl;
 /// `DoWork()` return and call `Wait()`.
 ///
 /// wxWidgets stays started while the object exists; `FrameworkHold` describes how. One thread at a
-/// time may call the operations of an object.
+/// time may control an object; the thread itself calls `TestDestroy()`.
 ///
 /// A forked child has its parent's objects without their threads. In the child no operation waits
 /// for a thread, and the objects are destroyed silently.
@@ -65,8 +65,8 @@ public:
 
     /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
     /// the thread was killed. Returns a null code at once if the thread does not run, and on the
-    /// thread itself. In the first case the thread may have just ended and still be destroying its
-    /// thread-local objects; the destructor waits for that.
+    /// thread itself. A thread that does not run any more may still be destroying its thread-local
+    /// objects; the destructor waits for that.
     ExitCode Wait();
 
     bool IsPaused() const;
