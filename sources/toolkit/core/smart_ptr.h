@@ -118,8 +118,8 @@ public:
         return *this;
     }
 
-    /// Returns an empty pointer. Unlike the constructor it allocates nothing: all empty pointers
-    /// from here share one count.
+    /// Returns an empty pointer. Unlike the constructor it allocates nothing: all pointers that it
+    /// returns share one count.
     static smart_ptr Empty()
     {
         using Data = smart_ptr_inner_data<Policy>;
