@@ -264,8 +264,10 @@ void MeasureLookup(benchmark::State& state)
         state.SkipWithError("wrong value");
 
     for (auto _ : state) {
-        for (const auto& name : names)
-            benchmark::DoNotOptimize(settings.Find(name));
+        for (const auto& name : names) {
+            const auto& value = settings.Find(name);
+            benchmark::DoNotOptimize(&value);
+        }
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
