@@ -80,7 +80,8 @@ struct Search {
 
     int Run(Pcre2Pattern& pattern) const;
 
-    /// Returns the code of a subject that is not UTF-8 or starts inside a character, otherwise 0.
+    /// Returns a negative code if the subject is not valid UTF-8 or the search starts inside a
+    /// character, otherwise 0.
     int CheckSubject(Pcre2Pattern& pattern) const;
 
 private:
@@ -118,7 +119,7 @@ int Search::Finish(const Pcre2Pattern& pattern, int result) const
         return ReportInvalidUtf8(pattern, result);
     if (result < 0)
         return ToPcreError(result);
-    // The engine has room for more pairs than the caller may have.
+    // The match data can hold more pairs than `offsets`.
     const int count = result > pairCount ? 0 : result;
     const int setPairs = count > 0 ? count : pairCount;
     const std::size_t* const pairs = pattern.Offsets();
@@ -173,7 +174,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     const bool isTooDeep = error == PCRE2_ERROR_PARENTHESES_STACK_CHECK;
     if (!hasStack || (isTooDeep && !Base::IsOnThreadStack())) {
         auto compile = [&] { error = compiled->Compile(); };
-        // When out of memory, the first error is reported.
+        // If it throws for lack of memory, the first error is reported.
         auto tryToCompile = [&] { static_cast<void>(Base::Completes(compile)); };
         RunOnFreshStack(tryToCompile);
     }

@@ -120,16 +120,18 @@ int Pcre2Pattern::Compile()
             return PCRE2_ERROR_HEAP_FAILED;
     }
     int error = 0;
-    m_code = CompileText(m_pattern, error, m_errorOffset, context.get());
-    if (!m_code)
+    CodeOwner code = CompileText(m_pattern, error, m_errorOffset, context.get());
+    if (!code)
         return error;
     if (MayRecurse(m_pattern)) {
         // If the rewritten pattern does not compile, the code of the original one stays in use.
         int ignored = 0;
         const std::string atomic = MakeRecursionAtomic(m_pattern);
-        if (CodeOwner code = CompileText(atomic, error, ignored, context.get()))
-            m_code = std::move(code);
+        if (CodeOwner rewritten = CompileText(atomic, error, ignored, context.get()))
+            code = std::move(rewritten);
     }
+    // Not before: the rewriting may throw, and the pattern then counts as not compiled.
+    m_code = std::move(code);
     return 0;
 }
 
