@@ -43,7 +43,7 @@ ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
     m_archive.Open(ToWideArgument(path));
     const int all = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
     if (all < 0 || (all == 0 && !IsEmptyArchive(path)))
-        throw Failure(path + " is no Zip archive");
+        throw Failure(path + " is not a Zip archive");
     // The archive must be reopened to be listed again.
     m_archive.Open(ToWideArgument(path));
     m_archive.EntriesList(m_entries, ToWideArgument(selection.filter), selection.type);

@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-/// Selects entries of an archive. See ArchiveZip::EntriesList() for its members.
+/// Which entries of an archive to list. ArchiveZip::EntriesList() describes `filter` and `type`.
 struct ZipSelection {
     std::string filter;
     Toolkit::ArchiveEntriesFlags::ArchiveEntriesType type =

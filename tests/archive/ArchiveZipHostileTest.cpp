@@ -52,7 +52,7 @@ protected:
 const RawEntry c_whole{
     .name = "whole", .data = Deflated("content"), .content = "content", .method = c_deflated};
 
-TEST_F(ArchiveZipHostileTest, ReadsWhatIsStoredAndWhatIsDeflated)
+TEST_F(ArchiveZipHostileTest, ReadsStoredAndDeflatedEntries)
 {
     Names(WriteBytes(RawZip({{.name = "stored", .data = "bytes"}, c_whole})));
 
@@ -66,7 +66,7 @@ TEST_F(ArchiveZipHostileTest, ReadsTheEntryAfterADamagedOne)
         {"checksum of stored bytes", {.name = "bad", .data = "bytes", .checksum = 1}},
         {"checksum of deflated bytes",
          {.name = "bad", .data = Deflated("x"), .content = "x", .method = 8, .checksum = 1}},
-        {"no deflated bytes", {.name = "bad", .data = "\xFF\xFF\xFF\xFF", .method = 8}},
+        {"invalid deflate data", {.name = "bad", .data = "\xFF\xFF\xFF\xFF", .method = 8}},
         {"method", {.name = "bad", .data = "bytes", .method = 99}},
         {"data after the end",
          {.name = "bad", .data = Deflated("x") + "junk", .content = "x", .method = 8}},
@@ -113,7 +113,7 @@ TEST_F(ArchiveZipHostileTest, FailsToReadAnEntryThatCannotBeOpened)
     }
 }
 
-TEST_F(ArchiveZipHostileTest, KeepsBytesHandedBackToOneEntryOutOfTheNext)
+TEST_F(ArchiveZipHostileTest, DropsUngetBytesBeforeTheNextEntry)
 {
     Names(WriteBytes(RawZip({{.name = "a", .data = "one"}, c_whole})));
 
@@ -246,10 +246,10 @@ TEST_F(ArchiveZipHostileTest, ListsNamesThatLeadElsewhereAsWxWidgetsDoes)
     }
 }
 
-TEST_F(ArchiveZipHostileTest, ReadsAReplacedArchiveToItsEnd)
+TEST_F(ArchiveZipHostileTest, KeepsReadingAnArchiveWhoseFileIsReplaced)
 {
     Names(WriteBytes(RawZip({c_whole, {.name = "a", .data = std::string(100'000, 'x')}})));
-    m_directory.WriteFile(L"other.zip", "This is no archive.");
+    m_directory.WriteFile(L"other.zip", "This is not an archive.");
 
     std::filesystem::rename(m_directory.Path() / "other.zip", m_directory.Path() / "archive.zip");
 
@@ -258,7 +258,7 @@ TEST_F(ArchiveZipHostileTest, ReadsAReplacedArchiveToItsEnd)
     EXPECT_THAT(Names(Path()), IsEmpty());
 }
 
-TEST_F(ArchiveZipHostileTest, EndsWhereAnArchiveIsCutShortMeanwhile)
+TEST_F(ArchiveZipHostileTest, StopsReadingWhereTheArchiveWasTruncated)
 {
     Names(WriteBytes(RawZip({c_whole, {.name = "a", .data = std::string(100'000, 'x')}})));
 
@@ -269,7 +269,7 @@ TEST_F(ArchiveZipHostileTest, EndsWhereAnArchiveIsCutShortMeanwhile)
     EXPECT_EQ(Bytes(L"whole"), "content");
 }
 
-TEST_F(ArchiveZipHostileTest, ReadsNothingOldFromAnArchiveOverwrittenMeanwhile)
+TEST_F(ArchiveZipHostileTest, FailsToReadAnArchiveOverwrittenAfterListing)
 {
     Names(WriteBytes(RawZip({c_whole, {.name = "a", .data = std::string(100'000, 'x')}})));
 
@@ -286,7 +286,7 @@ TEST_F(ArchiveZipHostileTest, DoesNotOpenDirectories)
     EXPECT_EQ(m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries), -1);
 }
 
-TEST_F(ArchiveZipHostileTest, ListsWhatComesThroughAPipe)
+TEST_F(ArchiveZipHostileTest, ListsAnArchiveReadFromAPipe)
 {
     const std::string path = m_directory.Path() / "pipe";
     const std::string archive =

@@ -133,7 +133,7 @@ TEST_F(ArchiveZipTest, LogsAMissingFile)
 
 TEST_F(ArchiveZipTest, FindsNoEntriesTheFirstTimeInAFileThatIsNoArchive)
 {
-    m_archive.Open(m_directory.WriteFile(L"text.zip", "This is no archive."));
+    m_archive.Open(m_directory.WriteFile(L"text.zip", "This is not an archive."));
 
     EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), 0);
     EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);

@@ -54,7 +54,7 @@ std::string ContentsOf(const smart_ptr<Bytes>& bytes)
     return contents;
 }
 
-TEST(Base64Test, CountsBegunGroupsInTheCodeLength)
+TEST(Base64Test, RoundsTheCodeLengthUpToWholeGroups)
 {
     constexpr std::pair<int, int> cases[] = {{0, 0}, {1, 4},  {2, 4},   {3, 4},
                                              {4, 8}, {-1, 0}, {-3, -4}, {1610612733, 2147483644}};
@@ -62,13 +62,13 @@ TEST(Base64Test, CountsBegunGroupsInTheCodeLength)
         EXPECT_EQ(GetCodeLength(length), expected) << length;
 }
 
-TEST(Base64Test, ReturnsANegativeCodeLengthFromTwoGibibytes)
+TEST(Base64Test, ReturnsANegativeCodeLengthForTwoGibibytes)
 {
     EXPECT_EQ(GetCodeLength(1610612734), -2147483647 - 1);
     EXPECT_EQ(GetCodeLength(2147483647), -1431655764);
 }
 
-TEST(Base64Test, TakesAQuarterAwayForTheDataLength)
+TEST(Base64Test, ReturnsThreeQuartersRoundedUpAsTheDataLength)
 {
     constexpr std::pair<int, int> cases[] = {{0, 0}, {1, 1}, {3, 3},   {4, 3},
                                              {6, 5}, {8, 6}, {-4, -3}, {2147483647, 1610612736}};
@@ -88,7 +88,7 @@ TEST(Base64Test, EncodesTheExamplesOfTheStandard)
     }
 }
 
-TEST(Base64Test, KnowsThePlaceOfEveryDigitInTheAlphabet)
+TEST(Base64Test, EncodesAndDecodesTheWholeAlphabet)
 {
     const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     const std::string bytes("\x00\x10\x83\x10\x51\x87\x20\x92\x8b\x30\xd3\x8f\x41\x14\x93\x51"
@@ -100,13 +100,13 @@ TEST(Base64Test, KnowsThePlaceOfEveryDigitInTheAlphabet)
     EXPECT_EQ(Decode(alphabet), bytes);
 }
 
-TEST(Base64Test, EncodesAndDecodesNothingToNothing)
+TEST(Base64Test, FailsForEmptyInput)
 {
     EXPECT_EQ(Encode(""), std::nullopt);
     EXPECT_EQ(Decode(""), std::nullopt);
 }
 
-TEST(Base64Test, RefusesLengthsBeyondTheComputable)
+TEST(Base64Test, RefusesLengthsThatOverflow)
 {
     const unsigned char in[4] = {'Q', 'Q', '=', '='};
     unsigned char* out = nullptr;
@@ -165,7 +165,7 @@ TEST(Base64Test, ReturnsNoTextAndNoBytesWhenOutOfMemory)
     EXPECT_EQ(ContentsOf(empty), "");
 }
 
-TEST(Base64Test, EndsTheTextAtAPadAnywhere)
+TEST(Base64Test, StopsAtTheFirstPad)
 {
     const std::pair<const char*, std::string> cases[] = {{"=", std::string(1, '\0')},
                                                          {"=QUI", std::string(1, '\0')},
@@ -189,7 +189,7 @@ TEST(Base64Test, DropsAnUnfinishedGroup)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, PutsZeroAfterTheBytesOfADecodedText)
+TEST(Base64Test, FillsTheRestOfTheArrayWithZeros)
 {
     // Every array is as long as GetDataLength() says.
     const std::pair<std::string, std::string> cases[] = {
@@ -215,7 +215,7 @@ TEST(Base64Test, PutsZeroAfterTheBytesOfADecodedText)
     }
 }
 
-TEST(Base64Test, DecodesCharactersThatAreNoDigitsAsZero)
+TEST(Base64Test, DecodesCharactersOutsideTheAlphabetAsZero)
 {
     const std::pair<const char*, std::string> cases[] = {{"????", std::string(3, '\0')},
                                                          {"QU-D", "A@\x03"},
@@ -227,7 +227,7 @@ TEST(Base64Test, DecodesCharactersThatAreNoDigitsAsZero)
 
 TEST(Base64Test, ShiftsWhatFollowsALineBreak)
 {
-    // "\r\nQU" and "JD" without its other half.
+    // The groups are "QUJD", "\r\nQU" and an incomplete "JD".
     EXPECT_EQ(Decode("QUJD\r\nQUJD"), std::string("ABC\0\4\x14", 6));
 }
 
@@ -250,9 +250,9 @@ TEST(Base64Test, DecodesWideTextToBytes)
     }
 }
 
-TEST(Base64Test, GivesACharacterOutsideAsciiAPlaceForEachOfItsBytes)
+TEST(Base64Test, DecodesEachByteOfACharacterOutsideAsciiAsZero)
 {
-    // "é" has two bytes: "Qé" and "J" make a group.
+    // "é" has two bytes in UTF-8, so "QéJ" is one group of four.
     EXPECT_EQ(ContentsOf(B64::ToB64(L"Q\u00e9J")), std::string("@\0\x09", 3));
 }
 

@@ -80,7 +80,7 @@ TEST_F(DynamicLibraryTest, HasNothingWithoutALibrary)
     EXPECT_EQ(library.Detach(), nullptr);
 }
 
-TEST_F(DynamicLibraryTest, HasAndLogsNothingWhenALibraryCannotBeLoaded)
+TEST_F(DynamicLibraryTest, FindsAndLogsNothingWhenALibraryCannotBeLoaded)
 {
     testing::internal::CaptureStderr();
     for (const TString<wchar_t>& name :
@@ -108,7 +108,7 @@ TEST_F(DynamicLibraryTest, ReportsWhyALibraryWasNotLoaded)
     }
 }
 
-TEST_F(DynamicLibraryTest, ReportsNoErrorForALibraryThatWasLoaded)
+TEST_F(DynamicLibraryTest, ReportsNoErrorWhenLoadedOrWithoutAName)
 {
     EXPECT_EQ(DynamicLibrary().GetError(), L"");
     EXPECT_EQ(DynamicLibrary(L"").GetError(), L"");

@@ -23,7 +23,7 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 namespace Toolkit::TestSupport {
 namespace {
 
-// Start is the C library, which calls operator new only through main().
+// Start is the C library: the bottom of every stack, below main() or the function of a thread.
 enum class Kind { Program, Toolkit, Standard, Start, Other };
 
 // A loaded segment of code. The names stay valid because no module is unloaded here.
@@ -181,8 +181,8 @@ std::string_view AllocationFault::FailedModule()
 #ifdef TOOLKIT_REPLACES_MALLOC
 namespace {
 
-// Calls of the standard library itself do not fail: they allocate exceptions, for which it has a
-// reserve anyway.
+// Calls from the standard library do not fail: they allocate exceptions, for which it has a reserve
+// anyway. Nor do calls from the program, whose operator new has already applied the rule.
 bool FailsInC(const void* returnAddress)
 {
     if (!Toolkit::TestSupport::s_isArmed || Toolkit::TestSupport::t_isDeciding)

@@ -77,7 +77,7 @@ TEST_F(GroupCollectionTest, LetsGroupsOutliveIt)
     EXPECT_EQ(kept->value, "kept");
 }
 
-TEST_F(GroupCollectionTest, EntersANameAndGivesItToItsGroup)
+TEST_F(GroupCollectionTest, AddsANameAndSetsItOnTheGroup)
 {
     m_groups.AddNamedGroupKey("first", 1);
 

@@ -177,7 +177,7 @@ TEST_F(ZipCommandTest, FailsForWhatIsNoArchive)
 {
     const std::string text = Write(L"a.txt", "no archive at all");
 
-    EXPECT_EQ(Run({"zip", "list", text}).errors, "toolkit: " + text + " is no Zip archive\n");
+    EXPECT_EQ(Run({"zip", "list", text}).errors, "toolkit: " + text + " is not a Zip archive\n");
     EXPECT_EQ(Run({"zip", "list", "/nonesuch.zip"}).errors,
               "toolkit: cannot read /nonesuch.zip: No such file or directory\n");
     EXPECT_EQ(Run({"zip", "list", text}).exitCode, 2);

@@ -49,7 +49,8 @@ public:
     /// Like Read(), but at `offset`, and without moving the position.
     ssize_t ReadAt(long long offset, void* bytes, std::size_t length) const;
 
-    /// Reads `length` bytes. If fewer are left, returns false, and `bytes` begins with those.
+    /// Reads `length` bytes. Returns false at an early end of the file and after an error; `bytes`
+    /// then begins with what was read.
     bool ReadAll(void* bytes, std::size_t length) const;
 
     /// Writes `length` bytes; returns false if the system accepts fewer.

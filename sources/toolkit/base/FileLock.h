@@ -6,10 +6,10 @@
 namespace Toolkit::Base {
 
 /// An advisory lock on an open file. The system releases it when the process ends, however it ends.
-/// A forked child does not keep it, so that the parent's end releases it even if the child lives
-/// on.
+/// A forked child does not keep it, so it is released when the parent ends, even if the child
+/// lives on.
 ///
-/// The lock belongs to the process: all of its objects for one file share it, until the last of
+/// The lock belongs to the process: all FileLock objects for one file share it, until the last of
 /// them is destroyed.
 class FileLock {
 public:

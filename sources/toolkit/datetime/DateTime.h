@@ -13,9 +13,9 @@ namespace Toolkit {
 /// A moment in time, read and written in the local time zone.
 ///
 /// A date built from fields that are out of range is invalid: its getters return 0, and arithmetic
-/// does not change it. Dates in the years -292275054 to 292278993 are valid if 64 bits can hold
-/// their milliseconds. One object is used by one thread at a time. Nothing is thrown or logged.
-/// When out of memory, a returned string is empty and a new date is invalid.
+/// does not change it. The years -292275054 to 292278993 are supported. One object is used by
+/// one thread at a time. Nothing is thrown or logged. When out of memory, a returned string is
+/// empty and a new date is invalid.
 class TOOLKIT_API DateTime {
 public:
     /// Stores the current time, in whole seconds.
@@ -43,7 +43,7 @@ public:
     bool IsValid() const;
 
     /// MakeToUTC() shifts the moment so that its local time reads what UTC read before;
-    /// MakeFromUTC() reverses that. A local time that daylight saving skips moves on by that hour.
+    /// MakeFromUTC() reverses that. A local time that daylight saving skips is moved forward.
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
@@ -56,15 +56,15 @@ public:
     void GetIsoString(TString<char>& out, bool utc) const;
 
     /// Parses year, month, day, hour, minute and second, each separated by any one character. The
-    /// time is local, or UTC if a space (or any other character) and a Z follow. A Z directly
-    /// after the seconds counts as that character, so the time is local. If the result is not a
+    /// character after the seconds is skipped: the time is UTC if a Z follows it, otherwise local.
+    /// So "07:04:09 Z" is UTC and "07:04:09Z" is local. If the result is not a
     /// valid date, returns false and makes this date invalid.
     bool ParseIsoString(const TString<wchar_t>& text);
     bool ParseIsoString(const TString<char>& text);
 
     /// GetDate() writes the date and GetTime() the time, in the user's short pattern
-    /// (`Locales::GetCurrentDateFormat`), with two-digit numbers. Times have no seconds. In
-    /// twelve-hour patterns, noon is 12 AM and midnight is 00 AM.
+    /// (`Locales::GetCurrentDateFormat`), with day, month, hour and minute padded to two digits.
+    /// Times have no seconds. In twelve-hour patterns, noon is 12 AM and midnight is 00 AM.
     void GetDate(TString<wchar_t>& out) const;
     void GetTime(TString<wchar_t>& out) const;
     /// Writes the date, a space and the time.

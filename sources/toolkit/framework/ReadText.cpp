@@ -100,7 +100,8 @@ std::string EncodeLatin1(const std::string& bytes)
     return encoded;
 }
 
-// Removes the byte-order mark and converts the rest to UTF-8; false when the rest is not valid.
+// Removes the byte-order mark and converts the rest to UTF-8. False for invalid UTF-16 or UTF-32;
+// invalid UTF-8 is read as ISO 8859-1.
 bool Transcode(std::string& bytes)
 {
     const ByteOrderMark mark = FindByteOrderMark(bytes);
