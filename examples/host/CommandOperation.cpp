@@ -13,7 +13,7 @@ namespace {
 // The shortest time between two displays of progress. 100 % is always shown.
 constexpr unsigned int c_progressMs = 200;
 
-// Stands in for an unknown command: it has no options of its own.
+// Takes the place of an unknown command, and has no options of its own.
 constexpr HostPlugIn::Command c_noCommand{};
 
 Text ToText(unsigned long long value)

@@ -11,7 +11,7 @@ std::string s_datePattern;
 std::string s_timePattern;
 int s_objects = 0;
 
-// The object behind every reference. The text of a formatter is its pattern.
+// The one type that all references point to. The text of a formatter is its pattern.
 struct Object {
     std::string text;
 };

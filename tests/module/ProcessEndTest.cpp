@@ -80,7 +80,7 @@ struct Case {
     bool Logs() const { return what.find("logger") != std::string::npos; }
 };
 
-// How a process ended, and what it left behind.
+// How a process ended, and what it left.
 struct End {
     int status; // minus the signal number if a signal ended it
     std::string errors;
