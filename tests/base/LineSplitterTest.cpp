@@ -18,7 +18,7 @@ using testing::Pair;
 std::vector<std::pair<std::string, std::string>> LinesOf(std::string_view text)
 {
     std::vector<std::pair<std::string, std::string>> result;
-    for (LineSplitter lines(text); lines.TakeLine();)
+    for (LineSplitter lines(text); lines.MoveToNextLine();)
         result.emplace_back(lines.Line(), lines.LineEnd());
     return result;
 }

@@ -31,8 +31,8 @@ TEST(OutOfMemoryTest, MovesItsResult)
 
 TEST(OutOfMemoryTest, DistinguishesAnEndFromAnExceptionInCompletes)
 {
-    EXPECT_TRUE(Completes([] {}));
-    EXPECT_FALSE(Completes([] { throw std::bad_alloc(); }));
+    EXPECT_TRUE(RunsWithoutThrowing([] {}));
+    EXPECT_FALSE(RunsWithoutThrowing([] { throw std::bad_alloc(); }));
 }
 
 // RegExp throws a smart_ptr, which is not a std::exception.
@@ -41,7 +41,7 @@ TEST(OutOfMemoryTest, PassesOnWhatIsNoStandardException)
     struct Foreign {};
 
     EXPECT_THROW(static_cast<void>(TryOr(0, []() -> int { throw Foreign(); })), Foreign);
-    EXPECT_THROW(static_cast<void>(Completes([] { throw Foreign(); })), Foreign);
+    EXPECT_THROW(static_cast<void>(RunsWithoutThrowing([] { throw Foreign(); })), Foreign);
 }
 
 } // namespace

@@ -40,7 +40,7 @@ bool WaitForTick(SocketSet& set)
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (std::chrono::steady_clock::now() < end) {
-        for (const int descriptor : set.TakeReadable()) {
+        for (const int descriptor : set.PollReadable()) {
             if (descriptor == SocketSet::c_tick)
                 return true;
         }
@@ -65,16 +65,16 @@ protected:
 
 TEST_F(SocketSetTest, FindsNothingWhileNothingIsReadable)
 {
-    EXPECT_THAT(m_set.TakeReadable(), IsEmpty());
+    EXPECT_THAT(m_set.PollReadable(), IsEmpty());
 }
 
 TEST_F(SocketSetTest, FindsTheSocketsThatAreReadable)
 {
     m_second.Write();
-    EXPECT_THAT(m_set.TakeReadable(), ElementsAre(m_second.reader.Get()));
+    EXPECT_THAT(m_set.PollReadable(), ElementsAre(m_second.reader.Get()));
 
     m_first.Write();
-    EXPECT_THAT(m_set.TakeReadable(),
+    EXPECT_THAT(m_set.PollReadable(),
                 UnorderedElementsAre(m_first.reader.Get(), m_second.reader.Get()));
 }
 
@@ -82,7 +82,7 @@ TEST_F(SocketSetTest, FindsASocketWhoseOtherEndIsClosed)
 {
     m_first.writer.Close();
 
-    EXPECT_THAT(m_set.TakeReadable(), ElementsAre(m_first.reader.Get()));
+    EXPECT_THAT(m_set.PollReadable(), ElementsAre(m_first.reader.Get()));
 }
 
 TEST_F(SocketSetTest, ForgetsARemovedSocket)
@@ -91,7 +91,7 @@ TEST_F(SocketSetTest, ForgetsARemovedSocket)
 
     EXPECT_TRUE(m_set.Remove(m_first.reader.Get()));
 
-    EXPECT_THAT(m_set.TakeReadable(), IsEmpty());
+    EXPECT_THAT(m_set.PollReadable(), IsEmpty());
 }
 
 TEST_F(SocketSetTest, RefusesToRemoveASocketThatIsNotInTheSet)
@@ -107,7 +107,7 @@ TEST_F(SocketSetTest, FindsTicksBesideSockets)
     m_first.Write();
 
     EXPECT_TRUE(WaitForTick(m_set));
-    EXPECT_THAT(m_set.TakeReadable(), Contains(m_first.reader.Get()));
+    EXPECT_THAT(m_set.PollReadable(), Contains(m_first.reader.Get()));
 }
 
 TEST_F(SocketSetTest, ReportsSeveralTicksOnce)
@@ -116,7 +116,7 @@ TEST_F(SocketSetTest, ReportsSeveralTicksOnce)
     EXPECT_TRUE(WaitForTick(m_set));
     m_set.SetTicking(100'000);
 
-    EXPECT_THAT(m_set.TakeReadable(), Not(Contains(SocketSet::c_tick)));
+    EXPECT_THAT(m_set.PollReadable(), Not(Contains(SocketSet::c_tick)));
 }
 
 TEST_F(SocketSetTest, StopsTicking)
@@ -126,8 +126,8 @@ TEST_F(SocketSetTest, StopsTicking)
 
     m_set.SetTicking(0);
 
-    m_set.TakeReadable();
-    EXPECT_THAT(m_set.TakeReadable(), IsEmpty());
+    m_set.PollReadable();
+    EXPECT_THAT(m_set.PollReadable(), IsEmpty());
 }
 
 } // namespace

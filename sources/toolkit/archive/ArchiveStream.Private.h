@@ -39,14 +39,14 @@ public:
 
     /// Returns the bytes that were peeked at but not read yet. Valid until the next call of any
     /// operation.
-    std::string_view Ahead() const;
+    std::string_view Peeked() const;
 
     /// Peeks at more bytes, but not beyond the stated size of the entry: wxZipInputStream can reach
     /// the end of an entry only once. Returns false if it read no bytes.
-    bool LookAhead();
+    bool PeekMore();
 
     /// Moves the bytes that a reader put back with Ungetch() to the front of the peeked bytes.
-    void TakeBackUnread();
+    void ReclaimUngetBytes();
 
     /// Marks `count` of the peeked bytes as read.
     void Skip(std::size_t count);
@@ -59,8 +59,8 @@ protected:
     wxFileOffset OnSysTell() const override;
 
 private:
-    std::string m_ahead;
-    std::size_t m_aheadBegin = 0; // the bytes of m_ahead before this have been read
+    std::string m_peeked;
+    std::size_t m_peekedBegin = 0; // the bytes of m_peeked before this have been read
     // The state of the stream once all peeked bytes have been read.
     wxStreamError m_errorAfterPeeked = wxSTREAM_NO_ERROR;
 };

@@ -62,12 +62,12 @@ ArchiveStream::ArchiveStream(wxInputStream* stream)
 {
 }
 
-std::string_view ArchiveStream::Ahead() const
+std::string_view ArchiveStream::Peeked() const
 {
-    return std::string_view(m_ahead).substr(m_aheadBegin);
+    return std::string_view(m_peeked).substr(m_peekedBegin);
 }
 
-bool ArchiveStream::LookAhead()
+bool ArchiveStream::PeekMore()
 {
     if (!IsOk() || m_errorAfterPeeked != wxSTREAM_NO_ERROR)
         return false;
@@ -76,16 +76,16 @@ bool ArchiveStream::LookAhead()
         return false;
 
     // At the end of an entry, wxWidgets compares its size with OnSysTell(), which subtracts the
-    // peeked bytes. So m_ahead is empty during the read.
-    std::string ahead = std::exchange(m_ahead, {}).erase(0, std::exchange(m_aheadBegin, 0));
+    // peeked bytes. So m_peeked is empty during the read.
+    std::string peeked = std::exchange(m_peeked, {}).erase(0, std::exchange(m_peekedBegin, 0));
     // Each step doubles the size, so that a long line is not copied again and again.
-    const std::size_t oldSize = ahead.size();
+    const std::size_t oldSize = peeked.size();
     const auto wanted = std::max(c_blockSize, static_cast<wxFileOffset>(oldSize));
     const auto size = static_cast<std::size_t>(std::min(left, wanted));
-    ahead.resize(oldSize + size);
-    const std::size_t count = wxZipInputStream::OnSysRead(ahead.data() + oldSize, size);
-    ahead.resize(oldSize + count);
-    m_ahead = std::move(ahead);
+    peeked.resize(oldSize + size);
+    const std::size_t count = wxZipInputStream::OnSysRead(peeked.data() + oldSize, size);
+    peeked.resize(oldSize + count);
+    m_peeked = std::move(peeked);
     m_errorAfterPeeked = GetLastError();
     Reset();
     return count > 0;
@@ -93,15 +93,15 @@ bool ArchiveStream::LookAhead()
 
 void ArchiveStream::Skip(std::size_t count)
 {
-    m_aheadBegin += count;
+    m_peekedBegin += count;
 }
 
-void ArchiveStream::TakeBackUnread()
+void ArchiveStream::ReclaimUngetBytes()
 {
     if (m_wbackcur >= m_wbacksize)
         return;
-    m_ahead.replace(0, m_aheadBegin, m_wback + m_wbackcur, m_wbacksize - m_wbackcur);
-    m_aheadBegin = 0;
+    m_peeked.replace(0, m_peekedBegin, m_wback + m_wbackcur, m_wbacksize - m_wbackcur);
+    m_peekedBegin = 0;
     m_wbackcur = m_wbacksize;
 }
 
@@ -109,9 +109,9 @@ bool ArchiveStream::CloseEntry()
 {
     // Otherwise wxZipInputStream would return bytes that were put back here as the first bytes of
     // the next entry.
-    TakeBackUnread();
-    m_ahead.clear();
-    m_aheadBegin = 0;
+    ReclaimUngetBytes();
+    m_peeked.clear();
+    m_peekedBegin = 0;
     m_errorAfterPeeked = wxSTREAM_NO_ERROR;
     return wxZipInputStream::CloseEntry();
 }
@@ -132,8 +132,8 @@ std::size_t ArchiveStream::OnSysRead(void* buffer, std::size_t size)
 {
     if (!IsOk() || size == 0)
         return 0;
-    if (m_aheadBegin < m_ahead.size()) {
-        const std::size_t count = m_ahead.copy(static_cast<char*>(buffer), size, m_aheadBegin);
+    if (m_peekedBegin < m_peeked.size()) {
+        const std::size_t count = m_peeked.copy(static_cast<char*>(buffer), size, m_peekedBegin);
         Skip(count);
         return count;
     }
@@ -145,7 +145,8 @@ std::size_t ArchiveStream::OnSysRead(void* buffer, std::size_t size)
 
 wxFileOffset ArchiveStream::OnSysTell() const
 {
-    return wxZipInputStream::OnSysTell() - static_cast<wxFileOffset>(m_ahead.size() - m_aheadBegin);
+    return wxZipInputStream::OnSysTell() -
+           static_cast<wxFileOffset>(m_peeked.size() - m_peekedBegin);
 }
 
 } // namespace Toolkit

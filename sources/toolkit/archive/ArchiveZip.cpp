@@ -69,7 +69,7 @@ ArchiveZip::~ArchiveZip()
 void ArchiveZip::Open(const TString<wchar_t>& path)
 {
     Close();
-    static_cast<void>(Base::Completes([&] {
+    static_cast<void>(Base::RunsWithoutThrowing([&] {
         const Framework::Silence silence;
         // `new` allocates the owner before OpenFile() runs, so that nothing leaks when out of
         // memory.
@@ -101,7 +101,7 @@ int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
         ASSERT(false);
         return -1;
     }
-    if (Base::Completes([&] { List(*m_stream, filter, type, entries); }))
+    if (Base::RunsWithoutThrowing([&] { List(*m_stream, filter, type, entries); }))
         return static_cast<int>(entries.size());
     // All entries or none.
     entries.clear();

@@ -68,12 +68,13 @@ template <typename Find>
 std::optional<Span> Locate(ArchiveStream& stream, Find find)
 {
     while (true) {
-        const std::string_view ahead = stream.Ahead();
-        const std::optional<Span> span = find(ahead);
-        const bool isUndecided = span && ahead[span->end] == '\r' && span->end + 1 == ahead.size();
+        const std::string_view peeked = stream.Peeked();
+        const std::optional<Span> span = find(peeked);
+        const bool isUndecided =
+            span && peeked[span->end] == '\r' && span->end + 1 == peeked.size();
         if (span && !isUndecided)
             return span;
-        if (!stream.LookAhead())
+        if (!stream.PeekMore())
             return std::nullopt;
     }
 }
@@ -89,19 +90,19 @@ bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
     auto* const stream = dynamic_cast<ArchiveStream*>(&anyStream);
     if (!stream || !stream->IsOk())
         return false;
-    stream->TakeBackUnread();
+    stream->ReclaimUngetBytes();
     const std::optional<Span> span = Locate(*stream, find);
     if (!span)
         return false;
 
-    const std::string_view ahead = stream->Ahead();
-    const std::string_view bytes = ahead.substr(span->begin, span->end - span->begin);
+    const std::string_view peeked = stream->Peeked();
+    const std::string_view bytes = peeked.substr(span->begin, span->end - span->begin);
     // wxTextInputStream decodes the character after a carriage return, even an incomplete one.
-    const bool hidesMore = ahead[span->end] == '\r' && !IsPlainAscii(ahead[span->end + 1]);
-    if (hidesMore || MayBeginMark(ahead.front()) || bytes.find('\0') != std::string_view::npos ||
+    const bool hidesMore = peeked[span->end] == '\r' && !IsPlainAscii(peeked[span->end + 1]);
+    if (hidesMore || MayBeginMark(peeked.front()) || bytes.find('\0') != std::string_view::npos ||
         !Base::AppendDecodedUtf8(text, bytes.data(), bytes.size()))
         return false;
-    const bool isPair = ahead.compare(span->end, 2, "\r\n") == 0;
+    const bool isPair = peeked.compare(span->end, 2, "\r\n") == 0;
     stream->Skip(span->end + (isPair ? 2 : 1));
     return true;
 }

@@ -41,7 +41,7 @@ bool ReadFrom(wxZipInputStream* stream, Read read)
 {
     if (!stream)
         return false;
-    const bool isRead = Base::Completes([&] {
+    const bool isRead = Base::RunsWithoutThrowing([&] {
         const Framework::Silence silence;
         read(*stream);
     });

@@ -26,7 +26,7 @@ FileLock::FileLock(FileDescriptor file)
     : m_file(std::move(file)), m_next(nullptr), m_state(State::Unavailable)
 {
     const CheckedLock guard(ForkLocks::s_fileLocks);
-    m_state = Take();
+    m_state = TryLock();
     if (m_state == State::Held) {
         m_ownFile.Watch(m_file.Get());
         m_next = s_firstHeld;
@@ -44,7 +44,7 @@ FileLock::~FileLock()
         *link = m_next;
 }
 
-FileLock::State FileLock::Take() BASE_REQUIRES(ForkLocks::s_fileLocks)
+FileLock::State FileLock::TryLock() BASE_REQUIRES(ForkLocks::s_fileLocks)
 {
     if (!m_file.IsOpen())
         return State::Unavailable;

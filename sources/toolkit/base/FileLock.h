@@ -25,7 +25,7 @@ public:
     State GetState() const { return m_state; }
 
 private:
-    State Take();
+    State TryLock();
     bool ShareWithThisProcess();
 
     FileDescriptor m_file;

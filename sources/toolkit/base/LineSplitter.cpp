@@ -6,7 +6,7 @@ LineSplitter::LineSplitter(std::string_view text) : m_rest(text), m_feed(text.fi
 
 // Keeps the position of the next line feed: in a text whose lines end with carriage returns only,
 // searching for it again in each line would take quadratic time.
-bool LineSplitter::TakeLine()
+bool LineSplitter::MoveToNextLine()
 {
     if (m_rest.empty())
         return false;

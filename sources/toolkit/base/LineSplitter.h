@@ -7,7 +7,7 @@ namespace Toolkit::Base {
 /// Splits a text into lines. A line ends with a line feed, a carriage return or both; the last line
 /// may have no line end.
 ///
-///     for (Base::LineSplitter lines(text); lines.TakeLine();)
+///     for (Base::LineSplitter lines(text); lines.MoveToNextLine();)
 ///         Use(lines.Line());
 class LineSplitter {
 public:
@@ -16,7 +16,7 @@ public:
 
     /// Moves to the next line; the first call moves to the first line. Returns false after the last
     /// line.
-    bool TakeLine();
+    bool MoveToNextLine();
 
     /// Returns the current line without its line end.
     std::string_view Line() const { return m_line; }

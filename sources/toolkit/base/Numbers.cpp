@@ -194,20 +194,20 @@ template void ParseNumber(std::wstring_view, unsigned long long&);
 template void ParseNumber(std::wstring_view, double&);
 
 template <typename Char>
-NumberText<Char>::NumberText(long long value)
+FormattedNumber<Char>::FormattedNumber(long long value)
 {
     const auto bits = static_cast<unsigned long long>(value);
     WriteInteger(value < 0 ? 0 - bits : bits, value < 0);
 }
 
 template <typename Char>
-NumberText<Char>::NumberText(unsigned long long value)
+FormattedNumber<Char>::FormattedNumber(unsigned long long value)
 {
     WriteInteger(value, false);
 }
 
 template <typename Char>
-NumberText<Char>::NumberText(double value) : m_begin(m_buffer)
+FormattedNumber<Char>::FormattedNumber(double value) : m_begin(m_buffer)
 {
     constexpr int significantDigits = 6;
     char narrow[c_capacity];
@@ -219,7 +219,7 @@ NumberText<Char>::NumberText(double value) : m_begin(m_buffer)
 }
 
 template <typename Char>
-void NumberText<Char>::WriteInteger(unsigned long long magnitude, bool isNegative)
+void FormattedNumber<Char>::WriteInteger(unsigned long long magnitude, bool isNegative)
 {
     Char* const end = m_buffer + c_capacity;
     Char* begin = end - CountDigits(magnitude);
@@ -243,8 +243,8 @@ std::basic_string<Char> FormatInteger(Integer value)
     return text;
 }
 
-template class NumberText<char>;
-template class NumberText<wchar_t>;
+template class FormattedNumber<char>;
+template class FormattedNumber<wchar_t>;
 
 template std::string FormatInteger<char>(int);
 template std::string FormatInteger<char>(unsigned int);

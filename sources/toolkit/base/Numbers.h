@@ -21,14 +21,14 @@ void ParseNumber(std::basic_string_view<Char> text, Number& value);
 /// Integers are plain digits. Floating-point numbers have six significant digits, in the shorter of
 /// fixed and scientific notation.
 template <typename Char>
-class NumberText {
+class FormattedNumber {
 public:
-    explicit NumberText(long long value);
-    explicit NumberText(unsigned long long value);
-    explicit NumberText(double value);
+    explicit FormattedNumber(long long value);
+    explicit FormattedNumber(unsigned long long value);
+    explicit FormattedNumber(double value);
 
-    NumberText(const NumberText&) = delete;
-    NumberText& operator=(const NumberText&) = delete;
+    FormattedNumber(const FormattedNumber&) = delete;
+    FormattedNumber& operator=(const FormattedNumber&) = delete;
 
     const Char* Data() const { return m_begin; }
     std::size_t Length() const { return m_length; }
@@ -45,7 +45,7 @@ private:
     std::size_t m_length;
 };
 
-/// Formats an integer as `NumberText` does, directly into the returned string.
+/// Formats an integer as `FormattedNumber` does, directly into the returned string.
 ///
 /// Defined for char and wchar_t, and for the integers that ParseNumber() reads.
 template <typename Char, typename Integer>

@@ -30,10 +30,10 @@ std::invoke_result_t<Operation> TryOr(std::invoke_result_t<Operation> failure,
 /// Runs `operation` and returns whether it completed without throwing. For operations without a
 /// result, and for callers that clean up after a failure.
 ///
-///     if (!Base::Completes([&] { Append(text); }))
+///     if (!Base::RunsWithoutThrowing([&] { Append(text); }))
 ///         m_hasLostText = true;
 template <typename Operation>
-[[nodiscard]] bool Completes(Operation&& operation)
+[[nodiscard]] bool RunsWithoutThrowing(Operation&& operation)
 {
     try {
         std::forward<Operation>(operation)();

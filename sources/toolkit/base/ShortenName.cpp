@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t c_hashDigits = 16;
 
 // FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv
-std::uint64_t HashText(const std::string& text)
+std::uint64_t HashBytes(const std::string& text)
 {
     std::uint64_t hash = 0xCBF29CE484222325;
     for (const char character : text) {
@@ -32,7 +32,7 @@ std::string FormatHash(const std::string& text)
 {
     char digits[c_hashDigits + 1];
     std::snprintf(digits, sizeof digits, "%016llx",
-                  static_cast<unsigned long long>(HashText(text)));
+                  static_cast<unsigned long long>(HashBytes(text)));
     return digits;
 }
 

@@ -214,7 +214,7 @@ std::size_t EstimateLength(std::size_t count, std::ptrdiff_t taken, std::size_t 
 // Frees unused memory if the estimate was more than twice the length. A string that still has its
 // old capacity keeps it.
 template <typename Text>
-void GiveBackExcess(Text& text, std::size_t oldCapacity)
+void ShrinkIfOversized(Text& text, std::size_t oldCapacity)
 {
     if (text.capacity() > oldCapacity && text.capacity() / 2 > text.size())
         text.shrink_to_fit();
@@ -265,7 +265,7 @@ bool AppendEncodedUtf8(std::string& bytes, const wchar_t* text, std::size_t leng
             bytes.reserve(oldLength + EstimateLength(count, text - begin, length));
         bytes.append(buffer, count);
     }
-    GiveBackExcess(bytes, oldCapacity);
+    ShrinkIfOversized(bytes, oldCapacity);
     return true;
 }
 
@@ -287,7 +287,7 @@ bool AppendDecodedUtf8(std::wstring& text, const char* bytes, std::size_t length
             text.reserve(oldLength + EstimateLength(count, bytes - begin, length));
         text.append(buffer, count);
     }
-    GiveBackExcess(text, oldCapacity);
+    ShrinkIfOversized(text, oldCapacity);
     return true;
 }
 
@@ -302,7 +302,7 @@ bool IsUtf8(const char* bytes, std::size_t length)
     return true;
 }
 
-wchar_t TakeLongCharacter(const char*& at, const char* end)
+wchar_t DecodeNextMultibyteCharacter(const char*& at, const char* end)
 {
     wchar_t character = 0;
     // If the caller passes invalid UTF-8, skips one byte and returns a null character.

@@ -31,17 +31,17 @@ bool IsUtf8(const char* bytes, std::size_t length);
 
 /// Returns the first character of the valid UTF-8 from `at` to `end`, and moves `at` past it. The
 /// first byte must be above 0x7F.
-wchar_t TakeLongCharacter(const char*& at, const char* end);
+wchar_t DecodeNextMultibyteCharacter(const char*& at, const char* end);
 
 /// Returns the first character of the valid UTF-8 from `at` to `end`, which must not be empty, and
 /// moves `at` past it.
-inline wchar_t TakeCharacter(const char*& at, const char* end)
+inline wchar_t DecodeNextCharacter(const char*& at, const char* end)
 {
     if (static_cast<signed char>(*at) >= 0)
         return *at++;
     // A copy, so that the callers' `at` may stay in a register.
     const char* next = at;
-    const wchar_t character = TakeLongCharacter(next, end);
+    const wchar_t character = DecodeNextMultibyteCharacter(next, end);
     at = next;
     return character;
 }

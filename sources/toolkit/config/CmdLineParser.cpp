@@ -20,22 +20,22 @@ CmdLineOption::~CmdLineOption() = default;
 
 CmdLineParser::CmdLineParser(int argc, const wchar_t** argv)
 {
-    TakeArguments(argc, argv);
+    StoreArguments(argc, argv);
 }
 
 CmdLineParser::CmdLineParser(int argc, wchar_t** argv)
 {
-    TakeArguments(argc, argv);
+    StoreArguments(argc, argv);
 }
 
 CmdLineParser::CmdLineParser(int argc, const char** argv)
 {
-    TakeArguments(argc, argv);
+    StoreArguments(argc, argv);
 }
 
 CmdLineParser::CmdLineParser(int argc, char** argv)
 {
-    TakeArguments(argc, argv);
+    StoreArguments(argc, argv);
 }
 
 CmdLineParser::CmdLineParser(const TString<wchar_t>& commandLine)
@@ -49,9 +49,9 @@ CmdLineParser::CmdLineParser(const TString<char>& commandLine)
 }
 
 template <typename Char>
-void CmdLineParser::TakeArguments(int argc, const Char* const* argv)
+void CmdLineParser::StoreArguments(int argc, const Char* const* argv)
 {
-    const bool areTaken = Base::Completes([&] {
+    const bool areTaken = Base::RunsWithoutThrowing([&] {
         for (int i = 0; argv && i < argc && argv[i]; ++i) {
             if constexpr (std::is_same_v<Char, char>)
                 m_tokens.push_back(Base::DecodeUtf8(argv[i]));
@@ -74,7 +74,7 @@ void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<w
 {
     // A new vector: `line` may be one of the old tokens.
     std::vector<TString<wchar_t>> copies;
-    const bool areCopied = Base::Completes([&] {
+    const bool areCopied = Base::RunsWithoutThrowing([&] {
         const auto found =
             Base::TokenizeCommandLine(line, c_strSeparators, c_strDelimiters.front());
         copies.reserve(found.size());
@@ -89,7 +89,7 @@ void CmdLineParser::Tokenize(const TString<wchar_t>& line, std::vector<TString<w
 
 bool CmdLineParser::Parse()
 {
-    if (!Base::Completes([this] { StoreValues(); }))
+    if (!Base::RunsWithoutThrowing([this] { StoreValues(); }))
         return false;
     return std::all_of(m_options.begin(), m_options.end(), [](const auto& entry) {
         return entry.second->IsDefined() || !entry.second->IsRequired();

@@ -83,7 +83,7 @@ public:
 
 private:
     template <typename Char>
-    void TakeArguments(int argc, const Char* const* argv);
+    void StoreArguments(int argc, const Char* const* argv);
     void StoreValues();
     CmdLineOption* FindOption(const TString<wchar_t>& name) const;
 

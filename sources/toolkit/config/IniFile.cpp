@@ -34,7 +34,7 @@ bool IniFile::Parse(const TString<wchar_t>& path)
             << L"Unable to open file : " << path << ILogger::c_strLogToken3;
         return false;
     }
-    return Base::Completes(
+    return Base::RunsWithoutThrowing(
         [&] { m_sections = std::make_shared<const IniSections>(std::move(text)); });
 }
 
@@ -90,7 +90,7 @@ void IniFile::GetKeyList(const TString<wchar_t>& section, std::vector<TString<wc
     const IniSection* const found = FindSection(section);
     keys.clear();
     // All keys or none.
-    if (found && !Base::Completes([&] { found->ListKeys(keys); }))
+    if (found && !Base::RunsWithoutThrowing([&] { found->ListKeys(keys); }))
         keys.clear();
 }
 

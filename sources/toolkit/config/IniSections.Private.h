@@ -20,7 +20,7 @@ public:
     const IniSection* Find(std::wstring_view name) const;
 
 private:
-    IniSection* TakeLine(std::string_view line, IniSection* section);
+    IniSection* ParseLine(std::string_view line, IniSection* section);
     IniSection& GetOrAddSection(std::string_view name);
 
     std::string m_text;

@@ -21,14 +21,14 @@ std::string_view Trim(std::string_view text)
 IniSections::IniSections(std::string text) : m_text(std::move(text))
 {
     IniSection* section = nullptr;
-    for (Base::LineSplitter lines(m_text); lines.TakeLine();)
-        section = TakeLine(lines.Line(), section);
+    for (Base::LineSplitter lines(m_text); lines.MoveToNextLine();)
+        section = ParseLine(lines.Line(), section);
     for (IniSection& each : m_sections)
         each.Complete();
 }
 
 // Returns the section that the lines after this one belong to; null above the first header.
-IniSection* IniSections::TakeLine(std::string_view line, IniSection* section)
+IniSection* IniSections::ParseLine(std::string_view line, IniSection* section)
 {
     if (line.empty() || line.front() == ';')
         return section;

@@ -110,8 +110,8 @@ private:
         std::uint64_t hash = 0;
         const char* const end = name.data() + name.size();
         for (const char* at = name.data(); at != end;) {
-            const wchar_t first = Base::TakeCharacter(at, end);
-            hash = AddPair(hash, first, at != end ? Base::TakeCharacter(at, end) : L'\0');
+            const wchar_t first = Base::DecodeNextCharacter(at, end);
+            hash = AddPair(hash, first, at != end ? Base::DecodeNextCharacter(at, end) : L'\0');
         }
         return Finish(hash);
     }
@@ -127,7 +127,7 @@ private:
         const char* at = left.data();
         const char* const end = at + left.size();
         for (const wchar_t character : right) {
-            if (at == end || Base::TakeCharacter(at, end) != character)
+            if (at == end || Base::DecodeNextCharacter(at, end) != character)
                 return false;
         }
         return at == end;

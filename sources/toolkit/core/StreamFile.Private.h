@@ -23,8 +23,8 @@ public:
     {
         // ReadRecords: a system call for each item takes 25 times as long.
         if (size > m_end - m_begin)
-            return ReadBeyondAhead(static_cast<char*>(data), size);
-        std::memcpy(data, m_ahead.get() + m_begin, size);
+            return ReadBeyondBuffer(static_cast<char*>(data), size);
+        std::memcpy(data, m_buffer.get() + m_begin, size);
         m_begin += size;
         return true;
     }
@@ -35,14 +35,14 @@ public:
     long long GetLength() const { return m_file.GetLength(); }
 
 private:
-    std::size_t TakeAhead(char* data, std::size_t size);
-    bool FillAhead();
-    bool ReadBeyondAhead(char* data, std::size_t size);
+    std::size_t CopyBuffered(char* data, std::size_t size);
+    bool RefillBuffer();
+    bool ReadBeyondBuffer(char* data, std::size_t size);
 
     Base::FileDescriptor m_file;
     bool m_readsAhead;
     // The bytes read ahead are those from m_begin to m_end. Null until something is read ahead.
-    std::unique_ptr<char[]> m_ahead;
+    std::unique_ptr<char[]> m_buffer;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
 };

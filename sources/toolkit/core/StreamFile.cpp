@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-constexpr std::size_t c_aheadSize = 65536;
+constexpr std::size_t c_bufferSize = 65536;
 
 } // namespace
 
@@ -19,36 +19,36 @@ StreamFile::StreamFile(const std::string& name, int flags)
 }
 
 // Moves up to `size` of the bytes that were read ahead to `data` and returns how many.
-std::size_t StreamFile::TakeAhead(char* data, std::size_t size)
+std::size_t StreamFile::CopyBuffered(char* data, std::size_t size)
 {
     const std::size_t count = std::min(size, m_end - m_begin);
     if (count > 0)
-        std::memcpy(data, m_ahead.get() + m_begin, count);
+        std::memcpy(data, m_buffer.get() + m_begin, count);
     m_begin += count;
     return count;
 }
 
 // Refills the buffer, which must be empty; returns false at the end of the file or after an error.
-bool StreamFile::FillAhead()
+bool StreamFile::RefillBuffer()
 {
-    const ssize_t count = m_file.Read(m_ahead.get(), c_aheadSize);
+    const ssize_t count = m_file.Read(m_buffer.get(), c_bufferSize);
     m_begin = 0;
     m_end = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     return count > 0;
 }
 
-bool StreamFile::ReadBeyondAhead(char* data, std::size_t size)
+bool StreamFile::ReadBeyondBuffer(char* data, std::size_t size)
 {
-    const std::size_t taken = TakeAhead(data, size);
+    const std::size_t taken = CopyBuffered(data, size);
     data += taken;
     size -= taken;
-    if (m_readsAhead && !m_ahead)
-        m_ahead.reset(new (std::nothrow) char[c_aheadSize]);
-    if (!m_ahead || size >= c_aheadSize)
+    if (m_readsAhead && !m_buffer)
+        m_buffer.reset(new (std::nothrow) char[c_bufferSize]);
+    if (!m_buffer || size >= c_bufferSize)
         return m_file.ReadAll(data, size);
 
-    while (size > 0 && FillAhead()) {
-        const std::size_t count = TakeAhead(data, size);
+    while (size > 0 && RefillBuffer()) {
+        const std::size_t count = CopyBuffered(data, size);
         data += count;
         size -= count;
     }

@@ -166,7 +166,7 @@ private:
     std::size_t m_count = 0;
 };
 
-bool IsAmong(const std::vector<TString<wchar_t>>& texts, const TString<wchar_t>& text)
+bool IsElementOf(const std::vector<TString<wchar_t>>& texts, const TString<wchar_t>& text)
 {
     const std::less<> isBefore;
     return !isBefore(&text, texts.data()) && isBefore(&text, texts.data() + texts.size());
@@ -384,7 +384,7 @@ template <>
 void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>& tokens,
                                  bool skipEmpty) const
 {
-    if (IsAmong(tokens, *this) || IsAmong(tokens, delimiters)) {
+    if (IsElementOf(tokens, *this) || IsElementOf(tokens, delimiters)) {
         TString(*this).GetTokens(TString(delimiters), tokens, skipEmpty);
         return;
     }

@@ -58,7 +58,7 @@ CalendarTime GetFields(const wxDateTime& value, bool utc)
 }
 
 // Truncates the day and the time of day to 16 bits, as the constructors of wxDateTime do.
-CalendarTime CutTo16Bits(const CalendarTime& time)
+CalendarTime TruncateTo16Bits(const CalendarTime& time)
 {
     const auto cut = [](long long value) {
         return static_cast<long long>(static_cast<std::uint16_t>(value));
@@ -69,13 +69,13 @@ CalendarTime CutTo16Bits(const CalendarTime& time)
 
 wxDateTime FromLocal(const CalendarTime& time)
 {
-    const CalendarTime fields = CutTo16Bits(time);
+    const CalendarTime fields = TruncateTo16Bits(time);
     return IsInRange(fields) ? FromSeconds(ToSecondsFromLocal(fields)) : wxDateTime();
 }
 
 wxDateTime FromUtc(const CalendarTime& time, long long offsetMs)
 {
-    const CalendarTime fields = CutTo16Bits(time);
+    const CalendarTime fields = TruncateTo16Bits(time);
     return IsInRange(fields) ? FromMs(ToSecondsFromUtc(fields) * c_msPerSecond - offsetMs)
                              : wxDateTime();
 }
@@ -115,7 +115,7 @@ bool AppendTime(TString<wchar_t>& out, const CalendarTime& time)
 }
 
 // Returns null when out of memory, which counts as an invalid date.
-std::unique_ptr<wxDateTime> Make(const wxDateTime& value)
+std::unique_ptr<wxDateTime> MakeValue(const wxDateTime& value)
 {
     return Base::TryOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
 }
@@ -128,7 +128,7 @@ long long ToSigned(unsigned int count)
 
 // Empties `out` and calls `append`. `out` is empty if that fails or runs out of memory.
 template <typename Char, typename Append>
-void MakeText(TString<Char>& out, Append append)
+void WriteText(TString<Char>& out, Append append)
 {
     out.clear();
     if (!Base::TryOr(false, append))
@@ -137,22 +137,22 @@ void MakeText(TString<Char>& out, Append append)
 
 } // namespace
 
-DateTime::DateTime() : m_value(Make(FromSeconds(std::time(nullptr)))) {}
+DateTime::DateTime() : m_value(MakeValue(FromSeconds(std::time(nullptr)))) {}
 
 DateTime::DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
                    unsigned int minute, unsigned int second)
-    : m_value(Make(FromLocal(MakeFields(year, month, day, hour, minute, second))))
+    : m_value(MakeValue(FromLocal(MakeFields(year, month, day, hour, minute, second))))
 {
 }
 
 DateTime::DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
                    unsigned int minute, unsigned int second, int zoneHours)
-    : m_value(Make(
+    : m_value(MakeValue(
           FromUtc(MakeFields(year, month, day, hour, minute, second), zoneHours * c_msPerHour)))
 {
 }
 
-DateTime::DateTime(const DateTime& other) : m_value(Make(other.Value())) {}
+DateTime::DateTime(const DateTime& other) : m_value(MakeValue(other.Value())) {}
 
 DateTime& DateTime::operator=(const DateTime& other)
 {
@@ -173,7 +173,7 @@ void DateTime::Set(const wxDateTime& value)
     if (m_value)
         *m_value = value;
     else
-        m_value = Make(value);
+        m_value = MakeValue(value);
 }
 
 void DateTime::Now()
@@ -234,7 +234,7 @@ DateTime& DateTime::MakeFromUTC()
 
 void DateTime::GetIsoDate(TString<wchar_t>& out, bool utc) const
 {
-    MakeText(out, [&] {
+    WriteText(out, [&] {
         AppendIsoDate(out, GetFields(Value(), utc));
         return true;
     });
@@ -242,7 +242,7 @@ void DateTime::GetIsoDate(TString<wchar_t>& out, bool utc) const
 
 void DateTime::GetIsoTime(TString<wchar_t>& out, bool utc) const
 {
-    MakeText(out, [&] {
+    WriteText(out, [&] {
         AppendIsoTime(out, GetFields(Value(), utc));
         if (utc)
             out += L" Z";
@@ -252,7 +252,7 @@ void DateTime::GetIsoTime(TString<wchar_t>& out, bool utc) const
 
 void DateTime::GetIsoString(TString<wchar_t>& out, bool utc) const
 {
-    MakeText(out, [&] {
+    WriteText(out, [&] {
         const CalendarTime fields = GetFields(Value(), utc);
         AppendIsoDate(out, fields);
         out.push_back(L' ');
@@ -265,7 +265,7 @@ void DateTime::GetIsoString(TString<wchar_t>& out, bool utc) const
 
 void DateTime::GetIsoString(TString<char>& out, bool utc) const
 {
-    MakeText(out, [&] {
+    WriteText(out, [&] {
         TString<wchar_t> text;
         GetIsoString(text, utc);
         out = Base::EncodeUtf8(text);
@@ -290,17 +290,17 @@ bool DateTime::ParseIsoString(const TString<char>& text)
 
 void DateTime::GetDate(TString<wchar_t>& out) const
 {
-    MakeText(out, [&] { return AppendDate(out, GetFields(Value(), false)); });
+    WriteText(out, [&] { return AppendDate(out, GetFields(Value(), false)); });
 }
 
 void DateTime::GetTime(TString<wchar_t>& out) const
 {
-    MakeText(out, [&] { return AppendTime(out, GetFields(Value(), false)); });
+    WriteText(out, [&] { return AppendTime(out, GetFields(Value(), false)); });
 }
 
 void DateTime::GetString(TString<wchar_t>& out) const
 {
-    MakeText(out, [&] {
+    WriteText(out, [&] {
         const CalendarTime fields = GetFields(Value(), false);
         if (!AppendDate(out, fields))
             return false;

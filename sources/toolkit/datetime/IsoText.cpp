@@ -82,7 +82,7 @@ private:
 // Pads to two characters.
 void AppendNumber(std::wstring& out, long long value)
 {
-    const Base::NumberText<wchar_t> digits(value);
+    const Base::FormattedNumber<wchar_t> digits(value);
     if (digits.Length() < 2)
         out.push_back(L'0');
     out.append(digits.Data(), digits.Length());

@@ -61,7 +61,7 @@ void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayHalv
 
 TString<wchar_t> PadNumber(long long value, int width)
 {
-    std::wstring digits = Base::NumberText<wchar_t>(value).String();
+    std::wstring digits = Base::FormattedNumber<wchar_t>(value).String();
     if (width > 0 && digits.size() < static_cast<std::size_t>(width))
         digits.insert(0, static_cast<std::size_t>(width) - digits.size(), L'0');
     return digits;

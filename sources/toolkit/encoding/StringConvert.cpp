@@ -13,7 +13,7 @@ namespace {
 template <typename Char, typename Number>
 bool Parse(const TString<Char>& text, Number& value)
 {
-    static_cast<void>(Base::Completes([&] { Base::ParseNumber<Char>(text, value); }));
+    static_cast<void>(Base::RunsWithoutThrowing([&] { Base::ParseNumber<Char>(text, value); }));
     return true;
 }
 
@@ -23,7 +23,7 @@ TString<Char> ToText(Number value)
 {
     return Base::TryOr({}, [value]() -> TString<Char> {
         if constexpr (std::is_floating_point_v<Number>)
-            return Base::NumberText<Char>(value).String();
+            return Base::FormattedNumber<Char>(value).String();
         else
             return Base::FormatInteger<Char>(value);
     });

@@ -55,9 +55,9 @@ TString<wchar_t> GetName(const dirent& entry)
 
 bool Matches(const TString<wchar_t>& name, const TString<wchar_t>& fileSpec)
 {
-    constexpr bool hiddenNeedPoint = true;
+    constexpr bool hiddenNeedsDot = true;
     return fileSpec.empty() || wxMatchWild(Framework::ToWxString(fileSpec),
-                                           Framework::ToWxString(name), hiddenNeedPoint);
+                                           Framework::ToWxString(name), hiddenNeedsDot);
 }
 
 void Read(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
@@ -83,7 +83,7 @@ unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec
 {
     names.clear();
     // All names or none.
-    if (!Base::Completes([&] { Read(path, fileSpec, wanted, names); }))
+    if (!Base::RunsWithoutThrowing([&] { Read(path, fileSpec, wanted, names); }))
         names.clear();
     return static_cast<unsigned int>(names.size());
 }

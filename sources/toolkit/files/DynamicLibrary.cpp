@@ -23,7 +23,7 @@ TString<wchar_t> AddExtension(const TString<wchar_t>& name)
 
 // Returns the message of dlerror(3). It is UTF-8 in any locale, unless it is translated for a
 // locale with an 8-bit encoding.
-TString<wchar_t> TakeLoaderError()
+TString<wchar_t> GetLoaderError()
 {
     const char* const error = ::dlerror();
     const TString<char> bytes(error ? error : "unknown error");
@@ -45,7 +45,7 @@ DynamicLibrary::DynamicLibrary()
 DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name) : DynamicLibrary()
 {
     if (m_library && !name.empty())
-        static_cast<void>(Base::Completes([&] { Load(name); }));
+        static_cast<void>(Base::RunsWithoutThrowing([&] { Load(name); }));
 }
 
 void DynamicLibrary::Load(const TString<wchar_t>& name)
@@ -57,7 +57,7 @@ void DynamicLibrary::Load(const TString<wchar_t>& name)
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
     else
-        m_error = TakeLoaderError();
+        m_error = GetLoaderError();
 }
 
 DynamicLibrary::~DynamicLibrary() = default;

@@ -60,10 +60,10 @@ FFile::~FFile()
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 {
     Close();
-    return Base::TryOr(false, [&] { return OpenClosed(name, mode); });
+    return Base::TryOr(false, [&] { return OpenAfterClose(name, mode); });
 }
 
-bool FFile::OpenClosed(const TString<wchar_t>& name, const TString<wchar_t>& mode)
+bool FFile::OpenAfterClose(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 {
     const std::string modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = ToFlags(modeText);
@@ -92,7 +92,7 @@ bool FFile::Read(void* buffer, unsigned int count)
 void FFile::Write(const TString<wchar_t>& text)
 {
     // Reports no failure, not even out of memory.
-    static_cast<void>(Base::Completes([&] {
+    static_cast<void>(Base::RunsWithoutThrowing([&] {
         std::string bytes;
         if (IsOpened() && Base::AppendEncodedUtf8(bytes, text.data(), text.size()))
             std::fwrite(bytes.data(), 1, bytes.size(), m_file->fp());

@@ -21,7 +21,7 @@ namespace {
 void CreateDirectories(const TString<wchar_t>& path)
 {
     std::error_code ignored;
-    static_cast<void>(Base::Completes(
+    static_cast<void>(Base::RunsWithoutThrowing(
         [&] { std::filesystem::create_directories(Base::EncodeUtf8(path), ignored); }));
 }
 

@@ -50,7 +50,7 @@ void TextFileLines::Unload()
 void TextFileLines::Append(const std::wstring& line)
 {
     const std::size_t count = GetLineCount();
-    if (Base::Completes([&] { AddLine(ToWxString(line)); }))
+    if (Base::RunsWithoutThrowing([&] { AddLine(ToWxString(line)); }))
         return;
     m_hasLostLine = true;
     // wxTextBuffer has added the line but not its type, so its two lists no longer match.
@@ -61,7 +61,7 @@ void TextFileLines::Append(const std::wstring& line)
 void TextFileLines::AddLines(const std::string& text)
 {
     std::wstring decoded;
-    for (Base::LineSplitter lines(text); lines.TakeLine();) {
+    for (Base::LineSplitter lines(text); lines.MoveToNextLine();) {
         decoded.clear();
         Base::AppendDecodedUtf8(decoded, lines.Line().data(), lines.Line().size());
         AddLine(wxString(), ToTextFileType(lines.LineEnd()));

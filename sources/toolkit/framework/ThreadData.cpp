@@ -5,7 +5,7 @@
 
 namespace Toolkit::Framework {
 
-void MakeThreadData()
+void CreateThreadData()
 {
     // The only call that uses the list and works on every thread, even before wxWidgets is started.
     wxTranslations::GetUntranslatedString(wxString());

@@ -7,6 +7,6 @@ namespace Toolkit::Framework {
 /// wxWidgets creates the list at its first use, and the process destroys objects in reverse order
 /// of creation. A thread that ends after the list is destroyed reads freed memory, so create the
 /// list before anything that may own a thread.
-void MakeThreadData();
+void CreateThreadData();
 
 } // namespace Toolkit::Framework

@@ -44,7 +44,7 @@ void DiscardThread(wxThread& thread, std::unique_ptr<ThreadRemains> remains)
     void* const place = &thread;
     std::memcpy(remains->bytes, place, sizeof(wxThread));
     Keep(std::move(remains));
-    while (!Base::Completes([place] { ::new (place) UncreatedThread(); }))
+    while (!Base::RunsWithoutThrowing([place] { ::new (place) UncreatedThread(); }))
         std::this_thread::sleep_for(c_retry);
 }
 

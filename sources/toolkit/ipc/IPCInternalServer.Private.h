@@ -36,8 +36,8 @@ private:
 /// connect for a moment. The library therefore has sockets and sessions of its own.
 class IPCInternalServer : public wxTCPServer {
 public:
-    /// Serves at most `mostSessions` clients at once.
-    IPCInternalServer(std::size_t mostSessions, IPCDelivery deliver);
+    /// Serves at most `maxSessions` clients at once.
+    IPCInternalServer(std::size_t maxSessions, IPCDelivery deliver);
     ~IPCInternalServer() override;
 
     /// Listens on the socket of `service`; true at once if it already does. Throws
@@ -50,7 +50,7 @@ public:
 private:
     class Source;
 
-    const std::size_t m_mostSessions;
+    const std::size_t m_maxSessions;
     const IPCDelivery m_deliver;
     std::unique_ptr<Source> m_source; // null while it does not listen
 };

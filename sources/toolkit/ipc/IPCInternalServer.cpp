@@ -67,8 +67,8 @@ wxIPCFormat ToFormat(unsigned char value)
 // others, which would happen whenever a session ends in an event loop that a listener runs.
 class IPCInternalServer::Source : private wxEventLoopSourceHandler {
 public:
-    Source(std::size_t mostSessions, Ipc::Execute execute)
-        : m_sessions(mostSessions, std::move(execute))
+    Source(std::size_t maxSessions, Ipc::Execute execute)
+        : m_sessions(maxSessions, std::move(execute))
     {
     }
     ~Source() override;
@@ -124,8 +124,8 @@ bool IPCConnectionEventHelper::OnExecute(const wxString&, const void* data, size
     return GuardedCall([&] { m_deliver(text); }).Run();
 }
 
-IPCInternalServer::IPCInternalServer(std::size_t mostSessions, IPCDelivery deliver)
-    : m_mostSessions(mostSessions), m_deliver(std::move(deliver))
+IPCInternalServer::IPCInternalServer(std::size_t maxSessions, IPCDelivery deliver)
+    : m_maxSessions(maxSessions), m_deliver(std::move(deliver))
 {
 }
 
@@ -137,7 +137,7 @@ bool IPCInternalServer::Create(const wxString& service)
         return true;
     m_source.reset();
     auto source = std::make_unique<Source>(
-        m_mostSessions, [this](const std::vector<char>& data, unsigned char format) {
+        m_maxSessions, [this](const std::vector<char>& data, unsigned char format) {
             const wxString topic; // not kept: every topic is accepted
             const std::unique_ptr<wxConnectionBase> connection(OnAcceptConnection(topic));
             return connection->OnExecute(topic, data.data(), data.size(), ToFormat(format));

@@ -27,7 +27,7 @@ TString<wchar_t> MakeDefaultService()
     return service;
 }
 
-TString<wchar_t> NameService(const TString<wchar_t>& service)
+TString<wchar_t> ResolveService(const TString<wchar_t>& service)
 {
     return service.empty() ? MakeDefaultService() : service;
 }
@@ -36,10 +36,10 @@ TString<wchar_t> NameService(const TString<wchar_t>& service)
 
 IPCServer::IPCServer(const TString<wchar_t>& service)
 {
-    const bool isComplete = Base::Completes([&] {
+    const bool isComplete = Base::RunsWithoutThrowing([&] {
         m_internalServer = std::make_unique<IPCInternalServer>(
             c_maxSessions, [this](const TString<wchar_t>& text) { SendExecuteEvent(text); });
-        m_service = NameService(service);
+        m_service = ResolveService(service);
     });
     if (!isComplete)
         m_internalServer.reset();
@@ -50,7 +50,7 @@ IPCServer::~IPCServer() = default;
 TString<wchar_t> IPCServer::GetSocketPath(const TString<wchar_t>& service)
 {
     return Base::TryOr(TString<wchar_t>(), [&]() -> TString<wchar_t> {
-        return Base::DecodeUtf8(Ipc::MakeSocketPath(NameService(service)));
+        return Base::DecodeUtf8(Ipc::MakeSocketPath(ResolveService(service)));
     });
 }
 

@@ -40,12 +40,12 @@ public:
 
     /// Removes bytes from the front of `bytes` until a message is complete or `bytes` is empty.
     /// Must not be called after a broken message.
-    Message Take(std::string_view& bytes);
+    Message Parse(std::string_view& bytes);
 
     /// Whether the client still has to send the rest of a message, or its topic.
     bool IsExpecting() const { return m_isTopicMissing || !m_header.empty(); }
 
-    /// Moves out the data of the Execute message that Take() completed. It is aligned for every
+    /// Moves out the data of the Execute message that Parse() completed. It is aligned for every
     /// type.
     std::vector<char> TakeData();
 
@@ -53,8 +53,8 @@ public:
     unsigned char Format() const { return m_format; }
 
 private:
-    Message TakeHeader(std::string_view& bytes);
-    Message TakePayload(std::string_view& bytes);
+    Message ParseHeader(std::string_view& bytes);
+    Message ParsePayload(std::string_view& bytes);
     std::size_t HeaderLength() const;
     void Store(std::string_view bytes);
     Message Complete();

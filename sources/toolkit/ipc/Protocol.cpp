@@ -119,15 +119,15 @@ std::string MakeExecuteRequest(std::wstring_view text)
     return bytes;
 }
 
-MessageParser::Message MessageParser::Take(std::string_view& bytes)
+MessageParser::Message MessageParser::Parse(std::string_view& bytes)
 {
     Message message = Message::Incomplete;
     while (message == Message::Incomplete && !bytes.empty())
-        message = m_isHeaderComplete ? TakePayload(bytes) : TakeHeader(bytes);
+        message = m_isHeaderComplete ? ParsePayload(bytes) : ParseHeader(bytes);
     return message;
 }
 
-MessageParser::Message MessageParser::TakeHeader(std::string_view& bytes)
+MessageParser::Message MessageParser::ParseHeader(std::string_view& bytes)
 {
     m_header.push_back(bytes.front());
     bytes.remove_prefix(1);
@@ -157,7 +157,7 @@ std::size_t MessageParser::HeaderLength() const
     return code == c_disconnect ? 1 : 0;
 }
 
-MessageParser::Message MessageParser::TakePayload(std::string_view& bytes)
+MessageParser::Message MessageParser::ParsePayload(std::string_view& bytes)
 {
     const std::size_t length = std::min(m_missing, bytes.size());
     if (!m_isTopicMissing)

@@ -39,8 +39,8 @@ public:
     bool IsBusy() const { return m_isBusy; }
 
     /// Whether the socket is temporarily not watched.
-    bool IsSetAside() const { return m_isSetAside; }
-    void SetAside(bool isSetAside) { m_isSetAside = isSetAside; }
+    bool IsUnwatched() const { return m_isUnwatched; }
+    void SetUnwatched(bool isUnwatched) { m_isUnwatched = isUnwatched; }
 
     void CountTick();
 
@@ -65,7 +65,7 @@ private:
     unsigned int m_silentTicks = 0;
     unsigned int m_messageTicks = 0; // since the message began
     bool m_isBusy = false;
-    bool m_isSetAside = false;
+    bool m_isUnwatched = false;
 };
 
 /// Listens for clients and serves all of them. Independent of the event loop: the caller calls
@@ -73,8 +73,8 @@ private:
 /// runs.
 class Sessions {
 public:
-    /// Serves at most `mostSessions` clients at once.
-    Sessions(std::size_t mostSessions, Execute execute);
+    /// Serves at most `maxSessions` clients at once.
+    Sessions(std::size_t maxSessions, Execute execute);
 
     /// Starts to listen. Called once; false when that fails, for example because `path` cannot be
     /// created.
@@ -105,7 +105,7 @@ private:
     void StartTicking();
     void StopTicking();
 
-    const std::size_t m_mostSessions;
+    const std::size_t m_maxSessions;
     const Execute m_execute;
     SocketFile m_listener;
     SocketSet m_sockets;

@@ -20,7 +20,7 @@ constexpr unsigned int CountTicks(std::chrono::milliseconds duration)
     return static_cast<unsigned int>(duration / Session::c_tick);
 }
 
-constexpr unsigned int c_patience = CountTicks(std::chrono::seconds(2));
+constexpr unsigned int c_longestSilence = CountTicks(std::chrono::seconds(2));
 constexpr unsigned int c_longestMessage = CountTicks(std::chrono::seconds(30));
 
 bool IsOutOfResources(int error)
@@ -63,7 +63,7 @@ bool Session::ActOn(std::string_view bytes)
 bool Session::Act(std::string_view bytes)
 {
     for (;;) {
-        const Message message = m_parser.Take(bytes);
+        const Message message = m_parser.Parse(bytes);
         if (message == Message::Incomplete)
             return true;
         m_messageTicks = 0;
@@ -90,7 +90,7 @@ void Session::CountTick()
 bool Session::IsOverdue() const
 {
     return m_parser.IsExpecting() &&
-           (m_silentTicks > c_patience || m_messageTicks > c_longestMessage);
+           (m_silentTicks > c_longestSilence || m_messageTicks > c_longestMessage);
 }
 
 bool Session::IsSilent() const
@@ -98,8 +98,8 @@ bool Session::IsSilent() const
     return m_silentTicks > 1;
 }
 
-Sessions::Sessions(std::size_t mostSessions, Execute execute)
-    : m_mostSessions(mostSessions), m_execute(std::move(execute))
+Sessions::Sessions(std::size_t maxSessions, Execute execute)
+    : m_maxSessions(maxSessions), m_execute(std::move(execute))
 {
 }
 
@@ -112,8 +112,8 @@ bool Sessions::Listen(const std::string& path)
 void Sessions::ServeReadable()
 {
     // When out of memory: sockets that are still readable are reported again.
-    static_cast<void>(Base::Completes([&] {
-        for (const int descriptor : m_sockets.TakeReadable()) {
+    static_cast<void>(Base::RunsWithoutThrowing([&] {
+        for (const int descriptor : m_sockets.PollReadable()) {
             if (descriptor == SocketSet::c_tick)
                 OnTick();
             else if (descriptor == m_listener.Socket().Get())
@@ -134,7 +134,7 @@ void Sessions::Accept()
 
 bool Sessions::AcceptOne()
 {
-    if (m_sessions.size() >= m_mostSessions) {
+    if (m_sessions.size() >= m_maxSessions) {
         if (!HasWaitingClient(m_listener.Socket()))
             return false;
         if (!MakeRoom()) {
@@ -210,16 +210,16 @@ bool Sessions::Serve(int descriptor)
     if (session.IsBusy()) {
         // A listener runs this loop. It must not spin on data that stays unread until the listener
         // returns.
-        session.SetAside(m_sockets.Remove(descriptor));
+        session.SetUnwatched(m_sockets.Remove(descriptor));
         return true;
     }
     // Disconnects a client whose message does not fit into memory.
     if (!Base::TryOr(false, [&] { return session.Read(); }) ||
-        (session.IsSetAside() && !m_sockets.Add(descriptor))) {
+        (session.IsUnwatched() && !m_sockets.Add(descriptor))) {
         End(descriptor);
         return false;
     }
-    session.SetAside(false);
+    session.SetUnwatched(false);
     return true;
 }
 

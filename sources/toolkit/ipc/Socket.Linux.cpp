@@ -84,7 +84,7 @@ void SocketSet::SetTicking(unsigned int intervalMs)
     ::timerfd_settime(m_clock.Get(), 0, &times, nullptr);
 }
 
-std::vector<int> SocketSet::TakeReadable()
+std::vector<int> SocketSet::PollReadable()
 {
     epoll_event events[c_mostAtOnce];
     const int count = ::epoll_wait(m_file.Get(), events, c_mostAtOnce, 0);

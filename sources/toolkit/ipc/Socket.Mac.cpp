@@ -83,7 +83,7 @@ void SocketSet::SetTicking(unsigned int intervalMs)
     Change(m_file.Get(), 0, EVFILT_TIMER, intervalMs > 0 ? EV_ADD : EV_DELETE, intervalMs);
 }
 
-std::vector<int> SocketSet::TakeReadable()
+std::vector<int> SocketSet::PollReadable()
 {
     struct kevent events[c_mostAtOnce];
     const timespec atOnce{};

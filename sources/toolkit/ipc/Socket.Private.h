@@ -100,7 +100,7 @@ public:
     /// Returns the descriptors that are readable now, at most 32, in the order in which they became
     /// readable. `c_tick` is among them once if the clock has ticked since the last call, however
     /// often.
-    std::vector<int> TakeReadable();
+    std::vector<int> PollReadable();
 
 private:
     Base::FileDescriptor m_file;

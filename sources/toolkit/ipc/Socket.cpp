@@ -103,7 +103,7 @@ public:
 private:
     enum class State { Held, HeldElsewhere, Unavailable };
 
-    State Take();
+    State TryLock();
 
     const Base::FileDescriptor& m_directory;
     const std::string m_name;
@@ -119,15 +119,15 @@ TakeOverLock::~TakeOverLock()
 bool TakeOverLock::Wait()
 {
     const auto deadline = std::chrono::steady_clock::now() + c_longestTakeOver;
-    State state = Take();
+    State state = TryLock();
     while (state == State::HeldElsewhere && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(c_retryInterval);
-        state = Take();
+        state = TryLock();
     }
     return state != State::HeldElsewhere;
 }
 
-TakeOverLock::State TakeOverLock::Take()
+TakeOverLock::State TakeOverLock::TryLock()
 {
     Base::FileDescriptor file(::openat(m_directory.Get(), m_name.c_str(),
                                        O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,

@@ -103,7 +103,7 @@ void FileLogger::EndAtUnload()
 void FileLogger::Write(const TString<wchar_t>& text)
 {
     // Write() reports no errors: text that does not fit into memory is lost.
-    static_cast<void>(Base::Completes([&] {
+    static_cast<void>(Base::RunsWithoutThrowing([&] {
         // When the queue was not empty, an earlier piece of text has already signalled.
         if (m_queue->Put(text))
             m_dataEvent->Signal();
@@ -215,7 +215,7 @@ bool FileLogger::Drain(LogPieceQueue& batch)
 {
     for (bool hadText = false;; hadText = true) {
         batch.Clear();
-        m_queue->Take(batch);
+        m_queue->MoveTo(batch);
         if (batch.IsEmpty())
             return hadText;
         WriteBatch(batch);

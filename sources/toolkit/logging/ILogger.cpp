@@ -28,7 +28,7 @@ template <typename Convert>
 ILogger& ILogger::Insert(Convert convert)
 {
     if (!IsFilteredOut())
-        static_cast<void>(Base::Completes([&] { Write(convert()); }));
+        static_cast<void>(Base::RunsWithoutThrowing([&] { Write(convert()); }));
     return GetLogger();
 }
 
@@ -39,7 +39,7 @@ ILogger& ILogger::WriteNumber(Number value)
     using Widest = std::conditional_t<std::is_floating_point_v<Number>, double, Integer>;
 
     return Insert(
-        [value] { return Base::NumberText<wchar_t>(static_cast<Widest>(value)).String(); });
+        [value] { return Base::FormattedNumber<wchar_t>(static_cast<Widest>(value)).String(); });
 }
 
 ILogger& ILogger::operator<<(const SetSeverity& severity)

@@ -31,7 +31,7 @@ public:
     }
 
     /// Moves all pieces to `batch`, which must be empty.
-    void Take(LogPieceQueue& batch)
+    void MoveTo(LogPieceQueue& batch)
     {
         const Base::CheckedLock guard(m_lock);
         batch.Swap(m_pieces);

@@ -36,7 +36,8 @@ void LogPieceBlock::Begin(long long offset)
 bool LogPieceBlock::Append(std::wstring_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
-    if (!Base::Completes([&] { Base::AppendEncodedUtf8(m_bytes, piece.data(), piece.size()); }))
+    if (!Base::RunsWithoutThrowing(
+            [&] { Base::AppendEncodedUtf8(m_bytes, piece.data(), piece.size()); }))
         m_bytes.resize(oldSize);
     return KeepFrom(oldSize);
 }
@@ -44,7 +45,7 @@ bool LogPieceBlock::Append(std::wstring_view piece)
 bool LogPieceBlock::Append(std::string_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
-    if (!Base::Completes([&] { AppendEncoded(m_bytes, piece); }))
+    if (!Base::RunsWithoutThrowing([&] { AppendEncoded(m_bytes, piece); }))
         m_bytes.resize(oldSize);
     return KeepFrom(oldSize);
 }

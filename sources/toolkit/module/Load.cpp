@@ -40,7 +40,7 @@ public:
     {
         Base::PrepareForks();
         Base::PrepareThreadEnd();
-        Framework::MakeThreadData();
+        Framework::CreateThreadData();
         DllToolkitLoad();
     }
     ~LoadSequence()
@@ -64,7 +64,7 @@ LibModuleManager* LibModuleManager::s_pInstance = nullptr;
 
 // The engine's code for out of memory, -6, over the beginning of the text, as for its other codes.
 TOOLKIT_CONSTRUCTED_FIRST const smart_ptr<RegExpException> RegExpException::s_outOfMemory =
-    RegExpException::Make(L"-6gExp::Match return error: ");
+    RegExpException::Create(L"-6gExp::Match return error: ");
 
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strTickSeparator = L"-";
 TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> FileLogger::c_strLogExtension = L".qvlog";

@@ -46,7 +46,7 @@ std::size_t MeasureUsableSpace()
 }
 
 // Returns the stack for one level of matching, which the engine reports for these arguments.
-std::size_t AskFrameSize()
+std::size_t QueryFrameSize()
 {
     const int size = pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
     return static_cast<std::size_t>(std::max(std::abs(size), 1));
@@ -54,7 +54,7 @@ std::size_t AskFrameSize()
 
 unsigned long ComputeRecursionLimit()
 {
-    static const std::size_t frameSize = AskFrameSize();
+    static const std::size_t frameSize = QueryFrameSize();
     return MeasureUsableSpace() / frameSize;
 }
 

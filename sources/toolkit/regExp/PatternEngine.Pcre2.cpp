@@ -29,7 +29,7 @@ constexpr int c_shortUtf8 = -25;
 constexpr int c_badLength = -32;
 
 // UTF-8 faults 1 to 5 are characters that the end of the subject cuts off.
-constexpr int c_lastFaultOfAShortText = 5;
+constexpr int c_lastTruncationFault = 5;
 
 struct OptionPair {
     int pcre;
@@ -135,7 +135,7 @@ int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
         offsets[0] = static_cast<int>(pattern.FaultOffset());
         offsets[1] = fault;
     }
-    const bool isShort = fault <= c_lastFaultOfAShortText && (options & c_partial);
+    const bool isShort = fault <= c_lastTruncationFault && (options & c_partial);
     return isShort ? c_shortUtf8 : ToPcreError(error);
 }
 
@@ -175,7 +175,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     if (!hasStack || (isTooDeep && !Base::IsOnThreadStack())) {
         auto compile = [&] { error = compiled->Compile(); };
         // If it throws for lack of memory, the first error is reported.
-        auto tryToCompile = [&] { static_cast<void>(Base::Completes(compile)); };
+        auto tryToCompile = [&] { static_cast<void>(Base::RunsWithoutThrowing(compile)); };
         RunOnFreshStack(tryToCompile);
     }
     if (compiled->IsCompiled())

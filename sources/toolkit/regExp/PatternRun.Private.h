@@ -40,7 +40,7 @@ void ExecutePattern(MatchResult& result, std::size_t start);
 /// Calls `operation`. Turns a standard exception, such as `std::bad_alloc`, into the exception with
 /// the engine's code for running out of memory.
 template <typename Operation>
-auto RunReportingOutOfMemory(const Operation& operation)
+auto RunReportingExceptions(const Operation& operation)
 {
     try {
         return operation();

@@ -7,14 +7,14 @@ namespace Toolkit {
 namespace {
 
 // Writes `beginning` over the start of `text`. Callers log and compare the resulting messages.
-std::wstring WriteOver(std::wstring text, const std::wstring& beginning)
+std::wstring OverwriteBeginning(std::wstring text, const std::wstring& beginning)
 {
     return text.replace(0, beginning.size(), beginning);
 }
 
 std::wstring ToDecimal(int number)
 {
-    return Base::NumberText<wchar_t>(static_cast<long long>(number)).String();
+    return Base::FormattedNumber<wchar_t>(static_cast<long long>(number)).String();
 }
 
 [[noreturn]] void ThrowCompileError(const TString<char>& pattern, const char* errorText,
@@ -22,7 +22,7 @@ std::wstring ToDecimal(int number)
 {
     const std::wstring written = L" : " + Base::DecodeUtf8(errorText) + L" (@offset: " +
                                  ToDecimal(errorOffset) + L") " + Base::DecodeUtf8(pattern);
-    RegExpException::Throw(WriteOver(L"pcre_compile failed with error ", written));
+    RegExpException::Throw(OverwriteBeginning(L"pcre_compile failed with error ", written));
 }
 
 void* CompilePattern(const TString<char>& pattern, const char*& errorText, int& errorOffset)
@@ -79,7 +79,7 @@ void ExecutePattern(MatchResult& result, std::size_t start)
 
 void ThrowExecuteError(int code)
 {
-    RegExpException::Throw(WriteOver(L"RegExp::Match return error: ", ToDecimal(code)));
+    RegExpException::Throw(OverwriteBeginning(L"RegExp::Match return error: ", ToDecimal(code)));
 }
 
 } // namespace Toolkit

@@ -81,7 +81,7 @@ bool NeedsContext(const std::string& pattern, std::uint32_t levels)
 }
 
 // Returns null when out of memory.
-CompileContext MakeContext(std::uint32_t& levels)
+CompileContext CreateContext(std::uint32_t& levels)
 {
     CompileContext context(pcre2_compile_context_create(nullptr));
     if (!context)
@@ -115,7 +115,7 @@ int Pcre2Pattern::Compile()
     auto levels = static_cast<std::uint32_t>(levelsThatFit);
     CompileContext context;
     if (NeedsContext(m_pattern, levels)) {
-        context = MakeContext(levels);
+        context = CreateContext(levels);
         if (!context)
             return PCRE2_ERROR_HEAP_FAILED;
     }

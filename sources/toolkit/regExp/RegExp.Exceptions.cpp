@@ -15,7 +15,7 @@ RegExpException::RegExpException() = default;
 
 RegExpException::~RegExpException() = default;
 
-smart_ptr<RegExpException> RegExpException::Make(const TString<wchar_t>& message)
+smart_ptr<RegExpException> RegExpException::Create(const TString<wchar_t>& message)
 {
     smart_ptr<RegExpException> exception(new RegExpException());
     exception->message = Base::EncodeUtf8(message);
@@ -27,7 +27,7 @@ smart_ptr<RegExpException> RegExpException::Make(const TString<wchar_t>& message
 
 void RegExpException::Throw(const TString<wchar_t>& message)
 {
-    throw smart_ptr<RegExpException>(Base::TryOr(s_outOfMemory, [&] { return Make(message); }));
+    throw smart_ptr<RegExpException>(Base::TryOr(s_outOfMemory, [&] { return Create(message); }));
 }
 
 void RegExpException::ThrowOutOfMemory()

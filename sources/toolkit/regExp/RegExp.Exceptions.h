@@ -33,7 +33,7 @@ public:
     TString<char> function; ///< "Throw".
 
 private:
-    static smart_ptr<RegExpException> Make(const TString<wchar_t>& message);
+    static smart_ptr<RegExpException> Create(const TString<wchar_t>& message);
 
     static const smart_ptr<RegExpException> s_outOfMemory;
 };

@@ -20,19 +20,19 @@ int MeasureGrowth(const TString<char>& text, const TString<char>& subject)
 } // namespace
 
 RegExp::RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(RunReportingOutOfMemory([&] { return pattern; })), m_modifiers(modifiers)
+    : m_pattern(RunReportingExceptions([&] { return pattern; })), m_modifiers(modifiers)
 {
 }
 
 RegExp::RegExp(const TString<wchar_t>& pattern, RegExpOptions::Modifiers modifiers)
-    : m_pattern(RunReportingOutOfMemory([&] { return Base::EncodeUtf8(pattern); })),
+    : m_pattern(RunReportingExceptions([&] { return Base::EncodeUtf8(pattern); })),
       m_modifiers(modifiers)
 {
 }
 
 bool RegExp::IsMatch(const TString<char>& subject) const
 {
-    return RunReportingOutOfMemory([&] {
+    return RunReportingExceptions([&] {
         int offsets[MatchResult::c_ovectorSize];
         return ExecutePattern(CompilePattern(m_pattern), subject, 0, 0, offsets) >= 1;
     });
@@ -40,12 +40,12 @@ bool RegExp::IsMatch(const TString<char>& subject) const
 
 bool RegExp::IsMatch(const TString<wchar_t>& subject) const
 {
-    return RunReportingOutOfMemory([&] { return IsMatch(Base::EncodeUtf8(subject)); });
+    return RunReportingExceptions([&] { return IsMatch(Base::EncodeUtf8(subject)); });
 }
 
 smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 {
-    return RunReportingOutOfMemory([&] {
+    return RunReportingExceptions([&] {
         smart_ptr<MatchResult> result(new MatchResult());
         result->subject = subject;
         result->pattern = m_pattern;
@@ -58,20 +58,20 @@ smart_ptr<MatchResult> RegExp::Match(const TString<char>& subject) const
 
 smart_ptr<MatchResult> RegExp::Match(const TString<wchar_t>& subject) const
 {
-    return RunReportingOutOfMemory([&] { return Match(Base::EncodeUtf8(subject)); });
+    return RunReportingExceptions([&] { return Match(Base::EncodeUtf8(subject)); });
 }
 
 TString<char> RegExp::Replace(const TString<char>& replacement, const TString<char>& subject,
                               unsigned char)
 {
-    return RunReportingOutOfMemory(
+    return RunReportingExceptions(
         [&] { return WholeMatchReplacement(m_pattern, replacement, subject).Run(); });
 }
 
 TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
                               const TString<char>& subject)
 {
-    return RunReportingOutOfMemory([&] {
+    return RunReportingExceptions([&] {
         const smart_ptr<MatchResult> result = Match(subject);
         if (!result->Success())
             return TString<char>();
@@ -89,7 +89,7 @@ TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
 
 TString<char> RegExp::Replace(ReplacementMappedStrings& replacements, const TString<char>& subject)
 {
-    return RunReportingOutOfMemory([&] {
+    return RunReportingExceptions([&] {
         const smart_ptr<MatchResult> result = Match(subject);
         if (!result->Success())
             return TString<char>();
@@ -112,12 +112,12 @@ TString<char> RegExp::GetEngineVersion()
 
 void RegExp::RegExp_compile(const smart_ptr<MatchResult>& result) const
 {
-    RunReportingOutOfMemory([&] { CompilePattern(*result); });
+    RunReportingExceptions([&] { CompilePattern(*result); });
 }
 
 void RegExp::RegExp_exec(const smart_ptr<MatchResult>& result, unsigned short startOffset) const
 {
-    RunReportingOutOfMemory([&] { ExecutePattern(*result, startOffset); });
+    RunReportingExceptions([&] { ExecutePattern(*result, startOffset); });
 }
 
 void RegExp::RegExp_replace(const smart_ptr<MatchResult>& result, int group, TString<char>& target,
@@ -128,7 +128,7 @@ void RegExp::RegExp_replace(const smart_ptr<MatchResult>& result, int group, TSt
     const bool isInside = position >= 0 && position <= static_cast<long long>(target.size());
     if (!range.IsValid() || !isInside)
         return;
-    RunReportingOutOfMemory(
+    RunReportingExceptions(
         [&] { target.replace(static_cast<std::size_t>(position), range.Length(), replacement); });
 }
 

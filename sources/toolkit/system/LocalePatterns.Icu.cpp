@@ -36,7 +36,7 @@ struct Icu {
         Find(close, TOOLKIT_SYMBOL_OF(udat_close));
     }
 
-    bool IsThere() const { return open && toPattern && close; }
+    bool IsLoaded() const { return open && toPattern && close; }
 
     void* library;
     decltype(&udat_open) open;
@@ -88,7 +88,7 @@ std::string GetUserLocale()
 std::u16string ReadPattern(UDateFormatStyle time, UDateFormatStyle date)
 {
     static const Icu icu;
-    if (!icu.IsThere())
+    if (!icu.IsLoaded())
         return date == UDAT_SHORT ? u"M/d/yy" : u"h:mm a";
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<UDateFormat, decltype(icu.close)> format(
@@ -131,7 +131,7 @@ TString<wchar_t> RemoveQuotedTexts(const TString<wchar_t>& pattern)
 
 // Repeats a letter that occurs once. Alone it means a number without leading zeros, for which the
 // library has no token.
-TString<wchar_t> WidenLone(TString<wchar_t> pattern, wchar_t letter, std::size_t width)
+TString<wchar_t> RepeatSingleLetter(TString<wchar_t> pattern, wchar_t letter, std::size_t width)
 {
     const std::size_t first = pattern.find(letter);
     if (first != std::wstring::npos && pattern.find(letter, first + 1) == std::wstring::npos)
@@ -166,14 +166,14 @@ TString<wchar_t> ReadShortDatePattern()
     const TString<wchar_t> pattern =
         RemoveQuotedTexts(ToPlainText(ReadPattern(UDAT_NONE, UDAT_SHORT)));
     const TString<wchar_t> withoutEra = RemoveLetter(pattern, L'G');
-    return WidenLone(RemoveLetter(withoutEra, L' '), L'y', 4);
+    return RepeatSingleLetter(RemoveLetter(withoutEra, L' '), L'y', 4);
 }
 
 TString<wchar_t> ReadShortTimePattern()
 {
     const TString<wchar_t> pattern =
         RemoveQuotedTexts(ToPlainText(ReadPattern(UDAT_SHORT, UDAT_NONE)));
-    return WidenLone(ReplacePeriodsOfDay(MergeSpaces(pattern)), L'H', 2);
+    return RepeatSingleLetter(ReplacePeriodsOfDay(MergeSpaces(pattern)), L'H', 2);
 }
 
 } // namespace Toolkit

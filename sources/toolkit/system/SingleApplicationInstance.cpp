@@ -14,7 +14,7 @@ smart_ptr<SingleApplicationInstance>* SingleApplicationInstance::s_pInstance = n
 // Running out of memory has the same effect as a directory in which no lock file can be created.
 SingleApplicationInstance::SingleApplicationInstance()
 {
-    static_cast<void>(Base::Completes([this] { TakeLock(); }));
+    static_cast<void>(Base::RunsWithoutThrowing([this] { TakeLock(); }));
 }
 
 void SingleApplicationInstance::TakeLock()

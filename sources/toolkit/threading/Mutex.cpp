@@ -49,7 +49,7 @@ MutexInternal::~MutexInternal()
 }
 
 // Returns null when out of memory.
-CountedMutex* MutexInternal::MakeOnFirstUse()
+CountedMutex* MutexInternal::CreateOnFirstUse()
 {
     return Base::TryOr(nullptr, [this]() -> CountedMutex* {
         auto made = std::make_unique<CountedMutex>();
@@ -64,10 +64,10 @@ CountedMutex* MutexInternal::MakeOnFirstUse()
 bool MutexInternal::Lock(unsigned int timeoutMs)
 {
     // Acquire pairs with the release of the exchange above: a thread that finds a mutex, here or in
-    // MakeOnFirstUse(), finds it constructed.
+    // CreateOnFirstUse(), finds it constructed.
     CountedMutex* mutex = m_mutex.load(std::memory_order_acquire);
     if (!mutex)
-        mutex = MakeOnFirstUse();
+        mutex = CreateOnFirstUse();
     if (!mutex)
         return false;
     if (timeoutMs == Infinite)

@@ -46,7 +46,7 @@ private:
     struct OnFirstUse {};
     explicit MutexInternal(OnFirstUse) noexcept : m_mutex(nullptr) {}
 
-    CountedMutex* MakeOnFirstUse();
+    CountedMutex* CreateOnFirstUse();
 
     std::atomic<CountedMutex*> m_mutex; // owned
 };

@@ -194,7 +194,7 @@ wxThread::ExitCode Thread::Entry()
         m_state.compare_exchange_strong(fresh, State::Started);
         // Without memory for the target, wxWidgets keeps the messages of this thread until the main
         // thread flushes them.
-        static_cast<void>(Base::Completes([&target] { target.emplace(); }));
+        static_cast<void>(Base::RunsWithoutThrowing([&target] { target.emplace(); }));
         m_control->SetEntered();
         State started = State::Started;
         m_state.compare_exchange_strong(started, State::Working);
