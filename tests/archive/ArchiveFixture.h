@@ -25,8 +25,8 @@ protected:
 
     /// Lists the archive at `path` and returns the names of its entries.
     std::vector<std::wstring>
-    Names(const TString<wchar_t>& path, const TString<wchar_t>& filter = L"",
-          ArchiveEntriesFlags::ArchiveEntriesType type = ArchiveEntriesFlags::AllEntries)
+    ListNames(const TString<wchar_t>& path, const TString<wchar_t>& filter = L"",
+              ArchiveEntriesFlags::ArchiveEntriesType type = ArchiveEntriesFlags::AllEntries)
     {
         m_archive.Open(path);
         const int count = m_archive.EntriesList(m_entries, filter, type);
@@ -44,7 +44,7 @@ protected:
         return *m_stream;
     }
 
-    std::string Bytes(const TString<wchar_t>& name)
+    std::string ReadBytes(const TString<wchar_t>& name)
     {
         std::vector<unsigned char> bytes;
         StreamAt(name) >> bytes;

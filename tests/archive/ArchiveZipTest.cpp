@@ -48,18 +48,18 @@ TEST_F(ArchiveZipTest, ListsEverythingWithoutAFilter)
 {
     const TString<wchar_t> path = Write({{L"b.txt", "b"}, {L"dir/", ""}, {L"dir/a.txt", "a"}});
 
-    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"b.txt", L"dir/", L"dir/a.txt"));
-    EXPECT_THAT(Names(path, L"*.*", c_all), ElementsAre(L"b.txt", L"dir/", L"dir/a.txt"));
+    EXPECT_THAT(ListNames(path, L"", c_all), ElementsAre(L"b.txt", L"dir/", L"dir/a.txt"));
+    EXPECT_THAT(ListNames(path, L"*.*", c_all), ElementsAre(L"b.txt", L"dir/", L"dir/a.txt"));
 }
 
-TEST_F(ArchiveZipTest, ListsFilesOrDirectoriesAlone)
+TEST_F(ArchiveZipTest, ListsOnlyFilesOrOnlyDirectories)
 {
     const TString<wchar_t> path = Write({{L"b.txt", "b"}, {L"dir/", ""}, {L"dir/a.txt", "a"}});
 
-    EXPECT_THAT(Names(path, L"", ArchiveEntriesFlags::FilesOnly),
+    EXPECT_THAT(ListNames(path, L"", ArchiveEntriesFlags::FilesOnly),
                 ElementsAre(L"b.txt", L"dir/a.txt"));
-    EXPECT_THAT(Names(path, L"", ArchiveEntriesFlags::DirectoriesOnly), ElementsAre(L"dir/"));
-    EXPECT_THAT(Names(path, L"", static_cast<Type>(3)), IsEmpty());
+    EXPECT_THAT(ListNames(path, L"", ArchiveEntriesFlags::DirectoriesOnly), ElementsAre(L"dir/"));
+    EXPECT_THAT(ListNames(path, L"", static_cast<Type>(3)), IsEmpty());
 }
 
 TEST_F(ArchiveZipTest, FiltersByTheBeginningOfNamesRegardlessOfCase)
@@ -70,21 +70,21 @@ TEST_F(ArchiveZipTest, FiltersByTheBeginningOfNamesRegardlessOfCase)
         {L"DOC", 2},   {L"doc*", 2}, {L"doc*.txt", 2}, {L"d*c*", 0}, {L"*", 4},
         {L"*.txt", 4}, {L"do", 3},   {L"doc1.txt", 1}, {L"x", 0}};
     for (const auto& [filter, expected] : cases)
-        EXPECT_EQ(static_cast<int>(Names(path, filter, c_all).size()), expected)
+        EXPECT_EQ(static_cast<int>(ListNames(path, filter, c_all).size()), expected)
             << testing::PrintToString(filter);
 }
 
-TEST_F(ArchiveZipTest, KeepsTheFirstOfEntriesWithOneName)
+TEST_F(ArchiveZipTest, KeepsTheFirstOfEntriesWithTheSameName)
 {
     const TString<wchar_t> path = Write({{L"a", "first"}, {L"a", "second"}});
 
-    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
-    EXPECT_EQ(Bytes(L"a"), "first");
+    EXPECT_THAT(ListNames(path, L"", c_all), ElementsAre(L"a"));
+    EXPECT_EQ(ReadBytes(L"a"), "first");
 }
 
-TEST_F(ArchiveZipTest, ReportsWhatTheArchiveSaysOfEachEntry)
+TEST_F(ArchiveZipTest, ReportsTheSizeAndKindOfEachEntry)
 {
-    Names(Write({{L"a", "four"}, {L"dir/", ""}}), L"", c_all);
+    ListNames(Write({{L"a", "four"}, {L"dir/", ""}}), L"", c_all);
 
     EXPECT_EQ(m_entries[L"a"]->GetSize(), 4);
     EXPECT_FALSE(m_entries[L"a"]->IsDir());
@@ -93,17 +93,17 @@ TEST_F(ArchiveZipTest, ReportsWhatTheArchiveSaysOfEachEntry)
 
 TEST_F(ArchiveZipTest, ReadsEntriesInAnyOrder)
 {
-    Names(Write({{L"a", "one"}, {L"b", std::string(200'000, 'x')}, {L"c", ""}}), L"", c_all);
+    ListNames(Write({{L"a", "one"}, {L"b", std::string(200'000, 'x')}, {L"c", ""}}), L"", c_all);
 
-    EXPECT_EQ(Bytes(L"c"), "");
-    EXPECT_EQ(Bytes(L"b"), std::string(200'000, 'x'));
-    EXPECT_EQ(Bytes(L"a"), "one");
-    EXPECT_EQ(Bytes(L"b"), std::string(200'000, 'x'));
+    EXPECT_EQ(ReadBytes(L"c"), "");
+    EXPECT_EQ(ReadBytes(L"b"), std::string(200'000, 'x'));
+    EXPECT_EQ(ReadBytes(L"a"), "one");
+    EXPECT_EQ(ReadBytes(L"b"), std::string(200'000, 'x'));
 }
 
-TEST_F(ArchiveZipTest, AppendsBytes)
+TEST_F(ArchiveZipTest, AppendsEntryBytesToTheVector)
 {
-    Names(Write({{L"a", "one"}}), L"", c_all);
+    ListNames(Write({{L"a", "one"}}), L"", c_all);
     std::vector<unsigned char> bytes{'0'};
 
     *m_archive.GetZipInputStream(m_entries[L"a"]) >> bytes;
@@ -131,7 +131,7 @@ TEST_F(ArchiveZipTest, LogsAMissingFile)
     EXPECT_TRUE(m_archive.GetZipInputStream(smart_ptr<ArchiveZipEntry>()).IsValid());
 }
 
-TEST_F(ArchiveZipTest, FindsNoEntriesTheFirstTimeInAFileThatIsNoArchive)
+TEST_F(ArchiveZipTest, ListsAFileThatIsNotAnArchiveAsEmptyOnce)
 {
     m_archive.Open(m_directory.WriteFile(L"text.zip", "This is not an archive."));
 
@@ -139,20 +139,20 @@ TEST_F(ArchiveZipTest, FindsNoEntriesTheFirstTimeInAFileThatIsNoArchive)
     EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
 }
 
-TEST_F(ArchiveZipTest, IsListedAgainAfterItWasOpenedAgain)
+TEST_F(ArchiveZipTest, CanBeListedAgainOnlyAfterReopening)
 {
     const TString<wchar_t> path = Write({{L"a", "one"}});
-    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
+    EXPECT_THAT(ListNames(path, L"", c_all), ElementsAre(L"a"));
 
     EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsLogLine(SeverityError, 103, L"EntriesList",
                                                      L"  archive is not valid! ")));
-    EXPECT_THAT(Names(path, L"", c_all), ElementsAre(L"a"));
+    EXPECT_THAT(ListNames(path, L"", c_all), ElementsAre(L"a"));
 }
 
-TEST_F(ArchiveZipTest, LetsStreamsOutliveTheArchive)
+TEST_F(ArchiveZipTest, KeepsStreamsUsableAfterClose)
 {
-    Names(Write({{L"a", "one"}}), L"", c_all);
+    ListNames(Write({{L"a", "one"}}), L"", c_all);
     const smart_ptr<ZipInputStream> stream = m_archive.GetZipInputStream(m_entries[L"a"]);
 
     m_archive.Close();
@@ -164,7 +164,7 @@ TEST_F(ArchiveZipTest, LetsStreamsOutliveTheArchive)
 
 TEST_F(ArchiveZipTest, SharesOneStreamAmongAllEntries)
 {
-    Names(Write({{L"a", "one"}, {L"b", "two"}}));
+    ListNames(Write({{L"a", "one"}, {L"b", "two"}}));
     const smart_ptr<ZipInputStream> first = m_archive.GetZipInputStream(m_entries[L"a"]);
     const smart_ptr<ZipInputStream> second = m_archive.GetZipInputStream(m_entries[L"b"]);
     std::vector<unsigned char> bytes;
@@ -177,7 +177,7 @@ TEST_F(ArchiveZipTest, SharesOneStreamAmongAllEntries)
 
 TEST_F(ArchiveZipTest, LeavesTheStreamWhereItIsWithoutAnEntry)
 {
-    Names(Write({{L"a", "one two "}}));
+    ListNames(Write({{L"a", "one two "}}));
     TString<wchar_t> word;
     StreamAt(L"a") >> word;
 
@@ -186,21 +186,21 @@ TEST_F(ArchiveZipTest, LeavesTheStreamWhereItIsWithoutAnEntry)
     EXPECT_EQ(word, L"two");
 }
 
-TEST_F(ArchiveZipTest, OpensAnotherArchiveInPlaceOfTheFirst)
+TEST_F(ArchiveZipTest, OpensAnotherArchiveInsteadOfTheFirst)
 {
-    Names(Write({{L"a", "one"}}));
+    ListNames(Write({{L"a", "one"}}));
     const smart_ptr<ZipInputStream> first = m_archive.GetZipInputStream(m_entries[L"a"]);
     WriteZip(m_directory.File(L"other.zip"), {{L"b", "two"}});
 
-    EXPECT_THAT(Names(m_directory.File(L"other.zip")), ElementsAre(L"b"));
+    EXPECT_THAT(ListNames(m_directory.File(L"other.zip")), ElementsAre(L"b"));
 
     TString<wchar_t> word;
     *first >> word;
     EXPECT_EQ(word, L"one");
-    EXPECT_EQ(Bytes(L"b"), "two");
+    EXPECT_EQ(ReadBytes(L"b"), "two");
 }
 
-TEST_F(ArchiveZipTest, IsWhatProgramsDeriveFromAndPassOn)
+TEST_F(ArchiveZipTest, HasFixedFlagValuesAndBaseClasses)
 {
     static_assert(ArchiveEntriesFlags::AllEntries == 0);
     static_assert(ArchiveEntriesFlags::FilesOnly == 1);
@@ -212,7 +212,7 @@ TEST_F(ArchiveZipTest, IsWhatProgramsDeriveFromAndPassOn)
 
 TEST_F(ArchiveZipTest, HasNoStreamWhenClosed)
 {
-    Names(Write({{L"a", "one"}}), L"", c_all);
+    ListNames(Write({{L"a", "one"}}), L"", c_all);
     m_archive.Close();
 
     EXPECT_FALSE(m_archive.GetZipInputStream(m_entries[L"a"]).IsValid());
@@ -225,11 +225,11 @@ TEST_F(ArchiveZipTest, ReadsTheEntryAfterADamagedOne)
     // The first byte of the entry's data, after its header of 30 bytes and its name.
     bytes[31] = static_cast<char>(~bytes[31]);
     m_directory.WriteFile(L"archive.zip", bytes);
-    Names(m_directory.File(L"archive.zip"), L"", c_all);
+    ListNames(m_directory.File(L"archive.zip"), L"", c_all);
 
-    Bytes(L"a");
+    ReadBytes(L"a");
     EXPECT_FALSE(IsOk());
-    EXPECT_EQ(Bytes(L"b"), "whole");
+    EXPECT_EQ(ReadBytes(L"b"), "whole");
 }
 
 TEST_F(ArchiveZipTest, FindsAnArchiveAfterAPrefix)
@@ -238,11 +238,11 @@ TEST_F(ArchiveZipTest, FindsAnArchiveAfterAPrefix)
     const std::string bytes = m_directory.ReadFile(L"archive.zip");
     m_directory.WriteFile(L"archive.zip", "#!/bin/sh\nexit\n" + bytes);
 
-    EXPECT_THAT(Names(m_directory.File(L"archive.zip"), L"", c_all), ElementsAre(L"a"));
-    EXPECT_EQ(Bytes(L"a"), "one");
+    EXPECT_THAT(ListNames(m_directory.File(L"archive.zip"), L"", c_all), ElementsAre(L"a"));
+    EXPECT_EQ(ReadBytes(L"a"), "one");
 }
 
-TEST_F(ArchiveZipTest, ReadsATruncatedArchiveQuietly)
+TEST_F(ArchiveZipTest, SurvivesATruncatedArchive)
 {
     Write({{L"a", std::string(100'000, 'x')}, {L"b", "two"}});
     const std::string bytes = m_directory.ReadFile(L"archive.zip");
@@ -258,19 +258,19 @@ TEST_F(ArchiveZipTest, ReadsATruncatedArchiveQuietly)
     }
 }
 
-TEST_F(ArchiveZipTest, ListsNamesOfEveryKindAsTheyAre)
+TEST_F(ArchiveZipTest, ListsUnusualNamesUnchanged)
 {
     const TString<wchar_t> path =
         Write({{L"../up", ""}, {L"/absolute", ""}, {L"a\\b", ""}, {L"\u00E9\u6F22", ""}});
     for (const char* const name : {"C", "C.UTF-8"}) {
         const ScopedLocale locale(name);
-        EXPECT_THAT(Names(path, L"", c_all),
+        EXPECT_THAT(ListNames(path, L"", c_all),
                     testing::IsSupersetOf({L"../up", L"\u00E9\u6F22", L"a\\b"}))
             << name;
     }
 }
 
-TEST_F(ArchiveZipTest, KeepsNamesInOtherEncodingsApart)
+TEST_F(ArchiveZipTest, DecodesNamesWithInvalidUtf8AsLatin1)
 {
     Write({{L"aa", "first"}, {L"bb", "second"}});
     // Names that are not valid UTF-8, both in the entries' headers and in the directory.
@@ -280,19 +280,19 @@ TEST_F(ArchiveZipTest, KeepsNamesInOtherEncodingsApart)
     Damage("bb", "\xE8\xE8");
     const ScopedLocale locale("C.UTF-8");
 
-    EXPECT_THAT(Names(m_directory.File(L"archive.zip"), L"", c_all),
+    EXPECT_THAT(ListNames(m_directory.File(L"archive.zip"), L"", c_all),
                 ElementsAre(L"\u00E8\u00E8", L"\u00E9\u00E9"));
-    EXPECT_EQ(Bytes(L"\u00E9\u00E9"), "first");
+    EXPECT_EQ(ReadBytes(L"\u00E9\u00E9"), "first");
 }
 
-TEST_F(ArchiveZipTest, OpensAnyPathInAnyLocale)
+TEST_F(ArchiveZipTest, OpensANonAsciiPathInTheCLocale)
 {
     const ScopedLocale locale("C");
     Write({{L"a", "one"}});
     std::filesystem::copy_file(m_directory.Path() / "archive.zip",
                                m_directory.Path() / "\xC3\xA9.zip");
 
-    EXPECT_THAT(Names(m_directory.File(L"\u00E9.zip"), L"", c_all), ElementsAre(L"a"));
+    EXPECT_THAT(ListNames(m_directory.File(L"\u00E9.zip"), L"", c_all), ElementsAre(L"a"));
 }
 
 TEST_F(ArchiveZipTest, ListsManyEntries)
@@ -301,7 +301,7 @@ TEST_F(ArchiveZipTest, ListsManyEntries)
     for (int i = 0; i < 10'000; ++i)
         content.emplace_back(std::to_wstring(i), "x");
 
-    EXPECT_EQ(Names(Write(content), L"", c_all).size(), 10'000u);
+    EXPECT_EQ(ListNames(Write(content), L"", c_all).size(), 10'000u);
 }
 
 TEST_F(ArchiveZipTest, ListsNoEntriesWhenOutOfMemory)
@@ -316,16 +316,16 @@ TEST_F(ArchiveZipTest, ListsNoEntriesWhenOutOfMemory)
 
     EXPECT_EQ(count, -1);
     EXPECT_THAT(m_entries, IsEmpty());
-    EXPECT_EQ(Names(path).size(), 2u);
+    EXPECT_EQ(ListNames(path).size(), 2u);
 }
 
-TEST_F(ArchiveZipTest, PrintsNothingToTheTerminal)
+TEST_F(ArchiveZipTest, PrintsNothingToStandardError)
 {
     testing::internal::CaptureStderr();
     Write({{L"a", std::string(1000, 'x')}});
     const std::string bytes = m_directory.ReadFile(L"archive.zip");
     m_directory.WriteFile(L"archive.zip", bytes.substr(0, bytes.size() - 30));
-    Names(m_directory.File(L"archive.zip"), L"", c_all);
+    ListNames(m_directory.File(L"archive.zip"), L"", c_all);
     m_archive.Open(m_directory.File(L"missing.zip"));
     m_archive.Open(m_directory.File(L""));
 

@@ -28,7 +28,7 @@ protected:
     void SetUp() override
     {
         std::filesystem::create_directory(m_directory.Path() / "sub");
-        m_directory.WriteFile(L"long.txt", m_long);
+        m_directory.WriteFile(L"long.txt", m_longText);
         m_directory.WriteFile(L"sub/short.txt", "short");
     }
 
@@ -51,16 +51,16 @@ protected:
     // Checks the names and contents of the two files, which are the same in every archive.
     void ExpectFiles()
     {
-        EXPECT_THAT(Names(Path()), ElementsAre(L"long.txt", L"sub/", L"sub/short.txt"));
+        EXPECT_THAT(ListNames(Path()), ElementsAre(L"long.txt", L"sub/", L"sub/short.txt"));
         EXPECT_TRUE(m_entries[L"sub/"]->IsDir());
-        EXPECT_EQ(Bytes(L"sub/short.txt"), "short");
-        EXPECT_EQ(Bytes(L"long.txt"), m_long);
+        EXPECT_EQ(ReadBytes(L"sub/short.txt"), "short");
+        EXPECT_EQ(ReadBytes(L"long.txt"), m_longText);
         TString<wchar_t> line;
         EXPECT_TRUE(StreamAt(L"long.txt").ReadLine(line));
         EXPECT_EQ(line, L"a line of text");
     }
 
-    const std::string m_long = [] {
+    const std::string m_longText = [] {
         std::string text;
         for (int i = 0; i < 5000; ++i)
             text += "a line of text\n";
@@ -69,7 +69,7 @@ protected:
     const ScopedEnvironment m_locale{"LC_ALL", "C.UTF-8"};
 };
 
-TEST_F(ArchiveZipToolsTest, ReadsWhatZipStoresAndDeflates)
+TEST_F(ArchiveZipToolsTest, ReadsEntriesThatZipStoredOrDeflated)
 {
     for (const char* const level : {"-0", "-1", "-9"}) {
         SCOPED_TRACE(level);
@@ -91,9 +91,9 @@ TEST_F(ArchiveZipToolsTest, ReadsNothingFromAZip64EntryThatWasStreamed)
 {
     Run("cat long.txt | zip -q - - | cat > archive.zip");
 
-    EXPECT_THAT(Names(Path()), ElementsAre(L"-"));
-    EXPECT_EQ(m_entries[L"-"]->GetSize(), static_cast<wxFileOffset>(m_long.size()));
-    EXPECT_TRUE(Bytes(L"-").empty());
+    EXPECT_THAT(ListNames(Path()), ElementsAre(L"-"));
+    EXPECT_EQ(m_entries[L"-"]->GetSize(), static_cast<wxFileOffset>(m_longText.size()));
+    EXPECT_TRUE(ReadBytes(L"-").empty());
 }
 
 TEST_F(ArchiveZipToolsTest, ReadsZip64)
@@ -110,13 +110,13 @@ TEST_F(ArchiveZipToolsTest, ReadsEntriesBeyondFourGigabytes)
     Run("truncate -s 5G archive.zip");
     RunPython("z.writestr('a', 'one'); z.writestr('b', 'two')", "a");
 
-    EXPECT_THAT(Names(Path()), ElementsAre(L"a", L"b"));
+    EXPECT_THAT(ListNames(Path()), ElementsAre(L"a", L"b"));
     EXPECT_EQ(m_entries[L"a"]->GetOffset(), 5ll << 30);
-    EXPECT_EQ(Bytes(L"b"), "two");
-    EXPECT_EQ(Bytes(L"a"), "one");
+    EXPECT_EQ(ReadBytes(L"b"), "two");
+    EXPECT_EQ(ReadBytes(L"a"), "one");
 }
 
-TEST_F(ArchiveZipToolsTest, ReadsAnArchiveAfterAProgram)
+TEST_F(ArchiveZipToolsTest, ReadsAnArchiveAppendedToAProgram)
 {
     Run("zip -q -r plain.zip long.txt sub && (echo program; cat plain.zip) > archive.zip");
     ExpectFiles();
@@ -126,41 +126,41 @@ TEST_F(ArchiveZipToolsTest, ReadsAnArchiveAfterAProgram)
     ExpectFiles();
 }
 
-TEST_F(ArchiveZipToolsTest, ReadsNoPlainTextFromEncryptedEntriesAndAllOfTheOthers)
+TEST_F(ArchiveZipToolsTest, DoesNotDecryptEntriesButReadsTheOthers)
 {
     Run("zip -q -0 -P secret archive.zip long.txt && zip -q -r archive.zip sub");
-    Names(Path());
+    ListNames(Path());
 
     EXPECT_NE(m_entries[L"long.txt"]->GetFlags() & 1, 0);
-    EXPECT_EQ(Bytes(L"long.txt").find("a line"), std::string::npos);
-    EXPECT_EQ(Bytes(L"sub/short.txt"), "short");
+    EXPECT_EQ(ReadBytes(L"long.txt").find("a line"), std::string::npos);
+    EXPECT_EQ(ReadBytes(L"sub/short.txt"), "short");
     Run("zip -q -9 -P secret archive.zip long.txt");
-    Names(Path());
-    EXPECT_EQ(Bytes(L"long.txt").find("a line"), std::string::npos);
+    ListNames(Path());
+    EXPECT_EQ(ReadBytes(L"long.txt").find("a line"), std::string::npos);
     EXPECT_FALSE(IsOk());
-    EXPECT_EQ(Bytes(L"sub/short.txt"), "short");
+    EXPECT_EQ(ReadBytes(L"sub/short.txt"), "short");
 }
 
-TEST_F(ArchiveZipToolsTest, ReadsACommentThatLooksLikeAnEnd)
+TEST_F(ArchiveZipToolsTest, IgnoresAnEndSignatureInTheComment)
 {
     RunPython("z.writestr('a', 'one'); z.comment = b'PK\\x05\\x06 comment'");
 
-    EXPECT_THAT(Names(Path()), ElementsAre(L"a"));
-    EXPECT_EQ(Bytes(L"a"), "one");
+    EXPECT_THAT(ListNames(Path()), ElementsAre(L"a"));
+    EXPECT_EQ(ReadBytes(L"a"), "one");
 }
 
-TEST_F(ArchiveZipToolsTest, ListsNamesInUtf8InEveryLocale)
+TEST_F(ArchiveZipToolsTest, ListsUtf8NamesInAnyLocale)
 {
     RunPython("z.writestr('\\u00e9t\\u00e9/\\u6f22', 'one')");
     for (const char* const name : {"C", "C.UTF-8"}) {
         const ScopedLocale locale(name);
-        EXPECT_THAT(Names(Path()), ElementsAre(L"\u00E9t\u00E9/\u6F22")) << name;
-        EXPECT_EQ(Bytes(L"\u00E9t\u00E9/\u6F22"), "one");
+        EXPECT_THAT(ListNames(Path()), ElementsAre(L"\u00E9t\u00E9/\u6F22")) << name;
+        EXPECT_EQ(ReadBytes(L"\u00E9t\u00E9/\u6F22"), "one");
     }
 }
 
 // Lists the archive in other processes, because wxWidgets reads the environment once per process.
-TEST_F(ArchiveZipToolsTest, DecodesOtherNamesByTheEnvironmentOrAsLatin1)
+TEST_F(ArchiveZipToolsTest, DecodesUnmarkedNamesInTheLocalesEncodingOrLatin1)
 {
     // Python marks names outside ASCII as UTF-8: the test clears the flag.
     RunPython("z.writestr('\\u00e9', 'one')");
@@ -181,23 +181,23 @@ TEST_F(ArchiveZipToolsTest, DecodesOtherNamesByTheEnvironmentOrAsLatin1)
     }
 }
 
-TEST_F(ArchiveZipToolsTest, ReadsNothingOfUnknownMethods)
+TEST_F(ArchiveZipToolsTest, ReadsNothingCompressedByAnUnsupportedMethod)
 {
     RunPython("z.write('long.txt', compress_type=zipfile.ZIP_BZIP2);"
               "z.write('sub/short.txt', compress_type=zipfile.ZIP_DEFLATED)");
-    Names(Path());
+    ListNames(Path());
 
-    EXPECT_EQ(Bytes(L"long.txt"), "");
+    EXPECT_EQ(ReadBytes(L"long.txt"), "");
     EXPECT_FALSE(IsOk());
-    EXPECT_EQ(Bytes(L"sub/short.txt"), "short");
+    EXPECT_EQ(ReadBytes(L"sub/short.txt"), "short");
 }
 
-TEST_F(ArchiveZipToolsTest, KeepsDateAndPermissionsOfEntries)
+TEST_F(ArchiveZipToolsTest, ReportsDateAndPermissionsOfEntries)
 {
     RunPython("i = zipfile.ZipInfo('a', (2020, 2, 29, 13, 14, 16));"
               "i.create_system = 3; i.external_attr = 0o100444 << 16 | 1; z.writestr(i, 'one')");
     const ScopedTimeZone zone("UTC");
-    Names(Path());
+    ListNames(Path());
 
     const smart_ptr<ArchiveZipEntry> entry = m_entries[L"a"];
     EXPECT_EQ(entry->GetDateTime().GetTicks(), 1582982056);
@@ -209,10 +209,10 @@ TEST_F(ArchiveZipToolsTest, ListsAHundredThousandEntries)
 {
     RunPython("[z.writestr('entry%d' % i, str(i)) for i in range(100000)]");
 
-    EXPECT_EQ(Names(Path()).size(), 100'000u);
-    EXPECT_EQ(Bytes(L"entry99999"), "99999");
-    EXPECT_EQ(Bytes(L"entry0"), "0");
-    EXPECT_EQ(Names(Path(), L"entry9999*").size(), 11u);
+    EXPECT_EQ(ListNames(Path()).size(), 100'000u);
+    EXPECT_EQ(ReadBytes(L"entry99999"), "99999");
+    EXPECT_EQ(ReadBytes(L"entry0"), "0");
+    EXPECT_EQ(ListNames(Path(), L"entry9999*").size(), 11u);
 }
 
 } // namespace

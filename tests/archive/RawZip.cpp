@@ -9,10 +9,11 @@ constexpr std::uint64_t c_version = 45;
 std::string CommonFields(const RawEntry& entry)
 {
     const std::uint64_t compressedSize = entry.compressedSize.value_or(entry.data.size());
-    return Number(c_version, 2) + Number(entry.flags, 2) + Number(entry.method, 2) + Number(0, 4) +
-           Number(entry.checksum.value_or(Checksum(entry.content)), 4) + Number(compressedSize, 4) +
-           Number(entry.size.value_or(entry.content.size()), 4) + Number(entry.name.size(), 2) +
-           Number(entry.extra.size(), 2);
+    return PackNumber(c_version, 2) + PackNumber(entry.flags, 2) + PackNumber(entry.method, 2) +
+           PackNumber(0, 4) + PackNumber(entry.checksum.value_or(Checksum(entry.content)), 4) +
+           PackNumber(compressedSize, 4) +
+           PackNumber(entry.size.value_or(entry.content.size()), 4) +
+           PackNumber(entry.name.size(), 2) + PackNumber(entry.extra.size(), 2);
 }
 
 } // namespace
@@ -23,18 +24,19 @@ std::string RawZip(const std::vector<RawEntry>& entries)
     std::string directory;
     for (const RawEntry& entry : entries) {
         const std::string common = CommonFields(entry);
-        directory += "PK\1\2" + Number(c_version, 2) + common + Number(0, 10) +
-                     Number(entry.offset.value_or(archive.size()), 4) + entry.name + entry.extra;
+        directory += "PK\1\2" + PackNumber(c_version, 2) + common + PackNumber(0, 10) +
+                     PackNumber(entry.offset.value_or(archive.size()), 4) + entry.name +
+                     entry.extra;
         archive += "PK\3\4" + common + entry.name + entry.extra + entry.data;
     }
-    return archive + directory + "PK\5\6" + Number(0, 4) + Number(entries.size(), 2) +
-           Number(entries.size(), 2) + Number(directory.size(), 4) + Number(archive.size(), 4) +
-           Number(0, 2);
+    return archive + directory + "PK\5\6" + PackNumber(0, 4) + PackNumber(entries.size(), 2) +
+           PackNumber(entries.size(), 2) + PackNumber(directory.size(), 4) +
+           PackNumber(archive.size(), 4) + PackNumber(0, 2);
 }
 
 std::string Deflated(const std::string& content)
 {
-    return "\1" + Number(content.size(), 2) + Number(~content.size(), 2) + content;
+    return "\1" + PackNumber(content.size(), 2) + PackNumber(~content.size(), 2) + content;
 }
 
 std::uint32_t Checksum(const std::string& bytes)
@@ -49,7 +51,7 @@ std::uint32_t Checksum(const std::string& bytes)
     return ~checksum;
 }
 
-std::string Number(std::uint64_t value, int size)
+std::string PackNumber(std::uint64_t value, int size)
 {
     std::string bytes;
     for (; size > 0; --size) {

@@ -30,6 +30,6 @@ std::string Deflated(const std::string& content);
 std::uint32_t Checksum(const std::string& bytes);
 
 /// Returns the low `size` bytes of `value` in little-endian order.
-std::string Number(std::uint64_t value, int size);
+std::string PackNumber(std::uint64_t value, int size);
 
 } // namespace Toolkit::TestSupport

@@ -26,9 +26,9 @@ using TestSupport::TempDir;
 using TestSupport::WriteZip;
 
 // An archive with one entry, opened at its beginning.
-class OpenEntry {
+class OpenedEntry {
 public:
-    explicit OpenEntry(const TString<wchar_t>& path)
+    explicit OpenedEntry(const TString<wchar_t>& path)
     {
         ArchiveZip::EntriesMap entries;
         m_archive.Open(path);
@@ -52,10 +52,10 @@ protected:
         return m_directory.File(L"archive.zip");
     }
 
-    // The lines of an entry, up to the first incomplete one.
+    // Returns the lines of an entry, up to the first incomplete one.
     std::vector<std::wstring> Lines(const std::string& bytes) const
     {
-        OpenEntry entry(Write(bytes));
+        OpenedEntry entry(Write(bytes));
         std::vector<std::wstring> lines;
         TString<wchar_t> line;
         while (entry.Stream().ReadLine(line))
@@ -67,7 +67,7 @@ protected:
 
     std::vector<std::wstring> Words(const std::string& bytes) const
     {
-        OpenEntry entry(Write(bytes));
+        OpenedEntry entry(Write(bytes));
         std::vector<std::wstring> words;
         while (entry.Stream().IsOk()) {
             TString<wchar_t> word = L"old";
@@ -121,7 +121,7 @@ TEST_F(ZipInputStreamTest, ReadsALastWordWithoutADelimiter)
 
 TEST_F(ZipInputStreamTest, ReadsWordsLinesAndBytesInTurn)
 {
-    OpenEntry entry(Write("a word then\na line\nand bytes"));
+    OpenedEntry entry(Write("a word then\na line\nand bytes"));
     TString<wchar_t> first;
     TString<wchar_t> second;
     TString<wchar_t> rest;
@@ -143,7 +143,7 @@ TEST_F(ZipInputStreamTest, ReadsWordsLinesAndBytesInTurn)
 
 TEST_F(ZipInputStreamTest, LeavesTheWxStreamRightAfterTheLine)
 {
-    OpenEntry entry(Write("one\ntwo\n"));
+    OpenedEntry entry(Write("one\ntwo\n"));
     TString<wchar_t> line;
 
     entry.Stream().ReadLine(line);
@@ -165,13 +165,13 @@ TEST_F(ZipInputStreamTest, FailsWhenOutOfMemory)
     std::vector<unsigned char> bytes;
     const TestSupport::AllocationLimit limit(1'000'000);
 
-    OpenEntry forLine(path);
+    OpenedEntry forLine(path);
     EXPECT_FALSE(forLine.Stream().ReadLine(text));
     EXPECT_FALSE(forLine.Stream().IsOk());
-    OpenEntry forWord(path);
+    OpenedEntry forWord(path);
     forWord.Stream() >> text;
     EXPECT_FALSE(forWord.Stream().IsOk());
-    OpenEntry forBytes(path);
+    OpenedEntry forBytes(path);
     forBytes.Stream() >> bytes;
     EXPECT_FALSE(forBytes.Stream().IsOk());
 
@@ -247,14 +247,14 @@ std::string RandomContent(std::mt19937& random)
 }
 
 // Reads from both in one of three ways; returns the difference, if any.
-std::string ReadOnce(unsigned long way, OpenEntry& entry, wxZipInputStream& reference)
+std::string ReadOnce(unsigned long way, OpenedEntry& entry, wxZipInputStream& reference)
 {
     ReferenceReader reader(reference);
     if (way == 0) {
         TString<wchar_t> line;
         std::wstring expected;
-        const bool isWhole = entry.Stream().ReadLine(line);
-        if (isWhole != reader.ReadLine(expected) || line != expected)
+        const bool hasLine = entry.Stream().ReadLine(line);
+        if (hasLine != reader.ReadLine(expected) || line != expected)
             return "line";
     } else if (way == 1) {
         TString<wchar_t> word;
@@ -273,7 +273,7 @@ TEST_F(ZipInputStreamTest, MatchesANewWxTextInputStreamPerCall)
     std::mt19937 random(1);
     for (int round = 0; round < 500; ++round) {
         const TString<wchar_t> path = Write(RandomContent(random));
-        OpenEntry entry(path);
+        OpenedEntry entry(path);
         wxZipInputStream reference(new wxFFileInputStream(wxString(path)));
         delete reference.GetNextEntry();
         for (int read = 0; read < 80; ++read)
