@@ -40,7 +40,7 @@ int StatusFlags(const FileDescriptor& file)
     return ::fcntl(file.Get(), F_GETFL);
 }
 
-TEST_F(FileDescriptorTest, OpensNoDirectory)
+TEST_F(FileDescriptorTest, DoesNotOpenADirectory)
 {
     for (const int flags : {O_RDONLY, O_WRONLY, O_RDWR}) {
         EXPECT_FALSE(FileDescriptor::Open(m_directory.Path(), flags).IsOpen());
@@ -63,7 +63,7 @@ TEST_F(FileDescriptorTest, WaitsForTheOtherEndOfAPipe)
     EXPECT_FALSE(file.IsRegular());
 }
 
-TEST_F(FileDescriptorTest, WaitsForNothingInOpenRegular)
+TEST_F(FileDescriptorTest, RejectsPipesAndDevicesInOpenRegularAtOnce)
 {
     const std::string path = Pipe();
 
@@ -71,7 +71,7 @@ TEST_F(FileDescriptorTest, WaitsForNothingInOpenRegular)
     EXPECT_FALSE(FileDescriptor::OpenRegular("/dev/null", O_RDWR).IsOpen());
 }
 
-TEST_F(FileDescriptorTest, LeavesNoFileNonBlocking)
+TEST_F(FileDescriptorTest, OpensFilesInBlockingMode)
 {
     const std::string path = File("text");
 
@@ -79,7 +79,7 @@ TEST_F(FileDescriptorTest, LeavesNoFileNonBlocking)
     EXPECT_EQ(StatusFlags(FileDescriptor::OpenRegular(path, O_RDONLY)) & O_NONBLOCK, 0);
 }
 
-TEST_F(FileDescriptorTest, KeepsTheFlagsOfOpenRegular)
+TEST_F(FileDescriptorTest, AppliesTheFlagsPassedToOpenRegular)
 {
     const FileDescriptor file =
         FileDescriptor::OpenRegular(File("text"), O_WRONLY | O_CREAT | O_APPEND);
@@ -88,7 +88,7 @@ TEST_F(FileDescriptorTest, KeepsTheFlagsOfOpenRegular)
     EXPECT_EQ(::fcntl(file.Get(), F_GETFD), FD_CLOEXEC);
 }
 
-TEST_F(FileDescriptorTest, ReadsWhatIsLeftAndFailsInReadAll)
+TEST_F(FileDescriptorTest, FailsInReadAllAfterReadingWhatIsLeft)
 {
     const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
     char bytes[7] = "------";
@@ -97,7 +97,7 @@ TEST_F(FileDescriptorTest, ReadsWhatIsLeftAndFailsInReadAll)
     EXPECT_STREQ(bytes, "text--");
 }
 
-TEST_F(FileDescriptorTest, LeavesThePositionInReadAt)
+TEST_F(FileDescriptorTest, DoesNotMoveThePositionInReadAt)
 {
     const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
     char byte = '-';
@@ -108,7 +108,7 @@ TEST_F(FileDescriptorTest, LeavesThePositionInReadAt)
     EXPECT_EQ(byte, 't');
 }
 
-TEST_F(FileDescriptorTest, HasNothingWhenClosed)
+TEST_F(FileDescriptorTest, FailsToReadAndWriteWhenClosed)
 {
     const FileDescriptor file;
     char byte = '-';

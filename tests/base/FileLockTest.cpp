@@ -38,14 +38,14 @@ TEST_F(FileLockTest, IsUnavailableWithoutAFile)
 
 // Exits while holding the lock, after forking a child, which writes its process id to `output` and
 // keeps running.
-[[noreturn]] void HoldForkAndEnd(const FileLock& lock, int output)
+[[noreturn]] void HoldLockForkAndExit(const FileLock& lock, int output)
 {
     if (lock.GetState() != FileLock::State::Held)
         ::_exit(1);
     const pid_t child = ::fork();
     if (child == 0) {
-        constexpr unsigned int longestLifeS = 60;
-        ::alarm(longestLifeS);
+        constexpr unsigned int maxLifetimeS = 60;
+        ::alarm(maxLifetimeS);
         const pid_t self = ::getpid();
         static_cast<void>(!::write(output, &self, sizeof self));
         for (;;)
@@ -54,13 +54,13 @@ TEST_F(FileLockTest, IsUnavailableWithoutAFile)
     ::_exit(0);
 }
 
-TEST_F(FileLockTest, EndsWithItsProcessWhileAForkedChildLives)
+TEST_F(FileLockTest, IsReleasedAtProcessExitDespiteAForkedChild)
 {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
     const pid_t holder = ::fork();
     if (holder == 0)
-        HoldForkAndEnd(Lock(), ends[1]);
+        HoldLockForkAndExit(Lock(), ends[1]);
 
     pid_t child = 0;
     ASSERT_EQ(::read(ends[0], &child, sizeof child), static_cast<ssize_t>(sizeof child));

@@ -55,7 +55,7 @@ TEST_F(FileReplacementTest, KeepsTheModeOfAFile)
     EXPECT_EQ(m_directory.ReadFile(L"file"), "new");
 }
 
-TEST_F(FileReplacementTest, GivesANewFileTheModeThatTheUmaskLeaves)
+TEST_F(FileReplacementTest, AppliesTheUmaskToANewFile)
 {
     const mode_t oldMask = ::umask(0027);
     EXPECT_TRUE(Replace("private"));
@@ -67,7 +67,7 @@ TEST_F(FileReplacementTest, GivesANewFileTheModeThatTheUmaskLeaves)
     EXPECT_EQ(Mode("public"), 0666u);
 }
 
-TEST_F(FileReplacementTest, LeavesNothingWithoutACommit)
+TEST_F(FileReplacementTest, LeavesNoFileWithoutACommit)
 {
     {
         FileReplacement replacement(Path("file"));
@@ -76,7 +76,7 @@ TEST_F(FileReplacementTest, LeavesNothingWithoutACommit)
     EXPECT_THAT(Names(), IsEmpty());
 }
 
-TEST_F(FileReplacementTest, ReplacesNoPipe)
+TEST_F(FileReplacementTest, DoesNotReplaceAPipe)
 {
     ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
 
@@ -85,7 +85,7 @@ TEST_F(FileReplacementTest, ReplacesNoPipe)
     EXPECT_THAT(Names(), ElementsAre("pipe"));
 }
 
-TEST_F(FileReplacementTest, NeedsADirectory)
+TEST_F(FileReplacementTest, FailsInAMissingDirectory)
 {
     EXPECT_FALSE(Replace("missing/file"));
 }

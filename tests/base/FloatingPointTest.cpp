@@ -29,7 +29,7 @@ class FloatingPointTest : public testing::TestWithParam<Parser> {};
 INSTANTIATE_TEST_SUITE_P(Parsers, FloatingPointTest,
                          testing::Values(&ParseFloatingPoint, &ParseFloatingPointByStrtod),
                          [](const auto& parser) {
-                             return parser.index == 0 ? "Chosen" : "Strtod";
+                             return parser.index == 0 ? "Default" : "Strtod";
                          });
 
 TEST_P(FloatingPointTest, ParsesDecimalNumbers)
@@ -49,19 +49,19 @@ TEST_P(FloatingPointTest, ParsesDecimalNumbers)
         EXPECT_EQ(Parse(GetParam(), text), expected) << text;
 }
 
-TEST_P(FloatingPointTest, RefusesWhatIsNoWholeNumber)
+TEST_P(FloatingPointTest, RejectsInvalidNumbers)
 {
     for (const char* text : {"", "x", "1x", "1e", "1e+", "1,5", "."})
         EXPECT_EQ(Parse(GetParam(), text), c_untouched) << text;
 }
 
-TEST_P(FloatingPointTest, GivesTheLargestForANumberTooLarge)
+TEST_P(FloatingPointTest, ReturnsTheLargestFiniteValueOnOverflow)
 {
     EXPECT_EQ(Parse(GetParam(), "1e309"), std::numeric_limits<double>::max());
     EXPECT_EQ(Parse(GetParam(), std::string(400, '9')), std::numeric_limits<double>::max());
 }
 
-TEST_P(FloatingPointTest, GivesTheNearestForANumberTooSmall)
+TEST_P(FloatingPointTest, ReturnsTheNearestValueOnUnderflow)
 {
     EXPECT_EQ(Parse(GetParam(), "1e-400"), 0);
     EXPECT_EQ(Parse(GetParam(), "4.9406564584124654e-324"), 4.9406564584124654e-324);
@@ -79,15 +79,15 @@ std::string RandomNumber(std::mt19937& random)
     return text;
 }
 
-TEST(FloatingPointComparisonTest, ParsesTheSameBitsBothWays)
+TEST(FloatingPointComparisonTest, MatchesStrtodBitForBit)
 {
     constexpr int rounds = 50'000;
     std::mt19937 random(1);
     for (int round = 0; round < rounds; ++round) {
         const std::string text = RandomNumber(random);
-        const double chosen = Parse(&ParseFloatingPoint, text);
-        const double other = Parse(&ParseFloatingPointByStrtod, text);
-        ASSERT_EQ(std::memcmp(&chosen, &other, sizeof chosen), 0) << text;
+        const double byDefault = Parse(&ParseFloatingPoint, text);
+        const double byStrtod = Parse(&ParseFloatingPointByStrtod, text);
+        ASSERT_EQ(std::memcmp(&byDefault, &byStrtod, sizeof byDefault), 0) << text;
     }
 }
 

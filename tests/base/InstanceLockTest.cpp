@@ -38,7 +38,7 @@ int StateInAnotherProcess()
     std::_Exit(StateInAnotherProcess() == static_cast<int>(State::HeldElsewhere) ? 0 : 3);
 }
 
-TEST(InstanceLockDeathTest, LocksAFileThatCanOnlyBeRead)
+TEST(InstanceLockDeathTest, LocksAReadOnlyFile)
 {
     const TestSupport::TempDir home;
     const TestSupport::ScopedEnvironment environment("HOME", home.Path());

@@ -37,7 +37,7 @@ TEST(LineSplitterTest, FindsNoLineAfterTheLastLineEnd)
     EXPECT_THAT(LinesOf("\r"), ElementsAre(Pair("", "\r")));
 }
 
-TEST(LineSplitterTest, TakesALineFeedBeforeACarriageReturnAsAnEndOfItsOwn)
+TEST(LineSplitterTest, TreatsLineFeedThenCarriageReturnAsTwoLineEnds)
 {
     EXPECT_THAT(LinesOf("a\n\rb\r\r\n"),
                 ElementsAre(Pair("a", "\n"), Pair("", "\r"), Pair("b", "\r"), Pair("", "\r\n")));

@@ -21,7 +21,7 @@ TEST(OutOfMemoryTest, ReturnsTheFailureInsteadOfAnException)
     EXPECT_EQ(TryOr(-1, []() -> int { throw std::length_error("too long"); }), -1);
 }
 
-TEST(OutOfMemoryTest, MovesItsResult)
+TEST(OutOfMemoryTest, SupportsMoveOnlyResults)
 {
     const auto result = TryOr(nullptr, [] { return std::make_unique<int>(7); });
 
@@ -29,14 +29,14 @@ TEST(OutOfMemoryTest, MovesItsResult)
     EXPECT_EQ(*result, 7);
 }
 
-TEST(OutOfMemoryTest, DistinguishesAnEndFromAnExceptionInCompletes)
+TEST(OutOfMemoryTest, ReportsAnExceptionInCompletes)
 {
     EXPECT_TRUE(RunsWithoutThrowing([] {}));
     EXPECT_FALSE(RunsWithoutThrowing([] { throw std::bad_alloc(); }));
 }
 
 // RegExp throws a smart_ptr, which is not a std::exception.
-TEST(OutOfMemoryTest, PassesOnWhatIsNoStandardException)
+TEST(OutOfMemoryTest, LetsANonStandardExceptionThrough)
 {
     struct Foreign {};
 

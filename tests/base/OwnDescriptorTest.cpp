@@ -17,14 +17,14 @@
 namespace Toolkit::Base {
 namespace {
 
-constexpr unsigned int c_longestChildS = 10;
+constexpr unsigned int c_childTimeoutS = 10;
 
 // Returns whether `check` succeeds in a forked child that ends in time.
-bool HoldsInChild(const std::function<bool()>& check)
+bool SucceedsInChild(const std::function<bool()>& check)
 {
     const pid_t child = ::fork();
     if (child == 0) {
-        ::alarm(c_longestChildS);
+        ::alarm(c_childTimeoutS);
         ::_exit(check() ? 0 : 1);
     }
     int status = 0;
@@ -45,58 +45,60 @@ protected:
         FileDescriptor::OpenRegular((m_directory.Path() / "file").string(), O_RDWR | O_CREAT, 0600);
 };
 
-TEST_F(OwnDescriptorTest, IsOfTheNullDeviceInAChild)
+TEST_F(OwnDescriptorTest, ReplacesTheFileWithTheNullDeviceInAChild)
 {
     OwnDescriptor own;
     own.Watch(m_file.Get());
 
-    EXPECT_TRUE(HoldsInChild([this] {
-        struct stat there {};
-        struct stat null {};
-        return ::fstat(m_file.Get(), &there) == 0 && ::stat("/dev/null", &null) == 0 &&
-               there.st_rdev == null.st_rdev && (::fcntl(m_file.Get(), F_GETFD) & FD_CLOEXEC) != 0;
+    EXPECT_TRUE(SucceedsInChild([this] {
+        struct stat inChild {};
+        struct stat nullDevice {};
+        return ::fstat(m_file.Get(), &inChild) == 0 && ::stat("/dev/null", &nullDevice) == 0 &&
+               inChild.st_rdev == nullDevice.st_rdev &&
+               (::fcntl(m_file.Get(), F_GETFD) & FD_CLOEXEC) != 0;
     }));
     EXPECT_TRUE(IsRegular(m_file.Get()));
 }
 
-TEST_F(OwnDescriptorTest, IsSharedWhenItIsForgotten)
+TEST_F(OwnDescriptorTest, LeavesTheFileSharedAfterForget)
 {
     OwnDescriptor own;
     own.Watch(m_file.Get());
     own.Forget();
 
-    EXPECT_TRUE(HoldsInChild([this] { return IsRegular(m_file.Get()); }));
+    EXPECT_TRUE(SucceedsInChild([this] { return IsRegular(m_file.Get()); }));
 }
 
-TEST_F(OwnDescriptorTest, IsSharedWhenTheWatchIsDestroyed)
+TEST_F(OwnDescriptorTest, LeavesTheFileSharedAfterItsDestruction)
 {
     OwnDescriptor first;
     {
         OwnDescriptor own;
         own.Watch(m_file.Get());
     }
-    EXPECT_TRUE(HoldsInChild([this] { return IsRegular(m_file.Get()); }));
+    EXPECT_TRUE(SucceedsInChild([this] { return IsRegular(m_file.Get()); }));
 }
 
-TEST_F(OwnDescriptorTest, WatchesAnotherInsteadOfTheFirst)
+TEST_F(OwnDescriptorTest, WatchesOnlyTheLastDescriptor)
 {
     const FileDescriptor other = m_file.Duplicate();
     OwnDescriptor own;
     own.Watch(m_file.Get());
     own.Watch(other.Get());
 
-    EXPECT_TRUE(HoldsInChild([&] { return IsRegular(m_file.Get()) && !IsRegular(other.Get()); }));
+    EXPECT_TRUE(
+        SucceedsInChild([&] { return IsRegular(m_file.Get()) && !IsRegular(other.Get()); }));
 }
 
-TEST_F(OwnDescriptorTest, DoesNotWatchAMissingDescriptor)
+TEST_F(OwnDescriptorTest, IgnoresANegativeDescriptor)
 {
     OwnDescriptor own;
     own.Watch(-1);
 
-    EXPECT_TRUE(HoldsInChild([this] { return IsRegular(m_file.Get()); }));
+    EXPECT_TRUE(SucceedsInChild([this] { return IsRegular(m_file.Get()); }));
 }
 
-TEST_F(OwnDescriptorTest, WatchesAChildsOwnWhileThreadsOfItsParentDo)
+TEST_F(OwnDescriptorTest, CanWatchInAChildForkedWhileAnotherThreadWatches)
 {
     std::atomic<bool> stop{false};
     std::thread watcher([&] {
@@ -106,7 +108,7 @@ TEST_F(OwnDescriptorTest, WatchesAChildsOwnWhileThreadsOfItsParentDo)
         }
     });
     for (int i = 0; i < 50; ++i) {
-        EXPECT_TRUE(HoldsInChild([this] {
+        EXPECT_TRUE(SucceedsInChild([this] {
             OwnDescriptor own;
             own.Watch(m_file.Get());
             return true;

@@ -17,7 +17,7 @@ TEST(ShortenNameTest, KeepsTheBeginningOfALongerNameBeforeAHash)
     EXPECT_EQ(ShortenName("a name that is too long", 16), "225ecdc4bded9854");
 }
 
-TEST(ShortenNameTest, ComputesThePublishedHash)
+TEST(ShortenNameTest, ComputesThePublishedFnv1aHashes)
 {
     EXPECT_EQ(FormatHash(""), "cbf29ce484222325");
     EXPECT_EQ(FormatHash("a"), "af63dc4c8601ec8c");

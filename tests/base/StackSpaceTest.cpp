@@ -35,7 +35,7 @@ TEST(StackSpaceTest, FindsBoundsAroundTheCallersFrame)
     EXPECT_LT(here, bounds.end);
 }
 
-TEST(StackSpaceTest, CountsDownToTheBeginningOfTheStack)
+TEST(StackSpaceTest, ReturnsTheDistanceToTheBeginningOfTheStack)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     const std::size_t left = here - GetStackBounds().begin;
