@@ -39,14 +39,14 @@ protected:
     smart_ptr<CmdLineOption> m_file = new CmdLineOption(L"file", true);
 };
 
-TEST_F(CmdLineParserTest, DefinesSpaceAndTabDashAndQuote)
+TEST_F(CmdLineParserTest, DefinesItsSpecialCharacters)
 {
     EXPECT_EQ(CmdLineParser::c_strSeparators, L" \t");
     EXPECT_EQ(CmdLineParser::c_strIdentifiers, L"-");
     EXPECT_EQ(CmdLineParser::c_strDelimiters, L"\"");
 }
 
-TEST_F(CmdLineParserTest, SeparatesTokensBySpacesAndTabsAlone)
+TEST_F(CmdLineParserTest, SeparatesTokensOnlyAtSpacesAndTabs)
 {
     const std::pair<const wchar_t*, Tokens> cases[] = {
         {L"", {}},
@@ -61,7 +61,7 @@ TEST_F(CmdLineParserTest, SeparatesTokensBySpacesAndTabsAlone)
     }
 }
 
-TEST_F(CmdLineParserTest, EndsATokenInQuotesAtTheNextQuote)
+TEST_F(CmdLineParserTest, EndsAQuotedTokenAtTheNextQuote)
 {
     const std::pair<const wchar_t*, Tokens> cases[] = {
         {L"  a  \"b c\"   d", {L"a", L"b c", L"d"}},
@@ -91,7 +91,7 @@ TEST_F(CmdLineParserTest, DropsAnUnterminatedQuoteAndWhatFollows)
     EXPECT_THAT(Tokenized(L"\"x\"\"y z"), ElementsAre(L"x"));
 }
 
-TEST_F(CmdLineParserTest, TokenizesALineThatIsAmongTheTokensReplaced)
+TEST_F(CmdLineParserTest, TokenizesALineStoredInTheOutputVector)
 {
     Tokens tokens{L"first", L"second \"a long line that has memory of its own\" third"};
 
@@ -105,7 +105,7 @@ TEST_F(CmdLineParserTest, KeepsNullCharactersInTokens)
     EXPECT_THAT(Tokenized(std::wstring(L"a\0b c", 5)), ElementsAre(std::wstring(L"a\0b", 3), L"c"));
 }
 
-TEST_F(CmdLineParserTest, DefinesOptionsWithTheTokenAfterThem)
+TEST_F(CmdLineParserTest, UsesTheTokenAfterAnOptionAsItsValue)
 {
     EXPECT_TRUE(Parse({L"tool", L"-v", L"-file", L"x.txt"}));
     EXPECT_TRUE(m_v->IsDefined());
@@ -121,7 +121,7 @@ TEST_F(CmdLineParserTest, FailsWithoutARequiredOption)
     EXPECT_FALSE(m_file->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, OnlyTheFirstTokenAfterAnOptionIsItsValue)
+TEST_F(CmdLineParserTest, IgnoresTokensThatAreNeitherOptionNorValue)
 {
     EXPECT_TRUE(Parse({L"stray", L"-file", L"first", L"second", L"-v", L"yes", L"third"}));
     EXPECT_EQ(m_file->GetValue(), L"first");
@@ -141,7 +141,7 @@ TEST_F(CmdLineParserTest, IgnoresTheValueOfAnUnknownOption)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, TakesAnEmptyTokenAsAValue)
+TEST_F(CmdLineParserTest, AcceptsAnEmptyTokenAsAValue)
 {
     m_file->SetValue(L"old");
 
@@ -149,7 +149,7 @@ TEST_F(CmdLineParserTest, TakesAnEmptyTokenAsAValue)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, ComparesNamesAsTheyAreTyped)
+TEST_F(CmdLineParserTest, ComparesNamesExactly)
 {
     for (const wchar_t* const argument : {L"-V", L"--v", L"v", L"-v=1", L"-", L" -v", L"-v "}) {
         SCOPED_TRACE(testing::PrintToString(argument));
@@ -171,7 +171,7 @@ TEST_F(CmdLineParserTest, RemovesExactlyOneDash)
     EXPECT_EQ(nameless->GetValue(), L"value");
 }
 
-TEST_F(CmdLineParserTest, LowersRegisteredNames)
+TEST_F(CmdLineParserTest, ConvertsRegisteredNamesToLowerCase)
 {
     const smart_ptr<CmdLineOption> verbose(new CmdLineOption(L"Verbose", false));
     EXPECT_EQ(verbose->GetName(), L"verbose");
@@ -224,7 +224,7 @@ TEST_F(CmdLineParserTest, TakesAnOptionByValue)
     EXPECT_TRUE((std::is_same_v<decltype(&CmdLineParser::AddOption), AddOption>));
 }
 
-TEST_F(CmdLineParserTest, RefusesEmptyAndRepeatedOptions)
+TEST_F(CmdLineParserTest, RejectsEmptyAndRepeatedOptions)
 {
     CmdLineParser parser(TString<wchar_t>(L"-v"));
 
@@ -236,7 +236,7 @@ TEST_F(CmdLineParserTest, RefusesEmptyAndRepeatedOptions)
     EXPECT_TRUE(m_v->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, KeepsWhatOptionsHoldWhenParsingAgain)
+TEST_F(CmdLineParserTest, KeepsOptionValuesWhenParsingAgain)
 {
     CmdLineParser parser(TString<wchar_t>(L"-v"));
     parser.AddOption(m_v);
@@ -249,7 +249,7 @@ TEST_F(CmdLineParserTest, KeepsWhatOptionsHoldWhenParsingAgain)
     EXPECT_EQ(m_file->GetValue(), L"kept");
 }
 
-TEST_F(CmdLineParserTest, KeepsTheStatesOfOptions)
+TEST_F(CmdLineParserTest, SetsAnOptionsValueWithoutDefiningIt)
 {
     CmdLineOption option(L"Name", true);
     EXPECT_FALSE(option.IsDefined());
@@ -263,13 +263,13 @@ TEST_F(CmdLineParserTest, KeepsTheStatesOfOptions)
     EXPECT_EQ(option.GetValue(), L"value");
 }
 
-TEST_F(CmdLineParserTest, TakesArgumentsAsTheyAre)
+TEST_F(CmdLineParserTest, StoresArgumentsUnchanged)
 {
     EXPECT_TRUE(Parse({L"-file", L" \"a b\" "}));
     EXPECT_EQ(m_file->GetValue(), L" \"a b\" ");
 }
 
-TEST_F(CmdLineParserTest, ReadsNarrowArgumentsAsUtf8)
+TEST_F(CmdLineParserTest, DecodesNarrowArgumentsAsUtf8)
 {
     std::array<const char*, 3> arguments = {"tool", "-file", "caf\xC3\xA9 \xF0\x9F\x98\x80"};
     CmdLineParser parser(3, arguments.data());
@@ -279,7 +279,7 @@ TEST_F(CmdLineParserTest, ReadsNarrowArgumentsAsUtf8)
     EXPECT_EQ(m_file->GetValue(), L"caf\u00E9 \U0001F600");
 }
 
-TEST_F(CmdLineParserTest, ReadsBrokenUtf8AsAnEmptyArgument)
+TEST_F(CmdLineParserTest, TreatsAnArgumentWithInvalidUtf8AsEmpty)
 {
     std::array<const char*, 2> arguments = {"-file", "caf\xE9"};
     m_file->SetValue(L"old");
@@ -290,7 +290,7 @@ TEST_F(CmdLineParserTest, ReadsBrokenUtf8AsAnEmptyArgument)
     EXPECT_EQ(m_file->GetValue(), L"");
 }
 
-TEST_F(CmdLineParserTest, TakesTheArgumentsOfMain)
+TEST_F(CmdLineParserTest, AcceptsTheArgumentsOfMain)
 {
     char narrowOption[] = "-file";
     char narrowValue[] = "x";
@@ -307,22 +307,22 @@ TEST_F(CmdLineParserTest, TakesTheArgumentsOfMain)
     EXPECT_TRUE(m_v->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, SurvivesCountsAndVectorsThatDisagree)
+TEST_F(CmdLineParserTest, SurvivesAWrongArgumentCount)
 {
     const char* arguments[] = {"-v", nullptr, "-file"};
-    CmdLineParser cutShort(3, arguments);
+    CmdLineParser endsEarly(3, arguments);
     CmdLineParser negative(-1, arguments);
     CmdLineParser missing(3, static_cast<const char**>(nullptr));
-    for (CmdLineParser* const parser : {&cutShort, &negative, &missing})
+    for (CmdLineParser* const parser : {&endsEarly, &negative, &missing})
         parser->AddOption(m_v);
 
     EXPECT_TRUE(negative.Parse() && missing.Parse());
     EXPECT_FALSE(m_v->IsDefined());
-    EXPECT_TRUE(cutShort.Parse());
+    EXPECT_TRUE(endsEarly.Parse());
     EXPECT_TRUE(m_v->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, TokenizesOneText)
+TEST_F(CmdLineParserTest, TokenizesACommandLine)
 {
     CmdLineParser parser(TString<wchar_t>(L"tool -v  -file \"a b\" c"));
     parser.AddOption(m_v);
@@ -333,7 +333,7 @@ TEST_F(CmdLineParserTest, TokenizesOneText)
     EXPECT_EQ(m_file->GetValue(), L"a b");
 }
 
-TEST_F(CmdLineParserTest, ReadsOneNarrowTextAsUtf8)
+TEST_F(CmdLineParserTest, DecodesANarrowCommandLineAsUtf8)
 {
     CmdLineParser parser(TString<char>("-file \"\xE6\x96\x87 \xE5\xAD\x97\""));
     parser.AddOption(m_file);
@@ -351,10 +351,10 @@ bool ParseWithAFailingAllocation(const smart_ptr<CmdLineOption>& option, long al
     option->SetValue(L"");
 
     const TestSupport::FailingAllocation failing(allocation);
-    CmdLineParser ofLine(line);
-    CmdLineParser ofArguments(2, arguments.data());
-    const bool isParsed = ofLine.AddOption(option) && ofLine.Parse() &&
-                          ofArguments.AddOption(option) && ofArguments.Parse();
+    CmdLineParser lineParser(line);
+    CmdLineParser argumentsParser(2, arguments.data());
+    const bool isParsed = lineParser.AddOption(option) && lineParser.Parse() &&
+                          argumentsParser.AddOption(option) && argumentsParser.Parse();
     EXPECT_TRUE(isParsed || failing.HasFailed());
     return failing.HasFailed();
 }
@@ -369,7 +369,7 @@ TEST_F(CmdLineParserTest, ThrowsNothingWhenOutOfMemory)
     EXPECT_EQ(m_file->GetValue(), L"another value that needs memory");
 }
 
-TEST_F(CmdLineParserTest, HasNoTokensWhenOutOfMemory)
+TEST_F(CmdLineParserTest, ReturnsNoTokensWhenOutOfMemory)
 {
     const TString<wchar_t> line = L"short \"a long token that needs memory of its own\"";
     Tokens tokens{L"old"};

@@ -18,10 +18,10 @@ using TestSupport::RandomText;
 // Splits a line into tokens from left to right, one character at a time.
 class ReferenceTokenizer {
 public:
-    std::vector<std::wstring> Read(const std::wstring& line)
+    std::vector<std::wstring> Tokenize(const std::wstring& line)
     {
         for (const wchar_t character : line)
-            Take(character);
+            Consume(character);
         if (m_state == State::Plain)
             m_tokens.push_back(m_token);
         return m_tokens;
@@ -30,32 +30,32 @@ public:
 private:
     enum class State { Between, Plain, Quoted };
 
-    void Take(wchar_t character)
+    void Consume(wchar_t character)
     {
-        const bool separates = character == L' ' || character == L'\t';
+        const bool isSeparator = character == L' ' || character == L'\t';
         switch (m_state) {
         case State::Between:
             if (character == L'"')
                 m_state = State::Quoted;
-            else if (!separates)
-                Begin(character);
+            else if (!isSeparator)
+                BeginToken(character);
             break;
         case State::Plain:
-            separates ? End() : m_token.push_back(character);
+            isSeparator ? EndToken() : m_token.push_back(character);
             break;
         case State::Quoted:
-            character == L'"' ? End() : m_token.push_back(character);
+            character == L'"' ? EndToken() : m_token.push_back(character);
             break;
         }
     }
 
-    void Begin(wchar_t character)
+    void BeginToken(wchar_t character)
     {
         m_state = State::Plain;
         m_token.push_back(character);
     }
 
-    void End()
+    void EndToken()
     {
         m_tokens.push_back(m_token);
         m_token.clear();
@@ -74,8 +74,8 @@ TEST(CmdLineReferenceTest, TokenizesRandomLinesAsTheReferenceDoes)
     for (int round = 0; round < 50000; ++round) {
         const std::wstring line = random.Text<wchar_t>(L"  \t\"\"ab-\\\u00E9\n", 24);
         CmdLineParser::Tokenize(line, tokens);
-        const std::vector<std::wstring> read(tokens.begin(), tokens.end());
-        ASSERT_EQ(read, ReferenceTokenizer().Read(line)) << testing::PrintToString(line);
+        const std::vector<std::wstring> actual(tokens.begin(), tokens.end());
+        ASSERT_EQ(actual, ReferenceTokenizer().Tokenize(line)) << testing::PrintToString(line);
     }
 }
 

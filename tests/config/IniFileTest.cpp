@@ -117,7 +117,7 @@ TEST_F(IniFileTest, IgnoresLinesThatAreNeitherHeaderNorKey)
     EXPECT_FALSE(ini.HasSection(L"Other"));
 }
 
-TEST_F(IniFileTest, DoesNotTreatABracketAloneAsAHeader)
+TEST_F(IniFileTest, ReadsKeysThatBeginWithABracket)
 {
     const IniFile ini = Load("[Main]\n[Main=1\n[a]=2\n");
 
@@ -125,7 +125,7 @@ TEST_F(IniFileTest, DoesNotTreatABracketAloneAsAHeader)
     EXPECT_EQ(Value(ini, L"Main", L"[a]"), L"2");
 }
 
-TEST_F(IniFileTest, NamesASectionByAllThatIsBetweenTheBrackets)
+TEST_F(IniFileTest, UsesAllTextBetweenTheBracketsAsTheName)
 {
     constexpr std::pair<const char*, const wchar_t*> cases[] = {
         {"[Main]", L"Main"},      {"[ Main ]", L" Main "}, {"[]", L""},
@@ -183,7 +183,7 @@ TEST_F(IniFileTest, IgnoresKeysAboveTheFirstHeader)
     EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"b"));
 }
 
-TEST_F(IniFileTest, ListsKeysByCodePoints)
+TEST_F(IniFileTest, ListsKeysInOrderOfCodePoints)
 {
     const IniFile ini = Load("[Main]\nb=\n\xF0\x9F\x98\x80=\n\xEF\xBF\xBD=\na=\nB=\n10=\n9=\n");
 
@@ -253,7 +253,7 @@ TEST_F(IniFileTest, ReadsSignedNumbersFromTheFrontOfAValue)
     }
 }
 
-TEST_F(IniFileTest, ReadsTrueFromTheNumberOneOnly)
+TEST_F(IniFileTest, ReadsOnlyTheNumberOneAsTrue)
 {
     constexpr std::pair<const char*, bool> cases[] = {
         {"1", true},     {" 1", true},   {"01", true}, {"1abc", true}, {"2", false},
@@ -265,7 +265,7 @@ TEST_F(IniFileTest, ReadsTrueFromTheNumberOneOnly)
     }
 }
 
-TEST_F(IniFileTest, ReadsALastLineWithoutAnEnd)
+TEST_F(IniFileTest, ReadsLinesWithAnyOrNoLineEnd)
 {
     for (const std::string& bytes :
          {std::string("[Main]\nn=1"), std::string("[Main]\r\nn=1\r\n"), std::string("[Main]\rn=1"),
@@ -322,7 +322,7 @@ TEST_F(IniFileTest, ReplacesTheSettingsInParse)
     EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
 }
 
-TEST_F(IniFileTest, ParsesAFileNamedByAValueOfItsOwn)
+TEST_F(IniFileTest, ParsesAFileNamedByOneOfItsValues)
 {
     const TString<wchar_t> next = m_directory.WriteFile(L"next.ini", "[Other]\nm=2\n");
     IniFile ini = Load("[Main]\nnext=" + std::string(next.begin(), next.end()));
@@ -331,7 +331,7 @@ TEST_F(IniFileTest, ParsesAFileNamedByAValueOfItsOwn)
     EXPECT_EQ(Value(ini, L"Other", L"m"), L"2");
 }
 
-TEST_F(IniFileTest, ListsKeysOverTheNameOfTheirSection)
+TEST_F(IniFileTest, ListsKeysIntoAVectorThatHoldsTheSectionName)
 {
     const std::string name(100, 'x');
     const IniFile ini = Load("[" + name + "]\na=1\nb=2\n");
@@ -350,7 +350,7 @@ bool ParseWithAFailingAllocation(IniFile& ini, const TString<wchar_t>& path, lon
     return failing.HasFailed();
 }
 
-TEST_F(IniFileTest, LeavesOutAllSettingsWhenOutOfMemory)
+TEST_F(IniFileTest, HasNoSettingsWhenParseRunsOutOfMemory)
 {
     const TString<wchar_t> path = m_directory.WriteFile(
         L"long.ini", "[a section that is long]\na key that is long=" + std::string(50, 'v'));
@@ -392,7 +392,7 @@ TEST_F(IniFileTest, ListsNoKeysWhenOutOfMemory)
     EXPECT_THAT(keys, IsEmpty());
 }
 
-TEST_F(IniFileTest, ThrowsBadAllocInPlaceOfTheDefaultWhenOutOfMemory)
+TEST_F(IniFileTest, ThrowsBadAllocInsteadOfReturningTheDefault)
 {
     const IniFile ini = Load("[Main]\na=1\nb=" + std::string(200, 'v'));
     const TString<wchar_t> section = L"Main";
@@ -408,7 +408,7 @@ TEST_F(IniFileTest, ThrowsBadAllocInPlaceOfTheDefaultWhenOutOfMemory)
     EXPECT_EQ(ini.GetUint32(section, key, 7), 1u);
 }
 
-TEST_F(IniFileTest, LetsThreadsReadASectionForTheFirstTimeAtOnce)
+TEST_F(IniFileTest, LetsThreadsReadANewSectionConcurrently)
 {
     constexpr int keyCount = 1000;
     std::string bytes = "[Main]\n";
@@ -471,7 +471,7 @@ TEST_F(IniFileTest, FindsShortKeysBesideLongOnes)
     EXPECT_EQ(Value(ini, L"Main", L"b"), L"3");
 }
 
-TEST_F(IniFileTest, MissesNamesThatNoFileCanHold)
+TEST_F(IniFileTest, DoesNotFindNamesWithInvalidCodePoints)
 {
     const IniFile ini = Load("[M\xC3\xA9]\n\xF0\x9F\x98\x80=1\n");
     const auto character = [](int code) { return TString<wchar_t>(static_cast<wchar_t>(code)); };
@@ -491,7 +491,7 @@ TEST_F(IniFileTest, MovesItsSettings)
     EXPECT_EQ(Value(moved, L"Main", L"n"), L"1");
 }
 
-TEST_F(IniFileTest, EmptiesTheSettingsAndKeepsIsLoadedWhenParseFails)
+TEST_F(IniFileTest, ChangesSettingsButNotIsLoadedInParse)
 {
     const CapturedLog log;
     IniFile loaded = Load("[Main]\nn=1\n");
@@ -505,7 +505,7 @@ TEST_F(IniFileTest, EmptiesTheSettingsAndKeepsIsLoadedWhenParseFails)
     EXPECT_EQ(Value(failed, L"Main", L"n"), L"1");
 }
 
-TEST_F(IniFileTest, CopiesByValue)
+TEST_F(IniFileTest, KeepsCopiesIndependent)
 {
     IniFile ini = Load("[Main]\nn=1\n");
     const IniFile copy = ini;
@@ -528,7 +528,7 @@ TEST_F(IniFileTest, HonoursEveryByteOrderMark)
     }
 }
 
-TEST_F(IniFileTest, ReadsBrokenUtf8AsLatin1)
+TEST_F(IniFileTest, ReadsInvalidUtf8AsLatin1)
 {
     const IniFile ini = Load("[M\xE9]\nk=\xC3\xA9\nl=\xFF\n");
 
@@ -545,7 +545,7 @@ TEST_F(IniFileTest, KeepsNullCharactersInNamesAndValues)
     EXPECT_FALSE(ini.HasSection(L"M"));
 }
 
-TEST_F(IniFileTest, ReadsPathsAsUtf8InAnyLocale)
+TEST_F(IniFileTest, OpensANonAsciiPathInTheCLocale)
 {
     const ScopedLocale locale("C");
     const IniFile ini(m_directory.WriteFile(L"\u6587.ini", "[M]\nk=\xE6\x96\x87\n"));
