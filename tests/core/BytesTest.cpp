@@ -49,55 +49,58 @@ class MemoryStream : public IStream {
 public:
     explicit MemoryStream(const std::string& bytes = "") : contents(bytes) {}
 
-    unsigned int Write(const TString<wchar_t>&) override { return Note("text", 0); }
+    unsigned int Write(const TString<wchar_t>&) override { return RecordCall("text", 0); }
 
     unsigned int Write(unsigned int value) override
     {
         contents += Packed(value);
-        return Note("integer", sizeof value);
+        return RecordCall("integer", sizeof value);
     }
 
     unsigned int Write(const void* data, unsigned int size) override
     {
         contents.append(static_cast<const char*>(data), size);
-        return Note("block", size);
+        return RecordCall("block", size);
     }
 
-    unsigned int Read(TString<wchar_t>&) override { return Note("text", 0); }
+    unsigned int Read(TString<wchar_t>&) override { return RecordCall("text", 0); }
     unsigned int Read(unsigned int& value) override
     {
-        return Take("integer", &value, sizeof value);
+        return ReadBytes("integer", &value, sizeof value);
     }
-    unsigned int Read(void* data, unsigned int size) override { return Take("block", data, size); }
+    unsigned int Read(void* data, unsigned int size) override
+    {
+        return ReadBytes("block", data, size);
+    }
     unsigned int Length() const override { return static_cast<unsigned int>(contents.size()); }
 
     std::string contents;
     std::vector<std::string> calls;
-    unsigned int longest = 0;
+    unsigned int largestSize = 0;
     std::size_t failAt = 0;
     unsigned int success = 0;
 
 private:
-    unsigned int Note(const std::string& call, unsigned int size)
+    unsigned int RecordCall(const std::string& call, unsigned int size)
     {
         calls.push_back(call);
-        longest = std::max(longest, size);
+        largestSize = std::max(largestSize, size);
         return calls.size() == failAt ? 0x10000077u : success;
     }
 
-    unsigned int Take(const std::string& call, void* data, unsigned int size)
+    unsigned int ReadBytes(const std::string& call, void* data, unsigned int size)
     {
         const std::size_t count = std::min<std::size_t>(size, contents.size() - m_position);
         std::memcpy(data, contents.data() + m_position, count);
         m_position += count;
-        const unsigned int result = Note(call, size);
+        const unsigned int result = RecordCall(call, size);
         return count < size ? 0x10000003u : result;
     }
 
     std::size_t m_position = 0;
 };
 
-TEST(BytesTest, HoldsACopyOfWhatItWasMadeFrom)
+TEST(BytesTest, CopiesTheBytesItIsConstructedFrom)
 {
     std::string source("a\0b", 3);
     const Bytes bytes(Raw(source), 3);
@@ -145,7 +148,7 @@ TEST(BytesTest, CannotBeEmptiedBySetBytes)
     EXPECT_EQ(ContentsOf(bytes), "before");
 }
 
-TEST(BytesTest, FreesTheFirstCopyWhenGetBytesFillsItsPointerAgain)
+TEST(BytesTest, FreesThePreviousCopyInGetBytes)
 {
     Bytes bytes(Raw("abc"), 3);
     unsigned char* out = nullptr;
@@ -159,7 +162,7 @@ TEST(BytesTest, FreesTheFirstCopyWhenGetBytesFillsItsPointerAgain)
     delete[] out;
 }
 
-TEST(BytesTest, RefusesToCopyWhatIsMissing)
+TEST(BytesTest, RejectsNullPointersAndASizeOfZeroInCopyBytes)
 {
     const Bytes bytes;
     unsigned char source = 1;
@@ -174,7 +177,7 @@ TEST(BytesTest, RefusesToCopyWhatIsMissing)
     EXPECT_EQ(size, 7u);
 }
 
-TEST(BytesTest, RefusesACopyWhenOutOfMemory)
+TEST(BytesTest, FailsToCopyWhenOutOfMemory)
 {
     const std::string source(1000, 'x');
     Bytes bytes(Raw("before"), 6);
@@ -190,7 +193,7 @@ TEST(BytesTest, RefusesACopyWhenOutOfMemory)
     EXPECT_EQ(size, 0u);
 }
 
-TEST(BytesTest, ReadsNoBlockWithoutMemory)
+TEST(BytesTest, ReadsNoBlockWhenOutOfMemory)
 {
     MemoryStream stream(Packed(1000) + std::string(1000, 'x'));
     Bytes bytes(Raw("before"), 6);
@@ -211,7 +214,7 @@ TEST(BytesTest, SerializesTheSizeAndTheBytes)
     EXPECT_THAT(stream.calls, ElementsAre("integer", "block"));
 }
 
-TEST(BytesTest, LeavesTheStreamUntouchedWhenSerializedEmpty)
+TEST(BytesTest, WritesNothingWhenEmpty)
 {
     MemoryStream stream;
 
@@ -261,7 +264,7 @@ TEST(BytesTest, IsEmptiedByAStoredSizeOfZero)
     EXPECT_EQ(ContentsOf(bytes), "again");
 }
 
-TEST(BytesTest, KeepsTheContentsWithoutASize)
+TEST(BytesTest, KeepsTheContentsWhenTheSizeCannotBeRead)
 {
     for (const char* contents : {"", "abc"}) {
         SCOPED_TRACE(contents);
@@ -273,7 +276,7 @@ TEST(BytesTest, KeepsTheContentsWithoutASize)
     }
 }
 
-TEST(BytesTest, StaysFilledInPartByABlockCutShort)
+TEST(BytesTest, KeepsTheBytesReadOfATruncatedBlock)
 {
     MemoryStream stream(Packed(6) + "abcd");
     Bytes bytes;
@@ -282,7 +285,7 @@ TEST(BytesTest, StaysFilledInPartByABlockCutShort)
     EXPECT_EQ(ContentsOf(bytes), std::string("abcd\0\0", 6));
 }
 
-TEST(BytesTest, ReturnsOneCodeForEveryFailureToDeserialize)
+TEST(BytesTest, ReturnsTheSameCodeForEveryFailureToDeserialize)
 {
     for (const std::size_t call : {1u, 2u}) {
         SCOPED_TRACE(call);
@@ -305,7 +308,7 @@ TEST(BytesTest, TreatsCodesWithoutTheFailureBitAsSuccess)
     EXPECT_EQ(ContentsOf(bytes), "abc");
 }
 
-TEST(BytesTest, ReadsALongBlockAtOnce)
+TEST(BytesTest, ReadsALongBlockInOneCall)
 {
     const std::string block(1000000, 'x');
     MemoryStream stream(Packed(1000000) + block);
@@ -316,7 +319,7 @@ TEST(BytesTest, ReadsALongBlockAtOnce)
     EXPECT_EQ(stream.calls.size(), 2u);
 }
 
-TEST(BytesTest, DoesNotBelieveASizeBeyondTheStream)
+TEST(BytesTest, DoesNotTrustASizeLargerThanTheStream)
 {
     for (const unsigned int size : {200001u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         SCOPED_TRACE(size);
@@ -326,12 +329,12 @@ TEST(BytesTest, DoesNotBelieveASizeBeyondTheStream)
         EXPECT_EQ(bytes.Deserialize(stream), 0x10000003u);
         EXPECT_EQ(ContentsOf(bytes)->substr(0, 200000), std::string(200000, 'x'));
         EXPECT_LE(ContentsOf(bytes)->size(), 400000u);
-        EXPECT_LE(stream.longest, 400000u);
+        EXPECT_LE(stream.largestSize, 400000u);
     }
 }
 
 // A stream whose length is unknown: Length() returns 0.
-class EndlessStream : public MemoryStream {
+class StreamOfUnknownLength : public MemoryStream {
 public:
     using MemoryStream::MemoryStream;
     unsigned int Length() const override { return 0; }
@@ -340,7 +343,7 @@ public:
 TEST(BytesTest, ReadsAStreamThatDeliversMoreThanItsLength)
 {
     const std::string block(1000000, 'x');
-    EndlessStream stream(Packed(1000000) + block);
+    StreamOfUnknownLength stream(Packed(1000000) + block);
     Bytes bytes;
 
     EXPECT_EQ(bytes.Deserialize(stream), 0u);

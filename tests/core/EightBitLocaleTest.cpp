@@ -35,21 +35,21 @@ using TestSupport::TempDir;
 int (*const volatile c_toLower)(int) = std::tolower;
 std::wint_t (*const volatile c_wideToLower)(std::wint_t) = std::towlower;
 
-const std::filesystem::path c_sources = "/usr/share/i18n";
+const std::filesystem::path c_localeSources = "/usr/share/i18n";
 
-bool HasManyBytesPerCharacter(const std::string& set)
+bool IsMultibyte(const std::string& set)
 {
-    constexpr const char* beginnings[] = {"BIG5", "EUC", "GB", "UTF"};
-    return std::any_of(std::begin(beginnings), std::end(beginnings),
-                       [&set](const char* beginning) { return set.starts_with(beginning); });
+    constexpr const char* prefixes[] = {"BIG5", "EUC", "GB", "UTF"};
+    return std::any_of(std::begin(prefixes), std::end(prefixes),
+                       [&set](const char* prefix) { return set.starts_with(prefix); });
 }
 
 // Returns all 8-bit character sets of the system. Testing them takes a few minutes.
 std::set<std::string> EveryCharacterSet()
 {
     std::set<std::string> sets;
-    for (const auto& file : std::filesystem::directory_iterator(c_sources / "charmaps")) {
-        if (!HasManyBytesPerCharacter(file.path().stem()))
+    for (const auto& file : std::filesystem::directory_iterator(c_localeSources / "charmaps")) {
+        if (!IsMultibyte(file.path().stem()))
             sets.insert(file.path().stem());
     }
     return sets;
@@ -64,17 +64,17 @@ std::set<std::string> CharacterSets()
     std::set<std::string> sets;
     for (const char* const turkish : {"CP1254", "IBM857", "IBM905", "IBM1026", "MACINTOSH"})
         sets.insert(turkish);
-    std::ifstream supported(c_sources / "SUPPORTED");
+    std::ifstream supported(c_localeSources / "SUPPORTED");
     std::string name;
     for (std::string set; supported >> name >> set;) {
-        if (!HasManyBytesPerCharacter(set))
+        if (!IsMultibyte(set))
             sets.insert(set);
     }
     return sets;
 }
 
 // Every glibc locale uses the letter table of one of these two.
-constexpr const char* c_letters[] = {"i18n", "tr_TR"};
+constexpr const char* c_letterTables[] = {"i18n", "tr_TR"};
 
 // Selects locales that consist only of a letter table, which take a tenth of a second to compile.
 class LetterLocales {
@@ -147,11 +147,11 @@ struct FoldedCharacters {
 template <typename Char, std::size_t Count>
 void CheckPair(const FoldedCharacters<Char, Count>& folded, std::size_t i, std::size_t j)
 {
-    constexpr std::size_t place = c_longLength / 2;
+    constexpr std::size_t middle = c_longLength / 2;
     TString<Char> text = std::basic_string<Char>(c_longLength, static_cast<Char>('!'));
     TString<Char> other = text;
-    text[place] = static_cast<Char>(i);
-    other[place] = static_cast<Char>(j);
+    text[middle] = static_cast<Char>(i);
+    other[middle] = static_cast<Char>(j);
     const TString<Char> needle(static_cast<Char>(j));
     const bool isSame = folded.search[i] == folded.search[j];
     const bool isInLong = isSame || folded.search['!'] == folded.search[j];
@@ -184,12 +184,12 @@ void CheckLowerCase()
                   TString<wchar_t>(FoldedForSearch(character)));
 }
 
-TEST(EightBitLocaleTest, AgreesWithTheLiteralFormsOfTextOperations)
+TEST(EightBitLocaleTest, AgreesWithCharacterByCharacterOperations)
 {
     LetterLocales locales;
     int checked = 0;
     for (const std::string& set : CharacterSets()) {
-        for (const char* const letters : c_letters) {
+        for (const char* const letters : c_letterTables) {
             SCOPED_TRACE(std::string(letters) + "." + set);
             if (!locales.Select(letters, set))
                 continue;
@@ -206,7 +206,7 @@ TEST(EightBitLocaleTest, AgreesWithTheLiteralFormsOfTextOperations)
     Covered(std::to_string(checked) + " 8-bit locales");
 }
 
-TEST(EightBitLocaleTest, FindsTheTurkishCapitalIInItself)
+TEST(EightBitLocaleTest, FindsACapitalIInItselfInATurkishLocale)
 {
     LetterLocales locales;
     if (!locales.Select("tr_TR", "ISO-8859-9"))

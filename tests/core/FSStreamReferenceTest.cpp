@@ -138,7 +138,7 @@ TEST(FSStreamReferenceTest, StoresRandomItemsAsPackedByHandAndReadsThemBack)
     }
 }
 
-TEST(FSStreamReferenceTest, FailsInTheItemWhereAFileIsCut)
+TEST(FSStreamReferenceTest, FailsAtTheItemWhereAFileIsTruncated)
 {
     const TempDir directory;
     RandomText random(20240116);

@@ -57,7 +57,7 @@ protected:
     TempDir m_directory;
 };
 
-TEST_F(FSStreamTest, WritesAnIntegerAsItLiesInMemory)
+TEST_F(FSStreamTest, WritesAnIntegerInNativeByteOrder)
 {
     FSStream stream = Writer();
 
@@ -81,7 +81,7 @@ TEST_F(FSStreamTest, WritesTheSizeInBytesBeforeAString)
     EXPECT_EQ(Written(), Packed(8u) + Packed(0x61u) + Packed(0x62u));
 }
 
-TEST_F(FSStreamTest, WritesAllCharactersOfATextWithAnEmbeddedNull)
+TEST_F(FSStreamTest, WritesAllCharactersOfAStringWithANull)
 {
     FSStream stream = Writer();
 
@@ -89,7 +89,7 @@ TEST_F(FSStreamTest, WritesAllCharactersOfATextWithAnEmbeddedNull)
     EXPECT_EQ(Written(), Packed(12u) + Packed(0x61u) + Packed(0u) + Packed(0x62u));
 }
 
-TEST_F(FSStreamTest, WritesTheEmptyTextAsASizeOfZero)
+TEST_F(FSStreamTest, WritesAnEmptyStringAsASizeOfZero)
 {
     FSStream stream = Writer();
 
@@ -97,7 +97,7 @@ TEST_F(FSStreamTest, WritesTheEmptyTextAsASizeOfZero)
     EXPECT_EQ(Written(), Packed(0u));
 }
 
-TEST_F(FSStreamTest, WritesAnEmptyBlockAsNothing)
+TEST_F(FSStreamTest, WritesNothingForAnEmptyBlock)
 {
     FSStream stream = Writer();
 
@@ -115,7 +115,7 @@ TEST_F(FSStreamTest, WritesToTheFileBeforeItReturns)
     }
 }
 
-TEST_F(FSStreamTest, ReadsItemsInTheOrderInWhichTheyStand)
+TEST_F(FSStreamTest, ReadsItemsInFileOrder)
 {
     FSStream stream = Reader(Packed(7u) + "xyz" + Packed(8u) + Packed(L"hé"));
     unsigned int value = 0;
@@ -131,7 +131,7 @@ TEST_F(FSStreamTest, ReadsItemsInTheOrderInWhichTheyStand)
     EXPECT_EQ(text, L"hé");
 }
 
-TEST_F(FSStreamTest, LeavesTheTextAtASizeOfZero)
+TEST_F(FSStreamTest, LeavesTheStringUnchangedForASizeOfZero)
 {
     FSStream stream = Reader(Packed(0u));
     Wide text = L"before";
@@ -140,7 +140,7 @@ TEST_F(FSStreamTest, LeavesTheTextAtASizeOfZero)
     EXPECT_EQ(text, L"before");
 }
 
-TEST_F(FSStreamTest, EndsAReadTextAtItsFirstNullAndConsumesTheRest)
+TEST_F(FSStreamTest, EndsAStringAtItsFirstNullAndSkipsTheRest)
 {
     FSStream stream = Reader(Packed(12u) + Packed(std::wstring(L"a\0b", 3)) + Packed(9u));
     Wide text;
@@ -152,7 +152,7 @@ TEST_F(FSStreamTest, EndsAReadTextAtItsFirstNullAndConsumesTheRest)
     EXPECT_EQ(next, 9u);
 }
 
-TEST_F(FSStreamTest, ReadsAndDropsAPartOfACharacter)
+TEST_F(FSStreamTest, DropsAnIncompleteLastCharacter)
 {
     const std::pair<unsigned int, std::wstring> cases[] = {
         {1, L""}, {3, L""}, {4, L"a"}, {5, L"a"}, {7, L"a"}, {8, L"ab"}, {11, L"ab"}};
@@ -169,7 +169,7 @@ TEST_F(FSStreamTest, ReadsAndDropsAPartOfACharacter)
     }
 }
 
-TEST_F(FSStreamTest, ReadsBackTextsOfEveryLengthAroundAPiece)
+TEST_F(FSStreamTest, ReadsBackStringsOfManyLengths)
 {
     for (const std::size_t length : {1u, 4095u, 4096u, 4097u, 8192u, 100000u}) {
         SCOPED_TRACE(length);
@@ -185,7 +185,7 @@ TEST_F(FSStreamTest, ReadsBackTextsOfEveryLengthAroundAPiece)
     }
 }
 
-TEST_F(FSStreamTest, LeavesTheTargetWhenATextIsCutShort)
+TEST_F(FSStreamTest, LeavesTheTargetUnchangedForATruncatedString)
 {
     for (const unsigned int size : {5u, 8u, 0x10000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         SCOPED_TRACE(size);
@@ -197,7 +197,7 @@ TEST_F(FSStreamTest, LeavesTheTargetWhenATextIsCutShort)
     }
 }
 
-TEST_F(FSStreamTest, LeavesTheTargetAloneWithoutMemory)
+TEST_F(FSStreamTest, LeavesTheTargetUnchangedWhenOutOfMemory)
 {
     FSStream stream = Reader(Packed(400000u) + std::string(400000, 'x'));
     Wide text = L"before";
@@ -208,16 +208,17 @@ TEST_F(FSStreamTest, LeavesTheTargetAloneWithoutMemory)
     EXPECT_EQ(text, L"before");
 }
 
-TEST_F(FSStreamTest, ReadsItemsOfEverySizeAtTheEndOfTheReadAhead)
+TEST_F(FSStreamTest, ReadsItemsOfManySizesAroundTheReadAheadSize)
 {
-    constexpr unsigned int aheadSize = 65536;
-    const std::string bytes(4 * aheadSize, 'x');
-    for (const unsigned int first : {1u, aheadSize - 2, aheadSize, aheadSize + 1}) {
-        for (const unsigned int second : {2u, aheadSize - 1, aheadSize, 2 * aheadSize - 1}) {
+    constexpr unsigned int readAheadSize = 65536;
+    const std::string bytes(4 * readAheadSize, 'x');
+    for (const unsigned int first : {1u, readAheadSize - 2, readAheadSize, readAheadSize + 1}) {
+        for (const unsigned int second :
+             {2u, readAheadSize - 1, readAheadSize, 2 * readAheadSize - 1}) {
             SCOPED_TRACE(testing::PrintToString(std::pair(first, second)));
             FSStream stream =
                 Reader(bytes.substr(0, first) + Packed(7u) + bytes.substr(0, second) + Packed(8u));
-            std::string block(2 * aheadSize, '-');
+            std::string block(2 * readAheadSize, '-');
             unsigned int values[] = {0, 0};
 
             EXPECT_EQ(stream.Read(block.data(), first), StreamResult::Ok);
@@ -231,7 +232,7 @@ TEST_F(FSStreamTest, ReadsItemsOfEverySizeAtTheEndOfTheReadAhead)
     }
 }
 
-TEST_F(FSStreamTest, FindsWhatIsAppendedAtTheEnd)
+TEST_F(FSStreamTest, ReadsDataAppendedAfterTheEndWasReached)
 {
     FSStream reader = Reader(Packed(1u));
     unsigned int value = 0;
@@ -258,7 +259,7 @@ TEST_F(FSStreamTest, ConsumesWhatIsLeftWhenAReadFails)
     EXPECT_EQ(block[0], 'd');
 }
 
-TEST_F(FSStreamTest, LeavesTheRestInAPipe)
+TEST_F(FSStreamTest, DoesNotReadAheadInAPipe)
 {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
@@ -274,7 +275,7 @@ TEST_F(FSStreamTest, LeavesTheRestInAPipe)
     ::close(ends[1]);
 }
 
-TEST_F(FSStreamTest, ReadsWithoutMemoryForTheReadAhead)
+TEST_F(FSStreamTest, ReadsWhenOutOfMemoryForTheReadAhead)
 {
     FSStream stream = Reader(Packed(7u) + Packed(4u) + Packed(L"a"));
     unsigned int value = 0;
@@ -287,7 +288,7 @@ TEST_F(FSStreamTest, ReadsWithoutMemoryForTheReadAhead)
     EXPECT_EQ(text, L"a");
 }
 
-TEST_F(FSStreamTest, ReportsAMissingSizeByACodeOfItsOwn)
+TEST_F(FSStreamTest, ReturnsReadPrefixFailedForAMissingSize)
 {
     for (const char* bytes : {"", "a", "abc"}) {
         SCOPED_TRACE(bytes);
@@ -299,7 +300,7 @@ TEST_F(FSStreamTest, ReportsAMissingSizeByACodeOfItsOwn)
     }
 }
 
-TEST_F(FSStreamTest, FailsAtAnIntegerOrBlockCutShort)
+TEST_F(FSStreamTest, FailsForATruncatedIntegerOrBlock)
 {
     unsigned int value = 0;
     char block[4] = "---";
@@ -309,7 +310,7 @@ TEST_F(FSStreamTest, FailsAtAnIntegerOrBlockCutShort)
     EXPECT_STREQ(block, "ab-");
 }
 
-TEST_F(FSStreamTest, RefusesNullDataUnlessNothingIsAskedFor)
+TEST_F(FSStreamTest, RejectsNullDataUnlessTheSizeIsZero)
 {
     FSStream writer = Writer();
     FSStream reader = Reader("abc");
@@ -372,7 +373,7 @@ TEST_F(FSStreamTest, PassesItemsThroughAPipeOneByOne)
     EXPECT_EQ(stream.Length(), 0u);
 }
 
-TEST_F(FSStreamTest, OpensDescriptorsOfTheProcess)
+TEST_F(FSStreamTest, OpensDescriptorsThroughDevFd)
 {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
@@ -398,7 +399,7 @@ TEST_F(FSStreamTest, AcceptsTheModesOfWxFile)
     EXPECT_EQ(m_directory.ReadFile(L"file"), "nld+");
 }
 
-TEST_F(FSStreamTest, IsNotOpenWithoutMemory)
+TEST_F(FSStreamTest, IsNotOpenWhenOutOfMemory)
 {
     const Wide path = m_directory.WriteFile(L"read", "abcd");
     const TestSupport::AllocationLimit limit(0);
@@ -409,7 +410,7 @@ TEST_F(FSStreamTest, IsNotOpenWithoutMemory)
     EXPECT_EQ(stream.Length(), 0u);
 }
 
-TEST_F(FSStreamTest, EmptiesAnOldFileForWriting)
+TEST_F(FSStreamTest, TruncatesAnExistingFileForWriting)
 {
     m_directory.WriteFile(L"written", "old contents");
     FSStream stream = Writer();
@@ -419,7 +420,7 @@ TEST_F(FSStreamTest, EmptiesAnOldFileForWriting)
     EXPECT_EQ(Written(), "new");
 }
 
-TEST_F(FSStreamTest, WritesOrReadsAsItWasOpened)
+TEST_F(FSStreamTest, RejectsOperationsThatTheModeDoesNotAllow)
 {
     FSStream writer = Writer();
     FSStream reader = Reader("abcd");
@@ -431,7 +432,7 @@ TEST_F(FSStreamTest, WritesOrReadsAsItWasOpened)
     EXPECT_EQ(reader.Write(Wide(L"a")), 0x10000005u);
 }
 
-TEST_F(FSStreamTest, ReportsAFullDeviceByACodePerKindOfItem)
+TEST_F(FSStreamTest, ReturnsACodePerItemTypeForAFullDevice)
 {
     FSStream stream(L"/dev/full", FSStream::OpenWrite);
 
@@ -441,7 +442,7 @@ TEST_F(FSStreamTest, ReportsAFullDeviceByACodePerKindOfItem)
     EXPECT_EQ(stream.Write(Wide()), 0x10000005u);
 }
 
-TEST_F(FSStreamTest, FailsWhenAWriteFitsInPart)
+TEST_F(FSStreamTest, FailsWhenAWriteFitsOnlyPartly)
 {
     FSStream stream = Writer();
     const FileSizeLimit limit(10);
@@ -464,7 +465,7 @@ TEST_F(FSStreamTest, ReturnsTheLengthOfTheWholeFile)
     EXPECT_EQ(writer.Length(), 12u);
 }
 
-TEST_F(FSStreamTest, CutsTheLengthToItsLow32Bits)
+TEST_F(FSStreamTest, ReturnsTheLow32BitsOfTheLength)
 {
     const Wide path = m_directory.WriteFile(L"sparse", "");
     std::filesystem::resize_file(m_directory.Path() / "sparse", 0x100000005);
@@ -472,14 +473,14 @@ TEST_F(FSStreamTest, CutsTheLengthToItsLow32Bits)
     EXPECT_EQ(FSStream(path, FSStream::OpenRead).Length(), 5u);
 }
 
-TEST_F(FSStreamTest, PassesNamesToTheSystemInUtf8)
+TEST_F(FSStreamTest, EncodesFileNamesInUtf8)
 {
     FSStream(m_directory.File(L"h\u00e9\U0001F600"), FSStream::OpenWrite).Write("x", 1);
 
     EXPECT_TRUE(std::filesystem::exists(m_directory.Path() / "h\xC3\xA9\xF0\x9F\x98\x80"));
 }
 
-TEST_F(FSStreamTest, CreatesFilesAsTheCreationMaskSays)
+TEST_F(FSStreamTest, AppliesTheUmaskToNewFiles)
 {
     const mode_t oldMask = ::umask(0);
     FSStream(m_directory.File(L"open"), FSStream::OpenWrite);
@@ -509,7 +510,7 @@ private:
     wxLog* m_old;
 };
 
-TEST_F(FSStreamTest, LogsNoFailures)
+TEST_F(FSStreamTest, DoesNotLogFailures)
 {
     CountingLog log;
     {
@@ -550,7 +551,7 @@ public:
     unsigned int result = StreamResult::Ok;
 };
 
-TEST_F(FSStreamTest, ShowsADerivedStreamTheSizeOfATextWritten)
+TEST_F(FSStreamTest, CallsADerivedWriteForTheSizeOfAString)
 {
     SizeStream stream(m_directory.File(L"written"), FSStream::OpenWrite);
 
@@ -560,7 +561,7 @@ TEST_F(FSStreamTest, ShowsADerivedStreamTheSizeOfATextWritten)
     EXPECT_EQ(Written(), Packed(L"ab"));
 }
 
-TEST_F(FSStreamTest, TakesTheSizeOfATextReadFromADerivedStream)
+TEST_F(FSStreamTest, CallsADerivedReadForTheSizeOfAString)
 {
     SizeStream stream(m_directory.WriteFile(L"read", Packed(L"abc")), FSStream::OpenRead);
     stream.size = 8;
@@ -592,7 +593,7 @@ public:
     int count = 0;
 };
 
-TEST_F(FSStreamTest, DoesNotPassIntegersAndTextsToADerivedStreamAsBlocks)
+TEST_F(FSStreamTest, DoesNotUseDerivedBlockCallsForIntegersAndStrings)
 {
     BlockStream writer(m_directory.File(L"written"), FSStream::OpenWrite);
     EXPECT_EQ(writer.Write(7u), StreamResult::Ok);

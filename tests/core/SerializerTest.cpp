@@ -100,7 +100,7 @@ TEST_F(SerializerTest, OpensTheFileAsTheModeSays)
     EXPECT_EQ(input.GetStream().Write(7u), StreamResult::WriteIntegerFailed);
 }
 
-TEST_F(SerializerTest, PassesAllTransfersThroughOneStream)
+TEST_F(SerializerTest, ReturnsTheSameFileStreamEveryTime)
 {
     const FSOutputSerializer output(m_path);
 

@@ -167,7 +167,7 @@ TEST(SmartPtrInterleavingTest, FindsAReleaseThatDoesNotMarkTheBlock)
     EXPECT_GT(model.CountFaults(c_drop, c_drop), 0);
 }
 
-TEST(SmartPtrInterleavingTest, FindsADropOfTwoSteps)
+TEST(SmartPtrInterleavingTest, FindsADropSplitIntoTwoSteps)
 {
     Model model(c_lastDrop, {});
 

@@ -19,7 +19,7 @@ namespace {
 // Counts live objects, detects a second destruction, and copies its own pointer in its destructor.
 class Probe {
 public:
-    static smart_ptr<Probe> Make()
+    static smart_ptr<Probe> Create()
     {
         smart_ptr<Probe> pointer(new Probe());
         // A pointer to the object itself that holds no reference.
@@ -72,7 +72,7 @@ void TakeStep(std::mt19937::result_type step, Pointers& mine, const Pointers& sh
         mine[to] = mine[from];
         break;
     case 2:
-        mine[to] = Probe::Make();
+        mine[to] = Probe::Create();
         break;
     case 3:
         mine[to] = nullptr;
@@ -103,7 +103,7 @@ TEST(SmartPtrStressTest, ReleasesEachObjectOnceWhateverTwoThreadsDo)
         std::latch start(2);
         Pointers shared;
         for (smart_ptr<Probe>& pointer : shared)
-            pointer = Probe::Make();
+            pointer = Probe::Create();
         std::thread first(TakeSteps, shared, std::ref(start), 2 * round);
         std::thread second(TakeSteps, std::exchange(shared, Pointers()), std::ref(start),
                            2 * round + 1);
@@ -116,12 +116,12 @@ TEST(SmartPtrStressTest, ReleasesEachObjectOnceWhateverTwoThreadsDo)
 }
 
 // Two threads drop the last two pointers at the same time: the later drop releases the object.
-TEST(SmartPtrStressTest, ReleasesOnceWhenTheLastTwoDropsMeet)
+TEST(SmartPtrStressTest, ReleasesOnceWhenTheLastTwoDropsRace)
 {
     constexpr int rounds = 2'000;
     std::vector<std::pair<smart_ptr<Probe>, smart_ptr<Probe>>> pairs(rounds);
     for (auto& [left, right] : pairs) {
-        left = Probe::Make();
+        left = Probe::Create();
         right = left;
     }
     std::latch start(2);

@@ -79,7 +79,7 @@ protected:
     ~SmartPtrTest() override { EXPECT_EQ(Counted::s_alive, 0); }
 };
 
-TEST_F(SmartPtrTest, HoldsTheObjectAndTheCountInThisOrder)
+TEST_F(SmartPtrTest, StoresTheObjectPointerBeforeTheCountPointer)
 {
     Counted* const object = new Counted();
     const smart_ptr<Counted> pointer(object);
@@ -90,23 +90,23 @@ TEST_F(SmartPtrTest, HoldsTheObjectAndTheCountInThisOrder)
     EXPECT_EQ(fields.data->count, 1);
 }
 
-TEST_F(SmartPtrTest, HasTheFieldsOfItsCountBlockInOrder)
+TEST_F(SmartPtrTest, KeepsTheLayoutOfItsCountBlock)
 {
     smart_ptr_inner_data<smart_ptr_policy> data;
 
-    const auto place = [&data](const auto& field) {
+    const auto offset = [&data](const auto& field) {
         return reinterpret_cast<const char*>(&field) - reinterpret_cast<const char*>(&data);
     };
-    EXPECT_EQ(place(data.count), 0);
-    EXPECT_LT(place(data.count), place(data.lock));
-    EXPECT_LT(place(data.lock), place(data.policy));
-    EXPECT_LT(place(data.policy), place(data.releaseListener));
+    EXPECT_EQ(offset(data.count), 0);
+    EXPECT_LT(offset(data.count), offset(data.lock));
+    EXPECT_LT(offset(data.lock), offset(data.policy));
+    EXPECT_LT(offset(data.policy), offset(data.releaseListener));
     static_assert(sizeof(data.count) == sizeof(std::int32_t) &&
                   decltype(data.count)::is_always_lock_free);
     static_assert(std::is_empty_v<smart_ptr_policy> && std::is_empty_v<smart_ptr_array_policy>);
 }
 
-TEST_F(SmartPtrTest, CountsOneAndHasNoListenerInANewBlock)
+TEST_F(SmartPtrTest, StartsACountBlockAtOneWithoutAListener)
 {
     const smart_ptr_inner_data<smart_ptr_policy> data;
 
@@ -125,7 +125,7 @@ TEST_F(SmartPtrTest, HasALockThatWorksFromItsFirstUse)
     EXPECT_TRUE(data.lock.Unlock());
 }
 
-TEST_F(SmartPtrTest, AllocatesNothingButItsBlock)
+TEST_F(SmartPtrTest, AllocatesNothingButItsCountBlock)
 {
     auto* const object = new Counted();
     const TestSupport::FailingAllocation second(1);
@@ -138,7 +138,7 @@ TEST_F(SmartPtrTest, AllocatesNothingButItsBlock)
     EXPECT_FALSE(second.HasFailed());
 }
 
-TEST_F(SmartPtrTest, HasABlockAndNoObjectWhenEmpty)
+TEST_F(SmartPtrTest, HasACountBlockButNoObjectWhenEmpty)
 {
     const smart_ptr<Counted> pointer;
 
@@ -148,7 +148,7 @@ TEST_F(SmartPtrTest, HasABlockAndNoObjectWhenEmpty)
     EXPECT_EQ(DataOf(pointer).count, 1);
 }
 
-TEST_F(SmartPtrTest, CallsThePolicyWithNullForAnEmptyValue)
+TEST_F(SmartPtrTest, CallsThePolicyWithNullForAnEmptyPointer)
 {
     {
         const smart_ptr<Counted, RecordingPolicy> pointer;
@@ -200,7 +200,7 @@ TEST_F(SmartPtrTest, AllocatesNothingForCopies)
     EXPECT_EQ(assigned.Get(), original.Get());
 }
 
-TEST_F(SmartPtrTest, KeepsThePointerWhenLettingGo)
+TEST_F(SmartPtrTest, KeepsTheObjectPointerInReleaseRef)
 {
     Counted object;
     smart_ptr<Counted, InertPolicy> pointer(&object);
@@ -223,7 +223,7 @@ TEST_F(SmartPtrTest, DestroysASingleObjectThroughItsVirtualDestructor)
     EXPECT_TRUE(destroyed);
 }
 
-TEST_F(SmartPtrTest, DestroysEveryElementByTheArrayPolicy)
+TEST_F(SmartPtrTest, DestroysEveryElementWithTheArrayPolicy)
 {
     {
         const smart_ptr<Counted, smart_ptr_array_policy> pointer(new Counted[3]);
@@ -233,7 +233,7 @@ TEST_F(SmartPtrTest, DestroysEveryElementByTheArrayPolicy)
     EXPECT_EQ(Counted::s_alive, 0);
 }
 
-TEST_F(SmartPtrTest, TakesArraysOfPointersByTheArrayPolicy)
+TEST_F(SmartPtrTest, HoldsArraysOfPointersWithTheArrayPolicy)
 {
     const smart_ptr<char*, smart_ptr_array_policy> arguments(new char* [2] { nullptr, nullptr });
     const smart_ptr<char*, smart_ptr_array_policy> none;
@@ -242,18 +242,18 @@ TEST_F(SmartPtrTest, TakesArraysOfPointersByTheArrayPolicy)
     EXPECT_FALSE(none.IsValid());
 }
 
-TEST_F(SmartPtrTest, SharesAndReleasesWhatWasHeldInAssignment)
+TEST_F(SmartPtrTest, SharesTheNewAndReleasesTheOldObjectInAssignment)
 {
     smart_ptr<Counted, RecordingPolicy> first(new Counted());
     const smart_ptr<Counted, RecordingPolicy> second(new Counted());
-    const void* const held = first.Get();
+    const void* const oldObject = first.Get();
 
     const auto& result = (first = second);
 
     EXPECT_EQ(&result, &first);
     EXPECT_EQ(first.Get(), second.Get());
     EXPECT_EQ(DataOf(second).count, 2);
-    EXPECT_EQ(RecordingPolicy::s_released, std::vector<const void*>{held});
+    EXPECT_EQ(RecordingPolicy::s_released, std::vector<const void*>{oldObject});
 }
 
 TEST_F(SmartPtrTest, ChangesNothingInSelfAssignment)
@@ -329,7 +329,7 @@ TEST_F(SmartPtrTest, ReleasesTheObjectWhenOutOfMemoryForTheCount)
     EXPECT_EQ(Counted::s_alive, 0);
 }
 
-TEST_F(SmartPtrTest, ReleasesTheHeldPointerFirstWhenAssignedAgain)
+TEST_F(SmartPtrTest, StartsANewCountForTheSameRawPointer)
 {
     Counted object;
     {
@@ -348,7 +348,7 @@ struct Node : Counted {
     smart_ptr<Node> next;
 };
 
-TEST_F(SmartPtrTest, MayBeAssignedFromTheObjectThatIsReleased)
+TEST_F(SmartPtrTest, CanBeAssignedFromWithinTheObjectItReleases)
 {
     smart_ptr<Node> head(new Node());
     head->next = new Node();
@@ -377,7 +377,7 @@ struct SelfCopying : Counted {
 
 int SelfCopying::countWhileDying = 1;
 
-TEST_F(SmartPtrTest, DoesNotReviveTheObjectByACopyMadeDuringTheRelease)
+TEST_F(SmartPtrTest, DoesNotReviveTheObjectByCopiesInItsDestructor)
 {
     {
         const smart_ptr<SelfCopying> pointer(new SelfCopying());
@@ -413,7 +413,7 @@ TEST_F(SmartPtrTest, CallsTheReleaseListenerOnceAndDeletesItWithTheBlock)
     EXPECT_EQ(events, "released-after-object deleted ");
 }
 
-TEST_F(SmartPtrTest, MakesAndDropsCopiesOnSeveralThreads)
+TEST_F(SmartPtrTest, CountsCopiesOnSeveralThreads)
 {
     constexpr int threadCount = 4;
     constexpr int rounds = 5000;
@@ -439,7 +439,7 @@ TEST_F(SmartPtrTest, MakesAndDropsCopiesOnSeveralThreads)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
-TEST_F(SmartPtrTest, MayDropItsLastCopyOnAnyThread)
+TEST_F(SmartPtrTest, ReleasesTheObjectOnAnyThread)
 {
     for (int round = 0; round < 200; ++round) {
         std::latch start(2);

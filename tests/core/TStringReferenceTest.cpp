@@ -144,7 +144,7 @@ TEST(TStringReferenceTest, ReplacesAsTheReferenceDoes)
     }
 }
 
-TEST(TStringReferenceTest, ReplacesByLongerTextsAsTheReferenceDoes)
+TEST(TStringReferenceTest, ReplacesWithLongerStringsAsTheReferenceDoes)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {
@@ -164,19 +164,20 @@ TEST(TStringReferenceTest, ReplacesByLongerTextsAsTheReferenceDoes)
 
 // Two strings that differ in case in many places and in more than case in few.
 template <typename Char>
-struct SimilarTexts {
-    SimilarTexts(RandomText& random, const std::basic_string<Char>& alphabet, std::size_t longest)
-        : left(random.Text(alphabet, longest)), right(left)
+struct SimilarStrings {
+    SimilarStrings(RandomText& random, const std::basic_string<Char>& alphabet,
+                   std::size_t maxLength)
+        : left(random.Text(alphabet, maxLength)), right(left)
     {
         for (Char& character : right) {
             if (character < 0x80 && character > 0 && random.Number(0, 1) == 1)
                 character = static_cast<Char>(character ^ (std::isalpha(character) ? 0x20 : 0));
         }
-        const std::size_t place = random.Number<std::size_t>(0, right.size());
+        const std::size_t index = random.Number<std::size_t>(0, right.size());
         if (random.Number(0, 1) == 1)
-            right.insert(place, random.Text(alphabet, 1));
-        else if (place < right.size())
-            right[place] = alphabet[random.Number<std::size_t>(0, alphabet.size() - 1)];
+            right.insert(index, random.Text(alphabet, 1));
+        else if (index < right.size())
+            right[index] = alphabet[random.Number<std::size_t>(0, alphabet.size() - 1)];
     }
 
     std::basic_string<Char> left;
@@ -193,8 +194,8 @@ void CompareInCurrentLocale(const std::string& locale)
     RandomText random(5);
     for (int round = 0; round < c_rounds; ++round) {
         const auto& alphabet = round % 2 == 0 ? c_wideAlphabet : c_wideAlphabet.substr(0, 16);
-        const SimilarTexts<wchar_t> wide(random, alphabet, 60);
-        const SimilarTexts<char> narrow(random, "aAbBiIzZ@[\xE9\xC9\xFF\x80", 40);
+        const SimilarStrings<wchar_t> wide(random, alphabet, 60);
+        const SimilarStrings<char> narrow(random, "aAbBiIzZ@[\xE9\xC9\xFF\x80", 40);
 
         ASSERT_EQ(Wide(wide.left).compareNoCase(wide.right),
                   ReferenceCompare(wide.left, wide.right))
@@ -221,11 +222,12 @@ TEST(TStringReferenceTest, ComparesAsTheReferenceDoesInEveryLocale)
 }
 
 template <typename Char>
-void SearchInTexts(const std::basic_string<Char>& alphabet, std::size_t longest, int rounds)
+void CheckSubstringSearch(const std::basic_string<Char>& alphabet, std::size_t maxLength,
+                          int rounds)
 {
     RandomText random(6);
     for (int round = 0; round < rounds; ++round) {
-        const std::basic_string<Char> text = random.Text(alphabet, longest);
+        const std::basic_string<Char> text = random.Text(alphabet, maxLength);
         const std::basic_string<Char> needle = random.Text(alphabet, 6);
 
         ASSERT_EQ(TString<Char>(text).HasSubstring(needle), ReferenceContains(text, needle))
@@ -237,11 +239,11 @@ TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoes)
 {
     const std::wstring wide =
         L"aAbB[\u00E9\u00C9\u0141" + std::wstring(1, static_cast<wchar_t>(-31));
-    SearchInTexts<wchar_t>(wide, 40, c_rounds);
-    SearchInTexts<wchar_t>(std::wstring(L"aA\0", 3), 40, c_rounds);
-    SearchInTexts<wchar_t>(wide, 3000, 2000);
-    SearchInTexts<char>("aAbB[\xE9\xC9\xFF", 40, c_rounds);
-    SearchInTexts<char>("aAbB[\xE9\xC9\xFF", 3000, 2000);
+    CheckSubstringSearch<wchar_t>(wide, 40, c_rounds);
+    CheckSubstringSearch<wchar_t>(std::wstring(L"aA\0", 3), 40, c_rounds);
+    CheckSubstringSearch<wchar_t>(wide, 3000, 2000);
+    CheckSubstringSearch<char>("aAbB[\xE9\xC9\xFF", 40, c_rounds);
+    CheckSubstringSearch<char>("aAbB[\xE9\xC9\xFF", 3000, 2000);
 }
 
 TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoesInAnEightBitLocale)
@@ -251,8 +253,8 @@ TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoesInAnEightBitLocale)
         GTEST_SKIP() << "no eight-bit locale on this system";
     const ScopedLocale locale(latin.Name());
 
-    SearchInTexts<wchar_t>(L"aA\u00E9\u00C9\u0141", 2000, 2000);
-    SearchInTexts<char>("aA\xE9\xC9\xFF", 2000, 2000);
+    CheckSubstringSearch<wchar_t>(L"aA\u00E9\u00C9\u0141", 2000, 2000);
+    CheckSubstringSearch<char>("aA\xE9\xC9\xFF", 2000, 2000);
 }
 
 } // namespace

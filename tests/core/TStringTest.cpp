@@ -38,12 +38,12 @@ Wide Replaced(Wide text, const Wide& from, const Wide& to)
     return text;
 }
 
-TEST(TStringTest, IsInTheNamespaceToo)
+TEST(TStringTest, IsTheSameTypeInTheToolkitNamespace)
 {
     EXPECT_TRUE((std::is_same_v<Toolkit::TString<wchar_t>, ::TString<wchar_t>>));
 }
 
-TEST(TStringTest, ConstructsFromTextsStringsAndCharacters)
+TEST(TStringTest, ConstructsFromLiteralsStringsAndCharacters)
 {
     EXPECT_EQ(Wide(), L"");
     EXPECT_EQ(Wide(L"text"), L"text");
@@ -66,7 +66,7 @@ TEST(TStringTest, ConstructsAnEmptyStringFromANullPointer)
     EXPECT_TRUE(Wide(nothing).empty());
 }
 
-TEST(TStringTest, KeepsTheWholeTextInCopiesAndAssignments)
+TEST(TStringTest, KeepsNullCharactersInCopiesAndAssignments)
 {
     const Wide original(std::wstring(L"a\0b", 3));
 
@@ -94,7 +94,7 @@ TEST(TStringTest, HasTheStandardOperations)
     EXPECT_LT(Wide(L"a"), Wide(L"b"));
 }
 
-TEST(TStringTest, SharesOneInstanceOfTheEmptyText)
+TEST(TStringTest, SharesOneEmptyString)
 {
     EXPECT_EQ(&Wide::Empty(), &Wide::Empty());
     EXPECT_TRUE(Wide::Empty().empty());
@@ -102,7 +102,7 @@ TEST(TStringTest, SharesOneInstanceOfTheEmptyText)
     EXPECT_TRUE(Narrow::Empty().empty());
 }
 
-TEST(TStringTest, SharesTheEmptyTextAmongThreads)
+TEST(TStringTest, SharesTheEmptyStringAmongThreads)
 {
     const Wide* wide = nullptr;
     const Narrow* narrow = nullptr;
@@ -121,7 +121,7 @@ struct ComparisonCase {
     int expected;
 };
 
-TEST(TStringTest, IgnoresCaseAndReturnsTheOrderInComparison)
+TEST(TStringTest, ComparesRegardlessOfCase)
 {
     constexpr ComparisonCase cases[] = {
         {L"abc", L"ABC", 0},
@@ -154,7 +154,7 @@ TEST(TStringTest, ComparesBeyondNullCharacters)
     EXPECT_EQ(left.compareNoCase(L"a"), 1);
 }
 
-TEST(TStringTest, IgnoresCaseInNarrowComparison)
+TEST(TStringTest, ComparesNarrowStringsRegardlessOfCase)
 {
     EXPECT_EQ(Narrow("abc").compareNoCase("ABC"), 0);
     EXPECT_EQ(Narrow("ab").compareNoCase("ABC"), -1);
@@ -184,7 +184,7 @@ TEST(TStringTest, FoldsAccentedLettersAsTheLocaleDoesInComparison)
     EXPECT_EQ(small.compareNoCase(capital), 1);
 }
 
-TEST(TStringTest, DistinguishesTheTurkicCapitalIFromI)
+TEST(TStringTest, DistinguishesCapitalIFromIInATurkishLocale)
 {
     const CompiledLocale turkish("tr_TR", "UTF-8");
     if (!turkish.IsThere())
@@ -198,7 +198,7 @@ TEST(TStringTest, DistinguishesTheTurkicCapitalIFromI)
     EXPECT_EQ(Wide(L"TEXT").compareNoCase(L"text"), 0);
 }
 
-TEST(TStringTest, FindsASubstringWhateverItsCase)
+TEST(TStringTest, FindsASubstringRegardlessOfCase)
 {
     EXPECT_TRUE(Wide(L"A Long Text").HasSubstring(L"long"));
     EXPECT_TRUE(Wide(L"a long text").HasSubstring(L"TEXT"));
@@ -208,7 +208,7 @@ TEST(TStringTest, FindsASubstringWhateverItsCase)
     EXPECT_FALSE(Narrow("A Long Text").HasSubstring("longer"));
 }
 
-TEST(TStringTest, FindsASubstringInALongText)
+TEST(TStringTest, FindsASubstringInALongString)
 {
     const Wide text = std::wstring(5000, L'a') + L"Needle" + std::wstring(700, L'b');
 
@@ -219,7 +219,7 @@ TEST(TStringTest, FindsASubstringInALongText)
     EXPECT_FALSE(text.HasSubstring(L"needles"));
 }
 
-TEST(TStringTest, FindsTheEmptySubstringAlways)
+TEST(TStringTest, FindsAnEmptySubstringInEveryString)
 {
     EXPECT_TRUE(Wide(L"text").HasSubstring(L""));
     EXPECT_TRUE(Wide(L"").HasSubstring(L""));
@@ -236,7 +236,7 @@ TEST(TStringTest, EndsASubstringSearchAtNullCharacters)
     EXPECT_TRUE(Wide(L"x").HasSubstring(Wide(L'\0')));
 }
 
-TEST(TStringTest, FoldsNarrowCharactersOnlyInASubstringSearch)
+TEST(TStringTest, FoldsOnlyNarrowCharactersInASubstringSearch)
 {
     const ScopedLocale locale("C.UTF-8");
 
@@ -247,7 +247,7 @@ TEST(TStringTest, FoldsNarrowCharactersOnlyInASubstringSearch)
     EXPECT_TRUE(Wide(static_cast<wchar_t>(-65)).HasSubstring(static_cast<wchar_t>(-65)));
 }
 
-TEST(TStringTest, FoldsTheBytesOfAnEightBitLocaleInASubstringSearch)
+TEST(TStringTest, FoldsTheBytesOfAnEightBitLocale)
 {
     const CompiledLocale latin("de_DE", "ISO-8859-1");
     if (!latin.IsThere())
@@ -280,7 +280,7 @@ TEST(TStringTest, TrimsSpacesAndTabsAtBothEnds)
     }
 }
 
-TEST(TStringTest, ChangesTheTextItselfInTrimAndToLower)
+TEST(TStringTest, ChangesItselfInTrimAndToLower)
 {
     Wide text(L" A ");
 
@@ -289,7 +289,7 @@ TEST(TStringTest, ChangesTheTextItselfInTrimAndToLower)
     EXPECT_EQ(text, L"a");
 }
 
-TEST(TStringTest, LeavesCharactersBeyondTheNarrowOnesInToLower)
+TEST(TStringTest, LeavesCharactersAboveU00FFUnchangedInToLower)
 {
     const ScopedLocale locale("C.UTF-8");
     const wchar_t negative = -191;
@@ -323,7 +323,7 @@ TEST(TStringTest, ReplacesEveryOccurrence)
     }
 }
 
-TEST(TStringTest, ReplacesWhatAReplacementCreated)
+TEST(TStringTest, ReplacesOccurrencesThatReplacementsCreate)
 {
     constexpr ReplacementCase cases[] = {
         {L"aab", L"ab", L"b", L"b"},        {L"aaab", L"ab", L"b", L"b"},
@@ -337,18 +337,18 @@ TEST(TStringTest, ReplacesWhatAReplacementCreated)
     }
 }
 
-TEST(TStringTest, EndsReplaceWhenEachReplacementTakesACharacterAway)
+TEST(TStringTest, EndsReplaceForReplacementsThatAreNotShorter)
 {
     EXPECT_EQ(Replaced(L"aab", L"ab", L"bbb"), L"bbbbb");
     EXPECT_EQ(Replaced(L"aab", L"ab", L"ba"), L"baa");
 }
 
-TEST(TStringTest, ChangesNothingWhenTheEmptyTextIsReplaced)
+TEST(TStringTest, ChangesNothingWhenReplacingAnEmptyString)
 {
     EXPECT_EQ(Replaced(L"text", L"", L"x"), L"text");
 }
 
-TEST(TStringTest, TakesTheTextItselfAsAnArgumentOfReplace)
+TEST(TStringTest, AcceptsItselfAsAnArgumentOfReplace)
 {
     Wide same(L"a long text");
     same.Replace(same, L"short");
@@ -394,7 +394,7 @@ TEST(TStringTest, ReadsNumbersFromTheBeginning)
     }
 }
 
-TEST(TStringTest, WrapsUnsignedNumbersAroundAndStopsAtTheirLimit)
+TEST(TStringTest, WrapsOrClampsUnsignedNumbersOutOfRange)
 {
     constexpr std::pair<const wchar_t*, unsigned int> cases[] = {{L" 42abc", 42u},
                                                                  {L"abc", 0u},
@@ -436,14 +436,14 @@ TEST(TStringTest, SeparatesAtEveryDelimiterCharacter)
                 ElementsAre(L"a", L"b"));
 }
 
-TEST(TStringTest, TakesTheWholeTextAsOneTokenWithoutDelimiters)
+TEST(TStringTest, ReturnsOneTokenWithoutDelimiters)
 {
     EXPECT_THAT(Tokens(L"a b", L"", false), ElementsAre(L"a b"));
     EXPECT_THAT(Tokens(L"a b", L"", true), ElementsAre(L"a b"));
     EXPECT_THAT(Tokens(L"", L"", true), IsEmpty());
 }
 
-TEST(TStringTest, ReplacesWhatTheVectorHeldByTokens)
+TEST(TStringTest, ReplacesTheContentsOfTheTokenVector)
 {
     std::vector<Wide> tokens = {L"old one", L"old two", L"old three"};
 
@@ -454,7 +454,7 @@ TEST(TStringTest, ReplacesWhatTheVectorHeldByTokens)
     EXPECT_THAT(tokens, IsEmpty());
 }
 
-TEST(TStringTest, TokenizesTextAndDelimitersAmongTheTokensReplaced)
+TEST(TStringTest, AcceptsStringAndDelimitersInTheOutputVector)
 {
     std::vector<Wide> tokens = {L"a long first token,and a second one", L",;", L"old"};
     tokens[0].GetTokens(tokens[1], tokens, false);
@@ -466,7 +466,7 @@ TEST(TStringTest, TokenizesTextAndDelimitersAmongTheTokensReplaced)
 }
 
 // The call does not return, so an alarm ends the process.
-TEST(TStringDeathTest, DoesNotReturnFromReplaceByAStringWithTheReplacedOne)
+TEST(TStringDeathTest, NeverReturnsWhenReplacingAStringWithOneThatContainsIt)
 {
     const auto replaceForASecond = [] {
         ::alarm(1);
