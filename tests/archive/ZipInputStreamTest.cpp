@@ -53,7 +53,7 @@ protected:
     }
 
     // Returns the lines of an entry, up to the first incomplete one.
-    std::vector<std::wstring> Lines(const std::string& bytes) const
+    std::vector<std::wstring> ReadLines(const std::string& bytes) const
     {
         OpenedEntry entry(Write(bytes));
         std::vector<std::wstring> lines;
@@ -65,7 +65,7 @@ protected:
         return lines;
     }
 
-    std::vector<std::wstring> Words(const std::string& bytes) const
+    std::vector<std::wstring> ReadWords(const std::string& bytes) const
     {
         OpenedEntry entry(Write(bytes));
         std::vector<std::wstring> words;
@@ -83,20 +83,20 @@ protected:
 
 TEST_F(ZipInputStreamTest, ReadsLinesWithEveryKindOfLineEnd)
 {
-    EXPECT_EQ(Lines("one\ntwo\r\nthree\rfour\n\nsix\n"),
+    EXPECT_EQ(ReadLines("one\ntwo\r\nthree\rfour\n\nsix\n"),
               (std::vector<std::wstring>{L"one", L"two", L"three", L"four", L"", L"six"}));
 }
 
 TEST_F(ZipInputStreamTest, DropsALastLineWithoutALineEnd)
 {
-    EXPECT_EQ(Lines("one\ntwo"), (std::vector<std::wstring>{L"one"}));
-    EXPECT_EQ(Lines("one"), std::vector<std::wstring>());
-    EXPECT_EQ(Lines(""), std::vector<std::wstring>());
+    EXPECT_EQ(ReadLines("one\ntwo"), (std::vector<std::wstring>{L"one"}));
+    EXPECT_EQ(ReadLines("one"), std::vector<std::wstring>());
+    EXPECT_EQ(ReadLines(""), std::vector<std::wstring>());
 }
 
 TEST_F(ZipInputStreamTest, ReadsLinesInUtf8)
 {
-    EXPECT_EQ(Lines("\xC3\xA9t\xC3\xA9 \xF0\x9F\x98\x80\n"),
+    EXPECT_EQ(ReadLines("\xC3\xA9t\xC3\xA9 \xF0\x9F\x98\x80\n"),
               (std::vector<std::wstring>{L"\u00E9t\u00E9 \U0001F600"}));
 }
 
@@ -104,19 +104,19 @@ TEST_F(ZipInputStreamTest, ReadsLongLines)
 {
     const std::string line(1'000'000, 'x');
 
-    EXPECT_EQ(Lines(line + "\n" + line + "\n"),
+    EXPECT_EQ(ReadLines(line + "\n" + line + "\n"),
               (std::vector<std::wstring>(2, std::wstring(1'000'000, L'x'))));
 }
 
 TEST_F(ZipInputStreamTest, ReadsWordsBetweenSpacesTabsAndLineEnds)
 {
-    EXPECT_EQ(Words(" one\ttwo \r\n three\n"),
+    EXPECT_EQ(ReadWords(" one\ttwo \r\n three\n"),
               (std::vector<std::wstring>{L"one", L"two", L"three", L""}));
 }
 
 TEST_F(ZipInputStreamTest, ReadsALastWordWithoutADelimiter)
 {
-    EXPECT_EQ(Words("one two"), (std::vector<std::wstring>{L"one", L"two"}));
+    EXPECT_EQ(ReadWords("one two"), (std::vector<std::wstring>{L"one", L"two"}));
 }
 
 TEST_F(ZipInputStreamTest, ReadsWordsLinesAndBytesInTurn)
@@ -155,7 +155,7 @@ TEST_F(ZipInputStreamTest, HonoursAByteOrderMarkAtTheStartOfEachRead)
 {
     const std::string marked = "\xEF\xBB\xBFone\n\xEF\xBB\xBFtwo\n";
 
-    EXPECT_EQ(Lines(marked), (std::vector<std::wstring>{L"one", L"two"}));
+    EXPECT_EQ(ReadLines(marked), (std::vector<std::wstring>{L"one", L"two"}));
 }
 
 TEST_F(ZipInputStreamTest, FailsWhenOutOfMemory)

@@ -19,13 +19,13 @@ using Toolkit::TestSupport::TempDir;
 class FileDescriptorTest : public testing::Test {
 protected:
     // Writes `bytes` to a file and returns its path.
-    std::string File(const std::string& bytes) const
+    std::string WriteFile(const std::string& bytes) const
     {
         m_directory.WriteFile(L"file", bytes);
         return m_directory.Path() / "file";
     }
 
-    std::string Pipe() const
+    std::string CreatePipe() const
     {
         std::string path = m_directory.Path() / "pipe";
         EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
@@ -50,7 +50,7 @@ TEST_F(FileDescriptorTest, DoesNotOpenADirectory)
 
 TEST_F(FileDescriptorTest, WaitsForTheOtherEndOfAPipe)
 {
-    const std::string path = Pipe();
+    const std::string path = CreatePipe();
     const auto writer = std::async(std::launch::async, [&path] {
         return FileDescriptor::Open(path, O_WRONLY).WriteAll("text", 4);
     });
@@ -65,7 +65,7 @@ TEST_F(FileDescriptorTest, WaitsForTheOtherEndOfAPipe)
 
 TEST_F(FileDescriptorTest, RejectsPipesAndDevicesInOpenRegularAtOnce)
 {
-    const std::string path = Pipe();
+    const std::string path = CreatePipe();
 
     EXPECT_FALSE(FileDescriptor::OpenRegular(path, O_RDONLY).IsOpen());
     EXPECT_FALSE(FileDescriptor::OpenRegular("/dev/null", O_RDWR).IsOpen());
@@ -73,7 +73,7 @@ TEST_F(FileDescriptorTest, RejectsPipesAndDevicesInOpenRegularAtOnce)
 
 TEST_F(FileDescriptorTest, OpensFilesInBlockingMode)
 {
-    const std::string path = File("text");
+    const std::string path = WriteFile("text");
 
     EXPECT_EQ(StatusFlags(FileDescriptor::Open(path, O_RDONLY)) & O_NONBLOCK, 0);
     EXPECT_EQ(StatusFlags(FileDescriptor::OpenRegular(path, O_RDONLY)) & O_NONBLOCK, 0);
@@ -82,7 +82,7 @@ TEST_F(FileDescriptorTest, OpensFilesInBlockingMode)
 TEST_F(FileDescriptorTest, AppliesTheFlagsPassedToOpenRegular)
 {
     const FileDescriptor file =
-        FileDescriptor::OpenRegular(File("text"), O_WRONLY | O_CREAT | O_APPEND);
+        FileDescriptor::OpenRegular(WriteFile("text"), O_WRONLY | O_CREAT | O_APPEND);
 
     EXPECT_EQ(StatusFlags(file) & (O_ACCMODE | O_APPEND), O_WRONLY | O_APPEND);
     EXPECT_EQ(::fcntl(file.Get(), F_GETFD), FD_CLOEXEC);
@@ -90,7 +90,7 @@ TEST_F(FileDescriptorTest, AppliesTheFlagsPassedToOpenRegular)
 
 TEST_F(FileDescriptorTest, FailsInReadAllAfterReadingWhatIsLeft)
 {
-    const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
+    const FileDescriptor file = FileDescriptor::Open(WriteFile("text"), O_RDONLY);
     char bytes[7] = "------";
 
     EXPECT_FALSE(file.ReadAll(bytes, 6));
@@ -99,7 +99,7 @@ TEST_F(FileDescriptorTest, FailsInReadAllAfterReadingWhatIsLeft)
 
 TEST_F(FileDescriptorTest, DoesNotMoveThePositionInReadAt)
 {
-    const FileDescriptor file = FileDescriptor::Open(File("text"), O_RDONLY);
+    const FileDescriptor file = FileDescriptor::Open(WriteFile("text"), O_RDONLY);
     char byte = '-';
 
     EXPECT_EQ(file.ReadAt(2, &byte, 1), 1);

@@ -564,11 +564,11 @@ TEST_F(IniFileTest, ReadsALineOf10MegabytesWhole)
 
 TEST_F(IniFileTest, ReadsAFileOf100MegabytesWhole)
 {
-    constexpr int blocks = 10'000;
+    constexpr int sectionCount = 10'000;
     std::ofstream file(m_directory.Path() / "settings.ini", std::ios::binary);
     const std::string comment = ";" + std::string(99, '-') + "\n";
-    for (int block = 0; block < blocks; ++block) {
-        file << "[Section" << block << "]\nkey=value" << block << '\n';
+    for (int section = 0; section < sectionCount; ++section) {
+        file << "[Section" << section << "]\nkey=value" << section << '\n';
         for (int line = 0; line < 99; ++line)
             file << comment;
     }

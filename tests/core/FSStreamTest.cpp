@@ -45,13 +45,16 @@ std::string Packed(const std::wstring& text)
 class FSStreamTest : public testing::Test {
 protected:
     // Returns a stream that reads `bytes`.
-    FSStream Reader(const std::string& bytes) const
+    FSStream OpenReader(const std::string& bytes) const
     {
         return FSStream(m_directory.WriteFile(L"read", bytes), FSStream::OpenRead);
     }
 
     // Returns a stream that writes the file that Written() reads.
-    FSStream Writer() const { return FSStream(m_directory.File(L"written"), FSStream::OpenWrite); }
+    FSStream OpenWriter() const
+    {
+        return FSStream(m_directory.File(L"written"), FSStream::OpenWrite);
+    }
     std::string Written() const { return m_directory.ReadFile(L"written"); }
 
     TempDir m_directory;
@@ -59,7 +62,7 @@ protected:
 
 TEST_F(FSStreamTest, WritesAnIntegerInNativeByteOrder)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Write(0x01020304u), StreamResult::Ok);
     EXPECT_EQ(Written(), Packed(0x01020304u));
@@ -67,7 +70,7 @@ TEST_F(FSStreamTest, WritesAnIntegerInNativeByteOrder)
 
 TEST_F(FSStreamTest, WritesABlockAndNothingElse)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Write("a\0b", 3u), StreamResult::Ok);
     EXPECT_EQ(Written(), std::string("a\0b", 3));
@@ -75,7 +78,7 @@ TEST_F(FSStreamTest, WritesABlockAndNothingElse)
 
 TEST_F(FSStreamTest, WritesTheSizeInBytesBeforeAString)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Write(Wide(L"ab")), StreamResult::Ok);
     EXPECT_EQ(Written(), Packed(8u) + Packed(0x61u) + Packed(0x62u));
@@ -83,7 +86,7 @@ TEST_F(FSStreamTest, WritesTheSizeInBytesBeforeAString)
 
 TEST_F(FSStreamTest, WritesAllCharactersOfAStringWithANull)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Write(Wide(std::wstring(L"a\0b", 3))), StreamResult::Ok);
     EXPECT_EQ(Written(), Packed(12u) + Packed(0x61u) + Packed(0u) + Packed(0x62u));
@@ -91,7 +94,7 @@ TEST_F(FSStreamTest, WritesAllCharactersOfAStringWithANull)
 
 TEST_F(FSStreamTest, WritesAnEmptyStringAsASizeOfZero)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Write(Wide()), 0x01000000u);
     EXPECT_EQ(Written(), Packed(0u));
@@ -99,7 +102,7 @@ TEST_F(FSStreamTest, WritesAnEmptyStringAsASizeOfZero)
 
 TEST_F(FSStreamTest, WritesNothingForAnEmptyBlock)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Write(nullptr, 0), 0u);
     EXPECT_EQ(Written(), "");
@@ -107,7 +110,7 @@ TEST_F(FSStreamTest, WritesNothingForAnEmptyBlock)
 
 TEST_F(FSStreamTest, WritesToTheFileBeforeItReturns)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     for (unsigned int count = 1; count <= 3; ++count) {
         ASSERT_EQ(stream.Write(count), StreamResult::Ok);
@@ -117,7 +120,7 @@ TEST_F(FSStreamTest, WritesToTheFileBeforeItReturns)
 
 TEST_F(FSStreamTest, ReadsItemsInFileOrder)
 {
-    FSStream stream = Reader(Packed(7u) + "xyz" + Packed(8u) + Packed(L"hé"));
+    FSStream stream = OpenReader(Packed(7u) + "xyz" + Packed(8u) + Packed(L"hé"));
     unsigned int value = 0;
     std::string block(3, '\0');
     Wide text;
@@ -133,7 +136,7 @@ TEST_F(FSStreamTest, ReadsItemsInFileOrder)
 
 TEST_F(FSStreamTest, LeavesTheStringUnchangedForASizeOfZero)
 {
-    FSStream stream = Reader(Packed(0u));
+    FSStream stream = OpenReader(Packed(0u));
     Wide text = L"before";
 
     EXPECT_EQ(stream.Read(text), 0x01000000u);
@@ -142,7 +145,7 @@ TEST_F(FSStreamTest, LeavesTheStringUnchangedForASizeOfZero)
 
 TEST_F(FSStreamTest, EndsAStringAtItsFirstNullAndSkipsTheRest)
 {
-    FSStream stream = Reader(Packed(12u) + Packed(std::wstring(L"a\0b", 3)) + Packed(9u));
+    FSStream stream = OpenReader(Packed(12u) + Packed(std::wstring(L"a\0b", 3)) + Packed(9u));
     Wide text;
     unsigned int next = 0;
 
@@ -158,7 +161,7 @@ TEST_F(FSStreamTest, DropsAnIncompleteLastCharacter)
         {1, L""}, {3, L""}, {4, L"a"}, {5, L"a"}, {7, L"a"}, {8, L"ab"}, {11, L"ab"}};
     for (const auto& [size, expected] : cases) {
         SCOPED_TRACE(size);
-        FSStream stream = Reader(Packed(size) + Packed(L"abc").substr(0, size) + Packed(5u));
+        FSStream stream = OpenReader(Packed(size) + Packed(L"abc").substr(0, size) + Packed(5u));
         Wide text = L"before";
         unsigned int next = 0;
 
@@ -175,7 +178,7 @@ TEST_F(FSStreamTest, ReadsBackStringsOfManyLengths)
         SCOPED_TRACE(length);
         std::wstring expected(length, L'x');
         expected.back() = L'\U0010FFFF';
-        FSStream writer = Writer();
+        FSStream writer = OpenWriter();
         ASSERT_EQ(writer.Write(Wide(expected)), StreamResult::Ok);
         FSStream reader(m_directory.File(L"written"), FSStream::OpenRead);
         Wide text;
@@ -189,7 +192,7 @@ TEST_F(FSStreamTest, LeavesTheTargetUnchangedForATruncatedString)
 {
     for (const unsigned int size : {5u, 8u, 0x10000u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
         SCOPED_TRACE(size);
-        FSStream stream = Reader(Packed(size) + Packed(L"a"));
+        FSStream stream = OpenReader(Packed(size) + Packed(L"a"));
         Wide text = L"before";
 
         EXPECT_EQ(stream.Read(text), 0x10000003u);
@@ -199,7 +202,7 @@ TEST_F(FSStreamTest, LeavesTheTargetUnchangedForATruncatedString)
 
 TEST_F(FSStreamTest, LeavesTheTargetUnchangedWhenOutOfMemory)
 {
-    FSStream stream = Reader(Packed(400000u) + std::string(400000, 'x'));
+    FSStream stream = OpenReader(Packed(400000u) + std::string(400000, 'x'));
     Wide text = L"before";
     {
         const TestSupport::AllocationLimit limit(200000);
@@ -216,8 +219,8 @@ TEST_F(FSStreamTest, ReadsItemsOfManySizesAroundTheReadAheadSize)
         for (const unsigned int second :
              {2u, readAheadSize - 1, readAheadSize, 2 * readAheadSize - 1}) {
             SCOPED_TRACE(testing::PrintToString(std::pair(first, second)));
-            FSStream stream =
-                Reader(bytes.substr(0, first) + Packed(7u) + bytes.substr(0, second) + Packed(8u));
+            FSStream stream = OpenReader(bytes.substr(0, first) + Packed(7u) +
+                                         bytes.substr(0, second) + Packed(8u));
             std::string block(2 * readAheadSize, '-');
             unsigned int values[] = {0, 0};
 
@@ -234,7 +237,7 @@ TEST_F(FSStreamTest, ReadsItemsOfManySizesAroundTheReadAheadSize)
 
 TEST_F(FSStreamTest, ReadsDataAppendedAfterTheEndWasReached)
 {
-    FSStream reader = Reader(Packed(1u));
+    FSStream reader = OpenReader(Packed(1u));
     unsigned int value = 0;
     EXPECT_EQ(reader.Read(value), StreamResult::Ok);
     EXPECT_EQ(reader.Read(value), StreamResult::DataFailed);
@@ -248,7 +251,7 @@ TEST_F(FSStreamTest, ReadsDataAppendedAfterTheEndWasReached)
 
 TEST_F(FSStreamTest, ConsumesWhatIsLeftWhenAReadFails)
 {
-    FSStream reader = Reader("abc");
+    FSStream reader = OpenReader("abc");
     char block[8] = "-------";
     EXPECT_EQ(reader.Read(block, 7), StreamResult::DataFailed);
     EXPECT_STREQ(block, "abc----");
@@ -277,7 +280,7 @@ TEST_F(FSStreamTest, DoesNotReadAheadInAPipe)
 
 TEST_F(FSStreamTest, ReadsWhenOutOfMemoryForTheReadAhead)
 {
-    FSStream stream = Reader(Packed(7u) + Packed(4u) + Packed(L"a"));
+    FSStream stream = OpenReader(Packed(7u) + Packed(4u) + Packed(L"a"));
     unsigned int value = 0;
     Wide text;
     const TestSupport::AllocationLimit limit(1000);
@@ -292,7 +295,7 @@ TEST_F(FSStreamTest, ReturnsReadPrefixFailedForAMissingSize)
 {
     for (const char* bytes : {"", "a", "abc"}) {
         SCOPED_TRACE(bytes);
-        FSStream stream = Reader(bytes);
+        FSStream stream = OpenReader(bytes);
         Wide text = L"before";
 
         EXPECT_EQ(stream.Read(text), 0x10000006u);
@@ -305,15 +308,15 @@ TEST_F(FSStreamTest, FailsForATruncatedIntegerOrBlock)
     unsigned int value = 0;
     char block[4] = "---";
 
-    EXPECT_EQ(Reader("abc").Read(value), 0x10000003u);
-    EXPECT_EQ(Reader("ab").Read(block, 3), 0x10000003u);
+    EXPECT_EQ(OpenReader("abc").Read(value), 0x10000003u);
+    EXPECT_EQ(OpenReader("ab").Read(block, 3), 0x10000003u);
     EXPECT_STREQ(block, "ab-");
 }
 
 TEST_F(FSStreamTest, RejectsNullDataUnlessTheSizeIsZero)
 {
-    FSStream writer = Writer();
-    FSStream reader = Reader("abc");
+    FSStream writer = OpenWriter();
+    FSStream reader = OpenReader("abc");
 
     EXPECT_EQ(writer.Write(nullptr, 1), 0x10000003u);
     EXPECT_EQ(reader.Read(nullptr, 1), 0x10000003u);
@@ -413,7 +416,7 @@ TEST_F(FSStreamTest, IsNotOpenWhenOutOfMemory)
 TEST_F(FSStreamTest, TruncatesAnExistingFileForWriting)
 {
     m_directory.WriteFile(L"written", "old contents");
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
 
     EXPECT_EQ(stream.Length(), 0u);
     EXPECT_EQ(stream.Write("new", 3), StreamResult::Ok);
@@ -422,8 +425,8 @@ TEST_F(FSStreamTest, TruncatesAnExistingFileForWriting)
 
 TEST_F(FSStreamTest, RejectsOperationsThatTheModeDoesNotAllow)
 {
-    FSStream writer = Writer();
-    FSStream reader = Reader("abcd");
+    FSStream writer = OpenWriter();
+    FSStream reader = OpenReader("abcd");
     unsigned int value = 0;
 
     EXPECT_EQ(writer.Read(value), 0x10000003u);
@@ -444,7 +447,7 @@ TEST_F(FSStreamTest, ReturnsACodePerItemTypeForAFullDevice)
 
 TEST_F(FSStreamTest, FailsWhenAWriteFitsOnlyPartly)
 {
-    FSStream stream = Writer();
+    FSStream stream = OpenWriter();
     const FileSizeLimit limit(10);
 
     EXPECT_EQ(stream.Write(Wide(L"ab")), 0x10000003u);
@@ -454,9 +457,9 @@ TEST_F(FSStreamTest, FailsWhenAWriteFitsOnlyPartly)
 
 TEST_F(FSStreamTest, ReturnsTheLengthOfTheWholeFile)
 {
-    FSStream reader = Reader("12345678");
+    FSStream reader = OpenReader("12345678");
     unsigned int value = 0;
-    FSStream writer = Writer();
+    FSStream writer = OpenWriter();
 
     EXPECT_EQ(reader.Length(), 8u);
     ASSERT_EQ(reader.Read(value), StreamResult::Ok);
@@ -522,7 +525,7 @@ TEST_F(FSStreamTest, DoesNotLogFailures)
         EXPECT_TRUE(StreamResult::Failed(missing.Write(1u)));
         EXPECT_TRUE(StreamResult::Failed(directory.Read(text)));
         EXPECT_TRUE(StreamResult::Failed(full.Write(1u)));
-        EXPECT_TRUE(StreamResult::Failed(Reader("").Read(text)));
+        EXPECT_TRUE(StreamResult::Failed(OpenReader("").Read(text)));
     }
     EXPECT_EQ(log.count, 0);
 }
