@@ -25,22 +25,22 @@ TString<wchar_t> AllConstants()
            PathManager::c_strCacheFolderName + RestartManagment::c_strUniqueIdentifer;
 }
 
-void Check(const char* moment)
+void CheckConstants(const char* event)
 {
-    const bool isAllThere = AllConstants() ==
+    const bool isComplete = AllConstants() ==
                                 L"-.qvlogw  : \n \t-\"configressourcesressourcespluginscache"
                                 L"{3F8A1C2D-7B4E-4d19-A6C5-0E9D2B7F4A31}" &&
                             LibModuleManager::GetInstance();
-    if (!isAllThere)
+    if (!isComplete)
         std::_Exit(1);
-    std::puts(moment);
+    std::puts(event);
     std::fflush(stdout);
 }
 
 class Early {
 public:
-    Early() { Check("constructed"); }
-    ~Early() { Check("destroyed"); }
+    Early() { CheckConstants("constructed"); }
+    ~Early() { CheckConstants("destroyed"); }
 };
 
 const Early s_early;

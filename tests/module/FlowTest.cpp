@@ -29,59 +29,59 @@ using ThreadList = std::vector<unsigned long>;
 
 // Implements callbacks from the library. Each call records its thread.
 template <typename Interface>
-class Witness : public Interface {
+class ThreadRecorder : public Interface {
 public:
     template <typename... Arguments>
-    explicit Witness(ThreadList& threads, Arguments... arguments)
+    explicit ThreadRecorder(ThreadList& threads, Arguments... arguments)
         : Interface(arguments...), m_threads(threads)
     {
     }
 
 protected:
-    void NoteThread() { m_threads.push_back(Thread::GetCurrentId()); }
+    void RecordThread() { m_threads.push_back(Thread::GetCurrentId()); }
 
 private:
     ThreadList& m_threads;
 };
 
-class ModuleWitness : public Witness<LibModule> {
-    using Witness::Witness;
-    void Initialize() override { NoteThread(); }
-    void Release() override { NoteThread(); }
+class ModuleRecorder : public ThreadRecorder<LibModule> {
+    using ThreadRecorder::ThreadRecorder;
+    void Initialize() override { RecordThread(); }
+    void Release() override { RecordThread(); }
 };
 
-class OperationWitness : public Witness<BackgroundOperationHandler> {
-    using Witness::Witness;
-    void OnOperationStarted() override { NoteThread(); }
-    void OnOperationEnded() override { NoteThread(); }
+class OperationRecorder : public ThreadRecorder<BackgroundOperationHandler> {
+    using ThreadRecorder::ThreadRecorder;
+    void OnOperationStarted() override { RecordThread(); }
+    void OnOperationEnded() override { RecordThread(); }
 };
 
-class TextWitness : public Witness<IPCConnectionEvent> {
-    using Witness::Witness;
-    void OnExecute(const TString<wchar_t>& /*text*/) override { NoteThread(); }
+class MessageRecorder : public ThreadRecorder<IPCConnectionEvent> {
+    using ThreadRecorder::ThreadRecorder;
+    void OnExecute(const TString<wchar_t>& /*text*/) override { RecordThread(); }
 };
 
-class LogWitness : public Witness<ILogger> {
-    using Witness::Witness;
-    void Write(const TString<wchar_t>& /*text*/) override { NoteThread(); }
+class LogRecorder : public ThreadRecorder<ILogger> {
+    using ThreadRecorder::ThreadRecorder;
+    void Write(const TString<wchar_t>& /*text*/) override { RecordThread(); }
 };
 
-void CallEveryWitness(ThreadList& threads, const TString<wchar_t>& service)
+void CallEveryRecorder(ThreadList& threads, const TString<wchar_t>& service)
 {
-    ModuleWitness module(threads);
+    ModuleRecorder module(threads);
     LibModuleManager::GetInstance()->Register(&module);
     LibModuleManager::GetInstance()->Unregister(&module);
 
     BackgroundOperation operation(1);
-    operation.AddListener(smart_ptr<BackgroundOperationHandler>(new OperationWitness(threads)));
+    operation.AddListener(smart_ptr<BackgroundOperationHandler>(new OperationRecorder(threads)));
     operation.SendOperationStarted();
     operation.SendOperationEnded();
 
     IPCServer server(service);
-    server.AddListener(smart_ptr<IPCConnectionEvent>(new TextWitness(threads)));
+    server.AddListener(smart_ptr<IPCConnectionEvent>(new MessageRecorder(threads)));
     server.SendExecuteEvent(L"text");
 
-    LogWitness(threads, SeverityVerbose) << L"text";
+    LogRecorder(threads, SeverityVerbose) << L"text";
 }
 
 // Fixture for a program that starts the library, installs a log file and uses both.
@@ -108,7 +108,7 @@ protected:
     const TempDir m_directory;
 };
 
-TEST_F(FlowTest, LogsUnreadableSettingsToTheLogFile)
+TEST_F(FlowTest, LogsAMissingIniFileToTheLogFile)
 {
     OpenLog();
     TString<wchar_t> path = PathManager::GetInstance()->GetConfigurationPath();
@@ -122,7 +122,7 @@ TEST_F(FlowTest, LogsUnreadableSettingsToTheLogFile)
                                                   L"Unable to open file : " + path)));
 }
 
-TEST_F(FlowTest, ReadsSettingsFromAFileInAPath)
+TEST_F(FlowTest, ReadsAnIniFileFromAPathBuiltByAppendPath)
 {
     m_directory.WriteFile(L"own.ini", "[Window]\n width = 640 \nshown=1\n");
     TString<wchar_t> path = UTF8::ToUNICODE(m_directory.Path().native());
@@ -135,20 +135,20 @@ TEST_F(FlowTest, ReadsSettingsFromAFileInAPath)
     EXPECT_TRUE(settings.GetBool(L"Window", L"shown", false));
 }
 
-TEST_F(FlowTest, RunsEverythingElseOnTheThreadOfTheCaller)
+TEST_F(FlowTest, RunsCallbacksOnTheCallingThread)
 {
     ThreadList threads;
     unsigned long callersThread = Thread::UndefinedThread;
     std::thread caller([&] {
         callersThread = Thread::GetCurrentId();
-        CallEveryWitness(threads, m_directory.File(L"service.ipc"));
+        CallEveryRecorder(threads, m_directory.File(L"service.ipc"));
     });
     caller.join();
 
     EXPECT_THAT(threads, AllOf(SizeIs(6), Each(callersThread)));
 }
 
-TEST_F(FlowTest, RunsAThreadOnlyForALogFile)
+TEST_F(FlowTest, StartsAThreadOnlyForALogFile)
 {
     const std::size_t threads = CountThreads();
 

@@ -35,7 +35,7 @@ using namespace Toolkit;
 
 namespace {
 
-constexpr unsigned int c_longestChildS = 5;
+constexpr unsigned int c_childTimeoutS = 5;
 
 class Listener {
 public:
@@ -62,7 +62,7 @@ private:
     int DoWork() override { return 0; }
 };
 
-void UseText()
+void UseStrings()
 {
     std::vector<TString<wchar_t>> tokens;
     TString<wchar_t>(L"one,two,three").GetTokens(L",", tokens, false);
@@ -76,29 +76,29 @@ void CopyPointer()
     const smart_ptr<int> own = new int(7);
 }
 
-void LockOwn()
+void LockOwnMutex()
 {
     Mutex mutex(false);
     const MutexLocker locker(mutex, MutexInternal::Infinite);
 }
 
-void LockShared()
+void LockSharedMutex()
 {
     static Mutex mutex(false);
     const MutexLocker locker(mutex, MutexInternal::Infinite);
 }
 
-// Children destroy this lock, as exit() destroys static ones.
-std::unique_ptr<Mutex> s_destroyed = std::make_unique<Mutex>(false);
+// Children destroy this mutex, as exit() destroys static ones.
+std::unique_ptr<Mutex> s_mutexToDestroy = std::make_unique<Mutex>(false);
 
-void LockDestroyed()
+void LockMutexToDestroy()
 {
-    const MutexLocker locker(*s_destroyed, MutexInternal::Infinite);
+    const MutexLocker locker(*s_mutexToDestroy, MutexInternal::Infinite);
 }
 
-void DestroyLock()
+void DestroyMutex()
 {
-    s_destroyed.reset();
+    s_mutexToDestroy.reset();
 }
 
 void MatchPattern()
@@ -184,14 +184,14 @@ void ForwardMessages()
     static_cast<void>(thread);
 }
 
-void LogReadyMessage()
+void LogWithoutConversion()
 {
     static const wxString text = "text";
     wxLog::OnLog(wxLOG_Message, text, 1000);
 }
 
 // A fork while wxWidgets converts a string may leave a lock of the C library held in the child.
-void LogNewMessage()
+void LogWithConversion()
 {
     wxLogMessage("text");
 }
@@ -211,13 +211,13 @@ const std::map<std::string, Operation> c_operations = {
     {"exit while others log", {Log, Exit}},
     {"exit while the logger is replaced", {ReplaceLogger, Exit}},
     {"exit while modules come and go", {AddModule, Exit}},
-    {"exit while messages are forwarded", {ForwardMessages<LogReadyMessage>, Exit}},
-    {"exit while messages are made", {ForwardMessages<LogNewMessage>, Exit}},
-    {"text", {UseText, UseText}},
+    {"exit while messages are forwarded", {ForwardMessages<LogWithoutConversion>, Exit}},
+    {"exit while messages are made", {ForwardMessages<LogWithConversion>, Exit}},
+    {"text", {UseStrings, UseStrings}},
     {"pointer", {CopyPointer, CopyPointer}},
-    {"lock of its own", {LockOwn, LockOwn}},
-    {"shared lock", {LockShared, LockShared}},
-    {"destroyed lock", {LockDestroyed, DestroyLock}},
+    {"lock of its own", {LockOwnMutex, LockOwnMutex}},
+    {"shared lock", {LockSharedMutex, LockSharedMutex}},
+    {"destroyed lock", {LockMutexToDestroy, DestroyMutex}},
     {"pattern", {MatchPattern, MatchPattern}},
     {"date", {FormatDate, FormatDate}},
     {"file", {ReadFile, ReadFile}},
@@ -229,7 +229,7 @@ const std::map<std::string, Operation> c_operations = {
 
 [[noreturn]] void RunChild(void (*operation)())
 {
-    ::alarm(c_longestChildS);
+    ::alarm(c_childTimeoutS);
     operation();
     ::_exit(0);
 }
@@ -239,16 +239,16 @@ const std::map<std::string, Operation> c_operations = {
 // held in the child.
 void StartBusyThreads(void (*operation)())
 {
-    constexpr int threads = 2;
-    static std::latch first(threads);
-    for (int i = 0; i < threads; ++i)
+    constexpr int threadCount = 2;
+    static std::latch ready(threadCount);
+    for (int i = 0; i < threadCount; ++i)
         std::thread([operation] {
             operation();
-            first.count_down();
+            ready.count_down();
             for (;;)
                 operation();
         }).detach();
-    first.wait();
+    ready.wait();
 }
 
 // Waits for `child` and returns whether it hung or crashed.

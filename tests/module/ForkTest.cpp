@@ -21,7 +21,7 @@ using TestSupport::TempDir;
 
 // Runs ForkProgram and returns the number of children that hang or crash. Stores in `errors` what
 // the program and its children print to standard error.
-int Failures(const std::string& operation, int children, std::string& errors)
+int CountFailures(const std::string& operation, int children, std::string& errors)
 {
     const TempDir directory;
     const ScopedEnvironment home("HOME", directory.Path());
@@ -41,7 +41,7 @@ int Failures(const std::string& operation, int children, std::string& errors)
 
 class ForkedChildTest : public testing::TestWithParam<const char*> {};
 
-TEST_P(ForkedChildTest, MayUse)
+TEST_P(ForkedChildTest, DoesNotHangCrashOrPrint)
 {
 #ifdef TOOLKIT_ADDRESS_SANITIZER
     // The locks of the sanitizer's malloc() may stay held in the child. A small request rarely
@@ -50,7 +50,7 @@ TEST_P(ForkedChildTest, MayUse)
         GTEST_SKIP() << "the sanitizer's malloc() does not work in such a child";
 #endif
     std::string errors;
-    EXPECT_EQ(Failures(GetParam(), SoakRounds(20, 1000), errors), 0);
+    EXPECT_EQ(CountFailures(GetParam(), SoakRounds(20, 1000), errors), 0);
     EXPECT_EQ(errors, "");
 }
 
@@ -67,15 +67,15 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 // Counts the failures of the operations that docs/fork.md does not allow, for its table.
-TEST(ForkedChildCountTest, CountsWhatFails)
+TEST(ForkedChildCountTest, CountsTheFailuresOfForbiddenOperations)
 {
     const int children = SoakRounds(0, 50);
     if (children == 0)
         GTEST_SKIP() << "script/soak counts";
-    std::string ignored;
+    std::string ignoredErrors;
     for (const char* const operation :
          {"exit while messages are made", "shared lock", "date", "file", "notifier", "thread"})
-        Failures(operation, children, ignored);
+        CountFailures(operation, children, ignoredErrors);
 }
 
 } // namespace

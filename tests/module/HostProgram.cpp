@@ -14,7 +14,7 @@ public:
     bool OnInit() override { return true; }
 };
 
-void TellWhoseApplicationRuns()
+void PrintWhoseApplicationRuns()
 {
     const bool isOwn = dynamic_cast<Host*>(wxAppConsole::GetInstance()) != nullptr;
     std::puts(isOwn ? "the host's own" : "somebody else's");
@@ -27,11 +27,11 @@ int main(int argc, char** argv)
     wxAppConsole::SetInstance(new Host());
     if (!wxEntryStart(argc, argv) || !wxAppConsole::GetInstance()->CallOnInit())
         return 1;
-    TellWhoseApplicationRuns();
+    PrintWhoseApplicationRuns();
     Toolkit::LibModuleManager::GetInstance()->Initialize(true);
-    TellWhoseApplicationRuns();
+    PrintWhoseApplicationRuns();
     Toolkit::LibModuleManager::GetInstance()->Release(true);
-    TellWhoseApplicationRuns();
+    PrintWhoseApplicationRuns();
     wxEntryCleanup();
     return 0;
 }

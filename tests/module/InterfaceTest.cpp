@@ -57,7 +57,7 @@ TEST(InterfaceTest, KeepsAllOtherFoldersInTheNamespace)
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
 
-TEST(InterfaceTest, KeepsStringsAndThePoolAtGlobalScope)
+TEST(InterfaceTest, KeepsTStringAndMacAutoreleasePoolAtGlobalScope)
 {
     const std::vector<std::string> names =
         TypeNames<TString<char>, TString<wchar_t>, MacAutoreleasePool>();

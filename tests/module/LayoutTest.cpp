@@ -109,7 +109,7 @@ private:
     Action m_action;
 };
 
-TEST(LayoutTest, PutsTheCountOfAPointerAfterItsObject)
+TEST(LayoutTest, PutsTheCountBlockOfASmartPtrAfterItsObject)
 {
     int* const object = new int(7);
     const smart_ptr<int> pointer(object);
@@ -137,12 +137,12 @@ TEST(LayoutTest, PutsLockPolicyAndListenerAfterTheCount)
     EXPECT_EQ(offsetOf(&block.releaseListener), 4 * c_pointer);
 }
 
-TEST(LayoutTest, CallsAReleaseListenerInItsThirdSlot)
+TEST(LayoutTest, PutsOnReleasedInTheThirdSlotOfAReleaseListener)
 {
     EXPECT_EQ(SlotOf(&IReleaseListener::OnReleased), 2u);
 }
 
-TEST(LayoutTest, PutsWritingASerializableObjectBeforeReadingIt)
+TEST(LayoutTest, PutsSerializeBeforeDeserialize)
 {
     EXPECT_EQ(SlotOf(&ISerialize::Serialize), 2u);
     EXPECT_EQ(SlotOf(&ISerialize::Deserialize), 3u);
@@ -162,19 +162,19 @@ TEST(LayoutTest, PutsTheSizeOfABufferAfterItsBytes)
 }
 
 template <typename Stream>
-std::vector<std::size_t> TransferSlots()
+std::vector<std::size_t> StreamSlots()
 {
-    using WriteText = unsigned int (Stream::*)(const TString<wchar_t>&);
+    using WriteString = unsigned int (Stream::*)(const TString<wchar_t>&);
     using WriteNumber = unsigned int (Stream::*)(unsigned int);
     using WriteBlock = unsigned int (Stream::*)(const void*, unsigned int);
-    using ReadText = unsigned int (Stream::*)(TString<wchar_t>&);
+    using ReadString = unsigned int (Stream::*)(TString<wchar_t>&);
     using ReadNumber = unsigned int (Stream::*)(unsigned int&);
     using ReadBlock = unsigned int (Stream::*)(void*, unsigned int);
 
-    return {SlotOf<WriteText>(&Stream::Write),
+    return {SlotOf<WriteString>(&Stream::Write),
             SlotOf<WriteNumber>(&Stream::Write),
             SlotOf<WriteBlock>(&Stream::Write),
-            SlotOf<ReadText>(&Stream::Read),
+            SlotOf<ReadString>(&Stream::Read),
             SlotOf<ReadNumber>(&Stream::Read),
             SlotOf<ReadBlock>(&Stream::Read),
             SlotOf(&Stream::Length)};
@@ -184,12 +184,12 @@ TEST(LayoutTest, PutsTheSlotsOfAStreamInOrder)
 {
     const std::vector<std::size_t> expected = {2, 3, 4, 5, 6, 7, 8};
 
-    EXPECT_EQ(TransferSlots<IStream>(), expected);
-    EXPECT_EQ(TransferSlots<FSStream>(), expected);
+    EXPECT_EQ(StreamSlots<IStream>(), expected);
+    EXPECT_EQ(StreamSlots<FSStream>(), expected);
     EXPECT_EQ(sizeof(FSStream), 2 * c_pointer);
 }
 
-TEST(LayoutTest, KeepsTheStreamOfASerializer)
+TEST(LayoutTest, PutsTheStreamOfASerializerFirst)
 {
     const FSInputSerializer input(L"");
     const auto* const stream = static_cast<FSStream*>(&input.GetStream());
@@ -203,12 +203,12 @@ TEST(LayoutTest, KeepsTheStreamOfASerializer)
     EXPECT_EQ(sizeof(FSOutputSerializer), sizeof(FSSerializer));
 }
 
-TEST(LayoutTest, PutsTwoWordsAfterTheStringsOfAnOption)
+TEST(LayoutTest, PutsTheFlagsOfAnOptionAfterItsStrings)
 {
-    constexpr std::size_t text = sizeof(TString<wchar_t>);
-    const auto words = [](const CmdLineOption& option) {
-        return std::pair(ReadAt<std::int32_t>(option, c_pointer + 2 * text),
-                         ReadAt<std::int32_t>(option, c_pointer + 2 * text + 4));
+    constexpr std::size_t stringSize = sizeof(TString<wchar_t>);
+    const auto flags = [](const CmdLineOption& option) {
+        return std::pair(ReadAt<std::int32_t>(option, c_pointer + 2 * stringSize),
+                         ReadAt<std::int32_t>(option, c_pointer + 2 * stringSize + 4));
     };
     const CmdLineOption required(L"a", true);
     CmdLineOption defined(L"b", false);
@@ -217,9 +217,9 @@ TEST(LayoutTest, PutsTwoWordsAfterTheStringsOfAnOption)
     const auto* const object = reinterpret_cast<const unsigned char*>(&defined);
     EXPECT_EQ(reinterpret_cast<const unsigned char*>(&defined.GetName()), object + c_pointer);
     EXPECT_EQ(reinterpret_cast<const unsigned char*>(&defined.GetValue()),
-              object + c_pointer + text);
-    EXPECT_EQ(words(required), std::pair(0, 1));
-    EXPECT_EQ(words(defined), std::pair(1, 0));
+              object + c_pointer + stringSize);
+    EXPECT_EQ(flags(required), std::pair(0, 1));
+    EXPECT_EQ(flags(defined), std::pair(1, 0));
 }
 
 TEST(LayoutTest, PutsTheTokensOfAParserAfterItsOptions)
@@ -233,7 +233,7 @@ TEST(LayoutTest, PutsTheTokensOfAParserAfterItsOptions)
     EXPECT_EQ(sizeof parser, sizeof(std::map<int, int>) + sizeof(std::vector<Token>));
 }
 
-TEST(LayoutTest, PutsTheLoadedFlagAfterTheSections)
+TEST(LayoutTest, PutsTheLoadedFlagOfAnIniFileAfterItsSections)
 {
     const IniFile empty(L"/dev/null/none");
 
@@ -241,7 +241,7 @@ TEST(LayoutTest, PutsTheLoadedFlagAfterTheSections)
     EXPECT_EQ(ReadAt<std::uint8_t>(empty, 2 * c_pointer), 0);
 }
 
-TEST(LayoutTest, KeepsOnlyAWxMutexInAMutex)
+TEST(LayoutTest, KeepsOnePointerInAMutex)
 {
     EXPECT_EQ(sizeof(MutexInternal), 2 * c_pointer);
     EXPECT_EQ(sizeof(Mutex), sizeof(MutexInternal));
@@ -256,7 +256,7 @@ TEST(LayoutTest, PutsTheResultOfALockerAfterItsMutex)
     EXPECT_TRUE(ReadAt<bool>(locker, c_pointer));
 }
 
-TEST(LayoutTest, PutsDoWorkAfterTheSlotsOfWxThread)
+TEST(LayoutTest, PutsDoWorkOfAThreadAfterEntry)
 {
     EXPECT_GT(ThreadSlots::OfEntry(), 1u);
     EXPECT_GT(ThreadSlots::OfDoWork(), ThreadSlots::OfEntry());
@@ -297,26 +297,26 @@ TEST(LayoutTest, PutsWriteInTheThirdSlotOfALogger)
     EXPECT_EQ(SlotOf(&ILogger::Write), 2u);
 }
 
-TEST(LayoutTest, PutsTheWorkOfAFileLoggerInTheNextSlot)
+TEST(LayoutTest, PutsDoWorkOfAFileLoggerAfterWrite)
 {
     EXPECT_EQ(FileLoggerSlots::OfWrite(), 2u);
     EXPECT_EQ(FileLoggerSlots::OfDoWork(), 3u);
 }
 
-TEST(LayoutTest, PutsTheLoggerOfAFileLoggerBeforeItsThread)
+TEST(LayoutTest, PutsILoggerBeforeThreadInAFileLogger)
 {
     // Only the addresses of the bases are compared.
-    alignas(FileLogger) unsigned char room[sizeof(FileLogger)];
-    auto* const logger = reinterpret_cast<FileLogger*>(room);
-    const auto offsetOf = [&room](void* base) {
-        return static_cast<std::size_t>(static_cast<unsigned char*>(base) - room);
+    alignas(FileLogger) unsigned char storage[sizeof(FileLogger)];
+    auto* const logger = reinterpret_cast<FileLogger*>(storage);
+    const auto offsetOf = [&storage](void* base) {
+        return static_cast<std::size_t>(static_cast<unsigned char*>(base) - storage);
     };
 
     EXPECT_EQ(offsetOf(static_cast<ILogger*>(logger)), 0u);
     EXPECT_GE(offsetOf(static_cast<Thread*>(logger)), sizeof(ILogger));
 }
 
-TEST(LayoutTest, PutsTheTwoSlotsOfAForwarderInARow)
+TEST(LayoutTest, PutsDoLogStringOfAForwarderAfterDoLog)
 {
     EXPECT_EQ(ForwarderSlots::OfDoLogString(), ForwarderSlots::OfDoLog() + 1);
     EXPECT_EQ(sizeof(WxLogForwarder), sizeof(wxLog));
@@ -334,14 +334,14 @@ TEST(LayoutTest, KeepsOnePointerInAStream)
     EXPECT_EQ(sizeof(TextInputStream), sizeof(InputStream));
 }
 
-TEST(LayoutTest, KeepsElevenStringsOfThePathManagerInOrder)
+TEST(LayoutTest, KeepsTheStringsOfAPathManagerInOrder)
 {
-    constexpr std::size_t text = sizeof(TString<wchar_t>);
+    constexpr std::size_t stringSize = sizeof(TString<wchar_t>);
     const TestSupport::TempDir directory;
     const TestSupport::ScopedEnvironment home("HOME", directory.Path());
     const PathManager paths;
 
-    EXPECT_EQ(sizeof paths, 11 * text);
+    EXPECT_EQ(sizeof paths, 11 * stringSize);
     EXPECT_THAT(
         OffsetsIn(paths,
                   {&paths.GetApplicationName(), &paths.GetConfigurationPath(),
@@ -349,11 +349,12 @@ TEST(LayoutTest, KeepsElevenStringsOfThePathManagerInOrder)
                    &paths.GetApplicationRessourcesPath(), &paths.GetAppearancesPath(),
                    &paths.GetPluginsPath(), &paths.GetDocumentsPath(), &paths.GetPathSeparator(),
                    &paths.GetMassStorageDataPath(), &paths.GetApplicationUniqueName()}),
-        ElementsAre(0u, text, 2 * text, 3 * text, 4 * text, 5 * text, 6 * text, 7 * text, 8 * text,
-                    9 * text, 10 * text));
+        ElementsAre(0u, stringSize, 2 * stringSize, 3 * stringSize, 4 * stringSize, 5 * stringSize,
+                    6 * stringSize, 7 * stringSize, 8 * stringSize, 9 * stringSize,
+                    10 * stringSize));
 }
 
-TEST(LayoutTest, CallsAnIpcListenerInItsThirdSlot)
+TEST(LayoutTest, PutsOnExecuteInTheThirdSlotOfAnIpcListener)
 {
     EXPECT_EQ(SlotOf(&IPCConnectionEvent::OnExecute), 2u);
     EXPECT_EQ(sizeof(IPCConnectionEvent), c_pointer);
@@ -361,13 +362,13 @@ TEST(LayoutTest, CallsAnIpcListenerInItsThirdSlot)
 
 TEST(LayoutTest, PutsTheNameOfAnIpcServerAfterItsInternalServer)
 {
-    constexpr std::size_t own = sizeof(EventNotifier<IPCConnectionEvent>);
+    constexpr std::size_t baseSize = sizeof(EventNotifier<IPCConnectionEvent>);
     const IPCServer server(L"name");
 
-    EXPECT_EQ(sizeof server, own + c_pointer + sizeof(TString<wchar_t>));
-    EXPECT_NE(ReadAt<void*>(server, own), nullptr);
+    EXPECT_EQ(sizeof server, baseSize + c_pointer + sizeof(TString<wchar_t>));
+    EXPECT_NE(ReadAt<void*>(server, baseSize), nullptr);
     // A string begins with the address of its characters.
-    EXPECT_STREQ(ReadAt<const wchar_t*>(server, own + c_pointer), L"name");
+    EXPECT_STREQ(ReadAt<const wchar_t*>(server, baseSize + c_pointer), L"name");
 }
 
 TEST(LayoutTest, PutsTheModifiersOfARegExpAfterItsPattern)
@@ -380,40 +381,40 @@ TEST(LayoutTest, PutsTheModifiersOfARegExpAfterItsPattern)
 
 TEST(LayoutTest, KeepsFourStringsInARegExpException)
 {
-    constexpr std::size_t text = sizeof(TString<char>);
+    constexpr std::size_t stringSize = sizeof(TString<char>);
     const RegExpException exception;
 
-    EXPECT_EQ(sizeof exception, c_pointer + 4 * text);
-    EXPECT_THAT(
-        OffsetsIn(exception,
-                  {&exception.message, &exception.file, &exception.line, &exception.function}),
-        ElementsAre(c_pointer, c_pointer + text, c_pointer + 2 * text, c_pointer + 3 * text));
+    EXPECT_EQ(sizeof exception, c_pointer + 4 * stringSize);
+    EXPECT_THAT(OffsetsIn(exception, {&exception.message, &exception.file, &exception.line,
+                                      &exception.function}),
+                ElementsAre(c_pointer, c_pointer + stringSize, c_pointer + 2 * stringSize,
+                            c_pointer + 3 * stringSize));
 }
 
 TEST(LayoutTest, PutsNameValueAndIndexOfAGroupInOrder)
 {
-    constexpr std::size_t text = sizeof(TString<char>);
+    constexpr std::size_t stringSize = sizeof(TString<char>);
     const Group group("value", 1);
 
     EXPECT_THAT(OffsetsIn(group, {&group.name, &group.value, &group.index}),
-                ElementsAre(0u, text, 2 * text));
+                ElementsAre(0u, stringSize, 2 * stringSize));
     EXPECT_EQ(sizeof group.index, 2u);
 }
 
 TEST(LayoutTest, PutsTheFieldsOfAMatchResultAfterItsGroups)
 {
-    constexpr std::size_t own = sizeof(GroupCollection);
-    constexpr std::size_t subject = own + 3 * c_pointer;
-    constexpr std::size_t options = subject + 2 * sizeof(TString<char>);
+    constexpr std::size_t baseSize = sizeof(GroupCollection);
+    constexpr std::size_t subjectOffset = baseSize + 3 * c_pointer;
+    constexpr std::size_t optionsOffset = subjectOffset + 2 * sizeof(TString<char>);
     const MatchResult result;
 
     EXPECT_THAT(
         OffsetsIn(result, {&result.groups, &result.names, &result.errorText, &result.errorOffset,
                            &result.code, &result.subject, &result.pattern, &result.execOptions,
                            &result.resultCode, &result.ovectorSize, &result.ovector}),
-        ElementsAre(0u, sizeof result.groups, own, own + c_pointer, own + 2 * c_pointer, subject,
-                    subject + sizeof(TString<char>), options, options + 4, options + 8,
-                    options + 12));
+        ElementsAre(0u, sizeof result.groups, baseSize, baseSize + c_pointer,
+                    baseSize + 2 * c_pointer, subjectOffset, subjectOffset + sizeof(TString<char>),
+                    optionsOffset, optionsOffset + 4, optionsOffset + 8, optionsOffset + 12));
 }
 
 TEST(LayoutTest, KeepsOnePointerInADate)
@@ -450,31 +451,31 @@ TEST(LayoutTest, PutsReleaseOfAModuleAfterInitialize)
     EXPECT_EQ(sizeof(ToolkitModule), c_pointer);
 }
 
-TEST(LayoutTest, PutsModulesLockFlagsAndRemovalsInOrder)
+TEST(LayoutTest, PutsTheFieldsOfALibModuleManagerInOrder)
 {
-    constexpr std::size_t initialized = sizeof(std::list<int>) + sizeof(Mutex);
-    constexpr std::size_t releasing = initialized + 4;
-    constexpr std::size_t removals = releasing + 4;
+    constexpr std::size_t initializedOffset = sizeof(std::list<int>) + sizeof(Mutex);
+    constexpr std::size_t releasingOffset = initializedOffset + 4;
+    constexpr std::size_t removalsOffset = releasingOffset + 4;
     LibModuleManager manager;
-    int passes = 0;
+    int releases = 0;
     ReleaseAction module([&](LibModule* self) {
-        ++passes;
-        EXPECT_EQ(ReadAt<std::int32_t>(manager, releasing), 1);
+        ++releases;
+        EXPECT_EQ(ReadAt<std::int32_t>(manager, releasingOffset), 1);
         manager.Unregister(self);
         // The last field of a list is its length.
-        EXPECT_EQ(ReadAt<std::size_t>(manager, removals + 2 * c_pointer), 1u);
+        EXPECT_EQ(ReadAt<std::size_t>(manager, removalsOffset + 2 * c_pointer), 1u);
     });
     manager.Register(&module);
     manager.Initialize(false);
     EXPECT_EQ(ReadAt<std::size_t>(manager, 2 * c_pointer), 1u);
-    EXPECT_EQ(ReadAt<std::int32_t>(manager, initialized), 1);
+    EXPECT_EQ(ReadAt<std::int32_t>(manager, initializedOffset), 1);
 
     manager.Release(false);
 
-    EXPECT_EQ(passes, 1);
+    EXPECT_EQ(releases, 1);
     EXPECT_EQ(ReadAt<std::size_t>(manager, 2 * c_pointer), 0u);
-    EXPECT_EQ(ReadAt<std::int32_t>(manager, initialized), 0);
-    EXPECT_EQ(ReadAt<std::int32_t>(manager, releasing), 0);
+    EXPECT_EQ(ReadAt<std::int32_t>(manager, initializedOffset), 0);
+    EXPECT_EQ(ReadAt<std::int32_t>(manager, releasingOffset), 0);
 }
 
 TEST(LayoutTest, PutsTheCountOfARegistryEntryAfterItsModule)

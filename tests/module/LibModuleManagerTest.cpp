@@ -54,7 +54,7 @@ protected:
 
     // Starts and stops the library once more and returns the calls, which show the modules that are
     // still registered.
-    Calls NextLife()
+    Calls StartAndStopAgain()
     {
         m_calls.clear();
         m_manager.Initialize(false);
@@ -69,7 +69,7 @@ protected:
     LibModuleManager m_manager;
 };
 
-TEST_F(LibModuleManagerTest, OnlyRecordsAModuleBeforeTheStart)
+TEST_F(LibModuleManagerTest, DoesNotInitializeModulesBeforeTheStart)
 {
     m_manager.Register(&m_first);
 
@@ -96,7 +96,7 @@ TEST_F(LibModuleManagerTest, ReleasesInTheReverseOrder)
     EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, InitializesALateModuleAtOnce)
+TEST_F(LibModuleManagerTest, InitializesAModuleAtOnceAfterTheStart)
 {
     m_manager.Initialize(false);
 
@@ -105,7 +105,7 @@ TEST_F(LibModuleManagerTest, InitializesALateModuleAtOnce)
     EXPECT_THAT(m_calls, ElementsAre("+1"));
 }
 
-TEST_F(LibModuleManagerTest, OnlyRecordsAModuleAfterTheRelease)
+TEST_F(LibModuleManagerTest, DoesNotInitializeModulesAfterTheRelease)
 {
     m_manager.Initialize(false);
     m_manager.Release(false);
@@ -115,7 +115,7 @@ TEST_F(LibModuleManagerTest, OnlyRecordsAModuleAfterTheRelease)
     EXPECT_THAT(m_calls, IsEmpty());
 }
 
-TEST_F(LibModuleManagerTest, CountsFurtherRegistrations)
+TEST_F(LibModuleManagerTest, CountsRepeatedRegistrations)
 {
     m_manager.Initialize(false);
     m_manager.Register(&m_first);
@@ -127,17 +127,17 @@ TEST_F(LibModuleManagerTest, CountsFurtherRegistrations)
     m_manager.Unregister(&m_first);
 
     EXPECT_THAT(m_calls, ElementsAre("-1"));
-    EXPECT_THAT(NextLife(), IsEmpty());
+    EXPECT_THAT(StartAndStopAgain(), IsEmpty());
 }
 
-TEST_F(LibModuleManagerTest, RemovesWithoutReleaseBeforeTheStart)
+TEST_F(LibModuleManagerTest, RemovesAModuleWithoutReleaseBeforeTheStart)
 {
     RegisterAll();
 
     m_manager.Unregister(&m_second);
 
     EXPECT_THAT(m_calls, IsEmpty());
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
 TEST_F(LibModuleManagerTest, IgnoresUnknownModules)
@@ -148,10 +148,10 @@ TEST_F(LibModuleManagerTest, IgnoresUnknownModules)
     m_manager.Unregister(nullptr);
     m_manager.Register(nullptr);
 
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, InitializesAgainAtAnotherStart)
+TEST_F(LibModuleManagerTest, InitializesModulesAgainAtASecondStart)
 {
     m_manager.Register(&m_first);
 
@@ -162,7 +162,7 @@ TEST_F(LibModuleManagerTest, InitializesAgainAtAnotherStart)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+1", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, ReleasesWithoutAStart)
+TEST_F(LibModuleManagerTest, ReleasesModulesWithoutAStart)
 {
     m_manager.Register(&m_first);
 
@@ -171,7 +171,7 @@ TEST_F(LibModuleManagerTest, ReleasesWithoutAStart)
     EXPECT_THAT(m_calls, ElementsAre("-1"));
 }
 
-TEST_F(LibModuleManagerTest, RemovesAModuleThatUnregistersInItsReleaseAfterThePass)
+TEST_F(LibModuleManagerTest, LetsAModuleUnregisterItselfDuringARelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -181,10 +181,10 @@ TEST_F(LibModuleManagerTest, RemovesAModuleThatUnregistersInItsReleaseAfterThePa
     m_manager.Release(false);
 
     EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, ReleasesAModuleThatAnotherOneUnregistered)
+TEST_F(LibModuleManagerTest, ReleasesAModuleThatAnotherUnregistersDuringARelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -194,10 +194,10 @@ TEST_F(LibModuleManagerTest, ReleasesAModuleThatAnotherOneUnregistered)
     m_manager.Release(false);
 
     EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
-    EXPECT_THAT(NextLife(), ElementsAre("+2", "+3", "-3", "-2"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+2", "+3", "-3", "-2"));
 }
 
-TEST_F(LibModuleManagerTest, RemovesOnceWhenUnregisteredTwiceDuringARelease)
+TEST_F(LibModuleManagerTest, RemovesAModuleUnregisteredTwiceDuringARelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -208,10 +208,10 @@ TEST_F(LibModuleManagerTest, RemovesOnceWhenUnregisteredTwiceDuringARelease)
 
     m_manager.Release(false);
 
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, RemovesAModuleThatComesBackDuringARelease)
+TEST_F(LibModuleManagerTest, RemovesAModuleRegisteredAgainDuringARelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -224,7 +224,7 @@ TEST_F(LibModuleManagerTest, RemovesAModuleThatComesBackDuringARelease)
 
     m_manager.Release(false);
 
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
 TEST_F(LibModuleManagerTest, InitializesAndKeepsAModuleRegisteredDuringARelease)
@@ -238,10 +238,10 @@ TEST_F(LibModuleManagerTest, InitializesAndKeepsAModuleRegisteredDuringARelease)
     m_manager.Release(false);
 
     EXPECT_THAT(m_calls, ElementsAre("-2", "+3", "-1"));
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+2", "+3", "-3", "-2", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+2", "+3", "-3", "-2", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, InitializesAModuleRegisteredDuringTheStartLast)
+TEST_F(LibModuleManagerTest, InitializesModulesRegisteredDuringTheStartAtItsEnd)
 {
     m_manager.Register(&m_first);
     m_manager.Register(&m_second);
@@ -260,7 +260,7 @@ TEST_F(LibModuleManagerTest, LetsAModuleUnregisterItselfDuringTheStart)
     m_manager.Initialize(false);
 
     EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "+3"));
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
 TEST_F(LibModuleManagerTest, SkipsAModuleUnregisteredBeforeItsTurn)
@@ -273,7 +273,7 @@ TEST_F(LibModuleManagerTest, SkipsAModuleUnregisteredBeforeItsTurn)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+3"));
 }
 
-TEST_F(LibModuleManagerTest, MovesAModuleThatComesBackDuringTheStartToTheEnd)
+TEST_F(LibModuleManagerTest, MovesAModuleRegisteredAgainDuringTheStartToTheEnd)
 {
     RegisterAll();
     m_first.onInitialize = [this] {
@@ -298,7 +298,7 @@ TEST_F(LibModuleManagerTest, ReleasesAModuleUnregisteredDuringASecondStart)
     EXPECT_THAT(m_calls, ElementsAre("+1", "+2", "-3"));
 }
 
-TEST_F(LibModuleManagerTest, IgnoresUnregisteringAgainInItsOwnRelease)
+TEST_F(LibModuleManagerTest, IgnoresUnregisteringAModuleAgainInItsRelease)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -308,10 +308,10 @@ TEST_F(LibModuleManagerTest, IgnoresUnregisteringAgainInItsOwnRelease)
     m_manager.Unregister(&m_second);
 
     EXPECT_THAT(m_calls, ElementsAre("-2"));
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, KeepsTheListIntactInNestedReleasePasses)
+TEST_F(LibModuleManagerTest, KeepsTheListIntactInNestedReleases)
 {
     RegisterAll();
     m_manager.Initialize(false);
@@ -325,10 +325,10 @@ TEST_F(LibModuleManagerTest, KeepsTheListIntactInNestedReleasePasses)
     m_manager.Release(false);
 
     EXPECT_THAT(m_calls, ElementsAre("-3", "-3", "-2", "-1", "-2"));
-    EXPECT_THAT(NextLife(), ElementsAre("+2", "+3", "-3", "-2"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+2", "+3", "-3", "-2"));
 }
 
-void ThrowByModule()
+void ThrowFromModule()
 {
     throw std::runtime_error("thrown by the module");
 }
@@ -336,7 +336,7 @@ void ThrowByModule()
 TEST_F(LibModuleManagerTest, InitializesTheOthersWhenAModuleThrows)
 {
     RegisterAll();
-    m_first.onInitialize = ThrowByModule;
+    m_first.onInitialize = ThrowFromModule;
     m_second.onInitialize = [] { throw 2; };
 
     EXPECT_THROW(m_manager.Initialize(false), std::runtime_error);
@@ -346,23 +346,23 @@ TEST_F(LibModuleManagerTest, InitializesTheOthersWhenAModuleThrows)
     EXPECT_EQ(m_calls.back(), "-3");
 }
 
-TEST_F(LibModuleManagerTest, DoesNotRegisterALateModuleThatThrows)
+TEST_F(LibModuleManagerTest, DoesNotRegisterAModuleThatThrowsDuringRegister)
 {
     m_manager.Register(&m_first);
     m_manager.Initialize(false);
-    m_second.onInitialize = ThrowByModule;
+    m_second.onInitialize = ThrowFromModule;
 
     EXPECT_THROW(m_manager.Register(&m_second), std::runtime_error);
 
     m_second.onInitialize = nullptr;
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "-1"));
 }
 
 TEST_F(LibModuleManagerTest, ReleasesTheOthersWhenAModuleThrows)
 {
     RegisterAll();
     m_manager.Initialize(false);
-    m_third.onRelease = ThrowByModule;
+    m_third.onRelease = ThrowFromModule;
     m_second.onRelease = [this] {
         m_manager.Unregister(&m_second);
         throw 2;
@@ -373,14 +373,14 @@ TEST_F(LibModuleManagerTest, ReleasesTheOthersWhenAModuleThrows)
 
     EXPECT_THAT(m_calls, ElementsAre("-3", "-2", "-1"));
     m_third.onRelease = nullptr;
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, IsStoppedAfterAStopThatThrew)
+TEST_F(LibModuleManagerTest, IsStoppedAfterAReleaseThatThrew)
 {
     m_manager.Register(&m_first);
     m_manager.Initialize(false);
-    m_first.onRelease = ThrowByModule;
+    m_first.onRelease = ThrowFromModule;
     EXPECT_THROW(m_manager.Release(false), std::runtime_error);
     m_calls.clear();
 
@@ -388,18 +388,18 @@ TEST_F(LibModuleManagerTest, IsStoppedAfterAStopThatThrew)
     m_manager.Unregister(&m_first);
 
     EXPECT_THAT(m_calls, IsEmpty());
-    EXPECT_THAT(NextLife(), ElementsAre("+2", "-2"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+2", "-2"));
 }
 
-TEST_F(LibModuleManagerTest, RemovesAModuleThatThrowsWhenItLeaves)
+TEST_F(LibModuleManagerTest, RemovesAModuleThatThrowsDuringUnregister)
 {
     RegisterAll();
     m_manager.Initialize(false);
-    m_second.onRelease = ThrowByModule;
+    m_second.onRelease = ThrowFromModule;
 
     EXPECT_THROW(m_manager.Unregister(&m_second), std::runtime_error);
 
-    EXPECT_THAT(NextLife(), ElementsAre("+1", "+3", "-3", "-1"));
+    EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+3", "-3", "-1"));
 }
 
 TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
@@ -409,7 +409,7 @@ TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
     m_manager.Initialize(false);
     std::latch start(threadCount);
     std::vector<std::thread> threads;
-    for (int number = 0; number < threadCount; ++number) {
+    for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([this, &start] {
             start.arrive_and_wait();
             for (int round = 0; round < rounds; ++round) {
@@ -424,19 +424,19 @@ TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
     // However the threads interleave, every start of the module is followed by a stop.
     for (std::size_t call = 0; call < m_calls.size(); ++call)
         EXPECT_EQ(m_calls[call], call % 2 == 0 ? "+1" : "-1");
-    EXPECT_THAT(NextLife(), IsEmpty());
+    EXPECT_THAT(StartAndStopAgain(), IsEmpty());
 }
 
-TEST_F(LibModuleManagerTest, MakesOtherThreadsWaitForACallback)
+TEST_F(LibModuleManagerTest, BlocksOtherThreadsDuringACallback)
 {
-    std::latch isInside(1);
+    std::latch entered(1);
     m_manager.Initialize(false);
-    std::thread other([this, &isInside] {
-        isInside.wait();
+    std::thread other([this, &entered] {
+        entered.wait();
         m_manager.Register(&m_second);
     });
-    m_first.onInitialize = [this, &isInside] {
-        isInside.count_down();
+    m_first.onInitialize = [this, &entered] {
+        entered.count_down();
         std::this_thread::yield();
         m_calls.push_back("end of 1");
     };
@@ -447,7 +447,7 @@ TEST_F(LibModuleManagerTest, MakesOtherThreadsWaitForACallback)
     EXPECT_THAT(m_calls, ElementsAre("+1", "end of 1", "+2"));
 }
 
-TEST_F(LibModuleManagerTest, ExistsForTheProcessFromTheLoadOn)
+TEST_F(LibModuleManagerTest, IsCreatedAtLoadAndOnlyOnce)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
 
@@ -458,7 +458,7 @@ TEST_F(LibModuleManagerTest, ExistsForTheProcessFromTheLoadOn)
     EXPECT_EQ(LibModuleManager::s_pInstance, registry);
 }
 
-TEST_F(LibModuleManagerTest, LeavesItsModulesAloneWhenReleased)
+TEST_F(LibModuleManagerTest, DoesNotReleaseItsModulesWhenDestroyed)
 {
     LibModuleManager* const atLoad = std::exchange(LibModuleManager::s_pInstance, nullptr);
     LibModuleManager::CreateInstance();

@@ -16,7 +16,7 @@ namespace {
 using TestSupport::ProgramResult;
 using TestSupport::RunProgram;
 
-TEST(LoadTest, GivesTheConstantsTheirValues)
+TEST(LoadTest, InitializesTheConstants)
 {
     const std::pair<const TString<wchar_t>*, const wchar_t*> cases[] = {
         {&FileLogger::c_strTickSeparator, L"-"},
@@ -39,7 +39,7 @@ TEST(LoadTest, GivesTheConstantsTheirValues)
         EXPECT_EQ(*constant, expected);
 }
 
-TEST(LoadTest, DoesNothingWhenRepeated)
+TEST(LoadTest, KeepsTheRegistryWhenRepeated)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
 
@@ -48,7 +48,7 @@ TEST(LoadTest, DoesNothingWhenRepeated)
     EXPECT_EQ(LibModuleManager::GetInstance(), registry);
 }
 
-TEST(LoadTest, RemovesTheRegistryFromUnloadToTheNextLoad)
+TEST(LoadTest, HasNoRegistryBetweenUnloadAndTheNextLoad)
 {
     DllToolkitUnload();
     DllToolkitUnload();
@@ -62,7 +62,7 @@ TEST(LoadTest, RemovesTheRegistryFromUnloadToTheNextLoad)
     LibModuleManager::GetInstance()->Release(true);
 }
 
-TEST(LoadTest, ReleasesWhatTheHostForgotAtUnload)
+TEST(LoadTest, ReleasesTheModulesAtUnloadIfTheHostDidNot)
 {
     LibModuleManager::GetInstance()->Initialize(false);
 
@@ -82,7 +82,7 @@ TEST(LoadTest, UnloadsWithoutARegistry)
     EXPECT_NE(LibModuleManager::GetInstance(), nullptr);
 }
 
-TEST(LoadTest, RunsItsStepsInOrderAndUndoesThemInReverse)
+TEST(LoadTest, ConstructsObjectsInOrderAndDestroysThemInReverse)
 {
     const ProgramResult result = RunProgram(TOOLKIT_TEST_SEQUENCE_PROGRAM, {});
 

@@ -21,30 +21,30 @@ namespace {
 
 constexpr char c_initials[] = "LIVPRS";
 constexpr unsigned int c_objectCount = sizeof c_initials - 1;
-constexpr unsigned int c_mostSteps = 64;
+constexpr unsigned int c_maxSteps = 64;
 
-unsigned int s_steps[c_mostSteps];
+unsigned int s_steps[c_maxSteps];
 unsigned int s_stepCount = 0;
 unsigned int s_lastStep = 0;
 
-unsigned int Present()
+unsigned int ExistingObjects()
 {
-    const bool present[] = {ILogger::s_pInstance != nullptr,
-                            SystemInfo::s_pInstance != nullptr,
-                            Version::s_pInstance != nullptr,
-                            PathManager::s_pInstance != nullptr,
-                            RestartManagment::s_pInstance != nullptr,
-                            SingleApplicationInstance::s_pInstance != nullptr};
+    const bool exists[] = {ILogger::s_pInstance != nullptr,
+                           SystemInfo::s_pInstance != nullptr,
+                           Version::s_pInstance != nullptr,
+                           PathManager::s_pInstance != nullptr,
+                           RestartManagment::s_pInstance != nullptr,
+                           SingleApplicationInstance::s_pInstance != nullptr};
     unsigned int bits = 0;
     for (unsigned int object = 0; object < c_objectCount; ++object)
-        bits |= present[object] ? 1u << object : 0u;
+        bits |= exists[object] ? 1u << object : 0u;
     return bits;
 }
 
-void Observe()
+void RecordStep()
 {
-    const unsigned int now = Present();
-    if (now == s_lastStep || s_stepCount == c_mostSteps)
+    const unsigned int now = ExistingObjects();
+    if (now == s_lastStep || s_stepCount == c_maxSteps)
         return;
     s_lastStep = now;
     s_steps[s_stepCount++] = now;
@@ -63,7 +63,7 @@ void PrintStep(unsigned int step)
 
 void PrintSteps(const char* title)
 {
-    Observe();
+    RecordStep();
     std::printf("%s:", title);
     for (unsigned int step = 0; step < s_stepCount; ++step)
         PrintStep(s_steps[step]);
@@ -75,7 +75,7 @@ void PrintSteps(const char* title)
 
 void* operator new(std::size_t size)
 {
-    Observe();
+    RecordStep();
     if (void* const memory = std::malloc(size > 0 ? size : 1))
         return memory;
     throw std::bad_alloc();
@@ -83,13 +83,13 @@ void* operator new(std::size_t size)
 
 void operator delete(void* memory) noexcept
 {
-    Observe();
+    RecordStep();
     std::free(memory);
 }
 
 void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
-    Observe();
+    RecordStep();
     std::free(memory);
 }
 

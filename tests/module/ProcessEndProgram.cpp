@@ -33,12 +33,12 @@ constexpr int c_status = 7;
 int s_seconds = 0;
 std::unique_ptr<DynamicLibrary> s_plugIn;
 
-class Ender : public Thread {
+class ExitingThread : public Thread {
 private:
     int DoWork() override { std::exit(c_status); }
 };
 
-smart_ptr<Thread> s_ender;
+smart_ptr<Thread> s_exitingThread;
 
 // Returns this process's files with their contents.
 std::map<std::string, std::string> Files()
@@ -116,8 +116,8 @@ int End(const std::string& how)
     } else if (how == "exit") {
         std::exit(c_status);
     } else if (how == "exit on a thread") {
-        s_ender = new Ender();
-        s_ender->Run();
+        s_exitingThread = new ExitingThread();
+        s_exitingThread->Run();
         for (;;)
             ::pause();
     } else if (how == "dlclose") {

@@ -25,22 +25,22 @@ constexpr unsigned int c_sizeLimit = 1 << 20;
 // Runs until its destructor asks it to end.
 class Worker : public Thread {
 public:
-    void RunAndWaitForBegin()
+    void RunAndWaitUntilStarted()
     {
         Run();
-        m_begun.get_future().wait();
+        m_started.get_future().wait();
     }
 
 private:
     int DoWork() override
     {
-        m_begun.set_value();
+        m_started.set_value();
         while (!Thread::TestDestroy())
             Sleep(1);
         return 0;
     }
 
-    std::promise<void> m_begun;
+    std::promise<void> m_started;
 };
 
 // Runs a thread between its start and its stop.
@@ -56,7 +56,7 @@ public:
     void Initialize() override
     {
         m_worker = std::make_unique<Worker>();
-        m_worker->RunAndWaitForBegin();
+        m_worker->RunAndWaitUntilStarted();
     }
     void Release() override { m_worker.reset(); }
 
@@ -70,19 +70,19 @@ std::unique_ptr<WxLogForwarder> s_forwarder;
 std::unique_ptr<IPCServer> s_server;
 
 // Returns the path of `name` in this process's directory.
-std::wstring InOwnDirectory(const wchar_t* name)
+std::wstring PathInOwnDirectory(const wchar_t* name)
 {
     const std::string directory = std::getenv("TMPDIR");
     return std::wstring(directory.begin(), directory.end()) + L"/" + name;
 }
 
-FileLogger* NewFileLogger()
+FileLogger* CreateFileLogger()
 {
     // Loggers write to /tmp, and the name continues the path from there.
-    return new FileLogger(SeverityVerbose, L".." + InOwnDirectory(L"scene"), c_sizeLimit);
+    return new FileLogger(SeverityVerbose, L".." + PathInOwnDirectory(L"scene"), c_sizeLimit);
 }
 
-void Log(ILogger& logger)
+void LogLines(ILogger& logger)
 {
     for (int i = 0; i < 100; ++i)
         logger.Write(L"line " + std::to_wstring(i) + L"\n");
@@ -98,13 +98,13 @@ void RunThread(smart_ptr<Thread>& thread)
 {
     auto* const worker = new Worker();
     thread = worker;
-    worker->RunAndWaitForBegin();
+    worker->RunAndWaitUntilStarted();
 }
 
 void SetUpLogger(const char* what)
 {
-    ILogger::SetLogger(NewFileLogger());
-    Log(ILogger::GetLogger());
+    ILogger::SetLogger(CreateFileLogger());
+    LogLines(ILogger::GetLogger());
     if (std::strcmp(what, "static logger") == 0) {
         static smart_ptr<ILogger> copy;
         copy = ILogger::GetInstance();
@@ -136,7 +136,7 @@ void SetUpThread(const char* what)
         RunThread(s_thread);
         s_thread->Pause();
     } else if (std::strcmp(what, "logging threads") == 0) {
-        ILogger::SetLogger(NewFileLogger());
+        ILogger::SetLogger(CreateFileLogger());
         for (int i = 0; i < 2; ++i)
             std::thread(LogForEver).detach();
     } else if (std::strcmp(what, "module's thread") == 0) {
@@ -155,10 +155,10 @@ void SetUpScene(const char* what)
 {
     if (std::strcmp(what, "private logger") == 0) {
         // This is never the process-wide logger.
-        s_logger = NewFileLogger();
-        Log(*s_logger);
+        s_logger = CreateFileLogger();
+        LogLines(*s_logger);
     } else if (std::strcmp(what, "server") == 0) {
-        s_server = std::make_unique<IPCServer>(InOwnDirectory(L"scene.ipc"));
+        s_server = std::make_unique<IPCServer>(PathInOwnDirectory(L"scene.ipc"));
         if (!s_server->Run())
             std::abort();
     } else if (std::strstr(what, "thread") && !std::strstr(what, "logger")) {

@@ -28,8 +28,8 @@ using TestSupport::SoakRounds;
 using TestSupport::TempDir;
 
 constexpr int c_status = 7;
-constexpr const char* c_seconds = "10";
-constexpr const char* c_secondsUnderValgrind = "100";
+constexpr const char* c_timeoutS = "10";
+constexpr const char* c_timeoutUnderValgrindS = "100";
 #ifdef TOOLKIT_SANITIZER
 constexpr bool c_isSanitized = true;
 #else
@@ -38,7 +38,7 @@ constexpr bool c_isSanitized = false;
 constexpr const char* c_program = TOOLKIT_TEST_PROCESS_END_PROGRAM;
 constexpr const char* c_stranger = TOOLKIT_TEST_PROCESS_END_STRANGER;
 
-const std::vector<std::string> c_things = {
+const std::vector<std::string> c_objects = {
     "process logger",  "static logger",    "global logger",    "thread_local logger",
     "private logger",  "static thread",    "global thread",    "thread_local thread",
     "module's thread", "forwarder",        "leaked forwarder", "server",
@@ -47,7 +47,7 @@ const std::vector<std::string> c_things = {
 
 // Used only in the program itself, since threads must not run in an unloaded plug-in, and not if
 // the process forks, where the test waits until the log stops growing.
-constexpr const char* c_busyThings = "logging threads";
+constexpr const char* c_loggingThreads = "logging threads";
 
 // One process: a program, how it ends, which objects are alive, and in which plug-in.
 struct Case {
@@ -59,9 +59,9 @@ struct Case {
 
     std::vector<std::string> Arguments() const
     {
-        std::vector<std::string> arguments = {program, c_seconds, how, what};
+        std::vector<std::string> arguments = {program, c_timeoutS, how, what};
         if (isUnderValgrind) {
-            arguments[1] = c_secondsUnderValgrind;
+            arguments[1] = c_timeoutUnderValgrindS;
             arguments.insert(arguments.begin(), {"valgrind", "--quiet", "--error-exitcode=99",
                                                  "--vgdb=no", "--read-inline-info=no"});
         }
@@ -76,7 +76,7 @@ struct Case {
     }
     // A process that does not stop the library leaves wxWidgets' memory to the system. A forked
     // child leaves the memory of its parent's threads.
-    bool LeavesMemory() const { return !how.ends_with("release") || what == "leaked forwarder"; }
+    bool LeaksMemory() const { return !how.ends_with("release") || what == "leaked forwarder"; }
     bool Logs() const { return what.find("logger") != std::string::npos; }
 };
 
@@ -88,17 +88,17 @@ struct End {
     std::vector<std::string> files;
 };
 
-std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, bool leavesMemory)
+std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, bool leaksMemory)
 {
     std::vector<std::string> variables;
     for (char** variable = environ; *variable; ++variable) {
-        const std::string_view text = *variable;
-        if (!text.starts_with("HOME=") && !text.starts_with("TMPDIR=") &&
-            !(leavesMemory && text.starts_with("ASAN_OPTIONS=")))
-            variables.emplace_back(text);
+        const std::string_view setting = *variable;
+        if (!setting.starts_with("HOME=") && !setting.starts_with("TMPDIR=") &&
+            !(leaksMemory && setting.starts_with("ASAN_OPTIONS=")))
+            variables.emplace_back(setting);
     }
     const char* const sanitizer = std::getenv("ASAN_OPTIONS");
-    if (leavesMemory)
+    if (leaksMemory)
         variables.push_back("ASAN_OPTIONS=" + std::string(sanitizer ? sanitizer : "") +
                             ":detect_leaks=0");
     // With these instructions, valgrind wrongly reports a read past the end.
@@ -108,19 +108,19 @@ std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, b
     return variables;
 }
 
-std::vector<char*> Pointers(std::vector<std::string>& texts)
+std::vector<char*> PointersTo(std::vector<std::string>& strings)
 {
     std::vector<char*> pointers;
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
+    for (std::string& string : strings)
+        pointers.push_back(string.data());
     pointers.push_back(nullptr);
     return pointers;
 }
 
-int Run(const Case& now, const std::filesystem::path& directory)
+int Run(const Case& testCase, const std::filesystem::path& directory)
 {
-    std::vector<std::string> arguments = now.Arguments();
-    std::vector<std::string> variables = EnvironmentIn(directory, now.LeavesMemory());
+    std::vector<std::string> arguments = testCase.Arguments();
+    std::vector<std::string> variables = EnvironmentIn(directory, testCase.LeaksMemory());
     const std::filesystem::path output = directory / "output";
     constexpr int flags = O_WRONLY | O_CREAT | O_APPEND;
     posix_spawn_file_actions_t actions;
@@ -129,7 +129,7 @@ int Run(const Case& now, const std::filesystem::path& directory)
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, output.c_str(), flags, 0600);
     pid_t process = 0;
     const int error = ::posix_spawnp(&process, arguments.front().c_str(), &actions, nullptr,
-                                     Pointers(arguments).data(), Pointers(variables).data());
+                                     PointersTo(arguments).data(), PointersTo(variables).data());
     ::posix_spawn_file_actions_destroy(&actions);
     int status = 0;
     if (error != 0 || ::waitpid(process, &status, 0) != process)
@@ -139,7 +139,7 @@ int Run(const Case& now, const std::filesystem::path& directory)
 
 // Stores the log and the names of the other remaining files in `end`, except the program's output
 // and the lock file, which stays by design.
-void Sort(End& end, const std::filesystem::path& directory)
+void StoreFiles(End& end, const std::filesystem::path& directory)
 {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
         const std::string name = entry.path().filename();
@@ -150,40 +150,40 @@ void Sort(End& end, const std::filesystem::path& directory)
     }
 }
 
-End RunInDirectory(const Case& now)
+End RunInDirectory(const Case& testCase)
 {
     const TempDir directory;
     std::filesystem::create_directory(directory.Path() / "home");
     std::filesystem::create_directory(directory.Path() / "tmp");
     End end{};
-    end.status = Run(now, directory.Path());
+    end.status = Run(testCase, directory.Path());
     end.errors = ReadWholeFile(directory.Path() / "output");
-    Sort(end, directory.Path());
+    StoreFiles(end, directory.Path());
     return end;
 }
 
-std::string WholeText()
+std::string CompleteLog()
 {
-    std::string text;
+    std::string log;
     for (int i = 0; i < 100; ++i)
-        text += "line " + std::to_string(i) + "\n";
-    return text;
+        log += "line " + std::to_string(i) + "\n";
+    return log;
 }
 
 // Describes what is wrong with `end`; empty if nothing is.
-std::string Fault(const Case& now, const End& end)
+std::string DescribeFault(const Case& testCase, const End& end)
 {
-    const bool isTerminated = now.how == "SIGTERM";
-    const bool endsAbruptly = isTerminated || now.how == "quick_exit";
-    const std::string text = WholeText();
+    const bool isTerminated = testCase.how == "SIGTERM";
+    const bool endsAbruptly = isTerminated || testCase.how == "quick_exit";
+    const std::string expectedLog = CompleteLog();
     if (end.status != (isTerminated ? -SIGTERM : c_status))
         return "status " + std::to_string(end.status) + "; " + end.errors;
     if (!end.errors.empty())
         return "prints: " + end.errors;
-    if (now.Logs() && isTerminated &&
-        (!text.starts_with(end.log) || (!end.log.empty() && end.log.back() != '\n')))
+    if (testCase.Logs() && isTerminated &&
+        (!expectedLog.starts_with(end.log) || (!end.log.empty() && end.log.back() != '\n')))
         return "cut text in the file";
-    if (now.Logs() && !isTerminated && end.log != text)
+    if (testCase.Logs() && !isTerminated && end.log != expectedLog)
         return "text of " + std::to_string(end.log.size()) + " bytes in the file";
     if (!endsAbruptly && !end.files.empty())
         return "leaves " + end.files.front() + " behind";
@@ -198,10 +198,10 @@ void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds
     std::mutex lock;
     const auto work = [&] {
         for (std::size_t i = next++; i < count; i = next++) {
-            const Case& now = cases[i % cases.size()];
-            const std::string fault = Fault(now, RunInDirectory(now));
+            const Case& testCase = cases[i % cases.size()];
+            const std::string fault = DescribeFault(testCase, RunInDirectory(testCase));
             const std::lock_guard guard(lock);
-            EXPECT_EQ(fault, "") << now.Name();
+            EXPECT_EQ(fault, "") << testCase.Name();
         }
     };
     std::vector<std::jthread> workers;
@@ -217,21 +217,21 @@ void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds
 std::vector<Case> CasesOf(const std::string& how)
 {
     std::vector<Case> cases;
-    for (const std::string& what : c_things) {
+    for (const std::string& what : c_objects) {
         if (!how.starts_with("dlclose"))
             cases.push_back({c_program, how, what, ""});
         for (const char* const plugIn : {TOOLKIT_TEST_PROCESS_END_PLUG_INS})
             cases.push_back({c_program, how, what, plugIn});
     }
     if (!how.starts_with("dlclose") && !how.starts_with("fork"))
-        cases.push_back({c_program, how, c_busyThings, ""});
+        cases.push_back({c_program, how, c_loggingThreads, ""});
     return cases;
 }
 
 std::vector<Case> CasesOfAStranger()
 {
     std::vector<Case> cases;
-    for (const std::string& what : c_things) {
+    for (const std::string& what : c_objects) {
         for (const char* const plugIn : {TOOLKIT_TEST_PROCESS_END_PLUG_INS}) {
             cases.push_back({c_stranger, "return", what, plugIn});
             cases.push_back({c_stranger, "dlclose", what, plugIn});
@@ -247,7 +247,7 @@ constexpr const char* c_ways[] = {"release",          "return",  "exit",
 
 class ProcessEndTest : public testing::TestWithParam<const char*> {};
 
-TEST_P(ProcessEndTest, KeepsStatusTextAndFiles)
+TEST_P(ProcessEndTest, KeepsStatusAndLogAndLeavesNoFiles)
 {
     RunAll(GetParam(), CasesOf(GetParam()), SoakRounds(1, 30));
 }
@@ -258,7 +258,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest, testing::ValuesIn(c_ways), [](con
     return name;
 });
 
-TEST(ProcessEndOfAStrangerTest, KeepsStatusTextAndFiles)
+TEST(ProcessEndOfAStrangerTest, KeepsStatusAndLogAndLeavesNoFiles)
 {
     RunAll("a host without the library", CasesOfAStranger(), SoakRounds(1, 30));
 }
@@ -273,8 +273,8 @@ protected:
 
     static void RunUnderValgrind(const std::string& title, std::vector<Case> cases)
     {
-        for (Case& now : cases)
-            now.isUnderValgrind = true;
+        for (Case& testCase : cases)
+            testCase.isUnderValgrind = true;
         RunAll(title + " under valgrind", cases, 1);
     }
 };

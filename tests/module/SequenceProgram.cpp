@@ -14,36 +14,36 @@
 
 namespace {
 
-constexpr std::size_t c_mostBlocks = 65536;
+constexpr std::size_t c_maxBlocks = 65536;
 
-void* s_blocks[c_mostBlocks]; // blocks allocated during the load, in order
+void* s_blocks[c_maxBlocks]; // blocks allocated during the load, in order
 std::size_t s_blockCount = 0;
 bool s_isLoading = true;
 bool s_isUnloading = false;
 const void* s_registry = nullptr;
 
-bool Holds(void* block, const wchar_t* text)
+bool Holds(void* block, const wchar_t* string)
 {
-    const std::size_t length = std::wcslen(text) + 1;
+    const std::size_t length = std::wcslen(string) + 1;
     return ::malloc_usable_size(block) >= length * sizeof(wchar_t) &&
-           std::wmemcmp(static_cast<const wchar_t*>(block), text, length) == 0;
+           std::wmemcmp(static_cast<const wchar_t*>(block), string, length) == 0;
 }
 
 // Prints the name of the block if it is one of the expected ones.
 void PrintBlock(void* block)
 {
-    static const wchar_t* const texts[] = {
+    static const wchar_t* const strings[] = {
         L".qvlog",  L"config", L"ressources",
         L"plugins", L"cache",  L"{3F8A1C2D-7B4E-4d19-A6C5-0E9D2B7F4A31}"};
     if (block == s_registry)
         std::fputs(" registry", stdout);
-    for (const wchar_t* const text : texts) {
-        if (Holds(block, text))
-            std::printf(" %ls", text);
+    for (const wchar_t* const string : strings) {
+        if (Holds(block, string))
+            std::printf(" %ls", string);
     }
 }
 
-void Forget(void* block)
+void FreeBlock(void* block)
 {
     if (s_isUnloading && block)
         PrintBlock(block);
@@ -79,19 +79,19 @@ void* operator new(std::size_t size)
     void* const block = std::malloc(size > 0 ? size : 1);
     if (!block)
         throw std::bad_alloc();
-    if (s_isLoading && s_blockCount < c_mostBlocks)
+    if (s_isLoading && s_blockCount < c_maxBlocks)
         s_blocks[s_blockCount++] = block;
     return block;
 }
 
 void operator delete(void* block) noexcept
 {
-    Forget(block);
+    FreeBlock(block);
 }
 
 void operator delete(void* block, std::size_t /*size*/) noexcept
 {
-    Forget(block);
+    FreeBlock(block);
 }
 
 int main()

@@ -30,7 +30,7 @@ using TestSupport::ScopedEnvironment;
 using TestSupport::TempDir;
 
 // Returns the initials of the existing process-wide objects.
-std::string Present()
+std::string ExistingObjects()
 {
     const std::pair<char, bool> objects[] = {
         {'L', ILogger::s_pInstance != nullptr},
@@ -40,17 +40,17 @@ std::string Present()
         {'R', RestartManagment::s_pInstance != nullptr},
         {'S', SingleApplicationInstance::s_pInstance != nullptr},
     };
-    std::string present;
-    for (const auto& [initial, isPresent] : objects) {
-        if (isPresent)
-            present.push_back(initial);
+    std::string initials;
+    for (const auto& [initial, exists] : objects) {
+        if (exists)
+            initials.push_back(initial);
     }
-    return present;
+    return initials;
 }
 
 class ToolkitModuleTest : public testing::Test {
 protected:
-    ~ToolkitModuleTest() override { EXPECT_EQ(Present(), ""); }
+    ~ToolkitModuleTest() override { EXPECT_EQ(ExistingObjects(), ""); }
 
     const TempDir m_directory;
     const ScopedEnvironment m_home{"HOME", m_directory.Path()};
@@ -58,7 +58,7 @@ protected:
 
 TEST_F(ToolkitModuleTest, CreatesNoObjectAtLoad)
 {
-    EXPECT_EQ(Present(), "");
+    EXPECT_EQ(ExistingObjects(), "");
 }
 
 TEST_F(ToolkitModuleTest, CreatesNoObjectInGetInstance)
@@ -70,14 +70,14 @@ TEST_F(ToolkitModuleTest, CreatesNoObjectInGetInstance)
     EXPECT_FALSE(RestartManagment::GetInstance().IsValid());
     EXPECT_FALSE(SingleApplicationInstance::GetInstance().IsValid());
 
-    EXPECT_EQ(Present(), "");
+    EXPECT_EQ(ExistingObjects(), "");
 }
 
 TEST_F(ToolkitModuleTest, CreatesAllObjectsInInitialize)
 {
     LibModuleManager::GetInstance()->Initialize(true);
 
-    EXPECT_EQ(Present(), "LIVPRS");
+    EXPECT_EQ(ExistingObjects(), "LIVPRS");
     LibModuleManager::GetInstance()->Release(true);
 }
 
@@ -92,7 +92,7 @@ TEST_F(ToolkitModuleTest, StartsWithALoggerThatDiscardsEverything)
     LibModuleManager::GetInstance()->Release(true);
 }
 
-TEST_F(ToolkitModuleTest, LetsCopiesOutliveTheRelease)
+TEST_F(ToolkitModuleTest, KeepsSharedObjectsAliveAfterTheRelease)
 {
     LibModuleManager::GetInstance()->Initialize(true);
     const smart_ptr<Version> version = Version::GetInstance();
@@ -106,23 +106,23 @@ TEST_F(ToolkitModuleTest, LetsCopiesOutliveTheRelease)
     logger->Write(L"still there");
 }
 
-TEST_F(ToolkitModuleTest, CanBeStartedAndStoppedAgain)
+TEST_F(ToolkitModuleTest, CanBeStartedAndStoppedRepeatedly)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
-    for (int life = 0; life < 20; ++life) {
+    for (int cycle = 0; cycle < 20; ++cycle) {
         registry->Initialize(true);
-        EXPECT_EQ(Present(), "LIVPRS");
+        EXPECT_EQ(ExistingObjects(), "LIVPRS");
         EXPECT_NE(wxAppConsole::GetInstance(), nullptr);
         registry->Release(true);
-        EXPECT_EQ(Present(), "");
+        EXPECT_EQ(ExistingObjects(), "");
         EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
     }
 }
 
-TEST_F(ToolkitModuleTest, SupportsALogFileAndForwarderPerStart)
+TEST_F(ToolkitModuleTest, SupportsALogFileAndAForwarderAfterEveryStart)
 {
     const std::wstring name = L"toolkit-module-test-" + std::to_wstring(::getpid());
-    for (int life = 0; life < 2; ++life) {
+    for (int cycle = 0; cycle < 2; ++cycle) {
         LibModuleManager::GetInstance()->Initialize(true);
         ILogger::SetLogger(smart_ptr<ILogger>(new FileLogger(SeverityInfo, name, 100000)));
         {
@@ -138,7 +138,7 @@ TEST_F(ToolkitModuleTest, SupportsALogFileAndForwarderPerStart)
     }
 }
 
-TEST_F(ToolkitModuleTest, LetsAForwarderOutliveTheStop)
+TEST_F(ToolkitModuleTest, LetsAForwarderOutliveTheRelease)
 {
     LibModuleManager::GetInstance()->Initialize(true);
     const WxLogForwarder forwarder;
@@ -161,7 +161,7 @@ TEST_F(ToolkitModuleTest, CountsStartsAndStopsOfWxWidgets)
     EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
 }
 
-TEST_F(ToolkitModuleTest, IgnoresExcessStops)
+TEST_F(ToolkitModuleTest, IgnoresExcessReleases)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
     registry->Initialize(true);
@@ -179,14 +179,14 @@ TEST_F(ToolkitModuleTest, WorksWithoutWxWidgets)
     LibModuleManager::GetInstance()->Initialize(false);
 
     EXPECT_EQ(wxAppConsole::GetInstance(), nullptr);
-    EXPECT_EQ(Present(), "LIVPRS");
+    EXPECT_EQ(ExistingObjects(), "LIVPRS");
     EXPECT_EQ(SystemInfo::GetInstance()->GetPlatform(), SystemInfo::PlatformUnix);
     EXPECT_EQ(PathManager::GetInstance()->GetApplicationName(), L"ToolkitModuleTest");
     EXPECT_FALSE(SingleApplicationInstance::GetInstance()->IsAlreadyRunning());
     LibModuleManager::GetInstance()->Release(false);
 }
 
-TEST_F(ToolkitModuleTest, LeavesTheApplicationObjectToItsHost)
+TEST_F(ToolkitModuleTest, DoesNotReplaceTheApplicationObjectOfTheHost)
 {
     const TestSupport::ProgramResult result =
         TestSupport::RunProgram(TOOLKIT_TEST_HOST_PROGRAM, {});
@@ -198,7 +198,7 @@ TEST_F(ToolkitModuleTest, LeavesTheApplicationObjectToItsHost)
 
 // ILogger clears its pointer before it destroys the logger, so there is no step "L" after "LR". If
 // the logger were released before RestartManagment, there would be a step "R".
-TEST_F(ToolkitModuleTest, CreatesAndReleasesObjectsInTheirOrder)
+TEST_F(ToolkitModuleTest, CreatesAndReleasesObjectsInFixedOrders)
 {
     const TestSupport::ProgramResult result =
         TestSupport::RunProgram(TOOLKIT_TEST_ORDER_PROGRAM, {});

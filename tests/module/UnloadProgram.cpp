@@ -1,4 +1,4 @@
-// Loads the library named by its argument and unloads it, twice. The library's registry lives in
+// Loads the library named by its argument and unloads it, twice. The library's registry is in
 // memory that this program allocates and frees.
 
 #include <cstddef>
