@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const TString<wchar_t> from = input.Text('\n');
     const TString<wchar_t> to = input.Text('\n');
     TString<wchar_t> text = input.Text('\0');
-    if (!References::EndsReplacing(from, to) && !IsForeign(from, to))
+    if (!References::ReplacingTerminates(from, to) && !IsForeign(from, to))
         return 0;
 
     std::wstring expected = text;

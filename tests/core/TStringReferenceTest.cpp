@@ -19,8 +19,8 @@
 namespace Toolkit {
 namespace {
 
-using References::EndsReplacing;
 using References::ReplaceRepeatedly;
+using References::ReplacingTerminates;
 using TestSupport::CompiledLocale;
 using TestSupport::RandomText;
 using TestSupport::ScopedLocale;
@@ -132,7 +132,7 @@ TEST(TStringReferenceTest, ReplacesAsTheReferenceDoes)
         const std::wstring from = random.Text<wchar_t>(L"ab", 4);
         const std::wstring to = random.Text<wchar_t>(L"abc", 4);
         const std::wstring text = random.Text<wchar_t>(L"abc", 30);
-        if (!EndsReplacing(from, to))
+        if (!ReplacingTerminates(from, to))
             continue;
 
         Wide replaced(text);

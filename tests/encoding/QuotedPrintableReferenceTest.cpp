@@ -20,7 +20,7 @@ namespace {
 using References::DecodeQuotedPrintable;
 using References::EncodeQuotedPrintable;
 using References::InsertSoftBreaks;
-using References::IsQuoted;
+using References::MustBeEscaped;
 using TestSupport::RandomText;
 using Wide = TString<wchar_t>;
 
@@ -75,7 +75,8 @@ TEST(QuotedPrintableReferenceTest, ReportsEveryByteAsItsTableSays)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const TString<char> text(static_cast<char>(byte));
-        EXPECT_EQ(QP::HasToBeQP(text, 1, 76, false), IsQuoted(static_cast<unsigned char>(byte)));
+        EXPECT_EQ(QP::HasToBeQP(text, 1, 76, false),
+                  MustBeEscaped(static_cast<unsigned char>(byte)));
     }
 }
 

@@ -67,7 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 // Counts the failures of the operations that docs/fork.md does not allow, for its table.
-TEST(ForkedChildCountTest, CountsTheFailuresOfForbiddenOperations)
+TEST(ForkedChildCountTest, CountsTheFailuresOfOperationsThatAreNotAllowed)
 {
     const int children = SoakRounds(0, 50);
     if (children == 0)

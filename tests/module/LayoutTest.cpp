@@ -436,7 +436,7 @@ TEST(LayoutTest, KeepsOnePointerInSystemInfo)
     EXPECT_EQ(sizeof(SystemInfo), c_pointer);
 }
 
-TEST(LayoutTest, KeepsAZeroInRestartManagment)
+TEST(LayoutTest, KeepsTheUnusedFieldOfRestartManagmentAtZero)
 {
     EXPECT_EQ(sizeof(RestartManagment), 2 * c_pointer);
     EXPECT_EQ(ReadAt<std::int32_t>(RestartManagment(), c_pointer), 0);

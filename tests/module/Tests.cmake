@@ -78,7 +78,7 @@ if(BUILD_SHARED_LIBS)
 endif()
 
 # Every way to end a process, with every kind of live object. ThreadSanitizer does
-# not know processes that fork, or end, while their threads run.
+# not support processes that fork, or end, while their threads run.
 if(BUILD_SHARED_LIBS AND NOT TOOLKIT_SANITIZE MATCHES "thread")
     toolkit_test(module/ProcessEndTest.cpp)
     toolkit_test_program(

@@ -17,14 +17,14 @@ inline std::string EncodeBase64(const std::string& bytes)
     std::string code;
     for (std::size_t index = 0; index < bytes.size(); index += 3) {
         unsigned int group = 0;
-        for (std::size_t place = index; place < index + 3; ++place)
-            group =
-                group << 8 | (place < bytes.size() ? static_cast<unsigned char>(bytes[place]) : 0);
-        const std::size_t left = bytes.size() - index;
+        for (std::size_t position = index; position < index + 3; ++position)
+            group = group << 8 |
+                    (position < bytes.size() ? static_cast<unsigned char>(bytes[position]) : 0);
+        const std::size_t remaining = bytes.size() - index;
         code += c_base64Alphabet[group >> 18];
         code += c_base64Alphabet[group >> 12 & 63];
-        code += left >= 2 ? c_base64Alphabet[group >> 6 & 63] : '=';
-        code += left >= 3 ? c_base64Alphabet[group & 63] : '=';
+        code += remaining >= 2 ? c_base64Alphabet[group >> 6 & 63] : '=';
+        code += remaining >= 3 ? c_base64Alphabet[group & 63] : '=';
     }
     return code;
 }
@@ -34,15 +34,15 @@ inline std::string DecodeBase64(const std::string& code)
     std::string bytes;
     unsigned int group = 0;
     for (std::size_t index = 0; index < code.size(); ++index) {
-        const unsigned int place = index % 4;
+        const unsigned int position = index % 4;
         const bool isPad = code[index] == '=';
         const std::size_t value = c_base64Alphabet.find(code[index]);
         if (value != std::string::npos)
-            group += static_cast<unsigned int>(value) << (3 - place) * 6;
-        if (place != 3 && !isPad)
+            group += static_cast<unsigned int>(value) << (3 - position) * 6;
+        if (position != 3 && !isPad)
             continue;
         bytes += static_cast<char>(group >> 16);
-        if (!isPad || place == 3)
+        if (!isPad || position == 3)
             bytes += static_cast<char>(group >> 8);
         if (!isPad)
             bytes += static_cast<char>(group);

@@ -19,7 +19,7 @@ inline std::wstring FormatDate(std::wstring pattern)
     return pattern.substr(0, pattern.find(L' '));
 }
 
-/// Formats 19:04, with AM and PM as the halves of the day.
+/// Formats 19:04 for a locale that calls the halves of the day AM and PM.
 inline std::wstring FormatTime(std::wstring pattern)
 {
     ReplaceRepeatedly(pattern, L"HH", L"19");
@@ -28,12 +28,12 @@ inline std::wstring FormatTime(std::wstring pattern)
     ReplaceRepeatedly(pattern, L"m", L"04");
     ReplaceRepeatedly(pattern, L":ss", L"");
     ReplaceRepeatedly(pattern, L" tt", L"");
-    const bool hasTwelveHours = pattern.find(L'h') != std::wstring::npos;
+    const bool isTwelveHourClock = pattern.find(L'h') != std::wstring::npos;
     ReplaceRepeatedly(pattern, L"h", L"07");
-    if (hasTwelveHours && pattern.find(L'a') == std::wstring::npos)
+    if (isTwelveHourClock && pattern.find(L'a') == std::wstring::npos)
         pattern += L" PM";
-    ReplaceRepeatedly(pattern, L"a", hasTwelveHours ? L"PM" : L"");
-    const std::wstring clock = hasTwelveHours ? L"07:04" : L"19:04";
+    ReplaceRepeatedly(pattern, L"a", isTwelveHourClock ? L"PM" : L"");
+    const std::wstring clock = isTwelveHourClock ? L"07:04" : L"19:04";
     ReplaceRepeatedly(pattern, L"%T", clock);
     ReplaceRepeatedly(pattern, L"%R", clock);
     const std::size_t space = pattern.find(L' ');

@@ -11,13 +11,14 @@
 // A plain reference implementation of quoted-printable, one character at a time.
 namespace Toolkit::References {
 
-// The set of 7-bit values that must be escaped, bit c & 7 of byte c >> 3.
-inline constexpr unsigned char c_quoted[16] = {0xFF, 0xFF, 0xFF, 0xFF, 0x05, 0x93, 0x00, 0xFC,
-                                               0x01, 0x00, 0x00, 0x38, 0x00, 0x00, 0x00, 0x00};
+// The 7-bit values for which HasToBeQP() returns true: bit c & 7 of byte c >> 3. 0x7F is not one of
+// them, although it is escaped.
+inline constexpr unsigned char c_mustBeEscaped[16] = {
+    0xFF, 0xFF, 0xFF, 0xFF, 0x05, 0x93, 0x00, 0xFC, 0x01, 0x00, 0x00, 0x38, 0x00, 0x00, 0x00, 0x00};
 
-inline bool IsQuoted(unsigned char byte)
+inline bool MustBeEscaped(unsigned char byte)
 {
-    return byte >= 0x80 || (c_quoted[byte >> 3] >> (byte & 7) & 1) != 0;
+    return byte >= 0x80 || (c_mustBeEscaped[byte >> 3] >> (byte & 7) & 1) != 0;
 }
 
 inline TString<wchar_t> EncodeQuotedPrintable(const TString<wchar_t>& text)
@@ -27,11 +28,12 @@ inline TString<wchar_t> EncodeQuotedPrintable(const TString<wchar_t>& text)
         const auto byte = static_cast<unsigned char>(character);
         char escape[4];
         std::snprintf(escape, sizeof escape, "=%02X", byte);
-        code += byte >= 0x7F || IsQuoted(byte) ? escape : std::string(1, character);
+        code += byte >= 0x7F || MustBeEscaped(byte) ? escape : std::string(1, character);
     }
     return {std::wstring(code.begin(), code.end())};
 }
 
+// "G" counts as a digit too, with the value 16.
 inline int DigitOf(char character)
 {
     const std::string digits = "0123456789ABCDEFG0123456789abcdefg";

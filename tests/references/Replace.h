@@ -14,7 +14,7 @@ inline void ReplaceRepeatedly(std::wstring& text, const std::wstring& from, cons
 
 /// Whether repeated replacement is sure to end: each step shortens the string, or yields a
 /// lexicographically greater one of the same length.
-inline bool EndsReplacing(const std::wstring& from, const std::wstring& to)
+inline bool ReplacingTerminates(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && (to.size() < from.size() || (to.size() == from.size() && to > from));
 }

@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(AtomicRecursionTest, MakesCallsAtomic)
+TEST(AtomicRecursionTest, MakesSubroutineCallsAtomic)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"(a(?1)?b)", "(a(?>(?1))?b)"},
@@ -34,7 +34,7 @@ TEST(AtomicRecursionTest, MakesGroupsThatReferToThemselvesAtomic)
         EXPECT_EQ(MakeRecursionAtomic(pattern), expected);
 }
 
-TEST(AtomicRecursionTest, LeavesOtherPatterns)
+TEST(AtomicRecursionTest, LeavesOtherPatternsUnchanged)
 {
     for (const char* pattern :
          {"", "a", "(a)(b)\\1", "(?<n>a)\\k<n>", "(?i)a(?-i)b", "(?-x:a)", "(?(1)a|b)",

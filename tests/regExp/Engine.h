@@ -11,10 +11,10 @@ constexpr bool c_usesPcre2 = true;
 constexpr bool c_usesPcre2 = false;
 #endif
 
-/// Returns the compile message of the engine in use: `first` is PCRE 1's, `second` PCRE 2's.
-inline std::string ForEngine(const std::string& first, const std::string& second)
+/// Returns the string for the engine in use.
+inline std::string SelectForEngine(const std::string& pcre1, const std::string& pcre2)
 {
-    return c_usesPcre2 ? second : first;
+    return c_usesPcre2 ? pcre2 : pcre1;
 }
 
 } // namespace Toolkit::TestSupport

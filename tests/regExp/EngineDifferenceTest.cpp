@@ -45,8 +45,8 @@ std::ostream& operator<<(std::ostream& stream, const Call& call)
 // All results of one call that a caller can observe, as text, and whether it failed.
 struct Outcome {
     std::string text;
-    bool isFaulty = false;
-    bool isLimited = false;
+    bool isInvalidPattern = false;
+    bool reachesLimit = false;
 };
 
 void WriteOffsets(std::ostream& stream, const MatchResult& result)
@@ -77,12 +77,12 @@ void Try(Outcome& outcome, const char* name, const Operation& operation)
     if (!exception.IsValid())
         return;
     const std::string& message = exception->message;
-    const bool isFaulty = message.find("(@offset: ") != std::string::npos;
-    outcome.isFaulty |= isFaulty;
+    const bool isInvalidPattern = message.find("(@offset: ") != std::string::npos;
+    outcome.isInvalidPattern |= isInvalidPattern;
     // Limits of steps, depth and memory, and endless recursion.
     for (const char* limit : {"-8g", "-21E", "-6g", "-26E"})
-        outcome.isLimited |= message.rfind(limit, 0) == 0;
-    outcome.text += isFaulty ? "does not compile" : message;
+        outcome.reachesLimit |= message.rfind(limit, 0) == 0;
+    outcome.text += isInvalidPattern ? "does not compile" : message;
 }
 
 void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
@@ -147,7 +147,7 @@ Outcome Run(const EngineTable& engine, const Call& call)
 
 // Returns the known fault of an engine that may explain why the outcomes differ; "different" if
 // there is none.
-const char* Difference(const Call& call, const Outcome& second)
+const char* ExplainDifference(const Call& call, const Outcome& second)
 {
     if (Contains(call.pattern, {")?+", ")*+", ")++", "}+"}))
         return "known: PCRE 1 backtracks into a possessive group, or keeps what it captured";
@@ -167,7 +167,7 @@ const char* Difference(const Call& call, const Outcome& second)
 // disagree on what verbs do inside assertions and calls, on where a search with (*COMMIT) begins,
 // and on which groups a condition or a repeated assertion leaves set. Returns "different" if there
 // is none.
-const char* RareDifference(const Call& call)
+const char* ExplainRareDifference(const Call& call)
 {
     if (Contains(call.pattern, {"(*COMMIT)"}))
         return "known: (*COMMIT)";
@@ -185,15 +185,15 @@ class Tally {
 public:
     explicit Tally(bool hasRareConstructs = false) : m_hasRareConstructs(hasRareConstructs) {}
 
-    // Runs `call` with both engines and counts the outcome. Prints the first `c_mostPrinted`
+    // Runs `call` with both engines and counts the outcome. Prints the first `c_maxPrinted`
     // differences of each kind.
     void Add(const Call& call)
     {
         const Outcome first = Run(TestSupport::c_pcre, call);
         const Outcome second = Run(TestSupport::c_pcre2, call);
-        const std::string ending = Ending(call, first, second);
-        const bool differs = ending == "different" || ending.rfind("known: ", 0) == 0;
-        if (++m_counts[ending] <= c_mostPrinted && differs)
+        const std::string kind = Classify(call, first, second);
+        const bool differs = kind == "different" || kind.rfind("known: ", 0) == 0;
+        if (++m_counts[kind] <= c_maxPrinted && differs)
             std::cout << call << "\nPCRE 1:" << first.text << "\nPCRE 2:" << second.text << '\n';
     }
 
@@ -219,21 +219,21 @@ public:
     }
 
 private:
-    static constexpr int c_mostPrinted = 20;
+    static constexpr int c_maxPrinted = 20;
 
-    std::string Ending(const Call& call, const Outcome& first, const Outcome& second) const
+    std::string Classify(const Call& call, const Outcome& first, const Outcome& second) const
     {
-        if (first.isFaulty && second.isFaulty)
+        if (first.isInvalidPattern && second.isInvalidPattern)
             return "no engine accepts the pattern";
-        if (first.isFaulty || second.isFaulty)
-            return first.isFaulty ? "only PCRE 2 accepts the pattern"
-                                  : "only PCRE 1 accepts the pattern";
-        if (first.isLimited || second.isLimited)
+        if (first.isInvalidPattern || second.isInvalidPattern)
+            return first.isInvalidPattern ? "only PCRE 2 accepts the pattern"
+                                          : "only PCRE 1 accepts the pattern";
+        if (first.reachesLimit || second.reachesLimit)
             return "a limit ends the call";
         if (first.text == second.text)
             return "equal";
-        const std::string cause = Difference(call, second);
-        return cause == "different" && m_hasRareConstructs ? RareDifference(call) : cause;
+        const std::string cause = ExplainDifference(call, second);
+        return cause == "different" && m_hasRareConstructs ? ExplainRareDifference(call) : cause;
     }
 
     bool m_hasRareConstructs;
@@ -243,11 +243,11 @@ private:
 // Number of random calls in the sample. Each batch of this size has its own seed, so that a call
 // can be reproduced. Fewer under a sanitizer, where a call takes much longer.
 #ifdef TOOLKIT_SANITIZER
-constexpr int c_sample = 1'000;
+constexpr int c_sampleSize = 1'000;
 #else
-constexpr int c_sample = 4'000;
+constexpr int c_sampleSize = 4'000;
 #endif
-constexpr int c_callsPerSeed = c_sample;
+constexpr int c_callsPerSeed = c_sampleSize;
 
 Call RandomCall(RandomPattern& random)
 {
@@ -270,9 +270,9 @@ void AddRandomCalls(Tally& tally, unsigned int firstSeed, bool hasRareConstructs
     tally.Report();
 }
 
-TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
+TEST(EngineDifferenceTest, ReturnsEqualResultsForRandomCalls)
 {
-    const int rounds = TestSupport::SoakRounds(4 * c_sample, 800'000);
+    const int rounds = TestSupport::SoakRounds(4 * c_sampleSize, 800'000);
     Tally tally;
     AddRandomCalls(tally, 1'000, false, rounds);
 
@@ -286,19 +286,19 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfRandomCalls)
 // The engines themselves disagree on what verbs do inside assertions and calls, on which groups a
 // condition or a repeated assertion leaves set, and on where a search with (*COMMIT) begins. The
 // sample contains no such call, the whole sweep a few.
-TEST(EngineDifferenceTest, DiffersRarelyInRareConstructs)
+TEST(EngineDifferenceTest, DiffersRarelyForRareConstructs)
 {
-    const int rounds = TestSupport::SoakRounds(c_sample, 200'000);
+    const int rounds = TestSupport::SoakRounds(c_sampleSize, 200'000);
     Tally tally(true);
     AddRandomCalls(tally, 2'000, true, rounds);
 
-    const int most = rounds == c_sample ? 0 : rounds / 5'000;
+    const int maxKnown = rounds == c_sampleSize ? 0 : rounds / 5'000;
     EXPECT_EQ(tally.Count("different"), 0);
-    EXPECT_LE(tally.CountKnown(), most);
+    EXPECT_LE(tally.CountKnown(), maxKnown);
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
 
-TEST(EngineDifferenceTest, ReturnsEqualResultsOfTheSamples)
+TEST(EngineDifferenceTest, ReturnsEqualResultsForTheSamples)
 {
     Tally tally;
     for (const char* pattern : TestSupport::c_patterns) {
@@ -312,7 +312,7 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsOfTheSamples)
     EXPECT_EQ(tally.Count("different"), 0);
 }
 
-TEST(EngineDifferenceTest, ReturnsEqualResultsOfTheFeatureSamples)
+TEST(EngineDifferenceTest, ReturnsEqualResultsForTheFeatureSamples)
 {
     Tally tally;
     for (const TestSupport::FeatureSample& sample : TestSupport::c_featureSamples) {

@@ -31,7 +31,7 @@ TEST(GroupTest, HasValueAndIndexButNoName)
     EXPECT_EQ(group.name, "");
 }
 
-TEST_F(GroupCollectionTest, HasNothingAfterConstruction)
+TEST_F(GroupCollectionTest, IsEmptyAfterConstruction)
 {
     const GroupCollection groups;
 
@@ -57,7 +57,7 @@ TEST_F(GroupCollectionTest, ReturnsAnEmptyPointerForNumbersAfterTheLast)
     }
 }
 
-TEST_F(GroupCollectionTest, SharesItsGroups)
+TEST_F(GroupCollectionTest, SharesItsGroupsWithCallers)
 {
     m_groups[1]->value = "changed";
 
@@ -67,14 +67,14 @@ TEST_F(GroupCollectionTest, SharesItsGroups)
 
 TEST_F(GroupCollectionTest, LetsGroupsOutliveIt)
 {
-    smart_ptr<Group> kept;
+    smart_ptr<Group> group;
     {
         GroupCollection groups;
         groups.Add(smart_ptr<Group>(new Group("kept", 0)));
-        kept = groups[0];
+        group = groups[0];
     }
 
-    EXPECT_EQ(kept->value, "kept");
+    EXPECT_EQ(group->value, "kept");
 }
 
 TEST_F(GroupCollectionTest, AddsANameAndSetsItOnTheGroup)
@@ -86,7 +86,7 @@ TEST_F(GroupCollectionTest, AddsANameAndSetsItOnTheGroup)
     EXPECT_EQ(m_groups[0]->name, "");
 }
 
-TEST_F(GroupCollectionTest, DoesNotNameNumbersWithoutAGroup)
+TEST_F(GroupCollectionTest, IgnoresNamesForNumbersWithoutAGroup)
 {
     for (const int number : {3, 4, 65536, 65537, -1, -65535})
         m_groups.AddNamedGroupKey("name", number);
@@ -140,7 +140,7 @@ TEST_F(GroupCollectionTest, AcceptsAnEmptyPointerAndItsName)
     EXPECT_FALSE(m_groups.GetGroup("nobody").IsValid());
 }
 
-TEST_F(GroupCollectionTest, ForgetsGroupsAndNamesInClear)
+TEST_F(GroupCollectionTest, RemovesGroupsAndNamesInClear)
 {
     m_groups.AddNamedGroupKey("first", 1);
 

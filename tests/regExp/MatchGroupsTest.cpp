@@ -8,7 +8,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(MatchGroupsTest, ReturnsARangeOnlyForAGroupThatTookPart)
+TEST(MatchGroupsTest, ReturnsAValidRangeOnlyForAUsedGroup)
 {
     MatchResult result;
     result.ovector[4] = 3;
@@ -20,7 +20,7 @@ TEST(MatchGroupsTest, ReturnsARangeOnlyForAGroupThatTookPart)
         EXPECT_FALSE(GetGroupRange(result, number).IsValid()) << number;
 }
 
-TEST(MatchGroupsTest, ReturnsAnEmptyRangeThatEndsBeforeItBegins)
+TEST(MatchGroupsTest, TreatsARangeThatEndsBeforeItBeginsAsEmpty)
 {
     EXPECT_EQ((GroupRange{5, 3}.Length()), 0u);
     EXPECT_TRUE((GroupRange{5, 3}.IsValid()));
@@ -45,7 +45,7 @@ TEST(MatchGroupsTest, ThrowsWhenTheEngineCannotReportNames)
               "pcre_fullinfo 'PCRE_INFO_NAMECOUNT' return error");
 }
 
-TEST(MatchGroupsTest, GetsNothingFromTheEngineAboutAMissingPattern)
+TEST(MatchGroupsTest, FailsToReadNamesWithoutACompiledPattern)
 {
     int number = 0;
     const unsigned char* table = nullptr;

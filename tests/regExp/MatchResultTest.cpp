@@ -47,7 +47,7 @@ TEST(MatchResultTest, IsACollectionOfGroups)
     EXPECT_EQ(result->GetGroup("name")->value, "all");
 }
 
-TEST(MatchResultTest, SucceedsWithEveryCodeFromZeroOn)
+TEST(MatchResultTest, SucceedsForEveryNonNegativeCode)
 {
     constexpr std::pair<int, bool> cases[] = {{0, true},   {1, true},   {20, true},
                                               {-1, false}, {-2, false}, {-21, false}};
@@ -57,7 +57,7 @@ TEST(MatchResultTest, SucceedsWithEveryCodeFromZeroOn)
     }
 }
 
-TEST(MatchResultTest, FailsWithAPatternThatDidNotCompile)
+TEST(MatchResultTest, FailsForAPatternThatDidNotCompile)
 {
     const smart_ptr<MatchResult> result = ResultWithCode(1);
     result->errorText = "missing )";

@@ -7,7 +7,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(PatternNestingTest, CountsLevelsAndNotParentheses)
+TEST(PatternNestingTest, CountsLevelsInsteadOfParentheses)
 {
     constexpr std::pair<const char*, std::size_t> cases[] = {
         {"", 0},          {"a", 0},          {"(a)", 1},        {"(a)(b)(c)", 1},
@@ -28,7 +28,7 @@ TEST(PatternNestingTest, CountsAThousandGroupsInARowAsOneLevel)
     EXPECT_EQ(MeasureNesting(pattern.c_str()), 1u);
 }
 
-TEST(PatternNestingTest, CountsEveryOpeningWhereAClosingOneMayBeQuoted)
+TEST(PatternNestingTest, CountsAllOpeningParenthesesWhereAClosingOneIsUncertain)
 {
     for (const char* pattern :
          {"(?x)((# )\n(((", "\\Q)))\\E(((((", "\\c)(((((", "[\\Q]\\E)))((((( ", "(*MARK:[)(((((",

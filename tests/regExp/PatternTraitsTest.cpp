@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(PatternTraitsTest, LooksOnlyAheadInOrdinaryPatterns)
+TEST(PatternTraitsTest, ReturnsTrueForPatternsThatLookAheadOnly)
 {
     for (const char* pattern :
          {"",        "a",      "a|b",      "[^a]",       "a$",          "\\d+\\.\\d*",
@@ -17,7 +17,7 @@ TEST(PatternTraitsTest, LooksOnlyAheadInOrdinaryPatterns)
     }
 }
 
-TEST(PatternTraitsTest, FindsWhatMayLookBehind)
+TEST(PatternTraitsTest, ReturnsFalseForPatternsThatMayLookBehind)
 {
     for (const char* pattern :
          {"^a",      "a|^b",      "(^a)",       "(?m)^",    "\\[^a",    "\\c[^a",   "\\ba",
@@ -29,7 +29,7 @@ TEST(PatternTraitsTest, FindsWhatMayLookBehind)
     }
 }
 
-TEST(PatternTraitsTest, OnlySingleBytesSplitCharacters)
+TEST(PatternTraitsTest, ReportsThatOnlyBackslashCSplitsCharacters)
 {
     EXPECT_TRUE(MatchesWholeCharacters("(?s).\\c\\d"));
     EXPECT_FALSE(MatchesWholeCharacters("a\\C"));

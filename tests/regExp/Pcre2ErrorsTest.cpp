@@ -28,7 +28,7 @@ TEST(Pcre2ErrorsTest, MapsAnErrorWithoutCounterpartToTheInternalError)
         EXPECT_EQ(ToPcreError(error), -14) << error;
 }
 
-TEST(Pcre2ErrorsTest, MapsFaultsOfUtf8ToTheSameNumbers)
+TEST(Pcre2ErrorsTest, MapsUtf8ErrorsToTheFaultNumbersOfPcre1)
 {
     EXPECT_EQ(ToUtf8Fault(PCRE2_ERROR_UTF8_ERR1), 1);
     EXPECT_EQ(ToUtf8Fault(PCRE2_ERROR_UTF8_ERR21), 21);
@@ -36,12 +36,12 @@ TEST(Pcre2ErrorsTest, MapsFaultsOfUtf8ToTheSameNumbers)
     EXPECT_FALSE(IsInvalidUtf8Error(PCRE2_ERROR_UTF16_ERR1));
 }
 
-TEST(Pcre2ErrorsTest, KeepsTheTextOfAnError)
+TEST(Pcre2ErrorsTest, ReturnsTheSamePointerForTheSameError)
 {
-    const char* const text = GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
+    const char* const message = GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
 
-    EXPECT_STREQ(text, "missing terminating ] for character class");
-    EXPECT_EQ(GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET), text);
+    EXPECT_STREQ(message, "missing terminating ] for character class");
+    EXPECT_EQ(GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET), message);
     EXPECT_STREQ(GetCompileErrorText(100000), "unknown error");
     EXPECT_STREQ(GetCompileErrorText(-100000), "unknown error");
 }

@@ -36,7 +36,7 @@ TEST(RegExpExceptionTest, IsAStandardException)
     EXPECT_TRUE(std::has_virtual_destructor_v<RegExpException>);
 }
 
-TEST(RegExpExceptionTest, ReportsWhereItWasThrown)
+TEST(RegExpExceptionTest, ReportsAFixedLocation)
 {
     const auto exception = CaughtException([] { RegExpException::Throw(L"message"); });
 
@@ -46,29 +46,30 @@ TEST(RegExpExceptionTest, ReportsWhereItWasThrown)
     EXPECT_EQ(exception->function, "Throw");
 }
 
-TEST(RegExpExceptionTest, HasAMessageInUtf8)
+TEST(RegExpExceptionTest, ConvertsItsMessageToUtf8)
 {
     EXPECT_EQ(CaughtMessage([] { RegExpException::Throw(L"\u00E9t\u00E9"); }), "\xC3\xA9t\xC3\xA9");
 }
 
-TEST(RegExpExceptionTest, IsNotCaughtAsTheClassItself)
+TEST(RegExpExceptionTest, IsThrownAsASmartPointer)
 {
     EXPECT_THROW(
         try { RegExpException::Throw(L"message"); } catch (const std::exception&){},
         smart_ptr<RegExpException>);
 }
 
-TEST(RegExpExceptionTest, HidesTheBeginningOfALongCompileMessage)
+TEST(RegExpExceptionTest, OverwritesThePrefixWithALongCompileMessage)
 {
     EXPECT_EQ(CompileMessage("abc["),
               " : missing terminating ] for character class (@offset: 4) abc[");
-    EXPECT_EQ(CompileMessage("a**b{2}+*"),
-              TestSupport::ForEngine(" : nothing to repeat (@offset: 2) a**b{2}+*",
+    EXPECT_EQ(
+        CompileMessage("a**b{2}+*"),
+        TestSupport::SelectForEngine(" : nothing to repeat (@offset: 2) a**b{2}+*",
                                      " : quantifier does not follow a repeatable item (@offset: 2) "
                                      "a**b{2}+*"));
 }
 
-TEST(RegExpExceptionTest, PutsTheRestOfItsBeginningAfterAShortCompileMessage)
+TEST(RegExpExceptionTest, KeepsTheRestOfThePrefixAfterAShortCompileMessage)
 {
     if (TestSupport::c_usesPcre2)
         GTEST_SKIP() << "PCRE 2 has no message that is short enough";
@@ -82,16 +83,17 @@ TEST(RegExpExceptionTest, PutsTheRestOfItsBeginningAfterAShortCompileMessage)
         EXPECT_EQ(CompileMessage(pattern), expected);
 }
 
-TEST(RegExpExceptionTest, HasThePatternInUtf8InACompileMessage)
+TEST(RegExpExceptionTest, IncludesThePatternAsUtf8InACompileMessage)
 {
     EXPECT_EQ(CompileMessage("\xC3\xA9["),
               " : missing terminating ] for character class (@offset: 3) \xC3\xA9[");
 }
 
-TEST(RegExpExceptionTest, LeavesAPatternThatIsNotUtf8OutOfTheMessage)
+TEST(RegExpExceptionTest, OmitsAPatternThatIsNotUtf8FromTheMessage)
 {
-    EXPECT_EQ(CompileMessage("a\xFF"),
-              TestSupport::ForEngine(" : invalid UTF-8 string (@offset: 1) ",
+    EXPECT_EQ(
+        CompileMessage("a\xFF"),
+        TestSupport::SelectForEngine(" : invalid UTF-8 string (@offset: 1) ",
                                      " : UTF-8 error: illegal byte (0xfe or 0xff) (@offset: 1) "));
 }
 
@@ -103,7 +105,7 @@ TEST(RegExpExceptionTest, WritesAnOffsetWithoutThousandsSeparators)
               " : missing terminating ] for character class (@offset: 12346) " + pattern);
 }
 
-TEST(RegExpExceptionTest, IsThrownByEveryOperationForABadPattern)
+TEST(RegExpExceptionTest, IsThrownByEveryOperationForAnInvalidPattern)
 {
     RegExp regExp("a[", RegExpOptions::None);
     RegExp::ReplacementMappedStrings map;
@@ -119,7 +121,7 @@ TEST(RegExpExceptionTest, IsThrownByEveryOperationForABadPattern)
     EXPECT_EQ(CaughtMessage([&] { regExp.Replace(map, "a"); }), expected);
 }
 
-TEST(RegExpExceptionTest, HasTheCodeOfAFailedSearchOverItsMessage)
+TEST(RegExpExceptionTest, OverwritesTheStartOfASearchMessageWithTheErrorCode)
 {
     const RegExp regExp("a", RegExpOptions::None);
     const smart_ptr<MatchResult> neverCompiled(new MatchResult());
@@ -130,7 +132,7 @@ TEST(RegExpExceptionTest, HasTheCodeOfAFailedSearchOverItsMessage)
     EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch("\xC3"); }), "-10Exp::Match return error: ");
 }
 
-TEST(RegExpExceptionTest, LeavesThePatternAsItWas)
+TEST(RegExpExceptionTest, LeavesThePatternUsable)
 {
     const RegExp regExp("a", RegExpOptions::None);
 
@@ -138,15 +140,15 @@ TEST(RegExpExceptionTest, LeavesThePatternAsItWas)
     EXPECT_TRUE(regExp.IsMatch("a"));
 }
 
-TEST(RegExpExceptionTest, LivesAsLongAsAPointerToIt)
+TEST(RegExpExceptionTest, StaysAliveWhileAPointerRefersToIt)
 {
-    smart_ptr<RegExpException> kept;
+    smart_ptr<RegExpException> copy;
     {
         const auto exception = CaughtException([] { RegExpException::Throw(L"kept"); });
-        kept = exception;
+        copy = exception;
     }
 
-    EXPECT_EQ(kept->message, "kept");
+    EXPECT_EQ(copy->message, "kept");
 }
 
 } // namespace

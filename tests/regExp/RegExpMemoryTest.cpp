@@ -31,14 +31,14 @@ int FailEachAllocation(const std::function<void()>& operation)
         bool hasFailed = false;
         const TString<char> message = CaughtMessage([&] {
             const TestSupport::FailingAllocation failing(index);
-            const auto report = [&] { hasFailed = failing.HasFailed(); };
+            const auto recordFailure = [&] { hasFailed = failing.HasFailed(); };
             try {
                 operation();
             } catch (...) {
-                report();
+                recordFailure();
                 throw;
             }
-            report();
+            recordFailure();
         });
         if (!hasFailed)
             return index;
@@ -75,7 +75,7 @@ TEST(RegExpMemoryTest, WorksAgainAfterRunningOutOfMemory)
 }
 
 // The library constructs this exception when it is loaded.
-TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWithoutAnyMemory)
+TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWhenOutOfMemory)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);
     const auto match = [&] {
@@ -86,7 +86,7 @@ TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWithoutAnyMemory)
     EXPECT_THROW(match(), smart_ptr<RegExpException>);
 }
 
-TEST(RegExpMemoryTest, LeavesACollectionAsItIsWhenAGroupDoesNotFit)
+TEST(RegExpMemoryTest, LeavesACollectionUnchangedWhenOutOfMemory)
 {
     GroupCollection groups;
     groups.Add(smart_ptr<Group>(new Group("value", 0)));

@@ -26,7 +26,7 @@ public:
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
 
-    Thrower Throws(const char* name) const
+    Thrower GetThrower(const char* name) const
     {
         return reinterpret_cast<Thrower>(dlsym(m_handle, name));
     }
@@ -63,17 +63,17 @@ void ForEachPair(const Check& check)
     }
 }
 
-TEST(RegExpPluginTest, CatchesAnExceptionOfTheLibraryInPlugins)
+TEST(RegExpPluginTest, CatchesAnExceptionThrownByTheLibrary)
 {
     ForEachPair([](const Plugin& throwing, const Plugin& catching) {
-        EXPECT_TRUE(catching.Catches(throwing.Throws("ThrowFromLibrary")));
+        EXPECT_TRUE(catching.Catches(throwing.GetThrower("ThrowFromLibrary")));
     });
 }
 
-TEST(RegExpPluginTest, CatchesAnExceptionOfOnePluginInAnother)
+TEST(RegExpPluginTest, CatchesAnExceptionThrownByAnotherPlugin)
 {
     ForEachPair([](const Plugin& throwing, const Plugin& catching) {
-        EXPECT_TRUE(catching.Catches(throwing.Throws("ThrowFromPlugin")));
+        EXPECT_TRUE(catching.Catches(throwing.GetThrower("ThrowFromPlugin")));
     });
 }
 

@@ -39,18 +39,19 @@ std::string ExecuteMessage(int code)
 // Returns the message of a UTF-8 pattern that does not compile.
 std::string CompileMessage(const DirectPcre& direct, const std::string& pattern)
 {
-    const std::string written = std::string(" : ") + direct.ErrorText() +
+    const std::string message = std::string(" : ") + direct.ErrorText() +
                                 " (@offset: " + std::to_string(direct.ErrorOffset()) + ") " +
                                 (pattern == "\xFF" ? std::string() : pattern);
     const std::string prefix = "pcre_compile failed with error ";
-    const auto isCharacter = [](char byte) { return (byte & 0xC0) != 0x80; };
-    const auto length = std::count_if(written.begin(), written.end(), isCharacter);
-    return written + prefix.substr(std::min(static_cast<std::size_t>(length), prefix.size()));
+    const auto isFirstByte = [](char byte) { return (byte & 0xC0) != 0x80; };
+    const auto length = std::count_if(message.begin(), message.end(), isFirstByte);
+    return message + prefix.substr(std::min(static_cast<std::size_t>(length), prefix.size()));
 }
 
-// Replaces whole matches step by step. Each search is a direct call to PCRE on the whole string.
-Outcome ReplaceStepByStep(const std::string& pattern, const std::string& replacement,
-                          const std::string& subject)
+// The reference implementation: replaces one match at a time. Each search is a direct call to PCRE
+// on the whole string.
+Outcome ReplaceByReference(const std::string& pattern, const std::string& replacement,
+                           const std::string& subject)
 {
     DirectPcre direct(pattern);
     if (!direct.Code())
@@ -84,7 +85,7 @@ void ExpectSameReplacement(const std::string& pattern, const std::string& replac
                            const std::string& subject)
 {
     ASSERT_EQ(ReplaceByLibrary(pattern, replacement, subject),
-              ReplaceStepByStep(pattern, replacement, subject))
+              ReplaceByReference(pattern, replacement, subject))
         << "pattern " << pattern << " replacement " << replacement << " subject "
         << subject.substr(0, 100);
 }
@@ -161,7 +162,7 @@ std::string RandomSubject(RandomText& random)
 constexpr const char* c_replacements[] = {"",   "a",  "b",        "ab",     "aa",
                                           "\n", "$1", "\xC3\xA9", "xyz\\b", " "};
 
-TEST(RegExpReferenceTest, MatchesWhatTheEngineMatches)
+TEST(RegExpReferenceTest, MatchesTheSamplesLikeTheEngine)
 {
     for (const char* pattern : TestSupport::c_patterns) {
         for (const char* subject : TestSupport::c_subjects) {
@@ -171,7 +172,7 @@ TEST(RegExpReferenceTest, MatchesWhatTheEngineMatches)
     }
 }
 
-TEST(RegExpReferenceTest, ReplacesWhatTheStepsReplace)
+TEST(RegExpReferenceTest, ReplacesInTheSamplesLikeTheReference)
 {
     for (const char* pattern : TestSupport::c_patterns) {
         for (const char* subject : TestSupport::c_subjects) {
@@ -181,7 +182,7 @@ TEST(RegExpReferenceTest, ReplacesWhatTheStepsReplace)
     }
 }
 
-TEST(RegExpReferenceTest, ReplacesByInvalidTextAsTheStepsDo)
+TEST(RegExpReferenceTest, ReplacesWithInvalidUtf8LikeTheReference)
 {
     for (const char* pattern : TestSupport::c_patterns) {
         for (const char* subject : TestSupport::c_subjects) {
@@ -191,7 +192,7 @@ TEST(RegExpReferenceTest, ReplacesByInvalidTextAsTheStepsDo)
     }
 }
 
-TEST(RegExpReferenceTest, MatchesRandomPatternsAsTheEngineDoes)
+TEST(RegExpReferenceTest, MatchesRandomPatternsLikeTheEngine)
 {
     RandomText random(1);
     for (int round = 0; round < 3000; ++round) {
@@ -202,7 +203,7 @@ TEST(RegExpReferenceTest, MatchesRandomPatternsAsTheEngineDoes)
     }
 }
 
-TEST(RegExpReferenceTest, ReplacesRandomPatternsAsTheStepsDo)
+TEST(RegExpReferenceTest, ReplacesRandomPatternsLikeTheReference)
 {
     RandomText random(2);
     for (int round = 0; round < 20000; ++round) {
@@ -213,7 +214,7 @@ TEST(RegExpReferenceTest, ReplacesRandomPatternsAsTheStepsDo)
     }
 }
 
-TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongTextsAsTheStepsDo)
+TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongSubjectsLikeTheReference)
 {
     RandomText random(4);
     for (int round = 0; round < 200; ++round) {
@@ -225,7 +226,7 @@ TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongTextsAsTheStepsDo)
     }
 }
 
-TEST(RegExpReferenceTest, ReplacesLongTextsAsTheStepsDo)
+TEST(RegExpReferenceTest, ReplacesInLongSubjectsLikeTheReference)
 {
     // Replacing ends if the replacement does not match, no matter where the search continues.
     constexpr std::pair<const char*, const char*> cases[] = {{"a", "-"},
@@ -250,7 +251,7 @@ TEST(RegExpReferenceTest, ReplacesLongTextsAsTheStepsDo)
     }
 }
 
-TEST(RegExpReferenceTest, FailsAtOffsetsInsideCharactersAsTheStepsDo)
+TEST(RegExpReferenceTest, TreatsOffsetsInsideCharactersLikeTheReference)
 {
     std::string subject;
     while (subject.size() < 66000)

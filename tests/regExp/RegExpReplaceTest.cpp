@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::Pair;
 using TestSupport::CaughtMessage;
 
-using Texts = std::vector<TString<char>>;
+using Strings = std::vector<TString<char>>;
 using Map = RegExp::ReplacementMappedStrings;
 
 TString<char> ReplaceAll(const TString<char>& pattern, const TString<char>& replacement,
@@ -21,7 +21,7 @@ TString<char> ReplaceAll(const TString<char>& pattern, const TString<char>& repl
     return RegExp(pattern, RegExpOptions::None).Replace(replacement, subject, 0);
 }
 
-TString<char> ReplaceGroups(const TString<char>& pattern, const Texts& replacements,
+TString<char> ReplaceGroups(const TString<char>& pattern, const Strings& replacements,
                             const TString<char>& subject)
 {
     return RegExp(pattern, RegExpOptions::None).Replace(replacements, subject);
@@ -63,7 +63,7 @@ TEST(RegExpReplaceTest, ReplacesEveryMatch)
                          "\xC3\xA9"}});
 }
 
-TEST(RegExpReplaceTest, NeverReplacesAReplacement)
+TEST(RegExpReplaceTest, DoesNotReplaceAReplacement)
 {
     ExpectReplacements({{"a", "aa", "aaa", "aaaaaa"}, {"ab", "b", "aab", "ab"}});
 }
@@ -73,7 +73,7 @@ TEST(RegExpReplaceTest, InsertsTheReplacementLiterally)
     ExpectReplacements({{"(a)", "$1\\1\\0$&", "a", "$1\\1\\0$&"}});
 }
 
-TEST(RegExpReplaceTest, NeverMatchesTheEmptyText)
+TEST(RegExpReplaceTest, NeverMatchesAnEmptyString)
 {
     ExpectReplacements({{"a*", "x", "aaa", "x"},
                         {"a*", "x", "baab", "bxb"},
@@ -82,7 +82,7 @@ TEST(RegExpReplaceTest, NeverMatchesTheEmptyText)
                         {"a*?", "x", "aa", "xx"}});
 }
 
-TEST(RegExpReplaceTest, FindsNoLineEdgesAtTheEdgesOfTheSubject)
+TEST(RegExpReplaceTest, DoesNotMatchLineAnchorsAtTheEdgesOfTheSubject)
 {
     ExpectReplacements({{"^a", "x", "aaa", "aaa"},
                         {"a$", "x", "aaa", "aaa"},
@@ -92,12 +92,12 @@ TEST(RegExpReplaceTest, FindsNoLineEdgesAtTheEdgesOfTheSubject)
                         {"a\\z", "x", "aaa", "aax"}});
 }
 
-TEST(RegExpReplaceTest, TreatsThePlaceWhereTheSearchContinuesAsItsStart)
+TEST(RegExpReplaceTest, MatchesBackslashGWhereTheSearchContinues)
 {
     ExpectReplacements({{"\\Ga", "x", "aaba", "xxba"}, {"\\G[ab]", "xy", "abca", "xyxyca"}});
 }
 
-TEST(RegExpReplaceTest, LooksBehindAtTheReplacements)
+TEST(RegExpReplaceTest, LooksBehindIntoReplacements)
 {
     ExpectReplacements({{"(?<=b)a", "b", "baaac", "bbbbc"},
                         {"(?<!x)a", "x", "aaaa", "xaxa"},
@@ -112,14 +112,14 @@ TEST(RegExpReplaceTest, LooksBehindAtTheReplacements)
                         {"\\Qa\\E(?<=a)", "b", "aa", "bb"}});
 }
 
-TEST(RegExpReplaceTest, ThrowsOnceAnInvalidReplacementIsInTheText)
+TEST(RegExpReplaceTest, ThrowsWhenSearchingAfterAnInvalidReplacement)
 {
     EXPECT_EQ(CaughtMessage([] { ReplaceAll("a", "\xFF", "aaa"); }),
               "-10Exp::Match return error: ");
     EXPECT_EQ(ReplaceAll("b", "\xFF", "aaa"), "aaa");
 }
 
-TEST(RegExpReplaceTest, ReplacesBytesOfACharacterSeparately)
+TEST(RegExpReplaceTest, ThrowsWhenASearchWouldContinueInsideACharacter)
 {
     // After the first byte is replaced the string is valid UTF-8 again, but the search would
     // continue inside a character.
@@ -133,7 +133,7 @@ TEST(RegExpReplaceTest, RemovesNothingForAMatchThatEndsBeforeItBegins)
     ExpectReplacements({{"(?=ab\\K)", "x", "abc", "abxc"}});
 }
 
-TEST(RegExpReplaceTest, LeavesTheSubjectWithTooManyGroups)
+TEST(RegExpReplaceTest, LeavesTheSubjectUnchangedForTooManyGroups)
 {
     std::string pattern;
     for (int i = 0; i < 20; ++i)
@@ -142,7 +142,7 @@ TEST(RegExpReplaceTest, LeavesTheSubjectWithTooManyGroups)
     const TString<char> subject = std::string(45, 'a');
     Map map;
     EXPECT_EQ(ReplaceAll(pattern, "x", subject), subject);
-    EXPECT_EQ(ReplaceGroups(pattern, Texts(20, "x"), subject), subject);
+    EXPECT_EQ(ReplaceGroups(pattern, Strings(20, "x"), subject), subject);
     EXPECT_EQ(ReplaceNamed(pattern, map, subject), subject);
 }
 
@@ -154,20 +154,20 @@ TEST(RegExpReplaceTest, IgnoresTheFlag)
         EXPECT_EQ(regExp.Replace("x", "aa", flag), "xx");
 }
 
-TEST(RegExpReplaceTest, ReplacesInLongTextsWhenTheReplacementDoesNotMatch)
+TEST(RegExpReplaceTest, ReplacesInALongSubjectIfTheReplacementDoesNotMatch)
 {
-    const std::string piece = std::string(9, '.') + "a";
+    const std::string line = std::string(9, '.') + "a";
     std::string subject;
     std::string expected;
     for (int i = 0; i < 8000; ++i) {
-        subject += piece;
+        subject += line;
         expected += std::string(9, '.') + "bc";
     }
 
     EXPECT_EQ(ReplaceAll("a", "bc", subject), expected);
 }
 
-TEST(RegExpReplaceTest, WrapsTheSearchOffsetAroundAt16Bits)
+TEST(RegExpReplaceTest, ReplacesAllMatchesWhenTheOffsetWrapsAround)
 {
     const TString<char> subject = std::string(65534, '.') + "a" + std::string(10, '.') + "a";
 
@@ -194,18 +194,18 @@ TEST(RegExpReplaceTest, ThrowsWhenTheOffsetWrapsIntoACharacter)
               "-11Exp::Match return error: ");
 }
 
-TEST(RegExpReplaceTest, ReplacesGroupsByTheEntriesOfAList)
+TEST(RegExpReplaceTest, ReplacesGroupsWithTheEntriesOfAList)
 {
     EXPECT_EQ(ReplaceGroups("(a+)-(b+)", {"1", "22"}, "x aaa-b y aaa-b"), "x 1-22 y aaa-b");
     EXPECT_EQ(ReplaceGroups("(a)(b)(c)", {"", "bb", "$1"}, "abc"), "bb$1");
 }
 
-TEST(RegExpReplaceTest, ReturnsTheEmptyTextForAListWithoutAMatch)
+TEST(RegExpReplaceTest, ReturnsAnEmptyStringForAListIfNothingMatches)
 {
     EXPECT_EQ(ReplaceGroups("(a)", {"x"}, "bbb"), "");
 }
 
-TEST(RegExpReplaceTest, LeavesTheSubjectForAPatternWithoutGroups)
+TEST(RegExpReplaceTest, LeavesTheSubjectUnchangedForAPatternWithoutGroups)
 {
     EXPECT_EQ(ReplaceGroups("a", {"x"}, "abc"), "abc");
 }
@@ -216,7 +216,7 @@ TEST(RegExpReplaceTest, TreatsMissingEntriesAsEmpty)
     EXPECT_EQ(ReplaceGroups("(a)(b)(c)", {}, "-abc-"), "--");
 }
 
-TEST(RegExpReplaceTest, SkipsAGroupThatTookNoPart)
+TEST(RegExpReplaceTest, SkipsAnUnusedGroup)
 {
     Map map{{"b", "y"}};
 
@@ -225,7 +225,7 @@ TEST(RegExpReplaceTest, SkipsAGroupThatTookNoPart)
     EXPECT_THAT(map, ElementsAre(Pair("a", ""), Pair("b", "y")));
 }
 
-TEST(RegExpReplaceTest, MovesAGroupInsideAnotherWithTheOuterOne)
+TEST(RegExpReplaceTest, ShiftsANestedGroupWithTheOuterGroup)
 {
     EXPECT_EQ(ReplaceGroups("((a)b)", {"xyz", "q"}, "ab-"), "xqz-");
     // Group 2 would begin after the end, or before the beginning, of the remaining text.
@@ -233,7 +233,7 @@ TEST(RegExpReplaceTest, MovesAGroupInsideAnotherWithTheOuterOne)
     EXPECT_EQ(ReplaceGroups("(...)(?<=(a)..)", {"", "q"}, "abc"), "");
 }
 
-TEST(RegExpReplaceTest, ReplacesNamedGroupsByTheEntriesOfAMap)
+TEST(RegExpReplaceTest, ReplacesNamedGroupsWithTheEntriesOfAMap)
 {
     Map map{{"user", "bob"}, {"host", "work"}, {"unused", "x"}};
 
@@ -250,7 +250,7 @@ TEST(RegExpReplaceTest, AddsAMissingNameToTheMap)
     EXPECT_THAT(map, ElementsAre(Pair("a", ""), Pair("b", "x")));
 }
 
-TEST(RegExpReplaceTest, ReturnsTheEmptyTextForAMapWithoutAMatchAndLeavesIt)
+TEST(RegExpReplaceTest, ReturnsAnEmptyStringAndKeepsTheMapIfNothingMatches)
 {
     Map map;
 
@@ -265,7 +265,7 @@ TEST(RegExpReplaceTest, OrdersAMapByTheBytesOfItsNames)
     EXPECT_THAT(map, ElementsAre(Pair("B", ""), Pair("b", ""), Pair("\xC3\xA9", "")));
 }
 
-TEST(RegExpReplaceTest, ReplacesARangeOnlyWhereThereIsOne)
+TEST(RegExpReplaceTest, DoesNotReplaceAnInvalidRange)
 {
     RegExp regExp(TString<char>("(b)|(x)"), RegExpOptions::None);
     const smart_ptr<MatchResult> result = regExp.Match("abc");
@@ -278,7 +278,7 @@ TEST(RegExpReplaceTest, ReplacesARangeOnlyWhereThereIsOne)
     }
 }
 
-TEST(RegExpReplaceTest, MovesARangeByItsShift)
+TEST(RegExpReplaceTest, ShiftsTheRangeToReplace)
 {
     RegExp regExp(TString<char>("b"), RegExpOptions::None);
     const smart_ptr<MatchResult> result = regExp.Match("abc");

@@ -19,7 +19,7 @@ using TestSupport::CaughtMessage;
 
 // PCRE 1 recurses on the stack and gives up. PCRE 2 does not need the stack, and finds no match
 // here.
-constexpr const char* c_noStackLeft =
+constexpr const char* c_deepRecursionMessage =
     c_usesPcre2 ? "nothing thrown" : "-21Exp::Match return error: ";
 
 constexpr std::size_t c_pageSize = 4096;
@@ -74,28 +74,29 @@ TString<char> MessageWithStack(std::size_t stackSize, const std::function<void()
 
 constexpr std::size_t c_kilobyte = 1024;
 
-TString<char> Nested(int depth)
+TString<char> CreateNestedGroups(int depth)
 {
     return std::string(static_cast<std::size_t>(depth), '(') + "a" +
            std::string(static_cast<std::size_t>(depth), ')');
 }
 
-TEST(RegExpStackTest, ThrowsForDeepRecursionOnASmallStack)
+TEST(RegExpStackTest, SurvivesDeepRecursionOnASmallStack)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     for (const std::size_t length : {1000u, 5000u, 20000u, 1000000u}) {
         SCOPED_TRACE(length);
         const TString<char> subject(std::string(length, 'a'));
         EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.IsMatch(subject); }),
-                  c_noStackLeft);
+                  c_deepRecursionMessage);
     }
 }
 
-TEST(RegExpStackTest, ThrowsForDeepRecursionOnTheMainThread)
+TEST(RegExpStackTest, SurvivesDeepRecursionOnTheMainThread)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
 
-    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(std::string(1000000, 'a')); }), c_noStackLeft);
+    EXPECT_EQ(CaughtMessage([&] { regExp.IsMatch(std::string(1000000, 'a')); }),
+              c_deepRecursionMessage);
 }
 
 TEST(RegExpStackTest, BoundsEveryKindOfRecursion)
@@ -106,20 +107,20 @@ TEST(RegExpStackTest, BoundsEveryKindOfRecursion)
         SCOPED_TRACE(pattern);
         const RegExp regExp(TString<char>(pattern), RegExpOptions::None);
         EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.Match(subject); }),
-                  c_noStackLeft);
+                  c_deepRecursionMessage);
     }
 }
 
-TEST(RegExpStackTest, BoundsReplacementsToo)
+TEST(RegExpStackTest, BoundsRecursionInReplace)
 {
     RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(50000, 'a'));
 
     EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.Replace("x", subject, 0); }),
-              c_noStackLeft);
+              c_deepRecursionMessage);
 }
 
-TEST(RegExpStackTest, SearchesSomeHundredLevelsOnASmallStack)
+TEST(RegExpStackTest, MatchesAHundredRepetitionsOnASmallStack)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(100, 'a') + "c");
@@ -129,7 +130,7 @@ TEST(RegExpStackTest, SearchesSomeHundredLevelsOnASmallStack)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, UsesALargeStack)
+TEST(RegExpStackTest, MatchesManyRepetitionsOnALargeStack)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(20000, 'a') + "c");
@@ -141,14 +142,14 @@ TEST(RegExpStackTest, UsesALargeStack)
 
 TEST(RegExpStackTest, CompilesTheDeepestNestingOnASmallStack)
 {
-    const RegExp regExp(Nested(250), RegExpOptions::None);
+    const RegExp regExp(CreateNestedGroups(250), RegExpOptions::None);
 
     EXPECT_EQ(MessageWithStack(256 * c_kilobyte, [&] { regExp.IsMatch("a"); }), "nothing thrown");
 }
 
-TEST(RegExpStackTest, ThrowsWhenNestingNeedsMoreStackThanThereIs)
+TEST(RegExpStackTest, ThrowsWhenNestingNeedsTooMuchStack)
 {
-    const RegExp regExp(Nested(200), RegExpOptions::None);
+    const RegExp regExp(CreateNestedGroups(200), RegExpOptions::None);
 
     EXPECT_THAT(MessageWithStack(96 * c_kilobyte, [&] { regExp.IsMatch("a"); }),
                 testing::StartsWith(" : parentheses are too deeply nested (stack check) "));
@@ -163,7 +164,7 @@ TEST(RegExpStackTest, SearchesPlainPatternsOnAVerySmallStack)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, NeedsNoMoreStackForFlatGroupsThanForOne)
+TEST(RegExpStackTest, CompilesManySequentialGroupsOnAVerySmallStack)
 {
     TString<char> pattern;
     for (int i = 0; i < 200; ++i)
@@ -214,7 +215,7 @@ void RunInCoroutine(std::size_t stackSize, std::function<void()> work)
     swapcontext(&caller, &coroutine);
 }
 
-TEST(RegExpStackTest, SearchesInACoroutineAsDeeplyAsInAThread)
+TEST(RegExpStackTest, MatchesManyRepetitionsInACoroutine)
 {
     const RegExp regExp(TString<char>("(a|b)*c"), RegExpOptions::None);
     const TString<char> subject(std::string(5000, 'a') + "c");
@@ -226,7 +227,7 @@ TEST(RegExpStackTest, SearchesInACoroutineAsDeeplyAsInAThread)
 
 TEST(RegExpStackTest, CompilesTheDeepestNestingInACoroutine)
 {
-    const RegExp regExp(Nested(240), RegExpOptions::None);
+    const RegExp regExp(CreateNestedGroups(240), RegExpOptions::None);
 
     TString<char> message;
     RunInCoroutine(64 * c_kilobyte, [&] { message = CaughtMessage([&] { regExp.IsMatch("a"); }); });

@@ -31,7 +31,7 @@ std::vector<std::string> Values(const smart_ptr<MatchResult>& result)
 }
 
 // Returns a pattern of `count` groups, each of which matches an "a".
-TString<char> PatternOfGroups(int count)
+TString<char> PatternWithGroups(int count)
 {
     std::string pattern;
     for (int i = 0; i < count; ++i)
@@ -39,7 +39,7 @@ TString<char> PatternOfGroups(int count)
     return pattern;
 }
 
-TEST(RegExpTest, IsMatchFindsThePatternAnywhere)
+TEST(RegExpTest, FindsThePatternAnywhereInTheSubject)
 {
     constexpr std::tuple<const char*, const char*, bool> cases[] = {
         {"b", "abc", true},       {"^b", "abc", false},      {"c$", "abc", true},
@@ -61,7 +61,7 @@ TEST(RegExpTest, TreatsACodePointAsACharacter)
     EXPECT_FALSE(Pattern("^..$").IsMatch("\xC3\xA9"));
 }
 
-TEST(RegExpTest, MatchesWideTextAsUtf8)
+TEST(RegExpTest, MatchesWideStringsAsUtf8)
 {
     const RegExp regExp(TString<wchar_t>(L"(\u00E9+)(\U0001F600)"), RegExpOptions::None);
 
@@ -71,17 +71,17 @@ TEST(RegExpTest, MatchesWideTextAsUtf8)
                 ElementsAre("\xC3\xA9\xF0\x9F\x98\x80", "\xC3\xA9", "\xF0\x9F\x98\x80"));
 }
 
-TEST(RegExpTest, TreatsWideTextThatCannotBeConvertedAsEmpty)
+TEST(RegExpTest, TreatsAWideStringThatCannotBeConvertedAsEmpty)
 {
-    const TString<wchar_t> above(std::wstring(1, static_cast<wchar_t>(0x110000)));
+    const TString<wchar_t> invalid(std::wstring(1, static_cast<wchar_t>(0x110000)));
 
-    EXPECT_TRUE(Pattern("^$").IsMatch(above));
-    EXPECT_TRUE(RegExp(above, RegExpOptions::None).IsMatch("anything"));
+    EXPECT_TRUE(Pattern("^$").IsMatch(invalid));
+    EXPECT_TRUE(RegExp(invalid, RegExpOptions::None).IsMatch("anything"));
 }
 
-TEST(RegExpTest, ThrowsWhenWideTextDoesNotFitIntoMemory)
+TEST(RegExpTest, ThrowsWhenOutOfMemoryForAWideString)
 {
-    const TString<wchar_t> text = std::wstring(1000000, L'a');
+    const TString<wchar_t> wide = std::wstring(1000000, L'a');
     const RegExp regExp = Pattern("b?");
     const TString<char> expected = "-6gExp::Match return error: ";
     const auto messageOf = [](const auto& operation) {
@@ -89,9 +89,9 @@ TEST(RegExpTest, ThrowsWhenWideTextDoesNotFitIntoMemory)
         return CaughtMessage(operation);
     };
 
-    EXPECT_EQ(messageOf([&] { regExp.IsMatch(text); }), expected);
-    EXPECT_EQ(messageOf([&] { regExp.Match(text); }), expected);
-    EXPECT_EQ(messageOf([&] { RegExp(text, RegExpOptions::None); }), expected);
+    EXPECT_EQ(messageOf([&] { regExp.IsMatch(wide); }), expected);
+    EXPECT_EQ(messageOf([&] { regExp.Match(wide); }), expected);
+    EXPECT_EQ(messageOf([&] { RegExp(wide, RegExpOptions::None); }), expected);
 }
 
 TEST(RegExpTest, IgnoresModifiers)
@@ -106,11 +106,11 @@ TEST(RegExpTest, IgnoresModifiers)
     }
 }
 
-TEST(RegExpTest, CompilesPatternsForUtf8AndNothingElse)
+TEST(RegExpTest, CompilesPatternsWithNoOptionButUtf8)
 {
-    const RegExp twoOfOneName = Pattern("(?<n>a)(?<n>b)");
+    const RegExp duplicateNames = Pattern("(?<n>a)(?<n>b)");
 
-    EXPECT_THAT(CaughtMessage([&] { twoOfOneName.IsMatch("ab"); }),
+    EXPECT_THAT(CaughtMessage([&] { duplicateNames.IsMatch("ab"); }),
                 testing::HasSubstr("two named subpatterns have the same name"));
     EXPECT_FALSE(Pattern("\\w").IsMatch("\xC3\xA9"));
     EXPECT_THAT(Values(Pattern("(a+)").Match("aa")), ElementsAre("aa", "aa"));
@@ -142,7 +142,7 @@ TEST(RegExpTest, ReturnsTheFirstMatchAndItsGroups)
     EXPECT_EQ((*result)[2]->index, 2);
 }
 
-TEST(RegExpTest, KeepsWhatAMatchWasMadeOf)
+TEST(RegExpTest, StoresPatternSubjectCodeAndOffsetsOfAMatch)
 {
     const smart_ptr<MatchResult> result = Pattern("b(c)").Match("abc");
 
@@ -168,7 +168,7 @@ TEST(RegExpTest, ReturnsNoGroupsWithoutAMatch)
     EXPECT_TRUE(result->names.empty());
 }
 
-TEST(RegExpTest, ReturnsAnEmptyGroupThatTookNoPart)
+TEST(RegExpTest, ReturnsAnEmptyValueForAnUnusedGroup)
 {
     const smart_ptr<MatchResult> result = Pattern("(a)|(b)|(c)").Match("b");
 
@@ -189,7 +189,7 @@ TEST(RegExpTest, FindsGroupsByTheirNames)
     EXPECT_EQ((*result)[2]->name, "");
 }
 
-TEST(RegExpTest, KnowsNoNamesOfGroupsThatAreNotReported)
+TEST(RegExpTest, OmitsNamesOfGroupsThatAreNotReported)
 {
     const smart_ptr<MatchResult> result = Pattern("(?<first>a)|(?<second>b)").Match("a");
 
@@ -205,7 +205,7 @@ TEST(RegExpTest, NamesAnUnusedGroupBeforeAUsedOne)
     EXPECT_EQ(result->GetGroup("first")->value, "");
 }
 
-TEST(RegExpTest, AcceptsTwoGroupsOfOneName)
+TEST(RegExpTest, AcceptsTwoGroupsWithTheSameName)
 {
     const smart_ptr<MatchResult> result = Pattern("(?J)(?<n>a)(?<n>b)").Match("ab");
 
@@ -216,7 +216,7 @@ TEST(RegExpTest, AcceptsTwoGroupsOfOneName)
 
 TEST(RegExpTest, ReportsNineteenGroups)
 {
-    const RegExp regExp = Pattern(PatternOfGroups(19));
+    const RegExp regExp = Pattern(PatternWithGroups(19));
     const TString<char> subject = std::string(19, 'a');
 
     EXPECT_TRUE(regExp.IsMatch(subject));
@@ -224,9 +224,9 @@ TEST(RegExpTest, ReportsNineteenGroups)
     EXPECT_EQ(regExp.Match(subject)->Count(), 20u);
 }
 
-TEST(RegExpTest, SucceedsWithTwentyGroupsWithoutAMatch)
+TEST(RegExpTest, ReturnsSuccessWithoutGroupsForTwentyGroups)
 {
-    const RegExp regExp = Pattern(PatternOfGroups(20));
+    const RegExp regExp = Pattern(PatternWithGroups(20));
     const TString<char> subject = std::string(20, 'a');
 
     const smart_ptr<MatchResult> result = regExp.Match(subject);
@@ -236,7 +236,7 @@ TEST(RegExpTest, SucceedsWithTwentyGroupsWithoutAMatch)
     EXPECT_EQ(result->Count(), 0u);
 }
 
-TEST(RegExpTest, ReturnsAnEmptyMatchThatEndsBeforeItBegins)
+TEST(RegExpTest, ReturnsAnEmptyValueForAMatchThatEndsBeforeItBegins)
 {
     const smart_ptr<MatchResult> result = Pattern("(?=ab\\K)").Match("abc");
 
@@ -253,7 +253,7 @@ TEST(RegExpTest, ThrowsWhenASearchTakesTooManySteps)
               "-8gExp::Match return error: ");
 }
 
-TEST(RegExpTest, CompilesACompiledResultAgain)
+TEST(RegExpTest, CompilesANewPatternIntoACompiledResult)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -268,7 +268,7 @@ TEST(RegExpTest, CompilesACompiledResultAgain)
     EXPECT_EQ(result->resultCode, 3);
 }
 
-TEST(RegExpTest, LeavesAnErrorAndNoCodeOfAFailedCompile)
+TEST(RegExpTest, StoresAnErrorAndNoCodeWhenCompilingFails)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -284,7 +284,7 @@ TEST(RegExpTest, LeavesAnErrorAndNoCodeOfAFailedCompile)
     EXPECT_FALSE(result->Success());
 }
 
-TEST(RegExpTest, StartsAtItsOffsetAndLooksBehindIt)
+TEST(RegExpTest, StartsAtTheOffsetAndLooksBehindIt)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -300,7 +300,7 @@ TEST(RegExpTest, StartsAtItsOffsetAndLooksBehindIt)
     EXPECT_EQ(result->resultCode, -1);
 }
 
-TEST(RegExpTest, KeepsTheCodeOfAFailedSearch)
+TEST(RegExpTest, StoresTheErrorCodeOfAFailedSearch)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -313,7 +313,7 @@ TEST(RegExpTest, KeepsTheCodeOfAFailedSearch)
     EXPECT_EQ(result->resultCode, -24);
 }
 
-TEST(RegExpTest, MakesIndependentCopies)
+TEST(RegExpTest, CreatesIndependentCopies)
 {
     RegExp original = Pattern("a");
     const RegExp copy = original;
@@ -323,12 +323,12 @@ TEST(RegExpTest, MakesIndependentCopies)
     EXPECT_FALSE(original.IsMatch("a"));
 }
 
-TEST(RegExpTest, ServesManyThreadsByOneObject)
+TEST(RegExpTest, CanBeUsedBySeveralThreadsAtOnce)
 {
     const RegExp regExp = Pattern("(?<word>[a-z]+)(\\d+)");
     std::vector<std::thread> threads;
-    std::vector<int> right(4, 0);
-    for (int& count : right) {
+    std::vector<int> correctMatches(4, 0);
+    for (int& count : correctMatches) {
         threads.emplace_back([&regExp, &count] {
             for (int i = 0; i < 500; ++i) {
                 const auto result = regExp.Match("x" + std::to_string(i));
@@ -340,7 +340,7 @@ TEST(RegExpTest, ServesManyThreadsByOneObject)
     for (std::thread& thread : threads)
         thread.join();
 
-    EXPECT_THAT(right, ElementsAre(500, 500, 500, 500));
+    EXPECT_THAT(correctMatches, ElementsAre(500, 500, 500, 500));
 }
 
 TEST(RegExpVersionTest, NamesTheEngineAndItsVersion)

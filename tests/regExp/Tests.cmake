@@ -37,7 +37,7 @@ if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
     target_link_libraries(RegExpReferenceTest PRIVATE Toolkit::pcre)
 endif()
 toolkit_test(regExp/RegExpReplaceTest.cpp)
-# ThreadSanitizer's own data of a thread does not fit into the small stacks.
+# ThreadSanitizer's own data for a thread does not fit on the small stacks.
 if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
     toolkit_test(regExp/RegExpStackTest.cpp)
 endif()

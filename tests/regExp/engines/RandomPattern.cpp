@@ -23,6 +23,7 @@ constexpr const char* c_settings[] = {"(*UTF8)",
                                       "(?U)",
                                       "(?Jims)"};
 
+// Excludes \C, with which the engines themselves may crash.
 constexpr const char* c_atoms[] = {"a",
                                    "b",
                                    "c",
@@ -89,11 +90,11 @@ constexpr const char* c_references[] = {"\\1",    "\\2",    "\\g{1}", "\\g{-1}",
                                         "(?P=n)", "(?1)",   "(?2)",   "(?R)",    "(?-1)",  "(?+1)",
                                         "(?&n)",  "(?P>m)", "\\g<1>", "\\g'n'",  "\\3"};
 
-constexpr const char* c_verbs[] = {"(*COMMIT)",  "(*PRUNE)",  "(*SKIP)",   "(*THEN)",
-                                   "(*PRUNE:a)", "(*SKIP:a)", "(*THEN:b)", "(*MARK:a)"};
+constexpr const char* c_backtrackingVerbs[] = {"(*COMMIT)",  "(*PRUNE)",  "(*SKIP)",   "(*THEN)",
+                                               "(*PRUNE:a)", "(*SKIP:a)", "(*THEN:b)", "(*MARK:a)"};
 
-// Excludes \C, with which the engines themselves may crash.
-constexpr const char* c_marks[] = {"(*FAIL)", "(*F)", "(*ACCEPT)", "(?C)", "(?C7)", "(?#note)"};
+constexpr const char* c_verbsCalloutsAndComments[] = {"(*FAIL)", "(*F)",  "(*ACCEPT)",
+                                                      "(?C)",    "(?C7)", "(?#note)"};
 
 constexpr const char* c_openings[] = {"(",      "(",     "(",      "(?:",  "(?:", "(?<n>", "(?<m>",
                                       "(?P<n>", "(?'m'", "(?>",    "(?=",  "(?!", "(?<=",  "(?<!",
@@ -196,13 +197,13 @@ int RandomPattern::Options()
 
 std::string RandomPattern::Alternatives(int depth)
 {
-    std::string text;
+    std::string alternatives;
     do {
         for (auto count = m_random.Number(0, depth == 0 ? 5 : 3); count > 0; --count)
-            text += Item(depth);
+            alternatives += Item(depth);
         if (!OneIn(4))
-            return text;
-        text += '|';
+            return alternatives;
+        alternatives += '|';
     } while (true);
 }
 
@@ -222,7 +223,8 @@ std::string RandomPattern::Atom(int depth)
     if (kind == 7)
         return AnyOf(c_references);
     if (kind == 8)
-        return m_hasRareConstructs && OneIn(2) ? AnyOf(c_verbs) : AnyOf(c_marks);
+        return m_hasRareConstructs && OneIn(2) ? AnyOf(c_backtrackingVerbs)
+                                               : AnyOf(c_verbsCalloutsAndComments);
     return AnyOf(c_atoms);
 }
 

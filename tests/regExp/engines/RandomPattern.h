@@ -30,9 +30,9 @@ private:
     std::string Group(int depth);
 
     template <std::size_t count>
-    const char* AnyOf(const char* const (&texts)[count])
+    const char* AnyOf(const char* const (&strings)[count])
     {
-        return texts[m_random.Number<std::size_t>(0, count - 1)];
+        return strings[m_random.Number<std::size_t>(0, count - 1)];
     }
     bool OneIn(int count) { return m_random.Number(1, count) == 1; }
 

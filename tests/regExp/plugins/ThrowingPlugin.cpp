@@ -15,7 +15,7 @@ constexpr const char* c_pattern = "abcdef(";
 
 } // namespace
 
-/// Lets the library throw its exception for an invalid pattern, which leaves the plug-in.
+/// Lets the library throw its exception for an invalid pattern; the exception leaves the plug-in.
 PLUGIN_API void ThrowFromLibrary()
 {
     RegExp(TString<char>(c_pattern), RegExpOptions::None).IsMatch("subject");
