@@ -12,12 +12,12 @@ namespace Toolkit::TestSupport {
 inline void AllowNoMoreProcesses()
 {
     // The limit counts all processes of the user and does not apply to root.
-    constexpr uid_t userOfNobody = 54321;
-    constexpr rlimit onlyThisOne{1, 1};
+    constexpr uid_t unusedUserId = 54321;
+    constexpr rlimit oneProcess{1, 1};
     if (::geteuid() == 0) {
-        EXPECT_EQ(::setresuid(userOfNobody, userOfNobody, userOfNobody), 0);
+        EXPECT_EQ(::setresuid(unusedUserId, unusedUserId, unusedUserId), 0);
     }
-    EXPECT_EQ(::setrlimit(RLIMIT_NPROC, &onlyThisOne), 0);
+    EXPECT_EQ(::setrlimit(RLIMIT_NPROC, &oneProcess), 0);
 }
 
 } // namespace Toolkit::TestSupport

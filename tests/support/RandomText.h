@@ -18,11 +18,11 @@ public:
         return std::uniform_int_distribution<Integer>(first, last)(m_engine);
     }
 
-    /// Returns a string of at most `longest` characters from `alphabet`.
+    /// Returns a string of at most `maxLength` characters from `alphabet`.
     template <typename Char>
-    std::basic_string<Char> Text(const std::basic_string<Char>& alphabet, std::size_t longest)
+    std::basic_string<Char> Text(const std::basic_string<Char>& alphabet, std::size_t maxLength)
     {
-        std::basic_string<Char> text(Number<std::size_t>(0, longest), Char());
+        std::basic_string<Char> text(Number<std::size_t>(0, maxLength), Char());
         for (Char& character : text)
             character = alphabet[Number<std::size_t>(0, alphabet.size() - 1)];
         return text;

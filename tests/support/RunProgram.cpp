@@ -34,11 +34,11 @@ int WaitForExitCode(pid_t process)
 ProgramResult RunProgram(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments)
 {
-    std::vector<std::string> texts = {program.native()};
-    texts.insert(texts.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> argumentStrings = {program.native()};
+    argumentStrings.insert(argumentStrings.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
+    for (std::string& argument : argumentStrings)
+        pointers.push_back(argument.data());
     pointers.push_back(nullptr);
 
     const TempDir directory;

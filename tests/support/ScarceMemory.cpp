@@ -12,13 +12,13 @@ namespace {
 thread_local long t_allocationsLeft = 0;
 thread_local bool t_isCounting = false;
 
-std::atomic<std::size_t> s_longest{SIZE_MAX};
+std::atomic<std::size_t> s_sizeLimit{SIZE_MAX};
 std::atomic<AllocationRule> s_rule{nullptr};
 
 bool Fails(std::size_t size, const void* returnAddress)
 {
     const AllocationRule rule = s_rule;
-    return size > s_longest || (t_isCounting && t_allocationsLeft-- == 0) ||
+    return size > s_sizeLimit || (t_isCounting && t_allocationsLeft-- == 0) ||
            (rule && rule(returnAddress));
 }
 
@@ -60,12 +60,12 @@ bool FailingAllocation::HasFailed() const
 
 AllocationLimit::AllocationLimit(std::size_t size)
 {
-    s_longest = size;
+    s_sizeLimit = size;
 }
 
 AllocationLimit::~AllocationLimit()
 {
-    s_longest = SIZE_MAX;
+    s_sizeLimit = SIZE_MAX;
 }
 
 void SetAllocationRule(AllocationRule rule)
