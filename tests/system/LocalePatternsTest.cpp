@@ -10,14 +10,14 @@ TEST(LocalePatternsTest, JoinsDateAndTimeWithOneSpace)
     EXPECT_EQ(JoinPatterns(L"M/d/yy", L"h:mm a"), L"M/d/yy h:mm a");
 }
 
-TEST(LocalePatternsTest, OmitsAHalfOutsideAscii)
+TEST(LocalePatternsTest, OmitsANonAsciiPattern)
 {
     EXPECT_EQ(JoinPatterns(L"d\u00E9", L"HH:mm"), L" HH:mm");
     EXPECT_EQ(JoinPatterns(L"d", L"HH\u202Fmm"), L"d ");
     EXPECT_EQ(JoinPatterns(L"\u00E9", L"\u00E9"), L" ");
 }
 
-TEST(LocalePatternsTest, AcceptsAHalfOf255CharactersAtMost)
+TEST(LocalePatternsTest, OmitsAPatternLongerThan255Characters)
 {
     const std::wstring longest(255, L'd');
     const std::wstring tooLong(256, L'd');
@@ -26,7 +26,7 @@ TEST(LocalePatternsTest, AcceptsAHalfOf255CharactersAtMost)
     EXPECT_EQ(JoinPatterns(tooLong, L"h"), L" h");
 }
 
-TEST(LocalePatternsTest, KeepsTheSpaceOfEmptyHalves)
+TEST(LocalePatternsTest, ReturnsASpaceForTwoEmptyPatterns)
 {
     EXPECT_EQ(JoinPatterns(L"", L""), L" ");
 }

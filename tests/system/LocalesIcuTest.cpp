@@ -44,7 +44,7 @@ std::u16string IcuPattern(const std::string& locale, UDateFormatStyle time, UDat
                             : std::u16string();
 }
 
-bool HasLone(const std::u16string& pattern, char16_t letter)
+bool HasLoneLetter(const std::u16string& pattern, char16_t letter)
 {
     const std::size_t first = pattern.find(letter);
     return first != std::u16string::npos && pattern.find(letter, first + 1) == std::u16string::npos;
@@ -57,7 +57,7 @@ bool IsPlain(const std::u16string& pattern)
         if (character > 0x7F)
             return false;
     }
-    return !HasLone(pattern, u'y') && !HasLone(pattern, u'H') &&
+    return !HasLoneLetter(pattern, u'y') && !HasLoneLetter(pattern, u'H') &&
            pattern.find_first_of(u"'GB") == std::u16string::npos;
 }
 
@@ -68,7 +68,7 @@ std::wstring DateFormat()
     return format;
 }
 
-TEST(LocalesIcuTest, ReturnsPlainPatternsOfTheInstalledIcu)
+TEST(LocalesIcuTest, ReturnsPlainIcuPatternsUnchanged)
 {
     int plainLocales = 0;
     for (const std::string& locale : AvailableLocales()) {
@@ -85,7 +85,7 @@ TEST(LocalesIcuTest, ReturnsPlainPatternsOfTheInstalledIcu)
     EXPECT_GT(plainLocales, 50);
 }
 
-TEST(LocalesIcuTest, ReplacesQuotedTextsOfATimeWithOneSpace)
+TEST(LocalesIcuTest, LeavesNoQuotesOrDoubleSpaces)
 {
     for (const std::string& locale : AvailableLocales()) {
         const ScopedEnvironment environment("LC_ALL", locale);
@@ -95,20 +95,20 @@ TEST(LocalesIcuTest, ReplacesQuotedTextsOfATimeWithOneSpace)
     }
 }
 
-// Returns `text` without the names of the halves of the day.
-std::wstring WithoutDayHalves(TString<wchar_t> text)
+// Returns `text` without the AM and PM strings.
+std::wstring WithoutAmPm(TString<wchar_t> text)
 {
-    wxString morning;
-    wxString afternoon;
-    wxDateTime::GetAmPmStrings(&morning, &afternoon);
-    for (const wxString& half : {morning, afternoon}) {
-        if (!half.empty())
-            text.Replace(half.ToStdWstring(), L"");
+    wxString am;
+    wxString pm;
+    wxDateTime::GetAmPmStrings(&am, &pm);
+    for (const wxString& name : {am, pm}) {
+        if (!name.empty())
+            text.Replace(name.ToStdWstring(), L"");
     }
     return text;
 }
 
-TEST(LocalesIcuTest, LeavesNoPatternLetterInATextOfAnyLocale)
+TEST(LocalesIcuTest, LeavesNoPatternLettersInAFormattedDate)
 {
     const ScopedTimeZone zone("UTC");
     for (const std::string& locale : AvailableLocales()) {
@@ -116,7 +116,7 @@ TEST(LocalesIcuTest, LeavesNoPatternLetterInATextOfAnyLocale)
         for (const unsigned int hour : {7u, 17u}) {
             TString<wchar_t> text;
             DateTime(2009, 3, 5, hour, 4, 9).GetString(text);
-            for (const wchar_t character : WithoutDayHalves(text))
+            for (const wchar_t character : WithoutAmPm(text))
                 EXPECT_FALSE(std::iswalpha(static_cast<std::wint_t>(character)))
                     << locale << ": " << std::string(text.begin(), text.end());
         }

@@ -28,7 +28,7 @@ protected:
     const ScopedEnvironment m_language{"LANG", std::nullopt};
 };
 
-TEST_F(LocalesTest, ReturnsADotAsDecimalSeparator)
+TEST_F(LocalesTest, SetsADotAsSeparatorAndReturnsFalse)
 {
     const ScopedEnvironment german("LC_ALL", "de_DE.UTF-8");
     TString<wchar_t> separator = L"old";
@@ -37,7 +37,7 @@ TEST_F(LocalesTest, ReturnsADotAsDecimalSeparator)
     EXPECT_EQ(separator, L".");
 }
 
-TEST_F(LocalesTest, OmitsPatternsOutsideAscii)
+TEST_F(LocalesTest, OmitsNonAsciiPatterns)
 {
     // Dzongkha writes words in its own script around the numbers of a time.
     const ScopedEnvironment dzongkha("LC_ALL", "dz_BT");
@@ -45,14 +45,14 @@ TEST_F(LocalesTest, OmitsPatternsOutsideAscii)
     EXPECT_EQ(DateFormat(), L"yyyy-MM-dd ");
 }
 
-TEST_F(LocalesTest, ReplacesQuotedTextsOfATimeWithOneSpace)
+TEST_F(LocalesTest, ReplacesQuotedTextInATimeWithOneSpace)
 {
     const ScopedEnvironment quebec("LC_ALL", "fr_CA");
 
     EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH mm");
 }
 
-TEST_F(LocalesTest, UsesTheFirstVariableThatIsNotEmpty)
+TEST_F(LocalesTest, UsesTheFirstNonEmptyEnvironmentVariable)
 {
     const ScopedEnvironment language("LANG", "de_DE.UTF-8");
     EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
@@ -67,7 +67,7 @@ TEST_F(LocalesTest, UsesTheFirstVariableThatIsNotEmpty)
     EXPECT_EQ(DateFormat(), L"dd/MM/yyyy HH:mm");
 }
 
-TEST_F(LocalesTest, UsesTheRootFormatForImpossibleLocaleNames)
+TEST_F(LocalesTest, UsesTheRootFormatForInvalidLocaleNames)
 {
     const std::string longWord(100000, 'a');
     const std::string cases[] = {"abcdefghi",
@@ -87,7 +87,7 @@ TEST_F(LocalesTest, UsesTheRootFormatForImpossibleLocaleNames)
     }
 }
 
-TEST_F(LocalesTest, UsesTheFormatOfTheUnitedStatesWithoutALocale)
+TEST_F(LocalesTest, UsesTheUsFormatWithoutALocale)
 {
     EXPECT_EQ(DateFormat(), L"M/d/yy h:mm a");
     for (const char* const name : {"C", "POSIX", "C.UTF-8", ".UTF-8"}) {
@@ -104,7 +104,7 @@ TEST_F(LocalesTest, IgnoresTheLocaleOfTheCLibrary)
     EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
 }
 
-TEST(LocalesVersionTest, NamesWhereThePatternsComeFrom)
+TEST(LocalesVersionTest, NamesIcuAsTheProvider)
 {
     EXPECT_EQ(Locales::GetProviderVersion().find(L"ICU "), 0u);
 }

@@ -4,12 +4,12 @@
 
 namespace {
 
-TEST(MacCocoaTest, InitializesWhereNothingHasToBeLoaded)
+TEST(MacCocoaTest, SucceedsWhenNothingNeedsLoading)
 {
     EXPECT_TRUE(MacInitCocoa());
 }
 
-TEST(MacCocoaTest, NestsPools)
+TEST(MacCocoaTest, SupportsNestedPools)
 {
     const MacAutoreleasePool outer;
     const MacAutoreleasePool inner;

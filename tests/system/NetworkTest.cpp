@@ -36,7 +36,7 @@ public:
 
     unsigned short Port() const { return m_port; }
 
-    // Starts more connections than the system answers.
+    // Starts more connections than the backlog holds.
     void FillBacklog()
     {
         for (int i = 0; i < 8; ++i) {
@@ -81,7 +81,7 @@ bool IsResolvable(const char* name)
     return true;
 }
 
-TEST(NetworkTest, ResolvesNames)
+TEST(NetworkTest, ResolvesHostNames)
 {
     if (!IsResolvable("localhost"))
         GTEST_SKIP() << "this system has no address for localhost";
@@ -90,7 +90,7 @@ TEST(NetworkTest, ResolvesNames)
     EXPECT_TRUE(Network::TestConnection(L"localhost", listener.Port(), c_timeoutMs));
 }
 
-TEST(NetworkTest, FailsAtOnceForAClosedPort)
+TEST(NetworkTest, FailsForAClosedPortBeforeTheTimeout)
 {
     unsigned short port = 0;
     {
@@ -103,13 +103,13 @@ TEST(NetworkTest, FailsAtOnceForAClosedPort)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(c_timeoutMs));
 }
 
-TEST(NetworkTest, FailsForANameThatIsNoHost)
+TEST(NetworkTest, FailsForAnUnknownHost)
 {
     EXPECT_FALSE(Network::TestConnection(L"no host of this name", 80, c_timeoutMs));
     EXPECT_FALSE(Network::TestConnection(L"256.256.256.256", 80, c_timeoutMs));
 }
 
-TEST(NetworkTest, StopsWaitingForAPeerThatNeverAnswers)
+TEST(NetworkTest, FailsAfterTheTimeoutWithoutAnAnswer)
 {
     constexpr std::chrono::milliseconds timeout(300);
     Listener listener(0);
@@ -121,7 +121,7 @@ TEST(NetworkTest, StopsWaitingForAPeerThatNeverAnswers)
     EXPECT_GE(std::chrono::steady_clock::now() - start, timeout - std::chrono::milliseconds(20));
 }
 
-TEST(NetworkTest, TriesAWebHostForTwoSeconds)
+TEST(NetworkTest, DefinesTheTestHostPortAndTimeout)
 {
     EXPECT_EQ(std::wstring(Network::c_testHost), L"www.example.com");
     EXPECT_EQ(Network::c_testPort, 80);

@@ -67,7 +67,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForThePreviousProcess)
                                                    L"<<< WaitingForPreviousProcessFinish()")));
 }
 
-TEST_F(RestartManagmentTest, OnlyLogsWhenTheRestartFinishes)
+TEST_F(RestartManagmentTest, LogsAndReturnsFalseWhenTheRestartFinishes)
 {
     const CapturedLog log;
 
@@ -77,7 +77,7 @@ TEST_F(RestartManagmentTest, OnlyLogsWhenTheRestartFinishes)
                                                    L">>> RestartProcessFinish()")));
 }
 
-TEST_F(RestartManagmentTest, WritesEachPartOfALineSeparately)
+TEST_F(RestartManagmentTest, WritesEachPartOfALogLineSeparately)
 {
     const CapturedLog log;
 
@@ -88,7 +88,7 @@ TEST_F(RestartManagmentTest, WritesEachPartOfALineSeparately)
                             L" : ", L">>> RestartProcessFinish()", L"\n"));
 }
 
-TEST_F(RestartManagmentTest, PassesTheProgramAndTheArgumentToTheNewProcess)
+TEST_F(RestartManagmentTest, StartsTheProgramWithTheRestartArgumentOnly)
 {
     const std::filesystem::path program = Install("tool");
     const std::filesystem::path pipe = m_directory.Path() / "pipe";
@@ -117,7 +117,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForTheNewProcess)
     EXPECT_THAT(result.output, testing::EndsWith(")=1\n" + program.native() + "\n-restart\n"));
 }
 
-TEST_F(RestartManagmentTest, LogsTheProgramAndTheResultOfTheActivation)
+TEST_F(RestartManagmentTest, LogsTheProgramAndTheResult)
 {
     const std::filesystem::path program = Install("tool");
     // The new process may outlive the test's directory.
@@ -133,9 +133,9 @@ TEST_F(RestartManagmentTest, LogsTheProgramAndTheResultOfTheActivation)
                                       L"<<< ActivateRestartProcess(" + path + L")=1")));
 }
 
-TEST_F(RestartManagmentTest, ReturnsTrueWithoutTheProgram)
+TEST_F(RestartManagmentTest, ReturnsTrueWhenTheProgramIsMissing)
 {
-    // The program is looked for without its extension.
+    // ActivateRestartProcess() drops the extension, so it looks for "gone".
     const ProgramResult result = RunProgram(Install("gone.bin"), {});
 
     EXPECT_EQ(result.exitCode, 0);
@@ -143,12 +143,12 @@ TEST_F(RestartManagmentTest, ReturnsTrueWithoutTheProgram)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST(RestartManagmentDeathTest, ReturnsTrueWithoutAProcess)
+TEST(RestartManagmentDeathTest, ReturnsTrueWhenForkFails)
 {
     const auto activate = [] {
         TestSupport::AllowNoMoreProcesses();
-        const bool isMade = ::fork() >= 0;
-        ::_exit(!isMade && RestartManagment().ActivateRestartProcess() ? 0 : 1);
+        const bool canFork = ::fork() >= 0;
+        ::_exit(!canFork && RestartManagment().ActivateRestartProcess() ? 0 : 1);
     };
 
     EXPECT_EXIT(activate(), testing::ExitedWithCode(0), "");

@@ -53,12 +53,12 @@ public:
     Copy(const Copy&) = delete;
     Copy& operator=(const Copy&) = delete;
 
-    void Go() const { EXPECT_EQ(::write(m_input, "go\n", 3), 3); }
+    void SendLine() const { EXPECT_EQ(::write(m_input, "go\n", 3), 3); }
 
     // Stops the copy's library while its process keeps running.
     void Stop() const
     {
-        Go();
+        SendLine();
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
@@ -114,15 +114,15 @@ private:
 
 class SingleApplicationInstanceTest : public testing::Test {
 protected:
-    Copy& Prepare(const std::filesystem::path& program = TOOLKIT_TEST_INSTANCE_PROGRAM)
+    Copy& Spawn(const std::filesystem::path& program = TOOLKIT_TEST_INSTANCE_PROGRAM)
     {
         return m_copies.emplace_back(program, m_directory.Path() / "errors");
     }
 
     Copy& Start(const std::filesystem::path& program = TOOLKIT_TEST_INSTANCE_PROGRAM)
     {
-        Copy& copy = Prepare(program);
-        copy.Go();
+        Copy& copy = Spawn(program);
+        copy.SendLine();
         return copy;
     }
 
@@ -134,7 +134,7 @@ protected:
         return folder / "tool";
     }
 
-    void PutALinkInTheLocksPlace()
+    void ReplaceTheLockFileWithALink()
     {
         Copy& copy = Start();
         EXPECT_FALSE(copy.SeesAnother());
@@ -146,24 +146,24 @@ protected:
 
     std::string Errors() const { return m_directory.ReadFile(L"errors"); }
 
-    static std::filesystem::path MakeDirectory(const std::filesystem::path& path)
+    static std::filesystem::path CreateDirectory(const std::filesystem::path& path)
     {
         std::filesystem::create_directory(path);
         return path;
     }
 
     const TempDir m_directory;
-    const std::filesystem::path m_homePath = MakeDirectory(m_directory.Path() / "home");
+    const std::filesystem::path m_homePath = CreateDirectory(m_directory.Path() / "home");
     const ScopedEnvironment m_home{"HOME", m_homePath};
     std::list<Copy> m_copies;
 };
 
-TEST_F(SingleApplicationInstanceTest, FindsNoOtherForTheFirstCopy)
+TEST_F(SingleApplicationInstanceTest, ReturnsFalseInTheFirstCopy)
 {
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, FindsTheFirstCopyFromTheSecond)
+TEST_F(SingleApplicationInstanceTest, ReturnsTrueInLaterCopies)
 {
     EXPECT_FALSE(Start().SeesAnother());
 
@@ -234,7 +234,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresAnotherProcessWithTheIdOfACrashedCo
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, IsSeenByWxSingleInstanceCheckerAsLongAsItRuns)
+TEST_F(SingleApplicationInstanceTest, IsSeenByWxSingleInstanceCheckerWhileItRuns)
 {
     Copy& copy = Start();
     EXPECT_FALSE(copy.SeesAnother());
@@ -259,7 +259,7 @@ TEST_F(SingleApplicationInstanceTest, FindsAWxSingleInstanceChecker)
     EXPECT_FALSE(Start().SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, KeepsWhatIsInTheCheckersPlace)
+TEST_F(SingleApplicationInstanceTest, KeepsADirectoryNamedLikeTheCheckersLockFile)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -275,7 +275,7 @@ TEST_F(SingleApplicationInstanceTest, KeepsWhatIsInTheCheckersPlace)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, KeepsAFileThatIsNoLockFileInTheCheckersPlace)
+TEST_F(SingleApplicationInstanceTest, KeepsAnUnrelatedFileNamedLikeTheCheckersLockFile)
 {
     Copy& first = Start();
     EXPECT_FALSE(first.SeesAnother());
@@ -293,28 +293,28 @@ TEST_F(SingleApplicationInstanceTest, KeepsAFileThatIsNoLockFileInTheCheckersPla
         EXPECT_TRUE(Start().SeesAnother());
         m_copies.clear();
 
-        std::string kept;
-        std::getline(std::ifstream(file), kept);
-        EXPECT_EQ(kept, text);
+        std::string contents;
+        std::getline(std::ifstream(file), contents);
+        EXPECT_EQ(contents, text);
         EXPECT_TRUE(std::filesystem::remove(file));
     }
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, FindsExactlyOneFirstOfCopiesThatStartAtOnce)
+TEST_F(SingleApplicationInstanceTest, ReturnsFalseInExactlyOneOfConcurrentCopies)
 {
     constexpr int rounds = 50;
     constexpr int copies = 3;
     for (int round = 0; round < rounds; ++round) {
         for (int copy = 0; copy < copies; ++copy)
-            Prepare();
+            Spawn();
         for (const Copy& copy : m_copies)
-            copy.Go();
+            copy.SendLine();
 
-        int alone = 0;
+        int firstCopies = 0;
         for (Copy& copy : m_copies)
-            alone += copy.SeesAnother() ? 0 : 1;
-        EXPECT_EQ(alone, 1) << "in round " << round;
+            firstCopies += copy.SeesAnother() ? 0 : 1;
+        EXPECT_EQ(firstCopies, 1) << "in round " << round;
         m_copies.clear();
     }
 }
@@ -326,7 +326,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresTheSameProgramInAnotherDirectory)
     EXPECT_FALSE(Start(Install(m_directory.Path() / "other")).SeesAnother());
 }
 
-TEST_F(SingleApplicationInstanceTest, AcceptsANameTooLongForAFile)
+TEST_F(SingleApplicationInstanceTest, AcceptsAPathTooLongForAFileName)
 {
     const std::string part(100, 'x');
     const std::filesystem::path folder = m_directory.Path() / part / part / part;
@@ -339,7 +339,7 @@ TEST_F(SingleApplicationInstanceTest, AcceptsANameTooLongForAFile)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, FindsProgramsWithNamesOutsideAscii)
+TEST_F(SingleApplicationInstanceTest, FindsACopyWithANonAsciiPath)
 {
     const std::filesystem::path program = Install(m_directory.Path() / "gr\xC3\xBC\xC3\x9F");
 
@@ -348,7 +348,7 @@ TEST_F(SingleApplicationInstanceTest, FindsProgramsWithNamesOutsideAscii)
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, FindsAndLogsNothingWithoutAPlaceForTheLock)
+TEST_F(SingleApplicationInstanceTest, FindsAndLogsNothingWhenNoLockCanBeCreated)
 {
     m_directory.WriteFile(L"file", "");
     for (const std::filesystem::path& home :
@@ -362,9 +362,9 @@ TEST_F(SingleApplicationInstanceTest, FindsAndLogsNothingWithoutAPlaceForTheLock
     }
 }
 
-TEST_F(SingleApplicationInstanceTest, DoesNotFollowALinkInTheLocksPlace)
+TEST_F(SingleApplicationInstanceTest, DoesNotFollowALinkNamedLikeTheLockFile)
 {
-    PutALinkInTheLocksPlace();
+    ReplaceTheLockFileWithALink();
 
     EXPECT_FALSE(Start().SeesAnother());
 
@@ -373,7 +373,7 @@ TEST_F(SingleApplicationInstanceTest, DoesNotFollowALinkInTheLocksPlace)
 
 TEST_F(SingleApplicationInstanceTest, FindsCopiesThatCannotLock)
 {
-    PutALinkInTheLocksPlace();
+    ReplaceTheLockFileWithALink();
 
     EXPECT_FALSE(Start().SeesAnother());
     EXPECT_TRUE(Start().SeesAnother());
@@ -394,13 +394,13 @@ TEST_F(SingleApplicationInstanceTest, TreatsObjectsOfOneProcessAsOneInstance)
     PathManager::ReleaseInstance();
 }
 
-TEST_F(SingleApplicationInstanceTest, FindsNobodyWithoutAPathManager)
+TEST_F(SingleApplicationInstanceTest, DoesNothingWithoutAPathManager)
 {
     EXPECT_FALSE(SingleApplicationInstance().IsAlreadyRunning());
     EXPECT_TRUE(std::filesystem::is_empty(m_homePath));
 }
 
-TEST_F(SingleApplicationInstanceTest, KeepsTheLockWithACopyOfThePointer)
+TEST_F(SingleApplicationInstanceTest, LetsACopyOutliveTheRelease)
 {
     PathManager::CreateInstance();
     SingleApplicationInstance::CreateInstance();
@@ -413,7 +413,7 @@ TEST_F(SingleApplicationInstanceTest, KeepsTheLockWithACopyOfThePointer)
     PathManager::ReleaseInstance();
 }
 
-TEST(SingleApplicationInstancePathTest, NamesTheLockFile)
+TEST(SingleApplicationInstancePathTest, ReturnsALockPathInTheHomeDirectory)
 {
     const TestSupport::ScopedEnvironment home("HOME", "/home/ann");
 

@@ -62,7 +62,7 @@ protected:
     const ScopedEnvironment m_report{"TOOLKIT_TEST_REPORT", m_directory.Path() / "report"};
 };
 
-TEST_F(SystemInfoTest, MapsOperatingSystemsByTheirExactIdentifiers)
+TEST_F(SystemInfoTest, MapsOperatingSystemsToPlatforms)
 {
     constexpr std::pair<int, SystemInfo::Platform> cases[] = {
         {1, SystemInfo::PlatformMac},     {2, SystemInfo::PlatformMac},
@@ -79,7 +79,7 @@ TEST_F(SystemInfoTest, MapsOperatingSystemsByTheirExactIdentifiers)
     }
 }
 
-TEST_F(SystemInfoTest, ReturnsNoFamilyForAnythingElse)
+TEST_F(SystemInfoTest, ReturnsPlatformUnknownForOtherIdentifiers)
 {
     constexpr int windowsMicro = 16;
     constexpr int windowsCe = 32;
@@ -91,7 +91,7 @@ TEST_F(SystemInfoTest, ReturnsNoFamilyForAnythingElse)
     }
 }
 
-TEST_F(SystemInfoTest, NumbersTheFamiliesFromZero)
+TEST_F(SystemInfoTest, NumbersThePlatformsFromZero)
 {
     EXPECT_EQ(SystemInfo::PlatformUnknown, 0);
     EXPECT_EQ(SystemInfo::PlatformWindows, 1);
@@ -123,14 +123,14 @@ TEST_F(SystemInfoTest, DescribesTheRunningSystemByDefault)
     EXPECT_EQ(information.GetOSMinorVersion(), minor);
 }
 
-TEST_F(SystemInfoTest, ReturnsFixedAnswersAboutRights)
+TEST_F(SystemInfoTest, ReturnsFixedValuesForTheUsersRights)
 {
     EXPECT_FALSE(SystemInfo::HasAdministratorCredentials());
     EXPECT_FALSE(SystemInfo::HasPowerUserCredentials());
     EXPECT_TRUE(SystemInfo::CanElevateCredentialsUsingUAC());
 }
 
-TEST_F(SystemInfoTest, PassesTheTokensAfterTheProgramsPath)
+TEST_F(SystemInfoTest, PassesTheProgramPathAndTheArgumentTokens)
 {
     const std::pair<const wchar_t*, std::string> cases[] = {
         {L"", ""},
@@ -161,7 +161,7 @@ TEST_F(SystemInfoTest, StartsAProgramWhosePathIsNotAscii)
     EXPECT_EQ(m_directory.ReadFile(L"report"), program.native() + "\n0 inherited files\n");
 }
 
-TEST_F(SystemInfoTest, PassesNoOpenFileOn)
+TEST_F(SystemInfoTest, ClosesInheritedFilesInTheNewProcess)
 {
     const int inheritable = ::open("/dev/null", O_RDONLY);
     const int higher = ::fcntl(inheritable, F_DUPFD, 500);
@@ -183,7 +183,7 @@ TEST_F(SystemInfoTest, ReapsTheProcessThatItWaitsFor)
     EXPECT_EQ(errno, ECHILD);
 }
 
-TEST_F(SystemInfoTest, LetsTheProcessContinueWithoutWaiting)
+TEST_F(SystemInfoTest, DoesNotWaitForTheProcessUnlessAsked)
 {
     // The program cannot end before its report is read.
     const std::filesystem::path pipe = m_directory.Path() / "pipe";
@@ -198,14 +198,14 @@ TEST_F(SystemInfoTest, LetsTheProcessContinueWithoutWaiting)
     EXPECT_EQ(ExitCodeOf(process), 0);
 }
 
-TEST_F(SystemInfoTest, ShowsAFailedProgramInTheExitStatus)
+TEST_F(SystemInfoTest, ReportsAFailedExecInTheExitStatus)
 {
     const std::pair<TString<wchar_t>, int> cases[] = {
         {m_directory.File(L"missing"), ENOENT},
         {m_directory.WriteFile(L"text", "no program"), EACCES},
         {m_directory.File(L""), EACCES},
         {L"", ENOENT},
-        {L"true", ENOENT}, // not searched for
+        {L"true", ENOENT}, // PATH is not searched
         {TString<wchar_t>(std::wstring(5000, L'x')), ENAMETOOLONG},
     };
     for (const auto& [path, expected] : cases) {
@@ -216,12 +216,12 @@ TEST_F(SystemInfoTest, ShowsAFailedProgramInTheExitStatus)
     }
 }
 
-TEST_F(SystemInfoTest, ReturnsTheIdOfAFailedProgramNotItsStatus)
+TEST_F(SystemInfoTest, ReturnsTheProcessIdEvenWhenExecFails)
 {
     EXPECT_GT(SystemInfo::StartProcess(m_directory.File(L"missing"), L"", true), 0);
 }
 
-TEST_F(SystemInfoTest, FailsToWaitWhenNoStatusIsKept)
+TEST_F(SystemInfoTest, ReturnsMinusOneWhenSigchldIsIgnored)
 {
     const auto previous = ::signal(SIGCHLD, SIG_IGN);
 
@@ -229,7 +229,7 @@ TEST_F(SystemInfoTest, FailsToWaitWhenNoStatusIsKept)
     ::signal(SIGCHLD, previous);
 }
 
-TEST(SystemInfoDeathTest, ReturnsTheErrorNumberWhenNoProcessCanBeCreated)
+TEST(SystemInfoDeathTest, ReturnsTheErrorNumberWhenForkFails)
 {
     const auto start = [](bool wait) {
         TestSupport::AllowNoMoreProcesses();
@@ -240,7 +240,7 @@ TEST(SystemInfoDeathTest, ReturnsTheErrorNumberWhenNoProcessCanBeCreated)
     EXPECT_EXIT(start(true), testing::ExitedWithCode(EAGAIN), "");
 }
 
-TEST_F(SystemInfoTest, CreatesNoProcessWithoutMemoryForItsArguments)
+TEST_F(SystemInfoTest, ReturnsEnomemWhenOutOfMemory)
 {
     const TString<wchar_t> path = m_directory.File(L"missing program");
     const TString<wchar_t> arguments = L"a-rather-long-argument another-rather-long-argument";
@@ -258,7 +258,7 @@ TEST_F(SystemInfoTest, CreatesNoProcessWithoutMemoryForItsArguments)
     EXPECT_GT(failures, 3);
 }
 
-TEST_F(SystemInfoTest, FlushesAndDestroysOnlyInTheStarter)
+TEST_F(SystemInfoTest, FlushesAndDestroysInTheParentOnly)
 {
     const ProgramResult result = RunProgram(TOOLKIT_TEST_STARTING_PROGRAM, {});
 
@@ -266,7 +266,7 @@ TEST_F(SystemInfoTest, FlushesAndDestroysOnlyInTheStarter)
     EXPECT_EQ(result.output, "buffered\ndestroyed\n");
 }
 
-TEST_F(SystemInfoTest, NeverHangsInABusyProcess)
+TEST_F(SystemInfoTest, DoesNotHangWhileOtherThreadsAllocate)
 {
     std::atomic<bool> stop{false};
     std::vector<std::thread> allocating;
@@ -287,7 +287,7 @@ TEST_F(SystemInfoTest, NeverHangsInABusyProcess)
     EXPECT_EQ(ended, 300);
 }
 
-TEST_F(SystemInfoTest, ReturnsTheProcessWideObjectUntilItsRelease)
+TEST_F(SystemInfoTest, LetsACopyOutliveTheRelease)
 {
     SystemInfo::CreateInstance();
     const smart_ptr<SystemInfo> copy = SystemInfo::GetInstance();
@@ -298,7 +298,7 @@ TEST_F(SystemInfoTest, ReturnsTheProcessWideObjectUntilItsRelease)
     EXPECT_EQ(copy->GetPlatform(), SystemInfo::PlatformUnix);
 }
 
-TEST(SystemInfoVersionTest, NamesTheFrameworkAndItsVersion)
+TEST(SystemInfoVersionTest, NamesWxWidgetsAndItsVersion)
 {
     EXPECT_EQ(SystemInfo::GetFrameworkVersion().find(L"wxWidgets 3."), 0u);
 }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr unsigned int c_tickMs = 10;
 
-TEST(TickCountTest, IsTheSystemsTickCountTimesTen)
+TEST(TickCountTest, ReturnsTheSystemTicksInMilliseconds)
 {
     const unsigned int before = GetTickCount();
     tms processTimes{};
@@ -23,16 +23,16 @@ TEST(TickCountTest, IsTheSystemsTickCountTimesTen)
     EXPECT_LE(expected - before, after - before);
 }
 
-TEST(TickCountTest, RunsWithTheClock)
+TEST(TickCountTest, AgreesWithTheSteadyClock)
 {
-    constexpr unsigned int span = 200;
+    constexpr unsigned int spanMs = 200;
     const auto outerStart = std::chrono::steady_clock::now();
     const unsigned int first = GetTickCount();
     const auto innerStart = std::chrono::steady_clock::now();
     auto innerEnd = innerStart;
     unsigned int last = first;
 
-    while (last - first < span) {
+    while (last - first < spanMs) {
         innerEnd = std::chrono::steady_clock::now();
         last = GetTickCount();
     }
@@ -45,7 +45,7 @@ TEST(TickCountTest, RunsWithTheClock)
     EXPECT_GE(counted, innerEnd - innerStart - tolerance);
 }
 
-TEST(TickCountTest, IsOneClockForAllThreads)
+TEST(TickCountTest, UsesOneClockForAllThreads)
 {
     constexpr int threadCount = 8;
     std::latch start(threadCount);

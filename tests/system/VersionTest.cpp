@@ -47,7 +47,7 @@ TEST(VersionTest, ReadsUpToFourNumbersFromAString)
     }
 }
 
-TEST(VersionTest, AcceptsStringsThatAreNoVersion)
+TEST(VersionTest, AcceptsMalformedStrings)
 {
     const std::pair<const wchar_t*, Parts> cases[] = {
         {L"", {0, 0, 0, 0}},       {L".", {0, 0, 0, 0}},        {L"1..2", {1, 2, 0, 0}},
@@ -60,7 +60,7 @@ TEST(VersionTest, AcceptsStringsThatAreNoVersion)
     }
 }
 
-TEST(VersionTest, PrintsFourNumbersWithoutPadding)
+TEST(VersionTest, FormatsFourNumbersWithoutPadding)
 {
     EXPECT_EQ(Version(10, 0, 332, 3).ToString(), L"10.0.332.3");
     EXPECT_EQ(Version().ToString(), L"0.0.0.0");
@@ -84,7 +84,7 @@ TEST(VersionTest, IsOrderedByTheFirstPartThatDiffers)
     }
 }
 
-TEST(VersionTest, ComparesToMinusOneZeroAndOne)
+TEST(VersionTest, ReturnsMinusOneZeroOrOneFromCompareVersion)
 {
     const Version version(1, 2, 3, 4);
 
@@ -93,7 +93,7 @@ TEST(VersionTest, ComparesToMinusOneZeroAndOne)
     EXPECT_EQ(version.CompareVersion(Version(1, 2, 3, 3)), 1);
 }
 
-TEST(VersionTest, ComparesWithAStringAsWithItsVersion)
+TEST(VersionTest, ComparesAStringAsAVersion)
 {
     const Version version(1, 2, 0, 0);
 
@@ -102,14 +102,14 @@ TEST(VersionTest, ComparesWithAStringAsWithItsVersion)
     EXPECT_EQ(version.CompareVersion(TString<wchar_t>(L"")), 1);
 }
 
-TEST(VersionTest, CreatesTheVersionOfTheLibrary)
+TEST(VersionTest, CreatesTheLibraryVersion)
 {
     const std::unique_ptr<Version> version(Version::Create());
 
     EXPECT_EQ(version->ToString(), L"1.0.332.3");
 }
 
-TEST(VersionTest, HoldsTheLibrarysVersionInTheProcessWideObject)
+TEST(VersionTest, HoldsTheLibraryVersionInTheProcessWideObject)
 {
     Version::CreateInstance();
 
