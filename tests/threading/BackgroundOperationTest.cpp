@@ -15,21 +15,21 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::chrono::seconds c_hang(60);
+constexpr std::chrono::seconds c_hangTimeout(60);
 
 // Records its notifications.
 class Handler : public BackgroundOperationHandler {
 public:
-    Handler(std::vector<std::string>& notes, std::string name)
-        : m_notes(notes), m_name(std::move(name))
+    Handler(std::vector<std::string>& notifications, std::string name)
+        : m_notifications(notifications), m_name(std::move(name))
     {
     }
 
-    void OnOperationStarted() override { m_notes.push_back(m_name + " started"); }
-    void OnOperationEnded() override { m_notes.push_back(m_name + " ended"); }
+    void OnOperationStarted() override { m_notifications.push_back(m_name + " started"); }
+    void OnOperationEnded() override { m_notifications.push_back(m_name + " ended"); }
 
 private:
-    std::vector<std::string>& m_notes;
+    std::vector<std::string>& m_notifications;
     std::string m_name;
 };
 
@@ -42,10 +42,11 @@ protected:
 
     void AddHandler(const std::string& name)
     {
-        m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new Handler(m_notes, name)));
+        m_operation.AddListener(
+            smart_ptr<BackgroundOperationHandler>(new Handler(m_notifications, name)));
     }
 
-    std::vector<std::string> m_notes;
+    std::vector<std::string> m_notifications;
     BackgroundOperation m_operation{42};
 };
 
@@ -62,10 +63,10 @@ TEST_F(BackgroundOperationTest, NotifiesItsHandlersInOrder)
     m_operation.SendOperationStarted();
     m_operation.SendOperationEnded();
 
-    EXPECT_THAT(m_notes, ElementsAre("a started", "b started", "a ended", "b ended"));
+    EXPECT_THAT(m_notifications, ElementsAre("a started", "b started", "a ended", "b ended"));
 }
 
-TEST_F(BackgroundOperationTest, ChangesOnlyTheEventWithoutHandlers)
+TEST_F(BackgroundOperationTest, ReturnsFromWaitWithoutHandlers)
 {
     m_operation.SendOperationStarted();
     m_operation.SendOperationEnded();
@@ -73,18 +74,18 @@ TEST_F(BackgroundOperationTest, ChangesOnlyTheEventWithoutHandlers)
     EXPECT_TRUE(m_operation.Wait());
 }
 
-TEST_F(BackgroundOperationTest, EndsWaitWithTheOperation)
+TEST_F(BackgroundOperationTest, ReturnsFromWaitWhenTheOperationEnds)
 {
     m_operation.SendOperationStarted();
     std::future<bool> waiting = WaitOnAThread();
 
     EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(0)), std::future_status::timeout);
     m_operation.SendOperationEnded();
-    ASSERT_EQ(waiting.wait_for(c_hang), std::future_status::ready);
+    ASSERT_EQ(waiting.wait_for(c_hangTimeout), std::future_status::ready);
     EXPECT_TRUE(waiting.get());
 }
 
-TEST_F(BackgroundOperationTest, BlocksWaitBeforeTheFirstEndAndAfterANewStart)
+TEST_F(BackgroundOperationTest, BlocksWaitBeforeTheFirstEndAndAfterARestart)
 {
     std::future<bool> first = WaitOnAThread();
     EXPECT_EQ(first.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
@@ -98,7 +99,7 @@ TEST_F(BackgroundOperationTest, BlocksWaitBeforeTheFirstEndAndAfterANewStart)
     EXPECT_TRUE(second.get());
 }
 
-// Checks in its callbacks whether the operation has ended.
+// Checks in OnOperationEnded() that the operation has ended.
 class EventOrderHandler : public BackgroundOperationHandler {
 public:
     explicit EventOrderHandler(const BackgroundOperation& operation) : m_operation(operation) {}
@@ -114,7 +115,7 @@ private:
     const BackgroundOperation& m_operation;
 };
 
-TEST_F(BackgroundOperationTest, ChangesTheEventBeforeItNotifiesHandlers)
+TEST_F(BackgroundOperationTest, SetsTheEventBeforeItNotifiesHandlers)
 {
     m_operation.AddListener(
         smart_ptr<BackgroundOperationHandler>(new EventOrderHandler(m_operation)));
@@ -132,8 +133,8 @@ public:
     void OnOperationEnded() override
     {
         // Earlier and new waiters return while the handlers run.
-        EXPECT_EQ(m_waiting.wait_for(c_hang), std::future_status::ready);
-        EXPECT_EQ(Wait().wait_for(c_hang), std::future_status::ready);
+        EXPECT_EQ(m_waiting.wait_for(c_hangTimeout), std::future_status::ready);
+        EXPECT_EQ(Wait().wait_for(c_hangTimeout), std::future_status::ready);
     }
 
     bool IsWaiting() const
@@ -161,7 +162,7 @@ TEST_F(BackgroundOperationTest, ReleasesWaitersWhileItNotifiesHandlers)
     m_operation.SendOperationEnded();
 }
 
-TEST_F(BackgroundOperationTest, ResetsTheSignalBeforeItNotifiesHandlers)
+TEST_F(BackgroundOperationTest, ResetsTheEventBeforeItNotifiesHandlers)
 {
     m_operation.SendOperationEnded();
     auto* const handler = new WaitingHandler(m_operation);
@@ -173,7 +174,7 @@ TEST_F(BackgroundOperationTest, ResetsTheSignalBeforeItNotifiesHandlers)
     m_operation.SendOperationEnded();
 }
 
-TEST_F(BackgroundOperationTest, ChangesTheEventEvenIfAHandlerThrows)
+TEST_F(BackgroundOperationTest, SetsTheEventEvenIfAHandlerThrows)
 {
     class Thrower : public BackgroundOperationHandler {
     public:
@@ -188,7 +189,7 @@ TEST_F(BackgroundOperationTest, ChangesTheEventEvenIfAHandlerThrows)
     EXPECT_TRUE(m_operation.Wait());
 }
 
-TEST_F(BackgroundOperationTest, ChangesNothingWhenEndedTwice)
+TEST_F(BackgroundOperationTest, NotifiesHandlersAgainWhenEndedTwice)
 {
     AddHandler("a");
 
@@ -196,10 +197,10 @@ TEST_F(BackgroundOperationTest, ChangesNothingWhenEndedTwice)
     m_operation.SendOperationEnded();
 
     EXPECT_TRUE(m_operation.Wait());
-    EXPECT_THAT(m_notes, ElementsAre("a ended", "a ended"));
+    EXPECT_THAT(m_notifications, ElementsAre("a ended", "a ended"));
 }
 
-TEST_F(BackgroundOperationTest, IsANotifierOfItsHandlers)
+TEST_F(BackgroundOperationTest, IsAnEventNotifier)
 {
     static_assert(
         std::is_base_of_v<EventNotifier<BackgroundOperationHandler>, BackgroundOperation>);
@@ -212,7 +213,7 @@ TEST_F(BackgroundOperationTest, ReturnsADateOfZeroBeforeTheFirstProgress)
     EXPECT_EQ(m_operation.GetLastOperationDate(), 0u);
 }
 
-TEST_F(BackgroundOperationTest, DatesProgressByTheTickCount)
+TEST_F(BackgroundOperationTest, StoresTheTickCountOfTheLastProgress)
 {
     const unsigned int before = GetTickCount();
     m_operation.UpdateLastOperationDate();

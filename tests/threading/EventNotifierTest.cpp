@@ -50,7 +50,7 @@ protected:
             : m_test(test), m_name(std::move(name)), m_action(std::move(action))
         {
         }
-        ~Listener() override { m_test.m_gone.push_back(m_name); }
+        ~Listener() override { m_test.m_destroyed.push_back(m_name); }
 
         void OnEvent() override
         {
@@ -66,29 +66,29 @@ protected:
     };
 
     // Returns a listener that records its calls and runs `action` in them.
-    smart_ptr<IListener> Make(const std::string& name, std::function<void()> action = {})
+    smart_ptr<IListener> CreateListener(const std::string& name, std::function<void()> action = {})
     {
         return smart_ptr<IListener>(new Listener(*this, name, std::move(action)));
     }
 
     std::vector<std::string> m_calls;
-    std::vector<std::string> m_gone;
+    std::vector<std::string> m_destroyed;
     Notifier m_notifier;
 };
 
-TEST_F(EventNotifierTest, CallsListenersInTheOrderOfTheirRegistration)
+TEST_F(EventNotifierTest, CallsListenersInTheOrderTheyWereAdded)
 {
     for (const char* const name : {"b", "a", "c"})
-        m_notifier.AddListener(Make(name));
+        m_notifier.AddListener(CreateListener(name));
 
     m_notifier.Send();
 
     EXPECT_THAT(m_calls, ElementsAre("b", "a", "c"));
 }
 
-TEST_F(EventNotifierTest, CallsAListenerThatWasAddedTwiceTwice)
+TEST_F(EventNotifierTest, CallsAListenerTwiceWhenAddedTwice)
 {
-    const smart_ptr<IListener> listener = Make("a");
+    const smart_ptr<IListener> listener = CreateListener("a");
     m_notifier.AddListener(listener);
     m_notifier.AddListener(listener);
 
@@ -109,9 +109,9 @@ TEST_F(EventNotifierTest, IgnoresAnEmptyPointer)
 
 TEST_F(EventNotifierTest, RemovesTheFirstEntryOfAListener)
 {
-    const smart_ptr<IListener> listener = Make("a");
+    const smart_ptr<IListener> listener = CreateListener("a");
     m_notifier.AddListener(listener);
-    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(CreateListener("b"));
     m_notifier.AddListener(listener);
 
     EXPECT_TRUE(m_notifier.RemoveListener(listener));
@@ -120,29 +120,29 @@ TEST_F(EventNotifierTest, RemovesTheFirstEntryOfAListener)
     EXPECT_THAT(m_calls, ElementsAre("b", "a"));
 }
 
-TEST_F(EventNotifierTest, ReturnsFalseWhenThereIsNothingToRemove)
+TEST_F(EventNotifierTest, ReturnsFalseWhenRemovingAnUnknownListener)
 {
-    m_notifier.AddListener(Make("a"));
+    m_notifier.AddListener(CreateListener("a"));
 
-    EXPECT_FALSE(m_notifier.RemoveListener(Make("b")));
+    EXPECT_FALSE(m_notifier.RemoveListener(CreateListener("b")));
 }
 
-TEST_F(EventNotifierTest, SharesItsListeners)
+TEST_F(EventNotifierTest, KeepsListenersAliveUntilItIsDestroyed)
 {
     {
         Notifier notifier;
-        notifier.AddListener(Make("a"));
-        EXPECT_THAT(m_gone, IsEmpty());
+        notifier.AddListener(CreateListener("a"));
+        EXPECT_THAT(m_destroyed, IsEmpty());
     }
-    EXPECT_THAT(m_gone, ElementsAre("a"));
+    EXPECT_THAT(m_destroyed, ElementsAre("a"));
 }
 
 TEST_F(EventNotifierTest, LetsAListenerRemoveItself)
 {
     smart_ptr<IListener> self;
-    self = Make("a", [&] { m_notifier.RemoveListener(self); });
+    self = CreateListener("a", [&] { m_notifier.RemoveListener(self); });
     m_notifier.AddListener(self);
-    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(CreateListener("b"));
 
     m_notifier.Send();
     m_notifier.Send();
@@ -153,23 +153,23 @@ TEST_F(EventNotifierTest, LetsAListenerRemoveItself)
 TEST_F(EventNotifierTest, KeepsARemovedListenerAliveUntilThePassEnds)
 {
     smart_ptr<IListener> self;
-    self = Make("a", [&] {
+    self = CreateListener("a", [&] {
         m_notifier.RemoveListener(self);
         self = nullptr;
-        EXPECT_THAT(m_gone, IsEmpty());
+        EXPECT_THAT(m_destroyed, IsEmpty());
     });
     m_notifier.AddListener(self);
 
     m_notifier.Send();
 
-    EXPECT_THAT(m_gone, ElementsAre("a"));
+    EXPECT_THAT(m_destroyed, ElementsAre("a"));
 }
 
 TEST_F(EventNotifierTest, SkipsAListenerThatWasRemovedBeforeItsTurn)
 {
-    const smart_ptr<IListener> last = Make("c");
-    m_notifier.AddListener(Make("a", [&] { m_notifier.RemoveListener(last); }));
-    m_notifier.AddListener(Make("b"));
+    const smart_ptr<IListener> last = CreateListener("c");
+    m_notifier.AddListener(CreateListener("a", [&] { m_notifier.RemoveListener(last); }));
+    m_notifier.AddListener(CreateListener("b"));
     m_notifier.AddListener(last);
 
     m_notifier.Send();
@@ -180,9 +180,9 @@ TEST_F(EventNotifierTest, SkipsAListenerThatWasRemovedBeforeItsTurn)
 TEST_F(EventNotifierTest, CallsAListenerThatIsAddedDuringThePass)
 {
     bool hasAdded = false;
-    m_notifier.AddListener(Make("a", [&] {
+    m_notifier.AddListener(CreateListener("a", [&] {
         if (!hasAdded)
-            m_notifier.AddListener(Make("b"));
+            m_notifier.AddListener(CreateListener("b"));
         hasAdded = true;
     }));
 
@@ -193,15 +193,15 @@ TEST_F(EventNotifierTest, CallsAListenerThatIsAddedDuringThePass)
 
 TEST_F(EventNotifierTest, SupportsNestedPasses)
 {
-    const smart_ptr<IListener> last = Make("c");
+    const smart_ptr<IListener> last = CreateListener("c");
     bool isNested = false;
-    m_notifier.AddListener(Make("a", [&] {
+    m_notifier.AddListener(CreateListener("a", [&] {
         if (std::exchange(isNested, true))
             return;
         m_notifier.RemoveListener(last);
         m_notifier.Send();
     }));
-    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(CreateListener("b"));
     m_notifier.AddListener(last);
 
     m_notifier.Send();
@@ -209,24 +209,25 @@ TEST_F(EventNotifierTest, SupportsNestedPasses)
     EXPECT_THAT(m_calls, ElementsAre("a", "a", "b", "b"));
 }
 
-TEST_F(EventNotifierTest, EndsThePassAndItsLockWhenAHandlerThrows)
+TEST_F(EventNotifierTest, EndsThePassAndUnlocksWhenAListenerThrows)
 {
-    m_notifier.AddListener(Make("a", [] { throw std::runtime_error("handler"); }));
-    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(CreateListener("a", [] { throw std::runtime_error("handler"); }));
+    m_notifier.AddListener(CreateListener("b"));
 
     EXPECT_THROW(m_notifier.Send(), std::runtime_error);
 
     EXPECT_THAT(m_calls, ElementsAre("a"));
-    auto adding = std::async(std::launch::async, [&] { m_notifier.AddListener(Make("c")); });
+    auto adding =
+        std::async(std::launch::async, [&] { m_notifier.AddListener(CreateListener("c")); });
     EXPECT_EQ(adding.wait_for(std::chrono::seconds(60)), std::future_status::ready);
 }
 
-TEST_F(EventNotifierTest, LetsAListenerRemoveOneThatWasCalledBefore)
+TEST_F(EventNotifierTest, LetsAListenerRemoveAnEarlierOne)
 {
-    const smart_ptr<IListener> first = Make("a");
+    const smart_ptr<IListener> first = CreateListener("a");
     m_notifier.AddListener(first);
-    m_notifier.AddListener(Make("b", [&] { m_notifier.RemoveListener(first); }));
-    m_notifier.AddListener(Make("c"));
+    m_notifier.AddListener(CreateListener("b", [&] { m_notifier.RemoveListener(first); }));
+    m_notifier.AddListener(CreateListener("c"));
 
     m_notifier.Send();
     m_notifier.Send();
@@ -234,15 +235,15 @@ TEST_F(EventNotifierTest, LetsAListenerRemoveOneThatWasCalledBefore)
     EXPECT_THAT(m_calls, ElementsAre("a", "b", "c", "b", "c"));
 }
 
-TEST_F(EventNotifierTest, LetsAListenerRemoveAllOfThem)
+TEST_F(EventNotifierTest, LetsAListenerRemoveAllListeners)
 {
     std::vector<smart_ptr<IListener>> all;
-    all.push_back(Make("a", [&] {
+    all.push_back(CreateListener("a", [&] {
         for (const smart_ptr<IListener>& listener : all)
             EXPECT_TRUE(m_notifier.RemoveListener(listener));
         EXPECT_FALSE(m_notifier.RemoveListener(all.front()));
     }));
-    all.push_back(Make("b"));
+    all.push_back(CreateListener("b"));
     for (const smart_ptr<IListener>& listener : all)
         m_notifier.AddListener(listener);
 
@@ -252,35 +253,35 @@ TEST_F(EventNotifierTest, LetsAListenerRemoveAllOfThem)
     EXPECT_THAT(m_calls, ElementsAre("a"));
 }
 
-TEST_F(EventNotifierTest, CallsAListenerThatWasRemovedAndAddedAgainAtTheEnd)
+TEST_F(EventNotifierTest, CallsAListenerAgainWhenItReaddsItself)
 {
     smart_ptr<IListener> self;
     bool hasMoved = false;
-    self = Make("a", [&] {
+    self = CreateListener("a", [&] {
         if (std::exchange(hasMoved, true))
             return;
         m_notifier.RemoveListener(self);
         m_notifier.AddListener(self);
     });
     m_notifier.AddListener(self);
-    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(CreateListener("b"));
 
     m_notifier.Send();
 
     EXPECT_THAT(m_calls, ElementsAre("a", "b", "a"));
 }
 
-TEST_F(EventNotifierTest, RunsWholePassesAfterAHandlerThatThrew)
+TEST_F(EventNotifierTest, RunsAFullPassAfterAListenerThrew)
 {
     bool hasThrown = false;
     smart_ptr<IListener> self;
-    self = Make("a", [&] {
+    self = CreateListener("a", [&] {
         m_notifier.RemoveListener(self);
         if (!std::exchange(hasThrown, true))
             throw std::runtime_error("handler");
     });
     m_notifier.AddListener(self);
-    m_notifier.AddListener(Make("b"));
+    m_notifier.AddListener(CreateListener("b"));
     EXPECT_THROW(m_notifier.Send(), std::runtime_error);
 
     m_notifier.Send();
@@ -288,7 +289,7 @@ TEST_F(EventNotifierTest, RunsWholePassesAfterAHandlerThatThrew)
     EXPECT_THAT(m_calls, ElementsAre("a", "b"));
 }
 
-TEST_F(EventNotifierTest, LetsThreadsAddRemoveAndNotifyAtOnce)
+TEST_F(EventNotifierTest, LetsThreadsAddRemoveAndNotifyConcurrently)
 {
     constexpr int rounds = 1000;
     std::atomic<int> calls = 0;
@@ -310,11 +311,11 @@ TEST_F(EventNotifierTest, LetsThreadsAddRemoveAndNotifyAtOnce)
     EXPECT_EQ(calls, 0);
 }
 
-TEST_F(EventNotifierTest, MakesOtherThreadsWaitForTheEndOfAPass)
+TEST_F(EventNotifierTest, BlocksOtherThreadsUntilAPassEnds)
 {
     std::latch isCalled(1);
     std::promise<void> mayReturn;
-    m_notifier.AddListener(Make("a", [&] {
+    m_notifier.AddListener(CreateListener("a", [&] {
         isCalled.count_down();
         mayReturn.get_future().wait();
     }));
@@ -322,7 +323,7 @@ TEST_F(EventNotifierTest, MakesOtherThreadsWaitForTheEndOfAPass)
     isCalled.wait();
     std::atomic<bool> hasAdded = false;
     std::thread adder([&] {
-        m_notifier.AddListener(Make("b"));
+        m_notifier.AddListener(CreateListener("b"));
         hasAdded = true;
     });
 

@@ -34,12 +34,12 @@ long CountWaitersThatSee(EventObject& event, int count, unsigned int timeoutMs, 
     return std::count_if(waiters.begin(), waiters.end(), [](auto& waiter) { return waiter.get(); });
 }
 
-TEST(EventObjectTest, PollsFiveTimesASecond)
+TEST(EventObjectTest, HasASliceOf200Milliseconds)
 {
     EXPECT_EQ(EventObject::s_uMinSlice, 200u);
 }
 
-TEST(EventObjectTest, BeginsInItsInitialState)
+TEST(EventObjectTest, StartsInTheRequestedState)
 {
     EventObject quiet(c_autoReset, !c_signalled);
     EventObject signalled(!c_autoReset, c_signalled);
@@ -48,7 +48,7 @@ TEST(EventObjectTest, BeginsInItsInitialState)
     EXPECT_TRUE(signalled.Wait(0));
 }
 
-TEST(EventObjectTest, ShowsASignalOnceWithAutomaticReset)
+TEST(EventObjectTest, ReportsASignalOnceWithAutoReset)
 {
     EventObject event(c_autoReset, !c_signalled);
 
@@ -58,7 +58,7 @@ TEST(EventObjectTest, ShowsASignalOnceWithAutomaticReset)
     EXPECT_FALSE(event.Wait(0));
 }
 
-TEST(EventObjectTest, ClearsTheInitialStateWithAutomaticReset)
+TEST(EventObjectTest, ReportsAnInitialSignalOnceWithAutoReset)
 {
     EventObject event(c_autoReset, c_signalled);
 
@@ -66,7 +66,7 @@ TEST(EventObjectTest, ClearsTheInitialStateWithAutomaticReset)
     EXPECT_FALSE(event.Wait(0));
 }
 
-TEST(EventObjectTest, ShowsASignalUntilResetWithManualReset)
+TEST(EventObjectTest, ReportsASignalUntilResetWithManualReset)
 {
     EventObject event(!c_autoReset, !c_signalled);
 
@@ -87,7 +87,7 @@ TEST(EventObjectTest, CanBeSignalledAgainAfterAReset)
     EXPECT_TRUE(event.Wait(0));
 }
 
-TEST(EventObjectTest, EndsWaitAfterItsTimeout)
+TEST(EventObjectTest, ReturnsFalseAfterTheTimeout)
 {
     EventObject event(c_autoReset, !c_signalled);
 
@@ -112,7 +112,7 @@ TEST(EventObjectTest, NeverSleepsWithAZeroTimeout)
     EXPECT_LT(fastest, std::chrono::milliseconds(1));
 }
 
-TEST(EventObjectTest, ShowsASignalToOneOfSeveralWaiters)
+TEST(EventObjectTest, ReleasesOneOfSeveralWaitersWithAutoReset)
 {
     EventObject event(c_autoReset, !c_signalled);
 
@@ -136,14 +136,14 @@ TEST(EventObjectTest, ChecksOnceMoreWhenTheTimeoutEnds)
     EXPECT_EQ(seen, 1);
 }
 
-TEST(EventObjectTest, ShowsASignalThatStaysToAllWaiters)
+TEST(EventObjectTest, ReleasesAllWaitersWithManualReset)
 {
     EventObject event(!c_autoReset, !c_signalled);
 
     EXPECT_EQ(CountWaitersThatSee(event, 4, 0xFFFFFFFF, [&event] { event.Signal(); }), 4);
 }
 
-TEST(EventObjectTest, LosesNoSignalsOfManyThreads)
+TEST(EventObjectTest, DoesNotLoseSignalsOfConcurrentThreads)
 {
     constexpr int rounds = 20000;
     EventObject event(c_autoReset, !c_signalled);

@@ -14,32 +14,32 @@
 namespace Toolkit {
 namespace {
 
-bool FrameworkRuns()
+bool IsWxWidgetsRunning()
 {
     return wxAppConsole::GetInstance() != nullptr;
 }
 
-TEST(FrameworkHoldTest, KeepsWxWidgetsRunningAsLongAsAnyHold)
+TEST(FrameworkHoldTest, KeepsWxWidgetsRunningUntilTheLastRelease)
 {
     std::optional<FrameworkHold> first(std::in_place);
     std::optional<FrameworkHold> second(std::in_place);
 
     first.reset();
-    EXPECT_TRUE(FrameworkRuns());
+    EXPECT_TRUE(IsWxWidgetsRunning());
     second.reset();
-    EXPECT_FALSE(FrameworkRuns());
+    EXPECT_FALSE(IsWxWidgetsRunning());
 }
 
 TEST(FrameworkHoldTest, CanHoldWxWidgetsAgain)
 {
     for (int i = 0; i < 3; ++i) {
         const FrameworkHold hold;
-        EXPECT_TRUE(FrameworkRuns());
+        EXPECT_TRUE(IsWxWidgetsRunning());
     }
-    EXPECT_FALSE(FrameworkRuns());
+    EXPECT_FALSE(IsWxWidgetsRunning());
 }
 
-TEST(FrameworkHoldTest, LetsAThreadOutliveTheRelease)
+TEST(FrameworkHoldTest, KeepsWxWidgetsRunningWhileAThreadExists)
 {
     class Idle : public Thread {
         int DoWork() override { return 0; }
@@ -48,23 +48,23 @@ TEST(FrameworkHoldTest, LetsAThreadOutliveTheRelease)
     std::optional<Idle> thread(std::in_place);
 
     LibModuleManager::GetInstance()->Release(true);
-    EXPECT_TRUE(FrameworkRuns());
+    EXPECT_TRUE(IsWxWidgetsRunning());
     thread.reset();
-    EXPECT_FALSE(FrameworkRuns());
+    EXPECT_FALSE(IsWxWidgetsRunning());
 }
 
-TEST(FrameworkHoldTest, WaitsForTheNextEndWhenReleasedOnAnotherThread)
+TEST(FrameworkHoldTest, StopsWxWidgetsLaterWhenReleasedOnAnotherThread)
 {
     auto hold = std::make_unique<FrameworkHold>();
     std::thread([&hold] { hold.reset(); }).join();
-    EXPECT_TRUE(FrameworkRuns());
+    EXPECT_TRUE(IsWxWidgetsRunning());
 
     hold = std::make_unique<FrameworkHold>();
     hold.reset();
-    EXPECT_FALSE(FrameworkRuns());
+    EXPECT_FALSE(IsWxWidgetsRunning());
 }
 
-TEST(FrameworkHoldTest, MakesUpForSeveralEndsOnAnotherThread)
+TEST(FrameworkHoldTest, StopsWxWidgetsAfterSeveralReleasesOnAnotherThread)
 {
     auto first = std::make_unique<FrameworkHold>();
     auto second = std::make_unique<FrameworkHold>();
@@ -73,13 +73,13 @@ TEST(FrameworkHoldTest, MakesUpForSeveralEndsOnAnotherThread)
         first.reset();
         second.reset();
     }).join();
-    EXPECT_TRUE(FrameworkRuns());
+    EXPECT_TRUE(IsWxWidgetsRunning());
 
     third.reset();
-    EXPECT_FALSE(FrameworkRuns());
+    EXPECT_FALSE(IsWxWidgetsRunning());
 }
 
-TEST(FrameworkHoldTest, LeavesTheApplicationOfTheProgramAlone)
+TEST(FrameworkHoldTest, KeepsTheProgramsApplicationObject)
 {
     // wxWidgets owns the application object from now on.
     auto* const application = new wxAppConsole();

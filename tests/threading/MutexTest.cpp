@@ -51,14 +51,14 @@ bool TryLockOnOtherThread(MutexInternal& mutex)
         .get();
 }
 
-TEST(MutexTest, IsFreeAfterConstruction)
+TEST(MutexTest, CanBeConstructedUnlocked)
 {
     Mutex mutex(false);
 
     EXPECT_TRUE(TryLockOnOtherThread(mutex));
 }
 
-TEST(MutexTest, CanTakeTheLockDuringConstruction)
+TEST(MutexTest, CanBeConstructedLocked)
 {
     Mutex mutex(true);
 
@@ -66,7 +66,7 @@ TEST(MutexTest, CanTakeTheLockDuringConstruction)
     EXPECT_TRUE(mutex.Unlock());
 }
 
-TEST(MutexTest, FailsWithAZeroTimeoutWhenBusy)
+TEST(MutexTest, FailsWithAZeroTimeoutWhileLocked)
 {
     Mutex mutex(false);
     const OtherOwner owner(mutex);
@@ -98,7 +98,7 @@ TEST(MutexTest, NeverSleepsWithATimeoutBelowTenMilliseconds)
     EXPECT_LT(fastest, std::chrono::milliseconds(10));
 }
 
-TEST(MutexTest, LocksAtOnceWithAFiniteTimeoutWhenFree)
+TEST(MutexTest, LocksAFreeMutexWithAFiniteTimeout)
 {
     Mutex mutex(false);
 
@@ -135,7 +135,7 @@ TEST(MutexTest, LetsTheOwnerLockAgainWithAnyTimeout)
         EXPECT_TRUE(mutex.Unlock());
 }
 
-TEST(MutexTest, IsHeldUntilUnlockedAsOftenAsLocked)
+TEST(MutexTest, StaysLockedUntilUnlockedAsOftenAsLocked)
 {
     Mutex mutex(true);
     ASSERT_TRUE(mutex.Lock(0));
@@ -146,7 +146,7 @@ TEST(MutexTest, IsHeldUntilUnlockedAsOftenAsLocked)
     EXPECT_TRUE(TryLockOnOtherThread(mutex));
 }
 
-TEST(MutexTest, CanBeUnlockedByTheOwnerOnly)
+TEST(MutexTest, CanBeUnlockedOnlyByItsOwner)
 {
     Mutex mutex(false);
 
@@ -155,7 +155,7 @@ TEST(MutexTest, CanBeUnlockedByTheOwnerOnly)
     EXPECT_FALSE(mutex.Unlock());
 }
 
-TEST(MutexTest, KeepsThreadsApart)
+TEST(MutexTest, LetsOneThreadInAtATime)
 {
     constexpr int rounds = 10000;
     Mutex mutex(false);
@@ -176,7 +176,7 @@ TEST(MutexTest, KeepsThreadsApart)
     EXPECT_EQ(counter, 4 * rounds);
 }
 
-TEST(MutexTest, IsDestroyedSilentlyWhileItsThreadHoldsIt)
+TEST(MutexTest, IsDestroyedSilentlyWhileLocked)
 {
     testing::internal::CaptureStderr();
     {
@@ -186,7 +186,7 @@ TEST(MutexTest, IsDestroyedSilentlyWhileItsThreadHoldsIt)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasGone)
+TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasEnded)
 {
     testing::internal::CaptureStderr();
     {
@@ -196,14 +196,14 @@ TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasGone)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(MutexTest, IsFreeWhateverHappenedToEarlierMutexes)
+TEST(MutexTest, IsFreeAfterEarlierMutexesWereDestroyedLocked)
 {
     for (int i = 0; i < 20; ++i) {
         {
             Mutex heldTwice(true);
             heldTwice.Lock(0);
-            Mutex heldByNobodyAlive(false);
-            std::thread([&] { heldByNobodyAlive.Lock(MutexInternal::Infinite); }).join();
+            Mutex heldByAnEndedThread(false);
+            std::thread([&] { heldByAnEndedThread.Lock(MutexInternal::Infinite); }).join();
         }
         Mutex mutex(false);
         Mutex another(false);
@@ -213,9 +213,9 @@ TEST(MutexTest, IsFreeWhateverHappenedToEarlierMutexes)
     }
 }
 
-TEST(MutexTest, BelongsToItsThreadWhenManyThreadsCreateMany)
+TEST(MutexTest, CanBeCreatedAndLockedOnSeveralThreadsAtOnce)
 {
-    const auto makeAndLock = [] {
+    const auto createAndLock = [] {
         int successes = 0;
         for (int round = 0; round < 2000; ++round) {
             Mutex first(false);
@@ -227,17 +227,17 @@ TEST(MutexTest, BelongsToItsThreadWhenManyThreadsCreateMany)
     };
     std::vector<std::future<int>> threads;
     for (int i = 0; i < 4; ++i)
-        threads.push_back(std::async(std::launch::async, makeAndLock));
+        threads.push_back(std::async(std::launch::async, createAndLock));
 
     for (std::future<int>& thread : threads)
         EXPECT_EQ(thread.get(), 2000);
 }
 
-TEST(MutexTest, StaysHeldWhileOtherThreadsTryToUnlockIt)
+TEST(MutexTest, RejectsConcurrentUnlocksByAnotherThread)
 {
     Mutex mutex(false);
     std::atomic<bool> isOver = false;
-    auto stranger = std::async(std::launch::async, [&] {
+    auto other = std::async(std::launch::async, [&] {
         int unlocked = 0;
         while (!isOver)
             unlocked += mutex.Unlock() ? 1 : 0;
@@ -250,7 +250,7 @@ TEST(MutexTest, StaysHeldWhileOtherThreadsTryToUnlockIt)
     }
     isOver = true;
 
-    EXPECT_EQ(stranger.get(), 0);
+    EXPECT_EQ(other.get(), 0);
     EXPECT_FALSE(mutex.Unlock());
 }
 
@@ -265,7 +265,7 @@ TEST(MutexLockerTest, HoldsTheMutexForItsScope)
     EXPECT_TRUE(TryLockOnOtherThread(mutex));
 }
 
-TEST(MutexLockerTest, UnlocksNothingWithoutItsLock)
+TEST(MutexLockerTest, DoesNotUnlockAfterAFailedLock)
 {
     Mutex mutex(false);
     std::optional<OtherOwner> owner(mutex);

@@ -73,9 +73,9 @@ long AddressSpaceInPages()
 }
 
 // Makes new threads request a larger stack than any system has, until the object is destroyed.
-class NoRoomForThreads {
+class HugeThreadStacks {
 public:
-    NoRoomForThreads()
+    HugeThreadStacks()
     {
         constexpr std::size_t tooMuch = std::size_t{1} << 50;
         pthread_attr_t attributes;
@@ -85,7 +85,7 @@ public:
         EXPECT_EQ(::pthread_setattr_default_np(&attributes), 0);
         ::pthread_attr_destroy(&attributes);
     }
-    ~NoRoomForThreads()
+    ~HugeThreadStacks()
     {
         ::pthread_setattr_default_np(&m_oldAttributes);
         ::pthread_attr_destroy(&m_oldAttributes);
@@ -95,12 +95,12 @@ private:
     pthread_attr_t m_oldAttributes;
 };
 
-TEST(ThreadTest, DefinesUndefinedThreadWithAllBitsSet)
+TEST(ThreadTest, DefinesUndefinedThreadAs0xFFFFFFFF)
 {
     EXPECT_EQ(Thread::UndefinedThread, 0xFFFFFFFFul);
 }
 
-TEST(ThreadTest, WorksOnAThreadOfItsOwn)
+TEST(ThreadTest, RunsDoWorkOnItsOwnThread)
 {
     unsigned long id = Thread::GetCurrentId();
     unsigned long ownId = 0;
@@ -121,13 +121,13 @@ TEST(ThreadTest, WorksOnAThreadOfItsOwn)
     EXPECT_TRUE(Thread::IsMainThread());
 }
 
-TEST(ThreadTest, ReturnsTheResultOfTheWorkFromWait)
+TEST(ThreadTest, ReturnsTheResultOfDoWorkFromWait)
 {
     EXPECT_EQ(ResultOfWork(42), 42);
     EXPECT_EQ(ResultOfWork(-1), -1);
 }
 
-TEST(ThreadTest, ReturnsNullFromWaitBeforeTheStart)
+TEST(ThreadTest, ReturnsNullFromWaitBeforeRun)
 {
     Worker worker(DoNothing);
 
@@ -144,7 +144,7 @@ TEST(ThreadTest, ReturnsNullFromWaitAfterTheEnd)
     EXPECT_EQ(worker.Wait(), nullptr);
 }
 
-TEST(ThreadTest, RunsUntilItsWorkIsDone)
+TEST(ThreadTest, IsRunningUntilItsWorkIsDone)
 {
     std::latch release(1);
     Worker worker([&release](Worker&) {
@@ -160,7 +160,7 @@ TEST(ThreadTest, RunsUntilItsWorkIsDone)
     EXPECT_FALSE(worker.IsRunning());
 }
 
-TEST(ThreadTest, StartsOnce)
+TEST(ThreadTest, StartsOnlyOnce)
 {
     std::atomic<int> calls{0};
     Worker worker([&calls](Worker&) { return ++calls; });
@@ -173,9 +173,9 @@ TEST(ThreadTest, StartsOnce)
 }
 
 // Works until it is asked to end, by which time the members of this class are destroyed.
-class Plain : public Thread {
+class BusyThread : public Thread {
 public:
-    Plain(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
+    BusyThread(std::latch& begun, std::atomic<bool>& done) : m_begun(begun), m_done(done) {}
 
 private:
     int DoWork() override
@@ -198,7 +198,7 @@ TEST(ThreadTest, WaitsForTheWorkWhenDestroyed)
     std::atomic<bool> done{false};
 
     {
-        Plain thread(begun, done);
+        BusyThread thread(begun, done);
         thread.Run();
         begun.wait();
     }
@@ -211,7 +211,7 @@ TEST(ThreadTest, EndsWhenDestroyedWhilePaused)
     std::atomic<bool> done{false};
 
     {
-        Plain thread(begun, done);
+        BusyThread thread(begun, done);
         thread.Run();
         begun.wait();
         EXPECT_TRUE(thread.Pause());
@@ -225,7 +225,7 @@ TEST(ThreadTest, EndsWhenDestroyedWhileAboutToPause)
         std::latch begun(1);
         std::atomic<bool> done{false};
         {
-            Plain thread(begun, done);
+            BusyThread thread(begun, done);
             thread.Run();
             begun.wait();
             thread.Pause();
@@ -234,7 +234,7 @@ TEST(ThreadTest, EndsWhenDestroyedWhileAboutToPause)
     }
 }
 
-TEST(ThreadTest, CanBeDestroyedWithoutARun)
+TEST(ThreadTest, CanBeDestroyedWithoutRunning)
 {
     bool worked = false;
     for (int i = 0; i < 100; ++i) {
@@ -284,7 +284,7 @@ TEST(ThreadTest, PausesAndResumes)
     stop = true;
 }
 
-TEST(ThreadTest, PausesAndResumesInTheRightStateOnly)
+TEST(ThreadTest, CannotPauseOrResumeUnlessRunning)
 {
     testing::internal::CaptureStderr();
     Worker worker(DoNothing);
@@ -298,7 +298,7 @@ TEST(ThreadTest, PausesAndResumesInTheRightStateOnly)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(ThreadTest, CanBeKilledWhileItRuns)
+TEST(ThreadTest, CanBeKilledWhileRunning)
 {
     std::latch begun(1);
     Worker worker([&begun](Worker&) {
@@ -314,19 +314,19 @@ TEST(ThreadTest, CanBeKilledWhileItRuns)
     AwaitEnd(worker);
 }
 
-std::atomic<int> g_slowlyDestroyed{0};
+std::atomic<int> g_slowDestructorCalls{0};
 
 // Has a slow destructor, so that the test detects a caller that does not wait for it. A thread that
 // is being cancelled is not cancelled again while it sleeps.
-struct DestroyedSlowly {
-    ~DestroyedSlowly()
+struct SlowDestructor {
+    ~SlowDestructor()
     {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        ++g_slowlyDestroyed;
+        ++g_slowDestructorCalls;
     }
 };
 
-// Has no members that the thread could use after their destruction.
+// Uses no member once it has begun, because the members are destroyed before the thread ends.
 class Endless : public Thread {
 public:
     explicit Endless(std::latch& begun) : m_begun(begun) {}
@@ -334,7 +334,7 @@ public:
 private:
     int DoWork() override
     {
-        const DestroyedSlowly local;
+        const SlowDestructor local;
         m_begun.count_down();
         while (true)
             ::pause();
@@ -344,22 +344,22 @@ private:
     std::latch& m_begun;
 };
 
-TEST(ThreadTest, WaitsUntilTheObjectsOfAKilledThreadAreDestroyed)
+TEST(ThreadTest, WaitsForTheDestructorsOfAKilledThread)
 {
     std::latch begun(1);
     Endless thread(begun);
     thread.Run();
     begun.wait();
-    const int before = g_slowlyDestroyed;
+    const int before = g_slowDestructorCalls;
 
     EXPECT_EQ(thread.Kill(), wxTHREAD_NO_ERROR);
     EXPECT_EQ(reinterpret_cast<std::intptr_t>(thread.Wait()), -1);
-    EXPECT_EQ(g_slowlyDestroyed, before + 1);
+    EXPECT_EQ(g_slowDestructorCalls, before + 1);
 }
 
-TEST(ThreadTest, IsDestroyedAfterTheObjectsOfItsKilledThread)
+TEST(ThreadTest, IsDestroyedAfterTheLocalsOfItsKilledThread)
 {
-    const int before = g_slowlyDestroyed;
+    const int before = g_slowDestructorCalls;
     {
         std::latch begun(1);
         Endless thread(begun);
@@ -368,15 +368,15 @@ TEST(ThreadTest, IsDestroyedAfterTheObjectsOfItsKilledThread)
         EXPECT_EQ(thread.Kill(), wxTHREAD_NO_ERROR);
     }
 
-    EXPECT_EQ(g_slowlyDestroyed, before + 1);
+    EXPECT_EQ(g_slowDestructorCalls, before + 1);
 }
 
-TEST(ThreadTest, IsDestroyedAfterTheThreadLocalObjectsOfItsThread)
+TEST(ThreadTest, IsDestroyedAfterItsThreadLocalObjects)
 {
-    const int before = g_slowlyDestroyed;
+    const int before = g_slowDestructorCalls;
     {
         Worker worker([](Worker&) {
-            thread_local const DestroyedSlowly object;
+            thread_local const SlowDestructor object;
             static_cast<void>(&object);
             return 0;
         });
@@ -385,24 +385,24 @@ TEST(ThreadTest, IsDestroyedAfterTheThreadLocalObjectsOfItsThread)
         EXPECT_EQ(worker.Wait(), nullptr);
     }
 
-    EXPECT_EQ(g_slowlyDestroyed, before + 1);
+    EXPECT_EQ(g_slowDestructorCalls, before + 1);
 }
 
-std::counting_semaphore<1> g_mayBeDestroyed{0};
+std::counting_semaphore<1> g_mayEndDestructor{0};
 std::atomic<bool> g_wasReleased{false};
 
-struct DestroyedOnRequest {
-    ~DestroyedOnRequest()
+struct BlockingDestructor {
+    ~BlockingDestructor()
     {
-        g_wasReleased = g_mayBeDestroyed.try_acquire_for(std::chrono::seconds(20));
+        g_wasReleased = g_mayEndDestructor.try_acquire_for(std::chrono::seconds(20));
     }
 };
 
-TEST(ThreadTest, ReturnsFromWaitAtOnceWhenTheThreadHasEnded)
+TEST(ThreadTest, ReturnsFromWaitAtOnceWhenDoWorkHasEnded)
 {
     {
         Worker worker([](Worker&) {
-            thread_local const DestroyedOnRequest object;
+            thread_local const BlockingDestructor object;
             static_cast<void>(&object);
             return 0;
         });
@@ -410,7 +410,7 @@ TEST(ThreadTest, ReturnsFromWaitAtOnceWhenTheThreadHasEnded)
         AwaitEnd(worker);
 
         EXPECT_EQ(worker.Wait(), nullptr);
-        g_mayBeDestroyed.release();
+        g_mayEndDestructor.release();
     }
     EXPECT_TRUE(g_wasReleased);
 }
@@ -442,7 +442,7 @@ TEST(ThreadDeathTest, CanBeKilledBeforeItsWorkBegins)
         EXPECT_EXIT(::_exit(KillAtStart(false)), testing::ExitedWithCode(0), "^$");
 }
 
-TEST(ThreadDeathTest, CanBeKilledThroughItsBaseBeforeItsWorkBegins)
+TEST(ThreadDeathTest, CanBeKilledThroughWxThreadBeforeItsWorkBegins)
 {
     for (int i = 0; i < 20; ++i)
         EXPECT_EXIT(::_exit(KillAtStart(true)), testing::ExitedWithCode(0), "^$");
@@ -476,7 +476,7 @@ TEST(ThreadDeathTest, CanBeDestroyedBeforeItsWorkBegins)
 }
 #endif
 
-TEST(ThreadTest, CannotBeKilledUnlessItRuns)
+TEST(ThreadTest, CannotBeKilledUnlessRunning)
 {
     Worker worker(DoNothing);
 
@@ -488,7 +488,7 @@ TEST(ThreadTest, CannotBeKilledUnlessItRuns)
 
 // Returns the result of a thread's operation on itself.
 template <typename Result>
-Result OnItself(Result (*operation)(Worker&))
+Result CallOnItself(Result (*operation)(Worker&))
 {
     std::promise<Result> result;
     Worker worker([&](Worker& self) {
@@ -503,15 +503,15 @@ TEST(ThreadTest, CannotPauseResumeWaitForOrKillItself)
 {
     testing::internal::CaptureStderr();
 
-    EXPECT_FALSE(OnItself<bool>([](Worker& self) { return self.Pause(); }));
-    EXPECT_FALSE(OnItself<bool>([](Worker& self) { return self.Resume(); }));
-    EXPECT_EQ(OnItself<wxThread::ExitCode>([](Worker& self) { return self.Wait(); }), nullptr);
-    EXPECT_EQ(OnItself<wxThreadError>([](Worker& self) { return self.Kill(); }),
+    EXPECT_FALSE(CallOnItself<bool>([](Worker& self) { return self.Pause(); }));
+    EXPECT_FALSE(CallOnItself<bool>([](Worker& self) { return self.Resume(); }));
+    EXPECT_EQ(CallOnItself<wxThread::ExitCode>([](Worker& self) { return self.Wait(); }), nullptr);
+    EXPECT_EQ(CallOnItself<wxThreadError>([](Worker& self) { return self.Kill(); }),
               wxTHREAD_MISC_ERROR);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(ThreadTest, StartsThroughItsBase)
+TEST(ThreadTest, StartsThroughWxThread)
 {
     std::promise<unsigned long> id;
     Worker worker([&id](Worker&) {
@@ -525,7 +525,7 @@ TEST(ThreadTest, StartsThroughItsBase)
     EXPECT_EQ(id.get_future().get(), worker.GetId());
 }
 
-TEST(ThreadTest, IsNotStartedAgainAfterAStartThroughItsBase)
+TEST(ThreadTest, WorksOnlyOnceWhenStartedThroughWxThread)
 {
     std::atomic<int> calls{0};
     for (int i = 0; i < 100; ++i) {
@@ -546,7 +546,7 @@ private:
     int DoWork() override { return 42; }
 };
 
-TEST(ThreadTest, WorksOnAnyThreadThatCallsEntry)
+TEST(ThreadTest, RunsDoWorkOnAnyThreadThatCallsEntry)
 {
     Direct thread;
 
@@ -556,7 +556,7 @@ TEST(ThreadTest, WorksOnAnyThreadThatCallsEntry)
     EXPECT_TRUE(thread.Run());
 }
 
-TEST(ThreadTest, DoesNotWaitInTestDestroyOfAnotherThread)
+TEST(ThreadTest, DoesNotPauseAnotherThreadInTestDestroy)
 {
     std::latch release(1);
     Worker worker([&release](Worker&) {
@@ -570,7 +570,7 @@ TEST(ThreadTest, DoesNotWaitInTestDestroyOfAnotherThread)
     release.count_down();
 }
 
-TEST(ThreadTest, EndsByDeleteWhilePaused)
+TEST(ThreadTest, CanBeDeletedWhilePaused)
 {
     std::latch begun(1);
     Worker worker([&begun](Worker& self) {
@@ -605,7 +605,7 @@ TEST(ThreadTest, CanBeKilledWhilePaused)
     AwaitEnd(worker);
 }
 
-TEST(ThreadTest, PausesAndResumesThroughItsBase)
+TEST(ThreadTest, PausesAndResumesThroughWxThread)
 {
     std::latch begun(1);
     std::atomic<int> rounds{0};
@@ -630,17 +630,17 @@ TEST(ThreadTest, PausesAndResumesThroughItsBase)
 
 TEST(ThreadTest, DoesNotWorkWhilePaused)
 {
-    std::atomic<bool> isPausing{false};
+    std::atomic<bool> isPaused{false};
     std::atomic<int> rounds{0};
     Worker worker([&](Worker& self) {
         while (!self.TestDestroy())
-            rounds += isPausing ? 1 : 0;
+            rounds += isPaused ? 1 : 0;
         return 0;
     });
     worker.Run();
     EXPECT_TRUE(worker.Pause());
     Thread::Sleep(50);
-    isPausing = true;
+    isPaused = true;
     Thread::Sleep(50);
     EXPECT_EQ(rounds, 0);
     worker.Delete();
@@ -653,7 +653,7 @@ TEST(ThreadTest, ReportsTheThreadOfMainAsTheMainThread)
 }
 
 // In a separate process, where nothing has started wxWidgets.
-TEST(ThreadDeathTest, KeepsTheMainThreadWhenAnotherOneCreatesTheFirst)
+TEST(ThreadDeathTest, KeepsTheMainThreadWhenCreatedOnAnotherThread)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
@@ -671,34 +671,34 @@ TEST(ThreadDeathTest, KeepsTheMainThreadWhenAnotherOneCreatesTheFirst)
 // creates the thread.
 constexpr int c_startAllocations = 20;
 
-TEST(ThreadTest, CanBeDestroyedWhenMemoryRunsOut)
+TEST(ThreadTest, CanBeDestroyedWhenOutOfMemory)
 {
     for (int index = 0; index < c_startAllocations; ++index) {
         auto worker = std::make_unique<Worker>(DoNothing);
-        const FailingAllocation scarce(index);
+        const FailingAllocation failing(index);
         worker.reset();
-        EXPECT_TRUE(scarce.HasFailed());
+        EXPECT_TRUE(failing.HasFailed());
     }
 }
 
 std::atomic<bool> s_hasMemory{true};
-thread_local bool t_needsMemory = false;
+thread_local bool t_isTested = false;
 
 // Fails only on the tested thread: wxWidgets does not expect its other threads to run out of
 // memory.
-bool FailsHere(const void*)
+bool FailsOnTestedThread(const void*)
 {
-    return t_needsMemory && !s_hasMemory;
+    return t_isTested && !s_hasMemory;
 }
 
 // The destructor tries for 200 ms to end the thread, then leaks it, which needs memory as well.
-TEST(ThreadTest, IsDestroyedWhenThereIsMemoryAgain)
+TEST(ThreadTest, IsDestroyedOnceMemoryIsAvailableAgain)
 {
     auto worker = std::make_unique<Worker>(DoNothing);
     s_hasMemory = false;
-    TestSupport::SetAllocationRule(FailsHere);
+    TestSupport::SetAllocationRule(FailsOnTestedThread);
     std::thread destroyer([&worker] {
-        t_needsMemory = true;
+        t_isTested = true;
         worker.reset();
     });
     Thread::Sleep(400);
@@ -709,13 +709,13 @@ TEST(ThreadTest, IsDestroyedWhenThereIsMemoryAgain)
     EXPECT_EQ(worker, nullptr);
 }
 
-TEST(ThreadTest, StartsLaterWhenMemoryRunsOut)
+TEST(ThreadTest, CanStartOnceMemoryIsAvailableAgain)
 {
     for (int index = 0; index < c_startAllocations; ++index) {
         std::atomic<int> calls{0};
         Worker worker([&calls](Worker&) { return ++calls; });
         {
-            const FailingAllocation scarce(index);
+            const FailingAllocation failing(index);
             EXPECT_FALSE(worker.Run());
         }
         EXPECT_FALSE(worker.IsRunning());
@@ -724,8 +724,8 @@ TEST(ThreadTest, StartsLaterWhenMemoryRunsOut)
     }
 }
 
-// The per-thread data of wxWidgets are larger.
-TEST(ThreadTest, WorksWithoutMemoryForItsLogTarget)
+// The limit is smaller than wxWidgets' per-thread data.
+TEST(ThreadTest, WorksWhenOutOfMemoryForItsLogTarget)
 {
     std::atomic<bool> hasWorked{false};
     Worker worker([&hasWorked](Worker&) {
@@ -740,7 +740,7 @@ TEST(ThreadTest, WorksWithoutMemoryForItsLogTarget)
     EXPECT_TRUE(hasWorked);
 }
 
-TEST(ThreadTest, SleepsAtLeastItsTime)
+TEST(ThreadTest, SleepsAtLeastTheGivenTime)
 {
     const auto start = std::chrono::steady_clock::now();
     Thread::Sleep(20);
@@ -748,11 +748,11 @@ TEST(ThreadTest, SleepsAtLeastItsTime)
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(20));
 }
 
-TEST(ThreadTest, CannotRunWhenTheSystemHasNoThread)
+TEST(ThreadTest, FailsToRunWhenNoThreadCanBeCreated)
 {
     testing::internal::CaptureStderr();
     {
-        const NoRoomForThreads noRoom;
+        const HugeThreadStacks hugeStacks;
         Worker worker(DoNothing);
 
         EXPECT_FALSE(worker.Run());
