@@ -13,7 +13,7 @@ using testing::HasSubstr;
 
 using AboutCommandTest = ToolFixture;
 
-TEST_F(AboutCommandTest, NamesTheVersions)
+TEST_F(AboutCommandTest, PrintsTheVersions)
 {
     const ProgramResult result = Run({"about"});
 
@@ -24,7 +24,7 @@ TEST_F(AboutCommandTest, NamesTheVersions)
                               "library, regular expressions by pcre2?[^\n]*\n$"));
 }
 
-TEST_F(AboutCommandTest, ChecksTheLibraryInAMoment)
+TEST_F(AboutCommandTest, ChecksTheLibraryWithinTenSeconds)
 {
     const auto begin = std::chrono::steady_clock::now();
 

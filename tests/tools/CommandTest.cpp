@@ -32,7 +32,7 @@ TEST_F(CommandTest, PrintsItsVersion)
     EXPECT_EQ(result.output, "toolkit 1.0.332.3\n");
 }
 
-TEST_F(CommandTest, NamesTheSubcommandsInHelp)
+TEST_F(CommandTest, ListsTheLogSubcommandInHelp)
 {
     const ProgramResult result = Run({"--help"});
 
@@ -40,7 +40,7 @@ TEST_F(CommandTest, NamesTheSubcommandsInHelp)
     EXPECT_THAT(result.output, HasSubstr("log "));
 }
 
-TEST_F(CommandTest, FailsForWrongUsage)
+TEST_F(CommandTest, FailsOnInvalidUsage)
 {
     const std::vector<std::string> cases[] = {
         {}, {"nonesuch"}, {"--nonesuch"}, {"log", "--nonesuch"}, {"log", "-s", "loud", "x"}};
@@ -48,7 +48,7 @@ TEST_F(CommandTest, FailsForWrongUsage)
         ExpectUsageError(arguments);
 }
 
-TEST_F(CommandTest, SelectsNothingFromTheListOfLogs)
+TEST_F(CommandTest, RejectsLogOptionsWithoutALog)
 {
     const std::vector<std::string> cases[] = {
         {"log", ""}, {"log", "--json"}, {"log", "-s", "error"}, {"log", "-t", "x"}};
@@ -56,7 +56,7 @@ TEST_F(CommandTest, SelectsNothingFromTheListOfLogs)
         ExpectUsageError(arguments);
 }
 
-TEST_F(CommandTest, NamesAWordThatItDoesNotKnow)
+TEST_F(CommandTest, NamesUnknownSubcommandsAndOptions)
 {
     EXPECT_THAT(Run({"bogus"}).errors, StartsWith("toolkit: there is no subcommand bogus\n"));
     EXPECT_THAT(Run({"ini", "bogus", "x"}).errors,
@@ -69,7 +69,7 @@ TEST_F(CommandTest, NamesAWordThatItDoesNotKnow)
     EXPECT_THAT(Run({}).errors, StartsWith("toolkit: A subcommand is required\n"));
 }
 
-TEST_F(CommandTest, ShowsControlCharactersOfArgumentsAsText)
+TEST_F(CommandTest, EscapesControlCharactersInArguments)
 {
     EXPECT_THAT(Run({"log", "x", "\x1B]0;evil\x07"}).errors,
                 AllOf(HasSubstr("\\x1B]0;evil\\x07"), Not(HasSubstr("\x1B"))));
@@ -77,7 +77,7 @@ TEST_F(CommandTest, ShowsControlCharactersOfArgumentsAsText)
               "toolkit: there is no log called \\x1B[31m; \"toolkit log\" lists the logs\n");
 }
 
-TEST_F(CommandTest, FailsForAFullDisk)
+TEST_F(CommandTest, FailsWhenTheDiskIsFull)
 {
     Write(L"a.qvlog", "2 100 : 1 : f : x\n");
 
@@ -90,7 +90,7 @@ TEST_F(CommandTest, FailsForAFullDisk)
     }
 }
 
-TEST_F(CommandTest, EndsLikeOtherProgramsWhenTheReaderGoesAway)
+TEST_F(CommandTest, EndsBySigpipeWhenItsOutputIsClosed)
 {
     std::string log;
     for (int i = 0; i < 100000; ++i)
@@ -103,11 +103,11 @@ TEST_F(CommandTest, EndsLikeOtherProgramsWhenTheReaderGoesAway)
     EXPECT_EQ(result.errors, "141\n"); // 128 and SIGPIPE
 }
 
-TEST_F(CommandTest, UsesColoursForTerminalsOnly)
+TEST_F(CommandTest, UsesColoursOnATerminalOnly)
 {
     const std::string log = Write(L"a.qvlog", "0 100 : 1 : f : x\n");
     const ScopedEnvironment terminal("TERM", "xterm");
-    const ScopedEnvironment refusal("NO_COLOR", std::nullopt);
+    const ScopedEnvironment noColor("NO_COLOR", std::nullopt);
 
     EXPECT_EQ(Run({"log", log}).output, "100 error f:1 x\n");
     ProgramOnTerminal shown(TOOLKIT_COMMAND, {"log", log});
@@ -118,7 +118,7 @@ TEST_F(CommandTest, TurnsColoursOffForNoColor)
 {
     const std::string log = Write(L"a.qvlog", "0 100 : 1 : f : x\n");
     const ScopedEnvironment terminal("TERM", "xterm");
-    const ScopedEnvironment refusal("NO_COLOR", "1");
+    const ScopedEnvironment noColor("NO_COLOR", "1");
 
     ProgramOnTerminal shown(TOOLKIT_COMMAND, {"log", log});
 

@@ -35,7 +35,7 @@ std::vector<std::string> LinesOf(const std::string& text)
 class CompletionTest : public ToolFixture {
 protected:
     // Returns what bash offers for the last of `words` in the test's directory.
-    std::vector<std::string> InBash(const std::string& words) const
+    std::vector<std::string> CompleteInBash(const std::string& words) const
     {
         const std::string script = "source " + c_completions + "toolkit.bash\ncd '" +
                                    m_directory.Path().native() + "'\nCOMP_WORDS=(" + words +
@@ -47,7 +47,7 @@ protected:
     }
 
     // Returns what fish offers for the last word of `line`.
-    std::vector<std::string> InFish(const std::string& line) const
+    std::vector<std::string> CompleteInFish(const std::string& line) const
     {
         const std::string script = "source " + c_completions + "toolkit.fish; cd '" +
                                    m_directory.Path().native() + "'; complete -C '" + line + "'";
@@ -57,7 +57,7 @@ protected:
     }
 
     // Returns what the zsh completion function passes to zsh's own functions.
-    static std::string InZsh(const std::string& words)
+    static std::string CompleteInZsh(const std::string& words)
     {
         const std::string script = "compadd() { print -l -- $@ }; _arguments() { print -l -- $@ }\n"
                                    "words=(" +
@@ -83,12 +83,12 @@ protected:
 
 TEST_F(CompletionTest, OffersSubcommandsAndOptionsInBash)
 {
-    EXPECT_THAT(InBash("toolkit ''"),
+    EXPECT_THAT(CompleteInBash("toolkit ''"),
                 testing::ElementsAre("log", "ini", "zip", "ipc", "paths", "about"));
-    EXPECT_THAT(InBash("toolkit z"), testing::ElementsAre("zip"));
-    EXPECT_THAT(InBash("toolkit zip e"), testing::ElementsAre("extract"));
-    EXPECT_THAT(InBash("toolkit zip extract --l"), testing::ElementsAre("--limit"));
-    EXPECT_THAT(InBash("toolkit log --severity w"), testing::ElementsAre("warning"));
+    EXPECT_THAT(CompleteInBash("toolkit z"), testing::ElementsAre("zip"));
+    EXPECT_THAT(CompleteInBash("toolkit zip e"), testing::ElementsAre("extract"));
+    EXPECT_THAT(CompleteInBash("toolkit zip extract --l"), testing::ElementsAre("--limit"));
+    EXPECT_THAT(CompleteInBash("toolkit log --severity w"), testing::ElementsAre("warning"));
 }
 
 TEST_F(CompletionTest, OffersSubcommandsAndOptionsInFish)
@@ -96,11 +96,11 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInFish)
     if (!HasProgram("fish"))
         GTEST_SKIP() << "no fish";
 
-    EXPECT_THAT(InFish("toolkit z"), Contains("zip"));
-    EXPECT_THAT(InFish("toolkit zip e"), Contains("extract"));
-    EXPECT_THAT(InFish("toolkit zip extract --l"), Contains("--limit"));
-    EXPECT_THAT(InFish("toolkit log --severity w"), Contains("warning"));
-    EXPECT_THAT(InFish("toolkit log --l"), Not(Contains("--limit")));
+    EXPECT_THAT(CompleteInFish("toolkit z"), Contains("zip"));
+    EXPECT_THAT(CompleteInFish("toolkit zip e"), Contains("extract"));
+    EXPECT_THAT(CompleteInFish("toolkit zip extract --l"), Contains("--limit"));
+    EXPECT_THAT(CompleteInFish("toolkit log --severity w"), Contains("warning"));
+    EXPECT_THAT(CompleteInFish("toolkit log --l"), Not(Contains("--limit")));
 }
 
 TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
@@ -108,18 +108,18 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
     if (!HasProgram("zsh"))
         GTEST_SKIP() << "no zsh";
 
-    EXPECT_THAT(InZsh("toolkit ''"), HasSubstr("log\nini\nzip\nipc\npaths\nabout\n"));
-    EXPECT_THAT(InZsh("toolkit zip ''"), HasSubstr("list\ncat\nsearch\nextract\n"));
-    EXPECT_THAT(InZsh("toolkit zip extract ''"),
+    EXPECT_THAT(CompleteInZsh("toolkit ''"), HasSubstr("log\nini\nzip\nipc\npaths\nabout\n"));
+    EXPECT_THAT(CompleteInZsh("toolkit zip ''"), HasSubstr("list\ncat\nsearch\nextract\n"));
+    EXPECT_THAT(CompleteInZsh("toolkit zip extract ''"),
                 AllOf(HasSubstr("--limit["), HasSubstr("--type[")));
-    EXPECT_THAT(InZsh("toolkit log ''"), HasSubstr("--severity["));
+    EXPECT_THAT(CompleteInZsh("toolkit log ''"), HasSubstr("--severity["));
 }
 
 // An entry in /tmp, where any user may create names. The destructor removes it.
 class NameInTmp {
 public:
-    explicit NameInTmp(const std::string& ending)
-        : m_name("toolkit-completion-" + std::to_string(::getpid()) + ending)
+    explicit NameInTmp(const std::string& suffix)
+        : m_name("toolkit-completion-" + std::to_string(::getpid()) + suffix)
     {
     }
 
@@ -138,59 +138,59 @@ private:
     std::string m_name;
 };
 
-TEST_F(CompletionTest, OffersTheNameOfALogInBash)
+TEST_F(CompletionTest, OffersLogNamesInBash)
 {
     const NameInTmp log("plain");
     log.Write();
 
-    EXPECT_THAT(InBash("toolkit log toolkit-comp"), Contains(log.Name()));
-    EXPECT_THAT(InBash("toolkit log --json ''"), Contains(log.Name()));
+    EXPECT_THAT(CompleteInBash("toolkit log toolkit-comp"), Contains(log.Name()));
+    EXPECT_THAT(CompleteInBash("toolkit log --json ''"), Contains(log.Name()));
 }
 
-TEST_F(CompletionTest, RunsNoCommandFromTheNameOfALogInBash)
+TEST_F(CompletionTest, DoesNotRunACommandInALogNameInBash)
 {
     const NameInTmp log("$(touch ran)`touch ran`");
     log.Write();
 
     const std::string quoted =
         log.Name().substr(0, log.Name().find('$')) + "\\$\\(touch\\ ran\\)\\`touch\\ ran\\`";
-    EXPECT_THAT(InBash("toolkit log ''"), Contains(quoted));
+    EXPECT_THAT(CompleteInBash("toolkit log ''"), Contains(quoted));
     EXPECT_FALSE(std::filesystem::exists(PathOf("ran")));
 }
 
-TEST_F(CompletionTest, QuotesASpaceInTheNameOfALogInBash)
+TEST_F(CompletionTest, EscapesSpacesInALogNameInBash)
 {
     const NameInTmp log(" two words");
     log.Write();
 
     const std::string quoted = log.Name().substr(0, log.Name().find(' ')) + "\\ two\\ words";
-    EXPECT_THAT(InBash("toolkit log toolkit-comp"), Contains(quoted));
-    EXPECT_THAT(InBash("toolkit log '" + quoted.substr(0, quoted.size() - 2) + "'"),
+    EXPECT_THAT(CompleteInBash("toolkit log toolkit-comp"), Contains(quoted));
+    EXPECT_THAT(CompleteInBash("toolkit log '" + quoted.substr(0, quoted.size() - 2) + "'"),
                 Contains(quoted));
 }
 
 // Another user may have created the link.
-TEST_F(CompletionTest, OffersNoLinkToAFileOfTheUser)
+TEST_F(CompletionTest, IgnoresALinkToAFileOfTheUser)
 {
     const NameInTmp link("link");
     std::filesystem::create_symlink(Write(L"own.qvlog", "text"), link.Path());
 
-    EXPECT_THAT(InBash("toolkit log ''"), Not(Contains(link.Name())));
+    EXPECT_THAT(CompleteInBash("toolkit log ''"), Not(Contains(link.Name())));
     if (HasProgram("fish")) {
-        EXPECT_THAT(InFish("toolkit log "), Not(Contains(link.Name())));
+        EXPECT_THAT(CompleteInFish("toolkit log "), Not(Contains(link.Name())));
     }
     if (HasProgram("zsh")) {
         EXPECT_THAT(FindLogsInZsh(), Not(HasSubstr(link.Name())));
     }
 }
 
-TEST_F(CompletionTest, RunsNoCommandFromTheNameOfALogInOtherShells)
+TEST_F(CompletionTest, DoesNotRunACommandInALogNameInOtherShells)
 {
     const NameInTmp log("$(touch ran)(touch ran)");
     log.Write();
 
     if (HasProgram("fish")) {
-        EXPECT_THAT(InFish("toolkit log "), Contains(log.Name()));
+        EXPECT_THAT(CompleteInFish("toolkit log "), Contains(log.Name()));
     }
     if (HasProgram("zsh")) {
         EXPECT_THAT(FindLogsInZsh(), HasSubstr(log.Name()));
@@ -210,8 +210,8 @@ std::vector<std::string> LongOptions(const std::string& usage)
     return options;
 }
 
-// The manual pages and all completions must have every option of the command.
-TEST_F(CompletionTest, KnowsEveryOption)
+// The completions of all shells must have every option of the command.
+TEST_F(CompletionTest, ContainsEveryOption)
 {
     const std::string bash = ReadWholeFile(c_completions + "toolkit.bash");
     const std::string zsh = ReadWholeFile(c_completions + "_toolkit");

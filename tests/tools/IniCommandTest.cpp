@@ -10,7 +10,7 @@ using testing::HasSubstr;
 
 class IniCommandTest : public ToolFixture {
 protected:
-    // The output of "toolkit ini check" for a file that contains `text`, which must exit with
+    // Returns the output of "toolkit ini check" for a file that contains `text`. It must exit with
     // `exitCode`. It runs in the directory of the file, so that the output names just "a.ini".
     std::string Check(const std::string& text, int exitCode) const
     {
@@ -25,7 +25,7 @@ protected:
 constexpr const char* c_settings = "[Window]\nwidth = 640\nwidth=800\ntitle =  a = b \n[]\nempty=\n"
                                    "[Window]\nheight=480\n";
 
-TEST_F(IniCommandTest, ListsWhatTheLibraryReads)
+TEST_F(IniCommandTest, ListsTheSettingsThatTheLibraryReads)
 {
     EXPECT_EQ(Run({"ini", "list", Write(L"a.ini", c_settings)}).output,
               "[Window]\nheight=480\ntitle=a = b\nwidth=640\n[]\nempty=\n");
@@ -94,7 +94,7 @@ TEST_F(IniCommandTest, FindsAKeyAboveTheFirstSection)
               "a.ini:2: ignored: \"width\" is above the first section\n");
 }
 
-TEST_F(IniCommandTest, FindsASecondValue)
+TEST_F(IniCommandTest, FindsASecondValueOfAKey)
 {
     EXPECT_EQ(Check("[A]\r\nx=1\r\n[B]\r\nx=1\r\nx = 2\r\n", 1),
               "a.ini:5: ignored: \"x\" already has a value from line 4\n");

@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(IpcCommandTest, PrintsWhatIsSentInListen)
+TEST_F(IpcCommandTest, PrintsReceivedMessagesInListen)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("toolkit: listening at " + Service() + "\n");
@@ -42,7 +42,7 @@ TEST_F(IpcCommandTest, PrintsWhatIsSentInListen)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
-TEST_F(IpcCommandTest, EndsListenAfterAsManyMessagesAsAskedFor)
+TEST_F(IpcCommandTest, EndsListenAfterTheRequestedNumberOfMessages)
 {
     RunningCommand server({"ipc", "listen", "--count", "2", Service()});
     server.ReadUntil("listening");
@@ -54,7 +54,7 @@ TEST_F(IpcCommandTest, EndsListenAfterAsManyMessagesAsAskedFor)
     EXPECT_EQ(server.Wait(), 0);
 }
 
-TEST_F(IpcCommandTest, EndsListenWhenTheReaderGoesAway)
+TEST_F(IpcCommandTest, EndsListenWhenItsOutputIsClosed)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("listening");
@@ -65,7 +65,7 @@ TEST_F(IpcCommandTest, EndsListenWhenTheReaderGoesAway)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
-TEST_F(IpcCommandTest, EndsListenCleanlyAtASignal)
+TEST_F(IpcCommandTest, EndsListenCleanlyOnASignal)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         SCOPED_TRACE(signal);
@@ -77,7 +77,7 @@ TEST_F(IpcCommandTest, EndsListenCleanlyAtASignal)
     }
 }
 
-TEST_F(IpcCommandTest, SaysInSendThatNobodyListens)
+TEST_F(IpcCommandTest, ReportsInSendThatNoServerListens)
 {
     const ProgramResult result = Run({"ipc", "send", Service(), "x"});
 
@@ -111,7 +111,7 @@ TEST_F(IpcCommandTest, ReportsWhyItCannotListen)
                                   ": No such file or directory\n");
 }
 
-TEST_F(IpcCommandTest, RefusesANumberAsAService)
+TEST_F(IpcCommandTest, RejectsANumberAsAServiceName)
 {
     EXPECT_EQ(Run({"ipc", "send", "1234", "x"}).errors,
               "toolkit: no name of a service: \"1234\"\n");
@@ -128,7 +128,7 @@ TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)
     EXPECT_THAT(Run({"ipc", "list"}).output, HasSubstr("stale " + ListedPath() + "\n"));
 }
 
-TEST_F(IpcCommandTest, ListsTheSocketsOfTheWorkingDirectory)
+TEST_F(IpcCommandTest, ListsTheSocketsInTheWorkingDirectory)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("listening");
@@ -141,7 +141,7 @@ TEST_F(IpcCommandTest, ListsTheSocketsOfTheWorkingDirectory)
     EXPECT_THAT(list, Not(HasSubstr("app.other")));
 }
 
-TEST_F(IpcCommandTest, ListsASocketOnceWhenTheWorkingDirectoryIsTheTemporaryOne)
+TEST_F(IpcCommandTest, ListsASocketOnceWhenRunInTmp)
 {
     RunningCommand server({"ipc", "listen", ListedPath()});
     server.ReadUntil("listening");

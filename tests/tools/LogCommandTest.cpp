@@ -57,32 +57,32 @@ TEST_F(LogCommandTest, PrintsJson)
               "\"message\":\"\"}\n");
 }
 
-TEST_F(LogCommandTest, WritesAnyTextAsJson)
+TEST_F(LogCommandTest, EscapesTextInJson)
 {
     EXPECT_EQ(Print("2 1 : 1 : f : \"\\\xC3\xA9\xFF\x1B\xE2\x80\xAE\n", {"--json"}),
               "{\"tick\":1,\"severity\":\"info\",\"line\":1,\"function\":\"f\","
               "\"message\":\"\\\"\\\\\xC3\xA9\\ufffd\\u001b\\u202e\"}\n");
 }
 
-TEST_F(LogCommandTest, ShowsControlCharactersOfMessagesAsText)
+TEST_F(LogCommandTest, EscapesControlCharactersInMessages)
 {
     EXPECT_EQ(Print("2 1 : 1 : f : \x1B[2J\xC2\x9B\xE2\x80\xAE\xFF caf\xC3\xA9\n"),
               "1 info f:1 \\x1B[2J\\x9B\\x202E\\xFF caf\xC3\xA9\n");
 }
 
-TEST_F(LogCommandTest, ContinuesAtTheSeamOfAWrappedLog)
+TEST_F(LogCommandTest, PrintsAWrappedLogOldestLineFirst)
 {
     EXPECT_EQ(Print("2 900 : 1 : f : 5\n2 300 : 1 : f : 2\n2 500 : 1 : f : 3\n2 700 : 1 : f : 4\n"),
               "300 info f:1 2\n500 info f:1 3\n700 info f:1 4\n900 info f:1 5\n");
 }
 
-TEST_F(LogCommandTest, ShowsTheRestOfTheLineThatTheSeamCuts)
+TEST_F(LogCommandTest, PrintsTheRestOfALineCutByTheSeam)
 {
     EXPECT_EQ(Print("2 900 : 1 : f : 5\n: f : 1\n2 300 : 1 : f : 2\n2 700 : 1 : f : 4\n"),
               "- cut - : f : 1\n300 info f:1 2\n700 info f:1 4\n900 info f:1 5\n");
 }
 
-TEST_F(LogCommandTest, FindsTheSeamWhereTheTickCountWrappedAround)
+TEST_F(LogCommandTest, FindsTheSeamWhenTheTickCountWrapsAround)
 {
     EXPECT_EQ(Print("2 1500 : 1 : f : 5\n2 4294966296 : 1 : f : 2\n2 4294967290 : 1 : f : 3\n"
                     "2 500 : 1 : f : 4\n"),
@@ -90,7 +90,7 @@ TEST_F(LogCommandTest, FindsTheSeamWhereTheTickCountWrappedAround)
 }
 
 // 40 days are closer to the next wrap of the tick count than to the last one.
-TEST_F(LogCommandTest, FindsTheSeamOfALogOfFortyDays)
+TEST_F(LogCommandTest, FindsTheSeamInALogOfFortyDays)
 {
     EXPECT_EQ(Print("2 3456000000 : 1 : f : 6\n2 0 : 1 : f : 1\n2 691200000 : 1 : f : 2\n"
                     "2 1382400000 : 1 : f : 3\n2 2073600000 : 1 : f : 4\n"
@@ -99,7 +99,7 @@ TEST_F(LogCommandTest, FindsTheSeamOfALogOfFortyDays)
               "2073600000 info f:1 4\n2764800000 info f:1 5\n3456000000 info f:1 6\n");
 }
 
-TEST_F(LogCommandTest, FindsTheRestsOfTwoRounds)
+TEST_F(LogCommandTest, OrdersLinesOfThreeRounds)
 {
     EXPECT_EQ(Print("2 9000 : 1 : f : 6\n"
                     "2 5000 : 1 : f : 4\n2 7000 : 1 : f : 5\n"
@@ -109,7 +109,7 @@ TEST_F(LogCommandTest, FindsTheRestsOfTwoRounds)
 }
 
 // A burst once made the file long. What remains of it is much older than the second newest round.
-TEST_F(LogCommandTest, FindsTheSeamOfShortRoundsBeforeTheRestOfABurst)
+TEST_F(LogCommandTest, OrdersLinesOfShortRoundsAfterABurst)
 {
     EXPECT_EQ(Print("2 90400 : 1 : f : 5\n2 90500 : 1 : f : 6\n"
                     "2 90200 : 1 : f : 3\n2 90300 : 1 : f : 4\n"
@@ -119,7 +119,7 @@ TEST_F(LogCommandTest, FindsTheSeamOfShortRoundsBeforeTheRestOfABurst)
 }
 
 // Ticks advance in steps of 10 ms.
-TEST_F(LogCommandTest, FindsTheRestsOfTwoShortRounds)
+TEST_F(LogCommandTest, OrdersLinesOfThreeShortRounds)
 {
     EXPECT_EQ(Print("2 1040 : 1 : f : 5\n2 1050 : 1 : f : 6\n"
                     "f : cut\n2 1020 : 1 : f : 3\n2 1030 : 1 : f : 4\n"
@@ -129,7 +129,7 @@ TEST_F(LogCommandTest, FindsTheRestsOfTwoShortRounds)
               "1040 info f:1 5\n1050 info f:1 6\n");
 }
 
-TEST_F(LogCommandTest, KeepsTheOrderOfThreadsThatOvertakeEachOther)
+TEST_F(LogCommandTest, KeepsTheFileOrderOfLinesFromRacingThreads)
 {
     const std::string late = "2 100 : 1 : f : 1\n2 3000 : 1 : f : 2\n2 1500 : 1 : g : late\n"
                              "2 3010 : 1 : f : 3\n2 3000 : 1 : g : 4\n2 9000 : 1 : f : 5\n";
@@ -137,12 +137,12 @@ TEST_F(LogCommandTest, KeepsTheOrderOfThreadsThatOvertakeEachOther)
                            "3010 info f:1 3\n3000 info g:1 4\n9000 info f:1 5\n");
 }
 
-TEST_F(LogCommandTest, PrintsALineWithoutEnd)
+TEST_F(LogCommandTest, PrintsALineWithoutALineFeed)
 {
     EXPECT_EQ(Print("2 100 : 1 : f : half"), "100 info f:1 half\n");
 }
 
-TEST_F(LogCommandTest, PrintsNothingOfAnEmptyLog)
+TEST_F(LogCommandTest, PrintsNothingForAnEmptyLog)
 {
     EXPECT_EQ(Print(""), "");
 }
@@ -166,7 +166,7 @@ TEST_F(LogCommandTest, ShowsTheTimeOfDayInALogOfThisMachine)
     }
 }
 
-TEST_F(LogCommandTest, ShowsTheTickCountsOfAnotherMachinesLog)
+TEST_F(LogCommandTest, ShowsTickCountsInALogOfAnotherMachine)
 {
     const std::string tick = std::to_string(GetTickCount() + 3600000);
 
@@ -215,7 +215,7 @@ TEST_F(LogCommandTest, ReadsStandardInput)
         EXPECT_EQ(Shell(line).output, "300 info f:1 2\n900 info f:1 5\n") << line;
 }
 
-TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
+TEST_F(LogCommandTest, ReportsWhyItCannotReadALog)
 {
     const std::pair<std::vector<std::string>, std::string> cases[] = {
         {{"log", "/nonesuch/a.qvlog"},
@@ -231,7 +231,7 @@ TEST_F(LogCommandTest, ReportsWhatCannotBeRead)
     }
 }
 
-TEST_F(LogCommandTest, RefusesBinaryFiles)
+TEST_F(LogCommandTest, RejectsBinaryFiles)
 {
     using namespace std::string_literals;
     const std::pair<const char*, std::string> cases[] = {
@@ -262,7 +262,7 @@ TEST_F(LogCommandTest, RefusesToFollowABinaryFile)
     EXPECT_EQ(result.errors, "toolkit: " + file + " is not a log\n");
 }
 
-TEST_F(LogCommandTest, RefusesBinaryStandardInput)
+TEST_F(LogCommandTest, RejectsBinaryStandardInput)
 {
     const ProgramResult result = Shell("$toolkit log - </bin/sh");
 
@@ -271,18 +271,18 @@ TEST_F(LogCommandTest, RefusesBinaryStandardInput)
 }
 
 // A system that crashes leaves zeros where it could not write.
-TEST_F(LogCommandTest, ReadsALogWithZerosBeforeItsLines)
+TEST_F(LogCommandTest, ReadsALogThatBeginsWithNullBytes)
 {
     EXPECT_EQ(Print(std::string(3, '\0') + "\n2 100 : 1 : f : first\n"),
               "- cut - \\x00\\x00\\x00\n100 info f:1 first\n");
 }
 
-TEST_F(LogCommandTest, ReadsAMessageWithAZero)
+TEST_F(LogCommandTest, ReadsAMessageWithANullByte)
 {
     EXPECT_EQ(Print(std::string("2 100 : 1 : f : a\0b\n", 20)), "100 info f:1 a\\x00b\n");
 }
 
-TEST_F(LogCommandTest, ReadsTextOfAProgramWithoutLogLines)
+TEST_F(LogCommandTest, PrintsTextWithoutLogLines)
 {
     EXPECT_EQ(Print("starting\ncaf\xE9\n"), "- cut - starting\n    caf\\xE9\n");
 }
@@ -352,7 +352,7 @@ TEST_F(LogOfLoggerTest, IsFoundByItsName)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(LogOfLoggerTest, IsTheFallbackFileThatWasWrittenLast)
+TEST_F(LogOfLoggerTest, IsTheMostRecentlyWrittenFallbackFile)
 {
     WriteNewest("-4294967290");
 
@@ -362,7 +362,7 @@ TEST_F(LogOfLoggerTest, IsTheFallbackFileThatWasWrittenLast)
     EXPECT_EQ(result.errors, "toolkit: reading " + Path("-4294967290") + "\n");
 }
 
-TEST_F(LogOfLoggerTest, IsNoFileWithANumberThatLoggersDoNotAdd)
+TEST_F(LogOfLoggerTest, IgnoresFilesWithNumbersThatLoggersDoNotAdd)
 {
     for (const char* const suffix : {"-2", "-2024", "-01234560", "-4294967296", "-12345x"}) {
         WriteNewest(suffix);
@@ -370,7 +370,7 @@ TEST_F(LogOfLoggerTest, IsNoFileWithANumberThatLoggersDoNotAdd)
     }
 }
 
-TEST_F(LogOfLoggerTest, IsNoFileOfAnotherUser)
+TEST_F(LogOfLoggerTest, IgnoresAFileOfAnotherUser)
 {
     WriteNewest("-1234560");
     if (::chown(Path("-1234560").c_str(), 12345, 12345) != 0)
@@ -380,7 +380,7 @@ TEST_F(LogOfLoggerTest, IsNoFileOfAnotherUser)
     EXPECT_EQ(Run({"log", Path("-1234560")}).output, "100 info f:1 written-1234560\n");
 }
 
-TEST_F(LogOfLoggerTest, IsListed)
+TEST_F(LogOfLoggerTest, IsListedWithTimeAndSize)
 {
     EXPECT_THAT(Run({"log"}).output,
                 ContainsRegex("[0-9]{4}-[0-9-]{5} [0-9:]{8} +24 " + Path("") + "\n"));

@@ -41,18 +41,18 @@ protected:
     template <typename Write>
     static void WriteWhileStopped(RunningCommand& command, Write write)
     {
-        ::kill(command.Process(), SIGSTOP);
+        ::kill(command.ProcessId(), SIGSTOP);
         int status = 0;
-        ::waitpid(command.Process(), &status, WUNTRACED);
+        ::waitpid(command.ProcessId(), &status, WUNTRACED);
         write();
-        ::kill(command.Process(), SIGCONT);
+        ::kill(command.ProcessId(), SIGCONT);
     }
 
     const std::string m_path;
 };
 
 // Only the fastest of several lines counts, so a busy machine does not matter.
-TEST_F(LogFollowTest, ShowsANewLineWithinThreeTenthsOfASecond)
+TEST_F(LogFollowTest, ShowsANewLineWithin300Milliseconds)
 {
     constexpr int lines = 5;
     RunningCommand command({"log", "--follow", m_path});
@@ -81,7 +81,7 @@ TEST_F(LogFollowTest, WaitsForTheEndOfALine)
     EXPECT_THAT(command.ReadUntil("third\n"), HasSubstr("2000 info f:1 second line\n3000 info"));
 }
 
-TEST_F(LogFollowTest, GoesOnAtTheBeginningWhenTheLogWraps)
+TEST_F(LogFollowTest, ContinuesAtTheBeginningWhenTheLogWraps)
 {
     Append("2 2000 : 1 : f : second line\n2 3000 : 1 : f : third line\n");
     RunningCommand command({"log", "--follow", m_path});
@@ -125,7 +125,7 @@ TEST_F(LogFollowTest, PrintsTheEndOfARoundBeforeTheNextRound)
                 EndsWith("newest\n9100 info f:1 final.\n9900 info f:1 anew..\n"));
 }
 
-TEST_F(LogFollowTest, PrintsALogThatRestartsAndGrowsAtOnceInOrder)
+TEST_F(LogFollowTest, PrintsALogRewrittenWithMoreLinesInOrder)
 {
     RunningCommand command({"log", "--follow", m_path});
     command.ReadUntil("first\n");
@@ -143,7 +143,7 @@ TEST_F(LogFollowTest, PrintsALogThatRestartsAndGrowsAtOnceInOrder)
 }
 
 // A thread may wait for seconds between reading the time and writing.
-TEST_F(LogFollowTest, PrintsALateLineInALogThatHasWrapped)
+TEST_F(LogFollowTest, PrintsALateLineInAWrappedLog)
 {
     const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
     WriteAt(end, "2 3000 : 1 : f : oldest\n2 4000 : 1 : f : old\n2 5000 : 1 : f : old\n");
@@ -156,7 +156,7 @@ TEST_F(LogFollowTest, PrintsALateLineInALogThatHasWrapped)
                 EndsWith("newest\n7000 info g:1 late line\n9500 info f:1 next\n"));
 }
 
-TEST_F(LogFollowTest, GoesOnInALogThatHasWrapped)
+TEST_F(LogFollowTest, ContinuesInAWrappedLog)
 {
     const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
     WriteAt(end, "rest\n2 3000 : 1 : f : oldest\n2 4000 : 1 : f : old\n");
@@ -169,7 +169,7 @@ TEST_F(LogFollowTest, GoesOnInALogThatHasWrapped)
     EXPECT_THAT(command.ReadUntil("next\n"), EndsWith("newest\n9500 info f:1 next\n"));
 }
 
-TEST_F(LogFollowTest, GoesOnInATruncatedLog)
+TEST_F(LogFollowTest, ContinuesInATruncatedLog)
 {
     Append("2 2000 : 1 : f : second\n");
     RunningCommand command({"log", "--follow", m_path});
@@ -183,7 +183,7 @@ TEST_F(LogFollowTest, GoesOnInATruncatedLog)
     EXPECT_THAT(command.ReadUntil("fourth\n"), EndsWith("third\n4000 info f:1 fourth\n"));
 }
 
-TEST_F(LogFollowTest, GoesOnInAFileWithAFallbackName)
+TEST_F(LogFollowTest, ContinuesInAFallbackFile)
 {
     RunningCommand command({"log", "--follow", m_path});
     command.ReadUntil("first\n");
@@ -208,7 +208,7 @@ TEST_F(LogFollowTest, IgnoresAFallbackFileOfAnotherUser)
     EXPECT_THAT(command.ReadUntil("6000 info f:1 fallback\n"), Not(HasSubstr("forged")));
 }
 
-TEST_F(LogFollowTest, GoesOnInAFileThatReplacesTheLog)
+TEST_F(LogFollowTest, ContinuesInAFileThatReplacesTheLog)
 {
     RunningCommand command({"log", "--follow", m_path});
     command.ReadUntil("first\n");
@@ -237,7 +237,7 @@ TEST_F(LogFollowTest, SucceedsWhenInterrupted)
     }
 }
 
-TEST_F(LogFollowTest, EndsWhenTheReaderGoesAway)
+TEST_F(LogFollowTest, EndsWhenItsOutputIsClosed)
 {
     RunningCommand command({"log", "--follow", m_path});
     command.ReadUntil("first\n");

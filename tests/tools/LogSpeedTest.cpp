@@ -40,8 +40,8 @@ protected:
 TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
 {
     // The limit is lower for a short sample, where process start and other load matter.
-    const double leastBytesPerSecond = SoakRounds(50, 200) * 1e6;
-    constexpr long mostKilobytes = 50000;
+    const double minBytesPerSecond = SoakRounds(50, 200) * 1e6;
+    constexpr long maxKilobytes = 50000;
     const auto megabytes = static_cast<unsigned long long>(SoakRounds(20, 1000));
     const std::string path = WriteLog(megabytes * c_megabyte);
 
@@ -54,18 +54,18 @@ TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
     const double before = seconds();
     ASSERT_EQ(Shell("$toolkit log $dir/large.qvlog > /dev/null").exitCode, 0);
     ::getrusage(RUSAGE_CHILDREN, &usage);
-    const double taken = seconds() - before;
+    const double secondsUsed = seconds() - before;
 
-    const double speed = static_cast<double>(megabytes * c_megabyte) / taken;
+    const double speed = static_cast<double>(megabytes * c_megabyte) / secondsUsed;
     Covered(std::to_string(megabytes) + " MB at " +
             std::to_string(static_cast<int>(speed / c_megabyte)) + " MB/s in " +
             std::to_string(usage.ru_maxrss / 1000) + " MB of memory");
 #ifndef TOOLKIT_SANITIZER
-    EXPECT_LT(usage.ru_maxrss, mostKilobytes);
-    EXPECT_GT(speed, leastBytesPerSecond);
+    EXPECT_LT(usage.ru_maxrss, maxKilobytes);
+    EXPECT_GT(speed, minBytesPerSecond);
 #else
-    static_cast<void>(leastBytesPerSecond);
-    static_cast<void>(mostKilobytes);
+    static_cast<void>(minBytesPerSecond);
+    static_cast<void>(maxKilobytes);
 #endif
 }
 

@@ -43,7 +43,7 @@ private:
     const std::string m_logger = "toolkit-example-" + std::to_string(::getpid());
 };
 
-TEST_P(ManPageTest, FormatsWithoutWarning)
+TEST_P(ManPageTest, FormatsWithoutWarnings)
 {
     const ProgramResult result =
         Shell("LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l -Tutf8 -Z " + c_pages + GetParam() + ".1");

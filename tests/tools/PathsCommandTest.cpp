@@ -13,21 +13,21 @@ namespace {
 using testing::HasSubstr;
 
 // Makes a directory read-only until the object is destroyed.
-class ReadOnly {
+class ReadOnlyDirectory {
 public:
-    explicit ReadOnly(std::filesystem::path directory) : m_directory(std::move(directory))
+    explicit ReadOnlyDirectory(std::filesystem::path directory) : m_directory(std::move(directory))
     {
         std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::remove);
     }
 
     // Otherwise a user other than root could not remove the directory's contents.
-    ~ReadOnly()
+    ~ReadOnlyDirectory()
     {
         std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::add);
     }
 
-    ReadOnly(const ReadOnly&) = delete;
-    ReadOnly& operator=(const ReadOnly&) = delete;
+    ReadOnlyDirectory(const ReadOnlyDirectory&) = delete;
+    ReadOnlyDirectory& operator=(const ReadOnlyDirectory&) = delete;
 
 private:
     static constexpr auto c_write = std::filesystem::perms::owner_write;
@@ -46,13 +46,13 @@ protected:
         std::filesystem::permissions(PathOf("bin/app"), std::filesystem::perms::owner_all);
     }
 
-    ProgramResult Paths() const { return Run({"paths", PathOf("bin/app")}); }
+    ProgramResult RunPaths() const { return Run({"paths", PathOf("bin/app")}); }
 
     // Permissions do not restrict root, so root runs the command without its privileges.
-    ProgramResult PathsWithoutPrivileges() const
+    ProgramResult RunPathsWithoutPrivileges() const
     {
         if (::geteuid() != 0)
-            return Paths();
+            return RunPaths();
         return RunProgram("/usr/bin/setpriv", {"--bounding-set=-all", "--inh-caps=-all",
                                                TOOLKIT_COMMAND, "paths", PathOf("bin/app")});
     }
@@ -70,11 +70,11 @@ protected:
     const ScopedEnvironment m_home{"HOME", PathOf("home")};
 };
 
-TEST_F(PathsCommandTest, NamesWhatAProgramUses)
+TEST_F(PathsCommandTest, PrintsThePathsOfAProgram)
 {
     std::filesystem::create_directories(PathOf("share/app/config"));
 
-    const ProgramResult result = Paths();
+    const ProgramResult result = RunPaths();
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, "name            app\n"
@@ -122,28 +122,28 @@ TEST_F(PathsCommandTest, NamesWhatAProgramUses)
 
 TEST_F(PathsCommandTest, CreatesNothing)
 {
-    Paths();
+    RunPaths();
 
     EXPECT_TRUE(std::filesystem::is_empty(PathOf("home")));
 }
 
-TEST_F(PathsCommandTest, FindsAProgramAlongPath)
+TEST_F(PathsCommandTest, FindsAProgramInPath)
 {
     const ScopedEnvironment path("PATH", "/nonesuch:" + PathOf("bin"));
 
-    EXPECT_EQ(Run({"paths", "app"}).output, Paths().output);
+    EXPECT_EQ(Run({"paths", "app"}).output, RunPaths().output);
     EXPECT_EQ(Run({"paths", "other"}).errors, "toolkit: there is no program other\n");
     EXPECT_EQ(Run({"paths", "/nonesuch"}).exitCode, 2);
 }
 
-TEST_F(PathsCommandTest, ReportsWhatIsWrong)
+TEST_F(PathsCommandTest, ReportsUnusablePaths)
 {
     Write(L"home/.app", "a file");
     std::filesystem::create_directories(PathOf("share/app"));
     Write(L"share/app/config", "a file");
     std::filesystem::create_symlink("/etc/passwd", PathOf("home/." + UniqueName() + ".lock"));
 
-    const ProgramResult result = Paths();
+    const ProgramResult result = RunPaths();
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output, HasSubstr("share/app/config (not a directory)\n"));
@@ -152,7 +152,7 @@ TEST_F(PathsCommandTest, ReportsWhatIsWrong)
     EXPECT_THAT(result.output, HasSubstr("home/.app/app (missing, and cannot be created)\n"));
 }
 
-TEST_F(PathsCommandTest, ReportsWhatBelongsToAnotherUser)
+TEST_F(PathsCommandTest, ReportsPathsOfAnotherUser)
 {
     constexpr uid_t nobody = 65534;
 
@@ -164,7 +164,7 @@ TEST_F(PathsCommandTest, ReportsWhatBelongsToAnotherUser)
     ASSERT_EQ(::chown(lock.c_str(), nobody, nobody), 0);
     ASSERT_EQ(::chown(PathOf("home").c_str(), nobody, nobody), 0);
 
-    const ProgramResult result = Paths();
+    const ProgramResult result = RunPaths();
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output, HasSubstr("second lock     " + lock + " (another user's)\n"));
@@ -172,11 +172,11 @@ TEST_F(PathsCommandTest, ReportsWhatBelongsToAnotherUser)
                 HasSubstr("documents       " + PathOf("home") + " (another user's)\n"));
 }
 
-TEST_F(PathsCommandTest, ReportsWhatTheProgramCannotWrite)
+TEST_F(PathsCommandTest, ReportsUnwritablePaths)
 {
-    const ReadOnly home(PathOf("home"));
+    const ReadOnlyDirectory home(PathOf("home"));
 
-    const ProgramResult result = PathsWithoutPrivileges();
+    const ProgramResult result = RunPathsWithoutPrivileges();
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output,
@@ -187,19 +187,19 @@ TEST_F(PathsCommandTest, ReportsWhatTheProgramCannotWrite)
                                          " (missing, and cannot be created)\n"));
 }
 
-TEST_F(PathsCommandTest, ReportsWhatTheProgramCannotRead)
+TEST_F(PathsCommandTest, ReportsUnreadablePaths)
 {
     std::filesystem::create_directories(PathOf("share/app/config"));
     std::filesystem::permissions(PathOf("share/app/config"), std::filesystem::perms::none);
 
-    const ProgramResult result = PathsWithoutPrivileges();
+    const ProgramResult result = RunPathsWithoutPrivileges();
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output,
                 HasSubstr("configuration   " + PathOf("share/app/config") + " (not readable)\n"));
 }
 
-TEST_F(PathsCommandTest, RefusesADirectory)
+TEST_F(PathsCommandTest, RejectsADirectory)
 {
     const ProgramResult result = Run({"paths", "/usr/bin"});
 
@@ -207,14 +207,14 @@ TEST_F(PathsCommandTest, RefusesADirectory)
     EXPECT_EQ(result.errors, "toolkit: /usr/bin is a directory, not a program\n");
 }
 
-TEST_F(PathsCommandTest, FindsNoDirectoryAlongThePath)
+TEST_F(PathsCommandTest, IgnoresADirectoryInPath)
 {
     const ScopedEnvironment path("PATH", "/usr");
 
     EXPECT_EQ(Run({"paths", "bin"}).errors, "toolkit: there is no program bin\n");
 }
 
-TEST_F(PathsCommandTest, NamesItsOwnPathsWithoutAProgram)
+TEST_F(PathsCommandTest, PrintsItsOwnPathsWithoutAProgram)
 {
     EXPECT_THAT(Run({"paths"}).output, HasSubstr("name            toolkit\n"));
 }

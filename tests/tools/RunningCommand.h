@@ -53,12 +53,12 @@ public:
     /// is written for ten seconds.
     const std::string& ReadUntil(const std::string& text)
     {
-        constexpr int longestWaitMs = 10000;
+        constexpr int timeoutMs = 10000;
 
         while (m_text.find(text) == std::string::npos) {
             pollfd output{m_output, POLLIN, 0};
             char bytes[4096];
-            const bool isReady = ::poll(&output, 1, longestWaitMs) == 1;
+            const bool isReady = ::poll(&output, 1, timeoutMs) == 1;
             const ssize_t count = isReady ? ::read(m_output, bytes, sizeof bytes) : 0;
             if (count <= 0) {
                 ADD_FAILURE() << "not written: " << text << "\nbut: " << m_text;
@@ -92,7 +92,7 @@ public:
         return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
     }
 
-    pid_t Process() const { return m_process; }
+    pid_t ProcessId() const { return m_process; }
 
 private:
     pid_t m_process = 0;

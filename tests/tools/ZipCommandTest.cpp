@@ -26,13 +26,13 @@ constexpr std::size_t c_commentLengthAt = 20;
 std::string WithZip64End(const std::string& archive)
 {
     const std::size_t end = archive.size() - c_endLength;
-    const auto wide = [&](std::size_t at, std::size_t size) {
+    const auto widen = [&](std::size_t at, std::size_t size) {
         return archive.substr(end + at, size) + std::string(8 - size, '\0');
     };
-    const std::string count = wide(c_countAt, 2);
+    const std::string count = widen(c_countAt, 2);
     const std::string record = "PK\6\6" + Number(44, 8) + Number(45, 2) + Number(45, 2) +
-                               Number(0, 8) + count + count + wide(c_sizeAt, 4) +
-                               wide(c_offsetAt, 4);
+                               Number(0, 8) + count + count + widen(c_sizeAt, 4) +
+                               widen(c_offsetAt, 4);
     const std::string locator = "PK\6\7" + Number(0, 4) + Number(end, 8) + Number(1, 4);
     return archive.substr(0, end) + record + locator + "PK\5\6" + Number(0, 4) +
            std::string(12, '\xFF') + Number(0, 2);
@@ -65,16 +65,16 @@ private:
 
 class ZipCommandTest : public ToolFixture {
 protected:
-    std::string WriteRaw(const std::vector<RawEntry>& entries) const
+    std::string WriteArchive(const std::vector<RawEntry>& entries) const
     {
         return Write(L"a.zip", RawZip(entries));
     }
 
-    std::string WriteUsual() const
+    std::string WriteSampleArchive() const
     {
-        return WriteRaw({{"folder/two.txt", "clear\nfog"},
-                         {"One.txt", "fog\r\nsea\nFog again\n"},
-                         {"folder/", ""}});
+        return WriteArchive({{"folder/two.txt", "clear\nfog"},
+                             {"One.txt", "fog\r\nsea\nFog again\n"},
+                             {"folder/", ""}});
     }
 
     // Returns the directory to which the tests extract.
@@ -104,7 +104,7 @@ protected:
 
 TEST_F(ZipCommandTest, ListsTheEntries)
 {
-    const ProgramResult result = Run({"zip", "list", WriteUsual()});
+    const ProgramResult result = Run({"zip", "list", WriteSampleArchive()});
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output,
@@ -112,9 +112,9 @@ TEST_F(ZipCommandTest, ListsTheEntries)
                               "-]{19} folder/two.txt\n$"));
 }
 
-TEST_F(ZipCommandTest, SelectsEntriesLikeTheLibrary)
+TEST_F(ZipCommandTest, ListsEntriesByFilterAndType)
 {
-    const std::string archive = WriteUsual();
+    const std::string archive = WriteSampleArchive();
 
     EXPECT_THAT(Run({"zip", "list", archive, "--filter", "ONE*x"}).output,
                 ContainsRegex("^ +19 [^\n]*One.txt\n$"));
@@ -123,29 +123,29 @@ TEST_F(ZipCommandTest, SelectsEntriesLikeTheLibrary)
     EXPECT_EQ(Run({"zip", "list", archive, "--filter", "x*"}).exitCode, 1);
 }
 
-TEST_F(ZipCommandTest, NamesTheTypesThatItKnows)
+TEST_F(ZipCommandTest, ListsTheValidTypesForAnUnknownType)
 {
-    const ProgramResult result = Run({"zip", "list", WriteUsual(), "--type", "links"});
+    const ProgramResult result = Run({"zip", "list", WriteSampleArchive(), "--type", "links"});
 
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_THAT(result.errors, StartsWith("toolkit: --type: links not in {all,files,directories}"));
 }
 
-TEST_F(ZipCommandTest, PrintsTheBytesInCat)
+TEST_F(ZipCommandTest, PrintsTheBytesOfAnEntryInCat)
 {
     const std::string bytes("\0\x1B\xFF\n", 4);
 
-    EXPECT_EQ(Run({"zip", "cat", WriteRaw({{"a", bytes}}), "a"}).output, bytes);
+    EXPECT_EQ(Run({"zip", "cat", WriteArchive({{"a", bytes}}), "a"}).output, bytes);
 }
 
-TEST_F(ZipCommandTest, ReportsWhatItCannotReadInCat)
+TEST_F(ZipCommandTest, ReportsWhyItCannotReadAnEntryInCat)
 {
     constexpr std::uint16_t encrypted = 1;
     RawEntry damaged{"damaged", "data"};
     damaged.checksum = 1;
     RawEntry secret{"secret", "data"};
     secret.flags = encrypted;
-    const std::string archive = WriteRaw({damaged, secret});
+    const std::string archive = WriteArchive({damaged, secret});
 
     EXPECT_EQ(Run({"zip", "cat", archive, "damaged"}).errors,
               "toolkit: the entry is damaged: damaged\n");
@@ -155,9 +155,9 @@ TEST_F(ZipCommandTest, ReportsWhatItCannotReadInCat)
               "toolkit: there is no entry other in " + archive + "\n");
 }
 
-TEST_F(ZipCommandTest, PrintsEntryAndLineInSearch)
+TEST_F(ZipCommandTest, PrintsEntryAndLineNumberInSearch)
 {
-    const std::string archive = WriteUsual();
+    const std::string archive = WriteSampleArchive();
 
     const ProgramResult result = Run({"zip", "search", archive, "(?i)fog$"});
     EXPECT_EQ(result.exitCode, 0);
@@ -167,13 +167,14 @@ TEST_F(ZipCommandTest, PrintsEntryAndLineInSearch)
     EXPECT_EQ(Run({"zip", "search", archive, "nonesuch"}).exitCode, 1);
 }
 
-TEST_F(ZipCommandTest, ShowsForeignBytesAsTextInSearch)
+TEST_F(ZipCommandTest, EscapesUnprintableBytesInSearch)
 {
-    EXPECT_EQ(Run({"zip", "search", WriteRaw({{"a\x1B", "fog \x1B[2J caf\xE9\n"}}), "fog"}).output,
-              "a\\x1B:1: fog \\x1B[2J caf\\xE9\n");
+    EXPECT_EQ(
+        Run({"zip", "search", WriteArchive({{"a\x1B", "fog \x1B[2J caf\xE9\n"}}), "fog"}).output,
+        "a\\x1B:1: fog \\x1B[2J caf\\xE9\n");
 }
 
-TEST_F(ZipCommandTest, FailsForWhatIsNoArchive)
+TEST_F(ZipCommandTest, FailsForAFileThatIsNotAnArchive)
 {
     const std::string text = Write(L"a.txt", "no archive at all");
 
@@ -185,7 +186,7 @@ TEST_F(ZipCommandTest, FailsForWhatIsNoArchive)
 
 TEST_F(ZipCommandTest, AcceptsAnEmptyArchive)
 {
-    const ProgramResult result = Run({"zip", "list", WriteRaw({})});
+    const ProgramResult result = Run({"zip", "list", WriteArchive({})});
 
     EXPECT_EQ(result.errors, "");
     EXPECT_EQ(result.exitCode, 1);
@@ -193,7 +194,7 @@ TEST_F(ZipCommandTest, AcceptsAnEmptyArchive)
 
 TEST_F(ZipCommandTest, ExtractsFilesAndDirectories)
 {
-    const ProgramResult result = Run({"zip", "extract", WriteUsual(), Target()});
+    const ProgramResult result = Run({"zip", "extract", WriteSampleArchive(), Target()});
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, "One.txt\nfolder/\nfolder/two.txt\n");
@@ -201,7 +202,7 @@ TEST_F(ZipCommandTest, ExtractsFilesAndDirectories)
     EXPECT_EQ(ReadWholeFile(Target() + "/folder/two.txt"), "clear\nfog");
 }
 
-TEST_F(ZipCommandTest, RefusesToExtractNamesThatLeadElsewhere)
+TEST_F(ZipCommandTest, RefusesToExtractUnsafeRelativeNames)
 {
     for (const std::string name : {"../x", "a/../../x", "a//x", "a/./x", ".."})
         ExpectRefused(RawZip({{"good", "x"}, {name, "x"}}),
@@ -224,7 +225,7 @@ TEST_F(ZipCommandTest, RefusesToExtractLinks)
     ExpectRefused(WithZip64End(archive), "refused, neither file nor directory: link");
 }
 
-TEST_F(ZipCommandTest, SeesALinkDespiteACommentThatLooksLikeAnEnd)
+TEST_F(ZipCommandTest, FindsALinkDespiteACommentLikeAnEndRecord)
 {
     std::string archive = LinkArchive();
     archive.replace(archive.size() - c_endLength + c_commentLengthAt, 2, Number(4, 2));
@@ -232,7 +233,7 @@ TEST_F(ZipCommandTest, SeesALinkDespiteACommentThatLooksLikeAnEnd)
     ExpectRefused(archive + "PK\5\6", "refused, neither file nor directory: link");
 }
 
-TEST_F(ZipCommandTest, RefusesToExtractWithAWrongDirectory)
+TEST_F(ZipCommandTest, RefusesToExtractWithAWrongEntryCount)
 {
     const std::string archive = RawZip({{"a", "x"}, {"b", "x"}});
     const std::size_t end = archive.size() - c_endLength;
@@ -258,7 +259,7 @@ TEST_F(ZipCommandTest, ExtractsAZip64Archive)
     EXPECT_EQ(ReadWholeFile(Target() + "/folder/c"), "sun");
 }
 
-TEST_F(ZipCommandTest, ExtractsAnArchiveThatFollowsAProgram)
+TEST_F(ZipCommandTest, ExtractsAnArchiveAppendedToAProgram)
 {
     const std::string program = Write(L"program", "#!/bin/sh\n" + RawZip({{"a", "fog"}}));
 
@@ -266,23 +267,23 @@ TEST_F(ZipCommandTest, ExtractsAnArchiveThatFollowsAProgram)
     EXPECT_EQ(ReadWholeFile(Target() + "/a"), "fog");
 }
 
-TEST_F(ZipCommandTest, FollowsNoLinkInTheDirectoryInExtract)
+TEST_F(ZipCommandTest, DoesNotFollowALinkInTheTargetInExtract)
 {
     std::filesystem::create_directory(Target());
     std::filesystem::create_directory(PathOf("elsewhere"));
     std::filesystem::create_directory_symlink(PathOf("elsewhere"), Target() + "/folder");
 
-    EXPECT_EQ(Run({"zip", "extract", WriteUsual(), Target()}).exitCode, 2);
+    EXPECT_EQ(Run({"zip", "extract", WriteSampleArchive(), Target()}).exitCode, 2);
 
     EXPECT_TRUE(std::filesystem::is_empty(PathOf("elsewhere")));
 }
 
-TEST_F(ZipCommandTest, OverwritesNothingInExtract)
+TEST_F(ZipCommandTest, DoesNotOverwriteFilesInExtract)
 {
     std::filesystem::create_directory(Target());
     Write(L"target/One.txt", "mine");
 
-    const ProgramResult result = Run({"zip", "extract", WriteUsual(), Target()});
+    const ProgramResult result = Run({"zip", "extract", WriteSampleArchive(), Target()});
 
     EXPECT_EQ(result.errors, "toolkit: cannot create One.txt: File exists\n");
     EXPECT_EQ(ReadWholeFile(Target() + "/One.txt"), "mine");
@@ -290,7 +291,7 @@ TEST_F(ZipCommandTest, OverwritesNothingInExtract)
 
 TEST_F(ZipCommandTest, StopsExtractAtTheLimit)
 {
-    const std::string archive = WriteRaw({{"a", "12345"}, {"b", std::string(100000, 'x')}});
+    const std::string archive = WriteArchive({{"a", "12345"}, {"b", std::string(100000, 'x')}});
 
     const ProgramResult result = Run({"zip", "extract", archive, Target(), "--limit", "90000"});
 
@@ -299,12 +300,12 @@ TEST_F(ZipCommandTest, StopsExtractAtTheLimit)
     EXPECT_EQ(Shell("ls -A $dir/target").output, "a\n");
 }
 
-TEST_F(ZipCommandTest, KeepsNothingOfADamagedEntryInExtract)
+TEST_F(ZipCommandTest, LeavesNoFileForADamagedEntryInExtract)
 {
     RawEntry damaged{"damaged", "data"};
     damaged.checksum = 1;
 
-    EXPECT_EQ(Run({"zip", "extract", WriteRaw({damaged}), Target()}).exitCode, 2);
+    EXPECT_EQ(Run({"zip", "extract", WriteArchive({damaged}), Target()}).exitCode, 2);
 
     EXPECT_TRUE(IsTargetEmpty());
 }
