@@ -301,7 +301,7 @@ TEST_F(SingleApplicationInstanceTest, KeepsAnUnrelatedFileNamedLikeTheCheckersLo
     EXPECT_EQ(Errors(), "");
 }
 
-TEST_F(SingleApplicationInstanceTest, ReturnsFalseInExactlyOneOfConcurrentCopies)
+TEST_F(SingleApplicationInstanceTest, ReturnsFalseInExactlyOneConcurrentCopy)
 {
     constexpr int rounds = 50;
     constexpr int copies = 3;
@@ -400,7 +400,7 @@ TEST_F(SingleApplicationInstanceTest, DoesNothingWithoutAPathManager)
     EXPECT_TRUE(std::filesystem::is_empty(m_homePath));
 }
 
-TEST_F(SingleApplicationInstanceTest, LetsACopyOutliveTheRelease)
+TEST_F(SingleApplicationInstanceTest, LetsAPointerCopyOutliveTheRelease)
 {
     PathManager::CreateInstance();
     SingleApplicationInstance::CreateInstance();

@@ -34,7 +34,7 @@ long CountWaitersThatSee(EventObject& event, int count, unsigned int timeoutMs, 
     return std::count_if(waiters.begin(), waiters.end(), [](auto& waiter) { return waiter.get(); });
 }
 
-TEST(EventObjectTest, HasASliceOf200Milliseconds)
+TEST(EventObjectTest, DefinesAPollingIntervalOf200Milliseconds)
 {
     EXPECT_EQ(EventObject::s_uMinSlice, 200u);
 }

@@ -155,7 +155,7 @@ TEST(MutexTest, CanBeUnlockedOnlyByItsOwner)
     EXPECT_FALSE(mutex.Unlock());
 }
 
-TEST(MutexTest, LetsOneThreadInAtATime)
+TEST(MutexTest, IsHeldByOneThreadAtATime)
 {
     constexpr int rounds = 10000;
     Mutex mutex(false);
