@@ -12,7 +12,7 @@ constexpr std::int64_t c_longestDelayMs = 1000;
 constexpr std::int64_t c_usualDelayMs = 100;
 
 // Far more than the number of rounds that can leave lines in one file.
-constexpr std::size_t c_mostSeams = 64;
+constexpr std::size_t c_maxSeams = 64;
 
 // Returns a step from -2^31 to 2^31 - 1, because the tick count wraps around at 2^32.
 std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
@@ -71,7 +71,7 @@ void LogSeams::AddClear(Seam seam)
         m_clear.pop_back();
     seam.begin = m_clear.empty() ? 0 : m_clear.back().older;
     const bool isOlderThanPart = IsTooWideForMost(seam) && seam.older <= seam.begin;
-    if ((isOlderThanPart || seam.drop >= c_longestDelayMs) && m_clear.size() < c_mostSeams)
+    if ((isOlderThanPart || seam.drop >= c_longestDelayMs) && m_clear.size() < c_maxSeams)
         m_clear.push_back(seam);
 }
 

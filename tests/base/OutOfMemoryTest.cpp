@@ -29,7 +29,7 @@ TEST(OutOfMemoryTest, SupportsMoveOnlyResults)
     EXPECT_EQ(*result, 7);
 }
 
-TEST(OutOfMemoryTest, ReportsAnExceptionInCompletes)
+TEST(OutOfMemoryTest, ReportsWhetherTheOperationThrew)
 {
     EXPECT_TRUE(RunsWithoutThrowing([] {}));
     EXPECT_FALSE(RunsWithoutThrowing([] { throw std::bad_alloc(); }));

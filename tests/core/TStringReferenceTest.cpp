@@ -214,7 +214,7 @@ TEST(TStringReferenceTest, ComparesAsTheReferenceDoesInEveryLocale)
     }
     for (const char* const source : {"tr_TR", "de_DE"}) {
         const CompiledLocale compiled(source, source[0] == 't' ? "UTF-8" : "ISO-8859-1");
-        if (!compiled.IsThere())
+        if (!compiled.IsAvailable())
             continue;
         const ScopedLocale locale(compiled.Name());
         CompareInCurrentLocale(compiled.Name());
@@ -249,7 +249,7 @@ TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoes)
 TEST(TStringReferenceTest, FindsSubstringsAsTheReferenceDoesInAnEightBitLocale)
 {
     const CompiledLocale latin("de_DE", "ISO-8859-1");
-    if (!latin.IsThere())
+    if (!latin.IsAvailable())
         GTEST_SKIP() << "no eight-bit locale on this system";
     const ScopedLocale locale(latin.Name());
 

@@ -187,7 +187,7 @@ TEST(TStringTest, FoldsAccentedLettersAsTheLocaleDoesInComparison)
 TEST(TStringTest, DistinguishesCapitalIFromIInATurkishLocale)
 {
     const CompiledLocale turkish("tr_TR", "UTF-8");
-    if (!turkish.IsThere())
+    if (!turkish.IsAvailable())
         GTEST_SKIP() << "no Turkish locale on this system";
     const ScopedLocale locale(turkish.Name());
 
@@ -250,7 +250,7 @@ TEST(TStringTest, FoldsOnlyNarrowCharactersInASubstringSearch)
 TEST(TStringTest, FoldsTheBytesOfAnEightBitLocale)
 {
     const CompiledLocale latin("de_DE", "ISO-8859-1");
-    if (!latin.IsThere())
+    if (!latin.IsAvailable())
         GTEST_SKIP() << "no eight-bit locale on this system";
     const ScopedLocale locale(latin.Name());
 

@@ -252,7 +252,7 @@ TEST(StringConvertTest, DoesNotReadALongNumberWhenOutOfMemory)
 TEST(StringConvertTest, IgnoresTheCLocale)
 {
     const TestSupport::CompiledLocale german("de_DE", "UTF-8");
-    if (!german.IsThere())
+    if (!german.IsAvailable())
         GTEST_SKIP() << "no German locale on this system";
     const TestSupport::ScopedLocale locale(german.Name());
 

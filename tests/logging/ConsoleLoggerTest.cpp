@@ -115,7 +115,7 @@ TEST(ConsoleLoggerTest, WritesBytesAfterBytes)
 TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
 {
     const TestSupport::CompiledLocale locale("de_DE", "ISO-8859-1");
-    if (!locale.IsThere())
+    if (!locale.IsAvailable())
         GTEST_SKIP() << "no compiler of locales";
 
     const std::string output = OutputOfChild([&locale] {

@@ -36,7 +36,7 @@ constexpr bool c_isSanitized = true;
 constexpr bool c_isSanitized = false;
 #endif
 constexpr const char* c_program = TOOLKIT_TEST_PROCESS_END_PROGRAM;
-constexpr const char* c_stranger = TOOLKIT_TEST_PROCESS_END_STRANGER;
+constexpr const char* c_unlinkedHost = TOOLKIT_TEST_PROCESS_END_UNLINKED_HOST;
 
 const std::vector<std::string> c_objects = {
     "process logger",  "static logger",    "global logger",    "thread_local logger",
@@ -228,13 +228,13 @@ std::vector<Case> CasesOf(const std::string& how)
     return cases;
 }
 
-std::vector<Case> CasesOfAStranger()
+std::vector<Case> CasesOfAnUnlinkedHost()
 {
     std::vector<Case> cases;
     for (const std::string& what : c_objects) {
         for (const char* const plugIn : {TOOLKIT_TEST_PROCESS_END_PLUG_INS}) {
-            cases.push_back({c_stranger, "return", what, plugIn});
-            cases.push_back({c_stranger, "dlclose", what, plugIn});
+            cases.push_back({c_unlinkedHost, "return", what, plugIn});
+            cases.push_back({c_unlinkedHost, "dlclose", what, plugIn});
         }
     }
     return cases;
@@ -258,9 +258,9 @@ INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest, testing::ValuesIn(c_ways), [](con
     return name;
 });
 
-TEST(ProcessEndOfAStrangerTest, KeepsStatusAndLogAndLeavesNoFiles)
+TEST(ProcessEndOfAnUnlinkedHostTest, KeepsStatusAndLogAndLeavesNoFiles)
 {
-    RunAll("a host without the library", CasesOfAStranger(), SoakRounds(1, 30));
+    RunAll("a host without the library", CasesOfAnUnlinkedHost(), SoakRounds(1, 30));
 }
 
 class ProcessEndUnderValgrindTest : public testing::Test {
@@ -285,7 +285,7 @@ TEST_F(ProcessEndUnderValgrindTest, IsCleanInASample)
     const std::string plugIn = std::vector<const char*>{TOOLKIT_TEST_PROCESS_END_PLUG_INS}.back();
     RunUnderValgrind("a sample", {{c_program, "exit on a thread", "process logger", plugIn},
                                   {c_program, "fork", "global logger", plugIn},
-                                  {c_stranger, "dlclose", "static thread", plugIn}});
+                                  {c_unlinkedHost, "dlclose", "static thread", plugIn}});
 }
 
 TEST_F(ProcessEndUnderValgrindTest, IsCleanInEveryCase)
@@ -293,7 +293,7 @@ TEST_F(ProcessEndUnderValgrindTest, IsCleanInEveryCase)
     const int rounds = SoakRounds(0, 30);
     if (rounds == 0)
         GTEST_SKIP() << "takes hours";
-    std::vector<Case> all = CasesOfAStranger();
+    std::vector<Case> all = CasesOfAnUnlinkedHost();
     for (const char* const way : c_ways) {
         const std::vector<Case> cases = CasesOf(way);
         all.insert(all.end(), cases.begin(), cases.end());

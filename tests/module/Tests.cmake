@@ -85,9 +85,9 @@ if(BUILD_SHARED_LIBS AND NOT TOOLKIT_SANITIZE MATCHES "thread")
         ProcessEndTest TOOLKIT_TEST_PROCESS_END_PROGRAM module/ProcessEndProgram.cpp
     )
     target_sources(ProcessEndProgram PRIVATE module/ProcessEndScene.cpp)
-    add_executable(ProcessEndStranger module/ProcessEndStranger.cpp)
-    target_link_libraries(ProcessEndStranger PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})
-    add_dependencies(ProcessEndTest ProcessEndStranger)
+    add_executable(ProcessEndUnlinkedHost module/ProcessEndUnlinkedHost.cpp)
+    target_link_libraries(ProcessEndUnlinkedHost PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})
+    add_dependencies(ProcessEndTest ProcessEndUnlinkedHost)
     set(plug_ins "")
     foreach(standard IN ITEMS 17 20)
         set(plug_in ProcessEndPlugIn${standard})
@@ -101,7 +101,7 @@ if(BUILD_SHARED_LIBS AND NOT TOOLKIT_SANITIZE MATCHES "thread")
     list(JOIN plug_ins "," plug_ins)
     target_compile_definitions(
         ProcessEndTest
-        PRIVATE TOOLKIT_TEST_PROCESS_END_STRANGER="$<TARGET_FILE:ProcessEndStranger>"
+        PRIVATE TOOLKIT_TEST_PROCESS_END_UNLINKED_HOST="$<TARGET_FILE:ProcessEndUnlinkedHost>"
                 "TOOLKIT_TEST_PROCESS_END_PLUG_INS=${plug_ins}"
     )
 endif()

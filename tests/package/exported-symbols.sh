@@ -24,7 +24,7 @@ exported_names() {
 
 # Reads the public names, a line "--" and the exported names; prints the exported ones whose class
 # or function ("Mutex" of "vtable for Toolkit::Mutex") is not public.
-print_strangers() {
+print_unexpected() {
     awk '
         $0 == "--" { after = 1; next }
         !after { public[$0] = 1; next }
@@ -52,8 +52,8 @@ if [ -z "$public" ] || [ -z "$exported" ]; then
     exit 1
 fi
 
-strangers=$(printf '%s\n--\n%s\n' "$public" "$exported" | print_strangers)
-if [ -n "$strangers" ]; then
-    echo "$strangers"
+unexpected=$(printf '%s\n--\n%s\n' "$public" "$exported" | print_unexpected)
+if [ -n "$unexpected" ]; then
+    echo "$unexpected"
     exit 1
 fi

@@ -38,12 +38,12 @@ TEST(Pcre2ErrorsTest, MapsUtf8ErrorsToTheFaultNumbersOfPcre1)
 
 TEST(Pcre2ErrorsTest, ReturnsTheSamePointerForTheSameError)
 {
-    const char* const message = GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
+    const char* const message = GetCompileErrorMessage(PCRE2_ERROR_MISSING_SQUARE_BRACKET);
 
     EXPECT_STREQ(message, "missing terminating ] for character class");
-    EXPECT_EQ(GetCompileErrorText(PCRE2_ERROR_MISSING_SQUARE_BRACKET), message);
-    EXPECT_STREQ(GetCompileErrorText(100000), "unknown error");
-    EXPECT_STREQ(GetCompileErrorText(-100000), "unknown error");
+    EXPECT_EQ(GetCompileErrorMessage(PCRE2_ERROR_MISSING_SQUARE_BRACKET), message);
+    EXPECT_STREQ(GetCompileErrorMessage(100000), "unknown error");
+    EXPECT_STREQ(GetCompileErrorMessage(-100000), "unknown error");
 }
 
 } // namespace

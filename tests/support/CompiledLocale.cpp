@@ -9,7 +9,7 @@ CompiledLocale::CompiledLocale(const std::string& source, const std::string& cha
 {
     const std::string command = "localedef --no-archive -i " + source + " -f " + charset + " '" +
                                 (m_directory.Path() / m_name).native() + "' >/dev/null 2>&1";
-    m_isThere = std::system(command.c_str()) == 0;
+    m_isAvailable = std::system(command.c_str()) == 0;
 }
 
 } // namespace Toolkit::TestSupport

@@ -15,7 +15,7 @@ public:
     CompiledLocale(const std::string& source, const std::string& charset);
 
     /// False if the system has no locale sources or no localedef.
-    bool IsThere() const { return m_isThere; }
+    bool IsAvailable() const { return m_isAvailable; }
 
     /// The name for `setlocale`, valid while this object lives.
     const std::string& Name() const { return m_name; }
@@ -24,7 +24,7 @@ private:
     TempDir m_directory;
     ScopedEnvironment m_searchPath;
     std::string m_name;
-    bool m_isThere;
+    bool m_isAvailable;
 };
 
 } // namespace Toolkit::TestSupport

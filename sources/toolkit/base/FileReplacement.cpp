@@ -13,9 +13,9 @@ namespace {
 // many links, as in a loop. Unlike realpath(3), works even if the file does not exist.
 std::string FollowLinks(std::string path)
 {
-    constexpr int mostLinks = 40; // the limit of Linux
+    constexpr int maxLinks = 40; // the limit of Linux
 
-    for (int i = 0; i <= mostLinks; ++i) {
+    for (int i = 0; i <= maxLinks; ++i) {
         char link[PATH_MAX];
         const ::ssize_t length = ::readlink(path.c_str(), link, sizeof link);
         if (length <= 0)

@@ -2,7 +2,10 @@
 
 namespace Toolkit::Base {
 
-LineSplitter::LineSplitter(std::string_view text) : m_rest(text), m_feed(text.find('\n')) {}
+LineSplitter::LineSplitter(std::string_view text)
+    : m_rest(text), m_lineFeedDistance(text.find('\n'))
+{
+}
 
 // Keeps the position of the next line feed: in a text whose lines end with carriage returns only,
 // searching for it again in each line would take quadratic time.
@@ -10,20 +13,20 @@ bool LineSplitter::MoveToNextLine()
 {
     if (m_rest.empty())
         return false;
-    m_line = m_rest.substr(0, m_feed);
+    m_line = m_rest.substr(0, m_lineFeedDistance);
     const std::size_t carriageReturn = m_line.find('\r');
     const bool endsAtFeed = carriageReturn == std::string_view::npos;
     if (!endsAtFeed)
         m_line = m_line.substr(0, carriageReturn);
 
-    const bool hasBoth = !endsAtFeed && m_line.size() + 1 == m_feed;
+    const bool hasBoth = !endsAtFeed && m_line.size() + 1 == m_lineFeedDistance;
     m_lineEnd = m_rest.substr(m_line.size(), hasBoth ? 2 : 1);
     const std::size_t taken = m_line.size() + m_lineEnd.size();
     m_rest.remove_prefix(taken);
     if (endsAtFeed || hasBoth)
-        m_feed = m_rest.find('\n');
-    else if (m_feed != std::string_view::npos)
-        m_feed -= taken;
+        m_lineFeedDistance = m_rest.find('\n');
+    else if (m_lineFeedDistance != std::string_view::npos)
+        m_lineFeedDistance -= taken;
     return true;
 }
 

@@ -29,7 +29,7 @@ private:
     std::string_view m_rest;
     std::string_view m_line;
     std::string_view m_lineEnd;
-    std::size_t m_feed; // distance to the next line feed in m_rest; npos when there is none
+    std::size_t m_lineFeedDistance; // to the next line feed in m_rest; npos if there is none
 };
 
 } // namespace Toolkit::Base

@@ -21,11 +21,11 @@ std::uint64_t HashBytes(const std::string& text)
 
 } // namespace
 
-std::string ShortenName(const std::string& name, std::size_t longest)
+std::string ShortenName(const std::string& name, std::size_t maxLength)
 {
-    if (name.size() <= longest)
+    if (name.size() <= maxLength)
         return name;
-    return name.substr(0, longest - c_hashDigits) + FormatHash(name);
+    return name.substr(0, maxLength - c_hashDigits) + FormatHash(name);
 }
 
 std::string FormatHash(const std::string& text)

@@ -34,7 +34,7 @@ public:
         if (needed <= CountSlots())
             return;
         NameIndex larger;
-        if (needed <= c_mostSmallSlots)
+        if (needed <= c_maxSmallSlots)
             larger.m_smallSlots.resize(std::bit_ceil(needed));
         else
             larger.m_largeSlots.resize(std::bit_ceil(needed));
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t c_mostSmallSlots = 65536;
+    static constexpr std::size_t c_maxSmallSlots = 65536;
 
     std::size_t CountSlots() const { return m_smallSlots.size() + m_largeSlots.size(); }
 

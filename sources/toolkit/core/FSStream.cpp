@@ -19,7 +19,7 @@ static_assert(sizeof(wchar_t) == 4 && sizeof(unsigned int) == 4, "the sizes of t
 
 // Long strings are read this many characters at a time, so that a file that claims too large a size
 // costs no memory.
-constexpr std::size_t c_pieceLength = 4096;
+constexpr std::size_t c_charactersPerRead = 4096;
 
 // The modes of wxFile. `FSStream::OpenMode` names only two of them, but programs may pass all.
 enum FileMode { Read = 0, Write = 1, ReadWrite = 2, WriteAppend = 3, WriteExclusive = 4 };
@@ -51,7 +51,7 @@ std::unique_ptr<StreamFile> OpenFile(const TString<wchar_t>& path, FSStream::Ope
 // fewer bytes.
 bool AppendCharacters(StreamFile& file, std::size_t size, std::wstring& text)
 {
-    wchar_t piece[c_pieceLength];
+    wchar_t piece[c_charactersPerRead];
     while (size > 0) {
         const std::size_t pieceSize = std::min(size, sizeof piece);
         if (!file.Read(piece, pieceSize))
@@ -67,7 +67,7 @@ bool AppendCharacters(StreamFile& file, std::size_t size, std::wstring& text)
 bool ReadCharacters(StreamFile& file, std::size_t size, TString<wchar_t>& text)
 {
     // ReadRecords: a temporary string for each one takes 1.5 times as long.
-    if (wchar_t piece[c_pieceLength]; size <= sizeof piece) {
+    if (wchar_t piece[c_charactersPerRead]; size <= sizeof piece) {
         if (!file.Read(piece, size))
             return false;
         text.assign(piece, ::wcsnlen(piece, size / sizeof(wchar_t)));

@@ -10,10 +10,10 @@ namespace {
 
 using Message = MessageParser::Message;
 
-constexpr std::size_t c_mostAtOnce = 65536;
+constexpr std::size_t c_maxBytesPerRead = 65536;
 
 // How many clients are accepted before the connected ones are served again.
-constexpr int c_mostAcceptedAtOnce = 16;
+constexpr int c_maxAcceptedPerPass = 16;
 
 constexpr unsigned int CountTicks(std::chrono::milliseconds duration)
 {
@@ -40,7 +40,7 @@ bool Session::Read()
     // Reads to the end of a message that has begun: otherwise a shorter message that another client
     // sends later would be complete first.
     do {
-        char buffer[c_mostAtOnce];
+        char buffer[c_maxBytesPerRead];
         const ssize_t count = Receive(m_socket, buffer, sizeof buffer);
         if (count < 0)
             return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
@@ -126,7 +126,7 @@ void Sessions::ServeReadable()
 
 void Sessions::Accept()
 {
-    for (int i = 0; i < c_mostAcceptedAtOnce; ++i) {
+    for (int i = 0; i < c_maxAcceptedPerPass; ++i) {
         if (!AcceptOne())
             return;
     }

@@ -10,7 +10,7 @@
 namespace Toolkit::Ipc {
 namespace {
 
-constexpr int c_mostAtOnce = 32;
+constexpr int c_maxEventsPerPoll = 32;
 
 bool AddAs(const Base::FileDescriptor& set, int descriptor, int name)
 {
@@ -86,8 +86,8 @@ void SocketSet::SetTicking(unsigned int intervalMs)
 
 std::vector<int> SocketSet::PollReadable()
 {
-    epoll_event events[c_mostAtOnce];
-    const int count = ::epoll_wait(m_file.Get(), events, c_mostAtOnce, 0);
+    epoll_event events[c_maxEventsPerPoll];
+    const int count = ::epoll_wait(m_file.Get(), events, c_maxEventsPerPoll, 0);
     std::vector<int> sockets;
     for (int i = 0; i < count; ++i) {
         std::uint64_t ticks = 0;

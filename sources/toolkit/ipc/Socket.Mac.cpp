@@ -9,7 +9,7 @@
 namespace Toolkit::Ipc {
 namespace {
 
-constexpr int c_mostAtOnce = 32;
+constexpr int c_maxEventsPerPoll = 32;
 
 bool Prepare(const Base::FileDescriptor& socket)
 {
@@ -85,9 +85,9 @@ void SocketSet::SetTicking(unsigned int intervalMs)
 
 std::vector<int> SocketSet::PollReadable()
 {
-    struct kevent events[c_mostAtOnce];
+    struct kevent events[c_maxEventsPerPoll];
     const timespec atOnce{};
-    const int count = ::kevent(m_file.Get(), nullptr, 0, events, c_mostAtOnce, &atOnce);
+    const int count = ::kevent(m_file.Get(), nullptr, 0, events, c_maxEventsPerPoll, &atOnce);
     std::vector<int> sockets;
     for (int i = 0; i < count; ++i)
         sockets.push_back(events[i].filter == EVFILT_TIMER ? c_tick

@@ -180,7 +180,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     }
     if (compiled->IsCompiled())
         return compiled.release();
-    errorText = GetCompileErrorText(error);
+    errorText = GetCompileErrorMessage(error);
     errorOffset = compiled->ErrorOffset();
     return nullptr;
 }

@@ -15,7 +15,7 @@ constexpr std::size_t c_baseSpace = std::size_t{24} * 1024;
 constexpr std::size_t c_spacePerGroup = 160;
 
 // Neither engine compares more groups than this.
-constexpr std::size_t c_mostCompared = 1000;
+constexpr std::size_t c_maxCompared = 1000;
 
 std::size_t CountOpenings(const char* pattern)
 {
@@ -66,7 +66,7 @@ bool HasStackForGroups(const char* pattern)
     if (usable < c_baseSpace)
         return false;
     const std::size_t groups = (usable - c_baseSpace) / c_spacePerGroup;
-    return groups >= c_mostCompared || groups >= CountOpenings(pattern);
+    return groups >= c_maxCompared || groups >= CountOpenings(pattern);
 }
 
 } // namespace Toolkit

@@ -15,6 +15,6 @@ bool IsInvalidUtf8Error(int error);
 int ToUtf8Fault(int error);
 
 /// Returns the message of a compile error, a static string.
-const char* GetCompileErrorText(int error);
+const char* GetCompileErrorMessage(int error);
 
 } // namespace Toolkit

@@ -44,18 +44,18 @@ constexpr int c_lowestError = -100;
 
 // The messages of all errors. Read once, because the engine copies each into a buffer of the
 // caller, and callers need static strings.
-class Texts {
+class Messages {
 public:
-    Texts()
+    Messages()
     {
         for (int error = c_lowestError; error <= c_lastCompileError; ++error)
-            pcre2_get_error_message(error, reinterpret_cast<PCRE2_UCHAR*>(GetText(error)),
+            pcre2_get_error_message(error, reinterpret_cast<PCRE2_UCHAR*>(GetMessage(error)),
                                     c_length);
     }
 
     const char* Find(int error)
     {
-        return error >= c_lowestError && error <= c_lastCompileError ? GetText(error)
+        return error >= c_lowestError && error <= c_lastCompileError ? GetMessage(error)
                                                                      : "unknown error";
     }
 
@@ -63,9 +63,9 @@ private:
     // Longer messages are truncated.
     static constexpr int c_length = 128;
 
-    char* GetText(int error) { return m_texts[error - c_lowestError]; }
+    char* GetMessage(int error) { return m_messages[error - c_lowestError]; }
 
-    char m_texts[c_lastCompileError - c_lowestError + 1][c_length]{};
+    char m_messages[c_lastCompileError - c_lowestError + 1][c_length]{};
 };
 
 } // namespace
@@ -90,10 +90,10 @@ int ToUtf8Fault(int error)
     return PCRE2_ERROR_UTF8_ERR1 - error + 1;
 }
 
-const char* GetCompileErrorText(int error)
+const char* GetCompileErrorMessage(int error)
 {
-    static Texts texts;
-    return texts.Find(error);
+    static Messages messages;
+    return messages.Find(error);
 }
 
 } // namespace Toolkit

@@ -104,7 +104,7 @@ std::u16string ReadPattern(UDateFormatStyle time, UDateFormatStyle date)
 
 // Replaces no-break spaces and removes direction marks, which newer locale data has in its
 // patterns.
-TString<wchar_t> ToPlainText(const std::u16string& pattern)
+TString<wchar_t> NormalizeCharacters(const std::u16string& pattern)
 {
     TString<wchar_t> text;
     for (const char16_t character : pattern) {
@@ -164,7 +164,7 @@ TString<wchar_t> MergeSpaces(TString<wchar_t> pattern)
 TString<wchar_t> ReadShortDatePattern()
 {
     const TString<wchar_t> pattern =
-        RemoveQuotedTexts(ToPlainText(ReadPattern(UDAT_NONE, UDAT_SHORT)));
+        RemoveQuotedTexts(NormalizeCharacters(ReadPattern(UDAT_NONE, UDAT_SHORT)));
     const TString<wchar_t> withoutEra = RemoveLetter(pattern, L'G');
     return RepeatSingleLetter(RemoveLetter(withoutEra, L' '), L'y', 4);
 }
@@ -172,7 +172,7 @@ TString<wchar_t> ReadShortDatePattern()
 TString<wchar_t> ReadShortTimePattern()
 {
     const TString<wchar_t> pattern =
-        RemoveQuotedTexts(ToPlainText(ReadPattern(UDAT_SHORT, UDAT_NONE)));
+        RemoveQuotedTexts(NormalizeCharacters(ReadPattern(UDAT_SHORT, UDAT_NONE)));
     return RepeatSingleLetter(ReplacePeriodsOfDay(MergeSpaces(pattern)), L'H', 2);
 }
 

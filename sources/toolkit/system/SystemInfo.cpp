@@ -47,15 +47,15 @@ const wxPlatformInfo& SystemInfo::Description() const
 
 // Returns a number from the description, or `failure` when out of memory.
 template <typename Number>
-Number SystemInfo::Ask(Number (wxPlatformInfo::*question)() const, Number failure) const
+Number SystemInfo::Query(Number (wxPlatformInfo::*getter)() const, Number failure) const
 {
-    return Base::TryOr(failure, [&] { return (Description().*question)(); });
+    return Base::TryOr(failure, [&] { return (Description().*getter)(); });
 }
 
 SystemInfo::Platform SystemInfo::GetPlatform() const
 {
     // Compares exact identifiers: a system that is not listed here belongs to no family.
-    switch (static_cast<int>(Ask(&wxPlatformInfo::GetOperatingSystemId, wxOS_UNKNOWN))) {
+    switch (static_cast<int>(Query(&wxPlatformInfo::GetOperatingSystemId, wxOS_UNKNOWN))) {
     case wxOS_WINDOWS_9X:
     case wxOS_WINDOWS_NT:
     case wxOS_WINDOWS:
@@ -80,12 +80,12 @@ SystemInfo::Platform SystemInfo::GetPlatform() const
 
 int SystemInfo::GetOSMajorVersion() const
 {
-    return Ask(&wxPlatformInfo::GetOSMajorVersion, -1);
+    return Query(&wxPlatformInfo::GetOSMajorVersion, -1);
 }
 
 int SystemInfo::GetOSMinorVersion() const
 {
-    return Ask(&wxPlatformInfo::GetOSMinorVersion, -1);
+    return Query(&wxPlatformInfo::GetOSMinorVersion, -1);
 }
 
 TString<wchar_t> SystemInfo::GetFrameworkVersion()

@@ -61,7 +61,7 @@ public:
 private:
     const wxPlatformInfo& Description() const;
     template <typename Number>
-    Number Ask(Number (wxPlatformInfo::*question)() const, Number failure) const;
+    Number Query(Number (wxPlatformInfo::*getter)() const, Number failure) const;
 
     const wxPlatformInfo* m_platform; // null means the running system
 };

@@ -1,7 +1,7 @@
 // A program that does not link the library. It loads a plug-in, which loads the library, creates
 // objects in the plug-in and returns from main():
 //
-//     ProcessEndStranger seconds how what plug-in
+//     ProcessEndUnlinkedHost seconds how what plug-in
 //
 // If `how` is "dlclose", it unloads the plug-in first. `what` names the objects, as in
 // ProcessEndScene.h. The exit status is 7. SIGALRM ends the process after `seconds`.
