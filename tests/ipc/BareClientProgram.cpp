@@ -1,7 +1,7 @@
 // A client that uses only wxWidgets. Sends a message in every form that wxWidgets offers, on one
 // connection.
 //
-// usage: BareClientProgram path text
+// usage: BareClientProgram path message
 
 #include <wx/init.h>
 #include <wx/sckipc.h>
@@ -10,16 +10,16 @@
 
 int main(int argc, char** argv)
 {
-    const wxInitializer framework;
+    const wxInitializer wxWidgets;
     if (argc != 3)
         return 1;
-    const wxString text = wxString::FromUTF8(argv[2]);
+    const wxString message = wxString::FromUTF8(argv[2]);
     wxTCPClient client;
     const std::unique_ptr<wxConnectionBase> connection(
         client.MakeConnection(wxString(), wxString::FromUTF8(argv[1]), "topic"));
     if (!connection)
         return 2;
-    const bool isSent = connection->Execute(text) && connection->Execute(text.wc_str());
+    const bool isSent = connection->Execute(message) && connection->Execute(message.wc_str());
     connection->Disconnect();
     return isSent ? 0 : 3;
 }

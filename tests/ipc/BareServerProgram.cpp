@@ -19,10 +19,10 @@ public:
     {
         // The library sends only one form of data: wide characters with a null at the end.
         const bool isWide = format == wxIPC_TEXT && size % sizeof(wchar_t) == 0;
-        const wxString text(static_cast<const wchar_t*>(data), size / sizeof(wchar_t) - 1);
+        const wxString message(static_cast<const wchar_t*>(data), size / sizeof(wchar_t) - 1);
         std::cout << (isWide ? "" : "unexpected format ") << topic.utf8_str() << "|"
-                  << text.utf8_str() << std::endl;
-        if (text == L"quit")
+                  << message.utf8_str() << std::endl;
+        if (message == L"quit")
             wxAppConsole::GetInstance()->ExitMainLoop();
         return true;
     }

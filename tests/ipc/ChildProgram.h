@@ -19,11 +19,11 @@ class ChildProgram {
 public:
     ChildProgram(const std::string& program, const std::vector<std::string>& arguments)
     {
-        std::vector<std::string> texts = {program};
-        texts.insert(texts.end(), arguments.begin(), arguments.end());
+        std::vector<std::string> strings = {program};
+        strings.insert(strings.end(), arguments.begin(), arguments.end());
         std::vector<char*> pointers;
-        for (std::string& text : texts)
-            pointers.push_back(text.data());
+        for (std::string& string : strings)
+            pointers.push_back(string.data());
         pointers.push_back(nullptr);
 
         int output[2];

@@ -30,12 +30,12 @@ inline void ServeWhile(const std::function<void()>& work)
 }
 
 /// Collects the messages that a server receives.
-class ReceivedTexts {
+class ReceivedMessages {
 public:
-    void Add(const TString<wchar_t>& text)
+    void Add(const TString<wchar_t>& message)
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
-        m_texts.push_back(text);
+        m_messages.push_back(message);
         m_changed.notify_all();
     }
 
@@ -44,8 +44,8 @@ public:
     std::vector<std::wstring> Await(std::size_t count)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait_for(lock, c_hangLimit, [&] { return m_texts.size() >= count; });
-        return m_texts;
+        m_changed.wait_for(lock, c_hangLimit, [&] { return m_messages.size() >= count; });
+        return m_messages;
     }
 
     /// Returns the messages that have arrived so far.
@@ -54,7 +54,7 @@ public:
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::vector<std::wstring> m_texts; // guarded by m_mutex
+    std::vector<std::wstring> m_messages; // guarded by m_mutex
 };
 
 /// Calls a function with each message.
@@ -65,22 +65,22 @@ public:
     {
     }
 
-    void OnExecute(const TString<wchar_t>& text) override { m_action(text); }
+    void OnExecute(const TString<wchar_t>& message) override { m_action(message); }
 
 private:
     std::function<void(const TString<wchar_t>&)> m_action;
 };
 
 inline smart_ptr<IPCConnectionEvent>
-MakeListener(std::function<void(const TString<wchar_t>&)> action)
+CreateListener(std::function<void(const TString<wchar_t>&)> action)
 {
     return smart_ptr<IPCConnectionEvent>(new Listener(std::move(action)));
 }
 
-/// Returns a listener that adds each message to `texts`.
-inline smart_ptr<IPCConnectionEvent> Keep(ReceivedTexts& texts)
+/// Returns a listener that adds each message to `messages`.
+inline smart_ptr<IPCConnectionEvent> CreateCollector(ReceivedMessages& messages)
 {
-    return MakeListener([&texts](const TString<wchar_t>& text) { texts.Add(text); });
+    return CreateListener([&messages](const TString<wchar_t>& message) { messages.Add(message); });
 }
 
 } // namespace Toolkit::TestSupport

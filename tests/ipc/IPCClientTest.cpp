@@ -21,9 +21,9 @@ namespace {
 using testing::IsEmpty;
 using testing::SizeIs;
 using TestSupport::ChildProgram;
-using TestSupport::Keep;
+using TestSupport::CreateCollector;
 using TestSupport::RawSocket;
-using TestSupport::ReceivedTexts;
+using TestSupport::ReceivedMessages;
 using TestSupport::ScopedEnvironment;
 using TestSupport::ServeWhile;
 using TestSupport::TempDir;
@@ -36,10 +36,10 @@ protected:
     std::filesystem::path Path() const { return m_directory.Path() / "service"; }
 
     // Sends on another thread, so that the test can play the server.
-    std::future<bool> Send(const TString<wchar_t>& text) const
+    std::future<bool> Send(const TString<wchar_t>& message) const
     {
         return std::async(std::launch::async,
-                          [text, this] { return IPCClient::Connect(Service(), text); });
+                          [message, this] { return IPCClient::Connect(Service(), message); });
     }
 
     static std::size_t CountDescriptors()
@@ -53,7 +53,7 @@ protected:
     const FrameworkHold m_framework;
 };
 
-TEST_F(IPCClientTest, SpeaksTheBytesOfWxWidgets)
+TEST_F(IPCClientTest, SpeaksTheWxWidgetsProtocol)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(L"h\u00E9");
@@ -66,7 +66,7 @@ TEST_F(IPCClientTest, SpeaksTheBytesOfWxWidgets)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, SendsTheEmptyTextAsATerminator)
+TEST_F(IPCClientTest, SendsAnEmptyMessageAsANullCharacter)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(L"");
@@ -79,7 +79,7 @@ TEST_F(IPCClientTest, SendsTheEmptyTextAsATerminator)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, EndsATextAtItsFirstNullCharacter)
+TEST_F(IPCClientTest, EndsAMessageAtItsFirstNullCharacter)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(std::wstring(L"a\0b", 3));
@@ -92,7 +92,7 @@ TEST_F(IPCClientTest, EndsATextAtItsFirstNullCharacter)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, EncodesASurrogateAsItsThreeBytes)
+TEST_F(IPCClientTest, EncodesASurrogateAsThreeBytesInTheTopic)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(std::wstring(1, static_cast<wchar_t>(0xD800)));
@@ -105,7 +105,7 @@ TEST_F(IPCClientTest, EncodesASurrogateAsItsThreeBytes)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, LeavesNothingOpenWithoutAServer)
+TEST_F(IPCClientTest, LeavesNoDescriptorOpenWithoutAServer)
 {
     const std::size_t before = CountDescriptors();
 
@@ -117,7 +117,7 @@ TEST_F(IPCClientTest, LeavesNothingOpenWithoutAServer)
     EXPECT_EQ(CountDescriptors(), before);
 }
 
-TEST_F(IPCClientTest, ReachesNobodyUnderANameThatIsNoService)
+TEST_F(IPCClientTest, FailsForAnInvalidServiceName)
 {
     const std::wstring names[] = {L"", L"0", L"3000", std::wstring(L"\0abstract", 9),
                                   std::wstring(1, static_cast<wchar_t>(0x110000))};
@@ -140,11 +140,11 @@ TEST_F(IPCClientTest, ReplacesCharactersAboveU10FFFFInTheTopicOnly)
     EXPECT_TRUE(sent.get());
 }
 
-TEST_F(IPCClientTest, RefusesASymbolicLink)
+TEST_F(IPCClientTest, RejectsASymbolicLink)
 {
-    ReceivedTexts received;
+    ReceivedMessages received;
     IPCServer server(Service());
-    server.AddListener(Keep(received));
+    server.AddListener(CreateCollector(received));
     ASSERT_TRUE(server.Run());
     std::filesystem::create_symlink("service", m_directory.Path() / "link");
 
@@ -154,13 +154,13 @@ TEST_F(IPCClientTest, RefusesASymbolicLink)
     EXPECT_THAT(received.All(), IsEmpty());
 }
 
-TEST_F(IPCClientTest, RefusesTheSocketFileOfAnotherUser)
+TEST_F(IPCClientTest, RejectsTheSocketFileOfAnotherUser)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root may give a file away";
-    ReceivedTexts received;
+    ReceivedMessages received;
     IPCServer server(Service());
-    server.AddListener(Keep(received));
+    server.AddListener(CreateCollector(received));
     ASSERT_TRUE(server.Run());
     EXPECT_EQ(::chown(Path().c_str(), 65534, 65534), 0);
 
@@ -170,7 +170,7 @@ TEST_F(IPCClientTest, RefusesTheSocketFileOfAnotherUser)
     EXPECT_THAT(received.All(), IsEmpty());
 }
 
-TEST_F(IPCClientTest, FindsAServerThatListensEvenIfItIsBusy)
+TEST_F(IPCClientTest, FindsAListeningServerEvenIfItIsBusy)
 {
     const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");
     const RawSocket full = RawSocket::ListeningAt(m_directory.Path() / "full", 0);
@@ -191,7 +191,7 @@ TEST_F(IPCClientTest, FindsNoServerWhereNobodyListens)
     EXPECT_FALSE(IPCClient::IsServed(L"1234"));
 }
 
-TEST_F(IPCClientTest, RefusesATextOfMoreThan16Mebibytes)
+TEST_F(IPCClientTest, RejectsAMessageOfMoreThan16Mebibytes)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
 
@@ -199,7 +199,7 @@ TEST_F(IPCClientTest, RefusesATextOfMoreThan16Mebibytes)
     EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((8 << 20) + 1, L'\u00E9')));
 }
 
-TEST_F(IPCClientTest, ReturnsAtOnceWhenAServerRefusesOrLeaves)
+TEST_F(IPCClientTest, FailsWhenTheServerRejectsItOrDisconnects)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     for (const std::string& answer : {""s, "\x09"s, "\0"s, "\xFF"s}) {
@@ -213,7 +213,7 @@ TEST_F(IPCClientTest, ReturnsAtOnceWhenAServerRefusesOrLeaves)
     }
 }
 
-TEST_F(IPCClientTest, RaisesNoSignalWhenAServerLeaves)
+TEST_F(IPCClientTest, RaisesNoSignalWhenTheServerDisconnects)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent = Send(std::wstring(1 << 20, L'x'));
@@ -229,7 +229,7 @@ TEST_F(IPCClientTest, RaisesNoSignalWhenAServerLeaves)
 
 // Has one server for each state in which a server does not answer. All clients wait at the same
 // time.
-TEST_F(IPCClientTest, WaitsForNoServerForEver)
+TEST_F(IPCClientTest, StopsWaitingForAServerAfterTheTimeout)
 {
     const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");
     const RawSocket half = RawSocket::ListeningAt(m_directory.Path() / "half");
@@ -258,37 +258,37 @@ TEST_F(IPCClientTest, WaitsForNoServerForEver)
 TEST_F(IPCClientTest, SendsFromSeveralThreads)
 {
     constexpr int threads = 8;
-    constexpr int texts = 50;
-    ReceivedTexts received;
+    constexpr int messages = 50;
+    ReceivedMessages received;
     IPCServer server(Service());
-    server.AddListener(Keep(received));
+    server.AddListener(CreateCollector(received));
     ASSERT_TRUE(server.Run());
 
     ServeWhile([&] {
         std::vector<std::thread> senders;
         for (int thread = 0; thread < threads; ++thread)
             senders.emplace_back([&, thread] {
-                for (int text = 0; text < texts; ++text)
+                for (int message = 0; message < messages; ++message)
                     EXPECT_TRUE(IPCClient::Connect(Service(), std::to_wstring(thread) + L"." +
-                                                                  std::to_wstring(text)));
+                                                                  std::to_wstring(message)));
             });
         for (std::thread& sender : senders)
             sender.join();
-        received.Await(threads * texts);
+        received.Await(threads * messages);
     });
 
     const std::vector<std::wstring> all = received.All();
-    EXPECT_THAT(all, SizeIs(threads * texts));
-    EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(threads * texts));
+    EXPECT_THAT(all, SizeIs(threads * messages));
+    EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(threads * messages));
 }
 
 TEST_F(IPCClientTest, SendsFromSeveralProcesses)
 {
     constexpr std::size_t processes = 8;
-    constexpr std::size_t texts = 25;
-    ReceivedTexts received;
+    constexpr std::size_t messages = 25;
+    ReceivedMessages received;
     IPCServer server(Service());
-    server.AddListener(Keep(received));
+    server.AddListener(CreateCollector(received));
     ASSERT_TRUE(server.Run());
 
     ServeWhile([&] {
@@ -298,20 +298,20 @@ TEST_F(IPCClientTest, SendsFromSeveralProcesses)
                                  std::vector<std::string>{Path(), std::to_string(i) + ".", "25"});
         for (ChildProgram& client : clients)
             EXPECT_EQ(client.WaitForExitCode(), 0);
-        received.Await(processes * texts);
+        received.Await(processes * messages);
     });
 
     const std::vector<std::wstring> all = received.All();
-    EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(processes * texts));
+    EXPECT_THAT(std::set<std::wstring>(all.begin(), all.end()), SizeIs(processes * messages));
 }
 
-TEST_F(IPCClientTest, ReachesAServerOfWxWidgetsAlone)
+TEST_F(IPCClientTest, ReachesAServerThatUsesOnlyWxWidgets)
 {
     const ChildProgram server(TOOLKIT_TEST_BARE_SERVER, {Path()});
     EXPECT_EQ(server.ReadLine(), "ready");
 
-    for (const std::wstring text : {L"text", L"h\u00E9 \u6F22 \U0001F600", L""})
-        EXPECT_TRUE(IPCClient::Connect(Service(), text));
+    for (const std::wstring message : {L"text", L"h\u00E9 \u6F22 \U0001F600", L""})
+        EXPECT_TRUE(IPCClient::Connect(Service(), message));
     EXPECT_TRUE(IPCClient::Connect(Service(), std::wstring(100000, L'x')));
 
     EXPECT_EQ(server.ReadLine(), "text|text");

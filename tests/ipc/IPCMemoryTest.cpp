@@ -25,7 +25,7 @@ using IPCMemoryTest = TestSupport::ServerFixture;
 
 constexpr std::size_t c_mebibyte = std::size_t{1} << 20;
 
-TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoNotFit)
+TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoesNotFit)
 {
     const auto server = RunServer();
 
@@ -33,17 +33,17 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoNotFit)
         const std::string data(8 * c_mebibyte, 'x');
         {
             const AllocationLimit limit(c_mebibyte);
-            const RawSocket client = Introduced();
+            const RawSocket client = ConnectWithTopic();
             EXPECT_TRUE(client.Send("\x01\x01\0\0\x80\0"s));
             EXPECT_FALSE(client.Send(data));
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
 // The received data fits into memory, but the string made from it does not.
-TEST_F(IPCMemoryTest, DisconnectsAClientWhoseTextDoesNotFit)
+TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDecodedDataDoesNotFit)
 {
     const auto server = RunServer();
 
@@ -51,17 +51,17 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseTextDoesNotFit)
         const std::string data(c_mebibyte, 'x');
         {
             const AllocationLimit limit(2 * c_mebibyte);
-            const RawSocket client = Introduced();
+            const RawSocket client = ConnectWithTopic();
             EXPECT_TRUE(client.Send("\x01\x11\0\0\x10\0"s));
             EXPECT_TRUE(client.Send(data));
             EXPECT_TRUE(client.IsClosedByPeer());
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-TEST_F(IPCMemoryTest, ReportsATextThatDoesNotFitToItsClient)
+TEST_F(IPCMemoryTest, ReportsToTheClientThatAMessageDoesNotFit)
 {
     const auto server = RunServer();
 
@@ -71,15 +71,15 @@ TEST_F(IPCMemoryTest, ReportsATextThatDoesNotFitToItsClient)
             ChildProgram client(TOOLKIT_TEST_IPC_CLIENT, {Path(), "text", "1", "4000000"});
             EXPECT_EQ(client.WaitForExitCode(), 1);
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
 // Constructs an IPCServer while one allocation fails. Returns the server, null if the constructor
 // threw std::bad_alloc, and whether that allocation was reached.
-std::pair<std::unique_ptr<IPCServer>, bool> ConstructWithout(long allocation,
-                                                             const TString<wchar_t>& service)
+std::pair<std::unique_ptr<IPCServer>, bool>
+ConstructWithFailingAllocation(long allocation, const TString<wchar_t>& service)
 {
     void* const memory = operator new(sizeof(IPCServer));
     const FailingAllocation failing(allocation);
@@ -91,12 +91,12 @@ std::pair<std::unique_ptr<IPCServer>, bool> ConstructWithout(long allocation,
     }
 }
 
-TEST_F(IPCMemoryTest, ConstructsAServerThatRunsOrDoesNot)
+TEST_F(IPCMemoryTest, SurvivesAFailedAllocationInTheConstructor)
 {
     int thrown = 0;
     for (long index = 0;; ++index) {
         SCOPED_TRACE(index);
-        const auto [server, hasFailed] = ConstructWithout(index, Service());
+        const auto [server, hasFailed] = ConstructWithFailingAllocation(index, Service());
         thrown += server ? 0 : 1;
         if (!server)
             continue;
@@ -111,16 +111,16 @@ TEST_F(IPCMemoryTest, ConstructsAServerThatRunsOrDoesNot)
     EXPECT_LT(thrown, 5);
 }
 
-TEST_F(IPCMemoryTest, SendsOrReportsThatItDidNot)
+TEST_F(IPCMemoryTest, SendsAMessageOrReturnsFalseWhenOutOfMemory)
 {
     const auto server = RunServer();
     ServeWhile([&] {
         const TString<wchar_t> service = Service();
-        const TString<wchar_t> text(std::wstring(100, L'x'));
+        const TString<wchar_t> message(std::wstring(100, L'x'));
         std::size_t sent = 0;
         for (long index = 0;; ++index) {
             const FailingAllocation failing(index);
-            const bool isSent = IPCClient::Connect(service, text);
+            const bool isSent = IPCClient::Connect(service, message);
             sent += isSent ? 1 : 0;
             if (!failing.HasFailed()) {
                 EXPECT_TRUE(isSent);
@@ -131,7 +131,7 @@ TEST_F(IPCMemoryTest, SendsOrReportsThatItDidNot)
     });
 }
 
-TEST_F(IPCMemoryTest, ReportsNoSocketPathAndNoServer)
+TEST_F(IPCMemoryTest, ReportsNoSocketPathOrNoServerWhenOutOfMemory)
 {
     const TString<wchar_t> service = Service();
     const auto server = RunServer();

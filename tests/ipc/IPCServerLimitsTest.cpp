@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using testing::SizeIs;
 using TestSupport::c_connect;
 using TestSupport::c_executeA;
-using TestSupport::MakeListener;
+using TestSupport::CreateListener;
 using TestSupport::RawSocket;
 using TestSupport::ServeWhile;
 using namespace std::string_literals;
@@ -35,17 +35,17 @@ rlimit DescriptorLimit()
 }
 
 // Raises this process's descriptor limit to the maximum that the system allows.
-class ManyDescriptors {
+class RaisedDescriptorLimit {
 public:
-    ManyDescriptors()
+    RaisedDescriptorLimit()
     {
-        const rlimit most{m_limit.rlim_max, m_limit.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &most);
+        const rlimit raised{m_limit.rlim_max, m_limit.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &raised);
     }
-    ~ManyDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_limit); }
+    ~RaisedDescriptorLimit() { ::setrlimit(RLIMIT_NOFILE, &m_limit); }
 
-    ManyDescriptors(const ManyDescriptors&) = delete;
-    ManyDescriptors& operator=(const ManyDescriptors&) = delete;
+    RaisedDescriptorLimit(const RaisedDescriptorLimit&) = delete;
+    RaisedDescriptorLimit& operator=(const RaisedDescriptorLimit&) = delete;
 
 private:
     const rlimit m_limit = DescriptorLimit();
@@ -95,19 +95,19 @@ long ResidentMebibytes()
 }
 #endif
 
-TEST_F(IPCServerLimitsTest, DisconnectsAfterBytesOutOfPlace)
+TEST_F(IPCServerLimitsTest, DisconnectsAClientThatBreaksTheProtocol)
 {
-    const std::string cases[] = {"\x0B",                        // no topic before
-                                 "\x01\x01\x04\0\0\0\0\0\0\0"s, // no topic before
+    const std::string cases[] = {"\x0B",                        // before the topic
+                                 "\x01\x01\x04\0\0\0\0\0\0\0"s, // before the topic
                                  "GET / HTTP/1.1\r\n\r\n",      // another protocol
                                  "\x0A\x01\0\0\x01t"s,          // a topic of 16 MiB and 1 byte
                                  "\x0A\xFF\xFF\xFF\xFF"s,       //
                                  c_connect + c_connect,         // a second topic
-                                 c_connect + "\x02", // a message that the server does not know
-                                 c_connect + "\x09", //
+                                 c_connect + "\x02",            // an unknown message
+                                 c_connect + "\x09",            //
                                  c_connect + "\x01\x01\x05\0\0\x04"s,     // 64 MiB and 5 bytes
                                  c_connect + "\x01\x01\xFF\xFF\xFF\xFF"s, //
-                                 c_connect + "\x0B"};                     // the end
+                                 c_connect + "\x0B"};                     // Disconnect
     const auto server = RunServer();
 
     ServeWhile([&] {
@@ -117,42 +117,42 @@ TEST_F(IPCServerLimitsTest, DisconnectsAfterBytesOutOfPlace)
             EXPECT_TRUE(client.Send(bytes));
             EXPECT_TRUE(client.IsClosedByPeer());
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-TEST_F(IPCServerLimitsTest, RefusesWhatExceedsTheLimits)
+TEST_F(IPCServerLimitsTest, DisconnectsAClientThatExceedsASizeLimit)
 {
     const std::string longTopic = "\x0A\x01\0\0\x01"s + std::string((16 << 20) + 1, 't');
     const std::string longData = "\x01\x01\x05\0\0\x04"s + std::string((64 << 20) + 5, 'x');
     const auto server = RunServer();
 
     ServeWhile([&] {
-        const RawSocket boastful = RawSocket::ConnectedTo(Path());
-        EXPECT_FALSE(boastful.Send(longTopic));
-        EXPECT_EQ(boastful.ReceiveAll(), "");
-        EXPECT_FALSE(Introduced().Send(longData));
-        EXPECT_TRUE(IsServed());
+        const RawSocket client = RawSocket::ConnectedTo(Path());
+        EXPECT_FALSE(client.Send(longTopic));
+        EXPECT_EQ(client.ReceiveAll(), "");
+        EXPECT_FALSE(ConnectWithTopic().Send(longData));
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-TEST_F(IPCServerLimitsTest, DropsATextCutShort)
+TEST_F(IPCServerLimitsTest, DropsATruncatedMessage)
 {
     const auto server = RunServer();
 
     ServeWhile([&] {
         for (std::size_t length = 0; length < c_executeA.size(); ++length) {
-            const RawSocket client = Introduced();
+            const RawSocket client = ConnectWithTopic();
             EXPECT_TRUE(client.Send(c_executeA.substr(0, length)));
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-TEST_F(IPCServerLimitsTest, TakesATextByteByByte)
+TEST_F(IPCServerLimitsTest, AcceptsAMessageThatArrivesByteByByte)
 {
     const auto server = RunServer();
 
@@ -164,7 +164,7 @@ TEST_F(IPCServerLimitsTest, TakesATextByteByByte)
     });
 }
 
-TEST_F(IPCServerLimitsTest, DisconnectsASlowClientAndDelaysNobody)
+TEST_F(IPCServerLimitsTest, DisconnectsAStalledClientWithoutDelayingOthers)
 {
     const std::string beginnings[] = {"",
                                       "\x0A",
@@ -181,7 +181,7 @@ TEST_F(IPCServerLimitsTest, DisconnectsASlowClientAndDelaysNobody)
             clients.push_back(RawSocket::ConnectedTo(Path()));
             EXPECT_TRUE(clients.back().Send(bytes));
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
         for (const RawSocket& client : clients)
             EXPECT_TRUE(client.IsClosedByPeer());
@@ -189,33 +189,33 @@ TEST_F(IPCServerLimitsTest, DisconnectsASlowClientAndDelaysNobody)
     });
 }
 
-TEST_F(IPCServerLimitsTest, KeepsAClientThatIsSilentBetweenTexts)
+TEST_F(IPCServerLimitsTest, KeepsAClientThatIsSilentBetweenMessages)
 {
     const auto server = RunServer();
 
     ServeWhile([&] {
-        const RawSocket patient = Introduced();
+        const RawSocket patient = ConnectWithTopic();
         EXPECT_TRUE(RawSocket::ConnectedTo(Path()).IsClosedByPeer());
         EXPECT_TRUE(patient.Send(c_executeA));
         EXPECT_THAT(m_received.Await(1), ElementsAre(L"a"));
     });
 }
 
-TEST_F(IPCServerLimitsTest, CountsOnlyTheTimeInWhichTheLoopRuns)
+TEST_F(IPCServerLimitsTest, CountsTimeOnlyWhileTheLoopRuns)
 {
     const auto server = RunServer();
     const RawSocket client = RawSocket::ConnectedTo(Path());
 
     // The server has received half of the topic when its loop stops for longer than the limit.
     EXPECT_TRUE(client.Send(c_connect.substr(0, 5)));
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
     std::this_thread::sleep_for(std::chrono::milliseconds(2500));
     EXPECT_TRUE(client.Send(c_connect.substr(5) + c_executeA));
 
     ServeWhile([&] { EXPECT_THAT(m_received.Await(2), ElementsAre(L"served", L"a")); });
 }
 
-TEST_F(IPCServerLimitsTest, TakesNoMemoryForAnAnnouncedLength)
+TEST_F(IPCServerLimitsTest, AllocatesNoMemoryForAnAnnouncedLength)
 {
     constexpr int clients = 100;
     rusage before{};
@@ -223,20 +223,20 @@ TEST_F(IPCServerLimitsTest, TakesNoMemoryForAnAnnouncedLength)
     const auto server = RunServer();
 
     ServeWhile([&] {
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
         ::getrusage(RUSAGE_SELF, &before);
         std::vector<RawSocket> announcing;
         for (int i = 0; i < clients; ++i) {
-            announcing.push_back(Introduced());
+            announcing.push_back(ConnectWithTopic());
             EXPECT_TRUE(announcing.back().Send("\x01\x01\0\0\0\x04"s + std::string(100, 'x')));
         }
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
         ::getrusage(RUSAGE_SELF, &after);
     });
     EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100 * 1024) << "kilobytes";
 }
 
-TEST_F(IPCServerLimitsTest, LetsClientsWaitAndRestsWithoutDescriptors)
+TEST_F(IPCServerLimitsTest, LetsClientsWaitWithoutSpinningWhenOutOfDescriptors)
 {
     const auto server = RunServer();
     const std::filesystem::path path = Path();
@@ -261,8 +261,8 @@ TEST_F(IPCServerLimitsTest, DisconnectsTheLongestSilentClientWhenDescriptorsRunO
     const TString<wchar_t> service = Service();
 
     ServeWhile([&] {
-        const RawSocket first = Introduced();
-        const RawSocket second = Introduced();
+        const RawSocket first = ConnectWithTopic();
+        const RawSocket second = ConnectWithTopic();
         EXPECT_TRUE(first.Send(c_executeA));
         m_received.Await(1);
         {
@@ -275,20 +275,20 @@ TEST_F(IPCServerLimitsTest, DisconnectsTheLongestSilentClientWhenDescriptorsRunO
     });
 }
 
-TEST_F(IPCServerLimitsTest, KeepsMaxSessionsAndDisconnectsTheLongestSilentForMore)
+TEST_F(IPCServerLimitsTest, DisconnectsTheLongestSilentClientAboveMaxSessions)
 {
-    const ManyDescriptors descriptors;
+    const RaisedDescriptorLimit descriptors;
     const auto server = RunServer();
 
     ServeWhile([&] {
         std::vector<RawSocket> clients;
         while (clients.size() < IPCServer::c_maxSessions) {
-            clients.push_back(Introduced());
+            clients.push_back(ConnectWithTopic());
             EXPECT_TRUE(clients.back().Send(c_executeA));
             EXPECT_THAT(m_received.Await(clients.size()), SizeIs(clients.size()));
         }
 
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
 
         EXPECT_TRUE(clients.front().IsClosedByPeer());
         EXPECT_TRUE(clients[1].Send(c_executeA));
@@ -298,18 +298,18 @@ TEST_F(IPCServerLimitsTest, KeepsMaxSessionsAndDisconnectsTheLongestSilentForMor
 
 // Sanitizers keep freed memory.
 #ifndef TOOLKIT_SANITIZER
-TEST_F(IPCServerLimitsTest, KeepsNoTextAfterDelivery)
+TEST_F(IPCServerLimitsTest, FreesAMessageAfterDelivery)
 {
     const std::string characters(std::size_t{36} << 20, 'x');
     IPCServer server(Service());
-    server.AddListener(MakeListener([&](const auto&) { m_received.Add(L"text"); }));
+    server.AddListener(CreateListener([&](const auto&) { m_received.Add(L"text"); }));
     EXPECT_TRUE(server.Run());
 
     ServeWhile([&] {
         std::vector<RawSocket> clients;
         const long before = ResidentMebibytes();
         while (clients.size() < 6) {
-            clients.push_back(Introduced());
+            clients.push_back(ConnectWithTopic());
             EXPECT_TRUE(clients.back().Send("\x01\x01\0\0\x40\x02"s + characters));
             m_received.Await(clients.size());
         }

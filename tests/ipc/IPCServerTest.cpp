@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using TestSupport::c_connect;
 using TestSupport::c_executeA;
 using TestSupport::ChildProgram;
-using TestSupport::MakeListener;
+using TestSupport::CreateListener;
 using TestSupport::RawSocket;
 using TestSupport::ScopedLocale;
 using TestSupport::ServeWhile;
@@ -29,14 +29,14 @@ using namespace std::string_literals;
 // Length of the longest message. Smaller under ThreadSanitizer, where a server on a busy machine
 // may take longer to receive the full length than a client waits.
 #ifdef TOOLKIT_THREAD_SANITIZER
-constexpr std::size_t c_mostCharacters = std::size_t{1} << 20;
+constexpr std::size_t c_maxCharacters = std::size_t{1} << 20;
 #else
-constexpr std::size_t c_mostCharacters = std::size_t{16} << 20;
+constexpr std::size_t c_maxCharacters = std::size_t{16} << 20;
 #endif
 
 using IPCServerTest = TestSupport::ServerFixture;
 
-TEST_F(IPCServerTest, HandsATextToItsListener)
+TEST_F(IPCServerTest, DeliversAMessageToItsListener)
 {
     const auto server = RunServer();
 
@@ -46,65 +46,67 @@ TEST_F(IPCServerTest, HandsATextToItsListener)
     });
 }
 
-TEST_F(IPCServerTest, HandsOnEveryTextInEveryLocale)
+TEST_F(IPCServerTest, DeliversMessagesUnchangedInAnyLocale)
 {
-    const std::vector<std::wstring> texts = {L"",
-                                             L"a",
-                                             L"two\nlines",
-                                             L"\u00E9\u0394\u0416",
-                                             L"\u6F22\uFFFF",
-                                             L"\U0001F600",
-                                             L"\U000E0001\U0010FFFF",
-                                             std::wstring(65536, L'\u6F22'),
-                                             std::wstring(1, static_cast<wchar_t>(0xDFFF))};
+    const std::vector<std::wstring> messages = {L"",
+                                                L"a",
+                                                L"two\nlines",
+                                                L"\u00E9\u0394\u0416",
+                                                L"\u6F22\uFFFF",
+                                                L"\U0001F600",
+                                                L"\U000E0001\U0010FFFF",
+                                                std::wstring(65536, L'\u6F22'),
+                                                std::wstring(1, static_cast<wchar_t>(0xDFFF))};
     const auto server = RunServer();
     for (const char* locale : {"C", "C.utf8"}) {
         const ScopedLocale scoped(locale);
         ServeWhile([&] {
             const std::size_t before = m_received.All().size();
-            for (const std::wstring& text : texts)
-                EXPECT_TRUE(IPCClient::Connect(Service(), text));
-            const std::vector<std::wstring> all = m_received.Await(before + texts.size());
-            EXPECT_EQ(std::vector(all.begin() + static_cast<long>(before), all.end()), texts);
+            for (const std::wstring& message : messages)
+                EXPECT_TRUE(IPCClient::Connect(Service(), message));
+            const std::vector<std::wstring> all = m_received.Await(before + messages.size());
+            EXPECT_EQ(std::vector(all.begin() + static_cast<long>(before), all.end()), messages);
         });
     }
 }
 
-TEST_F(IPCServerTest, HandsOnTheLongestText)
+TEST_F(IPCServerTest, DeliversTheLongestMessage)
 {
-    const std::wstring longest(c_mostCharacters, L'x');
-    const std::wstring ofFourBytes(c_mostCharacters / 4, L'\U0001F600');
+    const std::wstring longest(c_maxCharacters, L'x');
+    const std::wstring ofFourByteCharacters(c_maxCharacters / 4, L'\U0001F600');
     const auto server = RunServer();
 
     ServeWhile([&] {
         EXPECT_TRUE(IPCClient::Connect(Service(), longest));
-        EXPECT_TRUE(IPCClient::Connect(Service(), ofFourBytes));
+        EXPECT_TRUE(IPCClient::Connect(Service(), ofFourByteCharacters));
         const std::vector<std::wstring> received = m_received.Await(2);
-        EXPECT_TRUE(received == (std::vector{longest, ofFourBytes}));
+        EXPECT_TRUE(received == (std::vector{longest, ofFourByteCharacters}));
     });
 }
 
-TEST_F(IPCServerTest, HandsOnTextsInTheOrderOfSending)
+TEST_F(IPCServerTest, DeliversMessagesInTheOrderOfSending)
 {
-    std::vector<std::wstring> texts;
+    std::vector<std::wstring> messages;
     for (wchar_t number = L'0'; number <= L'9'; ++number) {
-        texts.emplace_back(std::size_t{1} << 20, number);
-        texts.emplace_back(1, number);
+        messages.emplace_back(std::size_t{1} << 20, number);
+        messages.emplace_back(1, number);
     }
     const auto server = RunServer();
 
     ServeWhile([&] {
-        for (const std::wstring& text : texts)
-            EXPECT_TRUE(IPCClient::Connect(Service(), text));
-        EXPECT_TRUE(m_received.Await(texts.size()) == texts);
+        for (const std::wstring& message : messages)
+            EXPECT_TRUE(IPCClient::Connect(Service(), message));
+        EXPECT_TRUE(m_received.Await(messages.size()) == messages);
     });
 }
 
 TEST_F(IPCServerTest, CallsTwoListenersInOrder)
 {
     IPCServer server(Service());
-    server.AddListener(MakeListener([&](const auto& text) { m_received.Add(L"1" + text); }));
-    server.AddListener(MakeListener([&](const auto& text) { m_received.Add(L"2" + text); }));
+    server.AddListener(
+        CreateListener([&](const auto& message) { m_received.Add(L"1" + message); }));
+    server.AddListener(
+        CreateListener([&](const auto& message) { m_received.Add(L"2" + message); }));
     ASSERT_TRUE(server.Run());
 
     ServeWhile([&] {
@@ -115,7 +117,7 @@ TEST_F(IPCServerTest, CallsTwoListenersInOrder)
     });
 }
 
-TEST_F(IPCServerTest, DropsTextsWithoutListeners)
+TEST_F(IPCServerTest, AcceptsAMessageWithoutListeners)
 {
     IPCServer server(Service());
     ASSERT_TRUE(server.Run());
@@ -123,9 +125,9 @@ TEST_F(IPCServerTest, DropsTextsWithoutListeners)
     ServeWhile([&] { EXPECT_TRUE(IPCClient::Connect(Service(), L"text")); });
 }
 
-TEST_F(IPCServerTest, HandsOnALocalTextWithoutRun)
+TEST_F(IPCServerTest, DeliversALocalMessageWithoutRun)
 {
-    const auto server = MakeServer();
+    const auto server = CreateServer();
 
     server->SendExecuteEvent(L"local");
 
@@ -134,13 +136,13 @@ TEST_F(IPCServerTest, HandsOnALocalTextWithoutRun)
     EXPECT_FALSE(IPCClient::Connect(Service(), L"text"));
 }
 
-TEST_F(IPCServerTest, LetsAListenerSendAndRemoveItself)
+TEST_F(IPCServerTest, LetsAListenerRemoveItselfAndSendAMessage)
 {
     const auto server = RunServer();
     smart_ptr<IPCConnectionEvent> listener;
-    listener = MakeListener([&](const auto& text) {
+    listener = CreateListener([&](const auto& message) {
         EXPECT_TRUE(server->RemoveListener(listener));
-        server->SendExecuteEvent(L"again " + text);
+        server->SendExecuteEvent(L"again " + message);
     });
     server->AddListener(listener);
 
@@ -151,16 +153,16 @@ TEST_F(IPCServerTest, LetsAListenerSendAndRemoveItself)
 }
 
 // The session whose message is being handled waits while the others continue.
-TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
+TEST_F(IPCServerTest, ServesOtherClientsWhileAListenerRunsALoop)
 {
     const auto server = RunServer();
-    server->AddListener(MakeListener([&](const auto& text) {
-        if (text == L"a")
-            ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    server->AddListener(CreateListener([&](const auto& message) {
+        if (message == L"a")
+            ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
     }));
 
     ServeWhile([&] {
-        const RawSocket client = Introduced();
+        const RawSocket client = ConnectWithTopic();
         EXPECT_TRUE(client.Send(c_executeA));
         m_received.Await(1);
         EXPECT_TRUE(client.Send("\x01\x01\x08\0\0\0b\0\0\0\0\0\0\0"s));
@@ -169,12 +171,12 @@ TEST_F(IPCServerTest, ServesTheOtherClientsInALoopInsideAListener)
 }
 
 // Data that waits until the listener returns must not keep the inner loop awake.
-TEST_F(IPCServerTest, RestsInALoopInsideAListener)
+TEST_F(IPCServerTest, DoesNotSpinWhileAListenerRunsALoop)
 {
     const auto server = RunServer();
     std::clock_t used = 0;
-    server->AddListener(MakeListener([&](const auto& text) {
-        if (text != L"a")
+    server->AddListener(CreateListener([&](const auto& message) {
+        if (message != L"a")
             return;
         const std::clock_t start = std::clock();
         ServeWhile([] { std::this_thread::sleep_for(std::chrono::seconds(1)); });
@@ -182,7 +184,7 @@ TEST_F(IPCServerTest, RestsInALoopInsideAListener)
     }));
 
     ServeWhile([&] {
-        const RawSocket client = Introduced();
+        const RawSocket client = ConnectWithTopic();
         EXPECT_TRUE(client.Send(c_executeA));
         m_received.Await(1);
         EXPECT_TRUE(client.Send("\x01\x01\x08\0\0\0b\0\0\0\0\0\0\0"s));
@@ -191,11 +193,11 @@ TEST_F(IPCServerTest, RestsInALoopInsideAListener)
     EXPECT_LT(used, CLOCKS_PER_SEC / 2);
 }
 
-TEST_F(IPCServerTest, SurvivesWhatAListenerThrows)
+TEST_F(IPCServerTest, SurvivesAnExceptionFromAListener)
 {
     const auto server = RunServer();
     const auto thrower =
-        MakeListener([](const auto&) { throw std::runtime_error("thrown by the listener"); });
+        CreateListener([](const auto&) { throw std::runtime_error("thrown by the listener"); });
     server->AddListener(thrower);
 
     std::thread client([this] { EXPECT_TRUE(IPCClient::Connect(Service(), L"text")); });
@@ -203,11 +205,11 @@ TEST_F(IPCServerTest, SurvivesWhatAListenerThrows)
     client.join();
     server->RemoveListener(thrower);
 
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
     EXPECT_THAT(m_received.All(), ElementsAre(L"text", L"served"));
 }
 
-TEST_F(IPCServerTest, SpeaksTheBytesOfWxWidgets)
+TEST_F(IPCServerTest, SpeaksTheWxWidgetsProtocol)
 {
     const auto server = RunServer();
 
@@ -220,12 +222,12 @@ TEST_F(IPCServerTest, SpeaksTheBytesOfWxWidgets)
     });
 }
 
-TEST_F(IPCServerTest, TakesSeveralTextsOnOneConnection)
+TEST_F(IPCServerTest, AcceptsSeveralMessagesOnOneConnection)
 {
     const auto server = RunServer();
 
     ServeWhile([&] {
-        const RawSocket client = Introduced();
+        const RawSocket client = ConnectWithTopic();
         EXPECT_TRUE(client.Send(c_executeA + c_executeA));
         EXPECT_THAT(m_received.Await(2), ElementsAre(L"a", L"a"));
         EXPECT_TRUE(client.Send(c_executeA));
@@ -233,12 +235,12 @@ TEST_F(IPCServerTest, TakesSeveralTextsOnOneConnection)
     });
 }
 
-TEST_F(IPCServerTest, ReadsUtf8OrWideCharactersByTheFormat)
+TEST_F(IPCServerTest, DecodesAMessageByItsFormat)
 {
     // A struct, because Clang 14 cannot capture structured bindings in a lambda.
     const struct {
         std::string bytes;
-        std::wstring text;
+        std::wstring message;
     } cases[] = {
         {"\x01\x11\x03\0\0\0\xC3\xA9\0"s, L"\u00E9"},                // 17: UTF-8
         {"\x01\x11\x02\0\0\0\xC3\xA9"s, L"\u00E9"},                  // without a null character
@@ -252,8 +254,8 @@ TEST_F(IPCServerTest, ReadsUtf8OrWideCharactersByTheFormat)
         SCOPED_TRACE(testing::PrintToString(expected.bytes));
         const std::size_t before = m_received.All().size();
         ServeWhile([&] {
-            EXPECT_TRUE(Introduced().Send(expected.bytes));
-            EXPECT_EQ(m_received.Await(before + 1).back(), expected.text);
+            EXPECT_TRUE(ConnectWithTopic().Send(expected.bytes));
+            EXPECT_EQ(m_received.Await(before + 1).back(), expected.message);
         });
     }
 }
@@ -263,19 +265,19 @@ TEST_F(IPCServerTest, DropsInvalidUtf8)
     const auto server = RunServer();
 
     ServeWhile([&] {
-        const RawSocket client = Introduced();
+        const RawSocket client = ConnectWithTopic();
         EXPECT_TRUE(client.Send("\x01\x11\x03\0\0\0\xE0\x80\0"s + c_executeA));
         EXPECT_THAT(m_received.Await(1), ElementsAre(L"a"));
     });
 }
 
-TEST_F(IPCServerTest, ServesFromALoopOnAnotherThread)
+TEST_F(IPCServerTest, ServesClientsFromALoopOnAnotherThread)
 {
     std::thread thread([this] {
         const auto server = RunServer();
         ServeWhile([this] {
             EXPECT_TRUE(RawSocket::ConnectedTo(Path()).IsClosedByPeer());
-            EXPECT_TRUE(IsServed());
+            EXPECT_TRUE(ServerDelivers());
         });
     });
     thread.join();
@@ -287,9 +289,9 @@ TEST_F(IPCServerTest, DisconnectsItsClientsWhenDestroyed)
     std::vector<RawSocket> clients;
     ServeWhile([&] {
         clients.push_back(RawSocket::ConnectedTo(Path()));
-        clients.push_back(Introduced());
+        clients.push_back(ConnectWithTopic());
         EXPECT_TRUE(clients.back().Send(c_executeA.substr(0, 9)));
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
 
     server.reset();
@@ -298,7 +300,7 @@ TEST_F(IPCServerTest, DisconnectsItsClientsWhenDestroyed)
         EXPECT_TRUE(client.IsClosedByPeer());
 }
 
-TEST_F(IPCServerTest, ServesAClientOfWxWidgetsAlone)
+TEST_F(IPCServerTest, ServesAClientThatUsesOnlyWxWidgets)
 {
     const auto server = RunServer();
 

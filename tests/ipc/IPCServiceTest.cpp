@@ -39,7 +39,7 @@ int RunAsOtherUser(const std::function<int()>& action)
     return WEXITSTATUS(status);
 }
 
-const wchar_t* const c_lock = L".service.takeover";
+const wchar_t* const c_lockName = L".service.takeover";
 
 std::vector<std::string> FilesIn(const TempDir& directory)
 {
@@ -51,7 +51,7 @@ std::vector<std::string> FilesIn(const TempDir& directory)
 
 using IPCServiceTest = TestSupport::ServerFixture;
 
-TEST_F(IPCServiceTest, MakesAFileForItsOwnerAlone)
+TEST_F(IPCServiceTest, CreatesASocketFileOnlyForItsOwner)
 {
     for (const mode_t mask : {0U, 022U, 077U}) {
         const mode_t oldMask = ::umask(mask);
@@ -63,7 +63,7 @@ TEST_F(IPCServiceTest, MakesAFileForItsOwnerAlone)
     }
 }
 
-TEST_F(IPCServiceTest, LetsNoOtherUserConnect)
+TEST_F(IPCServiceTest, DoesNotLetAnotherUserConnect)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root may become another user";
@@ -90,12 +90,12 @@ TEST_F(IPCServiceTest, DoesNotAnswerAnotherUser)
                       return client.ReceiveAll().empty() ? 0 : 1;
                   }),
                   0);
-        EXPECT_TRUE(IsServed());
+        EXPECT_TRUE(ServerDelivers());
     });
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-TEST_F(IPCServiceTest, TakesOverTheFileOfACrashedServer)
+TEST_F(IPCServiceTest, ReplacesTheFileOfACrashedServer)
 {
     ChildProgram crashed(TOOLKIT_TEST_IPC_SERVER, {Path()});
     EXPECT_EQ(crashed.ReadLine(), "ready");
@@ -105,10 +105,10 @@ TEST_F(IPCServiceTest, TakesOverTheFileOfACrashedServer)
 
     const auto server = RunServer();
 
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
 }
 
-TEST_F(IPCServiceTest, MakesNoFileButItsSocket)
+TEST_F(IPCServiceTest, CreatesNoFileButItsSocket)
 {
     const auto server = RunServer();
 
@@ -125,62 +125,62 @@ TEST_F(IPCServiceTest, LeavesNoFileBehind)
     EXPECT_THAT(FilesIn(m_homeDirectory), IsEmpty());
 }
 
-TEST_F(IPCServiceTest, ClearsAwayTheLockThatACrashHasLeft)
+TEST_F(IPCServiceTest, RemovesTheLockFileOfACrashedServer)
 {
-    m_directory.WriteFile(c_lock, "");
-    std::filesystem::permissions(m_directory.Path() / c_lock, std::filesystem::perms(0600));
+    m_directory.WriteFile(c_lockName, "");
+    std::filesystem::permissions(m_directory.Path() / c_lockName, std::filesystem::perms(0600));
 
     const auto server = RunServer();
 
     EXPECT_THAT(FilesIn(m_directory), ElementsAre("service"));
 }
 
-TEST_F(IPCServiceTest, LeavesAFileWithTheNameOfTheLockThatIsNone)
+TEST_F(IPCServiceTest, KeepsANonEmptyFileNamedLikeTheLock)
 {
-    m_directory.WriteFile(c_lock, "content");
+    m_directory.WriteFile(c_lockName, "content");
 
     RunServer().reset();
 
-    EXPECT_EQ(m_directory.ReadFile(c_lock), "content");
+    EXPECT_EQ(m_directory.ReadFile(c_lockName), "content");
 }
 
 TEST_F(IPCServiceTest, DoesNotRunWhileAnotherServerHoldsTheLock)
 {
-    const int lock = ::open((m_directory.Path() / c_lock).c_str(), O_RDWR | O_CREAT, 0600);
+    const int lock = ::open((m_directory.Path() / c_lockName).c_str(), O_RDWR | O_CREAT, 0600);
     EXPECT_EQ(::flock(lock, LOCK_EX), 0);
 
-    EXPECT_FALSE(MakeServer()->Run());
+    EXPECT_FALSE(CreateServer()->Run());
 
     ::close(lock);
-    EXPECT_TRUE(MakeServer()->Run());
+    EXPECT_TRUE(CreateServer()->Run());
 }
 
-TEST_F(IPCServiceTest, LeavesALivingServerItsName)
+TEST_F(IPCServiceTest, DoesNotReplaceARunningServer)
 {
     const auto first = RunServer();
 
-    auto second = MakeServer();
+    auto second = CreateServer();
     EXPECT_FALSE(second->Run());
     second.reset();
 
     EXPECT_TRUE(IsSocket());
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
 }
 
-TEST_F(IPCServiceTest, LeavesAStoppedServerItsName)
+TEST_F(IPCServiceTest, DoesNotReplaceASuspendedServer)
 {
     const ChildProgram stopped(TOOLKIT_TEST_IPC_SERVER, {Path()});
     EXPECT_EQ(stopped.ReadLine(), "ready");
     stopped.Send(SIGSTOP);
 
-    EXPECT_FALSE(MakeServer()->Run());
+    EXPECT_FALSE(CreateServer()->Run());
 
     stopped.Send(SIGCONT);
     EXPECT_TRUE(IPCClient::Connect(Service(), L"still there"));
     EXPECT_EQ(stopped.ReadLine(), "still there");
 }
 
-TEST_F(IPCServiceTest, RunsOnceWhenSeveralTakeOverAtOnce)
+TEST_F(IPCServiceTest, RunsOnceWhenSeveralServersStartTogether)
 {
     constexpr int rounds = 10;
     for (int round = 0; round < rounds; ++round) {
@@ -207,21 +207,22 @@ TEST_F(IPCServiceTest, ReplacesOnlyASocket)
     std::filesystem::create_symlink("stale", m_directory.Path() / "link");
 
     for (const wchar_t* name : {L"file", L"directory", L"link", L"none/service", L"directory/"})
-        EXPECT_FALSE(MakeServer(m_directory.File(name))->Run()) << UTF8::ToUTF8(std::wstring(name));
+        EXPECT_FALSE(CreateServer(m_directory.File(name))->Run())
+            << UTF8::ToUTF8(std::wstring(name));
 
     EXPECT_EQ(m_directory.ReadFile(L"file"), "content");
     EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "link"));
     EXPECT_TRUE(std::filesystem::is_socket(m_directory.Path() / "stale"));
 }
 
-TEST_F(IPCServiceTest, LeavesTheSocketOfAnotherUser)
+TEST_F(IPCServiceTest, DoesNotReplaceTheSocketOfAnotherUser)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root may give a file away";
     EXPECT_EQ(RawSocket().Bind(Path()), 0);
     EXPECT_EQ(::chown(Path().c_str(), c_otherUser, c_otherUser), 0);
 
-    EXPECT_FALSE(MakeServer()->Run());
+    EXPECT_FALSE(CreateServer()->Run());
 
     EXPECT_TRUE(IsSocket());
 }
@@ -237,7 +238,7 @@ TEST_F(IPCServiceTest, RemovesItsFileWhenDestroyed)
     EXPECT_FALSE(IPCClient::Connect(Service(), L"text"));
 }
 
-TEST_F(IPCServiceTest, LeavesTheFileOfAnotherServer)
+TEST_F(IPCServiceTest, DoesNotRemoveTheFileOfAnotherServer)
 {
     auto server = RunServer();
     std::filesystem::remove(Path());
@@ -248,7 +249,7 @@ TEST_F(IPCServiceTest, LeavesTheFileOfAnotherServer)
     EXPECT_TRUE(IsSocket());
 }
 
-TEST_F(IPCServiceTest, RemovesNothingInAForkedChild)
+TEST_F(IPCServiceTest, RemovesNoFileInAForkedChild)
 {
     auto server = RunServer();
 
@@ -260,14 +261,14 @@ TEST_F(IPCServiceTest, RemovesNothingInAForkedChild)
     ::waitpid(process, nullptr, 0);
 
     EXPECT_TRUE(IsSocket());
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
 }
 
 TEST_F(IPCServiceTest, UsesTheWorkingDirectoryForABareName)
 {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(m_directory.Path());
-    auto server = MakeServer(L"service");
+    auto server = CreateServer(L"service");
     EXPECT_TRUE(server->Run());
     EXPECT_TRUE(IsSocket());
     ServeWhile([&] {
@@ -281,20 +282,20 @@ TEST_F(IPCServiceTest, UsesTheWorkingDirectoryForABareName)
     EXPECT_FALSE(std::filesystem::exists(Path()));
 }
 
-TEST_F(IPCServiceTest, RefusesANumber)
+TEST_F(IPCServiceTest, RejectsAnInvalidName)
 {
-    EXPECT_FALSE(MakeServer(L"0")->Run());
-    EXPECT_FALSE(MakeServer(L"42424")->Run());
-    EXPECT_FALSE(MakeServer(std::wstring(L"\0abstract", 9))->Run());
+    EXPECT_FALSE(CreateServer(L"0")->Run());
+    EXPECT_FALSE(CreateServer(L"42424")->Run());
+    EXPECT_FALSE(CreateServer(std::wstring(L"\0abstract", 9))->Run());
 }
 
 TEST_F(IPCServiceTest, ShortensALongNameLikeTheClient)
 {
     for (const std::size_t length : {100U, 107U, 108U, 150U, 255U}) {
         SCOPED_TRACE(length);
-        const std::size_t missing = length - m_directory.Path().native().size() - 1;
-        const TString<wchar_t> service = m_directory.File(std::wstring(missing, L'x'));
-        const auto server = MakeServer(service);
+        const std::size_t nameLength = length - m_directory.Path().native().size() - 1;
+        const TString<wchar_t> service = m_directory.File(std::wstring(nameLength, L'x'));
+        const auto server = CreateServer(service);
         ASSERT_TRUE(server->Run());
         EXPECT_FALSE(IPCClient::Connect(service + L"x", L"not this one"));
         EXPECT_EQ(std::filesystem::is_socket(std::string(UTF8::ToUTF8(service))), length <= 107);
@@ -311,7 +312,7 @@ TEST_F(IPCServiceTest, NamesTheDefaultServiceAfterTheApplication)
     PathManager::CreateInstance();
     const TString<wchar_t> service =
         L"/tmp/" + PathManager::GetInstance()->GetApplicationUniqueName() + L".ipc";
-    const auto server = MakeServer(L"");
+    const auto server = CreateServer(L"");
     PathManager::ReleaseInstance();
     ASSERT_TRUE(server->Run());
 
@@ -323,19 +324,19 @@ TEST_F(IPCServiceTest, NamesTheDefaultServiceAfterTheApplication)
 
 TEST_F(IPCServiceTest, HasNoDefaultServiceWithoutAPathManager)
 {
-    EXPECT_FALSE(MakeServer(L"")->Run());
+    EXPECT_FALSE(CreateServer(L"")->Run());
 }
 
-TEST_F(IPCServiceTest, ChangesNothingInASecondRun)
+TEST_F(IPCServiceTest, ChangesNothingInASecondCallOfRun)
 {
     const auto server = RunServer();
 
     EXPECT_TRUE(server->Run());
 
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
 }
 
-TEST_F(IPCServiceTest, BringsALostFileBackInRun)
+TEST_F(IPCServiceTest, CreatesItsDeletedFileAgainInRun)
 {
     const auto server = RunServer();
     std::filesystem::remove(Path());
@@ -343,10 +344,10 @@ TEST_F(IPCServiceTest, BringsALostFileBackInRun)
     EXPECT_TRUE(server->Run());
 
     EXPECT_TRUE(IsSocket());
-    ServeWhile([&] { EXPECT_TRUE(IsServed()); });
+    ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
 }
 
-TEST_F(IPCServiceTest, ReportsTheSocketPathOfAService)
+TEST_F(IPCServiceTest, ReturnsTheSocketPathOfAService)
 {
     const std::pair<TString<wchar_t>, TString<wchar_t>> cases[] = {
         {L"/tmp/example.ipc", L"/tmp/example.ipc"},
@@ -358,10 +359,10 @@ TEST_F(IPCServiceTest, ReportsTheSocketPathOfAService)
         EXPECT_EQ(IPCServer::GetSocketPath(service), expected);
 }
 
-TEST_F(IPCServiceTest, ReportsTheFileThatRunMakes)
+TEST_F(IPCServiceTest, ReturnsTheSocketPathThatRunCreates)
 {
     const TString<wchar_t> service = m_directory.File(std::wstring(150, L'x'));
-    const auto server = MakeServer(service);
+    const auto server = CreateServer(service);
     ASSERT_TRUE(server->Run());
 
     const TString<wchar_t> path = IPCServer::GetSocketPath(service);
@@ -381,7 +382,7 @@ TEST_F(IPCServiceTest, ShortensALongNameBetweenCharacters)
               L"/x" + std::wstring(44, L'\u00E9'));
 }
 
-TEST_F(IPCServiceTest, ReportsThePathOfTheDefaultService)
+TEST_F(IPCServiceTest, ReturnsTheSocketPathOfTheDefaultService)
 {
     EXPECT_EQ(IPCServer::GetSocketPath(L""), L"");
     PathManager::CreateInstance();

@@ -29,23 +29,23 @@ protected:
     TString<wchar_t> Service() const { return m_directory.File(L"service"); }
     std::filesystem::path Path() const { return m_directory.Path() / "service"; }
 
-    std::unique_ptr<IPCServer> MakeServer() { return MakeServer(Service()); }
-    std::unique_ptr<IPCServer> MakeServer(const TString<wchar_t>& service)
+    std::unique_ptr<IPCServer> CreateServer() { return CreateServer(Service()); }
+    std::unique_ptr<IPCServer> CreateServer(const TString<wchar_t>& service)
     {
         auto server = std::make_unique<IPCServer>(service);
-        server->AddListener(Keep(m_received));
+        server->AddListener(CreateCollector(m_received));
         return server;
     }
 
     std::unique_ptr<IPCServer> RunServer()
     {
-        std::unique_ptr<IPCServer> server = MakeServer();
+        std::unique_ptr<IPCServer> server = CreateServer();
         EXPECT_TRUE(server->Run());
         return server;
     }
 
     /// Returns a client that has sent its topic and received the reply.
-    RawSocket Introduced() const
+    RawSocket ConnectWithTopic() const
     {
         RawSocket client = RawSocket::ConnectedTo(Path());
         EXPECT_TRUE(client.Send(c_connect));
@@ -53,7 +53,8 @@ protected:
         return client;
     }
 
-    bool IsServed()
+    /// Sends a message and waits until the server has delivered it. Returns false on failure.
+    bool ServerDelivers()
     {
         const std::size_t before = m_received.All().size();
         return IPCClient::Connect(Service(), L"served") &&
@@ -66,7 +67,7 @@ protected:
     const TempDir m_homeDirectory;
     const ScopedEnvironment m_home{"HOME", m_homeDirectory.Path()};
     const FrameworkHold m_framework;
-    ReceivedTexts m_received;
+    ReceivedMessages m_received;
 };
 
 } // namespace Toolkit::TestSupport

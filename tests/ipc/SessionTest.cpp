@@ -42,16 +42,16 @@ protected:
         }
     }
 
-    std::vector<std::string> m_texts;
+    std::vector<std::string> m_messages;
     const Execute m_execute = [this](const std::vector<char>& data, unsigned char) {
-        m_texts.emplace_back(data.begin(), data.end());
+        m_messages.emplace_back(data.begin(), data.end());
         return true;
     };
     Base::FileDescriptor m_client;
     std::unique_ptr<Session> m_session;
 };
 
-TEST_F(SessionTest, IsOverdueWithoutATopicForTwoSeconds)
+TEST_F(SessionTest, IsOverdueAfterTwoSecondsWithoutATopic)
 {
     for (int tick = 0; tick < c_ticksInTwoSeconds; ++tick)
         m_session->CountTick();
@@ -82,7 +82,7 @@ TEST_F(SessionTest, IsOverdueWhenATopicIsNotCompleteAfterThirtySeconds)
     EXPECT_TRUE(m_session->IsOverdue());
 }
 
-TEST_F(SessionTest, CountsTheTimeOfEachMessageByItself)
+TEST_F(SessionTest, CountsTheTimeOfEachMessageSeparately)
 {
     EXPECT_TRUE(Send("\x0A\x01\0\0\0t"s));
 
@@ -92,7 +92,7 @@ TEST_F(SessionTest, CountsTheTimeOfEachMessageByItself)
         EXPECT_FALSE(m_session->IsOverdue());
     }
 
-    EXPECT_THAT(m_texts, testing::SizeIs(3));
+    EXPECT_THAT(m_messages, testing::SizeIs(3));
 }
 
 TEST_F(SessionTest, IsNeverOverdueBetweenMessages)
@@ -104,7 +104,7 @@ TEST_F(SessionTest, IsNeverOverdueBetweenMessages)
 
     EXPECT_FALSE(m_session->IsOverdue());
     EXPECT_TRUE(Send("\x01\x01\x01\0\0\0a"s));
-    EXPECT_THAT(m_texts, ElementsAre("a"));
+    EXPECT_THAT(m_messages, ElementsAre("a"));
 }
 
 TEST_F(SessionTest, IsSilentAfterTwoTicksWithoutBytes)

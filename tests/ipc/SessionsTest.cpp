@@ -44,40 +44,40 @@ protected:
                         }};
 };
 
-std::size_t SizeOf(const std::wstring& text)
+std::size_t SizeOf(const std::wstring& message)
 {
-    return (text.size() + 1) * sizeof(wchar_t);
+    return (message.size() + 1) * sizeof(wchar_t);
 }
 
-TEST_F(SessionsTest, HandsOnALongMessageBeforeAShortOneThatWasSentLater)
+TEST_F(SessionsTest, DeliversALongMessageBeforeAShortOneSentLater)
 {
-    const std::wstring longText(40000, L'x'); // fits into a socket's buffer
-    const std::wstring shortText(1, L'x');
+    const std::wstring longMessage(40000, L'x'); // fits into a socket's buffer
+    const std::wstring shortMessage(1, L'x');
     const RawSocket first = Connect();
     const RawSocket second = Connect();
 
-    first.Send(MakeExecuteRequest(longText));
-    second.Send(MakeExecuteRequest(shortText));
+    first.Send(MakeExecuteRequest(longMessage));
+    second.Send(MakeExecuteRequest(shortMessage));
     ServeRounds(10);
 
-    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longText), SizeOf(shortText)));
+    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longMessage), SizeOf(shortMessage)));
 }
 
-TEST_F(SessionsTest, HandsOnALongMessageBeforeThatOfAClientThatConnectsLater)
+TEST_F(SessionsTest, DeliversALongMessageBeforeThatOfALaterClient)
 {
-    const std::wstring longText(40000, L'x');
-    const std::wstring shortText(1, L'x');
+    const std::wstring longMessage(40000, L'x');
+    const std::wstring shortMessage(1, L'x');
     const RawSocket first = Connect();
 
-    first.Send(MakeExecuteRequest(longText));
+    first.Send(MakeExecuteRequest(longMessage));
     const RawSocket second = RawSocket::ConnectedTo(m_path);
-    second.Send(MakeConnectRequest(L"topic") + MakeExecuteRequest(shortText));
+    second.Send(MakeConnectRequest(L"topic") + MakeExecuteRequest(shortMessage));
     ServeRounds(10);
 
-    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longText), SizeOf(shortText)));
+    EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longMessage), SizeOf(shortMessage)));
 }
 
-TEST_F(SessionsTest, HandsOnMessagesInTheOrderInWhichTheyWereSent)
+TEST_F(SessionsTest, DeliversMessagesInTheOrderOfSending)
 {
     const RawSocket first = Connect();
     const RawSocket second = Connect();

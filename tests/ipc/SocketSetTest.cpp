@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
-// Compiled with the Linux sources, and with the macOS sources against a stand-in for its kernel.
+// Compiled with the Linux sources, and with the macOS sources against stand-ins for system calls.
 namespace Toolkit::Ipc {
 namespace {
 
@@ -20,8 +20,8 @@ using testing::Not;
 using testing::UnorderedElementsAre;
 
 // Two connected sockets: what is written to one can be read from the other.
-struct Pair {
-    Pair()
+struct SocketPair {
+    SocketPair()
     {
         int sockets[2] = {-1, -1};
         EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, sockets), 0);
@@ -58,8 +58,8 @@ protected:
         EXPECT_TRUE(m_set.Add(m_second.reader.Get()));
     }
 
-    Pair m_first;
-    Pair m_second;
+    SocketPair m_first;
+    SocketPair m_second;
     SocketSet m_set;
 };
 
@@ -94,14 +94,14 @@ TEST_F(SocketSetTest, ForgetsARemovedSocket)
     EXPECT_THAT(m_set.PollReadable(), IsEmpty());
 }
 
-TEST_F(SocketSetTest, RefusesToRemoveASocketThatIsNotInTheSet)
+TEST_F(SocketSetTest, FailsToRemoveASocketThatIsNotInTheSet)
 {
-    const Pair other;
+    const SocketPair other;
 
     EXPECT_FALSE(m_set.Remove(other.reader.Get()));
 }
 
-TEST_F(SocketSetTest, FindsTicksBesideSockets)
+TEST_F(SocketSetTest, FindsTicksAndSockets)
 {
     m_set.SetTicking(1);
     m_first.Write();
