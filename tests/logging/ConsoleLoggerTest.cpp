@@ -17,13 +17,13 @@ namespace Toolkit {
 namespace {
 
 using TestSupport::CapturedWideOutput;
-using TestSupport::OutputOfChild;
+using TestSupport::CaptureOutputOfChild;
 
 // Accepts nothing, like a terminal that was closed.
 class BrokenBuffer : public std::wstreambuf {};
 
 // Accepts nothing while `isBroken` is set.
-class MendableBuffer : public std::wstringbuf {
+class RepairableBuffer : public std::wstringbuf {
 public:
     bool isBroken = true;
 
@@ -38,7 +38,7 @@ private:
     }
 };
 
-TEST(ConsoleLoggerTest, WritesTextAsItIs)
+TEST(ConsoleLoggerTest, WritesTextUnchanged)
 {
     const CapturedWideOutput output;
     ConsoleLogger logger(SeverityVerbose);
@@ -59,7 +59,7 @@ TEST(ConsoleLoggerTest, NeverFlushes)
     EXPECT_EQ(output.FlushCount(), 0);
 }
 
-TEST(ConsoleLoggerTest, WritesAtFirstForTheHighestThresholdOnly)
+TEST(ConsoleLoggerTest, StartsAtVerboseSeverity)
 {
     for (int threshold = SeverityError; threshold <= SeverityVerbose; ++threshold) {
         SCOPED_TRACE(threshold);
@@ -71,7 +71,7 @@ TEST(ConsoleLoggerTest, WritesAtFirstForTheHighestThresholdOnly)
     }
 }
 
-TEST(ConsoleLoggerTest, KeepsTheSeverityFromStatementToStatement)
+TEST(ConsoleLoggerTest, KeepsTheSeverityAcrossStatements)
 {
     const CapturedWideOutput output;
     ConsoleLogger logger(SeverityInfo);
@@ -86,9 +86,9 @@ TEST(ConsoleLoggerTest, KeepsTheSeverityFromStatementToStatement)
     EXPECT_EQ(output.Text(), L"yes, again, and again");
 }
 
-TEST(ConsoleLoggerTest, ReachesTheStandardOutput)
+TEST(ConsoleLoggerTest, WritesToStandardOutput)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         ConsoleLogger(SeverityVerbose).Write(L"1 \u20AC\n");
     });
@@ -96,9 +96,9 @@ TEST(ConsoleLoggerTest, ReachesTheStandardOutput)
     EXPECT_EQ(output, "1 \xE2\x82\xAC\n");
 }
 
-TEST(ConsoleLoggerTest, WritesBytesAfterBytes)
+TEST(ConsoleLoggerTest, WritesBytesAfterNarrowOutput)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         ConsoleLogger logger(SeverityVerbose);
         std::printf("narrow\n");
@@ -112,13 +112,13 @@ TEST(ConsoleLoggerTest, WritesBytesAfterBytes)
                           "l\nnarrow again\nwide again\n");
 }
 
-TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
+TEST(ConsoleLoggerTest, UsesTheLocaleEncodingAfterNarrowOutput)
 {
     const TestSupport::CompiledLocale locale("de_DE", "ISO-8859-1");
     if (!locale.IsAvailable())
         GTEST_SKIP() << "no compiler of locales";
 
-    const std::string output = OutputOfChild([&locale] {
+    const std::string output = CaptureOutputOfChild([&locale] {
         std::setlocale(LC_ALL, locale.Name().c_str());
         std::printf("narrow ");
         ConsoleLogger(SeverityVerbose).Write(L"\u00E9\u4E2D.\n");
@@ -126,9 +126,9 @@ TEST(ConsoleLoggerTest, WritesBytesInTheEncodingOfTheLocale)
     EXPECT_EQ(output, "narrow \xE9?.\n");
 }
 
-TEST(ConsoleLoggerTest, WritesAQuestionMarkAsAByteForWhatTheLocaleLacks)
+TEST(ConsoleLoggerTest, WritesAQuestionMarkForACharacterThatTheLocaleLacks)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::setlocale(LC_ALL, "C");
         std::printf("narrow ");
         ConsoleLogger(SeverityVerbose).Write(L"a\u20AC\xD800z\n");
@@ -137,9 +137,9 @@ TEST(ConsoleLoggerTest, WritesAQuestionMarkAsAByteForWhatTheLocaleLacks)
     EXPECT_EQ(output, "narrow a??z\n");
 }
 
-TEST(ConsoleLoggerTest, InsertsIntoAnotherBufferAfterBytesToo)
+TEST(ConsoleLoggerTest, UsesAReplacedStreamBufferAfterNarrowOutput)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::printf("narrow ");
         const CapturedWideOutput captured;
         ConsoleLogger(SeverityVerbose).Write(L"\u20AC");
@@ -149,9 +149,9 @@ TEST(ConsoleLoggerTest, InsertsIntoAnotherBufferAfterBytesToo)
     EXPECT_EQ(output, "narrow captured");
 }
 
-TEST(ConsoleLoggerTest, InsertsIntoTheStreamThatBuffersItselfAfterBytesToo)
+TEST(ConsoleLoggerTest, UsesAnUnsynchronizedStreamAfterNarrowOutput)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::printf("narrow ");
         std::fflush(stdout);
         std::ios_base::sync_with_stdio(false);
@@ -161,9 +161,9 @@ TEST(ConsoleLoggerTest, InsertsIntoTheStreamThatBuffersItselfAfterBytesToo)
     EXPECT_EQ(output, "narrow wide\n");
 }
 
-TEST(ConsoleLoggerTest, MakesAFreshOutputWide)
+TEST(ConsoleLoggerTest, SetsUnusedOutputToWideOrientation)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         ConsoleLogger logger(SeverityVerbose);
         logger.Write(L"wide\n");
         std::printf("refused\n");
@@ -175,7 +175,7 @@ TEST(ConsoleLoggerTest, MakesAFreshOutputWide)
 
 TEST(ConsoleLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         ConsoleLogger logger(SeverityVerbose);
         logger.Write(L"a\xD800z");
@@ -185,9 +185,9 @@ TEST(ConsoleLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)
     EXPECT_EQ(output, "a?znext\n");
 }
 
-TEST(ConsoleLoggerTest, IsNotSilencedWhenTheStreamBuffersItself)
+TEST(ConsoleLoggerTest, IsNotSilencedOnAnUnsynchronizedStream)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::ios_base::sync_with_stdio(false);
         ConsoleLogger logger(SeverityVerbose);
         logger.Write(L"a\u20ACz");
@@ -200,8 +200,8 @@ TEST(ConsoleLoggerTest, IsNotSilencedWhenTheStreamBuffersItself)
 TEST(ConsoleLoggerTest, WritesAgainAfterTheStreamHasFailed)
 {
     for (const wchar_t* const lost : {L"lost", L"lost \u20AC"}) {
-        MendableBuffer buffer;
-        std::wstreambuf* const good = std::wcout.rdbuf(&buffer);
+        RepairableBuffer buffer;
+        std::wstreambuf* const oldBuffer = std::wcout.rdbuf(&buffer);
         ConsoleLogger logger(SeverityVerbose);
 
         logger.Write(lost);
@@ -209,23 +209,23 @@ TEST(ConsoleLoggerTest, WritesAgainAfterTheStreamHasFailed)
         logger.Write(L"text");
         logger.Write(L" \u20AC");
 
-        std::wcout.rdbuf(good);
+        std::wcout.rdbuf(oldBuffer);
         EXPECT_EQ(buffer.str(), L"text \u20AC");
     }
 }
 
-TEST(ConsoleLoggerTest, LetsNoExceptionOfTheStreamThrough)
+TEST(ConsoleLoggerTest, CatchesExceptionsFromTheStream)
 {
     BrokenBuffer broken;
     ConsoleLogger logger(SeverityVerbose);
-    std::wstreambuf* const good = std::wcout.rdbuf(&broken);
+    std::wstreambuf* const oldBuffer = std::wcout.rdbuf(&broken);
     std::wcout.exceptions(std::ios_base::badbit | std::ios_base::failbit);
 
     EXPECT_NO_THROW(logger.Write(L"lost"));
     EXPECT_NO_THROW(logger.Write(L"lost \u20AC"));
 
     std::wcout.exceptions(std::ios_base::goodbit);
-    std::wcout.rdbuf(good);
+    std::wcout.rdbuf(oldBuffer);
     EXPECT_TRUE(std::wcout.good());
 }
 

@@ -10,7 +10,7 @@ namespace Toolkit {
 namespace {
 
 using TestSupport::CapturedWideOutput;
-using TestSupport::OutputOfChild;
+using TestSupport::CaptureOutputOfChild;
 
 TEST(DebuggerLoggerTest, WritesToTheWideStandardOutput)
 {
@@ -32,7 +32,7 @@ TEST(DebuggerLoggerTest, NeverFlushes)
     EXPECT_EQ(output.FlushCount(), 0);
 }
 
-TEST(DebuggerLoggerTest, LeavesOutWhatIsAboveItsThreshold)
+TEST(DebuggerLoggerTest, OmitsMessagesAboveItsThreshold)
 {
     const CapturedWideOutput output;
     DebuggerLogger logger(SeverityInfo);
@@ -45,7 +45,7 @@ TEST(DebuggerLoggerTest, LeavesOutWhatIsAboveItsThreshold)
 
 TEST(DebuggerLoggerTest, IsNotSilencedByACharacterThatTheLocaleLacks)
 {
-    const std::string output = OutputOfChild([] {
+    const std::string output = CaptureOutputOfChild([] {
         std::setlocale(LC_ALL, "C.UTF-8");
         DebuggerLogger logger(SeverityVerbose);
         logger.Write(L"a\xD800z");

@@ -35,12 +35,12 @@ constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 class FileLoggerFaultTest : public TestSupport::LogFileTest {
 protected:
     // Returns the fallback files, whose names end in a tick count.
-    std::vector<std::filesystem::path> Fallbacks() const
+    std::vector<std::filesystem::path> FindFallbacks() const
     {
-        const std::regex form(m_name + "-[0-9]+\\.qvlog");
-        std::vector<std::filesystem::path> fallbacks = Files();
-        std::erase_if(fallbacks, [&form](const std::filesystem::path& file) {
-            return !std::regex_match(file.filename().native(), form);
+        const std::regex pattern(m_name + "-[0-9]+\\.qvlog");
+        std::vector<std::filesystem::path> fallbacks = FindFiles();
+        std::erase_if(fallbacks, [&pattern](const std::filesystem::path& file) {
+            return !std::regex_match(file.filename().native(), pattern);
         });
         return fallbacks;
     }
@@ -52,14 +52,14 @@ protected:
         {
             FileLogger logger(SeverityVerbose, Name(), c_noLimit);
             logger.Write(L"text");
-            Await([this] { return !Fallbacks().empty(); });
+            Await([this] { return !FindFallbacks().empty(); });
         }
-        ASSERT_EQ(Fallbacks().size(), 1u);
-        EXPECT_EQ(ReadWholeFile(Fallbacks().front()), "text");
+        ASSERT_EQ(FindFallbacks().size(), 1u);
+        EXPECT_EQ(ReadWholeFile(FindFallbacks().front()), "text");
     }
 };
 
-TEST_F(FileLoggerFaultTest, LeavesADirectoryInItsPlace)
+TEST_F(FileLoggerFaultTest, DoesNotReplaceADirectory)
 {
     std::filesystem::create_directory(Path());
 
@@ -67,7 +67,7 @@ TEST_F(FileLoggerFaultTest, LeavesADirectoryInItsPlace)
     EXPECT_TRUE(std::filesystem::is_directory(Path()));
 }
 
-TEST_F(FileLoggerFaultTest, LeavesAPipeInItsPlace)
+TEST_F(FileLoggerFaultTest, DoesNotReplaceAPipe)
 {
     ASSERT_EQ(::mkfifo(Path().c_str(), 0600), 0);
 
@@ -97,7 +97,7 @@ TEST_F(FileLoggerFaultTest, DoesNotFollowASymbolicLink)
     EXPECT_EQ(directory.ReadFile(L"precious"), "data");
 }
 
-TEST_F(FileLoggerFaultTest, CreatesNothingThroughADanglingSymbolicLink)
+TEST_F(FileLoggerFaultTest, CreatesNoFileThroughADanglingSymbolicLink)
 {
     const TestSupport::TempDir directory;
     std::filesystem::create_symlink(directory.Path() / "absent", Path());
@@ -106,7 +106,7 @@ TEST_F(FileLoggerFaultTest, CreatesNothingThroughADanglingSymbolicLink)
     EXPECT_FALSE(std::filesystem::exists(directory.Path() / "absent"));
 }
 
-TEST_F(FileLoggerFaultTest, DoesNotTouchAFileWithASecondName)
+TEST_F(FileLoggerFaultTest, DoesNotTouchAFileWithASecondHardLink)
 {
     const std::filesystem::path other = "/tmp/" + m_name + "-other";
     std::ofstream(other) << "data";
@@ -116,7 +116,7 @@ TEST_F(FileLoggerFaultTest, DoesNotTouchAFileWithASecondName)
     EXPECT_EQ(ReadWholeFile(other), "data");
 }
 
-TEST_F(FileLoggerFaultTest, DoesNotTouchAFileOfSomebodyElse)
+TEST_F(FileLoggerFaultTest, DoesNotTouchAFileOfAnotherUser)
 {
     std::ofstream(Path()) << "data";
     std::filesystem::permissions(Path(), std::filesystem::perms(0666));
@@ -127,21 +127,21 @@ TEST_F(FileLoggerFaultTest, DoesNotTouchAFileOfSomebodyElse)
     EXPECT_EQ(ReadWholeFile(Path()), "data");
 }
 
-TEST_F(FileLoggerFaultTest, KeepsTextUntilADescriptorIsFree)
+TEST_F(FileLoggerFaultTest, KeepsTextUntilADescriptorIsAvailable)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
         logger.Write(L"early ");
         noDescriptors.reset();
-        Await([this] { return !Files().empty(); });
+        Await([this] { return !FindFiles().empty(); });
         logger.Write(L"late");
     }
-    ASSERT_EQ(Files().size(), 1u);
-    EXPECT_EQ(ReadWholeFile(Files().front()), "early late");
+    ASSERT_EQ(FindFiles().size(), 1u);
+    EXPECT_EQ(ReadWholeFile(FindFiles().front()), "early late");
 }
 
-TEST_F(FileLoggerFaultTest, TakesAnotherTickCountForEveryAttempt)
+TEST_F(FileLoggerFaultTest, UsesANewTickCountForEachAttempt)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     const unsigned int start = GetTickCount();
@@ -151,9 +151,9 @@ TEST_F(FileLoggerFaultTest, TakesAnotherTickCountForEveryAttempt)
     Await([start] { return GetTickCount() - start >= 100; });
     const unsigned int earliest = GetTickCount();
     noDescriptors.reset();
-    Await([this] { return !Fallbacks().empty(); });
+    Await([this] { return !FindFallbacks().empty(); });
 
-    const std::string name = Fallbacks().front().stem().native();
+    const std::string name = FindFallbacks().front().stem().native();
     const unsigned long ticks = std::stoul(name.substr(m_name.size() + 1));
     EXPECT_LE(ticks - earliest, GetTickCount() - earliest);
 }
@@ -173,15 +173,15 @@ TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)
         fastest = std::min(fastest, std::chrono::steady_clock::now() - start);
     }
     EXPECT_LT(fastest, std::chrono::milliseconds(100));
-    EXPECT_TRUE(Files().empty());
+    EXPECT_TRUE(FindFiles().empty());
 }
 
-TEST_F(FileLoggerFaultTest, DropsTheTextForANameThatCannotBeAFile)
+TEST_F(FileLoggerFaultTest, DropsTextWhenItsFileCannotBeCreated)
 {
     FileLogger logger(SeverityVerbose, Name() + L"/no/such/directory", c_noLimit);
     logger.Write(L"dropped");
 
-    EXPECT_TRUE(Files().empty());
+    EXPECT_TRUE(FindFiles().empty());
 }
 
 TEST_F(FileLoggerFaultTest, MayOutliveThePathManager)
@@ -192,12 +192,12 @@ TEST_F(FileLoggerFaultTest, MayOutliveThePathManager)
         logger.Write(L"text");
         PathManager::ReleaseInstance();
         noDescriptors.reset();
-        Await([this] { return !Files().empty(); });
+        Await([this] { return !FindFiles().empty(); });
     }
-    EXPECT_EQ(ReadWholeFile(Files().front()), "text");
+    EXPECT_EQ(ReadWholeFile(FindFiles().front()), "text");
 }
 
-TEST_F(FileLoggerFaultTest, LeavesOutAPieceWhenOutOfMemoryForTheQueue)
+TEST_F(FileLoggerFaultTest, DropsAPieceWhenOutOfMemoryForTheQueue)
 {
     const TString<wchar_t> longPiece(std::wstring(1'000'000, L'x'));
     {
@@ -212,7 +212,7 @@ TEST_F(FileLoggerFaultTest, LeavesOutAPieceWhenOutOfMemoryForTheQueue)
     EXPECT_EQ(ReadWholeFile(Path()), "before after");
 }
 
-TEST_F(FileLoggerFaultTest, LeavesOutAPieceWhenOutOfMemoryForItsBytes)
+TEST_F(FileLoggerFaultTest, DropsAPieceWhenOutOfMemoryForEncodingIt)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     {
@@ -222,12 +222,14 @@ TEST_F(FileLoggerFaultTest, LeavesOutAPieceWhenOutOfMemoryForItsBytes)
         logger.Write(L"after");
         const AllocationLimit limit(500'000);
         noDescriptors.reset();
-        Await([this] { return Files().size() == 1 && ReadWholeFile(Files().front()).size() > 7; });
+        Await([this] {
+            return FindFiles().size() == 1 && ReadWholeFile(FindFiles().front()).size() > 7;
+        });
     }
-    EXPECT_EQ(ReadWholeFile(Files().front()), "before after");
+    EXPECT_EQ(ReadWholeFile(FindFiles().front()), "before after");
 }
 
-TEST_F(FileLoggerFaultTest, OpensItsFileWhenThereIsMemoryAgain)
+TEST_F(FileLoggerFaultTest, OpensItsFileWhenMemoryIsAvailableAgain)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     {
@@ -240,12 +242,12 @@ TEST_F(FileLoggerFaultTest, OpensItsFileWhenThereIsMemoryAgain)
             Thread::Sleep(100);
         }
         noDescriptors.reset();
-        Await([this] { return !Files().empty(); });
+        Await([this] { return !FindFiles().empty(); });
     }
-    EXPECT_EQ(ReadWholeFile(Files().front()), "text");
+    EXPECT_EQ(ReadWholeFile(FindFiles().front()), "text");
 }
 
-TEST_F(FileLoggerFaultTest, KeepsWhatFitsOnAFullDisk)
+TEST_F(FileLoggerFaultTest, KeepsTheTextThatFitsWhenTheDiskIsFull)
 {
     testing::internal::CaptureStderr();
     {
@@ -262,7 +264,7 @@ TEST_F(FileLoggerFaultTest, KeepsWhatFitsOnAFullDisk)
     EXPECT_EQ(ReadWholeFile(Path()), expected);
 }
 
-TEST_F(FileLoggerFaultTest, WritesAgainWhenThereIsRoom)
+TEST_F(FileLoggerFaultTest, WritesAgainWhenTheDiskHasRoom)
 {
     std::optional<TestSupport::FileSizeLimit> limit(5000u);
     {

@@ -24,26 +24,26 @@ constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 constexpr std::size_t c_threads = 2;
 
 // Returns how many processes to kill. Rare cuts need many more than the default.
-int Runs()
+int GetRunCount()
 {
     const char* const runs = std::getenv("TOOLKIT_KILL_RUNS");
     return runs ? std::atoi(runs) : 20;
 }
 
 // Returns piece `number` of `thread`, as short as those of a log: "1:23...;".
-std::string Piece(std::size_t thread, long number)
+std::string CreatePiece(std::size_t thread, long number)
 {
     return std::to_string(thread) + ":" + std::to_string(number) +
            std::string(static_cast<std::size_t>(number * 7 % 13), '.') + ";";
 }
 
 // Logs until it is killed. The queue does not exhaust memory, because the process is killed soon.
-[[noreturn]] void LogForEver(const TString<wchar_t>& name)
+[[noreturn]] void LogForever(const TString<wchar_t>& name)
 {
     FileLogger logger(SeverityVerbose, name, c_noLimit);
     const auto write = [&logger](std::size_t thread) {
         for (long number = 0;; ++number) {
-            const std::string piece = Piece(thread, number);
+            const std::string piece = CreatePiece(thread, number);
             logger.Write(std::wstring(piece.begin(), piece.end()));
         }
     };
@@ -54,23 +54,23 @@ std::string Piece(std::size_t thread, long number)
 
 // Checks the pieces in `text`. Returns the incomplete piece at the end, which may be empty;
 // `std::nullopt` if a piece is wrong or out of order.
-std::optional<std::string> RestAfterWholePieces(const std::string& text)
+std::optional<std::string> FindIncompletePiece(const std::string& text)
 {
     std::array<long, c_threads> next{};
-    std::size_t at = 0;
+    std::size_t position = 0;
     while (true) {
-        const std::size_t end = text.find(';', at);
+        const std::size_t end = text.find(';', position);
         if (end == std::string::npos)
             break;
-        const std::size_t thread = text[at] == '1' ? 1 : 0;
-        if (text.compare(at, end + 1 - at, Piece(thread, next[thread])) != 0)
+        const std::size_t thread = text[position] == '1' ? 1 : 0;
+        if (text.compare(position, end + 1 - position, CreatePiece(thread, next[thread])) != 0)
             return std::nullopt;
         ++next[thread];
-        at = end + 1;
+        position = end + 1;
     }
-    const std::string rest = text.substr(at);
+    const std::string rest = text.substr(position);
     const std::size_t thread = !rest.empty() && rest[0] == '1' ? 1 : 0;
-    return Piece(thread, next[thread]).compare(0, rest.size(), rest) == 0
+    return CreatePiece(thread, next[thread]).compare(0, rest.size(), rest) == 0
                ? std::optional<std::string>(rest)
                : std::nullopt;
 }
@@ -83,7 +83,7 @@ protected:
     {
         const pid_t child = ::fork();
         if (child == 0)
-            LogForEver(Name());
+            LogForever(Name());
         std::size_t seen = 0;
         TestSupport::Await([this, size, &seen] {
             std::error_code missing;
@@ -99,20 +99,20 @@ protected:
     }
 };
 
-TEST_F(FileLoggerKillTest, LeavesWholePiecesInOrder)
+TEST_F(FileLoggerKillTest, LeavesOnlyTheLastPieceIncompleteWhenKilled)
 {
     const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     TestSupport::RandomText random(static_cast<unsigned int>(::getpid()));
     int cuts = 0;
-    for (int run = 0; run < Runs(); ++run) {
+    for (int run = 0; run < GetRunCount(); ++run) {
         SCOPED_TRACE(run);
         std::filesystem::remove(Path());
 
-        const std::size_t drained = KillAt(random.Number<std::size_t>(1, 3000000));
+        const std::size_t sizeBeforeKill = KillAt(random.Number<std::size_t>(1, 3000000));
 
         const std::string text = ReadWholeFile(Path());
-        EXPECT_GE(text.size(), drained);
-        const std::optional<std::string> rest = RestAfterWholePieces(text);
+        EXPECT_GE(text.size(), sizeBeforeKill);
+        const std::optional<std::string> rest = FindIncompletePiece(text);
         ASSERT_TRUE(rest.has_value());
         // The kernel may deliver the signal between two pages of one piece, which no order of
         // writes can prevent: it did in about 1 of 25 logs of a writer that never rests, like this
@@ -124,7 +124,7 @@ TEST_F(FileLoggerKillTest, LeavesWholePiecesInOrder)
     }
     RecordProperty("cuts", cuts);
     if (cuts)
-        std::fprintf(stderr, "%d of %d logs end in a piece cut at a page\n", cuts, Runs());
+        std::fprintf(stderr, "%d of %d logs end in a piece cut at a page\n", cuts, GetRunCount());
 }
 
 } // namespace

@@ -105,7 +105,7 @@ TEST_F(FileLoggerLockTest, KeepsTheTextOfTwoProcessesApart)
     EXPECT_EQ(ReadWholeFile(Path()), "theirs");
 }
 
-TEST_F(FileLoggerLockTest, WaitsTwoSecondsForItsName)
+TEST_F(FileLoggerLockTest, WaitsTwoSecondsForALockedFile)
 {
     const OtherProcess other(Name());
 
@@ -115,7 +115,7 @@ TEST_F(FileLoggerLockTest, WaitsTwoSecondsForItsName)
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));
 }
 
-TEST_F(FileLoggerLockTest, GetsItsNameWhenTheOtherProcessEnds)
+TEST_F(FileLoggerLockTest, OpensItsFileWhenTheOtherProcessEnds)
 {
     OtherProcess other(Name());
     {
@@ -128,7 +128,7 @@ TEST_F(FileLoggerLockTest, GetsItsNameWhenTheOtherProcessEnds)
     EXPECT_EQ(ReadWholeFile(Path()), "ours");
 }
 
-TEST_F(FileLoggerLockTest, WritesItsQueueAtOnceWhenStoppedWhileItWaits)
+TEST_F(FileLoggerLockTest, WritesItsQueueAtOnceWhenStoppedWhileWaiting)
 {
     const OtherProcess other(Name());
     auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
@@ -138,7 +138,7 @@ TEST_F(FileLoggerLockTest, WritesItsQueueAtOnceWhenStoppedWhileItWaits)
     logger.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1900));
 
-    std::vector<std::filesystem::path> files = Files();
+    std::vector<std::filesystem::path> files = FindFiles();
     std::erase(files, Path());
     ASSERT_EQ(files.size(), 1u);
     EXPECT_EQ(ReadWholeFile(files.front()), "ours");
@@ -153,7 +153,7 @@ TEST_F(FileLoggerLockTest, SharesTheFileAmongLoggersOfOneProcess)
     EXPECT_EQ(UTF8::ToUTF8(second.GetPath(c_noLimit)), Path().native());
 }
 
-TEST_F(FileLoggerLockTest, GivesUpTheLockWithTheLastLoggerOfAProcess)
+TEST_F(FileLoggerLockTest, ReleasesTheLockWithTheLastLoggerOfAProcess)
 {
     auto first = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
     EXPECT_NE(first->GetPath(c_noLimit), L"");
@@ -166,7 +166,7 @@ TEST_F(FileLoggerLockTest, GivesUpTheLockWithTheLastLoggerOfAProcess)
     EXPECT_TRUE(CanBeLocked());
 }
 
-TEST_F(FileLoggerLockTest, KeepsNeitherFileNorLockInAForkedChild)
+TEST_F(FileLoggerLockTest, DoesNotKeepTheLockInAForkedChild)
 {
     auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
     EXPECT_NE(logger->GetPath(c_noLimit), L"");
@@ -189,7 +189,7 @@ TEST_F(FileLoggerLockTest, KeepsNeitherFileNorLockInAForkedChild)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(FileLoggerLockTest, DoesNotWriteToARemovedFile)
+TEST_F(FileLoggerLockTest, CreatesANewFileWhenALockedOneIsRemoved)
 {
     OtherProcess other(Name());
     {

@@ -52,7 +52,7 @@ TEST_F(FileLoggerTest, DefinesItsConstants)
     EXPECT_EQ(FileLogger::c_strTickSeparator, L"-");
 }
 
-TEST_F(FileLoggerTest, WritesPiecesAsTheyAre)
+TEST_F(FileLoggerTest, WritesPiecesUnchanged)
 {
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -64,7 +64,7 @@ TEST_F(FileLoggerTest, WritesPiecesAsTheyAre)
               std::string("one two\nthree \xE2\x82\xAC\xF0\x9F\x98\x80\0end", 25));
 }
 
-TEST_F(FileLoggerTest, LeavesOutTextWithoutAUtf8Form)
+TEST_F(FileLoggerTest, OmitsTextThatUtf8CannotEncode)
 {
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -75,7 +75,7 @@ TEST_F(FileLoggerTest, LeavesOutTextWithoutAUtf8Form)
     EXPECT_EQ(ReadWholeFile(Path()), "ab");
 }
 
-TEST_F(FileLoggerTest, WritesTheLinesOfTheProcessLogger)
+TEST_F(FileLoggerTest, WritesLinesAsTheProcessLogger)
 {
     using TestSupport::IsLogLine;
     ILogger::CreateInstance();
@@ -91,7 +91,7 @@ TEST_F(FileLoggerTest, WritesTheLinesOfTheProcessLogger)
                 IsLogLine(SeverityInfo, 64, L"TestBody", L"kept1"));
 }
 
-TEST_F(FileLoggerTest, NamesTheFileAfterTheApplicationWithoutAName)
+TEST_F(FileLoggerTest, NamesTheFileAfterTheApplicationByDefault)
 {
     const std::filesystem::path path = "/tmp/FileLoggerTest.qvlog";
     std::filesystem::remove_all(path);
@@ -115,7 +115,7 @@ TEST_F(FileLoggerTest, NeedsNoPathManager)
     std::filesystem::remove_all(path);
 }
 
-TEST_F(FileLoggerTest, WritesNamesOutsideAsciiInEveryLocale)
+TEST_F(FileLoggerTest, EncodesTheFileNameInUtf8InAnyLocale)
 {
     const TestSupport::ScopedLocale locale("C");
     m_name += "-\xC3\xA9\xE2\x82\xAC";
@@ -126,7 +126,7 @@ TEST_F(FileLoggerTest, WritesNamesOutsideAsciiInEveryLocale)
     EXPECT_EQ(ReadWholeFile(Path()), "text");
 }
 
-TEST_F(FileLoggerTest, EmptiesAnOldFileAndKeepsItToItsOwner)
+TEST_F(FileLoggerTest, EmptiesAnOldFileAndRestrictsItToItsOwner)
 {
     std::ofstream(Path()) << "an old log";
     std::filesystem::permissions(Path(), std::filesystem::perms(0666));
@@ -139,7 +139,7 @@ TEST_F(FileLoggerTest, EmptiesAnOldFileAndKeepsItToItsOwner)
     EXPECT_EQ(std::filesystem::status(Path()).permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(FileLoggerTest, CreatesTheFileForItsOwnerAlone)
+TEST_F(FileLoggerTest, CreatesTheFileOnlyForItsOwner)
 {
     const mode_t oldMask = ::umask(0);
     {
@@ -150,7 +150,7 @@ TEST_F(FileLoggerTest, CreatesTheFileForItsOwnerAlone)
     EXPECT_EQ(std::filesystem::status(Path()).permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(FileLoggerTest, DoesNotLetStartedProgramsInheritTheFile)
+TEST_F(FileLoggerTest, ClosesTheFileOnExec)
 {
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
 
@@ -158,7 +158,7 @@ TEST_F(FileLoggerTest, DoesNotLetStartedProgramsInheritTheFile)
     EXPECT_NE(FindOpenFile(Path()).flags & static_cast<unsigned int>(O_CLOEXEC), 0u);
 }
 
-TEST_F(FileLoggerTest, ReportsTheFileThatIsOpen)
+TEST_F(FileLoggerTest, ReturnsThePathOfTheOpenFile)
 {
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
 
@@ -166,7 +166,7 @@ TEST_F(FileLoggerTest, ReportsTheFileThatIsOpen)
     EXPECT_NE(FindOpenFile(Path()).position, -1);
 }
 
-TEST_F(FileLoggerTest, ReportsAFileWithATickCountInItsName)
+TEST_F(FileLoggerTest, ReturnsThePathOfAFallbackFile)
 {
     std::filesystem::create_directory(Path());
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -177,7 +177,7 @@ TEST_F(FileLoggerTest, ReportsAFileWithATickCountInItsName)
     EXPECT_NE(FindOpenFile(path).position, -1);
 }
 
-TEST_F(FileLoggerTest, ReportsNoFileWhileNoneIsOpen)
+TEST_F(FileLoggerTest, ReturnsNoPathWhileNoFileIsOpen)
 {
     const NoDescriptors noDescriptors;
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
@@ -186,7 +186,7 @@ TEST_F(FileLoggerTest, ReportsNoFileWhileNoneIsOpen)
     EXPECT_EQ(logger.GetPath(50), L"");
 }
 
-TEST_F(FileLoggerTest, GoesOnAtTheBeginningWhenTheLimitIsReached)
+TEST_F(FileLoggerTest, WrapsToTheBeginningAtTheLimit)
 {
     FileLogger logger(SeverityVerbose, Name(), 100);
     const auto piece = [](char character) { return std::string(30, character); };
@@ -206,7 +206,7 @@ TEST_F(FileLoggerTest, GoesOnAtTheBeginningWhenTheLimitIsReached)
     AwaitFile(piece('e') + piece('b') + piece('c') + piece('d'), 30);
 }
 
-TEST_F(FileLoggerTest, ReachesTheLimitAtItsVeryByte)
+TEST_F(FileLoggerTest, WrapsExactlyAtTheLimit)
 {
     FileLogger logger(SeverityVerbose, Name(), 4);
 
@@ -228,7 +228,7 @@ TEST_F(FileLoggerTest, StartsEachBatchAtTheBeginningForALimitOfZero)
     AwaitFile("3econdtext", 0);
 }
 
-TEST_F(FileLoggerTest, GoesOnAtTheEndOfATruncatedFile)
+TEST_F(FileLoggerTest, ContinuesAtTheEndOfATruncatedFile)
 {
     FileLogger logger(SeverityVerbose, Name(), c_noLimit);
 
@@ -242,7 +242,7 @@ TEST_F(FileLoggerTest, GoesOnAtTheEndOfATruncatedFile)
     AwaitFile("newest", 6);
 }
 
-TEST_F(FileLoggerTest, WritesABatchWholeBeforeTheLimitCounts)
+TEST_F(FileLoggerTest, ChecksTheLimitAfterAWholeBatch)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     FileLogger logger(SeverityVerbose, Name(), 4);
@@ -252,7 +252,7 @@ TEST_F(FileLoggerTest, WritesABatchWholeBeforeTheLimitCounts)
 
     std::vector<std::filesystem::path> files;
     Await([&] {
-        files = Files();
+        files = FindFiles();
         return files.size() == 1 && FindOpenFile(files[0]).position == 0 &&
                ReadWholeFile(files[0]) == "one two three";
     });
@@ -260,7 +260,7 @@ TEST_F(FileLoggerTest, WritesABatchWholeBeforeTheLimitCounts)
     Await([&] { return ReadWholeFile(files[0]) == "fourtwo three"; });
 }
 
-TEST_F(FileLoggerTest, LosesNothingWrittenBeforeTheEnd)
+TEST_F(FileLoggerTest, WritesAllQueuedTextWhenDestroyed)
 {
     std::string expected;
     {
@@ -273,7 +273,7 @@ TEST_F(FileLoggerTest, LosesNothingWrittenBeforeTheEnd)
     EXPECT_EQ(ReadWholeFile(Path()), expected);
 }
 
-TEST_F(FileLoggerTest, LosesNothingWrittenWhileTheWriterSleeps)
+TEST_F(FileLoggerTest, WritesTextThatArrivesWhileTheWriterSleeps)
 {
     // Each round destroys the logger at a different moment of the writer's wait for text.
     for (int round = 0; round < 5; ++round) {
@@ -287,7 +287,7 @@ TEST_F(FileLoggerTest, LosesNothingWrittenWhileTheWriterSleeps)
     }
 }
 
-TEST_F(FileLoggerTest, EndsWhenNoTextHasComeForHalfASecond)
+TEST_F(FileLoggerTest, EndsAfterHalfASecondWithoutText)
 {
     using namespace std::chrono_literals;
     std::chrono::steady_clock::duration longest{};
@@ -298,7 +298,7 @@ TEST_F(FileLoggerTest, EndsWhenNoTextHasComeForHalfASecond)
 
         const auto start = std::chrono::steady_clock::now();
         logger.reset();
-        longest = std::max(longest, std::chrono::steady_clock::now() - start);
+        longest = std::max(maxLength, std::chrono::steady_clock::now() - start);
     }
     // The writer may have begun its wait of 500 ms earlier.
     EXPECT_GE(longest, 350ms);
@@ -357,17 +357,17 @@ TEST_F(FileLoggerTest, LetsManyThreadsLogWhileItWraps)
     EXPECT_GE(text.size(), 2000u);
     EXPECT_LT(text.size(), 10u * threads * rounds);
     std::set<std::string> seen;
-    for (std::size_t at = 0; at < text.size(); at += 10) {
-        const std::string piece = text.substr(at, 10);
+    for (std::size_t offset = 0; offset < text.size(); offset += 10) {
+        const std::string piece = text.substr(offset, 10);
         ASSERT_TRUE(std::regex_match(piece, std::regex("[1-4]0[0-9]{4}\\.\\.\\.\n"))) << piece;
         ASSERT_TRUE(seen.insert(piece).second) << piece;
     }
 }
 
 // A model of the file that a logger writes piece by piece.
-class PiecewiseFile {
+class LogFileModel {
 public:
-    explicit PiecewiseFile(unsigned int limit) : m_limit(limit) {}
+    explicit LogFileModel(unsigned int limit) : m_limit(limit) {}
 
     void WriteBatch(const std::vector<std::string>& pieces)
     {
@@ -417,9 +417,9 @@ public:
     }
 
 private:
-    std::string WriteRandomPiece(std::size_t longest)
+    std::string WriteRandomPiece(std::size_t maxLength)
     {
-        const std::wstring piece = m_random.Text<wchar_t>(L"abc \n\u00E9\u20AC", longest) + L"|";
+        const std::wstring piece = m_random.Text<wchar_t>(L"abc \n\u00E9\u20AC", maxLength) + L"|";
         m_logger.Write(piece);
         return UTF8::ToUTF8(piece);
     }
@@ -427,11 +427,11 @@ private:
     const std::string m_name;
     TestSupport::RandomText m_random;
     const unsigned int m_limit;
-    PiecewiseFile m_expected;
+    LogFileModel m_expected;
     FileLogger m_logger;
 };
 
-TEST_F(FileLoggerTest, WritesTheFileOfAPiecewiseLogger)
+TEST_F(FileLoggerTest, MatchesAPieceByPieceModel)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     std::vector<std::unique_ptr<RandomLog>> logs;

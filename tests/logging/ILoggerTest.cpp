@@ -33,14 +33,14 @@ public:
 
 // Returns the pieces that one insertion writes.
 template <typename Value>
-std::vector<std::wstring> Inserted(const Value& value)
+std::vector<std::wstring> Insert(const Value& value)
 {
     const CapturedLog log;
     ILogger::GetLogger() << value;
     return log.Pieces();
 }
 
-bool DiscardsEverything(const smart_ptr<ILogger>& logger)
+bool IsNullLogger(const smart_ptr<ILogger>& logger)
 {
     return dynamic_cast<NullLogger*>(logger.Get()) != nullptr;
 }
@@ -54,15 +54,15 @@ TEST(ILoggerTest, DefinesTheLineTokens)
 
 TEST(ILoggerTest, NumbersSeveritiesFromTheMostSevere)
 {
-    EXPECT_THAT(Inserted(SeverityError), ElementsAre(L"0"));
-    EXPECT_THAT(Inserted(SeverityWarning), ElementsAre(L"1"));
-    EXPECT_THAT(Inserted(SeverityInfo), ElementsAre(L"2"));
-    EXPECT_THAT(Inserted(SeverityDebug), ElementsAre(L"3"));
-    EXPECT_THAT(Inserted(SeverityVerbose), ElementsAre(L"4"));
+    EXPECT_THAT(Insert(SeverityError), ElementsAre(L"0"));
+    EXPECT_THAT(Insert(SeverityWarning), ElementsAre(L"1"));
+    EXPECT_THAT(Insert(SeverityInfo), ElementsAre(L"2"));
+    EXPECT_THAT(Insert(SeverityDebug), ElementsAre(L"3"));
+    EXPECT_THAT(Insert(SeverityVerbose), ElementsAre(L"4"));
     EXPECT_EQ(SetSeverity(SeverityDebug).GetSeverity(), SeverityDebug);
 }
 
-TEST(ILoggerTest, PassesWhatIsAtLeastAsSevereAsTheThreshold)
+TEST(ILoggerTest, WritesValuesAtLeastAsSevereAsTheThreshold)
 {
     for (int threshold = SeverityError; threshold <= SeverityVerbose; ++threshold) {
         for (int severity = SeverityError; severity <= SeverityVerbose; ++severity) {
@@ -75,7 +75,7 @@ TEST(ILoggerTest, PassesWhatIsAtLeastAsSevereAsTheThreshold)
     }
 }
 
-TEST(ILoggerTest, IsVerboseUntilTold)
+TEST(ILoggerTest, StartsAtVerboseSeverity)
 {
     Sink verbose(SeverityVerbose);
     Sink debug(SeverityDebug);
@@ -86,7 +86,7 @@ TEST(ILoggerTest, IsVerboseUntilTold)
     EXPECT_THAT(debug.pieces, IsEmpty());
 }
 
-TEST(ILoggerTest, ContinuesAChainAtTheProcessLogger)
+TEST(ILoggerTest, PassesTheRestOfAChainToTheProcessLogger)
 {
     const CapturedLog log;
     Sink sink(SeverityVerbose);
@@ -175,20 +175,20 @@ TEST(ILoggerTest, DoesNotConvertAFilteredValue)
 
 TEST(ILoggerTest, WritesNumbersAsPlainDecimals)
 {
-    EXPECT_THAT(Inserted(short{-5}), ElementsAre(L"-5"));
-    EXPECT_THAT(Inserted(static_cast<unsigned short>(65535)), ElementsAre(L"65535"));
-    EXPECT_THAT(Inserted(std::numeric_limits<int>::min()), ElementsAre(L"-2147483648"));
-    EXPECT_THAT(Inserted(4294967295u), ElementsAre(L"4294967295"));
-    EXPECT_THAT(Inserted(0), ElementsAre(L"0"));
-    EXPECT_THAT(Inserted(-1234567L), ElementsAre(L"-1234567"));
-    EXPECT_THAT(Inserted(1234567UL), ElementsAre(L"1234567"));
-    EXPECT_THAT(Inserted(std::numeric_limits<long long>::min()),
+    EXPECT_THAT(Insert(short{-5}), ElementsAre(L"-5"));
+    EXPECT_THAT(Insert(static_cast<unsigned short>(65535)), ElementsAre(L"65535"));
+    EXPECT_THAT(Insert(std::numeric_limits<int>::min()), ElementsAre(L"-2147483648"));
+    EXPECT_THAT(Insert(4294967295u), ElementsAre(L"4294967295"));
+    EXPECT_THAT(Insert(0), ElementsAre(L"0"));
+    EXPECT_THAT(Insert(-1234567L), ElementsAre(L"-1234567"));
+    EXPECT_THAT(Insert(1234567UL), ElementsAre(L"1234567"));
+    EXPECT_THAT(Insert(std::numeric_limits<long long>::min()),
                 ElementsAre(L"-9223372036854775808"));
-    EXPECT_THAT(Inserted(std::numeric_limits<unsigned long long>::max()),
+    EXPECT_THAT(Insert(std::numeric_limits<unsigned long long>::max()),
                 ElementsAre(L"18446744073709551615"));
 }
 
-TEST(ILoggerTest, WritesNumbersInEveryGlobalLocale)
+TEST(ILoggerTest, IgnoresTheGlobalLocale)
 {
     class Grouping : public std::numpunct<wchar_t> {
         std::string do_grouping() const override { return "\3"; }
@@ -197,12 +197,12 @@ TEST(ILoggerTest, WritesNumbersInEveryGlobalLocale)
     };
     const std::locale old = std::locale::global(std::locale(std::locale(), new Grouping));
 
-    EXPECT_THAT(Inserted(1234567), ElementsAre(L"1234567"));
-    EXPECT_THAT(Inserted(true), ElementsAre(L"1"));
+    EXPECT_THAT(Insert(1234567), ElementsAre(L"1234567"));
+    EXPECT_THAT(Insert(true), ElementsAre(L"1"));
     std::locale::global(old);
 }
 
-TEST(ILoggerTest, WritesSixDigitsOfFloatingPointNumbers)
+TEST(ILoggerTest, WritesFloatingPointNumbersWithSixDigits)
 {
     const std::pair<double, const wchar_t*> cases[] = {{0.1, L"0.1"},
                                                        {-2.5, L"-2.5"},
@@ -211,55 +211,55 @@ TEST(ILoggerTest, WritesSixDigitsOfFloatingPointNumbers)
                                                        {1.0 / 3.0, L"0.333333"},
                                                        {1e-300, L"1e-300"}};
     for (const auto& [value, expected] : cases) {
-        EXPECT_THAT(Inserted(value), ElementsAre(expected));
+        EXPECT_THAT(Insert(value), ElementsAre(expected));
         EXPECT_EQ(StringConvert::UStringFromDouble(value), expected);
     }
-    EXPECT_THAT(Inserted(0.1F), ElementsAre(L"0.1"));
-    EXPECT_THAT(Inserted(16777216.0F), ElementsAre(L"1.67772e+07"));
+    EXPECT_THAT(Insert(0.1F), ElementsAre(L"0.1"));
+    EXPECT_THAT(Insert(16777216.0F), ElementsAre(L"1.67772e+07"));
 }
 
 TEST(ILoggerTest, WritesBoolsAsDigits)
 {
-    EXPECT_THAT(Inserted(true), ElementsAre(L"1"));
-    EXPECT_THAT(Inserted(false), ElementsAre(L"0"));
+    EXPECT_THAT(Insert(true), ElementsAre(L"1"));
+    EXPECT_THAT(Insert(false), ElementsAre(L"0"));
 }
 
-TEST(ILoggerTest, WritesWideTextAsItIs)
+TEST(ILoggerTest, WritesWideStringsUnchanged)
 {
     const wchar_t* const pointer = L"pointer";
     const wchar_t array[] = L"array";
-    wchar_t room[10] = L"room";
+    wchar_t buffer[10] = L"room";
 
-    EXPECT_THAT(Inserted(TString<wchar_t>(L"text \u20AC")), ElementsAre(L"text \u20AC"));
-    EXPECT_THAT(Inserted(std::wstring(L"a\0b", 3)), ElementsAre(std::wstring(L"a\0b", 3)));
-    EXPECT_THAT(Inserted(pointer), ElementsAre(L"pointer"));
-    EXPECT_THAT(Inserted(array), ElementsAre(L"array"));
-    EXPECT_THAT(Inserted(room), ElementsAre(L"room"));
-    EXPECT_THAT(Inserted(L""), ElementsAre(L""));
+    EXPECT_THAT(Insert(TString<wchar_t>(L"text \u20AC")), ElementsAre(L"text \u20AC"));
+    EXPECT_THAT(Insert(std::wstring(L"a\0b", 3)), ElementsAre(std::wstring(L"a\0b", 3)));
+    EXPECT_THAT(Insert(pointer), ElementsAre(L"pointer"));
+    EXPECT_THAT(Insert(array), ElementsAre(L"array"));
+    EXPECT_THAT(Insert(buffer), ElementsAre(L"room"));
+    EXPECT_THAT(Insert(L""), ElementsAre(L""));
 }
 
 TEST(ILoggerTest, DecodesNarrowStrings)
 {
-    EXPECT_THAT(Inserted(TString<char>("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
-    EXPECT_THAT(Inserted(TString<char>("\xE2\x82")), ElementsAre(L""));
+    EXPECT_THAT(Insert(TString<char>("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
+    EXPECT_THAT(Insert(TString<char>("\xE2\x82")), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, WritesThePartOfAStringView)
+TEST(ILoggerTest, WritesOnlyTheRangeOfAStringView)
 {
     const std::wstring_view wide = std::wstring_view(L"<wide \u20AC>").substr(1, 6);
     const std::string_view narrow = std::string_view("<\xE2\x82\xAC>").substr(1, 3);
 
-    EXPECT_THAT(Inserted(wide), ElementsAre(L"wide \u20AC"));
-    EXPECT_THAT(Inserted(std::wstring_view(L"a\0b", 3)), ElementsAre(std::wstring(L"a\0b", 3)));
-    EXPECT_THAT(Inserted(narrow), ElementsAre(L"\u20AC"));
-    EXPECT_THAT(Inserted(narrow.substr(1)), ElementsAre(L""));
-    EXPECT_THAT(Inserted(std::string_view()), ElementsAre(L""));
+    EXPECT_THAT(Insert(wide), ElementsAre(L"wide \u20AC"));
+    EXPECT_THAT(Insert(std::wstring_view(L"a\0b", 3)), ElementsAre(std::wstring(L"a\0b", 3)));
+    EXPECT_THAT(Insert(narrow), ElementsAre(L"\u20AC"));
+    EXPECT_THAT(Insert(narrow.substr(1)), ElementsAre(L""));
+    EXPECT_THAT(Insert(std::string_view()), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, WritesStandardStringsAsTexts)
+TEST(ILoggerTest, AcceptsStandardStrings)
 {
-    EXPECT_THAT(Inserted(std::wstring(L"wide")), ElementsAre(L"wide"));
-    EXPECT_THAT(Inserted(std::string("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
+    EXPECT_THAT(Insert(std::wstring(L"wide")), ElementsAre(L"wide"));
+    EXPECT_THAT(Insert(std::string("\xE2\x82\xAC")), ElementsAre(L"\u20AC"));
 }
 
 template <typename Value>
@@ -268,7 +268,7 @@ constexpr bool c_canBeInserted = requires(ILogger& logger, Value value)
     logger << value;
 };
 
-TEST(ILoggerTest, DoesNotCompileForAPointerOtherThanText)
+TEST(ILoggerTest, DoesNotCompileForPointersOtherThanStrings)
 {
     EXPECT_FALSE(c_canBeInserted<void*>);
     EXPECT_FALSE(c_canBeInserted<const int*>);
@@ -286,25 +286,25 @@ TEST(ILoggerTest, DoesNotCompileForAPointerOtherThanText)
     EXPECT_TRUE(c_canBeInserted<const wchar_t*>);
 }
 
-TEST(ILoggerTest, WidensNarrowArraysByteByByte)
+TEST(ILoggerTest, WidensNarrowArraysAndPointersByteByByte)
 {
     const char* const pointer = "\xE2\x82";
-    char room[10] = "room";
+    char buffer[10] = "room";
 
-    EXPECT_THAT(Inserted("\xE2\x82\xAC"), ElementsAre(L"\u00E2\u0082\u00AC"));
-    EXPECT_THAT(Inserted(pointer), ElementsAre(L"\u00E2\u0082"));
-    EXPECT_THAT(Inserted(room), ElementsAre(L"room"));
+    EXPECT_THAT(Insert("\xE2\x82\xAC"), ElementsAre(L"\u00E2\u0082\u00AC"));
+    EXPECT_THAT(Insert(pointer), ElementsAre(L"\u00E2\u0082"));
+    EXPECT_THAT(Insert(buffer), ElementsAre(L"room"));
 }
 
-TEST(ILoggerTest, WritesNullPointersAsEmptyTexts)
+TEST(ILoggerTest, WritesNullPointersAsEmptyStrings)
 {
-    EXPECT_THAT(Inserted(static_cast<const wchar_t*>(nullptr)), ElementsAre(L""));
-    EXPECT_THAT(Inserted(static_cast<const char*>(nullptr)), ElementsAre(L""));
+    EXPECT_THAT(Insert(static_cast<const wchar_t*>(nullptr)), ElementsAre(L""));
+    EXPECT_THAT(Insert(static_cast<const char*>(nullptr)), ElementsAre(L""));
 }
 
-TEST(ILoggerTest, CreatesALoggerThatDiscardsEverything)
+TEST(ILoggerTest, CreatesANullLogger)
 {
-    EXPECT_TRUE(DiscardsEverything(ILogger::Create()));
+    EXPECT_TRUE(IsNullLogger(ILogger::Create()));
 }
 
 TEST(ILoggerTest, CreatesTheProcessLoggerOnce)
@@ -313,7 +313,7 @@ TEST(ILoggerTest, CreatesTheProcessLoggerOnce)
     const smart_ptr<ILogger> first = ILogger::GetInstance();
     ILogger::CreateInstance();
 
-    EXPECT_TRUE(DiscardsEverything(first));
+    EXPECT_TRUE(IsNullLogger(first));
     EXPECT_EQ(ILogger::GetInstance().Get(), first.Get());
     EXPECT_EQ(&ILogger::GetLogger(), first.Get());
     ILogger::ReleaseInstance();
@@ -321,7 +321,7 @@ TEST(ILoggerTest, CreatesTheProcessLoggerOnce)
     EXPECT_FALSE(ILogger::GetInstance().IsValid());
 }
 
-TEST(ILoggerTest, LetsACopyOutliveTheRelease)
+TEST(ILoggerTest, KeepsAReferencedLoggerAfterTheRelease)
 {
     ILogger::CreateInstance();
     ILogger::SetLogger(new Sink(SeverityVerbose));
@@ -332,49 +332,51 @@ TEST(ILoggerTest, LetsACopyOutliveTheRelease)
     EXPECT_THAT(dynamic_cast<Sink&>(*copy).pieces, ElementsAre(L"text"));
 }
 
-TEST(ILoggerTest, InstallsALoggerThatDiscardsEverythingForAnEmptyPointer)
+TEST(ILoggerTest, InstallsANullLoggerForAnEmptyPointer)
 {
     ILogger::CreateInstance();
     ILogger::SetLogger(new Sink(SeverityVerbose));
 
     ILogger::SetLogger(smart_ptr<ILogger>());
-    EXPECT_TRUE(DiscardsEverything(ILogger::GetInstance()));
+    EXPECT_TRUE(IsNullLogger(ILogger::GetInstance()));
     ILogger::ReleaseInstance();
 }
 
 // Counts destructor calls.
-class Counted : public Sink {
+class CountingLogger : public Sink {
 public:
-    explicit Counted(int& ends) : Sink(SeverityVerbose), m_ends(ends) {}
-    ~Counted() override { ++m_ends; }
+    explicit CountingLogger(int& destructions) : Sink(SeverityVerbose), m_destructions(destructions)
+    {
+    }
+    ~CountingLogger() override { ++m_destructions; }
 
 private:
-    int& m_ends;
+    int& m_destructions;
 };
 
 TEST(ILoggerTest, ReleasesAReplacedLogger)
 {
-    int ends = 0;
+    int destructions = 0;
     ILogger::CreateInstance();
 
-    ILogger::SetLogger(new Counted(ends));
-    EXPECT_EQ(ends, 0);
-    ILogger::SetLogger(new Counted(ends));
-    EXPECT_EQ(ends, 1);
+    ILogger::SetLogger(new CountingLogger(destructions));
+    EXPECT_EQ(destructions, 0);
+    ILogger::SetLogger(new CountingLogger(destructions));
+    EXPECT_EQ(destructions, 1);
     ILogger::ReleaseInstance();
-    EXPECT_EQ(ends, 2);
+    EXPECT_EQ(destructions, 2);
 }
 
 TEST(ILoggerTest, ReleasesALoggerThatItCannotInstall)
 {
     ASSERT_EQ(ILogger::s_pInstance, nullptr);
 
-    int ends = 0;
-    ILogger::SetLogger(new Counted(ends));
-    EXPECT_EQ(ends, 1);
+    int destructions = 0;
+    ILogger::SetLogger(new CountingLogger(destructions));
+    EXPECT_EQ(destructions, 1);
 }
 
-TEST(ILoggerTest, MayReplaceALoggerThatHoldsTheNextOne)
+TEST(ILoggerTest, InstallsALoggerThatTheReplacedOneOwns)
 {
     class Wrapper : public Sink {
     public:
@@ -403,7 +405,7 @@ TEST(ILoggerTest, IsUsableWithoutAProcessLogger)
     EXPECT_EQ(ILogger::s_pInstance, nullptr);
 }
 
-TEST(ILoggerTest, SharesTheSeverityAmongThreads)
+TEST(ILoggerTest, WritesThePiecesOfSeveralThreads)
 {
     const CapturedLog log;
 

@@ -35,7 +35,7 @@ protected:
     ~LogFileTest() override
     {
         PathManager::ReleaseInstance();
-        for (const std::filesystem::path& file : Files())
+        for (const std::filesystem::path& file : FindFiles())
             std::filesystem::remove_all(file);
     }
 
@@ -43,7 +43,7 @@ protected:
     std::filesystem::path Path() const { return "/tmp/" + m_name + ".qvlog"; }
 
     /// Returns all files in /tmp whose names begin with `m_name`.
-    std::vector<std::filesystem::path> Files() const
+    std::vector<std::filesystem::path> FindFiles() const
     {
         std::vector<std::filesystem::path> files;
         for (const auto& entry : std::filesystem::directory_iterator("/tmp")) {
@@ -90,7 +90,7 @@ inline OpenFile FindOpenFile(const std::filesystem::path& path)
     return file;
 }
 
-/// Prevents this process from opening files until the object is destroyed.
+/// Prevents this process from opening files while the object exists.
 class NoDescriptors {
 public:
     NoDescriptors()

@@ -12,13 +12,13 @@ namespace {
 
 constexpr std::size_t c_pageSize = 16;
 
-std::string Text(const LogPieceBlock& block)
+std::string GetString(const LogPieceBlock& block)
 {
     return {block.Data(), block.Size()};
 }
 
-// The blocks that are written for `pieces`, the first one at `offset` in the file.
-std::vector<std::string> Blocks(std::size_t offset, const std::vector<std::wstring>& pieces)
+// Returns the blocks that are written for `pieces`, the first one at `offset` in the file.
+std::vector<std::string> CreateBlocks(std::size_t offset, const std::vector<std::wstring>& pieces)
 {
     std::vector<std::string> blocks;
     LogPieceBlock block(c_pageSize);
@@ -27,45 +27,46 @@ std::vector<std::string> Blocks(std::size_t offset, const std::vector<std::wstri
         if (block.Append(piece))
             continue;
         offset += block.Size();
-        blocks.push_back(Text(block));
+        blocks.push_back(GetString(block));
         block.Begin(static_cast<long long>(offset));
         EXPECT_TRUE(block.Append(piece));
     }
-    blocks.push_back(Text(block));
+    blocks.push_back(GetString(block));
     return blocks;
 }
 
-using Texts = std::vector<std::string>;
+using Strings = std::vector<std::string>;
 
 TEST(LogPieceBlockTest, CollectsThePiecesOfAPage)
 {
-    EXPECT_EQ(Blocks(0, {L"one,", L"two,", L"three,"}), Texts({"one,two,three,"}));
+    EXPECT_EQ(CreateBlocks(0, {L"one,", L"two,", L"three,"}), Strings({"one,two,three,"}));
 }
 
-TEST(LogPieceBlockTest, MayFillItsPage)
+TEST(LogPieceBlockTest, FillsAPageCompletely)
 {
-    EXPECT_EQ(Blocks(0, {L"01234567", L"89abcdef", L"next"}), Texts({"0123456789abcdef", "next"}));
-    EXPECT_EQ(Blocks(10, {L"012", L"345", L"next"}), Texts({"012345", "next"}));
+    EXPECT_EQ(CreateBlocks(0, {L"01234567", L"89abcdef", L"next"}),
+              Strings({"0123456789abcdef", "next"}));
+    EXPECT_EQ(CreateBlocks(10, {L"012", L"345", L"next"}), Strings({"012345", "next"}));
 }
 
 TEST(LogPieceBlockTest, StartsABlockWithAPieceThatCrossesAPage)
 {
-    EXPECT_EQ(Blocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
-              Texts({"0123456789", "abcdefghi", "0123456789abcd"}));
+    EXPECT_EQ(CreateBlocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
+              Strings({"0123456789", "abcdefghi", "0123456789abcd"}));
 }
 
 TEST(LogPieceBlockTest, FillsTheLastPageOfALongPiece)
 {
-    EXPECT_EQ(Blocks(8, {std::wstring(30, L'x'), L"0123456789", L"next"}),
-              Texts({std::string(30, 'x') + "0123456789", "next"}));
+    EXPECT_EQ(CreateBlocks(8, {std::wstring(30, L'x'), L"0123456789", L"next"}),
+              Strings({std::string(30, 'x') + "0123456789", "next"}));
 }
 
 TEST(LogPieceBlockTest, SkipsAPieceThatUtf8CannotEncode)
 {
     const std::wstring invalid = L"x" + std::wstring(1, static_cast<wchar_t>(0x110000));
 
-    EXPECT_EQ(Blocks(0, {L"a", invalid, L"b"}), Texts({"ab"}));
-    EXPECT_EQ(Blocks(0, {invalid, L"b", invalid}), Texts({"b"}));
+    EXPECT_EQ(CreateBlocks(0, {L"a", invalid, L"b"}), Strings({"ab"}));
+    EXPECT_EQ(CreateBlocks(0, {invalid, L"b", invalid}), Strings({"b"}));
 }
 
 TEST(LogPieceBlockTest, EncodesNarrowPiecesAsLatin1)
@@ -76,16 +77,16 @@ TEST(LogPieceBlockTest, EncodesNarrowPiecesAsLatin1)
     EXPECT_TRUE(block.Append(std::string_view("a\x7F\0b", 4)));
     EXPECT_TRUE(block.Append(std::string_view("\x80\xE9\xFF")));
     EXPECT_TRUE(block.Append(std::string_view("c\xE9")));
-    EXPECT_EQ(Text(block), std::string("a\x7F\0b\xC2\x80\xC3\xA9\xC3\xBF"
-                                       "c\xC3\xA9",
-                                       13));
+    EXPECT_EQ(GetString(block), std::string("a\x7F\0b\xC2\x80\xC3\xA9\xC3\xBF"
+                                            "c\xC3\xA9",
+                                            13));
     EXPECT_FALSE(block.Append(std::string_view("\xE9\xE9")));
     EXPECT_EQ(block.Size(), 13u);
 }
 
 TEST(LogPieceBlockTest, IgnoresEmptyPieces)
 {
-    EXPECT_EQ(Blocks(3, {L"", L"0123456789abc", L"", L"d"}), Texts({"0123456789abc", "d"}));
+    EXPECT_EQ(CreateBlocks(3, {L"", L"0123456789abc", L"", L"d"}), Strings({"0123456789abc", "d"}));
 }
 
 // If page boundaries are only within the first piece of a block, an interrupted write can cut only
@@ -103,7 +104,7 @@ TEST(LogPieceBlockTest, LetsOnlyTheFirstPieceCrossAPage)
         }
 
         std::string written;
-        for (const std::string& block : Blocks(offset, pieces)) {
+        for (const std::string& block : CreateBlocks(offset, pieces)) {
             ASSERT_EQ(block.back(), '|');
             const std::size_t firstEnd = offset + block.find('|') + 1;
             const std::size_t end = offset + block.size();

@@ -24,7 +24,7 @@ wchar_t Widen(wchar_t character)
     return character;
 }
 
-std::vector<std::wstring> Pieces(const LogPieceQueue& queue)
+std::vector<std::wstring> CollectPieces(const LogPieceQueue& queue)
 {
     std::vector<std::wstring> pieces;
     queue.VisitPieces([&pieces](auto piece) {
@@ -35,12 +35,12 @@ std::vector<std::wstring> Pieces(const LogPieceQueue& queue)
     return pieces;
 }
 
-TEST(LogPieceQueueTest, BeginsEmpty)
+TEST(LogPieceQueueTest, StartsEmpty)
 {
     const LogPieceQueue queue;
 
     EXPECT_TRUE(queue.IsEmpty());
-    EXPECT_THAT(Pieces(queue), IsEmpty());
+    EXPECT_THAT(CollectPieces(queue), IsEmpty());
 }
 
 TEST(LogPieceQueueTest, KeepsPiecesInOrder)
@@ -51,38 +51,39 @@ TEST(LogPieceQueueTest, KeepsPiecesInOrder)
         queue.Push(piece);
     queue.Push(std::wstring_view(L"\0four", 5));
     EXPECT_FALSE(queue.IsEmpty());
-    EXPECT_THAT(Pieces(queue), ElementsAre(L"one", L"", L"three", std::wstring(L"\0four", 5)));
+    EXPECT_THAT(CollectPieces(queue),
+                ElementsAre(L"one", L"", L"three", std::wstring(L"\0four", 5)));
 }
 
-TEST(LogPieceQueueTest, CountsAnEmptyPiece)
+TEST(LogPieceQueueTest, KeepsAnEmptyPiece)
 {
     LogPieceQueue queue;
 
     queue.Push(L"");
     EXPECT_FALSE(queue.IsEmpty());
-    EXPECT_THAT(Pieces(queue), ElementsAre(L""));
+    EXPECT_THAT(CollectPieces(queue), ElementsAre(L""));
 }
 
 // Returns the number of pieces that the queue stores as bytes.
-int CountBytes(const LogPieceQueue& queue)
+int CountBytePieces(const LogPieceQueue& queue)
 {
     int count = 0;
     queue.VisitPieces([&count](auto piece) { count += sizeof piece[0] == 1 ? 1 : 0; });
     return count;
 }
 
-TEST(LogPieceQueueTest, KeepsAsBytesWhatFitsIntoThem)
+TEST(LogPieceQueueTest, StoresLatin1PiecesAsBytes)
 {
     LogPieceQueue queue;
 
     queue.Push(L"bytes \u00FF\u0000");
     queue.Push(std::wstring(1000, L'\u00E9'));
     queue.Push(L"");
-    EXPECT_EQ(CountBytes(queue), 3);
+    EXPECT_EQ(CountBytePieces(queue), 3);
     queue.Push(L"\u0100");
     queue.Push(std::wstring(1000, L'x') + L"\u20AC");
     queue.Push(std::wstring(1, static_cast<wchar_t>(-1)));
-    EXPECT_EQ(CountBytes(queue), 3);
+    EXPECT_EQ(CountBytePieces(queue), 3);
 }
 
 TEST(LogPieceQueueTest, KeepsPiecesOfEveryLength)
@@ -96,7 +97,7 @@ TEST(LogPieceQueueTest, KeepsPiecesOfEveryLength)
 
     for (const std::wstring& piece : expected)
         queue.Push(piece);
-    EXPECT_EQ(Pieces(queue), expected);
+    EXPECT_EQ(CollectPieces(queue), expected);
 }
 
 TEST(LogPieceQueueTest, KeepsPiecesAroundTheSizeOfAChunk)
@@ -111,7 +112,7 @@ TEST(LogPieceQueueTest, KeepsPiecesAroundTheSizeOfAChunk)
 
     for (const std::wstring& piece : expected)
         queue.Push(piece);
-    EXPECT_EQ(Pieces(queue), expected);
+    EXPECT_EQ(CollectPieces(queue), expected);
 }
 
 TEST(LogPieceQueueTest, SwapsThePieces)
@@ -122,10 +123,10 @@ TEST(LogPieceQueueTest, SwapsThePieces)
 
     first.Swap(second);
     EXPECT_TRUE(first.IsEmpty());
-    EXPECT_THAT(Pieces(second), ElementsAre(L"text"));
+    EXPECT_THAT(CollectPieces(second), ElementsAre(L"text"));
 }
 
-TEST(LogPieceQueueTest, IsUsedAgainWhenItWasCleared)
+TEST(LogPieceQueueTest, IsReusableAfterClear)
 {
     LogPieceQueue queue;
     for (int round = 0; round < 3; ++round) {
@@ -134,14 +135,14 @@ TEST(LogPieceQueueTest, IsUsedAgainWhenItWasCleared)
         queue.Push(L"small");
         queue.Push(large);
         queue.Push(L"small again");
-        EXPECT_THAT(Pieces(queue), ElementsAre(L"small", large, L"small again"));
+        EXPECT_THAT(CollectPieces(queue), ElementsAre(L"small", large, L"small again"));
         queue.Clear();
         EXPECT_TRUE(queue.IsEmpty());
-        EXPECT_THAT(Pieces(queue), IsEmpty());
+        EXPECT_THAT(CollectPieces(queue), IsEmpty());
     }
 }
 
-TEST(LogPieceQueueTest, IsUsedAgainWhenItWasReleased)
+TEST(LogPieceQueueTest, IsReusableAfterRelease)
 {
     LogPieceQueue queue;
     queue.Push(L"old");
@@ -149,21 +150,21 @@ TEST(LogPieceQueueTest, IsUsedAgainWhenItWasReleased)
     queue.Release();
     EXPECT_TRUE(queue.IsEmpty());
     queue.Push(L"new");
-    EXPECT_THAT(Pieces(queue), ElementsAre(L"new"));
+    EXPECT_THAT(CollectPieces(queue), ElementsAre(L"new"));
 }
 
-TEST(LogPieceQueueTest, HoldsPiecesOfAllLengths)
+TEST(LogPieceQueueTest, KeepsRandomPieces)
 {
     TestSupport::RandomText random(1);
     LogPieceQueue queue;
     for (int round = 0; round < 50; ++round) {
         std::vector<std::wstring> expected(random.Number<std::size_t>(0, 300));
         for (std::wstring& piece : expected) {
-            const std::size_t longest = random.Number(0, 20) == 0 ? 40000 : 40;
-            piece = random.Text<wchar_t>(L"ab\u00E9\u20AC", longest);
+            const std::size_t maxLength = random.Number(0, 20) == 0 ? 40000 : 40;
+            piece = random.Text<wchar_t>(L"ab\u00E9\u20AC", maxLength);
             queue.Push(piece);
         }
-        ASSERT_EQ(Pieces(queue), expected);
+        ASSERT_EQ(CollectPieces(queue), expected);
         queue.Clear();
     }
 }

@@ -53,7 +53,7 @@ TEST(LogTest, WritesTheSeverityOfALine)
     }
 }
 
-TEST(LogTest, WritesThePlaceOfALine)
+TEST(LogTest, WritesTheSourceLocation)
 {
     const CapturedLog log;
 
@@ -63,7 +63,7 @@ TEST(LogTest, WritesThePlaceOfALine)
     EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityInfo, line, L"TestBody", L"here")));
 }
 
-TEST(LogTest, LeavesOutALineAboveTheThreshold)
+TEST(LogTest, OmitsALineAboveTheThreshold)
 {
     const CapturedLog log(SeverityWarning);
 
@@ -75,7 +75,7 @@ TEST(LogTest, LeavesOutALineAboveTheThreshold)
                                                    L"Unable to open file : x.ini")));
 }
 
-TEST(LogTest, AcceptsAnyInsertionsInAMessage)
+TEST(LogTest, AcceptsValuesOfDifferentTypes)
 {
     const CapturedLog log;
 

@@ -20,7 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // Ending takes about a second; a busy machine may need longer.
-constexpr auto c_longestEnd = 5s;
+constexpr auto c_maxEndTime = 5s;
 
 // Logging does not lock the pointer to the logger. It relies on pointer writes being atomic when
 // another thread replaces the logger.
@@ -31,9 +31,9 @@ constexpr auto c_longestEnd = 5s;
 #endif
 
 // Logs on two threads until it is destroyed.
-class Chatter {
+class LoggingThreads {
 public:
-    Chatter()
+    LoggingThreads()
     {
         for (int i = 0; i < 2; ++i)
             m_threads.emplace_back([this] {
@@ -41,7 +41,7 @@ public:
                     TOOLKIT_LOG(SeverityInfo) << L"still here" << ILogger::c_strLogToken3;
             });
     }
-    ~Chatter()
+    ~LoggingThreads()
     {
         m_stop = true;
         m_threads.clear();
@@ -63,46 +63,48 @@ protected:
 };
 
 template <typename Operation>
-std::chrono::steady_clock::duration Duration(Operation operation)
+std::chrono::steady_clock::duration Measure(Operation operation)
 {
     const auto start = std::chrono::steady_clock::now();
     operation();
     return std::chrono::steady_clock::now() - start;
 }
 
-TEST_F(ProcessLoggerTest, IsReplacedWhileOthersLog)
+TEST_F(ProcessLoggerTest, IsReplacedWhileOtherThreadsLog)
 {
     SkipUnderThreadSanitizer();
-    const Chatter chatter;
+    const LoggingThreads threads;
 
-    EXPECT_LT(Duration([] { ILogger::SetLogger(new NullLogger()); }), c_longestEnd);
+    EXPECT_LT(Measure([] { ILogger::SetLogger(new NullLogger()); }), c_maxEndTime);
 }
 
-TEST_F(ProcessLoggerTest, IsReleasedWhileOthersLog)
+TEST_F(ProcessLoggerTest, IsReleasedWhileOtherThreadsLog)
 {
     SkipUnderThreadSanitizer();
-    const Chatter chatter;
+    const LoggingThreads threads;
 
-    EXPECT_LT(Duration([] { ILogger::ReleaseInstance(); }), c_longestEnd);
+    EXPECT_LT(Measure([] { ILogger::ReleaseInstance(); }), c_maxEndTime);
     EXPECT_EQ(ILogger::s_pInstance, nullptr);
 }
 
 // Records which logger is installed during its own destruction.
-class Noting : public ILogger {
+class DestructionObserver : public ILogger {
 public:
-    explicit Noting(ILogger*& current) : ILogger(SeverityVerbose), m_current(current) {}
-    ~Noting() override { m_current = &GetLogger(); }
+    explicit DestructionObserver(ILogger*& current) : ILogger(SeverityVerbose), m_current(current)
+    {
+    }
+    ~DestructionObserver() override { m_current = &GetLogger(); }
     void Write(const TString<wchar_t>&) override {}
 
 private:
     ILogger*& m_current;
 };
 
-TEST_F(ProcessLoggerTest, LeavesItsPlaceBeforeItIsDestroyed)
+TEST_F(ProcessLoggerTest, IsUninstalledBeforeItIsDestroyed)
 {
     ILogger* current = nullptr;
-    ILogger::SetLogger(new Noting(current));
-    auto* const next = new Noting(current);
+    ILogger::SetLogger(new DestructionObserver(current));
+    auto* const next = new DestructionObserver(current);
     ILogger::SetLogger(next);
     EXPECT_EQ(current, next);
 

@@ -14,7 +14,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Captures what is written to std::wcout while the object lives.
+/// Captures what is written to std::wcout while the object exists.
 class CapturedWideOutput {
 public:
     CapturedWideOutput() : m_oldBuffer(std::wcout.rdbuf(&m_buffer)) {}
@@ -43,7 +43,7 @@ private:
 
 /// Runs `action` in a forked child and returns the bytes that it writes to standard output. In this
 /// process stdout has already been used for narrow text, so wide output would fail.
-inline std::string OutputOfChild(const std::function<void()>& action)
+inline std::string CaptureOutputOfChild(const std::function<void()>& action)
 {
     const TempDir directory;
     const std::string path = (directory.Path() / "output").native();

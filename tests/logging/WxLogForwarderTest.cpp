@@ -22,7 +22,7 @@ using testing::IsEmpty;
 using TestSupport::CapturedLog;
 
 // Exposes the functions that wxWidgets calls.
-class OpenForwarder : public WxLogForwarder {
+class ExposedForwarder : public WxLogForwarder {
 public:
     using WxLogForwarder::DoLog;
     using WxLogForwarder::DoLogString;
@@ -69,7 +69,7 @@ MATCHER_P2(IsForwarded, severity, message, "")
 
 TEST_F(WxLogForwarderTest, WritesNinePiecesPerMessage)
 {
-    OpenForwarder forwarder;
+    ExposedForwarder forwarder;
 
     forwarder.DoLog(wxLOG_Warning, L"disk full", 1000);
     EXPECT_THAT(m_log.Pieces(), ElementsAre(L"1", L" ", L" : ", L"wx", L" : ", L"1000", L" : ",
@@ -82,7 +82,7 @@ TEST_F(WxLogForwarderTest, MapsLevelsToSeverities)
     constexpr std::pair<unsigned long, const wchar_t*> cases[] = {
         {0, L"0"}, {1, L"0"}, {2, L"1"}, {3, L"2"},   {4, L"2"},    {5, L"3"},
         {6, L"3"}, {7, L"3"}, {8, L"4"}, {100, L"4"}, {12345, L"4"}};
-    OpenForwarder forwarder;
+    ExposedForwarder forwarder;
     for (const auto& [level, expected] : cases) {
         SCOPED_TRACE(level);
         m_log.Clear();
@@ -91,9 +91,9 @@ TEST_F(WxLogForwarderTest, MapsLevelsToSeverities)
     }
 }
 
-TEST_F(WxLogForwarderTest, DoesNothingInThePlainTextOperation)
+TEST_F(WxLogForwarderTest, DoesNothingInDoLogString)
 {
-    OpenForwarder forwarder;
+    ExposedForwarder forwarder;
 
     forwarder.DoLogString(L"text", 7);
     EXPECT_THAT(m_log.Pieces(), IsEmpty());
@@ -102,7 +102,7 @@ TEST_F(WxLogForwarderTest, DoesNothingInThePlainTextOperation)
 TEST_F(WxLogForwarderTest, LetsTheLoggerFilterAMessage)
 {
     const CapturedLog warnings(SeverityWarning);
-    OpenForwarder forwarder;
+    ExposedForwarder forwarder;
 
     forwarder.DoLog(wxLOG_Message, L"message", 7);
     forwarder.DoLog(wxLOG_Warning, L"warning", 7);
@@ -122,7 +122,7 @@ TEST_F(WxLogForwarderTest, ForwardsMessagesOfWxWidgets)
                             IsForwarded(2, L"message"), IsForwarded(4, L"own \u20AC")));
 }
 
-TEST_F(WxLogForwarderTest, CountsSecondsInTheTimeStamp)
+TEST_F(WxLogForwarderTest, WritesTheTimeStampInSeconds)
 {
     WxLogForwarder forwarder;
     wxLogRecordInfo info("file", 1, "function", "component");
@@ -132,7 +132,7 @@ TEST_F(WxLogForwarderTest, CountsSecondsInTheTimeStamp)
     EXPECT_THAT(m_log.Lines(), ElementsAre(L"1  : wx : 1000 : disk full"));
 }
 
-TEST_F(WxLogForwarderTest, ForwardsMessagesOfThreadsAtOnce)
+TEST_F(WxLogForwarderTest, ForwardsMessagesFromToolkitThreadsAtOnce)
 {
     const WxLogForwarder forwarder;
 
@@ -152,7 +152,7 @@ TEST_F(WxLogForwarderTest, ForwardsASystemErrorOnce)
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(0, text), IsForwarded(0, text)));
 }
 
-TEST_F(WxLogForwarderTest, ForwardsMessagesOfForeignThreadsWithTheNextFlush)
+TEST_F(WxLogForwarderTest, ForwardsMessagesFromOtherThreadsAtTheNextFlush)
 {
     const WxLogForwarder forwarder;
 
@@ -162,7 +162,7 @@ TEST_F(WxLogForwarderTest, ForwardsMessagesOfForeignThreadsWithTheNextFlush)
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from afar")));
 }
 
-TEST_F(WxLogForwarderTest, ForwardsMessagesOfForeignThreadsBeforeItGoes)
+TEST_F(WxLogForwarderTest, ForwardsMessagesFromOtherThreadsWhenDestroyed)
 {
     std::optional<WxLogForwarder> forwarder(std::in_place);
 
@@ -171,7 +171,7 @@ TEST_F(WxLogForwarderTest, ForwardsMessagesOfForeignThreadsBeforeItGoes)
     EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from afar")));
 }
 
-TEST_F(WxLogForwarderTest, LetsManyThreadsLogAtOnce)
+TEST_F(WxLogForwarderTest, ForwardsMessagesFromThreadsThatLogConcurrently)
 {
     const WxLogForwarder forwarder;
     const auto work = [] {
@@ -189,7 +189,7 @@ TEST_F(WxLogForwarderTest, LetsManyThreadsLogAtOnce)
                 testing::AllOf(testing::SizeIs(200), testing::Each(IsForwarded(1, L"text"))));
 }
 
-TEST_F(WxLogForwarderTest, LeavesMessagesOfThreadsToWxWidgetsWhenGone)
+TEST_F(WxLogForwarderTest, LeavesThreadMessagesToWxWidgetsWithoutAForwarder)
 {
     class Target : public wxLog {
     public:
@@ -215,7 +215,7 @@ TEST_F(WxLogForwarderTest, LeavesMessagesOfThreadsToWxWidgetsWhenGone)
     EXPECT_THAT(m_log.Lines(), IsEmpty());
 }
 
-TEST_F(WxLogForwarderTest, HandsOverToALaterForwarder)
+TEST_F(WxLogForwarderTest, IsReplacedByALaterForwarder)
 {
     std::optional<WxLogForwarder> first(std::in_place);
     const WxLogForwarder second;
@@ -225,7 +225,7 @@ TEST_F(WxLogForwarderTest, HandsOverToALaterForwarder)
     EXPECT_EQ(wxLog::GetActiveTarget(), &second);
 }
 
-TEST_F(WxLogForwarderTest, LeavesNoTargetBehind)
+TEST_F(WxLogForwarderTest, LeavesNoActiveTargetWhenDestroyed)
 {
     class Silent : public wxLog {
         void DoLogText(const wxString&) override {}
@@ -263,7 +263,7 @@ TEST(WxLogForwarderReleaseTest, SurvivesTheReleaseOfTheLibrary)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(WxLogForwarderReleaseTest, ForwardsAgainAfterTheLibraryCameBack)
+TEST(WxLogForwarderReleaseTest, ForwardsAgainAfterTheLibraryIsReinitialized)
 {
     for (int i = 0; i < 2; ++i) {
         LibModuleManager::GetInstance()->Initialize(true);
