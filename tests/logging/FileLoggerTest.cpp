@@ -298,7 +298,7 @@ TEST_F(FileLoggerTest, EndsAfterHalfASecondWithoutText)
 
         const auto start = std::chrono::steady_clock::now();
         logger.reset();
-        longest = std::max(maxLength, std::chrono::steady_clock::now() - start);
+        longest = std::max(longest, std::chrono::steady_clock::now() - start);
     }
     // The writer may have begun its wait of 500 ms earlier.
     EXPECT_GE(longest, 350ms);
