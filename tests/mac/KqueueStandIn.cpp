@@ -33,7 +33,7 @@ int FailWithNoEntry()
     return -1;
 }
 
-int Change(Queue& queue, const struct kevent& change)
+int ApplyChange(Queue& queue, const struct kevent& change)
 {
     if (change.filter == EVFILT_READ) {
         if (change.flags & EV_ADD)
@@ -88,7 +88,7 @@ extern "C" int kevent(int queue, const struct kevent* changes, int changeCount,
 {
     Queue& state = s_queues[queue];
     for (int i = 0; i < changeCount; ++i) {
-        if (Change(state, changes[i]) != 0)
+        if (ApplyChange(state, changes[i]) != 0)
             return -1;
     }
     if (eventCount == 0)

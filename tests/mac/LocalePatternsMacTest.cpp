@@ -9,7 +9,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(LocalePatternsMacTest, GivesTheShortPatternsOfTheLocale)
+TEST(LocalePatternsMacTest, ReturnsTheShortPatternsOfTheLocale)
 {
     MacStandIns::SetShortPatterns("M/d/yy", "h:mm a");
 
@@ -17,7 +17,7 @@ TEST(LocalePatternsMacTest, GivesTheShortPatternsOfTheLocale)
     EXPECT_EQ(ReadShortTimePattern(), L"h:mm a");
 }
 
-TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOutsideAscii)
+TEST(LocalePatternsMacTest, ReturnsAnEmptyStringForANonAsciiPattern)
 {
     MacStandIns::SetShortPatterns("d\xC3\xA9", "h:mm\xE2\x80\xAF"
                                                "a");
@@ -26,7 +26,7 @@ TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOutsideAscii)
     EXPECT_EQ(ReadShortTimePattern(), L"");
 }
 
-TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOfMoreThan255Characters)
+TEST(LocalePatternsMacTest, ReturnsAnEmptyStringForAPatternOver255Characters)
 {
     MacStandIns::SetShortPatterns(std::string(255, 'd'), std::string(256, 'h'));
 
@@ -34,7 +34,7 @@ TEST(LocalePatternsMacTest, GivesAnEmptyPatternForOneOfMoreThan255Characters)
     EXPECT_EQ(ReadShortTimePattern(), L"");
 }
 
-TEST(LocalePatternsMacTest, ReleasesWhatItCreates)
+TEST(LocalePatternsMacTest, ReleasesEveryObjectThatItCreates)
 {
     MacStandIns::SetShortPatterns("M/d/yy", "h:mm a");
 

@@ -19,7 +19,7 @@ bool IsInherited(const Base::FileDescriptor& socket)
     return (::fcntl(socket.Get(), F_GETFD) & FD_CLOEXEC) == 0;
 }
 
-bool Blocks(const Base::FileDescriptor& socket)
+bool IsBlocking(const Base::FileDescriptor& socket)
 {
     return (::fcntl(socket.Get(), F_GETFL) & O_NONBLOCK) == 0;
 }
@@ -52,7 +52,7 @@ protected:
     Base::FileDescriptor m_accepted;
 };
 
-TEST_F(SocketMacTest, SendsTextBothWays)
+TEST_F(SocketMacTest, SendsBytesInBothDirections)
 {
     EXPECT_EQ(Send(m_client, "hello", 5), 5);
     EXPECT_EQ(ReceiveFrom(m_accepted), "hello");
@@ -61,35 +61,35 @@ TEST_F(SocketMacTest, SendsTextBothWays)
     EXPECT_EQ(ReceiveFrom(m_client), "welcome");
 }
 
-TEST_F(SocketMacTest, AcceptsNobodyWhileNobodyConnects)
+TEST_F(SocketMacTest, AcceptsNoClientWhileNoneConnects)
 {
     EXPECT_FALSE(AcceptClient(m_server.Socket()).IsOpen());
 }
 
-TEST_F(SocketMacTest, LeavesNoSocketToStartedPrograms)
+TEST_F(SocketMacTest, ClosesItsSocketsOnExec)
 {
     EXPECT_FALSE(IsInherited(m_server.Socket()));
     EXPECT_FALSE(IsInherited(m_client));
     EXPECT_FALSE(IsInherited(m_accepted));
 }
 
-TEST_F(SocketMacTest, BlocksOnlyTheClient)
+TEST_F(SocketMacTest, BlocksOnlyOnTheClientSocket)
 {
-    EXPECT_TRUE(Blocks(m_client));
-    EXPECT_FALSE(Blocks(m_accepted));
+    EXPECT_TRUE(IsBlocking(m_client));
+    EXPECT_FALSE(IsBlocking(m_accepted));
 }
 
 TEST_F(SocketMacTest, SendsAsMuchAsFitsAtOnce)
 {
-    const std::string text(64 << 20, 'x');
+    const std::string bytes(64 << 20, 'x');
 
-    const ssize_t sent = Send(m_client, text.data(), text.size());
+    const ssize_t sent = Send(m_client, bytes.data(), bytes.size());
 
     EXPECT_GT(sent, 0);
-    EXPECT_LT(sent, static_cast<ssize_t>(text.size()));
+    EXPECT_LT(sent, static_cast<ssize_t>(bytes.size()));
 }
 
-TEST_F(SocketMacTest, FailsWithoutASignalOnceTheOtherEndIsClosed)
+TEST_F(SocketMacTest, FailsWithoutASignalWhenTheClientIsClosed)
 {
     m_client.Close();
 
@@ -97,7 +97,7 @@ TEST_F(SocketMacTest, FailsWithoutASignalOnceTheOtherEndIsClosed)
     EXPECT_EQ(errno, EPIPE);
 }
 
-TEST_F(SocketMacTest, FailsWithoutASignalOnceTheServerHasLeft)
+TEST_F(SocketMacTest, FailsWithoutASignalWhenTheServerIsClosed)
 {
     m_accepted.Close();
 
@@ -105,20 +105,20 @@ TEST_F(SocketMacTest, FailsWithoutASignalOnceTheServerHasLeft)
     EXPECT_EQ(errno, EPIPE);
 }
 
-TEST_F(SocketMacTest, FindsThisUserAtBothEnds)
+TEST_F(SocketMacTest, ReportsThisUserAtBothEnds)
 {
     EXPECT_TRUE(IsPeerOfThisUser(m_accepted));
     EXPECT_TRUE(IsPeerOfThisUser(m_client));
 }
 
-TEST_F(SocketMacTest, RefusesAPeerOfAnotherUser)
+TEST_F(SocketMacTest, RejectsAPeerOfAnotherUser)
 {
     MacStandIns::SetPeerUser(::geteuid() + 1);
 
     EXPECT_FALSE(IsPeerOfThisUser(m_accepted));
 }
 
-TEST_F(SocketMacTest, RefusesASocketWithoutAPeer)
+TEST_F(SocketMacTest, RejectsASocketWithoutAPeer)
 {
     EXPECT_FALSE(IsPeerOfThisUser(CreateSocket()));
     EXPECT_FALSE(IsPeerOfThisUser(Base::FileDescriptor()));

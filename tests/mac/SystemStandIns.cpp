@@ -21,7 +21,7 @@ struct Stack {
     size_t size = 0;
 };
 
-Stack StackOf(pthread_t thread)
+Stack GetStack(pthread_t thread)
 {
     Stack stack;
     pthread_attr_t attributes;
@@ -69,29 +69,29 @@ int getpeereid(int socket, uid_t* effectiveUser, gid_t* effectiveGroup)
 // here uses.
 int setsockopt(int socket, int level, int option, const void* value, socklen_t size) noexcept
 {
-    const int known = level == SOL_SOCKET && option == SO_NOSIGPIPE ? SO_PRIORITY : option;
-    return static_cast<int>(::syscall(SYS_setsockopt, socket, level, known, value, size));
+    const int linuxOption = level == SOL_SOCKET && option == SO_NOSIGPIPE ? SO_PRIORITY : option;
+    return static_cast<int>(::syscall(SYS_setsockopt, socket, level, linuxOption, value, size));
 }
 
 ssize_t send(int socket, const void* bytes, size_t length, int flags)
 {
-    int isSilent = 0;
-    socklen_t size = sizeof isSilent;
-    ::getsockopt(socket, SOL_SOCKET, SO_PRIORITY, &isSilent, &size);
-    const int all = isSilent != 0 ? flags | MSG_NOSIGNAL : flags;
-    return ::syscall(SYS_sendto, socket, bytes, length, all, nullptr, 0);
+    int noSignal = 0;
+    socklen_t size = sizeof noSignal;
+    ::getsockopt(socket, SOL_SOCKET, SO_PRIORITY, &noSignal, &size);
+    const int allFlags = noSignal != 0 ? flags | MSG_NOSIGNAL : flags;
+    return ::syscall(SYS_sendto, socket, bytes, length, allFlags, nullptr, 0);
 }
 
 // Returns the high end of the stack, which grows down.
 void* pthread_get_stackaddr_np(pthread_t thread)
 {
-    const Stack stack = StackOf(thread);
+    const Stack stack = GetStack(thread);
     return static_cast<char*>(stack.begin) + stack.size;
 }
 
 size_t pthread_get_stacksize_np(pthread_t thread)
 {
-    return StackOf(thread).size;
+    return GetStack(thread).size;
 }
 
 int pthread_main_np()

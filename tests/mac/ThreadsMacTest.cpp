@@ -12,12 +12,12 @@ namespace {
 TEST(ThreadsMacTest, ReturnsBoundsThatContainTheStack)
 {
     // Not the address of a variable, which AddressSanitizer may place elsewhere.
-    const auto place = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    const auto frameAddress = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 
     const StackBounds bounds = GetStackBounds();
 
-    EXPECT_LT(bounds.begin, place);
-    EXPECT_GT(bounds.end, place);
+    EXPECT_LT(bounds.begin, frameAddress);
+    EXPECT_GT(bounds.end, frameAddress);
 }
 
 TEST(ThreadsMacTest, ReportsOnlyTheFirstThreadAsMain)
