@@ -38,14 +38,14 @@ std::array<Segment, 512> s_segments;
 std::size_t s_segmentCount = 0;
 
 std::atomic<bool> s_isArmed{false};
-std::atomic<long> s_left{0};
+std::atomic<long> s_allocationsLeft{0};
 std::atomic<const char*> s_failedModule{nullptr};
 Origin s_origin = Origin::Library;
 Persistence s_persistence = Persistence::Once;
 
 thread_local bool t_isDeciding = false;
 
-Kind KindOf(std::string_view module)
+Kind ClassifyModule(std::string_view module)
 {
     if (module.empty())
         return Kind::Program;
@@ -64,7 +64,7 @@ int AddSegments(dl_phdr_info* info, std::size_t, void*)
             continue;
         const std::uintptr_t begin = info->dlpi_addr + header.p_vaddr;
         s_segments[s_segmentCount++] = {begin, begin + header.p_memsz, info->dlpi_name,
-                                        KindOf(info->dlpi_name)};
+                                        ClassifyModule(info->dlpi_name)};
     }
     return 0;
 }
@@ -84,7 +84,7 @@ struct Search {
     const Segment* found;
 };
 
-_Unwind_Reason_Code Look(_Unwind_Context* context, void* data)
+_Unwind_Reason_Code VisitFrame(_Unwind_Context* context, void* data)
 {
     auto& search = *static_cast<Search*>(data);
     const std::uintptr_t address = _Unwind_GetIP(context);
@@ -101,35 +101,35 @@ _Unwind_Reason_Code Look(_Unwind_Context* context, void* data)
 // Returns the module that requested the memory, skipping the standard library. Skips the program as
 // well: all modules may use its copies of the standard library's templates, and the test's own
 // allocations are attributed to the C library's start code.
-const Segment* CallerOf(const void* returnAddress)
+const Segment* FindCaller(const void* returnAddress)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(returnAddress);
     const Segment* const direct = Find(address);
     if (direct && (direct->kind == Kind::Toolkit || direct->kind == Kind::Other))
         return direct;
     Search search{address, false, nullptr};
-    _Unwind_Backtrace(&Look, &search);
+    _Unwind_Backtrace(&VisitFrame, &search);
     return search.found;
 }
 
-bool Counts(const Segment* caller, bool isCFunction)
+bool IsCounted(const Segment* caller, bool isCFunction)
 {
     const bool isOurs =
         caller && (caller->kind == Kind::Toolkit || (caller->kind == Kind::Start && !isCFunction));
     return isOurs == (s_origin == Origin::Library);
 }
 
-bool Fails(const void* returnAddress, bool isCFunction)
+bool ShouldFail(const void* returnAddress, bool isCFunction)
 {
     if (!s_isArmed || t_isDeciding)
         return false;
     t_isDeciding = true;
     const Segment* const caller = isCFunction
                                       ? Find(reinterpret_cast<std::uintptr_t>(returnAddress))
-                                      : CallerOf(returnAddress);
+                                      : FindCaller(returnAddress);
     bool fails = false;
-    if (Counts(caller, isCFunction)) {
-        const long left = s_left.fetch_sub(1);
+    if (IsCounted(caller, isCFunction)) {
+        const long left = s_allocationsLeft.fetch_sub(1);
         fails = left == 0 || (left < 0 && s_persistence == Persistence::FromThenOn);
         if (left == 0)
             s_failedModule = caller ? caller->module : "?";
@@ -138,9 +138,9 @@ bool Fails(const void* returnAddress, bool isCFunction)
     return fails;
 }
 
-bool FailsInNew(const void* returnAddress)
+bool ShouldFailInNew(const void* returnAddress)
 {
-    return Fails(returnAddress, false);
+    return ShouldFail(returnAddress, false);
 }
 
 } // namespace
@@ -153,9 +153,9 @@ AllocationFault::AllocationFault(Origin origin, Persistence persistence, long in
     s_origin = origin;
     s_persistence = persistence;
     s_failedModule = nullptr;
-    s_left = index;
+    s_allocationsLeft = index;
     s_isArmed = true;
-    SetAllocationRule(&FailsInNew);
+    SetAllocationRule(&ShouldFailInNew);
 }
 
 AllocationFault::~AllocationFault()
@@ -166,7 +166,7 @@ AllocationFault::~AllocationFault()
 
 bool AllocationFault::HasFailed()
 {
-    return s_left < 0;
+    return s_allocationsLeft < 0;
 }
 
 std::string_view AllocationFault::FailedModule()
@@ -183,7 +183,7 @@ namespace {
 
 // Calls from the standard library do not fail: they allocate exceptions, for which it has a reserve
 // anyway. Nor do calls from the program, whose operator new has already applied the rule.
-bool FailsInC(const void* returnAddress)
+bool ShouldFailInC(const void* returnAddress)
 {
     if (!Toolkit::TestSupport::s_isArmed || Toolkit::TestSupport::t_isDeciding)
         return false;
@@ -191,23 +191,23 @@ bool FailsInC(const void* returnAddress)
         Toolkit::TestSupport::Find(reinterpret_cast<std::uintptr_t>(returnAddress));
     return direct && direct->kind != Toolkit::TestSupport::Kind::Standard &&
            direct->kind != Toolkit::TestSupport::Kind::Program &&
-           Toolkit::TestSupport::Fails(returnAddress, true);
+           Toolkit::TestSupport::ShouldFail(returnAddress, true);
 }
 
 } // namespace
 
 extern "C" __attribute__((noinline)) void* malloc(std::size_t size)
 {
-    return FailsInC(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
+    return ShouldFailInC(__builtin_return_address(0)) ? nullptr : __libc_malloc(size);
 }
 
 extern "C" __attribute__((noinline)) void* calloc(std::size_t count, std::size_t size)
 {
-    return FailsInC(__builtin_return_address(0)) ? nullptr : __libc_calloc(count, size);
+    return ShouldFailInC(__builtin_return_address(0)) ? nullptr : __libc_calloc(count, size);
 }
 
 extern "C" __attribute__((noinline)) void* realloc(void* memory, std::size_t size)
 {
-    return FailsInC(__builtin_return_address(0)) ? nullptr : __libc_realloc(memory, size);
+    return ShouldFailInC(__builtin_return_address(0)) ? nullptr : __libc_realloc(memory, size);
 }
 #endif

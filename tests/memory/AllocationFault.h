@@ -16,7 +16,7 @@ enum class Origin {
 /// Whether the allocations after a failed one fail too.
 enum class Persistence { Once, FromThenOn };
 
-/// Makes allocation number `index` of `origin` fail, while the object lives. Index 0 is the next
+/// Makes allocation number `index` of `origin` fail, while the object exists. Index 0 is the next
 /// allocation; those of all threads are counted together.
 class AllocationFault {
 public:

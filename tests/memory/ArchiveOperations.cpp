@@ -12,7 +12,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-const TString<wchar_t>& ArchivePath()
+const TString<wchar_t>& GetArchivePath()
 {
     static const TempDir directory;
     static const TString<wchar_t> path = [] {
@@ -32,65 +32,71 @@ int List(ArchiveZip& archive, ArchiveZip::EntriesMap& entries)
     return archive.EntriesList(entries, c_all, ArchiveEntriesFlags::AllEntries);
 }
 
-void Opened(Attempt& attempt)
+void OpensArchive(Attempt& attempt)
 {
     ArchiveZip archive;
-    attempt.Run([&] { archive.Open(ArchivePath()); });
+    attempt.Run([&] { archive.Open(GetArchivePath()); });
     ArchiveZip::EntriesMap entries;
     const int count = List(archive, entries);
     attempt.Expect(count == 2, count == -1 && entries.empty());
-    archive.Open(ArchivePath());
-    attempt.Always(List(archive, entries) == 2);
+    archive.Open(GetArchivePath());
+    attempt.ExpectAlways(List(archive, entries) == 2);
 }
 
-void Listed(Attempt& attempt)
+void ListsEntries(Attempt& attempt)
 {
     ArchiveZip archive;
-    archive.Open(ArchivePath());
+    archive.Open(GetArchivePath());
     ArchiveZip::EntriesMap entries;
     int count = 0;
     attempt.Run([&] { count = List(archive, entries); });
     attempt.Expect(count == 2 && entries.size() == 2, count == -1 && entries.empty());
-    archive.Open(ArchivePath());
-    attempt.Always(List(archive, entries) == 2);
+    archive.Open(GetArchivePath());
+    attempt.ExpectAlways(List(archive, entries) == 2);
 }
 
-void LetGo(Attempt& attempt)
+void ClosesArchive(Attempt& attempt)
 {
-    ArchivePath();
-    Place<ArchiveZip> archive;
-    archive.Make().Open(ArchivePath());
-    Place<ArchiveZip> other;
-    other.Make().Open(ArchivePath());
+    GetArchivePath();
+    Storage<ArchiveZip> archive;
+    archive.Create().Open(GetArchivePath());
+    Storage<ArchiveZip> other;
+    other.Create().Open(GetArchivePath());
     attempt.Run([&] {
         archive->Close();
-        archive.End();
-        other.End();
+        archive.Destroy();
+        other.Destroy();
         const ArchiveZip none;
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
 // An open archive whose entries have been listed, with streams for two of them.
 struct OpenEntry {
     OpenEntry()
     {
-        archive.Open(ArchivePath());
+        archive.Open(GetArchivePath());
         List(archive, entries);
-        archive.Open(ArchivePath());
+        archive.Open(GetArchivePath());
     }
-    smart_ptr<ZipInputStream> Stream(const wchar_t* name)
+    smart_ptr<ZipInputStream> OpenStream(const wchar_t* name)
     {
         return archive.GetZipInputStream(entries.at(TString<wchar_t>(name)));
     }
-    smart_ptr<ZipInputStream> First() { return Stream(L"an entry with quite a long name.txt"); }
-    smart_ptr<ZipInputStream> Second() { return Stream(L"another entry with a long name.txt"); }
+    smart_ptr<ZipInputStream> OpenFirst()
+    {
+        return OpenStream(L"an entry with quite a long name.txt");
+    }
+    smart_ptr<ZipInputStream> OpenSecond()
+    {
+        return OpenStream(L"another entry with a long name.txt");
+    }
 
     ArchiveZip archive;
     ArchiveZip::EntriesMap entries;
 };
 
-void EntryOpened(Attempt& attempt)
+void OpensEntry(Attempt& attempt)
 {
     OpenEntry entry;
     const smart_ptr<ArchiveZipEntry> first = entry.entries.begin()->second;
@@ -99,47 +105,47 @@ void EntryOpened(Attempt& attempt)
     TString<wchar_t> line;
     const bool isRead = stream->ReadLine(line);
     attempt.Expect(isRead && line == L"awordthatislongerthanastring", !isRead && line.empty());
-    attempt.Always(entry.First()->ReadLine(line));
+    attempt.ExpectAlways(entry.OpenFirst()->ReadLine(line));
 }
 
-void WordRead(Attempt& attempt)
+void ReadsWord(Attempt& attempt)
 {
     OpenEntry entry;
-    const smart_ptr<ZipInputStream> stream = entry.First();
+    const smart_ptr<ZipInputStream> stream = entry.OpenFirst();
     TString<wchar_t> word = L"old";
     attempt.Run([&] { *stream >> word; });
     attempt.Expect(word == L"awordthatislongerthanastring", word.empty() && !stream->IsOk());
-    *entry.First() >> word;
-    attempt.Always(word == L"awordthatislongerthanastring");
+    *entry.OpenFirst() >> word;
+    attempt.ExpectAlways(word == L"awordthatislongerthanastring");
 }
 
-void LineRead(Attempt& attempt)
+void ReadsLine(Attempt& attempt)
 {
     OpenEntry entry;
-    const smart_ptr<ZipInputStream> stream = entry.First();
+    const smart_ptr<ZipInputStream> stream = entry.OpenFirst();
     TString<wchar_t> line = L"old";
     bool isRead = false;
     attempt.Run([&] { isRead = stream->ReadLine(line); });
     attempt.Expect(isRead && line == L"awordthatislongerthanastring", !isRead && line.empty());
-    attempt.Always(entry.First()->ReadLine(line));
+    attempt.ExpectAlways(entry.OpenFirst()->ReadLine(line));
 }
 
-void BytesRead(Attempt& attempt)
+void ReadsBytes(Attempt& attempt)
 {
     OpenEntry entry;
-    const smart_ptr<ZipInputStream> stream = entry.Second();
+    const smart_ptr<ZipInputStream> stream = entry.OpenSecond();
     std::vector<unsigned char> bytes;
     attempt.Run([&] { *stream >> bytes; });
     attempt.Expect(bytes.size() == 100000, bytes.size() < 100000 && !stream->IsOk());
     bytes.clear();
-    *entry.Second() >> bytes;
-    attempt.Always(bytes.size() == 100000);
+    *entry.OpenSecond() >> bytes;
+    attempt.ExpectAlways(bytes.size() == 100000);
 }
 
-void StreamUsed(Attempt& attempt)
+void UsesStream(Attempt& attempt)
 {
     OpenEntry entry;
-    const smart_ptr<ZipInputStream> stream = entry.First();
+    const smart_ptr<ZipInputStream> stream = entry.OpenFirst();
     bool isRight = false;
     attempt.Run([&] {
         isRight = stream->CanRead() && stream->IsOk() &&
@@ -149,15 +155,15 @@ void StreamUsed(Attempt& attempt)
     attempt.Expect(isRight, !isRight);
 }
 
-void EntryCopied(Attempt& attempt)
+void CopiesEntry(Attempt& attempt)
 {
     const wxZipEntry entry(wxString(L"an entry with quite a long name.txt"));
-    bool isMade = false;
+    bool isCreated = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
             const ArchiveZipEntry copy(entry);
-            isMade = true;
+            isCreated = true;
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
 } // namespace
@@ -165,22 +171,22 @@ void EntryCopied(Attempt& attempt)
 std::vector<Operation> ArchiveOperations()
 {
     return {
-        {"Toolkit::ArchiveZip::ArchiveZip", LetGo},
-        {"Toolkit::ArchiveZip::~ArchiveZip", LetGo},
-        {"Toolkit::ArchiveZip::Close", LetGo},
-        {"Toolkit::ArchiveZip::Open", Opened},
-        {"Toolkit::ArchiveZip::EntriesList", Listed},
-        {"Toolkit::ArchiveZip::GetZipInputStream", EntryOpened},
-        {"Toolkit::ArchiveZipEntry::ArchiveZipEntry", EntryCopied},
-        {"Toolkit::ArchiveZipEntry::~ArchiveZipEntry", EntryCopied},
-        {"Toolkit::ZipInputStream::operator>>", WordRead},
-        {"Toolkit::ZipInputStream::operator>>", BytesRead},
-        {"Toolkit::ZipInputStream::ReadLine", LineRead},
-        {"Toolkit::ZipInputStream::CanRead", StreamUsed},
-        {"Toolkit::ZipInputStream::IsOk", StreamUsed},
-        {"Toolkit::ZipInputStream::operator wxZipInputStream*", StreamUsed},
-        {"Toolkit::ZipInputStream::ZipInputStream", StreamUsed},
-        {"Toolkit::ZipInputStream::~ZipInputStream", LetGo},
+        {"Toolkit::ArchiveZip::ArchiveZip", ClosesArchive},
+        {"Toolkit::ArchiveZip::~ArchiveZip", ClosesArchive},
+        {"Toolkit::ArchiveZip::Close", ClosesArchive},
+        {"Toolkit::ArchiveZip::Open", OpensArchive},
+        {"Toolkit::ArchiveZip::EntriesList", ListsEntries},
+        {"Toolkit::ArchiveZip::GetZipInputStream", OpensEntry},
+        {"Toolkit::ArchiveZipEntry::ArchiveZipEntry", CopiesEntry},
+        {"Toolkit::ArchiveZipEntry::~ArchiveZipEntry", CopiesEntry},
+        {"Toolkit::ZipInputStream::operator>>", ReadsWord},
+        {"Toolkit::ZipInputStream::operator>>", ReadsBytes},
+        {"Toolkit::ZipInputStream::ReadLine", ReadsLine},
+        {"Toolkit::ZipInputStream::CanRead", UsesStream},
+        {"Toolkit::ZipInputStream::IsOk", UsesStream},
+        {"Toolkit::ZipInputStream::operator wxZipInputStream*", UsesStream},
+        {"Toolkit::ZipInputStream::ZipInputStream", UsesStream},
+        {"Toolkit::ZipInputStream::~ZipInputStream", ClosesArchive},
     };
 }
 

@@ -22,22 +22,22 @@ constexpr unsigned int c_size = 21;
 
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
 
-const TempDir& Directory()
+const TempDir& GetDirectory()
 {
     static const TempDir directory;
     return directory;
 }
 
-const TString<wchar_t>& StreamPath()
+const TString<wchar_t>& GetStreamPath()
 {
-    static const TString<wchar_t> path = Directory().File(L"a stream with quite a long name");
+    static const TString<wchar_t> path = GetDirectory().File(L"a stream with quite a long name");
     return path;
 }
 
-// Writes the file at StreamPath(): one string and then one buffer.
+// Writes the file at GetStreamPath(): one string and then one buffer.
 void FillStream()
 {
-    FSStream stream(StreamPath(), FSStream::OpenWrite);
+    FSStream stream(GetStreamPath(), FSStream::OpenWrite);
     stream.Write(c_text);
     Bytes(c_data, c_size).Serialize(stream);
 }
@@ -52,17 +52,17 @@ bool HoldsData(const Bytes& bytes)
                            std::string(reinterpret_cast<const char*>(c_data), c_size);
 }
 
-void Pointer(Attempt& attempt)
+void ConstructsPointer(Attempt& attempt)
 {
     auto* const object = new int(7);
-    bool isMade = false;
+    bool isCreated = false;
     // When out of memory for the count block, smart_ptr releases the object. A leak checker would
     // not notice if it did not.
-    if (attempt.Run(Rule::BadAlloc, [&] { isMade = *smart_ptr<int>(object) == 7; }))
-        attempt.Expect(isMade);
+    if (attempt.Run(Rule::BadAlloc, [&] { isCreated = *smart_ptr<int>(object) == 7; }))
+        attempt.Expect(isCreated);
 }
 
-void PointerAssignedRaw(Attempt& attempt)
+void AssignsRawPointer(Attempt& attempt)
 {
     smart_ptr<int> pointer(new int(7));
     auto next = std::make_unique<int>(8);
@@ -71,7 +71,7 @@ void PointerAssignedRaw(Attempt& attempt)
     attempt.Expect(*pointer == 8, *pointer == 7);
 }
 
-void PointersWithoutMemory(Attempt& attempt)
+void UsesPointersWithoutAllocating(Attempt& attempt)
 {
     const smart_ptr<int> first(new int(7));
     smart_ptr<int> second(new int(8));
@@ -81,10 +81,10 @@ void PointersWithoutMemory(Attempt& attempt)
         second = smart_ptr<int>::Empty();
         second = copy;
     });
-    attempt.Always(!attempt.HasFailed() && *second == 7);
+    attempt.ExpectAlways(!attempt.HasFailed() && *second == 7);
 }
 
-void BytesMade(Attempt& attempt)
+void ConstructsBytes(Attempt& attempt)
 {
     std::unique_ptr<Bytes> bytes;
     void* const memory = ::operator new(sizeof(Bytes));
@@ -94,19 +94,19 @@ void BytesMade(Attempt& attempt)
     const bool hasData = bytes->GetBytes(&copied, &size);
     const std::unique_ptr<unsigned char[]> copy(copied);
     attempt.Expect(HoldsData(*bytes), !hasData);
-    attempt.Always(bytes->SetBytes(c_data, c_size) && HoldsData(*bytes));
+    attempt.ExpectAlways(bytes->SetBytes(c_data, c_size) && HoldsData(*bytes));
 }
 
-void BytesSet(Attempt& attempt)
+void SetsBytes(Attempt& attempt)
 {
     Bytes bytes;
     bool isSet = false;
     attempt.Run([&] { isSet = bytes.SetBytes(c_data, c_size); });
     attempt.Expect(isSet && HoldsData(bytes), !isSet);
-    attempt.Always(bytes.SetBytes(c_data, c_size) && HoldsData(bytes));
+    attempt.ExpectAlways(bytes.SetBytes(c_data, c_size) && HoldsData(bytes));
 }
 
-void BytesGotten(Attempt& attempt)
+void GetsBytes(Attempt& attempt)
 {
     const Bytes bytes(c_data, c_size);
     unsigned char* copy = nullptr;
@@ -115,10 +115,10 @@ void BytesGotten(Attempt& attempt)
     attempt.Run([&] { isCopied = bytes.GetBytes(&copy, &size); });
     attempt.Expect(isCopied && size == c_size, !isCopied && !copy && size == 0);
     delete[] copy;
-    attempt.Always(HoldsData(bytes));
+    attempt.ExpectAlways(HoldsData(bytes));
 }
 
-void BytesCopied(Attempt& attempt)
+void CopiesBytes(Attempt& attempt)
 {
     const Bytes bytes;
     unsigned char* copy = nullptr;
@@ -129,32 +129,32 @@ void BytesCopied(Attempt& attempt)
     delete[] copy;
 }
 
-void BytesSerialized(Attempt& attempt)
+void SerializesBytes(Attempt& attempt)
 {
     const Bytes bytes(c_data, c_size);
-    FSStream stream(StreamPath(), FSStream::OpenWrite);
+    FSStream stream(GetStreamPath(), FSStream::OpenWrite);
     unsigned int result = 0;
     attempt.Run([&] { result = bytes.Serialize(stream); });
     attempt.Expect(result == StreamResult::Ok);
 }
 
-void BytesDeserialized(Attempt& attempt)
+void DeserializesBytes(Attempt& attempt)
 {
     FillStream();
-    FSStream stream(StreamPath(), FSStream::OpenRead);
+    FSStream stream(GetStreamPath(), FSStream::OpenRead);
     TString<wchar_t> text;
     stream.Read(text);
     Bytes bytes;
     unsigned int result = 0;
     attempt.Run([&] { result = bytes.Deserialize(stream); });
     attempt.Expect(result == StreamResult::Ok && HoldsData(bytes), StreamResult::Failed(result));
-    attempt.Always(bytes.SetBytes(c_data, c_size) && HoldsData(bytes));
+    attempt.ExpectAlways(bytes.SetBytes(c_data, c_size) && HoldsData(bytes));
 }
 
-void StreamOpened(Attempt& attempt)
+void OpensStream(Attempt& attempt)
 {
     FillStream();
-    const TString<wchar_t>& path = StreamPath();
+    const TString<wchar_t>& path = GetStreamPath();
     alignas(FSStream) static unsigned char memory[sizeof(FSStream)];
     FSStream* stream = nullptr;
     attempt.Run([&] { stream = new (memory) FSStream(path, FSStream::OpenRead); });
@@ -164,10 +164,10 @@ void StreamOpened(Attempt& attempt)
     stream->~FSStream();
 }
 
-void StreamText(Attempt& attempt)
+void ReadsString(Attempt& attempt)
 {
     FillStream();
-    FSStream stream(StreamPath(), FSStream::OpenRead);
+    FSStream stream(GetStreamPath(), FSStream::OpenRead);
     TString<wchar_t> text = L"old";
     unsigned int result = 0;
     attempt.Run([&] { result = stream.Read(text); });
@@ -180,19 +180,19 @@ void StreamText(Attempt& attempt)
 
 // Calls everything that allocates no memory in the library, on one stream.
 template <int Overload>
-void StreamWithoutMemory(Attempt& attempt)
+void UsesStreamWithoutAllocating(Attempt& attempt)
 {
     unsigned int number = 0;
     char raw[4] = {};
     unsigned int results = 0;
     attempt.Run([&] {
         {
-            FSStream stream(StreamPath(), FSStream::OpenWrite);
+            FSStream stream(GetStreamPath(), FSStream::OpenWrite);
             results |= stream.Write(7u);
             results |= stream.Write("raw", 4);
             results |= stream.Write(c_text);
         }
-        FSStream stream(StreamPath(), FSStream::OpenRead);
+        FSStream stream(GetStreamPath(), FSStream::OpenRead);
         results |= stream.Read(number);
         results |= stream.Read(raw, 4);
         results |= stream.Length() > 0 ? 0 : 1;
@@ -200,22 +200,22 @@ void StreamWithoutMemory(Attempt& attempt)
     attempt.Expect(results == 0 && number == 7, results != 0);
 }
 
-void StreamDestroyed(Attempt& attempt)
+void DestroysStream(Attempt& attempt)
 {
-    auto stream = std::make_unique<FSStream>(StreamPath(), FSStream::OpenWrite);
+    auto stream = std::make_unique<FSStream>(GetStreamPath(), FSStream::OpenWrite);
     attempt.Run([&] { stream->~FSStream(); });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
     ::operator delete(stream.release());
 }
 
-void BytesDestroyed(Attempt& attempt)
+void DestroysBytes(Attempt& attempt)
 {
     auto bytes = std::make_unique<Bytes>(c_data, c_size);
     attempt.Run([&] { bytes.reset(); });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void Serializing(Attempt& attempt)
+void UsesSerializers(Attempt& attempt)
 {
     Bytes in(c_data, c_size);
     Bytes out;
@@ -223,10 +223,10 @@ void Serializing(Attempt& attempt)
     unsigned int read = 0;
     attempt.Run([&] {
         {
-            const FSOutputSerializer serializer(StreamPath());
+            const FSOutputSerializer serializer(GetStreamPath());
             written = serializer.Serialize(in);
         }
-        FSInputSerializer serializer(StreamPath());
+        FSInputSerializer serializer(GetStreamPath());
         static_cast<void>(serializer.GetStream());
         read = serializer.Deserialize(out);
     });
@@ -234,10 +234,10 @@ void Serializing(Attempt& attempt)
                    StreamResult::Failed(written) || StreamResult::Failed(read));
 }
 
-void Asserting(Attempt& attempt)
+void Asserts(Attempt& attempt)
 {
     attempt.Run([] { ASSERT(false); });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
 } // namespace
@@ -245,40 +245,40 @@ void Asserting(Attempt& attempt)
 std::vector<Operation> CoreOperations()
 {
     return {
-        {"Toolkit::smart_ptr::smart_ptr", Pointer},
-        {"Toolkit::smart_ptr::operator=", PointerAssignedRaw},
-        {"Toolkit::smart_ptr::Empty", PointersWithoutMemory},
-        {"Toolkit::Bytes::Bytes", BytesMade},
-        {"Toolkit::Bytes::Bytes", BytesSet},
-        {"Toolkit::Bytes::SetBytes", BytesSet},
-        {"Toolkit::Bytes::GetBytes", BytesGotten},
-        {"Toolkit::Bytes::CopyBytes", BytesCopied},
-        {"Toolkit::Bytes::Serialize", BytesSerialized},
-        {"Toolkit::Bytes::Deserialize", BytesDeserialized},
-        {"Toolkit::Bytes::~Bytes", BytesDestroyed},
-        {"Toolkit::FSStream::FSStream", StreamOpened},
-        {"Toolkit::FSStream::~FSStream", StreamDestroyed},
-        {"Toolkit::FSStream::Read", StreamText},
-        {"Toolkit::FSStream::Read", StreamWithoutMemory<0>},
-        {"Toolkit::FSStream::Read", StreamWithoutMemory<1>},
-        {"Toolkit::FSStream::Write", StreamWithoutMemory<2>},
-        {"Toolkit::FSStream::Write", StreamWithoutMemory<3>},
-        {"Toolkit::FSStream::Write", StreamWithoutMemory<4>},
-        {"Toolkit::FSStream::Length", StreamWithoutMemory<5>},
-        {"Toolkit::FSSerializer::FSSerializer", Serializing},
-        {"Toolkit::FSSerializer::~FSSerializer", Serializing},
-        {"Toolkit::FSSerializer::GetStream", Serializing},
-        {"Toolkit::FSInputSerializer::FSInputSerializer", Serializing},
-        {"Toolkit::FSInputSerializer::~FSInputSerializer", Serializing},
-        {"Toolkit::FSOutputSerializer::FSOutputSerializer", Serializing},
-        {"Toolkit::FSOutputSerializer::~FSOutputSerializer", Serializing},
-        {"Toolkit::Serializer::Serialize", Serializing},
-        {"Toolkit::Serializer::Deserialize", Serializing},
-        {"Toolkit::Serializer::~Serializer", Serializing},
-        {"Toolkit::ISerialize::~ISerialize", BytesDestroyed},
-        {"Toolkit::IStream::~IStream", StreamDestroyed},
-        {"Toolkit::IReleaseListener::~IReleaseListener", PointersWithoutMemory},
-        {"ASSERT", Asserting},
+        {"Toolkit::smart_ptr::smart_ptr", ConstructsPointer},
+        {"Toolkit::smart_ptr::operator=", AssignsRawPointer},
+        {"Toolkit::smart_ptr::Empty", UsesPointersWithoutAllocating},
+        {"Toolkit::Bytes::Bytes", ConstructsBytes},
+        {"Toolkit::Bytes::Bytes", SetsBytes},
+        {"Toolkit::Bytes::SetBytes", SetsBytes},
+        {"Toolkit::Bytes::GetBytes", GetsBytes},
+        {"Toolkit::Bytes::CopyBytes", CopiesBytes},
+        {"Toolkit::Bytes::Serialize", SerializesBytes},
+        {"Toolkit::Bytes::Deserialize", DeserializesBytes},
+        {"Toolkit::Bytes::~Bytes", DestroysBytes},
+        {"Toolkit::FSStream::FSStream", OpensStream},
+        {"Toolkit::FSStream::~FSStream", DestroysStream},
+        {"Toolkit::FSStream::Read", ReadsString},
+        {"Toolkit::FSStream::Read", UsesStreamWithoutAllocating<0>},
+        {"Toolkit::FSStream::Read", UsesStreamWithoutAllocating<1>},
+        {"Toolkit::FSStream::Write", UsesStreamWithoutAllocating<2>},
+        {"Toolkit::FSStream::Write", UsesStreamWithoutAllocating<3>},
+        {"Toolkit::FSStream::Write", UsesStreamWithoutAllocating<4>},
+        {"Toolkit::FSStream::Length", UsesStreamWithoutAllocating<5>},
+        {"Toolkit::FSSerializer::FSSerializer", UsesSerializers},
+        {"Toolkit::FSSerializer::~FSSerializer", UsesSerializers},
+        {"Toolkit::FSSerializer::GetStream", UsesSerializers},
+        {"Toolkit::FSInputSerializer::FSInputSerializer", UsesSerializers},
+        {"Toolkit::FSInputSerializer::~FSInputSerializer", UsesSerializers},
+        {"Toolkit::FSOutputSerializer::FSOutputSerializer", UsesSerializers},
+        {"Toolkit::FSOutputSerializer::~FSOutputSerializer", UsesSerializers},
+        {"Toolkit::Serializer::Serialize", UsesSerializers},
+        {"Toolkit::Serializer::Deserialize", UsesSerializers},
+        {"Toolkit::Serializer::~Serializer", UsesSerializers},
+        {"Toolkit::ISerialize::~ISerialize", DestroysBytes},
+        {"Toolkit::IStream::~IStream", DestroysStream},
+        {"Toolkit::IReleaseListener::~IReleaseListener", UsesPointersWithoutAllocating},
+        {"ASSERT", Asserts},
     };
 }
 

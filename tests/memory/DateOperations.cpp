@@ -8,54 +8,54 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-DateTime SomeDate()
+DateTime CreateDate()
 {
     return DateTime(2009, 3, 5, 7, 4, 9);
 }
 
-void CheckMade(Attempt& attempt, DateTime& date)
+void CheckCreated(Attempt& attempt, DateTime& date)
 {
     attempt.Expect(date.IsValid(), date.GetYear() == 0);
     // The object accepts a date when memory is available again.
-    date = SomeDate();
-    attempt.Always(date.GetYear() == 2009 && date == SomeDate());
+    date = CreateDate();
+    attempt.ExpectAlways(date.GetYear() == 2009 && date == CreateDate());
 }
 
-void MadeNow(Attempt& attempt)
+void ConstructsFromNow(Attempt& attempt)
 {
-    Place<DateTime> date;
-    attempt.Run([&] { date.Make(); });
-    CheckMade(attempt, *date);
+    Storage<DateTime> date;
+    attempt.Run([&] { date.Create(); });
+    CheckCreated(attempt, *date);
 }
 
-void MadeOfFields(Attempt& attempt)
+void ConstructsFromFields(Attempt& attempt)
 {
-    Place<DateTime> date;
-    attempt.Run([&] { date.Make(2009u, 3u, 5u, 7u, 4u, 9u); });
-    CheckMade(attempt, *date);
+    Storage<DateTime> date;
+    attempt.Run([&] { date.Create(2009u, 3u, 5u, 7u, 4u, 9u); });
+    CheckCreated(attempt, *date);
 }
 
-void MadeInZone(Attempt& attempt)
+void ConstructsInZone(Attempt& attempt)
 {
-    Place<DateTime> date;
-    attempt.Run([&] { date.Make(2009u, 3u, 5u, 7u, 4u, 9u, 1); });
-    CheckMade(attempt, *date);
+    Storage<DateTime> date;
+    attempt.Run([&] { date.Create(2009u, 3u, 5u, 7u, 4u, 9u, 1); });
+    CheckCreated(attempt, *date);
 }
 
-void Copied(Attempt& attempt)
+void Copies(Attempt& attempt)
 {
-    const DateTime other = SomeDate();
-    Place<DateTime> date;
-    attempt.Run([&] { date.Make(other); });
-    CheckMade(attempt, *date);
+    const DateTime other = CreateDate();
+    Storage<DateTime> date;
+    attempt.Run([&] { date.Create(other); });
+    CheckCreated(attempt, *date);
 }
 
-void Used(Attempt& attempt)
+void UsesDate(Attempt& attempt)
 {
-    const smart_ptr<DateTime> other(new DateTime(SomeDate()));
-    Place<DateTime> date;
-    date.Make(SomeDate());
-    DateTime copy = SomeDate();
+    const smart_ptr<DateTime> other(new DateTime(CreateDate()));
+    Storage<DateTime> date;
+    date.Create(CreateDate());
+    DateTime copy = CreateDate();
     bool isRight = false;
     attempt.Run([&] {
         isRight = date->GetYear() == 2009 && date->GetMonth() == 3 && date->GetDay() == 5 &&
@@ -71,34 +71,34 @@ void Used(Attempt& attempt)
         isRight = isRight && date->GetTotalHours(other) == 1 &&
                   date->GetTotalMinutes(other) == 61 && date->GetTotalSecondes(other) == 3661;
         date->Now();
-        date.End();
+        date.Destroy();
     });
-    attempt.Always(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
 }
 
-void Parsed(Attempt& attempt)
+void Parses(Attempt& attempt)
 {
     static const TString<wchar_t> text = L"2009-03-05 07:04:09";
     DateTime date;
     bool isParsed = false;
     attempt.Run([&] { isParsed = date.ParseIsoString(text); });
-    attempt.Expect(isParsed && date == SomeDate(), !isParsed && !date.IsValid());
+    attempt.Expect(isParsed && date == CreateDate(), !isParsed && !date.IsValid());
 }
 
-void ParsedNarrow(Attempt& attempt)
+void ParsesNarrow(Attempt& attempt)
 {
     static const TString<char> text = "2009-03-05 07:04:09";
     DateTime date;
     bool isParsed = false;
     attempt.Run([&] { isParsed = date.ParseIsoString(text); });
-    attempt.Expect(isParsed && date == SomeDate(), !isParsed && !date.IsValid());
-    attempt.Always(date.ParseIsoString(text));
+    attempt.Expect(isParsed && date == CreateDate(), !isParsed && !date.IsValid());
+    attempt.ExpectAlways(date.ParseIsoString(text));
 }
 
 template <typename Text, typename Get>
-void Written(Attempt& attempt, Get get)
+void Writes(Attempt& attempt, Get get)
 {
-    const DateTime date = SomeDate();
+    const DateTime date = CreateDate();
     Text expected;
     get(date, expected);
     Text text;
@@ -107,16 +107,16 @@ void Written(Attempt& attempt, Get get)
     attempt.Expect(text == expected && !expected.empty(), text.empty());
 }
 
-#define WRITTEN(function, Char, ...)                                                               \
+#define WRITES(function, Char, ...)                                                                \
     {                                                                                              \
         "Toolkit::DateTime::" #function, [](Attempt& attempt) {                                    \
-            Written<TString<Char>>(attempt, [](const DateTime& date, TString<Char>& text) {        \
+            Writes<TString<Char>>(attempt, [](const DateTime& date, TString<Char>& text) {         \
                 date.function(text __VA_OPT__(, ) __VA_ARGS__);                                    \
             });                                                                                    \
         }                                                                                          \
     }
 
-void Padded(Attempt& attempt)
+void PadsNumber(Attempt& attempt)
 {
     const DateTime date;
     TString<wchar_t> text;
@@ -124,27 +124,27 @@ void Padded(Attempt& attempt)
     attempt.Expect(text.size() == 40, text.empty());
 }
 
-void Pattern(Attempt& attempt)
+void GetsPattern(Attempt& attempt)
 {
     TString<wchar_t> format = L"old";
-    bool isThere = false;
-    attempt.Run([&] { isThere = Locales::GetCurrentDateFormat(format); });
-    attempt.Expect(isThere && format.size() > 1, !isThere && format.empty());
+    bool isFound = false;
+    attempt.Run([&] { isFound = Locales::GetCurrentDateFormat(format); });
+    attempt.Expect(isFound && format.size() > 1, !isFound && format.empty());
 }
 
-void Provider(Attempt& attempt)
+void GetsProviderVersion(Attempt& attempt)
 {
     TString<wchar_t> version;
     attempt.Run([&] { version = Locales::GetProviderVersion(); });
     attempt.Expect(version.find(L"ICU ") == 0, version.empty());
 }
 
-void Separator(Attempt& attempt)
+void GetsSeparator(Attempt& attempt)
 {
     TString<wchar_t> text;
     bool isOfLocale = true;
     attempt.Run([&] { isOfLocale = Locales::GetDecimalSeparator(text); });
-    attempt.Always(!attempt.HasFailed() && !isOfLocale && text == L".");
+    attempt.ExpectAlways(!attempt.HasFailed() && !isOfLocale && text == L".");
 }
 
 } // namespace
@@ -152,24 +152,24 @@ void Separator(Attempt& attempt)
 std::vector<Operation> DateOperations()
 {
     std::vector<Operation> operations = {
-        {"Toolkit::DateTime::DateTime", MadeNow},
-        {"Toolkit::DateTime::DateTime", MadeOfFields},
-        {"Toolkit::DateTime::DateTime", MadeInZone},
-        {"Toolkit::DateTime::DateTime", Copied},
-        {"Toolkit::DateTime::ParseIsoString", Parsed},
-        {"Toolkit::DateTime::ParseIsoString", ParsedNarrow},
-        WRITTEN(GetIsoDate, wchar_t, true),
-        WRITTEN(GetIsoTime, wchar_t, true),
-        WRITTEN(GetIsoString, wchar_t, true),
-        WRITTEN(GetIsoString, char, true),
-        WRITTEN(GetDate, wchar_t),
-        WRITTEN(GetTime, wchar_t),
-        WRITTEN(GetString, wchar_t),
-        WRITTEN(GetRelativeStringFromNow, wchar_t),
-        {"Toolkit::DateTime::IntToUString", Padded},
-        {"Toolkit::Locales::GetCurrentDateFormat", Pattern},
-        {"Toolkit::Locales::GetDecimalSeparator", Separator},
-        {"Toolkit::Locales::GetProviderVersion", Provider},
+        {"Toolkit::DateTime::DateTime", ConstructsFromNow},
+        {"Toolkit::DateTime::DateTime", ConstructsFromFields},
+        {"Toolkit::DateTime::DateTime", ConstructsInZone},
+        {"Toolkit::DateTime::DateTime", Copies},
+        {"Toolkit::DateTime::ParseIsoString", Parses},
+        {"Toolkit::DateTime::ParseIsoString", ParsesNarrow},
+        WRITES(GetIsoDate, wchar_t, true),
+        WRITES(GetIsoTime, wchar_t, true),
+        WRITES(GetIsoString, wchar_t, true),
+        WRITES(GetIsoString, char, true),
+        WRITES(GetDate, wchar_t),
+        WRITES(GetTime, wchar_t),
+        WRITES(GetString, wchar_t),
+        WRITES(GetRelativeStringFromNow, wchar_t),
+        {"Toolkit::DateTime::IntToUString", PadsNumber},
+        {"Toolkit::Locales::GetCurrentDateFormat", GetsPattern},
+        {"Toolkit::Locales::GetDecimalSeparator", GetsSeparator},
+        {"Toolkit::Locales::GetProviderVersion", GetsProviderVersion},
     };
     for (const char* const name : {"Now",
                                    "GetYear",
@@ -198,7 +198,7 @@ std::vector<Operation> DateOperations()
         static std::vector<std::string> names(64);
         static std::size_t used = 0;
         names[used] = std::string("Toolkit::DateTime::") + name;
-        operations.push_back({names[used++].c_str(), Used});
+        operations.push_back({names[used++].c_str(), UsesDate});
     }
     return operations;
 }

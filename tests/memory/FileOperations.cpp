@@ -20,18 +20,18 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-const TempDir& World()
+const TempDir& GetDirectory()
 {
     static const TempDir directory;
     return directory;
 }
 
-const TString<wchar_t>& FilePath()
+const TString<wchar_t>& GetFilePath()
 {
-    static const TString<wchar_t> path =
-        World().WriteFile(L"a file with quite a long name.ini",
-                          "[Main section of this file]\n"
-                          "a key that is longer than a string = a value that is longer still\n");
+    static const TString<wchar_t> path = GetDirectory().WriteFile(
+        L"a file with quite a long name.ini",
+        "[Main section of this file]\n"
+        "a key that is longer than a string = a value that is longer still\n");
     return path;
 }
 
@@ -43,75 +43,75 @@ const TString<wchar_t> c_section = L"Main section of this file";
 const TString<wchar_t> c_key = L"a key that is longer than a string";
 const TString<wchar_t> c_value = L"a value that is longer still";
 
-void FileMade(Attempt& attempt)
+void ConstructsFile(Attempt& attempt)
 {
-    Place<FFile> file;
-    attempt.Run([&] { file.Make(); });
-    attempt.Always(!file->IsOpened() && file->Open(FilePath(), c_read));
+    Storage<FFile> file;
+    attempt.Run([&] { file.Create(); });
+    attempt.ExpectAlways(!file->IsOpened() && file->Open(GetFilePath(), c_read));
 }
 
-void FileOpened(Attempt& attempt)
+void OpensFile(Attempt& attempt)
 {
     FFile file;
     bool isOpen = false;
-    attempt.Run([&] { isOpen = file.Open(FilePath(), c_read); });
+    attempt.Run([&] { isOpen = file.Open(GetFilePath(), c_read); });
     attempt.Expect(isOpen && file.IsOpened(), !isOpen && !file.IsOpened());
-    attempt.Always(file.Open(FilePath(), c_read));
+    attempt.ExpectAlways(file.Open(GetFilePath(), c_read));
 }
 
-void FileWritten(Attempt& attempt)
+void WritesFile(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().File(L"written");
+    const TString<wchar_t> path = GetDirectory().File(L"written");
     FFile file;
     file.Open(path, c_write);
     attempt.Run([&] { file.Write(c_line); });
-    attempt.Always(file.Close());
-    const std::string bytes = World().ReadFile(L"written");
+    attempt.ExpectAlways(file.Close());
+    const std::string bytes = GetDirectory().ReadFile(L"written");
     attempt.Expect(bytes.size() == c_line.size(), bytes.empty());
 }
 
-void FileUsed(Attempt& attempt)
+void UsesFile(Attempt& attempt)
 {
-    Place<FFile> file;
-    file.Make().Open(FilePath(), c_read);
+    Storage<FFile> file;
+    file.Create().Open(GetFilePath(), c_read);
     char byte = 0;
     bool isRead = false;
     attempt.Run([&] {
         isRead = file->IsOpened() && file->Read(&byte, 1) && file->Seek(0, true) &&
                  file->SeekEnd(0) && file->GetLength() > 0 && file->GetOffset() > 0 &&
                  !file->IsEOF() && file->Flush() && file->Close();
-        file.End();
+        file.Destroy();
     });
-    attempt.Always(!attempt.HasFailed() && isRead);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRead);
 }
 
-void FileExists(Attempt& attempt)
+void ChecksFileExists(Attempt& attempt)
 {
     bool exists = false;
-    attempt.Run([&] { exists = FFile::Exists(FilePath()); });
+    attempt.Run([&] { exists = FFile::Exists(GetFilePath()); });
     attempt.Expect(exists, !exists);
 }
 
-void TextFileMade(Attempt& attempt)
+void ConstructsTextFile(Attempt& attempt)
 {
-    Place<TextFile> file;
-    attempt.Run([&] { file.Make(); });
-    attempt.Always(file->Eof() && file->Open(FilePath()) && !file->GetFirstLine().empty());
+    Storage<TextFile> file;
+    attempt.Run([&] { file.Create(); });
+    attempt.ExpectAlways(file->Eof() && file->Open(GetFilePath()) && !file->GetFirstLine().empty());
 }
 
-void TextFileOpened(Attempt& attempt)
+void OpensTextFile(Attempt& attempt)
 {
     TextFile file;
     bool isOpen = false;
-    attempt.Run([&] { isOpen = file.Open(FilePath()); });
+    attempt.Run([&] { isOpen = file.Open(GetFilePath()); });
     attempt.Expect(isOpen && !file.GetFirstLine().empty(), !isOpen && file.Eof());
-    attempt.Always(file.Open(FilePath()));
+    attempt.ExpectAlways(file.Open(GetFilePath()));
 }
 
-void TextFileRead(Attempt& attempt)
+void ReadsTextFile(Attempt& attempt)
 {
     TextFile file;
-    file.Open(FilePath());
+    file.Open(GetFilePath());
     TString<wchar_t> first;
     TString<wchar_t> second;
     const bool isRead = attempt.Run(Rule::BadAlloc, [&] {
@@ -121,52 +121,52 @@ void TextFileRead(Attempt& attempt)
     if (isRead)
         attempt.Expect(first.size() == 27 && !second.empty() && file.Eof());
     else
-        attempt.Always(!file.Eof());
-    attempt.Always(file.GetFirstLine().size() == 27);
+        attempt.ExpectAlways(!file.Eof());
+    attempt.ExpectAlways(file.GetFirstLine().size() == 27);
 }
 
-void TextFileAddedTo(Attempt& attempt)
+void AddsLine(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().WriteFile(L"lines", "first\n");
+    const TString<wchar_t> path = GetDirectory().WriteFile(L"lines", "first\n");
     TextFile file;
     file.Open(path);
     attempt.Run([&] { file.AddLine(c_line); });
     const bool isWritten = file.Write();
-    const std::string bytes = World().ReadFile(L"lines");
+    const std::string bytes = GetDirectory().ReadFile(L"lines");
     attempt.Expect(isWritten && bytes.size() == 6 + c_line.size() + 1,
                    !isWritten && bytes == "first\n");
-    attempt.Always(file.Open(path) && file.Write());
+    attempt.ExpectAlways(file.Open(path) && file.Write());
 }
 
-void TextFileWritten(Attempt& attempt)
+void WritesTextFile(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().WriteFile(L"lines", "first\n");
+    const TString<wchar_t> path = GetDirectory().WriteFile(L"lines", "first\n");
     TextFile file;
     file.Open(path);
     file.AddLine(c_line);
     bool isWritten = false;
     attempt.Run([&] { isWritten = file.Write(); });
-    const std::string bytes = World().ReadFile(L"lines");
+    const std::string bytes = GetDirectory().ReadFile(L"lines");
     attempt.Expect(isWritten && bytes.size() > 6, !isWritten && bytes == "first\n");
-    attempt.Always(file.Write() && World().ReadFile(L"lines").size() > 6);
+    attempt.ExpectAlways(file.Write() && GetDirectory().ReadFile(L"lines").size() > 6);
 }
 
-void TextFileLetGo(Attempt& attempt)
+void ClosesTextFile(Attempt& attempt)
 {
-    Place<TextFile> file;
-    file.Make().Open(FilePath());
-    Place<TextFile> other;
-    other.Make().Open(FilePath());
+    Storage<TextFile> file;
+    file.Create().Open(GetFilePath());
+    Storage<TextFile> other;
+    other.Create().Open(GetFilePath());
     attempt.Run([&] {
         file->Clear();
         file->Close();
-        file.End();
-        other.End();
+        file.Destroy();
+        other.Destroy();
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void WordRead(Attempt& attempt)
+void ReadsWord(Attempt& attempt)
 {
     const std::string bytes = "aWordThatIsMuchLongerThanAString next";
     wxMemoryInputStream memory(bytes.data(), bytes.size());
@@ -176,23 +176,23 @@ void WordRead(Attempt& attempt)
     attempt.Expect(word.size() == 32, word.empty());
 }
 
-void WordStreamEnded(Attempt& attempt)
+void DestroysWordStream(Attempt& attempt)
 {
     const std::string bytes = "word";
     wxMemoryInputStream memory(bytes.data(), bytes.size());
     auto* const text = new wxTextInputStream(memory);
     attempt.Run([&] { const TextInputStream stream(text); });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
 // Directories.
 
-void DirectoryMade(Attempt& attempt)
+void ConstructsDirectory(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().File(L"");
-    FilePath();
-    Place<Directory> directory;
-    attempt.Run([&] { directory.Make(path); });
+    const TString<wchar_t> path = GetDirectory().File(L"");
+    GetFilePath();
+    Storage<Directory> directory;
+    attempt.Run([&] { directory.Create(path); });
     std::vector<TString<wchar_t>> names;
     const unsigned int count = directory->GetFiles(c_everything, names);
     attempt.Expect(count > 0, count == 0);
@@ -201,14 +201,14 @@ void DirectoryMade(Attempt& attempt)
 template <typename List>
 void Lists(Attempt& attempt, List list)
 {
-    Directory::Create(World().File(L"a subdirectory with quite a long name"));
-    FilePath();
-    const Directory directory(World().File(L""));
+    Directory::Create(GetDirectory().File(L"a subdirectory with quite a long name"));
+    GetFilePath();
+    const Directory directory(GetDirectory().File(L""));
     std::vector<TString<wchar_t>> names{L"old"};
     unsigned int count = 0;
     attempt.Run([&] { count = list(directory, names); });
     attempt.Expect(count > 0 && names.size() == count, count == 0 && names.empty());
-    attempt.Always(list(directory, names) > 0);
+    attempt.ExpectAlways(list(directory, names) > 0);
 }
 
 void ListsDirectories(Attempt& attempt)
@@ -225,35 +225,35 @@ void ListsFiles(Attempt& attempt)
     });
 }
 
-void ListsBoth(Attempt& attempt)
+void EnumeratesFilePaths(Attempt& attempt)
 {
-    static const TString<wchar_t> path = World().File(L"");
+    static const TString<wchar_t> path = GetDirectory().File(L"");
     Lists(attempt, [](const Directory&, std::vector<TString<wchar_t>>& names) {
         return Directory::EnumFilePaths(names, path, c_everything);
     });
 }
 
-void DirectoryCreated(Attempt& attempt)
+void CreatesDirectory(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().File(L"parent/a new directory with a name");
-    std::filesystem::remove_all(World().Path() / "parent");
+    const TString<wchar_t> path = GetDirectory().File(L"parent/a new directory with a name");
+    std::filesystem::remove_all(GetDirectory().Path() / "parent");
     bool isCreated = false;
     attempt.Run([&] { isCreated = Directory::Create(path); });
     attempt.Expect(isCreated, !isCreated);
-    attempt.Always(Directory::Create(path));
+    attempt.ExpectAlways(Directory::Create(path));
 }
 
-void DirectoryExists(Attempt& attempt)
+void ChecksDirectoryExists(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().File(L"");
+    const TString<wchar_t> path = GetDirectory().File(L"");
     bool exists = false;
     attempt.Run([&] { exists = Directory::Exist(path); });
     attempt.Expect(exists, !exists);
 }
 
-void FileRemoved(Attempt& attempt)
+void RemovesFile(Attempt& attempt)
 {
-    const TString<wchar_t> path = World().WriteFile(L"a file that is to be removed", "x");
+    const TString<wchar_t> path = GetDirectory().WriteFile(L"a file that is to be removed", "x");
     bool isRemoved = false;
     attempt.Run([&] { isRemoved = Directory::RemoveFile(path); });
     attempt.Expect(isRemoved, !isRemoved && FFile::Exists(path));
@@ -261,26 +261,26 @@ void FileRemoved(Attempt& attempt)
 
 // Libraries.
 
-void LibraryMade(Attempt& attempt)
+void ConstructsLibrary(Attempt& attempt)
 {
-    Place<DynamicLibrary> library;
-    attempt.Run([&] { library.Make(); });
-    attempt.Always(library->Detach() == nullptr);
+    Storage<DynamicLibrary> library;
+    attempt.Run([&] { library.Create(); });
+    attempt.ExpectAlways(library->Detach() == nullptr);
 }
 
-void LibraryLoaded(Attempt& attempt)
+void LoadsLibrary(Attempt& attempt)
 {
     static const TString<wchar_t> name = L"libstdc++.so.6";
     static const TString<wchar_t> symbol = L"__cxa_allocate_exception";
-    Place<DynamicLibrary> library;
-    attempt.Run([&] { library.Make(name); });
+    Storage<DynamicLibrary> library;
+    attempt.Run([&] { library.Create(name); });
     const bool isFound = library->GetSymbol(symbol) != nullptr;
     void* const handle = library->Detach();
     attempt.Expect(isFound && handle, !isFound && !handle);
     DynamicLibrary::Unload(handle);
 }
 
-void SymbolFound(Attempt& attempt)
+void FindsSymbol(Attempt& attempt)
 {
     static const TString<wchar_t> name = L"libstdc++.so.6";
     static const TString<wchar_t> symbol = L"__cxa_allocate_exception";
@@ -288,58 +288,58 @@ void SymbolFound(Attempt& attempt)
     void* address = nullptr;
     attempt.Run([&] { address = library.GetSymbol(symbol); });
     attempt.Expect(address != nullptr, address == nullptr);
-    attempt.Always(library.GetSymbol(symbol) != nullptr);
+    attempt.ExpectAlways(library.GetSymbol(symbol) != nullptr);
 }
 
-void LibraryLetGo(Attempt& attempt)
+void UnloadsLibrary(Attempt& attempt)
 {
     static const TString<wchar_t> name = L"libstdc++.so.6";
-    Place<DynamicLibrary> library;
-    library.Make(name);
-    Place<DynamicLibrary> other;
-    other.Make(name);
+    Storage<DynamicLibrary> library;
+    library.Create(name);
+    Storage<DynamicLibrary> other;
+    other.Create(name);
     attempt.Run([&] {
         DynamicLibrary::Unload(library->Detach());
-        library.End();
-        other.End();
+        library.Destroy();
+        other.Destroy();
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
 // Settings.
 
-void SettingsRead(Attempt& attempt)
+void ConstructsSettings(Attempt& attempt)
 {
-    FilePath();
-    Place<IniFile> file;
-    attempt.Run([&] { file.Make(FilePath()); });
+    GetFilePath();
+    Storage<IniFile> file;
+    attempt.Run([&] { file.Create(GetFilePath()); });
     attempt.Expect(file->IsLoaded() && file->HasValue(c_section, c_key),
                    !file->IsLoaded() && !file->HasSection(c_section));
-    attempt.Always(file->Parse(FilePath()) && file->HasSection(c_section));
+    attempt.ExpectAlways(file->Parse(GetFilePath()) && file->HasSection(c_section));
 }
 
-void SettingsParsed(Attempt& attempt)
+void ParsesSettings(Attempt& attempt)
 {
-    IniFile file(FilePath());
+    IniFile file(GetFilePath());
     bool isParsed = false;
-    attempt.Run([&] { isParsed = file.Parse(FilePath()); });
+    attempt.Run([&] { isParsed = file.Parse(GetFilePath()); });
     attempt.Expect(isParsed && file.HasValue(c_section, c_key),
                    !isParsed && !file.HasSection(c_section));
-    attempt.Always(file.Parse(FilePath()));
+    attempt.ExpectAlways(file.Parse(GetFilePath()));
 }
 
-void SettingsAsked(Attempt& attempt)
+void FindsSettings(Attempt& attempt)
 {
-    const IniFile file(FilePath());
+    const IniFile file(GetFilePath());
     bool isRight = false;
     attempt.Run([&] { isRight = file.HasSection(c_section) && file.HasValue(c_section, c_key); });
-    attempt.Always(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
 }
 
 // When out of memory, IniFile never returns the default instead of the value.
-void SettingsGotten(Attempt& attempt)
+void GetsSettings(Attempt& attempt)
 {
-    const IniFile file(FilePath());
+    const IniFile file(GetFilePath());
     const auto isRight = [&file] {
         return file.GetValue(c_section, c_key, c_key) == c_value &&
                file.GetUint32(c_section, c_key, 1) == 0 &&
@@ -347,12 +347,12 @@ void SettingsGotten(Attempt& attempt)
     };
     bool wasRight = false;
     const bool hasReturned = attempt.Run(Rule::BadAlloc, [&] { wasRight = isRight(); });
-    attempt.Always(hasReturned == wasRight && isRight());
+    attempt.ExpectAlways(hasReturned == wasRight && isRight());
 }
 
-void KeysListed(Attempt& attempt)
+void ListsKeys(Attempt& attempt)
 {
-    const IniFile file(FilePath());
+    const IniFile file(GetFilePath());
     std::vector<TString<wchar_t>> keys{L"old"};
     attempt.Run([&] { file.GetKeyList(c_section, keys); });
     attempt.Expect(keys.size() == 1 && keys[0] == c_key, keys.empty());
@@ -360,7 +360,7 @@ void KeysListed(Attempt& attempt)
 
 // Paths.
 
-void PathsMade(Attempt& attempt)
+void ConstructsPaths(Attempt& attempt)
 {
     auto paths = std::unique_ptr<PathManager>();
     if (attempt.Run(Rule::BadAlloc, [&] { paths = std::make_unique<PathManager>(); }))
@@ -368,7 +368,7 @@ void PathsMade(Attempt& attempt)
     attempt.Run([&] { paths.reset(); });
 }
 
-void PathsOfAnotherMade(Attempt& attempt)
+void ConstructsPathsOfAnotherProgram(Attempt& attempt)
 {
     static const TString<wchar_t> program = L"/opt/a rather long name of a folder/bin/program";
     auto paths = std::unique_ptr<PathManager>();
@@ -376,16 +376,16 @@ void PathsOfAnotherMade(Attempt& attempt)
         attempt.Expect(paths->GetApplicationName() == L"program");
 }
 
-void PathsCreated(Attempt& attempt)
+void CreatesPathsInstance(Attempt& attempt)
 {
     PathManager::ReleaseInstance();
     attempt.Run([] { PathManager::CreateInstance(); });
     attempt.Expect(PathManager::GetInstance().IsValid(), !PathManager::GetInstance().IsValid());
     PathManager::CreateInstance();
-    attempt.Always(PathManager::GetInstance().IsValid());
+    attempt.ExpectAlways(PathManager::GetInstance().IsValid());
 }
 
-void PathsReleased(Attempt& attempt)
+void ReleasesPathsInstance(Attempt& attempt)
 {
     PathManager::CreateInstance();
     attempt.Run([] {
@@ -393,12 +393,12 @@ void PathsReleased(Attempt& attempt)
         PathManager::ReleaseInstance();
         static_cast<void>(PathManager::GetInstance());
     });
-    attempt.Always(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
+    attempt.ExpectAlways(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
     PathManager::CreateInstance();
 }
 
 template <typename Get>
-void PathGotten(Attempt& attempt, Get get)
+void GetsPath(Attempt& attempt, Get get)
 {
     PathManager::CreateInstance();
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
@@ -408,20 +408,20 @@ void PathGotten(Attempt& attempt, Get get)
 }
 
 template <typename Set>
-void PathSet(Attempt& attempt, Set set, const TString<wchar_t>& (PathManager::*get)() const)
+void SetsPath(Attempt& attempt, Set set, const TString<wchar_t>& (PathManager::*get)() const)
 {
     PathManager paths;
     const TString<wchar_t> before = (paths.*get)();
     const TString<wchar_t> plugins = paths.GetPluginsPath();
-    const TString<wchar_t> path = World().File(L"a directory that is set as a path");
+    const TString<wchar_t> path = GetDirectory().File(L"a directory that is set as a path");
     const bool isSet = attempt.Run(Rule::BadAlloc, [&] { set(paths, path); });
     if (isSet)
         attempt.Expect((paths.*get)() == path, true);
     else
-        attempt.Always((paths.*get)() == before && paths.GetPluginsPath() == plugins);
+        attempt.ExpectAlways((paths.*get)() == before && paths.GetPluginsPath() == plugins);
 }
 
-void PathAppended(Attempt& attempt)
+void AppendsPath(Attempt& attempt)
 {
     static const TString<wchar_t> part = L"a file with quite a long name";
     TString<wchar_t> path = L"/a directory with a long name";
@@ -430,7 +430,7 @@ void PathAppended(Attempt& attempt)
                    path.empty());
 }
 
-void PathJoined(Attempt& attempt)
+void JoinsPaths(Attempt& attempt)
 {
     static const TString<wchar_t> base = L"/a directory with a long name";
     static const TString<wchar_t> part = L"a file with quite a long name";
@@ -440,7 +440,7 @@ void PathJoined(Attempt& attempt)
                    path.empty());
 }
 
-void PathSplit(Attempt& attempt)
+void SplitsPath(Attempt& attempt)
 {
     static const TString<wchar_t> full = L"/a directory with a name/a file with a name.extension";
     TString<wchar_t> volume;
@@ -453,12 +453,12 @@ void PathSplit(Attempt& attempt)
                    path.empty() && name.empty() && extension.empty());
 }
 
-void PathTested(Attempt& attempt)
+void ChecksPathExists(Attempt& attempt)
 {
     bool exists = false;
     attempt.Run([&] {
-        exists = PathManager::Exists(FilePath()) && PathManager::FileExists(FilePath()) &&
-                 !PathManager::DirExists(FilePath());
+        exists = PathManager::Exists(GetFilePath()) && PathManager::FileExists(GetFilePath()) &&
+                 !PathManager::DirExists(GetFilePath());
     });
     attempt.Expect(exists, !exists);
 }
@@ -468,78 +468,78 @@ void PathTested(Attempt& attempt)
 std::vector<Operation> FileOperations()
 {
     return {
-        {"Toolkit::FFile::FFile", FileMade},
-        {"Toolkit::FFile::~FFile", FileUsed},
-        {"Toolkit::FFile::Open", FileOpened},
-        {"Toolkit::FFile::Write", FileWritten},
-        {"Toolkit::FFile::Exists", FileExists},
-        {"Toolkit::FFile::Close", FileUsed},
-        {"Toolkit::FFile::Flush", FileUsed},
-        {"Toolkit::FFile::GetLength", FileUsed},
-        {"Toolkit::FFile::GetOffset", FileUsed},
-        {"Toolkit::FFile::IsEOF", FileUsed},
-        {"Toolkit::FFile::IsOpened", FileUsed},
-        {"Toolkit::FFile::Read", FileUsed},
-        {"Toolkit::FFile::Seek", FileUsed},
-        {"Toolkit::FFile::SeekEnd", FileUsed},
-        {"Toolkit::TextFile::TextFile", TextFileMade},
-        {"Toolkit::TextFile::~TextFile", TextFileLetGo},
-        {"Toolkit::TextFile::Open", TextFileOpened},
-        {"Toolkit::TextFile::Close", TextFileLetGo},
-        {"Toolkit::TextFile::Clear", TextFileLetGo},
-        {"Toolkit::TextFile::Eof", TextFileRead},
-        {"Toolkit::TextFile::GetFirstLine", TextFileRead},
-        {"Toolkit::TextFile::GetNextLine", TextFileRead},
-        {"Toolkit::TextFile::AddLine", TextFileAddedTo},
-        {"Toolkit::TextFile::Write", TextFileWritten},
-        {"Toolkit::TextInputStream::operator>>", WordRead},
-        {"Toolkit::TextInputStream::~TextInputStream", WordStreamEnded},
-        {"Toolkit::InputStream::InputStream", WordStreamEnded},
-        {"Toolkit::InputStream::~InputStream", WordStreamEnded},
-        {"Toolkit::Directory::Directory", DirectoryMade},
+        {"Toolkit::FFile::FFile", ConstructsFile},
+        {"Toolkit::FFile::~FFile", UsesFile},
+        {"Toolkit::FFile::Open", OpensFile},
+        {"Toolkit::FFile::Write", WritesFile},
+        {"Toolkit::FFile::Exists", ChecksFileExists},
+        {"Toolkit::FFile::Close", UsesFile},
+        {"Toolkit::FFile::Flush", UsesFile},
+        {"Toolkit::FFile::GetLength", UsesFile},
+        {"Toolkit::FFile::GetOffset", UsesFile},
+        {"Toolkit::FFile::IsEOF", UsesFile},
+        {"Toolkit::FFile::IsOpened", UsesFile},
+        {"Toolkit::FFile::Read", UsesFile},
+        {"Toolkit::FFile::Seek", UsesFile},
+        {"Toolkit::FFile::SeekEnd", UsesFile},
+        {"Toolkit::TextFile::TextFile", ConstructsTextFile},
+        {"Toolkit::TextFile::~TextFile", ClosesTextFile},
+        {"Toolkit::TextFile::Open", OpensTextFile},
+        {"Toolkit::TextFile::Close", ClosesTextFile},
+        {"Toolkit::TextFile::Clear", ClosesTextFile},
+        {"Toolkit::TextFile::Eof", ReadsTextFile},
+        {"Toolkit::TextFile::GetFirstLine", ReadsTextFile},
+        {"Toolkit::TextFile::GetNextLine", ReadsTextFile},
+        {"Toolkit::TextFile::AddLine", AddsLine},
+        {"Toolkit::TextFile::Write", WritesTextFile},
+        {"Toolkit::TextInputStream::operator>>", ReadsWord},
+        {"Toolkit::TextInputStream::~TextInputStream", DestroysWordStream},
+        {"Toolkit::InputStream::InputStream", DestroysWordStream},
+        {"Toolkit::InputStream::~InputStream", DestroysWordStream},
+        {"Toolkit::Directory::Directory", ConstructsDirectory},
         {"Toolkit::Directory::GetDirectories", ListsDirectories},
         {"Toolkit::Directory::GetFiles", ListsFiles},
-        {"Toolkit::Directory::EnumFilePaths", ListsBoth},
-        {"Toolkit::Directory::Create", DirectoryCreated},
-        {"Toolkit::Directory::Exist", DirectoryExists},
-        {"Toolkit::Directory::RemoveFile", FileRemoved},
-        {"Toolkit::DynamicLibrary::DynamicLibrary", LibraryMade},
-        {"Toolkit::DynamicLibrary::DynamicLibrary", LibraryLoaded},
-        {"Toolkit::DynamicLibrary::GetSymbol", SymbolFound},
-        {"Toolkit::DynamicLibrary::Detach", LibraryLetGo},
-        {"Toolkit::DynamicLibrary::Unload", LibraryLetGo},
-        {"Toolkit::DynamicLibrary::~DynamicLibrary", LibraryLetGo},
-        {"Toolkit::IniFile::IniFile", SettingsRead},
-        {"Toolkit::IniFile::Parse", SettingsParsed},
-        {"Toolkit::IniFile::GetKeyList", KeysListed},
-        {"Toolkit::IniFile::GetBool", SettingsGotten},
-        {"Toolkit::IniFile::GetInt32", SettingsGotten},
-        {"Toolkit::IniFile::GetUint32", SettingsGotten},
-        {"Toolkit::IniFile::GetValue", SettingsGotten},
-        {"Toolkit::IniFile::HasSection", SettingsAsked},
-        {"Toolkit::IniFile::HasValue", SettingsAsked},
-        {"Toolkit::PathManager::PathManager", PathsMade},
-        {"Toolkit::PathManager::PathManager", PathsOfAnotherMade},
-        {"Toolkit::PathManager::~PathManager", PathsMade},
-        {"Toolkit::PathManager::CreateInstance", PathsCreated},
-        {"Toolkit::PathManager::GetInstance", PathsReleased},
-        {"Toolkit::PathManager::ReleaseInstance", PathsReleased},
+        {"Toolkit::Directory::EnumFilePaths", EnumeratesFilePaths},
+        {"Toolkit::Directory::Create", CreatesDirectory},
+        {"Toolkit::Directory::Exist", ChecksDirectoryExists},
+        {"Toolkit::Directory::RemoveFile", RemovesFile},
+        {"Toolkit::DynamicLibrary::DynamicLibrary", ConstructsLibrary},
+        {"Toolkit::DynamicLibrary::DynamicLibrary", LoadsLibrary},
+        {"Toolkit::DynamicLibrary::GetSymbol", FindsSymbol},
+        {"Toolkit::DynamicLibrary::Detach", UnloadsLibrary},
+        {"Toolkit::DynamicLibrary::Unload", UnloadsLibrary},
+        {"Toolkit::DynamicLibrary::~DynamicLibrary", UnloadsLibrary},
+        {"Toolkit::IniFile::IniFile", ConstructsSettings},
+        {"Toolkit::IniFile::Parse", ParsesSettings},
+        {"Toolkit::IniFile::GetKeyList", ListsKeys},
+        {"Toolkit::IniFile::GetBool", GetsSettings},
+        {"Toolkit::IniFile::GetInt32", GetsSettings},
+        {"Toolkit::IniFile::GetUint32", GetsSettings},
+        {"Toolkit::IniFile::GetValue", GetsSettings},
+        {"Toolkit::IniFile::HasSection", FindsSettings},
+        {"Toolkit::IniFile::HasValue", FindsSettings},
+        {"Toolkit::PathManager::PathManager", ConstructsPaths},
+        {"Toolkit::PathManager::PathManager", ConstructsPathsOfAnotherProgram},
+        {"Toolkit::PathManager::~PathManager", ConstructsPaths},
+        {"Toolkit::PathManager::CreateInstance", CreatesPathsInstance},
+        {"Toolkit::PathManager::GetInstance", ReleasesPathsInstance},
+        {"Toolkit::PathManager::ReleaseInstance", ReleasesPathsInstance},
         {"Toolkit::PathManager::GetDataDir",
          [](Attempt& attempt) {
-             PathGotten(attempt, [](const PathManager& paths) { return paths.GetDataDir(); });
+             GetsPath(attempt, [](const PathManager& paths) { return paths.GetDataDir(); });
          }},
         {"Toolkit::PathManager::GetUserLocalDataDir",
          [](Attempt& attempt) {
-             PathGotten(attempt,
-                        [](const PathManager& paths) { return paths.GetUserLocalDataDir(); });
+             GetsPath(attempt,
+                      [](const PathManager& paths) { return paths.GetUserLocalDataDir(); });
          }},
         {"Toolkit::PathManager::GetTempDir",
          [](Attempt& attempt) {
-             PathGotten(attempt, [](const PathManager& paths) { return paths.GetTempDir(); });
+             GetsPath(attempt, [](const PathManager& paths) { return paths.GetTempDir(); });
          }},
         {"Toolkit::PathManager::SetApplicationRessourcesPath",
          [](Attempt& attempt) {
-             PathSet(
+             SetsPath(
                  attempt,
                  [](PathManager& paths, const TString<wchar_t>& path) {
                      paths.SetApplicationRessourcesPath(path);
@@ -548,7 +548,7 @@ std::vector<Operation> FileOperations()
          }},
         {"Toolkit::PathManager::SetApplicationDataPath",
          [](Attempt& attempt) {
-             PathSet(
+             SetsPath(
                  attempt,
                  [](PathManager& paths, const TString<wchar_t>& path) {
                      paths.SetApplicationDataPath(path);
@@ -557,7 +557,7 @@ std::vector<Operation> FileOperations()
          }},
         {"Toolkit::PathManager::SetMassStorageDataPath",
          [](Attempt& attempt) {
-             PathSet(
+             SetsPath(
                  attempt,
                  [](PathManager& paths, const TString<wchar_t>& path) {
                      paths.SetMassStorageDataPath(path);
@@ -569,14 +569,14 @@ std::vector<Operation> FileOperations()
              PathManager paths;
              const TString<wchar_t> before = paths.GetPluginsPath();
              attempt.Run(Rule::BadAlloc, [&] { paths.RebuildDependentPathes(); });
-             attempt.Always(paths.GetPluginsPath() == before);
+             attempt.ExpectAlways(paths.GetPluginsPath() == before);
          }},
-        {"Toolkit::PathManager::AppendPath", PathAppended},
-        {"Toolkit::PathManager::AppendPath", PathJoined},
-        {"Toolkit::PathManager::SplitPath", PathSplit},
-        {"Toolkit::PathManager::Exists", PathTested},
-        {"Toolkit::PathManager::FileExists", PathTested},
-        {"Toolkit::PathManager::DirExists", PathTested},
+        {"Toolkit::PathManager::AppendPath", AppendsPath},
+        {"Toolkit::PathManager::AppendPath", JoinsPaths},
+        {"Toolkit::PathManager::SplitPath", SplitsPath},
+        {"Toolkit::PathManager::Exists", ChecksPathExists},
+        {"Toolkit::PathManager::FileExists", ChecksPathExists},
+        {"Toolkit::PathManager::DirExists", ChecksPathExists},
     };
 }
 

@@ -32,8 +32,8 @@ namespace {
 
 constexpr unsigned c_childSeconds = 5;
 
-// Kept is the right result, or a failure that the operation reports in its own way.
-enum Outcome : std::size_t { Kept, Wrong, Ended, Hung };
+// AsPromised is the right result, or a failure that the operation reports in its own way.
+enum Outcome : std::size_t { AsPromised, Wrong, Ended, Hung };
 
 constexpr std::array<const char*, 4> c_outcomes = {"in its own form", "other result", "ended",
                                                    "hung"};
@@ -59,7 +59,7 @@ void StoreModule()
                 std::min(module.size(), s_report->module.size() - 1));
 }
 
-void StoreAndEnd(int signal)
+void StoreModuleAndRaise(int signal)
 {
     StoreModule();
     std::signal(signal, SIG_DFL);
@@ -74,7 +74,7 @@ void PrepareChild()
     ::dup2(null, STDOUT_FILENO);
     ::dup2(null, STDERR_FILENO);
     for (const int signal : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGALRM})
-        std::signal(signal, &StoreAndEnd);
+        std::signal(signal, &StoreModuleAndRaise);
     ::alarm(c_childSeconds);
 }
 
@@ -90,10 +90,10 @@ void PrepareChild()
     ::_exit(attempt.Failures() > 0 || testing::Test::HasFailure() ? 1 : 0);
 }
 
-Outcome OutcomeOf(int status)
+Outcome GetOutcome(int status)
 {
     if (WIFEXITED(status) && s_report->isComplete)
-        return WEXITSTATUS(status) == 0 ? Kept : Wrong;
+        return WEXITSTATUS(status) == 0 ? AsPromised : Wrong;
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM ? Hung : Ended;
 }
 
@@ -114,7 +114,7 @@ Outcome RunInChild(const Operation& operation, Persistence persistence, long ind
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
     RemoveLogOf(child);
-    return OutcomeOf(status);
+    return GetOutcome(status);
 }
 
 class ForeignAllocationTest : public testing::Test {
@@ -134,18 +134,18 @@ protected:
     }
 
     // Counts the outcome. Returns whether an allocation failed.
-    bool Try(const Operation& operation, Persistence persistence, long index)
+    bool RunAndCount(const Operation& operation, Persistence persistence, long index)
     {
         const Outcome outcome = RunInChild(operation, persistence, index);
         if (!s_report->hasFailed) {
             // Reported at the end, because the children inherit the test failures of this process.
-            if (outcome != Kept)
-                m_failedWithMemory.emplace_back(operation.name);
+            if (outcome != AsPromised)
+                m_failedWithEnoughMemory.emplace_back(operation.name);
             return false;
         }
         ++m_counts[s_report->module.data()][outcome];
-        ++m_points;
-        if (outcome != Kept)
+        ++m_failedAllocations;
+        if (outcome != AsPromised)
             Print(operation, persistence, index, outcome);
         return true;
     }
@@ -153,9 +153,10 @@ protected:
     // Tries the first allocation of each operation, or all of them under script/soak.
     void Sweep(Persistence persistence)
     {
-        const long most = SoakRounds(1, std::numeric_limits<int>::max());
+        const long maxAllocations = SoakRounds(1, std::numeric_limits<int>::max());
         for (const Operation& operation : Operations()) {
-            for (long index = 0; index < most && Try(operation, persistence, index);)
+            for (long index = 0;
+                 index < maxAllocations && RunAndCount(operation, persistence, index);)
                 ++index;
         }
     }
@@ -164,7 +165,7 @@ protected:
     {
         for (const auto& [module, counts] : m_counts) {
             std::string line = std::string(how) + ", " + module;
-            for (const Outcome outcome : {Kept, Wrong, Ended, Hung})
+            for (const Outcome outcome : {AsPromised, Wrong, Ended, Hung})
                 line += ", " + std::to_string(counts[outcome]) + " " + c_outcomes[outcome];
             Covered(line);
         }
@@ -174,8 +175,8 @@ protected:
     TempDir m_dir;
     ScopedEnvironment m_temporary{"TMPDIR", m_dir.Path().string()};
     std::map<std::string, Counts> m_counts;
-    std::vector<std::string> m_failedWithMemory;
-    long m_points = 0;
+    std::vector<std::string> m_failedWithEnoughMemory;
+    long m_failedAllocations = 0;
 
 private:
     static void Print(const Operation& operation, Persistence persistence, long index,
@@ -184,29 +185,29 @@ private:
         std::printf("%s, allocation %ld%s, %s: %s\n", operation.name, index,
                     persistence == Persistence::Once ? "" : " and all after it",
                     s_report->module.data(), c_outcomes[outcome]);
-        // A child must not hold it too.
+        // A forked child must not inherit the buffered line.
         std::fflush(stdout);
     }
 };
 
-TEST_F(ForeignAllocationTest, CountsOutcomesOfSingleFailuresByCaller)
+TEST_F(ForeignAllocationTest, CountsOutcomesOfSingleFailuresPerModule)
 {
     ASSERT_TRUE(s_report);
     Sweep(Persistence::Once);
 
     PrintCounts("single failures");
-    EXPECT_GT(m_points, 80);
-    EXPECT_THAT(m_failedWithMemory, testing::IsEmpty());
+    EXPECT_GT(m_failedAllocations, 80);
+    EXPECT_THAT(m_failedWithEnoughMemory, testing::IsEmpty());
 }
 
-TEST_F(ForeignAllocationTest, CountsOutcomesWithoutAnyMoreMemoryByCaller)
+TEST_F(ForeignAllocationTest, CountsOutcomesOfLastingFailuresPerModule)
 {
     ASSERT_TRUE(s_report);
     Sweep(Persistence::FromThenOn);
 
     PrintCounts("no more memory");
-    EXPECT_GT(m_points, 80);
-    EXPECT_THAT(m_failedWithMemory, testing::IsEmpty());
+    EXPECT_GT(m_failedAllocations, 80);
+    EXPECT_THAT(m_failedWithEnoughMemory, testing::IsEmpty());
 }
 
 } // namespace

@@ -33,7 +33,7 @@ void Inserts(Attempt& attempt, Insert insert)
     const std::size_t count = log.Pieces().size();
     attempt.Expect(count == 1, count == 0);
     insert(ILogger::GetLogger());
-    attempt.Always(log.Pieces().size() == count + 1);
+    attempt.ExpectAlways(log.Pieces().size() == count + 1);
 }
 
 template <typename Value>
@@ -42,31 +42,31 @@ void InsertsValue(Attempt& attempt, const Value& value)
     Inserts(attempt, [&](ILogger& logger) { logger << value; });
 }
 
-void LineBegun(Attempt& attempt)
+void WritesLine(Attempt& attempt)
 {
     CapturedLog log;
     attempt.Run([&] { TOOLKIT_LOG(SeverityError) << c_text << ILogger::c_strLogToken3; });
     attempt.Expect(log.Pieces().size() == 10, log.Pieces().size() < 10);
 }
 
-void SeveritySet(Attempt& attempt)
+void SetsSeverity(Attempt& attempt)
 {
     NullLogger logger;
     attempt.Run([&] { logger << SetSeverity(SeverityInfo); });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void NullMade(Attempt& attempt)
+void UsesNullLogger(Attempt& attempt)
 {
     attempt.Run([&] {
         NullLogger logger;
         logger.Write(c_text);
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
 template <typename Logger>
-void StandardMade(Attempt& attempt)
+void UsesOutputLogger(Attempt& attempt)
 {
     static const TString<wchar_t> nothing;
     attempt.Run([&] {
@@ -76,24 +76,24 @@ void StandardMade(Attempt& attempt)
     attempt.Expect(true, true);
 }
 
-void Made(Attempt& attempt)
+void CreatesLogger(Attempt& attempt)
 {
     smart_ptr<ILogger> logger;
     attempt.Run([&] { logger = ILogger::Create(); });
     attempt.Expect(logger.IsValid(), !logger.IsValid());
 }
 
-void Installed(Attempt& attempt)
+void CreatesInstance(Attempt& attempt)
 {
     ILogger::ReleaseInstance();
     attempt.Run([] { ILogger::CreateInstance(); });
     attempt.Expect(ILogger::GetInstance().IsValid(), !ILogger::GetInstance().IsValid());
     ILogger::GetLogger() << c_text;
     ILogger::CreateInstance();
-    attempt.Always(ILogger::GetInstance().IsValid());
+    attempt.ExpectAlways(ILogger::GetInstance().IsValid());
 }
 
-void Replaced(Attempt& attempt)
+void ReplacesLogger(Attempt& attempt)
 {
     ILogger::CreateInstance();
     const smart_ptr<ILogger> logger(new NullLogger());
@@ -103,10 +103,10 @@ void Replaced(Attempt& attempt)
     attempt.Expect(ILogger::GetInstance().Get() != logger.Get(),
                    ILogger::GetInstance().Get() == logger.Get());
     ILogger::SetLogger(logger);
-    attempt.Always(ILogger::GetInstance().Get() == logger.Get());
+    attempt.ExpectAlways(ILogger::GetInstance().Get() == logger.Get());
 }
 
-void LetGo(Attempt& attempt)
+void ReleasesInstance(Attempt& attempt)
 {
     ILogger::CreateInstance();
     attempt.Run([] {
@@ -115,10 +115,10 @@ void LetGo(Attempt& attempt)
         static_cast<void>(ILogger::GetInstance());
         static_cast<void>(ILogger::GetLogger());
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void ForwarderUsed(Attempt& attempt)
+void ForwardsMessage(Attempt& attempt)
 {
     static const FrameworkHold hold;
     CapturedLog log;
@@ -130,52 +130,52 @@ void ForwarderUsed(Attempt& attempt)
     attempt.Expect(log.Pieces().size() == 9, log.Pieces().size() < 9);
 }
 
-void ForwarderMade(Attempt& attempt)
+void ConstructsForwarder(Attempt& attempt)
 {
     static const FrameworkHold hold;
     wxLog::SetActiveTarget(nullptr);
-    bool isMade = false;
+    bool isCreated = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
             const WxLogForwarder forwarder;
-            isMade = true;
+            isCreated = true;
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
 // Returns the name of a log file that only this process uses.
-TString<wchar_t> LogName()
+TString<wchar_t> GetLogName()
 {
     return TString<wchar_t>(L"out-of-memory-sweep-" + std::to_wstring(::getpid()));
 }
 
-std::filesystem::path LogPath()
+std::filesystem::path GetLogPath()
 {
-    return std::filesystem::path("/tmp") / (std::wstring(LogName()) + L".qvlog");
+    return std::filesystem::path("/tmp") / (std::wstring(GetLogName()) + L".qvlog");
 }
 
-void FileLogged(Attempt& attempt)
+void LogsToFile(Attempt& attempt)
 {
     static const FrameworkHold hold;
     PathManager::CreateInstance();
-    const TString<wchar_t> name = LogName();
+    const TString<wchar_t> name = GetLogName();
     std::unique_ptr<FileLogger> logger;
-    const bool isMade = attempt.Run(Rule::BadAlloc, [&] {
+    const bool isCreated = attempt.Run(Rule::BadAlloc, [&] {
         logger = std::make_unique<FileLogger>(SeverityVerbose, name, 1000000u);
         logger->Write(c_text);
         logger.reset();
     });
     // The text may be lost, but the log is never written to the root directory.
     std::error_code ignored;
-    const bool isWritten = std::filesystem::file_size(LogPath(), ignored) == c_text.size();
-    attempt.Expect(isMade && isWritten, !std::filesystem::exists("/" / LogPath().filename()));
-    std::filesystem::remove(LogPath(), ignored);
+    const bool isWritten = std::filesystem::file_size(GetLogPath(), ignored) == c_text.size();
+    attempt.Expect(isCreated && isWritten, !std::filesystem::exists("/" / GetLogPath().filename()));
+    std::filesystem::remove(GetLogPath(), ignored);
 }
 
-void FileLoggerAsked(Attempt& attempt)
+void GetsLogPath(Attempt& attempt)
 {
     static const FrameworkHold hold;
     PathManager::CreateInstance();
-    FileLogger logger(SeverityVerbose, LogName(), 1000000u);
+    FileLogger logger(SeverityVerbose, GetLogName(), 1000000u);
     logger.GetPath(5000);
     TString<wchar_t> path;
     attempt.Run([&] {
@@ -184,46 +184,46 @@ void FileLoggerAsked(Attempt& attempt)
     });
     attempt.Expect(!path.empty(), path.empty());
     std::error_code ignored;
-    std::filesystem::remove(LogPath(), ignored);
+    std::filesystem::remove(GetLogPath(), ignored);
 }
 
-constexpr long c_fewPoints = 6;
+constexpr long c_fewAllocations = 6;
 
 } // namespace
 
 std::vector<Operation> LogOperations()
 {
     std::vector<Operation> operations = {
-        {"Toolkit::BeginLogLine", LineBegun},
-        {"Toolkit::ILogger::operator<<", SeveritySet},
-        {"Toolkit::ILogger::ILogger", NullMade},
-        {"Toolkit::ILogger::~ILogger", NullMade},
-        {"Toolkit::NullLogger::NullLogger", NullMade},
-        {"Toolkit::NullLogger::~NullLogger", NullMade},
-        {"Toolkit::NullLogger::Write", NullMade},
-        {"Toolkit::ConsoleLogger::ConsoleLogger", StandardMade<ConsoleLogger>},
-        {"Toolkit::ConsoleLogger::~ConsoleLogger", StandardMade<ConsoleLogger>},
-        {"Toolkit::ConsoleLogger::Write", StandardMade<ConsoleLogger>},
-        {"Toolkit::DebuggerLogger::DebuggerLogger", StandardMade<DebuggerLogger>},
-        {"Toolkit::DebuggerLogger::~DebuggerLogger", StandardMade<DebuggerLogger>},
-        {"Toolkit::DebuggerLogger::Write", StandardMade<DebuggerLogger>},
-        {"Toolkit::ILogger::Create", Made},
-        {"Toolkit::ILogger::CreateInstance", Installed},
-        {"Toolkit::ILogger::SetLogger", Replaced},
-        {"Toolkit::ILogger::GetInstance", LetGo},
-        {"Toolkit::ILogger::GetLogger", LetGo},
-        {"Toolkit::ILogger::ReleaseInstance", LetGo},
-        {"Toolkit::WxLogForwarder::WxLogForwarder", ForwarderMade},
-        {"Toolkit::WxLogForwarder::~WxLogForwarder", ForwarderMade},
-        {"Toolkit::WxLogForwarder::DoLog", ForwarderUsed},
-        {"Toolkit::WxLogForwarder::DoLogString", ForwarderUsed},
-        {"Toolkit::WxLogForwarder::DoLogRecord", ForwarderUsed},
+        {"Toolkit::BeginLogLine", WritesLine},
+        {"Toolkit::ILogger::operator<<", SetsSeverity},
+        {"Toolkit::ILogger::ILogger", UsesNullLogger},
+        {"Toolkit::ILogger::~ILogger", UsesNullLogger},
+        {"Toolkit::NullLogger::NullLogger", UsesNullLogger},
+        {"Toolkit::NullLogger::~NullLogger", UsesNullLogger},
+        {"Toolkit::NullLogger::Write", UsesNullLogger},
+        {"Toolkit::ConsoleLogger::ConsoleLogger", UsesOutputLogger<ConsoleLogger>},
+        {"Toolkit::ConsoleLogger::~ConsoleLogger", UsesOutputLogger<ConsoleLogger>},
+        {"Toolkit::ConsoleLogger::Write", UsesOutputLogger<ConsoleLogger>},
+        {"Toolkit::DebuggerLogger::DebuggerLogger", UsesOutputLogger<DebuggerLogger>},
+        {"Toolkit::DebuggerLogger::~DebuggerLogger", UsesOutputLogger<DebuggerLogger>},
+        {"Toolkit::DebuggerLogger::Write", UsesOutputLogger<DebuggerLogger>},
+        {"Toolkit::ILogger::Create", CreatesLogger},
+        {"Toolkit::ILogger::CreateInstance", CreatesInstance},
+        {"Toolkit::ILogger::SetLogger", ReplacesLogger},
+        {"Toolkit::ILogger::GetInstance", ReleasesInstance},
+        {"Toolkit::ILogger::GetLogger", ReleasesInstance},
+        {"Toolkit::ILogger::ReleaseInstance", ReleasesInstance},
+        {"Toolkit::WxLogForwarder::WxLogForwarder", ConstructsForwarder},
+        {"Toolkit::WxLogForwarder::~WxLogForwarder", ConstructsForwarder},
+        {"Toolkit::WxLogForwarder::DoLog", ForwardsMessage},
+        {"Toolkit::WxLogForwarder::DoLogString", ForwardsMessage},
+        {"Toolkit::WxLogForwarder::DoLogRecord", ForwardsMessage},
         // Each takes half a second, while the writer waits for more text.
-        {"Toolkit::FileLogger::FileLogger", FileLogged, c_fewPoints},
-        {"Toolkit::FileLogger::~FileLogger", FileLogged, c_fewPoints},
-        {"Toolkit::FileLogger::DoWork", FileLogged, c_fewPoints},
-        {"Toolkit::FileLogger::Write", FileLoggerAsked, c_fewPoints},
-        {"Toolkit::FileLogger::GetPath", FileLoggerAsked, c_fewPoints},
+        {"Toolkit::FileLogger::FileLogger", LogsToFile, c_fewAllocations},
+        {"Toolkit::FileLogger::~FileLogger", LogsToFile, c_fewAllocations},
+        {"Toolkit::FileLogger::DoWork", LogsToFile, c_fewAllocations},
+        {"Toolkit::FileLogger::Write", GetsLogPath, c_fewAllocations},
+        {"Toolkit::FileLogger::GetPath", GetsLogPath, c_fewAllocations},
     };
     const auto add = [&operations](void (*run)(Attempt&)) {
         operations.push_back({"Toolkit::ILogger::operator<<", run});

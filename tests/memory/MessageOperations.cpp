@@ -15,7 +15,7 @@ namespace {
 
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
 
-const TString<wchar_t>& Service()
+const TString<wchar_t>& GetService()
 {
     static const FrameworkHold hold;
     static const TempDir directory;
@@ -32,74 +32,74 @@ private:
     int& m_calls;
 };
 
-void ServerMade(Attempt& attempt)
+void ConstructsServer(Attempt& attempt)
 {
-    const TString<wchar_t>& service = Service();
+    const TString<wchar_t>& service = GetService();
     std::unique_ptr<IPCServer> server;
-    bool isRun = false;
-    const bool isMade = attempt.Run(Rule::BadAlloc, [&] {
+    bool isRunning = false;
+    const bool isCreated = attempt.Run(Rule::BadAlloc, [&] {
         server = std::make_unique<IPCServer>(service);
-        isRun = server->Run();
+        isRunning = server->Run();
     });
-    if (isMade)
-        attempt.Expect(isRun, !isRun);
+    if (isCreated)
+        attempt.Expect(isRunning, !isRunning);
     server.reset();
     IPCServer again(service);
-    attempt.Always(again.Run());
+    attempt.ExpectAlways(again.Run());
 }
 
-void ServerRun(Attempt& attempt)
+void RunsServer(Attempt& attempt)
 {
-    IPCServer server(Service());
-    bool isRun = false;
-    attempt.Run([&] { isRun = server.Run(); });
-    attempt.Expect(isRun, !isRun);
-    attempt.Always(isRun || server.Run());
+    IPCServer server(GetService());
+    bool isRunning = false;
+    attempt.Run([&] { isRunning = server.Run(); });
+    attempt.Expect(isRunning, !isRunning);
+    attempt.ExpectAlways(isRunning || server.Run());
 }
 
-void ServerEnded(Attempt& attempt)
+void DestroysServer(Attempt& attempt)
 {
-    auto server = std::make_unique<IPCServer>(Service());
+    auto server = std::make_unique<IPCServer>(GetService());
     server->Run();
     attempt.Run([&] { server.reset(); });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void TextDelivered(Attempt& attempt)
+void DeliversMessage(Attempt& attempt)
 {
-    IPCServer server(Service());
+    IPCServer server(GetService());
     int calls = 0;
     const smart_ptr<IPCConnectionEvent> listener(new Listener(calls));
     server.AddListener(listener);
     attempt.Run([&] { server.SendExecuteEvent(c_text); });
-    attempt.Always(!attempt.HasFailed() && calls == 1);
+    attempt.ExpectAlways(!attempt.HasFailed() && calls == 1);
 }
 
-void ClientWithoutServer(Attempt& attempt)
+void ConnectsWithoutServer(Attempt& attempt)
 {
-    const TString<wchar_t>& service = Service();
+    const TString<wchar_t>& service = GetService();
     bool isSent = true;
     attempt.Run([&] { isSent = IPCClient::Connect(service, c_text); });
-    attempt.Always(!isSent);
+    attempt.ExpectAlways(!isSent);
 }
 
-void ServiceAsked(Attempt& attempt)
+void ChecksService(Attempt& attempt)
 {
-    const TString<wchar_t>& service = Service();
+    const TString<wchar_t>& service = GetService();
     bool isServed = true;
     attempt.Run([&] { isServed = IPCClient::IsServed(service); });
-    attempt.Always(!isServed);
+    attempt.ExpectAlways(!isServed);
 }
 
-void SocketPath(Attempt& attempt)
+void GetsSocketPath(Attempt& attempt)
 {
-    const TString<wchar_t>& service = Service();
+    const TString<wchar_t>& service = GetService();
     TString<wchar_t> path;
     attempt.Run([&] { path = IPCServer::GetSocketPath(service); });
     attempt.Expect(!path.empty(), path.empty());
 }
 
-void OwnSocketPath(Attempt& attempt)
+void GetsDefaultSocketPath(Attempt& attempt)
 {
     PathManager::CreateInstance();
     TString<wchar_t> path;
@@ -112,15 +112,15 @@ void OwnSocketPath(Attempt& attempt)
 std::vector<Operation> MessageOperations()
 {
     return {
-        {"Toolkit::IPCServer::IPCServer", ServerMade},
-        {"Toolkit::IPCServer::~IPCServer", ServerEnded},
-        {"Toolkit::IPCServer::Run", ServerRun},
-        {"Toolkit::IPCServer::SendExecuteEvent", TextDelivered},
-        {"Toolkit::IPCServer::GetSocketPath", SocketPath},
-        {"Toolkit::IPCServer::GetSocketPath", OwnSocketPath},
-        {"Toolkit::IPCConnectionEvent::~IPCConnectionEvent", TextDelivered},
-        {"Toolkit::IPCClient::Connect", ClientWithoutServer},
-        {"Toolkit::IPCClient::IsServed", ServiceAsked},
+        {"Toolkit::IPCServer::IPCServer", ConstructsServer},
+        {"Toolkit::IPCServer::~IPCServer", DestroysServer},
+        {"Toolkit::IPCServer::Run", RunsServer},
+        {"Toolkit::IPCServer::SendExecuteEvent", DeliversMessage},
+        {"Toolkit::IPCServer::GetSocketPath", GetsSocketPath},
+        {"Toolkit::IPCServer::GetSocketPath", GetsDefaultSocketPath},
+        {"Toolkit::IPCConnectionEvent::~IPCConnectionEvent", DeliversMessage},
+        {"Toolkit::IPCClient::Connect", ConnectsWithoutServer},
+        {"Toolkit::IPCClient::IsServed", ChecksService},
     };
 }
 

@@ -18,10 +18,10 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-long s_points = 0;
+long s_failedAllocations = 0;
 
 // Returns a name that GoogleTest accepts.
-std::string TestName(const testing::TestParamInfo<std::size_t>& info)
+std::string GetTestName(const testing::TestParamInfo<std::size_t>& info)
 {
     std::string name = Operations()[info.param].name;
     for (char& character : name) {
@@ -33,57 +33,57 @@ std::string TestName(const testing::TestParamInfo<std::size_t>& info)
 
 class OutOfMemorySweepTest : public testing::TestWithParam<std::size_t> {
 protected:
-    static void SetUpTestSuite() { s_world = std::make_unique<World>(); }
+    static void SetUpTestSuite() { s_environment = std::make_unique<Environment>(); }
 
     static void TearDownTestSuite()
     {
-        s_world.reset();
-        Covered(std::to_string(Operations().size()) + " operations, " + std::to_string(s_points) +
-                " failed allocations of the library");
+        s_environment.reset();
+        Covered(std::to_string(Operations().size()) + " operations, " +
+                std::to_string(s_failedAllocations) + " failed allocations of the library");
     }
 
     // Runs the operation until it succeeds, or has tried the sample.
     static void Sweep(Persistence persistence)
     {
         const Operation& operation = Operations()[GetParam()];
-        const long most =
+        const long maxAllocations =
             SoakRounds(static_cast<int>(operation.sample), std::numeric_limits<int>::max());
         bool hasFailed = true;
-        for (long index = 0; hasFailed && index < most; ++index) {
+        for (long index = 0; hasFailed && index < maxAllocations; ++index) {
             SCOPED_TRACE("allocation " + std::to_string(index));
             Attempt attempt(Origin::Library, persistence, index);
             operation.run(attempt);
             hasFailed = attempt.HasFailed();
-            s_points += hasFailed ? 1 : 0;
+            s_failedAllocations += hasFailed ? 1 : 0;
             if (attempt.Failures() > 0)
                 return;
         }
     }
 
 private:
-    struct World {
+    struct Environment {
         TempDir directory;
         ScopedEnvironment home{"HOME", directory.Path().string()};
         ScopedEnvironment temporary{"TMPDIR", directory.Path().string()};
     };
 
-    static std::unique_ptr<World> s_world;
+    static std::unique_ptr<Environment> s_environment;
 };
 
-std::unique_ptr<OutOfMemorySweepTest::World> OutOfMemorySweepTest::s_world;
+std::unique_ptr<OutOfMemorySweepTest::Environment> OutOfMemorySweepTest::s_environment;
 
-TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenOneAllocationFails)
+TEST_P(OutOfMemorySweepTest, FailsAsDocumentedWhenOneAllocationFails)
 {
     Sweep(Persistence::Once);
 }
 
-TEST_P(OutOfMemorySweepTest, FailsInItsOwnFormWhenNoMoreAllocationSucceeds)
+TEST_P(OutOfMemorySweepTest, FailsAsDocumentedWhenAllLaterAllocationsFail)
 {
     Sweep(Persistence::FromThenOn);
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, OutOfMemorySweepTest,
-                         testing::Range<std::size_t>(0, Operations().size()), TestName);
+                         testing::Range<std::size_t>(0, Operations().size()), GetTestName);
 
 } // namespace
 } // namespace Toolkit::TestSupport

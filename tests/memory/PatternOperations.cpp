@@ -16,51 +16,51 @@ const TString<char> c_subject = "aratherlongfirstword aratherlongsecondword";
 const TString<wchar_t> c_wideSubject = L"aratherlongfirstword aratherlongsecondword";
 const TString<char> c_long = "a text that is too long for the string itself";
 
-const RegExp& Expression()
+const RegExp& GetExpression()
 {
     static const RegExp expression(c_pattern, RegExpOptions::None);
     return expression;
 }
 
-void ExpressionMade(Attempt& attempt)
+void ConstructsExpression(Attempt& attempt)
 {
-    bool isMade = false;
+    bool isCreated = false;
     if (attempt.Run(Rule::RegExp, [&] {
             const RegExp expression(c_pattern, RegExpOptions::None);
-            isMade = true;
+            isCreated = true;
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
-void WideExpressionMade(Attempt& attempt)
+void ConstructsWideExpression(Attempt& attempt)
 {
-    bool isMade = false;
+    bool isCreated = false;
     if (attempt.Run(Rule::RegExp, [&] {
             const RegExp expression(c_widePattern, RegExpOptions::None);
-            isMade = true;
+            isCreated = true;
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
 template <typename Text>
-void Tests(Attempt& attempt, const Text& subject)
+void TestsMatch(Attempt& attempt, const Text& subject)
 {
     bool isMatch = false;
-    if (attempt.Run(Rule::RegExp, [&] { isMatch = Expression().IsMatch(subject); }))
+    if (attempt.Run(Rule::RegExp, [&] { isMatch = GetExpression().IsMatch(subject); }))
         attempt.Expect(isMatch);
-    attempt.Always(Expression().IsMatch(subject));
+    attempt.ExpectAlways(GetExpression().IsMatch(subject));
 }
 
 template <typename Text>
 void Matches(Attempt& attempt, const Text& subject)
 {
     smart_ptr<MatchResult> result;
-    if (attempt.Run(Rule::RegExp, [&] { result = Expression().Match(subject); }))
+    if (attempt.Run(Rule::RegExp, [&] { result = GetExpression().Match(subject); }))
         attempt.Expect(result->Count() == 3 && result->groups[2]->value == "aratherlongsecondword");
-    attempt.Always(Expression().Match(subject)->Count() == 3);
+    attempt.ExpectAlways(GetExpression().Match(subject)->Count() == 3);
 }
 
-void EngineAsked(Attempt& attempt)
+void GetsEngineVersion(Attempt& attempt)
 {
     TString<char> version;
     attempt.Run([&] { version = RegExp::GetEngineVersion(); });
@@ -93,7 +93,7 @@ void ReplacesByName(Attempt& attempt)
         attempt.Expect(text.size() == c_long.size() + 1);
 }
 
-void Steps(Attempt& attempt)
+void RunsSteps(Attempt& attempt)
 {
     RegExp expression(c_pattern, RegExpOptions::None);
     const smart_ptr<MatchResult> result(new MatchResult());
@@ -107,20 +107,20 @@ void Steps(Attempt& attempt)
         }))
         attempt.Expect(text.size() > c_long.size());
     else
-        attempt.Always(text == c_subject);
+        attempt.ExpectAlways(text == c_subject);
 }
 
 void Throws(Attempt& attempt)
 {
     static const TString<wchar_t> message = L"a message that is too long for the string itself";
-    const bool isSilent = attempt.Run(Rule::Results, [&] {
+    const bool hasReturned = attempt.Run(Rule::Results, [&] {
         try {
             RegExpException::Throw(message);
         } catch (const smart_ptr<RegExpException>& exception) {
-            attempt.Always(!exception->message.empty() && exception->function == "Throw");
+            attempt.ExpectAlways(!exception->message.empty() && exception->function == "Throw");
         }
     });
-    attempt.Always(isSilent);
+    attempt.ExpectAlways(hasReturned);
 }
 
 void ThrowsOutOfMemory(Attempt& attempt)
@@ -133,50 +133,50 @@ void ThrowsOutOfMemory(Attempt& attempt)
             isCaught = exception->function == "Throw";
         }
     });
-    attempt.Always(!attempt.HasFailed() && isCaught);
+    attempt.ExpectAlways(!attempt.HasFailed() && isCaught);
 }
 
-void ExceptionMade(Attempt& attempt)
+void ConstructsException(Attempt& attempt)
 {
     attempt.Run([] { const RegExpException exception; });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void GroupMade(Attempt& attempt)
+void ConstructsGroup(Attempt& attempt)
 {
-    bool isMade = false;
-    if (attempt.Run(Rule::BadAlloc, [&] { isMade = Group(c_long, 1).value == c_long; }))
-        attempt.Expect(isMade);
+    bool isCreated = false;
+    if (attempt.Run(Rule::BadAlloc, [&] { isCreated = Group(c_long, 1).value == c_long; }))
+        attempt.Expect(isCreated);
 }
 
-void ResultMade(Attempt& attempt)
+void ConstructsResult(Attempt& attempt)
 {
     bool isSuccess = true;
     attempt.Run([&] {
         MatchResult result;
         isSuccess = result.Success();
     });
-    attempt.Always(!attempt.HasFailed() && !isSuccess);
+    attempt.ExpectAlways(!attempt.HasFailed() && !isSuccess);
 }
 
-void GroupAdded(Attempt& attempt)
+void AddsGroup(Attempt& attempt)
 {
     GroupCollection groups;
     const smart_ptr<Group> group(new Group(c_long, 0));
     const bool isAdded = attempt.Run(Rule::BadAlloc, [&] { groups.Add(group); });
-    attempt.Always(groups.Count() == (isAdded ? 1u : 0u));
+    attempt.ExpectAlways(groups.Count() == (isAdded ? 1u : 0u));
 }
 
-void GroupNamed(Attempt& attempt)
+void NamesGroup(Attempt& attempt)
 {
     GroupCollection groups;
     groups.Add(smart_ptr<Group>(new Group(c_long, 0)));
     const bool isNamed = attempt.Run(Rule::BadAlloc, [&] { groups.AddNamedGroupKey(c_long, 0); });
-    attempt.Always(groups.names.size() == (isNamed ? 1u : 0u) &&
-                   groups[0]->name == (isNamed ? c_long : TString<char>()));
+    attempt.ExpectAlways(groups.names.size() == (isNamed ? 1u : 0u) &&
+                         groups[0]->name == (isNamed ? c_long : TString<char>()));
 }
 
-void GroupsAsked(Attempt& attempt)
+void UsesGroups(Attempt& attempt)
 {
     auto groups = std::make_unique<GroupCollection>();
     groups->Add(smart_ptr<Group>(new Group(c_long, 0)));
@@ -189,7 +189,7 @@ void GroupsAsked(Attempt& attempt)
         groups.reset();
         const GroupCollection none;
     });
-    attempt.Always(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
 }
 
 } // namespace
@@ -197,35 +197,35 @@ void GroupsAsked(Attempt& attempt)
 std::vector<Operation> PatternOperations()
 {
     return {
-        {"Toolkit::RegExp::RegExp", ExpressionMade},
-        {"Toolkit::RegExp::RegExp", WideExpressionMade},
-        {"Toolkit::RegExp::GetEngineVersion", EngineAsked},
-        {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { Tests(attempt, c_subject); }},
-        {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { Tests(attempt, c_wideSubject); }},
+        {"Toolkit::RegExp::RegExp", ConstructsExpression},
+        {"Toolkit::RegExp::RegExp", ConstructsWideExpression},
+        {"Toolkit::RegExp::GetEngineVersion", GetsEngineVersion},
+        {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { TestsMatch(attempt, c_subject); }},
+        {"Toolkit::RegExp::IsMatch", [](Attempt& attempt) { TestsMatch(attempt, c_wideSubject); }},
         {"Toolkit::RegExp::Match", [](Attempt& attempt) { Matches(attempt, c_subject); }},
         {"Toolkit::RegExp::Match", [](Attempt& attempt) { Matches(attempt, c_wideSubject); }},
         {"Toolkit::RegExp::Replace", ReplacesWhole},
         {"Toolkit::RegExp::Replace", ReplacesByNumber},
         {"Toolkit::RegExp::Replace", ReplacesByName},
-        {"Toolkit::RegExp::RegExp_compile", Steps},
-        {"Toolkit::RegExp::RegExp_exec", Steps},
-        {"Toolkit::RegExp::RegExp_replace", Steps},
+        {"Toolkit::RegExp::RegExp_compile", RunsSteps},
+        {"Toolkit::RegExp::RegExp_exec", RunsSteps},
+        {"Toolkit::RegExp::RegExp_replace", RunsSteps},
         {"Toolkit::RegExpException::Throw", Throws},
         {"Toolkit::RegExpException::ThrowOutOfMemory", ThrowsOutOfMemory},
-        {"Toolkit::RegExpException::RegExpException", ExceptionMade},
-        {"Toolkit::RegExpException::~RegExpException", ExceptionMade},
-        {"Toolkit::Group::Group", GroupMade},
-        {"Toolkit::MatchResult::MatchResult", ResultMade},
-        {"Toolkit::MatchResult::~MatchResult", ResultMade},
-        {"Toolkit::MatchResult::Success", ResultMade},
-        {"Toolkit::GroupCollection::GroupCollection", GroupsAsked},
-        {"Toolkit::GroupCollection::~GroupCollection", GroupsAsked},
-        {"Toolkit::GroupCollection::Count", GroupsAsked},
-        {"Toolkit::GroupCollection::operator[]", GroupsAsked},
-        {"Toolkit::GroupCollection::GetGroup", GroupsAsked},
-        {"Toolkit::GroupCollection::Clear", GroupsAsked},
-        {"Toolkit::GroupCollection::Add", GroupAdded},
-        {"Toolkit::GroupCollection::AddNamedGroupKey", GroupNamed},
+        {"Toolkit::RegExpException::RegExpException", ConstructsException},
+        {"Toolkit::RegExpException::~RegExpException", ConstructsException},
+        {"Toolkit::Group::Group", ConstructsGroup},
+        {"Toolkit::MatchResult::MatchResult", ConstructsResult},
+        {"Toolkit::MatchResult::~MatchResult", ConstructsResult},
+        {"Toolkit::MatchResult::Success", ConstructsResult},
+        {"Toolkit::GroupCollection::GroupCollection", UsesGroups},
+        {"Toolkit::GroupCollection::~GroupCollection", UsesGroups},
+        {"Toolkit::GroupCollection::Count", UsesGroups},
+        {"Toolkit::GroupCollection::operator[]", UsesGroups},
+        {"Toolkit::GroupCollection::GetGroup", UsesGroups},
+        {"Toolkit::GroupCollection::Clear", UsesGroups},
+        {"Toolkit::GroupCollection::Add", AddsGroup},
+        {"Toolkit::GroupCollection::AddNamedGroupKey", NamesGroup},
     };
 }
 

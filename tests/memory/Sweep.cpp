@@ -27,7 +27,7 @@ std::string Describe(std::exception_ptr thrown)
 
 } // namespace
 
-bool Attempt::Judge(Rule rule, std::exception_ptr thrown)
+bool Attempt::CheckException(Rule rule, std::exception_ptr thrown)
 {
     if (!thrown)
         return true;

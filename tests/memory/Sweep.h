@@ -43,7 +43,7 @@ public:
             }
             m_hasFailed = AllocationFault::HasFailed();
         }
-        return Judge(rule, thrown);
+        return CheckException(rule, thrown);
     }
 
     /// Runs an operation that must not throw.
@@ -60,13 +60,13 @@ public:
     void Expect(bool success, bool failure = false);
 
     /// Expects `condition` whether or not an allocation failed.
-    void Always(bool condition) { Expect(condition, condition); }
+    void ExpectAlways(bool condition) { Expect(condition, condition); }
 
     /// Number of expectations that did not hold.
     int Failures() const { return m_failures; }
 
 private:
-    bool Judge(Rule rule, std::exception_ptr thrown);
+    bool CheckException(Rule rule, std::exception_ptr thrown);
 
     Origin m_origin;
     Persistence m_persistence;
@@ -78,21 +78,21 @@ private:
 /// Storage for one object, so that creating the object allocates only what its constructor
 /// allocates.
 template <typename Object>
-class Place {
+class Storage {
 public:
     template <typename... Arguments>
-    Object& Make(const Arguments&... arguments)
+    Object& Create(const Arguments&... arguments)
     {
         m_object = new (m_memory) Object(arguments...);
         return *m_object;
     }
-    ~Place()
+    ~Storage()
     {
         if (m_object)
             m_object->~Object();
     }
     /// Destroys the object.
-    void End()
+    void Destroy()
     {
         m_object->~Object();
         m_object = nullptr;

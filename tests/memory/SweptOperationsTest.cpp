@@ -12,7 +12,7 @@ namespace Toolkit::TestSupport {
 namespace {
 
 // Returns the name of a function without arguments and template arguments; empty for anything else.
-std::string NameOf(const std::string& symbol)
+std::string ExtractName(const std::string& symbol)
 {
     if (symbol.starts_with("typeinfo") || symbol.starts_with("vtable") ||
         symbol.starts_with("non-virtual") || symbol.starts_with("guard") ||
@@ -31,7 +31,7 @@ std::string NameOf(const std::string& symbol)
 }
 
 // Returns private functions that are tested through the public operations that call them.
-const std::set<std::string>& PrivateNames()
+const std::set<std::string>& GetPrivateNames()
 {
     static const std::set<std::string> names = [] {
         std::ifstream file(PRIVATE_OPERATIONS);
@@ -43,25 +43,25 @@ const std::set<std::string>& PrivateNames()
     return names;
 }
 
-std::map<std::string, int> ExportedNames()
+std::map<std::string, int> ReadExportedNames()
 {
     std::ifstream file(EXPORTED_SYMBOLS);
     std::map<std::string, int> names;
     for (std::string line; std::getline(file, line);) {
-        const std::string name = NameOf(line);
-        if (!name.empty() && PrivateNames().count(name) == 0)
+        const std::string name = ExtractName(line);
+        if (!name.empty() && GetPrivateNames().count(name) == 0)
             ++names[name];
     }
     return names;
 }
 
-TEST(SweptOperationsTest, SweepsEveryExportedOperation)
+TEST(SweptOperationsTest, IncludesEveryExportedOperation)
 {
     std::map<std::string, int> swept;
     for (const Operation& operation : Operations())
         ++swept[operation.name];
 
-    const std::map<std::string, int> exported = ExportedNames();
+    const std::map<std::string, int> exported = ReadExportedNames();
     ASSERT_GT(exported.size(), 250u);
     for (const auto& [name, overloads] : exported)
         EXPECT_GE(swept[name], overloads) << name;
@@ -72,9 +72,9 @@ TEST(SweptOperationsTest, ListsOnlyExportedOperationsAsPrivate)
     std::set<std::string> names;
     std::ifstream file(EXPORTED_SYMBOLS);
     for (std::string line; std::getline(file, line);)
-        names.insert(NameOf(line));
+        names.insert(ExtractName(line));
 
-    for (const std::string& name : PrivateNames())
+    for (const std::string& name : GetPrivateNames())
         EXPECT_EQ(names.count(name), 1u) << name;
 }
 

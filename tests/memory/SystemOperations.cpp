@@ -30,18 +30,18 @@ namespace {
 
 // Creates the process-wide object of a class; if that fails, there is none.
 template <typename Class>
-void Created(Attempt& attempt)
+void CreatesInstance(Attempt& attempt)
 {
     Class::ReleaseInstance();
     attempt.Run([] { Class::CreateInstance(); });
     attempt.Expect(Class::GetInstance().IsValid(), !Class::GetInstance().IsValid());
     Class::CreateInstance();
-    attempt.Always(Class::GetInstance().IsValid());
+    attempt.ExpectAlways(Class::GetInstance().IsValid());
     Class::ReleaseInstance();
 }
 
 template <typename Class>
-void Released(Attempt& attempt)
+void ReleasesInstance(Attempt& attempt)
 {
     Class::CreateInstance();
     attempt.Run([] {
@@ -49,10 +49,10 @@ void Released(Attempt& attempt)
         Class::ReleaseInstance();
         static_cast<void>(Class::GetInstance());
     });
-    attempt.Always(!attempt.HasFailed() && !Class::GetInstance().IsValid());
+    attempt.ExpectAlways(!attempt.HasFailed() && !Class::GetInstance().IsValid());
 }
 
-void SystemAsked(Attempt& attempt)
+void QueriesSystem(Attempt& attempt)
 {
     const SystemInfo system;
     int platform = 0;
@@ -68,10 +68,10 @@ void SystemAsked(Attempt& attempt)
     });
     attempt.Expect(platform != SystemInfo::PlatformUnknown && major > 0 && minor >= 0,
                    platform == SystemInfo::PlatformUnknown || major == -1 || minor == -1);
-    attempt.Always(system.GetPlatform() != SystemInfo::PlatformUnknown);
+    attempt.ExpectAlways(system.GetPlatform() != SystemInfo::PlatformUnknown);
 }
 
-void SystemMade(Attempt& attempt)
+void ConstructsSystemInfo(Attempt& attempt)
 {
     // wxPlatformInfo starts a program to find the distribution.
     static const FrameworkHold hold;
@@ -80,10 +80,10 @@ void SystemMade(Attempt& attempt)
         const SystemInfo running;
         const SystemInfo other(platform);
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
-void ProcessStarted(Attempt& attempt)
+void StartsProcess(Attempt& attempt)
 {
     static const TString<wchar_t> program = L"/bin/true";
     static const TString<wchar_t> arguments = L"\"an argument that is longer than a string\"";
@@ -92,14 +92,14 @@ void ProcessStarted(Attempt& attempt)
     attempt.Expect(process > 0, process == ENOMEM);
 }
 
-void FrameworkAsked(Attempt& attempt)
+void GetsFrameworkVersion(Attempt& attempt)
 {
     TString<wchar_t> version;
     attempt.Run([&] { version = SystemInfo::GetFrameworkVersion(); });
     attempt.Expect(version.find(L"wxWidgets 3.") == 0, version.empty());
 }
 
-void VersionUsed(Attempt& attempt)
+void UsesVersion(Attempt& attempt)
 {
     static const TString<wchar_t> text = L"1000000000.2000000000.3000000000.4000000000";
     bool isRight = false;
@@ -110,10 +110,10 @@ void VersionUsed(Attempt& attempt)
         isRight = version == same && version > none && none < version &&
                   version.CompareVersion(text) == 0 && version.CompareVersion(none) == 1;
     });
-    attempt.Always(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
 }
 
-void VersionWritten(Attempt& attempt)
+void FormatsVersion(Attempt& attempt)
 {
     const Version version(1000000000u, 2000000000u, 3000000000u, 4000000000u);
     TString<wchar_t> text;
@@ -121,7 +121,7 @@ void VersionWritten(Attempt& attempt)
     attempt.Expect(text == L"1000000000.2000000000.3000000000.4000000000", text.empty());
 }
 
-void VersionMade(Attempt& attempt)
+void CreatesVersion(Attempt& attempt)
 {
     std::unique_ptr<Version> version;
     attempt.Run([&] { version.reset(Version::Create()); });
@@ -129,7 +129,7 @@ void VersionMade(Attempt& attempt)
 }
 
 // Starts a copy of this program, which exits immediately.
-void Restarted(Attempt& attempt)
+void Restarts(Attempt& attempt)
 {
     PathManager::ReleaseInstance();
     RestartManagment restart;
@@ -141,28 +141,28 @@ void Restarted(Attempt& attempt)
     PathManager::CreateInstance();
 }
 
-void RestartAsked(Attempt& attempt)
+void WaitsForPreviousProcess(Attempt& attempt)
 {
-    bool isWaited = true;
+    bool hasWaited = true;
     attempt.Run([&] {
         RestartManagment restart;
-        isWaited = restart.WaitingForPreviousProcessFinish() || restart.RestartProcessFinish();
+        hasWaited = restart.WaitingForPreviousProcessFinish() || restart.RestartProcessFinish();
     });
-    attempt.Always(!isWaited);
+    attempt.ExpectAlways(!hasWaited);
 }
 
-void InstanceMade(Attempt& attempt)
+void ChecksSingleInstance(Attempt& attempt)
 {
     static const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().string());
     PathManager::CreateInstance();
     bool isRunning = true;
     attempt.Run([&] { isRunning = SingleApplicationInstance().IsAlreadyRunning(); });
-    attempt.Always(!isRunning);
-    attempt.Always(!SingleApplicationInstance().IsAlreadyRunning());
+    attempt.ExpectAlways(!isRunning);
+    attempt.ExpectAlways(!SingleApplicationInstance().IsAlreadyRunning());
 }
 
-void LockNamed(Attempt& attempt)
+void GetsLockPath(Attempt& attempt)
 {
     static const TString<wchar_t> name = L"aratherlongnameofanapplication";
     TString<wchar_t> path;
@@ -170,22 +170,22 @@ void LockNamed(Attempt& attempt)
     attempt.Expect(path.find(L"/." + name + L".lock") != std::wstring::npos, path.empty());
 }
 
-void NetworkTested(Attempt& attempt)
+void TestsNetwork(Attempt& attempt)
 {
     static const TString<wchar_t> host = L"127.0.0.1";
-    bool isThere = true;
-    attempt.Run([&] { isThere = Network::TestConnection(host, 1, 100); });
-    attempt.Always(!isThere);
+    bool isReachable = true;
+    attempt.Run([&] { isReachable = Network::TestConnection(host, 1, 100); });
+    attempt.ExpectAlways(!isReachable);
 }
 
-void Ticks(Attempt& attempt)
+void GetsTicks(Attempt& attempt)
 {
     attempt.Run([] {
         static_cast<void>(GetTickCount());
         const MacAutoreleasePool pool;
         static_cast<void>(MacInitCocoa());
     });
-    attempt.Always(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasFailed());
 }
 
 // Modules.
@@ -199,27 +199,27 @@ public:
     int stops = 0;
 };
 
-void ManagerMade(Attempt& attempt)
+void ConstructsManager(Attempt& attempt)
 {
-    bool isMade = false;
+    bool isCreated = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
             const LibModuleManager manager;
-            isMade = true;
+            isCreated = true;
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
-void ModuleRegistered(Attempt& attempt)
+void RegistersModule(Attempt& attempt)
 {
     LibModuleManager manager;
     Module module;
     const bool isRegistered = attempt.Run(Rule::BadAlloc, [&] { manager.Register(&module); });
     manager.Initialize(false);
-    attempt.Always(module.starts == (isRegistered ? 1 : 0));
+    attempt.ExpectAlways(module.starts == (isRegistered ? 1 : 0));
     manager.Release(false);
 }
 
-void ModulesUsed(Attempt& attempt)
+void UsesModules(Attempt& attempt)
 {
     LibModuleManager manager;
     Module module;
@@ -233,14 +233,14 @@ void ModulesUsed(Attempt& attempt)
         static_cast<void>(LibModuleManager::GetInstance());
         LibModuleManager::CreateInstance();
     });
-    attempt.Always(!attempt.HasFailed() && module.starts == 1 && module.stops == 1 &&
-                   other.stops == 1);
+    attempt.ExpectAlways(!attempt.HasFailed() && module.starts == 1 && module.stops == 1 &&
+                         other.stops == 1);
 }
 
 // Unregisters itself while it is released.
-class Leaver : public LibModule {
+class SelfUnregisteringModule : public LibModule {
 public:
-    explicit Leaver(LibModuleManager& manager) : m_manager(manager) {}
+    explicit SelfUnregisteringModule(LibModuleManager& manager) : m_manager(manager) {}
     void Initialize() override { ++starts; }
     void Release() override { m_manager.Unregister(this); }
 
@@ -250,19 +250,19 @@ private:
     LibModuleManager& m_manager;
 };
 
-void ModuleUnregisteredWhileReleased(Attempt& attempt)
+void UnregistersModuleWhileReleasing(Attempt& attempt)
 {
     LibModuleManager manager;
-    Leaver module(manager);
+    SelfUnregisteringModule module(manager);
     manager.Register(&module);
     manager.Initialize(false);
     attempt.Run([&] { manager.Release(false); });
     manager.Initialize(false);
-    attempt.Always(!attempt.HasFailed() && module.starts == 1);
+    attempt.ExpectAlways(!attempt.HasFailed() && module.starts == 1);
     manager.Release(false);
 }
 
-void LibraryModule(Attempt& attempt)
+void InitializesLibraryModule(Attempt& attempt)
 {
     static const FrameworkHold hold;
     static const TempDir home;
@@ -274,50 +274,51 @@ void LibraryModule(Attempt& attempt)
     });
     ToolkitModule module;
     module.Initialize();
-    attempt.Always(PathManager::GetInstance().IsValid() && SystemInfo::GetInstance().IsValid());
+    attempt.ExpectAlways(PathManager::GetInstance().IsValid() &&
+                         SystemInfo::GetInstance().IsValid());
     module.Release();
 }
 
-void LibraryModuleReleased(Attempt& attempt)
+void ReleasesLibraryModule(Attempt& attempt)
 {
     static const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().string());
     ToolkitModule module;
     module.Initialize();
     attempt.Run([&] { module.Release(); });
-    attempt.Always(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
+    attempt.ExpectAlways(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
 }
 
-void Loaded(Attempt& attempt)
+void LoadsLibrary(Attempt& attempt)
 {
     DllToolkitUnload();
     attempt.Run(Rule::BadAlloc, [] { DllToolkitLoad(); });
     DllToolkitLoad();
     LibModuleManager* const manager = LibModuleManager::GetInstance();
-    attempt.Always(manager != nullptr);
+    attempt.ExpectAlways(manager != nullptr);
     // Initialize() works, so the library's module is registered.
     Version::ReleaseInstance();
     manager->Initialize(false);
-    attempt.Always(Version::GetInstance().IsValid());
+    attempt.ExpectAlways(Version::GetInstance().IsValid());
     manager->Release(false);
-    attempt.Always(!Version::GetInstance().IsValid());
+    attempt.ExpectAlways(!Version::GetInstance().IsValid());
 }
 
-void Unloaded(Attempt& attempt)
+void UnloadsLibrary(Attempt& attempt)
 {
     attempt.Run([] { DllToolkitUnload(); });
-    attempt.Always(!attempt.HasFailed() && LibModuleManager::GetInstance() == nullptr);
+    attempt.ExpectAlways(!attempt.HasFailed() && LibModuleManager::GetInstance() == nullptr);
     DllToolkitLoad();
 }
 
-void RegistryMade(Attempt& attempt)
+void CreatesRegistry(Attempt& attempt)
 {
     DllToolkitUnload();
     attempt.Run(Rule::BadAlloc, [] { LibModuleManager::CreateInstance(); });
     attempt.Expect(LibModuleManager::GetInstance() != nullptr, !LibModuleManager::GetInstance());
     LibModuleManager::CreateInstance();
     attempt.Run([] { LibModuleManager::ReleaseInstance(); });
-    attempt.Always(!LibModuleManager::GetInstance());
+    attempt.ExpectAlways(!LibModuleManager::GetInstance());
     DllToolkitLoad();
 }
 
@@ -326,70 +327,72 @@ void RegistryMade(Attempt& attempt)
 std::vector<Operation> SystemOperations()
 {
     return {
-        {"Toolkit::SystemInfo::SystemInfo", SystemMade},
-        {"Toolkit::SystemInfo::SystemInfo", SystemMade},
-        {"Toolkit::SystemInfo::GetPlatform", SystemAsked},
-        {"Toolkit::SystemInfo::GetOSMajorVersion", SystemAsked},
-        {"Toolkit::SystemInfo::GetOSMinorVersion", SystemAsked},
-        {"Toolkit::SystemInfo::GetFrameworkVersion", FrameworkAsked},
-        {"Toolkit::SystemInfo::HasAdministratorCredentials", SystemAsked},
-        {"Toolkit::SystemInfo::HasPowerUserCredentials", SystemAsked},
-        {"Toolkit::SystemInfo::CanElevateCredentialsUsingUAC", SystemAsked},
-        {"Toolkit::SystemInfo::StartProcess", ProcessStarted},
-        {"Toolkit::SystemInfo::CreateInstance", Created<SystemInfo>},
-        {"Toolkit::SystemInfo::GetInstance", Released<SystemInfo>},
-        {"Toolkit::SystemInfo::ReleaseInstance", Released<SystemInfo>},
-        {"Toolkit::Version::Version", VersionUsed},
-        {"Toolkit::Version::Version", VersionUsed},
-        {"Toolkit::Version::Version", VersionUsed},
-        {"Toolkit::Version::CompareVersion", VersionUsed},
-        {"Toolkit::Version::CompareVersion", VersionUsed},
-        {"Toolkit::Version::operator==", VersionUsed},
-        {"Toolkit::Version::operator<", VersionUsed},
-        {"Toolkit::Version::operator>", VersionUsed},
-        {"Toolkit::Version::ToString", VersionWritten},
-        {"Toolkit::Version::Create", VersionMade},
-        {"Toolkit::Version::CreateInstance", Created<Version>},
-        {"Toolkit::Version::GetInstance", Released<Version>},
-        {"Toolkit::Version::ReleaseInstance", Released<Version>},
-        {"Toolkit::RestartManagment::RestartManagment", RestartAsked},
-        {"Toolkit::RestartManagment::~RestartManagment", RestartAsked},
-        {"Toolkit::RestartManagment::ActivateRestartProcess", Restarted},
-        {"Toolkit::RestartManagment::WaitingForPreviousProcessFinish", RestartAsked},
-        {"Toolkit::RestartManagment::RestartProcessFinish", RestartAsked},
-        {"Toolkit::RestartManagment::CreateInstance", Created<RestartManagment>},
-        {"Toolkit::RestartManagment::GetInstance", Released<RestartManagment>},
-        {"Toolkit::RestartManagment::ReleaseInstance", Released<RestartManagment>},
-        {"Toolkit::SingleApplicationInstance::SingleApplicationInstance", InstanceMade},
-        {"Toolkit::SingleApplicationInstance::~SingleApplicationInstance", InstanceMade},
-        {"Toolkit::SingleApplicationInstance::IsAlreadyRunning", InstanceMade},
-        {"Toolkit::SingleApplicationInstance::GetLockPath", LockNamed},
-        {"Toolkit::SingleApplicationInstance::CreateInstance", Created<SingleApplicationInstance>},
-        {"Toolkit::SingleApplicationInstance::GetInstance", Released<SingleApplicationInstance>},
+        {"Toolkit::SystemInfo::SystemInfo", ConstructsSystemInfo},
+        {"Toolkit::SystemInfo::SystemInfo", ConstructsSystemInfo},
+        {"Toolkit::SystemInfo::GetPlatform", QueriesSystem},
+        {"Toolkit::SystemInfo::GetOSMajorVersion", QueriesSystem},
+        {"Toolkit::SystemInfo::GetOSMinorVersion", QueriesSystem},
+        {"Toolkit::SystemInfo::GetFrameworkVersion", GetsFrameworkVersion},
+        {"Toolkit::SystemInfo::HasAdministratorCredentials", QueriesSystem},
+        {"Toolkit::SystemInfo::HasPowerUserCredentials", QueriesSystem},
+        {"Toolkit::SystemInfo::CanElevateCredentialsUsingUAC", QueriesSystem},
+        {"Toolkit::SystemInfo::StartProcess", StartsProcess},
+        {"Toolkit::SystemInfo::CreateInstance", CreatesInstance<SystemInfo>},
+        {"Toolkit::SystemInfo::GetInstance", ReleasesInstance<SystemInfo>},
+        {"Toolkit::SystemInfo::ReleaseInstance", ReleasesInstance<SystemInfo>},
+        {"Toolkit::Version::Version", UsesVersion},
+        {"Toolkit::Version::Version", UsesVersion},
+        {"Toolkit::Version::Version", UsesVersion},
+        {"Toolkit::Version::CompareVersion", UsesVersion},
+        {"Toolkit::Version::CompareVersion", UsesVersion},
+        {"Toolkit::Version::operator==", UsesVersion},
+        {"Toolkit::Version::operator<", UsesVersion},
+        {"Toolkit::Version::operator>", UsesVersion},
+        {"Toolkit::Version::ToString", FormatsVersion},
+        {"Toolkit::Version::Create", CreatesVersion},
+        {"Toolkit::Version::CreateInstance", CreatesInstance<Version>},
+        {"Toolkit::Version::GetInstance", ReleasesInstance<Version>},
+        {"Toolkit::Version::ReleaseInstance", ReleasesInstance<Version>},
+        {"Toolkit::RestartManagment::RestartManagment", WaitsForPreviousProcess},
+        {"Toolkit::RestartManagment::~RestartManagment", WaitsForPreviousProcess},
+        {"Toolkit::RestartManagment::ActivateRestartProcess", Restarts},
+        {"Toolkit::RestartManagment::WaitingForPreviousProcessFinish", WaitsForPreviousProcess},
+        {"Toolkit::RestartManagment::RestartProcessFinish", WaitsForPreviousProcess},
+        {"Toolkit::RestartManagment::CreateInstance", CreatesInstance<RestartManagment>},
+        {"Toolkit::RestartManagment::GetInstance", ReleasesInstance<RestartManagment>},
+        {"Toolkit::RestartManagment::ReleaseInstance", ReleasesInstance<RestartManagment>},
+        {"Toolkit::SingleApplicationInstance::SingleApplicationInstance", ChecksSingleInstance},
+        {"Toolkit::SingleApplicationInstance::~SingleApplicationInstance", ChecksSingleInstance},
+        {"Toolkit::SingleApplicationInstance::IsAlreadyRunning", ChecksSingleInstance},
+        {"Toolkit::SingleApplicationInstance::GetLockPath", GetsLockPath},
+        {"Toolkit::SingleApplicationInstance::CreateInstance",
+         CreatesInstance<SingleApplicationInstance>},
+        {"Toolkit::SingleApplicationInstance::GetInstance",
+         ReleasesInstance<SingleApplicationInstance>},
         {"Toolkit::SingleApplicationInstance::ReleaseInstance",
-         Released<SingleApplicationInstance>},
-        {"Toolkit::Network::TestConnection", NetworkTested},
-        {"Toolkit::Network::TestNetwork", NetworkTested},
-        {"Toolkit::GetTickCount", Ticks},
-        {"MacAutoreleasePool::MacAutoreleasePool", Ticks},
-        {"MacAutoreleasePool::~MacAutoreleasePool", Ticks},
-        {"MacInitCocoa", Ticks},
-        {"Toolkit::LibModule::~LibModule", ModulesUsed},
-        {"Toolkit::LibModuleManager::LibModuleManager", ManagerMade},
-        {"Toolkit::LibModuleManager::~LibModuleManager", ManagerMade},
-        {"Toolkit::LibModuleManager::Register", ModuleRegistered},
-        {"Toolkit::LibModuleManager::Unregister", ModuleUnregisteredWhileReleased},
-        {"Toolkit::LibModuleManager::Initialize", ModulesUsed},
-        {"Toolkit::LibModuleManager::Release", ModulesUsed},
-        {"Toolkit::LibModuleManager::CreateInstance", RegistryMade},
-        {"Toolkit::LibModuleManager::GetInstance", ModulesUsed},
-        {"Toolkit::LibModuleManager::ReleaseInstance", RegistryMade},
-        {"Toolkit::ToolkitModule::ToolkitModule", LibraryModule},
-        {"Toolkit::ToolkitModule::~ToolkitModule", LibraryModule},
-        {"Toolkit::ToolkitModule::Initialize", LibraryModule},
-        {"Toolkit::ToolkitModule::Release", LibraryModuleReleased},
-        {"DllToolkitLoad", Loaded},
-        {"DllToolkitUnload", Unloaded},
+         ReleasesInstance<SingleApplicationInstance>},
+        {"Toolkit::Network::TestConnection", TestsNetwork},
+        {"Toolkit::Network::TestNetwork", TestsNetwork},
+        {"Toolkit::GetTickCount", GetsTicks},
+        {"MacAutoreleasePool::MacAutoreleasePool", GetsTicks},
+        {"MacAutoreleasePool::~MacAutoreleasePool", GetsTicks},
+        {"MacInitCocoa", GetsTicks},
+        {"Toolkit::LibModule::~LibModule", UsesModules},
+        {"Toolkit::LibModuleManager::LibModuleManager", ConstructsManager},
+        {"Toolkit::LibModuleManager::~LibModuleManager", ConstructsManager},
+        {"Toolkit::LibModuleManager::Register", RegistersModule},
+        {"Toolkit::LibModuleManager::Unregister", UnregistersModuleWhileReleasing},
+        {"Toolkit::LibModuleManager::Initialize", UsesModules},
+        {"Toolkit::LibModuleManager::Release", UsesModules},
+        {"Toolkit::LibModuleManager::CreateInstance", CreatesRegistry},
+        {"Toolkit::LibModuleManager::GetInstance", UsesModules},
+        {"Toolkit::LibModuleManager::ReleaseInstance", CreatesRegistry},
+        {"Toolkit::ToolkitModule::ToolkitModule", InitializesLibraryModule},
+        {"Toolkit::ToolkitModule::~ToolkitModule", InitializesLibraryModule},
+        {"Toolkit::ToolkitModule::Initialize", InitializesLibraryModule},
+        {"Toolkit::ToolkitModule::Release", ReleasesLibraryModule},
+        {"DllToolkitLoad", LoadsLibrary},
+        {"DllToolkitUnload", UnloadsLibrary},
     };
 }
 

@@ -25,64 +25,64 @@ void Converts(Attempt& attempt, Convert convert, const Result& expected)
     Result result;
     attempt.Run([&] { result = convert(); });
     attempt.Expect(result == expected, result.empty());
-    attempt.Always(Result(convert()) == expected);
+    attempt.ExpectAlways(Result(convert()) == expected);
 }
 
-void ToUtf8(Attempt& attempt)
+void EncodesUtf8(Attempt& attempt)
 {
     Converts<TString<char>>(
         attempt, [] { return UTF8::ToUTF8(c_wide); }, c_narrow);
 }
 
-void FromUtf8(Attempt& attempt)
+void DecodesUtf8(Attempt& attempt)
 {
     Converts<TString<wchar_t>>(
         attempt, [] { return UTF8::ToUNICODE(c_narrow); }, c_wide);
 }
 
-void ToUtf7(Attempt& attempt)
+void EncodesUtf7(Attempt& attempt)
 {
     Converts<TString<char>>(
         attempt, [] { return UTF7::ToUTF7(c_wide); }, c_narrow);
 }
 
-void FromUtf7(Attempt& attempt)
+void DecodesUtf7(Attempt& attempt)
 {
     Converts<TString<wchar_t>>(
         attempt, [] { return UTF7::ToUNICODE(c_narrow); }, c_wide);
 }
 
-void HasToBeUtf8(Attempt& attempt)
+void ChecksHasToBeUtf8(Attempt& attempt)
 {
     bool hasToBe = true;
     attempt.Run([&] { hasToBe = UTF8::HasToBeUTF8(c_wide); });
-    attempt.Always(!attempt.HasFailed() && !hasToBe);
+    attempt.ExpectAlways(!attempt.HasFailed() && !hasToBe);
 }
 
 const TString<wchar_t> c_quotable = L"a text, with = in it, and more than a few words";
 const TString<wchar_t> c_quoted = L"a=20text=2C=20with=20=3D=20in=20it=2C=20and=20more=20than=20a"
                                   L"=20few=20words";
 
-void ToQp(Attempt& attempt)
+void EncodesQp(Attempt& attempt)
 {
     Converts<TString<wchar_t>>(
         attempt, [] { return QP::ToQP(c_quotable); }, c_quoted);
 }
 
-void ToQpInLines(Attempt& attempt)
+void EncodesQpInLines(Attempt& attempt)
 {
     const TString<wchar_t> expected = QP::ToQP(c_quotable, 20, 20);
     Converts<TString<wchar_t>>(
         attempt, [] { return QP::ToQP(c_quotable, 20, 20); }, expected);
 }
 
-void FromQp(Attempt& attempt)
+void DecodesQp(Attempt& attempt)
 {
     Converts<TString<wchar_t>>(
         attempt, [] { return QP::ToUNICODE(c_quoted); }, c_quotable);
 }
 
-void HasToBeQp(Attempt& attempt)
+void ChecksHasToBeQp(Attempt& attempt)
 {
     static const TString<wchar_t> text = L"a text with a line feed\n and more than a few words";
     bool hasToBe = false;
@@ -90,20 +90,20 @@ void HasToBeQp(Attempt& attempt)
     attempt.Expect(hasToBe, !hasToBe);
 }
 
-void HasToBeQpNarrow(Attempt& attempt)
+void ChecksHasToBeQpNarrow(Attempt& attempt)
 {
     bool hasToBe = false;
     attempt.Run([&] { hasToBe = QP::HasToBeQP(c_narrow, 1, 76, false); });
-    attempt.Always(!attempt.HasFailed() && hasToBe);
+    attempt.ExpectAlways(!attempt.HasFailed() && hasToBe);
 }
 
 const unsigned char* const c_data = reinterpret_cast<const unsigned char*>("AB");
 const unsigned char* const c_code = reinterpret_cast<const unsigned char*>("QUI=");
 
-void Base64Array(Attempt& attempt,
-                 bool (*convert)(const unsigned char*, unsigned int, unsigned char**,
-                                 unsigned int*),
-                 const unsigned char* in, unsigned int length, const std::string& expected)
+void ConvertsBase64Array(Attempt& attempt,
+                         bool (*convert)(const unsigned char*, unsigned int, unsigned char**,
+                                         unsigned int*),
+                         const unsigned char* in, unsigned int length, const std::string& expected)
 {
     unsigned char* out = nullptr;
     unsigned int outLength = 99;
@@ -115,24 +115,24 @@ void Base64Array(Attempt& attempt,
 }
 
 // b64_decode_binary() encodes and b64_encode_binary() decodes, despite their names.
-void Base64Encoded(Attempt& attempt)
+void EncodesBase64(Attempt& attempt)
 {
-    Base64Array(attempt, b64_decode_binary, c_data, 2, "QUI=");
+    ConvertsBase64Array(attempt, b64_decode_binary, c_data, 2, "QUI=");
 }
 
-void Base64Decoded(Attempt& attempt)
+void DecodesBase64(Attempt& attempt)
 {
-    Base64Array(attempt, b64_encode_binary, c_code, 4, "AB");
+    ConvertsBase64Array(attempt, b64_encode_binary, c_code, 4, "AB");
 }
 
-void Base64Lengths(Attempt& attempt)
+void ComputesBase64Lengths(Attempt& attempt)
 {
     int sum = 0;
     attempt.Run([&] { sum = GetCodeLength(4) + GetDataLength(4); });
-    attempt.Always(!attempt.HasFailed() && sum == 11);
+    attempt.ExpectAlways(!attempt.HasFailed() && sum == 11);
 }
 
-void B64ToText(Attempt& attempt)
+void EncodesB64(Attempt& attempt)
 {
     const smart_ptr<Bytes> bytes(
         new Bytes(reinterpret_cast<const unsigned char*>("twelve bytes"), 12));
@@ -140,7 +140,7 @@ void B64ToText(Attempt& attempt)
         attempt, [&] { return B64::ToUNICODE(bytes); }, L"dHdlbHZlIGJ5dGVz");
 }
 
-void B64FromText(Attempt& attempt, const TString<wchar_t>& text, unsigned int expectedSize)
+void DecodesB64(Attempt& attempt, const TString<wchar_t>& text, unsigned int expectedSize)
 {
     smart_ptr<Bytes> bytes = smart_ptr<Bytes>::Empty();
     attempt.Run([&] { bytes = B64::ToB64(text); });
@@ -151,13 +151,13 @@ void B64FromText(Attempt& attempt, const TString<wchar_t>& text, unsigned int ex
     attempt.Expect(hasBytes && size == expectedSize, !hasBytes);
 }
 
-void B64FromTexts(Attempt& attempt)
+void DecodesShortAndLongB64(Attempt& attempt)
 {
-    B64FromText(attempt, L"dHdlbHZlIGJ5dGVz", 12);
+    DecodesB64(attempt, L"dHdlbHZlIGJ5dGVz", 12);
     // The same with several thousand characters.
     static const TString<wchar_t> longText(std::wstring(4000, L'Q'));
     if (!attempt.HasFailed())
-        B64FromText(attempt, longText, 3000);
+        DecodesB64(attempt, longText, 3000);
 }
 
 template <typename Text, typename Number>
@@ -190,7 +190,7 @@ const TString<wchar_t> c_longWideNumber = TString<wchar_t>(L"12." + std::wstring
         }                                                                                          \
     }
 
-void FromRight(Attempt& attempt)
+void GetsCharactersFromRight(Attempt& attempt)
 {
     Converts<TString<wchar_t>>(
         attempt, [] { return StringConvert::GetCharactersFromRight(c_wide, 20); },
@@ -206,14 +206,14 @@ void Compares(Attempt& attempt)
                  TString<char>::Empty().empty() && TString<wchar_t>::Empty().empty() &&
                  c_wideNumber.ToUint32() == 12 && c_wideNumber.ToInt32() == 12;
     });
-    attempt.Always(!attempt.HasFailed() && isSame);
+    attempt.ExpectAlways(!attempt.HasFailed() && isSame);
 }
 
 void TrimsAndLowersCase(Attempt& attempt)
 {
     TString<wchar_t> text = L"   A text that is too long for the string itself   ";
     attempt.Run([&] { text.Trim().ToLower(); });
-    attempt.Always(!attempt.HasFailed() && text == c_wide);
+    attempt.ExpectAlways(!attempt.HasFailed() && text == c_wide);
 }
 
 void Replaces(Attempt& attempt, const wchar_t* from, const wchar_t* to, const wchar_t* expected)
@@ -231,7 +231,7 @@ void ReplacesOneOccurrence(Attempt& attempt)
              L"a text that is as long as a longer line would be for the string itself");
 }
 
-void ReplacesWhatReplacementsCreate(Attempt& attempt)
+void ReplacesOccurrencesThatReplacementsCreate(Attempt& attempt)
 {
     TString<wchar_t> text(std::wstring(50, L'a') + L"b");
     const TString<wchar_t> before = text;
@@ -250,7 +250,7 @@ void SplitsIntoTokens(Attempt& attempt)
     attempt.Expect(isDone && tokens.size() == 5 && tokens.back() == L"r the string itself",
                    !isDone && tokens.empty());
     c_wide.GetTokens(delimiters, tokens, false);
-    attempt.Always(tokens.size() == 5);
+    attempt.ExpectAlways(tokens.size() == 5);
 }
 
 const wchar_t* c_wideArguments[] = {L"the path of a program with a name", L"-file",
@@ -308,8 +308,8 @@ void AddsOption(Attempt& attempt)
     bool isAdded = false;
     attempt.Run([&] { isAdded = parser.AddOption(option); });
     attempt.Expect(isAdded, !isAdded);
-    attempt.Always(isAdded || parser.AddOption(option));
-    attempt.Always(parser.Parse());
+    attempt.ExpectAlways(isAdded || parser.AddOption(option));
+    attempt.ExpectAlways(parser.Parse());
 }
 
 void ParsesOptions(Attempt& attempt)
@@ -320,15 +320,15 @@ void ParsesOptions(Attempt& attempt)
     bool isParsed = false;
     attempt.Run([&] { isParsed = parser.Parse(); });
     attempt.Expect(isParsed && option->IsDefined() && !option->GetValue().empty(), !isParsed);
-    attempt.Always(parser.Parse() && option->GetValue() == L"a file with quite a long name");
+    attempt.ExpectAlways(parser.Parse() && option->GetValue() == L"a file with quite a long name");
 }
 
 void ConstructsOption(Attempt& attempt)
 {
     static const TString<wchar_t> name = L"an option with a rather long name";
-    bool isMade = false;
-    if (attempt.Run(Rule::BadAlloc, [&] { isMade = CmdLineOption(name, true).IsRequired(); }))
-        attempt.Expect(isMade);
+    bool isCreated = false;
+    if (attempt.Run(Rule::BadAlloc, [&] { isCreated = CmdLineOption(name, true).IsRequired(); }))
+        attempt.Expect(isCreated);
 }
 
 } // namespace
@@ -336,22 +336,22 @@ void ConstructsOption(Attempt& attempt)
 std::vector<Operation> TextOperations()
 {
     return {
-        {"Toolkit::UTF8::ToUTF8", ToUtf8},
-        {"Toolkit::UTF8::ToUNICODE", FromUtf8},
-        {"Toolkit::UTF8::HasToBeUTF8", HasToBeUtf8},
-        {"Toolkit::UTF7::ToUTF7", ToUtf7},
-        {"Toolkit::UTF7::ToUNICODE", FromUtf7},
-        {"Toolkit::QP::ToQP", ToQp},
-        {"Toolkit::QP::ToQP", ToQpInLines},
-        {"Toolkit::QP::ToUNICODE", FromQp},
-        {"Toolkit::QP::HasToBeQP", HasToBeQp},
-        {"Toolkit::QP::HasToBeQP", HasToBeQpNarrow},
-        {"b64_decode_binary", Base64Encoded},
-        {"b64_encode_binary", Base64Decoded},
-        {"GetCodeLength", Base64Lengths},
-        {"GetDataLength", Base64Lengths},
-        {"Toolkit::B64::ToUNICODE", B64ToText},
-        {"Toolkit::B64::ToB64", B64FromTexts},
+        {"Toolkit::UTF8::ToUTF8", EncodesUtf8},
+        {"Toolkit::UTF8::ToUNICODE", DecodesUtf8},
+        {"Toolkit::UTF8::HasToBeUTF8", ChecksHasToBeUtf8},
+        {"Toolkit::UTF7::ToUTF7", EncodesUtf7},
+        {"Toolkit::UTF7::ToUNICODE", DecodesUtf7},
+        {"Toolkit::QP::ToQP", EncodesQp},
+        {"Toolkit::QP::ToQP", EncodesQpInLines},
+        {"Toolkit::QP::ToUNICODE", DecodesQp},
+        {"Toolkit::QP::HasToBeQP", ChecksHasToBeQp},
+        {"Toolkit::QP::HasToBeQP", ChecksHasToBeQpNarrow},
+        {"b64_decode_binary", EncodesBase64},
+        {"b64_encode_binary", DecodesBase64},
+        {"GetCodeLength", ComputesBase64Lengths},
+        {"GetDataLength", ComputesBase64Lengths},
+        {"Toolkit::B64::ToUNICODE", EncodesB64},
+        {"Toolkit::B64::ToB64", DecodesShortAndLongB64},
         PARSES(ToInt32, char, c_number, int),
         PARSES(ToInt32, wchar_t, c_wideNumber, int),
         PARSES(ToUint32, char, c_number, unsigned int),
@@ -372,7 +372,7 @@ std::vector<Operation> TextOperations()
         FORMATS(StringFromInt64, char, -1234567890123456789LL, "-1234567890123456789"),
         FORMATS(StringFromUInt64, char, 12345678901234567890ULL, "12345678901234567890"),
         FORMATS(StringFromDouble, char, 0.5, "0.5"),
-        {"Toolkit::StringConvert::GetCharactersFromRight", FromRight},
+        {"Toolkit::StringConvert::GetCharactersFromRight", GetsCharactersFromRight},
         {"TString::compareNoCase", Compares},
         {"TString::compareNoCase", Compares},
         {"TString::HasSubstring", Compares},
@@ -384,7 +384,7 @@ std::vector<Operation> TextOperations()
         {"TString::Trim", TrimsAndLowersCase},
         {"TString::ToLower", TrimsAndLowersCase},
         {"TString::Replace", ReplacesOneOccurrence},
-        {"TString::Replace", ReplacesWhatReplacementsCreate},
+        {"TString::Replace", ReplacesOccurrencesThatReplacementsCreate},
         {"TString::GetTokens", SplitsIntoTokens},
         {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<0>},
         {"Toolkit::CmdLineParser::CmdLineParser", ConstructsParserFrom<1>},

@@ -22,9 +22,9 @@ protected:
 };
 
 // Runs until it is asked to end.
-class Waiting : public Thread {
+class WaitingThread : public Thread {
 public:
-    ~Waiting() override
+    ~WaitingThread() override
     {
         Resume();
         Delete();
@@ -41,13 +41,13 @@ protected:
 };
 
 // Keeps wxWidgets started during the sweep, because its own allocations at start are not tested.
-const FrameworkHold& Hold()
+const FrameworkHold& HoldFramework()
 {
     static const FrameworkHold hold;
     return hold;
 }
 
-void MutexMade(Attempt& attempt)
+void ConstructsMutex(Attempt& attempt)
 {
     bool isLocked = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
@@ -57,7 +57,7 @@ void MutexMade(Attempt& attempt)
         attempt.Expect(isLocked);
 }
 
-void MutexUsed(Attempt& attempt)
+void UsesMutex(Attempt& attempt)
 {
     auto mutex = std::make_unique<Mutex>(false);
     bool isRight = false;
@@ -68,10 +68,10 @@ void MutexUsed(Attempt& attempt)
         isRight = mutex->Lock(10) && mutex->Unlock() && !mutex->Unlock();
         mutex.reset();
     });
-    attempt.Always(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
 }
 
-void EventMade(Attempt& attempt)
+void ConstructsEvent(Attempt& attempt)
 {
     bool isSignalled = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
@@ -81,7 +81,7 @@ void EventMade(Attempt& attempt)
         attempt.Expect(isSignalled);
 }
 
-void EventUsed(Attempt& attempt)
+void UsesEvent(Attempt& attempt)
 {
     auto event = std::make_unique<EventObject>(false, false);
     bool isRight = false;
@@ -92,7 +92,7 @@ void EventUsed(Attempt& attempt)
         isRight = isRight && !event->Wait(0);
         event.reset();
     });
-    attempt.Always(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
 }
 
 class Handler : public BackgroundOperationHandler {
@@ -105,14 +105,15 @@ private:
     int m_calls = 0;
 };
 
-void OperationMade(Attempt& attempt)
+void ConstructsOperation(Attempt& attempt)
 {
-    bool isMade = false;
-    if (attempt.Run(Rule::BadAlloc, [&] { isMade = BackgroundOperation(7).GetOperationId() == 7; }))
-        attempt.Expect(isMade);
+    bool isCreated = false;
+    if (attempt.Run(Rule::BadAlloc,
+                    [&] { isCreated = BackgroundOperation(7).GetOperationId() == 7; }))
+        attempt.Expect(isCreated);
 }
 
-void OperationUsed(Attempt& attempt)
+void UsesOperation(Attempt& attempt)
 {
     auto operation = std::make_unique<BackgroundOperation>(7);
     auto* const handler = new Handler();
@@ -126,21 +127,21 @@ void OperationUsed(Attempt& attempt)
         isRight = operation->Wait() && operation->GetLastOperationDate() > 0;
         operation.reset();
     });
-    attempt.Always(!attempt.HasFailed() && isRight && handler->Calls() == 2);
+    attempt.ExpectAlways(!attempt.HasFailed() && isRight && handler->Calls() == 2);
 }
 
-void ListenerAdded(Attempt& attempt)
+void AddsListener(Attempt& attempt)
 {
     BackgroundOperation operation(7);
     const smart_ptr<BackgroundOperationHandler> listener(new Handler());
     const bool isAdded = attempt.Run(Rule::BadAlloc, [&] { operation.AddListener(listener); });
-    attempt.Always(operation.RemoveListener(listener) == isAdded);
+    attempt.ExpectAlways(operation.RemoveListener(listener) == isAdded);
 }
 
 // Removes itself from the operation inside its own callback.
-class Leaver : public BackgroundOperationHandler {
+class SelfRemovingHandler : public BackgroundOperationHandler {
 public:
-    explicit Leaver(BackgroundOperation& operation) : m_operation(operation) {}
+    explicit SelfRemovingHandler(BackgroundOperation& operation) : m_operation(operation) {}
     void OnOperationStarted() override { isRemoved = m_operation.RemoveListener(self); }
     void OnOperationEnded() override { hasEnded = true; }
 
@@ -152,53 +153,54 @@ private:
     BackgroundOperation& m_operation;
 };
 
-void ListenerRemoved(Attempt& attempt)
+void RemovesListener(Attempt& attempt)
 {
     BackgroundOperation operation(7);
-    auto* const leaver = new Leaver(operation);
-    const smart_ptr<BackgroundOperationHandler> listener(leaver);
-    leaver->self = listener;
+    auto* const handler = new SelfRemovingHandler(operation);
+    const smart_ptr<BackgroundOperationHandler> listener(handler);
+    handler->self = listener;
     operation.AddListener(listener);
     attempt.Run([&] { operation.SendOperationStarted(); });
     operation.SendOperationEnded();
-    attempt.Expect(leaver->isRemoved && !leaver->hasEnded, !leaver->isRemoved && leaver->hasEnded);
-    leaver->self = smart_ptr<BackgroundOperationHandler>::Empty();
+    attempt.Expect(handler->isRemoved && !handler->hasEnded,
+                   !handler->isRemoved && handler->hasEnded);
+    handler->self = smart_ptr<BackgroundOperationHandler>::Empty();
 }
 
-void ThreadMade(Attempt& attempt)
+void ConstructsThread(Attempt& attempt)
 {
-    Hold();
-    bool isMade = false;
+    HoldFramework();
+    bool isCreated = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
             Worker worker;
-            isMade = !worker.IsRunning() && !worker.IsPaused();
+            isCreated = !worker.IsRunning() && !worker.IsPaused();
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
-void ThreadRun(Attempt& attempt)
+void RunsThread(Attempt& attempt)
 {
-    Hold();
+    HoldFramework();
     Worker worker;
-    bool isRun = false;
-    attempt.Run([&] { isRun = worker.Run(); });
-    attempt.Expect(isRun, !isRun);
-    attempt.Always(isRun || worker.Run());
+    bool isRunning = false;
+    attempt.Run([&] { isRunning = worker.Run(); });
+    attempt.Expect(isRunning, !isRunning);
+    attempt.ExpectAlways(isRunning || worker.Run());
     worker.Wait();
 }
 
-void ThreadDropped(Attempt& attempt)
+void DestroysThread(Attempt& attempt)
 {
-    Hold();
+    HoldFramework();
     auto worker = std::make_unique<Worker>();
     attempt.Run([&] { worker.reset(); });
-    attempt.Always(!worker);
+    attempt.ExpectAlways(!worker);
 }
 
-void ThreadUsed(Attempt& attempt)
+void UsesThread(Attempt& attempt)
 {
-    Hold();
-    auto thread = std::make_unique<Waiting>();
+    HoldFramework();
+    auto thread = std::make_unique<WaitingThread>();
     thread->Run();
     bool isRight = false;
     attempt.Run([&] {
@@ -209,28 +211,28 @@ void ThreadUsed(Attempt& attempt)
         Thread::Sleep(0);
         thread.reset();
     });
-    attempt.Always(!thread);
+    attempt.ExpectAlways(!thread);
     attempt.Expect(isRight, true);
 }
 
-void ThreadKilled(Attempt& attempt)
+void KillsThread(Attempt& attempt)
 {
-    Hold();
+    HoldFramework();
     Worker worker;
     wxThreadError result = wxTHREAD_NO_ERROR;
     attempt.Run([&] { result = worker.Kill(); });
-    attempt.Always(!attempt.HasFailed() && result == wxTHREAD_NOT_RUNNING);
+    attempt.ExpectAlways(!attempt.HasFailed() && result == wxTHREAD_NOT_RUNNING);
 }
 
-void Held(Attempt& attempt)
+void HoldsFramework(Attempt& attempt)
 {
-    Hold();
-    bool isMade = false;
+    HoldFramework();
+    bool isCreated = false;
     if (attempt.Run(Rule::BadAlloc, [&] {
             const FrameworkHold hold;
-            isMade = true;
+            isCreated = true;
         }))
-        attempt.Expect(isMade);
+        attempt.Expect(isCreated);
 }
 
 } // namespace
@@ -238,46 +240,46 @@ void Held(Attempt& attempt)
 std::vector<Operation> ThreadOperations()
 {
     return {
-        {"Toolkit::Mutex::Mutex", MutexMade},
-        {"Toolkit::Mutex::~Mutex", MutexUsed},
-        {"Toolkit::MutexInternal::MutexInternal", MutexMade},
-        {"Toolkit::MutexInternal::~MutexInternal", MutexUsed},
-        {"Toolkit::MutexInternal::Lock", MutexUsed},
-        {"Toolkit::MutexInternal::Unlock", MutexUsed},
-        {"Toolkit::EventObject::EventObject", EventMade},
-        {"Toolkit::EventObject::~EventObject", EventUsed},
-        {"Toolkit::EventObject::Signal", EventUsed},
-        {"Toolkit::EventObject::Reset", EventUsed},
-        {"Toolkit::EventObject::Wait", EventUsed},
-        {"Toolkit::BackgroundOperation::BackgroundOperation", OperationMade},
-        {"Toolkit::BackgroundOperation::~BackgroundOperation", OperationUsed},
-        {"Toolkit::BackgroundOperation::SendOperationStarted", OperationUsed},
-        {"Toolkit::BackgroundOperation::SendOperationEnded", OperationUsed},
-        {"Toolkit::BackgroundOperation::UpdateLastOperationDate", OperationUsed},
-        {"Toolkit::BackgroundOperation::GetLastOperationDate", OperationUsed},
-        {"Toolkit::BackgroundOperation::Wait", OperationUsed},
-        {"Toolkit::BackgroundOperationHandler::~BackgroundOperationHandler", OperationUsed},
-        {"Toolkit::EventNotifier::AddListener", ListenerAdded},
-        {"Toolkit::EventNotifier::RemoveListener", ListenerRemoved},
-        {"Toolkit::Thread::Thread", ThreadMade},
-        {"Toolkit::Thread::~Thread", ThreadDropped},
-        {"Toolkit::Thread::Run", ThreadRun},
-        {"Toolkit::Thread::Kill", ThreadKilled},
-        {"Toolkit::Thread::Entry", ThreadRun},
-        {"Toolkit::Thread::Pause", ThreadUsed},
-        {"Toolkit::Thread::Resume", ThreadUsed},
-        {"Toolkit::Thread::Wait", ThreadUsed},
-        {"Toolkit::Thread::Sleep", ThreadUsed},
-        {"Toolkit::Thread::GetId", ThreadUsed},
-        {"Toolkit::Thread::GetCurrentId", ThreadUsed},
-        {"Toolkit::Thread::IsMainThread", ThreadUsed},
-        {"Toolkit::Thread::IsPaused", ThreadUsed},
-        {"Toolkit::Thread::IsRunning", ThreadUsed},
-        {"Toolkit::Thread::TestDestroy", ThreadUsed},
-        {"Toolkit::Thread::OnDelete", ThreadUsed},
-        {"Toolkit::Thread::OnKill", ThreadUsed},
-        {"Toolkit::FrameworkHold::FrameworkHold", Held},
-        {"Toolkit::FrameworkHold::~FrameworkHold", Held},
+        {"Toolkit::Mutex::Mutex", ConstructsMutex},
+        {"Toolkit::Mutex::~Mutex", UsesMutex},
+        {"Toolkit::MutexInternal::MutexInternal", ConstructsMutex},
+        {"Toolkit::MutexInternal::~MutexInternal", UsesMutex},
+        {"Toolkit::MutexInternal::Lock", UsesMutex},
+        {"Toolkit::MutexInternal::Unlock", UsesMutex},
+        {"Toolkit::EventObject::EventObject", ConstructsEvent},
+        {"Toolkit::EventObject::~EventObject", UsesEvent},
+        {"Toolkit::EventObject::Signal", UsesEvent},
+        {"Toolkit::EventObject::Reset", UsesEvent},
+        {"Toolkit::EventObject::Wait", UsesEvent},
+        {"Toolkit::BackgroundOperation::BackgroundOperation", ConstructsOperation},
+        {"Toolkit::BackgroundOperation::~BackgroundOperation", UsesOperation},
+        {"Toolkit::BackgroundOperation::SendOperationStarted", UsesOperation},
+        {"Toolkit::BackgroundOperation::SendOperationEnded", UsesOperation},
+        {"Toolkit::BackgroundOperation::UpdateLastOperationDate", UsesOperation},
+        {"Toolkit::BackgroundOperation::GetLastOperationDate", UsesOperation},
+        {"Toolkit::BackgroundOperation::Wait", UsesOperation},
+        {"Toolkit::BackgroundOperationHandler::~BackgroundOperationHandler", UsesOperation},
+        {"Toolkit::EventNotifier::AddListener", AddsListener},
+        {"Toolkit::EventNotifier::RemoveListener", RemovesListener},
+        {"Toolkit::Thread::Thread", ConstructsThread},
+        {"Toolkit::Thread::~Thread", DestroysThread},
+        {"Toolkit::Thread::Run", RunsThread},
+        {"Toolkit::Thread::Kill", KillsThread},
+        {"Toolkit::Thread::Entry", RunsThread},
+        {"Toolkit::Thread::Pause", UsesThread},
+        {"Toolkit::Thread::Resume", UsesThread},
+        {"Toolkit::Thread::Wait", UsesThread},
+        {"Toolkit::Thread::Sleep", UsesThread},
+        {"Toolkit::Thread::GetId", UsesThread},
+        {"Toolkit::Thread::GetCurrentId", UsesThread},
+        {"Toolkit::Thread::IsMainThread", UsesThread},
+        {"Toolkit::Thread::IsPaused", UsesThread},
+        {"Toolkit::Thread::IsRunning", UsesThread},
+        {"Toolkit::Thread::TestDestroy", UsesThread},
+        {"Toolkit::Thread::OnDelete", UsesThread},
+        {"Toolkit::Thread::OnKill", UsesThread},
+        {"Toolkit::FrameworkHold::FrameworkHold", HoldsFramework},
+        {"Toolkit::FrameworkHold::~FrameworkHold", HoldsFramework},
     };
 }
 
