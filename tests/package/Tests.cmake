@@ -49,7 +49,7 @@ function(toolkit_refusal_test name words)
     )
 endfunction()
 
-# The same against an installed copy by pkg-config.
+# Adds a test that builds the consumer against an installed copy with pkg-config and runs it.
 function(toolkit_pkg_config_test name prefix)
     add_test(
         NAME ${name}
@@ -87,9 +87,9 @@ if(BUILD_SHARED_LIBS)
                      ${CMAKE_INSTALL_LIBDIR}
     )
     set_tests_properties(PackagePrinters PROPERTIES FIXTURES_REQUIRED InstalledCopy)
-    toolkit_refusal_test(PackageRefusesComponents "Toolkit has no components" -DCOMPONENT=Net)
+    toolkit_refusal_test(PackageRejectsComponents "Toolkit has no components" -DCOMPONENT=Net)
     toolkit_refusal_test(
-        PackageNamesWhatIsMissing "apt-get install libwxgtk3.2-dev"
+        PackageNamesAMissingDependency "apt-get install libwxgtk3.2-dev"
         -DCMAKE_DISABLE_FIND_PACKAGE_wxWidgets=ON
     )
     # Builds the README's program with the README's commands.

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Makes the archive for any prefix, unpacks it somewhere and builds a program against it.
+# Creates the relocatable archive, unpacks it, moves it, and builds a program against it.
 #
 # usage: archive.sh build-directory compiler libdir source
 set -eu
@@ -12,10 +12,10 @@ here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-cpack --config "$build/CPackConfig.cmake" -B "$work/made" >"$work/cpack.log" ||
+cpack --config "$build/CPackConfig.cmake" -B "$work/archive" >"$work/cpack.log" ||
     { cat "$work/cpack.log" && exit 1; }
 mkdir "$work/any place"
-tar -xzf "$work"/made/toolkit-*.tar.gz -C "$work/any place" --strip-components=1
+tar -xzf "$work"/archive/toolkit-*.tar.gz -C "$work/any place" --strip-components=1
 mv "$work/any place" "$work/moved"
 "$here/pkg-config-consumer.sh" "$compiler" "$work/moved" "$libdir" "$source" "$work/consumer"
 "$here/printers.sh" "$compiler" "$work/moved" "$libdir"

@@ -17,7 +17,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export LC_ALL=C
 
-# Type information and functions of templates are weak: the compiler decides which of them are there.
+# Type information and functions of templates are weak: the compiler decides which of them exist.
 {
     echo "libtoolkit.so.1 libtoolkit1 #MINVER#"
     echo "* Build-Depends-Package: libtoolkit-dev"

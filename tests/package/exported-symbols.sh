@@ -24,7 +24,7 @@ exported_names() {
 
 # Reads the public names, a line "--" and the exported names; prints the exported ones whose class
 # or function ("Mutex" of "vtable for Toolkit::Mutex") is not public.
-print_unexpected() {
+print_undeclared() {
     awk '
         $0 == "--" { after = 1; next }
         !after { public[$0] = 1; next }
@@ -52,8 +52,8 @@ if [ -z "$public" ] || [ -z "$exported" ]; then
     exit 1
 fi
 
-unexpected=$(printf '%s\n--\n%s\n' "$public" "$exported" | print_unexpected)
-if [ -n "$unexpected" ]; then
-    echo "$unexpected"
+undeclared=$(printf '%s\n--\n%s\n' "$public" "$exported" | print_undeclared)
+if [ -n "$undeclared" ]; then
+    echo "$undeclared"
     exit 1
 fi

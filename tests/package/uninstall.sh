@@ -1,6 +1,5 @@
 #!/bin/sh
-# Installs a build, removes it again, and fails when a file of it is left or a file of the user's own is
-# gone.
+# Installs a build, uninstalls it, and fails if it leaves a file behind or removes a file of the user.
 #
 # usage: uninstall.sh build-directory source-directory
 set -eu
