@@ -125,7 +125,7 @@ TEST_F(IPCClientTest, FailsForAnInvalidServiceName)
         EXPECT_FALSE(IPCClient::Connect(name, L"text")) << testing::PrintToString(name);
 }
 
-TEST_F(IPCClientTest, ReplacesCharactersAboveU10FFFFInTheTopicOnly)
+TEST_F(IPCClientTest, ReplacesCharactersAboveU10FFFFOnlyInTheTopic)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     std::future<bool> sent =

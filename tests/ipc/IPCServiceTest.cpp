@@ -41,7 +41,7 @@ int RunAsOtherUser(const std::function<int()>& action)
 
 const wchar_t* const c_lockName = L".service.takeover";
 
-std::vector<std::string> FilesIn(const TempDir& directory)
+std::vector<std::string> ListFiles(const TempDir& directory)
 {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(directory.Path()))
@@ -112,8 +112,8 @@ TEST_F(IPCServiceTest, CreatesNoFileButItsSocket)
 {
     const auto server = RunServer();
 
-    EXPECT_THAT(FilesIn(m_directory), ElementsAre("service"));
-    EXPECT_THAT(FilesIn(m_homeDirectory), IsEmpty());
+    EXPECT_THAT(ListFiles(m_directory), ElementsAre("service"));
+    EXPECT_THAT(ListFiles(m_homeDirectory), IsEmpty());
 }
 
 TEST_F(IPCServiceTest, LeavesNoFileBehind)
@@ -121,8 +121,8 @@ TEST_F(IPCServiceTest, LeavesNoFileBehind)
     EXPECT_EQ(RawSocket().Bind(Path()), 0);
     RunServer().reset();
 
-    EXPECT_THAT(FilesIn(m_directory), IsEmpty());
-    EXPECT_THAT(FilesIn(m_homeDirectory), IsEmpty());
+    EXPECT_THAT(ListFiles(m_directory), IsEmpty());
+    EXPECT_THAT(ListFiles(m_homeDirectory), IsEmpty());
 }
 
 TEST_F(IPCServiceTest, RemovesTheLockFileOfACrashedServer)
@@ -132,7 +132,7 @@ TEST_F(IPCServiceTest, RemovesTheLockFileOfACrashedServer)
 
     const auto server = RunServer();
 
-    EXPECT_THAT(FilesIn(m_directory), ElementsAre("service"));
+    EXPECT_THAT(ListFiles(m_directory), ElementsAre("service"));
 }
 
 TEST_F(IPCServiceTest, KeepsANonEmptyFileNamedLikeTheLock)

@@ -79,7 +79,7 @@ class FileLoggerKillTest : public TestSupport::LogFileTest {
 protected:
     // Starts a process that logs, and kills it when its file has reached `size`. Returns the size
     // observed before.
-    std::size_t KillAt(std::size_t size) const
+    std::size_t KillAtSize(std::size_t size) const
     {
         const pid_t child = ::fork();
         if (child == 0)
@@ -108,7 +108,7 @@ TEST_F(FileLoggerKillTest, LeavesOnlyTheLastPieceIncompleteWhenKilled)
         SCOPED_TRACE(run);
         std::filesystem::remove(Path());
 
-        const std::size_t sizeBeforeKill = KillAt(random.Number<std::size_t>(1, 3000000));
+        const std::size_t sizeBeforeKill = KillAtSize(random.Number<std::size_t>(1, 3000000));
 
         const std::string text = ReadWholeFile(Path());
         EXPECT_GE(text.size(), sizeBeforeKill);

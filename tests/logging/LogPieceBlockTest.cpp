@@ -69,7 +69,7 @@ TEST(LogPieceBlockTest, SkipsAPieceThatUtf8CannotEncode)
     EXPECT_EQ(CreateBlocks(0, {invalid, L"b", invalid}), Strings({"b"}));
 }
 
-TEST(LogPieceBlockTest, EncodesNarrowPiecesAsLatin1)
+TEST(LogPieceBlockTest, TreatsNarrowPiecesAsLatin1)
 {
     LogPieceBlock block(c_pageSize);
     block.Begin(0);
