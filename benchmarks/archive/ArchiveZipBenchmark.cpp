@@ -24,12 +24,12 @@ namespace {
 using namespace Toolkit;
 using Bytes = std::vector<unsigned char>;
 
-constexpr int c_entries = 10'000;
+constexpr int c_entryCount = 10'000;
 
 // Returns lines of words from a small vocabulary, which deflate to about a third.
 std::string MakeText(std::size_t size)
 {
-    constexpr int wordsInLine = 12;
+    constexpr int wordsPerLine = 12;
     std::mt19937 random(1);
     std::vector<std::string> vocabulary(5000);
     for (std::string& word : vocabulary) {
@@ -38,7 +38,7 @@ std::string MakeText(std::size_t size)
     }
     std::string text;
     for (int words = 1; text.size() < size; ++words)
-        text += vocabulary[random() % vocabulary.size()] + (words % wordsInLine ? ' ' : '\n');
+        text += vocabulary[random() % vocabulary.size()] + (words % wordsPerLine ? ' ' : '\n');
     text.resize(size);
     text.back() = '\n';
     return text;
@@ -54,9 +54,9 @@ public:
             std::abort();
         m_directory = name;
         Write("large.zip", {{"large", MakeText(50'000'000)}});
-        Write("small.zip", {{"small", Small()}});
+        Write("small.zip", {{"small", GetSmallText()}});
         std::map<std::string, std::string> many;
-        for (int i = 0; i < c_entries; ++i)
+        for (int i = 0; i < c_entryCount; ++i)
             many["directory/" + std::to_string(i)].push_back('x');
         Write("many.zip", many);
     }
@@ -65,7 +65,7 @@ public:
     Archives(const Archives&) = delete;
     Archives& operator=(const Archives&) = delete;
 
-    static const std::string& Small()
+    static const std::string& GetSmallText()
     {
         static const std::string text = MakeText(1'000'000);
         return text;
@@ -87,20 +87,20 @@ private:
     std::filesystem::path m_directory;
 };
 
-const Archives& TheArchives()
+const Archives& GetArchives()
 {
     static const Archives archives;
     return archives;
 }
 
 // The stream of an archive's only entry, at its beginning.
-class OnlyEntry {
+class ToolkitEntry {
 public:
-    explicit OnlyEntry(const std::string& name)
+    explicit ToolkitEntry(const std::string& name)
     {
         ArchiveZip archive;
         ArchiveZip::EntriesMap entries;
-        archive.Open(UTF8::ToUNICODE(TheArchives().Path(name)));
+        archive.Open(UTF8::ToUNICODE(GetArchives().Path(name)));
         archive.EntriesList(entries, L"", ArchiveEntriesFlags::AllEntries);
         m_stream = archive.GetZipInputStream(entries.begin()->second);
     }
@@ -111,11 +111,11 @@ private:
     smart_ptr<ZipInputStream> m_stream;
 };
 
-// Like OnlyEntry, but with a wxZipInputStream.
-class BareEntry {
+// Like ToolkitEntry, but with a wxZipInputStream.
+class WxEntry {
 public:
-    explicit BareEntry(const std::string& name)
-        : m_stream(new wxFFileInputStream(wxString(TheArchives().Path(name))))
+    explicit WxEntry(const std::string& name)
+        : m_stream(new wxFFileInputStream(wxString(GetArchives().Path(name))))
     {
         const std::unique_ptr<wxZipEntry> entry(m_stream.GetNextEntry());
         m_stream.OpenEntry(*entry);
@@ -129,9 +129,9 @@ private:
 
 void CheckEntries(benchmark::State& state, std::size_t count)
 {
-    if (count != c_entries)
+    if (count != c_entryCount)
         state.SkipWithError("wrong number of entries");
-    state.SetItemsProcessed(state.iterations() * c_entries);
+    state.SetItemsProcessed(state.iterations() * c_entryCount);
 }
 
 void CheckSize(benchmark::State& state, std::size_t size, std::size_t expected)
@@ -144,11 +144,11 @@ void CheckSize(benchmark::State& state, std::size_t size, std::size_t expected)
 // Opens the archive and reads a 50 MB entry.
 void BM_ZipReadBytes_Toolkit(benchmark::State& state)
 {
-    TheArchives();
+    GetArchives();
     std::size_t size = 0;
     for (auto _ : state) {
         Bytes bytes;
-        OnlyEntry("large.zip").Stream() >> bytes;
+        ToolkitEntry("large.zip").Stream() >> bytes;
         size = bytes.size();
     }
     CheckSize(state, size, 50'000'000);
@@ -157,7 +157,7 @@ BENCHMARK(BM_ZipReadBytes_Toolkit)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadBytes_Minizip(benchmark::State& state)
 {
-    const std::string path = TheArchives().Path("large.zip");
+    const std::string path = GetArchives().Path("large.zip");
     std::size_t size = 0;
     for (auto _ : state) {
         unz_file_info64 info{};
@@ -176,7 +176,7 @@ BENCHMARK(BM_ZipReadBytes_Minizip)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadBytes_Libzip(benchmark::State& state)
 {
-    const std::string path = TheArchives().Path("large.zip");
+    const std::string path = GetArchives().Path("large.zip");
     std::size_t size = 0;
     for (auto _ : state) {
         zip_stat_t status;
@@ -193,24 +193,24 @@ void BM_ZipReadBytes_Libzip(benchmark::State& state)
 BENCHMARK(BM_ZipReadBytes_Libzip)->Unit(benchmark::kMillisecond);
 
 // Reads the small entry with `next`, which returns false at its end.
-template <typename Entry, typename Text, typename Next>
-void ReadTexts(benchmark::State& state, Next next)
+template <typename Entry, typename String, typename Next>
+void ReadStrings(benchmark::State& state, Next next)
 {
-    TheArchives();
+    GetArchives();
     std::size_t size = 0;
     for (auto _ : state) {
         Entry entry("small.zip");
-        Text text;
+        String text;
         size = 0;
         while (next(entry.Stream(), text))
             size += text.size() + 1;
     }
-    CheckSize(state, size, Archives::Small().size());
+    CheckSize(state, size, Archives::GetSmallText().size());
 }
 
 void BM_ZipReadLines_Toolkit(benchmark::State& state)
 {
-    ReadTexts<OnlyEntry, TString<wchar_t>>(
+    ReadStrings<ToolkitEntry, TString<wchar_t>>(
         state, [](ZipInputStream& stream, auto& line) { return stream.ReadLine(line); });
 }
 BENCHMARK(BM_ZipReadLines_Toolkit)->Unit(benchmark::kMillisecond);
@@ -218,7 +218,7 @@ BENCHMARK(BM_ZipReadLines_Toolkit)->Unit(benchmark::kMillisecond);
 // Creates a new wxTextInputStream for every line.
 void BM_ZipReadLines_wxFreshReader(benchmark::State& state)
 {
-    ReadTexts<BareEntry, wxString>(state, [](wxZipInputStream& stream, wxString& line) {
+    ReadStrings<WxEntry, wxString>(state, [](wxZipInputStream& stream, wxString& line) {
         line = wxTextInputStream(stream, " \t").ReadLine();
         return stream.IsOk();
     });
@@ -228,7 +228,7 @@ BENCHMARK(BM_ZipReadLines_wxFreshReader)->Unit(benchmark::kMillisecond);
 // Reads lines of bytes without decoding them.
 void BM_ZipReadLines_PocoGetline(benchmark::State& state)
 {
-    const std::string path = TheArchives().Path("small.zip");
+    const std::string path = GetArchives().Path("small.zip");
     std::size_t size = 0;
     for (auto _ : state) {
         std::ifstream file(path, std::ios::binary);
@@ -240,20 +240,20 @@ void BM_ZipReadLines_PocoGetline(benchmark::State& state)
         while (std::getline(entry, line))
             size += line.size() + 1;
     }
-    CheckSize(state, size, Archives::Small().size());
+    CheckSize(state, size, Archives::GetSmallText().size());
 }
 BENCHMARK(BM_ZipReadLines_PocoGetline)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadWords_Toolkit(benchmark::State& state)
 {
-    ReadTexts<OnlyEntry, TString<wchar_t>>(
+    ReadStrings<ToolkitEntry, TString<wchar_t>>(
         state, [](ZipInputStream& stream, auto& word) { return (stream >> word).IsOk(); });
 }
 BENCHMARK(BM_ZipReadWords_Toolkit)->Unit(benchmark::kMillisecond);
 
 void BM_ZipReadWords_wxFreshReader(benchmark::State& state)
 {
-    ReadTexts<BareEntry, wxString>(state, [](wxZipInputStream& stream, wxString& word) {
+    ReadStrings<WxEntry, wxString>(state, [](wxZipInputStream& stream, wxString& word) {
         word = wxTextInputStream(stream, " \t").ReadWord();
         return stream.IsOk();
     });
@@ -262,7 +262,7 @@ BENCHMARK(BM_ZipReadWords_wxFreshReader)->Unit(benchmark::kMillisecond);
 
 void BM_ZipList_Toolkit(benchmark::State& state)
 {
-    const TString<wchar_t> path = UTF8::ToUNICODE(TheArchives().Path("many.zip"));
+    const TString<wchar_t> path = UTF8::ToUNICODE(GetArchives().Path("many.zip"));
     ArchiveZip::EntriesMap entries;
     for (auto _ : state) {
         ArchiveZip archive;
@@ -276,7 +276,7 @@ BENCHMARK(BM_ZipList_Toolkit)->Unit(benchmark::kMillisecond);
 // Builds the same result: a map from wide names to the metadata of the entries.
 void BM_ZipList_Libzip(benchmark::State& state)
 {
-    const std::string path = TheArchives().Path("many.zip");
+    const std::string path = GetArchives().Path("many.zip");
     std::map<TString<wchar_t>, std::unique_ptr<zip_stat_t>> entries;
     for (auto _ : state) {
         entries.clear();

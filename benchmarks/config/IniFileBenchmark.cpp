@@ -32,31 +32,31 @@ struct Shape {
 constexpr int c_smallKeyCount = 40;
 constexpr int c_largeKeyCount = 200'000; // 9 MB
 
-Shape ShapeOf(std::int64_t keyCount)
+Shape GetShape(std::int64_t keyCount)
 {
     return keyCount == c_smallKeyCount ? Shape{4, 10} : Shape{2000, 100};
 }
 
-std::string Numbered(const char* format, int number)
+std::string FormatNumber(const char* format, int number)
 {
     char text[32];
     std::snprintf(text, sizeof text, format, number);
     return text;
 }
 
-std::string SectionName(int section)
+std::string MakeSectionName(int section)
 {
-    return Numbered("Section%04d", section);
+    return FormatNumber("Section%04d", section);
 }
 
-std::string KeyName(int key)
+std::string MakeKeyName(int key)
 {
-    return Numbered("setting%03d", key);
+    return FormatNumber("setting%03d", key);
 }
 
-std::string ValueText(int section, int key)
+std::string MakeValue(int section, int key)
 {
-    return Numbered("value %04d", section) + Numbered(" of setting %03d", key);
+    return FormatNumber("value %04d", section) + FormatNumber(" of setting %03d", key);
 }
 
 // The INI file of a benchmark; the destructor removes it.
@@ -70,9 +70,9 @@ public:
         m_directory = name;
         std::ofstream file(m_directory / "settings.ini");
         for (int section = 0; section < shape.sections; ++section) {
-            file << '[' << SectionName(section) << "]\n";
+            file << '[' << MakeSectionName(section) << "]\n";
             for (int key = 0; key < shape.keysPerSection; ++key)
-                file << KeyName(key) << " = " << ValueText(section, key) << '\n';
+                file << MakeKeyName(key) << " = " << MakeValue(section, key) << '\n';
         }
     }
     ~SettingsFile() { fs::remove_all(m_directory); }
@@ -222,12 +222,12 @@ private:
 };
 
 template <typename Settings>
-bool HoldsLastValue(const Settings& settings, const Shape& shape)
+bool HasLastValue(const Settings& settings, const Shape& shape)
 {
     const int section = shape.sections - 1;
     const int key = shape.keysPerSection - 1;
-    return settings.FindBytes(Settings::MakeName(SectionName(section), KeyName(key))) ==
-           ValueText(section, key);
+    return settings.FindBytes(Settings::MakeName(MakeSectionName(section), MakeKeyName(key))) ==
+           MakeValue(section, key);
 }
 
 // Times only the loading: dropping QSettings' cache is not measured.
@@ -235,12 +235,12 @@ template <typename Settings>
 void MeasureLoad(benchmark::State& state)
 {
     const wxInitializer framework;
-    const Shape shape = ShapeOf(state.range(0));
+    const Shape shape = GetShape(state.range(0));
     const SettingsFile file(shape);
     for (auto _ : state) {
         auto settings = std::make_unique<Settings>(file.Path());
         state.PauseTiming();
-        if (!HoldsLastValue(*settings, shape))
+        if (!HasLastValue(*settings, shape))
             state.SkipWithError("wrong value");
         settings.reset();
         state.ResumeTiming();
@@ -252,15 +252,15 @@ template <typename Settings>
 void MeasureLookup(benchmark::State& state)
 {
     const wxInitializer framework;
-    const Shape shape = ShapeOf(state.range(0));
+    const Shape shape = GetShape(state.range(0));
     const SettingsFile file(shape);
     const Settings settings(file.Path());
     std::vector<typename Settings::Name> names;
     for (int section = 0; section < shape.sections; ++section) {
         for (int key = 0; key < shape.keysPerSection; ++key)
-            names.push_back(Settings::MakeName(SectionName(section), KeyName(key)));
+            names.push_back(Settings::MakeName(MakeSectionName(section), MakeKeyName(key)));
     }
-    if (!HoldsLastValue(settings, shape))
+    if (!HasLastValue(settings, shape))
         state.SkipWithError("wrong value");
 
     for (auto _ : state) {
@@ -272,7 +272,7 @@ void MeasureLookup(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-std::size_t AllocatedBytes()
+std::size_t CountAllocatedBytes()
 {
     const struct mallinfo2 heap = ::mallinfo2();
     return heap.uordblks + heap.hblkhd;
@@ -282,13 +282,13 @@ std::size_t AllocatedBytes()
 template <typename Settings, typename Use>
 void MeasureMemory(benchmark::State& state, Use use)
 {
-    const SettingsFile file(ShapeOf(state.range(0)));
+    const SettingsFile file(GetShape(state.range(0)));
     std::size_t bytes = 0;
     for (auto _ : state) {
-        const std::size_t before = AllocatedBytes();
+        const std::size_t before = CountAllocatedBytes();
         const Settings settings(file.Path());
         use(settings);
-        bytes = AllocatedBytes() - before;
+        bytes = CountAllocatedBytes() - before;
     }
     state.counters["bytes"] = static_cast<double>(bytes);
 }
@@ -356,10 +356,10 @@ void BM_IniMemory_GKeyFile(benchmark::State& state)
 // The memory after a value of each section was read.
 void BM_IniReadMemory_Toolkit(benchmark::State& state)
 {
-    const Shape shape = ShapeOf(state.range(0));
+    const Shape shape = GetShape(state.range(0));
     MeasureMemory<ToolkitSettings>(state, [&shape](const ToolkitSettings& settings) {
         for (int section = 0; section < shape.sections; ++section)
-            settings.Find(ToolkitSettings::MakeName(SectionName(section), KeyName(0)));
+            settings.Find(ToolkitSettings::MakeName(MakeSectionName(section), MakeKeyName(0)));
     });
 }
 

@@ -41,13 +41,14 @@ bool WriteWithStream(const ScratchFile& file, long recordCount)
     const TString<wchar_t> text(std::wstring(c_textLength, L'x'));
     const std::string block(c_blockSize, 'b');
     FSStream stream(file.WidePath(), FSStream::OpenWrite);
-    bool isRight = true;
+    bool isCorrect = true;
     for (long index = 0; index < recordCount; ++index) {
-        isRight = isRight && !StreamResult::Failed(stream.Write(static_cast<unsigned int>(index)));
-        isRight = isRight && !StreamResult::Failed(stream.Write(text));
-        isRight = isRight && !StreamResult::Failed(stream.Write(block.data(), c_blockSize));
+        isCorrect =
+            isCorrect && !StreamResult::Failed(stream.Write(static_cast<unsigned int>(index)));
+        isCorrect = isCorrect && !StreamResult::Failed(stream.Write(text));
+        isCorrect = isCorrect && !StreamResult::Failed(stream.Write(block.data(), c_blockSize));
     }
-    return isRight;
+    return isCorrect;
 }
 
 bool WriteWithWxFile(const ScratchFile& file, long recordCount)
@@ -55,15 +56,15 @@ bool WriteWithWxFile(const ScratchFile& file, long recordCount)
     const std::wstring text(c_textLength, L'x');
     const std::string block(c_blockSize, 'b');
     wxFile output(file.Path(), wxFile::write);
-    bool isRight = true;
+    bool isCorrect = true;
     for (long index = 0; index < recordCount; ++index) {
         const auto value = static_cast<unsigned int>(index);
-        isRight = isRight && output.Write(&value, sizeof value) == sizeof value;
-        isRight = isRight && output.Write(&c_textSize, sizeof c_textSize) == sizeof c_textSize;
-        isRight = isRight && output.Write(text.data(), c_textSize) == c_textSize;
-        isRight = isRight && output.Write(block.data(), c_blockSize) == c_blockSize;
+        isCorrect = isCorrect && output.Write(&value, sizeof value) == sizeof value;
+        isCorrect = isCorrect && output.Write(&c_textSize, sizeof c_textSize) == sizeof c_textSize;
+        isCorrect = isCorrect && output.Write(text.data(), c_textSize) == c_textSize;
+        isCorrect = isCorrect && output.Write(block.data(), c_blockSize) == c_blockSize;
     }
-    return isRight;
+    return isCorrect;
 }
 
 bool ReadWithStream(const ScratchFile& file, long recordCount)
@@ -71,15 +72,15 @@ bool ReadWithStream(const ScratchFile& file, long recordCount)
     TString<wchar_t> text;
     char block[c_blockSize];
     FSStream stream(file.WidePath(), FSStream::OpenRead);
-    bool isRight = true;
+    bool isCorrect = true;
     for (long index = 0; index < recordCount; ++index) {
         unsigned int value = 0;
-        isRight = isRight && !StreamResult::Failed(stream.Read(value)) && value == index;
-        isRight =
-            isRight && !StreamResult::Failed(stream.Read(text)) && text.size() == c_textLength;
-        isRight = isRight && !StreamResult::Failed(stream.Read(block, c_blockSize));
+        isCorrect = isCorrect && !StreamResult::Failed(stream.Read(value)) && value == index;
+        isCorrect =
+            isCorrect && !StreamResult::Failed(stream.Read(text)) && text.size() == c_textLength;
+        isCorrect = isCorrect && !StreamResult::Failed(stream.Read(block, c_blockSize));
     }
-    return isRight;
+    return isCorrect;
 }
 
 bool ReadWithWxFile(const ScratchFile& file, long recordCount)
@@ -87,17 +88,18 @@ bool ReadWithWxFile(const ScratchFile& file, long recordCount)
     std::wstring text;
     char block[c_blockSize];
     wxFile input(file.Path(), wxFile::read);
-    bool isRight = true;
+    bool isCorrect = true;
     for (long index = 0; index < recordCount; ++index) {
         unsigned int value = 0;
         unsigned int size = 0;
-        isRight = isRight && input.Read(&value, sizeof value) == sizeof value && value == index;
-        isRight = isRight && input.Read(&size, sizeof size) == sizeof size && size == c_textSize;
+        isCorrect = isCorrect && input.Read(&value, sizeof value) == sizeof value && value == index;
+        isCorrect =
+            isCorrect && input.Read(&size, sizeof size) == sizeof size && size == c_textSize;
         text.resize(size / sizeof(wchar_t));
-        isRight = isRight && input.Read(text.data(), size) == size;
-        isRight = isRight && input.Read(block, c_blockSize) == c_blockSize;
+        isCorrect = isCorrect && input.Read(text.data(), size) == size;
+        isCorrect = isCorrect && input.Read(block, c_blockSize) == c_blockSize;
     }
-    return isRight;
+    return isCorrect;
 }
 
 bool ReadWithStdio(const ScratchFile& file, long recordCount)
@@ -105,18 +107,19 @@ bool ReadWithStdio(const ScratchFile& file, long recordCount)
     std::wstring text;
     char block[c_blockSize];
     std::FILE* const input = std::fopen(file.Path(), "rb");
-    bool isRight = true;
+    bool isCorrect = true;
     for (long index = 0; index < recordCount; ++index) {
         unsigned int value = 0;
         unsigned int size = 0;
-        isRight = isRight && std::fread(&value, sizeof value, 1, input) == 1 && value == index;
-        isRight = isRight && std::fread(&size, sizeof size, 1, input) == 1 && size == c_textSize;
+        isCorrect = isCorrect && std::fread(&value, sizeof value, 1, input) == 1 && value == index;
+        isCorrect =
+            isCorrect && std::fread(&size, sizeof size, 1, input) == 1 && size == c_textSize;
         text.resize(size / sizeof(wchar_t));
-        isRight = isRight && std::fread(text.data(), size, 1, input) == 1;
-        isRight = isRight && std::fread(block, c_blockSize, 1, input) == 1;
+        isCorrect = isCorrect && std::fread(text.data(), size, 1, input) == 1;
+        isCorrect = isCorrect && std::fread(block, c_blockSize, 1, input) == 1;
     }
     std::fclose(input);
-    return isRight;
+    return isCorrect;
 }
 
 using Transfer = bool (*)(const ScratchFile&, long);
@@ -135,7 +138,7 @@ constexpr long c_writeCount = 100'000;
 constexpr long c_readCount = 1'000'000;
 
 // Returns a file of records to read, which is written once.
-const ScratchFile& WrittenRecords()
+const ScratchFile& GetRecordFile()
 {
     static const ScratchFile file;
     static const bool isWritten = WriteWithStream(file, c_readCount);
@@ -156,17 +159,17 @@ void BM_WriteRecords_wxFile(benchmark::State& state)
 
 void BM_ReadRecords_Toolkit(benchmark::State& state)
 {
-    Run(state, WrittenRecords(), ReadWithStream);
+    Run(state, GetRecordFile(), ReadWithStream);
 }
 
 void BM_ReadRecords_wxFile(benchmark::State& state)
 {
-    Run(state, WrittenRecords(), ReadWithWxFile);
+    Run(state, GetRecordFile(), ReadWithWxFile);
 }
 
 void BM_ReadRecords_fread(benchmark::State& state)
 {
-    Run(state, WrittenRecords(), ReadWithStdio);
+    Run(state, GetRecordFile(), ReadWithStdio);
 }
 
 BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_writeCount)->Unit(benchmark::kMillisecond);

@@ -12,7 +12,7 @@ namespace {
 
 // Starts a thread, because std::shared_ptr counts without atomic operations until the process has
 // started a second one.
-void HaveHadAThread()
+void RunAThread()
 {
     std::thread([] {}).join();
 }
@@ -20,7 +20,7 @@ void HaveHadAThread()
 template <typename Pointer>
 void CopyAndDrop(benchmark::State& state)
 {
-    HaveHadAThread();
+    RunAThread();
     const Pointer pointer(new int(7));
     for (auto _ : state) {
         const Pointer copy(pointer);
@@ -57,7 +57,7 @@ BENCHMARK(BM_CopyAndDrop_wxSharedPtr);
 template <typename Pointer>
 void MakeAndDestroy(benchmark::State& state)
 {
-    HaveHadAThread();
+    RunAThread();
     for (auto _ : state) {
         const Pointer pointer(new int(7));
         benchmark::DoNotOptimize(*pointer);

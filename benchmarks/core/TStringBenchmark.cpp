@@ -16,7 +16,7 @@ namespace Toolkit {
 namespace {
 
 // Returns words of one to eleven letters, separated by commas.
-std::wstring CommaLine(benchmark::State& state)
+std::wstring MakeCommaLine(benchmark::State& state)
 {
     std::wstring line;
     const auto length = static_cast<std::size_t>(state.range(0));
@@ -37,7 +37,7 @@ void CheckTokens(benchmark::State& state, const std::wstring& line,
 
 void BM_Tokens_Toolkit(benchmark::State& state)
 {
-    const TString<wchar_t> line = CommaLine(state);
+    const TString<wchar_t> line = MakeCommaLine(state);
     std::vector<TString<wchar_t>> tokens;
     for (auto _ : state)
         line.GetTokens(L",", tokens, false);
@@ -47,7 +47,7 @@ BENCHMARK(BM_Tokens_Toolkit)->Arg(60)->Arg(100'000);
 
 void BM_Tokens_BoostSplit(benchmark::State& state)
 {
-    const std::wstring line = CommaLine(state);
+    const std::wstring line = MakeCommaLine(state);
     std::vector<std::wstring> tokens;
     for (auto _ : state)
         boost::split(tokens, line, boost::is_any_of(L","));
@@ -57,7 +57,7 @@ BENCHMARK(BM_Tokens_BoostSplit)->Arg(60)->Arg(100'000);
 
 void BM_FreshTokens_Toolkit(benchmark::State& state)
 {
-    const TString<wchar_t> line = CommaLine(state);
+    const TString<wchar_t> line = MakeCommaLine(state);
     for (auto _ : state) {
         std::vector<TString<wchar_t>> tokens;
         line.GetTokens(L",;", tokens, false);
@@ -68,7 +68,7 @@ BENCHMARK(BM_FreshTokens_Toolkit)->Arg(60)->Arg(100'000);
 
 void BM_FreshTokens_BoostSplit(benchmark::State& state)
 {
-    const std::wstring line = CommaLine(state);
+    const std::wstring line = MakeCommaLine(state);
     for (auto _ : state) {
         std::vector<std::wstring> tokens;
         boost::split(tokens, line, boost::is_any_of(L",;"));
@@ -77,7 +77,7 @@ void BM_FreshTokens_BoostSplit(benchmark::State& state)
 }
 BENCHMARK(BM_FreshTokens_BoostSplit)->Arg(60)->Arg(100'000);
 
-// Two strings of the same letters, of which different ones are capitals.
+// Two strings that differ only in case.
 struct CasePair {
     explicit CasePair(benchmark::State& state)
     {
@@ -120,7 +120,7 @@ void BM_CompareNoCase_wcscasecmp(benchmark::State& state)
 BENCHMARK(BM_CompareNoCase_wcscasecmp)->Arg(32)->Arg(100'000);
 
 // Returns a string that ends with the only occurrence of the needle.
-std::wstring Haystack(benchmark::State& state)
+std::wstring MakeHaystack(benchmark::State& state)
 {
     const std::wstring words = L"The Quick Brown Fox jumps over the lazy dog, ";
     std::wstring text;
@@ -134,7 +134,7 @@ constexpr wchar_t c_needle[] = L"nEEDLE IN";
 
 void BM_HasSubstring_Toolkit(benchmark::State& state)
 {
-    const TString<wchar_t> text = Haystack(state);
+    const TString<wchar_t> text = MakeHaystack(state);
     const TString<wchar_t> needle = c_needle;
     bool found = false;
     for (auto _ : state)
@@ -146,7 +146,7 @@ BENCHMARK(BM_HasSubstring_Toolkit)->Arg(50)->Arg(1000)->Arg(100'000);
 
 void BM_HasSubstring_QString(benchmark::State& state)
 {
-    const QString text = QString::fromStdWString(Haystack(state));
+    const QString text = QString::fromStdWString(MakeHaystack(state));
     const QString needle = QString::fromWCharArray(c_needle);
     bool found = false;
     for (auto _ : state)
@@ -167,7 +167,7 @@ constexpr Replacement c_replacements[] = {
     {L"key", L"dom"}, {L"key", L"longer"}, {L"key", L""}, {L"key", L"ke"}};
 
 // Returns 10,000 characters with 500 occurrences.
-std::wstring TextWithHits()
+std::wstring MakeTextWithHits()
 {
     std::wstring text;
     for (int hit = 0; hit < 500; ++hit)
@@ -177,7 +177,7 @@ std::wstring TextWithHits()
 
 void BM_Replace_Toolkit(benchmark::State& state)
 {
-    const TString<wchar_t> text = TextWithHits();
+    const TString<wchar_t> text = MakeTextWithHits();
     const TString<wchar_t> from = c_replacements[state.range(0)].from;
     const TString<wchar_t> to = c_replacements[state.range(0)].to;
     for (auto _ : state) {
@@ -192,7 +192,7 @@ BENCHMARK(BM_Replace_Toolkit)->DenseRange(0, 3);
 
 void BM_Replace_wxString(benchmark::State& state)
 {
-    const wxString text = TextWithHits();
+    const wxString text = MakeTextWithHits();
     const wxString from = c_replacements[state.range(0)].from;
     const wxString to = c_replacements[state.range(0)].to;
     for (auto _ : state) {

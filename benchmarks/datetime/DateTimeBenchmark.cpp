@@ -25,7 +25,7 @@ void SetZone(const benchmark::State& state)
     ::tzset();
 }
 
-std::time_t InstantOfText()
+std::time_t ParseInstant()
 {
     std::tm fields{};
     ::strptime(c_text, "%Y-%m-%d %H:%M:%S", &fields);
@@ -49,7 +49,7 @@ BENCHMARK(BM_WriteIso_Toolkit)->ArgName("tz")->Arg(0)->Arg(1);
 void BM_WriteIso_Fmt(benchmark::State& state)
 {
     SetZone(state);
-    const std::time_t instant = InstantOfText();
+    const std::time_t instant = ParseInstant();
     std::wstring text;
     for (auto _ : state) {
         std::tm fields{};
@@ -80,7 +80,7 @@ void BM_ParseIso_Strptime(benchmark::State& state)
     SetZone(state);
     std::time_t instant = 0;
     for (auto _ : state)
-        benchmark::DoNotOptimize(instant = InstantOfText());
+        benchmark::DoNotOptimize(instant = ParseInstant());
     if (std::localtime(&instant)->tm_hour != 7)
         state.SkipWithError("wrong date");
 }

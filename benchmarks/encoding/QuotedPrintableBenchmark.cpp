@@ -12,7 +12,7 @@ namespace Toolkit {
 namespace {
 
 // Returns a UTF-8 mail text that needs several escapes per line.
-std::string MailText(benchmark::State& state)
+std::string MakeMailText(benchmark::State& state)
 {
     constexpr const char* sample = "Dear Zo\xC3\xAB, the price was 20 \xE2\x82\xAC = too much; see "
                                    "http://shop.example/?a=1.\n";
@@ -23,7 +23,7 @@ std::string MailText(benchmark::State& state)
     return text;
 }
 
-std::wstring WideText(benchmark::State& state)
+std::wstring MakeWideText(benchmark::State& state)
 {
     std::wstring text;
     while (text.size() < static_cast<std::size_t>(state.range(0)))
@@ -31,7 +31,7 @@ std::wstring WideText(benchmark::State& state)
     return text;
 }
 
-std::string Encoded(const std::string& bytes)
+std::string Encode(const std::string& bytes)
 {
     std::string code;
     AppendEncodedQuotedPrintable(code, bytes.data(), bytes.size());
@@ -63,25 +63,25 @@ private:
     std::unique_ptr<GMimeFilter, decltype(&g_object_unref)> m_filter;
 };
 
-void Finish(benchmark::State& state, std::size_t byteCount, bool isRight)
+void Finish(benchmark::State& state, std::size_t byteCount, bool isCorrect)
 {
-    if (!isRight)
+    if (!isCorrect)
         state.SkipWithError("wrong result");
     state.SetBytesProcessed(state.iterations() * static_cast<long>(byteCount));
 }
 
 void BM_QuotedEncode_Toolkit(benchmark::State& state)
 {
-    const std::string bytes = MailText(state);
+    const std::string bytes = MakeMailText(state);
     std::string code;
     for (auto _ : state)
-        code = Encoded(bytes);
+        code = Encode(bytes);
     Finish(state, bytes.size(), Filter(FALSE).Run(code) == bytes);
 }
 
 void BM_QuotedEncode_GMime(benchmark::State& state)
 {
-    const std::string bytes = MailText(state);
+    const std::string bytes = MakeMailText(state);
     Filter filter(TRUE);
     std::string_view code;
     for (auto _ : state)
@@ -91,8 +91,8 @@ void BM_QuotedEncode_GMime(benchmark::State& state)
 
 void BM_QuotedDecode_Toolkit(benchmark::State& state)
 {
-    const std::string expected = MailText(state);
-    const std::string code = Encoded(expected);
+    const std::string expected = MakeMailText(state);
+    const std::string code = Encode(expected);
     std::string bytes;
     for (auto _ : state) {
         bytes = std::string();
@@ -103,8 +103,8 @@ void BM_QuotedDecode_Toolkit(benchmark::State& state)
 
 void BM_QuotedDecode_GMime(benchmark::State& state)
 {
-    const std::string expected = MailText(state);
-    const std::string code = Encoded(expected);
+    const std::string expected = MakeMailText(state);
+    const std::string code = Encode(expected);
     Filter filter(FALSE);
     std::string_view bytes;
     for (auto _ : state)
@@ -115,14 +115,14 @@ void BM_QuotedDecode_GMime(benchmark::State& state)
 // Measures whole operations, including the conversions from and to wide text.
 void BM_QuotedWideRoundTrip_Toolkit(benchmark::State& state)
 {
-    const TString<wchar_t> text = WideText(state);
+    const TString<wchar_t> text = MakeWideText(state);
     TString<wchar_t> result;
     for (auto _ : state)
         result = QP::ToUNICODE(QP::ToQP(text));
     Finish(state, text.size(), result == text);
 }
 
-TString<wchar_t> LinesByInsertion(TString<wchar_t> code, unsigned int length)
+TString<wchar_t> InsertBreaksOneByOne(TString<wchar_t> code, unsigned int length)
 {
     unsigned int position = length - 1;
     while (code.size() > position) {
@@ -137,21 +137,21 @@ TString<wchar_t> LinesByInsertion(TString<wchar_t> code, unsigned int length)
 void BM_SoftBreaks_Toolkit(benchmark::State& state)
 {
     constexpr unsigned int lineLength = 76;
-    const TString<wchar_t> text = WideText(state);
+    const TString<wchar_t> text = MakeWideText(state);
     TString<wchar_t> lines;
     for (auto _ : state)
         lines = QP::ToQP(text, lineLength, lineLength);
-    Finish(state, text.size(), lines == LinesByInsertion(QP::ToQP(text), lineLength));
+    Finish(state, text.size(), lines == InsertBreaksOneByOne(QP::ToQP(text), lineLength));
 }
 
 // Inserts the breaks one at a time.
 void BM_SoftBreaks_Insertion(benchmark::State& state)
 {
     constexpr unsigned int lineLength = 76;
-    const TString<wchar_t> text = WideText(state);
+    const TString<wchar_t> text = MakeWideText(state);
     TString<wchar_t> lines;
     for (auto _ : state)
-        lines = LinesByInsertion(QP::ToQP(text), lineLength);
+        lines = InsertBreaksOneByOne(QP::ToQP(text), lineLength);
     Finish(state, text.size(), lines == QP::ToQP(text, lineLength, lineLength));
 }
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t c_count = 1000;
 
 // Returns numbers of one to ten digits.
-std::vector<int> Integers()
+std::vector<int> CreateIntegers()
 {
     std::mt19937 random(1);
     std::vector<int> numbers;
@@ -24,7 +24,7 @@ std::vector<int> Integers()
 }
 
 // Returns measurements with two to four decimals, and some numbers of every magnitude.
-std::vector<double> Doubles()
+std::vector<double> CreateDoubles()
 {
     std::mt19937 random(2);
     std::uniform_real_distribution<double> distribution(-1000, 1000);
@@ -37,7 +37,7 @@ std::vector<double> Doubles()
 }
 
 template <typename Number>
-std::vector<TString<wchar_t>> Texts(const std::vector<Number>& numbers)
+std::vector<TString<wchar_t>> FormatNumbers(const std::vector<Number>& numbers)
 {
     std::vector<TString<wchar_t>> texts;
     for (const Number number : numbers)
@@ -65,7 +65,7 @@ void FormatAll(benchmark::State& state, const std::vector<Number>& numbers, cons
 template <typename Number, typename Parse>
 void ParseAll(benchmark::State& state, const std::vector<Number>& numbers, const Parse& parse)
 {
-    const std::vector<TString<wchar_t>> texts = Texts(numbers);
+    const std::vector<TString<wchar_t>> texts = FormatNumbers(numbers);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         if (parse(texts[i]) != numbers[i])
             state.SkipWithError("wrong number");
@@ -77,12 +77,12 @@ void ParseAll(benchmark::State& state, const std::vector<Number>& numbers, const
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(numbers.size()));
 }
 
-std::wstring IntegerText(int number)
+std::wstring FormatInteger(int number)
 {
     return std::to_wstring(number);
 }
 
-std::wstring DoubleText(double number)
+std::wstring FormatDouble(double number)
 {
     wchar_t text[32];
     std::swprintf(text, std::size(text), L"%g", number);
@@ -91,20 +91,20 @@ std::wstring DoubleText(double number)
 
 void BM_IntegerToWide_Toolkit(benchmark::State& state)
 {
-    FormatAll(state, Integers(), StringConvert::UStringFromInt32, IntegerText);
+    FormatAll(state, CreateIntegers(), StringConvert::UStringFromInt32, FormatInteger);
 }
 BENCHMARK(BM_IntegerToWide_Toolkit);
 
 void BM_IntegerToWide_Fmt(benchmark::State& state)
 {
     FormatAll(
-        state, Integers(), [](int number) { return fmt::to_wstring(number); }, IntegerText);
+        state, CreateIntegers(), [](int number) { return fmt::to_wstring(number); }, FormatInteger);
 }
 BENCHMARK(BM_IntegerToWide_Fmt);
 
 void BM_WideToInteger_Toolkit(benchmark::State& state)
 {
-    ParseAll(state, Integers(), [](const TString<wchar_t>& text) {
+    ParseAll(state, CreateIntegers(), [](const TString<wchar_t>& text) {
         int number = 0;
         StringConvert::ToInt32(text, number);
         return number;
@@ -114,7 +114,7 @@ BENCHMARK(BM_WideToInteger_Toolkit);
 
 void BM_WideToInteger_wcstol(benchmark::State& state)
 {
-    ParseAll(state, Integers(), [](const TString<wchar_t>& text) {
+    ParseAll(state, CreateIntegers(), [](const TString<wchar_t>& text) {
         return static_cast<int>(std::wcstol(text.c_str(), nullptr, 10));
     });
 }
@@ -122,20 +122,21 @@ BENCHMARK(BM_WideToInteger_wcstol);
 
 void BM_DoubleToWide_Toolkit(benchmark::State& state)
 {
-    FormatAll(state, Doubles(), StringConvert::UStringFromDouble, DoubleText);
+    FormatAll(state, CreateDoubles(), StringConvert::UStringFromDouble, FormatDouble);
 }
 BENCHMARK(BM_DoubleToWide_Toolkit);
 
 void BM_DoubleToWide_Fmt(benchmark::State& state)
 {
     FormatAll(
-        state, Doubles(), [](double number) { return fmt::format(L"{:g}", number); }, DoubleText);
+        state, CreateDoubles(), [](double number) { return fmt::format(L"{:g}", number); },
+        FormatDouble);
 }
 BENCHMARK(BM_DoubleToWide_Fmt);
 
 void BM_WideToDouble_Toolkit(benchmark::State& state)
 {
-    ParseAll(state, Doubles(), [](const TString<wchar_t>& text) {
+    ParseAll(state, CreateDoubles(), [](const TString<wchar_t>& text) {
         double number = 0;
         StringConvert::ToDouble(text, number);
         return number;
@@ -145,7 +146,7 @@ BENCHMARK(BM_WideToDouble_Toolkit);
 
 void BM_WideToDouble_wcstod(benchmark::State& state)
 {
-    ParseAll(state, Doubles(),
+    ParseAll(state, CreateDoubles(),
              [](const TString<wchar_t>& text) { return std::wcstod(text.c_str(), nullptr); });
 }
 BENCHMARK(BM_WideToDouble_wcstod);

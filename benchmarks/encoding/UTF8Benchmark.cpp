@@ -16,7 +16,7 @@ namespace {
 enum Script { Ascii, Latin, Cjk };
 
 // Returns a string whose UTF-8 form has about the requested number of bytes.
-std::wstring WideText(benchmark::State& state)
+std::wstring MakeWideText(benchmark::State& state)
 {
     constexpr const wchar_t* samples[] = {
         L"The quick brown fox jumps over the lazy dog. ",
@@ -32,7 +32,7 @@ std::wstring WideText(benchmark::State& state)
     return text;
 }
 
-std::string Utf8Text(const std::wstring& text)
+std::string EncodeUtf8(const std::wstring& text)
 {
     return boost::locale::conv::utf_to_utf<char>(text);
 }
@@ -41,8 +41,8 @@ std::string Utf8Text(const std::wstring& text)
 template <typename Convert>
 void Decode(benchmark::State& state, const Convert& convert)
 {
-    const std::wstring text = WideText(state);
-    const std::string bytes = Utf8Text(text);
+    const std::wstring text = MakeWideText(state);
+    const std::string bytes = EncodeUtf8(text);
     if (convert(TString<char>(bytes)) != text)
         state.SkipWithError("wrong text");
     const TString<char> input = bytes;
@@ -54,8 +54,8 @@ void Decode(benchmark::State& state, const Convert& convert)
 template <typename Convert>
 void Encode(benchmark::State& state, const Convert& convert)
 {
-    const TString<wchar_t> text = WideText(state);
-    const std::string bytes = Utf8Text(text);
+    const TString<wchar_t> text = MakeWideText(state);
+    const std::string bytes = EncodeUtf8(text);
     if (convert(text) != bytes)
         state.SkipWithError("wrong bytes");
     for (auto _ : state)
@@ -63,7 +63,7 @@ void Encode(benchmark::State& state, const Convert& convert)
     state.SetBytesProcessed(state.iterations() * std::ssize(bytes));
 }
 
-void EveryText(benchmark::internal::Benchmark* benchmark)
+void AddInputs(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->ArgNames({"script", "bytes"})
         ->ArgsProduct({{Ascii, Latin, Cjk}, {100, 10'000, 1'000'000}});
@@ -95,27 +95,27 @@ void BM_Utf8ToWide_Toolkit(benchmark::State& state)
 {
     Decode(state, UTF8::ToUNICODE);
 }
-BENCHMARK(BM_Utf8ToWide_Toolkit)->Apply(EveryText);
+BENCHMARK(BM_Utf8ToWide_Toolkit)->Apply(AddInputs);
 
 void BM_Utf8ToWide_wxString(benchmark::State& state)
 {
     Decode(state,
            [](const std::string& bytes) { return wxString::FromUTF8(bytes.data(), bytes.size()); });
 }
-BENCHMARK(BM_Utf8ToWide_wxString)->Apply(EveryText);
+BENCHMARK(BM_Utf8ToWide_wxString)->Apply(AddInputs);
 
 void BM_Utf8ToWide_iconv(benchmark::State& state)
 {
     Converter converter("WCHAR_T", "UTF-8");
     Decode(state, [&converter](const std::string& bytes) {
         std::wstring text(bytes.size(), L'\0');
-        const std::size_t left = converter.Convert(bytes.data(), bytes.size(), text.data(),
-                                                   text.size() * sizeof(wchar_t));
-        text.resize(text.size() - left / sizeof(wchar_t));
+        const std::size_t unusedBytes = converter.Convert(bytes.data(), bytes.size(), text.data(),
+                                                          text.size() * sizeof(wchar_t));
+        text.resize(text.size() - unusedBytes / sizeof(wchar_t));
         return text;
     });
 }
-BENCHMARK(BM_Utf8ToWide_iconv)->Apply(EveryText);
+BENCHMARK(BM_Utf8ToWide_iconv)->Apply(AddInputs);
 
 void BM_Utf8ToWide_mbstowcs(benchmark::State& state)
 {
@@ -127,7 +127,7 @@ void BM_Utf8ToWide_mbstowcs(benchmark::State& state)
     });
     std::setlocale(LC_ALL, "C");
 }
-BENCHMARK(BM_Utf8ToWide_mbstowcs)->Apply(EveryText);
+BENCHMARK(BM_Utf8ToWide_mbstowcs)->Apply(AddInputs);
 
 void BM_Utf8ToWide_ICU(benchmark::State& state)
 {
@@ -143,7 +143,7 @@ void BM_Utf8ToWide_ICU(benchmark::State& state)
         return text;
     });
 }
-BENCHMARK(BM_Utf8ToWide_ICU)->Apply(EveryText);
+BENCHMARK(BM_Utf8ToWide_ICU)->Apply(AddInputs);
 
 void BM_Utf8ToWide_BoostLocale(benchmark::State& state)
 {
@@ -151,20 +151,20 @@ void BM_Utf8ToWide_BoostLocale(benchmark::State& state)
         return boost::locale::conv::utf_to_utf<wchar_t>(bytes);
     });
 }
-BENCHMARK(BM_Utf8ToWide_BoostLocale)->Apply(EveryText);
+BENCHMARK(BM_Utf8ToWide_BoostLocale)->Apply(AddInputs);
 
 void BM_WideToUtf8_Toolkit(benchmark::State& state)
 {
     Encode(state, UTF8::ToUTF8);
 }
-BENCHMARK(BM_WideToUtf8_Toolkit)->Apply(EveryText);
+BENCHMARK(BM_WideToUtf8_Toolkit)->Apply(AddInputs);
 
 void BM_WideToUtf8_wxString(benchmark::State& state)
 {
-    const wxString text = WideText(state);
+    const wxString text = MakeWideText(state);
     Encode(state, [&text](const std::wstring&) { return text.utf8_string(); });
 }
-BENCHMARK(BM_WideToUtf8_wxString)->Apply(EveryText);
+BENCHMARK(BM_WideToUtf8_wxString)->Apply(AddInputs);
 
 void BM_WideToUtf8_iconv(benchmark::State& state)
 {
@@ -176,7 +176,7 @@ void BM_WideToUtf8_iconv(benchmark::State& state)
         return bytes;
     });
 }
-BENCHMARK(BM_WideToUtf8_iconv)->Apply(EveryText);
+BENCHMARK(BM_WideToUtf8_iconv)->Apply(AddInputs);
 
 void BM_WideToUtf8_wcstombs(benchmark::State& state)
 {
@@ -188,7 +188,7 @@ void BM_WideToUtf8_wcstombs(benchmark::State& state)
     });
     std::setlocale(LC_ALL, "C");
 }
-BENCHMARK(BM_WideToUtf8_wcstombs)->Apply(EveryText);
+BENCHMARK(BM_WideToUtf8_wcstombs)->Apply(AddInputs);
 
 void BM_WideToUtf8_ICU(benchmark::State& state)
 {
@@ -205,14 +205,14 @@ void BM_WideToUtf8_ICU(benchmark::State& state)
         return bytes;
     });
 }
-BENCHMARK(BM_WideToUtf8_ICU)->Apply(EveryText);
+BENCHMARK(BM_WideToUtf8_ICU)->Apply(AddInputs);
 
 void BM_WideToUtf8_BoostLocale(benchmark::State& state)
 {
     Encode(state,
            [](const std::wstring& text) { return boost::locale::conv::utf_to_utf<char>(text); });
 }
-BENCHMARK(BM_WideToUtf8_BoostLocale)->Apply(EveryText);
+BENCHMARK(BM_WideToUtf8_BoostLocale)->Apply(AddInputs);
 
 } // namespace
 } // namespace Toolkit

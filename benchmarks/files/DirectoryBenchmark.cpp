@@ -14,7 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
-constexpr std::size_t c_files = 100'000;
+constexpr std::size_t c_fileCount = 100'000;
 
 // A directory of empty files, removed at the end of the program.
 class FullDirectory {
@@ -25,7 +25,7 @@ public:
         if (!::mkdtemp(name.data()))
             std::abort();
         m_path = name;
-        for (std::size_t i = 0; i < c_files; ++i) {
+        for (std::size_t i = 0; i < c_fileCount; ++i) {
             const std::string file = "file" + std::to_string(i) + ".txt";
             if (::mknod((m_path / file).c_str(), S_IFREG | 0600, 0) != 0)
                 std::abort();
@@ -42,7 +42,7 @@ private:
     std::filesystem::path m_path;
 };
 
-const std::string& ThePath()
+const std::string& GetDirectoryPath()
 {
     static const FullDirectory directory;
     return directory.Path();
@@ -50,14 +50,14 @@ const std::string& ThePath()
 
 void CheckCount(benchmark::State& state, std::size_t count)
 {
-    if (count != c_files)
+    if (count != c_fileCount)
         state.SkipWithError("wrong number of names");
-    state.SetItemsProcessed(state.iterations() * static_cast<long>(c_files));
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(c_fileCount));
 }
 
 void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
 {
-    const TString<wchar_t> path = UTF8::ToUNICODE(TString<char>(ThePath()));
+    const TString<wchar_t> path = UTF8::ToUNICODE(TString<char>(GetDirectoryPath()));
     std::vector<TString<wchar_t>> names;
     for (auto _ : state)
         Directory::EnumFilePaths(names, path, fileSpec);
@@ -67,14 +67,14 @@ void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
 // Reads only the names, each into the same string.
 void Walk(benchmark::State& state, const wxString& fileSpec)
 {
-    const wxString path(ThePath());
+    const wxString path(GetDirectoryPath());
     std::size_t count = 0;
     for (auto _ : state) {
         const wxDir directory(path);
         wxString name;
         count = 0;
-        for (bool isThere = directory.GetFirst(&name, fileSpec, wxDIR_FILES | wxDIR_DIRS); isThere;
-             isThere = directory.GetNext(&name))
+        for (bool hasName = directory.GetFirst(&name, fileSpec, wxDIR_FILES | wxDIR_DIRS); hasName;
+             hasName = directory.GetNext(&name))
             ++count;
     }
     CheckCount(state, count);

@@ -28,7 +28,7 @@ using namespace Toolkit;
 using Clock = std::chrono::steady_clock;
 
 const std::wstring c_message(100, L'x');
-constexpr double c_longestP99Ms = 250;
+constexpr double c_maxP99Ms = 250;
 constexpr int c_slowClients = 10;
 
 // Memory shared by a server process and the benchmark.
@@ -68,9 +68,9 @@ public:
     const std::string& Path() const { return m_path; }
     std::wstring Service() const { return {m_path.begin(), m_path.end()}; }
 
-    // The number of correct messages since the last call. Waits up to 10 seconds for `expected` of
-    // them.
-    long TakeMessageCount(long expected) const
+    // Waits up to 10 seconds for `expected` correct messages; returns how many have arrived since
+    // the last call.
+    long WaitForMessages(long expected) const
     {
         const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
         while (m_shared->messages < expected && Clock::now() < deadline)
@@ -105,9 +105,9 @@ int ServeToolkit(const std::string& path, Shared& shared)
     return wxAppConsole::GetInstance()->MainLoop();
 }
 
-class BareServer : public wxTCPServer {
+class WxServer : public wxTCPServer {
 public:
-    explicit BareServer(Shared& shared) : m_shared(shared) {}
+    explicit WxServer(Shared& shared) : m_shared(shared) {}
     wxConnectionBase* OnAcceptConnection(const wxString&) override
     {
         return new Connection(m_shared);
@@ -130,10 +130,10 @@ private:
     Shared& m_shared;
 };
 
-int ServeBare(const std::string& path, Shared& shared)
+int ServeWx(const std::string& path, Shared& shared)
 {
     const FrameworkHold hold;
-    BareServer server(shared);
+    WxServer server(shared);
     shared.isReady = server.Create(wxString(path));
     return wxAppConsole::GetInstance()->MainLoop();
 }
@@ -141,11 +141,11 @@ int ServeBare(const std::string& path, Shared& shared)
 // Forked before wxWidgets starts: a child must not inherit its state.
 struct Servers {
     ServerProcess toolkit{"toolkit", ServeToolkit};
-    ServerProcess bare{"bare", ServeBare};
+    ServerProcess wx{"wx", ServeWx};
     const FrameworkHold hold;
 };
 
-Servers& TheServers()
+Servers& GetServers()
 {
     static Servers servers;
     return servers;
@@ -154,14 +154,14 @@ Servers& TheServers()
 void CheckMessageCount(benchmark::State& state, const ServerProcess& server)
 {
     const auto expected = static_cast<long>(state.iterations());
-    if (server.TakeMessageCount(expected) != expected)
+    if (server.WaitForMessages(expected) != expected)
         state.SkipWithError("wrong number of messages");
 }
 
 // Connects, sends one message of 100 characters and disconnects.
 void BM_IpcText_Toolkit(benchmark::State& state)
 {
-    const ServerProcess& server = TheServers().toolkit;
+    const ServerProcess& server = GetServers().toolkit;
     const TString<wchar_t> service = server.Service();
     const TString<wchar_t> text = c_message;
     for (auto _ : state)
@@ -172,7 +172,7 @@ BENCHMARK(BM_IpcText_Toolkit)->UseRealTime();
 
 void BM_IpcText_wxTCPClient(benchmark::State& state)
 {
-    const ServerProcess& server = TheServers().bare;
+    const ServerProcess& server = GetServers().wx;
     const wxString path(server.Path());
     const wxString text(c_message);
     for (auto _ : state) {
@@ -198,7 +198,7 @@ int ConnectSlowClient(const std::string& path, const std::string& bytes)
     return socket;
 }
 
-double P99(std::vector<double> durations)
+double ComputeP99(std::vector<double> durations)
 {
     const auto p99 = durations.begin() + static_cast<long>(durations.size() * 99 / 100);
     std::nth_element(durations.begin(), p99, durations.end());
@@ -212,7 +212,7 @@ void BM_IpcTextBesideSlowClients_Toolkit(benchmark::State& state)
     using namespace std::string_literals;
     const std::string beginnings[] = {"", "\x0A\x05\0\0\0to"s,
                                       "\x0A\x01\0\0\0t\x01\x01\x08\0\0\0a\0"s};
-    const ServerProcess& server = TheServers().toolkit;
+    const ServerProcess& server = GetServers().toolkit;
     std::vector<int> sockets;
     for (int i = 0; i < c_slowClients; ++i)
         sockets.push_back(ConnectSlowClient(server.Path(), beginnings[i % 3]));
@@ -227,8 +227,8 @@ void BM_IpcTextBesideSlowClients_Toolkit(benchmark::State& state)
     CheckMessageCount(state, server);
     for (const int socket : sockets)
         ::close(socket);
-    state.counters["p99_ms"] = P99(durations);
-    if (P99(durations) > c_longestP99Ms)
+    state.counters["p99_ms"] = ComputeP99(durations);
+    if (ComputeP99(durations) > c_maxP99Ms)
         state.SkipWithError("slow clients delay the others");
 }
 BENCHMARK(BM_IpcTextBesideSlowClients_Toolkit)->Iterations(5000)->UseRealTime();

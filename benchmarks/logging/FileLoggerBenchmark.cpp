@@ -24,22 +24,22 @@ namespace {
 using namespace Toolkit;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
-constexpr int c_lines = 100000;
-constexpr int c_manyLines = 1000000;
+constexpr int c_lineCount = 100000;
+constexpr int c_largeLineCount = 1000000;
 
-std::string LogName()
+std::string MakeLogName()
 {
     return "toolkit-benchmark-" + std::to_string(::getpid());
 }
 
-std::string LogPath()
+std::string MakeLogPath()
 {
-    return "/tmp/" + LogName() + ".qvlog";
+    return "/tmp/" + MakeLogName() + ".qvlog";
 }
 
 long CountLines()
 {
-    std::ifstream file(LogPath(), std::ios::binary);
+    std::ifstream file(MakeLogPath(), std::ios::binary);
     return std::count(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>(), '\n');
 }
 
@@ -48,7 +48,7 @@ class ToolkitLog {
 public:
     explicit ToolkitLog(LogSeverity threshold = SeverityInfo)
     {
-        const std::string name = LogName();
+        const std::string name = MakeLogName();
         PathManager::CreateInstance();
         ILogger::CreateInstance();
         ILogger::SetLogger(
@@ -75,7 +75,8 @@ public:
         : m_pool(std::make_shared<spdlog::details::thread_pool>(
               spdlog::details::default_async_q_size, 1)),
           m_logger(std::make_shared<spdlog::async_logger>(
-              "log", std::make_shared<spdlog::sinks::basic_file_sink_mt>(LogPath(), true), m_pool))
+              "log", std::make_shared<spdlog::sinks::basic_file_sink_mt>(MakeLogPath(), true),
+              m_pool))
     {
         m_logger->set_pattern("%v");
         m_logger->set_level(threshold);
@@ -108,22 +109,22 @@ void LogLine(benchmark::State& state, const Path& path)
     if (state.thread_index() != 0)
         return;
     log.reset();
-    if (CountLines() != static_cast<long>(state.threads()) * c_lines)
+    if (CountLines() != static_cast<long>(state.threads()) * c_lineCount)
         state.SkipWithError("wrong number of lines");
-    std::remove(LogPath().c_str());
+    std::remove(MakeLogPath().c_str());
 }
 
 void BM_LogLine_Toolkit(benchmark::State& state)
 {
     LogLine<ToolkitLog>(state, c_widePath);
 }
-BENCHMARK(BM_LogLine_Toolkit)->Iterations(c_lines)->Threads(1)->Threads(2)->UseRealTime();
+BENCHMARK(BM_LogLine_Toolkit)->Iterations(c_lineCount)->Threads(1)->Threads(2)->UseRealTime();
 
 void BM_LogLine_Spdlog(benchmark::State& state)
 {
     LogLine<SpdlogLog>(state, c_narrowPath);
 }
-BENCHMARK(BM_LogLine_Spdlog)->Iterations(c_lines)->Threads(1)->Threads(2)->UseRealTime();
+BENCHMARK(BM_LogLine_Spdlog)->Iterations(c_lineCount)->Threads(1)->Threads(2)->UseRealTime();
 
 // Polls the end of the file until the last line appears.
 void AwaitLastLine()
@@ -132,7 +133,7 @@ void AwaitLastLine()
     std::string end;
     while (end != last) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        std::ifstream file(LogPath(), std::ios::binary);
+        std::ifstream file(MakeLogPath(), std::ios::binary);
         file.seekg(-static_cast<int>(last.size()), std::ios::end);
         end.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     }
@@ -145,18 +146,18 @@ void LogMillion(benchmark::State& state, const Path& path, const Path& last)
     for (auto _ : state) {
         auto log = std::make_unique<Log>();
         const auto start = std::chrono::steady_clock::now();
-        for (int i = 1; i < c_manyLines; ++i)
+        for (int i = 1; i < c_largeLineCount; ++i)
             log->WriteLine(path);
         log->WriteLine(last);
         AwaitLastLine();
         const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
         state.SetIterationTime(time.count());
         log.reset();
-        if (CountLines() != c_manyLines)
+        if (CountLines() != c_largeLineCount)
             state.SkipWithError("wrong number of lines");
-        std::remove(LogPath().c_str());
+        std::remove(MakeLogPath().c_str());
     }
-    state.SetItemsProcessed(state.iterations() * c_manyLines);
+    state.SetItemsProcessed(state.iterations() * c_largeLineCount);
 }
 
 void BM_LogMillion_Toolkit(benchmark::State& state)
@@ -184,7 +185,7 @@ const TString<wchar_t> c_line[] = {L"2",
                                    L"/home/u/settings.ini",
                                    L"\n"};
 
-std::size_t AllocatedBytes()
+std::size_t CountAllocatedBytes()
 {
     const struct mallinfo2 heap = ::mallinfo2();
     return heap.uordblks + heap.hblkhd;
@@ -196,8 +197,8 @@ void MeasureMemory(benchmark::State& state, Fill fill)
 {
     std::size_t bytes = 0;
     for (auto _ : state) {
-        const std::size_t before = AllocatedBytes();
-        fill([&bytes, before] { bytes = AllocatedBytes() - before; });
+        const std::size_t before = CountAllocatedBytes();
+        fill([&bytes, before] { bytes = CountAllocatedBytes() - before; });
     }
     state.counters["bytes"] = static_cast<double>(bytes);
 }
@@ -208,7 +209,7 @@ void BM_LogMemory_Toolkit(benchmark::State& state)
     PathManager::CreateInstance();
     MeasureMemory(state, [](auto measure) {
         FileLogger logger(SeverityInfo, L"no/such/directory/log", c_noLimit);
-        for (int i = 0; i < c_manyLines; ++i) {
+        for (int i = 0; i < c_largeLineCount; ++i) {
             for (const TString<wchar_t>& piece : c_line)
                 logger.Write(piece);
         }
@@ -226,8 +227,8 @@ void BM_LogMemory_Text(benchmark::State& state)
         line.append(piece.begin(), piece.end());
     MeasureMemory(state, [&line](auto measure) {
         std::string text;
-        text.reserve(line.size() * c_manyLines);
-        for (int i = 0; i < c_manyLines; ++i)
+        text.reserve(line.size() * c_largeLineCount);
+        for (int i = 0; i < c_largeLineCount; ++i)
             text += line;
         measure();
     });
@@ -243,7 +244,7 @@ void BM_LogFiltered_Toolkit(benchmark::State& state)
     }
     if (CountLines() != 0)
         state.SkipWithError("wrong number of lines");
-    std::remove(LogPath().c_str());
+    std::remove(MakeLogPath().c_str());
 }
 BENCHMARK(BM_LogFiltered_Toolkit);
 
@@ -256,7 +257,7 @@ void BM_LogFiltered_Spdlog(benchmark::State& state)
     }
     if (CountLines() != 0)
         state.SkipWithError("wrong number of lines");
-    std::remove(LogPath().c_str());
+    std::remove(MakeLogPath().c_str());
 }
 BENCHMARK(BM_LogFiltered_Spdlog);
 

@@ -49,7 +49,7 @@ double RunProgram(Program program)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-double MedianOf(std::vector<double>& times)
+double ComputeMedian(std::vector<double>& times)
 {
     std::sort(times.begin(), times.end());
     return times.front() < 0 ? times.front() : times[times.size() / 2];
@@ -71,7 +71,7 @@ std::array<double, ProgramCount> MeasureAll()
     std::filesystem::remove_all(home);
 
     std::array<double, ProgramCount> medians{};
-    std::transform(times.begin(), times.end(), medians.begin(), MedianOf);
+    std::transform(times.begin(), times.end(), medians.begin(), ComputeMedian);
     return medians;
 }
 

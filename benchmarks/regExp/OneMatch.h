@@ -52,9 +52,9 @@ public:
     explicit Pcre2Pattern(const std::string& pattern)
     {
         int error = 0;
-        std::size_t place = 0;
-        m_code =
-            pcre2_compile(ToUnits(pattern), pattern.size(), PCRE2_UTF, &error, &place, nullptr);
+        std::size_t errorOffset = 0;
+        m_code = pcre2_compile(ToUnits(pattern), pattern.size(), PCRE2_UTF, &error, &errorOffset,
+                               nullptr);
     }
     ~Pcre2Pattern() { pcre2_code_free(m_code); }
 

@@ -22,7 +22,7 @@ using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 
 // Returns a string of 60 KB with 1,600 matches. The replacement contains none.
-std::string LongText()
+std::string MakeLongText()
 {
     std::string text;
     for (int i = 0; i < 1600; ++i)
@@ -33,7 +33,7 @@ std::string LongText()
 const std::string c_longPattern = "[0-9]+";
 const std::string c_longReplacement = "many";
 
-std::string LongTextReplaced()
+std::string MakeExpectedText()
 {
     std::string text;
     for (int i = 0; i < 1600; ++i)
@@ -46,7 +46,7 @@ BENCHMARK(RunMatch)->Name("BM_Match_Toolkit");
 
 #ifdef HAS_PCRE
 // Compiles and searches; returns the number of groups found.
-int MatchByPcre(int (&offsets)[60])
+int MatchWithPcre(int (&offsets)[60])
 {
     const char* error = nullptr;
     int offset = 0;
@@ -61,7 +61,7 @@ void BM_IsMatch_Pcre(benchmark::State& state)
 {
     for (auto _ : state) {
         int offsets[60];
-        if (MatchByPcre(offsets) != c_groupCount)
+        if (MatchWithPcre(offsets) != c_groupCount)
             state.SkipWithError("no match");
     }
 }
@@ -71,7 +71,7 @@ void BM_Match_Pcre(benchmark::State& state)
 {
     for (auto _ : state) {
         int offsets[60];
-        if (MatchByPcre(offsets) != c_groupCount ||
+        if (MatchWithPcre(offsets) != c_groupCount ||
             c_subject.compare(static_cast<std::size_t>(offsets[6]), 3, "org") != 0)
             state.SkipWithError("wrong groups");
     }
@@ -211,11 +211,11 @@ BENCHMARK(BM_Match_Std);
 template <typename Operation>
 void Replace(benchmark::State& state, const Operation& operation)
 {
-    const std::string text = LongText();
+    const std::string text = MakeLongText();
     std::string result;
     for (auto _ : state)
         result = operation(text);
-    if (result != LongTextReplaced())
+    if (result != MakeExpectedText())
         state.SkipWithError("wrong text");
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
@@ -240,15 +240,15 @@ BENCHMARK(BM_ReplaceLookingBehind_Toolkit);
 #ifdef HAS_PCRE
 // Replaces step by step: each step replaces one match, copies the string, and validates and
 // searches all of it again.
-std::string ReplaceInSteps(const std::string& pattern, const std::string& given)
+std::string ReplaceInSteps(const std::string& pattern, const std::string& original)
 {
     constexpr int options = PCRE_NOTBOL | PCRE_NOTEOL | PCRE_NOTEMPTY;
     const char* error = nullptr;
     int offset = 0;
     int offsets[60];
     pcre* const code = pcre_compile(pattern.c_str(), PCRE_UTF8, &error, &offset, nullptr);
-    std::string text = given;
-    std::string subject = given;
+    std::string text = original;
+    std::string subject = original;
     unsigned short start = 0;
     while (pcre_exec(code, nullptr, subject.data(), static_cast<int>(subject.size()), start,
                      options, offsets, 60) > 0) {
@@ -321,15 +321,15 @@ BENCHMARK(BM_ReplaceAll_Re2);
 
 void BM_ReplaceAll_Qt(benchmark::State& state)
 {
-    const QString given = QString::fromStdString(LongText());
+    const QString original = QString::fromStdString(MakeLongText());
     const QString pattern = QString::fromStdString(c_longPattern);
     const QString replacement = QString::fromStdString(c_longReplacement);
     QString text;
     for (auto _ : state) {
-        text = given;
+        text = original;
         text.replace(QRegularExpression(pattern), replacement);
     }
-    if (text.toStdString() != LongTextReplaced())
+    if (text.toStdString() != MakeExpectedText())
         state.SkipWithError("wrong text");
 }
 BENCHMARK(BM_ReplaceAll_Qt);

@@ -15,7 +15,7 @@ using Text = TString<wchar_t>;
 
 Run PrepareList(int entries)
 {
-    const std::filesystem::path path = Directory() / "many.zip";
+    const std::filesystem::path path = GetDirectory() / "many.zip";
     {
         wxFFileOutputStream file{wxString(path.native())};
         wxZipOutputStream archive(file, 0);
@@ -25,7 +25,7 @@ Run PrepareList(int entries)
     const auto list = std::make_shared<ArchiveZip::EntriesMap>();
     return [path, entries, list] {
         ArchiveZip archive;
-        archive.Open(Wide(path));
+        archive.Open(ToWide(path));
         Require(archive.EntriesList(*list, L"", ArchiveEntriesFlags::AllEntries) == entries);
     };
 }
@@ -34,7 +34,7 @@ Run PrepareList(int entries)
 template <typename Read>
 Run PrepareEntry(int lines, Read read)
 {
-    const std::filesystem::path path = Directory() / "one.zip";
+    const std::filesystem::path path = GetDirectory() / "one.zip";
     {
         wxFFileOutputStream file{wxString(path.native())};
         wxZipOutputStream archive(file);
@@ -45,7 +45,7 @@ Run PrepareEntry(int lines, Read read)
     return [path, lines, read] {
         ArchiveZip archive;
         ArchiveZip::EntriesMap entries;
-        archive.Open(Wide(path));
+        archive.Open(ToWide(path));
         archive.EntriesList(entries, L"", ArchiveEntriesFlags::AllEntries);
         Require(read(*archive.GetZipInputStream(entries.begin()->second)) == lines);
     };

@@ -16,10 +16,10 @@ using Text = TString<wchar_t>;
 // Returns an operation on the result of `encode` for a text in which every tenth character is not
 // ASCII.
 template <typename Encode, typename Use>
-Operation OnEncoded(const char* name, Encode encode, Use use)
+Operation RunOnEncoded(const char* name, Encode encode, Use use)
 {
     return {name, c_lengths, [encode, use](int length) -> Run {
-                Text text = Words<wchar_t>(length);
+                Text text = MakeWords<wchar_t>(length);
                 for (std::size_t i = 0; i < text.size(); i += 10)
                     text[i] = L'\u00E9';
                 const auto encoded = std::make_shared<decltype(encode(text))>(encode(text));
@@ -31,7 +31,7 @@ Operation OnEncoded(const char* name, Encode encode, Use use)
 template <typename Use>
 Operation RunOnText(const char* name, Use use)
 {
-    return OnEncoded(
+    return RunOnEncoded(
         name, [](const Text& text) { return text; }, use);
 }
 
@@ -41,21 +41,22 @@ void AddEncodingOperations(Operations& operations)
 {
     operations.push_back(RunOnText(
         "UTF8 ToUTF8", [](const Text& text) { Require(UTF8::ToUTF8(text).size() > text.size()); }));
-    operations.push_back(OnEncoded("UTF8 ToUNICODE", UTF8::ToUTF8, [](const TString<char>& bytes) {
-        Require(!UTF8::ToUNICODE(bytes).empty());
-    }));
+    operations.push_back(
+        RunOnEncoded("UTF8 ToUNICODE", UTF8::ToUTF8,
+                     [](const TString<char>& bytes) { Require(!UTF8::ToUNICODE(bytes).empty()); }));
     operations.push_back(
         RunOnText("B64 ToB64", [](const Text& text) { Require(B64::ToB64(text).IsValid()); }));
-    operations.push_back(OnEncoded("B64 ToUNICODE", B64::ToB64, [](const smart_ptr<Bytes>& bytes) {
-        Require(!B64::ToUNICODE(bytes).empty());
-    }));
+    operations.push_back(
+        RunOnEncoded("B64 ToUNICODE", B64::ToB64, [](const smart_ptr<Bytes>& bytes) {
+            Require(!B64::ToUNICODE(bytes).empty());
+        }));
     operations.push_back(RunOnText(
         "QP ToQP", [](const Text& text) { Require(QP::ToQP(text).size() > text.size()); }));
-    operations.push_back(OnEncoded(
+    operations.push_back(RunOnEncoded(
         "QP ToUNICODE", [](const Text& text) { return QP::ToQP(text); },
         [](const Text& text) { Require(!QP::ToUNICODE(text).empty()); }));
-    operations.push_back(OnEncoded(
-        "UTF7 ToUTF7", [](const Text& text) { return Text(Words<wchar_t>(int(text.size()))); },
+    operations.push_back(RunOnEncoded(
+        "UTF7 ToUTF7", [](const Text& text) { return Text(MakeWords<wchar_t>(int(text.size()))); },
         [](const Text& text) { Require(UTF7::ToUTF7(text).size() == text.size()); }));
 }
 

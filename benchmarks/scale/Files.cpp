@@ -15,13 +15,13 @@ using Text = TString<wchar_t>;
 
 Run PrepareTextFile(int lines)
 {
-    const std::filesystem::path path = Directory() / "lines";
+    const std::filesystem::path path = GetDirectory() / "lines";
     std::ofstream file(path);
     for (int line = 0; line < lines; ++line)
         file << "line " << line << '\n';
     return [lines, path] {
         TextFile text;
-        Require(text.Open(Wide(path)));
+        Require(text.Open(ToWide(path)));
         int count = text.GetFirstLine().empty() ? 0 : 1;
         while (!text.Eof())
             count += text.GetNextLine().empty() ? 0 : 1;
@@ -31,10 +31,10 @@ Run PrepareTextFile(int lines)
 
 Run PrepareFile(int length)
 {
-    const auto text = std::make_shared<Text>(Words<wchar_t>(length));
+    const auto text = std::make_shared<Text>(MakeWords<wchar_t>(length));
     return [text] {
         FFile file;
-        Require(file.Open(Wide(Directory() / "text"), L"w"));
+        Require(file.Open(ToWide(GetDirectory() / "text"), L"w"));
         file.Write(*text);
         Require(file.Close());
     };
@@ -43,13 +43,13 @@ Run PrepareFile(int length)
 // Keeps the files of the smaller directory that was measured before, and adds the missing ones.
 Run PrepareDirectory(int files)
 {
-    const std::filesystem::path path = Directory() / "files";
+    const std::filesystem::path path = GetDirectory() / "files";
     std::filesystem::create_directory(path);
     for (int i = 0; i < files; ++i)
         std::ofstream(path / ("file" + std::to_string(i) + ".txt"));
     return [files, path] {
         std::vector<Text> names;
-        Require(Toolkit::Directory(Wide(path)).GetFiles(L"*.txt", names) ==
+        Require(Toolkit::Directory(ToWide(path)).GetFiles(L"*.txt", names) ==
                 static_cast<unsigned int>(files));
     };
 }

@@ -21,7 +21,7 @@ void Reset()
     peak = allocatedAtReset;
 }
 
-std::size_t Peak()
+std::size_t GetPeak()
 {
     return peak - allocatedAtReset;
 }

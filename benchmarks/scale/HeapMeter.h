@@ -9,6 +9,6 @@ namespace Scale::HeapMeter {
 void Reset();
 
 /// Returns the peak since Reset() in bytes, without the memory allocated before it.
-std::size_t Peak();
+std::size_t GetPeak();
 
 } // namespace Scale::HeapMeter

@@ -40,7 +40,7 @@ public:
         Require(m_server.Run());
     }
 
-    static Text Name() { return Wide(Directory() / "service"); }
+    static Text Name() { return ToWide(GetDirectory() / "service"); }
 
     template <typename IsDone>
     void ServeUntil(IsDone isDone)
@@ -75,7 +75,7 @@ Run PrepareClients(int clients)
 Run PrepareMessage(int length)
 {
     const auto service = std::make_shared<Service>();
-    const auto message = std::make_shared<Text>(Words<wchar_t>(length));
+    const auto message = std::make_shared<Text>(MakeWords<wchar_t>(length));
     return [message, service, expected = std::make_shared<std::size_t>(0)] {
         std::thread client([&] { IPCClient::Connect(Service::Name(), *message); });
         *expected += message->size();

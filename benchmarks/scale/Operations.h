@@ -35,17 +35,17 @@ void AddThreadOperations(Operations& operations);
 void AddMessageOperations(Operations& operations);
 
 /// Returns the directory for all files, which is removed at the end of the program.
-const std::filesystem::path& Directory();
+const std::filesystem::path& GetDirectory();
 
 /// Converts a path for the library.
-TString<wchar_t> Wide(const std::filesystem::path& path);
+TString<wchar_t> ToWide(const std::filesystem::path& path);
 
 /// Ends the program if `condition` is false: a run has a wrong result.
 void Require(bool condition);
 
-/// Returns words of changing lower-case letters.
+/// Returns words of varying lower-case letters.
 template <typename Char>
-std::basic_string<Char> Words(int length)
+std::basic_string<Char> MakeWords(int length)
 {
     std::basic_string<Char> text;
     text.reserve(static_cast<std::size_t>(length));

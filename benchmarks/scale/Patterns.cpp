@@ -12,10 +12,11 @@ using Toolkit::RegExpOptions;
 using Text = TString<char>;
 
 template <typename Use>
-Operation OnSubject(const char* name, const std::vector<int>& lengths, const char* pattern, Use use)
+Operation RunOnSubject(const char* name, const std::vector<int>& lengths, const char* pattern,
+                       Use use)
 {
     return {name, lengths, [pattern, use](int length) -> Run {
-                const auto subject = std::make_shared<Text>(Words<char>(length));
+                const auto subject = std::make_shared<Text>(MakeWords<char>(length));
                 return [subject, pattern, use] {
                     RegExp regExp(Text(pattern), RegExpOptions::None);
                     use(regExp, *subject);
@@ -28,14 +29,14 @@ Operation OnSubject(const char* name, const std::vector<int>& lengths, const cha
 void AddPatternOperations(Operations& operations)
 {
     operations.push_back(
-        OnSubject("RegExp IsMatch", c_lengths, "[0-9]+x",
-                  [](RegExp& regExp, const Text& text) { Require(!regExp.IsMatch(text)); }));
+        RunOnSubject("RegExp IsMatch", c_lengths, "[0-9]+x",
+                     [](RegExp& regExp, const Text& text) { Require(!regExp.IsMatch(text)); }));
     operations.push_back(
-        OnSubject("RegExp Match", c_lengths, "(.*) (.*)$", [](RegExp& regExp, const Text& text) {
+        RunOnSubject("RegExp Match", c_lengths, "(.*) (.*)$", [](RegExp& regExp, const Text& text) {
             Require(regExp.Match(text)->Success());
         }));
     // The search continues at a position modulo 65,536, so longer texts take quadratic time.
-    operations.push_back(OnSubject(
+    operations.push_back(RunOnSubject(
         "RegExp Replace", {600, 6'000, 20'000, 60'000}, "[aeiou]+",
         [](RegExp& regExp, const Text& text) { Require(!regExp.Replace("-", text, 0).empty()); }));
 }

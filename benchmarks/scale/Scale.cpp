@@ -17,11 +17,11 @@
 namespace Scale {
 namespace {
 
-constexpr int c_fewestRuns = 5;
-constexpr double c_shortestMeasurement = 0.2;
+constexpr int c_minRuns = 5;
+constexpr double c_minTotalSeconds = 0.2;
 
 // Returns the processor time of all threads, which other programs hardly change.
-double SecondsOf(const Run& run)
+double MeasureSeconds(const Run& run)
 {
     const std::clock_t start = std::clock();
     run();
@@ -38,11 +38,11 @@ void Measure(const Operation& operation, int size)
 {
     const Run run = operation.prepare(size);
     HeapMeter::Reset();
-    double shortest = SecondsOf(run);
-    const std::size_t memory = HeapMeter::Peak();
+    double shortest = MeasureSeconds(run);
+    const std::size_t memory = HeapMeter::GetPeak();
     double total = shortest;
-    for (int runs = 1; runs < c_fewestRuns || total < c_shortestMeasurement; ++runs) {
-        const double seconds = SecondsOf(run);
+    for (int runs = 1; runs < c_minRuns || total < c_minTotalSeconds; ++runs) {
+        const double seconds = MeasureSeconds(run);
         shortest = std::min(shortest, seconds);
         total += seconds;
     }
@@ -50,7 +50,7 @@ void Measure(const Operation& operation, int size)
     std::fflush(stdout);
 }
 
-std::filesystem::path MakeDirectory()
+std::filesystem::path CreateDirectory()
 {
     std::string name = (std::filesystem::temp_directory_path() / "toolkit-scale-XXXXXX").native();
     Require(::mkdtemp(name.data()) && ::setenv("HOME", name.c_str(), 1) == 0);
@@ -59,13 +59,13 @@ std::filesystem::path MakeDirectory()
 
 } // namespace
 
-const std::filesystem::path& Directory()
+const std::filesystem::path& GetDirectory()
 {
-    static const std::filesystem::path directory = MakeDirectory();
+    static const std::filesystem::path directory = CreateDirectory();
     return directory;
 }
 
-TString<wchar_t> Wide(const std::filesystem::path& path)
+TString<wchar_t> ToWide(const std::filesystem::path& path)
 {
     return path.wstring();
 }
@@ -94,13 +94,13 @@ int main(int argc, char** argv)
     AddThreadOperations(operations);
     AddMessageOperations(operations);
     KeepMemory();
-    Directory();
+    GetDirectory();
     for (const Operation& operation : operations) {
         for (const int size : operation.sizes) {
             if (std::regex_search(operation.name, pattern))
                 Measure(operation, size);
         }
     }
-    std::filesystem::remove_all(Directory());
+    std::filesystem::remove_all(GetDirectory());
     return 0;
 }

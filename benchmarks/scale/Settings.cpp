@@ -17,14 +17,14 @@ using Text = TString<wchar_t>;
 // Writes a file with one section, or with sections of ten keys each.
 Text WriteSettings(int keys, bool hasManySections)
 {
-    const std::filesystem::path path = Directory() / "settings.ini";
+    const std::filesystem::path path = GetDirectory() / "settings.ini";
     std::ofstream file(path);
     for (int key = 0; key < keys; ++key) {
         if (key == 0 || (hasManySections && key % 10 == 0))
             file << "[Section " << key << "]\n";
         file << "key" << key << " = value of " << key << '\n';
     }
-    return Wide(path);
+    return ToWide(path);
 }
 
 Run PrepareLoad(int keys, bool hasManySections)

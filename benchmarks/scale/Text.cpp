@@ -17,7 +17,7 @@ template <typename Use>
 Operation RunOnText(const char* name, Use use)
 {
     return {name, c_lengths, [use](int length) -> Run {
-                const auto text = std::make_shared<Text>(Words<wchar_t>(length));
+                const auto text = std::make_shared<Text>(MakeWords<wchar_t>(length));
                 return [text, use] { use(*text); };
             }};
 }
@@ -45,7 +45,7 @@ void StoreBytes(const Text& text)
 
 void StoreAndRead(const Text& text)
 {
-    const Text path = Wide(Directory() / "stream");
+    const Text path = ToWide(GetDirectory() / "stream");
     Text read;
     Require(FSStream(path, FSStream::OpenWrite).Write(text) == 0);
     Require(FSStream(path, FSStream::OpenRead).Read(read) == 0 && read.size() == text.size());

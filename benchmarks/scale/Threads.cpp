@@ -31,7 +31,7 @@ public:
     }
 };
 
-std::vector<smart_ptr<Listener>> MakeListeners(int count)
+std::vector<smart_ptr<Listener>> CreateListeners(int count)
 {
     std::vector<smart_ptr<Listener>> listeners;
     for (int i = 0; i < count; ++i)
@@ -42,7 +42,7 @@ std::vector<smart_ptr<Listener>> MakeListeners(int count)
 Run PrepareNotify(int count)
 {
     const auto notifier = std::make_shared<Notifier>();
-    for (const smart_ptr<Listener>& listener : MakeListeners(count))
+    for (const smart_ptr<Listener>& listener : CreateListeners(count))
         notifier->AddListener(listener);
     return [notifier] { notifier->Send(); };
 }
@@ -50,7 +50,8 @@ Run PrepareNotify(int count)
 // Adds listeners and removes them in the same order.
 Run PrepareListeners(int count)
 {
-    const auto listeners = std::make_shared<std::vector<smart_ptr<Listener>>>(MakeListeners(count));
+    const auto listeners =
+        std::make_shared<std::vector<smart_ptr<Listener>>>(CreateListeners(count));
     return [listeners] {
         Notifier notifier;
         for (const smart_ptr<Listener>& listener : *listeners)

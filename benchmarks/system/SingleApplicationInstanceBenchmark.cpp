@@ -40,14 +40,14 @@ void BM_InstanceCheck_Toolkit(benchmark::State& state)
     const wxInitializer framework;
     const Home home;
     PathManager::CreateInstance();
-    bool isAlone = true;
+    bool isOnlyInstance = true;
     for (auto _ : state) {
         SingleApplicationInstance::CreateInstance();
-        isAlone &= !SingleApplicationInstance::GetInstance()->IsAlreadyRunning();
+        isOnlyInstance &= !SingleApplicationInstance::GetInstance()->IsAlreadyRunning();
         SingleApplicationInstance::ReleaseInstance();
     }
     PathManager::ReleaseInstance();
-    if (!isAlone)
+    if (!isOnlyInstance)
         state.SkipWithError("another instance runs");
 }
 BENCHMARK(BM_InstanceCheck_Toolkit);
@@ -56,12 +56,12 @@ void BM_InstanceCheck_wxSingleInstanceChecker(benchmark::State& state)
 {
     const wxInitializer framework;
     const Home home;
-    bool isAlone = true;
+    bool isOnlyInstance = true;
     for (auto _ : state) {
         wxSingleInstanceChecker checker;
-        isAlone &= checker.Create(".instance") && !checker.IsAnotherRunning();
+        isOnlyInstance &= checker.Create(".instance") && !checker.IsAnotherRunning();
     }
-    if (!isAlone)
+    if (!isOnlyInstance)
         state.SkipWithError("another instance runs");
 }
 BENCHMARK(BM_InstanceCheck_wxSingleInstanceChecker);

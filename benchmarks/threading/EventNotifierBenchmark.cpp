@@ -10,7 +10,7 @@ namespace {
 
 using namespace Toolkit;
 
-constexpr int c_listeners = 10;
+constexpr int c_listenerCount = 10;
 
 class IListener {
 public:
@@ -37,7 +37,7 @@ private:
 };
 
 // Alternates listeners of two classes: with one class the compiler could devirtualize the calls.
-IListener* MakeListener(int number, long& ups, long& downs)
+IListener* CreateListener(int number, long& ups, long& downs)
 {
     if (number % 2 == 0)
         return new UpCounter(ups);
@@ -54,7 +54,7 @@ public:
 
 void CheckCounts(benchmark::State& state, long ups, long downs)
 {
-    const long calls = state.iterations() * c_listeners / 2;
+    const long calls = state.iterations() * c_listenerCount / 2;
     if (ups != calls || downs != -calls)
         state.SkipWithError("wrong number of calls");
 }
@@ -64,8 +64,8 @@ void BM_Notify_Toolkit(benchmark::State& state)
     long ups = 0;
     long downs = 0;
     Notifier notifier;
-    for (int i = 0; i < c_listeners; ++i)
-        notifier.AddListener(smart_ptr<IListener>(MakeListener(i, ups, downs)));
+    for (int i = 0; i < c_listenerCount; ++i)
+        notifier.AddListener(smart_ptr<IListener>(CreateListener(i, ups, downs)));
     for (auto _ : state)
         notifier.Send();
     CheckCounts(state, ups, downs);
@@ -79,9 +79,9 @@ void BM_Notify_wxMutexAndCalls(benchmark::State& state)
     long downs = 0;
     wxMutex mutex(wxMUTEX_RECURSIVE);
     std::vector<std::unique_ptr<IListener>> listeners;
-    listeners.reserve(c_listeners);
-    for (int i = 0; i < c_listeners; ++i)
-        listeners.emplace_back(MakeListener(i, ups, downs));
+    listeners.reserve(c_listenerCount);
+    for (int i = 0; i < c_listenerCount; ++i)
+        listeners.emplace_back(CreateListener(i, ups, downs));
     for (auto _ : state) {
         const wxMutexLocker locker(mutex);
         for (const std::unique_ptr<IListener>& listener : listeners)
