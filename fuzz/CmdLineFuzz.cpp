@@ -67,15 +67,15 @@ void CheckParse(CmdLineParser& parser, const Tokens& tokens)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const TString<char> bytes = Input(data, size).Rest();
+    const TString<char> bytes = Input(data, size).ReadRest();
     CmdLineParser(bytes).Parse();
 
     const TString<wchar_t> line = std::wstring(data, data + size);
     Tokens tokens;
     CmdLineParser::Tokenize(line, tokens);
-    Tokens again;
-    CmdLineParser::Tokenize(Join(tokens), again);
-    Require(again == tokens);
+    Tokens reparsed;
+    CmdLineParser::Tokenize(Join(tokens), reparsed);
+    Require(reparsed == tokens);
 
     CmdLineParser parser(line);
     CheckParse(parser, tokens);

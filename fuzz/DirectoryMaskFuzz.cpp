@@ -36,11 +36,11 @@ public:
         Require(::mkdtemp(name.data()) != nullptr);
         m_path = name;
         for (const wchar_t* const directory : c_directories)
-            std::filesystem::create_directory(PathOf(directory));
+            std::filesystem::create_directory(MakePath(directory));
         for (const wchar_t* const file : c_files)
-            std::ofstream(PathOf(file)).put('x');
+            std::ofstream(MakePath(file)).put('x');
         for (const wchar_t* const file : c_hidden)
-            std::ofstream(PathOf(file)).put('x');
+            std::ofstream(MakePath(file)).put('x');
     }
     ~PreparedDirectory() { std::filesystem::remove_all(m_path); }
 
@@ -50,7 +50,7 @@ public:
     TString<wchar_t> Path() const { return UTF8::ToUNICODE(m_path.native()); }
 
 private:
-    std::filesystem::path PathOf(const wchar_t* name) const
+    std::filesystem::path MakePath(const wchar_t* name) const
     {
         return m_path / std::string(UTF8::ToUTF8(std::wstring(name)));
     }
@@ -60,10 +60,10 @@ private:
 
 // Matches one character of a name, or any number of characters.
 struct Token {
-    enum class Kind { Any, One, Itself } kind;
+    enum class Kind { AnySequence, AnyCharacter, Literal } kind;
     wchar_t character;
 
-    bool Fits(wchar_t other) const { return kind == Kind::One || character == other; }
+    bool Fits(wchar_t other) const { return kind == Kind::AnyCharacter || character == other; }
 };
 
 // Splits `mask` into tokens; false if it ends in a backslash that quotes nothing.
@@ -71,13 +71,13 @@ bool Parse(const std::wstring& mask, std::vector<Token>& tokens)
 {
     for (std::size_t i = 0; i < mask.size(); ++i) {
         if (mask[i] == L'*') {
-            tokens.push_back({Token::Kind::Any, 0});
+            tokens.push_back({Token::Kind::AnySequence, 0});
         } else if (mask[i] == L'?') {
-            tokens.push_back({Token::Kind::One, 0});
+            tokens.push_back({Token::Kind::AnyCharacter, 0});
         } else {
             if (mask[i] == L'\\' && ++i == mask.size())
                 return false;
-            tokens.push_back({Token::Kind::Itself, mask[i]});
+            tokens.push_back({Token::Kind::Literal, mask[i]});
         }
     }
     return true;
@@ -89,7 +89,7 @@ bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
     std::vector<bool> matches(name.size() + 1, false);
     matches.back() = true;
     for (auto token = tokens.rbegin(); token != tokens.rend(); ++token) {
-        if (token->kind == Token::Kind::Any) {
+        if (token->kind == Token::Kind::AnySequence) {
             for (std::size_t i = name.size(); i-- > 0;)
                 matches[i] = matches[i] || matches[i + 1];
             continue;
@@ -106,9 +106,9 @@ void AddMatches(const TString<wchar_t>& mask, const wchar_t* const (&all)[size],
 {
     std::vector<Token> tokens;
     // The mask ends at its first null character.
-    const bool isWhole = Parse(mask.c_str(), tokens);
+    const bool isValid = Parse(mask.c_str(), tokens);
     for (const wchar_t* const name : all) {
-        if (mask.empty() || (isWhole && Matches(tokens, name)))
+        if (mask.empty() || (isValid && Matches(tokens, name)))
             names.emplace_back(name);
     }
 }
@@ -120,7 +120,7 @@ void RequireSame(Names names, Names expected, unsigned int count)
     Require(names == expected && count == names.size());
 }
 
-TString<wchar_t> MaskOf(const std::string& bytes)
+TString<wchar_t> DecodeMask(const std::string& bytes)
 {
     const TString<wchar_t> text = UTF8::ToUNICODE(bytes);
     return text.empty() ? std::wstring(bytes.begin(), bytes.end()) : std::wstring(text);
@@ -132,7 +132,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static const PreparedDirectory prepared;
     const TString<wchar_t> path = prepared.Path();
-    const TString<wchar_t> mask = MaskOf({reinterpret_cast<const char*>(data), size});
+    const TString<wchar_t> mask = DecodeMask({reinterpret_cast<const char*>(data), size});
     Names directories;
     Names files;
     AddMatches(mask, c_directories, directories);

@@ -18,7 +18,7 @@ using namespace Toolkit;
 using Section = std::map<std::wstring, std::wstring>;
 using Sections = std::map<std::wstring, Section>;
 
-Section* TakeLine(Sections& sections, Section* current, const TString<wchar_t>& line)
+Section* ParseLine(Sections& sections, Section* current, const TString<wchar_t>& line)
 {
     if (line.size() > 1 && line.front() == L'[' && line.back() == L']')
         return &sections[line.substr(1, line.size() - 2)];
@@ -31,15 +31,15 @@ Section* TakeLine(Sections& sections, Section* current, const TString<wchar_t>& 
     return current;
 }
 
-Sections ReadPlainly(const TString<wchar_t>& path)
+Sections ParseWithReference(const TString<wchar_t>& path)
 {
     Sections sections;
     TextFile file;
     if (!file.Open(path))
         return sections;
-    Section* current = TakeLine(sections, nullptr, file.GetFirstLine());
+    Section* current = ParseLine(sections, nullptr, file.GetFirstLine());
     while (!file.Eof())
-        current = TakeLine(sections, current, file.GetNextLine());
+        current = ParseLine(sections, current, file.GetNextLine());
     return sections;
 }
 
@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.Write(data, size);
 
     const IniFile ini(file.Path());
-    for (const auto& [name, section] : ReadPlainly(file.Path()))
+    for (const auto& [name, section] : ParseWithReference(file.Path()))
         CompareSection(ini, name, section);
     return 0;
 }

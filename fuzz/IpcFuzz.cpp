@@ -27,7 +27,7 @@
 namespace {
 
 using namespace Toolkit;
-using Texts = std::vector<std::wstring>;
+using Messages = std::vector<std::wstring>;
 
 class TemporaryDirectory {
 public:
@@ -42,7 +42,7 @@ public:
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
-    std::string Socket() const { return m_path + "/socket"; }
+    std::string SocketPath() const { return m_path + "/socket"; }
 
 private:
     std::string m_path;
@@ -50,32 +50,32 @@ private:
 
 class Collector : public IPCConnectionEvent {
 public:
-    explicit Collector(Texts& texts) : m_texts(texts) {}
-    void OnExecute(const TString<wchar_t>& text) override { m_texts.push_back(text); }
+    explicit Collector(Messages& messages) : m_messages(messages) {}
+    void OnExecute(const TString<wchar_t>& text) override { m_messages.push_back(text); }
 
 private:
-    Texts& m_texts;
+    Messages& m_messages;
 };
 
 // The server and the event loop that serves its clients.
-class World {
+class TestServer {
 public:
-    World() : m_server(Wide(m_directory.Socket())), m_activator(&m_loop)
+    TestServer() : m_server(Widen(m_directory.SocketPath())), m_activator(&m_loop)
     {
-        m_server.AddListener(smart_ptr<IPCConnectionEvent>(new Collector(m_texts)));
+        m_server.AddListener(smart_ptr<IPCConnectionEvent>(new Collector(m_messages)));
         Require(m_server.Run());
     }
 
-    std::string Socket() const { return m_directory.Socket(); }
+    std::string SocketPath() const { return m_directory.SocketPath(); }
     void Dispatch() { m_loop.DispatchTimeout(1000); }
-    Texts TakeTexts() { return std::exchange(m_texts, {}); }
+    Messages TakeMessages() { return std::exchange(m_messages, {}); }
 
 private:
-    static std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
+    static std::wstring Widen(const std::string& text) { return {text.begin(), text.end()}; }
 
     TemporaryDirectory m_directory;
     FrameworkHold m_framework;
-    Texts m_texts;
+    Messages m_messages;
     IPCServer m_server;
     wxConsoleEventLoop m_loop;
     wxEventLoopActivator m_activator;
@@ -92,15 +92,15 @@ int Connect(const std::string& path)
 }
 
 // Sends all bytes and returns the server's answer after the server closes the connection.
-std::string Talk(World& world, std::string_view bytes, std::size_t pieceLength)
+std::string SendAndReceive(TestServer& server, std::string_view bytes, std::size_t chunkLength)
 {
-    const int socket = Connect(world.Socket());
+    const int socket = Connect(server.SocketPath());
     while (!bytes.empty()) {
-        const std::size_t length = std::min(pieceLength, bytes.size());
+        const std::size_t length = std::min(chunkLength, bytes.size());
         if (::send(socket, bytes.data(), length, MSG_NOSIGNAL | MSG_DONTWAIT) < 0)
             break;
         bytes.remove_prefix(length);
-        world.Dispatch();
+        server.Dispatch();
     }
     ::shutdown(socket, SHUT_WR);
     std::string answer;
@@ -112,79 +112,79 @@ std::string Talk(World& world, std::string_view bytes, std::size_t pieceLength)
         else if (count == 0 || errno != EAGAIN)
             break;
         else
-            world.Dispatch();
+            server.Dispatch();
     }
     ::close(socket);
     return answer;
 }
 
 // What a plain parser finds in the whole stream.
-struct Meaning {
+struct ParsedStream {
     bool isAnswered = false;
-    Texts texts;
+    Messages messages;
 };
 
-bool TakeBlock(std::string_view& bytes, std::size_t longest, std::string& block)
+bool ReadBlock(std::string_view& bytes, std::size_t maxSize, std::string& block)
 {
     if (bytes.size() < 4)
         return false;
     std::uint32_t size = 0;
     std::memcpy(&size, bytes.data(), sizeof size);
     bytes.remove_prefix(4);
-    if (size > longest || bytes.size() < size)
+    if (size > maxSize || bytes.size() < size)
         return false;
     block = bytes.substr(0, size);
     bytes.remove_prefix(size);
     return true;
 }
 
-void AddText(Texts& texts, char format, const std::string& data)
+void AddMessage(Messages& messages, char format, const std::string& data)
 {
     if (format != 17) {
         std::wstring text(data.size() / sizeof(wchar_t), L'\0');
         std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
-        texts.emplace_back(text.c_str());
+        messages.emplace_back(text.c_str());
         return;
     }
     const std::string utf8 = data.c_str();
     const TString<wchar_t> text = UTF8::ToUNICODE(utf8);
     if (utf8.empty() || !text.empty())
-        texts.push_back(text);
+        messages.push_back(text);
 }
 
-Meaning Read(std::string_view bytes)
+ParsedStream ParseStream(std::string_view bytes)
 {
-    Meaning meaning;
+    ParsedStream parsed;
     std::string block;
     if (bytes.empty() || bytes.front() != 10)
-        return meaning;
+        return parsed;
     bytes.remove_prefix(1);
-    meaning.isAnswered = TakeBlock(bytes, std::size_t{16} << 20, block);
-    while (meaning.isAnswered && bytes.size() > 1 && bytes.front() == 1) {
+    parsed.isAnswered = ReadBlock(bytes, std::size_t{16} << 20, block);
+    while (parsed.isAnswered && bytes.size() > 1 && bytes.front() == 1) {
         const char format = bytes[1];
         bytes.remove_prefix(2);
-        if (!TakeBlock(bytes, (std::size_t{64} << 20) + 4, block))
+        if (!ReadBlock(bytes, (std::size_t{64} << 20) + 4, block))
             break;
-        AddText(meaning.texts, format, block);
+        AddMessage(parsed.messages, format, block);
     }
-    return meaning;
+    return parsed;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static World world;
+    static TestServer server;
     if (size == 0 || size > 65536)
         return 0;
     const std::string_view bytes(reinterpret_cast<const char*>(data + 1), size - 1);
-    const std::size_t pieceLength = 1 + data[0] % 64 * std::size_t{64};
+    const std::size_t chunkLength = 1 + data[0] % 64 * std::size_t{64};
 
-    const std::string answer = Talk(world, bytes, pieceLength);
-    const Texts texts = world.TakeTexts();
+    const std::string answer = SendAndReceive(server, bytes, chunkLength);
+    const Messages messages = server.TakeMessages();
 
-    const Meaning meaning = Read(bytes);
-    Require(texts == meaning.texts);
-    Require(answer == (meaning.isAnswered ? "\x0A" : ""));
+    const ParsedStream expected = ParseStream(bytes);
+    Require(messages == expected.messages);
+    Require(answer == (expected.isAnswered ? "\x0A" : ""));
     return 0;
 }

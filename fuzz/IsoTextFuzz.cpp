@@ -22,12 +22,12 @@ void SetZone()
     ::tzset();
 }
 
-void RequireReadsBack(const DateTime& date, bool utc)
+void RequireRoundTrip(const DateTime& date, bool utc)
 {
     TString<char> text;
     date.GetIsoString(text, utc);
-    DateTime again;
-    Require(again.ParseIsoString(text) && again == date);
+    DateTime reparsed;
+    Require(reparsed.ParseIsoString(text) && reparsed == date);
 }
 
 } // namespace
@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(date.GetMonth() == 0 && date.GetDay() == 0);
         return 0;
     }
-    RequireReadsBack(date, false);
-    RequireReadsBack(date, true);
+    RequireRoundTrip(date, false);
+    RequireRoundTrip(date, true);
     return 0;
 }

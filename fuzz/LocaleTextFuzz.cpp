@@ -27,9 +27,9 @@ DayHalves GetDayHalves()
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     // The reference takes quadratic time.
-    constexpr std::size_t longest = 4096;
+    constexpr std::size_t maxLength = 4096;
 
-    const std::wstring pattern(data, data + std::min(size, longest));
+    const std::wstring pattern(data, data + std::min(size, maxLength));
 
     Require(FormatDateByPattern(pattern, c_time) == References::FormatDate(pattern));
     Require(FormatTimeByPattern(pattern, c_time, GetDayHalves) == References::FormatTime(pattern));

@@ -16,15 +16,15 @@ using namespace Tool;
 
 // The first byte decides whether to insert a message longer than the longest record. Few inputs do,
 // because it takes time.
-std::string TakeLog(Input& input)
+std::string ReadLog(Input& input)
 {
-    constexpr std::uint8_t wanted = 17;
+    constexpr std::uint8_t longMarker = 17;
     constexpr std::size_t longMessage = 1'100'000;
-    const bool isLong = input.Byte() == wanted;
-    const std::size_t where = input.Byte();
-    std::string bytes = input.Rest();
+    const bool isLong = input.ReadByte() == longMarker;
+    const std::size_t position = input.ReadByte();
+    std::string bytes = input.ReadRest();
     if (isLong)
-        bytes.insert(std::min(where, bytes.size()), std::string(longMessage, 'x'));
+        bytes.insert(std::min(position, bytes.size()), std::string(longMessage, 'x'));
     return bytes;
 }
 
@@ -41,11 +41,11 @@ void CheckHeader(const LogRecord& record)
 // Returns the bytes of the part, joined from its records.
 std::string ReadPart(const InputLog& log, const LogPart& part)
 {
-    constexpr std::size_t longestRecord = 2 << 20;
+    constexpr std::size_t maxRecordSize = 2 << 20;
     std::string bytes;
     log.ForEachRecord(part, [&](const LogRecord& record) {
         Require(record.offset == part.begin + static_cast<off_t>(bytes.size()));
-        Require(record.text.size() <= longestRecord);
+        Require(record.text.size() <= maxRecordSize);
         Require(record.isEnded || !record.text.empty());
         CheckHeader(record);
         bytes.append(record.text).append(record.isEnded ? 1 : 0, '\n');
@@ -58,7 +58,7 @@ std::string ReadPart(const InputLog& log, const LogPart& part)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Input input(data, size);
-    const std::string bytes = TakeLog(input);
+    const std::string bytes = ReadLog(input);
     const InputLog log(bytes);
     const auto length = static_cast<off_t>(bytes.size());
 

@@ -15,7 +15,7 @@ namespace {
 
 using namespace Tool;
 
-constexpr std::size_t c_longestInput = 4096;
+constexpr std::size_t c_maxInputSize = 4096;
 
 struct Line {
     std::size_t offset;
@@ -53,15 +53,15 @@ public:
 
     // Whether all steps back in the file are too wide to come from threads that overtake each
     // other.
-    bool IsClear() const
+    bool IsUnambiguous() const
     {
-        constexpr std::int64_t longestDelayMs = 1000;
+        constexpr std::int64_t maxDelayMs = 1000;
         std::vector<Line> lines = m_lines;
         std::sort(lines.begin(), lines.end(),
                   [](const Line& one, const Line& other) { return one.offset < other.offset; });
         return std::adjacent_find(
                    lines.begin(), lines.end(), [](const Line& line, const Line& next) {
-                       return next.time < line.time && next.time > line.time - longestDelayMs;
+                       return next.time < line.time && next.time > line.time - maxDelayMs;
                    }) == lines.end();
     }
 
@@ -73,17 +73,17 @@ private:
 };
 
 // Leaves up to 65 seconds between two lines, so that no log spans half the range of a tick count.
-Ring TakeRing(Input& input, std::size_t size)
+Ring CreateRing(Input& input, std::size_t size)
 {
-    Ring ring(input.Byte() * std::size_t{4});
+    Ring ring(input.ReadByte() * std::size_t{4});
     // A tick count that wraps around soon, or not at all.
-    std::uint32_t tick = input.Byte() % 2 == 0 ? 0xFFFF'0000 : 1'000'000;
+    std::uint32_t tick = input.ReadByte() % 2 == 0 ? 0xFFFF'0000 : 1'000'000;
     std::int64_t time = 0;
     for (std::size_t used = 2; used < size; used += 2) {
-        const std::uint32_t step = input.Byte() * 257U;
+        const std::uint32_t step = input.ReadByte() * 257U;
         tick += step;
         time += step;
-        ring.Write(time, tick, input.Byte());
+        ring.Write(time, tick, input.ReadByte());
     }
     return ring;
 }
@@ -104,11 +104,11 @@ std::vector<std::uint32_t> ReadTicks(const InputLog& log)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    if (size > c_longestInput)
+    if (size > c_maxInputSize)
         return 0;
     Input input(data, size);
-    const Ring ring = TakeRing(input, size);
-    if (!ring.IsClear())
+    const Ring ring = CreateRing(input, size);
+    if (!ring.IsUnambiguous())
         return 0;
 
     std::vector<std::uint32_t> expected;

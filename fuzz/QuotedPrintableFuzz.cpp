@@ -19,9 +19,9 @@ using namespace Toolkit;
 using Wide = TString<wchar_t>;
 
 // Returns a small number, or 2^32 minus a small number.
-unsigned int Length(Input& input)
+unsigned int ReadLength(Input& input)
 {
-    const unsigned int value = input.Byte();
+    const unsigned int value = input.ReadByte();
     return value < 0x80 ? value : value - 0x100;
 }
 
@@ -29,11 +29,11 @@ unsigned int Length(Input& input)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    constexpr std::size_t longest = 2000;
-    Input input(data, size < longest ? size : longest);
-    const unsigned int first = Length(input);
-    const unsigned int line = Length(input);
-    const TString<char> bytes = input.Rest();
+    constexpr std::size_t maxLength = 2000;
+    Input input(data, size < maxLength ? size : maxLength);
+    const unsigned int first = ReadLength(input);
+    const unsigned int line = ReadLength(input);
+    const TString<char> bytes = input.ReadRest();
     const Wide text = UTF8::ToUNICODE(bytes);
 
     const Wide code = QP::ToQP(text);

@@ -14,7 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
-void RequireGroupsOf(MatchResult& result)
+void RequireValidGroups(MatchResult& result)
 {
     const auto length = static_cast<int>(result.subject.size());
     Require(static_cast<int>(result.Count()) == std::max(result.resultCode, 0));
@@ -37,14 +37,14 @@ void RequireGroupsOf(MatchResult& result)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     PatternInput input(data, size);
-    const RegExp regExp(TString<char>(WithLimits(input.Text(80))), RegExpOptions::None);
-    const TString<char> subject = input.Text(200);
+    const RegExp regExp(TString<char>(AddLimits(input.ReadString(80))), RegExpOptions::None);
+    const TString<char> subject = input.ReadString(200);
 
     const PatternOutcome matches =
-        OutcomeOf([&] { return std::string(regExp.IsMatch(subject) ? "yes" : "no"); });
-    const PatternOutcome groups = OutcomeOf([&] {
+        GetOutcome([&] { return std::string(regExp.IsMatch(subject) ? "yes" : "no"); });
+    const PatternOutcome groups = GetOutcome([&] {
         const smart_ptr<MatchResult> result = regExp.Match(subject);
-        RequireGroupsOf(*result);
+        RequireValidGroups(*result);
         return std::string(result->resultCode > 0 ? "yes" : "no");
     });
 

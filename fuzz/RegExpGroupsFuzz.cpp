@@ -15,7 +15,7 @@ namespace {
 
 using namespace Toolkit;
 
-struct Piece {
+struct GroupReplacement {
     std::size_t begin;
     std::size_t end;
     std::string replacement;
@@ -23,48 +23,53 @@ struct Piece {
 
 // Joins the replacements with the rest of the subject. False if groups overlap or end before they
 // begin: after the first replacement their offsets no longer apply.
-bool Join(const std::string& subject, const std::vector<Piece>& pieces, std::string& joined)
+bool Join(const std::string& subject, const std::vector<GroupReplacement>& replacements,
+          std::string& joined)
 {
     std::size_t done = 0;
-    for (const Piece& piece : pieces) {
-        if (piece.begin < done || piece.end < piece.begin)
+    for (const GroupReplacement& group : replacements) {
+        if (group.begin < done || group.end < group.begin)
             return false;
-        joined += subject.substr(done, piece.begin - done) + piece.replacement;
-        done = piece.end;
+        joined += subject.substr(done, group.begin - done) + group.replacement;
+        done = group.end;
     }
     joined += subject.substr(done);
     return true;
 }
 
 // Returns the groups that matched, with their replacements.
-template <typename ReplacementOf>
-std::vector<Piece> PiecesOf(const MatchResult& result, const ReplacementOf& replacementOf)
+template <typename FindReplacement>
+std::vector<GroupReplacement> ListReplacements(const MatchResult& result,
+                                               const FindReplacement& findReplacement)
 {
-    std::vector<Piece> pieces;
+    std::vector<GroupReplacement> replacements;
     for (unsigned short i = 1; i < result.Count(); ++i) {
-        const std::string* const replacement = replacementOf(i);
+        const std::string* const replacement = findReplacement(i);
         if (replacement && result.ovector[2 * i] >= 0)
-            pieces.push_back({static_cast<std::size_t>(result.ovector[2 * i]),
-                              static_cast<std::size_t>(result.ovector[2 * i + 1]), *replacement});
+            replacements.push_back({static_cast<std::size_t>(result.ovector[2 * i]),
+                                    static_cast<std::size_t>(result.ovector[2 * i + 1]),
+                                    *replacement});
     }
-    return pieces;
+    return replacements;
 }
 
-void RequireList(RegExp& regExp, const MatchResult& result, const std::vector<TString<char>>& list)
+void RequireReplacedByList(RegExp& regExp, const MatchResult& result,
+                           const std::vector<TString<char>>& list)
 {
     const std::string replaced = regExp.Replace(list, result.subject);
-    const auto entry = [&](unsigned short group) -> const std::string* {
+    const auto findReplacement = [&](unsigned short group) -> const std::string* {
         return group <= list.size() ? &list[group - 1u] : &TString<char>::Empty();
     };
     std::string expected;
-    if (Join(result.subject, PiecesOf(result, entry), expected))
+    if (Join(result.subject, ListReplacements(result, findReplacement), expected))
         Require(replaced == expected);
 }
 
-void RequireMap(RegExp& regExp, const MatchResult& result, RegExp::ReplacementMappedStrings map)
+void RequireReplacedByMap(RegExp& regExp, const MatchResult& result,
+                          RegExp::ReplacementMappedStrings map)
 {
     const std::string replaced = regExp.Replace(map, result.subject);
-    const auto entry = [&](unsigned short group) -> const std::string* {
+    const auto findReplacement = [&](unsigned short group) -> const std::string* {
         const TString<char>& name = result[group]->name;
         if (name.empty())
             return nullptr;
@@ -72,7 +77,7 @@ void RequireMap(RegExp& regExp, const MatchResult& result, RegExp::ReplacementMa
         return &map[name];
     };
     std::string expected;
-    if (Join(result.subject, PiecesOf(result, entry), expected))
+    if (Join(result.subject, ListReplacements(result, findReplacement), expected))
         Require(replaced == expected);
 }
 
@@ -81,20 +86,20 @@ void RequireMap(RegExp& regExp, const MatchResult& result, RegExp::ReplacementMa
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     PatternInput input(data, size);
-    const std::string pattern = WithLimits(input.Text(80));
+    const std::string pattern = AddLimits(input.ReadString(80));
     RegExp regExp(TString<char>(pattern), RegExpOptions::None);
-    const TString<char> subject = input.Text(100);
-    const TString<char> first = input.Text(10);
-    const TString<char> second = input.Text(10);
-    OutcomeOf([&] {
+    const TString<char> subject = input.ReadString(100);
+    const TString<char> first = input.ReadString(10);
+    const TString<char> second = input.ReadString(10);
+    GetOutcome([&] {
         const smart_ptr<MatchResult> result = regExp.Match(subject);
         const std::vector<TString<char>> list = {first, second};
         if (!result->Success()) {
             Require(regExp.Replace(list, subject).empty());
             return std::string();
         }
-        RequireList(regExp, *result, list);
-        RequireMap(regExp, *result, {{"a", first}, {"b", second}});
+        RequireReplacedByList(regExp, *result, list);
+        RequireReplacedByMap(regExp, *result, {{"a", first}, {"b", second}});
         return std::string();
     });
     return 0;

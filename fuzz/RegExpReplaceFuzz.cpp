@@ -16,7 +16,7 @@ using namespace Toolkit;
 constexpr int c_options = 0x580;
 
 // Fewer for a long string, in which each step is costly.
-constexpr int MostSteps(std::size_t length)
+constexpr int GetMaxSteps(std::size_t length)
 {
     return length > 1000 ? 5 : 50;
 }
@@ -31,9 +31,9 @@ bool ReplaceInSteps(RegExp& regExp, const std::string& pattern, const std::strin
     result->execOptions = c_options;
     regExp.RegExp_compile(result);
     regExp.RegExp_exec(result, 0);
-    const int mostSteps = MostSteps(text.size());
+    const int maxSteps = GetMaxSteps(text.size());
     for (int steps = 0; result->resultCode > 0; ++steps) {
-        if (steps == mostSteps)
+        if (steps == maxSteps)
             return false;
         regExp.RegExp_replace(result, 0, text, replacement, 0);
         result->subject = text;
@@ -48,8 +48,8 @@ bool IsCheap(RegExp& regExp, const std::string& pattern, const std::string& repl
              TString<char> text)
 {
     bool isDone = false;
-    const PatternOutcome outcome = OutcomeOf([&] {
-        isDone = ReplaceInSteps(regExp, WithLimits(pattern), replacement, text);
+    const PatternOutcome outcome = GetOutcome([&] {
+        isDone = ReplaceInSteps(regExp, AddLimits(pattern), replacement, text);
         return std::string();
     });
     const bool isLimited =
@@ -62,22 +62,23 @@ bool IsCheap(RegExp& regExp, const std::string& pattern, const std::string& repl
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     PatternInput input(data, size);
-    const std::string pattern = input.Text(60);
-    const TString<char> replacement = input.Text(20);
+    const std::string pattern = input.ReadString(60);
+    const TString<char> replacement = input.ReadString(20);
     // Only a long string exceeds 16-bit offsets. A repetition could try every part of it.
-    const bool isLong = input.Text(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
-    const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.Text(60);
+    const bool isLong =
+        input.ReadString(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
+    const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.ReadString(60);
     RegExp regExp(TString<char>(pattern), RegExpOptions::None);
     if (!IsCheap(regExp, pattern, replacement, subject))
         return 0;
 
-    const PatternOutcome steps = OutcomeOf([&] {
+    const PatternOutcome steps = GetOutcome([&] {
         TString<char> text = subject;
         Require(ReplaceInSteps(regExp, pattern, replacement, text));
         return std::string(text);
     });
     const PatternOutcome whole =
-        OutcomeOf([&] { return std::string(regExp.Replace(replacement, subject, 0)); });
+        GetOutcome([&] { return std::string(regExp.Replace(replacement, subject, 0)); });
 
     Require(steps == whole);
     return 0;

@@ -15,7 +15,7 @@ namespace {
 using namespace Toolkit;
 
 // Whether replacing terminates because `to` contains no character of `from`.
-bool IsForeign(const std::wstring& from, const std::wstring& to)
+bool AreDisjoint(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && to.find_first_of(from) == std::wstring::npos;
 }
@@ -24,12 +24,12 @@ bool IsForeign(const std::wstring& from, const std::wstring& to)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    constexpr std::size_t longest = 200;
-    Input input(data, size < longest ? size : longest);
-    const TString<wchar_t> from = input.Text('\n');
-    const TString<wchar_t> to = input.Text('\n');
-    TString<wchar_t> text = input.Text('\0');
-    if (!References::ReplacingTerminates(from, to) && !IsForeign(from, to))
+    constexpr std::size_t maxLength = 200;
+    Input input(data, size < maxLength ? size : maxLength);
+    const TString<wchar_t> from = input.ReadString('\n');
+    const TString<wchar_t> to = input.ReadString('\n');
+    TString<wchar_t> text = input.ReadString('\0');
+    if (!References::ReplacingTerminates(from, to) && !AreDisjoint(from, to))
         return 0;
 
     std::wstring expected = text;

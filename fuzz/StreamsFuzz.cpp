@@ -44,7 +44,7 @@ private:
 class Comparison {
 public:
     explicit Comparison(const std::string& bytes)
-        : m_file(bytes), m_stream(m_file.Path(), FSStream::OpenRead), m_left(bytes)
+        : m_file(bytes), m_stream(m_file.Path(), FSStream::OpenRead), m_remaining(bytes)
     {
         Require(m_stream.Length() == bytes.size());
     }
@@ -53,18 +53,18 @@ public:
     {
         unsigned int value = 0;
         unsigned int expected = 0;
-        const bool isThere = TakeInteger(expected);
-        Require(m_stream.Read(value) == (isThere ? StreamResult::Ok : StreamResult::DataFailed));
-        Require(!isThere || value == expected);
+        const bool isComplete = DecodeInteger(expected);
+        Require(m_stream.Read(value) == (isComplete ? StreamResult::Ok : StreamResult::DataFailed));
+        Require(!isComplete || value == expected);
     }
 
     void ReadBlock(unsigned int size)
     {
         std::string block(size, '\0');
-        const std::string expected = Take(size);
-        const bool isThere = expected.size() == size;
+        const std::string expected = DecodeBytes(size);
+        const bool isComplete = expected.size() == size;
         Require(m_stream.Read(block.data(), size) ==
-                (isThere ? StreamResult::Ok : StreamResult::DataFailed));
+                (isComplete ? StreamResult::Ok : StreamResult::DataFailed));
         Require(block.compare(0, expected.size(), expected) == 0);
     }
 
@@ -73,11 +73,11 @@ public:
         TString<wchar_t> text = L"before";
         const unsigned int result = m_stream.Read(text);
         unsigned int size = 0;
-        if (!TakeInteger(size)) {
+        if (!DecodeInteger(size)) {
             Require(result == StreamResult::ReadPrefixFailed && text == L"before");
         } else if (size == 0) {
             Require(result == StreamResult::Nothing && text == L"before");
-        } else if (const std::string bytes = Take(size); bytes.size() < size) {
+        } else if (const std::string bytes = DecodeBytes(size); bytes.size() < size) {
             Require(result == StreamResult::DataFailed && text == L"before");
         } else {
             std::wstring expected(size / 4, L'\0');
@@ -91,18 +91,18 @@ public:
         Bytes bytes;
         const unsigned int result = bytes.Deserialize(m_stream);
         unsigned int size = 0;
-        const bool hasSize = TakeInteger(size);
-        const std::string expected = hasSize ? Take(size) : "";
-        const bool isThere = hasSize && expected.size() == size;
-        const std::string contents = ContentsOf(bytes);
-        Require(result == (isThere ? 0u : 0x10000003u));
+        const bool hasSize = DecodeInteger(size);
+        const std::string expected = hasSize ? DecodeBytes(size) : "";
+        const bool isComplete = hasSize && expected.size() == size;
+        const std::string contents = GetContents(bytes);
+        Require(result == (isComplete ? 0u : 0x10000003u));
         Require(contents.compare(0, expected.size(), expected) == 0);
-        Require(isThere ? contents == expected
-                        : contents.size() <= std::max<std::size_t>(65536, 2 * expected.size()));
+        Require(isComplete ? contents == expected
+                           : contents.size() <= std::max<std::size_t>(65536, 2 * expected.size()));
     }
 
 private:
-    static std::string ContentsOf(const Bytes& bytes)
+    static std::string GetContents(const Bytes& bytes)
     {
         unsigned char* copy = nullptr;
         unsigned int size = 0;
@@ -112,23 +112,23 @@ private:
         return contents;
     }
 
-    std::string Take(std::size_t size)
+    std::string DecodeBytes(std::size_t size)
     {
-        const std::string taken = m_left.substr(0, size);
-        m_left.erase(0, size);
-        return taken;
+        const std::string bytes = m_remaining.substr(0, size);
+        m_remaining.erase(0, size);
+        return bytes;
     }
 
-    bool TakeInteger(unsigned int& value)
+    bool DecodeInteger(unsigned int& value)
     {
-        const std::string bytes = Take(sizeof value);
+        const std::string bytes = DecodeBytes(sizeof value);
         std::memcpy(&value, bytes.data(), bytes.size());
         return bytes.size() == sizeof value;
     }
 
     MemoryFile m_file;
     FSStream m_stream;
-    std::string m_left;
+    std::string m_remaining;
 };
 
 } // namespace
@@ -137,13 +137,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     // The input is the number of items, the kind of each with a block length in the upper bits, and
     // the file.
-    constexpr unsigned int mostItems = 16;
+    constexpr unsigned int maxItems = 16;
     Input input(data, size);
     std::string kinds;
-    for (unsigned int count = input.Byte() % mostItems; count > 0; --count)
-        kinds.push_back(static_cast<char>(input.Byte()));
+    for (unsigned int count = input.ReadByte() % maxItems; count > 0; --count)
+        kinds.push_back(static_cast<char>(input.ReadByte()));
 
-    Comparison comparison(input.Rest());
+    Comparison comparison(input.ReadRest());
     for (const char kind : kinds) {
         switch (kind & 3) {
         case 0:

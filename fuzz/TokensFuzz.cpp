@@ -15,25 +15,25 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Input input(data, size);
-    const TString<wchar_t> delimiters = input.Text('\n');
-    const TString<wchar_t> text = input.Text('\0');
+    const TString<wchar_t> delimiters = input.ReadString('\n');
+    const TString<wchar_t> text = input.ReadString('\0');
 
     std::vector<TString<wchar_t>> tokens;
     text.GetTokens(delimiters, tokens, false);
 
-    std::size_t place = 0;
+    std::size_t offset = 0;
     for (const TString<wchar_t>& token : tokens) {
         Require(token.find_first_of(delimiters) == std::wstring::npos);
-        Require(text.compare(place, token.size(), token) == 0);
-        place += token.size();
-        Require(place == text.size() || delimiters.find(text[place]) != std::wstring::npos);
-        ++place;
+        Require(text.compare(offset, token.size(), token) == 0);
+        offset += token.size();
+        Require(offset == text.size() || delimiters.find(text[offset]) != std::wstring::npos);
+        ++offset;
     }
-    Require(place == text.size() + 1);
+    Require(offset == text.size() + 1);
 
-    std::vector<TString<wchar_t>> others;
-    text.GetTokens(delimiters, others, true);
+    std::vector<TString<wchar_t>> nonEmptyTokens;
+    text.GetTokens(delimiters, nonEmptyTokens, true);
     std::erase_if(tokens, [](const TString<wchar_t>& token) { return token.empty(); });
-    Require(others == tokens);
+    Require(nonEmptyTokens == tokens);
     return 0;
 }

@@ -16,7 +16,7 @@ namespace {
 
 using namespace Toolkit;
 
-std::array<unsigned int, 4> PartsOf(const Version& version)
+std::array<unsigned int, 4> GetParts(const Version& version)
 {
     return {version.GetMajor(), version.GetMinor(), version.GetBuild(), version.GetRevision()};
 }
@@ -24,7 +24,7 @@ std::array<unsigned int, 4> PartsOf(const Version& version)
 void CheckPrinting(const Version& version)
 {
     const TString<wchar_t> text = version.ToString();
-    Require(PartsOf(Version(text)) == PartsOf(version));
+    Require(GetParts(Version(text)) == GetParts(version));
     Require(version.CompareVersion(text) == 0);
     for (const wchar_t character : text)
         Require(character == L'.' || (character >= L'0' && character <= L'9'));
@@ -32,8 +32,8 @@ void CheckPrinting(const Version& version)
 
 void CheckOrder(const Version& one, const Version& other)
 {
-    const bool isEqual = PartsOf(one) == PartsOf(other);
-    const bool isLess = PartsOf(one) < PartsOf(other);
+    const bool isEqual = GetParts(one) == GetParts(other);
+    const bool isLess = GetParts(one) < GetParts(other);
     Require((one == other) == isEqual);
     Require((one < other) == isLess);
     Require((one > other) == (!isEqual && !isLess));

@@ -23,9 +23,9 @@ namespace {
 using namespace Toolkit;
 
 // One byte of a Zip archive may expand to a thousand, so these limits bound the time per input.
-constexpr std::size_t c_longestInput = 16384;
-constexpr int c_mostEntries = 8;
-constexpr std::size_t c_mostBytes = 100'000;
+constexpr std::size_t c_maxInputSize = 16384;
+constexpr int c_maxEntries = 8;
+constexpr std::size_t c_maxBytes = 100'000;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -41,10 +41,10 @@ public:
     void ReadLine()
     {
         TString<wchar_t> line = L"before";
-        const bool isWhole = m_stream.ReadLine(line);
-        const std::wstring expected = Reader().ReadLine().ToStdWstring();
-        Require(isWhole == m_reference.IsOk());
-        Require(line == (isWhole ? expected : std::wstring()));
+        const bool hasLine = m_stream.ReadLine(line);
+        const std::wstring expected = CreateReader().ReadLine().ToStdWstring();
+        Require(hasLine == m_reference.IsOk());
+        Require(line == (hasLine ? expected : std::wstring()));
         CompareState();
     }
 
@@ -52,7 +52,7 @@ public:
     {
         TString<wchar_t> word = L"before";
         m_stream >> word;
-        Require(word == Reader().ReadWord().ToStdWstring());
+        Require(word == CreateReader().ReadWord().ToStdWstring());
         CompareState();
     }
 
@@ -88,7 +88,7 @@ public:
         std::size_t count = 1;
         for (int byte = m_reference.GetC(); byte >= 0; byte = m_reference.GetC()) {
             Require(count < bytes.size() && bytes[count] == byte);
-            if (++count > c_mostBytes)
+            if (++count > c_maxBytes)
                 return;
         }
         Require(count == bytes.size());
@@ -98,7 +98,7 @@ public:
 private:
     wxZipInputStream& WxStream() const { return *static_cast<wxZipInputStream*>(m_stream); }
 
-    wxTextInputStream Reader() const { return wxTextInputStream(m_reference, " \t"); }
+    wxTextInputStream CreateReader() const { return wxTextInputStream(m_reference, " \t"); }
 
     void CompareState() const
     {
@@ -111,10 +111,10 @@ private:
     wxZipInputStream& m_reference;
 };
 
-void ReadMixture(Comparison& comparison, const std::string& ways)
+void ReadMixture(Comparison& comparison, const std::string& operations)
 {
-    for (const char way : ways) {
-        switch (way & 7) {
+    for (const char operation : operations) {
+        switch (operation & 7) {
         case 0:
         case 1:
             comparison.ReadLine();
@@ -127,10 +127,10 @@ void ReadMixture(Comparison& comparison, const std::string& ways)
             comparison.ReadByte();
             break;
         case 5:
-            comparison.ReadBlock(static_cast<unsigned char>(way));
+            comparison.ReadBlock(static_cast<unsigned char>(operation));
             break;
         case 6:
-            comparison.PeekAndPutBack(way);
+            comparison.PeekAndPutBack(operation);
             break;
         default:
             comparison.ReadRest();
@@ -171,18 +171,18 @@ std::unique_ptr<wxZipInputStream> OpenReference(const TString<wchar_t>& path, wx
 }
 
 void ReadEntries(ArchiveZip& archive, const ArchiveZip::EntriesMap& entries,
-                 const TString<wchar_t>& path, const std::string& ways)
+                 const TString<wchar_t>& path, const std::string& operations)
 {
     const std::string restOnly = "\7";
     int count = 0;
     for (const auto& [name, entry] : entries) {
-        for (const std::string& order : {ways, restOnly}) {
+        for (const std::string& order : {operations, restOnly}) {
             const smart_ptr<ZipInputStream> stream = archive.GetZipInputStream(entry);
             const std::unique_ptr<wxZipInputStream> reference = OpenReference(path, *entry);
             Comparison comparison(*stream, *reference);
             ReadMixture(comparison, order);
         }
-        if (++count == c_mostEntries)
+        if (++count == c_maxEntries)
             return;
     }
 }
@@ -196,16 +196,16 @@ void AbortOnAssert(const wxString&, int, const wxString&, const wxString&, const
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The input is the number of ways of reading, a byte for each, and the archive.
-    constexpr unsigned int mostWays = 32;
+    // The input is the number of read operations, a byte for each, and the archive.
+    constexpr unsigned int maxOperations = 32;
     static const InputFile file;
-    if (size > c_longestInput)
+    if (size > c_maxInputSize)
         return 0;
     Input input(data, size);
-    std::string ways;
-    for (unsigned int count = input.Byte() % mostWays; count > 0; --count)
-        ways.push_back(static_cast<char>(input.Byte()));
-    const std::string bytes = input.Rest();
+    std::string operations;
+    for (unsigned int count = input.ReadByte() % maxOperations; count > 0; --count)
+        operations.push_back(static_cast<char>(input.ReadByte()));
+    const std::string bytes = input.ReadRest();
     file.Write(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 
     wxSetAssertHandler(AbortOnAssert);
@@ -213,6 +213,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ArchiveZip archive;
     ArchiveZip::EntriesMap entries;
     ListTwice(archive, file.Path(), entries);
-    ReadEntries(archive, entries, file.Path(), ways);
+    ReadEntries(archive, entries, file.Path(), operations);
     return 0;
 }

@@ -14,15 +14,16 @@ public:
     {
     }
 
-    /// The next byte; 0 after the end.
-    std::uint8_t Byte()
+    /// Returns the next byte; 0 after the end.
+    std::uint8_t ReadByte()
     {
         return m_next < m_bytes.size() ? static_cast<std::uint8_t>(m_bytes[m_next++])
                                        : std::uint8_t{0};
     }
 
-    /// The bytes up to the next `separator` or the end, each as the character of that value.
-    std::wstring Text(char separator)
+    /// Returns the bytes up to the next `separator` or the end, each as the character of that
+    /// value.
+    std::wstring ReadString(char separator)
     {
         const std::size_t end = std::min(m_bytes.find(separator, m_next), m_bytes.size());
         std::wstring text;
@@ -32,8 +33,8 @@ public:
         return text;
     }
 
-    /// All remaining bytes.
-    std::string Rest() { return m_bytes.substr(std::exchange(m_next, m_bytes.size())); }
+    /// Returns all remaining bytes.
+    std::string ReadRest() { return m_bytes.substr(std::exchange(m_next, m_bytes.size())); }
 
 private:
     std::string m_bytes;

@@ -18,14 +18,14 @@ public:
     {
     }
 
-    /// Calls `take` with each record of a part, which is valid during the call.
+    /// Calls `onRecord` with each record of a part, which is valid during the call.
     void ForEachRecord(const Tool::LogPart& part,
-                       const std::function<void(const Tool::LogRecord&)>& take) const
+                       const std::function<void(const Tool::LogRecord&)>& onRecord) const
     {
         Tool::LogReader reader(m_file.Get(), part.begin, part.end);
         Tool::LogRecord record;
         while (reader.Read(record))
-            take(record);
+            onRecord(record);
     }
 
     /// The parts of the file, the oldest first.

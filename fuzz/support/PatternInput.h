@@ -16,13 +16,13 @@ public:
     {
     }
 
-    /// The bytes up to the next separator, truncated to `longest`.
-    std::string Text(std::size_t longest)
+    /// Returns the bytes up to the next separator, truncated to `maxLength`.
+    std::string ReadString(std::size_t maxLength)
     {
         const std::size_t begin = m_next;
         const std::size_t end = std::min(m_bytes.find('\0', begin), m_bytes.size());
         m_next = std::min(end + 1, m_bytes.size());
-        return m_bytes.substr(begin, std::min(end - begin, longest));
+        return m_bytes.substr(begin, std::min(end - begin, maxLength));
     }
 
 private:
@@ -39,7 +39,7 @@ struct PatternOutcome {
 };
 
 template <typename Operation>
-PatternOutcome OutcomeOf(const Operation& operation)
+PatternOutcome GetOutcome(const Operation& operation)
 {
     try {
         return {operation(), ""};
@@ -48,8 +48,8 @@ PatternOutcome OutcomeOf(const Operation& operation)
     }
 }
 
-/// The pattern with limits that stop a costly search early.
-inline std::string WithLimits(const std::string& pattern)
+/// Returns the pattern with limits that stop a costly search early.
+inline std::string AddLimits(const std::string& pattern)
 {
     return "(*LIMIT_MATCH=5000)(*LIMIT_RECURSION=1000)" + pattern;
 }
