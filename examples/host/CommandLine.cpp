@@ -47,7 +47,7 @@ CommandLine::CommandLine(const HostPlugIn::Command& command, const Text& line) :
         AddOption(command.options[i]);
     m_parser.Parse();
     if (command.run)
-        FindUnknownOption(line);
+        RejectUnknownOptions(line);
     for (const Option& option : c_hostOptions)
         Complete(option);
     for (std::size_t i = 0; i < command.optionCount; ++i)
@@ -76,14 +76,14 @@ void CommandLine::AddOption(const Option& option)
 
 // The parser ignores unknown options. Only the serving host calls this: a start that hands its line
 // over does not know the options of the commands.
-void CommandLine::FindUnknownOption(const Text& line)
+void CommandLine::RejectUnknownOptions(const Text& line)
 {
     std::vector<Text> words;
     CmdLineParser::Tokenize(line, words);
     for (const Text& word : words) {
         if (word.substr(0, 1) == CmdLineParser::c_strIdentifiers &&
             m_options.find(word.substr(1)) == m_options.end())
-            m_fault = L"there is no option " + word;
+            m_error = L"there is no option " + word;
     }
 }
 
@@ -94,7 +94,7 @@ void CommandLine::Complete(const Option& option)
     const smart_ptr<CmdLineOption> parsed = m_options[option.name];
     const Text value = parsed->GetValue();
     if (option.isRequired && value.empty())
-        m_fault = Text(L"the option -") + option.name + L" is missing, or its value is";
+        m_error = Text(L"the option -") + option.name + L" is missing, or its value is";
     if (option.kind != Option::Path || value.empty() || IsAbsolute(value))
         return;
     Text path;

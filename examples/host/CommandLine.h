@@ -20,17 +20,17 @@ public:
     CommandLine(const HostPlugIn::Command& command, const Text& line);
 
     /// Returns why the command line is invalid; empty if it is valid.
-    const Text& GetFault() const { return m_fault; }
+    const Text& GetError() const { return m_error; }
 
     bool IsDefined(const Text& option) const;
     const Text& GetValue(const Text& option) const;
 
 private:
     void AddOption(const HostPlugIn::Option& option);
-    void FindUnknownOption(const Text& line);
+    void RejectUnknownOptions(const Text& line);
     void Complete(const HostPlugIn::Option& option);
 
     std::map<Text, Toolkit::smart_ptr<Toolkit::CmdLineOption>> m_options;
     Toolkit::CmdLineParser m_parser;
-    Text m_fault;
+    Text m_error;
 };

@@ -11,9 +11,9 @@ using namespace Toolkit;
 namespace {
 
 // The shortest time between two displays of progress. 100 % is always shown.
-constexpr unsigned int c_progressMs = 200;
+constexpr unsigned int c_progressIntervalMs = 200;
 
-// Takes the place of an unknown command, and has no options of its own.
+// Stands in for an unknown command, and has no options of its own.
 constexpr HostPlugIn::Command c_noCommand{};
 
 Text ToText(unsigned long long value)
@@ -36,7 +36,7 @@ void CommandOperation::Perform()
 {
     const unsigned int beginTicks = GetTickCount();
     SendOperationStarted();
-    if (!Work() || !Store()) {
+    if (!RunCommand() || !StoreResult()) {
         Fail(L"it does not say why");
         m_result.Discard();
     }
@@ -52,21 +52,21 @@ Text CommandOperation::GetTitle() const
     return ToText(GetOperationId()) + L" " + GetCommandWord(m_line);
 }
 
-bool CommandOperation::Work()
+bool CommandOperation::RunCommand()
 {
     if (m_isCancelled)
         return Fail(L"cancelled");
     if (!m_command)
         return Fail(L"there is no such command");
-    if (!m_options.GetFault().empty())
-        return Fail(m_options.GetFault());
+    if (!m_options.GetError().empty())
+        return Fail(m_options.GetError());
     if (!m_result.Open())
         return FailToWrite();
     return m_command->run(*this);
 }
 
 // A command may have called Fail() and still return true.
-bool CommandOperation::Store()
+bool CommandOperation::StoreResult()
 {
     if (!HasSucceeded())
         return false;
@@ -75,7 +75,7 @@ bool CommandOperation::Store()
 
 bool CommandOperation::FailToWrite() noexcept
 {
-    return Fail(L"cannot write " + m_options.GetValue(L"out") + L": " + m_result.GetFault());
+    return Fail(L"cannot write " + m_options.GetValue(L"out") + L": " + m_result.GetError());
 }
 
 bool CommandOperation::IsDefined(const wchar_t* option) const noexcept
@@ -93,14 +93,14 @@ bool CommandOperation::Write(const char* bytes, std::size_t count) noexcept
     return m_result.Write(bytes, count) || FailToWrite();
 }
 
-bool CommandOperation::Progress(unsigned long long done, unsigned long long total,
-                                const wchar_t* unit) noexcept
+bool CommandOperation::ReportProgress(unsigned long long done, unsigned long long total,
+                                      const wchar_t* unit) noexcept
 {
     UpdateLastOperationDate();
     if (m_isCancelled)
         return Fail(L"cancelled");
     const unsigned int ticks = GetLastOperationDate();
-    if (ticks - m_lastShownTicks >= c_progressMs || done == total) {
+    if (ticks - m_lastShownTicks >= c_progressIntervalMs || done == total) {
         m_lastShownTicks = ticks;
         ShowProgress(GetTitle(), done, total, unit);
     }

@@ -30,15 +30,15 @@ public:
     bool HasSucceeded() const { return m_failure.empty(); }
 
 private:
-    bool Work();
-    bool Store();
+    bool RunCommand();
+    bool StoreResult();
     bool FailToWrite() noexcept;
 
     bool IsDefined(const wchar_t* option) const noexcept override;
     const Text& GetValue(const wchar_t* option) const noexcept override;
     bool Write(const char* bytes, std::size_t count) noexcept override;
-    bool Progress(unsigned long long done, unsigned long long total,
-                  const wchar_t* unit) noexcept override;
+    bool ReportProgress(unsigned long long done, unsigned long long total,
+                        const wchar_t* unit) noexcept override;
     void Warn(const Text& message) noexcept override;
     bool Fail(const Text& message) noexcept override;
 

@@ -58,7 +58,7 @@ public:
     {
         m_operation.AddListener(
             smart_ptr<BackgroundOperationHandler>(new CommandReport(m_operation)));
-        m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new EndCall(onEnded)));
+        m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new EndListener(onEnded)));
     }
 
     // The thread uses members of this class, so it must end before they are destroyed.
@@ -74,9 +74,9 @@ protected:
     }
 
 private:
-    class EndCall : public BackgroundOperationHandler {
+    class EndListener : public BackgroundOperationHandler {
     public:
-        explicit EndCall(std::function<void()> action) : m_action(std::move(action)) {}
+        explicit EndListener(std::function<void()> action) : m_action(std::move(action)) {}
 
         void OnOperationStarted() override {}
         void OnOperationEnded() override { wxAppConsole::GetInstance()->CallAfter(m_action); }
@@ -101,9 +101,9 @@ private:
 
 // Removes the socket when the host is about to stop, and gives clients that are already connected
 // 200 ms to send their lines.
-class CommandServer::Grace : public wxTimer {
+class CommandServer::GracePeriod : public wxTimer {
 public:
-    explicit Grace(CommandServer& server) : m_server(server)
+    explicit GracePeriod(CommandServer& server) : m_server(server)
     {
         constexpr int graceMs = 200;
 
@@ -111,7 +111,7 @@ public:
         StartOnce(graceMs);
     }
 
-    void Notify() override { m_server.Work(); }
+    void Notify() override { m_server.StartNextCommandOrExit(); }
 
 private:
     CommandServer& m_server;
@@ -127,7 +127,7 @@ public:
         StartOnce(limitMs);
     }
 
-    void Notify() override { m_server.EndWithoutCommand(); }
+    void Notify() override { m_server.ExitWithoutWaiting(); }
 
 private:
     CommandServer& m_server;
@@ -137,43 +137,43 @@ CommandServer::CommandServer(const PlugIns& plugIns) : m_plugIns(plugIns) {}
 
 CommandServer::~CommandServer() = default;
 
-CommandServer::End CommandServer::Run()
+CommandServer::ServeResult CommandServer::Run()
 {
     const StopSignals signals([this] { Cancel(); });
     IPCServer server(GetServicePath());
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
     if (!server.Run())
-        return End::NotServed;
+        return ServeResult::Failed;
 
     Print(L"Serving at " + GetServicePath());
     TOOLKIT_LOG(SeverityInfo) << L"Serving at " << GetServicePath() << ILogger::c_strLogToken3;
     wxAppConsole::GetInstance()->MainLoop();
-    return m_end;
+    return m_result;
 }
 
 void CommandServer::Receive(const Text& line)
 {
     // Far more than a command needs, far less than IPC allows.
-    constexpr std::size_t longestLine = 1 << 20;
+    constexpr std::size_t maxLineLength = 1 << 20;
 
-    if (line.size() > longestLine)
+    if (line.size() > maxLineLength)
         Fail(L"A command must not be longer than 1 Mi characters");
     else if (line == c_quit)
-        Stop(End::Quit);
+        Stop(ServeResult::Quit);
     else if (line == c_restart)
-        Stop(End::Restart);
+        Stop(ServeResult::Restart);
     else if (line == c_serve)
         Print(L"Already serving");
     else
-        m_waitingLines.push_back(line);
-    Work();
+        m_queuedLines.push_back(line);
+    StartNextCommandOrExit();
 }
 
-void CommandServer::Stop(End end)
+void CommandServer::Stop(ServeResult result)
 {
-    m_end = end;
-    if (!m_grace)
-        m_grace = std::make_unique<Grace>(*this);
+    m_result = result;
+    if (!m_gracePeriod)
+        m_gracePeriod = std::make_unique<GracePeriod>(*this);
 }
 
 void CommandServer::Cancel()
@@ -181,23 +181,23 @@ void CommandServer::Cancel()
     Print(L"Stopping; another signal ends the host at once");
     m_isCancelled = true;
     m_deadline = std::make_unique<Deadline>(*this);
-    Stop(End::Quit);
-    Work();
+    Stop(ServeResult::Quit);
+    StartNextCommandOrExit();
 }
 
 // Starts the next command unless one is running. Ends the event loop if the host is to stop, its
 // grace period is over and no command is left.
-void CommandServer::Work()
+void CommandServer::StartNextCommandOrExit()
 {
     if (m_worker)
         return;
-    if (m_waitingLines.empty()) {
-        if (m_grace && !m_grace->IsRunning())
+    if (m_queuedLines.empty()) {
+        if (m_gracePeriod && !m_gracePeriod->IsRunning())
             wxAppConsole::GetInstance()->ExitMainLoop();
         return;
     }
-    const Text line = m_waitingLines.front();
-    m_waitingLines.pop_front();
+    const Text line = m_queuedLines.front();
+    m_queuedLines.pop_front();
     m_worker = std::make_unique<CommandWorker>(++m_lastId, line,
                                                m_plugIns.FindCommand(GetCommandWord(line)),
                                                m_isCancelled, [this] { OnCommandEnded(); });
@@ -210,12 +210,12 @@ void CommandServer::Work()
 void CommandServer::OnCommandEnded()
 {
     m_worker.reset();
-    Work();
+    StartNextCommandOrExit();
 }
 
 // A thread cannot be killed, and a plug-in cannot be unloaded while its code runs. So this removes
 // the half-written result, completes the log and ends the process.
-void CommandServer::EndWithoutCommand()
+void CommandServer::ExitWithoutWaiting()
 {
     CommandOperation& operation = m_worker->GetOperation();
     operation.Abandon();

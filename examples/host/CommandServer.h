@@ -14,7 +14,7 @@ class CommandWorker;
 /// needed. The queue of commands is unlimited.
 class CommandServer {
 public:
-    enum class End { NotServed, Quit, Restart };
+    enum class ServeResult { Failed, Quit, Restart };
 
     explicit CommandServer(const PlugIns& plugIns);
     ~CommandServer();
@@ -25,26 +25,26 @@ public:
     /// Serves until the host is started with -quit or -restart, which lets all earlier commands
     /// finish, or until SIGINT, SIGTERM or SIGHUP, which cancels the running command and the queued
     /// ones. If the running command does not stop within 3 seconds, the process exits anyway.
-    End Run();
+    ServeResult Run();
 
 private:
     class Receiver;
-    class Grace;
+    class GracePeriod;
     class Deadline;
 
     void Receive(const Text& line);
-    void Stop(End end);
+    void Stop(ServeResult result);
     void Cancel();
-    void Work();
+    void StartNextCommandOrExit();
     void OnCommandEnded();
-    [[noreturn]] void EndWithoutCommand();
+    [[noreturn]] void ExitWithoutWaiting();
 
     const PlugIns& m_plugIns;
-    std::deque<Text> m_waitingLines;
+    std::deque<Text> m_queuedLines;
     std::unique_ptr<CommandWorker> m_worker; // null while no command runs
     unsigned int m_lastId = 0;
     std::atomic<bool> m_isCancelled = false;
-    std::unique_ptr<Grace> m_grace;       // null until the host is to stop
-    std::unique_ptr<Deadline> m_deadline; // null until a signal arrives
-    End m_end = End::NotServed;
+    std::unique_ptr<GracePeriod> m_gracePeriod; // null until the host begins to stop
+    std::unique_ptr<Deadline> m_deadline;       // null until a signal arrives
+    ServeResult m_result = ServeResult::Failed;
 };

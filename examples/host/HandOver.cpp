@@ -20,7 +20,7 @@ Text GetServicePath()
     return path;
 }
 
-HandOverRole SendToServingHost(const Text& line)
+HandOverResult SendToServingHost(const Text& line)
 {
     constexpr unsigned int limitMs = 15'000;
     constexpr unsigned int pauseMs = 50;
@@ -28,13 +28,13 @@ HandOverRole SendToServingHost(const Text& line)
     const unsigned int beginTicks = GetTickCount();
     while (!IPCClient::Connect(GetServicePath(), line)) {
         if (!SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
-            return HandOverRole::First;
+            return HandOverResult::NoOtherHost;
         if (GetTickCount() - beginTicks > limitMs)
-            return HandOverRole::NotServed;
+            return HandOverResult::NotAccepted;
         Thread::Sleep(pauseMs);
         // The instance checks the lock only when it is created.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }
-    return HandOverRole::HandedOver;
+    return HandOverResult::HandedOver;
 }

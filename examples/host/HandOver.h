@@ -9,14 +9,14 @@ extern const wchar_t* const c_serve;
 extern const wchar_t* const c_quit;
 extern const wchar_t* const c_restart;
 
-/// Returns the path of the serving host's socket. It depends on the program and the user alone.
+/// Returns the path of the serving host's socket. It depends only on the program and the user.
 Text GetServicePath();
 
-/// The result of looking for a serving host.
-enum class HandOverRole {
-    First,      ///< No other host is known to be running.
-    HandedOver, ///< Another host is serving and has received the line.
-    NotServed   ///< Another host is running, but has not accepted the line within 15 seconds.
+/// The result of SendToServingHost().
+enum class HandOverResult {
+    NoOtherHost, ///< No other host is known to be running.
+    HandedOver,  ///< Another host is serving and has received the line.
+    NotAccepted  ///< Another host is running, but has not accepted the line within 15 seconds.
 };
 
 /// Sends `line` to the serving host. If another host is running but not serving, waits up to 15
@@ -24,4 +24,4 @@ enum class HandOverRole {
 ///
 /// A host that accepts the line counts even if the single-instance lock is free: nobody can acquire
 /// that lock in a read-only home directory.
-HandOverRole SendToServingHost(const Text& line);
+HandOverResult SendToServingHost(const Text& line);

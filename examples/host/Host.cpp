@@ -1,5 +1,5 @@
-// A console program on Toolkit. It starts the library, reads its settings, logs to a file, loads
-// plug-ins, searches a text on a worker thread, and stops.
+// A console program built on Toolkit. It starts the library, reads its settings, logs to a file,
+// loads plug-ins, searches a text on a worker thread, and stops.
 //
 // With -serve it keeps running instead, and runs the plug-ins' commands that hosts started later
 // hand over to it. Such a host exits as soon as the serving host has its line. The serving host
@@ -60,7 +60,7 @@ Text MakeDefaultSettingsPath()
 }
 
 // A relative name in the settings is relative to the folder of the settings file.
-Text FindBesideSettings(const Text& settingsPath, const Text& name)
+Text ResolveBesideSettings(const Text& settingsPath, const Text& name)
 {
     if (name.substr(0, 1) == PathManager::GetInstance()->GetPathSeparator())
         return name;
@@ -84,7 +84,7 @@ Text FindPlugInsFolder(const Options& options, const IniFile& settings, const Te
     const Text folder = settings.GetValue(L"PlugIns", L"folder", Text::Empty());
     return options.GetValue(L"plugins", folder.empty()
                                             ? PathManager::GetInstance()->GetPluginsPath()
-                                            : FindBesideSettings(settingsPath, folder));
+                                            : ResolveBesideSettings(settingsPath, folder));
 }
 
 void PrintCommands(const PlugIns& plugIns)
@@ -118,7 +118,7 @@ int SearchText(const Options& options, const IniFile& settings, const Text& sett
     if (textName.empty())
         return Fail(L"The settings name no text: [Text] file is missing in " + settingsPath);
     const Text wanted = settings.GetValue(L"Text", L"find", Text::Empty());
-    return Search(FindBesideSettings(settingsPath, textName), options.GetValue(L"find", wanted),
+    return Search(ResolveBesideSettings(settingsPath, textName), options.GetValue(L"find", wanted),
                   options.IsDefined(L"quiet"));
 }
 
@@ -127,11 +127,11 @@ int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
     if (isRestart)
         FinishRestart();
     switch (CommandServer(plugIns).Run()) {
-    case CommandServer::End::Quit:
+    case CommandServer::ServeResult::Quit:
         return EXIT_SUCCESS;
-    case CommandServer::End::Restart:
+    case CommandServer::ServeResult::Restart:
         return BeginRestart(startLine) ? EXIT_SUCCESS : Fail(L"The host cannot be restarted.");
-    case CommandServer::End::NotServed:
+    case CommandServer::ServeResult::Failed:
         break;
     }
     return Fail(L"Cannot accept commands at " + GetServicePath());
@@ -146,9 +146,9 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
         return Fail(L"Cannot read the settings: " + settingsPath);
 
     LogSeverity level = SeverityInfo;
-    const Text levelText = options.GetValue(L"level", settings.GetValue(L"Log", L"level", L"2"));
-    if (!ParseLevel(levelText, level))
-        return Fail(L"The log level is a number from 0 to 4, not: " + levelText);
+    const Text levelString = options.GetValue(L"level", settings.GetValue(L"Log", L"level", L"2"));
+    if (!ParseLevel(levelString, level))
+        return Fail(L"The log level is a number from 0 to 4, not: " + levelString);
 
     const FileLogger* const log = StartLog(level, settings.GetValue(L"Log", L"name", Text::Empty()),
                                            settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));
@@ -168,15 +168,15 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
 }
 
 // Reports whether the line was sent. The serving host reports the outcome of the command.
-int Report(HandOverRole role)
+int Report(HandOverResult result)
 {
-    switch (role) {
-    case HandOverRole::HandedOver:
+    switch (result) {
+    case HandOverResult::HandedOver:
         Print(L"Handed over to the serving host.");
         return EXIT_SUCCESS;
-    case HandOverRole::First:
+    case HandOverResult::NoOtherHost:
         return Fail(L"No host is serving. Start one with -serve.");
-    case HandOverRole::NotServed:
+    case HandOverResult::NotAccepted:
         break;
     }
     return Fail(L"Another host is running and does not accept commands.");
@@ -191,9 +191,9 @@ int HandOverCommand(Text line)
     if (error || !AppendToken(line, L"-from") ||
         !AppendToken(line, UTF8::ToUNICODE(directory.native())))
         return Fail(L"The working directory cannot be handed over.");
-    const Text fault = CommandLine(HostPlugIn::Command{}, line).GetFault();
-    if (!fault.empty())
-        return ComplainWithUsage(L"The command cannot be handed over: " + fault);
+    const Text lineError = CommandLine(HostPlugIn::Command{}, line).GetError();
+    if (!lineError.empty())
+        return ComplainWithUsage(L"The command cannot be handed over: " + lineError);
     return Report(SendToServingHost(line));
 }
 
@@ -206,41 +206,41 @@ std::vector<Text> SplitLine(const Text& line)
 
 int StartServer(const Text& line, PlugIns& plugIns)
 {
-    const HandOverRole role = SendToServingHost(c_serve);
-    return role == HandOverRole::First ? Run(Options(SplitLine(line)), plugIns, line)
-                                       : Report(role);
+    const HandOverResult result = SendToServingHost(c_serve);
+    return result == HandOverResult::NoOtherHost ? Run(Options(SplitLine(line)), plugIns, line)
+                                                 : Report(result);
 }
 
 // Runs in two processes. The one that the user starts sends the line to the serving host, which
 // stops and starts a new host with the same option. The new host waits until the old one has ended,
 // finds no serving host and serves in its place.
-int StartAnew(PlugIns& plugIns)
+int RestartServer(PlugIns& plugIns)
 {
-    const HandOverRole role = SendToServingHost(c_restart);
-    if (role != HandOverRole::First)
-        return Report(role);
-    const Text line = ReadKeptLine();
+    const HandOverResult result = SendToServingHost(c_restart);
+    if (result != HandOverResult::NoOtherHost)
+        return Report(result);
+    const Text line = ReadSavedLine();
     return Run(Options(SplitLine(line + L" " + c_restart)), plugIns, line);
 }
 
-// Starts in the mode that the words select; `line` contains the same words.
-int StartAs(const Options& options, const Text& line, PlugIns& plugIns)
+// Starts in the mode that the options select; `line` is the same command line.
+int StartSelectedMode(const Options& options, const Text& line, PlugIns& plugIns)
 {
     if (options.IsDefined(L"serve"))
         return StartServer(line, plugIns);
     if (options.IsDefined(L"quit"))
         return Report(SendToServingHost(c_quit));
     if (options.IsDefined(L"restart"))
-        return StartAnew(plugIns);
+        return RestartServer(plugIns);
     return Run(options, plugIns, Text());
 }
 
 int Start(const std::vector<Text>& words, PlugIns& plugIns)
 {
     Text line;
-    bool isWhole = true;
+    bool isComplete = true;
     for (const Text& word : words)
-        isWhole = AppendToken(line, word) && isWhole;
+        isComplete = AppendToken(line, word) && isComplete;
 
     const bool isCommand = !GetCommandWord(line).empty();
     const Options options(isCommand ? std::vector<Text>() : words);
@@ -248,11 +248,11 @@ int Start(const std::vector<Text>& words, PlugIns& plugIns)
         PrintUsage();
         return EXIT_SUCCESS;
     }
-    if (!options.GetFault().empty())
-        return ComplainWithUsage(options.GetFault());
-    if ((isCommand || options.IsDefined(L"serve")) && !isWhole)
+    if (!options.GetError().empty())
+        return ComplainWithUsage(options.GetError());
+    if ((isCommand || options.IsDefined(L"serve")) && !isComplete)
         return Fail(L"No argument may hold both spaces and quotes.");
-    return isCommand ? HandOverCommand(line) : StartAs(options, line, plugIns);
+    return isCommand ? HandOverCommand(line) : StartSelectedMode(options, line, plugIns);
 }
 
 } // namespace

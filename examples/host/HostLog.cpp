@@ -12,10 +12,10 @@ namespace {
 // file name has 255 bytes at most, and the logger appends to this one.
 Text MakeDefaultName()
 {
-    constexpr std::size_t longest = 200;
+    constexpr std::size_t maxBytes = 200;
 
     Text name = PathManager::GetInstance()->GetApplicationUniqueName();
-    while (UTF8::ToUTF8(name).size() > longest)
+    while (UTF8::ToUTF8(name).size() > maxBytes)
         name.erase(0, 1);
     return name;
 }

@@ -26,13 +26,13 @@ bool IsOption(const Text& word)
 Options::Options(const std::vector<Text>& words)
 {
     Parse(words);
-    m_fault = FindFault(words);
+    m_error = FindError(words);
 }
 
-Text Options::GetValue(const Text& name, const Text& otherwise) const
+Text Options::GetValue(const Text& name, const Text& defaultValue) const
 {
     const smart_ptr<CmdLineOption>& option = m_options.at(name);
-    return option->IsDefined() ? option->GetValue() : otherwise;
+    return option->IsDefined() ? option->GetValue() : defaultValue;
 }
 
 void Options::Parse(const std::vector<Text>& words)
@@ -51,7 +51,7 @@ void Options::Parse(const std::vector<Text>& words)
 }
 
 // The value of an option is the next word, which must not begin with a dash.
-Text Options::FindFault(const std::vector<Text>& words) const
+Text Options::FindError(const std::vector<Text>& words) const
 {
     for (auto word = words.begin(); word != words.end(); ++word) {
         if (!IsOption(*word))

@@ -13,17 +13,17 @@ public:
 
     /// Returns the error in the words; empty if there is none. The library's parser ignores unknown
     /// options, which is no help to a user who has mistyped one.
-    const Text& GetFault() const { return m_fault; }
+    const Text& GetError() const { return m_error; }
 
     bool IsDefined(const Text& name) const { return m_options.at(name)->IsDefined(); }
 
-    /// Returns the value of the option; `otherwise` if it was not given.
-    Text GetValue(const Text& name, const Text& otherwise) const;
+    /// Returns the value of the option; `defaultValue` if it was not given.
+    Text GetValue(const Text& name, const Text& defaultValue) const;
 
 private:
     void Parse(const std::vector<Text>& words);
-    Text FindFault(const std::vector<Text>& words) const;
+    Text FindError(const std::vector<Text>& words) const;
 
     std::map<Text, Toolkit::smart_ptr<Toolkit::CmdLineOption>> m_options;
-    Text m_fault;
+    Text m_error;
 };

@@ -14,7 +14,7 @@ namespace {
 
 using GetPlugIn = decltype(&GetHostPlugIn);
 
-Text DescribeVersionFault(unsigned int version)
+Text DescribeVersionMismatch(unsigned int version)
 {
     return L"it has version " + StringConvert::UStringFromUint32(version) +
            L" of the interface, the host version " +
@@ -37,9 +37,9 @@ void PlugIns::Load(const Text& folder)
     for (const Text& name : names) {
         Text path;
         PathManager::AppendPath(path, folder, name);
-        const Text fault = LoadLibrary(path);
-        if (!fault.empty())
-            Fail(L"The plug-in " + path + L" is left out: " + fault);
+        const Text error = LoadLibrary(path);
+        if (!error.empty())
+            Fail(L"The plug-in " + path + L" is left out: " + error);
     }
 }
 
@@ -73,9 +73,9 @@ Text PlugIns::LoadLibrary(const Text& path)
                              : L"it cannot be loaded: " + error;
     }
     const PlugIn* const plugIn = getPlugIn();
-    Text fault = FindFault(plugIn);
-    if (!fault.empty())
-        return fault;
+    Text error = FindError(plugIn);
+    if (!error.empty())
+        return error;
     TOOLKIT_LOG(SeverityInfo) << L"Plug-in " << plugIn->name << L": " << path
                               << ILogger::c_strLogToken3;
     m_plugIns.push_back({std::move(library), plugIn});
@@ -83,12 +83,12 @@ Text PlugIns::LoadLibrary(const Text& path)
 }
 
 // If the versions differ, no other member of the plug-in may be read.
-Text PlugIns::FindFault(const PlugIn* plugIn) const
+Text PlugIns::FindError(const PlugIn* plugIn) const
 {
     if (!plugIn)
         return L"it reports that it is unusable";
     if (plugIn->interfaceVersion != HostPlugIn::c_interfaceVersion)
-        return DescribeVersionFault(plugIn->interfaceVersion);
+        return DescribeVersionMismatch(plugIn->interfaceVersion);
     if (plugIn->failure)
         return plugIn->failure;
     for (std::size_t i = 0; i < plugIn->commandCount; ++i) {

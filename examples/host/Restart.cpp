@@ -11,7 +11,7 @@ using namespace Toolkit;
 
 namespace {
 
-Text FindKeptLinePath()
+Text GetSavedLinePath()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
     Text path;
@@ -24,16 +24,16 @@ Text FindKeptLinePath()
 bool BeginRestart(const Text& startLine)
 {
     FFile file;
-    if (!file.Open(FindKeptLinePath(), L"wb"))
+    if (!file.Open(GetSavedLinePath(), L"wb"))
         return false;
     file.Write(startLine + L"\n");
     return file.Close() && RestartManagment::GetInstance()->ActivateRestartProcess();
 }
 
-Text ReadKeptLine()
+Text ReadSavedLine()
 {
     TextFile file;
-    return file.Open(FindKeptLinePath()) ? file.GetFirstLine() : Text(c_serve);
+    return file.Open(GetSavedLinePath()) ? file.GetFirstLine() : Text(c_serve);
 }
 
 // SendToServingHost() has already waited until the old process released the single-instance lock.

@@ -9,7 +9,7 @@
 bool BeginRestart(const Text& startLine);
 
 /// Called in the new process. Returns the saved line; "-serve" if it cannot be read.
-Text ReadKeptLine();
+Text ReadSavedLine();
 
 /// Called in the new process after the old one has ended. Completes the restart.
 void FinishRestart();

@@ -49,7 +49,7 @@ ResultFile::~ResultFile()
 
 bool ResultFile::Open()
 {
-    return !FindFault() && Create();
+    return CheckTarget() && Create();
 }
 
 bool ResultFile::Write(const char* bytes, std::size_t count)
@@ -68,34 +68,34 @@ bool ResultFile::Commit()
         return FailWithErrno();
 
     const MutexLocker locker(m_lock, MutexInternal::Infinite);
-    if (m_writtenPath.empty())
+    if (m_temporaryPath.empty())
         return Fail(L"it was cancelled");
-    if (std::rename(m_writtenPath.c_str(), m_path.c_str()) != 0)
+    if (std::rename(m_temporaryPath.c_str(), m_path.c_str()) != 0)
         return FailWithErrno();
-    m_writtenPath.clear();
+    m_temporaryPath.clear();
     return true;
 }
 
 void ResultFile::Discard()
 {
     const MutexLocker locker(m_lock, MutexInternal::Infinite);
-    if (!m_writtenPath.empty())
-        ::unlink(m_writtenPath.c_str());
-    m_writtenPath.clear();
+    if (!m_temporaryPath.empty())
+        ::unlink(m_temporaryPath.c_str());
+    m_temporaryPath.clear();
 }
 
-// True if the path must not be written. Examines a link itself, not its target.
-bool ResultFile::FindFault()
+// False if the path must not be written. Examines a link itself, not what it points to.
+bool ResultFile::CheckTarget()
 {
     if (::lstat(m_path.c_str(), &m_replaced) != 0) {
         m_replaced = {};
-        return errno != ENOENT && !FailWithErrno();
+        return errno == ENOENT || FailWithErrno();
     }
     if (S_ISLNK(m_replaced.st_mode))
-        return !Fail(L"it is a link");
+        return Fail(L"it is a link");
     if (!S_ISREG(m_replaced.st_mode))
-        return !Fail(L"it is not a regular file");
-    return m_replaced.st_uid != ::geteuid() && !Fail(L"it belongs to another user");
+        return Fail(L"it is not a regular file");
+    return m_replaced.st_uid == ::geteuid() || Fail(L"it belongs to another user");
 }
 
 // mkostemp() chooses a name that nobody else can have guessed, and creates the file itself.
@@ -106,7 +106,7 @@ bool ResultFile::Create()
     const int descriptor = ::mkostemp(path.data(), O_CLOEXEC);
     if (descriptor < 0)
         return FailWithErrno();
-    m_writtenPath = path;
+    m_temporaryPath = path;
     m_file = ::fdopen(descriptor, "w");
     if (m_file)
         return true;
@@ -114,9 +114,9 @@ bool ResultFile::Create()
     return FailWithErrno();
 }
 
-bool ResultFile::Fail(const Text& fault)
+bool ResultFile::Fail(const Text& error)
 {
-    m_fault = fault;
+    m_error = error;
     return false;
 }
 

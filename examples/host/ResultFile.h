@@ -21,12 +21,12 @@ public:
     ResultFile(const ResultFile&) = delete;
     ResultFile& operator=(const ResultFile&) = delete;
 
-    /// Open, write and complete the file. False if it cannot be written; GetFault() returns why.
+    /// Open, write and complete the file. False if it cannot be written; GetError() returns why.
     bool Open();
     bool Write(const char* bytes, std::size_t count);
     bool Commit();
 
-    const Text& GetFault() const { return m_fault; }
+    const Text& GetError() const { return m_error; }
 
     /// Removes the temporary file unless Commit() has succeeded. The destructor calls it, too. Any
     /// thread may call it while another one is writing; the writer's Commit() then returns false.
@@ -35,16 +35,16 @@ public:
     unsigned long long GetSize() const { return m_size; }
 
 private:
-    bool FindFault();
+    bool CheckTarget();
     bool Create();
-    bool Fail(const Text& fault);
+    bool Fail(const Text& error);
     bool FailWithErrno();
 
     const std::string m_path;
     Toolkit::Mutex m_lock;
-    std::string m_writtenPath; // guarded by m_lock; empty while there is no temporary file
+    std::string m_temporaryPath; // guarded by m_lock; empty while there is no temporary file
     std::FILE* m_file = nullptr;
     struct stat m_replaced = {}; // of the file to be replaced; st_nlink is 0 if there is none
-    Text m_fault;
+    Text m_error;
     unsigned long long m_size = 0;
 };

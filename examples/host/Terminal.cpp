@@ -46,11 +46,11 @@ bool CanShowBar()
 
 std::size_t CountColumns()
 {
-    constexpr std::size_t usual = 80;
+    constexpr std::size_t defaultColumns = 80;
 
     winsize size = {};
     const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return isKnown ? size.ws_col : usual;
+    return isKnown ? size.ws_col : defaultColumns;
 }
 
 Text ToText(unsigned long long value)
@@ -61,12 +61,12 @@ Text ToText(unsigned long long value)
 // Returns, for example: [##########----------]  50 %
 Text MakeBar(unsigned long long done, unsigned long long total)
 {
-    constexpr std::size_t length = 20;
+    constexpr std::size_t width = 20;
 
-    const double part = static_cast<double>(std::min(done, total)) / static_cast<double>(total);
-    const auto full = static_cast<std::size_t>(part * length);
-    const Text percent = ToText(static_cast<unsigned long long>(part * 100));
-    return L"[" + std::wstring(full, L'#') + std::wstring(length - full, L'-') + L"] " +
+    const double fraction = static_cast<double>(std::min(done, total)) / static_cast<double>(total);
+    const auto filled = static_cast<std::size_t>(fraction * width);
+    const Text percent = ToText(static_cast<unsigned long long>(fraction * 100));
+    return L"[" + std::wstring(filled, L'#') + std::wstring(width - filled, L'-') + L"] " +
            std::wstring(3 - percent.size(), L' ') + percent + L" % ";
 }
 

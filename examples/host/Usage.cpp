@@ -29,12 +29,12 @@ void PrintUsage()
         Print(line);
 }
 
-int ComplainWithUsage(const Text& fault)
+int ComplainWithUsage(const Text& error)
 {
-    constexpr int calledWrongly = 2;
+    constexpr int usageError = 2;
 
-    Complain(fault);
+    Complain(error);
     for (const wchar_t* const line : c_lines)
         PrintError(line);
-    return calledWrongly;
+    return usageError;
 }

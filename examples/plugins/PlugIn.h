@@ -40,8 +40,8 @@ public:
     /// Reports that `done` of `total` units are done; `unit` is their name, such as L"entries". A
     /// `total` of 0 means that it is unknown. May be called often: the host shows some of the
     /// calls. False if the host wants to stop: the command has failed and should return soon.
-    virtual bool Progress(unsigned long long done, unsigned long long total,
-                          const wchar_t* unit) noexcept = 0;
+    virtual bool ReportProgress(unsigned long long done, unsigned long long total,
+                                const wchar_t* unit) noexcept = 0;
 
     /// Warns the user that the result is incomplete. The command continues.
     virtual void Warn(const TString<wchar_t>& message) noexcept = 0;
@@ -70,7 +70,7 @@ struct Option {
 
     const wchar_t* name; ///< In lower case, without the dash. The host has "out" and "from".
     Kind kind;           ///< The host makes a Path absolute.
-    bool isRequired;     ///< The host refuses a command line without it, or without its value.
+    bool isRequired;     ///< The host rejects a command line without it, or without its value.
 };
 
 /// A command, which the first word of a command line names.
@@ -126,14 +126,14 @@ public:
         try {
             Toolkit::LibModuleManager::GetInstance()->Register(&m_module);
         } catch (const std::exception& exception) {
-            TakeBack();
+            Unregister();
             m_failure = L"its module does not start: " + Toolkit::UTF8::ToUNICODE(exception.what());
         } catch (...) {
-            TakeBack();
+            Unregister();
             m_failure = L"its module does not start";
         }
     }
-    ~ModuleRegistration() { TakeBack(); }
+    ~ModuleRegistration() { Unregister(); }
 
     ModuleRegistration(const ModuleRegistration&) = delete;
     ModuleRegistration& operator=(const ModuleRegistration&) = delete;
@@ -142,7 +142,7 @@ public:
     const wchar_t* GetFailure() const { return m_failure.empty() ? nullptr : m_failure.c_str(); }
 
 private:
-    void TakeBack() noexcept
+    void Unregister() noexcept
     {
         try {
             Toolkit::LibModuleManager::GetInstance()->Unregister(&m_module);

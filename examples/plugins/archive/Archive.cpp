@@ -40,7 +40,7 @@ bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
     return true;
 }
 
-// The size and the name of each entry.
+// Writes the size and the name of each entry.
 bool List(CommandRun& run)
 {
     ArchiveZip archive;
@@ -52,7 +52,7 @@ bool List(CommandRun& run)
     for (const auto& [name, entry] : entries) {
         const Text size = StringConvert::UStringFromInt64(entry->GetSize());
         if (!run.WriteLine(size + L"\t" + name) ||
-            !run.Progress(++done, entries.size(), L"entries"))
+            !run.ReportProgress(++done, entries.size(), L"entries"))
             return false;
     }
     return true;
@@ -79,7 +79,7 @@ bool Search(CommandRun& run)
     unsigned int done = 0;
     for (const auto& [name, entry] : entries) {
         if (!SearchEntry(search, archive, name, entry, run) ||
-            !run.Progress(++done, entries.size(), L"entries"))
+            !run.ReportProgress(++done, entries.size(), L"entries"))
             return false;
     }
     return true;

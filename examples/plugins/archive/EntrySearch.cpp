@@ -4,7 +4,7 @@
 #include <toolkit/encoding/UTF7.h>
 #include <vector>
 
-#include "LineCutter.h"
+#include "LineSplitter.h"
 
 using namespace Toolkit;
 
@@ -40,7 +40,7 @@ bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
 
     wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(stream);
     std::vector<char> block(c_blockSize);
-    LineCutter lines;
+    LineSplitter lines;
     while (isStored && bytes.Read(block.data(), block.size()).LastRead() > 0)
         lines.Add(block.data(), bytes.LastRead(), examine);
     lines.AddEnd(examine);

@@ -8,9 +8,9 @@
 
 namespace {
 
-constexpr std::size_t c_lineLength = 76;      // RFC 2045, section 6.8
-constexpr unsigned int c_bytesOfLine = 57;    // encoded by a full line
-constexpr unsigned int c_linesOfBlock = 1024; // encoded from one read
+constexpr std::size_t c_lineLength = 76;       // RFC 2045, section 6.8
+constexpr unsigned int c_bytesPerLine = 57;    // encoded by a full line
+constexpr unsigned int c_linesPerBlock = 1024; // encoded from one read
 
 // The names of the library's two functions are swapped.
 using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
@@ -41,7 +41,7 @@ bool IsWhiteSpace(char character)
 }
 
 // Removes the complete groups of four characters from the front of `digits` and returns them.
-std::string TakeGroups(std::string& digits)
+std::string ExtractGroups(std::string& digits)
 {
     const std::size_t length = digits.size() / 4 * 4;
     std::string groups = digits.substr(0, length);
@@ -49,7 +49,7 @@ std::string TakeGroups(std::string& digits)
     return groups;
 }
 
-enum class Kind { Inner, Last, Broken };
+enum class Kind { Inner, Last, Invalid };
 
 // Checks the characters, because the decoder treats any character as a digit.
 Kind FindKind(const std::string& groups)
@@ -60,7 +60,7 @@ Kind FindKind(const std::string& groups)
         return Kind::Inner;
     const bool isPadding =
         end + 2 >= groups.size() && groups.find_first_not_of('=', end) == std::string::npos;
-    return isPadding ? Kind::Last : Kind::Broken;
+    return isPadding ? Kind::Last : Kind::Invalid;
 }
 
 bool FailOnInput(HostPlugIn::CommandRun& run)
@@ -77,7 +77,7 @@ bool EncodeToBase64(HostPlugIn::CommandRun& run)
         return false;
 
     std::string block;
-    while (file.Read(block, c_bytesOfLine * c_linesOfBlock)) {
+    while (file.Read(block, c_bytesPerLine * c_linesPerBlock)) {
         if (!WriteLines(Convert(c_encode, block), run))
             return false;
     }
@@ -93,13 +93,13 @@ bool DecodeFromBase64(HostPlugIn::CommandRun& run)
     std::string block;
     std::string digits;
     Kind kind = Kind::Inner;
-    while (file.Read(block, c_bytesOfLine * c_linesOfBlock)) {
+    while (file.Read(block, c_bytesPerLine * c_linesPerBlock)) {
         std::copy_if(block.begin(), block.end(), std::back_inserter(digits),
                      [](char character) { return !IsWhiteSpace(character); });
-        const std::string groups = TakeGroups(digits);
+        const std::string groups = ExtractGroups(digits);
         if (groups.empty())
             continue;
-        if (kind == Kind::Last || (kind = FindKind(groups)) == Kind::Broken)
+        if (kind == Kind::Last || (kind = FindKind(groups)) == Kind::Invalid)
             return FailOnInput(run);
         const std::string bytes = Convert(c_decode, groups);
         if (!run.Write(bytes.data(), bytes.size()))

@@ -22,5 +22,5 @@ bool InputFile::Read(std::string& block, unsigned int size)
     }
     const long long end = m_file.GetOffset();
     block.resize(static_cast<std::size_t>(end - begin));
-    return m_run.Progress(static_cast<unsigned long long>(end), m_length, L"bytes");
+    return m_run.ReportProgress(static_cast<unsigned long long>(end), m_length, L"bytes");
 }

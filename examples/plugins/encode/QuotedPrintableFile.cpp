@@ -12,7 +12,7 @@ namespace {
 
 using Text = TString<wchar_t>;
 
-constexpr std::size_t c_longestLine = 76;
+constexpr std::size_t c_maxLineLength = 76;
 constexpr unsigned int c_blockSize = 64 * 1024;
 const char* const c_softBreak = "=\r\n";
 
@@ -43,10 +43,10 @@ bool VisitLines(const std::string& bytes, Action onLine)
     return true;
 }
 
-bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& fault)
+bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& error)
 {
     return run.Fail(run.GetValue(L"in") + L", line " + StringConvert::UStringFromUint32(number) +
-                    L": " + fault);
+                    L": " + error);
 }
 
 // Breaks lines here because the library may break a line inside an escape, which other decoders
@@ -55,8 +55,8 @@ std::string InsertSoftBreaks(const std::string& code)
 {
     std::string lines;
     std::size_t begin = 0;
-    while (code.size() - begin > c_longestLine) {
-        std::size_t end = begin + c_longestLine - 1;
+    while (code.size() - begin > c_maxLineLength) {
+        std::size_t end = begin + c_maxLineLength - 1;
         if (code[end - 1] == '=')
             end -= 1;
         else if (code[end - 2] == '=')
@@ -80,7 +80,7 @@ bool IsHexDigit(char character)
 
 // Whether all escapes are valid and none is a null byte. The decoder drops invalid escapes, and
 // everything after a null byte.
-bool HasOnlyEscapes(const std::string& code)
+bool HasValidEscapes(const std::string& code)
 {
     for (std::size_t at = code.find('='); at != std::string::npos; at = code.find('=', at + 1)) {
         if (at + 2 >= code.size() || !IsHexDigit(code[at + 1]) || !IsHexDigit(code[at + 2]) ||
@@ -95,7 +95,7 @@ bool DecodeLine(const std::string& code, std::string& bytes)
     if (code.empty())
         return true;
     const Text text =
-        HasOnlyEscapes(code) ? QP::ToUNICODE(UTF8::ToUNICODE(code)) : TString<wchar_t>();
+        HasValidEscapes(code) ? QP::ToUNICODE(UTF8::ToUNICODE(code)) : TString<wchar_t>();
     bytes += UTF8::ToUTF8(text);
     return !text.empty();
 }

@@ -58,7 +58,8 @@ bool Find(CommandRun& run)
         FindFiles(folder, run.GetValue(L"files"), run.IsDefined(L"deep"));
     unsigned int done = 0;
     for (const Text& name : names) {
-        if (!SearchFile(search, folder, name, run) || !run.Progress(++done, names.size(), L"files"))
+        if (!SearchFile(search, folder, name, run) ||
+            !run.ReportProgress(++done, names.size(), L"files"))
             return false;
     }
     return true;

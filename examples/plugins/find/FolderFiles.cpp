@@ -26,31 +26,31 @@ bool IsLink(const Text& path)
     return std::filesystem::is_symlink(std::string(UTF8::ToUTF8(path)), ignored);
 }
 
-// Adds the files of `below`, a path relative to `root`; empty for `root` itself.
-void AddFiles(const Text& root, const Text& below, const Text& fileSpec, bool isDeep,
+// Adds the files of `subfolder`, a path relative to `root`; empty for `root` itself.
+void AddFiles(const Text& root, const Text& subfolder, const Text& fileSpec, bool isRecursive,
               std::vector<Text>& paths)
 {
-    const Directory directory(below.empty() ? root : Join(root, below));
+    const Directory directory(subfolder.empty() ? root : Join(root, subfolder));
     std::vector<Text> names;
     directory.GetFiles(fileSpec, names);
     for (const Text& name : names)
-        paths.push_back(Join(below, name));
-    if (!isDeep)
+        paths.push_back(Join(subfolder, name));
+    if (!isRecursive)
         return;
     directory.GetDirectories(L"", names);
     for (const Text& name : names) {
-        const Text folder = Join(below, name);
+        const Text folder = Join(subfolder, name);
         if (!IsLink(Join(root, folder)))
-            AddFiles(root, folder, fileSpec, isDeep, paths);
+            AddFiles(root, folder, fileSpec, isRecursive, paths);
     }
 }
 
 } // namespace
 
-std::vector<Text> FindFiles(const Text& folder, const Text& fileSpec, bool isDeep)
+std::vector<Text> FindFiles(const Text& folder, const Text& fileSpec, bool isRecursive)
 {
     std::vector<Text> paths;
-    AddFiles(folder, L"", fileSpec, isDeep, paths);
+    AddFiles(folder, L"", fileSpec, isRecursive, paths);
     std::sort(paths.begin(), paths.end());
     return paths;
 }

@@ -16,7 +16,7 @@ bool Wait(CommandRun& run)
 {
     if (!run.WriteLine(L"half of it"))
         return false;
-    for (unsigned long long round = 1; run.Progress(round, 0, L"rounds"); ++round) {
+    for (unsigned long long round = 1; run.ReportProgress(round, 0, L"rounds"); ++round) {
         if (PathManager::FileExists(run.GetValue(L"until")))
             return run.WriteLine(L"the other half");
         Thread::Sleep(1);

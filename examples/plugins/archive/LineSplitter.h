@@ -6,10 +6,10 @@
 
 /// Splits bytes that arrive in blocks into lines. A line ends at a line feed, or at a carriage
 /// return and a line feed; the line end is not part of the line.
-class LineCutter {
+class LineSplitter {
 public:
     /// A longer line is split into lines of this size, in bytes.
-    static constexpr std::size_t c_longestLine = 1 << 20;
+    static constexpr std::size_t c_maxLineLength = 1 << 20;
 
     /// Calls `onLine` with each line that ends in the block.
     template <typename Action>
@@ -17,7 +17,7 @@ public:
     {
         const char* const end = block + count;
         while (block != end) {
-            const auto room = static_cast<std::ptrdiff_t>(c_longestLine - m_line.size());
+            const auto room = static_cast<std::ptrdiff_t>(c_maxLineLength - m_line.size());
             const char* const limit = block + std::min(room, end - block);
             const char* const lineEnd = std::find(block, limit, '\n');
             m_line.append(block, lineEnd);
@@ -25,7 +25,7 @@ public:
             if (block != end && *block == '\n') {
                 ++block;
                 Finish(onLine);
-            } else if (m_line.size() == c_longestLine) {
+            } else if (m_line.size() == c_maxLineLength) {
                 Finish(onLine);
             }
         }
