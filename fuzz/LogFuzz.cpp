@@ -32,7 +32,7 @@ void CheckHeader(const LogRecord& record)
 {
     if (!record.header)
         return;
-    Require(BeginsLogLine(record.text));
+    Require(StartsLikeLogLine(record.text));
     Require(record.header->severity >= 0 && record.header->severity <= 4);
     const std::string_view message = record.header->message;
     Require(record.text.substr(record.text.size() - message.size()) == message);

@@ -25,7 +25,7 @@ bool IsCharacter(char32_t code, std::size_t length)
 
 } // namespace
 
-Character TakeCharacter(std::string_view& text)
+Character ReadCharacter(std::string_view& text)
 {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = MeasureSequence(lead);

@@ -12,8 +12,8 @@ struct Character {
     std::string_view bytes;
 };
 
-/// Removes the first character of `text` and returns it. `text` must not be empty.
-Character TakeCharacter(std::string_view& text);
+/// Reads the first character of `text` and removes it from `text`, which must not be empty.
+Character ReadCharacter(std::string_view& text);
 
 /// Whether a terminal acts on the character instead of showing it: control characters, line and
 /// paragraph separators, marks that change the direction of text, and U+FEFF.

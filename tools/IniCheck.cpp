@@ -37,7 +37,7 @@ private:
         if (IsIniHeader(line))
             CheckHeader(GetIniSection(line));
         else if (line.find(L'=') == Text::npos)
-            Find("ignored: no \"=\" in the line: " + ToVisibleUtf8(trimmed));
+            AddFinding("ignored: no \"=\" in the line: " + ToVisibleUtf8(trimmed));
         else
             CheckKey(line, trimmed);
     }
@@ -47,8 +47,8 @@ private:
         const auto [entry, isNew] = m_headers.emplace(section, m_line);
         m_section = &m_keys[section];
         if (!isNew)
-            Find("warning: [" + ToVisibleUtf8(section) + "] continues the section from line " +
-                 std::to_string(entry->second));
+            AddFinding("warning: [" + ToVisibleUtf8(section) +
+                       "] continues the section from line " + std::to_string(entry->second));
     }
 
     void CheckKey(const Text& line, const Text& trimmed)
@@ -56,18 +56,18 @@ private:
         Text key = line.substr(0, line.find(L'='));
         key.Trim();
         if (!m_section) {
-            Find("ignored: \"" + ToVisibleUtf8(key) + "\" is above the first section");
+            AddFinding("ignored: \"" + ToVisibleUtf8(key) + "\" is above the first section");
             return;
         }
         const auto [entry, isNew] = m_section->emplace(key, m_line);
         if (!isNew)
-            Find("ignored: \"" + ToVisibleUtf8(key) + "\" already has a value from line " +
-                 std::to_string(entry->second));
+            AddFinding("ignored: \"" + ToVisibleUtf8(key) + "\" already has a value from line " +
+                       std::to_string(entry->second));
         else if (trimmed.front() == L';')
-            Find("warning: a key, not a comment: \";\" is not in the first column");
+            AddFinding("warning: a key, not a comment: \";\" is not in the first column");
     }
 
-    void Find(const std::string& text) { m_findings.push_back({m_line, text}); }
+    void AddFinding(const std::string& text) { m_findings.push_back({m_line, text}); }
 
     using Lines = std::map<Text, std::size_t>;
 
@@ -90,12 +90,12 @@ std::string ReadBytes(const InputPath& path)
         count = ::read(file.Get(), bytes.data() + length, blockSize);
         bytes.resize(length + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         if (count < 0)
-            throw MakeSystemFailure("cannot read " + path.Shown());
+            throw MakeSystemFailure("cannot read " + path.Argument());
     }
     return bytes;
 }
 
-bool HasByteOrderMark(std::string_view bytes)
+bool HasUtf16Or32Mark(std::string_view bytes)
 {
     for (const std::string_view mark : {"\xFE\xFF"sv, "\xFF\xFE"sv, "\0\0\xFE\xFF"sv}) {
         if (bytes.substr(0, mark.size()) == mark)
@@ -104,14 +104,14 @@ bool HasByteOrderMark(std::string_view bytes)
     return false;
 }
 
-// Returns the line number of the first character for which `isMeant` is true, in a UTF-8 file.
+// Returns the line number of the first character for which `matches` is true, in a UTF-8 file.
 template <typename Predicate>
-std::optional<std::size_t> FindLine(std::string_view bytes, Predicate isMeant)
+std::optional<std::size_t> FindLine(std::string_view bytes, Predicate matches)
 {
     std::size_t line = 1;
     for (bool wasReturn = false; !bytes.empty();) {
-        const Character character = TakeCharacter(bytes);
-        if (isMeant(character))
+        const Character character = ReadCharacter(bytes);
+        if (matches(character))
             return line;
         const bool isReturn = character.code == '\r';
         if (isReturn || (character.code == '\n' && !wasReturn))
@@ -126,10 +126,10 @@ std::optional<std::size_t> FindLine(std::string_view bytes, Predicate isMeant)
 std::vector<IniFinding> CheckEncoding(std::string_view bytes)
 {
     std::vector<IniFinding> findings;
-    if (HasByteOrderMark(bytes))
+    if (HasUtf16Or32Mark(bytes))
         return findings;
-    const auto isForeign = [](const Character& character) { return !character.isValid; };
-    if (const std::optional<std::size_t> line = FindLine(bytes, isForeign))
+    const auto isInvalid = [](const Character& character) { return !character.isValid; };
+    if (const std::optional<std::size_t> line = FindLine(bytes, isInvalid))
         findings.push_back({*line, "warning: not UTF-8, so the file is read as ISO 8859-1"});
     const auto isNull = [](const Character& character) { return character.bytes == "\0"sv; };
     if (const std::optional<std::size_t> line = FindLine(bytes, isNull))
@@ -142,8 +142,8 @@ std::vector<IniFinding> CheckEncoding(std::string_view bytes)
 std::vector<IniFinding> CheckIni(const InputPath& path)
 {
     std::vector<IniFinding> findings = Checker().Check(ReadIniLines(path));
-    const std::vector<IniFinding> ofBytes = CheckEncoding(ReadBytes(path));
-    findings.insert(findings.end(), ofBytes.begin(), ofBytes.end());
+    const std::vector<IniFinding> encodingFindings = CheckEncoding(ReadBytes(path));
+    findings.insert(findings.end(), encodingFindings.begin(), encodingFindings.end());
     std::stable_sort(
         findings.begin(), findings.end(),
         [](const IniFinding& one, const IniFinding& other) { return one.line < other.line; });

@@ -75,7 +75,7 @@ int Check(const Options& options, Output& output)
     const InputPath path(options.file);
     const std::vector<IniFinding> findings = CheckIni(path);
     for (const IniFinding& finding : findings) {
-        output.WriteVisible(path.Shown());
+        output.WriteVisible(path.Argument());
         output.Write(":" + std::to_string(finding.line) + ": " + finding.text + "\n");
     }
     return findings.empty() ? ExitGood : ExitNo;

@@ -25,7 +25,7 @@ public:
     const std::string& Path() const { return m_path; }
 
     /// Returns the argument itself, for messages.
-    const std::string& Shown() const { return m_argument; }
+    const std::string& Argument() const { return m_argument; }
 
 private:
     std::string m_argument;

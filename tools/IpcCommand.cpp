@@ -63,10 +63,10 @@ std::vector<std::string> FindOwnSockets()
     std::vector<std::string> paths =
         FindOwnFiles(c_temporaryDirectory, extension, FileKind::Socket);
     std::error_code error;
-    const fs::path here = fs::current_path(error);
-    if (error || fs::equivalent(here, c_temporaryDirectory, error))
+    const fs::path workingDirectory = fs::current_path(error);
+    if (error || fs::equivalent(workingDirectory, c_temporaryDirectory, error))
         return paths;
-    for (std::string& path : FindOwnFiles(here, extension, FileKind::Socket))
+    for (std::string& path : FindOwnFiles(workingDirectory, extension, FileKind::Socket))
         paths.push_back(std::move(path));
     return paths;
 }

@@ -34,16 +34,16 @@ private:
 };
 
 // Checks regularly whether a signal has arrived, or the reader of standard output has gone.
-class Watch : public wxTimer {
+class StopTimer : public wxTimer {
 public:
-    explicit Watch(IpcListener& listener) : m_listener(listener)
+    explicit StopTimer(IpcListener& listener) : m_listener(listener)
     {
         constexpr int intervalMs = 50;
 
         Start(intervalMs);
     }
 
-    void Notify() override { m_listener.EndWhenDone(); }
+    void Notify() override { m_listener.CheckStopConditions(); }
 
 private:
     IpcListener& m_listener;
@@ -78,7 +78,7 @@ int IpcListener::Run(const TString<wchar_t>& service)
     if (!server.Run())
         throw Failure("cannot listen at " + path + FindReason(service, path));
     std::cerr << "toolkit: listening at " << MakeVisible(path) << std::endl;
-    const Watch watch(*this);
+    const StopTimer timer(*this);
     wxAppConsole::GetInstance()->MainLoop();
     if (m_failure)
         std::rethrow_exception(m_failure);
@@ -101,7 +101,7 @@ try {
     End();
 }
 
-void IpcListener::EndWhenDone()
+void IpcListener::CheckStopConditions()
 try {
     m_output.Sleep(0);
     if (StopSignals::IsRequested())

@@ -21,7 +21,7 @@ public:
     void Receive(const TString<wchar_t>& text);
 
     /// Ends the event loop after a stop signal, or if nobody reads the output any more.
-    void EndWhenDone();
+    void CheckStopConditions();
 
 private:
     void End();

@@ -21,7 +21,7 @@ void AppendJson(std::string& target, std::string_view text)
 {
     target += '"';
     while (!text.empty()) {
-        const Character first = TakeCharacter(text);
+        const Character first = ReadCharacter(text);
         if (!first.isValid)
             AppendEscape(target, 0xFFFD);
         else if (IsInvisible(first.code))

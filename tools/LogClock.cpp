@@ -16,7 +16,7 @@ constexpr WallTime c_nsPerMs = 1000000;
 constexpr WallTime c_toleranceMs = 3000;
 
 // A tick count up to this much after the newest one belongs to a later line; any other is older.
-constexpr std::uint32_t c_longestFutureMs = 1U << 28;
+constexpr std::uint32_t c_maxFutureMs = 1U << 28;
 
 WallTime ToMilliseconds(const timespec& time)
 {
@@ -47,11 +47,11 @@ LogClock::LogClock(std::uint32_t newestTick, const struct stat& file) : m_newest
 {
     const WallTime written = ToMilliseconds(GetModificationTime(file));
     const std::uint32_t age = Toolkit::GetTickCount() - newestTick;
-    const WallTime bySleeplessTicks = ReadClock(CLOCK_REALTIME) - age;
-    const WallTime late = written - bySleeplessTicks;
-    if (late >= -c_toleranceMs && late <= c_toleranceMs)
-        m_newestTime = bySleeplessTicks;
-    else if (late < 0 && -late <= MeasureSleep() + c_toleranceMs)
+    const WallTime timeWithoutSleep = ReadClock(CLOCK_REALTIME) - age;
+    const WallTime delay = written - timeWithoutSleep;
+    if (delay >= -c_toleranceMs && delay <= c_toleranceMs)
+        m_newestTime = timeWithoutSleep;
+    else if (delay < 0 && -delay <= MeasureSleep() + c_toleranceMs)
         m_newestTime = written;
 }
 
@@ -60,7 +60,7 @@ std::optional<WallTime> LogClock::FindTime(std::uint32_t tick) const
     if (!m_newestTime)
         return {};
     const std::uint32_t later = tick - m_newestTick;
-    if (later < c_longestFutureMs)
+    if (later < c_maxFutureMs)
         return *m_newestTime + later;
     return *m_newestTime - static_cast<std::uint32_t>(m_newestTick - tick);
 }

@@ -15,7 +15,7 @@ using WallTime = std::int64_t;
 /// of day.
 class LogClock {
 public:
-    /// A clock that knows no time.
+    /// A clock for a log whose times are unknown.
     LogClock() = default;
 
     /// A clock that knows the time only if `newestTick` matches the time at which the file was last

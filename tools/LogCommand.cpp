@@ -74,7 +74,7 @@ Descriptor OpenFile(const std::string& path)
 Descriptor OpenLog(const std::string& path)
 {
     Descriptor file = OpenFile(path);
-    if (!CanBeLog(file.Get()))
+    if (!LooksLikeLog(file.Get()))
         throw Failure((path == "-" ? "standard input" : path) + " is not a log");
     return file;
 }
@@ -124,13 +124,13 @@ void AddLogCommand(CLI::App& app, Action& action)
 {
     CLI::App* const log = app.add_subcommand("log", "Print a log in time order, or list the logs");
     const auto options = std::make_shared<Options>();
-    const auto refuseEmpty = [](const std::string& name) {
+    const auto rejectEmpty = [](const std::string& name) {
         return name.empty() ? std::string("the name is empty") : std::string();
     };
     log->add_option("log", options->log,
                     "Path of a file, name of a logger, or - for standard input; without it, list "
                     "the logs of this user")
-        ->check(refuseEmpty);
+        ->check(rejectEmpty);
     log->add_option("-s,--severity", options->severity, "Only lines at least as severe")
         ->check(CLI::IsMember(
             std::vector<std::string>(std::begin(c_severityNames), std::end(c_severityNames))));

@@ -28,12 +28,12 @@ constexpr const char* c_logDirectory = "/tmp";
 // days.
 bool IsTickCount(std::string_view text)
 {
-    constexpr std::size_t leastDigits = 5;
+    constexpr std::size_t minDigits = 5;
 
     std::uint32_t tick = 0;
     const char* const end = text.data() + text.size();
     const auto [next, error] = std::from_chars(text.data(), end, tick);
-    return text.size() >= leastDigits && text.front() != '0' && next == end && error == std::errc();
+    return text.size() >= minDigits && text.front() != '0' && next == end && error == std::errc();
 }
 
 bool EndsWith(std::string_view text, std::string_view end)
@@ -52,7 +52,7 @@ std::string ParseLoggerName(std::string_view file)
     return std::string(isFallback ? file.substr(0, dash) : file);
 }
 
-bool IsOfLog(const std::string& file, const LogName& name)
+bool IsFileOfLog(const std::string& file, const LogName& name)
 {
     return name.name.empty()
                ? file == name.file
@@ -120,7 +120,7 @@ std::string FindLogPath(const std::string& argument)
 std::vector<LogFileEntry> FindFilesOfLog(const LogName& name)
 {
     return FindFilesWhere(
-        name.directory, [&name](const std::string& file) { return IsOfLog(file, name); },
+        name.directory, [&name](const std::string& file) { return IsFileOfLog(file, name); },
         name.owner);
 }
 

@@ -7,8 +7,8 @@ namespace Tool {
 bool LogFilter::Accepts(const LogRecord& record) const
 {
     if (!record.header) {
-        const bool isAboutHeader = m_severity || !m_functions.empty();
-        return !isAboutHeader && Matches(record.text);
+        const bool needsHeader = m_severity || !m_functions.empty();
+        return !needsHeader && Matches(record.text);
     }
     return AcceptsHeader(*record.header) && Matches(record.header->message);
 }

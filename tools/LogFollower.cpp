@@ -15,11 +15,11 @@ constexpr std::size_t c_headLength = 256;
 // How much older a new line may be than the one before it: a thread may wait between reading the
 // time and writing the line. A line that waited longer is printed when a new line follows it.
 constexpr std::int64_t c_usualDelayMs = 100;
-constexpr std::int64_t c_longestDelaySeconds = 2;
+constexpr std::int64_t c_maxDelaySeconds = 2;
 
 // File times advance in steps of a few milliseconds, and a second write within one step does not
 // change them. So a file that was written this recently is read again.
-constexpr double c_restSeconds = 0.1;
+constexpr double c_recentSeconds = 0.1;
 
 bool IsSameTime(const timespec& one, const timespec& other)
 {
@@ -31,7 +31,7 @@ bool IsRecent(const timespec& written)
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
     const auto seconds = static_cast<double>(now.tv_sec - written.tv_sec);
-    return seconds + static_cast<double>(now.tv_nsec - written.tv_nsec) / 1e9 < c_restSeconds;
+    return seconds + static_cast<double>(now.tv_nsec - written.tv_nsec) / 1e9 < c_recentSeconds;
 }
 
 LogRecord ParseRecord(const std::string& text, off_t offset)
@@ -69,7 +69,7 @@ LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinte
     : m_file(std::move(file)), m_printer(printer), m_position(position.offset),
       m_newestTick(position.newestTick), m_tail(position.tail), m_knownLength(position.length)
 {
-    KeepHead(position.head);
+    SetHead(position.head);
     struct stat status {};
     if (::fstat(m_file.Get(), &status) == 0)
         m_inode = status.st_ino;
@@ -88,12 +88,12 @@ void LogFollower::Poll()
         return;
     FollowTruncation(status.st_size);
     const bool isHeadChanged = !StartsWith(head, m_head);
-    if (!isHeadChanged || !IsRestarted())
-        PrintNew(status, isHeadChanged);
+    if (!isHeadChanged || !IsRewritten())
+        PrintNewLines(status, isHeadChanged);
     if (isHeadChanged)
-        GoToBeginning(status);
+        FollowWrap(status);
     m_knownLength = status.st_size;
-    KeepHead(head);
+    SetHead(head);
     m_tail = ReadTail(m_file.Get(), m_position);
 }
 
@@ -117,24 +117,24 @@ void LogFollower::FollowTruncation(off_t size)
 }
 
 // Whether the text before m_position has changed, too: the file was truncated and has grown again.
-bool LogFollower::IsRestarted() const
+bool LogFollower::IsRewritten() const
 {
     const off_t begin = m_position - static_cast<off_t>(m_tail.size());
     return ReadAt(m_file.Get(), begin, m_tail.size()) != m_tail;
 }
 
-void LogFollower::GoToBeginning(const struct stat& status)
+void LogFollower::FollowWrap(const struct stat& status)
 {
     const LogRecord oldHead = ParseRecord(m_head, 0);
-    if (oldHead.header && !oldHead.header->isOfWx)
+    if (oldHead.header && !oldHead.header->isFromWx)
         MeasureRound(*oldHead.header);
     m_position = 0;
     m_unconfirmed.clear();
-    PrintNew(status, false);
+    PrintNewLines(status, false);
 }
 
 // Keeps only the first line up to m_position: the bytes after that may change without a wrap.
-void LogFollower::KeepHead(std::string head)
+void LogFollower::SetHead(std::string head)
 {
     m_head = std::move(head);
     const std::size_t line = std::min(m_head.size(), m_head.find('\n'));
@@ -142,36 +142,36 @@ void LogFollower::KeepHead(std::string head)
 }
 
 // Prints the lines from m_position on that are newer than what has been printed.
-void LogFollower::PrintNew(const struct stat& status, bool isWholeRound)
+void LogFollower::PrintNewLines(const struct stat& status, bool isRoundComplete)
 {
     LogReader reader(m_file.Get(), m_position, status.st_size);
     Pending pending;
     LogRecord record;
-    while (reader.Read(record) && Take(record, pending, status)) {
+    while (reader.Read(record) && HandleRecord(record, pending, status)) {
     }
     if (pending.old)
         MeasureRound(*ParseLogHeader(pending.old->text));
     if (pending.newest)
-        Settle(std::move(*pending.newest), status, isWholeRound);
+        HandleNewest(std::move(*pending.newest), status, isRoundComplete);
 }
 
 // Handles the next record; returns false where the old lines begin.
-bool LogFollower::Take(const LogRecord& record, Pending& pending, const struct stat& status)
+bool LogFollower::HandleRecord(const LogRecord& record, Pending& pending, const struct stat& status)
 {
     const Candidate next{std::string(record.text), record.offset, record.isEnded};
     if (record.header && !IsNew(record)) {
-        if (pending.old || record.header->isOfWx)
+        if (pending.old || record.header->isFromWx)
             return false;
         pending.old = next;
         return true;
     }
     if (pending.newest)
-        Confirm(*pending.newest, status);
+        PrintCandidate(*pending.newest, status);
     if (pending.old)
-        Confirm(*pending.old, status);
+        PrintCandidate(*pending.old, status);
     pending = {next, std::nullopt};
     // The following lines are compared with this one.
-    if (record.header && !record.header->isOfWx)
+    if (record.header && !record.header->isFromWx)
         m_newestTick = record.header->tick;
     return true;
 }
@@ -181,8 +181,8 @@ bool LogFollower::IsNew(const LogRecord& record) const
     if (record.offset >= m_knownLength)
         return true;
     // For messages of wxWidgets, `tick` is the time of day in seconds.
-    if (record.header->isOfWx)
-        return record.header->tick + c_longestDelaySeconds >= m_written.tv_sec;
+    if (record.header->isFromWx)
+        return record.header->tick + c_maxDelaySeconds >= m_written.tv_sec;
     if (!m_newestTick)
         return true;
     const auto step = static_cast<std::int32_t>(record.header->tick - *m_newestTick);
@@ -194,10 +194,10 @@ void LogFollower::MeasureRound(const LogHeader& oldLine)
     m_roundMs = static_cast<std::int32_t>(m_newestTick.value_or(oldLine.tick) - oldLine.tick);
 }
 
-void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
+void LogFollower::PrintCandidate(const Candidate& candidate, const struct stat& status)
 {
     const LogRecord record = ParseRecord(candidate.text, candidate.offset);
-    if (record.header && !record.header->isOfWx)
+    if (record.header && !record.header->isFromWx)
         m_printer.SetClock(LogClock(record.header->tick, status));
     m_printer.Print(record);
     m_position = candidate.offset + static_cast<off_t>(candidate.text.size()) + 1;
@@ -207,7 +207,7 @@ void LogFollower::Confirm(const Candidate& candidate, const struct stat& status)
 // Handles the newest record. If the file has grown, its text is complete up to the last line feed.
 // Otherwise older lines follow, and its last line may be the rest of an older one: the text is
 // complete if it is the same at the next call, or if the logger has finished the round.
-void LogFollower::Settle(Candidate candidate, const struct stat& status, bool isWholeRound)
+void LogFollower::HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());
     const bool isAppended = end > m_knownLength;
@@ -220,8 +220,8 @@ void LogFollower::Settle(Candidate candidate, const struct stat& status, bool is
         else if (isAppended)
             return;
     }
-    if (isAppended || isWholeRound || candidate.text == m_unconfirmed)
-        Confirm(candidate, status);
+    if (isAppended || isRoundComplete || candidate.text == m_unconfirmed)
+        PrintCandidate(candidate, status);
     else
         m_unconfirmed = std::move(candidate.text);
 }

@@ -54,15 +54,15 @@ private:
 
     bool HasChanged(const struct stat& status);
     void FollowTruncation(off_t size);
-    bool IsRestarted() const;
-    void GoToBeginning(const struct stat& status);
-    void KeepHead(std::string head);
-    void PrintNew(const struct stat& status, bool isWholeRound);
-    bool Take(const LogRecord& record, Pending& pending, const struct stat& status);
+    bool IsRewritten() const;
+    void FollowWrap(const struct stat& status);
+    void SetHead(std::string head);
+    void PrintNewLines(const struct stat& status, bool isRoundComplete);
+    bool HandleRecord(const LogRecord& record, Pending& pending, const struct stat& status);
     bool IsNew(const LogRecord& record) const;
     void MeasureRound(const LogHeader& oldLine);
-    void Confirm(const Candidate& candidate, const struct stat& status);
-    void Settle(Candidate candidate, const struct stat& status, bool isWholeRound);
+    void PrintCandidate(const Candidate& candidate, const struct stat& status);
+    void HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete);
 
     Descriptor m_file;
     LogPrinter& m_printer;

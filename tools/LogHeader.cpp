@@ -6,7 +6,7 @@ namespace Tool {
 namespace {
 
 constexpr std::string_view c_separator = " : ";
-constexpr std::string_view c_wxBegin = "  : wx : ";
+constexpr std::string_view c_wxPrefix = "  : wx : ";
 
 bool IsDigit(char character)
 {
@@ -14,7 +14,7 @@ bool IsDigit(char character)
 }
 
 // Removes the number at the beginning of `text` and stores it; false if there is none.
-bool TakeNumber(std::string_view& text, std::uint32_t& number)
+bool ParseNumber(std::string_view& text, std::uint32_t& number)
 {
     const char* const end = text.data() + text.size();
     const auto [next, error] = std::from_chars(text.data(), end, number);
@@ -24,7 +24,7 @@ bool TakeNumber(std::string_view& text, std::uint32_t& number)
     return true;
 }
 
-bool TakeSeparator(std::string_view& text)
+bool SkipSeparator(std::string_view& text)
 {
     if (text.substr(0, c_separator.size()) != c_separator)
         return false;
@@ -33,37 +33,38 @@ bool TakeSeparator(std::string_view& text)
 }
 
 // Removes the severity and the time and stores them; false if they are missing.
-bool TakeBegin(std::string_view& text, LogHeader& header)
+bool ParseLineStart(std::string_view& text, LogHeader& header)
 {
     if (text.size() < 2 || text[0] < '0' || text[0] > '4' || text[1] != ' ')
         return false;
     header.severity = text[0] - '0';
     text.remove_prefix(1);
-    header.isOfWx = text.substr(0, c_wxBegin.size()) == c_wxBegin;
-    text.remove_prefix(header.isOfWx ? c_wxBegin.size() : 1);
-    return TakeNumber(text, header.tick) && TakeSeparator(text);
+    header.isFromWx = text.substr(0, c_wxPrefix.size()) == c_wxPrefix;
+    text.remove_prefix(header.isFromWx ? c_wxPrefix.size() : 1);
+    return ParseNumber(text, header.tick) && SkipSeparator(text);
 }
 
 } // namespace
 
-bool BeginsLogLine(std::string_view text)
+bool StartsLikeLogLine(std::string_view text)
 {
     LogHeader header;
-    return TakeBegin(text, header) && (header.isOfWx || (!text.empty() && IsDigit(text.front())));
+    return ParseLineStart(text, header) &&
+           (header.isFromWx || (!text.empty() && IsDigit(text.front())));
 }
 
 std::optional<LogHeader> ParseLogHeader(std::string_view line)
 {
     LogHeader header;
-    if (!TakeBegin(line, header))
+    if (!ParseLineStart(line, header))
         return {};
-    if (!header.isOfWx) {
+    if (!header.isFromWx) {
         const std::string_view rest = line;
         std::uint32_t ignored = 0;
-        if (!TakeNumber(line, ignored))
+        if (!ParseNumber(line, ignored))
             return {};
         header.sourceLine = rest.substr(0, rest.size() - line.size());
-        const std::size_t end = TakeSeparator(line) ? line.find(c_separator) : line.npos;
+        const std::size_t end = SkipSeparator(line) ? line.find(c_separator) : line.npos;
         if (end == line.npos)
             return {};
         header.function = line.substr(0, end);

@@ -9,18 +9,18 @@ namespace Tool {
 /// The parts of a log line. They point into the line. docs/formats/log.md describes both forms.
 struct LogHeader {
     int severity = 0;
-    bool isOfWx = false;         ///< A message of wxWidgets, without source line and function.
-    std::uint32_t tick = 0;      ///< In milliseconds; if `isOfWx`, seconds since 1970.
+    bool isFromWx = false;       ///< A message of wxWidgets, without source line and function.
+    std::uint32_t tick = 0;      ///< In milliseconds; if `isFromWx`, seconds since 1970.
     std::string_view sourceLine; ///< Decimal.
     std::string_view function;
     std::string_view message;
 };
 
-/// The maximum number of bytes that BeginsLogLine() needs.
-constexpr std::size_t c_longestLogLineBegin = 32;
+/// The maximum number of bytes that StartsLikeLogLine() needs.
+constexpr std::size_t c_maxLineStartLength = 32;
 
 /// Whether `text` begins like a log line, and not in the middle of one.
-bool BeginsLogLine(std::string_view text);
+bool StartsLikeLogLine(std::string_view text);
 
 /// Splits `line` into its parts; empty if it does not have the form of a log line.
 std::optional<LogHeader> ParseLogHeader(std::string_view line);

@@ -35,7 +35,7 @@ LogPosition MakePosition(int file, const LogSeams& seams, off_t length, const st
 
 // NUL bytes alone prove nothing: messages may contain them, and a system crash leaves them where
 // data was not written in time.
-bool CanBeLog(int file)
+bool LooksLikeLog(int file)
 {
     LogReader reader(file, 0, ReadStatus(file).st_size);
     LogRecord record;

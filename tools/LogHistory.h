@@ -5,7 +5,7 @@
 namespace Tool {
 
 /// False for a binary file, which contains NUL bytes but nothing in the form of a log line.
-bool CanBeLog(int file);
+bool LooksLikeLog(int file);
 
 /// Prints the lines of a log file in time order, and returns where the next one will be
 /// written.

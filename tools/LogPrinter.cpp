@@ -12,17 +12,17 @@ namespace {
 
 constexpr WallTime c_msPerSecond = 1000;
 constexpr std::size_t c_severityWidth = 7;
-constexpr std::size_t c_placeWidth = 28;
+constexpr std::size_t c_locationWidth = 28;
 
 constexpr Output::Colour c_severityColours[] = {Output::Red, Output::Yellow, Output::Green,
                                                 Output::Cyan, Output::Grey};
 
 void AppendMilliseconds(std::string& text, WallTime time)
 {
-    const auto part = static_cast<int>(time % c_msPerSecond);
+    const auto milliseconds = static_cast<int>(time % c_msPerSecond);
     text += '.';
     for (const int unit : {100, 10, 1})
-        text += static_cast<char>('0' + part / unit % 10);
+        text += static_cast<char>('0' + milliseconds / unit % 10);
 }
 
 std::string FormatIso(WallTime time)
@@ -56,7 +56,7 @@ void LogPrinter::Print(const LogRecord& record)
 
 std::optional<WallTime> LogPrinter::FindTime(const LogHeader& header) const
 {
-    if (header.isOfWx)
+    if (header.isFromWx)
         return header.tick * c_msPerSecond;
     return m_clock.FindTime(header.tick);
 }
@@ -66,13 +66,13 @@ void LogPrinter::PrintText(const LogRecord& record)
     if (record.header) {
         PrintTime(*record.header);
         PrintSeverity(record.header->severity);
-        PrintPlace(*record.header);
+        PrintLocation(*record.header);
         PrintMessage(record.header->message);
         return;
     }
     m_output.Write("- ");
     PrintPadded("cut", c_severityWidth, Output::Grey);
-    PrintPadded("-", c_placeWidth, Output::Grey);
+    PrintPadded("-", c_locationWidth, Output::Grey);
     PrintMessage(record.text);
 }
 
@@ -106,16 +106,16 @@ void LogPrinter::PrintSeverity(int severity)
     PrintPadded(c_severityNames[severity], c_severityWidth, c_severityColours[severity]);
 }
 
-void LogPrinter::PrintPlace(const LogHeader& header)
+void LogPrinter::PrintLocation(const LogHeader& header)
 {
-    m_place.clear();
-    if (header.isOfWx) {
-        m_place = "wx";
+    m_location.clear();
+    if (header.isFromWx) {
+        m_location = "wx";
     } else {
-        AppendVisible(m_place, header.function);
-        m_place.append(":").append(header.sourceLine);
+        AppendVisible(m_location, header.function);
+        m_location.append(":").append(header.sourceLine);
     }
-    PrintPadded(m_place, c_placeWidth, Output::Grey);
+    PrintPadded(m_location, c_locationWidth, Output::Grey);
 }
 
 // The lines of a message after its first one are indented.
@@ -149,13 +149,13 @@ void LogPrinter::PrintJson(const LogRecord& record)
         const LogHeader& header = *record.header;
         if (const std::optional<WallTime> time = FindTime(header))
             object += "\"time\":\"" + FormatIso(*time) + "\",";
-        if (!header.isOfWx)
+        if (!header.isFromWx)
             object += "\"tick\":" + std::to_string(header.tick) + ",";
         object.append("\"severity\":\"").append(c_severityNames[header.severity]).append("\",");
-        if (!header.isOfWx)
+        if (!header.isFromWx)
             object.append("\"line\":").append(header.sourceLine).append(",");
         object += "\"function\":";
-        AppendJson(object, header.isOfWx ? "wx" : header.function);
+        AppendJson(object, header.isFromWx ? "wx" : header.function);
         object += ",\"message\":";
         AppendJson(object, header.message);
     }

@@ -33,7 +33,7 @@ private:
     void PrintText(const LogRecord& record);
     void PrintTime(const LogHeader& header);
     void PrintSeverity(int severity);
-    void PrintPlace(const LogHeader& header);
+    void PrintLocation(const LogHeader& header);
     void PrintMessage(std::string_view message);
     void PrintJson(const LogRecord& record);
     void PrintPadded(std::string_view text, std::size_t width, Output::Colour colour);
@@ -46,7 +46,7 @@ private:
     unsigned long long m_count = 0;
     WallTime m_second = -1;   // the second that m_secondText shows
     std::string m_secondText; // "2009-03-05 06:04:09"
-    std::string m_place;      // a member only to reuse its memory
+    std::string m_location;   // a member only to reuse its memory
 };
 
 } // namespace Tool

@@ -9,8 +9,8 @@
 namespace Tool {
 namespace {
 
-constexpr std::size_t c_longestRecord = 1 << 20;
-constexpr std::size_t c_bufferSize = 2 * c_longestRecord;
+constexpr std::size_t c_maxRecordLength = 1 << 20;
+constexpr std::size_t c_bufferSize = 2 * c_maxRecordLength;
 
 // Small enough for the processor's cache.
 constexpr std::size_t c_blockSize = 1 << 18;
@@ -41,11 +41,11 @@ bool LogReader::Fill()
     std::memmove(m_buffer.data(), m_buffer.data() + m_used, m_filled - m_used);
     m_filled -= m_used;
     m_used = 0;
-    const auto left = static_cast<std::size_t>(std::max<off_t>(m_end - m_next, 0));
-    const std::size_t wanted = std::min({m_buffer.size() - m_filled, left, c_blockSize});
+    const auto remaining = static_cast<std::size_t>(std::max<off_t>(m_end - m_next, 0));
+    const std::size_t size = std::min({m_buffer.size() - m_filled, remaining, c_blockSize});
     ssize_t count = 0;
     do
-        count = ::pread(m_file, m_buffer.data() + m_filled, wanted, m_next);
+        count = ::pread(m_file, m_buffer.data() + m_filled, size, m_next);
     while (count < 0 && errno == EINTR);
     if (count < 0)
         throw MakeSystemFailure("cannot read");
@@ -69,16 +69,16 @@ LogReader::Extent LogReader::FindEnd()
     std::size_t length = 0;
     for (;;) {
         const std::size_t lineEnd = Rest().find('\n', length);
-        if (lineEnd > c_longestRecord && Rest().size() > c_longestRecord)
-            return {length > 0 ? length - 1 : c_longestRecord, length > 0};
+        if (lineEnd > c_maxRecordLength && Rest().size() > c_maxRecordLength)
+            return {length > 0 ? length - 1 : c_maxRecordLength, length > 0};
         if (lineEnd == std::string_view::npos) {
             if (!Fill())
                 return {Rest().size(), false};
             continue;
         }
-        HasAtLeast(lineEnd + 1 + c_longestLogLineBegin);
+        HasAtLeast(lineEnd + 1 + c_maxLineStartLength);
         const std::string_view next = Rest().substr(lineEnd + 1);
-        if (next.empty() || BeginsLogLine(next))
+        if (next.empty() || StartsLikeLogLine(next))
             return {lineEnd, true};
         length = lineEnd + 1;
     }

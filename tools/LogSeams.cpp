@@ -6,7 +6,7 @@ namespace Tool {
 namespace {
 
 // A thread may wait between reading the time and writing its line, but not as long as this.
-constexpr std::int64_t c_longestDelayMs = 1000;
+constexpr std::int64_t c_maxDelayMs = 1000;
 
 // Most threads wait less than this. A shorter step back is a seam only if a line was cut there.
 constexpr std::int64_t c_usualDelayMs = 100;
@@ -23,19 +23,19 @@ std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 } // namespace
 
 // Returns how much newer a line after `seam` may be than the first line of the part before it.
-std::int64_t LogSeams::FindSlack(const Seam& seam)
+std::int64_t LogSeams::GetSlack(const Seam& seam)
 {
-    return std::clamp<std::int64_t>((seam.newest - seam.begin) / 2, 0, c_longestDelayMs);
+    return std::clamp<std::int64_t>((seam.newest - seam.begin) / 2, 0, c_maxDelayMs);
 }
 
-bool LogSeams::IsTooWideForMost(const Seam& seam)
+bool LogSeams::IsPlausible(const Seam& seam)
 {
     return seam.isCut || seam.drop >= c_usualDelayMs;
 }
 
 void LogSeams::Add(const LogRecord& record)
 {
-    const bool hasTick = record.header && !record.header->isOfWx;
+    const bool hasTick = record.header && !record.header->isFromWx;
     const bool isCut = m_cutOffset >= 0;
     if (hasTick)
         AddTick(isCut ? m_cutOffset : record.offset, record.header->tick, isCut);
@@ -60,23 +60,24 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
         m_widestDrop = seam;
     if (seam.drop < m_widestGap.drop)
         m_widestGap = seam;
-    AddClear(seam);
+    UpdateClearSeams(seam);
 }
 
 // Keeps a step back as a seam only if all lines after it are older than the first line of the part
 // before it. Drops earlier ones that the newest line disproves.
-void LogSeams::AddClear(Seam seam)
+void LogSeams::UpdateClearSeams(Seam seam)
 {
-    while (!m_clear.empty() && m_time > m_clear.back().begin + FindSlack(m_clear.back()))
-        m_clear.pop_back();
-    seam.begin = m_clear.empty() ? 0 : m_clear.back().older;
-    const bool isOlderThanPart = IsTooWideForMost(seam) && seam.older <= seam.begin;
-    if ((isOlderThanPart || seam.drop >= c_longestDelayMs) && m_clear.size() < c_maxSeams)
-        m_clear.push_back(seam);
+    while (!m_clearSeams.empty() &&
+           m_time > m_clearSeams.back().begin + GetSlack(m_clearSeams.back()))
+        m_clearSeams.pop_back();
+    seam.begin = m_clearSeams.empty() ? 0 : m_clearSeams.back().older;
+    const bool isOlderThanPart = IsPlausible(seam) && seam.older <= seam.begin;
+    if ((isOlderThanPart || seam.drop >= c_maxDelayMs) && m_clearSeams.size() < c_maxSeams)
+        m_clearSeams.push_back(seam);
 }
 
 // Returns the seams in the order of the file.
-std::vector<LogSeams::Seam> LogSeams::Seams() const
+std::vector<LogSeams::Seam> LogSeams::ChooseSeams() const
 {
     if (!m_hasTick)
         return {};
@@ -86,17 +87,16 @@ std::vector<LogSeams::Seam> LogSeams::Seams() const
     if (m_time + closingStep > 0)
         return -m_widestGap.drop > closingStep ? std::vector<Seam>{m_widestGap}
                                                : std::vector<Seam>{};
-    if (m_widestDrop.drop <= std::max<std::int64_t>(-closingStep, 0) ||
-        !IsTooWideForMost(m_widestDrop))
+    if (m_widestDrop.drop <= std::max<std::int64_t>(-closingStep, 0) || !IsPlausible(m_widestDrop))
         return {};
-    return m_clear.empty() ? std::vector<Seam>{m_widestDrop} : m_clear;
+    return m_clearSeams.empty() ? std::vector<Seam>{m_widestDrop} : m_clearSeams;
 }
 
 std::vector<LogPart> LogSeams::ListParts(off_t length) const
 {
     std::vector<LogPart> parts;
     off_t begin = 0;
-    for (const Seam& seam : Seams()) {
+    for (const Seam& seam : ChooseSeams()) {
         parts.push_back({begin, seam.offset});
         begin = seam.offset;
     }
@@ -109,7 +109,7 @@ std::optional<std::uint32_t> LogSeams::NewestTick() const
 {
     if (!m_hasTick)
         return {};
-    const std::vector<Seam> seams = Seams();
+    const std::vector<Seam> seams = ChooseSeams();
     if (seams.empty())
         return m_lastTick;
     return m_firstTick + static_cast<std::uint32_t>(seams.front().newest);

@@ -44,20 +44,20 @@ private:
         bool isCut;          // whether the older lines begin with the rest of a cut line
     };
 
-    static std::int64_t FindSlack(const Seam& seam);
-    static bool IsTooWideForMost(const Seam& seam);
+    static std::int64_t GetSlack(const Seam& seam);
+    static bool IsPlausible(const Seam& seam);
     void AddTick(off_t offset, std::uint32_t tick, bool isCut);
-    void AddClear(Seam seam);
-    std::vector<Seam> Seams() const;
+    void UpdateClearSeams(Seam seam);
+    std::vector<Seam> ChooseSeams() const;
 
     bool m_hasTick = false;
     std::uint32_t m_firstTick = 0;
     std::uint32_t m_lastTick = 0;
-    std::int64_t m_time = 0;   // since the first line; does not wrap around
-    off_t m_cutOffset = -1;    // of the last cut line since the last tick; -1 if there is none
-    std::vector<Seam> m_clear; // steps back that cannot come from several threads
-    Seam m_widestDrop{};       // the widest step back
-    Seam m_widestGap{};        // the widest step forward; its `drop` is negative
+    std::int64_t m_time = 0;        // since the first line; does not wrap around
+    off_t m_cutOffset = -1;         // of the last cut line since the last tick; -1 if there is none
+    std::vector<Seam> m_clearSeams; // steps back that cannot come from several threads
+    Seam m_widestDrop{};            // the widest step back
+    Seam m_widestGap{};             // the widest step forward; its `drop` is negative
 };
 
 } // namespace Tool

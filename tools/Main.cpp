@@ -68,11 +68,11 @@ std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
 }
 
 // Also prints help and version, which CLI11 reports like errors.
-int ReportParseEnd(const CLI::App& app, const CLI::ParseError& end)
+int ReportParseError(const CLI::App& app, const CLI::ParseError& error)
 {
     std::ostringstream text;
     std::ostringstream errors;
-    const int code = app.exit(end, text, errors);
+    const int code = app.exit(error, text, errors);
     std::cerr << MakeLinesVisible(errors.str());
     return Perform([&](Output& output) {
         output.Write(text.str());
@@ -104,8 +104,8 @@ int Run(int argc, char** argv)
     AddAboutCommand(app, action);
     try {
         app.parse(argc, argv);
-    } catch (const CLI::ParseError& end) {
-        return ReportParseEnd(app, end);
+    } catch (const CLI::ParseError& error) {
+        return ReportParseError(app, error);
     }
     return Perform(action);
 }

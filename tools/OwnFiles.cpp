@@ -21,9 +21,9 @@ std::vector<std::string> FindOwnFiles(const std::string& directory, std::string_
         struct stat status {};
         if (entry->path().extension() != extension || ::lstat(path.c_str(), &status) != 0)
             continue;
-        const bool isOfKind =
+        const bool hasKind =
             kind == FileKind::Socket ? S_ISSOCK(status.st_mode) : S_ISREG(status.st_mode);
-        if (isOfKind && status.st_uid == ::geteuid())
+        if (hasKind && status.st_uid == ::geteuid())
             paths.push_back(path);
     }
     std::sort(paths.begin(), paths.end());

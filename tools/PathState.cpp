@@ -22,7 +22,7 @@ bool IsWritable(const std::string& path)
     return ::access(path.c_str(), W_OK) == 0;
 }
 
-bool CanBeFilled(const std::string& directory)
+bool CanCreateIn(const std::string& directory)
 {
     struct stat status {};
     return ::stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
@@ -31,7 +31,7 @@ bool CanBeFilled(const std::string& directory)
 
 PathState ExamineMissing(const std::string& path, PathUse use)
 {
-    if (use == PathUse::Read || CanBeFilled(FindExistingParent(path)))
+    if (use == PathUse::Read || CanCreateIn(FindExistingParent(path)))
         return {true, "missing"};
     return {false, "missing, and cannot be created"};
 }

@@ -77,7 +77,7 @@ public:
         m_output.Write("\n");
     }
 
-    void Add(const std::string& label, const Text& widePath, PathUse use)
+    void AddPath(const std::string& label, const Text& widePath, PathUse use)
     {
         const std::string path = UTF8::ToUTF8(widePath);
         const PathState state = ExaminePath(path, use);
@@ -115,22 +115,23 @@ int Run(const std::string& program, Output& output)
     Table table(output);
     table.AddName("name", paths.GetApplicationName());
     table.AddName("unique name", unique);
-    table.Add("application", paths.GetApplicationPath(), PathUse::Read);
+    table.AddPath("application", paths.GetApplicationPath(), PathUse::Read);
     // Not GetDataDir() and GetUserLocalDataDir(), which return the directories of this process.
-    table.Add("shared data", GetParent(paths.GetConfigurationPath()), PathUse::Read);
-    table.Add("configuration", paths.GetConfigurationPath(), PathUse::Read);
-    table.Add("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
-    table.Add("plug-ins", paths.GetPluginsPath(), PathUse::Read);
-    table.Add("user data", GetParent(paths.GetApplicationDataPath()), PathUse::WriteDirectory);
-    table.Add("data", paths.GetApplicationDataPath(), PathUse::WriteDirectory);
-    table.Add("documents", paths.GetDocumentsPath(), PathUse::WriteDirectory);
-    table.Add("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
-    table.Add("lock", lock, PathUse::WriteFile);
+    table.AddPath("shared data", GetParent(paths.GetConfigurationPath()), PathUse::Read);
+    table.AddPath("configuration", paths.GetConfigurationPath(), PathUse::Read);
+    table.AddPath("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
+    table.AddPath("plug-ins", paths.GetPluginsPath(), PathUse::Read);
+    table.AddPath("user data", GetParent(paths.GetApplicationDataPath()), PathUse::WriteDirectory);
+    table.AddPath("data", paths.GetApplicationDataPath(), PathUse::WriteDirectory);
+    table.AddPath("documents", paths.GetDocumentsPath(), PathUse::WriteDirectory);
+    table.AddPath("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
+    table.AddPath("lock", lock, PathUse::WriteFile);
     // The lock file that wxSingleInstanceChecker creates in the same directory.
-    table.Add("second lock", GetParent(lock) + L"/" + unique, PathUse::WriteFile);
-    table.Add("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"), PathUse::WriteFile);
-    table.Add("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
-    table.Add("own log", temporary + unique + log, PathUse::WriteFile);
+    table.AddPath("second lock", GetParent(lock) + L"/" + unique, PathUse::WriteFile);
+    table.AddPath("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"),
+                  PathUse::WriteFile);
+    table.AddPath("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
+    table.AddPath("own log", temporary + unique + log, PathUse::WriteFile);
     return table.IsGood() ? ExitGood : ExitNo;
 }
 

@@ -113,12 +113,12 @@ bool CheckThreads()
 // Destroying the logger writes its queue, so the file can be read afterwards.
 bool CheckLog()
 {
-    constexpr unsigned int limit = 1000;
-    constexpr unsigned int longestWaitMs = 500;
+    constexpr unsigned int sizeLimit = 1000;
+    constexpr unsigned int maxWaitMs = 500;
 
     const Text name = L"toolkit-check-" + StringConvert::UStringFromUint32(GetTickCount());
-    smart_ptr<FileLogger> logger(new FileLogger(SeverityInfo, name, limit));
-    const Text path = logger->GetPath(longestWaitMs);
+    smart_ptr<FileLogger> logger(new FileLogger(SeverityInfo, name, sizeLimit));
+    const Text path = logger->GetPath(maxWaitMs);
     logger->Write(c_text);
     logger = smart_ptr<FileLogger>();
     TextFile file;

@@ -32,7 +32,7 @@ void AppendVisible(std::string& target, std::string_view text)
         text.remove_prefix(plain);
         if (text.empty())
             return;
-        const Character first = TakeCharacter(text);
+        const Character first = ReadCharacter(text);
         if (!first.isValid || IsInvisible(first.code))
             AppendEscape(target, first.code);
         else

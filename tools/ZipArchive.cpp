@@ -41,15 +41,15 @@ ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
     RequireReadable(path);
     const wxLogNull silence;
     m_archive.Open(ToWideArgument(path));
-    const int all = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
-    if (all < 0 || (all == 0 && !IsEmptyArchive(path)))
+    const int entryCount = m_archive.EntriesList(m_entries, L"", ArchiveEntriesFlags::AllEntries);
+    if (entryCount < 0 || (entryCount == 0 && !IsEmptyArchive(path)))
         throw Failure(path + " is not a Zip archive");
     // The archive must be reopened to be listed again.
     m_archive.Open(ToWideArgument(path));
     m_archive.EntriesList(m_entries, ToWideArgument(selection.filter), selection.type);
 }
 
-void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_view)>& take)
+void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_view)>& onBlock)
 {
     constexpr std::size_t blockSize = 65536;
 
@@ -60,7 +60,7 @@ void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_v
     wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(*stream);
     std::vector<char> block(blockSize);
     while (bytes.Read(block.data(), block.size()).LastRead() > 0)
-        take({block.data(), bytes.LastRead()});
+        onBlock({block.data(), bytes.LastRead()});
     if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
         throw Failure("the entry is damaged: " + GetEntryName(*entry));
 }

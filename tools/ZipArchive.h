@@ -24,9 +24,9 @@ public:
 
     const Toolkit::ArchiveZip::EntriesMap& Entries() const { return m_entries; }
 
-    /// Calls `take` with the bytes of an entry, block by block. Throws a `Failure` if the entry is
-    /// encrypted or damaged; `take` has then received the bytes before the damage.
-    void Read(const Entry& entry, const std::function<void(std::string_view)>& take);
+    /// Calls `onBlock` with the bytes of an entry, block by block. Throws a `Failure` if the entry
+    /// is encrypted or damaged; `onBlock` has then received the bytes before the damage.
+    void Read(const Entry& entry, const std::function<void(std::string_view)>& onBlock);
 
 private:
     Toolkit::ArchiveZip m_archive;

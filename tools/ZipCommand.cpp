@@ -5,7 +5,7 @@
 #include "Commands.h"
 #include "Failure.h"
 #include "InputPath.h"
-#include "LineCutter.h"
+#include "LineSplitter.h"
 #include "Output.h"
 #include "Pattern.h"
 #include "StopSignals.h"
@@ -17,7 +17,7 @@ using namespace Toolkit;
 namespace Tool {
 namespace {
 
-constexpr unsigned long long c_usualLimit = 1ULL << 30;
+constexpr unsigned long long c_defaultLimit = 1ULL << 30;
 
 struct Options {
     std::string file;
@@ -25,7 +25,7 @@ struct Options {
     std::string entry;
     std::string pattern;
     std::string directory = ".";
-    unsigned long long limit = c_usualLimit;
+    unsigned long long limit = c_defaultLimit;
 };
 
 std::string FormatTime(const ArchiveZipEntry& entry)
@@ -75,7 +75,7 @@ bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Patt
         output.WriteVisible(line);
         output.Write("\n");
     };
-    LineCutter lines;
+    LineSplitter lines;
     archive.Read(entry, [&](std::string_view bytes) { lines.Add(bytes, examine); });
     lines.AddEnd(examine);
     return isFound;

@@ -14,14 +14,14 @@ namespace {
 
 // APPNOTE, 4.3.12, 4.3.14, 4.3.15 and 4.3.16.
 constexpr std::string_view c_entrySignature = "PK\x01\x02";
-constexpr std::string_view c_wideEndSignature = "PK\x06\x06";
+constexpr std::string_view c_zip64EndSignature = "PK\x06\x06";
 constexpr std::string_view c_locatorSignature = "PK\x06\x07";
 constexpr std::string_view c_endSignature = "PK\x05\x06";
 constexpr std::size_t c_entryLength = 46;
-constexpr std::size_t c_wideEndLength = 56;
+constexpr std::size_t c_zip64EndLength = 56;
 constexpr std::size_t c_locatorLength = 20;
 constexpr std::size_t c_endLength = 22;
-constexpr std::size_t c_longestComment = 65535;
+constexpr std::size_t c_maxCommentLength = 65535;
 
 // What the end record of an archive says about the directory.
 struct Directory {
@@ -66,10 +66,10 @@ std::string ReadRecord(const Descriptor& file, std::uint64_t offset, std::size_t
 
 // Reads the ZIP64 end record. Its values are used even if those of the ordinary end record would be
 // enough.
-Directory ReadWideEnd(const Descriptor& file, std::string_view locator, std::uint64_t end)
+Directory ReadZip64End(const Descriptor& file, std::string_view locator, std::uint64_t end)
 {
     const std::string record =
-        ReadRecord(file, ParseNumber(locator, 8, 8), c_wideEndLength, c_wideEndSignature);
+        ReadRecord(file, ParseNumber(locator, 8, 8), c_zip64EndLength, c_zip64EndSignature);
     if (record.empty())
         throw MakeDamagedDirectoryFailure();
     return {ParseNumber(record, 32, 8), ParseNumber(record, 40, 8), ParseNumber(record, 48, 8),
@@ -78,7 +78,7 @@ Directory ReadWideEnd(const Descriptor& file, std::string_view locator, std::uin
 
 Directory FindDirectory(const Descriptor& file, std::uint64_t length)
 {
-    const auto tailLength = std::min<std::uint64_t>(length, c_endLength + c_longestComment);
+    const auto tailLength = std::min<std::uint64_t>(length, c_endLength + c_maxCommentLength);
     const std::string tail = ReadAt(file, length - tailLength, tailLength);
     const std::size_t endAt = tail.size() < c_endLength
                                   ? std::string::npos
@@ -90,7 +90,7 @@ Directory FindDirectory(const Descriptor& file, std::uint64_t length)
         const std::string locator =
             ReadRecord(file, end - c_locatorLength, c_locatorLength, c_locatorSignature);
         if (!locator.empty())
-            return ReadWideEnd(file, locator, end);
+            return ReadZip64End(file, locator, end);
     }
     return {ParseNumber(tail, endAt + 10, 2), ParseNumber(tail, endAt + 12, 4),
             ParseNumber(tail, endAt + 16, 4), end};

@@ -28,7 +28,7 @@ std::vector<std::string> SplitIntoComponents(const std::string& name)
 }
 
 // Whether extracting the name cannot leave the target directory.
-bool IsHarmless(const std::string& name)
+bool IsSafe(const std::string& name)
 {
     const std::vector<std::string> components = SplitIntoComponents(name);
     return !components.empty() && name.find('\0') == std::string::npos &&
@@ -49,7 +49,7 @@ bool LeadsUp(const std::string& name)
     return std::find(components.begin(), components.end(), "..") != components.end();
 }
 
-void RequireHarmless(const ZipArchive& archive, const std::string& path)
+void RequireSafeEntries(const ZipArchive& archive, const std::string& path)
 {
     for (const StoredZipEntry& entry : ReadZipDirectory(path)) {
         if (!entry.name.empty() && entry.name.front() == '/')
@@ -61,7 +61,7 @@ void RequireHarmless(const ZipArchive& archive, const std::string& path)
     }
     for (const auto& [wideName, entry] : archive.Entries()) {
         const std::string name = GetEntryName(*entry);
-        if (!IsHarmless(name))
+        if (!IsSafe(name))
             throw Failure("refused, a name that leads elsewhere: " + name);
     }
 }
@@ -121,7 +121,7 @@ unsigned long long ExtractFile(ZipArchive& archive, const ZipArchive::Entry& ent
 void ExtractZip(ZipArchive& archive, const std::string& path, const std::string& directory,
                 unsigned long long limit, Output& output)
 {
-    RequireHarmless(archive, path);
+    RequireSafeEntries(archive, path);
     OpenRoot(directory);
     for (const auto& [wideName, entry] : archive.Entries()) {
         if (entry->IsDir())

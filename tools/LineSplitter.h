@@ -9,38 +9,38 @@ namespace Tool {
 
 /// Splits blocks of bytes into lines, without their line ends. A line of more than 1 MiB may be
 /// split into several.
-class LineCutter {
+class LineSplitter {
 public:
-    using TakeLine = std::function<void(std::string_view)>;
+    using LineHandler = std::function<void(std::string_view)>;
 
-    /// Calls `take` with each line that ends in the block.
-    void Add(std::string_view bytes, const TakeLine& take)
+    /// Calls `onLine` with each line that ends in the block.
+    void Add(std::string_view bytes, const LineHandler& onLine)
     {
         while (!bytes.empty()) {
             const std::size_t end = bytes.find('\n');
             m_line.append(bytes.substr(0, end));
-            if (end == std::string_view::npos && m_line.size() < c_longestLine)
+            if (end == std::string_view::npos && m_line.size() < c_maxLineLength)
                 return;
-            TakeWhole(take);
+            FinishLine(onLine);
             bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
         }
     }
 
-    /// Calls `take` with the last line if it has no line end. Call it after the last block.
-    void AddEnd(const TakeLine& take)
+    /// Calls `onLine` with the last line if it has no line end. Call it after the last block.
+    void AddEnd(const LineHandler& onLine)
     {
         if (!m_line.empty())
-            TakeWhole(take);
+            FinishLine(onLine);
     }
 
 private:
-    static constexpr std::size_t c_longestLine = 1 << 20;
+    static constexpr std::size_t c_maxLineLength = 1 << 20;
 
-    void TakeWhole(const TakeLine& take)
+    void FinishLine(const LineHandler& onLine)
     {
         if (!m_line.empty() && m_line.back() == '\r')
             m_line.pop_back();
-        take(m_line);
+        onLine(m_line);
         m_line.clear();
     }
 
