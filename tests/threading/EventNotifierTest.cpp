@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <future>
-#include <latch>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -313,25 +313,21 @@ TEST_F(EventNotifierTest, LetsThreadsAddRemoveAndNotifyConcurrently)
 
 TEST_F(EventNotifierTest, BlocksOtherThreadsUntilAPassEnds)
 {
-    std::latch isCalled(1);
-    std::promise<void> mayReturn;
+    std::promise<void> isAdded;
+    std::future<void> added = isAdded.get_future();
+    std::thread adder;
     m_notifier.AddListener(CreateListener("a", [&] {
-        isCalled.count_down();
-        mayReturn.get_future().wait();
+        adder = std::thread([&] {
+            m_notifier.AddListener(CreateListener("b"));
+            isAdded.set_value();
+        });
+        // Long enough for a thread that nothing blocks.
+        EXPECT_EQ(added.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
     }));
-    std::thread sender([&] { m_notifier.Send(); });
-    isCalled.wait();
-    std::atomic<bool> hasAdded = false;
-    std::thread adder([&] {
-        m_notifier.AddListener(CreateListener("b"));
-        hasAdded = true;
-    });
 
-    EXPECT_FALSE(hasAdded);
-    mayReturn.set_value();
-    sender.join();
+    m_notifier.Send();
     adder.join();
-    EXPECT_TRUE(hasAdded);
+    EXPECT_THAT(m_calls, ElementsAre("a"));
 }
 
 } // namespace
