@@ -14,6 +14,7 @@ endfunction()
 
 toolkit_start_program(START_TOOLKIT StartToolkit Toolkit::Toolkit)
 toolkit_start_program(START_WX StartWx Toolkit::wxBase)
+toolkit_start_program(START_WX_NET StartWxNet Toolkit::wxNet)
 toolkit_start_program(START_QT StartQt Qt5::Core)
 
 # The benchmark names the file of the library to the loader, which then need not search for it.

@@ -1,0 +1,16 @@
+// The shortest program that starts and stops wxWidgets and loads its network library, which the
+// library's server needs.
+
+#include <wx/init.h>
+#include <wx/sckipc.h>
+
+int main()
+{
+    if (!wxInitialize())
+        return 1;
+    {
+        const wxTCPServer loadsTheLibrary;
+    }
+    wxUninitialize();
+    return 0;
+}
