@@ -28,17 +28,18 @@ constexpr std::ptrdiff_t c_longestSequence = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 
-// Copies a block that is all ASCII; returns false for any other. The loops use local arrays, which
-// no other pointer can alias, so that the compiler vectorizes them.
+// Copies a block that is all ASCII; returns false for any other. The loops write to a local array,
+// which no other pointer can alias, so that the compiler vectorizes them. GCC 14 unrolls a loop
+// that reads one.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
     if (!AreAllZero(LoadLanes<unsigned char>(from) & 0x80))
         return false;
 
-    unsigned char block[c_blockLength];
-    std::memcpy(block, from, sizeof block);
+    wchar_t block[c_blockLength];
     for (std::ptrdiff_t i = 0; i < c_blockLength; ++i)
-        to[i] = block[i];
+        block[i] = static_cast<unsigned char>(from[i]);
+    std::memcpy(to, block, sizeof block);
     return true;
 }
 
