@@ -17,41 +17,41 @@ using TestSupport::ScopedTimeZone;
 // Tests in Central European time and the United States locale.
 class DateTimeTest : public testing::Test {
 protected:
-    static std::wstring Iso(const DateTime& date)
+    static std::wstring ToIso(const DateTime& date)
     {
         TString<wchar_t> text;
         date.GetIsoString(text, false);
         return text;
     }
 
-    static std::wstring UtcIso(const DateTime& date)
+    static std::wstring ToUtcIso(const DateTime& date)
     {
         TString<wchar_t> text;
         date.GetIsoString(text, true);
         return text;
     }
 
-    static std::wstring Parsed(const TString<wchar_t>& text)
+    static std::wstring ParseToIso(const TString<wchar_t>& text)
     {
         DateTime date;
-        return date.ParseIsoString(text) ? Iso(date) : std::wstring(L"invalid");
+        return date.ParseIsoString(text) ? ToIso(date) : std::wstring(L"invalid");
     }
 
-    static std::wstring DateText(const DateTime& date)
+    static std::wstring FormatDate(const DateTime& date)
     {
         TString<wchar_t> text;
         date.GetDate(text);
         return text;
     }
 
-    static std::wstring TimeText(const DateTime& date)
+    static std::wstring FormatTime(const DateTime& date)
     {
         TString<wchar_t> text;
         date.GetTime(text);
         return text;
     }
 
-    static smart_ptr<DateTime> Shared(const DateTime& date)
+    static smart_ptr<DateTime> CopyShared(const DateTime& date)
     {
         return smart_ptr<DateTime>(new DateTime(date));
     }
@@ -62,18 +62,18 @@ protected:
     const DateTime m_invalid{2009, 13, 1, 0, 0, 0};
 };
 
-TEST_F(DateTimeTest, IsTheCurrentMomentWhenNothingIsGiven)
+TEST_F(DateTimeTest, StoresTheCurrentTimeByDefault)
 {
     const std::time_t before = std::time(nullptr);
     const DateTime date;
     const std::time_t after = std::time(nullptr);
 
     const DateTime epoch(1970, 1, 1, 0, 0, 0, 0);
-    EXPECT_GE(date.GetTotalSecondes(Shared(epoch)), before);
-    EXPECT_LE(date.GetTotalSecondes(Shared(epoch)), after);
+    EXPECT_GE(date.GetTotalSecondes(CopyShared(epoch)), before);
+    EXPECT_LE(date.GetTotalSecondes(CopyShared(epoch)), after);
 }
 
-TEST_F(DateTimeTest, SetsTheCurrentMomentWithNow)
+TEST_F(DateTimeTest, SetsTheCurrentTimeWithNow)
 {
     DateTime date(1999, 1, 1, 0, 0, 0);
 
@@ -82,7 +82,7 @@ TEST_F(DateTimeTest, SetsTheCurrentMomentWithNow)
     EXPECT_GT(date.GetYear(), 2000u);
 }
 
-TEST_F(DateTimeTest, KeepsTheFieldsOfTheConstructor)
+TEST_F(DateTimeTest, KeepsTheFieldsPassedToTheConstructor)
 {
     EXPECT_TRUE(m_march.IsValid());
     EXPECT_EQ(m_march.GetYear(), 2009u);
@@ -108,11 +108,11 @@ TEST_F(DateTimeTest, IsInvalidWithAFieldOutOfRange)
 
 TEST_F(DateTimeTest, MovesLeapSecondsToTheNextMinute)
 {
-    EXPECT_EQ(Iso(DateTime(2009, 1, 1, 0, 0, 60)), L"2009-01-01 00:01:00");
-    EXPECT_EQ(Iso(DateTime(2009, 1, 1, 0, 0, 61)), L"2009-01-01 00:01:01");
+    EXPECT_EQ(ToIso(DateTime(2009, 1, 1, 0, 0, 60)), L"2009-01-01 00:01:00");
+    EXPECT_EQ(ToIso(DateTime(2009, 1, 1, 0, 0, 61)), L"2009-01-01 00:01:01");
 }
 
-TEST_F(DateTimeTest, AcceptsLeapDaysInLeapYears)
+TEST_F(DateTimeTest, AcceptsLeapDaysInLeapYearsOnly)
 {
     EXPECT_TRUE(DateTime(2008, 2, 29, 0, 0, 0).IsValid());
     EXPECT_TRUE(DateTime(2000, 2, 29, 0, 0, 0).IsValid());
@@ -123,17 +123,17 @@ TEST_F(DateTimeTest, TruncatesDayAndTimeTo16Bits)
 {
     const DateTime date(2009, 3, 65536 + 5, 65536 + 7, 65536 + 4, 65536 + 9);
 
-    EXPECT_EQ(Iso(date), L"2009-03-05 07:04:09");
+    EXPECT_EQ(ToIso(date), L"2009-03-05 07:04:09");
 }
 
-TEST_F(DateTimeTest, KeepsYearsFromOneTo9999)
+TEST_F(DateTimeTest, FormatsYearsFrom1To9999)
 {
-    EXPECT_EQ(Iso(DateTime(1, 1, 1, 0, 0, 0)), L"01-01-01 00:00:00");
-    EXPECT_EQ(Iso(DateTime(1583, 10, 15, 1, 2, 3)), L"1583-10-15 01:02:03");
-    EXPECT_EQ(Iso(DateTime(9999, 12, 31, 23, 59, 59)), L"9999-12-31 23:59:59");
+    EXPECT_EQ(ToIso(DateTime(1, 1, 1, 0, 0, 0)), L"01-01-01 00:00:00");
+    EXPECT_EQ(ToIso(DateTime(1583, 10, 15, 1, 2, 3)), L"1583-10-15 01:02:03");
+    EXPECT_EQ(ToIso(DateTime(9999, 12, 31, 23, 59, 59)), L"9999-12-31 23:59:59");
 }
 
-TEST_F(DateTimeTest, ReadsZeroFromAnInvalidDate)
+TEST_F(DateTimeTest, ReturnsZerosWhenInvalid)
 {
     EXPECT_FALSE(m_invalid.IsValid());
     EXPECT_EQ(m_invalid.GetYear(), 0u);
@@ -142,35 +142,35 @@ TEST_F(DateTimeTest, ReadsZeroFromAnInvalidDate)
     EXPECT_EQ(m_invalid.GetHour(), 0u);
     EXPECT_EQ(m_invalid.GetMinute(), 0u);
     EXPECT_EQ(m_invalid.GetSecond(), 0u);
-    EXPECT_EQ(Iso(m_invalid), L"00-00-00 00:00:00");
+    EXPECT_EQ(ToIso(m_invalid), L"00-00-00 00:00:00");
 }
 
-TEST_F(DateTimeTest, LeavesAnInvalidDateUnchanged)
+TEST_F(DateTimeTest, StaysInvalidAndReturnsZeroDifferences)
 {
     DateTime date(m_invalid);
 
     date.Add(1, 2, 3).Add(1, 2, 3, 4).Remove(1, 0, 0, 0).MakeToUTC().MakeFromUTC();
 
     EXPECT_FALSE(date.IsValid());
-    EXPECT_EQ(date.GetTotalHours(Shared(m_march)), 0);
-    EXPECT_EQ(m_march.GetTotalMinutes(Shared(date)), 0);
+    EXPECT_EQ(date.GetTotalHours(CopyShared(m_march)), 0);
+    EXPECT_EQ(m_march.GetTotalMinutes(CopyShared(date)), 0);
 }
 
-TEST_F(DateTimeTest, ReadsFieldsByTheClockOfTheZone)
+TEST_F(DateTimeTest, ReadsFieldsInTheGivenTimeZone)
 {
-    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 0)), L"2009-03-05 07:04:09 Z");
-    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 2)), L"2009-03-05 05:04:09 Z");
-    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, -12)), L"2009-03-05 19:04:09 Z");
-    EXPECT_EQ(UtcIso(DateTime(2009, 3, 5, 7, 4, 9, 13)), L"2009-03-04 18:04:09 Z");
+    EXPECT_EQ(ToUtcIso(DateTime(2009, 3, 5, 7, 4, 9, 0)), L"2009-03-05 07:04:09 Z");
+    EXPECT_EQ(ToUtcIso(DateTime(2009, 3, 5, 7, 4, 9, 2)), L"2009-03-05 05:04:09 Z");
+    EXPECT_EQ(ToUtcIso(DateTime(2009, 3, 5, 7, 4, 9, -12)), L"2009-03-05 19:04:09 Z");
+    EXPECT_EQ(ToUtcIso(DateTime(2009, 3, 5, 7, 4, 9, 13)), L"2009-03-04 18:04:09 Z");
 }
 
-TEST_F(DateTimeTest, ReadsZoneTimesInLocalTimeWithDaylightSaving)
+TEST_F(DateTimeTest, ConvertsUtcFieldsToLocalTimeWithDaylightSaving)
 {
-    EXPECT_EQ(Iso(DateTime(2009, 3, 5, 12, 0, 0, 0)), L"2009-03-05 13:00:00");
-    EXPECT_EQ(Iso(DateTime(2009, 7, 5, 12, 0, 0, 0)), L"2009-07-05 14:00:00");
+    EXPECT_EQ(ToIso(DateTime(2009, 3, 5, 12, 0, 0, 0)), L"2009-03-05 13:00:00");
+    EXPECT_EQ(ToIso(DateTime(2009, 7, 5, 12, 0, 0, 0)), L"2009-07-05 14:00:00");
 }
 
-TEST_F(DateTimeTest, MakesIndependentCopies)
+TEST_F(DateTimeTest, CreatesIndependentCopies)
 {
     DateTime copy(m_march);
     DateTime assigned;
@@ -178,28 +178,28 @@ TEST_F(DateTimeTest, MakesIndependentCopies)
 
     copy.Add(1, 0, 0);
 
-    EXPECT_EQ(Iso(copy), L"2009-03-05 08:04:09");
-    EXPECT_EQ(Iso(assigned), L"2009-03-05 07:04:09");
+    EXPECT_EQ(ToIso(copy), L"2009-03-05 08:04:09");
+    EXPECT_EQ(ToIso(assigned), L"2009-03-05 07:04:09");
 }
 
-TEST_F(DateTimeTest, ShowsTheClockOfGreenwichAfterMakeToUtc)
+TEST_F(DateTimeTest, ShowsUtcAsLocalTimeAfterMakeToUtc)
 {
     DateTime winter(m_march);
     DateTime summer(2009, 7, 5, 7, 4, 9);
 
-    EXPECT_EQ(Iso(winter.MakeToUTC()), L"2009-03-05 06:04:09");
-    EXPECT_EQ(Iso(summer.MakeToUTC()), L"2009-07-05 05:04:09");
+    EXPECT_EQ(ToIso(winter.MakeToUTC()), L"2009-03-05 06:04:09");
+    EXPECT_EQ(ToIso(summer.MakeToUTC()), L"2009-07-05 05:04:09");
 }
 
 TEST_F(DateTimeTest, UndoesMakeToUtcWithMakeFromUtc)
 {
     DateTime date(m_march);
 
-    EXPECT_EQ(Iso(date.MakeToUTC().MakeFromUTC()), L"2009-03-05 07:04:09");
+    EXPECT_EQ(ToIso(date.MakeToUTC().MakeFromUTC()), L"2009-03-05 07:04:09");
     EXPECT_EQ(&date.MakeFromUTC(), &date);
 }
 
-TEST_F(DateTimeTest, WritesIsoFormsWithTwoDigitsAndMarksUtc)
+TEST_F(DateTimeTest, PadsIsoStringsAndMarksUtcWithZ)
 {
     TString<wchar_t> date;
     TString<wchar_t> time;
@@ -211,10 +211,10 @@ TEST_F(DateTimeTest, WritesIsoFormsWithTwoDigitsAndMarksUtc)
     EXPECT_EQ(date, L"2009-03-05");
     EXPECT_EQ(time, L"07:04:09");
     EXPECT_EQ(utcTime, L"06:04:09 Z");
-    EXPECT_EQ(UtcIso(m_march), L"2009-03-05 06:04:09 Z");
+    EXPECT_EQ(ToUtcIso(m_march), L"2009-03-05 06:04:09 Z");
 }
 
-TEST_F(DateTimeTest, WritesAnotherDayForAnIsoDateInUtc)
+TEST_F(DateTimeTest, WritesTheIsoDateOfTheDayInUtc)
 {
     TString<wchar_t> date;
     DateTime(2009, 3, 5, 0, 30, 0).GetIsoDate(date, true);
@@ -234,15 +234,15 @@ TEST_F(DateTimeTest, ParsesWhatItWrites)
 {
     DateTime date;
 
-    EXPECT_TRUE(date.ParseIsoString(TString<wchar_t>(UtcIso(m_march))));
+    EXPECT_TRUE(date.ParseIsoString(TString<wchar_t>(ToUtcIso(m_march))));
     EXPECT_TRUE(date == m_march);
     EXPECT_TRUE(date.ParseIsoString(TString<char>("2009-03-05 06:04:09 Z")));
     EXPECT_TRUE(date == m_march);
-    EXPECT_TRUE(date.ParseIsoString(TString<wchar_t>(Iso(m_march))));
+    EXPECT_TRUE(date.ParseIsoString(TString<wchar_t>(ToIso(m_march))));
     EXPECT_TRUE(date == m_march);
 }
 
-TEST_F(DateTimeTest, ParsesAnySingleCharacterBetweenNumbers)
+TEST_F(DateTimeTest, ReadsNumbersAsStreamsDoWithAnySeparator)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"2009-03-05T07:04:09", L"2009-03-05 07:04:09"},
@@ -256,17 +256,17 @@ TEST_F(DateTimeTest, ParsesAnySingleCharacterBetweenNumbers)
         {L"2009-03-05 07:04:09 z", L"2009-03-05 07:04:09"},
         {L"2009-03-65541 07:04:09", L"2009-03-05 07:04:09"}};
     for (const auto& [text, expected] : cases)
-        EXPECT_EQ(Parsed(text), expected) << testing::PrintToString(text);
+        EXPECT_EQ(ParseToIso(text), expected) << testing::PrintToString(text);
 }
 
-TEST_F(DateTimeTest, RejectsTextsThatAreNoDate)
+TEST_F(DateTimeTest, RejectsStringsThatAreNotDates)
 {
     for (const wchar_t* const text :
          {L"", L"x", L"2009", L"2009-", L"2009-03", L"2009-03-05", L"2009-03-05 07",
           L"2009-03-05 07:04", L"2009-03-05 07:04:", L"2009--03-05 07:04:09",
           L"2009-13-05 07:04:09", L"2009-02-30 07:04:09", L"2009-03-05 25:04:09",
           L"2009-03-99999999999 07:04:09", L"2009-x3-05 07:04:09"})
-        EXPECT_EQ(Parsed(text), L"invalid") << testing::PrintToString(text);
+        EXPECT_EQ(ParseToIso(text), L"invalid") << testing::PrintToString(text);
 }
 
 TEST_F(DateTimeTest, IsInvalidAfterFailedParsing)
@@ -277,21 +277,21 @@ TEST_F(DateTimeTest, IsInvalidAfterFailedParsing)
     EXPECT_FALSE(date.IsValid());
 }
 
-TEST_F(DateTimeTest, FormatsDateAndTimeByTheLocale)
+TEST_F(DateTimeTest, FormatsDateAndTimeForTheLocale)
 {
-    EXPECT_EQ(DateText(m_march), L"03/05/09");
-    EXPECT_EQ(TimeText(m_march), L"07:04 AM");
+    EXPECT_EQ(FormatDate(m_march), L"03/05/09");
+    EXPECT_EQ(FormatTime(m_march), L"07:04 AM");
 
     const ScopedEnvironment german("LC_ALL", "de_DE.UTF-8");
-    EXPECT_EQ(DateText(m_march), L"05.03.09");
-    EXPECT_EQ(TimeText(m_march), L"07:04");
+    EXPECT_EQ(FormatDate(m_march), L"05.03.09");
+    EXPECT_EQ(FormatTime(m_march), L"07:04");
 }
 
-TEST_F(DateTimeTest, PutsNoonAndMidnightInTheMorning)
+TEST_F(DateTimeTest, ShowsNoonAndMidnightAsAM)
 {
-    EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 12, 30, 0)), L"12:30 AM");
-    EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 0, 15, 0)), L"00:15 AM");
-    EXPECT_EQ(TimeText(DateTime(2009, 3, 5, 13, 5, 0)), L"01:05 PM");
+    EXPECT_EQ(FormatTime(DateTime(2009, 3, 5, 12, 30, 0)), L"12:30 AM");
+    EXPECT_EQ(FormatTime(DateTime(2009, 3, 5, 0, 15, 0)), L"00:15 AM");
+    EXPECT_EQ(FormatTime(DateTime(2009, 3, 5, 13, 5, 0)), L"01:05 PM");
 }
 
 TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
@@ -302,9 +302,9 @@ TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
     EXPECT_EQ(text, L"03/05/09 07:04 AM");
 }
 
-TEST_F(DateTimeTest, GivesTheTimeOfTodayOrTheDateOfAnotherDay)
+TEST_F(DateTimeTest, WritesTheTimeForTodayAndTheDateForOtherDays)
 {
-    // If midnight passes during the test, today's text is not checked.
+    // If midnight passes during the test, today's string is not checked.
     DateTime today;
     TString<wchar_t> todayText;
     today.GetRelativeStringFromNow(todayText);
@@ -314,8 +314,8 @@ TEST_F(DateTimeTest, GivesTheTimeOfTodayOrTheDateOfAnotherDay)
     yesterday.GetRelativeStringFromNow(yesterdayText);
 
     const bool dayHasPassed = DateTime().GetDay() != today.GetDay();
-    EXPECT_TRUE(todayText == TimeText(today) || dayHasPassed);
-    EXPECT_EQ(yesterdayText, DateText(yesterday));
+    EXPECT_TRUE(todayText == FormatTime(today) || dayHasPassed);
+    EXPECT_EQ(yesterdayText, FormatDate(yesterday));
 }
 
 TEST_F(DateTimeTest, TreatsTheSameDayOfAnotherMonthOrYearAsAnotherDay)
@@ -328,7 +328,7 @@ TEST_F(DateTimeTest, TreatsTheSameDayOfAnotherMonthOrYearAsAnotherDay)
     for (const DateTime& date : {monthAgo, yearAgo}) {
         TString<wchar_t> text;
         date.GetRelativeStringFromNow(text);
-        EXPECT_EQ(text, DateText(date));
+        EXPECT_EQ(text, FormatDate(date));
     }
 }
 
@@ -341,70 +341,70 @@ TEST_F(DateTimeTest, PadsNumbersWithZeros)
     EXPECT_EQ(m_march.IntToUString(5, -3), L"5");
 }
 
-TEST_F(DateTimeTest, AddsALengthOfTime)
+TEST_F(DateTimeTest, AddsADuration)
 {
     DateTime date(m_march);
 
-    EXPECT_EQ(Iso(date.Add(25, 61, 61)), L"2009-03-06 09:06:10");
+    EXPECT_EQ(ToIso(date.Add(25, 61, 61)), L"2009-03-06 09:06:10");
 }
 
-TEST_F(DateTimeTest, AddsHoursThroughDaylightSaving)
+TEST_F(DateTimeTest, AddsHoursAcrossADaylightSavingChange)
 {
     DateTime date(2009, 3, 28, 12, 0, 0);
 
-    EXPECT_EQ(Iso(date.Add(24, 0, 0)), L"2009-03-29 13:00:00");
+    EXPECT_EQ(ToIso(date.Add(24, 0, 0)), L"2009-03-29 13:00:00");
 }
 
-TEST_F(DateTimeTest, KeepsTheTimeOfDayWhenDaysAreAdded)
+TEST_F(DateTimeTest, KeepsTheTimeOfDayWhenAddingDays)
 {
     DateTime date(2009, 3, 28, 12, 0, 0);
 
-    EXPECT_EQ(Iso(date.Add(0, 0, 0, 1)), L"2009-03-29 12:00:00");
+    EXPECT_EQ(ToIso(date.Add(0, 0, 0, 1)), L"2009-03-29 12:00:00");
 }
 
 TEST_F(DateTimeTest, AddsACalendarSpan)
 {
     DateTime date(m_march);
 
-    EXPECT_EQ(Iso(date.Add(1, 2, 3, 4)), L"2010-05-30 07:04:09");
+    EXPECT_EQ(ToIso(date.Add(1, 2, 3, 4)), L"2010-05-30 07:04:09");
 }
 
 TEST_F(DateTimeTest, RemovesACalendarSpan)
 {
     DateTime date(2010, 5, 30, 7, 4, 9);
 
-    EXPECT_EQ(Iso(date.Remove(1, 2, 3, 4)), L"2009-03-05 07:04:09");
+    EXPECT_EQ(ToIso(date.Remove(1, 2, 3, 4)), L"2009-03-05 07:04:09");
 }
 
-TEST_F(DateTimeTest, StopsAtTheEndOfAMonthThatIsTooShort)
+TEST_F(DateTimeTest, ClampsTheDayToTheEndOfAShorterMonth)
 {
     DateTime january(2009, 1, 31, 0, 0, 0);
     DateTime leapDay(2008, 2, 29, 0, 0, 0);
     DateTime march(2009, 3, 31, 0, 0, 0);
 
-    EXPECT_EQ(Iso(january.Add(0, 1, 0, 0)), L"2009-02-28 00:00:00");
-    EXPECT_EQ(Iso(leapDay.Add(1, 0, 0, 0)), L"2009-02-28 00:00:00");
-    EXPECT_EQ(Iso(march.Remove(0, 1, 0, 0)), L"2009-02-28 00:00:00");
+    EXPECT_EQ(ToIso(january.Add(0, 1, 0, 0)), L"2009-02-28 00:00:00");
+    EXPECT_EQ(ToIso(leapDay.Add(1, 0, 0, 0)), L"2009-02-28 00:00:00");
+    EXPECT_EQ(ToIso(march.Remove(0, 1, 0, 0)), L"2009-02-28 00:00:00");
 }
 
-TEST_F(DateTimeTest, CrossesTheYearWithMonths)
+TEST_F(DateTimeTest, AddsAndRemovesMonthsAcrossYears)
 {
     DateTime date(2009, 11, 5, 0, 0, 0);
 
-    EXPECT_EQ(Iso(date.Add(0, 3, 0, 0)), L"2010-02-05 00:00:00");
-    EXPECT_EQ(Iso(date.Remove(0, 3, 0, 0)), L"2009-11-05 00:00:00");
+    EXPECT_EQ(ToIso(date.Add(0, 3, 0, 0)), L"2010-02-05 00:00:00");
+    EXPECT_EQ(ToIso(date.Remove(0, 3, 0, 0)), L"2009-11-05 00:00:00");
 }
 
 TEST_F(DateTimeTest, TreatsNumbersOfASpanAsSigned)
 {
     DateTime date(2009, 3, 5, 0, 0, 0);
 
-    EXPECT_EQ(Iso(date.Add(4294967295u, 0, 0, 0)), L"2008-03-05 00:00:00");
-    EXPECT_EQ(Iso(date.Add(0, 4294967295u, 4294967295u, 4294967295u)), L"2008-01-28 00:00:00");
-    EXPECT_EQ(Iso(date.Remove(4294967295u, 0, 0, 0)), L"2009-01-28 00:00:00");
+    EXPECT_EQ(ToIso(date.Add(4294967295u, 0, 0, 0)), L"2008-03-05 00:00:00");
+    EXPECT_EQ(ToIso(date.Add(0, 4294967295u, 4294967295u, 4294967295u)), L"2008-01-28 00:00:00");
+    EXPECT_EQ(ToIso(date.Remove(4294967295u, 0, 0, 0)), L"2009-01-28 00:00:00");
 }
 
-TEST_F(DateTimeTest, IsInvalidAfterASpanThatLeavesTheCalendar)
+TEST_F(DateTimeTest, IsInvalidWhenASpanLeadsOutOfRange)
 {
     EXPECT_FALSE(DateTime(m_march).Add(292278993u, 0, 0, 0).IsValid());
     EXPECT_FALSE(DateTime(m_march).Remove(292278993u, 0, 0, 0).IsValid());
@@ -412,26 +412,26 @@ TEST_F(DateTimeTest, IsInvalidAfterASpanThatLeavesTheCalendar)
         DateTime(m_march).Add(2147483647u, 2147483647u, 2147483647u, 2147483647u).IsValid());
 }
 
-TEST_F(DateTimeTest, ReachesYearsAsFarAsMillisecondsDo)
+TEST_F(DateTimeTest, SupportsYearsFromMinus292275054To292278993)
 {
     const DateTime last(292278993u, 12, 31, 23, 59, 59);
     const DateTime first(static_cast<unsigned int>(-292275054), 1, 1, 0, 0, 0);
 
-    EXPECT_EQ(Iso(last), L"292278993-12-31 23:59:59");
-    EXPECT_EQ(Iso(first), L"-292275054-01-01 00:00:00");
+    EXPECT_EQ(ToIso(last), L"292278993-12-31 23:59:59");
+    EXPECT_EQ(ToIso(first), L"-292275054-01-01 00:00:00");
     EXPECT_FALSE(DateTime(292278994u, 1, 1, 0, 0, 0).IsValid());
     EXPECT_FALSE(DateTime(static_cast<unsigned int>(-292275055), 12, 31, 0, 0, 0).IsValid());
 }
 
-TEST_F(DateTimeTest, CrossesCenturiesWithSpansOfManyDays)
+TEST_F(DateTimeTest, AddsAndRemovesHundredsOfThousandsOfDays)
 {
     DateTime date(2000, 2, 28, 0, 0, 0, 0);
 
-    EXPECT_EQ(UtcIso(date.Add(0, 0, 0, 2u * 146097 + 1)), L"2800-02-29 00:00:00 Z");
-    EXPECT_EQ(UtcIso(date.Remove(0, 0, 0, 2u * 146097 + 1)), L"2000-02-28 00:00:00 Z");
+    EXPECT_EQ(ToUtcIso(date.Add(0, 0, 0, 2u * 146097 + 1)), L"2800-02-29 00:00:00 Z");
+    EXPECT_EQ(ToUtcIso(date.Remove(0, 0, 0, 2u * 146097 + 1)), L"2000-02-28 00:00:00 Z");
 }
 
-TEST_F(DateTimeTest, IsInvalidBeyondTheLastMoment)
+TEST_F(DateTimeTest, IsInvalidWhenDurationsLeadOutOfRange)
 {
     DateTime date(m_march);
     for (int i = 0; i < 590; ++i)
@@ -443,15 +443,15 @@ TEST_F(DateTimeTest, IsInvalidBeyondTheLastMoment)
     EXPECT_FALSE(date.IsValid());
 }
 
-TEST_F(DateTimeTest, SubtractsTheOtherInWholeUnits)
+TEST_F(DateTimeTest, ReturnsDifferencesInWholeUnits)
 {
     DateTime later(m_march);
     later.Add(26, 59, 58);
 
-    EXPECT_EQ(later.GetTotalHours(Shared(m_march)), 26);
-    EXPECT_EQ(later.GetTotalMinutes(Shared(m_march)), 26 * 60 + 59);
-    EXPECT_EQ(later.GetTotalSecondes(Shared(m_march)), (26 * 60 + 59) * 60 + 58);
-    EXPECT_EQ(m_march.GetTotalHours(Shared(later)), -26);
+    EXPECT_EQ(later.GetTotalHours(CopyShared(m_march)), 26);
+    EXPECT_EQ(later.GetTotalMinutes(CopyShared(m_march)), 26 * 60 + 59);
+    EXPECT_EQ(later.GetTotalSecondes(CopyShared(m_march)), (26 * 60 + 59) * 60 + 58);
+    EXPECT_EQ(m_march.GetTotalHours(CopyShared(later)), -26);
 }
 
 TEST_F(DateTimeTest, TruncatesDifferencesInSecondsTo32Bits)
@@ -460,17 +460,17 @@ TEST_F(DateTimeTest, TruncatesDifferencesInSecondsTo32Bits)
     const DateTime late(2100, 1, 1, 0, 0, 0, 0);
 
     // 73,049 days are 6,311,433,600 seconds.
-    EXPECT_EQ(late.GetTotalSecondes(Shared(early)), 6311433600 - (1LL << 32));
+    EXPECT_EQ(late.GetTotalSecondes(CopyShared(early)), 6311433600 - (1LL << 32));
 }
 
-TEST_F(DateTimeTest, ReturnsZeroForADifferenceToNothing)
+TEST_F(DateTimeTest, ReturnsZeroForTheDifferenceToAnEmptyPointer)
 {
     EXPECT_EQ(m_march.GetTotalHours(smart_ptr<DateTime>()), 0);
     EXPECT_EQ(m_march.GetTotalMinutes(smart_ptr<DateTime>()), 0);
     EXPECT_EQ(m_march.GetTotalSecondes(smart_ptr<DateTime>()), 0);
 }
 
-TEST_F(DateTimeTest, ComparesByTheInstant)
+TEST_F(DateTimeTest, ComparesInstantsAcrossTimeZones)
 {
     const DateTime same(2009, 3, 5, 6, 4, 9, 0);
     const DateTime later(2009, 3, 5, 7, 4, 10);
@@ -484,7 +484,7 @@ TEST_F(DateTimeTest, ComparesByTheInstant)
     EXPECT_FALSE(m_march == later || m_march > later || m_march >= later);
 }
 
-TEST_F(DateTimeTest, SortsInvalidDatesAsEqualAndBeforeAnyOther)
+TEST_F(DateTimeTest, OrdersInvalidDatesAsEqualAndBeforeValidOnes)
 {
     const DateTime another(2009, 1, 32, 0, 0, 0);
     const DateTime early(1, 1, 1, 0, 0, 0);
@@ -495,24 +495,24 @@ TEST_F(DateTimeTest, SortsInvalidDatesAsEqualAndBeforeAnyOther)
     EXPECT_TRUE(early > m_invalid && early >= m_invalid);
 }
 
-TEST_F(DateTimeTest, ConvertsYearsFarAway)
+TEST_F(DateTimeTest, ConvertsDistantYearsToUtcAndBack)
 {
     DateTime date(2009, 3, 5, 0, 0, 0);
     date.Add(4294967295u, 0, 0);
-    ASSERT_EQ(Iso(date), L"491976-09-19 16:00:00");
+    ASSERT_EQ(ToIso(date), L"491976-09-19 16:00:00");
 
-    EXPECT_EQ(UtcIso(date), L"491976-09-19 14:00:00 Z");
-    EXPECT_EQ(Iso(date.MakeToUTC()), L"491976-09-19 14:00:00");
-    EXPECT_EQ(Iso(date.MakeFromUTC()), L"491976-09-19 16:00:00");
+    EXPECT_EQ(ToUtcIso(date), L"491976-09-19 14:00:00 Z");
+    EXPECT_EQ(ToIso(date.MakeToUTC()), L"491976-09-19 14:00:00");
+    EXPECT_EQ(ToIso(date.MakeFromUTC()), L"491976-09-19 16:00:00");
 }
 
-TEST_F(DateTimeTest, ConvertsYearsBeforeTheFirst)
+TEST_F(DateTimeTest, SupportsNegativeYears)
 {
     DateTime date(static_cast<unsigned int>(-400), 12, 31, 12, 0, 0, 0);
 
-    EXPECT_EQ(UtcIso(date), L"-400-12-31 12:00:00 Z");
-    EXPECT_EQ(UtcIso(date.Add(24, 0, 0)), L"-399-01-01 12:00:00 Z");
-    EXPECT_EQ(UtcIso(date.MakeToUTC().MakeFromUTC()), L"-399-01-01 12:00:00 Z");
+    EXPECT_EQ(ToUtcIso(date), L"-400-12-31 12:00:00 Z");
+    EXPECT_EQ(ToUtcIso(date.Add(24, 0, 0)), L"-399-01-01 12:00:00 Z");
+    EXPECT_EQ(ToUtcIso(date.MakeToUTC().MakeFromUTC()), L"-399-01-01 12:00:00 Z");
 }
 
 } // namespace

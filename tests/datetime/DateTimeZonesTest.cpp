@@ -16,10 +16,10 @@ namespace {
 
 using TestSupport::ScopedTimeZone;
 
-constexpr int c_instants = 20000;
+constexpr int c_instantCount = 20000;
 
 // Returns an instant between 1902 and 2107. Half of them are full hours, when clocks change.
-std::time_t RandomInstant(std::mt19937_64& random)
+std::time_t PickInstant(std::mt19937_64& random)
 {
     std::uniform_int_distribution<std::time_t> instants(-2145916800, 4323801600);
     std::time_t instant = instants(random);
@@ -28,28 +28,28 @@ std::time_t RandomInstant(std::mt19937_64& random)
     return instant;
 }
 
-std::string CFormat(const char* format, const std::tm& fields)
+std::string FormatWithStrftime(const char* format, const std::tm& fields)
 {
     char text[64];
     std::strftime(text, sizeof text, format, &fields);
     return text;
 }
 
-std::string Iso(const DateTime& date, bool utc)
+std::string ToIso(const DateTime& date, bool utc)
 {
     TString<char> text;
     date.GetIsoString(text, utc);
     return text;
 }
 
-std::tm UtcFields(std::time_t instant)
+std::tm ToUtcFields(std::time_t instant)
 {
     std::tm fields{};
     ::gmtime_r(&instant, &fields);
     return fields;
 }
 
-std::tm LocalFields(std::time_t instant)
+std::tm ToLocalFields(std::time_t instant)
 {
     std::tm fields{};
     ::localtime_r(&instant, &fields);
@@ -76,17 +76,17 @@ DateTime FromLocal(const std::tm& local)
 }
 
 // Describes the difference from the C library at `instant`; empty if there is none.
-std::string DifferenceAt(std::time_t instant)
+std::string DescribeDifferenceAt(std::time_t instant)
 {
-    const std::string utc = CFormat("%Y-%m-%d %H:%M:%S Z", UtcFields(instant));
-    const DateTime date = FromUtc(UtcFields(instant));
-    if (Iso(date, true) != utc)
-        return "UTC text " + Iso(date, true) + " instead of " + utc;
+    const std::string utc = FormatWithStrftime("%Y-%m-%d %H:%M:%S Z", ToUtcFields(instant));
+    const DateTime date = FromUtc(ToUtcFields(instant));
+    if (ToIso(date, true) != utc)
+        return "UTC text " + ToIso(date, true) + " instead of " + utc;
 
-    const std::tm local = LocalFields(instant);
-    const std::string localText = CFormat("%Y-%m-%d %H:%M:%S", local);
-    if (Iso(date, false) != localText)
-        return "local text " + Iso(date, false) + " instead of " + localText;
+    const std::tm local = ToLocalFields(instant);
+    const std::string localString = FormatWithStrftime("%Y-%m-%d %H:%M:%S", local);
+    if (ToIso(date, false) != localString)
+        return "local text " + ToIso(date, false) + " instead of " + localString;
 
     DateTime parsed;
     if (!parsed.ParseIsoString(TString<char>(utc)) || parsed != date)
@@ -95,20 +95,20 @@ std::string DifferenceAt(std::time_t instant)
     std::tm undecided = local;
     undecided.tm_isdst = -1;
     const DateTime built = FromLocal(local);
-    if (built != FromUtc(UtcFields(std::mktime(&undecided))))
-        return "building " + localText;
+    if (built != FromUtc(ToUtcFields(std::mktime(&undecided))))
+        return "building " + localString;
     return {};
 }
 
-// Checks one zone, in a process that has used no other zone.
+// Checks one zone, in a process that has not used another zone.
 [[noreturn]] void CheckZoneInChild(const char* zone)
 {
     ::setenv("TZ", zone, 1);
     ::tzset();
     std::mt19937_64 random(1);
-    for (int i = 0; i < c_instants; ++i) {
-        const std::time_t instant = RandomInstant(random);
-        const std::string difference = DifferenceAt(instant);
+    for (int i = 0; i < c_instantCount; ++i) {
+        const std::time_t instant = PickInstant(random);
+        const std::string difference = DescribeDifferenceAt(instant);
         if (difference.empty())
             continue;
         std::fprintf(stderr, "%s at %lld: %s\n", zone, static_cast<long long>(instant),
@@ -142,17 +142,17 @@ struct LocalTime {
 
 class DateTimeChangesTest : public testing::TestWithParam<LocalTime> {};
 
-TEST_P(DateTimeChangesTest, MeetsTheInstantThatClocksShow)
+TEST_P(DateTimeChangesTest, ConvertsLocalTimeToUtc)
 {
     const ScopedTimeZone zone(GetParam().zone);
     const auto& fields = GetParam().fields;
 
     const DateTime date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
 
-    EXPECT_EQ(Iso(date, true), GetParam().utc);
+    EXPECT_EQ(ToIso(date, true), GetParam().utc);
 }
 
-// The last moments before a clock change and the first ones after it.
+// Times just before and just after clock changes, in a zone without any, and after 2038.
 INSTANTIATE_TEST_SUITE_P(
     Changes, DateTimeChangesTest,
     testing::Values(

@@ -12,17 +12,17 @@ namespace {
 constexpr CalendarTime c_morning{2009, 3, 5, 7, 4, 9};
 constexpr CalendarTime c_afternoon{2009, 3, 5, 19, 4, 9};
 
-DayHalves English()
+DayHalves GetEnglishHalves()
 {
     return {L"AM", L"PM"};
 }
 
-DayHalves WithLetterA()
+DayHalves GetHalvesWithLetterA()
 {
     return {L"am", L"pa"};
 }
 
-DayHalves None()
+DayHalves GetEmptyHalves()
 {
     return {L"", L""};
 }
@@ -38,7 +38,7 @@ std::wstring RandomPattern(std::mt19937& random)
     return pattern;
 }
 
-TEST(LocaleTextTest, ReplacesDateTokensInTheirOrder)
+TEST(LocaleTextTest, ReplacesDateTokensInAFixedOrder)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"dd/MM/yyyy HH:mm:ss", L"05/03/2009"},
@@ -59,7 +59,7 @@ TEST(LocaleTextTest, ReplacesDateTokensInTheirOrder)
             << testing::PrintToString(pattern);
 }
 
-TEST(LocaleTextTest, WritesYearsOfACenturyWithTwoDigits)
+TEST(LocaleTextTest, FormatsTheYearOfTheCentury)
 {
     CalendarTime time = c_morning;
     constexpr std::pair<long long, const wchar_t*> cases[] = {
@@ -70,7 +70,7 @@ TEST(LocaleTextTest, WritesYearsOfACenturyWithTwoDigits)
     }
 }
 
-TEST(LocaleTextTest, ReplacesTimeTokensInTheirOrder)
+TEST(LocaleTextTest, ReplacesTimeTokensInAFixedOrder)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"dd/MM/yyyy HH:mm:ss", L"19:04"},
@@ -86,11 +86,11 @@ TEST(LocaleTextTest, ReplacesTimeTokensInTheirOrder)
         {L"HH:mm", L"19:04"},
         {L"", L""}};
     for (const auto& [pattern, expected] : cases)
-        EXPECT_EQ(FormatTimeByPattern(pattern, c_afternoon, English), expected)
+        EXPECT_EQ(FormatTimeByPattern(pattern, c_afternoon, GetEnglishHalves), expected)
             << testing::PrintToString(pattern);
 }
 
-TEST(LocaleTextTest, KeepsNoonAndMidnightInTheMorningWithHoursOfTwelve)
+TEST(LocaleTextTest, ShowsNoonAndMidnightAsAMInTwelveHourPatterns)
 {
     CalendarTime time = c_morning;
     constexpr std::pair<long long, const wchar_t*> cases[] = {{0, L"00 AM"},  {1, L"01 AM"},
@@ -98,21 +98,21 @@ TEST(LocaleTextTest, KeepsNoonAndMidnightInTheMorningWithHoursOfTwelve)
                                                               {13, L"01 PM"}, {23, L"11 PM"}};
     for (const auto& [hour, expected] : cases) {
         time.hour = hour;
-        EXPECT_EQ(FormatTimeByPattern(L"d h a", time, English), expected) << hour;
+        EXPECT_EQ(FormatTimeByPattern(L"d h a", time, GetEnglishHalves), expected) << hour;
     }
 }
 
-TEST(LocaleTextTest, AcceptsTextsOfDayHalvesThatHoldTheirToken)
+TEST(LocaleTextTest, DoesNotReplaceTokensInsideDayHalves)
 {
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, WithLetterA), L"07:04 am");
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm aa", c_afternoon, WithLetterA), L"07:04 papa");
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, WithLetterA), L"07:04 am");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetHalvesWithLetterA), L"07:04 am");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm aa", c_afternoon, GetHalvesWithLetterA), L"07:04 papa");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetHalvesWithLetterA), L"07:04 am");
 }
 
-TEST(LocaleTextTest, KeepsTheTokenOrASpaceWithoutTextsOfDayHalves)
+TEST(LocaleTextTest, KeepsTheTokenOrAppendsASpaceWithoutDayHalves)
 {
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, None), L"07:04 a");
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, None), L"07:04 ");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetEmptyHalves), L"07:04 a");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetEmptyHalves), L"07:04 ");
 }
 
 TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
@@ -122,7 +122,7 @@ TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
         const std::wstring pattern = RandomPattern(random);
         SCOPED_TRACE(testing::PrintToString(pattern));
         ASSERT_EQ(FormatDateByPattern(pattern, c_morning), References::FormatDate(pattern));
-        ASSERT_EQ(FormatTimeByPattern(pattern, c_afternoon, English),
+        ASSERT_EQ(FormatTimeByPattern(pattern, c_afternoon, GetEnglishHalves),
                   References::FormatTime(pattern));
     }
 }

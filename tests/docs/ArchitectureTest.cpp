@@ -38,13 +38,13 @@ std::vector<std::smatch> FindAll(const std::string& text, const std::regex& patt
     return {std::sregex_iterator(text.begin(), text.end(), pattern), std::sregex_iterator()};
 }
 
-std::string Page()
+std::string ReadPage()
 {
     return ReadWholeFile(TOOLKIT_SOURCE_DIR "/docs/architecture.md");
 }
 
 // Returns the arrows of the diagram. Each is named after its two rooms: "archive-logging".
-Uses Arrows()
+Uses ReadArrows()
 {
     const std::string diagram = ReadWholeFile(TOOLKIT_SOURCE_DIR "/docs/diagrams/rooms.svg");
     Uses arrows;
@@ -54,10 +54,10 @@ Uses Arrows()
 }
 
 // Returns the rooms in the table and their floors: "| 4 | `files` | ... |".
-std::map<std::string, int> Floors()
+std::map<std::string, int> ReadFloors()
 {
     std::map<std::string, int> floors;
-    const std::string page = Page();
+    const std::string page = ReadPage();
     for (const std::smatch& row : FindAll(page, std::regex(R"(\n\| (\d) \| ([^|]+) \|)"))) {
         const std::string rooms = row[2];
         for (const std::smatch& room : FindAll(rooms, std::regex("`(\\w+)`")))
@@ -70,7 +70,7 @@ std::map<std::string, int> Floors()
 // rooms.
 using Sources = std::map<std::string, std::string>;
 
-const Sources& AllSources()
+const Sources& ReadAllSources()
 {
     static const Sources sources = [] {
         Sources found;
@@ -84,12 +84,12 @@ const Sources& AllSources()
 }
 
 // Returns which source includes which header, both named as above.
-const Uses& Includes()
+const Uses& FindIncludes()
 {
     static const Uses includes = [] {
         Uses found;
         const std::regex include("#include \"toolkit/(\\w+/[^\"]+)\"");
-        for (const auto& [name, text] : AllSources()) {
+        for (const auto& [name, text] : ReadAllSources()) {
             for (const std::smatch& line : FindAll(text, include))
                 found.emplace(name, line[1]);
         }
@@ -109,10 +109,10 @@ bool IsPrivateHeader(const std::string& name)
 }
 
 // Returns which room uses which other room.
-Uses RoomUses()
+Uses FindRoomUses()
 {
     Uses uses;
-    for (const auto& [from, to] : Includes()) {
+    for (const auto& [from, to] : FindIncludes()) {
         if (RoomOf(from) != RoomOf(to))
             uses.emplace(RoomOf(from), RoomOf(to));
     }
@@ -124,13 +124,13 @@ Uses RoomUses()
 std::string StemOf(const std::string& name)
 {
     const std::string whole = name.substr(0, name.rfind('.'));
-    const bool isClassWithDot = !IsPrivateHeader(name) && AllSources().count(whole + ".h") > 0;
+    const bool isClassWithDot = !IsPrivateHeader(name) && ReadAllSources().count(whole + ".h") > 0;
     return isClassWithDot ? whole : name.substr(0, name.find('.'));
 }
 
 // Returns the stems that `stem` uses, directly and indirectly.
-std::set<std::string> Reachable(const std::multimap<std::string, std::string>& uses,
-                                const std::string& stem)
+std::set<std::string> FindReachable(const std::multimap<std::string, std::string>& uses,
+                                    const std::string& stem)
 {
     std::set<std::string> reached;
     const std::function<void(const std::string&)> follow = [&](const std::string& from) {
@@ -144,15 +144,15 @@ std::set<std::string> Reachable(const std::multimap<std::string, std::string>& u
     return reached;
 }
 
-// Returns the names of the files that `isAsked` selects and that contain `pattern`.
-std::set<std::string> SourcesWith(
-    const std::string& pattern, const std::function<bool(const std::string&)>& isAsked =
+// Returns the names of the files that `isSelected` selects and that contain `pattern`.
+std::set<std::string> FindSourcesWith(
+    const std::string& pattern, const std::function<bool(const std::string&)>& isSelected =
                                     [](const std::string&) { return true; })
 {
     std::set<std::string> names;
     const std::regex searched(pattern);
-    for (const auto& [name, text] : AllSources()) {
-        if (isAsked(name) && std::regex_search(text, searched))
+    for (const auto& [name, text] : ReadAllSources()) {
+        if (isSelected(name) && std::regex_search(text, searched))
             names.insert(name);
     }
     return names;
@@ -167,16 +167,16 @@ TEST(ArchitectureTest, PutsEveryRoomOnAFloor)
     }
 
     std::set<std::string> onThePage;
-    for (const auto& [room, floor] : Floors())
+    for (const auto& [room, floor] : ReadFloors())
         onThePage.insert(room);
     EXPECT_EQ(onThePage, rooms);
 }
 
 TEST(ArchitectureTest, LetsRoomsUseLowerFloorsOnly)
 {
-    std::map<std::string, int> floors = Floors();
+    std::map<std::string, int> floors = ReadFloors();
     Uses climbing;
-    for (const auto& [from, to] : Includes()) {
+    for (const auto& [from, to] : FindIncludes()) {
         if (RoomOf(from) != RoomOf(to) && floors[RoomOf(from)] <= floors[RoomOf(to)])
             climbing.emplace(from, to);
     }
@@ -187,30 +187,30 @@ TEST(ArchitectureTest, LetsRoomsUseLowerFloorsOnly)
 
 // The diagram omits what `core` uses, and has one arrow for all uses of the rooms that every room
 // uses.
-TEST(ArchitectureTest, ShowsInTheDiagramWhatIsUsed)
+TEST(ArchitectureTest, ShowsEachUseAsAnArrowInTheDiagram)
 {
     Uses drawn;
-    for (const auto& [from, to] : RoomUses()) {
+    for (const auto& [from, to] : FindRoomUses()) {
         if (from != "core" && to != "core" && to != "base")
             drawn.emplace(from, to);
     }
 
     EXPECT_THAT(drawn, Not(IsEmpty()));
-    EXPECT_EQ(Arrows(), drawn);
+    EXPECT_EQ(ReadArrows(), drawn);
 }
 
-TEST(ArchitectureTest, UsesNothingOfTheLibraryOnTheGroundFloor)
+TEST(ArchitectureTest, UsesOnlyStandardAndSystemTypesOnTheGroundFloor)
 {
     const auto isGroundFloor = [](const std::string& name) { return RoomOf(name) == "base"; };
 
-    EXPECT_THAT(SourcesWith("#include \"toolkit/(?!base/)", isGroundFloor), IsEmpty());
-    EXPECT_THAT(SourcesWith("#include <(wx|unicode|pcre)|TString<", isGroundFloor), IsEmpty());
+    EXPECT_THAT(FindSourcesWith("#include \"toolkit/(?!base/)", isGroundFloor), IsEmpty());
+    EXPECT_THAT(FindSourcesWith("#include <(wx|unicode|pcre)|TString<", isGroundFloor), IsEmpty());
 }
 
 TEST(ArchitectureTest, KeepsPrivateHeadersInTheirRoom)
 {
     Uses crossing;
-    for (const auto& [from, to] : Includes()) {
+    for (const auto& [from, to] : FindIncludes()) {
         if (IsPrivateHeader(to) && RoomOf(from) != RoomOf(to))
             crossing.emplace(from, to);
     }
@@ -226,22 +226,22 @@ TEST(ArchitectureTest, HasNoPublicHeadersInPrivateRooms)
         return RoomOf(name) == "base" || RoomOf(name) == "framework";
     };
 
-    for (const std::string& name : SourcesWith("#pragma once", isPrivateRoom)) {
+    for (const std::string& name : FindSourcesWith("#pragma once", isPrivateRoom)) {
         EXPECT_FALSE(IsPrivateHeader(name)) << name;
         EXPECT_EQ(list.find("    " + name + "\n"), std::string::npos) << name;
     }
 }
 
-TEST(ArchitectureTest, HasNoTwoFilesThatUseEachOther)
+TEST(ArchitectureTest, HasNoCircularIncludes)
 {
     std::multimap<std::string, std::string> uses;
-    for (const auto& [from, to] : Includes()) {
+    for (const auto& [from, to] : FindIncludes()) {
         if (StemOf(from) != StemOf(to))
             uses.emplace(StemOf(from), StemOf(to));
     }
     std::set<std::string> circular;
     for (const auto& use : uses) {
-        if (Reachable(uses, use.first).count(use.first) > 0)
+        if (FindReachable(uses, use.first).count(use.first) > 0)
             circular.insert(use.first);
     }
 
@@ -256,7 +256,7 @@ TEST(ArchitectureTest, IncludesWxWidgetsInHeadersOnlyToDeriveFromIt)
         return name.ends_with(".h") && RoomOf(name) != "framework";
     };
 
-    EXPECT_THAT(SourcesWith("#include <wx/", isHeader),
+    EXPECT_THAT(FindSourcesWith("#include <wx/", isHeader),
                 UnorderedElementsAre(
                     // public
                     "archive/ArchiveZipEntry.h", "logging/WxLogForwarder.h", "threading/Thread.h",
@@ -265,32 +265,32 @@ TEST(ArchitectureTest, IncludesWxWidgetsInHeadersOnlyToDeriveFromIt)
                     "ipc/IPCInternalServer.Private.h", "threading/CountedMutex.Private.h"));
 }
 
-TEST(ArchitectureTest, OnlyTheAdapterSilencesWxWidgets)
+TEST(ArchitectureTest, UsesWxLogNullOnlyInTheFrameworkRoom)
 {
-    EXPECT_THAT(SourcesWith("wxLogNull"), ElementsAre("framework/Silence.h"));
+    EXPECT_THAT(FindSourcesWith("wxLogNull"), ElementsAre("framework/Silence.h"));
 }
 
 // Core types report failures only by their results.
 TEST(ArchitectureTest, DoesNotLogInCoreTypes)
 {
-    const Uses uses = RoomUses();
+    const Uses uses = FindRoomUses();
 
     for (const char* room : {"core", "threading", "encoding"})
         EXPECT_EQ(uses.count({room, "logging"}), 0u) << room;
 }
 
 // Only the application reads settings.
-TEST(ArchitectureTest, ReadsNoSettings)
+TEST(ArchitectureTest, DoesNotReadSettings)
 {
-    EXPECT_THAT(SourcesWith("#include \"toolkit/config/IniFile.h\""),
+    EXPECT_THAT(FindSourcesWith("#include \"toolkit/config/IniFile.h\""),
                 ElementsAre("config/IniFile.cpp"));
 }
 
 // The listed sources throw when a pattern is invalid, wxWidgets cannot be started, or memory runs
 // out.
-TEST(ArchitectureTest, OnlyListedSourcesThrow)
+TEST(ArchitectureTest, ThrowsInTheListedSourcesOnly)
 {
-    EXPECT_THAT(SourcesWith("\n *throw [^;]"),
+    EXPECT_THAT(FindSourcesWith("\n *throw [^;]"),
                 ElementsAre("ipc/IPCServer.cpp", "logging/FileLogger.cpp",
                             "regExp/RegExp.Exceptions.cpp", "threading/FrameworkHold.cpp"));
 }

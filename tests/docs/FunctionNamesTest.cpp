@@ -38,14 +38,15 @@ const std::set<std::string> c_verbs = {
     "Truncate", "Try",       "Visit",   "Wait",      "Widen",     "Write"};
 
 // First words of predicates, conversions and handlers.
-const std::set<std::string> c_others = {
+const std::set<std::string> c_otherFirstWords = {
     "Are",   "Begins", "Can",    "Carries", "Runs",  "Connects", "Contains", "Does",
     "Ends",  "Finds",  "Has",    "Is",      "Leads", "Looks",    "Matches",  "May",
     "Names", "Needs",  "Starts", "From",    "To",    "On"};
 
 // Exported functions, whose names cannot change.
-const std::set<std::string> c_exported = {"DllToolkitLoad", "DllToolkitUnload", "Failed",
-                                          "GetCodeLength",  "GetDataLength",    "MacInitCocoa"};
+const std::set<std::string> c_exportedNames = {"DllToolkitLoad", "DllToolkitUnload",
+                                               "Failed",         "GetCodeLength",
+                                               "GetDataLength",  "MacInitCocoa"};
 
 // Returns what the first group of `pattern` matches in the sources of the library, its tools and
 // the examples.
@@ -73,7 +74,8 @@ bool StartsWithAVerb(const std::string& function)
     std::smatch found;
     std::regex_search(function, found, firstWord);
     const std::string word = found.str();
-    return c_verbs.count(word) + c_others.count(word) + c_exported.count(function) > 0;
+    return c_verbs.count(word) + c_otherFirstWords.count(word) + c_exportedNames.count(function) >
+           0;
 }
 
 // Finds the functions outside of classes: their declarations are not indented, and no class
@@ -88,7 +90,7 @@ TEST(FunctionNamesTest, StartsFunctionsWithAVerb)
         EXPECT_TRUE(StartsWithAVerb(function)) << function << ": is it a verb that c_verbs lacks?";
 }
 
-TEST(FunctionNamesTest, NamesNoNamespaceLikeAClass)
+TEST(FunctionNamesTest, HasOnlyTheListedNamespaces)
 {
     EXPECT_THAT(FindInSources(R"(\nnamespace ([\w:]+) \{)"),
                 UnorderedElementsAre("Base", "CLI", "Framework", "HostPlugIn", "MailTool",

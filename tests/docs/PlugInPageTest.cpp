@@ -25,12 +25,12 @@ protected:
     const TempDir m_home;
     const ScopedEnvironment m_environment{"HOME", m_home.Path().native()};
     const CapturedLog m_log;
-    const smart_ptr<ILogger> m_keptLog = ILogger::GetInstance(); // stopping releases the logger
-    LibModuleManager& m_registry = *LibModuleManager::GetInstance();
+    const smart_ptr<ILogger> m_logger = ILogger::GetInstance(); // stopping releases the logger
+    LibModuleManager& m_manager = *LibModuleManager::GetInstance();
     std::unique_ptr<DynamicLibrary> m_plugIn;
 };
 
-TEST_F(PlugInPageTest, OffersItsFunction)
+TEST_F(PlugInPageTest, ExportsItsFunction)
 {
     Load();
 
@@ -44,8 +44,8 @@ TEST_F(PlugInPageTest, StartsAndStopsWithTheLibrary)
 {
     Load();
     EXPECT_THAT(m_log.Lines(), IsEmpty());
-    m_registry.Initialize(true);
-    m_registry.Release(true);
+    m_manager.Initialize(true);
+    m_manager.Release(true);
     Unload();
 
     EXPECT_THAT(m_log.Lines(),
@@ -53,15 +53,15 @@ TEST_F(PlugInPageTest, StartsAndStopsWithTheLibrary)
                             IsLogLine(SeverityInfo, L"Release", L"tide tables are closed")));
 }
 
-TEST_F(PlugInPageTest, StartsWithItsLoadAndStopsWithItsUnload)
+TEST_F(PlugInPageTest, StartsWhenLoadedAndStopsWhenUnloaded)
 {
-    m_registry.Initialize(true);
+    m_manager.Initialize(true);
     Load();
     Unload();
     EXPECT_THAT(m_log.Lines(),
                 ElementsAre(IsLogLine(SeverityInfo, L"Initialize", L"tide tables are open"),
                             IsLogLine(SeverityInfo, L"Release", L"tide tables are closed")));
-    m_registry.Release(true);
+    m_manager.Release(true);
 
     EXPECT_EQ(m_log.Lines().size(), 2u);
 }

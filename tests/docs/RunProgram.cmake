@@ -1,9 +1,9 @@
-# Runs PROGRAM in the empty directory DIRECTORY/home, which is its home too, and fails unless it ends
-# well and prints what the file EXPECTED holds.
+# Runs PROGRAM in the empty directory DIRECTORY/home, which is also its home directory. Fails unless it
+# exits with 0 and prints the contents of the file EXPECTED.
 
 file(REMOVE_RECURSE "${DIRECTORY}")
 file(MAKE_DIRECTORY "${DIRECTORY}/home")
-# Logs are called after their programs, and others may run the same test.
+# Logs are named after their programs, and the same test may run more than once at a time.
 string(RANDOM LENGTH 16 name)
 file(COPY_FILE "${PROGRAM}" "${DIRECTORY}/${name}")
 set(ENV{HOME} "${DIRECTORY}/home")

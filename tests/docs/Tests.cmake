@@ -1,9 +1,9 @@
-# The programs of guide and file formats. What a page shows is what is built and run: its first block
-# of C++, which has to print its first block of text. A page of several steps has a block of each for
-# every step.
+# The programs of the guide and of the pages about file formats. The first C++ block of a page is built
+# and run, and must print the page's first text block. A page with several steps has one block of each
+# kind per step.
 
-# Writes the first block of `language` on the page into `file`, which is left alone when it is that
-# already. A number after these means another block than the first.
+# Writes the first block of `language` on the page to `file`, unless `file` contains it already. An
+# optional number selects another block.
 function(toolkit_page_block page language file)
     set(number 1)
     if(ARGC GREATER 3)
@@ -25,8 +25,8 @@ function(toolkit_page_block page language file)
     file(COPY_FILE "${file}.new" "${file}" ONLY_IF_DIFFERENT)
 endfunction()
 
-# Builds the program of the page docs/<folder>/<name>.md and adds it as a test. A number after these
-# means that step of the page.
+# Builds the program of the page docs/<folder>/<name>.md and adds it as a test. An optional
+# number selects a step of the page.
 function(toolkit_page_program folder name)
     set(page "${PROJECT_SOURCE_DIR}/docs/${folder}/${name}.md")
     set(program ${folder}-${name})
@@ -68,7 +68,7 @@ target_compile_definitions(FunctionNamesTest PRIVATE TOOLKIT_SOURCE_DIR="${PROJE
 toolkit_test(docs/TestNamesTest.cpp)
 target_compile_definitions(TestNamesTest PRIVATE TOOLKIT_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 
-# The plug-in of the page about them, which a test loads.
+# The plug-in that the page about plug-ins shows, for a test that loads it.
 if(BUILD_SHARED_LIBS)
     set(page "${PROJECT_SOURCE_DIR}/docs/plugins.md")
     set(block "${CMAKE_CURRENT_BINARY_DIR}/docs/plugins")

@@ -1,5 +1,5 @@
-// Compares Base64 with a plain reference implementation on random strings, and for valid input with
-// another library.
+// Compares Base64 with a plain reference implementation on random strings, and with GLib on valid
+// input.
 
 #include "toolkit/encoding/Base64.h"
 
@@ -22,9 +22,9 @@ using TestSupport::RandomText;
 
 constexpr int c_rounds = 5000;
 
-std::string RandomBytes(RandomText& random, std::size_t longest)
+std::string CreateRandomBytes(RandomText& random, std::size_t maxSize)
 {
-    std::string bytes(random.Number<std::size_t>(0, longest), '\0');
+    std::string bytes(random.Number<std::size_t>(0, maxSize), '\0');
     for (char& byte : bytes)
         byte = static_cast<char>(random.Number(0, 255));
     return bytes;
@@ -43,11 +43,11 @@ std::string Convert(Operation operation, const std::string& in)
     return result;
 }
 
-TEST(Base64ReferenceTest, EncodesRandomBytesAsByHandAndDecodesThemBack)
+TEST(Base64ReferenceTest, EncodesRandomBytesLikeTheReferenceAndDecodesThem)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds; ++round) {
-        const std::string bytes = RandomBytes(random, 100);
+        const std::string bytes = CreateRandomBytes(random, 100);
         const std::string code = EncodeBase64(bytes);
 
         ASSERT_EQ(Convert(b64_decode_binary, bytes), code);
@@ -55,18 +55,20 @@ TEST(Base64ReferenceTest, EncodesRandomBytesAsByHandAndDecodesThemBack)
     }
 }
 
-TEST(Base64ReferenceTest, DecodesRandomTextsAsByHand)
+TEST(Base64ReferenceTest, DecodesRandomStringsLikeTheReference)
 {
     RandomText random(2);
-    const std::string unclean = c_base64Alphabet + "\r\n -_=\x80\xFF" + std::string(1, '\0');
+    const std::string extendedAlphabet =
+        c_base64Alphabet + "\r\n -_=\x80\xFF" + std::string(1, '\0');
     for (int round = 0; round < c_rounds; ++round) {
-        const std::string code = random.Text(round % 2 ? c_base64Alphabet + "=" : unclean, 100);
+        const std::string code =
+            random.Text(round % 2 ? c_base64Alphabet + "=" : extendedAlphabet, 100);
 
         ASSERT_EQ(Convert(b64_encode_binary, code), DecodeBase64(code)) << code;
     }
 }
 
-TEST(Base64ReferenceTest, DecodesRandomWideTextsAsByHand)
+TEST(Base64ReferenceTest, DecodesRandomWideStringsLikeTheReference)
 {
     RandomText random(3);
     for (int round = 0; round < c_rounds; ++round) {
@@ -77,11 +79,11 @@ TEST(Base64ReferenceTest, DecodesRandomWideTextsAsByHand)
     }
 }
 
-TEST(Base64ReferenceTest, AgreesWithAnotherLibraryOnValidTexts)
+TEST(Base64ReferenceTest, AgreesWithGLibOnRandomBytes)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {
-        const std::string bytes = "-" + RandomBytes(random, 3000);
+        const std::string bytes = "-" + CreateRandomBytes(random, 3000);
         const auto* const data = reinterpret_cast<const unsigned char*>(bytes.data());
         gchar* const code = g_base64_encode(data, bytes.size());
         const std::string expected = code;

@@ -62,7 +62,7 @@ TEST(Base64Test, RoundsTheCodeLengthUpToWholeGroups)
         EXPECT_EQ(GetCodeLength(length), expected) << length;
 }
 
-TEST(Base64Test, ReturnsANegativeCodeLengthForTwoGibibytes)
+TEST(Base64Test, ReturnsANegativeCodeLengthIfItOverflows)
 {
     EXPECT_EQ(GetCodeLength(1610612734), -2147483647 - 1);
     EXPECT_EQ(GetCodeLength(2147483647), -1431655764);
@@ -77,7 +77,7 @@ TEST(Base64Test, ReturnsThreeQuartersRoundedUpAsTheDataLength)
 }
 
 // RFC 4648, section 10.
-TEST(Base64Test, EncodesTheExamplesOfTheStandard)
+TEST(Base64Test, EncodesAndDecodesTheExamplesOfTheStandard)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"f", "Zg=="},        {"fo", "Zm8="},        {"foo", "Zm9v"},
@@ -106,7 +106,7 @@ TEST(Base64Test, FailsForEmptyInput)
     EXPECT_EQ(Decode(""), std::nullopt);
 }
 
-TEST(Base64Test, RefusesLengthsThatOverflow)
+TEST(Base64Test, RejectsLengthsAboveTheLimits)
 {
     const unsigned char in[4] = {'Q', 'Q', '=', '='};
     unsigned char* out = nullptr;
@@ -121,7 +121,7 @@ TEST(Base64Test, RefusesLengthsThatOverflow)
     EXPECT_EQ(length, 7u);
 }
 
-TEST(Base64Test, RefusesNullPointers)
+TEST(Base64Test, RejectsNullPointers)
 {
     const unsigned char in[4] = {'Q', 'Q', '=', '='};
     unsigned char* out = nullptr;
@@ -136,7 +136,7 @@ TEST(Base64Test, RefusesNullPointers)
     EXPECT_EQ(length, 7u);
 }
 
-TEST(Base64Test, FailsWhenOutOfMemoryForAnArray)
+TEST(Base64Test, FailsWhenOutOfMemoryForTheResult)
 {
     const std::string in(1000, 'Q');
     const auto* const data = reinterpret_cast<const unsigned char*>(in.data());
@@ -151,21 +151,21 @@ TEST(Base64Test, FailsWhenOutOfMemoryForAnArray)
     EXPECT_EQ(length, 7u);
 }
 
-TEST(Base64Test, ReturnsNoTextAndNoBytesWhenOutOfMemory)
+TEST(Base64Test, ReturnsAnEmptyStringOrBufferWhenOutOfMemory)
 {
     const smart_ptr<Bytes> bytes = BytesOf(std::string(1000, 'x'));
     const Wide text = std::wstring(2000, L'Q');
 
     const TestSupport::AllocationLimit limit(1100);
-    const Wide none = B64::ToUNICODE(bytes);
-    const smart_ptr<Bytes> empty = B64::ToB64(text);
+    const Wide code = B64::ToUNICODE(bytes);
+    const smart_ptr<Bytes> decoded = B64::ToB64(text);
 
-    EXPECT_EQ(none, L"");
-    ASSERT_TRUE(empty.IsValid());
-    EXPECT_EQ(ContentsOf(empty), "");
+    EXPECT_EQ(code, L"");
+    ASSERT_TRUE(decoded.IsValid());
+    EXPECT_EQ(ContentsOf(decoded), "");
 }
 
-TEST(Base64Test, StopsAtTheFirstPad)
+TEST(Base64Test, StopsAtTheFirstPaddingCharacter)
 {
     const std::pair<const char*, std::string> cases[] = {{"=", std::string(1, '\0')},
                                                          {"=QUI", std::string(1, '\0')},
@@ -181,7 +181,7 @@ TEST(Base64Test, StopsAtTheFirstPad)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, DropsAnUnfinishedGroup)
+TEST(Base64Test, DropsAnIncompleteLastGroup)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"Q", ""}, {"QU", ""}, {"QUJ", ""}, {"QUJDQ", "ABC"}, {"QUJDQUJ", "ABC"}};
@@ -225,13 +225,13 @@ TEST(Base64Test, DecodesCharactersOutsideTheAlphabetAsZero)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, ShiftsWhatFollowsALineBreak)
+TEST(Base64Test, TreatsLineBreakCharactersAsDigits)
 {
     // The groups are "QUJD", "\r\nQU" and an incomplete "JD".
     EXPECT_EQ(Decode("QUJD\r\nQUJD"), std::string("ABC\0\4\x14", 6));
 }
 
-TEST(Base64Test, EncodesBytesToWideText)
+TEST(Base64Test, EncodesBytesToAWideString)
 {
     EXPECT_EQ(B64::ToUNICODE(BytesOf("A")), L"QQ==");
     EXPECT_EQ(B64::ToUNICODE(BytesOf(std::string("\0\xFF", 2))), L"AP8=");
@@ -239,7 +239,7 @@ TEST(Base64Test, EncodesBytesToWideText)
     EXPECT_EQ(B64::ToUNICODE(smart_ptr<Bytes>()), L"");
 }
 
-TEST(Base64Test, DecodesWideTextToBytes)
+TEST(Base64Test, DecodesAWideStringToBytes)
 {
     const std::pair<const wchar_t*, std::string> cases[] = {
         {L"QQ==", "A"}, {L"AP8=", std::string("\0\xFF", 2)}, {L"", ""}, {L"QUJ", ""}};
@@ -250,18 +250,18 @@ TEST(Base64Test, DecodesWideTextToBytes)
     }
 }
 
-TEST(Base64Test, DecodesEachByteOfACharacterOutsideAsciiAsZero)
+TEST(Base64Test, DecodesEachUtf8ByteOfANonAsciiCharacterAsZero)
 {
     // "é" has two bytes in UTF-8, so "QéJ" is one group of four.
     EXPECT_EQ(ContentsOf(B64::ToB64(L"Q\u00e9J")), std::string("@\0\x09", 3));
 }
 
-TEST(Base64Test, EndsWideTextAtItsFirstNull)
+TEST(Base64Test, DecodesAWideStringUpToItsFirstNull)
 {
     EXPECT_EQ(ContentsOf(B64::ToB64(std::wstring(L"QUJD\0QUJD", 9))), "ABC");
 }
 
-TEST(Base64Test, DecodesNoBytesFromWideTextWithoutAUtf8Form)
+TEST(Base64Test, ReturnsNoBytesForAStringThatUtf8CannotEncode)
 {
     const smart_ptr<Bytes> bytes = B64::ToB64(L"QUJD" + std::wstring(1, wchar_t(0x110000)));
 

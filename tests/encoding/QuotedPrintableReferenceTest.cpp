@@ -1,6 +1,5 @@
 // Compares quoted-printable with a plain reference implementation, on random strings and for every
-// pair of small line lengths. Also decodes the output with another library, where both follow the
-// same rules.
+// pair of small line lengths. Also decodes the output with GMime, where both follow the same rules.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"
@@ -26,52 +25,52 @@ using Wide = TString<wchar_t>;
 
 constexpr int c_rounds = 5000;
 
-Wide RandomLine(RandomText& random, std::size_t longest)
+Wide CreateRandomString(RandomText& random, std::size_t maxLength)
 {
     switch (random.Number(0, 2)) {
     case 0:
-        return random.Text(std::wstring(L"abc =é"), longest);
+        return random.Text(std::wstring(L"abc =é"), maxLength);
     case 1:
-        return random.Text(std::wstring(L"=0123456789ABCDEFGHabcfgh\r\n"), longest);
+        return random.Text(std::wstring(L"=0123456789ABCDEFGHabcfgh\r\n"), maxLength);
     default:
-        Wide text = random.Text(std::wstring(L"-"), longest);
+        Wide text = random.Text(std::wstring(L"-"), maxLength);
         for (wchar_t& character : text)
             character = static_cast<wchar_t>(random.Number(0, 0x2FF));
         return text;
     }
 }
 
-TEST(QuotedPrintableReferenceTest, EncodesRandomTextsAsByTheTables)
+TEST(QuotedPrintableReferenceTest, EncodesRandomStringsLikeTheReference)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds; ++round) {
-        const Wide text = RandomLine(random, 1000);
+        const Wide text = CreateRandomString(random, 1000);
 
         ASSERT_EQ(QP::ToQP(text), EncodeQuotedPrintable(text));
     }
 }
 
-TEST(QuotedPrintableReferenceTest, DecodesWhatWasEncoded)
+TEST(QuotedPrintableReferenceTest, DecodesWhatItEncoded)
 {
     RandomText random(2);
     for (int round = 0; round < c_rounds; ++round) {
-        const Wide text = RandomLine(random, 1000);
+        const Wide text = CreateRandomString(random, 1000);
 
         ASSERT_EQ(QP::ToUNICODE(QP::ToQP(text)), UTF8::ToUNICODE(UTF8::ToUTF8(text)));
     }
 }
 
-TEST(QuotedPrintableReferenceTest, DecodesRandomTextsAsByTheTables)
+TEST(QuotedPrintableReferenceTest, DecodesRandomStringsLikeTheReference)
 {
     RandomText random(3);
     for (int round = 0; round < 2 * c_rounds; ++round) {
-        const Wide code = RandomLine(random, round % 2 == 0 ? 20 : 400);
+        const Wide code = CreateRandomString(random, round % 2 == 0 ? 20 : 400);
 
         ASSERT_EQ(QP::ToUNICODE(code), DecodeQuotedPrintable(code)) << UTF8::ToUTF8(code);
     }
 }
 
-TEST(QuotedPrintableReferenceTest, ReportsEveryByteAsItsTableSays)
+TEST(QuotedPrintableReferenceTest, ReportsTheBytesThatTheReferenceQuotes)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const TString<char> text(static_cast<char>(byte));
@@ -80,35 +79,35 @@ TEST(QuotedPrintableReferenceTest, ReportsEveryByteAsItsTableSays)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, BreaksLinesOfEveryPairOfSmallLengths)
+TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForSmallLengths)
 {
     RandomText random(4);
-    for (unsigned int first = 0; first <= 40; ++first) {
-        for (unsigned int line = 0; line <= 40; ++line) {
+    for (unsigned int firstLineLength = 0; firstLineLength <= 40; ++firstLineLength) {
+        for (unsigned int lineLength = 0; lineLength <= 40; ++lineLength) {
             const Wide text = random.Text(std::wstring(L"a=é"), 60);
-            ASSERT_EQ(QP::ToQP(text, first, line),
-                      InsertSoftBreaks(EncodeQuotedPrintable(text), first, line))
-                << first << " " << line;
+            ASSERT_EQ(QP::ToQP(text, firstLineLength, lineLength),
+                      InsertSoftBreaks(EncodeQuotedPrintable(text), firstLineLength, lineLength))
+                << firstLineLength << " " << lineLength;
         }
     }
 }
 
-TEST(QuotedPrintableReferenceTest, BreaksLinesOfEnormousLengths)
+TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForHugeLengths)
 {
     RandomText random(5);
     for (int round = 0; round < c_rounds; ++round) {
-        const auto first = static_cast<unsigned int>(random.Number(-3, 60));
-        const unsigned int line = round % 10 == 0 ? random.Number(0x7FFFFFF0u, 0x8000000Fu)
-                                                  : random.Number(0xFFFFFFC0u, 0xFFFFFFFDu);
+        const auto firstLineLength = static_cast<unsigned int>(random.Number(-3, 60));
+        const unsigned int lineLength = round % 10 == 0 ? random.Number(0x7FFFFFF0u, 0x8000000Fu)
+                                                        : random.Number(0xFFFFFFC0u, 0xFFFFFFFDu);
         const Wide text = random.Text(std::wstring(L"a=é"), 60);
 
-        ASSERT_EQ(QP::ToQP(text, first, line),
-                  InsertSoftBreaks(EncodeQuotedPrintable(text), first, line))
-            << first << " " << line;
+        ASSERT_EQ(QP::ToQP(text, firstLineLength, lineLength),
+                  InsertSoftBreaks(EncodeQuotedPrintable(text), firstLineLength, lineLength))
+            << firstLineLength << " " << lineLength;
     }
 }
 
-std::string DecodedByAnotherLibrary(const std::string& code)
+std::string DecodeWithGMime(const std::string& code)
 {
     GMimeEncoding decoder;
     g_mime_encoding_init_decode(&decoder, GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
@@ -117,18 +116,18 @@ std::string DecodedByAnotherLibrary(const std::string& code)
     return bytes;
 }
 
-TEST(QuotedPrintableReferenceTest, WritesWhatAnotherLibraryReads)
+TEST(QuotedPrintableReferenceTest, EncodesStringsThatGMimeDecodes)
 {
     RandomText random(6);
     for (int round = 0; round < c_rounds; ++round) {
         const Wide text = random.Text(std::wstring(L"abc =\t\r\né\u20AC\U0001F600"), 300);
         const std::string code = UTF8::ToUTF8(QP::ToQP(text));
 
-        ASSERT_EQ(DecodedByAnotherLibrary(code), UTF8::ToUTF8(text));
+        ASSERT_EQ(DecodeWithGMime(code), UTF8::ToUTF8(text));
     }
 }
 
-TEST(QuotedPrintableReferenceTest, BreaksLinesSoThatAnotherLibraryReadsThem)
+TEST(QuotedPrintableReferenceTest, InsertsSoftBreaksThatGMimeRemoves)
 {
     RandomText random(7);
     for (int round = 0; round < c_rounds; ++round) {
@@ -136,7 +135,7 @@ TEST(QuotedPrintableReferenceTest, BreaksLinesSoThatAnotherLibraryReadsThem)
         const Wide text = random.Text(std::wstring(L"abcdefgh"), 300);
         const std::string code = UTF8::ToUTF8(QP::ToQP(text, random.Number(1u, 80u), 76));
 
-        ASSERT_EQ(DecodedByAnotherLibrary(code), UTF8::ToUTF8(text));
+        ASSERT_EQ(DecodeWithGMime(code), UTF8::ToUTF8(text));
     }
 }
 

@@ -18,7 +18,7 @@ TEST(QuotedPrintableTest, HasUpperCaseDigitsInItsTable)
     EXPECT_STREQ(HEX, "0123456789ABCDEF");
 }
 
-TEST(QuotedPrintableTest, EscapesWhatIsNotPlain)
+TEST(QuotedPrintableTest, EscapesAllButPlainCharacters)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"", L""},
@@ -34,7 +34,7 @@ TEST(QuotedPrintableTest, EscapesWhatIsNotPlain)
         EXPECT_EQ(QP::ToQP(text), expected);
 }
 
-TEST(QuotedPrintableTest, LeavesAllOtherVisibleCharactersOfAsciiPlain)
+TEST(QuotedPrintableTest, EscapesOnlySomeVisibleAsciiCharacters)
 {
     const Wide plain = L"!#$%&'*+-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ^_`"
                        L"abcdefghijklmnopqrstuvwxyz{|}~";
@@ -48,12 +48,12 @@ TEST(QuotedPrintableTest, EncodesUpToTheFirstNull)
     EXPECT_EQ(QP::ToQP(std::wstring(L"a\0b", 3)), L"a");
 }
 
-TEST(QuotedPrintableTest, EncodesATextWithoutAUtf8FormToNothing)
+TEST(QuotedPrintableTest, ReturnsAnEmptyStringForInvalidCharacters)
 {
     EXPECT_EQ(QP::ToQP(L"a" + std::wstring(1, wchar_t(0x110000))), L"");
 }
 
-TEST(QuotedPrintableTest, DecodesEscapesOfEitherCase)
+TEST(QuotedPrintableTest, DecodesEscapesInEitherCase)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"", L""},
@@ -67,7 +67,7 @@ TEST(QuotedPrintableTest, DecodesEscapesOfEitherCase)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, DecodesGAsADigitOfSixteen)
+TEST(QuotedPrintableTest, DecodesGAsTheDigitSixteen)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"=41=4g", L"AP"}, {L"=4G", L"P"},      {L"=3g=3G", L"@@"},
@@ -76,7 +76,7 @@ TEST(QuotedPrintableTest, DecodesGAsADigitOfSixteen)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, DropsTheFirstCharacterOfAnInvalidEscape)
+TEST(QuotedPrintableTest, DropsTheEqualsSignOfAnInvalidEscape)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"=4hx", L"4hx"}, {L"=h4x", L"h4x"}, {L"==41", L"A"},
@@ -85,12 +85,12 @@ TEST(QuotedPrintableTest, DropsTheFirstCharacterOfAnInvalidEscape)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, DropsOnlyTheFirstCharacterOfASoftLineBreak)
+TEST(QuotedPrintableTest, DropsOnlyTheEqualsSignOfASoftLineBreak)
 {
     EXPECT_EQ(QP::ToUNICODE(L"one=\r\ntwo"), L"one\r\ntwo");
 }
 
-TEST(QuotedPrintableTest, CopiesAnEscapeCutShort)
+TEST(QuotedPrintableTest, CopiesATruncatedEscapeAtTheEnd)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"=4", L"=4"},
@@ -106,23 +106,23 @@ TEST(QuotedPrintableTest, CopiesAnEscapeCutShort)
         EXPECT_EQ(QP::ToUNICODE(code), expected);
 }
 
-TEST(QuotedPrintableTest, KeepsTheLastTwoOfManyEscapeCharacters)
+TEST(QuotedPrintableTest, KeepsTheLastTwoOfManyEqualsSigns)
 {
     for (const std::size_t length : {2u, 72u, 73u, 5000u})
         EXPECT_EQ(QP::ToUNICODE(std::wstring(length, L'=')), L"==") << length;
 }
 
-TEST(QuotedPrintableTest, DecodesASingleEscapeCharacterToNothing)
+TEST(QuotedPrintableTest, DecodesASingleEqualsSignToAnEmptyString)
 {
     EXPECT_EQ(QP::ToUNICODE(L"="), L"");
 }
 
-TEST(QuotedPrintableTest, EndsDecodedTextAtItsFirstNull)
+TEST(QuotedPrintableTest, CutsDecodedTextAtItsFirstNull)
 {
     EXPECT_EQ(QP::ToUNICODE(L"ab=00cd"), L"ab");
 }
 
-TEST(QuotedPrintableTest, DecodesBytesThatAreNoUtf8ToNothing)
+TEST(QuotedPrintableTest, ReturnsAnEmptyStringForInvalidUtf8)
 {
     constexpr const wchar_t* cases[] = {L"a=C3", L"=C3=28", L"x=FF", L"=ED=A0=80"};
     for (const wchar_t* const code : cases)
@@ -166,13 +166,13 @@ TEST(QuotedPrintableTest, EscapesDeleteThoughItDoesNotHaveTo)
     EXPECT_EQ(QP::ToQP(L"\x7F"), L"=7F");
 }
 
-TEST(QuotedPrintableTest, IgnoresCharactersOfWideTextAlways)
+TEST(QuotedPrintableTest, IgnoresTheCharactersOfWideStrings)
 {
     for (const bool ignoreCharacters : {false, true})
         EXPECT_FALSE(QP::HasToBeQP(Wide(L"\t=\u00e9"), 1, 76, ignoreCharacters));
 }
 
-TEST(QuotedPrintableTest, KeepsLinesWithinTheirLengthsBySoftBreaks)
+TEST(QuotedPrintableTest, KeepsLinesWithinTheirLengthsWithSoftBreaks)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"abcdefghijkl", L"abcdefghi=\r\njkl"},
@@ -189,14 +189,14 @@ TEST(QuotedPrintableTest, MayBreakALineBetweenTheDigitsOfAnEscape)
     EXPECT_EQ(QP::ToQP(L"ab ", 5, 10), L"ab=2=\r\n0");
 }
 
-TEST(QuotedPrintableTest, DoesNotCutLinesBelowFourCharacters)
+TEST(QuotedPrintableTest, DoesNotBreakLinesForALengthBelowFour)
 {
     for (const unsigned int lineLength : {0u, 1u, 3u})
         EXPECT_EQ(QP::ToQP(L"a b", 2, lineLength), L"a=20b");
     EXPECT_EQ(QP::ToQP(L"abcdefgh", 2, 4), L"a=\r\nbcd=\r\nefg=\r\nh");
 }
 
-TEST(QuotedPrintableTest, BreaksTheShortestFirstLines)
+TEST(QuotedPrintableTest, AcceptsFirstLineLengthsBelowFour)
 {
     constexpr std::pair<unsigned int, const wchar_t*> cases[] = {{0, L"=20abcd"},
                                                                  {1, L"=\r\n=20=\r\nabc=\r\nd"},
@@ -206,7 +206,7 @@ TEST(QuotedPrintableTest, BreaksTheShortestFirstLines)
         EXPECT_EQ(QP::ToQP(L" abcd", first, 4), expected) << first;
 }
 
-TEST(QuotedPrintableTest, StepsToTheLeftInEnormousLines)
+TEST(QuotedPrintableTest, StepsToTheLeftForHugeLineLengths)
 {
     constexpr std::pair<unsigned int, const wchar_t*> cases[] = {
         {0x7FFFFFFE, L"ab=20=\r\ncd"},
@@ -218,7 +218,7 @@ TEST(QuotedPrintableTest, StepsToTheLeftInEnormousLines)
         EXPECT_EQ(QP::ToQP(L"ab cd", 6, lineLength), expected) << std::hex << lineLength;
 }
 
-TEST(QuotedPrintableTest, BreaksTheTwoLongestLinesOnce)
+TEST(QuotedPrintableTest, BreaksOnceForTheTwoLargestLineLengths)
 {
     for (const unsigned int lineLength : {0xFFFFFFFEu, 0xFFFFFFFFu}) {
         EXPECT_EQ(QP::ToQP(L"ab cd", 4, lineLength), L"ab=\r\n=20cd");
@@ -226,7 +226,7 @@ TEST(QuotedPrintableTest, BreaksTheTwoLongestLinesOnce)
     }
 }
 
-TEST(QuotedPrintableTest, ReturnsNoTextWhenOutOfMemory)
+TEST(QuotedPrintableTest, ReturnsAnEmptyStringWhenOutOfMemory)
 {
     const Wide text = std::wstring(1000, L'\n');
     const TestSupport::AllocationLimit limit(500);
@@ -237,7 +237,7 @@ TEST(QuotedPrintableTest, ReturnsNoTextWhenOutOfMemory)
     EXPECT_NO_THROW(QP::HasToBeQP(text, 1, 76, false));
 }
 
-TEST(QuotedPrintableTest, CutsLongTextsInLinearTime)
+TEST(QuotedPrintableTest, BreaksLongStringsInLinearTime)
 {
     const std::size_t length = 4'000'000;
 

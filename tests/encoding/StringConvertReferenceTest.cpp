@@ -32,11 +32,11 @@ protected:
 
 class StringConvertReferenceTest : public testing::Test {
 protected:
-    StringConvertReferenceTest() : m_oldLocale(std::locale::global(ForeignLocale())) {}
+    StringConvertReferenceTest() : m_oldLocale(std::locale::global(CreateGroupingLocale())) {}
     ~StringConvertReferenceTest() override { std::locale::global(m_oldLocale); }
 
 private:
-    static std::locale ForeignLocale()
+    static std::locale CreateGroupingLocale()
     {
         const std::locale narrow(std::locale::classic(), new GroupingPunctuation<char>());
         return std::locale(narrow, new GroupingPunctuation<wchar_t>());
@@ -48,21 +48,21 @@ private:
 // The initial value, which stays unchanged if the string is not a number. No test string parses to
 // it.
 template <typename Number>
-constexpr Number c_untouched = 77;
+constexpr Number c_initialValue = 77;
 
 // Returns the value that the stream reads, but not the 0 that it stores if there is no number.
 template <typename Char, typename Number>
-Number ReferenceParsed(const std::basic_string<Char>& text)
+Number ParseWithStream(const std::basic_string<Char>& text)
 {
     std::basic_istringstream<Char> stream(text, std::ios_base::in);
     stream.imbue(std::locale::classic());
-    Number value = c_untouched<Number>;
+    Number value = c_initialValue<Number>;
     stream >> value;
-    return stream.fail() && value == 0 ? c_untouched<Number> : value;
+    return stream.fail() && value == 0 ? c_initialValue<Number> : value;
 }
 
 template <typename Char, typename Number>
-std::basic_string<Char> ReferenceFormatted(Number value)
+std::basic_string<Char> FormatWithStream(Number value)
 {
     std::basic_ostringstream<Char> stream;
     stream.imbue(std::locale::classic());
@@ -81,36 +81,36 @@ bool IsSame(Number left, Number right)
 }
 
 template <typename Char, typename Number>
-void ExpectReferenceValue(bool (*parse)(const TString<Char>&, Number&),
-                          const std::basic_string<Char>& text)
+void ExpectStreamValue(bool (*parse)(const TString<Char>&, Number&),
+                       const std::basic_string<Char>& text)
 {
-    Number value = c_untouched<Number>;
+    Number value = c_initialValue<Number>;
     EXPECT_TRUE(parse(text, value));
-    const Number expected = ReferenceParsed<Char, Number>(text);
+    const Number expected = ParseWithStream<Char, Number>(text);
     EXPECT_TRUE(IsSame(value, expected))
         << testing::PrintToString(text) << " gives " << value << ", not " << expected;
 }
 
 template <typename Char>
-void ExpectReferenceValues(const std::basic_string<Char>& text)
+void ExpectStreamValues(const std::basic_string<Char>& text)
 {
-    ExpectReferenceValue<Char, int>(StringConvert::ToInt32, text);
-    ExpectReferenceValue<Char, unsigned int>(StringConvert::ToUint32, text);
-    ExpectReferenceValue<Char, long long>(StringConvert::ToInt64, text);
-    ExpectReferenceValue<Char, unsigned long long>(StringConvert::ToUint64, text);
-    ExpectReferenceValue<Char, double>(StringConvert::ToDouble, text);
+    ExpectStreamValue<Char, int>(StringConvert::ToInt32, text);
+    ExpectStreamValue<Char, unsigned int>(StringConvert::ToUint32, text);
+    ExpectStreamValue<Char, long long>(StringConvert::ToInt64, text);
+    ExpectStreamValue<Char, unsigned long long>(StringConvert::ToUint64, text);
+    ExpectStreamValue<Char, double>(StringConvert::ToDouble, text);
 }
 
-TEST_F(StringConvertReferenceTest, ReadsTextsAsTheStreamDoes)
+TEST_F(StringConvertReferenceTest, ReadsRandomStringsLikeAStream)
 {
     RandomText random(1);
     for (int round = 0; round < c_rounds && !HasFailure(); ++round) {
-        ExpectReferenceValues(random.Text<char>("0123456789999+-.eE x,\t\xA0", 24));
-        ExpectReferenceValues(random.Text<wchar_t>(L"0123456789999+-.eE x,\t\u2003\u0661", 24));
+        ExpectStreamValues(random.Text<char>("0123456789999+-.eE x,\t\xA0", 24));
+        ExpectStreamValues(random.Text<wchar_t>(L"0123456789999+-.eE x,\t\u2003\u0661", 24));
     }
 }
 
-TEST_F(StringConvertReferenceTest, ReadsNumbersInTextsAsTheStreamDoes)
+TEST_F(StringConvertReferenceTest, ReadsNumbersLikeAStream)
 {
     RandomText random(2);
     for (int round = 0; round < c_rounds && !HasFailure(); ++round) {
@@ -119,14 +119,14 @@ TEST_F(StringConvertReferenceTest, ReadsNumbersInTextsAsTheStreamDoes)
         const std::string exponent = std::to_string(random.Number(-345, 345));
         const std::string sign = random.Text<char>(" -+", 1);
 
-        ExpectReferenceValues(sign + digits);
-        ExpectReferenceValues(sign + digits + "." + fraction);
-        ExpectReferenceValues(sign + digits + "." + fraction + "e" + exponent);
-        ExpectReferenceValues(sign + digits + "E" + exponent + "z");
+        ExpectStreamValues(sign + digits);
+        ExpectStreamValues(sign + digits + "." + fraction);
+        ExpectStreamValues(sign + digits + "." + fraction + "e" + exponent);
+        ExpectStreamValues(sign + digits + "E" + exponent + "z");
     }
 }
 
-TEST_F(StringConvertReferenceTest, ReadsByTStringWhatTheStreamReads)
+TEST_F(StringConvertReferenceTest, ReadsIntegersWithTStringLikeAStream)
 {
     RandomText random(3);
     for (int round = 0; round < c_rounds && !HasFailure(); ++round) {
@@ -141,17 +141,17 @@ TEST_F(StringConvertReferenceTest, ReadsByTStringWhatTheStreamReads)
 }
 
 template <typename Number, typename Draw>
-void ExpectReferenceTexts(TString<wchar_t> (*wide)(Number), TString<char> (*narrow)(Number),
-                          const Draw& draw)
+void ExpectStreamStrings(TString<wchar_t> (*wide)(Number), TString<char> (*narrow)(Number),
+                         const Draw& draw)
 {
     for (int round = 0; round < c_rounds && !testing::Test::HasFailure(); ++round) {
         const Number value = draw();
-        EXPECT_EQ(wide(value), (ReferenceFormatted<wchar_t, Number>(value)));
-        EXPECT_EQ(narrow(value), (ReferenceFormatted<char, Number>(value)));
+        EXPECT_EQ(wide(value), (FormatWithStream<wchar_t, Number>(value)));
+        EXPECT_EQ(narrow(value), (FormatWithStream<char, Number>(value)));
     }
 }
 
-TEST_F(StringConvertReferenceTest, WritesIntegersAsTheStreamDoes)
+TEST_F(StringConvertReferenceTest, WritesIntegersLikeAStream)
 {
     RandomText random(4);
     // Shifts the number so that all lengths occur.
@@ -160,31 +160,31 @@ TEST_F(StringConvertReferenceTest, WritesIntegersAsTheStreamDoes)
         return static_cast<Number>(static_cast<Number>(bits) >>
                                    random.Number<int>(0, 8 * sizeof(Number) - 1));
     };
-    ExpectReferenceTexts<int>(StringConvert::UStringFromInt32, StringConvert::StringFromInt32,
-                              [&] { return draw(int{}); });
-    ExpectReferenceTexts<unsigned int>(StringConvert::UStringFromUint32,
-                                       StringConvert::StringFromUint32, [&] { return draw(0u); });
-    ExpectReferenceTexts<long long>(StringConvert::UStringFromInt64, StringConvert::StringFromInt64,
-                                    [&] { return draw(0ll); });
-    ExpectReferenceTexts<unsigned long long>(StringConvert::UStringFromUInt64,
-                                             StringConvert::StringFromUInt64,
-                                             [&] { return draw(0ull); });
+    ExpectStreamStrings<int>(StringConvert::UStringFromInt32, StringConvert::StringFromInt32,
+                             [&] { return draw(int{}); });
+    ExpectStreamStrings<unsigned int>(StringConvert::UStringFromUint32,
+                                      StringConvert::StringFromUint32, [&] { return draw(0u); });
+    ExpectStreamStrings<long long>(StringConvert::UStringFromInt64, StringConvert::StringFromInt64,
+                                   [&] { return draw(0ll); });
+    ExpectStreamStrings<unsigned long long>(StringConvert::UStringFromUInt64,
+                                            StringConvert::StringFromUInt64,
+                                            [&] { return draw(0ull); });
 }
 
-TEST_F(StringConvertReferenceTest, WritesDoublesOfAnyBitsAsTheStreamDoes)
+TEST_F(StringConvertReferenceTest, WritesDoublesWithRandomBitsLikeAStream)
 {
     RandomText random(5);
-    ExpectReferenceTexts<double>(
+    ExpectStreamStrings<double>(
         StringConvert::UStringFromDouble, StringConvert::StringFromDouble, [&random] {
             return std::bit_cast<double>(random.Number<std::uint64_t>(0, ~std::uint64_t{0}));
         });
 }
 
-TEST_F(StringConvertReferenceTest, WritesDoublesOfEverydaySizeAsTheStreamDoes)
+TEST_F(StringConvertReferenceTest, WritesDoublesOfOrdinarySizeLikeAStream)
 {
     RandomText random(6);
     // Halves, fifths and so on, many of them exactly halfway between two numbers of six digits.
-    ExpectReferenceTexts<double>(
+    ExpectStreamStrings<double>(
         StringConvert::UStringFromDouble, StringConvert::StringFromDouble, [&random] {
             const double numerator = random.Number(-200000000, 200000000);
             return numerator /

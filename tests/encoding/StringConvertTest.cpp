@@ -52,7 +52,7 @@ const Reader<long long> c_int64(StringConvert::ToInt64, StringConvert::ToInt64);
 const Reader<unsigned long long> c_uint64(StringConvert::ToUint64, StringConvert::ToUint64);
 const Reader<double> c_double(StringConvert::ToDouble, StringConvert::ToDouble);
 
-TEST(StringConvertTest, ReadsIntegersFromTheBeginning)
+TEST(StringConvertTest, ReadsIntegersAtTheBeginning)
 {
     constexpr std::pair<const char*, int> cases[] = {
         {" -12x", -12}, {"42", 42}, {"+7", 7},   {"007", 7},   {"\t\n\v\f\r 8", 8},
@@ -64,7 +64,7 @@ TEST(StringConvertTest, ReadsIntegersFromTheBeginning)
     }
 }
 
-TEST(StringConvertTest, LeavesTheValueAtATextWithoutANumber)
+TEST(StringConvertTest, LeavesAnIntegerUnchangedWithoutANumber)
 {
     for (const char* const text : {"", " ", "abc", "-", "+", "- 1", "+-1", "--1", ".", ",1",
                                    "\xA0"
@@ -89,7 +89,7 @@ TEST(StringConvertTest, ReadsIntegersOutOfRangeAsTheNearestLimit)
     EXPECT_EQ(c_int64.Read("-" + std::string(500, '9'), 0), c_minLong);
 }
 
-TEST(StringConvertTest, StopsUnsignedIntegersAtTheirLimit)
+TEST(StringConvertTest, ReadsUnsignedIntegersOutOfRangeAsTheLimit)
 {
     EXPECT_EQ(c_uint32.Read("4294967295", 0), 4294967295u);
     EXPECT_EQ(c_uint32.Read("4294967296", 0), 4294967295u);
@@ -121,7 +121,7 @@ TEST(StringConvertTest, ReadsDoublesInEveryNotation)
     }
 }
 
-TEST(StringConvertTest, LeavesTheValueAtATextWithoutADouble)
+TEST(StringConvertTest, LeavesADoubleUnchangedWithoutANumber)
 {
     for (const char* const text :
          {"", "abc", ".", "-.", "e5", ".e5", "1e", "1e+", "inf", "nan", "- 1"}) {
@@ -143,14 +143,14 @@ TEST(StringConvertTest, ReadsDoublesOutOfRangeAsTheNearestLimit)
     EXPECT_EQ(c_double.Read("0e99999999999999999999", 77), 0);
 }
 
-TEST(StringConvertTest, ReadsLongTextsOfDigits)
+TEST(StringConvertTest, ReadsLongStringsOfDigits)
 {
     EXPECT_EQ(c_double.Read(std::string(300, '0') + "1.5", 0), 1.5);
     EXPECT_EQ(c_double.Read("0." + std::string(100, '0') + "1", 0), 1e-101);
     EXPECT_EQ(c_int32.Read(std::string(300, '0') + "15", 0), 15);
 }
 
-TEST(StringConvertTest, OnlyAsciiIsReadAsNumberOrSpace)
+TEST(StringConvertTest, ReadsOnlyAsciiAsNumberOrSpace)
 {
     for (const wchar_t* const text : {L"\u0661", L"\uFF11", L"\u00A01", L"\u20031",
                                       L"\u0085"
@@ -222,7 +222,7 @@ TEST(StringConvertTest, WritesSixDigitsOfADoubleInTheShorterNotation)
     }
 }
 
-TEST(StringConvertTest, ReturnsEmptyTextsWhenOutOfMemory)
+TEST(StringConvertTest, ReturnsEmptyStringsWhenOutOfMemory)
 {
     const Wide text = L"a text that is longer than a text without memory";
     const TestSupport::AllocationLimit limit(20);

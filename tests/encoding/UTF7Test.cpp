@@ -13,7 +13,7 @@ namespace {
 using Wide = TString<wchar_t>;
 using Narrow = TString<char>;
 
-TEST(UTF7Test, KeepsAsciiAsItIs)
+TEST(UTF7Test, KeepsAsciiUnchanged)
 {
     std::wstring wide;
     std::string narrow;
@@ -26,7 +26,7 @@ TEST(UTF7Test, KeepsAsciiAsItIs)
     EXPECT_EQ(UTF7::ToUNICODE(narrow), wide);
 }
 
-TEST(UTF7Test, ReplacesEveryOtherCharacterByAnUnderscore)
+TEST(UTF7Test, ReplacesNonAsciiCharactersWithUnderscores)
 {
     const Wide extremes = std::wstring{std::numeric_limits<wchar_t>::min(), L'a', -1, L'b',
                                        std::numeric_limits<wchar_t>::max()};
@@ -36,13 +36,13 @@ TEST(UTF7Test, ReplacesEveryOtherCharacterByAnUnderscore)
     EXPECT_EQ(UTF7::ToUTF7(extremes), "_a_b_");
 }
 
-TEST(UTF7Test, KeepsAnEmptyTextEmpty)
+TEST(UTF7Test, KeepsAnEmptyStringEmpty)
 {
     EXPECT_EQ(UTF7::ToUTF7(L""), "");
     EXPECT_EQ(UTF7::ToUNICODE(""), L"");
 }
 
-TEST(UTF7Test, WritesAndReadsNoUtf7)
+TEST(UTF7Test, DoesNotWriteOrReadUtf7)
 {
     EXPECT_EQ(UTF7::ToUTF7(L"1+1-~\\"), "1+1-~\\");
     EXPECT_EQ(UTF7::ToUNICODE("+AOk-"), L"+AOk-");
@@ -53,7 +53,7 @@ TEST(UTF7Test, WritesNullCharacters)
     EXPECT_EQ(UTF7::ToUTF7(Wide(std::wstring(L"a\0b", 3))), Narrow(std::string("a\0b", 3)));
 }
 
-TEST(UTF7Test, ReadsEachByteAsTheCharacterOfItsValue)
+TEST(UTF7Test, ReadsEachByteAsTheCharacterWithItsValue)
 {
     for (int value = 1; value < 0x100; ++value) {
         SCOPED_TRACE(value);
@@ -61,7 +61,7 @@ TEST(UTF7Test, ReadsEachByteAsTheCharacterOfItsValue)
     }
 }
 
-TEST(UTF7Test, ReturnsEmptyTextsWhenOutOfMemory)
+TEST(UTF7Test, ReturnsEmptyStringsWhenOutOfMemory)
 {
     const Wide wide = std::wstring(100, L'a');
     const Narrow narrow = std::string(100, 'a');

@@ -30,29 +30,29 @@ constexpr std::pair<wchar_t, const char*> c_sequences[] = {{0x01, "\x01"},
                                                            {0x10FFFF, "\xF4\x8F\xBF\xBF"}};
 
 // Sequences that are not valid anywhere in a string.
-constexpr const char* c_invalid[] = {"\x80",
-                                     "\xBF",
-                                     "\xC3",
-                                     "\xC3(",
-                                     "\xC0\xAF",
-                                     "\xC1\xBF",
-                                     "\xE2\x82",
-                                     "\xE2(\xAC",
-                                     "\xE2\x82(",
-                                     "\xE0\x80\xAF",
-                                     "\xE0\x9F\xBF",
-                                     "\xED\xA0\x80",
-                                     "\xED\xBF\xBF",
-                                     "\xF0\x9F\x98",
-                                     "\xF0\x80\x80\xAF",
-                                     "\xF0\x8F\xBF\xBF",
-                                     "\xF0\x9F\x98(",
-                                     "\xF0(\x98\x80",
-                                     "\xF4\x90\x80\x80",
-                                     "\xF5\x80\x80\x80",
-                                     "\xF8\x88\x80\x80\x80",
-                                     "\xFE",
-                                     "\xFF"};
+constexpr const char* c_invalidSequences[] = {"\x80",
+                                              "\xBF",
+                                              "\xC3",
+                                              "\xC3(",
+                                              "\xC0\xAF",
+                                              "\xC1\xBF",
+                                              "\xE2\x82",
+                                              "\xE2(\xAC",
+                                              "\xE2\x82(",
+                                              "\xE0\x80\xAF",
+                                              "\xE0\x9F\xBF",
+                                              "\xED\xA0\x80",
+                                              "\xED\xBF\xBF",
+                                              "\xF0\x9F\x98",
+                                              "\xF0\x80\x80\xAF",
+                                              "\xF0\x8F\xBF\xBF",
+                                              "\xF0\x9F\x98(",
+                                              "\xF0(\x98\x80",
+                                              "\xF4\x90\x80\x80",
+                                              "\xF5\x80\x80\x80",
+                                              "\xF8\x88\x80\x80\x80",
+                                              "\xFE",
+                                              "\xFF"};
 
 TEST(UTF8Test, EncodesAndDecodesCharactersOfEveryLength)
 {
@@ -63,15 +63,15 @@ TEST(UTF8Test, EncodesAndDecodesCharactersOfEveryLength)
     }
 }
 
-TEST(UTF8Test, KeepsAnEmptyTextEmpty)
+TEST(UTF8Test, KeepsAnEmptyStringEmpty)
 {
     EXPECT_EQ(UTF8::ToUTF8(L""), "");
     EXPECT_EQ(UTF8::ToUNICODE(""), L"");
 }
 
-TEST(UTF8Test, DecodesInvalidBytesToTheEmptyText)
+TEST(UTF8Test, ReturnsAnEmptyStringForInvalidBytes)
 {
-    for (const char* const bytes : c_invalid) {
+    for (const char* const bytes : c_invalidSequences) {
         SCOPED_TRACE(testing::PrintToString(bytes));
         EXPECT_EQ(UTF8::ToUNICODE(bytes), L"");
         EXPECT_EQ(UTF8::ToUNICODE("text before " + Narrow(bytes)), L"");
@@ -79,7 +79,7 @@ TEST(UTF8Test, DecodesInvalidBytesToTheEmptyText)
     }
 }
 
-TEST(UTF8Test, FindsInvalidBytesAnywhereInALongText)
+TEST(UTF8Test, FindsInvalidBytesAnywhereInALongString)
 {
     for (const std::size_t before : {0u, 15u, 16u, 1023u, 1024u, 1025u, 5000u}) {
         SCOPED_TRACE(before);
@@ -88,7 +88,7 @@ TEST(UTF8Test, FindsInvalidBytesAnywhereInALongText)
     }
 }
 
-TEST(UTF8Test, RefusesASequenceThatTheEndCutsShort)
+TEST(UTF8Test, RejectsATruncatedSequenceAtTheEnd)
 {
     const std::string complete = std::string(1030, 'a') + "\xF0\x9F\x98\x80";
 
@@ -97,7 +97,7 @@ TEST(UTF8Test, RefusesASequenceThatTheEndCutsShort)
         EXPECT_EQ(UTF8::ToUNICODE(complete.substr(0, complete.size() - missing)), L"");
 }
 
-TEST(UTF8Test, DecodesSequencesAnywhereInALongText)
+TEST(UTF8Test, EncodesAndDecodesSequencesAnywhereInALongString)
 {
     for (std::size_t before = 1000; before < 1050; ++before) {
         SCOPED_TRACE(before);
@@ -109,7 +109,7 @@ TEST(UTF8Test, DecodesSequencesAnywhereInALongText)
     }
 }
 
-TEST(UTF8Test, DecodesSequencesAfterAnyNumberOfAsciiCharacters)
+TEST(UTF8Test, EncodesAndDecodesSequencesAfterRunsOfAscii)
 {
     for (std::size_t ascii = 0; ascii <= 40; ++ascii) {
         SCOPED_TRACE(ascii);
@@ -124,7 +124,7 @@ TEST(UTF8Test, DecodesSequencesAfterAnyNumberOfAsciiCharacters)
     }
 }
 
-TEST(UTF8Test, ReservesNoMoreThanTwiceTheRoomOfALongText)
+TEST(UTF8Test, ReservesAtMostTwiceTheLengthOfALongString)
 {
     std::string narrow(2000, 'a');
     for (int i = 0; i < 20000; ++i)
@@ -138,7 +138,7 @@ TEST(UTF8Test, ReservesNoMoreThanTwiceTheRoomOfALongText)
     EXPECT_LE(again.capacity(), 124003u);
 }
 
-TEST(UTF8Test, ReturnsEmptyTextsWhenOutOfMemory)
+TEST(UTF8Test, ReturnsEmptyStringsWhenOutOfMemory)
 {
     const Wide wide = std::wstring(5000, L'a');
     const Narrow narrow = std::string(5000, 'a');
@@ -148,20 +148,20 @@ TEST(UTF8Test, ReturnsEmptyTextsWhenOutOfMemory)
     EXPECT_EQ(UTF8::ToUNICODE(narrow), L"");
 }
 
-TEST(UTF8Test, EndsAtTheFirstNullBothWays)
+TEST(UTF8Test, StopsAtTheFirstNullInBothDirections)
 {
     EXPECT_EQ(UTF8::ToUTF8(Wide(std::wstring(L"a\u00E9\0b", 4))), "a\xC3\xA9");
     EXPECT_EQ(UTF8::ToUNICODE(Narrow(std::string("a\0\xFF", 3))), L"a");
     EXPECT_EQ(UTF8::ToUTF8(Wide(L'\0')), "");
 }
 
-TEST(UTF8Test, WritesSurrogatesAsTheirThreeBytes)
+TEST(UTF8Test, EncodesSurrogatesAsThreeBytes)
 {
     EXPECT_EQ(UTF8::ToUTF8(static_cast<wchar_t>(0xD800)), "\xED\xA0\x80");
     EXPECT_EQ(UTF8::ToUTF8(static_cast<wchar_t>(0xDFFF)), "\xED\xBF\xBF");
 }
 
-TEST(UTF8Test, EncodesValuesThatAreNoCharactersToTheEmptyText)
+TEST(UTF8Test, ReturnsAnEmptyStringForInvalidCharacters)
 {
     for (const wchar_t value : {wchar_t{0x110000}, std::numeric_limits<wchar_t>::max(), wchar_t{-1},
                                 std::numeric_limits<wchar_t>::min()}) {
@@ -172,7 +172,7 @@ TEST(UTF8Test, EncodesValuesThatAreNoCharactersToTheEmptyText)
     }
 }
 
-TEST(UTF8Test, ReportsWhetherTheUtf8FormIsLonger)
+TEST(UTF8Test, ReportsWhetherUtf8IsLonger)
 {
     EXPECT_FALSE(UTF8::HasToBeUTF8(L"abc"));
     EXPECT_FALSE(UTF8::HasToBeUTF8(L""));
@@ -182,7 +182,7 @@ TEST(UTF8Test, ReportsWhetherTheUtf8FormIsLonger)
     EXPECT_TRUE(UTF8::HasToBeUTF8(L"\U0001F600"));
 }
 
-TEST(UTF8Test, ReportsFalseForATextWithoutAUtf8Form)
+TEST(UTF8Test, ReportsFalseForInvalidCharacters)
 {
     EXPECT_FALSE(UTF8::HasToBeUTF8(L"\u00E9" + Wide(static_cast<wchar_t>(0x110000))));
 }
