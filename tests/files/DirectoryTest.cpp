@@ -37,7 +37,7 @@ protected:
 
     void AddFile(const std::string& name) const { std::ofstream(m_directory.Path() / name) << "x"; }
 
-    Names Directories(const wchar_t* fileSpec) const
+    Names ListDirectories(const wchar_t* fileSpec) const
     {
         Names names{L"old"};
         const unsigned int count = Directory(m_directory.File(L"")).GetDirectories(fileSpec, names);
@@ -45,7 +45,7 @@ protected:
         return names;
     }
 
-    Names Files(const wchar_t* fileSpec) const
+    Names ListFiles(const wchar_t* fileSpec) const
     {
         Names names{L"old"};
         const unsigned int count = Directory(m_directory.File(L"")).GetFiles(fileSpec, names);
@@ -53,7 +53,7 @@ protected:
         return names;
     }
 
-    Names Both(const wchar_t* fileSpec) const
+    Names ListBoth(const wchar_t* fileSpec) const
     {
         Names names{L"old"};
         const unsigned int count = Directory::EnumFilePaths(names, m_directory.File(L""), fileSpec);
@@ -64,15 +64,15 @@ protected:
     const TempDir m_directory;
 };
 
-TEST_F(DirectoryTest, ListsFilesAndDirectoriesApartAndTogether)
+TEST_F(DirectoryTest, ListsFilesAndDirectoriesSeparatelyOrTogether)
 {
     AddDirectory("sub");
     AddFile("a.txt");
     AddFile("b.log");
 
-    EXPECT_THAT(Directories(L""), ElementsAre(L"sub"));
-    EXPECT_THAT(Files(L""), UnorderedElementsAre(L"a.txt", L"b.log"));
-    EXPECT_THAT(Both(L""), UnorderedElementsAre(L"sub", L"a.txt", L"b.log"));
+    EXPECT_THAT(ListDirectories(L""), ElementsAre(L"sub"));
+    EXPECT_THAT(ListFiles(L""), UnorderedElementsAre(L"a.txt", L"b.log"));
+    EXPECT_THAT(ListBoth(L""), UnorderedElementsAre(L"sub", L"a.txt", L"b.log"));
 }
 
 TEST_F(DirectoryTest, SelectsNamesByWildcards)
@@ -80,32 +80,32 @@ TEST_F(DirectoryTest, SelectsNamesByWildcards)
     for (const char* const name : {"a.txt", "ab.txt", "b.log", "c"})
         AddFile(name);
 
-    EXPECT_THAT(Files(L"*.txt"), UnorderedElementsAre(L"a.txt", L"ab.txt"));
-    EXPECT_THAT(Files(L"?.*"), UnorderedElementsAre(L"a.txt", L"b.log"));
-    EXPECT_THAT(Files(L"c"), ElementsAre(L"c"));
-    EXPECT_THAT(Files(L"*"), UnorderedElementsAre(L"a.txt", L"ab.txt", L"b.log", L"c"));
-    EXPECT_THAT(Files(L"x*"), IsEmpty());
+    EXPECT_THAT(ListFiles(L"*.txt"), UnorderedElementsAre(L"a.txt", L"ab.txt"));
+    EXPECT_THAT(ListFiles(L"?.*"), UnorderedElementsAre(L"a.txt", L"b.log"));
+    EXPECT_THAT(ListFiles(L"c"), ElementsAre(L"c"));
+    EXPECT_THAT(ListFiles(L"*"), UnorderedElementsAre(L"a.txt", L"ab.txt", L"b.log", L"c"));
+    EXPECT_THAT(ListFiles(L"x*"), IsEmpty());
 }
 
-TEST_F(DirectoryTest, LeavesHiddenEntriesOut)
+TEST_F(DirectoryTest, OmitsHiddenEntries)
 {
     AddFile(".hidden");
     AddDirectory(".directory");
 
-    EXPECT_THAT(Both(L""), IsEmpty());
-    EXPECT_THAT(Both(L"*"), IsEmpty());
-    EXPECT_THAT(Both(L".*"), IsEmpty());
+    EXPECT_THAT(ListBoth(L""), IsEmpty());
+    EXPECT_THAT(ListBoth(L"*"), IsEmpty());
+    EXPECT_THAT(ListBoth(L".*"), IsEmpty());
 }
 
-TEST_F(DirectoryTest, DoesNotGoDeeper)
+TEST_F(DirectoryTest, DoesNotDescendIntoSubdirectories)
 {
     AddDirectory("sub");
     AddFile("sub/inner.txt");
 
-    EXPECT_THAT(Both(L""), ElementsAre(L"sub"));
+    EXPECT_THAT(ListBoth(L""), ElementsAre(L"sub"));
 }
 
-TEST_F(DirectoryTest, TreatsLinksAsWhatTheyLeadTo)
+TEST_F(DirectoryTest, TreatsLinksLikeTheirTargets)
 {
     AddDirectory("sub");
     AddFile("file");
@@ -113,8 +113,8 @@ TEST_F(DirectoryTest, TreatsLinksAsWhatTheyLeadTo)
     std::filesystem::create_symlink("file", m_directory.Path() / "toFile");
     std::filesystem::create_symlink("nowhere", m_directory.Path() / "broken");
 
-    EXPECT_THAT(Directories(L""), UnorderedElementsAre(L"sub", L"toDirectory"));
-    EXPECT_THAT(Files(L""), UnorderedElementsAre(L"file", L"toFile", L"broken"));
+    EXPECT_THAT(ListDirectories(L""), UnorderedElementsAre(L"sub", L"toDirectory"));
+    EXPECT_THAT(ListFiles(L""), UnorderedElementsAre(L"file", L"toFile", L"broken"));
 }
 
 TEST_F(DirectoryTest, ListsAnyNameInAnyLocale)
@@ -123,11 +123,11 @@ TEST_F(DirectoryTest, ListsAnyNameInAnyLocale)
     AddFile("\xE9");
     for (const char* const name : {"C", "C.UTF-8"}) {
         const ScopedLocale locale(name);
-        EXPECT_THAT(Files(L""), UnorderedElementsAre(L"\u00E9t\u00E9", L"\u00E9")) << name;
+        EXPECT_THAT(ListFiles(L""), UnorderedElementsAre(L"\u00E9t\u00E9", L"\u00E9")) << name;
     }
 }
 
-TEST_F(DirectoryTest, ListsNothingWhereThereIsNoDirectory)
+TEST_F(DirectoryTest, ListsNothingForAMissingDirectory)
 {
     Names names{L"old"};
 
@@ -145,7 +145,7 @@ TEST_F(DirectoryTest, ListsManyEntries)
     EXPECT_EQ(Directory::EnumFilePaths(names, m_directory.File(L""), L""), count);
 }
 
-TEST_F(DirectoryTest, ResolvesTheEmptyPathToTheApplications)
+TEST_F(DirectoryTest, ListsTheApplicationsDirectoryForAnEmptyPath)
 {
     Names names;
     Directory(L"").GetFiles(PathManager::GetInstance()->GetApplicationName() + L"*", names);
@@ -153,26 +153,26 @@ TEST_F(DirectoryTest, ResolvesTheEmptyPathToTheApplications)
     EXPECT_THAT(names, testing::Contains(PathManager::GetInstance()->GetApplicationName()));
 }
 
-TEST_F(DirectoryTest, QuotesWildcardsByABackslash)
+TEST_F(DirectoryTest, MatchesWildcardsLiterallyAfterABackslash)
 {
     for (const char* const name : {"a*b", "axb", "a?b", "[a]"})
         AddFile(name);
 
-    EXPECT_THAT(Files(L"a\\*b"), ElementsAre(L"a*b"));
-    EXPECT_THAT(Files(L"a\\?b"), ElementsAre(L"a?b"));
-    EXPECT_THAT(Files(L"[a]"), ElementsAre(L"[a]"));
-    EXPECT_THAT(Files(L"a\\"), IsEmpty());
+    EXPECT_THAT(ListFiles(L"a\\*b"), ElementsAre(L"a*b"));
+    EXPECT_THAT(ListFiles(L"a\\?b"), ElementsAre(L"a?b"));
+    EXPECT_THAT(ListFiles(L"[a]"), ElementsAre(L"[a]"));
+    EXPECT_THAT(ListFiles(L"a\\"), IsEmpty());
 }
 
-TEST_F(DirectoryTest, TreatsEverythingButADirectoryAsAFile)
+TEST_F(DirectoryTest, TreatsAPipeAsAFile)
 {
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
 
-    EXPECT_THAT(Files(L""), ElementsAre(L"pipe"));
-    EXPECT_THAT(Directories(L""), IsEmpty());
+    EXPECT_THAT(ListFiles(L""), ElementsAre(L"pipe"));
+    EXPECT_THAT(ListDirectories(L""), IsEmpty());
 }
 
-TEST_F(DirectoryTest, TakesAPathWithOrWithoutASeparatorAtItsEnd)
+TEST_F(DirectoryTest, AcceptsAPathWithOrWithoutATrailingSeparator)
 {
     AddFile("file");
     for (const wchar_t* const end : {L"", L"/", L"//", L"/."}) {
@@ -183,7 +183,7 @@ TEST_F(DirectoryTest, TakesAPathWithOrWithoutASeparatorAtItsEnd)
     }
 }
 
-TEST_F(DirectoryTest, ListsNothingForTheEmptyTextWithoutAPathManager)
+TEST_F(DirectoryTest, ListsNothingForAnEmptyPathWithoutAPathManager)
 {
     PathManager::ReleaseInstance();
     Names names{L"old"};
@@ -193,7 +193,7 @@ TEST_F(DirectoryTest, ListsNothingForTheEmptyTextWithoutAPathManager)
     EXPECT_EQ(Directory::EnumFilePaths(names, L"", L""), 0u);
 }
 
-TEST_F(DirectoryTest, LogsNothingWhenItFails)
+TEST_F(DirectoryTest, PrintsNothingWhenItFails)
 {
     AddFile("file");
     Names names;
@@ -207,7 +207,7 @@ TEST_F(DirectoryTest, LogsNothingWhenItFails)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DirectoryTest, ListsNoNamesWhenOutOfMemory)
+TEST_F(DirectoryTest, ListsNothingWhenOutOfMemory)
 {
     for (const char* const name : {"a", "b", "a name that is longer than the others"})
         AddFile(name);
@@ -231,10 +231,10 @@ TEST_F(DirectoryTest, CreatesADirectoryWithItsParents)
 
     EXPECT_TRUE(Directory::Exist(m_directory.File(L"a/b/c")));
     EXPECT_TRUE(Directory::Exist(m_directory.File(L"d/e")));
-    EXPECT_THAT(Both(L""), UnorderedElementsAre(L"a", L"d"));
+    EXPECT_THAT(ListBoth(L""), UnorderedElementsAre(L"a", L"d"));
 }
 
-TEST_F(DirectoryTest, CreatesDirectoriesAsTheUmaskSays)
+TEST_F(DirectoryTest, AppliesTheUmaskToNewDirectories)
 {
     const mode_t oldMask = ::umask(027);
     const bool isCreated = Directory::Create(m_directory.File(L"a"));
@@ -251,7 +251,7 @@ TEST_F(DirectoryTest, SucceedsInCreatingAnExistingDirectory)
     EXPECT_TRUE(Directory::Create(m_directory.File(L"")));
 }
 
-TEST_F(DirectoryTest, ReturnsFalseForWhatCannotBeCreated)
+TEST_F(DirectoryTest, ReturnsFalseWhenADirectoryCannotBeCreated)
 {
     AddFile("file");
 
@@ -279,7 +279,7 @@ TEST_F(DirectoryTest, RemovesAFile)
     EXPECT_FALSE(Directory::RemoveFile(m_directory.File(L"file")));
 }
 
-TEST_F(DirectoryTest, KeepsADirectoryThatIsToBeRemovedAsAFile)
+TEST_F(DirectoryTest, DoesNotRemoveADirectoryWithRemoveFile)
 {
     AddDirectory("sub");
 
@@ -293,7 +293,7 @@ TEST_F(DirectoryTest, RemovesALinkAndNotItsTarget)
     std::filesystem::create_symlink("file", m_directory.Path() / "link");
 
     EXPECT_TRUE(Directory::RemoveFile(m_directory.File(L"link")));
-    EXPECT_THAT(Files(L""), ElementsAre(L"file"));
+    EXPECT_THAT(ListFiles(L""), ElementsAre(L"file"));
 }
 
 } // namespace

@@ -27,18 +27,18 @@ protected:
     void CountUnloads(const DynamicLibrary& library)
     {
         using Function = void (*)(int*);
-        reinterpret_cast<Function>(library.GetSymbol(L"ProbeCountUnloads"))(&m_unloads);
+        reinterpret_cast<Function>(library.GetSymbol(L"ProbeCountUnloads"))(&m_unloadCount);
     }
 
-    TString<wchar_t> Probe() const { return m_directory.File(L"probe.so"); }
+    TString<wchar_t> ProbePath() const { return m_directory.File(L"probe.so"); }
 
     const TempDir m_directory;
-    int m_unloads = 0;
+    int m_unloadCount = 0;
 };
 
 TEST_F(DynamicLibraryTest, FindsTheSymbolsOfALibrary)
 {
-    const DynamicLibrary library(Probe());
+    const DynamicLibrary library(ProbePath());
 
     using Function = int (*)();
     const auto answer = reinterpret_cast<Function>(library.GetSymbol(L"ProbeAnswer"));
@@ -46,11 +46,11 @@ TEST_F(DynamicLibraryTest, FindsTheSymbolsOfALibrary)
     EXPECT_EQ(answer(), 42);
 }
 
-TEST_F(DynamicLibraryTest, MakesItsSymbolsKnownToLaterLibraries)
+TEST_F(DynamicLibraryTest, OffersItsSymbolsToTheWholeProcess)
 {
     ASSERT_EQ(::dlsym(RTLD_DEFAULT, "ProbeAnswer"), nullptr);
 
-    const DynamicLibrary library(Probe());
+    const DynamicLibrary library(ProbePath());
 
     EXPECT_EQ(::dlsym(RTLD_DEFAULT, "ProbeAnswer"), library.GetSymbol(L"ProbeAnswer"));
 }
@@ -64,7 +64,7 @@ TEST_F(DynamicLibraryTest, AddsTheExtensionOfTheSystem)
 
 TEST_F(DynamicLibraryTest, ReturnsNullWithoutAMessageForUnknownSymbols)
 {
-    const DynamicLibrary library(Probe());
+    const DynamicLibrary library(ProbePath());
 
     testing::internal::CaptureStderr();
     EXPECT_EQ(library.GetSymbol(L"ProbeQuestion"), nullptr);
@@ -72,7 +72,7 @@ TEST_F(DynamicLibraryTest, ReturnsNullWithoutAMessageForUnknownSymbols)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DynamicLibraryTest, HasNothingWithoutALibrary)
+TEST_F(DynamicLibraryTest, ReturnsNullWithoutALibrary)
 {
     DynamicLibrary library;
 
@@ -80,7 +80,7 @@ TEST_F(DynamicLibraryTest, HasNothingWithoutALibrary)
     EXPECT_EQ(library.Detach(), nullptr);
 }
 
-TEST_F(DynamicLibraryTest, FindsAndLogsNothingWhenALibraryCannotBeLoaded)
+TEST_F(DynamicLibraryTest, ReturnsNullWithoutAMessageWhenNotLoaded)
 {
     testing::internal::CaptureStderr();
     for (const TString<wchar_t>& name :
@@ -112,7 +112,7 @@ TEST_F(DynamicLibraryTest, ReportsNoErrorWhenLoadedOrWithoutAName)
 {
     EXPECT_EQ(DynamicLibrary().GetError(), L"");
     EXPECT_EQ(DynamicLibrary(L"").GetError(), L"");
-    EXPECT_EQ(DynamicLibrary(Probe()).GetError(), L"");
+    EXPECT_EQ(DynamicLibrary(ProbePath()).GetError(), L"");
 }
 
 TEST_F(DynamicLibraryTest, DoesNotLoadALibraryWithAMissingSymbol)
@@ -125,7 +125,7 @@ TEST_F(DynamicLibraryTest, DoesNotLoadALibraryWithAMissingSymbol)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DynamicLibraryTest, AddsNoExtensionToANameThatHasOne)
+TEST_F(DynamicLibraryTest, DoesNotAddAnExtensionToANameWithOne)
 {
     std::filesystem::rename(m_directory.Path() / "probe.so", m_directory.Path() / "probe.plugin");
 
@@ -133,30 +133,30 @@ TEST_F(DynamicLibraryTest, AddsNoExtensionToANameThatHasOne)
     EXPECT_EQ(DynamicLibrary(m_directory.File(L"probe")).GetSymbol(L"ProbeAnswer"), nullptr);
 }
 
-TEST_F(DynamicLibraryTest, UnloadsWithTheObject)
+TEST_F(DynamicLibraryTest, UnloadsTheLibraryInItsDestructor)
 {
     {
-        const DynamicLibrary library(Probe());
+        const DynamicLibrary library(ProbePath());
         CountUnloads(library);
-        EXPECT_EQ(m_unloads, 0);
+        EXPECT_EQ(m_unloadCount, 0);
     }
-    EXPECT_EQ(m_unloads, 1);
+    EXPECT_EQ(m_unloadCount, 1);
 }
 
-TEST_F(DynamicLibraryTest, KeepsADetachedLibraryUntilItIsUnloaded)
+TEST_F(DynamicLibraryTest, KeepsADetachedLibraryLoadedUntilUnload)
 {
     void* handle = nullptr;
     {
-        DynamicLibrary library(Probe());
+        DynamicLibrary library(ProbePath());
         CountUnloads(library);
         handle = library.Detach();
         EXPECT_EQ(library.GetSymbol(L"ProbeAnswer"), nullptr);
     }
     ASSERT_NE(handle, nullptr);
-    EXPECT_EQ(m_unloads, 0);
+    EXPECT_EQ(m_unloadCount, 0);
 
     DynamicLibrary::Unload(handle);
-    EXPECT_EQ(m_unloads, 1);
+    EXPECT_EQ(m_unloadCount, 1);
 }
 
 TEST_F(DynamicLibraryTest, IgnoresNullInUnload)
@@ -164,7 +164,7 @@ TEST_F(DynamicLibraryTest, IgnoresNullInUnload)
     DynamicLibrary::Unload(nullptr);
 }
 
-TEST_F(DynamicLibraryTest, LoadsFromAnyNameInAnyLocale)
+TEST_F(DynamicLibraryTest, LoadsALibraryWithAnyNameInAnyLocale)
 {
     const ScopedLocale locale("C");
     std::filesystem::copy_file(PROBE_LIBRARY, m_directory.Path() / "pr\xC3\xB6"

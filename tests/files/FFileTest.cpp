@@ -33,11 +33,11 @@ using TestSupport::TempDir;
 
 class FFileTest : public testing::Test {
 protected:
-    // Writes a file with the ten digits.
-    TString<wchar_t> Digits() const { return m_directory.WriteFile(L"digits", "0123456789"); }
+    // Writes a file with the ten digits and returns its path.
+    TString<wchar_t> WriteDigits() const { return m_directory.WriteFile(L"digits", "0123456789"); }
 
     // Writes `text` to a file and returns the file's bytes.
-    std::string BytesOf(const TString<wchar_t>& text) const
+    std::string WriteAndReadBack(const TString<wchar_t>& text) const
     {
         FFile file;
         EXPECT_TRUE(file.Open(m_directory.File(L"written"), L"wb"));
@@ -50,7 +50,7 @@ protected:
 };
 
 // Reads at most `count` bytes from the current position of `file`.
-std::string ReadText(FFile& file, unsigned int count)
+std::string ReadBytes(FFile& file, unsigned int count)
 {
     std::string bytes(count, '\0');
     const long long start = file.GetOffset();
@@ -74,7 +74,7 @@ TEST_F(FFileTest, IsClosedAtFirst)
     EXPECT_FALSE(file.IsOpened());
 }
 
-TEST_F(FFileTest, CreatesAMissingFileAsTheModeSays)
+TEST_F(FFileTest, CreatesAMissingFileDependingOnTheMode)
 {
     constexpr std::pair<const wchar_t*, bool> cases[] = {
         {L"r", false},  {L"rb", false}, {L"r+", false},     {L"r+b", false},
@@ -91,7 +91,7 @@ TEST_F(FFileTest, CreatesAMissingFileAsTheModeSays)
     }
 }
 
-TEST_F(FFileTest, WritesOverTheOldContentsAsTheModeSays)
+TEST_F(FFileTest, OverwritesTruncatesOrAppendsDependingOnTheMode)
 {
     constexpr std::pair<const wchar_t*, const char*> cases[] = {
         {L"r", "old text"},     {L"r+", "newztext"},     {L"w", "newz"},      {L"w+", "newz"},
@@ -106,7 +106,7 @@ TEST_F(FFileTest, WritesOverTheOldContentsAsTheModeSays)
     }
 }
 
-TEST_F(FFileTest, ReadsAsTheModeSays)
+TEST_F(FFileTest, ReadsDependingOnTheMode)
 {
     constexpr std::pair<const wchar_t*, const char*> cases[] = {{L"r", "0123456789"},
                                                                 {L"rb", "0123456789"},
@@ -118,24 +118,24 @@ TEST_F(FFileTest, ReadsAsTheModeSays)
     for (const auto& [mode, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(mode));
         FFile file;
-        ASSERT_TRUE(file.Open(Digits(), mode));
+        ASSERT_TRUE(file.Open(WriteDigits(), mode));
         file.Seek(0, true);
-        EXPECT_EQ(ReadText(file, 100), expected);
+        EXPECT_EQ(ReadBytes(file, 100), expected);
     }
 }
 
-TEST_F(FFileTest, RefusesAnExistingFileInExclusiveMode)
+TEST_F(FFileTest, FailsForAnExistingFileInExclusiveMode)
 {
     FFile file;
 
-    EXPECT_FALSE(file.Open(Digits(), L"wx"));
+    EXPECT_FALSE(file.Open(WriteDigits(), L"wx"));
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
 TEST_F(FFileTest, ReturnsWhetherAnyByteWasRead)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
     std::array<char, 100> buffer{};
 
     EXPECT_TRUE(file.Read(buffer.data(), 100));
@@ -143,35 +143,35 @@ TEST_F(FFileTest, ReturnsWhetherAnyByteWasRead)
     EXPECT_FALSE(file.Read(buffer.data(), 100));
 }
 
-TEST_F(FFileTest, ReadsNoMoreThanItIsAskedFor)
+TEST_F(FFileTest, ReadsAtMostTheRequestedCount)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
 
-    EXPECT_EQ(ReadText(file, 4), "0123");
-    EXPECT_EQ(ReadText(file, 4), "4567");
-    EXPECT_EQ(ReadText(file, 4), "89");
+    EXPECT_EQ(ReadBytes(file, 4), "0123");
+    EXPECT_EQ(ReadBytes(file, 4), "4567");
+    EXPECT_EQ(ReadBytes(file, 4), "89");
     EXPECT_FALSE(file.Read(nullptr, 4));
 }
 
-TEST_F(FFileTest, ReturnsFalseForAReadOfNoBytes)
+TEST_F(FFileTest, ReturnsFalseForAReadOfZeroBytes)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
     char byte = '-';
 
     EXPECT_FALSE(file.Read(&byte, 0));
     EXPECT_EQ(byte, '-');
 }
 
-TEST_F(FFileTest, MeetsTheEndOfFileInAReadAndNotBefore)
+TEST_F(FFileTest, ReportsTheEndOfFileOnlyAfterAReadPastIt)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
 
-    EXPECT_EQ(ReadText(file, 10), "0123456789");
+    EXPECT_EQ(ReadBytes(file, 10), "0123456789");
     EXPECT_FALSE(file.IsEOF());
-    EXPECT_EQ(ReadText(file, 1), "");
+    EXPECT_EQ(ReadBytes(file, 1), "");
     EXPECT_TRUE(file.IsEOF());
     EXPECT_TRUE(file.Seek(0, true));
     EXPECT_FALSE(file.IsEOF());
@@ -188,7 +188,7 @@ TEST_F(FFileTest, WritesTextAsUtf8)
         {static_cast<wchar_t>(0xD800), "\xED\xA0\x80"}};
     for (const auto& [text, expected] : cases) {
         SCOPED_TRACE(expected);
-        EXPECT_EQ(BytesOf(text), expected);
+        EXPECT_EQ(WriteAndReadBack(text), expected);
     }
 }
 
@@ -197,14 +197,14 @@ TEST_F(FFileTest, WritesTextAsUtf8InAnyLocale)
     for (const char* const locale : {"C", "C.UTF-8"}) {
         SCOPED_TRACE(locale);
         const ScopedLocale scopedLocale(locale);
-        EXPECT_EQ(BytesOf(L"\u0444"), "\xD1\x84");
+        EXPECT_EQ(WriteAndReadBack(L"\u0444"), "\xD1\x84");
     }
 }
 
-TEST_F(FFileTest, DoesNotWriteTextWithoutUtf8Form)
+TEST_F(FFileTest, DoesNotWriteTextWithAnInvalidCharacter)
 {
     for (const wchar_t character : {static_cast<wchar_t>(0x110000), static_cast<wchar_t>(-1)}) {
-        EXPECT_EQ(BytesOf(TString<wchar_t>(L"before ") + character + L" after"), "");
+        EXPECT_EQ(WriteAndReadBack(TString<wchar_t>(L"before ") + character + L" after"), "");
     }
 }
 
@@ -231,47 +231,47 @@ TEST_F(FFileTest, ReturnsTheLow32BitsOfTheLength)
     EXPECT_EQ(file.GetOffset(), 4294967301);
 }
 
-TEST_F(FFileTest, ChangesNothingWhenAskedForTheLength)
+TEST_F(FFileTest, KeepsPositionAndEndOfFileInGetLength)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
-    ASSERT_EQ(ReadText(file, 3), "012");
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
+    ASSERT_EQ(ReadBytes(file, 3), "012");
 
     EXPECT_EQ(file.GetLength(), 10u);
-    EXPECT_EQ(ReadText(file, 100), "3456789");
+    EXPECT_EQ(ReadBytes(file, 100), "3456789");
     EXPECT_EQ(file.GetLength(), 10u);
     EXPECT_TRUE(file.IsEOF());
     EXPECT_EQ(file.GetOffset(), 10);
 }
 
-TEST_F(FFileTest, SeeksFromTheStartOrFromThePosition)
+TEST_F(FFileTest, SeeksFromTheStartOrTheCurrentPosition)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
 
     EXPECT_TRUE(file.Seek(10, true));
     EXPECT_EQ(file.GetOffset(), 10);
     EXPECT_TRUE(file.Seek(10, false));
     EXPECT_EQ(file.GetOffset(), 20);
     EXPECT_TRUE(file.Seek(-16, false));
-    EXPECT_EQ(ReadText(file, 2), "45");
+    EXPECT_EQ(ReadBytes(file, 2), "45");
 }
 
 TEST_F(FFileTest, SeeksFromTheEnd)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
 
     EXPECT_TRUE(file.SeekEnd(-3));
-    EXPECT_EQ(ReadText(file, 100), "789");
+    EXPECT_EQ(ReadBytes(file, 100), "789");
     EXPECT_TRUE(file.SeekEnd(0));
     EXPECT_EQ(file.GetOffset(), 10);
 }
 
-TEST_F(FFileTest, FailsAndStaysWhenSeekingBeforeTheStart)
+TEST_F(FFileTest, FailsAndDoesNotMoveWhenSeekingBeforeTheStart)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"rb"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
     ASSERT_TRUE(file.Seek(4, true));
 
     EXPECT_FALSE(file.Seek(-1, true));
@@ -280,14 +280,14 @@ TEST_F(FFileTest, FailsAndStaysWhenSeekingBeforeTheStart)
     EXPECT_EQ(file.GetOffset(), 4);
 }
 
-TEST_F(FFileTest, BeginsAtThePositionOfTheMode)
+TEST_F(FFileTest, StartsAtTheBeginningOrEndDependingOnTheMode)
 {
     constexpr std::pair<const wchar_t*, long long> cases[] = {{L"r", 0},   {L"r+", 0}, {L"a", 10},
                                                               {L"ab", 10}, {L"a+", 0}, {L"w", 0}};
     for (const auto& [mode, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(mode));
         FFile file;
-        ASSERT_TRUE(file.Open(Digits(), mode));
+        ASSERT_TRUE(file.Open(WriteDigits(), mode));
         EXPECT_EQ(file.GetOffset(), expected);
     }
 }
@@ -295,7 +295,7 @@ TEST_F(FFileTest, BeginsAtThePositionOfTheMode)
 TEST_F(FFileTest, SeeksBeyond4GiB)
 {
     FFile file;
-    ASSERT_TRUE(file.Open(Digits(), L"r+b"));
+    ASSERT_TRUE(file.Open(WriteDigits(), L"r+b"));
 
     EXPECT_TRUE(file.Seek(8589934592, true));
     EXPECT_EQ(file.GetOffset(), 8589934592);
@@ -304,7 +304,7 @@ TEST_F(FFileTest, SeeksBeyond4GiB)
     EXPECT_EQ(file.GetLength(), 1u);
 }
 
-TEST_F(FFileTest, FlushesWhatWasWrittenToTheFile)
+TEST_F(FFileTest, WritesBufferedTextInFlush)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -314,7 +314,7 @@ TEST_F(FFileTest, FlushesWhatWasWrittenToTheFile)
     EXPECT_EQ(m_directory.ReadFile(L"new"), "text");
 }
 
-TEST_F(FFileTest, WritesAndClosesTheFileInItsDestructor)
+TEST_F(FFileTest, WritesBufferedTextInItsDestructor)
 {
     {
         FFile file;
@@ -325,20 +325,20 @@ TEST_F(FFileTest, WritesAndClosesTheFileInItsDestructor)
     EXPECT_EQ(m_directory.ReadFile(L"new"), "text");
 }
 
-TEST_F(FFileTest, ClosesTheFileThatWasOpenInOpen)
+TEST_F(FFileTest, ClosesTheOldFileInOpen)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"first"), L"w"));
     file.Write(L"text");
 
-    EXPECT_TRUE(file.Open(Digits(), L"r"));
+    EXPECT_TRUE(file.Open(WriteDigits(), L"r"));
     EXPECT_EQ(m_directory.ReadFile(L"first"), "text");
-    EXPECT_EQ(ReadText(file, 2), "01");
+    EXPECT_EQ(ReadBytes(file, 2), "01");
     EXPECT_FALSE(file.Open(m_directory.File(L"missing"), L"r"));
     EXPECT_FALSE(file.IsOpened());
 }
 
-void ExpectClosedAnswers(FFile& file)
+void ExpectResultsOfAClosedFile(FFile& file)
 {
     char byte = '-';
     EXPECT_FALSE(file.IsOpened());
@@ -353,18 +353,18 @@ void ExpectClosedAnswers(FFile& file)
     file.Write(L"text");
 }
 
-TEST_F(FFileTest, AnswersEveryOperationOnAClosedFile)
+TEST_F(FFileTest, ReturnsDefinedResultsWhenClosed)
 {
     FFile file;
 
-    ExpectClosedAnswers(file);
-    ASSERT_TRUE(file.Open(Digits(), L"r+"));
+    ExpectResultsOfAClosedFile(file);
+    ASSERT_TRUE(file.Open(WriteDigits(), L"r+"));
     EXPECT_TRUE(file.Close());
-    ExpectClosedAnswers(file);
+    ExpectResultsOfAClosedFile(file);
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
-TEST_F(FFileTest, DoesNotOpenDirectoriesAndMissingFiles)
+TEST_F(FFileTest, DoesNotOpenADirectoryOrAFileInAMissingOne)
 {
     ASSERT_TRUE(std::filesystem::create_directory(m_directory.Path() / "directory"));
     FFile file;
@@ -426,9 +426,9 @@ TEST_F(FFileTest, OpensDescriptorsOfTheProcess)
     ::close(ends[0]);
 }
 
-TEST_F(FFileTest, FollowsLinksToTheirFile)
+TEST_F(FFileTest, FollowsSymbolicLinks)
 {
-    Digits();
+    WriteDigits();
     std::filesystem::create_symlink("digits", m_directory.Path() / "link");
     std::filesystem::create_symlink("missing", m_directory.Path() / "dangling");
     FFile file;
@@ -436,7 +436,7 @@ TEST_F(FFileTest, FollowsLinksToTheirFile)
     EXPECT_TRUE(FFile::Exists(m_directory.File(L"link")));
     EXPECT_FALSE(FFile::Exists(m_directory.File(L"dangling")));
     ASSERT_TRUE(file.Open(m_directory.File(L"link"), L"r"));
-    EXPECT_EQ(ReadText(file, 3), "012");
+    EXPECT_EQ(ReadBytes(file, 3), "012");
 }
 
 TEST_F(FFileTest, PassesNamesAsUtf8InAnyLocale)
@@ -452,7 +452,7 @@ TEST_F(FFileTest, PassesNamesAsUtf8InAnyLocale)
     }
 }
 
-TEST_F(FFileTest, FindsNoFileForANameWithoutUtf8Form)
+TEST_F(FFileTest, RejectsANameWithAnInvalidCharacter)
 {
     const TString<wchar_t> name =
         m_directory.File(TString<wchar_t>(static_cast<wchar_t>(0x110000)));
@@ -486,7 +486,7 @@ TEST_F(FFileTest, ReportsAFullDiskInCloseAndClosesTheFile)
 }
 
 // Lists the files that a program inherits from this process.
-std::string InheritedFiles()
+std::string ListInheritedFiles()
 {
     return RunProgram("/bin/ls", {"-l", "/proc/self/fd"}).output;
 }
@@ -497,13 +497,13 @@ TEST_F(FFileTest, DoesNotLetStartedProgramsInheritTheFile)
     ASSERT_TRUE(file.Open(m_directory.File(L"private"), L"w"));
     const int inherited = ::open((m_directory.Path() / "shared").c_str(), O_CREAT | O_RDWR, 0600);
 
-    const std::string files = InheritedFiles();
+    const std::string files = ListInheritedFiles();
     EXPECT_THAT(files, HasSubstr("/shared"));
     EXPECT_THAT(files, Not(HasSubstr("/private")));
     ::close(inherited);
 }
 
-TEST_F(FFileTest, WritesNothingWithoutMemory)
+TEST_F(FFileTest, WritesNothingWhenOutOfMemory)
 {
     const TString<wchar_t> longText = std::wstring(1000000, L'x');
     FFile file;
@@ -528,7 +528,7 @@ TEST_F(FFileTest, FailsSilently)
         FFile file;
         file.Open(m_directory.File(L"missing"), L"r");
         file.Open(m_directory.File(L""), L"r");
-        file.Open(Digits(), L"r");
+        file.Open(WriteDigits(), L"r");
         file.Write(L"text");
         file.Seek(-1, true);
         const FileSizeLimit limit(4);

@@ -9,14 +9,14 @@ namespace {
 // Counts its destructions.
 class CountingStream : public wxMemoryInputStream {
 public:
-    explicit CountingStream(int& destructions)
-        : wxMemoryInputStream("", 0), m_destructions(destructions)
+    explicit CountingStream(int& destructionCount)
+        : wxMemoryInputStream("", 0), m_destructionCount(destructionCount)
     {
     }
-    ~CountingStream() override { ++m_destructions; }
+    ~CountingStream() override { ++m_destructionCount; }
 
 private:
-    int& m_destructions;
+    int& m_destructionCount;
 };
 
 // A reader like those that programs derive: it uses the stream that it owns, and may release it.
@@ -24,48 +24,48 @@ class Reader : public InputStream {
 public:
     using InputStream::InputStream;
 
-    void* Owned() const { return m_stream; }
-    void Forget() { m_stream = nullptr; }
+    void* GetStream() const { return m_stream; }
+    void ReleaseStream() { m_stream = nullptr; }
 };
 
 TEST(InputStreamTest, DeletesTheStreamOnceInItsDestructor)
 {
-    int destructions = 0;
+    int destructionCount = 0;
     {
-        const InputStream stream(new CountingStream(destructions));
-        EXPECT_EQ(destructions, 0);
+        const InputStream stream(new CountingStream(destructionCount));
+        EXPECT_EQ(destructionCount, 0);
     }
 
-    EXPECT_EQ(destructions, 1);
+    EXPECT_EQ(destructionCount, 1);
 }
 
 TEST(InputStreamTest, DestroysTheDerivedClassThroughTheBase)
 {
-    int destructions = 0;
-    InputStream* const stream = new Reader(new CountingStream(destructions));
+    int destructionCount = 0;
+    InputStream* const stream = new Reader(new CountingStream(destructionCount));
 
     delete stream;
-    EXPECT_EQ(destructions, 1);
+    EXPECT_EQ(destructionCount, 1);
 }
 
-TEST(InputStreamTest, MayHaveNoStream)
+TEST(InputStreamTest, AcceptsANullStream)
 {
     const Reader stream(nullptr);
 
-    EXPECT_EQ(stream.Owned(), nullptr);
+    EXPECT_EQ(stream.GetStream(), nullptr);
 }
 
-TEST(InputStreamTest, LetsADerivedClassTakeTheStreamAway)
+TEST(InputStreamTest, LetsADerivedClassReleaseTheStream)
 {
-    int destructions = 0;
-    CountingStream kept(destructions);
+    int destructionCount = 0;
+    CountingStream counting(destructionCount);
     {
-        Reader stream(&kept);
-        EXPECT_EQ(stream.Owned(), static_cast<wxInputStream*>(&kept));
-        stream.Forget();
+        Reader stream(&counting);
+        EXPECT_EQ(stream.GetStream(), static_cast<wxInputStream*>(&counting));
+        stream.ReleaseStream();
     }
 
-    EXPECT_EQ(destructions, 0);
+    EXPECT_EQ(destructionCount, 0);
 }
 
 } // namespace

@@ -31,13 +31,13 @@ using Paths = std::map<std::string, std::string>;
 // The ways to start the program. No result may depend on them.
 const Arguments c_starts[] = {{}, {"locale"}, {"wxWidgets"}, {"wxWidgets", "locale"}};
 
-const passwd& Account()
+const passwd& GetAccount()
 {
     return *::getpwuid(::getuid());
 }
 
 // Returns `text` in lower case, without separators and colons.
-std::string UniqueForm(std::string text)
+std::string ToUniqueForm(std::string text)
 {
     std::erase(text, '/');
     std::erase(text, ':');
@@ -85,24 +85,25 @@ TEST_F(PathManagerProgramTest, ReturnsThePathsOfTheInstalledProgram)
 {
     for (const Arguments& arguments : c_starts) {
         SCOPED_TRACE(testing::PrintToString(arguments));
-        const Paths expected = {{"name", "tool"},
-                                {"application", Path("bin")},
-                                {"configuration", Path("share/tool/config")},
-                                {"data", Path("home/.tool/tool")},
-                                {"ressources", Path("share/tool/ressources")},
-                                {"appearances", Path("share/tool/ressources")},
-                                {"plugins", Path("share/tool/ressources/plugins")},
-                                {"documents", Path("home")},
-                                {"data directory", Path("share/tool")},
-                                {"user's directory", Path("home/.tool")},
-                                {"unique", UniqueForm(Path("bin")) + "tool" + Account().pw_name}};
+        const Paths expected = {
+            {"name", "tool"},
+            {"application", Path("bin")},
+            {"configuration", Path("share/tool/config")},
+            {"data", Path("home/.tool/tool")},
+            {"ressources", Path("share/tool/ressources")},
+            {"appearances", Path("share/tool/ressources")},
+            {"plugins", Path("share/tool/ressources/plugins")},
+            {"documents", Path("home")},
+            {"data directory", Path("share/tool")},
+            {"user's directory", Path("home/.tool")},
+            {"unique", ToUniqueForm(Path("bin")) + "tool" + GetAccount().pw_name}};
         EXPECT_EQ(Run("bin/tool", arguments), expected);
         EXPECT_TRUE(std::filesystem::is_directory(Path("home/.tool/tool")));
         std::filesystem::remove_all(Path("home/.tool"));
     }
 }
 
-TEST_F(PathManagerProgramTest, ReturnsThePathsThatAnotherProgramHas)
+TEST_F(PathManagerProgramTest, ReturnsThePathsOfAnotherProgram)
 {
     Paths expected = Run("bin/tool.bin", {});
     expected["data directory"] = Path("share/other");
@@ -114,7 +115,7 @@ TEST_F(PathManagerProgramTest, ReturnsThePathsThatAnotherProgramHas)
     EXPECT_FALSE(std::filesystem::exists(Path("home/.tool")));
 }
 
-TEST_F(PathManagerProgramTest, ReturnsThePathsThatAHiddenProgramHas)
+TEST_F(PathManagerProgramTest, ReturnsThePathsOfAnotherHiddenProgram)
 {
     Paths expected = Run("bin/.tool", {});
     expected["data directory"] = Path("share/other");
@@ -124,7 +125,7 @@ TEST_F(PathManagerProgramTest, ReturnsThePathsThatAHiddenProgramHas)
     EXPECT_EQ(Run("bin/other", {Path("bin/.tool")}), expected);
 }
 
-TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtension)
+TEST_F(PathManagerProgramTest, NamesTheApplicationAfterItsFileWithoutTheLastExtension)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"tool", "tool"},           {"tool.bin", "tool"},
@@ -142,7 +143,7 @@ TEST_F(PathManagerProgramTest, NamesTheApplicationByItsFileWithoutTheLastExtensi
 }
 
 // A file name that is not valid UTF-8 is treated as unknown.
-TEST_F(PathManagerProgramTest, PutsAnUnknownApplicationNamelessInTheWorkingDirectory)
+TEST_F(PathManagerProgramTest, ReturnsAnEmptyNameAndTheWorkingDirectoryIfUnknown)
 {
     const std::string directory = std::filesystem::current_path();
     for (const Arguments& arguments : c_starts) {
@@ -151,22 +152,22 @@ TEST_F(PathManagerProgramTest, PutsAnUnknownApplicationNamelessInTheWorkingDirec
         EXPECT_EQ(paths["name"], "");
         EXPECT_EQ(paths["application"], directory);
         EXPECT_EQ(paths["data"], paths["user's directory"] + "/");
-        EXPECT_EQ(paths["unique"], UniqueForm(directory) + Account().pw_name);
+        EXPECT_EQ(paths["unique"], ToUniqueForm(directory) + GetAccount().pw_name);
     }
 }
 
-TEST_F(PathManagerProgramTest, ReturnsAUniqueNameInLowerCaseWithoutSeparatorsAndColons)
+TEST_F(PathManagerProgramTest, ReturnsAUniqueNameInLowerCaseWithoutSeparatorsOrColons)
 {
     std::filesystem::create_directories(Path("Apps/My Tool: New/bin"));
     for (const Arguments& arguments : c_starts) {
         SCOPED_TRACE(testing::PrintToString(arguments));
         Paths paths = Run("Apps/My Tool: New/bin/Tool.app", arguments);
-        EXPECT_EQ(paths["unique"],
-                  UniqueForm(m_directory.Path()) + "appsmy tool newbintool" + Account().pw_name);
+        EXPECT_EQ(paths["unique"], ToUniqueForm(m_directory.Path()) + "appsmy tool newbintool" +
+                                       GetAccount().pw_name);
     }
 }
 
-TEST_F(PathManagerProgramTest, LooksForDataInTheLocalPrefixOutsideABinDirectory)
+TEST_F(PathManagerProgramTest, UsesThePrefixUsrLocalOutsideABinDirectory)
 {
     for (const Arguments& arguments : c_starts)
         EXPECT_EQ(Run("tool", arguments)["data directory"], "/usr/local/share/tool");
@@ -196,7 +197,7 @@ TEST_F(PathManagerProgramTest, AcceptsAnyCharactersInHome)
 }
 
 // The directory of the configuration does not depend on the home directory.
-TEST_F(PathManagerProgramTest, FollowsTheApplicationNameOfWxWidgets)
+TEST_F(PathManagerProgramTest, UsesTheApplicationNameOfWxWidgets)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         for (const char* const home : {"home", "\xC3\xA9"}) {
@@ -212,7 +213,7 @@ TEST_F(PathManagerProgramTest, FollowsTheApplicationNameOfWxWidgets)
     }
 }
 
-TEST_F(PathManagerProgramTest, DoublesNoSeparatorForAnUnknownExecutable)
+TEST_F(PathManagerProgramTest, DoesNotDoubleASeparatorForAnUnknownExecutable)
 {
     for (const Arguments& arguments : c_starts) {
         SCOPED_TRACE(testing::PrintToString(arguments));
@@ -220,7 +221,7 @@ TEST_F(PathManagerProgramTest, DoublesNoSeparatorForAnUnknownExecutable)
     }
 }
 
-TEST_F(PathManagerProgramTest, TakesTheDataDirectoryFromTheEnvironment)
+TEST_F(PathManagerProgramTest, ReadsTheDataDirectoryFromTheEnvironment)
 {
     const ScopedEnvironment environment("WX_TOOL_DATA_DIR", "/opt/data");
     for (const char* const directory : {"bin", "\xC3\xA9"}) {
@@ -232,9 +233,9 @@ TEST_F(PathManagerProgramTest, TakesTheDataDirectoryFromTheEnvironment)
 }
 
 // Creates this directory in the user's real home, under a unique name.
-TEST_F(PathManagerProgramTest, AsksTheUserDatabaseWithoutHome)
+TEST_F(PathManagerProgramTest, UsesTheUserDatabaseIfHomeIsMissingOrEmpty)
 {
-    const std::string directory = std::string(Account().pw_dir) + "/.toolkit-path-program";
+    const std::string directory = std::string(GetAccount().pw_dir) + "/.toolkit-path-program";
     const std::optional<std::string> values[] = {std::nullopt, ""};
     for (const auto& value : values) {
         const ScopedEnvironment environment("HOME", value);
@@ -246,7 +247,7 @@ TEST_F(PathManagerProgramTest, AsksTheUserDatabaseWithoutHome)
     std::filesystem::remove_all(directory);
 }
 
-TEST_F(PathManagerProgramTest, ChangesNoPathWhenHomeCannotBeWrittenTo)
+TEST_F(PathManagerProgramTest, KeepsTheDataPathWhenHomeIsNotWritable)
 {
     const ScopedEnvironment environment("HOME", "/proc/none");
     for (const Arguments& arguments : c_starts) {
@@ -255,7 +256,7 @@ TEST_F(PathManagerProgramTest, ChangesNoPathWhenHomeCannotBeWrittenTo)
     }
 }
 
-TEST_F(PathManagerProgramTest, ReturnsTheDocumentsDirectoryOfTheUsersChoice)
+TEST_F(PathManagerProgramTest, ReturnsTheDocumentsDirectoryThatTheUserChose)
 {
     std::filesystem::create_directories(Path("home/.config"));
     std::filesystem::create_directories(Path("home/Meine Texte"));
@@ -268,7 +269,7 @@ TEST_F(PathManagerProgramTest, ReturnsTheDocumentsDirectoryOfTheUsersChoice)
     }
 }
 
-TEST_F(PathManagerProgramTest, ReadsTheDocumentsDirectoryAsUserDirsWritesIt)
+TEST_F(PathManagerProgramTest, ParsesUserDirsForTheDocumentsDirectory)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"  XDG_DOCUMENTS_DIR=  \"$HOME/Texts\"  \n", "home/Texts"},

@@ -19,7 +19,7 @@ using TestSupport::CapturedLog;
 using TestSupport::ScopedEnvironment;
 using TestSupport::TempDir;
 
-using Text = TString<wchar_t>;
+using Wide = TString<wchar_t>;
 
 TEST(PathManagerConstantsTest, NamesTheFolders)
 {
@@ -30,7 +30,7 @@ TEST(PathManagerConstantsTest, NamesTheFolders)
     EXPECT_EQ(PathManager::c_strCacheFolderName, L"cache");
 }
 
-TEST(PathManagerSingletonTest, IsOnlyThereBetweenCreationAndRelease)
+TEST(PathManagerSingletonTest, ExistsOnlyBetweenCreationAndRelease)
 {
     const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().native());
@@ -114,16 +114,16 @@ TEST_F(PathManagerTest, QueriesUserDirectoriesOnEachCall)
               m_directory.File(L".PathManagerTest/PathManagerTest"));
 }
 
-TEST_F(PathManagerTest, KeepsTheTemporaryDirectory)
+TEST_F(PathManagerTest, IgnoresTheEnvironmentInGetTempDir)
 {
     const ScopedEnvironment environment("TMPDIR", m_directory.Path().native());
 
     EXPECT_EQ(m_manager->GetTempDir(), L"/tmp");
 }
 
-TEST_F(PathManagerTest, MovesThePluginsAndNothingElseWithTheRessourcesPath)
+TEST_F(PathManagerTest, MovesPluginsButNotAppearancesWithTheRessources)
 {
-    const Text appearances = m_manager->GetAppearancesPath();
+    const Wide appearances = m_manager->GetAppearancesPath();
     m_manager->SetApplicationRessourcesPath(L"/opt/tool");
 
     EXPECT_EQ(m_manager->GetApplicationRessourcesPath(), L"/opt/tool");
@@ -131,7 +131,7 @@ TEST_F(PathManagerTest, MovesThePluginsAndNothingElseWithTheRessourcesPath)
     EXPECT_EQ(m_manager->GetAppearancesPath(), appearances);
 }
 
-TEST_F(PathManagerTest, ConcatenatesThePluginsPathPlainly)
+TEST_F(PathManagerTest, DoesNotNormalizeThePluginsPath)
 {
     m_manager->SetApplicationRessourcesPath(L"/opt/tool/");
     EXPECT_EQ(m_manager->GetPluginsPath(), L"/opt/tool//plugins");
@@ -156,7 +156,7 @@ TEST_F(PathManagerTest, CreatesTheApplicationDataPathWithItsParents)
 TEST_F(PathManagerTest, KeepsAnApplicationDataPathThatCannotBeCreated)
 {
     const CapturedLog log;
-    const Text path = m_directory.WriteFile(L"file", "") + L"/below";
+    const Wide path = m_directory.WriteFile(L"file", "") + L"/below";
     testing::internal::CaptureStderr();
     m_manager->SetApplicationDataPath(path);
 
@@ -166,7 +166,7 @@ TEST_F(PathManagerTest, KeepsAnApplicationDataPathThatCannotBeCreated)
     EXPECT_FALSE(PathManager::Exists(path));
 }
 
-TEST_F(PathManagerTest, StoresTheMassStorageDataPath)
+TEST_F(PathManagerTest, StoresTheMassStorageDataPathWithoutCreatingIt)
 {
     m_manager->SetMassStorageDataPath(m_directory.File(L"mass"));
 
@@ -180,7 +180,7 @@ struct JoinCase {
     const wchar_t* expected;
 };
 
-constexpr JoinCase c_joins[] = {
+constexpr JoinCase c_joinCases[] = {
     {L"", L"x", L"x"},        {L"dir/", L"x", L"dir/x"}, {L"dir", L"x", L"dir/x"},
     {L"dir", L"", L"dir/"},   {L"a/", L"/b", L"a//b"},   {L"a", L"/b", L"a//b"},
     {L"", L"", L""},          {L"", L"/b", L"/b"},       {L"/", L"b", L"/b"},
@@ -188,8 +188,8 @@ constexpr JoinCase c_joins[] = {
 
 TEST_F(PathManagerTest, AppendsInPlace)
 {
-    for (const auto& [left, part, expected] : c_joins) {
-        Text path = left;
+    for (const auto& [left, part, expected] : c_joinCases) {
+        Wide path = left;
         PathManager::AppendPath(path, part);
         EXPECT_EQ(path, expected);
     }
@@ -197,18 +197,18 @@ TEST_F(PathManagerTest, AppendsInPlace)
 
 TEST_F(PathManagerTest, AppendsIntoAResult)
 {
-    for (const auto& [left, part, expected] : c_joins) {
-        Text result = L"old";
-        const Text base = left;
+    for (const auto& [left, part, expected] : c_joinCases) {
+        Wide result = L"old";
+        const Wide base = left;
         PathManager::AppendPath(result, base, part);
         EXPECT_EQ(result, expected);
         EXPECT_EQ(base, left);
     }
 }
 
-TEST_F(PathManagerTest, AppendsOneTextToItself)
+TEST_F(PathManagerTest, AppendsAPathToItself)
 {
-    Text path = L"a";
+    Wide path = L"a";
     PathManager::AppendPath(path, path);
     EXPECT_EQ(path, L"a/a");
 
@@ -237,18 +237,18 @@ TEST_F(PathManagerTest, SplitsByTheRulesOfTheSystem)
                                    {L"", L"", L"", L""}};
     for (const auto& [full, path, name, extension] : cases) {
         SCOPED_TRACE(testing::PrintToString(full));
-        std::vector<Text> parts(4, L"old");
+        std::vector<Wide> parts(4, L"old");
         PathManager::SplitPath(full, parts[0], parts[1], parts[2], parts[3]);
-        EXPECT_EQ(parts, (std::vector<Text>{L"", path, name, extension}));
+        EXPECT_EQ(parts, (std::vector<Wide>{L"", path, name, extension}));
     }
 }
 
-TEST_F(PathManagerTest, MayOverwriteTheInputOfSplitPath)
+TEST_F(PathManagerTest, AcceptsTheSameStringAsInputAndOutput)
 {
-    Text text = L"/a/b.c";
-    Text volume;
-    Text name;
-    Text extension;
+    Wide text = L"/a/b.c";
+    Wide volume;
+    Wide name;
+    Wide extension;
     PathManager::SplitPath(text, volume, text, name, extension);
 
     EXPECT_EQ(text, L"/a");
@@ -261,7 +261,7 @@ TEST_F(PathManagerTest, DistinguishesFilesFromDirectories)
     m_directory.WriteFile(L"\u6587", "");
     ASSERT_EQ(::mkfifo((m_directory.Path() / "pipe").c_str(), 0600), 0);
     struct {
-        Text path;
+        Wide path;
         bool exists;
         bool isFile;
         bool isDirectory;

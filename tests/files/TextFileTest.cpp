@@ -37,7 +37,7 @@ std::string Bytes(const char* text, std::size_t length)
 }
 
 // Returns all lines; none if the list is empty.
-Lines LinesOf(TextFile& file)
+Lines ReadLines(TextFile& file)
 {
     Lines lines;
     const TString<wchar_t> first = file.GetFirstLine();
@@ -60,7 +60,7 @@ protected:
     std::string Contents() const { return m_directory.ReadFile(L"file.txt"); }
 
     // Returns the number of files in the directory.
-    std::ptrdiff_t FileCount() const
+    std::ptrdiff_t CountFiles() const
     {
         const std::filesystem::directory_iterator files(m_directory.Path());
         return std::distance(begin(files), end(files));
@@ -89,11 +89,11 @@ TEST_F(TextFileTest, EndsLinesAtLineFeedCarriageReturnOrBoth)
     for (const auto& [bytes, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(bytes));
         Open(bytes);
-        EXPECT_EQ(LinesOf(m_file), expected);
+        EXPECT_EQ(ReadLines(m_file), expected);
     }
 }
 
-TEST_F(TextFileTest, TakesTheEncodingFromAByteOrderMarkAndDropsIt)
+TEST_F(TextFileTest, FollowsAByteOrderMarkAndDropsIt)
 {
     const std::pair<std::string, Lines> cases[] = {
         {"\xEF\xBB\xBF\xC3\xA9\nb", {L"\u00E9", L"b"}},
@@ -111,7 +111,7 @@ TEST_F(TextFileTest, TakesTheEncodingFromAByteOrderMarkAndDropsIt)
     for (const auto& [bytes, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(bytes));
         Open(bytes);
-        EXPECT_EQ(LinesOf(m_file), expected);
+        EXPECT_EQ(ReadLines(m_file), expected);
     }
 }
 
@@ -121,7 +121,7 @@ TEST_F(TextFileTest, ReadsUtf8WithoutByteOrderMarkInAnyLocale)
         SCOPED_TRACE(locale);
         const ScopedLocale scopedLocale(locale);
         Open("\xC3\xA9\xE6\x96\x87\n\xF0\x9F\x98\x80");
-        EXPECT_THAT(LinesOf(m_file), ElementsAre(L"\u00E9\u6587", L"\U0001F600"));
+        EXPECT_THAT(ReadLines(m_file), ElementsAre(L"\u00E9\u6587", L"\U0001F600"));
     }
 }
 
@@ -139,11 +139,11 @@ TEST_F(TextFileTest, ReadsTheWholeFileAsLatin1AfterOneInvalidByte)
     for (const auto& [bytes, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(bytes));
         Open(bytes);
-        EXPECT_EQ(LinesOf(m_file), expected);
+        EXPECT_EQ(ReadLines(m_file), expected);
     }
 }
 
-TEST_F(TextFileTest, CannotOpenBrokenUtf16AndUtf32)
+TEST_F(TextFileTest, CannotOpenInvalidUtf16OrUtf32)
 {
     const std::string cases[] = {Bytes("\xFE\xFF\x00", 3),
                                  Bytes("\xFF\xFE\x41\x00\x42", 5),
@@ -164,12 +164,12 @@ TEST_F(TextFileTest, KeepsNullCharactersInTheirLine)
 {
     Open(Bytes("a\0b\n\0", 5));
 
-    EXPECT_THAT(LinesOf(m_file), ElementsAre(std::wstring(L"a\0b", 3), std::wstring(L"\0", 1)));
+    EXPECT_THAT(ReadLines(m_file), ElementsAre(std::wstring(L"a\0b", 3), std::wstring(L"\0", 1)));
     EXPECT_TRUE(m_file.Write());
     EXPECT_EQ(Contents(), Bytes("a\0b\n\0", 5));
 }
 
-TEST_F(TextFileTest, IsAtTheEndOnTheLastLineAndWithoutALine)
+TEST_F(TextFileTest, IsAtTheEndOnTheLastLineAndWithoutLines)
 {
     EXPECT_TRUE(m_file.Eof());
     Open("a\nb\nc\n");
@@ -182,7 +182,7 @@ TEST_F(TextFileTest, IsAtTheEndOnTheLastLineAndWithoutALine)
     EXPECT_TRUE(m_file.Eof());
 }
 
-TEST_F(TextFileTest, IsAtTheEndAtOnceForOneLine)
+TEST_F(TextFileTest, IsAtTheEndAtOnceInAFileOfOneLine)
 {
     Open("a");
 
@@ -203,7 +203,7 @@ TEST_F(TextFileTest, ReturnsEmptyLinesAfterTheLast)
     EXPECT_EQ(m_file.GetNextLine(), L"b");
 }
 
-TEST_F(TextFileTest, ReturnsEmptyLinesOfAnEmptyList)
+TEST_F(TextFileTest, ReturnsEmptyLinesFromAnEmptyList)
 {
     EXPECT_EQ(m_file.GetFirstLine(), L"");
     EXPECT_EQ(m_file.GetNextLine(), L"");
@@ -220,7 +220,7 @@ TEST_F(TextFileTest, ReplacesTheLinesAndResetsTheCursorWhenOpenedAgain)
     Open("d\ne");
 
     EXPECT_EQ(m_file.GetNextLine(), L"e");
-    EXPECT_THAT(LinesOf(m_file), ElementsAre(L"d", L"e"));
+    EXPECT_THAT(ReadLines(m_file), ElementsAre(L"d", L"e"));
 }
 
 TEST_F(TextFileTest, HasNoLinesAfterAFailedOpen)
@@ -234,7 +234,7 @@ TEST_F(TextFileTest, HasNoLinesAfterAFailedOpen)
     EXPECT_EQ(Contents(), "a\nb");
 }
 
-TEST_F(TextFileTest, DoesNotOpenDirectoriesAndMissingFiles)
+TEST_F(TextFileTest, DoesNotOpenDirectoriesOrMissingFiles)
 {
     std::filesystem::create_directory(m_directory.Path() / "directory");
 
@@ -270,7 +270,7 @@ TEST_F(TextFileTest, ReadsADeviceAndDoesNotReplaceIt)
     EXPECT_FALSE(std::filesystem::is_regular_file("/dev/null"));
 }
 
-TEST_F(TextFileTest, CreatesADeletedFileAsTheUmaskSays)
+TEST_F(TextFileTest, CreatesADeletedFileAgainAndAppliesTheUmask)
 {
     Open("a");
     std::filesystem::remove(m_directory.Path() / "file.txt");
@@ -283,7 +283,7 @@ TEST_F(TextFileTest, CreatesADeletedFileAsTheUmaskSays)
               std::filesystem::perms(0644));
 }
 
-TEST_F(TextFileTest, DropsTheLinesAndLeavesTheFileInClose)
+TEST_F(TextFileTest, DropsTheLinesButKeepsTheFileInClose)
 {
     Open("a\nb");
 
@@ -327,18 +327,18 @@ TEST_F(TextFileTest, WritesUtf8WithoutByteOrderMark)
     }
 }
 
-TEST_F(TextFileTest, EndsAddedLinesInALineFeed)
+TEST_F(TextFileTest, EndsAddedLinesWithALineFeed)
 {
     Open("a\r\nb\r\n");
     m_file.AddLine(L"\u20AC");
     m_file.AddLine(L"");
 
-    EXPECT_THAT(LinesOf(m_file), ElementsAre(L"a", L"b", L"\u20AC", L""));
+    EXPECT_THAT(ReadLines(m_file), ElementsAre(L"a", L"b", L"\u20AC", L""));
     EXPECT_TRUE(m_file.Write());
     EXPECT_EQ(Contents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
 }
 
-TEST_F(TextFileTest, DoesNotJoinALineToAnUnterminatedOne)
+TEST_F(TextFileTest, DoesNotJoinAnAddedLineToAnUnterminatedOne)
 {
     Open("a\nb");
     m_file.AddLine(L"c");
@@ -347,7 +347,7 @@ TEST_F(TextFileTest, DoesNotJoinALineToAnUnterminatedOne)
     EXPECT_EQ(Contents(), "a\nb\nc\n");
 }
 
-TEST_F(TextFileTest, LeavesTheCursorWhenALineIsAdded)
+TEST_F(TextFileTest, KeepsTheCursorWhenALineIsAdded)
 {
     Open("a\nb");
     ASSERT_EQ(m_file.GetNextLine(), L"b");
@@ -358,7 +358,7 @@ TEST_F(TextFileTest, LeavesTheCursorWhenALineIsAdded)
     EXPECT_EQ(m_file.GetNextLine(), L"c");
 }
 
-TEST_F(TextFileTest, EmptiesTheListOfAFileThatStaysOpenInClear)
+TEST_F(TextFileTest, EmptiesTheListButKeepsTheFileOpenInClear)
 {
     Open("a\nb");
     m_file.Clear();
@@ -371,22 +371,22 @@ TEST_F(TextFileTest, EmptiesTheListOfAFileThatStaysOpenInClear)
     EXPECT_EQ(Contents(), "c\n");
 }
 
-TEST_F(TextFileTest, KeepsLinesWithoutAFile)
+TEST_F(TextFileTest, AcceptsLinesWithoutAFile)
 {
     m_file.AddLine(L"a");
     m_file.AddLine(L"b");
 
-    EXPECT_THAT(LinesOf(m_file), ElementsAre(L"a", L"b"));
+    EXPECT_THAT(ReadLines(m_file), ElementsAre(L"a", L"b"));
 }
 
-TEST_F(TextFileTest, KeepsTheOldFileWhenALineHasNoUtf8Form)
+TEST_F(TextFileTest, KeepsTheOldFileWhenALineHasAnInvalidCharacter)
 {
     Open("a\n");
     m_file.AddLine(static_cast<wchar_t>(0x110000));
 
     EXPECT_FALSE(m_file.Write());
     EXPECT_EQ(Contents(), "a\n");
-    EXPECT_EQ(FileCount(), 1);
+    EXPECT_EQ(CountFiles(), 1);
 }
 
 TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
@@ -397,7 +397,7 @@ TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
     const FileSizeLimit limit(500);
     EXPECT_FALSE(m_file.Write());
     EXPECT_EQ(Contents(), "old\n");
-    EXPECT_EQ(FileCount(), 1);
+    EXPECT_EQ(CountFiles(), 1);
 }
 
 // Gives up root's rights until the object is destroyed, because permissions do not apply to root.
@@ -432,7 +432,7 @@ TEST_F(TextFileTest, KeepsTheOldFileInAnUnwritableDirectory)
     std::filesystem::permissions(m_directory.Path(), std::filesystem::perms(0755));
 
     EXPECT_EQ(Contents(), "old\n");
-    EXPECT_EQ(FileCount(), 1);
+    EXPECT_EQ(CountFiles(), 1);
 }
 
 TEST_F(TextFileTest, CannotOpenAnUnreadableFile)
@@ -468,7 +468,7 @@ TEST_F(TextFileTest, KeepsALinkInWrite)
     EXPECT_EQ(Contents(), "a\nb\n");
 }
 
-TEST_F(TextFileTest, CreatesTheDeletedFileOfALink)
+TEST_F(TextFileTest, CreatesTheDeletedTargetOfALink)
 {
     m_directory.WriteFile(L"file.txt", "a\n");
     std::filesystem::create_symlink("file.txt", m_directory.Path() / "near");
@@ -482,7 +482,7 @@ TEST_F(TextFileTest, CreatesTheDeletedFileOfALink)
     EXPECT_EQ(Contents(), "a\n");
 }
 
-TEST_F(TextFileTest, CannotWriteThroughLinksInACircle)
+TEST_F(TextFileTest, CannotWriteThroughCircularLinks)
 {
     Open("a\n");
     std::filesystem::remove(m_directory.Path() / "file.txt");
@@ -490,7 +490,7 @@ TEST_F(TextFileTest, CannotWriteThroughLinksInACircle)
 
     EXPECT_FALSE(m_file.Write());
     EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "file.txt"));
-    EXPECT_EQ(FileCount(), 1);
+    EXPECT_EQ(CountFiles(), 1);
 }
 
 TEST_F(TextFileTest, PassesNamesAsUtf8InAnyLocale)
@@ -517,7 +517,7 @@ TEST_F(TextFileTest, WritesTheFileFromAnotherWorkingDirectory)
     EXPECT_EQ(Contents(), "a\nb\n");
 }
 
-TEST_F(TextFileTest, LeavesNoDescriptorOpen)
+TEST_F(TextFileTest, CannotOpenAFileWithoutFreeDescriptors)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", "a");
     rlimit oldLimit{};
@@ -532,7 +532,7 @@ TEST_F(TextFileTest, LeavesNoDescriptorOpen)
     EXPECT_TRUE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, OpensNoFileWithoutMemory)
+TEST_F(TextFileTest, DoesNotOpenAFileWhenOutOfMemory)
 {
     const TString<wchar_t> name = m_directory.WriteFile(L"file.txt", std::string(1000000, 'x'));
     {
@@ -544,7 +544,7 @@ TEST_F(TextFileTest, OpensNoFileWithoutMemory)
     EXPECT_TRUE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, LeavesTheCursorWhenALineDoesNotFitIntoMemory)
+TEST_F(TextFileTest, KeepsTheCursorWhenALineDoesNotFitIntoMemory)
 {
     Open("short\n" + std::string(1000000, 'x') + "\nlast\n");
     m_file.GetFirstLine();

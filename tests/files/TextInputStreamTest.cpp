@@ -13,7 +13,7 @@ namespace Toolkit {
 namespace {
 
 // Returns the first `count` words of `bytes`.
-std::vector<std::wstring> Words(const std::string& bytes, std::size_t count)
+std::vector<std::wstring> ReadWords(const std::string& bytes, std::size_t count)
 {
     wxMemoryInputStream memory(bytes.data(), bytes.size());
     TextInputStream stream(new wxTextInputStream(memory));
@@ -26,7 +26,7 @@ std::vector<std::wstring> Words(const std::string& bytes, std::size_t count)
     return words;
 }
 
-TEST(TextInputStreamTest, SeparatesWordsByWhiteSpace)
+TEST(TextInputStreamTest, SeparatesWordsAtWhiteSpace)
 {
     const std::pair<std::string, std::vector<std::wstring>> cases[] = {
         {"one two", {L"one", L"two", L""}},
@@ -35,7 +35,7 @@ TEST(TextInputStreamTest, SeparatesWordsByWhiteSpace)
         {"", {L"", L""}}};
     for (const auto& [bytes, expected] : cases) {
         SCOPED_TRACE(bytes);
-        EXPECT_EQ(Words(bytes, expected.size()), expected);
+        EXPECT_EQ(ReadWords(bytes, expected.size()), expected);
     }
 }
 
@@ -43,7 +43,7 @@ TEST(TextInputStreamTest, DecodesWordsFromUtf8)
 {
     const std::vector<std::wstring> expected = {L"caf\u00E9", L"\u6587\u5B57", L"\U0001F600"};
 
-    EXPECT_EQ(Words("caf\xC3\xA9 \xE6\x96\x87\xE5\xAD\x97 \xF0\x9F\x98\x80", 3), expected);
+    EXPECT_EQ(ReadWords("caf\xC3\xA9 \xE6\x96\x87\xE5\xAD\x97 \xF0\x9F\x98\x80", 3), expected);
 }
 
 TEST(TextInputStreamTest, ChainsReads)

@@ -1,8 +1,8 @@
-// A library for DynamicLibraryTest, which needs a function that does not exist.
+// A library for DynamicLibraryTest that needs a function that does not exist.
 
-extern "C" void FunctionThatNobodyHas();
+extern "C" void UndefinedFunction();
 
 extern "C" __attribute__((visibility("default"))) void UnresolvedCall()
 {
-    FunctionThatNobodyHas();
+    UndefinedFunction();
 }

@@ -19,7 +19,7 @@ int main(int, char** arguments)
 {
     const TString<wchar_t> wide = L"caf\u00E9";
     const TString<char> narrow = "narrow";
-    const TString<char> emptyText;
+    const TString<char> emptyString;
     const smart_ptr<Version> shared = new Version(1, 2, 3, 4);
     const smart_ptr<Version> copy = shared;
     const smart_ptr<Version> emptyPointer;

@@ -14,21 +14,21 @@ using TestSupport::RunProgram;
 using TestSupport::TempDir;
 
 const std::vector<std::string> c_variables = {
-    "wide",     "narrow",     "emptyText", "shared",        "emptyPointer", "version", "bytes",
-    "noBytes",  "manyBytes",  "date",      "noDate",        "match",        "noMatch", "group",
-    "settings", "noSettings", "*shared",   "*shared.Get()", "group->name",
+    "wide",     "narrow",     "emptyString", "shared",        "emptyPointer", "version", "bytes",
+    "noBytes",  "manyBytes",  "date",        "noDate",        "match",        "noMatch", "group",
+    "settings", "noSettings", "*shared",     "*shared.Get()", "group->name",
 };
 
-using Texts = std::map<std::string, std::string>;
+using ShownValues = std::map<std::string, std::string>;
 
 // Returns the arguments with which gdb loads the printers and runs `commands`.
-std::vector<std::string> GdbArguments(const std::vector<std::string>& commands)
+std::vector<std::string> CreateGdbArguments(const std::vector<std::string>& commands)
 {
     std::vector<std::string> arguments = {"-nx", "-batch"};
-    std::vector<std::string> all = {"set charset UTF-8", "set disable-randomization off",
-                                    "source " TOOLKIT_PRINTERS};
-    all.insert(all.end(), commands.begin(), commands.end());
-    for (const std::string& command : all)
+    std::vector<std::string> allCommands = {"set charset UTF-8", "set disable-randomization off",
+                                            "source " TOOLKIT_PRINTERS};
+    allCommands.insert(allCommands.end(), commands.begin(), commands.end());
+    for (const std::string& command : allCommands)
         arguments.insert(arguments.end(), {"-ex", command});
     return arguments;
 }
@@ -44,16 +44,16 @@ void AddPrintCommands(std::vector<std::string>& commands)
 }
 
 // Returns the output for each variable: what follows "@name@".
-Texts Split(const std::string& output)
+ShownValues ParseOutput(const std::string& output)
 {
-    Texts texts;
+    ShownValues values;
     std::istringstream lines(output);
     for (std::string line; std::getline(lines, line);) {
         const std::size_t end = line.find('@', 1);
         if (line.starts_with('@') && end != std::string::npos)
-            texts[line.substr(1, end - 1)] = line.substr(end + 1);
+            values[line.substr(1, end - 1)] = line.substr(end + 1);
     }
-    return texts;
+    return values;
 }
 
 // Tests what gdb prints for the program's variables, in the live process and in its core file.
@@ -69,110 +69,112 @@ protected:
                                              "generate-core-file " + core};
         AddPrintCommands(commands);
         commands.emplace_back("kill");
-        Show("live", commands);
+        RunGdb("live", commands);
         commands = {"core-file " + core};
         AddPrintCommands(commands);
-        Show("core", commands);
+        RunGdb("core", commands);
     }
 
-    static std::string Shown(const std::string& variable)
+    static std::string GetOutput(const std::string& variable)
     {
-        return s_texts.at(GetParam())[variable];
+        return s_values.at(GetParam())[variable];
     }
 
 private:
-    static void Show(const std::string& kind, const std::vector<std::string>& commands)
+    static void RunGdb(const std::string& kind, const std::vector<std::string>& commands)
     {
-        std::vector<std::string> arguments = GdbArguments(commands);
+        std::vector<std::string> arguments = CreateGdbArguments(commands);
         arguments.emplace_back(TOOLKIT_PRINTERS_PROGRAM);
         const auto result = RunProgram("/usr/bin/gdb", arguments);
-        s_texts[kind] = Split(result.output);
-        EXPECT_EQ(s_texts[kind].size(), c_variables.size()) << result.output << result.errors;
+        s_values[kind] = ParseOutput(result.output);
+        EXPECT_EQ(s_values[kind].size(), c_variables.size()) << result.output << result.errors;
     }
 
-    static std::map<std::string, Texts> s_texts;
+    static std::map<std::string, ShownValues> s_values;
 };
 
-std::map<std::string, Texts> PrintersTest::s_texts;
+std::map<std::string, ShownValues> PrintersTest::s_values;
 
-TEST_P(PrintersTest, ReachesTheObjectOfASmartPtrAsTheProgramDoes)
+TEST_P(PrintersTest, FollowsASmartPtrToItsObject)
 {
-    EXPECT_EQ(Shown("*shared"), "1.2.3.4");
-    EXPECT_EQ(Shown("*shared.Get()"), "1.2.3.4");
-    EXPECT_EQ(Shown("group->name"), "\"word\"");
+    EXPECT_EQ(GetOutput("*shared"), "1.2.3.4");
+    EXPECT_EQ(GetOutput("*shared.Get()"), "1.2.3.4");
+    EXPECT_EQ(GetOutput("group->name"), "\"word\"");
 }
 
-TEST_P(PrintersTest, ShowsTextsAsStrings)
+TEST_P(PrintersTest, ShowsStringsInQuotes)
 {
-    EXPECT_EQ(Shown("wide"), "L\"caf\u00E9\"");
-    EXPECT_EQ(Shown("narrow"), "\"narrow\"");
-    EXPECT_EQ(Shown("emptyText"), "\"\"");
+    EXPECT_EQ(GetOutput("wide"), "L\"caf\u00E9\"");
+    EXPECT_EQ(GetOutput("narrow"), "\"narrow\"");
+    EXPECT_EQ(GetOutput("emptyString"), "\"\"");
 }
 
-TEST_P(PrintersTest, ShowsAPointersObjectAndCount)
+TEST_P(PrintersTest, ShowsTheObjectAndCountOfAPointer)
 {
-    EXPECT_EQ(Shown("shared"), "count 2 = {object = 1.2.3.4}");
+    EXPECT_EQ(GetOutput("shared"), "count 2 = {object = 1.2.3.4}");
 }
 
 TEST_P(PrintersTest, ShowsAnEmptyPointer)
 {
-    EXPECT_EQ(Shown("emptyPointer"), "empty");
+    EXPECT_EQ(GetOutput("emptyPointer"), "empty");
 }
 
 TEST_P(PrintersTest, ShowsAVersionWithDots)
 {
-    EXPECT_EQ(Shown("version"), "10.20.30.40");
+    EXPECT_EQ(GetOutput("version"), "10.20.30.40");
 }
 
 TEST_P(PrintersTest, ShowsBytesInHexadecimal)
 {
-    EXPECT_EQ(Shown("bytes"), "6 bytes: 01 ff 74 65 78 74");
-    EXPECT_EQ(Shown("noBytes"), "0 bytes");
+    EXPECT_EQ(GetOutput("bytes"), "6 bytes: 01 ff 74 65 78 74");
+    EXPECT_EQ(GetOutput("noBytes"), "0 bytes");
 }
 
 TEST_P(PrintersTest, ShowsTheFirstOfManyBytes)
 {
-    EXPECT_TRUE(Shown("manyBytes").starts_with("1000 bytes: ab ab ")) << Shown("manyBytes");
-    EXPECT_TRUE(Shown("manyBytes").ends_with(" ab ...")) << Shown("manyBytes");
+    EXPECT_TRUE(GetOutput("manyBytes").starts_with("1000 bytes: ab ab ")) << GetOutput("manyBytes");
+    EXPECT_TRUE(GetOutput("manyBytes").ends_with(" ab ...")) << GetOutput("manyBytes");
 }
 
-TEST_P(PrintersTest, ShowsADateAsItsIsoText)
+TEST_P(PrintersTest, ShowsADateAsAnIsoString)
 {
-    EXPECT_EQ(Shown("date"), "2009-03-07 07:04:09 Z");
+    EXPECT_EQ(GetOutput("date"), "2009-03-07 07:04:09 Z");
 }
 
 TEST_P(PrintersTest, ShowsAnInvalidDate)
 {
-    EXPECT_EQ(Shown("noDate"), "invalid");
+    EXPECT_EQ(GetOutput("noDate"), "invalid");
 }
 
 TEST_P(PrintersTest, ShowsAGroupWithItsNameAndValue)
 {
-    EXPECT_EQ(Shown("group"), "count 2 = {object = group 1 = {name = \"word\", value = \"bb\"}}");
+    EXPECT_EQ(GetOutput("group"),
+              "count 2 = {object = group 1 = {name = \"word\", value = \"bb\"}}");
 }
 
 TEST_P(PrintersTest, ShowsAMatchWithItsGroups)
 {
-    EXPECT_THAT(Shown("match"), HasSubstr("object = match = {pattern = \"(?<word>b+)\", subject = "
-                                          "\"abbc\", groups = "));
-    EXPECT_THAT(Shown("match"), HasSubstr("object = group 0 = {name = \"\", value = \"bb\"}"));
+    EXPECT_THAT(GetOutput("match"),
+                HasSubstr("object = match = {pattern = \"(?<word>b+)\", subject = "
+                          "\"abbc\", groups = "));
+    EXPECT_THAT(GetOutput("match"), HasSubstr("object = group 0 = {name = \"\", value = \"bb\"}"));
 }
 
 TEST_P(PrintersTest, ShowsThatAPatternDidNotMatch)
 {
-    EXPECT_THAT(Shown("noMatch"), HasSubstr("object = no match, code -1"));
+    EXPECT_THAT(GetOutput("noMatch"), HasSubstr("object = no match, code -1"));
 }
 
 TEST_P(PrintersTest, ShowsTheSettingsOfAnIniFile)
 {
-    EXPECT_EQ(Shown("settings"),
+    EXPECT_EQ(GetOutput("settings"),
               TOOLKIT_LIBRARY_IS_DESCRIBED
                   ? "loaded = {[window] width = 800, [window] title = caf\u00E9}"
                   : "loaded, settings unknown without debug information of the library");
-    EXPECT_EQ(Shown("noSettings"), "not loaded");
+    EXPECT_EQ(GetOutput("noSettings"), "not loaded");
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, PrintersTest, testing::Values("live", "core"),
+INSTANTIATE_TEST_SUITE_P(Targets, PrintersTest, testing::Values("live", "core"),
                          [](const auto& kind) { return std::string(kind.param); });
 
 } // namespace

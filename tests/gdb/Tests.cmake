@@ -1,4 +1,4 @@
-# The pretty-printers for gdb. A sanitizer's process is no place for a debugger.
+# The pretty-printers for gdb. They are not tested under a sanitizer.
 if(TOOLKIT_SANITIZE)
     return()
 endif()
@@ -10,5 +10,5 @@ target_compile_definitions(
             TOOLKIT_LIBRARY_IS_DESCRIBED=$<CONFIG:Debug,RelWithDebInfo>
 )
 toolkit_test_program(PrintersTest TOOLKIT_PRINTERS_PROGRAM gdb/PrintersProgram.cpp)
-# Variables are described and stay where they are.
+# gdb finds variables only with debug information, and reliably only without optimization.
 target_compile_options(PrintersProgram PRIVATE -O0 -g)
