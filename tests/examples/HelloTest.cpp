@@ -6,7 +6,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-TEST(HelloTest, SaysHelloInItsLog)
+TEST(HelloTest, WritesHelloToItsLog)
 {
     const InstalledProgram hello(HELLO_PROGRAM);
 
@@ -18,7 +18,7 @@ TEST(HelloTest, SaysHelloInItsLog)
                                                    hello.Name() + "\n"));
 }
 
-TEST(HelloTest, ReportsTheLogThatIsReallyOpen)
+TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
 {
     const InstalledProgram hello(HELLO_PROGRAM);
     std::filesystem::create_directory(hello.LogPath());

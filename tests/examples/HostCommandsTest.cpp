@@ -41,7 +41,7 @@ private:
 
 using HostCommandsTest = HostWithPlugIns;
 
-TEST_F(HostCommandsTest, LooksIntoAnArchive)
+TEST_F(HostCommandsTest, ListsAndSearchesAnArchive)
 {
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
@@ -56,11 +56,11 @@ TEST_F(HostCommandsTest, LooksIntoAnArchive)
     for (auto [arguments, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(arguments));
         arguments.insert(arguments.end(), {"-archive", archive});
-        EXPECT_EQ(ResultOf(host, arguments), expected);
+        EXPECT_EQ(RunForResult(host, arguments), expected);
     }
 }
 
-TEST_F(HostCommandsTest, SearchesEntriesAsTheyAre)
+TEST_F(HostCommandsTest, SearchesEntriesWithUnusualContents)
 {
     const std::string longLine(2 << 20, 'x');
     const std::string archive =
@@ -70,7 +70,7 @@ TEST_F(HostCommandsTest, SearchesEntriesAsTheyAre)
                                  {"nulls", std::string("fog\0 fog\n", 9)}}));
     const ServingHost host(m_host);
 
-    EXPECT_EQ(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog$"}),
+    EXPECT_EQ(RunForResult(host, {"search", "-archive", archive, "-pattern", "fog$"}),
               "blocks:2: fog\nblocks:4: fog\n"
               "latin:1: café fog\n"
               // A line of more than 1 MiB is split.
@@ -78,7 +78,7 @@ TEST_F(HostCommandsTest, SearchesEntriesAsTheyAre)
               "nulls:1: fog  fog\n");
 }
 
-TEST_F(HostCommandsTest, WarnsOfWhatCannotBeReadOfAnArchive)
+TEST_F(HostCommandsTest, WarnsAboutDamagedAndEncryptedEntries)
 {
     constexpr std::uint16_t encrypted = 1;
     RawEntry damaged{"damaged", "fog one\nfog two\n"};
@@ -88,7 +88,7 @@ TEST_F(HostCommandsTest, WarnsOfWhatCannotBeReadOfAnArchive)
     const std::string archive = Write("odd.zip", RawZip({damaged, secret, {"whole", "fog\n"}}));
     ServingHost host(m_host);
 
-    EXPECT_THAT(ResultOf(host, {"search", "-archive", archive, "-pattern", "fog"}),
+    EXPECT_THAT(RunForResult(host, {"search", "-archive", archive, "-pattern", "fog"}),
                 EndsWith("whole:1: fog\n"));
     Quit(host);
 
@@ -97,21 +97,21 @@ TEST_F(HostCommandsTest, WarnsOfWhatCannotBeReadOfAnArchive)
                       ContainsRegex("\n1 [^\n]*the entry secret is encrypted and was not")));
 }
 
-TEST_F(HostCommandsTest, ShowsNamesInAnArchiveWithoutControlCharacters)
+TEST_F(HostCommandsTest, EscapesControlCharactersInEntryNames)
 {
     RawEntry secret{"\x1B]0;evil\x07\n0 1 : 1 : forged", "fog\n"};
     secret.flags = 1;
     const std::string archive = Write("odd.zip", RawZip({secret}));
     ServingHost host(m_host);
 
-    ResultOf(host, {"search", "-archive", archive, "-pattern", "fog"});
+    RunForResult(host, {"search", "-archive", archive, "-pattern", "fog"});
     Quit(host);
 
     EXPECT_THAT(m_host.Log(), HasSubstr("the entry \\x1B]0;evil\\x07\\x0A0 1 : 1 : forged is"));
     EXPECT_THAT(m_host.Log(), Not(HasSubstr("\x1B")));
 }
 
-TEST_F(HostCommandsTest, FindsFilesInAFolder)
+TEST_F(HostCommandsTest, FindsLinesInTheFilesOfAFolder)
 {
     Write("texts/b.txt", "clear\nfog one");
     Write("texts/a.txt", std::string("fog\0in it\n", 10));
@@ -129,11 +129,11 @@ TEST_F(HostCommandsTest, FindsFilesInAFolder)
     for (const auto& [options, expected] : cases) {
         Arguments arguments = {"find", "-folder", File("texts"), "-pattern", "fog"};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        EXPECT_EQ(ResultOf(host, arguments), expected);
+        EXPECT_EQ(RunForResult(host, arguments), expected);
     }
 }
 
-TEST_F(HostCommandsTest, EncodesAndDecodesTwoEncodings)
+TEST_F(HostCommandsTest, EncodesAndDecodesInBothEncodings)
 {
     const ServingHost host(m_host);
     const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
@@ -147,7 +147,7 @@ TEST_F(HostCommandsTest, EncodesAndDecodesTwoEncodings)
     for (const auto& [command, encoding, input, expected] : cases) {
         SCOPED_TRACE(input);
         const std::string path = Write("input", input);
-        EXPECT_EQ(ResultOf(host, {command, "-in", path, "-as", encoding}), expected);
+        EXPECT_EQ(RunForResult(host, {command, "-in", path, "-as", encoding}), expected);
     }
 }
 
@@ -165,14 +165,15 @@ TEST_F(HostCommandsTest, DecodesWhatItEncoded)
          {std::pair("base64", bytes), std::pair("quoted-printable", text)}) {
         SCOPED_TRACE(encoding);
         const std::string encoded =
-            ResultOf(host, {"encode", "-in", Write("input", input), "-as", encoding});
+            RunForResult(host, {"encode", "-in", Write("input", input), "-as", encoding});
         EXPECT_THAT(encoded, Not(ContainsRegex("[^\n]{78}")));
         Write("encoded", encoded);
-        EXPECT_TRUE(ResultOf(host, {"decode", "-in", File("encoded"), "-as", encoding}) == input);
+        EXPECT_TRUE(RunForResult(host, {"decode", "-in", File("encoded"), "-as", encoding}) ==
+                    input);
     }
 }
 
-TEST_F(HostCommandsTest, SaysWhyItFails)
+TEST_F(HostCommandsTest, ReportsWhyItFails)
 {
     const std::string text = Write("text", "=XY\n");
     const std::string bytes = Write("bytes", "\xFF\n");
@@ -198,24 +199,24 @@ TEST_F(HostCommandsTest, SaysWhyItFails)
         {{"fail"}, "it does not say why"}};
 
     for (const auto& [arguments, expected] : cases)
-        EXPECT_EQ(OutcomeOf(host, arguments), "failed: " + expected);
-    EXPECT_THAT(OutcomeOf(host, {"search", "-archive", archive, "-pattern", "("}),
+        EXPECT_EQ(RunForOutcome(host, arguments), "failed: " + expected);
+    EXPECT_THAT(RunForOutcome(host, {"search", "-archive", archive, "-pattern", "("}),
                 HasSubstr(" (@offset: 1) ("));
-    EXPECT_THAT(NamesInDirectory(), UnorderedElementsAre("text", "bytes", "texts.zip"));
+    EXPECT_THAT(ListDirectory(), UnorderedElementsAre("text", "bytes", "texts.zip"));
 }
 
-TEST_F(HostCommandsTest, LogsAFailureAndLeavesTheOldResult)
+TEST_F(HostCommandsTest, LogsAFailureAndKeepsTheOldResult)
 {
     Write("result", "old");
     ServingHost host(m_host);
 
-    OutcomeOf(host, {"throw-error"});
+    RunForOutcome(host, {"throw-error"});
     Quit(host);
 
     EXPECT_THAT(m_host.Log(), ContainsRegex("\n0 [0-9]+ : [0-9]+ : OnOperationEnded : "
                                             "1 throw-error: failed: thrown by a command\n"));
     EXPECT_EQ(ReadWholeFile(File("result")), "old");
-    EXPECT_THAT(NamesInDirectory(), ElementsAre("result"));
+    EXPECT_THAT(ListDirectory(), ElementsAre("result"));
 }
 
 TEST_F(HostCommandsTest, FailsWhenAResultCannotBeWritten)
@@ -229,7 +230,7 @@ TEST_F(HostCommandsTest, FailsWhenAResultCannotBeWritten)
               "failed: cannot write /none/result: No such file or directory");
 }
 
-TEST_F(HostCommandsTest, WritesAResultToRegularFilesAlone)
+TEST_F(HostCommandsTest, WritesAResultToRegularFilesOnly)
 {
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
@@ -254,7 +255,7 @@ TEST_F(HostCommandsTest, WritesAResultToRegularFilesAlone)
 }
 
 // Another user may create links under names that the host writes temporarily.
-TEST_F(HostCommandsTest, FollowsNoLinkThatLiesInWaitForAResult)
+TEST_F(HostCommandsTest, DoesNotFollowALinkAtATemporaryName)
 {
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
@@ -263,7 +264,8 @@ TEST_F(HostCommandsTest, FollowsNoLinkThatLiesInWaitForAResult)
     for (const std::string& suffix : {"." + process + "-1", "." + process, std::string(".tmp")})
         std::filesystem::create_symlink(victim, File("result" + suffix));
 
-    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
+              "9\tfolder/two.txt\n19\tone.txt\n");
 
     EXPECT_EQ(ReadWholeFile(victim), "untouched");
 }
@@ -277,25 +279,25 @@ TEST_F(HostCommandsTest, KeepsThePermissionsOfAReplacedResult)
     for (const perms permissions : {perms(0600), perms(0640), perms(0664)}) {
         Write("result", "old");
         std::filesystem::permissions(File("result"), permissions);
-        ResultOf(host, {"list", "-archive", archive});
+        RunForResult(host, {"list", "-archive", archive});
         EXPECT_EQ(std::filesystem::status(File("result")).permissions(), permissions);
     }
 }
 
-TEST_F(HostCommandsTest, CreatesAResultAsTheUmaskSays)
+TEST_F(HostCommandsTest, AppliesTheUmaskToANewResult)
 {
     const std::string archive = WriteArchive();
     const mode_t oldMask = ::umask(027);
     const ServingHost host(m_host);
     ::umask(oldMask);
 
-    ResultOf(host, {"list", "-archive", archive});
+    RunForResult(host, {"list", "-archive", archive});
 
     EXPECT_EQ(std::filesystem::status(File("result")).permissions(), std::filesystem::perms(0640));
 }
 
 // Only root can create a file that belongs to another user.
-TEST_F(HostCommandsTest, DoesNotReplaceTheFileOfSomebodyElse)
+TEST_F(HostCommandsTest, DoesNotReplaceAFileOfAnotherUser)
 {
     constexpr uid_t nobody = 65534;
     const std::string archive = WriteArchive();
@@ -304,7 +306,7 @@ TEST_F(HostCommandsTest, DoesNotReplaceTheFileOfSomebodyElse)
         GTEST_SKIP() << "needs root";
     const ServingHost host(m_host);
 
-    EXPECT_EQ(OutcomeOf(host, {"list", "-archive", archive}),
+    EXPECT_EQ(RunForOutcome(host, {"list", "-archive", archive}),
               "failed: cannot write " + File("result") + ": it belongs to another user");
     EXPECT_EQ(ReadWholeFile(File("result")), "theirs");
 }
@@ -315,12 +317,12 @@ TEST_F(HostCommandsTest, ReportsAFullDisk)
     const FileSizeLimit limit(16'384);
     const ServingHost host(m_host);
 
-    EXPECT_EQ(OutcomeOf(host, {"encode", "-in", input, "-as", "base64"}),
+    EXPECT_EQ(RunForOutcome(host, {"encode", "-in", input, "-as", "base64"}),
               "failed: cannot write " + File("result") + ": File too large");
     EXPECT_FALSE(std::filesystem::exists(File("result")));
 }
 
-TEST_F(HostCommandsTest, ResolvesRelativePathsInTheDirectoryOfTheLaterStart)
+TEST_F(HostCommandsTest, ResolvesRelativePathsWhereTheCommandIsStarted)
 {
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
@@ -332,13 +334,13 @@ TEST_F(HostCommandsTest, ResolvesRelativePathsInTheDirectoryOfTheLaterStart)
     EXPECT_EQ(ReadWholeFile(File("relative")), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostCommandsTest, PassesSpacesAndOtherScriptsInEveryLocale)
+TEST_F(HostCommandsTest, PassesSpacesAndNonAsciiInTheCLocale)
 {
     const ScopedEnvironment locale("LC_ALL", "C");
     Write("ein Ordner/nöte.txt", "å  b\n");
     const ServingHost host(m_host);
 
-    EXPECT_EQ(ResultOf(host, {"find", "-folder", File("ein Ordner"), "-pattern", "^å  \\w$"}),
+    EXPECT_EQ(RunForResult(host, {"find", "-folder", File("ein Ordner"), "-pattern", "^å  \\w$"}),
               "nöte.txt:1: å  b\n");
 }
 

@@ -44,7 +44,7 @@ TEST_F(HostPlugInsTest, ShowsTheCommandsOfAllPlugIns)
             "Command find            lines of a folder's files that match a regular expression\n"));
 }
 
-TEST_F(HostPlugInsTest, LogsLoadAndReleaseInOppositeOrders)
+TEST_F(HostPlugInsTest, StartsPlugInsByNameAndStopsThemInReverse)
 {
     for (const char* const library : {FIND_PLUG_IN, ENCODE_PLUG_IN, ARCHIVE_PLUG_IN})
         m_host.InstallPlugIn(library);
@@ -60,7 +60,7 @@ TEST_F(HostPlugInsTest, LogsLoadAndReleaseInOppositeOrders)
                                                      "Stopping after [0-9]+ ms\n$"));
 }
 
-TEST_F(HostPlugInsTest, LeavesOutWhatIsUnusableAndSaysWhy)
+TEST_F(HostPlugInsTest, OmitsUnusablePlugInsAndReportsWhy)
 {
     const std::pair<const char*, const char*> cases[] = {
         {NO_FUNCTION_PLUG_IN, "it has no function GetHostPlugIn"},
@@ -85,7 +85,7 @@ TEST_F(HostPlugInsTest, LeavesOutWhatIsUnusableAndSaysWhy)
 }
 
 // The host tries the unusable file before a usable one.
-TEST_F(HostPlugInsTest, LeavesOutAFileThatIsNoLibrary)
+TEST_F(HostPlugInsTest, OmitsAFileThatIsNotALibrary)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);
     const std::string path = m_host.PlugInsPath() / "a-text.so";
@@ -98,7 +98,7 @@ TEST_F(HostPlugInsTest, LeavesOutAFileThatIsNoLibrary)
     EXPECT_THAT(result.output, HasSubstr("Command find "));
 }
 
-TEST_F(HostPlugInsTest, LeavesOutALibraryThatLacksASymbolAndNamesTheSymbol)
+TEST_F(HostPlugInsTest, OmitsALibraryWithAnUndefinedSymbolAndNamesIt)
 {
     const std::string path = m_host.PlugInsPath() / "unresolved.so";
     m_host.InstallPlugIn(UNRESOLVED_PLUG_IN);
@@ -110,7 +110,7 @@ TEST_F(HostPlugInsTest, LeavesOutALibraryThatLacksASymbolAndNamesTheSymbol)
     EXPECT_THAT(m_host.Log(), HasSubstr("undefined symbol: GetTideTable\n"));
 }
 
-TEST_F(HostPlugInsTest, DoesNotLookAtOtherFiles)
+TEST_F(HostPlugInsTest, IgnoresOtherFilesAndFolders)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);
     std::ofstream(m_host.PlugInsPath() / "readme.txt") << "This is no library.\n";
@@ -121,7 +121,7 @@ TEST_F(HostPlugInsTest, DoesNotLookAtOtherFiles)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(HostPlugInsTest, TakesTheFolderFromOptionOrSettings)
+TEST_F(HostPlugInsTest, ReadsTheFolderFromAnOptionOrTheSettings)
 {
     const TempDir elsewhere;
     std::filesystem::copy_file(FIND_PLUG_IN, elsewhere.Path() / "find.so");

@@ -30,7 +30,7 @@ using testing::Not;
 using testing::SizeIs;
 
 // Calls `work` with each number below `count`, each on its own thread.
-void AtOnce(int count, const std::function<void(int)>& work)
+void RunInThreads(int count, const std::function<void(int)>& work)
 {
     std::vector<std::thread> threads;
     for (int i = 0; i < count; ++i)
@@ -40,7 +40,7 @@ void AtOnce(int count, const std::function<void(int)>& work)
 }
 
 // Returns the time allowed for something that takes `seconds` at most: longer under a sanitizer.
-std::chrono::seconds Allowed(int seconds)
+std::chrono::seconds GetTimeLimit(int seconds)
 {
 #ifdef TOOLKIT_SANITIZER
     return std::chrono::seconds(4 * seconds);
@@ -67,7 +67,7 @@ protected:
     }
 };
 
-TEST_F(HostServerTest, SaysWhatALaterStartCannotHandOver)
+TEST_F(HostServerTest, ReportsCommandsThatCannotBeHandedOver)
 {
     const ServingHost host(m_host);
 
@@ -82,7 +82,7 @@ TEST_F(HostServerTest, SaysWhatALaterStartCannotHandOver)
     EXPECT_EQ(quotes.errors, "host: No argument may hold both spaces and quotes.\n");
 }
 
-TEST_F(HostServerTest, FailsCommandsWithoutAHostThatServes)
+TEST_F(HostServerTest, FailsWithoutAServingHost)
 {
     for (const Arguments& arguments : {Arguments{"list", "-out", "x"}, Arguments{"-quit"}}) {
         const ProgramResult result = m_host.Run(arguments);
@@ -91,7 +91,7 @@ TEST_F(HostServerTest, FailsCommandsWithoutAHostThatServes)
     }
 }
 
-TEST_F(HostServerTest, LeavesServingToTheFirstHost)
+TEST_F(HostServerTest, LetsOnlyTheFirstHostServe)
 {
     ServingHost host(m_host);
 
@@ -110,14 +110,15 @@ TEST_F(HostServerTest, AcceptsCommandsWithAReadOnlyHome)
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
-    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
+              "9\tfolder/two.txt\n19\tone.txt\n");
     EXPECT_EQ(m_host.Run({"-serve"}).output, c_handedOver);
 
     Quit(host);
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
 }
 
-TEST_F(HostServerTest, ReplacesAKilledHostThoughHomeIsReadOnly)
+TEST_F(HostServerTest, ReplacesAKilledHostWithAReadOnlyHome)
 {
     const ScopedEnvironment home("HOME", "/proc");
     ServingHost killed(m_host);
@@ -131,19 +132,20 @@ TEST_F(HostServerTest, ReplacesAKilledHostThoughHomeIsReadOnly)
 }
 
 // Sends the longest message that a server accepts.
-bool SendLongText(const ServingHost& host)
+bool SendLongMessage(const ServingHost& host)
 {
     return IPCClient::Connect(UTF8::ToUNICODE(host.Socket()), std::wstring(16 << 20, L'x'));
 }
 
-TEST_F(HostServerTest, RefusesACommandOfUnreasonableLength)
+TEST_F(HostServerTest, RejectsACommandThatIsTooLong)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
-    EXPECT_TRUE(SendLongText(host));
+    EXPECT_TRUE(SendLongMessage(host));
 
-    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
+              "9\tfolder/two.txt\n19\tone.txt\n");
     Quit(host);
     EXPECT_THAT(m_host.Log(), HasSubstr("A command must not be longer than 1 Mi characters"));
 }
@@ -174,7 +176,7 @@ private:
     const pid_t m_process;
 };
 
-TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
+TEST_F(HostServerTest, SurvivesAMessageThatDoesNotFitIntoMemory)
 {
 #ifdef TOOLKIT_SANITIZER
     GTEST_SKIP() << "the sanitizer's own memory is limited too, and ends the process";
@@ -183,23 +185,23 @@ TEST_F(HostServerTest, SurvivesATextThatDoesNotFitIntoMemory)
     ServingHost host(m_host);
 
     // Waits until the event loop runs: wxWidgets cannot start one without memory.
-    ResultOf(host, {"list", "-archive", archive});
+    RunForResult(host, {"list", "-archive", archive});
 
     for (const rlim_t mebibytes :
          std::initializer_list<rlim_t>{16, 48, 80, 112, 144, 176, 208, 240, 272}) {
         SCOPED_TRACE(mebibytes);
         {
             const ScopedMemoryLimit limit(host.ProcessId(), mebibytes << 20);
-            SendLongText(host);
+            SendLongMessage(host);
         }
-        ASSERT_EQ(ResultOf(host, {"list", "-archive", archive}),
+        ASSERT_EQ(RunForResult(host, {"list", "-archive", archive}),
                   "9\tfolder/two.txt\n19\tone.txt\n");
     }
     Quit(host);
 }
 
 // The test locks the second log, as another host running beside the serving one would.
-TEST_F(HostServerTest, ReportsTheOwnLogOfAThirdHost)
+TEST_F(HostServerTest, ReportsTheSeparateLogOfAThirdHost)
 {
     Write("notes.txt", "clear\n");
     const std::string settings = Write("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");
@@ -223,14 +225,14 @@ TEST_F(HostServerTest, ReportsTheOwnLogOfAThirdHost)
 }
 
 // Runs 200 commands, eight processes at a time.
-TEST_F(HostServerTest, LosesNoCommandOfMany)
+TEST_F(HostServerTest, RunsEachOfManyConcurrentCommands)
 {
     constexpr int processes = 8;
     constexpr int commands = 200;
     const std::string archive = WriteNumberedLines(commands);
     ServingHost host(m_host);
 
-    AtOnce(processes, [&](int process) {
+    RunInThreads(processes, [&](int process) {
         for (int i = process; i < commands; i += processes) {
             const std::string line = "^line " + std::to_string(i) + "$";
             const ProgramResult result = m_host.Run(
@@ -253,14 +255,14 @@ TEST_F(HostServerTest, LosesNoCommandOfMany)
 
 // Some commands reach the host while it ends. It still runs each one that was reported as handed
 // over.
-TEST_F(HostServerTest, LosesNoCommandWhileTheHostEnds)
+TEST_F(HostServerTest, RunsEachHandedOverCommandWhileEnding)
 {
     constexpr int processes = 8;
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
     std::vector<std::vector<std::string>> results(processes);
 
-    AtOnce(processes + 1, [&](int process) {
+    RunInThreads(processes + 1, [&](int process) {
         if (process == processes) {
             host.AwaitLine("20 list: done");
             EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
@@ -276,8 +278,8 @@ TEST_F(HostServerTest, LosesNoCommandWhileTheHostEnds)
     });
 
     EXPECT_EQ(host.WaitForExitCode(), 0);
-    for (const std::vector<std::string>& ofOneProcess : results) {
-        for (const std::string& result : ofOneProcess)
+    for (const std::vector<std::string>& processResults : results) {
+        for (const std::string& result : processResults)
             EXPECT_TRUE(std::filesystem::exists(result)) << result;
     }
 }
@@ -294,7 +296,7 @@ TEST_F(HostServerTest, ShowsTheProgressOfALongCommand)
     EXPECT_THAT(host.AwaitOutcome("1 wait"), testing::StartsWith("done in "));
 }
 
-TEST_F(HostServerTest, ShowsABarThatTheNextLineReplaces)
+TEST_F(HostServerTest, ShowsAProgressBarThatTheNextLineReplaces)
 {
     const ScopedEnvironment terminal("TERM", "xterm");
     const std::string archive = WriteArchive();
@@ -319,7 +321,7 @@ TEST_F(HostServerTest, ShowsACountWhenTheTotalIsUnknown)
     EXPECT_THAT(host.ReadUntil(" rounds"), ContainsRegex("\r\x1B\\[K1 wait: [0-9]+ rounds$"));
 }
 
-TEST_F(HostServerTest, PrintsLinesOnATerminalThatCannotRewriteOne)
+TEST_F(HostServerTest, PrintsProgressLinesOnADumbTerminal)
 {
     const ScopedEnvironment terminal("TERM", "dumb");
     const std::string archive = WriteArchive();
@@ -332,7 +334,7 @@ TEST_F(HostServerTest, PrintsLinesOnATerminalThatCannotRewriteOne)
                 EndsWith("1 list: 2 of 2 entries\r\n1 list: done in "));
 }
 
-TEST_F(HostServerTest, WaitsForTheCommandsBeforeQuit)
+TEST_F(HostServerTest, CompletesEarlierCommandsBeforeQuitting)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
@@ -351,13 +353,13 @@ TEST_F(HostServerTest, WaitsForTheCommandsBeforeQuit)
         EXPECT_EQ(ReadWholeFile(File(name)), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostServerTest, LeavesNothingButTheWholeLogAfterQuit)
+TEST_F(HostServerTest, LeavesOnlyACompleteLogAfterQuitting)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
     EXPECT_TRUE(std::filesystem::is_socket(host.Socket()));
 
-    ResultOf(host, {"list", "-archive", archive});
+    RunForResult(host, {"list", "-archive", archive});
     Quit(host);
 
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
@@ -383,12 +385,13 @@ TEST_F(HostServerTest, ReplacesAKilledHost)
     EXPECT_FALSE(std::filesystem::exists(File("result")));
     ServingHost next(m_host);
 
-    EXPECT_EQ(ResultOf(next, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    EXPECT_EQ(RunForResult(next, {"list", "-archive", archive}),
+              "9\tfolder/two.txt\n19\tone.txt\n");
     Quit(next);
     EXPECT_FALSE(std::filesystem::exists(next.Socket()));
 }
 
-TEST_F(HostServerTest, GivesUpWhatRunsAndStopsInOrderAtASignal)
+TEST_F(HostServerTest, CancelsTheRunningCommandAndStopsAtASignal)
 {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ServingHost host(m_host);
@@ -402,11 +405,11 @@ TEST_F(HostServerTest, GivesUpWhatRunsAndStopsInOrderAtASignal)
         EXPECT_EQ(host.WaitForExitCode(), 0);
         EXPECT_FALSE(std::filesystem::exists(host.Socket()));
         EXPECT_THAT(m_host.Log(), ContainsRegex("Stopping after [0-9]+ ms\n$"));
-        EXPECT_THAT(NamesInDirectory(), SizeIs(0));
+        EXPECT_THAT(ListDirectory(), SizeIs(0));
     }
 }
 
-TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalThoughACommandGoesOn)
+TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalDespiteABusyCommand)
 {
     ServingHost host(m_host);
     for (int i = 0; i < 3; ++i)
@@ -418,9 +421,9 @@ TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalThoughACommandGoesOn)
     host.AwaitRest();
 
     EXPECT_EQ(host.WaitForExitCode(), 1);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, Allowed(5));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, GetTimeLimit(5));
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
-    EXPECT_THAT(NamesInDirectory(), SizeIs(0));
+    EXPECT_THAT(ListDirectory(), SizeIs(0));
     EXPECT_THAT(m_host.Log(),
                 EndsWith("Fail : 1 wait-blindly: does not stop; the host ends without it\n"));
 }
@@ -440,7 +443,7 @@ TEST_F(HostServerTest, EndsAtOnceAtASecondSignal)
     }
 }
 
-TEST_F(HostServerTest, KeepsIgnoringASignalThatIsIgnoredAtTheStart)
+TEST_F(HostServerTest, KeepsIgnoringASignalIgnoredAtTheStart)
 {
     const auto oldHandler = std::signal(SIGHUP, SIG_IGN);
     ServingHost host(m_host);
@@ -448,12 +451,12 @@ TEST_F(HostServerTest, KeepsIgnoringASignalThatIsIgnoredAtTheStart)
 
     host.Send(SIGHUP);
 
-    EXPECT_THAT(OutcomeOf(host, {"list", "-archive", WriteArchive()}),
+    EXPECT_THAT(RunForOutcome(host, {"list", "-archive", WriteArchive()}),
                 testing::StartsWith("done in "));
     Quit(host);
 }
 
-TEST_F(HostServerTest, GivesUpTheCommandsThatWaitAtASignal)
+TEST_F(HostServerTest, CancelsWaitingCommandsAtASignal)
 {
     ServingHost host(m_host);
     HandOver({"wait", "-until", File("never")});
@@ -468,7 +471,7 @@ TEST_F(HostServerTest, GivesUpTheCommandsThatWaitAtASignal)
 }
 
 // The new host finds the plug-ins in the folder that was passed to the first one.
-TEST_F(HostServerTest, ServesAgainByTheSameCommandLineAfterARestart)
+TEST_F(HostServerTest, ServesWithTheSameCommandLineAfterARestart)
 {
     const std::string archive = WriteArchive();
     const std::filesystem::path plugIns = m_directory.Path() / "some plug-ins";
@@ -479,7 +482,8 @@ TEST_F(HostServerTest, ServesAgainByTheSameCommandLineAfterARestart)
     EXPECT_EQ(host.WaitForExitCode(), 0);
     host.AwaitService();
 
-    EXPECT_EQ(ResultOf(host, {"list", "-archive", archive}), "9\tfolder/two.txt\n19\tone.txt\n");
+    EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
+              "9\tfolder/two.txt\n19\tone.txt\n");
     EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
     host.AwaitRest();
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
@@ -490,7 +494,7 @@ TEST_F(HostServerTest, ServesAgainByTheSameCommandLineAfterARestart)
                                     ContainsRegex("Stopping after [0-9]+ ms\n$")));
 }
 
-TEST_F(HostServerTest, WritesALogOfItsOwnBesideAnotherHost)
+TEST_F(HostServerTest, WritesASeparateLogBesideAnotherHost)
 {
     Write("notes.txt", "clear\n");
     const std::string settings = Write("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");

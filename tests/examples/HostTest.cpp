@@ -38,7 +38,7 @@ protected:
         WriteFile("host.ini", "[Text]\nfile=notes.txt\nfind=fog\n");
     }
 
-    std::vector<std::string> LogLines() const
+    std::vector<std::string> ReadLogLines() const
     {
         std::vector<std::string> lines;
         std::istringstream log(m_host.Log());
@@ -50,7 +50,7 @@ protected:
     const InstalledProgram m_host{HOST_PROGRAM};
 };
 
-TEST_F(HostTest, ShowsWhatItFoundOut)
+TEST_F(HostTest, ShowsFactsAboutTheProgramAndPlatform)
 {
     InstallShippedFiles();
 
@@ -98,7 +98,7 @@ TEST_F(HostTest, CompletesTheLogBeforeItEnds)
     m_host.Run({});
 
     const std::string begin = "2 [0-9]+ : [0-9]+ : ";
-    EXPECT_THAT(LogLines(),
+    EXPECT_THAT(ReadLogLines(),
                 ElementsAre(MatchesRegex(begin + "Run : Settings read: .*/host.ini"),
                             MatchesRegex("2  : wx : [0-9]+ : Process [0-9]+ of the user .*"),
                             MatchesRegex(begin + "Examine : line 1: fog one"),
@@ -107,7 +107,7 @@ TEST_F(HostTest, CompletesTheLogBeforeItEnds)
                             MatchesRegex(begin + "Release : Stopping after [0-9]+ ms")));
 }
 
-TEST_F(HostTest, ReadsOtherSettingsNamedByAnOption)
+TEST_F(HostTest, ReadsTheSettingsFileNamedByAnOption)
 {
     WriteFile("notes.txt", "clear\n");
     const std::string settings = WriteFile("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");
@@ -117,7 +117,7 @@ TEST_F(HostTest, ReadsOtherSettingsNamedByAnOption)
     EXPECT_THAT(result.output, HasSubstr("1 of 1 lines contain \"clear\".\n"));
 }
 
-TEST_F(HostTest, AcceptsTheWholePathOfAText)
+TEST_F(HostTest, AcceptsAnAbsolutePathInTheSettings)
 {
     const TempDir elsewhere;
     elsewhere.WriteFile(L"notes.txt", "clear\n");
@@ -129,7 +129,7 @@ TEST_F(HostTest, AcceptsTheWholePathOfAText)
     EXPECT_THAT(result.output, HasSubstr("1 of 1 lines contain \"clear\".\n"));
 }
 
-TEST_F(HostTest, NamesTheLogAsTheSettingsSay)
+TEST_F(HostTest, ReadsTheLogNameFromTheSettings)
 {
     const std::string log = m_host.Name() + "-named";
     WriteFile("notes.txt", "clear\n");
@@ -143,7 +143,7 @@ TEST_F(HostTest, NamesTheLogAsTheSettingsSay)
     std::filesystem::remove(path);
 }
 
-TEST_F(HostTest, LeavesTheScreenEmptyButNotTheLogWhenQuiet)
+TEST_F(HostTest, PrintsNothingButStillLogsWhenQuiet)
 {
     InstallSmallText();
 
@@ -155,29 +155,30 @@ TEST_F(HostTest, LeavesTheScreenEmptyButNotTheLogWhenQuiet)
     EXPECT_THAT(m_host.Log(), HasSubstr("2 of 3 lines contain \"fog\".\n"));
 }
 
-TEST_F(HostTest, PrefersTheLevelOfTheCommandLineToTheSettings)
+TEST_F(HostTest, PrefersTheLogLevelOfTheCommandLine)
 {
     WriteFile("notes.txt", "clear\n");
     WriteFile("host.ini", "[Log]\nlevel=1\n[Text]\nfile=notes.txt\n");
 
     m_host.Run({});
-    EXPECT_THAT(LogLines(), IsEmpty());
+    EXPECT_THAT(ReadLogLines(), IsEmpty());
 
     m_host.Run({"-level", "2"});
-    EXPECT_THAT(LogLines(), testing::Not(IsEmpty()));
+    EXPECT_THAT(ReadLogLines(), testing::Not(IsEmpty()));
 }
 
-TEST_F(HostTest, LogsWhatGoesWrongAtTheLevelOfErrors)
+TEST_F(HostTest, LogsOnlyErrorsAtLevel0)
 {
     WriteFile("host.ini", "[Text]\nfile=none.txt\n");
 
     m_host.Run({"-level", "0"});
 
-    EXPECT_THAT(LogLines(), ElementsAre(MatchesRegex(
-                                "0 [0-9]+ : [0-9]+ : Fail : Cannot read the text to search: .*")));
+    EXPECT_THAT(
+        ReadLogLines(),
+        ElementsAre(MatchesRegex("0 [0-9]+ : [0-9]+ : Fail : Cannot read the text to search: .*")));
 }
 
-TEST_F(HostTest, RefusesALevelThatIsNone)
+TEST_F(HostTest, RejectsAnInvalidLogLevel)
 {
     InstallSmallText();
 
@@ -190,7 +191,7 @@ TEST_F(HostTest, RefusesALevelThatIsNone)
     }
 }
 
-TEST_F(HostTest, ShowsTheUsageForAWrongCommandLine)
+TEST_F(HostTest, ShowsTheUsageForAnInvalidCommandLine)
 {
     InstallSmallText();
     const std::pair<std::vector<std::string>, const char*> cases[] = {
@@ -223,7 +224,7 @@ TEST_F(HostTest, ShowsTheUsageForHelp)
     }
 }
 
-TEST_F(HostTest, ShowsTheLogThatIsReallyOpen)
+TEST_F(HostTest, ShowsTheLogThatItActuallyOpened)
 {
     InstallSmallText();
     std::filesystem::create_directory(m_host.LogPath());
@@ -238,7 +239,7 @@ TEST_F(HostTest, ShowsTheLogThatIsReallyOpen)
     std::filesystem::remove(path);
 }
 
-TEST_F(HostTest, ShowsCharactersThatATerminalActsOn)
+TEST_F(HostTest, EscapesCharactersThatATerminalInterprets)
 {
     const ProgramResult result =
         m_host.Run({"-config", "a\x1B[31m\tb\xC2\x9B\xE2\x80\xAE\xC3\xB6"});
@@ -256,7 +257,7 @@ TEST_F(HostTest, FailsWithoutSettings)
                                  (m_host.ConfigurationPath() / "host.ini").native() + "\n");
 }
 
-TEST_F(HostTest, FailsWithoutItsText)
+TEST_F(HostTest, FailsWithoutTheTextToSearch)
 {
     WriteFile("host.ini", "[Text]\nfile=none.txt\n");
 
@@ -267,7 +268,7 @@ TEST_F(HostTest, FailsWithoutItsText)
                                  (m_host.ConfigurationPath() / "none.txt").native() + "\n");
 }
 
-TEST_F(HostTest, FailsWhenTheSettingsNameNoText)
+TEST_F(HostTest, FailsWhenTheSettingsDoNotNameAText)
 {
     const std::string settings = WriteFile("host.ini", "[Text]\n");
 
@@ -278,7 +279,7 @@ TEST_F(HostTest, FailsWhenTheSettingsNameNoText)
               "host: The settings name no text: [Text] file is missing in " + settings + "\n");
 }
 
-TEST_F(HostTest, ShowsNamesOutsideAsciiInEveryLocale)
+TEST_F(HostTest, ShowsNonAsciiNamesInTheCLocale)
 {
     const ScopedEnvironment locale("LC_ALL", "C");
     const std::string settings = WriteFile("söder.ini", "[Text]\nfile=nöte.txt\nfind=å\n");

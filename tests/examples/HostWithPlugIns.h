@@ -49,7 +49,7 @@ protected:
         return path;
     }
 
-    /// Hands over a command that writes its result to the file "result".
+    /// Hands over a command that writes its result to the file "result"; does not wait for it.
     void HandOver(Arguments arguments) const
     {
         arguments.insert(arguments.end(), {"-out", File("result")});
@@ -58,8 +58,8 @@ protected:
         EXPECT_EQ(result.output, c_handedOver);
     }
 
-    /// The bytes of a command's result.
-    std::string ResultOf(const ServingHost& host, const Arguments& arguments)
+    /// Hands over a command, waits until it succeeds and returns the bytes of its result.
+    std::string RunForResult(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
         EXPECT_THAT(host.AwaitOutcome(std::to_string(++m_commandCount) + " " + arguments[0]),
@@ -67,8 +67,8 @@ protected:
         return ReadWholeFile(File("result"));
     }
 
-    /// What the host shows at the end of a command.
-    std::string OutcomeOf(const ServingHost& host, const Arguments& arguments)
+    /// Hands over a command, waits until it ends and returns the outcome that the host shows.
+    std::string RunForOutcome(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
         return host.AwaitOutcome(std::to_string(++m_commandCount) + " " + arguments[0]);
@@ -81,7 +81,7 @@ protected:
         EXPECT_EQ(host.WaitForExitCode(), 0);
     }
 
-    std::vector<std::string> NamesInDirectory() const
+    std::vector<std::string> ListDirectory() const
     {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(m_directory.Path()))

@@ -69,7 +69,7 @@ TEST_F(MailToolTest, JoinsALongHeader)
     EXPECT_THAT(result.output, HasSubstr("over the speaking tube – with a drawing\n"));
 }
 
-TEST_F(MailToolTest, UnderstandsZonesWithHalfHours)
+TEST_F(MailToolTest, ConvertsDatesWithAnyZoneOffsetToUtc)
 {
     constexpr std::pair<const char*, const char*> cases[] = {
         {"+0000", "2010-12-31 23:05:07 Z"}, {"+0530", "2010-12-31 17:35:07 Z"},
@@ -94,7 +94,7 @@ TEST_F(MailToolTest, StoresTheDecodedBytes)
 }
 
 // The boundary is matched literally, even if it has a meaning in a pattern.
-TEST_F(MailToolTest, FindsTheBoundaryAsItIs)
+TEST_F(MailToolTest, MatchesTheBoundaryLiterally)
 {
     for (const std::string boundary :
          {"a.b", "(x", "x\\Ey", "\\Q+", "[0-9]", "a|b", "caf\xC3\xA9"}) {
@@ -109,14 +109,14 @@ TEST_F(MailToolTest, FindsTheBoundaryAsItIs)
     }
 }
 
-TEST_F(MailToolTest, ShowsControlCharactersOfAMessageAsText)
+TEST_F(MailToolTest, EscapesControlCharactersOfAMessage)
 {
     const ProgramResult result = RunOnText("Subject: =?UTF-8?Q?=1B]0;evil=07?=\n\nx\n");
 
     EXPECT_THAT(result.output, HasSubstr("Subject  \\x1B]0;evil\\x07\n"));
 }
 
-TEST_F(MailToolTest, ShowsNothingOfAFileThatIsNoMessage)
+TEST_F(MailToolTest, ShowsAnEmptyPartForAFileThatIsNotAMessage)
 {
     const ProgramResult result = RunOnText("no header here");
 
@@ -124,7 +124,7 @@ TEST_F(MailToolTest, ShowsNothingOfAFileThatIsNoMessage)
     EXPECT_THAT(result.output, HasSubstr("Part     , 0 bytes\n"));
 }
 
-TEST_F(MailToolTest, FailsClearlyWithoutAMessage)
+TEST_F(MailToolTest, ReportsAMissingMessage)
 {
     const std::string path = m_directory.Path() / "missing.eml";
 
@@ -134,7 +134,7 @@ TEST_F(MailToolTest, FailsClearlyWithoutAMessage)
     EXPECT_EQ(result.errors, "mailtool: cannot read " + path + "\n");
 }
 
-TEST_F(MailToolTest, FailsClearlyWhenPartsCannotBeStored)
+TEST_F(MailToolTest, ReportsThatPartsCannotBeStored)
 {
     const std::string message = TOOLKIT_SOURCE_DIR "/examples/mailtool/messages/quoted.eml";
     const std::string path = m_directory.Path() / "missing" / "parts";
@@ -145,7 +145,7 @@ TEST_F(MailToolTest, FailsClearlyWhenPartsCannotBeStored)
     EXPECT_EQ(result.errors, "mailtool: cannot write " + path + "\n");
 }
 
-TEST_F(MailToolTest, SaysWhatItNeedsWithoutArguments)
+TEST_F(MailToolTest, PrintsTheUsageWithoutArguments)
 {
     const ProgramResult result = RunProgram(MAILTOOL_PROGRAM, {});
 

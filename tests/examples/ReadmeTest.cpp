@@ -6,13 +6,13 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-std::string FileOfTheTree(const std::string& name)
+std::string ReadFileOfTree(const std::string& name)
 {
     return ReadWholeFile(TOOLKIT_SOURCE_DIR "/" + name);
 }
 
 // Returns the first code block of `language` in `text`.
-std::string CodeBlock(const std::string& text, const std::string& language)
+std::string FindCodeBlock(const std::string& text, const std::string& language)
 {
     const std::string opening = "\n```" + language + "\n";
     const std::size_t begin = text.find(opening);
@@ -22,23 +22,23 @@ std::string CodeBlock(const std::string& text, const std::string& language)
     return text.substr(code, text.find("```", code) - code);
 }
 
-TEST(ReadmeTest, ShowsProgramAndProjectAsTheyAreTested)
+TEST(ReadmeTest, ShowsTheTestedProgramAndProject)
 {
-    const std::string readme = FileOfTheTree("README.md");
+    const std::string readme = ReadFileOfTree("README.md");
     constexpr std::pair<const char*, const char*> cases[] = {
         {"cpp", "examples/hello/Hello.cpp"}, {"cmake", "examples/hello/CMakeLists.txt"}};
 
     for (const auto& [language, file] : cases) {
         SCOPED_TRACE(file);
-        EXPECT_EQ(CodeBlock(readme, language), FileOfTheTree(file));
-        EXPECT_THAT(CodeBlock(readme, language), testing::Not(testing::IsEmpty()));
+        EXPECT_EQ(FindCodeBlock(readme, language), ReadFileOfTree(file));
+        EXPECT_THAT(FindCodeBlock(readme, language), testing::Not(testing::IsEmpty()));
     }
 }
 
 // All code in the readme is from the tested files.
 TEST(ReadmeTest, HasNoOtherCode)
 {
-    const std::string readme = FileOfTheTree("README.md");
+    const std::string readme = ReadFileOfTree("README.md");
 
     for (const std::string opening : {"```cpp\n", "```cmake\n"}) {
         SCOPED_TRACE(opening);

@@ -64,7 +64,8 @@ public:
         }
     }
 
-    /// The whole remaining output of the host and the processes that it starts.
+    /// Reads the output of the host and of the processes that it starts to its end. Returns the
+    /// remaining lines.
     std::vector<std::string> AwaitRest() const
     {
         std::vector<std::string> lines;

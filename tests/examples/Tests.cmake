@@ -18,7 +18,7 @@ if(NOT BUILD_SHARED_LIBS)
     return()
 endif()
 
-# Gives the tests the path of the plug-in `target` in the macro `definition`.
+# Passes the path of the plug-in `target` to the tests in the macro `definition`.
 function(toolkit_host_tests_use target definition)
     foreach(test IN ITEMS HostCommandsTest HostPlugInsTest HostServerTest)
         target_compile_definitions(${test} PRIVATE ${definition}="$<TARGET_FILE:${target}>")
@@ -57,5 +57,5 @@ toolkit_test_plug_in(ThrowingModule THROWING_MODULE_PLUG_IN)
 toolkit_test_plug_in(Unresolved UNRESOLVED_PLUG_IN)
 target_link_options(UnresolvedPlugIn PRIVATE -Wl,-z,undefs)
 toolkit_test_plug_in(Useless USELESS_PLUG_IN)
-# Some hundred processes take a while under a sanitizer.
+# Hundreds of processes take a while under a sanitizer.
 set_tests_properties(HostServerTest PROPERTIES TIMEOUT 900)

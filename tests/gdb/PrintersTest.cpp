@@ -168,7 +168,7 @@ TEST_P(PrintersTest, ShowsThatAPatternDidNotMatch)
 TEST_P(PrintersTest, ShowsTheSettingsOfAnIniFile)
 {
     EXPECT_EQ(GetOutput("settings"),
-              TOOLKIT_LIBRARY_IS_DESCRIBED
+              TOOLKIT_LIBRARY_HAS_DEBUG_INFO
                   ? "loaded = {[window] width = 800, [window] title = caf\u00E9}"
                   : "loaded, settings unknown without debug information of the library");
     EXPECT_EQ(GetOutput("noSettings"), "not loaded");

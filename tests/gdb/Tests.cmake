@@ -7,7 +7,7 @@ toolkit_test(gdb/PrintersTest.cpp)
 target_compile_definitions(
     PrintersTest
     PRIVATE TOOLKIT_PRINTERS="${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
-            TOOLKIT_LIBRARY_IS_DESCRIBED=$<CONFIG:Debug,RelWithDebInfo>
+            TOOLKIT_LIBRARY_HAS_DEBUG_INFO=$<CONFIG:Debug,RelWithDebInfo>
 )
 toolkit_test_program(PrintersTest TOOLKIT_PRINTERS_PROGRAM gdb/PrintersProgram.cpp)
 # gdb finds variables only with debug information, and reliably only without optimization.
