@@ -242,7 +242,7 @@ TEST_F(DateTimeTest, ParsesWhatItWrites)
     EXPECT_TRUE(date == m_march);
 }
 
-TEST_F(DateTimeTest, ReadsNumbersAsStreamsDoWithAnySeparator)
+TEST_F(DateTimeTest, ReadsNumbersLikeAStreamWithAnySeparator)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"2009-03-05T07:04:09", L"2009-03-05 07:04:09"},

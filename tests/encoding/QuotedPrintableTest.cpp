@@ -129,7 +129,7 @@ TEST(QuotedPrintableTest, ReturnsAnEmptyStringForInvalidUtf8)
         EXPECT_EQ(QP::ToUNICODE(code), L"");
 }
 
-TEST(QuotedPrintableTest, HasToEncodeALongLine)
+TEST(QuotedPrintableTest, ReportsThatALongLineMustBeEncoded)
 {
     for (const bool ignoreCharacters : {false, true}) {
         EXPECT_TRUE(QP::HasToBeQP(Narrow("a"), 77, 76, ignoreCharacters));
@@ -139,7 +139,7 @@ TEST(QuotedPrintableTest, HasToEncodeALongLine)
     }
 }
 
-TEST(QuotedPrintableTest, HasToEncodeALineFeed)
+TEST(QuotedPrintableTest, ReportsThatALineFeedMustBeEncoded)
 {
     for (const bool ignoreCharacters : {false, true}) {
         EXPECT_TRUE(QP::HasToBeQP(Narrow("a\nb"), 1, 76, ignoreCharacters));
@@ -149,7 +149,7 @@ TEST(QuotedPrintableTest, HasToEncodeALineFeed)
     EXPECT_FALSE(QP::HasToBeQP(Narrow("a\rb"), 1, 76, true));
 }
 
-TEST(QuotedPrintableTest, HasToEncodeACharacterUnlessItIsIgnored)
+TEST(QuotedPrintableTest, ReportsThatACharacterMustBeEncodedUnlessIgnored)
 {
     for (const char* text : {"\t", " ", "=", "a]", "h\xC3\xA9", "\x80", "\"", "\x01"}) {
         SCOPED_TRACE(text);
@@ -160,7 +160,7 @@ TEST(QuotedPrintableTest, HasToEncodeACharacterUnlessItIsIgnored)
     EXPECT_FALSE(QP::HasToBeQP(Narrow("!#$%&'*+-.09AZ^_`az{|}~"), 1, 76, false));
 }
 
-TEST(QuotedPrintableTest, EscapesDeleteThoughItDoesNotHaveTo)
+TEST(QuotedPrintableTest, EscapesDeleteThoughHasToBeQPIgnoresIt)
 {
     EXPECT_FALSE(QP::HasToBeQP(Narrow("\x7F"), 1, 76, false));
     EXPECT_EQ(QP::ToQP(L"\x7F"), L"=7F");

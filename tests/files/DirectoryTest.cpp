@@ -117,7 +117,7 @@ TEST_F(DirectoryTest, TreatsLinksLikeTheirTargets)
     EXPECT_THAT(ListFiles(L""), UnorderedElementsAre(L"file", L"toFile", L"broken"));
 }
 
-TEST_F(DirectoryTest, ListsAnyNameInAnyLocale)
+TEST_F(DirectoryTest, ListsNonAsciiNamesInAnyLocale)
 {
     AddFile("\xC3\xA9t\xC3\xA9");
     AddFile("\xE9");

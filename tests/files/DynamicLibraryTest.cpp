@@ -164,7 +164,7 @@ TEST_F(DynamicLibraryTest, IgnoresNullInUnload)
     DynamicLibrary::Unload(nullptr);
 }
 
-TEST_F(DynamicLibraryTest, LoadsALibraryWithAnyNameInAnyLocale)
+TEST_F(DynamicLibraryTest, LoadsALibraryWithANonAsciiNameInTheCLocale)
 {
     const ScopedLocale locale("C");
     std::filesystem::copy_file(PROBE_LIBRARY, m_directory.Path() / "pr\xC3\xB6"

@@ -67,7 +67,7 @@ std::string ReadFromPipe(FFile& file)
     return file.Read(bytes, sizeof bytes - 1) ? bytes : "";
 }
 
-TEST_F(FFileTest, IsClosedAtFirst)
+TEST_F(FFileTest, IsClosedInitially)
 {
     const FFile file;
 

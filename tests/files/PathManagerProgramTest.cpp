@@ -180,7 +180,7 @@ TEST_F(PathManagerProgramTest, FindsThePrefixAboveTheLastBinDirectory)
         EXPECT_EQ(Run("bin/opt/bin/tool", arguments)["data directory"], Path("bin/opt/share/tool"));
 }
 
-TEST_F(PathManagerProgramTest, AcceptsAnyCharactersInHome)
+TEST_F(PathManagerProgramTest, AcceptsNonAsciiCharactersInHome)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
         const ScopedEnvironment environment("LC_ALL", locale);

@@ -493,7 +493,7 @@ TEST_F(TextFileTest, CannotWriteThroughCircularLinks)
     EXPECT_EQ(CountFiles(), 1);
 }
 
-TEST_F(TextFileTest, PassesNamesAsUtf8InAnyLocale)
+TEST_F(TextFileTest, PassesNamesAsUtf8InTheCLocale)
 {
     const ScopedLocale locale("C");
     const TString<wchar_t> name = m_directory.WriteFile(L"\u6587.txt", "a\n");
