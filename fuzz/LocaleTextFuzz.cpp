@@ -17,7 +17,7 @@ using namespace Toolkit;
 
 constexpr CalendarTime c_time{2009, 3, 5, 19, 4, 9};
 
-DayHalves GetDayHalves()
+DayPeriods GetDayPeriods()
 {
     return {L"AM", L"PM"};
 }
@@ -32,6 +32,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::wstring pattern(data, data + std::min(size, maxLength));
 
     Require(FormatDateByPattern(pattern, c_time) == References::FormatDate(pattern));
-    Require(FormatTimeByPattern(pattern, c_time, GetDayHalves) == References::FormatTime(pattern));
+    Require(FormatTimeByPattern(pattern, c_time, GetDayPeriods) == References::FormatTime(pattern));
     return 0;
 }

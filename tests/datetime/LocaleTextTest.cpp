@@ -12,17 +12,17 @@ namespace {
 constexpr CalendarTime c_morning{2009, 3, 5, 7, 4, 9};
 constexpr CalendarTime c_afternoon{2009, 3, 5, 19, 4, 9};
 
-DayHalves GetEnglishHalves()
+DayPeriods GetEnglishHalves()
 {
     return {L"AM", L"PM"};
 }
 
-DayHalves GetHalvesWithLetterA()
+DayPeriods GetHalvesWithLetterA()
 {
     return {L"am", L"pa"};
 }
 
-DayHalves GetEmptyHalves()
+DayPeriods GetEmptyHalves()
 {
     return {L"", L""};
 }
@@ -102,14 +102,14 @@ TEST(LocaleTextTest, ShowsNoonAndMidnightAsAMInTwelveHourPatterns)
     }
 }
 
-TEST(LocaleTextTest, DoesNotReplaceTokensInsideDayHalves)
+TEST(LocaleTextTest, DoesNotReplaceTokensInsideDayPeriods)
 {
     EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetHalvesWithLetterA), L"07:04 am");
     EXPECT_EQ(FormatTimeByPattern(L"d h:mm aa", c_afternoon, GetHalvesWithLetterA), L"07:04 papa");
     EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetHalvesWithLetterA), L"07:04 am");
 }
 
-TEST(LocaleTextTest, KeepsTheTokenOrAppendsASpaceWithoutDayHalves)
+TEST(LocaleTextTest, KeepsTheTokenOrAppendsASpaceWithoutDayPeriods)
 {
     EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetEmptyHalves), L"07:04 a");
     EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetEmptyHalves), L"07:04 ");

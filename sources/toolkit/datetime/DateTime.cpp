@@ -86,7 +86,7 @@ CalendarTime MakeFields(unsigned int year, unsigned int month, unsigned int day,
     return {static_cast<int>(year), month, day, hour, minute, second};
 }
 
-DayHalves GetDayHalvesOfLocale()
+DayPeriods GetDayPeriodsOfLocale()
 {
     wxString morning;
     wxString afternoon;
@@ -110,7 +110,7 @@ bool AppendTime(TString<wchar_t>& out, const CalendarTime& time)
     TString<wchar_t> pattern;
     if (!Locales::GetCurrentDateFormat(pattern))
         return false;
-    out += FormatTimeByPattern(pattern, time, GetDayHalvesOfLocale);
+    out += FormatTimeByPattern(pattern, time, GetDayPeriodsOfLocale);
     return true;
 }
 

@@ -8,7 +8,7 @@ namespace Toolkit {
 // Formats dates and times by patterns, which consist of a date, a space and a time.
 
 /// A locale's strings for AM and PM; empty if it has none.
-struct DayHalves {
+struct DayPeriods {
     TString<wchar_t> morning;
     TString<wchar_t> afternoon;
 };
@@ -16,10 +16,10 @@ struct DayHalves {
 /// Returns `pattern` up to its first space, with the date tokens replaced.
 TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time);
 
-/// Returns `pattern` after its first space, with the time tokens replaced. Calls `getDayHalves` for
-/// twelve-hour patterns only.
+/// Returns `pattern` after its first space, with the time tokens replaced. Calls `getDayPeriods`
+/// for twelve-hour patterns only.
 TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTime& time,
-                                     DayHalves (*getDayHalves)());
+                                     DayPeriods (*getDayPeriods)());
 
 /// Returns `value` in decimal, padded with zeros on the left to `width` characters.
 TString<wchar_t> PadNumber(long long value, int width);

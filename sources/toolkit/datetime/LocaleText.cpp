@@ -25,7 +25,7 @@ bool Contains(const TString<wchar_t>& text, const TString<wchar_t>& part)
 }
 
 // Replaces each "a" of the pattern, but not those that `replacement` contains.
-void ReplaceDayHalfTokens(TString<wchar_t>& pattern, const TString<wchar_t>& replacement)
+void ReplaceDayPeriodTokens(TString<wchar_t>& pattern, const TString<wchar_t>& replacement)
 {
     TString<wchar_t> result;
     for (const wchar_t character : pattern) {
@@ -39,22 +39,22 @@ void ReplaceDayHalfTokens(TString<wchar_t>& pattern, const TString<wchar_t>& rep
 
 // Replaces the token "a" with AM or PM, or appends a space and AM or PM if the pattern has no
 // token. If the locale has no string, the token stays, or only the space is appended.
-void MarkDayHalf(TString<wchar_t>& pattern, const TString<wchar_t>& text)
+void MarkDayPeriod(TString<wchar_t>& pattern, const TString<wchar_t>& text)
 {
     if (!Contains(pattern, L"a"))
         pattern += L" " + text;
     else if (!text.empty())
-        ReplaceDayHalfTokens(pattern, text);
+        ReplaceDayPeriodTokens(pattern, text);
 }
 
 // Replaces the twelve-hour token and marks the half of the day. Noon is 12 AM and midnight 0 AM.
-void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayHalves& halves)
+void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayPeriods& halves)
 {
     const bool isAfternoon = hour > c_noon;
     if (isAfternoon)
         hour -= c_noon;
     pattern.Replace(L"h", PadToTwoDigits(hour));
-    MarkDayHalf(pattern, isAfternoon ? halves.afternoon : halves.morning);
+    MarkDayPeriod(pattern, isAfternoon ? halves.afternoon : halves.morning);
 }
 
 } // namespace
@@ -87,7 +87,7 @@ TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTim
 }
 
 TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTime& time,
-                                     DayHalves (*getDayHalves)())
+                                     DayPeriods (*getDayPeriods)())
 {
     long long hour = time.hour;
     pattern.Replace(L"HH", PadToTwoDigits(hour));
@@ -98,7 +98,7 @@ TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTim
     pattern.Replace(L":ss", TString<wchar_t>::Empty());
     pattern.Replace(L" tt", TString<wchar_t>::Empty());
     if (Contains(pattern, L"h"))
-        FormatTwelveHours(pattern, hour, getDayHalves());
+        FormatTwelveHours(pattern, hour, getDayPeriods());
     else
         pattern.Replace(L"a", TString<wchar_t>::Empty());
     const TString<wchar_t> clock = PadToTwoDigits(hour) + L":" + PadToTwoDigits(time.minute);

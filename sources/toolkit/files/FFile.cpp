@@ -60,10 +60,10 @@ FFile::~FFile()
 bool FFile::Open(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 {
     Close();
-    return Base::TryOr(false, [&] { return OpenAfterClose(name, mode); });
+    return Base::TryOr(false, [&] { return OpenAfterClosing(name, mode); });
 }
 
-bool FFile::OpenAfterClose(const TString<wchar_t>& name, const TString<wchar_t>& mode)
+bool FFile::OpenAfterClosing(const TString<wchar_t>& name, const TString<wchar_t>& mode)
 {
     const std::string modeText = Base::EncodeUtf8(mode);
     const std::optional<int> flags = ToFlags(modeText);

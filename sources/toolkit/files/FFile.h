@@ -63,7 +63,7 @@ public:
     static bool Exists(const TString<wchar_t>& name);
 
 private:
-    bool OpenAfterClose(const TString<wchar_t>& name, const TString<wchar_t>& mode);
+    bool OpenAfterClosing(const TString<wchar_t>& name, const TString<wchar_t>& mode);
     bool SeekTo(long long offset, int origin);
 
     std::unique_ptr<wxFFile> m_file;
