@@ -1,4 +1,4 @@
-// The operations agree on what a pattern matches, and groups lie inside the subject.
+// IsMatch() and Match() agree on whether a pattern matches, and groups lie inside the subject.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -14,7 +14,10 @@ namespace {
 
 using namespace Toolkit;
 
-void RequireValidGroups(MatchResult& result)
+constexpr std::size_t c_maxPatternLength = 80;
+constexpr std::size_t c_maxSubjectLength = 200;
+
+void RequireValidGroups(const MatchResult& result)
 {
     const auto length = static_cast<int>(result.subject.size());
     Require(static_cast<int>(result.Count()) == std::max(result.resultCode, 0));
@@ -27,7 +30,7 @@ void RequireValidGroups(MatchResult& result)
         Require(value.empty() ||
                 result.subject.compare(static_cast<std::size_t>(begin), value.size(), value) == 0);
     }
-    // The engine accepts the empty name: (?'').
+    // A name may be empty: the engine accepts (?'').
     for (const auto& [name, number] : result.names)
         Require(result[static_cast<unsigned short>(number)]->name == name);
 }
@@ -37,17 +40,18 @@ void RequireValidGroups(MatchResult& result)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     PatternInput input(data, size);
-    const RegExp regExp(TString<char>(AddLimits(input.ReadString(80))), RegExpOptions::None);
-    const TString<char> subject = input.ReadString(200);
+    const RegExp regExp(TString<char>(AddLimits(input.ReadString(c_maxPatternLength))),
+                        RegExpOptions::None);
+    const TString<char> subject = input.ReadString(c_maxSubjectLength);
 
-    const PatternOutcome matches =
+    const PatternOutcome isMatchOutcome =
         GetOutcome([&] { return std::string(regExp.IsMatch(subject) ? "yes" : "no"); });
-    const PatternOutcome groups = GetOutcome([&] {
+    const PatternOutcome matchOutcome = GetOutcome([&] {
         const smart_ptr<MatchResult> result = regExp.Match(subject);
         RequireValidGroups(*result);
         return std::string(result->resultCode > 0 ? "yes" : "no");
     });
 
-    Require(matches == groups);
+    Require(isMatchOutcome == matchOutcome);
     return 0;
 }

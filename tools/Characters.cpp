@@ -3,9 +3,9 @@
 namespace Tool {
 namespace {
 
-// Returns the length of a character that begins with `lead`; 0 if no character can begin with that
-// byte (RFC 3629, section 3).
-std::size_t MeasureSequence(unsigned char lead)
+// Returns the length in bytes of a character that begins with `lead`; 0 if no character can begin
+// with that byte (RFC 3629, section 3).
+std::size_t GetSequenceLength(unsigned char lead)
 {
     if (lead < 0x80)
         return 1;
@@ -16,11 +16,12 @@ std::size_t MeasureSequence(unsigned char lead)
     return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-bool IsCharacter(char32_t code, std::size_t length)
+// False for a surrogate, and for a character that fewer bytes can encode.
+bool IsValidCode(char32_t code, std::size_t length)
 {
-    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    constexpr char32_t smallestOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
     const bool isSurrogate = code >= 0xD800 && code < 0xE000;
-    return code >= smallest[length] && code <= 0x10FFFF && !isSurrogate;
+    return code >= smallestOfLength[length] && code <= 0x10FFFF && !isSurrogate;
 }
 
 } // namespace
@@ -28,7 +29,7 @@ bool IsCharacter(char32_t code, std::size_t length)
 Character ReadCharacter(std::string_view& text)
 {
     const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = MeasureSequence(lead);
+    const std::size_t length = GetSequenceLength(lead);
     bool isValid = length > 0 && length <= text.size();
     char32_t code = length < 2 ? lead : lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; isValid && i < length; ++i) {
@@ -36,17 +37,20 @@ Character ReadCharacter(std::string_view& text)
         isValid = (next & 0xC0) == 0x80;
         code = code << 6 | (next & 0x3F);
     }
-    isValid = isValid && IsCharacter(code, length);
+    isValid = isValid && IsValidCode(code, length);
     const std::string_view bytes = text.substr(0, isValid ? length : 1);
     text.remove_prefix(bytes.size());
     return {isValid ? code : lead, isValid, bytes};
 }
 
-bool IsInvisible(char32_t code)
+bool ActsOnTerminal(char32_t code)
 {
-    return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x061C ||
-           (code >= 0x200E && code <= 0x200F) || (code >= 0x2028 && code <= 0x202E) ||
-           (code >= 0x2066 && code <= 0x2069) || code == 0xFEFF;
+    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+    const bool isSeparator = code == 0x2028 || code == 0x2029;
+    const bool isDirectionMark = code == 0x061C || (code >= 0x200E && code <= 0x200F) ||
+                                 (code >= 0x202A && code <= 0x202E) ||
+                                 (code >= 0x2066 && code <= 0x2069);
+    return isControl || isSeparator || isDirectionMark || code == 0xFEFF;
 }
 
 } // namespace Tool

@@ -17,6 +17,6 @@ Character ReadCharacter(std::string_view& text);
 
 /// Whether a terminal acts on the character instead of showing it: control characters, line and
 /// paragraph separators, marks that change the direction of text, and U+FEFF.
-bool IsInvisible(char32_t code);
+bool ActsOnTerminal(char32_t code);
 
 } // namespace Tool

@@ -98,7 +98,7 @@ CLI::App* Add(CLI::App& ini, const char* name, const char* description,
 
 void AddIniCommand(CLI::App& app, Action& action)
 {
-    CLI::App* const ini = app.add_subcommand("ini", "Look into an INI file");
+    CLI::App* const ini = app.add_subcommand("ini", "Inspect an INI file");
     ini->require_subcommand(1);
     const auto options = std::make_shared<Options>();
     Add(*ini, "list", "Print all sections, keys and values", options, action, List);

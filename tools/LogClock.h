@@ -8,19 +8,20 @@
 
 namespace Tool {
 
-/// Milliseconds since 1970.
+/// Milliseconds since the Unix epoch.
 using WallTime = std::int64_t;
 
-/// Converts the tick counts of a log, which are milliseconds since the machine started, to the time
-/// of day.
+/// Converts the tick counts of a log to wall-clock time. A tick count is the number of milliseconds
+/// since the machine started, without those it slept, modulo 2^32.
 class LogClock {
 public:
     /// A clock for a log whose times are unknown.
     LogClock() = default;
 
-    /// A clock that knows the time only if `newestTick` matches the time at which the file was last
-    /// written: then the log was written on this machine since it started.
-    LogClock(std::uint32_t newestTick, const struct stat& file);
+    /// A clock for a log whose newest line has the tick count `newestTick`. Times are known only if
+    /// the tick count fits the time of the last change in `status`, the status of the file.
+    /// Otherwise the log is from another machine, or from before this one started.
+    LogClock(std::uint32_t newestTick, const struct stat& status);
 
     /// Returns the time of a tick count; empty if it is not known.
     std::optional<WallTime> FindTime(std::uint32_t tick) const;
@@ -30,7 +31,7 @@ private:
     std::uint32_t m_newestTick = 0;
 };
 
-/// Formats a time in the local time zone: "2009-03-05 06:04:09".
+/// Formats a time in seconds since the Unix epoch in the local time zone: "2009-03-05 06:04:09".
 std::string FormatTime(std::time_t time);
 
 } // namespace Tool

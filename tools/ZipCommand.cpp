@@ -17,7 +17,7 @@ using namespace Toolkit;
 namespace Tool {
 namespace {
 
-constexpr unsigned long long c_defaultLimit = 1ULL << 30;
+constexpr unsigned long long c_defaultLimitBytes = 1ULL << 30;
 
 struct Options {
     std::string file;
@@ -25,7 +25,7 @@ struct Options {
     std::string entry;
     std::string pattern;
     std::string directory = ".";
-    unsigned long long limit = c_defaultLimit;
+    unsigned long long limitBytes = c_defaultLimitBytes;
 };
 
 std::string FormatTime(const ArchiveZipEntry& entry)
@@ -64,14 +64,14 @@ bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Patt
                  Output& output)
 {
     bool isFound = false;
-    unsigned long long number = 0;
+    unsigned long long lineNumber = 0;
     const auto examine = [&](std::string_view line) {
-        ++number;
+        ++lineNumber;
         if (!pattern.Matches(line))
             return;
         isFound = true;
         output.WriteVisible(GetEntryName(*entry));
-        output.Write(":" + std::to_string(number) + ": ");
+        output.Write(":" + std::to_string(lineNumber) + ": ");
         output.WriteVisible(line);
         output.Write("\n");
     };
@@ -98,8 +98,9 @@ int Extract(const Options& options, Output& output)
     const StopSignals signals;
     ZipArchive archive(options.file, options.selection);
     try {
-        ExtractZip(archive, options.file, options.directory, options.limit, output);
+        ExtractZip(archive, options.file, options.directory, options.limitBytes, output);
     } catch (const Failure&) {
+        // An interruption is reported as a Failure too.
         StopSignals::EndIfRequested();
         throw;
     }
@@ -125,13 +126,15 @@ void AddSelection(CLI::App& command, ZipSelection& selection)
         {"files", ArchiveEntriesFlags::FilesOnly},
         {"directories", ArchiveEntriesFlags::DirectoriesOnly}};
 
-    command.add_option("--filter", selection.filter,
-                       "Only names that begin with this text up to its last *, in any case");
+    command.add_option(
+        "--filter", selection.filter,
+        "Only names that begin with the part of this text before its last *, ignoring case");
     command
         .add_option_function<std::string>(
             "--type", [&selection](const std::string& type) { selection.type = types.at(type); },
-            "Only entries of this type: all, files, directories")
+            "Only entries of this type: all, files or directories")
         ->check(
+            // Without a description, because the help text lists the types already.
             CLI::IsMember(std::vector<std::string>{"all", "files", "directories"}).description(""));
 }
 
@@ -139,7 +142,7 @@ void AddSelection(CLI::App& command, ZipSelection& selection)
 
 void AddZipCommand(CLI::App& app, Action& action)
 {
-    CLI::App* const zip = app.add_subcommand("zip", "Look into a Zip archive, and extract it");
+    CLI::App* const zip = app.add_subcommand("zip", "Inspect or extract a Zip archive");
     zip->require_subcommand(1);
     const auto options = std::make_shared<Options>();
 
@@ -156,9 +159,9 @@ void AddZipCommand(CLI::App& app, Action& action)
 
     CLI::App* const extract = Add(*zip, "extract", "Extract the entries", options, action, Extract);
     extract->add_option("directory", options->directory,
-                        "Target directory; without it, this directory");
-    extract->add_option("--limit", options->limit,
-                        "The most bytes to write in total; without it, 1 GiB");
+                        "Target directory (default: the current directory)");
+    extract->add_option("--limit", options->limitBytes,
+                        "Maximum number of bytes to write in total (default: 1 GiB)");
     AddSelection(*extract, options->selection);
 }
 

@@ -17,7 +17,7 @@ constexpr unsigned int c_textLength = 20;
 constexpr unsigned int c_blockSize = 64;
 constexpr unsigned int c_textSize = c_textLength * sizeof(wchar_t);
 
-// A file for one benchmark, removed by the destructor.
+// A temporary file, removed by the destructor.
 class ScratchFile {
 public:
     ScratchFile()
@@ -129,19 +129,19 @@ void Run(benchmark::State& state, const ScratchFile& file, Transfer transfer)
     const long recordCount = state.range(0);
     for (auto _ : state) {
         if (!transfer(file, recordCount))
-            state.SkipWithError("wrong transfer");
+            state.SkipWithError("a record was not transferred correctly");
     }
     state.SetItemsProcessed(state.iterations() * recordCount);
 }
 
-constexpr long c_writeCount = 100'000;
-constexpr long c_readCount = 1'000'000;
+constexpr long c_recordsToWrite = 100'000;
+constexpr long c_recordsToRead = 1'000'000;
 
-// Returns a file of records to read, which is written once.
+// Returns a file of records to read. The first call writes it.
 const ScratchFile& GetRecordFile()
 {
     static const ScratchFile file;
-    static const bool isWritten = WriteWithStream(file, c_readCount);
+    static const bool isWritten = WriteWithStream(file, c_recordsToRead);
     if (!isWritten)
         std::abort();
     return file;
@@ -172,11 +172,11 @@ void BM_ReadRecords_fread(benchmark::State& state)
     Run(state, GetRecordFile(), ReadWithStdio);
 }
 
-BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_writeCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_WriteRecords_wxFile)->Arg(c_writeCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadRecords_Toolkit)->Arg(c_readCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadRecords_wxFile)->Arg(c_readCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadRecords_fread)->Arg(c_readCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteRecords_Toolkit)->Arg(c_recordsToWrite)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_WriteRecords_wxFile)->Arg(c_recordsToWrite)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_Toolkit)->Arg(c_recordsToRead)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_wxFile)->Arg(c_recordsToRead)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadRecords_fread)->Arg(c_recordsToRead)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace Toolkit

@@ -4,6 +4,7 @@
 #include <wx/zipstrm.h>
 
 #include <memory>
+#include <string_view>
 
 #include "scale/Operations.h"
 
@@ -13,12 +14,16 @@ namespace {
 using namespace Toolkit;
 using Text = TString<wchar_t>;
 
-Run PrepareList(int entries)
+constexpr std::string_view c_line = "words of a line\n";
+constexpr int c_wordsPerLine = 4;
+
+Run PrepareListing(int entries)
 {
     const std::filesystem::path path = GetDirectory() / "many.zip";
     {
         wxFFileOutputStream file{wxString(path.native())};
-        wxZipOutputStream archive(file, 0);
+        constexpr int uncompressed = 0;
+        wxZipOutputStream archive(file, uncompressed);
         for (int entry = 0; entry < entries; ++entry)
             archive.PutNextEntry(wxString::Format("entry%07d", entry));
     }
@@ -30,9 +35,10 @@ Run PrepareList(int entries)
     };
 }
 
-// Returns a run that calls `read` with an entry of `lines` lines.
+// Returns a run that passes `read` the stream of an entry with `lines` lines and requires it to
+// count them.
 template <typename Read>
-Run PrepareEntry(int lines, Read read)
+Run PrepareReading(int lines, Read read)
 {
     const std::filesystem::path path = GetDirectory() / "one.zip";
     {
@@ -40,7 +46,7 @@ Run PrepareEntry(int lines, Read read)
         wxZipOutputStream archive(file);
         archive.PutNextEntry("entry");
         for (int line = 0; line < lines; ++line)
-            archive.Write("words of a line\n", 16);
+            archive.Write(c_line.data(), c_line.size());
     }
     return [path, lines, read] {
         ArchiveZip archive;
@@ -60,33 +66,35 @@ int CountLines(ZipInputStream& stream)
     return count;
 }
 
-int CountWords(ZipInputStream& stream)
+int CountLinesByWords(ZipInputStream& stream)
 {
     Text word;
     int count = 0;
     while ((stream >> word).IsOk())
         ++count;
-    return count / 4;
+    Require(count % c_wordsPerLine == 0);
+    return count / c_wordsPerLine;
 }
 
-int CountBytes(ZipInputStream& stream)
+int CountLinesByBytes(ZipInputStream& stream)
 {
     std::vector<unsigned char> bytes;
     stream >> bytes;
-    return static_cast<int>(bytes.size() / 16);
+    Require(bytes.size() % c_line.size() == 0);
+    return static_cast<int>(bytes.size() / c_line.size());
 }
 
 } // namespace
 
 void AddArchiveOperations(Operations& operations)
 {
-    operations.push_back({"ArchiveZip EntriesList", c_files, PrepareList});
+    operations.push_back({"ArchiveZip EntriesList", c_files, PrepareListing});
     operations.push_back({"ZipInputStream ReadLine", c_lengths,
-                          [](int lines) { return PrepareEntry(lines, CountLines); }});
+                          [](int lines) { return PrepareReading(lines, CountLines); }});
     operations.push_back({"ZipInputStream words", c_lengths,
-                          [](int lines) { return PrepareEntry(lines, CountWords); }});
+                          [](int lines) { return PrepareReading(lines, CountLinesByWords); }});
     operations.push_back({"ZipInputStream bytes", c_lengths,
-                          [](int lines) { return PrepareEntry(lines, CountBytes); }});
+                          [](int lines) { return PrepareReading(lines, CountLinesByBytes); }});
 }
 
 } // namespace Scale

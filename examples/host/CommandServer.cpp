@@ -21,9 +21,9 @@ using namespace Toolkit;
 namespace {
 
 // Prints and logs the start and the end of a command, on the thread that runs it.
-class CommandReport : public BackgroundOperationHandler {
+class CommandReporter : public BackgroundOperationHandler {
 public:
-    explicit CommandReport(const CommandOperation& operation) : m_operation(operation) {}
+    explicit CommandReporter(const CommandOperation& operation) : m_operation(operation) {}
 
     void OnOperationStarted() override
     {
@@ -47,18 +47,18 @@ private:
 
 } // namespace
 
-/// The thread of one command.
+/// Runs one command on a thread of its own.
 class CommandWorker : public Thread {
 public:
-    /// Calls `onEnded` on the thread of the event loop after the command has ended.
-    template <typename Action>
+    /// After the command has ended, the event loop calls `onEnded` on its thread.
     CommandWorker(unsigned int id, const Text& line, const HostPlugIn::Command* command,
-                  const std::atomic<bool>& isCancelled, Action onEnded)
+                  const std::atomic<bool>& isCancelled, std::function<void()> onEnded)
         : m_operation(id, line, command, isCancelled)
     {
         m_operation.AddListener(
-            smart_ptr<BackgroundOperationHandler>(new CommandReport(m_operation)));
-        m_operation.AddListener(smart_ptr<BackgroundOperationHandler>(new EndListener(onEnded)));
+            smart_ptr<BackgroundOperationHandler>(new CommandReporter(m_operation)));
+        m_operation.AddListener(
+            smart_ptr<BackgroundOperationHandler>(new EndListener(std::move(onEnded))));
     }
 
     // The thread uses members of this class, so it must end before they are destroyed.
@@ -88,7 +88,7 @@ private:
     CommandOperation m_operation;
 };
 
-// Passes each line that a client sends to the server.
+// Hands the server each line that a client sends.
 class CommandServer::Receiver : public IPCConnectionEvent {
 public:
     explicit Receiver(CommandServer& server) : m_server(server) {}
@@ -99,8 +99,8 @@ private:
     CommandServer& m_server;
 };
 
-// Removes the socket when the host is about to stop, and gives clients that are already connected
-// 200 ms to send their lines.
+// Removes the socket when the host begins to stop. Clients that are connected then have 200 ms to
+// send their lines.
 class CommandServer::GracePeriod : public wxTimer {
 public:
     explicit GracePeriod(CommandServer& server) : m_server(server)
@@ -157,7 +157,7 @@ void CommandServer::Receive(const Text& line)
     constexpr std::size_t maxLineLength = 1 << 20;
 
     if (line.size() > maxLineLength)
-        Fail(L"A command must not be longer than 1 Mi characters");
+        Fail(L"A command has at most 1,048,576 characters");
     else if (line == c_quit)
         Stop(ServeResult::Quit);
     else if (line == c_restart)
@@ -178,15 +178,15 @@ void CommandServer::Stop(ServeResult result)
 
 void CommandServer::Cancel()
 {
-    Print(L"Stopping; another signal ends the host at once");
+    Print(L"Stopping; another signal ends the host immediately");
     m_isCancelled = true;
     m_deadline = std::make_unique<Deadline>(*this);
     Stop(ServeResult::Quit);
     StartNextCommandOrExit();
 }
 
-// Starts the next command unless one is running. Ends the event loop if the host is to stop, its
-// grace period is over and no command is left.
+// Starts the next command unless one is running. Exits the event loop once the host is stopping,
+// its grace period is over and the queue is empty.
 void CommandServer::StartNextCommandOrExit()
 {
     if (m_worker)
@@ -202,7 +202,7 @@ void CommandServer::StartNextCommandOrExit()
                                                m_plugIns.FindCommand(GetCommandWord(line)),
                                                m_isCancelled, [this] { OnCommandEnded(); });
     if (!m_worker->Run()) {
-        Fail(L"No thread can be started for: " + line);
+        Fail(L"Cannot start a thread for: " + line);
         wxAppConsole::GetInstance()->CallAfter([this] { OnCommandEnded(); });
     }
 }
@@ -213,13 +213,15 @@ void CommandServer::OnCommandEnded()
     StartNextCommandOrExit();
 }
 
-// A thread cannot be killed, and a plug-in cannot be unloaded while its code runs. So this removes
-// the half-written result, completes the log and ends the process.
+// Neither killing the thread nor unloading the plug-in is safe while the plug-in's code runs. So
+// this removes the incomplete result, closes the log and ends the process.
 void CommandServer::ExitWithoutWaiting()
 {
+    if (!m_worker)
+        return;
     CommandOperation& operation = m_worker->GetOperation();
     operation.Abandon();
-    Fail(operation.GetTitle() + L": does not stop; the host ends without it");
+    Fail(operation.GetTitle() + L": did not stop in time; the host ends without waiting for it");
     ILogger::SetLogger(smart_ptr<ILogger>());
     std::_Exit(EXIT_FAILURE);
 }

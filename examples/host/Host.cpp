@@ -98,7 +98,7 @@ int Search(const Text& path, const Text& wanted, bool isQuiet)
 {
     TextSearch search(path, wanted);
     if (!search.Run())
-        return Fail(L"No thread can be started.");
+        return Fail(L"Cannot start a thread.");
     search.Wait();
     if (!search.HasReadFile())
         return Fail(L"Cannot read the text to search: " + path);

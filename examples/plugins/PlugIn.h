@@ -3,11 +3,12 @@
 // The interface between the example host and its plug-ins. A plug-in is a shared library in the
 // host's plug-ins folder. It includes this header and, in one source file,
 //
-//  - defines a ModuleRegistration, which registers its module while the plug-in is loaded,
+//  - defines a ModuleRegistration, which keeps its module registered as long as the plug-in is
+//    loaded,
 //  - defines GetHostPlugIn(), which returns its commands.
 //
-// It is compiled with hidden visibility: plug-ins are loaded with global symbols, so if two of them
-// had visible classes of the same name, both would use the first.
+// Compile it with hidden visibility: DynamicLibrary loads plug-ins with RTLD_GLOBAL, so if two of
+// them had visible classes of the same name, both would use the first.
 
 #include <cstddef>
 #include <exception>
@@ -19,18 +20,19 @@
 
 namespace HostPlugIn {
 
-/// Changes with every change of this header. Host and plug-in must have the same version.
+/// Incremented with every change to this header. Host and plug-in must be built with the same
+/// version.
 constexpr unsigned int c_interfaceVersion = 1;
 
-/// What the host offers to a running command. The host provides it; it is used on the thread that
-/// runs the command, until the command returns. No operation throws.
+/// The host's services for a running command. Use it only on the thread that runs the command, and
+/// only until the command returns. Only WriteLine() may throw: `std::bad_alloc`.
 class CommandRun {
 public:
     /// Whether the option was on the command line. `option` is written as in `Option::name`.
     virtual bool IsDefined(const wchar_t* option) const noexcept = 0;
 
     /// Returns the value of an option; empty if there is none. Paths are absolute: the host
-    /// resolves relative ones against the directory in which the command was typed.
+    /// resolves relative ones against the directory from which the command was entered.
     virtual const TString<wchar_t>& GetValue(const wchar_t* option) const noexcept = 0;
 
     /// Appends bytes to the result, which appears when the command has succeeded. False if they
@@ -38,8 +40,9 @@ public:
     virtual bool Write(const char* bytes, std::size_t count) noexcept = 0;
 
     /// Reports that `done` of `total` units are done; `unit` is their name, such as L"entries". A
-    /// `total` of 0 means that it is unknown. May be called often: the host shows some of the
-    /// calls. False if the host wants to stop: the command has failed and should return soon.
+    /// `total` of 0 means that the total is unknown. Call it as often as you like: the host shows
+    /// only some of the calls. False if the command was cancelled: it has failed and should return
+    /// soon.
     virtual bool ReportProgress(unsigned long long done, unsigned long long total,
                                 const wchar_t* unit) noexcept = 0;
 
@@ -68,12 +71,13 @@ protected:
 struct Option {
     enum Kind { Flag, Value, Path };
 
-    const wchar_t* name; ///< In lower case, without the dash. The host has "out" and "from".
-    Kind kind;           ///< The host makes a Path absolute.
-    bool isRequired;     ///< The host rejects a command line without it, or without its value.
+    const wchar_t*
+        name;        ///< In lower case, without the dash. "out" and "from" are options of the host.
+    Kind kind;       ///< The host makes a Path absolute.
+    bool isRequired; ///< The host rejects a command line without it, or without its value.
 };
 
-/// A command, which the first word of a command line names.
+/// A command. The first word of a command line is its name.
 struct Command {
     const wchar_t* name; ///< One word without a leading dash, unique among all plug-ins.
     const wchar_t* help; ///< One line.
@@ -87,9 +91,10 @@ struct Command {
 
 /// How a plug-in describes itself.
 struct PlugIn {
-    unsigned int interfaceVersion; ///< `c_interfaceVersion`; the first member in every version.
+    unsigned int interfaceVersion; ///< `c_interfaceVersion`; must stay the first member.
     const wchar_t* name;
-    const wchar_t* failure; ///< Why the plug-in is unusable; null if it is usable. See below.
+    const wchar_t*
+        failure; ///< Why the plug-in is unusable; null if it is usable. See `ModuleRegistration`.
     const Command* commands;
     std::size_t commandCount;
 };
@@ -110,15 +115,16 @@ bool RunGuarded(CommandRun& run) noexcept
     }
 }
 
-/// Registers a module when the plug-in is loaded and unregisters it when it is unloaded:
+/// Registers a module when the plug-in is loaded, and unregisters the module when the plug-in is
+/// unloaded:
 ///
 ///     ArchiveModule s_module;
 ///     const HostPlugIn::ModuleRegistration s_registration(s_module);
 ///
 /// The host has started the library by then, so the module is initialised at once. If its
-/// `Initialize()` throws, the message is stored as the plug-in's failure, and the module's
-/// `Release()` is still called. Uncaught, the exception would reach the dynamic loader and end the
-/// host, like one from the constructor of any other global object.
+/// `Initialize()` throws, the message is stored as the plug-in's failure, and the module is not
+/// registered. Uncaught, the exception would reach the dynamic loader and end the host, like one
+/// from the constructor of any other global object.
 class ModuleRegistration {
 public:
     explicit ModuleRegistration(Toolkit::LibModule& module) noexcept : m_module(module)
@@ -126,14 +132,20 @@ public:
         try {
             Toolkit::LibModuleManager::GetInstance()->Register(&m_module);
         } catch (const std::exception& exception) {
-            Unregister();
-            m_failure = L"its module does not start: " + Toolkit::UTF8::ToUNICODE(exception.what());
+            m_failure =
+                L"its module failed to start: " + Toolkit::UTF8::ToUNICODE(exception.what());
         } catch (...) {
-            Unregister();
-            m_failure = L"its module does not start";
+            m_failure = L"its module failed to start";
         }
     }
-    ~ModuleRegistration() { Unregister(); }
+    ~ModuleRegistration()
+    {
+        try {
+            Toolkit::LibModuleManager::GetInstance()->Unregister(&m_module);
+        } catch (...) {
+            // Nobody is left to whom the plug-in could report it.
+        }
+    }
 
     ModuleRegistration(const ModuleRegistration&) = delete;
     ModuleRegistration& operator=(const ModuleRegistration&) = delete;
@@ -142,15 +154,6 @@ public:
     const wchar_t* GetFailure() const { return m_failure.empty() ? nullptr : m_failure.c_str(); }
 
 private:
-    void Unregister() noexcept
-    {
-        try {
-            Toolkit::LibModuleManager::GetInstance()->Unregister(&m_module);
-        } catch (...) {
-            m_failure = L"its module does not stop";
-        }
-    }
-
     Toolkit::LibModule& m_module;
     TString<wchar_t> m_failure;
 };

@@ -15,43 +15,49 @@ namespace {
 
 using TestSupport::RandomText;
 
-// Splits a line into tokens from left to right, one character at a time.
+// For one line.
 class ReferenceTokenizer {
 public:
     std::vector<std::wstring> Tokenize(const std::wstring& line)
     {
         for (const wchar_t character : line)
             Consume(character);
-        if (m_state == State::Plain)
+        if (m_state == State::Unquoted)
             m_tokens.push_back(m_token);
         return m_tokens;
     }
 
 private:
-    enum class State { Between, Plain, Quoted };
+    enum class State { BetweenTokens, Unquoted, Quoted };
 
     void Consume(wchar_t character)
     {
         const bool isSeparator = character == L' ' || character == L'\t';
         switch (m_state) {
-        case State::Between:
+        case State::BetweenTokens:
             if (character == L'"')
                 m_state = State::Quoted;
             else if (!isSeparator)
                 BeginToken(character);
             break;
-        case State::Plain:
-            isSeparator ? EndToken() : m_token.push_back(character);
+        case State::Unquoted:
+            if (isSeparator)
+                EndToken();
+            else
+                m_token.push_back(character);
             break;
         case State::Quoted:
-            character == L'"' ? EndToken() : m_token.push_back(character);
+            if (character == L'"')
+                EndToken();
+            else
+                m_token.push_back(character);
             break;
         }
     }
 
     void BeginToken(wchar_t character)
     {
-        m_state = State::Plain;
+        m_state = State::Unquoted;
         m_token.push_back(character);
     }
 
@@ -59,10 +65,10 @@ private:
     {
         m_tokens.push_back(m_token);
         m_token.clear();
-        m_state = State::Between;
+        m_state = State::BetweenTokens;
     }
 
-    State m_state = State::Between;
+    State m_state = State::BetweenTokens;
     std::wstring m_token;
     std::vector<std::wstring> m_tokens;
 };

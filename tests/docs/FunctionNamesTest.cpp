@@ -39,9 +39,9 @@ const std::set<std::string> c_verbs = {
 
 // First words of predicates, conversions and handlers.
 const std::set<std::string> c_otherFirstWords = {
-    "Are",   "Begins", "Can",    "Carries", "Runs",  "Connects", "Contains", "Does",
-    "Ends",  "Finds",  "Has",    "Is",      "Leads", "Looks",    "Matches",  "May",
-    "Names", "Needs",  "Starts", "From",    "To",    "On"};
+    "Acts",    "Are",  "Begins", "Can",   "Carries", "Runs", "Connects", "Contains",
+    "Does",    "Ends", "Finds",  "Has",   "Ignores", "Is",   "Leads",    "Looks",
+    "Matches", "May",  "Names",  "Needs", "Starts",  "From", "To",       "On"};
 
 // Exported functions, whose names cannot change.
 const std::set<std::string> c_exportedNames = {"DllToolkitLoad", "DllToolkitUnload",

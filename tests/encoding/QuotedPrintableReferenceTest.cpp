@@ -1,5 +1,6 @@
-// Compares quoted-printable with a plain reference implementation, on random strings and for every
-// pair of small line lengths. Also decodes the output with GMime, where both follow the same rules.
+// Compares `QP` with a plain reference implementation: on random strings, for every pair of small
+// line lengths, and for huge line lengths. Also decodes its output with GMime, where the two follow
+// the same rules.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"
@@ -56,6 +57,7 @@ TEST(QuotedPrintableReferenceTest, DecodesWhatItEncoded)
     for (int round = 0; round < c_rounds; ++round) {
         const Wide text = CreateRandomString(random, 1000);
 
+        // The conversion to UTF-8 truncates `text` at its first null character.
         ASSERT_EQ(QP::ToUNICODE(QP::ToQP(text)), UTF8::ToUNICODE(UTF8::ToUTF8(text)));
     }
 }
@@ -70,7 +72,7 @@ TEST(QuotedPrintableReferenceTest, DecodesRandomStringsLikeTheReference)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, ReportsTheBytesThatTheReferenceQuotes)
+TEST(QuotedPrintableReferenceTest, AgreesInHasToBeQPWithTheReferenceForEveryByte)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const TString<char> text(static_cast<char>(byte));
@@ -94,6 +96,8 @@ TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForSmallLengths)
 
 TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForHugeLengths)
 {
+    // A negative first length wraps around to a huge one. Breaks are searched leftwards above a
+    // line length of 0x7FFFFFFE.
     RandomText random(5);
     for (int round = 0; round < c_rounds; ++round) {
         const auto firstLineLength = static_cast<unsigned int>(random.Number(-3, 60));

@@ -66,7 +66,7 @@ TEST_F(HostPlugInsTest, OmitsUnusablePlugInsAndReportsWhy)
         {NO_FUNCTION_PLUG_IN, "it has no function GetHostPlugIn"},
         {OTHER_VERSION_PLUG_IN, "it has version 2 of the interface, the host version 1"},
         {SECOND_LIST_PLUG_IN, "another one has its command list"},
-        {THROWING_MODULE_PLUG_IN, "its module does not start: no sounding gear"},
+        {THROWING_MODULE_PLUG_IN, "its module failed to start: no sounding gear"},
         {USELESS_PLUG_IN, "it reports that it is unusable"}};
     m_host.InstallPlugIn(ARCHIVE_PLUG_IN);
     for (const auto& [library, fault] : cases)

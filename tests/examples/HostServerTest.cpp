@@ -147,7 +147,7 @@ TEST_F(HostServerTest, RejectsACommandThatIsTooLong)
     EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
               "9\tfolder/two.txt\n19\tone.txt\n");
     Quit(host);
-    EXPECT_THAT(m_host.Log(), HasSubstr("A command must not be longer than 1 Mi characters"));
+    EXPECT_THAT(m_host.Log(), HasSubstr("A command has at most 1,048,576 characters"));
 }
 
 // Limits the address space of `process`, as `ulimit -v` does, to `spare` bytes more than it uses
@@ -424,8 +424,10 @@ TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalDespiteABusyCommand)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, GetTimeLimit(5));
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
     EXPECT_THAT(ListDirectory(), SizeIs(0));
-    EXPECT_THAT(m_host.Log(),
-                EndsWith("Fail : 1 wait-blindly: does not stop; the host ends without it\n"));
+    EXPECT_THAT(
+        m_host.Log(),
+        EndsWith(
+            "Fail : 1 wait-blindly: did not stop in time; the host ends without waiting for it\n"));
 }
 
 TEST_F(HostServerTest, EndsAtOnceAtASecondSignal)

@@ -15,9 +15,9 @@ using testing::HasSubstr;
 // Runs the program in the time zone of Berlin and a German locale.
 class MailToolTest : public testing::Test {
 protected:
-    ProgramResult RunOnShipped(const std::string& message) const
+    ProgramResult RunOnExampleMessage(const std::string& fileName) const
     {
-        return Run(TOOLKIT_SOURCE_DIR "/examples/mailtool/messages/" + message);
+        return Run(TOOLKIT_SOURCE_DIR "/examples/mailtool/messages/" + fileName);
     }
 
     ProgramResult RunOnText(const std::string& text) const
@@ -39,7 +39,7 @@ protected:
 
 TEST_F(MailToolTest, DecodesQuotedPrintable)
 {
-    const ProgramResult result = RunOnShipped("quoted.eml");
+    const ProgramResult result = RunOnExampleMessage("quoted.eml");
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, "From     Jørgen Bakke <jorgen@kapmoewe.example>\n"
@@ -52,16 +52,16 @@ TEST_F(MailToolTest, DecodesQuotedPrintable)
 
 TEST_F(MailToolTest, DecodesAnAttachment)
 {
-    const ProgramResult result = RunOnShipped("attachment.eml");
+    const ProgramResult result = RunOnExampleMessage("attachment.eml");
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, HasSubstr("Part     text/plain, 114 bytes\n"
                                          "Part     text/csv \"lenses.csv\", 1802 bytes\n"));
 }
 
-TEST_F(MailToolTest, JoinsALongHeader)
+TEST_F(MailToolTest, UnfoldsHeaderFields)
 {
-    const ProgramResult result = RunOnShipped("longheader.eml");
+    const ProgramResult result = RunOnExampleMessage("longheader.eml");
 
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, HasSubstr("From     Åsa Öberg <asa@kapmoewe.example>\n"));
@@ -84,16 +84,16 @@ TEST_F(MailToolTest, ConvertsDatesWithAnyZoneOffsetToUtc)
 
 TEST_F(MailToolTest, StoresTheDecodedBytes)
 {
-    RunOnText("Content-Type: text/plain\nContent-Transfer-Encoding: base64\n\nU2Vh\ngulls\n");
+    RunOnText("Content-Type: text/plain\nContent-Transfer-Encoding: base64\n\nU2Vh\nIGd1\n");
 
     const std::string stored = m_directory.ReadFile(L"parts");
 
-    // The title of 11 characters, then the size and the bytes.
+    // The size and the characters of "text/plain ", then the size and the bytes of the content.
     EXPECT_EQ(stored.substr(0, 4), std::string("\x2C\0\0\0", 4));
-    EXPECT_EQ(stored.substr(4 + 44, 4 + 3), std::string("\x06\0\0\0Sea", 7));
+    EXPECT_EQ(stored.substr(4 + 44), std::string("\x06\0\0\0Sea gu", 10));
 }
 
-// The boundary is matched literally, even if it has a meaning in a pattern.
+// Each boundary has characters that are special in a regular expression, or are not ASCII.
 TEST_F(MailToolTest, MatchesTheBoundaryLiterally)
 {
     for (const std::string boundary :
@@ -109,7 +109,7 @@ TEST_F(MailToolTest, MatchesTheBoundaryLiterally)
     }
 }
 
-TEST_F(MailToolTest, EscapesControlCharactersOfAMessage)
+TEST_F(MailToolTest, EscapesControlCharactersInAMessage)
 {
     const ProgramResult result = RunOnText("Subject: =?UTF-8?Q?=1B]0;evil=07?=\n\nx\n");
 

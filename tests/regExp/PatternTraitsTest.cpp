@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(PatternTraitsTest, ReturnsTrueForPatternsThatLookAheadOnly)
+TEST(PatternTraitsTest, IgnoresPrecedingTextWithoutAnchorsAndLookBehind)
 {
     for (const char* pattern :
          {"",        "a",      "a|b",      "[^a]",       "a$",          "\\d+\\.\\d*",
@@ -13,11 +13,12 @@ TEST(PatternTraitsTest, ReturnsTrueForPatternsThatLookAheadOnly)
           "(?i)a",   "(?>a+)", "\\^",      "\\(*",       "\\\\",        "\\x{E9}",
           "\\p{Lu}", "\\z",    "\xC3\xA9", "\\\xC3\xA9", "(?|(a)|(b))", "(a)(?1)"}) {
         SCOPED_TRACE(pattern);
-        EXPECT_TRUE(LooksAheadOnly(pattern));
+        EXPECT_TRUE(IgnoresPrecedingText(pattern));
     }
 }
 
-TEST(PatternTraitsTest, ReturnsFalseForPatternsThatMayLookBehind)
+// Includes patterns that only seem to examine it: the scan does not parse them completely.
+TEST(PatternTraitsTest, MayExaminePrecedingTextOtherwise)
 {
     for (const char* pattern :
          {"^a",      "a|^b",      "(^a)",       "(?m)^",    "\\[^a",    "\\c[^a",   "\\ba",
@@ -25,11 +26,11 @@ TEST(PatternTraitsTest, ReturnsFalseForPatternsThatMayLookBehind)
           "(?<=a)b", "(?<!a)b",   "(?(?<=a)b)", "(*SKIP)a", "(*CRLF)a", "(?C)a",    "\\X",
           "[\\\\]^", "(?#\\)\\b", "a\\",        "[[:<:]]a", "a[[:>:]]"}) {
         SCOPED_TRACE(pattern);
-        EXPECT_FALSE(LooksAheadOnly(pattern));
+        EXPECT_FALSE(IgnoresPrecedingText(pattern));
     }
 }
 
-TEST(PatternTraitsTest, ReportsThatOnlyBackslashCSplitsCharacters)
+TEST(PatternTraitsTest, MatchesWholeCharactersWithoutBackslashC)
 {
     EXPECT_TRUE(MatchesWholeCharacters("(?s).\\c\\d"));
     EXPECT_FALSE(MatchesWholeCharacters("a\\C"));

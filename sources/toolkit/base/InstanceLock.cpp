@@ -6,13 +6,13 @@
 
 #include <fcntl.h>
 #include <string>
-#include <utility>
+#include <string_view>
 
 namespace Toolkit::Base {
 namespace {
 
-// Leaves room for the prefix and the suffix: file names have at most 255 bytes.
-constexpr std::size_t c_longestName = 216;
+// File names have at most 255 bytes.
+constexpr std::size_t c_maxNameLength = 255 - std::string_view("..lock").size();
 
 FileDescriptor OpenLockFile(const std::wstring& name)
 {
@@ -20,16 +20,17 @@ FileDescriptor OpenLockFile(const std::wstring& name)
         return {};
     const std::string path = InstanceLock::MakePath(name);
     FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
-    // In a read-only directory, an existing file can still be locked.
-    return file.IsOpen() ? std::move(file)
-                         : FileDescriptor::OpenRegular(path, O_RDONLY | O_NOFOLLOW);
+    if (file.IsOpen())
+        return file;
+    // A file that cannot be written, as on a read-only file system, can still be locked.
+    return FileDescriptor::OpenRegular(path, O_RDONLY | O_NOFOLLOW);
 }
 
 } // namespace
 
 std::string InstanceLock::MakePath(const std::wstring& name)
 {
-    return EncodeUtf8(GetHomeDirectory()) + "/." + ShortenName(EncodeUtf8(name), c_longestName) +
+    return EncodeUtf8(GetHomeDirectory()) + "/." + ShortenName(EncodeUtf8(name), c_maxNameLength) +
            ".lock";
 }
 

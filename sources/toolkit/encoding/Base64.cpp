@@ -8,24 +8,24 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string>
 
 namespace {
 
-// The longest input: the functions calculate lengths as int.
-constexpr unsigned int c_longest = std::numeric_limits<int>::max();
+// GetCodeLength() and GetDataLength() take lengths as int.
+constexpr unsigned int c_maxInputLength = std::numeric_limits<int>::max();
 
+// GetCodeLength() returns 0 for no input, and a negative number for a result of 2 GiB or more.
 bool IsEncodable(unsigned int length)
 {
-    return length <= c_longest && GetCodeLength(static_cast<int>(length)) > 0;
+    return length <= c_maxInputLength && GetCodeLength(static_cast<int>(length)) > 0;
 }
 
-// Returns null when out of memory. new (std::nothrow) would not avoid the exception: it calls the
-// throwing operator new.
+// Returns null when out of memory. The caller's `delete[]` frees the array.
 unsigned char* Allocate(int size)
 {
-    return Toolkit::Base::TryOr(
-        nullptr, [size] { return new unsigned char[static_cast<std::size_t>(size)]; });
+    return new (std::nothrow) unsigned char[static_cast<std::size_t>(size)];
 }
 
 } // namespace
@@ -59,14 +59,14 @@ bool b64_decode_binary(const unsigned char* in, unsigned int length, unsigned ch
 bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned char** out,
                        unsigned int* outLength)
 {
-    if (length == 0 || length > c_longest || !in || !out || !outLength)
+    if (length == 0 || length > c_maxInputLength || !in || !out || !outLength)
         return false;
     const int size = GetDataLength(static_cast<int>(length));
     unsigned char* const data = Allocate(size);
     if (!data)
         return false;
     const std::size_t decoded = Toolkit::DecodeBase64(in, length, data);
-    // The rest of the array is zero.
+    // The header promises zeros after the decoded bytes.
     std::memset(data + decoded, 0, static_cast<std::size_t>(size) - decoded);
     *outLength = static_cast<unsigned int>(decoded);
     *out = data;
@@ -76,10 +76,12 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
 namespace Toolkit {
 namespace {
 
-// A multiple of the group length. The characters and their wide form fit into the L1 cache.
+// In bytes. A multiple of 3, so that only the last piece is padded, and small enough for both
+// buffers to stay in the L1 cache.
 constexpr std::size_t c_pieceLength = 768;
 
-// Returns the result of b64_decode_binary() as a wide string, without a temporary array.
+// Encodes like b64_decode_binary(), but as a wide string. Encodes piece by piece, which needs no
+// array for the whole result.
 std::wstring Encode(const unsigned char* bytes, std::size_t length)
 {
     std::wstring text;
@@ -101,7 +103,7 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
 // Decodes in place: there are fewer bytes than characters.
 void Decode(std::string code, Bytes& bytes)
 {
-    if (code.size() > c_longest)
+    if (code.size() > c_maxInputLength)
         return;
     auto* const data = reinterpret_cast<unsigned char*>(code.data());
     bytes.SetBytes(data, static_cast<unsigned int>(DecodeBase64(data, code.size(), data)));
@@ -115,7 +117,7 @@ TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
     unsigned int size = 0;
     if (!bytes.IsValid() || !bytes->GetBytes(&copy, &size))
         return {};
-    const std::unique_ptr<unsigned char[]> freed(copy);
+    const std::unique_ptr<unsigned char[]> owner(copy);
     if (!IsEncodable(size))
         return {};
     return Base::TryOr({}, [&] { return TString<wchar_t>(Encode(copy, size)); });
@@ -123,8 +125,8 @@ TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
 
 smart_ptr<Bytes> B64::ToB64(const TString<wchar_t>& text)
 {
-    const auto make = [] { return smart_ptr<Bytes>(new Bytes); };
-    const smart_ptr<Bytes> bytes = Base::TryOr(smart_ptr<Bytes>::Empty(), make);
+    const auto createBytes = [] { return smart_ptr<Bytes>(new Bytes); };
+    const smart_ptr<Bytes> bytes = Base::TryOr(smart_ptr<Bytes>::Empty(), createBytes);
     if (bytes.IsValid())
         Decode(UTF8::ToUTF8(text), *bytes);
     return bytes;

@@ -5,22 +5,21 @@
 
 namespace Toolkit {
 
-// Encodes and decodes quoted-printable. Differs from RFC 2045, section 6.7: the encoder escapes
-// more than necessary, and the decoder removes only the "=" of a soft line break.
+// Encodes and decodes quoted-printable. The encoder escapes more than RFC 2045, section 6.7,
+// requires. The decoder deviates from it: see `QP::ToUNICODE`.
 
-/// Whether `byte` is above 0x7F or must be escaped. False for 0x7F, although
-/// `AppendEncodedQuotedPrintable` escapes it.
+/// Whether AppendEncodedQuotedPrintable() escapes `byte`. False for 0x7F, which it escapes as well.
 bool NeedsEscape(char byte);
 
-/// Encodes `length` bytes and appends the result to `code`, on one line.
-void AppendEncodedQuotedPrintable(std::string& code, const char* bytes, std::size_t length);
+/// Encodes `length` bytes and appends the result to `encoded`, on one line.
+void AppendEncodedQuotedPrintable(std::string& encoded, const char* bytes, std::size_t length);
 
-/// Decodes `length` characters of `code` and appends the result to `bytes`.
-void AppendDecodedQuotedPrintable(std::string& bytes, const char* code, std::size_t length);
+/// Decodes `length` characters of `encoded` and appends the result to `bytes`.
+void AppendDecodedQuotedPrintable(std::string& bytes, const char* encoded, std::size_t length);
 
-/// Returns `code` with soft line breaks; see `QP::ToQP`. `code` must come from
-/// `AppendEncodedQuotedPrintable`.
-std::string InsertSoftBreaks(const std::string& code, unsigned int firstLineLength,
+/// Returns `encoded` with soft line breaks; see `QP::ToQP`. `encoded` must come from
+/// AppendEncodedQuotedPrintable().
+std::string InsertSoftBreaks(const std::string& encoded, unsigned int firstLineLength,
                              unsigned int lineLength);
 
 } // namespace Toolkit

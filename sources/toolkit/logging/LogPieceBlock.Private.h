@@ -6,14 +6,15 @@
 
 namespace Toolkit {
 
-/// Collects pieces of log text, as UTF-8, in a block that is written to the file at once.
+/// Collects pieces of log text, as UTF-8, in a block that is written to the file with one
+/// write.
 ///
 /// A process killed during a write leaves what the kernel has copied so far, and the kernel checks
 /// for the signal only between two pages of the file: the part of a write that lies in one page is
 /// written as a whole or not at all. So a block ends with the last whole piece before the end of a
 /// page. A piece that crosses the end of a page comes first in its block. Only such a piece can be
-/// cut, at the end of the page, as the last one in the file. Its two pages cannot be written at
-/// once, so no order of writes prevents that.
+/// cut: it is then the last one in the file, and ends with a page. Several pages cannot be written
+/// atomically, so no other division into writes prevents that.
 class LogPieceBlock {
 public:
     explicit LogPieceBlock(std::size_t pageSize);
@@ -21,9 +22,10 @@ public:
     /// Empties the block, which will be written at `offset` in the file.
     void Begin(long long offset);
 
-    /// Appends `piece`; false when it does not fit, and the block must be written first. The first
-    /// piece always fits. Leaves out a piece that UTF-8 cannot encode or that does not fit into
-    /// memory. The bytes of a narrow piece are characters up to U+00FF.
+    /// Appends `piece`. Returns false if the block has no room for it: write the block, call
+    /// Begin() and repeat the call. The first piece always has room. A piece that UTF-8 cannot
+    /// encode, or for which memory runs out, is dropped, and the result is true. A narrow piece is
+    /// Latin-1.
     bool Append(std::wstring_view piece);
     bool Append(std::string_view piece);
 
@@ -32,10 +34,10 @@ public:
     std::size_t Size() const { return m_bytes.size(); }
 
 private:
-    bool KeepFrom(std::size_t oldSize);
+    bool KeepIfItFits(std::size_t pieceBegin);
 
     std::size_t m_pageSize;
-    std::size_t m_pageOffset = 0; // where in its page the block begins
+    std::size_t m_pageOffset = 0; // of the block within its page
     std::size_t m_limit = 0;      // largest size of the block; set by the first piece
     std::string m_bytes;
 };

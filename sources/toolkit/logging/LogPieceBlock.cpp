@@ -39,7 +39,7 @@ bool LogPieceBlock::Append(std::wstring_view piece)
     if (!Base::RunsWithoutThrowing(
             [&] { Base::AppendEncodedUtf8(m_bytes, piece.data(), piece.size()); }))
         m_bytes.resize(oldSize);
-    return KeepFrom(oldSize);
+    return KeepIfItFits(oldSize);
 }
 
 bool LogPieceBlock::Append(std::string_view piece)
@@ -47,21 +47,20 @@ bool LogPieceBlock::Append(std::string_view piece)
     const std::size_t oldSize = m_bytes.size();
     if (!Base::RunsWithoutThrowing([&] { AppendEncoded(m_bytes, piece); }))
         m_bytes.resize(oldSize);
-    return KeepFrom(oldSize);
+    return KeepIfItFits(oldSize);
 }
 
-// Removes the piece that begins at `oldSize` of the block if the block is too long with it, and
-// returns false then.
-bool LogPieceBlock::KeepFrom(std::size_t oldSize)
+// Returns whether the block has room for the piece that begins at `pieceBegin`; if not, removes it.
+bool LogPieceBlock::KeepIfItFits(std::size_t pieceBegin)
 {
-    if (oldSize == 0) {
+    if (pieceBegin == 0) {
         const std::size_t pages = (m_pageOffset + m_bytes.size() + m_pageSize - 1) / m_pageSize;
         m_limit = pages * m_pageSize - m_pageOffset;
         return true;
     }
     if (m_bytes.size() <= m_limit)
         return true;
-    m_bytes.resize(oldSize);
+    m_bytes.resize(pieceBegin);
     return false;
 }
 

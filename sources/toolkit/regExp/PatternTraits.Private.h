@@ -10,6 +10,6 @@ bool MatchesWholeCharacters(const char* pattern);
 
 /// Whether a match depends only on the text that begins where it is tried: the pattern has no
 /// anchor except for the end, no word boundary, no look-behind and no verb.
-bool LooksAheadOnly(const char* pattern);
+bool IgnoresPrecedingText(const char* pattern);
 
 } // namespace Toolkit

@@ -49,7 +49,7 @@ bool MatchesWholeCharacters(const char* pattern)
     return !std::strstr(pattern, "\\C");
 }
 
-bool LooksAheadOnly(const char* pattern)
+bool IgnoresPrecedingText(const char* pattern)
 {
     char previous = '\0';
     for (; *pattern; ++pattern) {

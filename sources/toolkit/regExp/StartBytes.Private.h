@@ -9,7 +9,7 @@
 namespace Toolkit {
 
 /// The bytes that a match of a pattern can begin with, found by trying each of them. Only for a
-/// pattern for which LooksAheadOnly() is true.
+/// pattern for which IgnoresPrecedingText() is true.
 class StartBytes {
 public:
     /// `options` are the options of the later searches.

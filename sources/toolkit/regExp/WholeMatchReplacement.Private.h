@@ -34,7 +34,7 @@ private:
     const PatternCode m_code;
     const TString<char>& m_replacement;
     const bool m_keepsUtf8;
-    const bool m_looksAheadOnly;
+    const bool m_ignoresPrecedingText;
     TString<char> m_text;
     int m_resultCode = 0;
     int m_offsets[MatchResult::c_ovectorSize];

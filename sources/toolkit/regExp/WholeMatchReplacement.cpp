@@ -37,7 +37,7 @@ WholeMatchReplacement::WholeMatchReplacement(const TString<char>& pattern,
                                              const TString<char>& subject)
     : m_code(CompilePattern(pattern)), m_replacement(replacement),
       m_keepsUtf8(MatchesWholeCharacters(pattern.c_str()) && IsUtf8(replacement)),
-      m_looksAheadOnly(LooksAheadOnly(pattern.c_str())), m_text(subject)
+      m_ignoresPrecedingText(IgnoresPrecedingText(pattern.c_str())), m_text(subject)
 {
 }
 
@@ -46,7 +46,7 @@ TString<char> WholeMatchReplacement::Run()
     Search(0, false);
     while (m_resultCode > 0) {
         const bool isInReach = MatchBegin() + m_replacement.size() <= c_lastStart;
-        if (m_keepsUtf8 && m_looksAheadOnly && isInReach)
+        if (m_keepsUtf8 && m_ignoresPrecedingText && isInReach)
             ReplaceInOnePass();
         else
             ReplaceOne();

@@ -42,7 +42,8 @@ private:
     template <typename Policy>
     friend class smart_ptr_inner_data;
 
-    // For the lock of a count block, which the library never locks: allocates only in Lock().
+    // For `smart_ptr_inner_data::lock`, which the library never locks. The first Lock() allocates
+    // the CountedMutex.
     struct OnFirstUse {};
     explicit MutexInternal(OnFirstUse) noexcept : m_mutex(nullptr) {}
 
@@ -51,7 +52,8 @@ private:
     std::atomic<CountedMutex*> m_mutex; // owned
 };
 
-/// The mutex type for the members of classes.
+/// The mutex to declare in a program. Adds only its constructor to `MutexInternal`, the type that
+/// functions take.
 class TOOLKIT_API Mutex : public MutexInternal {
 public:
     /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
@@ -66,7 +68,9 @@ public:
 /// report that. To be sure of the lock, wait with `MutexInternal::Infinite`.
 class TOOLKIT_SCOPED_CAPABILITY TOOLKIT_API MutexLocker {
 public:
-    /// Locks `mutex`, which must outlive the locker; waits as `MutexInternal::Lock` does.
+    /// Locks `mutex`, which must outlive the locker; waits like `MutexInternal::Lock()`.
+    //
+    // Not checked: Clang cannot follow a lock that is held only if Lock() succeeded.
     MutexLocker(MutexInternal& mutex, unsigned int timeoutMs)
         TOOLKIT_ACQUIRE(mutex) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS : m_mutex(mutex)
     {

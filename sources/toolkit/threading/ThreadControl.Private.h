@@ -27,7 +27,7 @@ public:
 
     /// Release pairs with the acquire of AwaitEntry(): the waiting thread sees what this thread did
     /// before.
-    void SetEntered() { m_isEntered.store(true, std::memory_order_release); }
+    void SetEntered() { m_hasEntered.store(true, std::memory_order_release); }
 
     /// Waits until `SetEntered()` has been called, but at most 1 second: an override of
     /// `Thread::Entry()` might not call it.
@@ -51,9 +51,9 @@ public:
     std::unique_ptr<Framework::ThreadRemains> TakeRemains() { return std::move(m_remains); }
 
 private:
-    const pid_t m_process;
+    const pid_t m_processId;
     std::unique_ptr<Framework::ThreadRemains> m_remains;
-    std::atomic<bool> m_isEntered{false};
+    std::atomic<bool> m_hasEntered{false};
     std::atomic<bool> m_isCancelled{false};
     std::counting_semaphore<> m_wakes{0};
 };

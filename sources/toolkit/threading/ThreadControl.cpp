@@ -8,9 +8,9 @@ namespace Toolkit {
 namespace {
 
 // wxThread::Resume() does not call Wake(), so a paused thread polls. A cancelled thread will be
-// resumed soon, so it polls faster.
-constexpr std::chrono::milliseconds c_longestWait{200};
-constexpr std::chrono::milliseconds c_cancelledWait{1};
+// resumed soon, so it polls more often.
+constexpr std::chrono::milliseconds c_pausePoll{200};
+constexpr std::chrono::milliseconds c_cancelledPausePoll{1};
 
 constexpr std::chrono::milliseconds c_entryPoll{1};
 constexpr std::chrono::seconds c_longestEntryWait{1};
@@ -18,13 +18,13 @@ constexpr std::chrono::seconds c_longestEntryWait{1};
 } // namespace
 
 ThreadControl::ThreadControl()
-    : m_process(::getpid()), m_remains(std::make_unique<Framework::ThreadRemains>())
+    : m_processId(::getpid()), m_remains(std::make_unique<Framework::ThreadRemains>())
 {
 }
 
 bool ThreadControl::IsOfThisProcess() const
 {
-    return m_process == ::getpid();
+    return m_processId == ::getpid();
 }
 
 void ThreadControl::AwaitEntry() const
@@ -32,7 +32,7 @@ void ThreadControl::AwaitEntry() const
     using Clock = std::chrono::steady_clock;
 
     const Clock::time_point end = Clock::now() + c_longestEntryWait;
-    while (!m_isEntered.load(std::memory_order_acquire) && Clock::now() < end)
+    while (!m_hasEntered.load(std::memory_order_acquire) && Clock::now() < end)
         std::this_thread::sleep_for(c_entryPoll);
 }
 
@@ -44,7 +44,7 @@ void ThreadControl::Cancel()
 
 void ThreadControl::AwaitWake()
 {
-    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_cancelledWait : c_longestWait));
+    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_cancelledPausePoll : c_pausePoll));
 }
 
 } // namespace Toolkit

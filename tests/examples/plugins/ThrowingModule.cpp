@@ -1,4 +1,4 @@
-// A plug-in whose module does not start.
+// A plug-in whose module fails to start.
 
 #include <stdexcept>
 
