@@ -17,11 +17,10 @@ public:
     /// If `file` is not open, every read fails.
     explicit ArchiveFile(Base::FileDescriptor file);
 
-    /// A pipe is not seekable.
+    /// False for a pipe, and if the file is not open.
     bool IsSeekable() const override { return m_length != wxInvalidOffset; }
 
-    /// Returns the length that the file had when it was opened. wxWidgets calls this before it
-    /// seeks.
+    /// Returns the length that the file had when it was opened.
     wxFileOffset GetLength() const override { return m_length; }
 
 protected:
@@ -35,8 +34,8 @@ private:
     Base::FileDescriptor m_file;
     wxFileOffset m_length = wxInvalidOffset;
     wxFileOffset m_position = 0;
-    std::string m_bytes; // the buffered part of the file, which begins at m_bytesBegin
-    wxFileOffset m_bytesBegin = 0;
+    std::string m_buffer; // a part of the file, which begins at m_bufferBegin
+    wxFileOffset m_bufferBegin = 0;
 };
 
 } // namespace Toolkit

@@ -22,19 +22,19 @@ std::size_t ArchiveFile::OnSysRead(void* buffer, std::size_t size)
 {
     if (!m_file.IsOpen())
         return 0;
-    const bool isAtHand = m_position >= m_bytesBegin &&
-                          m_position < m_bytesBegin + static_cast<wxFileOffset>(m_bytes.size());
+    const bool isBuffered = m_position >= m_bufferBegin &&
+                            m_position < m_bufferBegin + static_cast<wxFileOffset>(m_buffer.size());
     std::size_t count = 0;
-    if (!isAtHand && size >= c_bufferSize) {
+    if (!isBuffered && size >= c_bufferSize) {
         count = ReadFile(static_cast<char*>(buffer), size);
     } else {
-        if (!isAtHand) {
-            m_bytes.resize(c_bufferSize);
-            m_bytes.resize(ReadFile(m_bytes.data(), c_bufferSize));
-            m_bytesBegin = m_position;
+        if (!isBuffered) {
+            m_buffer.resize(c_bufferSize);
+            m_buffer.resize(ReadFile(m_buffer.data(), c_bufferSize));
+            m_bufferBegin = m_position;
         }
-        count = m_bytes.copy(static_cast<char*>(buffer), size,
-                             static_cast<std::size_t>(m_position - m_bytesBegin));
+        count = m_buffer.copy(static_cast<char*>(buffer), size,
+                              static_cast<std::size_t>(m_position - m_bufferBegin));
     }
     m_position += static_cast<wxFileOffset>(count);
     return count;

@@ -22,8 +22,8 @@ public:
     wxMBConv* Clone() const override;
 };
 
-/// Owns the converter that wxZipInputStream refers to. Being the first base class, it outlives the
-/// stream.
+/// Owns the converter that the wxZipInputStream of an ArchiveStream refers to. As the first base
+/// class of ArchiveStream, it is constructed before the wxZipInputStream and destroyed after it.
 struct EntryNameConverterOwner {
     EntryNameConverter converter;
 };
@@ -39,10 +39,10 @@ public:
 
     /// Returns the bytes that were peeked at but not read yet. Valid until the next call of any
     /// operation.
-    std::string_view Peeked() const;
+    std::string_view GetPeeked() const;
 
-    /// Peeks at more bytes, but not beyond the stated size of the entry: wxZipInputStream can reach
-    /// the end of an entry only once. Returns false if it read no bytes.
+    /// Peeks at more bytes, but not past the stated size of the entry, because wxZipInputStream
+    /// must not reach the end of an entry twice. Returns false if there are no more bytes.
     bool PeekMore();
 
     /// Moves the bytes that a reader put back with Ungetch() to the front of the peeked bytes.
@@ -60,7 +60,7 @@ protected:
 
 private:
     std::string m_peeked;
-    std::size_t m_peekedBegin = 0; // the bytes of m_peeked before this have been read
+    std::size_t m_peekedBegin = 0; // index in m_peeked of the first byte not read yet
     // The state of the stream once all peeked bytes have been read.
     wxStreamError m_errorAfterPeeked = wxSTREAM_NO_ERROR;
 };

@@ -11,7 +11,8 @@ namespace {
 
 constexpr wxFileOffset c_blockSize = 4096;
 
-// Whether the byte is the same character in the encoding of every locale.
+// Whether the byte is the same character in the encoding of every locale. Some encodings, such as
+// Shift JIS, have other characters in place of the backslash and the tilde.
 bool IsInvariant(char byte)
 {
     return byte >= ' ' && byte < '~' && byte != '\\';
@@ -62,7 +63,7 @@ ArchiveStream::ArchiveStream(wxInputStream* stream)
 {
 }
 
-std::string_view ArchiveStream::Peeked() const
+std::string_view ArchiveStream::GetPeeked() const
 {
     return std::string_view(m_peeked).substr(m_peekedBegin);
 }
@@ -75,10 +76,11 @@ bool ArchiveStream::PeekMore()
     if (left <= 0)
         return false;
 
-    // At the end of an entry, wxWidgets compares its size with OnSysTell(), which subtracts the
-    // peeked bytes. So m_peeked is empty during the read.
-    std::string peeked = std::exchange(m_peeked, {}).erase(0, std::exchange(m_peekedBegin, 0));
-    // Each step doubles the size, so that a long line is not copied again and again.
+    // At the end of an entry, wxWidgets compares the entry's size with OnSysTell(), which subtracts
+    // the peeked bytes. So m_peeked must be empty during the read.
+    std::string peeked = std::exchange(m_peeked, {});
+    peeked.erase(0, std::exchange(m_peekedBegin, 0));
+    // Doubles the size, so that a long line is not copied again and again.
     const std::size_t oldSize = peeked.size();
     const auto wanted = std::max(c_blockSize, static_cast<wxFileOffset>(oldSize));
     const auto size = static_cast<std::size_t>(std::min(left, wanted));
@@ -107,8 +109,8 @@ void ArchiveStream::ReclaimUngetBytes()
 
 bool ArchiveStream::CloseEntry()
 {
-    // Otherwise wxZipInputStream would return bytes that were put back here as the first bytes of
-    // the next entry.
+    // Otherwise wxZipInputStream would return bytes that were put back into this entry as the first
+    // bytes of the next one.
     ReclaimUngetBytes();
     m_peeked.clear();
     m_peekedBegin = 0;
@@ -118,12 +120,12 @@ bool ArchiveStream::CloseEntry()
 
 wxInputStream* ArchiveStream::OpenDecompressor(wxInputStream& stream)
 {
-    // If the compressed data ends before its entry does, wxWidgets puts the rest back into
-    // `stream`, whose position is then negative by the length of that rest. This skips the rest.
+    // If the compressed data of an entry ends early, wxWidgets puts the bytes after it back into
+    // `stream`, whose position is then minus their number. Skips these bytes.
     const wxFileOffset position = stream.TellI();
     if (position < 0) {
-        std::string rest(static_cast<std::size_t>(-position), '\0');
-        stream.Read(rest.data(), rest.size());
+        std::string skipped(static_cast<std::size_t>(-position), '\0');
+        stream.Read(skipped.data(), skipped.size());
     }
     return wxZipInputStream::OpenDecompressor(stream);
 }

@@ -13,10 +13,10 @@ namespace Toolkit {
 namespace {
 
 // Line numbers logged for the two failures. Fixed, because log readers match on them.
-constexpr int c_cannotReadLine = 96;
-constexpr int c_notValidLine = 103;
+constexpr int c_unreadableLine = 96;
+constexpr int c_invalidLine = 103;
 
-// Selects names by their prefix.
+// Selects names by their prefix; see EntriesList().
 class NameFilter {
 public:
     explicit NameFilter(const TString<wchar_t>& filter)
@@ -51,7 +51,7 @@ void List(wxZipInputStream* stream, const TString<wchar_t>& filter,
         TString<wchar_t> name = Framework::ToText(entry->GetName());
         if (!IsOfType(*entry, type) || !names.Selects(name))
             continue;
-        // Most archives are sorted by name, so that the end is the right place.
+        // The end is a hint: most archives are sorted by name.
         entries.try_emplace(entries.end(), std::move(name),
                             smart_ptr<ArchiveZipEntry>(new ArchiveZipEntry(*entry)));
     }
@@ -71,8 +71,8 @@ void ArchiveZip::Open(const TString<wchar_t>& path)
     Close();
     static_cast<void>(Base::RunsWithoutThrowing([&] {
         const Framework::Silence silence;
-        // `new` allocates the owner before OpenFile() runs, so that nothing leaks when out of
-        // memory.
+        // `new` allocates the ZipInputStream before OpenFile() runs, so that nothing leaks when out
+        // of memory.
         m_stream =
             smart_ptr<ZipInputStream>(new ZipInputStream(ArchiveStream::OpenFile(path).release()));
     }));
@@ -80,7 +80,7 @@ void ArchiveZip::Open(const TString<wchar_t>& path)
 
 void ArchiveZip::Close()
 {
-    // Assigning a null pointer would create a new count.
+    // Not a null pointer, for which smart_ptr would allocate a count.
     if (m_stream.IsValid())
         m_stream = smart_ptr<ZipInputStream>::Empty();
 }
@@ -90,13 +90,13 @@ int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
 {
     entries.clear();
     if (!m_stream.IsValid() || !m_stream->IsOk()) {
-        TOOLKIT_LOG_AT_LINE(SeverityError, c_notValidLine)
+        TOOLKIT_LOG_AT_LINE(SeverityError, c_invalidLine)
             << L"  archive is not valid! " << ILogger::c_strLogToken3;
         ASSERT(false);
         return -1;
     }
     if (!m_stream->CanRead()) {
-        TOOLKIT_LOG_AT_LINE(SeverityError, c_cannotReadLine)
+        TOOLKIT_LOG_AT_LINE(SeverityError, c_unreadableLine)
             << L"  archive format can't be read! " << ILogger::c_strLogToken3;
         ASSERT(false);
         return -1;
@@ -115,7 +115,7 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
     wxZipInputStream* const stream = *m_stream;
     const bool isOpen = Base::TryOr(false, [&] {
         const Framework::Silence silence;
-        // An error in one entry must not keep the others from being read.
+        // An error in one entry must not prevent reading the others.
         stream->Reset();
         stream->CloseEntry();
         return stream->OpenEntry(*entry);

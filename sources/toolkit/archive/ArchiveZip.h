@@ -43,15 +43,15 @@ public:
     void Close();
 
     /// Replaces `entries` with those of the archive; of entries with the same name only the first
-    /// is listed. Returns the number of entries. If the archive is closed or cannot be read, logs
-    /// an error and returns -1. When out of memory, returns -1 without logging.
+    /// is listed. Returns the number of entries; -1, with `entries` empty, after a failure. Logs an
+    /// error if the archive is closed or cannot be read, but not when out of memory.
     ///
     /// Lists only names that begin with the part of `filter` before its last "*", regardless of
     /// case. The rest of `filter` is ignored; without a "*" all of it counts. The empty filter and
     /// "*.*" list everything.
     ///
-    /// Listing leaves the archive at the end of its data: to list it again, open it again. The
-    /// first listing of a file that is not an archive returns 0.
+    /// Listing leaves the archive at the end of its data: open it again before listing it again.
+    /// For a file that is not an archive, the first listing returns 0.
     int EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                     ArchiveEntriesFlags::ArchiveEntriesType type);
 

@@ -10,7 +10,7 @@ namespace Toolkit {
 /// `wxZipEntry`.
 ///
 /// Names and sizes are what the archive claims. A name may contain ".." or backslashes, so a
-/// program must check where it leads before extracting. A leading "/" or "./" is removed.
+/// program must check where it leads before extracting. "/" and "./" at the beginning are removed.
 class TOOLKIT_API ArchiveZipEntry : public wxZipEntry {
 public:
     /// Copies `entry`. Throws std::bad_alloc when out of memory.

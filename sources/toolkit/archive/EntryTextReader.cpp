@@ -38,7 +38,7 @@ bool MayBeginMark(char byte)
 
 bool IsPlainAscii(char byte)
 {
-    return byte > 0;
+    return static_cast<signed char>(byte) > 0;
 }
 
 // Returns the next line; nothing if `bytes` do not contain its end.
@@ -62,17 +62,16 @@ std::optional<Span> FindWord(std::string_view bytes)
                 static_cast<std::size_t>(end - bytes.begin())};
 }
 
-// Peeks until `find` succeeds. After a carriage return peeks one byte further, because a line feed
-// may follow.
+// Peeks until `find` succeeds. If a carriage return ends the span, peeks one byte further, because
+// a line feed may follow. Returns nothing if the entry ends first.
 template <typename Find>
 std::optional<Span> Locate(ArchiveStream& stream, Find find)
 {
     while (true) {
-        const std::string_view peeked = stream.Peeked();
+        const std::string_view peeked = stream.GetPeeked();
         const std::optional<Span> span = find(peeked);
-        const bool isUndecided =
-            span && peeked[span->end] == '\r' && span->end + 1 == peeked.size();
-        if (span && !isUndecided)
+        const bool mayBePair = span && peeked[span->end] == '\r' && span->end + 1 == peeked.size();
+        if (span && !mayBePair)
             return span;
         if (!stream.PeekMore())
             return std::nullopt;
@@ -95,11 +94,12 @@ bool ReadPlain(wxZipInputStream& anyStream, TString<wchar_t>& text, Find find)
     if (!span)
         return false;
 
-    const std::string_view peeked = stream->Peeked();
+    const std::string_view peeked = stream->GetPeeked();
     const std::string_view bytes = peeked.substr(span->begin, span->end - span->begin);
-    // wxTextInputStream decodes the character after a carriage return, even an incomplete one.
-    const bool hidesMore = peeked[span->end] == '\r' && !IsPlainAscii(peeked[span->end + 1]);
-    if (hidesMore || MayBeginMark(peeked.front()) || bytes.find('\0') != std::string_view::npos ||
+    // After a carriage return, wxTextInputStream decodes another character, even an incomplete one.
+    const bool decodesBeyondEnd = peeked[span->end] == '\r' && !IsPlainAscii(peeked[span->end + 1]);
+    if (decodesBeyondEnd || MayBeginMark(peeked.front()) ||
+        bytes.find('\0') != std::string_view::npos ||
         !Base::AppendDecodedUtf8(text, bytes.data(), bytes.size()))
         return false;
     const bool isPair = peeked.compare(span->end, 2, "\r\n") == 0;

@@ -11,15 +11,14 @@
 namespace Toolkit {
 namespace {
 
-// The length that the archive claims is not trusted: memory grows with the bytes read, in larger
+// Does not trust the length that the archive claims: memory grows with the bytes read, in larger
 // steps while the archive claims that more bytes follow.
 void ReserveFor(std::vector<unsigned char>& bytes, std::size_t needed, wxFileOffset claimedLeft)
 {
-    constexpr std::size_t largestFactor = 4;
+    constexpr std::size_t maxFactor = 4;
 
     if (needed > bytes.capacity() && claimedLeft > 0)
-        bytes.reserve(
-            std::min(needed * largestFactor, needed + static_cast<std::size_t>(claimedLeft)));
+        bytes.reserve(std::min(needed * maxFactor, needed + static_cast<std::size_t>(claimedLeft)));
 }
 
 void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
@@ -35,7 +34,8 @@ void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
     } while (count == block.size());
 }
 
-// Runs `read`. False if `stream` is null or `read` throws, which sets an error on the stream.
+// Runs `read`. Returns false if `stream` is null or if `read` throws; then also sets an error on
+// the stream.
 template <typename Read>
 bool ReadFrom(wxZipInputStream* stream, Read read)
 {

@@ -13,15 +13,16 @@ namespace Toolkit {
 /// Reads an entry of a Zip archive as words, lines or bytes, in any combination.
 ///
 /// An archive has one stream, which reads the entry that was opened last. Text is decoded as UTF-8,
-/// or as a byte-order mark says, if there is one where an operation begins to read. One thread at a
-/// time may use an object. Nothing is thrown: out of memory puts the stream into its error state.
+/// or as a byte-order mark says, if there is one where an operation begins to read. One object is
+/// used by one thread at a time. Nothing is thrown: running out of memory puts the stream into its
+/// error state.
 class TOOLKIT_API ZipInputStream : public InputStream {
 public:
     /// Takes ownership of `stream`.
     explicit ZipInputStream(wxZipInputStream* stream);
     ~ZipInputStream() override;
 
-    /// Returns the wxWidgets stream, which this object owns.
+    /// Returns the wxWidgets stream, which this object still owns.
     operator wxZipInputStream*() const;
 
     bool CanRead() const;
@@ -29,11 +30,13 @@ public:
     /// False after an error, and after a read that reached the end of the entry.
     bool IsOk() const;
 
-    /// Reads the next word and the space, tab or line end after it.
+    /// Reads the next word and the space, tab or line end after it. `word` is empty if none is
+    /// left.
     ZipInputStream& operator>>(TString<wchar_t>& word);
 
     /// Reads the next line, without its end: a line feed, a carriage return or both. Returns false,
-    /// with an empty `line`, if the data end first: a last line without a line end is lost.
+    /// with an empty `line`, after an error or if the entry ends first: a last line without a line
+    /// end is lost.
     bool ReadLine(TString<wchar_t>& line);
 
     /// Appends the rest of the entry to `bytes`. For damaged data it appends what can be

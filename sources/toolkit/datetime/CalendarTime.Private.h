@@ -17,24 +17,25 @@ struct CalendarTime {
     long long second;
 };
 
-/// Whether the fields are a date and time that can exist. Seconds may be 60 and 61, for leap
+/// Whether the fields are a date and time that can exist. Seconds may be 60 or 61, for leap
 /// seconds.
 bool IsInRange(const CalendarTime& time);
 
-/// Converts a time in UTC to seconds since 1970, by the Gregorian calendar. With TZ=right/... leap
-/// seconds count.
+/// Converts a time in UTC to seconds since 1970, by the Gregorian calendar. Leap seconds count only
+/// in the zones of TZ=right/...
 long long ToSecondsFromUtc(const CalendarTime& time);
 
 /// Converts a time on the local clock to seconds since 1970. A time that the clock skips is moved
 /// forward; for a time that occurs twice, mktime(3) chooses.
 long long ToSecondsFromLocal(const CalendarTime& time);
 
-/// Convert seconds since 1970 to a date and time in UTC, or on the local clock.
+/// Convert seconds since 1970 to a date and a time of day, in UTC or on the local clock.
 CalendarTime ToUtcTime(long long seconds);
 CalendarTime ToLocalTime(long long seconds);
 
 /// Moves a date by months, to the last day if the new month is too short, and then by days. The
-/// time of day is unchanged. Returns false if the new date is outside the calendar.
+/// time of day is unchanged. Returns false if the new date is outside the supported years; `time`
+/// is then unspecified.
 bool MoveDate(CalendarTime& time, long long months, long long days);
 
 } // namespace Toolkit

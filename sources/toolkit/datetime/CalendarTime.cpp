@@ -12,9 +12,9 @@ constexpr long long c_secondsPerHour = 60 * c_secondsPerMinute;
 constexpr long long c_secondsPerDay = 24 * c_secondsPerHour;
 
 // Larger than the offset of any zone: TZ accepts offsets of up to 24:59:59.
-constexpr long long c_largestOffset = 25 * c_secondsPerHour;
+constexpr long long c_maxOffsetSeconds = 25 * c_secondsPerHour;
 
-// After this many years the calendar repeats.
+// The calendar repeats after this many years, which have this many days.
 constexpr long long c_yearsPerCycle = 400;
 constexpr long long c_daysPerCycle = 146097;
 
@@ -22,7 +22,8 @@ constexpr long long c_daysPerCycle = 146097;
 constexpr long long c_firstYear = -292275054;
 constexpr long long c_lastYear = 292278993;
 
-// The year between 1970 and 2369 with the same calendar. std::chrono supports only 65,535 years.
+// Returns the year between 1970 and 2369 with the same calendar. std::chrono supports only 65,535
+// years.
 std::chrono::year FindSimilarYear(long long year)
 {
     constexpr long long first = 1970;
@@ -31,7 +32,7 @@ std::chrono::year FindSimilarYear(long long year)
     return std::chrono::year(static_cast<int>(first + inCycle));
 }
 
-// Days since 1970, by the Gregorian calendar.
+// Counts the days since 1970, by the Gregorian calendar.
 long long CountDays(long long year, long long month, long long day)
 {
     using namespace std::chrono;
@@ -41,7 +42,7 @@ long long CountDays(long long year, long long month, long long day)
     return first.time_since_epoch().count() + cycles * c_daysPerCycle + day - 1;
 }
 
-// Seconds since 1970 without leap seconds.
+// Counts the seconds since 1970, without leap seconds.
 long long CountPlainSeconds(const CalendarTime& time)
 {
     return CountDays(time.year, time.month, time.day) * c_secondsPerDay +
@@ -75,9 +76,10 @@ std::tm ToFields(const CalendarTime& time)
     return fields;
 }
 
-// Whether the zone ignores leap seconds. Zones of TZ=right/... count them: their minutes and
-// seconds differ from plain ones, because there have been fewer than 3600 leap seconds.
-bool IsPlain(const std::tm& fields, long long seconds)
+// Whether the zone ignores leap seconds: without its minutes and seconds, the local time is then a
+// whole number of hours. In the zones of TZ=right/... it is not, because they count leap seconds,
+// of which there have been fewer than 3600.
+bool IgnoresLeapSeconds(const std::tm& fields, long long seconds)
 {
     const long long fromFullHour =
         seconds + fields.tm_gmtoff - fields.tm_min * c_secondsPerMinute - fields.tm_sec;
@@ -92,7 +94,8 @@ int CountDaysInMonth(long long year, long long month)
     return static_cast<int>(static_cast<unsigned>(last.day()));
 }
 
-// Moves whole cycles by arithmetic first: std::chrono::year holds far fewer than billions of days.
+// Moves by whole cycles first, because std::chrono cannot represent the date that is billions of
+// days away.
 void MoveDays(CalendarTime& time, long long days)
 {
     using namespace std::chrono;
@@ -122,7 +125,7 @@ long long ToSecondsFromUtc(const CalendarTime& time)
     const long long plain = CountPlainSeconds(time);
     const std::time_t seconds = plain;
     std::tm fields{};
-    if (::gmtime_r(&seconds, &fields) && IsPlain(fields, plain))
+    if (::gmtime_r(&seconds, &fields) && IgnoresLeapSeconds(fields, plain))
         return plain;
     fields = ToFields(time);
     return ::timegm(&fields);
@@ -130,13 +133,14 @@ long long ToSecondsFromUtc(const CalendarTime& time)
 
 long long ToSecondsFromLocal(const CalendarTime& time)
 {
-    // ParseIso/tz:0: without TZ, mktime() checks the zone file on every call and takes 17 times as
-    // long. If the zone's offset from UTC is the same before and after, subtracting it
-    // is enough.
+    // ParseIso/tz:0: mktime(), which checks the zone file on every call if TZ is not set, takes 17
+    // times as long. Subtracting the zone's offset from UTC is enough if it is the same before and
+    // after the time.
     const long long asUtc = CountPlainSeconds(time);
-    const std::tm before = ToLocalFields(asUtc - c_largestOffset);
-    const std::tm after = ToLocalFields(asUtc + c_largestOffset);
-    if (before.tm_gmtoff == after.tm_gmtoff && IsPlain(after, asUtc + c_largestOffset))
+    const std::tm before = ToLocalFields(asUtc - c_maxOffsetSeconds);
+    const std::tm after = ToLocalFields(asUtc + c_maxOffsetSeconds);
+    if (before.tm_gmtoff == after.tm_gmtoff &&
+        IgnoresLeapSeconds(after, asUtc + c_maxOffsetSeconds))
         return asUtc - before.tm_gmtoff;
     std::tm fields = ToFields(time);
     return ::mktime(&fields);
@@ -144,9 +148,9 @@ long long ToSecondsFromLocal(const CalendarTime& time)
 
 bool MoveDate(CalendarTime& time, long long months, long long days)
 {
-    const long long month = time.year * 12 + time.month - 1 + months;
-    time.year = month >= 0 ? month / 12 : (month - 11) / 12;
-    time.month = month - time.year * 12 + 1;
+    const long long monthCount = time.year * 12 + time.month - 1 + months;
+    time.year = monthCount >= 0 ? monthCount / 12 : (monthCount - 11) / 12;
+    time.month = monthCount - time.year * 12 + 1;
     if (time.year < c_firstYear || time.year > c_lastYear)
         return false;
     time.day = std::min<long long>(time.day, CountDaysInMonth(time.year, time.month));

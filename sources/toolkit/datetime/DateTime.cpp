@@ -39,6 +39,12 @@ long long ToSeconds(const wxDateTime& value)
     return ms / c_msPerSecond - (ms % c_msPerSecond < 0 ? 1 : 0);
 }
 
+// Returns the milliseconds since the last full second.
+long long GetMsOfSecond(const wxDateTime& value)
+{
+    return ToMs(value) - ToSeconds(value) * c_msPerSecond;
+}
+
 wxDateTime FromMs(long long ms)
 {
     return wxDateTime(wxLongLong(ms));
@@ -60,11 +66,15 @@ CalendarTime GetFields(const wxDateTime& value, bool utc)
 // Truncates the day and the time of day to 16 bits, as the constructors of wxDateTime do.
 CalendarTime TruncateTo16Bits(const CalendarTime& time)
 {
-    const auto cut = [](long long value) {
+    const auto truncate = [](long long value) {
         return static_cast<long long>(static_cast<std::uint16_t>(value));
     };
-    return {time.year,      time.month,       cut(time.day),
-            cut(time.hour), cut(time.minute), cut(time.second)};
+    return {time.year,
+            time.month,
+            truncate(time.day),
+            truncate(time.hour),
+            truncate(time.minute),
+            truncate(time.second)};
 }
 
 wxDateTime FromLocal(const CalendarTime& time)
@@ -120,13 +130,13 @@ std::unique_ptr<wxDateTime> MakeValue(const wxDateTime& value)
     return Base::TryOr(nullptr, [&value] { return std::make_unique<wxDateTime>(value); });
 }
 
-// Converts as wxDateSpan does, whose numbers are signed: 4294967295 years are one year back.
+// Converts as wxDateSpan does, whose numbers are signed: 4294967295 years are -1 year.
 long long ToSigned(unsigned int count)
 {
     return static_cast<int>(count);
 }
 
-// Empties `out` and calls `append`. `out` is empty if that fails or runs out of memory.
+// Clears `out` and calls `append`. If `append` returns false or runs out of memory, `out` is empty.
 template <typename Char, typename Append>
 void WriteText(TString<Char>& out, Append append)
 {
@@ -162,7 +172,7 @@ DateTime& DateTime::operator=(const DateTime& other)
 
 DateTime::~DateTime() = default;
 
-// Returns an invalid date if there was no memory for the value.
+// Returns an invalid date if MakeValue() ran out of memory.
 const wxDateTime& DateTime::Value() const
 {
     return m_value ? *m_value : wxDefaultDateTime;
@@ -220,7 +230,7 @@ DateTime& DateTime::MakeToUTC()
 {
     if (IsValid())
         Set(FromMs(ToSecondsFromLocal(GetFields(Value(), true)) * c_msPerSecond +
-                   (ToMs(Value()) - ToSeconds(Value()) * c_msPerSecond)));
+                   GetMsOfSecond(Value())));
     return *this;
 }
 
@@ -228,7 +238,7 @@ DateTime& DateTime::MakeFromUTC()
 {
     if (IsValid())
         Set(FromMs(ToSecondsFromUtc(GetFields(Value(), false)) * c_msPerSecond +
-                   (ToMs(Value()) - ToSeconds(Value()) * c_msPerSecond)));
+                   GetMsOfSecond(Value())));
     return *this;
 }
 
@@ -329,7 +339,7 @@ DateTime& DateTime::Add(unsigned int hours, unsigned int minutes, unsigned int s
 {
     const long long span = hours * c_msPerHour + minutes * c_msPerMinute + seconds * c_msPerSecond;
     if (IsValid())
-        Set(ToMs(Value()) > c_lastMs - span ? wxDateTime() : FromMs(ToMs(Value()) + span));
+        Set(ToMs(Value()) <= c_lastMs - span ? FromMs(ToMs(Value()) + span) : wxDateTime());
     return *this;
 }
 
@@ -346,12 +356,12 @@ DateTime& DateTime::Remove(unsigned int years, unsigned int months, unsigned int
                    -(ToSigned(weeks) * 7 + ToSigned(days)));
 }
 
-// A result outside the calendar is invalid.
+// If the result is outside the supported years, the date becomes invalid.
 DateTime& DateTime::AddSpan(long long months, long long days)
 {
     if (!IsValid())
         return *this;
-    const long long ms = ToMs(Value()) - ToSeconds(Value()) * c_msPerSecond;
+    const long long ms = GetMsOfSecond(Value());
     CalendarTime fields = GetFields(Value(), false);
     Set(MoveDate(fields, months, days) ? FromMs(ToSecondsFromLocal(fields) * c_msPerSecond + ms)
                                        : wxDateTime());

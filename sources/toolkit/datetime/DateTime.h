@@ -13,9 +13,9 @@ namespace Toolkit {
 /// A moment in time, read and written in the local time zone.
 ///
 /// A date built from fields that are out of range is invalid: its getters return 0, and arithmetic
-/// does not change it. The years -292275054 to 292278993 are supported. One object is used by
-/// one thread at a time. Nothing is thrown or logged. When out of memory, a returned string is
-/// empty and a new date is invalid.
+/// does not change it. The years -292275054 to 292278993 are supported. One object is used by one
+/// thread at a time. Nothing is thrown or logged. When out of memory, a returned string is empty
+/// and a new date is invalid.
 class TOOLKIT_API DateTime {
 public:
     /// Stores the current time, in whole seconds.
@@ -55,16 +55,17 @@ public:
     void GetIsoString(TString<wchar_t>& out, bool utc) const;
     void GetIsoString(TString<char>& out, bool utc) const;
 
-    /// Parses year, month, day, hour, minute and second, each separated by any one character. The
+    /// Parses year, month, day, hour, minute and second, separated by any one character each. The
     /// character after the seconds is skipped: the time is UTC if a Z follows it, otherwise local.
-    /// So "07:04:09 Z" is UTC and "07:04:09Z" is local. If the result is not a
-    /// valid date, returns false and makes this date invalid.
+    /// So "07:04:09 Z" is UTC and "07:04:09Z" is local. If the result is not a valid date, returns
+    /// false and makes this date invalid.
     bool ParseIsoString(const TString<wchar_t>& text);
     bool ParseIsoString(const TString<char>& text);
 
     /// GetDate() writes the date and GetTime() the time, in the user's short pattern
     /// (`Locales::GetCurrentDateFormat`), with day, month, hour and minute padded to two digits.
-    /// Times have no seconds. In twelve-hour patterns, noon is 12 AM and midnight is 00 AM.
+    /// Times have no seconds. In twelve-hour patterns ("h"), noon is 12 AM and midnight is 00 AM;
+    /// with "hh", times have 24 hours and no AM or PM. Without a pattern, `out` is empty.
     void GetDate(TString<wchar_t>& out) const;
     void GetTime(TString<wchar_t>& out) const;
     /// Writes the date, a space and the time.
@@ -76,11 +77,12 @@ public:
     /// width of 4 gives "00-5".
     TString<wchar_t> IntToUString(int value, int width) const;
 
-    /// Adds a duration. A sum that is out of range is invalid.
+    /// Adds a duration. If the sum is out of range, the date becomes invalid.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
     /// Adds or subtracts years and months, clamps the day to the last one of the month, and then
     /// adds or subtracts weeks and days. The local time of day stays. The numbers are read as
-    /// signed, as in wxDateSpan: 4294967295 years are -1 year. A result out of range is invalid.
+    /// signed, as in wxDateSpan: 4294967295 years are -1 year. If the result is out of range, the
+    /// date becomes invalid.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
@@ -91,6 +93,7 @@ public:
     int GetTotalMinutes(const smart_ptr<DateTime>& other) const;
     long GetTotalSecondes(const smart_ptr<DateTime>& other) const;
 
+    /// Compare the moments. Invalid dates are equal to each other and earlier than valid ones.
     bool operator==(const DateTime& other) const;
     bool operator!=(const DateTime& other) const;
     bool operator<(const DateTime& other) const;

@@ -21,11 +21,12 @@ public:
         const wchar_t* const digits = m_at;
         long long value = 0;
         for (; !AtEnd() && IsDigit(*m_at); ++m_at) {
+            // Later digits cannot make it fit, but could overflow `value`.
             if (value < c_tooLarge)
                 value = value * 10 + (*m_at - L'0');
         }
-        const long long largest = std::numeric_limits<int>::max() + (isNegative ? 1LL : 0LL);
-        m_hasFailed = m_hasFailed || m_at == digits || value > largest;
+        const long long maxValue = std::numeric_limits<int>::max() + (isNegative ? 1LL : 0LL);
+        m_hasFailed = m_hasFailed || m_at == digits || value > maxValue;
         if (m_hasFailed)
             return c_missing;
         return isNegative ? -value : value;
@@ -54,8 +55,7 @@ private:
     static bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
     static bool IsSpace(wchar_t character)
     {
-        return character <= L' ' &&
-               (character == L' ' || (character >= L'\t' && character <= L'\r'));
+        return character == L' ' || (character >= L'\t' && character <= L'\r');
     }
 
     bool AtEnd() const { return m_at == m_end; }
@@ -65,7 +65,7 @@ private:
             ++m_at;
     }
 
-    // Returns whether the sign is a minus.
+    // Skips a plus or minus sign, if there is one. Returns whether it is a minus.
     bool SkipSign()
     {
         const bool isNegative = !AtEnd() && *m_at == L'-';
@@ -79,7 +79,7 @@ private:
     bool m_hasFailed = false;
 };
 
-// Pads to two characters.
+// Pads with a zero to two characters.
 void AppendNumber(std::wstring& out, long long value)
 {
     const Base::FormattedNumber<wchar_t> digits(value);

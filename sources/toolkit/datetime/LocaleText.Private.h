@@ -5,9 +5,9 @@
 
 namespace Toolkit {
 
-// Formats dates and times by patterns, which consist of a date, a space and a time.
+// Formats dates and times by patterns. A pattern consists of a date, a space and a time.
 
-/// A locale's strings for AM and PM; empty if it has none.
+/// A locale's strings for AM and PM. Empty if the locale has none.
 struct DayPeriods {
     TString<wchar_t> morning;
     TString<wchar_t> afternoon;

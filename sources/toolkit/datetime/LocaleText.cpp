@@ -24,7 +24,7 @@ bool Contains(const TString<wchar_t>& text, const TString<wchar_t>& part)
     return text.find(part) != std::wstring::npos;
 }
 
-// Replaces each "a" of the pattern, but not those that `replacement` contains.
+// Replaces each "a" of `pattern`. An "a" in `replacement` is not replaced again.
 void ReplaceDayPeriodTokens(TString<wchar_t>& pattern, const TString<wchar_t>& replacement)
 {
     TString<wchar_t> result;
@@ -37,24 +37,25 @@ void ReplaceDayPeriodTokens(TString<wchar_t>& pattern, const TString<wchar_t>& r
     pattern = std::move(result);
 }
 
-// Replaces the token "a" with AM or PM, or appends a space and AM or PM if the pattern has no
-// token. If the locale has no string, the token stays, or only the space is appended.
-void MarkDayPeriod(TString<wchar_t>& pattern, const TString<wchar_t>& text)
+// Replaces the token "a" with `period`, which is AM or PM. Without a token, appends a space and
+// `period`. An empty `period` leaves the token, but still appends the space.
+void MarkDayPeriod(TString<wchar_t>& pattern, const TString<wchar_t>& period)
 {
     if (!Contains(pattern, L"a"))
-        pattern += L" " + text;
-    else if (!text.empty())
-        ReplaceDayPeriodTokens(pattern, text);
+        pattern += L" " + period;
+    else if (!period.empty())
+        ReplaceDayPeriodTokens(pattern, period);
 }
 
-// Replaces the twelve-hour token and marks the half of the day. Noon is 12 AM and midnight 0 AM.
-void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayPeriods& halves)
+// Replaces the twelve-hour token and marks the half of the day. Noon is 12 AM and midnight 00 AM.
+// Changes `hour` to the twelve-hour value.
+void FormatTwelveHours(TString<wchar_t>& pattern, long long& hour, const DayPeriods& periods)
 {
     const bool isAfternoon = hour > c_noon;
     if (isAfternoon)
         hour -= c_noon;
     pattern.Replace(L"h", PadToTwoDigits(hour));
-    MarkDayPeriod(pattern, isAfternoon ? halves.afternoon : halves.morning);
+    MarkDayPeriod(pattern, isAfternoon ? periods.afternoon : periods.morning);
 }
 
 } // namespace
@@ -69,7 +70,7 @@ TString<wchar_t> PadNumber(long long value, int width)
 
 TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time)
 {
-    // Longer tokens come first; a run of three letters, such as "ddd", becomes the number twice.
+    // Longer tokens come first; "ddd" and "MMM" become the number twice.
     const std::pair<const wchar_t*, TString<wchar_t>> tokens[] = {
         {L"dd", PadToTwoDigits(time.day)},
         {L"%d", PadToTwoDigits(time.day)},
@@ -81,8 +82,8 @@ TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTim
         {L"%Y", PadNumber(time.year, 4)},
         {L"yy", PadToTwoDigits(GetYearOfCentury(time.year))},
     };
-    for (const auto& [token, number] : tokens)
-        pattern.Replace(token, number);
+    for (const auto& [token, replacement] : tokens)
+        pattern.Replace(token, replacement);
     return pattern.substr(0, pattern.find(L' '));
 }
 
@@ -91,7 +92,7 @@ TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTim
 {
     long long hour = time.hour;
     pattern.Replace(L"HH", PadToTwoDigits(hour));
-    // "hh" is the 24-hour value too, so no AM or PM follows.
+    // "hh" also becomes the 24-hour value, so no AM or PM is written.
     pattern.Replace(L"hh", PadToTwoDigits(hour));
     pattern.Replace(L"mm", PadToTwoDigits(time.minute));
     pattern.Replace(L"m", PadToTwoDigits(time.minute));
