@@ -1,6 +1,6 @@
-# ToolkitHardening: compiler and linker options of the library's release builds that stop a program whose
-# memory is about to be corrupted. Empty if TOOLKIT_HARDENING is off, in builds with sanitizers, which
-# check more, and in other build types.
+# ToolkitHardening: compiler and linker options of the library's release builds that stop a program before
+# its memory is corrupted. Empty if TOOLKIT_HARDENING is off, in other build types, and in builds with
+# sanitizers, which check more.
 
 add_library(ToolkitHardening INTERFACE)
 if(NOT TOOLKIT_HARDENING OR TOOLKIT_SANITIZE)

@@ -25,7 +25,7 @@ set(pc_requires "")
 if(NOT BUILD_SHARED_LIBS)
     set(pc_wx Toolkit::wxNet)
     list(APPEND package_dependency_targets Toolkit::wxNet)
-    # The engine's module is named after its target, with a capital letter.
+    # The engine's CMake module is named after its target, with a capital letter.
     string(REGEX REPLACE "^p" "P" engine_module "${TOOLKIT_REGEX_ENGINE_USED}")
     list(APPEND package_dependencies ${engine_module})
     list(APPEND package_dependency_targets Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
@@ -51,7 +51,7 @@ install(FILES "${PROJECT_BINARY_DIR}/package/ToolkitConfig.cmake"
         DESTINATION "${package_directory}"
 )
 
-# Stores the items of the imported target's property in `result`, each with the prefix `flag`.
+# Stores the items of a property of the imported target in `result`, each with the prefix `flag`.
 function(toolkit_flags result target property flag)
     get_target_property(items ${target} ${property})
     list(FILTER items EXCLUDE REGEX "^$|-NOTFOUND$")
@@ -60,7 +60,7 @@ function(toolkit_flags result target property flag)
     set(${result} "${flags}" PARENT_SCOPE)
 endfunction()
 
-# Passes the flags of wxWidgets itself, which has no pkg-config module to require.
+# toolkit.pc contains the flags of wxWidgets, which has no pkg-config module that it could require.
 toolkit_flags(pc_includes ${pc_wx} INTERFACE_INCLUDE_DIRECTORIES "-isystem ")
 toolkit_flags(pc_definitions ${pc_wx} INTERFACE_COMPILE_DEFINITIONS "-D")
 toolkit_flags(pc_options ${pc_wx} INTERFACE_COMPILE_OPTIONS "")
@@ -76,8 +76,8 @@ install(FILES "${PROJECT_BINARY_DIR}/package/toolkit.pc"
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
 )
 
-# gdb looks for a script of this name beside the library, so an installed tree can be moved.
-# Distributions want the script in gdb's own folder, under the library's path.
+# gdb loads a script of this name from the library's folder, so an installed tree can be moved.
+# Distributions set TOOLKIT_GDB_DIR to the folder of that path below gdb's own folder.
 if(BUILD_SHARED_LIBS AND NOT APPLE)
     set(TOOLKIT_GDB_DIR "${CMAKE_INSTALL_LIBDIR}" CACHE STRING "Where gdb's script is installed")
     install(FILES "${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
@@ -86,7 +86,7 @@ if(BUILD_SHARED_LIBS AND NOT APPLE)
     )
 endif()
 
-# Removes the files of the last installation from this build folder.
+# Removes the files that were last installed from this build folder.
 if(NOT TARGET uninstall)
     add_custom_target(
         uninstall

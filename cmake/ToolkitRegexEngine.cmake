@@ -18,7 +18,7 @@ if(NOT TARGET Toolkit::${TOOLKIT_REGEX_ENGINE_USED})
     message(
         FATAL_ERROR
             "The engine for regular expressions is missing (TOOLKIT_REGEX_ENGINE is "
-            "\"${TOOLKIT_REGEX_ENGINE}\"). Debian's packages: libpcre2-dev (PCRE 2, from 10.30 on), "
+            "\"${TOOLKIT_REGEX_ENGINE}\"). Debian's packages: libpcre2-dev (PCRE 2, 10.30 or later), "
             "libpcre3-dev (PCRE 1)"
     )
 endif()
@@ -30,8 +30,8 @@ set(TOOLKIT_REGEX_SOURCES_pcre2
     regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
 )
 
-# The further sources that an engine needs, and all that RegExp needs besides its engine, for tests and
-# benchmarks that compile them in.
+# For tests and benchmarks that compile them in: the further sources that each engine needs, and all
+# sources that RegExp needs besides its engine.
 set(TOOLKIT_REGEX_SOURCES_needed
     base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
     regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp

@@ -1,4 +1,4 @@
-# Removes the files that MANIFEST lists, and those of the library's folders that are then empty.
+# Removes the files that MANIFEST lists and the library's folders that are empty afterwards.
 
 if(NOT EXISTS "${MANIFEST}")
     message(FATAL_ERROR "There is no ${MANIFEST}: nothing was installed from this build folder")
@@ -13,13 +13,13 @@ foreach(path IN LISTS installed)
     list(APPEND folders "${folder}")
 endforeach()
 
-# Removes only folders that are named after the library: others belong to the system.
+# Removes only folders that are named after the library, because others belong to the system.
 list(REMOVE_DUPLICATES folders)
 list(SORT folders ORDER DESCENDING)
 while(folders)
     list(POP_FRONT folders folder)
-    file(GLOB left "${folder}/*")
-    if(NOT left AND IS_DIRECTORY "${folder}" AND "${folder}" MATCHES "/[Tt]oolkit(/|$)")
+    file(GLOB remaining "${folder}/*")
+    if(NOT remaining AND IS_DIRECTORY "${folder}" AND "${folder}" MATCHES "/[Tt]oolkit(/|$)")
         message(STATUS "Removing: ${folder}")
         file(REMOVE_RECURSE "${folder}")
         cmake_path(GET folder PARENT_PATH folder)

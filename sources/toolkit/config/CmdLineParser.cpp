@@ -51,7 +51,7 @@ CmdLineParser::CmdLineParser(const TString<char>& commandLine)
 template <typename Char>
 void CmdLineParser::StoreArguments(int argc, const Char* const* argv)
 {
-    const bool areTaken = Base::RunsWithoutThrowing([&] {
+    const bool areStored = Base::RunsWithoutThrowing([&] {
         for (int i = 0; argv && i < argc && argv[i]; ++i) {
             if constexpr (std::is_same_v<Char, char>)
                 m_tokens.push_back(Base::DecodeUtf8(argv[i]));
@@ -60,7 +60,7 @@ void CmdLineParser::StoreArguments(int argc, const Char* const* argv)
         }
     });
     // All tokens or none.
-    if (!areTaken)
+    if (!areStored)
         m_tokens.clear();
 }
 

@@ -39,12 +39,12 @@ private:
 
 /// Splits a command line into tokens and finds an application's options in them.
 ///
-/// An option is a dash and a name; the next token is its value unless that begins with a dash, too.
+/// An option is a dash and a name; the next token is its value unless it also begins with a dash.
 /// So "-5" is an option named "5". Users must type names in lower case: names are registered in
 /// lower case and compared exactly. Unknown options and other words are ignored.
 ///
-/// One thread at a time may use an object. When out of memory, constructors store no tokens,
-/// AddOption() and Parse() return false, and only copying throws `std::bad_alloc`.
+/// One object is used by one thread at a time. When out of memory, constructors and Tokenize()
+/// store no tokens, AddOption() and Parse() return false, and only copying throws `std::bad_alloc`.
 class TOOLKIT_API CmdLineParser {
 public:
     /// The characters that separate tokens: space and tab.
@@ -58,12 +58,12 @@ public:
     /// element ends `argv` early.
     CmdLineParser(int argc, const wchar_t** argv);
     CmdLineParser(int argc, wchar_t** argv);
-    /// The same, but decodes each element from UTF-8.
+    /// The same, but decodes each element from UTF-8. Invalid UTF-8 becomes an empty token.
     CmdLineParser(int argc, const char** argv);
     CmdLineParser(int argc, char** argv);
     /// Splits `commandLine` as Tokenize() does.
     CmdLineParser(const TString<wchar_t>& commandLine);
-    /// The same, but decodes `commandLine` from UTF-8 first.
+    /// The same, but decodes `commandLine` from UTF-8 first. Invalid UTF-8 yields no tokens.
     CmdLineParser(const TString<char>& commandLine);
 
     /// Registers `option` and shares it with the caller. False if `option` is empty or its name is

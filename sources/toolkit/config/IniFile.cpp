@@ -25,8 +25,7 @@ IniFile::IniFile(const TString<wchar_t>& path) : m_loaded(false)
 bool IniFile::Parse(const TString<wchar_t>& path)
 {
     // Keeps the old settings until the end of the function: `path` may be one of their values.
-    const std::shared_ptr<const IniSections> before = std::move(m_sections);
-    m_sections.reset();
+    const std::shared_ptr<const IniSections> before = std::exchange(m_sections, nullptr);
 
     std::string text;
     if (!Base::TryOr(false, [&] { return Framework::ReadText(Base::EncodeUtf8(path), text); })) {
@@ -50,16 +49,16 @@ bool IniFile::HasSection(const TString<wchar_t>& section) const
 
 bool IniFile::HasValue(const TString<wchar_t>& section, const TString<wchar_t>& key) const
 {
-    const IniSection* const keys = FindSection(section);
-    return keys && keys->HasKey(key);
+    const IniSection* const found = FindSection(section);
+    return found && found->HasKey(key);
 }
 
 const TString<wchar_t>& IniFile::GetValue(const TString<wchar_t>& section,
                                           const TString<wchar_t>& key,
                                           const TString<wchar_t>& defaultValue) const
 {
-    const IniSection* const keys = FindSection(section);
-    const TString<wchar_t>* const value = keys ? keys->FindValue(key) : nullptr;
+    const IniSection* const found = FindSection(section);
+    const TString<wchar_t>* const value = found ? found->FindValue(key) : nullptr;
     return value ? *value : defaultValue;
 }
 

@@ -18,10 +18,10 @@ class IniSections;
 ///     name = value
 ///
 /// Lines are split and decoded as in `TextFile`. The name of a section is everything between the
-/// brackets, spaces included; a repeated header continues its section. Spaces and tabs
-/// around keys and values are dropped; quotes have no meaning. If a key is repeated in a section,
-/// its first line counts. Lines above the first header, and lines that are neither header nor
-/// key, are ignored. Names are case-sensitive.
+/// brackets, spaces included; a repeated header continues its section. Spaces and tabs around keys
+/// and values are dropped; quotes have no meaning. If a key is repeated in a section, its first
+/// line counts. Lines above the first header, and lines that are neither header nor key, are
+/// ignored. Names are case-sensitive.
 ///
 /// An object may be copied. Several threads may read it at once. The first read of a value decodes
 /// all values of its section: if they do not fit into memory, GetValue(), GetUint32(), GetInt32()
@@ -32,8 +32,8 @@ public:
     IniFile(const TString<wchar_t>& path);
 
     /// Replaces the settings with those of the file `path`. On failure returns false and leaves no
-    /// settings. Logs an error if the file cannot be read into memory; does not log when out of
-    /// memory for the settings. IsLoaded() does not change.
+    /// settings. Logs an error if the file cannot be read, but not if memory runs out after that.
+    /// IsLoaded() does not change.
     bool Parse(const TString<wchar_t>& path);
 
     /// Whether the file given at construction was read.
@@ -62,8 +62,8 @@ public:
     bool GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  bool defaultValue) const;
 
-    /// Replaces `keys` with the keys of a section, in ascending order of code points; empty when
-    /// out of memory.
+    /// Replaces `keys` with the keys of a section, in ascending order of code points. `keys` is
+    /// empty if the section does not exist, and when out of memory.
     void GetKeyList(const TString<wchar_t>& section, std::vector<TString<wchar_t>>& keys) const;
 
 private:

@@ -11,7 +11,7 @@
 namespace Toolkit {
 
 /// One section of an INI file. Keys and values point into the UTF-8 text of the file, which must
-/// outlive the section. When the first value is read, all are converted to wide strings.
+/// outlive the section. The first read of a value converts all of them to wide strings.
 class IniSection {
 public:
     explicit IniSection(std::string_view sectionName);
@@ -49,7 +49,7 @@ private:
         TString<wchar_t> value;
     };
     struct WideEntries {
-        std::wstring names;
+        std::wstring names; // one after another; WideEntry::name points into it
         std::vector<WideEntry> list;
     };
 

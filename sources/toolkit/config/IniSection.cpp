@@ -37,7 +37,7 @@ void IniSection::Complete()
     std::size_t kept = 0;
     for (const Entry& entry : m_entries) {
         m_entries[kept] = entry;
-        // Of two lines for one key the first counts.
+        // If a key is repeated, its first line counts.
         if (m_index.Add(m_entries, kept))
             ++kept;
     }
@@ -58,8 +58,8 @@ const TString<wchar_t>* IniSection::FindValue(std::wstring_view key) const
     return position == NameIndex::c_missing ? nullptr : &entries[position].value;
 }
 
-// Publishes the wide entries with their contents: release, paired with acquire in every reader.
-// If two threads convert the entries at the same time, the second list is discarded.
+// Converts the entries to wide strings and publishes the result: release, paired with acquire in
+// every reader. If two threads convert them at the same time, the second result is discarded.
 const IniSection::WideEntries& IniSection::Widen() const
 {
     auto wide = std::make_unique<WideEntries>();
@@ -76,7 +76,7 @@ const IniSection::WideEntries& IniSection::Widen() const
         ends.push_back(wide->names.size());
         Base::AppendDecodedUtf8(wide->list[i].value, value.data(), value.size());
     }
-    // Only now: appending moves the characters that the views point to.
+    // Only now, because appending may move the characters that the views point to.
     std::size_t begin = 0;
     for (std::size_t i = 0; i < ends.size(); ++i) {
         wide->list[i].name = std::wstring_view(wide->names).substr(begin, ends[i] - begin);

@@ -25,7 +25,7 @@ private:
 
     std::string m_text;
     std::vector<IniSection> m_sections;
-    NameIndex m_index;
+    NameIndex m_index; // for m_sections
 };
 
 } // namespace Toolkit

@@ -11,9 +11,9 @@
 
 namespace Toolkit {
 
-/// Finds names in a list by hash; the names are `list[position].name`. The list and the names to
-/// look up may be UTF-8 or wide characters, in any combination. Nothing is converted, so a lookup
-/// allocates no memory.
+/// Finds names in a list by hash; the names are `list[position].name`. The names in the list and
+/// those to look up may be valid UTF-8 or wide characters, in any combination. Nothing is
+/// converted, so a lookup allocates no memory.
 class NameIndex {
 public:
     static constexpr std::size_t c_missing = ~std::size_t{0};
@@ -22,10 +22,11 @@ public:
     template <typename List, typename Name>
     std::size_t Find(const List& list, Name name) const
     {
-        return CountSlots() == 0 ? c_missing : GetSlot(FindSlot(list, name)) - 1;
+        // A free slot contains 0, and 0 - 1 is c_missing.
+        return CountSlots() == 0 ? c_missing : GetContent(FindSlot(list, name)) - 1;
     }
 
-    /// Makes room for `count` names.
+    /// Makes room for `count` names in all.
     template <typename List>
     void Reserve(const List& list, std::size_t count)
     {
@@ -39,8 +40,8 @@ public:
         else
             larger.m_largeSlots.resize(std::bit_ceil(needed));
         for (std::size_t slot = 0; slot < CountSlots(); ++slot) {
-            if (GetSlot(slot) != 0)
-                larger.Add(list, GetSlot(slot) - 1);
+            if (GetContent(slot) != 0)
+                larger.Add(list, GetContent(slot) - 1);
         }
         *this = std::move(larger);
     }
@@ -51,7 +52,7 @@ public:
     bool Add(const List& list, std::size_t position)
     {
         const std::size_t slot = FindSlot(list, list[position].name);
-        if (GetSlot(slot) != 0)
+        if (GetContent(slot) != 0)
             return false;
         if (m_largeSlots.empty())
             m_smallSlots[slot] = static_cast<std::uint16_t>(position + 1);
@@ -65,7 +66,7 @@ private:
 
     std::size_t CountSlots() const { return m_smallSlots.size() + m_largeSlots.size(); }
 
-    std::size_t GetSlot(std::size_t slot) const
+    std::size_t GetContent(std::size_t slot) const
     {
         return m_largeSlots.empty() ? m_smallSlots[slot] : m_largeSlots[slot];
     }
@@ -76,12 +77,12 @@ private:
     {
         const std::size_t mask = CountSlots() - 1;
         std::size_t slot = HashName(name) & mask;
-        while (GetSlot(slot) != 0 && !IsSame(list[GetSlot(slot) - 1].name, name))
+        while (GetContent(slot) != 0 && !IsSame(list[GetContent(slot) - 1].name, name))
             slot = (slot + 1) & mask;
         return slot;
     }
 
-    // Hashes two characters at a time.
+    // Returns `hash` with two more characters mixed in.
     static std::uint64_t AddPair(std::uint64_t hash, wchar_t first, wchar_t second)
     {
         // 2^64 divided by the golden ratio.

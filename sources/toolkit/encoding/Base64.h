@@ -9,7 +9,7 @@
 /// up. Negative if that would be 2 GiB or more.
 TOOLKIT_API int GetCodeLength(int length);
 
-/// Returns the size of the array for `length` decoded Base64 characters: 3 for 4, 5 for 6.
+/// Returns the size of the array for decoding `length` Base64 characters: 3 for 4, 5 for 6.
 TOOLKIT_API int GetDataLength(int length);
 
 /// Encodes, despite its name: stores `length` bytes as Base64 in `*out`, an array that the caller
@@ -26,8 +26,8 @@ TOOLKIT_API bool b64_decode_binary(const unsigned char* in, unsigned int length,
 /// Nothing is skipped: a character outside the Base64 alphabet, white space included, counts as the
 /// digit 0. A "=" ends the input. Its group decodes to two bytes if the "=" is the fourth character
 /// of the group, and to one byte otherwise. An incomplete last group without "=" is dropped, so
-/// there may be no bytes. The array has the size that `GetDataLength` returns; the rest of it is
-/// zero.
+/// there may be no bytes. The array has the size that `GetDataLength` returns, with zeros after the
+/// bytes.
 ///
 /// Returns false, with `*out` and `*outLength` unchanged, if there are no characters or more than
 /// 2147483647, if a pointer is null or when out of memory.

@@ -8,7 +8,7 @@ extern TOOLKIT_API const char* const HEX;
 
 namespace Toolkit {
 
-/// Quoted-printable strings.
+/// Encodes strings as quoted-printable and decodes them.
 ///
 /// Wide strings are converted to and from UTF-8, up to their first null character. A conversion of
 /// invalid input returns the empty string, and so does one that runs out of memory. Any thread may
@@ -40,17 +40,18 @@ public:
     /// `firstLineLength` is 1, a break comes before the first character; if it is 0, there are
     /// none.
     ///
-    /// Positions are 32-bit and wrap around. A `lineLength` above 0x7FFFFFFE therefore steps to the
-    /// left, by 0xFFFFFFFE - `lineLength`: 0xFFFFFFFD puts a break before each character of the
-    /// first line. The two largest values make only one break, because their steps would never end.
+    /// Positions are 32-bit and wrap around. With a `lineLength` above 0x7FFFFFFE, each break is
+    /// therefore inserted 0xFFFFFFFE - `lineLength` characters to the left of the previous one:
+    /// 0xFFFFFFFD puts a break before each character of the first line. The two largest values
+    /// insert only one break, because they would repeat it forever.
     static TString<wchar_t> ToQP(const TString<wchar_t>& text, unsigned int firstLineLength,
                                  unsigned int lineLength);
 
     /// Decodes `text`: "=" and two hexadecimal digits of either case become one byte.
     ///
-    /// "G" counts as a digit, with the value 16. A "=" before anything else is dropped, so the
-    /// carriage return and line feed of a soft line break stay. A "=" among the last two characters
-    /// is kept, unless it is the whole text. Text after "=00" is cut off.
+    /// "G" and "g" count as digits, with the value 16. A "=" before anything else is dropped, so
+    /// the carriage return and line feed of a soft line break stay. A "=" among the last two
+    /// characters is kept, unless it is the whole text. Text after "=00" is cut off.
     static TString<wchar_t> ToUNICODE(const TString<wchar_t>& text);
 };
 

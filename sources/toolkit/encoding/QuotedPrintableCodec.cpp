@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 namespace Toolkit {
@@ -21,10 +22,9 @@ constexpr std::size_t c_bufferLength = 1024;
 
 constexpr bool IsEscapedByte(unsigned int byte)
 {
-    constexpr char escaped[] = "\"(),/:;<=>?@[\\]";
-    const bool isListed =
-        std::find(escaped, std::end(escaped) - 1, static_cast<char>(byte)) != std::end(escaped) - 1;
-    return byte <= 0x20 || byte >= 0x80 || isListed;
+    constexpr std::string_view punctuation = "\"(),/:;<=>?@[\\]";
+    return byte <= 0x20 || byte >= c_delete ||
+           punctuation.find(static_cast<char>(byte)) != std::string_view::npos;
 }
 
 // The encoded form of a byte: itself or its escape.
@@ -36,8 +36,9 @@ struct Form {
 constexpr auto c_forms = [] {
     std::array<Form, 256> forms{};
     for (unsigned int byte = 0; byte < forms.size(); ++byte) {
-        if (IsEscapedByte(byte) || byte == c_delete)
-            forms[byte] = {{c_escape, c_hexDigits[byte >> 4], c_hexDigits[byte & 15]}, 3};
+        if (IsEscapedByte(byte))
+            forms[byte] = {{c_escape, c_hexDigits[byte >> 4], c_hexDigits[byte & 15]},
+                           c_escapeLength};
         else
             forms[byte] = {{static_cast<char>(byte), '\0', '\0'}, 1};
     }
@@ -64,78 +65,79 @@ unsigned int ParseDigit(char character)
     return c_digits[static_cast<unsigned char>(character)];
 }
 
-// Decodes the escape at `code` and moves past it. Two more characters must exist; unless both are
-// digits, only the "=" is skipped.
-void DecodeEscape(const char*& code, char*& out)
+// Decodes the escape at `encoded` and moves past it. Two more characters must exist; unless both
+// are digits, only the "=" is skipped.
+void DecodeEscape(const char*& encoded, char*& out)
 {
-    const unsigned int high = ParseDigit(code[1]);
-    const unsigned int low = ParseDigit(code[2]);
+    const unsigned int high = ParseDigit(encoded[1]);
+    const unsigned int low = ParseDigit(encoded[2]);
     if (((high | low) & c_noDigit) != 0) {
-        ++code;
+        ++encoded;
         return;
     }
     *out++ = static_cast<char>(high * 16 + low);
-    code += c_escapeLength;
+    encoded += c_escapeLength;
 }
 
-// Decodes until the text ends or the buffer is full. An escape that the
-// end of the text cuts short is copied.
-char* DecodePiece(const char*& code, const char* end, char* buffer)
+// Decodes until the text ends or the buffer is full. An escape that the end of the text cuts short
+// is copied. Returns the end of the decoded bytes.
+char* DecodePiece(const char*& encoded, const char* end, char* buffer)
 {
     char* out = buffer;
     const char* const bufferEnd = buffer + c_bufferLength;
-    while (code != end && out != bufferEnd) {
-        if (*code == c_escape && end - code >= static_cast<std::ptrdiff_t>(c_escapeLength))
-            DecodeEscape(code, out);
+    while (encoded != end && out != bufferEnd) {
+        if (*encoded == c_escape && end - encoded >= static_cast<std::ptrdiff_t>(c_escapeLength))
+            DecodeEscape(encoded, out);
         else
-            *out++ = *code++;
+            *out++ = *encoded++;
     }
     return out;
 }
 
-// The first position at or before `position` that does not directly follow a "=".
-std::size_t FindBreakable(const std::string& code, std::size_t position)
+// Returns `position`, or the nearest position before it that does not directly follow a "=".
+std::size_t FindBreakable(const std::string& encoded, std::size_t position)
 {
-    while (position > 0 && code[position - 1] == c_escape)
+    while (position > 0 && encoded[position - 1] == c_escape)
         --position;
     return position;
 }
 
+// Positions in the encoded string, in ascending order. They do not count the breaks to be inserted.
 using Positions = std::vector<std::size_t>;
 
-// Positions in `code`, not counting the breaks inserted before them.
-Positions FindRightwardBreaks(const std::string& code, std::size_t position, std::size_t lineLength)
+Positions FindRightwardBreaks(const std::string& encoded, std::size_t position,
+                              std::size_t lineLength)
 {
     Positions breaks;
-    while (position < code.size()) {
-        breaks.push_back(FindBreakable(code, position));
+    while (position < encoded.size()) {
+        breaks.push_back(FindBreakable(encoded, position));
         position = breaks.back() + lineLength - 1;
     }
     return breaks;
 }
 
-Positions FindLeftwardBreaks(const std::string& code, std::size_t position, std::size_t step)
+Positions FindLeftwardBreaks(const std::string& encoded, std::size_t position, std::size_t step)
 {
-    Positions breaks{FindBreakable(code, position)};
+    Positions breaks{FindBreakable(encoded, position)};
     while (breaks.back() >= step)
-        breaks.push_back(FindBreakable(code, breaks.back() - step));
+        breaks.push_back(FindBreakable(encoded, breaks.back() - step));
     std::reverse(breaks.begin(), breaks.end());
     return breaks;
 }
 
-Positions FindSoftBreaks(const std::string& code, std::uint32_t first, std::uint32_t lineLength)
+Positions FindSoftBreaks(const std::string& encoded, std::uint32_t first, std::uint32_t lineLength)
 {
-    if (first >= code.size())
+    if (first >= encoded.size())
         return {};
     // The distance between breaks in the result: `lineLength` - 1 characters and the 3 of a break.
-    // It is 32-bit and wraps around: above 0x80000000 it leads to the left, and 0 or 1 would lead
-    // to the same position forever.
+    // It is 32-bit and wraps around: above 0x80000000 it leads to the left. From 0 and 1, breaks
+    // would be inserted at the same position forever.
     const std::uint32_t distance = lineLength + 2;
     if (distance <= 1)
-        return {FindBreakable(code, first)};
+        return {FindBreakable(encoded, first)};
     if (distance > 0x80000000)
-        return FindLeftwardBreaks(code, first, 0u - distance);
-    return FindRightwardBreaks(code, first, lineLength);
+        return FindLeftwardBreaks(encoded, first, 0u - distance);
+    return FindRightwardBreaks(encoded, first, lineLength);
 }
 
 } // namespace
@@ -146,7 +148,7 @@ bool NeedsEscape(char byte)
     return c_forms[value].length > 1 && value != c_delete;
 }
 
-void AppendEncodedQuotedPrintable(std::string& code, const char* bytes, std::size_t length)
+void AppendEncodedQuotedPrintable(std::string& encoded, const char* bytes, std::size_t length)
 {
     constexpr std::size_t pieceLength = c_bufferLength / c_escapeLength;
 
@@ -160,43 +162,43 @@ void AppendEncodedQuotedPrintable(std::string& code, const char* bytes, std::siz
             std::memcpy(out, &form, sizeof form);
             out += form.length;
         }
-        code.append(buffer, out);
+        encoded.append(buffer, out);
         bytes += piece;
         length -= piece;
     }
 }
 
-void AppendDecodedQuotedPrintable(std::string& bytes, const char* code, std::size_t length)
+void AppendDecodedQuotedPrintable(std::string& bytes, const char* encoded, std::size_t length)
 {
-    const char* const end = code + length;
+    const char* const end = encoded + length;
     // A "=" that is the whole text decodes to nothing.
-    if (length == 1 && *code == c_escape)
+    if (length == 1 && *encoded == c_escape)
         return;
 
     char buffer[c_bufferLength];
-    while (code != end) {
-        const char* const out = DecodePiece(code, end, buffer);
+    while (encoded != end) {
+        const char* const out = DecodePiece(encoded, end, buffer);
         bytes.append(static_cast<const char*>(buffer), out);
     }
 }
 
-std::string InsertSoftBreaks(const std::string& code, unsigned int firstLineLength,
+std::string InsertSoftBreaks(const std::string& encoded, unsigned int firstLineLength,
                              unsigned int lineLength)
 {
-    constexpr unsigned int shortestLine = 4;
-    constexpr char softBreak[] = "=\r\n";
+    constexpr unsigned int minLineLength = 4;
+    constexpr std::string_view softBreak = "=\r\n";
 
-    if (lineLength < shortestLine)
-        return code;
-    const Positions breaks = FindSoftBreaks(code, firstLineLength - 1, lineLength);
+    if (lineLength < minLineLength)
+        return encoded;
+    const Positions breaks = FindSoftBreaks(encoded, firstLineLength - 1, lineLength);
     std::string lines;
-    lines.reserve(code.size() + 3 * breaks.size());
+    lines.reserve(encoded.size() + softBreak.size() * breaks.size());
     std::size_t start = 0;
     for (const std::size_t position : breaks) {
-        lines.append(code, start, position - start).append(softBreak);
+        lines.append(encoded, start, position - start).append(softBreak);
         start = position;
     }
-    lines.append(code, start);
+    lines.append(encoded, start);
     return lines;
 }
 

@@ -9,7 +9,7 @@ namespace Toolkit {
 /// decimal, with a decimal dot and without grouping, regardless of the global C++ locale.
 ///
 /// Any thread may call the operations; nothing is thrown or logged. When out of memory, a returned
-/// string is empty, and a floating-point number of more than 48 characters is not read.
+/// string is empty, and a long floating-point number may not be read.
 class TOOLKIT_API StringConvert {
 public:
     /// Each function reads the number at the beginning of `text`, after white space, into `value`,

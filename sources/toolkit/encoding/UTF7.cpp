@@ -2,7 +2,6 @@
 
 #include "toolkit/base/OutOfMemory.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace Toolkit {
