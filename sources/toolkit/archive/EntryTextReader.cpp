@@ -14,7 +14,7 @@ namespace {
 
 constexpr const wchar_t* c_separators = L" \t";
 
-// A range of the next bytes.
+// A range of the peeked bytes.
 struct Span {
     std::size_t begin;
     std::size_t end;

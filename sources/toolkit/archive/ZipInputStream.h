@@ -18,7 +18,7 @@ namespace Toolkit {
 /// error state.
 class TOOLKIT_API ZipInputStream : public InputStream {
 public:
-    /// Takes ownership of `stream`.
+    /// Takes ownership of `stream`. If it is null, nothing can be read.
     explicit ZipInputStream(wxZipInputStream* stream);
     ~ZipInputStream() override;
 

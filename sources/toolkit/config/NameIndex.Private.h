@@ -62,6 +62,7 @@ public:
     }
 
 private:
+    // Of these slots at most three quarters are used, so position + 1 fits into 16 bits.
     static constexpr std::size_t c_maxSmallSlots = 65536;
 
     std::size_t CountSlots() const { return m_smallSlots.size() + m_largeSlots.size(); }

@@ -13,6 +13,7 @@ TString<wchar_t> PadToTwoDigits(long long value)
     return PadNumber(value, 2);
 }
 
+// Counts centuries as wxDateTime::GetCentury() does, where the year 0 is in the century -1.
 long long GetYearOfCentury(long long year)
 {
     const long long century = year > 0 ? year / 100 : year / 100 - 1;
