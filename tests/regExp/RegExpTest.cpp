@@ -284,6 +284,23 @@ TEST(RegExpTest, StoresAnErrorAndNoCodeWhenCompilingFails)
     EXPECT_FALSE(result->Success());
 }
 
+TEST(RegExpTest, RemovesAnEarlierErrorWhenCompilingSucceeds)
+{
+    const RegExp regExp = Pattern("unused");
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = "a";
+    result->pattern = "a[";
+    EXPECT_THROW(regExp.RegExp_compile(result), smart_ptr<RegExpException>);
+    result->pattern = "a";
+
+    regExp.RegExp_compile(result);
+    regExp.RegExp_exec(result, 0);
+
+    EXPECT_EQ(result->errorText, nullptr);
+    EXPECT_EQ(result->errorOffset, 0);
+    EXPECT_TRUE(result->Success());
+}
+
 TEST(RegExpTest, StartsAtTheOffsetAndLooksBehindIt)
 {
     const RegExp regExp = Pattern("unused");

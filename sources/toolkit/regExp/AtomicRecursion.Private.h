@@ -6,12 +6,12 @@ namespace Toolkit {
 
 /// Rewrites `pattern`, which must compile, so that recursion works as in PCRE 1: the engine never
 /// backtracks into a call such as (?1), or into a group that refers to itself. PCRE 2 does, unless
-/// it is in an atomic group.
+/// the call or the group is in an atomic group.
 ///
 ///     "(a(?1)?b)"   becomes "(a(?>(?1))?b)"
 ///     "(a|b\1)+"    becomes "(?>(a|b\1))+"
 ///
-/// Returns a pattern that it does not understand unchanged.
+/// Returns `pattern` unchanged if it contains unknown syntax.
 std::string MakeRecursionAtomic(const std::string& pattern);
 
 /// Whether MakeRecursionAtomic() may change `pattern`. Most patterns have neither calls nor

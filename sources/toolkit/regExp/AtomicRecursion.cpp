@@ -16,7 +16,7 @@ constexpr std::string_view c_digits = "0123456789";
 constexpr std::string_view c_settings = "imsxJUX-";
 
 // The characters after "(?" in calls and in references by name.
-constexpr std::string_view c_callLetters = "R&P+-0123456789";
+constexpr std::string_view c_callCharacters = "R&P+-0123456789";
 
 struct OpenGroup {
     std::size_t begin = 0; // in the output
@@ -29,7 +29,7 @@ struct OpenGroup {
     int highestCount = 0; // in the alternatives so far
 };
 
-/// Copies a pattern item by item. Each step returns false for what it does not understand.
+/// Copies a pattern item by item. The functions that copy return false for unknown syntax.
 class Rewriter {
 public:
     explicit Rewriter(const std::string& pattern) : m_pattern(pattern), m_rest(pattern) {}
@@ -70,6 +70,7 @@ private:
     bool m_isExtended = false;
 };
 
+// A length of 0 means unknown syntax.
 bool Rewriter::Copy(std::size_t length)
 {
     m_output += m_rest.substr(0, length);
@@ -92,7 +93,8 @@ std::size_t Rewriter::MeasureThrough(char end, std::size_t from) const
     return place == std::string_view::npos ? 0 : place + 1;
 }
 
-// Returns 0 when the pattern sets its own newlines, since the comment may then end elsewhere.
+// Returns the length of the comment from "#" to the newline; 0 when the pattern sets its own
+// newlines, since the comment may then end elsewhere.
 std::size_t Rewriter::MeasureComment() const
 {
     const bool hasOwnNewline =
@@ -135,7 +137,7 @@ bool Rewriter::CopyEscape()
         return CopyReference(2);
     if (m_rest.size() > 1 && m_rest[1] >= '1' && m_rest[1] <= '9')
         return CopyReference(1);
-    // \E alone has no effect. \c includes the next character, whatever that is.
+    // \E ends a quotation and has no other effect. \c includes the next character, whatever it is.
     return Copy(StartsWith("\\c") ? 3 : 2);
 }
 
@@ -181,6 +183,7 @@ bool Rewriter::CopySpecialGroup()
         if (StartsWith(call))
             return CopyCall(MeasureThrough(')', 2));
     }
+    // "(?1)" or "(?-1)".
     const std::string_view inside = m_rest.substr(2);
     if (inside.find_first_of(c_digits) == (StartsWith("(?-") ? 1 : 0))
         return CopyCall(MeasureThrough(')', 2));
@@ -195,13 +198,13 @@ bool Rewriter::CopySpecialGroup()
         if (StartsWith(opening))
             return Open(opening.size(), {}, false);
     }
-    const std::size_t name = StartsWith("(?P<")                       ? 4
-                             : StartsWith("(?<") || StartsWith("(?'") ? 3
-                                                                      : 0;
-    if (name == 0)
+    const std::size_t nameBegin = StartsWith("(?P<")                       ? 4
+                                  : StartsWith("(?<") || StartsWith("(?'") ? 3
+                                                                           : 0;
+    if (nameBegin == 0)
         return CopySettings();
-    const std::size_t length = MeasureThrough(StartsWith("(?'") ? '\'' : '>', name);
-    return length > 0 && Open(length, m_rest.substr(name, length - name - 1), true);
+    const std::size_t length = MeasureThrough(StartsWith("(?'") ? '\'' : '>', nameBegin);
+    return length > 0 && Open(length, m_rest.substr(nameBegin, length - nameBegin - 1), true);
 }
 
 // A condition that is an assertion is a group of its own.
@@ -237,7 +240,7 @@ bool Rewriter::Open(std::size_t length, std::string_view name, bool captures)
     return Copy(length);
 }
 
-// In (?|...), every alternative numbers its groups from the same start.
+// In (?|...), the groups of every alternative start with the same number.
 void Rewriter::BeginAlternative()
 {
     if (m_open.empty() || !m_open.back().resetsNumbers)
@@ -274,7 +277,7 @@ bool MayRecurse(const std::string& pattern)
         if (isEscape && (next == 'g' || next == 'k' || (next >= '1' && next <= '9')))
             return true;
         if (!isEscape && next == '?' && at + 2 < pattern.size() &&
-            c_callLetters.find(pattern[at + 2]) != std::string_view::npos)
+            c_callCharacters.find(pattern[at + 2]) != std::string_view::npos)
             return true;
     }
     return false;

@@ -2,8 +2,8 @@
 
 namespace Toolkit {
 
-// Runs work on a stack of known size, for callers whose own stack is too small or unknown to the
-// system, such as that of a coroutine.
+// Runs functions on a stack of known size, for callers whose own stack is too small, or unknown to
+// the system, such as that of a coroutine.
 
 /// Runs `function` with `argument` on a new thread and waits for it; false when the thread cannot
 /// be created. `function` must not throw.

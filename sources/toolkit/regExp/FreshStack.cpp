@@ -7,8 +7,8 @@
 namespace Toolkit {
 namespace {
 
-// The usual stack size of a main thread. Only the pages that are used need memory.
-constexpr std::size_t c_size = std::size_t{8} * 1024 * 1024;
+// The usual stack size of a main thread, in bytes. Only the pages that are used need memory.
+constexpr std::size_t c_stackSize = std::size_t{8} * 1024 * 1024;
 
 struct Work {
     void (*function)(void*);
@@ -30,9 +30,9 @@ bool CreateWithoutSignals(pthread_t& thread, const pthread_attr_t& attributes, W
     sigset_t previous;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &previous);
-    const int failed = pthread_create(&thread, &attributes, RunWork, &work);
+    const int error = pthread_create(&thread, &attributes, RunWork, &work);
     pthread_sigmask(SIG_SETMASK, &previous, nullptr);
-    return failed == 0;
+    return error == 0;
 }
 
 } // namespace
@@ -44,10 +44,10 @@ bool CallOnFreshStack(void (*function)(void*), void* argument)
         return false;
     Work work{function, argument};
     pthread_t thread{};
-    const bool runs = pthread_attr_setstacksize(&attributes, c_size) == 0 &&
-                      CreateWithoutSignals(thread, attributes, work);
+    const bool isCreated = pthread_attr_setstacksize(&attributes, c_stackSize) == 0 &&
+                           CreateWithoutSignals(thread, attributes, work);
     pthread_attr_destroy(&attributes);
-    return runs && pthread_join(thread, nullptr) == 0;
+    return isCreated && pthread_join(thread, nullptr) == 0;
 }
 
 } // namespace Toolkit

@@ -41,7 +41,7 @@ public:
     void AddNamedGroupKey(const TString<char>& name, int number);
 
     std::vector<smart_ptr<Group>> groups; ///< Element i is group i.
-    std::map<TString<char>, int> names;   ///< Group numbers by name, in the order of the bytes.
+    std::map<TString<char>, int> names;   ///< Group numbers by name, ordered by the bytes.
 };
 
 } // namespace Toolkit

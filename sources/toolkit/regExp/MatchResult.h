@@ -26,15 +26,18 @@ public:
     /// Also true if a group after group 19 took part in the match; no groups are reported then.
     bool Success();
 
-    const char* errorText;      ///< Why the pattern did not compile; null if it did. Not owned.
-    int errorOffset;            ///< The position of the error in the pattern, in bytes.
-    void* code;                 ///< The compiled pattern, owned; null until there is one.
-    TString<char> subject;      ///< The string that is searched, in UTF-8.
-    TString<char> pattern;      ///< The pattern in UTF-8, used up to its first null character.
-    int execOptions;            ///< PCRE 1's option bits for every search.
-    int resultCode;             ///< Number of pairs set, 0 for too many, -1 for no match.
-    int ovectorSize;            ///< Always 60.
-    int ovector[c_ovectorSize]; ///< Begin and end of group i in bytes; -1 if it took no part.
+    const char* errorText; ///< Why the pattern did not compile; null if it did. Not owned.
+    int errorOffset;       ///< The position of the error in the pattern, in bytes.
+    void* code;            ///< The compiled pattern, owned; null until there is one.
+    TString<char> subject; ///< The string that is searched, in UTF-8.
+    TString<char> pattern; ///< The pattern in UTF-8, used up to its first null character.
+    int execOptions;       ///< PCRE 1's option bits, passed to every search.
+    int resultCode;        ///< Number of pairs; 0: too many, -1: no match, below: an error.
+    int ovectorSize;       ///< Always 60.
+
+    /// The begin and end of group i in bytes are elements 2 * i and 2 * i + 1; -1 if the group took
+    /// no part. The last third is reserved for the engine.
+    int ovector[c_ovectorSize];
 };
 
 } // namespace Toolkit

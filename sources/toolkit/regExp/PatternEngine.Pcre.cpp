@@ -32,20 +32,23 @@ constexpr std::size_t c_baseSpace = std::size_t{12} * 1024;
 constexpr std::size_t c_compileSpacePerLevel = 800;
 
 // The engine itself refuses deeper nesting.
-constexpr std::size_t c_deepestNesting = 250;
+constexpr std::size_t c_maxNesting = 250;
 
-// The message of the engine for the same refusal.
+// The engine's message for the same refusal. Compile() recognises its own refusal by the address of
+// this string.
 constexpr const char* c_tooDeep = "parentheses are too deeply nested (stack check)";
 
-// Returns how many bytes of stack the engine may use; the rest is for signal handlers and the like.
+// Returns how many bytes of stack the engine may use. Leaves an eighth for signal handlers and the
+// like.
 std::size_t MeasureUsableSpace()
 {
-    const std::size_t left = std::min(Base::GetStackSpaceLeft(), c_searchMemory);
+    const std::size_t left = std::min(Base::GetStackSpaceLeft(), c_maxSearchMemory);
     const std::size_t usable = left - left / 8;
     return usable > c_baseSpace ? usable - c_baseSpace : 0;
 }
 
-// Returns the stack for one level of matching, which the engine reports for these arguments.
+// Returns the bytes of stack for one level of matching: for these arguments the engine returns them
+// as a negative number.
 std::size_t QueryFrameSize()
 {
     const int size = pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
@@ -61,11 +64,10 @@ unsigned long ComputeRecursionLimit()
 bool IsStackEnoughFor(const char* pattern)
 {
     const std::size_t levels = MeasureUsableSpace() / c_compileSpacePerLevel;
-    return levels > c_deepestNesting ||
-           std::min(MeasureNesting(pattern), c_deepestNesting) <= levels;
+    return levels > c_maxNesting || std::min(MeasureNesting(pattern), c_maxNesting) <= levels;
 }
 
-// The engine has lengths of type int, and an error code for a negative one.
+// The engine takes the length as an int, and reports an error for a negative one.
 int ToEngineLength(std::size_t length)
 {
     return length <= INT_MAX ? static_cast<int>(length) : -1;
@@ -86,7 +88,7 @@ int ExecuteOnThisStack(const void* code, const char* subject, std::size_t length
 {
     pcre_extra limits;
     limits.flags = PCRE_EXTRA_MATCH_LIMIT | PCRE_EXTRA_MATCH_LIMIT_RECURSION;
-    limits.match_limit = c_searchSteps;
+    limits.match_limit = c_maxSearchSteps;
     limits.match_limit_recursion = ComputeRecursionLimit();
     return pcre_exec(static_cast<const pcre*>(code), &limits, subject, ToEngineLength(length),
                      static_cast<int>(startOffset), options, offsets, offsetCount);
@@ -99,7 +101,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     void* code = nullptr;
     auto compile = [&] { code = CompileOnThisStack(pattern, errorText, errorOffset); };
     const bool hasStack = HasStackForGroups(pattern);
-    // Reported when there is no memory for a fresh stack.
+    // Reported if the fresh stack cannot be created.
     errorText = c_tooDeep;
     errorOffset = 0;
     if (hasStack)

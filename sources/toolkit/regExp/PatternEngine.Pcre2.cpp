@@ -121,6 +121,7 @@ int Search::Finish(const Pcre2Pattern& pattern, int result) const
         return ToPcreError(result);
     // The match data can hold more pairs than `offsets`.
     const int count = result > pairCount ? 0 : result;
+    // 0 means that all pairs are set and more are needed.
     const int setPairs = count > 0 ? count : pairCount;
     const std::size_t* const pairs = pattern.Offsets();
     std::transform(pairs, pairs + 2 * setPairs, offsets, ToOffset);
@@ -139,10 +140,11 @@ int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
     return isShort ? c_shortUtf8 : ToPcreError(error);
 }
 
-// PCRE 2 accepts these options only when it compiles, so the pattern is compiled again.
+// PCRE 2 accepts newlines and the like only when it compiles, so the pattern is compiled again.
 int RunWithSettings(Pcre2Pattern& pattern, const Search& search)
 {
     if (!AreNewlinesKnown(search.options)) {
+        // PCRE 1 reports an invalid subject before an invalid newline.
         const int fault = search.CheckSubject(pattern);
         return fault < 0 ? fault : c_badNewline;
     }
@@ -174,12 +176,15 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     const bool isTooDeep = error == PCRE2_ERROR_PARENTHESES_STACK_CHECK;
     if (!hasStack || (isTooDeep && !Base::IsOnThreadStack())) {
         auto compile = [&] { error = compiled->Compile(); };
-        // If it throws for lack of memory, the first error is reported.
+        // If it runs out of memory, the first error is reported.
         auto tryToCompile = [&] { static_cast<void>(Base::RunsWithoutThrowing(compile)); };
         RunOnFreshStack(tryToCompile);
     }
-    if (compiled->IsCompiled())
+    if (compiled->IsCompiled()) {
+        errorText = nullptr;
+        errorOffset = 0;
         return compiled.release();
+    }
     errorText = GetCompileErrorMessage(error);
     errorOffset = compiled->ErrorOffset();
     return nullptr;
@@ -214,8 +219,8 @@ int Execute(void* code, const char* subject, std::size_t length, std::size_t sta
 
 std::string GetVersion()
 {
-    char text[64] = {}; // the engine asks for 24
-    ::pcre2_config(PCRE2_CONFIG_VERSION, text);
+    char text[64] = {}; // pcre2api(3) requires 24
+    pcre2_config(PCRE2_CONFIG_VERSION, text);
     return std::string("PCRE2 ") + text;
 }
 

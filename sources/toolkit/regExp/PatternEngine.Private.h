@@ -33,7 +33,8 @@ constexpr int c_partial = 0x08000000;
 /// Compiles the null-terminated `pattern`. The caller releases the result with Free().
 ///
 /// Returns null on a compile error, with a static string in `errorText` and the position in bytes
-/// in `errorOffset`. Nesting that needs more stack than the thread has left is an error, too.
+/// in `errorOffset`; on success these become null and 0. Nesting that needs more stack than the
+/// thread has left is an error, too.
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset);
 
 /// Releases a compiled pattern, which may be null.
@@ -48,7 +49,7 @@ int Execute(void* code, const char* subject, std::size_t length, std::size_t sta
             int options, int* offsets, int offsetCount);
 
 // Read the table of group names. Each returns a negative number on failure. An entry is the number
-// of the group in two bytes, the higher one first, and the null-terminated name.
+// of the group in two bytes, the high byte first, and the null-terminated name.
 int GetNameCount(const void* code, int& count);
 int GetNameEntrySize(const void* code, int& size);
 int GetNameTable(const void* code, const unsigned char*& table);

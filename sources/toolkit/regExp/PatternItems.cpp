@@ -14,6 +14,21 @@ std::size_t MeasureNamedClass(const char* text)
     return text[name] == ':' && text[name + 1] == ']' ? name + 2 : 0;
 }
 
+// Returns the length of the item at `text` in a character class; 0 when it is uncertain.
+std::size_t MeasureClassItem(const char* text)
+{
+    switch (*text) {
+    case '\0':
+        return 0;
+    case '\\':
+        return MeasureEscape(text);
+    case '[':
+        return MeasureNamedClass(text);
+    default:
+        return 1;
+    }
+}
+
 } // namespace
 
 std::size_t MeasureEscape(const char* text)
@@ -36,14 +51,11 @@ std::size_t MeasureSet(const char* text)
 std::size_t MeasureClass(const char* text)
 {
     std::size_t length = text[1] == '^' ? 2 : 1;
-    // A "]" in first place is an ordinary character.
-    length += text[length] == ']' ? 1 : 0;
+    // A "]" at the beginning is an ordinary character.
+    if (text[length] == ']')
+        ++length;
     while (text[length] != ']') {
-        const char character = text[length];
-        const std::size_t step = character == '\\'  ? MeasureEscape(text + length)
-                                 : character == '[' ? MeasureNamedClass(text + length)
-                                 : character        ? 1
-                                                    : 0;
+        const std::size_t step = MeasureClassItem(text + length);
         if (step == 0)
             return 0;
         length += step;

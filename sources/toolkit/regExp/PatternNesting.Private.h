@@ -8,9 +8,9 @@ namespace Toolkit {
 /// too high, but never too low. The pattern need not compile.
 std::size_t MeasureNesting(const char* pattern);
 
-/// Whether the rest of this stack is enough to compile the groups of `pattern` if they follow one
-/// another. The engine compares a group that may be absent with all that can come after it, and
-/// each group in that comparison needs stack.
+/// Whether the stack left suffices to compile the groups of `pattern` that follow one another. The
+/// engine compares an optional group with everything that can come after it, and recurses for each
+/// group there.
 bool HasStackForGroups(const char* pattern);
 
 } // namespace Toolkit

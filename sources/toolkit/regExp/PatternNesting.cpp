@@ -22,7 +22,7 @@ std::size_t CountOpenings(const char* pattern)
     return static_cast<std::size_t>(std::count(pattern, pattern + std::strlen(pattern), '('));
 }
 
-// Returns the length of the item at `text`; 0 when it is not certain. Comments and names of verbs
+// Returns the length of the item at `text`; 0 when it is uncertain: comments and names of verbs
 // may contain anything.
 std::size_t MeasureItem(const char* text)
 {
@@ -61,7 +61,7 @@ std::size_t MeasureNesting(const char* pattern)
 bool HasStackForGroups(const char* pattern)
 {
     const std::size_t left = Base::GetStackSpaceLeft();
-    // The rest is for signal handlers and the like.
+    // An eighth is left for signal handlers and the like.
     const std::size_t usable = left - left / 8;
     if (usable < c_baseSpace)
         return false;

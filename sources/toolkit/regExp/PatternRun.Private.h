@@ -26,7 +26,7 @@ PatternCode CompilePattern(const TString<char>& pattern);
 /// Compiles the result's pattern and replaces its compiled code.
 void CompilePattern(MatchResult& result);
 
-/// Searches `subject` from `start` on. Returns the number of groups found, 0 when `offsets` has no
+/// Searches `subject` from `start` on. Returns the number of pairs set in `offsets`, 0 if it has no
 /// room for all, and -1 without a match.
 int ExecutePattern(const PatternCode& code, const TString<char>& subject, std::size_t start,
                    int options, int (&offsets)[MatchResult::c_ovectorSize]);

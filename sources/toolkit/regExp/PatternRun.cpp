@@ -6,7 +6,7 @@
 namespace Toolkit {
 namespace {
 
-// Writes `beginning` over the start of `text`. Callers log and compare the resulting messages.
+// Writes `beginning` over the start of `text`. Programs compare messages of this form, so it stays.
 std::wstring OverwriteBeginning(std::wstring text, const std::wstring& beginning)
 {
     return text.replace(0, beginning.size(), beginning);
@@ -20,9 +20,9 @@ std::wstring ToDecimal(int number)
 [[noreturn]] void ThrowCompileError(const TString<char>& pattern, const char* errorText,
                                     int errorOffset)
 {
-    const std::wstring written = L" : " + Base::DecodeUtf8(errorText) + L" (@offset: " +
+    const std::wstring details = L" : " + Base::DecodeUtf8(errorText) + L" (@offset: " +
                                  ToDecimal(errorOffset) + L") " + Base::DecodeUtf8(pattern);
-    RegExpException::Throw(OverwriteBeginning(L"pcre_compile failed with error ", written));
+    RegExpException::Throw(OverwriteBeginning(L"pcre_compile failed with error ", details));
 }
 
 void* CompilePattern(const TString<char>& pattern, const char*& errorText, int& errorOffset)

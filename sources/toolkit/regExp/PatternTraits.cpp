@@ -55,9 +55,8 @@ bool IgnoresPrecedingText(const char* pattern)
     for (; *pattern; ++pattern) {
         const char character = *pattern;
         if (character == '\\') {
-            if (!IsHarmlessEscape(*++pattern))
-                return false;
-            if (!*pattern)
+            ++pattern;
+            if (!*pattern || !IsHarmlessEscape(*pattern))
                 return false;
             previous = '\0';
             continue;

@@ -42,15 +42,15 @@ constexpr int c_internalError = -14;
 constexpr int c_lastCompileError = 255;
 constexpr int c_lowestError = -100;
 
-// The messages of all errors. Read once, because the engine copies each into a buffer of the
-// caller, and callers need static strings.
+// The messages of all errors, read once: callers need static strings, but the engine copies each
+// message into the caller's buffer.
 class Messages {
 public:
     Messages()
     {
         for (int error = c_lowestError; error <= c_lastCompileError; ++error)
             pcre2_get_error_message(error, reinterpret_cast<PCRE2_UCHAR*>(GetMessage(error)),
-                                    c_length);
+                                    c_maxLength);
     }
 
     const char* Find(int error)
@@ -60,12 +60,12 @@ public:
     }
 
 private:
-    // Longer messages are truncated.
-    static constexpr int c_length = 128;
+    // In bytes, with the null character. Longer messages are truncated.
+    static constexpr int c_maxLength = 128;
 
     char* GetMessage(int error) { return m_messages[error - c_lowestError]; }
 
-    char m_messages[c_lastCompileError - c_lowestError + 1][c_length]{};
+    char m_messages[c_lastCompileError - c_lowestError + 1][c_maxLength]{};
 };
 
 } // namespace

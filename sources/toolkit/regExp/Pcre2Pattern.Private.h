@@ -10,8 +10,8 @@
 
 namespace Toolkit {
 
-/// A pattern compiled by PCRE 2, with what a search for it needs. Can be used by one search at a
-/// time.
+/// A pattern compiled by PCRE 2, with what a search for it needs. Only one search at a time may use
+/// an object.
 class Pcre2Pattern {
 public:
     struct Release {
@@ -28,8 +28,9 @@ public:
 
     explicit Pcre2Pattern(const std::string& pattern);
 
-    /// Returns 0, or the engine's error. If that is PCRE2_ERROR_PARENTHESES_STACK_CHECK, the stack
-    /// is too small, and Compile() may be called again on another one.
+    /// Returns 0, or the engine's error. PCRE2_ERROR_PARENTHESES_STACK_CHECK means that the stack
+    /// is too small; Compile() may be called again on another one. Throws `std::bad_alloc`
+    /// when out of memory.
     int Compile();
     bool IsCompiled() const { return m_code != nullptr; }
 
@@ -39,17 +40,17 @@ public:
     const std::string& Text() const { return m_pattern; }
     const pcre2_code* Code() const { return m_code.get(); }
 
-    /// Returns what pcre2_match() returns. Steps and memory are limited.
+    /// Returns what pcre2_match() returns. Limits steps and memory.
     int Match(const char* subject, std::size_t length, std::size_t start, std::uint32_t options);
 
-    /// Checks the whole subject. Returns the error of a subject that is not UTF-8; any other result
-    /// has no meaning.
+    /// Checks the whole subject. Returns the error of a subject that is not UTF-8; ignore any other
+    /// result.
     int CheckUtf8(const char* subject, std::size_t length, std::uint32_t options);
 
     /// Returns the pairs of the last match.
     const std::size_t* Offsets() const { return pcre2_get_ovector_pointer(m_matchData.get()); }
 
-    /// Returns the offset of the first byte of the last subject that is not UTF-8.
+    /// Returns the offset of the first invalid character in the last subject.
     std::size_t FaultOffset() const { return pcre2_get_startchar(m_matchData.get()); }
 
 private:

@@ -17,13 +17,14 @@ constexpr std::size_t c_baseSpace = std::size_t{30} * 1024;
 constexpr std::size_t c_spacePerLevel = 720;
 
 // The engine itself refuses deeper nesting.
-constexpr std::uint32_t c_deepestNesting = 250;
+constexpr std::uint32_t c_maxNesting = 250;
 
-// The most levels on a stack whose bounds the system does not know.
-constexpr std::uint32_t c_levelsOnUnknownStack = 6;
+// Maximum number of levels on a stack whose bounds are unknown. By the measurements above, they fit
+// into the 32 KiB that GetStackSpaceLeft() assumes.
+constexpr std::uint32_t c_maxLevelsOnUnknownStack = 6;
 
 // The engine's own limit is 20 GB.
-constexpr std::uint32_t c_heapLimitKiB = c_searchMemory / 1024;
+constexpr std::uint32_t c_heapLimitKiB = c_maxSearchMemory / 1024;
 
 struct ContextRelease {
     void operator()(pcre2_compile_context* context) const { pcre2_compile_context_free(context); }
@@ -35,27 +36,29 @@ PCRE2_SPTR ToUnits(const char* text)
     return reinterpret_cast<PCRE2_SPTR>(text);
 }
 
-// Returns how many levels of parentheses fit into the rest of the stack; -1 when even a pattern
+// Returns how many levels of parentheses fit into the stack space left; -1 when even a pattern
 // without parentheses does not fit.
 int CountLevelsThatFit()
 {
     if (!Base::IsOnThreadStack())
-        return c_levelsOnUnknownStack;
+        return c_maxLevelsOnUnknownStack;
     const std::size_t left = Base::GetStackSpaceLeft();
-    // The rest is for signal handlers and the like.
+    // An eighth is left for signal handlers and the like.
     const std::size_t usable = left - left / 8;
     if (usable < c_baseSpace)
         return -1;
     const std::size_t levels = (usable - c_baseSpace) / c_spacePerLevel;
-    return static_cast<int>(std::min<std::size_t>(levels, c_deepestNesting));
+    return static_cast<int>(std::min<std::size_t>(levels, c_maxNesting));
 }
 
-// The engine asks before each level; anything but 0 ends the compilation.
+// The engine calls it before each level; any result but 0 ends the compilation.
 int RefuseDeeperThan(std::uint32_t depth, void* levels)
 {
     return depth > *static_cast<std::uint32_t*>(levels) ? 1 : 0;
 }
 
+// Whether the engine was built with other defaults for newlines and line breaks than LF and
+// Unicode.
 bool HasOtherDefaults()
 {
     std::uint32_t newline = 0;
@@ -73,11 +76,10 @@ void AllowMatchBeginInLookArounds([[maybe_unused]] pcre2_compile_context* contex
 #endif
 }
 
-// Whether the default settings of the engine do not suffice, as they do for most patterns.
+// Whether compiling needs settings other than the engine's defaults. Most patterns do not.
 bool NeedsContext(const std::string& pattern, std::uint32_t levels)
 {
-    return levels < c_deepestNesting || HasOtherDefaults() ||
-           pattern.find("\\K") != std::string::npos;
+    return levels < c_maxNesting || HasOtherDefaults() || pattern.find("\\K") != std::string::npos;
 }
 
 // Returns null when out of memory.
@@ -124,13 +126,13 @@ int Pcre2Pattern::Compile()
     if (!code)
         return error;
     if (MayRecurse(m_pattern)) {
-        // If the rewritten pattern does not compile, the code of the original one stays in use.
+        // If the rewritten pattern does not compile, the code of the original stays.
         int ignored = 0;
         const std::string atomic = MakeRecursionAtomic(m_pattern);
         if (CodeOwner rewritten = CompileText(atomic, error, ignored, context.get()))
             code = std::move(rewritten);
     }
-    // Not before: the rewriting may throw, and the pattern then counts as not compiled.
+    // Set last, because the rewriting may throw, and the pattern then counts as not compiled.
     m_code = std::move(code);
     return 0;
 }
@@ -151,7 +153,7 @@ int Pcre2Pattern::CheckUtf8(const char* subject, std::size_t length, std::uint32
     // The engine checks the subject first. The limit then ends the search at its first step.
     pcre2_set_match_limit(m_limits.get(), 0);
     const int result = Match(subject, length, 0, options);
-    pcre2_set_match_limit(m_limits.get(), c_searchSteps);
+    pcre2_set_match_limit(m_limits.get(), c_maxSearchSteps);
     return result;
 }
 
@@ -163,7 +165,7 @@ bool Pcre2Pattern::PrepareMatch()
     m_limits.reset(pcre2_match_context_create(nullptr));
     if (!m_matchData || !m_limits)
         return false;
-    pcre2_set_match_limit(m_limits.get(), c_searchSteps);
+    pcre2_set_match_limit(m_limits.get(), c_maxSearchSteps);
     pcre2_set_heap_limit(m_limits.get(), c_heapLimitKiB);
     return true;
 }

@@ -4,18 +4,18 @@
 
 namespace Toolkit {
 
-// Rewrites patterns that match differently in PCRE 1 and PCRE 2.
+// Rewrites patterns of PCRE 1 for PCRE 2.
 
-/// Rewrites `pattern` for PCRE 2: the setting (*UTF8) becomes (*UTF), the class "[\w-.]" becomes
-/// "[\w\-.]".
+/// Returns `pattern` with the syntax that PCRE 2 rejects replaced: the setting (*UTF8) becomes
+/// (*UTF), the class "[\w-.]" becomes "[\w\-.]".
 std::string TranslateToPcre2(const std::string& pattern);
 
 /// The options of pcre_exec() that pcre2_match() lacks: newlines, line breaks, no start
-/// optimisation. A pattern can set them itself.
+/// optimisation. AddPatternSettings() adds them to the pattern instead.
 constexpr int c_settingOptions = 0x05F00000;
 
-/// Whether `options` has valid numbers for the newline and the kind of line break, or 0 for the
-/// default.
+/// Whether `options` has a valid value for the newline and for the kind of line break; 0 stands for
+/// the default.
 bool AreNewlinesKnown(int options);
 
 /// Returns `pattern` with the settings that `options` asks for. They are inserted after the

@@ -27,28 +27,28 @@ constexpr Setting c_settings[] = {
     {c_newlineMask, 0x00500000, "(*ANYCRLF)"},   {c_breakMask, 0x00800000, "(*BSR_ANYCRLF)"},
     {c_breakMask, 0x01000000, "(*BSR_UNICODE)"}, {0x04000000, 0x04000000, "(*NO_START_OPT)"}};
 
-// pcre2pattern(3), "Special start-of-pattern items".
-constexpr std::string_view c_names[] = {"UTF",
-                                        "UTF8",
-                                        "UCP",
-                                        "NO_AUTO_POSSESS",
-                                        "NO_DOTSTAR_ANCHOR",
-                                        "NO_START_OPT",
-                                        "NO_JIT",
-                                        "NOTEMPTY",
-                                        "NOTEMPTY_ATSTART",
-                                        "LIMIT_MATCH",
-                                        "LIMIT_DEPTH",
-                                        "LIMIT_HEAP",
-                                        "LIMIT_RECURSION",
-                                        "CR",
-                                        "LF",
-                                        "CRLF",
-                                        "ANY",
-                                        "ANYCRLF",
-                                        "NUL",
-                                        "BSR_ANYCRLF",
-                                        "BSR_UNICODE"};
+// pcre2pattern(3), "Special start-of-pattern items", and PCRE 1's "UTF8".
+constexpr std::string_view c_settingNames[] = {"UTF",
+                                               "UTF8",
+                                               "UCP",
+                                               "NO_AUTO_POSSESS",
+                                               "NO_DOTSTAR_ANCHOR",
+                                               "NO_START_OPT",
+                                               "NO_JIT",
+                                               "NOTEMPTY",
+                                               "NOTEMPTY_ATSTART",
+                                               "LIMIT_MATCH",
+                                               "LIMIT_DEPTH",
+                                               "LIMIT_HEAP",
+                                               "LIMIT_RECURSION",
+                                               "CR",
+                                               "LF",
+                                               "CRLF",
+                                               "ANY",
+                                               "ANYCRLF",
+                                               "NUL",
+                                               "BSR_ANYCRLF",
+                                               "BSR_UNICODE"};
 
 // Returns the end of the settings at the beginning of the pattern.
 std::size_t FindEndOfSettings(std::string_view pattern)
@@ -60,7 +60,8 @@ std::size_t FindEndOfSettings(std::string_view pattern)
         if (close == std::string_view::npos)
             break;
         const std::string_view name = pattern.substr(end + 2, nameEnd - end - 2);
-        if (std::find(std::begin(c_names), std::end(c_names), name) == std::end(c_names))
+        if (std::find(std::begin(c_settingNames), std::end(c_settingNames), name) ==
+            std::end(c_settingNames))
             break;
         end = close + 1;
     }

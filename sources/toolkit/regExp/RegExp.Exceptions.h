@@ -8,7 +8,7 @@
 
 namespace Toolkit {
 
-/// Thrown for a pattern that does not compile, and for a search that fails.
+/// Thrown when a pattern does not compile, when a search fails, and when out of memory.
 ///
 /// It is thrown as a `smart_ptr<RegExpException>` by value: catch that type. Apart from
 /// `std::bad_alloc`, it is the only exception that leaves the library.
@@ -23,13 +23,13 @@ public:
     /// ThrowOutOfMemory().
     [[noreturn]] static void Throw(const TString<wchar_t>& message);
 
-    /// Throws an exception that exists since the library was loaded. Its message is that of an
-    /// operation that ran out of memory.
+    /// Throws an exception that was created when the library was loaded. Its message is that of a
+    /// search that ran out of memory.
     [[noreturn]] static void ThrowOutOfMemory();
 
     TString<char> message;  ///< What failed, in UTF-8.
     TString<char> file;     ///< The path of this header in the source tree.
-    TString<char> line;     ///< One byte, the number 7; not the digit.
+    TString<char> line;     ///< One byte with the value 7, not the digit.
     TString<char> function; ///< "Throw".
 
 private:

@@ -14,7 +14,7 @@ namespace {
 // shorter.
 int MeasureGrowth(const TString<char>& text, const TString<char>& subject)
 {
-    return static_cast<int>(static_cast<unsigned int>(text.size() - subject.size()));
+    return static_cast<int>(text.size() - subject.size());
 }
 
 } // namespace
@@ -78,9 +78,9 @@ TString<char> RegExp::Replace(const std::vector<TString<char>>& replacements,
 
         TString<char> text = subject;
         for (int group = 1; group < result->resultCode; ++group) {
-            const auto entry = static_cast<std::size_t>(group - 1);
+            const auto index = static_cast<std::size_t>(group - 1);
             const TString<char>& replacement =
-                entry < replacements.size() ? replacements[entry] : TString<char>::Empty();
+                index < replacements.size() ? replacements[index] : TString<char>::Empty();
             RegExp_replace(result, group, text, replacement, MeasureGrowth(text, subject));
         }
         return text;

@@ -23,26 +23,27 @@ struct TOOLKIT_API RegExpOptions {
 ///     if (match->Success())
 ///         Greet(match->GetGroup("user")->value); // "jane"
 ///
-/// Wide subjects and patterns are converted to UTF-8 first; if that fails, they count as empty.
-/// Every operation compiles the pattern, up to its first null character.
+/// Wide subjects and patterns are first converted to UTF-8, up to their first null character; an
+/// invalid one counts as empty. Every operation compiles the pattern, up to its first null
+/// character.
 ///
-/// A failure throws a `smart_ptr<RegExpException>`: a pattern that does not compile, a subject that
-/// is not UTF-8, and a search that takes too many steps, or more stack or memory than there is.
-/// Only copying an object throws `std::bad_alloc`. Nothing is logged.
+/// Failures throw a `smart_ptr<RegExpException>`: the pattern does not compile, the subject is not
+/// UTF-8, a search starts at an invalid offset or takes too many steps, or stack or memory runs
+/// out. Only copying a `RegExp` throws `std::bad_alloc`. Nothing is logged.
 ///
-/// From each start position a search may take 10 million steps, a few hundred milliseconds.
-/// A whole call has no limit of its own: `\s+[bc]` takes minutes on 200,000 spaces, because from
-/// each space it reads all those after it. Limit the length of the subject if the pattern or the
-/// subject is not trusted.
+/// A search may take 10 million steps from each start position, which is a few hundred
+/// milliseconds. The call as a whole is not limited: `\s+[bc]` takes minutes on 200,000 spaces,
+/// because from each space it reads all those after it. Limit the length of the subject if the
+/// pattern or the subject is not trusted.
 ///
-/// Do not use two constructs whose behaviour is undefined and which may crash the engine. `\C`
-/// matches a single byte and can split a character. A negative assertion as a condition, such as
+/// Two constructs have undefined behaviour and may crash the engine; do not use them. `\C` matches
+/// a single byte and can split a character. A negative assertion as a condition, such as
 /// "(?(?!a)b)", makes PCRE 1 read uninitialised memory.
 ///
 /// Any thread may call the operations as long as none assigns to the object.
 class TOOLKIT_API RegExp {
 public:
-    /// Replacements by group name, in the order of the names' bytes.
+    /// Replacements by group name, ordered by the bytes of the names.
     using ReplacementMappedStrings = std::map<TString<char>, TString<char>>;
 
     RegExp(const TString<char>& pattern, RegExpOptions::Modifiers modifiers);
@@ -62,8 +63,8 @@ public:
     smart_ptr<MatchResult> Match(const TString<char>& subject) const;
     smart_ptr<MatchResult> Match(const TString<wchar_t>& subject) const;
 
-    /// Returns `subject` with every match replaced by the literal string `replacement`. Ignores the
-    /// last argument.
+    /// Returns `subject` with every match replaced by the literal string `replacement`. Ignores
+    /// `flag`.
     ///
     /// Empty matches do not count, "^" does not match at the beginning of `subject`, and "$" does
     /// not match at its end. The search continues after the replacement, in the changed string:
@@ -72,38 +73,40 @@ public:
     /// The offset at which the search continues is taken modulo 65536. In a longer string,
     /// replacements may therefore be searched again; if the replacement contains a match, this may
     /// repeat until memory runs out. With `\K` in a look-behind a match may begin inside the last
-    /// replacement: replacing "(?<=\Ka)" with "a" never ends. An offset inside a character throws.
+    /// replacement: replacing "(?<=\Ka)" with "a" never ends. A search that would continue inside a
+    /// character throws.
     TString<char> Replace(const TString<char>& replacement, const TString<char>& subject,
                           unsigned char flag);
 
     /// Returns `subject` with the groups of the first match replaced: group 1 by the first entry,
-    /// and so on. Empty without a match.
+    /// and so on. Returns an empty string without a match.
     ///
-    /// Missing entries count as empty strings. A group that took no part is skipped. Groups are
-    /// expected in increasing order without overlaps: a group inside another is replaced at the
-    /// place where it would be if the outer replacement had been inserted before it.
+    /// Missing entries count as empty strings. A group that took no part is skipped. Each range is
+    /// moved by how much the string has grown so far. This is right only for groups that follow one
+    /// another: if groups overlap, the later replacement overwrites other bytes than its group.
     TString<char> Replace(const std::vector<TString<char>>& replacements,
                           const TString<char>& subject);
 
     /// Replaces named groups in the same way, each by the entry with its name. Other groups stay.
     ///
-    /// A name that is not in the map is added to it with an empty string.
+    /// A name that is not in the map is added to it with an empty string, which also replaces the
+    /// group.
     TString<char> Replace(ReplacementMappedStrings& replacements, const TString<char>& subject);
 
     /// Returns the name and version of the engine that the library uses: "PCRE 8.39 2016-06-14".
     /// Empty when out of memory.
     static TString<char> GetEngineVersion();
 
-    // The steps of the operations. `result` must hold an object.
+    // The steps of the operations above. `result` must not be null.
 
-    /// Compiles the pattern of `result`, in place of an earlier compiled pattern.
+    /// Compiles the pattern of `result` and replaces its compiled pattern.
     void RegExp_compile(const smart_ptr<MatchResult>& result) const;
 
     /// Searches the subject of `result`, whose pattern must be compiled, from the byte
-    /// `startOffset` on.
+    /// `startOffset` on, and stores `resultCode` and `ovector`. Adds no groups.
     void RegExp_exec(const smart_ptr<MatchResult>& result, unsigned short startOffset) const;
 
-    /// Replaces the range of `group` in `result`, moved by `shift` bytes, in `target`.
+    /// Replaces a range of `target`: that of `group` in `result`, moved by `shift` bytes.
     ///
     /// Does nothing for a group that does not exist or took no part, and for a range that begins
     /// outside `target`.
@@ -112,7 +115,7 @@ public:
 
 private:
     TString<char> m_pattern;
-    [[maybe_unused]] RegExpOptions::Modifiers m_modifiers; // unused, keeps the layout
+    [[maybe_unused]] RegExpOptions::Modifiers m_modifiers; // unused; keeps the layout
 };
 
 } // namespace Toolkit

@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-// Bytes from here on belong to characters of several bytes. Each of them may begin a match.
+// Bytes from here on belong to multibyte characters. Each of them may begin a match.
 constexpr unsigned int c_firstNonAscii = 0x80;
 
 } // namespace
@@ -17,7 +17,7 @@ StartBytes::StartBytes(const PatternCode& code, int options)
     const int trial = options | Pcre::c_trusted | Pcre::c_anchored | Pcre::c_partial;
     for (unsigned int byte = 0; byte < c_firstNonAscii; ++byte) {
         const char character = static_cast<char>(byte);
-        // A trial that reaches the end of its subject reports a partial match. So no match means
+        // A trial that reaches the end of its subject reports a partial match, so c_noMatch means
         // that no match begins with this byte.
         m_bytes[byte] = Pcre::Execute(code.get(), &character, 1, 0, trial, offsets,
                                       MatchResult::c_ovectorSize) != Pcre::c_noMatch;

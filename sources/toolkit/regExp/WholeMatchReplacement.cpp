@@ -13,17 +13,11 @@ namespace {
 
 constexpr int c_options = Pcre::c_notAtLineBegin | Pcre::c_notAtLineEnd | Pcre::c_notEmpty;
 
-// The last offset at which a search can start; the next one wraps around to 0.
-constexpr std::size_t c_lastStart = 0xFFFF;
+// Highest offset at which a search can start; the next one wraps around to 0.
+constexpr std::size_t c_maxStart = 0xFFFF;
 
-// StartBytes pays off for texts that are longer than this.
+// StartBytes pays off for texts of more bytes than this.
 constexpr std::size_t c_longText = 4096;
-
-bool IsUtf8(const TString<char>& text)
-{
-    std::wstring ignored;
-    return Base::AppendDecodedUtf8(ignored, text.data(), text.size());
-}
 
 constexpr bool IsContinuation(char byte)
 {
@@ -36,7 +30,8 @@ WholeMatchReplacement::WholeMatchReplacement(const TString<char>& pattern,
                                              const TString<char>& replacement,
                                              const TString<char>& subject)
     : m_code(CompilePattern(pattern)), m_replacement(replacement),
-      m_keepsUtf8(MatchesWholeCharacters(pattern.c_str()) && IsUtf8(replacement)),
+      m_keepsUtf8(MatchesWholeCharacters(pattern.c_str()) &&
+                  Base::IsUtf8(replacement.data(), replacement.size())),
       m_ignoresPrecedingText(IgnoresPrecedingText(pattern.c_str())), m_text(subject)
 {
 }
@@ -45,7 +40,7 @@ TString<char> WholeMatchReplacement::Run()
 {
     Search(0, false);
     while (m_resultCode > 0) {
-        const bool isInReach = MatchBegin() + m_replacement.size() <= c_lastStart;
+        const bool isInReach = MatchBegin() + m_replacement.size() <= c_maxStart;
         if (m_keepsUtf8 && m_ignoresPrecedingText && isInReach)
             ReplaceInOnePass();
         else
@@ -62,7 +57,7 @@ void WholeMatchReplacement::Search(std::size_t start, bool isTrusted)
 
 void WholeMatchReplacement::SearchAfter(std::size_t position)
 {
-    const std::size_t start = position & c_lastStart;
+    const std::size_t start = position & c_maxStart;
     Search(start, IsTrustedAt(start));
 }
 
@@ -87,8 +82,8 @@ void WholeMatchReplacement::ReplaceOne()
 // the same as one after its replacement, because both texts are equal from there on.
 void WholeMatchReplacement::ReplaceInOnePass()
 {
-    // ReplaceAll: otherwise the engine tries each position between two matches, which takes 5 times
-    // as long.
+    // ReplaceAll: without StartBytes the engine tries each position between two matches, which
+    // takes 5 times as long.
     std::optional<StartBytes> startBytes;
     if (m_text.size() - MatchEnd() > c_longText)
         startBytes.emplace(m_code, c_options);
@@ -98,7 +93,7 @@ void WholeMatchReplacement::ReplaceInOnePass()
     while (m_resultCode > 0) {
         output.append(m_text, done, MatchBegin() - done).append(m_replacement);
         done = MatchEnd();
-        if (output.size() > c_lastStart)
+        if (output.size() > c_maxStart)
             break;
         const std::size_t start = startBytes ? startBytes->FindFirst(m_text, done) : done;
         if (start < m_text.size())
@@ -109,7 +104,7 @@ void WholeMatchReplacement::ReplaceInOnePass()
     const std::size_t position = output.size();
     output.append(m_text, done, TString<char>::npos);
     m_text = std::move(output);
-    if (position > c_lastStart)
+    if (position > c_maxStart)
         SearchAfter(position);
 }
 
