@@ -31,7 +31,7 @@ public:
         if (!m_code)
             return c_compileFailed;
         return pcre_exec(m_code, nullptr, subject.data(), static_cast<int>(subject.size()), start,
-                         options, m_offsets, 60);
+                         options, m_offsets, c_offsetCount);
     }
 
     /// Returns the value of a group of the last match; empty if the group did not take part.
@@ -45,10 +45,13 @@ public:
     }
 
 private:
+    // As in MatchResult.
+    static constexpr int c_offsetCount = 60;
+
     const char* m_errorText = nullptr;
     int m_errorOffset = 0;
     pcre* m_code;
-    int m_offsets[60];
+    int m_offsets[c_offsetCount];
 };
 
 } // namespace Toolkit::TestSupport

@@ -42,7 +42,7 @@ std::ostream& operator<<(std::ostream& stream, const Call& call)
                   << call.options << std::dec << ", from " << call.start;
 }
 
-// All results of one call that a caller can observe, as text, and whether it failed.
+// All results of one call that a caller can observe, as text, and how it failed.
 struct Outcome {
     std::string text;
     bool isInvalidPattern = false;
@@ -104,17 +104,17 @@ void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
     });
 }
 
-bool Contains(const std::string& text, std::initializer_list<const char*> parts)
+bool ContainsAny(const std::string& text, std::initializer_list<const char*> parts)
 {
     return std::any_of(parts.begin(), parts.end(),
                        [&](const char* part) { return text.find(part) != std::string::npos; });
 }
 
-// With \K in a look-behind, a match may begin in the text that was just inserted, so replacing may
+// With \K in a look-behind, a match may begin inside the previous replacement, so replacing may
 // never end.
 bool MayReplaceForEver(const std::string& pattern)
 {
-    return Contains(pattern, {"\\K"}) && Contains(pattern, {"(?<=", "(?<!"});
+    return ContainsAny(pattern, {"\\K"}) && ContainsAny(pattern, {"(?<=", "(?<!"});
 }
 
 Outcome Run(const EngineTable& engine, const Call& call)
@@ -149,17 +149,16 @@ Outcome Run(const EngineTable& engine, const Call& call)
 // there is none.
 const char* ExplainDifference(const Call& call, const Outcome& second)
 {
-    if (Contains(call.pattern, {")?+", ")*+", ")++", "}+"}))
+    if (ContainsAny(call.pattern, {")?+", ")*+", ")++", "}+"}))
         return "known: PCRE 1 backtracks into a possessive group, or keeps what it captured";
-    if (Contains(call.pattern, {"[^\\n]"}))
-        return "known: only for PCRE 1, [^\\n] names a newline, which no search skips then";
-    if (Contains(call.pattern, {"(*ACCEPT)"}) && Contains(second.text, {"-14E"}))
+    if (ContainsAny(call.pattern, {"[^\\n]"}))
+        return "known: with [^\\n] in the pattern, only PCRE 1 also searches between CR and LF";
+    if (ContainsAny(call.pattern, {"(*ACCEPT)"}) && ContainsAny(second.text, {"-14E"}))
         return "known: PCRE 2 fails at (*ACCEPT) in a called group of an assertion";
-    if (Contains(call.pattern, {"){0}"}))
-        return "known: PCRE 2 looks wrongly for where to begin after alternatives that occur {0} "
-               "times";
-    if (Contains(call.pattern, {"(?xx)"}))
-        return "known: for PCRE 2, (?xx) skips spaces in classes too";
+    if (ContainsAny(call.pattern, {"){0}"}))
+        return "known: PCRE 2 may find no match after alternatives that occur {0} times";
+    if (ContainsAny(call.pattern, {"(?xx)"}))
+        return "known: with PCRE 2, (?xx) skips spaces in classes too";
     return "different";
 }
 
@@ -169,13 +168,13 @@ const char* ExplainDifference(const Call& call, const Outcome& second)
 // is none.
 const char* ExplainRareDifference(const Call& call)
 {
-    if (Contains(call.pattern, {"(*COMMIT)"}))
+    if (ContainsAny(call.pattern, {"(*COMMIT)"}))
         return "known: (*COMMIT)";
-    if (Contains(call.pattern, {"(*PRUNE", "(*SKIP", "(*THEN"}))
+    if (ContainsAny(call.pattern, {"(*PRUNE", "(*SKIP", "(*THEN"}))
         return "known: (*PRUNE), (*SKIP) or (*THEN)";
-    if (Contains(call.pattern, {"(?("}))
+    if (ContainsAny(call.pattern, {"(?("}))
         return "known: a condition";
-    if (Contains(call.pattern, {"(?=", "(?!", "(?<=", "(?<!"}))
+    if (ContainsAny(call.pattern, {"(?=", "(?!", "(?<=", "(?<!"}))
         return "known: an assertion";
     return "different";
 }
@@ -240,13 +239,14 @@ private:
     std::map<std::string, int> m_counts;
 };
 
-// Number of random calls in the sample. Each batch of this size has its own seed, so that a call
-// can be reproduced. Fewer under a sanitizer, where a call takes much longer.
+// Number of random calls in the sample; fewer under a sanitizer, where a call takes much longer.
 #ifdef TOOLKIT_SANITIZER
 constexpr int c_sampleSize = 1'000;
 #else
 constexpr int c_sampleSize = 4'000;
 #endif
+
+// Each batch has its own seed, so that a call can be reproduced.
 constexpr int c_callsPerSeed = c_sampleSize;
 
 Call RandomCall(RandomPattern& random)
@@ -277,15 +277,13 @@ TEST(EngineDifferenceTest, ReturnsEqualResultsForRandomCalls)
     AddRandomCalls(tally, 1'000, false, rounds);
 
     EXPECT_EQ(tally.Count("different"), 0);
-    // Known faults are rare. If many calls seem to differ by one, there is another cause.
+    // Known faults are rare. If they seem to explain many differences, there is another cause.
     EXPECT_LE(tally.CountKnown(), 1 + rounds / 50'000);
     // The sweep proves little if few calls have comparable results.
     EXPECT_GT(tally.Count("equal"), rounds / 3);
 }
 
-// The engines themselves disagree on what verbs do inside assertions and calls, on which groups a
-// condition or a repeated assertion leaves set, and on where a search with (*COMMIT) begins. The
-// sample contains no such call, the whole sweep a few.
+// ExplainRareDifference() lists the differences. The sample contains none, the whole sweep a few.
 TEST(EngineDifferenceTest, DiffersRarelyForRareConstructs)
 {
     const int rounds = TestSupport::SoakRounds(c_sampleSize, 200'000);

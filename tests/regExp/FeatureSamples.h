@@ -7,7 +7,7 @@ struct FeatureSample {
     const char* subjects[3];
 };
 
-/// The features of the pattern language, with subjects on which each of them decides the result.
+/// The features of the pattern language, with subjects for which the feature decides the result.
 constexpr FeatureSample c_featureSamples[] = {
     // Recursion
     {"^(\\[(?:[^][]|(?1))*\\])$", {"[x[y]z[]]", "[x[y]", "[]]"}},

@@ -17,7 +17,8 @@ TEST(PatternTraitsTest, IgnoresPrecedingTextWithoutAnchorsAndLookBehind)
     }
 }
 
-// Includes patterns that only seem to examine it: the scan does not parse them completely.
+// Includes patterns that only seem to examine the preceding text: the scan does not parse them
+// completely.
 TEST(PatternTraitsTest, MayExaminePrecedingTextOtherwise)
 {
     for (const char* pattern :

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// This program does not link the library: only its plug-ins do, each with its own symbols.
+// This program does not link the library. Only its plug-ins do, each of which has its own symbols.
 namespace {
 
 using Thrower = void (*)();

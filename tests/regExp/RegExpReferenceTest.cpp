@@ -29,14 +29,15 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome)
     return stream << '"' << outcome.text << "\" thrown: " << outcome.message;
 }
 
-// Returns the message of a search that failed.
+// Returns the message of a search that failed with `code`.
 std::string ExecuteMessage(int code)
 {
     const std::string digits = std::to_string(code);
     return digits + std::string("RegExp::Match return error: ").substr(digits.size());
 }
 
-// Returns the message of a UTF-8 pattern that does not compile.
+// Returns the message of a pattern that does not compile. Leaves out a pattern that is not UTF-8:
+// "\xFF" is the only one.
 std::string CompileMessage(const DirectPcre& direct, const std::string& pattern)
 {
     const std::string message = std::string(" : ") + direct.ErrorText() +
@@ -93,7 +94,7 @@ void ExpectSameReplacement(const std::string& pattern, const std::string& replac
 void ExpectSameNamedValue(const Group& group, int resultCode, const DirectPcre& direct,
                           const std::string& subject)
 {
-    // Of two groups with one name the engine reports the one that took part.
+    // If two groups have the same name, the engine returns the one that took part.
     if (group.name.empty() || group.value.empty())
         return;
     const char* value = nullptr;
@@ -228,7 +229,7 @@ TEST(RegExpReferenceTest, ReplacesRandomPatternsInLongSubjectsLikeTheReference)
 
 TEST(RegExpReferenceTest, ReplacesInLongSubjectsLikeTheReference)
 {
-    // Replacing ends if the replacement does not match, no matter where the search continues.
+    // No replacement contains a match, so replacing ends wherever the search continues.
     constexpr std::pair<const char*, const char*> cases[] = {{"a", "-"},
                                                              {"a", ""},
                                                              {"a", "xyz"},

@@ -48,7 +48,7 @@ private:
 // Runs `work` on a thread with a stack of `stackSize` bytes, and waits for it.
 void RunWithStack(std::size_t stackSize, std::function<void()> work)
 {
-    // The system may provide a larger stack than requested.
+    // Provides the memory, because the system may provide a larger stack than requested.
     const StackMemory stack(stackSize);
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
@@ -58,13 +58,13 @@ void RunWithStack(std::size_t stackSize, std::function<void()> work)
         (*static_cast<std::function<void()>*>(function))();
         return nullptr;
     };
-    const int failed = pthread_create(&thread, &attributes, entry, &work);
+    const int error = pthread_create(&thread, &attributes, entry, &work);
     pthread_attr_destroy(&attributes);
-    ASSERT_EQ(failed, 0);
+    ASSERT_EQ(error, 0);
     pthread_join(thread, nullptr);
 }
 
-// Returns the message of what `operation` throws on such a thread.
+// Returns the message of what `operation` throws on a thread with a stack of `stackSize` bytes.
 TString<char> MessageWithStack(std::size_t stackSize, const std::function<void()>& operation)
 {
     TString<char> message;
@@ -225,7 +225,7 @@ TEST(RegExpStackTest, MatchesManyRepetitionsInACoroutine)
     EXPECT_TRUE(isMatch);
 }
 
-TEST(RegExpStackTest, CompilesTheDeepestNestingInACoroutine)
+TEST(RegExpStackTest, CompilesDeepNestingInACoroutine)
 {
     const RegExp regExp(CreateNestedGroups(240), RegExpOptions::None);
 

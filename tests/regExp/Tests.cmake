@@ -17,7 +17,7 @@ endif()
 # Where both engines are installed, their results are compared.
 if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
     set(sources ${TOOLKIT_REGEX_SOURCES} ${TOOLKIT_REGEX_SOURCES_pcre} ${TOOLKIT_REGEX_SOURCES_pcre2})
-    # The test's tables of the engines contain these.
+    # The tables of the engines, in regExp/engines, include these sources.
     list(REMOVE_ITEM sources regExp/PatternEngine.Pcre.cpp regExp/PatternEngine.Pcre2.cpp)
     toolkit_private_test(regExp/EngineDifferenceTest.cpp ${sources})
     target_sources(
@@ -31,7 +31,7 @@ toolkit_private_test(regExp/PatternTraitsTest.cpp regExp/PatternTraits.cpp)
 toolkit_test(regExp/RegExpExceptionTest.cpp)
 toolkit_test(regExp/RegExpMemoryTest.cpp)
 target_sources(RegExpMemoryTest PRIVATE support/ScarceMemory.cpp)
-# The other engine is compared with this one.
+# The reference calls PCRE 1. EngineDifferenceTest compares PCRE 2 with it.
 if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
     toolkit_test(regExp/RegExpReferenceTest.cpp)
     target_link_libraries(RegExpReferenceTest PRIVATE Toolkit::pcre)

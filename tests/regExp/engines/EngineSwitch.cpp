@@ -1,5 +1,5 @@
-// The functions of `Pcre` for a program with both engines. They call the engine that `s_engine`
-// selects.
+// The functions of the namespace `Pcre` for a program with both engines. They call the engine that
+// `s_engine` selects.
 
 #include "toolkit/regExp/PatternEngine.Private.h"
 

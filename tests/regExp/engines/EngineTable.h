@@ -5,7 +5,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// The functions of `Pcre` as implemented by one engine.
+/// The functions of the namespace `Pcre` as implemented by one engine.
 struct EngineTable {
     std::string (*getVersion)();
     void* (*compile)(const char* pattern, const char*& errorText, int& errorOffset);

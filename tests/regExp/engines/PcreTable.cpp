@@ -1,4 +1,4 @@
-// Compiles the engine's source under another name, so that both engines fit into one program.
+// Compiles the engine's source in another namespace, so that both engines fit into one program.
 #define Pcre PcreEngine
 #include "toolkit/regExp/PatternEngine.Pcre.cpp"
 #undef Pcre

@@ -144,6 +144,7 @@ constexpr const char* c_invalidPieces[] = {"\xFF",
                                            "\xF8\x88\x80\x80\x80",
                                            "\xE0\x80\x80"};
 
+// Options of pcre_exec(). 0x580 is what RegExp::Replace() uses, and searches reject 0x2.
 constexpr int c_options[] = {0x10,       0x80,       0x100,      0x400,      0x10000000,
                              0x00100000, 0x00200000, 0x00300000, 0x00400000, 0x00500000,
                              0x00800000, 0x01000000, 0x04000000, 0x580,      0x2};
@@ -161,7 +162,7 @@ bool IsAssertion(const std::string& item)
 
 std::string RandomPattern::Pattern()
 {
-    // Ends searches that would try too many paths.
+    // Limits end searches that would try too many paths.
     std::string pattern = "(*LIMIT_MATCH=20000)(*LIMIT_RECURSION=3000)";
     while (OneIn(4))
         pattern += AnyOf(c_settings);

@@ -6,10 +6,11 @@
 
 namespace Toolkit::TestSupport {
 
-/// Generates random patterns from the syntax that both engines support, and subjects for them.
+/// Generates random patterns from the syntax that both engines support, and subjects, replacements
+/// and search options for them.
 class RandomPattern {
 public:
-    /// Rare constructs are backtracking verbs, conditions and repeated assertions.
+    /// `hasRareConstructs` allows backtracking verbs, conditions and repeated assertions.
     RandomPattern(unsigned int seed, bool hasRareConstructs)
         : m_random(seed), m_hasRareConstructs(hasRareConstructs)
     {

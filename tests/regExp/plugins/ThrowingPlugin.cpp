@@ -10,7 +10,7 @@ using Toolkit::RegExpException;
 using Toolkit::RegExpOptions;
 using Toolkit::smart_ptr;
 
-// The end of the message; the part before it is the engine's own text.
+// Does not compile. The message of the exception ends with it; the engine's own text comes before.
 constexpr const char* c_pattern = "abcdef(";
 
 } // namespace
