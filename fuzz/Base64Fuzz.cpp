@@ -14,6 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
+// Requires success for every input but the empty one.
 std::string Convert(bool (*operation)(const unsigned char*, unsigned int, unsigned char**,
                                       unsigned int*),
                     const std::string& in)
@@ -31,6 +32,7 @@ std::string Convert(bool (*operation)(const unsigned char*, unsigned int, unsign
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    // Despite their names, b64_decode_binary() encodes and b64_encode_binary() decodes.
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const std::string code = Convert(b64_decode_binary, bytes);
     const std::wstring text(code.begin(), code.end());

@@ -1,5 +1,5 @@
-// Tokens that are joined to a command line are split into the same tokens again, and a plain
-// reference finds the same options.
+// Tokens that are joined into a command line are split into the same tokens again, and a plain
+// search of the tokens finds the same options.
 
 #include "toolkit/config/CmdLineParser.h"
 
@@ -17,7 +17,7 @@ namespace {
 using namespace Toolkit;
 using Tokens = std::vector<TString<wchar_t>>;
 
-// Joins `tokens` to a command line. Quotes all but those that contain a quote, which contain no
+// Joins `tokens` into a command line. Quotes all but those that contain a quote; these contain no
 // separator.
 TString<wchar_t> Join(const Tokens& tokens)
 {
@@ -36,7 +36,7 @@ bool IsOption(const TString<wchar_t>& token)
     return !token.empty() && token.front() == L'-';
 }
 
-// Returns the value of the last option "-`name`" that has one.
+// Returns the value of the last "-name" that has one.
 TString<wchar_t> FindValue(const Tokens& tokens, const TString<wchar_t>& name)
 {
     TString<wchar_t> value;
@@ -52,6 +52,7 @@ void CheckParse(CmdLineParser& parser, const Tokens& tokens)
     const smart_ptr<CmdLineOption> optional(new CmdLineOption(L"A", false));
     const smart_ptr<CmdLineOption> required(new CmdLineOption(L"b", true));
     Require(parser.AddOption(optional) && parser.AddOption(required));
+    // Names are converted to lower case, so "a" is a duplicate.
     Require(!parser.AddOption(new CmdLineOption(L"a", true)));
     const auto isGiven = [&tokens](const wchar_t* option) {
         return std::find(tokens.begin(), tokens.end(), option) != tokens.end();

@@ -25,9 +25,11 @@ constexpr const wchar_t* c_files[] = {
     L"*",        L"?",      L"\\",      L"a*b",        L"a?b",       L"a\\b",  L"[a-z]", L"[",
     L"trailing", L"a b",    L" ",       L"-",          L"~",         L"a~",    L"#a#",   L"name.",
     L"x.tar.gz", L"\u00E9", L"\u6F22a", L"\U0001F600", L"aaaaaaaaab"};
+
+// Not listed with any mask.
 constexpr const wchar_t* c_hidden[] = {L".hidden", L"..a", L".\u00E9"};
 
-// A directory with these entries, removed at the end of the program.
+// A directory with the entries above, removed at the end of the program.
 class PreparedDirectory {
 public:
     PreparedDirectory()
@@ -66,7 +68,7 @@ struct Token {
     bool Fits(wchar_t other) const { return kind == Kind::AnyCharacter || character == other; }
 };
 
-// Splits `mask` into tokens; false if it ends in a backslash that quotes nothing.
+// Splits `mask` into tokens; false if it ends in a backslash that escapes nothing.
 bool Parse(const std::wstring& mask, std::vector<Token>& tokens)
 {
     for (std::size_t i = 0; i < mask.size(); ++i) {
@@ -101,6 +103,7 @@ bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
     return matches.front();
 }
 
+// Adds those of `all` that `mask` selects. An empty mask selects every name.
 template <std::size_t size>
 void AddMatches(const TString<wchar_t>& mask, const wchar_t* const (&all)[size], Names& names)
 {
@@ -120,6 +123,7 @@ void RequireSame(Names names, Names expected, unsigned int count)
     Require(names == expected && count == names.size());
 }
 
+// Returns the characters of a UTF-8 string, or a character for each byte of any other string.
 TString<wchar_t> DecodeMask(const std::string& bytes)
 {
     const TString<wchar_t> text = UTF8::ToUNICODE(bytes);

@@ -45,14 +45,14 @@ Sections ParseWithReference(const TString<wchar_t>& path)
 
 void CompareSection(const IniFile& ini, const std::wstring& name, const Section& section)
 {
-    const TString<wchar_t> none = L"(none)";
+    const TString<wchar_t> missing = L"(missing)";
     std::vector<TString<wchar_t>> keys;
     ini.GetKeyList(name, keys);
     Require(ini.HasSection(name) && keys.size() == section.size());
     auto key = keys.begin();
     for (const auto& [expectedKey, expectedValue] : section) {
         Require(*key == expectedKey && ini.HasValue(name, *key));
-        Require(ini.GetValue(name, *key, none) == expectedValue);
+        Require(ini.GetValue(name, *key, missing) == expectedValue);
         if (expectedValue.empty())
             Require(ini.GetInt32(name, *key, 7) == 7 && ini.GetBool(name, *key, true));
         else

@@ -1,6 +1,6 @@
-// A client sends the input to a server in the same process, in chunks of the length given by the
+// A client sends the input to a server in the same process, in chunks whose length depends on the
 // first byte. The server delivers exactly the messages that a plain parser of the whole stream
-// finds, answers only a complete topic, and ends the connection.
+// finds, answers only a complete topic, and closes the connection.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/ipc/IPCServer.h"
@@ -11,6 +11,7 @@
 #include <wx/evtloop.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -28,6 +29,15 @@ namespace {
 
 using namespace Toolkit;
 using Messages = std::vector<std::wstring>;
+
+// The protocol of wxWidgets, with its format wxIPC_UTF8TEXT.
+constexpr char c_execute = 1;
+constexpr char c_connect = 10;
+constexpr char c_utf8Format = 17;
+
+// In bytes: a topic of 16 MiB, and as many wide characters with a null character.
+constexpr std::size_t c_maxTopicSize = std::size_t{16} << 20;
+constexpr std::size_t c_maxDataSize = (c_maxTopicSize + 1) * sizeof(wchar_t);
 
 class TemporaryDirectory {
 public:
@@ -91,7 +101,8 @@ int Connect(const std::string& path)
     return socket;
 }
 
-// Sends all bytes and returns the server's answer after the server closes the connection.
+// Sends `bytes` as far as the server accepts them. Returns its answer once it has closed the
+// connection.
 std::string SendAndReceive(TestServer& server, std::string_view bytes, std::size_t chunkLength)
 {
     const int socket = Connect(server.SocketPath());
@@ -124,6 +135,8 @@ struct ParsedStream {
     Messages messages;
 };
 
+// Moves a size and a block of that size from the front of `bytes`; false if it is incomplete or
+// larger than `maxSize`.
 bool ReadBlock(std::string_view& bytes, std::size_t maxSize, std::string& block)
 {
     if (bytes.size() < 4)
@@ -138,9 +151,10 @@ bool ReadBlock(std::string_view& bytes, std::size_t maxSize, std::string& block)
     return true;
 }
 
+// Adds the text of a message. Any format but UTF-8 counts as wide characters. Drops invalid UTF-8.
 void AddMessage(Messages& messages, char format, const std::string& data)
 {
-    if (format != 17) {
+    if (format != c_utf8Format) {
         std::wstring text(data.size() / sizeof(wchar_t), L'\0');
         std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
         messages.emplace_back(text.c_str());
@@ -156,14 +170,14 @@ ParsedStream ParseStream(std::string_view bytes)
 {
     ParsedStream parsed;
     std::string block;
-    if (bytes.empty() || bytes.front() != 10)
+    if (bytes.empty() || bytes.front() != c_connect)
         return parsed;
     bytes.remove_prefix(1);
-    parsed.isAnswered = ReadBlock(bytes, std::size_t{16} << 20, block);
-    while (parsed.isAnswered && bytes.size() > 1 && bytes.front() == 1) {
+    parsed.isAnswered = ReadBlock(bytes, c_maxTopicSize, block);
+    while (parsed.isAnswered && bytes.size() > 1 && bytes.front() == c_execute) {
         const char format = bytes[1];
         bytes.remove_prefix(2);
-        if (!ReadBlock(bytes, (std::size_t{64} << 20) + 4, block))
+        if (!ReadBlock(bytes, c_maxDataSize, block))
             break;
         AddMessage(parsed.messages, format, block);
     }
@@ -185,6 +199,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const ParsedStream expected = ParseStream(bytes);
     Require(messages == expected.messages);
-    Require(answer == (expected.isAnswered ? "\x0A" : ""));
+    Require(answer == (expected.isAnswered ? std::string(1, c_connect) : std::string()));
     return 0;
 }

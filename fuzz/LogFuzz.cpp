@@ -14,17 +14,17 @@ namespace {
 
 using namespace Tool;
 
-// The first byte decides whether to insert a message longer than the longest record. Few inputs do,
-// because it takes time.
+// One value of the first byte inserts a message that is longer than the longest record, at the
+// offset in the second byte. Only one, because such a log takes time.
 std::string ReadLog(Input& input)
 {
     constexpr std::uint8_t longMarker = 17;
-    constexpr std::size_t longMessage = 1'100'000;
+    constexpr std::size_t longMessageLength = 1'100'000;
     const bool isLong = input.ReadByte() == longMarker;
     const std::size_t position = input.ReadByte();
     std::string bytes = input.ReadRest();
     if (isLong)
-        bytes.insert(std::min(position, bytes.size()), std::string(longMessage, 'x'));
+        bytes.insert(std::min(position, bytes.size()), std::string(longMessageLength, 'x'));
     return bytes;
 }
 

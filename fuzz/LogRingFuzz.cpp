@@ -51,8 +51,8 @@ public:
     // Returns the lines of which no byte is overwritten, in the order in which they were written.
     const std::vector<Line>& Lines() const { return m_lines; }
 
-    // Whether all steps back in the file are too wide to come from threads that overtake each
-    // other.
+    // Whether every step back in time, from one line of the file to the next, is too large to come
+    // from threads that overtake each other.
     bool IsUnambiguous() const
     {
         constexpr std::int64_t maxDelayMs = 1000;

@@ -1,5 +1,5 @@
 // Numbers are read as a standard stream with the classic locale reads them, in both character
-// widths, and numbers that are written can be read back.
+// widths. The stream reads written integers back, and writes the same string for a double.
 
 #include "toolkit/encoding/StringConvert.h"
 

@@ -1,5 +1,5 @@
-// An encoded string decodes to the original; soft line breaks are where inserting them one at a
-// time puts them; any string decodes as with a plain reference.
+// An encoded string decodes to the original. A plain reference inserts the same soft line breaks,
+// and decodes any string to the same result.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"

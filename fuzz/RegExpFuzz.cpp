@@ -30,7 +30,7 @@ void RequireValidGroups(const MatchResult& result)
         Require(value.empty() ||
                 result.subject.compare(static_cast<std::size_t>(begin), value.size(), value) == 0);
     }
-    // A name may be empty: the engine accepts (?'').
+    // Names may be empty, because PCRE accepts (?'').
     for (const auto& [name, number] : result.names)
         Require(result[static_cast<unsigned short>(number)]->name == name);
 }

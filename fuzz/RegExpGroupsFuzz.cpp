@@ -1,5 +1,5 @@
 // Replacing groups with a list or a map joins the replacements with the parts of the subject that
-// are outside all groups.
+// are outside the replaced groups.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -22,7 +22,7 @@ struct GroupReplacement {
 };
 
 // Joins the replacements with the rest of the subject. False if groups overlap or end before they
-// begin: after the first replacement their offsets no longer apply.
+// begin: RegExp then replaces other ranges.
 bool Join(const std::string& subject, const std::vector<GroupReplacement>& replacements,
           std::string& joined)
 {
@@ -37,7 +37,7 @@ bool Join(const std::string& subject, const std::vector<GroupReplacement>& repla
     return true;
 }
 
-// Returns the groups that matched, with their replacements.
+// Returns the groups that took part in the match, with their replacements.
 template <typename FindReplacement>
 std::vector<GroupReplacement> ListReplacements(const MatchResult& result,
                                                const FindReplacement& findReplacement)

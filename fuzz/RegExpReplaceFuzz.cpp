@@ -13,9 +13,10 @@ namespace {
 
 using namespace Toolkit;
 
+// PCRE_NOTBOL, PCRE_NOTEOL and PCRE_NOTEMPTY, as in RegExp::Replace().
 constexpr int c_options = 0x580;
 
-// Fewer for a long string, in which each step is costly.
+// Fewer for a long string, because each step searches it.
 constexpr int GetMaxSteps(std::size_t length)
 {
     return length > 1000 ? 5 : 50;
@@ -64,7 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PatternInput input(data, size);
     const std::string pattern = input.ReadString(60);
     const TString<char> replacement = input.ReadString(20);
-    // Only a long string exceeds 16-bit offsets. A repetition could try every part of it.
+    // The long string exceeds 16-bit offsets. Repetitions are left out, because they could read it
+    // again from each of its positions.
     const bool isLong =
         input.ReadString(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
     const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.ReadString(60);

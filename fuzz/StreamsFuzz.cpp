@@ -95,8 +95,9 @@ public:
         const std::string expected = hasSize ? DecodeBytes(size) : "";
         const bool isComplete = hasSize && expected.size() == size;
         const std::string contents = GetContents(bytes);
-        Require(result == (isComplete ? 0u : 0x10000003u));
+        Require(result == (isComplete ? StreamResult::Ok : StreamResult::DataFailed));
         Require(contents.compare(0, expected.size(), expected) == 0);
+        // The size that the file claims is not trusted.
         Require(isComplete ? contents == expected
                            : contents.size() <= std::max<std::size_t>(65536, 2 * expected.size()));
     }
@@ -135,8 +136,8 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The input is the number of items, the kind of each with a block length in the upper bits, and
-    // the file.
+    // The input is the number of items, a byte for each, and the file. The lower two bits of the
+    // byte are the kind of the item, the others the length of a block.
     constexpr unsigned int maxItems = 16;
     Input input(data, size);
     std::string kinds;

@@ -1,5 +1,5 @@
-// For any archive, the directory that `toolkit zip extract` examines has every entry that the
-// library extracts.
+// For any archive, the directory that `toolkit zip extract` examines lists every entry that the
+// library lists.
 
 #include "toolkit/archive/ArchiveZip.h"
 

@@ -72,7 +72,7 @@ public:
         CompareState();
     }
 
-    // Peeks at a byte, and puts one back.
+    // Peeks at the next byte, then puts back `byte`, which need not be the same.
     void PeekAndPutBack(char byte)
     {
         Require(WxStream().Peek() == m_reference.Peek());
@@ -157,8 +157,8 @@ void ListTwice(ArchiveZip& archive, const TString<wchar_t>& path, ArchiveZip::En
     Require(List(archive, entries) == count);
 }
 
-// Returns a wxZipInputStream at an entry, which it reaches the same way as the library's stream:
-// the data of an entry do not depend on earlier reads.
+// Returns a wxZipInputStream at `entry`, opened like the library's stream after a listing. Always a
+// new one, because the data of an entry must not depend on earlier reads.
 std::unique_ptr<wxZipInputStream> OpenReference(const TString<wchar_t>& path, wxZipEntry& entry)
 {
     auto reference = std::make_unique<wxZipInputStream>(new wxFFileInputStream(wxString(path)));

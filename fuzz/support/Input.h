@@ -21,8 +21,8 @@ public:
                                        : std::uint8_t{0};
     }
 
-    /// Returns the bytes up to the next `separator` or the end, each as the character of that
-    /// value.
+    /// Returns the bytes up to the next `separator` or the end, each as the character with its
+    /// value. Skips the separator.
     std::wstring ReadString(char separator)
     {
         const std::size_t end = std::min(m_bytes.find(separator, m_next), m_bytes.size());

@@ -10,7 +10,7 @@
 #include <string>
 #include <unistd.h>
 
-/// The input file for targets of file formats; removed at the end of the program.
+/// The input file of a target that tests a file format. Removed by the destructor.
 class InputFile {
 public:
     InputFile()

@@ -10,7 +10,7 @@
 #include "tools/Descriptor.h"
 #include "tools/LogSeams.h"
 
-/// A log file, read as the command reads it.
+/// A log file, read as `toolkit log` reads it.
 class InputLog {
 public:
     explicit InputLog(const std::string& bytes)
@@ -18,7 +18,7 @@ public:
     {
     }
 
-    /// Calls `onRecord` with each record of a part, which is valid during the call.
+    /// Calls `onRecord` with each record of `part`. A record is valid only during the call.
     void ForEachRecord(const Tool::LogPart& part,
                        const std::function<void(const Tool::LogRecord&)>& onRecord) const
     {
@@ -28,7 +28,7 @@ public:
             onRecord(record);
     }
 
-    /// The parts of the file, the oldest first.
+    /// Returns the parts of the file, oldest first.
     std::vector<Tool::LogPart> ListParts() const
     {
         Tool::LogSeams seams;

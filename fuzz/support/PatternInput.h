@@ -16,7 +16,7 @@ public:
     {
     }
 
-    /// Returns the bytes up to the next separator, truncated to `maxLength`.
+    /// Returns the bytes up to the next separator, truncated to `maxLength`. Skips the separator.
     std::string ReadString(std::size_t maxLength)
     {
         const std::size_t begin = m_next;

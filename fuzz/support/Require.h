@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-/// Aborts when a property does not hold, which a fuzzing engine reports as a finding.
+/// Aborts if a property does not hold. The fuzzing engine reports that as a finding.
 inline void Require(bool holds)
 {
     if (!holds)

@@ -5,10 +5,11 @@
 #include <string>
 #include <utility>
 
-// Formats dates and times by locale patterns. Each search for a token starts at the beginning.
+// A plain reference implementation of formatting by locale patterns: every search for a token
+// starts at the beginning.
 namespace Toolkit::References {
 
-/// Formats 5 March 2009.
+/// Formats 5 March 2009, up to the first space.
 inline std::wstring FormatDate(std::wstring pattern)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> tokens[] = {
@@ -19,7 +20,8 @@ inline std::wstring FormatDate(std::wstring pattern)
     return pattern.substr(0, pattern.find(L' '));
 }
 
-/// Formats 19:04 for a locale that calls the halves of the day AM and PM.
+/// Formats 19:04 for a locale that calls the halves of the day AM and PM. Formats what follows the
+/// first space, or the whole pattern if it has none.
 inline std::wstring FormatTime(std::wstring pattern)
 {
     ReplaceRepeatedly(pattern, L"HH", L"19");

@@ -46,6 +46,7 @@ inline TString<wchar_t> DecodeQuotedPrintable(const TString<wchar_t>& text)
     const std::string code = UTF8::ToUTF8(text);
     std::string bytes;
     for (std::size_t index = 0; index < code.size();) {
+        // For a string of one "=" the difference wraps around, so that "=" is dropped.
         if (code[index] != '=' || code.size() - 2 <= index) {
             bytes += code[index++];
             continue;
@@ -59,7 +60,8 @@ inline TString<wchar_t> DecodeQuotedPrintable(const TString<wchar_t>& text)
     return UTF8::ToUNICODE(bytes);
 }
 
-// Inserts the breaks one at a time. If that would never end, inserts only the first.
+// Inserts the breaks one at a time. If `position` would wrap around and never reach the end,
+// inserts only the first.
 inline TString<wchar_t> InsertSoftBreaks(TString<wchar_t> result, std::uint32_t firstLineLength,
                                          std::uint32_t lineLength)
 {
