@@ -11,8 +11,8 @@
 // A plain reference implementation of quoted-printable, one character at a time.
 namespace Toolkit::References {
 
-// The 7-bit values for which HasToBeQP() returns true: bit c & 7 of byte c >> 3. 0x7F is not one of
-// them, although it is escaped.
+// The 7-bit values for which HasToBeQP() returns true, as a set of bits: value v is bit v & 7 of
+// byte v >> 3. 0x7F is not one of them, although it is escaped.
 inline constexpr unsigned char c_mustBeEscaped[16] = {
     0xFF, 0xFF, 0xFF, 0xFF, 0x05, 0x93, 0x00, 0xFC, 0x01, 0x00, 0x00, 0x38, 0x00, 0x00, 0x00, 0x00};
 

@@ -130,6 +130,7 @@ constexpr const char* c_patterns[] = {
     "\xFF",
     "(*NOSUCH)"};
 
+/// Subjects for the patterns; one of them is not UTF-8.
 constexpr const char* c_subjects[] = {"",
                                       "a",
                                       "b",
