@@ -1,5 +1,5 @@
-// Reads each of two lines as a version: a printed version reads back the same, and the operators and
-// CompareVersion() agree with each other and with the order of the parts.
+// Reads each of two lines as a version: a printed version reads back the same, and the operators
+// and CompareVersion() agree with each other and with the order of the parts.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/system/Version.h"

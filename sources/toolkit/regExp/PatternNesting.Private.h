@@ -8,9 +8,9 @@ namespace Toolkit {
 /// too high, but never too low. The pattern need not compile.
 std::size_t MeasureNesting(const char* pattern);
 
-/// Whether the stack left suffices to compile the groups of `pattern` that follow one another. The
-/// engine compares an optional group with everything that can come after it, and recurses for each
-/// group there.
+/// Whether the remaining stack suffices to compile the groups of `pattern` that follow one another.
+/// The engine compares an optional group with everything that can come after it, and recurses for
+/// each group there.
 bool HasStackForGroups(const char* pattern);
 
 } // namespace Toolkit
