@@ -149,6 +149,7 @@ int RunWithSettings(Pcre2Pattern& pattern, const Search& search)
         return fault < 0 ? fault : c_badNewline;
     }
     Pcre2Pattern other(AddPatternSettings(pattern.Text(), search.options));
+    // The pattern compiled before, so only memory or stack can be lacking.
     return other.Compile() == 0 ? search.Run(other) : c_outOfMemory;
 }
 
