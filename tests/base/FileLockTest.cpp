@@ -4,21 +4,27 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <csignal>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace Toolkit::Base {
 namespace {
 
 class FileLockTest : public testing::Test {
 protected:
-    FileLock Lock() const
+    FileDescriptor OpenFile() const
     {
-        return FileLock(FileDescriptor::OpenRegular((m_directory.Path() / "lock").string(),
-                                                    O_RDWR | O_CREAT, 0600));
+        return FileDescriptor::OpenRegular((m_directory.Path() / "lock").string(), O_RDWR | O_CREAT,
+                                           0600);
     }
+
+    FileLock Lock() const { return FileLock(OpenFile()); }
 
     TestSupport::TempDir m_directory;
 };
@@ -34,6 +40,36 @@ TEST_F(FileLockTest, IsHeldByAllObjectsOfItsProcess)
 TEST_F(FileLockTest, IsUnavailableWithoutAFile)
 {
     EXPECT_EQ(FileLock(FileDescriptor()).GetState(), FileLock::State::Unavailable);
+}
+
+TEST_F(FileLockTest, IsUnavailableWithoutAFreeDescriptorForASharedLock)
+{
+    const FileLock first = Lock();
+    FileDescriptor file = OpenFile();
+    rlimit oldLimit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &oldLimit), 0);
+    const rlimit none{0, oldLimit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+
+    const FileLock second(std::move(file));
+    ::setrlimit(RLIMIT_NOFILE, &oldLimit);
+
+    EXPECT_EQ(second.GetState(), FileLock::State::Unavailable);
+}
+
+TEST_F(FileLockTest, IsHeldWhileAnotherThreadReleasesIt)
+{
+    std::atomic<bool> stop{false};
+    std::thread other([&] {
+        while (!stop)
+            Lock();
+    });
+    int failures = 0;
+    for (int i = 0; i < 2000; ++i)
+        failures += Lock().GetState() == FileLock::State::Held ? 0 : 1;
+    stop = true;
+    other.join();
+    EXPECT_EQ(failures, 0);
 }
 
 // Exits while holding the lock, after forking a child, which writes its process id to `output` and

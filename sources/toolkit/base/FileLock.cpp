@@ -34,6 +34,8 @@ FileLock::FileLock(FileDescriptor file)
     }
 }
 
+// Closes the file before the guard is released. Otherwise another thread could find the file locked
+// but no holder in the list, and conclude that another process holds the lock.
 FileLock::~FileLock()
 {
     const CheckedLock guard(ForkLocks::s_fileLocks);
@@ -42,6 +44,8 @@ FileLock::~FileLock()
         link = &(*link)->m_next;
     if (*link)
         *link = m_next;
+    m_ownFile.Forget();
+    m_file.Close();
 }
 
 FileLock::State FileLock::TryLock() BASE_REQUIRES(ForkLocks::s_fileLocks)
@@ -52,20 +56,23 @@ FileLock::State FileLock::TryLock() BASE_REQUIRES(ForkLocks::s_fileLocks)
         return State::Held;
     if (errno != EWOULDBLOCK)
         return State::Unavailable;
-    return ShareWithThisProcess() ? State::Held : State::HeldElsewhere;
+    const FileLock* const holder = FindHolderOfSameFile();
+    if (!holder)
+        return State::HeldElsewhere;
+    // flock(2) treats each open(2) of a file as a separate owner, even in one process. So this
+    // object shares the open file of the one that holds the lock.
+    m_file = holder->m_file.Duplicate();
+    return m_file.IsOpen() ? State::Held : State::Unavailable;
 }
 
-// flock(2) treats each open(2) of a file as a separate owner, even in one process. So this object
-// shares the open file of the one that holds the lock.
-bool FileLock::ShareWithThisProcess() BASE_REQUIRES(ForkLocks::s_fileLocks)
+// Returns null if no object of this process holds the lock.
+const FileLock* FileLock::FindHolderOfSameFile() const BASE_REQUIRES(ForkLocks::s_fileLocks)
 {
     for (const FileLock* held = s_firstHeld; held; held = held->m_next) {
-        if (!IsSameFile(held->m_file, m_file))
-            continue;
-        m_file = held->m_file.Duplicate();
-        return true;
+        if (IsSameFile(held->m_file, m_file))
+            return held;
     }
-    return false;
+    return nullptr;
 }
 
 } // namespace Toolkit::Base

@@ -15,7 +15,8 @@ class FileLock {
 public:
     enum class State { Held, HeldElsewhere, Unavailable };
 
-    /// Tries to lock `file`. The lock is unavailable if `file` is not open.
+    /// Tries to lock `file`. The lock is `HeldElsewhere` if another process holds it, and
+    /// `Unavailable` if `file` is not open or cannot be locked.
     explicit FileLock(FileDescriptor file);
     ~FileLock();
 
@@ -26,7 +27,7 @@ public:
 
 private:
     State TryLock();
-    bool ShareWithThisProcess();
+    const FileLock* FindHolderOfSameFile() const;
 
     FileDescriptor m_file;
     OwnDescriptor m_ownFile;
