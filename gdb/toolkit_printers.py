@@ -15,12 +15,13 @@ SHOWN_BYTES = 32
 
 
 def by_default(value):
-    """`value` as the standard library's printers show it, or as it is without them."""
+    """`value` as the standard library's printer shows it, or `value` itself without a printer."""
     printer = gdb.default_visualizer(value)
     return value if printer is None else printer.to_string()
 
 
 def base_of(value):
+    """`value` as an object of its first base class."""
     return value.cast(value.type.strip_typedefs().fields()[0].type)
 
 
@@ -31,12 +32,15 @@ def pointer_in(value):
 
 
 def is_described(class_type):
-    """Compilers describe a class with virtual functions only in the module that defines them."""
+    """Whether the debug information has the members of a class.
+
+    Compilers describe a class with virtual functions only in the module that defines them.
+    """
     return len(class_type.strip_typedefs().fields()) > 0
 
 
 class SmartPointer:
-    """The object, and how many pointers share it."""
+    """The number of pointers that share the object, and the object."""
 
     def __init__(self, value):
         self.object = value["m_object"]
@@ -73,7 +77,7 @@ class Text:
 
 
 class Bytes:
-    """The size and the first bytes in hexadecimal."""
+    """The number of bytes, and the first ones in hexadecimal."""
 
     def __init__(self, value):
         if is_described(value.type):
@@ -83,7 +87,7 @@ class Bytes:
             self.read_layout(value)
 
     def read_layout(self, value):
-        """Reads the members after the address of the virtual functions."""
+        """Reads the members from memory, where they follow the pointer to the virtual table."""
         members = value.address.cast(gdb.lookup_type("void").pointer().pointer())
         self.data = members[1]
         self.size = int((members + 2).cast(gdb.lookup_type("unsigned int").pointer()).dereference())
@@ -117,6 +121,7 @@ class DateTime:
             moment = datetime.datetime(1970, 1, 1) + datetime.timedelta(milliseconds=milliseconds)
         except OverflowError:
             return "%d ms since 1970" % milliseconds
+        # strftime() does not pad years before 1000.
         return moment.strftime("%Y-%m-%d %H:%M:%S Z").rjust(len("YYYY-MM-DD hh:mm:ss Z"), "0")
 
 
@@ -129,7 +134,7 @@ class Version:
 
 
 class Group:
-    """The number, the name if it has one, and the value."""
+    """The number, the name, which may be empty, and the value."""
 
     def __init__(self, value):
         self.value = value
@@ -153,7 +158,8 @@ class MatchResult:
             error = self.value["errorText"]
             return "no pattern" if not error else "error at %d" % int(self.value["errorOffset"])
         code = int(self.value["resultCode"])
-        return "match" if code > 0 else "no match, code %d" % code
+        # 0 is a match with more groups than `ovector` has room for.
+        return "match" if code >= 0 else "no match, code %d" % code
 
     def children(self):
         yield "pattern", self.value["pattern"]
@@ -223,7 +229,7 @@ def make_printers():
 
 
 class PointerOperation(gdb.xmethod.XMethodWorker):
-    """An operation of smart_ptr, which programs have inline only."""
+    """An operation of smart_ptr. Programs have only inlined copies, which gdb cannot call."""
 
     def __init__(self, is_object):
         self.is_object = is_object

@@ -37,6 +37,8 @@ int main(int, char** arguments)
     const smart_ptr<MatchResult> match = pattern.Match("abbc");
     const smart_ptr<MatchResult> noMatch = pattern.Match("xyz");
     const smart_ptr<Group> group = match->groups.back();
+    RegExp twentyGroups("()()()()()()()()()()()()()()()()()()()()", RegExpOptions::None);
+    const smart_ptr<MatchResult> tooManyGroups = twentyGroups.Match("x");
     const std::string path = arguments[1] ? arguments[1] : "";
     const IniFile settings(std::wstring(path.begin(), path.end()));
     const IniFile noSettings(L"");

@@ -14,9 +14,10 @@ using TestSupport::RunProgram;
 using TestSupport::TempDir;
 
 const std::vector<std::string> c_variables = {
-    "wide",     "narrow",     "emptyString", "shared",        "emptyPointer", "version", "bytes",
-    "noBytes",  "manyBytes",  "date",        "noDate",        "match",        "noMatch", "group",
-    "settings", "noSettings", "*shared",     "*shared.Get()", "group->name",
+    "wide",       "narrow",  "emptyString",   "shared",      "emptyPointer",
+    "version",    "bytes",   "noBytes",       "manyBytes",   "date",
+    "noDate",     "match",   "noMatch",       "group",       "settings",
+    "noSettings", "*shared", "*shared.Get()", "group->name", "tooManyGroups",
 };
 
 using ShownValues = std::map<std::string, std::string>;
@@ -158,6 +159,11 @@ TEST_P(PrintersTest, ShowsAMatchWithItsGroups)
                 HasSubstr("object = match = {pattern = \"(?<word>b+)\", subject = "
                           "\"abbc\", groups = "));
     EXPECT_THAT(GetOutput("match"), HasSubstr("object = group 0 = {name = \"\", value = \"bb\"}"));
+}
+
+TEST_P(PrintersTest, ShowsAMatchWithTooManyGroups)
+{
+    EXPECT_THAT(GetOutput("tooManyGroups"), HasSubstr("object = match = {pattern = \"()()"));
 }
 
 TEST_P(PrintersTest, ShowsThatAPatternDidNotMatch)
