@@ -13,7 +13,7 @@ namespace {
 // main one. The next Start(), or the next Stop() on that thread, makes up for them.
 std::atomic<int> s_owedStops{0};
 
-bool TakeOwed()
+bool TakeOwedStop()
 {
     int owed = s_owedStops;
     while (owed > 0 && !s_owedStops.compare_exchange_weak(owed, owed - 1)) {
@@ -24,7 +24,7 @@ bool TakeOwed()
 } // namespace
 
 // The application object that wxInitialize() creates has no program arguments. The program's own
-// object has them, or has an initializer function that creates it.
+// object has them, or is created by an initializer function.
 bool DoesProgramRunItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();
@@ -33,7 +33,7 @@ bool DoesProgramRunItsOwnApplication()
 
 bool Start()
 {
-    return !DoesProgramRunItsOwnApplication() && (TakeOwed() || wxInitialize());
+    return !DoesProgramRunItsOwnApplication() && (TakeOwedStop() || wxInitialize());
 }
 
 void Stop()
@@ -43,7 +43,7 @@ void Stop()
         return;
     }
     wxUninitialize();
-    while (TakeOwed())
+    while (TakeOwedStop())
         wxUninitialize();
 }
 

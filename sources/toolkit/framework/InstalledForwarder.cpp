@@ -9,14 +9,15 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Recursive, because a sink may use wxWidgets and so log again. Not a Mutex, because it must exist
-// before the first constructor runs. Not constinit, because libc++ constructs it at load.
+// Recursive, because the logger may use wxWidgets, which then logs again. Not constinit, because
+// libc++ constructs it at load.
 Base::CheckedRecursiveMutex s_lock;
 wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
-std::atomic<unsigned int> s_forks{0}; // fork count when it was installed
+std::atomic<unsigned int> s_forksAtInstall{0}; // CountForks() when s_target was installed
 
-// Replaces the lock in a forked child: a thread that only the parent has may hold it. Not acquired
-// before the fork instead, because messages are handled while it is held.
+// Replaces the lock in a forked child: a thread that only the parent has may hold it. Unlike the
+// ForkLocks, it is not acquired before the fork, which would wait for the logger to handle a
+// message.
 void RenewLock()
 {
     new (&s_lock) Base::CheckedRecursiveMutex();
@@ -26,19 +27,18 @@ void RenewLock()
 // may have held the lock with which wxWidgets guards them.
 bool HasOwnMessages()
 {
-    return s_forks == Base::CountForks();
+    return s_forksAtInstall == Base::CountForks();
 }
 
 } // namespace
 
 void InstallForwarder(wxLog* target)
 {
-    static const int isPrepared = ::pthread_atfork(nullptr, nullptr, RenewLock);
-    static_cast<void>(isPrepared);
+    [[maybe_unused]] static const int error = ::pthread_atfork(nullptr, nullptr, RenewLock);
 
     const Base::CheckedLock lock(s_lock);
     s_target = target;
-    s_forks = Base::CountForks();
+    s_forksAtInstall = Base::CountForks();
 }
 
 bool RemoveForwarder(wxLog* target)

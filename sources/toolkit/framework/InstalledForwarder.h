@@ -12,15 +12,16 @@ namespace Toolkit::Framework {
 /// Installs `target`, which the caller still owns.
 void InstallForwarder(wxLog* target);
 
-/// Removes `target` if it is the installed one. True if it was and the messages that other threads
-/// have queued can be delivered: a forked child must leave them to its parent.
+/// Removes `target` if it is the installed one. Returns true if it was, and if the caller may
+/// deliver the messages that other threads have queued: a forked child must leave them to its
+/// parent.
 bool RemoveForwarder(wxLog* target);
 
 /// Passes a record to the installed target; false if there is none.
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
 
 /// Removes the target from wxWidgets, which would otherwise delete it at shutdown. First delivers
-/// the messages that other threads have queued, except in a forked child. Called on the main
+/// the messages that other threads have queued, except in a forked child. Call it on the main
 /// thread.
 void DetachForwarder();
 

@@ -24,7 +24,7 @@ struct ByteOrderMark {
 };
 
 // The Unicode Standard, section 23.8. The little-endian mark of UTF-32 begins with that of UTF-16,
-// so it comes first.
+// so UTF-32 comes first.
 constexpr std::array<ByteOrderMark, 5> c_byteOrderMarks{{
     {"\xEF\xBB\xBF"sv, Encoding::Utf8},
     {"\x00\x00\xFE\xFF"sv, Encoding::Utf32BigEndian},
@@ -42,24 +42,15 @@ ByteOrderMark FindByteOrderMark(std::string_view text)
     return {{}, Encoding::Utf8};
 }
 
-// The UTF-32 converters of wxWidgets accept every value.
-bool IsCodePoint(wchar_t character)
+// Whether the character is a Unicode scalar value. The UTF-32 converters of wxWidgets do not check.
+bool IsScalarValue(wchar_t character)
 {
     return (character >= 0 && character < 0xD800) || (character > 0xDFFF && character <= 0x10FFFF);
 }
 
-// Decodes UTF-16 and UTF-32; false when the bytes are not valid.
-bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
+// Returns false if the bytes are not valid.
+bool DecodeWith(const wxMBConv& converter, std::string_view bytes, std::wstring& text)
 {
-    const wxMBConvUTF16BE utf16BigEndian;
-    const wxMBConvUTF16LE utf16LittleEndian;
-    const wxMBConvUTF32BE utf32BigEndian;
-    const wxMBConvUTF32LE utf32LittleEndian;
-    const wxMBConv& converter = encoding == Encoding::Utf16BigEndian      ? utf16BigEndian
-                                : encoding == Encoding::Utf16LittleEndian ? utf16LittleEndian
-                                : encoding == Encoding::Utf32BigEndian
-                                    ? static_cast<const wxMBConv&>(utf32BigEndian)
-                                    : utf32LittleEndian;
     if (bytes.empty())
         return true;
     const std::size_t length = converter.ToWChar(nullptr, 0, bytes.data(), bytes.size());
@@ -67,10 +58,28 @@ bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
         return false;
     text.resize(length);
     return converter.ToWChar(text.data(), length, bytes.data(), bytes.size()) != wxCONV_FAILED &&
-           std::all_of(text.begin(), text.end(), IsCodePoint);
+           std::all_of(text.begin(), text.end(), IsScalarValue);
 }
 
-// Reads the rest of the file into `bytes`.
+// Decodes UTF-16 and UTF-32; returns false if the bytes are not valid.
+bool DecodeWide(Encoding encoding, std::string_view bytes, std::wstring& text)
+{
+    switch (encoding) {
+    case Encoding::Utf8:
+        break;
+    case Encoding::Utf16BigEndian:
+        return DecodeWith(wxMBConvUTF16BE(), bytes, text);
+    case Encoding::Utf16LittleEndian:
+        return DecodeWith(wxMBConvUTF16LE(), bytes, text);
+    case Encoding::Utf32BigEndian:
+        return DecodeWith(wxMBConvUTF32BE(), bytes, text);
+    case Encoding::Utf32LittleEndian:
+        return DecodeWith(wxMBConvUTF32LE(), bytes, text);
+    }
+    return false;
+}
+
+// Reads the file from its current position to its end; returns false after an error.
 bool ReadBytes(const Base::FileDescriptor& file, std::string& bytes)
 {
     constexpr std::size_t blockSize = 65536;
@@ -91,7 +100,7 @@ bool ReadBytes(const Base::FileDescriptor& file, std::string& bytes)
     return count == 0;
 }
 
-std::string EncodeLatin1(const std::string& bytes)
+std::string ConvertLatin1ToUtf8(const std::string& bytes)
 {
     const auto* const units = reinterpret_cast<const unsigned char*>(bytes.data());
     const std::wstring text(units, units + bytes.size());
@@ -100,15 +109,15 @@ std::string EncodeLatin1(const std::string& bytes)
     return encoded;
 }
 
-// Removes the byte-order mark and converts the rest to UTF-8. False for invalid UTF-16 or UTF-32;
-// invalid UTF-8 is read as ISO 8859-1.
+// Removes the byte-order mark and converts the other bytes to UTF-8. Returns false for invalid
+// UTF-16 or UTF-32; invalid UTF-8 is read as ISO 8859-1.
 bool Transcode(std::string& bytes)
 {
     const ByteOrderMark mark = FindByteOrderMark(bytes);
     bytes.erase(0, mark.bytes.size());
     if (mark.encoding == Encoding::Utf8) {
         if (!Base::IsUtf8(bytes.data(), bytes.size()))
-            bytes = EncodeLatin1(bytes);
+            bytes = ConvertLatin1ToUtf8(bytes);
         return true;
     }
     std::wstring text;

@@ -33,9 +33,9 @@ bool TextFileLines::Load(const std::string& path)
         return false;
     AddLines(text);
     // Absolute, so that a change of the working directory does not matter.
-    std::error_code unknown;
-    m_path = std::filesystem::absolute(path, unknown).native();
-    if (unknown)
+    std::error_code error;
+    m_path = std::filesystem::absolute(path, error).native();
+    if (error)
         m_path = path;
     return true;
 }
@@ -64,6 +64,7 @@ void TextFileLines::AddLines(const std::string& text)
     for (Base::LineSplitter lines(text); lines.MoveToNextLine();) {
         decoded.clear();
         Base::AppendDecodedUtf8(decoded, lines.Line().data(), lines.Line().size());
+        // Assigns in place, because AddLine() would copy a temporary string.
         AddLine(wxString(), ToTextFileType(lines.LineEnd()));
         GetLine(GetLineCount() - 1).assign(decoded.data(), decoded.size());
     }

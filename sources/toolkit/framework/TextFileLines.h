@@ -13,17 +13,19 @@ namespace Toolkit::Framework {
 /// full.
 class TextFileLines : public wxTextFile {
 public:
-    /// Loads the lines of the file `path`; false, without lines, when it cannot be read.
+    /// Loads the lines of the file `path`. Returns false, without lines, if it cannot be read.
+    /// Throws `std::bad_alloc`; lines loaded so far then remain, but Save() fails.
     bool Load(const std::string& path);
 
-    /// Replaces the loaded file with the lines; false, with the file unchanged, when that fails.
+    /// Replaces the loaded file with the lines. Returns false, with the file unchanged, if that
+    /// fails. Throws `std::bad_alloc`.
     bool Save() const;
 
     /// Forgets the file and the lines.
     void Unload();
 
-    /// Appends `line`, ended by a line feed. If memory runs out, the line is lost, and Save() fails
-    /// from then on, because it would write an incomplete file.
+    /// Appends `line`, ended by a line feed. If memory runs out, this line or all lines are lost,
+    /// and Save() fails until the next Load(), because it would write an incomplete file.
     void Append(const std::wstring& line);
 
 private:

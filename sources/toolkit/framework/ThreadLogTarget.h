@@ -4,7 +4,7 @@
 
 namespace Toolkit::Framework {
 
-/// The log target of a worker thread, from construction to destruction.
+/// The log target of a worker thread, from construction to destruction, both on that thread.
 ///
 /// Without it, wxWidgets queues the thread's messages until the main thread flushes them.
 class ThreadLogTarget : public wxLog {

@@ -13,9 +13,9 @@
 namespace Toolkit::Framework {
 namespace {
 
-constexpr std::chrono::milliseconds c_retry{10};
+constexpr std::chrono::milliseconds c_retryInterval{10};
 
-// Head of the list, which keeps the remains reachable: leak checkers do not report them.
+// Head of the list, which keeps the remains reachable, so that leak checkers do not report them.
 std::atomic<ThreadRemains*> s_first{nullptr};
 
 class UncreatedThread : public wxThread {
@@ -45,7 +45,7 @@ void DiscardThread(wxThread& thread, std::unique_ptr<ThreadRemains> remains)
     std::memcpy(remains->bytes, place, sizeof(wxThread));
     Keep(std::move(remains));
     while (!Base::RunsWithoutThrowing([place] { ::new (place) UncreatedThread(); }))
-        std::this_thread::sleep_for(c_retry);
+        std::this_thread::sleep_for(c_retryInterval);
 }
 
 } // namespace Toolkit::Framework
