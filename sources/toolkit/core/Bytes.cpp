@@ -10,12 +10,12 @@
 namespace Toolkit {
 namespace {
 
-// Not the codes that a stream returns for the same failures.
+// Serialize() and Deserialize() return these codes, whatever code the stream returned.
 constexpr unsigned int c_writeFailed = StreamResult::NotOpen;
 constexpr unsigned int c_readFailed = StreamResult::DataFailed;
 
-// Blocks up to this size are allocated at once. A longer block that claims to be longer than its
-// stream grows as its bytes are read.
+// Blocks of up to this many bytes are allocated in one step. So are longer ones that fit into the
+// stream; others grow as their bytes are read.
 constexpr unsigned int c_trustedSize = 64 * 1024;
 
 } // namespace
@@ -78,7 +78,7 @@ unsigned int Bytes::Deserialize(IStream& stream)
         return ReadBlock(stream, size);
 
     while (m_size < size) {
-        // Twice the length each time keeps the copying linear.
+        // Doubles the length each time, so that the total copying stays linear.
         const unsigned int step = std::min(size - m_size, std::max(c_trustedSize, m_size));
         const unsigned int result = ReadBlock(stream, step);
         if (result != StreamResult::Ok)

@@ -28,8 +28,8 @@ public:
     /// Stores a copy of the contents in `*out`. The caller frees it with delete[].
     ///
     /// `*out` must be null or the array of an earlier call, which is freed before the copy is made.
-    /// If the object is empty, returns false and leaves `*out` and `*outSize` alone. When out of
-    /// memory, returns false with a null `*out` and a size of 0.
+    /// If the object is empty, or `out` or `outSize` is null, returns false and changes nothing.
+    /// When out of memory, returns false with a null `*out` and a size of 0.
     bool GetBytes(unsigned char** out, unsigned int* outSize) const;
 
     /// Frees the array `*target`, which may be null, and replaces it with a copy of `size` bytes.

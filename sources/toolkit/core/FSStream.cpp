@@ -66,17 +66,18 @@ bool AppendCharacters(StreamFile& file, std::size_t size, std::wstring& text)
 // Returns false, with `text` unchanged, if the file has fewer bytes.
 bool ReadCharacters(StreamFile& file, std::size_t size, TString<wchar_t>& text)
 {
-    // ReadRecords: a temporary string for each one takes 1.5 times as long.
-    if (wchar_t piece[c_charactersPerRead]; size <= sizeof piece) {
-        if (!file.Read(piece, size))
+    wchar_t piece[c_charactersPerRead];
+    if (size > sizeof piece) {
+        std::wstring characters;
+        if (!AppendCharacters(file, size, characters))
             return false;
-        text.assign(piece, ::wcsnlen(piece, size / sizeof(wchar_t)));
+        text.assign(characters.c_str());
         return true;
     }
-    std::wstring characters;
-    if (!AppendCharacters(file, size, characters))
+    // ReadRecords: a temporary string for each one takes 1.5 times as long.
+    if (!file.Read(piece, size))
         return false;
-    text.assign(characters.c_str());
+    text.assign(piece, ::wcsnlen(piece, size / sizeof(wchar_t)));
     return true;
 }
 
@@ -99,8 +100,8 @@ unsigned int FSStream::Write(const TString<wchar_t>& text)
     if (!IsOpen())
         return StreamResult::NotOpen;
 
-    constexpr std::size_t longest = std::numeric_limits<unsigned int>::max() / sizeof(wchar_t);
-    if (text.size() > longest)
+    constexpr std::size_t maxLength = std::numeric_limits<unsigned int>::max() / sizeof(wchar_t);
+    if (text.size() > maxLength)
         return StreamResult::WritePrefixFailed;
     const std::size_t size = text.size() * sizeof(wchar_t);
     if (StreamResult::Failed(Write(static_cast<unsigned int>(size))))

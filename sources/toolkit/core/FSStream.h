@@ -30,8 +30,8 @@ public:
         OpenWrite = 1 ///< Creates the file or empties it.
     };
 
-    /// Opens `path`. Blocks like open(2): a pipe opens when its other end does. If that fails, if
-    /// `path` is a directory, or when out of memory, every read and write returns
+    /// Opens `path`. Blocks like open(2): a pipe opens when its other end does. If the file cannot
+    /// be opened, if `path` is a directory, or when out of memory, every read and write returns
     /// `StreamResult::NotOpen`.
     FSStream(const TString<wchar_t>& path, OpenMode mode);
     ~FSStream() override;
@@ -51,15 +51,15 @@ public:
     /// Reads the size in bytes with `Read(unsigned int&)`, then the characters. Stores those before
     /// the first null character in `text`.
     ///
-    /// For a size of 0 returns `StreamResult::Nothing` and leaves `text` as it is. Failures leave
-    /// `text` as it is, too. If the size is not a multiple of 4, the incomplete last character is
+    /// For a size of 0 returns `StreamResult::Nothing`. Then, and after a failure, `text` is
+    /// unchanged. If the size is not a multiple of 4, the incomplete last character is
     /// dropped. Memory grows with the bytes read, not with the size that the file claims.
     unsigned int Read(TString<wchar_t>& text) override;
 
     /// Reads four bytes. After a failure `value` may have changed in part.
     unsigned int Read(unsigned int& value) override;
 
-    /// Reads exactly `size` bytes. If fewer are left, fails with those at the beginning of `data`.
+    /// Reads exactly `size` bytes. If fewer are left, stores those in `data` and fails.
     unsigned int Read(void* data, unsigned int size) override;
 
     /// Returns the low 32 bits of the file's length in bytes; 0 if no file is open, and for a pipe.

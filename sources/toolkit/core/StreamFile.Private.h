@@ -41,7 +41,7 @@ private:
 
     Base::FileDescriptor m_file;
     bool m_readsAhead;
-    // The bytes read ahead are those from m_begin to m_end. Null until something is read ahead.
+    // Holds the bytes that were read ahead, from m_begin to m_end. Null until the first read ahead.
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_begin = 0;
     std::size_t m_end = 0;

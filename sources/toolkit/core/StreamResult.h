@@ -13,15 +13,19 @@ constexpr unsigned int Nothing = 0x01000000;
 
 constexpr unsigned int FailureBit = 0x10000000;
 
+/// An integer could not be written completely.
 constexpr unsigned int WriteIntegerFailed = 0x10000000;
 
 /// The file is not open. `Bytes::Serialize` returns the same code when writing fails.
 constexpr unsigned int NotOpen = 0x10000002;
 
-/// Fewer bytes were read or written than asked for.
+/// Fewer bytes were read or written than asked for, the data pointer is null, or memory ran out.
 constexpr unsigned int DataFailed = 0x10000003;
 
+/// The size before a string could not be written.
 constexpr unsigned int WritePrefixFailed = 0x10000005;
+
+/// The size before a string could not be read.
 constexpr unsigned int ReadPrefixFailed = 0x10000006;
 
 constexpr bool Failed(unsigned int code)

@@ -118,11 +118,11 @@ private:
     // Whether the needle's first and last character both fit at some position of a block.
     bool MayStartInBlock(const Char* text) const
     {
-        const Char* const ends = text + m_length - 1;
+        const Char* const lastCharacters = text + m_length - 1;
         auto found = Base::Lanes<Number>{} != Base::Lanes<Number>{};
         for (std::size_t i = 0; i < c_blockLength; i += Base::c_laneCount<Number>) {
             found |= m_first.Admits(Base::LoadLanes<Number>(text + i)) &
-                     m_last.Admits(Base::LoadLanes<Number>(ends + i));
+                     m_last.Admits(Base::LoadLanes<Number>(lastCharacters + i));
         }
         return !Base::AreAllZero(found);
     }

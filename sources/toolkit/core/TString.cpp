@@ -29,8 +29,7 @@ bool DoesLocaleFoldAsciiPlainly()
     return std::towlower(L'I') == L'i';
 }
 
-// CompareNoCase/100000: folding character by character takes 27 times as long.
-// True when both blocks are ASCII and equal but for their case.
+// Whether both blocks are ASCII and equal ignoring case.
 bool IsSameAsciiBlock(const wchar_t* left, const wchar_t* right)
 {
     using Characters = Base::Lanes<std::int32_t>;
@@ -61,7 +60,7 @@ int CompareFolded(const T* left, const T* right, std::size_t length)
     return 0;
 }
 
-// CompareNoCase/100000: one character at a time takes 10 times as long.
+// CompareNoCase/100000: folding one character at a time takes 10 times as long.
 int CompareFoldedBlocks(const wchar_t* left, const wchar_t* right, std::size_t length)
 {
     std::size_t done = 0;
@@ -96,8 +95,8 @@ public:
     explicit DelimiterScanner(const TString<wchar_t>& delimiters) : m_delimiters(delimiters)
     {
         for (const wchar_t delimiter : delimiters) {
-            if (const std::size_t place = GetPlaceInTable(delimiter); place < c_tableSize)
-                m_table[place] = true;
+            if (const std::size_t index = GetTableIndex(delimiter); index < c_tableSize)
+                m_table[index] = true;
             else
                 m_hasOthers = true;
         }
@@ -116,22 +115,22 @@ public:
     }
 
 private:
-    static std::size_t GetPlaceInTable(wchar_t character)
+    static std::size_t GetTableIndex(wchar_t character)
     {
         return std::char_traits<wchar_t>::to_int_type(character);
     }
 
     bool IsDelimiter(wchar_t character) const
     {
-        if (const std::size_t place = GetPlaceInTable(character); place < c_tableSize)
-            return m_table[place];
+        if (const std::size_t index = GetTableIndex(character); index < c_tableSize)
+            return m_table[index];
         return m_hasOthers && m_delimiters.find(character) != std::wstring::npos;
     }
 
-    std::size_t Find(const std::wstring& text, std::size_t from, bool delimiter) const
+    std::size_t Find(const std::wstring& text, std::size_t from, bool isDelimiter) const
     {
         for (std::size_t i = from; i < text.size(); ++i) {
-            if (IsDelimiter(text[i]) == delimiter)
+            if (IsDelimiter(text[i]) == isDelimiter)
                 return i;
         }
         return std::wstring::npos;
@@ -145,6 +144,7 @@ private:
 };
 
 // Tokens/100000: new strings for each call take three times as long.
+//
 // Stores tokens in the strings that a vector already contains, to reuse their memory.
 class TokenWriter {
 public:
@@ -175,12 +175,12 @@ bool IsElementOf(const std::vector<TString<wchar_t>>& texts, const TString<wchar
 void SplitText(const std::wstring& text, const DelimiterScanner& scanner, bool skipEmpty,
                TokenWriter& writer)
 {
-    constexpr std::size_t none = std::wstring::npos;
+    constexpr std::size_t npos = std::wstring::npos;
     std::size_t start = skipEmpty ? scanner.FindOther(text, 0) : 0;
-    while (start != none) {
+    while (start != npos) {
         const std::size_t end = scanner.FindDelimiter(text, start);
         writer.Append(text.data() + start, std::min(end, text.size()) - start);
-        if (end == none)
+        if (end == npos)
             break;
         start = skipEmpty ? scanner.FindOther(text, end) : end + 1;
     }
@@ -202,7 +202,7 @@ bool CanJoin(const std::wstring& from, const std::wstring& to)
 
 // Replace/0: the general pass takes 1.7 times as long.
 //
-// Replaces from left to right. Only correct if no replacement can become part of a new occurrence.
+// Replaces from left to right. Only correct if CanJoin() returns false.
 void ReplaceApart(std::wstring& text, const std::wstring& from, const std::wstring& to)
 {
     std::wstring result;
@@ -232,7 +232,7 @@ public:
 
     void Run()
     {
-        while (MoveThroughLastOfFrom()) {
+        while (MoveThroughNextCandidate()) {
             if (EndsWithOccurrence())
                 ReplaceOccurrence();
         }
@@ -240,8 +240,9 @@ public:
     }
 
 private:
-    // Moves up to the next character that may complete an occurrence; false when there is none.
-    bool MoveThroughLastOfFrom()
+    // Moves characters up to and including the next one that may complete an occurrence. Returns
+    // false if there is none; all characters are then moved.
+    bool MoveThroughNextCandidate()
     {
         const std::size_t hit = m_text.find(m_from.back(), m_unread);
         const std::size_t end = hit == std::wstring::npos ? m_text.size() : hit + 1;
@@ -262,13 +263,13 @@ private:
     {
         m_done -= m_from.size();
         if (m_unread - m_done < m_to.size())
-            MoveUnread();
+            WidenGap();
         m_unread -= m_to.size();
         m_to.copy(m_text.data() + m_unread, m_to.size());
     }
 
-    // Makes room for this replacement and, because the string doubles, for many more.
-    void MoveUnread()
+    // Makes room for this replacement and, because the length at least doubles, for many more.
+    void WidenGap()
     {
         const std::size_t room = m_text.size() + m_to.size();
         m_text.insert(m_unread, room, L'\0');
@@ -278,7 +279,7 @@ private:
     std::wstring& m_text;
     const std::wstring& m_from;
     const std::wstring& m_to;
-    std::size_t m_done = 0;   // the end of the part that is done
+    std::size_t m_done = 0;   // the end of the done part
     std::size_t m_unread = 0; // the start of the unread part
 };
 
@@ -384,6 +385,7 @@ template <>
 void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>& tokens,
                                  bool skipEmpty) const
 {
+    // Writing the tokens would overwrite a string that is still read.
     if (IsElementOf(tokens, *this) || IsElementOf(tokens, delimiters)) {
         TString(*this).GetTokens(TString(delimiters), tokens, skipEmpty);
         return;

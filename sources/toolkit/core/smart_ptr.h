@@ -96,7 +96,7 @@ public:
     {
         if (this == &other)
             return *this;
-        // `other` may be inside the object that is released here: it is shared and read first.
+        // `other` may be inside the object that is released here, so share and read it first.
         smart_ptr_inner_data<Policy>* const data = other.m_data;
         T* const object = other.m_object;
         Share(*data);
@@ -180,7 +180,7 @@ private:
     }
 
     // Relaxed: the caller already holds a pointer, so the block cannot be freed meanwhile. Whatever
-    // hands the copy to another thread orders it.
+    // hands the copy to another thread also synchronizes the two threads.
     static void Share(smart_ptr_inner_data<Policy>& data)
     {
         data.count.fetch_add(1, std::memory_order_relaxed);
