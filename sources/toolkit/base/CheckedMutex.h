@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-// The thread-safety annotations of base/, which cannot include those of threading/ThreadSafety.h.
+// The thread-safety annotations of base/, which must not include threading/ThreadSafety.h.
 // With -Wthread-safety, Clang checks which lock guards what.
 #if defined(__clang__)
 #define BASE_THREAD_ANNOTATION(attribute) __attribute__((attribute))
@@ -21,7 +21,8 @@
 
 namespace Toolkit::Base {
 
-/// A mutex of the standard library whose use is checked. libstdc++ does not annotate its mutexes.
+/// A mutex of the standard library, annotated so that Clang checks its use. libstdc++ does not
+/// annotate its mutexes.
 template <typename StandardMutex>
 class BASE_THREAD_ANNOTATION(capability("mutex")) BasicCheckedMutex {
 public:
@@ -36,7 +37,7 @@ private:
 using CheckedMutex = BasicCheckedMutex<std::mutex>;
 using CheckedRecursiveMutex = BasicCheckedMutex<std::recursive_mutex>;
 
-/// Holds a checked mutex for the rest of a scope.
+/// Holds a checked mutex until the end of a scope.
 template <typename StandardMutex>
 class BASE_THREAD_ANNOTATION(scoped_lockable) CheckedLock {
 public:

@@ -6,8 +6,8 @@
 
 namespace Toolkit::Base {
 
-/// A file descriptor, closed in the destructor. Started programs do not inherit the descriptors
-/// that this class opens or duplicates.
+/// A file descriptor, closed in the destructor. Programs that the process starts do not inherit the
+/// descriptors that this class opens or duplicates.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -17,22 +17,23 @@ public:
     FileDescriptor(FileDescriptor&& other) noexcept : m_descriptor(other.Release()) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
 
-    /// Opens `name` with the flags of open(2). Like open(2), it may wait for the other end of a
-    /// pipe or for the release of a lease. The result is not open after a failure, nor for a
-    /// directory.
+    /// Opens `name` with the flags of open(2). Like open(2), may wait for the other end of a pipe
+    /// or for the release of a lease. On failure, and for a directory, the result is not open.
     static FileDescriptor Open(const std::string& name, int flags, mode_t permissions = 0666);
 
-    /// Opens `name` if it is a regular file, without waiting for anything. Otherwise the result is
+    /// Opens `name` if it is a regular file, and fails rather than waits. Otherwise the result is
     /// not open.
     static FileDescriptor OpenRegular(const std::string& name, int flags,
                                       mode_t permissions = 0666);
 
     bool IsOpen() const { return m_descriptor >= 0; }
     int Get() const { return m_descriptor; }
+
+    /// Returns the descriptor, which the caller must close from now on.
     int Release();
 
     /// Returns a second descriptor for the same open file. Both share its position and its locks.
-    /// The result is not open if the system has no descriptor left.
+    /// The result is not open if the process has no descriptor left.
     FileDescriptor Duplicate() const;
 
     /// Returns false if the system reports an error.
@@ -40,10 +41,12 @@ public:
 
     bool IsRegular() const;
 
-    /// Returns the length of the file in bytes; 0 for a file without a length, such as a pipe.
+    /// Returns the length of the file in bytes; 0 for a file without a length, such as a pipe, and
+    /// after an error.
     long long GetLength() const;
 
-    /// Reads up to `length` bytes and returns their number: 0 at the end, -1 after an error.
+    /// Reads up to `length` bytes and returns their number: 0 at the end of the file, -1 after an
+    /// error.
     ssize_t Read(void* bytes, std::size_t length) const;
 
     /// Like Read(), but at `offset`, and without moving the position.

@@ -13,7 +13,7 @@ namespace {
 // many links, as in a loop. Unlike realpath(3), works even if the file does not exist.
 std::string FollowLinks(std::string path)
 {
-    constexpr int maxLinks = 40; // the limit of Linux
+    constexpr int maxLinks = 40; // the limit of Linux: path_resolution(7)
 
     for (int i = 0; i <= maxLinks; ++i) {
         char link[PATH_MAX];
@@ -42,10 +42,10 @@ FileReplacement::FileReplacement(const std::string& path) : m_target(FollowLinks
     if (exists)
         ::fchmod(m_file.Get(), status.st_mode & 07777);
     else
-        CreateTemporaryAnew();
+        RecreateTemporary();
 }
 
-// Only mkostemp() finds a free name that nobody can predict.
+// Uses mkostemp(), because it finds a free name that nobody can predict.
 void FileReplacement::CreateTemporary()
 {
     std::string name = m_target + ".XXXXXX";
@@ -57,13 +57,13 @@ void FileReplacement::CreateTemporary()
 // Creates the file again with open(), because a file from mkostemp() is accessible to its owner
 // only. open() applies the umask and the default permissions of the directory. Others may know the
 // name by now, so it is an error if a file with this name exists again.
-void FileReplacement::CreateTemporaryAnew()
+void FileReplacement::RecreateTemporary()
 {
-    constexpr mode_t everyone = 0666;
+    constexpr mode_t readAndWriteForAll = 0666;
 
     ::unlink(m_temporary.c_str());
     m_file = FileDescriptor(
-        ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, everyone));
+        ::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, readAndWriteForAll));
     if (!m_file.IsOpen())
         m_temporary.clear();
 }

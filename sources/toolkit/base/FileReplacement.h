@@ -8,17 +8,22 @@ namespace Toolkit::Base {
 
 /// Replaces the contents of a file completely or not at all.
 ///
-/// Writes to a temporary file in the same directory, and removes it in the destructor unless
-/// `Commit()` was called. The file keeps its permissions; a new file gets those that the umask
-/// allows. A symbolic link keeps pointing to the file. Only regular files are replaced.
+/// Writes to a temporary file in the same directory, which the destructor removes unless Commit()
+/// succeeded. The file keeps its permissions; a new file gets those that the umask allows. If the
+/// path is a symbolic link, the link stays, and the file that it points to is replaced. Anything
+/// but a regular file is left alone: Write() and Commit() then return false.
 class FileReplacement {
 public:
+    /// Creates the temporary file. A failure shows in the result of Write() and Commit(). Throws
+    /// `std::bad_alloc`.
     explicit FileReplacement(const std::string& path);
     ~FileReplacement();
 
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
+    /// Appends to the temporary file. Returns false if any byte could not be written; do not call
+    /// Commit() then.
     bool Write(const char* bytes, std::size_t length);
 
     /// Replaces the old contents; false if any step failed.
@@ -26,7 +31,7 @@ public:
 
 private:
     void CreateTemporary();
-    void CreateTemporaryAnew();
+    void RecreateTemporary();
 
     std::string m_target;
     std::string m_temporary; // empty when there is no temporary file

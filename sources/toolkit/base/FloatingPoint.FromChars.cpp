@@ -5,7 +5,7 @@
 
 namespace Toolkit::Base {
 
-// `WideToDouble`: for short numbers strtod_l() alone takes about four times as long.
+// WideToDouble: for short numbers strtod_l() alone takes about four times as long.
 bool ParseFloatingPoint(const char* begin, const char* end, double& value)
 {
     double parsed = 0;

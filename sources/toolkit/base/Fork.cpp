@@ -14,7 +14,7 @@ void OnPrepareFork() BASE_NO_THREAD_SAFETY_ANALYSIS
     ForkLocks::s_ownDescriptors.Lock();
 }
 
-void OnForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS
+void ReleaseLocks() BASE_NO_THREAD_SAFETY_ANALYSIS
 {
     ForkLocks::s_ownDescriptors.Unlock();
     ForkLocks::s_fileLocks.Unlock();
@@ -25,7 +25,7 @@ void OnForkInParent() BASE_NO_THREAD_SAFETY_ANALYSIS
 void OnForkInChild()
 {
     ++s_forks;
-    OnForkInParent();
+    ReleaseLocks();
 }
 
 } // namespace
@@ -40,8 +40,8 @@ std::atomic<unsigned int> s_forks{0};
 void PrepareForks()
 {
     // The system removes the handlers when the library is unloaded.
-    static const int isPrepared = ::pthread_atfork(OnPrepareFork, OnForkInParent, OnForkInChild);
-    static_cast<void>(isPrepared);
+    [[maybe_unused]] static const int error =
+        ::pthread_atfork(OnPrepareFork, ReleaseLocks, OnForkInChild);
 }
 
 } // namespace Toolkit::Base

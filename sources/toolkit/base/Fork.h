@@ -9,7 +9,7 @@ namespace Toolkit::Base {
 /// The process-wide locks, in the order in which a thread may acquire them.
 ///
 /// They are held during a fork. Otherwise a forked child would wait forever for a lock that another
-/// thread of its parent held, and the data that it guards could be half changed.
+/// thread of its parent held, and the data that this lock guards could be half changed.
 struct ForkLocks {
     static CheckedMutex s_unloadTasks;
     static CheckedMutex s_processLogger;

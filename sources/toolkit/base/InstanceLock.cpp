@@ -11,8 +11,9 @@
 namespace Toolkit::Base {
 namespace {
 
-// File names have at most 255 bytes.
-constexpr std::size_t c_maxNameLength = 255 - std::string_view("..lock").size();
+// A file name has at most 255 bytes. MakePath() adds a dot before the name and ".lock" after it.
+constexpr std::size_t c_maxNameLength =
+    255 - std::string_view(".").size() - std::string_view(".lock").size();
 
 FileDescriptor OpenLockFile(const std::wstring& name)
 {

@@ -7,12 +7,15 @@
 namespace Toolkit::Base {
 
 /// A lock on a file in the user's home directory, held as `FileLock` describes. The file is never
-/// removed. Otherwise two processes could lock different files with the same name.
+/// removed: otherwise two processes could lock different files with the same name.
+///
+/// Out of memory, the constructor and MakePath() throw `std::bad_alloc`.
 class InstanceLock {
 public:
     using State = FileLock::State;
 
-    /// Tries to acquire the lock called `name`. The lock is unavailable if `name` is empty.
+    /// Tries to acquire the lock called `name`. It is unavailable if `name` is empty or the file
+    /// cannot be opened.
     explicit InstanceLock(const std::wstring& name);
 
     /// Returns the path of the file for the lock called `name`.

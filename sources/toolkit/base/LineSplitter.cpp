@@ -15,15 +15,15 @@ bool LineSplitter::MoveToNextLine()
         return false;
     m_line = m_rest.substr(0, m_lineFeedDistance);
     const std::size_t carriageReturn = m_line.find('\r');
-    const bool endsAtFeed = carriageReturn == std::string_view::npos;
-    if (!endsAtFeed)
+    const bool endsWithCr = carriageReturn != std::string_view::npos;
+    if (endsWithCr)
         m_line = m_line.substr(0, carriageReturn);
 
-    const bool hasBoth = !endsAtFeed && m_line.size() + 1 == m_lineFeedDistance;
-    m_lineEnd = m_rest.substr(m_line.size(), hasBoth ? 2 : 1);
+    const bool endsWithCrLf = endsWithCr && m_line.size() + 1 == m_lineFeedDistance;
+    m_lineEnd = m_rest.substr(m_line.size(), endsWithCrLf ? 2 : 1);
     const std::size_t taken = m_line.size() + m_lineEnd.size();
     m_rest.remove_prefix(taken);
-    if (endsAtFeed || hasBoth)
+    if (!endsWithCr || endsWithCrLf)
         m_lineFeedDistance = m_rest.find('\n');
     else if (m_lineFeedDistance != std::string_view::npos)
         m_lineFeedDistance -= taken;

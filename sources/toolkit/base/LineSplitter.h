@@ -4,8 +4,8 @@
 
 namespace Toolkit::Base {
 
-/// Splits a text into lines. A line ends with a line feed, a carriage return or both; the last line
-/// may have no line end.
+/// Splits a text into lines. A line ends with a line feed, a carriage return, or a carriage return
+/// and a line feed; the last line may have no line end.
 ///
 ///     for (Base::LineSplitter lines(text); lines.MoveToNextLine();)
 ///         Use(lines.Line());
@@ -21,8 +21,8 @@ public:
     /// Returns the current line without its line end.
     std::string_view Line() const { return m_line; }
 
-    /// Returns what ends the current line: a line feed, a carriage return or both. Empty if the
-    /// last line has no line end.
+    /// Returns the one or two characters that end the current line; empty if it is the last line
+    /// and has no line end.
     std::string_view LineEnd() const { return m_lineEnd; }
 
 private:

@@ -69,7 +69,8 @@ void ParseInteger(const Char* at, const Char* end, Integer& value)
 }
 
 // Collects the characters of a decimal floating-point number, without its sign, as `char`. Stops
-// where a standard stream does. Short numbers, by far the most common, allocate nothing.
+// where a standard stream does. Numbers that fit into m_short, by far the most common, allocate
+// nothing.
 class FloatingPointCharacters {
 public:
     template <typename Char>

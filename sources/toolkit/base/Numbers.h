@@ -8,18 +8,19 @@
 // C++ locale is: decimal, no grouping.
 namespace Toolkit::Base {
 
-/// Reads the number at the beginning of `text`, after white space. If there is none, `value` is
-/// unchanged. A number out of range yields the limit of the type. A negative number wraps around if
-/// the type is unsigned.
+/// Reads the number at the beginning of `text`, after any white space. If there is none, `value` is
+/// unchanged. A number out of range yields the nearest limit of the type. In an unsigned type, "-1"
+/// wraps around to the maximum; a negative number with too many digits yields the maximum, too.
 ///
-/// Defined for char and wchar_t, and for the types that the library reads.
+/// Defined for char and wchar_t, and for the types int, unsigned int, long long, unsigned long long
+/// and double. Only reading a double may throw `std::bad_alloc`.
 template <typename Char, typename Number>
 void ParseNumber(std::basic_string_view<Char> text, Number& value);
 
 /// A number formatted as a string, which is stored in the object.
 ///
-/// Integers are plain digits. Floating-point numbers have six significant digits, in the shorter of
-/// fixed and scientific notation.
+/// Integers are plain digits, after a minus sign if negative. Floating-point numbers look as with
+/// the conversion "%g" of printf(): at most six significant digits.
 template <typename Char>
 class FormattedNumber {
 public:
@@ -37,7 +38,7 @@ public:
 private:
     void WriteInteger(unsigned long long magnitude, bool isNegative);
 
-    // Twenty digits, or "-1.23457e-308".
+    // Enough for 18446744073709551615, -9223372036854775808 and "-1.23457e-308".
     static constexpr std::size_t c_capacity = 24;
 
     Char m_buffer[c_capacity];

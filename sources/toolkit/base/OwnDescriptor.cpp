@@ -25,22 +25,25 @@ struct OwnDescriptors {
 
     static void Unlink(OwnDescriptor& own) BASE_REQUIRES(ForkLocks::s_ownDescriptors)
     {
-        (own.m_previous ? own.m_previous->m_next : s_first) = own.m_next;
+        if (own.m_previous)
+            own.m_previous->m_next = own.m_next;
+        else
+            s_first = own.m_next;
         if (own.m_next)
             own.m_next->m_previous = own.m_previous;
         own.m_descriptor = -1;
     }
 
-    // Calls only functions that are safe in the child of a process with several threads. Not
-    // checked: the child has one thread.
-    static void AfterForkInChild() BASE_NO_THREAD_SAFETY_ANALYSIS
+    // Calls only async-signal-safe functions, because the parent may have several threads. The use
+    // of the lock is not checked: the child has one thread.
+    static void OnForkInChild() BASE_NO_THREAD_SAFETY_ANALYSIS
     {
         const int error = errno;
-        const int nothing = s_first ? ::open("/dev/null", O_RDWR | O_CLOEXEC) : -1;
+        const int nullDevice = s_first ? ::open("/dev/null", O_RDWR | O_CLOEXEC) : -1;
         for (const OwnDescriptor* own = s_first; own; own = own->m_next)
-            Replace(own->m_descriptor, nothing);
-        if (nothing >= 0)
-            ::close(nothing);
+            Replace(own->m_descriptor, nullDevice);
+        if (nullDevice >= 0)
+            ::close(nullDevice);
         errno = error;
     }
 
@@ -59,9 +62,8 @@ OwnDescriptor* OwnDescriptors::s_first = nullptr;
 void OwnDescriptor::Watch(int descriptor)
 {
     // The system removes the handler when the library is unloaded.
-    static const int isPrepared =
-        ::pthread_atfork(nullptr, nullptr, OwnDescriptors::AfterForkInChild);
-    static_cast<void>(isPrepared);
+    [[maybe_unused]] static const int error =
+        ::pthread_atfork(nullptr, nullptr, OwnDescriptors::OnForkInChild);
     PrepareForks();
 
     Forget();

@@ -9,8 +9,9 @@ namespace Toolkit::Base {
 /// from the fork on. It is not closed, because the next file that the child opens would get its
 /// number, and code that still has the number would use that file.
 ///
-/// Each thread may use its own objects. The descriptor must be open while it is watched: declare
-/// the watching member after the one that closes the descriptor.
+/// One object is used by one thread at a time; different threads may use different objects. The
+/// descriptor must be open while it is watched: declare the watching member after the one that
+/// closes the descriptor.
 class OwnDescriptor {
 public:
     OwnDescriptor() = default;
@@ -29,7 +30,8 @@ private:
     friend struct OwnDescriptors;
 
     int m_descriptor = -1;
-    OwnDescriptor* m_previous = nullptr; // in the list of watching objects
+    // Neighbours in the list of watching objects.
+    OwnDescriptor* m_previous = nullptr;
     OwnDescriptor* m_next = nullptr;
 };
 

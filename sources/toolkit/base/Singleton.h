@@ -6,12 +6,12 @@
 // `smart_ptr` on the heap. Copies of the `smart_ptr` keep the object alive after its release.
 namespace Toolkit::Base {
 
-/// Stores the object that `make` returns, unless one exists. Stores nothing when out of memory.
-template <typename Pointer, typename Make>
-void CreateSingleton(Pointer*& instance, Make make)
+/// Stores the object that `create` returns, unless one exists. Stores nothing when out of memory.
+template <typename Pointer, typename Create>
+void CreateSingleton(Pointer*& instance, Create create)
 {
     if (!instance)
-        instance = TryOr(nullptr, [&] { return new Pointer(make()); });
+        instance = TryOr(nullptr, [&] { return new Pointer(create()); });
 }
 
 /// Returns a copy of the `smart_ptr`; an empty one if there is no object. Allocates nothing.
@@ -21,8 +21,8 @@ Pointer GetSingleton(const Pointer* instance)
     return instance ? *instance : Pointer::Empty();
 }
 
-/// Releases the object, which is still reachable during its destruction. Allocates nothing, unlike
-/// the assignment of a null pointer, which creates a new count.
+/// Releases the object, whose destructor can still reach it through `instance`. Allocates nothing,
+/// unlike the assignment of a null pointer, which creates a new count.
 template <typename Pointer>
 void ReleaseSingleton(Pointer*& instance)
 {

@@ -3,14 +3,14 @@
 namespace Toolkit::Base {
 namespace {
 
-// Stacks for coroutines and signal handlers can be this small.
+// Stacks of coroutines and signal handlers, whose bounds are unknown, can be this small.
 constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
 // Returns the number of bytes left on the thread's stack at `here`; 0 if `here` is on another
 // stack.
 std::size_t MeasureSpaceBelow(std::uintptr_t here)
 {
-    // Cached: asking reads a file in /proc, and the stack of a thread never moves.
+    // Cached: for the main thread GetStackBounds() reads a file in /proc, and stacks never move.
     static thread_local constinit StackBounds bounds{0, 0};
     if (bounds.end == 0)
         bounds = GetStackBounds();

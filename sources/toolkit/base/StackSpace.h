@@ -17,7 +17,7 @@ StackBounds GetStackBounds();
 
 /// Returns how many bytes of its stack the calling thread has left below the caller's frame.
 ///
-/// Assumes 32 KiB on a stack that the system does not know.
+/// Assumes 32 KiB if the caller does not run on the stack that the system allocated for its thread.
 std::size_t GetStackSpaceLeft();
 
 /// Whether the caller runs on the stack that the system allocated for its thread. False in a

@@ -6,7 +6,7 @@ namespace Toolkit::Base {
 
 void PrepareThreadEnd()
 {
-    // A backtrace loads the same code.
+    // backtrace(3) loads the same code.
     void* frame = nullptr;
     ::backtrace(&frame, 1);
 }

@@ -11,7 +11,7 @@ unsigned int GetTickCount()
 
     static const auto uMsMulitplier =
         static_cast<unsigned int>(msPerSecond / ::sysconf(_SC_CLK_TCK));
-    // The C library writes to the buffer even when there is none.
+    // On macOS, times(3) writes through a null pointer.
     struct tms unused {};
     return static_cast<unsigned int>(::times(&unused)) * uMsMulitplier;
 }

@@ -7,15 +7,15 @@ namespace Toolkit::Base {
 std::vector<std::wstring_view> TokenizeCommandLine(std::wstring_view line,
                                                    std::wstring_view separators, wchar_t quote)
 {
-    constexpr std::size_t none = std::wstring_view::npos;
+    constexpr std::size_t npos = std::wstring_view::npos;
 
     std::vector<std::wstring_view> tokens;
     std::size_t start = line.find_first_not_of(separators);
-    while (start != none) {
+    while (start != npos) {
         std::size_t end = 0;
         if (line[start] == quote) {
             const std::size_t closing = line.find(quote, start + 1);
-            if (closing == none)
+            if (closing == npos)
                 break;
             tokens.push_back(line.substr(start + 1, closing - start - 1));
             end = closing + 1;

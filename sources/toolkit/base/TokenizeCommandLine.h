@@ -6,14 +6,14 @@
 
 namespace Toolkit::Base {
 
-// The separators of tokens, and the quote that encloses a token with separators.
+// The characters that separate tokens, and the quote that encloses a token containing separators.
 inline constexpr wchar_t c_commandLineSeparators[] = L" \t";
 inline constexpr wchar_t c_commandLineQuote = L'"';
 
 /// Splits `line` at runs of `separators`. A token that begins with `quote` ends at the next
 /// `quote`; if there is none, the rest of the line is dropped.
 ///
-/// The tokens are parts of `line`, without their quotes. Throws `std::bad_alloc`, so that callers
+/// The tokens are views into `line`, without their quotes. Throws `std::bad_alloc`, so that callers
 /// can tell out of memory from a line without tokens.
 std::vector<std::wstring_view> TokenizeCommandLine(std::wstring_view line,
                                                    std::wstring_view separators, wchar_t quote);

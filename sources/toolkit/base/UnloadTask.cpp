@@ -22,7 +22,10 @@ UnloadTask::UnloadTask(Function function, void* object)
 UnloadTask::~UnloadTask()
 {
     const CheckedLock guard(ForkLocks::s_unloadTasks);
-    (m_previous ? m_previous->m_next : s_first) = m_next;
+    if (m_previous)
+        m_previous->m_next = m_next;
+    else
+        s_first = m_next;
     if (m_next)
         m_next->m_previous = m_previous;
 }

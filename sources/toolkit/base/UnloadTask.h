@@ -2,8 +2,8 @@
 
 namespace Toolkit::Base {
 
-/// A function to call when the library is unloaded while an object still exists, for instance
-/// because another thread uses it while the process calls exit().
+/// A function to call if an object still exists when the library is unloaded, for instance because
+/// another thread is using the object when the process calls exit().
 class UnloadTask {
 public:
     using Function = void (*)(void* object);
@@ -22,7 +22,8 @@ public:
 private:
     const Function m_function;
     void* const m_object;
-    UnloadTask* m_previous; // in the list of all tasks
+    // Neighbours in the list of all tasks.
+    UnloadTask* m_previous;
     UnloadTask* m_next;
 };
 

@@ -12,17 +12,17 @@
 namespace Toolkit::Base {
 namespace {
 
-// Returns one field of this user's entry in the user database.
+// Returns one field of the user's entry in the user database; empty if there is no entry.
 std::string ReadEntry(char* passwd::*field)
 {
-    constexpr std::size_t firstSize = 1024;
-    constexpr std::size_t lastSize = 1048576;
+    constexpr std::size_t initialSize = 1024;
+    constexpr std::size_t maxSize = 1048576;
 
-    std::vector<char> buffer(firstSize);
+    std::vector<char> buffer(initialSize);
     passwd entry{};
     passwd* found = nullptr;
     while (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE &&
-           buffer.size() < lastSize)
+           buffer.size() < maxSize)
         buffer.resize(buffer.size() * 2);
     return found && found->*field ? found->*field : std::string();
 }

@@ -22,15 +22,15 @@ constexpr std::ptrdiff_t c_blockLength = 16;
 
 // Other text is converted one character at a time, in runs that double up to this length. A block
 // is tried only between runs: in text that is rarely ASCII, most tries fail.
-constexpr std::ptrdiff_t c_longestRun = 4 * c_blockLength;
+constexpr std::ptrdiff_t c_maxRunLength = 4 * c_blockLength;
 
-constexpr std::ptrdiff_t c_longestSequence = 4;
+constexpr std::ptrdiff_t c_maxSequenceLength = 4;
 
 constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 
-// Copies a block that is all ASCII; returns false for any other. The loops write to a local array,
-// which no other pointer can alias, so that the compiler vectorizes them. GCC 14 unrolls a loop
-// that reads one.
+// Copies a block that is all ASCII; returns false for any other. Both overloads write to a local
+// array, which no other pointer can alias, so that the compiler vectorizes the loop. Reading from a
+// local copy would not do: GCC 14 unrolls such a loop instead.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
     if (!AreAllZero(LoadLanes<unsigned char>(from) & 0x80))
@@ -110,12 +110,12 @@ inline bool DecodeSequence(const char*& at, const char* end, wchar_t& character)
 
 // Utf8ToWide/script:1/bytes:10000: one character at a time takes 1.3 times as long.
 //
-// Copies the next ASCII characters, at most a block of them.
+// Copies the next ASCII characters, at most one block.
 inline void CopyAscii(const char*& at, const char* end, wchar_t*& out)
 {
-    const std::ptrdiff_t longest = std::min(end - at, c_blockLength);
+    const std::ptrdiff_t maxLength = std::min(end - at, c_blockLength);
     std::ptrdiff_t length = 0;
-    while (length < longest && static_cast<signed char>(at[length]) >= 0) {
+    while (length < maxLength && static_cast<signed char>(at[length]) >= 0) {
         out[length] = at[length];
         ++length;
     }
@@ -153,17 +153,17 @@ inline bool EncodeCharacter(std::uint32_t character, char*& out)
 }
 
 // Converts until the buffer has no room for another run or the text ends, and moves `text` past
-// what was converted. Returns the end of the output, or null if `convertNext` fails. A run writes
-// at most `longestRun` characters.
+// what was converted. Returns the end of the output, or null if `convertNext` returns false. A run
+// writes at most `maxRunOutput` characters.
 template <typename From, typename To, typename ConvertNext>
-To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdiff_t longestRun,
+To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdiff_t maxRunOutput,
                       ConvertNext convertNext)
 {
     const From* at = text;
     To* out = buffer;
-    const To* const lastRun = buffer + c_bufferLength - longestRun;
+    const To* const lastRunStart = buffer + c_bufferLength - maxRunOutput;
     std::ptrdiff_t run = c_blockLength;
-    while (at != end && out <= lastRun) {
+    while (at != end && out <= lastRunStart) {
         if (end - at >= c_blockLength && CopyAsciiBlock(at, out)) {
             at += c_blockLength;
             out += c_blockLength;
@@ -171,7 +171,7 @@ To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdi
             continue;
         }
         const From* const runEnd = at + std::min(end - at, run);
-        run = std::min(2 * run, c_longestRun);
+        run = std::min(2 * run, c_maxRunLength);
         while (at < runEnd) {
             if (!convertNext(at, out))
                 return nullptr;
@@ -184,18 +184,19 @@ To* ConvertIntoBuffer(const From*& text, const From* end, To* buffer, std::ptrdi
 wchar_t* DecodeIntoBuffer(const char*& bytes, const char* end, wchar_t* buffer)
 {
     // CopyAscii() may start at the last character of a run and copy a whole block.
-    constexpr std::ptrdiff_t longestRun = c_longestRun + c_blockLength;
-    return ConvertIntoBuffer(bytes, end, buffer, longestRun, [end](const char*& at, wchar_t*& out) {
-        if (static_cast<signed char>(*at) < 0)
-            return DecodeSequence(at, end, *out++);
-        CopyAscii(at, end, out);
-        return true;
-    });
+    constexpr std::ptrdiff_t maxRunOutput = c_maxRunLength + c_blockLength;
+    return ConvertIntoBuffer(bytes, end, buffer, maxRunOutput,
+                             [end](const char*& at, wchar_t*& out) {
+                                 if (static_cast<signed char>(*at) < 0)
+                                     return DecodeSequence(at, end, *out++);
+                                 CopyAscii(at, end, out);
+                                 return true;
+                             });
 }
 
 char* EncodeIntoBuffer(const wchar_t*& text, const wchar_t* end, char* buffer)
 {
-    return ConvertIntoBuffer(text, end, buffer, c_longestRun * c_longestSequence,
+    return ConvertIntoBuffer(text, end, buffer, c_maxRunLength * c_maxSequenceLength,
                              [](const wchar_t*& at, char*& out) {
                                  return EncodeCharacter(static_cast<std::uint32_t>(*at++), out);
                              });

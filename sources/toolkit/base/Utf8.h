@@ -3,15 +3,16 @@
 #include <cstddef>
 #include <string>
 
-// UTF-8 (RFC 3629). The functions throw `std::bad_alloc`, so that callers can tell out of memory
-// from a string that is empty or not valid.
+// UTF-8 (RFC 3629). Functions that build a string throw `std::bad_alloc`, so that callers can tell
+// out of memory from an empty or invalid string. An append that throws may have added some text.
 namespace Toolkit::Base {
 
-/// Returns `text`, up to its first null character, as UTF-8; empty if a character before it is not
-/// valid.
+/// Returns `text`, up to its first null character, as UTF-8; empty if AppendEncodedUtf8() rejects
+/// one of these characters.
 std::string EncodeUtf8(const std::wstring& text);
 
-/// Returns `bytes`, up to the first null byte, as a wide string; empty if they are not valid UTF-8.
+/// Returns `bytes`, up to the first null byte, as a wide string; empty if these bytes are not valid
+/// UTF-8.
 std::wstring DecodeUtf8(const std::string& bytes);
 
 /// The same; returns the empty string for a null pointer.
@@ -39,7 +40,7 @@ inline wchar_t DecodeNextCharacter(const char*& at, const char* end)
 {
     if (static_cast<signed char>(*at) >= 0)
         return *at++;
-    // A copy, so that the callers' `at` may stay in a register.
+    // A copy, so that the caller's `at` may stay in a register.
     const char* next = at;
     const wchar_t character = DecodeNextMultibyteCharacter(next, end);
     at = next;
