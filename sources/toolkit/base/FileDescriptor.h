@@ -21,8 +21,8 @@ public:
     /// or for the release of a lease. On failure, and for a directory, the result is not open.
     static FileDescriptor Open(const std::string& name, int flags, mode_t permissions = 0666);
 
-    /// Opens `name` if it is a regular file, and fails rather than waits. Otherwise the result is
-    /// not open.
+    /// Opens `name` if it is a regular file. Fails instead of waiting. On failure, and for any
+    /// other kind of file, the result is not open.
     static FileDescriptor OpenRegular(const std::string& name, int flags,
                                       mode_t permissions = 0666);
 

@@ -21,6 +21,7 @@ struct ForkLocks {
 /// calls do nothing.
 void PrepareForks();
 
+// What CountForks() returns; each forked child increments its own copy.
 extern std::atomic<unsigned int> s_forks;
 
 /// Returns the number of forks between the process that loaded the library and this one. An object

@@ -9,8 +9,9 @@
 namespace Toolkit::Base {
 
 /// Reads the number at the beginning of `text`, after any white space. If there is none, `value` is
-/// unchanged. A number out of range yields the nearest limit of the type. In an unsigned type, "-1"
-/// wraps around to the maximum; a negative number with too many digits yields the maximum, too.
+/// unchanged. A number out of range yields the nearest limit of the type. A negative number wraps
+/// around in an unsigned type, so that "-1" yields the maximum; if its magnitude is out of range,
+/// it yields the maximum, too.
 ///
 /// Defined for char and wchar_t, and for the types int, unsigned int, long long, unsigned long long
 /// and double. Only reading a double may throw `std::bad_alloc`.
@@ -19,8 +20,8 @@ void ParseNumber(std::basic_string_view<Char> text, Number& value);
 
 /// A number formatted as a string, which is stored in the object.
 ///
-/// Integers are plain digits, after a minus sign if negative. Floating-point numbers look as with
-/// the conversion "%g" of printf(): at most six significant digits.
+/// Integers are plain digits, after a minus sign if negative. Floating-point numbers are formatted
+/// like printf's "%g": at most six significant digits.
 template <typename Char>
 class FormattedNumber {
 public:

@@ -3,7 +3,8 @@
 #include "toolkit/base/OutOfMemory.h"
 
 // Creates, returns and releases a process-wide object. A static member of its class points to a
-// `smart_ptr` on the heap. Copies of the `smart_ptr` keep the object alive after its release.
+// `smart_ptr` on the heap. Copies of the `smart_ptr` keep the object alive after
+// ReleaseSingleton(). The functions do not synchronize threads.
 namespace Toolkit::Base {
 
 /// Stores the object that `create` returns, unless one exists. Stores nothing when out of memory.

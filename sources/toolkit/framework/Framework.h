@@ -8,9 +8,9 @@ namespace Toolkit::Framework {
 /// second start would replace.
 bool Start();
 
-/// Undoes one successful start; the last call shuts wxWidgets down. Any other thread than that of
-/// the first start only counts the call: the next Start(), or the next Stop() on the thread of the
-/// first start, makes up for it.
+/// Undoes one successful start; the last call shuts wxWidgets down. On any other thread than that
+/// of the first start, the call is only counted: the next Start(), or the next Stop() on the thread
+/// of the first start, makes up for it.
 void Stop();
 
 /// Whether wxWidgets is started, by the library or by the program.
