@@ -61,8 +61,9 @@ TEST_F(FileLockTest, IsHeldWhileAnotherThreadReleasesIt)
 {
     std::atomic<bool> stop{false};
     std::thread other([&] {
-        while (!stop)
-            Lock();
+        while (!stop) {
+            const FileLock lock = Lock();
+        }
     });
     int failures = 0;
     for (int i = 0; i < 2000; ++i)

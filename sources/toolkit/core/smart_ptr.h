@@ -57,8 +57,8 @@ public:
     /// own destructor makes and drops never bring it back to 1.
     static constexpr std::int32_t c_released = std::numeric_limits<std::int32_t>::min() / 2;
 
-    /// The count of a block that is never freed. Far from 1, since two modules of a process may
-    /// share the block, and each of them constructs it.
+    /// The count of a block that is never freed. Far from 1, because two modules of a process may
+    /// share the block: then both construct it, which resets the count.
     static constexpr std::int32_t c_forEver = std::numeric_limits<std::int32_t>::max() / 2;
 
     std::atomic<std::int32_t> count;
