@@ -443,6 +443,15 @@ TEST_F(DateTimeTest, IsInvalidWhenDurationsLeadOutOfRange)
     EXPECT_FALSE(date.IsValid());
 }
 
+TEST_F(DateTimeTest, IsInvalidWhenAShiftLeadsOutOfRange)
+{
+    DateTime date(292278993u, 12, 31, 23, 59, 59);
+    date.Add(228 * 24 + 8, 12, 56);
+
+    EXPECT_EQ(ToUtcIso(date), L"292278994-08-17 07:12:55 Z");
+    EXPECT_FALSE(date.MakeFromUTC().IsValid());
+}
+
 TEST_F(DateTimeTest, ReturnsDifferencesInWholeUnits)
 {
     DateTime later(m_march);

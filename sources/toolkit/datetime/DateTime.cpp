@@ -50,9 +50,11 @@ wxDateTime FromMs(long long ms)
     return wxDateTime(wxLongLong(ms));
 }
 
-wxDateTime FromSeconds(long long seconds)
+// Returns an invalid date if it is after the last moment.
+wxDateTime FromSeconds(long long seconds, long long ms = 0)
 {
-    return FromMs(seconds * c_msPerSecond);
+    return seconds <= (c_lastMs - ms) / c_msPerSecond ? FromMs(seconds * c_msPerSecond + ms)
+                                                      : wxDateTime();
 }
 
 // Returns zeros for an invalid date.
@@ -229,16 +231,14 @@ bool DateTime::IsValid() const
 DateTime& DateTime::MakeToUTC()
 {
     if (IsValid())
-        Set(FromMs(ToSecondsFromLocal(GetFields(Value(), true)) * c_msPerSecond +
-                   GetMsOfSecond(Value())));
+        Set(FromSeconds(ToSecondsFromLocal(GetFields(Value(), true)), GetMsOfSecond(Value())));
     return *this;
 }
 
 DateTime& DateTime::MakeFromUTC()
 {
     if (IsValid())
-        Set(FromMs(ToSecondsFromUtc(GetFields(Value(), false)) * c_msPerSecond +
-                   GetMsOfSecond(Value())));
+        Set(FromSeconds(ToSecondsFromUtc(GetFields(Value(), false)), GetMsOfSecond(Value())));
     return *this;
 }
 
@@ -363,7 +363,7 @@ DateTime& DateTime::AddSpan(long long months, long long days)
         return *this;
     const long long ms = GetMsOfSecond(Value());
     CalendarTime fields = GetFields(Value(), false);
-    Set(MoveDate(fields, months, days) ? FromMs(ToSecondsFromLocal(fields) * c_msPerSecond + ms)
+    Set(MoveDate(fields, months, days) ? FromSeconds(ToSecondsFromLocal(fields), ms)
                                        : wxDateTime());
     return *this;
 }

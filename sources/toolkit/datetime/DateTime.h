@@ -44,6 +44,7 @@ public:
 
     /// MakeToUTC() shifts the moment so that its local time reads what UTC read before;
     /// MakeFromUTC() reverses that. A local time that daylight saving skips is moved forward.
+    /// A moment that cannot be represented is invalid.
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
