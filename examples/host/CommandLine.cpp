@@ -8,7 +8,9 @@ using HostPlugIn::Option;
 
 namespace {
 
-constexpr Option c_hostOptions[] = {{L"from", Option::Path, false}, {L"out", Option::Path, true}};
+// The options that every command has. "-from" comes first because the constructor completes the
+// options in this order, and needs the value of "-from" to make other paths absolute.
+constexpr Option c_commonOptions[] = {{L"from", Option::Path, false}, {L"out", Option::Path, true}};
 
 bool IsAbsolute(const Text& path)
 {
@@ -20,13 +22,14 @@ bool IsAbsolute(const Text& path)
 bool AppendToken(Text& line, const Text& token)
 {
     const Text& quote = CmdLineParser::c_strDelimiters;
-    const bool isQuoted = token.empty() ||
-                          token.find_first_of(CmdLineParser::c_strSeparators) != Text::npos ||
-                          token.substr(0, 1) == quote;
-    if (isQuoted && token.find(quote) != Text::npos)
+    const bool needsQuotes = token.empty() ||
+                             token.find_first_of(CmdLineParser::c_strSeparators) != Text::npos ||
+                             token.substr(0, 1) == quote;
+    if (needsQuotes && token.find(quote) != Text::npos)
         return false;
-    line += line.empty() ? L"" : L" ";
-    line += isQuoted ? Text(quote + token + quote) : token;
+    if (!line.empty())
+        line += L" ";
+    line += needsQuotes ? Text(quote + token + quote) : token;
     return true;
 }
 
@@ -41,14 +44,14 @@ Text GetCommandWord(const Text& line)
 
 CommandLine::CommandLine(const HostPlugIn::Command& command, const Text& line) : m_parser(line)
 {
-    for (const Option& option : c_hostOptions)
+    for (const Option& option : c_commonOptions)
         AddOption(option);
     for (std::size_t i = 0; i < command.optionCount; ++i)
         AddOption(command.options[i]);
     m_parser.Parse();
     if (command.run)
         RejectUnknownOptions(line);
-    for (const Option& option : c_hostOptions)
+    for (const Option& option : c_commonOptions)
         Complete(option);
     for (std::size_t i = 0; i < command.optionCount; ++i)
         Complete(command.options[i]);
@@ -74,8 +77,8 @@ void CommandLine::AddOption(const Option& option)
     m_parser.AddOption(added);
 }
 
-// The parser ignores unknown options. Only the serving host calls this: a start that hands its line
-// over does not know the options of the commands.
+// The parser ignores unknown options. Called only if the command's own options are known: a process
+// that hands its line over does not load the plug-ins.
 void CommandLine::RejectUnknownOptions(const Text& line)
 {
     std::vector<Text> words;
@@ -87,14 +90,13 @@ void CommandLine::RejectUnknownOptions(const Text& line)
     }
 }
 
-// Checks that a required option has a value, and makes paths absolute. "-from", to which they are
-// relative, is the first option completed.
+// Checks that a required option has a value, and makes a path absolute.
 void CommandLine::Complete(const Option& option)
 {
     const smart_ptr<CmdLineOption> parsed = m_options[option.name];
     const Text value = parsed->GetValue();
     if (option.isRequired && value.empty())
-        m_error = Text(L"the option -") + option.name + L" is missing, or its value is";
+        m_error = Text(L"the option -") + option.name + L" or its value is missing";
     if (option.kind != Option::Path || value.empty() || IsAbsolute(value))
         return;
     Text path;

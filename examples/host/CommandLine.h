@@ -6,8 +6,9 @@
 #include "PlugIn.h"
 #include "Terminal.h"
 
-/// Appends `token` to a line, quoted if necessary, so that `CmdLineParser::Tokenize` returns it as
-/// one token. False if the token begins with a quote, or contains both quotes and spaces.
+/// Appends `token` to `line`, quoted if necessary, so that `CmdLineParser::Tokenize` returns it as
+/// one token. False, with `line` unchanged, if `token` begins with a quote, or contains both a
+/// quote and a space or tab.
 bool AppendToken(Text& line, const Text& token);
 
 /// Returns the first word of a line; empty if the line begins with an option.
@@ -17,12 +18,15 @@ Text GetCommandWord(const Text& line);
 /// "-out", the file for the result, and "-from", the directory in which the line was typed.
 class CommandLine {
 public:
+    /// Parses `line`. Unknown options are errors only if `command.run` is set: otherwise the
+    /// command's own options are not known.
     CommandLine(const HostPlugIn::Command& command, const Text& line);
 
     /// Returns why the command line is invalid; empty if it is valid.
     const Text& GetError() const { return m_error; }
 
     bool IsDefined(const Text& option) const;
+    /// Empty if the option has no value.
     const Text& GetValue(const Text& option) const;
 
 private:

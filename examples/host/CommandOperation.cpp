@@ -10,10 +10,10 @@ using namespace Toolkit;
 
 namespace {
 
-// The shortest time between two displays of progress. 100 % is always shown.
+// Minimum time between two displays of progress. 100 % is always shown.
 constexpr unsigned int c_progressIntervalMs = 200;
 
-// Stands in for an unknown command, and has no options of its own.
+// Used instead of an unknown command. It has no options of its own.
 constexpr HostPlugIn::Command c_noCommand{};
 
 Text ToText(unsigned long long value)
@@ -37,7 +37,7 @@ void CommandOperation::Perform()
     const unsigned int beginTicks = GetTickCount();
     SendOperationStarted();
     if (!RunCommand() || !StoreResult()) {
-        Fail(L"it does not say why");
+        Fail(L"no reason given"); // counts only if the command has set no message
         m_result.Discard();
     }
     m_outcome = HasSucceeded()

@@ -10,19 +10,19 @@
 /// One run of a plug-in's command: parses the command line, runs the command and stores the result.
 class CommandOperation : public Toolkit::BackgroundOperation, private HostPlugIn::CommandRun {
 public:
-    /// The command stops early when `isCancelled` becomes true. `command` is null for a line that
-    /// names none.
+    /// The command stops early when `isCancelled` becomes true. `command` is null if no plug-in has
+    /// the command that `line` names.
     CommandOperation(unsigned int id, const Text& line, const HostPlugIn::Command* command,
                      const std::atomic<bool>& isCancelled);
 
-    /// Does the whole run on the calling thread, and notifies the listeners of its start and end.
+    /// Runs the command on the calling thread. Notifies the listeners of the start and the end.
     void Perform();
 
-    /// Discards what has been written so far, so that the command fails. Any thread may call it.
+    /// Discards the unfinished result, so that the command fails. Any thread may call it.
     void Abandon() { m_result.Discard(); }
 
     const Text& GetLine() const { return m_line; }
-    /// The number and the name of the command, for messages.
+    /// The number and name of the command, such as "1 list", for messages.
     Text GetTitle() const;
     /// The outcome in words; empty until the command has ended.
     const Text& GetOutcome() const { return m_outcome; }

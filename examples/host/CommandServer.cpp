@@ -50,7 +50,7 @@ private:
 /// Runs one command on a thread of its own.
 class CommandWorker : public Thread {
 public:
-    /// After the command has ended, the event loop calls `onEnded` on its thread.
+    /// When the command has ended, calls `onEnded` on the thread of the event loop.
     CommandWorker(unsigned int id, const Text& line, const HostPlugIn::Command* command,
                   const std::atomic<bool>& isCancelled, std::function<void()> onEnded)
         : m_operation(id, line, command, isCancelled)
@@ -99,8 +99,8 @@ private:
     CommandServer& m_server;
 };
 
-// Removes the socket when the host begins to stop. Clients that are connected then have 200 ms to
-// send their lines.
+// Removes the socket when the host begins to stop. Clients that are already connected have 200 ms
+// to send their lines.
 class CommandServer::GracePeriod : public wxTimer {
 public:
     explicit GracePeriod(CommandServer& server) : m_server(server)
@@ -153,11 +153,11 @@ CommandServer::ServeResult CommandServer::Run()
 
 void CommandServer::Receive(const Text& line)
 {
-    // Far more than a command needs, far less than IPC allows.
+    // Far more than a command needs, and far less than IPCServer allows.
     constexpr std::size_t maxLineLength = 1 << 20;
 
     if (line.size() > maxLineLength)
-        Fail(L"A command has at most 1,048,576 characters");
+        Fail(L"A command was ignored: it has more than 1,048,576 characters");
     else if (line == c_quit)
         Stop(ServeResult::Quit);
     else if (line == c_restart)
@@ -214,7 +214,7 @@ void CommandServer::OnCommandEnded()
 }
 
 // Neither killing the thread nor unloading the plug-in is safe while the plug-in's code runs. So
-// this removes the incomplete result, closes the log and ends the process.
+// this discards the incomplete result, closes the log and ends the process.
 void CommandServer::ExitWithoutWaiting()
 {
     if (!m_worker)

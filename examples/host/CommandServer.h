@@ -14,6 +14,7 @@ class CommandWorker;
 /// needed. The queue of commands is unlimited.
 class CommandServer {
 public:
+    /// `Failed` if the host cannot listen at its socket; `Quit` after -quit or a signal.
     enum class ServeResult { Failed, Quit, Restart };
 
     explicit CommandServer(const PlugIns& plugIns);
@@ -22,9 +23,9 @@ public:
     CommandServer(const CommandServer&) = delete;
     CommandServer& operator=(const CommandServer&) = delete;
 
-    /// Serves until the host is started with -quit or -restart, which lets all earlier commands
-    /// finish, or until SIGINT, SIGTERM or SIGHUP, which cancels the running command and the queued
-    /// ones. If the running command does not stop within 3 seconds, the process exits anyway.
+    /// Serves until another host sends -quit or -restart, and then lets all queued commands finish.
+    /// SIGINT, SIGTERM and SIGHUP cancel the running command and the queued ones instead. If the
+    /// running command does not stop within 3 seconds, the process exits anyway.
     ServeResult Run();
 
 private:

@@ -22,6 +22,6 @@ enum class HandOverResult {
 /// Sends `line` to the serving host. If another host is running but not serving, waits up to 15
 /// seconds: it may be starting or stopping.
 ///
-/// A host that accepts the line counts even if the single-instance lock is free: nobody can acquire
-/// that lock in a read-only home directory.
+/// Tries to connect before it checks the single-instance lock: in a read-only home directory, a
+/// serving host may not have been able to create the lock file.
 HandOverResult SendToServingHost(const Text& line);

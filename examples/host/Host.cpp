@@ -1,10 +1,10 @@
 // A console program built on Toolkit. It starts the library, reads its settings, logs to a file,
 // loads plug-ins, searches a text on a worker thread, and stops.
 //
-// With -serve it keeps running instead, and runs the plug-ins' commands that hosts started later
-// hand over to it. Such a host exits as soon as the serving host has its line. The serving host
-// reports the outcome of each command; the result file appears when it is complete. Usage.cpp lists
-// all options.
+// With -serve it searches nothing and keeps running. A host that is started later with a command of
+// a plug-in hands its command line over to the serving host and exits. The serving host runs the
+// command and reports the outcome; the result file appears when it is complete. Usage.cpp lists all
+// options.
 
 #include <wx/log.h>
 #include <wx/utils.h>
@@ -29,8 +29,8 @@ using namespace Toolkit;
 
 namespace {
 
-// What the host does when the library starts and stops. It starts after the library's own module
-// and stops before it, so both operations may use paths, versions and the log.
+// What the host does when the library starts and stops. This module starts after the library's own
+// and stops before it, so both functions may use paths, versions and the log.
 class HostModule : public LibModule {
 public:
     void Initialize() override
@@ -116,7 +116,7 @@ int SearchText(const Options& options, const IniFile& settings, const Text& sett
 {
     const Text textName = settings.GetValue(L"Text", L"file", Text::Empty());
     if (textName.empty())
-        return Fail(L"The settings name no text: [Text] file is missing in " + settingsPath);
+        return Fail(L"No text to search: [Text] file is missing in " + settingsPath);
     const Text wanted = settings.GetValue(L"Text", L"find", Text::Empty());
     return Search(ResolveBesideSettings(settingsPath, textName), options.GetValue(L"find", wanted),
                   options.IsDefined(L"quiet"));
@@ -130,7 +130,7 @@ int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
     case CommandServer::ServeResult::Quit:
         return EXIT_SUCCESS;
     case CommandServer::ServeResult::Restart:
-        return BeginRestart(startLine) ? EXIT_SUCCESS : Fail(L"The host cannot be restarted.");
+        return BeginRestart(startLine) ? EXIT_SUCCESS : Fail(L"Cannot restart the host.");
     case CommandServer::ServeResult::Failed:
         break;
     }
@@ -167,7 +167,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
                              : Serve(plugIns, startLine, options.IsDefined(L"restart"));
 }
 
-// Reports whether the line was sent. The serving host reports the outcome of the command.
+// Reports whether the serving host has received the line. That host reports how the command ends.
 int Report(HandOverResult result)
 {
     switch (result) {
@@ -223,7 +223,7 @@ int RestartServer(PlugIns& plugIns)
     return Run(Options(SplitLine(line + L" " + c_restart)), plugIns, line);
 }
 
-// Starts in the mode that the options select; `line` is the same command line.
+// Starts in the mode that the options select. `line` holds the same options as one string.
 int StartSelectedMode(const Options& options, const Text& line, PlugIns& plugIns)
 {
     if (options.IsDefined(L"serve"))
@@ -251,7 +251,7 @@ int Start(const std::vector<Text>& words, PlugIns& plugIns)
     if (!options.GetError().empty())
         return ComplainWithUsage(options.GetError());
     if ((isCommand || options.IsDefined(L"serve")) && !isComplete)
-        return Fail(L"No argument may hold both spaces and quotes.");
+        return Fail(L"No argument may begin with a quote, or contain both spaces and quotes.");
     return isCommand ? HandOverCommand(line) : StartSelectedMode(options, line, plugIns);
 }
 
@@ -269,7 +269,7 @@ int main(int argc, char** argv)
     for (int i = 1; i < argc; ++i)
         words.push_back(UTF8::ToUNICODE(argv[i]));
     const int exitCode = Start(words, plugIns);
-    // Keeps the single-instance lock until the log is complete, because the next host empties it.
+    // Keeps the single-instance lock until the log is complete: the next host overwrites the log.
     const smart_ptr<SingleApplicationInstance> instance = SingleApplicationInstance::GetInstance();
     modules->Release(true);
     modules->Unregister(&hostModule);

@@ -9,7 +9,7 @@ namespace {
 
 struct OptionForm {
     const wchar_t* name;
-    bool hasValue;
+    bool takesValue;
 };
 constexpr OptionForm c_options[] = {{L"config", true},   {L"find", true},   {L"h", false},
                                     {L"help", false},    {L"level", true},  {L"-help", false},
@@ -61,7 +61,7 @@ Text Options::FindError(const std::vector<Text>& words) const
                          [&](const OptionForm& f) { return word->substr(1) == f.name; });
         if (form == std::end(c_options))
             return L"there is no option " + *word;
-        if (!form->hasValue)
+        if (!form->takesValue)
             continue;
         if (std::next(word) == words.end() || IsOption(*std::next(word)))
             return L"the option " + *word + L" needs a value";

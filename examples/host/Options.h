@@ -11,8 +11,8 @@ class Options {
 public:
     explicit Options(const std::vector<Text>& words);
 
-    /// Returns the error in the words; empty if there is none. The library's parser ignores unknown
-    /// options, which is no help to a user who has mistyped one.
+    /// Returns why the words are invalid; empty if they are valid. The library's parser reports no
+    /// errors: it would ignore a mistyped option.
     const Text& GetError() const { return m_error; }
 
     bool IsDefined(const Text& name) const { return m_options.at(name)->IsDefined(); }

@@ -17,7 +17,7 @@ using GetPlugIn = decltype(&GetHostPlugIn);
 Text DescribeVersionMismatch(unsigned int version)
 {
     return L"it has version " + StringConvert::UStringFromUint32(version) +
-           L" of the interface, the host version " +
+           L" of the interface, but the host has version " +
            StringConvert::UStringFromUint32(HostPlugIn::c_interfaceVersion);
 }
 
@@ -39,7 +39,7 @@ void PlugIns::Load(const Text& folder)
         PathManager::AppendPath(path, folder, name);
         const Text error = LoadLibrary(path);
         if (!error.empty())
-            Fail(L"The plug-in " + path + L" is left out: " + error);
+            Fail(L"Skipped the plug-in " + path + L": " + error);
     }
 }
 
@@ -93,7 +93,7 @@ Text PlugIns::FindError(const PlugIn* plugIn) const
         return plugIn->failure;
     for (std::size_t i = 0; i < plugIn->commandCount; ++i) {
         if (FindCommand(plugIn->commands[i].name))
-            return Text(L"another one has its command ") + plugIn->commands[i].name;
+            return Text(L"another plug-in has the command ") + plugIn->commands[i].name;
     }
     return Text();
 }

@@ -16,8 +16,8 @@ public:
     PlugIns(const PlugIns&) = delete;
     PlugIns& operator=(const PlugIns&) = delete;
 
-    /// Loads every library in `folder`, in the order of their names. An unusable one is unloaded
-    /// again, and the reason is printed and logged.
+    /// Loads every "*.so" in `folder`, in the order of their names. Skips unusable files, and
+    /// prints and logs the reason.
     void Load(const Text& folder);
 
     /// Returns the command called `name`; null if no plug-in has it.

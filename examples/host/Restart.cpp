@@ -36,7 +36,8 @@ Text ReadSavedLine()
     return file.Open(GetSavedLinePath()) ? file.GetFirstLine() : Text(c_serve);
 }
 
-// SendToServingHost() has already waited until the old process released the single-instance lock.
+// Neither call waits on the supported systems. SendToServingHost() has already waited until the old
+// process released the single-instance lock.
 void FinishRestart()
 {
     const smart_ptr<RestartManagment> restart = RestartManagment::GetInstance();

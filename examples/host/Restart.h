@@ -5,7 +5,8 @@
 // Restarts the host: the new process gets only "-restart" on its command line, and reads the old
 // command line from a file in the data folder.
 
-/// Saves the line and starts the new process; false if either fails.
+/// Saves the line and starts the new process. False if the line cannot be saved or memory runs out;
+/// a process that fails to start goes unnoticed.
 bool BeginRestart(const Text& startLine);
 
 /// Called in the new process. Returns the saved line; "-serve" if it cannot be read.

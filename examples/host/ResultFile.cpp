@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t c_permissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-// Called while the process has only one thread: the umask can be read only by changing it.
+// Runs before main(), while the process has only one thread: reading the umask means changing it.
 mode_t ReadUmask()
 {
     const mode_t mask = ::umask(0);
@@ -23,8 +23,9 @@ mode_t ReadUmask()
 
 const mode_t c_umask = ReadUmask();
 
-// Gives a replacement the group and the permissions of the old file. If the group cannot be set,
-// the file gets no group permissions. A new file gets those that the umask allows.
+// Gives a replacement the group and the permissions of the old file, but no permissions for the
+// group if that cannot be set. Gives a file that replaces none the permissions that the umask
+// allows.
 bool AdoptPermissions(int descriptor, const struct stat& replaced)
 {
     if (replaced.st_nlink == 0)
@@ -84,7 +85,7 @@ void ResultFile::Discard()
     m_temporaryPath.clear();
 }
 
-// False if the path must not be written. Examines a link itself, not what it points to.
+// False if the path must not be written to. Examines a link itself, not what it points to.
 bool ResultFile::CheckTarget()
 {
     if (::lstat(m_path.c_str(), &m_replaced) != 0) {
@@ -98,7 +99,7 @@ bool ResultFile::CheckTarget()
     return m_replaced.st_uid == ::geteuid() || Fail(L"it belongs to another user");
 }
 
-// mkostemp() chooses a name that nobody else can have guessed, and creates the file itself.
+// mkostemp() chooses a name that cannot be guessed, and fails instead of following a link.
 bool ResultFile::Create()
 {
     const MutexLocker locker(m_lock, MutexInternal::Infinite);

@@ -11,8 +11,8 @@
 /// A file that appears only when it is complete: it is written under a temporary name in the same
 /// directory and then renamed. An older file of that name stays until then.
 ///
-/// Other users may be able to write to the directory. A file of this user is replaced and its
-/// permissions are kept; a link, a pipe, a device or another user's file is refused.
+/// The directory may be one that other users can write to, such as /tmp. A file of this user is
+/// replaced and keeps its permissions; a link, a pipe, a device or another user's file is refused.
 class ResultFile {
 public:
     explicit ResultFile(const Text& path);
@@ -21,7 +21,8 @@ public:
     ResultFile(const ResultFile&) = delete;
     ResultFile& operator=(const ResultFile&) = delete;
 
-    /// Open, write and complete the file. False if it cannot be written; GetError() returns why.
+    /// Open, write and complete the file, in this order. On failure they return false, and
+    /// GetError() returns the reason.
     bool Open();
     bool Write(const char* bytes, std::size_t count);
     bool Commit();
@@ -32,6 +33,7 @@ public:
     /// thread may call it while another one is writing; the writer's Commit() then returns false.
     void Discard();
 
+    /// The number of bytes passed to Write().
     unsigned long long GetSize() const { return m_size; }
 
 private:

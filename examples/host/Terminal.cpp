@@ -90,7 +90,7 @@ void PrintRow(Text label, const Text& value)
 {
     constexpr std::size_t labelWidth = 24;
 
-    label.resize(labelWidth, L' ');
+    label += std::wstring(label.size() < labelWidth ? labelWidth - label.size() : 1, L' ');
     Print(label + value);
 }
 

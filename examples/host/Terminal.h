@@ -4,16 +4,17 @@
 
 using Text = TString<wchar_t>;
 
-// Output for the user. It is UTF-8 whatever the locale, and flushed after each line; lines of
-// several threads do not mix. Characters that a terminal would act on are escaped.
+// Output for the user. It is UTF-8 in every locale and flushed after each line. Lines from
+// different threads do not mix. Characters that a terminal would act on are escaped.
 
 void Print(const Text& line);
 
 /// Prints a row of a two-column table.
 void PrintRow(Text label, const Text& value);
 
-/// Shows that `done` of `total` units are done; a `total` of 0 means that it is unknown. On a
-/// terminal the display is a bar that the next call or line replaces, otherwise a line.
+/// Shows that `done` of `total` units are done; a `total` of 0 means that the total is unknown. On
+/// a terminal, the next call or line replaces what this one shows; elsewhere, each call prints a
+/// line.
 void ShowProgress(const Text& title, unsigned long long done, unsigned long long total,
                   const Text& unit);
 

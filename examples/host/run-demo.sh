@@ -1,6 +1,6 @@
 #!/bin/sh
-# Shows the installed example host: a single run, then four commands sent to a serving host. The
-# input is part of the tree.
+# Shows the installed example host: a single run, then four commands sent to a serving host. Their
+# input is in this repository and in the archive installed with the host.
 #
 #     run-demo.sh <path of the installed host>
 
@@ -13,7 +13,7 @@ server=
 log_lines=16
 result_lines=5
 
-# Leaves no files and no process, however the demo ends.
+# Leaves no files and no process behind, however the demo ends.
 clean_up() {
     [ -z "$server" ] || kill -KILL "$server" 2>/dev/null || true
     rm -rf "$work"
@@ -27,13 +27,13 @@ fail() {
     exit 1
 }
 
-# Waits until a command succeeds, for at most a minute and while the host serves.
+# Repeats a command until it succeeds. Fails after about a minute, or when the serving host has ended.
 await() {
     tries=0
     until "$@" 2>/dev/null; do
         tries=$((tries + 1))
         if [ "$tries" -ge 1200 ] || ! kill -0 "$server" 2>/dev/null; then
-            fail "waited in vain: $*"
+            fail "gave up waiting for: $*"
         fi
         sleep 0.05
     done
@@ -84,9 +84,9 @@ printf '\n$ host -quit\n'
 status=0
 wait "$server" || status=$?
 server=
-[ "$status" -eq 0 ] || fail "the serving host ended with $status"
+[ "$status" -eq 0 ] || fail "the serving host exited with $status"
 socket=$(sed -n 's/^Serving at //p' "$work/server.txt")
-[ ! -e "$socket" ] || fail "$socket is still there"
+[ ! -e "$socket" ] || fail "$socket still exists"
 
 printf '\nOutput of the serving host:\n'
 sed -n '/^Serving at /,$p' "$work/server.txt"

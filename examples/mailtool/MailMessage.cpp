@@ -120,9 +120,9 @@ std::vector<Part> DecodeParts(const Entity& message)
         return {DecodePart(message)};
 
     std::vector<Part> parts;
-    const Utf8 line = "--" + EscapeForPattern(boundary);
-    const RegExp delimiter =
-        MakePattern("(?s)" + line + "\\r?\\n(?<part>.*?)\\r?\\n(?<rest>" + line + ".*)");
+    const Utf8 delimiterLine = "--" + EscapeForPattern(boundary);
+    const RegExp delimiter = MakePattern(
+        "(?s)" + delimiterLine + "\\r?\\n(?<part>.*?)\\r?\\n(?<rest>" + delimiterLine + ".*)");
     Utf8 rest = message.GetBody();
     while (true) {
         const smart_ptr<MatchResult> match = delimiter.Match(rest);
@@ -166,19 +166,19 @@ DateTime ParseDate(const Utf8& field)
     if (!match->Success())
         return DateTime(0, 0, 0, 0, 0, 0);
 
-    const auto number = [&match](const char* group) {
+    const auto parseNumber = [&match](const char* group) {
         unsigned int value = 0;
         StringConvert::ToUint32(GetValue(match, group), value);
         return value;
     };
     const std::size_t month = monthNames.find(GetValue(match, "month")) / 3 + 1;
-    // DateTime knows whole-hour zones only: 07:04 +05:30 becomes 07:34 +06:00.
-    const unsigned int minutes = number("zoneMinutes");
+    // DateTime supports only offsets of whole hours: 07:04 +05:30 becomes 07:34 +06:00.
+    const unsigned int minutes = parseNumber("zoneMinutes");
     const bool isEast = GetValue(match, "sign") == "+";
-    const int hours = static_cast<int>(number("zoneHours"));
+    const int hours = static_cast<int>(parseNumber("zoneHours"));
     const int zone = isEast ? hours + (minutes > 0 ? 1 : 0) : -hours;
-    DateTime date(number("year"), static_cast<unsigned int>(month), number("day"), number("hour"),
-                  number("minute"), number("second"), zone);
+    DateTime date(parseNumber("year"), static_cast<unsigned int>(month), parseNumber("day"),
+                  parseNumber("hour"), parseNumber("minute"), parseNumber("second"), zone);
     return date.Add(0, isEast && minutes > 0 ? 60 - minutes : minutes, 0);
 }
 

@@ -17,10 +17,13 @@ class Entity {
 public:
     explicit Entity(const Utf8& text);
 
-    // Returns the value of a header field, not decoded; empty if there is none.
+    // Returns the value of a header field, not decoded; empty if there is no such field.
     Utf8 GetField(const Utf8& name) const;
 
-    // Returns a parameter, such as the boundary in: Content-Type: multipart/mixed; boundary="x"
+    // Returns a parameter of a field; empty if there is no such parameter. "boundary" is a
+    // parameter of
+    //
+    //     Content-Type: multipart/mixed; boundary="x"
     Utf8 GetParameter(const Utf8& field, const Utf8& name) const;
 
     const Utf8& GetBody() const { return m_body; }
@@ -33,20 +36,21 @@ private:
 // Returns a copy of the bytes.
 std::string ToBytes(const Content& content);
 
-// A part after decoding.
+// A decoded part of a message.
 struct Part {
-    Text type;
-    Text name;
+    Text type; // such as "text/plain"
+    Text name; // of an attached file; may be empty
     Content content;
 };
 
-// Returns the decoded parts of a message; one part if the message has no boundary.
+// Returns the decoded parts of a message; the whole body as one part if the message has no
+// boundary.
 std::vector<Part> DecodeParts(const Entity& message);
 
 // Decodes the encoded words of a header field, such as =?UTF-8?Q?caf=C3=A9?= (RFC 2047).
 Text DecodeWords(Utf8 text);
 
-// Parses a date field such as: Thu, 05 Mar 2009 07:04:09 +0530. Returns an invalid date on failure.
+// Parses a date such as "Thu, 05 Mar 2009 07:04:09 +0530". Returns an invalid date on failure.
 DateTime ParseDate(const Utf8& field);
 
 } // namespace MailTool

@@ -13,7 +13,7 @@ using namespace MailTool;
 
 namespace {
 
-// Prints UTF-8, whatever the locale, and escapes what a terminal would act on.
+// Prints UTF-8 in every locale, and escapes characters that a terminal would act on.
 void Print(const Text& line)
 {
     std::cout << UTF8::ToUTF8(MakeVisible(line)) << '\n';
@@ -34,8 +34,8 @@ bool ReadFile(const Text& path, Utf8& bytes)
     return bytes.empty() || file.Read(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
-// A record is a part's type and name, then its content. A part without content is skipped: an empty
-// content serializes to nothing.
+// Writes each part's type and name as one string, and then its content. Skips parts without
+// content, because empty `Bytes` cannot be read back.
 bool Store(const Text& path, const std::vector<Part>& parts)
 {
     FSOutputSerializer serializer(path);
@@ -49,6 +49,7 @@ bool Store(const Text& path, const std::vector<Part>& parts)
     return true;
 }
 
+// Whether the file contains what Store() writes for these parts.
 bool AreStored(const Text& path, const std::vector<Part>& parts)
 {
     FSInputSerializer serializer(path);

@@ -7,8 +7,7 @@
 /// A regular expression that is compiled once and tried on many lines.
 class LineSearch {
 public:
-    /// Throws a `smart_ptr<RegExpException>` if the pattern is invalid. Matches() throws one if a
-    /// line is not UTF-8 or needs too many steps.
+    /// Throws a `smart_ptr<RegExpException>` if the pattern is invalid.
     explicit LineSearch(const TString<wchar_t>& pattern)
         : m_pattern(pattern, Toolkit::RegExpOptions::None), m_match(new Toolkit::MatchResult())
     {
@@ -16,6 +15,8 @@ public:
         m_pattern.RegExp_compile(m_match);
     }
 
+    /// Throws a `smart_ptr<RegExpException>` if `line` is not UTF-8 or takes too many matching
+    /// steps.
     bool Matches(const TString<char>& line)
     {
         m_match->subject = line;

@@ -28,21 +28,20 @@ constexpr unsigned int c_interfaceVersion = 1;
 /// only until the command returns. Only WriteLine() may throw: `std::bad_alloc`.
 class CommandRun {
 public:
-    /// Whether the option was on the command line. `option` is written as in `Option::name`.
+    /// Whether the option was on the command line. `option` is its `Option::name`.
     virtual bool IsDefined(const wchar_t* option) const noexcept = 0;
 
     /// Returns the value of an option; empty if there is none. Paths are absolute: the host
-    /// resolves relative ones against the directory from which the command was entered.
+    /// resolves relative ones against the directory in which the user entered the command.
     virtual const TString<wchar_t>& GetValue(const wchar_t* option) const noexcept = 0;
 
-    /// Appends bytes to the result, which appears when the command has succeeded. False if they
-    /// cannot be stored: the command has failed and should return.
+    /// Appends bytes to the result; its file appears when the command has succeeded. False if the
+    /// bytes cannot be stored: the command has failed and should return.
     virtual bool Write(const char* bytes, std::size_t count) noexcept = 0;
 
     /// Reports that `done` of `total` units are done; `unit` is their name, such as L"entries". A
     /// `total` of 0 means that the total is unknown. Call it as often as you like: the host shows
-    /// only some of the calls. False if the command was cancelled: it has failed and should return
-    /// soon.
+    /// only some of them. False if the command was cancelled: it has failed and should return soon.
     virtual bool ReportProgress(unsigned long long done, unsigned long long total,
                                 const wchar_t* unit) noexcept = 0;
 
@@ -56,7 +55,7 @@ public:
     ///         return run.Fail(L"cannot read " + path);
     virtual bool Fail(const TString<wchar_t>& message) noexcept = 0;
 
-    /// Appends a line to the result, in UTF-8.
+    /// Appends a line to the result, in UTF-8. Returns what Write() returns.
     bool WriteLine(const TString<wchar_t>& line)
     {
         const TString<char> bytes = Toolkit::UTF8::ToUTF8(line) + '\n';
@@ -121,7 +120,7 @@ bool RunGuarded(CommandRun& run) noexcept
 ///     ArchiveModule s_module;
 ///     const HostPlugIn::ModuleRegistration s_registration(s_module);
 ///
-/// The host has started the library by then, so the module is initialised at once. If its
+/// The host has started the library by then, so the module is initialised immediately. If its
 /// `Initialize()` throws, the message is stored as the plug-in's failure, and the module is not
 /// registered. Uncaught, the exception would reach the dynamic loader and end the host, like one
 /// from the constructor of any other global object.
@@ -143,14 +142,14 @@ public:
         try {
             Toolkit::LibModuleManager::GetInstance()->Unregister(&m_module);
         } catch (...) {
-            // Nobody is left to whom the plug-in could report it.
+            // The plug-in is being unloaded and has no way left to report this.
         }
     }
 
     ModuleRegistration(const ModuleRegistration&) = delete;
     ModuleRegistration& operator=(const ModuleRegistration&) = delete;
 
-    /// For `PlugIn::failure`.
+    /// Returns the value for `PlugIn::failure`; null if the module is registered.
     const wchar_t* GetFailure() const { return m_failure.empty() ? nullptr : m_failure.c_str(); }
 
 private:

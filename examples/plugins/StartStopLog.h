@@ -3,7 +3,7 @@
 #include <toolkit/logging/Log.h>
 #include <toolkit/module/LibModule.h>
 
-/// A module for a plug-in that has nothing to prepare: logs when the plug-in starts and stops.
+/// A module for a plug-in that has nothing to prepare. Logs when it starts and stops.
 class StartStopLog : public Toolkit::LibModule {
 public:
     explicit StartStopLog(const wchar_t* plugIn) : m_plugIn(plugIn) {}

@@ -34,7 +34,7 @@ TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
     std::filesystem::remove(path);
 }
 
-// The program stops before the log's writer thread has opened its file.
+// The program stops right after the log's writer thread has opened the file.
 TEST(HelloTest, StopsCleanlyEachTime)
 {
     const InstalledProgram hello(HELLO_PROGRAM);

@@ -22,6 +22,8 @@ using testing::Not;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
+constexpr std::uint16_t c_encryptedFlag = 1; // of an entry in a Zip archive
+
 // Changes the working directory, which started programs inherit. The destructor restores it.
 class ScopedDirectory {
 public:
@@ -80,11 +82,10 @@ TEST_F(HostCommandsTest, SearchesEntriesWithUnusualContents)
 
 TEST_F(HostCommandsTest, WarnsAboutDamagedAndEncryptedEntries)
 {
-    constexpr std::uint16_t encrypted = 1;
     RawEntry damaged{"damaged", "fog one\nfog two\n"};
     damaged.checksum = 1;
     RawEntry secret{"secret", "fog\n"};
-    secret.flags = encrypted;
+    secret.flags = c_encryptedFlag;
     const std::string archive = Write("odd.zip", RawZip({damaged, secret, {"whole", "fog\n"}}));
     ServingHost host(m_host);
 
@@ -100,7 +101,7 @@ TEST_F(HostCommandsTest, WarnsAboutDamagedAndEncryptedEntries)
 TEST_F(HostCommandsTest, EscapesControlCharactersInEntryNames)
 {
     RawEntry secret{"\x1B]0;evil\x07\n0 1 : 1 : forged", "fog\n"};
-    secret.flags = 1;
+    secret.flags = c_encryptedFlag;
     const std::string archive = Write("odd.zip", RawZip({secret}));
     ServingHost host(m_host);
 
@@ -142,6 +143,7 @@ TEST_F(HostCommandsTest, EncodesAndDecodesInBothEncodings)
         {"decode", "base64", "U2V\r\nhUQ==\n", "SeaQ"},
         {"encode", "quoted-printable", "Möwe = gull\nend", "M=C3=B6we=20=3D=20gull\r\nend"},
         {"decode", "quoted-printable", "M=C3=B6we =\r\n=3D gull \r\n\nend", "Möwe = gull\n\nend"},
+        {"decode", "quoted-printable", "end=\r\n", "end"},
     };
 
     for (const auto& [command, encoding, input, expected] : cases) {
@@ -168,6 +170,7 @@ TEST_F(HostCommandsTest, DecodesWhatItEncoded)
             RunForResult(host, {"encode", "-in", Write("input", input), "-as", encoding});
         EXPECT_THAT(encoded, Not(ContainsRegex("[^\n]{78}")));
         Write("encoded", encoded);
+        // EXPECT_EQ would print all the bytes.
         EXPECT_TRUE(RunForResult(host, {"decode", "-in", File("encoded"), "-as", encoding}) ==
                     input);
     }
@@ -177,11 +180,12 @@ TEST_F(HostCommandsTest, ReportsWhyItFails)
 {
     const std::string text = Write("text", "=XY\n");
     const std::string bytes = Write("bytes", "\xFF\n");
+    const std::string nulls = Write("nulls", std::string("a\0b\n", 4));
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
     const std::pair<Arguments, std::string> cases[] = {
         {{"nothing"}, "there is no such command"},
-        {{"list"}, "the option -archive is missing, or its value is"},
+        {{"list"}, "the option -archive or its value is missing"},
         {{"list", "-archive", archive, "-deep"}, "there is no option -deep"},
         {{"list", "-archive", "/none.zip"}, "there is no archive /none.zip"},
         {{"list", "-archive", text}, text + " is not a readable archive"},
@@ -193,16 +197,18 @@ TEST_F(HostCommandsTest, ReportsWhyItFails)
          bytes + ", line 1: this is not text in UTF-8"},
         {{"decode", "-in", text, "-as", "quoted-printable"},
          text + ", line 1: this is not quoted-printable text"},
+        {{"decode", "-in", nulls, "-as", "quoted-printable"},
+         nulls + ", line 1: this is not quoted-printable text"},
         {{"decode", "-in", bytes, "-as", "base64"}, bytes + " is not Base64"},
         {{"throw-error"}, "thrown by a command"},
         {{"throw-number"}, "an unknown exception was thrown"},
-        {{"fail"}, "it does not say why"}};
+        {{"fail-without-a-reason"}, "no reason given"}};
 
     for (const auto& [arguments, expected] : cases)
         EXPECT_EQ(RunForOutcome(host, arguments), "failed: " + expected);
     EXPECT_THAT(RunForOutcome(host, {"search", "-archive", archive, "-pattern", "("}),
                 HasSubstr(" (@offset: 1) ("));
-    EXPECT_THAT(ListDirectory(), UnorderedElementsAre("text", "bytes", "texts.zip"));
+    EXPECT_THAT(ListDirectory(), UnorderedElementsAre("text", "bytes", "nulls", "texts.zip"));
 }
 
 TEST_F(HostCommandsTest, LogsAFailureAndKeepsTheOldResult)
@@ -254,7 +260,7 @@ TEST_F(HostCommandsTest, WritesAResultToRegularFilesOnly)
     EXPECT_FALSE(std::filesystem::exists(File("none")));
 }
 
-// Another user may create links under names that the host writes temporarily.
+// Another user may create links at names that they guess for the host's temporary file.
 TEST_F(HostCommandsTest, DoesNotFollowALinkAtATemporaryName)
 {
     const std::string archive = WriteArchive();
@@ -311,7 +317,8 @@ TEST_F(HostCommandsTest, DoesNotReplaceAFileOfAnotherUser)
     EXPECT_EQ(ReadWholeFile(File("result")), "theirs");
 }
 
-TEST_F(HostCommandsTest, ReportsAFullDisk)
+// The limit simulates a full disk.
+TEST_F(HostCommandsTest, ReportsThatAResultExceedsTheFileSizeLimit)
 {
     const std::string input = Write("input", std::string(20'000, 'x'));
     const FileSizeLimit limit(16'384);

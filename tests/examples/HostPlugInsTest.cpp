@@ -12,7 +12,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-// Tests a host that loads its plug-ins, shows their commands and ends.
+// Tests a host that loads plug-ins, shows their commands and ends.
 class HostPlugInsTest : public testing::Test {
 protected:
     HostPlugInsTest()
@@ -39,9 +39,17 @@ TEST_F(HostPlugInsTest, ShowsTheCommandsOfAllPlugIns)
             "Command list            sizes and names of the entries of a Zip archive\n"
             "Command search          lines of a Zip archive's entries that match a regular "
             "expression\n"
-            "Command encode          a file in Base64, or a text file in quoted-printable\n"
-            "Command decode          the file that was encoded so\n"
+            "Command encode          a file encoded in Base64, or a text file in quoted-printable\n"
+            "Command decode          the original of an encoded file\n"
             "Command find            lines of a folder's files that match a regular expression\n"));
+}
+
+TEST_F(HostPlugInsTest, ShowsACommandWithALongName)
+{
+    m_host.InstallPlugIn(ODD_COMMANDS_PLUG_IN);
+
+    EXPECT_THAT(m_host.Run({}).output,
+                HasSubstr("\nCommand fail-without-a-reason fails without a reason\n"));
 }
 
 TEST_F(HostPlugInsTest, StartsPlugInsByNameAndStopsThemInReverse)
@@ -64,20 +72,20 @@ TEST_F(HostPlugInsTest, OmitsUnusablePlugInsAndReportsWhy)
 {
     const std::pair<const char*, const char*> cases[] = {
         {NO_FUNCTION_PLUG_IN, "it has no function GetHostPlugIn"},
-        {OTHER_VERSION_PLUG_IN, "it has version 2 of the interface, the host version 1"},
-        {SECOND_LIST_PLUG_IN, "another one has its command list"},
+        {OTHER_VERSION_PLUG_IN, "it has version 2 of the interface, but the host has version 1"},
+        {SECOND_LIST_PLUG_IN, "another plug-in has the command list"},
         {THROWING_MODULE_PLUG_IN, "its module failed to start: no sounding gear"},
         {USELESS_PLUG_IN, "it reports that it is unusable"}};
     m_host.InstallPlugIn(ARCHIVE_PLUG_IN);
-    for (const auto& [library, fault] : cases)
+    for (const auto& [library, error] : cases)
         m_host.InstallPlugIn(library);
 
     const ProgramResult result = m_host.Run({});
 
     EXPECT_EQ(result.exitCode, 0);
-    for (const auto& [library, fault] : cases) {
+    for (const auto& [library, error] : cases) {
         const std::string path = m_host.PlugInsPath() / std::filesystem::path(library).filename();
-        const std::string message = "The plug-in " + path + " is left out: " + fault + "\n";
+        const std::string message = "Skipped the plug-in " + path + ": " + error + "\n";
         EXPECT_THAT(result.errors, HasSubstr("host: " + message));
         EXPECT_THAT(m_host.Log(), HasSubstr(" : " + message));
     }
@@ -89,12 +97,12 @@ TEST_F(HostPlugInsTest, OmitsAFileThatIsNotALibrary)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);
     const std::string path = m_host.PlugInsPath() / "a-text.so";
-    std::ofstream(path) << "This is no library.\n";
+    std::ofstream(path) << "This is not a library.\n";
 
     const ProgramResult result = m_host.Run({});
 
-    EXPECT_EQ(result.errors, "host: The plug-in " + path + " is left out: it cannot be loaded: " +
-                                 path + ": file too short\n");
+    EXPECT_EQ(result.errors, "host: Skipped the plug-in " + path +
+                                 ": it cannot be loaded: " + path + ": file too short\n");
     EXPECT_THAT(result.output, HasSubstr("Command find "));
 }
 
@@ -105,7 +113,7 @@ TEST_F(HostPlugInsTest, OmitsALibraryWithAnUndefinedSymbolAndNamesIt)
 
     const ProgramResult result = m_host.Run({});
 
-    EXPECT_EQ(result.errors, "host: The plug-in " + path + " is left out: it cannot be loaded: " +
+    EXPECT_EQ(result.errors, "host: Skipped the plug-in " + path + ": it cannot be loaded: " +
                                  path + ": undefined symbol: GetTideTable\n");
     EXPECT_THAT(m_host.Log(), HasSubstr("undefined symbol: GetTideTable\n"));
 }
@@ -113,7 +121,7 @@ TEST_F(HostPlugInsTest, OmitsALibraryWithAnUndefinedSymbolAndNamesIt)
 TEST_F(HostPlugInsTest, IgnoresOtherFilesAndFolders)
 {
     m_host.InstallPlugIn(FIND_PLUG_IN);
-    std::ofstream(m_host.PlugInsPath() / "readme.txt") << "This is no library.\n";
+    std::ofstream(m_host.PlugInsPath() / "readme.txt") << "This is not a library.\n";
     std::filesystem::create_directory(m_host.PlugInsPath() / "folder.so");
 
     const ProgramResult result = m_host.Run({});

@@ -39,7 +39,7 @@ void RunInThreads(int count, const std::function<void(int)>& work)
         thread.join();
 }
 
-// Returns the time allowed for something that takes `seconds` at most: longer under a sanitizer.
+// Returns a time limit of `seconds`, or four times as long under a sanitizer.
 std::chrono::seconds GetTimeLimit(int seconds)
 {
 #ifdef TOOLKIT_SANITIZER
@@ -74,12 +74,13 @@ TEST_F(HostServerTest, ReportsCommandsThatCannotBeHandedOver)
     const ProgramResult noFile = m_host.Run({"list"});
     EXPECT_EQ(noFile.exitCode, 2);
     EXPECT_THAT(noFile.errors,
-                testing::StartsWith("host: The command cannot be handed over: the option -out is "
-                                    "missing, or its value is\nusage: host "));
+                testing::StartsWith("host: The command cannot be handed over: the option -out "
+                                    "or its value is missing\nusage: host "));
 
     const ProgramResult quotes = m_host.Run({"find", "-pattern", "a \"b", "-out", "x"});
     EXPECT_EQ(quotes.exitCode, 1);
-    EXPECT_EQ(quotes.errors, "host: No argument may hold both spaces and quotes.\n");
+    EXPECT_EQ(quotes.errors,
+              "host: No argument may begin with a quote, or contain both spaces and quotes.\n");
 }
 
 TEST_F(HostServerTest, FailsWithoutAServingHost)
@@ -132,7 +133,7 @@ TEST_F(HostServerTest, ReplacesAKilledHostWithAReadOnlyHome)
 }
 
 // Sends the longest message that a server accepts.
-bool SendLongMessage(const ServingHost& host)
+bool SendLongestMessage(const ServingHost& host)
 {
     return IPCClient::Connect(UTF8::ToUNICODE(host.Socket()), std::wstring(16 << 20, L'x'));
 }
@@ -142,24 +143,25 @@ TEST_F(HostServerTest, RejectsACommandThatIsTooLong)
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
-    EXPECT_TRUE(SendLongMessage(host));
+    EXPECT_TRUE(SendLongestMessage(host));
 
     EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
               "9\tfolder/two.txt\n19\tone.txt\n");
     Quit(host);
-    EXPECT_THAT(m_host.Log(), HasSubstr("A command has at most 1,048,576 characters"));
+    EXPECT_THAT(m_host.Log(),
+                HasSubstr("A command was ignored: it has more than 1,048,576 characters"));
 }
 
-// Limits the address space of `process`, as `ulimit -v` does, to `spare` bytes more than it uses
-// now.
+// Limits the address space of `process`, as `ulimit -v` does, to what it uses now and `spareBytes`
+// more.
 class ScopedMemoryLimit {
 public:
-    ScopedMemoryLimit(pid_t process, rlim_t spare) : m_process(process)
+    ScopedMemoryLimit(pid_t process, rlim_t spareBytes) : m_process(process)
     {
         std::ifstream statm("/proc/" + std::to_string(process) + "/statm");
         rlim_t pages = 0;
         statm >> pages;
-        Set(pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + spare);
+        Set(pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + spareBytes);
     }
     ~ScopedMemoryLimit() { Set(RLIM_INFINITY); }
 
@@ -179,12 +181,12 @@ private:
 TEST_F(HostServerTest, SurvivesAMessageThatDoesNotFitIntoMemory)
 {
 #ifdef TOOLKIT_SANITIZER
-    GTEST_SKIP() << "the sanitizer's own memory is limited too, and ends the process";
+    GTEST_SKIP() << "the limit also applies to the sanitizer's own memory, so the process ends";
 #endif
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
 
-    // Waits until the event loop runs: wxWidgets cannot start one without memory.
+    // Waits until the event loop runs: wxWidgets could not start it under the limit.
     RunForResult(host, {"list", "-archive", archive});
 
     for (const rlim_t mebibytes :
@@ -192,7 +194,7 @@ TEST_F(HostServerTest, SurvivesAMessageThatDoesNotFitIntoMemory)
         SCOPED_TRACE(mebibytes);
         {
             const ScopedMemoryLimit limit(host.ProcessId(), mebibytes << 20);
-            SendLongMessage(host);
+            SendLongestMessage(host);
         }
         ASSERT_EQ(RunForResult(host, {"list", "-archive", archive}),
                   "9\tfolder/two.txt\n19\tone.txt\n");
@@ -200,7 +202,7 @@ TEST_F(HostServerTest, SurvivesAMessageThatDoesNotFitIntoMemory)
     Quit(host);
 }
 
-// The test locks the second log, as another host running beside the serving one would.
+// The test holds a lock on the second log, like a second host that is still running.
 TEST_F(HostServerTest, ReportsTheSeparateLogOfAThirdHost)
 {
     Write("notes.txt", "clear\n");
@@ -253,8 +255,8 @@ TEST_F(HostServerTest, RunsEachOfManyConcurrentCommands)
                 AllOf(HasSubstr(" : 200 search: done in "), Not(HasSubstr("failed"))));
 }
 
-// Some commands reach the host while it ends. It still runs each one that was reported as handed
-// over.
+// Some commands reach the host while it is ending. It still runs each one that was reported as
+// handed over.
 TEST_F(HostServerTest, RunsEachHandedOverCommandWhileEnding)
 {
     constexpr int processes = 8;
@@ -263,7 +265,7 @@ TEST_F(HostServerTest, RunsEachHandedOverCommandWhileEnding)
     std::vector<std::vector<std::string>> results(processes);
 
     RunInThreads(processes + 1, [&](int process) {
-        if (process == processes) {
+        if (process == processes) { // the additional thread, which ends the host
             host.AwaitLine("20 list: done");
             EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
             host.AwaitRest();
@@ -391,7 +393,7 @@ TEST_F(HostServerTest, ReplacesAKilledHost)
     EXPECT_FALSE(std::filesystem::exists(next.Socket()));
 }
 
-TEST_F(HostServerTest, CancelsTheRunningCommandAndStopsAtASignal)
+TEST_F(HostServerTest, CancelsTheRunningCommandAndStopsOnASignal)
 {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ServingHost host(m_host);
@@ -430,7 +432,7 @@ TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalDespiteABusyCommand)
             "Fail : 1 wait-blindly: did not stop in time; the host ends without waiting for it\n"));
 }
 
-TEST_F(HostServerTest, EndsAtOnceAtASecondSignal)
+TEST_F(HostServerTest, EndsImmediatelyOnASecondSignal)
 {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         ServingHost host(m_host);
@@ -458,7 +460,7 @@ TEST_F(HostServerTest, KeepsIgnoringASignalIgnoredAtTheStart)
     Quit(host);
 }
 
-TEST_F(HostServerTest, CancelsWaitingCommandsAtASignal)
+TEST_F(HostServerTest, CancelsQueuedCommandsOnASignal)
 {
     ServingHost host(m_host);
     HandOver({"wait", "-until", File("never")});

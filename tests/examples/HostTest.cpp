@@ -204,13 +204,13 @@ TEST_F(HostTest, ShowsTheUsageForAnInvalidCommandLine)
         {{"-quiet", "stray"}, "\"stray\" is neither an option nor the value of one"},
         {{""}, "\"\" is neither an option nor the value of one"}};
 
-    for (const auto& [arguments, fault] : cases) {
-        SCOPED_TRACE(fault);
+    for (const auto& [arguments, error] : cases) {
+        SCOPED_TRACE(error);
         const ProgramResult result = m_host.Run(arguments);
         EXPECT_EQ(result.exitCode, 2);
         EXPECT_EQ(result.output, "");
         EXPECT_THAT(result.errors,
-                    testing::StartsWith("host: " + std::string(fault) + "\nusage: host "));
+                    testing::StartsWith("host: " + std::string(error) + "\nusage: host "));
     }
 }
 
@@ -276,7 +276,7 @@ TEST_F(HostTest, FailsWhenTheSettingsDoNotNameAText)
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.errors,
-              "host: The settings name no text: [Text] file is missing in " + settings + "\n");
+              "host: No text to search: [Text] file is missing in " + settings + "\n");
 }
 
 TEST_F(HostTest, ShowsNonAsciiNamesInTheCLocale)

@@ -18,7 +18,8 @@ using Arguments = std::vector<std::string>;
 /// What the host prints after it has handed its command line to a serving host.
 constexpr const char* c_handedOver = "Handed over to the serving host.\n";
 
-/// An installed host with all plug-ins, and a directory for what their commands read and write.
+/// Tests commands of an installed host that has all plug-ins, with a directory for the files that
+/// the commands read and write.
 class HostWithPlugIns : public testing::Test {
 protected:
     HostWithPlugIns()
@@ -38,8 +39,8 @@ protected:
         return File(name);
     }
 
-    /// Writes an archive of two files with three lines that contain "fog" in either case. The last
-    /// line of one.txt has no line end.
+    /// Writes an archive of two files. Three of their lines contain "fog", one of them as "Fog".
+    /// The last line of one.txt has no line end.
     std::string WriteArchive() const
     {
         const std::string path = File("texts.zip");
@@ -74,6 +75,7 @@ protected:
         return host.AwaitOutcome(std::to_string(++m_commandCount) + " " + arguments[0]);
     }
 
+    /// Makes the serving host quit, and waits until it has ended.
     void Quit(ServingHost& host) const
     {
         EXPECT_EQ(m_host.Run({"-quit"}).output, c_handedOver);

@@ -31,6 +31,7 @@ public:
         std::filesystem::remove(LogPath(), ignored);
     }
 
+    /// The name of the copy, which is also the name of the prefix in the temporary directory.
     std::string Name() const { return m_prefix.Path().filename(); }
     std::filesystem::path ConfigurationPath() const
     {

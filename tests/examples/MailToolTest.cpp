@@ -12,7 +12,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// Runs the program in the time zone of Berlin and a German locale.
+// Runs the program with the time zone of Berlin and a German locale.
 class MailToolTest : public testing::Test {
 protected:
     ProgramResult RunOnExampleMessage(const std::string& fileName) const

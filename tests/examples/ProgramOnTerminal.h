@@ -51,7 +51,8 @@ public:
     ProgramOnTerminal(const ProgramOnTerminal&) = delete;
     ProgramOnTerminal& operator=(const ProgramOnTerminal&) = delete;
 
-    /// Reads until the output contains `text`. Returns all output since the program started.
+    /// Reads until the output contains `text`. Returns all output since the program started. Fails
+    /// the test if the output ends first.
     const std::string& ReadUntil(const std::string& text)
     {
         char byte = 0;

@@ -33,14 +33,15 @@ public:
     ServingHost(const ServingHost&) = delete;
     ServingHost& operator=(const ServingHost&) = delete;
 
-    /// Reads what the host shows up to the line that says where it serves.
+    /// Waits for the line in which the host says where it serves.
     void AwaitService()
     {
         const std::string beginning = "Serving at ";
         m_socket = AwaitLine(beginning).substr(beginning.size());
     }
 
-    /// Reads the host's output up to a line with this beginning, and returns that line.
+    /// Waits for a line of output with this beginning, and returns that line. Fails the test if the
+    /// output ends first.
     std::string AwaitLine(const std::string& beginning) const
     {
         // The host prints no empty lines, so an empty one means the end of the output.
@@ -58,14 +59,14 @@ public:
     {
         while (true) {
             const std::string outcome = AwaitLine(title + ": ").substr(title.size() + 2);
-            // A line of progress has a digit here, or nothing.
+            // Progress begins with a digit. An empty outcome means that the output has ended.
             if (outcome != "started" && (outcome.empty() || !std::isdigit(outcome.front())))
                 return outcome;
         }
     }
 
-    /// Reads the output of the host and of the processes that it starts to its end. Returns the
-    /// remaining lines.
+    /// Returns the remaining lines of output. Waits until the host, and each process that it has
+    /// started, ends.
     std::vector<std::string> AwaitRest() const
     {
         std::vector<std::string> lines;

@@ -13,7 +13,7 @@ add_dependencies(HelloTest hello)
 add_dependencies(HostTest host)
 add_dependencies(MailToolTest mailtool)
 
-# A static library has no plug-ins.
+# There are no plug-ins for a static library.
 if(NOT BUILD_SHARED_LIBS)
     return()
 endif()
@@ -26,7 +26,7 @@ function(toolkit_host_tests_use target definition)
     endforeach()
 endfunction()
 
-# Adds a plug-in that misbehaves.
+# Adds a plug-in that misbehaves, and passes its path to the tests in the macro `definition`.
 function(toolkit_test_plug_in name definition)
     set(target ${name}PlugIn)
     string(TOLOWER ${name} library)
@@ -57,5 +57,5 @@ toolkit_test_plug_in(ThrowingModule THROWING_MODULE_PLUG_IN)
 toolkit_test_plug_in(Unresolved UNRESOLVED_PLUG_IN)
 target_link_options(UnresolvedPlugIn PRIVATE -Wl,-z,undefs)
 toolkit_test_plug_in(Useless USELESS_PLUG_IN)
-# Hundreds of processes take a while under a sanitizer.
+# The test starts hundreds of processes, which take long under a sanitizer.
 set_tests_properties(HostServerTest PROPERTIES TIMEOUT 900)

@@ -19,7 +19,8 @@ using Text = TString<wchar_t>;
 StartStopLog s_module(L"archive");
 const ModuleRegistration s_registration(s_module);
 
-// The first header of an archive begins with "PK", and so does the end record of an empty one.
+// An archive begins with "PK", even if it has no entries. EntriesList() accepts other files too,
+// and finds no entries in them.
 bool HasZipSignature(const Text& path)
 {
     char signature[2] = {};
@@ -40,7 +41,7 @@ bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
     return true;
 }
 
-// Writes the size and the name of each entry.
+// Writes the size in bytes and the name of each entry.
 bool List(CommandRun& run)
 {
     ArchiveZip archive;

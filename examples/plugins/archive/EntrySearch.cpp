@@ -29,7 +29,7 @@ EntrySearch::EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun
 {
 }
 
-// ReadLine() drops a last line that has no line end, so this splits the lines itself.
+// Splits the lines itself, because ZipInputStream::ReadLine() drops a last line without a line end.
 bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
 {
     bool isStored = true;
@@ -45,7 +45,7 @@ bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
         lines.Add(block.data(), bytes.LastRead(), examine);
     lines.AddEnd(examine);
     if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
-        m_run.Warn(L"the entry " + name + L" is damaged, and was searched as far as it goes");
+        m_run.Warn(L"the entry " + name + L" is damaged, and was searched only up to the damage");
     return isStored;
 }
 

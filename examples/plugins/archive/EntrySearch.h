@@ -11,7 +11,7 @@ class EntrySearch {
 public:
     EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun& run);
 
-    /// Searches one entry; warns if it is damaged, after searching what can be read. False if the
+    /// Searches one entry. If it is damaged, searches what can be read and then warns. False if the
     /// command has failed.
     bool Search(const TString<wchar_t>& name, Toolkit::ZipInputStream& stream);
 

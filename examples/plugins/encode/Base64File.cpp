@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <toolkit/encoding/Base64.h>
 
 #include "InputFile.h"
@@ -9,20 +10,22 @@
 namespace {
 
 constexpr std::size_t c_lineLength = 76;       // RFC 2045, section 6.8
-constexpr unsigned int c_bytesPerLine = 57;    // encoded by a full line
-constexpr unsigned int c_linesPerBlock = 1024; // encoded from one read
+constexpr unsigned int c_bytesPerLine = 57;    // give a full line of code
+constexpr unsigned int c_linesPerBlock = 1024; // read at a time
 
 // The names of the library's two functions are swapped.
 using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
 constexpr Codec c_encode = b64_decode_binary;
 constexpr Codec c_decode = b64_encode_binary;
 
+// `input` must not be empty. Throws `std::bad_alloc` when out of memory.
 std::string Convert(Codec codec, const std::string& input)
 {
     unsigned char* output = nullptr;
     unsigned int length = 0;
-    codec(reinterpret_cast<const unsigned char*>(input.data()),
-          static_cast<unsigned int>(input.size()), &output, &length);
+    if (!codec(reinterpret_cast<const unsigned char*>(input.data()),
+               static_cast<unsigned int>(input.size()), &output, &length))
+        throw std::bad_alloc();
     const std::unique_ptr<unsigned char[]> owner(output);
     return std::string(output, output + length);
 }
@@ -49,7 +52,8 @@ std::string ExtractGroups(std::string& digits)
     return groups;
 }
 
-enum class Kind { Inner, Last, Invalid };
+// Whether groups are all digits, end in padding ("="), or are not Base64.
+enum class Kind { Digits, Padded, Invalid };
 
 // Checks the characters, because the decoder treats any character as a digit.
 Kind FindKind(const std::string& groups)
@@ -57,10 +61,10 @@ Kind FindKind(const std::string& groups)
     const std::size_t end = groups.find_first_not_of(
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/");
     if (end == std::string::npos)
-        return Kind::Inner;
+        return Kind::Digits;
     const bool isPadding =
         end + 2 >= groups.size() && groups.find_first_not_of('=', end) == std::string::npos;
-    return isPadding ? Kind::Last : Kind::Invalid;
+    return isPadding ? Kind::Padded : Kind::Invalid;
 }
 
 bool FailOnInput(HostPlugIn::CommandRun& run)
@@ -92,14 +96,17 @@ bool DecodeFromBase64(HostPlugIn::CommandRun& run)
 
     std::string block;
     std::string digits;
-    Kind kind = Kind::Inner;
+    Kind kind = Kind::Digits;
     while (file.Read(block, c_bytesPerLine * c_linesPerBlock)) {
         std::copy_if(block.begin(), block.end(), std::back_inserter(digits),
                      [](char character) { return !IsWhiteSpace(character); });
         const std::string groups = ExtractGroups(digits);
         if (groups.empty())
             continue;
-        if (kind == Kind::Last || (kind = FindKind(groups)) == Kind::Invalid)
+        if (kind == Kind::Padded) // nothing may follow padding
+            return FailOnInput(run);
+        kind = FindKind(groups);
+        if (kind == Kind::Invalid)
             return FailOnInput(run);
         const std::string bytes = Convert(c_decode, groups);
         if (!run.Write(bytes.data(), bytes.size()))

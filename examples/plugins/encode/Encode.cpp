@@ -18,7 +18,8 @@ namespace {
 StartStopLog s_module(L"encode");
 const ModuleRegistration s_registration(s_module);
 
-bool Choose(CommandRun& run, bool (*base64)(CommandRun&), bool (*quotedPrintable)(CommandRun&))
+// Runs the function for the encoding that the user chose.
+bool RunChosen(CommandRun& run, bool (*base64)(CommandRun&), bool (*quotedPrintable)(CommandRun&))
 {
     const TString<wchar_t>& encoding = run.GetValue(L"as");
     if (encoding == L"base64")
@@ -30,19 +31,19 @@ bool Choose(CommandRun& run, bool (*base64)(CommandRun&), bool (*quotedPrintable
 
 bool Encode(CommandRun& run)
 {
-    return Choose(run, EncodeToBase64, EncodeToQuotedPrintable);
+    return RunChosen(run, EncodeToBase64, EncodeToQuotedPrintable);
 }
 
 bool Decode(CommandRun& run)
 {
-    return Choose(run, DecodeFromBase64, DecodeFromQuotedPrintable);
+    return RunChosen(run, DecodeFromBase64, DecodeFromQuotedPrintable);
 }
 
 constexpr Option c_options[] = {{L"in", Option::Path, true}, {L"as", Option::Value, true}};
 constexpr Command c_commands[] = {
-    {L"encode", L"a file in Base64, or a text file in quoted-printable", c_options,
+    {L"encode", L"a file encoded in Base64, or a text file in quoted-printable", c_options,
      std::size(c_options), RunGuarded<Encode>},
-    {L"decode", L"the file that was encoded so", c_options, std::size(c_options),
+    {L"decode", L"the original of an encoded file", c_options, std::size(c_options),
      RunGuarded<Decode>},
 };
 

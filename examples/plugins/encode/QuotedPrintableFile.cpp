@@ -3,6 +3,7 @@
 #include <cctype>
 #include <toolkit/encoding/QuotedPrintable.h>
 #include <toolkit/encoding/StringConvert.h>
+#include <utility>
 
 #include "InputFile.h"
 
@@ -12,7 +13,7 @@ namespace {
 
 using Text = TString<wchar_t>;
 
-constexpr std::size_t c_maxLineLength = 76;
+constexpr std::size_t c_maxLineLength = 76; // RFC 2045, section 6.7
 constexpr unsigned int c_blockSize = 64 * 1024;
 const char* const c_softBreak = "=\r\n";
 
@@ -27,8 +28,8 @@ bool ReadAll(HostPlugIn::CommandRun& run, std::string& bytes)
     return file.IsAtEnd();
 }
 
-// Calls `onLine` with each line's number, its bytes and whether a line feed ends it, until a call
-// returns false.
+// Calls `onLine` with each line's number, its bytes and whether a line feed ends it. Stops and
+// returns false when a call returns false.
 template <typename Action>
 bool VisitLines(const std::string& bytes, Action onLine)
 {
@@ -49,8 +50,8 @@ bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& er
                     L": " + error);
 }
 
-// Breaks lines here because the library may break a line inside an escape, which other decoders
-// reject.
+// Used instead of the library's soft breaks, which may separate the digits of an escape; other
+// decoders reject that.
 std::string InsertSoftBreaks(const std::string& code)
 {
     std::string lines;
@@ -78,10 +79,12 @@ bool IsHexDigit(char character)
     return std::isxdigit(static_cast<unsigned char>(character)) != 0;
 }
 
-// Whether all escapes are valid and none is a null byte. The decoder drops invalid escapes, and
-// everything after a null byte.
-bool HasValidEscapes(const std::string& code)
+// Whether all escapes are valid and there is no null byte. The decoder drops the "=" of an invalid
+// escape, and everything after a null byte.
+bool CanBeDecoded(const std::string& code)
 {
+    if (code.find('\0') != std::string::npos)
+        return false;
     for (std::size_t at = code.find('='); at != std::string::npos; at = code.find('=', at + 1)) {
         if (at + 2 >= code.size() || !IsHexDigit(code[at + 1]) || !IsHexDigit(code[at + 2]) ||
             code.compare(at + 1, 2, "00") == 0)
@@ -90,14 +93,27 @@ bool HasValidEscapes(const std::string& code)
     return true;
 }
 
+// Sets `bytes` to the decoded line; false if `code` is not quoted-printable.
 bool DecodeLine(const std::string& code, std::string& bytes)
 {
+    bytes.clear();
     if (code.empty())
         return true;
-    const Text text =
-        HasValidEscapes(code) ? QP::ToUNICODE(UTF8::ToUNICODE(code)) : TString<wchar_t>();
-    bytes += UTF8::ToUTF8(text);
-    return !text.empty();
+    if (!CanBeDecoded(code))
+        return false;
+    bytes = UTF8::ToUTF8(QP::ToUNICODE(UTF8::ToUNICODE(code)));
+    return !bytes.empty();
+}
+
+// `number` is that of the line's last piece, for the message.
+bool WriteDecodedLine(HostPlugIn::CommandRun& run, unsigned int number, const std::string& code,
+                      const char* lineEnd)
+{
+    std::string line;
+    if (!DecodeLine(code, line))
+        return FailOnLine(run, number, L"this is not quoted-printable text");
+    line += lineEnd;
+    return run.Write(line.data(), line.size());
 }
 
 } // namespace
@@ -123,19 +139,20 @@ bool DecodeFromQuotedPrintable(HostPlugIn::CommandRun& run)
     if (!ReadAll(run, bytes))
         return false;
     std::string code; // of the current line, joined from the pieces between its soft breaks
-    return VisitLines(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
-        RemoveTrailingSpaces(piece);
-        code += piece;
-        if (!code.empty() && code.back() == '=') {
-            code.pop_back();
-            if (hasEnd)
+    unsigned int lastNumber = 0;
+    const bool areWritten =
+        VisitLines(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
+            lastNumber = number;
+            RemoveTrailingSpaces(piece);
+            const bool hasSoftBreak = !piece.empty() && piece.back() == '=';
+            if (hasSoftBreak)
+                piece.pop_back();
+            code += piece;
+            if (hasSoftBreak)
                 return true;
-        }
-        std::string line;
-        if (!DecodeLine(code, line))
-            return FailOnLine(run, number, L"this is not quoted-printable text");
-        code.clear();
-        line += hasEnd ? "\n" : "";
-        return run.Write(line.data(), line.size());
-    });
+            const std::string line = std::exchange(code, {});
+            return WriteDecodedLine(run, number, line, hasEnd ? "\n" : "");
+        });
+    // The file may end in a soft break.
+    return areWritten && WriteDecodedLine(run, lastNumber, code, "");
 }

@@ -22,7 +22,7 @@ const ModuleRegistration s_registration(s_module);
 
 bool SearchLine(LineSearch& search, const Text& place, Text line, CommandRun& run)
 {
-    // Null characters would end the string.
+    // ToUTF8() and WriteLine() would end the line at a null character.
     std::replace(line.begin(), line.end(), L'\0', L' ');
     return !search.Matches(UTF8::ToUTF8(line)) || run.WriteLine(place + L": " + line);
 }

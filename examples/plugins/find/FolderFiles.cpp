@@ -19,7 +19,7 @@ Text Join(const Text& folder, const Text& name)
     return path;
 }
 
-// Links are skipped because one may point to a folder that contains it.
+// AddFiles() skips links because one may point to a folder that contains it.
 bool IsLink(const Text& path)
 {
     std::error_code ignored;

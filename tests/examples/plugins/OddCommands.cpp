@@ -11,7 +11,7 @@ using namespace Toolkit;
 
 namespace {
 
-// Runs until a file exists or the host wants to stop.
+// Runs until a file exists or the command is cancelled.
 bool Wait(CommandRun& run)
 {
     if (!run.WriteLine(L"half of it"))
@@ -24,7 +24,7 @@ bool Wait(CommandRun& run)
     return false;
 }
 
-// Never checks whether the host wants to stop.
+// Never checks whether it has been cancelled.
 bool WaitBlindly(CommandRun& run)
 {
     run.WriteLine(L"half of it");
@@ -51,11 +51,12 @@ bool FailSilently(CommandRun&)
 
 constexpr Option c_options[] = {{L"until", Option::Path, true}};
 constexpr Command c_commands[] = {
-    {L"wait", L"waits until there is a file", c_options, 1, RunGuarded<Wait>},
-    {L"wait-blindly", L"waits until there is a file", c_options, 1, RunGuarded<WaitBlindly>},
+    {L"wait", L"waits until a file exists", c_options, std::size(c_options), RunGuarded<Wait>},
+    {L"wait-blindly", L"waits until a file exists and cannot be cancelled", c_options,
+     std::size(c_options), RunGuarded<WaitBlindly>},
     {L"throw-error", L"throws an error", nullptr, 0, RunGuarded<ThrowError>},
     {L"throw-number", L"throws a number", nullptr, 0, RunGuarded<ThrowNumber>},
-    {L"fail", L"does not say why it fails", nullptr, 0, RunGuarded<FailSilently>},
+    {L"fail-without-a-reason", L"fails without a reason", nullptr, 0, RunGuarded<FailSilently>},
 };
 
 } // namespace
