@@ -26,7 +26,7 @@ using testing::UnorderedElementsAre;
 // Pairs in which the first room, or file, uses the second.
 using Uses = std::set<std::pair<std::string, std::string>>;
 
-const fs::path& Root()
+const fs::path& GetRoot()
 {
     static const fs::path root = TOOLKIT_SOURCE_DIR "/sources/toolkit";
     return root;
@@ -74,16 +74,16 @@ const Sources& ReadAllSources()
 {
     static const Sources sources = [] {
         Sources found;
-        for (const auto& file : fs::recursive_directory_iterator(Root())) {
-            if (file.is_regular_file() && file.path().parent_path() != Root())
-                found[fs::relative(file.path(), Root())] = ReadWholeFile(file.path());
+        for (const auto& file : fs::recursive_directory_iterator(GetRoot())) {
+            if (file.is_regular_file() && file.path().parent_path() != GetRoot())
+                found[fs::relative(file.path(), GetRoot())] = ReadWholeFile(file.path());
         }
         return found;
     }();
     return sources;
 }
 
-// Returns which source includes which header, both named as above.
+// Returns which source includes which header, both named as in `Sources`.
 const Uses& FindIncludes()
 {
     static const Uses includes = [] {
@@ -98,7 +98,7 @@ const Uses& FindIncludes()
     return includes;
 }
 
-std::string RoomOf(const std::string& name)
+std::string GetRoom(const std::string& name)
 {
     return name.substr(0, name.find('/'));
 }
@@ -113,19 +113,19 @@ Uses FindRoomUses()
 {
     Uses uses;
     for (const auto& [from, to] : FindIncludes()) {
-        if (RoomOf(from) != RoomOf(to))
-            uses.emplace(RoomOf(from), RoomOf(to));
+        if (GetRoom(from) != GetRoom(to))
+            uses.emplace(GetRoom(from), GetRoom(to));
     }
     return uses;
 }
 
 // Returns the common part of the names of a header, its sources and their platform variants:
-// "ipc/Socket".
-std::string StemOf(const std::string& name)
+// "ipc/Socket". A class may have a dot in its name: "regExp/RegExp.Exceptions".
+std::string GetStem(const std::string& name)
 {
     const std::string whole = name.substr(0, name.rfind('.'));
-    const bool isClassWithDot = !IsPrivateHeader(name) && ReadAllSources().count(whole + ".h") > 0;
-    return isClassWithDot ? whole : name.substr(0, name.find('.'));
+    const bool isClassName = !IsPrivateHeader(name) && ReadAllSources().count(whole + ".h") > 0;
+    return isClassName ? whole : name.substr(0, name.find('.'));
 }
 
 // Returns the stems that `stem` uses, directly and indirectly.
@@ -161,7 +161,7 @@ std::set<std::string> FindSourcesWith(
 TEST(ArchitectureTest, PutsEveryRoomOnAFloor)
 {
     std::set<std::string> rooms;
-    for (const auto& entry : fs::directory_iterator(Root())) {
+    for (const auto& entry : fs::directory_iterator(GetRoot())) {
         if (entry.is_directory())
             rooms.insert(entry.path().filename());
     }
@@ -177,16 +177,16 @@ TEST(ArchitectureTest, LetsRoomsUseLowerFloorsOnly)
     std::map<std::string, int> floors = ReadFloors();
     Uses climbing;
     for (const auto& [from, to] : FindIncludes()) {
-        if (RoomOf(from) != RoomOf(to) && floors[RoomOf(from)] <= floors[RoomOf(to)])
+        if (GetRoom(from) != GetRoom(to) && floors[GetRoom(from)] <= floors[GetRoom(to)])
             climbing.emplace(from, to);
     }
 
-    // The count block has an unused lock, which preserves its layout.
+    // The count block of a smart_ptr contains a mutex, which is unused and only keeps the layout.
     EXPECT_THAT(climbing, ElementsAre(std::pair("core/smart_ptr.h", "threading/Mutex.h")));
 }
 
-// The diagram omits what `core` uses, and has one arrow for all uses of the rooms that every room
-// uses.
+// The diagram shows the uses of `core` and `base` as one arrow without an id, because every room
+// uses both. It omits what `core` uses.
 TEST(ArchitectureTest, ShowsEachUseAsAnArrowInTheDiagram)
 {
     Uses drawn;
@@ -201,7 +201,7 @@ TEST(ArchitectureTest, ShowsEachUseAsAnArrowInTheDiagram)
 
 TEST(ArchitectureTest, UsesOnlyStandardAndSystemTypesOnTheGroundFloor)
 {
-    const auto isGroundFloor = [](const std::string& name) { return RoomOf(name) == "base"; };
+    const auto isGroundFloor = [](const std::string& name) { return GetRoom(name) == "base"; };
 
     EXPECT_THAT(FindSourcesWith("#include \"toolkit/(?!base/)", isGroundFloor), IsEmpty());
     EXPECT_THAT(FindSourcesWith("#include <(wx|unicode|pcre)|TString<", isGroundFloor), IsEmpty());
@@ -211,19 +211,19 @@ TEST(ArchitectureTest, KeepsPrivateHeadersInTheirRoom)
 {
     Uses crossing;
     for (const auto& [from, to] : FindIncludes()) {
-        if (IsPrivateHeader(to) && RoomOf(from) != RoomOf(to))
+        if (IsPrivateHeader(to) && GetRoom(from) != GetRoom(to))
             crossing.emplace(from, to);
     }
 
     EXPECT_THAT(crossing, IsEmpty());
 }
 
-// These rooms are private as a whole: they need no suffix and install nothing.
+// All headers of these rooms are private: they need no ".Private" suffix and are not installed.
 TEST(ArchitectureTest, HasNoPublicHeadersInPrivateRooms)
 {
-    const std::string list = ReadWholeFile(Root() / "CMakeLists.txt");
+    const std::string list = ReadWholeFile(GetRoot() / "CMakeLists.txt");
     const auto isPrivateRoom = [](const std::string& name) {
-        return RoomOf(name) == "base" || RoomOf(name) == "framework";
+        return GetRoom(name) == "base" || GetRoom(name) == "framework";
     };
 
     for (const std::string& name : FindSourcesWith("#pragma once", isPrivateRoom)) {
@@ -236,8 +236,8 @@ TEST(ArchitectureTest, HasNoCircularIncludes)
 {
     std::multimap<std::string, std::string> uses;
     for (const auto& [from, to] : FindIncludes()) {
-        if (StemOf(from) != StemOf(to))
-            uses.emplace(StemOf(from), StemOf(to));
+        if (GetStem(from) != GetStem(to))
+            uses.emplace(GetStem(from), GetStem(to));
     }
     std::set<std::string> circular;
     for (const auto& use : uses) {
@@ -249,11 +249,11 @@ TEST(ArchitectureTest, HasNoCircularIncludes)
     EXPECT_THAT(circular, IsEmpty());
 }
 
-// A program compiles without wxWidgets unless it uses a class that derives from one of its classes.
+// A program compiles without wxWidgets unless it uses a class that derives from a wxWidgets class.
 TEST(ArchitectureTest, IncludesWxWidgetsInHeadersOnlyToDeriveFromIt)
 {
     const auto isHeader = [](const std::string& name) {
-        return name.ends_with(".h") && RoomOf(name) != "framework";
+        return name.ends_with(".h") && GetRoom(name) != "framework";
     };
 
     EXPECT_THAT(FindSourcesWith("#include <wx/", isHeader),
@@ -270,7 +270,7 @@ TEST(ArchitectureTest, UsesWxLogNullOnlyInTheFrameworkRoom)
     EXPECT_THAT(FindSourcesWith("wxLogNull"), ElementsAre("framework/Silence.h"));
 }
 
-// Core types report failures only by their results.
+// These rooms report failures only through results.
 TEST(ArchitectureTest, DoesNotLogInCoreTypes)
 {
     const Uses uses = FindRoomUses();

@@ -25,7 +25,8 @@ protected:
     const TempDir m_home;
     const ScopedEnvironment m_environment{"HOME", m_home.Path().native()};
     const CapturedLog m_log;
-    const smart_ptr<ILogger> m_logger = ILogger::GetInstance(); // stopping releases the logger
+    // Release(true) drops the logger; this pointer keeps it for m_log.
+    const smart_ptr<ILogger> m_logger = ILogger::GetInstance();
     LibModuleManager& m_manager = *LibModuleManager::GetInstance();
     std::unique_ptr<DynamicLibrary> m_plugIn;
 };

@@ -1,9 +1,9 @@
-# Runs PROGRAM in the empty directory DIRECTORY/home, which is also its home directory. Fails unless it
-# exits with 0 and prints the contents of the file EXPECTED.
+# Runs PROGRAM in the empty directory DIRECTORY/home, which is also its home directory. Fails unless the
+# program exits with 0 and prints exactly the contents of the file EXPECTED.
 
 file(REMOVE_RECURSE "${DIRECTORY}")
 file(MAKE_DIRECTORY "${DIRECTORY}/home")
-# Logs are named after their programs, and the same test may run more than once at a time.
+# Logs are named after their programs, and several runs of this test may overlap.
 string(RANDOM LENGTH 16 name)
 file(COPY_FILE "${PROGRAM}" "${DIRECTORY}/${name}")
 set(ENV{HOME} "${DIRECTORY}/home")
@@ -20,5 +20,7 @@ execute_process(
 )
 file(READ "${EXPECTED}" expected)
 if(NOT "${result}" STREQUAL "0" OR NOT "${output}${errors}" STREQUAL "${expected}")
-    message(FATAL_ERROR "result ${result}, expected:\n${expected}\nprinted:\n${output}${errors}")
+    message(FATAL_ERROR "exited with ${result}, expected output:\n${expected}\n"
+                        "actual output:\n${output}${errors}"
+    )
 endif()

@@ -43,5 +43,5 @@ int main(int, char** arguments)
     const IniFile settings(std::wstring(path.begin(), path.end()));
     const IniFile noSettings(L"");
     Stop();
-    return group->index - 1;
+    return group->index - 1; // 0, because "word" is group 1
 }

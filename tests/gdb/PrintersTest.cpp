@@ -57,7 +57,8 @@ ShownValues ParseOutput(const std::string& output)
     return values;
 }
 
-// Tests what gdb prints for the program's variables, in the live process and in its core file.
+// Tests what gdb prints for the program's variables, both in the running process and in its core
+// file.
 class PrintersTest : public testing::TestWithParam<const char*> {
 protected:
     static void SetUpTestSuite()

@@ -1,6 +1,7 @@
 # Compiles every public header on its own, as C++17 and as C++20, with all warnings as errors.
 
-# The headers that derive from wxWidgets classes. All others compile without its include path.
+# Headers that include wxWidgets, directly or through another header. All others compile without its
+# include path.
 set(framework_headers
     toolkit/Toolkit.h
     toolkit/archive/ArchiveZip.h

@@ -42,7 +42,7 @@ function(toolkit_refusal_test name words)
                      -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
                      "-DCMAKE_PREFIX_PATH=${package_prefix}" ${ARGN}
     )
-    # CMake may break the message anywhere.
+    # CMake may wrap the message at any space.
     string(REPLACE " " "[ \n]+" words "${words}")
     set_tests_properties(
         ${name} PROPERTIES FIXTURES_REQUIRED InstalledCopy PASS_REGULAR_EXPRESSION "${words}"
@@ -64,7 +64,7 @@ if(BUILD_SHARED_LIBS)
     add_test(NAME PackageInstall
              COMMAND ${CMAKE_COMMAND} --install "${PROJECT_BINARY_DIR}" --prefix "${package_prefix}"
     )
-    # An installation writes the list of its files into the build folder.
+    # Each installation writes install_manifest.txt to the build folder, so two must not overlap.
     set_tests_properties(
         PackageInstall PROPERTIES FIXTURES_SETUP InstalledCopy RESOURCE_LOCK Installation
     )
@@ -175,13 +175,13 @@ set_tests_properties(
     PackageStaticByCMake PackageStaticByPkgConfig PROPERTIES FIXTURES_REQUIRED StaticCopy
 )
 
-# script/soak compares the whole library.
+# Compares only a sample of the objects; script/soak compares the whole library.
 add_test(NAME PackageReproducible COMMAND "${PROJECT_SOURCE_DIR}/script/reproducible" --sample)
 set_tests_properties(
     PackageReproducible PROPERTIES ENVIRONMENT "CXX=${CMAKE_CXX_COMPILER}" TIMEOUT 300
 )
 
-# The baseline was made from a build by GCC, with debug information.
+# The baseline comes from a GCC build with debug information, so only such a build can be compared.
 find_program(TOOLKIT_ABIDW abidw)
 if(BUILD_SHARED_LIBS AND TOOLKIT_ABIDW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"
    AND CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo"

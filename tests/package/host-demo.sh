@@ -1,6 +1,6 @@
 #!/bin/sh
-# Runs the demo with a copy of the installed host under a unique name. The log and the socket take
-# their names from it.
+# Runs the demo with a copy of the installed host under a unique name, so that its log and its socket
+# have unique names, too.
 #
 # usage: host-demo.sh <the demo> <prefix of the installed host>
 set -eu

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Stops a program in gdb, which has to find the printers of an installed copy with the line that
-# docs/debugging.md names.
+# Stops a program in gdb, which has to find the printers of an installed copy through the line for
+# ~/.gdbinit in docs/debugging.md.
 #
 # usage: printers.sh compiler prefix libdir
 set -eu
@@ -9,7 +9,7 @@ compiler=$1
 prefix=$2
 libdir=$3
 tree=$(cd "$(dirname "$0")/../.." && pwd)
-[ -x /usr/bin/gdb ] || { echo "printers: not checked, there is no gdb" && exit 0; }
+[ -x /usr/bin/gdb ] || { echo "printers: not checked, gdb is not installed" && exit 0; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 

@@ -13,7 +13,7 @@ if echo "$needs" | grep -E 'undefined symbol|not found'; then
     exit 1
 fi
 if ! echo "$needs" | grep -q 'libwx_baseu-'; then
-    echo "the library does not even need the base library:" && echo "$needs"
+    echo "the library is not linked with the base library of wxWidgets:" && echo "$needs"
     exit 1
 fi
 if echo "$needs" | grep -E 'libwx_|libgtk|libgdk|libX11' |

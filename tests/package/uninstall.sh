@@ -1,5 +1,6 @@
 #!/bin/sh
-# Installs a build, uninstalls it, and fails if it leaves a file behind or removes a file of the user.
+# Installs a build and uninstalls it. Fails if a file of the build is left behind, or if a file of the
+# user or a folder of the system is removed.
 #
 # usage: uninstall.sh build-directory source-directory
 set -eu

@@ -30,7 +30,7 @@ private:
     class Sink;
 
     bool m_ownsInstance;
-    Sink* m_sink;
+    Sink* m_sink; // owned by the process-wide logger instance
 };
 
 /// Matches a log line of `severity` from `function` with `message`, with any tick count and source

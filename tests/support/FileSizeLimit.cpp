@@ -4,7 +4,7 @@
 
 namespace Toolkit::TestSupport {
 
-FileSizeLimit::FileSizeLimit(std::size_t size)
+FileSizeLimit::FileSizeLimit(std::size_t sizeBytes)
 {
     // Otherwise SIGXFSZ kills the process at the first write that does not fit.
     struct sigaction ignore {};
@@ -13,7 +13,7 @@ FileSizeLimit::FileSizeLimit(std::size_t size)
 
     EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_oldLimit), 0);
     rlimit limit = m_oldLimit;
-    limit.rlim_cur = size;
+    limit.rlim_cur = sizeBytes;
     EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
 }
 

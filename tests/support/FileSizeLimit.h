@@ -6,10 +6,11 @@
 
 namespace Toolkit::TestSupport {
 
-/// Limits the size of the files that this process writes to `size` bytes, to simulate a full disk.
+/// Limits each file that is written by this process, or by a program that it starts, to `sizeBytes`
+/// bytes. Simulates a full disk.
 class FileSizeLimit {
 public:
-    explicit FileSizeLimit(std::size_t size);
+    explicit FileSizeLimit(std::size_t sizeBytes);
     ~FileSizeLimit();
 
     FileSizeLimit(const FileSizeLimit&) = delete;

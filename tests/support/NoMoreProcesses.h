@@ -7,8 +7,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Makes fork(2) fail with EAGAIN in this process, irrevocably. Use it in a process that ends soon
-/// after.
+/// Makes fork(2) fail with EAGAIN in this process, irrevocably. Call it only in a process that ends
+/// soon afterwards.
 inline void AllowNoMoreProcesses()
 {
     // The limit counts all processes of the user and does not apply to root.

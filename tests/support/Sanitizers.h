@@ -1,8 +1,8 @@
 #pragma once
 
 // TOOLKIT_ADDRESS_SANITIZER and TOOLKIT_THREAD_SANITIZER are defined in a build under that
-// sanitizer, TOOLKIT_SANITIZER under either. GCC announces its sanitizers by macros, Clang by
-// features.
+// sanitizer, TOOLKIT_SANITIZER under either. GCC announces its sanitizers with macros,
+// Clang with __has_feature.
 
 #ifdef __has_feature
 #define TOOLKIT_HAS_FEATURE(name) __has_feature(name)

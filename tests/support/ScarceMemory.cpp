@@ -15,7 +15,7 @@ thread_local bool t_isCounting = false;
 std::atomic<std::size_t> s_sizeLimit{SIZE_MAX};
 std::atomic<AllocationRule> s_rule{nullptr};
 
-bool Fails(std::size_t size, const void* returnAddress)
+bool MustFail(std::size_t size, const void* returnAddress)
 {
     const AllocationRule rule = s_rule;
     return size > s_sizeLimit || (t_isCounting && t_allocationsLeft-- == 0) ||
@@ -24,7 +24,7 @@ bool Fails(std::size_t size, const void* returnAddress)
 
 void* Allocate(std::size_t size, const void* returnAddress)
 {
-    if (Fails(size, returnAddress))
+    if (MustFail(size, returnAddress))
         return nullptr;
     void* memory = std::malloc(size > 0 ? size : 1);
     // Prevents a tail call: a replaced malloc() must see a return address in this function.
@@ -58,9 +58,9 @@ bool FailingAllocation::HasFailed() const
     return t_allocationsLeft < 0;
 }
 
-AllocationLimit::AllocationLimit(std::size_t size)
+AllocationLimit::AllocationLimit(std::size_t sizeBytes)
 {
-    s_sizeLimit = size;
+    s_sizeLimit = sizeBytes;
 }
 
 AllocationLimit::~AllocationLimit()

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 
-/// Simulates running out of memory. A program that uses these classes compiles ScarceMemory.cpp
-/// into itself, which replaces the operators new and delete.
+/// Simulates running out of memory. A program that uses these classes must compile
+/// ScarceMemory.cpp, which replaces the operators new and delete.
 namespace Toolkit::TestSupport {
 
-/// Makes one allocation of this thread fail: index 0 is the next one.
+/// Makes one allocation by operator new on this thread fail: `index` 0 is the next one.
 class FailingAllocation {
 public:
     explicit FailingAllocation(long index);
@@ -15,25 +15,25 @@ public:
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    /// Whether the allocation was reached.
+    /// Whether the thread has reached that allocation.
     bool HasFailed() const;
 };
 
-/// Makes every allocation of more than `size` bytes fail, on all threads.
+/// Makes every allocation by operator new of more than `sizeBytes` bytes fail, on all threads.
 class AllocationLimit {
 public:
-    explicit AllocationLimit(std::size_t size);
+    explicit AllocationLimit(std::size_t sizeBytes);
     ~AllocationLimit();
 
     AllocationLimit(const AllocationLimit&) = delete;
     AllocationLimit& operator=(const AllocationLimit&) = delete;
 };
 
-/// Decides whether an allocation fails by the address to which operator new returns. Any thread may
-/// call it.
+/// Decides whether an allocation fails. `returnAddress` is the address to which operator new
+/// returns, so it tells who allocates. Called on every thread that allocates.
 using AllocationRule = bool (*)(const void* returnAddress);
 
-/// Null removes the rule.
+/// Sets the rule for all threads; null removes it.
 void SetAllocationRule(AllocationRule rule);
 
 } // namespace Toolkit::TestSupport
