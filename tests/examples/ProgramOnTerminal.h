@@ -13,7 +13,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Runs a program whose output is a terminal. The destructor sends it SIGTERM and waits for it.
+/// Runs a program whose output is a terminal. The destructor sends SIGTERM to the program and waits
+/// until it has ended.
 class ProgramOnTerminal {
 public:
     ProgramOnTerminal(const std::string& program, std::vector<std::string> arguments)

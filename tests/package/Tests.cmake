@@ -34,7 +34,8 @@ function(toolkit_program_test name folder program)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
 
-# Adds a test that configures a project which find_package(Toolkit) must reject with `words`.
+# Adds a test that configures a project, which must fail in find_package(Toolkit) with a message that
+# contains `words`.
 function(toolkit_refusal_test name words)
     add_test(NAME ${name}
              COMMAND ${CMAKE_COMMAND} --fresh -S "${package_sources}/refusal" -B

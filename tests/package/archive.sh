@@ -1,5 +1,6 @@
 #!/bin/sh
-# Creates the relocatable archive, unpacks it, moves it, and builds a program against it.
+# Creates the relocatable archive, unpacks it, moves the unpacked folder, and builds a program against
+# the library in it.
 #
 # usage: archive.sh build-directory compiler libdir source
 set -eu

@@ -8,8 +8,8 @@ library=$1
 headers=$2
 export LC_ALL=C
 
-# The names after TOOLKIT_API: classes, functions (the word before the parenthesis), constants.
-public_names() {
+# Prints the names after TOOLKIT_API: classes, functions (the word before the parenthesis), constants.
+print_public_names() {
     find "$headers" -name '*.h' -exec cat {} + |
         sed -n -e 's/^ *\(template <.*> *\)\{0,1\}\(class\|struct\) \(TOOLKIT_[A-Z_]*([^)]*) \)\{0,1\}TOOLKIT_API \([A-Za-z0-9_]*\).*/\4/p' \
             -e 's/^.*TOOLKIT_API [^(]*[ *&]\([A-Za-z0-9_]*\)(.*/\1/p' \
@@ -17,8 +17,8 @@ public_names() {
         sort -u
 }
 
-# Every exported symbol without parameters and result: "vtable for Toolkit::Mutex".
-exported_names() {
+# Prints every exported symbol without parameters and result: "vtable for Toolkit::Mutex".
+print_exported_names() {
     nm --dynamic --defined-only "$library" | awk '{ print $NF }' | c++filt --no-params | sort -u
 }
 
@@ -45,8 +45,8 @@ if [ -n "$unique" ]; then
     exit 1
 fi
 
-public=$(public_names)
-exported=$(exported_names)
+public=$(print_public_names)
+exported=$(print_exported_names)
 if [ -z "$public" ] || [ -z "$exported" ]; then
     echo "nothing to compare"
     exit 1

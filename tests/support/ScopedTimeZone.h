@@ -14,7 +14,7 @@ public:
     ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
 
 private:
-    std::optional<ScopedEnvironment> m_environment;
+    std::optional<ScopedEnvironment> m_environment; // reset early: tzset() must see the old value
 };
 
 } // namespace Toolkit::TestSupport
