@@ -12,6 +12,7 @@ namespace {
 
 Text DescribePlatform()
 {
+    // Indexed by SystemInfo::Platform.
     const wchar_t* const families[] = {L"unknown", L"Windows", L"Mac", L"Unix"};
 
     const smart_ptr<SystemInfo> system = SystemInfo::GetInstance();
@@ -29,7 +30,7 @@ void PrintPaths()
     PrintRow(L"Unique name", paths->GetApplicationUniqueName());
     PrintRow(L"Application path", paths->GetApplicationPath());
     PrintRow(L"Configuration path", paths->GetConfigurationPath());
-    PrintRow(L"Ressources path", paths->GetApplicationRessourcesPath());
+    PrintRow(L"Resources path", paths->GetApplicationRessourcesPath());
     PrintRow(L"Plug-ins path", paths->GetPluginsPath());
     PrintRow(L"Data path", paths->GetApplicationDataPath());
     PrintRow(L"Documents path", paths->GetDocumentsPath());

@@ -136,8 +136,9 @@ std::vector<Part> DecodeParts(const Entity& message)
 Text DecodeWords(Utf8 text)
 {
     const RegExp word =
-        MakePattern("(?i)(?<before>.*?)=\\?utf-8\\?(?<kind>[bq])\\?(?<text>[^?]*)\\?=(?"
-                    ":\\s+(?==\\?))?(?<rest>.*)");
+        MakePattern("(?i)(?<before>.*?)=\\?utf-8\\?(?<kind>[bq])\\?(?<text>[^?]*)\\?="
+                    "(?:\\s+(?==\\?))?" // white space between two encoded words is dropped
+                    "(?<rest>.*)");
     Text decoded;
     for (auto match = word.Match(text); match->Success(); match = word.Match(text)) {
         decoded += UTF8::ToUNICODE(GetValue(match, "before"));

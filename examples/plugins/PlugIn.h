@@ -70,10 +70,12 @@ protected:
 struct Option {
     enum Kind { Flag, Value, Path };
 
-    const wchar_t*
-        name;        ///< In lower case, without the dash. "out" and "from" are options of the host.
-    Kind kind;       ///< The host makes a Path absolute.
-    bool isRequired; ///< The host rejects a command line without it, or without its value.
+    /// In lower case, without the dash. "out" and "from" are options of the host.
+    const wchar_t* name;
+    /// The host makes a Path absolute.
+    Kind kind;
+    /// The host rejects a command line without the option, or without its value.
+    bool isRequired;
 };
 
 /// A command. The first word of a command line is its name.
@@ -90,10 +92,11 @@ struct Command {
 
 /// How a plug-in describes itself.
 struct PlugIn {
-    unsigned int interfaceVersion; ///< `c_interfaceVersion`; must stay the first member.
+    /// `c_interfaceVersion`; must stay the first member.
+    unsigned int interfaceVersion;
     const wchar_t* name;
-    const wchar_t*
-        failure; ///< Why the plug-in is unusable; null if it is usable. See `ModuleRegistration`.
+    /// Why the plug-in is unusable; null if it is usable. See `ModuleRegistration`.
+    const wchar_t* failure;
     const Command* commands;
     std::size_t commandCount;
 };

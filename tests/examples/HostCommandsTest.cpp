@@ -119,6 +119,7 @@ TEST_F(HostCommandsTest, FindsLinesInTheFilesOfAFolder)
     Write("texts/c.log", "fog\n");
     Write("texts/sub/d.txt", "fog\n");
     std::filesystem::create_directory_symlink("..", File("texts/sub/loop"));
+    ASSERT_EQ(::mkfifo(File("texts/pipe").c_str(), 0600), 0);
     const ServingHost host(m_host);
     const std::pair<Arguments, std::string> cases[] = {
         {{}, "a.txt:1: fog in it\nb.txt:2: fog one\nc.log:1: fog\n"},
@@ -182,6 +183,8 @@ TEST_F(HostCommandsTest, ReportsWhyItFails)
     const std::string bytes = Write("bytes", "\xFF\n");
     const std::string nulls = Write("nulls", std::string("a\0b\n", 4));
     const std::string archive = WriteArchive();
+    const std::string pipe = File("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ServingHost host(m_host);
     const std::pair<Arguments, std::string> cases[] = {
         {{"nothing"}, "there is no such command"},
@@ -191,6 +194,7 @@ TEST_F(HostCommandsTest, ReportsWhyItFails)
         {{"list", "-archive", text}, text + " is not a readable archive"},
         {{"find", "-folder", "/none", "-pattern", "x"}, "there is no folder /none"},
         {{"encode", "-in", "/none", "-as", "base64"}, "cannot read /none"},
+        {{"encode", "-in", pipe, "-as", "base64"}, "cannot read " + pipe},
         {{"encode", "-in", text, "-as", "rot13"},
          "the encodings are base64 and quoted-printable, not rot13"},
         {{"encode", "-in", bytes, "-as", "quoted-printable"},
@@ -208,7 +212,8 @@ TEST_F(HostCommandsTest, ReportsWhyItFails)
         EXPECT_EQ(RunForOutcome(host, arguments), "failed: " + expected);
     EXPECT_THAT(RunForOutcome(host, {"search", "-archive", archive, "-pattern", "("}),
                 HasSubstr(" (@offset: 1) ("));
-    EXPECT_THAT(ListDirectory(), UnorderedElementsAre("text", "bytes", "nulls", "texts.zip"));
+    EXPECT_THAT(ListDirectory(),
+                UnorderedElementsAre("text", "bytes", "nulls", "pipe", "texts.zip"));
 }
 
 TEST_F(HostCommandsTest, LogsAFailureAndKeepsTheOldResult)

@@ -29,6 +29,7 @@ bool HasZipSignature(const Text& path)
            signature[0] == 'P' && signature[1] == 'K';
 }
 
+// Opens the archive that the command line names, and lists its entries.
 bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
 {
     const Text& path = run.GetValue(L"archive");

@@ -5,8 +5,8 @@
 
 #include "PlugIn.h"
 
-/// Reads the file that a command's option "in" names, block by block, and reports its progress to
-/// the host.
+/// Reads the file that a command's option "in" names, block by block, and reports the progress
+/// to the host.
 class InputFile {
 public:
     explicit InputFile(HostPlugIn::CommandRun& run);

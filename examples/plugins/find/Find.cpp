@@ -1,6 +1,7 @@
-// A plug-in of the example host that searches the files of a folder:
+// A plug-in of the example host that searches the files of a folder and, with -deep, of its
+// subfolders:
 //
-//     find -folder <folder> -pattern <regular expression> [-files <such as *.txt>] [-deep]
+//     find -folder <folder> -pattern <regular expression> [-files <wildcard>] [-deep]
 
 #include <algorithm>
 #include <toolkit/Toolkit.h>

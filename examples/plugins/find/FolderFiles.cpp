@@ -33,8 +33,12 @@ void AddFiles(const Text& root, const Text& subfolder, const Text& fileSpec, boo
     const Directory directory(subfolder.empty() ? root : Join(root, subfolder));
     std::vector<Text> names;
     directory.GetFiles(fileSpec, names);
-    for (const Text& name : names)
-        paths.push_back(Join(subfolder, name));
+    for (const Text& name : names) {
+        const Text path = Join(subfolder, name);
+        // Reading a pipe or a device could block for ever.
+        if (PathManager::FileExists(Join(root, path)))
+            paths.push_back(path);
+    }
     if (!isRecursive)
         return;
     directory.GetDirectories(L"", names);
