@@ -28,9 +28,9 @@ public:
     void OnOperationStarted() override
     {
         Print(m_operation.GetTitle() + L": started");
-        TOOLKIT_LOG(SeverityInfo) << MakeVisible(m_operation.GetTitle() + L": started by " +
-                                                 m_operation.GetLine())
-                                  << ILogger::c_strLogToken3;
+        const Text message = MakeVisible(m_operation.GetTitle() + L": started, command line: " +
+                                         m_operation.GetLine());
+        TOOLKIT_LOG(SeverityInfo) << message << ILogger::c_strLogToken3;
     }
 
     void OnOperationEnded() override

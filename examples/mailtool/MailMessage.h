@@ -47,7 +47,8 @@ struct Part {
 // boundary.
 std::vector<Part> DecodeParts(const Entity& message);
 
-// Decodes the encoded words of a header field, such as =?UTF-8?Q?caf=C3=A9?= (RFC 2047).
+// Decodes the encoded words of a header field, such as =?UTF-8?Q?caf=C3=A9?= (RFC 2047). Does
+// not decode words in character sets other than UTF-8.
 Text DecodeWords(Utf8 text);
 
 // Parses a date such as "Thu, 05 Mar 2009 07:04:09 +0530". Returns an invalid date on failure.

@@ -366,7 +366,7 @@ TEST_F(HostServerTest, LeavesOnlyACompleteLogAfterQuitting)
 
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
     EXPECT_THAT(m_host.Log(), ContainsRegex("Serving at (.|\n)*"
-                                            "1 list: started by list -archive (.|\n)*"
+                                            "1 list: started, command line: list -archive (.|\n)*"
                                             "1 list: done in [0-9]+ ms, 28 bytes in (.|\n)*"
                                             "plug-in find stops(.|\n)*"
                                             "plug-in encode stops(.|\n)*"

@@ -65,8 +65,8 @@ public:
         }
     }
 
-    /// Returns the remaining lines of output. Waits until the host, and each process that it has
-    /// started, ends.
+    /// Waits until the host and all processes that it has started have ended. Returns the remaining
+    /// lines of output.
     std::vector<std::string> AwaitRest() const
     {
         std::vector<std::string> lines;

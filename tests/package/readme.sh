@@ -11,7 +11,7 @@ export PKG_CONFIG_PATH="$3/pkgconfig"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Prints the first block of the language that contains the word.
+# Prints the first code block in the language $1 that contains the word $2.
 print_block() {
     awk -v opening="\`\`\`$1" -v word="$2" '
         $0 == "```" && inside { if (index(block, word)) { printf "%s", block; exit }; inside = 0; next }
@@ -19,7 +19,8 @@ print_block() {
         $0 == opening { inside = 1; block = "" }' "$readme"
 }
 
-# Runs a block of commands. Fails unless the program wrote the log that it names.
+# Runs the first block of commands that contains $1. Fails unless the program in them writes the log
+# whose path it prints.
 run_block() {
     print_block sh "$1" >"$work/commands.sh"
     [ -s "$work/commands.sh" ] || { echo "the README has no commands with $1" >&2 && exit 1; }

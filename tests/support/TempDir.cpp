@@ -15,7 +15,7 @@ TempDir::TempDir()
 {
     std::string name = (std::filesystem::temp_directory_path() / "toolkit-test-XXXXXX").native();
     if (!::mkdtemp(name.data()))
-        throw std::runtime_error("no temporary directory");
+        throw std::runtime_error("cannot create a temporary directory");
     m_path = name;
 }
 

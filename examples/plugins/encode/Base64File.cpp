@@ -9,9 +9,10 @@
 
 namespace {
 
-constexpr std::size_t c_lineLength = 76;       // RFC 2045, section 6.8
-constexpr unsigned int c_bytesPerLine = 57;    // give a full line of code
-constexpr unsigned int c_linesPerBlock = 1024; // read at a time
+constexpr std::size_t c_lineLength = 76;    // RFC 2045, section 6.8
+constexpr unsigned int c_bytesPerLine = 57; // encoded by a full line
+// A multiple of c_bytesPerLine, so that only the last line of an encoded file is shorter.
+constexpr unsigned int c_blockSize = 1024 * c_bytesPerLine;
 
 // The names of the library's two functions are swapped.
 using Codec = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
@@ -81,7 +82,7 @@ bool EncodeToBase64(HostPlugIn::CommandRun& run)
         return false;
 
     std::string block;
-    while (file.Read(block, c_bytesPerLine * c_linesPerBlock)) {
+    while (file.Read(block, c_blockSize)) {
         if (!WriteLines(Convert(c_encode, block), run))
             return false;
     }
@@ -97,7 +98,7 @@ bool DecodeFromBase64(HostPlugIn::CommandRun& run)
     std::string block;
     std::string digits;
     Kind kind = Kind::Digits;
-    while (file.Read(block, c_bytesPerLine * c_linesPerBlock)) {
+    while (file.Read(block, c_blockSize)) {
         std::copy_if(block.begin(), block.end(), std::back_inserter(digits),
                      [](char character) { return !IsWhiteSpace(character); });
         const std::string groups = ExtractGroups(digits);
