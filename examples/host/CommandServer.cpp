@@ -214,7 +214,8 @@ void CommandServer::OnCommandEnded()
 }
 
 // Neither killing the thread nor unloading the plug-in is safe while the plug-in's code runs. So
-// this discards the incomplete result, closes the log and ends the process.
+// this discards the incomplete result, closes the log and ends the process. Does nothing if no
+// command is running.
 void CommandServer::ExitWithoutWaiting()
 {
     if (!m_worker)

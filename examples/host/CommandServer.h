@@ -38,7 +38,7 @@ private:
     void Cancel();
     void StartNextCommandOrExit();
     void OnCommandEnded();
-    [[noreturn]] void ExitWithoutWaiting();
+    void ExitWithoutWaiting();
 
     const PlugIns& m_plugIns;
     std::deque<Text> m_queuedLines;

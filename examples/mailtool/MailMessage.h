@@ -20,10 +20,9 @@ public:
     // Returns the value of a header field, not decoded; empty if there is no such field.
     Utf8 GetField(const Utf8& name) const;
 
-    // Returns a parameter of a field; empty if there is no such parameter. "boundary" is a
-    // parameter of
-    //
+    // Returns the value of a parameter; empty if there is none. In
     //     Content-Type: multipart/mixed; boundary="x"
+    // the value of the parameter "boundary" is "x".
     Utf8 GetParameter(const Utf8& field, const Utf8& name) const;
 
     const Utf8& GetBody() const { return m_body; }
