@@ -108,6 +108,14 @@ TEST_F(DynamicLibraryTest, ReportsWhyALibraryWasNotLoaded)
     }
 }
 
+TEST_F(DynamicLibraryTest, RejectsANameWithAnInvalidCharacter)
+{
+    DynamicLibrary library(TString<wchar_t>(static_cast<wchar_t>(0x110000)));
+
+    EXPECT_EQ(library.GetError(), L"invalid name");
+    EXPECT_EQ(library.Detach(), nullptr);
+}
+
 TEST_F(DynamicLibraryTest, ReportsNoErrorWhenLoadedOrWithoutAName)
 {
     EXPECT_EQ(DynamicLibrary().GetError(), L"");

@@ -55,9 +55,8 @@ TString<wchar_t> GetName(const dirent& entry)
 
 bool Matches(const TString<wchar_t>& name, const TString<wchar_t>& fileSpec)
 {
-    constexpr bool hiddenNeedsDot = true;
-    return fileSpec.empty() || wxMatchWild(Framework::ToWxString(fileSpec),
-                                           Framework::ToWxString(name), hiddenNeedsDot);
+    return fileSpec.empty() ||
+           wxMatchWild(Framework::ToWxString(fileSpec), Framework::ToWxString(name));
 }
 
 void Read(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,

@@ -10,20 +10,22 @@ namespace Toolkit {
 /// Lists a directory; creates and tests directories; removes files.
 ///
 /// Listings return names without their path, in no particular order. They do not descend into
-/// subdirectories, and leave out hidden entries, whose names begin with a dot. A file mask may
-/// contain "*" and "?"; the empty one matches everything. A link counts as its target. In a name
-/// that is not valid UTF-8 each byte becomes the character with its value: the name can be
+/// subdirectories, and leave out hidden entries, whose names begin with a dot. `fileSpec` may
+/// contain "*" and "?"; an empty one matches every name. A link counts as its target. In a name
+/// that is not valid UTF-8, each byte becomes the character with its value: the name can be
 /// shown, but not opened.
 ///
-/// Only the results report failures: nothing is logged, and only copying throws `std::bad_alloc`.
+/// Only the results report failures: nothing is logged, and only copying a `Directory` throws
+/// `std::bad_alloc`.
 class TOOLKIT_API Directory {
 public:
-    /// Names the directory to list. The empty string means the application's directory, which the
-    /// process-wide `PathManager` must know.
+    /// Stores the path of the directory to list. If `path` is empty, it is the application's
+    /// directory, which only the process-wide `PathManager` knows: without one, nothing is listed.
     Directory(const TString<wchar_t>& path);
 
     /// GetDirectories() lists the subdirectories and GetFiles() everything else. Both replace
-    /// `names` and return the number of names; 0 if the directory cannot be read.
+    /// `names` and return the number of names; 0 if the directory cannot be read, and when out of
+    /// memory.
     unsigned int GetDirectories(const TString<wchar_t>& fileSpec,
                                 std::vector<TString<wchar_t>>& names) const;
     unsigned int GetFiles(const TString<wchar_t>& fileSpec,
@@ -42,7 +44,8 @@ public:
     /// Whether a directory `path` exists.
     static bool Exist(const TString<wchar_t>& path);
 
-    /// Removes a file or a link. Does not remove a directory and returns false for one.
+    /// Removes a file, or a link without its target. Returns false if it cannot be removed, and for
+    /// a directory, which is not removed even if it is empty.
     static bool RemoveFile(const TString<wchar_t>& path);
 
 private:

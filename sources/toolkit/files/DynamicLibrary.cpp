@@ -21,8 +21,8 @@ TString<wchar_t> AddExtension(const TString<wchar_t>& name)
     return name + Framework::ToText(wxDynamicLibrary::GetDllExt(wxDL_MODULE));
 }
 
-// Returns the message of dlerror(3). It is UTF-8 in any locale, unless it is translated for a
-// locale with an 8-bit encoding.
+// Returns the message of dlerror(3). It is valid UTF-8, unless the C library has translated it for
+// a locale with an 8-bit encoding. Each byte then becomes the character with its value.
 TString<wchar_t> GetLoaderError()
 {
     const char* const error = ::dlerror();
@@ -51,9 +51,14 @@ DynamicLibrary::DynamicLibrary(const TString<wchar_t>& name) : DynamicLibrary()
 void DynamicLibrary::Load(const TString<wchar_t>& name)
 {
     m_name = name;
+    const TString<char> file = Base::EncodeUtf8(AddExtension(name));
+    // For an empty name, dlopen() returns the program itself.
+    if (file.empty()) {
+        m_error = L"invalid name";
+        return;
+    }
     // wxDynamicLibrary only owns the handle: its Load() prints a message for every failure, and
     // only accepts names that the encoding of the locale can represent.
-    const TString<char> file = Base::EncodeUtf8(AddExtension(name));
     if (void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_GLOBAL))
         m_library->Attach(handle);
     else

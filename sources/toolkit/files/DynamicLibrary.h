@@ -18,25 +18,26 @@ public:
     /// Loads nothing.
     DynamicLibrary();
 
-    /// Loads the library `name` at once, resolves all its symbols and makes them available to
-    /// libraries that are loaded later. A name without an extension gets that of a loadable module.
-    /// The system searches for a name without a directory. After a failure GetSymbol() finds
-    /// nothing and GetError() says why.
+    /// Loads the library `name`, resolves all symbols that it uses, and makes its own available to
+    /// libraries that are loaded later. A name without an extension gets that of a loadable module:
+    /// ".so" on Linux. If the name has no directory, the system searches for it: see dlopen(3). If
+    /// loading fails, GetSymbol() returns null and GetError() returns the reason.
     DynamicLibrary(const TString<wchar_t>& name);
     ~DynamicLibrary();
 
-    /// Returns the system loader's message if the library was not loaded: "/a/b.so: undefined
-    /// symbol: Draw". Empty if it was loaded, if the name is empty, and when out of memory.
+    /// Returns the system loader's message if the library was not loaded, such as "/a/b.so:
+    /// undefined symbol: Draw", or "invalid name" if the name cannot be encoded in UTF-8. Empty if
+    /// the library was loaded, if the name is empty, and when out of memory.
     const TString<wchar_t>& GetError() const { return m_error; }
 
-    /// Returns the address of a symbol; null if there is none.
+    /// Returns the address of a symbol; null if the library has no such symbol or is not loaded.
     void* GetSymbol(const TString<wchar_t>& name) const;
 
-    /// Gives up ownership and returns the handle: the library stays loaded until Unload() is called
-    /// with it. Null if no library is loaded.
+    /// Gives up ownership and returns the library's handle: the library stays loaded until Unload()
+    /// is called with the handle. Null if no library is loaded.
     void* Detach();
 
-    /// Unloads the library of a `handle` that Detach() returned. Ignores null.
+    /// Unloads the library whose `handle` Detach() returned. Ignores null.
     static void Unload(void* handle);
 
 private:

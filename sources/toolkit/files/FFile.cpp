@@ -17,7 +17,7 @@
 namespace Toolkit {
 namespace {
 
-// Returns the flags of open(2) for a mode of fopen(3); nothing for an invalid mode.
+// Returns the flags of open(2) for a mode of fopen(3); no value for an invalid mode.
 std::optional<int> ToFlags(const std::string& mode)
 {
     const bool updates = mode.find('+') != std::string::npos;
@@ -34,8 +34,8 @@ std::optional<int> ToFlags(const std::string& mode)
     }
 }
 
-// Hands `descriptor` over to `file`. wxFFile only owns the stream: its own operations print a
-// message for every failure.
+// Hands `descriptor` over to `file`. wxFFile only owns the stream; its operations are not used,
+// because they print a message for every failure.
 bool Attach(wxFFile& file, Base::FileDescriptor descriptor, const std::string& mode)
 {
     if (!descriptor.IsOpen())
@@ -73,10 +73,13 @@ bool FFile::OpenAfterClosing(const TString<wchar_t>& name, const TString<wchar_t
     if (!flags ||
         !Attach(*m_file, Base::FileDescriptor::Open(Base::EncodeUtf8(name), *flags), modeText))
         return false;
-    // Like fopen(), which starts such a file at its end; fdopen() does not. A pipe has no
-    // positions.
+    // fopen() starts a file that is opened only for appending at its end; fdopen() does not. A pipe
+    // has no positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
-    return !onlyAppends || SeekEnd(0) || errno == ESPIPE;
+    if (!onlyAppends || SeekEnd(0) || errno == ESPIPE)
+        return true;
+    Close();
+    return false;
 }
 
 bool FFile::IsOpened() const
@@ -118,10 +121,9 @@ unsigned int FFile::GetLength() const
 {
     if (!IsOpened())
         return 0;
-    // Buffered bytes count, so they are flushed. Seeking to the end and back would clear the
-    // end-of-file state.
     std::FILE* const stream = m_file->fp();
     std::fflush(stream);
+    // Not by seeking to the end and back, which would clear the end-of-file state.
     struct stat status {};
     if (::fstat(::fileno(stream), &status) != 0)
         return 0;

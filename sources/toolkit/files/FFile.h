@@ -19,8 +19,9 @@ public:
     FFile();
     ~FFile();
 
-    /// Closes the file that is open, and opens `name` with `mode`, such as "rb" or "a+". False if
-    /// it cannot be opened or is a directory. Child processes do not inherit the file.
+    /// Closes the current file and opens `name` with `mode`, such as "rb" or "a+". False, with no
+    /// file open, if `name` cannot be opened or is a directory. Programs that the process starts do
+    /// not inherit the file.
     ///
     /// Opens pipes and devices too, and blocks like open(2): a pipe opens when its other end does.
     bool Open(const TString<wchar_t>& name, const TString<wchar_t>& mode);
@@ -31,32 +32,34 @@ public:
     /// bytes, compare GetOffset() before and after.
     bool Read(void* buffer, unsigned int count);
 
-    /// Writes `text` as UTF-8; reports no errors. Writes nothing if `text` contains a value that is
-    /// negative or above U+10FFFF, which UTF-8 cannot encode.
+    /// Writes `text` as UTF-8; reports no errors. Writes nothing when out of memory, and if `text`
+    /// contains a value that is negative or above U+10FFFF, which UTF-8 cannot encode.
     void Write(const TString<wchar_t>& text);
 
-    /// Writes what is still buffered. False if that fails; true if no file is open.
+    /// Writes the buffered bytes. False if that fails; true if no file is open.
     bool Flush();
 
-    /// Closes the file. False if what was still buffered could not be written; the file is closed
-    /// all the same. True if no file is open.
+    /// Closes the file, even if the buffered bytes cannot be written; false in that case. True if
+    /// no file is open.
     bool Close();
 
-    /// Returns the low 32 bits of the length in bytes: 5 for a file of 4 GiB and 5 bytes. 0 if no
-    /// file is open, and for a file without a length, such as a pipe.
+    /// Returns the low 32 bits of the length in bytes: 5 for a file of 4 GiB and 5 bytes. Writes
+    /// the buffered bytes first, so that they count. 0 if no file is open, and for a file without a
+    /// length, such as a pipe.
     unsigned int GetLength() const;
 
     /// Whether a read reached the end of the file; true if no file is open.
     bool IsEOF() const;
 
-    /// Returns the position in bytes; -1 if no file is open, and in a pipe.
+    /// Returns the position in bytes; -1 if no file is open, and for a pipe.
     long long GetOffset() const;
 
     /// Moves to `offset` bytes from the beginning if `start` is true, otherwise from the current
-    /// position.
+    /// position. False if no file is open, for a pipe, and for a position before the beginning; the
+    /// position is then unchanged.
     bool Seek(long long offset, bool start);
 
-    /// Moves to `offset` bytes from the end: 0 is the end, negative values are before it.
+    /// Like Seek(), but counts from the end: 0 is the end, negative values are before it.
     bool SeekEnd(long long offset);
 
     /// Whether a regular file `name` exists.

@@ -15,16 +15,16 @@ namespace {
 
 // Returns where the program is installed: the part of its path before the last "bin" directory, or
 // /usr/local if there is no such part.
-TString<wchar_t> InstallPrefix(const TString<wchar_t>& executable)
+TString<wchar_t> FindInstallPrefix(const TString<wchar_t>& executable)
 {
     const std::size_t bin = executable.rfind(L"/bin/");
     return bin == std::wstring::npos || bin == 0 ? TString<wchar_t>(L"/usr/local")
                                                  : TString<wchar_t>(executable.substr(0, bin));
 }
 
-// Returns the value of WX_<NAME>_DATA_DIR, which names the data directory of a program that is not
-// installed.
-TString<wchar_t> ReadDataDirectoryOfEnvironment(std::wstring name)
+// Returns the value of the environment variable WX_<NAME>_DATA_DIR, which names the data directory
+// of a program that is not installed.
+TString<wchar_t> ReadDataDirectoryVariable(std::wstring name)
 {
     for (wchar_t& character : name)
         character = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(character)));
@@ -64,9 +64,9 @@ TString<wchar_t> ParseDirectory(const TString<wchar_t>& line)
     return value;
 }
 
-// Returns the documents directory that the file `path` names. The first line for it counts. Empty
-// if there is no such line, or no such directory.
-TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
+// Returns the documents directory that the first matching line of the file `path` names. Empty if
+// there is no such line, or no such directory.
+TString<wchar_t> ReadDocumentsDirectory(const TString<wchar_t>& path)
 {
     TextFile file;
     // Skips pipes and the like: opening them would block.
@@ -88,10 +88,10 @@ TString<wchar_t> FindDocumentsDirectory(const TString<wchar_t>& path)
 TString<wchar_t> FindFallbackDataDirectory(const TString<wchar_t>& executable,
                                            const TString<wchar_t>& name)
 {
-    TString<wchar_t> chosen = ReadDataDirectoryOfEnvironment(name);
+    TString<wchar_t> chosen = ReadDataDirectoryVariable(name);
     if (!chosen.empty())
         return chosen;
-    const TString<wchar_t> share = InstallPrefix(executable) + L"/share";
+    const TString<wchar_t> share = FindInstallPrefix(executable) + L"/share";
     return name.empty() ? share : TString<wchar_t>(share + L"/" + name);
 }
 
@@ -108,7 +108,7 @@ TString<wchar_t> FindFallbackUserLocalDataDirectory(const TString<wchar_t>& name
 
 TString<wchar_t> FindFallbackDocumentsDirectory()
 {
-    const TString<wchar_t> directory = FindDocumentsDirectory(FindUserDirectoriesFile());
+    const TString<wchar_t> directory = ReadDocumentsDirectory(FindUserDirectoriesFile());
     return directory.empty() ? TString<wchar_t>(Base::GetHomeDirectory()) : directory;
 }
 

@@ -4,12 +4,12 @@
 
 namespace Toolkit {
 
-// The standard directories of the platform: the same as those of wxStandardPaths, but found without
-// it.
+// The standard directories of the platform: the same paths as those of wxStandardPaths, but
+// composed without it.
 //
-// `name` is what wxStandardPaths appends for the application: its name, preceded by the vendor's
-// name if the application has enabled that. It may be empty. `executable` is the path of the
-// application's executable.
+// `name` is what wxStandardPaths appends for the application: the application's name, preceded by
+// the vendor's name if the application has enabled that. It may be empty. `executable` is the path
+// of the application's executable.
 
 TString<wchar_t> FindFallbackDataDirectory(const TString<wchar_t>& executable,
                                            const TString<wchar_t>& name);

@@ -17,8 +17,8 @@ public:
     InputStream& operator=(const InputStream&) = delete;
 
 protected:
-    /// The owned `wxInputStream`. A derived class may store another object here if its destructor
-    /// deletes it and leaves null.
+    /// The owned `wxInputStream`. A derived class may store another object here instead; its own
+    /// destructor must then delete that object and set this pointer to null.
     void* m_stream;
 };
 

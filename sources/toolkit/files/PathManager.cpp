@@ -27,10 +27,7 @@ void CreateDirectories(const TString<wchar_t>& path)
 
 TString<wchar_t> JoinPath(const TString<wchar_t>& base, const TString<wchar_t>& part)
 {
-    const smart_ptr<PathManager> manager = PathManager::GetInstance();
-    wchar_t separator = wxFileName::GetPathSeparator();
-    if (manager.IsValid())
-        separator = manager->GetPathSeparator().front();
+    const wchar_t separator = wxFileName::GetPathSeparator();
     std::wstring path = base;
     if (!path.empty() && path.back() != separator)
         path.push_back(separator);
@@ -46,7 +43,6 @@ struct PathParts {
 
 PathParts Split(const TString<wchar_t>& fullPath)
 {
-    // `volume` stays empty on systems without volumes: wxFileName does not set it there.
     wxString volume;
     wxString path;
     wxString name;
@@ -150,7 +146,8 @@ TString<wchar_t> PathManager::GetTempDir() const
 
 void PathManager::SetApplicationRessourcesPath(const TString<wchar_t>& path)
 {
-    // Everything that may run out of memory comes before the first change, or fails without one.
+    // Join() and the assignment may run out of memory before anything has changed; swap() cannot
+    // fail.
     TString<wchar_t> plugins = Join(path, c_strPluginsFolderName);
     m_ressourcesPath = path;
     m_pluginsPath.swap(plugins);

@@ -6,15 +6,16 @@
 
 namespace Toolkit {
 
-/// Knows where the application is installed and where it keeps its data. The paths are computed
-/// once; one object serves the whole process.
+/// Knows where the application is installed and where it keeps its data. The constructor computes
+/// the paths; one object serves the whole process.
 ///
 /// The standard directories are those of `wxStandardPaths`, for the application name that `wxApp`
 /// has. If `HOME` is not valid UTF-8, the home directory comes from the user database.
 ///
-/// The setters are not guarded: other threads may read while no setter runs. When out of memory,
-/// the constructor and the setters throw `std::bad_alloc` and change nothing; other operations
-/// that return or compose a string produce an empty one. Nothing else is thrown or logged.
+/// The setters take no lock: other threads may read only while no setter runs. When out of memory,
+/// the constructors, the setters and RebuildDependentPathes() throw `std::bad_alloc` and change
+/// nothing; other operations that return or compose a string produce an empty one. Nothing else is
+/// thrown or logged.
 class TOOLKIT_API PathManager {
 public:
     static const TString<wchar_t> c_strConfigurationFolderName;
@@ -35,24 +36,29 @@ public:
     explicit PathManager(const TString<wchar_t>& executable);
     ~PathManager();
 
-    /// Returns the file name of the executable without its last extension: "tool" for tool.bin.
-    /// Empty if the executable is unknown.
+    /// Returns the file name of the executable without its last extension: "tool" for tool.bin, ""
+    /// for .tool. Empty if the executable is unknown.
     const TString<wchar_t>& GetApplicationName() const { return m_applicationName; }
-    /// Returns the directory of the executable, without a separator at its end.
+    /// Returns the directory of the executable, without a separator at its end. If the executable
+    /// is unknown, returns the working directory at construction.
     const TString<wchar_t>& GetApplicationPath() const { return m_applicationPath; }
     /// Returns the path of the folder "config" in the data directory.
     const TString<wchar_t>& GetConfigurationPath() const { return m_configurationPath; }
-    /// Returns the application's own folder in the user's local data directory.
+    /// Returns the path that was set; until then, the application's own folder in the user's local
+    /// data directory.
     const TString<wchar_t>& GetApplicationDataPath() const { return m_applicationDataPath; }
+    /// Returns the path that was set; until then, the folder "ressources" in the resources
+    /// directory.
     const TString<wchar_t>& GetApplicationRessourcesPath() const { return m_ressourcesPath; }
     /// Returns the original ressources path; SetApplicationRessourcesPath() does not change it.
     const TString<wchar_t>& GetAppearancesPath() const { return m_appearancesPath; }
     /// Returns the path of the folder "plugins" in the ressources folder.
     const TString<wchar_t>& GetPluginsPath() const { return m_pluginsPath; }
+    /// Returns the user's documents directory.
     const TString<wchar_t>& GetDocumentsPath() const { return m_documentsPath; }
     /// Returns the path that was set; empty until then.
     const TString<wchar_t>& GetMassStorageDataPath() const { return m_massStorageDataPath; }
-    /// Returns the separator of path components, one character.
+    /// Returns the separator of path components, a string of one character.
     const TString<wchar_t>& GetPathSeparator() const { return m_pathSeparator; }
     /// Returns a lower-case name for this application, in this directory, run by this user:
     /// /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
@@ -60,7 +66,7 @@ public:
 
     /// Returns the directory of the application's read-only data, queried on each call.
     TString<wchar_t> GetDataDir() const;
-    /// Returns the directory of the user's own data on this machine, queried on each call.
+    /// Returns the directory of the user's data on this machine, queried on each call.
     TString<wchar_t> GetUserLocalDataDir() const;
     /// Returns "/tmp", whatever the environment says.
     TString<wchar_t> GetTempDir() const;

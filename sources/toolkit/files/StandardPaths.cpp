@@ -14,12 +14,12 @@
 #include <cstdlib>
 #include <string>
 
-// Without an application object the queries of wxStandardPaths crash. With one they decode names in
-// the encoding of the C locale, which loses all but ASCII in a host that never called setlocale().
+// Without an application object, the queries of wxStandardPaths crash. With one, they decode names
+// in the encoding of the locale; in a program that never called setlocale(), only ASCII survives.
 namespace Toolkit {
 namespace {
 
-// What wxStandardPaths appends to a directory.
+// Returns what wxStandardPaths appends to a directory for the application.
 TString<wchar_t> GetApplicationName()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();
@@ -47,7 +47,7 @@ bool DoesWxKnowHome()
            Framework::ToText(wxFileName::GetHomeDir()) == Base::GetHomeDirectory();
 }
 
-// Whether wxWidgets decodes the variable as UTF-8 does.
+// Whether wxWidgets decodes the environment variable `name` as UTF-8.
 bool DoesWxDecodeVariable(const char* name)
 {
     wxString value;
@@ -55,7 +55,7 @@ bool DoesWxDecodeVariable(const char* name)
     return Framework::ToText(value) == TString<wchar_t>(Base::DecodeUtf8(std::getenv(name)));
 }
 
-// Whether wxWidgets encodes the file name as UTF-8 does.
+// Whether wxWidgets encodes the file name `name` as UTF-8.
 bool DoesWxEncode(const TString<wchar_t>& name)
 {
     const wxCharBuffer encoded = Framework::ToWxString(name).mb_str(*wxConvFileName);

@@ -27,7 +27,6 @@ bool TextFile::Open(const TString<wchar_t>& name)
         m_lines = MakeLines();
     if (!m_lines)
         return false;
-    // A file that does not fit into memory counts as one that cannot be read.
     const bool isLoaded = Base::TryOr(false, [&] { return m_lines->Load(Base::EncodeUtf8(name)); });
     if (!isLoaded)
         m_lines->Unload();
@@ -50,7 +49,7 @@ TString<wchar_t> TextFile::GetFirstLine()
 {
     if (!m_lines || m_lines->GetLineCount() == 0)
         return {};
-    // The cursor moves only once the line is copied, which may throw.
+    // The cursor moves only after the line has been copied, because copying may throw.
     TString<wchar_t> line = Framework::ToText(m_lines->GetLine(0));
     m_lines->GetFirstLine();
     return line;

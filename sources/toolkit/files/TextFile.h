@@ -20,28 +20,30 @@ class TextFileLines;
 ///             Use(file.GetNextLine());
 ///     }
 ///
-/// Lines end at a line feed, a carriage return or both, and each keeps its own kind of end. One
-/// object is used by one thread at a time. Only the results report failures; nothing is logged.
-/// When out of memory, only GetFirstLine() and GetNextLine() throw std::bad_alloc and leave the
-/// cursor where it was: an empty result would look like a line.
+/// A line ends in a line feed, a carriage return or both, and keeps its line end when it is
+/// written. One object is used by one thread at a time. Only the results report failures; nothing
+/// is logged. When out of memory, only GetFirstLine() and GetNextLine() throw `std::bad_alloc` and
+/// leave the cursor where it was: an empty result would look like a line.
 class TOOLKIT_API TextFile {
 public:
     TextFile();
     ~TextFile();
 
-    /// Replaces the lines with those of the file `name`. If it cannot be read or decoded, returns
-    /// false and leaves the list empty. Blocks like open(2) on a pipe, and reads it to its end.
+    /// Replaces the lines with those of the file `name`, and moves the cursor to the first. If the
+    /// file cannot be read or decoded, or does not fit into memory, returns false and leaves the
+    /// list empty. Blocks like open(2) on a pipe, and reads it to its end.
     ///
-    /// A byte-order mark of UTF-16 or UTF-32 decides the encoding, and every mark is dropped. Any
-    /// other file is UTF-8, or ISO 8859-1 if anything in it is not valid UTF-8.
+    /// A byte-order mark of UTF-16 or UTF-32 decides the encoding. Any other file is UTF-8, or ISO
+    /// 8859-1 if anything in it is not valid UTF-8. Byte-order marks are dropped, that of UTF-8
+    /// too.
     bool Open(const TString<wchar_t>& name);
 
     /// Empties the list and forgets the file, without changing it. Always returns true.
     bool Close();
 
-    /// Writes all lines back to the file that was opened, in UTF-8 and with their line ends. False
+    /// Writes all lines back to the file that was opened, in UTF-8 without a byte-order mark. False
     /// if no file is open, if it is a pipe or a device, and if anything cannot be written; the file
-    /// is then unchanged. A file that was deleted meanwhile is created again.
+    /// is then unchanged. Creates the file again if it has been deleted.
     bool Write();
 
     /// Moves the cursor to the first line and returns that line; empty if there is none.
@@ -52,14 +54,14 @@ public:
     TString<wchar_t> GetNextLine();
 
     /// Whether the list is empty or the cursor is on the last line. Process the first line before
-    /// you call it, as in the example.
+    /// calling Eof(), as in the example.
     bool Eof() const;
 
     /// Removes all lines; Write() still writes to the same file.
     void Clear();
 
-    /// Appends a line that ends in a line feed. When out of memory, the line is lost, perhaps with
-    /// all others, and Write() fails until a file is opened again.
+    /// Appends `line`, which will end in a line feed. When out of memory, the line is lost, perhaps
+    /// with all others, and Write() fails until a file is opened again.
     void AddLine(const TString<wchar_t>& line);
 
 private:

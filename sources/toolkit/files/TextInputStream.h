@@ -19,7 +19,7 @@ public:
     }
     ~TextInputStream() override;
 
-    /// Replaces `word` with the next word, up to the white space after it. Empty at the end of the
+    /// Replaces `word` with the next word, which ends at white space. Empty at the end of the
     /// stream, and when out of memory.
     TextInputStream& operator>>(TString<wchar_t>& word);
 };
