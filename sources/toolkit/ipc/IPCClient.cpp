@@ -31,7 +31,7 @@ public:
 
 private:
     std::chrono::milliseconds TimeLeft() const;
-    bool LimitConnecting() const;
+    bool SetConnectTimeout() const;
     bool Wait(short event) const;
 
     Base::FileDescriptor m_socket;
@@ -44,10 +44,10 @@ std::chrono::milliseconds Conversation::TimeLeft() const
     return std::max(left, std::chrono::milliseconds(0));
 }
 
-// Limits connect(), which blocks while the queue of the server is full and does not look at
-// m_deadline.
-bool Conversation::LimitConnecting() const
+// Limits the duration of connect(), which blocks while the server's queue is full.
+bool Conversation::SetConnectTimeout() const
 {
+    // A time-out of zero would mean no limit.
     const auto left = std::max(TimeLeft(), std::chrono::milliseconds(1));
     timeval limit{};
     limit.tv_sec = static_cast<time_t>(left.count() / 1000);
@@ -61,7 +61,7 @@ bool Conversation::Open(const std::string& path)
     if (!m_socket.IsOpen())
         return false;
     do {
-        if (!LimitConnecting())
+        if (!SetConnectTimeout())
             return false;
         if (Ipc::ConnectToOwn(m_socket, path))
             return Ipc::IsPeerOfThisUser(m_socket);
@@ -93,7 +93,7 @@ bool Conversation::Receive(char& byte) const
     return false;
 }
 
-// False when the deadline passes first, or when poll() fails.
+// Waits for `event`. False when the deadline passes first, or when poll() fails.
 bool Conversation::Wait(short event) const
 {
     pollfd waiting{m_socket.Get(), event, 0};
@@ -120,7 +120,7 @@ bool Deliver(const TString<wchar_t>& service, const TString<wchar_t>& text)
            answer == Ipc::c_accepted && conversation.Send(Ipc::MakeExecuteRequest(message));
 }
 
-// Whether a server listens, found out without waiting: the queue of a server may be full.
+// Whether a server listens. Does not wait, even if the server's queue is full.
 bool FindsServer(const TString<wchar_t>& service)
 {
     const Base::FileDescriptor socket = Ipc::CreateSocket();
@@ -128,6 +128,7 @@ bool FindsServer(const TString<wchar_t>& service)
         return false;
     if (Ipc::ConnectToOwn(socket, Ipc::MakeSocketPath(service)))
         return Ipc::IsPeerOfThisUser(socket);
+    // The server's queue is full.
     return errno == EAGAIN || errno == EWOULDBLOCK;
 }
 

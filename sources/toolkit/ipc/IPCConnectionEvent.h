@@ -10,8 +10,8 @@ class TOOLKIT_API IPCConnectionEvent {
 public:
     virtual ~IPCConnectionEvent();
 
-    /// Called with each message, on the thread that runs the event loop or calls
-    /// IPCServer::SendExecuteEvent(), under the lock of the server's list of listeners.
+    /// Called with each message, under the lock of the server's list of listeners: on the thread
+    /// that runs the event loop, or on the one that calls IPCServer::SendExecuteEvent().
     virtual void OnExecute(const TString<wchar_t>& text) = 0;
 };
 

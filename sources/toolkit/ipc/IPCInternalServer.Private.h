@@ -19,10 +19,10 @@ public:
     /// `deliver` must outlive the connection.
     explicit IPCConnectionEventHelper(const IPCDelivery& deliver);
 
-    /// Delivers a message. Data in the format `wxIPC_UTF8TEXT` is UTF-8, and in every other format
-    /// wide characters. It ends at a null character or after `size` bytes. Drops a message that is
-    /// not valid UTF-8. False when a listener threw; the exception has then been reported to the
-    /// application object. Throws `std::bad_alloc`.
+    /// Delivers a message. In the format `wxIPC_UTF8TEXT`, `data` is UTF-8; in every other format,
+    /// wide characters. The message ends at a null character or after `size` bytes. Drops a message
+    /// that is not valid UTF-8. False if a listener threw; the exception has then been passed to
+    /// the application object. Throws `std::bad_alloc`.
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override;
 
@@ -32,16 +32,17 @@ private:
 
 /// The part of an `IPCServer` that wxWidgets sees.
 ///
-/// wxTCPServer would block the event loop while it waits for a client, and would let every user
-/// connect for a moment. The library therefore has sockets and sessions of its own.
+/// wxTCPServer would block the event loop while it waits for a client, and would change the umask
+/// of the whole process while it creates its socket file. The library therefore has sockets and
+/// sessions of its own.
 class IPCInternalServer : public wxTCPServer {
 public:
-    /// Serves at most `maxSessions` clients at once.
+    /// Serves at most `maxSessions` clients at the same time.
     IPCInternalServer(std::size_t maxSessions, IPCDelivery deliver);
     ~IPCInternalServer() override;
 
-    /// Listens on the socket of `service`; true at once if it already does. Throws
-    /// `std::bad_alloc`.
+    /// Starts listening on the socket file of `service`; does nothing if the server already listens
+    /// and the file still exists. Throws `std::bad_alloc`.
     bool Create(const wxString& service) override;
 
     /// Accepts every topic.
@@ -52,7 +53,7 @@ private:
 
     const std::size_t m_maxSessions;
     const IPCDelivery m_deliver;
-    std::unique_ptr<Source> m_source; // null while it does not listen
+    std::unique_ptr<Source> m_source; // null while the server does not listen
 };
 
 } // namespace Toolkit

@@ -19,13 +19,13 @@ namespace {
 
 static_assert(Ipc::c_textFormat == wxIPC_TEXT);
 
-// Calls code of the program the way wxWidgets calls event handlers: an exception goes to the
-// application object instead of passing through the event loop.
+// Calls the program's code as wxWidgets calls event handlers: an exception goes to the application
+// object instead of passing through the event loop.
 class GuardedCall : public wxEvtHandler {
 public:
     explicit GuardedCall(std::function<void()> call) : m_call(std::move(call)) {}
 
-    // False when the code threw.
+    // Returns false if the call threw.
     bool Run()
     {
         wxThreadEvent event(wxEVT_NULL);
@@ -63,8 +63,8 @@ wxIPCFormat ToFormat(unsigned char value)
 
 // Registers all sessions as one source of the event loop.
 //
-// One source, and so one descriptor: wxWidgets must not have a descriptor removed while it handles
-// others, which would happen whenever a session ends in an event loop that a listener runs.
+// With a source for each session, a session that ends in an event loop run by a listener would
+// remove its descriptor while wxWidgets still handles others, which wxWidgets does not support.
 class IPCInternalServer::Source : private wxEventLoopSourceHandler {
 public:
     Source(std::size_t maxSessions, Ipc::Execute execute)
@@ -73,7 +73,7 @@ public:
     }
     ~Source() override;
 
-    // Called once. False without an application object, or when nothing can listen at `path`.
+    // Must be called only once. False if the socket file or the source cannot be created.
     bool Listen(const std::string& path);
 
     bool IsReachable() const { return m_sessions.AreReachable(); }
@@ -90,16 +90,16 @@ private:
 
 IPCInternalServer::Source::~Source()
 {
-    // Leaks the source where it cannot be destroyed: without the application object wxWidgets has
-    // stopped, and has destroyed its part of the source; in a forked child that part is shared with
-    // the parent.
-    if (!wxAppConsole::GetInstance() || !m_sessions.AreOfThisProcess())
+    // Leaks the source where it must not be destroyed. Without an application object, wxWidgets has
+    // stopped and has already destroyed its part of the source. In a forked child, that part is
+    // shared with the parent.
+    if (!wxAppConsole::GetInstance() || !m_sessions.BelongToThisProcess())
         static_cast<void>(m_source.release());
 }
 
 bool IPCInternalServer::Source::Listen(const std::string& path)
 {
-    if (!wxAppConsole::GetInstance() || !m_sessions.Listen(path))
+    if (!m_sessions.Listen(path))
         return false;
     m_source.reset(
         wxEventLoopBase::AddSourceForFD(m_sessions.Descriptor(), this, wxEVENT_SOURCE_INPUT));
@@ -108,15 +108,15 @@ bool IPCInternalServer::Source::Listen(const std::string& path)
 
 IPCConnectionEventHelper::IPCConnectionEventHelper(const IPCDelivery& deliver) : m_deliver(deliver)
 {
-    // The library has the socket, so the base class must not disconnect one.
+    // The base class has no socket to disconnect: the library owns it.
     SetConnected(false);
 }
 
 bool IPCConnectionEventHelper::OnExecute(const wxString&, const void* data, size_t size,
                                          wxIPCFormat format)
 {
-    // Outside the guarded call: running out of memory here is not a listener's exception, and ends
-    // only the session.
+    // Outside the guarded call: running out of memory here ends only the session, and is not
+    // reported as a listener's exception.
     std::wstring characters;
     if (!Decode(characters, data, size, format))
         return true;
@@ -138,7 +138,7 @@ bool IPCInternalServer::Create(const wxString& service)
     m_source.reset();
     auto source = std::make_unique<Source>(
         m_maxSessions, [this](const std::vector<char>& data, unsigned char format) {
-            const wxString topic; // not kept: every topic is accepted
+            const wxString topic; // empty: topics are not stored
             const std::unique_ptr<wxConnectionBase> connection(OnAcceptConnection(topic));
             return connection->OnExecute(topic, data.data(), data.size(), ToFormat(format));
         });

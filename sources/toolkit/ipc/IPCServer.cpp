@@ -19,7 +19,7 @@ TString<wchar_t> MakeDefaultService()
     if (!paths.IsValid())
         return service;
     const TString<wchar_t> directory = paths->GetTempDir();
-    // GetTempDir() ran out of memory. Without this check the socket would be in the working
+    // GetTempDir() ran out of memory. Without this check, the socket file would be in the working
     // directory.
     if (directory.empty())
         throw std::bad_alloc();

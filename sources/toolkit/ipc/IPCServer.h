@@ -24,14 +24,15 @@ class IPCInternalServer;
 /// A service is a socket file that only processes of the same user can use. A name without "/" is a
 /// file in the working directory; a number is not a valid name. A path longer than a socket
 /// address allows (107 bytes of UTF-8 on Linux, 103 on macOS) is shortened, by server and client
-/// alike, to its beginning and a hash: `GetSocketPath()`.
+/// alike, to its beginning and a hash; GetSocketPath() returns the result.
 ///
 /// The event loop of wxWidgets serves the clients: no message arrives while none runs. A program
 /// without a user interface calls `wxInitialize()`, then Run(), then
 /// `wxAppConsole::GetInstance()->MainLoop()`. Call Run() and destroy the server on the thread that
-/// runs the loop, never in one of its own listeners. Destroy it before the application object if
-/// the program runs its own. An exception from a listener reaches the application object like one
-/// from any event handler: later listeners miss the message, and its sender is disconnected.
+/// runs the loop, and never in one of the server's listeners. In a program that creates its own
+/// application object, destroy the server first. An exception from a listener reaches the
+/// application object like one from any event handler: later listeners miss the message, and its
+/// sender is disconnected.
 ///
 /// No client blocks the loop or keeps others out. The server disconnects a client
 /// - whose message makes no progress for 2 seconds or is not complete after 30,
@@ -43,31 +44,36 @@ class IPCInternalServer;
 /// Nothing is logged. Only the constructor and listeners may throw.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
-    /// The largest number of clients that are connected at the same time.
+    /// Maximum number of clients that are connected at the same time.
     static constexpr std::size_t c_maxSessions = 256;
 
-    /// Stores the name; Run() begins to listen.
+    /// Stores the name; Run() starts listening.
     ///
     /// An empty `service` means the application's own: a file in the temporary directory of
     /// `PathManager` with the application's unique name and the extension ".ipc". Without a
-    /// `PathManager`, Run() then fails. When out of memory, Run() fails too, or the constructor
-    /// throws `std::bad_alloc` if there is no memory for the lock of the listeners.
+    /// `PathManager`, Run() then fails. When out of memory, the constructor throws
+    /// `std::bad_alloc`, or creates a server whose Run() fails.
     explicit IPCServer(const TString<wchar_t>& service);
 
     /// Disconnects all clients and removes the socket file if it is still the one Run() created.
     ~IPCServer() override;
 
-    /// Returns the path of the socket file that `service` names, as the constructor and `IPCClient`
-    /// accept it; the application's own if `service` is empty. "example" gives "./example".
+    /// Returns the path of the socket file that `service` names; if `service` is empty, that of the
+    /// application's own service. "example" gives "./example". The constructor and `IPCClient` also
+    /// accept the path as a name.
     ///
-    /// Empty if the name is not valid, and when out of memory.
+    /// Empty if the name is not valid, if `service` is empty and there is no `PathManager`, and
+    /// when out of memory.
     static TString<wchar_t> GetSocketPath(const TString<wchar_t>& service);
 
-    /// Begins to listen and returns at once. True if the server listens, even from an earlier call.
+    /// Starts listening; the event loop then serves the clients. True if the server listens, also
+    /// if it did before. If its socket file has been removed, disconnects all clients and creates
+    /// the file again.
     ///
-    /// False if the socket file cannot be created, if another server listens with the name, and if
-    /// something else exists at the path. The file of a crashed server is replaced. While another
-    /// server starts with the same name, Run() waits for it for up to 2 seconds.
+    /// False if the socket file cannot be created, if another server listens with the name, if
+    /// something else exists at the path, if wxWidgets cannot be started, and when out of memory.
+    /// The file of a crashed server is replaced. While another server starts with the same name,
+    /// Run() waits for it for up to 2 seconds.
     bool Run();
 
     /// Passes the message `text` to every listener. Any thread may call it, whether the server

@@ -13,7 +13,7 @@
 /// Disconnect at the end. A size has four bytes, the least significant first.
 namespace Toolkit::Ipc {
 
-/// The answer with which the server accepts a topic.
+/// The server's answer when it accepts a topic.
 constexpr char c_accepted = 10;
 
 /// The format of wide characters that end with a null character: `wxIPC_TEXT`.
@@ -38,18 +38,18 @@ class MessageParser {
 public:
     enum class Message { Incomplete, Topic, Execute, Disconnect, Broken };
 
-    /// Removes bytes from the front of `bytes` until a message is complete or `bytes` is empty.
-    /// Must not be called after a broken message.
+    /// Removes bytes from the front of `bytes` until a message is complete or broken, or `bytes` is
+    /// empty. Must not be called after a broken message.
     Message Parse(std::string_view& bytes);
 
     /// Whether the client still has to send the rest of a message, or its topic.
-    bool IsExpecting() const { return m_isTopicMissing || !m_header.empty(); }
+    bool IsExpectingMore() const { return m_isTopicMissing || !m_header.empty(); }
 
     /// Moves out the data of the Execute message that Parse() completed. It is aligned for every
     /// type.
     std::vector<char> TakeData();
 
-    /// The format of that data.
+    /// The format of the data that TakeData() moves out.
     unsigned char Format() const { return m_format; }
 
 private:

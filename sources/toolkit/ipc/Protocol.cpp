@@ -10,6 +10,7 @@
 namespace Toolkit::Ipc {
 namespace {
 
+// The first byte of a message, as in sckipc.cpp of wxWidgets.
 constexpr char c_execute = 1;
 constexpr char c_connect = c_accepted;
 constexpr char c_disconnect = 11;
@@ -19,14 +20,14 @@ constexpr std::size_t c_sizeLength = 4;
 
 // In bytes. The topic of an IPCClient is its message, so this also limits every message, encoded as
 // UTF-8.
-constexpr std::size_t c_longestTopic = std::size_t{16} << 20;
+constexpr std::size_t c_maxTopicLength = std::size_t{16} << 20;
 
-// In bytes: the most wide characters that such a topic can encode, and a null character.
-constexpr std::size_t c_longestData = (c_longestTopic + 1) * sizeof(wchar_t);
+// In bytes: room for as many wide characters as such a topic can encode, and a null character.
+constexpr std::size_t c_maxDataLength = (c_maxTopicLength + 1) * sizeof(wchar_t);
 
 // The path in a socket address ends with a null byte.
-constexpr std::size_t c_longestPath = sizeof(sockaddr_un::sun_path) - 1;
-constexpr std::size_t c_hashLength = 16;
+constexpr std::size_t c_maxPathLength = sizeof(sockaddr_un::sun_path) - 1;
+constexpr std::size_t c_hashLength = 16; // of Base::ShortenName()
 
 constexpr std::uint32_t c_lastCharacter = 0x10FFFF;
 
@@ -53,10 +54,10 @@ bool IsNumber(const std::wstring& text)
 // Never cuts a UTF-8 character in two: macOS rejects names that are not UTF-8.
 std::string Shorten(const std::string& path)
 {
-    std::size_t longest = c_longestPath;
-    while (longest < path.size() && (path[longest - c_hashLength] & 0xC0) == 0x80)
-        --longest;
-    return Base::ShortenName(path, longest);
+    std::size_t maxLength = c_maxPathLength;
+    while (maxLength < path.size() && (path[maxLength - c_hashLength] & 0xC0) == 0x80)
+        --maxLength;
+    return Base::ShortenName(path, maxLength);
 }
 
 std::wstring ReplaceUnencodable(std::wstring_view text)
@@ -89,7 +90,7 @@ std::string MakeSocketPath(const std::wstring& service)
 std::string MakeConnectRequest(std::wstring_view topic)
 {
     constexpr std::size_t headerLength = 1 + c_sizeLength;
-    if (topic.size() > c_longestTopic)
+    if (topic.size() > c_maxTopicLength)
         return {};
     std::string bytes(headerLength, c_connect);
     if (!Base::AppendEncodedUtf8(bytes, topic.data(), topic.size())) {
@@ -97,7 +98,7 @@ std::string MakeConnectRequest(std::wstring_view topic)
         Base::AppendEncodedUtf8(bytes, encodable.data(), encodable.size());
     }
     const std::size_t size = bytes.size() - headerLength;
-    if (size > c_longestTopic)
+    if (size > c_maxTopicLength)
         return {};
     WriteSize(&bytes[1], size);
     return bytes;
@@ -140,13 +141,13 @@ MessageParser::Message MessageParser::ParseHeader(std::string_view& bytes)
         return Message::Disconnect;
 
     m_missing = ReadSize(m_header.data() + length - c_sizeLength);
-    if (m_missing > (m_isTopicMissing ? c_longestTopic : c_longestData))
+    if (m_missing > (m_isTopicMissing ? c_maxTopicLength : c_maxDataLength))
         return Message::Broken;
     m_isHeaderComplete = true;
     return m_missing == 0 ? Complete() : Message::Incomplete;
 }
 
-// 0 for a message that is not allowed here.
+// Returns 0 for a message that is not allowed at this point.
 std::size_t MessageParser::HeaderLength() const
 {
     const char code = m_header.front();

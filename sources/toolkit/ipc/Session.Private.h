@@ -17,13 +17,13 @@ namespace Toolkit::Ipc {
 /// Handles one message, given as data and format. May run an event loop. False ends the session.
 using Execute = std::function<bool(const std::vector<char>& data, unsigned char format)>;
 
-/// The conversation with one client. Never waits for it.
+/// The conversation with one client. Never waits for the client.
 class Session {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// The unit of time limits. Ticks are counted by the loop that serves the session: while the
-    /// loop is busy elsewhere, the client can make no progress, and no time passes.
+    /// The unit of time limits. The loop that serves the session counts the ticks: while it is busy
+    /// elsewhere and the client can make no progress, it counts none.
     static constexpr std::chrono::milliseconds c_tick{250};
 
     /// Talks to the client on `socket` and calls `execute` with each message. `execute` must
@@ -31,7 +31,7 @@ public:
     Session(Base::FileDescriptor socket, const Execute& execute);
 
     /// Reads what has arrived, up to the end of a message, and acts on it; false when the session
-    /// has ended. Not called while the session is busy.
+    /// has ended. Must not be called while the session is busy.
     bool Read();
 
     /// Whether the program is handling a message of this session, perhaps in an event loop of its
@@ -42,6 +42,7 @@ public:
     bool IsUnwatched() const { return m_isUnwatched; }
     void SetUnwatched(bool isUnwatched) { m_isUnwatched = isUnwatched; }
 
+    /// Called at each tick while the session is not busy.
     void CountTick();
 
     /// Whether a message has made no progress for 2 seconds, or is not complete after 30 seconds.
@@ -55,7 +56,8 @@ public:
 
 private:
     bool ActOn(std::string_view bytes);
-    bool Act(std::string_view bytes);
+    bool ParseAndHandle(std::string_view bytes);
+    bool Handle(MessageParser::Message message);
     bool Answer() const;
 
     Base::FileDescriptor m_socket;
@@ -73,18 +75,18 @@ private:
 /// runs.
 class Sessions {
 public:
-    /// Serves at most `maxSessions` clients at once.
+    /// Serves at most `maxSessions` clients at the same time.
     Sessions(std::size_t maxSessions, Execute execute);
 
-    /// Starts to listen. Called once; false when that fails, for example because `path` cannot be
-    /// created.
+    /// Starts listening; false on failure, for example if `path` cannot be created. Must be called
+    /// only once.
     bool Listen(const std::string& path);
 
     /// Whether clients that connect to the file reach this server.
     bool AreReachable() const { return m_listener.IsInPlace(); }
 
     /// False in a forked child.
-    bool AreOfThisProcess() const { return m_listener.IsOfThisProcess(); }
+    bool BelongToThisProcess() const { return m_listener.BelongsToThisProcess(); }
 
     /// Readable when there is something to do.
     int Descriptor() const { return m_sockets.Get(); }
@@ -101,7 +103,7 @@ private:
     bool Serve(int descriptor);
     void End(int descriptor);
     void OnTick();
-    void EndOverdue();
+    void CountTickAndEndOverdue();
     void StartTicking();
     void StopTicking();
 

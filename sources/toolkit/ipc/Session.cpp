@@ -15,13 +15,13 @@ constexpr std::size_t c_maxBytesPerRead = 65536;
 // How many clients are accepted before the connected ones are served again.
 constexpr int c_maxAcceptedPerPass = 16;
 
-constexpr unsigned int CountTicks(std::chrono::milliseconds duration)
+constexpr unsigned int ToTicks(std::chrono::milliseconds duration)
 {
     return static_cast<unsigned int>(duration / Session::c_tick);
 }
 
-constexpr unsigned int c_longestSilence = CountTicks(std::chrono::seconds(2));
-constexpr unsigned int c_longestMessage = CountTicks(std::chrono::seconds(30));
+constexpr unsigned int c_maxSilentTicks = ToTicks(std::chrono::seconds(2));
+constexpr unsigned int c_maxMessageTicks = ToTicks(std::chrono::seconds(30));
 
 bool IsOutOfResources(int error)
 {
@@ -46,7 +46,7 @@ bool Session::Read()
             return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
         if (count == 0 || !ActOn({buffer, static_cast<std::size_t>(count)}))
             return false;
-    } while (m_parser.IsExpecting());
+    } while (m_parser.IsExpectingMore());
     return true;
 }
 
@@ -55,25 +55,31 @@ bool Session::ActOn(std::string_view bytes)
     m_lastProgress = Clock::now();
     m_silentTicks = 0;
     m_isBusy = true;
-    const bool goesOn = Act(bytes);
+    const bool goesOn = ParseAndHandle(bytes);
     m_isBusy = false;
     return goesOn;
 }
 
-bool Session::Act(std::string_view bytes)
+bool Session::ParseAndHandle(std::string_view bytes)
 {
     for (;;) {
         const Message message = m_parser.Parse(bytes);
         if (message == Message::Incomplete)
             return true;
         m_messageTicks = 0;
-        const bool goesOn =
-            message == Message::Topic
-                ? Answer()
-                : message == Message::Execute && m_execute(m_parser.TakeData(), m_parser.Format());
-        if (!goesOn)
+        if (!Handle(message))
             return false;
     }
+}
+
+// Returns false if the session ends.
+bool Session::Handle(Message message)
+{
+    if (message == Message::Topic)
+        return Answer();
+    if (message == Message::Execute)
+        return m_execute(m_parser.TakeData(), m_parser.Format());
+    return false; // Disconnect or Broken
 }
 
 bool Session::Answer() const
@@ -84,13 +90,13 @@ bool Session::Answer() const
 void Session::CountTick()
 {
     ++m_silentTicks;
-    m_messageTicks = m_parser.IsExpecting() ? m_messageTicks + 1 : 0;
+    m_messageTicks = m_parser.IsExpectingMore() ? m_messageTicks + 1 : 0;
 }
 
 bool Session::IsOverdue() const
 {
-    return m_parser.IsExpecting() &&
-           (m_silentTicks > c_longestSilence || m_messageTicks > c_longestMessage);
+    return m_parser.IsExpectingMore() &&
+           (m_silentTicks > c_maxSilentTicks || m_messageTicks > c_maxMessageTicks);
 }
 
 bool Session::IsSilent() const
@@ -111,7 +117,7 @@ bool Sessions::Listen(const std::string& path)
 
 void Sessions::ServeReadable()
 {
-    // When out of memory: sockets that are still readable are reported again.
+    // After running out of memory, the sockets that are still readable are reported again.
     static_cast<void>(Base::RunsWithoutThrowing([&] {
         for (const int descriptor : m_sockets.PollReadable()) {
             if (descriptor == SocketSet::c_tick)
@@ -171,17 +177,17 @@ void Sessions::Open(Base::FileDescriptor socket)
 bool Sessions::MakeRoom()
 {
     for (;;) {
-        auto longest = m_sessions.end();
+        auto longestSilent = m_sessions.end();
         for (auto session = m_sessions.begin(); session != m_sessions.end(); ++session) {
-            const bool mayGo = session->second.IsSilent() && !session->second.IsBusy();
-            if (mayGo && (longest == m_sessions.end() ||
-                          session->second.LastProgress() < longest->second.LastProgress()))
-                longest = session;
+            const bool mayEnd = session->second.IsSilent() && !session->second.IsBusy();
+            if (mayEnd && (longestSilent == m_sessions.end() ||
+                           session->second.LastProgress() < longestSilent->second.LastProgress()))
+                longestSilent = session;
         }
-        if (longest == m_sessions.end())
+        if (longestSilent == m_sessions.end())
             return false;
         // Reads first: data may have arrived while the loop was busy.
-        const int descriptor = longest->first;
+        const int descriptor = longestSilent->first;
         if (Serve(descriptor) && m_sessions.at(descriptor).IsSilent())
             End(descriptor);
         if (m_sessions.count(descriptor) == 0)
@@ -208,12 +214,12 @@ bool Sessions::Serve(int descriptor)
         return false;
     Session& session = found->second;
     if (session.IsBusy()) {
-        // A listener runs this loop. It must not spin on data that stays unread until the listener
-        // returns.
+        // A listener runs this loop, which must not spin on data that stays unread until the
+        // listener returns.
         session.SetUnwatched(m_sockets.Remove(descriptor));
         return true;
     }
-    // Disconnects a client whose message does not fit into memory.
+    // Ends the session, too, if a message does not fit into memory.
     if (!Base::TryOr(false, [&] { return session.Read(); }) ||
         (session.IsUnwatched() && !m_sockets.Add(descriptor))) {
         End(descriptor);
@@ -235,7 +241,7 @@ void Sessions::OnTick()
 {
     if (m_isPaused)
         ResumeAccepting();
-    EndOverdue();
+    CountTickAndEndOverdue();
     if (m_sessions.empty() && !m_isPaused)
         StopTicking();
 }
@@ -254,7 +260,8 @@ void Sessions::StopTicking()
     m_isTicking = false;
 }
 
-void Sessions::EndOverdue()
+// Counts the tick for each session, and ends those that are overdue.
+void Sessions::CountTickAndEndOverdue()
 {
     std::vector<int> overdue;
     for (auto& [descriptor, session] : m_sessions) {

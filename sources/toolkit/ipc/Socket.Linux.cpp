@@ -12,11 +12,12 @@ namespace {
 
 constexpr int c_maxEventsPerPoll = 32;
 
-bool AddAs(const Base::FileDescriptor& set, int descriptor, int name)
+// Adds `descriptor` to the set, which reports it as `reportedAs`.
+bool AddAs(const Base::FileDescriptor& set, int descriptor, int reportedAs)
 {
     epoll_event event{};
     event.events = EPOLLIN;
-    event.data.fd = name;
+    event.data.fd = reportedAs;
     return ::epoll_ctl(set.Get(), EPOLL_CTL_ADD, descriptor, &event) == 0;
 }
 
@@ -88,15 +89,16 @@ std::vector<int> SocketSet::PollReadable()
 {
     epoll_event events[c_maxEventsPerPoll];
     const int count = ::epoll_wait(m_file.Get(), events, c_maxEventsPerPoll, 0);
-    std::vector<int> sockets;
+    std::vector<int> readable;
     for (int i = 0; i < count; ++i) {
+        // Reading the clock resets it; otherwise it would stay readable.
         std::uint64_t ticks = 0;
         const bool isReadable = events[i].data.fd != c_tick ||
                                 ::read(m_clock.Get(), &ticks, sizeof ticks) == sizeof ticks;
         if (isReadable)
-            sockets.push_back(events[i].data.fd);
+            readable.push_back(events[i].data.fd);
     }
-    return sockets;
+    return readable;
 }
 
 } // namespace Toolkit::Ipc

@@ -86,13 +86,13 @@ void SocketSet::SetTicking(unsigned int intervalMs)
 std::vector<int> SocketSet::PollReadable()
 {
     struct kevent events[c_maxEventsPerPoll];
-    const timespec atOnce{};
-    const int count = ::kevent(m_file.Get(), nullptr, 0, events, c_maxEventsPerPoll, &atOnce);
-    std::vector<int> sockets;
+    const timespec noWait{};
+    const int count = ::kevent(m_file.Get(), nullptr, 0, events, c_maxEventsPerPoll, &noWait);
+    std::vector<int> readable;
     for (int i = 0; i < count; ++i)
-        sockets.push_back(events[i].filter == EVFILT_TIMER ? c_tick
-                                                           : static_cast<int>(events[i].ident));
-    return sockets;
+        readable.push_back(events[i].filter == EVFILT_TIMER ? c_tick
+                                                            : static_cast<int>(events[i].ident));
+    return readable;
 }
 
 } // namespace Toolkit::Ipc

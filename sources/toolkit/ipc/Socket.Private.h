@@ -10,7 +10,7 @@
 
 /// Stream sockets between processes of one machine. Their addresses are file paths.
 ///
-/// On failure, functions return what the corresponding system call returns, with the reason in
+/// On failure, functions return false, -1 or a descriptor that is not open, with the reason in
 /// `errno`. None raises a signal.
 namespace Toolkit::Ipc {
 
@@ -49,21 +49,22 @@ public:
     SocketFile(const SocketFile&) = delete;
     SocketFile& operator=(const SocketFile&) = delete;
 
-    /// Creates the file and listens. Called once. Replaces a socket file of this user on which no
-    /// process listens any more; false if anything else is at `path`.
+    /// Creates the file and listens. Must be called only once. Replaces a socket file of this user
+    /// on which no process listens any more. False if anything else exists at `path`, and if the
+    /// file cannot be created.
     bool Listen(const std::string& path);
 
     /// Whether the file at the path is still the one that Listen() created.
     bool IsInPlace() const;
 
     /// False in a forked child.
-    bool IsOfThisProcess() const;
+    bool BelongsToThisProcess() const;
 
     const Base::FileDescriptor& Socket() const { return m_socket; }
 
 private:
     bool ListenLocked(const std::string& path);
-    bool MakeRoom(const std::string& path) const;
+    bool RemoveStaleFile(const std::string& path) const;
 
     Base::FileDescriptor m_directory;
     std::string m_name; // in m_directory, even if the working directory changes
@@ -90,7 +91,7 @@ public:
     /// The set's own descriptor.
     int Get() const { return m_file.Get(); }
 
-    /// Adds or removes a socket by its descriptor; false on failure.
+    /// Adds or removes the socket with the descriptor `socket`; false on failure.
     bool Add(int socket);
     bool Remove(int socket);
 

@@ -16,7 +16,7 @@
 namespace Toolkit::Ipc {
 namespace {
 
-constexpr std::chrono::seconds c_longestTakeOver{2};
+constexpr std::chrono::seconds c_maxLockWait{2};
 constexpr std::chrono::milliseconds c_retryInterval{10};
 
 // False for a path that is empty or too long.
@@ -70,8 +70,8 @@ Base::FileDescriptor OpenDirectory(const std::string& path)
     return Base::FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-// Whether a server listens at `path`. Also true when it is too busy to accept, or when that cannot
-// be found out.
+// Whether a server listens at `path`. Also true if the server is too busy to accept, and if the
+// attempt to connect fails for any reason that does not prove the opposite.
 bool IsServed(const std::string& path)
 {
     const Base::FileDescriptor socket = CreateSocket();
@@ -83,8 +83,8 @@ bool IsServed(const std::string& path)
 // Held by the one server that may examine a socket file and replace it. Without the lock, a second
 // server would treat the new file, on which nobody listens yet, as left by a crash.
 //
-// The lock is a file beside the socket, which is removed before the lock is released. A file that a
-// crash left is used, and then removed, by the next server.
+// The lock is a file next to the socket file, and is removed before it is released. The next server
+// uses, and then removes, a lock file that a crash has left.
 class TakeOverLock {
 public:
     TakeOverLock(const Base::FileDescriptor& directory, const std::string& socketName)
@@ -96,8 +96,8 @@ public:
     TakeOverLock(const TakeOverLock&) = delete;
     TakeOverLock& operator=(const TakeOverLock&) = delete;
 
-    // False when another server does not release the lock in time. True without a lock when the
-    // lock cannot be had, for example because another user has a file of that name.
+    // Returns false if another server does not release the lock in time. Returns true, without the
+    // lock, if locking is impossible, for example because another user has a file of that name.
     bool Wait();
 
 private:
@@ -118,7 +118,7 @@ TakeOverLock::~TakeOverLock()
 
 bool TakeOverLock::Wait()
 {
-    const auto deadline = std::chrono::steady_clock::now() + c_longestTakeOver;
+    const auto deadline = std::chrono::steady_clock::now() + c_maxLockWait;
     State state = TryLock();
     while (state == State::HeldElsewhere && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(c_retryInterval);
@@ -184,11 +184,11 @@ SocketFile::~SocketFile()
 {
     // No other server replaces the file while this one listens, so the file that IsInPlace() has
     // checked is the one that is removed.
-    if (IsOfThisProcess() && IsInPlace())
+    if (BelongsToThisProcess() && IsInPlace())
         ::unlinkat(m_directory.Get(), m_name.c_str(), 0);
 }
 
-bool SocketFile::IsOfThisProcess() const
+bool SocketFile::BelongsToThisProcess() const
 {
     return m_process == ::getpid();
 }
@@ -219,7 +219,7 @@ bool SocketFile::ListenLocked(const std::string& path)
 {
     m_socket = CreateSocket();
     if (!m_socket.IsOpen() || !SetBlocking(m_socket, false) || !RestrictToOwner(m_socket) ||
-        !MakeRoom(path) || !Bind(m_socket, path))
+        !RemoveStaleFile(path) || !Bind(m_socket, path))
         return false;
     struct stat status {};
     if (::fstatat(m_directory.Get(), m_name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
@@ -231,7 +231,8 @@ bool SocketFile::ListenLocked(const std::string& path)
     return ::listen(m_socket.Get(), SOMAXCONN) == 0;
 }
 
-bool SocketFile::MakeRoom(const std::string& path) const
+// Returns whether `path` is now free.
+bool SocketFile::RemoveStaleFile(const std::string& path) const
 {
     struct stat status {};
     if (::fstatat(m_directory.Get(), m_name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
