@@ -8,24 +8,24 @@
 
 namespace Toolkit {
 
-/// The lock file that `wxSingleInstanceChecker` creates in the user's home directory. By this file,
-/// programs that use the checker itself detect this process, and this process detects them.
+/// A lock file like that of `wxSingleInstanceChecker`, in the user's home directory. It lets this
+/// process and programs that use the checker itself detect each other.
 ///
-/// The checker itself would wait for the disk, which takes longer than the rest of a start. It
-/// would also mistake an unrelated process that has the id of a crashed one for the holder of the
-/// file.
+/// The checker itself would wait for the disk, which takes longer than the rest of the program's
+/// start. It would also mistake an unrelated process that has the id of a crashed one for the
+/// holder of the file.
 class CheckerFile {
 public:
     /// Creates the file `name` unless another process has locked it. Creates nothing if `name` is
     /// empty, if the system refuses, or if a file of that name exists that is not a lock file of
-    /// this user.
+    /// this user. Throws `std::bad_alloc`.
     explicit CheckerFile(const TString<wchar_t>& name);
     ~CheckerFile();
 
     CheckerFile(const CheckerFile&) = delete;
     CheckerFile& operator=(const CheckerFile&) = delete;
 
-    /// Whether another process held the file at construction.
+    /// Whether another process had locked the file at construction.
     bool IsHeldElsewhere() const { return m_isHeldElsewhere; }
 
 private:

@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// A write lock on the whole file.
+// Returns a write lock on the whole file, for fcntl(2).
 struct flock MakeWholeFileLock()
 {
     struct flock range {};
@@ -28,7 +28,7 @@ bool IsLockedElsewhere(const Base::FileDescriptor& file)
 constexpr mode_t c_ownerOnly = 0600;
 
 // Whether the checker would trust the file: it rejects any other owner or mode.
-bool IsOfTheChecker(const Base::FileDescriptor& file)
+bool IsTrustedByChecker(const Base::FileDescriptor& file)
 {
     struct stat status {};
     return ::fstat(file.Get(), &status) == 0 && status.st_uid == ::getuid() &&
@@ -54,18 +54,19 @@ CheckerFile::CheckerFile(const TString<wchar_t>& name)
         Create();
 }
 
+// Leaves a file that has taken the place of this object's file.
 CheckerFile::~CheckerFile()
 {
-    struct stat mine {};
-    struct stat there {};
-    if (m_file.IsOpen() && ::fstat(m_file.Get(), &mine) == 0 &&
-        ::lstat(m_path.c_str(), &there) == 0 && mine.st_dev == there.st_dev &&
-        mine.st_ino == there.st_ino)
+    struct stat own {};
+    struct stat current {};
+    if (m_file.IsOpen() && ::fstat(m_file.Get(), &own) == 0 &&
+        ::lstat(m_path.c_str(), &current) == 0 && own.st_dev == current.st_dev &&
+        own.st_ino == current.st_ino)
         ::unlink(m_path.c_str());
 }
 
 // Writes the process id and a null character, and locks the file with fcntl(2): the checker
-// examines both, and the permissions.
+// examines the id, the lock and the permissions.
 bool CheckerFile::Create()
 {
     m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, c_ownerOnly);
@@ -80,16 +81,17 @@ bool CheckerFile::Create()
     return true;
 }
 
-// Removes the file of a process that has ended. Leaves any file that is not a lock file of this
-// user: the checker ignores it, too.
+// Removes the file of a process that has ended, and sets m_isHeldElsewhere for that of a running
+// one. Leaves any file that is not a lock file of this user: the checker ignores such a file, too.
 bool CheckerFile::RemoveStale()
 {
     const Base::FileDescriptor file =
         Base::FileDescriptor::OpenRegular(m_path, O_RDWR | O_NOFOLLOW);
-    const pid_t holder = file.IsOpen() && IsOfTheChecker(file) ? ReadHolder(file) : 0;
+    const pid_t holder = file.IsOpen() && IsTrustedByChecker(file) ? ReadHolder(file) : 0;
     if (holder == 0)
         return false;
     m_isHeldElsewhere = IsLockedElsewhere(file);
+    // fcntl(2) does not report a lock of this process itself.
     return !m_isHeldElsewhere && holder != ::getpid() && ::unlink(m_path.c_str()) == 0;
 }
 

@@ -10,6 +10,7 @@ namespace Toolkit {
 /// multithreaded process must not allocate.
 class ChildProcess {
 public:
+    /// Splits `arguments` like `CmdLineParser::Tokenize`. Throws `std::bad_alloc`.
     ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments);
 
     /// Starts the program. Returns what `SystemInfo::StartProcess` returns.
@@ -18,8 +19,8 @@ public:
 private:
     [[noreturn]] void ExecuteInChild() const;
 
-    std::vector<TString<char>> m_texts;
-    std::vector<char*> m_arguments; // ends with a null pointer
+    std::vector<TString<char>> m_texts; // the path and the arguments, in UTF-8
+    std::vector<char*> m_arguments;     // into m_texts, and a null pointer at the end
 };
 
 } // namespace Toolkit

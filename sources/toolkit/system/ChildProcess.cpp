@@ -10,6 +10,7 @@
 namespace Toolkit {
 namespace {
 
+// Returns the id of the child after it has ended; -1 if waiting failed.
 int WaitForEnd(pid_t child)
 {
     int status = 0;
@@ -24,7 +25,7 @@ int WaitForEnd(pid_t child)
 
 ChildProcess::ChildProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments)
 {
-    // These conversions throw when out of memory: a program must not start with arguments missing.
+    // These conversions throw when out of memory, so no program starts with arguments missing.
     m_texts.push_back(Base::EncodeUtf8(path));
     for (const std::wstring_view token : Base::TokenizeCommandLine(
              arguments, Base::c_commandLineSeparators, Base::c_commandLineQuote))
@@ -45,8 +46,8 @@ int ChildProcess::Start(bool wait) const
     return wait ? WaitForEnd(child) : child;
 }
 
-// Calls only async-signal-safe functions. Leaves with _exit(), so that the parent's destructors
-// and buffers do not run twice.
+// Calls only async-signal-safe functions. Leaves with _exit(), because exit() would also run the
+// parent's destructors and write its buffers.
 void ChildProcess::ExecuteInChild() const
 {
     CloseInheritedDescriptorsOnExec();

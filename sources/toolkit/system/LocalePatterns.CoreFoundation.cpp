@@ -18,7 +18,7 @@ struct Releaser {
 template <typename Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Releaser>;
 
-// Returns an empty pattern when it cannot be expressed in ASCII or does not fit.
+// Returns the pattern; empty if it contains anything outside ASCII or does not fit into the buffer.
 TString<wchar_t> ReadPattern(CFDateFormatterStyle date, CFDateFormatterStyle time)
 {
     const Owned<CFLocaleRef> locale(CFLocaleCopyCurrent());

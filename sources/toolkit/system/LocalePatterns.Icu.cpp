@@ -19,9 +19,8 @@ const wchar_t* const c_localeProvider = L"ICU " U_ICU_VERSION;
 
 namespace {
 
-// The ICU functions needed here. Loading ICU takes a sixth of the start-up time of a whole program,
-// so the first request for a pattern loads it. It is never unloaded. Without ICU, the patterns are
-// those of the United States.
+// The ICU functions needed below. Loading ICU takes a sixth of the start-up time of a whole
+// program, so the first request for a pattern loads it. It is never unloaded.
 struct Icu {
     template <typename Function>
     void Find(Function*& function, const char* symbol) const
@@ -50,26 +49,26 @@ bool IsAsciiLetterOrDigit(char character)
            (character >= 'a' && character <= 'z');
 }
 
-// Whether ICU can handle `name`: it crashes on a long first subtag, and treats an empty one as its
-// own default.
+// Whether ICU can handle `name`: ICU crashes on a long first subtag, and replaces an empty one with
+// its own default.
 bool IsLocaleName(const std::string& name)
 {
-    constexpr std::size_t longestName = 100;
-    constexpr std::size_t longestPart = 8; // RFC 5646, section 2.1
+    constexpr std::size_t maxNameLength = 100; // less than ICU's ULOC_FULLNAME_CAPACITY
+    constexpr std::size_t maxSubtagLength = 8; // RFC 5646, section 2.1
 
-    std::size_t length = 0;
+    std::size_t subtagLength = 0;
     for (const char character : name) {
         const bool isSeparator = character == '_' || character == '-';
-        length = isSeparator ? 0 : length + 1;
-        if (length > longestPart || (!isSeparator && !IsAsciiLetterOrDigit(character)))
+        subtagLength = isSeparator ? 0 : subtagLength + 1;
+        if (subtagLength > maxSubtagLength || (!isSeparator && !IsAsciiLetterOrDigit(character)))
             return false;
     }
-    return name.size() <= longestName && name.front() != '_' && name.front() != '-';
+    return name.size() <= maxNameLength && name.front() != '_' && name.front() != '-';
 }
 
 // Returns the locale that the environment names, in ICU's notation: "de_AT" for "de_AT.UTF-8@euro".
-// Returns "en_US_POSIX" when it names none, and the root locale for a name that no locale can have.
-// Not ICU's own default, which ignores LC_TIME and treats an empty LC_ALL as a name.
+// Returns "en_US_POSIX" if it names none, "C" or "POSIX", and the root locale for a name that no
+// locale can have. ICU's own default would ignore LC_TIME and treat an empty LC_ALL as a name.
 std::string GetUserLocale()
 {
     for (const char* const name : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -88,6 +87,7 @@ std::string GetUserLocale()
 std::u16string ReadPattern(UDateFormatStyle time, UDateFormatStyle date)
 {
     static const Icu icu;
+    // Without ICU, the patterns are those of the United States.
     if (!icu.IsLoaded())
         return date == UDAT_SHORT ? u"M/d/yy" : u"h:mm a";
     UErrorCode error = U_ZERO_ERROR;
@@ -102,8 +102,8 @@ std::u16string ReadPattern(UDateFormatStyle time, UDateFormatStyle date)
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-// Replaces no-break spaces and removes direction marks, which newer locale data has in its
-// patterns.
+// Replaces no-break spaces with spaces, and removes direction marks: newer locale data contains
+// both.
 TString<wchar_t> NormalizeCharacters(const std::u16string& pattern)
 {
     TString<wchar_t> text;
@@ -116,7 +116,7 @@ TString<wchar_t> NormalizeCharacters(const std::u16string& pattern)
     return text;
 }
 
-TString<wchar_t> RemoveQuotedTexts(const TString<wchar_t>& pattern)
+TString<wchar_t> RemoveQuotedText(const TString<wchar_t>& pattern)
 {
     TString<wchar_t> text;
     bool isQuoted = false;
@@ -129,8 +129,8 @@ TString<wchar_t> RemoveQuotedTexts(const TString<wchar_t>& pattern)
     return text;
 }
 
-// Repeats a letter that occurs once. Alone it means a number without leading zeros, for which the
-// library has no token.
+// Replaces a letter that occurs only once with `width` such letters. A lone letter means a number
+// without leading zeros, for which the library has no token.
 TString<wchar_t> RepeatSingleLetter(TString<wchar_t> pattern, wchar_t letter, std::size_t width)
 {
     const std::size_t first = pattern.find(letter);
@@ -145,14 +145,14 @@ TString<wchar_t> RemoveLetter(TString<wchar_t> pattern, wchar_t letter)
     return pattern;
 }
 
-// Replaces periods of the day, such as "in the evening", with the halves of the day.
+// Replaces B, a period of the day such as "in the evening", with a, which is AM or PM.
 TString<wchar_t> ReplacePeriodsOfDay(TString<wchar_t> pattern)
 {
     std::replace(pattern.begin(), pattern.end(), L'B', L'a');
     return pattern;
 }
 
-// A removed quoted text leaves the spaces on both of its sides.
+// Merges two adjacent spaces, such as removed text leaves.
 TString<wchar_t> MergeSpaces(TString<wchar_t> pattern)
 {
     pattern.Replace(L"  ", L" ");
@@ -164,7 +164,7 @@ TString<wchar_t> MergeSpaces(TString<wchar_t> pattern)
 TString<wchar_t> ReadShortDatePattern()
 {
     const TString<wchar_t> pattern =
-        RemoveQuotedTexts(NormalizeCharacters(ReadPattern(UDAT_NONE, UDAT_SHORT)));
+        RemoveQuotedText(NormalizeCharacters(ReadPattern(UDAT_NONE, UDAT_SHORT)));
     const TString<wchar_t> withoutEra = RemoveLetter(pattern, L'G');
     return RepeatSingleLetter(RemoveLetter(withoutEra, L' '), L'y', 4);
 }
@@ -172,7 +172,7 @@ TString<wchar_t> ReadShortDatePattern()
 TString<wchar_t> ReadShortTimePattern()
 {
     const TString<wchar_t> pattern =
-        RemoveQuotedTexts(NormalizeCharacters(ReadPattern(UDAT_SHORT, UDAT_NONE)));
+        RemoveQuotedText(NormalizeCharacters(ReadPattern(UDAT_SHORT, UDAT_NONE)));
     return RepeatSingleLetter(ReplacePeriodsOfDay(MergeSpaces(pattern)), L'H', 2);
 }
 

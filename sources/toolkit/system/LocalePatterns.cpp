@@ -5,11 +5,11 @@
 namespace Toolkit {
 namespace {
 
-constexpr std::size_t c_longestPattern = 255;
+constexpr std::size_t c_maxPatternLength = 255;
 
 bool IsUsable(const TString<wchar_t>& pattern)
 {
-    return pattern.size() <= c_longestPattern &&
+    return pattern.size() <= c_maxPatternLength &&
            std::all_of(pattern.begin(), pattern.end(),
                        [](wchar_t character) { return character > 0 && character <= 0x7F; });
 }

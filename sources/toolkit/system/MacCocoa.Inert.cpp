@@ -7,5 +7,6 @@ bool MacInitCocoa()
 
 MacAutoreleasePool::MacAutoreleasePool() : m_pool(nullptr) {}
 
-// Not trivial, like the destructor on macOS, so that the binary interface is the same.
+// Not defaulted in the header: like that on macOS, this destructor must not be trivial, so that the
+// binary interface is the same.
 MacAutoreleasePool::~MacAutoreleasePool() {}

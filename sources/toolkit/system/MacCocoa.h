@@ -3,7 +3,8 @@
 #include "toolkit/core/Export.h"
 
 /// On macOS, loads what a process that is not packaged as an application needs to use desktop
-/// services, and returns whether that succeeded. On other systems, only returns true.
+/// services (`NSApplicationLoad()`), and returns whether that succeeded. On other systems, does
+/// nothing and returns true.
 TOOLKIT_API bool MacInitCocoa();
 
 /// An NSAutoreleasePool for a scope. A thread that uses the Objective-C runtime keeps one for its
@@ -17,5 +18,5 @@ public:
     MacAutoreleasePool& operator=(const MacAutoreleasePool&) = delete;
 
 private:
-    [[maybe_unused]] void* m_pool; // unused outside macOS, keeps the layout
+    [[maybe_unused]] void* m_pool; // not used outside macOS: keeps the layout the same
 };

@@ -18,7 +18,8 @@ public:
     static bool TestNetwork();
 
     /// Returns whether a TCP connection over IPv4 to `port` of `host` opens within `timeoutMs`
-    /// milliseconds. Name resolution is not included in that time. Sends nothing.
+    /// milliseconds, which all addresses of the host share. Name resolution takes additional time.
+    /// Sends nothing.
     static bool TestConnection(const TString<wchar_t>& host, unsigned short port,
                                unsigned int timeoutMs);
 };

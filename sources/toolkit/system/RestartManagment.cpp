@@ -20,7 +20,7 @@ constexpr int c_activateEntryLine = 114;
 constexpr int c_activateExitLine = 155;
 constexpr int c_finishEntryLine = 168;
 
-// Returns false when out of memory, so that no other program is started.
+// Returns false when out of memory, which AppendPath() reports as an empty path.
 bool GetProgramPath(TString<wchar_t>& path)
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
@@ -44,7 +44,8 @@ bool RestartManagment::ActivateRestartProcess()
         << L">>> ActivateRestartProcess()" << ILogger::c_strLogToken3;
     TString<wchar_t> program;
     const bool result = Base::TryOr(false, [&program] {
-        // Only this value counts as failure; the small error numbers of a failed start do not.
+        // By design, only this value counts as a failure; the error number of a failed start does
+        // not.
         return GetProgramPath(program) &&
                SystemInfo::StartProcess(program, c_restartArgument, false) !=
                    std::numeric_limits<int>::max();

@@ -8,9 +8,9 @@ namespace Toolkit {
 
 /// Restarts the application by starting a fresh copy of it.
 ///
-/// The application exits after a successful activation. The new copy finds "-restart" on its
-/// command line, calls WaitingForPreviousProcessFinish() before it takes over and
-/// RestartProcessFinish() afterwards. Each operation logs its progress to the process-wide logger.
+/// The application exits after ActivateRestartProcess() has returned true. The new copy finds
+/// "-restart" on its command line, calls WaitingForPreviousProcessFinish() before it takes over and
+/// RestartProcessFinish() afterwards. Each of the three logs to the process-wide logger.
 class TOOLKIT_API RestartManagment {
 public:
     /// A fixed identifier that applications may use. The library does not use it.
@@ -19,9 +19,10 @@ public:
     RestartManagment();
     virtual ~RestartManagment();
 
-    /// Starts the executable of this application, named without its extension, with the argument
-    /// "-restart", and does not wait for it. Returns true even if there is no such program or no
-    /// process can be created. Returns false if there is no memory for the path or the argument.
+    /// Starts this application again with the argument "-restart", and does not wait for it. The
+    /// path of the program has no extension: an application /opt/tool.bin starts /opt/tool. Returns
+    /// true even if there is no such program or no process can be created. Returns false if there
+    /// is no memory for the path or the argument.
     bool ActivateRestartProcess();
 
     /// Returns false at once: no supported system needs to wait.
@@ -42,7 +43,7 @@ public:
 
 private:
     // The process to wait for, on systems that need to wait.
-    [[maybe_unused]] int m_previousProcess; // unused, keeps the layout
+    [[maybe_unused]] int m_previousProcess; // not used: keeps the layout the same
 };
 
 } // namespace Toolkit

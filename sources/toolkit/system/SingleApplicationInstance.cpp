@@ -23,20 +23,19 @@ void SingleApplicationInstance::TakeLock()
     const TString<wchar_t> name =
         paths.IsValid() ? paths->GetApplicationUniqueName() : TString<wchar_t>();
     m_lock = std::make_unique<Base::InstanceLock>(name);
-    // Only the process that holds the lock creates the file, so processes that start at the same
-    // time do not race.
+    // A process that finds the lock held does not touch the checker's file, so processes that start
+    // at the same time do not race for it.
     if (m_lock->GetState() == Base::InstanceLock::State::HeldElsewhere)
         return;
     m_checkerFile = std::make_unique<CheckerFile>(name);
-    // A process that is not the first holds no lock.
+    // Another process was first, so this one must not hold the lock.
     if (m_checkerFile->IsHeldElsewhere())
         m_lock.reset();
 }
 
 SingleApplicationInstance::~SingleApplicationInstance()
 {
-    // Removed before the lock is released, because the next owner of the lock must not find the
-    // file.
+    // Removes the file before the lock is released: the next owner of the lock must not find it.
     m_checkerFile.reset();
 }
 

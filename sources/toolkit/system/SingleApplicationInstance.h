@@ -16,15 +16,17 @@ class InstanceLock;
 /// Reports whether this application, installed in this directory and run by this user, is already
 /// running.
 ///
-/// The object holds the lock for its lifetime, with two files in the user's home directory. A
-/// flock(2) on the first one decides. The second has the unique name of the application. It is the
-/// lock file of `wxSingleInstanceChecker`: this class and programs that use the checker detect each
-/// other. A file of that name with another owner, mode or content is left alone. Of several
-/// processes that start at once exactly one is the first, and a crashed process never keeps others
-/// out. In a read-only home directory an existing lock file is enough. A forked child does not hold
-/// the lock.
+/// The object holds a lock for its lifetime, with two files in the user's home directory:
+/// - GetLockPath() names the file whose flock(2) decides. It is never removed; in a read-only home
+///   directory, an existing one is enough.
+/// - A lock file like that of `wxSingleInstanceChecker` has the application's unique name, so that
+///   this class and programs that use the checker detect each other. A file of that name with
+///   another owner, mode or content is left alone.
 ///
-/// Needs the process-wide `PathManager`.
+/// If several processes start at the same time, IsAlreadyRunning() is false in exactly one of them.
+/// A crashed process never keeps others out, and a forked child does not hold the lock.
+///
+/// Needs the process-wide `PathManager`: without it, no lock is taken.
 class TOOLKIT_API SingleApplicationInstance {
 public:
     /// Takes the lock unless another process holds it. When out of memory, takes no lock, as if no
@@ -36,8 +38,8 @@ public:
     /// be created.
     bool IsAlreadyRunning() const;
 
-    /// Returns the path of the file that the application with the name `uniqueName` locks; empty
-    /// when out of memory.
+    /// Returns the path of the file that the application with the unique name `uniqueName` locks;
+    /// empty when out of memory.
     static TString<wchar_t> GetLockPath(const TString<wchar_t>& uniqueName);
 
     /// Creates the process-wide object. Does nothing when it exists or when out of memory.

@@ -14,8 +14,8 @@
 namespace Toolkit {
 namespace {
 
-// Not wxPlatformInfo::Get(), which needs an application object, and runs many programs to find out
-// more than this class reports.
+// Not with wxPlatformInfo::Get(), which needs an application object, and runs several programs to
+// find out more than this class reports.
 wxPlatformInfo DescribeThisSystem()
 {
     const Framework::Silence silence;
@@ -31,7 +31,7 @@ wxPlatformInfo DescribeThisSystem()
 
 smart_ptr<SystemInfo>* SystemInfo::s_pInstance = nullptr;
 
-// Creates the description at its first use: wxWidgets runs programs to describe the system, which
+// The description is created by the first query, not here: wxWidgets runs programs for it, which
 // takes longer than the start of a whole application.
 SystemInfo::SystemInfo() : m_platform(nullptr) {}
 

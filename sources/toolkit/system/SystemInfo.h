@@ -14,9 +14,9 @@ public:
     /// The family of the operating system.
     enum Platform { PlatformUnknown, PlatformWindows, PlatformMac, PlatformUnix };
 
-    /// Describes the running system. The first query about it takes some milliseconds.
+    /// Describes the running system. The first query in the process takes some milliseconds.
     SystemInfo();
-    /// Describes the system that `platform` stands for. `platform` must outlive the object.
+    /// Reports what `platform` contains. `platform` must outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);
 
     /// Returns the family of the system. Windows CE, Windows Micro and DOS count as
@@ -38,13 +38,13 @@ public:
     static bool CanElevateCredentialsUsingUAC();
 
     /// Starts the program `path` without searching PATH. The program's arguments are `path` and
-    /// the tokens of `arguments` (see `CmdLineParser::Tokenize`). It inherits the environment, and
-    /// of the open files only standard input, output and error.
+    /// the tokens of `arguments` (see `CmdLineParser::Tokenize`). The program inherits the
+    /// environment, and of the open files only standard input, output and error.
     ///
     /// Returns the id of the new process. With `wait`, returns it after that process has ended, or
     /// -1 if waiting failed. If no process can be created, returns the positive error number of
-    /// fork(2): ENOMEM when out of memory. If the program cannot be executed, the new process ends
-    /// with the error number of execv(3); nothing else reports that. Any thread may call it.
+    /// fork(2): ENOMEM when out of memory. If the program cannot be executed, only the exit status
+    /// of the new process reports it: the error number of execv(3). Any thread may call it.
     static int StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                             bool wait);
 

@@ -12,7 +12,7 @@
 namespace Toolkit {
 namespace {
 
-// Set by the build.
+// The build system defines TOOLKIT_VERSION.
 constexpr const wchar_t* c_libraryVersion = L"" TOOLKIT_VERSION;
 
 constexpr wchar_t c_separator = L'.';

@@ -12,8 +12,9 @@ public:
     /// The version 0.0.0.0.
     Version();
     Version(unsigned int major, unsigned int minor, unsigned int build, unsigned int revision);
-    /// Parses up to four numbers separated by dots; missing ones are 0. "2" gives 2.0.0.0, and
-    /// "1..2" gives 1.2.0.0, because empty parts do not count.
+    /// Parses up to four numbers separated by dots. A missing part, or one that does not begin with
+    /// a number, is 0: "2" gives 2.0.0.0, and "a.2b" gives 0.2.0.0. Empty parts are skipped: "1..2"
+    /// gives 1.2.0.0.
     Version(const TString<wchar_t>& text);
 
     unsigned int GetMajor() const { return m_major; }
@@ -28,7 +29,7 @@ public:
     bool operator<(const Version& other) const;
     bool operator>(const Version& other) const;
 
-    /// Return -1, 0 or 1 if this version is older than, equal to or newer than the other.
+    /// Return -1, 0 or 1 if this version is older than, equal to or newer than the other one.
     int CompareVersion(const Version& other) const;
     int CompareVersion(const TString<wchar_t>& text) const;
 
