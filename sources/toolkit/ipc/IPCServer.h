@@ -41,7 +41,7 @@ class IPCInternalServer;
 ///   left, and another client connects.
 ///
 /// Only complete messages are handed on, in the order in which `IPCClient::Connect` sent them.
-/// Nothing is logged. Only the constructor and listeners may throw.
+/// Nothing is logged. Only the constructor, AddListener() and listeners may throw.
 class TOOLKIT_API IPCServer : public EventNotifier<IPCConnectionEvent> {
 public:
     /// Maximum number of clients that are connected at the same time.

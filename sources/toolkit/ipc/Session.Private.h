@@ -38,7 +38,7 @@ public:
     /// own.
     bool IsBusy() const { return m_isBusy; }
 
-    /// Whether the socket is temporarily not watched.
+    /// Whether the socket is not watched while the session is busy.
     bool IsUnwatched() const { return m_isUnwatched; }
     void SetUnwatched(bool isUnwatched) { m_isUnwatched = isUnwatched; }
 

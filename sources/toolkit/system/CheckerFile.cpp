@@ -65,8 +65,9 @@ CheckerFile::~CheckerFile()
         ::unlink(m_path.c_str());
 }
 
-// Writes the process id and a null character, and locks the file with fcntl(2): the checker
-// examines the id, the lock and the permissions.
+// Writes the process id and a null character, and locks the file with fcntl(2), as the checker
+// does. The checker examines the permissions and the process with the id; RemoveStale() needs the
+// lock.
 bool CheckerFile::Create()
 {
     m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, c_ownerOnly);
