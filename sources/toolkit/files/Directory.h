@@ -19,8 +19,8 @@ namespace Toolkit {
 /// `std::bad_alloc`.
 class TOOLKIT_API Directory {
 public:
-    /// Stores the path of the directory to list. If `path` is empty, it is the application's
-    /// directory, which only the process-wide `PathManager` knows: without one, nothing is listed.
+    /// Stores the path of the directory to list. An empty `path` means the application's directory,
+    /// as the process-wide `PathManager` reports it; without a `PathManager`, nothing is listed.
     Directory(const TString<wchar_t>& path);
 
     /// GetDirectories() lists the subdirectories and GetFiles() everything else. Both replace

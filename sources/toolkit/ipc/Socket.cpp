@@ -70,8 +70,8 @@ Base::FileDescriptor OpenDirectory(const std::string& path)
     return Base::FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-// Whether a server listens at `path`. Also true if the server is too busy to accept, and if the
-// attempt to connect fails for any reason that does not prove the opposite.
+// Whether a server listens at `path`. Also true if the server is too busy to accept, and if there
+// is no way to tell.
 bool IsServed(const std::string& path)
 {
     const Base::FileDescriptor socket = CreateSocket();
