@@ -4,7 +4,7 @@
 
 namespace Toolkit {
 
-/// Writes log text to the wide standard output, exactly as `ConsoleLogger` does. Despite its name,
+/// Writes log text to the wide standard output, exactly like `ConsoleLogger`. Despite its name, it
 /// writes nothing to a debugger.
 class TOOLKIT_API DebuggerLogger : public ILogger {
 public:

@@ -19,11 +19,10 @@
 namespace Toolkit {
 namespace {
 
-constexpr unsigned int c_dataWaitMs = 500;
-constexpr unsigned int c_busyWaitMs = 100;
-constexpr unsigned int c_busyStepMs = 10;
-constexpr unsigned int c_openRetryMs = 10;
-constexpr std::chrono::seconds c_inUseWait(2);
+constexpr unsigned int c_maxDataWaitMs = 500;
+constexpr unsigned int c_busyPollingMs = 100;
+constexpr unsigned int c_pollIntervalMs = 10;
+constexpr std::chrono::seconds c_maxInUseWait(2);
 
 std::size_t GetPageSize()
 {
@@ -48,7 +47,7 @@ TString<wchar_t> GetApplicationName()
     return name;
 }
 
-// Returns the path with a separator at its end.
+// Returns the path with a trailing separator.
 TString<wchar_t> FindLogDirectory()
 {
     const smart_ptr<PathManager> paths = PathManager::GetInstance();
@@ -78,33 +77,33 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
 
 FileLogger::~FileLogger()
 {
-    // A forked child does not have the writer thread, and a lock that the thread held at the fork
-    // stays locked.
+    // False in a forked child, too: it does not have the writer thread, and a lock that the thread
+    // held at the fork stays locked.
     if (!IsRunning())
         return;
     m_stopEvent->Signal();
     Wait();
 }
 
-// Ends the writer thread of a logger that is never destroyed, because another thread still owns it
-// when the process ends. Threads may go on logging to it, so the wait is limited.
+// Ends the writer thread of a logger that still exists when the process ends, because another
+// thread owns it. Threads may keep logging to it, so the wait is limited.
 void FileLogger::EndAtUnload()
 {
-    constexpr std::chrono::seconds longestEnd(2);
+    constexpr std::chrono::seconds maxWait(2);
 
     if (!IsRunning())
         return;
     m_stopEvent->Signal();
-    const auto deadline = std::chrono::steady_clock::now() + longestEnd;
+    const auto deadline = std::chrono::steady_clock::now() + maxWait;
     while (IsRunning() && std::chrono::steady_clock::now() < deadline)
-        Sleep(c_openRetryMs);
+        Sleep(c_pollIntervalMs);
 }
 
 void FileLogger::Write(const TString<wchar_t>& text)
 {
     // Write() reports no errors: text that does not fit into memory is lost.
     static_cast<void>(Base::RunsWithoutThrowing([&] {
-        // When the queue was not empty, an earlier piece of text has already signalled.
+        // If the queue was not empty, the event has been signalled for an earlier piece.
         if (m_queue->Put(text))
             m_dataEvent->Signal();
     }));
@@ -115,7 +114,7 @@ TString<wchar_t> FileLogger::GetPath(unsigned int timeoutMs) const
     const unsigned int beginTicks = Base::GetTickCount();
     TString<wchar_t> path = CurrentPath();
     while (path.empty() && Base::GetTickCount() - beginTicks < timeoutMs) {
-        Sleep(c_openRetryMs);
+        Sleep(c_pollIntervalMs);
         path = CurrentPath();
     }
     return path;
@@ -137,7 +136,7 @@ int FileLogger::DoWork()
     bool hadText = false;
     while (WaitForData(hadText)) {
         hadText = Drain(batch);
-        // Keeps the memory from batch to batch while text keeps coming.
+        // The memory of a batch is reused while text keeps arriving.
         if (!hadText)
             batch.Release();
         WrapAround();
@@ -146,30 +145,32 @@ int FileLogger::DoWork()
     return 0;
 }
 
-// False when the logger was stopped before a file could be opened.
+// False if the logger was stopped before a file could be opened.
 bool FileLogger::OpenFile()
 {
     bool isOpen = OpenOwnName();
-    // Tried before the wait for a stop: a logger stopped while another process uses its file still
-    // writes its queue to a fallback file.
+    // Before the first look at the stop event: a logger that is stopped while another process uses
+    // its file still writes its queue to a fallback file.
     if (!isOpen && m_file->IsInUse())
         isOpen = OpenFallback();
     while (!isOpen) {
-        if (m_stopEvent->Wait(c_openRetryMs))
+        if (m_stopEvent->Wait(c_pollIntervalMs))
             return false;
         isOpen = OpenFallback();
     }
     return true;
 }
 
-// A restarted program gets its name back if the previous process ends in time.
+// Waits while another process uses the file, so that a restarted program can use the file of the
+// previous process if that ends soon enough.
 bool FileLogger::OpenOwnName()
 {
     using Clock = std::chrono::steady_clock;
 
-    const Clock::time_point end = Clock::now() + c_inUseWait;
+    const Clock::time_point deadline = Clock::now() + c_maxInUseWait;
     bool isOpen = Open(L"");
-    while (!isOpen && m_file->IsInUse() && Clock::now() < end && !m_stopEvent->Wait(c_openRetryMs))
+    while (!isOpen && m_file->IsInUse() && Clock::now() < deadline &&
+           !m_stopEvent->Wait(c_pollIntervalMs))
         isOpen = Open(L"");
     return isOpen;
 }
@@ -194,23 +195,27 @@ bool FileLogger::Open(const TString<wchar_t>& suffix)
     });
 }
 
-// Waits up to 500 ms for text. False when the logger was stopped and all earlier text is in the
-// file: the last check finds what was written between the end of the wait and the stop.
+// Waits up to 500 ms for text. False if the logger was stopped and all text that arrived before the
+// stop is in the file: the last check notices text that arrived after the wait.
 //
-// `LogMillion`: text comes in bursts. Polling every 200 ms, as the event does, adds up to a third
-// to the time until a million lines are in the file.
+// `LogMillion`: text arrives in bursts, so after a batch the event is polled every 10 ms for
+// 100 ms. Its own interval of 200 ms adds up to a third to the time until a million lines are in
+// the file.
 bool FileLogger::WaitForData(bool isBusy)
 {
-    unsigned int waitMs = c_dataWaitMs;
-    for (; isBusy && waitMs > c_dataWaitMs - c_busyWaitMs; waitMs -= c_busyStepMs) {
-        if (m_dataEvent->Wait(c_busyStepMs))
-            return true;
+    unsigned int waitMs = c_maxDataWaitMs;
+    if (isBusy) {
+        for (unsigned int ms = 0; ms < c_busyPollingMs; ms += c_pollIntervalMs) {
+            if (m_dataEvent->Wait(c_pollIntervalMs))
+                return true;
+        }
+        waitMs -= c_busyPollingMs;
     }
     return m_dataEvent->Wait(waitMs) || !m_stopEvent->Wait(0) || m_dataEvent->Wait(0);
 }
 
-// Empties the queue, including text that arrives meanwhile; false when there was none. The queue is
-// not locked while the file is written.
+// Writes all queued text, including text that arrives meanwhile; false if there was none. The queue
+// is not locked while the file is written.
 bool FileLogger::Drain(LogPieceQueue& batch)
 {
     for (bool hadText = false;; hadText = true) {

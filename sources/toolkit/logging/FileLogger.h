@@ -23,17 +23,17 @@ class LogPieceQueue;
 /// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
 /// the text into a queue.
 ///
-/// The file has the logger's name and the extension ".qvlog", and only its owner can read it. The
-/// process locks it. While another process has it locked, the logger waits up to 2 s and queues
-/// its text. If the file cannot be used, because it is still locked, belongs to another user, or
-/// is a link or a directory, the logger adds a dash and a tick count to the name. It tries a new
-/// tick count every 10 ms until a file can be opened. Two loggers of one process that have the
-/// same name overwrite each other's text.
+/// The file is named after the logger, with the extension ".qvlog", and only its owner can read it.
+/// The process locks it. While another process has it locked, the logger waits up to 2 s and queues
+/// its text. If the file cannot be used, for example because it is still locked, belongs to another
+/// user, or is a link or a directory, the logger adds a dash and a tick count to the name. It tries
+/// a new tick count every 10 ms until it can open a file. Two loggers with the same name in one
+/// process overwrite each other's text.
 ///
-/// The file wraps around in place when it reaches its size limit; docs/formats/log.md shows how,
-/// and what a killed process leaves.
+/// When the file reaches its size limit, the logger continues at its beginning. docs/formats/log.md
+/// describes that, and what a killed process leaves in the file.
 ///
-/// A logger may be constructed before the library is started; that does not change its file name.
+/// A logger may be constructed before the library is started; the path of its file is the same.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
     /// "w": creates the file or empties it. Kept for programs; the library does not use it.
@@ -43,24 +43,23 @@ public:
     /// The separator between name and tick count: "-".
     static const TString<wchar_t> c_strTickSeparator;
 
-    /// Writes what is at least as severe as `threshold` to the file `name`, given without directory
-    /// and extension; an empty `name` means the application's. The file wraps around at
-    /// `sizeLimitBytes`. The constructor does not wait: the writer thread opens the file. Throws
-    /// `std::bad_alloc` when out of memory.
+    /// Writes text that is at least as severe as `threshold` to the file `name`, given without
+    /// directory and extension; an empty `name` means the application's name. The constructor does
+    /// not wait: the writer thread opens the file. Throws `std::bad_alloc` when out of memory.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
-    /// Writes the queue, and closes the file when no text has come for 500 ms. Drops the queue at
-    /// once if no file can be opened. A logger that still waits for another process stops waiting,
-    /// and writes its queue to a file with a tick count in its name.
+    /// Writes the queued text, and closes the file when no more has arrived for 500 ms. If no file
+    /// can be opened, drops the queue without waiting. A logger that is still waiting for another
+    /// process stops waiting and writes its queue to a file with a tick count in its name.
     ~FileLogger() override;
 
     /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text
-    /// that does not fit into memory is left out. In a forked child, nothing is written.
+    /// that does not fit into memory is dropped. In a forked child, all text is dropped.
     void Write(const TString<wchar_t>& text) override;
 
-    /// Returns the path of the open file, which may have a tick count in its name. Waits up to
-    /// `timeoutMs` milliseconds, in steps of 10, for the writer thread to open one. Empty if none
-    /// is open by then, or when out of memory. Any thread may call it.
+    /// Returns the path of the open file, whose name may contain a tick count. Waits up to
+    /// `timeoutMs` milliseconds, in steps of 10, for the writer thread to open a file. Empty if
+    /// none is open by then, or when out of memory. Any thread may call it.
     TString<wchar_t> GetPath(unsigned int timeoutMs) const;
 
 protected:
@@ -85,9 +84,9 @@ private:
     smart_ptr<EventObject> m_dataEvent;
     smart_ptr<EventObject> m_stopEvent;
     TString<wchar_t> m_name;
-    std::unique_ptr<LogFile> m_file; // the writer thread's
+    std::unique_ptr<LogFile> m_file; // used only by the writer thread
     unsigned int m_sizeLimitBytes;
-    TString<wchar_t> m_directory;                           // with a separator at its end
+    TString<wchar_t> m_directory;                           // with a trailing separator
     TString<wchar_t> m_path TOOLKIT_GUARDED_BY(m_pathLock); // empty until a file is open
     std::unique_ptr<Base::UnloadTask> m_atUnload;
 };

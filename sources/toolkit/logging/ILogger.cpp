@@ -22,8 +22,8 @@ ILogger::ILogger(LogSeverity threshold) : m_threshold(threshold), m_severity(Sev
 
 ILogger::~ILogger() = default;
 
-// Writes what `convert` returns, unless it is filtered out. Exceptions are dropped with the piece:
-// a log statement must not decide how the operation around it ends.
+// Writes the result of `convert`, unless it is filtered out. Standard exceptions are dropped along
+// with the text: logging must not make the surrounding operation fail.
 template <typename Convert>
 ILogger& ILogger::Insert(Convert convert)
 {
@@ -44,7 +44,7 @@ ILogger& ILogger::WriteNumber(Number value)
 
 ILogger& ILogger::operator<<(const SetSeverity& severity)
 {
-    // Relaxed, like the load in IsFilteredOut(): the severity orders no other memory accesses.
+    // Relaxed is enough, as in IsFilteredOut(): the severity orders no other memory accesses.
     m_severity.store(severity.GetSeverity(), std::memory_order_relaxed);
     return GetLogger();
 }

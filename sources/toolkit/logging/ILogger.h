@@ -22,15 +22,16 @@ private:
     LogSeverity m_severity;
 };
 
-/// A sink for log text, and the process-wide logger.
+/// The base class of all loggers, and the access to the process-wide one.
 ///
-/// A log statement is a chain of insertions. Each one that passes the filter calls `Write` at once,
-/// so a line is several calls. `TOOLKIT_LOG` begins a line in the form that the whole library uses.
+/// A log statement is a chain of insertions. Each insertion that passes the filter calls `Write`
+/// separately, so a line takes several calls. `TOOLKIT_LOG` begins a line in the form that the
+/// whole library uses.
 ///
-/// An insertion passes while the current severity, set by the last `SetSeverity`, is no greater
-/// than the logger's threshold. The current severity stays until the next `SetSeverity` and is
-/// shared by all threads that write to the logger: their lines may mix. Nothing is thrown: a value
-/// that does not fit into memory is left out, and standard exceptions from `Write` are caught.
+/// An insertion passes if the current severity, set by the last `SetSeverity`, is no greater than
+/// the logger's threshold. All threads that write to a logger share its current severity, and their
+/// lines may mix. An insertion fails silently: a value that does not fit into memory is omitted,
+/// and standard exceptions from `Write` are caught.
 class TOOLKIT_API ILogger {
     template <typename T>
     static constexpr bool c_isCharacter = std::is_same_v<std::remove_const_t<T>, char> ||
@@ -42,8 +43,8 @@ public:
     static const TString<wchar_t> c_strLogToken2;
     static const TString<wchar_t> c_strLogToken3;
 
-    /// Lets everything pass that is at least as severe as `threshold`. Before the first
-    /// `SetSeverity` the current severity is `SeverityVerbose`.
+    /// Accepts text that is at least as severe as `threshold`. The current severity is
+    /// `SeverityVerbose` until the first `SetSeverity`.
     explicit ILogger(LogSeverity threshold);
     virtual ~ILogger();
 
@@ -53,15 +54,16 @@ public:
     /// Writes the text of one insertion that has passed the filter.
     virtual void Write(const TString<wchar_t>& text) = 0;
 
-    /// Each operator inserts one value and always returns the process-wide logger, even if the
-    /// value went into another one. A value that is filtered out is not converted. A null pointer
+    /// Each operator inserts one value and returns the process-wide logger, even if the value was
+    /// inserted into another one. A value that is filtered out is not converted. A null pointer
     /// counts as an empty string.
     ILogger& operator<<(const SetSeverity& severity);
     ILogger& operator<<(const TString<wchar_t>& text);
-    /// Decodes `text` from UTF-8.
+    /// Decodes `text`, up to its first null byte, from UTF-8; inserts an empty string if it is not
+    /// valid.
     ILogger& operator<<(const TString<char>& text);
     ILogger& operator<<(const wchar_t* text);
-    /// Each byte becomes the character of its value; nothing is decoded.
+    /// Does not decode `text`: each byte becomes the character with the same value.
     ILogger& operator<<(const char* text);
     template <std::size_t Length>
     ILogger& operator<<(const wchar_t (&text)[Length])
@@ -73,7 +75,7 @@ public:
     {
         return *this << static_cast<const char*>(text);
     }
-    /// Inserts a wide string view unchanged, and a narrow one decoded from UTF-8.
+    /// Inserts a wide string view unchanged; decodes a narrow one like a `TString<char>`.
     template <typename Traits>
     ILogger& operator<<(std::basic_string_view<wchar_t, Traits> text)
     {
@@ -84,12 +86,14 @@ public:
     {
         return WriteView(std::string_view(text.data(), text.size()));
     }
-    /// Pointers to anything but characters do not compile: converted to bool, they would log "1".
+    /// Pointers to anything but characters do not compile: converted to bool, they would insert
+    /// "1".
     template <typename T, typename = std::enable_if_t<!c_isCharacter<T>>>
     ILogger& operator<<(T* pointer) = delete;
     template <typename T, typename Class>
     ILogger& operator<<(T Class::*member) = delete;
-    /// Writes numbers in decimal, without grouping; a severity as its number, a bool as "1" or "0".
+    /// Numbers are inserted in decimal, without digit grouping; a severity as its number, a bool as
+    /// "1" or "0".
     ILogger& operator<<(long long value);
     ILogger& operator<<(int value);
     ILogger& operator<<(short value);
@@ -98,7 +102,7 @@ public:
     ILogger& operator<<(unsigned short value);
     ILogger& operator<<(long value);
     ILogger& operator<<(unsigned long value);
-    /// Writes up to six significant digits, like `StringConvert`: "0.1", "1e+06".
+    /// Inserts up to six significant digits, like `StringConvert`: "0.1", "1e+06".
     ILogger& operator<<(double value);
     ILogger& operator<<(float value);
     ILogger& operator<<(LogSeverity value);
@@ -107,12 +111,12 @@ public:
     /// Returns a new logger that discards everything; empty when out of memory.
     static smart_ptr<ILogger> Create();
 
-    /// Installs a logger that discards everything as the process-wide logger. Does nothing when
-    /// there is one or when out of memory.
+    /// Creates the process-wide logger, which discards everything until SetLogger() replaces it.
+    /// Does nothing if there already is one, or when out of memory.
     static void CreateInstance();
 
-    /// Returns a copy of the pointer to the process-wide logger, which keeps the logger alive;
-    /// empty when there is none.
+    /// Returns a copy of the pointer to the process-wide logger; empty if there is none. The copy
+    /// keeps the logger alive.
     static smart_ptr<ILogger> GetInstance();
 
     /// Releases the process-wide logger, which lives on while copies of its pointer exist.
@@ -123,9 +127,11 @@ public:
     static ILogger& GetLogger();
 
     /// Installs `logger` as the process-wide logger. An empty pointer installs a logger that
-    /// discards everything or, when out of memory, keeps the old one. Not guarded: call it while no
-    /// other thread logs. Before `CreateInstance`, which `LibModuleManager::Initialize` calls, and
-    /// after `ReleaseInstance` it installs nothing; `logger` is destroyed unless it is shared.
+    /// discards everything or, when out of memory, keeps the old one. Not thread-safe: call it
+    /// while no other thread logs.
+    ///
+    /// Installs nothing before `CreateInstance`, which `LibModuleManager::Initialize` calls, and
+    /// after `ReleaseInstance`. `logger` is then destroyed unless it is shared.
     static void SetLogger(smart_ptr<ILogger> logger);
 
     /// Null while there is no process-wide logger.
@@ -143,7 +149,7 @@ private:
     ILogger& WriteView(std::string_view text);
 
     LogSeverity m_threshold;
-    std::atomic<LogSeverity> m_severity; // nothing else is ordered by it
+    std::atomic<LogSeverity> m_severity; // orders no other memory accesses
 };
 
 } // namespace Toolkit

@@ -7,8 +7,7 @@ namespace Toolkit {
 ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
 {
     ILogger& logger = ILogger::GetLogger() << SetSeverity(severity);
-    // Reading the time takes longer than everything else, so it is not read for a line that is
-    // filtered out.
+    // Do not read the tick count for a line that is filtered out: it takes most of the time here.
     if (logger.IsFilteredOut())
         return logger;
     return logger << severity << ILogger::c_strLogToken1 << Base::GetTickCount()

@@ -5,8 +5,8 @@
 
 namespace Toolkit {
 
-/// Begins a line in the process-wide logger: writes severity, tick count, source line and function
-/// name, with their separators. `TOOLKIT_LOG` calls it.
+/// Begins a line in the process-wide logger: sets its severity, then writes severity, tick count,
+/// source line and function name, with their separators. `TOOLKIT_LOG` calls it.
 TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* function);
 
 } // namespace Toolkit
@@ -16,8 +16,8 @@ TOOLKIT_API ILogger& BeginLogLine(LogSeverity severity, int line, const char* fu
 ///     TOOLKIT_LOG(SeverityError) << L"Unable to open file : " << path << ILogger::c_strLogToken3;
 ///
 /// This logs "0 1234567 : 64 : Parse : Unable to open file : settings.ini" and a line feed:
-/// severity, milliseconds of `GetTickCount()`, source line, function, message. It is one
-/// expression, usable in a branch without braces.
+/// severity, `GetTickCount()` in milliseconds, source line, function, message. The macro is an
+/// expression, so the whole statement may be a branch without braces.
 #define TOOLKIT_LOG(severity) TOOLKIT_LOG_AT_LINE(severity, __LINE__)
 
 /// Begins a log line like `TOOLKIT_LOG`, but with a fixed line number that log readers match on.

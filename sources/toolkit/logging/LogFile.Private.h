@@ -10,7 +10,7 @@
 
 namespace Toolkit {
 
-/// The file of a `FileLogger`, in a directory that other users write to.
+/// The file of a `FileLogger`, in a directory in which other users create files, too.
 ///
 /// Nothing is buffered: what was written is in the file even if the process is killed.
 class LogFile {
@@ -18,20 +18,21 @@ public:
     /// Creates or empties the file `path`, given in UTF-8, and makes it readable by its owner only.
     /// The file is locked for this process until it is closed.
     ///
-    /// False when the path is not a regular file of this user with a single name, or when another
-    /// process has locked the file, which is then unchanged. Never follows a symbolic link.
+    /// False if the file cannot be opened, or if it is a symbolic link, not a regular file, the
+    /// file of another user, a file with a second hard link, or locked by another process. Its
+    /// contents are then unchanged.
     bool Open(const std::string& path);
 
     /// Whether the last Open() failed because another process had locked the file, or had just
     /// removed it.
     bool IsInUse() const { return m_isInUse; }
 
-    /// Returns the position in bytes at which the next write begins. Moves to the end of a file
-    /// that has been truncated in the meantime: writing at the old position would leave a hole.
+    /// Returns the position in bytes at which the next write begins. If the file has been truncated
+    /// below the position, moves to its end first: writing farther on would leave a hole.
     long long FindPosition();
 
-    /// Writes at the current position. False when the system does not accept all bytes; some of
-    /// them may be in the file.
+    /// Writes at the current position. False if the system does not accept all bytes; some of them
+    /// may be in the file.
     bool Write(const char* bytes, std::size_t length);
 
     /// Moves to the beginning of the file.
@@ -44,7 +45,7 @@ private:
     void MoveTo(long long offset, int origin);
 
     Base::FileDescriptor m_file;
-    Base::OwnDescriptor m_ownFile; // keeps what a forked child writes out of the file
+    Base::OwnDescriptor m_ownFile; // keeps a forked child from writing to the file
     std::optional<Base::FileLock> m_lock;
     bool m_isInUse = false;
     long long m_position = 0;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr mode_t c_ownerOnly = 0600;
 
-// Whether a file found in a public directory can be trusted to be this user's own.
+// Whether a file found in a public directory belongs to this user and has no other name.
 bool IsOwnFile(const Base::FileDescriptor& file)
 {
     struct stat status {};
@@ -23,7 +23,7 @@ bool IsOwnFile(const Base::FileDescriptor& file)
 bool LogFile::Open(const std::string& path)
 {
     m_isInUse = false;
-    // A file is checked and locked before it is truncated.
+    // Without O_TRUNC: a file is checked and locked before it is truncated.
     Base::FileDescriptor file =
         Base::FileDescriptor::OpenRegular(path, O_WRONLY | O_CREAT | O_NOFOLLOW, c_ownerOnly);
     if (!file.IsOpen() || !IsOwnFile(file) || !Lock(file))
@@ -39,13 +39,13 @@ bool LogFile::Open(const std::string& path)
     return true;
 }
 
-// On a file system without locks, the log is written without one.
+// Also returns true on a file system without locks: the log is then written without one.
 bool LogFile::Lock(const Base::FileDescriptor& file)
 {
     m_lock.emplace(file.Duplicate());
     m_isInUse = m_lock->GetState() == Base::FileLock::State::HeldElsewhere;
     // The process that held the lock may have removed the file before it released the lock. The
-    // next attempt then creates a new one.
+    // next attempt then creates a new file.
     if (!m_isInUse && IsOwnFile(file))
         return true;
     m_isInUse = true;

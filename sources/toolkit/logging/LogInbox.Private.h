@@ -18,8 +18,8 @@ namespace Toolkit {
 /// `LogLine`: with a `Mutex`, which is recursive, a line takes a quarter longer.
 class LogInbox {
 public:
-    /// Adds `piece`. True when the inbox was empty before. Throws `std::bad_alloc` and changes
-    /// nothing when out of memory.
+    /// Adds `piece`. True if the inbox was empty before. When out of memory, throws
+    /// `std::bad_alloc` and changes nothing.
     bool Put(std::wstring_view piece)
     {
         if (m_forks != Base::CountForks())

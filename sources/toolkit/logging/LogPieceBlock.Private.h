@@ -6,15 +6,15 @@
 
 namespace Toolkit {
 
-/// Collects pieces of log text, as UTF-8, in a block that is written to the file with one
-/// write.
+/// Collects pieces of log text, as UTF-8, in a block that is written to the file with one system
+/// call.
 ///
 /// A process killed during a write leaves what the kernel has copied so far, and the kernel checks
 /// for the signal only between two pages of the file: the part of a write that lies in one page is
 /// written as a whole or not at all. So a block ends with the last whole piece before the end of a
 /// page. A piece that crosses the end of a page comes first in its block. Only such a piece can be
-/// cut: it is then the last one in the file, and ends with a page. Several pages cannot be written
-/// atomically, so no other division into writes prevents that.
+/// cut, at the end of a page, and it is then the last one written. No other division into writes
+/// prevents that, because several pages cannot be written atomically.
 class LogPieceBlock {
 public:
     explicit LogPieceBlock(std::size_t pageSize);
@@ -23,9 +23,8 @@ public:
     void Begin(long long offset);
 
     /// Appends `piece`. Returns false if the block has no room for it: write the block, call
-    /// Begin() and repeat the call. The first piece always has room. A piece that UTF-8 cannot
-    /// encode, or for which memory runs out, is dropped, and the result is true. A narrow piece is
-    /// Latin-1.
+    /// Begin() and repeat the call. The first piece always has room. Drops a piece that UTF-8
+    /// cannot encode or that does not fit into memory, and returns true. A narrow piece is Latin-1.
     bool Append(std::wstring_view piece);
     bool Append(std::string_view piece);
 
@@ -37,8 +36,8 @@ private:
     bool KeepIfItFits(std::size_t pieceBegin);
 
     std::size_t m_pageSize;
-    std::size_t m_pageOffset = 0; // of the block within its page
-    std::size_t m_limit = 0;      // largest size of the block; set by the first piece
+    std::size_t m_pageOffset = 0; // of the block within its first page
+    std::size_t m_maxSize = 0;    // of the block; set by its first piece
     std::string m_bytes;
 };
 

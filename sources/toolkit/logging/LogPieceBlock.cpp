@@ -7,8 +7,8 @@
 namespace Toolkit {
 namespace {
 
-// Like AppendEncodedUtf8(), for characters up to U+00FF.
-void AppendEncoded(std::string& bytes, std::string_view piece)
+// Appends the Latin-1 text `piece` as UTF-8.
+void AppendEncodedLatin1(std::string& bytes, std::string_view piece)
 {
     for (std::size_t at = 0; at < piece.size();) {
         const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
@@ -45,20 +45,21 @@ bool LogPieceBlock::Append(std::wstring_view piece)
 bool LogPieceBlock::Append(std::string_view piece)
 {
     const std::size_t oldSize = m_bytes.size();
-    if (!Base::RunsWithoutThrowing([&] { AppendEncoded(m_bytes, piece); }))
+    if (!Base::RunsWithoutThrowing([&] { AppendEncodedLatin1(m_bytes, piece); }))
         m_bytes.resize(oldSize);
     return KeepIfItFits(oldSize);
 }
 
-// Returns whether the block has room for the piece that begins at `pieceBegin`; if not, removes it.
+// Returns whether the block has room for its last piece, which begins at `pieceBegin`. If it does
+// not, removes the piece.
 bool LogPieceBlock::KeepIfItFits(std::size_t pieceBegin)
 {
     if (pieceBegin == 0) {
         const std::size_t pages = (m_pageOffset + m_bytes.size() + m_pageSize - 1) / m_pageSize;
-        m_limit = pages * m_pageSize - m_pageOffset;
+        m_maxSize = pages * m_pageSize - m_pageOffset;
         return true;
     }
-    if (m_bytes.size() <= m_limit)
+    if (m_bytes.size() <= m_maxSize)
         return true;
     m_bytes.resize(pieceBegin);
     return false;

@@ -8,11 +8,11 @@ namespace Toolkit {
 
 /// A block of memory filled with pieces of log text, one after the other.
 ///
-/// A piece whose characters all fit into a byte is stored as bytes. `LogMemory`: stored as wide
-/// characters, it takes four times the memory.
+/// A piece whose characters all fit into a byte each is stored as bytes. `LogMemory`: stored as
+/// wide characters, it takes four times the memory.
 class LogPieceChunk {
 public:
-    /// Returns the most bytes that `piece` can need in a chunk.
+    /// Returns the maximum number of bytes that `piece` takes in a chunk.
     static std::size_t MeasurePiece(std::wstring_view piece);
 
     /// Throws `std::bad_alloc` when out of memory.
@@ -25,8 +25,8 @@ public:
 
     void Clear() { m_size = 0; }
 
-    /// Calls `visit` with each piece, in order: with a `std::string_view` of characters up to
-    /// U+00FF, a byte each, or with a `std::wstring_view`.
+    /// Calls `visit` with each piece, in order: with a `std::string_view` of Latin-1 characters or
+    /// with a `std::wstring_view`.
     template <typename Visitor>
     void VisitPieces(Visitor& visit) const
     {
@@ -40,13 +40,13 @@ public:
     }
 
 private:
-    // A piece begins with a tag: the length of a short narrow piece, or one of these constants. A
-    // constant is followed by the length. In a wide piece, padding that aligns the characters comes
-    // next.
+    // A piece of fewer than 254 bytes begins with its length, in one byte. A longer piece begins
+    // with c_longTag and the length as a std::size_t; a wide piece with c_wideTag, the number of
+    // characters as a std::size_t, and padding that aligns the characters.
     static constexpr unsigned char c_longTag = 0xFE;
     static constexpr unsigned char c_wideTag = 0xFF;
     static constexpr std::size_t c_longHeaderSize = 1 + sizeof(std::size_t);
-    static constexpr std::size_t c_largestOverhead = c_longHeaderSize + alignof(wchar_t) - 1;
+    static constexpr std::size_t c_maxOverhead = c_longHeaderSize + alignof(wchar_t) - 1;
 
     bool AppendBytes(std::wstring_view piece);
     void AppendWide(std::wstring_view piece);

@@ -10,15 +10,14 @@ namespace {
 
 using Character = std::make_unsigned_t<wchar_t>;
 
-constexpr Character c_largestByte = 0xFF;
+constexpr Character c_maxByte = 0xFF;
 
-// Returns the next address at which wide characters may begin. Every chunk begins at such an
-// address.
+// Returns the first address from `at` on that is aligned for wide characters.
 template <typename Byte>
 Byte* AlignForWide(Byte* at)
 {
-    const auto past = reinterpret_cast<std::uintptr_t>(at) % alignof(wchar_t);
-    return past == 0 ? at : at + (alignof(wchar_t) - past);
+    const auto misalignment = reinterpret_cast<std::uintptr_t>(at) % alignof(wchar_t);
+    return misalignment == 0 ? at : at + (alignof(wchar_t) - misalignment);
 }
 
 void WriteLength(unsigned char* at, std::size_t length)
@@ -38,12 +37,12 @@ std::size_t ReadLength(const unsigned char* at)
 std::size_t LogPieceChunk::MeasurePiece(std::wstring_view piece)
 {
     const bool isBytes = std::all_of(piece.begin(), piece.end(), [](wchar_t character) {
-        return static_cast<Character>(character) <= c_largestByte;
+        return static_cast<Character>(character) <= c_maxByte;
     });
-    return c_largestOverhead + piece.size() * (isBytes ? 1 : sizeof(wchar_t));
+    return c_maxOverhead + piece.size() * (isBytes ? 1 : sizeof(wchar_t));
 }
 
-// Not zeroed, so that the system provides each page only when it is needed.
+// The memory is not zeroed, so that the system provides each page only when it is needed.
 LogPieceChunk::LogPieceChunk(std::size_t capacity)
     : m_bytes(new unsigned char[capacity]), m_capacity(capacity)
 {
@@ -52,17 +51,17 @@ LogPieceChunk::LogPieceChunk(std::size_t capacity)
 bool LogPieceChunk::Append(std::wstring_view piece)
 {
     const std::size_t room = m_capacity - m_size;
-    if (room < c_largestOverhead + piece.size())
+    if (room < c_maxOverhead + piece.size())
         return false;
     if (AppendBytes(piece))
         return true;
-    if ((room - c_largestOverhead) / sizeof(wchar_t) < piece.size())
+    if ((room - c_maxOverhead) / sizeof(wchar_t) < piece.size())
         return false;
     AppendWide(piece);
     return true;
 }
 
-// False when a character does not fit into a byte.
+// False if a character does not fit into a byte.
 bool LogPieceChunk::AppendBytes(std::wstring_view piece)
 {
     const bool isShort = piece.size() < c_longTag;
@@ -75,7 +74,7 @@ bool LogPieceChunk::AppendBytes(std::wstring_view piece)
         allBits |= character;
         bytes[i] = static_cast<unsigned char>(character);
     }
-    if (allBits > c_largestByte)
+    if (allBits > c_maxByte)
         return false;
     *header = isShort ? static_cast<unsigned char>(piece.size()) : c_longTag;
     if (!isShort)

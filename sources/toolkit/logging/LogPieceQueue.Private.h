@@ -8,9 +8,9 @@
 
 namespace Toolkit {
 
-/// Pieces of log text, in the order of their arrival.
+/// Pieces of log text, in the order in which they arrived.
 ///
-/// They are stored in chunks that are reused: while the queue is emptied as fast as it is filled, a
+/// The chunks that store them are reused: while the queue is emptied as fast as it is filled, a
 /// piece costs a copy and no allocation.
 class LogPieceQueue {
 public:
@@ -20,7 +20,7 @@ public:
     LogPieceQueue(const LogPieceQueue&) = delete;
     LogPieceQueue& operator=(const LogPieceQueue&) = delete;
 
-    /// Throws `std::bad_alloc` and changes nothing when out of memory.
+    /// When out of memory, throws `std::bad_alloc` and adds nothing.
     void Push(std::wstring_view piece);
 
     bool IsEmpty() const { return m_used == 0; }
@@ -36,7 +36,7 @@ public:
             m_chunks[i].VisitPieces(visit);
     }
 
-    /// Removes the pieces, but keeps up to 256 chunks for later ones.
+    /// Removes the pieces, but keeps up to 256 chunks (16 MiB) for later ones.
     void Clear();
 
     /// Removes the pieces and frees the chunks.
@@ -46,7 +46,7 @@ private:
     LogPieceChunk& GetNextChunk(std::size_t capacity);
 
     std::vector<LogPieceChunk> m_chunks;
-    std::size_t m_used = 0; // how many chunks hold pieces; the others are spare
+    std::size_t m_used = 0; // number of chunks with pieces; the others are spare
 };
 
 } // namespace Toolkit

@@ -7,7 +7,7 @@ namespace Toolkit {
 namespace {
 
 constexpr std::size_t c_chunkSize = 65536;
-constexpr std::size_t c_keptChunks = 256;
+constexpr std::size_t c_maxSpareChunks = 256;
 
 } // namespace
 
@@ -23,7 +23,7 @@ void LogPieceQueue::Push(std::wstring_view piece)
     ++m_used;
 }
 
-// Returns the first spare chunk, with room for at least `capacity` bytes. Allocates it when needed.
+// Returns the first spare chunk, with room for at least `capacity` bytes. Allocates it if needed.
 LogPieceChunk& LogPieceQueue::GetNextChunk(std::size_t capacity)
 {
     if (m_used == m_chunks.size())
@@ -41,11 +41,11 @@ void LogPieceQueue::Swap(LogPieceQueue& other) noexcept
 
 void LogPieceQueue::Clear()
 {
-    // A chunk allocated for a long piece is not kept.
+    // A larger chunk was allocated for a single long piece.
     std::erase_if(m_chunks,
                   [](const LogPieceChunk& chunk) { return chunk.GetCapacity() > c_chunkSize; });
-    if (m_chunks.size() > c_keptChunks)
-        m_chunks.erase(m_chunks.begin() + c_keptChunks, m_chunks.end());
+    if (m_chunks.size() > c_maxSpareChunks)
+        m_chunks.erase(m_chunks.begin() + c_maxSpareChunks, m_chunks.end());
     for (LogPieceChunk& chunk : m_chunks)
         chunk.Clear();
     m_used = 0;

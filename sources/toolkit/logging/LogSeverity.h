@@ -2,7 +2,7 @@
 
 namespace Toolkit {
 
-/// How severe a log message is; smaller is more severe. Logs show the number.
+/// How severe a log message is: the smaller the number, the more severe. Log lines begin with it.
 enum LogSeverity : int {
     SeverityError = 0,
     SeverityWarning = 1,

@@ -1,5 +1,5 @@
-// The process-wide logger. In a source file of its own, so that ILogger does not depend on
-// NullLogger, which derives from it.
+// The process-wide logger. In its own source file, so that ILogger.cpp does not depend on
+// NullLogger, which derives from ILogger.
 #include "toolkit/base/Fork.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"
@@ -12,9 +12,9 @@
 namespace Toolkit {
 namespace {
 
-// ForkLocks::s_processLogger is held while the pointer to the logger is copied or changed, never
-// while a logger is destroyed: the destructor of a logger may wait until no more text arrives, so
-// no thread may still find the logger then.
+// GetInstance(), ReleaseInstance() and SetLogger() hold ForkLocks::s_processLogger. A logger is
+// destroyed only after s_pInstance has changed and the lock is released: the destructor may wait
+// until no more text arrives, so other threads must no longer find the logger.
 
 // Reads the pointer once, because other threads may log while the logger is released. Pairs with
 // the release store of ReleaseInstance(): a thread that reads null sees everything done before that
@@ -59,8 +59,8 @@ ILogger& ILogger::GetLogger()
     ILogger* const logger = current ? current->Get() : nullptr;
     if (logger)
         return *logger;
-    // Never destroyed, because code may log until the process has ended. Not on the heap, which may
-    // have no room.
+    // Never destroyed, because code may log until the process ends. Not on the heap, because memory
+    // may have run out.
     alignas(NullLogger) static unsigned char storage[sizeof(NullLogger)];
     static ILogger* const discarding = new (storage) NullLogger();
     return *discarding;

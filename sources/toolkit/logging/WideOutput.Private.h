@@ -4,8 +4,8 @@
 
 namespace Toolkit {
 
-/// Writes `text` to the wide standard output, as `ConsoleLogger` describes. The output stays usable
-/// whatever `text` contains.
+/// Writes `text` to the wide standard output; see `ConsoleLogger`. The output stays usable whatever
+/// `text` contains.
 void WriteToWideOutput(const std::wstring& text);
 
 } // namespace Toolkit

@@ -13,17 +13,17 @@
 namespace Toolkit {
 namespace {
 
-// The buffer through which the stream writes to stdout, unless the program had replaced it before
-// the library was loaded.
-const std::wstreambuf* const s_startBuffer = std::wcout.rdbuf();
+// The buffer of std::wcout when the library was loaded. It writes to stdout, unless the program had
+// already replaced it.
+const std::wstreambuf* const s_originalBuffer = std::wcout.rdbuf();
 
 bool IsAscii(const std::wstring& text)
 {
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
 }
 
-// Whether `buffer` can convert `character`. A std::wfilebuf converts a character only after it has
-// accepted it, and never gets rid of one that it cannot convert.
+// Whether `buffer` can convert `character`. A std::wfilebuf converts characters only after it has
+// accepted them, and then gets stuck on one that it cannot convert.
 bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
 {
     using Converter = std::codecvt<wchar_t, char, std::mbstate_t>;
@@ -39,8 +39,8 @@ bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
                                                  bytes + sizeof bytes, to) == Converter::ok;
 }
 
-// Writes "?" for a character that the stream cannot write. After such a character the stream
-// refuses everything until its state is cleared.
+// Writes `character`, or "?" if the stream cannot write it. After such a failure the stream refuses
+// everything until its state is cleared.
 void WriteCharacter(wchar_t character)
 {
     if (CanConvert(std::wcout.rdbuf(), character) && std::wcout.put(character))
@@ -57,11 +57,11 @@ void Insert(const std::wstring& text)
         std::for_each(text.begin(), text.end(), WriteCharacter);
 }
 
-// Whether stdout has carried bytes. The C library then refuses wide text on it, and would refuse
-// bytes after wide text.
-bool CarriesBytes()
+// Whether text must be written to stdout as bytes: std::wcout still writes to stdout, which is
+// byte-oriented already. The C library refuses wide text there.
+bool NeedsBytes()
 {
-    return std::wcout.rdbuf() == s_startBuffer && std::fwide(stdout, 0) < 0;
+    return std::wcout.rdbuf() == s_originalBuffer && std::fwide(stdout, 0) < 0;
 }
 
 std::string EncodeForLocale(const std::wstring& text)
@@ -86,16 +86,17 @@ std::string EncodeForLocale(const std::wstring& text)
 void WriteToWideOutput(const std::wstring& text)
 {
     try {
-        if (CarriesBytes()) {
+        if (NeedsBytes()) {
             const std::string bytes = EncodeForLocale(text);
             std::fwrite(bytes.data(), 1, bytes.size(), stdout);
             return;
         }
         Insert(text);
     } catch (const std::exception&) {
-        // Out of memory, or the program asked the stream to throw. A logger reports no errors.
+        // Out of memory, or the program has enabled exceptions of the stream. A logger reports no
+        // errors.
     }
-    // Without a buffer the state stays bad, and clear() may throw.
+    // Without a buffer the stream stays bad, and clear() may throw.
     if (std::wcout.rdbuf())
         std::wcout.clear();
 }

@@ -38,7 +38,7 @@ WxLogForwarder::WxLogForwarder()
 
 WxLogForwarder::~WxLogForwarder()
 {
-    // Messages that other threads have queued still belong to this target.
+    // Delivers the messages that other threads have queued, while this target is still active.
     if (Framework::RemoveForwarder(this) && wxLog::GetActiveTarget() == this)
         wxLog::FlushActive();
     wxLog::SetActiveTarget(nullptr);
