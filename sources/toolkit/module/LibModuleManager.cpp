@@ -16,8 +16,8 @@ namespace {
 // The fork count of the process that last created or started a registry.
 std::atomic<unsigned int> s_forks{0};
 
-// True in a forked child for a lock that another thread of its parent held: the child does not have
-// that thread. A child that releases modules must not wait for it.
+// True in a forked child if another thread of its parent held `mutex` at the fork. The child does
+// not have that thread, so it must not wait for the mutex.
 bool IsLockedForever(Mutex& mutex)
 {
     if (s_forks == Base::CountForks())
@@ -55,8 +55,8 @@ private:
 
 } // namespace
 
-// Exists while a loop over the list runs. Callbacks may change the list, but an entry is erased
-// only when the outermost loop ends.
+// Exists while callbacks run. They may change the list, but entries are erased only when the
+// outermost Walk ends.
 class LibModuleManager::Walk {
 public:
     explicit Walk(LibModuleManager& manager) TOOLKIT_REQUIRES(manager.m_mutex) : m_manager(manager)
@@ -127,7 +127,7 @@ void LibModuleManager::Unregister(LibModule* module)
     if (--found->count > 0)
         return;
     if (m_releasing) {
-        // A module that was registered again during the release is already pending.
+        // The entry of a module that was registered again during the release is already pending.
         const auto removal = std::find(m_removals.begin(), m_removals.end(), found);
         if (removal != m_removals.end())
             m_pendingRemovals.splice(m_pendingRemovals.end(), m_removals, removal);

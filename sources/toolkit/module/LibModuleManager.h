@@ -9,16 +9,16 @@
 
 namespace Toolkit {
 
-/// The registry of all modules in the process. A host starts and stops them in two calls:
+/// The registry of all modules in the process. A host starts and stops them with two calls:
 ///
 ///     LibModuleManager::GetInstance()->Initialize(true);
 ///     ...
 ///     LibModuleManager::GetInstance()->Release(true);
 ///
-/// Both may be called repeatedly. Any thread may call the operations; each holds one recursive lock
-/// for its whole duration, so modules may call them from their own callbacks.
+/// Both may be called repeatedly. Any thread may call the non-static operations; each holds one
+/// recursive lock for its whole duration, so modules may call them from their own callbacks.
 ///
-/// If a module throws, the operation still calls the other modules and then rethrows the first
+/// If a module throws, the operation still calls the other modules, and then rethrows the first
 /// exception.
 class TOOLKIT_API LibModuleManager {
 public:
@@ -26,13 +26,14 @@ public:
     LibModuleManager();
     ~LibModuleManager();
 
-    /// Adds `module`, which stays the caller's, and initialises it at once if the registry is
-    /// initialised; if the module throws, it is not added. If it is already registered, only its
-    /// count grows. Null is ignored. When out of memory, throws `std::bad_alloc` and adds nothing.
+    /// Adds `module`, which stays the caller's. If the registry is initialised, initialises the
+    /// module immediately, and does not add it if that throws. If `module` is already registered,
+    /// only counts the registration. Ignores null. When out of memory, throws `std::bad_alloc` and
+    /// adds nothing.
     void Register(LibModule* module);
 
     /// Undoes one registration. Undoing the last one releases the module, if the registry is
-    /// initialised, and removes it. While Release() runs, the module is removed only when Release()
+    /// initialised, and removes it. During Release(), the module is removed only when Release()
     /// ends, even if it has been registered again by then. Ignores a module that is not registered.
     void Unregister(LibModule* module);
 
@@ -40,7 +41,7 @@ public:
     /// application object. Then initialises all modules in order of registration.
     void Initialize(bool initializeFramework);
 
-    /// Releases all modules in reverse order of registration. If `releaseFramework` is set, then
+    /// Releases all modules in reverse order of registration. Then, if `releaseFramework` is set,
     /// makes a `WxLogForwarder` stop forwarding, and undoes one start of wxWidgets by Initialize().
     void Release(bool releaseFramework);
 
@@ -55,7 +56,7 @@ public:
     static LibModuleManager* s_pInstance;
 
 private:
-    // An entry removed during a loop over the list stays, with a null module, until the loop ends.
+    // While callbacks run, a removed entry stays in the list, with a null module.
     struct LibModuleContainer {
         LibModule* module;
         int count;
@@ -75,7 +76,7 @@ private:
     std::list<ModuleList::iterator> m_pendingRemovals TOOLKIT_GUARDED_BY(m_mutex);
     int m_walks TOOLKIT_GUARDED_BY(m_mutex);
     int m_frameworkStarts TOOLKIT_GUARDED_BY(m_mutex);
-    // Nodes for m_pendingRemovals, allocated with each entry: removal must not need memory.
+    // Nodes for m_pendingRemovals, one allocated with each entry: removal must not need memory.
     std::list<ModuleList::iterator> m_removals TOOLKIT_GUARDED_BY(m_mutex);
 };
 

@@ -17,11 +17,11 @@
 #include <ios>
 #include <memory>
 
-// Defines every object that is constructed when the library is loaded, in order of construction.
+// Defines every object whose constructor runs when the library is loaded, in order of construction.
 // Unloading destroys them in reverse order.
 //
-// In a static library the linker chooses the order of object files. The priority constructs these
-// objects before those of the program, so that the program's own constructors may use them.
+// In a static library the linker chooses the order of object files. With this priority, these
+// objects are constructed before those of the program, whose constructors may therefore use them.
 #ifdef __ELF__
 #define TOOLKIT_CONSTRUCTED_FIRST __attribute__((init_priority(101)))
 #else
@@ -53,8 +53,9 @@ public:
     LoadSequence& operator=(const LoadSequence&) = delete;
 };
 
-// Initialize the standard streams for the console and debugger loggers. Nothing uses these objects:
-// they keep the order in which the library constructs its own.
+// Initialize the standard streams, which the console and debugger loggers use. One object would be
+// enough; the second, like the one for the regular expressions below, only keeps the order of
+// construction as it is.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_consoleStreams;
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
@@ -62,7 +63,8 @@ TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_debuggerStreams;
 
 LibModuleManager* LibModuleManager::s_pInstance = nullptr;
 
-// The engine's code for out of memory, -6, over the beginning of the text, as for its other codes.
+// "-6", the engine's code for out of memory, overwrites the beginning of the message, as every
+// other code does.
 TOOLKIT_CONSTRUCTED_FIRST const smart_ptr<RegExpException> RegExpException::s_outOfMemory =
     RegExpException::Create(L"-6gExp::Match return error: ");
 
@@ -94,7 +96,7 @@ TOOLKIT_CONSTRUCTED_FIRST const TString<wchar_t> RestartManagment::c_strUniqueId
 
 namespace {
 
-// The same for the regular expressions.
+// Not needed: the regular expressions do not use the standard streams. See s_consoleStreams.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_regularExpressionStreams;
 
 TOOLKIT_CONSTRUCTED_FIRST LoadSequence s_loadSequence;

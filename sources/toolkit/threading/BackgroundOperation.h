@@ -17,8 +17,8 @@ public:
     virtual void OnOperationEnded() = 0;
 };
 
-/// A long-running operation. Calls its handlers at start and end, lets other threads wait for the
-/// end, and stores the time of the last progress.
+/// A long-running operation. Calls its handlers when it starts and ends, lets other threads wait
+/// for the end, and stores the time of the last progress.
 ///
 /// The worker calls SendOperationStarted(), UpdateLastOperationDate() as it makes progress, and
 /// SendOperationEnded(). Any thread may call the operations.
@@ -37,13 +37,14 @@ public:
     /// Lets waiting threads continue, then calls the handlers. Wait() may return before they run.
     void SendOperationEnded();
 
-    /// Waits without limit until the operation has ended and has not started again. Returns true.
+    /// Waits without limit until the operation has ended, and returns true. The wait polls: it may
+    /// miss an end that is followed by a new start within 200 ms.
     bool Wait() const;
 
     /// Stores the current tick count as the time of the last progress.
     void UpdateLastOperationDate();
 
-    /// Returns the time of the last progress, as `GetTickCount()` counts; 0 before the first.
+    /// Returns the time of the last progress, as a `GetTickCount()` value; 0 before the first.
     unsigned int GetLastOperationDate() const;
 
 private:

@@ -8,9 +8,9 @@
 
 namespace Toolkit {
 
-/// A wxMutex that counts how often it is held. Only the thread that holds it changes the count, so
-/// loading and storing need not be one atomic step. Relaxed order is enough: the mutex itself
-/// orders the holders, and the destructor runs when no other thread uses the object.
+/// A recursive wxMutex that counts how often it is locked. Only the thread that holds it changes
+/// the count, so loading and storing need not be one atomic step. Relaxed order is enough: the
+/// mutex itself orders the holders, and the destructor runs when no other thread uses the object.
 class CountedMutex : public wxMutex {
 public:
     CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) { ASSERT(IsOk()); }
@@ -18,20 +18,21 @@ public:
     wxMutexError Acquire() { return CountSuccess(Lock()); }
     wxMutexError TryAcquire() { return CountSuccess(TryLock()); }
 
-    /// False when the calling thread does not hold the mutex.
+    /// Unlocks the mutex once; false if the calling thread does not hold it.
     bool Release()
     {
         Count(-1);
         if (Unlock() == wxMUTEX_NO_ERROR)
             return true;
         Count(1);
-        // A thread that does not hold the mutex has changed the count, so a change by the holder
-        // may be lost.
+        // This thread does not hold the mutex, but has changed the count. If the holder changed it
+        // at the same time, that change may be lost.
         m_isCountCertain.store(false, std::memory_order_relaxed);
         return false;
     }
 
-    /// Releases all holds of the calling thread; false when another thread holds the mutex.
+    /// Unlocks the mutex as often as the calling thread has locked it; false if another thread
+    /// holds it.
     bool ReleaseAll()
     {
         while (m_holds.load(std::memory_order_relaxed) > 0) {
@@ -41,10 +42,10 @@ public:
         return true;
     }
 
-    /// True only when it is certain that no thread holds the mutex.
+    /// True only if it is certain that no thread holds the mutex.
     ///
-    /// The count alone is not enough: a thread may have locked the mutex but not yet counted when
-    /// another one forked, and the child does not have that thread.
+    /// The count alone is not enough: in a forked child, another thread of the parent may have
+    /// locked the mutex at the fork, but not counted that yet.
     bool IsCertainlyFree()
     {
         return m_holds.load(std::memory_order_relaxed) == 0 &&

@@ -13,8 +13,9 @@ namespace Toolkit {
 /// A list of listeners with the interface `T`, for classes that report events.
 ///
 /// Listeners are called in the order in which they were added, under the notifier's recursive lock.
-/// During its call a listener may add and remove listeners, itself included; other threads that do
-/// so wait until all listeners have been called. Any thread may call the operations.
+/// During its call, a listener may add and remove listeners, including itself; an added one is
+/// called in the same pass. Other threads wait until all listeners have been called. Any thread may
+/// call the operations.
 template <typename T>
 class TOOLKIT_API EventNotifier {
 public:
@@ -25,8 +26,9 @@ public:
     EventNotifier(const EventNotifier&) = delete;
     EventNotifier& operator=(const EventNotifier&) = delete;
 
-    /// Adds `listener` at the end and shares it; a listener that is added twice is called twice.
-    /// Ignores an empty pointer. When out of memory, throws `std::bad_alloc` and adds nothing.
+    /// Adds `listener` at the end and shares its ownership. A listener that is added twice is
+    /// called twice. Ignores an empty pointer. When out of memory, throws `std::bad_alloc` and adds
+    /// nothing.
     void AddListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -35,8 +37,9 @@ public:
     }
 
     /// Removes the first entry with the same object; false if there is none. A listener that is
-    /// removed during a Notify() is not called any more, and lives until that Notify() has ended.
-    /// If there is no memory to keep it until then, does not remove it and returns false.
+    /// removed during a Notify() is not called any more, and lives until that Notify() ends.
+    /// Keeping it until then takes memory: when out of memory, does not remove it and returns
+    /// false.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -83,7 +86,7 @@ private:
         {
             ++notifier.m_runningPasses;
         }
-        // Runs before the locker of the same scope ends.
+        // Not checked: Clang does not see that the locker in Notify() still holds the lock.
         ~Pass() TOOLKIT_NO_THREAD_SAFETY_ANALYSIS
         {
             if (--m_notifier.m_runningPasses > 0 || m_notifier.m_removed.empty())

@@ -8,15 +8,15 @@ namespace Toolkit {
 
 /// A flag that threads signal and wait for.
 ///
-/// Waiting polls: a signal is noticed up to `s_uMinSlice` milliseconds late. With automatic reset
-/// exactly one of several waiters sees a signal; with manual reset all of them do until `Reset()`.
-/// Any thread may call the operations.
+/// Waiting polls: a signal is noticed up to `s_uMinSlice` milliseconds late. With automatic reset,
+/// exactly one of several waiting threads sees a signal; with manual reset, all of them see it
+/// until `Reset()`. Any thread may call the operations.
 class TOOLKIT_API EventObject {
 public:
     /// Polling interval of a wait, in milliseconds.
     static const unsigned int s_uMinSlice;
 
-    /// With `autoReset` a successful `Wait` clears the flag. Note the order: the reset mode comes
+    /// With `autoReset`, a successful `Wait` clears the flag. Note the order: the reset mode comes
     /// before the initial state. Throws `std::bad_alloc` when out of memory.
     EventObject(bool autoReset, bool initiallySignalled);
     ~EventObject();
@@ -27,8 +27,8 @@ public:
     void Signal();
     void Reset();
 
-    /// Waits at most `timeoutMs` milliseconds for the flag; 0 only tests it, 0xFFFFFFFF waits
-    /// forever. Returns whether the flag was signalled.
+    /// Waits up to `timeoutMs` milliseconds for a signal; 0 only tests the flag, and
+    /// `MutexInternal::Infinite` waits forever. Returns whether the flag was signalled.
     bool Wait(unsigned int timeoutMs);
 
 private:

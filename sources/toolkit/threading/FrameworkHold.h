@@ -9,10 +9,10 @@ namespace Toolkit {
 ///
 /// Does nothing in a program that runs its own application object, because a second start of
 /// wxWidgets would replace that object. Such a program must end its threads before it destroys its
-/// application object. An object inherited by a forked child does not shut wxWidgets down there.
+/// application object. In a forked child, the copy of an object does not shut wxWidgets down.
 class TOOLKIT_API FrameworkHold {
 public:
-    /// Throws std::bad_alloc when wxWidgets cannot be started.
+    /// Throws `std::bad_alloc` if wxWidgets cannot be started.
     FrameworkHold();
     ~FrameworkHold();
 
@@ -24,7 +24,7 @@ protected:
     void HoldForEver() { m_holder = 0; }
 
 private:
-    int m_holder; // the process that must stop wxWidgets; 0 for none
+    int m_holder; // identifier of the process that must stop wxWidgets; 0 if none must
 };
 
 } // namespace Toolkit

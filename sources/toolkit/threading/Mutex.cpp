@@ -30,7 +30,8 @@ bool Poll(CountedMutex& mutex, unsigned int timeoutMs)
 
 } // namespace
 
-// Allocates at once, because callers that ignore the result of Lock() rely on it.
+// Allocates here, not in Lock(), which would fail when out of memory: many callers ignore its
+// result.
 MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
     // Relaxed, as in the destructor: no other thread has the object yet, or any more.
@@ -52,12 +53,12 @@ MutexInternal::~MutexInternal()
 CountedMutex* MutexInternal::CreateOnFirstUse()
 {
     return Base::TryOr(nullptr, [this]() -> CountedMutex* {
-        auto made = std::make_unique<CountedMutex>();
-        CountedMutex* first = nullptr;
-        if (m_mutex.compare_exchange_strong(first, made.get(), std::memory_order_release,
+        auto created = std::make_unique<CountedMutex>();
+        CountedMutex* existing = nullptr;
+        if (m_mutex.compare_exchange_strong(existing, created.get(), std::memory_order_release,
                                             std::memory_order_acquire))
-            return made.release();
-        return first;
+            return created.release();
+        return existing;
     });
 }
 
@@ -77,7 +78,7 @@ bool MutexInternal::Lock(unsigned int timeoutMs)
 
 bool MutexInternal::Unlock()
 {
-    // Acquire, as in Lock(): a thread may unlock a mutex that it has not locked.
+    // Acquire, as in Lock(): a thread may try to unlock a mutex that it has never locked.
     CountedMutex* const mutex = m_mutex.load(std::memory_order_acquire);
     return mutex && mutex->Release();
 }

@@ -11,7 +11,7 @@ class CountedMutex;
 template <typename Policy>
 class smart_ptr_inner_data;
 
-/// A recursive mutex whose lock operation has a time-out. `MutexLocker` locks it.
+/// A recursive mutex whose lock operation has a time-out. `MutexLocker` locks it for a scope.
 ///
 /// The thread that holds the mutex may lock it again, and must unlock it as often as it locked it.
 /// Lock() and Unlock() report failures only by their results: they neither throw nor log.
@@ -29,10 +29,10 @@ public:
     MutexInternal& operator=(const MutexInternal&) = delete;
 
     /// Waits about `timeoutMs` milliseconds for the mutex, at most 10 longer; `Infinite` waits
-    /// forever. True if the calling thread holds the mutex afterwards.
+    /// forever. Returns whether the call has locked the mutex.
     ///
-    /// The mutex is polled: a time-out of 25 makes three attempts and sleeps 10 ms after each one
-    /// that fails, 30 ms in all; a time-out of 0 to 9 makes one attempt and never sleeps.
+    /// The mutex is polled: with a time-out of 25, Lock() makes three attempts and sleeps 10 ms
+    /// after each one that fails, 30 ms in all. With 0 to 9 it makes one attempt and never sleeps.
     bool Lock(unsigned int timeoutMs) TOOLKIT_TRY_ACQUIRE(true);
 
     /// Unlocks the mutex once. False if the calling thread does not hold it.
@@ -52,8 +52,8 @@ private:
     std::atomic<CountedMutex*> m_mutex; // owned
 };
 
-/// The mutex to declare in a program. Adds only its constructor to `MutexInternal`, the type that
-/// functions take.
+/// The mutex to declare in a program. Adds only a constructor to `MutexInternal`, which functions
+/// take as a parameter.
 class TOOLKIT_API Mutex : public MutexInternal {
 public:
     /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
@@ -64,8 +64,8 @@ public:
 
 /// Holds a mutex for the rest of a scope.
 ///
-/// If the time-out expires, the locker does not hold the mutex, does not unlock it, and does not
-/// report that. To be sure of the lock, wait with `MutexInternal::Infinite`.
+/// If the time-out expires, the locker neither holds nor unlocks the mutex, and offers no way to
+/// find out. To be sure of the lock, wait with `MutexInternal::Infinite`.
 class TOOLKIT_SCOPED_CAPABILITY TOOLKIT_API MutexLocker {
 public:
     /// Locks `mutex`, which must outlive the locker; waits like `MutexInternal::Lock()`.

@@ -20,8 +20,7 @@ namespace {
 constexpr unsigned int c_retryMs = 10;
 constexpr int c_maxRetries = 20;
 
-// Allocates a few small blocks and frees them, so that the next allocations of this thread reuse
-// them.
+// Allocates and frees a few small blocks, so that the next allocations of this thread reuse them.
 void PrimeAllocator()
 {
     std::vector<std::unique_ptr<char[]>> blocks;
@@ -48,7 +47,7 @@ Thread::~Thread()
 {
     if (m_state == State::Failed)
         return;
-    if (!m_control->IsOfThisProcess() || IsCaller()) {
+    if (!m_control->BelongsToThisProcess() || IsCaller()) {
         HoldForEver();
         Framework::DiscardThread(*this, m_control->TakeRemains());
         return;
@@ -64,9 +63,9 @@ void Thread::End()
     m_state.compare_exchange_strong(started, State::Dropped);
     State fresh = State::New;
     if (m_state.compare_exchange_strong(fresh, State::Dropped) && !wxThread::IsAlive()) {
-        // wxThread::Delete() of a joinable thread that never ran frees the object, which is already
-        // being destroyed. So the thread is started, with nothing to do, as soon as memory allows;
-        // after too many retries it is leaked.
+        // For a joinable thread that never ran, wxThread::Delete() frees the object, which is
+        // already being destroyed. So the thread is started, with nothing to do, as soon as memory
+        // allows; after too many retries it is leaked.
         for (int retries = 0; !Start(); ++retries) {
             if (retries == c_maxRetries) {
                 HoldForEver();
@@ -76,7 +75,7 @@ void Thread::End()
             Sleep(c_retryMs);
         }
     } else {
-        // wxThread::Delete() resumes a paused thread too, but fails if the thread ends meanwhile.
+        // wxThread::Delete() would resume a paused thread, but fails if the thread ends meanwhile.
         Resume();
         wxThread::Delete();
     }
@@ -84,7 +83,7 @@ void Thread::End()
     wxThread::Wait();
 }
 
-// wxWidgets allocates memory for trace messages, even when the thread is half started and can
+// wxWidgets allocates memory for trace messages even while the thread is half started and can
 // neither run nor be stopped. PrimeAllocator() makes these allocations succeed.
 bool Thread::Start()
 {
@@ -104,7 +103,7 @@ bool Thread::IsCaller() const
 bool Thread::Run()
 {
     State fresh = State::New;
-    if (!m_control->IsOfThisProcess() || wxThread::IsAlive() ||
+    if (!m_control->BelongsToThisProcess() || wxThread::IsAlive() ||
         !m_state.compare_exchange_strong(fresh, State::Started))
         return false;
     if (Start())
@@ -115,7 +114,7 @@ bool Thread::Run()
 
 bool Thread::Pause()
 {
-    return m_control->IsOfThisProcess() && !IsCaller() && wxThread::IsRunning() &&
+    return m_control->BelongsToThisProcess() && !IsCaller() && wxThread::IsRunning() &&
            wxThread::Pause() == wxTHREAD_NO_ERROR;
 }
 
@@ -146,7 +145,7 @@ void Thread::Sleep(unsigned int ms)
 
 bool Thread::IsRunning() const
 {
-    return m_control->IsOfThisProcess() && wxThread::IsAlive();
+    return m_control->BelongsToThisProcess() && wxThread::IsAlive();
 }
 
 wxThread::ExitCode Thread::Wait()
@@ -156,7 +155,7 @@ wxThread::ExitCode Thread::Wait()
 
 bool Thread::IsPaused() const
 {
-    return m_control->IsOfThisProcess() && wxThread::IsPaused();
+    return m_control->BelongsToThisProcess() && wxThread::IsPaused();
 }
 
 unsigned long Thread::GetId() const
@@ -175,9 +174,9 @@ bool Thread::IsMainThread()
                                                         : Base::IsFirstThread();
 }
 
-// Replaces wxThread::TestDestroy(), whose pause can miss a resume that comes before it begins.
-// Loops until wxWidgets reports no pause, even when cancelled: wxThread::Delete() cancels a paused
-// thread first and resumes it then.
+// Replaces wxThread::TestDestroy(), which can miss a resume that comes just before it pauses. Loops
+// until wxWidgets reports no pause, even if the thread is cancelled: wxThread::Delete() first
+// cancels a paused thread and then resumes it.
 bool Thread::TestDestroy()
 {
     while (IsCaller() && wxThread::IsPaused())
@@ -192,8 +191,8 @@ wxThread::ExitCode Thread::Entry()
         // Still New if it was started by wxThread::Run().
         State fresh = State::New;
         m_state.compare_exchange_strong(fresh, State::Started);
-        // Without memory for the target, wxWidgets keeps the messages of this thread until the main
-        // thread flushes them.
+        // When out of memory for the target, wxWidgets keeps the messages of this thread until the
+        // main thread flushes them.
         static_cast<void>(Base::RunsWithoutThrowing([&target] { target.emplace(); }));
         m_control->SetEntered();
         State started = State::Started;
@@ -214,7 +213,7 @@ void Thread::OnDelete()
 void Thread::OnKill()
 {
     m_control->Cancel();
-    // A thread that is cancelled before it reaches Entry() ends the process: the unwinding runs the
+    // Cancelling a thread before it reaches Entry() would end the process: the unwinding runs the
     // clean-up function of wxWidgets in a destructor, and that function calls pthread_exit().
     if (IsRunning() && !IsCaller())
         m_control->AwaitEntry();

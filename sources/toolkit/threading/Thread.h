@@ -19,11 +19,11 @@ class ThreadControl;
 /// that may be destroyed while its thread runs must end the thread in its own destructor: make
 /// `DoWork()` return and call `Wait()`.
 ///
-/// wxWidgets stays started while the object exists; `FrameworkHold` describes how. One thread at a
-/// time may control an object; the thread itself calls `TestDestroy()`.
+/// wxWidgets stays started while the object exists; see `FrameworkHold`. Only one thread at a time
+/// may control an object; the thread itself calls `TestDestroy()`.
 ///
-/// A forked child has its parent's objects without their threads. In the child no operation waits
-/// for a thread, and the objects are destroyed silently.
+/// A forked child has copies of its parent's objects, without their threads. In the child, no
+/// operation waits for a thread, and destroying the objects prints nothing.
 class TOOLKIT_API Thread : private FrameworkHold, public wxThread {
 public:
     /// The identifier that means "no thread".
@@ -33,23 +33,26 @@ public:
     /// memory.
     Thread();
 
-    /// Asks a running thread to end and waits until it has. Returns at once if called on the thread
-    /// itself, for example from exit(). Ending a thread that was never started takes memory: the
-    /// destructor retries for 200 ms, then leaks the thread. wxWidgets needs memory for that, too,
-    /// so the destructor waits while there is none at all.
+    /// Asks a running thread to end and waits until it has. Does not wait if called on the thread
+    /// itself, for example from exit().
+    ///
+    /// Ending a thread that was never started takes memory: when out of memory, the destructor
+    /// retries for 200 ms, and then leaks the thread. Leaking it also takes a little memory, for
+    /// which the destructor waits without limit.
     ~Thread() override;
 
-    /// Starts the thread. False if it was started before, if it could not be created, and when out
-    /// of memory; in the last case a later call may succeed.
+    /// Starts the thread. False if it was started before, if the system could not create it, or
+    /// when out of memory; in the last case a later call may succeed.
     bool Run();
 
     /// Pause() pauses the thread at its next call of `TestDestroy()`; Resume() lets it continue.
-    /// False if the state of the thread does not allow it, and on the thread itself.
+    /// False if the state of the thread does not allow that, or if called on the thread itself.
     bool Pause();
     bool Resume();
 
-    /// Ends the thread by force, which leaks what no destructor on its stack releases. Returns
-    /// `wxTHREAD_NOT_RUNNING` if it does not run, `wxTHREAD_MISC_ERROR` on the thread itself.
+    /// Ends the thread by force, which leaks whatever no destructor on its stack releases. Returns
+    /// `wxTHREAD_NOT_RUNNING` if the thread does not run, and `wxTHREAD_MISC_ERROR` if called on
+    /// the thread itself.
     ///
     /// The thread ends at its next cancellation point, see pthreads(7), and its stack is unwound.
     /// `DoWork()` must not stop the unwinding with a catch-all, nor reach a cancellation point in a
@@ -64,9 +67,9 @@ public:
     bool IsRunning() const;
 
     /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
-    /// the thread was killed. Returns a null code at once if the thread does not run, and on the
-    /// thread itself. A thread that does not run any more may still be destroying its thread-local
-    /// objects; the destructor waits for that.
+    /// the thread was killed. Returns a null code without waiting if the thread does not run, or if
+    /// called on the thread itself. A thread that does not run any more may still be destroying its
+    /// thread-local objects; the destructor waits for that.
     ExitCode Wait();
 
     bool IsPaused() const;
@@ -74,30 +77,30 @@ public:
     static unsigned long GetCurrentId();
 
     /// Whether the caller is the application's main thread: the one that runs main() or, in a
-    /// program that runs its own application object, the one that wxWidgets considers the main one.
+    /// program that runs its own application object, the one that wxWidgets treats as the main one.
     static bool IsMainThread();
 
-    /// Whether the thread has been asked to end. `DoWork()` should call it from time to time. Waits
-    /// while the thread is paused.
+    /// Returns whether the thread has been asked to end. `DoWork()` should call it from time to
+    /// time. Waits while the thread is paused.
     bool TestDestroy() override;
 
 protected:
-    /// The thread's entry point: runs `DoWork()`. Until that returns, messages of wxWidgets go to
-    /// the installed `WxLogForwarder` at once. If a derived class calls it on another thread, only
-    /// runs `DoWork()` there.
+    /// The thread's entry point: runs `DoWork()`. Until that returns, wxWidgets messages of the
+    /// thread go to the installed `WxLogForwarder` immediately. If a derived class calls Entry() on
+    /// another thread, it only runs `DoWork()` there.
     ExitCode Entry() override;
 
-    /// Both ask the thread to end, and wake it if it is paused. `wxThread::Delete()` and
-    /// `wxThread::Kill()` call them. An override must call the base version.
+    /// `wxThread::Delete()` and `wxThread::Kill()` call these. Both ask the thread to end, and wake
+    /// it if it is paused. An override must call the base version.
     void OnDelete() override;
     void OnKill() override;
 
-    /// Does the work, on the new thread. Its result becomes the exit code.
+    /// Does the work, on the new thread. The result becomes the exit code.
     virtual int DoWork() = 0;
 
 private:
-    // Working: calls DoWork(). Dropped: will never call it. Failed: the system could not create the
-    // thread.
+    // Working: DoWork() has been called. Dropped: it never will be. Failed: the system could not
+    // create the thread.
     enum class State { New, Started, Working, Dropped, Failed };
 
     bool Start();

@@ -10,8 +10,8 @@
 
 namespace Toolkit {
 
-/// State of a `Thread` besides its `wxThread`: whether it has reached its entry point, the request
-/// to end, the semaphore that ends a pause, and the process to which it belongs.
+/// The state that `Thread` adds to `wxThread`: whether the thread has reached its entry point, the
+/// request to end, the semaphore that ends a pause, and the process to which the thread belongs.
 ///
 /// The destructor does not wait for other threads. The destructor of a condition variable would: in
 /// a forked child, it waits for threads that the child does not have.
@@ -23,31 +23,30 @@ public:
     ThreadControl& operator=(const ThreadControl&) = delete;
 
     /// False in a forked child, which has copies of its parent's objects, but not their threads.
-    bool IsOfThisProcess() const;
+    bool BelongsToThisProcess() const;
 
-    /// Release pairs with the acquire of AwaitEntry(): the waiting thread sees what this thread did
+    /// Release pairs with the acquire in AwaitEntry(): the waiting thread sees what this thread did
     /// before.
     void SetEntered() { m_hasEntered.store(true, std::memory_order_release); }
 
-    /// Waits until `SetEntered()` has been called, but at most 1 second: an override of
-    /// `Thread::Entry()` might not call it.
+    /// Waits until SetEntered() has been called, but at most 1 second: an override of
+    /// `Thread::Entry()` might not call the base version.
     void AwaitEntry() const;
 
     /// Asks the thread to end and wakes it.
     void Cancel();
 
-    /// Acquire pairs with the release of Cancel(): the thread sees what was done before the
+    /// Acquire pairs with the release in Cancel(): the thread sees what was done before the
     /// request.
     bool IsCancelled() const { return m_isCancelled.load(std::memory_order_acquire); }
 
     void Wake() { m_wakes.release(); }
 
-    /// Waits for the next `Wake()`, but at most 200 ms, since a pause can also end without a
-    /// `Wake()`.
+    /// Waits for the next Wake(), but at most 200 ms: a pause can also end without a Wake().
     void AwaitWake();
 
-    /// Returns the memory that DiscardThread() needs. Allocated in advance, because a destructor
-    /// must not need memory. Call it once.
+    /// Returns the memory for Framework::DiscardThread(). It was allocated in advance, because a
+    /// destructor must not need memory. Call it once.
     std::unique_ptr<Framework::ThreadRemains> TakeRemains() { return std::move(m_remains); }
 
 private:

@@ -9,11 +9,11 @@ namespace {
 
 // wxThread::Resume() does not call Wake(), so a paused thread polls. A cancelled thread will be
 // resumed soon, so it polls more often.
-constexpr std::chrono::milliseconds c_pausePoll{200};
-constexpr std::chrono::milliseconds c_cancelledPausePoll{1};
+constexpr std::chrono::milliseconds c_pausePollInterval{200};
+constexpr std::chrono::milliseconds c_cancelledPausePollInterval{1};
 
-constexpr std::chrono::milliseconds c_entryPoll{1};
-constexpr std::chrono::seconds c_longestEntryWait{1};
+constexpr std::chrono::milliseconds c_entryPollInterval{1};
+constexpr std::chrono::seconds c_maxEntryWait{1};
 
 } // namespace
 
@@ -22,7 +22,7 @@ ThreadControl::ThreadControl()
 {
 }
 
-bool ThreadControl::IsOfThisProcess() const
+bool ThreadControl::BelongsToThisProcess() const
 {
     return m_processId == ::getpid();
 }
@@ -31,9 +31,9 @@ void ThreadControl::AwaitEntry() const
 {
     using Clock = std::chrono::steady_clock;
 
-    const Clock::time_point end = Clock::now() + c_longestEntryWait;
-    while (!m_hasEntered.load(std::memory_order_acquire) && Clock::now() < end)
-        std::this_thread::sleep_for(c_entryPoll);
+    const Clock::time_point deadline = Clock::now() + c_maxEntryWait;
+    while (!m_hasEntered.load(std::memory_order_acquire) && Clock::now() < deadline)
+        std::this_thread::sleep_for(c_entryPollInterval);
 }
 
 void ThreadControl::Cancel()
@@ -44,7 +44,8 @@ void ThreadControl::Cancel()
 
 void ThreadControl::AwaitWake()
 {
-    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_cancelledPausePoll : c_pausePoll));
+    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_cancelledPausePollInterval
+                                                            : c_pausePollInterval));
 }
 
 } // namespace Toolkit

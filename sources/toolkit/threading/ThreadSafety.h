@@ -1,15 +1,15 @@
 #pragma once
 
-// Annotations that Clang checks with -Wthread-safety: which lock guards what, and which functions
-// acquire it. Empty for other compilers.
+// Annotations that Clang checks with -Wthread-safety: which lock guards which data, and which
+// functions acquire it. Empty for other compilers.
 //
 //     class Account {
 //         Mutex m_lock;
 //         int m_balance TOOLKIT_GUARDED_BY(m_lock);
 //     };
 //
-// A `MutexLocker` counts as holding its mutex. The check does not notice when the time-out of the
-// locker expires and it holds nothing: lock with `MutexInternal::Infinite`.
+// The check assumes that a `MutexLocker` holds its mutex, even if the time-out of the locker has
+// expired: lock with `MutexInternal::Infinite`.
 
 #if defined(__clang__)
 #define TOOLKIT_THREAD_ANNOTATION(attribute) __attribute__((attribute))
@@ -45,5 +45,5 @@
 /// On a function: it releases the locks, or this object if none is named.
 #define TOOLKIT_RELEASE(...) TOOLKIT_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
 
-/// On a function: Clang does not check it. A comment there says why.
+/// On a function: Clang does not check it. Say why in a comment.
 #define TOOLKIT_NO_THREAD_SAFETY_ANALYSIS TOOLKIT_THREAD_ANNOTATION(no_thread_safety_analysis)
