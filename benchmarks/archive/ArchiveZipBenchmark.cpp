@@ -26,7 +26,7 @@ using Bytes = std::vector<unsigned char>;
 
 constexpr int c_entryCount = 10'000;
 
-// Returns lines of words from a small vocabulary, which deflate to about a third.
+// Returns lines of words from a small vocabulary. Deflating shrinks them to about a third.
 std::string MakeText(std::size_t size)
 {
     constexpr int wordsPerLine = 12;

@@ -1,6 +1,6 @@
 find_package(Poco REQUIRED COMPONENTS Zip)
 pkg_check_modules(Libzip REQUIRED IMPORTED_TARGET libzip)
-# Its include directory has a zip.h that hides the one of the other library.
+# Not pkg_check_modules(): the include directory of minizip has a zip.h that would hide libzip's.
 find_library(TOOLKIT_MINIZIP_LIBRARY minizip REQUIRED)
 mark_as_advanced(TOOLKIT_MINIZIP_LIBRARY)
 

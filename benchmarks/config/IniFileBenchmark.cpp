@@ -30,7 +30,7 @@ struct Shape {
 };
 
 constexpr int c_smallKeyCount = 40;
-constexpr int c_largeKeyCount = 200'000; // 9 MB
+constexpr int c_largeKeyCount = 200'000; // a file of 8 MB
 
 Shape GetShape(std::int64_t keyCount)
 {
@@ -86,8 +86,8 @@ private:
     fs::path m_directory;
 };
 
-// Each class below loads a file with one library, forms that library's name of a key, and finds the
-// value.
+// Each class below loads a file with one library, makes the name under which that library finds a
+// key, and finds its value.
 
 class ToolkitSettings {
 public:
@@ -101,9 +101,13 @@ public:
     }
     const TString<wchar_t>& Find(const Name& name) const
     {
-        return m_settings.GetValue(name.first, name.second, m_none);
+        return m_settings.GetValue(name.first, name.second, m_empty);
     }
-    std::string FindBytes(const Name& name) const { return {Find(name).begin(), Find(name).end()}; }
+    std::string FindBytes(const Name& name) const
+    {
+        const TString<wchar_t>& value = Find(name);
+        return {value.begin(), value.end()};
+    }
 
 private:
     static TString<wchar_t> Widen(const std::string& text)
@@ -112,7 +116,7 @@ private:
     }
 
     IniFile m_settings;
-    TString<wchar_t> m_none;
+    TString<wchar_t> m_empty;
 };
 
 class QtSettings {
@@ -123,10 +127,11 @@ public:
         : m_path(path),
           m_settings(std::in_place, QString::fromStdString(path), QSettings::IniFormat)
     {
-        // Lists all keys, because QSettings parses the sections only then.
+        // QSettings parses the sections only when keys are listed.
         benchmark::DoNotOptimize(m_settings->childKeys());
     }
-    // QSettings caches a loaded file until the file changes, so this loads an empty one instead.
+    // QSettings caches a loaded file until the file changes. Loading an empty file under the same
+    // name clears the cache.
     ~QtSettings()
     {
         m_settings.reset();
@@ -230,7 +235,7 @@ bool HasLastValue(const Settings& settings, const Shape& shape)
            MakeValue(section, key);
 }
 
-// Times only the loading: dropping QSettings' cache is not measured.
+// Measures only the loading, not the destructors: QtSettings clears a cache there.
 template <typename Settings>
 void MeasureLoad(benchmark::State& state)
 {
@@ -278,7 +283,7 @@ std::size_t CountAllocatedBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-// Measures the memory of the settings after `use`.
+// Measures the memory that the settings take after `use`.
 template <typename Settings, typename Use>
 void MeasureMemory(benchmark::State& state, Use use)
 {
@@ -353,7 +358,7 @@ void BM_IniMemory_GKeyFile(benchmark::State& state)
     MeasureMemory<GlibSettings>(state, [](const GlibSettings&) {});
 }
 
-// The memory after a value of each section was read.
+// Measures the memory after one value of each section has been read.
 void BM_IniReadMemory_Toolkit(benchmark::State& state)
 {
     const Shape shape = GetShape(state.range(0));

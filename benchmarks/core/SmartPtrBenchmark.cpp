@@ -10,9 +10,9 @@
 namespace Toolkit {
 namespace {
 
-// Starts a thread, because std::shared_ptr counts without atomic operations until the process has
-// started a second one.
-void RunAThread()
+// The std::shared_ptr of libstdc++ counts without atomic operations until the process has started
+// a second thread.
+void StartSecondThread()
 {
     std::thread([] {}).join();
 }
@@ -20,7 +20,7 @@ void RunAThread()
 template <typename Pointer>
 void CopyAndDrop(benchmark::State& state)
 {
-    RunAThread();
+    StartSecondThread();
     const Pointer pointer(new int(7));
     for (auto _ : state) {
         const Pointer copy(pointer);
@@ -57,7 +57,7 @@ BENCHMARK(BM_CopyAndDrop_wxSharedPtr);
 template <typename Pointer>
 void MakeAndDestroy(benchmark::State& state)
 {
-    RunAThread();
+    StartSecondThread();
     for (auto _ : state) {
         const Pointer pointer(new int(7));
         benchmark::DoNotOptimize(*pointer);

@@ -14,8 +14,10 @@ namespace Toolkit {
 namespace {
 
 constexpr const char* c_text = "2009-07-05 07:04:09";
+constexpr const wchar_t* c_wideText = L"2009-07-05 07:04:09";
 
-// Sets TZ if the benchmark's argument is 1. If it is 0, the C library looks up the machine's zone.
+// Sets TZ if the benchmark's argument is 1. If it is 0, the C library looks up the machine's time
+// zone.
 void SetZone(const benchmark::State& state)
 {
     if (state.range(0) == 1)
@@ -41,7 +43,7 @@ void BM_WriteIso_Toolkit(benchmark::State& state)
     TString<wchar_t> text;
     for (auto _ : state)
         date.GetIsoString(text, false);
-    if (text != L"2009-07-05 07:04:09")
+    if (text != c_wideText)
         state.SkipWithError("wrong text");
 }
 BENCHMARK(BM_WriteIso_Toolkit)->ArgName("tz")->Arg(0)->Arg(1);
@@ -58,7 +60,7 @@ void BM_WriteIso_Fmt(benchmark::State& state)
                            fields.tm_mon + 1, fields.tm_mday, fields.tm_hour, fields.tm_min,
                            fields.tm_sec);
     }
-    if (text != L"2009-07-05 07:04:09")
+    if (text != c_wideText)
         state.SkipWithError("wrong text");
 }
 BENCHMARK(BM_WriteIso_Fmt)->ArgName("tz")->Arg(0)->Arg(1);
@@ -66,7 +68,7 @@ BENCHMARK(BM_WriteIso_Fmt)->ArgName("tz")->Arg(0)->Arg(1);
 void BM_ParseIso_Toolkit(benchmark::State& state)
 {
     SetZone(state);
-    const TString<wchar_t> text = L"2009-07-05 07:04:09";
+    const TString<wchar_t> text = c_wideText;
     DateTime date;
     for (auto _ : state)
         benchmark::DoNotOptimize(date.ParseIsoString(text));

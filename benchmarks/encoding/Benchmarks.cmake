@@ -10,8 +10,8 @@ toolkit_benchmark(
     encoding/Base64Benchmark.cpp OpenSSL::Crypto Qt5::Core PkgConfig::GLib
 )
 toolkit_benchmark(encoding/QuotedPrintableBenchmark.cpp PkgConfig::GMime)
-# Compiles in the codec, which the library does not export, to measure it without the conversions of
-# wide strings.
+# Compiles the codec, which the library does not export, into the program, to measure it without the
+# conversions of wide strings.
 target_sources(
     QuotedPrintableBenchmark
     PRIVATE "${PROJECT_SOURCE_DIR}/sources/toolkit/encoding/QuotedPrintableCodec.cpp"

@@ -38,7 +38,7 @@ std::string Encode(const std::string& bytes)
     return code;
 }
 
-// Runs the peer's filter, one pass for each call of Run().
+// Encodes or decodes with GMime, one string for each call of Run().
 class Filter {
 public:
     explicit Filter(gboolean encodes)
@@ -112,7 +112,7 @@ void BM_QuotedDecode_GMime(benchmark::State& state)
     Finish(state, code.size(), bytes == expected);
 }
 
-// Measures whole operations, including the conversions from and to wide text.
+// Measures the public operations, including the conversions from and to wide strings.
 void BM_QuotedWideRoundTrip_Toolkit(benchmark::State& state)
 {
     const TString<wchar_t> text = MakeWideText(state);

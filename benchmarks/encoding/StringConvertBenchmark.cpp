@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t c_count = 1000;
 
-// Returns numbers of one to ten digits.
+// Returns positive and negative numbers of one to ten digits.
 std::vector<int> CreateIntegers()
 {
     std::mt19937 random(1);
@@ -23,15 +23,20 @@ std::vector<int> CreateIntegers()
     return numbers;
 }
 
-// Returns measurements with two to four decimals, and some numbers of every magnitude.
+// Returns numbers between -1000 and 1000. A tenth of them is multiplied by 1e-30, another tenth by
+// 1e30.
 std::vector<double> CreateDoubles()
 {
     std::mt19937 random(2);
     std::uniform_real_distribution<double> distribution(-1000, 1000);
     std::vector<double> numbers;
     for (std::size_t i = 0; i < c_count; ++i) {
-        const double number = distribution(random);
-        numbers.push_back(i % 10 == 0 ? number * 1e-30 : i % 10 == 1 ? number * 1e30 : number);
+        double number = distribution(random);
+        if (i % 10 == 0)
+            number *= 1e-30;
+        if (i % 10 == 1)
+            number *= 1e30;
+        numbers.push_back(number);
     }
     return numbers;
 }

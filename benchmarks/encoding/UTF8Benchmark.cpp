@@ -15,7 +15,8 @@ namespace {
 
 enum Script { Ascii, Latin, Cjk };
 
-// Returns a string whose UTF-8 form has about the requested number of bytes.
+// Returns a string in the script of the first argument. In UTF-8, it has about as many bytes as the
+// second argument says.
 std::wstring MakeWideText(benchmark::State& state)
 {
     constexpr const wchar_t* samples[] = {

@@ -64,7 +64,7 @@ void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
     CheckCount(state, names.size());
 }
 
-// Reads only the names, each into the same string.
+// Reads all names into the same string, and keeps none of them.
 void Walk(benchmark::State& state, const wxString& fileSpec)
 {
     const wxString path(GetDirectoryPath());

@@ -1,4 +1,3 @@
-#include "toolkit/files/PathManager.h"
 #include "toolkit/logging/FileLogger.h"
 #include "toolkit/logging/Log.h"
 #include "toolkit/system/TickCount.h"
@@ -24,8 +23,8 @@ namespace {
 using namespace Toolkit;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
-constexpr int c_lineCount = 100000;
-constexpr int c_largeLineCount = 1000000;
+constexpr int c_lineCount = 100'000;
+constexpr int c_largeLineCount = 1'000'000;
 
 std::string MakeLogName()
 {
@@ -49,19 +48,14 @@ public:
     explicit ToolkitLog(LogSeverity threshold = SeverityInfo)
     {
         const std::string name = MakeLogName();
-        PathManager::CreateInstance();
         ILogger::CreateInstance();
         ILogger::SetLogger(
             new FileLogger(threshold, std::wstring(name.begin(), name.end()), c_noLimit));
     }
     // Waits until all lines are in the file.
-    ~ToolkitLog()
-    {
-        ILogger::ReleaseInstance();
-        PathManager::ReleaseInstance();
-    }
+    ~ToolkitLog() { ILogger::ReleaseInstance(); }
 
-    // Logs a line that consists of eleven insertions and the severity.
+    // Logs a line of eleven pieces, after setting the severity.
     static void WriteLine(const TString<wchar_t>& path)
     {
         TOOLKIT_LOG(SeverityInfo) << L"Unable to open file : " << path << ILogger::c_strLogToken3;
@@ -97,7 +91,7 @@ private:
 const TString<wchar_t> c_widePath = L"/home/user/settings.ini";
 const std::string c_narrowPath = "/home/user/settings.ini";
 
-// Measures the time that a caller spends on one line; the writers run concurrently.
+// Measures the time that the caller spends on one line. The writer thread runs concurrently.
 template <typename Log, typename Path>
 void LogLine(benchmark::State& state, const Path& path)
 {
@@ -139,7 +133,7 @@ void AwaitLastLine()
     }
 }
 
-// Measures the time until many lines are completely in the file.
+// Measures the time until a million lines are in the file.
 template <typename Log, typename Path>
 void LogMillion(benchmark::State& state, const Path& path, const Path& last)
 {
@@ -172,7 +166,7 @@ void BM_LogMillion_Spdlog(benchmark::State& state)
 }
 BENCHMARK(BM_LogMillion_Spdlog)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-// The line whose memory is measured: 62 bytes in eleven insertions.
+// The line whose memory is measured: 62 bytes in eleven pieces.
 const TString<wchar_t> c_line[] = {L"2",
                                    L" ",
                                    L"1234567890",
@@ -191,7 +185,7 @@ std::size_t CountAllocatedBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-// Calls `fill` and reports the growth of the heap.
+// Calls `fill`, and reports by how much the heap has grown when `fill` calls its argument.
 template <typename Fill>
 void MeasureMemory(benchmark::State& state, Fill fill)
 {
@@ -206,7 +200,6 @@ void MeasureMemory(benchmark::State& state, Fill fill)
 // The logger cannot open its file, so the lines stay in its queue.
 void BM_LogMemory_Toolkit(benchmark::State& state)
 {
-    PathManager::CreateInstance();
     MeasureMemory(state, [](auto measure) {
         FileLogger logger(SeverityInfo, L"no/such/directory/log", c_noLimit);
         for (int i = 0; i < c_largeLineCount; ++i) {
@@ -215,7 +208,6 @@ void BM_LogMemory_Toolkit(benchmark::State& state)
         }
         measure();
     });
-    PathManager::ReleaseInstance();
 }
 BENCHMARK(BM_LogMemory_Toolkit)->Iterations(1);
 

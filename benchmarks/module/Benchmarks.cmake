@@ -17,7 +17,7 @@ toolkit_start_program(START_WX StartWx Toolkit::wxBase)
 toolkit_start_program(START_WX_NET StartWxNet Toolkit::wxNet)
 toolkit_start_program(START_QT StartQt Qt5::Core)
 
-# The benchmark names the file of the library to the loader, which then need not search for it.
+# The benchmark passes the path of the library to the loader, which then need not search for it.
 set(shared "$<STREQUAL:$<TARGET_PROPERTY:Toolkit,TYPE>,SHARED_LIBRARY>")
 target_compile_definitions(
     StartBenchmark PRIVATE START_TOOLKIT_LIBRARY="$<${shared}:$<TARGET_FILE:Toolkit>>"

@@ -1,6 +1,7 @@
-// Measures whole processes that start and stop their library. The programs take turns, so that
-// noise affects all of them equally. Their order is random, because a program starts faster after
-// one with the same libraries, which are then in the processor's caches. A row shows the median.
+// Measures whole processes, each of which starts and stops a library. The programs take turns, so
+// that noise affects all of them equally. Their order is random, because a program starts faster
+// after one with the same libraries, which are then in the processor's caches. Each benchmark
+// reports the median of one program.
 
 #include <benchmark/benchmark.h>
 
@@ -23,8 +24,9 @@ enum Program { Toolkit, Wx, WxNet, Qt, ProgramCount };
 constexpr const char* c_paths[ProgramCount] = {START_TOOLKIT, START_WX, START_WX_NET, START_QT};
 constexpr int c_rounds = 201;
 
-// The loader finds the peers' libraries in its cache, as it would an installed Toolkit. But it
-// would search two dozen directories for the one in the build tree, so LD_PRELOAD names the file.
+// The loader finds the peers' libraries in its cache, where it would also find an installed
+// Toolkit. It would search two dozen directories for the one in the build tree, so LD_PRELOAD names
+// the file.
 void SetPreloaded(const char* library)
 {
     if (*library)
@@ -33,7 +35,7 @@ void SetPreloaded(const char* library)
         ::unsetenv("LD_PRELOAD");
 }
 
-// Returns how long the program runs, in seconds; negative if it fails.
+// Runs the program and returns how long that takes, in seconds; negative if it fails.
 double RunProgram(Program program)
 {
     const char* const path = c_paths[program];
@@ -106,8 +108,8 @@ void BM_ProcessStart_wxPlus2ms(benchmark::State& state)
 }
 BENCHMARK(BM_ProcessStart_wxPlus2ms)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-// What the library adds to the wxWidgets libraries that it needs. Where the network library needs
-// libcurl, loading that and what it needs in turn takes most of the time.
+// Loads all wxWidgets libraries that Toolkit needs: the rest of Toolkit's time is its own. Where
+// the network library needs libcurl, loading libcurl and its dependencies takes most of the time.
 void BM_ProcessStart_wxNet(benchmark::State& state)
 {
     Report(state, WxNet);

@@ -1,4 +1,4 @@
-// The shortest program that starts and stops the library.
+// The shortest program that starts and stops Toolkit.
 
 #include "toolkit/module/LibModuleManager.h"
 

@@ -1,5 +1,5 @@
-// The shortest program that starts and stops wxWidgets and loads its network library, which the
-// library's server needs.
+// The shortest program that starts and stops wxWidgets and loads its network library, which
+// Toolkit's IPC server needs.
 
 #include <wx/init.h>
 #include <wx/sckipc.h>

@@ -8,7 +8,7 @@ toolkit_benchmark(
     Qt5::Core $<TARGET_NAME_IF_EXISTS:Toolkit::pcre>
 )
 
-# Measures the operations on PCRE 2. The program compiles them in where the library uses PCRE 1.
+# Measures RegExp on PCRE 2. Where the library uses PCRE 1, compiles the sources of RegExp into the program.
 if(TARGET Toolkit::pcre2)
     toolkit_benchmark(regExp/RegExpPcre2Benchmark.cpp Toolkit::pcre2)
     if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")

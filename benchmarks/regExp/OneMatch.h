@@ -10,8 +10,8 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
 
-/// Benchmarks of finding one match in a short string. Like the library, every peer compiles the
-/// pattern for every operation.
+/// Benchmarks that find one match in a short string. Like the library, every peer compiles the
+/// pattern for each operation.
 namespace OneMatch {
 
 inline const std::string c_pattern = "(\\w+)@(\\w+)\\.([a-z]+)";
@@ -46,7 +46,7 @@ inline PCRE2_SPTR ToUnits(const std::string& text)
     return reinterpret_cast<PCRE2_SPTR>(text.data());
 }
 
-/// A pattern, compiled the way a program that uses PCRE 2 directly compiles it.
+/// A pattern, compiled as in a program that uses PCRE 2 directly.
 class Pcre2Pattern {
 public:
     explicit Pcre2Pattern(const std::string& pattern)
@@ -63,7 +63,7 @@ public:
 
     const pcre2_code* Code() const { return m_code; }
 
-    /// Searches `c_subject`; returns the number of groups found.
+    /// Searches `c_subject`; returns the number of groups, including the whole match.
     int Search(pcre2_match_data* offsets) const
     {
         return pcre2_match(m_code, ToUnits(c_subject), c_subject.size(), 0, 0, offsets, nullptr);
@@ -73,10 +73,11 @@ private:
     pcre2_code* m_code;
 };
 
-/// Whether the last group is the one that the pattern finds in `c_subject`.
+/// Whether the last group begins at "org".
 inline bool HasLastGroup(pcre2_match_data* offsets)
 {
-    return c_subject.compare(pcre2_get_ovector_pointer(offsets)[6], 3, "org") == 0;
+    const std::size_t begin = pcre2_get_ovector_pointer(offsets)[2 * (c_groupCount - 1)];
+    return c_subject.compare(begin, 3, "org") == 0;
 }
 
 } // namespace OneMatch

@@ -21,23 +21,24 @@ namespace {
 using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 
-// Returns a string of 60 KB with 1,600 matches. The replacement contains none.
+constexpr int c_numberCount = 1600;
+const std::string c_numberPattern = "[0-9]+";
+const std::string c_replacement = "many";
+
+// Returns a string of 60 KB in which the pattern matches each number.
 std::string MakeLongText()
 {
     std::string text;
-    for (int i = 0; i < 1600; ++i)
+    for (int i = 0; i < c_numberCount; ++i)
         text += "the quick brown fox jumps " + std::to_string(1000 + i) + " times. ";
     return text;
 }
 
-const std::string c_longPattern = "[0-9]+";
-const std::string c_longReplacement = "many";
-
 std::string MakeExpectedText()
 {
     std::string text;
-    for (int i = 0; i < 1600; ++i)
-        text += "the quick brown fox jumps many times. ";
+    for (int i = 0; i < c_numberCount; ++i)
+        text += "the quick brown fox jumps " + c_replacement + " times. ";
     return text;
 }
 
@@ -45,7 +46,7 @@ BENCHMARK(RunIsMatch)->Name("BM_IsMatch_Toolkit");
 BENCHMARK(RunMatch)->Name("BM_Match_Toolkit");
 
 #ifdef HAS_PCRE
-// Compiles and searches; returns the number of groups found.
+// Compiles and searches; returns the number of groups, including the whole match.
 int MatchWithPcre(int (&offsets)[60])
 {
     const char* error = nullptr;
@@ -84,7 +85,7 @@ void BM_IsMatch_Poco(benchmark::State& state)
     for (auto _ : state) {
         Poco::RegularExpression::Match match;
         if (Poco::RegularExpression(c_pattern, Poco::RegularExpression::RE_UTF8)
-                .match(c_subject, 0, match) != 4)
+                .match(c_subject, 0, match) != c_groupCount)
             state.SkipWithError("no match");
     }
 }
@@ -145,7 +146,7 @@ void BM_Match_Poco(benchmark::State& state)
         std::vector<std::string> groups;
         Poco::RegularExpression(c_pattern, Poco::RegularExpression::RE_UTF8)
             .split(c_subject, groups);
-        if (groups.size() != 4 || groups[3] != "org")
+        if (std::ssize(groups) != c_groupCount || groups[3] != "org")
             state.SkipWithError("wrong groups");
     }
 }
@@ -207,7 +208,8 @@ void BM_Match_Std(benchmark::State& state)
 }
 BENCHMARK(BM_Match_Std);
 
-// Measures `operation`. Checks its result once, after the loop, so that the check is not measured.
+// Measures `operation` on the long text. Checks its result after the loop, where the check is not
+// measured.
 template <typename Operation>
 void Replace(benchmark::State& state, const Operation& operation)
 {
@@ -222,24 +224,26 @@ void Replace(benchmark::State& state, const Operation& operation)
 
 void BM_ReplaceAll_Toolkit(benchmark::State& state)
 {
-    RegExp regExp(TString<char>(c_longPattern), RegExpOptions::None);
-    const TString<char> replacement = c_longReplacement;
+    RegExp regExp(TString<char>(c_numberPattern), RegExpOptions::None);
+    const TString<char> replacement = c_replacement;
     Replace(state, [&](const TString<char>& text) { return regExp.Replace(replacement, text, 0); });
 }
 BENCHMARK(BM_ReplaceAll_Toolkit);
 
-// A word boundary looks behind, so matches are replaced in place.
+// The word boundary depends on the preceding text, so the library cannot replace all matches in one
+// pass.
 void BM_ReplaceLookingBehind_Toolkit(benchmark::State& state)
 {
-    RegExp regExp(TString<char>("\\b" + c_longPattern), RegExpOptions::None);
-    const TString<char> replacement = c_longReplacement;
+    RegExp regExp(TString<char>("\\b" + c_numberPattern), RegExpOptions::None);
+    const TString<char> replacement = c_replacement;
     Replace(state, [&](const TString<char>& text) { return regExp.Replace(replacement, text, 0); });
 }
 BENCHMARK(BM_ReplaceLookingBehind_Toolkit);
 
 #ifdef HAS_PCRE
-// Replaces step by step: each step replaces one match, copies the string, and validates and
-// searches all of it again.
+// Replaces one match after the other, each in three steps: replaces it, copies the whole string,
+// and lets pcre_exec() validate all of it before the next search. Like RegExp::Replace(), truncates
+// the offset of the next search to 16 bits.
 std::string ReplaceInSteps(const std::string& pattern, const std::string& original)
 {
     constexpr int options = PCRE_NOTBOL | PCRE_NOTEOL | PCRE_NOTEMPTY;
@@ -254,9 +258,9 @@ std::string ReplaceInSteps(const std::string& pattern, const std::string& origin
                      options, offsets, 60) > 0) {
         const auto begin = static_cast<std::size_t>(offsets[0]);
         const auto length = static_cast<std::size_t>(offsets[1] - offsets[0]);
-        text.replace(begin, length, c_longReplacement);
+        text.replace(begin, length, c_replacement);
         subject = text;
-        start = static_cast<unsigned short>(begin + c_longReplacement.size());
+        start = static_cast<unsigned short>(begin + c_replacement.size());
     }
     pcre_free(code);
     return text;
@@ -264,14 +268,14 @@ std::string ReplaceInSteps(const std::string& pattern, const std::string& origin
 
 void BM_ReplaceAll_Steps(benchmark::State& state)
 {
-    Replace(state, [](const std::string& text) { return ReplaceInSteps(c_longPattern, text); });
+    Replace(state, [](const std::string& text) { return ReplaceInSteps(c_numberPattern, text); });
 }
 BENCHMARK(BM_ReplaceAll_Steps);
 
 void BM_ReplaceLookingBehind_Steps(benchmark::State& state)
 {
     Replace(state,
-            [](const std::string& text) { return ReplaceInSteps("\\b" + c_longPattern, text); });
+            [](const std::string& text) { return ReplaceInSteps("\\b" + c_numberPattern, text); });
 }
 BENCHMARK(BM_ReplaceLookingBehind_Steps);
 #endif
@@ -279,8 +283,8 @@ BENCHMARK(BM_ReplaceLookingBehind_Steps);
 void BM_ReplaceAll_Poco(benchmark::State& state)
 {
     Replace(state, [](std::string text) {
-        Poco::RegularExpression(c_longPattern, Poco::RegularExpression::RE_UTF8)
-            .subst(text, c_longReplacement, Poco::RegularExpression::RE_GLOBAL);
+        Poco::RegularExpression(c_numberPattern, Poco::RegularExpression::RE_UTF8)
+            .subst(text, c_replacement, Poco::RegularExpression::RE_GLOBAL);
         return text;
     });
 }
@@ -289,11 +293,11 @@ BENCHMARK(BM_ReplaceAll_Poco);
 void BM_ReplaceAll_Pcre2(benchmark::State& state)
 {
     Replace(state, [](const std::string& text) {
-        const Pcre2Pattern pattern(c_longPattern);
+        const Pcre2Pattern pattern(c_numberPattern);
         std::string result(2 * text.size(), '\0');
         std::size_t length = result.size();
         pcre2_substitute(pattern.Code(), ToUnits(text), text.size(), 0, PCRE2_SUBSTITUTE_GLOBAL,
-                         nullptr, nullptr, ToUnits(c_longReplacement), c_longReplacement.size(),
+                         nullptr, nullptr, ToUnits(c_replacement), c_replacement.size(),
                          reinterpret_cast<PCRE2_UCHAR*>(result.data()), &length);
         result.resize(length);
         return result;
@@ -304,7 +308,7 @@ BENCHMARK(BM_ReplaceAll_Pcre2);
 void BM_ReplaceAll_Boost(benchmark::State& state)
 {
     Replace(state, [](const std::string& text) {
-        return boost::regex_replace(text, boost::regex(c_longPattern), c_longReplacement,
+        return boost::regex_replace(text, boost::regex(c_numberPattern), c_replacement,
                                     boost::regex_constants::format_literal);
     });
 }
@@ -313,7 +317,7 @@ BENCHMARK(BM_ReplaceAll_Boost);
 void BM_ReplaceAll_Re2(benchmark::State& state)
 {
     Replace(state, [](std::string text) {
-        RE2::GlobalReplace(&text, RE2(c_longPattern), c_longReplacement);
+        RE2::GlobalReplace(&text, RE2(c_numberPattern), c_replacement);
         return text;
     });
 }
@@ -322,8 +326,8 @@ BENCHMARK(BM_ReplaceAll_Re2);
 void BM_ReplaceAll_Qt(benchmark::State& state)
 {
     const QString original = QString::fromStdString(MakeLongText());
-    const QString pattern = QString::fromStdString(c_longPattern);
-    const QString replacement = QString::fromStdString(c_longReplacement);
+    const QString pattern = QString::fromStdString(c_numberPattern);
+    const QString replacement = QString::fromStdString(c_replacement);
     QString text;
     for (auto _ : state) {
         text = original;
@@ -337,7 +341,7 @@ BENCHMARK(BM_ReplaceAll_Qt);
 void BM_ReplaceAll_Std(benchmark::State& state)
 {
     Replace(state, [](const std::string& text) {
-        return std::regex_replace(text, std::regex(c_longPattern), c_longReplacement);
+        return std::regex_replace(text, std::regex(c_numberPattern), c_replacement);
     });
 }
 BENCHMARK(BM_ReplaceAll_Std);

@@ -35,8 +35,8 @@ Run PrepareListing(int entries)
     };
 }
 
-// Returns a run that passes `read` the stream of an entry with `lines` lines and requires it to
-// count them.
+// Returns a run that passes the stream of an entry with `lines` lines to `read`, which must return
+// their number.
 template <typename Read>
 Run PrepareReading(int lines, Read read)
 {
@@ -88,12 +88,12 @@ int CountLinesByBytes(ZipInputStream& stream)
 
 void AddArchiveOperations(Operations& operations)
 {
-    operations.push_back({"ArchiveZip EntriesList", c_files, PrepareListing});
-    operations.push_back({"ZipInputStream ReadLine", c_lengths,
+    operations.push_back({"ArchiveZip EntriesList", c_fileCounts, PrepareListing});
+    operations.push_back({"ZipInputStream ReadLine", c_sizes,
                           [](int lines) { return PrepareReading(lines, CountLines); }});
-    operations.push_back({"ZipInputStream words", c_lengths,
+    operations.push_back({"ZipInputStream words", c_sizes,
                           [](int lines) { return PrepareReading(lines, CountLinesByWords); }});
-    operations.push_back({"ZipInputStream bytes", c_lengths,
+    operations.push_back({"ZipInputStream bytes", c_sizes,
                           [](int lines) { return PrepareReading(lines, CountLinesByBytes); }});
 }
 

@@ -13,12 +13,12 @@ namespace {
 using namespace Toolkit;
 using Text = TString<wchar_t>;
 
-// Returns an operation on the result of `encode` for a text in which every tenth character is not
-// ASCII.
+// Returns an operation that calls `use` with the result of `encode` for a text in which every tenth
+// character is not ASCII.
 template <typename Encode, typename Use>
 Operation RunOnEncoded(const char* name, Encode encode, Use use)
 {
-    return {name, c_lengths, [encode, use](int length) -> Run {
+    return {name, c_sizes, [encode, use](int length) -> Run {
                 Text text = MakeWords<wchar_t>(length);
                 for (std::size_t i = 0; i < text.size(); i += 10)
                     text[i] = L'\u00E9';
@@ -27,7 +27,7 @@ Operation RunOnEncoded(const char* name, Encode encode, Use use)
             }};
 }
 
-// Returns an operation on such a text itself.
+// Returns an operation that calls `use` with the text itself.
 template <typename Use>
 Operation RunOnText(const char* name, Use use)
 {

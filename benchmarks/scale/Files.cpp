@@ -40,7 +40,7 @@ Run PrepareFile(int length)
     };
 }
 
-// Keeps the files of the smaller directory that was measured before, and adds the missing ones.
+// The directory still contains the files of the previous, smaller size. Adds the missing ones.
 Run PrepareDirectory(int files)
 {
     const std::filesystem::path path = GetDirectory() / "files";
@@ -58,9 +58,9 @@ Run PrepareDirectory(int files)
 
 void AddFileOperations(Operations& operations)
 {
-    operations.push_back({"TextFile Open and GetNextLine", c_lengths, PrepareTextFile});
-    operations.push_back({"FFile Write", c_lengths, PrepareFile});
-    operations.push_back({"Directory GetFiles", c_files, PrepareDirectory});
+    operations.push_back({"TextFile Open and GetNextLine", c_sizes, PrepareTextFile});
+    operations.push_back({"FFile Write", c_sizes, PrepareFile});
+    operations.push_back({"Directory GetFiles", c_fileCounts, PrepareDirectory});
 }
 
 } // namespace Scale

@@ -7,9 +7,9 @@
 
 namespace {
 
-std::atomic<std::size_t> allocated{0};
-std::atomic<std::size_t> peak{0};
-std::size_t allocatedAtReset = 0;
+std::atomic<std::size_t> s_allocated{0};
+std::atomic<std::size_t> s_peak{0};
+std::size_t s_allocatedAtReset = 0;
 
 } // namespace
 
@@ -17,13 +17,13 @@ namespace Scale::HeapMeter {
 
 void Reset()
 {
-    allocatedAtReset = allocated;
-    peak = allocatedAtReset;
+    s_allocatedAtReset = s_allocated;
+    s_peak = s_allocatedAtReset;
 }
 
 std::size_t GetPeak()
 {
-    return peak - allocatedAtReset;
+    return s_peak - s_allocatedAtReset;
 }
 
 } // namespace Scale::HeapMeter
@@ -33,16 +33,16 @@ void* operator new(std::size_t size)
     void* const memory = std::malloc(size);
     if (!memory)
         throw std::bad_alloc();
-    const std::size_t now = allocated += ::malloc_usable_size(memory);
-    std::size_t highest = peak;
-    while (now > highest && !peak.compare_exchange_weak(highest, now)) {
+    const std::size_t now = s_allocated += ::malloc_usable_size(memory);
+    std::size_t highest = s_peak;
+    while (now > highest && !s_peak.compare_exchange_weak(highest, now)) {
     }
     return memory;
 }
 
 void operator delete(void* memory) noexcept
 {
-    allocated -= ::malloc_usable_size(memory);
+    s_allocated -= ::malloc_usable_size(memory);
     std::free(memory);
 }
 

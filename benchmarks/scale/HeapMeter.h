@@ -2,13 +2,13 @@
 
 #include <cstddef>
 
-/// Measures the memory that the program and the library allocate with `operator new`.
+/// Measures the memory that the program and its libraries allocate with `operator new`.
 namespace Scale::HeapMeter {
 
 /// Starts a measurement.
 void Reset();
 
-/// Returns the peak since Reset() in bytes, without the memory allocated before it.
+/// Returns the peak of the allocated memory since Reset(), in bytes above its level at Reset().
 std::size_t GetPeak();
 
 } // namespace Scale::HeapMeter

@@ -57,7 +57,7 @@ private:
     IPCServer m_server;
 };
 
-// `clients` clients at once, each sending one message.
+// Returns a run in which `clients` clients concurrently send one message each.
 Run PrepareClients(int clients)
 {
     const auto service = std::make_shared<Service>();
@@ -88,8 +88,8 @@ Run PrepareMessage(int length)
 
 void AddMessageOperations(Operations& operations)
 {
-    operations.push_back({"IPCServer, clients", c_clients, PrepareClients});
-    operations.push_back({"IPCServer, message length", c_lengths, PrepareMessage});
+    operations.push_back({"IPCServer, clients", c_clientCounts, PrepareClients});
+    operations.push_back({"IPCServer, message length", c_sizes, PrepareMessage});
 }
 
 } // namespace Scale

@@ -10,20 +10,21 @@
 /// Operations whose cost is measured at several sizes of their input.
 namespace Scale {
 
-/// One run of an operation. Its input exists before it starts; its result lives until the next run.
+/// Runs an operation once, on input that has been prepared before.
 using Run = std::function<void()>;
 
 struct Operation {
-    std::string name;
+    std::string name; // "(cache)" and "(n log n)" change its limit: see script/bench-scale
     std::vector<int> sizes;
     std::function<Run(int size)> prepare;
 };
 
 using Operations = std::vector<Operation>;
 
-const std::vector<int> c_lengths{1'000, 10'000, 100'000, 1'000'000};
-const std::vector<int> c_files{100, 1'000, 10'000, 100'000};
-const std::vector<int> c_clients{10, 50, 100, 200};
+/// Counts of small things: characters, lines, keys, listeners.
+const std::vector<int> c_sizes{1'000, 10'000, 100'000, 1'000'000};
+const std::vector<int> c_fileCounts{100, 1'000, 10'000, 100'000};
+const std::vector<int> c_clientCounts{10, 50, 100, 200};
 
 void AddTextOperations(Operations& operations);
 void AddEncodingOperations(Operations& operations);
@@ -34,16 +35,16 @@ void AddArchiveOperations(Operations& operations);
 void AddThreadOperations(Operations& operations);
 void AddMessageOperations(Operations& operations);
 
-/// Returns the directory for all files, which is removed at the end of the program.
+/// Returns the directory for the operations' files, which is removed at the end of the program.
 const std::filesystem::path& GetDirectory();
 
-/// Converts a path for the library.
+/// Converts a path to the string type of the library.
 TString<wchar_t> ToWide(const std::filesystem::path& path);
 
-/// Ends the program if `condition` is false: a run has a wrong result.
+/// Ends the program with an error message if `condition`, the check of a result, is false.
 void Require(bool condition);
 
-/// Returns words of varying lower-case letters.
+/// Returns `length` characters: words of five lower-case letters, separated by spaces.
 template <typename Char>
 std::basic_string<Char> MakeWords(int length)
 {

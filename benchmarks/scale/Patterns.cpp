@@ -11,6 +11,7 @@ using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 using Text = TString<char>;
 
+// Returns an operation that compiles `pattern` and calls `use` with it and words of text.
 template <typename Use>
 Operation RunOnSubject(const char* name, const std::vector<int>& lengths, const char* pattern,
                        Use use)
@@ -29,13 +30,14 @@ Operation RunOnSubject(const char* name, const std::vector<int>& lengths, const 
 void AddPatternOperations(Operations& operations)
 {
     operations.push_back(
-        RunOnSubject("RegExp IsMatch", c_lengths, "[0-9]+x",
+        RunOnSubject("RegExp IsMatch", c_sizes, "[0-9]+x",
                      [](RegExp& regExp, const Text& text) { Require(!regExp.IsMatch(text)); }));
     operations.push_back(
-        RunOnSubject("RegExp Match", c_lengths, "(.*) (.*)$", [](RegExp& regExp, const Text& text) {
+        RunOnSubject("RegExp Match", c_sizes, "(.*) (.*)$", [](RegExp& regExp, const Text& text) {
             Require(regExp.Match(text)->Success());
         }));
-    // The search continues at a position modulo 65,536, so longer texts take quadratic time.
+    // The position at which the search continues is taken modulo 65,536, so longer texts would take
+    // quadratic time.
     operations.push_back(RunOnSubject(
         "RegExp Replace", {600, 6'000, 20'000, 60'000}, "[aeiou]+",
         [](RegExp& regExp, const Text& text) { Require(!regExp.Replace("-", text, 0).empty()); }));

@@ -1,7 +1,10 @@
-// Prints for each operation and size the shortest processor time in seconds and the memory in
-// bytes. A comparison at one size would not show a cost that grows faster than the input.
+// Prints the shortest processor time in seconds and the peak of memory in bytes for each operation
+// and size. The other benchmarks compare at one size, which does not show a cost that grows faster
+// than the input.
 //
 // usage: Scale [pattern]
+//
+// With a pattern, a regular expression, runs only the operations whose name it matches.
 
 #include <algorithm>
 #include <cstdio>
@@ -20,7 +23,7 @@ namespace {
 constexpr int c_minRuns = 5;
 constexpr double c_minTotalSeconds = 0.2;
 
-// Returns the processor time of all threads, which other programs hardly change.
+// Returns the processor time of all threads. Other programs have little influence on it.
 double MeasureSeconds(const Run& run)
 {
     const std::clock_t start = std::clock();
@@ -28,8 +31,9 @@ double MeasureSeconds(const Run& run)
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-// Keeps freed memory, so that a run does not pay for pages that the system fills with zeros.
-void KeepMemory()
+// Makes the process keep freed memory, so that later runs do not pay for new pages, which the
+// system fills with zeros.
+void KeepFreedMemory()
 {
     Require(::mallopt(M_MMAP_MAX, 0) == 1 && ::mallopt(M_TRIM_THRESHOLD, -1) == 1);
 }
@@ -50,6 +54,7 @@ void Measure(const Operation& operation, int size)
     std::fflush(stdout);
 }
 
+// Creates a directory, which also becomes the home directory of the program.
 std::filesystem::path CreateDirectory()
 {
     std::string name = (std::filesystem::temp_directory_path() / "toolkit-scale-XXXXXX").native();
@@ -93,8 +98,8 @@ int main(int argc, char** argv)
     AddArchiveOperations(operations);
     AddThreadOperations(operations);
     AddMessageOperations(operations);
-    KeepMemory();
-    GetDirectory();
+    KeepFreedMemory();
+    GetDirectory(); // before the first operation, because it sets HOME
     for (const Operation& operation : operations) {
         for (const int size : operation.sizes) {
             if (std::regex_search(operation.name, pattern))

@@ -79,13 +79,13 @@ Run PrepareCommandLine(int words)
 void AddSettingsOperations(Operations& operations)
 {
     operations.push_back(
-        {"IniFile Parse (cache)", c_lengths, [](int keys) { return PrepareLoad(keys, false); }});
-    operations.push_back({"IniFile Parse, sections (cache)", c_lengths,
+        {"IniFile Parse (cache)", c_sizes, [](int keys) { return PrepareLoad(keys, false); }});
+    operations.push_back({"IniFile Parse, sections (cache)", c_sizes,
                           [](int keys) { return PrepareLoad(keys, true); }});
-    operations.push_back({"IniFile HasValue, all keys (cache)", c_lengths, PrepareLookup});
-    operations.push_back({"IniFile Parse and GetValue (cache)", c_lengths, PrepareRead});
-    operations.push_back({"IniFile GetKeyList (n log n) (cache)", c_lengths, PrepareKeyList});
-    operations.push_back({"CmdLineParser Parse", c_lengths, PrepareCommandLine});
+    operations.push_back({"IniFile HasValue, all keys (cache)", c_sizes, PrepareLookup});
+    operations.push_back({"IniFile Parse and GetValue (cache)", c_sizes, PrepareRead});
+    operations.push_back({"IniFile GetKeyList (n log n) (cache)", c_sizes, PrepareKeyList});
+    operations.push_back({"CmdLineParser Parse", c_sizes, PrepareCommandLine});
 }
 
 } // namespace Scale

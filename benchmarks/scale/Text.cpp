@@ -12,11 +12,11 @@ using Toolkit::Bytes;
 using Toolkit::FSStream;
 using Text = TString<wchar_t>;
 
-// Returns an operation on a string of words.
+// Returns an operation that calls `use` with a string of words.
 template <typename Use>
 Operation RunOnText(const char* name, Use use)
 {
-    return {name, c_lengths, [use](int length) -> Run {
+    return {name, c_sizes, [use](int length) -> Run {
                 const auto text = std::make_shared<Text>(MakeWords<wchar_t>(length));
                 return [text, use] { use(*text); };
             }};

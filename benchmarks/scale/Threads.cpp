@@ -1,4 +1,3 @@
-#include "toolkit/files/PathManager.h"
 #include "toolkit/logging/FileLogger.h"
 #include "toolkit/threading/EventNotifier.h"
 
@@ -47,7 +46,7 @@ Run PrepareNotify(int count)
     return [notifier] { notifier->Send(); };
 }
 
-// Adds listeners and removes them in the same order.
+// Returns a run that adds listeners and removes them in the same order.
 Run PrepareListeners(int count)
 {
     const auto listeners =
@@ -61,7 +60,16 @@ Run PrepareListeners(int count)
     };
 }
 
+constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 const Text c_line = std::wstring(61, L'x') + L'\n';
+
+// A logger and its file, which the destructor removes.
+struct TemporaryLog {
+    ~TemporaryLog() { std::filesystem::remove(path); }
+
+    FileLogger logger{SeverityInfo, L"toolkit-scale", c_noLimit};
+    const std::filesystem::path path{std::wstring(logger.GetPath(10'000))};
+};
 
 void WriteLines(FileLogger& logger, int count)
 {
@@ -69,26 +77,23 @@ void WriteLines(FileLogger& logger, int count)
         logger.Write(c_line);
 }
 
-// Logs lines and waits until all of them are in the file.
+// Returns a run that logs lines and waits until all of them are in the file.
 Run PrepareLog(int lines)
 {
-    PathManager::CreateInstance();
-    const auto logger = std::make_shared<FileLogger>(SeverityInfo, L"toolkit-scale", 0xFFFFFFFF);
-    PathManager::ReleaseInstance();
-    const std::filesystem::path path(std::wstring(logger->GetPath(10'000)));
-    return [lines, logger, path] {
-        const auto length = std::filesystem::file_size(path) + lines * c_line.size();
-        WriteLines(*logger, lines);
-        while (std::filesystem::file_size(path) < length)
+    const auto log = std::make_shared<TemporaryLog>();
+    return [lines, log] {
+        const auto length = std::filesystem::file_size(log->path) + lines * c_line.size();
+        WriteLines(log->logger, lines);
+        while (std::filesystem::file_size(log->path) < length)
             std::this_thread::sleep_for(std::chrono::microseconds(100));
     };
 }
 
-// The logger cannot open its file, so the lines stay in its queue.
+// Returns a run that logs lines to a logger that cannot open its file: they stay in its queue.
 Run PrepareLogQueue(int lines)
 {
     return [lines] {
-        FileLogger logger(SeverityInfo, L"no/such/directory/log", 0xFFFFFFFF);
+        FileLogger logger(SeverityInfo, L"no/such/directory/log", c_noLimit);
         WriteLines(logger, lines);
     };
 }
@@ -97,10 +102,10 @@ Run PrepareLogQueue(int lines)
 
 void AddThreadOperations(Operations& operations)
 {
-    operations.push_back({"EventNotifier Notify (cache)", c_lengths, PrepareNotify});
-    operations.push_back({"EventNotifier Add and Remove", c_lengths, PrepareListeners});
-    operations.push_back({"FileLogger, in the file", c_lengths, PrepareLog});
-    operations.push_back({"FileLogger, in the queue", c_lengths, PrepareLogQueue});
+    operations.push_back({"EventNotifier Notify (cache)", c_sizes, PrepareNotify});
+    operations.push_back({"EventNotifier Add and Remove", c_sizes, PrepareListeners});
+    operations.push_back({"FileLogger, in the file", c_sizes, PrepareLog});
+    operations.push_back({"FileLogger, in the queue", c_sizes, PrepareLogQueue});
 }
 
 } // namespace Scale

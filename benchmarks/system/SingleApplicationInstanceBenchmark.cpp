@@ -15,8 +15,9 @@ namespace {
 
 using namespace Toolkit;
 
-// A home directory, in which the check creates its files. It is beside this program, because homes
-// are on a disk, and the temporary directory may be in memory, where fsync() takes no time.
+// A home directory, in which the check creates its files. It is in the directory of this program,
+// not in the temporary directory: home directories are on a disk, and the temporary directory may
+// be in memory, where fsync() takes no time.
 class Home {
 public:
     Home()

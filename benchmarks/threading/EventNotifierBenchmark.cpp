@@ -36,7 +36,7 @@ private:
     long& m_count;
 };
 
-// Alternates listeners of two classes: with one class the compiler could devirtualize the calls.
+// Alternates between two classes: with a single one, the compiler could devirtualize the calls.
 IListener* CreateListener(int number, long& ups, long& downs)
 {
     if (number % 2 == 0)
@@ -72,7 +72,7 @@ void BM_Notify_Toolkit(benchmark::State& state)
 }
 BENCHMARK(BM_Notify_Toolkit);
 
-// Locks a recursive mutex once around the same number of calls.
+// Locks a recursive mutex once and makes the same number of virtual calls.
 void BM_Notify_wxMutexAndCalls(benchmark::State& state)
 {
     long ups = 0;

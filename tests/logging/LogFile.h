@@ -65,7 +65,7 @@ inline void Await(const std::function<bool()>& condition)
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
     while (!condition()) {
-        ASSERT_LT(std::chrono::steady_clock::now(), end) << "waited in vain";
+        ASSERT_LT(std::chrono::steady_clock::now(), end) << "timed out";
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }
