@@ -45,7 +45,8 @@ public:
 
     /// Writes text that is at least as severe as `threshold` to the file `name`, given without
     /// directory and extension; an empty `name` means the application's name. The constructor does
-    /// not wait: the writer thread opens the file. Throws `std::bad_alloc` when out of memory.
+    /// not wait: the writer thread opens the file. If the system cannot start that thread, nothing
+    /// is ever written. Throws `std::bad_alloc` when out of memory.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
     /// Writes the queued text, and closes the file when no more has arrived for 500 ms. If no file
