@@ -127,14 +127,15 @@ private:
     wxZipInputStream m_stream;
 };
 
-void CheckEntries(benchmark::State& state, std::size_t count)
+// Each of these checks a result and sets the throughput.
+void FinishListing(benchmark::State& state, std::size_t count)
 {
     if (count != c_entryCount)
         state.SkipWithError("wrong number of entries");
     state.SetItemsProcessed(state.iterations() * c_entryCount);
 }
 
-void CheckSize(benchmark::State& state, std::size_t size, std::size_t expected)
+void FinishReading(benchmark::State& state, std::size_t size, std::size_t expected)
 {
     if (size != expected)
         state.SkipWithError("wrong size");
@@ -151,7 +152,7 @@ void BM_ZipReadBytes_Toolkit(benchmark::State& state)
         ToolkitEntry("large.zip").Stream() >> bytes;
         size = bytes.size();
     }
-    CheckSize(state, size, 50'000'000);
+    FinishReading(state, size, 50'000'000);
 }
 BENCHMARK(BM_ZipReadBytes_Toolkit)->Unit(benchmark::kMillisecond);
 
@@ -170,7 +171,7 @@ void BM_ZipReadBytes_Minizip(benchmark::State& state)
         ::unzCloseCurrentFile(archive);
         ::unzClose(archive);
     }
-    CheckSize(state, size, 50'000'000);
+    FinishReading(state, size, 50'000'000);
 }
 BENCHMARK(BM_ZipReadBytes_Minizip)->Unit(benchmark::kMillisecond);
 
@@ -188,7 +189,7 @@ void BM_ZipReadBytes_Libzip(benchmark::State& state)
         ::zip_fclose(file);
         ::zip_close(archive);
     }
-    CheckSize(state, size, 50'000'000);
+    FinishReading(state, size, 50'000'000);
 }
 BENCHMARK(BM_ZipReadBytes_Libzip)->Unit(benchmark::kMillisecond);
 
@@ -205,7 +206,7 @@ void ReadStrings(benchmark::State& state, Next next)
         while (next(entry.Stream(), text))
             size += text.size() + 1;
     }
-    CheckSize(state, size, Archives::GetSmallText().size());
+    FinishReading(state, size, Archives::GetSmallText().size());
 }
 
 void BM_ZipReadLines_Toolkit(benchmark::State& state)
@@ -240,7 +241,7 @@ void BM_ZipReadLines_PocoGetline(benchmark::State& state)
         while (std::getline(entry, line))
             size += line.size() + 1;
     }
-    CheckSize(state, size, Archives::GetSmallText().size());
+    FinishReading(state, size, Archives::GetSmallText().size());
 }
 BENCHMARK(BM_ZipReadLines_PocoGetline)->Unit(benchmark::kMillisecond);
 
@@ -269,7 +270,7 @@ void BM_ZipList_Toolkit(benchmark::State& state)
         archive.Open(path);
         archive.EntriesList(entries, L"", ArchiveEntriesFlags::AllEntries);
     }
-    CheckEntries(state, entries.size());
+    FinishListing(state, entries.size());
 }
 BENCHMARK(BM_ZipList_Toolkit)->Unit(benchmark::kMillisecond);
 
@@ -290,7 +291,7 @@ void BM_ZipList_Libzip(benchmark::State& state)
         }
         ::zip_close(archive);
     }
-    CheckEntries(state, entries.size());
+    FinishListing(state, entries.size());
 }
 BENCHMARK(BM_ZipList_Libzip)->Unit(benchmark::kMillisecond);
 

@@ -25,7 +25,8 @@ std::wstring MakeCommaLine(benchmark::State& state)
     return line;
 }
 
-void CheckTokenCount(benchmark::State& state, const std::wstring& line, std::size_t count)
+// Checks the number of tokens and sets the throughput.
+void FinishTokens(benchmark::State& state, const std::wstring& line, std::size_t count)
 {
     const auto commas = static_cast<std::size_t>(std::count(line.begin(), line.end(), L','));
     if (count != commas + 1)
@@ -39,7 +40,7 @@ void BM_Tokens_Toolkit(benchmark::State& state)
     std::vector<TString<wchar_t>> tokens;
     for (auto _ : state)
         line.GetTokens(L",", tokens, false);
-    CheckTokenCount(state, line, tokens.size());
+    FinishTokens(state, line, tokens.size());
 }
 BENCHMARK(BM_Tokens_Toolkit)->Arg(60)->Arg(100'000);
 
@@ -49,7 +50,7 @@ void BM_Tokens_BoostSplit(benchmark::State& state)
     std::vector<std::wstring> tokens;
     for (auto _ : state)
         boost::split(tokens, line, boost::is_any_of(L","));
-    CheckTokenCount(state, line, tokens.size());
+    FinishTokens(state, line, tokens.size());
 }
 BENCHMARK(BM_Tokens_BoostSplit)->Arg(60)->Arg(100'000);
 
@@ -63,7 +64,7 @@ void BM_FreshTokens_Toolkit(benchmark::State& state)
         line.GetTokens(L",;", tokens, false);
         count = tokens.size();
     }
-    CheckTokenCount(state, line, count);
+    FinishTokens(state, line, count);
 }
 BENCHMARK(BM_FreshTokens_Toolkit)->Arg(60)->Arg(100'000);
 
@@ -76,7 +77,7 @@ void BM_FreshTokens_BoostSplit(benchmark::State& state)
         boost::split(tokens, line, boost::is_any_of(L",;"));
         count = tokens.size();
     }
-    CheckTokenCount(state, line, count);
+    FinishTokens(state, line, count);
 }
 BENCHMARK(BM_FreshTokens_BoostSplit)->Arg(60)->Arg(100'000);
 

@@ -36,6 +36,7 @@ std::string Encode(const std::string& bytes)
     return text;
 }
 
+// Reports a wrong result and sets the throughput.
 void Finish(benchmark::State& state, bool isCorrect)
 {
     if (!isCorrect)

@@ -63,6 +63,7 @@ private:
     std::unique_ptr<GMimeFilter, decltype(&g_object_unref)> m_filter;
 };
 
+// Reports a wrong result and sets the throughput.
 void Finish(benchmark::State& state, std::size_t byteCount, bool isCorrect)
 {
     if (!isCorrect)

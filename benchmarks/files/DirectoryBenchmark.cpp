@@ -48,7 +48,8 @@ const std::string& GetDirectoryPath()
     return directory.Path();
 }
 
-void CheckCount(benchmark::State& state, std::size_t count)
+// Checks the result and sets the throughput.
+void FinishListing(benchmark::State& state, std::size_t count)
 {
     if (count != c_fileCount)
         state.SkipWithError("wrong number of names");
@@ -61,7 +62,7 @@ void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
     std::vector<TString<wchar_t>> names;
     for (auto _ : state)
         Directory::EnumFilePaths(names, path, fileSpec);
-    CheckCount(state, names.size());
+    FinishListing(state, names.size());
 }
 
 // Reads all names into the same string, and keeps none of them.
@@ -77,7 +78,7 @@ void Walk(benchmark::State& state, const wxString& fileSpec)
              hasName = directory.GetNext(&name))
             ++count;
     }
-    CheckCount(state, count);
+    FinishListing(state, count);
 }
 
 void BM_ListDirectory_Toolkit(benchmark::State& state)

@@ -9,7 +9,7 @@ int main()
     if (!wxInitialize())
         return 1;
     {
-        const wxTCPServer loadsTheLibrary;
+        const wxTCPServer server; // without a use, the linker may drop the network library
     }
     wxUninitialize();
     return 0;

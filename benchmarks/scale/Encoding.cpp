@@ -16,7 +16,7 @@ using Text = TString<wchar_t>;
 // Returns an operation that calls `use` with the result of `encode` for a text in which every tenth
 // character is not ASCII.
 template <typename Encode, typename Use>
-Operation RunOnEncoded(const char* name, Encode encode, Use use)
+Operation MakeOperationOnEncoded(const char* name, Encode encode, Use use)
 {
     return {name, c_sizes, [encode, use](int length) -> Run {
                 Text text = MakeWords<wchar_t>(length);
@@ -29,9 +29,9 @@ Operation RunOnEncoded(const char* name, Encode encode, Use use)
 
 // Returns an operation that calls `use` with the text itself.
 template <typename Use>
-Operation RunOnText(const char* name, Use use)
+Operation MakeOperationOnText(const char* name, Use use)
 {
-    return RunOnEncoded(
+    return MakeOperationOnEncoded(
         name, [](const Text& text) { return text; }, use);
 }
 
@@ -39,23 +39,24 @@ Operation RunOnText(const char* name, Use use)
 
 void AddEncodingOperations(Operations& operations)
 {
-    operations.push_back(RunOnText(
+    operations.push_back(MakeOperationOnText(
         "UTF8 ToUTF8", [](const Text& text) { Require(UTF8::ToUTF8(text).size() > text.size()); }));
     operations.push_back(
-        RunOnEncoded("UTF8 ToUNICODE", UTF8::ToUTF8,
-                     [](const TString<char>& bytes) { Require(!UTF8::ToUNICODE(bytes).empty()); }));
+        MakeOperationOnEncoded("UTF8 ToUNICODE", UTF8::ToUTF8, [](const TString<char>& bytes) {
+            Require(!UTF8::ToUNICODE(bytes).empty());
+        }));
+    operations.push_back(MakeOperationOnText(
+        "B64 ToB64", [](const Text& text) { Require(B64::ToB64(text).IsValid()); }));
     operations.push_back(
-        RunOnText("B64 ToB64", [](const Text& text) { Require(B64::ToB64(text).IsValid()); }));
-    operations.push_back(
-        RunOnEncoded("B64 ToUNICODE", B64::ToB64, [](const smart_ptr<Bytes>& bytes) {
+        MakeOperationOnEncoded("B64 ToUNICODE", B64::ToB64, [](const smart_ptr<Bytes>& bytes) {
             Require(!B64::ToUNICODE(bytes).empty());
         }));
-    operations.push_back(RunOnText(
+    operations.push_back(MakeOperationOnText(
         "QP ToQP", [](const Text& text) { Require(QP::ToQP(text).size() > text.size()); }));
-    operations.push_back(RunOnEncoded(
+    operations.push_back(MakeOperationOnEncoded(
         "QP ToUNICODE", [](const Text& text) { return QP::ToQP(text); },
         [](const Text& text) { Require(!QP::ToUNICODE(text).empty()); }));
-    operations.push_back(RunOnEncoded(
+    operations.push_back(MakeOperationOnEncoded(
         "UTF7 ToUTF7", [](const Text& text) { return Text(MakeWords<wchar_t>(int(text.size()))); },
         [](const Text& text) { Require(UTF7::ToUTF7(text).size() == text.size()); }));
 }

@@ -13,8 +13,8 @@ using Text = TString<char>;
 
 // Returns an operation that compiles `pattern` and calls `use` with it and words of text.
 template <typename Use>
-Operation RunOnSubject(const char* name, const std::vector<int>& lengths, const char* pattern,
-                       Use use)
+Operation MakeOperationOnSubject(const char* name, const std::vector<int>& lengths,
+                                 const char* pattern, Use use)
 {
     return {name, lengths, [pattern, use](int length) -> Run {
                 const auto subject = std::make_shared<Text>(MakeWords<char>(length));
@@ -29,16 +29,15 @@ Operation RunOnSubject(const char* name, const std::vector<int>& lengths, const 
 
 void AddPatternOperations(Operations& operations)
 {
-    operations.push_back(
-        RunOnSubject("RegExp IsMatch", c_sizes, "[0-9]+x",
-                     [](RegExp& regExp, const Text& text) { Require(!regExp.IsMatch(text)); }));
-    operations.push_back(
-        RunOnSubject("RegExp Match", c_sizes, "(.*) (.*)$", [](RegExp& regExp, const Text& text) {
-            Require(regExp.Match(text)->Success());
-        }));
+    operations.push_back(MakeOperationOnSubject(
+        "RegExp IsMatch", c_sizes, "[0-9]+x",
+        [](RegExp& regExp, const Text& text) { Require(!regExp.IsMatch(text)); }));
+    operations.push_back(MakeOperationOnSubject(
+        "RegExp Match", c_sizes, "(.*) (.*)$",
+        [](RegExp& regExp, const Text& text) { Require(regExp.Match(text)->Success()); }));
     // The position at which the search continues is taken modulo 65,536, so longer texts would take
     // quadratic time.
-    operations.push_back(RunOnSubject(
+    operations.push_back(MakeOperationOnSubject(
         "RegExp Replace", {600, 6'000, 20'000, 60'000}, "[aeiou]+",
         [](RegExp& regExp, const Text& text) { Require(!regExp.Replace("-", text, 0).empty()); }));
 }

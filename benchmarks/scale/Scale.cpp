@@ -38,7 +38,7 @@ void KeepFreedMemory()
     Require(::mallopt(M_MMAP_MAX, 0) == 1 && ::mallopt(M_TRIM_THRESHOLD, -1) == 1);
 }
 
-void Measure(const Operation& operation, int size)
+void PrintCosts(const Operation& operation, int size)
 {
     const Run run = operation.prepare(size);
     HeapMeter::Reset();
@@ -103,7 +103,7 @@ int main(int argc, char** argv)
     for (const Operation& operation : operations) {
         for (const int size : operation.sizes) {
             if (std::regex_search(operation.name, pattern))
-                Measure(operation, size);
+                PrintCosts(operation, size);
         }
     }
     std::filesystem::remove_all(GetDirectory());

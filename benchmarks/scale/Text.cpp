@@ -14,7 +14,7 @@ using Text = TString<wchar_t>;
 
 // Returns an operation that calls `use` with a string of words.
 template <typename Use>
-Operation RunOnText(const char* name, Use use)
+Operation MakeOperationOnText(const char* name, Use use)
 {
     return {name, c_sizes, [use](int length) -> Run {
                 const auto text = std::make_shared<Text>(MakeWords<wchar_t>(length));
@@ -55,21 +55,21 @@ void StoreAndRead(const Text& text)
 
 void AddTextOperations(Operations& operations)
 {
-    operations.push_back(RunOnText("TString compareNoCase", [](const Text& text) {
+    operations.push_back(MakeOperationOnText("TString compareNoCase", [](const Text& text) {
         Require(text.compareNoCase(Text(text)) == 0);
     }));
-    operations.push_back(RunOnText("TString HasSubstring", [](const Text& text) {
+    operations.push_back(MakeOperationOnText("TString HasSubstring", [](const Text& text) {
         Require(!text.HasSubstring(L"abcdefghij"));
     }));
-    operations.push_back(RunOnText("TString Trim", [](const Text& text) {
+    operations.push_back(MakeOperationOnText("TString Trim", [](const Text& text) {
         Require(Text(std::wstring(text.size(), L' ') + L"x").Trim().size() == 1);
     }));
-    operations.push_back(RunOnText(
+    operations.push_back(MakeOperationOnText(
         "TString ToLower", [](const Text& text) { Require(Text(text).ToLower() == text); }));
-    operations.push_back(RunOnText("TString Replace", ReplaceSpaces));
-    operations.push_back(RunOnText("TString GetTokens", Tokenize));
-    operations.push_back(RunOnText("Bytes SetBytes", StoreBytes));
-    operations.push_back(RunOnText("FSStream Write and Read", StoreAndRead));
+    operations.push_back(MakeOperationOnText("TString Replace", ReplaceSpaces));
+    operations.push_back(MakeOperationOnText("TString GetTokens", Tokenize));
+    operations.push_back(MakeOperationOnText("Bytes SetBytes", StoreBytes));
+    operations.push_back(MakeOperationOnText("FSStream Write and Read", StoreAndRead));
 }
 
 } // namespace Scale
