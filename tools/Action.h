@@ -6,11 +6,11 @@ namespace Tool {
 
 class Output;
 
-/// The exit codes of the command.
+/// The exit codes of `toolkit`.
 enum ExitCode {
     ExitGood = 0,  ///< Success; no problem was found.
     ExitNo = 1,    ///< Nothing was found or delivered, or a problem was found.
-    ExitError = 2, ///< Wrong usage, or something cannot be read or written.
+    ExitError = 2, ///< Wrong usage, or the subcommand failed.
 };
 
 /// Runs a subcommand after its arguments were parsed; returns an exit code.

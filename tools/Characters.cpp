@@ -4,7 +4,7 @@ namespace Tool {
 namespace {
 
 // Returns the length in bytes of a character that begins with `lead`; 0 if no character can begin
-// with that byte (RFC 3629, section 3).
+// with that byte (RFC 3629, section 4).
 std::size_t GetSequenceLength(unsigned char lead)
 {
     if (lead < 0x80)
@@ -16,12 +16,12 @@ std::size_t GetSequenceLength(unsigned char lead)
     return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-// False for a surrogate, and for a character that fewer bytes can encode.
+// False for a surrogate, for a character that fewer bytes can encode, and above U+10FFFF.
 bool IsValidCode(char32_t code, std::size_t length)
 {
-    constexpr char32_t smallestOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
+    constexpr char32_t minCodeOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
     const bool isSurrogate = code >= 0xD800 && code < 0xE000;
-    return code >= smallestOfLength[length] && code <= 0x10FFFF && !isSurrogate;
+    return code >= minCodeOfLength[length] && code <= 0x10FFFF && !isSurrogate;
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 
 namespace Tool {
 
-/// A UTF-8 character, or a byte that is not part of one. `isValid` is then false, and `code` is
-/// that byte.
+/// A UTF-8 character, or a byte that is not part of one: `isValid` is false for such a byte, and
+/// `code` is its value.
 struct Character {
     char32_t code;
     bool isValid;

@@ -7,7 +7,7 @@
 namespace Tool {
 namespace {
 
-constexpr mode_t c_permissions = 0666;
+constexpr mode_t c_permissions = 0666; // less those in the umask
 
 } // namespace
 

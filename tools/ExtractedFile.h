@@ -10,8 +10,9 @@ namespace Tool {
 /// A file that appears under its name only when it is complete.
 class ExtractedFile {
 public:
-    /// Creates a temporary file in `directory`; Commit() makes it appear there as `name`. A process
-    /// has at most one object per directory at a time. Throws a `Failure` if it cannot.
+    /// Creates a temporary file in `directory`; Commit() makes it appear there as `name`. Throws a
+    /// `Failure` if the file cannot be created, for example because this process has another object
+    /// for the same directory.
     ExtractedFile(Descriptor directory, const std::string& name);
     /// Removes the temporary file.
     ~ExtractedFile();
@@ -22,8 +23,8 @@ public:
     /// Appends `bytes`. Throws a `Failure` if they cannot be written.
     void Write(std::string_view bytes);
 
-    /// Makes the file appear under its name. Never replaces a file: throws a `Failure` if one
-    /// exists, and if the system reports an error.
+    /// Makes the file appear under its name. Throws a `Failure` if that fails, and if a file of
+    /// that name exists, which is never replaced.
     void Commit();
 
 private:

@@ -13,7 +13,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Returns a failure with the reason in `errno`: "cannot read x: Permission denied".
+/// Returns a failure with `what` and the text of `errno`: "cannot read x: Permission denied".
 inline Failure MakeSystemFailure(const std::string& what)
 {
     return Failure(what + ": " + std::strerror(errno));

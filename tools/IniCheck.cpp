@@ -22,8 +22,8 @@ class Checker {
 public:
     std::vector<IniFinding> Check(const std::vector<Text>& lines)
     {
-        for (m_line = 1; m_line <= lines.size(); ++m_line)
-            CheckLine(lines[m_line - 1]);
+        for (m_lineNumber = 1; m_lineNumber <= lines.size(); ++m_lineNumber)
+            CheckLine(lines[m_lineNumber - 1]);
         return std::move(m_findings);
     }
 
@@ -44,7 +44,7 @@ private:
 
     void CheckHeader(const Text& section)
     {
-        const auto [entry, isNew] = m_headers.emplace(section, m_line);
+        const auto [entry, isNew] = m_headers.emplace(section, m_lineNumber);
         m_section = &m_keys[section];
         if (!isNew)
             AddFinding("warning: [" + ToVisibleUtf8(section) +
@@ -59,7 +59,7 @@ private:
             AddFinding("ignored: \"" + ToVisibleUtf8(key) + "\" is above the first section");
             return;
         }
-        const auto [entry, isNew] = m_section->emplace(key, m_line);
+        const auto [entry, isNew] = m_section->emplace(key, m_lineNumber);
         if (!isNew)
             AddFinding("ignored: \"" + ToVisibleUtf8(key) + "\" already has a value from line " +
                        std::to_string(entry->second));
@@ -67,15 +67,16 @@ private:
             AddFinding("warning: a key, not a comment: \";\" is not in the first column");
     }
 
-    void AddFinding(const std::string& text) { m_findings.push_back({m_line, text}); }
+    void AddFinding(const std::string& text) { m_findings.push_back({m_lineNumber, text}); }
 
-    using Lines = std::map<Text, std::size_t>;
+    using LineNumbers = std::map<Text, std::size_t>;
 
     std::vector<IniFinding> m_findings;
-    std::size_t m_line = 0;
-    Lines m_headers;              // the line of each section's first header
-    std::map<Text, Lines> m_keys; // by section, the line that sets each key
-    Lines* m_section = nullptr;   // null above the first header
+    std::size_t m_lineNumber = 0;
+    LineNumbers m_headers;              // the first header of each section
+    std::map<Text, LineNumbers> m_keys; // by section, the first line of each key
+    LineNumbers* m_section =
+        nullptr; // the keys of the current section; null above the first header
 };
 
 std::string ReadBytes(const InputPath& path)
@@ -95,16 +96,18 @@ std::string ReadBytes(const InputPath& path)
     return bytes;
 }
 
+// The mark of UTF-32 in little-endian order begins with that of UTF-16, so it needs no entry.
 bool HasUtf16Or32Mark(std::string_view bytes)
 {
     for (const std::string_view mark : {"\xFE\xFF"sv, "\xFF\xFE"sv, "\0\0\xFE\xFF"sv}) {
-        if (bytes.substr(0, mark.size()) == mark)
+        if (bytes.starts_with(mark))
             return true;
     }
     return false;
 }
 
-// Returns the line number of the first character for which `matches` is true, in a UTF-8 file.
+// Returns the number of the line with the first character for which `matches` is true. Lines end as
+// in TextFile.
 template <typename Predicate>
 std::optional<std::size_t> FindLine(std::string_view bytes, Predicate matches)
 {
@@ -121,8 +124,8 @@ std::optional<std::size_t> FindLine(std::string_view bytes, Predicate matches)
     return {};
 }
 
-// Reports invalid UTF-8 and null characters, unless the file has a byte order mark of UTF-16 or
-// UTF-32.
+// Reports the first byte that is not UTF-8 and the first null character, unless the file has a
+// byte-order mark of UTF-16 or UTF-32.
 std::vector<IniFinding> CheckEncoding(std::string_view bytes)
 {
     std::vector<IniFinding> findings;
@@ -133,7 +136,7 @@ std::vector<IniFinding> CheckEncoding(std::string_view bytes)
         findings.push_back({*line, "warning: not UTF-8, so the file is read as ISO 8859-1"});
     const auto isNull = [](const Character& character) { return character.bytes == "\0"sv; };
     if (const std::optional<std::size_t> line = FindLine(bytes, isNull))
-        findings.push_back({*line, "warning: a null character: UTF-16 without a byte order mark?"});
+        findings.push_back({*line, "warning: a null character: UTF-16 without a byte-order mark?"});
     return findings;
 }
 

@@ -8,11 +8,11 @@
 
 namespace Tool {
 
-/// Something in an INI file that a program ignores, or reads differently than its author may
-/// expect.
+/// Something in an INI file that a program ignores, or may read differently from what the author
+/// expects.
 struct IniFinding {
     std::size_t line; ///< Counted from 1.
-    std::string text; ///< Contains no control characters.
+    std::string text; ///< May be printed as it is: names are escaped.
 };
 
 /// Returns the findings in the order of their lines. Throws a `Failure` if the file cannot be read.

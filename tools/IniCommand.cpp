@@ -105,7 +105,8 @@ void AddIniCommand(CLI::App& app, Action& action)
     CLI::App* const get = Add(*ini, "get", "Print one value", options, action, Get);
     get->add_option("section", options->section, "Name of the section")->required();
     get->add_option("key", options->key, "Name of the key")->required();
-    Add(*ini, "check", "Report what a program ignores or may misread", options, action, Check);
+    Add(*ini, "check", "Report what a program ignores or may read unexpectedly", options, action,
+        Check);
 }
 
 } // namespace Tool

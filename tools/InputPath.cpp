@@ -18,7 +18,7 @@ TString<wchar_t> ToWideArgument(const std::string& argument)
 InputPath::InputPath(const std::string& argument) : m_argument(argument), m_path(argument)
 {
     if (argument == "-") {
-        m_standardInput = Descriptor(SpoolToFile(STDIN_FILENO));
+        m_standardInput = SpoolToFile(STDIN_FILENO);
         m_path = "/dev/fd/" + std::to_string(m_standardInput.Get());
     }
     m_wide = ToWideArgument(m_path);

@@ -8,20 +8,21 @@
 
 namespace Tool {
 
-/// Converts a command-line argument from UTF-8. Throws a `Failure` if it is not UTF-8.
+/// Converts `argument`, which must be UTF-8; otherwise throws a `Failure`.
 TString<wchar_t> ToWideArgument(const std::string& argument);
 
-/// The path of an input file, which may be a copy of standard input.
+/// The path of an input file, or of a temporary copy of standard input. The path of the copy is
+/// valid only in this process and while the object exists.
 class InputPath {
 public:
-    /// If `argument` is "-", copies standard input to a temporary file. Throws a `Failure` if it
-    /// cannot.
+    /// If `argument` is "-", copies standard input. Throws a `Failure` if that fails, and if
+    /// `argument` is not UTF-8.
     explicit InputPath(const std::string& argument);
 
     /// Returns the path to pass to the library.
     const TString<wchar_t>& Wide() const { return m_wide; }
 
-    /// Returns the path to pass to system calls. It may be valid in this process only.
+    /// Returns the path to pass to system calls.
     const std::string& Path() const { return m_path; }
 
     /// Returns the argument itself, for messages.
@@ -34,7 +35,8 @@ private:
     TString<wchar_t> m_wide;
 };
 
-/// Returns a failure for a file that the library could not read; tries to read it to find out why.
+/// Returns a failure for a file that the library could not read, with the system's reason if the
+/// system cannot read it either.
 Failure MakeReadFailure(const InputPath& path);
 
 } // namespace Tool

@@ -13,7 +13,7 @@
 #include "InputPath.h"
 #include "IpcListener.h"
 #include "Output.h"
-#include "OwnFiles.h"
+#include "OwnSockets.h"
 #include "VisibleText.h"
 
 using namespace Toolkit;
@@ -31,7 +31,7 @@ TString<wchar_t> GetService(const Options& options)
 {
     TString<wchar_t> service = ToWideArgument(options.service);
     if (service.empty() || IPCServer::GetSocketPath(service).empty())
-        throw Failure("no name of a service: \"" + options.service + "\"");
+        throw Failure("not a valid service name: \"" + options.service + "\"");
     return service;
 }
 
@@ -40,11 +40,10 @@ int Send(const Options& options, Output&)
     const TString<wchar_t> service = GetService(options);
     if (IPCClient::Connect(service, ToWideArgument(options.text)))
         return ExitGood;
-    const bool isServed = IPCClient::IsServed(service);
-    std::cerr << "toolkit: not delivered: "
-              << (isServed ? "the server refuses it" : "no server listens at ")
-              << (isServed ? "" : MakeVisible(UTF8::ToUTF8(IPCServer::GetSocketPath(service))))
-              << '\n';
+    const std::string path = UTF8::ToUTF8(IPCServer::GetSocketPath(service));
+    const std::string reason = IPCClient::IsServed(service) ? "the server did not accept it"
+                                                            : "no server listens at " + path;
+    std::cerr << "toolkit: not delivered: " << MakeVisible(reason) << '\n';
     return ExitNo;
 }
 
@@ -53,27 +52,25 @@ int Listen(const Options& options, Output& output)
     return IpcListener(output, options.count).Run(GetService(options));
 }
 
-// Finds the sockets in /tmp, where applications listen, and those in the working directory, where a
-// service name without "/" creates one.
-std::vector<std::string> FindOwnSockets()
+// Returns the sockets in /tmp, where applications listen, and in the working directory, where a
+// service listens whose name has no "/".
+std::vector<std::string> ListSockets()
 {
     namespace fs = std::filesystem;
-    constexpr const char* extension = ".ipc";
 
-    std::vector<std::string> paths =
-        FindOwnFiles(c_temporaryDirectory, extension, FileKind::Socket);
+    std::vector<std::string> paths = FindOwnSockets(c_temporaryDirectory);
     std::error_code error;
     const fs::path workingDirectory = fs::current_path(error);
     if (error || fs::equivalent(workingDirectory, c_temporaryDirectory, error))
         return paths;
-    for (std::string& path : FindOwnFiles(workingDirectory, extension, FileKind::Socket))
+    for (std::string& path : FindOwnSockets(workingDirectory))
         paths.push_back(std::move(path));
     return paths;
 }
 
 int List(const Options&, Output& output)
 {
-    for (const std::string& path : FindOwnSockets()) {
+    for (const std::string& path : ListSockets()) {
         const bool isLive = IPCClient::IsServed(UTF8::ToUNICODE(path));
         output.Write(isLive ? "live  " : "stale ", isLive ? Output::Green : Output::Yellow);
         output.WriteVisible(path);
@@ -97,7 +94,7 @@ void AddService(CLI::App& command, Options& options)
 {
     command
         .add_option("service", options.service,
-                    "Path of the socket file; a name without / is a file in this directory")
+                    "Path of the socket file; a name without / is in the current directory")
         ->required();
 }
 

@@ -33,7 +33,7 @@ private:
     IpcListener& m_listener;
 };
 
-// Checks regularly whether a signal has arrived, or the reader of standard output has gone.
+// Checks regularly whether a signal has arrived, or nobody reads standard output any more.
 class StopTimer : public wxTimer {
 public:
     explicit StopTimer(IpcListener& listener) : m_listener(listener)
@@ -49,15 +49,15 @@ private:
     IpcListener& m_listener;
 };
 
-// Returns why no server can listen at `path`; empty if the reason is unknown.
-std::string FindReason(const TString<wchar_t>& service, const std::string& path)
+// Returns ": " and the reason why no server can listen at `path`; empty if the reason is unknown.
+std::string DescribeListenError(const TString<wchar_t>& service, const std::string& path)
 {
     if (IPCClient::IsServed(service))
         return ": another server listens there";
     struct stat status {};
     if (::lstat(path.c_str(), &status) == 0 &&
         (!S_ISSOCK(status.st_mode) || status.st_uid != ::geteuid()))
-        return ": there is a file that is no socket of this user";
+        return ": the file exists and is not a socket of this user";
     const std::string directory = path.substr(0, path.rfind('/') + 1);
     if (::access(directory.c_str(), W_OK | X_OK) != 0)
         return std::string(": ") + std::strerror(errno);
@@ -70,13 +70,13 @@ int IpcListener::Run(const TString<wchar_t>& service)
 {
     const wxInitializer framework;
     if (!framework.IsOk())
-        throw Failure("wxWidgets cannot be started");
+        throw Failure("cannot start wxWidgets");
     const StopSignals signals;
     const std::string path = UTF8::ToUTF8(IPCServer::GetSocketPath(service));
     IPCServer server(service);
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Receiver(*this)));
     if (!server.Run())
-        throw Failure("cannot listen at " + path + FindReason(service, path));
+        throw Failure("cannot listen at " + path + DescribeListenError(service, path));
     std::cerr << "toolkit: listening at " << MakeVisible(path) << std::endl;
     const StopTimer timer(*this);
     wxAppConsole::GetInstance()->MainLoop();
@@ -85,33 +85,34 @@ int IpcListener::Run(const TString<wchar_t>& service)
     return ExitGood;
 }
 
-// An exception must not pass through the event loop.
+// Catches everything: an exception must not pass through the event loop.
 void IpcListener::Receive(const TString<wchar_t>& text)
 try {
-    if (m_count > 0 && m_received == m_count)
+    // More messages may arrive before the loop ends.
+    if (m_maxMessages > 0 && m_messages == m_maxMessages)
         return;
-    ++m_received;
+    ++m_messages;
     m_output.WriteVisible(UTF8::ToUTF8(text));
     m_output.Write("\n");
     m_output.Flush();
-    if (m_received == m_count)
-        End();
+    if (m_messages == m_maxMessages)
+        EndEventLoop();
 } catch (...) {
     m_failure = std::current_exception();
-    End();
+    EndEventLoop();
 }
 
 void IpcListener::CheckStopConditions()
 try {
     m_output.Sleep(0);
     if (StopSignals::IsRequested())
-        End();
+        EndEventLoop();
 } catch (...) {
     m_failure = std::current_exception();
-    End();
+    EndEventLoop();
 }
 
-void IpcListener::End()
+void IpcListener::EndEventLoop()
 {
     wxAppConsole::GetInstance()->ExitMainLoop();
 }

@@ -10,25 +10,28 @@ namespace Tool {
 /// A service that prints each message on a line of its own.
 class IpcListener {
 public:
-    /// Stops after `count` messages; 0 means no limit.
-    IpcListener(Output& output, unsigned int count) : m_output(output), m_count(count) {}
+    /// Stops after `maxMessages` messages; 0 means no limit.
+    IpcListener(Output& output, unsigned int maxMessages)
+        : m_output(output), m_maxMessages(maxMessages)
+    {
+    }
 
     /// Listens until the last message or a stop signal; returns an exit code. Throws a `Failure` if
-    /// it cannot listen, and rethrows exceptions of the output.
+    /// it cannot listen, and what `output` throws.
     int Run(const TString<wchar_t>& service);
 
     /// Prints a message, and ends the event loop after the last one.
     void Receive(const TString<wchar_t>& text);
 
-    /// Ends the event loop after a stop signal, or if nobody reads the output any more.
+    /// Ends the event loop if a stop signal has arrived or nobody reads the output any more.
     void CheckStopConditions();
 
 private:
-    void End();
+    void EndEventLoop();
 
     Output& m_output;
-    const unsigned int m_count;
-    unsigned int m_received = 0;
+    const unsigned int m_maxMessages;
+    unsigned int m_messages = 0;  // how many were received
     std::exception_ptr m_failure; // thrown by the output
 };
 

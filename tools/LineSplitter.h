@@ -7,13 +7,13 @@
 
 namespace Tool {
 
-/// Splits blocks of bytes into lines, without their line ends. A line of more than 1 MiB may be
-/// split into several.
+/// Splits blocks of bytes into lines, which it passes on without their line ends. A line of more
+/// than 1 MiB may be split into several.
 class LineSplitter {
 public:
     using LineHandler = std::function<void(std::string_view)>;
 
-    /// Calls `onLine` with each line that ends in the block.
+    /// Calls `onLine` with each line that ends in `bytes`, the next block.
     void Add(std::string_view bytes, const LineHandler& onLine)
     {
         while (!bytes.empty()) {
@@ -26,8 +26,8 @@ public:
         }
     }
 
-    /// Calls `onLine` with the last line if it has no line end. Call it after the last block.
-    void AddEnd(const LineHandler& onLine)
+    /// Call this after the last block: passes the last line to `onLine` if it has no line end.
+    void Finish(const LineHandler& onLine)
     {
         if (!m_line.empty())
             FinishLine(onLine);

@@ -32,7 +32,7 @@ std::string MakeLinesVisible(const std::string& text)
     return result;
 }
 
-// Ends like a program that does not handle SIGPIPE.
+// Ends the process like one that does not handle SIGPIPE. Returns only if the signal is blocked.
 int EndByBrokenPipe()
 {
     std::signal(SIGPIPE, SIG_DFL);
@@ -40,12 +40,24 @@ int EndByBrokenPipe()
     return ExitError;
 }
 
+// Runs `action` and writes its output, even if it fails.
+int RunAction(const Action& action)
+{
+    Output output;
+    try {
+        const int code = action(output);
+        output.Flush();
+        return code;
+    } catch (const Failure&) {
+        output.Flush();
+        throw;
+    }
+}
+
+// Runs `action` and reports its failure; returns the exit code.
 int Perform(const Action& action)
 try {
-    Output output;
-    const int code = action(output);
-    output.Flush();
-    return code;
+    return RunAction(action);
 } catch (const BrokenPipe&) {
     return EndByBrokenPipe();
 } catch (const Failure& failure) {
@@ -56,7 +68,8 @@ try {
     return ExitError;
 }
 
-// CLI11 reports a missing argument before an unknown word, which is usually the real mistake.
+// CLI11 reports a missing argument rather than an unknown word, but the unknown word is usually the
+// real mistake.
 std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
 {
     std::string text = mistake.what();
@@ -67,7 +80,7 @@ std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
     return "toolkit: " + text + "\nRun with --help for more information.\n";
 }
 
-// Also prints help and version, which CLI11 reports like errors.
+// Also prints the help and the version, which CLI11 throws like errors.
 int ReportParseError(const CLI::App& app, const CLI::ParseError& error)
 {
     std::ostringstream text;
@@ -117,6 +130,7 @@ int main(int argc, char** argv)
 try {
     return Tool::Run(argc, argv);
 } catch (...) {
+    // Perform() has handled everything else.
     std::fputs("toolkit: out of memory\n", stderr);
     return Tool::ExitError;
 }

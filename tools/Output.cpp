@@ -59,12 +59,19 @@ void Output::Flush()
         const ssize_t count = ::write(STDOUT_FILENO, rest.data(), rest.size());
         if (count >= 0)
             rest.remove_prefix(static_cast<std::size_t>(count));
-        else if (errno == EPIPE)
-            throw BrokenPipe();
         else if (errno != EINTR)
-            throw MakeSystemFailure("cannot write to standard output");
+            FailToWrite();
     }
     m_pending.clear();
+}
+
+// Empties the buffer, so that the next Flush() does not repeat what was already written.
+void Output::FailToWrite()
+{
+    m_pending.clear();
+    if (errno == EPIPE)
+        throw BrokenPipe();
+    throw MakeSystemFailure("cannot write to standard output");
 }
 
 void Output::Sleep(int durationMs) const

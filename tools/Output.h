@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-/// Thrown when the reader of standard output has gone.
+/// Thrown when nobody reads standard output any more.
 class BrokenPipe : public std::exception {
 public:
     const char* what() const noexcept override { return "broken pipe"; }
@@ -16,7 +16,7 @@ public:
 /// Standard output, in UTF-8 whatever the locale.
 class Output {
 public:
-    /// The colours, by their ANSI escape codes.
+    /// Colours by their ANSI escape codes.
     enum Colour { Red = 31, Green = 32, Yellow = 33, Cyan = 36, Grey = 90 };
 
     Output();
@@ -29,23 +29,26 @@ public:
     /// Whether the output is a terminal that shows colours, and NO_COLOR is not set.
     bool HasColours() const { return m_hasColours; }
 
-    /// Writes `text`, which is buffered. Throws `BrokenPipe`, or `Failure` if it cannot write.
+    /// Writes `text` through a buffer. Throws `BrokenPipe`, or a `Failure` if writing fails.
     void Write(std::string_view text);
 
     /// Like Write() above, but in colour if the output shows colours.
     void Write(std::string_view text, Colour colour);
 
-    /// Writes untrusted `text` with its control characters escaped.
+    /// Like Write(), but in the form of AppendVisible(), for untrusted text.
     void WriteVisible(std::string_view text);
 
-    /// Writes everything that is still pending.
+    /// Writes what is still in the buffer. Throws like Write(); the contents of the buffer are then
+    /// lost.
     void Flush();
 
-    /// Waits `durationMs` milliseconds, or until a signal comes. Throws `BrokenPipe` as soon as
+    /// Waits `durationMs` milliseconds, or until a signal arrives. Throws `BrokenPipe` as soon as
     /// nobody reads the output.
     void Sleep(int durationMs) const;
 
 private:
+    [[noreturn]] void FailToWrite();
+
     std::string m_pending;
     bool m_isTerminal;
     bool m_hasColours;

@@ -6,7 +6,7 @@
 namespace Tool {
 namespace {
 
-// Returns the nearest existing directory above the path; "/" if there is no other.
+// Returns the nearest existing path above `path`, which may be a file; "/" if there is no other.
 std::string FindExistingParent(std::string path)
 {
     struct stat status {};
@@ -49,6 +49,7 @@ PathState ExaminePath(const std::string& path, PathUse use)
 {
     struct stat status {};
     const bool isFile = use == PathUse::WriteFile;
+    // The library refuses to write to a file through a link.
     if ((isFile ? ::lstat(path.c_str(), &status) : ::stat(path.c_str(), &status)) != 0)
         return ExamineMissing(path, use);
     if (S_ISLNK(status.st_mode))

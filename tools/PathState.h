@@ -17,7 +17,8 @@ struct PathState {
     std::string text; ///< Such as "missing" or "not writable".
 };
 
-/// Checks whether the path can be used. A missing one is good if it is only read or can be created.
+/// Checks whether a program can use `path`. A missing path is good if the program only reads it or
+/// can create it.
 PathState ExaminePath(const std::string& path, PathUse use);
 
 } // namespace Tool

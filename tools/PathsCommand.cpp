@@ -31,7 +31,7 @@ bool IsDirectory(const std::filesystem::path& path)
     return std::filesystem::is_directory(path, error);
 }
 
-// Searches PATH for a name without "/", as the shell does.
+// Searches PATH for a name without "/", as the shell does: an empty entry is the working directory.
 std::string FindProgram(const std::string& program)
 {
     if (program.find('/') != std::string::npos)
@@ -39,8 +39,7 @@ std::string FindProgram(const std::string& program)
     const char* const directories = std::getenv("PATH");
     std::istringstream list(directories ? directories : "");
     for (std::string directory; std::getline(list, directory, ':');) {
-        std::string path = std::move(directory);
-        path.append("/").append(program);
+        const std::string path = (directory.empty() ? "." : directory) + "/" + program;
         if (::access(path.c_str(), X_OK) == 0 && !IsDirectory(path))
             return path;
     }
@@ -54,7 +53,7 @@ Text FindExecutable(const std::string& program)
     std::error_code error;
     const std::filesystem::path path = std::filesystem::canonical(found, error);
     if (error)
-        throw Failure("cannot find " + program + ": " + error.message());
+        throw Failure("cannot find " + found + ": " + error.message());
     if (IsDirectory(path))
         throw Failure(program + " is a directory, not a program");
     return ToWideArgument(path.native());
@@ -94,9 +93,9 @@ public:
 private:
     void WriteLabel(std::string label)
     {
-        constexpr std::size_t width = 16;
+        constexpr std::size_t labelWidth = 16;
 
-        label.resize(width, ' ');
+        label.resize(labelWidth, ' ');
         m_output.Write(label);
     }
 
@@ -143,7 +142,7 @@ void AddPathsCommand(CLI::App& app, Action& action)
         app.add_subcommand("paths", "Print the directories and files that a program uses");
     const auto program = std::make_shared<std::string>();
     paths->add_option("program", *program,
-                      "Path of the program, or its name along PATH; without it, this command");
+                      "Path of the program, or its name in PATH (default: toolkit itself)");
     paths->callback([program, &action] {
         action = [program](Output& output) { return Run(*program, output); };
     });

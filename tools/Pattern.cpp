@@ -9,7 +9,7 @@ namespace Tool {
 namespace {
 
 // If there is no error text, compiling failed before the engine saw the pattern: out of memory.
-std::string FindReason(const MatchResult& match, const RegExpException& exception)
+std::string DescribeCompileError(const MatchResult& match, const RegExpException& exception)
 {
     if (!match.errorText)
         return exception.message;
@@ -19,9 +19,9 @@ std::string FindReason(const MatchResult& match, const RegExpException& exceptio
 // The codes are those of pcreapi(3), "Error return values from pcre_exec()".
 std::string DescribeSearchError(int code)
 {
-    constexpr int stepLimit = -8;
+    constexpr int matchLimitReached = -8;
 
-    return code == stepLimit ? "it takes too many steps" : "error " + std::to_string(code);
+    return code == matchLimitReached ? "too many steps" : "error " + std::to_string(code);
 }
 
 } // namespace
@@ -33,8 +33,8 @@ Pattern::Pattern(const std::string& pattern)
     try {
         m_expression.RegExp_compile(m_match);
     } catch (const smart_ptr<RegExpException>& exception) {
-        throw Failure("'" + pattern +
-                      "' is no regular expression: " + FindReason(*m_match, *exception));
+        throw Failure("invalid regular expression '" + pattern +
+                      "': " + DescribeCompileError(*m_match, *exception));
     }
 }
 
@@ -47,7 +47,7 @@ bool Pattern::Matches(std::string_view text) const
         m_expression.RegExp_exec(m_match, 0);
     } catch (const smart_ptr<RegExpException>&) {
         throw Failure("the search for '" + m_match->pattern +
-                      "' fails: " + DescribeSearchError(m_match->resultCode));
+                      "' failed: " + DescribeSearchError(m_match->resultCode));
     }
     return m_match->resultCode >= 0;
 }

@@ -12,8 +12,8 @@ public:
     /// Throws a `Failure` if `pattern` is invalid.
     explicit Pattern(const std::string& pattern);
 
-    /// Searches the visible form of `text`, which may contain any bytes. Throws a `Failure` if the
-    /// search fails, for example because it takes too many steps.
+    /// Searches `text`, which may contain any bytes, in the form of AppendVisible(). Throws a
+    /// `Failure` if the search fails, for example because it takes too many steps.
     bool Matches(std::string_view text) const;
 
 private:

@@ -10,13 +10,13 @@
 namespace Tool {
 namespace {
 
-int CreateUnnamedFile()
+Descriptor CreateUnnamedFile()
 {
     const char* const directory = std::getenv("TMPDIR");
     std::string path =
         (directory && *directory ? directory : "/tmp") + std::string("/toolkit-XXXXXX");
-    const int file = ::mkstemp(path.data());
-    if (file < 0)
+    Descriptor file(::mkstemp(path.data()));
+    if (!file.IsOpen())
         throw MakeSystemFailure("cannot create a temporary file in " +
                                 path.substr(0, path.rfind('/')));
     ::unlink(path.c_str());
@@ -38,18 +38,18 @@ void WriteAll(int file, const char* bytes, std::size_t length)
 
 } // namespace
 
-int SpoolToFile(int source)
+Descriptor SpoolToFile(int source)
 {
     constexpr std::size_t blockSize = 1 << 18;
 
-    const int file = CreateUnnamedFile();
+    Descriptor file = CreateUnnamedFile();
     std::vector<char> block(blockSize);
     for (;;) {
         const ssize_t count = ::read(source, block.data(), block.size());
         if (count == 0)
             return file;
         if (count > 0)
-            WriteAll(file, block.data(), static_cast<std::size_t>(count));
+            WriteAll(file.Get(), block.data(), static_cast<std::size_t>(count));
         else if (errno != EINTR)
             throw MakeSystemFailure("cannot read the input");
     }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Descriptor.h"
+
 namespace Tool {
 
-/// Copies everything from `source` to a new file without a name and returns its descriptor, which
-/// the caller closes. Throws a `Failure` if it cannot.
-int SpoolToFile(int source);
+/// Copies everything from `source` to a new file, which has no name, and returns that file. Throws
+/// a `Failure` if that fails. `source` stays the caller's.
+Descriptor SpoolToFile(int source);
 
 } // namespace Tool

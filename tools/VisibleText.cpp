@@ -7,7 +7,7 @@
 namespace Tool {
 namespace {
 
-bool IsPlain(char character)
+bool IsPrintableAscii(char character)
 {
     return character >= 0x20 && character < 0x7F;
 }
@@ -26,10 +26,10 @@ void AppendEscape(std::string& target, char32_t code)
 void AppendVisible(std::string& target, std::string_view text)
 {
     while (!text.empty()) {
-        const auto plain = static_cast<std::size_t>(
-            std::find_if_not(text.begin(), text.end(), IsPlain) - text.begin());
-        target.append(text.substr(0, plain));
-        text.remove_prefix(plain);
+        const auto plainLength = static_cast<std::size_t>(
+            std::find_if_not(text.begin(), text.end(), IsPrintableAscii) - text.begin());
+        target.append(text.substr(0, plainLength));
+        text.remove_prefix(plainLength);
         if (text.empty())
             return;
         const Character first = ReadCharacter(text);

@@ -5,11 +5,13 @@
 
 namespace Tool {
 
-/// Appends `text`, which is untrusted UTF-8, so that a terminal shows it and does not act on it: an
-/// escape character becomes "\x1B", a right-to-left override "\x202E", and a byte that is not UTF-8
-/// for example "\xE9".
+/// Appends untrusted `text` in a form that a terminal shows and does not act on. The escape
+/// character becomes "\x1B", a right-to-left override "\x202E", and a byte E9 that is not part of
+/// UTF-8 "\xE9". Backslashes stay, so the form does not tell "\x1B" in `text` from an escape
+/// character.
 void AppendVisible(std::string& target, std::string_view text);
 
+/// Returns `text` in the form of AppendVisible().
 std::string MakeVisible(std::string_view text);
 
 } // namespace Tool

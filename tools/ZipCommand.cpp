@@ -65,7 +65,7 @@ bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Patt
 {
     bool isFound = false;
     unsigned long long lineNumber = 0;
-    const auto examine = [&](std::string_view line) {
+    const auto printIfMatching = [&](std::string_view line) {
         ++lineNumber;
         if (!pattern.Matches(line))
             return;
@@ -76,8 +76,8 @@ bool SearchEntry(ZipArchive& archive, const ZipArchive::Entry& entry, const Patt
         output.Write("\n");
     };
     LineSplitter lines;
-    archive.Read(entry, [&](std::string_view bytes) { lines.Add(bytes, examine); });
-    lines.AddEnd(examine);
+    archive.Read(entry, [&](std::string_view bytes) { lines.Add(bytes, printIfMatching); });
+    lines.Finish(printIfMatching);
     return isFound;
 }
 

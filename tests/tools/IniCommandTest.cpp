@@ -124,7 +124,7 @@ TEST_F(IniCommandTest, WarnsOnceAboutNullCharacters)
     using namespace std::string_literals;
 
     EXPECT_EQ(Check("[A]\r\nx=1\r\ny=\0\0\nz=\0\n"s, 1),
-              "a.ini:3: warning: a null character: UTF-16 without a byte order mark?\n");
+              "a.ini:3: warning: a null character: UTF-16 without a byte-order mark?\n");
     EXPECT_THAT(Check("[\0A\0]\0\n\0x\0=\0"s, 1),
                 HasSubstr("a.ini:1: warning: a null character: UTF-16 without"));
 }

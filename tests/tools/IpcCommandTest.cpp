@@ -103,7 +103,7 @@ TEST_F(IpcCommandTest, ReportsWhyItCannotListen)
     const ProgramResult taken = Run({"ipc", "listen", file});
     EXPECT_EQ(taken.exitCode, 2);
     EXPECT_EQ(taken.errors, "toolkit: cannot listen at " + file +
-                                ": there is a file that is no socket of this user\n");
+                                ": the file exists and is not a socket of this user\n");
 
     const ProgramResult missing = Run({"ipc", "listen", PathOf("none/x.ipc")});
     EXPECT_EQ(missing.exitCode, 2);
@@ -114,7 +114,7 @@ TEST_F(IpcCommandTest, ReportsWhyItCannotListen)
 TEST_F(IpcCommandTest, RejectsANumberAsAServiceName)
 {
     EXPECT_EQ(Run({"ipc", "send", "1234", "x"}).errors,
-              "toolkit: no name of a service: \"1234\"\n");
+              "toolkit: not a valid service name: \"1234\"\n");
 }
 
 TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)

@@ -136,6 +136,11 @@ TEST_F(PathsCommandTest, FindsAProgramInPath)
     EXPECT_EQ(Run({"paths", "/nonesuch"}).exitCode, 2);
 }
 
+TEST_F(PathsCommandTest, SearchesTheWorkingDirectoryForAnEmptyEntryInPath)
+{
+    EXPECT_EQ(Shell("cd $dir/bin && PATH=: $toolkit paths app").output, RunPaths().output);
+}
+
 TEST_F(PathsCommandTest, ReportsUnusablePaths)
 {
     Write(L"home/.app", "a file");

@@ -297,6 +297,7 @@ TEST_F(ZipCommandTest, StopsExtractAtTheLimit)
 
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.errors, "toolkit: the entries are larger than the limit\n");
+    EXPECT_EQ(result.output, "a\n");
     EXPECT_EQ(Shell("ls -A $dir/target").output, "a\n");
 }
 

@@ -1,4 +1,4 @@
-#include "OwnFiles.h"
+#include "OwnSockets.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -8,8 +8,7 @@
 
 namespace Tool {
 
-std::vector<std::string> FindOwnFiles(const std::string& directory, std::string_view extension,
-                                      FileKind kind)
+std::vector<std::string> FindOwnSockets(const std::string& directory)
 {
     namespace fs = std::filesystem;
 
@@ -19,11 +18,9 @@ std::vector<std::string> FindOwnFiles(const std::string& directory, std::string_
          entry.increment(error)) {
         const std::string path = entry->path();
         struct stat status {};
-        if (entry->path().extension() != extension || ::lstat(path.c_str(), &status) != 0)
+        if (entry->path().extension() != ".ipc" || ::lstat(path.c_str(), &status) != 0)
             continue;
-        const bool hasKind =
-            kind == FileKind::Socket ? S_ISSOCK(status.st_mode) : S_ISREG(status.st_mode);
-        if (hasKind && status.st_uid == ::geteuid())
+        if (S_ISSOCK(status.st_mode) && status.st_uid == ::geteuid())
             paths.push_back(path);
     }
     std::sort(paths.begin(), paths.end());
