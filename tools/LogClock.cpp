@@ -1,5 +1,6 @@
 #include "LogClock.h"
 
+#include <cstdlib>
 #include <ctime>
 #include <toolkit/system/TickCount.h>
 
@@ -11,8 +12,8 @@ namespace {
 constexpr WallTime c_msPerSecond = 1000;
 constexpr WallTime c_nsPerMs = 1000000;
 
-// The longest time between reading a line's tick count and writing the line, plus any adjustment of
-// the clock in between.
+// How far the time by the tick count may be from the time of the file: a line may be written late,
+// and the clock may have been adjusted.
 constexpr WallTime c_toleranceMs = 3000;
 
 // A tick count up to this much after the newest one belongs to a later line; any other is older.
@@ -30,8 +31,7 @@ WallTime ReadClock(clockid_t clock)
     return ToMilliseconds(time);
 }
 
-// Returns how long the machine has slept since it started. The tick count does not advance while it
-// sleeps.
+// Returns how many milliseconds the machine has slept since it started.
 WallTime MeasureSleep()
 {
 #ifdef CLOCK_BOOTTIME
@@ -43,15 +43,16 @@ WallTime MeasureSleep()
 
 } // namespace
 
-LogClock::LogClock(std::uint32_t newestTick, const struct stat& file) : m_newestTick(newestTick)
+LogClock::LogClock(std::uint32_t newestTick, const struct stat& status) : m_newestTick(newestTick)
 {
-    const WallTime written = ToMilliseconds(GetModificationTime(file));
+    const WallTime written = ToMilliseconds(GetModificationTime(status));
     const std::uint32_t age = Toolkit::GetTickCount() - newestTick;
-    const WallTime timeWithoutSleep = ReadClock(CLOCK_REALTIME) - age;
-    const WallTime delay = written - timeWithoutSleep;
-    if (delay >= -c_toleranceMs && delay <= c_toleranceMs)
-        m_newestTime = timeWithoutSleep;
-    else if (delay < 0 && -delay <= MeasureSleep() + c_toleranceMs)
+    const WallTime timeByTick = ReadClock(CLOCK_REALTIME) - age;
+    const WallTime difference = timeByTick - written;
+    // If the machine slept after the line was written, the time by the tick count is too late.
+    if (std::abs(difference) <= c_toleranceMs)
+        m_newestTime = timeByTick;
+    else if (difference > 0 && difference <= MeasureSleep() + c_toleranceMs)
         m_newestTime = written;
 }
 

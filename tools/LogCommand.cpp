@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <fcntl.h>
 #include <memory>
 #include <string>
@@ -49,16 +50,19 @@ LogFilter MakeFilter(const Options& options)
 
 int List(Output& output)
 {
+    constexpr std::size_t sizeWidth = 12;
+
     for (const LogFileEntry& file : FindFilesOfUser()) {
         const std::string size = std::to_string(file.size);
         output.Write(FormatTime(file.written.tv_sec) + " ");
-        output.Write(std::string(12 - std::min<std::size_t>(size.size(), 12), ' ') + size + " ");
+        output.Write(std::string(sizeWidth - std::min(size.size(), sizeWidth), ' ') + size + " ");
         output.WriteVisible(file.path);
         output.Write("\n");
     }
     return ExitGood;
 }
 
+// Opens a file for reading at any offset: what is not a regular file is copied to one.
 Descriptor OpenFile(const std::string& path)
 {
     Descriptor file(path == "-" ? ::dup(STDIN_FILENO)
@@ -68,7 +72,7 @@ Descriptor OpenFile(const std::string& path)
         throw MakeSystemFailure("cannot open " + path);
     if (S_ISDIR(status.st_mode))
         throw Failure("cannot read " + path + ": Is a directory");
-    return S_ISREG(status.st_mode) ? std::move(file) : Descriptor(SpoolToFile(file.Get()));
+    return S_ISREG(status.st_mode) ? std::move(file) : SpoolToFile(file.Get());
 }
 
 Descriptor OpenLog(const std::string& path)
@@ -112,7 +116,7 @@ int Run(const Options& options, Output& output)
     if (options.isFollowing && (options.log.empty() || options.log == "-"))
         throw Failure("--follow needs a file or a name");
     if (options.log.empty() && (options.isJson || options.HasFilter()))
-        throw Failure("only the lines of a log can be selected: please name a file or a logger");
+        throw Failure("the options need a log: please name a file or a logger");
     if (options.log.empty())
         return List(output);
     return options.isFollowing ? ShowAndFollow(options, output) : Show(options, output);
@@ -128,10 +132,10 @@ void AddLogCommand(CLI::App& app, Action& action)
         return name.empty() ? std::string("the name is empty") : std::string();
     };
     log->add_option("log", options->log,
-                    "Path of a file, name of a logger, or - for standard input; without it, list "
-                    "the logs of this user")
+                    "Path of a file, name of a logger, or - for standard input (default: list the "
+                    "logs of this user)")
         ->check(rejectEmpty);
-    log->add_option("-s,--severity", options->severity, "Only lines at least as severe")
+    log->add_option("-s,--severity", options->severity, "Only lines at least this severe")
         ->check(CLI::IsMember(
             std::vector<std::string>(std::begin(c_severityNames), std::end(c_severityNames))));
     log->add_option("-f,--function", options->functions, "Only lines of this function (repeatable)")

@@ -36,15 +36,10 @@ bool IsTickCount(std::string_view text)
     return text.size() >= minDigits && text.front() != '0' && next == end && error == std::errc();
 }
 
-bool EndsWith(std::string_view text, std::string_view end)
-{
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 // Returns "tool" for tool.qvlog and tool-1234560.qvlog; empty for a file without the extension.
 std::string ParseLoggerName(std::string_view file)
 {
-    if (!EndsWith(file, c_extension))
+    if (!file.ends_with(c_extension))
         return {};
     file.remove_suffix(c_extension.size());
     const std::size_t dash = file.rfind('-');
@@ -52,12 +47,12 @@ std::string ParseLoggerName(std::string_view file)
     return std::string(isFallback ? file.substr(0, dash) : file);
 }
 
+// The name of a logger may itself end like that of a fallback file.
 bool IsFileOfLog(const std::string& file, const LogName& name)
 {
-    return name.name.empty()
-               ? file == name.file
-               : EndsWith(file, c_extension) && (file == name.name + std::string(c_extension) ||
-                                                 ParseLoggerName(file) == name.name);
+    if (name.name.empty())
+        return file == name.file;
+    return file == name.name + std::string(c_extension) || ParseLoggerName(file) == name.name;
 }
 
 std::vector<LogFileEntry> FindFilesWhere(const std::string& directory,
@@ -75,6 +70,7 @@ std::vector<LogFileEntry> FindFilesWhere(const std::string& directory,
         if (S_ISREG(status.st_mode) && status.st_uid == owner)
             files.push_back({path, status.st_size, GetModificationTime(status), status.st_ino});
     }
+    // The newest first; by path if they were written at the same time.
     std::sort(files.begin(), files.end(), [](const LogFileEntry& one, const LogFileEntry& other) {
         return std::tie(other.written.tv_sec, other.written.tv_nsec, one.path) <
                std::tie(one.written.tv_sec, one.written.tv_nsec, other.path);
@@ -82,20 +78,27 @@ std::vector<LogFileEntry> FindFilesWhere(const std::string& directory,
     return files;
 }
 
+// Returns the owner of a file, or this user if it does not exist.
 uid_t FindOwner(const std::string& path)
 {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 ? status.st_uid : ::geteuid();
 }
 
+// Whether `argument` is a path, not the name of a logger.
+bool IsPath(const std::string& argument)
+{
+    std::error_code ignored;
+    return argument.find('/') != std::string::npos || fs::exists(argument, ignored);
+}
+
 } // namespace
 
 LogName ParseLogName(const std::string& argument)
 {
-    const fs::path path = argument;
-    std::error_code ignored;
-    if (argument.find('/') == std::string::npos && !fs::exists(path, ignored))
+    if (!IsPath(argument))
         return {c_logDirectory, argument, argument + std::string(c_extension), ::geteuid()};
+    const fs::path path = argument;
     const std::string directory = path.has_parent_path() ? path.parent_path().string() : ".";
     return {directory, ParseLoggerName(path.filename().string()), path.filename(),
             FindOwner(argument)};
@@ -103,9 +106,7 @@ LogName ParseLogName(const std::string& argument)
 
 std::string FindLogPath(const std::string& argument)
 {
-    std::error_code ignored;
-    const bool isPath = argument.find('/') != std::string::npos || fs::exists(argument, ignored);
-    if (argument == "-" || isPath)
+    if (argument == "-" || IsPath(argument))
         return argument;
     const LogName name = ParseLogName(argument);
     const std::vector<LogFileEntry> files = FindFilesOfLog(name);
@@ -127,7 +128,7 @@ std::vector<LogFileEntry> FindFilesOfLog(const LogName& name)
 std::vector<LogFileEntry> FindFilesOfUser()
 {
     return FindFilesWhere(
-        c_logDirectory, [](const std::string& file) { return EndsWith(file, c_extension); },
+        c_logDirectory, [](const std::string& file) { return file.ends_with(c_extension); },
         ::geteuid());
 }
 

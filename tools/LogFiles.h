@@ -12,11 +12,11 @@ namespace Tool {
 struct LogName {
     std::string directory;
     std::string name; ///< Empty if the file does not have the name of a log.
-    std::string file; ///< The name of the single file; for a logger, "name.qvlog".
-    uid_t owner;      ///< Files of other users are ignored: anybody may create one of this name.
+    std::string file; ///< The name of the file at the path; for a logger, "name.qvlog".
+    uid_t owner;      ///< Files of other users are ignored: anybody may create one in /tmp.
 };
 
-/// A log file in a directory.
+/// A log file when its directory was listed.
 struct LogFileEntry {
     std::string path;
     off_t size;
@@ -24,15 +24,16 @@ struct LogFileEntry {
     ino_t inode;
 };
 
-/// Parses `argument`, a path or the name of a logger of this user.
+/// Parses `argument`: a path if it contains "/" or names an existing file, and otherwise the name
+/// of a logger of this user.
 LogName ParseLogName(const std::string& argument);
 
-/// Returns the path of the log that `argument` names: `argument` itself if it is a path or "-", or
-/// else the most recently written file of that logger. Prints the path to standard error unless the
-/// file is "name.qvlog". Throws a `Failure` if there is none.
+/// Returns `argument` itself if it is a path or "-", and otherwise the path of the most recently
+/// written file of that logger. Prints this path to standard error unless the file is "name.qvlog".
+/// Throws a `Failure` if the logger has no file.
 std::string FindLogPath(const std::string& argument);
 
-/// Returns the existing files of that name, the most recently written first.
+/// Returns the existing files of a log, the most recently written first.
 std::vector<LogFileEntry> FindFilesOfLog(const LogName& name);
 
 /// Returns the log files of this user, the most recently written first.

@@ -15,9 +15,11 @@ bool LogFilter::Accepts(const LogRecord& record) const
 
 bool LogFilter::AcceptsHeader(const LogHeader& header) const
 {
-    const bool isSevere = !m_severity || header.severity <= *m_severity;
-    return isSevere && (m_functions.empty() || std::find(m_functions.begin(), m_functions.end(),
-                                                         header.function) != m_functions.end());
+    // Smaller numbers are more severe.
+    if (m_severity && header.severity > *m_severity)
+        return false;
+    return m_functions.empty() ||
+           std::find(m_functions.begin(), m_functions.end(), header.function) != m_functions.end();
 }
 
 bool LogFilter::Matches(std::string_view message) const

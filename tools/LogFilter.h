@@ -9,10 +9,11 @@
 
 namespace Tool {
 
-/// Selects lines of a log. Each setter adds a condition; without any, all lines are accepted.
+/// Selects lines of a log. Each setter adds a condition, unless its list or text is empty; without
+/// conditions, all lines are accepted.
 class LogFilter {
 public:
-    /// Accepts only lines at least as severe as `severity`.
+    /// Accepts only lines at least as severe as `severity`, an index into `c_severityNames`.
     void SetSeverity(int severity) { m_severity = severity; }
 
     /// Accepts only lines logged by one of these functions.
@@ -21,8 +22,8 @@ public:
     /// Accepts only lines whose message contains `text`.
     void SetText(const std::string& text) { m_text = text; }
 
-    /// Accepts only lines whose message matches this regular expression. Throws a `Failure` if it
-    /// is invalid.
+    /// Accepts only lines whose message the regular expression `pattern` matches. Throws a
+    /// `Failure` if it is invalid.
     void SetPattern(const std::string& pattern) { m_pattern.emplace(pattern); }
 
     bool Accepts(const LogRecord& record) const;

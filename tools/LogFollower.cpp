@@ -15,10 +15,12 @@ constexpr std::size_t c_headLength = 256;
 // How much older a new line may be than the one before it: a thread may wait between reading the
 // time and writing the line. A line that waited longer is printed when a new line follows it.
 constexpr std::int64_t c_usualDelayMs = 100;
-constexpr std::int64_t c_maxDelaySeconds = 2;
+
+// How much older a message of wxWidgets may be than the last change of the file.
+constexpr std::int64_t c_maxWxDelaySeconds = 2;
 
 // File times advance in steps of a few milliseconds, and a second write within one step does not
-// change them. So a file that was written this recently is read again.
+// change them. So a file that was written less than this long ago is read again.
 constexpr double c_recentSeconds = 0.1;
 
 bool IsSameTime(const timespec& one, const timespec& other)
@@ -47,11 +49,6 @@ std::string ReadAt(int file, off_t offset, std::size_t length)
     return text;
 }
 
-bool StartsWith(const std::string& text, const std::string& start)
-{
-    return text.compare(0, start.size(), start) == 0;
-}
-
 } // namespace
 
 std::string ReadHead(int file)
@@ -77,17 +74,17 @@ LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinte
 
 void LogFollower::Poll()
 {
-    // Read before the length: if the head has changed, the logger had finished its round by the
-    // time the length is read.
+    // The head is read before the length: if it has changed, the logger had finished its round, so
+    // the length includes the whole round.
     const std::string head = ReadHead(m_file.Get());
     struct stat status {};
     if (::fstat(m_file.Get(), &status) != 0)
         return;
     m_isRemoved = status.st_nlink == 0;
-    if (!HasChanged(status))
+    if (!UpdateStatus(status))
         return;
     FollowTruncation(status.st_size);
-    const bool isHeadChanged = !StartsWith(head, m_head);
+    const bool isHeadChanged = !head.starts_with(m_head);
     if (!isHeadChanged || !IsRewritten())
         PrintNewLines(status, isHeadChanged);
     if (isHeadChanged)
@@ -97,7 +94,8 @@ void LogFollower::Poll()
     m_tail = ReadTail(m_file.Get(), m_position);
 }
 
-bool LogFollower::HasChanged(const struct stat& status)
+// Returns whether the file must be read.
+bool LogFollower::UpdateStatus(const struct stat& status)
 {
     const bool isSame =
         status.st_size == m_size && IsSameTime(GetModificationTime(status), m_written);
@@ -116,13 +114,14 @@ void LogFollower::FollowTruncation(off_t size)
     m_tail.clear();
 }
 
-// Whether the text before m_position has changed, too: the file was truncated and has grown again.
+// Whether even the text before m_position has changed: the file was truncated and has grown again.
 bool LogFollower::IsRewritten() const
 {
     const off_t begin = m_position - static_cast<off_t>(m_tail.size());
     return ReadAt(m_file.Get(), begin, m_tail.size()) != m_tail;
 }
 
+// Continues at the beginning of the file, with the lines of the new round.
 void LogFollower::FollowWrap(const struct stat& status)
 {
     const LogRecord oldHead = ParseRecord(m_head, 0);
@@ -155,7 +154,7 @@ void LogFollower::PrintNewLines(const struct stat& status, bool isRoundComplete)
         HandleNewest(std::move(*pending.newest), status, isRoundComplete);
 }
 
-// Handles the next record; returns false where the old lines begin.
+// Returns false at the record where the old lines begin.
 bool LogFollower::HandleRecord(const LogRecord& record, Pending& pending, const struct stat& status)
 {
     const Candidate next{std::string(record.text), record.offset, record.isEnded};
@@ -180,11 +179,12 @@ bool LogFollower::IsNew(const LogRecord& record) const
 {
     if (record.offset >= m_knownLength)
         return true;
-    // For messages of wxWidgets, `tick` is the time of day in seconds.
+    // For messages of wxWidgets, `tick` is in seconds since 1970.
     if (record.header->isFromWx)
-        return record.header->tick + c_maxDelaySeconds >= m_written.tv_sec;
+        return record.header->tick + c_maxWxDelaySeconds >= m_written.tv_sec;
     if (!m_newestTick)
         return true;
+    // In a short round, the oldest lines are only a little older than the newest one.
     const auto step = static_cast<std::int32_t>(record.header->tick - *m_newestTick);
     return step >= -std::min(c_usualDelayMs, m_roundMs / 2);
 }
@@ -204,9 +204,10 @@ void LogFollower::PrintCandidate(const Candidate& candidate, const struct stat& 
     m_unconfirmed.clear();
 }
 
-// Handles the newest record. If the file has grown, its text is complete up to the last line feed.
-// Otherwise older lines follow, and its last line may be the rest of an older one: the text is
-// complete if it is the same at the next call, or if the logger has finished the round.
+// Prints the newest record if its text is complete. If it extends the file, it is complete up to
+// its last line feed. Otherwise older lines follow, and its last line may be the rest of an older
+// one: the text is complete if it is the same at the next call, or if the logger has finished the
+// round.
 void LogFollower::HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());

@@ -13,16 +13,16 @@ namespace Tool {
 /// Where the next line of a log will be written.
 struct LogPosition {
     off_t offset = 0;
-    off_t length = 0; ///< The length of the file when it was read.
-    std::string head; ///< The first bytes of the file at that time.
-    std::string tail; ///< The last bytes before `offset`.
-    std::optional<std::uint32_t> newestTick;
+    off_t length = 0;                        ///< The length of the file when it was read.
+    std::string head;                        ///< The first bytes of the file when it was read.
+    std::string tail;                        ///< The last bytes before `offset`.
+    std::optional<std::uint32_t> newestTick; ///< Empty if no line has a tick count.
 };
 
-/// Returns the first bytes of a file, which are the first that a wrap changes.
+/// Returns the first bytes of a file, which the logger overwrites first when the log wraps.
 std::string ReadHead(int file);
 
-/// Returns the last bytes before `position`, which are the last that a wrap changes.
+/// Returns the last bytes before `position`. After a wrap, the logger overwrites them last.
 std::string ReadTail(int file, off_t position);
 
 /// Prints the lines that are added to one log file, which may wrap around or be truncated.
@@ -35,24 +35,25 @@ public:
 
     ino_t Inode() const { return m_inode; }
 
-    /// Whether the file has been deleted.
+    /// Whether the last Poll() found that the file was deleted.
     bool IsRemoved() const { return m_isRemoved; }
 
 private:
+    // A copy of a record.
     struct Candidate {
         std::string text;
         off_t offset = 0;
         bool isEnded = false;
     };
     // Lines that were read but not printed yet. The newest line waits until the next one is known,
-    // because the rest of an old line may follow it. An old line waits too: if a new line follows,
-    // it was only written late.
+    // because the rest of an old line may follow it. A line that looks old waits too: if a new line
+    // follows, the first one is new as well and was only written late.
     struct Pending {
         std::optional<Candidate> newest;
         std::optional<Candidate> old;
     };
 
-    bool HasChanged(const struct stat& status);
+    bool UpdateStatus(const struct stat& status);
     void FollowTruncation(off_t size);
     bool IsRewritten() const;
     void FollowWrap(const struct stat& status);
@@ -68,13 +69,13 @@ private:
     LogPrinter& m_printer;
     off_t m_position;
     std::optional<std::uint32_t> m_newestTick;
-    std::int64_t m_roundMs = 0; // how much older the line after m_position is than the newest one
-    std::string m_head;         // the first line of the file, which a wrap changes
-    std::string m_tail;         // the last bytes before m_position
-    std::string m_unconfirmed;  // a line that may still be incomplete
-    struct timespec m_written {};
-    off_t m_size = -1;
-    off_t m_knownLength; // the length of the file when its lines were last read
+    std::int64_t m_roundMs = 0;   // how much older the line after m_position is than the newest one
+    std::string m_head;           // the first line of the file, which a wrap changes
+    std::string m_tail;           // the last bytes before m_position
+    std::string m_unconfirmed;    // a line that may still be incomplete
+    struct timespec m_written {}; // the modification time at the last Poll()
+    off_t m_size = -1;            // the length at the last Poll()
+    off_t m_knownLength;          // the length of the file when its lines were last read
     ino_t m_inode = 0;
     bool m_isRemoved = false;
 };

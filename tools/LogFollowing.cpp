@@ -12,8 +12,8 @@
 namespace Tool {
 namespace {
 
-constexpr int c_intervalMs = 20;
-constexpr int c_intervalsPerScan = 5;
+constexpr int c_pollIntervalMs = 20;
+constexpr int c_pollsPerScan = 5;
 
 // Follows all files of a log.
 class Followers {
@@ -72,10 +72,10 @@ void Follow(const LogName& name, LogFollower first, const std::vector<LogFileEnt
     Followers followers(name, std::move(first), known, printer);
     for (int round = 1; !StopSignals::IsRequested(); ++round) {
         followers.Poll();
-        if (round % c_intervalsPerScan == 0)
+        if (round % c_pollsPerScan == 0)
             followers.Scan();
         output.Flush();
-        output.Sleep(c_intervalMs);
+        output.Sleep(c_pollIntervalMs);
     }
 }
 

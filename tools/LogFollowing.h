@@ -6,9 +6,8 @@
 
 namespace Tool {
 
-/// Prints the lines added to `first`, whose existing lines are printed already, to the files in
-/// `known`, whose existing lines are not printed, and to new files of `name`, until a signal asks
-/// to stop.
+/// Prints new lines of a log until a stop signal arrives: those added to `first` and to the files
+/// in `known`, and all lines of files of `name` that appear later.
 void Follow(const LogName& name, LogFollower first, const std::vector<LogFileEntry>& known,
             LogPrinter& printer, Output& output);
 

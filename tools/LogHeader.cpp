@@ -26,7 +26,7 @@ bool ParseNumber(std::string_view& text, std::uint32_t& number)
 
 bool SkipSeparator(std::string_view& text)
 {
-    if (text.substr(0, c_separator.size()) != c_separator)
+    if (!text.starts_with(c_separator))
         return false;
     text.remove_prefix(c_separator.size());
     return true;
@@ -39,7 +39,7 @@ bool ParseLineStart(std::string_view& text, LogHeader& header)
         return false;
     header.severity = text[0] - '0';
     text.remove_prefix(1);
-    header.isFromWx = text.substr(0, c_wxPrefix.size()) == c_wxPrefix;
+    header.isFromWx = text.starts_with(c_wxPrefix);
     text.remove_prefix(header.isFromWx ? c_wxPrefix.size() : 1);
     return ParseNumber(text, header.tick) && SkipSeparator(text);
 }

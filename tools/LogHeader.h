@@ -6,7 +6,8 @@
 
 namespace Tool {
 
-/// The parts of a log line. They point into the line. docs/formats/log.md describes both forms.
+/// The parts of a log line, in one of the two forms in docs/formats/log.md. The views point into
+/// the line.
 struct LogHeader {
     int severity = 0;
     bool isFromWx = false;       ///< A message of wxWidgets, without source line and function.

@@ -10,7 +10,7 @@ struct stat ReadStatus(int file)
 {
     struct stat status {};
     if (::fstat(file, &status) != 0)
-        throw MakeSystemFailure("cannot read");
+        throw MakeSystemFailure("cannot read the log");
     return status;
 }
 
@@ -33,8 +33,8 @@ LogPosition MakePosition(int file, const LogSeams& seams, off_t length, const st
 
 } // namespace
 
-// NUL bytes alone prove nothing: messages may contain them, and a system crash leaves them where
-// data was not written in time.
+// NUL bytes alone do not make a file binary: messages may contain them, and a system crash may
+// leave them where data was not written in time.
 bool LooksLikeLog(int file)
 {
     LogReader reader(file, 0, ReadStatus(file).st_size);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t c_maxRecordLength = 1 << 20;
 constexpr std::size_t c_bufferSize = 2 * c_maxRecordLength;
 
-// Small enough for the processor's cache.
+// Fits into the processor's cache.
 constexpr std::size_t c_blockSize = 1 << 18;
 
 } // namespace
@@ -24,18 +24,19 @@ LogReader::LogReader(int file, off_t begin, off_t end)
 
 bool LogReader::Read(LogRecord& record)
 {
-    if (!HasAtLeast(1))
+    if (!FillTo(1))
         return false;
     const Extent extent = FindEnd();
     record.offset = m_next - static_cast<off_t>(m_filled - m_used);
-    record.text = Rest().substr(0, extent.length);
+    record.text = Unread().substr(0, extent.length);
     record.isEnded = extent.isEnded;
     record.header = ParseLogHeader(record.text);
     m_used += extent.length + (extent.isEnded ? 1 : 0);
     return true;
 }
 
-// Moves the unread bytes to the beginning of the buffer and reads more; false at the end.
+// Moves the unread bytes to the beginning of the buffer and reads more; false at the end of the
+// range.
 bool LogReader::Fill()
 {
     std::memmove(m_buffer.data(), m_buffer.data() + m_used, m_filled - m_used);
@@ -48,13 +49,14 @@ bool LogReader::Fill()
         count = ::pread(m_file, m_buffer.data() + m_filled, size, m_next);
     while (count < 0 && errno == EINTR);
     if (count < 0)
-        throw MakeSystemFailure("cannot read");
+        throw MakeSystemFailure("cannot read the log");
     m_filled += static_cast<std::size_t>(count);
     m_next += count;
     return count > 0;
 }
 
-bool LogReader::HasAtLeast(std::size_t length)
+// Fills the buffer until it has `length` unread bytes; false if the range ends before.
+bool LogReader::FillTo(std::size_t length)
 {
     while (m_filled - m_used < length) {
         if (!Fill())
@@ -63,21 +65,22 @@ bool LogReader::HasAtLeast(std::size_t length)
     return true;
 }
 
-// Finds the end of the record: a line feed before a new log line, or the end of the range.
+// Finds the end of the record: a line feed before a new log line, or the end of the range. Splits a
+// longer record than c_maxRecordLength at its last line feed before that length, if it has one.
 LogReader::Extent LogReader::FindEnd()
 {
     std::size_t length = 0;
     for (;;) {
-        const std::size_t lineEnd = Rest().find('\n', length);
-        if (lineEnd > c_maxRecordLength && Rest().size() > c_maxRecordLength)
+        const std::size_t lineEnd = Unread().find('\n', length);
+        if (lineEnd > c_maxRecordLength && Unread().size() > c_maxRecordLength)
             return {length > 0 ? length - 1 : c_maxRecordLength, length > 0};
         if (lineEnd == std::string_view::npos) {
             if (!Fill())
-                return {Rest().size(), false};
+                return {Unread().size(), false};
             continue;
         }
-        HasAtLeast(lineEnd + 1 + c_maxLineStartLength);
-        const std::string_view next = Rest().substr(lineEnd + 1);
+        FillTo(lineEnd + 1 + c_maxLineStartLength);
+        const std::string_view next = Unread().substr(lineEnd + 1);
         if (next.empty() || StartsLikeLogLine(next))
             return {lineEnd, true};
         length = lineEnd + 1;

@@ -10,13 +10,14 @@
 
 namespace Tool {
 
-/// A log line, with the further lines of its message. Its text is valid until the next record is
+/// A log line, with the further lines of its message. The views are valid until the next record is
 /// read.
 struct LogRecord {
     off_t offset = 0;
-    std::string_view text;           ///< Without the last line feed.
-    bool isEnded = false;            ///< Whether there was a last line feed.
-    std::optional<LogHeader> header; ///< Empty for the rest of a line whose beginning is lost.
+    std::string_view text; ///< Without the last line feed.
+    bool isEnded = false;  ///< Whether there was a last line feed.
+    std::optional<LogHeader>
+        header; ///< Empty if `text` is not a log line, or only the rest of one.
 };
 
 /// Reads the records in a range of a file, in the order of the file and in constant memory: a
@@ -36,16 +37,16 @@ private:
     };
 
     bool Fill();
-    bool HasAtLeast(std::size_t length);
+    bool FillTo(std::size_t length);
     Extent FindEnd();
-    std::string_view Rest() const { return {m_buffer.data() + m_used, m_filled - m_used}; }
+    std::string_view Unread() const { return {m_buffer.data() + m_used, m_filled - m_used}; }
 
     int m_file;
     off_t m_next; // the offset in the file where the contents of m_buffer end
     off_t m_end;
     std::vector<char> m_buffer;
-    std::size_t m_used = 0;
-    std::size_t m_filled = 0;
+    std::size_t m_used = 0;   // the length of what was read from m_buffer
+    std::size_t m_filled = 0; // the length of the contents of m_buffer
 };
 
 } // namespace Tool

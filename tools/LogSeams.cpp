@@ -5,10 +5,10 @@
 namespace Tool {
 namespace {
 
-// A thread may wait between reading the time and writing its line, but not as long as this.
+// A thread may wait between reading the time and writing its line; longer waits are not expected.
 constexpr std::int64_t c_maxDelayMs = 1000;
 
-// Most threads wait less than this. A shorter step back is a seam only if a line was cut there.
+// Most waits are shorter than this. A smaller step back is a seam only if a line was cut there.
 constexpr std::int64_t c_usualDelayMs = 100;
 
 // Far more than the number of rounds that can leave lines in one file.
@@ -25,7 +25,7 @@ std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 // Returns how much newer a line after `seam` may be than the first line of the part before it.
 std::int64_t LogSeams::GetSlack(const Seam& seam)
 {
-    return std::clamp<std::int64_t>((seam.newest - seam.begin) / 2, 0, c_maxDelayMs);
+    return std::clamp<std::int64_t>((seam.timeBefore - seam.partBegin) / 2, 0, c_maxDelayMs);
 }
 
 bool LogSeams::IsPlausible(const Seam& seam)
@@ -63,15 +63,15 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
     UpdateClearSeams(seam);
 }
 
-// Keeps a step back as a seam only if all lines after it are older than the first line of the part
-// before it. Drops earlier ones that the newest line disproves.
+// Keeps a step back as a seam if it leads to before the first line of the part before it, or is at
+// least c_maxDelayMs wide. Drops earlier seams after which a line is too new.
 void LogSeams::UpdateClearSeams(Seam seam)
 {
     while (!m_clearSeams.empty() &&
-           m_time > m_clearSeams.back().begin + GetSlack(m_clearSeams.back()))
+           m_time > m_clearSeams.back().partBegin + GetSlack(m_clearSeams.back()))
         m_clearSeams.pop_back();
-    seam.begin = m_clearSeams.empty() ? 0 : m_clearSeams.back().older;
-    const bool isOlderThanPart = IsPlausible(seam) && seam.older <= seam.begin;
+    seam.partBegin = m_clearSeams.empty() ? 0 : m_clearSeams.back().timeAfter;
+    const bool isOlderThanPart = IsPlausible(seam) && seam.timeAfter <= seam.partBegin;
     if ((isOlderThanPart || seam.drop >= c_maxDelayMs) && m_clearSeams.size() < c_maxSeams)
         m_clearSeams.push_back(seam);
 }
@@ -84,9 +84,10 @@ std::vector<LogSeams::Seam> LogSeams::ChooseSeams() const
     const std::int64_t closingStep = MeasureStep(m_lastTick, m_firstTick);
     // Around the ring, the steps add up to 0 unless the seam is so wide that it looks like a step
     // forward.
-    if (m_time + closingStep > 0)
-        return -m_widestGap.drop > closingStep ? std::vector<Seam>{m_widestGap}
-                                               : std::vector<Seam>{};
+    if (m_time + closingStep > 0) {
+        const bool isGapWider = -m_widestGap.drop > closingStep;
+        return isGapWider ? std::vector<Seam>{m_widestGap} : std::vector<Seam>{};
+    }
     if (m_widestDrop.drop <= std::max<std::int64_t>(-closingStep, 0) || !IsPlausible(m_widestDrop))
         return {};
     return m_clearSeams.empty() ? std::vector<Seam>{m_widestDrop} : m_clearSeams;
@@ -112,7 +113,7 @@ std::optional<std::uint32_t> LogSeams::NewestTick() const
     const std::vector<Seam> seams = ChooseSeams();
     if (seams.empty())
         return m_lastTick;
-    return m_firstTick + static_cast<std::uint32_t>(seams.front().newest);
+    return m_firstTick + static_cast<std::uint32_t>(seams.front().timeBefore);
 }
 
 } // namespace Tool

@@ -15,14 +15,15 @@ struct LogPart {
     off_t end;
 };
 
-/// Finds the seam of a log that wraps around in place: the place where its newest line is followed
-/// by an older one.
+/// Finds the seam of a log that wraps around in place: where the newest line is followed by an
+/// older one.
 ///
-/// At a seam the tick count steps back by about as much as it advances in a whole round. Lines of
-/// several threads cause steps back too, but these are smaller, or do not reach back before the
-/// first line of their round. If no step back is clear, the file is treated as a ring, and the
-/// widest step back, including the one from the last line to the first, is the seam. If a round was
-/// shorter than the previous one, what is left of the previous one begins at another seam.
+/// At a seam the tick count steps back by about as much as it advances in a round, which is one
+/// pass of the logger through the file. Lines of several threads cause steps back too, but these
+/// are smaller, or do not reach back before the first line of their round. If no step back is
+/// clear, the file is treated as a ring, and the widest step back, including the one from the last
+/// line to the first, is the seam. If a round was shorter than the previous one, what is left of
+/// the previous one begins at another seam.
 class LogSeams {
 public:
     /// Adds the next record of the file.
@@ -35,13 +36,14 @@ public:
     std::optional<std::uint32_t> NewestTick() const;
 
 private:
+    // Times are in milliseconds since the first line with a tick count.
     struct Seam {
-        off_t offset;        // where the older lines begin
-        std::int64_t drop;   // by how much the time steps back at the seam
-        std::int64_t newest; // the time of the last line before the seam
-        std::int64_t begin;  // the time of the first line of the part before the seam
-        std::int64_t older;  // the time of the first line after the seam
-        bool isCut;          // whether the older lines begin with the rest of a cut line
+        off_t offset;            // where the older lines begin
+        std::int64_t drop;       // by how many milliseconds the time steps back at the seam
+        std::int64_t timeBefore; // of the last line before the seam
+        std::int64_t partBegin;  // the time of the first line of the part before the seam
+        std::int64_t timeAfter;  // of the first line after the seam
+        bool isCut;              // whether the older lines begin with the rest of a cut line
     };
 
     static std::int64_t GetSlack(const Seam& seam);
@@ -53,7 +55,7 @@ private:
     bool m_hasTick = false;
     std::uint32_t m_firstTick = 0;
     std::uint32_t m_lastTick = 0;
-    std::int64_t m_time = 0;        // since the first line; does not wrap around
+    std::int64_t m_time = 0;        // of the last line, as in Seam; does not wrap around
     off_t m_cutOffset = -1;         // of the last cut line since the last tick; -1 if there is none
     std::vector<Seam> m_clearSeams; // steps back that cannot come from several threads
     Seam m_widestDrop{};            // the widest step back
