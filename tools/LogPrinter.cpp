@@ -70,6 +70,7 @@ void LogPrinter::PrintText(const LogRecord& record)
         PrintMessage(record.header->message);
         return;
     }
+    // In the columns of a log line, without time and function.
     m_output.Write("- ");
     PrintPadded("cut", c_severityWidth, Output::Grey);
     PrintPadded("-", c_locationWidth, Output::Grey);
@@ -89,7 +90,7 @@ void LogPrinter::PrintTime(const LogHeader& header)
     m_output.Write(" ");
 }
 
-// Cached, because converting the time takes longer than everything else: lines of the same second
+// Cached, because converting the time takes longer than all other steps: lines of the same second
 // use the same string.
 const std::string& LogPrinter::FormatSecond(WallTime time)
 {

@@ -19,13 +19,13 @@ public:
 
     LogPrinter(Output& output, const LogFilter& filter, Form form);
 
-    /// Sets the clock of the log. If it does not know the time of a line, the tick count is printed
-    /// instead.
+    /// Sets the clock that converts tick counts. Text shows the tick count of a line whose time it
+    /// does not know; JSON has no time for such a line.
     void SetClock(const LogClock& clock) { m_clock = clock; }
 
     void Print(const LogRecord& record);
 
-    /// Returns how many lines were printed.
+    /// Returns how many records were printed; each is a line with the further lines of its message.
     unsigned long long Count() const { return m_count; }
 
 private:

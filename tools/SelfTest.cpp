@@ -102,7 +102,7 @@ bool CheckThreads()
         std::atomic<bool> m_isDone{false};
     };
 
-    // Does not use the exit code: Wait() returns none if the thread has already ended.
+    // Does not use the exit code: Wait() does not return it if the thread has already ended.
     Worker worker;
     if (!worker.Run())
         return false;

@@ -4,7 +4,7 @@
 
 namespace Tool {
 
-/// A test of one part of the library; `run` returns whether it works on this machine.
+/// A test of one part of the library; `run` returns whether that part works on this machine.
 struct SelfTest {
     const char* name;
     bool (*run)();

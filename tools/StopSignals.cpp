@@ -9,7 +9,8 @@ constexpr int c_signals[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t s_signal = 0;
 
-void Handle(int signal, void (*handler)(int), int flags)
+// Leaves ignored signals ignored.
+void SetHandler(int signal, void (*handler)(int), int flags)
 {
     struct sigaction action = {};
     if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)
@@ -25,14 +26,14 @@ void Handle(int signal, void (*handler)(int), int flags)
 StopSignals::StopSignals()
 {
     for (const int signal : c_signals)
-        Handle(
+        SetHandler(
             signal, [](int received) { s_signal = received; }, static_cast<int>(SA_RESETHAND));
 }
 
 StopSignals::~StopSignals()
 {
     for (const int signal : c_signals)
-        Handle(signal, SIG_DFL, 0);
+        SetHandler(signal, SIG_DFL, 0);
 }
 
 bool StopSignals::IsRequested()

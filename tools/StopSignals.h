@@ -3,7 +3,7 @@
 namespace Tool {
 
 /// While an object of this class exists, the first SIGINT, SIGTERM or SIGHUP does not end the
-/// process: IsRequested() reports it. The same signal again ends the process at once.
+/// process: IsRequested() reports it. A second signal of the same kind ends the process.
 ///
 /// A signal that was ignored when the process started, as under nohup, stays ignored.
 class StopSignals {
@@ -14,6 +14,7 @@ public:
     StopSignals(const StopSignals&) = delete;
     StopSignals& operator=(const StopSignals&) = delete;
 
+    /// Whether a signal has arrived, also while an earlier object existed.
     static bool IsRequested();
 
     /// If a signal has arrived, ends the process by that signal.

@@ -15,7 +15,8 @@ using namespace Toolkit;
 namespace Tool {
 namespace {
 
-// An archive without entries begins with the signature of its end record (APPNOTE, 4.3.16).
+// An archive without entries begins with its end record, which has this signature
+// (APPNOTE, 4.3.16).
 constexpr std::string_view c_endSignature = "PK\x05\x06";
 
 void RequireReadable(const std::string& path)
@@ -29,7 +30,7 @@ void RequireReadable(const std::string& path)
 bool IsEmptyArchive(const std::string& path)
 {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    char bytes[4] = {};
+    char bytes[c_endSignature.size()] = {};
     return ::read(file.Get(), bytes, sizeof bytes) == sizeof bytes &&
            std::string_view(bytes, sizeof bytes) == c_endSignature;
 }

@@ -19,9 +19,11 @@ class ZipArchive {
 public:
     using Entry = Toolkit::smart_ptr<Toolkit::ArchiveZipEntry>;
 
-    /// Opens an archive. Throws a `Failure` if `path` is not a readable Zip archive.
+    /// Opens an archive and lists the entries in `selection`. Throws a `Failure` if `path` is not a
+    /// readable Zip archive.
     ZipArchive(const std::string& path, const ZipSelection& selection);
 
+    /// The selected entries by name.
     const Toolkit::ArchiveZip::EntriesMap& Entries() const { return m_entries; }
 
     /// Calls `onBlock` with the bytes of an entry, block by block. Throws a `Failure` if the entry

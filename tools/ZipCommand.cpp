@@ -28,6 +28,7 @@ struct Options {
     unsigned long long limitBytes = c_defaultLimitBytes;
 };
 
+// A missing time is as wide as any other.
 std::string FormatTime(const ArchiveZipEntry& entry)
 {
     const wxDateTime time = entry.GetDateTime();
@@ -153,7 +154,8 @@ void AddZipCommand(CLI::App& app, Action& action)
     cat->add_option("entry", options->entry, "Name of the entry")->required();
 
     CLI::App* const search =
-        Add(*zip, "search", "Print the lines that match", options, action, Search);
+        Add(*zip, "search", "Print the lines that a regular expression matches", options, action,
+            Search);
     search->add_option("pattern", options->pattern, "A regular expression")->required();
     AddSelection(*search, options->selection);
 

@@ -12,7 +12,8 @@
 namespace Tool {
 namespace {
 
-// APPNOTE, 4.3.12, 4.3.14, 4.3.15 and 4.3.16.
+// Signatures and minimum lengths of the records in APPNOTE, 4.3.12, 4.3.14, 4.3.15 and 4.3.16. The
+// offsets of their fields, below, are from there too.
 constexpr std::string_view c_entrySignature = "PK\x01\x02";
 constexpr std::string_view c_zip64EndSignature = "PK\x06\x06";
 constexpr std::string_view c_locatorSignature = "PK\x06\x07";
@@ -33,7 +34,7 @@ struct Directory {
 
 Failure MakeDamagedDirectoryFailure()
 {
-    return Failure("refused, the directory of the archive is damaged");
+    return Failure("refused: the directory of the archive is damaged");
 }
 
 std::uint64_t ParseNumber(std::string_view bytes, std::size_t at, int size)
@@ -44,7 +45,7 @@ std::uint64_t ParseNumber(std::string_view bytes, std::size_t at, int size)
     return number;
 }
 
-// Reads `length` bytes, or fewer at the end of the file.
+// Reads `length` bytes, or fewer if the file ends there or cannot be read.
 std::string ReadAt(const Descriptor& file, std::uint64_t offset, std::size_t length)
 {
     std::string bytes(length, '\0');
@@ -64,8 +65,8 @@ std::string ReadRecord(const Descriptor& file, std::uint64_t offset, std::size_t
     return record;
 }
 
-// Reads the ZIP64 end record. Its values are used even if those of the ordinary end record would be
-// enough.
+// Reads the ZIP64 end record, whose values are used even if those of the ordinary end record would
+// fit.
 Directory ReadZip64End(const Descriptor& file, std::string_view locator, std::uint64_t end)
 {
     const std::string record =
@@ -76,6 +77,7 @@ Directory ReadZip64End(const Descriptor& file, std::string_view locator, std::ui
             end};
 }
 
+// Searches backwards for the end record, which a comment of any length may follow.
 Directory FindDirectory(const Descriptor& file, std::uint64_t length)
 {
     const auto tailLength = std::min<std::uint64_t>(length, c_endLength + c_maxCommentLength);

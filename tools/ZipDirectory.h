@@ -10,11 +10,12 @@ namespace Tool {
 /// absolute names relative and does not read the mode.
 struct StoredZipEntry {
     std::string name;
-    mode_t mode; ///< 0 if the archive was not written under Unix.
+    mode_t mode; ///< The Unix file type and permissions; 0 if the archive has none.
 };
 
-/// Returns the entries in the directory of an archive, ZIP64 included. Throws a `Failure` if the
-/// file cannot be read, or its directory does not have as many entries as its end record says.
+/// Returns the entries in the directory of an archive, which may be in the ZIP64 format. Throws a
+/// `Failure` if the file cannot be read, if it has no valid end record, or if the directory does
+/// not have as many entries as the end record says.
 ///
 /// Finds the directory where the library finds it, even in a maliciously crafted archive.
 std::vector<StoredZipEntry> ReadZipDirectory(const std::string& path);

@@ -14,8 +14,9 @@
 namespace Tool {
 namespace {
 
-constexpr mode_t c_permissions = 0777;
+constexpr mode_t c_permissions = 0777; // less those in the umask
 
+// Two slashes in a row have an empty component between them; a slash at the end adds none.
 std::vector<std::string> SplitIntoComponents(const std::string& name)
 {
     std::vector<std::string> components;
@@ -27,7 +28,7 @@ std::vector<std::string> SplitIntoComponents(const std::string& name)
     return components;
 }
 
-// Whether extracting the name cannot leave the target directory.
+// Whether `name` can be appended to the target directory without leading elsewhere.
 bool IsSafe(const std::string& name)
 {
     const std::vector<std::string> components = SplitIntoComponents(name);
@@ -53,16 +54,16 @@ void RequireSafeEntries(const ZipArchive& archive, const std::string& path)
 {
     for (const StoredZipEntry& entry : ReadZipDirectory(path)) {
         if (!entry.name.empty() && entry.name.front() == '/')
-            throw Failure("refused, an absolute name: " + entry.name);
+            throw Failure("refused: absolute name: " + entry.name);
         if (LeadsUp(entry.name))
-            throw Failure("refused, a name that leads elsewhere: " + entry.name);
+            throw Failure("refused: unsafe name: " + entry.name);
         if (!IsFileOrDirectory(entry))
-            throw Failure("refused, neither file nor directory: " + entry.name);
+            throw Failure("refused: neither a file nor a directory: " + entry.name);
     }
     for (const auto& [wideName, entry] : archive.Entries()) {
         const std::string name = GetEntryName(*entry);
         if (!IsSafe(name))
-            throw Failure("refused, a name that leads elsewhere: " + name);
+            throw Failure("refused: unsafe name: " + name);
     }
 }
 
@@ -122,6 +123,7 @@ void ExtractZip(ZipArchive& archive, const std::string& path, const std::string&
                 unsigned long long limit, Output& output)
 {
     RequireSafeEntries(archive, path);
+    // Also creates the directory if there is nothing to extract.
     OpenRoot(directory);
     for (const auto& [wideName, entry] : archive.Entries()) {
         if (entry->IsDir())

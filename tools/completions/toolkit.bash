@@ -1,7 +1,7 @@
 # bash completion for toolkit
 
-# Adds the names of the loggers whose files are in /tmp and that begin with $1. Any user may choose a
-# name there, so the shell must not expand it: it is added quoted.
+# Adds the names that begin with $1 of loggers that have a file of this user in /tmp. A name may contain
+# anything, so it is added quoted: the shell must not expand it.
 _toolkit_add_loggers()
 {
     local file name quoted
@@ -58,9 +58,9 @@ _toolkit()
         esac
         ;;
     esac
-    # compgen expands its words: only fixed ones may be there.
+    # compgen expands its word list, so all words in it are fixed.
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
-    # Without a word that fits, files are completed.
+    # If nothing matches, "-o default" below completes file names.
     [ -n "$words" ] || [ "$command" != log ] || _toolkit_add_loggers "$current"
 }
 
