@@ -37,7 +37,7 @@ int Check(Output& output)
         const bool hasPassed = test.run();
         output.Write(hasPassed ? "good " : "bad  ", hasPassed ? Output::Green : Output::Red);
         output.Write(std::string(test.name) + "\n");
-        haveAllPassed = hasAllPassed && hasPassed;
+        haveAllPassed = haveAllPassed && hasPassed;
     }
     return haveAllPassed ? ExitGood : ExitNo;
 }

@@ -12,7 +12,7 @@ namespace Tool {
 /// expects.
 struct IniFinding {
     std::size_t line; ///< Counted from 1.
-    std::string text; ///< May be printed as it is: names are escaped.
+    std::string text; ///< Safe to print: names are escaped.
 };
 
 /// Returns the findings in the order of their lines. Throws a `Failure` if the file cannot be read.

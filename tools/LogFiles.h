@@ -16,7 +16,7 @@ struct LogName {
     uid_t owner;      ///< Files of other users are ignored: anybody may create one in /tmp.
 };
 
-/// A log file when its directory was listed.
+/// A log file, as it was when its directory was listed.
 struct LogFileEntry {
     std::string path;
     off_t size;

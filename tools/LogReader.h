@@ -14,10 +14,9 @@ namespace Tool {
 /// read.
 struct LogRecord {
     off_t offset = 0;
-    std::string_view text; ///< Without the last line feed.
-    bool isEnded = false;  ///< Whether there was a last line feed.
-    std::optional<LogHeader>
-        header; ///< Empty if `text` is not a log line, or only the rest of one.
+    std::string_view text;           ///< Without the last line feed.
+    bool isEnded = false;            ///< Whether there was a last line feed.
+    std::optional<LogHeader> header; ///< Empty if `text` does not begin like a log line.
 };
 
 /// Reads the records in a range of a file, in the order of the file and in constant memory: a

@@ -4,7 +4,7 @@
 
 namespace Tool {
 
-/// Copies everything from `source` to a new file, which has no name, and returns that file. Throws
+/// Copies everything from `source` to a new unnamed file and returns that file. Throws
 /// a `Failure` if that fails. `source` stays the caller's.
 Descriptor SpoolToFile(int source);
 
