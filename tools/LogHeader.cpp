@@ -44,6 +44,24 @@ bool ParseLineStart(std::string_view& text, LogHeader& header)
     return ParseNumber(text, header.tick) && SkipSeparator(text);
 }
 
+// Removes the source line and the function and stores them; false if they are missing.
+bool ParseLocation(std::string_view& text, LogHeader& header)
+{
+    const std::string_view start = text;
+    std::uint32_t ignored = 0;
+    if (!ParseNumber(text, ignored))
+        return false;
+    header.sourceLine = start.substr(0, start.size() - text.size());
+    if (!SkipSeparator(text))
+        return false;
+    const std::size_t end = text.find(c_separator);
+    if (end == std::string_view::npos)
+        return false;
+    header.function = text.substr(0, end);
+    text.remove_prefix(end + c_separator.size());
+    return true;
+}
+
 } // namespace
 
 bool StartsLikeLogLine(std::string_view text)
@@ -58,18 +76,10 @@ std::optional<LogHeader> ParseLogHeader(std::string_view line)
     LogHeader header;
     if (!ParseLineStart(line, header))
         return {};
-    if (!header.isFromWx) {
-        const std::string_view rest = line;
-        std::uint32_t ignored = 0;
-        if (!ParseNumber(line, ignored))
-            return {};
-        header.sourceLine = rest.substr(0, rest.size() - line.size());
-        const std::size_t end = SkipSeparator(line) ? line.find(c_separator) : line.npos;
-        if (end == line.npos)
-            return {};
-        header.function = line.substr(0, end);
-        line.remove_prefix(end + c_separator.size());
-    }
+    if (header.isFromWx)
+        header.function = "wx";
+    else if (!ParseLocation(line, header))
+        return {};
     header.message = line;
     return header;
 }

@@ -110,12 +110,9 @@ void LogPrinter::PrintSeverity(int severity)
 void LogPrinter::PrintLocation(const LogHeader& header)
 {
     m_location.clear();
-    if (header.isFromWx) {
-        m_location = "wx";
-    } else {
-        AppendVisible(m_location, header.function);
+    AppendVisible(m_location, header.function);
+    if (!header.isFromWx)
         m_location.append(":").append(header.sourceLine);
-    }
     PrintPadded(m_location, c_locationWidth, Output::Grey);
 }
 
@@ -156,7 +153,7 @@ void LogPrinter::PrintJson(const LogRecord& record)
         if (!header.isFromWx)
             object.append("\"line\":").append(header.sourceLine).append(",");
         object += "\"function\":";
-        AppendJson(object, header.isFromWx ? "wx" : header.function);
+        AppendJson(object, header.function);
         object += ",\"message\":";
         AppendJson(object, header.message);
     }

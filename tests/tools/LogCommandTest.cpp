@@ -184,6 +184,7 @@ TEST_F(LogCommandTest, FiltersByFunction)
 {
     EXPECT_EQ(Print(c_everyForm, {"-f", "Parse"}),
               "4294967000 error Parse:64 Unable to open file : a.ini\n");
+    EXPECT_EQ(Print(c_everyForm, {"-f", "wx"}), "2009-03-05 05:49:08.000 warning wx disk full\n");
 }
 
 TEST_F(LogCommandTest, FiltersByText)
