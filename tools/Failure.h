@@ -7,16 +7,18 @@
 
 namespace Tool {
 
-/// Ends the command with a message on standard error and `ExitError`.
+/// Thrown when a command fails. The program then prints the message to standard error and exits
+/// with `ExitError`.
 class Failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Returns a failure with `what` and the text of `errno`: "cannot read x: Permission denied".
-inline Failure MakeSystemFailure(const std::string& what)
+/// Returns a failure whose message is `action` and the system's message for `errno`: "cannot read
+/// x: Permission denied".
+inline Failure MakeSystemFailure(const std::string& action)
 {
-    return Failure(what + ": " + std::strerror(errno));
+    return Failure(action + ": " + std::strerror(errno));
 }
 
 } // namespace Tool

@@ -3,7 +3,6 @@
 #include <wx/wfstream.h>
 #include <wx/zipstrm.h>
 
-#include <memory>
 #include <string_view>
 
 #include "scale/Operations.h"
@@ -17,26 +16,26 @@ using Text = TString<wchar_t>;
 constexpr std::string_view c_line = "words of a line\n";
 constexpr int c_wordsPerLine = 4;
 
-Run PrepareListing(int entries)
+Run PrepareListing(int entryCount)
 {
     const std::filesystem::path path = GetDirectory() / "many.zip";
     {
         wxFFileOutputStream file{wxString(path.native())};
-        constexpr int uncompressed = 0;
-        wxZipOutputStream archive(file, uncompressed);
-        for (int entry = 0; entry < entries; ++entry)
+        constexpr int noCompression = 0;
+        wxZipOutputStream archive(file, noCompression);
+        for (int entry = 0; entry < entryCount; ++entry)
             archive.PutNextEntry(wxString::Format("entry%07d", entry));
     }
-    const auto list = std::make_shared<ArchiveZip::EntriesMap>();
-    return [path, entries, list] {
+    return [path, entryCount] {
         ArchiveZip archive;
+        ArchiveZip::EntriesMap entries;
         archive.Open(ToWide(path));
-        Require(archive.EntriesList(*list, L"", ArchiveEntriesFlags::AllEntries) == entries);
+        Require(archive.EntriesList(entries, L"", ArchiveEntriesFlags::AllEntries) == entryCount);
     };
 }
 
-// Returns a run that passes the stream of an entry with `lines` lines to `read`, which must return
-// their number.
+// Creates an archive with one entry of `lines` lines. The returned run passes the stream of the
+// entry to `read`, which must return the number of lines.
 template <typename Read>
 Run PrepareReading(int lines, Read read)
 {

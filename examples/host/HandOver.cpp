@@ -22,14 +22,15 @@ Text GetServicePath()
 
 HandOverResult SendToServingHost(const Text& line)
 {
+    // Starts no attempt after this time. One attempt may take IPCClient::c_timeoutMs.
     constexpr unsigned int limitMs = 15'000;
     constexpr unsigned int pauseMs = 50;
 
-    const unsigned int beginTicks = GetTickCount();
+    const unsigned int startMs = GetTickCount();
     while (!IPCClient::Connect(GetServicePath(), line)) {
         if (!SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
             return HandOverResult::NoOtherHost;
-        if (GetTickCount() - beginTicks > limitMs)
+        if (GetTickCount() - startMs > limitMs)
             return HandOverResult::NotAccepted;
         Thread::Sleep(pauseMs);
         // The instance checks the lock only when it is created.

@@ -16,11 +16,11 @@ Text GetServicePath();
 enum class HandOverResult {
     NoOtherHost, ///< No other host is known to be running.
     HandedOver,  ///< Another host is serving and has received the line.
-    NotAccepted  ///< Another host is running, but has not accepted the line within 15 seconds.
+    NotAccepted  ///< Another host is running, but does not accept the line.
 };
 
-/// Sends `line` to the serving host. If another host is running but not serving, waits up to 15
-/// seconds: it may be starting or stopping.
+/// Sends `line` to the serving host. If another host is running but not serving, tries again
+/// for 15 seconds: it may be starting or stopping.
 ///
 /// Tries to connect before it checks the single-instance lock: in a read-only home directory, a
 /// serving host may not have been able to create the lock file.

@@ -13,7 +13,7 @@ namespace {
 using Narrow = TString<char>;
 using Wide = TString<wchar_t>;
 
-TEST(QuotedPrintableTest, HasUpperCaseDigitsInItsTable)
+TEST(QuotedPrintableTest, HasATableOfUpperCaseDigits)
 {
     EXPECT_STREQ(HEX, "0123456789ABCDEF");
 }
@@ -34,7 +34,7 @@ TEST(QuotedPrintableTest, EscapesAllButPlainCharacters)
         EXPECT_EQ(QP::ToQP(text), expected);
 }
 
-TEST(QuotedPrintableTest, EscapesOnlySomeVisibleAsciiCharacters)
+TEST(QuotedPrintableTest, EscapesOnlySomePunctuation)
 {
     const Wide plain = L"!#$%&'*+-.0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ^_`"
                        L"abcdefghijklmnopqrstuvwxyz{|}~";
@@ -160,19 +160,19 @@ TEST(QuotedPrintableTest, ReportsThatACharacterMustBeEncodedUnlessIgnored)
     EXPECT_FALSE(QP::HasToBeQP(Narrow("!#$%&'*+-.09AZ^_`az{|}~"), 1, 76, false));
 }
 
-TEST(QuotedPrintableTest, EscapesDeleteThoughHasToBeQPIgnoresIt)
+TEST(QuotedPrintableTest, EscapesU007FAlthoughHasToBeQPIgnoresIt)
 {
     EXPECT_FALSE(QP::HasToBeQP(Narrow("\x7F"), 1, 76, false));
     EXPECT_EQ(QP::ToQP(L"\x7F"), L"=7F");
 }
 
-TEST(QuotedPrintableTest, IgnoresTheCharactersOfWideStrings)
+TEST(QuotedPrintableTest, IgnoresAllButLineFeedsOfWideStringsInHasToBeQP)
 {
     for (const bool ignoreCharacters : {false, true})
         EXPECT_FALSE(QP::HasToBeQP(Wide(L"\t=\u00e9"), 1, 76, ignoreCharacters));
 }
 
-TEST(QuotedPrintableTest, KeepsLinesWithinTheirLengthsWithSoftBreaks)
+TEST(QuotedPrintableTest, InsertsSoftBreaksToLimitLineLengths)
 {
     constexpr std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"abcdefghijkl", L"abcdefghi=\r\njkl"},
@@ -206,7 +206,7 @@ TEST(QuotedPrintableTest, AcceptsFirstLineLengthsBelowFour)
         EXPECT_EQ(QP::ToQP(L" abcd", first, 4), expected) << first;
 }
 
-TEST(QuotedPrintableTest, StepsToTheLeftForHugeLineLengths)
+TEST(QuotedPrintableTest, InsertsBreaksBackwardsForHugeLineLengths)
 {
     constexpr std::pair<unsigned int, const wchar_t*> cases[] = {
         {0x7FFFFFFE, L"ab=20=\r\ncd"},
@@ -218,7 +218,7 @@ TEST(QuotedPrintableTest, StepsToTheLeftForHugeLineLengths)
         EXPECT_EQ(QP::ToQP(L"ab cd", 6, lineLength), expected) << std::hex << lineLength;
 }
 
-TEST(QuotedPrintableTest, BreaksOnceForTheTwoLargestLineLengths)
+TEST(QuotedPrintableTest, BreaksAtMostOnceForTheTwoLargestLineLengths)
 {
     for (const unsigned int lineLength : {0xFFFFFFFEu, 0xFFFFFFFFu}) {
         EXPECT_EQ(QP::ToQP(L"ab cd", 4, lineLength), L"ab=\r\n=20cd");

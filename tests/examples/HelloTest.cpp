@@ -21,6 +21,7 @@ TEST(HelloTest, WritesHelloToItsLog)
 TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
 {
     const InstalledProgram hello(HELLO_PROGRAM);
+    // A logger does not open a directory, and uses a fallback name.
     std::filesystem::create_directory(hello.LogPath());
 
     const ProgramResult result = hello.Run({});
@@ -34,7 +35,8 @@ TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
     std::filesystem::remove(path);
 }
 
-// The program stops right after the log's writer thread has opened the file.
+// The program stops right after the log's writer thread has opened the file. A race would not show
+// in every run.
 TEST(HelloTest, StopsCleanlyEachTime)
 {
     const InstalledProgram hello(HELLO_PROGRAM);

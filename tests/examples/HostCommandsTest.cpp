@@ -66,16 +66,16 @@ TEST_F(HostCommandsTest, SearchesEntriesWithUnusualContents)
 {
     const std::string longLine(2 << 20, 'x');
     const std::string archive =
-        Write("odd.zip", RawZip({{"blocks", "a\nfog\r\n\nfog"},
+        Write("odd.zip", RawZip({{"lineEnds", "a\nfog\r\n\nfog"},
                                  {"latin", "caf\xE9 fog\n"},
                                  {"long", longLine + "fog\nfog\n"},
                                  {"nulls", std::string("fog\0 fog\n", 9)}}));
     const ServingHost host(m_host);
 
     EXPECT_EQ(RunForResult(host, {"search", "-archive", archive, "-pattern", "fog$"}),
-              "blocks:2: fog\nblocks:4: fog\n"
+              "lineEnds:2: fog\nlineEnds:4: fog\n"
               "latin:1: café fog\n"
-              // A line of more than 1 MiB is split.
+              // A line of more than 1 MiB is split: the 2 MiB of x are lines 1 and 2.
               "long:3: fog\nlong:4: fog\n"
               "nulls:1: fog  fog\n");
 }
@@ -86,11 +86,11 @@ TEST_F(HostCommandsTest, WarnsAboutDamagedAndEncryptedEntries)
     damaged.checksum = 1;
     RawEntry secret{"secret", "fog\n"};
     secret.flags = c_encryptedFlag;
-    const std::string archive = Write("odd.zip", RawZip({damaged, secret, {"whole", "fog\n"}}));
+    const std::string archive = Write("odd.zip", RawZip({damaged, secret, {"intact", "fog\n"}}));
     ServingHost host(m_host);
 
     EXPECT_THAT(RunForResult(host, {"search", "-archive", archive, "-pattern", "fog"}),
-                EndsWith("whole:1: fog\n"));
+                EndsWith("intact:1: fog\n"));
     Quit(host);
 
     EXPECT_THAT(m_host.Log(),
@@ -112,7 +112,7 @@ TEST_F(HostCommandsTest, EscapesControlCharactersInEntryNames)
     EXPECT_THAT(m_host.Log(), Not(HasSubstr("\x1B")));
 }
 
-TEST_F(HostCommandsTest, FindsLinesInTheFilesOfAFolder)
+TEST_F(HostCommandsTest, FindsLinesInTheFilesInAFolder)
 {
     Write("texts/b.txt", "clear\nfog one");
     Write("texts/a.txt", std::string("fog\0in it\n", 10));
@@ -169,6 +169,7 @@ TEST_F(HostCommandsTest, DecodesWhatItEncoded)
         SCOPED_TRACE(encoding);
         const std::string encoded =
             RunForResult(host, {"encode", "-in", Write("input", input), "-as", encoding});
+        // At most 76 characters and a carriage return (RFC 2045).
         EXPECT_THAT(encoded, Not(ContainsRegex("[^\n]{78}")));
         Write("encoded", encoded);
         // EXPECT_EQ would print all the bytes.
@@ -265,8 +266,9 @@ TEST_F(HostCommandsTest, WritesAResultToRegularFilesOnly)
     EXPECT_FALSE(std::filesystem::exists(File("none")));
 }
 
-// Another user may create links at names that they guess for the host's temporary file.
-TEST_F(HostCommandsTest, DoesNotFollowALinkAtATemporaryName)
+// In a shared directory, another user could guess the name of a temporary file and create a link
+// there. These are names that a predictable scheme would use.
+TEST_F(HostCommandsTest, DoesNotFollowALinkAtAGuessedTemporaryName)
 {
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
@@ -346,13 +348,13 @@ TEST_F(HostCommandsTest, ResolvesRelativePathsWhereTheCommandIsStarted)
     EXPECT_EQ(ReadWholeFile(File("relative")), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostCommandsTest, PassesSpacesAndNonAsciiInTheCLocale)
+TEST_F(HostCommandsTest, AcceptsSpacesAndNonAsciiArgumentsInTheCLocale)
 {
     const ScopedEnvironment locale("LC_ALL", "C");
-    Write("ein Ordner/nöte.txt", "å  b\n");
+    Write("a folder/nöte.txt", "å  b\n");
     const ServingHost host(m_host);
 
-    EXPECT_EQ(RunForResult(host, {"find", "-folder", File("ein Ordner"), "-pattern", "^å  \\w$"}),
+    EXPECT_EQ(RunForResult(host, {"find", "-folder", File("a folder"), "-pattern", "^å  \\w$"}),
               "nöte.txt:1: å  b\n");
 }
 

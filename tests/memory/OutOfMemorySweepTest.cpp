@@ -46,8 +46,8 @@ protected:
     static void Sweep(Persistence persistence)
     {
         const Operation& operation = Operations()[GetParam()];
-        const long maxAllocations =
-            SoakRounds(static_cast<int>(operation.sample), std::numeric_limits<int>::max());
+        const long maxAllocations = SoakRounds(static_cast<int>(operation.maxSampledFailures),
+                                               std::numeric_limits<int>::max());
         bool hasFailed = true;
         for (long index = 0; hasFailed && index < maxAllocations; ++index) {
             SCOPED_TRACE("allocation " + std::to_string(index));

@@ -113,7 +113,7 @@ void RunsSteps(Attempt& attempt)
 void Throws(Attempt& attempt)
 {
     static const TString<wchar_t> message = L"a message that is too long for the string itself";
-    const bool hasReturned = attempt.Run(Rule::Results, [&] {
+    const bool hasReturned = attempt.Run(Rule::NoThrow, [&] {
         try {
             RegExpException::Throw(message);
         } catch (const smart_ptr<RegExpException>& exception) {

@@ -10,26 +10,27 @@
 #include "memory/AllocationFault.h"
 
 /// The out-of-memory sweep: runs each public operation repeatedly, with its first, second, third
-/// ... allocation failing, until a run makes too few allocations to reach the failing one.
+/// ... allocation failing, until no allocation fails because the operation makes fewer.
 namespace Toolkit::TestSupport {
 
 /// What an operation may do when memory runs out.
 enum class Rule {
-    Results,  ///< It throws nothing and reports failure by its result.
-    BadAlloc, ///< It may throw std::bad_alloc and then changes nothing.
+    NoThrow,  ///< It throws nothing and reports failure by its result.
+    BadAlloc, ///< It may throw std::bad_alloc, and in that case changes nothing.
     RegExp    ///< It may throw a `smart_ptr<RegExpException>`.
 };
 
 /// One run of an operation.
 class Attempt {
 public:
+    /// Makes the allocation with this index fail.
     Attempt(Origin origin, Persistence persistence, long index)
         : m_origin(origin), m_persistence(persistence), m_index(index)
     {
     }
 
-    /// Calls `operation` while the allocation fails. Returns false if it threw; an exception that
-    /// `rule` does not allow fails the test.
+    /// Calls `operation` with the chosen allocation failing. Returns false if it threw. An
+    /// exception fails the test unless an allocation failed and `rule` allows the exception.
     template <typename Operation>
     bool Run(Rule rule, Operation operation)
     {
@@ -41,7 +42,7 @@ public:
             } catch (...) {
                 thrown = std::current_exception();
             }
-            m_hasFailed = AllocationFault::HasFailed();
+            m_hasFailed = AllocationFault::HasFailed() || m_hasFailed;
         }
         return CheckException(rule, thrown);
     }
@@ -50,10 +51,10 @@ public:
     template <typename Operation>
     void Run(Operation operation)
     {
-        Run(Rule::Results, std::move(operation));
+        Run(Rule::NoThrow, std::move(operation));
     }
 
-    /// Whether an allocation failed in Run().
+    /// Whether an allocation has failed in any Run().
     bool HasFailed() const { return m_hasFailed; }
 
     /// Expects `success` if no allocation failed, and `success` or `failure` if one did.
@@ -62,7 +63,7 @@ public:
     /// Expects `condition` whether or not an allocation failed.
     void ExpectAlways(bool condition) { Expect(condition, condition); }
 
-    /// Number of expectations that did not hold.
+    /// Number of failed expectations and of exceptions that were not allowed.
     int Failures() const { return m_failures; }
 
 private:
@@ -110,7 +111,7 @@ struct Operation {
     const char* name;
     void (*run)(Attempt&);
     /// Maximum number of failing allocations that the normal test run tries; script/soak tries all.
-    long sample = 1'000'000;
+    long maxSampledFailures = 1'000'000;
 };
 
 std::vector<Operation> CoreOperations();

@@ -27,7 +27,7 @@ std::size_t CountThreads()
 
 using ThreadList = std::vector<unsigned long>;
 
-// Implements callbacks from the library. Each call records its thread.
+// The base of classes that implement callbacks of the library. Each callback calls RecordThread().
 template <typename Interface>
 class ThreadRecorder : public Interface {
 public:
@@ -84,7 +84,7 @@ void CallEveryRecorder(ThreadList& threads, const TString<wchar_t>& service)
     LogRecorder(threads, SeverityVerbose) << L"text";
 }
 
-// Fixture for a program that starts the library, installs a log file and uses both.
+// Starts the library as a program does. OpenLog() installs a FileLogger.
 class FlowTest : public LogFileTest {
 protected:
     FlowTest() { m_registry.Initialize(true); }

@@ -69,8 +69,8 @@ void ParseInteger(const Char* at, const Char* end, Integer& value)
 }
 
 // Collects the characters of a decimal floating-point number, without its sign, as `char`. Stops
-// where a standard stream does. Numbers that fit into m_short, by far the most common, allocate
-// nothing.
+// where an input stream of libstdc++ does. Allocates nothing for numbers that fit into m_short, as
+// nearly all do.
 class FloatingPointCharacters {
 public:
     template <typename Char>
@@ -156,14 +156,14 @@ constexpr auto c_powersOfTen = [] {
 
 std::size_t CountDigits(unsigned long long magnitude)
 {
-    // Zero also has one digit. Setting the lowest bit never changes the number of digits.
+    // Zero has one digit too. Setting the lowest bit never changes the number of digits.
     magnitude |= 1;
     // 1233 / 4096 approximates log10(2) closely enough for 64 bits.
-    const auto count = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;
-    return count + (magnitude >= c_powersOfTen[count] ? 1 : 0);
+    const auto countOrOneLess = static_cast<std::size_t>(std::bit_width(magnitude)) * 1233 >> 12;
+    return countOrOneLess + (magnitude >= c_powersOfTen[countOrOneLess] ? 1 : 0);
 }
 
-// Fills the range from `begin` to `end` with digits. CountDigits() returns how many a number needs.
+// Writes `magnitude` in decimal from `begin` to `end`, which must be CountDigits(magnitude) apart.
 template <typename Char, typename Unsigned>
 void WriteDigits(Unsigned magnitude, Char* begin, Char* end)
 {

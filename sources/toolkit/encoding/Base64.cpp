@@ -76,26 +76,27 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
 namespace Toolkit {
 namespace {
 
-// In bytes. A multiple of 3, so that only the last piece is padded, and small enough for both
+// In bytes. A multiple of 3, so that only the last chunk is padded, and small enough for both
 // buffers to stay in the L1 cache.
-constexpr std::size_t c_pieceLength = 768;
+constexpr std::size_t c_chunkLength = 768;
 
-// Encodes like b64_decode_binary(), but as a wide string. Encodes piece by piece, which needs no
-// array for the whole result.
+// Returns the Base64 form as a wide string. Encodes in chunks, so that the narrow characters need
+// only a small buffer.
 std::wstring Encode(const unsigned char* bytes, std::size_t length)
 {
     std::wstring text;
     text.reserve((length + 2) / 3 * 4);
-    unsigned char code[c_pieceLength / 3 * 4];
-    wchar_t characters[c_pieceLength / 3 * 4];
+    constexpr std::size_t maxCodeLength = c_chunkLength / 3 * 4;
+    unsigned char code[maxCodeLength];
+    wchar_t characters[maxCodeLength];
     while (length > 0) {
-        const std::size_t piece = std::min(length, c_pieceLength);
-        const std::size_t codeLength = (piece + 2) / 3 * 4;
-        EncodeBase64(bytes, piece, code);
+        const std::size_t chunk = std::min(length, c_chunkLength);
+        const std::size_t codeLength = (chunk + 2) / 3 * 4;
+        EncodeBase64(bytes, chunk, code);
         std::copy_n(code, codeLength, characters);
         text.append(characters, codeLength);
-        bytes += piece;
-        length -= piece;
+        bytes += chunk;
+        length -= chunk;
     }
     return text;
 }

@@ -8,8 +8,8 @@
 namespace Toolkit {
 namespace {
 
-// Returns the length of `text` in UTF-8, in bytes; 0 if it is not valid.
-std::size_t MeasureEncoded(const wchar_t* text)
+// Returns the length of `text` in UTF-8, in bytes; 0 if a character is negative or above U+10FFFF.
+std::size_t GetEncodedLength(const wchar_t* text)
 {
     std::size_t length = 0;
     for (; *text != L'\0'; ++text) {
@@ -35,7 +35,7 @@ TString<wchar_t> UTF8::ToUNICODE(const TString<char>& text)
 
 bool UTF8::HasToBeUTF8(const TString<wchar_t>& text)
 {
-    return MeasureEncoded(text.c_str()) > text.size();
+    return GetEncodedLength(text.c_str()) > text.size();
 }
 
 } // namespace Toolkit

@@ -9,23 +9,23 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Recursive, because the logger may use wxWidgets, which then logs again. Not constinit, because
-// libc++ constructs it at load.
+// Recursive, because the logger may use wxWidgets, which then logs again. Not constinit: the
+// constructor of libc++'s std::recursive_mutex is not constexpr.
 Base::CheckedRecursiveMutex s_lock;
 wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
 std::atomic<unsigned int> s_forksAtInstall{0}; // CountForks() when s_target was installed
 
-// Replaces the lock in a forked child: a thread that only the parent has may hold it. Unlike the
-// ForkLocks, it is not acquired before the fork, which would wait for the logger to handle a
-// message.
-void RenewLock()
+// Replaces the lock in a forked child: a thread that exists only in the parent may have held it at
+// the fork. Unlike the ForkLocks, the lock is not acquired before the fork, because fork() would
+// then wait until the logger has handled its current message.
+void ReinitializeLock()
 {
     new (&s_lock) Base::CheckedRecursiveMutex();
 }
 
 // False in a forked child: the queued messages are its parent's, and another thread of the parent
 // may have held the lock with which wxWidgets guards them.
-bool HasOwnMessages()
+bool OwnsQueuedMessages()
 {
     return s_forksAtInstall == Base::CountForks();
 }
@@ -34,7 +34,7 @@ bool HasOwnMessages()
 
 void InstallForwarder(wxLog* target)
 {
-    [[maybe_unused]] static const int error = ::pthread_atfork(nullptr, nullptr, RenewLock);
+    [[maybe_unused]] static const int error = ::pthread_atfork(nullptr, nullptr, ReinitializeLock);
 
     const Base::CheckedLock lock(s_lock);
     s_target = target;
@@ -47,7 +47,7 @@ bool RemoveForwarder(wxLog* target)
     if (s_target != target)
         return false;
     s_target = nullptr;
-    return HasOwnMessages();
+    return OwnsQueuedMessages();
 }
 
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info)
@@ -69,7 +69,7 @@ void DetachForwarder()
     }
     if (!target || wxLog::GetActiveTarget() != target)
         return;
-    if (HasOwnMessages())
+    if (OwnsQueuedMessages())
         wxLog::FlushActive();
     wxLog::SetActiveTarget(nullptr);
 }

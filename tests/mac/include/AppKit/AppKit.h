@@ -1,6 +1,6 @@
 #pragma once
 
-// The application functions of the AppKit reference
+// Minimal declarations for MacCocoa.mm, as in Apple's AppKit documentation.
 
 typedef signed char BOOL;
 

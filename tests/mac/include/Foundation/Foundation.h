@@ -1,6 +1,6 @@
 #pragma once
 
-// NSAutoreleasePool of the Foundation reference
+// Minimal declarations for MacCocoa.mm, as in Apple's Foundation documentation.
 
 __attribute__((objc_root_class))
 @interface NSObject
