@@ -73,8 +73,8 @@ TEST_F(HostCommandsTest, SearchesEntriesWithUnusualContents)
     const ServingHost host(m_host);
 
     EXPECT_EQ(RunForResult(host, {"search", "-archive", archive, "-pattern", "fog$"}),
-              "lineEnds:2: fog\nlineEnds:4: fog\n"
               "latin:1: café fog\n"
+              "lineEnds:2: fog\nlineEnds:4: fog\n"
               // A line of more than 1 MiB is split: the 2 MiB of x are lines 1 and 2.
               "long:3: fog\nlong:4: fog\n"
               "nulls:1: fog  fog\n");

@@ -380,15 +380,6 @@ TEST_F(FFileTest, DoesNotOpenADirectoryOrAFileInAMissingOne)
     EXPECT_FALSE(FFile::Exists(L""));
 }
 
-TEST_F(FFileTest, IsClosedIfAppendingCannotFindTheEnd)
-{
-    FFile file;
-
-    // This file can be written, but the system cannot seek to its end.
-    EXPECT_FALSE(file.Open(L"/proc/self/comm", L"a"));
-    EXPECT_FALSE(file.IsOpened());
-}
-
 TEST_F(FFileTest, ReadsAPipeWhenItsOtherEndIsOpened)
 {
     const TString<wchar_t> pipe = m_directory.File(L"pipe");

@@ -30,12 +30,12 @@ std::string WithZip64End(const std::string& archive)
         return archive.substr(end + at, size) + std::string(8 - size, '\0');
     };
     const std::string count = widen(c_countAt, 2);
-    const std::string record = "PK\6\6" + Number(44, 8) + Number(45, 2) + Number(45, 2) +
-                               Number(0, 8) + count + count + widen(c_sizeAt, 4) +
-                               widen(c_offsetAt, 4);
-    const std::string locator = "PK\6\7" + Number(0, 4) + Number(end, 8) + Number(1, 4);
-    return archive.substr(0, end) + record + locator + "PK\5\6" + Number(0, 4) +
-           std::string(12, '\xFF') + Number(0, 2);
+    const std::string record = "PK\6\6" + PackNumber(44, 8) + PackNumber(45, 2) +
+                               PackNumber(45, 2) + PackNumber(0, 8) + count + count +
+                               widen(c_sizeAt, 4) + widen(c_offsetAt, 4);
+    const std::string locator = "PK\6\7" + PackNumber(0, 4) + PackNumber(end, 8) + PackNumber(1, 4);
+    return archive.substr(0, end) + record + locator + "PK\5\6" + PackNumber(0, 4) +
+           std::string(12, '\xFF') + PackNumber(0, 2);
 }
 
 // Waits until a file in a directory is written.
@@ -227,7 +227,7 @@ TEST_F(ZipCommandTest, RefusesToExtractLinks)
 TEST_F(ZipCommandTest, FindsALinkDespiteACommentLikeAnEndRecord)
 {
     std::string archive = LinkArchive();
-    archive.replace(archive.size() - c_endLength + c_commentLengthAt, 2, Number(4, 2));
+    archive.replace(archive.size() - c_endLength + c_commentLengthAt, 2, PackNumber(4, 2));
 
     ExpectRefused(archive + "PK\5\6", "refused: neither a file nor a directory: link");
 }
@@ -237,9 +237,9 @@ TEST_F(ZipCommandTest, RefusesToExtractWithAWrongEntryCount)
     const std::string archive = RawZip({{"a", "x"}, {"b", "x"}});
     const std::size_t end = archive.size() - c_endLength;
     std::string tooFew = archive;
-    tooFew.replace(end + c_countAt, 2, Number(1, 2));
+    tooFew.replace(end + c_countAt, 2, PackNumber(1, 2));
     std::string tooMany = archive;
-    tooMany.replace(end + c_countAt, 2, Number(3, 2));
+    tooMany.replace(end + c_countAt, 2, PackNumber(3, 2));
 
     for (const std::string& wrong : {tooFew, tooMany, WithZip64End(tooFew)})
         ExpectRefused(wrong, "refused: the directory of the archive is damaged");

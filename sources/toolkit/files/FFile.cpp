@@ -76,10 +76,7 @@ bool FFile::OpenAfterClosing(const TString<wchar_t>& name, const TString<wchar_t
     // fopen() starts a file that is opened only for appending at its end; fdopen() does not. A pipe
     // has no positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
-    if (!onlyAppends || SeekEnd(0) || errno == ESPIPE)
-        return true;
-    Close();
-    return false;
+    return !onlyAppends || SeekEnd(0) || errno == ESPIPE;
 }
 
 bool FFile::IsOpened() const
