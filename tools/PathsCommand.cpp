@@ -39,7 +39,7 @@ std::string FindProgram(const std::string& program)
     const char* const directories = std::getenv("PATH");
     std::istringstream list(directories ? directories : "");
     for (std::string directory; std::getline(list, directory, ':');) {
-        const std::string path = (directory.empty() ? "." : directory) + "/" + program;
+        std::string path = (directory.empty() ? "." : directory) + "/" + program;
         if (::access(path.c_str(), X_OK) == 0 && !IsDirectory(path))
             return path;
     }

@@ -21,7 +21,7 @@ std::string FollowLinks(std::string path)
         if (length <= 0)
             return path;
         const std::string to(link, static_cast<std::size_t>(length));
-        path = to.front() == '/' ? to : path.substr(0, path.rfind('/') + 1) + to;
+        path.replace(to.front() == '/' ? 0 : path.rfind('/') + 1, std::string::npos, to);
     }
     return {};
 }

@@ -13,7 +13,7 @@ std::size_t GetEncodedLength(const wchar_t* text)
 {
     std::size_t length = 0;
     for (; *text != L'\0'; ++text) {
-        const auto character = static_cast<std::uint32_t>(*text);
+        const std::uint32_t character = std::char_traits<wchar_t>::to_int_type(*text);
         if (character > 0x10FFFF)
             return 0;
         length += 1u + (character >= 0x80) + (character >= 0x800) + (character >= 0x10000);
