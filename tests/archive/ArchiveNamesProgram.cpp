@@ -1,4 +1,4 @@
-// Prints the names of an archive's entries, each as its character codes.
+// Prints the entry names of the archive argv[1], one per line, as hexadecimal code points.
 
 #include "toolkit/archive/ArchiveZip.h"
 #include "toolkit/encoding/UTF8.h"

@@ -30,8 +30,8 @@ constexpr std::uint32_t c_sizeInExtraField = 0xFFFFFFFF;
 
 class ArchiveZipHostileTest : public TestSupport::ArchiveFixture {
 protected:
-    // Lists an archive, reads each entry as bytes, lines and words, and returns the number of
-    // bytes.
+    // Lists `archive` and reads each entry three times: as bytes, lines and words. Returns the
+    // number of bytes that the first reading yields.
     std::size_t ReadAll(const std::string& archive)
     {
         std::size_t count = 0;
@@ -121,7 +121,7 @@ TEST_F(ArchiveZipHostileTest, DropsUngetBytesBeforeTheNextEntry)
     static_cast<wxZipInputStream*>(StreamAt(L"a"))->Ungetch("back", 4);
 
     EXPECT_EQ(ReadBytes(L"whole"), "content");
-    // wxTextInputStream reads the character after a carriage return.
+    // After a carriage return, wxTextInputStream reads one more character and puts it back.
     ListNames(WriteBytes(RawZip({{.name = "a", .data = "one\r\xC3\xA9"}, c_whole})));
     TString<wchar_t> line;
     EXPECT_TRUE(StreamAt(L"a").ReadLine(line));

@@ -35,7 +35,7 @@ protected:
         return Path();
     }
 
-    // Changes the first occurrence of `from` in the archive's bytes.
+    // Overwrites the first occurrence of `from` in the archive with `to`, which is as long.
     void Damage(const std::string& from, const std::string& to) const
     {
         std::string bytes = m_directory.ReadFile(L"archive.zip");
@@ -273,7 +273,7 @@ TEST_F(ArchiveZipTest, ListsUnusualNamesUnchanged)
 TEST_F(ArchiveZipTest, DecodesNamesWithInvalidUtf8AsLatin1)
 {
     Write({{L"aa", "first"}, {L"bb", "second"}});
-    // Names that are not valid UTF-8, both in the entries' headers and in the directory.
+    // A name occurs twice: in the entry's header and in the directory.
     Damage("aa", "\xE9\xE9");
     Damage("aa", "\xE9\xE9");
     Damage("bb", "\xE8\xE8");

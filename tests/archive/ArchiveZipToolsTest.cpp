@@ -22,7 +22,7 @@ using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedLocale;
 using TestSupport::ScopedTimeZone;
 
-// Reads archives that other programs write from files in the test's directory.
+// Reads archives that zip and Python create.
 class ArchiveZipToolsTest : public TestSupport::ArchiveFixture {
 protected:
     void SetUp() override
@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(result.exitCode, 0) << command << "\n" << result.output << result.errors;
     }
 
-    // Runs Python statements in which `z` is an archive open for writing.
+    // Runs Python statements in which `z` is archive.zip, opened with `mode`.
     void RunPython(const std::string& statements, const std::string& mode = "w") const
     {
         m_directory.WriteFile(L"write.py", "import zipfile\n"
@@ -48,7 +48,7 @@ protected:
         Run("python3 write.py");
     }
 
-    // Checks the names and contents of the two files, which are the same in every archive.
+    // Checks that the archive contains exactly what SetUp() creates.
     void ExpectFiles()
     {
         EXPECT_THAT(ListNames(Path()), ElementsAre(L"long.txt", L"sub/", L"sub/short.txt"));
@@ -86,7 +86,7 @@ TEST_F(ArchiveZipToolsTest, ReadsAnArchiveThatWasStreamed)
     ExpectFiles();
 }
 
-// wxZipInputStream needs the sizes before the data.
+// The sizes of a streamed entry follow its data. For Zip64, wxZipInputStream needs them first.
 TEST_F(ArchiveZipToolsTest, ReadsNothingFromAZip64EntryThatWasStreamed)
 {
     Run("cat long.txt | zip -q - - | cat > archive.zip");
@@ -121,7 +121,7 @@ TEST_F(ArchiveZipToolsTest, ReadsAnArchiveAppendedToAProgram)
     Run("zip -q -r plain.zip long.txt sub && (echo program; cat plain.zip) > archive.zip");
     ExpectFiles();
 
-    // Now with offsets from the beginning of the whole file, including the program.
+    // -A makes the offsets count from the beginning of the file, including the program.
     Run("zip -q -A archive.zip");
     ExpectFiles();
 }
@@ -159,10 +159,11 @@ TEST_F(ArchiveZipToolsTest, ListsUtf8NamesInAnyLocale)
     }
 }
 
-// Lists the archive in other processes, because wxWidgets reads the environment once per process.
+// Lists the archive in other processes, because wxWidgets reads the locale's encoding from the
+// environment only once per process.
 TEST_F(ArchiveZipToolsTest, DecodesUnmarkedNamesInTheLocalesEncodingOrLatin1)
 {
-    // Python marks names outside ASCII as UTF-8: the test clears the flag.
+    // Python marks non-ASCII names as UTF-8, so clear that flag.
     RunPython("z.writestr('\\u00e9', 'one')");
     std::string bytes = m_directory.ReadFile(L"archive.zip");
     constexpr std::size_t flagsInHeader = 7;

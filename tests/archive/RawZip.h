@@ -7,7 +7,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// A zip entry, any field of which may be set to a wrong value.
+/// A zip entry. An optional field that is not set gets its correct value in the archive; set it to
+/// write a wrong one.
 struct RawEntry {
     std::string name;
     std::string data;           ///< The bytes between this entry's header and the next.
@@ -24,7 +25,7 @@ struct RawEntry {
 /// Returns a zip archive of `entries`.
 std::string RawZip(const std::vector<RawEntry>& entries);
 
-/// Returns `content` in the deflate format, as one uncompressed block.
+/// Returns `content`, of at most 65,535 bytes, in the deflate format, as one uncompressed block.
 std::string Deflated(const std::string& content);
 
 std::uint32_t Checksum(const std::string& bytes);

@@ -25,7 +25,7 @@ namespace {
 using TestSupport::TempDir;
 using TestSupport::WriteZip;
 
-// An archive with one entry, opened at its beginning.
+// An archive with one entry, which is open for reading.
 class OpenedEntry {
 public:
     explicit OpenedEntry(const TString<wchar_t>& path)
@@ -52,7 +52,7 @@ protected:
         return m_directory.File(L"archive.zip");
     }
 
-    // Returns the lines of an entry, up to the first incomplete one.
+    // Writes `bytes` as an entry and returns the lines that ReadLine() reads from it.
     std::vector<std::wstring> ReadLines(const std::string& bytes) const
     {
         OpenedEntry entry(Write(bytes));
@@ -246,7 +246,8 @@ std::string RandomContent(std::mt19937& random)
     return content;
 }
 
-// Reads from both in one of three ways; returns the difference, if any.
+// Reads a line (`way` 0), a word (1) or a byte (2) from both streams. Returns what differs; empty
+// if nothing does.
 std::string ReadOnce(unsigned long way, OpenedEntry& entry, wxZipInputStream& reference)
 {
     ReferenceReader reader(reference);

@@ -8,10 +8,11 @@
 
 namespace Toolkit::TestSupport {
 
-/// Name and bytes of an entry; a name that ends in "/" is a directory.
+/// Names and bytes of the entries. A name that ends with "/" is a directory, which has no bytes.
 using ZipContent = std::vector<std::pair<std::wstring, std::string>>;
 
-/// Writes an archive with wxWidgets. Names are stored and marked as UTF-8.
+/// Writes an archive with wxWidgets, which stores names as UTF-8 and marks those that are not
+/// ASCII.
 void WriteZip(const TString<wchar_t>& path, const ZipContent& content);
 
 } // namespace Toolkit::TestSupport
