@@ -73,7 +73,7 @@ TEST_F(FileLockTest, IsHeldWhileAnotherThreadReleasesIt)
     EXPECT_EQ(failures, 0);
 }
 
-// Exits while holding the lock, after forking a child, which writes its process id to `output` and
+// Forks a child, then exits while holding the lock. The child writes its process ID to `output` and
 // keeps running.
 [[noreturn]] void HoldLockForkAndExit(const FileLock& lock, int output)
 {

@@ -25,8 +25,8 @@ int StateInAnotherProcess()
     return WEXITSTATUS(status);
 }
 
-// Exits with 0 if this process gets the lock and another one then does not. Gives up root's rights
-// first, because file permissions do not apply to root.
+// Exits with 0 if this process gets the lock and another one then does not. Drops root privileges
+// first, because root can write to read-only files.
 [[noreturn]] void LockAsAnOrdinaryUser()
 {
     constexpr uid_t nobody = 65534;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr unsigned int c_childTimeoutS = 10;
 
-// Returns whether `check` succeeds in a forked child that ends in time.
+// Returns whether `check` succeeds in a forked child within c_childTimeoutS seconds.
 bool SucceedsInChild(const std::function<bool()>& check)
 {
     const pid_t child = ::fork();
