@@ -342,8 +342,8 @@ TEST_F(CmdLineParserTest, DecodesANarrowCommandLineAsUtf8)
     EXPECT_EQ(m_file->GetValue(), L"\u6587 \u5B57");
 }
 
-// Parses a command line and a list of arguments while one allocation fails. Returns false if there
-// are fewer allocations.
+// Parses a command line and a list of arguments while allocation number `allocation`, counted from
+// 0, fails. Returns false if parsing makes fewer allocations.
 bool ParseWithAFailingAllocation(const smart_ptr<CmdLineOption>& option, long allocation)
 {
     const TString<wchar_t> line = L"-file \"a value that needs memory\"";

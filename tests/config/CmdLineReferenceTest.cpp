@@ -15,7 +15,7 @@ namespace {
 
 using TestSupport::RandomText;
 
-// For one line.
+// Tokenizes one line; each line needs a new object.
 class ReferenceTokenizer {
 public:
     std::vector<std::wstring> Tokenize(const std::wstring& line)

@@ -1,4 +1,5 @@
-// Compares the settings of random files with those of a plain reference parser.
+// Compares the settings that IniFile reads from random files with those of a plain reference
+// parser.
 
 #include "toolkit/config/IniFile.h"
 

@@ -341,7 +341,8 @@ TEST_F(IniFileTest, ListsKeysIntoAVectorThatHoldsTheSectionName)
     EXPECT_THAT(names, ElementsAre(L"a", L"b"));
 }
 
-// Parses while one allocation fails. Returns false if there are fewer allocations.
+// Parses while allocation number `allocation`, counted from 0, fails. Returns false if parsing
+// makes fewer allocations.
 bool ParseWithAFailingAllocation(IniFile& ini, const TString<wchar_t>& path, long allocation)
 {
     const FailingAllocation failing(allocation);
