@@ -44,7 +44,7 @@ Contents ContentsOf(const Bytes& bytes)
     return contents;
 }
 
-// An in-memory stream that records its calls and fails in call number `failAt`.
+// An in-memory stream that records its calls. Call number `failAt`, counted from 1, fails.
 class MemoryStream : public IStream {
 public:
     explicit MemoryStream(const std::string& bytes = "") : contents(bytes) {}

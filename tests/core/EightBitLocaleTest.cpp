@@ -1,5 +1,5 @@
-// Compares the string operations with plain character-by-character ones in the system's 8-bit
-// locales.
+// Compares the string operations with plain character-by-character ones in 8-bit locales, which are
+// compiled from the system's locale sources.
 
 #include "toolkit/core/TString.h"
 
@@ -44,7 +44,8 @@ bool IsMultibyte(const std::string& set)
                        [&set](const char* prefix) { return set.starts_with(prefix); });
 }
 
-// Returns all 8-bit character sets of the system. Testing them takes a few minutes.
+// Returns all 8-bit character sets of the system, and a few multibyte ones, which Select() rejects.
+// Testing them takes a few minutes.
 std::set<std::string> EveryCharacterSet()
 {
     std::set<std::string> sets;
@@ -56,7 +57,7 @@ std::set<std::string> EveryCharacterSet()
 }
 
 // Returns the 8-bit character sets of the locales that the system supports, and those with a
-// dotless i. Under script/soak, returns all 8-bit character sets of the system.
+// dotless i. Under script/soak, returns EveryCharacterSet().
 std::set<std::string> CharacterSets()
 {
     if (SoakRounds(0, 1) == 1)
@@ -79,8 +80,8 @@ constexpr const char* c_letterTables[] = {"i18n", "tr_TR"};
 // Selects locales that consist only of a letter table, which take a tenth of a second to compile.
 class LetterLocales {
 public:
-    // Returns false if the system cannot compile the locale or its character set has more than 8
-    // bits.
+    // Compiles a locale from the letter table `letters` and the character set `set`, and makes it
+    // the locale of the process. Returns false if that fails or `set` is multibyte.
     bool Select(const std::string& letters, const std::string& set)
     {
         const std::string source = (m_directory.Path() / letters).native();

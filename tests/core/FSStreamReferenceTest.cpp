@@ -1,5 +1,5 @@
 // Writes random sequences of items, compares the files with bytes packed by hand, and reads them
-// back. Then reads the same files truncated at every byte.
+// back. Also reads the file of one such sequence, truncated at every byte.
 
 #include "toolkit/core/Bytes.h"
 #include "toolkit/core/FSStream.h"
@@ -31,7 +31,7 @@ void PackNumber(std::string& bytes, unsigned int value)
     }
 }
 
-// Blocks are written as byte buffers, so their size comes first.
+// Packs items as Writer does. Writer stores a block as a Bytes object, so its size comes first.
 struct Packer {
     void operator()(unsigned int value) { PackNumber(bytes, value); }
 
@@ -64,7 +64,7 @@ struct Writer {
     FSStream& stream;
 };
 
-// Reads an item of the same kind, compares it and returns the result code.
+// Reads an item of the same type as `expected`, compares the two and returns the result code.
 struct Reader {
     unsigned int operator()(unsigned int expected)
     {

@@ -26,7 +26,7 @@ using TestSupport::FileSizeLimit;
 using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 
-// Returns the bytes of a number in memory, which is how files store it.
+// Returns the bytes of `value` in native byte order, as a file stores them.
 std::string Packed(unsigned int value)
 {
     std::string bytes(sizeof value, '\0');
@@ -530,7 +530,8 @@ TEST_F(FSStreamTest, DoesNotLogFailures)
     EXPECT_EQ(log.count, 0);
 }
 
-// Records the numbers that the stream writes, which include the sizes of strings.
+// Records integers instead of writing them, and reads every integer as `size`. The sizes of strings
+// are such integers.
 class SizeStream : public FSStream {
 public:
     using FSStream::FSStream;
@@ -574,7 +575,7 @@ TEST_F(FSStreamTest, CallsADerivedReadForTheSizeOfAString)
     EXPECT_EQ(text, L"ab");
 }
 
-// Counts the blocks that the stream writes.
+// Counts the calls that write or read a block.
 class BlockStream : public FSStream {
 public:
     using FSStream::FSStream;

@@ -17,7 +17,8 @@ namespace {
 using TestSupport::TempDir;
 using Wide = TString<wchar_t>;
 
-// An object with all three kinds of item, which reports failures with its own codes.
+// An object with an integer, a string and a block. Returns its own codes if the integer or the
+// string fails, and the stream's code for the block.
 struct Record : ISerialize {
     unsigned int Serialize(IStream& stream) const override
     {

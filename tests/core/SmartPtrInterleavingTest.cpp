@@ -29,7 +29,7 @@ struct Thread {
 
 const Program c_copy = {Step::Add};
 const Program c_drop = {Step::Subtract};
-// A broken drop that reads and writes in two steps. The test must detect it.
+// A broken drop that reads and writes the count in two steps. The test must detect it.
 const Program c_splitDrop = {Step::Read, Step::Write};
 
 constexpr int c_released = -1000;
@@ -42,15 +42,15 @@ void Push(Thread& thread, const Program& steps)
 
 class Model {
 public:
-    // `release` has the steps of the last drop, `destructor` those that the object's destructor
-    // adds.
+    // `release` contains the steps after a drop to 0, `destructor` the steps that the object's
+    // destructor takes.
     Model(Program release, Program destructor)
         : m_release(std::move(release)), m_destructor(std::move(destructor))
     {
     }
 
     // Returns the number of orders that do not release the object exactly once, never free the
-    // block, or use it afterwards.
+    // block, or use the block after freeing it.
     int CountFaults(const Program& first, const Program& second)
     {
         std::array<Thread, 2> threads;

@@ -39,7 +39,7 @@ private:
     bool& m_destroyed;
 };
 
-// Records the objects that it is asked to release.
+// Records the objects that it releases.
 struct RecordingPolicy {
     template <typename T>
     void Release(T* object)
@@ -52,7 +52,7 @@ struct RecordingPolicy {
 
 std::vector<const void*> RecordingPolicy::s_released;
 
-// Releases nothing, so that the test releases the object itself.
+// Releases nothing: the objects are on the stack.
 struct InertPolicy {
     template <typename T>
     void Release(T*)
@@ -363,7 +363,7 @@ TEST_F(SmartPtrTest, CanBeAssignedFromWithinTheObjectItReleases)
     EXPECT_EQ(Counted::s_alive, 1);
 }
 
-// Copies its own pointer and drops the copies in its destructor.
+// Its destructor copies the pointer that owns it, records the count, and drops the copies.
 struct SelfCopying : Counted {
     ~SelfCopying() override
     {

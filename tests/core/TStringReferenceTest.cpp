@@ -162,7 +162,7 @@ TEST(TStringReferenceTest, ReplacesWithLongerStringsAsTheReferenceDoes)
     }
 }
 
-// Two strings that differ in case in many places and in more than case in few.
+// Two strings that differ in the case of many letters, and otherwise in at most one character.
 template <typename Char>
 struct SimilarStrings {
     SimilarStrings(RandomText& random, const std::basic_string<Char>& alphabet,
