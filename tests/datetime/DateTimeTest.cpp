@@ -14,7 +14,7 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// Tests in Central European time and the United States locale.
+// Sets the time zone to Central European Time and the locale to US English.
 class DateTimeTest : public testing::Test {
 protected:
     static std::wstring ToIso(const DateTime& date)
@@ -304,7 +304,7 @@ TEST_F(DateTimeTest, JoinsDateAndTimeInItsString)
 
 TEST_F(DateTimeTest, WritesTheTimeForTodayAndTheDateForOtherDays)
 {
-    // If midnight passes during the test, today's string is not checked.
+    // If midnight passes during the test, any string is accepted for today.
     DateTime today;
     TString<wchar_t> todayText;
     today.GetRelativeStringFromNow(todayText);
@@ -468,7 +468,7 @@ TEST_F(DateTimeTest, TruncatesDifferencesInSecondsTo32Bits)
     const DateTime early(1900, 1, 1, 0, 0, 0, 0);
     const DateTime late(2100, 1, 1, 0, 0, 0, 0);
 
-    // 73,049 days are 6,311,433,600 seconds.
+    // There are 73,049 days, or 6,311,433,600 seconds, from 1900 to 2100.
     EXPECT_EQ(late.GetTotalSecondes(CopyShared(early)), 6311433600 - (1LL << 32));
 }
 

@@ -18,7 +18,8 @@ using TestSupport::ScopedTimeZone;
 
 constexpr int c_instantCount = 20000;
 
-// Returns an instant between 1902 and 2107. Half of them are full hours, when clocks change.
+// Returns a random instant from 1902 to the beginning of 2107. Half of the instants are on the
+// hour, because most clock changes are.
 std::time_t PickInstant(std::mt19937_64& random)
 {
     std::uniform_int_distribution<std::time_t> instants(-2145916800, 4323801600);
@@ -56,7 +57,6 @@ std::tm ToLocalFields(std::time_t instant)
     return fields;
 }
 
-// Creates a date from UTC fields.
 DateTime FromUtc(const std::tm& utc)
 {
     return DateTime(
@@ -65,7 +65,7 @@ DateTime FromUtc(const std::tm& utc)
         static_cast<unsigned int>(utc.tm_min), static_cast<unsigned int>(utc.tm_sec), 0);
 }
 
-// Creates a date from local fields, for comparison with mktime().
+// Ignores tm_isdst, as mktime() does if it is -1.
 DateTime FromLocal(const std::tm& local)
 {
     return DateTime(
@@ -100,7 +100,8 @@ std::string DescribeDifferenceAt(std::time_t instant)
     return {};
 }
 
-// Checks one zone, in a process that has not used another zone.
+// Checks `zone` in a process that has used no other, so that nothing cached affects the result.
+// Exits with 0 if DateTime agrees with the C library.
 [[noreturn]] void CheckZoneInChild(const char* zone)
 {
     ::setenv("TZ", zone, 1);
