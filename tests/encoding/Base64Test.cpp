@@ -14,7 +14,8 @@ namespace {
 using Wide = TString<wchar_t>;
 using Operation = bool (*)(const unsigned char*, unsigned int, unsigned char**, unsigned int*);
 
-// Returns the result of one of the two free functions; `std::nullopt` if it fails.
+// Calls b64_decode_binary(), which encodes, or b64_encode_binary(), which decodes. Returns
+// `std::nullopt` if it fails.
 std::optional<std::string> Convert(Operation operation, const std::string& in)
 {
     unsigned char* out = nullptr;
@@ -191,7 +192,7 @@ TEST(Base64Test, DropsAnIncompleteLastGroup)
 
 TEST(Base64Test, FillsTheRestOfTheArrayWithZeros)
 {
-    // Every array is as long as GetDataLength() says.
+    // Each expected array has the size that GetDataLength() returns.
     const std::pair<std::string, std::string> cases[] = {
         {"Q", std::string(1, '\0')},
         {"QUJ", std::string(3, '\0')},
@@ -201,7 +202,8 @@ TEST(Base64Test, FillsTheRestOfTheArrayWithZeros)
         {"QQ==" + std::string(36, 'x'), "A" + std::string(29, '\0')}};
     for (const auto& [code, expected] : cases) {
         SCOPED_TRACE(code);
-        // The allocator reuses freed memory with its old contents.
+        // Frees a block of the same size that is filled with 0xEE: the allocator usually reuses it
+        // without clearing it.
         delete[] static_cast<unsigned char*>(
             std::memset(new unsigned char[expected.size()], 0xEE, expected.size()));
         unsigned char* out = nullptr;

@@ -1,6 +1,6 @@
 // Compares `QP` with a plain reference implementation: on random strings, for every pair of small
-// line lengths, and for huge line lengths. Also decodes its output with GMime, where the two follow
-// the same rules.
+// line lengths, and for huge line lengths. Also checks that GMime decodes the output of `QP`,
+// unless a soft line break splits an escape.
 
 #include "toolkit/encoding/QuotedPrintable.h"
 #include "toolkit/encoding/UTF8.h"
@@ -96,8 +96,8 @@ TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForSmallLengths)
 
 TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForHugeLengths)
 {
-    // A negative first length wraps around to a huge one. Breaks are searched leftwards above a
-    // line length of 0x7FFFFFFE.
+    // A negative first length wraps around to a huge one. With a line length above 0x7FFFFFFE, each
+    // break is inserted to the left of the previous one.
     RandomText random(5);
     for (int round = 0; round < c_rounds; ++round) {
         const auto firstLineLength = static_cast<unsigned int>(random.Number(-3, 60));
@@ -135,7 +135,7 @@ TEST(QuotedPrintableReferenceTest, InsertsSoftBreaksThatGMimeRemoves)
 {
     RandomText random(7);
     for (int round = 0; round < c_rounds; ++round) {
-        // Without escapes, because a break may separate the digits of an escape.
+        // Only letters, because a break may separate the digits of an escape.
         const Wide text = random.Text(std::wstring(L"abcdefgh"), 300);
         const std::string code = UTF8::ToUTF8(QP::ToQP(text, random.Number(1u, 80u), 76));
 

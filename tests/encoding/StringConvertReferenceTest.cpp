@@ -45,12 +45,12 @@ private:
     std::locale m_oldLocale;
 };
 
-// The initial value, which stays unchanged if the string is not a number. No test string parses to
-// it.
+// The value before parsing. It stays unchanged if the string does not begin with a number.
 template <typename Number>
 constexpr Number c_initialValue = 77;
 
-// Returns the value that the stream reads, but not the 0 that it stores if there is no number.
+// Returns the value that a stream reads from `text`. If there is no number, returns the initial
+// value instead of the 0 that the stream stores.
 template <typename Char, typename Number>
 Number ParseWithStream(const std::basic_string<Char>& text)
 {
@@ -183,7 +183,8 @@ TEST_F(StringConvertReferenceTest, WritesDoublesWithRandomBitsLikeAStream)
 TEST_F(StringConvertReferenceTest, WritesDoublesOfOrdinarySizeLikeAStream)
 {
     RandomText random(6);
-    // Halves, fifths and so on, many of them exactly halfway between two numbers of six digits.
+    // Divides by powers of 2 and of 10: some quotients are exactly halfway between two numbers of
+    // six digits.
     ExpectStreamStrings<double>(
         StringConvert::UStringFromDouble, StringConvert::StringFromDouble, [&random] {
             const double numerator = random.Number(-200000000, 200000000);

@@ -1,4 +1,4 @@
-// Compares both conversions with those of ICU on random strings.
+// Compares both conversions with those of ICU, on random strings and on every character.
 
 #include "toolkit/encoding/UTF8.h"
 
@@ -17,7 +17,7 @@ using TestSupport::RandomText;
 
 constexpr int c_rounds = 20000;
 
-// Returns an empty string if the bytes are not valid.
+// Returns an empty string if the bytes are not valid UTF-8.
 std::wstring DecodeWithIcu(const std::string& bytes)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -34,7 +34,7 @@ std::wstring DecodeWithIcu(const std::string& bytes)
     return {characters.begin(), characters.begin() + characterCount};
 }
 
-// Returns an empty string if one of the values is not a character.
+// Returns an empty string if `text` contains a surrogate or a value outside Unicode.
 std::string EncodeWithIcu(const std::wstring& text)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -111,7 +111,7 @@ TEST(UTF8ReferenceTest, DecodesDamagedTextLikeIcu)
 
 TEST(UTF8ReferenceTest, DecodesBoundaryBytesLikeIcu)
 {
-    // Bytes at the boundaries of each rule.
+    // Bytes at the boundaries of the ranges in the grammar of UTF-8 (RFC 3629, section 4).
     const std::string alphabet = "a\x7F\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xDF\xE0\xE1\xED\xEF\xF0\xF4"
                                  "\xF5\xFF\x80\xBF\xA0";
     RandomText random(3);

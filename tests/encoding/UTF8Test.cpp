@@ -14,7 +14,8 @@ namespace {
 using Wide = TString<wchar_t>;
 using Narrow = TString<char>;
 
-// The first and the last character of each length.
+// The first and last characters of each encoded length, those next to the surrogates, and a few in
+// between. U+0000 is missing because it ends a string.
 constexpr std::pair<wchar_t, const char*> c_sequences[] = {{0x01, "\x01"},
                                                            {0x7F, "\x7F"},
                                                            {0x80, "\xC2\x80"},
