@@ -6,7 +6,7 @@
 namespace Toolkit {
 namespace {
 
-// Counts its destructions.
+// Counts destructor calls.
 class CountingStream : public wxMemoryInputStream {
 public:
     explicit CountingStream(int& destructionCount)
@@ -19,7 +19,7 @@ private:
     int& m_destructionCount;
 };
 
-// A reader like those that programs derive: it uses the stream that it owns, and may release it.
+// Like a derived class in a program: accesses the stream and can give up its ownership.
 class Reader : public InputStream {
 public:
     using InputStream::InputStream;

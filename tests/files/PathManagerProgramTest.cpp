@@ -58,7 +58,8 @@ protected:
 
     std::string Path(const std::string& name) const { return m_directory.Path() / name; }
 
-    // Runs a copy of the program as `name` in the directory and returns its output.
+    // Copies the program to `name` in the directory and runs the copy. Returns the paths that it
+    // prints, by their labels.
     Paths Run(const std::string& name, const Arguments& arguments) const
     {
         std::filesystem::copy_file(PATH_PROGRAM, Path(name),
@@ -142,7 +143,7 @@ TEST_F(PathManagerProgramTest, NamesTheApplicationAfterItsFileWithoutTheLastExte
     }
 }
 
-// A file name that is not valid UTF-8 is treated as unknown.
+// An executable whose file name is not valid UTF-8 counts as unknown.
 TEST_F(PathManagerProgramTest, ReturnsAnEmptyNameAndTheWorkingDirectoryIfUnknown)
 {
     const std::string directory = std::filesystem::current_path();
@@ -196,7 +197,7 @@ TEST_F(PathManagerProgramTest, AcceptsNonAsciiCharactersInHome)
     }
 }
 
-// The directory of the configuration does not depend on the home directory.
+// The configuration directory does not depend on the home directory.
 TEST_F(PathManagerProgramTest, UsesTheApplicationNameOfWxWidgets)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {
@@ -232,7 +233,7 @@ TEST_F(PathManagerProgramTest, ReadsTheDataDirectoryFromTheEnvironment)
     }
 }
 
-// Creates this directory in the user's real home, under a unique name.
+// Creates `directory` in the user's real home directory and removes it.
 TEST_F(PathManagerProgramTest, UsesTheUserDatabaseIfHomeIsMissingOrEmpty)
 {
     const std::string directory = std::string(GetAccount().pw_dir) + "/.toolkit-path-program";

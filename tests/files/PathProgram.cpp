@@ -36,9 +36,9 @@ void PrintPaths(const PathManager& paths)
 
 } // namespace
 
-// Argument "wxWidgets" starts wxWidgets first, "locale" sets the locale of the environment. A path
-// is that of another program, whose paths are printed. Any other argument becomes the application's
-// name in wxApp.
+// The argument "wxWidgets" starts wxWidgets first; "locale" sets the locale from the environment.
+// An absolute path names another program, whose paths are printed instead. Any other argument
+// becomes the application name in wxApp.
 int main(int argc, char** argv)
 {
     bool usesWxWidgets = false;

@@ -7,7 +7,7 @@ toolkit_test(files/TextFileTest.cpp)
 target_sources(TextFileTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(files/TextInputStreamTest.cpp)
 
-# Started by its test under many names.
+# PathManagerProgramTest runs copies of this program under many names.
 add_executable(PathProgram files/PathProgram.cpp)
 target_link_libraries(PathProgram PRIVATE Toolkit::Toolkit ToolkitBuildOptions)
 target_compile_definitions(
@@ -20,7 +20,7 @@ target_sources(DirectoryTest PRIVATE support/ScarceMemory.cpp)
 add_library(DynamicLibraryProbe MODULE files/DynamicLibraryProbe.cpp)
 target_link_libraries(DynamicLibraryProbe PRIVATE ToolkitBuildOptions)
 toolkit_test(files/DynamicLibraryTest.cpp)
-# It is incomplete on purpose.
+# Calls a function that does not exist. With -z undefs, the linker accepts that.
 add_library(UnresolvedProbe MODULE files/UnresolvedProbe.cpp)
 target_link_options(UnresolvedProbe PRIVATE -Wl,-z,undefs)
 target_compile_definitions(

@@ -400,7 +400,7 @@ TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
     EXPECT_EQ(CountFiles(), 1);
 }
 
-// Gives up root's rights until the object is destroyed, because permissions do not apply to root.
+// Drops root privileges while the object exists, because file permissions do not restrict root.
 class OrdinaryUser {
 public:
     OrdinaryUser() : m_oldUser(::geteuid())
