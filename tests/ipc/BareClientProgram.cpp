@@ -1,5 +1,5 @@
-// A client that uses only wxWidgets. Sends a message in every form that wxWidgets offers, on one
-// connection.
+// A client that uses only wxWidgets. Sends a message twice on one connection: as UTF-8 and as wide
+// characters.
 //
 // usage: BareClientProgram path message
 

@@ -1,5 +1,5 @@
-// A server that uses only wxWidgets. It prints "ready", then a line with the topic and the message
-// of each request. The message "quit" stops it.
+// A server that uses only wxWidgets. It prints "ready" and then, for each message, a line of the
+// form "topic|message". The message "quit" stops it.
 //
 // usage: BareServerProgram path
 
@@ -17,7 +17,7 @@ public:
     bool OnExecute(const wxString& topic, const void* data, size_t size,
                    wxIPCFormat format) override
     {
-        // The library sends only one form of data: wide characters with a null at the end.
+        // IPCClient sends only wide characters with a null at the end, as wxIPC_TEXT.
         const bool isWide = format == wxIPC_TEXT && size % sizeof(wchar_t) == 0;
         const wxString message(static_cast<const wchar_t*>(data), size / sizeof(wchar_t) - 1);
         std::cout << (isWide ? "" : "unexpected format ") << topic.utf8_str() << "|"

@@ -1,5 +1,5 @@
-// Sends `count` numbered copies of a message, each padded with spaces to `length` characters. The
-// exit code is the number of failures.
+// Sends `count` messages: `text` followed by a number, padded with spaces to `length` characters.
+// The exit code is the number of messages that could not be sent.
 //
 // usage: IPCClientProgram service text count [length]
 

@@ -227,8 +227,8 @@ TEST_F(IPCClientTest, RaisesNoSignalWhenTheServerDisconnects)
     EXPECT_FALSE(sent.get());
 }
 
-// Has one server for each state in which a server does not answer. All clients wait at the same
-// time.
+// Each server fails in another way: one never accepts, one stops reading after its answer, one has
+// a full queue, and one is suspended. All clients wait at the same time.
 TEST_F(IPCClientTest, StopsWaitingForAServerAfterTheTimeout)
 {
     const RawSocket silent = RawSocket::ListeningAt(m_directory.Path() / "silent");

@@ -107,7 +107,8 @@ TEST_F(IPCMemoryTest, SurvivesAFailedAllocationInTheConstructor)
         }
         server->SendExecuteEvent(L"local");
     }
-    // The listeners' lock makes a few allocations.
+    // The constructor throws only while it creates the listeners' lock, which takes a few
+    // allocations.
     EXPECT_LT(thrown, 5);
 }
 

@@ -34,7 +34,7 @@ rlimit DescriptorLimit()
     return limit;
 }
 
-// Raises this process's descriptor limit to the maximum that the system allows.
+// Raises this process's descriptor limit to its hard limit.
 class RaisedDescriptorLimit {
 public:
     RaisedDescriptorLimit()
@@ -51,8 +51,9 @@ private:
     const rlimit m_limit = DescriptorLimit();
 };
 
-// Uses up all descriptors of this process except `count`. While the object exists,
-// UndefinedBehaviorSanitizer cannot check member function calls, for which it needs descriptors.
+// Uses up all descriptors of this process except `count`. While the object exists, a test must not
+// call member functions of its fixture: UndefinedBehaviorSanitizer needs descriptors to check the
+// fixture's type.
 class FewDescriptors {
 public:
     explicit FewDescriptors(std::size_t count)
@@ -206,7 +207,8 @@ TEST_F(IPCServerLimitsTest, CountsTimeOnlyWhileTheLoopRuns)
     const auto server = RunServer();
     const RawSocket client = RawSocket::ConnectedTo(Path());
 
-    // The server has received half of the topic when its loop stops for longer than the limit.
+    // The server has received all but the last byte of the Connect message when its loop stops for
+    // longer than the limit of 2 seconds.
     EXPECT_TRUE(client.Send(c_connect.substr(0, 5)));
     ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
     std::this_thread::sleep_for(std::chrono::milliseconds(2500));

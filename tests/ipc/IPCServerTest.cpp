@@ -242,11 +242,11 @@ TEST_F(IPCServerTest, DecodesAMessageByItsFormat)
         std::string bytes;
         std::wstring message;
     } cases[] = {
-        {"\x01\x11\x03\0\0\0\xC3\xA9\0"s, L"\u00E9"},                // 17: UTF-8
+        {"\x01\x11\x03\0\0\0\xC3\xA9\0"s, L"\u00E9"},                // wxIPC_UTF8TEXT (17)
         {"\x01\x11\x02\0\0\0\xC3\xA9"s, L"\u00E9"},                  // without a null character
-        {"\x01\x12\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // 18: four bytes a character
-        {"\x01\x0D\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // any other: the same
-        {"\x01\xFF\x07\0\0\0\xE9\0\0\0\xE9\0\0"s, L"\u00E9"},        // no whole second character
+        {"\x01\x12\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // wxIPC_UTF32TEXT (18)
+        {"\x01\x0D\x08\0\0\0\xE9\0\0\0\0\0\0\0"s, L"\u00E9"},        // any other: also UTF-32
+        {"\x01\xFF\x07\0\0\0\xE9\0\0\0\xE9\0\0"s, L"\u00E9"},        // incomplete second character
         {"\x01\x01\x10\0\0\0a\0\0\0\0\0\0\0b\0\0\0\0\0\0\0"s, L"a"}, // ends at a null character
         {"\x01\x01\0\0\0\0"s, L""}};
     const auto server = RunServer();

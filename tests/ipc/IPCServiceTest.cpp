@@ -371,8 +371,8 @@ TEST_F(IPCServiceTest, ReturnsTheSocketPathThatRunCreates)
     EXPECT_TRUE(std::filesystem::is_socket(std::string(UTF8::ToUTF8(path))));
 }
 
-// The shortened name keeps at most 91 bytes of the beginning: "/" and 45 two-byte characters, or
-// "/x" and 44.
+// A shortened name has at most 107 bytes: up to 91 of the beginning and a hash of 16. Here the
+// beginning is "/" and 45 two-byte characters, or "/x" and 44.
 TEST_F(IPCServiceTest, ShortensALongNameBetweenCharacters)
 {
     const std::wstring service = L"/" + std::wstring(54, L'\u00E9');

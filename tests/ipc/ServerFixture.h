@@ -23,7 +23,7 @@ const std::string c_connect("\x0A\x01\0\0\0t", 6);
 /// The "Execute" message with the data "a".
 const std::string c_executeA("\x01\x01\x08\0\0\0a\0\0\0\0\0\0\0", 14);
 
-/// Fixture for servers whose messages are collected, with a temporary home directory.
+/// Fixture for servers, with a temporary home directory. `m_received` collects their messages.
 class ServerFixture : public testing::Test {
 protected:
     TString<wchar_t> Service() const { return m_directory.File(L"service"); }

@@ -33,7 +33,7 @@ protected:
         return m_session->Read();
     }
 
-    // Sends one byte every quarter of a second.
+    // Sends one byte per tick, which counts as a quarter of a second.
     void Trickle(int bytes)
     {
         for (int i = 0; i < bytes; ++i) {

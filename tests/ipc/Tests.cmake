@@ -28,7 +28,7 @@ toolkit_test_program(IPCClientTest TOOLKIT_TEST_BARE_SERVER ipc/BareServerProgra
 toolkit_test_program(IPCClientTest TOOLKIT_TEST_IPC_CLIENT ipc/IPCClientProgram.cpp)
 toolkit_test_program(IPCClientTest TOOLKIT_TEST_IPC_SERVER ipc/IPCServerProgram.cpp)
 toolkit_test_program(IPCServerTest TOOLKIT_TEST_BARE_CLIENT ipc/BareClientProgram.cpp)
-# The clients and servers of wxWidgets itself.
+# These two use the clients and servers of wxWidgets itself.
 target_link_libraries(BareClientProgram PRIVATE Toolkit::wxNet)
 target_link_libraries(BareServerProgram PRIVATE Toolkit::wxNet)
 # Programs that a second test runs.
