@@ -235,10 +235,11 @@ TEST_F(FileLoggerFaultTest, OpensItsFileWhenMemoryIsAvailableAgain)
     {
         FileLogger logger(SeverityVerbose, Name(), c_noLimit);
         logger.Write(L"text");
-        // wxWidgets allocates while it starts the thread. Several attempts fail meanwhile.
+        // wxWidgets allocates memory while it starts the thread.
         Thread::Sleep(100);
         {
             const AllocationLimit none(0);
+            // Several attempts to open a file fail meanwhile.
             Thread::Sleep(100);
         }
         noDescriptors.reset();
@@ -272,7 +273,7 @@ TEST_F(FileLoggerFaultTest, WritesAgainWhenTheDiskHasRoom)
         logger.Write(std::wstring(5000, L'x'));
         Await([this] { return FindOpenFile(Path()).position == 5000; });
         logger.Write(L"lost");
-        // The writer drops the first lost text before it takes the next one.
+        // The writer drops both pieces, in one batch or in two.
         logger.Write(L"lost");
         std::this_thread::sleep_for(std::chrono::milliseconds(700));
         limit.reset();

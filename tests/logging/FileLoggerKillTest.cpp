@@ -23,14 +23,15 @@ using TestSupport::ReadWholeFile;
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 constexpr std::size_t c_threads = 2;
 
-// Returns how many processes to kill. Rare cuts need many more than the default.
+// Returns the number of processes to kill. To see rare cuts, set TOOLKIT_KILL_RUNS to much more
+// than the default.
 int GetRunCount()
 {
     const char* const runs = std::getenv("TOOLKIT_KILL_RUNS");
     return runs ? std::atoi(runs) : 20;
 }
 
-// Returns piece `number` of `thread`, as short as those of a log: "1:23...;".
+// Returns piece `number` of `thread`, as short as those of a log: "1:23.....;".
 std::string CreatePiece(std::size_t thread, long number)
 {
     return std::to_string(thread) + ":" + std::to_string(number) +
@@ -78,7 +79,7 @@ std::optional<std::string> FindIncompletePiece(const std::string& text)
 class FileLoggerKillTest : public TestSupport::LogFileTest {
 protected:
     // Starts a process that logs, and kills it when its file has reached `size`. Returns the size
-    // observed before.
+    // of the file just before the kill.
     std::size_t KillAtSize(std::size_t size) const
     {
         const pid_t child = ::fork();
@@ -114,9 +115,9 @@ TEST_F(FileLoggerKillTest, LeavesOnlyTheLastPieceIncompleteWhenKilled)
         EXPECT_GE(text.size(), sizeBeforeKill);
         const std::optional<std::string> rest = FindIncompletePiece(text);
         ASSERT_TRUE(rest.has_value());
-        // The kernel may deliver the signal between two pages of one piece, which no order of
-        // writes can prevent: it did in about 1 of 25 logs of a writer that never rests, like this
-        // one. A cut anywhere else is a bug.
+        // The kernel may notice the signal between two pages of one piece, however the text is
+        // divided into writes. With a writer that never pauses, like this one, about 1 log in 25
+        // ends in such a cut. A cut anywhere else is a bug.
         if (!rest->empty()) {
             EXPECT_EQ(text.size() % pageSize, 0u);
             ++cuts;

@@ -300,7 +300,7 @@ TEST_F(FileLoggerTest, EndsAfterHalfASecondWithoutText)
         logger.reset();
         longest = std::max(longest, std::chrono::steady_clock::now() - start);
     }
-    // The writer may have begun its wait of 500 ms earlier.
+    // The writer may have begun its wait of 500 ms before `start`.
     EXPECT_GE(longest, 350ms);
 }
 
@@ -335,7 +335,7 @@ TEST_F(FileLoggerTest, LetsManyThreadsLogWhileItWraps)
     constexpr int threads = 4;
     constexpr int rounds = 2000;
     {
-        // All pieces have the same length, so that those left over after a wrap are whole.
+        // All pieces have the same length, so that a wrap overwrites only whole pieces.
         FileLogger logger(SeverityVerbose, Name(), 2000);
         const auto write = [&logger](int id) {
             for (int i = 0; i < rounds; ++i) {

@@ -96,7 +96,7 @@ public:
     NoDescriptors()
     {
         // UndefinedBehaviorSanitizer needs descriptors when it first checks the type of wxWidgets'
-        // application object.
+        // application object, so the second object triggers that check now.
         const FrameworkHold first;
         const FrameworkHold second;
         EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_oldLimit), 0);

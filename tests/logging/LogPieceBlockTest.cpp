@@ -89,8 +89,8 @@ TEST(LogPieceBlockTest, IgnoresEmptyPieces)
     EXPECT_EQ(CreateBlocks(3, {L"", L"0123456789abc", L"", L"d"}), Strings({"0123456789abc", "d"}));
 }
 
-// If page boundaries are only within the first piece of a block, an interrupted write can cut only
-// that piece.
+// An interrupted write ends at a page boundary. If only the first piece of a block crosses one,
+// only that piece can be cut.
 TEST(LogPieceBlockTest, LetsOnlyTheFirstPieceCrossAPage)
 {
     TestSupport::RandomText random(1);

@@ -19,7 +19,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Ending takes about a second; a busy machine may need longer.
+// Maximum time to destroy a FileLogger. It takes about half a second; a busy machine may need
+// longer.
 constexpr auto c_maxEndTime = 5s;
 
 // Logging does not lock the pointer to the logger. It relies on pointer writes being atomic when

@@ -5,8 +5,9 @@ target_sources(FileLoggerFaultTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(logging/FileLoggerKillTest.cpp)
 toolkit_test(logging/FileLoggerLockTest.cpp)
 toolkit_test(logging/FileLoggerTest.cpp)
-# The sanitizer reads an object's type through a pipe. These two run out of descriptors on purpose.
-# (The options of a source follow those of its target, which switch the check on.)
+# UndefinedBehaviorSanitizer needs a pipe to check an object's type, but these two tests run out of
+# descriptors on purpose. (The options of a source follow those of its target, which turn the check
+# on.)
 set_source_files_properties(
     logging/FileLoggerFaultTest.cpp logging/FileLoggerTest.cpp
     PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr

@@ -41,8 +41,9 @@ private:
     std::wstreambuf* m_oldBuffer;
 };
 
-/// Runs `action` in a forked child and returns the bytes that it writes to standard output. In this
-/// process stdout has already been used for narrow text, so wide output would fail.
+/// Runs `action` in a forked child and returns the bytes that it writes to standard output. The
+/// child reopens stdout: GoogleTest has already written narrow text to the inherited one, so wide
+/// output to it would fail.
 inline std::string CaptureOutputOfChild(const std::function<void()>& action)
 {
     const TempDir directory;
