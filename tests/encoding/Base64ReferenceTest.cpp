@@ -1,5 +1,5 @@
-// Compares Base64 with a plain reference implementation on random strings, and with GLib on valid
-// input.
+// Compares Base64 with a plain reference implementation on random strings, and the encoding of
+// random bytes with GLib.
 
 #include "toolkit/encoding/Base64.h"
 

@@ -28,7 +28,7 @@ using TestSupport::TempDir;
 
 constexpr uid_t c_otherUser = 65534;
 
-// Runs `action` in a child process under another user and returns its result.
+// Runs `action` in a child process as another user and returns its result.
 int RunAsOtherUser(const std::function<int()>& action)
 {
     const pid_t process = ::fork();

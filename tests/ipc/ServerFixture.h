@@ -20,7 +20,7 @@ namespace Toolkit::TestSupport {
 
 /// The "Connect" message with the topic "t".
 const std::string c_connect("\x0A\x01\0\0\0t", 6);
-/// The "Execute" message with the data "a".
+/// The "Execute" message with the wide string "a".
 const std::string c_executeA("\x01\x01\x08\0\0\0a\0\0\0\0\0\0\0", 14);
 
 /// Fixture for servers, with a temporary home directory. `m_received` collects their messages.

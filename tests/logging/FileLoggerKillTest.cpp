@@ -38,7 +38,7 @@ std::string CreatePiece(std::size_t thread, long number)
            std::string(static_cast<std::size_t>(number * 7 % 13), '.') + ";";
 }
 
-// Logs until it is killed. The queue does not exhaust memory, because the process is killed soon.
+// Logs until the process is killed, which happens before the queue exhausts memory.
 [[noreturn]] void LogForever(const TString<wchar_t>& name)
 {
     FileLogger logger(SeverityVerbose, name, c_noLimit);

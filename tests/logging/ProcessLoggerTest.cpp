@@ -23,8 +23,8 @@ using namespace std::chrono_literals;
 // longer.
 constexpr auto c_maxEndTime = 5s;
 
-// Logging does not lock the pointer to the logger. It relies on pointer writes being atomic when
-// another thread replaces the logger.
+// Threads that log read the pointer to the logger without a lock. Replacing or releasing the logger
+// meanwhile is a data race, which ThreadSanitizer would report.
 #ifdef TOOLKIT_THREAD_SANITIZER
 #define SkipUnderThreadSanitizer() GTEST_SKIP() << "a race by intention"
 #else
