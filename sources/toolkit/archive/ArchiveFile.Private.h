@@ -20,7 +20,7 @@ public:
     /// False for a pipe, and if the file is not open.
     bool IsSeekable() const override { return m_length != wxInvalidOffset; }
 
-    /// Returns the length that the file had when it was opened.
+    /// Returns the length that the file had at construction; wxInvalidOffset if not seekable.
     wxFileOffset GetLength() const override { return m_length; }
 
 protected:
@@ -34,7 +34,7 @@ private:
     Base::FileDescriptor m_file;
     wxFileOffset m_length = wxInvalidOffset;
     wxFileOffset m_position = 0;
-    std::string m_buffer; // a part of the file, which begins at m_bufferBegin
+    std::string m_buffer; // the part of the file that begins at m_bufferBegin
     wxFileOffset m_bufferBegin = 0;
 };
 

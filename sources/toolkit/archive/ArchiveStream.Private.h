@@ -42,7 +42,8 @@ public:
     std::string_view GetPeeked() const;
 
     /// Peeks at more bytes, but not past the stated size of the entry, because wxZipInputStream
-    /// must not reach the end of an entry twice. Returns false if there are no more bytes.
+    /// must not reach the end of an entry twice. Returns false if it adds no bytes: at that limit,
+    /// where the data ends early, and after an error.
     bool PeekMore();
 
     /// Moves the bytes that a reader put back with Ungetch() to the front of the peeked bytes.

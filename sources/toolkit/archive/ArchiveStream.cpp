@@ -121,7 +121,7 @@ bool ArchiveStream::CloseEntry()
 wxInputStream* ArchiveStream::OpenDecompressor(wxInputStream& stream)
 {
     // If the compressed data of an entry ends early, wxWidgets puts the bytes after it back into
-    // `stream`, whose position is then minus their number. Skips these bytes.
+    // `stream`. If n bytes were put back, the position is -n. Skips these bytes.
     const wxFileOffset position = stream.TellI();
     if (position < 0) {
         std::string skipped(static_cast<std::size_t>(-position), '\0');

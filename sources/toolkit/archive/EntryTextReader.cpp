@@ -62,7 +62,7 @@ std::optional<Span> FindWord(std::string_view bytes)
                 static_cast<std::size_t>(end - bytes.begin())};
 }
 
-// Peeks until `find` succeeds. If a carriage return ends the span, peeks one byte further, because
+// Peeks until `find` succeeds. If a carriage return ends the span, peeks past it, because
 // a line feed may follow. Returns nothing if the entry ends first.
 template <typename Find>
 std::optional<Span> Locate(ArchiveStream& stream, Find find)

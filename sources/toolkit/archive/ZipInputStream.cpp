@@ -34,8 +34,8 @@ void Append(wxZipInputStream& stream, std::vector<unsigned char>& bytes)
     } while (count == block.size());
 }
 
-// Runs `read`. Returns false if `stream` is null or if `read` throws; then also sets an error on
-// the stream.
+// Runs `read`; returns false if `stream` is null. If `read` throws, returns false and sets an error
+// on the stream.
 template <typename Read>
 bool ReadFrom(wxZipInputStream* stream, Read read)
 {

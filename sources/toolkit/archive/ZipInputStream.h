@@ -13,9 +13,9 @@ namespace Toolkit {
 /// Reads an entry of a Zip archive as words, lines or bytes, in any combination.
 ///
 /// An archive has one stream, which reads the entry that was opened last. Text is decoded as UTF-8,
-/// or as a byte-order mark says, if there is one where an operation begins to read. One object is
-/// used by one thread at a time. Nothing is thrown: running out of memory puts the stream into its
-/// error state.
+/// or in the encoding of a byte-order mark, if there is one where an operation begins to read. One
+/// object is used by one thread at a time. Nothing is thrown: running out of memory puts the stream
+/// into its error state.
 class TOOLKIT_API ZipInputStream : public InputStream {
 public:
     /// Takes ownership of `stream`. If it is null, nothing can be read.

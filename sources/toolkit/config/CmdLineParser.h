@@ -14,7 +14,7 @@ namespace Toolkit {
 /// When out of memory, constructors and SetValue() throw std::bad_alloc and change nothing.
 class TOOLKIT_API CmdLineOption {
 public:
-    /// Takes `name` without its dash and converts it to lower case. Parsing fails if a `required`
+    /// Pass `name` without the dash; it is converted to lower case. Parsing fails if a `required`
     /// option is missing.
     CmdLineOption(const TString<wchar_t>& name, bool required);
     virtual ~CmdLineOption();
@@ -77,7 +77,7 @@ public:
     /// line. A quote inside a token is an ordinary character.
     static void Tokenize(const TString<wchar_t>& line, std::vector<TString<wchar_t>>& tokens);
 
-    /// Marks the options that the tokens name as defined and stores their values. False if a
+    /// Marks as defined the options that the tokens name, and stores their values. False if a
     /// required option is not defined. Parsing again keeps marks and values that it does not set.
     bool Parse();
 

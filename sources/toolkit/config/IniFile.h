@@ -23,9 +23,9 @@ class IniSections;
 /// line counts. Lines above the first header, and lines that are neither header nor key, are
 /// ignored. Names are case-sensitive.
 ///
-/// An object may be copied. Several threads may read it at once. The first read of a value decodes
-/// all values of its section: if they do not fit into memory, GetValue(), GetUint32(), GetInt32()
-/// and GetBool() throw std::bad_alloc. No other operation throws.
+/// An object may be copied. Several threads may read it at the same time. The first read of a value
+/// decodes all values of its section: if they do not fit into memory, GetValue(), GetUint32(),
+/// GetInt32() and GetBool() throw std::bad_alloc. No other operation throws.
 class TOOLKIT_API IniFile {
 public:
     /// Reads the file `path`; IsLoaded() reports whether that succeeded.

@@ -11,8 +11,8 @@ namespace Toolkit {
 ///
 /// Listings return names without their path, in no particular order. They do not descend into
 /// subdirectories, and leave out hidden entries, whose names begin with a dot. `fileSpec` may
-/// contain "*" and "?"; an empty one matches every name. A link counts as its target. In a name
-/// that is not valid UTF-8, each byte becomes the character with its value: the name can be
+/// contain "*" and "?"; an empty one matches every name. A symbolic link counts as its target. In a
+/// name that is not valid UTF-8, each byte becomes the character with its value: the name can be
 /// shown, but not opened.
 ///
 /// Only the results report failures: nothing is logged, and only copying a `Directory` throws
@@ -44,8 +44,8 @@ public:
     /// Whether a directory `path` exists.
     static bool Exist(const TString<wchar_t>& path);
 
-    /// Removes a file, or a link without its target. Returns false if it cannot be removed, and for
-    /// a directory, which is not removed even if it is empty.
+    /// Removes a file; for a symbolic link, removes the link and keeps its target. Returns false if
+    /// `path` cannot be removed, and for a directory, which is not removed even if it is empty.
     static bool RemoveFile(const TString<wchar_t>& path);
 
 private:

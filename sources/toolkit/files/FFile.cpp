@@ -73,7 +73,7 @@ bool FFile::OpenAfterClosing(const TString<wchar_t>& name, const TString<wchar_t
     if (!flags ||
         !Attach(*m_file, Base::FileDescriptor::Open(Base::EncodeUtf8(name), *flags), modeText))
         return false;
-    // fopen() starts a file that is opened only for appending at its end; fdopen() does not. A pipe
+    // For a mode that only appends, fopen() moves to the end of the file; fdopen() does not. A pipe
     // has no positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
     return !onlyAppends || SeekEnd(0) || errno == ESPIPE;

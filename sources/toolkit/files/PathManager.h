@@ -31,8 +31,8 @@ public:
     PathManager();
     /// Computes the paths that the program `executable` would have if this user started it in this
     /// environment, without an application name set in `wxApp`. `executable` is an absolute path
-    /// without links. Creates nothing. GetDataDir() and GetUserLocalDataDir() stay those of this
-    /// process.
+    /// without symbolic links. Creates nothing. GetDataDir() and GetUserLocalDataDir() still return
+    /// the directories of this process.
     explicit PathManager(const TString<wchar_t>& executable);
     ~PathManager();
 

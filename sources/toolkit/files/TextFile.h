@@ -22,8 +22,8 @@ class TextFileLines;
 ///
 /// A line ends in a line feed, a carriage return or both, and keeps its line end when it is
 /// written. One object is used by one thread at a time. Only the results report failures; nothing
-/// is logged. When out of memory, only GetFirstLine() and GetNextLine() throw `std::bad_alloc` and
-/// leave the cursor where it was: an empty result would look like a line.
+/// is logged. When out of memory, only GetFirstLine() and GetNextLine() throw `std::bad_alloc`,
+/// because an empty result would look like a line; the cursor stays where it was.
 class TOOLKIT_API TextFile {
 public:
     TextFile();

@@ -42,7 +42,7 @@ public:
     ~IPCInternalServer() override;
 
     /// Starts listening on the socket file of `service`; does nothing if the server already listens
-    /// and the file still exists. Throws `std::bad_alloc`.
+    /// and the file is still in place. Returns whether the server listens. Throws `std::bad_alloc`.
     bool Create(const wxString& service) override;
 
     /// Accepts every topic.

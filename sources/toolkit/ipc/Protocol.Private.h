@@ -45,8 +45,8 @@ public:
     /// Whether the client still has to send the rest of a message, or its topic.
     bool IsExpectingMore() const { return m_isTopicMissing || !m_header.empty(); }
 
-    /// Moves out the data of the Execute message that Parse() completed. It is aligned for every
-    /// type.
+    /// Moves out the data of the Execute message that Parse() completed. The data is aligned for
+    /// every fundamental type.
     std::vector<char> TakeData();
 
     /// The format of the data that TakeData() moves out.

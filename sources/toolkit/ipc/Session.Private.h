@@ -38,7 +38,8 @@ public:
     /// own.
     bool IsBusy() const { return m_isBusy; }
 
-    /// Whether the socket is not watched while the session is busy.
+    /// Whether the caller has stopped watching the socket, because data arrived while the session
+    /// was busy.
     bool IsUnwatched() const { return m_isUnwatched; }
     void SetUnwatched(bool isUnwatched) { m_isUnwatched = isUnwatched; }
 
@@ -48,7 +49,8 @@ public:
     /// Whether a message has made no progress for 2 seconds, or is not complete after 30 seconds.
     bool IsOverdue() const;
 
-    /// Whether nothing has arrived for two ticks, so that the session may make room for another.
+    /// Whether nothing has arrived for two ticks, so that the session may be ended to make room for
+    /// another.
     bool IsSilent() const;
 
     /// When the last bytes arrived.
@@ -71,8 +73,8 @@ private:
 };
 
 /// Listens for clients and serves all of them. Independent of the event loop: the caller calls
-/// ServeReadable() whenever Descriptor() is readable. Calls may nest, in a loop that `execute`
-/// runs.
+/// ServeReadable() whenever Descriptor() is readable. Calls may nest, because `execute` may run
+/// an event loop.
 class Sessions {
 public:
     /// Serves at most `maxSessions` clients at the same time.
@@ -82,7 +84,7 @@ public:
     /// only once.
     bool Listen(const std::string& path);
 
-    /// Whether clients that connect to the file reach this server.
+    /// Whether clients that connect to the socket file reach this server.
     bool AreReachable() const { return m_listener.IsInPlace(); }
 
     /// False in a forked child.

@@ -219,7 +219,7 @@ bool Sessions::Serve(int descriptor)
         session.SetUnwatched(m_sockets.Remove(descriptor));
         return true;
     }
-    // Ends the session, too, if a message does not fit into memory.
+    // Also ends the session if a message does not fit into memory.
     if (!Base::TryOr(false, [&] { return session.Read(); }) ||
         (session.IsUnwatched() && !m_sockets.Add(descriptor))) {
         End(descriptor);

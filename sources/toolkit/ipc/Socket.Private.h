@@ -36,7 +36,7 @@ Base::FileDescriptor AcceptClient(const Base::FileDescriptor& listener);
 ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length);
 ssize_t Receive(const Base::FileDescriptor& socket, char* bytes, std::size_t length);
 
-/// Whether the process at the other end runs under this process's user.
+/// Whether the process at the other end runs as the same user as this process.
 bool IsPeerOfThisUser(const Base::FileDescriptor& socket);
 
 /// A listening socket and its file. The destructor removes the file, unless another one has taken
@@ -67,7 +67,7 @@ private:
     bool RemoveStaleFile(const std::string& path) const;
 
     Base::FileDescriptor m_directory;
-    std::string m_name; // in m_directory, even if the working directory changes
+    std::string m_name; // relative to m_directory, because the working directory may change
     Base::FileDescriptor m_socket;
     Base::OwnDescriptor m_ownSocket; // a forked child does not keep the socket listening
     dev_t m_device = 0;

@@ -83,8 +83,8 @@ bool IsServed(const std::string& path)
 // Held by the one server that may examine a socket file and replace it. Without the lock, a second
 // server would treat the new file, on which nobody listens yet, as left by a crash.
 //
-// The lock is a file next to the socket file, and is removed before it is released. The next server
-// uses, and then removes, a lock file that a crash has left.
+// A lock file next to the socket file, locked with flock(2). Its holder removes it before releasing
+// the lock. The next server uses, and then removes, a lock file that a crash has left.
 class TakeOverLock {
 public:
     TakeOverLock(const Base::FileDescriptor& directory, const std::string& socketName)
@@ -133,7 +133,7 @@ TakeOverLock::State TakeOverLock::TryLock()
                                        O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC,
                                        S_IRUSR | S_IWUSR));
     struct stat opened {};
-    // Only an empty file that no other user can open is a lock.
+    // Only an empty file that no other user can open is a lock file.
     if (!file.IsOpen() || ::fstat(file.Get(), &opened) != 0 || !S_ISREG(opened.st_mode) ||
         opened.st_uid != ::geteuid() || (opened.st_mode & (S_IRWXG | S_IRWXO)) != 0 ||
         opened.st_size != 0)

@@ -11,9 +11,9 @@ namespace Toolkit {
 /// A lock file like that of `wxSingleInstanceChecker`, in the user's home directory. It lets this
 /// process and programs that use the checker itself detect each other.
 ///
-/// The checker itself would wait for the disk, which takes longer than the rest of the program's
-/// start. It would also mistake an unrelated process that has the id of a crashed one for the
-/// holder of the file.
+/// The checker itself would wait in fsync(2), which takes longer than everything else at the start
+/// of a program. It would also mistake an unrelated process that has the id of a crashed one for
+/// the holder of the file.
 class CheckerFile {
 public:
     /// Creates the file `name` unless another process has locked it. Creates nothing if `name` is

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-// ICU's headers append its version to every function name. TOOLKIT_SYMBOL_OF() returns such a name
-// as a string.
+// ICU's headers append its version to every function name. TOOLKIT_SYMBOL_OF() expands to such a
+// name as a string literal.
 #define TOOLKIT_TEXT_OF(name) #name
 #define TOOLKIT_SYMBOL_OF(function) TOOLKIT_TEXT_OF(function)
 
@@ -20,7 +20,7 @@ const wchar_t* const c_localeProvider = L"ICU " U_ICU_VERSION;
 namespace {
 
 // The ICU functions needed below. Loading ICU takes a sixth of the start-up time of a whole
-// program, so the first request for a pattern loads it. It is never unloaded.
+// program, so only the first request for a pattern loads it. It is never unloaded.
 struct Icu {
     template <typename Function>
     void Find(Function*& function, const char* symbol) const
@@ -152,7 +152,7 @@ TString<wchar_t> ReplacePeriodsOfDay(TString<wchar_t> pattern)
     return pattern;
 }
 
-// Merges two adjacent spaces, such as removed text leaves.
+// Merges two adjacent spaces into one: RemoveQuotedText() may leave such a pair.
 TString<wchar_t> MergeSpaces(TString<wchar_t> pattern)
 {
     pattern.Replace(L"  ", L" ");

@@ -7,6 +7,6 @@ bool MacInitCocoa()
 
 MacAutoreleasePool::MacAutoreleasePool() : m_pool(nullptr) {}
 
-// Not defaulted in the header: like that on macOS, this destructor must not be trivial, so that the
-// binary interface is the same.
+// Not defaulted in the header: the destructor must not be trivial, so that the binary interface is
+// the same as on macOS.
 MacAutoreleasePool::~MacAutoreleasePool() {}

@@ -25,10 +25,10 @@ public:
     /// is no memory for the path or the argument.
     bool ActivateRestartProcess();
 
-    /// Returns false at once: no supported system needs to wait.
+    /// Returns false immediately: no supported system needs to wait.
     bool WaitingForPreviousProcessFinish();
 
-    /// Returns false at once.
+    /// Returns false immediately.
     bool RestartProcessFinish();
 
     /// Creates the process-wide object. Does nothing when it exists or when out of memory.

@@ -19,8 +19,8 @@ public:
     /// Reports what `platform` contains. `platform` must outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);
 
-    /// Returns the family of the system. Windows CE, Windows Micro and DOS count as
-    /// `PlatformUnknown`; so does every system when out of memory.
+    /// Returns the family of the system. Windows CE, Windows Micro, DOS and OS/2 count
+    /// as `PlatformUnknown`; so does every system when out of memory.
     Platform GetPlatform() const;
     /// Return the two parts of the system's version; -1 when out of memory.
     int GetOSMajorVersion() const;
