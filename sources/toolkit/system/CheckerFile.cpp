@@ -84,6 +84,7 @@ bool CheckerFile::Create()
 
 // Removes the file of a process that has ended, and sets m_isHeldElsewhere for that of a running
 // one. Leaves any file that is not a lock file of this user: the checker ignores such a file, too.
+// Returns whether the file has been removed.
 bool CheckerFile::RemoveStale()
 {
     const Base::FileDescriptor file =
