@@ -49,10 +49,16 @@ TEST(LineSplitterTest, KeepsNullCharacters)
                 ElementsAre(Pair(std::string("a\0b", 3), "\n"), Pair(std::string(1, '\0'), "")));
 }
 
-// If every line searched the rest of the text for a line feed, this would take about a minute.
+// If every line searched the rest of the text for a line feed, this would exceed the time limit of
+// the test.
 TEST(LineSplitterTest, TakesLinearTimeWithoutAnyLineFeed)
 {
-    EXPECT_EQ(LinesOf(std::string(3'000'000, '\r')).size(), 3'000'000u);
+    const std::string text(10'000'000, '\r');
+    std::size_t count = 0;
+    for (LineSplitter lines(text); lines.MoveToNextLine();)
+        ++count;
+
+    EXPECT_EQ(count, text.size());
 }
 
 } // namespace

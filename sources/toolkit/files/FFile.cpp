@@ -76,7 +76,10 @@ bool FFile::OpenAfterClosing(const TString<wchar_t>& name, const TString<wchar_t
     // For a mode that only appends, fopen() moves to the end of the file; fdopen() does not. A pipe
     // has no positions.
     const bool onlyAppends = (*flags & O_APPEND) != 0 && (*flags & O_ACCMODE) == O_WRONLY;
-    return !onlyAppends || SeekEnd(0) || errno == ESPIPE;
+    if (!onlyAppends || SeekEnd(0) || errno == ESPIPE)
+        return true;
+    Close();
+    return false;
 }
 
 bool FFile::IsOpened() const
