@@ -11,7 +11,7 @@ std::string s_datePattern;
 std::string s_timePattern;
 int s_objects = 0;
 
-// The one type that all references point to. The text of a formatter is its pattern.
+// Every reference points to an Object. The `text` of a formatter is its pattern.
 struct Object {
     std::string text;
 };
@@ -59,7 +59,7 @@ CFDateFormatterRef CFDateFormatterCreate(CFAllocatorRef, CFLocaleRef locale,
     return reinterpret_cast<CFDateFormatterRef>(Create(isDate ? s_datePattern : s_timePattern));
 }
 
-// The caller does not own the result, which is valid as long as the formatter.
+// A formatter serves as its own pattern string, so the caller must not release the result.
 CFStringRef CFDateFormatterGetFormat(CFDateFormatterRef formatter)
 {
     return reinterpret_cast<CFStringRef>(formatter);

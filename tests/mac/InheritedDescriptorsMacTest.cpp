@@ -9,7 +9,8 @@
 namespace Toolkit {
 namespace {
 
-// Exits with 0 if execv(3) would close all descriptors except the first three.
+// Opens a descriptor that execv(3) would keep open. Exits with 0 if
+// CloseInheritedDescriptorsOnExec() makes execv(3) close it, but not the standard input.
 [[noreturn]] void CheckFlags()
 {
     const int inherited = ::open("/dev/null", O_RDONLY);

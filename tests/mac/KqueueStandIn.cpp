@@ -1,5 +1,6 @@
 // Implements kqueue(2) and kevent(2) with poll(2), as far as the library uses them: readable
-// descriptors, and timers of whole milliseconds. The queue's own descriptor never becomes readable.
+// descriptors, and timers of whole milliseconds. kevent() ignores its timeout and never waits. The
+// queue's own descriptor never becomes readable.
 
 #include <cerrno>
 #include <chrono>

@@ -24,7 +24,7 @@ bool IsBlocking(const Base::FileDescriptor& socket)
     return (::fcntl(socket.Get(), F_GETFL) & O_NONBLOCK) == 0;
 }
 
-// Returns what one recv() call receives.
+// Calls Receive() once. Returns at most 64 bytes; an empty string on failure.
 std::string ReceiveFrom(const Base::FileDescriptor& socket)
 {
     char bytes[64];

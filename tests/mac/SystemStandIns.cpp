@@ -1,4 +1,4 @@
-// Implements the macOS functions that the library calls with Linux functions.
+// Implements, with Linux functions, the macOS functions that the library calls.
 
 #include "mac/SystemStandIns.h"
 
@@ -65,8 +65,8 @@ int getpeereid(int socket, uid_t* effectiveUser, gid_t* effectiveGroup)
     return 0;
 }
 
-// Linux has no SO_NOSIGPIPE, so its value is stored as the socket's priority, which nothing else
-// here uses.
+// Linux has no SO_NOSIGPIPE. Its value is stored as the socket's priority, which nothing else here
+// uses; send() reads it from there.
 int setsockopt(int socket, int level, int option, const void* value, socklen_t size) noexcept
 {
     const int linuxOption = level == SOL_SOCKET && option == SO_NOSIGPIPE ? SO_PRIORITY : option;

@@ -6,10 +6,10 @@
 
 namespace Toolkit::MacStandIns {
 
-/// Sets what _NSGetExecutablePath() returns.
+/// Sets the path that _NSGetExecutablePath() stores; empty until then.
 void SetExecutablePath(const std::string& path);
 
-/// Sets the user that getpeereid() returns; with `std::nullopt` it returns the peer's real user.
+/// Sets the user that getpeereid() reports; with `std::nullopt` it reports the peer's real user.
 void SetPeerUser(std::optional<uid_t> user);
 
 } // namespace Toolkit::MacStandIns

@@ -1,6 +1,6 @@
-# The macOS sources, run against stand-ins of the functions of macOS that they call.
+# Tests of macOS sources on other systems, with stand-ins for the macOS functions that they call.
 
-# Adds the test `source`, called `name`, with `sources` of the library and of this directory.
+# Adds the test `name`, built from `source` and from the stand-ins and library sources after it.
 function(toolkit_mac_test name source)
     add_executable(${name} ${source} ${ARGN})
     target_link_libraries(${name} PRIVATE ToolkitTestSupport)

@@ -12,7 +12,7 @@ clock_t s_ticks = 0;
 
 } // namespace
 
-// Always writes to the buffer, as the C library of macOS does.
+// Writes to the buffer without a null check, as the C library of macOS does.
 extern "C" clock_t times(struct tms* buffer)
 {
     *buffer = tms{1, 2, 3, 4};

@@ -1,7 +1,9 @@
 #pragma once
 
-// Included ahead of every source that script/check-mac compiles. Declares what the macOS system
-// headers have and those of Linux lack, and forbids what only Linux has.
+// Included ahead of every source that script/check-mac compiles, and of the tests in tests/mac.
+// Declares what the macOS system headers have and those of Linux lack. Forbids what only Linux has,
+// except to those tests: they define TOOLKIT_MAC_STAND_INS, and their stand-ins call Linux
+// functions.
 
 #include <cerrno>
 #include <csignal>

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 
-// CFLocale, CFDateFormatter, CFString and CFBase of the Core Foundation reference
+// The declarations of CFBase, CFLocale, CFDateFormatter and CFString that the library uses, as in
+// Apple's Core Foundation documentation.
 
 extern "C" {
 typedef const void* CFTypeRef;
