@@ -23,10 +23,11 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 namespace Toolkit::TestSupport {
 namespace {
 
-// Start is the C library: the bottom of every stack, below main() or the function of a thread.
+// Start is the C library: it calls main() and thread functions, so every stack begins in it.
 enum class Kind { Program, Toolkit, Standard, Start, Other };
 
-// A loaded segment of code. The names stay valid because no module is unloaded here.
+// An executable segment of a loaded module. `module` stays valid because no module is unloaded
+// during the sweep.
 struct Segment {
     std::uintptr_t begin;
     std::uintptr_t end;
@@ -98,9 +99,9 @@ _Unwind_Reason_Code VisitFrame(_Unwind_Context* context, void* data)
     return _URC_END_OF_STACK;
 }
 
-// Returns the module that requested the memory, skipping the standard library. Skips the program as
-// well: all modules may use its copies of the standard library's templates, and the test's own
-// allocations are attributed to the C library's start code.
+// Returns a segment of the module that requested the memory. Skips the standard library, and the
+// program, because all modules may use its copies of the standard library's templates. Allocations
+// of the program itself, including header code of the library, are thus attributed to Start.
 const Segment* FindCaller(const void* returnAddress)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(returnAddress);
@@ -147,7 +148,7 @@ bool ShouldFailInNew(const void* returnAddress)
 
 AllocationFault::AllocationFault(Origin origin, Persistence persistence, long index)
 {
-    // Plug-ins and ICU are loaded after the program.
+    // Read again each time, because plug-ins and ICU are loaded after the program.
     s_segmentCount = 0;
     ::dl_iterate_phdr(&AddSegments, nullptr);
     s_origin = origin;
@@ -181,8 +182,9 @@ std::string_view AllocationFault::FailedModule()
 #ifdef TOOLKIT_REPLACES_MALLOC
 namespace {
 
-// Calls from the standard library do not fail: they allocate exceptions, for which it has a reserve
-// anyway. Nor do calls from the program, whose operator new has already applied the rule.
+// Calls from the standard library do not fail: they allocate exceptions, for which libstdc++ has an
+// emergency pool anyway. Nor do calls from the program: its operator new has already applied the
+// rule.
 bool ShouldFailInC(const void* returnAddress)
 {
     if (!Toolkit::TestSupport::s_isArmed || Toolkit::TestSupport::t_isDeciding)

@@ -16,8 +16,9 @@ enum class Origin {
 /// Whether the allocations after a failed one fail too.
 enum class Persistence { Once, FromThenOn };
 
-/// Makes allocation number `index` of `origin` fail, while the object exists. Index 0 is the next
-/// allocation; those of all threads are counted together.
+/// While it exists, makes allocation number `index` of `origin` fail, and with
+/// Persistence::FromThenOn all later ones of `origin` too. Index 0 is the next allocation; those of
+/// all threads are counted together. Only one object may exist at a time.
 class AllocationFault {
 public:
     AllocationFault(Origin origin, Persistence persistence, long index);

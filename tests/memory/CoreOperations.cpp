@@ -56,8 +56,8 @@ void ConstructsPointer(Attempt& attempt)
 {
     auto* const object = new int(7);
     bool isCreated = false;
-    // When out of memory for the count block, smart_ptr releases the object. A leak checker would
-    // not notice if it did not.
+    // When out of memory for the count block, smart_ptr releases the object, so this function does
+    // not.
     if (attempt.Run(Rule::BadAlloc, [&] { isCreated = *smart_ptr<int>(object) == 7; }))
         attempt.Expect(isCreated);
 }
@@ -173,12 +173,13 @@ void ReadsString(Attempt& attempt)
     attempt.Run([&] { result = stream.Read(text); });
     attempt.Expect(result == StreamResult::Ok && text == c_text,
                    result == StreamResult::DataFailed && text == L"old");
-    // The position in the file is the same as after success.
+    // After success, the buffer follows. When an allocation failed, the position is not checked.
     Bytes bytes;
     attempt.Expect(bytes.Deserialize(stream) == StreamResult::Ok, true);
 }
 
-// Calls everything that allocates no memory in the library, on one stream.
+// Calls every operation of FSStream except Read() of a string; all `Overload`s do the same. Only
+// opening the stream may fail when out of memory: without a read-ahead buffer, reading still works.
 template <int Overload>
 void UsesStreamWithoutAllocating(Attempt& attempt)
 {

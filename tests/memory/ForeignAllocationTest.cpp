@@ -1,4 +1,4 @@
-// Lets allocations of wxWidgets, ICU, PCRE and the C library fail, each in a child process. Counts
+// Makes allocations of wxWidgets, ICU, PCRE and the C library fail, each in a child process. Counts
 // the outcomes of the library's operations by the module that requested the memory.
 #include "support/ScopedEnvironment.h"
 #include "support/Soak.h"
@@ -32,7 +32,8 @@ namespace {
 
 constexpr unsigned c_childSeconds = 5;
 
-// AsPromised is the right result, or a failure that the operation reports in its own way.
+// AsPromised is the right result, or a failure that the operation reports as documented. Ended is a
+// child that crashed or exited before the operation returned.
 enum Outcome : std::size_t { AsPromised, Wrong, Ended, Hung };
 
 constexpr std::array<const char*, 4> c_outcomes = {"in its own form", "other result", "ended",
@@ -78,7 +79,8 @@ void PrepareChild()
     ::alarm(c_childSeconds);
 }
 
-// An exception here ends the child. Caught by the test runner, it would remove the parent's files.
+// noexcept, so that an exception ends the child. If the test runner caught it, the child would
+// destroy the fixture, which removes the parent's files.
 [[noreturn]] void RunChild(const Operation& operation, Persistence persistence, long index) noexcept
 {
     PrepareChild();
@@ -133,7 +135,7 @@ protected:
         s_report = nullptr;
     }
 
-    // Counts the outcome. Returns whether an allocation failed.
+    // Runs the operation in a child. If an allocation failed, counts the outcome and returns true.
     bool RunAndCount(const Operation& operation, Persistence persistence, long index)
     {
         const Outcome outcome = RunInChild(operation, persistence, index);

@@ -24,7 +24,7 @@ namespace {
 const TString<wchar_t> c_text = L"a text that is too long for the string itself";
 const TString<char> c_narrow = "a text that is too long for the string itself";
 
-// A line may lack some pieces, but no piece is truncated.
+// Expects `insert` to call Write() once. When out of memory, it may skip the call.
 template <typename Insert>
 void Inserts(Attempt& attempt, Insert insert)
 {
@@ -164,7 +164,7 @@ void LogsToFile(Attempt& attempt)
         logger->Write(c_text);
         logger.reset();
     });
-    // The text may be lost, but the log is never written to the root directory.
+    // When out of memory, the text may be lost, but the log is never in the root directory.
     std::error_code ignored;
     const bool isWritten = std::filesystem::file_size(GetLogPath(), ignored) == c_text.size();
     attempt.Expect(isCreated && isWritten, !std::filesystem::exists("/" / GetLogPath().filename()));
@@ -218,7 +218,8 @@ std::vector<Operation> LogOperations()
         {"Toolkit::WxLogForwarder::DoLog", ForwardsMessage},
         {"Toolkit::WxLogForwarder::DoLogString", ForwardsMessage},
         {"Toolkit::WxLogForwarder::DoLogRecord", ForwardsMessage},
-        // Each takes half a second, while the writer waits for more text.
+        // Each attempt takes up to 500 ms: the writer thread notices the stop only after its wait
+        // for text.
         {"Toolkit::FileLogger::FileLogger", LogsToFile, c_fewAllocations},
         {"Toolkit::FileLogger::~FileLogger", LogsToFile, c_fewAllocations},
         {"Toolkit::FileLogger::DoWork", LogsToFile, c_fewAllocations},

@@ -42,7 +42,8 @@ protected:
                 std::to_string(s_failedAllocations) + " failed allocations of the library");
     }
 
-    // Runs the operation until it succeeds, or has tried the sample.
+    // Fails one allocation after the other, until the operation makes no more of them, the sample
+    // is used up, or an expectation fails.
     static void Sweep(Persistence persistence)
     {
         const Operation& operation = Operations()[GetParam()];

@@ -23,7 +23,7 @@ enum class Rule {
 /// One run of an operation.
 class Attempt {
 public:
-    /// Makes the allocation with this index fail.
+    /// In each Run(), makes the allocation of `origin` with this index fail.
     Attempt(Origin origin, Persistence persistence, long index)
         : m_origin(origin), m_persistence(persistence), m_index(index)
     {

@@ -1,4 +1,5 @@
-// Checks that the sweep includes every exported operation. New ones must be added to it.
+// Checks that the sweep includes every exported operation. Add new ones to it, or to
+// PrivateOperations.txt if they are private.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -11,7 +12,8 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// Returns the name of a function without arguments and template arguments; empty for anything else.
+// Returns the name of a function without its arguments and without the template arguments of
+// TString. Empty for data, lambdas and other templates.
 std::string ExtractName(const std::string& symbol)
 {
     if (symbol.starts_with("typeinfo") || symbol.starts_with("vtable") ||
@@ -30,7 +32,7 @@ std::string ExtractName(const std::string& symbol)
                : std::string();
 }
 
-// Returns private functions that are tested through the public operations that call them.
+// Returns the private functions that are tested through the public operations that call them.
 const std::set<std::string>& GetPrivateNames()
 {
     static const std::set<std::string> names = [] {

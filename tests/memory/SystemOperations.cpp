@@ -28,7 +28,7 @@
 namespace Toolkit::TestSupport {
 namespace {
 
-// Creates the process-wide object of a class; if that fails, there is none.
+// Creates the process-wide object of `Class`. If that fails, GetInstance() returns null.
 template <typename Class>
 void CreatesInstance(Attempt& attempt)
 {
@@ -73,7 +73,7 @@ void QueriesSystem(Attempt& attempt)
 
 void ConstructsSystemInfo(Attempt& attempt)
 {
-    // wxPlatformInfo starts a program to find the distribution.
+    // Constructed outside Run(), because wxPlatformInfo starts a program to find the distribution.
     static const FrameworkHold hold;
     static const wxPlatformInfo platform;
     attempt.Run([] {
@@ -128,7 +128,8 @@ void CreatesVersion(Attempt& attempt)
     attempt.Expect(version != nullptr, version == nullptr);
 }
 
-// Starts a copy of this program, which exits immediately.
+// Forks a child that starts no program: without a PathManager the path is empty, so execv() fails
+// and the child exits.
 void Restarts(Attempt& attempt)
 {
     PathManager::ReleaseInstance();
@@ -296,7 +297,7 @@ void LoadsLibrary(Attempt& attempt)
     DllToolkitLoad();
     LibModuleManager* const manager = LibModuleManager::GetInstance();
     attempt.ExpectAlways(manager != nullptr);
-    // Initialize() works, so the library's module is registered.
+    // Initialize() creates the Version only if the library's module is registered.
     Version::ReleaseInstance();
     manager->Initialize(false);
     attempt.ExpectAlways(Version::GetInstance().IsValid());

@@ -1,4 +1,5 @@
-# Every public operation, while each of its allocations fails. A sanitizer finds what leaks then.
+# Runs every public operation while each of its allocations fails in turn. A sanitizer build also
+# detects the leaks.
 set(sweep
     memory/AllocationFault.cpp
     memory/ArchiveOperations.cpp
@@ -14,7 +15,7 @@ set(sweep
     memory/ThreadOperations.cpp
     support/ScarceMemory.cpp
 )
-# Its allocator decides for all threads without a lock, which ThreadSanitizer reports.
+# AllocationFault shares data between threads without a lock, which ThreadSanitizer reports.
 if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
     toolkit_test(memory/OutOfMemorySweepTest.cpp)
     target_sources(OutOfMemorySweepTest PRIVATE ${sweep} archive/ZipWriter.cpp)
@@ -26,7 +27,7 @@ if(NOT TOOLKIT_SANITIZE)
     target_sources(ForeignAllocationTest PRIVATE ${sweep} archive/ZipWriter.cpp)
 endif()
 
-# The list of what is swept, against the symbols that the library exports.
+# Compares the operations of the sweep with the symbols that the library exports.
 toolkit_test(memory/SweptOperationsTest.cpp)
 target_sources(SweptOperationsTest PRIVATE ${sweep} archive/ZipWriter.cpp)
 target_compile_definitions(

@@ -21,7 +21,7 @@ protected:
     int DoWork() override { return 7; }
 };
 
-// Runs until it is asked to end.
+// Runs until Delete() asks it to end.
 class WaitingThread : public Thread {
 public:
     ~WaitingThread() override
@@ -40,7 +40,7 @@ protected:
     }
 };
 
-// Keeps wxWidgets started during the sweep, because its own allocations at start are not tested.
+// Keeps wxWidgets started: the sweep does not test the allocations that starting it makes.
 const FrameworkHold& HoldFramework()
 {
     static const FrameworkHold hold;
