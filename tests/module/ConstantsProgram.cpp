@@ -1,5 +1,5 @@
-// A program whose static objects use everything that the library constructs at load, in their
-// constructors and in their destructors.
+// A static object uses the constants and the registry, which the library constructs at load, in its
+// constructor and in its destructor. The program exits with 1 if any of them is missing.
 
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/files/PathManager.h"

@@ -2,8 +2,9 @@
 //
 //     ForkProgram operation children
 //
-// Two threads repeat the operation while the process forks children. Each child performs it, or its
-// counterpart, once and ends. Prints how many children hung or crashed.
+// `operation` is a key of c_operations. Two threads repeat its busy function while the process
+// forks `children` children, one after the other. Each calls the child function once and ends.
+// Prints how many children hung or crashed.
 
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"
@@ -162,7 +163,7 @@ void ReplaceLogger()
     ILogger::SetLogger(last);
 }
 
-// Logs messages of wxWidgets until the process ends.
+// Logs through wxWidgets until the process ends.
 template <void (*logMessage)()>
 class Forwarding : public Thread {
 public:
@@ -201,7 +202,7 @@ void Exit()
     std::exit(0);
 }
 
-// What the busy threads and the child do.
+// What the busy threads repeat, and what each child does once.
 struct Operation {
     void (*busy)();
     void (*child)();

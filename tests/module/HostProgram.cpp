@@ -1,4 +1,5 @@
-// A program with its own application object, during whose lifetime it starts and stops the library.
+// A program with its own wxWidgets application object. Starts and stops the library while that
+// object exists, and prints before, between and after whether it is still the current one.
 
 #include "toolkit/module/LibModuleManager.h"
 

@@ -15,7 +15,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-// Mangled names: a name in a namespace begins with "N", and the length of each part precedes it.
+// Returns mangled names. One in a namespace begins with "N"; the length of each part precedes it.
 template <typename... Types>
 std::vector<std::string> TypeNames()
 {
@@ -65,7 +65,7 @@ TEST(InterfaceTest, KeepsTStringAndMacAutoreleasePoolAtGlobalScope)
     EXPECT_THAT(names, ElementsAre("7TStringIcE", "7TStringIwE", "18MacAutoreleasePool"));
 }
 
-// A mangled name contains scope and parameters; a name without them has C linkage.
+// A mangled name contains scope and parameter types. A function with C linkage has a plain name.
 TEST(InterfaceTest, KeepsScopeParametersAndLinkageOfFunctions)
 {
     constexpr const char* names[] = {"_Z6ASSERTb",

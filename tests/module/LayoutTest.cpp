@@ -67,8 +67,8 @@ std::vector<std::size_t> OffsetsIn(const Object& object, std::initializer_list<c
     return offsets;
 }
 
-// Itanium C++ ABI, section 2.3: a pointer to a virtual member function holds the offset of its
-// slot.
+// Itanium C++ ABI, section 2.3: a pointer to a virtual member function holds the offset of its slot
+// plus 1. On AArch64 it holds the offset itself (C++ ABI for the Arm 64-bit Architecture).
 template <typename Member>
 std::size_t SlotOf(Member member)
 {
@@ -305,7 +305,7 @@ TEST(LayoutTest, PutsDoWorkOfAFileLoggerAfterWrite)
 
 TEST(LayoutTest, PutsILoggerBeforeThreadInAFileLogger)
 {
-    // Only the addresses of the bases are compared.
+    // No FileLogger is constructed: only the addresses of its bases are compared.
     alignas(FileLogger) unsigned char storage[sizeof(FileLogger)];
     auto* const logger = reinterpret_cast<FileLogger*>(storage);
     const auto offsetOf = [&storage](void* base) {

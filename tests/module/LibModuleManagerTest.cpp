@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 using Calls = std::vector<std::string>;
 
-// Records its calls and then runs an action within them.
+// Records each call and then runs the action that is set for it.
 class RecordingModule : public LibModule {
 public:
     RecordingModule(std::string name, Calls& calls) : m_name(std::move(name)), m_calls(calls) {}
@@ -52,7 +52,7 @@ protected:
             m_manager.Register(module);
     }
 
-    // Starts and stops the library once more and returns the calls, which show the modules that are
+    // Starts and stops the modules once more. Returns the calls, which show the modules that are
     // still registered.
     Calls StartAndStopAgain()
     {

@@ -1,6 +1,6 @@
 // Prints the order in which the process-wide objects are created and released. Nothing reports when
-// a pointer to one is set, but each object is on the heap, so the next allocation or deallocation
-// detects the change.
+// a pointer to an object is set or cleared, but the objects are on the heap, so the next allocation
+// or deallocation detects the change.
 
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/ILogger.h"

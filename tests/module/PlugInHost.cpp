@@ -1,5 +1,5 @@
-// Loads the plug-in named by its argument, with local symbols. Host and plug-in each throw an
-// exception that the other one catches.
+// Loads the plug-in named by its argument with RTLD_LOCAL. Host and plug-in each throw an exception
+// that the other one catches.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/system/Version.h"

@@ -2,8 +2,9 @@
 //
 //     ProcessEndProgram seconds how what [plug-in]
 //
-// The plug-in creates the objects if one is given, otherwise the program. The exit status is 7.
-// SIGALRM kills a process that does not end within `seconds`.
+// End() lists the values of `how`; `what` names the objects, as in ProcessEndScene.h. The plug-in
+// creates them if one is given, otherwise the program. The exit status is 7, or 1 if something
+// fails. SIGALRM kills a process that does not end within `seconds`.
 
 #include "toolkit/files/DynamicLibrary.h"
 #include "toolkit/logging/ILogger.h"
@@ -40,7 +41,7 @@ private:
 
 smart_ptr<Thread> s_exitingThread;
 
-// Returns this process's files with their contents.
+// Returns the files in HOME and TMPDIR, which only this process uses, with their contents.
 std::map<std::string, std::string> Files()
 {
     std::map<std::string, std::string> files;
@@ -77,7 +78,7 @@ void Fail(const char* message)
     std::exit(c_status);
 }
 
-// Forks a child that ends, and checks that this has no effect on this process.
+// Forks a child that exits. Checks its status, and that it changes none of this process's files.
 void ForkAndExit()
 {
     const std::map<std::string, std::string> before = SettledFiles();

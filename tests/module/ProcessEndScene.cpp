@@ -43,7 +43,7 @@ private:
     std::promise<void> m_started;
 };
 
-// Runs a thread between its start and its stop.
+// Runs a thread between Initialize() and Release().
 class WorkingModule : public LibModule {
 public:
     WorkingModule() { LibModuleManager::GetInstance()->Register(this); }
@@ -78,7 +78,7 @@ std::wstring PathInOwnDirectory(const wchar_t* name)
 
 FileLogger* CreateFileLogger()
 {
-    // Loggers write to /tmp, and the name continues the path from there.
+    // FileLogger puts the name after "/tmp/", so ".." leads from there to the own directory.
     return new FileLogger(SeverityVerbose, L".." + PathInOwnDirectory(L"scene"), c_sizeLimit);
 }
 
@@ -116,7 +116,7 @@ void SetUpLogger(const char* what)
     } else if (std::strcmp(what, "forwarder") == 0) {
         s_forwarder = std::make_unique<WxLogForwarder>();
     } else if (std::strcmp(what, "leaked forwarder") == 0) {
-        new WxLogForwarder(); // wxWidgets deletes it.
+        new WxLogForwarder(); // never deleted
     }
 }
 
@@ -154,7 +154,7 @@ void StartLibrary()
 void SetUpScene(const char* what)
 {
     if (std::strcmp(what, "private logger") == 0) {
-        // This is never the process-wide logger.
+        // Never installed as the process-wide logger.
         s_logger = CreateFileLogger();
         LogLines(*s_logger);
     } else if (std::strcmp(what, "server") == 0) {

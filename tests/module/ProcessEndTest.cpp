@@ -45,8 +45,8 @@ const std::vector<std::string> c_objects = {
     "paused thread",   "unstarted thread",
 };
 
-// Used only in the program itself, since threads must not run in an unloaded plug-in, and not if
-// the process forks, where the test waits until the log stops growing.
+// Used only in the program itself, because threads must not run code of an unloaded plug-in. Not
+// used if the process forks, because ProcessEndProgram then waits until the log stops growing.
 constexpr const char* c_loggingThreads = "logging threads";
 
 // One process: a program, how it ends, which objects are alive, and in which plug-in.
@@ -75,12 +75,12 @@ struct Case {
                (plugIn.empty() ? "" : " in " + std::filesystem::path(plugIn).stem().string());
     }
     // A process that does not stop the library leaves wxWidgets' memory to the system. A forked
-    // child leaves the memory of its parent's threads.
+    // child leaves the memory of its parent's threads. Nothing deletes the leaked forwarder.
     bool LeaksMemory() const { return !how.ends_with("release") || what == "leaked forwarder"; }
     bool Logs() const { return what.find("logger") != std::string::npos; }
 };
 
-// How a process ended, and what it left.
+// How a process ended, and what it left behind.
 struct End {
     int status; // minus the signal number if a signal ended it
     std::string errors;
@@ -101,7 +101,8 @@ std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, b
     if (leaksMemory)
         variables.push_back("ASAN_OPTIONS=" + std::string(sanitizer ? sanitizer : "") +
                             ":detect_leaks=0");
-    // With these instructions, valgrind wrongly reports a read past the end.
+    // Turns off the AVX2 functions of the C library, in which valgrind wrongly reports reads past
+    // the end.
     variables.emplace_back("GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX2_Usable,-AVX2");
     variables.push_back("HOME=" + (directory / "home").string());
     variables.push_back("TMPDIR=" + (directory / "tmp").string());
@@ -190,7 +191,8 @@ std::string DescribeFault(const Case& testCase, const End& end)
     return "";
 }
 
-// Runs all cases `rounds` times, many concurrently, since they mostly wait. The report has `title`.
+// Runs all cases `rounds` times, four at a time per processor, since they mostly wait. `title`
+// heads the report.
 void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds)
 {
     const std::size_t count = cases.size() * static_cast<std::size_t>(rounds);
@@ -212,8 +214,8 @@ void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds
             " times each");
 }
 
-// Returns the cases for all kinds of live objects, in the program and in a plug-in of each language
-// version.
+// Returns the cases for all kinds of live objects, in the program and in a plug-in of each C++
+// version. The cases for "dlclose" have plug-ins only.
 std::vector<Case> CasesOf(const std::string& how)
 {
     std::vector<Case> cases;

@@ -1,10 +1,11 @@
-// A program that does not link the library. It loads a plug-in, which loads the library, creates
-// objects in the plug-in and returns from main():
+// Does not link the library. Loads a plug-in that links it, creates objects in the plug-in and
+// returns from main():
 //
 //     ProcessEndUnlinkedHost seconds how what plug-in
 //
-// If `how` is "dlclose", it unloads the plug-in first. `what` names the objects, as in
-// ProcessEndScene.h. The exit status is 7. SIGALRM ends the process after `seconds`.
+// If `how` is "dlclose", unloads the plug-in before it returns. `what` names the objects, as in
+// ProcessEndScene.h. The exit status is 7, or 1 if the plug-in cannot be used. SIGALRM kills a
+// process that does not end within `seconds`.
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Prints the order in which the library constructs its objects at load and destroys them at unload.
-// Constants longer than three characters allocate their strings, and the load sequence ends with
-// the registry.
+// Shows only what is on the heap: the registry, which is constructed last, and the constants of
+// more than three characters, which std::wstring cannot store inside itself.
 
 #include "toolkit/module/LibModuleManager.h"
 
@@ -29,7 +29,7 @@ bool Holds(void* block, const wchar_t* string)
            std::wmemcmp(static_cast<const wchar_t*>(block), string, length) == 0;
 }
 
-// Prints the name of the block if it is one of the expected ones.
+// Prints what the block holds if it is the registry or an expected string.
 void PrintBlock(void* block)
 {
     static const wchar_t* const strings[] = {

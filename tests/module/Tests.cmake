@@ -8,7 +8,8 @@ toolkit_test_program(ToolkitModuleTest TOOLKIT_TEST_HOST_PROGRAM module/HostProg
 toolkit_test_program(ToolkitModuleTest TOOLKIT_TEST_ORDER_PROGRAM module/OrderProgram.cpp)
 toolkit_test_program(LoadTest TOOLKIT_TEST_SEQUENCE_PROGRAM module/SequenceProgram.cpp)
 
-# The library's object files as a static library, to link after and before a program's own.
+# The library's object files as a static library. ConstantsStaticProgram links it after its own
+# object files, ConstantsStaticReversedProgram before them.
 add_library(ToolkitArchive STATIC $<TARGET_OBJECTS:Toolkit>)
 set_target_properties(ToolkitArchive PROPERTIES LINKER_LANGUAGE CXX)
 get_target_property(needs Toolkit LINK_LIBRARIES)
@@ -38,7 +39,7 @@ if(BUILD_SHARED_LIBS)
     toolkit_test(module/InterfaceTest.cpp)
     target_link_libraries(InterfaceTest PRIVATE ${CMAKE_DL_LIBS})
 
-    # It does not link the library that it loads.
+    # UnloadProgram does not link the library: it loads it with dlopen().
     add_executable(UnloadProgram module/UnloadProgram.cpp)
     target_link_libraries(UnloadProgram PRIVATE ToolkitBuildOptions ${CMAKE_DL_LIBS})
     target_compile_definitions(
@@ -77,8 +78,8 @@ if(BUILD_SHARED_LIBS)
     )
 endif()
 
-# Every way to end a process, with every kind of live object. ThreadSanitizer does
-# not support processes that fork, or end, while their threads run.
+# Tests every way to end a process with every kind of live object. ThreadSanitizer does not support
+# processes that fork, or end, while their threads run.
 if(BUILD_SHARED_LIBS AND NOT TOOLKIT_SANITIZE MATCHES "thread")
     toolkit_test(module/ProcessEndTest.cpp)
     toolkit_test_program(

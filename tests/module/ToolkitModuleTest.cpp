@@ -196,8 +196,9 @@ TEST_F(ToolkitModuleTest, DoesNotReplaceTheApplicationObjectOfTheHost)
     EXPECT_EQ(result.errors, "");
 }
 
-// ILogger clears its pointer before it destroys the logger, so there is no step "L" after "LR". If
-// the logger were released before RestartManagment, there would be a step "R".
+// ILogger clears its pointer before it destroys the logger; the other classes clear theirs
+// afterwards. So RestartManagment and the logger disappear in one step, and there is no step "L"
+// after "LR". If the logger were released before RestartManagment, there would be a step "R".
 TEST_F(ToolkitModuleTest, CreatesAndReleasesObjectsInFixedOrders)
 {
     const TestSupport::ProgramResult result =

@@ -1,5 +1,6 @@
-// Loads the library named by its argument and unloads it, twice. The library's registry is in
-// memory that this program allocates and frees.
+// Loads the library named by its argument and unloads it, twice. The library allocates and frees
+// its registry with this program's operator new and operator delete, so the program sees the
+// registry deleted.
 
 #include <cstddef>
 #include <cstdio>
