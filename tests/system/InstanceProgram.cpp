@@ -1,7 +1,8 @@
-// A program of which several copies run concurrently. A line on its standard input starts the
-// library and prints whether another copy runs, and the program's unique name. Another line stops
-// the library and prints a reply; the end of the input stops the library and the program. The line
-// "fork" forks a child that outlives the program, and prints the child's process id.
+// A program of which several copies run concurrently. At the first line on standard input, it
+// starts the library and prints whether another copy runs, and the program's unique name. At each
+// line "fork" after that, it forks a child that outlives it, and prints the child's process ID. At
+// any other line or the end of the input, it stops the library and prints "stopped". It ends at the
+// next line or the end of the input.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"

@@ -22,8 +22,8 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// Returns ICU's locales, all of which the environment can name. In the environment, anything after
-// a dot or an at sign is ignored.
+// Returns ICU's locales. The environment can name each of them: the library ignores what follows a
+// dot or an at sign in the environment, but these names contain neither.
 std::vector<std::string> AvailableLocales()
 {
     std::vector<std::string> locales;

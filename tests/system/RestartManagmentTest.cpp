@@ -37,7 +37,8 @@ std::vector<std::wstring> LinesOf(const std::string& text)
 
 class RestartManagmentTest : public testing::Test {
 protected:
-    // Copies the program that restarts itself to `name` in the test's directory.
+    // Copies the program that restarts itself to `name` in the test's directory. Returns the path
+    // of the copy.
     std::filesystem::path Install(const std::string& name) const
     {
         const std::filesystem::path path = m_directory.Path() / name;
@@ -110,7 +111,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForTheNewProcess)
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ScopedEnvironment report("TOOLKIT_TEST_REPORT", pipe);
 
-    // The new process cannot end before the first one continues.
+    // The new process cannot end before the first one opens the pipe.
     const ProgramResult result = RunProgram(program, {"-read"});
 
     EXPECT_EQ(result.exitCode, 0);
@@ -120,7 +121,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForTheNewProcess)
 TEST_F(RestartManagmentTest, LogsTheProgramAndTheResult)
 {
     const std::filesystem::path program = Install("tool");
-    // The new process may outlive the test's directory.
+    // Not in the test's directory, which the new process may outlive.
     const ScopedEnvironment report("TOOLKIT_TEST_REPORT", "/dev/null");
 
     const ProgramResult result = RunProgram(program, {});

@@ -1,6 +1,6 @@
-// A program that restarts itself. The first copy prints its log. The second one, identified by its
-// argument, writes its command line to the file named by TOOLKIT_TEST_REPORT. With "-read", the
-// first copy then prints what the second one writes.
+// A program that restarts itself. The first copy prints its log. The second one, identified by the
+// argument "-restart", writes its command line to the file named by TOOLKIT_TEST_REPORT. With
+// "-read", the first copy then prints what the second one writes.
 
 #include "toolkit/logging/ConsoleLogger.h"
 #include "toolkit/module/LibModuleManager.h"
@@ -15,7 +15,7 @@ using namespace Toolkit;
 
 namespace {
 
-// Opening a pipe for writing waits for its reader.
+// The report is a pipe. The second copy blocks in open() until this function opens the pipe.
 void PrintReport()
 {
     const char* const report = std::getenv("TOOLKIT_TEST_REPORT");

@@ -62,14 +62,15 @@ public:
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
-    // Lets the copy fork a child and returns the child's process id.
+    // Makes the copy fork a child. Returns the child's process ID.
     pid_t Fork() const
     {
         EXPECT_EQ(::write(m_input, "fork\n", 5), 5);
         return static_cast<pid_t>(std::stol(ReadLine()));
     }
 
-    // Reads whether this copy found another one. Also reads its unique name, for UniqueName().
+    // Returns whether the copy has found another one. Also stores the unique name that the copy
+    // prints, for UniqueName().
     bool SeesAnother()
     {
         const std::string line = ReadLine();
@@ -126,7 +127,7 @@ protected:
         return copy;
     }
 
-    // Copies the program to `folder` and returns its path.
+    // Copies the program to `folder` and returns the path of the copy.
     std::filesystem::path Install(const std::filesystem::path& folder) const
     {
         std::filesystem::create_directories(folder);
@@ -227,7 +228,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresAnotherProcessWithTheIdOfACrashedCo
     EXPECT_FALSE(first.SeesAnother());
     first.Crash();
 
-    // The process id is that of this test, which runs but is not a copy of the program.
+    // The process ID is that of this test, which runs but is not a copy of the program.
     for (const std::string& name : {first.UniqueName(), "." + first.UniqueName() + ".lock"})
         std::ofstream(m_homePath / name) << ::getpid();
 

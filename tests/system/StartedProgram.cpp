@@ -1,5 +1,5 @@
-// A program for tests to start. To the file named by TOOLKIT_TEST_REPORT it writes its arguments,
-// one per line, and the number of its open files above standard error.
+// A program for tests to start. It writes its command line, one argument per line, and the number
+// of files that it inherits above standard error to the file named by TOOLKIT_TEST_REPORT.
 
 #include <cstdlib>
 #include <filesystem>
@@ -14,7 +14,7 @@ int CountInheritedFiles()
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code closed;
-        // The iterator's own descriptor may already be closed when this entry is read.
+        // The iterator's own descriptor refers to a directory, so it is not counted.
         const bool isDirectory = std::filesystem::is_directory(entry.path(), closed);
         if (std::stoi(entry.path().filename()) > STDERR_FILENO && !isDirectory)
             ++count;

@@ -1,5 +1,5 @@
-// A program that starts another one while its standard output has unflushed text and a static
-// object is not yet destroyed.
+// A program that tries to start a missing program while standard output has unflushed text and a
+// static object exists. The forked child must neither flush the text nor destroy the object.
 
 #include "toolkit/system/SystemInfo.h"
 

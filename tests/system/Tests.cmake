@@ -22,5 +22,5 @@ toolkit_test_program(
 )
 toolkit_test_program(SystemInfoTest TOOLKIT_TEST_STARTED_PROGRAM system/StartedProgram.cpp)
 toolkit_test_program(SystemInfoTest TOOLKIT_TEST_STARTING_PROGRAM system/StartingProgram.cpp)
-# Needs wxPlatformInfo to describe an operating system.
+# SystemInfoTest describes operating systems with wxPlatformInfo.
 target_link_libraries(SystemInfoTest PRIVATE Toolkit::wxBase)

@@ -11,7 +11,7 @@
 namespace Toolkit {
 namespace {
 
-constexpr unsigned int c_tickMs = 10;
+constexpr unsigned int c_tickMs = 10; // sysconf(_SC_CLK_TCK) is 100
 
 TEST(TickCountTest, ReturnsTheSystemTicksInMilliseconds)
 {
