@@ -107,7 +107,7 @@ public:
     void OnOperationStarted() override {}
     void OnOperationEnded() override
     {
-        // Blocks for ever if the event changes after the handlers run.
+        // Blocks for ever if the event is set only after the handlers run.
         EXPECT_TRUE(m_operation.Wait());
     }
 
@@ -124,7 +124,8 @@ TEST_F(BackgroundOperationTest, SetsTheEventBeforeItNotifiesHandlers)
     m_operation.SendOperationEnded();
 }
 
-// Starts a waiter in its callback and stores it.
+// Starts a thread that waits for the operation when the operation starts, and checks that the
+// thread no longer waits when the operation ends.
 class WaitingHandler : public BackgroundOperationHandler {
 public:
     explicit WaitingHandler(const BackgroundOperation& operation) : m_operation(operation) {}

@@ -65,7 +65,8 @@ protected:
         std::function<void()> m_action;
     };
 
-    // Returns a listener that records its calls and runs `action` in them.
+    // Returns a listener that records its calls and its destruction, and runs `action` in each
+    // call.
     smart_ptr<IListener> CreateListener(const std::string& name, std::function<void()> action = {})
     {
         return smart_ptr<IListener>(new Listener(*this, name, std::move(action)));
@@ -321,7 +322,7 @@ TEST_F(EventNotifierTest, BlocksOtherThreadsUntilAPassEnds)
             m_notifier.AddListener(CreateListener("b"));
             isAdded.set_value();
         });
-        // Long enough for a thread that nothing blocks.
+        // A thread that is not blocked needs far less than 200 ms.
         EXPECT_EQ(added.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
     }));
 

@@ -149,7 +149,7 @@ TEST(EventObjectTest, DoesNotLoseSignalsOfConcurrentThreads)
     EventObject event(c_autoReset, !c_signalled);
     std::atomic<int> produced{0};
 
-    // The flag is usually already set when a thread signals it.
+    // The waiter polls only every 200 ms, so the event is usually already signalled.
     const auto produce = [&event, &produced] {
         for (int i = 0; i < rounds; ++i) {
             produced.fetch_add(1, std::memory_order_relaxed);

@@ -14,7 +14,7 @@
 namespace Toolkit {
 namespace {
 
-// Locks a mutex on another thread until the test releases it.
+// Locks a mutex on another thread. The destructor unlocks it.
 class OtherOwner {
 public:
     explicit OtherOwner(MutexInternal& mutex)

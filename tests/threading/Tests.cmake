@@ -6,7 +6,7 @@ target_sources(ThreadTest PRIVATE support/ScarceMemory.cpp)
 toolkit_test(threading/BackgroundOperationTest.cpp)
 toolkit_test(threading/EventNotifierTest.cpp)
 
-# Clang accepts the use of a guarded member under its lock, and rejects it without.
+# Clang must accept a use of a guarded member under its lock, and reject an unlocked use.
 find_program(TOOLKIT_CLANG NAMES clang++)
 if(TOOLKIT_CLANG)
     set(check

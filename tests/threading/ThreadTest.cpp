@@ -316,8 +316,9 @@ TEST(ThreadTest, CanBeKilledWhileRunning)
 
 std::atomic<int> g_slowDestructorCalls{0};
 
-// Has a slow destructor, so that the test detects a caller that does not wait for it. A thread that
-// is being cancelled is not cancelled again while it sleeps.
+// Has a slow destructor, so that the test detects a caller that does not wait for it. The
+// destructor may sleep on a killed thread, because cancellation points have no effect while the
+// thread unwinds.
 struct SlowDestructor {
     ~SlowDestructor()
     {
@@ -434,8 +435,8 @@ int KillAtStart(bool throughBase)
     return result == wxTHREAD_NO_ERROR ? 0 : 1;
 }
 
-// wxWidgets ends a process that cancels a thread before it reaches Entry(). Only the first thread
-// of a process is often slow enough to show this.
+// wxWidgets ends a process that cancels a thread before the thread reaches Entry(). Usually only
+// the first thread of a process is slow enough to show this, so each attempt needs a new process.
 TEST(ThreadDeathTest, CanBeKilledBeforeItsWorkBegins)
 {
     for (int i = 0; i < 20; ++i)
@@ -486,7 +487,7 @@ TEST(ThreadTest, CannotBeKilledUnlessRunning)
     EXPECT_EQ(worker.Kill(), wxTHREAD_NOT_RUNNING);
 }
 
-// Returns the result of a thread's operation on itself.
+// Calls `operation` on a new thread with the object of that thread, and returns the result.
 template <typename Result>
 Result CallOnItself(Result (*operation)(Worker&))
 {
@@ -536,7 +537,7 @@ TEST(ThreadTest, WorksOnlyOnceWhenStartedThroughWxThread)
     EXPECT_EQ(calls, 100);
 }
 
-// A thread class that calls the entry point itself.
+// A thread class that lets any thread call the entry point.
 class Direct : public Thread {
 public:
     ~Direct() override { Wait(); }
@@ -652,7 +653,7 @@ TEST(ThreadTest, ReportsTheThreadOfMainAsTheMainThread)
     EXPECT_FALSE(std::async(std::launch::async, Thread::IsMainThread).get());
 }
 
-// In a separate process, where nothing has started wxWidgets.
+// Runs in a separate process, in which nothing has started wxWidgets.
 TEST(ThreadDeathTest, KeepsTheMainThreadWhenCreatedOnAnotherThread)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -667,8 +668,8 @@ TEST(ThreadDeathTest, KeepsTheMainThreadWhenCreatedOnAnotherThread)
         testing::ExitedWithCode(0), "^$");
 }
 
-// Number of allocations of the library when it starts a thread, and of wxThread::Run() before it
-// creates the thread.
+// Starting a thread allocates memory at least this often. The thread does not start if one of these
+// allocations fails.
 constexpr int c_startAllocations = 20;
 
 TEST(ThreadTest, CanBeDestroyedWhenOutOfMemory)
@@ -684,8 +685,8 @@ TEST(ThreadTest, CanBeDestroyedWhenOutOfMemory)
 std::atomic<bool> s_hasMemory{true};
 thread_local bool t_isTested = false;
 
-// Fails only on the tested thread: wxWidgets does not expect its other threads to run out of
-// memory.
+// Makes allocations fail on the tested thread only, because wxWidgets cannot handle running out of
+// memory on other threads.
 bool FailsOnTestedThread(const void*)
 {
     return t_isTested && !s_hasMemory;
