@@ -100,7 +100,7 @@ TEST_F(CommandTest, EndsBySigpipeWhenItsOutputIsClosed)
     const ProgramResult result = Shell("{ $toolkit log $dir/a.qvlog; echo $? >&2; } | head -n 1");
 
     EXPECT_EQ(result.output, "100 info f:1 x\n");
-    EXPECT_EQ(result.errors, "141\n"); // 128 and SIGPIPE
+    EXPECT_EQ(result.errors, "141\n"); // 128 + SIGPIPE
 }
 
 TEST_F(CommandTest, UsesColoursOnATerminalOnly)

@@ -169,7 +169,7 @@ TEST_F(CompletionTest, EscapesSpacesInALogNameInBash)
                 Contains(quoted));
 }
 
-// Another user may have created the link.
+// In /tmp, another user could have created the link.
 TEST_F(CompletionTest, IgnoresALinkToAFileOfTheUser)
 {
     const NameInTmp link("link");
@@ -210,7 +210,6 @@ std::vector<std::string> LongOptions(const std::string& usage)
     return options;
 }
 
-// The completions of all shells must have every option of the command.
 TEST_F(CompletionTest, ContainsEveryOption)
 {
     const std::string bash = ReadWholeFile(c_completions + "toolkit.bash");

@@ -10,8 +10,9 @@ using testing::HasSubstr;
 
 class IniCommandTest : public ToolFixture {
 protected:
-    // Returns the output of "toolkit ini check" for a file that contains `text`. It must exit with
-    // `exitCode`. It runs in the directory of the file, so that the output names just "a.ini".
+    // Runs "toolkit ini check" on a file that contains `text`, checks the exit code, and returns
+    // the output. Runs the command in the directory of the file, so that the output names only
+    // "a.ini".
     std::string Check(const std::string& text, int exitCode) const
     {
         Write(L"a.ini", text);

@@ -21,7 +21,7 @@ protected:
 
     std::string Service() const { return PathOf("app.ipc"); }
 
-    // Returns a path in the directory where applications put their services.
+    // Returns a path in /tmp, where applications have their sockets.
     std::string ListedPath() const
     {
         return "/tmp/toolkit-ipc-test-" + std::to_string(::getpid()) + ".ipc";

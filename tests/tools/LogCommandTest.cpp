@@ -89,7 +89,8 @@ TEST_F(LogCommandTest, FindsTheSeamWhenTheTickCountWrapsAround)
               "4294966296 info f:1 2\n4294967290 info f:1 3\n500 info f:1 4\n1500 info f:1 5\n");
 }
 
-// 40 days are closer to the next wrap of the tick count than to the last one.
+// The tick count wraps around after 49.7 days, so a step back by 40 days looks like a step forward
+// by 9.7 days.
 TEST_F(LogCommandTest, FindsTheSeamInALogOfFortyDays)
 {
     EXPECT_EQ(Print("2 3456000000 : 1 : f : 6\n2 0 : 1 : f : 1\n2 691200000 : 1 : f : 2\n"
@@ -108,7 +109,7 @@ TEST_F(LogCommandTest, OrdersLinesOfThreeRounds)
               "9000 info f:1 6\n");
 }
 
-// A burst once made the file long. What remains of it is much older than the second newest round.
+// A burst once made the file long. Its remaining lines are much older than the second newest round.
 TEST_F(LogCommandTest, OrdersLinesOfShortRoundsAfterABurst)
 {
     EXPECT_EQ(Print("2 90400 : 1 : f : 5\n2 90500 : 1 : f : 6\n"
@@ -118,7 +119,8 @@ TEST_F(LogCommandTest, OrdersLinesOfShortRoundsAfterABurst)
               "90400 info f:1 5\n90500 info f:1 6\n");
 }
 
-// Ticks advance in steps of 10 ms.
+// Tick counts advance in steps of 10 ms, so no two different ones are closer than those in this
+// log.
 TEST_F(LogCommandTest, OrdersLinesOfThreeShortRounds)
 {
     EXPECT_EQ(Print("2 1040 : 1 : f : 5\n2 1050 : 1 : f : 6\n"
@@ -271,7 +273,7 @@ TEST_F(LogCommandTest, RejectsBinaryStandardInput)
     EXPECT_EQ(result.errors, "toolkit: standard input is not a log\n");
 }
 
-// A system that crashes leaves zeros where it could not write.
+// After a crash of the system, a file may contain zeros where data was not written.
 TEST_F(LogCommandTest, ReadsALogThatBeginsWithNullBytes)
 {
     EXPECT_EQ(Print(std::string(3, '\0') + "\n2 100 : 1 : f : first\n"),
@@ -331,7 +333,7 @@ protected:
         std::ofstream(Path(suffix)) << "2 100 : 1 : f : written" + suffix + "\n";
     }
 
-    // Writes a file that is newer than the others.
+    // Writes a file, and makes all earlier ones older than it.
     void WriteNewest(const std::string& suffix)
     {
         for (const std::string& path : m_paths) {

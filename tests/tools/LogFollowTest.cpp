@@ -18,12 +18,12 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-// Follows a log that the test overwrites in place, as a logger does.
+// Fixture with a log that the tests overwrite in place, as a logger does.
 class LogFollowTest : public ToolFixture {
 protected:
     LogFollowTest() : m_path(ToolFixture::Write(L"app.qvlog", "2 1000 : 1 : f : first\n")) {}
 
-    // Overwrites the file at `offset` with `text` and returns the offset of its end.
+    // Writes `text` over the bytes at `offset`, and returns the offset at which `text` ends.
     long WriteAt(long offset, const std::string& text) const
     {
         std::fstream file(m_path, std::ios::in | std::ios::out | std::ios::binary);
@@ -37,7 +37,7 @@ protected:
         return WriteAt(static_cast<long>(std::filesystem::file_size(m_path)), text);
     }
 
-    // Stops the command while `write` runs, so that it sees all changes at once.
+    // Suspends the command while `write` runs, so that the command sees all changes together.
     template <typename Write>
     static void WriteWhileStopped(RunningCommand& command, Write write)
     {
@@ -142,7 +142,7 @@ TEST_F(LogFollowTest, PrintsALogRewrittenWithMoreLinesInOrder)
                          "2020 info f:1 fourth\n3000 info f:1 end\n"));
 }
 
-// A thread may wait for seconds between reading the time and writing.
+// A thread may wait for seconds between reading the tick count and writing the line.
 TEST_F(LogFollowTest, PrintsALateLineInAWrappedLog)
 {
     const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
@@ -247,7 +247,7 @@ TEST_F(LogFollowTest, EndsWhenItsOutputIsClosed)
     EXPECT_EQ(command.Wait(), -SIGPIPE);
 }
 
-// The logger's file has room for about forty lines.
+// The logger's file has room for about eighty lines.
 TEST_F(LogFollowTest, ShowsAllLinesOfALoggerThatWrapsOften)
 {
     constexpr int lines = 200;

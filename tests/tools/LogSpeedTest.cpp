@@ -17,7 +17,7 @@ constexpr unsigned long long c_megabyte = 1000000;
 
 class LogSpeedTest : public ToolFixture {
 protected:
-    // Writes a wrapped log, with the newer half first in the file, and returns its path.
+    // Writes a wrapped log, with the newer half first in the file. Returns the path of the file.
     std::string WriteLog(unsigned long long bytes) const
     {
         const std::string path = PathOf("large.qvlog");
@@ -36,10 +36,11 @@ protected:
     }
 };
 
-// Measures processor time, so that other programs do not matter.
+// Measures processor time, on which other programs have little effect.
 TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
 {
-    // The limit is lower for a short sample, where process start and other load matter.
+    // The limit is lower for a short sample, because starting the process takes a larger share of
+    // its time.
     const double minBytesPerSecond = SoakRounds(50, 200) * 1e6;
     constexpr long maxKilobytes = 50000;
     const auto megabytes = static_cast<unsigned long long>(SoakRounds(20, 1000));

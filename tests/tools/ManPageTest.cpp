@@ -27,7 +27,8 @@ protected:
     }
     ~ManPageTest() override { std::filesystem::remove("/tmp/" + m_logger + ".qvlog"); }
 
-    // Returns the lines of the page's examples, adapted to this test's logger.
+    // Returns the page's first block of examples as shell commands: without roff escapes, and
+    // with this test's logger instead of "example".
     std::string Examples() const
     {
         const std::string page = ReadWholeFile(c_pages + GetParam() + ".1");
@@ -54,7 +55,8 @@ TEST_P(ManPageTest, FormatsWithoutWarnings)
     EXPECT_EQ(result.errors, "");
 }
 
-// A server needs a moment before clients find it.
+// A server in the background needs a moment to create its socket. The test waits for the socket
+// before it runs the next command.
 TEST_P(ManPageTest, HasExamplesThatRun)
 {
     std::string lines = Examples();

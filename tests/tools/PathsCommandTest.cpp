@@ -35,7 +35,7 @@ private:
     const std::filesystem::path m_directory;
 };
 
-// Fixture with a program `app` in the directory `bin` of an installed tree, run by this user.
+// Fixture with an empty home directory and an installed program, bin/app, that this user may run.
 class PathsCommandTest : public ToolFixture {
 protected:
     PathsCommandTest()
@@ -48,7 +48,7 @@ protected:
 
     ProgramResult RunPaths() const { return Run({"paths", PathOf("bin/app")}); }
 
-    // Permissions do not restrict root, so root runs the command without its privileges.
+    // Permissions do not restrict root, so the command runs without the privileges of root.
     ProgramResult RunPathsWithoutPrivileges() const
     {
         if (::geteuid() != 0)

@@ -14,7 +14,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Runs the command `toolkit` with its output and errors in a pipe. The destructor kills it.
+/// Runs the command `toolkit` with standard output and standard error in one pipe. The destructor
+/// kills the process if it has not been waited for.
 class RunningCommand {
 public:
     explicit RunningCommand(std::vector<std::string> arguments)
@@ -49,8 +50,8 @@ public:
     RunningCommand(const RunningCommand&) = delete;
     RunningCommand& operator=(const RunningCommand&) = delete;
 
-    /// Reads until the output contains `text`. Returns all output since the start. Fails if nothing
-    /// is written for ten seconds.
+    /// Reads until the output contains `text`. Returns all output since the start. Fails at the end
+    /// of the output, and if nothing is written for ten seconds.
     const std::string& ReadUntil(const std::string& text)
     {
         constexpr int timeoutMs = 10000;
@@ -77,7 +78,8 @@ public:
         m_output = -1;
     }
 
-    /// Sends `signal` and waits until the process ends. Returns the exit code, or minus the signal.
+    /// Sends `signal` and waits until the process ends. Returns the exit code, or minus the number
+    /// of the signal that ended the process.
     int End(int signal)
     {
         ::kill(m_process, signal);

@@ -14,15 +14,16 @@ namespace {
 using testing::ContainsRegex;
 using testing::StartsWith;
 
-// The length of an archive's end record without a comment, and the offsets of its fields.
+// The length of an archive's end record without a comment, and the offsets of its fields (APPNOTE,
+// 4.3.16).
 constexpr std::size_t c_endLength = 22;
 constexpr std::size_t c_countAt = 10;
 constexpr std::size_t c_sizeAt = 12;
 constexpr std::size_t c_offsetAt = 16;
 constexpr std::size_t c_commentLengthAt = 20;
 
-// Returns the archive with a ZIP64 end record, whose values replace those of the usual one
-// (APPNOTE, 4.3.14 and 4.3.15).
+// Returns the archive with a ZIP64 end record and its locator (APPNOTE, 4.3.14 and 4.3.15). In the
+// ordinary end record, the bytes 0xFF refer readers to the values in the ZIP64 record.
 std::string WithZip64End(const std::string& archive)
 {
     const std::size_t end = archive.size() - c_endLength;
@@ -38,7 +39,7 @@ std::string WithZip64End(const std::string& archive)
            std::string(12, '\xFF') + PackNumber(0, 2);
 }
 
-// Waits until a file in a directory is written.
+// Watches a directory, to wait until a file in it is written.
 class DirectoryWatch {
 public:
     explicit DirectoryWatch(const std::string& directory) : m_events(::inotify_init1(IN_CLOEXEC))
@@ -50,7 +51,7 @@ public:
     DirectoryWatch(const DirectoryWatch&) = delete;
     DirectoryWatch& operator=(const DirectoryWatch&) = delete;
 
-    // Fails after ten seconds.
+    // Fails if nothing is written within ten seconds.
     void WaitForAWrite() const
     {
         constexpr int longestWaitMs = 10000;
@@ -312,7 +313,7 @@ TEST_F(ZipCommandTest, LeavesNoFileForADamagedEntryInExtract)
 
 TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractIsInterrupted)
 {
-    // Extracting it takes much longer than sending a signal.
+    // Extracting 500 MiB takes much longer than sending a signal.
     Shell("cd $dir; truncate -s 500M big; zip -q -1 big.zip big; rm big");
     std::filesystem::create_directory(Target());
     const DirectoryWatch target(Target());
