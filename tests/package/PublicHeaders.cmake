@@ -1,4 +1,4 @@
-# Compiles every public header on its own, as C++17 and as C++20, with all warnings as errors.
+# Compiles every public header on its own, as C++17 and as C++20, with warnings as errors.
 
 # Headers that include wxWidgets, directly or through another header. All others compile without its
 # include path.

@@ -11,8 +11,8 @@ set(package_sources "${CMAKE_CURRENT_SOURCE_DIR}/package")
 set(package_binaries "${CMAKE_CURRENT_BINARY_DIR}/package")
 set(package_prefix "${package_binaries}/prefix")
 
-# Adds a test that configures and builds the project in `folder` from scratch and runs its `program`
-# unless that is empty.
+# Adds a test that configures and builds the project in `folder`, and runs its `program` unless that is
+# empty. Passes further arguments to CMake.
 function(toolkit_program_test name folder program)
     cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY "${package_sources}")
     set(test_command)
@@ -35,7 +35,7 @@ function(toolkit_program_test name folder program)
 endfunction()
 
 # Adds a test that configures a project, which must fail in find_package(Toolkit) with a message that
-# contains `words`.
+# contains `words`. Passes further arguments to CMake.
 function(toolkit_refusal_test name words)
     add_test(NAME ${name}
              COMMAND ${CMAKE_COMMAND} --fresh -S "${package_sources}/refusal" -B
@@ -93,7 +93,7 @@ if(BUILD_SHARED_LIBS)
         PackageNamesAMissingDependency "apt-get install libwxgtk3.2-dev"
         -DCMAKE_DISABLE_FIND_PACKAGE_wxWidgets=ON
     )
-    # Builds the README's program with the README's commands.
+    # Builds and runs the README's program with the README's commands.
     add_test(NAME PackageReadme COMMAND "${package_sources}/readme.sh"
                                         "${PROJECT_SOURCE_DIR}/README.md" "${package_prefix}"
                                         "${package_prefix}/${CMAKE_INSTALL_LIBDIR}"

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Creates the relocatable archive, unpacks it, moves the unpacked folder, and builds a program against
-# the library in it.
+# Creates the relocatable archive, unpacks it, and moves the unpacked folder. Then builds and runs a
+# program against the library in that folder, and tests the gdb printers in it.
 #
 # usage: archive.sh build-directory compiler libdir source
 set -eu

@@ -17,7 +17,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export LC_ALL=C
 
-# Type information and functions of templates are weak: the compiler decides which of them exist.
+# Marks weak and unique symbols as optional: the compiler decides which type information, inline
+# functions and template instances exist.
 {
     echo "libtoolkit.so.1 libtoolkit1 #MINVER#"
     echo "* Build-Depends-Package: libtoolkit-dev"
@@ -30,7 +31,7 @@ if [ "$update" = yes ]; then
 fi
 sed 's/@Base .*/@Base/' "$symbols" | sort >"$work/expected"
 sort "$work/symbols" >"$work/found"
-# Optimised builds may lack what is optional.
+# Optimised builds may lack optional symbols.
 comm -3 "$work/expected" "$work/found" | grep -v '^ (optional)' >"$work/differences" || exit 0
 echo "Only in the symbols file, or (indented) only in the library:"
 cat "$work/differences"

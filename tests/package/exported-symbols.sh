@@ -1,5 +1,6 @@
 #!/bin/sh
-# Fails when the shared library exports a symbol that no public header declares with TOOLKIT_API.
+# Fails when the shared library exports a symbol that no public header declares with TOOLKIT_API, or a
+# symbol with unique binding.
 #
 # usage: exported-symbols.sh library include-directory
 set -eu
@@ -17,7 +18,7 @@ print_public_names() {
         sort -u
 }
 
-# Prints every exported symbol without parameters and result: "vtable for Toolkit::Mutex".
+# Prints every exported symbol without parameter and result types: "vtable for Toolkit::Mutex".
 print_exported_names() {
     nm --dynamic --defined-only "$library" | awk '{ print $NF }' | c++filt --no-params | sort -u
 }

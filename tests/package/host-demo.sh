@@ -7,7 +7,7 @@ set -eu
 
 folder=$(mktemp -d /tmp/toolkit-test-XXXXXX)
 name=$(basename "$folder")
-# The name of the log consists of path, name and user, in lower case.
+# The name of the log file consists of the path and name of the program and the user, in lower case.
 trap 'rm -rf "$folder" "/tmp/"*"$(echo "$name" | tr "[:upper:]" "[:lower:]")"*.qvlog' EXIT
 cp -R "$2/bin" "$2/share" "$folder"
 mv "$folder/bin/host" "$folder/bin/$name"

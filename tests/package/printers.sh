@@ -1,6 +1,6 @@
 #!/bin/sh
-# Stops a program in gdb, which has to find the printers of an installed copy through the line for
-# ~/.gdbinit in docs/debugging.md.
+# Stops a program in gdb. Fails unless gdb finds the printers of an installed copy with the line for
+# ~/.gdbinit from docs/debugging.md.
 #
 # usage: printers.sh compiler prefix libdir
 set -eu

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Extracts the program, its project and their commands from the README, and runs the commands against
-# an installed copy, in a separate folder and home directory.
+# Extracts the program, its CMake project and the shell commands from the README. Runs the commands
+# against an installed copy, in a temporary folder that is also the home directory.
 #
 # usage: readme.sh <README> <prefix> <libdir>
 set -eu
@@ -11,7 +11,7 @@ export PKG_CONFIG_PATH="$3/pkgconfig"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Prints the first code block in the language $1 that contains the word $2.
+# Prints the first code block in the language $1 that contains $2.
 print_block() {
     awk -v opening="\`\`\`$1" -v word="$2" '
         $0 == "```" && inside { if (index(block, word)) { printf "%s", block; exit }; inside = 0; next }
@@ -19,8 +19,8 @@ print_block() {
         $0 == opening { inside = 1; block = "" }' "$readme"
 }
 
-# Runs the first block of commands that contains $1. Fails unless the program in them writes the log
-# whose path it prints.
+# Runs the first block of commands that contains $1. Fails unless the program prints the path of its
+# log and the log contains its message.
 run_block() {
     print_block sh "$1" >"$work/commands.sh"
     [ -s "$work/commands.sh" ] || { echo "the README has no commands with $1" >&2 && exit 1; }

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Fails when the shared library has unresolved symbols, or needs a wxWidgets library other than base
-# and net at run time.
+# Fails when the shared library lacks a symbol or another library at run time, does not need the base
+# library of wxWidgets, or needs X11, GTK or a wxWidgets library other than base and net.
 #
 # usage: run-time-needs.sh library
 set -eu

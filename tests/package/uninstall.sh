@@ -1,6 +1,6 @@
 #!/bin/sh
-# Installs a build and uninstalls it. Fails if a file of the build is left behind, or if a file of the
-# user or a folder of the system is removed.
+# Installs a build and uninstalls it. Fails if a file or folder of the build is left behind, or if a
+# file of the user or a folder of the system is removed.
 #
 # usage: uninstall.sh build-directory source-directory
 set -eu
