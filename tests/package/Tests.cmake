@@ -11,8 +11,8 @@ set(package_sources "${CMAKE_CURRENT_SOURCE_DIR}/package")
 set(package_binaries "${CMAKE_CURRENT_BINARY_DIR}/package")
 set(package_prefix "${package_binaries}/prefix")
 
-# Adds a test that configures and builds the project in `folder`, and runs its `program` unless that is
-# empty. Passes further arguments to CMake.
+# Adds a test that configures and builds the project in `folder`, and runs its `program` unless that
+# is empty. Passes further arguments to CMake.
 function(toolkit_program_test name folder program)
     cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY "${package_sources}")
     set(test_command)

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Fails when the shared library exports a symbol that no public header declares with TOOLKIT_API, or a
-# symbol with unique binding.
+# Fails when the shared library exports a symbol that no public header declares with TOOLKIT_API, or
+# a symbol with unique binding.
 #
 # usage: exported-symbols.sh library include-directory
 set -eu

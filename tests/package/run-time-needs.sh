@@ -1,6 +1,6 @@
 #!/bin/sh
-# Fails when the shared library lacks a symbol or another library at run time, does not need the base
-# library of wxWidgets, or needs X11, GTK or a wxWidgets library other than base and net.
+# Fails when the shared library cannot find a symbol or a library at run time, is not linked with the
+# base library of wxWidgets, or needs X11, GTK or a wxWidgets library other than base and net.
 #
 # usage: run-time-needs.sh library
 set -eu

@@ -62,7 +62,7 @@ public:
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
-    // Makes the copy fork a child. Returns the child's process ID.
+    // Makes the copy fork a child. Returns the child's process id.
     pid_t Fork() const
     {
         EXPECT_EQ(::write(m_input, "fork\n", 5), 5);
@@ -228,7 +228,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresAnotherProcessWithTheIdOfACrashedCo
     EXPECT_FALSE(first.SeesAnother());
     first.Crash();
 
-    // The process ID is that of this test, which runs but is not a copy of the program.
+    // The process id is that of this test, which runs but is not a copy of the program.
     for (const std::string& name : {first.UniqueName(), "." + first.UniqueName() + ".lock"})
         std::ofstream(m_homePath / name) << ::getpid();
 
