@@ -29,14 +29,20 @@ using TestSupport::TempDir;
 constexpr uid_t c_otherUser = 65534;
 
 // Runs `action` in a child process as another user and returns its result.
-int RunAsOtherUser(const std::function<int()>& action)
+// Runs `action` in a forked child and returns its result; -1 if the child crashes.
+int RunInChild(const std::function<int()>& action)
 {
     const pid_t process = ::fork();
     if (process == 0)
-        ::_exit(::setuid(c_otherUser) == 0 ? action() : 255);
+        ::_exit(action());
     int status = 0;
     ::waitpid(process, &status, 0);
-    return WEXITSTATUS(status);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int RunAsOtherUser(const std::function<int()>& action)
+{
+    return RunInChild([&] { return ::setuid(c_otherUser) == 0 ? action() : 255; });
 }
 
 const wchar_t* const c_lockName = L".service.takeover";
@@ -85,7 +91,9 @@ TEST_F(IPCServiceTest, DoesNotAnswerAnotherUser)
 
     ServeWhile([&] {
         EXPECT_EQ(RunAsOtherUser([this] {
-                      const RawSocket client = RawSocket::ConnectedTo(Path());
+                      const RawSocket client;
+                      if (client.Connect(Path()) != 0)
+                          return 2;
                       client.Send(c_connect + c_executeA);
                       return client.ReceiveAll().empty() ? 0 : 1;
                   }),
@@ -253,12 +261,11 @@ TEST_F(IPCServiceTest, RemovesNoFileInAForkedChild)
 {
     auto server = RunServer();
 
-    const pid_t process = ::fork();
-    if (process == 0) {
-        server.reset();
-        ::_exit(0);
-    }
-    ::waitpid(process, nullptr, 0);
+    EXPECT_EQ(RunInChild([&] {
+                  server.reset();
+                  return 0;
+              }),
+              0);
 
     EXPECT_TRUE(IsSocket());
     ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });

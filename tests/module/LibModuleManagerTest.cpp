@@ -429,15 +429,18 @@ TEST_F(LibModuleManagerTest, ServesSeveralThreadsAtOnce)
 
 TEST_F(LibModuleManagerTest, BlocksOtherThreadsDuringACallback)
 {
-    std::latch entered(1);
+    std::promise<void> isRegistered;
+    std::future<void> registered = isRegistered.get_future();
+    std::thread other;
     m_manager.Initialize(false);
-    std::thread other([this, &entered] {
-        entered.wait();
-        m_manager.Register(&m_second);
-    });
-    m_first.onInitialize = [this, &entered] {
-        entered.count_down();
-        std::this_thread::yield();
+    m_first.onInitialize = [&] {
+        other = std::thread([&] {
+            m_manager.Register(&m_second);
+            isRegistered.set_value();
+        });
+        // Long enough for a thread that nothing blocks.
+        EXPECT_EQ(registered.wait_for(std::chrono::milliseconds(200)),
+                  std::future_status::timeout);
         m_calls.push_back("end of 1");
     };
 
