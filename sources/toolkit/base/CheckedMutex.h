@@ -33,8 +33,10 @@ private:
     StandardMutex m_mutex;
 };
 
-// May be constinit: its constructor does nothing at run time.
+// Can be constinit, because the constructor of std::mutex is constexpr.
 using CheckedMutex = BasicCheckedMutex<std::mutex>;
+
+// Not constinit: the constructor of libc++'s std::recursive_mutex is not constexpr.
 using CheckedRecursiveMutex = BasicCheckedMutex<std::recursive_mutex>;
 
 /// Holds a checked mutex until the end of a scope.

@@ -17,7 +17,7 @@ std::wstring GetExecutablePath()
     std::string path(size, '\0');
     if (_NSGetExecutablePath(path.data(), &size) != 0)
         return {};
-    // The reported path may contain links.
+    // The reported path may contain symbolic links.
     const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(path.c_str(), nullptr),
                                                                &std::free);
     return DecodeUtf8(resolved ? resolved.get() : path.c_str());

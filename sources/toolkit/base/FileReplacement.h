@@ -27,7 +27,8 @@ public:
     /// Commit() then.
     bool Write(const char* bytes, std::size_t length);
 
-    /// Replaces the old contents; false if any step failed.
+    /// Replaces the file with the temporary file. Returns false, with the file unchanged, if that
+    /// fails.
     bool Commit();
 
 private:

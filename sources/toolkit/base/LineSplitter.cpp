@@ -7,7 +7,7 @@ LineSplitter::LineSplitter(std::string_view text)
 {
 }
 
-// Keeps the position of the next line feed: in a text whose lines end with carriage returns only,
+// Keeps the position of the next line feed: in text whose lines end with carriage returns only,
 // searching for it again in each line would take quadratic time.
 bool LineSplitter::MoveToNextLine()
 {

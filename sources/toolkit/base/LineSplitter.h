@@ -4,14 +4,14 @@
 
 namespace Toolkit::Base {
 
-/// Splits a text into lines. A line ends with a line feed, a carriage return, or a carriage return
+/// Splits text into lines. A line ends with a line feed, a carriage return, or a carriage return
 /// and a line feed; the last line may have no line end.
 ///
 ///     for (Base::LineSplitter lines(text); lines.MoveToNextLine();)
 ///         Use(lines.Line());
 class LineSplitter {
 public:
-    /// `text` must outlive this object and the lines that it returns.
+    /// The characters of `text` must outlive this object and the lines that it returns.
     explicit LineSplitter(std::string_view text);
 
     /// Moves to the next line; the first call moves to the first line. Returns false after the last

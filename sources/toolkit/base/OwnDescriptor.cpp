@@ -34,8 +34,8 @@ struct OwnDescriptors {
         own.m_descriptor = -1;
     }
 
-    // Calls only async-signal-safe functions, because the parent may have several threads. The use
-    // of the lock is not checked: the child has one thread.
+    // Calls only async-signal-safe functions, because the parent may have several threads. Clang's
+    // check is off, because the child has one thread and needs no lock.
     static void OnForkInChild() BASE_NO_THREAD_SAFETY_ANALYSIS
     {
         const int error = errno;

@@ -3,11 +3,12 @@
 namespace Toolkit::Base {
 namespace {
 
-// Stacks of coroutines and signal handlers, whose bounds are unknown, can be this small.
+// Other stacks, such as those of stackful coroutines and signal handlers, have unknown bounds and
+// can be this small.
 constexpr std::size_t c_assumedSpace = std::size_t{32} * 1024;
 
 // Returns the number of bytes left on the thread's stack at `here`; 0 if `here` is on another
-// stack.
+// stack, or if the bounds of the thread's stack are unknown.
 std::size_t MeasureSpaceBelow(std::uintptr_t here)
 {
     // Cached: for the main thread GetStackBounds() reads a file in /proc, and stacks never move.

@@ -21,7 +21,7 @@ StackBounds GetStackBounds();
 std::size_t GetStackSpaceLeft();
 
 /// Whether the caller runs on the stack that the system allocated for its thread. False in a
-/// coroutine and in a handler on an alternate signal stack, whose bounds are unknown.
+/// stackful coroutine and in a handler on an alternate signal stack, whose bounds are unknown.
 bool IsOnThreadStack();
 
 } // namespace Toolkit::Base

@@ -11,7 +11,8 @@ inline constexpr wchar_t c_commandLineSeparators[] = L" \t";
 inline constexpr wchar_t c_commandLineQuote = L'"';
 
 /// Splits `line` at runs of `separators`. A token that begins with `quote` ends at the next
-/// `quote`; if there is none, the rest of the line is dropped.
+/// `quote`, even if no separator follows; if there is no second `quote`, the rest of the line is
+/// dropped.
 ///
 /// The tokens are views into `line`, without their quotes. Throws `std::bad_alloc`, so that callers
 /// can tell out of memory from a line without tokens.
