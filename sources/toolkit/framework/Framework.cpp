@@ -9,8 +9,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Calls of Stop() on other threads. wxWidgets shuts down only on the thread that it treats as the
-// main one. The next Start(), or the next Stop() on that thread, makes up for them.
+// Counts calls to Stop() on other threads, because wxWidgets shuts down only on the thread that it
+// treats as the main one. The next Start(), or the next Stop() on that thread, makes up for them.
 std::atomic<int> s_owedStops{0};
 
 bool TakeOwedStop()

@@ -3,12 +3,12 @@
 // Starts and stops wxWidgets, which counts its starts.
 namespace Toolkit::Framework {
 
-/// Starts wxWidgets. Returns true if that succeeded; Stop() must be called later. Returns false if
-/// wxWidgets cannot be started, and in a program that runs its own application object, which a
-/// second start would replace.
+/// Starts wxWidgets. If it returns true, call Stop() later. Returns false if wxWidgets cannot be
+/// started, and in a program that runs its own application object: a second start would initialize
+/// that object again, and the second stop would delete it.
 bool Start();
 
-/// Undoes one successful start; the last call shuts wxWidgets down. On any other thread than that
+/// Undoes one successful start; the last call shuts wxWidgets down. On a thread other than that
 /// of the first start, the call is only counted: the next Start(), or the next Stop() on the thread
 /// of the first start, makes up for it.
 void Stop();

@@ -20,9 +20,9 @@ bool RemoveForwarder(wxLog* target);
 /// Passes a record to the installed target; false if there is none.
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
 
-/// Removes the target from wxWidgets, which would otherwise delete it at shutdown. First delivers
-/// the messages that other threads have queued, except in a forked child. Call it on the main
-/// thread.
+/// Removes the installed target. If it is also the active target of wxWidgets, delivers the
+/// messages that other threads have queued, except in a forked child, and removes it there as well:
+/// wxWidgets would delete it at shutdown. Call it on the main thread.
 void DetachForwarder();
 
 } // namespace Toolkit::Framework

@@ -5,8 +5,8 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Copies the place and time of a message, but not the extra data: wxWidgets has already added that
-// to the text, and would append it again.
+// Copies the source location, time and thread of a message, but not the extra data: wxWidgets has
+// already appended that to the message, and would append it again.
 wxLogRecordInfo CopyWithoutExtraData(const wxLogRecordInfo& info)
 {
     wxLogRecordInfo plain(info.filename, info.line, info.func, info.component);
