@@ -144,7 +144,8 @@ unsigned int FSStream::Read(TString<wchar_t>& text)
 
 unsigned int FSStream::Read(unsigned int& value)
 {
-    // Not the virtual operation: a derived stream that overrides both sees one call for an integer.
+    // Qualified, so not a virtual call: a derived stream that overrides both functions sees only
+    // one call for an integer.
     return FSStream::Read(&value, sizeof value);
 }
 

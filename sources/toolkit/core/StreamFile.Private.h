@@ -17,8 +17,8 @@ public:
 
     bool IsOpen() const { return m_file.IsOpen(); }
 
-    /// Reads `size` bytes, at least one. If fewer are left, returns false, and `data` begins with
-    /// those.
+    /// Reads `size` bytes; `size` must not be 0. If fewer are left, returns false, and `data`
+    /// begins with those.
     bool Read(void* data, std::size_t size)
     {
         // ReadRecords: a system call for each item takes 25 times as long.

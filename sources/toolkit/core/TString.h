@@ -80,7 +80,8 @@ public:
     ///
     /// Without `skipEmpty`, "a,,b" gives "a", "", "b"; ",a," gives "", "a", ""; the empty string
     /// gives one empty token. With `skipEmpty`, empty tokens are left out: the empty string gives
-    /// none. If GetTokens() throws std::bad_alloc, `tokens` is empty.
+    /// none. If GetTokens() throws std::bad_alloc, `tokens` is empty; it may be unchanged if this
+    /// string or `delimiters` is one of its elements.
     void GetTokens(const TString& delimiters, std::vector<TString>& tokens, bool skipEmpty) const;
 };
 
