@@ -101,7 +101,7 @@ std::wstring Encode(const unsigned char* bytes, std::size_t length)
     return text;
 }
 
-// Decodes in place: there are fewer bytes than characters.
+// Decodes in place: there are never more bytes than characters.
 void Decode(std::string code, Bytes& bytes)
 {
     if (code.size() > c_maxInputLength)

@@ -13,7 +13,8 @@ TOOLKIT_API int GetCodeLength(int length);
 TOOLKIT_API int GetDataLength(int length);
 
 /// Encodes, despite its name: stores `length` bytes as Base64 in `*out`, an array that the caller
-/// frees with delete[]. The characters are on one line, without a terminating null.
+/// frees with delete[], and the number of characters in `*outLength`. The characters are on one
+/// line, without a terminating null.
 ///
 /// Returns false, with `*out` and `*outLength` unchanged, if there are no bytes, if the result
 /// would have 2 GiB or more, if a pointer is null or when out of memory.
@@ -46,8 +47,9 @@ public:
     static TString<wchar_t> ToUNICODE(const smart_ptr<Bytes>& bytes);
 
     /// Decodes Base64, despite its name: converts `text` to UTF-8, up to its first null character,
-    /// and follows the rules of `b64_encode_binary`. Returns an empty buffer if there are no bytes
-    /// or no memory for them; an empty pointer if there is no memory for the buffer object.
+    /// and follows the rules of `b64_encode_binary`. Returns an empty buffer if `text` is not valid
+    /// or has more than 2147483647 bytes in UTF-8, if it decodes to no bytes, or if there is no
+    /// memory for the text or the bytes; an empty pointer if there is none for the buffer object.
     static smart_ptr<Bytes> ToB64(const TString<wchar_t>& text);
 };
 

@@ -51,7 +51,8 @@ public:
     ///
     /// "G" and "g" count as digits, with the value 16. A "=" before anything else is dropped, so
     /// the carriage return and line feed of a soft line break stay. A "=" among the last two
-    /// characters is kept, unless it is the whole text. Text after "=00" is cut off.
+    /// characters is kept, unless it is the whole text. A null byte, as from "=00", ends the
+    /// result.
     static TString<wchar_t> ToUNICODE(const TString<wchar_t>& text);
 };
 

@@ -130,8 +130,8 @@ Positions FindSoftBreaks(const std::string& encoded, std::uint32_t first, std::u
     if (first >= encoded.size())
         return {};
     // The distance between breaks in the result: `lineLength` - 1 characters and the 3 of a break.
-    // It is 32-bit and wraps around: above 0x80000000 it leads to the left. From 0 and 1, breaks
-    // would be inserted at the same position forever.
+    // It is 32-bit and wraps around: above 0x80000000 it leads to the left. With a distance of 0 or
+    // 1, breaks would be inserted at the same position forever.
     const std::uint32_t distance = lineLength + 2;
     if (distance <= 1)
         return {FindBreakable(encoded, first)};

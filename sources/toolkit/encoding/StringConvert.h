@@ -9,7 +9,7 @@ namespace Toolkit {
 /// decimal, with a decimal dot and without grouping, regardless of the global C++ locale.
 ///
 /// Any thread may call the operations; nothing is thrown or logged. When out of memory, a returned
-/// string is empty, and a long floating-point number may not be read.
+/// string is empty, and reading a long floating-point number may leave `value` unchanged.
 class TOOLKIT_API StringConvert {
 public:
     /// Each function reads the number at the beginning of `text`, after white space, into `value`,
