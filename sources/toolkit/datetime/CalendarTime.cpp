@@ -76,9 +76,9 @@ std::tm ToFields(const CalendarTime& time)
     return fields;
 }
 
-// Whether the zone ignores leap seconds: without its minutes and seconds, the local time is then a
-// whole number of hours. In the zones of TZ=right/... it is not, because they count leap seconds,
-// of which there have been fewer than 3600.
+// Whether the zone ignores leap seconds at this time: the local time in seconds, less its minutes
+// and seconds, is then a whole number of hours. In the zones of TZ=right/..., which count leap
+// seconds, it is not: there have been some since 1972, but fewer than 3600.
 bool IgnoresLeapSeconds(const std::tm& fields, long long seconds)
 {
     const long long fromFullHour =
@@ -94,8 +94,7 @@ int CountDaysInMonth(long long year, long long month)
     return static_cast<int>(static_cast<unsigned>(last.day()));
 }
 
-// Moves by whole cycles first, because std::chrono cannot represent the date that is billions of
-// days away.
+// Moves by whole cycles first, because std::chrono cannot represent a date billions of days away.
 void MoveDays(CalendarTime& time, long long days)
 {
     using namespace std::chrono;

@@ -50,7 +50,7 @@ wxDateTime FromMs(long long ms)
     return wxDateTime(wxLongLong(ms));
 }
 
-// Returns an invalid date if it is after the last moment.
+// Returns an invalid date for a time after the last moment.
 wxDateTime FromSeconds(long long seconds, long long ms = 0)
 {
     return seconds <= (c_lastMs - ms) / c_msPerSecond ? FromMs(seconds * c_msPerSecond + ms)

@@ -20,11 +20,12 @@ class TOOLKIT_API DateTime {
 public:
     /// Stores the current time, in whole seconds.
     DateTime();
-    /// Takes fields in local time. Months and days count from 1. Day, hour, minute and second are
-    /// truncated to 16 bits before they are checked.
+    /// The fields are in local time. Months and days count from 1. The year is read as signed. Day,
+    /// hour, minute and second are truncated to 16 bits before they are checked.
     DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
              unsigned int minute, unsigned int second);
-    /// Takes fields on a clock that is `zoneHours` ahead of UTC, from -12 to 13 (not checked).
+    /// Like the previous constructor, but the fields are on a clock that is `zoneHours` ahead of
+    /// UTC. `zoneHours` should be from -12 to 13; it is not checked.
     DateTime(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
              unsigned int minute, unsigned int second, int zoneHours);
     DateTime(const DateTime& other);
@@ -48,7 +49,8 @@ public:
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
-    /// Writes the local date, or the date in UTC: "2009-03-07".
+    /// Writes the local date, or the date in UTC: "2009-03-07". Years are padded to two characters
+    /// only: the year 7 gives "07". An invalid date gives "00-00-00", and "00:00:00" as its time.
     void GetIsoDate(TString<wchar_t>& out, bool utc) const;
     /// Writes the local time as "07:04:09", or the time in UTC as "07:04:09 Z".
     void GetIsoTime(TString<wchar_t>& out, bool utc) const;

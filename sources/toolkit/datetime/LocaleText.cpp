@@ -38,8 +38,8 @@ void ReplaceDayPeriodTokens(TString<wchar_t>& pattern, const TString<wchar_t>& r
     pattern = std::move(result);
 }
 
-// Replaces the token "a" with `period`, which is AM or PM. Without a token, appends a space and
-// `period`. An empty `period` leaves the token, but still appends the space.
+// Replaces the token "a" with `period`, which is AM or PM, unless `period` is empty. Without a
+// token, appends a space and `period`, even an empty one.
 void MarkDayPeriod(TString<wchar_t>& pattern, const TString<wchar_t>& period)
 {
     if (!Contains(pattern, L"a"))
