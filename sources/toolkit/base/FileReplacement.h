@@ -9,10 +9,11 @@ namespace Toolkit::Base {
 /// Replaces the contents of a file completely or not at all.
 ///
 /// Writes to a temporary file in the same directory, which the destructor removes unless Commit()
-/// succeeded. The file keeps its permissions; a new file gets those that the umask allows. If the
-/// path is a symbolic link, the link stays, and the file that it points to is replaced. Anything
-/// but a regular file is left alone: Write() and Commit() then return false. The same applies to a
-/// file name of more than 248 bytes, because the temporary name is seven bytes longer.
+/// succeeded. The file keeps its permissions, but not its owner or other hard links; a new file
+/// gets the permissions that the umask allows. If the path is a symbolic link, the link stays, and
+/// the file that it points to is replaced. Anything but a regular file is left alone: Write() and
+/// Commit() then return false. The same applies to a file name of more than 248 bytes, because the
+/// temporary name is seven bytes longer.
 class FileReplacement {
 public:
     /// Creates the temporary file. A failure shows in the result of Write() and Commit(). Throws

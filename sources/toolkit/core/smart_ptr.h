@@ -31,7 +31,7 @@ public:
     }
 };
 
-/// Called by a count block after it has released its object. The library installs none.
+/// Called by a count block after it has released its object. The library installs no listener.
 class TOOLKIT_API IReleaseListener {
 public:
     virtual ~IReleaseListener();

@@ -16,7 +16,8 @@ public:
     /// and always returns true.
     ///
     /// Without a number, `value` is unchanged; " -12x" gives -12. A number out of range gives the
-    /// nearest limit of the type; a negative one wraps around in an unsigned type.
+    /// nearest limit of the type. In an unsigned type, a negative number wraps around; if its
+    /// magnitude is out of range, it gives the maximum.
     static bool ToInt32(const TString<char>& text, int& value);
     static bool ToInt32(const TString<wchar_t>& text, int& value);
     static bool ToUint32(const TString<char>& text, unsigned int& value);
