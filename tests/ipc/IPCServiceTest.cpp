@@ -28,7 +28,6 @@ using TestSupport::TempDir;
 
 constexpr uid_t c_otherUser = 65534;
 
-// Runs `action` in a child process as another user and returns its result.
 // Runs `action` in a forked child and returns its result; -1 if the child crashes.
 int RunInChild(const std::function<int()>& action)
 {
@@ -40,6 +39,7 @@ int RunInChild(const std::function<int()>& action)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+// Like RunInChild(), but as another user.
 int RunAsOtherUser(const std::function<int()>& action)
 {
     return RunInChild([&] { return ::setuid(c_otherUser) == 0 ? action() : 255; });

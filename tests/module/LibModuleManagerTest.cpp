@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <functional>
+#include <future>
 #include <latch>
 #include <stdexcept>
 #include <string>
