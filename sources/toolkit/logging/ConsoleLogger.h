@@ -8,11 +8,11 @@ namespace Toolkit {
 ///
 /// Inserts the text into `std::wcout`. If standard output is already byte-oriented, because the
 /// program used `printf` or `std::cout` first, and `std::wcout` still has its original buffer,
-/// writes the text to `stdout` as bytes in the encoding of the C locale instead. After the first
-/// text through `std::wcout`, the C library lets `printf` and `std::cout` print nothing.
+/// writes the text to `stdout` as bytes in the encoding of the C locale instead. Once `std::wcout`
+/// has written to standard output, `printf` and `std::cout` print nothing.
 ///
-/// Adds nothing, does not flush and ignores errors. A character that the locale cannot encode
-/// becomes "?" or the C library's transliteration. Until the program calls
+/// Appends no line feed, does not flush and ignores errors. A character that the locale cannot
+/// encode becomes "?" or the C library's transliteration. Until the program calls
 /// `setlocale(LC_ALL, "")`, the locale can encode only ASCII.
 class TOOLKIT_API ConsoleLogger : public ILogger {
 public:

@@ -77,7 +77,7 @@ FileLogger::FileLogger(LogSeverity threshold, const TString<wchar_t>& name,
 
 FileLogger::~FileLogger()
 {
-    // False in a forked child, too: it does not have the writer thread, and a lock that the thread
+    // Also returns in a forked child: the child has no writer thread, and a lock that the thread
     // held at the fork stays locked.
     if (!IsRunning())
         return;
@@ -85,8 +85,8 @@ FileLogger::~FileLogger()
     Wait();
 }
 
-// Ends the writer thread of a logger that still exists when the process ends, because another
-// thread owns it. Threads may keep logging to it, so the wait is limited.
+// Ends the writer thread of a logger that still exists when the library is unloaded, for example
+// because another thread owns it. Other threads may keep logging to it, so the wait is limited.
 void FileLogger::EndAtUnload()
 {
     constexpr std::chrono::seconds maxWait(2);
@@ -198,9 +198,9 @@ bool FileLogger::Open(const TString<wchar_t>& suffix)
 // Waits up to 500 ms for text. False if the logger was stopped and all text that arrived before the
 // stop is in the file: the last check notices text that arrived after the wait.
 //
-// `LogMillion`: text arrives in bursts, so after a batch the event is polled every 10 ms for
-// 100 ms. Its own interval of 200 ms adds up to a third to the time until a million lines are in
-// the file.
+// `LogMillion`: text arrives in bursts, so after a batch this polls the event every 10 ms for
+// 100 ms. At the 200 ms interval of `EventObject`, it takes up to a third longer until a million
+// lines are in the file.
 bool FileLogger::WaitForData(bool isBusy)
 {
     unsigned int waitMs = c_maxDataWaitMs;

@@ -24,11 +24,11 @@ class LogPieceQueue;
 /// the text into a queue.
 ///
 /// The file is named after the logger, with the extension ".qvlog", and only its owner can read it.
-/// The process locks it. While another process has it locked, the logger waits up to 2 s and queues
-/// its text. If the file cannot be used, for example because it is still locked, belongs to another
-/// user, or is a link or a directory, the logger adds a dash and a tick count to the name. It tries
-/// a new tick count every 10 ms until it can open a file. Two loggers with the same name in one
-/// process overwrite each other's text.
+/// The logger locks the file. While another process has it locked, the logger waits up to 2 s and
+/// keeps queueing text. If the file cannot be used, for example because it is still locked, belongs
+/// to another user, or is a link or a directory, the logger adds a dash and a tick count to the
+/// name. It tries a new tick count every 10 ms until it can open a file. Two loggers with the same
+/// name in one process overwrite each other's text.
 ///
 /// When the file reaches its size limit, the logger continues at its beginning. docs/formats/log.md
 /// describes that, and what a killed process leaves in the file.

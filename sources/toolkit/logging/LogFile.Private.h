@@ -10,9 +10,9 @@
 
 namespace Toolkit {
 
-/// The file of a `FileLogger`, in a directory in which other users create files, too.
+/// The file of a `FileLogger`, in a directory where other users may also create files.
 ///
-/// Nothing is buffered: what was written is in the file even if the process is killed.
+/// Writes are not buffered: what was written is in the file even if the process is killed.
 class LogFile {
 public:
     /// Creates or empties the file `path`, given in UTF-8, and makes it readable by its owner only.

@@ -41,7 +41,7 @@ void LogPieceQueue::Swap(LogPieceQueue& other) noexcept
 
 void LogPieceQueue::Clear()
 {
-    // A larger chunk was allocated for a single long piece.
+    // Frees larger chunks, because each was allocated for a single long piece.
     std::erase_if(m_chunks,
                   [](const LogPieceChunk& chunk) { return chunk.GetCapacity() > c_chunkSize; });
     if (m_chunks.size() > c_maxSpareChunks)

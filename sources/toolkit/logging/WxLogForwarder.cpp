@@ -38,7 +38,7 @@ WxLogForwarder::WxLogForwarder()
 
 WxLogForwarder::~WxLogForwarder()
 {
-    // Delivers the messages that other threads have queued, while this target is still active.
+    // While this target is still active, delivers the messages that other threads have queued.
     if (Framework::RemoveForwarder(this) && wxLog::GetActiveTarget() == this)
         wxLog::FlushActive();
     wxLog::SetActiveTarget(nullptr);
