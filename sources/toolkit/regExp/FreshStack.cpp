@@ -22,8 +22,8 @@ void* RunWork(void* work)
     return nullptr;
 }
 
-// Blocks all signals for the new thread, which inherits the mask of its creator: the handlers of
-// the program run on its own threads only.
+// Blocks all signals for the new thread, which inherits the mask of its creator: the program's
+// signal handlers run only on the program's own threads.
 bool CreateWithoutSignals(pthread_t& thread, const pthread_attr_t& attributes, Work& work)
 {
     sigset_t all;

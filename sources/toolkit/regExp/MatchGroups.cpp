@@ -20,8 +20,8 @@ void AddGroup(MatchResult& result, int number)
     const GroupRange range = GetGroupRange(result, number);
     if (range.IsValid())
         group->value.assign(result.subject, static_cast<std::size_t>(range.begin), range.Length());
-    // ReadGroups() has reserved the capacity, so only the construction of the smart_ptr can fail,
-    // which frees the group.
+    // ReadGroups() has reserved the capacity, so only the construction of the smart_ptr can fail.
+    // The smart_ptr then deletes the group.
     result.groups.emplace_back(group.release());
 }
 

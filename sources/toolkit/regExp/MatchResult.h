@@ -28,7 +28,7 @@ public:
 
     const char* errorText; ///< Why the pattern did not compile; null if it did. Not owned.
     int errorOffset;       ///< The position of the error in the pattern, in bytes.
-    void* code;            ///< The compiled pattern, owned; null until there is one.
+    void* code;            ///< The compiled pattern, owned; null if there is none.
     TString<char> subject; ///< The string that is searched, in UTF-8.
     TString<char> pattern; ///< The pattern in UTF-8, used up to its first null character.
     int execOptions;       ///< PCRE 1's option bits, passed to every search.

@@ -47,8 +47,8 @@ std::size_t MeasureUsableSpace()
     return usable > c_baseSpace ? usable - c_baseSpace : 0;
 }
 
-// Returns the bytes of stack for one level of matching: for these arguments the engine returns them
-// as a negative number.
+// Returns how many bytes of stack one level of matching uses. For these arguments, pcre_exec()
+// returns that size as a negative number.
 std::size_t QueryFrameSize()
 {
     const int size = pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);

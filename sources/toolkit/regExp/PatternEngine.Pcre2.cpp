@@ -140,7 +140,7 @@ int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
     return isShort ? c_shortUtf8 : ToPcreError(error);
 }
 
-// PCRE 2 accepts newlines and the like only when it compiles, so the pattern is compiled again.
+// PCRE 2 accepts settings such as the newline only when compiling, so compiles the pattern again.
 int RunWithSettings(Pcre2Pattern& pattern, const Search& search)
 {
     if (!AreNewlinesKnown(search.options)) {

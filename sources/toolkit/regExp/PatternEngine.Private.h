@@ -33,8 +33,10 @@ constexpr int c_partial = 0x08000000;
 /// Compiles the null-terminated `pattern`. The caller releases the result with Free().
 ///
 /// Returns null on a compile error, with a static string in `errorText` and the position in bytes
-/// in `errorOffset`; on success these become null and 0. Nesting that needs more stack than the
-/// thread has left is an error, too.
+/// in `errorOffset`; on success these become null and 0.
+///
+/// A pattern that needs more stack than is left may be compiled on a new thread. If that thread
+/// cannot be created, or if parentheses are nested too deeply for the stack, that is an error, too.
 void* Compile(const char* pattern, const char*& errorText, int& errorOffset);
 
 /// Releases a compiled pattern, which may be null.
@@ -43,8 +45,9 @@ void Free(void* code);
 /// Searches the subject from `startOffset` on and fills `offsets` with pairs of start and end.
 ///
 /// Returns the number of pairs set, 0 when `offsets` has no room for all (each pair needs three
-/// numbers), or a negative code. A search that takes too many steps, or more stack than the thread
-/// has left, ends with a negative code. A compiled pattern can be used by one search at a time.
+/// numbers), or a negative code. A search that takes too many steps or too much memory ends with a
+/// negative code; with PCRE 1, so does a search that needs more stack than is left. Only one search
+/// at a time may use a compiled pattern.
 int Execute(void* code, const char* subject, std::size_t length, std::size_t startOffset,
             int options, int* offsets, int offsetCount);
 

@@ -8,8 +8,8 @@ namespace Toolkit {
 /// too high, but never too low. The pattern need not compile.
 std::size_t MeasureNesting(const char* pattern);
 
-/// Whether the remaining stack suffices to compile the groups of `pattern` that follow one another.
-/// The engine compares an optional group with everything that can come after it, and recurses for
+/// Whether enough stack is left to compile the groups of `pattern`, even if they are not nested:
+/// the engine compares an optional group with everything that can come after it, and recurses for
 /// each group there.
 bool HasStackForGroups(const char* pattern);
 

@@ -53,7 +53,8 @@ std::size_t MeasureNesting(const char* pattern)
         else if (*pattern == ')' && depth > 0)
             --depth;
     }
-    // In the rest of the pattern, a closing parenthesis may be an ordinary character.
+    // In the rest of the pattern, a closing parenthesis may be an ordinary character, so only the
+    // opening ones count.
     depth += CountOpenings(pattern);
     return std::max(deepest, depth);
 }

@@ -6,7 +6,8 @@
 namespace Toolkit {
 namespace {
 
-// Writes `beginning` over the start of `text`. Programs compare messages of this form, so it stays.
+// Writes `beginning` over the start of `text`. Programs compare messages of this form: do not
+// change it.
 std::wstring OverwriteBeginning(std::wstring text, const std::wstring& beginning)
 {
     return text.replace(0, beginning.size(), beginning);

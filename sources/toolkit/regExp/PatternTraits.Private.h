@@ -8,8 +8,8 @@ namespace Toolkit {
 /// Whether matches begin and end between characters, never inside one.
 bool MatchesWholeCharacters(const char* pattern);
 
-/// Whether a match depends only on the text that begins where it is tried: the pattern has no
-/// anchor except for the end, no word boundary, no look-behind and no verb.
+/// Whether a match depends only on the text after its start, never on the text before: the pattern
+/// has no anchor except for the end, no word boundary, no look-behind and no verb.
 bool IgnoresPrecedingText(const char* pattern);
 
 } // namespace Toolkit

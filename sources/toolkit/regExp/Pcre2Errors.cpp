@@ -32,7 +32,7 @@ constexpr Translation c_translations[] = {
     {PCRE2_ERROR_JIT_STACKLIMIT, -27},
     {PCRE2_ERROR_BADMODE, -28},
     {PCRE2_ERROR_JIT_BADOPTION, -31},
-    // PCRE 2 has frames on the heap that PCRE 1 has on the stack.
+    // PCRE 2 keeps its frames on the heap, PCRE 1 on the stack.
     {PCRE2_ERROR_HEAPLIMIT, -21}};
 
 constexpr int c_invalidUtf8 = -10;

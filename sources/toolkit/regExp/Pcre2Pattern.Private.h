@@ -29,8 +29,8 @@ public:
     explicit Pcre2Pattern(const std::string& pattern);
 
     /// Returns 0, or the engine's error. PCRE2_ERROR_PARENTHESES_STACK_CHECK means that the stack
-    /// is too small; Compile() may be called again on another one. Throws `std::bad_alloc`
-    /// when out of memory.
+    /// is too small; Compile() may be called again on another one. When out of memory, returns the
+    /// engine's error or throws `std::bad_alloc`.
     int Compile();
     bool IsCompiled() const { return m_code != nullptr; }
 

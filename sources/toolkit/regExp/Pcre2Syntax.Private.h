@@ -14,7 +14,7 @@ std::string TranslateToPcre2(const std::string& pattern);
 /// optimisation. AddPatternSettings() adds them to the pattern instead.
 constexpr int c_settingOptions = 0x05F00000;
 
-/// Whether `options` has a valid value for the newline and for the kind of line break; 0 stands for
+/// Whether `options` has a valid value for the newline and for the kind of line break; 0 means
 /// the default.
 bool AreNewlinesKnown(int options);
 

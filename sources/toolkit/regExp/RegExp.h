@@ -83,7 +83,7 @@ public:
     ///
     /// Missing entries count as empty strings. A group that took no part is skipped. Each range is
     /// moved by how much the string has grown so far. This is right only for groups that follow one
-    /// another: if groups overlap, the later replacement overwrites other bytes than its group.
+    /// another: if groups overlap, the later replacement overwrites bytes outside its group.
     TString<char> Replace(const std::vector<TString<char>>& replacements,
                           const TString<char>& subject);
 
@@ -93,7 +93,7 @@ public:
     /// group.
     TString<char> Replace(ReplacementMappedStrings& replacements, const TString<char>& subject);
 
-    /// Returns the name and version of the engine that the library uses: "PCRE 8.39 2016-06-14".
+    /// Returns the name and version of the engine in use, such as "PCRE 8.39 2016-06-14".
     /// Empty when out of memory.
     static TString<char> GetEngineVersion();
 

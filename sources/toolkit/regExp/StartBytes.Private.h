@@ -8,7 +8,7 @@
 
 namespace Toolkit {
 
-/// The bytes that a match of a pattern can begin with, found by trying each of them. Only for a
+/// The bytes that a match of a pattern can begin with, found by trying each ASCII byte. Only for a
 /// pattern for which IgnoresPrecedingText() is true.
 class StartBytes {
 public:

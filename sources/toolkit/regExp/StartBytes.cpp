@@ -5,7 +5,8 @@
 namespace Toolkit {
 namespace {
 
-// Bytes from here on belong to multibyte characters. Each of them may begin a match.
+// Bytes from here on belong to multibyte characters. They are not tried: each counts as a byte that
+// a match can begin with.
 constexpr unsigned int c_firstNonAscii = 0x80;
 
 } // namespace

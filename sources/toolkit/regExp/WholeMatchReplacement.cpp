@@ -16,7 +16,7 @@ constexpr int c_options = Pcre::c_notAtLineBegin | Pcre::c_notAtLineEnd | Pcre::
 // Highest offset at which a search can start; the next one wraps around to 0.
 constexpr std::size_t c_maxStart = 0xFFFF;
 
-// StartBytes pays off for texts of more bytes than this.
+// StartBytes pays off if more bytes than this remain to be searched.
 constexpr std::size_t c_longText = 4096;
 
 constexpr bool IsContinuation(char byte)
