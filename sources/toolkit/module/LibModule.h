@@ -4,8 +4,8 @@
 
 namespace Toolkit {
 
-/// The start and stop code of a library or a host. The `LibModuleManager` with which it is
-/// registered calls it.
+/// The start and stop code of a library or a host. Register it with the `LibModuleManager`, which
+/// calls it.
 class TOOLKIT_API LibModule {
 public:
     virtual ~LibModule();

@@ -9,7 +9,7 @@ namespace Toolkit {
 
 FrameworkHold::FrameworkHold() : m_holder(Framework::Start() ? ::getpid() : 0)
 {
-    // The constructor of wxThread would crash if wxWidgets is not started.
+    // If wxWidgets is not started, the constructor of wxThread would crash.
     if (m_holder == 0 && !Framework::IsStarted())
         throw std::bad_alloc();
 }

@@ -9,7 +9,8 @@ namespace Toolkit {
 ///
 /// Does nothing in a program that runs its own application object, because a second start of
 /// wxWidgets would replace that object. Such a program must end its threads before it destroys its
-/// application object. In a forked child, the copy of an object does not shut wxWidgets down.
+/// application object. In a forked child, a copy of the parent's object does not shut wxWidgets
+/// down.
 class TOOLKIT_API FrameworkHold {
 public:
     /// Throws `std::bad_alloc` if wxWidgets cannot be started.

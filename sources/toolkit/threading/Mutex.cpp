@@ -44,7 +44,7 @@ MutexInternal::~MutexInternal()
     std::unique_ptr<CountedMutex> mutex(m_mutex.load(std::memory_order_relaxed));
     if (!mutex || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
         return;
-    // wxMutex would log that it is destroyed while held.
+    // Otherwise ~wxMutex() would log that the mutex is destroyed while held.
     const Framework::Silence silence;
     mutex.reset();
 }
