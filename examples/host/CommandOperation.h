@@ -26,7 +26,7 @@ public:
     Text GetTitle() const;
     /// The outcome in words; empty until the command has ended.
     const Text& GetOutcome() const { return m_outcome; }
-    /// Meaningful once Perform() has returned.
+    /// Meaningful once the command has ended.
     bool HasSucceeded() const { return m_failure.empty(); }
 
 private:

@@ -33,7 +33,7 @@ HandOverResult SendToServingHost(const Text& line)
         if (GetTickCount() - startMs > limitMs)
             return HandOverResult::NotAccepted;
         Thread::Sleep(pauseMs);
-        // The instance checks the lock only when it is created.
+        // SingleApplicationInstance checks the lock only when it is created.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }

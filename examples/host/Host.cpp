@@ -1,8 +1,8 @@
 // A console program built on Toolkit. It starts the library, reads its settings, logs to a file,
-// loads plug-ins, searches a text on a worker thread, and stops.
+// loads plug-ins, searches a text file on a worker thread, and stops.
 //
-// With -serve it searches nothing and keeps running. A host that is started later with a command of
-// a plug-in hands its command line over to the serving host and exits. The serving host runs the
+// With -serve it searches nothing and keeps running. A host that is started later with a plug-in's
+// command hands its command line over to the serving host and exits. The serving host runs the
 // command and reports the outcome; the result file appears when it is complete. Usage.cpp lists all
 // options.
 

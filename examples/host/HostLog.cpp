@@ -8,8 +8,9 @@ using namespace Toolkit;
 
 namespace {
 
-// Returns the last 200 bytes or less of the unique name, which ends in the program and the user. A
-// file name has 255 bytes at most, and StartLog() and the logger append to this one.
+// Returns at most the last 200 bytes of the unique name, which ends with the names of the program
+// and the user. A file name has 255 bytes at most, and StartLog() and the logger append to this
+// one.
 Text MakeDefaultName()
 {
     constexpr std::size_t maxBytes = 200;

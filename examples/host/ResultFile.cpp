@@ -23,9 +23,9 @@ mode_t ReadUmask()
 
 const mode_t c_umask = ReadUmask();
 
-// Gives a replacement the group and the permissions of the old file, but no permissions for the
-// group if that cannot be set. Gives a file that replaces none the permissions that the umask
-// allows.
+// Gives a replacement the group and the permissions of the old file. If the group cannot be set,
+// the replacement has no group permissions. A file that replaces no other gets the permissions that
+// the umask allows.
 bool AdoptPermissions(int descriptor, const struct stat& replaced)
 {
     if (replaced.st_nlink == 0)

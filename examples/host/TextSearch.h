@@ -30,7 +30,7 @@ protected:
         if (!m_hasReadFile)
             return 1;
 
-        // Eof() already holds on the last line, so each line is examined before Eof() is asked.
+        // Eof() is already true on the last line, so examine each line before checking Eof().
         Examine(file.GetFirstLine());
         while (!file.Eof())
             Examine(file.GetNextLine());

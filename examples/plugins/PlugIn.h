@@ -3,8 +3,7 @@
 // The interface between the example host and its plug-ins. A plug-in is a shared library in the
 // host's plug-ins folder. It includes this header and, in one source file,
 //
-//  - defines a ModuleRegistration, which keeps its module registered as long as the plug-in is
-//    loaded,
+//  - defines a ModuleRegistration, which keeps its module registered while the plug-in is loaded,
 //  - defines GetHostPlugIn(), which returns its commands.
 //
 // Compile it with hidden visibility: DynamicLibrary loads plug-ins with RTLD_GLOBAL, so if two of
@@ -78,7 +77,7 @@ struct Option {
     bool isRequired;
 };
 
-/// A command. The first word of a command line is its name.
+/// A command. A command line begins with its name.
 struct Command {
     const wchar_t* name; ///< One word without a leading dash, unique among all plug-ins.
     const wchar_t* help; ///< One line.

@@ -20,7 +20,7 @@ StartStopLog s_module(L"archive");
 const ModuleRegistration s_registration(s_module);
 
 // An archive begins with "PK", even if it has no entries. EntriesList() accepts other files too,
-// and finds no entries in them.
+// and finds no entries in them. Also rejects self-extracting archives, which begin with a program.
 bool HasZipSignature(const Text& path)
 {
     char signature[2] = {};

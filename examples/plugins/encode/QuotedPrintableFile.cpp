@@ -50,8 +50,7 @@ bool FailOnLine(HostPlugIn::CommandRun& run, unsigned int number, const Text& er
                     L": " + error);
 }
 
-// Used instead of the library's soft breaks, which may separate the digits of an escape; other
-// decoders reject that.
+// Used instead of the library's soft breaks, which may split an escape; other decoders reject that.
 std::string InsertSoftBreaks(const std::string& code)
 {
     std::string lines;
@@ -105,7 +104,8 @@ bool DecodeLine(const std::string& code, std::string& bytes)
     return !bytes.empty();
 }
 
-// `number` is that of the line's last piece, for the message.
+// Soft breaks may spread `code` over several lines of the file. `number` is the number of the last
+// one, for the message.
 bool WriteDecodedLine(HostPlugIn::CommandRun& run, unsigned int number, const std::string& code,
                       const char* lineEnd)
 {

@@ -38,7 +38,7 @@ bool SearchFile(LineSearch& search, const Text& folder, const Text& name, Comman
         return true;
     }
 
-    // Eof() already holds on the last line, so each line is examined before Eof() is asked.
+    // Eof() is already true on the last line, so search each line before checking Eof().
     unsigned int number = 1;
     for (Text line = file.GetFirstLine();; line = file.GetNextLine(), ++number) {
         if (!SearchLine(search, name + L":" + StringConvert::UStringFromUint32(number), line, run))
