@@ -13,7 +13,7 @@ enum ExitCode {
     ExitError = 2, ///< Wrong usage, or the subcommand failed.
 };
 
-/// Runs a subcommand after its arguments were parsed; returns an exit code.
+/// Runs a subcommand whose arguments have been parsed; returns an exit code.
 using Action = std::function<int(Output&)>;
 
 } // namespace Tool

@@ -53,7 +53,7 @@ int Listen(const Options& options, Output& output)
 }
 
 // Returns the sockets in /tmp, where applications listen, and in the working directory, where a
-// service listens whose name has no "/".
+// service without "/" in its name listens.
 std::vector<std::string> ListSockets()
 {
     namespace fs = std::filesystem;

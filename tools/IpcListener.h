@@ -17,7 +17,7 @@ public:
     }
 
     /// Listens until the last message or a stop signal; returns an exit code. Throws a `Failure` if
-    /// it cannot listen, and what `output` throws.
+    /// it cannot listen, and any exception that the output throws.
     int Run(const TString<wchar_t>& service);
 
     /// Prints a message, and ends the event loop after the last one.
@@ -31,7 +31,7 @@ private:
 
     Output& m_output;
     const unsigned int m_maxMessages;
-    unsigned int m_messages = 0;  // how many were received
+    unsigned int m_messages = 0;  // number received so far
     std::exception_ptr m_failure; // thrown by the output
 };
 

@@ -12,11 +12,12 @@ namespace {
 constexpr WallTime c_msPerSecond = 1000;
 constexpr WallTime c_nsPerMs = 1000000;
 
-// How far the time by the tick count may be from the time of the file: a line may be written late,
-// and the clock may have been adjusted.
+// How far the time computed from the tick count may be from the modification time of the file: a
+// line may be written late, and the clock may have been adjusted.
 constexpr WallTime c_toleranceMs = 3000;
 
-// A tick count up to this much after the newest one belongs to a later line; any other is older.
+// A tick count less than this (about 3 days) after the newest one belongs to a later line; any
+// other is older.
 constexpr std::uint32_t c_maxFutureMs = 1U << 28;
 
 WallTime ToMilliseconds(const timespec& time)
@@ -49,7 +50,8 @@ LogClock::LogClock(std::uint32_t newestTick, const struct stat& status) : m_newe
     const std::uint32_t age = Toolkit::GetTickCount() - newestTick;
     const WallTime timeByTick = ReadClock(CLOCK_REALTIME) - age;
     const WallTime difference = timeByTick - written;
-    // If the machine slept after the line was written, the time by the tick count is too late.
+    // If the machine slept after the line was written, the time computed from the tick count is too
+    // late.
     if (std::abs(difference) <= c_toleranceMs)
         m_newestTime = timeByTick;
     else if (difference > 0 && difference <= MeasureSleep() + c_toleranceMs)

@@ -62,7 +62,7 @@ int List(Output& output)
     return ExitGood;
 }
 
-// Opens a file for reading at any offset: what is not a regular file is copied to one.
+// Opens a file for reading at any offset. Anything but a regular file is copied to one.
 Descriptor OpenFile(const std::string& path)
 {
     Descriptor file(path == "-" ? ::dup(STDIN_FILENO)

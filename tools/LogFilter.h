@@ -10,7 +10,8 @@
 namespace Tool {
 
 /// Selects lines of a log. Each setter adds a condition, unless its list or text is empty; without
-/// conditions, all lines are accepted.
+/// conditions, all lines are accepted. Text that is not in the form of a log line has no severity
+/// and no function, so a condition on these rejects it; all of it counts as the message.
 class LogFilter {
 public:
     /// Accepts only lines at least as severe as `severity`, an index into `c_severityNames`.

@@ -23,7 +23,7 @@ public:
         : m_name(std::move(name)), m_printer(printer)
     {
         m_followers.push_back(std::move(first));
-        // Their existing lines are not printed.
+        // The existing lines of these files are not printed.
         for (const LogFileEntry& file : known)
             Add(file, false);
     }

@@ -55,7 +55,7 @@ bool LogReader::Fill()
     return count > 0;
 }
 
-// Fills the buffer until it has `length` unread bytes; false if the range ends before.
+// Fills the buffer until it has `length` unread bytes; false if the range ends first.
 bool LogReader::FillTo(std::size_t length)
 {
     while (m_filled - m_used < length) {
@@ -66,7 +66,8 @@ bool LogReader::FillTo(std::size_t length)
 }
 
 // Finds the end of the record: a line feed before a new log line, or the end of the range. Splits a
-// longer record than c_maxRecordLength at its last line feed before that length, if it has one.
+// record longer than c_maxRecordLength at its last line feed before that length, or at that length
+// if there is no line feed before it.
 LogReader::Extent LogReader::FindEnd()
 {
     std::size_t length = 0;

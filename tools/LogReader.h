@@ -44,8 +44,8 @@ private:
     off_t m_next; // the offset in the file where the contents of m_buffer end
     off_t m_end;
     std::vector<char> m_buffer;
-    std::size_t m_used = 0;   // the length of what was read from m_buffer
-    std::size_t m_filled = 0; // the length of the contents of m_buffer
+    std::size_t m_used = 0;   // number of bytes in m_buffer that Read() has consumed
+    std::size_t m_filled = 0; // number of bytes in m_buffer, including those
 };
 
 } // namespace Tool

@@ -63,8 +63,8 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
     UpdateClearSeams(seam);
 }
 
-// Keeps a step back as a seam if it leads to before the first line of the part before it, or is at
-// least c_maxDelayMs wide. Drops earlier seams after which a line is too new.
+// Keeps a step back as a seam if the time steps back beyond the first line of the part before it,
+// or by at least c_maxDelayMs. Drops earlier seams after which a line is too new.
 void LogSeams::UpdateClearSeams(Seam seam)
 {
     while (!m_clearSeams.empty() &&

@@ -40,7 +40,7 @@ int EndByBrokenPipe()
     return ExitError;
 }
 
-// Runs `action` and writes its output, even if it fails.
+// Runs `action` and writes its output, even if it throws a Failure.
 int RunAction(const Action& action)
 {
     Output output;

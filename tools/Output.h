@@ -26,7 +26,7 @@ public:
 
     bool IsTerminal() const { return m_isTerminal; }
 
-    /// Whether the output is a terminal that shows colours, and NO_COLOR is not set.
+    /// Whether the output is a terminal that shows colours, and NO_COLOR is unset or empty.
     bool HasColours() const { return m_hasColours; }
 
     /// Writes `text` through a buffer. Throws `BrokenPipe`, or a `Failure` if writing fails.

@@ -6,7 +6,7 @@
 namespace Tool {
 namespace {
 
-// Returns the nearest existing path above `path`, which may be a file; "/" if there is no other.
+// Returns the nearest existing ancestor of `path`; it may be a file. "/" if there is no other.
 std::string FindExistingParent(std::string path)
 {
     struct stat status {};

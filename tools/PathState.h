@@ -9,7 +9,7 @@ enum class PathUse {
     Read,           ///< A directory that the program reads.
     WriteDirectory, ///< A directory that belongs to this user and that the program writes to.
     ShareDirectory, ///< A directory that all users write to.
-    WriteFile,      ///< A file that belongs to this user and that the program writes.
+    WriteFile,      ///< A file that belongs to this user and that the program writes to.
 };
 
 struct PathState {

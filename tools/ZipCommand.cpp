@@ -28,7 +28,7 @@ struct Options {
     unsigned long long limitBytes = c_defaultLimitBytes;
 };
 
-// A missing time is as wide as any other.
+// Pads a missing time to the width of any other.
 std::string FormatTime(const ArchiveZipEntry& entry)
 {
     const wxDateTime time = entry.GetDateTime();

@@ -1,7 +1,7 @@
 # bash completion for toolkit
 
-# Adds the names that begin with $1 of loggers that have a file of this user in /tmp. A name may contain
-# anything, so it is added quoted: the shell must not expand it.
+# Adds each name of a logger that begins with $1, if the logger has a log file of this user in /tmp. A name
+# may contain any characters, so it is added quoted: the shell must not expand it.
 _toolkit_add_loggers()
 {
     local file name quoted

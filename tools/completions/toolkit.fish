@@ -13,7 +13,7 @@ function __toolkit_in
     test (count $words) -ge $last; and test "$words[2..$last]" = "$argv"
 end
 
-# Prints the names of loggers that have a file of this user in /tmp. Skips links: their targets may be
+# Prints the names of loggers that have a log file of this user in /tmp. Skips links: their targets may be
 # another user's.
 function __toolkit_loggers
     for file in /tmp/*.qvlog
