@@ -24,11 +24,11 @@ class LogPieceQueue;
 /// the text into a queue.
 ///
 /// The file is named after the logger, with the extension ".qvlog", and only its owner can read it.
-/// The logger locks the file. While another process has it locked, the logger waits up to 2 s and
-/// keeps queueing text. If the file cannot be used, for example because it is still locked, belongs
-/// to another user, or is a link or a directory, the logger adds a dash and a tick count to the
-/// name. It tries a new tick count every 10 ms until it can open a file. Two loggers with the same
-/// name in one process overwrite each other's text.
+/// The process holds a lock on it. While another process holds the lock, the logger waits up to 2 s
+/// and keeps queueing text. If the file cannot be used, for example because it is still locked,
+/// belongs to another user, or is a link or a directory, the logger adds a dash and a tick count to
+/// the name. It tries a new tick count every 10 ms until it can open a file. Two loggers with the
+/// same name in one process overwrite each other's text.
 ///
 /// When the file reaches its size limit, the logger continues at its beginning. docs/formats/log.md
 /// describes that, and what a killed process leaves in the file.
@@ -55,7 +55,8 @@ public:
     ~FileLogger() override;
 
     /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text
-    /// that does not fit into memory is dropped. In a forked child, all text is dropped.
+    /// that does not fit into memory is dropped. In a forked child, a logger of the parent drops
+    /// all text.
     void Write(const TString<wchar_t>& text) override;
 
     /// Returns the path of the open file, whose name may contain a tick count. Waits up to
