@@ -27,7 +27,8 @@ constexpr int c_notAtLineEnd = 0x100;
 constexpr int c_notEmpty = 0x400;
 /// The subject is known to be valid, and the start offset not to be inside a character.
 constexpr int c_trusted = 0x2000;
-/// A search that reaches the end of the subject returns a negative code other than c_noMatch.
+/// A search that would read beyond the end of the subject returns a negative code other than
+/// c_noMatch.
 constexpr int c_partial = 0x08000000;
 
 /// Compiles the null-terminated `pattern`. The caller releases the result with Free().

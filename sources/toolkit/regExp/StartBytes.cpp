@@ -18,8 +18,8 @@ StartBytes::StartBytes(const PatternCode& code, int options)
     const int trial = options | Pcre::c_trusted | Pcre::c_anchored | Pcre::c_partial;
     for (unsigned int byte = 0; byte < c_firstNonAscii; ++byte) {
         const char character = static_cast<char>(byte);
-        // A trial that reaches the end of its subject reports a partial match, so c_noMatch means
-        // that no match begins with this byte.
+        // A trial that would read beyond this byte reports a partial match, so c_noMatch means that
+        // no match begins with the byte.
         m_bytes[byte] = Pcre::Execute(code.get(), &character, 1, 0, trial, offsets,
                                       MatchResult::c_ovectorSize) != Pcre::c_noMatch;
     }

@@ -12,7 +12,7 @@ namespace Toolkit {
 ///
 /// After each replacement, the search continues in the changed text, right after the replacement,
 /// at an offset that is truncated to 16 bits. Each search first checks that the whole text is
-/// UTF-8. The class skips the check, and copies the text only once, where the result is the same.
+/// UTF-8. Where the result is the same, the class skips the check and copies the text only once.
 class WholeMatchReplacement {
 public:
     /// Throws if `pattern` does not compile. `replacement` must outlive the object.
