@@ -204,10 +204,10 @@ void LogFollower::PrintCandidate(const Candidate& candidate, const struct stat& 
     m_unconfirmed.clear();
 }
 
-// Prints the newest record if its text is complete. If it extends the file, it is complete up to
-// its last line feed. Otherwise older lines follow, and its last line may be the rest of an older
-// one: the text is complete if it is the same at the next call, or if the logger has finished the
-// round.
+// Prints the newest record if its text is complete. If the record extends the file, its text is
+// complete up to the last line feed. Otherwise older lines follow, and the last line of the record
+// may be the rest of an older one: the text without that line is complete if it is the same at the
+// next call, or if the logger has finished the round.
 void LogFollower::HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());
