@@ -38,6 +38,16 @@ int StateInAnotherProcess()
     std::_Exit(StateInAnotherProcess() == static_cast<int>(State::HeldElsewhere) ? 0 : 3);
 }
 
+TEST(InstanceLockTest, IsUnavailableForANameThatUtf8CannotEncode)
+{
+    const TestSupport::TempDir home;
+    const TestSupport::ScopedEnvironment environment("HOME", home.Path());
+
+    EXPECT_EQ(InstanceLock(std::wstring(1, static_cast<wchar_t>(-1))).GetState(),
+              State::Unavailable);
+    EXPECT_TRUE(std::filesystem::is_empty(home.Path()));
+}
+
 TEST(InstanceLockDeathTest, LocksAReadOnlyFile)
 {
     const TestSupport::TempDir home;

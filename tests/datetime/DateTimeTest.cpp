@@ -452,6 +452,11 @@ TEST_F(DateTimeTest, IsInvalidWhenAShiftLeadsOutOfRange)
     EXPECT_FALSE(date.MakeFromUTC().IsValid());
 }
 
+TEST_F(DateTimeTest, IsInvalidWhenAZoneOffsetLeadsOutOfRange)
+{
+    EXPECT_FALSE(DateTime(292278993u, 12, 31, 0, 0, 0, -2147483647).IsValid());
+}
+
 TEST_F(DateTimeTest, ReturnsDifferencesInWholeUnits)
 {
     DateTime later(m_march);
@@ -461,6 +466,14 @@ TEST_F(DateTimeTest, ReturnsDifferencesInWholeUnits)
     EXPECT_EQ(later.GetTotalMinutes(CopyShared(m_march)), 26 * 60 + 59);
     EXPECT_EQ(later.GetTotalSecondes(CopyShared(m_march)), (26 * 60 + 59) * 60 + 58);
     EXPECT_EQ(m_march.GetTotalHours(CopyShared(later)), -26);
+}
+
+TEST_F(DateTimeTest, WrapsDifferencesOfMoreThan292MillionYearsAround)
+{
+    const DateTime last(292278993u, 12, 31, 23, 59, 59, 0);
+    const DateTime first(static_cast<unsigned int>(-292275054), 1, 1, 0, 0, 0, 0);
+
+    EXPECT_EQ(last.GetTotalSecondes(CopyShared(first)), -39536752);
 }
 
 TEST_F(DateTimeTest, TruncatesDifferencesInSecondsTo32Bits)

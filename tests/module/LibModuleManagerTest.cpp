@@ -441,8 +441,7 @@ TEST_F(LibModuleManagerTest, BlocksOtherThreadsDuringACallback)
             isRegistered.set_value();
         });
         // Long enough for a thread that nothing blocks.
-        EXPECT_EQ(registered.wait_for(std::chrono::milliseconds(200)),
-                  std::future_status::timeout);
+        EXPECT_EQ(registered.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
         m_calls.push_back("end of 1");
     };
 

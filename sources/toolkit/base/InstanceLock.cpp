@@ -17,7 +17,8 @@ constexpr std::size_t c_maxNameLength =
 
 FileDescriptor OpenLockFile(const std::wstring& name)
 {
-    if (name.empty())
+    // A name that UTF-8 cannot encode is no name either.
+    if (EncodeUtf8(name).empty())
         return {};
     const std::string path = InstanceLock::MakePath(name);
     FileDescriptor file = FileDescriptor::OpenRegular(path, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);

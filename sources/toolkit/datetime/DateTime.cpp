@@ -50,11 +50,13 @@ wxDateTime FromMs(long long ms)
     return wxDateTime(wxLongLong(ms));
 }
 
-// Returns an invalid date for a time after the last moment.
+// Returns an invalid date for a time that cannot be represented.
 wxDateTime FromSeconds(long long seconds, long long ms = 0)
 {
-    return seconds <= (c_lastMs - ms) / c_msPerSecond ? FromMs(seconds * c_msPerSecond + ms)
-                                                      : wxDateTime();
+    long long total = 0;
+    const bool overflows = __builtin_mul_overflow(seconds, c_msPerSecond, &total) ||
+                           __builtin_add_overflow(total, ms, &total);
+    return overflows ? wxDateTime() : FromMs(total);
 }
 
 // Returns zeros for an invalid date.
@@ -88,8 +90,7 @@ wxDateTime FromLocal(const CalendarTime& time)
 wxDateTime FromUtc(const CalendarTime& time, long long offsetMs)
 {
     const CalendarTime fields = TruncateTo16Bits(time);
-    return IsInRange(fields) ? FromMs(ToSecondsFromUtc(fields) * c_msPerSecond - offsetMs)
-                             : wxDateTime();
+    return IsInRange(fields) ? FromSeconds(ToSecondsFromUtc(fields), -offsetMs) : wxDateTime();
 }
 
 CalendarTime MakeFields(unsigned int year, unsigned int month, unsigned int day, unsigned int hour,
@@ -372,7 +373,9 @@ long long DateTime::MsLaterThan(const smart_ptr<DateTime>& other) const
 {
     if (!other.IsValid() || !other->IsValid() || !IsValid())
         return 0;
-    return ToMs(Value()) - ToMs(other->Value());
+    // Wraps around for dates that are too far apart.
+    return static_cast<long long>(static_cast<unsigned long long>(ToMs(Value())) -
+                                  static_cast<unsigned long long>(ToMs(other->Value())));
 }
 
 int DateTime::GetTotalHours(const smart_ptr<DateTime>& other) const
