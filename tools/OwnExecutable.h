@@ -4,7 +4,7 @@
 
 namespace Tool {
 
-/// Returns the path of this program; links in it may be unresolved. Empty if the system does not
+/// Returns the path of this program, which may contain symbolic links. Empty if the system does not
 /// report it.
 std::string FindOwnExecutable();
 

@@ -124,8 +124,8 @@ bool RunGuarded(CommandRun& run) noexcept
 ///
 /// The host has started the library by then, so the module is initialised immediately. If its
 /// `Initialize()` throws, the message is stored as the plug-in's failure, and the module is not
-/// registered. Uncaught, the exception would reach the dynamic loader and end the host, like one
-/// from the constructor of any other global object.
+/// registered. Uncaught, the exception would reach the dynamic loader and terminate the host, like
+/// one from the constructor of any other global object.
 class ModuleRegistration {
 public:
     explicit ModuleRegistration(Toolkit::LibModule& module) noexcept : m_module(module)

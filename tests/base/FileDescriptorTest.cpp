@@ -63,7 +63,7 @@ TEST_F(FileDescriptorTest, WaitsForTheOtherEndOfAPipe)
     EXPECT_FALSE(file.IsRegular());
 }
 
-TEST_F(FileDescriptorTest, RejectsPipesAndDevicesInOpenRegularAtOnce)
+TEST_F(FileDescriptorTest, RejectsPipesAndDevicesInOpenRegularWithoutBlocking)
 {
     const std::string path = CreatePipe();
 

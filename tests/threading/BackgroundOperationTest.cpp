@@ -85,7 +85,7 @@ TEST_F(BackgroundOperationTest, ReturnsFromWaitWhenTheOperationEnds)
     EXPECT_TRUE(waiting.get());
 }
 
-TEST_F(BackgroundOperationTest, BlocksWaitBeforeTheFirstEndAndAfterARestart)
+TEST_F(BackgroundOperationTest, BlocksWaitUntilTheOperationEndsAlsoAfterARestart)
 {
     std::future<bool> first = WaitOnAThread();
     EXPECT_EQ(first.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
@@ -209,12 +209,12 @@ TEST_F(BackgroundOperationTest, IsAnEventNotifier)
     static_assert(std::has_virtual_destructor_v<BackgroundOperationHandler>);
 }
 
-TEST_F(BackgroundOperationTest, ReturnsADateOfZeroBeforeTheFirstProgress)
+TEST_F(BackgroundOperationTest, ReturnsZeroAsTheDateBeforeTheFirstUpdate)
 {
     EXPECT_EQ(m_operation.GetLastOperationDate(), 0u);
 }
 
-TEST_F(BackgroundOperationTest, StoresTheTickCountOfTheLastProgress)
+TEST_F(BackgroundOperationTest, StoresTheTickCountOfTheLastUpdate)
 {
     const unsigned int before = GetTickCount();
     m_operation.UpdateLastOperationDate();

@@ -5,7 +5,7 @@
 
 namespace Toolkit {
 
-// Formats dates and times by patterns. A pattern consists of a date, a space and a time.
+// Formats dates and times according to patterns. A pattern consists of a date, a space and a time.
 
 /// A locale's strings for AM and PM. Empty if the locale has none.
 struct DayPeriods {

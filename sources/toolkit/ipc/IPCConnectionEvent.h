@@ -10,8 +10,8 @@ class TOOLKIT_API IPCConnectionEvent {
 public:
     virtual ~IPCConnectionEvent();
 
-    /// Called with each message, under the lock of the server's list of listeners: on the thread
-    /// that runs the event loop, or on the one that calls IPCServer::SendExecuteEvent().
+    /// Called with the text of each message, under the lock of the server's list of listeners: on
+    /// the thread that runs the event loop, or on the one that calls IPCServer::SendExecuteEvent().
     virtual void OnExecute(const TString<wchar_t>& text) = 0;
 };
 

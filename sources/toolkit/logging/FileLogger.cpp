@@ -149,8 +149,8 @@ int FileLogger::DoWork()
 bool FileLogger::OpenFile()
 {
     bool isOpen = OpenOwnName();
-    // Before the first look at the stop event: a logger that is stopped while another process uses
-    // its file still writes its queue to a fallback file.
+    // Tries a fallback file before the loop checks the stop event, so that a logger that is stopped
+    // while another process uses its file still writes its queue.
     if (!isOpen && m_file->IsInUse())
         isOpen = OpenFallback();
     while (!isOpen) {
@@ -161,8 +161,8 @@ bool FileLogger::OpenFile()
     return true;
 }
 
-// Waits while another process uses the file, so that a restarted program can use the file of the
-// previous process if that ends soon enough.
+// Waits up to 2 s while another process uses the file, so that a restarted program gets its usual
+// file if the previous process ends in time.
 bool FileLogger::OpenOwnName()
 {
     using Clock = std::chrono::steady_clock;
@@ -199,8 +199,8 @@ bool FileLogger::Open(const TString<wchar_t>& suffix)
 // stop is in the file: the last check notices text that arrived after the wait.
 //
 // `LogMillion`: text arrives in bursts, so after a batch this polls the event every 10 ms for
-// 100 ms. At the 200 ms interval of `EventObject`, it takes up to a third longer until a million
-// lines are in the file.
+// 100 ms. With the 200 ms interval of `EventObject`, writing a million lines takes up to a third
+// longer.
 bool FileLogger::WaitForData(bool isBusy)
 {
     unsigned int waitMs = c_maxDataWaitMs;

@@ -78,11 +78,12 @@ void WholeMatchReplacement::ReplaceOne()
     SearchAfter(begin + m_replacement.size());
 }
 
-// Searches the original text. For a pattern that only looks ahead, the search after a match finds
-// the same as one after its replacement, because both texts are equal from there on.
+// Searches the original text. For a pattern that ignores the preceding text, the search after a
+// match finds the same next match as the search after its replacement, because the rest of the text
+// is the same.
 void WholeMatchReplacement::ReplaceInOnePass()
 {
-    // ReplaceAll: without StartBytes the engine tries each position between two matches, which
+    // `ReplaceAll`: without StartBytes the engine tries each position between two matches, which
     // takes 5 times as long.
     std::optional<StartBytes> startBytes;
     if (m_text.size() - MatchEnd() > c_longText)

@@ -18,7 +18,7 @@ public:
 };
 
 /// A long-running operation. Calls its handlers when it starts and ends, lets other threads wait
-/// for the end, and stores the time of the last progress.
+/// for the end, and stores the time of the last update.
 ///
 /// The worker calls SendOperationStarted(), UpdateLastOperationDate() as it makes progress, and
 /// SendOperationEnded(). Any thread may call the operations.
@@ -41,10 +41,10 @@ public:
     /// miss an end that is followed by a new start within 200 ms.
     bool Wait() const;
 
-    /// Stores the current tick count as the time of the last progress.
+    /// Stores the current tick count as the time of the last update.
     void UpdateLastOperationDate();
 
-    /// Returns the time of the last progress, as a `GetTickCount()` value; 0 before the first.
+    /// Returns the time of the last update, as a `GetTickCount()` value; 0 before the first.
     unsigned int GetLastOperationDate() const;
 
 private:

@@ -14,8 +14,8 @@ namespace Toolkit {
 ///
 /// Listeners are called in the order in which they were added, under the notifier's recursive lock.
 /// During its call, a listener may add and remove listeners, including itself; an added one is
-/// called in the same pass. Other threads wait until all listeners have been called. Any thread may
-/// call the operations.
+/// called by the same Notify(). Other threads wait until all listeners have been called. Any thread
+/// may call the operations.
 template <typename T>
 class TOOLKIT_API EventNotifier {
 public:
@@ -38,8 +38,7 @@ public:
 
     /// Removes the first entry with the same object; false if there is none. A listener that is
     /// removed during a Notify() is not called any more, and lives until that Notify() ends.
-    /// Keeping it until then takes memory: when out of memory, does not remove it and returns
-    /// false.
+    /// This needs memory; when out of memory, returns false and keeps the listener.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -78,7 +77,8 @@ protected:
 private:
     using Listeners = std::list<smart_ptr<T>>;
 
-    // One run of Notify(). During a pass entries are only emptied. The outermost pass erases them.
+    // One run of Notify(). Removing a listener during a pass only empties its entry;
+    // the outermost pass erases empty entries.
     class Pass {
     public:
         explicit Pass(EventNotifier& notifier) TOOLKIT_REQUIRES(notifier.m_lock)
