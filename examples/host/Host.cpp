@@ -137,7 +137,8 @@ int Serve(const PlugIns& plugIns, const Text& startLine, bool isRestart)
     return Fail(L"Cannot accept commands at " + GetServicePath());
 }
 
-// Carries out the host's own options. `startLine` is empty unless the host serves.
+// Runs the host with its own options instead of a command. `startLine` is empty unless the host
+// serves.
 int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
 {
     const Text settingsPath = options.GetValue(L"config", MakeDefaultSettingsPath());
@@ -167,7 +168,8 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
                              : Serve(plugIns, startLine, options.IsDefined(L"restart"));
 }
 
-// Reports whether the serving host has received the line. That host reports how the command ends.
+// Prints whether the serving host has received the line, and returns the exit code. The serving
+// host reports how the command ends.
 int Report(HandOverResult result)
 {
     switch (result) {

@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-// This program does not link the library. Only its plug-ins do, each of which has its own symbols.
+// This program does not link the library. Only its plug-ins do, each of which has its own symbols
+// and type information.
 namespace {
 
 using Thrower = void (*)();

@@ -5,7 +5,7 @@
 
 namespace Toolkit {
 
-/// Writes objects to a file, which it creates or empties.
+/// Writes objects to a file, which it creates or truncates.
 class TOOLKIT_API FSOutputSerializer : public FSSerializer {
 public:
     explicit FSOutputSerializer(const TString<wchar_t>& path);

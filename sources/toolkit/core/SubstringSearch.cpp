@@ -13,11 +13,11 @@ namespace {
 // How many positions are filtered before the loop looks at the result.
 constexpr std::size_t c_blockLength = 16;
 
-// The bit in which an ASCII letter and its capital differ.
+// The bit that differs between the lower and upper case of an ASCII letter.
 constexpr unsigned int c_caseBit = 0x20;
 
-// Whether the locale's character set extends ASCII. EBCDIC sets do not: their letters differ from
-// their capitals in another bit.
+// Whether the locale's character set extends ASCII. EBCDIC sets do not: there another bit
+// distinguishes upper from lower case.
 bool DoesLocaleExtendAscii()
 {
     return FoldNarrow('A') == 'a' && FoldNarrow('Z') == 'z';
@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    // Returns the bits that a character shares with all that fold like it.
+    // Returns a mask of the bits that are the same in all characters that fold to `folded`.
     static Number GetSignificantBits(Number folded)
     {
         const bool isFoldedByLocale = folded <= 0xFF && !IsInvariant(folded);
@@ -115,7 +115,7 @@ public:
 private:
     using Number = typename FoldFilter<Char>::Number;
 
-    // Whether the needle's first and last character both fit at some position of a block.
+    // Whether the needle's first and last characters may both match at some position of the block.
     bool MayStartInBlock(const Char* text) const
     {
         const Char* const lastCharacters = text + m_length - 1;

@@ -5,8 +5,8 @@
 namespace Toolkit {
 namespace {
 
-// Bytes from here on belong to multibyte characters. They are not tried: each counts as a byte that
-// a match can begin with.
+// Bytes from this value up belong to multibyte characters. They are not tried: each counts as a
+// byte that a match can begin with.
 constexpr unsigned int c_firstNonAscii = 0x80;
 
 } // namespace

@@ -175,8 +175,8 @@ bool Thread::IsMainThread()
 }
 
 // Replaces wxThread::TestDestroy(), which can miss a resume that comes just before it pauses. Loops
-// until wxWidgets reports no pause, even if the thread is cancelled: wxThread::Delete() first
-// cancels a paused thread and then resumes it.
+// until wxWidgets no longer reports a pause, even if the thread is cancelled: wxThread::Delete()
+// first cancels a paused thread and then resumes it.
 bool Thread::TestDestroy()
 {
     while (IsCaller() && wxThread::IsPaused())
@@ -191,8 +191,8 @@ wxThread::ExitCode Thread::Entry()
         // Still New if it was started by wxThread::Run().
         State fresh = State::New;
         m_state.compare_exchange_strong(fresh, State::Started);
-        // When out of memory for the target, wxWidgets keeps the messages of this thread until the
-        // main thread flushes them.
+        // If there is not enough memory for the target, wxWidgets queues the messages of this
+        // thread until the main thread flushes them.
         static_cast<void>(Base::RunsWithoutThrowing([&target] { target.emplace(); }));
         m_control->SetEntered();
         State started = State::Started;
