@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <string_view>
 #include <utility>
 
 #include "FileTime.h"
@@ -11,6 +12,7 @@ namespace {
 
 constexpr off_t c_tailLength = 64;
 constexpr std::size_t c_headLength = 256;
+constexpr std::size_t c_restLength = 1 << 16;
 
 // How much older a new line may be than the one before it: a thread may wait between reading the
 // time and writing the line. A line that waited longer is printed when a new line follows it.
@@ -67,6 +69,7 @@ LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinte
       m_newestTick(position.newestTick), m_tail(position.tail), m_knownLength(position.length)
 {
     SetHead(position.head);
+    SetRest(ReadAt(m_file.Get(), m_position, c_restLength));
     struct stat status {};
     if (::fstat(m_file.Get(), &status) == 0)
         m_inode = status.st_ino;
@@ -92,6 +95,8 @@ void LogFollower::Poll()
     m_knownLength = status.st_size;
     SetHead(head);
     m_tail = ReadTail(m_file.Get(), m_position);
+    if (m_position != m_restOffset)
+        SetRest(ReadAt(m_file.Get(), m_position, c_restLength));
 }
 
 // Returns whether the file must be read.
@@ -128,8 +133,15 @@ void LogFollower::FollowWrap(const struct stat& status)
     if (oldHead.header && !oldHead.header->isFromWx)
         MeasureRound(*oldHead.header);
     m_position = 0;
+    SetRest("");
     m_unconfirmed.clear();
     PrintNewLines(status, false);
+}
+
+void LogFollower::SetRest(std::string rest)
+{
+    m_rest = std::move(rest);
+    m_restOffset = m_position;
 }
 
 // Keeps only the first line up to m_position: the bytes after that may change without a wrap.
@@ -205,26 +217,43 @@ void LogFollower::PrintCandidate(const Candidate& candidate, const struct stat& 
 }
 
 // Prints the newest record if its text is complete. If the record extends the file, its text is
-// complete up to the last line feed. Otherwise older lines follow, and the last line of the record
-// may be the rest of an older one: the text without that line is complete if it is the same at the
-// next call, or if the logger has finished the round.
+// complete up to the last line feed. Otherwise older lines follow, and its last lines may be the
+// rest of such lines: the text without them is complete if it is the same at the next call, or if
+// the logger has finished the round.
 void LogFollower::HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());
     const bool isAppended = end > m_knownLength;
     if (!isAppended && !ParseLogHeader(candidate.text))
         return;
-    if (!isAppended || !candidate.isEnded) {
+    if (!isAppended) {
+        DropOldLines(candidate);
+    } else if (!candidate.isEnded) {
         const std::size_t lastLine = candidate.text.rfind('\n');
-        if (lastLine != std::string::npos)
-            candidate.text.resize(lastLine);
-        else if (isAppended)
+        if (lastLine == std::string::npos)
             return;
+        candidate.text.resize(lastLine);
     }
     if (isAppended || isRoundComplete || candidate.text == m_unconfirmed)
         PrintCandidate(candidate, status);
     else
         m_unconfirmed = std::move(candidate.text);
+}
+
+// Drops the lines at the end of a record that were there before its first line was written. Where
+// the older bytes are not known, drops the last line.
+void LogFollower::DropOldLines(Candidate& candidate) const
+{
+    std::string& text = candidate.text;
+    const auto begin = static_cast<std::size_t>(candidate.offset - m_restOffset);
+    if (candidate.offset < m_restOffset || begin + text.size() > m_rest.size()) {
+        text.resize(std::min(text.size(), text.rfind('\n')));
+        return;
+    }
+    const std::string_view old = std::string_view(m_rest).substr(begin, text.size());
+    const auto lastNew = std::mismatch(text.rbegin(), text.rend(), old.rbegin()).first;
+    const auto newLength = static_cast<std::size_t>(text.rend() - lastNew);
+    text.resize(std::min(text.size(), text.find('\n', std::max<std::size_t>(newLength, 1) - 1)));
 }
 
 } // namespace Tool

@@ -58,12 +58,14 @@ private:
     bool IsRewritten() const;
     void FollowWrap(const struct stat& status);
     void SetHead(std::string head);
+    void SetRest(std::string rest);
     void PrintNewLines(const struct stat& status, bool isRoundComplete);
     bool HandleRecord(const LogRecord& record, Pending& pending, const struct stat& status);
     bool IsNew(const LogRecord& record) const;
     void MeasureRound(const LogHeader& oldLine);
     void PrintCandidate(const Candidate& candidate, const struct stat& status);
     void HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete);
+    void DropOldLines(Candidate& candidate) const;
 
     Descriptor m_file;
     LogPrinter& m_printer;
@@ -72,6 +74,8 @@ private:
     std::int64_t m_roundMs = 0;   // how much older the line after m_position is than the newest one
     std::string m_head;           // the first line of the file, which a wrap changes
     std::string m_tail;           // the last bytes before m_position
+    std::string m_rest;           // the older bytes after m_restOffset, as far as they are known
+    off_t m_restOffset = 0;       // m_position when m_rest was read
     std::string m_unconfirmed;    // a line that may still be incomplete
     struct timespec m_written {}; // the modification time at the last Poll()
     off_t m_size = -1;            // the length at the last Poll()

@@ -37,10 +37,21 @@ protected:
         return WriteAt(static_cast<long>(std::filesystem::file_size(m_path)), text);
     }
 
+    // Returns once the process sleeps: the command then waits until it reads the log again.
+    static void AwaitSleep(pid_t process)
+    {
+        std::string pid;
+        std::string name;
+        std::string state;
+        while (state != "S")
+            std::ifstream("/proc/" + std::to_string(process) + "/stat") >> pid >> name >> state;
+    }
+
     // Suspends the command while `write` runs, so that the command sees all changes together.
     template <typename Write>
     static void WriteWhileStopped(RunningCommand& command, Write write)
     {
+        AwaitSleep(command.ProcessId());
         ::kill(command.ProcessId(), SIGSTOP);
         int status = 0;
         ::waitpid(command.ProcessId(), &status, WUNTRACED);
@@ -248,10 +259,39 @@ TEST_F(LogFollowTest, EndsWhenItsOutputIsClosed)
 }
 
 // The logger's file has room for about eighty lines.
+TEST_F(LogFollowTest, PrintsAllLinesOfAMessageInAWrappedLog)
+{
+    const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
+    WriteAt(end, "2 3000 : 1 : f : the oldest line\n2 4000 : 1 : f : old\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("newest\n");
+
+    WriteAt(end, "2 9500 : 1 : f : two\nlines\n");
+
+    EXPECT_THAT(command.ReadUntil("lines\n"), EndsWith("newest\n9500 info f:1 two\n    lines\n"));
+}
+
+// Each round may end before the previous one did, so the rests of several lines may follow the
+// newest line.
+TEST_F(LogFollowTest, PrintsNoRestsOfOlderLinesAtTheEndOfALog)
+{
+    const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
+    WriteAt(end, "2 4000 : 1 : f : the last line of a round\nlast line of an older round\n");
+    RunningCommand command({"log", "--follow", m_path});
+    command.ReadUntil("newest\n");
+
+    WriteAt(end, "2 9500 : 1 : f : last\n");
+    command.ReadUntil("f:1 last\n");
+    WriteAt(0, "2 9900 : 1 : f : first.\n");
+
+    EXPECT_THAT(command.ReadUntil("first.\n"),
+                EndsWith("newest\n9500 info f:1 last\n9900 info f:1 first.\n"));
+}
+
 TEST_F(LogFollowTest, ShowsAllLinesOfALoggerThatWrapsOften)
 {
     constexpr int lines = 200;
-    constexpr unsigned int limit = 4000;
+    constexpr unsigned int limit = 1000;
     const TString<wchar_t> name = L"toolkit-follow-test-" + std::to_wstring(::getpid());
     smart_ptr<FileLogger> logger(new FileLogger(SeverityVerbose, name, limit));
     const std::filesystem::path path = std::wstring(logger->GetPath(5000));
