@@ -2,6 +2,7 @@
 #include <clocale>
 #include <csignal>
 #include <cstdio>
+#include <exception>
 #include <iostream>
 #include <new>
 #include <sstream>
@@ -129,8 +130,10 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 try {
     return Tool::Run(argc, argv);
-} catch (...) {
-    // Perform() has handled everything else.
+} catch (const std::bad_alloc&) {
     std::fputs("toolkit: out of memory\n", stderr);
+    return Tool::ExitError;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "toolkit: %s\n", error.what());
     return Tool::ExitError;
 }

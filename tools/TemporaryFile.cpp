@@ -1,6 +1,7 @@
 #include "TemporaryFile.h"
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -15,7 +16,7 @@ Descriptor CreateUnnamedFile()
     const char* const directory = std::getenv("TMPDIR");
     std::string path =
         (directory && *directory ? directory : "/tmp") + std::string("/toolkit-XXXXXX");
-    Descriptor file(::mkstemp(path.data()));
+    Descriptor file(::mkostemp(path.data(), O_CLOEXEC));
     if (!file.IsOpen())
         throw MakeSystemFailure("cannot create a temporary file in " +
                                 path.substr(0, path.rfind('/')));
