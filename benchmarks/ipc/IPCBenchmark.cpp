@@ -10,6 +10,8 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -52,8 +54,13 @@ public:
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
             ::_exit(serve(m_path, *m_shared));
         }
-        while (!m_shared->isReady)
+        while (!m_shared->isReady) {
+            if (HasEnded()) {
+                std::fprintf(stderr, "the server process at %s has ended\n", m_path.c_str());
+                std::exit(1);
+            }
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
     ~ServerProcess()
     {
@@ -79,6 +86,14 @@ public:
     }
 
 private:
+    // Leaves the process for the destructor to reap.
+    bool HasEnded() const
+    {
+        siginfo_t end{};
+        constexpr int flags = WEXITED | WNOHANG | WNOWAIT;
+        return ::waitid(P_PID, static_cast<id_t>(m_process), &end, flags) == 0 && end.si_pid != 0;
+    }
+
     Shared* m_shared;
     std::string m_path;
     pid_t m_process;
@@ -103,7 +118,7 @@ int ServeToolkit(const std::string& path, Shared& shared)
     IPCServer server(std::wstring(path.begin(), path.end()));
     server.AddListener(smart_ptr<IPCConnectionEvent>(new Counter(shared)));
     shared.isReady = server.Run();
-    return wxAppConsole::GetInstance()->MainLoop();
+    return shared.isReady ? wxAppConsole::GetInstance()->MainLoop() : 1;
 }
 
 class WxServer : public wxTCPServer {
@@ -137,7 +152,7 @@ int ServeWx(const std::string& path, Shared& shared)
     const FrameworkHold hold;
     WxServer server(shared);
     shared.isReady = server.Create(wxString(path));
-    return wxAppConsole::GetInstance()->MainLoop();
+    return shared.isReady ? wxAppConsole::GetInstance()->MainLoop() : 1;
 }
 
 // The servers are forked before wxWidgets starts here: a child must not inherit its state.
