@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <unicode/udat.h>
 #include <unicode/uloc.h>
+#include <unicode/uvernum.h>
 #include <wx/datetime.h>
 
 #include <cstdint>
@@ -121,6 +122,11 @@ TEST(LocalesIcuTest, LeavesNoPatternLettersInAFormattedDate)
                     << locale << ": " << std::string(text.begin(), text.end());
         }
     }
+}
+
+TEST(LocalesIcuTest, NamesIcuAndItsVersionAsTheProvider)
+{
+    EXPECT_EQ(Locales::GetProviderVersion(), L"ICU " U_ICU_VERSION);
 }
 
 } // namespace

@@ -104,10 +104,5 @@ TEST_F(LocalesTest, IgnoresTheLocaleOfTheCLibrary)
     EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
 }
 
-TEST(LocalesVersionTest, NamesIcuAsTheProvider)
-{
-    EXPECT_EQ(Locales::GetProviderVersion().find(L"ICU "), 0u);
-}
-
 } // namespace
 } // namespace Toolkit
