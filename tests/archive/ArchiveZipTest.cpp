@@ -1,7 +1,7 @@
 #include "toolkit/archive/ArchiveZip.h"
 
 #include "support/CapturedLog.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/ScopedLocale.h"
 
 #include <gmock/gmock.h>

@@ -2,7 +2,7 @@
 
 #include "toolkit/archive/ArchiveZip.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "toolkit/config/CmdLineParser.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "toolkit/config/IniFile.h"
 
 #include "support/CapturedLog.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 

@@ -1,6 +1,6 @@
 toolkit_test(config/CmdLineParserTest.cpp)
-target_sources(CmdLineParserTest PRIVATE support/ScarceMemory.cpp)
+target_sources(CmdLineParserTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(config/CmdLineReferenceTest.cpp)
 toolkit_test(config/IniFileReferenceTest.cpp)
 toolkit_test(config/IniFileTest.cpp)
-target_sources(IniFileTest PRIVATE support/ScarceMemory.cpp)
+target_sources(IniFileTest PRIVATE support/OutOfMemory.cpp)

@@ -3,7 +3,7 @@
 #include "toolkit/core/IStream.h"
 #include "toolkit/core/StreamResult.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 #include "toolkit/core/StreamResult.h"
 
 #include "support/FileSizeLimit.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "toolkit/core/smart_ptr.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 

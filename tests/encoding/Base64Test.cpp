@@ -1,6 +1,6 @@
 #include "toolkit/encoding/Base64.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "toolkit/encoding/StringConvert.h"
 
 #include "support/CompiledLocale.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/ScopedLocale.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "toolkit/encoding/UTF7.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "toolkit/encoding/UTF8.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 

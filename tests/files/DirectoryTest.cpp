@@ -3,7 +3,7 @@
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 

@@ -2,8 +2,8 @@
 
 #include "support/CapturedLog.h"
 #include "support/FileSizeLimit.h"
+#include "support/OutOfMemory.h"
 #include "support/RunProgram.h"
-#include "support/ScarceMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 

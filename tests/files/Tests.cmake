@@ -1,10 +1,10 @@
 toolkit_test(files/FFileTest.cpp)
-target_sources(FFileTest PRIVATE support/ScarceMemory.cpp)
+target_sources(FFileTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(files/InputStreamTest.cpp)
 toolkit_test(files/PathManagerProgramTest.cpp)
 toolkit_test(files/PathManagerTest.cpp)
 toolkit_test(files/TextFileTest.cpp)
-target_sources(TextFileTest PRIVATE support/ScarceMemory.cpp)
+target_sources(TextFileTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(files/TextInputStreamTest.cpp)
 
 # PathManagerProgramTest runs copies of this program under many names.
@@ -15,7 +15,7 @@ target_compile_definitions(
 )
 add_dependencies(PathManagerProgramTest PathProgram)
 toolkit_test(files/DirectoryTest.cpp)
-target_sources(DirectoryTest PRIVATE support/ScarceMemory.cpp)
+target_sources(DirectoryTest PRIVATE support/OutOfMemory.cpp)
 
 add_library(DynamicLibraryProbe MODULE files/DynamicLibraryProbe.cpp)
 target_link_libraries(DynamicLibraryProbe PRIVATE ToolkitBuildOptions)

@@ -2,7 +2,7 @@
 
 #include "support/CapturedLog.h"
 #include "support/FileSizeLimit.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 #include "support/ScopedLocale.h"
 #include "support/TempDir.h"
 

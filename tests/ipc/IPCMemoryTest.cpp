@@ -3,7 +3,7 @@
 #include "toolkit/ipc/IPCClient.h"
 #include "toolkit/ipc/IPCServer.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 toolkit_test(ipc/IPCClientTest.cpp)
 toolkit_test(ipc/IPCMemoryTest.cpp)
-target_sources(IPCMemoryTest PRIVATE support/ScarceMemory.cpp)
+target_sources(IPCMemoryTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(ipc/IPCServerLimitsTest.cpp)
 toolkit_test(ipc/IPCServerTest.cpp)
 toolkit_test(ipc/IPCServiceTest.cpp)

@@ -2,7 +2,7 @@
 #include "toolkit/system/TickCount.h"
 
 #include "support/FileSizeLimit.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

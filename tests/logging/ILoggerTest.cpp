@@ -4,7 +4,7 @@
 #include "toolkit/logging/NullLogger.h"
 
 #include "support/CapturedLog.h"
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 toolkit_test(logging/ConsoleLoggerTest.cpp)
 toolkit_test(logging/DebuggerLoggerTest.cpp)
 toolkit_test(logging/FileLoggerFaultTest.cpp)
-target_sources(FileLoggerFaultTest PRIVATE support/ScarceMemory.cpp)
+target_sources(FileLoggerFaultTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(logging/FileLoggerKillTest.cpp)
 toolkit_test(logging/FileLoggerLockTest.cpp)
 toolkit_test(logging/FileLoggerTest.cpp)
@@ -13,7 +13,7 @@ set_source_files_properties(
     PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr
 )
 toolkit_test(logging/ILoggerTest.cpp)
-target_sources(ILoggerTest PRIVATE support/ScarceMemory.cpp)
+target_sources(ILoggerTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(logging/LogTest.cpp)
 toolkit_test(logging/NullLoggerTest.cpp)
 toolkit_private_test(

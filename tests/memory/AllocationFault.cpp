@@ -1,7 +1,7 @@
 #include "memory/AllocationFault.h"
 
+#include "support/OutOfMemory.h"
 #include "support/Sanitizers.h"
-#include "support/ScarceMemory.h"
 
 #include <algorithm>
 #include <array>

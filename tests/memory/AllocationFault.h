@@ -3,7 +3,7 @@
 #include <string_view>
 
 /// Allocations that fail on purpose. A program that uses this compiles AllocationFault.cpp and
-/// ScarceMemory.cpp into itself: they replace operator new and operator delete, and also malloc(),
+/// OutOfMemory.cpp into itself: they replace operator new and operator delete, and also malloc(),
 /// calloc() and realloc() unless a sanitizer does.
 namespace Toolkit::TestSupport {
 

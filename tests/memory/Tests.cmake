@@ -13,7 +13,7 @@ set(sweep
     memory/SystemOperations.cpp
     memory/TextOperations.cpp
     memory/ThreadOperations.cpp
-    support/ScarceMemory.cpp
+    support/OutOfMemory.cpp
 )
 # AllocationFault shares data between threads without a lock, which ThreadSanitizer reports.
 if(NOT TOOLKIT_SANITIZE STREQUAL "thread")

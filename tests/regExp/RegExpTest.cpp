@@ -1,6 +1,6 @@
 #include "toolkit/regExp/RegExp.h"
 
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -30,7 +30,7 @@ endif()
 toolkit_private_test(regExp/PatternTraitsTest.cpp regExp/PatternTraits.cpp)
 toolkit_test(regExp/RegExpExceptionTest.cpp)
 toolkit_test(regExp/RegExpMemoryTest.cpp)
-target_sources(RegExpMemoryTest PRIVATE support/ScarceMemory.cpp)
+target_sources(RegExpMemoryTest PRIVATE support/OutOfMemory.cpp)
 # The reference calls PCRE 1. EngineDifferenceTest compares PCRE 2 with it.
 if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
     toolkit_test(regExp/RegExpReferenceTest.cpp)
@@ -42,7 +42,7 @@ if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
     toolkit_test(regExp/RegExpStackTest.cpp)
 endif()
 toolkit_test(regExp/RegExpTest.cpp)
-target_sources(RegExpTest PRIVATE support/ScarceMemory.cpp)
+target_sources(RegExpTest PRIVATE support/OutOfMemory.cpp)
 
 # The engines' own messages differ.
 if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre2")

@@ -3,8 +3,8 @@
 #include "toolkit/encoding/UTF8.h"
 
 #include "support/NoMoreProcesses.h"
+#include "support/OutOfMemory.h"
 #include "support/RunProgram.h"
-#include "support/ScarceMemory.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TempDir.h"
 

@@ -10,7 +10,7 @@ toolkit_test(system/RestartManagmentTest.cpp)
 toolkit_test(system/SingleApplicationInstanceTest.cpp)
 target_link_libraries(SingleApplicationInstanceTest PRIVATE Toolkit::wxBase)
 toolkit_test(system/SystemInfoTest.cpp)
-target_sources(SystemInfoTest PRIVATE support/ScarceMemory.cpp)
+target_sources(SystemInfoTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(system/TickCountTest.cpp)
 toolkit_test(system/VersionTest.cpp)
 

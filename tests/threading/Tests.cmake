@@ -2,7 +2,7 @@ toolkit_test(threading/EventObjectTest.cpp)
 toolkit_test(threading/FrameworkHoldTest.cpp)
 toolkit_test(threading/MutexTest.cpp)
 toolkit_test(threading/ThreadTest.cpp)
-target_sources(ThreadTest PRIVATE support/ScarceMemory.cpp)
+target_sources(ThreadTest PRIVATE support/OutOfMemory.cpp)
 toolkit_test(threading/BackgroundOperationTest.cpp)
 toolkit_test(threading/EventNotifierTest.cpp)
 

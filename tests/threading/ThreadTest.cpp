@@ -1,7 +1,7 @@
 #include "toolkit/threading/Thread.h"
 
+#include "support/OutOfMemory.h"
 #include "support/Sanitizers.h"
-#include "support/ScarceMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,6 @@
 namespace Toolkit {
 namespace {
 
-using TestSupport::AllocationLimit;
 using TestSupport::FailingAllocation;
 
 class Worker : public Thread {
@@ -725,20 +724,37 @@ TEST(ThreadTest, CanStartOnceMemoryIsAvailableAgain)
     }
 }
 
-// The limit is smaller than wxWidgets' per-thread data.
-TEST(ThreadTest, WorksWhenOutOfMemoryForItsLogTarget)
-{
+// Runs out of memory in Entry(), which first allocates for the log target.
+class ThreadWithoutMemory : public Thread {
+public:
+    ~ThreadWithoutMemory() override { Wait(); }
+
     std::atomic<bool> hasWorked{false};
-    Worker worker([&hasWorked](Worker&) {
+    std::atomic<bool> hasFailed{false};
+
+private:
+    ExitCode Entry() override
+    {
+        const FailingAllocation failing(0);
+        const ExitCode code = Thread::Entry();
+        hasFailed = failing.HasFailed();
+        return code;
+    }
+    int DoWork() override
+    {
         hasWorked = true;
         return 0;
-    });
-    {
-        const AllocationLimit small(1000);
-        EXPECT_TRUE(worker.Run());
-        worker.Wait();
     }
-    EXPECT_TRUE(hasWorked);
+};
+
+TEST(ThreadTest, WorksWhenOutOfMemoryForItsLogTarget)
+{
+    ThreadWithoutMemory thread;
+    EXPECT_TRUE(thread.Run());
+    thread.Wait();
+
+    EXPECT_TRUE(thread.hasFailed);
+    EXPECT_TRUE(thread.hasWorked);
 }
 
 TEST(ThreadTest, SleepsAtLeastTheGivenTime)

@@ -1,4 +1,4 @@
-#include "support/ScarceMemory.h"
+#include "support/OutOfMemory.h"
 
 #include <atomic>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 /// Simulates running out of memory. A program that uses these classes must compile
-/// ScarceMemory.cpp, which replaces the operators new and delete.
+/// OutOfMemory.cpp, which replaces the operators new and delete.
 namespace Toolkit::TestSupport {
 
 /// Makes one allocation by operator new on this thread fail: `index` 0 is the next one.
