@@ -59,13 +59,13 @@ FileLock::State FileLock::TryLock() BASE_REQUIRES(ForkLocks::s_fileLocks)
     const FileLock* const holder = FindHolderOfSameFile();
     if (!holder)
         return State::HeldElsewhere;
-    // flock(2) treats each open(2) of a file as a separate owner, even in one process. So this
-    // object shares the open file of the one that holds the lock.
+    // A flock(2) lock belongs to the open file description, even within one process. So this object
+    // shares that of the holder.
     m_file = holder->m_file.Duplicate();
     return m_file.IsOpen() ? State::Held : State::Unavailable;
 }
 
-// Returns null if no object of this process holds the lock.
+// Returns null if no FileLock of this process holds the lock.
 const FileLock* FileLock::FindHolderOfSameFile() const BASE_REQUIRES(ForkLocks::s_fileLocks)
 {
     for (const FileLock* held = s_firstHeld; held; held = held->m_next) {

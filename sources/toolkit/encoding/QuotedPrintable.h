@@ -8,16 +8,16 @@ extern TOOLKIT_API const char* const HEX;
 
 namespace Toolkit {
 
-/// Encodes strings as quoted-printable and decodes them.
+/// Encodes and decodes quoted-printable.
 ///
-/// Wide strings are converted to and from UTF-8, up to their first null character. A conversion of
-/// invalid input returns the empty string, and so does one that runs out of memory. Any thread may
-/// call the operations; nothing is thrown or logged.
+/// Wide strings are converted to and from UTF-8, up to their first null character. Conversions
+/// return an empty string for invalid input and when out of memory. Any thread may call the
+/// operations; nothing is thrown or logged.
 class TOOLKIT_API QP {
 public:
     /// Whether `text` must be encoded: `lineLength` exceeds `maxLineLength`, or `text` contains a
-    /// line feed or, unless `ignoreCharacters`, a byte that ToQP() escapes. The byte 0x7F does not
-    /// count, although it is escaped.
+    /// line feed. Unless `ignoreCharacters` is set, a byte that ToQP() escapes is a reason too,
+    /// except for 0x7F.
     static bool HasToBeQP(const TString<char>& text, unsigned int lineLength,
                           unsigned int maxLineLength, bool ignoreCharacters);
 
@@ -26,7 +26,7 @@ public:
     static bool HasToBeQP(const TString<wchar_t>& text, unsigned int lineLength,
                           unsigned int maxLineLength, bool ignoreCharacters);
 
-    /// Encodes `text` on one line, escaping line ends too: "a b" becomes "a=20b".
+    /// Encodes `text` on one line, escaping line breaks too: "a b" becomes "a=20b".
     ///
     /// Escapes spaces, control characters, everything outside ASCII, and
     /// " ( ) , / : ; < = > ? @ [ \ ]
@@ -41,18 +41,18 @@ public:
     /// none.
     ///
     /// Positions are 32-bit and wrap around. With a `lineLength` above 0x7FFFFFFE, each break is
-    /// therefore inserted 0xFFFFFFFE - `lineLength` characters to the left of the previous one:
-    /// 0xFFFFFFFD puts a break before each character of the first line. The two largest values
-    /// insert only one break, because they would repeat it forever.
+    /// therefore inserted 0xFFFFFFFE - `lineLength` characters before the previous one: 0xFFFFFFFD
+    /// also puts a break before each character of the first line that does not follow a "=". The
+    /// two largest values would insert the same break forever, so they insert it only once.
     static TString<wchar_t> ToQP(const TString<wchar_t>& text, unsigned int firstLineLength,
                                  unsigned int lineLength);
 
     /// Decodes `text`: "=" and two hexadecimal digits of either case become one byte.
     ///
-    /// "G" and "g" count as digits, with the value 16. A "=" before anything else is dropped, so
-    /// the carriage return and line feed of a soft line break stay. A "=" among the last two
-    /// characters is kept, unless it is the whole text. A null byte, as from "=00", ends the
-    /// result.
+    /// "G" and "g" count as digits, with the value 16. A "=" that two digits do not follow is
+    /// dropped, so the carriage return and line feed of a soft line break stay. A "=" among the
+    /// last two bytes of the UTF-8 form is kept, unless it is the whole text. A null byte, as from
+    /// "=00", ends the result.
     static TString<wchar_t> ToUNICODE(const TString<wchar_t>& text);
 };
 

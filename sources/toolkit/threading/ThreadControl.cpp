@@ -7,8 +7,8 @@
 namespace Toolkit {
 namespace {
 
-// wxThread::Resume() does not call Wake(), so a paused thread polls. A cancelled thread will be
-// resumed soon, so it polls more often.
+// A caller of wxThread::Resume() bypasses Wake(), so a paused thread also polls. wxThread::Delete()
+// resumes a thread right after it is cancelled, so a cancelled thread polls more often.
 constexpr std::chrono::milliseconds c_pausePollInterval{200};
 constexpr std::chrono::milliseconds c_cancelledPausePollInterval{1};
 
