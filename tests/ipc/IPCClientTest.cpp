@@ -199,7 +199,7 @@ TEST_F(IPCClientTest, RejectsAMessageOfMoreThan16Mebibytes)
     EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((8 << 20) + 1, L'\u00E9')));
 }
 
-TEST_F(IPCClientTest, FailsWhenTheServerRejectsItOrDisconnects)
+TEST_F(IPCClientTest, FailsWhenTheServerRejectsTheTopicOrDisconnects)
 {
     const RawSocket listener = RawSocket::ListeningAt(Path());
     for (const std::string& answer : {""s, "\x09"s, "\0"s, "\xFF"s}) {
@@ -227,7 +227,7 @@ TEST_F(IPCClientTest, RaisesNoSignalWhenTheServerDisconnects)
     EXPECT_FALSE(sent.get());
 }
 
-// Each server fails in another way: one never accepts, one stops reading after its answer, one has
+// Each server fails in its own way: one never accepts, one stops reading after its answer, one has
 // a full queue, and one is suspended. All clients wait at the same time.
 TEST_F(IPCClientTest, StopsWaitingForAServerAfterTheTimeout)
 {

@@ -6,6 +6,7 @@
 #include "support/OutOfMemory.h"
 
 #include <gmock/gmock.h>
+#include <wx/ipcbase.h>
 
 #include "ipc/ChildProgram.h"
 #include "ipc/ServerFixture.h"
@@ -19,13 +20,21 @@ using TestSupport::ChildProgram;
 using TestSupport::FailingAllocation;
 using TestSupport::RawSocket;
 using TestSupport::ServeWhile;
-using namespace std::string_literals;
 
 using IPCMemoryTest = TestSupport::ServerFixture;
 
 constexpr std::size_t c_mebibyte = std::size_t{1} << 20;
 
-TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoesNotFit)
+// Returns the part of an Execute message before its data, which has `size` bytes.
+std::string MakeExecuteHeader(wxIPCFormat format, std::size_t size)
+{
+    std::string header{'\x01', static_cast<char>(format)};
+    for (int shift = 0; shift < 32; shift += 8)
+        header.push_back(static_cast<char>(size >> shift));
+    return header;
+}
+
+TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoesNotFitIntoMemory)
 {
     const auto server = RunServer();
 
@@ -34,7 +43,7 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoesNotFit)
         {
             const AllocationLimit limit(c_mebibyte);
             const RawSocket client = ConnectWithTopic();
-            EXPECT_TRUE(client.Send("\x01\x01\0\0\x80\0"s));
+            EXPECT_TRUE(client.Send(MakeExecuteHeader(wxIPC_TEXT, data.size())));
             EXPECT_FALSE(client.Send(data));
         }
         EXPECT_TRUE(ServerDelivers());
@@ -42,8 +51,8 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDataDoesNotFit)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// The received data fits into memory, but the string made from it does not.
-TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDecodedDataDoesNotFit)
+// The received data fits into memory, but the wide string decoded from it does not.
+TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDecodedDataDoesNotFitIntoMemory)
 {
     const auto server = RunServer();
 
@@ -52,7 +61,7 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDecodedDataDoesNotFit)
         {
             const AllocationLimit limit(2 * c_mebibyte);
             const RawSocket client = ConnectWithTopic();
-            EXPECT_TRUE(client.Send("\x01\x11\0\0\x10\0"s));
+            EXPECT_TRUE(client.Send(MakeExecuteHeader(wxIPC_UTF8TEXT, data.size())));
             EXPECT_TRUE(client.Send(data));
             EXPECT_TRUE(client.IsClosedByPeer());
         }
@@ -61,7 +70,7 @@ TEST_F(IPCMemoryTest, DisconnectsAClientWhoseDecodedDataDoesNotFit)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-TEST_F(IPCMemoryTest, ReportsToTheClientThatAMessageDoesNotFit)
+TEST_F(IPCMemoryTest, FailsToSendAMessageThatDoesNotFitIntoTheMemoryOfTheServer)
 {
     const auto server = RunServer();
 
@@ -76,13 +85,15 @@ TEST_F(IPCMemoryTest, ReportsToTheClientThatAMessageDoesNotFit)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// Constructs an IPCServer while one allocation fails. Returns the server, null if the constructor
-// threw std::bad_alloc, and whether that allocation was reached.
+// Constructs an IPCServer and makes the allocation `index` of its constructor fail, counted from 0.
+// Returns the server (null if the constructor threw std::bad_alloc) and whether that allocation was
+// reached.
 std::pair<std::unique_ptr<IPCServer>, bool>
-ConstructWithFailingAllocation(long allocation, const TString<wchar_t>& service)
+ConstructWithFailingAllocation(long index, const TString<wchar_t>& service)
 {
+    // Allocated first, so that only the constructor's own allocations are counted.
     void* const memory = operator new(sizeof(IPCServer));
-    const FailingAllocation failing(allocation);
+    const FailingAllocation failing(index);
     try {
         return {std::unique_ptr<IPCServer>(new (memory) IPCServer(service)), failing.HasFailed()};
     } catch (const std::bad_alloc&) {
@@ -97,9 +108,10 @@ TEST_F(IPCMemoryTest, SurvivesAFailedAllocationInTheConstructor)
     for (long index = 0;; ++index) {
         SCOPED_TRACE(index);
         const auto [server, hasFailed] = ConstructWithFailingAllocation(index, Service());
-        thrown += server ? 0 : 1;
-        if (!server)
+        if (!server) {
+            ++thrown;
             continue;
+        }
         const bool runs = server->Run();
         if (!hasFailed) {
             EXPECT_TRUE(runs);
@@ -107,8 +119,8 @@ TEST_F(IPCMemoryTest, SurvivesAFailedAllocationInTheConstructor)
         }
         server->SendExecuteEvent(L"local");
     }
-    // The constructor throws only while it creates the listeners' lock, which takes a few
-    // allocations.
+    // The constructor throws only if EventNotifier cannot create its mutex, which makes fewer than
+    // five allocations.
     EXPECT_LT(thrown, 5);
 }
 
@@ -132,7 +144,7 @@ TEST_F(IPCMemoryTest, SendsAMessageOrReturnsFalseWhenOutOfMemory)
     });
 }
 
-TEST_F(IPCMemoryTest, ReportsNoSocketPathOrNoServerWhenOutOfMemory)
+TEST_F(IPCMemoryTest, ReturnsAnEmptyPathOrFindsNoServerWhenOutOfMemory)
 {
     const TString<wchar_t> service = Service();
     const auto server = RunServer();
@@ -145,6 +157,7 @@ TEST_F(IPCMemoryTest, ReportsNoSocketPathOrNoServerWhenOutOfMemory)
             EXPECT_TRUE(isServed);
             break;
         }
+        // The allocation failed either in GetSocketPath() or in IsServed().
         EXPECT_TRUE(path.empty() || !isServed);
     }
 }

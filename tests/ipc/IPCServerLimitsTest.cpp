@@ -96,7 +96,7 @@ long ResidentMebibytes()
 }
 #endif
 
-TEST_F(IPCServerLimitsTest, DisconnectsAClientThatBreaksTheProtocol)
+TEST_F(IPCServerLimitsTest, DisconnectsOnAProtocolErrorOrADisconnectMessage)
 {
     const std::string cases[] = {"\x0B",                        // before the topic
                                  "\x01\x01\x04\0\0\0\0\0\0\0"s, // before the topic
@@ -217,7 +217,7 @@ TEST_F(IPCServerLimitsTest, CountsTimeOnlyWhileTheLoopRuns)
     ServeWhile([&] { EXPECT_THAT(m_received.Await(2), ElementsAre(L"served", L"a")); });
 }
 
-TEST_F(IPCServerLimitsTest, AllocatesNoMemoryForAnAnnouncedLength)
+TEST_F(IPCServerLimitsTest, UsesNoMemoryForAnAnnouncedLength)
 {
     constexpr int clients = 100;
     rusage before{};

@@ -85,7 +85,7 @@ TEST_F(BackgroundOperationTest, ReturnsFromWaitWhenTheOperationEnds)
     EXPECT_TRUE(waiting.get());
 }
 
-TEST_F(BackgroundOperationTest, BlocksWaitUntilTheOperationEndsAlsoAfterARestart)
+TEST_F(BackgroundOperationTest, BlocksWaitUntilTheOperationEndsEvenAfterARestart)
 {
     std::future<bool> first = WaitOnAThread();
     EXPECT_EQ(first.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);

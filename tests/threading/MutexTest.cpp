@@ -196,7 +196,7 @@ TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasEnded)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(MutexTest, IsFreeAfterEarlierMutexesWereDestroyedLocked)
+TEST(MutexTest, IsFreeAfterLockedMutexesAreDestroyed)
 {
     for (int i = 0; i < 20; ++i) {
         {

@@ -134,7 +134,7 @@ TEST(ThreadTest, ReturnsNullFromWaitBeforeRun)
     EXPECT_FALSE(worker.IsRunning());
 }
 
-TEST(ThreadTest, ReturnsNullFromWaitAfterTheEnd)
+TEST(ThreadTest, ReturnsNullFromWaitAfterTheThreadEnds)
 {
     Worker worker([](Worker&) { return 42; });
     worker.Run();
@@ -671,6 +671,7 @@ TEST(ThreadDeathTest, KeepsTheMainThreadWhenCreatedOnAnotherThread)
 // allocations fails.
 constexpr int c_startAllocations = 20;
 
+// The destructor starts a thread that never ran, with nothing to do.
 TEST(ThreadTest, CanBeDestroyedWhenOutOfMemory)
 {
     for (int index = 0; index < c_startAllocations; ++index) {
@@ -691,7 +692,8 @@ bool FailsOnTestedThread(const void*)
     return t_isTested && !s_hasMemory;
 }
 
-// The destructor tries for 200 ms to end the thread, then leaks it, which needs memory as well.
+// The destructor tries for 200 ms to start the thread, with nothing to do, and then leaks it, which
+// needs memory as well.
 TEST(ThreadTest, IsDestroyedOnceMemoryIsAvailableAgain)
 {
     auto worker = std::make_unique<Worker>(DoNothing);
