@@ -287,7 +287,7 @@ TEST_F(DirectoryTest, DoesNotRemoveADirectoryWithRemoveFile)
     EXPECT_TRUE(Directory::Exist(m_directory.File(L"sub")));
 }
 
-TEST_F(DirectoryTest, RemovesALinkAndNotItsTarget)
+TEST_F(DirectoryTest, RemovesALinkButNotItsTarget)
 {
     AddFile("file");
     std::filesystem::create_symlink("file", m_directory.Path() / "link");

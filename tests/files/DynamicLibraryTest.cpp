@@ -84,7 +84,7 @@ TEST_F(DynamicLibraryTest, ReturnsNullWithoutAMessageWhenNotLoaded)
 {
     testing::internal::CaptureStderr();
     for (const TString<wchar_t>& name :
-         {m_directory.File(L"missing.so"), m_directory.WriteFile(L"text.so", "no library"),
+         {m_directory.File(L"missing.so"), m_directory.WriteFile(L"text.so", "not a library"),
           m_directory.File(L""), TString<wchar_t>()}) {
         DynamicLibrary library(name);
         EXPECT_EQ(library.GetSymbol(L"ProbeAnswer"), nullptr);
@@ -98,7 +98,7 @@ TEST_F(DynamicLibraryTest, ReportsWhyALibraryWasNotLoaded)
     const ScopedLocale locale("C");
     const std::pair<TString<wchar_t>, const char*> cases[] = {
         {m_directory.File(L"missing.so"), "cannot open shared object file"},
-        {m_directory.WriteFile(L"te\u00E9t.so", "no library"), "file too short"},
+        {m_directory.WriteFile(L"te\u00E9t.so", "not a library"), "file too short"},
         {std::filesystem::path(UNRESOLVED_LIBRARY).wstring(), "undefined symbol"}};
 
     for (const auto& [name, reason] : cases) {

@@ -364,7 +364,7 @@ TEST_F(FFileTest, ReturnsDefinedResultsWhenClosed)
     EXPECT_EQ(m_directory.ReadFile(L"digits"), "0123456789");
 }
 
-TEST_F(FFileTest, DoesNotOpenADirectoryOrAFileInAMissingOne)
+TEST_F(FFileTest, DoesNotOpenADirectoryOrAFileInAMissingDirectory)
 {
     ASSERT_TRUE(std::filesystem::create_directory(m_directory.Path() / "directory"));
     FFile file;

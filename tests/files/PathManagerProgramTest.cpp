@@ -144,7 +144,7 @@ TEST_F(PathManagerProgramTest, NamesTheApplicationAfterItsFileWithoutTheLastExte
 }
 
 // An executable whose file name is not valid UTF-8 counts as unknown.
-TEST_F(PathManagerProgramTest, ReturnsAnEmptyNameAndTheWorkingDirectoryIfUnknown)
+TEST_F(PathManagerProgramTest, ReturnsAnEmptyNameAndTheWorkingDirectoryForAnUnknownExecutable)
 {
     const std::string directory = std::filesystem::current_path();
     for (const Arguments& arguments : c_starts) {

@@ -45,7 +45,7 @@ TEST(PathManagerSingletonTest, ExistsOnlyBetweenCreationAndRelease)
     EXPECT_FALSE(PathManager::GetInstance().IsValid());
 }
 
-TEST(PathManagerSingletonTest, KeepsTheFirstInstanceInASecondCreation)
+TEST(PathManagerSingletonTest, KeepsTheFirstInstanceWhenCreatedAgain)
 {
     const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().native());

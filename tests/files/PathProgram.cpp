@@ -1,4 +1,4 @@
-// The program of PathManagerProgramTest. Prints the paths of the path manager in UTF-8.
+// The program that PathManagerProgramTest runs. Prints the paths of the path manager in UTF-8.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"

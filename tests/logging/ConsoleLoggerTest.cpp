@@ -116,7 +116,7 @@ TEST(ConsoleLoggerTest, UsesTheLocaleEncodingAfterNarrowOutput)
 {
     const TestSupport::CompiledLocale locale("de_DE", "ISO-8859-1");
     if (!locale.IsAvailable())
-        GTEST_SKIP() << "no compiler of locales";
+        GTEST_SKIP() << "no locale compiler";
 
     const std::string output = CaptureOutputOfChild([&locale] {
         std::setlocale(LC_ALL, locale.Name().c_str());

@@ -45,8 +45,8 @@ protected:
         return fallbacks;
     }
 
-    // Logs while something else occupies the file's path, and checks that a fallback file has the
-    // text.
+    // Logs while something else occupies the file's path, and checks that a fallback file contains
+    // the text.
     void ExpectFallback() const
     {
         {
@@ -273,8 +273,8 @@ TEST_F(FileLoggerFaultTest, WritesAgainWhenTheDiskHasRoom)
         logger.Write(std::wstring(5000, L'x'));
         Await([this] { return FindOpenFile(Path()).position == 5000; });
         logger.Write(L"lost");
-        // The writer drops both pieces, in one batch or in two.
         logger.Write(L"lost");
+        // The writer, which sleeps for 500 ms at most, drops both pieces in one batch or in two.
         std::this_thread::sleep_for(std::chrono::milliseconds(700));
         limit.reset();
         logger.Write(L"found");

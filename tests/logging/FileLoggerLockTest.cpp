@@ -189,7 +189,7 @@ TEST_F(FileLoggerLockTest, DoesNotKeepTheLockInAForkedChild)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(FileLoggerLockTest, CreatesANewFileWhenALockedOneIsRemoved)
+TEST_F(FileLoggerLockTest, CreatesANewFileWhenALockedFileIsRemoved)
 {
     OtherProcess other(Name());
     {

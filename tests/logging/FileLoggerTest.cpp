@@ -216,7 +216,7 @@ TEST_F(FileLoggerTest, WrapsExactlyAtTheLimit)
     AwaitFile("abcd", 0);
 }
 
-TEST_F(FileLoggerTest, StartsEachBatchAtTheBeginningForALimitOfZero)
+TEST_F(FileLoggerTest, StartsEachBatchAtTheBeginningWithALimitOfZero)
 {
     FileLogger logger(SeverityVerbose, Name(), 0);
 

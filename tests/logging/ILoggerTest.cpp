@@ -164,7 +164,7 @@ TEST(ILoggerTest, FiltersEveryInsertion)
 TEST(ILoggerTest, DoesNotConvertAFilteredValue)
 {
     const CapturedLog log(SeverityError);
-    const TString<char> narrow("a text that needs memory when it is widened");
+    const TString<char> narrow("a string that needs memory when it is widened");
     ILogger& logger = ILogger::GetLogger() << SetSeverity(SeverityInfo);
 
     const TestSupport::AllocationLimit none(0);
@@ -376,7 +376,7 @@ TEST(ILoggerTest, ReleasesALoggerThatItCannotInstall)
     EXPECT_EQ(destructions, 1);
 }
 
-TEST(ILoggerTest, InstallsALoggerThatTheReplacedOneOwns)
+TEST(ILoggerTest, InstallsALoggerThatTheReplacedLoggerOwns)
 {
     class Wrapper : public Sink {
     public:

@@ -23,7 +23,7 @@ namespace Toolkit::TestSupport {
 
 /// Provides what a `FileLogger` needs: a path manager with a temporary home directory, and a log
 /// name that no other test uses. The destructor removes the files in /tmp whose names begin with
-/// it.
+/// the log name.
 class LogFileTest : public testing::Test {
 protected:
     LogFileTest() : m_homeVariable("HOME", m_home.Path().native())

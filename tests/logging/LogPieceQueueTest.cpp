@@ -102,9 +102,10 @@ TEST(LogPieceQueueTest, KeepsPiecesOfEveryLength)
 
 TEST(LogPieceQueueTest, KeepsPiecesAroundTheSizeOfAChunk)
 {
+    constexpr std::size_t chunkSize = 65536; // c_chunkSize in LogPieceQueue.cpp
     LogPieceQueue queue;
     std::vector<std::wstring> expected;
-    for (std::size_t size = 65536 - 20; size < 65536 + 20; ++size) {
+    for (std::size_t size = chunkSize - 20; size < chunkSize + 20; ++size) {
         expected.emplace_back(size, L'x');
         expected.emplace_back(L"short");
         expected.emplace_back(size / 4, L'\u20AC');

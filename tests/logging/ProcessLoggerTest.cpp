@@ -26,7 +26,7 @@ constexpr auto c_maxEndTime = 5s;
 // Threads that log read the pointer to the logger without a lock. Replacing or releasing the logger
 // meanwhile is a data race, which ThreadSanitizer would report.
 #ifdef TOOLKIT_THREAD_SANITIZER
-#define SkipUnderThreadSanitizer() GTEST_SKIP() << "a race by intention"
+#define SkipUnderThreadSanitizer() GTEST_SKIP() << "an intended data race"
 #else
 #define SkipUnderThreadSanitizer() static_cast<void>(0)
 #endif

@@ -23,8 +23,9 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 namespace Toolkit::TestSupport {
 namespace {
 
-// Start is the C library: it calls main() and thread functions, so every stack begins in it.
-enum class Kind { Program, Toolkit, Standard, Start, Other };
+// Standard is the C++ standard library. Every stack begins in the C library, which calls main() and
+// thread functions.
+enum class Kind { Program, Toolkit, Standard, CLibrary, Other };
 
 // An executable segment of a loaded module. `module` stays valid because no module is unloaded
 // during the sweep.
@@ -53,7 +54,7 @@ Kind ClassifyModule(std::string_view module)
     if (module.find("libtoolkit.so") != std::string_view::npos)
         return Kind::Toolkit;
     if (module.find("/libc.so") != std::string_view::npos)
-        return Kind::Start;
+        return Kind::CLibrary;
     return module.find("libstdc++") != std::string_view::npos ? Kind::Standard : Kind::Other;
 }
 
@@ -101,7 +102,7 @@ _Unwind_Reason_Code VisitFrame(_Unwind_Context* context, void* data)
 
 // Returns a segment of the module that requested the memory. Skips the standard library, and the
 // program, because all modules may use its copies of the standard library's templates. Allocations
-// of the program itself, including header code of the library, are thus attributed to Start.
+// of the program itself, including header code of the library, are thus attributed to CLibrary.
 const Segment* FindCaller(const void* returnAddress)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(returnAddress);
@@ -115,8 +116,8 @@ const Segment* FindCaller(const void* returnAddress)
 
 bool IsCounted(const Segment* caller, bool isCFunction)
 {
-    const bool isOurs =
-        caller && (caller->kind == Kind::Toolkit || (caller->kind == Kind::Start && !isCFunction));
+    const bool isOurs = caller && (caller->kind == Kind::Toolkit ||
+                                   (caller->kind == Kind::CLibrary && !isCFunction));
     return isOurs == (s_origin == Origin::Library);
 }
 

@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-/// Allocations that fail on purpose. A program that uses this compiles AllocationFault.cpp and
-/// OutOfMemory.cpp into itself: they replace operator new and operator delete, and also malloc(),
-/// calloc() and realloc() unless a sanitizer does.
+/// Allocations that fail on purpose. A program that uses them must compile AllocationFault.cpp and
+/// OutOfMemory.cpp, which replace operator new and operator delete, and also malloc(), calloc() and
+/// realloc() unless a sanitizer does.
 namespace Toolkit::TestSupport {
 
 /// Whose code asked for the memory, directly or through the standard library.

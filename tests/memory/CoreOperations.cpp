@@ -86,9 +86,8 @@ void UsesPointersWithoutAllocating(Attempt& attempt)
 
 void ConstructsBytes(Attempt& attempt)
 {
-    std::unique_ptr<Bytes> bytes;
-    void* const memory = ::operator new(sizeof(Bytes));
-    attempt.Run([&] { bytes.reset(new (memory) Bytes(c_data, c_size)); });
+    Storage<Bytes> bytes;
+    attempt.Run([&] { bytes.Create(c_data, c_size); });
     unsigned char* copied = nullptr;
     unsigned int size = 0;
     const bool hasData = bytes->GetBytes(&copied, &size);
@@ -155,13 +154,11 @@ void OpensStream(Attempt& attempt)
 {
     FillStream();
     const TString<wchar_t>& path = GetStreamPath();
-    alignas(FSStream) static unsigned char memory[sizeof(FSStream)];
-    FSStream* stream = nullptr;
-    attempt.Run([&] { stream = new (memory) FSStream(path, FSStream::OpenRead); });
+    Storage<FSStream> stream;
+    attempt.Run([&] { stream.Create(path, FSStream::OpenRead); });
     TString<wchar_t> text;
     const unsigned int result = stream->Read(text);
     attempt.Expect(result == StreamResult::Ok && text == c_text, result == StreamResult::NotOpen);
-    stream->~FSStream();
 }
 
 void ReadsString(Attempt& attempt)
@@ -181,7 +178,7 @@ void ReadsString(Attempt& attempt)
 // Calls every operation of FSStream except Read() of a string; all `Overload`s do the same. Only
 // opening the stream may fail when out of memory: without a read-ahead buffer, reading still works.
 template <int Overload>
-void UsesStreamWithoutAllocating(Attempt& attempt)
+void UsesStream(Attempt& attempt)
 {
     unsigned int number = 0;
     char raw[4] = {};
@@ -260,12 +257,12 @@ std::vector<Operation> CoreOperations()
         {"Toolkit::FSStream::FSStream", OpensStream},
         {"Toolkit::FSStream::~FSStream", DestroysStream},
         {"Toolkit::FSStream::Read", ReadsString},
-        {"Toolkit::FSStream::Read", UsesStreamWithoutAllocating<0>},
-        {"Toolkit::FSStream::Read", UsesStreamWithoutAllocating<1>},
-        {"Toolkit::FSStream::Write", UsesStreamWithoutAllocating<2>},
-        {"Toolkit::FSStream::Write", UsesStreamWithoutAllocating<3>},
-        {"Toolkit::FSStream::Write", UsesStreamWithoutAllocating<4>},
-        {"Toolkit::FSStream::Length", UsesStreamWithoutAllocating<5>},
+        {"Toolkit::FSStream::Read", UsesStream<0>},
+        {"Toolkit::FSStream::Read", UsesStream<1>},
+        {"Toolkit::FSStream::Write", UsesStream<2>},
+        {"Toolkit::FSStream::Write", UsesStream<3>},
+        {"Toolkit::FSStream::Write", UsesStream<4>},
+        {"Toolkit::FSStream::Length", UsesStream<5>},
         {"Toolkit::FSSerializer::FSSerializer", UsesSerializers},
         {"Toolkit::FSSerializer::~FSSerializer", UsesSerializers},
         {"Toolkit::FSSerializer::GetStream", UsesSerializers},

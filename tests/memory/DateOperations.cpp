@@ -195,6 +195,7 @@ std::vector<Operation> DateOperations()
                                    "operator>=",
                                    "operator=",
                                    "~DateTime"}) {
+        // Never grows, because each operation keeps a pointer into it.
         static std::vector<std::string> names(64);
         static std::size_t used = 0;
         names[used] = std::string("Toolkit::DateTime::") + name;

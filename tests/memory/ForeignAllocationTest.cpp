@@ -36,7 +36,7 @@ constexpr unsigned c_childSeconds = 5;
 // child that crashed or exited before the operation returned.
 enum Outcome : std::size_t { AsPromised, Wrong, Ended, Hung };
 
-constexpr std::array<const char*, 4> c_outcomes = {"in its own form", "other result", "ended",
+constexpr std::array<const char*, 4> c_outcomes = {"as documented", "other result", "ended",
                                                    "hung"};
 
 // What a child reports to its parent.

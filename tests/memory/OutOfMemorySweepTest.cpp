@@ -42,8 +42,8 @@ protected:
                 std::to_string(s_failedAllocations) + " failed allocations of the library");
     }
 
-    // Fails one allocation after the other, until the operation makes no more of them, the sample
-    // is used up, or an expectation fails.
+    // Makes one allocation after another fail, until the operation makes no more of them, the
+    // sample is complete, or an expectation fails.
     static void Sweep(Persistence persistence)
     {
         const Operation& operation = Operations()[GetParam()];

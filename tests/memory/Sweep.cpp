@@ -46,7 +46,7 @@ void Attempt::Expect(bool success, bool failure)
     if (success || (m_hasFailed && failure))
         return;
     ++m_failures;
-    ADD_FAILURE() << (m_hasFailed ? "neither success nor failure in its own form"
+    ADD_FAILURE() << (m_hasFailed ? "neither success nor a failure as documented"
                                   : "not the result of success");
 }
 

@@ -1,5 +1,5 @@
-// Checks that the sweep includes every exported operation. Add new ones to it, or to
-// PrivateOperations.txt if they are private.
+// Checks that the sweep includes every exported operation. Add a new operation to the sweep, or to
+// PrivateOperations.txt if it is private.
 #include <gtest/gtest.h>
 
 #include <fstream>

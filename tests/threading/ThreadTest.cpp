@@ -671,7 +671,7 @@ TEST(ThreadDeathTest, KeepsTheMainThreadWhenCreatedOnAnotherThread)
 // allocations fails.
 constexpr int c_startAllocations = 20;
 
-// The destructor starts a thread that never ran, with nothing to do.
+// The destructor starts a thread that never ran, so it needs memory.
 TEST(ThreadTest, CanBeDestroyedWhenOutOfMemory)
 {
     for (int index = 0; index < c_startAllocations; ++index) {
@@ -692,8 +692,7 @@ bool FailsOnTestedThread(const void*)
     return t_isTested && !s_hasMemory;
 }
 
-// The destructor tries for 200 ms to start the thread, with nothing to do, and then leaks it, which
-// needs memory as well.
+// The destructor tries for 200 ms to start the thread, then leaks it, which needs memory as well.
 TEST(ThreadTest, IsDestroyedOnceMemoryIsAvailableAgain)
 {
     auto worker = std::make_unique<Worker>(DoNothing);
