@@ -338,7 +338,7 @@ TEST_F(TextFileTest, EndsAddedLinesWithALineFeed)
     EXPECT_EQ(Contents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
 }
 
-TEST_F(TextFileTest, DoesNotJoinAnAddedLineToAnUnterminatedOne)
+TEST_F(TextFileTest, DoesNotJoinAnAddedLineToAnUnterminatedLine)
 {
     Open("a\nb");
     m_file.AddLine(L"c");

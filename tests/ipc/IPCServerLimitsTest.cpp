@@ -58,6 +58,7 @@ class FewDescriptors {
 public:
     explicit FewDescriptors(std::size_t count)
     {
+        // A low limit, so that few files use up all descriptors.
         const rlimit few{100, m_limit.rlim_max};
         ::setrlimit(RLIMIT_NOFILE, &few);
         for (int file = Open(); file >= 0; file = Open())

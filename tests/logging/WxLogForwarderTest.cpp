@@ -116,10 +116,10 @@ TEST_F(WxLogForwarderTest, ForwardsMessagesOfWxWidgets)
     wxLogError("error %d", 1);
     wxLogWarning("warning");
     wxLogMessage("message");
-    wxLogGeneric(wxLOG_User + 5, L"own \u20AC");
+    wxLogGeneric(wxLOG_User + 5, L"custom \u20AC");
     EXPECT_THAT(m_log.Lines(),
                 ElementsAre(IsForwarded(0, L"error 1"), IsForwarded(1, L"warning"),
-                            IsForwarded(2, L"message"), IsForwarded(4, L"own \u20AC")));
+                            IsForwarded(2, L"message"), IsForwarded(4, L"custom \u20AC")));
 }
 
 TEST_F(WxLogForwarderTest, WritesTheTimeStampInSeconds)

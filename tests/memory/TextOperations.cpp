@@ -261,7 +261,7 @@ const TString<wchar_t> c_line = L"-file \"a file with quite a long name\"";
 const TString<char> c_narrowLine = "-file \"a file with quite a long name\"";
 
 // Constructs a parser and reads its tokens back through an option. When out of memory, the parser
-// has no tokens.
+// has no tokens. `make` uses the memory that it receives, so that only the constructor allocates.
 template <typename Make>
 void ConstructsParser(Attempt& attempt, Make make)
 {

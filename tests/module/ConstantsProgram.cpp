@@ -1,5 +1,5 @@
-// A static object uses the constants and the registry, which the library constructs at load, in its
-// constructor and in its destructor. The program exits with 1 if any of them is missing.
+// The constructor and the destructor of a static object use the constants and the registry, which
+// the library constructs at load. The program exits with 1 if any of them is missing.
 
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/files/PathManager.h"

@@ -124,9 +124,9 @@ TEST_F(FlowTest, LogsAMissingIniFileToTheLogFile)
 
 TEST_F(FlowTest, ReadsAnIniFileFromAPathBuiltByAppendPath)
 {
-    m_directory.WriteFile(L"own.ini", "[Window]\n width = 640 \nshown=1\n");
+    m_directory.WriteFile(L"settings.ini", "[Window]\n width = 640 \nshown=1\n");
     TString<wchar_t> path = UTF8::ToUNICODE(m_directory.Path().native());
-    PathManager::AppendPath(path, L"own.ini");
+    PathManager::AppendPath(path, L"settings.ini");
 
     const IniFile settings(path);
 

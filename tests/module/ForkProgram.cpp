@@ -3,8 +3,8 @@
 //     ForkProgram operation children
 //
 // `operation` is a key of c_operations. Two threads repeat its busy function while the process
-// forks `children` children, one after the other. Each calls the child function once and ends.
-// Prints how many children hung or crashed.
+// forks `children` children, one after another. Each child calls the child function of the
+// operation once and ends. Prints how many children hung or crashed.
 
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/datetime/DateTime.h"
@@ -269,6 +269,7 @@ int main(int argc, char** argv)
         return 1;
     LibModuleManager::GetInstance()->Initialize(true);
     const std::string directory = std::getenv("TMPDIR");
+    // FileLogger puts the name after "/tmp/", so ".." leads from there to the root directory.
     ILogger::SetLogger(new FileLogger(
         SeverityVerbose, L".." + std::wstring(directory.begin(), directory.end()) + L"/fork",
         1 << 20));
@@ -276,6 +277,7 @@ int main(int argc, char** argv)
 
     int failures = 0;
     for (int i = std::atoi(argv[2]); i > 0; --i) {
+        // Varies the moment at which the fork interrupts the busy threads.
         ::usleep(static_cast<useconds_t>(i % 7) * 100);
         const pid_t child = ::fork();
         if (child == 0)

@@ -20,7 +20,8 @@ using TestSupport::SoakRounds;
 using TestSupport::TempDir;
 
 // Runs ForkProgram and returns the number of children that hang or crash; all of them if the
-// program prints nothing. Stores in `errors` what it and its children print to standard error.
+// program prints nothing. Stores in `errors` what the program and its children print to standard
+// error.
 int CountFailures(const std::string& operation, int children, std::string& errors)
 {
     const TempDir directory;

@@ -1,5 +1,6 @@
 // A program with its own wxWidgets application object. Starts and stops the library while that
-// object exists, and prints before, between and after whether it is still the current one.
+// object exists. Before the start, after it and after the stop, prints whether wxWidgets still uses
+// the object.
 
 #include "toolkit/module/LibModuleManager.h"
 

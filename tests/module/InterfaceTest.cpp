@@ -15,7 +15,8 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-// Returns mangled names. One in a namespace begins with "N"; the length of each part precedes it.
+// Returns mangled names. The name of a type in a namespace begins with "N"; each part of the name
+// follows its length.
 template <typename... Types>
 std::vector<std::string> TypeNames()
 {

@@ -440,7 +440,7 @@ TEST_F(LibModuleManagerTest, BlocksOtherThreadsDuringACallback)
             m_manager.Register(&m_second);
             isRegistered.set_value();
         });
-        // Long enough for a thread that nothing blocks.
+        // A thread that is not blocked needs far less than 200 ms.
         EXPECT_EQ(registered.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
         m_calls.push_back("end of 1");
     };

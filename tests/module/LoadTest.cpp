@@ -39,7 +39,7 @@ TEST(LoadTest, InitializesTheConstants)
         EXPECT_EQ(*constant, expected);
 }
 
-TEST(LoadTest, KeepsTheRegistryWhenRepeated)
+TEST(LoadTest, KeepsTheRegistryWhenLoadedTwice)
 {
     LibModuleManager* const registry = LibModuleManager::GetInstance();
 

@@ -2,10 +2,10 @@
 //
 //     ProcessEndProgram seconds how what [plug-in]
 //
-// End() lists the values of `how`; `what` names the objects, as in ProcessEndScene.h. The plug-in
-// creates them if one is given, otherwise the program. The exit status is 7, or 1 if something
-// fails. SIGALRM kills a process that does not end within `seconds`. The logger's thread gets a
-// tenth of them before quick_exit(): a second in 10 s, and more for the slow processes under
+// End() lists the values of `how`; `what` names the objects, as in ProcessEndScene.h. If a plug-in
+// is given, it creates the objects; if not, the program does. The exit status is 7, or 1 if
+// something fails. SIGALRM kills a process that does not end within `seconds`. Before quick_exit(),
+// the logger's thread gets a tenth of `seconds`: 1 s of 10 s, and more for the slow processes under
 // valgrind.
 
 #include "toolkit/files/DynamicLibrary.h"
@@ -56,7 +56,7 @@ std::map<std::string, std::string> Files()
     return files;
 }
 
-// Returns Files() once nothing has changed for a second, when the log is complete.
+// Returns Files() once nothing has changed for a second. The log is then complete.
 std::map<std::string, std::string> SettledFiles()
 {
     std::map<std::string, std::string> files;

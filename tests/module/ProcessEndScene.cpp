@@ -69,8 +69,8 @@ smart_ptr<Thread> s_thread;
 std::unique_ptr<WxLogForwarder> s_forwarder;
 std::unique_ptr<IPCServer> s_server;
 
-// Returns the path of `name` in this process's directory.
-std::wstring PathInOwnDirectory(const wchar_t* name)
+// Returns the path of `name` in TMPDIR, which only this process uses.
+std::wstring PathInTmpDirectory(const wchar_t* name)
 {
     const std::string directory = std::getenv("TMPDIR");
     return std::wstring(directory.begin(), directory.end()) + L"/" + name;
@@ -78,8 +78,8 @@ std::wstring PathInOwnDirectory(const wchar_t* name)
 
 FileLogger* CreateFileLogger()
 {
-    // FileLogger puts the name after "/tmp/", so ".." leads from there to the own directory.
-    return new FileLogger(SeverityVerbose, L".." + PathInOwnDirectory(L"scene"), c_sizeLimit);
+    // FileLogger puts the name after "/tmp/", so ".." leads from there to the root directory.
+    return new FileLogger(SeverityVerbose, L".." + PathInTmpDirectory(L"scene"), c_sizeLimit);
 }
 
 void LogLines(ILogger& logger)
@@ -158,7 +158,7 @@ void SetUpScene(const char* what)
         s_logger = CreateFileLogger();
         LogLines(*s_logger);
     } else if (std::strcmp(what, "server") == 0) {
-        s_server = std::make_unique<IPCServer>(PathInOwnDirectory(L"scene.ipc"));
+        s_server = std::make_unique<IPCServer>(PathInTmpDirectory(L"scene.ipc"));
         if (!s_server->Run())
             std::abort();
     } else if (std::strstr(what, "thread") && !std::strstr(what, "logger")) {

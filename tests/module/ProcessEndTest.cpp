@@ -82,7 +82,7 @@ struct Case {
 
 // How a process ended, and what it left behind.
 struct End {
-    int status; // minus the signal number if a signal ended it
+    int status; // the negative signal number if a signal ended it
     std::string errors;
     std::string log;
     std::vector<std::string> files;
@@ -270,7 +270,7 @@ protected:
     void SetUp() override
     {
         if (c_isSanitized || std::system("valgrind --version >/dev/null 2>&1") != 0)
-            GTEST_SKIP() << "no valgrind, or another tool already";
+            GTEST_SKIP() << "valgrind is missing, or the build uses a sanitizer";
     }
 
     static void RunUnderValgrind(const std::string& title, std::vector<Case> cases)
