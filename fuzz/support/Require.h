@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-/// Aborts if a property does not hold. The fuzzing engine reports that as a finding.
-inline void Require(bool holds)
+/// Aborts unless `condition` holds. The fuzzing engine reports the abort as a finding.
+inline void Require(bool condition)
 {
-    if (!holds)
+    if (!condition)
         std::abort();
 }

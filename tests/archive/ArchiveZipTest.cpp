@@ -35,7 +35,7 @@ protected:
         return Path();
     }
 
-    // Overwrites the first occurrence of `from` in the archive with `to`, which is as long.
+    // Overwrites the first occurrence of `from` in the archive with `to`, of the same length.
     void Damage(const std::string& from, const std::string& to) const
     {
         std::string bytes = m_directory.ReadFile(L"archive.zip");

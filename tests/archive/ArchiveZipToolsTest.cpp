@@ -176,8 +176,9 @@ TEST_F(ArchiveZipToolsTest, DecodesUnmarkedNamesInTheLocalesEncodingOrLatin1)
                                                              {"C", "c3 a9 \n"}};
     for (const auto& [name, expected] : cases) {
         const ScopedEnvironment locale("LC_ALL", name);
-        EXPECT_EQ(RunProgram(ARCHIVE_NAMES_PROGRAM, {m_directory.Path() / "archive.zip"}).output,
-                  expected)
+        EXPECT_EQ(
+            RunProgram(TOOLKIT_TEST_ARCHIVE_NAMES, {m_directory.Path() / "archive.zip"}).output,
+            expected)
             << name;
     }
 }

@@ -207,7 +207,7 @@ TEST(EightBitLocaleTest, AgreesWithCharacterByCharacterOperations)
     Covered(std::to_string(checked) + " 8-bit locales");
 }
 
-TEST(EightBitLocaleTest, FindsACapitalIInItselfInATurkishLocale)
+TEST(EightBitLocaleTest, DistinguishesCapitalIFromIInATurkishLocale)
 {
     LetterLocales locales;
     if (!locales.Select("tr_TR", "ISO-8859-9"))

@@ -148,7 +148,7 @@ TEST(TStringReferenceTest, ReplacesWithLongerStringsAsTheReferenceDoes)
 {
     RandomText random(4);
     for (int round = 0; round < c_rounds; ++round) {
-        // The replacement contains no "b", so that replacing ends.
+        // The replacement contains no "b", so Replace() returns.
         const std::wstring from = random.Text<wchar_t>(L"ac", 2) + L"b";
         const std::wstring to = random.Text<wchar_t>(L"acd", 8);
         const std::wstring text = random.Text<wchar_t>(L"abcd", 40);
@@ -206,7 +206,7 @@ void CompareInCurrentLocale(const std::string& locale)
     }
 }
 
-TEST(TStringReferenceTest, ComparesAsTheReferenceDoesInEveryLocale)
+TEST(TStringReferenceTest, ComparesAsTheReferenceDoesInSeveralLocales)
 {
     for (const char* const name : {"C", "C.UTF-8"}) {
         const ScopedLocale locale(name);

@@ -236,12 +236,12 @@ TEST(TStringTest, EndsASubstringSearchAtNullCharacters)
     EXPECT_TRUE(Wide(L"x").HasSubstring(Wide(L'\0')));
 }
 
-TEST(TStringTest, FoldsOnlyNarrowCharactersInASubstringSearch)
+TEST(TStringTest, FoldsNoCharactersAboveU00FFInASubstringSearch)
 {
     const ScopedLocale locale("C.UTF-8");
 
     EXPECT_FALSE(Wide(L"\u0391").HasSubstring(L"\u03B1"));
-    EXPECT_FALSE(Wide(L"\u0141").HasSubstring(L"a")) << "no value is cut to eight bits";
+    EXPECT_FALSE(Wide(L"\u0141").HasSubstring(L"a")) << "values are not truncated to eight bits";
     EXPECT_FALSE(Wide(L"\u0141").HasSubstring(L"\u0161"));
     EXPECT_TRUE(Wide(L"\u0391").HasSubstring(L"\u0391"));
     EXPECT_TRUE(Wide(static_cast<wchar_t>(-65)).HasSubstring(static_cast<wchar_t>(-65)));

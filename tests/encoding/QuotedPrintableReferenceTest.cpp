@@ -72,7 +72,7 @@ TEST(QuotedPrintableReferenceTest, DecodesRandomStringsLikeTheReference)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, AgreesInHasToBeQPWithTheReferenceForEveryByte)
+TEST(QuotedPrintableReferenceTest, AgreesWithTheReferenceInHasToBeQPForEveryByte)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const TString<char> text(static_cast<char>(byte));

@@ -88,7 +88,7 @@ void ExpectStreamValue(bool (*parse)(const TString<Char>&, Number&),
     EXPECT_TRUE(parse(text, value));
     const Number expected = ParseWithStream<Char, Number>(text);
     EXPECT_TRUE(IsSame(value, expected))
-        << testing::PrintToString(text) << " gives " << value << ", not " << expected;
+        << testing::PrintToString(text) << " parses as " << value << ", not " << expected;
 }
 
 template <typename Char>

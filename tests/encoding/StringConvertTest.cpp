@@ -224,7 +224,7 @@ TEST(StringConvertTest, WritesSixDigitsOfADoubleInTheShorterNotation)
 
 TEST(StringConvertTest, ReturnsEmptyStringsWhenOutOfMemory)
 {
-    const Wide text = L"a text that is longer than a text without memory";
+    const Wide text = L"a string that is too long for the small-string buffer";
     const TestSupport::AllocationLimit limit(20);
 
     EXPECT_EQ(StringConvert::UStringFromInt32(c_minInt), L"");
@@ -261,7 +261,7 @@ TEST(StringConvertTest, IgnoresTheCLocale)
     EXPECT_EQ(c_double.Read("1,5", 0), 1.0);
 }
 
-TEST(StringConvertTest, SkipsSpacesInCharactersFromTheRight)
+TEST(StringConvertTest, SkipsSpacesInGetCharactersFromRight)
 {
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"12 34 56", 4), L"3456");
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"12 34 56", 0), L"");
@@ -271,12 +271,12 @@ TEST(StringConvertTest, SkipsSpacesInCharactersFromTheRight)
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"", 4294967295u), L"");
 }
 
-TEST(StringConvertTest, CountsOtherWhiteSpaceInCharactersFromTheRight)
+TEST(StringConvertTest, CountsOtherWhiteSpaceInGetCharactersFromRight)
 {
     EXPECT_EQ(StringConvert::GetCharactersFromRight(L"a\tb\u00A0", 3), L"\tb\u00A0");
 }
 
-TEST(StringConvertTest, EndsCharactersFromTheRightAtANull)
+TEST(StringConvertTest, CutsTheResultOfGetCharactersFromRightAtANull)
 {
     EXPECT_EQ(StringConvert::GetCharactersFromRight(Wide(std::wstring(L"ab\0cd", 5)), 4), L"b");
     EXPECT_EQ(StringConvert::GetCharactersFromRight(Wide(std::wstring(L"ab\0cd", 5)), 2), L"cd");

@@ -108,7 +108,7 @@ constexpr FeatureSample c_featureSamples[] = {
     {"(?:(?=a)a)+b", {"aab", "b", "ab"}},
     {"(?<=a{2})b", {"aab", "ab", "aaab"}},
     {"(?<=.)(?=.)", {"ab", "a", ""}},
-    // References back, forward and relative
+    // Back, forward and relative references
     {"(\\w)\\1", {"hello", "abc", "aa"}},
     {"(a)(b)\\g{-2}\\g-1", {"abab", "abba", "ab"}},
     {"(?:\\2x|(y)(z))+", {"yzzx", "zx", "yz"}},

@@ -19,7 +19,7 @@ TEST(PatternTraitsTest, IgnoresPrecedingTextWithoutAnchorsAndLookBehind)
 
 // Includes patterns that only seem to examine the preceding text: the scan does not parse them
 // completely.
-TEST(PatternTraitsTest, MayExaminePrecedingTextOtherwise)
+TEST(PatternTraitsTest, ReportsThatOtherPatternsMayExaminePrecedingText)
 {
     for (const char* pattern :
          {"^a",      "a|^b",      "(^a)",       "(?m)^",    "\\[^a",    "\\c[^a",   "\\ba",

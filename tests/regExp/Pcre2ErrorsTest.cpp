@@ -22,7 +22,7 @@ TEST(Pcre2ErrorsTest, MapsErrorsToTheNumbersOfPcre1)
         EXPECT_EQ(ToPcreError(pcre2), pcre) << pcre2;
 }
 
-TEST(Pcre2ErrorsTest, MapsAnErrorWithoutCounterpartToTheInternalError)
+TEST(Pcre2ErrorsTest, MapsAnErrorWithoutACounterpartToTheInternalError)
 {
     for (const int error : {PCRE2_ERROR_MIXEDTABLES, PCRE2_ERROR_BADSERIALIZEDDATA, -1000})
         EXPECT_EQ(ToPcreError(error), -14) << error;

@@ -23,7 +23,7 @@ constexpr const char* c_outOfMemory = "-6gExp::Match return error: ";
 const TString<char> c_pattern("(?<first_of_the_names>a+)(?<second_of_the_names>b+)");
 const TString<char> c_subject(std::string(50, 'a') + std::string(50, 'b'));
 
-// Lets each allocation of `operation` fail in turn. Returns the number of allocations.
+// Makes each allocation of `operation` fail in turn. Returns the number of allocations.
 int FailEachAllocation(const std::function<void()>& operation)
 {
     for (int index = 0;; ++index) {

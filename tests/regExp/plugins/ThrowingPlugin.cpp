@@ -10,12 +10,12 @@ using Toolkit::RegExpException;
 using Toolkit::RegExpOptions;
 using Toolkit::smart_ptr;
 
-// Does not compile. The message of the exception ends with it; the engine's own text comes before.
+// An invalid pattern. The exception's message ends with it, after the engine's own message.
 constexpr const char* c_pattern = "abcdef(";
 
 } // namespace
 
-/// Lets the library throw its exception for an invalid pattern; the exception leaves the plug-in.
+/// Makes the library throw its exception for an invalid pattern. The exception leaves the plug-in.
 PLUGIN_API void ThrowFromLibrary()
 {
     RegExp(TString<char>(c_pattern), RegExpOptions::None).IsMatch("subject");
