@@ -35,7 +35,7 @@ constexpr char c_execute = 1;
 constexpr char c_connect = 10;
 constexpr char c_utf8Format = 17;
 
-// In bytes: a topic of 16 MiB, and as many wide characters with a null character.
+// In bytes: a topic of 16 MiB; a message of as many wide characters and a null character.
 constexpr std::size_t c_maxTopicSize = std::size_t{16} << 20;
 constexpr std::size_t c_maxDataSize = (c_maxTopicSize + 1) * sizeof(wchar_t);
 
@@ -101,8 +101,8 @@ int Connect(const std::string& path)
     return socket;
 }
 
-// Sends `bytes` as far as the server accepts them. Returns its answer once it has closed the
-// connection.
+// Sends `bytes` as far as the server accepts them. Returns the server's answer once the server has
+// closed the connection.
 std::string SendAndReceive(TestServer& server, std::string_view bytes, std::size_t chunkLength)
 {
     const int socket = Connect(server.SocketPath());
@@ -135,8 +135,8 @@ struct ParsedStream {
     Messages messages;
 };
 
-// Moves a size and a block of that size from the front of `bytes`; false if it is incomplete or
-// larger than `maxSize`.
+// Moves a size and a block of that size from the front of `bytes`; false if the block is
+// incomplete or larger than `maxSize`.
 bool ReadBlock(std::string_view& bytes, std::size_t maxSize, std::string& block)
 {
     if (bytes.size() < 4)
@@ -151,7 +151,7 @@ bool ReadBlock(std::string_view& bytes, std::size_t maxSize, std::string& block)
     return true;
 }
 
-// Adds the text of a message. Any format but UTF-8 counts as wide characters. Drops invalid UTF-8.
+// Adds the text of a message. Treats any format but UTF-8 as wide characters. Drops invalid UTF-8.
 void AddMessage(Messages& messages, char format, const std::string& data)
 {
     if (format != c_utf8Format) {

@@ -15,7 +15,7 @@ namespace {
 using namespace Tool;
 
 // One value of the first byte inserts a message that is longer than the longest record, at the
-// offset in the second byte. Only one, because such a log takes time.
+// offset in the second byte. Only one value does so, because such a log is slow to read.
 std::string ReadLog(Input& input)
 {
     constexpr std::uint8_t longMarker = 17;

@@ -65,8 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PatternInput input(data, size);
     const std::string pattern = input.ReadString(60);
     const TString<char> replacement = input.ReadString(20);
-    // The long string exceeds 16-bit offsets. Repetitions are left out, because they could read it
-    // again from each of its positions.
+    // The long string exceeds 16-bit offsets. Patterns with repetitions use only the short string,
+    // because a repetition could read the long one again from each position.
     const bool isLong =
         input.ReadString(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
     const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.ReadString(60);

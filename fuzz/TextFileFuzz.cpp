@@ -22,7 +22,7 @@ std::vector<TString<wchar_t>> ReadLines(TextFile& file)
 }
 
 // A line can begin with a mark if the file has two byte-order marks. When the file is written, the
-// second one would become that of the file.
+// second mark would become the byte-order mark of the file.
 bool BeginsWithMark(const TString<wchar_t>& line)
 {
     return !line.empty() && line.front() == L'\uFEFF';

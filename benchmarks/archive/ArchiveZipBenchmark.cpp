@@ -193,7 +193,7 @@ void BM_ZipReadBytes_Libzip(benchmark::State& state)
 }
 BENCHMARK(BM_ZipReadBytes_Libzip)->Unit(benchmark::kMillisecond);
 
-// Reads the small entry with `next`, which returns false at its end.
+// Reads the small entry with `next`, which returns false at the end of the entry.
 template <typename Entry, typename String, typename Next>
 void ReadStrings(benchmark::State& state, Next next)
 {

@@ -86,8 +86,8 @@ private:
     fs::path m_directory;
 };
 
-// Each class below loads a file with one library, makes the name under which that library finds a
-// key, and finds its value.
+// Each class below loads a file with one library, makes the name by which that library finds a key,
+// and finds the key's value.
 
 class ToolkitSettings {
 public:

@@ -38,7 +38,7 @@ std::string EncodeUtf8(const std::wstring& text)
     return boost::locale::conv::utf_to_utf<char>(text);
 }
 
-// Checks the result of a conversion once, then measures it.
+// Checks the result of a conversion once, then measures the conversion.
 template <typename Convert>
 void Decode(benchmark::State& state, const Convert& convert)
 {

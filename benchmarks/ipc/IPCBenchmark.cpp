@@ -155,7 +155,7 @@ int ServeWx(const std::string& path, Shared& shared)
     return shared.isReady ? wxAppConsole::GetInstance()->MainLoop() : 1;
 }
 
-// The servers are forked before wxWidgets starts here: a child must not inherit its state.
+// Forks the servers before wxWidgets starts in this process: a child must not inherit its state.
 struct Servers {
     ServerProcess toolkit{"toolkit", ServeToolkit};
     ServerProcess wx{"wx", ServeWx};

@@ -108,8 +108,9 @@ void BM_ProcessStart_wxPlus2ms(benchmark::State& state)
 }
 BENCHMARK(BM_ProcessStart_wxPlus2ms)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-// Loads all wxWidgets libraries that Toolkit needs; the difference to Toolkit is its own cost. If
-// the network library needs libcurl, loading libcurl and its dependencies takes most of the time.
+// Loads all wxWidgets libraries that Toolkit needs; the time that BM_ProcessStart_Toolkit takes
+// beyond this one is Toolkit's own cost. If the network library needs libcurl, loading libcurl and
+// its dependencies takes most of the time.
 void BM_ProcessStart_wxNet(benchmark::State& state)
 {
     Report(state, WxNet);

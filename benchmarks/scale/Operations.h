@@ -21,7 +21,7 @@ struct Operation {
 
 using Operations = std::vector<Operation>;
 
-/// Counts of small things: characters, lines, keys, listeners.
+/// Counts of small items: characters, lines, keys, listeners.
 const std::vector<int> c_sizes{1'000, 10'000, 100'000, 1'000'000};
 const std::vector<int> c_fileCounts{100, 1'000, 10'000, 100'000};
 const std::vector<int> c_clientCounts{10, 50, 100, 200};

@@ -11,7 +11,7 @@ using Toolkit::RegExp;
 using Toolkit::RegExpOptions;
 using Text = TString<char>;
 
-// Returns an operation that compiles `pattern` and calls `use` with it and words of text.
+// Returns an operation that calls `use` with a RegExp for `pattern` and a string of words.
 template <typename Use>
 Operation MakeOperationOnSubject(const char* name, const std::vector<int>& lengths,
                                  const char* pattern, Use use)

@@ -5,7 +5,7 @@
 namespace Toolkit::Base {
 namespace {
 
-TEST(ShortenNameTest, LeavesANameThatFits)
+TEST(ShortenNameTest, LeavesANameThatFitsUnchanged)
 {
     EXPECT_EQ(ShortenName("", 16), "");
     EXPECT_EQ(ShortenName("0123456789abcdef", 16), "0123456789abcdef");

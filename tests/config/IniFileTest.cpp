@@ -58,7 +58,7 @@ protected:
     TempDir m_directory;
 };
 
-TEST_F(IniFileTest, TrimsSpacesAndTabsOffKeysAndValues)
+TEST_F(IniFileTest, TrimsSpacesAndTabsFromKeysAndValues)
 {
     const std::pair<std::string, std::pair<TString<wchar_t>, TString<wchar_t>>> cases[] = {
         {"key = value", {L"key", L"value"}},
@@ -98,7 +98,7 @@ TEST_F(IniFileTest, EndsTheKeyAtTheFirstEqualsSign)
     EXPECT_EQ(Value(ini, L"Main", L"b"), L"=");
 }
 
-TEST_F(IniFileTest, KeepsQuotesAndCommentSigns)
+TEST_F(IniFileTest, KeepsQuotesAndCommentCharacters)
 {
     const IniFile ini = Load("[Main]\na=\"x y\"\nb=1 ; two\n#c=3\n ;d=4\n");
 

@@ -12,17 +12,17 @@ namespace {
 constexpr CalendarTime c_morning{2009, 3, 5, 7, 4, 9};
 constexpr CalendarTime c_afternoon{2009, 3, 5, 19, 4, 9};
 
-DayPeriods GetEnglishHalves()
+DayPeriods GetEnglishDayPeriods()
 {
     return {L"AM", L"PM"};
 }
 
-DayPeriods GetHalvesWithLetterA()
+DayPeriods GetDayPeriodsWithLetterA()
 {
     return {L"am", L"pa"};
 }
 
-DayPeriods GetEmptyHalves()
+DayPeriods GetEmptyDayPeriods()
 {
     return {L"", L""};
 }
@@ -86,7 +86,7 @@ TEST(LocaleTextTest, ReplacesTimeTokensInAFixedOrder)
         {L"HH:mm", L"19:04"},
         {L"", L""}};
     for (const auto& [pattern, expected] : cases)
-        EXPECT_EQ(FormatTimeByPattern(pattern, c_afternoon, GetEnglishHalves), expected)
+        EXPECT_EQ(FormatTimeByPattern(pattern, c_afternoon, GetEnglishDayPeriods), expected)
             << testing::PrintToString(pattern);
 }
 
@@ -98,21 +98,22 @@ TEST(LocaleTextTest, ShowsNoonAndMidnightAsAMInTwelveHourPatterns)
                                                               {13, L"01 PM"}, {23, L"11 PM"}};
     for (const auto& [hour, expected] : cases) {
         time.hour = hour;
-        EXPECT_EQ(FormatTimeByPattern(L"d h a", time, GetEnglishHalves), expected) << hour;
+        EXPECT_EQ(FormatTimeByPattern(L"d h a", time, GetEnglishDayPeriods), expected) << hour;
     }
 }
 
 TEST(LocaleTextTest, DoesNotReplaceTokensInsideDayPeriods)
 {
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetHalvesWithLetterA), L"07:04 am");
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm aa", c_afternoon, GetHalvesWithLetterA), L"07:04 papa");
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetHalvesWithLetterA), L"07:04 am");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetDayPeriodsWithLetterA), L"07:04 am");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm aa", c_afternoon, GetDayPeriodsWithLetterA),
+              L"07:04 papa");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetDayPeriodsWithLetterA), L"07:04 am");
 }
 
 TEST(LocaleTextTest, KeepsTheTokenOrAppendsASpaceWithoutDayPeriods)
 {
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetEmptyHalves), L"07:04 a");
-    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetEmptyHalves), L"07:04 ");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm a", c_morning, GetEmptyDayPeriods), L"07:04 a");
+    EXPECT_EQ(FormatTimeByPattern(L"d h:mm", c_morning, GetEmptyDayPeriods), L"07:04 ");
 }
 
 TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
@@ -122,7 +123,7 @@ TEST(LocaleTextTest, AgreesWithRepeatedReplacementOnRandomPatterns)
         const std::wstring pattern = RandomPattern(random);
         SCOPED_TRACE(testing::PrintToString(pattern));
         ASSERT_EQ(FormatDateByPattern(pattern, c_morning), References::FormatDate(pattern));
-        ASSERT_EQ(FormatTimeByPattern(pattern, c_afternoon, GetEnglishHalves),
+        ASSERT_EQ(FormatTimeByPattern(pattern, c_afternoon, GetEnglishDayPeriods),
                   References::FormatTime(pattern));
     }
 }

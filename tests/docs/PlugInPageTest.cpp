@@ -19,7 +19,10 @@ using testing::IsEmpty;
 // Tests the plug-in that the page about plug-ins shows.
 class PlugInPageTest : public testing::Test {
 protected:
-    void Load() { m_plugIn = std::make_unique<DynamicLibrary>(TString<wchar_t>(PLUG_IN_LIBRARY)); }
+    void Load()
+    {
+        m_plugIn = std::make_unique<DynamicLibrary>(TString<wchar_t>(TOOLKIT_TEST_PAGE_PLUG_IN));
+    }
     void Unload() { m_plugIn.reset(); }
 
     const TempDir m_home;

@@ -82,7 +82,7 @@ if(BUILD_SHARED_LIBS)
 
     toolkit_test(docs/PlugInPageTest.cpp)
     target_compile_definitions(
-        PlugInPageTest PRIVATE PLUG_IN_LIBRARY=L"$<TARGET_FILE:PagePlugIn>"
+        PlugInPageTest PRIVATE TOOLKIT_TEST_PAGE_PLUG_IN=L"$<TARGET_FILE:PagePlugIn>"
     )
     add_dependencies(PlugInPageTest PagePlugIn)
 endif()

@@ -86,7 +86,7 @@ private:
     static void RunGdb(const std::string& kind, const std::vector<std::string>& commands)
     {
         std::vector<std::string> arguments = CreateGdbArguments(commands);
-        arguments.emplace_back(TOOLKIT_PRINTERS_PROGRAM);
+        arguments.emplace_back(TOOLKIT_TEST_PRINTERS_PROGRAM);
         const auto result = RunProgram("/usr/bin/gdb", arguments);
         s_values[kind] = ParseOutput(result.output);
         EXPECT_EQ(s_values[kind].size(), c_variables.size()) << result.output << result.errors;

@@ -9,6 +9,6 @@ target_compile_definitions(
     PRIVATE TOOLKIT_PRINTERS="${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"
             TOOLKIT_LIBRARY_HAS_DEBUG_INFO=$<CONFIG:Debug,RelWithDebInfo>
 )
-toolkit_test_program(PrintersTest TOOLKIT_PRINTERS_PROGRAM gdb/PrintersProgram.cpp)
+toolkit_test_program(PrintersTest TOOLKIT_TEST_PRINTERS_PROGRAM gdb/PrintersProgram.cpp)
 # gdb finds variables only with debug information, and reliably only without optimization.
 target_compile_options(PrintersProgram PRIVATE -O0 -g)

@@ -29,7 +29,7 @@ inline std::string EncodeBase64(const std::string& bytes)
     return code;
 }
 
-// Counts characters outside the alphabet as the digit 0, and stops at the first "=".
+// Treats characters outside the alphabet as the digit 0, and stops at the first "=".
 inline std::string DecodeBase64(const std::string& code)
 {
     std::string bytes;

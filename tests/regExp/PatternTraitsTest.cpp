@@ -5,7 +5,7 @@
 namespace Toolkit {
 namespace {
 
-TEST(PatternTraitsTest, IgnoresPrecedingTextWithoutAnchorsAndLookBehind)
+TEST(PatternTraitsTest, IgnoresPrecedingTextWithoutStartAnchorsOrLookBehind)
 {
     for (const char* pattern :
          {"",        "a",      "a|b",      "[^a]",       "a$",          "\\d+\\.\\d*",

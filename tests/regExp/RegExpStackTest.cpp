@@ -99,7 +99,7 @@ TEST(RegExpStackTest, SurvivesDeepRecursionOnTheMainThread)
               c_deepRecursionMessage);
 }
 
-TEST(RegExpStackTest, BoundsEveryKindOfRecursion)
+TEST(RegExpStackTest, BoundsSeveralKindsOfRecursion)
 {
     const TString<char> subject(std::string(50000, 'a') + std::string(50000, 'b'));
     for (const char* pattern : {"((a)|(b))*?c", "(a(?1)?b)c", "(?i)(a|b|\xC3\xA9)*c", "(.)*c",

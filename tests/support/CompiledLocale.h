@@ -17,7 +17,7 @@ public:
     /// False if the system has no locale sources or no localedef.
     bool IsAvailable() const { return m_isAvailable; }
 
-    /// The name for `setlocale`, valid while this object lives.
+    /// The name for `setlocale`, valid while this object exists.
     const std::string& Name() const { return m_name; }
 
 private:

@@ -30,7 +30,7 @@ public:
 };
 
 /// Decides whether an allocation fails. `returnAddress` is the address to which operator new
-/// returns, so it tells who allocates. Called on every thread that allocates.
+/// returns, so it identifies the caller. Called on every thread that allocates.
 using AllocationRule = bool (*)(const void* returnAddress);
 
 /// Sets the rule for all threads; null removes it.

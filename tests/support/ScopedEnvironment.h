@@ -5,7 +5,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Sets an environment variable, or removes it if there is no `value`. The destructor restores it.
+/// Sets an environment variable, or removes it if `value` is `std::nullopt`. The destructor
+/// restores it.
 class ScopedEnvironment {
 public:
     ScopedEnvironment(const std::string& name, const std::optional<std::string>& value);
