@@ -188,8 +188,9 @@ ParsedStream ParseStream(std::string_view bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    constexpr std::size_t maxInputSize = 65536;
     static TestServer server;
-    if (size == 0 || size > 65536)
+    if (size == 0 || size > maxInputSize)
         return 0;
     const std::string_view bytes(reinterpret_cast<const char*>(data + 1), size - 1);
     const std::size_t chunkLength = 1 + data[0] % 64 * std::size_t{64};

@@ -68,7 +68,7 @@ public:
         Require(block.compare(0, expected.size(), expected) == 0);
     }
 
-    void ReadText()
+    void ReadString()
     {
         TString<wchar_t> text = L"before";
         const unsigned int result = m_stream.Read(text);
@@ -97,9 +97,10 @@ public:
         const std::string contents = GetContents(bytes);
         Require(result == (isComplete ? StreamResult::Ok : StreamResult::DataFailed));
         Require(contents.compare(0, expected.size(), expected) == 0);
-        // The size that the file claims is not trusted.
+        // Deserialize() does not trust a larger size that the file claims.
+        constexpr std::size_t trustedSize = 65536;
         Require(isComplete ? contents == expected
-                           : contents.size() <= std::max<std::size_t>(65536, 2 * expected.size()));
+                           : contents.size() <= std::max(trustedSize, 2 * expected.size()));
     }
 
 private:
@@ -154,7 +155,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             comparison.ReadBlock(static_cast<unsigned char>(kind) >> 2);
             break;
         case 2:
-            comparison.ReadText();
+            comparison.ReadString();
             break;
         default:
             comparison.ReadBytes();

@@ -31,7 +31,8 @@ std::optional<std::vector<Tool::StoredZipEntry>> ReadDirectory(const InputFile& 
     }
 }
 
-// The library makes absolute names relative, and appends "/" to the name of a directory.
+// Accepts any stored name that contains `name`: the library makes absolute names relative, and
+// appends "/" to the name of a directory.
 bool HasName(const std::vector<Tool::StoredZipEntry>& directory, std::string name)
 {
     if (!name.empty() && name.back() == '/')

@@ -239,7 +239,7 @@ bool HasLastValue(const Settings& settings, const Shape& shape)
 template <typename Settings>
 void MeasureLoad(benchmark::State& state)
 {
-    const wxInitializer framework;
+    const wxInitializer wxWidgets;
     const Shape shape = GetShape(state.range(0));
     const SettingsFile file(shape);
     for (auto _ : state) {
@@ -256,7 +256,7 @@ void MeasureLoad(benchmark::State& state)
 template <typename Settings>
 void MeasureLookup(benchmark::State& state)
 {
-    const wxInitializer framework;
+    const wxInitializer wxWidgets;
     const Shape shape = GetShape(state.range(0));
     const SettingsFile file(shape);
     const Settings settings(file.Path());
@@ -283,7 +283,7 @@ std::size_t CountAllocatedBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-// Measures the memory that the settings take after `use`.
+// Measures the memory that the settings occupy after `use`.
 template <typename Settings, typename Use>
 void MeasureMemory(benchmark::State& state, Use use)
 {

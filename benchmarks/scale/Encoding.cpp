@@ -13,8 +13,8 @@ namespace {
 using namespace Toolkit;
 using Text = TString<wchar_t>;
 
-// Returns an operation that calls `use` with the result of `encode` for a text in which every tenth
-// character is not ASCII.
+// Returns an operation that calls `use` with the result of `encode` for a string in which every
+// tenth character is not ASCII.
 template <typename Encode, typename Use>
 Operation MakeOperationOnEncoded(const char* name, Encode encode, Use use)
 {
@@ -27,7 +27,7 @@ Operation MakeOperationOnEncoded(const char* name, Encode encode, Use use)
             }};
 }
 
-// Returns an operation that calls `use` with the text itself.
+// Returns an operation that calls `use` with the string itself.
 template <typename Use>
 Operation MakeOperationOnText(const char* name, Use use)
 {

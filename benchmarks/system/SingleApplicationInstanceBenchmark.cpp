@@ -40,7 +40,7 @@ private:
 
 void BM_InstanceCheck_Toolkit(benchmark::State& state)
 {
-    const wxInitializer framework;
+    const wxInitializer wxWidgets;
     const Home home;
     PathManager::CreateInstance();
     bool isOnlyInstance = true;
@@ -57,7 +57,7 @@ BENCHMARK(BM_InstanceCheck_Toolkit);
 
 void BM_InstanceCheck_wxSingleInstanceChecker(benchmark::State& state)
 {
-    const wxInitializer framework;
+    const wxInitializer wxWidgets;
     const Home home;
     bool isOnlyInstance = true;
     for (auto _ : state) {

@@ -49,7 +49,7 @@ class MemoryStream : public IStream {
 public:
     explicit MemoryStream(const std::string& bytes = "") : contents(bytes) {}
 
-    unsigned int Write(const TString<wchar_t>&) override { return RecordCall("text", 0); }
+    unsigned int Write(const TString<wchar_t>&) override { return RecordCall("string", 0); }
 
     unsigned int Write(unsigned int value) override
     {
@@ -63,7 +63,7 @@ public:
         return RecordCall("block", size);
     }
 
-    unsigned int Read(TString<wchar_t>&) override { return RecordCall("text", 0); }
+    unsigned int Read(TString<wchar_t>&) override { return RecordCall("string", 0); }
     unsigned int Read(unsigned int& value) override
     {
         return ReadBytes("integer", &value, sizeof value);

@@ -81,12 +81,12 @@ std::string DescribeDifferenceAt(std::time_t instant)
     const std::string utc = FormatWithStrftime("%Y-%m-%d %H:%M:%S Z", ToUtcFields(instant));
     const DateTime date = FromUtc(ToUtcFields(instant));
     if (ToIso(date, true) != utc)
-        return "UTC text " + ToIso(date, true) + " instead of " + utc;
+        return "UTC string " + ToIso(date, true) + " instead of " + utc;
 
     const std::tm local = ToLocalFields(instant);
     const std::string localString = FormatWithStrftime("%Y-%m-%d %H:%M:%S", local);
     if (ToIso(date, false) != localString)
-        return "local text " + ToIso(date, false) + " instead of " + localString;
+        return "local string " + ToIso(date, false) + " instead of " + localString;
 
     DateTime parsed;
     if (!parsed.ParseIsoString(TString<char>(utc)) || parsed != date)

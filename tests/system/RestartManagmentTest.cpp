@@ -68,7 +68,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForThePreviousProcess)
                                                    L"<<< WaitingForPreviousProcessFinish()")));
 }
 
-TEST_F(RestartManagmentTest, LogsAndReturnsFalseWhenTheRestartFinishes)
+TEST_F(RestartManagmentTest, LogsAndReturnsFalseInRestartProcessFinish)
 {
     const CapturedLog log;
 
