@@ -342,7 +342,7 @@ TEST_F(FSStreamTest, ReportsAMissingFileFromEveryOperation)
     EXPECT_EQ(value, 5u);
 }
 
-TEST_F(FSStreamTest, DoesNotOpenDirectories)
+TEST_F(FSStreamTest, DoesNotOpenDirectoriesOrAnEmptyPath)
 {
     for (const Wide& path : {Wide(), m_directory.File(L"")}) {
         FSStream reader(path, FSStream::OpenRead);

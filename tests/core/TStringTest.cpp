@@ -337,7 +337,7 @@ TEST(TStringTest, ReplacesOccurrencesThatReplacementsCreate)
     }
 }
 
-TEST(TStringTest, EndsReplaceForReplacementsThatAreNotShorter)
+TEST(TStringTest, CanReplaceWithStringsThatAreNotShorter)
 {
     EXPECT_EQ(Replaced(L"aab", L"ab", L"bbb"), L"bbbbb");
     EXPECT_EQ(Replaced(L"aab", L"ab", L"ba"), L"baa");

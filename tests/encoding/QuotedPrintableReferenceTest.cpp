@@ -51,7 +51,7 @@ TEST(QuotedPrintableReferenceTest, EncodesRandomStringsLikeTheReference)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, DecodesWhatItEncoded)
+TEST(QuotedPrintableReferenceTest, DecodesWhatItEncodes)
 {
     RandomText random(2);
     for (int round = 0; round < c_rounds; ++round) {
