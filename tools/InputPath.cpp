@@ -11,7 +11,7 @@ TString<wchar_t> ToWideArgument(const std::string& argument)
 {
     TString<wchar_t> wide = Toolkit::UTF8::ToUNICODE(argument);
     if (wide.empty() && !argument.empty())
-        throw Failure("not UTF-8: " + argument);
+        throw Failure("the argument is not UTF-8: " + argument);
     return wide;
 }
 

@@ -41,8 +41,9 @@ int Send(const Options& options, Output&)
     if (IPCClient::Connect(service, ToWideArgument(options.text)))
         return ExitGood;
     const std::string path = UTF8::ToUTF8(IPCServer::GetSocketPath(service));
-    const std::string reason = IPCClient::IsServed(service) ? "the server did not accept it"
-                                                            : "no server listens at " + path;
+    const std::string reason = IPCClient::IsServed(service)
+                                   ? "the server did not accept the message"
+                                   : "no server listens at " + path;
     std::cerr << "toolkit: not delivered: " << MakeVisible(reason) << '\n';
     return ExitNo;
 }

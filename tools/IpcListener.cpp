@@ -68,8 +68,8 @@ std::string DescribeListenError(const TString<wchar_t>& service, const std::stri
 
 int IpcListener::Run(const TString<wchar_t>& service)
 {
-    const wxInitializer framework;
-    if (!framework.IsOk())
+    const wxInitializer initializer;
+    if (!initializer.IsOk())
         throw Failure("cannot start wxWidgets");
     const StopSignals signals;
     const std::string path = UTF8::ToUTF8(IPCServer::GetSocketPath(service));

@@ -116,7 +116,7 @@ int Run(const Options& options, Output& output)
     if (options.isFollowing && (options.log.empty() || options.log == "-"))
         throw Failure("--follow needs a file or a name");
     if (options.log.empty() && (options.isJson || options.HasFilter()))
-        throw Failure("the options need a log: please name a file or a logger");
+        throw Failure("filters and --json need a file or a name");
     if (options.log.empty())
         return List(output);
     return options.isFollowing ? ShowAndFollow(options, output) : Show(options, output);

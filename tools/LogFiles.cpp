@@ -111,7 +111,7 @@ std::string FindLogPath(const std::string& argument)
     const LogName name = ParseLogName(argument);
     const std::vector<LogFileEntry> files = FindFilesOfLog(name);
     if (files.empty())
-        throw Failure("there is no log called " + argument + "; \"toolkit log\" lists the logs");
+        throw Failure("no log named \"" + argument + "\"; \"toolkit log\" lists the logs");
     const std::string& path = files.front().path;
     if (fs::path(path).filename() != name.file)
         std::cerr << "toolkit: reading " << MakeVisible(path) << std::endl;

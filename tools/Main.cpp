@@ -76,8 +76,8 @@ std::string DescribeMistake(const CLI::App* app, const CLI::Error& mistake)
     std::string text = mistake.what();
     const std::vector<std::string> unknown = app->remaining(true);
     if (dynamic_cast<const CLI::RequiredError*>(&mistake) && !unknown.empty())
-        text =
-            (unknown[0][0] == '-' ? "there is no option " : "there is no subcommand ") + unknown[0];
+        text = (unknown[0][0] == '-' ? "unknown option \"" : "unknown subcommand \"") + unknown[0] +
+               "\"";
     return "toolkit: " + text + "\nRun with --help for more information.\n";
 }
 

@@ -39,7 +39,7 @@ PathState ExamineMissing(const std::string& path, PathUse use)
 PathState ExamineOwn(const std::string& path, const struct stat& status)
 {
     if (status.st_uid != ::geteuid())
-        return {false, "another user's"};
+        return {false, "owned by another user"};
     return IsWritable(path) ? PathState{true, "good"} : PathState{false, "not writable"};
 }
 

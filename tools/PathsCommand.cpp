@@ -43,7 +43,7 @@ std::string FindProgram(const std::string& program)
         if (::access(path.c_str(), X_OK) == 0 && !IsDirectory(path))
             return path;
     }
-    throw Failure("there is no program " + program);
+    throw Failure("no program \"" + program + "\" in PATH");
 }
 
 // Returns the path with links resolved, as the program itself sees it.
@@ -126,11 +126,11 @@ int Run(const std::string& program, Output& output)
     table.AddPath("temporary", paths.GetTempDir(), PathUse::ShareDirectory);
     table.AddPath("lock", lock, PathUse::WriteFile);
     // The lock file that wxSingleInstanceChecker creates in the same directory.
-    table.AddPath("second lock", GetParent(lock) + L"/" + unique, PathUse::WriteFile);
+    table.AddPath("wxWidgets lock", GetParent(lock) + L"/" + unique, PathUse::WriteFile);
     table.AddPath("socket", IPCServer::GetSocketPath(temporary + unique + L".ipc"),
                   PathUse::WriteFile);
     table.AddPath("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
-    table.AddPath("own log", temporary + unique + log, PathUse::WriteFile);
+    table.AddPath("unique log", temporary + unique + log, PathUse::WriteFile);
     return table.IsGood() ? ExitGood : ExitNo;
 }
 

@@ -55,7 +55,7 @@ void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_v
     constexpr std::size_t blockSize = 65536;
 
     if ((entry->GetFlags() & wxZIP_ENCRYPTED) != 0)
-        throw Failure("the entry is encrypted: " + GetEntryName(*entry));
+        throw Failure("the entry \"" + GetEntryName(*entry) + "\" is encrypted");
     const wxLogNull silence;
     const smart_ptr<ZipInputStream> stream = m_archive.GetZipInputStream(entry);
     wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(*stream);
@@ -63,7 +63,7 @@ void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_v
     while (bytes.Read(block.data(), block.size()).LastRead() > 0)
         onBlock({block.data(), bytes.LastRead()});
     if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
-        throw Failure("the entry is damaged: " + GetEntryName(*entry));
+        throw Failure("the entry \"" + GetEntryName(*entry) + "\" is damaged");
 }
 
 std::string GetEntryName(const ArchiveZipEntry& entry)

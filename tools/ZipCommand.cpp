@@ -55,7 +55,7 @@ int Cat(const Options& options, Output& output)
     ZipArchive archive(options.file, {});
     const auto found = archive.Entries().find(ToWideArgument(options.entry));
     if (found == archive.Entries().end())
-        throw Failure("there is no entry " + options.entry + " in " + options.file);
+        throw Failure("no entry \"" + options.entry + "\" in " + options.file);
     archive.Read(found->second, [&output](std::string_view bytes) { output.Write(bytes); });
     return ExitGood;
 }

@@ -24,7 +24,7 @@ constexpr std::size_t c_locatorLength = 20;
 constexpr std::size_t c_endLength = 22;
 constexpr std::size_t c_maxCommentLength = 65535;
 
-// What the end record of an archive says about the directory.
+// What the end record of an archive says about the central directory.
 struct Directory {
     std::uint64_t count;
     std::uint64_t size;
@@ -34,7 +34,7 @@ struct Directory {
 
 Failure MakeDamagedDirectoryFailure()
 {
-    return Failure("refused: the directory of the archive is damaged");
+    return Failure("archive refused: the central directory is damaged");
 }
 
 std::uint64_t ParseNumber(std::string_view bytes, std::size_t at, int size)

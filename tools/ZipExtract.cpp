@@ -54,16 +54,17 @@ void RequireSafeEntries(const ZipArchive& archive, const std::string& path)
 {
     for (const StoredZipEntry& entry : ReadZipDirectory(path)) {
         if (!entry.name.empty() && entry.name.front() == '/')
-            throw Failure("refused: absolute name: " + entry.name);
+            throw Failure("archive refused: absolute entry name \"" + entry.name + "\"");
         if (LeadsUp(entry.name))
-            throw Failure("refused: unsafe name: " + entry.name);
+            throw Failure("archive refused: unsafe entry name \"" + entry.name + "\"");
         if (!IsFileOrDirectory(entry))
-            throw Failure("refused: neither a file nor a directory: " + entry.name);
+            throw Failure("archive refused: \"" + entry.name +
+                          "\" is neither a file nor a directory");
     }
     for (const auto& [wideName, entry] : archive.Entries()) {
         const std::string name = GetEntryName(*entry);
         if (!IsSafe(name))
-            throw Failure("refused: unsafe name: " + name);
+            throw Failure("archive refused: unsafe entry name \"" + name + "\"");
     }
 }
 

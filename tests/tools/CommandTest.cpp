@@ -42,8 +42,11 @@ TEST_F(CommandTest, ListsTheLogSubcommandInHelp)
 
 TEST_F(CommandTest, FailsOnInvalidUsage)
 {
-    const std::vector<std::string> cases[] = {
-        {}, {"nonesuch"}, {"--nonesuch"}, {"log", "--nonesuch"}, {"log", "-s", "loud", "x"}};
+    const std::vector<std::string> cases[] = {{},
+                                              {"nonexistent"},
+                                              {"--nonexistent"},
+                                              {"log", "--nonexistent"},
+                                              {"log", "-s", "loud", "x"}};
     for (const auto& arguments : cases)
         ExpectUsageError(arguments);
 }
@@ -58,12 +61,12 @@ TEST_F(CommandTest, RejectsLogOptionsWithoutALog)
 
 TEST_F(CommandTest, NamesUnknownSubcommandsAndOptions)
 {
-    EXPECT_THAT(Run({"bogus"}).errors, StartsWith("toolkit: there is no subcommand bogus\n"));
+    EXPECT_THAT(Run({"bogus"}).errors, StartsWith("toolkit: unknown subcommand \"bogus\"\n"));
     EXPECT_THAT(Run({"ini", "bogus", "x"}).errors,
-                StartsWith("toolkit: there is no subcommand bogus\n"));
-    EXPECT_THAT(Run({"--bogus"}).errors, StartsWith("toolkit: there is no option --bogus\n"));
+                StartsWith("toolkit: unknown subcommand \"bogus\"\n"));
+    EXPECT_THAT(Run({"--bogus"}).errors, StartsWith("toolkit: unknown option \"--bogus\"\n"));
     EXPECT_THAT(Run({"ini", "list", "--bogus"}).errors,
-                StartsWith("toolkit: there is no option --bogus\n"));
+                StartsWith("toolkit: unknown option \"--bogus\"\n"));
     EXPECT_THAT(Run({"ini", "list", "a", "bogus"}).errors,
                 StartsWith("toolkit: The following argument was not expected: bogus\n"));
     EXPECT_THAT(Run({}).errors, StartsWith("toolkit: A subcommand is required\n"));
@@ -74,7 +77,7 @@ TEST_F(CommandTest, EscapesControlCharactersInArguments)
     EXPECT_THAT(Run({"log", "x", "\x1B]0;evil\x07"}).errors,
                 AllOf(HasSubstr("\\x1B]0;evil\\x07"), Not(HasSubstr("\x1B"))));
     EXPECT_EQ(Run({"log", "\x1B[31m"}).errors,
-              "toolkit: there is no log called \\x1B[31m; \"toolkit log\" lists the logs\n");
+              "toolkit: no log named \"\\x1B[31m\"; \"toolkit log\" lists the logs\n");
 }
 
 TEST_F(CommandTest, FailsWhenTheDiskIsFull)

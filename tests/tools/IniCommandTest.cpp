@@ -62,9 +62,10 @@ TEST_F(IniCommandTest, ReadsStandardInput)
 TEST_F(IniCommandTest, FailsForAMissingFile)
 {
     for (const std::string command : {"list", "check"}) {
-        const ProgramResult result = Run({"ini", command, "/nonesuch.ini"});
+        const ProgramResult result = Run({"ini", command, "/nonexistent.ini"});
         EXPECT_EQ(result.exitCode, 2);
-        EXPECT_EQ(result.errors, "toolkit: cannot read /nonesuch.ini: No such file or directory\n");
+        EXPECT_EQ(result.errors,
+                  "toolkit: cannot read /nonexistent.ini: No such file or directory\n");
     }
 }
 

@@ -206,7 +206,7 @@ TEST_F(LogCommandTest, ExitsWithOneWhenNothingPassesTheFilters)
     const std::string log = Write(L"a.qvlog", c_everyForm);
 
     EXPECT_EQ(Run({"log", log, "-t", "lines"}).exitCode, 0);
-    EXPECT_EQ(Run({"log", log, "-t", "nonesuch"}).exitCode, 1);
+    EXPECT_EQ(Run({"log", log, "-t", "nonexistent"}).exitCode, 1);
 }
 
 TEST_F(LogCommandTest, ReadsStandardInput)
@@ -221,11 +221,11 @@ TEST_F(LogCommandTest, ReadsStandardInput)
 TEST_F(LogCommandTest, ReportsWhyItCannotReadALog)
 {
     const std::pair<std::vector<std::string>, std::string> cases[] = {
-        {{"log", "/nonesuch/a.qvlog"},
-         "toolkit: cannot open /nonesuch/a.qvlog: No such file or directory\n"},
+        {{"log", "/nonexistent/a.qvlog"},
+         "toolkit: cannot open /nonexistent/a.qvlog: No such file or directory\n"},
         {{"log", "/tmp"}, "toolkit: cannot read /tmp: Is a directory\n"},
         {{"log", "no-such-logger"},
-         "toolkit: there is no log called no-such-logger; \"toolkit log\" lists the logs\n"},
+         "toolkit: no log named \"no-such-logger\"; \"toolkit log\" lists the logs\n"},
         {{"log", "--follow"}, "toolkit: --follow needs a file or a name\n"}};
     for (const auto& [arguments, message] : cases) {
         const ProgramResult result = Run(arguments);

@@ -12,28 +12,32 @@ namespace {
 
 using testing::HasSubstr;
 
-// Makes a directory read-only until the object is destroyed.
-class ReadOnlyDirectory {
+// Changes the permissions of a directory. The destructor restores them, so that TempDir can remove
+// the directory even if the test does not run as root.
+class ScopedPermissions {
 public:
-    explicit ReadOnlyDirectory(std::filesystem::path directory) : m_directory(std::move(directory))
+    ScopedPermissions(std::filesystem::path directory, std::filesystem::perms permissions)
+        : m_directory(std::move(directory)),
+          m_oldPermissions(std::filesystem::status(m_directory).permissions())
     {
-        std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::remove);
+        std::filesystem::permissions(m_directory, permissions);
     }
+    ~ScopedPermissions() { std::filesystem::permissions(m_directory, m_oldPermissions); }
 
-    // Otherwise a user other than root could not remove the directory's contents.
-    ~ReadOnlyDirectory()
-    {
-        std::filesystem::permissions(m_directory, c_write, std::filesystem::perm_options::add);
-    }
-
-    ReadOnlyDirectory(const ReadOnlyDirectory&) = delete;
-    ReadOnlyDirectory& operator=(const ReadOnlyDirectory&) = delete;
+    ScopedPermissions(const ScopedPermissions&) = delete;
+    ScopedPermissions& operator=(const ScopedPermissions&) = delete;
 
 private:
-    static constexpr auto c_write = std::filesystem::perms::owner_write;
-
     const std::filesystem::path m_directory;
+    const std::filesystem::perms m_oldPermissions;
 };
+
+// Returns a line of the output: a label in a column of 16 characters, and a value.
+std::string Row(std::string label, const std::string& value)
+{
+    label.resize(16, ' ');
+    return label + value + "\n";
+}
 
 // Fixture with an empty home directory and an installed program, bin/app, that this user may run.
 class PathsCommandTest : public ToolFixture {
@@ -48,7 +52,7 @@ protected:
 
     ProgramResult RunPaths() const { return Run({"paths", PathOf("bin/app")}); }
 
-    // Permissions do not restrict root, so the command runs without the privileges of root.
+    // Drops the capabilities of root, because permissions do not restrict a process that has them.
     ProgramResult RunPathsWithoutPrivileges() const
     {
         if (::geteuid() != 0)
@@ -73,54 +77,35 @@ protected:
 TEST_F(PathsCommandTest, PrintsThePathsOfAProgram)
 {
     std::filesystem::create_directories(PathOf("share/app/config"));
+    const std::string unique = UniqueName();
+    const std::pair<const char*, std::string> rows[] = {
+        {"name", "app"},
+        {"unique name", unique},
+        {"application", PathOf("bin") + " (good)"},
+        {"shared data", PathOf("share/app") + " (good)"},
+        {"configuration", PathOf("share/app/config") + " (good)"},
+        {"ressources", PathOf("share/app/ressources") + " (missing)"},
+        {"plug-ins", PathOf("share/app/ressources/plugins") + " (missing)"},
+        {"user data", PathOf("home/.app") + " (missing)"},
+        {"data", PathOf("home/.app/app") + " (missing)"},
+        {"documents", PathOf("home") + " (good)"},
+        {"temporary", "/tmp (good)"},
+        {"lock", PathOf("home/." + unique + ".lock") + " (missing)"},
+        {"wxWidgets lock", PathOf("home/" + unique) + " (missing)"},
+        {"socket", "/tmp/" + unique + ".ipc (missing)"},
+        {"log", "/tmp/app.qvlog (missing)"},
+        {"unique log", "/tmp/" + unique + ".qvlog (missing)"}};
+    std::string expected;
+    for (const auto& [label, value] : rows)
+        expected += Row(label, value);
 
     const ProgramResult result = RunPaths();
 
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.output, "name            app\n"
-                             "unique name     " +
-                                 UniqueName() +
-                                 "\n"
-                                 "application     " +
-                                 PathOf("bin") +
-                                 " (good)\n"
-                                 "shared data     " +
-                                 PathOf("share/app") +
-                                 " (good)\n"
-                                 "configuration   " +
-                                 PathOf("share/app/config") +
-                                 " (good)\n"
-                                 "ressources      " +
-                                 PathOf("share/app/ressources") +
-                                 " (missing)\n"
-                                 "plug-ins        " +
-                                 PathOf("share/app/ressources/plugins") +
-                                 " (missing)\n"
-                                 "user data       " +
-                                 PathOf("home/.app") +
-                                 " (missing)\n"
-                                 "data            " +
-                                 PathOf("home/.app/app") +
-                                 " (missing)\n"
-                                 "documents       " +
-                                 PathOf("home") +
-                                 " (good)\n"
-                                 "temporary       /tmp (good)\n"
-                                 "lock            " +
-                                 PathOf("home/." + UniqueName() + ".lock") +
-                                 " (missing)\n"
-                                 "second lock     " +
-                                 PathOf("home/" + UniqueName()) +
-                                 " (missing)\n"
-                                 "socket          /tmp/" +
-                                 UniqueName() +
-                                 ".ipc (missing)\n"
-                                 "log             /tmp/app.qvlog (missing)\n"
-                                 "own log         /tmp/" +
-                                 UniqueName() + ".qvlog (missing)\n");
+    EXPECT_EQ(result.output, expected);
 }
 
-TEST_F(PathsCommandTest, CreatesNothing)
+TEST_F(PathsCommandTest, CreatesNothingInTheHomeDirectory)
 {
     RunPaths();
 
@@ -129,14 +114,14 @@ TEST_F(PathsCommandTest, CreatesNothing)
 
 TEST_F(PathsCommandTest, FindsAProgramInPath)
 {
-    const ScopedEnvironment path("PATH", "/nonesuch:" + PathOf("bin"));
+    const ScopedEnvironment path("PATH", "/nonexistent:" + PathOf("bin"));
 
     EXPECT_EQ(Run({"paths", "app"}).output, RunPaths().output);
-    EXPECT_EQ(Run({"paths", "other"}).errors, "toolkit: there is no program other\n");
-    EXPECT_EQ(Run({"paths", "/nonesuch"}).exitCode, 2);
+    EXPECT_EQ(Run({"paths", "other"}).errors, "toolkit: no program \"other\" in PATH\n");
+    EXPECT_EQ(Run({"paths", "/nonexistent"}).exitCode, 2);
 }
 
-TEST_F(PathsCommandTest, SearchesTheWorkingDirectoryForAnEmptyEntryInPath)
+TEST_F(PathsCommandTest, SearchesTheWorkingDirectoryIfPathHasAnEmptyEntry)
 {
     EXPECT_EQ(Shell("cd $dir/bin && PATH=: $toolkit paths app").output, RunPaths().output);
 }
@@ -172,36 +157,37 @@ TEST_F(PathsCommandTest, ReportsPathsOfAnotherUser)
     const ProgramResult result = RunPaths();
 
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.output, HasSubstr("second lock     " + lock + " (another user's)\n"));
+    EXPECT_THAT(result.output, HasSubstr(Row("wxWidgets lock", lock + " (owned by another user)")));
     EXPECT_THAT(result.output,
-                HasSubstr("documents       " + PathOf("home") + " (another user's)\n"));
+                HasSubstr(Row("documents", PathOf("home") + " (owned by another user)")));
 }
 
 TEST_F(PathsCommandTest, ReportsUnwritablePaths)
 {
-    const ReadOnlyDirectory home(PathOf("home"));
+    using std::filesystem::perms;
+    const ScopedPermissions home(PathOf("home"), perms::owner_read | perms::owner_exec);
 
     const ProgramResult result = RunPathsWithoutPrivileges();
 
     EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, HasSubstr(Row("documents", PathOf("home") + " (not writable)")));
+    EXPECT_THAT(result.output, HasSubstr(Row("data", PathOf("home/.app/app") +
+                                                         " (missing, and cannot be created)")));
     EXPECT_THAT(result.output,
-                HasSubstr("documents       " + PathOf("home") + " (not writable)\n"));
-    EXPECT_THAT(result.output, HasSubstr("data            " + PathOf("home/.app/app") +
-                                         " (missing, and cannot be created)\n"));
-    EXPECT_THAT(result.output, HasSubstr("second lock     " + PathOf("home/" + UniqueName()) +
-                                         " (missing, and cannot be created)\n"));
+                HasSubstr(Row("wxWidgets lock", PathOf("home/" + UniqueName()) +
+                                                    " (missing, and cannot be created)")));
 }
 
 TEST_F(PathsCommandTest, ReportsUnreadablePaths)
 {
     std::filesystem::create_directories(PathOf("share/app/config"));
-    std::filesystem::permissions(PathOf("share/app/config"), std::filesystem::perms::none);
+    const ScopedPermissions configuration(PathOf("share/app/config"), std::filesystem::perms::none);
 
     const ProgramResult result = RunPathsWithoutPrivileges();
 
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.output,
-                HasSubstr("configuration   " + PathOf("share/app/config") + " (not readable)\n"));
+                HasSubstr(Row("configuration", PathOf("share/app/config") + " (not readable)")));
 }
 
 TEST_F(PathsCommandTest, RejectsADirectory)
@@ -212,11 +198,11 @@ TEST_F(PathsCommandTest, RejectsADirectory)
     EXPECT_EQ(result.errors, "toolkit: /usr/bin is a directory, not a program\n");
 }
 
-TEST_F(PathsCommandTest, IgnoresADirectoryInPath)
+TEST_F(PathsCommandTest, IgnoresADirectoryNamedLikeTheProgram)
 {
     const ScopedEnvironment path("PATH", "/usr");
 
-    EXPECT_EQ(Run({"paths", "bin"}).errors, "toolkit: there is no program bin\n");
+    EXPECT_EQ(Run({"paths", "bin"}).errors, "toolkit: no program \"bin\" in PATH\n");
 }
 
 TEST_F(PathsCommandTest, PrintsItsOwnPathsWithoutAProgram)

@@ -14,8 +14,9 @@ namespace {
 using testing::ContainsRegex;
 using testing::StartsWith;
 
-// The length of an archive's end record without a comment, and the offsets of its fields (APPNOTE,
-// 4.3.16).
+// The signature of an archive's end record, the length of one without a comment, and the offsets of
+// its fields (APPNOTE, 4.3.16).
+constexpr const char* c_endSignature = "PK\5\6";
 constexpr std::size_t c_endLength = 22;
 constexpr std::size_t c_countAt = 10;
 constexpr std::size_t c_sizeAt = 12;
@@ -23,30 +24,31 @@ constexpr std::size_t c_offsetAt = 16;
 constexpr std::size_t c_commentLengthAt = 20;
 
 // Returns the archive with a ZIP64 end record and its locator (APPNOTE, 4.3.14 and 4.3.15). In the
-// ordinary end record, the bytes 0xFF refer readers to the values in the ZIP64 record.
+// ordinary end record, the counts, the size and the offset are all 0xFF bytes, which direct readers
+// to the ZIP64 values.
 std::string WithZip64End(const std::string& archive)
 {
     const std::size_t end = archive.size() - c_endLength;
-    const auto widen = [&](std::size_t at, std::size_t size) {
+    const auto toZip64Field = [&](std::size_t at, std::size_t size) {
         return archive.substr(end + at, size) + std::string(8 - size, '\0');
     };
-    const std::string count = widen(c_countAt, 2);
+    const std::string count = toZip64Field(c_countAt, 2);
     const std::string record = "PK\6\6" + PackNumber(44, 8) + PackNumber(45, 2) +
                                PackNumber(45, 2) + PackNumber(0, 8) + count + count +
-                               widen(c_sizeAt, 4) + widen(c_offsetAt, 4);
+                               toZip64Field(c_sizeAt, 4) + toZip64Field(c_offsetAt, 4);
     const std::string locator = "PK\6\7" + PackNumber(0, 4) + PackNumber(end, 8) + PackNumber(1, 4);
-    return archive.substr(0, end) + record + locator + "PK\5\6" + PackNumber(0, 4) +
+    return archive.substr(0, end) + record + locator + c_endSignature + PackNumber(0, 4) +
            std::string(12, '\xFF') + PackNumber(0, 2);
 }
 
-// Watches a directory, to wait until a file in it is written.
+// Waits for writes to the files in a directory.
 class DirectoryWatch {
 public:
-    explicit DirectoryWatch(const std::string& directory) : m_events(::inotify_init1(IN_CLOEXEC))
+    explicit DirectoryWatch(const std::string& directory) : m_inotify(::inotify_init1(IN_CLOEXEC))
     {
-        EXPECT_GE(::inotify_add_watch(m_events, directory.c_str(), IN_MODIFY), 0);
+        EXPECT_GE(::inotify_add_watch(m_inotify, directory.c_str(), IN_MODIFY), 0);
     }
-    ~DirectoryWatch() { ::close(m_events); }
+    ~DirectoryWatch() { ::close(m_inotify); }
 
     DirectoryWatch(const DirectoryWatch&) = delete;
     DirectoryWatch& operator=(const DirectoryWatch&) = delete;
@@ -54,14 +56,14 @@ public:
     // Fails if nothing is written within ten seconds.
     void WaitForAWrite() const
     {
-        constexpr int longestWaitMs = 10000;
+        constexpr int timeoutMs = 10000;
 
-        pollfd event{m_events, POLLIN, 0};
-        EXPECT_EQ(::poll(&event, 1, longestWaitMs), 1);
+        pollfd event{m_inotify, POLLIN, 0};
+        EXPECT_EQ(::poll(&event, 1, timeoutMs), 1);
     }
 
 private:
-    const int m_events;
+    const int m_inotify;
 };
 
 class ZipCommandTest : public ToolFixture {
@@ -81,13 +83,13 @@ protected:
     // Returns the directory to which the tests extract.
     std::string Target() const { return PathOf("target"); }
 
-    // Whether nothing at all was extracted.
+    // Whether nothing was extracted.
     bool IsTargetEmpty() const
     {
         return !std::filesystem::exists(Target()) || std::filesystem::is_empty(Target());
     }
 
-    std::string LinkArchive() const
+    std::string MakeArchiveWithLink() const
     {
         Shell("cd $dir; ln -s /etc link; zip -q --symlinks link.zip link");
         return ReadWholeFile(PathOf("link.zip"));
@@ -124,7 +126,7 @@ TEST_F(ZipCommandTest, ListsEntriesByFilterAndType)
     EXPECT_EQ(Run({"zip", "list", archive, "--filter", "x*"}).exitCode, 1);
 }
 
-TEST_F(ZipCommandTest, ListsTheValidTypesForAnUnknownType)
+TEST_F(ZipCommandTest, RejectsAnUnknownTypeAndNamesTheValidTypes)
 {
     const ProgramResult result = Run({"zip", "list", WriteSampleArchive(), "--type", "links"});
 
@@ -132,14 +134,14 @@ TEST_F(ZipCommandTest, ListsTheValidTypesForAnUnknownType)
     EXPECT_THAT(result.errors, StartsWith("toolkit: --type: links not in {all,files,directories}"));
 }
 
-TEST_F(ZipCommandTest, PrintsTheBytesOfAnEntryInCat)
+TEST_F(ZipCommandTest, PrintsTheBytesOfAnEntryWithCat)
 {
     const std::string bytes("\0\x1B\xFF\n", 4);
 
     EXPECT_EQ(Run({"zip", "cat", WriteArchive({{"a", bytes}}), "a"}).output, bytes);
 }
 
-TEST_F(ZipCommandTest, ReportsWhyItCannotReadAnEntryInCat)
+TEST_F(ZipCommandTest, ReportsWhyCatCannotReadAnEntry)
 {
     constexpr std::uint16_t encrypted = 1;
     RawEntry damaged{"damaged", "data"};
@@ -149,14 +151,14 @@ TEST_F(ZipCommandTest, ReportsWhyItCannotReadAnEntryInCat)
     const std::string archive = WriteArchive({damaged, secret});
 
     EXPECT_EQ(Run({"zip", "cat", archive, "damaged"}).errors,
-              "toolkit: the entry is damaged: damaged\n");
+              "toolkit: the entry \"damaged\" is damaged\n");
     EXPECT_EQ(Run({"zip", "cat", archive, "secret"}).errors,
-              "toolkit: the entry is encrypted: secret\n");
+              "toolkit: the entry \"secret\" is encrypted\n");
     EXPECT_EQ(Run({"zip", "cat", archive, "other"}).errors,
-              "toolkit: there is no entry other in " + archive + "\n");
+              "toolkit: no entry \"other\" in " + archive + "\n");
 }
 
-TEST_F(ZipCommandTest, PrintsEntryAndLineNumberInSearch)
+TEST_F(ZipCommandTest, PrintsTheEntryAndLineNumberOfEachMatch)
 {
     const std::string archive = WriteSampleArchive();
 
@@ -165,10 +167,10 @@ TEST_F(ZipCommandTest, PrintsEntryAndLineNumberInSearch)
     EXPECT_EQ(result.output, "One.txt:1: fog\nfolder/two.txt:2: fog\n");
     EXPECT_EQ(Run({"zip", "search", archive, "fog", "--filter", "folder"}).output,
               "folder/two.txt:2: fog\n");
-    EXPECT_EQ(Run({"zip", "search", archive, "nonesuch"}).exitCode, 1);
+    EXPECT_EQ(Run({"zip", "search", archive, "nonexistent"}).exitCode, 1);
 }
 
-TEST_F(ZipCommandTest, EscapesUnprintableBytesInSearch)
+TEST_F(ZipCommandTest, EscapesUnprintableBytesInSearchResults)
 {
     EXPECT_EQ(
         Run({"zip", "search", WriteArchive({{"a\x1B", "fog \x1B[2J caf\xE9\n"}}), "fog"}).output,
@@ -177,12 +179,13 @@ TEST_F(ZipCommandTest, EscapesUnprintableBytesInSearch)
 
 TEST_F(ZipCommandTest, FailsForAFileThatIsNotAnArchive)
 {
-    const std::string text = Write(L"a.txt", "no archive at all");
+    const std::string textFile = Write(L"a.txt", "not an archive");
 
-    EXPECT_EQ(Run({"zip", "list", text}).errors, "toolkit: " + text + " is not a Zip archive\n");
-    EXPECT_EQ(Run({"zip", "list", "/nonesuch.zip"}).errors,
-              "toolkit: cannot read /nonesuch.zip: No such file or directory\n");
-    EXPECT_EQ(Run({"zip", "list", text}).exitCode, 2);
+    EXPECT_EQ(Run({"zip", "list", textFile}).errors,
+              "toolkit: " + textFile + " is not a Zip archive\n");
+    EXPECT_EQ(Run({"zip", "list", "/nonexistent.zip"}).errors,
+              "toolkit: cannot read /nonexistent.zip: No such file or directory\n");
+    EXPECT_EQ(Run({"zip", "list", textFile}).exitCode, 2);
 }
 
 TEST_F(ZipCommandTest, AcceptsAnEmptyArchive)
@@ -206,34 +209,37 @@ TEST_F(ZipCommandTest, ExtractsFilesAndDirectories)
 TEST_F(ZipCommandTest, RefusesToExtractUnsafeRelativeNames)
 {
     for (const std::string name : {"../x", "a/../../x", "a//x", "a/./x", ".."})
-        ExpectRefused(RawZip({{"good", "x"}, {name, "x"}}), "refused: unsafe name: " + name);
+        ExpectRefused(RawZip({{"good", "x"}, {name, "x"}}),
+                      "archive refused: unsafe entry name \"" + name + "\"");
 }
 
 TEST_F(ZipCommandTest, RefusesToExtractAbsoluteNames)
 {
     const std::string archive = RawZip({{"good", "x"}, {"/tmp/x", "x"}});
 
-    ExpectRefused(archive, "refused: absolute name: /tmp/x");
-    ExpectRefused(WithZip64End(archive), "refused: absolute name: /tmp/x");
+    ExpectRefused(archive, "archive refused: absolute entry name \"/tmp/x\"");
+    ExpectRefused(WithZip64End(archive), "archive refused: absolute entry name \"/tmp/x\"");
 }
 
 TEST_F(ZipCommandTest, RefusesToExtractLinks)
 {
-    const std::string archive = LinkArchive();
+    const std::string archive = MakeArchiveWithLink();
 
-    ExpectRefused(archive, "refused: neither a file nor a directory: link");
-    ExpectRefused(WithZip64End(archive), "refused: neither a file nor a directory: link");
+    ExpectRefused(archive, "archive refused: \"link\" is neither a file nor a directory");
+    ExpectRefused(WithZip64End(archive),
+                  "archive refused: \"link\" is neither a file nor a directory");
 }
 
-TEST_F(ZipCommandTest, FindsALinkDespiteACommentLikeAnEndRecord)
+TEST_F(ZipCommandTest, RefusesToExtractLinksIfTheCommentIsAnEndSignature)
 {
-    std::string archive = LinkArchive();
+    std::string archive = MakeArchiveWithLink();
     archive.replace(archive.size() - c_endLength + c_commentLengthAt, 2, PackNumber(4, 2));
 
-    ExpectRefused(archive + "PK\5\6", "refused: neither a file nor a directory: link");
+    ExpectRefused(archive + c_endSignature,
+                  "archive refused: \"link\" is neither a file nor a directory");
 }
 
-TEST_F(ZipCommandTest, RefusesToExtractWithAWrongEntryCount)
+TEST_F(ZipCommandTest, RefusesToExtractAnArchiveWithAWrongEntryCount)
 {
     const std::string archive = RawZip({{"a", "x"}, {"b", "x"}});
     const std::size_t end = archive.size() - c_endLength;
@@ -243,17 +249,17 @@ TEST_F(ZipCommandTest, RefusesToExtractWithAWrongEntryCount)
     tooMany.replace(end + c_countAt, 2, PackNumber(3, 2));
 
     for (const std::string& wrong : {tooFew, tooMany, WithZip64End(tooFew)})
-        ExpectRefused(wrong, "refused: the directory of the archive is damaged");
+        ExpectRefused(wrong, "archive refused: the central directory is damaged");
 }
 
 TEST_F(ZipCommandTest, ExtractsAZip64Archive)
 {
-    Shell("cd $dir; echo fog >a; zip -q -fz wide.zip a");
-    const std::string wideEnd =
-        Write(L"end.zip", WithZip64End(RawZip({{"b", "sea"}, {"folder/c", "sun"}})));
+    Shell("cd $dir; echo fog >a; zip -q -fz zip64.zip a");
+    const std::string zip64End =
+        Write(L"zip64End.zip", WithZip64End(RawZip({{"b", "sea"}, {"folder/c", "sun"}})));
 
-    EXPECT_EQ(Run({"zip", "extract", PathOf("wide.zip"), Target()}).output, "a\n");
-    EXPECT_EQ(Run({"zip", "extract", wideEnd, Target()}).output, "b\nfolder/c\n");
+    EXPECT_EQ(Run({"zip", "extract", PathOf("zip64.zip"), Target()}).output, "a\n");
+    EXPECT_EQ(Run({"zip", "extract", zip64End, Target()}).output, "b\nfolder/c\n");
 
     EXPECT_EQ(ReadWholeFile(Target() + "/a"), "fog\n");
     EXPECT_EQ(ReadWholeFile(Target() + "/folder/c"), "sun");
@@ -267,7 +273,7 @@ TEST_F(ZipCommandTest, ExtractsAnArchiveAppendedToAProgram)
     EXPECT_EQ(ReadWholeFile(Target() + "/a"), "fog");
 }
 
-TEST_F(ZipCommandTest, DoesNotFollowALinkInTheTargetInExtract)
+TEST_F(ZipCommandTest, DoesNotExtractThroughALinkInTheTarget)
 {
     std::filesystem::create_directory(Target());
     std::filesystem::create_directory(PathOf("elsewhere"));
@@ -278,7 +284,7 @@ TEST_F(ZipCommandTest, DoesNotFollowALinkInTheTargetInExtract)
     EXPECT_TRUE(std::filesystem::is_empty(PathOf("elsewhere")));
 }
 
-TEST_F(ZipCommandTest, DoesNotOverwriteFilesInExtract)
+TEST_F(ZipCommandTest, DoesNotOverwriteFilesWhenExtracting)
 {
     std::filesystem::create_directory(Target());
     Write(L"target/One.txt", "mine");
@@ -289,7 +295,7 @@ TEST_F(ZipCommandTest, DoesNotOverwriteFilesInExtract)
     EXPECT_EQ(ReadWholeFile(Target() + "/One.txt"), "mine");
 }
 
-TEST_F(ZipCommandTest, StopsExtractAtTheLimit)
+TEST_F(ZipCommandTest, StopsExtractingAtTheLimit)
 {
     const std::string archive = WriteArchive({{"a", "12345"}, {"b", std::string(100000, 'x')}});
 
@@ -301,7 +307,7 @@ TEST_F(ZipCommandTest, StopsExtractAtTheLimit)
     EXPECT_EQ(Shell("ls -A $dir/target").output, "a\n");
 }
 
-TEST_F(ZipCommandTest, LeavesNoFileForADamagedEntryInExtract)
+TEST_F(ZipCommandTest, LeavesNoFileAfterExtractingADamagedEntry)
 {
     RawEntry damaged{"damaged", "data"};
     damaged.checksum = 1;
@@ -311,7 +317,7 @@ TEST_F(ZipCommandTest, LeavesNoFileForADamagedEntryInExtract)
     EXPECT_TRUE(IsTargetEmpty());
 }
 
-TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractIsInterrupted)
+TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractingIsInterrupted)
 {
     // Extracting 500 MiB takes much longer than sending a signal.
     Shell("cd $dir; truncate -s 500M big; zip -q -1 big.zip big; rm big");
