@@ -23,8 +23,8 @@ public:
     /// Appends `bytes`. Throws a `Failure` if they cannot be written.
     void Write(std::string_view bytes);
 
-    /// Makes the file appear under its name. Throws a `Failure` if that fails, and if a file of
-    /// that name exists, which is never replaced.
+    /// Makes the file appear under its name. Throws a `Failure` if that fails, or if a file of that
+    /// name already exists: Commit() replaces no file.
     void Commit();
 
 private:

@@ -8,7 +8,7 @@
 
 namespace Tool {
 
-/// Converts `argument`, which must be UTF-8; otherwise throws a `Failure`.
+/// Converts `argument`. Throws a `Failure` if it is not UTF-8.
 TString<wchar_t> ToWideArgument(const std::string& argument);
 
 /// The path of an input file, or of a temporary copy of standard input. The path of the copy is

@@ -23,7 +23,7 @@ struct LogRecord {
 /// record of more than 1 MiB is split.
 class LogReader {
 public:
-    /// Reads from `begin` to `end`. `file` stays the caller's.
+    /// Reads from `begin` to `end`. Does not close `file`.
     LogReader(int file, off_t begin, off_t end);
 
     /// Reads the next record; false at the end. Throws a `Failure` if the file cannot be read.

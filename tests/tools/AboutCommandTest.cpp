@@ -9,7 +9,6 @@ namespace Toolkit::TestSupport {
 namespace {
 
 using testing::ContainsRegex;
-using testing::HasSubstr;
 
 using AboutCommandTest = ToolFixture;
 

@@ -115,7 +115,7 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
     EXPECT_THAT(CompleteInZsh("toolkit log ''"), HasSubstr("--severity["));
 }
 
-// An entry in /tmp, where any user may create names. The destructor removes it.
+// A file or link in /tmp, where any user may create one. The destructor removes it.
 class NameInTmp {
 public:
     explicit NameInTmp(const std::string& suffix)
@@ -147,7 +147,7 @@ TEST_F(CompletionTest, OffersLogNamesInBash)
     EXPECT_THAT(CompleteInBash("toolkit log --json ''"), Contains(log.Name()));
 }
 
-TEST_F(CompletionTest, DoesNotRunACommandInALogNameInBash)
+TEST_F(CompletionTest, DoesNotRunCommandsFromLogNamesInBash)
 {
     const NameInTmp log("$(touch ran)`touch ran`");
     log.Write();
@@ -158,7 +158,7 @@ TEST_F(CompletionTest, DoesNotRunACommandInALogNameInBash)
     EXPECT_FALSE(std::filesystem::exists(PathOf("ran")));
 }
 
-TEST_F(CompletionTest, EscapesSpacesInALogNameInBash)
+TEST_F(CompletionTest, EscapesSpacesOfLogNamesInBash)
 {
     const NameInTmp log(" two words");
     log.Write();
@@ -184,7 +184,7 @@ TEST_F(CompletionTest, IgnoresALinkToAFileOfTheUser)
     }
 }
 
-TEST_F(CompletionTest, DoesNotRunACommandInALogNameInOtherShells)
+TEST_F(CompletionTest, DoesNotRunCommandsFromLogNamesInOtherShells)
 {
     const NameInTmp log("$(touch ran)(touch ran)");
     log.Write();

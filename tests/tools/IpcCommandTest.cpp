@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(IpcCommandTest, PrintsReceivedMessagesInListen)
+TEST_F(IpcCommandTest, PrintsReceivedMessages)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("toolkit: listening at " + Service() + "\n");
@@ -42,7 +42,7 @@ TEST_F(IpcCommandTest, PrintsReceivedMessagesInListen)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
-TEST_F(IpcCommandTest, EndsListenAfterTheRequestedNumberOfMessages)
+TEST_F(IpcCommandTest, StopsListeningAfterTheRequestedNumberOfMessages)
 {
     RunningCommand server({"ipc", "listen", "--count", "2", Service()});
     server.ReadUntil("listening");
@@ -54,7 +54,7 @@ TEST_F(IpcCommandTest, EndsListenAfterTheRequestedNumberOfMessages)
     EXPECT_EQ(server.Wait(), 0);
 }
 
-TEST_F(IpcCommandTest, EndsListenWhenItsOutputIsClosed)
+TEST_F(IpcCommandTest, StopsListeningWhenItsOutputIsClosed)
 {
     RunningCommand server({"ipc", "listen", Service()});
     server.ReadUntil("listening");
@@ -65,7 +65,7 @@ TEST_F(IpcCommandTest, EndsListenWhenItsOutputIsClosed)
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
-TEST_F(IpcCommandTest, EndsListenCleanlyOnASignal)
+TEST_F(IpcCommandTest, StopsListeningCleanlyOnASignal)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         SCOPED_TRACE(signal);
@@ -77,7 +77,7 @@ TEST_F(IpcCommandTest, EndsListenCleanlyOnASignal)
     }
 }
 
-TEST_F(IpcCommandTest, ReportsInSendThatNoServerListens)
+TEST_F(IpcCommandTest, ReportsThatNoServerListens)
 {
     const ProgramResult result = Run({"ipc", "send", Service(), "x"});
 
@@ -117,7 +117,7 @@ TEST_F(IpcCommandTest, RejectsANumberAsAServiceName)
               "toolkit: not a valid service name: \"1234\"\n");
 }
 
-TEST_F(IpcCommandTest, DistinguishesLiveFromStaleSocketsInList)
+TEST_F(IpcCommandTest, ListsLiveAndStaleSockets)
 {
     {
         RunningCommand server({"ipc", "listen", ListedPath()});

@@ -258,7 +258,6 @@ TEST_F(LogFollowTest, EndsWhenItsOutputIsClosed)
     EXPECT_EQ(command.Wait(), -SIGPIPE);
 }
 
-// The logger's file has room for about eighty lines.
 TEST_F(LogFollowTest, PrintsAllLinesOfAMessageInAWrappedLog)
 {
     const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
@@ -271,9 +270,9 @@ TEST_F(LogFollowTest, PrintsAllLinesOfAMessageInAWrappedLog)
     EXPECT_THAT(command.ReadUntil("lines\n"), EndsWith("newest\n9500 info f:1 two\n    lines\n"));
 }
 
-// Each round may end before the previous one did, so the rests of several lines may follow the
-// newest line.
-TEST_F(LogFollowTest, PrintsNoRestsOfOlderLinesAtTheEndOfALog)
+// Each round may end before the previous one did, so the remains of several older lines may follow
+// the newest line.
+TEST_F(LogFollowTest, PrintsNoRemainsOfOlderLinesAtTheEndOfALog)
 {
     const long end = WriteAt(0, "2 9000 : 1 : f : newest\n");
     WriteAt(end, "2 4000 : 1 : f : the last line of a round\nlast line of an older round\n");
@@ -288,6 +287,7 @@ TEST_F(LogFollowTest, PrintsNoRestsOfOlderLinesAtTheEndOfALog)
                 EndsWith("newest\n9500 info f:1 last\n9900 info f:1 first.\n"));
 }
 
+// The logger's file has room for about 20 of the 200 lines.
 TEST_F(LogFollowTest, ShowsAllLinesOfALoggerThatWrapsOften)
 {
     constexpr int lines = 200;

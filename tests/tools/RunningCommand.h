@@ -62,7 +62,7 @@ public:
             const bool isReady = ::poll(&output, 1, timeoutMs) == 1;
             const ssize_t count = isReady ? ::read(m_output, bytes, sizeof bytes) : 0;
             if (count <= 0) {
-                ADD_FAILURE() << "not written: " << text << "\nbut: " << m_text;
+                ADD_FAILURE() << "not written: " << text << "\nactual output: " << m_text;
                 break;
             }
             m_text.append(bytes, static_cast<std::size_t>(count));
