@@ -69,7 +69,7 @@ const Text& CommandLine::GetValue(const Text& option) const
     return found == m_options.end() ? Text::Empty() : found->second->GetValue();
 }
 
-// Tells the parser that no option is required: Complete() checks that, and can name the option.
+// Registers the option as optional: Complete() checks for a missing one, and can name it.
 void CommandLine::AddOption(const Option& option)
 {
     const smart_ptr<CmdLineOption> added(new CmdLineOption(option.name, false));
@@ -86,7 +86,7 @@ void CommandLine::RejectUnknownOptions(const Text& line)
     for (const Text& word : words) {
         if (word.substr(0, 1) == CmdLineParser::c_strIdentifiers &&
             m_options.find(word.substr(1)) == m_options.end())
-            m_error = L"there is no option " + word;
+            m_error = L"unknown option " + word;
     }
 }
 

@@ -57,7 +57,7 @@ bool CommandOperation::RunCommand()
     if (m_isCancelled)
         return Fail(L"cancelled");
     if (!m_command)
-        return Fail(L"there is no such command");
+        return Fail(L"unknown command");
     if (!m_options.GetError().empty())
         return Fail(m_options.GetError());
     if (!m_result.Open())

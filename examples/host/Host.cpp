@@ -30,7 +30,7 @@ using namespace Toolkit;
 namespace {
 
 // What the host does when the library starts and stops. This module starts after the library's own
-// and stops before it, so both functions may use paths, versions and the log.
+// module and stops before that one, so both functions may use paths, versions and the log.
 class HostModule : public LibModule {
 public:
     void Initialize() override
@@ -149,7 +149,7 @@ int Run(const Options& options, PlugIns& plugIns, const Text& startLine)
     LogSeverity level = SeverityInfo;
     const Text levelString = options.GetValue(L"level", settings.GetValue(L"Log", L"level", L"2"));
     if (!ParseLevel(levelString, level))
-        return Fail(L"The log level is a number from 0 to 4, not: " + levelString);
+        return Fail(L"The log level must be a number from 0 to 4, not \"" + levelString + L"\"");
 
     const FileLogger* const log = StartLog(level, settings.GetValue(L"Log", L"name", Text::Empty()),
                                            settings.GetUint32(L"Log", L"sizeLimit", 1'000'000));

@@ -60,7 +60,7 @@ Text Options::FindError(const std::vector<Text>& words) const
             std::find_if(std::begin(c_options), std::end(c_options),
                          [&](const OptionForm& f) { return word->substr(1) == f.name; });
         if (form == std::end(c_options))
-            return L"there is no option " + *word;
+            return L"unknown option " + *word;
         if (!form->takesValue)
             continue;
         if (std::next(word) == words.end() || IsOption(*std::next(word)))

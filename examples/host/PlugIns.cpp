@@ -93,8 +93,8 @@ Text PlugIns::FindError(const PlugIn* plugIn) const
         return plugIn->failure;
     for (std::size_t i = 0; i < plugIn->commandCount; ++i) {
         if (FindCommand(plugIn->commands[i].name))
-            return Text(L"another plug-in already provides the command ") +
-                   plugIn->commands[i].name;
+            return Text(L"another plug-in already provides the command \"") +
+                   plugIn->commands[i].name + L"\"";
     }
     return Text();
 }

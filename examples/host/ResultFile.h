@@ -21,8 +21,8 @@ public:
     ResultFile(const ResultFile&) = delete;
     ResultFile& operator=(const ResultFile&) = delete;
 
-    /// Open, write and complete the file, in this order. On failure they return false, and
-    /// GetError() returns the reason.
+    /// Open, write and complete the file; call them in this order. Each returns false on failure,
+    /// and GetError() then returns the reason.
     bool Open();
     bool Write(const char* bytes, std::size_t count);
     bool Commit();

@@ -40,15 +40,15 @@ public:
 
     /// Reports that `done` of `total` units are done; `unit` is their name, such as L"entries". A
     /// `total` of 0 means that the total is unknown. Call it as often as you like: the host shows
-    /// only some of them. False if the command was cancelled: it has failed and should return soon.
+    /// only some reports. False if the command was cancelled: it has failed and should return soon.
     virtual bool ReportProgress(unsigned long long done, unsigned long long total,
                                 const wchar_t* unit) noexcept = 0;
 
     /// Warns the user that the result is incomplete. The command continues.
     virtual void Warn(const TString<wchar_t>& message) noexcept = 0;
 
-    /// Sets the message that tells the user why the command failed; only the first call counts.
-    /// Always returns false:
+    /// Sets the message that says why the command failed; only the first call counts. Always
+    /// returns false:
     ///
     ///     if (!file.Open(path, L"rb"))
     ///         return run.Fail(L"cannot read " + path);

@@ -94,8 +94,8 @@ TEST_F(HostCommandsTest, WarnsAboutDamagedAndEncryptedEntries)
     Quit(host);
 
     EXPECT_THAT(m_host.Log(),
-                AllOf(ContainsRegex("\n1 [^\n]*the entry damaged is damaged, and was searched"),
-                      ContainsRegex("\n1 [^\n]*the entry secret is encrypted and was not")));
+                AllOf(ContainsRegex("\n1 [^\n]*the entry \"damaged\" is damaged and was searched"),
+                      ContainsRegex("\n1 [^\n]*the entry \"secret\" is encrypted and was not")));
 }
 
 TEST_F(HostCommandsTest, EscapesControlCharactersInEntryNames)
@@ -108,11 +108,11 @@ TEST_F(HostCommandsTest, EscapesControlCharactersInEntryNames)
     RunForResult(host, {"search", "-archive", archive, "-pattern", "fog"});
     Quit(host);
 
-    EXPECT_THAT(m_host.Log(), HasSubstr("the entry \\x1B]0;evil\\x07\\x0A0 1 : 1 : forged is"));
+    EXPECT_THAT(m_host.Log(), HasSubstr("the entry \"\\x1B]0;evil\\x07\\x0A0 1 : 1 : forged\" is"));
     EXPECT_THAT(m_host.Log(), Not(HasSubstr("\x1B")));
 }
 
-TEST_F(HostCommandsTest, FindsLinesInTheFilesInAFolder)
+TEST_F(HostCommandsTest, FindsLinesInTheFilesOfAFolder)
 {
     Write("texts/b.txt", "clear\nfog one");
     Write("texts/a.txt", std::string("fog\0in it\n", 10));
@@ -188,18 +188,18 @@ TEST_F(HostCommandsTest, ReportsWhyItFails)
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const ServingHost host(m_host);
     const std::pair<Arguments, std::string> cases[] = {
-        {{"nothing"}, "there is no such command"},
+        {{"nothing"}, "unknown command"},
         {{"list"}, "the option -archive or its value is missing"},
-        {{"list", "-archive", archive, "-deep"}, "there is no option -deep"},
-        {{"list", "-archive", "/none.zip"}, "there is no archive /none.zip"},
+        {{"list", "-archive", archive, "-deep"}, "unknown option -deep"},
+        {{"list", "-archive", "/none.zip"}, "cannot find the archive /none.zip"},
         {{"list", "-archive", text}, text + " is not a readable archive"},
-        {{"find", "-folder", "/none", "-pattern", "x"}, "there is no folder /none"},
+        {{"find", "-folder", "/none", "-pattern", "x"}, "cannot find the folder /none"},
         {{"encode", "-in", "/none", "-as", "base64"}, "cannot read /none"},
         {{"encode", "-in", pipe, "-as", "base64"}, "cannot read " + pipe},
         {{"encode", "-in", text, "-as", "rot13"},
-         "the encodings are base64 and quoted-printable, not rot13"},
+         "the encoding must be base64 or quoted-printable, not \"rot13\""},
         {{"encode", "-in", bytes, "-as", "quoted-printable"},
-         bytes + ", line 1: this is not text in UTF-8"},
+         bytes + ", line 1: this is not UTF-8 text"},
         {{"decode", "-in", text, "-as", "quoted-printable"},
          text + ", line 1: this is not quoted-printable text"},
         {{"decode", "-in", nulls, "-as", "quoted-printable"},
@@ -336,7 +336,7 @@ TEST_F(HostCommandsTest, ReportsThatAResultExceedsTheFileSizeLimit)
     EXPECT_FALSE(std::filesystem::exists(File("result")));
 }
 
-TEST_F(HostCommandsTest, ResolvesRelativePathsWhereTheCommandIsStarted)
+TEST_F(HostCommandsTest, ResolvesRelativePathsAgainstTheDirectoryOfTheCaller)
 {
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);

@@ -243,7 +243,7 @@ TEST_F(HostServerTest, RunsEachOfManyConcurrentCommands)
         }
     });
     EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
-    const std::vector<std::string> shown = host.AwaitRest();
+    const std::vector<std::string> shown = host.AwaitEnd();
 
     for (int i = 0; i < commands; ++i) {
         const std::string number = std::to_string(i);
@@ -268,7 +268,7 @@ TEST_F(HostServerTest, RunsEachHandedOverCommandWhileEnding)
         if (process == processes) { // the additional thread, which ends the host
             host.AwaitLine("20 list: done");
             EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
-            host.AwaitRest();
+            host.AwaitEnd();
             return;
         }
         for (int i = 0;; ++i) {
@@ -347,7 +347,7 @@ TEST_F(HostServerTest, CompletesEarlierCommandsBeforeQuitting)
     m_host.Run({"-quit"});
     EXPECT_FALSE(std::filesystem::exists(File("result")));
     Write("go", "");
-    host.AwaitRest();
+    host.AwaitEnd();
 
     EXPECT_EQ(host.WaitForExitCode(), 0);
     EXPECT_EQ(ReadWholeFile(File("result")), "half of it\nthe other half\n");
@@ -355,7 +355,7 @@ TEST_F(HostServerTest, CompletesEarlierCommandsBeforeQuitting)
         EXPECT_EQ(ReadWholeFile(File(name)), "9\tfolder/two.txt\n19\tone.txt\n");
 }
 
-TEST_F(HostServerTest, LeavesOnlyACompleteLogAfterQuitting)
+TEST_F(HostServerTest, RemovesTheSocketAndCompletesTheLogWhenQuitting)
 {
     const std::string archive = WriteArchive();
     ServingHost host(m_host);
@@ -403,7 +403,7 @@ TEST_F(HostServerTest, CancelsTheRunningCommandAndStopsOnASignal)
         host.Send(signal);
 
         EXPECT_EQ(host.AwaitOutcome("1 wait"), "failed: cancelled");
-        host.AwaitRest();
+        host.AwaitEnd();
         EXPECT_EQ(host.WaitForExitCode(), 0);
         EXPECT_FALSE(std::filesystem::exists(host.Socket()));
         EXPECT_THAT(m_host.Log(), ContainsRegex("Stopping after [0-9]+ ms\n$"));
@@ -420,7 +420,7 @@ TEST_F(HostServerTest, EndsWithinFiveSecondsOfASignalDespiteABusyCommand)
 
     const auto begin = std::chrono::steady_clock::now();
     host.Send(SIGTERM);
-    host.AwaitRest();
+    host.AwaitEnd();
 
     EXPECT_EQ(host.WaitForExitCode(), 1);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, GetTimeLimit(5));
@@ -470,7 +470,7 @@ TEST_F(HostServerTest, CancelsQueuedCommandsOnASignal)
     host.Send(SIGTERM);
 
     EXPECT_EQ(host.AwaitOutcome("2 wait-blindly"), "failed: cancelled");
-    host.AwaitRest();
+    host.AwaitEnd();
     EXPECT_EQ(host.WaitForExitCode(), 0);
 }
 
@@ -489,7 +489,7 @@ TEST_F(HostServerTest, ServesWithTheSameCommandLineAfterARestart)
     EXPECT_EQ(RunForResult(host, {"list", "-archive", archive}),
               "9\tfolder/two.txt\n19\tone.txt\n");
     EXPECT_EQ(m_host.Run({"-quit"}).exitCode, 0);
-    host.AwaitRest();
+    host.AwaitEnd();
     EXPECT_FALSE(std::filesystem::exists(host.Socket()));
     // The new host started its log after the old one had completed its own.
     EXPECT_THAT(m_host.Log(), AllOf(Not(HasSubstr("ActivateRestartProcess")),
@@ -498,7 +498,7 @@ TEST_F(HostServerTest, ServesWithTheSameCommandLineAfterARestart)
                                     ContainsRegex("Stopping after [0-9]+ ms\n$")));
 }
 
-TEST_F(HostServerTest, WritesASeparateLogBesideAnotherHost)
+TEST_F(HostServerTest, WritesASeparateLogWhileAnotherHostRuns)
 {
     Write("notes.txt", "clear\n");
     const std::string settings = Write("other.ini", "[Text]\nfile=notes.txt\nfind=clear\n");

@@ -186,8 +186,8 @@ TEST_F(HostTest, RejectsAnInvalidLogLevel)
         SCOPED_TRACE(level);
         const ProgramResult result = m_host.Run({"-level", level});
         EXPECT_EQ(result.exitCode, 1);
-        EXPECT_EQ(result.errors,
-                  "host: The log level is a number from 0 to 4, not: " + std::string(level) + "\n");
+        EXPECT_EQ(result.errors, "host: The log level must be a number from 0 to 4, not \"" +
+                                     std::string(level) + "\"\n");
     }
 }
 
@@ -195,10 +195,10 @@ TEST_F(HostTest, ShowsTheUsageForAnInvalidCommandLine)
 {
     InstallSmallText();
     const std::pair<std::vector<std::string>, const char*> cases[] = {
-        {{"-colour", "red"}, "there is no option -colour"},
-        {{"--quiet"}, "there is no option --quiet"},
-        {{"-Find", "fog"}, "there is no option -Find"},
-        {{"-5"}, "there is no option -5"},
+        {{"-colour", "red"}, "unknown option -colour"},
+        {{"--quiet"}, "unknown option --quiet"},
+        {{"-Find", "fog"}, "unknown option -Find"},
+        {{"-5"}, "unknown option -5"},
         {{"-find"}, "the option -find needs a value"},
         {{"-find", "-quiet"}, "the option -find needs a value"},
         {{"-quiet", "stray"}, "\"stray\" is neither an option nor the value of one"},
@@ -268,7 +268,7 @@ TEST_F(HostTest, FailsWithoutTheTextToSearch)
                                  (m_host.ConfigurationPath() / "none.txt").native() + "\n");
 }
 
-TEST_F(HostTest, FailsWhenTheSettingsDoNotNameAText)
+TEST_F(HostTest, FailsWhenTheSettingsDoNotNameATextFile)
 {
     const std::string settings = WriteFile("host.ini", "[Text]\n");
 

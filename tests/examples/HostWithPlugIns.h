@@ -79,7 +79,7 @@ protected:
     void Quit(ServingHost& host) const
     {
         EXPECT_EQ(m_host.Run({"-quit"}).output, c_handedOver);
-        host.AwaitRest();
+        host.AwaitEnd();
         EXPECT_EQ(host.WaitForExitCode(), 0);
     }
 

@@ -67,7 +67,7 @@ public:
 
     /// Waits until the host and all processes that it has started have ended. Returns the remaining
     /// lines of output.
-    std::vector<std::string> AwaitRest() const
+    std::vector<std::string> AwaitEnd() const
     {
         std::vector<std::string> lines;
         for (std::string line = m_program.ReadLine(); !line.empty(); line = m_program.ReadLine())

@@ -34,7 +34,7 @@ bool Open(ArchiveZip& archive, ArchiveZip::EntriesMap& entries, CommandRun& run)
 {
     const Text& path = run.GetValue(L"archive");
     if (!PathManager::FileExists(path))
-        return run.Fail(L"there is no archive " + path);
+        return run.Fail(L"cannot find the archive " + path);
     archive.Open(path);
     if (archive.EntriesList(entries, run.GetValue(L"filter"), ArchiveEntriesFlags::FilesOnly) < 0 ||
         !HasZipSignature(path))
@@ -64,7 +64,7 @@ bool SearchEntry(EntrySearch& search, ArchiveZip& archive, const Text& name,
                  const smart_ptr<ArchiveZipEntry>& entry, CommandRun& run)
 {
     if (entry->GetFlags() & wxZIP_ENCRYPTED) {
-        run.Warn(L"the entry " + name + L" is encrypted and was not searched");
+        run.Warn(L"the entry \"" + name + L"\" is encrypted and was not searched");
         return true;
     }
     return search.Search(name, *archive.GetZipInputStream(entry));

@@ -45,7 +45,8 @@ bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
         lines.Add(block.data(), bytes.LastRead(), examine);
     lines.AddEnd(examine);
     if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
-        m_run.Warn(L"the entry " + name + L" is damaged, and was searched only up to the damage");
+        m_run.Warn(L"the entry \"" + name +
+                   L"\" is damaged and was searched only up to the damage");
     return isStored;
 }
 

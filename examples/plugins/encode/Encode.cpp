@@ -26,7 +26,7 @@ bool RunChosen(CommandRun& run, bool (*base64)(CommandRun&), bool (*quotedPrinta
         return base64(run);
     if (encoding == L"quoted-printable")
         return quotedPrintable(run);
-    return run.Fail(L"the encodings are base64 and quoted-printable, not " + encoding);
+    return run.Fail(L"the encoding must be base64 or quoted-printable, not \"" + encoding + L"\"");
 }
 
 bool Encode(CommandRun& run)

@@ -126,7 +126,7 @@ bool EncodeToQuotedPrintable(HostPlugIn::CommandRun& run)
     return VisitLines(bytes, [&](unsigned int number, const std::string& line, bool hasEnd) {
         const Text text = UTF8::ToUNICODE(line);
         if ((text.empty() && !line.empty()) || line.find('\0') != std::string::npos)
-            return FailOnLine(run, number, L"this is not text in UTF-8");
+            return FailOnLine(run, number, L"this is not UTF-8 text");
         const std::string code =
             InsertSoftBreaks(UTF8::ToUTF8(QP::ToQP(text))) + (hasEnd ? "\r\n" : "");
         return run.Write(code.data(), code.size());
@@ -138,16 +138,16 @@ bool DecodeFromQuotedPrintable(HostPlugIn::CommandRun& run)
     std::string bytes;
     if (!ReadAll(run, bytes))
         return false;
-    std::string code; // of the current line, joined from the pieces between its soft breaks
+    std::string code; // the current line so far, without soft breaks
     unsigned int lastNumber = 0;
     const bool areWritten =
-        VisitLines(bytes, [&](unsigned int number, std::string piece, bool hasEnd) {
+        VisitLines(bytes, [&](unsigned int number, std::string part, bool hasEnd) {
             lastNumber = number;
-            RemoveTrailingSpaces(piece);
-            const bool hasSoftBreak = !piece.empty() && piece.back() == '=';
+            RemoveTrailingSpaces(part);
+            const bool hasSoftBreak = !part.empty() && part.back() == '=';
             if (hasSoftBreak)
-                piece.pop_back();
-            code += piece;
+                part.pop_back();
+            code += part;
             if (hasSoftBreak)
                 return true;
             const std::string line = std::exchange(code, {});

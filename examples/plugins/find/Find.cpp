@@ -53,7 +53,7 @@ bool Find(CommandRun& run)
     LineSearch search(run.GetValue(L"pattern"));
     const Text& folder = run.GetValue(L"folder");
     if (!Directory::Exist(folder))
-        return run.Fail(L"there is no folder " + folder);
+        return run.Fail(L"cannot find the folder " + folder);
 
     const std::vector<Text> names =
         FindFiles(folder, run.GetValue(L"files"), run.IsDefined(L"deep"));
