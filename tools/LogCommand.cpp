@@ -138,7 +138,8 @@ void AddLogCommand(CLI::App& app, Action& action)
     log->add_option("-s,--severity", options->severity, "Only lines at least this severe")
         ->check(CLI::IsMember(
             std::vector<std::string>(std::begin(c_severityNames), std::end(c_severityNames))));
-    log->add_option("-f,--function", options->functions, "Only lines of this function (repeatable)")
+    log->add_option("-f,--function", options->functions,
+                    "Only lines logged by this function (repeatable)")
         ->expected(1)
         ->take_all();
     log->add_option("-t,--text", options->text, "Only lines whose message contains this text");

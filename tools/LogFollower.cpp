@@ -18,7 +18,7 @@ constexpr std::size_t c_restLength = 1 << 16;
 // time and writing the line. A line that waited longer is printed when a new line follows it.
 constexpr std::int64_t c_usualDelayMs = 100;
 
-// How much older a message of wxWidgets may be than the last change of the file.
+// How much older a message from wxWidgets may be than the last change of the file.
 constexpr std::int64_t c_maxWxDelaySeconds = 2;
 
 // File times advance in steps of a few milliseconds, and a second write within one step does not
@@ -191,7 +191,7 @@ bool LogFollower::IsNew(const LogRecord& record) const
 {
     if (record.offset >= m_knownLength)
         return true;
-    // For messages of wxWidgets, `tick` is in seconds since 1970.
+    // For messages from wxWidgets, `tick` is in seconds since 1970.
     if (record.header->isFromWx)
         return record.header->tick + c_maxWxDelaySeconds >= m_written.tv_sec;
     if (!m_newestTick)

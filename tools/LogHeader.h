@@ -10,10 +10,10 @@ namespace Tool {
 /// the line.
 struct LogHeader {
     int severity = 0;
-    bool isFromWx = false;       ///< A message of wxWidgets, without a source line.
+    bool isFromWx = false;       ///< A message from wxWidgets, without a source line.
     std::uint32_t tick = 0;      ///< In milliseconds; if `isFromWx`, seconds since 1970.
     std::string_view sourceLine; ///< Decimal.
-    std::string_view function;   ///< "wx" for a message of wxWidgets.
+    std::string_view function;   ///< "wx" for a message from wxWidgets.
     std::string_view message;
 };
 

@@ -69,7 +69,7 @@ const Text& CommandLine::GetValue(const Text& option) const
     return found == m_options.end() ? Text::Empty() : found->second->GetValue();
 }
 
-// Registers the option as optional: Complete() checks for a missing one, and can name it.
+// Registers the option as optional: Complete() checks required options, and names a missing one.
 void CommandLine::AddOption(const Option& option)
 {
     const smart_ptr<CmdLineOption> added(new CmdLineOption(option.name, false));

@@ -31,7 +31,7 @@ complete -c toolkit -n '__toolkit_at' -f -a paths -d 'Print the directories and 
 complete -c toolkit -n '__toolkit_at' -f -a about -d 'Print versions, or test the library'
 
 complete -c toolkit -n '__toolkit_in log' -s s -l severity -x -a 'error warning info debug verbose' -d 'Only lines at least this severe'
-complete -c toolkit -n '__toolkit_in log' -s f -l function -x -d 'Only lines of this function'
+complete -c toolkit -n '__toolkit_in log' -s f -l function -x -d 'Only lines logged by this function'
 complete -c toolkit -n '__toolkit_in log' -s t -l text -x -d 'Only lines with this text'
 complete -c toolkit -n '__toolkit_in log' -s e -l regex -x -d 'Only lines that match this regular expression'
 complete -c toolkit -n '__toolkit_in log' -s F -l follow -d 'Keep printing new lines'
