@@ -20,14 +20,14 @@ public:
     virtual ~CmdLineOption();
 
     const TString<wchar_t>& GetName() const { return m_name; }
-    /// Empty when no value followed the option.
+    /// Empty if no value followed the option.
     const TString<wchar_t>& GetValue() const { return m_value; }
     bool IsRequired() const { return m_required != 0; }
     /// Whether the option was on the command line.
     bool IsDefined() const { return m_defined != 0; }
 
     void SetDefined() { m_defined = 1; }
-    /// Sets the value alone; the option does not become defined.
+    /// Sets only the value; the option does not become defined.
     void SetValue(const TString<wchar_t>& value) { m_value = value; }
 
 private:

@@ -17,11 +17,12 @@ class IniSections;
 ///     ; a comment, in the first column only
 ///     name = value
 ///
-/// Lines are split and decoded as in `TextFile`. The name of a section is everything between the
-/// brackets, spaces included; a repeated header continues its section. Spaces and tabs around keys
-/// and values are dropped; quotes have no meaning. If a key is repeated in a section, its first
-/// line counts. Lines above the first header, and lines that are neither header nor key, are
-/// ignored. Names are case-sensitive.
+/// Lines are split and decoded as in `TextFile`. A line that begins with "[" and ends with "]" is
+/// the header of a section, whose name is everything between the brackets, spaces included; a
+/// repeated header continues its section. Spaces and tabs around keys and values are dropped;
+/// quotes have no meaning. If a key is repeated in a section, its first line counts. Lines above
+/// the first header, and lines that are neither header nor key, are ignored. Names are
+/// case-sensitive.
 ///
 /// An object may be copied. Several threads may read it at the same time. The first read of a value
 /// decodes all values of its section: if they do not fit into memory, GetValue(), GetUint32(),
@@ -45,20 +46,22 @@ public:
     /// Whether the key exists, even with an empty value.
     bool HasValue(const TString<wchar_t>& section, const TString<wchar_t>& key) const;
 
-    /// Returns the value of a key; the reference is valid until the next Parse(). Without the key,
-    /// returns a reference to `defaultValue`, which must outlive the use of the result.
+    /// Returns the value of a key; the reference is valid until the object is destroyed, assigned
+    /// to or parses again. Without the key, returns a reference to `defaultValue`, which must
+    /// outlive the use of the result.
     const TString<wchar_t>& GetValue(const TString<wchar_t>& section, const TString<wchar_t>& key,
                                      const TString<wchar_t>& defaultValue) const;
 
-    /// Return the number at the beginning of a value, or 0 if there is none; `defaultValue` for a
-    /// key that is missing or empty.
+    /// Return the number at the beginning of a value, read like TString::ToUint32() and
+    /// TString::ToInt32(), or 0 if there is none; `defaultValue` if the key is missing or its value
+    /// is empty.
     unsigned int GetUint32(const TString<wchar_t>& section, const TString<wchar_t>& key,
                            unsigned int defaultValue) const;
     int GetInt32(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  int defaultValue) const;
 
     /// Whether the number at the beginning of a value is 1, so "yes" and "true" are false;
-    /// `defaultValue` for a key that is missing or empty.
+    /// `defaultValue` if the key is missing or its value is empty.
     bool GetBool(const TString<wchar_t>& section, const TString<wchar_t>& key,
                  bool defaultValue) const;
 

@@ -23,7 +23,7 @@ public:
     /// Appends a key, which may repeat an earlier one.
     void Add(std::string_view key, std::string_view value);
 
-    /// Drops repeated keys and indexes the others. Called once, after the last Add().
+    /// Keeps the first entry of each key and indexes the keys. Called once, after the last Add().
     void Complete();
 
     bool HasKey(std::wstring_view key) const;

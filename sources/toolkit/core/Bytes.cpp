@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// Serialize() and Deserialize() return these codes, whatever code the stream returned.
+// On failure, Serialize() and Deserialize() return these codes, whatever code the stream returned.
 constexpr unsigned int c_writeFailed = StreamResult::NotOpen;
 constexpr unsigned int c_readFailed = StreamResult::DataFailed;
 

@@ -9,7 +9,7 @@ namespace Toolkit {
 
 /// Writes objects to a named file, or reads them from it.
 ///
-/// The constructor does not report a file that cannot be opened; reading and writing fail then.
+/// The constructor does not report a file that cannot be opened; all reads and writes then fail.
 class TOOLKIT_API FSSerializer : public Serializer {
 public:
     enum OpenMode : int { OpenRead = FSStream::OpenRead, OpenWrite = FSStream::OpenWrite };

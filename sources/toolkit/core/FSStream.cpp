@@ -74,7 +74,7 @@ bool ReadCharacters(StreamFile& file, std::size_t size, TString<wchar_t>& text)
         text.assign(characters.c_str());
         return true;
     }
-    // ReadRecords: a temporary string for each one takes 1.5 times as long.
+    // ReadRecords: a temporary string for each read takes 1.5 times as long.
     if (!file.Read(piece, size))
         return false;
     text.assign(piece, ::wcsnlen(piece, size / sizeof(wchar_t)));

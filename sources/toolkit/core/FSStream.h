@@ -19,9 +19,9 @@ class StreamFile;
 /// Integers and characters are stored as they are in memory, so a host with another byte order
 /// cannot read the file. One object is used by one thread at a time. Nothing is thrown or logged.
 ///
-/// Writes are not buffered: the data are in the file when the operation returns. A regular file
-/// that is only read is read up to 64 KiB ahead: the stream sees what another process appends, but
-/// may miss what another process overwrites in those 64 KiB.
+/// Writes are not buffered: the data are in the file when the operation returns. From a regular
+/// file that is open for reading only, the stream reads up to 64 KiB ahead: it sees what another
+/// process appends, but may miss what another process overwrites in those 64 KiB.
 class TOOLKIT_API FSStream : public IStream {
 public:
     /// The values of `wxFile::OpenMode`; its other modes are accepted as well.
@@ -46,6 +46,7 @@ public:
     /// Writes four bytes. Returns `StreamResult::WriteIntegerFailed` if the system writes fewer.
     unsigned int Write(unsigned int value) override;
 
+    /// Writes `size` bytes. For a size of 0 returns `StreamResult::Ok`, even if `data` is null.
     unsigned int Write(const void* data, unsigned int size) override;
 
     /// Reads the size in bytes with `Read(unsigned int&)`, then the characters. Stores those before
@@ -56,10 +57,11 @@ public:
     /// dropped. Memory grows with the bytes read, not with the size that the file claims.
     unsigned int Read(TString<wchar_t>& text) override;
 
-    /// Reads four bytes. After a failure `value` may have changed in part.
+    /// Reads four bytes. After a failure, some bytes of `value` may have changed.
     unsigned int Read(unsigned int& value) override;
 
-    /// Reads exactly `size` bytes. If fewer are left, stores those in `data` and fails.
+    /// Reads exactly `size` bytes. If fewer are left, stores those in `data` and fails. For a size
+    /// of 0 returns `StreamResult::Ok`, even if `data` is null.
     unsigned int Read(void* data, unsigned int size) override;
 
     /// Returns the low 32 bits of the file's length in bytes; 0 if no file is open, and for a pipe.
@@ -68,7 +70,7 @@ public:
 private:
     bool IsOpen() const;
 
-    std::unique_ptr<StreamFile> m_file; // null when it is not open
+    std::unique_ptr<StreamFile> m_file; // null when no file is open
 };
 
 } // namespace Toolkit

@@ -8,7 +8,7 @@ namespace StreamResult {
 
 constexpr unsigned int Ok = 0;
 
-/// The string or buffer was empty: there was nothing (more) to transfer. Not a failure.
+/// An empty string was written or read, or an empty `Bytes` was to be written. Not a failure.
 constexpr unsigned int Nothing = 0x01000000;
 
 constexpr unsigned int FailureBit = 0x10000000;
@@ -22,7 +22,7 @@ constexpr unsigned int NotOpen = 0x10000002;
 /// Fewer bytes were read or written than asked for, the data pointer is null, or memory ran out.
 constexpr unsigned int DataFailed = 0x10000003;
 
-/// The size before a string could not be written.
+/// The size before a string could not be written, or does not fit into 32 bits.
 constexpr unsigned int WritePrefixFailed = 0x10000005;
 
 /// The size before a string could not be read.

@@ -186,8 +186,8 @@ void SplitText(const std::wstring& text, const DelimiterScanner& scanner, bool s
     }
 }
 
-// Whether a replacement can become part of a new occurrence, together with the characters before
-// it, after it, or both.
+// Whether a replacement can contain an occurrence, or form one with the characters before it, after
+// it, or both.
 bool CanJoin(const std::wstring& from, const std::wstring& to)
 {
     for (std::size_t length = 1; length < from.size(); ++length) {
@@ -385,7 +385,7 @@ template <>
 void TString<wchar_t>::GetTokens(const TString& delimiters, std::vector<TString>& tokens,
                                  bool skipEmpty) const
 {
-    // Writing the tokens would overwrite a string that is still read.
+    // Writing the tokens would overwrite a string that is still being read.
     if (IsElementOf(tokens, *this) || IsElementOf(tokens, delimiters)) {
         TString(*this).GetTokens(TString(delimiters), tokens, skipEmpty);
         return;

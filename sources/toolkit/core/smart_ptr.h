@@ -31,7 +31,7 @@ public:
     }
 };
 
-/// Called by a count block after it has released its object. The library installs no listener.
+/// Called after the object of a count block has been released. The library installs no listener.
 class TOOLKIT_API IReleaseListener {
 public:
     virtual ~IReleaseListener();
@@ -58,7 +58,8 @@ public:
     static constexpr std::int32_t c_released = std::numeric_limits<std::int32_t>::min() / 2;
 
     /// The count of a block that is never freed. Far from 1, because two modules of a process may
-    /// share the block: then both construct it, which resets the count.
+    /// share the block without sharing the guard variable of its static: then both construct it,
+    /// which resets the count.
     static constexpr std::int32_t c_forEver = std::numeric_limits<std::int32_t>::max() / 2;
 
     std::atomic<std::int32_t> count;
@@ -153,8 +154,9 @@ public:
     /// Increments the shared count. Does not revive an object that is being released.
     void AddRef() { Share(*m_data); }
 
-    /// Decrements the shared count; at 0 releases the object and frees the count. The value must
-    /// not be used afterwards, unless others share the count.
+    /// Decrements the shared count; at 0 releases the object and frees the count. The destructor
+    /// decrements the count too, so balance the call with AddRef(). Unless others share the count,
+    /// the value must not be used afterwards, not even destroyed.
     void ReleaseRef()
     {
         smart_ptr_inner_data<Policy>* const data = m_data;

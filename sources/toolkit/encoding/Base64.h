@@ -47,9 +47,10 @@ public:
     static TString<wchar_t> ToUNICODE(const smart_ptr<Bytes>& bytes);
 
     /// Decodes Base64, despite its name: converts `text` to UTF-8, up to its first null character,
-    /// and follows the rules of `b64_encode_binary`. Returns an empty buffer if `text` is not valid
-    /// or has more than 2147483647 bytes in UTF-8, if it decodes to no bytes, or if there is no
-    /// memory for the text or the bytes; an empty pointer if there is none for the buffer object.
+    /// and follows the rules of `b64_encode_binary`. Returns an empty buffer if UTF-8 cannot encode
+    /// `text` or needs more than 2147483647 bytes, if `text` decodes to no bytes, or if there is no
+    /// memory for the UTF-8 or the bytes; an empty pointer if there is no memory for the buffer
+    /// object.
     static smart_ptr<Bytes> ToB64(const TString<wchar_t>& text);
 };
 

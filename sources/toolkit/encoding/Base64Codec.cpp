@@ -53,7 +53,7 @@ constexpr auto c_digits = [] {
 // Encodes six bytes as eight characters. Also reads the two bytes after them.
 inline void EncodeTwoGroups(const unsigned char* in, unsigned char* out)
 {
-    // Independent of the byte order: compilers merge the bytes into one load.
+    // Independent of the byte order. Compilers merge the bytes into one load.
     const std::uint64_t bits = std::uint64_t{in[0]} << 56 | std::uint64_t{in[1]} << 48 |
                                std::uint64_t{in[2]} << 40 | std::uint64_t{in[3]} << 32 |
                                std::uint64_t{in[4]} << 24 | std::uint64_t{in[5]} << 16 |

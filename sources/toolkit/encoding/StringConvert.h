@@ -17,7 +17,8 @@ public:
     ///
     /// Without a number, `value` is unchanged; " -12x" gives -12. A number out of range gives the
     /// nearest limit of the type. In an unsigned type, a negative number wraps around; if its
-    /// magnitude is out of range, it gives the maximum.
+    /// magnitude is out of range, it gives the maximum. In a double, an exponent without digits
+    /// makes the whole number invalid: "1e" leaves `value` unchanged.
     static bool ToInt32(const TString<char>& text, int& value);
     static bool ToInt32(const TString<wchar_t>& text, int& value);
     static bool ToUint32(const TString<char>& text, unsigned int& value);
@@ -29,8 +30,8 @@ public:
     static bool ToDouble(const TString<char>& text, double& value);
     static bool ToDouble(const TString<wchar_t>& text, double& value);
 
-    /// Each function returns `value` in decimal, without padding. A double has up to six
-    /// significant digits, in the shorter of fixed and scientific notation: "0.5", "1.23457e+06".
+    /// Each function returns `value` in decimal, without padding. A double is formatted like
+    /// printf's "%g", with up to six significant digits: "0.5", "1.23457e+06".
     static TString<wchar_t> UStringFromInt32(int value);
     static TString<wchar_t> UStringFromUint32(unsigned int value);
     static TString<wchar_t> UStringFromInt64(long long value);

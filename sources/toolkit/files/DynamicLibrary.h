@@ -30,11 +30,12 @@ public:
     /// the library was loaded, if the name is empty, and when out of memory.
     const TString<wchar_t>& GetError() const { return m_error; }
 
-    /// Returns the address of a symbol; null if the library has no such symbol or is not loaded.
+    /// Returns the address of a symbol; null if the library has no such symbol, if this object
+    /// holds no library, as after Detach(), and when out of memory.
     void* GetSymbol(const TString<wchar_t>& name) const;
 
     /// Gives up ownership and returns the library's handle: the library stays loaded until Unload()
-    /// is called with the handle. Null if no library is loaded.
+    /// is called with the handle. Null if this object holds no library.
     void* Detach();
 
     /// Unloads the library whose `handle` Detach() returned. Ignores null.

@@ -20,8 +20,8 @@ public:
     ~FFile();
 
     /// Closes the current file and opens `name` with `mode`, such as "rb" or "a+". False, with no
-    /// file open, if `mode` is not valid, or if `name` cannot be opened or is a directory. Programs
-    /// that the process starts do not inherit the file.
+    /// file open, if `mode` is not valid, if `name` cannot be opened or is a directory, and when
+    /// out of memory. Programs that the process starts do not inherit the file.
     ///
     /// Opens pipes and devices too, and blocks like open(2): a pipe opens when its other end does.
     bool Open(const TString<wchar_t>& name, const TString<wchar_t>& mode);

@@ -6,7 +6,7 @@
 
 namespace Toolkit {
 
-/// Knows where the application is installed and where it keeps its data. The constructor computes
+/// Knows where the application is installed and where it keeps its data. The constructors compute
 /// the paths; one object serves the whole process.
 ///
 /// The standard directories are those of `wxStandardPaths`, for the application name that `wxApp`
@@ -60,8 +60,8 @@ public:
     const TString<wchar_t>& GetMassStorageDataPath() const { return m_massStorageDataPath; }
     /// Returns the separator of path components, a string of one character.
     const TString<wchar_t>& GetPathSeparator() const { return m_pathSeparator; }
-    /// Returns a lower-case name for this application, in this directory, run by this user:
-    /// /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
+    /// Returns a name for this application, in this directory, run by this user, in lower case as
+    /// by TString::ToLower(): /Apps/My Tool/bin/Tool.app run by ann gives "appsmy toolbintoolann".
     const TString<wchar_t>& GetApplicationUniqueName() const { return m_applicationUniqueName; }
 
     /// Returns the directory of the application's read-only data, queried on each call.

@@ -43,10 +43,11 @@ public:
 
     /// Writes all lines back to the file that was opened, in UTF-8 without a byte-order mark. False
     /// if no file is open, if it is a pipe or a device, and if anything cannot be written; the file
-    /// is then unchanged. Creates the file again if it has been deleted.
+    /// is then unchanged. Creates the file again if it has been deleted. An existing file keeps its
+    /// permissions, but not its owner or other hard links, because a new file takes its place.
     bool Write();
 
-    /// Moves the cursor to the first line and returns that line; empty if there is none.
+    /// Moves the cursor to the first line and returns that line; empty if the list is empty.
     TString<wchar_t> GetFirstLine();
 
     /// Moves the cursor to the next line and returns that line. On the last line the cursor stays
