@@ -6,8 +6,8 @@
 
 namespace Toolkit {
 
-/// One entry of a Zip archive, as the archive's directory describes it, with the properties of
-/// `wxZipEntry`.
+/// One entry of a Zip archive, with the properties of `wxZipEntry`. They come from the archive's
+/// central directory, or for a pipe from the header before the entry's data.
 ///
 /// Names and sizes are what the archive claims. A name may contain ".." or backslashes, so a
 /// program must check where it leads before extracting. "/" and "./" at the beginning are removed.

@@ -36,7 +36,7 @@ public:
 
     /// Reads the next line, without its end: a line feed, a carriage return or both. Returns false,
     /// with an empty `line`, after an error or if the entry ends first: a last line without a line
-    /// end is lost.
+    /// end is lost, and so is one that ends in a carriage return alone.
     bool ReadLine(TString<wchar_t>& line);
 
     /// Appends the rest of the entry to `bytes`. For damaged data it appends what can be

@@ -34,8 +34,8 @@ CalendarTime ToUtcTime(long long seconds);
 CalendarTime ToLocalTime(long long seconds);
 
 /// Moves a date by months, to the last day if the new month is too short, and then by days. The
-/// time of day is unchanged. Returns false if the new date is outside the supported years; `time`
-/// is then unspecified.
+/// time of day is unchanged. Returns false if either step leaves the supported years; `time` is
+/// then unspecified.
 bool MoveDate(CalendarTime& time, long long months, long long days);
 
 } // namespace Toolkit

@@ -14,8 +14,8 @@ namespace Toolkit {
 ///
 /// A date built from fields that are out of range is invalid: its getters return 0, and arithmetic
 /// does not change it. The years -292275054 to 292278993 are supported. One object is used by one
-/// thread at a time. Nothing is thrown or logged. When out of memory, a returned string is empty
-/// and a new date is invalid.
+/// thread at a time. Nothing is thrown or logged. When out of memory, a returned or written string
+/// is empty, and a new date is invalid.
 class TOOLKIT_API DateTime {
 public:
     /// Stores the current time, in whole seconds.
@@ -35,6 +35,7 @@ public:
     /// Replaces the value with the current time, in whole seconds.
     void Now();
 
+    /// Return the fields in local time. Cast the result of GetYear() to int: years may be negative.
     unsigned int GetYear() const;
     unsigned int GetMonth() const;
     unsigned int GetDay() const;
@@ -60,8 +61,9 @@ public:
 
     /// Parses year, month, day, hour, minute and second, separated by any one character each. The
     /// character after the seconds is skipped: the time is UTC if a Z follows it, otherwise local.
-    /// So "07:04:09 Z" is UTC and "07:04:09Z" is local. If the result is not a valid date, returns
-    /// false and makes this date invalid.
+    /// So "07:04:09 Z" is UTC and "07:04:09Z" is local. The numbers are truncated and checked like
+    /// the arguments of the constructors. If the result is not a valid date, or when out of memory,
+    /// returns false and makes this date invalid.
     bool ParseIsoString(const TString<wchar_t>& text);
     bool ParseIsoString(const TString<char>& text);
 
@@ -83,15 +85,15 @@ public:
     /// Adds a duration. If the sum is out of range, the date becomes invalid.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
     /// Adds or subtracts years and months, clamps the day to the last one of the month, and then
-    /// adds or subtracts weeks and days. The local time of day stays. The numbers are read as
-    /// signed, as in wxDateSpan: 4294967295 years are -1 year. If the result is out of range, the
-    /// date becomes invalid.
+    /// adds or subtracts weeks and days. The local time of day stays, but moves forward if daylight
+    /// saving skips it. The numbers are read as signed, as in wxDateSpan: 4294967295 years are -1
+    /// year. If the result is out of range, the date becomes invalid.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
 
-    /// Return how much later this date is than `other`, in whole units, truncated to 32 bits; 0 if
-    /// either date is invalid or `other` is empty.
+    /// Return how much later this date is than `other`, in whole units rounded toward zero and
+    /// truncated to 32 bits; 0 if either date is invalid or `other` is empty.
     int GetTotalHours(const smart_ptr<DateTime>& other) const;
     int GetTotalMinutes(const smart_ptr<DateTime>& other) const;
     long GetTotalSecondes(const smart_ptr<DateTime>& other) const;

@@ -16,8 +16,8 @@ struct DayPeriods {
 /// Returns `pattern` up to its first space, with the date tokens replaced.
 TString<wchar_t> FormatDateByPattern(TString<wchar_t> pattern, const CalendarTime& time);
 
-/// Returns `pattern` after its first space, with the time tokens replaced. Calls `getDayPeriods`
-/// for twelve-hour patterns only.
+/// Returns `pattern` after its first space, or all of it if there is no space, with the time tokens
+/// replaced. Calls `getDayPeriods` for twelve-hour patterns only.
 TString<wchar_t> FormatTimeByPattern(TString<wchar_t> pattern, const CalendarTime& time,
                                      DayPeriods (*getDayPeriods)());
 

@@ -99,9 +99,10 @@ public:
     static bool FileExists(const TString<wchar_t>& path);
     static bool DirExists(const TString<wchar_t>& path);
 
-    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
+    /// Creates the process-wide object. Does nothing if it exists or when out of memory. Takes no
+    /// lock: create and release the object while no other thread calls these three functions.
     static void CreateInstance();
-    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty if there is none.
     static smart_ptr<PathManager> GetInstance();
     /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();

@@ -18,7 +18,7 @@ class CheckerFile {
 public:
     /// Creates the file `name` unless another process has locked it. Creates nothing if `name` is
     /// empty, if the system refuses, or if a file of that name exists that is not a lock file of
-    /// this user. Throws `std::bad_alloc`.
+    /// this user or contains the id of this process. Throws `std::bad_alloc`.
     explicit CheckerFile(const TString<wchar_t>& name);
     ~CheckerFile();
 

@@ -35,7 +35,7 @@ bool IsTrustedByChecker(const Base::FileDescriptor& file)
            status.st_mode == (S_IFREG | c_ownerOnly);
 }
 
-// Returns the process id in the file; 0 when there is none.
+// Returns the process id in the file; 0 if there is none.
 pid_t ReadHolder(const Base::FileDescriptor& file)
 {
     char text[32] = {};
@@ -54,7 +54,7 @@ CheckerFile::CheckerFile(const TString<wchar_t>& name)
         Create();
 }
 
-// Leaves a file that has taken the place of this object's file.
+// Removes the file, unless another one has taken its place.
 CheckerFile::~CheckerFile()
 {
     struct stat own {};

@@ -11,7 +11,7 @@ namespace Toolkit {
 
 smart_ptr<SingleApplicationInstance>* SingleApplicationInstance::s_pInstance = nullptr;
 
-// Running out of memory has the same effect as a directory in which no lock file can be created.
+// Running out of memory has the same effect as a lock file that cannot be created.
 SingleApplicationInstance::SingleApplicationInstance()
 {
     static_cast<void>(Base::RunsWithoutThrowing([this] { TakeLock(); }));

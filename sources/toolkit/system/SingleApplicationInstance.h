@@ -29,8 +29,8 @@ class InstanceLock;
 /// Needs the process-wide `PathManager`: without it, no lock is taken.
 class TOOLKIT_API SingleApplicationInstance {
 public:
-    /// Takes the lock unless another process holds it. When out of memory, takes no lock, as if no
-    /// lock file could be created.
+    /// Takes the lock unless another process holds it. When out of memory, locks only one of the
+    /// two files or neither, as if they could not be created.
     SingleApplicationInstance();
     ~SingleApplicationInstance();
 
@@ -42,9 +42,10 @@ public:
     /// empty when out of memory.
     static TString<wchar_t> GetLockPath(const TString<wchar_t>& uniqueName);
 
-    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
+    /// Creates the process-wide object. Does nothing if it exists or when out of memory. Takes no
+    /// lock: create and release the object while no other thread calls these three functions.
     static void CreateInstance();
-    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty if there is none.
     static smart_ptr<SingleApplicationInstance> GetInstance();
     /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();
@@ -55,7 +56,7 @@ public:
 private:
     void TakeLock();
 
-    std::unique_ptr<CheckerFile> m_checkerFile; // null when another process holds the lock
+    std::unique_ptr<CheckerFile> m_checkerFile; // null if another process holds the lock
     std::unique_ptr<Base::InstanceLock> m_lock;
 };
 

@@ -19,8 +19,8 @@ public:
     /// Reports what `platform` contains. `platform` must outlive the object.
     explicit SystemInfo(const wxPlatformInfo& platform);
 
-    /// Returns the family of the system. Windows CE, Windows Micro, DOS and OS/2 count
-    /// as `PlatformUnknown`; so does every system when out of memory.
+    /// Returns the family of the system. Windows CE, Windows Micro, DOS and OS/2 count as
+    /// `PlatformUnknown`; so does every system when out of memory.
     Platform GetPlatform() const;
     /// Return the two parts of the system's version; -1 when out of memory.
     int GetOSMajorVersion() const;
@@ -42,15 +42,18 @@ public:
     /// environment, and of the open files only standard input, output and error.
     ///
     /// Returns the id of the new process. With `wait`, returns it after that process has ended, or
-    /// -1 if waiting failed. If no process can be created, returns the positive error number of
-    /// fork(2): ENOMEM when out of memory. If the program cannot be executed, only the exit status
-    /// of the new process reports it: the error number of execv(3). Any thread may call it.
+    /// -1 if waiting failed. Without `wait`, the process remains a zombie after its end until the
+    /// caller calls waitpid(2). If no process can be created, returns the positive error number of
+    /// fork(2), which looks like a process id: ENOMEM when out of memory. If the program cannot be
+    /// executed, only the exit status of the new process reports it: the error number of execv(3).
+    /// Any thread may call it.
     static int StartProcess(const TString<wchar_t>& path, const TString<wchar_t>& arguments,
                             bool wait);
 
-    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
+    /// Creates the process-wide object. Does nothing if it exists or when out of memory. Takes no
+    /// lock: create and release the object while no other thread calls these three functions.
     static void CreateInstance();
-    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty if there is none.
     static smart_ptr<SystemInfo> GetInstance();
     /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();

@@ -37,9 +37,10 @@ public:
     /// out of memory.
     static Version* Create();
 
-    /// Creates the process-wide object. Does nothing when it exists or when out of memory.
+    /// Creates the process-wide object. Does nothing if it exists or when out of memory. Takes no
+    /// lock: create and release the object while no other thread calls these three functions.
     static void CreateInstance();
-    /// Returns a copy of the pointer to the process-wide object; empty when there is none.
+    /// Returns a copy of the pointer to the process-wide object; empty if there is none.
     static smart_ptr<Version> GetInstance();
     /// Releases the process-wide object, which lives on as long as copies of its pointer do.
     static void ReleaseInstance();
