@@ -50,10 +50,10 @@ public:
     /// Replaces the contents: reads a size and that many bytes. Returns 0x10000003 if the stream
     /// fails or when out of memory.
     ///
-    /// If no size can be read, the old contents stay; otherwise they are lost, even on failure.
-    /// After a failure the bytes that were read are kept, followed by zeros for missing ones. A
-    /// size larger than the whole stream is not trusted: the array then has at most 64 KiB or
-    /// twice the number of bytes read, whichever is more.
+    /// If no size can be read, the old contents stay. Once it has been read, they are lost, even on
+    /// failure. After a failure, the bytes that were read are kept, followed by zeros for missing
+    /// ones. A size larger than the whole stream is not trusted: the array then has at most 64 KiB
+    /// or twice the number of bytes read, whichever is more.
     unsigned int Deserialize(IStream& stream) override;
 
 private:

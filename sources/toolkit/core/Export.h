@@ -4,6 +4,6 @@
 /// hidden visibility.
 ///
 /// Class templates carry it too. Without it, each module that includes the header has its own type
-/// information and its own copies of static members: an exception may not be caught in another
+/// information and its own copies of static members: an exception might not be caught in another
 /// module, and one process-wide object becomes several.
 #define TOOLKIT_API __attribute__((visibility("default")))

@@ -20,7 +20,8 @@ namespace Toolkit {
 class TOOLKIT_API Directory {
 public:
     /// Stores the path of the directory to list. An empty `path` means the application's directory,
-    /// as the process-wide `PathManager` reports it; without a `PathManager`, nothing is listed.
+    /// as the process-wide `PathManager` reports it. Without a `PathManager`, or when out of
+    /// memory, nothing is listed.
     Directory(const TString<wchar_t>& path);
 
     /// GetDirectories() lists the subdirectories and GetFiles() everything else. Both replace
@@ -31,8 +32,8 @@ public:
     unsigned int GetFiles(const TString<wchar_t>& fileSpec,
                           std::vector<TString<wchar_t>>& names) const;
 
-    /// Lists all entries of `directory`, files and subdirectories, in the same way. Despite its
-    /// name, returns names without their path.
+    /// Lists all entries of `directory`, files and subdirectories, in the same way, but an empty
+    /// `directory` lists nothing. Despite its name, returns names without their path.
     static unsigned int EnumFilePaths(std::vector<TString<wchar_t>>& names,
                                       const TString<wchar_t>& directory,
                                       const TString<wchar_t>& fileSpec);

@@ -36,7 +36,7 @@ public:
     static void CreateInstance();
     /// Returns a copy of the pointer to the process-wide object; empty if there is none.
     static smart_ptr<RestartManagment> GetInstance();
-    /// Releases the process-wide object, which lives on as long as copies of its pointer do.
+    /// Releases the process-wide object. Copies of its pointer keep it alive.
     static void ReleaseInstance();
 
     /// Null while there is no process-wide object.
