@@ -29,7 +29,7 @@ class IniSections;
 /// GetInt32() and GetBool() throw std::bad_alloc. No other operation throws.
 class TOOLKIT_API IniFile {
 public:
-    /// Reads the file `path`; IsLoaded() reports whether that succeeded.
+    /// Reads the file `path` like Parse(); IsLoaded() reports whether that succeeded.
     IniFile(const TString<wchar_t>& path);
 
     /// Replaces the settings with those of the file `path`. On failure returns false and leaves no
