@@ -139,6 +139,16 @@ TEST_F(ArchiveZipTest, ListsAFileThatIsNotAnArchiveAsEmptyOnce)
     EXPECT_EQ(m_archive.EntriesList(m_entries, L"", c_all), -1);
 }
 
+TEST_F(ArchiveZipTest, CanFilterByAKeyOfTheMap)
+{
+    const TString<wchar_t> path = Write({{L"a name too long for a short string", ""}, {L"b", ""}});
+    ListNames(path, L"", c_all);
+    m_archive.Open(path);
+
+    EXPECT_EQ(m_archive.EntriesList(m_entries, m_entries.begin()->first, c_all), 1);
+    EXPECT_EQ(m_entries.count(L"a name too long for a short string"), 1u);
+}
+
 TEST_F(ArchiveZipTest, CanBeListedAgainOnlyAfterReopening)
 {
     const TString<wchar_t> path = Write({{L"a", "one"}});

@@ -193,6 +193,16 @@ TEST_F(DirectoryTest, ListsNothingForAnEmptyPathWithoutAPathManager)
     EXPECT_EQ(Directory::EnumFilePaths(names, L"", L""), 0u);
 }
 
+TEST_F(DirectoryTest, CanListADirectoryNamedByAnElementOfTheVector)
+{
+    AddFile("file");
+    Names names{m_directory.File(L"")};
+
+    EXPECT_EQ(Directory::EnumFilePaths(names, names[0], L""), 1u);
+    EXPECT_THAT(names, ElementsAre(L"file"));
+    EXPECT_EQ(Directory(m_directory.File(L"")).GetFiles(names[0], names), 1u);
+}
+
 TEST_F(DirectoryTest, PrintsNothingWhenItFails)
 {
     AddFile("file");

@@ -88,7 +88,9 @@ void ArchiveZip::Close()
 int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                             ArchiveEntriesFlags::ArchiveEntriesType type)
 {
-    entries.clear();
+    // `filter` may be a key of the map, so its entries live until the end.
+    EntriesMap previous;
+    previous.swap(entries);
     if (!m_stream.IsValid() || !m_stream->IsOk()) {
         TOOLKIT_LOG_AT_LINE(SeverityError, c_invalidLine)
             << L"  archive is not valid! " << ILogger::c_strLogToken3;
