@@ -17,16 +17,17 @@ std::string FindExistingParent(std::string path)
     return path.empty() ? "/" : path;
 }
 
-bool IsWritable(const std::string& path)
+// Whether the file can be written to, or files can be created in the directory.
+bool IsWritable(const std::string& path, const struct stat& status)
 {
-    return ::access(path.c_str(), W_OK) == 0;
+    return ::access(path.c_str(), S_ISDIR(status.st_mode) ? W_OK | X_OK : W_OK) == 0;
 }
 
 bool CanCreateIn(const std::string& directory)
 {
     struct stat status {};
     return ::stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
-           ::access(directory.c_str(), W_OK | X_OK) == 0;
+           IsWritable(directory, status);
 }
 
 PathState ExamineMissing(const std::string& path, PathUse use)
@@ -36,11 +37,16 @@ PathState ExamineMissing(const std::string& path, PathUse use)
     return {false, "missing, and cannot be created"};
 }
 
+PathState ExamineWritable(const std::string& path, const struct stat& status)
+{
+    return IsWritable(path, status) ? PathState{true, "good"} : PathState{false, "not writable"};
+}
+
 PathState ExamineOwn(const std::string& path, const struct stat& status)
 {
     if (status.st_uid != ::geteuid())
         return {false, "owned by another user"};
-    return IsWritable(path) ? PathState{true, "good"} : PathState{false, "not writable"};
+    return ExamineWritable(path, status);
 }
 
 } // namespace
@@ -61,7 +67,7 @@ PathState ExaminePath(const std::string& path, PathUse use)
         return ::access(path.c_str(), R_OK | X_OK) == 0 ? PathState{true, "good"}
                                                         : PathState{false, "not readable"};
     case PathUse::ShareDirectory:
-        return IsWritable(path) ? PathState{true, "good"} : PathState{false, "not writable"};
+        return ExamineWritable(path, status);
     default:
         return ExamineOwn(path, status);
     }

@@ -162,6 +162,16 @@ TEST_F(PathsCommandTest, ReportsPathsOfAnotherUser)
                 HasSubstr(Row("documents", PathOf("home") + " (owned by another user)")));
 }
 
+// A file can be created in a directory only if the directory is searchable too.
+TEST_F(PathsCommandTest, ReportsADirectoryThatIsNotSearchableAsNotWritable)
+{
+    using std::filesystem::perms;
+    const ScopedPermissions home(PathOf("home"), perms::owner_read | perms::owner_write);
+
+    EXPECT_THAT(RunPathsWithoutPrivileges().output,
+                HasSubstr(Row("documents", PathOf("home") + " (not writable)")));
+}
+
 TEST_F(PathsCommandTest, ReportsUnwritablePaths)
 {
     using std::filesystem::perms;
