@@ -41,7 +41,7 @@ void CheckHeader(const LogRecord& record)
 // Returns the bytes of the part, joined from its records.
 std::string ReadPart(const InputLog& log, const LogPart& part)
 {
-    constexpr std::size_t maxRecordSize = 2 << 20;
+    constexpr std::size_t maxRecordSize = 1 << 20;
     std::string bytes;
     log.ForEachRecord(part, [&](const LogRecord& record) {
         Require(record.offset == part.begin + static_cast<off_t>(bytes.size()));
