@@ -197,6 +197,7 @@ TEST_F(IPCClientTest, RejectsAMessageOfMoreThan16Mebibytes)
 
     EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((16 << 20) + 1, L'x')));
     EXPECT_FALSE(IPCClient::Connect(Service(), std::wstring((8 << 20) + 1, L'\u00E9')));
+    EXPECT_FALSE(listener.HasWaitingClient());
 }
 
 TEST_F(IPCClientTest, FailsWhenTheServerRejectsTheTopicOrDisconnects)

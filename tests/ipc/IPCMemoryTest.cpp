@@ -112,11 +112,9 @@ TEST_F(IPCMemoryTest, SurvivesAFailedAllocationInTheConstructor)
             ++thrown;
             continue;
         }
-        const bool runs = server->Run();
-        if (!hasFailed) {
-            EXPECT_TRUE(runs);
+        EXPECT_EQ(server->Run(), !hasFailed);
+        if (!hasFailed)
             break;
-        }
         server->SendExecuteEvent(L"local");
     }
     // The constructor throws only if EventNotifier cannot create its mutex, which makes fewer than

@@ -49,6 +49,13 @@ public:
         return ::bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     }
 
+    /// Whether a client has connected that has not been accepted yet.
+    bool HasWaitingClient() const
+    {
+        pollfd waiting{m_socket, POLLIN, 0};
+        return ::poll(&waiting, 1, 0) == 1;
+    }
+
     /// Accepts the next client. Returns a closed socket if none connects within `c_limitMs`.
     RawSocket Accept() const
     {

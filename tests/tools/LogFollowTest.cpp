@@ -1,5 +1,6 @@
 #include "toolkit/logging/FileLogger.h"
 #include "toolkit/logging/Log.h"
+#include "toolkit/threading/Thread.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,6 +48,25 @@ protected:
             std::ifstream("/proc/" + std::to_string(process) + "/stat") >> pid >> name >> state;
     }
 
+    // Returns once the process has read the log: it sleeps before and after that.
+    static void AwaitPoll(pid_t process)
+    {
+        const long first = CountSleeps(process);
+        while (CountSleeps(process) < first + 2)
+            Thread::Sleep(1);
+    }
+
+    static long CountSleeps(pid_t process)
+    {
+        std::ifstream status("/proc/" + std::to_string(process) + "/status");
+        std::string name;
+        while (status >> name && name != "voluntary_ctxt_switches:") {
+        }
+        long count = 0;
+        status >> count;
+        return count;
+    }
+
     // Suspends the command while `write` runs, so that the command sees all changes together.
     template <typename Write>
     static void WriteWhileStopped(RunningCommand& command, Write write)
@@ -87,6 +107,7 @@ TEST_F(LogFollowTest, WaitsForTheEndOfALine)
     command.ReadUntil("first\n");
 
     Append("2 2000 : 1 : f : second li");
+    AwaitPoll(command.ProcessId());
     Append("ne\n2 3000 : 1 : f : third\n");
 
     EXPECT_THAT(command.ReadUntil("third\n"), HasSubstr("2000 info f:1 second line\n3000 info"));
