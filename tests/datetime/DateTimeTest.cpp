@@ -170,6 +170,14 @@ TEST_F(DateTimeTest, ConvertsUtcFieldsToLocalTimeWithDaylightSaving)
     EXPECT_EQ(ToIso(DateTime(2009, 7, 5, 12, 0, 0, 0)), L"2009-07-05 14:00:00");
 }
 
+TEST_F(DateTimeTest, MovesATimeThatTheClockSkipsForward)
+{
+    DateTime date(2009, 3, 28, 2, 30, 0);
+
+    EXPECT_EQ(ToIso(date.Add(0, 0, 0, 1)), L"2009-03-29 03:30:00");
+    EXPECT_EQ(ToIso(DateTime(2009, 3, 29, 2, 30, 0)), L"2009-03-29 03:30:00");
+}
+
 TEST_F(DateTimeTest, CreatesIndependentCopies)
 {
     DateTime copy(m_march);

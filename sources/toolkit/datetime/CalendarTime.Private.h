@@ -25,9 +25,9 @@ bool IsInRange(const CalendarTime& time);
 /// in the zones of TZ=right/...
 long long ToSecondsFromUtc(const CalendarTime& time);
 
-/// Converts a time on the local clock to seconds since 1970. A time that daylight saving skips is
-/// moved forward. For a time that is skipped for another reason, and for one that occurs twice,
-/// mktime(3) chooses.
+/// Converts a time on the local clock to seconds since 1970. For a time that the clock skips or
+/// that occurs twice, mktime(3) chooses: it moves skipped times forward, but back in a zone whose
+/// winter time is daylight saving time, such as Europe/Dublin.
 long long ToSecondsFromLocal(const CalendarTime& time);
 
 /// Convert seconds since 1970 to a date and a time of day, in UTC or on the local clock.

@@ -45,8 +45,8 @@ public:
     bool IsValid() const;
 
     /// MakeToUTC() shifts the moment so that its local time reads what UTC read before;
-    /// MakeFromUTC() reverses that. A local time that daylight saving skips is moved forward.
-    /// A moment that cannot be represented is invalid.
+    /// MakeFromUTC() reverses that. A local time that the clock skips is moved by as much as the
+    /// clock changes, in nearly all zones forward. A moment that cannot be represented is invalid.
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
@@ -85,9 +85,9 @@ public:
     /// Adds a duration. If the sum is out of range, the date becomes invalid.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
     /// Adds or subtracts years and months, clamps the day to the last one of the month, and then
-    /// adds or subtracts weeks and days. The local time of day stays, but moves forward if daylight
-    /// saving skips it. The numbers are read as signed, as in wxDateSpan: 4294967295 years are -1
-    /// year. If the result is out of range, the date becomes invalid.
+    /// adds or subtracts weeks and days. The local time of day stays, but is moved like that of
+    /// MakeToUTC() if the clock skips it. The numbers are read as signed, as in wxDateSpan:
+    /// 4294967295 years are -1 year. If the result is out of range, the date becomes invalid.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
