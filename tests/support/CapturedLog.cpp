@@ -87,7 +87,7 @@ bool MatchesLogLine(const std::wstring& line, LogSeverity severity, int sourceLi
            match[4] == message;
 }
 
-MATCHER_P4(HasLogForm, severity, sourceLine, function, message, "is a log line")
+MATCHER_P4(HasLogForm, severity, sourceLine, function, message, "")
 {
     return MatchesLogLine(arg, severity, sourceLine, function, message);
 }
