@@ -24,8 +24,8 @@ mode_t ReadUmask()
 const mode_t c_umask = ReadUmask();
 
 // Gives a replacement the group and the permissions of the old file. If the group cannot be set,
-// the replacement has no group permissions. A file that replaces no other gets the permissions that
-// the umask allows.
+// the replacement has no group permissions. A file that replaces none gets 0666 without the bits of
+// the umask.
 bool AdoptPermissions(int descriptor, const struct stat& replaced)
 {
     if (replaced.st_nlink == 0)
@@ -50,7 +50,7 @@ ResultFile::~ResultFile()
 
 bool ResultFile::Open()
 {
-    return CheckTarget() && Create();
+    return ExamineOldFile() && Create();
 }
 
 bool ResultFile::Write(const char* bytes, std::size_t count)
@@ -85,8 +85,9 @@ void ResultFile::Discard()
     m_temporaryPath.clear();
 }
 
-// False if the path must not be written to. Examines a link itself, not what it points to.
-bool ResultFile::CheckTarget()
+// Stores the status of the file that will be replaced. False if it must not be replaced or cannot
+// be examined. Does not follow a symbolic link.
+bool ResultFile::ExamineOldFile()
 {
     if (::lstat(m_path.c_str(), &m_replaced) != 0) {
         m_replaced = {};
@@ -99,7 +100,7 @@ bool ResultFile::CheckTarget()
     return m_replaced.st_uid == ::geteuid() || Fail(L"it belongs to another user");
 }
 
-// mkostemp() chooses a name that cannot be guessed, and fails instead of following a link.
+// mkostemp() chooses a name that nobody can predict, and never follows a symbolic link.
 bool ResultFile::Create()
 {
     const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -111,8 +112,9 @@ bool ResultFile::Create()
     m_file = ::fdopen(descriptor, "w");
     if (m_file)
         return true;
+    FailWithErrno();
     ::close(descriptor);
-    return FailWithErrno();
+    return false;
 }
 
 bool ResultFile::Fail(const Text& error)

@@ -37,7 +37,7 @@ public:
     unsigned long long GetSize() const { return m_size; }
 
 private:
-    bool CheckTarget();
+    bool ExamineOldFile();
     bool Create();
     bool Fail(const Text& error);
     bool FailWithErrno();

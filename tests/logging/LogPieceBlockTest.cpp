@@ -17,7 +17,7 @@ std::string GetString(const LogPieceBlock& block)
     return {block.Data(), block.Size()};
 }
 
-// Returns the blocks that are written for `pieces`, the first one at `offset` in the file.
+// Returns the blocks that result from `pieces`, the first one at `offset` in the file.
 std::vector<std::string> CreateBlocks(std::size_t offset, const std::vector<std::wstring>& pieces)
 {
     std::vector<std::string> blocks;
@@ -37,7 +37,7 @@ std::vector<std::string> CreateBlocks(std::size_t offset, const std::vector<std:
 
 using Strings = std::vector<std::string>;
 
-TEST(LogPieceBlockTest, CollectsThePiecesOfAPage)
+TEST(LogPieceBlockTest, CollectsPiecesThatFitIntoOnePage)
 {
     EXPECT_EQ(CreateBlocks(0, {L"one,", L"two,", L"three,"}), Strings({"one,two,three,"}));
 }
@@ -49,7 +49,7 @@ TEST(LogPieceBlockTest, FillsAPageCompletely)
     EXPECT_EQ(CreateBlocks(10, {L"012", L"345", L"next"}), Strings({"012345", "next"}));
 }
 
-TEST(LogPieceBlockTest, StartsABlockWithAPieceThatCrossesAPage)
+TEST(LogPieceBlockTest, StartsABlockWithAPieceThatCrossesAPageBoundary)
 {
     EXPECT_EQ(CreateBlocks(0, {L"0123456789", L"abcdefgh", L"i", L"0123456789abcd"}),
               Strings({"0123456789", "abcdefghi", "0123456789abcd"}));
@@ -91,7 +91,7 @@ TEST(LogPieceBlockTest, IgnoresEmptyPieces)
 
 // An interrupted write ends at a page boundary. If only the first piece of a block crosses one,
 // only that piece can be cut.
-TEST(LogPieceBlockTest, LetsOnlyTheFirstPieceCrossAPage)
+TEST(LogPieceBlockTest, LetsOnlyTheFirstPieceCrossAPageBoundary)
 {
     TestSupport::RandomText random(1);
     for (int round = 0; round < 2000; ++round) {

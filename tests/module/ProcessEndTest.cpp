@@ -36,6 +36,7 @@ constexpr bool c_isSanitized = true;
 constexpr bool c_isSanitized = false;
 #endif
 constexpr const char* c_program = TOOLKIT_TEST_PROCESS_END_PROGRAM;
+// A host that does not link the library.
 constexpr const char* c_unlinkedHost = TOOLKIT_TEST_PROCESS_END_UNLINKED_HOST;
 
 const std::vector<std::string> c_objects = {
@@ -74,16 +75,21 @@ struct Case {
         return how + " with " + what +
                (plugIn.empty() ? "" : " in " + std::filesystem::path(plugIn).stem().string());
     }
-    // A process that does not stop the library leaves wxWidgets' memory to the system. A forked
-    // child leaves the memory of its parent's threads. Nothing deletes the leaked forwarder.
+    // A process that does not stop the library leaks wxWidgets' memory. A forked child leaks the
+    // memory of its parent's threads. The leaked forwarder is never deleted.
     bool LeaksMemory() const { return !how.ends_with("release") || what == "leaked forwarder"; }
-    bool Logs() const { return what.find("logger") != std::string::npos; }
+    // Whether the lines of ProcessEndScene.h must be in the log.
+    bool HasLogToCheck() const
+    {
+        return what.find("logger") != std::string::npos ||
+               what.find("forwarder") != std::string::npos;
+    }
 };
 
 // How a process ended, and what it left behind.
 struct End {
-    int status; // the negative signal number if a signal ended it
-    std::string errors;
+    int status; // minus the signal number if a signal ended it; -1 if it did not start
+    std::string output;
     std::string log;
     std::vector<std::string> files;
 };
@@ -101,8 +107,8 @@ std::vector<std::string> EnvironmentIn(const std::filesystem::path& directory, b
     if (leaksMemory)
         variables.push_back("ASAN_OPTIONS=" + std::string(sanitizer ? sanitizer : "") +
                             ":detect_leaks=0");
-    // Turns off the AVX2 functions of the C library, in which valgrind wrongly reports reads past
-    // the end.
+    // Turns off the AVX2 string functions of the C library, which valgrind wrongly reports as
+    // reading past the end of a string.
     variables.emplace_back("GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX2_Usable,-AVX2");
     variables.push_back("HOME=" + (directory / "home").string());
     variables.push_back("TMPDIR=" + (directory / "tmp").string());
@@ -138,8 +144,8 @@ int Run(const Case& testCase, const std::filesystem::path& directory)
     return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// Stores the log and the names of the other remaining files in `end`, except the program's output
-// and the lock file, which stays by design.
+// Stores in `end` the log and the names of the other files left behind, except the program's output
+// and the lock file, which is never removed by design.
 void StoreFiles(End& end, const std::filesystem::path& directory)
 {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
@@ -151,14 +157,14 @@ void StoreFiles(End& end, const std::filesystem::path& directory)
     }
 }
 
-End RunInDirectory(const Case& testCase)
+End RunInTempDir(const Case& testCase)
 {
     const TempDir directory;
     std::filesystem::create_directory(directory.Path() / "home");
     std::filesystem::create_directory(directory.Path() / "tmp");
     End end{};
     end.status = Run(testCase, directory.Path());
-    end.errors = ReadWholeFile(directory.Path() / "output");
+    end.output = ReadWholeFile(directory.Path() / "output");
     StoreFiles(end, directory.Path());
     return end;
 }
@@ -171,21 +177,22 @@ std::string CompleteLog()
     return log;
 }
 
-// Describes what is wrong with `end`; empty if nothing is.
+// Describes what is wrong with `end`; empty if nothing is. SIGTERM may cut the log after any line;
+// SIGTERM and quick_exit() may leave files behind.
 std::string DescribeFault(const Case& testCase, const End& end)
 {
     const bool isTerminated = testCase.how == "SIGTERM";
     const bool endsAbruptly = isTerminated || testCase.how == "quick_exit";
     const std::string expectedLog = CompleteLog();
     if (end.status != (isTerminated ? -SIGTERM : c_status))
-        return "status " + std::to_string(end.status) + "; " + end.errors;
-    if (!end.errors.empty())
-        return "prints: " + end.errors;
-    if (testCase.Logs() && isTerminated &&
+        return "status " + std::to_string(end.status) + "; " + end.output;
+    if (!end.output.empty())
+        return "prints: " + end.output;
+    if (testCase.HasLogToCheck() && isTerminated &&
         (!expectedLog.starts_with(end.log) || (!end.log.empty() && end.log.back() != '\n')))
-        return "cut text in the file";
-    if (testCase.Logs() && !isTerminated && end.log != expectedLog)
-        return "text of " + std::to_string(end.log.size()) + " bytes in the file";
+        return "the log is cut within a line, or is not the beginning of the expected one";
+    if (testCase.HasLogToCheck() && !isTerminated && end.log != expectedLog)
+        return "a log of " + std::to_string(end.log.size()) + " bytes, not the expected one";
     if (!endsAbruptly && !end.files.empty())
         return "leaves " + end.files.front() + " behind";
     return "";
@@ -201,22 +208,22 @@ void RunAll(const std::string& title, const std::vector<Case>& cases, int rounds
     const auto work = [&] {
         for (std::size_t i = next++; i < count; i = next++) {
             const Case& testCase = cases[i % cases.size()];
-            const std::string fault = DescribeFault(testCase, RunInDirectory(testCase));
+            const std::string fault = DescribeFault(testCase, RunInTempDir(testCase));
             const std::lock_guard guard(lock);
             EXPECT_EQ(fault, "") << testCase.Name();
         }
     };
     std::vector<std::jthread> workers;
-    for (unsigned int i = 0; i < 4 * std::thread::hardware_concurrency(); ++i)
+    for (unsigned int i = 0; i < 4 * std::max(1u, std::thread::hardware_concurrency()); ++i)
         workers.emplace_back(work);
     workers.clear();
     Covered(title + ": " + std::to_string(cases.size()) + " cases, " + std::to_string(rounds) +
             " times each");
 }
 
-// Returns the cases for all kinds of live objects, in the program and in a plug-in of each C++
-// version. The cases for "dlclose" have plug-ins only.
-std::vector<Case> CasesOf(const std::string& how)
+// Returns the cases for all kinds of live objects, in the program and in a plug-in built for each
+// C++ standard. For the ways that call dlclose(), only those in plug-ins.
+std::vector<Case> CasesFor(const std::string& how)
 {
     std::vector<Case> cases;
     for (const std::string& what : c_objects) {
@@ -230,7 +237,7 @@ std::vector<Case> CasesOf(const std::string& how)
     return cases;
 }
 
-std::vector<Case> CasesOfAnUnlinkedHost()
+std::vector<Case> UnlinkedHostCases()
 {
     std::vector<Case> cases;
     for (const std::string& what : c_objects) {
@@ -251,7 +258,7 @@ class ProcessEndTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(ProcessEndTest, KeepsStatusAndLogAndLeavesNoFiles)
 {
-    RunAll(GetParam(), CasesOf(GetParam()), SoakRounds(1, 30));
+    RunAll(GetParam(), CasesFor(GetParam()), SoakRounds(1, 30));
 }
 
 INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest, testing::ValuesIn(c_ways), [](const auto& way) {
@@ -260,9 +267,9 @@ INSTANTIATE_TEST_SUITE_P(Ways, ProcessEndTest, testing::ValuesIn(c_ways), [](con
     return name;
 });
 
-TEST(ProcessEndOfAnUnlinkedHostTest, KeepsStatusAndLogAndLeavesNoFiles)
+TEST(ProcessEndUnlinkedHostTest, KeepsStatusAndLogAndLeavesNoFiles)
 {
-    RunAll("a host without the library", CasesOfAnUnlinkedHost(), SoakRounds(1, 30));
+    RunAll("a host without the library", UnlinkedHostCases(), SoakRounds(1, 30));
 }
 
 class ProcessEndUnderValgrindTest : public testing::Test {
@@ -294,10 +301,10 @@ TEST_F(ProcessEndUnderValgrindTest, IsCleanInEveryCase)
 {
     const int rounds = SoakRounds(0, 30);
     if (rounds == 0)
-        GTEST_SKIP() << "takes hours";
-    std::vector<Case> all = CasesOfAnUnlinkedHost();
+        GTEST_SKIP() << "takes hours; script/soak runs it";
+    std::vector<Case> all = UnlinkedHostCases();
     for (const char* const way : c_ways) {
-        const std::vector<Case> cases = CasesOf(way);
+        const std::vector<Case> cases = CasesFor(way);
         all.insert(all.end(), cases.begin(), cases.end());
     }
     for (int round = 1; round <= rounds; ++round)

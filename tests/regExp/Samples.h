@@ -2,7 +2,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Patterns of every kind: look-aheads, look-behinds, anchors, unused groups, names, verbs, errors.
+/// Patterns of every kind: look-aheads, look-behinds, anchors, unset and
+/// named groups, backtracking verbs, invalid patterns.
 constexpr const char* c_patterns[] = {
     "a",
     "b",
@@ -130,7 +131,8 @@ constexpr const char* c_patterns[] = {
     "\xFF",
     "(*NOSUCH)"};
 
-/// Subjects for the patterns; one of them is not UTF-8.
+/// Subjects for the patterns; one of them is not UTF-8. Literals are split where a letter would
+/// continue a hexadecimal escape.
 constexpr const char* c_subjects[] = {"",
                                       "a",
                                       "b",

@@ -22,8 +22,8 @@ bool IsAscii(const std::wstring& text)
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < 0x80; });
 }
 
-// Whether `buffer` can convert `character`. A std::wfilebuf converts characters only after it has
-// accepted them, and then gets stuck on one that it cannot convert.
+// False if `buffer` is a std::wfilebuf that cannot convert `character`: it converts characters only
+// after it has accepted them, and then gets stuck. Other buffers reject such a character at once.
 bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
 {
     using Converter = std::codecvt<wchar_t, char, std::mbstate_t>;
@@ -34,7 +34,7 @@ bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
     std::mbstate_t state{};
     const wchar_t* from = nullptr;
     char* to = nullptr;
-    char bytes[16];
+    char bytes[MB_LEN_MAX];
     return std::use_facet<Converter>(locale).out(state, &character, &character + 1, from, bytes,
                                                  bytes + sizeof bytes, to) == Converter::ok;
 }
@@ -57,8 +57,8 @@ void Insert(const std::wstring& text)
         std::for_each(text.begin(), text.end(), WriteCharacter);
 }
 
-// Whether text must be written to stdout as bytes: std::wcout still writes to stdout, which is
-// byte-oriented already. The C library refuses wide text there.
+// Whether text must be written to stdout as bytes: std::wcout still writes to stdout, and that is
+// already byte-oriented, so the C library rejects wide text there.
 bool NeedsBytes()
 {
     return std::wcout.rdbuf() == s_originalBuffer && std::fwide(stdout, 0) < 0;
@@ -93,7 +93,7 @@ void WriteToWideOutput(const std::wstring& text)
         }
         Insert(text);
     } catch (const std::exception&) {
-        // Out of memory, or the program has enabled exceptions of the stream. A logger reports no
+        // Out of memory, or the program has enabled exceptions on the stream. A logger reports no
         // errors.
     }
     // Without a buffer the stream stays bad, and clear() may throw.

@@ -23,23 +23,23 @@
 /// On a class: an object holds a lock from its constructor to its destructor.
 #define TOOLKIT_SCOPED_CAPABILITY TOOLKIT_THREAD_ANNOTATION(scoped_lockable)
 
-/// On a member: it is used only while `lock` is held.
+/// On a member: it may be used only while `lock` is held.
 #define TOOLKIT_GUARDED_BY(lock) TOOLKIT_THREAD_ANNOTATION(guarded_by(lock))
 
-/// On a pointer member: what it points to is used only while `lock` is held.
+/// On a pointer member: what it points to may be used only while `lock` is held.
 #define TOOLKIT_PT_GUARDED_BY(lock) TOOLKIT_THREAD_ANNOTATION(pt_guarded_by(lock))
 
-/// On a function: the caller holds the locks.
+/// On a function: the caller must hold the locks.
 #define TOOLKIT_REQUIRES(...) TOOLKIT_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
 
-/// On a function: the caller does not hold the locks.
+/// On a function: the caller must not hold the locks.
 #define TOOLKIT_EXCLUDES(...) TOOLKIT_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
 
 /// On a function: it acquires the locks, or this object if none is named.
 #define TOOLKIT_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
 
-/// On a function: it acquires the locks, or this object if none is named, when it returns the first
-/// argument.
+/// On a function: it acquires locks only if it returns the macro's first argument, such as `true`.
+/// The other arguments name the locks; without them, it is this object.
 #define TOOLKIT_TRY_ACQUIRE(...) TOOLKIT_THREAD_ANNOTATION(try_acquire_capability(__VA_ARGS__))
 
 /// On a function: it releases the locks, or this object if none is named.
