@@ -16,7 +16,7 @@
 /// On a function: the caller must hold `lock`.
 #define BASE_REQUIRES(lock) BASE_THREAD_ANNOTATION(requires_capability(lock))
 
-/// On a function: turns the check off. A comment says why.
+/// On a function: turns the check off. Say why in a comment.
 #define BASE_NO_THREAD_SAFETY_ANALYSIS BASE_THREAD_ANNOTATION(no_thread_safety_analysis)
 
 namespace Toolkit::Base {

@@ -11,6 +11,7 @@ namespace Toolkit::Base {
 class FileDescriptor {
 public:
     FileDescriptor() = default;
+    /// Takes ownership of `descriptor`; a negative number means not open.
     explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
     ~FileDescriptor() { Close(); }
 
@@ -18,7 +19,8 @@ public:
     FileDescriptor& operator=(FileDescriptor&& other) noexcept;
 
     /// Opens `name` with the flags of open(2). Like open(2), may wait for the other end of a pipe
-    /// or for the release of a lease. On failure, and for a directory, the result is not open.
+    /// or for the release of a lease, and may fail if a signal interrupts the wait. On failure, and
+    /// for a directory, the result is not open.
     static FileDescriptor Open(const std::string& name, int flags, mode_t permissions = 0666);
 
     /// Opens `name` if it is a regular file. Fails instead of waiting. On failure, and for any
@@ -29,14 +31,15 @@ public:
     bool IsOpen() const { return m_descriptor >= 0; }
     int Get() const { return m_descriptor; }
 
-    /// Returns the descriptor, which the caller must close from now on.
+    /// Returns the descriptor, which the caller must close from now on; -1 if it is not open.
     int Release();
 
     /// Returns a second descriptor for the same open file. Both share its position and its locks.
-    /// The result is not open if the process has no descriptor left.
+    /// The result is not open if this object is not, or if the process has no descriptor left.
     FileDescriptor Duplicate() const;
 
-    /// Returns false if the system reports an error.
+    /// Closes the descriptor, if it is open. Returns false if the system reports an error; the
+    /// object is then not open either.
     bool Close();
 
     bool IsRegular() const;

@@ -10,7 +10,7 @@ namespace Toolkit::Base {
 /// lives on.
 ///
 /// The lock belongs to the process: all FileLock objects for one file share it, until the last of
-/// them is destroyed.
+/// them is destroyed. Any thread may create and destroy them.
 class FileLock {
 public:
     enum class State { Held, HeldElsewhere, Unavailable };
@@ -23,6 +23,7 @@ public:
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
 
+    /// Returns what the constructor found. In a forked child, that is still the parent's state.
     State GetState() const { return m_state; }
 
 private:

@@ -10,10 +10,11 @@ namespace Toolkit::Base {
 ///
 /// Writes to a temporary file in the same directory, which the destructor removes unless Commit()
 /// succeeded. The file keeps its permissions, but not its owner or other hard links; a new file
-/// gets the permissions that the umask allows. If the path is a symbolic link, the link stays, and
-/// the file that it points to is replaced. Anything but a regular file is left alone: Write() and
-/// Commit() then return false. The same applies to a file name of more than 248 bytes, because the
-/// temporary name is seven bytes longer.
+/// gets the permissions that the umask allows. Even a read-only file is replaced: only the
+/// directory must be writable. If the path is a symbolic link, the link stays, and the file that it
+/// points to is replaced. Anything but a regular file is left alone: Write() and Commit() then
+/// return false. The same applies to a file name of more than 248 bytes, because the temporary name
+/// is seven bytes longer.
 class FileReplacement {
 public:
     /// Creates the temporary file. A failure shows in the result of Write() and Commit(). Throws
@@ -28,8 +29,9 @@ public:
     /// Commit() then.
     bool Write(const char* bytes, std::size_t length);
 
-    /// Replaces the file with the temporary file. Returns false, with the file unchanged, if that
-    /// fails.
+    /// Replaces the file with the temporary file, whose contents are flushed to disk first. Returns
+    /// false, with the file unchanged, if that fails. The directory is not flushed: a power failure
+    /// may bring the old contents back.
     bool Commit();
 
 private:

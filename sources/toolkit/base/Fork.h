@@ -18,7 +18,7 @@ struct ForkLocks {
 };
 
 /// Registers handlers that hold the locks during every later fork, and that count forks. Further
-/// calls do nothing.
+/// calls do nothing, even if the first call ran out of memory and registered nothing.
 void PrepareForks();
 
 // What CountForks() returns; each forked child increments its own copy.

@@ -17,7 +17,7 @@ constexpr std::size_t c_maxNameLength =
 
 FileDescriptor OpenLockFile(const std::wstring& name)
 {
-    // A name that UTF-8 cannot encode is no name either.
+    // Also empty for a name that UTF-8 cannot encode.
     if (EncodeUtf8(name).empty())
         return {};
     const std::string path = InstanceLock::MakePath(name);

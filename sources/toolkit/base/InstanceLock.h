@@ -14,8 +14,8 @@ class InstanceLock {
 public:
     using State = FileLock::State;
 
-    /// Tries to acquire the lock called `name`. It is unavailable if `name` is empty or the file
-    /// cannot be opened.
+    /// Tries to acquire the lock called `name`. It is unavailable if `name` is empty or cannot be
+    /// encoded as UTF-8, or if the file cannot be opened.
     explicit InstanceLock(const std::wstring& name);
 
     /// Returns the path of the file for the lock called `name`.

@@ -22,7 +22,7 @@ using Lanes = typename LanesOf<Number>::Type;
 template <typename Number>
 constexpr std::size_t c_laneCount = sizeof(Lanes<Number>) / sizeof(Number);
 
-/// Reads a vector of characters from any address.
+/// Reads a vector of characters; `from` need not be aligned.
 template <typename Number, typename Char>
 Lanes<Number> LoadLanes(const Char* from)
 {

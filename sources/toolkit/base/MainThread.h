@@ -2,7 +2,8 @@
 
 namespace Toolkit::Base {
 
-/// Whether the caller is the first thread of its process, which runs main().
+/// Whether the caller is the first thread of its process: the one that runs main(), or in a forked
+/// child the one that called fork().
 bool IsFirstThread();
 
 } // namespace Toolkit::Base

@@ -11,7 +11,8 @@ namespace Toolkit::Base {
 /// Reads the number at the beginning of `text`, after any white space. If there is none, `value` is
 /// unchanged. A number out of range yields the nearest limit of the type. A negative number wraps
 /// around in an unsigned type, so that "-1" yields the maximum; if its magnitude is out of range,
-/// it yields the maximum, too.
+/// it yields the maximum, too. For a double, an exponent without digits makes the number invalid:
+/// "1e" leaves `value` unchanged.
 ///
 /// Defined for char and wchar_t, and for the types int, unsigned int, long long, unsigned long long
 /// and double. Only reading a double may throw `std::bad_alloc`.

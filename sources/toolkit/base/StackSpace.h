@@ -17,11 +17,12 @@ StackBounds GetStackBounds();
 
 /// Returns how many bytes of its stack the calling thread has left below the caller's frame.
 ///
-/// Assumes 32 KiB if the caller does not run on the stack that the system allocated for its thread.
+/// Assumes 32 KiB if IsOnThreadStack() is false.
 std::size_t GetStackSpaceLeft();
 
 /// Whether the caller runs on the stack that the system allocated for its thread. False in a
-/// stackful coroutine and in a handler on an alternate signal stack, whose bounds are unknown.
+/// stackful coroutine and in a handler on an alternate signal stack, whose bounds are unknown. Also
+/// false if the system does not report the bounds of the thread's stack.
 bool IsOnThreadStack();
 
 } // namespace Toolkit::Base

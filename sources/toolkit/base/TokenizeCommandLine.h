@@ -12,7 +12,7 @@ inline constexpr wchar_t c_commandLineQuote = L'"';
 
 /// Splits `line` at runs of `separators`. A token that begins with `quote` ends at the next
 /// `quote`, even if no separator follows; if there is no second `quote`, the rest of the line is
-/// dropped.
+/// dropped. Elsewhere in a token, `quote` is an ordinary character.
 ///
 /// The tokens are views into `line`, without their quotes. Throws `std::bad_alloc`, so that callers
 /// can tell out of memory from a line without tokens.

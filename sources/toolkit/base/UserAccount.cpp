@@ -12,7 +12,8 @@
 namespace Toolkit::Base {
 namespace {
 
-// Returns one field of the user's entry in the user database; empty if there is no entry.
+// Returns one field of the user's entry in the user database; empty if there is no entry, or if it
+// cannot be read.
 std::string ReadEntry(char* passwd::*field)
 {
     constexpr std::size_t initialSize = 1024;

@@ -6,7 +6,7 @@
 namespace Toolkit::Base {
 
 /// Returns the login name from the system's user database; empty if the database has no entry for
-/// the account, or if the name is not valid UTF-8.
+/// the account or cannot be read, or if the name is not valid UTF-8.
 std::wstring GetLoginName();
 
 /// Returns the value of HOME, even if no such directory exists. If HOME is not set, empty or not

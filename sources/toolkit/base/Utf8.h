@@ -20,7 +20,7 @@ std::wstring DecodeUtf8(const char* bytes);
 
 /// Encodes `length` characters, including null characters, and appends them to `bytes`. Returns
 /// false, with `bytes` unchanged, if one of them is above U+10FFFF or negative. Surrogates are
-/// encoded as three bytes each.
+/// encoded as three bytes each, which the functions that decode reject.
 bool AppendEncodedUtf8(std::string& bytes, const wchar_t* text, std::size_t length);
 
 /// Decodes `length` bytes, including null bytes, and appends the characters to `text`. Returns
