@@ -23,8 +23,8 @@ bool TakeOwedStop()
 
 } // namespace
 
-// The application object that wxInitialize() creates has no program arguments. The program's own
-// object has them, or is created by an initializer function.
+// The application object that wxInitialize() creates has no program arguments unless the caller
+// passes them. The program's own object has them, or is created by an initializer function.
 bool DoesProgramRunItsOwnApplication()
 {
     const wxAppConsole* const application = wxAppConsole::GetInstance();

@@ -5,18 +5,19 @@ namespace Toolkit::Framework {
 
 /// Starts wxWidgets. If it returns true, call Stop() later. Returns false if wxWidgets cannot be
 /// started, and in a program that runs its own application object: a second start would initialize
-/// that object again, and the second stop would delete it.
+/// that object again, and the matching stop would delete it.
 bool Start();
 
-/// Undoes one successful start; the last call shuts wxWidgets down. On a thread other than that
-/// of the first start, the call is only counted: the next Start(), or the next Stop() on the thread
-/// of the first start, makes up for it.
+/// Undoes one successful start; the last call shuts wxWidgets down. On a thread other than the one
+/// that initialized wxWidgets, the call is only counted: the next Start(), or the next Stop() on
+/// the initializing thread, makes up for it.
 void Stop();
 
 /// Whether wxWidgets is started, by the library or by the program.
 bool IsStarted();
 
-/// Whether the program runs its own application object, which has started wxWidgets.
+/// Whether the program runs its own application object, which has started wxWidgets. Also true if
+/// the program passed its arguments to wxInitialize().
 bool DoesProgramRunItsOwnApplication();
 
 } // namespace Toolkit::Framework

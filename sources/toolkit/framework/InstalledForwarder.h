@@ -9,7 +9,8 @@
 // is held, so that it is not destroyed while it handles a message.
 namespace Toolkit::Framework {
 
-/// Installs `target`, which the caller still owns.
+/// Installs `target` instead of the previous one. The caller still owns it, and calls
+/// RemoveForwarder() before it destroys it.
 void InstallForwarder(wxLog* target);
 
 /// Removes `target` if it is the installed one. Returns true if it was, and if the caller may
@@ -21,8 +22,8 @@ bool RemoveForwarder(wxLog* target);
 bool ForwardRecord(wxLogLevel level, const wxString& message, const wxLogRecordInfo& info);
 
 /// Removes the installed target. If it is also the active target of wxWidgets, delivers the
-/// messages that other threads have queued, except in a forked child, and removes it there as well:
-/// wxWidgets would delete it at shutdown. Call it on the main thread.
+/// messages that other threads have queued, except in a forked child, and then deactivates it,
+/// because wxWidgets deletes its active target at shutdown. Call it on the main thread.
 void DetachForwarder();
 
 } // namespace Toolkit::Framework

@@ -8,7 +8,7 @@ namespace Toolkit::Framework {
 /// failure only their result should report.
 ///
 /// On a thread that is not the main one and that wxWidgets did not start, the first object leaks
-/// memory. Where possible, avoid calls that fail instead.
+/// memory. Where possible, avoid the failing call instead.
 using Silence = wxLogNull;
 
 } // namespace Toolkit::Framework

@@ -17,8 +17,9 @@ public:
     /// Throws `std::bad_alloc`; lines loaded so far then remain, but Save() fails.
     bool Load(const std::string& path);
 
-    /// Replaces the loaded file with the lines. Returns false, with the file unchanged, if that
-    /// fails. Throws `std::bad_alloc`.
+    /// Replaces the loaded file with the lines, each with its line end, in UTF-8 without a
+    /// byte-order mark, whatever the encoding was. Returns false, with the file unchanged, if that
+    /// fails or no file is loaded. Throws `std::bad_alloc`.
     bool Save() const;
 
     /// Forgets the file and the lines.

@@ -20,8 +20,8 @@ struct ThreadRemains {
 /// The destructor of `wxThread` would acquire a lock that the thread may have held at the fork,
 /// wait for the thread to leave its condition variables, and print that the thread still runs. This
 /// function moves the bytes of `thread` to `remains`, and constructs in their place a thread that
-/// was never created. wxWidgets must not be shut down after that. When out of memory, waits until
-/// the construction succeeds.
+/// was never created. wxWidgets must not be shut down after that, because `thread` stays in its
+/// list of threads. When out of memory, waits until the construction succeeds.
 void DiscardThread(wxThread& thread, std::unique_ptr<ThreadRemains> remains);
 
 } // namespace Toolkit::Framework
