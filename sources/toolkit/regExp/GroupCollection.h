@@ -14,8 +14,8 @@ namespace Toolkit {
 /// The groups of a match, by number and by name.
 ///
 /// One object is used by one thread at a time. When out of memory, Add(), AddNamedGroupKey() and
-/// copying throw `std::bad_alloc` and change nothing. Nothing else is thrown, and nothing is
-/// logged.
+/// copying throw `std::bad_alloc` and change nothing, except that an assignment may have replaced
+/// part of its target. Nothing else is thrown, and nothing is logged.
 class TOOLKIT_API GroupCollection {
 public:
     GroupCollection();

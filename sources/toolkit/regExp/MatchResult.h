@@ -27,7 +27,7 @@ public:
     bool Success();
 
     const char* errorText; ///< Why the pattern did not compile; null if it did. Not owned.
-    int errorOffset;       ///< The position of the error in the pattern, in bytes.
+    int errorOffset;       ///< Byte offset of that error in the pattern; the engines may differ.
     void* code;            ///< The compiled pattern, owned; null if there is none.
     TString<char> subject; ///< The string that is searched, in UTF-8.
     TString<char> pattern; ///< The pattern in UTF-8, used up to its first null character.

@@ -140,7 +140,7 @@ int Search::ReportInvalidUtf8(const Pcre2Pattern& pattern, int error) const
     return isShort ? c_shortUtf8 : ToPcreError(error);
 }
 
-// PCRE 2 accepts settings such as the newline only when compiling, so compiles the pattern again.
+// Compiles the pattern again, because PCRE 2 accepts settings such as the newline only then.
 int RunWithSettings(Pcre2Pattern& pattern, const Search& search)
 {
     if (!AreNewlinesKnown(search.options)) {
@@ -177,7 +177,7 @@ void* Compile(const char* pattern, const char*& errorText, int& errorOffset)
     const bool isTooDeep = error == PCRE2_ERROR_PARENTHESES_STACK_CHECK;
     if (!hasStack || (isTooDeep && !Base::IsOnThreadStack())) {
         auto compile = [&] { error = compiled->Compile(); };
-        // If it runs out of memory, the first error is reported.
+        // If it throws, the error above is reported.
         auto tryToCompile = [&] { static_cast<void>(Base::RunsWithoutThrowing(compile)); };
         RunOnFreshStack(tryToCompile);
     }

@@ -47,13 +47,15 @@ void Free(void* code);
 ///
 /// Returns the number of pairs set, 0 when `offsets` has no room for all (each pair needs three
 /// numbers), or a negative code. A search that takes too many steps or too much memory ends with a
-/// negative code; with PCRE 1, so does a search that needs more stack than is left. Only one search
-/// at a time may use a compiled pattern.
+/// negative code. With PCRE 1, so does a search that needs more stack than is left; if the system
+/// does not know the stack, the search is first repeated on a new thread. Only one search at a time
+/// may use a compiled pattern.
 int Execute(void* code, const char* subject, std::size_t length, std::size_t startOffset,
             int options, int* offsets, int offsetCount);
 
 // Read the table of group names. Each returns a negative number on failure. An entry is the number
-// of the group in two bytes, the high byte first, and the null-terminated name.
+// of the group in two bytes, the high byte first, and the null-terminated name. Free() invalidates
+// the table.
 int GetNameCount(const void* code, int& count);
 int GetNameEntrySize(const void* code, int& size);
 int GetNameTable(const void* code, const unsigned char*& table);

@@ -11,7 +11,8 @@
 
 namespace Toolkit {
 
-// Steps that the operations with a pattern share. Failures throw a `smart_ptr<RegExpException>`.
+// Steps that the operations with a pattern share. Failures throw a `smart_ptr<RegExpException>`,
+// or `std::bad_alloc` when out of memory.
 
 struct PatternCodeRelease {
     void operator()(void* code) const;
@@ -23,7 +24,7 @@ using PatternCode = std::unique_ptr<void, PatternCodeRelease>;
 /// Compiles `pattern` up to its first null character.
 PatternCode CompilePattern(const TString<char>& pattern);
 
-/// Compiles the result's pattern and replaces its compiled code.
+/// Compiles the result's pattern and replaces its compiled code, which is null after a failure.
 void CompilePattern(MatchResult& result);
 
 /// Searches `subject` from `start` on. Returns the number of pairs set in `offsets`, 0 if it has no
@@ -31,7 +32,7 @@ void CompilePattern(MatchResult& result);
 int ExecutePattern(const PatternCode& code, const TString<char>& subject, std::size_t start,
                    int options, int (&offsets)[MatchResult::c_ovectorSize]);
 
-/// Searches the result's subject and stores the outcome, even if it throws.
+/// Searches the result's subject and stores the outcome, including a code for which it throws.
 void ExecutePattern(MatchResult& result, std::size_t start);
 
 /// Throws the exception for a negative code of the engine's search.

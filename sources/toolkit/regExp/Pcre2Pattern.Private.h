@@ -26,6 +26,7 @@ public:
     /// The number of pairs of offsets that a search has room for.
     static constexpr int c_pairCount = 20;
 
+    /// Translates `pattern` from the syntax of PCRE 1, but does not compile it.
     explicit Pcre2Pattern(const std::string& pattern);
 
     /// Returns 0, or the engine's error. PCRE2_ERROR_PARENTHESES_STACK_CHECK means that the stack

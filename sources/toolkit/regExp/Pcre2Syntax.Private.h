@@ -10,7 +10,7 @@ namespace Toolkit {
 /// (*UTF), the class "[\w-.]" becomes "[\w\-.]".
 std::string TranslateToPcre2(const std::string& pattern);
 
-/// The options of pcre_exec() that pcre2_match() lacks: newlines, line breaks, no start
+/// The options of pcre_exec() that pcre2_match() lacks: newlines, line breaks (\R), no start
 /// optimisation. AddPatternSettings() adds them to the pattern instead.
 constexpr int c_settingOptions = 0x05F00000;
 

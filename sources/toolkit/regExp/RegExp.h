@@ -23,13 +23,13 @@ struct TOOLKIT_API RegExpOptions {
 ///     if (match->Success())
 ///         Greet(match->GetGroup("user")->value); // "jane"
 ///
-/// Wide subjects and patterns are first converted to UTF-8, up to their first null character; an
-/// invalid one counts as empty. Every operation compiles the pattern, up to its first null
-/// character.
+/// Wide subjects and patterns are first converted to UTF-8, up to their first null character. One
+/// with a character above U+10FFFF counts as empty; one with a surrogate is not UTF-8. Every
+/// operation compiles the pattern, up to its first null character.
 ///
 /// Failures throw a `smart_ptr<RegExpException>`: the pattern does not compile, the subject is not
-/// UTF-8, a search starts at an invalid offset or takes too many steps, or stack or memory runs
-/// out. Only copying a `RegExp` throws `std::bad_alloc`. Nothing is logged.
+/// UTF-8 or has 2 GiB or more, a search starts at an invalid offset or takes too many steps, or
+/// stack or memory runs out. Only copying a `RegExp` throws `std::bad_alloc`. Nothing is logged.
 ///
 /// A search may take 10 million steps from each start position, which is a few hundred
 /// milliseconds. The call as a whole is not limited: `\s+[bc]` takes minutes on 200,000 spaces,
@@ -63,8 +63,8 @@ public:
     smart_ptr<MatchResult> Match(const TString<char>& subject) const;
     smart_ptr<MatchResult> Match(const TString<wchar_t>& subject) const;
 
-    /// Returns `subject` with every match replaced by the literal string `replacement`. Ignores
-    /// `flag`.
+    /// Returns `subject` with every match replaced by the literal string `replacement`. Stops at a
+    /// match in which a group after group 19 took part. Ignores `flag`.
     ///
     /// Empty matches do not count, "^" does not match at the beginning of `subject`, and "$" does
     /// not match at its end. The search continues after the replacement, in the changed string:
@@ -72,14 +72,15 @@ public:
     ///
     /// The offset at which the search continues is taken modulo 65536. In a longer string,
     /// replacements may therefore be searched again; if the replacement contains a match, this may
-    /// repeat until memory runs out. With `\K` in a look-behind a match may begin inside the last
-    /// replacement: replacing "(?<=\Ka)" with "a" never ends. A search that would continue inside a
-    /// character throws.
+    /// repeat forever or until memory runs out. With `\K` in a look-behind a match may begin inside
+    /// the last replacement: replacing "(?<=\Ka)" with "a" never ends. A search that would continue
+    /// inside a character throws.
     TString<char> Replace(const TString<char>& replacement, const TString<char>& subject,
                           unsigned char flag);
 
     /// Returns `subject` with the groups of the first match replaced: group 1 by the first entry,
-    /// and so on. Returns an empty string without a match.
+    /// and so on. Returns an empty string without a match, and `subject` if a group after group 19
+    /// took part in the match.
     ///
     /// Missing entries count as empty strings. A group that took no part is skipped. Each range is
     /// moved by how much the string has grown so far. This is right only for groups that follow one
@@ -99,7 +100,8 @@ public:
 
     // The steps of the operations above. `result` must not be null.
 
-    /// Compiles the pattern of `result` and replaces its compiled pattern.
+    /// Compiles the pattern of `result` and replaces its compiled pattern, which is null after a
+    /// failure.
     void RegExp_compile(const smart_ptr<MatchResult>& result) const;
 
     /// Searches the subject of `result`, whose pattern must be compiled, from the byte
