@@ -103,7 +103,7 @@ void FileLogger::Write(const TString<wchar_t>& text)
 {
     // Write() reports no errors: text that does not fit into memory is lost.
     static_cast<void>(Base::RunsWithoutThrowing([&] {
-        // If the queue was not empty, the event has been signalled for an earlier piece.
+        // If the queue was not empty, the thread that put the first piece into it signals.
         if (m_queue->Put(text))
             m_dataEvent->Signal();
     }));

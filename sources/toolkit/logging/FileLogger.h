@@ -33,7 +33,8 @@ class LogPieceQueue;
 /// When the file reaches its size limit, the logger continues at its beginning. docs/formats/log.md
 /// describes that, and what a killed process leaves in the file.
 ///
-/// A logger may be constructed before the library is started; the path of its file is the same.
+/// A logger may be constructed before the library is started; the path of its file is the same. A
+/// logger that still exists when the library is unloaded writes its queue then, for at most 2 s.
 class TOOLKIT_API FileLogger : public ILogger, public Thread {
 public:
     /// "w": creates the file or empties it. Kept for programs; the library does not use it.
@@ -49,14 +50,15 @@ public:
     /// is ever written. Throws `std::bad_alloc` when out of memory.
     FileLogger(LogSeverity threshold, const TString<wchar_t>& name, unsigned int sizeLimitBytes);
 
-    /// Writes the queued text, and closes the file when no more has arrived for 500 ms. If no file
-    /// can be opened, drops the queue without waiting. A logger that is still waiting for another
-    /// process stops waiting and writes its queue to a file with a tick count in its name.
+    /// Writes the queued text, and closes the file when no more has arrived for 500 ms. If the file
+    /// cannot be used and none with a tick count is open yet, drops the queue without waiting. Only
+    /// a logger that is still waiting for another process stops waiting and writes its queue, to a
+    /// file with a tick count in its name.
     ~FileLogger() override;
 
-    /// Queues `text`. Any thread may call it. The queue grows while no file can be opened; text
-    /// that does not fit into memory is dropped. In a forked child, a logger of the parent drops
-    /// all text.
+    /// Queues `text`. Any thread may call it. The queue grows without limit while no file is open;
+    /// text that does not fit into memory is dropped. In a forked child, a logger of the parent
+    /// drops all text.
     void Write(const TString<wchar_t>& text) override;
 
     /// Returns the path of the open file, whose name may contain a tick count. Waits up to

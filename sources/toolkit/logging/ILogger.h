@@ -24,9 +24,9 @@ private:
 
 /// The base class of all loggers, and the access to the process-wide one.
 ///
-/// A log statement is a chain of insertions. Each insertion that passes the filter calls `Write`
-/// separately, so a line takes several calls. `TOOLKIT_LOG` begins a line in the form that the
-/// whole library uses.
+/// A log statement is a chain of insertions. Each value that passes the filter is written with a
+/// separate call of `Write`, so a line takes several calls. `TOOLKIT_LOG` begins a line in the form
+/// that the whole library uses.
 ///
 /// An insertion passes if the current severity, set by the last `SetSeverity`, is no greater than
 /// the logger's threshold. All threads that write to a logger share its current severity, and their
@@ -93,7 +93,7 @@ public:
     template <typename T, typename Class>
     ILogger& operator<<(T Class::*member) = delete;
     /// Numbers are inserted in decimal, without digit grouping; a severity as its number, a bool as
-    /// "1" or "0".
+    /// "1" or "0", and a single character as its code: L'A' inserts "65".
     ILogger& operator<<(long long value);
     ILogger& operator<<(int value);
     ILogger& operator<<(short value);
@@ -119,16 +119,17 @@ public:
     /// keeps the logger alive.
     static smart_ptr<ILogger> GetInstance();
 
-    /// Releases the process-wide logger, which lives on while copies of its pointer exist.
+    /// Releases the process-wide logger, which lives on while copies of its pointer exist. Not
+    /// thread-safe: call it while no other thread logs.
     static void ReleaseInstance();
 
     /// Returns the process-wide logger; before `CreateInstance` and after `ReleaseInstance`, one
-    /// that discards everything.
+    /// that discards everything. The reference does not keep the logger alive.
     static ILogger& GetLogger();
 
-    /// Installs `logger` as the process-wide logger. An empty pointer installs a logger that
-    /// discards everything or, when out of memory, keeps the old one. Not thread-safe: call it
-    /// while no other thread logs.
+    /// Installs `logger` as the process-wide logger, and then releases the old one, whose
+    /// destructor may wait. An empty pointer installs a logger that discards everything or, when
+    /// out of memory, keeps the old one. Not thread-safe: call it while no other thread logs.
     ///
     /// Installs nothing before `CreateInstance`, which `LibModuleManager::Initialize` calls, and
     /// after `ReleaseInstance`. `logger` is then destroyed unless it is shared.

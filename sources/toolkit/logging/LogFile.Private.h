@@ -16,7 +16,7 @@ namespace Toolkit {
 class LogFile {
 public:
     /// Creates or empties the file `path`, given in UTF-8, and makes it readable by its owner only.
-    /// The file is locked for this process until it is closed.
+    /// The file is locked for this process until it is closed, unless its file system has no locks.
     ///
     /// False if the file cannot be opened, or if it is a symbolic link, not a regular file, the
     /// file of another user, a file with a second hard link, or locked by another process. Its

@@ -16,8 +16,8 @@ namespace {
 // destroyed only after s_pInstance has changed and the lock is released: the destructor may wait
 // until no more text arrives, so other threads must no longer find the logger.
 
-// Reads the pointer once, because other threads may log while the logger is released. Pairs with
-// the release store of ReleaseInstance(): a thread that reads null sees everything done before that
+// GetLogger() reads the pointer once, because ReleaseInstance() may clear it on another thread.
+// Pairs with the release store there: a thread that reads null sees everything done before that
 // store. A builtin, because libc++ has no std::atomic_ref.
 smart_ptr<ILogger>* LoadCurrent()
 {
