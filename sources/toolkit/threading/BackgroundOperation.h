@@ -37,8 +37,9 @@ public:
     /// Lets waiting threads continue, then calls the handlers. Wait() may return before they run.
     void SendOperationEnded();
 
-    /// Waits without limit until the operation has ended, and returns true. The wait polls: it may
-    /// miss an end that is followed by a new start within 200 ms.
+    /// Waits without limit until the operation has ended, even if it has not started yet, and
+    /// returns true. The wait polls: it may miss an end that is followed by a new start within
+    /// 200 ms.
     bool Wait() const;
 
     /// Stores the current tick count as the time of the last update.

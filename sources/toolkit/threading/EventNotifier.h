@@ -36,9 +36,9 @@ public:
             m_listeners.push_back(listener);
     }
 
-    /// Removes the first entry with the same object; false if there is none. A listener that is
-    /// removed during a Notify() is not called any more, and lives until that Notify() ends.
-    /// This needs memory; when out of memory, returns false and keeps the listener.
+    /// Removes the first entry with the same object; false if there is none. An entry that is
+    /// removed during a Notify() is not called any more, and its listener lives until the outermost
+    /// Notify() ends. That needs memory; when out of memory, returns false and keeps the listener.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -62,7 +62,8 @@ public:
     }
 
 protected:
-    /// Calls `operation` with each listener. If one throws, the listeners after it are not called.
+    /// Calls `operation` with each listener. If it throws, the listeners after that one are not
+    /// called, and the exception reaches the caller.
     template <typename Operation>
     void Notify(Operation operation)
     {

@@ -8,9 +8,10 @@ namespace Toolkit {
 
 /// A flag that threads signal and wait for.
 ///
-/// Waiting polls: a signal is noticed up to `s_uMinSlice` milliseconds late. With automatic reset,
-/// exactly one of several waiting threads sees a signal; with manual reset, all of them see it
-/// until `Reset()`. Any thread may call the operations.
+/// Waiting polls: a signal is noticed up to `s_uMinSlice` milliseconds late, and missed if
+/// `Reset()` comes first. With automatic reset, exactly one of several waiting threads sees a
+/// signal; with manual reset, all of them see it until `Reset()`. Signals are not counted: a
+/// signalled event ignores further ones. Any thread may call the operations.
 class TOOLKIT_API EventObject {
 public:
     /// Polling interval of a wait, in milliseconds.

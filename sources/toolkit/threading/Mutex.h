@@ -23,6 +23,8 @@ public:
     /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
     /// `std::bad_alloc` when out of memory.
     explicit MutexInternal(bool initiallyLocked);
+    /// The mutex may still be locked, even by another thread, and nothing is logged. No thread may
+    /// be waiting for it.
     virtual ~MutexInternal();
 
     MutexInternal(const MutexInternal&) = delete;

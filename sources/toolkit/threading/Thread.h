@@ -22,8 +22,9 @@ class ThreadControl;
 /// wxWidgets stays started while the object exists; see `FrameworkHold`. Only one thread at a time
 /// may control an object; the thread itself calls `TestDestroy()`.
 ///
-/// A forked child has copies of its parent's objects, without their threads. In the child, no
-/// operation waits for a thread, and destroying the objects prints nothing.
+/// A forked child has copies of its parent's objects, without their threads. In the child, these
+/// objects cannot be started and do not count as running, no operation waits for a thread, and
+/// destroying the objects prints nothing.
 class TOOLKIT_API Thread : private FrameworkHold, public wxThread {
 public:
     /// The identifier that means "no thread".
@@ -38,7 +39,8 @@ public:
     ///
     /// Ending a thread that was never started takes memory: when out of memory, the destructor
     /// retries for 200 ms, and then leaks the thread. Leaking it also takes a little memory, for
-    /// which the destructor waits without limit.
+    /// which the destructor waits without limit. A destructor that leaks a thread, or is called on
+    /// it, never lets go of its `FrameworkHold`.
     ~Thread() override;
 
     /// Starts the thread. False if it was started before, if the system could not create it, or
@@ -56,20 +58,22 @@ public:
     ///
     /// The thread ends at its next cancellation point, see pthreads(7), and its stack is unwound.
     /// `DoWork()` must not stop the unwinding with a catch-all, nor reach a cancellation point in a
-    /// noexcept function, such as a destructor: the process would end. Kill() does not wait for the
-    /// unwinding; a later `Wait()` and the destructor do.
+    /// noexcept function, such as a destructor: the process would end. Kill() waits up to 1 second
+    /// for the thread to reach Entry(), but not for the unwinding; a later `Wait()` and the
+    /// destructor do.
     wxThreadError Kill();
 
     /// Suspends the calling thread for `ms` milliseconds.
     static void Sleep(unsigned int ms);
 
-    /// Whether the thread was started and has not ended.
+    /// Whether the thread was started and has not ended. Unlike `wxThread::IsRunning()`, also true
+    /// while it is paused.
     bool IsRunning() const;
 
     /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
-    /// the thread was killed. Returns a null code without waiting if the thread does not run, or if
-    /// called on the thread itself. A thread that does not run any more may still be destroying its
-    /// thread-local objects; the destructor waits for that.
+    /// the thread was killed. Returns a null code without waiting if the thread does not run, even
+    /// if it has run before, or if called on the thread itself. A thread that does not run any more
+    /// may still be destroying its thread-local objects; the destructor waits for that.
     ExitCode Wait();
 
     bool IsPaused() const;
@@ -81,7 +85,7 @@ public:
     static bool IsMainThread();
 
     /// Returns whether the thread has been asked to end. `DoWork()` should call it from time to
-    /// time. Waits while the thread is paused.
+    /// time. Waits while the thread is paused; called on another thread, never waits.
     bool TestDestroy() override;
 
 protected:
@@ -90,8 +94,9 @@ protected:
     /// another thread, it only runs `DoWork()` there.
     ExitCode Entry() override;
 
-    /// `wxThread::Delete()` and `wxThread::Kill()` call these. Both ask the thread to end, and wake
-    /// it if it is paused. An override must call the base version.
+    /// `wxThread::Delete()` and `wxThread::Kill()` call these. Both ask the thread to end; a paused
+    /// thread then notices sooner that it is resumed. OnKill() also waits up to 1 second for
+    /// the thread to reach Entry(). An override must call the base version.
     void OnDelete() override;
     void OnKill() override;
 

@@ -42,7 +42,8 @@ public:
 
     void Wake() { m_wakes.release(); }
 
-    /// Waits for the next Wake(), but at most 200 ms: a pause can also end without a Wake().
+    /// Waits for the next Wake(), but at most 200 ms, or 1 ms after Cancel(): a pause can also end
+    /// without a Wake().
     void AwaitWake();
 
     /// Returns the memory for Framework::DiscardThread(). It was allocated in advance, because a
