@@ -15,16 +15,16 @@ public:
     /// `service`, which must not be empty: IPCServer::GetSocketPath(L"") names the application's
     /// own. True when all of it is sent; the server's listeners may not have received it yet.
     ///
-    /// False if no server of this user answers, if the server disconnects or stops answering, after
-    /// `c_timeoutMs`, if `text` is longer than 16 MiB in UTF-8, and when out of memory. Refuses a
-    /// socket file that is a symbolic link or belongs to another user. Any thread may call it, but
-    /// on the thread whose event loop serves the clients of that server, it can only time out.
-    /// Nothing is thrown or logged.
+    /// False if `service` is not a valid name, if no server of this user answers, if the server
+    /// disconnects before all is sent, after `c_timeoutMs`, if `text` is longer than 16 MiB in
+    /// UTF-8, and when out of memory. Refuses a socket file that is a symbolic link or belongs to
+    /// another user. Any thread may call it, but on the thread whose event loop serves the clients
+    /// of that server, it can only time out. Nothing is thrown or logged.
     static bool Connect(const TString<wchar_t>& service, const TString<wchar_t>& text);
 
     /// Whether a server of this user listens with the name `service`, even if it is too busy to
-    /// answer. Sends nothing and does not wait. Any thread may call it. Nothing is thrown or
-    /// logged.
+    /// answer. False also when out of memory or descriptors. Sends nothing and does not wait. Any
+    /// thread may call it. Nothing is thrown or logged.
     static bool IsServed(const TString<wchar_t>& service);
 };
 

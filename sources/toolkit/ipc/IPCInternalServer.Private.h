@@ -45,7 +45,7 @@ public:
     /// and the file is still in place. Returns whether the server listens. Throws `std::bad_alloc`.
     bool Create(const wxString& service) override;
 
-    /// Accepts every topic.
+    /// Accepts every topic. The caller owns the connection.
     wxConnectionBase* OnAcceptConnection(const wxString& topic) override;
 
 private:

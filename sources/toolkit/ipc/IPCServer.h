@@ -35,6 +35,7 @@ class IPCInternalServer;
 /// sender is disconnected.
 ///
 /// No client blocks the loop or keeps others out. The server disconnects a client
+/// - that sends nothing for 2 seconds after connecting,
 /// - whose message makes no progress for 2 seconds or is not complete after 30,
 /// - whose message is longer than 16 Mi characters or does not fit into memory,
 /// - that has been silent longest, when there are `c_maxSessions` clients or no descriptors are
@@ -67,13 +68,13 @@ public:
     static TString<wchar_t> GetSocketPath(const TString<wchar_t>& service);
 
     /// Starts listening; the event loop then serves the clients. True if the server listens, also
-    /// if it did before. If its socket file has been removed, disconnects all clients and creates
-    /// the file again.
+    /// if it did before. If its socket file has been removed or replaced, disconnects all clients
+    /// and starts listening anew.
     ///
     /// False if the socket file cannot be created, if another server listens with the name, if
     /// something else exists at the path, if wxWidgets cannot be started, and when out of memory.
     /// The file of a crashed server is replaced. While another server starts with the same name,
-    /// Run() waits for it for up to 2 seconds.
+    /// Run() waits for it for up to 2 seconds, and then returns false.
     bool Run();
 
     /// Passes the message `text` to every listener. Any thread may call it, whether the server

@@ -39,14 +39,15 @@ public:
     enum class Message { Incomplete, Topic, Execute, Disconnect, Broken };
 
     /// Removes bytes from the front of `bytes` until a message is complete or broken, or `bytes` is
-    /// empty. Must not be called after a broken message.
+    /// empty. Throws `std::bad_alloc`. Must not be called again after `Disconnect` or `Broken`.
     Message Parse(std::string_view& bytes);
 
     /// Whether the client still has to send the rest of a message, or its topic.
     bool IsExpectingMore() const { return m_isTopicMissing || !m_header.empty(); }
 
-    /// Moves out the data of the Execute message that Parse() completed. The data is aligned for
-    /// every fundamental type.
+    /// Moves out the data of the Execute message that Parse() completed. Must be called before the
+    /// next Parse(), which would append to the data. The data is aligned for every fundamental
+    /// type.
     std::vector<char> TakeData();
 
     /// The format of the data that TakeData() moves out.

@@ -31,7 +31,8 @@ public:
     Session(Base::FileDescriptor socket, const Execute& execute);
 
     /// Reads what has arrived, up to the end of a message, and acts on it; false when the session
-    /// has ended. Must not be called while the session is busy.
+    /// has ended. Must not be called while the session is busy, or after an exception, such as
+    /// `std::bad_alloc`.
     bool Read();
 
     /// Whether the program is handling a message of this session, perhaps in an event loop of its
@@ -47,6 +48,7 @@ public:
     void CountTick();
 
     /// Whether a message has made no progress for 2 seconds, or is not complete after 30 seconds.
+    /// The topic counts as a message that begins with the connection.
     bool IsOverdue() const;
 
     /// Whether nothing has arrived for two ticks, so that the session may be ended to make room for
@@ -93,6 +95,8 @@ public:
     /// Readable when there is something to do.
     int Descriptor() const { return m_sockets.Get(); }
 
+    /// Accepts clients, serves those whose data has arrived, and ends overdue sessions. Throws no
+    /// standard exception: a client whose message does not fit into memory is disconnected.
     void ServeReadable();
 
 private:

@@ -11,7 +11,8 @@
 /// Stream sockets between processes of one machine. Their addresses are file paths.
 ///
 /// On failure, functions return false, -1 or a descriptor that is not open, with the reason in
-/// `errno`. None raises a signal.
+/// `errno`. HasWaitingClient() and IsPeerOfThisUser() return false without a reason. None raises a
+/// signal.
 namespace Toolkit::Ipc {
 
 /// Creates a blocking socket, which is closed on exec.
@@ -32,7 +33,8 @@ bool HasWaitingClient(const Base::FileDescriptor& listener);
 /// Accepts the next client. The returned socket does not block.
 Base::FileDescriptor AcceptClient(const Base::FileDescriptor& listener);
 
-/// Sends or receives as many bytes as possible without waiting.
+/// Sends or receives as many bytes as possible without waiting, and returns their number. Receive()
+/// returns 0 when the other end has closed its socket.
 ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length);
 ssize_t Receive(const Base::FileDescriptor& socket, char* bytes, std::size_t length);
 
@@ -50,8 +52,9 @@ public:
     SocketFile& operator=(const SocketFile&) = delete;
 
     /// Creates the file and listens. Must be called only once. Replaces a socket file of this user
-    /// on which no process listens any more. False if anything else exists at `path`, and if the
-    /// file cannot be created.
+    /// on which no process listens any more. False if anything else exists at `path`, which must
+    /// contain a separator, and if the file cannot be created. Waits up to 2 seconds for another
+    /// process that is doing the same, and then returns false.
     bool Listen(const std::string& path);
 
     /// Whether the file at the path is still the one that Listen() created.
@@ -85,7 +88,7 @@ public:
 
     SocketSet();
 
-    /// False when the system had no descriptors left for the set.
+    /// False if the set could not be created, for example because no descriptors were left.
     bool IsUsable() const;
 
     /// The set's own descriptor.
@@ -100,7 +103,7 @@ public:
 
     /// Returns the descriptors that are readable now, at most 32, in the order in which they became
     /// readable. `c_tick` is among them once if the clock has ticked since the last call, however
-    /// often.
+    /// often. Throws `std::bad_alloc`.
     std::vector<int> PollReadable();
 
 private:
