@@ -16,7 +16,7 @@ public:
 
     /// Called under the registry's lock: by each LibModuleManager::Release(), in reverse order of
     /// registration, and by Unregister() if it undoes the last registration while the registry is
-    /// initialised.
+    /// initialised and not in Release().
     virtual void Release() = 0;
 };
 

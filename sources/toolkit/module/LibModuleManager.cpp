@@ -156,7 +156,7 @@ void LibModuleManager::Initialize(bool initializeFramework)
     thrown.Rethrow();
 }
 
-// Initializes all modules, including those that a callback registers.
+// Initialises all modules, including those that a callback registers.
 void LibModuleManager::InitializeModules()
 {
     const Walk walk(*this);

@@ -15,34 +15,44 @@ namespace Toolkit {
 ///     ...
 ///     LibModuleManager::GetInstance()->Release(true);
 ///
-/// Both may be called repeatedly. Any thread may call the non-static operations; each holds one
-/// recursive lock for its whole duration, so modules may call them from their own callbacks.
+/// Both may be called repeatedly. The registry is initialised from the end of Initialize() to the
+/// end of Release(). Any thread may call the non-static operations; each holds one recursive lock
+/// for its whole duration, so modules may call them from their own callbacks.
 ///
 /// If a module throws, the operation still calls the other modules, and then rethrows the first
 /// exception.
+///
+/// In a forked child, another thread of the parent may have held the lock at the fork. Unregister()
+/// and Release() then do nothing, ReleaseInstance() leaks the registry, and Register() and
+/// Initialize() wait forever.
 class TOOLKIT_API LibModuleManager {
 public:
     /// Throws `std::bad_alloc` when out of memory.
     LibModuleManager();
     ~LibModuleManager();
 
-    /// Adds `module`, which stays the caller's. If the registry is initialised, initialises the
-    /// module immediately, and does not add it if that throws. If `module` is already registered,
-    /// only counts the registration. Ignores null. When out of memory, throws `std::bad_alloc` and
-    /// adds nothing.
+    /// Adds `module`, which stays the caller's and must exist until it is unregistered. If the
+    /// registry is initialised, initialises the module immediately, and does not add it if that
+    /// throws. If `module` is already registered, only counts the registration. Ignores null. When
+    /// out of memory, throws `std::bad_alloc` and adds nothing.
     void Register(LibModule* module);
 
     /// Undoes one registration. Undoing the last one releases the module, if the registry is
     /// initialised, and removes it. During Release(), the module is removed only when Release()
-    /// ends, even if it has been registered again by then. Ignores a module that is not registered.
+    /// ends, even if it has been registered again by then; it must exist until then, because
+    /// Release() may still call it. Ignores a module that is not registered.
     void Unregister(LibModule* module);
 
     /// Starts wxWidgets if `initializeFramework` is set and the program does not run its own
-    /// application object. Then initialises all modules in order of registration.
+    /// application object; does not report a failure. Then initialises all modules in order of
+    /// registration, including those that a module registers meanwhile.
     void Initialize(bool initializeFramework);
 
-    /// Releases all modules in reverse order of registration. Then, if `releaseFramework` is set,
-    /// makes a `WxLogForwarder` stop forwarding, and undoes one start of wxWidgets by Initialize().
+    /// Releases all modules in reverse order of registration, even without an Initialize(). A
+    /// module that is registered meanwhile is initialised, but not released. Then, if
+    /// `releaseFramework` is set, makes a `WxLogForwarder` stop forwarding, and undoes one start of
+    /// wxWidgets by Initialize(). With `releaseFramework`, call it on the thread that called
+    /// Initialize(): on another one, wxWidgets does not shut down yet.
     void Release(bool releaseFramework);
 
     /// Creates the registry unless it exists. Throws `std::bad_alloc` when out of memory.

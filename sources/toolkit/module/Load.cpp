@@ -53,7 +53,7 @@ public:
     LoadSequence& operator=(const LoadSequence&) = delete;
 };
 
-// Initialize the standard streams, which the console and debugger loggers use. One object would be
+// Initialise the standard streams, which the console and debugger loggers use. One object would be
 // enough; the second, like the one for the regular expressions below, only keeps the order of
 // construction as it is.
 TOOLKIT_CONSTRUCTED_FIRST std::ios_base::Init s_consoleStreams;

@@ -11,8 +11,9 @@ public:
     ToolkitModule();
     ~ToolkitModule() override;
 
-    /// Creates the logger, `SystemInfo`, `Version`, `PathManager`, `RestartManagment` and
-    /// `SingleApplicationInstance`, in this order.
+    /// Creates, unless they exist, the logger, `SystemInfo`, `Version`, `PathManager`,
+    /// `RestartManagment` and `SingleApplicationInstance`, in this order. The GetInstance() of an
+    /// object that does not fit into memory returns an empty pointer.
     void Initialize() override;
 
     /// Releases `SingleApplicationInstance`, `PathManager`, `Version`, `SystemInfo`,
