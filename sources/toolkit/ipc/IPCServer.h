@@ -63,8 +63,8 @@ public:
     /// application's own service. "example" gives "./example". The constructor and `IPCClient` also
     /// accept the path as a name.
     ///
-    /// Empty if the name is not valid, if `service` is empty and there is no `PathManager`, and
-    /// when out of memory.
+    /// Empty if the name is not valid or contains a surrogate, if `service` is empty and there is
+    /// no `PathManager`, and when out of memory.
     static TString<wchar_t> GetSocketPath(const TString<wchar_t>& service);
 
     /// Starts listening; the event loop then serves the clients. True if the server listens, also
