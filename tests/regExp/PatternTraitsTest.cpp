@@ -22,10 +22,10 @@ TEST(PatternTraitsTest, IgnoresPrecedingTextWithoutStartAnchorsOrLookBehind)
 TEST(PatternTraitsTest, ReportsThatOtherPatternsMayExaminePrecedingText)
 {
     for (const char* pattern :
-         {"^a",      "a|^b",      "(^a)",       "(?m)^",    "\\[^a",    "\\c[^a",   "\\ba",
-          "a\\B",    "\\Aa",      "\\Ga",       "a\\K",     "\\Ca",     "\\Q[\\E^", "[\\E^a]",
-          "(?<=a)b", "(?<!a)b",   "(?(?<=a)b)", "(*SKIP)a", "(*CRLF)a", "(?C)a",    "\\X",
-          "[\\\\]^", "(?#\\)\\b", "a\\",        "[[:<:]]a", "a[[:>:]]"}) {
+         {"^a",      "a|^b",    "(^a)",      "(?m)^",      "\\[^a",    "\\c[^a",   "\\ba",
+          "a\\B",    "\\Aa",    "\\Ga",      "a\\K",       "\\Ca",     "\\Q[\\E^", "[\\E^a]",
+          "(?<=a)b", "(?<!a)b", "(?<*a)b",   "(?(?<=a)b)", "(*SKIP)a", "(*CRLF)a", "(?C)a",
+          "\\X",     "[\\\\]^", "(?#\\)\\b", "a\\",        "[[:<:]]a", "a[[:>:]]"}) {
         SCOPED_TRACE(pattern);
         EXPECT_FALSE(IgnoresPrecedingText(pattern));
     }

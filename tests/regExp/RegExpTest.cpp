@@ -268,6 +268,24 @@ TEST(RegExpTest, CompilesANewPatternIntoACompiledResult)
     EXPECT_EQ(result->resultCode, 3);
 }
 
+TEST(RegExpTest, ForgetsTheGroupsOfAnEarlierPattern)
+{
+    const RegExp regExp = Pattern("unused");
+    const smart_ptr<MatchResult> result(new MatchResult());
+    result->subject = "ab";
+    result->pattern = "(a)(b)";
+    regExp.RegExp_compile(result);
+    regExp.RegExp_exec(result, 0);
+
+    result->pattern = "b";
+    regExp.RegExp_compile(result);
+    regExp.RegExp_exec(result, 0);
+
+    EXPECT_EQ(result->resultCode, 1);
+    EXPECT_EQ(result->ovector[2], -1);
+    EXPECT_EQ(result->ovector[4], -1);
+}
+
 TEST(RegExpTest, StoresAnErrorAndNoCodeWhenCompilingFails)
 {
     const RegExp regExp = Pattern("unused");

@@ -194,7 +194,8 @@ bool Rewriter::CopySpecialGroup()
     }
     if (StartsWith("(?("))
         return CopyCondition();
-    for (const std::string_view opening : {"(?<=", "(?<!", "(?:", "(?=", "(?!", "(?>", "(?|"}) {
+    for (const std::string_view opening :
+         {"(?<=", "(?<!", "(?<*", "(?:", "(?=", "(?!", "(?*", "(?>", "(?|"}) {
         if (StartsWith(opening))
             return Open(opening.size(), {}, false);
     }

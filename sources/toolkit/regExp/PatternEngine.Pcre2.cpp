@@ -80,8 +80,8 @@ struct Search {
 
     int Run(Pcre2Pattern& pattern) const;
 
-    /// Returns a negative code if the subject is not valid UTF-8 or the search starts inside a
-    /// character, otherwise 0.
+    /// Returns a negative code if the subject is not valid UTF-8, if the search starts inside a
+    /// character, and when out of memory, otherwise 0.
     int CheckSubject(Pcre2Pattern& pattern) const;
 
 private:
@@ -109,6 +109,9 @@ int Search::CheckSubject(Pcre2Pattern& pattern) const
     const int result = pattern.CheckUtf8(subject, length, TranslateOptions(options));
     if (IsInvalidUtf8Error(result))
         return ReportInvalidUtf8(pattern, result);
+    // Nothing has been checked then.
+    if (result == PCRE2_ERROR_NOMEMORY)
+        return ToPcreError(result);
     const bool isInside = start > 0 && start < length && IsContinuation(subject[start]);
     return isInside ? c_badUtf8Offset : 0;
 }

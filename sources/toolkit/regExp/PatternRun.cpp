@@ -3,6 +3,9 @@
 #include "toolkit/regExp/PatternRun.Private.h"
 #include "toolkit/regExp/RegExp.Exceptions.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace Toolkit {
 namespace {
 
@@ -58,6 +61,8 @@ void CompilePattern(MatchResult& result)
 {
     Pcre::Free(result.code);
     result.code = nullptr;
+    // A search sets the pairs of the pattern's groups only.
+    std::fill(std::begin(result.ovector), std::end(result.ovector), -1);
     result.code = CompilePattern(result.pattern, result.errorText, result.errorOffset);
 }
 

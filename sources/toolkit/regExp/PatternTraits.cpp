@@ -28,7 +28,7 @@ bool IsHarmlessParenthesis(const char* text)
 {
     if (*text == '*')
         return false;
-    for (const std::string_view construct : {"?<=", "?<!", "?C"}) {
+    for (const std::string_view construct : {"?<=", "?<!", "?<*", "?C"}) {
         if (std::strncmp(text, construct.data(), construct.size()) == 0)
             return false;
     }
