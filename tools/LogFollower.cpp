@@ -64,12 +64,21 @@ std::string ReadTail(int file, off_t position)
     return ReadAt(file, begin, static_cast<std::size_t>(position - begin));
 }
 
+std::string ReadRest(int file, off_t position, const struct stat& status)
+{
+    std::string rest = ReadAt(file, position, c_restLength);
+    struct stat now {};
+    const bool isSame = ::fstat(file, &now) == 0 && now.st_size == status.st_size &&
+                        IsSameTime(GetModificationTime(now), GetModificationTime(status));
+    return isSame ? rest : "";
+}
+
 LogFollower::LogFollower(Descriptor file, const LogPosition& position, LogPrinter& printer)
     : m_file(std::move(file)), m_printer(printer), m_position(position.offset),
       m_newestTick(position.newestTick), m_tail(position.tail), m_knownLength(position.length)
 {
     SetHead(position.head);
-    SetRest(ReadAt(m_file.Get(), m_position, c_restLength));
+    SetRest(position.rest);
     struct stat status {};
     if (::fstat(m_file.Get(), &status) == 0)
         m_inode = status.st_ino;
@@ -96,7 +105,7 @@ void LogFollower::Poll()
     SetHead(head);
     m_tail = ReadTail(m_file.Get(), m_position);
     if (m_position != m_restOffset)
-        SetRest(ReadAt(m_file.Get(), m_position, c_restLength));
+        SetRest(ReadRest(m_file.Get(), m_position, status));
 }
 
 // Returns whether the file must be read.

@@ -16,6 +16,7 @@ struct LogPosition {
     off_t length = 0;                        ///< The length of the file when it was read.
     std::string head;                        ///< The first bytes of the file when it was read.
     std::string tail;                        ///< The last bytes before `offset`.
+    std::string rest;                        ///< See ReadRest().
     std::optional<std::uint32_t> newestTick; ///< Empty if no line has a tick count.
 };
 
@@ -24,6 +25,10 @@ std::string ReadHead(int file);
 
 /// Returns the last bytes before `position`. After a wrap, the logger overwrites them last.
 std::string ReadTail(int file, off_t position);
+
+/// Returns the bytes after `position`, the first ones to be overwritten. Empty if the file may have
+/// changed since it had `status`.
+std::string ReadRest(int file, off_t position, const struct stat& status);
 
 /// Prints the lines that are added to one log file, which may wrap around or be truncated.
 class LogFollower {

@@ -25,10 +25,16 @@ LogSeams FindSeams(int file, off_t length)
 }
 
 // The newest part is the last in time and the first in the file.
-LogPosition MakePosition(int file, const LogSeams& seams, off_t length, const std::string& head)
+LogPosition MakePosition(int file, const LogSeams& seams, const struct stat& status,
+                         const std::string& head)
 {
-    const off_t end = seams.ListParts(length).back().end;
-    return {end, length, head, ReadTail(file, end), seams.NewestTick()};
+    const off_t end = seams.ListParts(status.st_size).back().end;
+    return {end,
+            status.st_size,
+            head,
+            ReadTail(file, end),
+            ReadRest(file, end, status),
+            seams.NewestTick()};
 }
 
 } // namespace
@@ -61,14 +67,14 @@ LogPosition PrintHistory(int file, LogPrinter& printer)
         while (reader.Read(record))
             printer.Print(record);
     }
-    return MakePosition(file, seams, status.st_size, head);
+    return MakePosition(file, seams, status, head);
 }
 
 LogPosition FindPosition(int file)
 {
-    const off_t length = ReadStatus(file).st_size;
+    const struct stat status = ReadStatus(file);
     const std::string head = ReadHead(file);
-    return MakePosition(file, FindSeams(file, length), length, head);
+    return MakePosition(file, FindSeams(file, status.st_size), status, head);
 }
 
 } // namespace Tool
