@@ -31,23 +31,15 @@ std::optional<std::vector<Tool::StoredZipEntry>> ReadDirectory(const InputFile& 
     }
 }
 
-// Removes what wxWidgets removes from the name of an entry: the beginning of an absolute name,
-// "./", and the "/" after a directory, which the library appends again.
-std::string Normalize(std::string name)
+// Accepts any stored name that contains `name`: the library makes absolute names relative, and
+// appends "/" to the name of a directory.
+bool HasName(const std::vector<Tool::StoredZipEntry>& directory, std::string name)
 {
     if (!name.empty() && name.back() == '/')
         name.pop_back();
-    name.erase(0, std::min(name.size(), name.find_first_not_of('/')));
-    while (name.starts_with("./"))
-        name.erase(0, 2);
-    return name == "." || name == ".." ? "" : name;
-}
-
-bool HasName(const std::vector<Tool::StoredZipEntry>& directory, const std::string& name)
-{
     return std::any_of(directory.begin(), directory.end(),
                        [&name](const Tool::StoredZipEntry& stored) {
-                           return Normalize(stored.name) == Normalize(name);
+                           return stored.name.find(name) != std::string::npos;
                        });
 }
 
