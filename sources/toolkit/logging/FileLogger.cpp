@@ -219,6 +219,9 @@ bool FileLogger::WaitForData(bool isBusy)
 bool FileLogger::Drain(LogPieceQueue& batch)
 {
     for (bool hadText = false;; hadText = true) {
+        // LogMillion: without this, the signal for text that is taken here ends the next wait. The
+        // logger then seems idle, and a million lines sometimes take 1.5 times as long.
+        static_cast<void>(m_dataEvent->Wait(0));
         batch.Clear();
         m_queue->MoveTo(batch);
         if (batch.IsEmpty())
