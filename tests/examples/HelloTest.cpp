@@ -21,7 +21,7 @@ TEST(HelloTest, WritesHelloToItsLog)
 TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
 {
     const InstalledProgram hello(HELLO_PROGRAM);
-    // A logger does not open a directory, and uses a fallback name.
+    // The logger cannot open a directory as its file, so it falls back to another name.
     std::filesystem::create_directory(hello.LogPath());
 
     const ProgramResult result = hello.Run({});
@@ -35,8 +35,8 @@ TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
     std::filesystem::remove(path);
 }
 
-// The program stops right after the log's writer thread has opened the file. A race would not show
-// in every run.
+// The program exits right after the log's writer thread has opened the file. Runs it several times,
+// because a race may not show up every time.
 TEST(HelloTest, StopsCleanlyEachTime)
 {
     const InstalledProgram hello(HELLO_PROGRAM);

@@ -1,6 +1,6 @@
-// Implements kqueue(2) and kevent(2) with poll(2), as far as the library uses them: readable
+// Implements the parts of kqueue(2) and kevent(2) that the library uses with poll(2): readable
 // descriptors, and timers of whole milliseconds. kevent() ignores its timeout and never waits. The
-// queue's own descriptor never becomes readable.
+// queue's own descriptor does not show whether there are events.
 
 #include <cerrno>
 #include <chrono>

@@ -8,8 +8,8 @@
 
 namespace Toolkit {
 
-/// The bytes that a match of a pattern can begin with, found by trying each ASCII byte. Only for a
-/// pattern for which IgnoresPrecedingText() is true.
+/// The bytes that can begin a match: each ASCII byte is tested, all others are assumed to. Requires
+/// a pattern for which IgnoresPrecedingText() is true.
 class StartBytes {
 public:
     /// `options` are the options of the later searches.

@@ -11,14 +11,14 @@ namespace Toolkit {
 /// A lock file like that of `wxSingleInstanceChecker`, in the user's home directory. It lets this
 /// process and programs that use the checker itself detect each other.
 ///
-/// The checker itself would wait in fsync(2), which takes longer than everything else at the start
-/// of a program. It would also mistake an unrelated process that has the id of a crashed one for
-/// the holder of the file.
+/// The checker itself is not used because it calls fsync(2), which takes longer than the rest of a
+/// program's start. After a crash it also treats any process that reuses the old process id as the
+/// holder of the file.
 class CheckerFile {
 public:
-    /// Creates the file `name` unless another process has locked it. Creates nothing if `name` is
-    /// empty, if the system refuses, or if a file of that name exists that is not a lock file of
-    /// this user or contains the id of this process. Throws `std::bad_alloc`.
+    /// Creates the file `name`. Creates nothing if `name` is empty or the system refuses. Replaces
+    /// an existing file only if it is a lock file of this user that no process has locked and that
+    /// does not contain the id of this process. Throws `std::bad_alloc`.
     explicit CheckerFile(const TString<wchar_t>& name);
     ~CheckerFile();
 
@@ -34,7 +34,7 @@ private:
 
     std::string m_path;
     Base::FileDescriptor m_file;   // open if this object created the file
-    Base::OwnDescriptor m_ownFile; // a forked child does not own the file
+    Base::OwnDescriptor m_ownFile; // keeps a forked child from using the file
     bool m_isHeldElsewhere = false;
 };
 
