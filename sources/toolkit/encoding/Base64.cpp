@@ -16,10 +16,10 @@ namespace {
 // GetCodeLength() and GetDataLength() take lengths as int.
 constexpr unsigned int c_maxInputLength = std::numeric_limits<int>::max();
 
-// GetCodeLength() returns 0 for no input, and a negative number for a result of 2 GiB or more.
-bool IsEncodable(unsigned int length)
+// Returns 0 for no input and for a result of 2 GiB or more, which makes GetCodeLength() negative.
+int ComputeCodeLength(unsigned int length)
 {
-    return length <= c_maxInputLength && GetCodeLength(static_cast<int>(length)) > 0;
+    return length <= c_maxInputLength ? std::max(GetCodeLength(static_cast<int>(length)), 0) : 0;
 }
 
 // Returns null when out of memory. The caller's `delete[]` frees the array.
@@ -44,9 +44,9 @@ int GetDataLength(int length)
 bool b64_decode_binary(const unsigned char* in, unsigned int length, unsigned char** out,
                        unsigned int* outLength)
 {
-    if (!IsEncodable(length) || !in || !out || !outLength)
+    const int size = ComputeCodeLength(length);
+    if (size == 0 || !in || !out || !outLength)
         return false;
-    const int size = GetCodeLength(static_cast<int>(length));
     unsigned char* const code = Allocate(size);
     if (!code)
         return false;
@@ -119,7 +119,7 @@ TString<wchar_t> B64::ToUNICODE(const smart_ptr<Bytes>& bytes)
     if (!bytes.IsValid() || !bytes->GetBytes(&copy, &size))
         return {};
     const std::unique_ptr<unsigned char[]> owner(copy);
-    if (!IsEncodable(size))
+    if (ComputeCodeLength(size) == 0)
         return {};
     return Base::TryOr({}, [&] { return TString<wchar_t>(Encode(copy, size)); });
 }
