@@ -14,7 +14,7 @@ target_compile_options(
 if(PROJECT_IS_TOP_LEVEL)
     target_compile_options(ToolkitBuildOptions INTERFACE -Werror)
 endif()
-# Builds in different directories produce identical files.
+# Release builds in different directories produce identical files.
 target_compile_options(
     ToolkitBuildOptions
     INTERFACE "$<$<CONFIG:Release,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"

@@ -1,6 +1,6 @@
-# ToolkitHardening: compiler and linker options of the library's release builds that stop a program before
-# its memory is corrupted. Empty if TOOLKIT_HARDENING is off, in other build types, and in builds with
-# sanitizers, which check more.
+# ToolkitHardening: compiler and linker options for the library's release builds that detect memory errors
+# at run time and make them harder to exploit. Empty if TOOLKIT_HARDENING is off, in other build types,
+# and in builds with sanitizers, which check more.
 
 add_library(ToolkitHardening INTERFACE)
 if(NOT TOOLKIT_HARDENING OR TOOLKIT_SANITIZE)
@@ -8,7 +8,7 @@ if(NOT TOOLKIT_HARDENING OR TOOLKIT_SANITIZE)
 endif()
 
 set(release "$<CONFIG:Release,MinSizeRel>")
-# Undefines _FORTIFY_SOURCE first: distributions define it themselves, to other values.
+# Undefines _FORTIFY_SOURCE first: the compilers of some distributions predefine it with another value.
 target_compile_options(
     ToolkitHardening
     INTERFACE "$<${release}:-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"

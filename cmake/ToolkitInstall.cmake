@@ -51,7 +51,7 @@ install(FILES "${PROJECT_BINARY_DIR}/package/ToolkitConfig.cmake"
         DESTINATION "${package_directory}"
 )
 
-# Stores the items of a property of the imported target in `result`, each with the prefix `flag`.
+# Stores the items of `property` of `target` in `result`, each with the prefix `flag`, as one string.
 function(toolkit_flags result target property flag)
     get_target_property(items ${target} ${property})
     list(FILTER items EXCLUDE REGEX "^$|-NOTFOUND$")
@@ -60,7 +60,7 @@ function(toolkit_flags result target property flag)
     set(${result} "${flags}" PARENT_SCOPE)
 endfunction()
 
-# toolkit.pc contains the flags of wxWidgets, which has no pkg-config module that it could require.
+# toolkit.pc contains the flags of wxWidgets, because wxWidgets has no pkg-config module to require.
 toolkit_flags(pc_includes ${pc_wx} INTERFACE_INCLUDE_DIRECTORIES "-isystem ")
 toolkit_flags(pc_definitions ${pc_wx} INTERFACE_COMPILE_DEFINITIONS "-D")
 toolkit_flags(pc_options ${pc_wx} INTERFACE_COMPILE_OPTIONS "")
@@ -77,7 +77,7 @@ install(FILES "${PROJECT_BINARY_DIR}/package/toolkit.pc"
 )
 
 # gdb loads a script of this name from the library's folder, so an installed tree can be moved.
-# Distributions set TOOLKIT_GDB_DIR to the folder of that path below gdb's own folder.
+# Distributions set TOOLKIT_GDB_DIR to the full path of that folder below gdb's auto-load folder.
 if(BUILD_SHARED_LIBS AND NOT APPLE)
     set(TOOLKIT_GDB_DIR "${CMAKE_INSTALL_LIBDIR}" CACHE STRING "Where gdb's script is installed")
     install(FILES "${PROJECT_SOURCE_DIR}/gdb/toolkit_printers.py"

@@ -30,8 +30,8 @@ set(TOOLKIT_REGEX_SOURCES_pcre2
     regExp/Pcre2Pattern.cpp regExp/Pcre2Syntax.cpp
 )
 
-# For tests and benchmarks that compile them in: the further sources that each engine needs, and all
-# sources that RegExp needs besides its engine.
+# For tests and benchmarks that compile the library's sources themselves: what each engine needs besides
+# its own sources, and then all that RegExp needs besides its engine.
 set(TOOLKIT_REGEX_SOURCES_needed
     base/StackSpace.$<IF:$<PLATFORM_ID:Darwin>,Mac,Linux>.cpp base/StackSpace.cpp
     regExp/AsciiText.cpp regExp/FreshStack.cpp regExp/PatternItems.cpp

@@ -1,7 +1,7 @@
 # Removes the files that MANIFEST lists and the library's folders that are empty afterwards.
 
 if(NOT EXISTS "${MANIFEST}")
-    message(FATAL_ERROR "There is no ${MANIFEST}: nothing was installed from this build folder")
+    message(FATAL_ERROR "${MANIFEST} does not exist: nothing was installed from this build folder")
 endif()
 file(STRINGS "${MANIFEST}" installed ENCODING UTF-8)
 set(folders "")
