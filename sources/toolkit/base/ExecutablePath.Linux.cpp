@@ -3,6 +3,7 @@
 #include "toolkit/base/Utf8.h"
 
 #include <climits>
+#include <cstddef>
 #include <string>
 #include <sys/types.h>
 #include <unistd.h>

@@ -2,6 +2,7 @@
 
 #include "toolkit/base/FileDescriptor.h"
 
+#include <cstddef>
 #include <string>
 
 namespace Toolkit::Base {

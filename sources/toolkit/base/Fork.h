@@ -28,7 +28,7 @@ extern std::atomic<unsigned int> s_forks;
 /// that stores the number can later detect that it is the copy in a forked child.
 inline unsigned int CountForks()
 {
-    // Relaxed: it changes only while the child has a single thread.
+    // Relaxed: the count changes only while the child has a single thread.
     return s_forks.load(std::memory_order_relaxed);
 }
 

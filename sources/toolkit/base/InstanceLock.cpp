@@ -4,6 +4,7 @@
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/base/Utf8.h"
 
+#include <cstddef>
 #include <fcntl.h>
 #include <string>
 #include <string_view>
@@ -17,7 +18,7 @@ constexpr std::size_t c_maxNameLength =
 
 FileDescriptor OpenLockFile(const std::wstring& name)
 {
-    // Also empty for a name that UTF-8 cannot encode.
+    // EncodeUtf8() also returns an empty string for a name that UTF-8 cannot encode.
     if (EncodeUtf8(name).empty())
         return {};
     const std::string path = InstanceLock::MakePath(name);

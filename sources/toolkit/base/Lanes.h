@@ -9,7 +9,7 @@ namespace Toolkit::Base {
 
 template <typename Number>
 struct LanesOf {
-    // Aliases would lose the attributes.
+    // Not `using`: an alias would lose the attributes.
     typedef Number Type __attribute__((vector_size(16)));
     typedef Number Unaligned __attribute__((vector_size(16), aligned(1), may_alias));
 };

@@ -6,8 +6,9 @@ namespace Toolkit::Base {
 ///
 /// Otherwise parent and child share it: a lock stays held until both have closed the file, and what
 /// the child writes goes to the parent's file. Therefore the child's descriptor refers to /dev/null
-/// from the fork on. It is closed only if /dev/null cannot be opened: the next file that the child
-/// opens would get its number, and code that still has the number would use that file.
+/// from the fork on. Closing the descriptor would free its number for the next file that the child
+/// opens, and code that still has the number would use that file. So the descriptor is closed only
+/// if /dev/null cannot be opened.
 ///
 /// One object is used by one thread at a time; different threads may use different objects. The
 /// descriptor must be open while it is watched: declare the watching member after the one that

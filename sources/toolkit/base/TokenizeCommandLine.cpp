@@ -1,6 +1,7 @@
 #include "toolkit/base/TokenizeCommandLine.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace Toolkit::Base {
 

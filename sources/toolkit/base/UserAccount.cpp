@@ -3,6 +3,7 @@
 #include "toolkit/base/Utf8.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <pwd.h>
 #include <string>

@@ -30,7 +30,7 @@ constexpr std::uint32_t c_lastCodePoint = 0x10FFFF;
 
 // Copies a block that is all ASCII; returns false for any other. Both overloads write to a local
 // array, which no other pointer can alias, so that the compiler vectorizes the loop. Reading from a
-// local copy would not do: GCC 14 unrolls such a loop instead.
+// local copy does not help: GCC 14 unrolls such a loop instead.
 bool CopyAsciiBlock(const char* from, wchar_t* to)
 {
     if (!AreAllZero(LoadLanes<unsigned char>(from) & 0x80))
