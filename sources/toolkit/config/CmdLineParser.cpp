@@ -6,6 +6,8 @@
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace Toolkit {

@@ -2,6 +2,7 @@
 #include "toolkit/config/IniSection.Private.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <utility>
 

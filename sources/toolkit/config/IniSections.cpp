@@ -1,6 +1,7 @@
 #include "toolkit/base/LineSplitter.h"
 #include "toolkit/config/IniSections.Private.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace Toolkit {

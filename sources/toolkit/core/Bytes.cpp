@@ -4,6 +4,7 @@
 #include "toolkit/core/StreamResult.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <new>
 

@@ -21,8 +21,8 @@ public:
     Bytes& operator=(const Bytes&) = delete;
 
     /// Replaces the contents. For a null `source` or a size of 0, returns false and keeps the old
-    /// contents, so this cannot empty an object. When out of memory, returns false and leaves the
-    /// object empty.
+    /// contents, so SetBytes() cannot empty an object. When out of memory, returns false and leaves
+    /// the object empty.
     bool SetBytes(const unsigned char* source, unsigned int size);
 
     /// Stores a copy of the contents in `*out`. The caller frees it with delete[].

@@ -13,7 +13,7 @@ inline char FoldNarrow(char character)
     return static_cast<char>(std::tolower(static_cast<signed char>(character)));
 }
 
-/// Returns characters outside the range of `tolower` unchanged: calling it for them is undefined.
+/// Returns characters outside the range of `tolower` unchanged; `tolower` is undefined for them.
 inline wchar_t FoldNarrow(wchar_t character)
 {
     if (character < 0 || character > 0xFF)

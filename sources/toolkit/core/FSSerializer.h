@@ -21,7 +21,7 @@ public:
     IStream& GetStream() const override;
 
 private:
-    // Only the file position changes, which is not part of this object's state.
+    // Mutable for GetStream(): the file and its position are not part of this object's state.
     mutable FSStream m_stream;
 };
 

@@ -6,10 +6,12 @@
 #include "toolkit/core/StreamResult.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <fcntl.h>
 #include <limits>
 #include <string>
+#include <utility>
 #include <wchar.h>
 
 namespace Toolkit {

@@ -8,7 +8,7 @@ namespace StreamResult {
 
 constexpr unsigned int Ok = 0;
 
-/// An empty string was written or read, or an empty `Bytes` was to be written. Not a failure.
+/// An empty string was written or read, or an empty `Bytes` was serialized. Not a failure.
 constexpr unsigned int Nothing = 0x01000000;
 
 constexpr unsigned int FailureBit = 0x10000000;

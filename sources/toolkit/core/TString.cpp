@@ -7,8 +7,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cwctype>
 #include <functional>
+#include <iterator>
 #include <string_view>
 
 namespace {

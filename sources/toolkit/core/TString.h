@@ -62,10 +62,10 @@ public:
     /// replaced too: replacing "ab" with "b" turns "aab" into "b". An empty `from` changes nothing.
     ///
     /// Always ends if `to` is shorter than `from`, is as long but not equal to it, or contains some
-    /// character fewer times than `from` does. Other pairs may never end, or only when out of
-    /// memory: if `to` contains `from`, for every string that contains `from`; if a replacement and
-    /// its neighbours create new occurrences, for some strings, such as replacing "ab" with "bbaa"
-    /// in "aab".
+    /// character fewer times than `from` does. Any other replacement may never end, or end only
+    /// when out of memory: for every string that contains `from` if `to` contains `from`; for some
+    /// strings if a replacement and its neighbours create new occurrences, such as replacing "ab"
+    /// with "bbaa" in "aab".
     void Replace(const TString& from, const TString& to);
 
     /// Returns the unsigned decimal number at the beginning of the string, after white space; 0 if
