@@ -5,6 +5,7 @@
 #include "toolkit/encoding/UTF8.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <memory>

@@ -19,7 +19,7 @@ struct Pair {
     char characters[2];
 };
 
-// The two characters for each value of 12 bits.
+// The two characters for each 12-bit value.
 //
 // Base64Encode/10239: looking each character up takes 2.7 times as long.
 constexpr auto c_pairs = [] {

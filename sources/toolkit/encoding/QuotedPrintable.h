@@ -37,8 +37,8 @@ public:
     /// `lineLength`, counting the "=" at their ends. Inserts no break if `lineLength` is below 4.
     ///
     /// A break never follows the "=" of an escape, but may separate its two digits. If
-    /// `firstLineLength` is 1, a break comes before the first character; if it is 0, there are
-    /// none.
+    /// `firstLineLength` is 1, a break comes before the first character; if it is 0, there are no
+    /// breaks.
     ///
     /// Positions are 32-bit and wrap around. With a `lineLength` above 0x7FFFFFFE, each break is
     /// therefore inserted 0xFFFFFFFE - `lineLength` characters before the previous one: 0xFFFFFFFD
@@ -49,7 +49,7 @@ public:
 
     /// Decodes `text`: "=" and two hexadecimal digits of either case become one byte.
     ///
-    /// "G" and "g" count as digits, with the value 16. A "=" that two digits do not follow is
+    /// "G" and "g" count as digits, with the value 16. A "=" without two digits after it is
     /// dropped, so the carriage return and line feed of a soft line break stay. A "=" among the
     /// last two bytes of the UTF-8 form is kept, unless it is the whole text. A null byte, as from
     /// "=00", ends the result.

@@ -8,8 +8,8 @@ namespace Toolkit {
 // Encodes and decodes quoted-printable. The encoder escapes more than RFC 2045, section 6.7,
 // requires. The decoder deviates from it: see `QP::ToUNICODE`.
 
-/// Whether AppendEncodedQuotedPrintable() escapes `byte`. False for 0x7F, although it escapes that
-/// too.
+/// Whether AppendEncodedQuotedPrintable() escapes `byte`, with one exception: false for 0x7F, which
+/// is escaped too.
 bool NeedsEscape(char byte);
 
 /// Encodes `length` bytes and appends the result to `encoded`, on one line.

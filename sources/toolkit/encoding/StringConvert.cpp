@@ -4,6 +4,7 @@
 #include "toolkit/base/OutOfMemory.h"
 
 #include <algorithm>
+#include <string>
 #include <type_traits>
 
 namespace Toolkit {

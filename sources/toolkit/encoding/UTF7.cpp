@@ -2,6 +2,7 @@
 
 #include "toolkit/base/OutOfMemory.h"
 
+#include <cstddef>
 #include <cstring>
 
 namespace Toolkit {

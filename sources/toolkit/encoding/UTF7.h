@@ -11,7 +11,8 @@ namespace Toolkit {
 /// an empty string.
 class TOOLKIT_API UTF7 {
 public:
-    /// Returns each character up to U+007F as that byte, and every other one as an underscore.
+    /// Returns each character up to U+007F as the byte with its value, and every other one as an
+    /// underscore.
     static TString<char> ToUTF7(const TString<wchar_t>& text);
 
     /// Returns each byte, up to the first null byte, as the character with its value: 0xE9 gives

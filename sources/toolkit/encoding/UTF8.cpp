@@ -3,7 +3,9 @@
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Utf8.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace Toolkit {
 namespace {
