@@ -133,8 +133,8 @@ long long ToSecondsFromUtc(const CalendarTime& time)
 long long ToSecondsFromLocal(const CalendarTime& time)
 {
     // ParseIso/tz:0: mktime(), which checks the zone file on every call if TZ is not set, takes 17
-    // times as long. Subtracting the zone's offset from UTC is enough if it is the same before and
-    // after the time.
+    // times as long. Subtracting the zone's UTC offset is enough if the offset is the same before
+    // and after the time.
     const long long asUtc = CountPlainSeconds(time);
     const std::tm before = ToLocalFields(asUtc - c_maxOffsetSeconds);
     const std::tm after = ToLocalFields(asUtc + c_maxOffsetSeconds);

@@ -46,7 +46,8 @@ public:
 
     /// MakeToUTC() shifts the moment so that its local time reads what UTC read before;
     /// MakeFromUTC() reverses that. A local time that the clock skips is moved by as much as the
-    /// clock changes, in nearly all zones forward. A moment that cannot be represented is invalid.
+    /// clock changes, in nearly all zones forward. If the result is out of range, the date becomes
+    /// invalid.
     DateTime& MakeToUTC();
     DateTime& MakeFromUTC();
 
@@ -70,7 +71,7 @@ public:
     /// GetDate() writes the date and GetTime() the time, in the user's short pattern
     /// (`Locales::GetCurrentDateFormat`), with day, month, hour and minute padded to two digits.
     /// Times have no seconds. In twelve-hour patterns ("h"), noon is 12 AM and midnight is 00 AM;
-    /// with "hh", times have 24 hours and no AM or PM. Without a pattern, `out` is empty.
+    /// with "hh", hours are 00 to 23, without AM or PM. Without a pattern, `out` is empty.
     void GetDate(TString<wchar_t>& out) const;
     void GetTime(TString<wchar_t>& out) const;
     /// Writes the date, a space and the time.
@@ -85,15 +86,15 @@ public:
     /// Adds a duration. If the sum is out of range, the date becomes invalid.
     DateTime& Add(unsigned int hours, unsigned int minutes, unsigned int seconds);
     /// Adds or subtracts years and months, clamps the day to the last one of the month, and then
-    /// adds or subtracts weeks and days. The local time of day stays, but is moved like that of
-    /// MakeToUTC() if the clock skips it. The numbers are read as signed, as in wxDateSpan:
+    /// adds or subtracts weeks and days. The local time of day stays; if the clock skips it, it is
+    /// moved as MakeToUTC() describes. The numbers are read as signed, as in wxDateSpan:
     /// 4294967295 years are -1 year. If the result is out of range, the date becomes invalid.
     DateTime& Add(unsigned int years, unsigned int months, unsigned int weeks, unsigned int days);
     DateTime& Remove(unsigned int years, unsigned int months, unsigned int weeks,
                      unsigned int days);
 
-    /// Return how much later this date is than `other`, in whole units rounded toward zero and
-    /// truncated to 32 bits; 0 if either date is invalid or `other` is empty.
+    /// Return how much later this date is than `other`, in whole hours, minutes or seconds: rounded
+    /// toward zero and truncated to 32 bits; 0 if either date is invalid or `other` is empty.
     int GetTotalHours(const smart_ptr<DateTime>& other) const;
     int GetTotalMinutes(const smart_ptr<DateTime>& other) const;
     long GetTotalSecondes(const smart_ptr<DateTime>& other) const;

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "toolkit/core/TString.h"
 #include "toolkit/datetime/CalendarTime.Private.h"
+
+#include <string>
 
 namespace Toolkit {
 

@@ -2,6 +2,7 @@
 #include "toolkit/datetime/IsoText.Private.h"
 
 #include <limits>
+#include <string>
 
 namespace Toolkit {
 namespace {
@@ -21,7 +22,7 @@ public:
         const wchar_t* const digits = m_at;
         long long value = 0;
         for (; !AtEnd() && IsDigit(*m_at); ++m_at) {
-            // Later digits cannot make it fit, but could overflow `value`.
+            // Further digits cannot make the number fit, but could overflow `value`.
             if (value < c_tooLarge)
                 value = value * 10 + (*m_at - L'0');
         }

@@ -1,6 +1,8 @@
 #include "toolkit/base/Numbers.h"
 #include "toolkit/datetime/LocaleText.Private.h"
 
+#include <cstddef>
+#include <string>
 #include <utility>
 
 namespace Toolkit {
