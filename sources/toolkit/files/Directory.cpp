@@ -80,7 +80,7 @@ void Read(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted
 unsigned int List(const TString<wchar_t>& path, const TString<wchar_t>& fileSpec, Wanted wanted,
                   std::vector<TString<wchar_t>>& names)
 {
-    // The other arguments may be elements of the vector, so its strings live until the end.
+    // The other arguments may be elements of `names`, so its old strings are kept until the end.
     std::vector<TString<wchar_t>> previous;
     previous.swap(names);
     // All names or none.

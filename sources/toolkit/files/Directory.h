@@ -20,8 +20,8 @@ namespace Toolkit {
 class TOOLKIT_API Directory {
 public:
     /// Stores the path of the directory to list. An empty `path` means the application's directory,
-    /// as the process-wide `PathManager` reports it. Without a `PathManager`, or when out of
-    /// memory, nothing is listed.
+    /// as the process-wide `PathManager` reports it, or no directory if there is no `PathManager`.
+    /// When out of memory, nothing is listed.
     Directory(const TString<wchar_t>& path);
 
     /// GetDirectories() lists the subdirectories and GetFiles() everything else. Both replace
@@ -32,8 +32,8 @@ public:
     unsigned int GetFiles(const TString<wchar_t>& fileSpec,
                           std::vector<TString<wchar_t>>& names) const;
 
-    /// Lists all entries of `directory`, files and subdirectories, in the same way, but an empty
-    /// `directory` lists nothing. Despite its name, returns names without their path.
+    /// Lists all entries of `directory`, files and subdirectories, in the same way; nothing if
+    /// `directory` is an empty string. Despite its name, returns names without their path.
     static unsigned int EnumFilePaths(std::vector<TString<wchar_t>>& names,
                                       const TString<wchar_t>& directory,
                                       const TString<wchar_t>& fileSpec);

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <optional>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 

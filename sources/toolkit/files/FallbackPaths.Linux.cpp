@@ -4,6 +4,7 @@
 #include "toolkit/files/FallbackPaths.Private.h"
 #include "toolkit/files/TextFile.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <cwctype>
 #include <filesystem>

@@ -1,6 +1,8 @@
 #include "toolkit/base/UserAccount.h"
 #include "toolkit/files/FallbackPaths.Private.h"
 
+#include <cstddef>
+
 namespace Toolkit {
 namespace {
 

@@ -11,7 +11,9 @@
 
 #include <wx/filename.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 namespace Toolkit {

@@ -9,8 +9,8 @@ namespace Toolkit {
 /// Knows where the application is installed and where it keeps its data. The constructors compute
 /// the paths; one object serves the whole process.
 ///
-/// The standard directories are those of `wxStandardPaths`, for the application name that `wxApp`
-/// has. If `HOME` is not valid UTF-8, the home directory comes from the user database.
+/// The standard directories are those of `wxStandardPaths`, for the application name of `wxApp`.
+/// If `HOME` is not valid UTF-8, the home directory comes from the user database.
 ///
 /// The setters take no lock: other threads may read only while no setter runs. When out of memory,
 /// the constructors, the setters and RebuildDependentPathes() throw `std::bad_alloc` and change
@@ -77,7 +77,7 @@ public:
     /// create it.
     void SetApplicationDataPath(const TString<wchar_t>& path);
     void SetMassStorageDataPath(const TString<wchar_t>& path);
-    /// Computes the plug-ins path from the ressources path again.
+    /// Recomputes the plug-ins path from the ressources path.
     void RebuildDependentPathes();
 
     /// Joins `part` onto `path` with one separator, unless `path` is empty or ends with one: "dir"
