@@ -3,6 +3,7 @@
 #include "toolkit/base/CheckedMutex.h"
 #include "toolkit/base/Fork.h"
 
+#include <atomic>
 #include <new>
 #include <pthread.h>
 

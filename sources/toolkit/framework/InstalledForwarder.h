@@ -13,9 +13,8 @@ namespace Toolkit::Framework {
 /// RemoveForwarder() before it destroys it.
 void InstallForwarder(wxLog* target);
 
-/// Removes `target` if it is the installed one. Returns true if it was, and if the caller may
-/// deliver the messages that other threads have queued: a forked child must leave them to its
-/// parent.
+/// Removes `target` if it is the installed one. Returns true if it was and the caller may deliver
+/// the messages that other threads have queued: a forked child must leave them to its parent.
 bool RemoveForwarder(wxLog* target);
 
 /// Passes a record to the installed target; false if there is none.

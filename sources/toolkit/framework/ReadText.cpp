@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/types.h>
@@ -42,7 +43,7 @@ ByteOrderMark FindByteOrderMark(std::string_view text)
     return {{}, Encoding::Utf8};
 }
 
-// Whether the character is a Unicode scalar value. The UTF-32 converters of wxWidgets do not check.
+// The UTF-32 converters of wxWidgets do not check that a character is a Unicode scalar value.
 bool IsScalarValue(wchar_t character)
 {
     return (character >= 0 && character < 0xD800) || (character > 0xDFFF && character <= 0x10FFFF);

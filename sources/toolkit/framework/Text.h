@@ -4,6 +4,8 @@
 
 #include <wx/string.h>
 
+#include <string>
+
 // Conversions to and from wxString. Embedded null characters are kept.
 namespace Toolkit::Framework {
 

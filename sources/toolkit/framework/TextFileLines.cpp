@@ -7,6 +7,7 @@
 #include "toolkit/framework/ReadText.h"
 #include "toolkit/framework/Text.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <string_view>
 #include <system_error>

@@ -13,8 +13,8 @@ namespace Toolkit::Framework {
 /// full.
 class TextFileLines : public wxTextFile {
 public:
-    /// Loads the lines of the file `path`. Returns false, without lines, if it cannot be read.
-    /// Throws `std::bad_alloc`; lines loaded so far then remain, but Save() fails.
+    /// Loads the lines of the file `path`. Returns false, without lines, if it cannot be read or
+    /// decoded. Throws `std::bad_alloc`; lines loaded so far then remain, but Save() fails.
     bool Load(const std::string& path);
 
     /// Replaces the loaded file with the lines, each with its line end, in UTF-8 without a

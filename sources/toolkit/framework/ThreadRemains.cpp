@@ -9,6 +9,7 @@
 #include <cstring>
 #include <new>
 #include <thread>
+#include <utility>
 
 namespace Toolkit::Framework {
 namespace {
