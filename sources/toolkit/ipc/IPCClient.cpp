@@ -1,5 +1,6 @@
 #include "toolkit/ipc/IPCClient.h"
 
+#include "toolkit/base/FileDescriptor.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/ipc/Protocol.Private.h"
 #include "toolkit/ipc/Socket.Private.h"
@@ -7,11 +8,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstddef>
 #include <poll.h>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <sys/types.h>
 
 namespace Toolkit {
 namespace {

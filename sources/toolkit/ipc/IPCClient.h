@@ -12,8 +12,9 @@ public:
     static constexpr unsigned int c_timeoutMs = 10000;
 
     /// Sends the message `text`, up to its first null character, to the server with the name
-    /// `service`, which must not be empty: IPCServer::GetSocketPath(L"") names the application's
-    /// own. True when all of it is sent; the server's listeners may not have received it yet.
+    /// `service`, which must not be empty: for the application's own service, pass
+    /// IPCServer::GetSocketPath(L""). True when all of it is sent; the server's listeners may not
+    /// have received it yet.
     ///
     /// False if `service` is not a valid name, if no server of this user answers, if the server
     /// disconnects before all is sent, after `c_timeoutMs`, if `text` is longer than 16 MiB in

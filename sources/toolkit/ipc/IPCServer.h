@@ -67,9 +67,9 @@ public:
     /// no `PathManager`, and when out of memory.
     static TString<wchar_t> GetSocketPath(const TString<wchar_t>& service);
 
-    /// Starts listening; the event loop then serves the clients. True if the server listens, also
-    /// if it did before. If its socket file has been removed or replaced, disconnects all clients
-    /// and starts listening anew.
+    /// Starts listening; the event loop then serves the clients. True if the server listens, even
+    /// if it already did. If its socket file has been removed or replaced, disconnects all clients
+    /// and starts listening again.
     ///
     /// False if the socket file cannot be created, if another server listens with the name, if
     /// something else exists at the path, if wxWidgets cannot be started, and when out of memory.

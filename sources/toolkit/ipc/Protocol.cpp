@@ -168,7 +168,7 @@ MessageParser::Message MessageParser::ParsePayload(std::string_view& bytes)
     return m_missing == 0 ? Complete() : Message::Incomplete;
 }
 
-// Doubles the capacity when it is full, but never beyond the announced size.
+// When the buffer is full, doubles its capacity, but never beyond the announced size.
 void MessageParser::Store(std::string_view bytes)
 {
     const std::size_t needed = m_data.size() + bytes.size();

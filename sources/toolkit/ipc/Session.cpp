@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <sys/types.h>
 #include <utility>
 
 namespace Toolkit::Ipc {
@@ -153,7 +154,7 @@ bool Sessions::AcceptOne()
     if (!socket.IsOpen() && IsOutOfResources(errno) && HasWaitingClient(m_listener.Socket())) {
         if (MakeRoom())
             socket = AcceptClient(m_listener.Socket());
-        // Otherwise the loop would report the same client again and again.
+        // Without a pause, the event loop would report the same client again and again.
         if (!socket.IsOpen())
             PauseAccepting();
     }

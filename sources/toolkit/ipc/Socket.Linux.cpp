@@ -1,6 +1,7 @@
 #include "toolkit/ipc/Socket.Private.h"
 
 #include <cstdint>
+#include <ctime>
 #include <sys/epoll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>

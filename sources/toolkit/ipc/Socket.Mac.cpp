@@ -1,5 +1,6 @@
 #include "toolkit/ipc/Socket.Private.h"
 
+#include <ctime>
 #include <fcntl.h>
 #include <sys/event.h>
 #include <sys/socket.h>

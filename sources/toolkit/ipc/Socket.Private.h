@@ -11,8 +11,8 @@
 /// Stream sockets between processes of one machine. Their addresses are file paths.
 ///
 /// On failure, functions return false, -1 or a descriptor that is not open, with the reason in
-/// `errno`. HasWaitingClient() and IsPeerOfThisUser() return false without a reason. None raises a
-/// signal.
+/// `errno`. HasWaitingClient() and IsPeerOfThisUser() return false without a reason. No function
+/// raises a signal.
 namespace Toolkit::Ipc {
 
 /// Creates a blocking socket, which is closed on exec.
