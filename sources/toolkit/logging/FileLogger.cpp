@@ -13,6 +13,7 @@
 #include "toolkit/logging/LogPieceQueue.Private.h"
 
 #include <chrono>
+#include <cstddef>
 #include <new>
 #include <unistd.h>
 

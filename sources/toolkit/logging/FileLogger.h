@@ -7,6 +7,7 @@
 #include "toolkit/threading/EventObject.h"
 #include "toolkit/threading/Mutex.h"
 #include "toolkit/threading/Thread.h"
+#include "toolkit/threading/ThreadSafety.h"
 
 #include <memory>
 

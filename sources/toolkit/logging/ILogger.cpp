@@ -5,6 +5,7 @@
 #include "toolkit/base/Utf8.h"
 
 #include <cstring>
+#include <string>
 #include <type_traits>
 
 namespace Toolkit {

@@ -7,7 +7,7 @@ namespace Toolkit {
 ILogger& BeginLogLine(LogSeverity severity, int line, const char* function)
 {
     ILogger& logger = ILogger::GetLogger() << SetSeverity(severity);
-    // Do not read the tick count for a line that is filtered out: it takes most of the time here.
+    // Reading the tick count takes most of the time here, so a line that is filtered out skips it.
     if (logger.IsFilteredOut())
         return logger;
     return logger << severity << ILogger::c_strLogToken1 << Base::GetTickCount()

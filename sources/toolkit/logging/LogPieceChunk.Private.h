@@ -8,8 +8,8 @@ namespace Toolkit {
 
 /// A block of memory filled with pieces of log text, one after the other.
 ///
-/// A piece whose characters all fit into a byte each is stored as bytes. `LogMemory`: stored as
-/// wide characters, it takes four times the memory.
+/// A piece whose characters each fit into one byte is stored as bytes. `LogMemory`: stored as wide
+/// characters, it takes four times the memory.
 class LogPieceChunk {
 public:
     /// Returns the maximum number of bytes that `piece` takes in a chunk.

@@ -1,5 +1,6 @@
 // The process-wide logger. In its own source file, so that ILogger.cpp does not depend on
 // NullLogger, which derives from ILogger.
+#include "toolkit/base/CheckedMutex.h"
 #include "toolkit/base/Fork.h"
 #include "toolkit/base/OutOfMemory.h"
 #include "toolkit/base/Singleton.h"

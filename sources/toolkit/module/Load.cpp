@@ -5,6 +5,8 @@
 #include "toolkit/base/TokenizeCommandLine.h"
 #include "toolkit/base/UnloadTask.h"
 #include "toolkit/config/CmdLineParser.h"
+#include "toolkit/core/TString.h"
+#include "toolkit/core/smart_ptr.h"
 #include "toolkit/files/PathManager.h"
 #include "toolkit/framework/ThreadData.h"
 #include "toolkit/logging/FileLogger.h"
