@@ -5,6 +5,7 @@
 #include "toolkit/threading/EventNotifier.h"
 #include "toolkit/threading/EventObject.h"
 #include "toolkit/threading/Mutex.h"
+#include "toolkit/threading/ThreadSafety.h"
 
 namespace Toolkit {
 

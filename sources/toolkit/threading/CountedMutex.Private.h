@@ -9,9 +9,9 @@
 namespace Toolkit {
 
 /// A recursive wxMutex that counts how often it is locked. Only the thread that holds it changes
-/// the count, so loading and storing need not be one atomic step; Release() handles the exception.
-/// Relaxed order is enough: the mutex itself orders the holders, and the destructor runs when no
-/// other thread uses the object.
+/// the count, so loading and storing need not be one atomic step. If another thread calls
+/// Release(), the count becomes uncertain. Relaxed order is enough: the mutex itself orders the
+/// holders, and the destructor runs when no other thread uses the object.
 class CountedMutex : public wxMutex {
 public:
     CountedMutex() : wxMutex(wxMUTEX_RECURSIVE) { ASSERT(IsOk()); }

@@ -3,6 +3,7 @@
 #include "toolkit/core/Export.h"
 #include "toolkit/core/smart_ptr.h"
 #include "toolkit/threading/Mutex.h"
+#include "toolkit/threading/ThreadSafety.h"
 
 #include <algorithm>
 #include <list>
@@ -78,8 +79,8 @@ protected:
 private:
     using Listeners = std::list<smart_ptr<T>>;
 
-    // One run of Notify(). Removing a listener during a pass only empties its entry;
-    // the outermost pass erases empty entries.
+    // One run of Notify(). Removing a listener during a pass only empties its entry; the outermost
+    // pass erases empty entries.
     class Pass {
     public:
         explicit Pass(EventNotifier& notifier) TOOLKIT_REQUIRES(notifier.m_lock)

@@ -44,7 +44,7 @@ MutexInternal::~MutexInternal()
     std::unique_ptr<CountedMutex> mutex(m_mutex.load(std::memory_order_relaxed));
     if (!mutex || (mutex->ReleaseAll() && mutex->IsCertainlyFree()))
         return;
-    // Otherwise ~wxMutex() would log that the mutex is destroyed while held.
+    // ~wxMutex() would log that the mutex is destroyed while held.
     const Framework::Silence silence;
     mutex.reset();
 }

@@ -39,8 +39,8 @@ public:
     ///
     /// Ending a thread that was never started takes memory: when out of memory, the destructor
     /// retries for 200 ms, and then leaks the thread. Leaking it also takes a little memory, for
-    /// which the destructor waits without limit. A destructor that leaks a thread, or is called on
-    /// it, never lets go of its `FrameworkHold`.
+    /// which the destructor waits without limit. A destructor that leaks the thread, or runs on
+    /// that thread, never releases its `FrameworkHold`.
     ~Thread() override;
 
     /// Starts the thread. False if it was started before, if the system could not create it, or
@@ -95,8 +95,8 @@ protected:
     ExitCode Entry() override;
 
     /// `wxThread::Delete()` and `wxThread::Kill()` call these. Both ask the thread to end; a paused
-    /// thread then notices sooner that it is resumed. OnKill() also waits up to 1 second for
-    /// the thread to reach Entry(). An override must call the base version.
+    /// thread then notices sooner that it is resumed. OnKill() also waits up to 1 second for the
+    /// thread to reach Entry(). An override must call the base version.
     void OnDelete() override;
     void OnKill() override;
 
