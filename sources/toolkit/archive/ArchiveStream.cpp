@@ -109,8 +109,8 @@ void ArchiveStream::ReclaimUngetBytes()
 
 bool ArchiveStream::CloseEntry()
 {
-    // Otherwise wxZipInputStream would return bytes that were put back into this entry as the first
-    // bytes of the next one.
+    // Without this, wxZipInputStream would return bytes that were put back into this entry as the
+    // first bytes of the next one.
     ReclaimUngetBytes();
     m_peeked.clear();
     m_peekedBegin = 0;

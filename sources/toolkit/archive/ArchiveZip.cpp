@@ -80,7 +80,7 @@ void ArchiveZip::Open(const TString<wchar_t>& path)
 
 void ArchiveZip::Close()
 {
-    // Not a null pointer, for which smart_ptr would allocate a count.
+    // Empty() needs no memory; for a null pointer, smart_ptr would allocate a count.
     if (m_stream.IsValid())
         m_stream = smart_ptr<ZipInputStream>::Empty();
 }
@@ -88,7 +88,7 @@ void ArchiveZip::Close()
 int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
                             ArchiveEntriesFlags::ArchiveEntriesType type)
 {
-    // `filter` may be a key of the map, so its entries live until the end.
+    // `filter` may be a key of `entries`, so the old entries are kept until the function returns.
     EntriesMap previous;
     previous.swap(entries);
     if (!m_stream.IsValid() || !m_stream->IsOk()) {
@@ -105,7 +105,7 @@ int ArchiveZip::EntriesList(EntriesMap& entries, const TString<wchar_t>& filter,
     }
     if (Base::RunsWithoutThrowing([&] { List(*m_stream, filter, type, entries); }))
         return static_cast<int>(entries.size());
-    // All entries or none.
+    // The result has all entries or none.
     entries.clear();
     return -1;
 }
@@ -123,7 +123,7 @@ smart_ptr<ZipInputStream> ArchiveZip::GetZipInputStream(const smart_ptr<ArchiveZ
         return stream->OpenEntry(*entry);
     });
     ASSERT(isOpen);
-    // Otherwise wxZipInputStream would continue with the next entry that it finds.
+    // Without the error, wxZipInputStream would continue with the next entry that it finds.
     if (!isOpen)
         stream->Reset(wxSTREAM_READ_ERROR);
     return m_stream;

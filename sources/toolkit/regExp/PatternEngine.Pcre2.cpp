@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -109,7 +110,7 @@ int Search::CheckSubject(Pcre2Pattern& pattern) const
     const int result = pattern.CheckUtf8(subject, length, TranslateOptions(options));
     if (IsInvalidUtf8Error(result))
         return ReportInvalidUtf8(pattern, result);
-    // Nothing has been checked then.
+    // When out of memory, the engine has checked nothing.
     if (result == PCRE2_ERROR_NOMEMORY)
         return ToPcreError(result);
     const bool isInside = start > 0 && start < length && IsContinuation(subject[start]);

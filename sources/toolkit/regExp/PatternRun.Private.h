@@ -32,7 +32,7 @@ void CompilePattern(MatchResult& result);
 int ExecutePattern(const PatternCode& code, const TString<char>& subject, std::size_t start,
                    int options, int (&offsets)[MatchResult::c_ovectorSize]);
 
-/// Searches the result's subject and stores the outcome, including a code for which it throws.
+/// Searches the result's subject and stores the result code, also if it throws for that code.
 void ExecutePattern(MatchResult& result, std::size_t start);
 
 /// Throws the exception for a negative code of the engine's search.

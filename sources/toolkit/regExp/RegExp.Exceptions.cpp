@@ -6,6 +6,7 @@
 namespace Toolkit {
 namespace {
 
+// Every exception reports this place.
 constexpr const char* c_file = "sources/toolkit/regExp/RegExp.Exceptions.h";
 constexpr char c_line = 7;
 

@@ -8,18 +8,18 @@
 
 namespace Toolkit {
 
-/// Replaces every match of a pattern in a text.
+/// Replaces every match of a pattern in a string.
 ///
-/// After each replacement, the search continues in the changed text, right after the replacement,
-/// at an offset that is truncated to 16 bits. Each search first checks that the whole text is
-/// UTF-8. Where the result is the same, the class skips the check and copies the text only once.
+/// After each replacement, the search continues in the changed string, right after the replacement,
+/// at an offset that is truncated to 16 bits. Each search first checks that the whole string is
+/// UTF-8. Where the result is the same, the class skips the check and copies the string only once.
 class WholeMatchReplacement {
 public:
     /// Throws if `pattern` does not compile. `replacement` must outlive the object.
     WholeMatchReplacement(const TString<char>& pattern, const TString<char>& replacement,
                           const TString<char>& subject);
 
-    /// Returns the text with the replacements. Call it once.
+    /// Returns the string with the replacements. Call Run() only once.
     TString<char> Run();
 
 private:

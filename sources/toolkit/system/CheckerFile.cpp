@@ -10,7 +10,7 @@
 namespace Toolkit {
 namespace {
 
-// Returns a write lock on the whole file, for fcntl(2).
+// Describes a write lock on the whole file, for fcntl(2).
 struct flock MakeWholeFileLock()
 {
     struct flock range {};
@@ -27,7 +27,7 @@ bool IsLockedElsewhere(const Base::FileDescriptor& file)
 
 constexpr mode_t c_ownerOnly = 0600;
 
-// Whether the checker would trust the file: it rejects any other owner or mode.
+// Whether the checker would trust the file: it requires a regular file of this user with mode 0600.
 bool IsTrustedByChecker(const Base::FileDescriptor& file)
 {
     struct stat status {};

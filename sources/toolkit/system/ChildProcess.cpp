@@ -4,6 +4,8 @@
 #include "toolkit/system/InheritedDescriptors.Private.h"
 
 #include <cerrno>
+#include <string>
+#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -145,7 +145,7 @@ TString<wchar_t> RemoveLetter(TString<wchar_t> pattern, wchar_t letter)
     return pattern;
 }
 
-// Replaces B, a period of the day such as "in the evening", with a, which is AM or PM.
+// Replaces "B", a period of the day such as "in the evening", with "a", which is AM or PM.
 TString<wchar_t> ReplacePeriodsOfDay(TString<wchar_t> pattern)
 {
     std::replace(pattern.begin(), pattern.end(), L'B', L'a');

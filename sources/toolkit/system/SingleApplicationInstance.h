@@ -17,8 +17,8 @@ class InstanceLock;
 /// running.
 ///
 /// The object holds a lock for its lifetime, with two files in the user's home directory:
-/// - GetLockPath() names the file whose flock(2) decides. It is never removed; in a read-only home
-///   directory, an existing one is enough.
+/// - GetLockPath() names the file whose flock(2) lock decides. The file is never removed; in a
+///   read-only home directory, an existing one is enough.
 /// - A lock file like that of `wxSingleInstanceChecker` has the application's unique name, so that
 ///   this class and programs that use the checker detect each other. A file of that name with
 ///   another owner, mode or content is left alone.

@@ -14,8 +14,8 @@
 namespace Toolkit {
 namespace {
 
-// Not with wxPlatformInfo::Get(), which needs an application object, and runs several programs to
-// find out more than this class reports.
+// Avoids wxPlatformInfo::Get(), which needs an application object and runs several programs to find
+// out more than this class reports.
 wxPlatformInfo DescribeThisSystem()
 {
     const Framework::Silence silence;
