@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <string>
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/regExp/RegExp.h>
 #include <toolkit/system/Locales.h>
@@ -27,19 +28,19 @@ int PrintVersions(Output& output)
     };
     for (const std::string& line : lines)
         output.Write(line + "\n");
-    return ExitGood;
+    return ExitSuccess;
 }
 
-int Check(Output& output)
+int RunSelfTests(Output& output)
 {
-    bool haveAllPassed = true;
+    bool allPassed = true;
     for (const SelfTest& test : ListSelfTests()) {
-        const bool hasPassed = test.run();
-        output.Write(hasPassed ? "good " : "bad  ", hasPassed ? Output::Green : Output::Red);
+        const bool passed = test.run();
+        output.Write(passed ? "good " : "bad  ", passed ? Output::Green : Output::Red);
         output.Write(std::string(test.name) + "\n");
-        haveAllPassed = haveAllPassed && hasPassed;
+        allPassed = allPassed && passed;
     }
-    return haveAllPassed ? ExitGood : ExitNo;
+    return allPassed ? ExitSuccess : ExitNegative;
 }
 
 } // namespace
@@ -47,12 +48,12 @@ int Check(Output& output)
 void AddAboutCommand(CLI::App& app, Action& action)
 {
     CLI::App* const about = app.add_subcommand("about", "Print versions, or test the library");
-    const auto isCheck = std::make_shared<bool>(false);
-    about->add_flag("-c,--check", *isCheck,
+    const auto shouldTest = std::make_shared<bool>(false);
+    about->add_flag("-c,--check", *shouldTest,
                     "Test the library on this machine (takes about a second)");
-    about->callback([isCheck, &action] {
-        action = [isCheck](Output& output) {
-            return *isCheck ? Check(output) : PrintVersions(output);
+    about->callback([shouldTest, &action] {
+        action = [shouldTest](Output& output) {
+            return *shouldTest ? RunSelfTests(output) : PrintVersions(output);
         };
     });
 }

@@ -8,9 +8,9 @@ class Output;
 
 /// The exit codes of `toolkit`.
 enum ExitCode {
-    ExitGood = 0,  ///< Success; no problem was found.
-    ExitNo = 1,    ///< Nothing was found or delivered, or a problem was found.
-    ExitError = 2, ///< Wrong usage, or the subcommand failed.
+    ExitSuccess = 0,  ///< Success; no problem was found.
+    ExitNegative = 1, ///< Nothing was found or delivered, or there is a problem.
+    ExitError = 2,    ///< Wrong usage, or the subcommand failed.
 };
 
 /// Runs a subcommand whose arguments have been parsed; returns an exit code.

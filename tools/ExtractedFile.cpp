@@ -7,7 +7,7 @@
 namespace Tool {
 namespace {
 
-constexpr mode_t c_permissions = 0666; // less those in the umask
+constexpr mode_t c_permissions = 0666; // before the umask is applied
 
 } // namespace
 
@@ -37,7 +37,7 @@ void ExtractedFile::Write(std::string_view bytes)
     }
 }
 
-// linkat() and not renameat(), which would replace an existing file.
+// Uses linkat(), because renameat() would replace an existing file.
 void ExtractedFile::Commit()
 {
     if (::linkat(m_directory.Get(), m_temporaryName.c_str(), m_directory.Get(), m_name.c_str(),

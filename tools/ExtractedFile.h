@@ -11,8 +11,8 @@ namespace Tool {
 class ExtractedFile {
 public:
     /// Creates a temporary file in `directory`; Commit() makes it appear there as `name`. Throws a
-    /// `Failure` if the file cannot be created, for example because this process has another object
-    /// for the same directory.
+    /// `Failure` if the file cannot be created, for example because this process has another
+    /// ExtractedFile for the same directory.
     ExtractedFile(Descriptor directory, const std::string& name);
     /// Removes the temporary file.
     ~ExtractedFile();

@@ -75,15 +75,14 @@ private:
     std::size_t m_lineNumber = 0;
     LineNumbers m_headers;              // the first header of each section
     std::map<Text, LineNumbers> m_keys; // by section, the first line of each key
-    LineNumbers* m_section =
-        nullptr; // the keys of the current section; null above the first header
+    LineNumbers* m_section = nullptr;   // of the current section; null above the first header
 };
 
 std::string ReadBytes(const InputPath& path)
 {
     constexpr std::size_t blockSize = 65536;
 
-    const Descriptor file(::open(path.Path().c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file(::open(path.GetPath().c_str(), O_RDONLY | O_CLOEXEC));
     std::string bytes;
     for (ssize_t count = 1; count > 0;) {
         const std::size_t length = bytes.size();
@@ -91,7 +90,7 @@ std::string ReadBytes(const InputPath& path)
         count = ::read(file.Get(), bytes.data() + length, blockSize);
         bytes.resize(length + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         if (count < 0)
-            throw MakeSystemFailure("cannot read " + path.Argument());
+            throw MakeSystemFailure("cannot read " + path.GetArgument());
     }
     return bytes;
 }

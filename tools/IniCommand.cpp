@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
+#include <string>
 #include <toolkit/config/IniFile.h>
+#include <vector>
 
 #include "Commands.h"
 #include "IniCheck.h"
@@ -24,7 +26,7 @@ struct Options {
 
 IniFile Load(const InputPath& path)
 {
-    IniFile ini(path.Wide());
+    IniFile ini(path.GetWide());
     if (!ini.IsLoaded())
         throw MakeReadFailure(path);
     return ini;
@@ -56,7 +58,7 @@ int List(const Options& options, Output& output)
             output.Write(ToVisibleUtf8(key) + "=" +
                          ToVisibleUtf8(ini.GetValue(section, key, Text::Empty())) + "\n");
     }
-    return ExitGood;
+    return ExitSuccess;
 }
 
 int Get(const Options& options, Output& output)
@@ -65,9 +67,9 @@ int Get(const Options& options, Output& output)
     const Text section = ToWideArgument(options.section);
     const Text key = ToWideArgument(options.key);
     if (!ini.HasValue(section, key))
-        return ExitNo;
+        return ExitNegative;
     output.Write(ToVisibleUtf8(ini.GetValue(section, key, Text::Empty())) + "\n");
-    return ExitGood;
+    return ExitSuccess;
 }
 
 int Check(const Options& options, Output& output)
@@ -75,10 +77,10 @@ int Check(const Options& options, Output& output)
     const InputPath path(options.file);
     const std::vector<IniFinding> findings = CheckIni(path);
     for (const IniFinding& finding : findings) {
-        output.WriteVisible(path.Argument());
+        output.WriteVisible(path.GetArgument());
         output.Write(":" + std::to_string(finding.line) + ": " + finding.text + "\n");
     }
-    return findings.empty() ? ExitGood : ExitNo;
+    return findings.empty() ? ExitSuccess : ExitNegative;
 }
 
 CLI::App* Add(CLI::App& ini, const char* name, const char* description,

@@ -10,7 +10,7 @@ namespace Tool {
 std::vector<TString<wchar_t>> ReadIniLines(const InputPath& path)
 {
     Toolkit::TextFile file;
-    if (!file.Open(path.Wide()))
+    if (!file.Open(path.GetWide()))
         throw MakeReadFailure(path);
     std::vector<TString<wchar_t>> lines = {file.GetFirstLine()};
     while (!file.Eof())

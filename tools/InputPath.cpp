@@ -26,8 +26,8 @@ InputPath::InputPath(const std::string& argument) : m_argument(argument), m_path
 
 Failure MakeReadFailure(const InputPath& path)
 {
-    const std::string what = "cannot read " + path.Argument();
-    const Descriptor file(::open(path.Path().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const std::string what = "cannot read " + path.GetArgument();
+    const Descriptor file(::open(path.GetPath().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     char byte = 0;
     if (!file.IsOpen() || ::read(file.Get(), &byte, 1) < 0)
         return MakeSystemFailure(what);

@@ -8,7 +8,7 @@
 
 namespace Tool {
 
-/// Converts `argument`. Throws a `Failure` if it is not UTF-8.
+/// Converts `argument` to a wide string. Throws a `Failure` if it is not UTF-8.
 TString<wchar_t> ToWideArgument(const std::string& argument);
 
 /// The path of an input file, or of a temporary copy of standard input. The path of the copy is
@@ -20,13 +20,13 @@ public:
     explicit InputPath(const std::string& argument);
 
     /// Returns the path to pass to the library.
-    const TString<wchar_t>& Wide() const { return m_wide; }
+    const TString<wchar_t>& GetWide() const { return m_wide; }
 
     /// Returns the path to pass to system calls.
-    const std::string& Path() const { return m_path; }
+    const std::string& GetPath() const { return m_path; }
 
     /// Returns the argument itself, for messages.
-    const std::string& Argument() const { return m_argument; }
+    const std::string& GetArgument() const { return m_argument; }
 
 private:
     std::string m_argument;

@@ -39,13 +39,13 @@ int Send(const Options& options, Output&)
 {
     const TString<wchar_t> service = GetService(options);
     if (IPCClient::Connect(service, ToWideArgument(options.text)))
-        return ExitGood;
+        return ExitSuccess;
     const std::string path = UTF8::ToUTF8(IPCServer::GetSocketPath(service));
     const std::string reason = IPCClient::IsServed(service)
                                    ? "the server did not accept the message"
                                    : "no server listens at " + path;
     std::cerr << "toolkit: not delivered: " << MakeVisible(reason) << '\n';
-    return ExitNo;
+    return ExitNegative;
 }
 
 int Listen(const Options& options, Output& output)
@@ -77,7 +77,7 @@ int List(const Options&, Output& output)
         output.WriteVisible(path);
         output.Write("\n");
     }
-    return ExitGood;
+    return ExitSuccess;
 }
 
 CLI::App* Add(CLI::App& ipc, const char* name, const char* description,

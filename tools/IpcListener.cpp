@@ -82,7 +82,7 @@ int IpcListener::Run(const TString<wchar_t>& service)
     wxAppConsole::GetInstance()->MainLoop();
     if (m_failure)
         std::rethrow_exception(m_failure);
-    return ExitGood;
+    return ExitSuccess;
 }
 
 // Catches everything: an exception must not pass through the event loop.

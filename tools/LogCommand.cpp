@@ -1,9 +1,12 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fcntl.h>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include "Commands.h"
@@ -59,7 +62,7 @@ int List(Output& output)
         output.WriteVisible(file.path);
         output.Write("\n");
     }
-    return ExitGood;
+    return ExitSuccess;
 }
 
 // Opens a file for reading at any offset. Anything but a regular file is copied to one.
@@ -94,7 +97,7 @@ int Show(const Options& options, Output& output)
     LogPrinter printer(output, filter, ChooseForm(options));
     const Descriptor file = OpenLog(FindLogPath(options.log));
     PrintHistory(file.Get(), printer);
-    return options.HasFilter() && printer.Count() == 0 ? ExitNo : ExitGood;
+    return options.HasFilter() && printer.GetCount() == 0 ? ExitNegative : ExitSuccess;
 }
 
 int ShowAndFollow(const Options& options, Output& output)
@@ -108,7 +111,7 @@ int ShowAndFollow(const Options& options, Output& output)
     const StopSignals signals;
     output.Flush();
     Follow(name, LogFollower(std::move(file), position, printer), known, printer, output);
-    return ExitGood;
+    return ExitSuccess;
 }
 
 int Run(const Options& options, Output& output)

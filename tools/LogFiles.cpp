@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <tuple>

@@ -226,9 +226,9 @@ void LogFollower::PrintCandidate(const Candidate& candidate, const struct stat& 
 }
 
 // Prints the newest record if its text is complete. If the record extends the file, its text is
-// complete up to the last line feed. Otherwise older lines follow, and its last lines may be the
-// rest of such lines: the text without them is complete if it is the same at the next call, or if
-// the logger has finished the round.
+// complete up to the last line feed. If not, older lines follow, and the last lines of the record
+// may be what is left of them: DropOldLines() removes these. The text is then complete if it is the
+// same at the next call, or if the logger has finished the round.
 void LogFollower::HandleNewest(Candidate candidate, const struct stat& status, bool isRoundComplete)
 {
     const off_t end = candidate.offset + static_cast<off_t>(candidate.text.size());
@@ -249,8 +249,8 @@ void LogFollower::HandleNewest(Candidate candidate, const struct stat& status, b
         m_unconfirmed = std::move(candidate.text);
 }
 
-// Drops the lines at the end of a record that were there before its first line was written. Where
-// the older bytes are not known, drops the last line.
+// Drops the lines at the end of a record that were in the file before its first line was written.
+// If the older bytes are not known, drops the last line.
 void LogFollower::DropOldLines(Candidate& candidate) const
 {
     std::string& text = candidate.text;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -38,7 +39,7 @@ public:
     /// Prints the lines written since the last call.
     void Poll();
 
-    ino_t Inode() const { return m_inode; }
+    ino_t GetInode() const { return m_inode; }
 
     /// Whether the last Poll() found that the file was deleted.
     bool IsRemoved() const { return m_isRemoved; }

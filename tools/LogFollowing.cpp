@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <iostream>
 #include <list>
+#include <utility>
 
 #include "LogHistory.h"
 #include "StopSignals.h"
@@ -46,7 +47,7 @@ private:
     void Add(const LogFileEntry& entry, bool isNew)
     {
         const auto isKnown = [&entry](const LogFollower& follower) {
-            return follower.Inode() == entry.inode;
+            return follower.GetInode() == entry.inode;
         };
         if (std::any_of(m_followers.begin(), m_followers.end(), isKnown))
             return;

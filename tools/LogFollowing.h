@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "LogFiles.h"
 #include "LogFollower.h"
 #include "Output.h"

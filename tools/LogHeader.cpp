@@ -1,6 +1,7 @@
 #include "LogHeader.h"
 
 #include <charconv>
+#include <system_error>
 
 namespace Tool {
 namespace {

@@ -1,5 +1,8 @@
 #include "LogHistory.h"
 
+#include <string_view>
+#include <sys/stat.h>
+
 #include "Failure.h"
 #include "LogSeams.h"
 
@@ -34,7 +37,7 @@ LogPosition MakePosition(int file, const LogSeams& seams, const struct stat& sta
             head,
             ReadTail(file, end),
             ReadRest(file, end, status),
-            seams.NewestTick()};
+            seams.GetNewestTick()};
 }
 
 } // namespace
@@ -59,8 +62,8 @@ LogPosition PrintHistory(int file, LogPrinter& printer)
     const struct stat status = ReadStatus(file);
     const std::string head = ReadHead(file);
     const LogSeams seams = FindSeams(file, status.st_size);
-    if (seams.NewestTick())
-        printer.SetClock(LogClock(*seams.NewestTick(), status));
+    if (seams.GetNewestTick())
+        printer.SetClock(LogClock(*seams.GetNewestTick(), status));
     for (const LogPart& part : seams.ListParts(status.st_size)) {
         LogReader reader(file, part.begin, part.end);
         LogRecord record;

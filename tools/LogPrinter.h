@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,7 +27,7 @@ public:
     void Print(const LogRecord& record);
 
     /// Returns how many records were printed; each is a line with the further lines of its message.
-    unsigned long long Count() const { return m_count; }
+    unsigned long long GetCount() const { return m_count; }
 
 private:
     std::optional<WallTime> FindTime(const LogHeader& header) const;

@@ -28,7 +28,7 @@ bool LogReader::Read(LogRecord& record)
         return false;
     const Extent extent = FindEnd();
     record.offset = m_next - static_cast<off_t>(m_filled - m_used);
-    record.text = Unread().substr(0, extent.length);
+    record.text = GetUnread().substr(0, extent.length);
     record.isEnded = extent.isEnded;
     record.header = ParseLogHeader(record.text);
     m_used += extent.length + (extent.isEnded ? 1 : 0);
@@ -72,16 +72,16 @@ LogReader::Extent LogReader::FindEnd()
 {
     std::size_t length = 0;
     for (;;) {
-        const std::size_t lineEnd = Unread().find('\n', length);
-        if (lineEnd > c_maxRecordLength && Unread().size() > c_maxRecordLength)
+        const std::size_t lineEnd = GetUnread().find('\n', length);
+        if (lineEnd > c_maxRecordLength && GetUnread().size() > c_maxRecordLength)
             return {length > 0 ? length - 1 : c_maxRecordLength, length > 0};
         if (lineEnd == std::string_view::npos) {
             if (!Fill())
-                return {Unread().size(), false};
+                return {GetUnread().size(), false};
             continue;
         }
         FillTo(lineEnd + 1 + c_maxLineStartLength);
-        const std::string_view next = Unread().substr(lineEnd + 1);
+        const std::string_view next = GetUnread().substr(lineEnd + 1);
         if (next.empty() || StartsLikeLogLine(next))
             return {lineEnd, true};
         length = lineEnd + 1;

@@ -38,7 +38,7 @@ private:
     bool Fill();
     bool FillTo(std::size_t length);
     Extent FindEnd();
-    std::string_view Unread() const { return {m_buffer.data() + m_used, m_filled - m_used}; }
+    std::string_view GetUnread() const { return {m_buffer.data() + m_used, m_filled - m_used}; }
 
     int m_file;
     off_t m_next; // the offset in the file where the contents of m_buffer end

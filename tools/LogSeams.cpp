@@ -1,6 +1,7 @@
 #include "LogSeams.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace Tool {
 namespace {
@@ -106,7 +107,7 @@ std::vector<LogPart> LogSeams::ListParts(off_t length) const
     return parts;
 }
 
-std::optional<std::uint32_t> LogSeams::NewestTick() const
+std::optional<std::uint32_t> LogSeams::GetNewestTick() const
 {
     if (!m_hasTick)
         return {};

@@ -33,7 +33,7 @@ public:
     std::vector<LogPart> ListParts(off_t length) const;
 
     /// Returns the tick count of the newest line; empty if no line has one.
-    std::optional<std::uint32_t> NewestTick() const;
+    std::optional<std::uint32_t> GetNewestTick() const;
 
 private:
     // Times are in milliseconds since the first line with a tick count.

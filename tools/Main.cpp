@@ -4,10 +4,13 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <sstream>
+#include <string>
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/system/Version.h>
+#include <vector>
 
 #include "Commands.h"
 #include "Failure.h"
@@ -90,7 +93,7 @@ int ReportParseError(const CLI::App& app, const CLI::ParseError& error)
     std::cerr << MakeLinesVisible(errors.str());
     return Perform([&](Output& output) {
         output.Write(text.str());
-        return code == 0 ? ExitGood : ExitError;
+        return code == 0 ? ExitSuccess : ExitError;
     });
 }
 

@@ -115,7 +115,7 @@ int Run(const std::string& program, Output& output)
     table.AddName("name", paths.GetApplicationName());
     table.AddName("unique name", unique);
     table.AddPath("application", paths.GetApplicationPath(), PathUse::Read);
-    // Not GetDataDir() and GetUserLocalDataDir(), which return the directories of this process.
+    // Avoids GetDataDir() and GetUserLocalDataDir(), which return the directories of this process.
     table.AddPath("shared data", GetParent(paths.GetConfigurationPath()), PathUse::Read);
     table.AddPath("configuration", paths.GetConfigurationPath(), PathUse::Read);
     table.AddPath("ressources", paths.GetApplicationRessourcesPath(), PathUse::Read);
@@ -131,7 +131,7 @@ int Run(const std::string& program, Output& output)
                   PathUse::WriteFile);
     table.AddPath("log", temporary + paths.GetApplicationName() + log, PathUse::WriteFile);
     table.AddPath("unique log", temporary + unique + log, PathUse::WriteFile);
-    return table.IsGood() ? ExitGood : ExitNo;
+    return table.IsGood() ? ExitSuccess : ExitNegative;
 }
 
 } // namespace

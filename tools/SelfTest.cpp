@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 #include <toolkit/Toolkit.h>
+#include <unistd.h>
 
 using namespace Toolkit;
 

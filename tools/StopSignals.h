@@ -14,7 +14,7 @@ public:
     StopSignals(const StopSignals&) = delete;
     StopSignals& operator=(const StopSignals&) = delete;
 
-    /// Whether a signal has arrived while this or an earlier object existed.
+    /// Whether a signal has arrived while an object of this class existed.
     static bool IsRequested();
 
     /// If a signal has arrived, ends the process by that signal.

@@ -24,7 +24,7 @@ public:
     ZipArchive(const std::string& path, const ZipSelection& selection);
 
     /// The selected entries by name.
-    const Toolkit::ArchiveZip::EntriesMap& Entries() const { return m_entries; }
+    const Toolkit::ArchiveZip::EntriesMap& GetEntries() const { return m_entries; }
 
     /// Calls `onBlock` with the bytes of an entry, block by block. Throws a `Failure` if the entry
     /// is encrypted or damaged; `onBlock` has then received the bytes before the damage.

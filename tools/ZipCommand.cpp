@@ -1,6 +1,10 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "Commands.h"
 #include "Failure.h"
@@ -28,7 +32,7 @@ struct Options {
     unsigned long long limitBytes = c_defaultLimitBytes;
 };
 
-// Pads a missing time to the width of any other.
+// Returns "-", padded to the width of a time, for an entry without a time.
 std::string FormatTime(const ArchiveZipEntry& entry)
 {
     const wxDateTime time = entry.GetDateTime();
@@ -40,24 +44,24 @@ int List(const Options& options, Output& output)
     constexpr std::size_t sizeWidth = 12;
 
     const ZipArchive archive(options.file, options.selection);
-    for (const auto& [wideName, entry] : archive.Entries()) {
+    for (const auto& [wideName, entry] : archive.GetEntries()) {
         const std::string size = std::to_string(entry->GetSize());
         output.Write(std::string(sizeWidth - std::min(size.size(), sizeWidth), ' ') + size + " ");
         output.Write(FormatTime(*entry) + " ");
         output.WriteVisible(GetEntryName(*entry));
         output.Write("\n");
     }
-    return archive.Entries().empty() ? ExitNo : ExitGood;
+    return archive.GetEntries().empty() ? ExitNegative : ExitSuccess;
 }
 
 int Cat(const Options& options, Output& output)
 {
     ZipArchive archive(options.file, {});
-    const auto found = archive.Entries().find(ToWideArgument(options.entry));
-    if (found == archive.Entries().end())
+    const auto found = archive.GetEntries().find(ToWideArgument(options.entry));
+    if (found == archive.GetEntries().end())
         throw Failure("no entry \"" + options.entry + "\" in " + options.file);
     archive.Read(found->second, [&output](std::string_view bytes) { output.Write(bytes); });
-    return ExitGood;
+    return ExitSuccess;
 }
 
 // Prints the matching lines of an entry; returns whether there were any.
@@ -87,11 +91,11 @@ int Search(const Options& options, Output& output)
     const Pattern pattern(options.pattern);
     ZipArchive archive(options.file, options.selection);
     bool isFound = false;
-    for (const auto& [wideName, entry] : archive.Entries()) {
+    for (const auto& [wideName, entry] : archive.GetEntries()) {
         if (!entry->IsDir())
             isFound = SearchEntry(archive, entry, pattern, output) || isFound;
     }
-    return isFound ? ExitGood : ExitNo;
+    return isFound ? ExitSuccess : ExitNegative;
 }
 
 int Extract(const Options& options, Output& output)
@@ -105,7 +109,7 @@ int Extract(const Options& options, Output& output)
         StopSignals::EndIfRequested();
         throw;
     }
-    return ExitGood;
+    return ExitSuccess;
 }
 
 CLI::App* Add(CLI::App& zip, const char* name, const char* description,

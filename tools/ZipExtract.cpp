@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
@@ -14,7 +15,7 @@
 namespace Tool {
 namespace {
 
-constexpr mode_t c_permissions = 0777; // less those in the umask
+constexpr mode_t c_permissions = 0777; // before the umask is applied
 
 // Two slashes in a row have an empty component between them; a slash at the end adds none.
 std::vector<std::string> SplitIntoComponents(const std::string& name)
@@ -61,7 +62,7 @@ void RequireSafeEntries(const ZipArchive& archive, const std::string& path)
             throw Failure("archive refused: \"" + entry.name +
                           "\" is neither a file nor a directory");
     }
-    for (const auto& [wideName, entry] : archive.Entries()) {
+    for (const auto& [wideName, entry] : archive.GetEntries()) {
         const std::string name = GetEntryName(*entry);
         if (!IsSafe(name))
             throw Failure("archive refused: unsafe entry name \"" + name + "\"");
@@ -126,7 +127,7 @@ void ExtractZip(ZipArchive& archive, const std::string& path, const std::string&
     RequireSafeEntries(archive, path);
     // Also creates the directory if there is nothing to extract.
     OpenRoot(directory);
-    for (const auto& [wideName, entry] : archive.Entries()) {
+    for (const auto& [wideName, entry] : archive.GetEntries()) {
         if (entry->IsDir())
             EnterDirectories(directory, SplitIntoComponents(GetEntryName(*entry)));
         else

@@ -38,7 +38,7 @@ TEST_F(IpcCommandTest, PrintsReceivedMessages)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output + result.errors, "");
     server.ReadUntil("\nh\xC3\xA9 \\x1B\n");
-    EXPECT_EQ(server.End(SIGINT), 0);
+    EXPECT_EQ(server.SignalAndWait(SIGINT), 0);
     EXPECT_FALSE(std::filesystem::exists(Service()));
 }
 
@@ -72,7 +72,7 @@ TEST_F(IpcCommandTest, StopsListeningCleanlyOnASignal)
         RunningCommand server({"ipc", "listen", Service()});
         server.ReadUntil("listening");
 
-        EXPECT_EQ(server.End(signal), 0);
+        EXPECT_EQ(server.SignalAndWait(signal), 0);
         EXPECT_FALSE(std::filesystem::exists(Service()));
     }
 }

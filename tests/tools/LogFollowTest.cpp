@@ -71,12 +71,12 @@ protected:
     template <typename Write>
     static void WriteWhileStopped(RunningCommand& command, Write write)
     {
-        AwaitSleep(command.ProcessId());
-        ::kill(command.ProcessId(), SIGSTOP);
+        AwaitSleep(command.GetProcessId());
+        ::kill(command.GetProcessId(), SIGSTOP);
         int status = 0;
-        ::waitpid(command.ProcessId(), &status, WUNTRACED);
+        ::waitpid(command.GetProcessId(), &status, WUNTRACED);
         write();
-        ::kill(command.ProcessId(), SIGCONT);
+        ::kill(command.GetProcessId(), SIGCONT);
     }
 
     const std::string m_path;
@@ -107,7 +107,7 @@ TEST_F(LogFollowTest, WaitsForTheEndOfALine)
     command.ReadUntil("first\n");
 
     Append("2 2000 : 1 : f : second li");
-    AwaitPoll(command.ProcessId());
+    AwaitPoll(command.GetProcessId());
     Append("ne\n2 3000 : 1 : f : third\n");
 
     EXPECT_THAT(command.ReadUntil("third\n"), HasSubstr("2000 info f:1 second line\n3000 info"));
@@ -265,7 +265,7 @@ TEST_F(LogFollowTest, SucceedsWhenInterrupted)
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         RunningCommand command({"log", "--follow", m_path});
         command.ReadUntil("first\n");
-        EXPECT_EQ(command.End(signal), 0);
+        EXPECT_EQ(command.SignalAndWait(signal), 0);
     }
 }
 

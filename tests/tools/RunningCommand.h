@@ -43,7 +43,7 @@ public:
     ~RunningCommand()
     {
         if (m_process > 0)
-            End(SIGKILL);
+            SignalAndWait(SIGKILL);
         CloseOutput();
     }
 
@@ -80,7 +80,7 @@ public:
 
     /// Sends `signal` and waits until the process ends. Returns the exit code, or minus the number
     /// of the signal that ended the process.
-    int End(int signal)
+    int SignalAndWait(int signal)
     {
         ::kill(m_process, signal);
         return Wait();
@@ -94,7 +94,7 @@ public:
         return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
     }
 
-    pid_t ProcessId() const { return m_process; }
+    pid_t GetProcessId() const { return m_process; }
 
 private:
     pid_t m_process = 0;

@@ -326,7 +326,7 @@ TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractingIsInterrupted)
     RunningCommand command({"zip", "extract", PathOf("big.zip"), Target()});
     target.WaitForAWrite();
 
-    EXPECT_EQ(command.End(SIGINT), -SIGINT);
+    EXPECT_EQ(command.SignalAndWait(SIGINT), -SIGINT);
 
     EXPECT_TRUE(IsTargetEmpty());
 }

@@ -58,7 +58,7 @@ _toolkit()
         esac
         ;;
     esac
-    # compgen expands its word list, so all words in it are fixed.
+    # compgen expands its word list, so the list must contain fixed words only.
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
     # If nothing matches, "-o default" below completes file names.
     [ -n "$words" ] || [ "$command" != log ] || _toolkit_add_loggers "$current"

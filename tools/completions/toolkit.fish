@@ -1,12 +1,12 @@
 # fish completion for toolkit
 
-# Whether the words between "toolkit" and the cursor are exactly these.
+# Whether the words between "toolkit" and the cursor are exactly the arguments.
 function __toolkit_at
     set -l words (commandline -opc)
     test "$words[2..]" = "$argv"
 end
 
-# Whether the words after "toolkit" begin with these.
+# Whether the words after "toolkit" begin with the arguments.
 function __toolkit_in
     set -l words (commandline -opc)
     set -l last (math 1 + (count $argv))

@@ -8,6 +8,7 @@
 #include "toolkit/logging/Log.h"
 
 #include <memory>
+#include <utility>
 
 namespace Toolkit {
 namespace {

@@ -3,6 +3,7 @@
 #include "toolkit/regExp/RegExp.Exceptions.h"
 
 #include <memory>
+#include <string>
 
 namespace Toolkit {
 namespace {

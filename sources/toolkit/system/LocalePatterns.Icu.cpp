@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <iterator>
 #include <memory>
 #include <string>
 

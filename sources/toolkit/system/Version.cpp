@@ -5,6 +5,7 @@
 #include "toolkit/base/Singleton.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>
