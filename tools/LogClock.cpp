@@ -16,8 +16,8 @@ constexpr WallTime c_nsPerMs = 1000000;
 // line may be written late, and the clock may have been adjusted.
 constexpr WallTime c_toleranceMs = 3000;
 
-// A tick count less than this (about 3 days) after the newest one belongs to a later line; any
-// other is older.
+// A tick count less than this (about 3 days) after the newest one belongs to a later line, any
+// other to an older line.
 constexpr std::uint32_t c_maxFutureMs = 1U << 28;
 
 WallTime ToMilliseconds(const timespec& time)

@@ -20,8 +20,8 @@ public:
 
     LogPrinter(Output& output, const LogFilter& filter, Form form);
 
-    /// Sets the clock that converts tick counts. If it does not know the time of a line, text shows
-    /// the tick count instead, and the JSON object has no "time".
+    /// Sets the clock that converts tick counts. If it does not know the time of a line, the text
+    /// form shows the tick count instead, and the JSON object has no "time".
     void SetClock(const LogClock& clock) { m_clock = clock; }
 
     void Print(const LogRecord& record);

@@ -44,8 +44,8 @@ public:
     /// Returns what pcre2_match() returns. Limits steps and memory.
     int Match(const char* subject, std::size_t length, std::size_t start, std::uint32_t options);
 
-    /// Checks the whole subject. Returns the error of a subject that is not UTF-8; ignore any other
-    /// result.
+    /// Checks the whole subject. Returns the error of a subject that is not UTF-8, or
+    /// PCRE2_ERROR_NOMEMORY if nothing was checked; ignore any other result.
     int CheckUtf8(const char* subject, std::size_t length, std::uint32_t options);
 
     /// Returns the pairs of the last match.

@@ -23,9 +23,9 @@ struct TOOLKIT_API RegExpOptions {
 ///     if (match->Success())
 ///         Greet(match->GetGroup("user")->value); // "jane"
 ///
-/// Wide subjects and patterns are first converted to UTF-8, up to their first null character. One
-/// with a character above U+10FFFF counts as empty; one with a surrogate is not UTF-8. Every
-/// operation compiles the pattern, up to its first null character.
+/// Wide subjects and patterns are first converted to UTF-8, up to their first null character. A
+/// wide string with a character above U+10FFFF counts as empty; one with a surrogate is rejected as
+/// invalid UTF-8. Every operation compiles the pattern, up to its first null character.
 ///
 /// Failures throw a `smart_ptr<RegExpException>`: the pattern does not compile, the subject is not
 /// UTF-8 or has 2 GiB or more, a search starts at an invalid offset or takes too many steps, or

@@ -2,9 +2,9 @@
 
 #include "toolkit/core/Export.h"
 
-/// On macOS, loads what a process that is not packaged as an application needs to use desktop
-/// services (`NSApplicationLoad()`), and returns whether that succeeded. On other systems, does
-/// nothing and returns true.
+/// On macOS, calls `NSApplicationLoad()`, which a process that is not packaged as an application
+/// needs before it uses desktop services, and returns whether that succeeded. On other systems,
+/// does nothing and returns true.
 TOOLKIT_API bool MacInitCocoa();
 
 /// An NSAutoreleasePool for a scope. A thread that uses the Objective-C runtime keeps one for its

@@ -6,7 +6,7 @@
 
 namespace Toolkit {
 
-/// Restarts the application by starting a fresh copy of it.
+/// Restarts the application by starting a new copy of it.
 ///
 /// The application exits after ActivateRestartProcess() has returned true. The new copy finds
 /// "-restart" on its command line, calls WaitingForPreviousProcessFinish() before it takes over and
