@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -276,7 +277,7 @@ TEST(BytesTest, KeepsTheContentsWhenTheSizeCannotBeRead)
     }
 }
 
-TEST(BytesTest, KeepsTheBytesReadOfATruncatedBlock)
+TEST(BytesTest, KeepsTheBytesReadFromATruncatedBlock)
 {
     MemoryStream stream(Packed(6) + "abcd");
     Bytes bytes;

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <clocale>
+#include <cstddef>
 #include <cstdlib>
 #include <cwctype>
 #include <filesystem>
@@ -46,7 +48,7 @@ bool IsMultibyte(const std::string& set)
 
 // Returns all 8-bit character sets of the system, and a few multibyte ones, which Select() rejects.
 // Testing them takes a few minutes.
-std::set<std::string> EveryCharacterSet()
+std::set<std::string> ListAllCharacterSets()
 {
     std::set<std::string> sets;
     for (const auto& file : std::filesystem::directory_iterator(c_localeSources / "charmaps")) {
@@ -57,11 +59,11 @@ std::set<std::string> EveryCharacterSet()
 }
 
 // Returns the 8-bit character sets of the locales that the system supports, and those with a
-// dotless i. Under script/soak, returns EveryCharacterSet().
-std::set<std::string> CharacterSets()
+// dotless i. Under script/soak, returns ListAllCharacterSets().
+std::set<std::string> ChooseCharacterSets()
 {
     if (SoakRounds(0, 1) == 1)
-        return EveryCharacterSet();
+        return ListAllCharacterSets();
     std::set<std::string> sets;
     for (const char* const turkish : {"CP1254", "IBM857", "IBM905", "IBM1026", "MACINTOSH"})
         sets.insert(turkish);
@@ -77,7 +79,7 @@ std::set<std::string> CharacterSets()
 // Every glibc locale uses the letter table of one of these two.
 constexpr const char* c_letterTables[] = {"i18n", "tr_TR"};
 
-// Selects locales that consist only of a letter table, which take a tenth of a second to compile.
+// Selects locales that consist only of a letter table. Compiling one takes a tenth of a second.
 class LetterLocales {
 public:
     // Compiles a locale from the letter table `letters` and the character set `set`, and makes it
@@ -103,23 +105,23 @@ private:
 // Long enough for the code paths that process many characters at once.
 constexpr std::size_t c_longLength = 40;
 
-char FoldedForSearch(char character)
+char FoldForSearch(char character)
 {
     return static_cast<char>(c_toLower(static_cast<signed char>(character)));
 }
 
-wchar_t FoldedForSearch(wchar_t character)
+wchar_t FoldForSearch(wchar_t character)
 {
     const auto number = static_cast<int>(character);
     return number < 0 || number > 255 ? character : static_cast<wchar_t>(c_toLower(number));
 }
 
-int FoldedForComparison(char character)
+int FoldForComparison(char character)
 {
     return c_toLower(static_cast<signed char>(character));
 }
 
-int FoldedForComparison(wchar_t character)
+int FoldForComparison(wchar_t character)
 {
     return static_cast<int>(c_wideToLower(static_cast<std::wint_t>(character)));
 }
@@ -130,8 +132,8 @@ struct FoldedCharacters {
     FoldedCharacters()
     {
         for (std::size_t i = 0; i < Count; ++i) {
-            search[i] = FoldedForSearch(static_cast<Char>(i));
-            comparison[i] = FoldedForComparison(static_cast<Char>(i));
+            search[i] = FoldForSearch(static_cast<Char>(i));
+            comparison[i] = FoldForComparison(static_cast<Char>(i));
         }
     }
 
@@ -182,14 +184,14 @@ void CheckLowerCase()
 {
     for (wchar_t character = 0; character < 0x180; ++character)
         EXPECT_EQ(TString<wchar_t>(character).ToLower(),
-                  TString<wchar_t>(FoldedForSearch(character)));
+                  TString<wchar_t>(FoldForSearch(character)));
 }
 
 TEST(EightBitLocaleTest, AgreesWithCharacterByCharacterOperations)
 {
     LetterLocales locales;
     int checked = 0;
-    for (const std::string& set : CharacterSets()) {
+    for (const std::string& set : ChooseCharacterSets()) {
         for (const char* const letters : c_letterTables) {
             SCOPED_TRACE(std::string(letters) + "." + set);
             if (!locales.Select(letters, set))
@@ -207,7 +209,7 @@ TEST(EightBitLocaleTest, AgreesWithCharacterByCharacterOperations)
     Covered(std::to_string(checked) + " 8-bit locales");
 }
 
-TEST(EightBitLocaleTest, DistinguishesCapitalIFromIInATurkishLocale)
+TEST(EightBitLocaleTest, DistinguishesDottedFromDotlessIInATurkishLocale)
 {
     LetterLocales locales;
     if (!locales.Select("tr_TR", "ISO-8859-9"))
@@ -216,7 +218,7 @@ TEST(EightBitLocaleTest, DistinguishesCapitalIFromIInATurkishLocale)
     EXPECT_TRUE(TString<char>("I").HasSubstring("I"));
     EXPECT_FALSE(TString<char>("I").HasSubstring("i"));
     EXPECT_TRUE(TString<wchar_t>(L"I").HasSubstring(L"I"));
-    EXPECT_EQ(TString<wchar_t>(L"I").ToLower(), L"\u00FD") << "the byte of the dotless i";
+    EXPECT_EQ(TString<wchar_t>(L"I").ToLower(), L"\u00FD") << "0xFD is the dotless i";
 }
 
 } // namespace

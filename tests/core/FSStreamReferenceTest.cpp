@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cstddef>
 #include <string>
 #include <variant>
 #include <vector>
@@ -116,7 +117,7 @@ std::vector<Item> RandomItems(RandomText& random)
     return items;
 }
 
-TEST(FSStreamReferenceTest, StoresRandomItemsAsPackedByHandAndReadsThemBack)
+TEST(FSStreamReferenceTest, WritesRandomItemsLikeAHandWrittenPackerAndReadsThemBack)
 {
     const TempDir directory;
     RandomText random(20240115);

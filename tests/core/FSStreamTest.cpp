@@ -10,7 +10,9 @@
 #include <wx/file.h>
 #include <wx/log.h>
 
+#include <cstddef>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <future>
 #include <string>
@@ -143,7 +145,7 @@ TEST_F(FSStreamTest, LeavesTheStringUnchangedForASizeOfZero)
     EXPECT_EQ(text, L"before");
 }
 
-TEST_F(FSStreamTest, EndsAStringAtItsFirstNullAndSkipsTheRest)
+TEST_F(FSStreamTest, EndsAStringAtItsFirstNullAndSkipsTheCharactersAfterIt)
 {
     FSStream stream = OpenReader(Packed(12u) + Packed(std::wstring(L"a\0b", 3)) + Packed(9u));
     Wide text;
@@ -249,7 +251,7 @@ TEST_F(FSStreamTest, ReadsDataAppendedAfterTheEndWasReached)
     EXPECT_EQ(value, 2u);
 }
 
-TEST_F(FSStreamTest, ConsumesWhatIsLeftWhenAReadFails)
+TEST_F(FSStreamTest, ConsumesTheRemainingBytesWhenAReadFails)
 {
     FSStream reader = OpenReader("abc");
     char block[8] = "-------";
@@ -278,7 +280,7 @@ TEST_F(FSStreamTest, DoesNotReadAheadInAPipe)
     ::close(ends[1]);
 }
 
-TEST_F(FSStreamTest, ReadsWhenOutOfMemoryForTheReadAhead)
+TEST_F(FSStreamTest, ReadsWithoutReadingAheadWhenOutOfMemory)
 {
     FSStream stream = OpenReader(Packed(7u) + Packed(4u) + Packed(L"a"));
     unsigned int value = 0;
@@ -445,7 +447,7 @@ TEST_F(FSStreamTest, ReturnsACodePerItemTypeForAFullDevice)
     EXPECT_EQ(stream.Write(Wide()), 0x10000005u);
 }
 
-TEST_F(FSStreamTest, FailsWhenAWriteFitsOnlyPartly)
+TEST_F(FSStreamTest, FailsWhenOnlyPartOfAWriteFits)
 {
     FSStream stream = OpenWriter();
     const FileSizeLimit limit(10);
@@ -530,8 +532,8 @@ TEST_F(FSStreamTest, DoesNotLogFailures)
     EXPECT_EQ(log.count, 0);
 }
 
-// Records integers instead of writing them, and reads every integer as `size`. The sizes of strings
-// are such integers.
+// Records integers instead of writing them, and reads every integer as `size`. FSStream uses these
+// calls for the sizes of strings.
 class SizeStream : public FSStream {
 public:
     using FSStream::FSStream;

@@ -3,6 +3,7 @@
 #include "toolkit/core/Bytes.h"
 #include "toolkit/core/FSInputSerializer.h"
 #include "toolkit/core/FSOutputSerializer.h"
+#include "toolkit/core/FSStream.h"
 #include "toolkit/core/StreamResult.h"
 
 #include "support/TempDir.h"
@@ -89,7 +90,7 @@ TEST_F(SerializerTest, ReturnsTheObjectsOwnCodeForAMissingFile)
     EXPECT_EQ(FSOutputSerializer(m_directory.File(L"no/such")).Serialize(record), 0x10001001u);
 }
 
-TEST_F(SerializerTest, OpensTheFileAsTheModeSays)
+TEST_F(SerializerTest, OpensTheFileInTheGivenMode)
 {
     const FSSerializer output(m_path, FSSerializer::OpenWrite);
     const FSSerializer input(m_path, FSSerializer::OpenRead);

@@ -3,13 +3,14 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
 namespace {
 
-// smart_ptr counts with atomic additions. This model of its atomic steps tries every order in which
-// two threads can take them.
+// smart_ptr counts its references with atomic additions. This model of its atomic steps tries every
+// order in which two threads can take them.
 
 enum class Step { Add, Subtract, Read, Write, MarkReleased, Release, Free };
 
@@ -19,7 +20,7 @@ struct Block {
     int count = 2; // each thread starts with one pointer
     int releases = 0;
     bool isFreed = false;
-    bool wasUsedAfterwards = false;
+    bool wasUsedAfterFree = false;
 };
 
 struct Thread {
@@ -42,8 +43,8 @@ void Push(Thread& thread, const Program& steps)
 
 class Model {
 public:
-    // `release` contains the steps after a drop to 0, `destructor` the steps that the object's
-    // destructor takes.
+    // `release` contains the steps taken when the count drops to 0, `destructor` those that the
+    // object's destructor takes.
     Model(Program release, Program destructor)
         : m_release(std::move(release)), m_destructor(std::move(destructor))
     {
@@ -80,7 +81,7 @@ private:
         if (!isAtEnd)
             return;
         ++m_orders;
-        if (block.releases != 1 || !block.isFreed || block.wasUsedAfterwards)
+        if (block.releases != 1 || !block.isFreed || block.wasUsedAfterFree)
             ++m_faults;
     }
 
@@ -88,7 +89,7 @@ private:
     {
         const Step step = thread.rest.back();
         thread.rest.pop_back();
-        block.wasUsedAfterwards |= block.isFreed;
+        block.wasUsedAfterFree |= block.isFreed;
         switch (step) {
         case Step::Add:
             ++block.count;
@@ -118,7 +119,7 @@ private:
     void Drop(Block& block, Thread& thread, int count)
     {
         block.count = count;
-        // Limits a faulty model, which might release the object again and again.
+        // Stops faulty models from releasing the object again and again.
         if (count == 0 && block.releases < 3)
             Push(thread, m_release);
     }

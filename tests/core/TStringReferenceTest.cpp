@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <cwctype>
 #include <limits>
 #include <string>

@@ -32,7 +32,7 @@ std::vector<Wide> Tokens(const Wide& text, const Wide& delimiters, bool skipEmpt
     return tokens;
 }
 
-Wide Replaced(Wide text, const Wide& from, const Wide& to)
+Wide Replace(Wide text, const Wide& from, const Wide& to)
 {
     text.Replace(from, to);
     return text;
@@ -172,7 +172,7 @@ TEST(TStringTest, ComparesWideCharactersAsSignedNumbers)
     EXPECT_EQ(highest.compareNoCase(L"a"), 1);
 }
 
-TEST(TStringTest, FoldsAccentedLettersAsTheLocaleDoesInComparison)
+TEST(TStringTest, ComparesAccentedLettersWithTheCaseFoldingOfTheLocale)
 {
     const Wide small(L"\u00E9t\u00E9 \u03B1 and sixteen more characters");
     const Wide capital(L"\u00C9T\u00C9 \u0391 AND SIXTEEN MORE CHARACTERS");
@@ -184,7 +184,7 @@ TEST(TStringTest, FoldsAccentedLettersAsTheLocaleDoesInComparison)
     EXPECT_EQ(small.compareNoCase(capital), 1);
 }
 
-TEST(TStringTest, DistinguishesCapitalIFromIInATurkishLocale)
+TEST(TStringTest, DistinguishesDottedFromDotlessIInATurkishLocale)
 {
     const CompiledLocale turkish("tr_TR", "UTF-8");
     if (!turkish.IsAvailable())
@@ -319,7 +319,7 @@ TEST(TStringTest, ReplacesEveryOccurrence)
                                          {L"ABab", L"ab", L"x", L"ABx"}};
     for (const auto& [text, from, to, expected] : cases) {
         SCOPED_TRACE(testing::Message() << text << ": " << from << " to " << to);
-        EXPECT_EQ(Replaced(text, from, to), expected);
+        EXPECT_EQ(Replace(text, from, to), expected);
     }
 }
 
@@ -333,19 +333,19 @@ TEST(TStringTest, ReplacesOccurrencesThatReplacementsCreate)
         {L"xabcy", L"bc", L"b", L"xaby"},   {L"abcc", L"abc", L"ab", L"ab"}};
     for (const auto& [text, from, to, expected] : cases) {
         SCOPED_TRACE(testing::Message() << text << ": " << from << " to " << to);
-        EXPECT_EQ(Replaced(text, from, to), expected);
+        EXPECT_EQ(Replace(text, from, to), expected);
     }
 }
 
-TEST(TStringTest, CanReplaceWithStringsThatAreNotShorter)
+TEST(TStringTest, ReplacesWithStringsOfEqualOrGreaterLength)
 {
-    EXPECT_EQ(Replaced(L"aab", L"ab", L"bbb"), L"bbbbb");
-    EXPECT_EQ(Replaced(L"aab", L"ab", L"ba"), L"baa");
+    EXPECT_EQ(Replace(L"aab", L"ab", L"bbb"), L"bbbbb");
+    EXPECT_EQ(Replace(L"aab", L"ab", L"ba"), L"baa");
 }
 
 TEST(TStringTest, ChangesNothingWhenReplacingAnEmptyString)
 {
-    EXPECT_EQ(Replaced(L"text", L"", L"x"), L"text");
+    EXPECT_EQ(Replace(L"text", L"", L"x"), L"text");
 }
 
 TEST(TStringTest, AcceptsItselfAsAnArgumentOfReplace)
@@ -367,11 +367,11 @@ TEST(TStringTest, KeepsNullCharactersInReplace)
 {
     const Wide text(std::wstring(L"a\0-\0b", 5));
 
-    EXPECT_EQ(Replaced(text, L"-", L"+"), Wide(std::wstring(L"a\0+\0b", 5)));
-    EXPECT_EQ(Replaced(text, Wide(L'\0'), L""), L"a-b");
+    EXPECT_EQ(Replace(text, L"-", L"+"), Wide(std::wstring(L"a\0+\0b", 5)));
+    EXPECT_EQ(Replace(text, Wide(L'\0'), L""), L"a-b");
 }
 
-TEST(TStringTest, ReadsNumbersFromTheBeginning)
+TEST(TStringTest, ReadsTheNumberAtTheBeginning)
 {
     constexpr std::pair<const wchar_t*, int> cases[] = {
         {L" 42abc", 42},
@@ -470,7 +470,7 @@ TEST(TStringDeathTest, NeverReturnsWhenReplacingAStringWithOneThatContainsIt)
 {
     const auto replaceForASecond = [] {
         ::alarm(1);
-        Replaced(L"a", L"a", L"a");
+        Replace(L"a", L"a", L"a");
         std::exit(0);
     };
 
