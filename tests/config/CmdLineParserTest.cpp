@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Tokens = std::vector<TString<wchar_t>>;
 
-Tokens Tokenized(const TString<wchar_t>& line)
+Tokens Tokenize(const TString<wchar_t>& line)
 {
     Tokens tokens{L"old"};
     CmdLineParser::Tokenize(line, tokens);
@@ -26,7 +26,7 @@ Tokens Tokenized(const TString<wchar_t>& line)
 
 class CmdLineParserTest : public testing::Test {
 protected:
-    // Parses `arguments` with the options -v and -file, of which the second is required.
+    // Parses `arguments` with the options -v and -file, of which -file is required.
     bool Parse(std::vector<const wchar_t*> arguments)
     {
         CmdLineParser parser(static_cast<int>(arguments.size()), arguments.data());
@@ -57,7 +57,7 @@ TEST_F(CmdLineParserTest, SeparatesTokensOnlyAtSpacesAndTabs)
         {L"a\nb\rc\vd e\u00A0f", {L"a\nb\rc\vd", L"e\u00A0f"}}};
     for (const auto& [line, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(line));
-        EXPECT_EQ(Tokenized(line), expected);
+        EXPECT_EQ(Tokenize(line), expected);
     }
 }
 
@@ -74,21 +74,21 @@ TEST_F(CmdLineParserTest, EndsAQuotedTokenAtTheNextQuote)
         {L"\"a\\\"b", {L"a\\", L"b"}}};
     for (const auto& [line, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(line));
-        EXPECT_EQ(Tokenized(line), expected);
+        EXPECT_EQ(Tokenize(line), expected);
     }
 }
 
 TEST_F(CmdLineParserTest, TreatsAQuoteInsideATokenAsAnOrdinaryCharacter)
 {
-    EXPECT_THAT(Tokenized(L"a\"b c\""), ElementsAre(L"a\"b", L"c\""));
-    EXPECT_THAT(Tokenized(L"-name=\"a b\""), ElementsAre(L"-name=\"a", L"b\""));
+    EXPECT_THAT(Tokenize(L"a\"b c\""), ElementsAre(L"a\"b", L"c\""));
+    EXPECT_THAT(Tokenize(L"-name=\"a b\""), ElementsAre(L"-name=\"a", L"b\""));
 }
 
-TEST_F(CmdLineParserTest, DropsAnUnterminatedQuoteAndWhatFollows)
+TEST_F(CmdLineParserTest, DropsAQuotedTokenWithoutAClosingQuote)
 {
-    EXPECT_THAT(Tokenized(L"x \"y z"), ElementsAre(L"x"));
-    EXPECT_THAT(Tokenized(L"x \""), ElementsAre(L"x"));
-    EXPECT_THAT(Tokenized(L"\"x\"\"y z"), ElementsAre(L"x"));
+    EXPECT_THAT(Tokenize(L"x \"y z"), ElementsAre(L"x"));
+    EXPECT_THAT(Tokenize(L"x \""), ElementsAre(L"x"));
+    EXPECT_THAT(Tokenize(L"\"x\"\"y z"), ElementsAre(L"x"));
 }
 
 TEST_F(CmdLineParserTest, TokenizesALineStoredInTheOutputVector)
@@ -102,7 +102,7 @@ TEST_F(CmdLineParserTest, TokenizesALineStoredInTheOutputVector)
 
 TEST_F(CmdLineParserTest, KeepsNullCharactersInTokens)
 {
-    EXPECT_THAT(Tokenized(std::wstring(L"a\0b c", 5)), ElementsAre(std::wstring(L"a\0b", 3), L"c"));
+    EXPECT_THAT(Tokenize(std::wstring(L"a\0b c", 5)), ElementsAre(std::wstring(L"a\0b", 3), L"c"));
 }
 
 TEST_F(CmdLineParserTest, UsesTheTokenAfterAnOptionAsItsValue)
@@ -121,7 +121,7 @@ TEST_F(CmdLineParserTest, FailsWithoutARequiredOption)
     EXPECT_FALSE(m_file->IsDefined());
 }
 
-TEST_F(CmdLineParserTest, IgnoresTokensThatAreNeitherOptionNorValue)
+TEST_F(CmdLineParserTest, IgnoresTokensThatAreNeitherOptionsNorValues)
 {
     EXPECT_TRUE(Parse({L"stray", L"-file", L"first", L"second", L"-v", L"yes", L"third"}));
     EXPECT_EQ(m_file->GetValue(), L"first");

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -175,7 +176,7 @@ TEST_F(IniFileTest, ContinuesASectionAtARepeatedHeader)
     EXPECT_THAT(Keys(ini, L"Other"), ElementsAre(L"a"));
 }
 
-TEST_F(IniFileTest, IgnoresKeysAboveTheFirstHeader)
+TEST_F(IniFileTest, IgnoresKeysBeforeTheFirstHeader)
 {
     const IniFile ini = Load("a=1\n[Main]\nb=2\n");
 
@@ -183,7 +184,7 @@ TEST_F(IniFileTest, IgnoresKeysAboveTheFirstHeader)
     EXPECT_THAT(Keys(ini, L"Main"), ElementsAre(L"b"));
 }
 
-TEST_F(IniFileTest, ListsKeysInOrderOfCodePoints)
+TEST_F(IniFileTest, ListsKeysInCodePointOrder)
 {
     const IniFile ini = Load("[Main]\nb=\n\xF0\x9F\x98\x80=\n\xEF\xBF\xBD=\na=\nB=\n10=\n9=\n");
 
@@ -218,7 +219,7 @@ TEST_F(IniFileTest, ReturnsTheDefaultItselfForAMissingValue)
     EXPECT_TRUE(ini.GetBool(L"Main", L"m", true));
 }
 
-TEST_F(IniFileTest, ReadsUnsignedNumbersFromTheFrontOfAValue)
+TEST_F(IniFileTest, ReadsTheUnsignedNumberAtTheBeginningOfAValue)
 {
     constexpr std::pair<const char*, unsigned int> cases[] = {{"12", 12},
                                                               {"12abc", 12},
@@ -240,7 +241,7 @@ TEST_F(IniFileTest, ReadsUnsignedNumbersFromTheFrontOfAValue)
     }
 }
 
-TEST_F(IniFileTest, ReadsSignedNumbersFromTheFrontOfAValue)
+TEST_F(IniFileTest, ReadsTheSignedNumberAtTheBeginningOfAValue)
 {
     constexpr std::pair<const char*, int> cases[] = {
         {"12", 12},   {"-12abc", -12}, {"abc", 0},
@@ -472,7 +473,7 @@ TEST_F(IniFileTest, FindsShortKeysBesideLongOnes)
     EXPECT_EQ(Value(ini, L"Main", L"b"), L"3");
 }
 
-TEST_F(IniFileTest, DoesNotFindNamesWithInvalidCodePoints)
+TEST_F(IniFileTest, DoesNotFindNamesByInvalidCodePointsOrUtf8Bytes)
 {
     const IniFile ini = Load("[M\xC3\xA9]\n\xF0\x9F\x98\x80=1\n");
     const auto character = [](int code) { return TString<wchar_t>(static_cast<wchar_t>(code)); };
@@ -554,7 +555,7 @@ TEST_F(IniFileTest, OpensANonAsciiPathInTheCLocale)
     EXPECT_EQ(Value(ini, L"M", L"k"), L"\u6587");
 }
 
-TEST_F(IniFileTest, ReadsALineOf10MegabytesWhole)
+TEST_F(IniFileTest, ReadsAWholeLineOf10Megabytes)
 {
     constexpr std::size_t length = 10'000'000;
     const IniFile ini = Load("[M]\nk= " + std::string(length, 'x') + " \nl=1\n");
@@ -563,7 +564,7 @@ TEST_F(IniFileTest, ReadsALineOf10MegabytesWhole)
     EXPECT_EQ(Value(ini, L"M", L"l"), L"1");
 }
 
-TEST_F(IniFileTest, ReadsAFileOf100MegabytesWhole)
+TEST_F(IniFileTest, ReadsAWholeFileOf100Megabytes)
 {
     constexpr int sectionCount = 10'000;
     std::ofstream file(m_directory.Path() / "settings.ini", std::ios::binary);
