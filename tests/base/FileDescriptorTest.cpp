@@ -35,7 +35,7 @@ protected:
     TempDir m_directory;
 };
 
-int StatusFlags(const FileDescriptor& file)
+int GetStatusFlags(const FileDescriptor& file)
 {
     return ::fcntl(file.Get(), F_GETFL);
 }
@@ -75,8 +75,8 @@ TEST_F(FileDescriptorTest, OpensFilesInBlockingMode)
 {
     const std::string path = WriteFile("text");
 
-    EXPECT_EQ(StatusFlags(FileDescriptor::Open(path, O_RDONLY)) & O_NONBLOCK, 0);
-    EXPECT_EQ(StatusFlags(FileDescriptor::OpenRegular(path, O_RDONLY)) & O_NONBLOCK, 0);
+    EXPECT_EQ(GetStatusFlags(FileDescriptor::Open(path, O_RDONLY)) & O_NONBLOCK, 0);
+    EXPECT_EQ(GetStatusFlags(FileDescriptor::OpenRegular(path, O_RDONLY)) & O_NONBLOCK, 0);
 }
 
 TEST_F(FileDescriptorTest, AppliesTheFlagsPassedToOpenRegular)
@@ -84,11 +84,11 @@ TEST_F(FileDescriptorTest, AppliesTheFlagsPassedToOpenRegular)
     const FileDescriptor file =
         FileDescriptor::OpenRegular(WriteFile("text"), O_WRONLY | O_CREAT | O_APPEND);
 
-    EXPECT_EQ(StatusFlags(file) & (O_ACCMODE | O_APPEND), O_WRONLY | O_APPEND);
+    EXPECT_EQ(GetStatusFlags(file) & (O_ACCMODE | O_APPEND), O_WRONLY | O_APPEND);
     EXPECT_EQ(::fcntl(file.Get(), F_GETFD), FD_CLOEXEC);
 }
 
-TEST_F(FileDescriptorTest, FailsInReadAllAfterReadingWhatIsLeft)
+TEST_F(FileDescriptorTest, ReadsTheRemainingBytesBeforeReadAllFails)
 {
     const FileDescriptor file = FileDescriptor::Open(WriteFile("text"), O_RDONLY);
     char bytes[7] = "------";

@@ -1,5 +1,7 @@
 #include "toolkit/base/FileLock.h"
 
+#include "toolkit/base/FileDescriptor.h"
+
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -57,7 +59,7 @@ TEST_F(FileLockTest, IsUnavailableWithoutAFreeDescriptorForASharedLock)
     EXPECT_EQ(second.GetState(), FileLock::State::Unavailable);
 }
 
-TEST_F(FileLockTest, IsHeldWhileAnotherThreadReleasesIt)
+TEST_F(FileLockTest, IsHeldWhileAnotherThreadAcquiresAndReleasesIt)
 {
     std::atomic<bool> stop{false};
     std::thread other([&] {

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,7 +16,7 @@ namespace {
 
 using State = InstanceLock::State;
 
-int StateInAnotherProcess()
+int GetStateInAnotherProcess()
 {
     const pid_t child = ::fork();
     if (child == 0)
@@ -25,8 +26,8 @@ int StateInAnotherProcess()
     return WEXITSTATUS(status);
 }
 
-// Exits with 0 if this process gets the lock and another one then does not. Drops root privileges
-// first, because root can write to read-only files.
+// Exits with 0 if this process acquires the lock and another process then cannot. Drops root
+// privileges first, because root can write to read-only files.
 [[noreturn]] void LockAsAnOrdinaryUser()
 {
     constexpr uid_t nobody = 65534;
@@ -35,7 +36,7 @@ int StateInAnotherProcess()
     const InstanceLock lock(L"name");
     if (lock.GetState() != State::Held)
         std::_Exit(2);
-    std::_Exit(StateInAnotherProcess() == static_cast<int>(State::HeldElsewhere) ? 0 : 3);
+    std::_Exit(GetStateInAnotherProcess() == static_cast<int>(State::HeldElsewhere) ? 0 : 3);
 }
 
 TEST(InstanceLockTest, IsUnavailableForANameThatUtf8CannotEncode)
