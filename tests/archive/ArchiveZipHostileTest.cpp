@@ -4,10 +4,15 @@
 #include <gtest/gtest.h>
 #include <wx/zipstrm.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <string>
 #include <sys/stat.h>
+#include <utility>
+#include <vector>
 
 #include "archive/ArchiveFixture.h"
 #include "archive/RawZip.h"
@@ -17,8 +22,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using TestSupport::Checksum;
-using TestSupport::Deflated;
+using TestSupport::ComputeChecksum;
+using TestSupport::Deflate;
 using TestSupport::PackNumber;
 using TestSupport::RawEntry;
 using TestSupport::RawZip;
@@ -50,7 +55,7 @@ protected:
 };
 
 const RawEntry c_whole{
-    .name = "whole", .data = Deflated("content"), .content = "content", .method = c_deflated};
+    .name = "whole", .data = Deflate("content"), .content = "content", .method = c_deflated};
 
 TEST_F(ArchiveZipHostileTest, ReadsStoredAndDeflatedEntries)
 {
@@ -65,13 +70,13 @@ TEST_F(ArchiveZipHostileTest, ReadsTheEntryAfterADamagedOne)
     const std::pair<const char*, RawEntry> cases[] = {
         {"checksum of stored bytes", {.name = "bad", .data = "bytes", .checksum = 1}},
         {"checksum of deflated bytes",
-         {.name = "bad", .data = Deflated("x"), .content = "x", .method = 8, .checksum = 1}},
+         {.name = "bad", .data = Deflate("x"), .content = "x", .method = 8, .checksum = 1}},
         {"invalid deflate data", {.name = "bad", .data = "\xFF\xFF\xFF\xFF", .method = 8}},
         {"method", {.name = "bad", .data = "bytes", .method = 99}},
         {"data after the end",
-         {.name = "bad", .data = Deflated("x") + "junk", .content = "x", .method = 8}},
+         {.name = "bad", .data = Deflate("x") + "junk", .content = "x", .method = 8}},
         {"data after the end, and a checksum",
-         {.name = "bad", .data = Deflated("x") + "junk", .method = 8, .checksum = 1}},
+         {.name = "bad", .data = Deflate("x") + "junk", .method = 8, .checksum = 1}},
         {"size", {.name = "bad", .data = "bytes", .size = 0x7FFFFFFF}},
         {"compressed size", {.name = "bad", .data = "bytes", .compressedSize = 0x7FFFFFFF}}};
     for (const auto& [what, entry] : cases) {
@@ -179,7 +184,7 @@ TEST_F(ArchiveZipHostileTest, SurvivesADescriptorThatContradictsTheDirectory)
     const std::string descriptor =
         "PK\7\10" + PackNumber(1, 4) + PackNumber(12, 4) + PackNumber(7, 4);
     ListNames(WriteBytes(RawZip({{.name = "bad",
-                                  .data = Deflated("content") + descriptor,
+                                  .data = Deflate("content") + descriptor,
                                   .content = "content",
                                   .method = c_deflated,
                                   .flags = c_descriptorFlag},
@@ -193,9 +198,9 @@ TEST_F(ArchiveZipHostileTest, AcceptsADescriptorThatCorrectsTheDirectory)
 {
     const std::string content = "line\nrest";
     const std::string descriptor =
-        "PK\7\10" + PackNumber(Checksum(content), 4) + PackNumber(14, 4) + PackNumber(9, 4);
+        "PK\7\10" + PackNumber(ComputeChecksum(content), 4) + PackNumber(14, 4) + PackNumber(9, 4);
     ListNames(WriteBytes(RawZip({{.name = "claims",
-                                  .data = Deflated(content) + descriptor,
+                                  .data = Deflate(content) + descriptor,
                                   .content = content,
                                   .method = c_deflated,
                                   .flags = c_descriptorFlag,

@@ -9,6 +9,10 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "archive/ArchiveFixture.h"
 #include "archive/ZipWriter.h"
@@ -35,7 +39,8 @@ protected:
         return Path();
     }
 
-    // Overwrites the first occurrence of `from` in the archive with `to`, of the same length.
+    // Overwrites the first occurrence of `from` in the archive with `to`, which must have the same
+    // length.
     void Damage(const std::string& from, const std::string& to) const
     {
         std::string bytes = m_directory.ReadFile(L"archive.zip");
@@ -74,7 +79,7 @@ TEST_F(ArchiveZipTest, FiltersByTheBeginningOfNamesRegardlessOfCase)
             << testing::PrintToString(filter);
 }
 
-TEST_F(ArchiveZipTest, KeepsTheFirstOfEntriesWithTheSameName)
+TEST_F(ArchiveZipTest, KeepsTheFirstEntryOfARepeatedName)
 {
     const TString<wchar_t> path = Write({{L"a", "first"}, {L"a", "second"}});
 

@@ -9,7 +9,10 @@
 #include <gtest/gtest.h>
 #include <wx/zipstrm.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <string>
+#include <utility>
 
 #include "archive/ArchiveFixture.h"
 
@@ -86,7 +89,8 @@ TEST_F(ArchiveZipToolsTest, ReadsAnArchiveThatWasStreamed)
     ExpectFiles();
 }
 
-// The sizes of a streamed entry follow its data. For Zip64, wxZipInputStream needs them first.
+// The sizes of a streamed entry follow its data, but wxZipInputStream needs those of a Zip64 entry
+// before the data.
 TEST_F(ArchiveZipToolsTest, ReadsNothingFromAZip64EntryThatWasStreamed)
 {
     Run("cat long.txt | zip -q - - | cat > archive.zip");
@@ -106,7 +110,7 @@ TEST_F(ArchiveZipToolsTest, ReadsZip64)
 
 TEST_F(ArchiveZipToolsTest, ReadsEntriesBeyondFourGigabytes)
 {
-    // A sparse file occupies no disk space.
+    // The file is sparse, so it needs almost no disk space.
     Run("truncate -s 5G archive.zip");
     RunPython("z.writestr('a', 'one'); z.writestr('b', 'two')", "a");
 

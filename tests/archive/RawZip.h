@@ -13,7 +13,7 @@ struct RawEntry {
     std::string name;
     std::string data;           ///< The bytes between this entry's header and the next.
     std::string content = data; ///< Their decompressed form.
-    std::uint16_t method = 0;   ///< 0 is stored, 8 deflated.
+    std::uint16_t method = 0;   ///< 0 means stored, 8 deflated.
     std::uint16_t flags = 0;
     std::optional<std::uint32_t> checksum = std::nullopt;
     std::optional<std::uint32_t> compressedSize = std::nullopt;
@@ -26,9 +26,10 @@ struct RawEntry {
 std::string RawZip(const std::vector<RawEntry>& entries);
 
 /// Returns `content`, of at most 65,535 bytes, in the deflate format, as one uncompressed block.
-std::string Deflated(const std::string& content);
+std::string Deflate(const std::string& content);
 
-std::uint32_t Checksum(const std::string& bytes);
+/// Returns the CRC-32 of `bytes`.
+std::uint32_t ComputeChecksum(const std::string& bytes);
 
 /// Returns the low `size` bytes of `value` in little-endian order.
 std::string PackNumber(std::uint64_t value, int size);

@@ -16,6 +16,8 @@
 #include <iterator>
 #include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "archive/ZipWriter.h"
 
