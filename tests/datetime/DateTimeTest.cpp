@@ -7,6 +7,8 @@
 
 #include <array>
 #include <ctime>
+#include <string>
+#include <utility>
 
 namespace Toolkit {
 namespace {
@@ -170,7 +172,7 @@ TEST_F(DateTimeTest, ConvertsUtcFieldsToLocalTimeWithDaylightSaving)
     EXPECT_EQ(ToIso(DateTime(2009, 7, 5, 12, 0, 0, 0)), L"2009-07-05 14:00:00");
 }
 
-TEST_F(DateTimeTest, MovesATimeThatTheClockSkipsForward)
+TEST_F(DateTimeTest, ShiftsANonexistentLocalTimeForward)
 {
     DateTime date(2009, 3, 28, 2, 30, 0);
 
@@ -230,7 +232,7 @@ TEST_F(DateTimeTest, WritesTheIsoDateOfTheDayInUtc)
     EXPECT_EQ(date, L"2009-03-04");
 }
 
-TEST_F(DateTimeTest, WritesTheSameNarrowIsoString)
+TEST_F(DateTimeTest, WritesANarrowIsoString)
 {
     TString<char> text;
     m_march.GetIsoString(text, true);
@@ -451,7 +453,7 @@ TEST_F(DateTimeTest, IsInvalidWhenDurationsLeadOutOfRange)
     EXPECT_FALSE(date.IsValid());
 }
 
-TEST_F(DateTimeTest, IsInvalidWhenAShiftLeadsOutOfRange)
+TEST_F(DateTimeTest, IsInvalidWhenMakeFromUtcLeadsOutOfRange)
 {
     DateTime date(292278993u, 12, 31, 23, 59, 59);
     date.Add(228 * 24 + 8, 12, 56);

@@ -75,7 +75,8 @@ DateTime FromLocal(const std::tm& local)
         static_cast<unsigned int>(local.tm_sec));
 }
 
-// Describes the difference from the C library at `instant`; empty if there is none.
+// Describes how DateTime differs from the C library at `instant`. Returns an empty string if it
+// does not.
 std::string DescribeDifferenceAt(std::time_t instant)
 {
     const std::string utc = FormatWithStrftime("%Y-%m-%d %H:%M:%S Z", ToUtcFields(instant));
@@ -90,18 +91,18 @@ std::string DescribeDifferenceAt(std::time_t instant)
 
     DateTime parsed;
     if (!parsed.ParseIsoString(TString<char>(utc)) || parsed != date)
-        return "parsing " + utc;
+        return "wrong result of parsing " + utc;
 
     std::tm undecided = local;
     undecided.tm_isdst = -1;
     const DateTime built = FromLocal(local);
     if (built != FromUtc(ToUtcFields(std::mktime(&undecided))))
-        return "building " + localString;
+        return "wrong result of constructing " + localString;
     return {};
 }
 
-// Checks `zone` in a process that has used no other, so that nothing cached affects the result.
-// Exits with 0 if DateTime agrees with the C library.
+// Checks `zone` in a process that has used no other zone, so that nothing cached affects the
+// result. Exits with 0 if DateTime agrees with the C library.
 [[noreturn]] void CheckZoneInChild(const char* zone)
 {
     ::setenv("TZ", zone, 1);
@@ -153,7 +154,7 @@ TEST_P(DateTimeChangesTest, ConvertsLocalTimeToUtc)
     EXPECT_EQ(ToIso(date, true), GetParam().utc);
 }
 
-// Times just before and just after clock changes, in a zone without any, and after 2038.
+// Times just before and after clock changes, in a zone without clock changes, and after 2038.
 INSTANTIATE_TEST_SUITE_P(
     Changes, DateTimeChangesTest,
     testing::Values(

@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <random>
+#include <string>
+#include <utility>
 
 namespace Toolkit {
 namespace {
