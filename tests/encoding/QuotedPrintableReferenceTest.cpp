@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <cstddef>
 #include <gmime/gmime.h>
 #include <string>
 

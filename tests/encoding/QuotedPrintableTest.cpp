@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <ios>
 #include <string>
+#include <utility>
 
 namespace Toolkit {
 namespace {

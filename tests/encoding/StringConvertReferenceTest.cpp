@@ -14,6 +14,7 @@
 #include <locale>
 #include <sstream>
 #include <string>
+#include <type_traits>
 
 namespace Toolkit {
 namespace {

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <unicode/ustring.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 

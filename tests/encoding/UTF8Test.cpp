@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <limits>
 #include <string>
 #include <utility>
@@ -183,7 +184,7 @@ TEST(UTF8Test, ReportsWhetherUtf8IsLonger)
     EXPECT_TRUE(UTF8::HasToBeUTF8(L"\U0001F600"));
 }
 
-TEST(UTF8Test, ReportsFalseForInvalidCharacters)
+TEST(UTF8Test, ReturnsFalseFromHasToBeUTF8ForInvalidCharacters)
 {
     EXPECT_FALSE(UTF8::HasToBeUTF8(L"\u00E9" + Wide(static_cast<wchar_t>(0x110000))));
 }
