@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "ToolFixture.h"
 #include "examples/ProgramOnTerminal.h"
 
@@ -86,7 +90,7 @@ TEST_F(CommandTest, FailsWhenTheDiskIsFull)
 
     for (const std::string arguments : {"--version", "--help", "log $dir/a.qvlog"}) {
         SCOPED_TRACE(arguments);
-        const ProgramResult result = Shell("$toolkit " + arguments + " > /dev/full");
+        const ProgramResult result = RunInShell("$toolkit " + arguments + " > /dev/full");
         EXPECT_EQ(result.exitCode, 2);
         EXPECT_THAT(result.errors,
                     StartsWith("toolkit: cannot write to standard output: No space left"));
@@ -100,7 +104,8 @@ TEST_F(CommandTest, EndsBySigpipeWhenItsOutputIsClosed)
         log += "2 100 : 1 : f : x\n";
     Write(L"a.qvlog", log);
 
-    const ProgramResult result = Shell("{ $toolkit log $dir/a.qvlog; echo $? >&2; } | head -n 1");
+    const ProgramResult result =
+        RunInShell("{ $toolkit log $dir/a.qvlog; echo $? >&2; } | head -n 1");
 
     EXPECT_EQ(result.output, "100 info f:1 x\n");
     EXPECT_EQ(result.errors, "141\n"); // 128 + SIGPIPE

@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 #include "ToolFixture.h"
 
@@ -23,6 +26,7 @@ bool HasProgram(const std::string& name)
     return ::access(("/usr/bin/" + name).c_str(), X_OK) == 0;
 }
 
+// Returns the lines of `text`, each up to its first tab, after which fish prints a description.
 std::vector<std::string> LinesOf(const std::string& text)
 {
     std::istringstream stream(text);
@@ -94,7 +98,7 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInBash)
 TEST_F(CompletionTest, OffersSubcommandsAndOptionsInFish)
 {
     if (!HasProgram("fish"))
-        GTEST_SKIP() << "no fish";
+        GTEST_SKIP() << "fish is not installed";
 
     EXPECT_THAT(CompleteInFish("toolkit z"), Contains("zip"));
     EXPECT_THAT(CompleteInFish("toolkit zip e"), Contains("extract"));
@@ -106,7 +110,7 @@ TEST_F(CompletionTest, OffersSubcommandsAndOptionsInFish)
 TEST_F(CompletionTest, OffersSubcommandsAndOptionsInZsh)
 {
     if (!HasProgram("zsh"))
-        GTEST_SKIP() << "no zsh";
+        GTEST_SKIP() << "zsh is not installed";
 
     EXPECT_THAT(CompleteInZsh("toolkit ''"), HasSubstr("log\nini\nzip\nipc\npaths\nabout\n"));
     EXPECT_THAT(CompleteInZsh("toolkit zip ''"), HasSubstr("list\ncat\nsearch\nextract\n"));
@@ -198,8 +202,8 @@ TEST_F(CompletionTest, DoesNotRunCommandsFromLogNamesInOtherShells)
     EXPECT_FALSE(std::filesystem::exists(PathOf("ran")));
 }
 
-// Returns the long option name at the beginning of each line of `usage`.
-std::vector<std::string> LongOptions(const std::string& usage)
+// Returns the long name of each option that `usage` lists.
+std::vector<std::string> FindLongOptions(const std::string& usage)
 {
     std::vector<std::string> options;
     for (const std::string& line : LinesOf(usage)) {
@@ -221,10 +225,10 @@ TEST_F(CompletionTest, ContainsEveryOption)
         {"ipc", "list"}, {"about"},         {"paths"}};
     for (std::vector<std::string> command : commands) {
         command.push_back("--help");
-        const std::vector<std::string> options = LongOptions(Run(command).output);
+        const std::vector<std::string> options = FindLongOptions(Run(command).output);
         EXPECT_THAT(options, Contains("--help"));
         for (const std::string& option : options) {
-            SCOPED_TRACE(testing::PrintToString(command) + option);
+            SCOPED_TRACE(testing::PrintToString(command) + " " + option);
             EXPECT_THAT(bash, HasSubstr(option));
             EXPECT_THAT(zsh, HasSubstr(option));
             EXPECT_THAT(fish, HasSubstr("-l " + option.substr(2) + " "));

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "ToolFixture.h"
 
 namespace Toolkit::TestSupport {
@@ -16,7 +18,7 @@ protected:
     std::string Check(const std::string& text, int exitCode) const
     {
         Write(L"a.ini", text);
-        const ProgramResult result = Shell("cd $dir; $toolkit ini check a.ini");
+        const ProgramResult result = RunInShell("cd $dir; $toolkit ini check a.ini");
         EXPECT_EQ(result.exitCode, exitCode) << text;
         EXPECT_EQ(result.errors, "");
         return result.output;
@@ -56,7 +58,8 @@ TEST_F(IniCommandTest, ReadsStandardInput)
     Write(L"a.ini", c_settings);
 
     for (const std::string arguments : {"get - Window height < $dir/a.ini", "get - Window height"})
-        EXPECT_EQ(Shell("cat $dir/a.ini | $toolkit ini " + arguments).output, "480\n") << arguments;
+        EXPECT_EQ(RunInShell("cat $dir/a.ini | $toolkit ini " + arguments).output, "480\n")
+            << arguments;
 }
 
 TEST_F(IniCommandTest, FailsForAMissingFile)

@@ -3,8 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <filesystem>
+#include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include "RunningCommand.h"
 #include "ToolFixture.h"
@@ -135,7 +139,7 @@ TEST_F(IpcCommandTest, ListsTheSocketsInTheWorkingDirectory)
     RunningCommand other({"ipc", "listen", PathOf("app.other")});
     other.ReadUntil("listening");
 
-    const std::string list = Shell("cd $dir && $toolkit ipc list").output;
+    const std::string list = RunInShell("cd $dir && $toolkit ipc list").output;
 
     EXPECT_THAT(list, HasSubstr("live  " + Service() + "\n"));
     EXPECT_THAT(list, Not(HasSubstr("app.other")));
@@ -146,7 +150,8 @@ TEST_F(IpcCommandTest, ListsASocketOnceWhenRunInTmp)
     RunningCommand server({"ipc", "listen", ListedPath()});
     server.ReadUntil("listening");
 
-    EXPECT_EQ(Shell("cd /tmp && $toolkit ipc list | grep -c -F " + ListedPath()).output, "1\n");
+    EXPECT_EQ(RunInShell("cd /tmp && $toolkit ipc list | grep -c -F " + ListedPath()).output,
+              "1\n");
 }
 
 } // namespace

@@ -7,7 +7,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "RunningCommand.h"
 #include "ToolFixture.h"
@@ -48,7 +53,7 @@ protected:
             std::ifstream("/proc/" + std::to_string(process) + "/stat") >> pid >> name >> state;
     }
 
-    // Returns once the process has read the log: it sleeps before and after that.
+    // Returns once the process has read the log: it sleeps before and after reading.
     static void AwaitPoll(pid_t process)
     {
         const long first = CountSleeps(process);

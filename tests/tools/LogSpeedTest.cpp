@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
 
@@ -53,7 +54,7 @@ TEST_F(LogSpeedTest, ReadsALargeLogFastAndInLittleMemory)
                static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
     };
     const double before = seconds();
-    ASSERT_EQ(Shell("$toolkit log $dir/large.qvlog > /dev/null").exitCode, 0);
+    ASSERT_EQ(RunInShell("$toolkit log $dir/large.qvlog > /dev/null").exitCode, 0);
     ::getrusage(RUSAGE_CHILDREN, &usage);
     const double secondsUsed = seconds() - before;
 

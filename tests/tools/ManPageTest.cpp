@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <regex>
+#include <string>
+#include <unistd.h>
 
 #include "ToolFixture.h"
 
@@ -20,8 +24,8 @@ protected:
     {
         Write(L"settings.ini", "[Window]\nwidth=640\n");
         Write(L"README.md", "The license is not chosen yet.\n");
-        Shell("cd $dir && zip -q texts.zip README.md && mkdir docs && echo x > docs/a.md && "
-              "zip -q texts.zip docs/a.md && ln -s $toolkit toolkit");
+        RunInShell("cd $dir && zip -q texts.zip README.md && mkdir docs && echo x > docs/a.md && "
+                   "zip -q texts.zip docs/a.md && ln -s $toolkit toolkit");
         std::ofstream("/tmp/" + m_logger + ".qvlog")
             << "1 100 : 64 : Parse : Unable to open file : settings.ini\n";
     }
@@ -29,7 +33,7 @@ protected:
 
     // Returns the page's first block of examples as shell commands: without roff escapes, and
     // with this test's logger instead of "example".
-    std::string Examples() const
+    std::string ReadExamples() const
     {
         const std::string page = ReadWholeFile(c_pages + GetParam() + ".1");
         const std::size_t begin = page.find(".EX\n") + 4;
@@ -46,11 +50,11 @@ private:
 
 TEST_P(ManPageTest, FormatsWithoutWarnings)
 {
-    const ProgramResult result =
-        Shell("LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l -Tutf8 -Z " + c_pages + GetParam() + ".1");
+    const ProgramResult result = RunInShell("LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l -Tutf8 -Z " +
+                                            c_pages + GetParam() + ".1");
 
     if (result.exitCode == 127)
-        GTEST_SKIP() << "no man";
+        GTEST_SKIP() << "man is not installed";
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
 }
@@ -59,12 +63,13 @@ TEST_P(ManPageTest, FormatsWithoutWarnings)
 // before it runs the next command.
 TEST_P(ManPageTest, HasExamplesThatRun)
 {
-    std::string lines = Examples();
+    std::string lines = ReadExamples();
     EXPECT_THAT(lines, HasSubstr("toolkit "));
     lines = std::regex_replace(lines, std::regex("ipc &\n"),
                                "ipc &\nuntil [ -S example.ipc ]; do sleep 0.01; done\n");
 
-    const ProgramResult result = Shell("cd $dir && PATH=$dir:$PATH && set -e\n" + lines + "wait");
+    const ProgramResult result =
+        RunInShell("cd $dir && PATH=$dir:$PATH && set -e\n" + lines + "wait");
 
     EXPECT_EQ(result.exitCode, 0) << lines << result.errors;
 }

@@ -2,8 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <pwd.h>
+#include <string>
 #include <unistd.h>
+#include <utility>
 
 #include "ToolFixture.h"
 
@@ -33,7 +37,7 @@ private:
 };
 
 // Returns a line of the output: a label in a column of 16 characters, and a value.
-std::string Row(std::string label, const std::string& value)
+std::string FormatRow(std::string label, const std::string& value)
 {
     label.resize(16, ' ');
     return label + value + "\n";
@@ -97,7 +101,7 @@ TEST_F(PathsCommandTest, PrintsThePathsOfAProgram)
         {"unique log", "/tmp/" + unique + ".qvlog (missing)"}};
     std::string expected;
     for (const auto& [label, value] : rows)
-        expected += Row(label, value);
+        expected += FormatRow(label, value);
 
     const ProgramResult result = RunPaths();
 
@@ -123,7 +127,7 @@ TEST_F(PathsCommandTest, FindsAProgramInPath)
 
 TEST_F(PathsCommandTest, SearchesTheWorkingDirectoryIfPathHasAnEmptyEntry)
 {
-    EXPECT_EQ(Shell("cd $dir/bin && PATH=: $toolkit paths app").output, RunPaths().output);
+    EXPECT_EQ(RunInShell("cd $dir/bin && PATH=: $toolkit paths app").output, RunPaths().output);
 }
 
 TEST_F(PathsCommandTest, ReportsUnusablePaths)
@@ -157,9 +161,10 @@ TEST_F(PathsCommandTest, ReportsPathsOfAnotherUser)
     const ProgramResult result = RunPaths();
 
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.output, HasSubstr(Row("wxWidgets lock", lock + " (owned by another user)")));
     EXPECT_THAT(result.output,
-                HasSubstr(Row("documents", PathOf("home") + " (owned by another user)")));
+                HasSubstr(FormatRow("wxWidgets lock", lock + " (owned by another user)")));
+    EXPECT_THAT(result.output,
+                HasSubstr(FormatRow("documents", PathOf("home") + " (owned by another user)")));
 }
 
 // A file can be created in a directory only if the directory is searchable too.
@@ -169,7 +174,7 @@ TEST_F(PathsCommandTest, ReportsADirectoryThatIsNotSearchableAsNotWritable)
     const ScopedPermissions home(PathOf("home"), perms::owner_read | perms::owner_write);
 
     EXPECT_THAT(RunPathsWithoutPrivileges().output,
-                HasSubstr(Row("documents", PathOf("home") + " (not writable)")));
+                HasSubstr(FormatRow("documents", PathOf("home") + " (not writable)")));
 }
 
 TEST_F(PathsCommandTest, ReportsUnwritablePaths)
@@ -180,12 +185,14 @@ TEST_F(PathsCommandTest, ReportsUnwritablePaths)
     const ProgramResult result = RunPathsWithoutPrivileges();
 
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.output, HasSubstr(Row("documents", PathOf("home") + " (not writable)")));
-    EXPECT_THAT(result.output, HasSubstr(Row("data", PathOf("home/.app/app") +
-                                                         " (missing, and cannot be created)")));
     EXPECT_THAT(result.output,
-                HasSubstr(Row("wxWidgets lock", PathOf("home/" + UniqueName()) +
-                                                    " (missing, and cannot be created)")));
+                HasSubstr(FormatRow("documents", PathOf("home") + " (not writable)")));
+    EXPECT_THAT(result.output,
+                HasSubstr(FormatRow("data", PathOf("home/.app/app") +
+                                                " (missing, and cannot be created)")));
+    EXPECT_THAT(result.output,
+                HasSubstr(FormatRow("wxWidgets lock", PathOf("home/" + UniqueName()) +
+                                                          " (missing, and cannot be created)")));
 }
 
 TEST_F(PathsCommandTest, ReportsUnreadablePaths)
@@ -196,8 +203,8 @@ TEST_F(PathsCommandTest, ReportsUnreadablePaths)
     const ProgramResult result = RunPathsWithoutPrivileges();
 
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.output,
-                HasSubstr(Row("configuration", PathOf("share/app/config") + " (not readable)")));
+    EXPECT_THAT(result.output, HasSubstr(FormatRow("configuration", PathOf("share/app/config") +
+                                                                        " (not readable)")));
 }
 
 TEST_F(PathsCommandTest, RejectsADirectory)

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ protected:
 
     /// Runs `line` in /bin/sh, with $toolkit set to the command and $dir to the directory for
     /// files.
-    ProgramResult Shell(const std::string& line) const
+    ProgramResult RunInShell(const std::string& line) const
     {
         return RunProgram("/bin/sh", {"-c", "toolkit='" TOOLKIT_COMMAND "' dir='" +
                                                 m_directory.Path().native() + "'; " + line});

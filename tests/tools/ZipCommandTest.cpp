@@ -1,8 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
 #include <poll.h>
+#include <string>
 #include <sys/inotify.h>
+#include <unistd.h>
+#include <vector>
 
 #include "RunningCommand.h"
 #include "ToolFixture.h"
@@ -26,7 +33,7 @@ constexpr std::size_t c_commentLengthAt = 20;
 // Returns the archive with a ZIP64 end record and its locator (APPNOTE, 4.3.14 and 4.3.15). In the
 // ordinary end record, the counts, the size and the offset are all 0xFF bytes, which direct readers
 // to the ZIP64 values.
-std::string WithZip64End(const std::string& archive)
+std::string AddZip64End(const std::string& archive)
 {
     const std::size_t end = archive.size() - c_endLength;
     const auto toZip64Field = [&](std::size_t at, std::size_t size) {
@@ -83,7 +90,7 @@ protected:
     // Returns the directory to which the tests extract.
     std::string Target() const { return PathOf("target"); }
 
-    // Whether nothing was extracted.
+    // Returns whether nothing was extracted.
     bool IsTargetEmpty() const
     {
         return !std::filesystem::exists(Target()) || std::filesystem::is_empty(Target());
@@ -91,7 +98,7 @@ protected:
 
     std::string MakeArchiveWithLink() const
     {
-        Shell("cd $dir; ln -s /etc link; zip -q --symlinks link.zip link");
+        RunInShell("cd $dir; ln -s /etc link; zip -q --symlinks link.zip link");
         return ReadWholeFile(PathOf("link.zip"));
     }
 
@@ -119,6 +126,7 @@ TEST_F(ZipCommandTest, ListsEntriesByFilterAndType)
 {
     const std::string archive = WriteSampleArchive();
 
+    // `[^\n]*` matches the time of the entry.
     EXPECT_THAT(Run({"zip", "list", archive, "--filter", "ONE*x"}).output,
                 ContainsRegex("^ +19 [^\n]*One.txt\n$"));
     EXPECT_THAT(Run({"zip", "list", archive, "--type", "directories"}).output,
@@ -218,7 +226,7 @@ TEST_F(ZipCommandTest, RefusesToExtractAbsoluteNames)
     const std::string archive = RawZip({{"good", "x"}, {"/tmp/x", "x"}});
 
     ExpectRefused(archive, "archive refused: absolute entry name \"/tmp/x\"");
-    ExpectRefused(WithZip64End(archive), "archive refused: absolute entry name \"/tmp/x\"");
+    ExpectRefused(AddZip64End(archive), "archive refused: absolute entry name \"/tmp/x\"");
 }
 
 TEST_F(ZipCommandTest, RefusesToExtractLinks)
@@ -226,7 +234,7 @@ TEST_F(ZipCommandTest, RefusesToExtractLinks)
     const std::string archive = MakeArchiveWithLink();
 
     ExpectRefused(archive, "archive refused: \"link\" is neither a file nor a directory");
-    ExpectRefused(WithZip64End(archive),
+    ExpectRefused(AddZip64End(archive),
                   "archive refused: \"link\" is neither a file nor a directory");
 }
 
@@ -248,15 +256,15 @@ TEST_F(ZipCommandTest, RefusesToExtractAnArchiveWithAWrongEntryCount)
     std::string tooMany = archive;
     tooMany.replace(end + c_countAt, 2, PackNumber(3, 2));
 
-    for (const std::string& wrong : {tooFew, tooMany, WithZip64End(tooFew)})
+    for (const std::string& wrong : {tooFew, tooMany, AddZip64End(tooFew)})
         ExpectRefused(wrong, "archive refused: the central directory is damaged");
 }
 
 TEST_F(ZipCommandTest, ExtractsAZip64Archive)
 {
-    Shell("cd $dir; echo fog >a; zip -q -fz zip64.zip a");
+    RunInShell("cd $dir; echo fog >a; zip -q -fz zip64.zip a");
     const std::string zip64End =
-        Write(L"zip64End.zip", WithZip64End(RawZip({{"b", "sea"}, {"folder/c", "sun"}})));
+        Write(L"zip64End.zip", AddZip64End(RawZip({{"b", "sea"}, {"folder/c", "sun"}})));
 
     EXPECT_EQ(Run({"zip", "extract", PathOf("zip64.zip"), Target()}).output, "a\n");
     EXPECT_EQ(Run({"zip", "extract", zip64End, Target()}).output, "b\nfolder/c\n");
@@ -304,7 +312,7 @@ TEST_F(ZipCommandTest, StopsExtractingAtTheLimit)
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.errors, "toolkit: the entries are larger than the limit\n");
     EXPECT_EQ(result.output, "a\n");
-    EXPECT_EQ(Shell("ls -A $dir/target").output, "a\n");
+    EXPECT_EQ(RunInShell("ls -A $dir/target").output, "a\n");
 }
 
 TEST_F(ZipCommandTest, LeavesNoFileAfterExtractingADamagedEntry)
@@ -320,7 +328,7 @@ TEST_F(ZipCommandTest, LeavesNoFileAfterExtractingADamagedEntry)
 TEST_F(ZipCommandTest, LeavesNoPartialFileWhenExtractingIsInterrupted)
 {
     // Extracting 500 MiB takes much longer than sending a signal.
-    Shell("cd $dir; truncate -s 500M big; zip -q -1 big.zip big; rm big");
+    RunInShell("cd $dir; truncate -s 500M big; zip -q -1 big.zip big; rm big");
     std::filesystem::create_directory(Target());
     const DirectoryWatch target(Target());
     RunningCommand command({"zip", "extract", PathOf("big.zip"), Target()});
