@@ -142,9 +142,9 @@ struct LocalTime {
     const char* utc;
 };
 
-class DateTimeChangesTest : public testing::TestWithParam<LocalTime> {};
+class DateTimeClockChangesTest : public testing::TestWithParam<LocalTime> {};
 
-TEST_P(DateTimeChangesTest, ConvertsLocalTimeToUtc)
+TEST_P(DateTimeClockChangesTest, ConvertsLocalTimeToUtc)
 {
     const ScopedTimeZone zone(GetParam().zone);
     const auto& fields = GetParam().fields;
@@ -156,7 +156,7 @@ TEST_P(DateTimeChangesTest, ConvertsLocalTimeToUtc)
 
 // Times just before and after clock changes, in a zone without clock changes, and after 2038.
 INSTANTIATE_TEST_SUITE_P(
-    Changes, DateTimeChangesTest,
+    Changes, DateTimeClockChangesTest,
     testing::Values(
         LocalTime{"Europe/Berlin", {2009, 3, 29, 1, 59, 59}, "2009-03-29 00:59:59 Z"},
         LocalTime{"Europe/Berlin", {2009, 3, 29, 3, 0, 0}, "2009-03-29 01:00:00 Z"},
