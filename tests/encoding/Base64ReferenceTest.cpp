@@ -1,5 +1,5 @@
-// Compares Base64 with a plain reference implementation on random strings, and the encoding of
-// random bytes with GLib.
+// Compares Base64 with a plain reference implementation on random strings and bytes, and with GLib
+// on random bytes.
 
 #include "toolkit/encoding/Base64.h"
 

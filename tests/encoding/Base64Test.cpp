@@ -228,7 +228,7 @@ TEST(Base64Test, DecodesCharactersOutsideTheAlphabetAsZero)
         EXPECT_EQ(Decode(code), expected) << code;
 }
 
-TEST(Base64Test, TreatsLineBreakCharactersAsDigits)
+TEST(Base64Test, DecodesLineBreakCharactersAsZero)
 {
     // The groups are "QUJD", "\r\nQU" and an incomplete "JD".
     EXPECT_EQ(Decode("QUJD\r\nQUJD"), std::string("ABC\0\4\x14", 6));

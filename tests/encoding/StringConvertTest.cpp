@@ -22,7 +22,7 @@ constexpr int c_maxInt = std::numeric_limits<int>::max();
 constexpr long long c_minLong = std::numeric_limits<long long>::min();
 constexpr long long c_maxLong = std::numeric_limits<long long>::max();
 
-// Parses the wide and narrow form of a string, which must agree. The value starts as `initial`.
+// Parses a string in narrow and in wide form. The results must agree. Values start as `initial`.
 template <typename Number>
 class Reader {
 public:
@@ -52,7 +52,7 @@ const Reader<long long> c_int64(StringConvert::ToInt64, StringConvert::ToInt64);
 const Reader<unsigned long long> c_uint64(StringConvert::ToUint64, StringConvert::ToUint64);
 const Reader<double> c_double(StringConvert::ToDouble, StringConvert::ToDouble);
 
-TEST(StringConvertTest, ReadsIntegersAtTheBeginning)
+TEST(StringConvertTest, ReadsTheIntegerAtTheBeginning)
 {
     constexpr std::pair<const char*, int> cases[] = {
         {" -12x", -12}, {"42", 42}, {"+7", 7},   {"007", 7},   {"\t\n\v\f\r 8", 8},
@@ -150,7 +150,7 @@ TEST(StringConvertTest, ReadsLongStringsOfDigits)
     EXPECT_EQ(c_int32.Read(std::string(300, '0') + "15", 0), 15);
 }
 
-TEST(StringConvertTest, ReadsOnlyAsciiAsNumberOrSpace)
+TEST(StringConvertTest, TreatsOnlyAsciiCharactersAsDigitsAndSpaces)
 {
     for (const wchar_t* const text : {L"\u0661", L"\uFF11", L"\u00A01", L"\u20031",
                                       L"\u0085"
@@ -249,7 +249,7 @@ TEST(StringConvertTest, DoesNotReadALongNumberWhenOutOfMemory)
     EXPECT_EQ(value, 77);
 }
 
-TEST(StringConvertTest, IgnoresTheCLocale)
+TEST(StringConvertTest, IgnoresTheLocaleOfTheCLibrary)
 {
     const TestSupport::CompiledLocale german("de_DE", "UTF-8");
     if (!german.IsAvailable())
