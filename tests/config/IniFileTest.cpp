@@ -109,7 +109,7 @@ TEST_F(IniFileTest, KeepsQuotesAndCommentCharacters)
     EXPECT_EQ(Value(ini, L"Main", L";d"), L"4");
 }
 
-TEST_F(IniFileTest, IgnoresLinesThatAreNeitherHeaderNorKey)
+TEST_F(IniFileTest, IgnoresLinesThatAreNeitherHeadersNorKeys)
 {
     const IniFile ini = Load("[Main]\n\n;a=1\n;[Other]\nword\nOther]\n[Other\n[\n]\n  [Other]\n"
                              "[Other] \n \t\nb=2\n");
@@ -266,7 +266,7 @@ TEST_F(IniFileTest, ReadsOnlyTheNumberOneAsTrue)
     }
 }
 
-TEST_F(IniFileTest, ReadsLinesWithAnyOrNoLineEnd)
+TEST_F(IniFileTest, ReadsLinesWithAnyLineEndOrNone)
 {
     for (const std::string& bytes :
          {std::string("[Main]\nn=1"), std::string("[Main]\r\nn=1\r\n"), std::string("[Main]\rn=1"),
