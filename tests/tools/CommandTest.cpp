@@ -97,7 +97,7 @@ TEST_F(CommandTest, FailsWhenTheDiskIsFull)
     }
 }
 
-TEST_F(CommandTest, EndsBySigpipeWhenItsOutputIsClosed)
+TEST_F(CommandTest, IsKilledBySigpipeWhenItsOutputIsClosed)
 {
     std::string log;
     for (int i = 0; i < 100000; ++i)

@@ -123,8 +123,8 @@ TEST_F(LogCommandTest, OrdersLinesOfShortRoundsAfterABurst)
               "90400 info f:1 5\n90500 info f:1 6\n");
 }
 
-// Tick counts advance in steps of 10 ms, so no two different ones are closer than those in this
-// log.
+// Tick counts advance in steps of 10 ms, so different tick counts are never closer than those in
+// this log.
 TEST_F(LogCommandTest, OrdersLinesOfThreeShortRounds)
 {
     EXPECT_EQ(Print("2 1040 : 1 : f : 5\n2 1050 : 1 : f : 6\n"
