@@ -66,6 +66,8 @@ public:
 
     pid_t ProcessId() const { return m_process; }
 
+    /// Waits for the program to end. Returns its exit code, or the negated number of the signal
+    /// that killed it.
     int WaitForExitCode()
     {
         if (m_process > 0) {

@@ -7,6 +7,7 @@
 #include "toolkit/ipc/IPCClient.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 using namespace Toolkit;

@@ -7,9 +7,18 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <csignal>
+#include <cstddef>
+#include <filesystem>
 #include <future>
+#include <iterator>
 #include <list>
 #include <set>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 #include "ipc/ChildProgram.h"
 #include "ipc/EventLoop.h"
@@ -157,7 +166,7 @@ TEST_F(IPCClientTest, RejectsASymbolicLink)
 TEST_F(IPCClientTest, RejectsTheSocketFileOfAnotherUser)
 {
     if (::geteuid() != 0)
-        GTEST_SKIP() << "only root may give a file away";
+        GTEST_SKIP() << "only root may change the owner of a file";
     ReceivedMessages received;
     IPCServer server(Service());
     server.AddListener(CreateCollector(received));
@@ -228,7 +237,7 @@ TEST_F(IPCClientTest, RaisesNoSignalWhenTheServerDisconnects)
     EXPECT_FALSE(sent.get());
 }
 
-// Each server fails in its own way: one never accepts, one stops reading after its answer, one has
+// Each server fails in its own way: one never accepts, one stops reading after its reply, one has
 // a full queue, and one is suspended. All clients wait at the same time.
 TEST_F(IPCClientTest, StopsWaitingForAServerAfterTheTimeout)
 {

@@ -8,6 +8,12 @@
 #include <gmock/gmock.h>
 #include <wx/ipcbase.h>
 
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+
 #include "ipc/ChildProgram.h"
 #include "ipc/ServerFixture.h"
 
@@ -25,7 +31,7 @@ using IPCMemoryTest = TestSupport::ServerFixture;
 
 constexpr std::size_t c_mebibyte = std::size_t{1} << 20;
 
-// Returns the part of an Execute message before its data, which has `size` bytes.
+// Returns the header of an Execute message with `size` bytes of data.
 std::string MakeExecuteHeader(wxIPCFormat format, std::size_t size)
 {
     std::string header{'\x01', static_cast<char>(format)};
@@ -85,7 +91,7 @@ TEST_F(IPCMemoryTest, FailsToSendAMessageThatDoesNotFitIntoTheMemoryOfTheServer)
     EXPECT_THAT(m_received.All(), ElementsAre(L"served"));
 }
 
-// Constructs an IPCServer and makes the allocation `index` of its constructor fail, counted from 0.
+// Constructs an IPCServer and makes one allocation of its constructor fail: `index` 0 is the first.
 // Returns the server (null if the constructor threw std::bad_alloc) and whether that allocation was
 // reached.
 std::pair<std::unique_ptr<IPCServer>, bool>
@@ -117,8 +123,8 @@ TEST_F(IPCMemoryTest, SurvivesAFailedAllocationInTheConstructor)
             break;
         server->SendExecuteEvent(L"local");
     }
-    // The constructor throws only if EventNotifier cannot create its mutex, which makes fewer than
-    // five allocations.
+    // The constructor throws only if EventNotifier cannot create its mutex. Creating the mutex
+    // makes fewer than five allocations.
     EXPECT_LT(thrown, 5);
 }
 

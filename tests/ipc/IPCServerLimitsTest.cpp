@@ -5,11 +5,18 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <cstddef>
 #include <ctime>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
+#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 #include "ipc/ServerFixture.h"
 
@@ -27,7 +34,7 @@ using namespace std::string_literals;
 
 using IPCServerLimitsTest = TestSupport::ServerFixture;
 
-rlimit DescriptorLimit()
+rlimit GetDescriptorLimit()
 {
     rlimit limit{};
     ::getrlimit(RLIMIT_NOFILE, &limit);
@@ -48,7 +55,7 @@ public:
     RaisedDescriptorLimit& operator=(const RaisedDescriptorLimit&) = delete;
 
 private:
-    const rlimit m_limit = DescriptorLimit();
+    const rlimit m_limit = GetDescriptorLimit();
 };
 
 // Uses up all descriptors of this process except `count`. While the object exists, a test must not
@@ -82,12 +89,12 @@ public:
 private:
     static int Open() { return ::open("/dev/null", O_RDONLY | O_CLOEXEC); }
 
-    const rlimit m_limit = DescriptorLimit();
+    const rlimit m_limit = GetDescriptorLimit();
     std::vector<int> m_files;
 };
 
 #ifndef TOOLKIT_SANITIZER
-long ResidentMebibytes()
+long GetResidentMebibytes()
 {
     std::ifstream file("/proc/self/statm");
     long total = 0;
@@ -103,12 +110,12 @@ TEST_F(IPCServerLimitsTest, DisconnectsOnAProtocolErrorOrADisconnectMessage)
                                  "\x01\x01\x04\0\0\0\0\0\0\0"s, // before the topic
                                  "GET / HTTP/1.1\r\n\r\n",      // another protocol
                                  "\x0A\x01\0\0\x01t"s,          // a topic of 16 MiB and 1 byte
-                                 "\x0A\xFF\xFF\xFF\xFF"s,       //
+                                 "\x0A\xFF\xFF\xFF\xFF"s,       // a topic of 4 GiB - 1 byte
                                  c_connect + c_connect,         // a second topic
-                                 c_connect + "\x02",            // an unknown message
-                                 c_connect + "\x09",            //
-                                 c_connect + "\x01\x01\x05\0\0\x04"s,     // 64 MiB and 5 bytes
-                                 c_connect + "\x01\x01\xFF\xFF\xFF\xFF"s, //
+                                 c_connect + "\x02", // Request, which the server does not support
+                                 c_connect + "\x09", // Fail, likewise
+                                 c_connect + "\x01\x01\x05\0\0\x04"s, // data of 64 MiB and 5 bytes
+                                 c_connect + "\x01\x01\xFF\xFF\xFF\xFF"s, // data of 4 GiB - 1 byte
                                  c_connect + "\x0B"};                     // Disconnect
     const auto server = RunServer();
 
@@ -218,7 +225,7 @@ TEST_F(IPCServerLimitsTest, CountsTimeOnlyWhileTheLoopRuns)
     ServeWhile([&] { EXPECT_THAT(m_received.Await(2), ElementsAre(L"served", L"a")); });
 }
 
-TEST_F(IPCServerLimitsTest, UsesNoMemoryForAnAnnouncedLength)
+TEST_F(IPCServerLimitsTest, AllocatesNoMemoryForDataThatHasNotArrived)
 {
     constexpr int clients = 100;
     rusage before{};
@@ -310,13 +317,13 @@ TEST_F(IPCServerLimitsTest, FreesAMessageAfterDelivery)
 
     ServeWhile([&] {
         std::vector<RawSocket> clients;
-        const long before = ResidentMebibytes();
+        const long before = GetResidentMebibytes();
         while (clients.size() < 6) {
             clients.push_back(ConnectWithTopic());
             EXPECT_TRUE(clients.back().Send("\x01\x01\0\0\x40\x02"s + characters));
             m_received.Await(clients.size());
         }
-        EXPECT_LT(ResidentMebibytes() - before, 100);
+        EXPECT_LT(GetResidentMebibytes() - before, 100);
     });
 }
 #endif

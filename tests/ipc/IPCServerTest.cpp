@@ -7,8 +7,14 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <cstddef>
 #include <ctime>
+#include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "ipc/ChildProgram.h"
 #include "ipc/ServerFixture.h"

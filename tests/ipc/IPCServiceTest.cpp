@@ -5,11 +5,20 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
+#include <filesystem>
+#include <functional>
 #include <list>
+#include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "ipc/ChildProgram.h"
 #include "ipc/ServerFixture.h"
@@ -57,7 +66,7 @@ std::vector<std::string> ListFiles(const TempDir& directory)
 
 using IPCServiceTest = TestSupport::ServerFixture;
 
-TEST_F(IPCServiceTest, CreatesASocketFileOnlyForItsOwner)
+TEST_F(IPCServiceTest, CreatesASocketFileThatOnlyItsOwnerCanUse)
 {
     for (const mode_t mask : {0U, 022U, 077U}) {
         const mode_t oldMask = ::umask(mask);
@@ -188,7 +197,7 @@ TEST_F(IPCServiceTest, DoesNotReplaceASuspendedServer)
     EXPECT_EQ(stopped.ReadLine(), "still there");
 }
 
-TEST_F(IPCServiceTest, RunsOnceWhenSeveralServersStartTogether)
+TEST_F(IPCServiceTest, RunsOnlyOneOfTheServersThatStartTogether)
 {
     constexpr int rounds = 10;
     for (int round = 0; round < rounds; ++round) {
@@ -226,7 +235,7 @@ TEST_F(IPCServiceTest, ReplacesOnlyASocket)
 TEST_F(IPCServiceTest, DoesNotReplaceTheSocketOfAnotherUser)
 {
     if (::geteuid() != 0)
-        GTEST_SKIP() << "only root may give a file away";
+        GTEST_SKIP() << "only root may change the owner of a file";
     EXPECT_EQ(RawSocket().Bind(Path()), 0);
     EXPECT_EQ(::chown(Path().c_str(), c_otherUser, c_otherUser), 0);
 
@@ -298,6 +307,7 @@ TEST_F(IPCServiceTest, RejectsAnInvalidName)
 
 TEST_F(IPCServiceTest, ShortensALongNameLikeTheClient)
 {
+    constexpr std::size_t maxPathLength = 107; // of a socket address, without the null byte
     for (const std::size_t length : {100U, 107U, 108U, 150U, 255U}) {
         SCOPED_TRACE(length);
         const std::size_t nameLength = length - m_directory.Path().native().size() - 1;
@@ -305,7 +315,8 @@ TEST_F(IPCServiceTest, ShortensALongNameLikeTheClient)
         const auto server = CreateServer(service);
         ASSERT_TRUE(server->Run());
         EXPECT_FALSE(IPCClient::Connect(service + L"x", L"not this one"));
-        EXPECT_EQ(std::filesystem::is_socket(std::string(UTF8::ToUTF8(service))), length <= 107);
+        EXPECT_EQ(std::filesystem::is_socket(std::string(UTF8::ToUTF8(service))),
+                  length <= maxPathLength);
         const std::size_t before = m_received.All().size();
         ServeWhile([&] {
             EXPECT_TRUE(IPCClient::Connect(service, L"text"));
@@ -334,7 +345,7 @@ TEST_F(IPCServiceTest, HasNoDefaultServiceWithoutAPathManager)
     EXPECT_FALSE(CreateServer(L"")->Run());
 }
 
-TEST_F(IPCServiceTest, ChangesNothingInASecondCallOfRun)
+TEST_F(IPCServiceTest, ChangesNothingWhenRunIsCalledAgain)
 {
     const auto server = RunServer();
 
@@ -343,7 +354,7 @@ TEST_F(IPCServiceTest, ChangesNothingInASecondCallOfRun)
     ServeWhile([&] { EXPECT_TRUE(ServerDelivers()); });
 }
 
-TEST_F(IPCServiceTest, CreatesItsDeletedFileAgainInRun)
+TEST_F(IPCServiceTest, CreatesItsFileAgainWhenRunFindsItDeleted)
 {
     const auto server = RunServer();
     std::filesystem::remove(Path());

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <filesystem>
 #include <poll.h>
@@ -49,7 +52,7 @@ public:
         return ::bind(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     }
 
-    /// Whether a client has connected that has not been accepted yet.
+    /// Whether a client is waiting to be accepted.
     bool HasWaitingClient() const
     {
         pollfd waiting{m_socket, POLLIN, 0};
@@ -98,8 +101,8 @@ public:
 
     std::string ReceiveAll() const { return Receive(std::string::npos); }
 
-    /// Receives and discards until the peer closes its end. Returns false if the peer sends nothing
-    /// for `c_limitMs`.
+    /// Receives and discards bytes until the peer closes its end. Returns false if the peer sends
+    /// nothing for `c_limitMs`.
     bool IsClosedByPeer() const
     {
         ReceiveAll();

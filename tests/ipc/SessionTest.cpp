@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <fcntl.h>
+#include <memory>
+#include <string>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Toolkit::Ipc {
 namespace {

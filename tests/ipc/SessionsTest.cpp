@@ -5,6 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 #include "ipc/RawSocket.h"
 
 namespace Toolkit::Ipc {
@@ -63,7 +67,7 @@ TEST_F(SessionsTest, DeliversALongMessageBeforeAShortOneSentLater)
     EXPECT_THAT(m_sizes, ElementsAre(SizeOf(longMessage), SizeOf(shortMessage)));
 }
 
-TEST_F(SessionsTest, DeliversALongMessageBeforeThatOfALaterClient)
+TEST_F(SessionsTest, DeliversALongMessageBeforeTheMessageOfALaterClient)
 {
     const std::wstring longMessage(40000, L'x');
     const std::wstring shortMessage(1, L'x');

@@ -19,7 +19,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-// Two connected sockets: what is written to one can be read from the other.
+// Two connected sockets: what is written to `writer` can be read from `reader`.
 struct SocketPair {
     SocketPair()
     {
@@ -35,7 +35,7 @@ struct SocketPair {
     Base::FileDescriptor writer;
 };
 
-// Waits until the clock ticks; false after ten seconds.
+// Waits until the set's clock ticks. Returns false if it has not after ten seconds.
 bool WaitForTick(SocketSet& set)
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
