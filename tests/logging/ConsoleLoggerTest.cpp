@@ -10,6 +10,7 @@
 #include <iostream>
 #include <sstream>
 #include <streambuf>
+#include <string>
 
 #include "logging/WideOutput.h"
 
@@ -19,7 +20,7 @@ namespace {
 using TestSupport::CapturedWideOutput;
 using TestSupport::CaptureOutputOfChild;
 
-// Accepts nothing, like a terminal that was closed.
+// Accepts nothing, like a closed terminal.
 class BrokenBuffer : public std::wstreambuf {};
 
 // Accepts nothing while `isBroken` is set.

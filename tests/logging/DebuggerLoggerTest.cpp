@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <string>
 
 #include "logging/WideOutput.h"
 
@@ -32,7 +33,7 @@ TEST(DebuggerLoggerTest, NeverFlushes)
     EXPECT_EQ(output.FlushCount(), 0);
 }
 
-TEST(DebuggerLoggerTest, OmitsMessagesAboveItsThreshold)
+TEST(DebuggerLoggerTest, OmitsMessagesLessSevereThanItsThreshold)
 {
     const CapturedWideOutput output;
     DebuggerLogger logger(SeverityInfo);

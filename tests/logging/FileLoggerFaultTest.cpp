@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <chrono>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <regex>
@@ -121,7 +123,7 @@ TEST_F(FileLoggerFaultTest, DoesNotTouchAFileOfAnotherUser)
     std::ofstream(Path()) << "data";
     std::filesystem::permissions(Path(), std::filesystem::perms(0666));
     if (::chown(Path().c_str(), 12345, 12345) != 0)
-        GTEST_SKIP() << "only root can give a file away";
+        GTEST_SKIP() << "only root may change the owner of a file";
 
     ExpectFallback();
     EXPECT_EQ(ReadWholeFile(Path()), "data");
@@ -197,7 +199,7 @@ TEST_F(FileLoggerFaultTest, MayOutliveThePathManager)
     EXPECT_EQ(ReadWholeFile(FindFiles().front()), "text");
 }
 
-TEST_F(FileLoggerFaultTest, DropsAPieceWhenOutOfMemoryForTheQueue)
+TEST_F(FileLoggerFaultTest, DropsAPieceThatItHasNoMemoryToQueue)
 {
     const TString<wchar_t> longPiece(std::wstring(1'000'000, L'x'));
     {
@@ -212,7 +214,7 @@ TEST_F(FileLoggerFaultTest, DropsAPieceWhenOutOfMemoryForTheQueue)
     EXPECT_EQ(ReadWholeFile(Path()), "before after");
 }
 
-TEST_F(FileLoggerFaultTest, DropsAPieceWhenOutOfMemoryForEncodingIt)
+TEST_F(FileLoggerFaultTest, DropsAPieceThatItHasNoMemoryToEncode)
 {
     std::optional<NoDescriptors> noDescriptors(std::in_place);
     {
@@ -222,6 +224,7 @@ TEST_F(FileLoggerFaultTest, DropsAPieceWhenOutOfMemoryForEncodingIt)
         logger.Write(L"after");
         const AllocationLimit limit(500'000);
         noDescriptors.reset();
+        // Until the file has more than the 7 bytes of "before ".
         Await([this] {
             return FindFiles().size() == 1 && ReadWholeFile(FindFiles().front()).size() > 7;
         });

@@ -5,11 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <signal.h>
 #include <string>
 #include <sys/wait.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -31,7 +36,7 @@ int GetRunCount()
     return runs ? std::atoi(runs) : 20;
 }
 
-// Returns piece `number` of `thread`, as short as those of a log: "1:23.....;".
+// Returns piece `number` of `thread`, as short as the pieces of a real log: "1:23.....;".
 std::string CreatePiece(std::size_t thread, long number)
 {
     return std::to_string(thread) + ":" + std::to_string(number) +
@@ -125,7 +130,8 @@ TEST_F(FileLoggerKillTest, LeavesOnlyTheLastPieceIncompleteWhenKilled)
     }
     RecordProperty("cuts", cuts);
     if (cuts)
-        std::fprintf(stderr, "%d of %d logs end in a piece cut at a page\n", cuts, GetRunCount());
+        std::fprintf(stderr, "%d of %d logs end in a piece cut at a page boundary\n", cuts,
+                     GetRunCount());
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <sys/file.h>
@@ -79,7 +80,7 @@ private:
 
 class FileLoggerLockTest : public TestSupport::LogFileTest {
 protected:
-    // Whether nobody holds the lock on the log file.
+    // Whether the lock on the log file is free.
     bool CanBeLocked() const
     {
         const int file = ::open(Path().c_str(), O_RDONLY);

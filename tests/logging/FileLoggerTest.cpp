@@ -11,7 +11,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <regex>
@@ -139,7 +142,7 @@ TEST_F(FileLoggerTest, EmptiesAnOldFileAndRestrictsItToItsOwner)
     EXPECT_EQ(std::filesystem::status(Path()).permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(FileLoggerTest, CreatesTheFileOnlyForItsOwner)
+TEST_F(FileLoggerTest, CreatesAFileThatOnlyItsOwnerCanAccess)
 {
     const mode_t oldMask = ::umask(0);
     {
@@ -330,7 +333,7 @@ TEST_F(FileLoggerTest, KeepsThePiecesOfAThreadInOrder)
     EXPECT_THAT(next, testing::Each(pieces));
 }
 
-TEST_F(FileLoggerTest, LetsManyThreadsLogWhileItWraps)
+TEST_F(FileLoggerTest, LetsSeveralThreadsLogWhileItWraps)
 {
     constexpr int threads = 4;
     constexpr int rounds = 2000;

@@ -6,8 +6,10 @@
 #include "support/CapturedLog.h"
 #include "support/OutOfMemory.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <limits>
 #include <locale>
 #include <string>

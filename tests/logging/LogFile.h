@@ -15,6 +15,7 @@
 #include <functional>
 #include <string>
 #include <sys/resource.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -96,7 +97,7 @@ public:
     NoDescriptors()
     {
         // UndefinedBehaviorSanitizer needs descriptors when it first checks the type of wxWidgets'
-        // application object, so the second object triggers that check now.
+        // application object, so `second` triggers that check now.
         const FrameworkHold first;
         const FrameworkHold second;
         EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_oldLimit), 0);

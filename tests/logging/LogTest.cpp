@@ -4,9 +4,11 @@
 
 #include "support/CapturedLog.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace Toolkit {
 namespace {
@@ -63,7 +65,7 @@ TEST(LogTest, WritesTheSourceLocation)
     EXPECT_THAT(log.Lines(), ElementsAre(IsLogLine(SeverityInfo, line, L"TestBody", L"here")));
 }
 
-TEST(LogTest, OmitsALineAboveTheThreshold)
+TEST(LogTest, OmitsALineLessSevereThanTheThreshold)
 {
     const CapturedLog log(SeverityWarning);
 

@@ -19,8 +19,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Maximum time to destroy a FileLogger. It takes about half a second; a busy machine may need
-// longer.
+// Maximum time to destroy a FileLogger. Destroying one takes about half a second; a busy machine
+// may need longer.
 constexpr auto c_maxEndTime = 5s;
 
 // Threads that log read the pointer to the logger without a lock. Replacing or releasing the logger

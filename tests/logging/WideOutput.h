@@ -8,6 +8,7 @@
 #include <functional>
 #include <iostream>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -6,12 +6,14 @@
 
 #include "support/CapturedLog.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -91,7 +93,7 @@ TEST_F(WxLogForwarderTest, MapsLevelsToSeverities)
     }
 }
 
-TEST_F(WxLogForwarderTest, DoesNothingInDoLogString)
+TEST_F(WxLogForwarderTest, IgnoresCallsOfDoLogString)
 {
     ExposedForwarder forwarder;
 
@@ -156,19 +158,19 @@ TEST_F(WxLogForwarderTest, ForwardsMessagesFromOtherThreadsAtTheNextFlush)
 {
     const WxLogForwarder forwarder;
 
-    std::thread([] { wxLogWarning("from afar"); }).join();
+    std::thread([] { wxLogWarning("from another thread"); }).join();
     EXPECT_THAT(m_log.Lines(), IsEmpty());
     wxLog::FlushActive();
-    EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from afar")));
+    EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from another thread")));
 }
 
 TEST_F(WxLogForwarderTest, ForwardsMessagesFromOtherThreadsWhenDestroyed)
 {
     std::optional<WxLogForwarder> forwarder(std::in_place);
 
-    std::thread([] { wxLogWarning("from afar"); }).join();
+    std::thread([] { wxLogWarning("from another thread"); }).join();
     forwarder.reset();
-    EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from afar")));
+    EXPECT_THAT(m_log.Lines(), ElementsAre(IsForwarded(1, L"from another thread")));
 }
 
 TEST_F(WxLogForwarderTest, ForwardsMessagesFromThreadsThatLogConcurrently)
