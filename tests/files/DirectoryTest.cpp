@@ -10,9 +10,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Toolkit {
 namespace {
@@ -193,7 +196,7 @@ TEST_F(DirectoryTest, ListsNothingForAnEmptyPathWithoutAPathManager)
     EXPECT_EQ(Directory::EnumFilePaths(names, L"", L""), 0u);
 }
 
-TEST_F(DirectoryTest, CanListADirectoryNamedByAnElementOfTheVector)
+TEST_F(DirectoryTest, AcceptsAnElementOfTheResultAsAnArgument)
 {
     AddFile("file");
     Names names{m_directory.File(L"")};

@@ -9,6 +9,7 @@
 
 #include <dlfcn.h>
 #include <filesystem>
+#include <utility>
 
 namespace Toolkit {
 namespace {
@@ -133,7 +134,7 @@ TEST_F(DynamicLibraryTest, DoesNotLoadALibraryWithAMissingSymbol)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DynamicLibraryTest, DoesNotAddAnExtensionToANameWithOne)
+TEST_F(DynamicLibraryTest, DoesNotAddAnExtensionToANameThatHasOne)
 {
     std::filesystem::rename(m_directory.Path() / "probe.so", m_directory.Path() / "probe.plugin");
 
@@ -167,7 +168,7 @@ TEST_F(DynamicLibraryTest, KeepsADetachedLibraryLoadedUntilUnload)
     EXPECT_EQ(m_unloadCount, 1);
 }
 
-TEST_F(DynamicLibraryTest, IgnoresNullInUnload)
+TEST_F(DynamicLibraryTest, IgnoresNullPassedToUnload)
 {
     DynamicLibrary::Unload(nullptr);
 }

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cstddef>
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
@@ -231,7 +232,7 @@ TEST_F(FFileTest, ReturnsTheLow32BitsOfTheLength)
     EXPECT_EQ(file.GetOffset(), 4294967301);
 }
 
-TEST_F(FFileTest, KeepsPositionAndEndOfFileInGetLength)
+TEST_F(FFileTest, KeepsPositionAndEndOfFileWhenAskedForItsLength)
 {
     FFile file;
     ASSERT_TRUE(file.Open(WriteDigits(), L"rb"));
@@ -304,7 +305,7 @@ TEST_F(FFileTest, SeeksBeyond4GiB)
     EXPECT_EQ(file.GetLength(), 1u);
 }
 
-TEST_F(FFileTest, WritesBufferedTextInFlush)
+TEST_F(FFileTest, WritesBufferedTextWhenFlushed)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -325,7 +326,7 @@ TEST_F(FFileTest, WritesBufferedTextInItsDestructor)
     EXPECT_EQ(m_directory.ReadFile(L"new"), "text");
 }
 
-TEST_F(FFileTest, ClosesTheOldFileInOpen)
+TEST_F(FFileTest, ClosesTheOldFileWhenOpenedAgain)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"first"), L"w"));
@@ -464,7 +465,7 @@ TEST_F(FFileTest, RejectsANameWithAnInvalidCharacter)
                 testing::Eq(std::filesystem::directory_iterator()));
 }
 
-TEST_F(FFileTest, ReportsAFullDiskInFlush)
+TEST_F(FFileTest, ReportsAFullDiskWhenFlushed)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));
@@ -474,7 +475,7 @@ TEST_F(FFileTest, ReportsAFullDiskInFlush)
     EXPECT_FALSE(file.Flush());
 }
 
-TEST_F(FFileTest, ReportsAFullDiskInCloseAndClosesTheFile)
+TEST_F(FFileTest, ReportsAFullDiskWhenClosedButClosesTheFile)
 {
     FFile file;
     ASSERT_TRUE(file.Open(m_directory.File(L"new"), L"w"));

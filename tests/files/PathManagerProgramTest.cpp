@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -36,7 +37,7 @@ const passwd& GetAccount()
     return *::getpwuid(::getuid());
 }
 
-// Returns `text` in lower case, without separators and colons.
+// Returns `text` in lower case, without separators or colons.
 std::string ToUniqueForm(std::string text)
 {
     std::erase(text, '/');
@@ -116,7 +117,7 @@ TEST_F(PathManagerProgramTest, ReturnsThePathsOfAnotherProgram)
     EXPECT_FALSE(std::filesystem::exists(Path("home/.tool")));
 }
 
-TEST_F(PathManagerProgramTest, ReturnsThePathsOfAnotherHiddenProgram)
+TEST_F(PathManagerProgramTest, ReturnsThePathsOfAnotherProgramWhoseFileIsHidden)
 {
     Paths expected = Run("bin/.tool", {});
     expected["data directory"] = Path("share/other");
@@ -197,7 +198,7 @@ TEST_F(PathManagerProgramTest, AcceptsNonAsciiCharactersInHome)
     }
 }
 
-// The configuration directory does not depend on the home directory.
+// Of these paths, only the user's directory and the data path depend on HOME.
 TEST_F(PathManagerProgramTest, UsesTheApplicationNameOfWxWidgets)
 {
     for (const char* const locale : {"C", "C.UTF-8"}) {

@@ -57,7 +57,7 @@ TEST(PathManagerSingletonTest, KeepsTheFirstInstanceWhenCreatedAgain)
     PathManager::ReleaseInstance();
 }
 
-TEST(PathManagerSingletonTest, LetsCopiesOutliveTheRelease)
+TEST(PathManagerSingletonTest, KeepsAReferencedInstanceAfterTheRelease)
 {
     const TempDir home;
     const ScopedEnvironment environment("HOME", home.Path().native());
@@ -114,7 +114,7 @@ TEST_F(PathManagerTest, QueriesUserDirectoriesOnEachCall)
               m_directory.File(L".PathManagerTest/PathManagerTest"));
 }
 
-TEST_F(PathManagerTest, IgnoresTheEnvironmentInGetTempDir)
+TEST_F(PathManagerTest, ReturnsTheSameTempDirInAnyEnvironment)
 {
     const ScopedEnvironment environment("TMPDIR", m_directory.Path().native());
 

@@ -8,10 +8,12 @@
 
 #include <gmock/gmock.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <future>
 #include <iterator>
+#include <new>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -36,7 +38,7 @@ std::string Bytes(const char* text, std::size_t length)
     return {text, length};
 }
 
-// Returns all lines; none if the list is empty.
+// Returns all lines of `file`. A file with one empty line yields none, like a file without lines.
 Lines ReadLines(TextFile& file)
 {
     Lines lines;
@@ -283,7 +285,7 @@ TEST_F(TextFileTest, CreatesADeletedFileAgainAndAppliesTheUmask)
               std::filesystem::perms(0644));
 }
 
-TEST_F(TextFileTest, DropsTheLinesButKeepsTheFileInClose)
+TEST_F(TextFileTest, DropsTheLinesButKeepsTheFileWhenClosed)
 {
     Open("a\nb");
 
@@ -304,7 +306,7 @@ TEST_F(TextFileTest, NeedsAnOpenFileToWrite)
     EXPECT_EQ(Contents(), "a\nb");
 }
 
-TEST_F(TextFileTest, KeepsEachLineEndInWrite)
+TEST_F(TextFileTest, WritesLineEndsUnchanged)
 {
     for (const char* const bytes :
          {"", "a", "a\n", "a\nb\r\nc\rd", "\r\n\n\r", "a\r\r\n\n\rb", "a\rb\r"}) {
@@ -358,7 +360,7 @@ TEST_F(TextFileTest, KeepsTheCursorWhenALineIsAdded)
     EXPECT_EQ(m_file.GetNextLine(), L"c");
 }
 
-TEST_F(TextFileTest, EmptiesTheListButKeepsTheFileOpenInClear)
+TEST_F(TextFileTest, EmptiesTheListButKeepsTheFileOpenWhenCleared)
 {
     Open("a\nb");
     m_file.Clear();
@@ -445,7 +447,7 @@ TEST_F(TextFileTest, CannotOpenAnUnreadableFile)
     EXPECT_FALSE(m_file.Open(name));
 }
 
-TEST_F(TextFileTest, KeepsThePermissionsInWrite)
+TEST_F(TextFileTest, KeepsTheFilePermissionsWhenWriting)
 {
     Open("a\n");
     std::filesystem::permissions(m_directory.Path() / "file.txt", std::filesystem::perms(0640));
@@ -456,7 +458,7 @@ TEST_F(TextFileTest, KeepsThePermissionsInWrite)
               std::filesystem::perms(0640));
 }
 
-TEST_F(TextFileTest, KeepsALinkInWrite)
+TEST_F(TextFileTest, KeepsALinkWhenWritingItsTarget)
 {
     m_directory.WriteFile(L"file.txt", "a\n");
     std::filesystem::create_symlink("file.txt", m_directory.Path() / "link");
@@ -504,7 +506,7 @@ TEST_F(TextFileTest, PassesNamesAsUtf8InTheCLocale)
     EXPECT_EQ(m_directory.ReadFile(L"\u6587.txt"), "a\nb\n");
 }
 
-TEST_F(TextFileTest, WritesTheFileFromAnotherWorkingDirectory)
+TEST_F(TextFileTest, WritesTheOpenedFileAfterTheWorkingDirectoryChanges)
 {
     const std::filesystem::path before = std::filesystem::current_path();
     m_directory.WriteFile(L"file.txt", "a\n");

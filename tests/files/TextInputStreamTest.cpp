@@ -4,6 +4,7 @@
 #include <wx/mstream.h>
 #include <wx/txtstrm.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -70,7 +71,7 @@ TEST(TextInputStreamTest, ReadsEmptyWordsWithoutATextStream)
 
 TEST(TextInputStreamTest, DeletesTheTextStreamOnceThroughTheBase)
 {
-    // AddressSanitizer detects a double deletion, and one through the wrong type.
+    // AddressSanitizer detects a double deletion and a deletion through the wrong type.
     wxMemoryInputStream memory("word", 4);
     std::unique_ptr<InputStream> stream =
         std::make_unique<TextInputStream>(new wxTextInputStream(memory));

@@ -1,4 +1,4 @@
-// A library for DynamicLibraryTest that needs a function that does not exist.
+// A library for DynamicLibraryTest. It calls a function that does not exist.
 
 extern "C" void UndefinedFunction();
 
