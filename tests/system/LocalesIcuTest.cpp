@@ -10,6 +10,7 @@
 #include <unicode/uvernum.h>
 #include <wx/datetime.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cwctype>
 #include <iterator>
@@ -25,7 +26,7 @@ using TestSupport::ScopedTimeZone;
 
 // Returns ICU's locales. The environment can name each of them: the library ignores what follows a
 // dot or an at sign in the environment, but these names contain neither.
-std::vector<std::string> AvailableLocales()
+std::vector<std::string> ListAvailableLocales()
 {
     std::vector<std::string> locales;
     for (int32_t i = 0; i < uloc_countAvailable(); ++i)
@@ -33,8 +34,9 @@ std::vector<std::string> AvailableLocales()
     return locales;
 }
 
-// Returns the pattern of the installed ICU; empty if it has none.
-std::u16string IcuPattern(const std::string& locale, UDateFormatStyle time, UDateFormatStyle date)
+// Returns the pattern that the installed ICU has for `locale`; empty if it has none.
+std::u16string GetIcuPattern(const std::string& locale, UDateFormatStyle time,
+                             UDateFormatStyle date)
 {
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<UDateFormat, decltype(&udat_close)> format(
@@ -62,7 +64,7 @@ bool IsPlain(const std::u16string& pattern)
            pattern.find_first_of(u"'GB") == std::u16string::npos;
 }
 
-std::wstring DateFormat()
+std::wstring GetDateFormat()
 {
     TString<wchar_t> format;
     EXPECT_TRUE(Locales::GetCurrentDateFormat(format));
@@ -72,15 +74,15 @@ std::wstring DateFormat()
 TEST(LocalesIcuTest, ReturnsPlainIcuPatternsUnchanged)
 {
     int plainLocales = 0;
-    for (const std::string& locale : AvailableLocales()) {
-        const std::u16string date = IcuPattern(locale, UDAT_NONE, UDAT_SHORT);
-        const std::u16string time = IcuPattern(locale, UDAT_SHORT, UDAT_NONE);
+    for (const std::string& locale : ListAvailableLocales()) {
+        const std::u16string date = GetIcuPattern(locale, UDAT_NONE, UDAT_SHORT);
+        const std::u16string time = GetIcuPattern(locale, UDAT_SHORT, UDAT_NONE);
         if (!IsPlain(date) || !IsPlain(time) || date.find(u' ') != std::u16string::npos)
             continue;
         ++plainLocales;
         const ScopedEnvironment environment("LC_ALL", locale);
-        EXPECT_EQ(DateFormat(), std::wstring(date.begin(), date.end()) + L" " +
-                                    std::wstring(time.begin(), time.end()))
+        EXPECT_EQ(GetDateFormat(), std::wstring(date.begin(), date.end()) + L" " +
+                                       std::wstring(time.begin(), time.end()))
             << locale;
     }
     EXPECT_GT(plainLocales, 50);
@@ -88,16 +90,16 @@ TEST(LocalesIcuTest, ReturnsPlainIcuPatternsUnchanged)
 
 TEST(LocalesIcuTest, LeavesNoQuotesOrDoubleSpaces)
 {
-    for (const std::string& locale : AvailableLocales()) {
+    for (const std::string& locale : ListAvailableLocales()) {
         const ScopedEnvironment environment("LC_ALL", locale);
-        const std::wstring format = DateFormat();
+        const std::wstring format = GetDateFormat();
         EXPECT_EQ(format.find(L"  "), std::wstring::npos) << locale;
         EXPECT_EQ(format.find(L'\''), std::wstring::npos) << locale;
     }
 }
 
 // Returns `text` without the AM and PM strings.
-std::wstring WithoutAmPm(TString<wchar_t> text)
+std::wstring RemoveAmPm(TString<wchar_t> text)
 {
     wxString am;
     wxString pm;
@@ -112,12 +114,12 @@ std::wstring WithoutAmPm(TString<wchar_t> text)
 TEST(LocalesIcuTest, LeavesNoPatternLettersInAFormattedDate)
 {
     const ScopedTimeZone zone("UTC");
-    for (const std::string& locale : AvailableLocales()) {
+    for (const std::string& locale : ListAvailableLocales()) {
         const ScopedEnvironment environment("LC_ALL", locale);
         for (const unsigned int hour : {7u, 17u}) {
             TString<wchar_t> text;
             DateTime(2009, 3, 5, hour, 4, 9).GetString(text);
-            for (const wchar_t character : WithoutAmPm(text))
+            for (const wchar_t character : RemoveAmPm(text))
                 EXPECT_FALSE(std::iswalpha(static_cast<std::wint_t>(character)))
                     << locale << ": " << std::string(text.begin(), text.end());
         }

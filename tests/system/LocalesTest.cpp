@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -16,7 +17,7 @@ using TestSupport::ScopedLocale;
 
 class LocalesTest : public testing::Test {
 protected:
-    static std::wstring DateFormat()
+    static std::wstring GetDateFormat()
     {
         TString<wchar_t> format = L"old";
         EXPECT_TRUE(Locales::GetCurrentDateFormat(format));
@@ -42,29 +43,29 @@ TEST_F(LocalesTest, OmitsNonAsciiPatterns)
     // Dzongkha writes words in its own script around the numbers of a time.
     const ScopedEnvironment dzongkha("LC_ALL", "dz_BT");
 
-    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd ");
+    EXPECT_EQ(GetDateFormat(), L"yyyy-MM-dd ");
 }
 
 TEST_F(LocalesTest, ReplacesQuotedTextInATimeWithOneSpace)
 {
     const ScopedEnvironment quebec("LC_ALL", "fr_CA");
 
-    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH mm");
+    EXPECT_EQ(GetDateFormat(), L"yyyy-MM-dd HH mm");
 }
 
 TEST_F(LocalesTest, UsesTheFirstNonEmptyEnvironmentVariable)
 {
     const ScopedEnvironment language("LANG", "de_DE.UTF-8");
-    EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
+    EXPECT_EQ(GetDateFormat(), L"dd.MM.yy HH:mm");
 
     const ScopedEnvironment time("LC_TIME", "sv_SE.UTF-8");
-    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH:mm");
+    EXPECT_EQ(GetDateFormat(), L"yyyy-MM-dd HH:mm");
 
     const ScopedEnvironment empty("LC_ALL", "");
-    EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH:mm");
+    EXPECT_EQ(GetDateFormat(), L"yyyy-MM-dd HH:mm");
 
     const ScopedEnvironment all("LC_ALL", "en_GB.UTF-8");
-    EXPECT_EQ(DateFormat(), L"dd/MM/yyyy HH:mm");
+    EXPECT_EQ(GetDateFormat(), L"dd/MM/yyyy HH:mm");
 }
 
 TEST_F(LocalesTest, UsesTheRootFormatForInvalidLocaleNames)
@@ -83,16 +84,16 @@ TEST_F(LocalesTest, UsesTheRootFormatForInvalidLocaleNames)
                                  std::string(101, '_')};
     for (const std::string& name : cases) {
         const ScopedEnvironment environment("LC_ALL", name);
-        EXPECT_EQ(DateFormat(), L"yyyy-MM-dd HH:mm") << name.substr(0, 100);
+        EXPECT_EQ(GetDateFormat(), L"yyyy-MM-dd HH:mm") << name.substr(0, 100);
     }
 }
 
 TEST_F(LocalesTest, UsesTheUsFormatWithoutALocale)
 {
-    EXPECT_EQ(DateFormat(), L"M/d/yy h:mm a");
+    EXPECT_EQ(GetDateFormat(), L"M/d/yy h:mm a");
     for (const char* const name : {"C", "POSIX", "C.UTF-8", ".UTF-8"}) {
         const ScopedEnvironment environment("LC_ALL", name);
-        EXPECT_EQ(DateFormat(), L"M/d/yy h:mm a") << name;
+        EXPECT_EQ(GetDateFormat(), L"M/d/yy h:mm a") << name;
     }
 }
 
@@ -101,7 +102,7 @@ TEST_F(LocalesTest, IgnoresTheLocaleOfTheCLibrary)
     const ScopedLocale locale("C.UTF-8");
     const ScopedEnvironment environment("LC_ALL", "de_DE.UTF-8");
 
-    EXPECT_EQ(DateFormat(), L"dd.MM.yy HH:mm");
+    EXPECT_EQ(GetDateFormat(), L"dd.MM.yy HH:mm");
 }
 
 } // namespace

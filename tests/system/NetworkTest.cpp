@@ -6,6 +6,7 @@
 #include <chrono>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <string>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <vector>
@@ -20,7 +21,7 @@ class Listener {
 public:
     explicit Listener(int backlog) : m_socket(::socket(AF_INET, SOCK_STREAM, 0))
     {
-        sockaddr_in address = LoopbackAddress(0);
+        sockaddr_in address = MakeLoopbackAddress(0);
         socklen_t length = sizeof address;
         EXPECT_EQ(::bind(m_socket, reinterpret_cast<sockaddr*>(&address), length), 0);
         EXPECT_EQ(::listen(m_socket, backlog), 0);
@@ -41,14 +42,14 @@ public:
     {
         for (int i = 0; i < 8; ++i) {
             const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-            const sockaddr_in address = LoopbackAddress(m_port);
+            const sockaddr_in address = MakeLoopbackAddress(m_port);
             ::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address);
             m_clients.push_back(client);
         }
     }
 
 private:
-    static sockaddr_in LoopbackAddress(unsigned short port)
+    static sockaddr_in MakeLoopbackAddress(unsigned short port)
     {
         sockaddr_in address{};
         address.sin_family = AF_INET;

@@ -10,10 +10,13 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <future>
 #include <sstream>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Toolkit {
 namespace {
@@ -68,7 +71,7 @@ TEST_F(RestartManagmentTest, DoesNotWaitForThePreviousProcess)
                                                    L"<<< WaitingForPreviousProcessFinish()")));
 }
 
-TEST_F(RestartManagmentTest, LogsAndReturnsFalseInRestartProcessFinish)
+TEST_F(RestartManagmentTest, ReturnsFalseFromRestartProcessFinishAndLogsTheCall)
 {
     const CapturedLog log;
 
@@ -155,7 +158,7 @@ TEST(RestartManagmentDeathTest, ReturnsTrueWhenForkFails)
     EXPECT_EXIT(activate(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(RestartManagmentTest, LetsACopyOutliveTheRelease)
+TEST_F(RestartManagmentTest, KeepsAReferencedObjectAfterTheRelease)
 {
     RestartManagment::CreateInstance();
     const smart_ptr<RestartManagment> copy = RestartManagment::GetInstance();

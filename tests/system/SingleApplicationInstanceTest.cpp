@@ -9,13 +9,19 @@
 #include <wx/defs.h>
 #include <wx/snglinst.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <list>
+#include <memory>
 #include <spawn.h>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Toolkit {
 namespace {
@@ -401,7 +407,7 @@ TEST_F(SingleApplicationInstanceTest, DoesNothingWithoutAPathManager)
     EXPECT_TRUE(std::filesystem::is_empty(m_homePath));
 }
 
-TEST_F(SingleApplicationInstanceTest, LetsAPointerCopyOutliveTheRelease)
+TEST_F(SingleApplicationInstanceTest, KeepsAReferencedObjectAfterTheRelease)
 {
     PathManager::CreateInstance();
     SingleApplicationInstance::CreateInstance();

@@ -1,10 +1,12 @@
-// A program for tests to start. It writes its command line, one argument per line, and the number
-// of files that it inherits above standard error to the file named by TOOLKIT_TEST_REPORT.
+// A program that tests start. It writes a report to the file named by TOOLKIT_TEST_REPORT: its
+// command line, one argument per line, and the number of inherited files, not counting the standard
+// streams.
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 
 namespace {

@@ -13,8 +13,11 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
+#include <string>
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <sys/wait.h>
@@ -41,13 +44,13 @@ protected:
     }
 
     // Starts the program with `arguments` and returns its report.
-    std::string ReportFor(const TString<wchar_t>& arguments) const
+    std::string StartAndReadReport(const TString<wchar_t>& arguments) const
     {
         EXPECT_GT(SystemInfo::StartProcess(c_startedProgram, arguments, true), 0);
         return m_directory.ReadFile(L"report");
     }
 
-    static int ExitCodeOf(pid_t process)
+    static int WaitForExitCode(pid_t process)
     {
         int status = 0;
         EXPECT_EQ(::waitpid(process, &status, 0), process);
@@ -64,6 +67,7 @@ protected:
 
 TEST_F(SystemInfoTest, MapsOperatingSystemsToPlatforms)
 {
+    // Values of wxOperatingSystemId.
     constexpr std::pair<int, SystemInfo::Platform> cases[] = {
         {1, SystemInfo::PlatformMac},     {2, SystemInfo::PlatformMac},
         {3, SystemInfo::PlatformMac},     {4, SystemInfo::PlatformWindows},
@@ -146,7 +150,7 @@ TEST_F(SystemInfoTest, PassesTheProgramPathAndTheArgumentTokens)
     };
     for (const auto& [arguments, expected] : cases) {
         SCOPED_TRACE(arguments);
-        EXPECT_EQ(ReportFor(arguments),
+        EXPECT_EQ(StartAndReadReport(arguments),
                   TOOLKIT_TEST_STARTED_PROGRAM "\n" + expected + "0 inherited files\n");
     }
 }
@@ -166,7 +170,7 @@ TEST_F(SystemInfoTest, ClosesInheritedFilesInTheNewProcess)
     const int inheritable = ::open("/dev/null", O_RDONLY);
     const int higher = ::fcntl(inheritable, F_DUPFD, 500);
 
-    const std::string report = ReportFor(L"");
+    const std::string report = StartAndReadReport(L"");
 
     EXPECT_EQ(report, TOOLKIT_TEST_STARTED_PROGRAM "\n0 inherited files\n");
     EXPECT_EQ(::fcntl(higher, F_GETFD), 0);
@@ -195,7 +199,7 @@ TEST_F(SystemInfoTest, DoesNotWaitForTheProcessUnlessAsked)
     ASSERT_GT(process, 0);
     EXPECT_EQ(TestSupport::ReadWholeFile(pipe),
               TOOLKIT_TEST_STARTED_PROGRAM "\n0 inherited files\n");
-    EXPECT_EQ(ExitCodeOf(process), 0);
+    EXPECT_EQ(WaitForExitCode(process), 0);
 }
 
 TEST_F(SystemInfoTest, ReportsAFailedExecInTheExitStatus)
@@ -212,7 +216,7 @@ TEST_F(SystemInfoTest, ReportsAFailedExecInTheExitStatus)
         SCOPED_TRACE(path);
         const int process = SystemInfo::StartProcess(path, L"x", false);
         ASSERT_GT(process, 0);
-        EXPECT_EQ(ExitCodeOf(process), expected);
+        EXPECT_EQ(WaitForExitCode(process), expected);
     }
 }
 
@@ -287,7 +291,7 @@ TEST_F(SystemInfoTest, DoesNotHangWhileOtherThreadsAllocate)
     EXPECT_EQ(ended, 300);
 }
 
-TEST_F(SystemInfoTest, LetsACopyOutliveTheRelease)
+TEST_F(SystemInfoTest, KeepsAReferencedObjectAfterTheRelease)
 {
     SystemInfo::CreateInstance();
     const smart_ptr<SystemInfo> copy = SystemInfo::GetInstance();

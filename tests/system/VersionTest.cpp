@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -128,7 +130,7 @@ TEST(VersionTest, KeepsTheProcessWideObjectWhenCreatedAgain)
     Version::ReleaseInstance();
 }
 
-TEST(VersionTest, LetsACopyOutliveTheRelease)
+TEST(VersionTest, KeepsAReferencedObjectAfterTheRelease)
 {
     Version::CreateInstance();
     const smart_ptr<Version> copy = Version::GetInstance();

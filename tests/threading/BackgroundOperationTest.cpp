@@ -5,9 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <future>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -124,8 +127,8 @@ TEST_F(BackgroundOperationTest, SetsTheEventBeforeItNotifiesHandlers)
     m_operation.SendOperationEnded();
 }
 
-// Starts a thread that waits for the operation when the operation starts, and checks that the
-// thread no longer waits when the operation ends.
+// When the operation starts, starts a thread that calls Wait(). When the operation ends, checks
+// that Wait() returns on that thread and on a new one.
 class WaitingHandler : public BackgroundOperationHandler {
 public:
     explicit WaitingHandler(const BackgroundOperation& operation) : m_operation(operation) {}

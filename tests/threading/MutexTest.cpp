@@ -80,6 +80,7 @@ TEST(MutexTest, SleepsAfterEachAttemptWithAFiniteTimeout)
     const OtherOwner owner(mutex);
 
     const auto start = std::chrono::steady_clock::now();
+    // Three attempts, each followed by a sleep of 10 ms.
     EXPECT_FALSE(mutex.Lock(25));
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
 }
@@ -196,7 +197,7 @@ TEST(MutexTest, IsDestroyedSilentlyAfterItsOwnerHasEnded)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(MutexTest, IsFreeAfterLockedMutexesAreDestroyed)
+TEST(MutexTest, IsFreeWhenCreatedAfterALockedMutexIsDestroyed)
 {
     for (int i = 0; i < 20; ++i) {
         {

@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <fstream>
 #include <functional>
 #include <future>
@@ -17,6 +19,7 @@
 #include <string>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -48,7 +51,7 @@ void AwaitEnd(const Thread& thread)
 
 // Starts a thread that returns `result` and waits for it. Retries, since Wait() returns no result
 // for a thread that ends before the call.
-std::intptr_t ResultOfWork(int result)
+std::intptr_t RunAndGetResult(int result)
 {
     for (int attempt = 0; attempt < 1000; ++attempt) {
         std::latch release(1);
@@ -64,7 +67,7 @@ std::intptr_t ResultOfWork(int result)
     return 0;
 }
 
-long AddressSpaceInPages()
+long GetAddressSpaceInPages()
 {
     long pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
@@ -122,8 +125,8 @@ TEST(ThreadTest, RunsDoWorkOnItsOwnThread)
 
 TEST(ThreadTest, ReturnsTheResultOfDoWorkFromWait)
 {
-    EXPECT_EQ(ResultOfWork(42), 42);
-    EXPECT_EQ(ResultOfWork(-1), -1);
+    EXPECT_EQ(RunAndGetResult(42), 42);
+    EXPECT_EQ(RunAndGetResult(-1), -1);
 }
 
 TEST(ThreadTest, ReturnsNullFromWaitBeforeRun)
@@ -248,15 +251,16 @@ TEST(ThreadTest, CanBeDestroyedWithoutRunning)
 TEST(ThreadTest, ReleasesItsStackWhenItEnds)
 {
     constexpr int threads = 300;
+    // A thread's stack takes 8 MiB by default.
     const long stackInPages = 8L * 1024 * 1024 / ::sysconf(_SC_PAGESIZE);
-    const long before = AddressSpaceInPages();
+    const long before = GetAddressSpaceInPages();
 
     for (int i = 0; i < threads; ++i) {
         Worker worker(DoNothing);
         worker.Run();
         AwaitEnd(worker);
     }
-    EXPECT_LT(AddressSpaceInPages() - before, threads * stackInPages / 2);
+    EXPECT_LT(GetAddressSpaceInPages() - before, threads * stackInPages / 2);
 }
 
 TEST(ThreadTest, PausesAndResumes)
@@ -556,7 +560,7 @@ TEST(ThreadTest, RunsDoWorkOnAnyThreadThatCallsEntry)
     EXPECT_TRUE(thread.Run());
 }
 
-TEST(ThreadTest, DoesNotPauseAnotherThreadInTestDestroy)
+TEST(ThreadTest, DoesNotPauseAnotherThreadThatCallsTestDestroy)
 {
     std::latch release(1);
     Worker worker([&release](Worker&) {
