@@ -39,7 +39,7 @@ TEST(InputStreamTest, DeletesTheStreamOnceInItsDestructor)
     EXPECT_EQ(destructionCount, 1);
 }
 
-TEST(InputStreamTest, DestroysTheDerivedClassThroughTheBase)
+TEST(InputStreamTest, DestroysADerivedObjectThroughTheBase)
 {
     int destructionCount = 0;
     InputStream* const stream = new Reader(new CountingStream(destructionCount));

@@ -59,7 +59,7 @@ protected:
         ASSERT_TRUE(m_file.Open(m_directory.WriteFile(L"file.txt", bytes)));
     }
 
-    std::string Contents() const { return m_directory.ReadFile(L"file.txt"); }
+    std::string ReadContents() const { return m_directory.ReadFile(L"file.txt"); }
 
     // Returns the number of files in the directory.
     std::ptrdiff_t CountFiles() const
@@ -158,7 +158,7 @@ TEST_F(TextFileTest, CannotOpenInvalidUtf16OrUtf32)
         EXPECT_FALSE(m_file.Open(m_directory.WriteFile(L"file.txt", bytes)));
         EXPECT_TRUE(m_file.Eof());
         EXPECT_FALSE(m_file.Write());
-        EXPECT_EQ(Contents(), bytes);
+        EXPECT_EQ(ReadContents(), bytes);
     }
 }
 
@@ -168,7 +168,7 @@ TEST_F(TextFileTest, KeepsNullCharactersInTheirLine)
 
     EXPECT_THAT(ReadLines(m_file), ElementsAre(std::wstring(L"a\0b", 3), std::wstring(L"\0", 1)));
     EXPECT_TRUE(m_file.Write());
-    EXPECT_EQ(Contents(), Bytes("a\0b\n\0", 5));
+    EXPECT_EQ(ReadContents(), Bytes("a\0b\n\0", 5));
 }
 
 TEST_F(TextFileTest, IsAtTheEndOnTheLastLineAndWithoutLines)
@@ -233,7 +233,7 @@ TEST_F(TextFileTest, HasNoLinesAfterAFailedOpen)
     EXPECT_TRUE(m_file.Eof());
     EXPECT_EQ(m_file.GetFirstLine(), L"");
     EXPECT_FALSE(m_file.Write());
-    EXPECT_EQ(Contents(), "a\nb");
+    EXPECT_EQ(ReadContents(), "a\nb");
 }
 
 TEST_F(TextFileTest, DoesNotOpenDirectoriesOrMissingFiles)
@@ -280,7 +280,7 @@ TEST_F(TextFileTest, CreatesADeletedFileAgainAndAppliesTheUmask)
     EXPECT_TRUE(m_file.Write());
     ::umask(oldMask);
 
-    EXPECT_EQ(Contents(), "a");
+    EXPECT_EQ(ReadContents(), "a");
     EXPECT_EQ(std::filesystem::status(m_directory.Path() / "file.txt").permissions(),
               std::filesystem::perms(0644));
 }
@@ -292,7 +292,7 @@ TEST_F(TextFileTest, DropsTheLinesButKeepsTheFileWhenClosed)
     EXPECT_TRUE(m_file.Close());
     EXPECT_TRUE(m_file.Eof());
     EXPECT_TRUE(m_file.Close());
-    EXPECT_EQ(Contents(), "a\nb");
+    EXPECT_EQ(ReadContents(), "a\nb");
 }
 
 TEST_F(TextFileTest, NeedsAnOpenFileToWrite)
@@ -303,7 +303,7 @@ TEST_F(TextFileTest, NeedsAnOpenFileToWrite)
     m_file.AddLine(L"c");
 
     EXPECT_FALSE(m_file.Write());
-    EXPECT_EQ(Contents(), "a\nb");
+    EXPECT_EQ(ReadContents(), "a\nb");
 }
 
 TEST_F(TextFileTest, WritesLineEndsUnchanged)
@@ -313,7 +313,7 @@ TEST_F(TextFileTest, WritesLineEndsUnchanged)
         SCOPED_TRACE(testing::PrintToString(bytes));
         Open(bytes);
         EXPECT_TRUE(m_file.Write());
-        EXPECT_EQ(Contents(), bytes);
+        EXPECT_EQ(ReadContents(), bytes);
     }
 }
 
@@ -325,7 +325,7 @@ TEST_F(TextFileTest, WritesUtf8WithoutByteOrderMark)
         SCOPED_TRACE(testing::PrintToString(bytes));
         Open(bytes);
         EXPECT_TRUE(m_file.Write());
-        EXPECT_EQ(Contents(), "\xE2\x82\xAC\n");
+        EXPECT_EQ(ReadContents(), "\xE2\x82\xAC\n");
     }
 }
 
@@ -337,7 +337,7 @@ TEST_F(TextFileTest, EndsAddedLinesWithALineFeed)
 
     EXPECT_THAT(ReadLines(m_file), ElementsAre(L"a", L"b", L"\u20AC", L""));
     EXPECT_TRUE(m_file.Write());
-    EXPECT_EQ(Contents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
+    EXPECT_EQ(ReadContents(), "a\r\nb\r\n\xE2\x82\xAC\n\n");
 }
 
 TEST_F(TextFileTest, DoesNotJoinAnAddedLineToAnUnterminatedLine)
@@ -346,7 +346,7 @@ TEST_F(TextFileTest, DoesNotJoinAnAddedLineToAnUnterminatedLine)
     m_file.AddLine(L"c");
 
     EXPECT_TRUE(m_file.Write());
-    EXPECT_EQ(Contents(), "a\nb\nc\n");
+    EXPECT_EQ(ReadContents(), "a\nb\nc\n");
 }
 
 TEST_F(TextFileTest, KeepsTheCursorWhenALineIsAdded)
@@ -367,10 +367,10 @@ TEST_F(TextFileTest, EmptiesTheListButKeepsTheFileOpenWhenCleared)
 
     EXPECT_TRUE(m_file.Eof());
     EXPECT_EQ(m_file.GetFirstLine(), L"");
-    EXPECT_EQ(Contents(), "a\nb");
+    EXPECT_EQ(ReadContents(), "a\nb");
     m_file.AddLine(L"c");
     EXPECT_TRUE(m_file.Write());
-    EXPECT_EQ(Contents(), "c\n");
+    EXPECT_EQ(ReadContents(), "c\n");
 }
 
 TEST_F(TextFileTest, AcceptsLinesWithoutAFile)
@@ -387,7 +387,7 @@ TEST_F(TextFileTest, KeepsTheOldFileWhenALineHasAnInvalidCharacter)
     m_file.AddLine(static_cast<wchar_t>(0x110000));
 
     EXPECT_FALSE(m_file.Write());
-    EXPECT_EQ(Contents(), "a\n");
+    EXPECT_EQ(ReadContents(), "a\n");
     EXPECT_EQ(CountFiles(), 1);
 }
 
@@ -398,7 +398,7 @@ TEST_F(TextFileTest, KeepsTheOldFileOnAFullDisk)
 
     const FileSizeLimit limit(500);
     EXPECT_FALSE(m_file.Write());
-    EXPECT_EQ(Contents(), "old\n");
+    EXPECT_EQ(ReadContents(), "old\n");
     EXPECT_EQ(CountFiles(), 1);
 }
 
@@ -433,7 +433,7 @@ TEST_F(TextFileTest, KeepsTheOldFileInAnUnwritableDirectory)
     }
     std::filesystem::permissions(m_directory.Path(), std::filesystem::perms(0755));
 
-    EXPECT_EQ(Contents(), "old\n");
+    EXPECT_EQ(ReadContents(), "old\n");
     EXPECT_EQ(CountFiles(), 1);
 }
 
@@ -467,7 +467,7 @@ TEST_F(TextFileTest, KeepsALinkWhenWritingItsTarget)
 
     EXPECT_TRUE(m_file.Write());
     EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "link"));
-    EXPECT_EQ(Contents(), "a\nb\n");
+    EXPECT_EQ(ReadContents(), "a\nb\n");
 }
 
 TEST_F(TextFileTest, CreatesTheDeletedTargetOfALink)
@@ -481,7 +481,7 @@ TEST_F(TextFileTest, CreatesTheDeletedTargetOfALink)
     EXPECT_TRUE(m_file.Write());
     EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "link"));
     EXPECT_TRUE(std::filesystem::is_symlink(m_directory.Path() / "near"));
-    EXPECT_EQ(Contents(), "a\n");
+    EXPECT_EQ(ReadContents(), "a\n");
 }
 
 TEST_F(TextFileTest, CannotWriteThroughCircularLinks)
@@ -516,7 +516,7 @@ TEST_F(TextFileTest, WritesTheOpenedFileAfterTheWorkingDirectoryChanges)
     m_file.AddLine(L"b");
 
     EXPECT_TRUE(m_file.Write());
-    EXPECT_EQ(Contents(), "a\nb\n");
+    EXPECT_EQ(ReadContents(), "a\nb\n");
 }
 
 TEST_F(TextFileTest, CannotOpenAFileWithoutFreeDescriptors)
@@ -570,7 +570,7 @@ TEST_F(TextFileTest, WritesNothingAfterALineWasLost)
     m_file.AddLine(L"last");
 
     EXPECT_FALSE(m_file.Write());
-    EXPECT_EQ(Contents(), "first\n");
+    EXPECT_EQ(ReadContents(), "first\n");
 }
 
 TEST_F(TextFileTest, WritesAgainAfterAFileIsOpenedAgain)
@@ -585,7 +585,7 @@ TEST_F(TextFileTest, WritesAgainAfterAFileIsOpenedAgain)
     m_file.AddLine(L"last");
 
     EXPECT_TRUE(m_file.Write());
-    EXPECT_EQ(Contents(), "second\nlast\n");
+    EXPECT_EQ(ReadContents(), "second\nlast\n");
 }
 
 TEST_F(TextFileTest, FailsSilently)

@@ -243,7 +243,7 @@ TEST_F(IPCServerLimitsTest, AllocatesNoMemoryForDataThatHasNotArrived)
         EXPECT_TRUE(ServerDelivers());
         ::getrusage(RUSAGE_SELF, &after);
     });
-    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100 * 1024) << "kilobytes";
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100 * 1024) << "in KiB";
 }
 
 TEST_F(IPCServerLimitsTest, LetsClientsWaitWithoutSpinningWhenOutOfDescriptors)

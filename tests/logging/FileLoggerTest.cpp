@@ -290,7 +290,7 @@ TEST_F(FileLoggerTest, WritesTextThatArrivesWhileTheWriterSleeps)
     }
 }
 
-TEST_F(FileLoggerTest, EndsAfterHalfASecondWithoutText)
+TEST_F(FileLoggerTest, WaitsHalfASecondForTextWhenDestroyed)
 {
     using namespace std::chrono_literals;
     std::chrono::steady_clock::duration longest{};

@@ -1,8 +1,8 @@
-// A program of which several copies run concurrently. At the first line on standard input, it
-// starts the library and prints whether another copy runs, and the program's unique name. At each
-// line "fork" after that, it forks a child that outlives it, and prints the child's process id. At
-// any other line or the end of the input, it stops the library and prints "stopped". It ends at the
-// next line or the end of the input.
+// Tests run several copies of this program concurrently. At the first line on standard input, a
+// copy starts the library and prints whether another copy runs, and the program's unique name. At
+// each line "fork" after that, it forks a child that outlives it, and prints the child's process
+// id. At any other line or the end of the input, it stops the library and prints "stopped". It ends
+// at the next line or the end of the input.
 
 #include "toolkit/encoding/UTF8.h"
 #include "toolkit/files/PathManager.h"

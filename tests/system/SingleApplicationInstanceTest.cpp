@@ -151,7 +151,7 @@ protected:
         std::filesystem::create_symlink(m_directory.Path() / "target", lockFile);
     }
 
-    std::string Errors() const { return m_directory.ReadFile(L"errors"); }
+    std::string ReadErrors() const { return m_directory.ReadFile(L"errors"); }
 
     static std::filesystem::path CreateDirectory(const std::filesystem::path& path)
     {
@@ -208,7 +208,7 @@ TEST_F(SingleApplicationInstanceTest, IgnoresACrashedCopy)
 
     EXPECT_FALSE(Start().SeesAnother());
     EXPECT_TRUE(Start().SeesAnother());
-    EXPECT_EQ(Errors(), "");
+    EXPECT_EQ(ReadErrors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, IgnoresAForkedChildOfACopyThatHasEnded)
@@ -279,7 +279,7 @@ TEST_F(SingleApplicationInstanceTest, KeepsADirectoryNamedLikeTheCheckersLockFil
     m_copies.clear();
 
     EXPECT_TRUE(std::filesystem::is_directory(file));
-    EXPECT_EQ(Errors(), "");
+    EXPECT_EQ(ReadErrors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, KeepsAnUnrelatedFileNamedLikeTheCheckersLockFile)
@@ -305,7 +305,7 @@ TEST_F(SingleApplicationInstanceTest, KeepsAnUnrelatedFileNamedLikeTheCheckersLo
         EXPECT_EQ(contents, text);
         EXPECT_TRUE(std::filesystem::remove(file));
     }
-    EXPECT_EQ(Errors(), "");
+    EXPECT_EQ(ReadErrors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, ReturnsFalseInExactlyOneConcurrentCopy)
@@ -343,7 +343,7 @@ TEST_F(SingleApplicationInstanceTest, AcceptsAPathTooLongForAFileName)
     EXPECT_FALSE(Start(first).SeesAnother());
     EXPECT_TRUE(Start(first).SeesAnother());
     EXPECT_FALSE(Start(second).SeesAnother());
-    EXPECT_EQ(Errors(), "");
+    EXPECT_EQ(ReadErrors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, FindsACopyWithANonAsciiPath)
@@ -352,7 +352,7 @@ TEST_F(SingleApplicationInstanceTest, FindsACopyWithANonAsciiPath)
 
     EXPECT_FALSE(Start(program).SeesAnother());
     EXPECT_TRUE(Start(program).SeesAnother());
-    EXPECT_EQ(Errors(), "");
+    EXPECT_EQ(ReadErrors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, FindsAndLogsNothingWhenNoLockCanBeCreated)
@@ -365,7 +365,7 @@ TEST_F(SingleApplicationInstanceTest, FindsAndLogsNothingWhenNoLockCanBeCreated)
         EXPECT_FALSE(Start().SeesAnother());
         EXPECT_FALSE(Start().SeesAnother());
         m_copies.clear();
-        EXPECT_EQ(Errors(), "");
+        EXPECT_EQ(ReadErrors(), "");
     }
 }
 
@@ -384,7 +384,7 @@ TEST_F(SingleApplicationInstanceTest, FindsCopiesThatCannotLock)
 
     EXPECT_FALSE(Start().SeesAnother());
     EXPECT_TRUE(Start().SeesAnother());
-    EXPECT_EQ(Errors(), "");
+    EXPECT_EQ(ReadErrors(), "");
 }
 
 TEST_F(SingleApplicationInstanceTest, TreatsObjectsOfOneProcessAsOneInstance)

@@ -262,7 +262,7 @@ TEST_F(SystemInfoTest, ReturnsEnomemWhenOutOfMemory)
     EXPECT_GT(failures, 3);
 }
 
-TEST_F(SystemInfoTest, FlushesAndDestroysInTheParentOnly)
+TEST_F(SystemInfoTest, FlushesOutputAndDestroysStaticsInTheParentOnly)
 {
     const ProgramResult result = RunProgram(TOOLKIT_TEST_STARTING_PROGRAM, {});
 
