@@ -18,8 +18,8 @@ Text GetCommandWord(const Text& line);
 /// "-out", the file for the result, and "-from", the directory in which the line was typed.
 class CommandLine {
 public:
-    /// Parses `line`. Unknown options are errors only if `command.run` is set: otherwise the
-    /// command's own options are not known.
+    /// Parses `line`. Unknown options are errors unless `command.run` is null: the command's own
+    /// options are then not known.
     CommandLine(const HostPlugIn::Command& command, const Text& line);
 
     /// Returns why the command line is invalid; empty if it is valid.

@@ -49,5 +49,5 @@ private:
     ResultFile m_result;
     unsigned int m_lastShownTicks;
     Text m_outcome;
-    Text m_failure; // empty while there is none
+    Text m_failure; // empty unless the command has failed
 };

@@ -10,6 +10,7 @@
 #include <toolkit/ipc/IPCServer.h>
 #include <toolkit/logging/Log.h>
 #include <toolkit/threading/Thread.h>
+#include <utility>
 
 #include "CommandOperation.h"
 #include "HandOver.h"

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <system_error>
 #include <toolkit/Toolkit.h>
 #include <vector>
 
@@ -30,7 +31,7 @@ using namespace Toolkit;
 namespace {
 
 // What the host does when the library starts and stops. This module starts after the library's own
-// module and stops before that one, so both functions may use paths, versions and the log.
+// module and stops before it, so both functions may use paths, versions and the log.
 class HostModule : public LibModule {
 public:
     void Initialize() override
@@ -184,8 +185,8 @@ int Report(HandOverResult result)
     return Fail(L"Another host is running and does not accept commands.");
 }
 
-// Relative paths are relative to the working directory of this process, so it is sent along as
-// "-from".
+// Paths may be relative to the working directory of this process, so the line that is sent names
+// that directory with "-from".
 int HandOverCommand(Text line)
 {
     std::error_code error;

@@ -9,8 +9,8 @@ using namespace Toolkit;
 namespace {
 
 // Returns at most the last 200 bytes of the unique name, which ends with the names of the program
-// and the user. A file name has 255 bytes at most, and StartLog() and the logger append to this
-// one.
+// and the user. A file name has 255 bytes at most, and StartLog() and the logger append to the
+// name.
 Text MakeDefaultName()
 {
     constexpr std::size_t maxBytes = 200;

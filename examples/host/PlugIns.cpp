@@ -5,6 +5,7 @@
 #include <toolkit/files/Directory.h>
 #include <toolkit/files/PathManager.h>
 #include <toolkit/logging/Log.h>
+#include <utility>
 
 using namespace Toolkit;
 using HostPlugIn::Command;
@@ -16,8 +17,8 @@ using GetPlugIn = decltype(&GetHostPlugIn);
 
 Text DescribeVersionMismatch(unsigned int version)
 {
-    return L"it has version " + StringConvert::UStringFromUint32(version) +
-           L" of the interface, but the host has version " +
+    return L"it uses version " + StringConvert::UStringFromUint32(version) +
+           L" of the interface, but the host uses version " +
            StringConvert::UStringFromUint32(HostPlugIn::c_interfaceVersion);
 }
 
@@ -73,7 +74,7 @@ Text PlugIns::LoadLibrary(const Text& path)
                              : L"it cannot be loaded: " + error;
     }
     const PlugIn* const plugIn = getPlugIn();
-    Text error = FindError(plugIn);
+    Text error = Validate(plugIn);
     if (!error.empty())
         return error;
     TOOLKIT_LOG(SeverityInfo) << L"Plug-in " << plugIn->name << L": " << path
@@ -82,8 +83,9 @@ Text PlugIns::LoadLibrary(const Text& path)
     return Text();
 }
 
-// If the versions differ, no other member of the plug-in may be read.
-Text PlugIns::FindError(const PlugIn* plugIn) const
+// Returns why `plugIn` is unusable; an empty string if it is usable. If the interface versions
+// differ, no other member may be read.
+Text PlugIns::Validate(const PlugIn* plugIn) const
 {
     if (!plugIn)
         return L"it reports that it is unusable";

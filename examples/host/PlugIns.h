@@ -28,7 +28,7 @@ public:
 
 private:
     Text LoadLibrary(const Text& path);
-    Text FindError(const HostPlugIn::PlugIn* plugIn) const;
+    Text Validate(const HostPlugIn::PlugIn* plugIn) const;
 
     struct LoadedPlugIn {
         std::unique_ptr<Toolkit::DynamicLibrary> library;

@@ -24,7 +24,7 @@ mode_t ReadUmask()
 const mode_t c_umask = ReadUmask();
 
 // Gives a replacement the group and the permissions of the old file. If the group cannot be set,
-// the replacement has no group permissions. A file that replaces none gets 0666 without the bits of
+// the replacement has no group permissions. If there is no old file, sets 0666 without the bits of
 // the umask.
 bool AdoptPermissions(int descriptor, const struct stat& replaced)
 {

@@ -9,10 +9,11 @@
 #include "Terminal.h"
 
 /// A file that appears only when it is complete: it is written under a temporary name in the same
-/// directory and then renamed. An older file of that name stays until then.
+/// directory and then renamed. An older file at the path stays until then.
 ///
 /// The directory may be one that other users can write to, such as /tmp. A file of this user is
-/// replaced and keeps its permissions; a link, a pipe, a device or another user's file is refused.
+/// replaced by one with the same permissions; a link, a pipe, a device or another user's file is
+/// refused.
 class ResultFile {
 public:
     explicit ResultFile(const Text& path);

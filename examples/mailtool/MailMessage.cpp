@@ -109,7 +109,7 @@ std::string ToBytes(const Content& content)
     unsigned char* data = nullptr;
     unsigned int size = 0;
     content->GetBytes(&data, &size);
-    const std::unique_ptr<unsigned char[]> owner(data); // the caller owns the array
+    const std::unique_ptr<unsigned char[]> owner(data); // the caller of GetBytes() owns the array
     return std::string(data, data + size);
 }
 

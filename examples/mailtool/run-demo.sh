@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs the built example on the messages beside this script.
+# Runs the built mailtool on the example messages.
 #
 #     run-demo.sh <path of the mailtool>
 

@@ -4,7 +4,7 @@
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/regExp/RegExp.h>
 
-/// A regular expression that is compiled once and tried on many lines.
+/// A regular expression that is compiled once and matched against many lines.
 class LineSearch {
 public:
     /// Throws a `smart_ptr<RegExpException>` if the pattern is invalid.

@@ -72,7 +72,7 @@ TEST_F(HostPlugInsTest, OmitsUnusablePlugInsAndReportsWhy)
 {
     const std::pair<const char*, const char*> cases[] = {
         {NO_FUNCTION_PLUG_IN, "it has no function GetHostPlugIn"},
-        {OTHER_VERSION_PLUG_IN, "it has version 2 of the interface, but the host has version 1"},
+        {OTHER_VERSION_PLUG_IN, "it uses version 2 of the interface, but the host uses version 1"},
         {SECOND_LIST_PLUG_IN, "another plug-in already provides the command \"list\""},
         {THROWING_MODULE_PLUG_IN, "its module failed to start: no sounding gear"},
         {USELESS_PLUG_IN, "it reports that it is unusable"}};

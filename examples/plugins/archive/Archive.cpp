@@ -1,8 +1,9 @@
-// A plug-in of the example host that looks into Zip archives:
+// A plug-in of the example host that lists and searches the entries of Zip archives:
 //
 //     list   -archive <file> [-filter <name prefix>*]
 //     search -archive <file> -pattern <regular expression> [-filter <name prefix>*]
 
+#include <iterator>
 #include <toolkit/Toolkit.h>
 
 #include "EntrySearch.h"

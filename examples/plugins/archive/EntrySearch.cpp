@@ -1,5 +1,7 @@
 #include "EntrySearch.h"
 
+#include <algorithm>
+#include <string>
 #include <toolkit/encoding/StringConvert.h>
 #include <toolkit/encoding/UTF7.h>
 #include <vector>
@@ -29,7 +31,7 @@ EntrySearch::EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun
 {
 }
 
-// Splits the lines itself, because ZipInputStream::ReadLine() drops a last line without a line end.
+// Does not call ZipInputStream::ReadLine(), which drops a last line without a line end.
 bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
 {
     bool isStored = true;

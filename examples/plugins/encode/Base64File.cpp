@@ -1,8 +1,10 @@
 #include "Base64File.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
+#include <string>
 #include <toolkit/encoding/Base64.h>
 
 #include "InputFile.h"

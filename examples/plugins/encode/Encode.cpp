@@ -3,6 +3,7 @@
 //     encode -in <file> -as base64|quoted-printable
 //     decode -in <file> -as base64|quoted-printable
 
+#include <iterator>
 #include <toolkit/Toolkit.h>
 
 #include "Base64File.h"

@@ -5,8 +5,8 @@ InputFile::InputFile(HostPlugIn::CommandRun& run) : m_run(run) {}
 bool InputFile::Open()
 {
     const TString<wchar_t>& path = m_run.GetValue(L"in");
-    // Seeks instead of calling GetLength(), which returns only the low 32 bits. Opening a pipe
-    // could block for ever.
+    // Exists() is false for a pipe; opening one could block for ever. SeekEnd() finds the length,
+    // because GetLength() returns only the low 32 bits.
     if (!Toolkit::FFile::Exists(path) || !m_file.Open(path, L"rb") || !m_file.SeekEnd(0))
         return m_run.Fail(L"cannot read " + path);
     m_length = static_cast<unsigned long long>(m_file.GetOffset());

@@ -11,7 +11,7 @@ class InputFile {
 public:
     explicit InputFile(HostPlugIn::CommandRun& run);
 
-    /// Opens the file. On failure calls CommandRun::Fail() and returns false.
+    /// Opens the file. On failure, calls CommandRun::Fail() and returns false.
     bool Open();
 
     /// Replaces `block` with the next `size` bytes, or fewer at the end of the file. False at the

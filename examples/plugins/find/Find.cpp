@@ -4,7 +4,9 @@
 //     find -folder <folder> -pattern <regular expression> [-files <wildcard>] [-deep]
 
 #include <algorithm>
+#include <iterator>
 #include <toolkit/Toolkit.h>
+#include <vector>
 
 #include "FolderFiles.h"
 #include "LineSearch.h"

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string>
+#include <system_error>
 #include <toolkit/encoding/UTF8.h>
 #include <toolkit/files/Directory.h>
 #include <toolkit/files/PathManager.h>
@@ -19,7 +21,7 @@ Text Join(const Text& folder, const Text& name)
     return path;
 }
 
-// AddFiles() skips links because one may point to a folder that contains it.
+// AddFiles() skips links, because a link may point to a folder that contains it.
 bool IsLink(const Text& path)
 {
     std::error_code ignored;
