@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <string>
+
 #include "InstalledProgram.h"
 
 namespace Toolkit::TestSupport {
@@ -35,9 +38,9 @@ TEST(HelloTest, ReportsTheLogThatItActuallyOpened)
     std::filesystem::remove(path);
 }
 
-// The program exits right after the log's writer thread has opened the file. Runs it several times,
+// The program exits as soon as the log's writer thread has opened the file. Runs it several times,
 // because a race may not show up every time.
-TEST(HelloTest, StopsCleanlyEachTime)
+TEST(HelloTest, ExitsCleanlyRightAfterOpeningTheLog)
 {
     const InstalledProgram hello(HELLO_PROGRAM);
     constexpr int runs = 10;

@@ -4,8 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <filesystem>
+#include <string>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
+#include <utility>
 
 #include "HostWithPlugIns.h"
 #include "archive/RawZip.h"
@@ -22,7 +27,7 @@ using testing::Not;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-constexpr std::uint16_t c_encryptedFlag = 1; // of an entry in a Zip archive
+constexpr std::uint16_t c_encryptedFlag = 1; // marks an encrypted entry of a Zip archive
 
 // Changes the working directory, which started programs inherit. The destructor restores it.
 class ScopedDirectory {
@@ -75,7 +80,7 @@ TEST_F(HostCommandsTest, SearchesEntriesWithUnusualContents)
     EXPECT_EQ(RunForResult(host, {"search", "-archive", archive, "-pattern", "fog$"}),
               "latin:1: café fog\n"
               "lineEnds:2: fog\nlineEnds:4: fog\n"
-              // A line of more than 1 MiB is split: the 2 MiB of x are lines 1 and 2.
+              // Lines are split after 1 MiB, so the 2 MiB of "x" are lines 1 and 2.
               "long:3: fog\nlong:4: fog\n"
               "nulls:1: fog  fog\n");
 }
@@ -178,7 +183,7 @@ TEST_F(HostCommandsTest, DecodesWhatItEncoded)
     }
 }
 
-TEST_F(HostCommandsTest, ReportsWhyItFails)
+TEST_F(HostCommandsTest, ReportsWhyACommandFails)
 {
     const std::string text = Write("text", "=XY\n");
     const std::string bytes = Write("bytes", "\xFF\n");

@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <string>
+#include <utility>
 
 #include "InstalledProgram.h"
 
@@ -106,7 +109,7 @@ TEST_F(HostPlugInsTest, OmitsAFileThatIsNotALibrary)
     EXPECT_THAT(result.output, HasSubstr("Command find "));
 }
 
-TEST_F(HostPlugInsTest, OmitsALibraryWithAnUndefinedSymbolAndNamesIt)
+TEST_F(HostPlugInsTest, OmitsALibraryAndNamesItsUndefinedSymbol)
 {
     const std::string path = m_host.PlugInsPath() / "unresolved.so";
     m_host.InstallPlugIn(UNRESOLVED_PLUG_IN);

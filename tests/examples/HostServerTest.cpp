@@ -9,12 +9,19 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <initializer_list>
+#include <string>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "HostWithPlugIns.h"
 #include "ProgramOnTerminal.h"

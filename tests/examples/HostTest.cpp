@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "InstalledProgram.h"
 
@@ -91,7 +95,7 @@ TEST_F(HostTest, CountsTheLinesThatContainTheText)
     }
 }
 
-TEST_F(HostTest, CompletesTheLogBeforeItEnds)
+TEST_F(HostTest, CompletesTheLogBeforeExiting)
 {
     InstallSmallText();
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <pwd.h>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 

@@ -59,7 +59,7 @@ public:
         char byte = 0;
         while (m_output.find(text) == std::string::npos) {
             if (::read(m_terminal, &byte, 1) != 1) {
-                ADD_FAILURE() << "not shown: " << text;
+                ADD_FAILURE() << "the output ended without: " << text;
                 break;
             }
             m_output.push_back(byte);

@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <string>
+#include <utility>
+
 namespace Toolkit::TestSupport {
 namespace {
 

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <csignal>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "InstalledProgram.h"
@@ -49,7 +52,7 @@ public:
             if (line.compare(0, beginning.size(), beginning) == 0)
                 return line;
         }
-        ADD_FAILURE() << "not shown: " << beginning;
+        ADD_FAILURE() << "the output ended without a line that begins with: " << beginning;
         return beginning;
     }
 

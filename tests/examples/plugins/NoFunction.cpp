@@ -1,4 +1,4 @@
-// A library that is not a plug-in: it exports a different function.
+// A library that is not a plug-in, because it does not export GetHostPlugIn().
 
 extern "C" __attribute__((visibility("default"))) int GetSomethingElse()
 {

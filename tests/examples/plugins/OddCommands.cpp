@@ -1,5 +1,6 @@
 // A plug-in whose commands misbehave.
 
+#include <iterator>
 #include <stdexcept>
 #include <toolkit/files/PathManager.h>
 #include <toolkit/threading/Thread.h>

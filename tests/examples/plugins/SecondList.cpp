@@ -1,4 +1,4 @@
-// A plug-in with a command of the same name as another plug-in's.
+// A plug-in whose command has the same name as another plug-in's command.
 
 #include "PlugIn.h"
 
@@ -12,7 +12,7 @@ bool List(CommandRun& run)
 }
 
 constexpr Command c_commands[] = {
-    {L"list", L"not the first of its name", nullptr, 0, RunGuarded<List>}};
+    {L"list", L"has the name of another command", nullptr, 0, RunGuarded<List>}};
 
 } // namespace
 
