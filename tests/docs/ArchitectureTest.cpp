@@ -144,7 +144,7 @@ std::set<std::string> FindReachable(const std::multimap<std::string, std::string
     return reached;
 }
 
-// Returns the names of the files that `isSelected` selects and that contain `pattern`.
+// Returns the names of the files that `isSelected` selects and in which `pattern` matches.
 std::set<std::string> FindSourcesWith(
     const std::string& pattern, const std::function<bool(const std::string&)>& isSelected =
                                     [](const std::string&) { return true; })

@@ -78,8 +78,8 @@ bool StartsWithAVerb(const std::string& function)
            0;
 }
 
-// Finds the functions outside of classes: their declarations are not indented, and no class
-// precedes the name.
+// Checks the functions outside classes: their declarations are not indented, and no class name
+// precedes theirs.
 TEST(FunctionNamesTest, StartsFunctionsWithAVerb)
 {
     const std::set<std::string> functions =
@@ -87,7 +87,8 @@ TEST(FunctionNamesTest, StartsFunctionsWithAVerb)
     EXPECT_THAT(functions, IsSupersetOf({"EncodeUtf8", "MakeVisible", "DllToolkitLoad"}));
 
     for (const std::string& function : functions)
-        EXPECT_TRUE(StartsWithAVerb(function)) << function << ": is it a verb that c_verbs lacks?";
+        EXPECT_TRUE(StartsWithAVerb(function))
+            << function << ": if the first word is a verb, add it to c_verbs";
 }
 
 TEST(FunctionNamesTest, HasOnlyTheListedNamespaces)

@@ -55,8 +55,8 @@ const std::set<std::string> c_verbs = {
     "Waits",      "Warns",    "Watches",     "Widens",        "Works",     "Wraps",
     "Writes"};
 
-// A name promises what the class does. Some verbs are plural nouns too, as in "NamesAreSorted"; the
-// next word reveals them.
+// A name promises what the class does. Some verbs are also plural nouns, as in "NamesAreSorted";
+// the next word shows which.
 bool IsPromise(const std::string& name)
 {
     static const std::set<std::string> wordsAfterPlurals = {"Are",     "Become", "Can",  "Cannot",
@@ -91,7 +91,7 @@ TEST(TestNamesTest, StartsNamesWithAVerb)
 
     for (const std::string& test : tests)
         EXPECT_TRUE(IsPromise(test.substr(test.find('.') + 1)))
-            << test << ": is it a verb that c_verbs lacks?";
+            << test << ": if the first word is a verb, add it to c_verbs";
 }
 
 TEST(TestNamesTest, RejectsPluralNouns)

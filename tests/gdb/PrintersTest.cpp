@@ -5,6 +5,8 @@
 
 #include <map>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace Toolkit {
 namespace {

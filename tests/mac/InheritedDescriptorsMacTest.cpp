@@ -9,8 +9,8 @@
 namespace Toolkit {
 namespace {
 
-// Opens a descriptor that execv(3) would keep open. Exits with 0 if
-// CloseInheritedDescriptorsOnExec() makes execv(3) close it, but not the standard input.
+// Opens a descriptor that execv(3) would keep open. Exits with 0 if execv(3) closes this
+// descriptor, but not standard input, after CloseInheritedDescriptorsOnExec().
 [[noreturn]] void CheckFlags()
 {
     const int inherited = ::open("/dev/null", O_RDONLY);
@@ -21,7 +21,7 @@ namespace {
     std::_Exit(isClosed && isInputKept ? 0 : 1);
 }
 
-TEST(InheritedDescriptorsMacDeathTest, ClosesAllButTheFirstThreeOnExec)
+TEST(InheritedDescriptorsMacDeathTest, ClosesADescriptorOnExecButKeepsStandardInput)
 {
     EXPECT_EXIT(CheckFlags(), testing::ExitedWithCode(0), "");
 }

@@ -1,10 +1,11 @@
-// Implements the parts of kqueue(2) and kevent(2) that the library uses with poll(2): readable
-// descriptors, and timers of whole milliseconds. kevent() ignores its timeout and never waits. The
-// queue's own descriptor does not show whether there are events.
+// Implements, with poll(2), the parts of kqueue(2) and kevent(2) that the library uses: readable
+// descriptors, and timers whose interval is at least one millisecond. kevent() ignores its timeout
+// and never waits. The queue's own descriptor does not show whether there are events.
 
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <fcntl.h>
 #include <map>
 #include <poll.h>

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <mach-o/dyld.h>
+#include <optional>
 #include <string>
 #include <sys/socket.h>
 #include <sys/syscall.h>

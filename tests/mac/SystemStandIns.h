@@ -9,7 +9,8 @@ namespace Toolkit::MacStandIns {
 /// Sets the path that _NSGetExecutablePath() stores; empty until then.
 void SetExecutablePath(const std::string& path);
 
-/// Sets the user that getpeereid() reports; with `std::nullopt` it reports the peer's real user.
+/// Sets the user that getpeereid() reports. With `std::nullopt`, getpeereid() reports the peer's
+/// real user.
 void SetPeerUser(std::optional<uid_t> user);
 
 } // namespace Toolkit::MacStandIns

@@ -2,6 +2,8 @@
 
 #include <mutex>
 #include <regex>
+#include <string>
+#include <utility>
 
 namespace Toolkit::TestSupport {
 
@@ -80,6 +82,7 @@ namespace {
 bool MatchesLogLine(const std::wstring& line, LogSeverity severity, int sourceLine,
                     const std::wstring& function, const std::wstring& message)
 {
+    // Unlike .*, [^]* also matches line terminators.
     static const std::wregex form(L"(\\d+) \\d+ : (\\d+) : ([^:]*) : ([^]*)");
     std::wsmatch match;
     return std::regex_match(line, match, form) && match[1] == std::to_wstring(severity) &&

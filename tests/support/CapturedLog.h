@@ -18,10 +18,11 @@ public:
     CapturedLog(const CapturedLog&) = delete;
     CapturedLog& operator=(const CapturedLog&) = delete;
 
-    /// The strings passed to `Write`, in order.
+    /// The strings passed to Write(), in order.
     std::vector<std::wstring> Pieces() const;
 
-    /// The lines that the pieces form, without line feeds; the last one may be unfinished.
+    /// The same strings, joined and split into lines without line feeds. The last line may be
+    /// unfinished.
     std::vector<std::wstring> Lines() const;
 
     void Clear();

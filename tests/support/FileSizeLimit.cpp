@@ -6,7 +6,7 @@ namespace Toolkit::TestSupport {
 
 FileSizeLimit::FileSizeLimit(std::size_t sizeBytes)
 {
-    // Otherwise SIGXFSZ kills the process at the first write that does not fit.
+    // By default, SIGXFSZ kills the process at the first write that does not fit.
     struct sigaction ignore {};
     ignore.sa_handler = SIG_IGN;
     ::sigaction(SIGXFSZ, &ignore, &m_oldAction);

@@ -6,8 +6,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Limits each file that is written by this process, or by a program that it starts, to `sizeBytes`
-/// bytes. Simulates a full disk.
+/// Lets this process, and the programs that it starts, write files of at most `sizeBytes` bytes.
+/// Simulates a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(std::size_t sizeBytes);

@@ -8,7 +8,7 @@ namespace Toolkit::TestSupport {
 
 ScopedLocale::ScopedLocale(const std::string& name) : m_oldName(std::setlocale(LC_ALL, nullptr))
 {
-    EXPECT_NE(std::setlocale(LC_ALL, name.c_str()), nullptr) << "no locale " << name;
+    EXPECT_NE(std::setlocale(LC_ALL, name.c_str()), nullptr) << "the system has no locale " << name;
 }
 
 ScopedLocale::~ScopedLocale()

@@ -2,6 +2,9 @@
 
 #include "support/ScopedEnvironment.h"
 
+#include <optional>
+#include <string>
+
 namespace Toolkit::TestSupport {
 
 /// Sets the time zone of the process, such as "Europe/Berlin". The destructor restores it.

@@ -7,7 +7,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// A private directory for one test, removed with its contents.
+/// A private directory for one test. The destructor removes it with its contents.
 class TempDir {
 public:
     TempDir();
