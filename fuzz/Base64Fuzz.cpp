@@ -14,7 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
-// Requires success for every input but the empty one.
+// Requires that `operation` succeeds, except for an empty input.
 std::string Convert(bool (*operation)(const unsigned char*, unsigned int, unsigned char**,
                                       unsigned int*),
                     const std::string& in)

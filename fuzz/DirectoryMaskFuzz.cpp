@@ -26,7 +26,7 @@ constexpr const wchar_t* c_files[] = {
     L"trailing", L"a b",    L" ",       L"-",          L"~",         L"a~",    L"#a#",   L"name.",
     L"x.tar.gz", L"\u00E9", L"\u6F22a", L"\U0001F600", L"aaaaaaaaab"};
 
-// Not listed with any mask.
+// No mask selects these.
 constexpr const wchar_t* c_hidden[] = {L".hidden", L"..a", L".\u00E9"};
 
 // A directory with the entries above, removed at the end of the program.
@@ -103,7 +103,7 @@ bool Matches(const std::vector<Token>& tokens, const std::wstring& name)
     return matches.front();
 }
 
-// Adds those of `all` that `mask` selects. An empty mask selects every name.
+// Adds the names in `all` that `mask` selects. An empty mask selects every name.
 template <std::size_t size>
 void AddMatches(const TString<wchar_t>& mask, const wchar_t* const (&all)[size], Names& names)
 {
@@ -123,7 +123,7 @@ void RequireSame(Names names, Names expected, unsigned int count)
     Require(names == expected && count == names.size());
 }
 
-// Returns the characters of a UTF-8 string, or a character for each byte of any other string.
+// Decodes UTF-8. If the bytes are not UTF-8, each becomes one character.
 TString<wchar_t> DecodeMask(const std::string& bytes)
 {
     const TString<wchar_t> text = UTF8::ToUNICODE(bytes);

@@ -30,7 +30,7 @@ namespace {
 using namespace Toolkit;
 using Messages = std::vector<std::wstring>;
 
-// The protocol of wxWidgets, with its format wxIPC_UTF8TEXT.
+// Codes of the IPC protocol of wxWidgets. The format is wxIPC_UTF8TEXT.
 constexpr char c_execute = 1;
 constexpr char c_connect = 10;
 constexpr char c_utf8Format = 17;
@@ -135,7 +135,7 @@ struct ParsedStream {
     Messages messages;
 };
 
-// Moves a size and a block of that size from the front of `bytes`; false if the block is
+// Extracts a size and a block of that size from the front of `bytes`; false if the block is
 // incomplete or larger than `maxSize`.
 bool ReadBlock(std::string_view& bytes, std::size_t maxSize, std::string& block)
 {

@@ -48,7 +48,7 @@ public:
 
     const std::string& Bytes() const { return m_bytes; }
 
-    // Returns the lines of which no byte is overwritten, in the order in which they were written.
+    // Returns the lines without an overwritten byte, in the order in which they were written.
     const std::vector<Line>& Lines() const { return m_lines; }
 
     // Whether every step back in time, from one line of the file to the next, is too large to come
@@ -72,7 +72,7 @@ private:
     std::vector<Line> m_lines;
 };
 
-// Leaves up to 65 seconds between two lines, so that no log spans half the range of a tick count.
+// Leaves at most 65 seconds between two lines, so that no log spans half the range of a tick count.
 Ring CreateRing(Input& input, std::size_t size)
 {
     Ring ring(input.ReadByte() * std::size_t{4});

@@ -16,7 +16,7 @@ using namespace Toolkit;
 // PCRE_NOTBOL, PCRE_NOTEOL and PCRE_NOTEMPTY, as in RegExp::Replace().
 constexpr int c_options = 0x580;
 
-// Fewer for a long string, because each step searches it.
+// Allows fewer steps for a long string, because each step searches it.
 constexpr int GetMaxSteps(std::size_t length)
 {
     return length > 1000 ? 5 : 50;
@@ -65,8 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PatternInput input(data, size);
     const std::string pattern = input.ReadString(60);
     const TString<char> replacement = input.ReadString(20);
-    // The long string exceeds 16-bit offsets. Patterns with repetitions use only the short string,
-    // because a repetition could read the long one again from each position.
+    // Offsets into the long string exceed 16 bits. Patterns with repetitions use only the short
+    // string, because a repetition could read the long one again from each position.
     const bool isLong =
         input.ReadString(1) == "L" && pattern.find_first_of("*+{") == std::string::npos;
     const TString<char> subject = std::string(isLong ? 65520 : 0, '.') + input.ReadString(60);

@@ -14,7 +14,7 @@ namespace {
 
 using namespace Toolkit;
 
-// Whether replacing terminates because `to` contains no character of `from`.
+// Whether `to` contains no character of `from`: replacing then terminates.
 bool AreDisjoint(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && to.find_first_of(from) == std::wstring::npos;

@@ -97,7 +97,7 @@ public:
         const std::string contents = GetContents(bytes);
         Require(result == (isComplete ? StreamResult::Ok : StreamResult::DataFailed));
         Require(contents.compare(0, expected.size(), expected) == 0);
-        // Deserialize() does not trust a larger size that the file claims.
+        // If the file claims a larger size, Deserialize() does not trust it.
         constexpr std::size_t trustedSize = 65536;
         Require(isComplete ? contents == expected
                            : contents.size() <= std::max(trustedSize, 2 * expected.size()));

@@ -10,7 +10,7 @@
 #include <string>
 #include <unistd.h>
 
-/// The input file of a target that tests a file format. Removed by the destructor.
+/// The input file of a target that tests a file format. The destructor removes it.
 class InputFile {
 public:
     InputFile()

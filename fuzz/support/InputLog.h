@@ -10,7 +10,7 @@
 #include "tools/Descriptor.h"
 #include "tools/LogSeams.h"
 
-/// A log file, read as `toolkit log` reads it.
+/// A log file that is read as `toolkit log` reads it.
 class InputLog {
 public:
     explicit InputLog(const std::string& bytes)

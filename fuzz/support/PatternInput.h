@@ -16,7 +16,8 @@ public:
     {
     }
 
-    /// Returns the bytes up to the next separator, truncated to `maxLength`. Skips the separator.
+    /// Returns the bytes up to the next separator or the end, truncated to `maxLength`. Skips the
+    /// separator.
     std::string ReadString(std::size_t maxLength)
     {
         const std::size_t begin = m_next;
@@ -48,7 +49,7 @@ PatternOutcome GetOutcome(const Operation& operation)
     }
 }
 
-/// Returns the pattern with limits that stop a costly search early.
+/// Returns `pattern` with limits that stop a costly search early.
 inline std::string AddLimits(const std::string& pattern)
 {
     return "(*LIMIT_MATCH=5000)(*LIMIT_RECURSION=1000)" + pattern;

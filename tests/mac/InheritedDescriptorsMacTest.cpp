@@ -9,8 +9,8 @@
 namespace Toolkit {
 namespace {
 
-// Opens a descriptor that execv(3) would keep open. Exits with 0 if execv(3) closes this
-// descriptor, but not standard input, after CloseInheritedDescriptorsOnExec().
+// Opens a descriptor that execv(3) would keep open. Exits with 0 if
+// CloseInheritedDescriptorsOnExec() marks it to be closed on exec, but not standard input.
 [[noreturn]] void CheckFlags()
 {
     const int inherited = ::open("/dev/null", O_RDONLY);
