@@ -11,7 +11,7 @@
 /// quote and a space or tab.
 bool AppendToken(Text& line, const Text& token);
 
-/// Returns the first word of a line; empty if the line begins with an option.
+/// Returns the first word of a line; empty if the line is empty or begins with an option.
 Text GetCommandWord(const Text& line);
 
 /// The options of a command line: the command's own, and two that every command has. These are

@@ -17,7 +17,7 @@ public:
 
     bool IsDefined(const Text& name) const { return m_options.at(name)->IsDefined(); }
 
-    /// Returns the value of the option; `defaultValue` if it was not given.
+    /// Returns the value of the option `name`; `defaultValue` if the option was not given.
     Text GetValue(const Text& name, const Text& defaultValue) const;
 
 private:

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
+#include <string>
 #include <sys/ioctl.h>
 #include <toolkit/encoding/StringConvert.h>
 #include <toolkit/encoding/UTF8.h>

@@ -71,7 +71,7 @@ struct Option {
 
     /// In lower case, without the dash. "out" and "from" are options of the host.
     const wchar_t* name;
-    /// The host makes a Path absolute.
+    /// The host makes the value of a Path absolute.
     Kind kind;
     /// The host rejects a command line without the option, or without its value.
     bool isRequired;

@@ -1,7 +1,6 @@
 #include "EntrySearch.h"
 
 #include <algorithm>
-#include <string>
 #include <toolkit/encoding/StringConvert.h>
 #include <toolkit/encoding/UTF7.h>
 #include <vector>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <toolkit/archive/ArchiveZip.h>
 
 #include "LineSearch.h"

@@ -1,6 +1,7 @@
 #include "QuotedPrintableFile.h"
 
 #include <cctype>
+#include <string>
 #include <toolkit/encoding/QuotedPrintable.h>
 #include <toolkit/encoding/StringConvert.h>
 #include <utility>
