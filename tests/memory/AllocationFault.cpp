@@ -3,11 +3,10 @@
 #include "support/OutOfMemory.h"
 #include "support/Sanitizers.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <link.h>
 #include <string_view>
 #include <unwind.h>
@@ -23,8 +22,8 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 namespace Toolkit::TestSupport {
 namespace {
 
-// Standard is the C++ standard library. Every stack begins in the C library, which calls main() and
-// thread functions.
+// Kinds of modules. Standard is the C++ standard library. CLibrary is the outermost caller on every
+// stack, because it calls main() and thread functions.
 enum class Kind { Program, Toolkit, Standard, CLibrary, Other };
 
 // An executable segment of a loaded module. `module` stays valid because no module is unloaded
@@ -100,9 +99,10 @@ _Unwind_Reason_Code VisitFrame(_Unwind_Context* context, void* data)
     return _URC_END_OF_STACK;
 }
 
-// Returns a segment of the module that requested the memory. Skips the standard library, and the
-// program, because all modules may use its copies of the standard library's templates. Allocations
-// of the program itself, including header code of the library, are thus attributed to CLibrary.
+// Returns a segment of the module that requested the memory. Skips the standard library. Also skips
+// the program, because every module may use the program's copies of standard library templates. So
+// allocations of the program itself, including code inlined from the library's headers, are
+// attributed to CLibrary.
 const Segment* FindCaller(const void* returnAddress)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(returnAddress);

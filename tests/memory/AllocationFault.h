@@ -9,7 +9,7 @@ namespace Toolkit::TestSupport {
 
 /// Whose code asked for the memory, directly or through the standard library.
 enum class Origin {
-    Library, ///< libtoolkit, or its headers' code inlined into the program.
+    Library, ///< libtoolkit, and the program, which inlines code of libtoolkit's headers.
     Foreign  ///< wxWidgets, ICU, PCRE and the C library.
 };
 

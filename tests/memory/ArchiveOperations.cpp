@@ -4,6 +4,7 @@
 
 #include <wx/zipstrm.h>
 
+#include <string>
 #include <vector>
 
 #include "archive/ZipWriter.h"

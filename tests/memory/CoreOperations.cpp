@@ -56,8 +56,7 @@ void ConstructsPointer(Attempt& attempt)
 {
     auto* const object = new int(7);
     bool isCreated = false;
-    // When out of memory for the count block, smart_ptr releases the object, so this function does
-    // not.
+    // When the count block cannot be allocated, smart_ptr deletes the object.
     if (attempt.Run(Rule::BadAlloc, [&] { isCreated = *smart_ptr<int>(object) == 7; }))
         attempt.Expect(isCreated);
 }
@@ -170,13 +169,15 @@ void ReadsString(Attempt& attempt)
     attempt.Run([&] { result = stream.Read(text); });
     attempt.Expect(result == StreamResult::Ok && text == c_text,
                    result == StreamResult::DataFailed && text == L"old");
-    // After success, the buffer follows. When an allocation failed, the position is not checked.
+    // After a successful read, the buffer is next. After a failed allocation, the position in the
+    // stream is not checked.
     Bytes bytes;
     attempt.Expect(bytes.Deserialize(stream) == StreamResult::Ok, true);
 }
 
-// Calls every operation of FSStream except Read() of a string; all `Overload`s do the same. Only
-// opening the stream may fail when out of memory: without a read-ahead buffer, reading still works.
+// Calls every operation of FSStream except Read() of a string. `Overload` has no effect: it lets
+// the list name this function once for each overload. When out of memory, only opening may fail:
+// reading works without a read-ahead buffer too.
 template <int Overload>
 void UsesStream(Attempt& attempt)
 {

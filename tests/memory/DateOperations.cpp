@@ -1,6 +1,8 @@
 #include "toolkit/datetime/DateTime.h"
 #include "toolkit/system/Locales.h"
 
+#include <cstddef>
+#include <string>
 #include <vector>
 
 #include "memory/Sweep.h"

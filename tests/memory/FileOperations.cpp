@@ -11,6 +11,7 @@
 #include <wx/mstream.h>
 #include <wx/txtstrm.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>

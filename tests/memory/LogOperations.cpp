@@ -10,9 +10,11 @@
 #include "support/CapturedLog.h"
 #include "support/Soak.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -46,6 +48,7 @@ void WritesLine(Attempt& attempt)
 {
     CapturedLog log;
     attempt.Run([&] { TOOLKIT_LOG(SeverityError) << c_text << ILogger::c_strLogToken3; });
+    // BeginLogLine() writes eight pieces before the text and the end of the line.
     attempt.Expect(log.Pieces().size() == 10, log.Pieces().size() < 10);
 }
 
@@ -126,6 +129,7 @@ void ForwardsMessage(Attempt& attempt)
         const WxLogForwarder forwarder;
         attempt.Run([&] { wxLog::OnLog(wxLOG_Warning, message, 1000); });
     }
+    // The forwarder writes seven pieces before the message and the end of the line.
     attempt.Expect(log.Pieces().size() == 9, log.Pieces().size() < 9);
 }
 
@@ -163,7 +167,7 @@ void LogsToFile(Attempt& attempt)
         logger->Write(c_text);
         logger.reset();
     });
-    // When out of memory, the text may be lost, but the log is never in the root directory.
+    // When out of memory, the text may be lost, but no log may appear in the root directory.
     std::error_code ignored;
     const bool isWritten = std::filesystem::file_size(GetLogPath(), ignored) == c_text.size();
     attempt.Expect(isCreated && isWritten, !std::filesystem::exists("/" / GetLogPath().filename()));
@@ -217,8 +221,8 @@ std::vector<Operation> LogOperations()
         {"Toolkit::WxLogForwarder::DoLog", ForwardsMessage},
         {"Toolkit::WxLogForwarder::DoLogString", ForwardsMessage},
         {"Toolkit::WxLogForwarder::DoLogRecord", ForwardsMessage},
-        // Each attempt takes up to 500 ms: the writer thread notices the stop only after its wait
-        // for text.
+        // Each attempt takes up to 500 ms: the writer thread notices that it must stop only after
+        // its wait for text.
         {"Toolkit::FileLogger::FileLogger", LogsToFile, c_fewAllocations},
         {"Toolkit::FileLogger::~FileLogger", LogsToFile, c_fewAllocations},
         {"Toolkit::FileLogger::DoWork", LogsToFile, c_fewAllocations},

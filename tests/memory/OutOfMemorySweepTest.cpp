@@ -6,9 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <atomic>
 #include <cctype>
+#include <cstddef>
 #include <limits>
 #include <memory>
 #include <string>
@@ -42,8 +41,8 @@ protected:
                 std::to_string(s_failedAllocations) + " failed allocations of the library");
     }
 
-    // Makes one allocation after another fail, until the operation makes no more of them, the
-    // sample is complete, or an expectation fails.
+    // Makes one allocation after another fail, until the operation makes no further allocation,
+    // the sample is complete, or an expectation fails.
     static void Sweep(Persistence persistence)
     {
         const Operation& operation = Operations()[GetParam()];
@@ -78,7 +77,7 @@ TEST_P(OutOfMemorySweepTest, FailsAsDocumentedWhenOneAllocationFails)
     Sweep(Persistence::Once);
 }
 
-TEST_P(OutOfMemorySweepTest, FailsAsDocumentedWhenAllLaterAllocationsFail)
+TEST_P(OutOfMemorySweepTest, FailsAsDocumentedWhenOneAndAllLaterAllocationsFail)
 {
     Sweep(Persistence::FromThenOn);
 }

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace Toolkit::TestSupport {
 namespace {
@@ -21,7 +24,7 @@ std::string Describe(std::exception_ptr thrown)
     } catch (const std::exception& exception) {
         return exception.what();
     } catch (...) {
-        return "something else";
+        return "an unknown exception";
     }
 }
 
@@ -46,8 +49,8 @@ void Attempt::Expect(bool success, bool failure)
     if (success || (m_hasFailed && failure))
         return;
     ++m_failures;
-    ADD_FAILURE() << (m_hasFailed ? "neither success nor a failure as documented"
-                                  : "not the result of success");
+    ADD_FAILURE() << (m_hasFailed ? "neither the result of success nor a documented failure"
+                                  : "not the result of success, although no allocation failed");
 }
 
 const std::vector<Operation>& Operations()

@@ -9,8 +9,9 @@
 
 #include "memory/AllocationFault.h"
 
-/// The out-of-memory sweep: runs each public operation repeatedly, with its first, second, third
-/// ... allocation failing, until no allocation fails because the operation makes fewer.
+/// The out-of-memory sweep: runs each public operation repeatedly. The first run makes the first
+/// allocation fail, the second run the second one, and so on until a run makes too few allocations
+/// to fail.
 namespace Toolkit::TestSupport {
 
 /// What an operation may do when memory runs out.

@@ -2,6 +2,7 @@
 // PrivateOperations.txt if it is private.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <fstream>
 #include <map>
 #include <set>

@@ -154,7 +154,7 @@ void DecodesB64(Attempt& attempt, const TString<wchar_t>& text, unsigned int exp
 void DecodesShortAndLongB64(Attempt& attempt)
 {
     DecodesB64(attempt, L"dHdlbHZlIGJ5dGVz", 12);
-    // The same with several thousand characters.
+    // The same for 4000 characters.
     static const TString<wchar_t> longText(std::wstring(4000, L'Q'));
     if (!attempt.HasFailed())
         DecodesB64(attempt, longText, 3000);
@@ -261,7 +261,7 @@ const TString<wchar_t> c_line = L"-file \"a file with quite a long name\"";
 const TString<char> c_narrowLine = "-file \"a file with quite a long name\"";
 
 // Constructs a parser and reads its tokens back through an option. When out of memory, the parser
-// has no tokens. `make` uses the memory that it receives, so that only the constructor allocates.
+// has no tokens. `make` constructs it in the memory passed, so that only the constructor allocates.
 template <typename Make>
 void ConstructsParser(Attempt& attempt, Make make)
 {
