@@ -1,13 +1,24 @@
 #include "toolkit/config/IniFile.h"
+#include "toolkit/encoding/UTF8.h"
+#include "toolkit/files/PathManager.h"
 #include "toolkit/files/TextFile.h"
 #include "toolkit/ipc/IPCServer.h"
 #include "toolkit/logging/FileLogger.h"
 #include "toolkit/module/LibModuleManager.h"
 #include "toolkit/threading/BackgroundOperation.h"
+#include "toolkit/threading/Thread.h"
 
 #include "support/CapturedLog.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "logging/LogFile.h"
 
@@ -27,7 +38,8 @@ std::size_t CountThreads()
 
 using ThreadList = std::vector<unsigned long>;
 
-// The base of classes that implement callbacks of the library. Each callback calls RecordThread().
+// Base of the recorders below. They implement callbacks of the library, and each callback calls
+// RecordThread().
 template <typename Interface>
 class ThreadRecorder : public Interface {
 public:

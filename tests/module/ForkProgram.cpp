@@ -18,6 +18,7 @@
 #include "toolkit/regExp/RegExp.h"
 #include "toolkit/system/SystemInfo.h"
 #include "toolkit/threading/EventNotifier.h"
+#include "toolkit/threading/Mutex.h"
 #include "toolkit/threading/Thread.h"
 
 #include <wx/log.h>
@@ -31,6 +32,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 using namespace Toolkit;
 
@@ -235,9 +237,9 @@ const std::map<std::string, Operation> c_operations = {
     ::_exit(0);
 }
 
-// Returns when each thread has performed the operation once. The compiler guards the construction
-// of a function's static object with a lock. A fork during the construction would leave that lock
-// held in the child.
+// Returns only after each thread has performed the operation once. The compiler guards the
+// construction of a function's static object with a lock. A fork during the construction would
+// leave that lock held in the child.
 void StartBusyThreads(void (*operation)())
 {
     constexpr int threadCount = 2;

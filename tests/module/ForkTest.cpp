@@ -45,10 +45,10 @@ class ForkedChildTest : public testing::TestWithParam<const char*> {};
 TEST_P(ForkedChildTest, DoesNotHangCrashOrPrint)
 {
 #ifdef TOOLKIT_ADDRESS_SANITIZER
-    // The locks of the sanitizer's malloc() may stay held in the child. A small request rarely
-    // takes one; a search by PCRE 2 needs 20 KiB.
+    // The locks of the sanitizer's malloc() may stay held in the child. Small allocations rarely
+    // take one, but a PCRE 2 search allocates 20 KiB.
     if (GetParam() == std::string("pattern"))
-        GTEST_SKIP() << "the sanitizer's malloc() does not work in such a child";
+        GTEST_SKIP() << "the sanitizer's malloc() may hang in a forked child";
 #endif
     std::string errors;
     EXPECT_EQ(CountFailures(GetParam(), SoakRounds(20, 1000), errors), 0);
@@ -72,7 +72,7 @@ TEST(ForkedChildCountTest, CountsTheFailuresOfOperationsThatAreNotAllowed)
 {
     const int children = SoakRounds(0, 50);
     if (children == 0)
-        GTEST_SKIP() << "script/soak counts";
+        GTEST_SKIP() << "only script/soak counts the failures";
     std::string ignoredErrors;
     for (const char* const operation :
          {"exit while messages are made", "shared lock", "date", "file", "notifier", "thread"})

@@ -19,7 +19,7 @@ public:
 void PrintWhoseApplicationRuns()
 {
     const bool isOwn = dynamic_cast<Host*>(wxAppConsole::GetInstance()) != nullptr;
-    std::puts(isOwn ? "the host's own" : "somebody else's");
+    std::puts(isOwn ? "the host's own" : "not the host's");
 }
 
 } // namespace

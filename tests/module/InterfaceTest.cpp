@@ -15,10 +15,10 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::StartsWith;
 
-// Returns mangled names. The name of a type in a namespace begins with "N"; each part of the name
-// follows its length.
+// Returns mangled names. The name of a type in a namespace begins with "N"; the length of each
+// part of the name precedes it.
 template <typename... Types>
-std::vector<std::string> TypeNames()
+std::vector<std::string> GetTypeNames()
 {
     return {typeid(Types).name()...};
 }
@@ -26,11 +26,11 @@ std::vector<std::string> TypeNames()
 TEST(InterfaceTest, KeepsCoreThreadingAndEncodingInTheNamespace)
 {
     const std::vector<std::string> names =
-        TypeNames<smart_ptr<int>, smart_ptr_policy, smart_ptr_array_policy, Bytes, ISerialize,
-                  IStream, FSStream, Serializer, FSSerializer, FSInputSerializer,
-                  FSOutputSerializer, MutexInternal, Mutex, MutexLocker, Thread, EventObject,
-                  EventNotifier<int>, BackgroundOperation, BackgroundOperationHandler, UTF7, UTF8,
-                  StringConvert, B64, QP>();
+        GetTypeNames<smart_ptr<int>, smart_ptr_policy, smart_ptr_array_policy, Bytes, ISerialize,
+                     IStream, FSStream, Serializer, FSSerializer, FSInputSerializer,
+                     FSOutputSerializer, MutexInternal, Mutex, MutexLocker, Thread, EventObject,
+                     EventNotifier<int>, BackgroundOperation, BackgroundOperationHandler, UTF7,
+                     UTF8, StringConvert, B64, QP>();
 
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
@@ -38,11 +38,11 @@ TEST(InterfaceTest, KeepsCoreThreadingAndEncodingInTheNamespace)
 TEST(InterfaceTest, KeepsLoggingConfigFilesAndSystemInTheNamespace)
 {
     const std::vector<std::string> names =
-        TypeNames<ILogger, LogSeverity, SetSeverity, ConsoleLogger, DebuggerLogger, NullLogger,
-                  FileLogger, WxLogForwarder, CmdLineOption, CmdLineParser, IniFile, FFile,
-                  TextFile, InputStream, TextInputStream, PathManager, Directory, DynamicLibrary,
-                  SystemInfo, Version, RestartManagment, SingleApplicationInstance, Locales,
-                  Network>();
+        GetTypeNames<ILogger, LogSeverity, SetSeverity, ConsoleLogger, DebuggerLogger, NullLogger,
+                     FileLogger, WxLogForwarder, CmdLineOption, CmdLineParser, IniFile, FFile,
+                     TextFile, InputStream, TextInputStream, PathManager, Directory, DynamicLibrary,
+                     SystemInfo, Version, RestartManagment, SingleApplicationInstance, Locales,
+                     Network>();
 
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
@@ -50,10 +50,10 @@ TEST(InterfaceTest, KeepsLoggingConfigFilesAndSystemInTheNamespace)
 TEST(InterfaceTest, KeepsAllOtherFoldersInTheNamespace)
 {
     const std::vector<std::string> names =
-        TypeNames<LibModule, LibModuleManager, ToolkitModule, IPCServer, IPCClient,
-                  IPCConnectionEvent, RegExp, RegExpOptions, RegExpException, MatchResult, Group,
-                  GroupCollection, DateTime, ArchiveZip, ArchiveZipEntry, ArchiveEntriesFlags,
-                  ZipInputStream>();
+        GetTypeNames<LibModule, LibModuleManager, ToolkitModule, IPCServer, IPCClient,
+                     IPCConnectionEvent, RegExp, RegExpOptions, RegExpException, MatchResult, Group,
+                     GroupCollection, DateTime, ArchiveZip, ArchiveZipEntry, ArchiveEntriesFlags,
+                     ZipInputStream>();
 
     EXPECT_THAT(names, Each(StartsWith("N7Toolkit")));
 }
@@ -61,7 +61,7 @@ TEST(InterfaceTest, KeepsAllOtherFoldersInTheNamespace)
 TEST(InterfaceTest, KeepsTStringAndMacAutoreleasePoolAtGlobalScope)
 {
     const std::vector<std::string> names =
-        TypeNames<TString<char>, TString<wchar_t>, MacAutoreleasePool>();
+        GetTypeNames<TString<char>, TString<wchar_t>, MacAutoreleasePool>();
 
     EXPECT_THAT(names, ElementsAre("7TStringIcE", "7TStringIwE", "18MacAutoreleasePool"));
 }

@@ -1,5 +1,5 @@
 // Modules built at different times share objects and call each other's virtual operations, so
-// fields and slots must keep their places. Slots 0 and 1 are the two variants of the destructor.
+// fields and slots must keep their places. Slots 0 and 1 are the destructor's two variants.
 
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/config/IniFile.h"
@@ -25,6 +25,7 @@
 #include "toolkit/system/SystemInfo.h"
 #include "toolkit/system/Version.h"
 #include "toolkit/threading/EventObject.h"
+#include "toolkit/threading/Mutex.h"
 #include "toolkit/threading/Thread.h"
 
 #include "support/ScopedEnvironment.h"
@@ -33,9 +34,11 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
+#include <list>
 #include <map>
 #include <utility>
 #include <vector>

@@ -3,12 +3,14 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <future>
 #include <latch>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -132,7 +134,7 @@ TEST_F(LibModuleManagerTest, CountsRepeatedRegistrations)
     EXPECT_THAT(StartAndStopAgain(), IsEmpty());
 }
 
-TEST_F(LibModuleManagerTest, RemovesAModuleWithoutReleaseBeforeTheStart)
+TEST_F(LibModuleManagerTest, DoesNotReleaseAModuleUnregisteredBeforeTheStart)
 {
     RegisterAll();
 
@@ -243,7 +245,7 @@ TEST_F(LibModuleManagerTest, InitializesAndKeepsAModuleRegisteredDuringARelease)
     EXPECT_THAT(StartAndStopAgain(), ElementsAre("+1", "+2", "+3", "-3", "-2", "-1"));
 }
 
-TEST_F(LibModuleManagerTest, InitializesModulesRegisteredDuringTheStartAtItsEnd)
+TEST_F(LibModuleManagerTest, InitializesModulesRegisteredDuringTheStartLast)
 {
     m_manager.Register(&m_first);
     m_manager.Register(&m_second);

@@ -1,6 +1,5 @@
-// Prints the order in which the process-wide objects are created and released. Nothing reports when
-// a pointer to an object is set or cleared, but the objects are on the heap, so the next allocation
-// or deallocation detects the change.
+// Prints the order in which the process-wide objects are created and released. The library does not
+// report these steps, so each call of operator new or operator delete checks which objects exist.
 
 #include "toolkit/files/PathManager.h"
 #include "toolkit/logging/ILogger.h"

@@ -2,11 +2,11 @@
 //
 //     ProcessEndProgram seconds how what [plug-in]
 //
-// End() lists the values of `how`; `what` names the objects, as in ProcessEndScene.h. If a plug-in
-// is given, it creates the objects; if not, the program does. The exit status is 7, or 1 if
-// something fails. SIGALRM kills a process that does not end within `seconds`. Before quick_exit(),
-// the logger's thread gets a tenth of `seconds`: 1 s of 10 s, and more for the slow processes under
-// valgrind.
+// End() lists the values of `how`; any other value returns from main(). `what` names the objects,
+// as in ProcessEndScene.h. If a plug-in is given, it creates the objects; if not, the program does.
+// The exit status is 7, or 1 if something fails. SIGALRM kills a process that does not end within
+// `seconds`. Before quick_exit(), the program sleeps for a tenth of `seconds`, so that the logger's
+// thread can write its text: 1 s of 10 s, and more for the slow processes under valgrind.
 
 #include "toolkit/files/DynamicLibrary.h"
 #include "toolkit/logging/ILogger.h"
@@ -44,7 +44,7 @@ private:
 smart_ptr<Thread> s_exitingThread;
 
 // Returns the files in HOME and TMPDIR, which only this process uses, with their contents.
-std::map<std::string, std::string> Files()
+std::map<std::string, std::string> ReadFiles()
 {
     std::map<std::string, std::string> files;
     for (const char* const directory : {std::getenv("HOME"), std::getenv("TMPDIR")}) {
@@ -56,12 +56,12 @@ std::map<std::string, std::string> Files()
     return files;
 }
 
-// Returns Files() once nothing has changed for a second. The log is then complete.
-std::map<std::string, std::string> SettledFiles()
+// Returns ReadFiles() once nothing has changed for a second. The log is then complete.
+std::map<std::string, std::string> WaitForSettledFiles()
 {
     std::map<std::string, std::string> files;
     for (std::map<std::string, std::string> earlier;; earlier.swap(files)) {
-        files = Files();
+        files = ReadFiles();
         if (files == earlier)
             return files;
         ::sleep(1);
@@ -83,7 +83,7 @@ void Fail(const char* message)
 // Forks a child that exits. Checks its status, and that it changes none of this process's files.
 void ForkAndExit()
 {
-    const std::map<std::string, std::string> before = SettledFiles();
+    const std::map<std::string, std::string> before = WaitForSettledFiles();
     const pid_t child = ::fork();
     if (child == 0)
         EndChild();
@@ -92,9 +92,9 @@ void ForkAndExit()
     if (WIFSIGNALED(status))
         Fail("the child was killed");
     if (WEXITSTATUS(status) != c_status)
-        Fail("the child has another status");
-    if (Files() != before)
-        Fail("the child has changed files");
+        Fail("the child exited with another status");
+    if (ReadFiles() != before)
+        Fail("the child changed files");
 }
 
 void SetUp(const char* what, const char* plugIn)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -190,9 +191,10 @@ std::string DescribeFault(const Case& testCase, const End& end)
         return "prints: " + end.output;
     if (testCase.HasLogToCheck() && isTerminated &&
         (!expectedLog.starts_with(end.log) || (!end.log.empty() && end.log.back() != '\n')))
-        return "the log is cut within a line, or is not the beginning of the expected one";
+        return "the log ends within a line, or is not the beginning of the expected log";
     if (testCase.HasLogToCheck() && !isTerminated && end.log != expectedLog)
-        return "a log of " + std::to_string(end.log.size()) + " bytes, not the expected one";
+        return "a log of " + std::to_string(end.log.size()) +
+               " bytes that differs from the expected log";
     if (!endsAbruptly && !end.files.empty())
         return "leaves " + end.files.front() + " behind";
     return "";

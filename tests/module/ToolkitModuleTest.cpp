@@ -20,8 +20,10 @@
 #include <wx/app.h>
 #include <wx/log.h>
 
+#include <filesystem>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace Toolkit {
 namespace {

@@ -1,6 +1,6 @@
 // Loads the library named by its argument and unloads it, twice. The library allocates and frees
-// its registry with this program's operator new and operator delete, so the program sees the
-// registry deleted.
+// its registry with this program's operator new and operator delete, so the program notices when
+// the registry is deleted.
 
 #include <cstddef>
 #include <cstdio>
