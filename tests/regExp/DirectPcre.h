@@ -2,6 +2,7 @@
 
 #include <pcre.h>
 
+#include <cstddef>
 #include <string>
 
 namespace Toolkit::TestSupport {

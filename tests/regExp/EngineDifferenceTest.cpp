@@ -13,6 +13,8 @@
 #include <iostream>
 #include <map>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "regExp/CaughtException.h"
 #include "regExp/FeatureSamples.h"
@@ -42,7 +44,7 @@ std::ostream& operator<<(std::ostream& stream, const Call& call)
                   << call.options << std::dec << ", from " << call.start;
 }
 
-// All results of one call that a caller can observe, as text, and how it failed.
+// All results of one call that a caller can observe, as text, and how the call failed.
 struct Outcome {
     std::string text;
     bool isInvalidPattern = false;
@@ -79,7 +81,8 @@ void Try(Outcome& outcome, const char* name, const Operation& operation)
     const std::string& message = exception->message;
     const bool isInvalidPattern = message.find("(@offset: ") != std::string::npos;
     outcome.isInvalidPattern |= isInvalidPattern;
-    // Limits of steps, depth and memory, and endless recursion.
+    // The error codes for the limits of steps, depth and memory, and for endless recursion. Each
+    // code overwrites the start of "RegExp::Match return error: ".
     for (const char* limit : {"-8g", "-21E", "-6g", "-26E"})
         outcome.reachesLimit |= message.rfind(limit, 0) == 0;
     outcome.text += isInvalidPattern ? "does not compile" : message;
@@ -93,7 +96,7 @@ void TrySearch(Outcome& outcome, const RegExp& regExp, const Call& call)
     result->execOptions = call.options;
     Try(outcome, "search", [&](std::ostream& stream) {
         regExp.RegExp_compile(result);
-        // For a subject that is not UTF-8, the first pair describes the fault.
+        // For a subject that is not UTF-8, the first pair of offsets describes the fault.
         const auto exception =
             TestSupport::CaughtException([&] { regExp.RegExp_exec(result, call.start); });
         WriteOffsets(stream, *result);
@@ -223,7 +226,7 @@ private:
     std::string Classify(const Call& call, const Outcome& first, const Outcome& second) const
     {
         if (first.isInvalidPattern && second.isInvalidPattern)
-            return "no engine accepts the pattern";
+            return "neither engine accepts the pattern";
         if (first.isInvalidPattern || second.isInvalidPattern)
             return first.isInvalidPattern ? "only PCRE 2 accepts the pattern"
                                           : "only PCRE 1 accepts the pattern";
@@ -239,7 +242,8 @@ private:
     std::map<std::string, int> m_counts;
 };
 
-// Number of random calls in the sample; fewer under a sanitizer, where a call takes much longer.
+// Number of random calls in the sample with rare constructs; the other sample has four times as
+// many. Fewer under a sanitizer, where a call takes much longer.
 #ifdef TOOLKIT_SANITIZER
 constexpr int c_sampleSize = 1'000;
 #else

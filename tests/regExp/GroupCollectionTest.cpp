@@ -65,7 +65,7 @@ TEST_F(GroupCollectionTest, SharesItsGroupsWithCallers)
     EXPECT_EQ(m_groups[1].Get(), m_groups.groups[1].Get());
 }
 
-TEST_F(GroupCollectionTest, LetsGroupsOutliveIt)
+TEST_F(GroupCollectionTest, LetsGroupsOutliveTheCollection)
 {
     smart_ptr<Group> group;
     {
@@ -131,7 +131,7 @@ TEST_F(GroupCollectionTest, FindsAGroupByItsName)
     EXPECT_FALSE(m_groups.GetGroup("third").IsValid());
 }
 
-TEST_F(GroupCollectionTest, AcceptsAnEmptyPointerAndItsName)
+TEST_F(GroupCollectionTest, AcceptsAnEmptyPointerAndANameForIt)
 {
     m_groups.Add(smart_ptr<Group>());
     m_groups.AddNamedGroupKey("nobody", 3);
@@ -140,7 +140,7 @@ TEST_F(GroupCollectionTest, AcceptsAnEmptyPointerAndItsName)
     EXPECT_FALSE(m_groups.GetGroup("nobody").IsValid());
 }
 
-TEST_F(GroupCollectionTest, RemovesGroupsAndNamesInClear)
+TEST_F(GroupCollectionTest, RemovesAllGroupsAndNamesWhenCleared)
 {
     m_groups.AddNamedGroupKey("first", 1);
 

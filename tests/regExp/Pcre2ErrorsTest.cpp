@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <pcre2.h>
 
+#include <utility>
+
 namespace Toolkit {
 namespace {
 

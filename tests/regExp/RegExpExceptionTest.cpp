@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <exception>
+#include <string>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "regExp/CaughtException.h"
 #include "regExp/Engine.h"
@@ -15,7 +19,7 @@ using TestSupport::CaughtException;
 using TestSupport::CaughtMessage;
 
 // Returns the message for a pattern that does not compile.
-TString<char> CompileMessage(const char* pattern)
+TString<char> GetCompileMessage(const char* pattern)
 {
     return CaughtMessage([&] { RegExp(pattern, RegExpOptions::None).IsMatch("subject"); });
 }
@@ -60,10 +64,10 @@ TEST(RegExpExceptionTest, IsThrownAsASmartPointer)
 
 TEST(RegExpExceptionTest, OverwritesThePrefixWithALongCompileMessage)
 {
-    EXPECT_EQ(CompileMessage("abc["),
+    EXPECT_EQ(GetCompileMessage("abc["),
               " : missing terminating ] for character class (@offset: 4) abc[");
     EXPECT_EQ(
-        CompileMessage("a**b{2}+*"),
+        GetCompileMessage("a**b{2}+*"),
         TestSupport::SelectForEngine(" : nothing to repeat (@offset: 2) a**b{2}+*",
                                      " : quantifier does not follow a repeatable item (@offset: 2) "
                                      "a**b{2}+*"));
@@ -80,19 +84,19 @@ TEST(RegExpExceptionTest, KeepsTheRestOfThePrefixAfterAShortCompileMessage)
         {"abcde(", " : missing ) (@offset: 6) abcde("},
         {"abcdef(", " : missing ) (@offset: 7) abcdef("}};
     for (const auto& [pattern, expected] : cases)
-        EXPECT_EQ(CompileMessage(pattern), expected);
+        EXPECT_EQ(GetCompileMessage(pattern), expected);
 }
 
 TEST(RegExpExceptionTest, IncludesThePatternAsUtf8InACompileMessage)
 {
-    EXPECT_EQ(CompileMessage("\xC3\xA9["),
+    EXPECT_EQ(GetCompileMessage("\xC3\xA9["),
               " : missing terminating ] for character class (@offset: 3) \xC3\xA9[");
 }
 
 TEST(RegExpExceptionTest, OmitsAPatternThatIsNotUtf8FromTheMessage)
 {
     EXPECT_EQ(
-        CompileMessage("a\xFF"),
+        GetCompileMessage("a\xFF"),
         TestSupport::SelectForEngine(" : invalid UTF-8 string (@offset: 1) ",
                                      " : UTF-8 error: illegal byte (0xfe or 0xff) (@offset: 1) "));
 }
@@ -101,7 +105,7 @@ TEST(RegExpExceptionTest, WritesAnOffsetWithoutThousandsSeparators)
 {
     const std::string pattern = std::string(12345, 'a') + "[";
 
-    EXPECT_EQ(CompileMessage(pattern.c_str()),
+    EXPECT_EQ(GetCompileMessage(pattern.c_str()),
               " : missing terminating ] for character class (@offset: 12346) " + pattern);
 }
 

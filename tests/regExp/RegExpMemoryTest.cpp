@@ -1,4 +1,4 @@
-// Runs operations while their first, second, … allocation fails.
+// Runs operations while each of their allocations fails in turn.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -9,6 +9,8 @@
 
 #include <functional>
 #include <new>
+#include <string>
+#include <vector>
 
 #include "regExp/CaughtException.h"
 
@@ -74,7 +76,7 @@ TEST(RegExpMemoryTest, WorksAgainAfterRunningOutOfMemory)
     EXPECT_EQ(regExp.Match(c_subject)->Count(), 3u);
 }
 
-// The library constructs this exception when it is loaded.
+// The library constructs this exception at load, before memory runs out.
 TEST(RegExpMemoryTest, ThrowsItsOwnExceptionWhenOutOfMemory)
 {
     const RegExp regExp(c_pattern, RegExpOptions::None);

@@ -5,6 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <utility>
 
 #include "regExp/CaughtException.h"
 #include "regExp/DirectPcre.h"
@@ -30,15 +35,15 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome)
 }
 
 // Returns the message of a search that failed with `code`.
-std::string ExecuteMessage(int code)
+std::string GetSearchMessage(int code)
 {
     const std::string digits = std::to_string(code);
     return digits + std::string("RegExp::Match return error: ").substr(digits.size());
 }
 
-// Returns the message of a pattern that does not compile. Leaves out a pattern that is not UTF-8:
-// "\xFF" is the only one.
-std::string CompileMessage(const DirectPcre& direct, const std::string& pattern)
+// Returns the message of a pattern that does not compile. Omits a pattern that is not UTF-8, which
+// in these tests is only "\xFF".
+std::string GetCompileMessage(const DirectPcre& direct, const std::string& pattern)
 {
     const std::string message = std::string(" : ") + direct.ErrorText() +
                                 " (@offset: " + std::to_string(direct.ErrorOffset()) + ") " +
@@ -56,7 +61,7 @@ Outcome ReplaceByReference(const std::string& pattern, const std::string& replac
 {
     DirectPcre direct(pattern);
     if (!direct.Code())
-        return {"", CompileMessage(direct, pattern)};
+        return {"", GetCompileMessage(direct, pattern)};
 
     constexpr int options = PCRE_NOTBOL | PCRE_NOTEOL | PCRE_NOTEMPTY;
     std::string text = subject;
@@ -67,7 +72,7 @@ Outcome ReplaceByReference(const std::string& pattern, const std::string& replac
         const auto start = static_cast<unsigned short>(begin + replacement.size());
         result = direct.Execute(text, start, options);
     }
-    return result < -1 ? Outcome{"", ExecuteMessage(result)} : Outcome{text, ""};
+    return result < -1 ? Outcome{"", GetSearchMessage(result)} : Outcome{text, ""};
 }
 
 Outcome ReplaceByLibrary(const std::string& pattern, const std::string& replacement,
@@ -135,7 +140,7 @@ void ExpectSameMatch(const std::string& pattern, const std::string& subject)
     if (!exception.IsValid())
         return;
     EXPECT_EQ(exception->message,
-              direct.Code() ? ExecuteMessage(expected) : CompileMessage(direct, pattern));
+              direct.Code() ? GetSearchMessage(expected) : GetCompileMessage(direct, pattern));
 }
 
 // Returns a pattern made of random pieces; most such patterns compile.

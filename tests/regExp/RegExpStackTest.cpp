@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <pthread.h>
+#include <string>
 #include <sys/mman.h>
 #include <ucontext.h>
 

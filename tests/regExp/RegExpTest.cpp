@@ -5,7 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
 #include <thread>
+#include <tuple>
+#include <vector>
 
 #include "regExp/CaughtException.h"
 

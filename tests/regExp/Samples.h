@@ -2,8 +2,8 @@
 
 namespace Toolkit::TestSupport {
 
-/// Patterns of every kind: look-aheads, look-behinds, anchors, unset and
-/// named groups, backtracking verbs, invalid patterns.
+/// Patterns of every kind: look-aheads, look-behinds, anchors, unset and named groups, backtracking
+/// verbs, invalid patterns.
 constexpr const char* c_patterns[] = {
     "a",
     "b",

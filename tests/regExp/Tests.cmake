@@ -17,7 +17,7 @@ endif()
 # Where both engines are installed, their results are compared.
 if(TARGET Toolkit::pcre AND TARGET Toolkit::pcre2)
     set(sources ${TOOLKIT_REGEX_SOURCES} ${TOOLKIT_REGEX_SOURCES_pcre} ${TOOLKIT_REGEX_SOURCES_pcre2})
-    # The tables of the engines, in regExp/engines, include these sources.
+    # The engine tables in regExp/engines include these sources.
     list(REMOVE_ITEM sources regExp/PatternEngine.Pcre.cpp regExp/PatternEngine.Pcre2.cpp)
     toolkit_private_test(regExp/EngineDifferenceTest.cpp ${sources})
     target_sources(
@@ -37,7 +37,7 @@ if(TOOLKIT_REGEX_ENGINE_USED STREQUAL "pcre")
     target_link_libraries(RegExpReferenceTest PRIVATE Toolkit::pcre)
 endif()
 toolkit_test(regExp/RegExpReplaceTest.cpp)
-# ThreadSanitizer's own data for a thread does not fit on the small stacks.
+# ThreadSanitizer's data for each thread does not fit on the small stacks.
 if(NOT TOOLKIT_SANITIZE STREQUAL "thread")
     toolkit_test(regExp/RegExpStackTest.cpp)
 endif()

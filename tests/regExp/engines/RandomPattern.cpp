@@ -1,5 +1,8 @@
 #include "regExp/engines/RandomPattern.h"
 
+#include <cstddef>
+#include <iterator>
+
 namespace Toolkit::TestSupport {
 namespace {
 
@@ -23,7 +26,7 @@ constexpr const char* c_settings[] = {"(*UTF8)",
                                       "(?U)",
                                       "(?Jims)"};
 
-// Excludes \C, with which the engines themselves may crash.
+// Excludes \C, which may crash the engines themselves.
 constexpr const char* c_atoms[] = {"a",
                                    "b",
                                    "c",
@@ -144,7 +147,7 @@ constexpr const char* c_invalidPieces[] = {"\xFF",
                                            "\xF8\x88\x80\x80\x80",
                                            "\xE0\x80\x80"};
 
-// Options of pcre_exec(). 0x580 is what RegExp::Replace() uses, and searches reject 0x2.
+// Options of pcre_exec(). RegExp::Replace() uses 0x580. Searches reject 0x2.
 constexpr int c_options[] = {0x10,       0x80,       0x100,      0x400,      0x10000000,
                              0x00100000, 0x00200000, 0x00300000, 0x00400000, 0x00500000,
                              0x00800000, 0x01000000, 0x04000000, 0x580,      0x2};
@@ -166,7 +169,7 @@ std::string RandomPattern::Pattern()
     std::string pattern = "(*LIMIT_MATCH=20000)(*LIMIT_RECURSION=3000)";
     while (OneIn(4))
         pattern += AnyOf(c_settings);
-    // Groups for references to refer to.
+    // Groups that references can refer to.
     if (OneIn(2))
         pattern += OneIn(2) ? "(?J)(?<n>a)?(?<m>b)?" : "(a|b)?(c)?";
     return pattern + Alternatives(0);

@@ -2,6 +2,7 @@
 
 #include "support/RandomText.h"
 
+#include <cstddef>
 #include <string>
 
 namespace Toolkit::TestSupport {
