@@ -18,7 +18,8 @@ print_public_names() {
         sort -u
 }
 
-# Prints every exported symbol without parameter and result types: "vtable for Toolkit::Mutex".
+# Prints every exported symbol, such as "vtable for Toolkit::Mutex", without parameter and result
+# types.
 print_exported_names() {
     nm --dynamic --defined-only "$library" | awk '{ print $NF }' | c++filt --no-params | sort -u
 }
@@ -49,7 +50,7 @@ fi
 public=$(print_public_names)
 exported=$(print_exported_names)
 if [ -z "$public" ] || [ -z "$exported" ]; then
-    echo "nothing to compare"
+    echo "found no public names, or no exported ones"
     exit 1
 fi
 

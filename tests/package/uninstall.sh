@@ -1,6 +1,6 @@
 #!/bin/sh
-# Installs a build and uninstalls it. Fails if a file or folder of the build is left behind, or if a
-# file of the user or a folder of the system is removed.
+# Installs a build and uninstalls it. Fails if an installed file or folder is left behind, or if a
+# user's file or a system folder is removed.
 #
 # usage: uninstall.sh build-directory source-directory
 set -eu
@@ -23,4 +23,4 @@ left=$(find "$work/prefix" -not -type d)
 [ -z "$left" ] || { echo "left behind:" && echo "$left" && exit 1; }
 left=$(find "$work/prefix/lib/cmake/Toolkit" "$work/prefix/include/toolkit/core" 2>/dev/null) || true
 [ -z "$left" ] || { echo "folders left behind:" && echo "$left" && exit 1; }
-[ -d "$work/prefix/share/doc" ] || { echo "a folder of the system is gone" && exit 1; }
+[ -d "$work/prefix/share/doc" ] || { echo "a system folder is gone" && exit 1; }

@@ -46,7 +46,7 @@ int main()
         return Fail("constants before main()");
     Toolkit::LibModuleManager* registry = Toolkit::LibModuleManager::GetInstance();
     if (!registry)
-        return Fail("load sequence");
+        return Fail("registry at load");
 
     registry->Initialize(true);
     const TString<wchar_t> version = Toolkit::Version::GetInstance()->ToString();
