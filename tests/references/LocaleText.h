@@ -2,6 +2,7 @@
 
 #include "references/Replace.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
