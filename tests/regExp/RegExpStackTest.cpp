@@ -19,8 +19,7 @@ namespace {
 using TestSupport::c_usesPcre2;
 using TestSupport::CaughtMessage;
 
-// PCRE 1 recurses on the stack and gives up. PCRE 2 does not need the stack, and finds no match
-// here.
+// PCRE 1 recurses on the stack and gives up. PCRE 2 does not recurse, and finds no match here.
 constexpr const char* c_deepRecursionMessage =
     c_usesPcre2 ? "nothing thrown" : "-21Exp::Match return error: ";
 

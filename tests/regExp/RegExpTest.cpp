@@ -256,7 +256,7 @@ TEST(RegExpTest, ThrowsWhenASearchTakesTooManySteps)
               "-8gExp::Match return error: ");
 }
 
-TEST(RegExpTest, CompilesANewPatternIntoACompiledResult)
+TEST(RegExpTest, ReplacesTheCompiledPatternOfAResult)
 {
     const RegExp regExp = Pattern("unused");
     const smart_ptr<MatchResult> result(new MatchResult());
