@@ -8,6 +8,7 @@
 
 #include <Poco/Zip/ZipArchive.h>
 #include <Poco/Zip/ZipStream.h>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +17,7 @@
 #include <minizip/unzip.h>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 #include <zip.h>
 

@@ -7,6 +7,8 @@
 #include <Poco/Util/IniFileConfiguration.h>
 #include <QSettings>
 #include <QStringList>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -17,6 +19,7 @@
 #include <stdexcept>
 #include <stdlib.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Toolkit {
@@ -86,8 +89,8 @@ private:
     fs::path m_directory;
 };
 
-// Each class below loads a file with one library, makes the name by which that library finds a key,
-// and finds the key's value.
+// Each class below wraps one library: it loads a file, builds the library's name for a key, and
+// looks up the value.
 
 class ToolkitSettings {
 public:

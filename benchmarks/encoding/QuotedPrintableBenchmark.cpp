@@ -7,6 +7,7 @@
 #include <gmime/gmime.h>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace Toolkit {
 namespace {

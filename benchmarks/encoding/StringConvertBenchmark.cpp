@@ -2,8 +2,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <cwchar>
 #include <fmt/xchar.h>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>

@@ -6,8 +6,11 @@
 
 #include <boost/locale/encoding_utf.hpp>
 #include <clocale>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <iconv.h>
+#include <iterator>
 #include <string>
 
 namespace Toolkit {

@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <wx/dir.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -56,17 +57,17 @@ void FinishListing(benchmark::State& state, std::size_t count)
     state.SetItemsProcessed(state.iterations() * static_cast<long>(c_fileCount));
 }
 
-void List(benchmark::State& state, const TString<wchar_t>& fileSpec)
+void List(benchmark::State& state, const TString<wchar_t>& pattern)
 {
     const TString<wchar_t> path = UTF8::ToUNICODE(TString<char>(GetDirectoryPath()));
     std::vector<TString<wchar_t>> names;
     for (auto _ : state)
-        Directory::EnumFilePaths(names, path, fileSpec);
+        Directory::EnumFilePaths(names, path, pattern);
     FinishListing(state, names.size());
 }
 
 // Reads all names into the same string, and keeps none of them.
-void Walk(benchmark::State& state, const wxString& fileSpec)
+void Walk(benchmark::State& state, const wxString& pattern)
 {
     const wxString path(GetDirectoryPath());
     std::size_t count = 0;
@@ -74,7 +75,7 @@ void Walk(benchmark::State& state, const wxString& fileSpec)
         const wxDir directory(path);
         wxString name;
         count = 0;
-        for (bool hasName = directory.GetFirst(&name, fileSpec, wxDIR_FILES | wxDIR_DIRS); hasName;
+        for (bool hasName = directory.GetFirst(&name, pattern, wxDIR_FILES | wxDIR_DIRS); hasName;
              hasName = directory.GetNext(&name))
             ++count;
     }

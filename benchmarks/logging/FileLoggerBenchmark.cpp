@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -55,7 +56,7 @@ public:
     // Waits until all lines are in the file.
     ~ToolkitLog() { ILogger::ReleaseInstance(); }
 
-    // Logs a line of eleven pieces, after setting the severity.
+    // Sets the severity, then inserts a line in eleven pieces.
     static void WriteLine(const TString<wchar_t>& path)
     {
         TOOLKIT_LOG(SeverityInfo) << L"Unable to open file : " << path << ILogger::c_strLogToken3;

@@ -11,9 +11,13 @@
 #include <Poco/RegularExpression.h>
 #include <QRegularExpression>
 #include <boost/regex.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <re2/re2.h>
 #include <regex>
 #include <string>
+#include <vector>
 
 namespace OneMatch {
 namespace {

@@ -3,7 +3,9 @@
 #include <wx/wfstream.h>
 #include <wx/zipstrm.h>
 
+#include <filesystem>
 #include <string_view>
+#include <vector>
 
 #include "scale/Operations.h"
 

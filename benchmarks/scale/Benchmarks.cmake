@@ -1,4 +1,4 @@
-# Measures how cost grows; `script/bench --scale` runs it.
+# Measures how costs grow with the size of the input; `script/bench --scale` runs it.
 add_executable(
     Scale
     scale/Archives.cpp

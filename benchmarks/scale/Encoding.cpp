@@ -3,6 +3,7 @@
 #include "toolkit/encoding/UTF7.h"
 #include "toolkit/encoding/UTF8.h"
 
+#include <cstddef>
 #include <memory>
 
 #include "scale/Operations.h"

@@ -2,8 +2,11 @@
 #include "toolkit/files/FFile.h"
 #include "toolkit/files/TextFile.h"
 
+#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "scale/Operations.h"
 

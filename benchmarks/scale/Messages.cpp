@@ -6,8 +6,10 @@
 #include <wx/app.h>
 #include <wx/evtloop.h>
 
+#include <cstddef>
 #include <memory>
 #include <thread>
+#include <vector>
 
 #include "scale/Operations.h"
 

@@ -2,6 +2,7 @@
 
 #include "toolkit/core/TString.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <string>

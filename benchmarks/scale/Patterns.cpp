@@ -1,6 +1,7 @@
 #include "toolkit/regExp/RegExp.h"
 
 #include <memory>
+#include <vector>
 
 #include "scale/Operations.h"
 

@@ -1,17 +1,20 @@
 // Prints the shortest processor time in seconds and the peak of memory in bytes for each operation
-// and size. The other benchmarks compare at one size, which does not show a cost that grows faster
-// than the input.
+// and size. The other benchmarks compare libraries on equal input, which does not show a cost that
+// grows faster than the input.
 //
 // usage: Scale [pattern]
 //
 // With a pattern, a regular expression, runs only the operations whose name it matches.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <malloc.h>
 #include <regex>
+#include <string>
 #include <unistd.h>
 
 #include "scale/HeapMeter.h"

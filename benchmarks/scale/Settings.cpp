@@ -1,9 +1,13 @@
 #include "toolkit/config/CmdLineParser.h"
 #include "toolkit/config/IniFile.h"
 
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "scale/Operations.h"
 
@@ -14,7 +18,7 @@ using Toolkit::CmdLineParser;
 using Toolkit::IniFile;
 using Text = TString<wchar_t>;
 
-// Writes a file with one section, or with sections of ten keys each.
+// Writes a file with one section, or with sections of ten keys each, and returns its path.
 Text WriteSettings(int keys, bool hasManySections)
 {
     const std::filesystem::path path = GetDirectory() / "settings.ini";

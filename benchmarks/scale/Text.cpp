@@ -2,6 +2,8 @@
 #include "toolkit/core/FSStream.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "scale/Operations.h"
 

@@ -2,8 +2,11 @@
 #include "toolkit/threading/EventNotifier.h"
 
 #include <chrono>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "scale/Operations.h"
 

@@ -51,7 +51,7 @@ void BM_InstanceCheck_Toolkit(benchmark::State& state)
     }
     PathManager::ReleaseInstance();
     if (!isOnlyInstance)
-        state.SkipWithError("another instance runs");
+        state.SkipWithError("another instance is running");
 }
 BENCHMARK(BM_InstanceCheck_Toolkit);
 
@@ -65,7 +65,7 @@ void BM_InstanceCheck_wxSingleInstanceChecker(benchmark::State& state)
         isOnlyInstance &= checker.Create(".instance") && !checker.IsAnotherRunning();
     }
     if (!isOnlyInstance)
-        state.SkipWithError("another instance runs");
+        state.SkipWithError("another instance is running");
 }
 BENCHMARK(BM_InstanceCheck_wxSingleInstanceChecker);
 
