@@ -6,7 +6,8 @@ import re
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 NAME = re.compile(r"BM_(?P<what>[^_/]+)_(?P<who>[^/]+)(?P<arguments>/.*)?$")
-# Found in the names of benchmarks that measure wall-clock time, because they wait for other threads.
+# Found in the names of benchmarks that measure wall-clock time, because other threads or processes do part of
+# the work.
 WALL_CLOCK = re.compile(r"/(real|manual)_time")
 
 
