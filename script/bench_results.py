@@ -5,6 +5,7 @@ import pathlib
 import re
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+# BM_<what>_<who>, and the arguments from the first slash on.
 NAME = re.compile(r"BM_(?P<what>[^_/]+)_(?P<who>[^/]+)(?P<arguments>/.*)?$")
 # Found in the names of benchmarks that measure wall-clock time, because other threads or processes do part of
 # the work.
