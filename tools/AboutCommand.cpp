@@ -5,9 +5,9 @@
 #include <toolkit/regExp/RegExp.h>
 #include <toolkit/system/Locales.h>
 #include <toolkit/system/SystemInfo.h>
-#include <toolkit/system/Version.h>
 
 #include "Commands.h"
+#include "LibraryVersion.h"
 #include "Output.h"
 #include "SelfTest.h"
 
@@ -18,9 +18,8 @@ namespace {
 
 int PrintVersions(Output& output)
 {
-    const std::unique_ptr<Version> version(Version::Create());
     const std::string lines[] = {
-        "Toolkit " + UTF8::ToUTF8(version->ToString()),
+        "Toolkit " + GetLibraryVersion(),
         UTF8::ToUTF8(SystemInfo::GetFrameworkVersion()),
         RegExp::GetEngineVersion(),
         UTF8::ToUTF8(Locales::GetProviderVersion()),

@@ -7,8 +7,8 @@
 
 namespace Tool {
 
-/// Splits blocks of bytes into lines, which it passes on without their line ends. A line of more
-/// than 1 MiB may be split into several.
+/// Splits blocks of bytes into lines, which it passes on without their line feeds and without a
+/// carriage return at their ends. A line of more than 1 MiB may be split into several.
 class LineSplitter {
 public:
     using LineHandler = std::function<void(std::string_view)>;

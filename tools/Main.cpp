@@ -4,16 +4,14 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
-#include <memory>
 #include <new>
 #include <sstream>
 #include <string>
-#include <toolkit/encoding/UTF8.h>
-#include <toolkit/system/Version.h>
 #include <vector>
 
 #include "Commands.h"
 #include "Failure.h"
+#include "LibraryVersion.h"
 #include "Output.h"
 #include "VisibleText.h"
 
@@ -108,11 +106,7 @@ int Run(int argc, char** argv)
                  "toolkit");
     app.require_subcommand(1);
     app.failure_message(DescribeMistake);
-    app.set_version_flag(
-        "--version",
-        "toolkit " +
-            Toolkit::UTF8::ToUTF8(
-                std::unique_ptr<Toolkit::Version>(Toolkit::Version::Create())->ToString()));
+    app.set_version_flag("--version", "toolkit " + GetLibraryVersion());
     AddLogCommand(app, action);
     AddIniCommand(app, action);
     AddZipCommand(app, action);

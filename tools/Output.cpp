@@ -1,5 +1,7 @@
 #include "Output.h"
 
+#include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <poll.h>
 #include <unistd.h>

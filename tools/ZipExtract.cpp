@@ -1,6 +1,7 @@
 #include "ZipExtract.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>

@@ -170,7 +170,7 @@ TEST_F(DynamicLibraryTest, KeepsADetachedLibraryLoadedUntilUnload)
 
 TEST_F(DynamicLibraryTest, IgnoresNullPassedToUnload)
 {
-    DynamicLibrary::Unload(nullptr);
+    EXPECT_NO_THROW(DynamicLibrary::Unload(nullptr));
 }
 
 TEST_F(DynamicLibraryTest, LoadsALibraryWithANonAsciiNameInTheCLocale)

@@ -16,7 +16,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::UnorderedElementsAre;
 
 // Two connected sockets: what is written to `writer` can be read from `reader`.
@@ -113,10 +112,9 @@ TEST_F(SocketSetTest, FindsTicksAndSockets)
 TEST_F(SocketSetTest, ReportsSeveralTicksOnce)
 {
     m_set.SetTicking(1);
-    EXPECT_TRUE(WaitForTick(m_set));
-    m_set.SetTicking(100'000);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
 
-    EXPECT_THAT(m_set.PollReadable(), Not(Contains(SocketSet::c_tick)));
+    EXPECT_THAT(m_set.PollReadable(), ElementsAre(SocketSet::c_tick));
 }
 
 TEST_F(SocketSetTest, StopsTicking)

@@ -180,9 +180,10 @@ TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)
 
 TEST_F(FileLoggerFaultTest, DropsTextWhenItsFileCannotBeCreated)
 {
-    FileLogger logger(SeverityVerbose, Name() + L"/no/such/directory", c_noLimit);
-    logger.Write(L"dropped");
-
+    {
+        FileLogger logger(SeverityVerbose, Name() + L"/no/such/directory", c_noLimit);
+        logger.Write(L"dropped");
+    }
     EXPECT_TRUE(FindFiles().empty());
 }
 

@@ -175,6 +175,12 @@ TEST(ILoggerTest, DoesNotConvertAFilteredValue)
     EXPECT_NO_THROW(logger << std::string_view("a long narrow view") << 1.23456e-300);
 }
 
+TEST(ILoggerTest, WritesASingleCharacterAsItsCode)
+{
+    EXPECT_THAT(Insert('A'), ElementsAre(L"65"));
+    EXPECT_THAT(Insert(L'\u20AC'), ElementsAre(L"8364"));
+}
+
 TEST(ILoggerTest, WritesNumbersAsPlainDecimals)
 {
     EXPECT_THAT(Insert(short{-5}), ElementsAre(L"-5"));

@@ -2,6 +2,7 @@
 // descriptors, and timers whose interval is at least one millisecond. kevent() ignores its timeout
 // and never waits. The queue's own descriptor does not show whether there are events.
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
@@ -64,10 +65,13 @@ std::vector<struct kevent> FindReadable(const Queue& queue)
     return found;
 }
 
-// Reports each expired timer once, with the number of expirations.
-void AppendTimers(Queue& queue, std::vector<struct kevent>& found)
+// Reports each expired timer once, with the number of expirations, until there are `maxCount`
+// events.
+void AppendTimers(Queue& queue, std::size_t maxCount, std::vector<struct kevent>& found)
 {
     for (auto& [id, timer] : queue.timers) {
+        if (found.size() >= maxCount)
+            return;
         intptr_t count = 0;
         for (; timer.next <= Clock::now(); timer.next += timer.interval)
             ++count;
@@ -96,9 +100,9 @@ extern "C" int kevent(int queue, const struct kevent* changes, int changeCount,
     if (eventCount == 0)
         return 0;
     std::vector<struct kevent> found = FindReadable(state);
-    AppendTimers(state, found);
-    int count = 0;
-    for (; count < eventCount && count < static_cast<int>(found.size()); ++count)
-        events[count] = found[static_cast<std::size_t>(count)];
-    return count;
+    const auto maxCount = static_cast<std::size_t>(eventCount);
+    AppendTimers(state, maxCount, found);
+    const std::size_t count = std::min(found.size(), maxCount);
+    std::copy_n(found.begin(), count, events);
+    return static_cast<int>(count);
 }

@@ -21,6 +21,6 @@ cmake "-DMANIFEST=$build/install_manifest.txt" -P "$source/cmake/ToolkitUninstal
 rm "$own"
 left=$(find "$work/prefix" -not -type d)
 [ -z "$left" ] || { echo "left behind:" && echo "$left" && exit 1; }
-left=$(find "$work/prefix/lib/cmake/Toolkit" "$work/prefix/include/toolkit/core" 2>/dev/null) || true
+left=$(find "$work/prefix" -path '*/cmake/Toolkit' -o -path '*/include/toolkit/core')
 [ -z "$left" ] || { echo "folders left behind:" && echo "$left" && exit 1; }
 [ -d "$work/prefix/share/doc" ] || { echo "a system folder is gone" && exit 1; }

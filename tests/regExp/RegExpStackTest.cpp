@@ -23,23 +23,24 @@ using TestSupport::CaughtMessage;
 constexpr const char* c_deepRecursionMessage =
     c_usesPcre2 ? "nothing thrown" : "-21Exp::Match return error: ";
 
-constexpr std::size_t c_pageSize = 4096;
+// At least the size of a page on every common system.
+constexpr std::size_t c_guardSize = std::size_t{64} * 1024;
 
-// Memory for a stack above a guard page.
+// Memory for a stack above a guard area that faults.
 class StackMemory {
 public:
     explicit StackMemory(std::size_t size)
-        : m_size(size), m_memory(static_cast<char*>(mmap(nullptr, size + c_pageSize, PROT_NONE,
+        : m_size(size), m_memory(static_cast<char*>(mmap(nullptr, size + c_guardSize, PROT_NONE,
                                                          MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)))
     {
         mprotect(Begin(), size, PROT_READ | PROT_WRITE);
     }
-    ~StackMemory() { munmap(m_memory, m_size + c_pageSize); }
+    ~StackMemory() { munmap(m_memory, m_size + c_guardSize); }
 
     StackMemory(const StackMemory&) = delete;
     StackMemory& operator=(const StackMemory&) = delete;
 
-    char* Begin() const { return m_memory + c_pageSize; }
+    char* Begin() const { return m_memory + c_guardSize; }
 
 private:
     std::size_t m_size;

@@ -12,6 +12,7 @@ namespace Toolkit::TestSupport {
 namespace {
 
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -41,7 +42,7 @@ TEST_F(CommandTest, ListsTheLogSubcommandInHelp)
     const ProgramResult result = Run({"--help"});
 
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.output, HasSubstr("log "));
+    EXPECT_THAT(result.output, ContainsRegex("\n +log  "));
 }
 
 TEST_F(CommandTest, FailsOnInvalidUsage)

@@ -382,7 +382,7 @@ TEST_F(NamedLogTest, IgnoresAFileOfAnotherUser)
 {
     WriteNewest("-1234560");
     if (::chown(Path("-1234560").c_str(), 12345, 12345) != 0)
-        GTEST_SKIP() << "only root can give a file away";
+        GTEST_SKIP() << "only root may change the owner of a file";
 
     EXPECT_EQ(Run({"log", Name()}).output, "100 info f:1 written\n");
     EXPECT_EQ(Run({"log", Path("-1234560")}).output, "100 info f:1 written-1234560\n");

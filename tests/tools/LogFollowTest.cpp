@@ -43,21 +43,29 @@ protected:
         return WriteAt(static_cast<long>(std::filesystem::file_size(m_path)), text);
     }
 
-    // Returns once the process sleeps: the command then waits until it reads the log again.
-    static void AwaitSleep(pid_t process)
+    // Returns "S" for a process that sleeps, and "Z" for one that has ended.
+    static std::string ReadState(pid_t process)
     {
         std::string pid;
         std::string name;
         std::string state;
-        while (state != "S")
-            std::ifstream("/proc/" + std::to_string(process) + "/stat") >> pid >> name >> state;
+        std::ifstream("/proc/" + std::to_string(process) + "/stat") >> pid >> name >> state;
+        return state;
+    }
+
+    // Returns once the process sleeps, which the command does until it reads the log again, or has
+    // ended.
+    static void AwaitSleep(pid_t process)
+    {
+        for (std::string state; state != "S" && state != "Z";)
+            state = ReadState(process);
     }
 
     // Returns once the process has read the log: it sleeps before and after reading.
     static void AwaitPoll(pid_t process)
     {
         const long first = CountSleeps(process);
-        while (CountSleeps(process) < first + 2)
+        while (CountSleeps(process) < first + 2 && ReadState(process) != "Z")
             Thread::Sleep(1);
     }
 
@@ -238,7 +246,7 @@ TEST_F(LogFollowTest, IgnoresAFallbackFileOfAnotherUser)
     const std::string other = PathOf("other.qvlog");
     ToolFixture::Write(L"other.qvlog", "2 5000 : 1 : f : forged\n");
     if (::chown(other.c_str(), 12345, 12345) != 0)
-        GTEST_SKIP() << "only root can give a file away";
+        GTEST_SKIP() << "only root may change the owner of a file";
     std::filesystem::rename(other, PathOf("app-1234560.qvlog"));
     ToolFixture::Write(L"app-1234570.qvlog", "2 6000 : 1 : f : fallback\n");
 
