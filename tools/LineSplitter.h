@@ -26,7 +26,7 @@ public:
         }
     }
 
-    /// Call this after the last block: passes the last line to `onLine` if it has no line end.
+    /// Call this after the last block: passes the last line to `onLine` if it has no line ending.
     void Finish(const LineHandler& onLine)
     {
         if (!m_line.empty())

@@ -53,13 +53,14 @@ Content ToContent(const Utf8& text)
 
 Utf8 DecodeQuotedPrintable(const Utf8& encoded)
 {
-    // Removes soft line breaks first: the decoder would drop only their "=" and keep the line end.
+    // Removes soft line breaks first: the decoder would drop only their "=" and keep the line
+    // ending.
     return UTF8::ToUTF8(QP::ToUNICODE(UTF8::ToUNICODE(Remove("=[ \\t]*\\r?\\n", encoded))));
 }
 
 Content DecodeBase64(const Utf8& encoded)
 {
-    // The decoder would treat a line end as a digit.
+    // The decoder would treat a line ending as a digit.
     return B64::ToB64(UTF8::ToUNICODE(Remove("\\s+", encoded)));
 }
 

@@ -19,8 +19,8 @@ using Arguments = std::vector<std::string>;
 /// What the host prints after it has handed its command line to a serving host.
 constexpr const char* c_handedOver = "Handed over to the serving host.\n";
 
-/// Tests commands of an installed host that has all plug-ins, with a directory for the files that
-/// the commands read and write.
+/// Fixture with an installed host and a directory for the files that commands read and write. The
+/// host has the example plug-ins and OddCommands, whose commands misbehave.
 class HostWithPlugIns : public testing::Test {
 protected:
     HostWithPlugIns()
@@ -40,18 +40,18 @@ protected:
         return File(name);
     }
 
-    /// Writes an archive of two files. Three of their lines contain "fog", one of them as "Fog".
-    /// The last line of one.txt has no line end.
+    /// Writes texts.zip, an archive of two files and a directory, and returns its path. Two lines
+    /// contain "fog" and one contains "Fog". one.txt does not end with a newline.
     std::string WriteArchive() const
     {
-        const std::string path = File("texts.zip");
         WriteZip(m_directory.File(L"texts.zip"), {{L"one.txt", "fog\nclear\nFog again"},
                                                   {L"folder/", ""},
                                                   {L"folder/two.txt", "no\r\nfog\r\n"}});
-        return path;
+        return File("texts.zip");
     }
 
-    /// Hands over a command that writes its result to the file "result"; does not wait for it.
+    /// Hands over a command with "result" as its output file. Returns without waiting for the
+    /// command to end.
     void HandOver(Arguments arguments) const
     {
         arguments.insert(arguments.end(), {"-out", File("result")});
@@ -60,16 +60,15 @@ protected:
         EXPECT_EQ(result.output, c_handedOver);
     }
 
-    /// Hands over a command, waits until it succeeds and returns the bytes of its result.
+    /// Hands over a command, waits until it ends, expects success and returns the contents of its
+    /// output file.
     std::string RunForResult(const ServingHost& host, const Arguments& arguments)
     {
-        HandOver(arguments);
-        EXPECT_THAT(host.AwaitOutcome(std::to_string(++m_commandCount) + " " + arguments[0]),
-                    testing::StartsWith("done in "));
+        EXPECT_THAT(RunForOutcome(host, arguments), testing::StartsWith("done in "));
         return ReadWholeFile(File("result"));
     }
 
-    /// Hands over a command, waits until it ends and returns the outcome that the host shows.
+    /// Hands over a command, waits until it ends and returns the outcome that the host prints.
     std::string RunForOutcome(const ServingHost& host, const Arguments& arguments)
     {
         HandOver(arguments);
@@ -94,7 +93,7 @@ protected:
 
     const InstalledProgram m_host{HOST_PROGRAM};
     const TempDir m_directory;
-    int m_commandCount = 0;
+    int m_commandCount = 0; // the host numbers its commands from 1
 };
 
 } // namespace Toolkit::TestSupport

@@ -1,11 +1,12 @@
 #pragma once
 
-/// Creates the objects that are alive when the process ends, in the program itself or in a plug-in.
+/// Creates objects that nothing destroys before the program ends or the plug-in is unloaded. The
+/// program and each plug-in have their own copy of this function.
 ///
-/// `what` names them, such as "static logger" or "server"; ProcessEndTest.cpp lists the names. Each
-/// logger has received the lines "line 0" to "line 99", except with "logging threads", whose two
-/// threads log until the process ends.
+/// `what` is one of the names that ProcessEndTest.cpp lists, for example "static logger". Each
+/// logger gets the lines "line 0" to "line 99". With "logging threads", two threads log other lines
+/// until the process ends instead.
 extern "C" __attribute__((visibility("default"))) void SetUpScene(const char* what);
 
-/// Starts the library, for a program that does not link it.
+/// Starts the library. Called by ProcessEndUnlinkedHost, which does not link it.
 extern "C" __attribute__((visibility("default"))) void StartLibrary();

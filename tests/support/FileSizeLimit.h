@@ -6,8 +6,9 @@
 
 namespace Toolkit::TestSupport {
 
-/// Lets this process, and the programs that it starts, write files of at most `sizeBytes` bytes.
-/// Simulates a full disk.
+/// Limits the files that this process and the programs that it starts can write to `sizeBytes`
+/// bytes, to simulate a full disk. Writing beyond that fails with EFBIG. The destructor restores
+/// the old limit.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(std::size_t sizeBytes);

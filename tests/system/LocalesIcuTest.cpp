@@ -24,8 +24,8 @@ namespace {
 using TestSupport::ScopedEnvironment;
 using TestSupport::ScopedTimeZone;
 
-// Returns ICU's locales. The environment can name each of them: the library ignores what follows a
-// dot or an at sign in the environment, but these names contain neither.
+// Returns the names of all ICU locales. Each works as the value of LC_ALL: the library cuts that
+// value at the first dot or at sign, and these names contain neither.
 std::vector<std::string> ListAvailableLocales()
 {
     std::vector<std::string> locales;
@@ -34,7 +34,8 @@ std::vector<std::string> ListAvailableLocales()
     return locales;
 }
 
-// Returns the pattern that the installed ICU has for `locale`; empty if it has none.
+// Returns the installed ICU's pattern for `locale`; empty on failure. Either `time` or `date` is
+// UDAT_NONE.
 std::u16string GetIcuPattern(const std::string& locale, UDateFormatStyle time,
                              UDateFormatStyle date)
 {
@@ -53,7 +54,8 @@ bool HasLoneLetter(const std::u16string& pattern, char16_t letter)
     return first != std::u16string::npos && pattern.find(letter, first + 1) == std::u16string::npos;
 }
 
-// Whether the library uses the pattern unchanged.
+// Whether the library uses the pattern unchanged, apart from the spaces that it removes from a date
+// pattern. It removes or replaces quoted text, eras (G) and periods of the day (B).
 bool IsPlain(const std::u16string& pattern)
 {
     for (const char16_t character : pattern) {
@@ -85,7 +87,7 @@ TEST(LocalesIcuTest, ReturnsPlainIcuPatternsUnchanged)
                                        std::wstring(time.begin(), time.end()))
             << locale;
     }
-    EXPECT_GT(plainLocales, 50);
+    EXPECT_GT(plainLocales, 50) << "the loop has compared hardly any locale";
 }
 
 TEST(LocalesIcuTest, LeavesNoQuotesOrDoubleSpaces)
@@ -98,15 +100,15 @@ TEST(LocalesIcuTest, LeavesNoQuotesOrDoubleSpaces)
     }
 }
 
-// Returns `text` without the AM and PM strings.
+// Returns `text` without the AM and PM strings of wxWidgets.
 std::wstring RemoveAmPm(TString<wchar_t> text)
 {
     wxString am;
     wxString pm;
     wxDateTime::GetAmPmStrings(&am, &pm);
-    for (const wxString& name : {am, pm}) {
-        if (!name.empty())
-            text.Replace(name.ToStdWstring(), L"");
+    for (const wxString& period : {am, pm}) {
+        if (!period.empty())
+            text.Replace(period.ToStdWstring(), L"");
     }
     return text;
 }
@@ -121,7 +123,7 @@ TEST(LocalesIcuTest, LeavesNoPatternLettersInAFormattedDate)
             DateTime(2009, 3, 5, hour, 4, 9).GetString(text);
             for (const wchar_t character : RemoveAmPm(text))
                 EXPECT_FALSE(std::iswalpha(static_cast<std::wint_t>(character)))
-                    << locale << ": " << std::string(text.begin(), text.end());
+                    << locale << ": " << testing::PrintToString(text);
         }
     }
 }

@@ -42,6 +42,17 @@ private:
     std::atomic<int>& m_calls;
 };
 
+// Notifies the listeners of `notifier` in its destructor.
+class NotifyingListener : public IListener {
+public:
+    explicit NotifyingListener(Notifier& notifier) : m_notifier(notifier) {}
+    ~NotifyingListener() override { m_notifier.Send(); }
+    void OnEvent() override {}
+
+private:
+    Notifier& m_notifier;
+};
+
 class EventNotifierTest : public testing::Test {
 protected:
     class Listener : public IListener {
@@ -164,6 +175,20 @@ TEST_F(EventNotifierTest, KeepsARemovedListenerAliveUntilThePassEnds)
     m_notifier.Send();
 
     EXPECT_THAT(m_destroyed, ElementsAre("a"));
+}
+
+TEST_F(EventNotifierTest, LetsARemovedListenerNotifyInItsDestructor)
+{
+    smart_ptr<IListener> removed(new NotifyingListener(m_notifier));
+    m_notifier.AddListener(CreateListener("remover", [&] {
+        m_notifier.RemoveListener(removed);
+        removed = smart_ptr<IListener>();
+    }));
+    m_notifier.AddListener(removed);
+
+    m_notifier.Send();
+
+    EXPECT_THAT(m_calls, ElementsAre("remover", "remover"));
 }
 
 TEST_F(EventNotifierTest, SkipsAListenerThatWasRemovedBeforeItsTurn)

@@ -30,7 +30,7 @@ EntrySearch::EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun
 {
 }
 
-// Does not call ZipInputStream::ReadLine(), which drops a last line without a line end.
+// Does not call ZipInputStream::ReadLine(), which drops a last line without a line ending.
 bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
 {
     bool isStored = true;

@@ -5,7 +5,7 @@
 #include <string>
 
 /// Splits bytes that arrive in blocks into lines. A line ends at a line feed, or at a carriage
-/// return and a line feed; the line end is not part of the line.
+/// return and a line feed; the line ending is not part of the line.
 class LineSplitter {
 public:
     /// A longer line is split into lines of this size, in bytes.
@@ -31,7 +31,7 @@ public:
         }
     }
 
-    /// Calls `onLine` with the last line if it has no line end. Call it after the last block.
+    /// Calls `onLine` with the last line if it has no line ending. Call it after the last block.
     template <typename Action>
     void AddEnd(Action onLine)
     {

@@ -50,7 +50,7 @@ std::optional<Span> FindLine(std::string_view bytes)
     return Span{0, static_cast<std::size_t>(end - bytes.begin())};
 }
 
-// Skips spaces, tabs and line ends, and returns the next word; nothing if `bytes` do not contain
+// Skips spaces, tabs and line endings, and returns the next word; nothing if `bytes` do not contain
 // its end.
 std::optional<Span> FindWord(std::string_view bytes)
 {

@@ -30,7 +30,7 @@ public:
     /// False after an error, and after a read that reached the end of the entry.
     bool IsOk() const;
 
-    /// Reads the next word and the space, tab or line end after it. `word` is empty if none is
+    /// Reads the next word and the space, tab or line ending after it. `word` is empty if none is
     /// left.
     ZipInputStream& operator>>(TString<wchar_t>& word);
 

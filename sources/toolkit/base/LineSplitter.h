@@ -6,7 +6,7 @@
 namespace Toolkit::Base {
 
 /// Splits text into lines. A line ends with a line feed, a carriage return, or a carriage return
-/// and a line feed; the last line may have no line end.
+/// and a line feed; the last line may have no line ending.
 ///
 ///     for (Base::LineSplitter lines(text); lines.MoveToNextLine();)
 ///         Use(lines.Line());
@@ -19,11 +19,11 @@ public:
     /// line.
     bool MoveToNextLine();
 
-    /// Returns the current line without its line end.
+    /// Returns the current line without its line ending.
     std::string_view Line() const { return m_line; }
 
     /// Returns the one or two characters that end the current line; empty if it is the last line
-    /// and has no line end.
+    /// and has no line ending.
     std::string_view LineEnd() const { return m_lineEnd; }
 
 private:

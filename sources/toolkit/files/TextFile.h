@@ -20,7 +20,7 @@ class TextFileLines;
 ///             Use(file.GetNextLine());
 ///     }
 ///
-/// A line ends in a line feed, a carriage return or both, and keeps its line end when it is
+/// A line ends in a line feed, a carriage return or both, and keeps its line ending when it is
 /// written. One object is used by one thread at a time. Only the results report failures; nothing
 /// is logged. When out of memory, only GetFirstLine() and GetNextLine() throw `std::bad_alloc`,
 /// because an empty result would look like a line; the cursor stays where it was.

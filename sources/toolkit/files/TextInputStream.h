@@ -19,7 +19,7 @@ public:
     }
     ~TextInputStream() override;
 
-    /// Replaces `word` with the next word. Words end at line ends and at the separators of
+    /// Replaces `word` with the next word. Words end at line endings and at the separators of
     /// `stream`, by default space and tab. Empty at the end of the stream, and when out of memory.
     TextInputStream& operator>>(TString<wchar_t>& word);
 };

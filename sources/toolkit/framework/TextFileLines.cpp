@@ -86,7 +86,7 @@ bool TextFileLines::EncodeLines(std::string& bytes) const
         const wxString& line = GetLine(i);
         if (!Base::AppendEncodedUtf8(bytes, line.wx_str(), line.length()))
             return false;
-        // The last line of the loaded file may have no line end; it needs one if lines follow.
+        // The last line of the loaded file may have no line ending; it needs one if lines follow.
         const bool isLast = i + 1 == GetLineCount();
         const wxTextFileType type = GetLineType(i);
         const wxChar* const lineEnd =

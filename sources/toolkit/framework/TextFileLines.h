@@ -17,7 +17,7 @@ public:
     /// decoded. Throws `std::bad_alloc`; lines loaded so far then remain, but Save() fails.
     bool Load(const std::string& path);
 
-    /// Replaces the loaded file with the lines, each with its line end, in UTF-8 without a
+    /// Replaces the loaded file with the lines, each with its line ending, in UTF-8 without a
     /// byte-order mark, whatever the encoding was. Returns false, with the file unchanged, if that
     /// fails or no file is loaded. Throws `std::bad_alloc`.
     bool Save() const;

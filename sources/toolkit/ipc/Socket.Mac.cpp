@@ -12,18 +12,18 @@ namespace {
 
 constexpr int c_maxEventsPerPoll = 32;
 
-bool Prepare(const Base::FileDescriptor& socket)
+bool SetOptions(const Base::FileDescriptor& socket)
 {
     const int on = 1;
     return socket.IsOpen() && ::fcntl(socket.Get(), F_SETFD, FD_CLOEXEC) == 0 &&
            ::setsockopt(socket.Get(), SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on) == 0;
 }
 
-bool Change(int set, int identifier, short filter, unsigned short action, long value)
+bool UpdateFilter(int queue, int identifier, short filter, unsigned short flags, long data)
 {
     struct kevent change {};
-    EV_SET(&change, identifier, filter, action, 0, value, nullptr);
-    return ::kevent(set, &change, 1, nullptr, 0, nullptr) == 0;
+    EV_SET(&change, identifier, filter, flags, 0, data, nullptr);
+    return ::kevent(queue, &change, 1, nullptr, 0, nullptr) == 0;
 }
 
 } // namespace
@@ -31,20 +31,21 @@ bool Change(int set, int identifier, short filter, unsigned short action, long v
 Base::FileDescriptor CreateSocket()
 {
     Base::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
-    return Prepare(socket) ? std::move(socket) : Base::FileDescriptor();
+    return SetOptions(socket) ? std::move(socket) : Base::FileDescriptor();
 }
 
 bool RestrictToOwner(const Base::FileDescriptor&)
 {
-    // A socket has no mode until it has a file. IsPeerOfThisUser() keeps other users out instead.
+    // On macOS, a socket gets a mode only when bind() creates its file. IsPeerOfThisUser() rejects
+    // other users instead.
     return true;
 }
 
 Base::FileDescriptor AcceptClient(const Base::FileDescriptor& listener)
 {
     Base::FileDescriptor socket(::accept(listener.Get(), nullptr, nullptr));
-    return Prepare(socket) && SetBlocking(socket, false) ? std::move(socket)
-                                                         : Base::FileDescriptor();
+    return SetOptions(socket) && SetBlocking(socket, false) ? std::move(socket)
+                                                            : Base::FileDescriptor();
 }
 
 ssize_t Send(const Base::FileDescriptor& socket, const char* bytes, std::size_t length)
@@ -61,7 +62,7 @@ bool IsPeerOfThisUser(const Base::FileDescriptor& socket)
 
 SocketSet::SocketSet() : m_file(::kqueue())
 {
-    ::fcntl(m_file.Get(), F_SETFD, FD_CLOEXEC);
+    ::fcntl(m_file.Get(), F_SETFD, FD_CLOEXEC); // harmless if kqueue() failed
 }
 
 bool SocketSet::IsUsable() const
@@ -71,17 +72,17 @@ bool SocketSet::IsUsable() const
 
 bool SocketSet::Add(int socket)
 {
-    return Change(m_file.Get(), socket, EVFILT_READ, EV_ADD, 0);
+    return UpdateFilter(m_file.Get(), socket, EVFILT_READ, EV_ADD, 0);
 }
 
 bool SocketSet::Remove(int socket)
 {
-    return Change(m_file.Get(), socket, EVFILT_READ, EV_DELETE, 0);
+    return UpdateFilter(m_file.Get(), socket, EVFILT_READ, EV_DELETE, 0);
 }
 
 void SocketSet::SetTicking(unsigned int intervalMs)
 {
-    Change(m_file.Get(), 0, EVFILT_TIMER, intervalMs > 0 ? EV_ADD : EV_DELETE, intervalMs);
+    UpdateFilter(m_file.Get(), 0, EVFILT_TIMER, intervalMs > 0 ? EV_ADD : EV_DELETE, intervalMs);
 }
 
 std::vector<int> SocketSet::PollReadable()

@@ -11,12 +11,12 @@
 
 namespace Toolkit {
 
-/// A list of listeners with the interface `T`, for classes that report events.
+/// Base of classes that report events to listeners with the interface `T`.
 ///
 /// Listeners are called in the order in which they were added, under the notifier's recursive lock.
-/// During its call, a listener may add and remove listeners, including itself; an added one is
-/// called by the same Notify(). Other threads wait until all listeners have been called. Any thread
-/// may call the operations.
+/// During its call, a listener may add and remove listeners, including itself; a listener added
+/// then is called by the same Notify(). Any thread may call the operations; they wait until a
+/// Notify() on another thread has called all listeners.
 template <typename T>
 class TOOLKIT_API EventNotifier {
 public:
@@ -37,9 +37,9 @@ public:
             m_listeners.push_back(listener);
     }
 
-    /// Removes the first entry with the same object; false if there is none. An entry that is
-    /// removed during a Notify() is not called any more, and its listener lives until the outermost
-    /// Notify() ends. That needs memory; when out of memory, returns false and keeps the listener.
+    /// Removes the first entry for the object of `listener`; false if there is none. A listener
+    /// removed during Notify() is no longer called, and is kept alive until the outermost Notify()
+    /// ends. Removing then needs memory: when out of memory, returns false and keeps the entry.
     bool RemoveListener(const smart_ptr<T>& listener)
     {
         const MutexLocker locker(m_lock, MutexInternal::Infinite);
@@ -63,8 +63,8 @@ public:
     }
 
 protected:
-    /// Calls `operation` with each listener. If it throws, the listeners after that one are not
-    /// called, and the exception reaches the caller.
+    /// Calls `operation` with each listener. If `operation` throws, skips the remaining listeners
+    /// and passes the exception to the caller.
     template <typename Operation>
     void Notify(Operation operation)
     {
@@ -80,7 +80,7 @@ private:
     using Listeners = std::list<smart_ptr<T>>;
 
     // One run of Notify(). Removing a listener during a pass only empties its entry; the outermost
-    // pass erases empty entries.
+    // pass erases the empty entries when it ends.
     class Pass {
     public:
         explicit Pass(EventNotifier& notifier) TOOLKIT_REQUIRES(notifier.m_lock)
@@ -95,7 +95,9 @@ private:
                 return;
             m_notifier.m_listeners.remove_if(
                 [](const smart_ptr<T>& entry) { return !entry.IsValid(); });
-            m_notifier.m_removed.clear();
+            // The destructor of a listener may call Notify(), whose pass then finds an empty list.
+            Listeners removed;
+            removed.swap(m_notifier.m_removed);
         }
 
         Pass(const Pass&) = delete;
@@ -105,9 +107,9 @@ private:
         EventNotifier& m_notifier;
     };
 
-    Listeners m_listeners TOOLKIT_GUARDED_BY(m_lock); // no entry is empty outside of a pass
+    Listeners m_listeners TOOLKIT_GUARDED_BY(m_lock); // no entry is empty outside a pass
     Mutex m_lock;
-    Listeners m_removed TOOLKIT_GUARDED_BY(m_lock);
+    Listeners m_removed TOOLKIT_GUARDED_BY(m_lock); // kept alive until the outermost pass ends
     int m_runningPasses TOOLKIT_GUARDED_BY(m_lock);
 };
 

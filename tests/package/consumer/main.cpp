@@ -1,3 +1,4 @@
+// Built and run against an installed copy of the library.
 #include <cstdio>
 #include <cwchar>
 #include <toolkit/Toolkit.h>
@@ -22,7 +23,7 @@ private:
 };
 
 // Constructed before main() runs: the library's constants must exist by then.
-const TString<wchar_t> s_lineEnd = Toolkit::ILogger::c_strLogToken3;
+const TString<wchar_t> s_newline = Toolkit::ILogger::c_strLogToken3;
 
 bool RunWorker()
 {
@@ -42,11 +43,11 @@ int Fail(const char* what)
 
 int main()
 {
-    if (s_lineEnd != L"\n")
-        return Fail("constants before main()");
+    if (s_newline != L"\n")
+        return Fail("a constant is missing before main()");
     Toolkit::LibModuleManager* registry = Toolkit::LibModuleManager::GetInstance();
     if (!registry)
-        return Fail("registry at load");
+        return Fail("there is no registry when the library is loaded");
 
     registry->Initialize(true);
     const TString<wchar_t> version = Toolkit::Version::GetInstance()->ToString();
@@ -54,7 +55,7 @@ int main()
     registry->Release(true);
 
     if (!hasRun)
-        return Fail("worker thread");
+        return Fail("the worker thread has not run");
     std::printf("version %ls\n", version.c_str());
     return 0;
 }
