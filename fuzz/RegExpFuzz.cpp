@@ -1,4 +1,5 @@
-// IsMatch() and Match() agree on whether a pattern matches, and groups lie inside the subject.
+// IsMatch() and Match() have the same outcome, errors included. Each group is the part of the
+// subject at its offsets, and each name leads to its group.
 
 #include "toolkit/regExp/RegExp.h"
 
@@ -30,7 +31,7 @@ void RequireValidGroups(const MatchResult& result)
         Require(value.empty() ||
                 result.subject.compare(static_cast<std::size_t>(begin), value.size(), value) == 0);
     }
-    // Names may be empty, because PCRE accepts (?'').
+    // An empty name is valid: PCRE accepts (?'').
     for (const auto& [name, number] : result.names)
         Require(result[static_cast<unsigned short>(number)]->name == name);
 }
@@ -49,6 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const PatternOutcome matchOutcome = GetOutcome([&] {
         const smart_ptr<MatchResult> result = regExp.Match(subject);
         RequireValidGroups(*result);
+        // More groups than `ovector` holds, 0, count as no match, as in IsMatch().
         return std::string(result->resultCode > 0 ? "yes" : "no");
     });
 

@@ -16,12 +16,12 @@ std::size_t GetSequenceLength(unsigned char lead)
     return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
 }
 
-// False for a surrogate, for a character that fewer bytes can encode, and above U+10FFFF.
+// False for surrogates, overlong encodings and values above U+10FFFF.
 bool IsValidCode(char32_t code, std::size_t length)
 {
-    constexpr char32_t minCodeOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
+    constexpr char32_t minCodeByLength[] = {0, 0, 0x80, 0x800, 0x10000};
     const bool isSurrogate = code >= 0xD800 && code < 0xE000;
-    return code >= minCodeOfLength[length] && code <= 0x10FFFF && !isSurrogate;
+    return code >= minCodeByLength[length] && code <= 0x10FFFF && !isSurrogate;
 }
 
 } // namespace
@@ -31,6 +31,7 @@ Character ReadCharacter(std::string_view& text)
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = GetSequenceLength(lead);
     bool isValid = length > 0 && length <= text.size();
+    // The first of n bytes carries 7 - n bits of the code, if there are several.
     char32_t code = length < 2 ? lead : lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; isValid && i < length; ++i) {
         const auto next = static_cast<unsigned char>(text[i]);
@@ -43,14 +44,15 @@ Character ReadCharacter(std::string_view& text)
     return {isValid ? code : lead, isValid, bytes};
 }
 
-bool ActsOnTerminal(char32_t code)
+bool IsUnsafeForTerminal(char32_t code)
 {
     const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
     const bool isSeparator = code == 0x2028 || code == 0x2029;
-    const bool isDirectionMark = code == 0x061C || (code >= 0x200E && code <= 0x200F) ||
-                                 (code >= 0x202A && code <= 0x202E) ||
-                                 (code >= 0x2066 && code <= 0x2069);
-    return isControl || isSeparator || isDirectionMark || code == 0xFEFF;
+    const bool isBidiControl = code == 0x061C || (code >= 0x200E && code <= 0x200F) ||
+                               (code >= 0x202A && code <= 0x202E) ||
+                               (code >= 0x2066 && code <= 0x2069);
+    const bool isByteOrderMark = code == 0xFEFF;
+    return isControl || isSeparator || isBidiControl || isByteOrderMark;
 }
 
 } // namespace Tool

@@ -15,8 +15,8 @@ struct Character {
 /// Reads the first character of `text` and removes it from `text`, which must not be empty.
 Character ReadCharacter(std::string_view& text);
 
-/// Whether a terminal acts on the character instead of showing it: control characters, line and
-/// paragraph separators, marks that change the direction of text, and U+FEFF.
-bool ActsOnTerminal(char32_t code);
+/// Whether a terminal may interpret the character instead of displaying it: control characters,
+/// line and paragraph separators, characters that change the direction of text, and U+FEFF.
+bool IsUnsafeForTerminal(char32_t code);
 
 } // namespace Tool

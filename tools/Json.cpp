@@ -24,7 +24,7 @@ void AppendJson(std::string& target, std::string_view text)
         const Character first = ReadCharacter(text);
         if (!first.isValid)
             AppendEscape(target, 0xFFFD);
-        else if (ActsOnTerminal(first.code))
+        else if (IsUnsafeForTerminal(first.code))
             AppendEscape(target, first.code);
         else if (first.code == '"' || first.code == '\\')
             target.append("\\").append(first.bytes);

@@ -33,7 +33,7 @@ void AppendVisible(std::string& target, std::string_view text)
         if (text.empty())
             return;
         const Character first = ReadCharacter(text);
-        if (!first.isValid || ActsOnTerminal(first.code))
+        if (!first.isValid || IsUnsafeForTerminal(first.code))
             AppendEscape(target, first.code);
         else
             target.append(first.bytes);

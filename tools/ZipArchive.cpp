@@ -47,7 +47,8 @@ ZipArchive::ZipArchive(const std::string& path, const ZipSelection& selection)
         throw Failure(path + " is not a Zip archive");
     // The archive must be reopened to be listed again.
     m_archive.Open(ToWideArgument(path));
-    m_archive.EntriesList(m_entries, ToWideArgument(selection.filter), selection.type);
+    if (m_archive.EntriesList(m_entries, ToWideArgument(selection.filter), selection.type) < 0)
+        throw Failure("cannot list " + path);
 }
 
 void ZipArchive::Read(const Entry& entry, const std::function<void(std::string_view)>& onBlock)

@@ -7,27 +7,28 @@
 
 namespace Tool {
 
-/// Which entries of an archive to list. ArchiveZip::EntriesList() describes `filter` and `type`.
+/// Which entries of an archive to list. See ArchiveZip::EntriesList() for `filter` and `type`.
 struct ZipSelection {
     std::string filter;
     Toolkit::ArchiveEntriesFlags::ArchiveEntriesType type =
         Toolkit::ArchiveEntriesFlags::AllEntries;
 };
 
-/// A Zip archive and its entries.
+/// A Zip archive and a selection of its entries.
 class ZipArchive {
 public:
     using Entry = Toolkit::smart_ptr<Toolkit::ArchiveZipEntry>;
 
-    /// Opens an archive and lists the entries in `selection`. Throws a `Failure` if `path` is not a
+    /// Opens an archive and lists the entries of `selection`. Throws a `Failure` if `path` is not a
     /// readable Zip archive.
     ZipArchive(const std::string& path, const ZipSelection& selection);
 
-    /// The selected entries by name.
+    /// Returns the selected entries, keyed by name.
     const Toolkit::ArchiveZip::EntriesMap& GetEntries() const { return m_entries; }
 
     /// Calls `onBlock` with the bytes of an entry, block by block. Throws a `Failure` if the entry
-    /// is encrypted or damaged; `onBlock` has then received the bytes before the damage.
+    /// is encrypted or damaged. A wrong checksum is found only at the end, after `onBlock` has
+    /// received all bytes.
     void Read(const Entry& entry, const std::function<void(std::string_view)>& onBlock);
 
 private:

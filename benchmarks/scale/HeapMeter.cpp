@@ -28,14 +28,17 @@ std::size_t GetPeak()
 
 } // namespace Scale::HeapMeter
 
+// Counts usable block sizes. The array and nothrow forms of `new` call this one; over-aligned
+// objects are not counted.
 void* operator new(std::size_t size)
 {
     void* const memory = std::malloc(size);
     if (!memory)
         throw std::bad_alloc();
-    const std::size_t now = s_allocated += ::malloc_usable_size(memory);
-    std::size_t highest = s_peak;
-    while (now > highest && !s_peak.compare_exchange_weak(highest, now)) {
+    const std::size_t allocated = s_allocated += ::malloc_usable_size(memory);
+    // Raises `s_peak`, unless another thread has raised it further.
+    std::size_t peak = s_peak;
+    while (allocated > peak && !s_peak.compare_exchange_weak(peak, allocated)) {
     }
     return memory;
 }

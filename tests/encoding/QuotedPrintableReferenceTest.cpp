@@ -72,7 +72,7 @@ TEST(QuotedPrintableReferenceTest, DecodesRandomStringsLikeTheReference)
     }
 }
 
-TEST(QuotedPrintableReferenceTest, AgreesWithTheReferenceInHasToBeQPForEveryByte)
+TEST(QuotedPrintableReferenceTest, FindsTheSameBytesToEscapeAsTheReference)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const TString<char> text(static_cast<char>(byte));
@@ -96,8 +96,9 @@ TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForSmallLengths)
 
 TEST(QuotedPrintableReferenceTest, BreaksLinesLikeTheReferenceForHugeLengths)
 {
-    // A negative first length wraps around to a huge one. With a line length above 0x7FFFFFFE, each
-    // break is inserted to the left of the previous one.
+    // A negative `firstLineLength` wraps around to a huge one. A `lineLength` near 2^32 wraps
+    // around too, so each break is inserted to the left of the previous one. One near 2^31 leaves
+    // room for at most one break.
     RandomText random(5);
     for (int round = 0; round < c_rounds; ++round) {
         const auto firstLineLength = static_cast<unsigned int>(random.Number(-3, 60));
@@ -120,7 +121,7 @@ std::string DecodeWithGMime(const std::string& code)
     return bytes;
 }
 
-TEST(QuotedPrintableReferenceTest, EncodesStringsThatGMimeDecodes)
+TEST(QuotedPrintableReferenceTest, CreatesCodeThatGMimeDecodes)
 {
     RandomText random(6);
     for (int round = 0; round < c_rounds; ++round) {

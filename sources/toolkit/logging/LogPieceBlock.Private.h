@@ -9,23 +9,25 @@ namespace Toolkit {
 /// Collects pieces of log text, as UTF-8, in a block that is written to the file with one system
 /// call.
 ///
-/// A process killed during a write leaves what the kernel has copied so far, and the kernel checks
-/// for the signal only between two pages of the file: the part of a write that lies in one page is
-/// written as a whole or not at all. So a block ends with the last whole piece before the end of a
-/// page. A piece that crosses the end of a page comes first in its block. Only such a piece can be
-/// cut, at the end of a page, and it is then the last one written. No other division into writes
-/// prevents that, because several pages cannot be written atomically.
+/// If the process is killed during a write, the file keeps what the kernel has copied so far. The
+/// kernel checks for SIGKILL only between two pages, so the bytes of a write that lie in one page
+/// are written completely or not at all. A block therefore holds only whole pieces, and ends at the
+/// latest with the page in which its first piece ends. A piece that crosses the end of a page comes
+/// first in its block. Only such a piece can be cut, at the end of a page, and nothing after it is
+/// written. This cannot be avoided, because no write to several pages is atomic.
 class LogPieceBlock {
 public:
     explicit LogPieceBlock(std::size_t pageSize);
 
-    /// Empties the block, which will be written at `offset` in the file.
+    /// Starts an empty block, which will be written at `offset` in the file. Call it before the
+    /// first Append().
     void Begin(long long offset);
 
-    /// Appends `piece`. Returns false if the block has no room for it: write the block, call
-    /// Begin() and repeat the call. The first piece always has room. Drops a piece that UTF-8
-    /// cannot encode or that does not fit into memory, and returns true. A narrow piece is Latin-1.
+    /// Appends `piece`. Returns false if it does not fit: then write the block, call Begin() and
+    /// append the piece again. The first piece always fits. A piece that UTF-8 cannot encode, or
+    /// for which memory runs out, is dropped, and the result is true.
     bool Append(std::wstring_view piece);
+    /// The same for a piece in Latin-1.
     bool Append(std::string_view piece);
 
     bool IsEmpty() const { return m_bytes.empty(); }

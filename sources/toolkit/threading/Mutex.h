@@ -13,25 +13,25 @@ class smart_ptr_inner_data;
 
 /// A recursive mutex whose lock operation has a time-out. `MutexLocker` locks it for a scope.
 ///
-/// The thread that holds the mutex may lock it again, and must unlock it as often as it locked it.
+/// The thread that holds the mutex may lock it again, and must unlock it once for each lock.
 /// Lock() and Unlock() report failures only by their results: they neither throw nor log.
 class TOOLKIT_CAPABILITY("mutex") TOOLKIT_API MutexInternal {
 public:
-    /// The time-out for a wait without limit.
+    /// A time-out that never expires.
     static constexpr unsigned int Infinite = 0xFFFFFFFF;
 
-    /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
+    /// If `initiallyLocked`, the calling thread holds the new mutex. Throws
     /// `std::bad_alloc` when out of memory.
     explicit MutexInternal(bool initiallyLocked);
-    /// The mutex may still be locked, even by another thread, and nothing is logged. No thread may
-    /// be waiting for it.
+    /// Destroying a locked mutex is allowed, even if another thread holds it, and logs nothing. But
+    /// no thread may be waiting for it.
     virtual ~MutexInternal();
 
     MutexInternal(const MutexInternal&) = delete;
     MutexInternal& operator=(const MutexInternal&) = delete;
 
     /// Waits about `timeoutMs` milliseconds for the mutex, at most 10 longer; `Infinite` waits
-    /// forever. Returns whether the call has locked the mutex.
+    /// forever. Returns whether it locked the mutex.
     ///
     /// The mutex is polled: with a time-out of 25, Lock() makes three attempts and sleeps 10 ms
     /// after each one that fails, 30 ms in all. With 0 to 9 it makes one attempt and never sleeps.
@@ -51,14 +51,14 @@ private:
 
     CountedMutex* CreateOnFirstUse();
 
-    std::atomic<CountedMutex*> m_mutex; // owned
+    std::atomic<CountedMutex*> m_mutex; // owned; null until the first Lock() after OnFirstUse
 };
 
-/// The mutex to declare in a program. Adds only a constructor to `MutexInternal`, which functions
-/// take as a parameter.
+/// Declare mutexes as `Mutex`, and pass them to functions as `MutexInternal&`. `Mutex` adds
+/// nothing.
 class TOOLKIT_API Mutex : public MutexInternal {
 public:
-    /// With `initiallyLocked` the calling thread holds the mutex from the start. Throws
+    /// If `initiallyLocked`, the calling thread holds the new mutex. Throws
     /// `std::bad_alloc` when out of memory.
     explicit Mutex(bool initiallyLocked);
     ~Mutex() override;
@@ -66,13 +66,13 @@ public:
 
 /// Holds a mutex for the rest of a scope.
 ///
-/// If the time-out expires, the locker neither holds nor unlocks the mutex, and offers no way to
-/// find out. To be sure of the lock, wait with `MutexInternal::Infinite`.
+/// If the time-out expires, the locker neither holds nor unlocks the mutex, and cannot report it.
+/// Pass `MutexInternal::Infinite` unless the lock is optional.
 class TOOLKIT_SCOPED_CAPABILITY TOOLKIT_API MutexLocker {
 public:
     /// Locks `mutex`, which must outlive the locker; waits like `MutexInternal::Lock()`.
     //
-    // Not checked: Clang cannot follow a lock that is held only if Lock() succeeded.
+    // No thread-safety analysis: Clang cannot track a lock that is held only if Lock() succeeded.
     MutexLocker(MutexInternal& mutex, unsigned int timeoutMs)
         TOOLKIT_ACQUIRE(mutex) TOOLKIT_NO_THREAD_SAFETY_ANALYSIS : m_mutex(mutex)
     {
