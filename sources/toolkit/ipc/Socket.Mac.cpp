@@ -19,7 +19,7 @@ bool SetOptions(const Base::FileDescriptor& socket)
            ::setsockopt(socket.Get(), SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on) == 0;
 }
 
-bool UpdateFilter(int queue, int identifier, short filter, unsigned short flags, long data)
+bool ChangeFilter(int queue, int identifier, short filter, unsigned short flags, long data)
 {
     struct kevent change {};
     EV_SET(&change, identifier, filter, flags, 0, data, nullptr);
@@ -72,17 +72,17 @@ bool SocketSet::IsUsable() const
 
 bool SocketSet::Add(int socket)
 {
-    return UpdateFilter(m_file.Get(), socket, EVFILT_READ, EV_ADD, 0);
+    return ChangeFilter(m_file.Get(), socket, EVFILT_READ, EV_ADD, 0);
 }
 
 bool SocketSet::Remove(int socket)
 {
-    return UpdateFilter(m_file.Get(), socket, EVFILT_READ, EV_DELETE, 0);
+    return ChangeFilter(m_file.Get(), socket, EVFILT_READ, EV_DELETE, 0);
 }
 
 void SocketSet::SetTicking(unsigned int intervalMs)
 {
-    UpdateFilter(m_file.Get(), 0, EVFILT_TIMER, intervalMs > 0 ? EV_ADD : EV_DELETE, intervalMs);
+    ChangeFilter(m_file.Get(), 0, EVFILT_TIMER, intervalMs > 0 ? EV_ADD : EV_DELETE, intervalMs);
 }
 
 std::vector<int> SocketSet::PollReadable()
