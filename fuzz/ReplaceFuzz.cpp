@@ -14,7 +14,8 @@ namespace {
 
 using namespace Toolkit;
 
-// Whether `to` contains no character of `from`: replacing then terminates.
+// Whether `from` is not empty and shares no character with `to`. Replacing then terminates, because
+// each step removes characters of `from`.
 bool AreDisjoint(const std::wstring& from, const std::wstring& to)
 {
     return !from.empty() && to.find_first_of(from) == std::wstring::npos;

@@ -1,7 +1,8 @@
 #pragma once
 
-/// Prints the paths that the library found.
+/// Prints the names of the application and the paths that PathManager reports.
 void PrintPaths();
 
-/// Prints the platform, the versions and whether another host is running.
+/// Prints the platform, the versions of the library and of wxWidgets, and whether another host is
+/// running.
 void PrintSystem();

@@ -22,18 +22,21 @@ Text GetServicePath()
 
 HandOverResult SendToServingHost(const Text& line)
 {
-    // Starts no attempt after this time. One attempt may take IPCClient::c_timeoutMs.
-    constexpr unsigned int limitMs = 15'000;
+    // A failed attempt is repeated unless this much time has passed. Each attempt may itself take
+    // IPCClient::c_timeoutMs.
+    constexpr unsigned int retryLimitMs = 15'000;
     constexpr unsigned int pauseMs = 50;
 
     const unsigned int startMs = GetTickCount();
     while (!IPCClient::Connect(GetServicePath(), line)) {
-        if (!SingleApplicationInstance::GetInstance()->IsAlreadyRunning())
+        // Null when out of memory.
+        const auto instance = SingleApplicationInstance::GetInstance();
+        if (instance.IsValid() && !instance->IsAlreadyRunning())
             return HandOverResult::NoOtherHost;
-        if (GetTickCount() - startMs > limitMs)
+        if (GetTickCount() - startMs > retryLimitMs)
             return HandOverResult::NotAccepted;
         Thread::Sleep(pauseMs);
-        // SingleApplicationInstance checks the lock only when it is created.
+        // The constructor alone checks the lock, so only a new object notices that it is free.
         SingleApplicationInstance::ReleaseInstance();
         SingleApplicationInstance::CreateInstance();
     }

@@ -29,18 +29,19 @@ using testing::UnorderedElementsAre;
 
 constexpr std::uint16_t c_encryptedFlag = 1; // marks an encrypted entry of a Zip archive
 
-// Changes the working directory, which started programs inherit. The destructor restores it.
-class ScopedDirectory {
+// Changes the working directory of this process and of the programs that it starts. The destructor
+// restores it.
+class ScopedWorkingDirectory {
 public:
-    explicit ScopedDirectory(const std::filesystem::path& directory)
+    explicit ScopedWorkingDirectory(const std::filesystem::path& directory)
         : m_oldDirectory(std::filesystem::current_path())
     {
         std::filesystem::current_path(directory);
     }
-    ~ScopedDirectory() { std::filesystem::current_path(m_oldDirectory); }
+    ~ScopedWorkingDirectory() { std::filesystem::current_path(m_oldDirectory); }
 
-    ScopedDirectory(const ScopedDirectory&) = delete;
-    ScopedDirectory& operator=(const ScopedDirectory&) = delete;
+    ScopedWorkingDirectory(const ScopedWorkingDirectory&) = delete;
+    ScopedWorkingDirectory& operator=(const ScopedWorkingDirectory&) = delete;
 
 private:
     const std::filesystem::path m_oldDirectory;
@@ -271,9 +272,9 @@ TEST_F(HostCommandsTest, WritesAResultToRegularFilesOnly)
     EXPECT_FALSE(std::filesystem::exists(File("none")));
 }
 
-// In a shared directory, another user could guess the name of a temporary file and create a link
-// there. These are names that a predictable scheme would use.
-TEST_F(HostCommandsTest, DoesNotFollowALinkAtAGuessedTemporaryName)
+// In a shared directory, another user who guesses the name of a temporary file could create a link
+// with that name. The names below are those that a predictable scheme would use.
+TEST_F(HostCommandsTest, DoesNotFollowALinkWithAPredictableTemporaryName)
 {
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
@@ -346,7 +347,7 @@ TEST_F(HostCommandsTest, ResolvesRelativePathsAgainstTheDirectoryOfTheCaller)
     const std::string archive = WriteArchive();
     const ServingHost host(m_host);
 
-    const ScopedDirectory inside(m_directory.Path());
+    const ScopedWorkingDirectory inside(m_directory.Path());
     m_host.Run({"list", "-archive", "texts.zip", "-out", "relative"});
 
     EXPECT_THAT(host.AwaitOutcome("1 list"), StartsWith("done in "));

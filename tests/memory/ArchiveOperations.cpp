@@ -69,7 +69,7 @@ void ClosesArchive(Attempt& attempt)
         other.Destroy();
         const ArchiveZip none;
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 // An open archive whose entries have been listed, with streams for two of them.

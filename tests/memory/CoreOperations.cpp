@@ -80,7 +80,7 @@ void UsesPointersWithoutAllocating(Attempt& attempt)
         second = smart_ptr<int>::Empty();
         second = copy;
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && *second == 7);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && *second == 7);
 }
 
 void ConstructsBytes(Attempt& attempt)
@@ -203,7 +203,7 @@ void DestroysStream(Attempt& attempt)
 {
     auto stream = std::make_unique<FSStream>(GetStreamPath(), FSStream::OpenWrite);
     attempt.Run([&] { stream->~FSStream(); });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
     ::operator delete(stream.release());
 }
 
@@ -211,7 +211,7 @@ void DestroysBytes(Attempt& attempt)
 {
     auto bytes = std::make_unique<Bytes>(c_data, c_size);
     attempt.Run([&] { bytes.reset(); });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void UsesSerializers(Attempt& attempt)
@@ -236,7 +236,7 @@ void UsesSerializers(Attempt& attempt)
 void Asserts(Attempt& attempt)
 {
     attempt.Run([] { ASSERT(false); });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 } // namespace

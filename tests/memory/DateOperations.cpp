@@ -75,7 +75,7 @@ void UsesDate(Attempt& attempt)
         date->Now();
         date.Destroy();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight);
 }
 
 void Parses(Attempt& attempt)
@@ -146,7 +146,7 @@ void GetsSeparator(Attempt& attempt)
     TString<wchar_t> text;
     bool isOfLocale = true;
     attempt.Run([&] { isOfLocale = Locales::GetDecimalSeparator(text); });
-    attempt.ExpectAlways(!attempt.HasFailed() && !isOfLocale && text == L".");
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && !isOfLocale && text == L".");
 }
 
 } // namespace

@@ -83,7 +83,7 @@ void UsesFile(Attempt& attempt)
                  !file->IsEOF() && file->Flush() && file->Close();
         file.Destroy();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRead);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRead);
 }
 
 void ChecksFileExists(Attempt& attempt)
@@ -164,7 +164,7 @@ void ClosesTextFile(Attempt& attempt)
         file.Destroy();
         other.Destroy();
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void ReadsWord(Attempt& attempt)
@@ -183,7 +183,7 @@ void DestroysWordStream(Attempt& attempt)
     wxMemoryInputStream memory(bytes.data(), bytes.size());
     auto* const text = new wxTextInputStream(memory);
     attempt.Run([&] { const TextInputStream stream(text); });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 // Directories.
@@ -304,7 +304,7 @@ void UnloadsLibrary(Attempt& attempt)
         library.Destroy();
         other.Destroy();
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 // Settings.
@@ -334,7 +334,7 @@ void FindsSettings(Attempt& attempt)
     const IniFile file(GetFilePath());
     bool isRight = false;
     attempt.Run([&] { isRight = file.HasSection(c_section) && file.HasValue(c_section, c_key); });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight);
 }
 
 // When out of memory, IniFile never returns the default instead of the value.
@@ -394,7 +394,7 @@ void ReleasesPathsInstance(Attempt& attempt)
         PathManager::ReleaseInstance();
         static_cast<void>(PathManager::GetInstance());
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && !PathManager::GetInstance().IsValid());
     PathManager::CreateInstance();
 }
 

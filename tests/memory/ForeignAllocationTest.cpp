@@ -91,10 +91,10 @@ void PrepareChild()
     PrepareChild();
     Attempt attempt(Origin::Foreign, persistence, index);
     operation.run(attempt);
-    s_report->hasFailed = attempt.HasFailed();
+    s_report->hasFailed = attempt.HasAllocationFailed();
     s_report->isComplete = true;
     StoreModule();
-    ::_exit(attempt.Failures() > 0 || testing::Test::HasFailure() ? 1 : 0);
+    ::_exit(attempt.CountUnexpectedResults() > 0 || testing::Test::HasFailure() ? 1 : 0);
 }
 
 Outcome GetOutcome(int status)

@@ -56,7 +56,7 @@ void SetsSeverity(Attempt& attempt)
 {
     NullLogger logger;
     attempt.Run([&] { logger << SetSeverity(SeverityInfo); });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void UsesNullLogger(Attempt& attempt)
@@ -65,7 +65,7 @@ void UsesNullLogger(Attempt& attempt)
         NullLogger logger;
         logger.Write(c_text);
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 template <typename Logger>
@@ -117,7 +117,7 @@ void ReleasesInstance(Attempt& attempt)
         static_cast<void>(ILogger::GetInstance());
         static_cast<void>(ILogger::GetLogger());
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void ForwardsMessage(Attempt& attempt)

@@ -62,7 +62,7 @@ void DestroysServer(Attempt& attempt)
     auto server = std::make_unique<IPCServer>(GetService());
     server->Run();
     attempt.Run([&] { server.reset(); });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void DeliversMessage(Attempt& attempt)
@@ -72,7 +72,7 @@ void DeliversMessage(Attempt& attempt)
     const smart_ptr<IPCConnectionEvent> listener(new Listener(calls));
     server.AddListener(listener);
     attempt.Run([&] { server.SendExecuteEvent(c_text); });
-    attempt.ExpectAlways(!attempt.HasFailed() && calls == 1);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && calls == 1);
 }
 
 void ConnectsWithoutServer(Attempt& attempt)

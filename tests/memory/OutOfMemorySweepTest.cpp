@@ -53,9 +53,9 @@ protected:
             SCOPED_TRACE("allocation " + std::to_string(index));
             Attempt attempt(Origin::Library, persistence, index);
             operation.run(attempt);
-            hasFailed = attempt.HasFailed();
+            hasFailed = attempt.HasAllocationFailed();
             s_failedAllocations += hasFailed ? 1 : 0;
-            if (attempt.Failures() > 0)
+            if (attempt.CountUnexpectedResults() > 0)
                 return;
         }
     }

@@ -133,13 +133,13 @@ void ThrowsOutOfMemory(Attempt& attempt)
             isCaught = exception->function == "Throw";
         }
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isCaught);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isCaught);
 }
 
 void ConstructsException(Attempt& attempt)
 {
     attempt.Run([] { const RegExpException exception; });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void ConstructsGroup(Attempt& attempt)
@@ -156,7 +156,7 @@ void ConstructsResult(Attempt& attempt)
         MatchResult result;
         isSuccess = result.Success();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && !isSuccess);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && !isSuccess);
 }
 
 void AddsGroup(Attempt& attempt)
@@ -189,7 +189,7 @@ void UsesGroups(Attempt& attempt)
         groups.reset();
         const GroupCollection none;
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight);
 }
 
 } // namespace

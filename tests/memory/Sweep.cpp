@@ -44,9 +44,9 @@ bool Attempt::CheckException(Rule rule, std::exception_ptr thrown)
     return false;
 }
 
-void Attempt::Expect(bool success, bool failure)
+void Attempt::Expect(bool isSuccess, bool isDocumentedFailure)
 {
-    if (success || (m_hasFailed && failure))
+    if (isSuccess || (m_hasFailed && isDocumentedFailure))
         return;
     ++m_failures;
     ADD_FAILURE() << (m_hasFailed ? "neither the result of success nor a documented failure"

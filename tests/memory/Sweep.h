@@ -9,9 +9,9 @@
 
 #include "memory/AllocationFault.h"
 
-/// The out-of-memory sweep: runs each public operation repeatedly. The first run makes the first
-/// allocation fail, the second run the second one, and so on until a run makes too few allocations
-/// to fail.
+/// The out-of-memory sweep: runs each exported operation repeatedly. The first allocation fails in
+/// the first run, the second in the second run, and so on, until a run ends before it reaches the
+/// allocation that should fail.
 namespace Toolkit::TestSupport {
 
 /// What an operation may do when memory runs out.
@@ -21,25 +21,27 @@ enum class Rule {
     RegExp    ///< It may throw a `smart_ptr<RegExpException>`.
 };
 
-/// One run of an operation.
+/// One pass of the sweep over an Operation, which may call Run() several times.
 class Attempt {
 public:
-    /// In each Run(), makes the allocation of `origin` with this index fail.
+    /// In each Run(), makes the allocation of `origin` with this index fail, counted from 0; with
+    /// Persistence::FromThenOn all later ones too.
     Attempt(Origin origin, Persistence persistence, long index)
         : m_origin(origin), m_persistence(persistence), m_index(index)
     {
     }
 
-    /// Calls `operation` with the chosen allocation failing. Returns false if it threw. An
-    /// exception fails the test unless an allocation failed and `rule` allows the exception.
-    template <typename Operation>
-    bool Run(Rule rule, Operation operation)
+    /// Calls `action` with the chosen allocation failing. Returns false if `action` threw. An
+    /// exception fails the test unless an allocation has failed in this or an earlier Run() and
+    /// `rule` allows the exception.
+    template <typename Action>
+    bool Run(Rule rule, Action action)
     {
         std::exception_ptr thrown;
         {
             const AllocationFault fault(m_origin, m_persistence, m_index);
             try {
-                operation();
+                action();
             } catch (...) {
                 thrown = std::current_exception();
             }
@@ -48,24 +50,25 @@ public:
         return CheckException(rule, thrown);
     }
 
-    /// Runs an operation that must not throw.
-    template <typename Operation>
-    void Run(Operation operation)
+    /// Calls an action that must not throw.
+    template <typename Action>
+    void Run(Action action)
     {
-        Run(Rule::NoThrow, std::move(operation));
+        Run(Rule::NoThrow, std::move(action));
     }
 
     /// Whether an allocation has failed in any Run().
-    bool HasFailed() const { return m_hasFailed; }
+    bool HasAllocationFailed() const { return m_hasFailed; }
 
-    /// Expects `success` if no allocation failed, and `success` or `failure` if one did.
-    void Expect(bool success, bool failure = false);
+    /// Expects `isSuccess` if no allocation has failed, and `isSuccess` or `isDocumentedFailure` if
+    /// one has.
+    void Expect(bool isSuccess, bool isDocumentedFailure = false);
 
-    /// Expects `condition` whether or not an allocation failed.
+    /// Expects `condition` whether or not an allocation has failed.
     void ExpectAlways(bool condition) { Expect(condition, condition); }
 
     /// Number of failed expectations and of exceptions that were not allowed.
-    int Failures() const { return m_failures; }
+    int CountUnexpectedResults() const { return m_failures; }
 
 private:
     bool CheckException(Rule rule, std::exception_ptr thrown);
@@ -77,8 +80,8 @@ private:
     int m_failures = 0;
 };
 
-/// Storage for one object, so that creating the object allocates only what its constructor
-/// allocates.
+/// Holds one object in place instead of on the heap, so that only the allocations of its
+/// constructor can fail.
 template <typename Object>
 class Storage {
 public:

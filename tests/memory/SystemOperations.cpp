@@ -49,7 +49,7 @@ void ReleasesInstance(Attempt& attempt)
         Class::ReleaseInstance();
         static_cast<void>(Class::GetInstance());
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && !Class::GetInstance().IsValid());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && !Class::GetInstance().IsValid());
 }
 
 void QueriesSystem(Attempt& attempt)
@@ -80,7 +80,7 @@ void ConstructsSystemInfo(Attempt& attempt)
         const SystemInfo running;
         const SystemInfo other(platform);
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 void StartsProcess(Attempt& attempt)
@@ -110,7 +110,7 @@ void UsesVersion(Attempt& attempt)
         isRight = version == same && version > none && none < version &&
                   version.CompareVersion(text) == 0 && version.CompareVersion(none) == 1;
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight);
 }
 
 void FormatsVersion(Attempt& attempt)
@@ -186,7 +186,7 @@ void GetsTicks(Attempt& attempt)
         const MacAutoreleasePool pool;
         static_cast<void>(MacInitCocoa());
     });
-    attempt.ExpectAlways(!attempt.HasFailed());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed());
 }
 
 // Modules.
@@ -234,8 +234,8 @@ void UsesModules(Attempt& attempt)
         static_cast<void>(LibModuleManager::GetInstance());
         LibModuleManager::CreateInstance();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && module.starts == 1 && module.stops == 1 &&
-                         other.stops == 1);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && module.starts == 1 &&
+                         module.stops == 1 && other.stops == 1);
 }
 
 // Unregisters itself while it is released.
@@ -259,7 +259,7 @@ void UnregistersModuleWhileReleasing(Attempt& attempt)
     manager.Initialize(false);
     attempt.Run([&] { manager.Release(false); });
     manager.Initialize(false);
-    attempt.ExpectAlways(!attempt.HasFailed() && module.starts == 1);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && module.starts == 1);
     manager.Release(false);
 }
 
@@ -287,7 +287,7 @@ void ReleasesLibraryModule(Attempt& attempt)
     ToolkitModule module;
     module.Initialize();
     attempt.Run([&] { module.Release(); });
-    attempt.ExpectAlways(!attempt.HasFailed() && !PathManager::GetInstance().IsValid());
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && !PathManager::GetInstance().IsValid());
 }
 
 void LoadsLibrary(Attempt& attempt)
@@ -308,7 +308,8 @@ void LoadsLibrary(Attempt& attempt)
 void UnloadsLibrary(Attempt& attempt)
 {
     attempt.Run([] { DllToolkitUnload(); });
-    attempt.ExpectAlways(!attempt.HasFailed() && LibModuleManager::GetInstance() == nullptr);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() &&
+                         LibModuleManager::GetInstance() == nullptr);
     DllToolkitLoad();
 }
 

@@ -56,7 +56,7 @@ void ChecksHasToBeUtf8(Attempt& attempt)
 {
     bool hasToBe = true;
     attempt.Run([&] { hasToBe = UTF8::HasToBeUTF8(c_wide); });
-    attempt.ExpectAlways(!attempt.HasFailed() && !hasToBe);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && !hasToBe);
 }
 
 const TString<wchar_t> c_quotable = L"a text, with = in it, and more than a few words";
@@ -94,7 +94,7 @@ void ChecksHasToBeQpNarrow(Attempt& attempt)
 {
     bool hasToBe = false;
     attempt.Run([&] { hasToBe = QP::HasToBeQP(c_narrow, 1, 76, false); });
-    attempt.ExpectAlways(!attempt.HasFailed() && hasToBe);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && hasToBe);
 }
 
 const unsigned char* const c_data = reinterpret_cast<const unsigned char*>("AB");
@@ -129,7 +129,7 @@ void ComputesBase64Lengths(Attempt& attempt)
 {
     int sum = 0;
     attempt.Run([&] { sum = GetCodeLength(4) + GetDataLength(4); });
-    attempt.ExpectAlways(!attempt.HasFailed() && sum == 11);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && sum == 11);
 }
 
 void EncodesB64(Attempt& attempt)
@@ -208,14 +208,14 @@ void Compares(Attempt& attempt)
                  TString<char>::Empty().empty() && TString<wchar_t>::Empty().empty() &&
                  c_wideNumber.ToUint32() == 12 && c_wideNumber.ToInt32() == 12;
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isSame);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isSame);
 }
 
 void TrimsAndLowersCase(Attempt& attempt)
 {
     TString<wchar_t> text = L"   A text that is too long for the string itself   ";
     attempt.Run([&] { text.Trim().ToLower(); });
-    attempt.ExpectAlways(!attempt.HasFailed() && text == c_wide);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && text == c_wide);
 }
 
 void Replaces(Attempt& attempt, const wchar_t* from, const wchar_t* to, const wchar_t* expected)

@@ -68,7 +68,7 @@ void UsesMutex(Attempt& attempt)
         isRight = mutex->Lock(10) && mutex->Unlock() && !mutex->Unlock();
         mutex.reset();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight);
 }
 
 void ConstructsEvent(Attempt& attempt)
@@ -92,7 +92,7 @@ void UsesEvent(Attempt& attempt)
         isRight = isRight && !event->Wait(0);
         event.reset();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight);
 }
 
 class Handler : public BackgroundOperationHandler {
@@ -127,7 +127,7 @@ void UsesOperation(Attempt& attempt)
         isRight = operation->Wait() && operation->GetLastOperationDate() > 0;
         operation.reset();
     });
-    attempt.ExpectAlways(!attempt.HasFailed() && isRight && handler->Calls() == 2);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && isRight && handler->Calls() == 2);
 }
 
 void AddsListener(Attempt& attempt)
@@ -220,7 +220,7 @@ void KillsThread(Attempt& attempt)
     Worker worker;
     wxThreadError result = wxTHREAD_NO_ERROR;
     attempt.Run([&] { result = worker.Kill(); });
-    attempt.ExpectAlways(!attempt.HasFailed() && result == wxTHREAD_NOT_RUNNING);
+    attempt.ExpectAlways(!attempt.HasAllocationFailed() && result == wxTHREAD_NOT_RUNNING);
 }
 
 void HoldsFramework(Attempt& attempt)

@@ -19,6 +19,7 @@ TEST(AtomicRecursionTest, MakesSubroutineCallsAtomic)
         {"(?<n>a)(?P>n)", "(?<n>a)(?>(?P>n))"},
         {"(?<n>a)\\g<n>", "(?<n>a)(?>\\g<n>)"},
         {"(a)\\g'1'", "(a)(?>\\g'1')"},
+        {"\\[(?:[^][]+|(?R))*\\]", "\\[(?:[^][]+|(?>(?R)))*\\]"},
         {"(?x: # (?1)\n (a)(?1))", "(?x: # (?1)\n (a)(?>(?1)))"}};
     for (const auto& [pattern, expected] : cases)
         EXPECT_EQ(MakeRecursionAtomic(pattern), expected);

@@ -16,7 +16,7 @@ TEST(PatternNestingTest, CountsLevelsInsteadOfParentheses)
         {"((a)(b))", 2},  {"(a(b(c)))", 3},  {"(?:a)(?=b)", 1}, {"\\(\\(a", 0},
         {"[(][(](a)", 1}, {"[](](a)(b)", 1}, {"[^](](a)", 1},   {"[[:alpha:](](a)", 1},
         {"[\\](](a)", 1}, {"(", 1},          {")(a)", 1},       {"((((", 4},
-        {"(a)\\)(b)", 1}, {"(a)[)](b)", 1}};
+        {"(a)\\)(b)", 1}, {"(a)[)](b)", 1},  {"(a)[[)](b)", 1}};
     for (const auto& [pattern, expected] : cases)
         EXPECT_EQ(MeasureNesting(pattern), expected) << pattern;
 }

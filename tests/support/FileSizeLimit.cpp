@@ -6,7 +6,8 @@ namespace Toolkit::TestSupport {
 
 FileSizeLimit::FileSizeLimit(std::size_t sizeBytes)
 {
-    // By default, SIGXFSZ kills the process at the first write that does not fit.
+    // By default, the first write that starts at or beyond the limit raises SIGXFSZ, which kills
+    // the process.
     struct sigaction ignore {};
     ignore.sa_handler = SIG_IGN;
     ::sigaction(SIGXFSZ, &ignore, &m_oldAction);

@@ -4,7 +4,7 @@
 
 namespace Toolkit::TestSupport {
 
-/// Sets the C locale of the process. The destructor restores it.
+/// Sets the process's locale with setlocale(LC_ALL). The destructor restores the old one.
 class ScopedLocale {
 public:
     /// Fails the test if the system has no locale `name`.

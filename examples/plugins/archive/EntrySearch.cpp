@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::size_t c_blockSize = std::size_t{64} * 1024;
 
-// Entries may contain any bytes. A line that is not UTF-8 is decoded as ISO 8859-1; null bytes,
-// which would end the string, become spaces.
+// Entries may contain any bytes. A line that is not UTF-8 is decoded as ISO 8859-1. Null bytes
+// become spaces, because the conversions stop at the first one.
 TString<char> ToUtf8(std::string bytes)
 {
     std::replace(bytes.begin(), bytes.end(), '\0', ' ');
@@ -30,24 +30,24 @@ EntrySearch::EntrySearch(const TString<wchar_t>& pattern, HostPlugIn::CommandRun
 {
 }
 
-// Does not call ZipInputStream::ReadLine(), which drops a last line without a line ending.
 bool EntrySearch::Search(const TString<wchar_t>& name, ZipInputStream& stream)
 {
     bool isStored = true;
     unsigned int number = 0;
     const auto examine = [&](const std::string& line) {
-        isStored = Examine(name, ++number, line) && isStored;
+        ++number;
+        isStored = isStored && Examine(name, number, line);
     };
 
     wxZipInputStream& bytes = *static_cast<wxZipInputStream*>(stream);
     std::vector<char> block(c_blockSize);
+    // Not ZipInputStream::ReadLine(), which drops a last line without a line ending.
     LineSplitter lines;
     while (isStored && bytes.Read(block.data(), block.size()).LastRead() > 0)
         lines.Add(block.data(), bytes.LastRead(), examine);
     lines.AddEnd(examine);
     if (bytes.GetLastError() == wxSTREAM_READ_ERROR)
-        m_run.Warn(L"the entry \"" + name +
-                   L"\" is damaged and was searched only up to the damage");
+        m_run.Warn(L"the entry \"" + name + L"\" is damaged; matching lines may be missing");
     return isStored;
 }
 

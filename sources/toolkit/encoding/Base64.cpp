@@ -14,16 +14,16 @@
 
 namespace {
 
-// GetCodeLength() and GetDataLength() take lengths as int.
+// The longest input that is encoded or decoded: GetCodeLength() and GetDataLength() take an int.
 constexpr unsigned int c_maxInputLength = std::numeric_limits<int>::max();
 
-// Returns 0 for no input and for a result of 2 GiB or more, which makes GetCodeLength() negative.
+// Like GetCodeLength(), but takes any length and returns 0 for a result of 2 GiB or more.
 int ComputeCodeLength(unsigned int length)
 {
     return length <= c_maxInputLength ? std::max(GetCodeLength(static_cast<int>(length)), 0) : 0;
 }
 
-// Returns null when out of memory. The caller's `delete[]` frees the array.
+// Returns null when out of memory. The caller frees the array with `delete[]`.
 unsigned char* Allocate(int size)
 {
     return new (std::nothrow) unsigned char[static_cast<std::size_t>(size)];
@@ -34,6 +34,7 @@ unsigned char* Allocate(int size)
 int GetCodeLength(int length)
 {
     const int groups = length / 3 + (length % 3 > 0 ? 1 : 0);
+    // Unsigned, so that a result of 2 GiB or more wraps around to a negative one.
     return static_cast<int>(4u * static_cast<unsigned int>(groups));
 }
 
@@ -77,8 +78,8 @@ bool b64_encode_binary(const unsigned char* in, unsigned int length, unsigned ch
 namespace Toolkit {
 namespace {
 
-// In bytes. A multiple of 3, so that only the last chunk is padded, and small enough for both
-// buffers to stay in the L1 cache.
+// In bytes. A multiple of 3, so that only the last chunk is padded, and small enough for the
+// buffers of Encode() to stay in the L1 cache.
 constexpr std::size_t c_chunkLength = 768;
 
 // Returns the Base64 form as a wide string. Encodes in chunks, so that the narrow characters need

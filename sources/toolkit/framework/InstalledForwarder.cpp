@@ -10,7 +10,7 @@
 namespace Toolkit::Framework {
 namespace {
 
-// Recursive, because the logger may use wxWidgets, which then logs again. Not constinit: the
+// Recursive, because the logger may use wxWidgets, which may log in turn. Not constinit: the
 // constructor of libc++'s std::recursive_mutex is not constexpr.
 Base::CheckedRecursiveMutex s_lock;
 wxLog* s_target BASE_GUARDED_BY(s_lock) = nullptr;
@@ -21,11 +21,12 @@ std::atomic<unsigned int> s_forksAtInstall{0}; // CountForks() when s_target was
 // then wait until the logger has handled its current message.
 void ReinitializeLock()
 {
+    // Not destroyed first: destroying a locked mutex is undefined.
     new (&s_lock) Base::CheckedRecursiveMutex();
 }
 
-// False in a forked child: the queued messages are its parent's, and another thread of the parent
-// may have held the lock with which wxWidgets guards them.
+// False if the process has been forked since InstallForwarder(): the queued messages are the
+// parent's, and another of its threads may have held the lock of wxWidgets that guards them.
 bool OwnsQueuedMessages()
 {
     return s_forksAtInstall == Base::CountForks();
@@ -35,6 +36,7 @@ bool OwnsQueuedMessages()
 
 void InstallForwarder(wxLog* target)
 {
+    // Registers the handler once; ignores a failure.
     [[maybe_unused]] static const int error = ::pthread_atfork(nullptr, nullptr, ReinitializeLock);
 
     const Base::CheckedLock lock(s_lock);

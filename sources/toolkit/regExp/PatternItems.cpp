@@ -23,7 +23,8 @@ std::size_t MeasureClassItem(const char* text)
     case '\\':
         return MeasureEscape(text);
     case '[':
-        return MeasureNamedClass(text);
+        // An ordinary character, except before the marks of "[:alpha:]", "[.a.]" and "[=a=]".
+        return std::strchr(":.=", text[1]) ? MeasureNamedClass(text) : 1;
     default:
         return 1;
     }
