@@ -33,7 +33,7 @@ private:
     IpcListener& m_listener;
 };
 
-// Checks regularly whether a signal has arrived, or nobody reads standard output any more.
+// Checks regularly whether a signal has arrived, or standard output has lost its reader.
 class StopTimer : public wxTimer {
 public:
     explicit StopTimer(IpcListener& listener) : m_listener(listener)

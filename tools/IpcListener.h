@@ -23,7 +23,7 @@ public:
     /// Prints a message, and ends the event loop after the last one.
     void Receive(const TString<wchar_t>& text);
 
-    /// Ends the event loop if a stop signal has arrived or nobody reads the output any more.
+    /// Ends the event loop if a stop signal has arrived or the output has lost its reader.
     void CheckStopConditions();
 
 private:

@@ -7,7 +7,7 @@
 
 namespace Tool {
 
-/// Thrown when nobody reads standard output any more.
+/// Thrown when the reader of standard output has closed the pipe.
 class BrokenPipe : public std::exception {
 public:
     const char* what() const noexcept override { return "broken pipe"; }
@@ -43,7 +43,7 @@ public:
     void Flush();
 
     /// Waits `durationMs` milliseconds, or until a signal arrives. Throws `BrokenPipe` as soon as
-    /// nobody reads the output.
+    /// the output has lost its reader.
     void Sleep(int durationMs) const;
 
 private:

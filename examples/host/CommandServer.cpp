@@ -48,7 +48,7 @@ private:
 
 } // namespace
 
-/// Runs one command on a thread of its own.
+/// Runs one command on its own thread.
 class CommandWorker : public Thread {
 public:
     /// When the command has ended, calls `onEnded` on the thread of the event loop.

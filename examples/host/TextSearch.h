@@ -4,7 +4,7 @@
 #include <toolkit/logging/Log.h>
 #include <toolkit/threading/Thread.h>
 
-/// Reads a text file on a thread of its own, and logs and counts the lines that contain a string,
+/// Reads a text file on its own thread, and logs and counts the lines that contain a string,
 /// regardless of case.
 ///
 /// Run() starts the search; the results may be read after Wait().

@@ -17,7 +17,7 @@ namespace {
 using TestSupport::ScopedLocale;
 using TestSupport::TempDir;
 
-// Copies the probe library for each test, so that it is loaded anew.
+// Copies the probe library for each test, so that each test loads it afresh.
 class DynamicLibraryTest : public testing::Test {
 protected:
     void SetUp() override

@@ -149,7 +149,7 @@ TEST_F(FileLoggerFaultTest, UsesANewTickCountForEachAttempt)
     const unsigned int start = GetTickCount();
     const FileLogger logger(SeverityVerbose, Name(), c_noLimit);
 
-    // Many attempts to open a file fail meanwhile.
+    // Many attempts to open a file fail during this time.
     Await([start] { return GetTickCount() - start >= 100; });
     const unsigned int earliest = GetTickCount();
     noDescriptors.reset();
@@ -167,7 +167,7 @@ TEST_F(FileLoggerFaultTest, StopsAtOnceWithoutAFile)
         const NoDescriptors noDescriptors;
         auto logger = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
         logger->Write(L"dropped");
-        // The first attempts to open a file fail meanwhile.
+        // The first attempts to open a file fail during this time.
         Thread::Sleep(50);
 
         const auto start = std::chrono::steady_clock::now();
@@ -243,7 +243,7 @@ TEST_F(FileLoggerFaultTest, OpensItsFileWhenMemoryIsAvailableAgain)
         Thread::Sleep(100);
         {
             const AllocationLimit none(0);
-            // Several attempts to open a file fail meanwhile.
+            // Several attempts to open a file fail during this time.
             Thread::Sleep(100);
         }
         noDescriptors.reset();

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 constexpr auto c_maxEndTime = 5s;
 
 // Threads that log read the pointer to the logger without a lock. Replacing or releasing the logger
-// meanwhile is a data race, which ThreadSanitizer would report.
+// at the same time is a data race, which ThreadSanitizer would report.
 #ifdef TOOLKIT_THREAD_SANITIZER
 #define SkipUnderThreadSanitizer() GTEST_SKIP() << "an intended data race"
 #else

@@ -110,7 +110,7 @@ public:
     void OnOperationStarted() override {}
     void OnOperationEnded() override
     {
-        // Blocks for ever if the event is set only after the handlers run.
+        // Blocks forever if the event is set only after the handlers run.
         EXPECT_TRUE(m_operation.Wait());
     }
 

@@ -5,7 +5,7 @@ InputFile::InputFile(HostPlugIn::CommandRun& run) : m_run(run) {}
 bool InputFile::Open()
 {
     const TString<wchar_t>& path = m_run.GetValue(L"in");
-    // Exists() is false for a pipe; opening one could block for ever. SeekEnd() finds the length,
+    // Exists() is false for a pipe; opening one could block forever. SeekEnd() finds the length,
     // because GetLength() returns only the low 32 bits.
     if (!Toolkit::FFile::Exists(path) || !m_file.Open(path, L"rb") || !m_file.SeekEnd(0))
         return m_run.Fail(L"cannot read " + path);

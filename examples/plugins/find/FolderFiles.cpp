@@ -37,7 +37,7 @@ void AddFiles(const Text& root, const Text& subfolder, const Text& fileSpec, boo
     directory.GetFiles(fileSpec, names);
     for (const Text& name : names) {
         const Text path = Join(subfolder, name);
-        // Reading a pipe or a device could block for ever.
+        // Reading a pipe or a device could block forever.
         if (PathManager::FileExists(Join(root, path)))
             paths.push_back(path);
     }

@@ -15,8 +15,8 @@ public:
     UnloadTask(const UnloadTask&) = delete;
     UnloadTask& operator=(const UnloadTask&) = delete;
 
-    /// Calls the functions of all tasks, which must not create or destroy tasks. A thread that
-    /// destroys a task meanwhile waits until all functions have returned.
+    /// Calls the functions of all tasks, which must not create or destroy tasks. Until all
+    /// functions have returned, a thread that destroys a task waits.
     static void RunAll();
 
 private:

@@ -7,7 +7,7 @@ namespace Toolkit {
 
 /// Owns a block of raw bytes, which it copies in and out.
 ///
-/// Share it as `smart_ptr<Bytes>`. Any number of threads may read an object at once; while one
+/// Share it as `smart_ptr<Bytes>`. Any number of threads may read an object concurrently; while one
 /// changes it, no other may use it.
 class TOOLKIT_API Bytes : public ISerialize {
 public:

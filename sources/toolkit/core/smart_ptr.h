@@ -166,7 +166,7 @@ public:
         // Acquire pairs with the release of every other thread's decrement, since all of them led
         // to this count: what those threads did with the object comes before its end as well.
         static_cast<void>(data->count.load(std::memory_order_acquire));
-        // Relaxed: no other thread has a pointer to the block any more.
+        // Relaxed: no other thread has a pointer to the block any longer.
         data->count.store(data->c_released, std::memory_order_relaxed);
         data->policy.Release(m_object);
         if (data->releaseListener)
@@ -181,7 +181,7 @@ private:
         AddRef();
     }
 
-    // Relaxed: the caller already holds a pointer, so the block cannot be freed meanwhile. Whatever
+    // Relaxed: the caller already holds a pointer, so the block cannot be freed now. Whatever
     // hands the copy to another thread also synchronizes the two threads.
     static void Share(smart_ptr_inner_data<Policy>& data)
     {

@@ -6,7 +6,7 @@ namespace Toolkit::Framework {
 
 /// The log target of a worker thread, from construction to destruction, both on that thread.
 ///
-/// Passes the thread's messages to the installed forwarder at once. Without a forwarder, as
+/// Passes the thread's messages to the installed forwarder immediately. Without a forwarder, as
 /// without this object, wxWidgets queues them until the main thread flushes them.
 class ThreadLogTarget : public wxLog {
 public:

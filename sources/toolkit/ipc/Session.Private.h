@@ -23,8 +23,8 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// The unit of time limits. The loop that serves the session counts the ticks. The time that
-    /// the loop spends elsewhere counts as one tick at most, because the client can make no
-    /// progress meanwhile.
+    /// the loop spends elsewhere counts as one tick at most, because the client cannot
+    /// make progress during that time.
     static constexpr std::chrono::milliseconds c_tick{250};
 
     /// Talks to the client on `socket` and calls `execute` with each message. `execute` must

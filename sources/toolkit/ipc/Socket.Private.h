@@ -52,7 +52,7 @@ public:
     SocketFile& operator=(const SocketFile&) = delete;
 
     /// Creates the file and listens. Must be called only once. Replaces a socket file of this user
-    /// on which no process listens any more. False if anything else exists at `path`, which must
+    /// on which no process listens any longer. False if anything else exists at `path`, which must
     /// contain a separator, and if the file cannot be created. Waits up to 2 seconds for another
     /// process that is doing the same, and then returns false.
     bool Listen(const std::string& path);

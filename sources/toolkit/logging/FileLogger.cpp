@@ -215,8 +215,8 @@ bool FileLogger::WaitForData(bool isBusy)
     return m_dataEvent->Wait(waitMs) || !m_stopEvent->Wait(0) || m_dataEvent->Wait(0);
 }
 
-// Writes all queued text, including text that arrives meanwhile; false if there was none. The queue
-// is not locked while the file is written.
+// Writes all queued text, including text that arrives while it writes; false if there was none. The
+// queue is not locked while the file is written.
 bool FileLogger::Drain(LogPieceQueue& batch)
 {
     for (bool hadText = false;; hadText = true) {

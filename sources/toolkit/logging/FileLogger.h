@@ -21,7 +21,7 @@ class LogInbox;
 class LogPieceBlock;
 class LogPieceQueue;
 
-/// Writes log text to a file in the temporary directory, on a thread of its own: `Write` only puts
+/// Writes log text to a file in the temporary directory, on its own thread: `Write` only puts
 /// the text into a queue.
 ///
 /// The file is named after the logger, with the extension ".qvlog", and only its owner can read it.

@@ -24,7 +24,8 @@ bool IsAscii(const std::wstring& text)
 }
 
 // False if `buffer` is a std::wfilebuf that cannot convert `character`: it converts characters only
-// after it has accepted them, and then gets stuck. Other buffers reject such a character at once.
+// after it has accepted them, and then gets stuck. Other buffers reject such a character
+// immediately.
 bool CanConvert(const std::wstreambuf* buffer, wchar_t character)
 {
     using Converter = std::codecvt<wchar_t, char, std::mbstate_t>;

@@ -45,11 +45,11 @@ public:
 
     /// Starts wxWidgets if `initializeFramework` is set and the program does not run its own
     /// application object; does not report a failure. Then initialises all modules in order of
-    /// registration, including those that a module registers meanwhile.
+    /// registration, including those that a module registers while being initialised.
     void Initialize(bool initializeFramework);
 
     /// Releases all modules in reverse order of registration, even without an Initialize(). A
-    /// module that is registered meanwhile is initialised, but not released. Then, if
+    /// module that is registered during the release is initialised, but not released. Then, if
     /// `releaseFramework` is set, makes a `WxLogForwarder` stop forwarding, and undoes one start of
     /// wxWidgets by Initialize(). With `releaseFramework`, call it on the thread that called
     /// Initialize(): on another one, wxWidgets does not shut down yet.

@@ -34,7 +34,7 @@ bool Poll(CountedMutex& mutex, unsigned int timeoutMs)
 // result.
 MutexInternal::MutexInternal(bool initiallyLocked) : m_mutex(new CountedMutex())
 {
-    // Relaxed, as in the destructor: no other thread has the object yet, or any more.
+    // Relaxed, as in the destructor: no other thread has the object yet, or still has it.
     if (initiallyLocked)
         m_mutex.load(std::memory_order_relaxed)->Acquire();
 }

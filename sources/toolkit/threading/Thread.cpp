@@ -75,7 +75,8 @@ void Thread::End()
             Sleep(c_retryMs);
         }
     } else {
-        // wxThread::Delete() would resume a paused thread, but fails if the thread ends meanwhile.
+        // wxThread::Delete() would resume a paused thread, but fails if the thread ends during the
+        // call.
         Resume();
         wxThread::Delete();
     }

@@ -72,8 +72,8 @@ public:
 
     /// Waits until a running thread ends and returns the result of `DoWork()`, or `(ExitCode)-1` if
     /// the thread was killed. Returns a null code without waiting if the thread does not run, even
-    /// if it has run before, or if called on the thread itself. A thread that does not run any more
-    /// may still be destroying its thread-local objects; the destructor waits for that.
+    /// if it has run before, or if called on the thread itself. A thread that no longer runs may
+    /// still be destroying its thread-local objects; the destructor waits for that.
     ExitCode Wait();
 
     bool IsPaused() const;
