@@ -1,4 +1,4 @@
-// IniFile finds all settings that a plain parser finds in the lines of any file.
+// For any file, each section that a simple parser finds has the same keys and values in IniFile.
 
 #include "toolkit/config/IniFile.h"
 #include "toolkit/files/TextFile.h"

@@ -51,7 +51,7 @@ public:
     // Returns the lines without an overwritten byte, in the order in which they were written.
     const std::vector<Line>& Lines() const { return m_lines; }
 
-    // Whether every step back in time, from one line of the file to the next, is too large to come
+    // Whether every jump back in time, from one line of the file to the next, is too large to come
     // from threads that overtake each other.
     bool IsUnambiguous() const
     {

@@ -169,8 +169,8 @@ void LogFollower::PrintNewLines(const struct stat& status, bool isRoundComplete)
     LogRecord record;
     while (reader.Read(record) && HandleRecord(record, pending, status)) {
     }
-    if (pending.old)
-        MeasureRound(*ParseLogHeader(pending.old->text));
+    if (pending.maybeOld)
+        MeasureRound(*ParseLogHeader(pending.maybeOld->text));
     if (pending.newest)
         HandleNewest(std::move(*pending.newest), status, isRoundComplete);
 }
@@ -180,15 +180,15 @@ bool LogFollower::HandleRecord(const LogRecord& record, Pending& pending, const 
 {
     const Candidate next{std::string(record.text), record.offset, record.isEnded};
     if (record.header && !IsNew(record)) {
-        if (pending.old || record.header->isFromWx)
+        if (pending.maybeOld || record.header->isFromWx)
             return false;
-        pending.old = next;
+        pending.maybeOld = next;
         return true;
     }
     if (pending.newest)
         PrintCandidate(*pending.newest, status);
-    if (pending.old)
-        PrintCandidate(*pending.old, status);
+    if (pending.maybeOld)
+        PrintCandidate(*pending.maybeOld, status);
     pending = {next, std::nullopt};
     // The following lines are compared with this one.
     if (record.header && !record.header->isFromWx)

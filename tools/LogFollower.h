@@ -28,7 +28,7 @@ std::string ReadHead(int file);
 std::string ReadTail(int file, off_t position);
 
 /// Returns the bytes after `position`, the first ones to be overwritten. Empty if the file may have
-/// changed since it had `status`.
+/// changed since `status` was read.
 std::string ReadRest(int file, off_t position, const struct stat& status);
 
 /// Prints the lines that are added to one log file, which may wrap around or be truncated.
@@ -36,7 +36,7 @@ class LogFollower {
 public:
     LogFollower(Descriptor file, const LogPosition& position, LogPrinter& printer);
 
-    /// Prints the lines written since the last call.
+    /// Prints the new lines. A line that may be incomplete or out of order waits for a later call.
     void Poll();
 
     ino_t GetInode() const { return m_inode; }
@@ -45,18 +45,19 @@ public:
     bool IsRemoved() const { return m_isRemoved; }
 
 private:
-    // A copy of a record.
+    // A copy of a record, because the reader reuses its buffer.
     struct Candidate {
         std::string text;
         off_t offset = 0;
         bool isEnded = false;
     };
     // Lines that were read but not printed yet. The newest line waits until the next one is known,
-    // because the rest of an old line may follow it. A line that looks old waits too: if a new line
-    // follows, the first one is new as well and was only written late.
+    // because the end of an overwritten line may follow it and look like part of it. A line that
+    // looks old waits too: if a new line follows it, it is new as well, and its thread was merely
+    // slow to write it.
     struct Pending {
         std::optional<Candidate> newest;
-        std::optional<Candidate> old;
+        std::optional<Candidate> maybeOld;
     };
 
     bool UpdateStatus(const struct stat& status);
@@ -80,7 +81,7 @@ private:
     std::int64_t m_roundMs = 0;   // how much older the line after m_position is than the newest one
     std::string m_head;           // the first line of the file, which a wrap changes
     std::string m_tail;           // the last bytes before m_position
-    std::string m_rest;           // the older bytes after m_restOffset, as far as they are known
+    std::string m_rest;           // the older bytes after m_restOffset; see ReadRest()
     off_t m_restOffset = 0;       // m_position when m_rest was read
     std::string m_unconfirmed;    // a line that may still be incomplete
     struct timespec m_written {}; // the modification time at the last Poll()

@@ -9,7 +9,7 @@ namespace {
 // A thread may wait between reading the time and writing its line; longer waits are not expected.
 constexpr std::int64_t c_maxDelayMs = 1000;
 
-// Most waits are shorter than this. A smaller step back is a seam only if a line was cut there.
+// Most waits are shorter than this. A smaller jump back is a seam only if a line was cut there.
 constexpr std::int64_t c_usualDelayMs = 100;
 
 // Far more than the number of rounds that can leave lines in one file.
@@ -26,7 +26,7 @@ std::int64_t MeasureStep(std::uint32_t from, std::uint32_t to)
 // Returns how much newer a line after `seam` may be than the first line of the part before it.
 std::int64_t LogSeams::GetSlack(const Seam& seam)
 {
-    return std::clamp<std::int64_t>((seam.timeBefore - seam.partBegin) / 2, 0, c_maxDelayMs);
+    return std::clamp<std::int64_t>((seam.timeBefore - seam.timeOfPart) / 2, 0, c_maxDelayMs);
 }
 
 bool LogSeams::IsPlausible(const Seam& seam)
@@ -57,22 +57,22 @@ void LogSeams::AddTick(off_t offset, std::uint32_t tick, bool isCut)
     m_hasTick = true;
     m_lastTick = tick;
     m_time += step;
-    if (seam.drop > m_widestDrop.drop)
-        m_widestDrop = seam;
-    if (seam.drop < m_widestGap.drop)
-        m_widestGap = seam;
+    if (seam.drop > m_largestDrop.drop)
+        m_largestDrop = seam;
+    if (seam.drop < m_largestRise.drop)
+        m_largestRise = seam;
     UpdateClearSeams(seam);
 }
 
-// Keeps a step back as a seam if the time steps back beyond the first line of the part before it,
-// or by at least c_maxDelayMs. Drops earlier seams after which a line is too new.
+// Keeps a jump back as a seam if the time jumps back to the first line of the part before it or
+// before it, or by at least c_maxDelayMs. Drops earlier seams after which a line is too new.
 void LogSeams::UpdateClearSeams(Seam seam)
 {
     while (!m_clearSeams.empty() &&
-           m_time > m_clearSeams.back().partBegin + GetSlack(m_clearSeams.back()))
+           m_time > m_clearSeams.back().timeOfPart + GetSlack(m_clearSeams.back()))
         m_clearSeams.pop_back();
-    seam.partBegin = m_clearSeams.empty() ? 0 : m_clearSeams.back().timeAfter;
-    const bool isOlderThanPart = IsPlausible(seam) && seam.timeAfter <= seam.partBegin;
+    seam.timeOfPart = m_clearSeams.empty() ? 0 : m_clearSeams.back().timeAfter;
+    const bool isOlderThanPart = IsPlausible(seam) && seam.timeAfter <= seam.timeOfPart;
     if ((isOlderThanPart || seam.drop >= c_maxDelayMs) && m_clearSeams.size() < c_maxSeams)
         m_clearSeams.push_back(seam);
 }
@@ -83,15 +83,16 @@ std::vector<LogSeams::Seam> LogSeams::ChooseSeams() const
     if (!m_hasTick)
         return {};
     const std::int64_t closingStep = MeasureStep(m_lastTick, m_firstTick);
-    // Around the ring, the steps add up to 0 unless the seam is so wide that it looks like a step
-    // forward.
+    // Around the ring, the steps add up to 0 unless the jump at the seam is so large that it looks
+    // like a step forward.
     if (m_time + closingStep > 0) {
-        const bool isGapWider = -m_widestGap.drop > closingStep;
-        return isGapWider ? std::vector<Seam>{m_widestGap} : std::vector<Seam>{};
+        const bool isRiseLarger = -m_largestRise.drop > closingStep;
+        return isRiseLarger ? std::vector<Seam>{m_largestRise} : std::vector<Seam>{};
     }
-    if (m_widestDrop.drop <= std::max<std::int64_t>(-closingStep, 0) || !IsPlausible(m_widestDrop))
+    if (m_largestDrop.drop <= std::max<std::int64_t>(-closingStep, 0) ||
+        !IsPlausible(m_largestDrop))
         return {};
-    return m_clearSeams.empty() ? std::vector<Seam>{m_widestDrop} : m_clearSeams;
+    return m_clearSeams.empty() ? std::vector<Seam>{m_largestDrop} : m_clearSeams;
 }
 
 std::vector<LogPart> LogSeams::ListParts(off_t length) const

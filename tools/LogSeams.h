@@ -9,7 +9,7 @@
 
 namespace Tool {
 
-/// A part of a log whose lines are in time order.
+/// A part of a log whose lines are in chronological order.
 struct LogPart {
     off_t begin;
     off_t end;
@@ -18,18 +18,21 @@ struct LogPart {
 /// Finds the seam of a log that wraps around in place: where the newest line is followed by an
 /// older one.
 ///
-/// At a seam the tick count steps back by about as much as it advances in a round, which is one
-/// pass of the logger through the file. Lines of several threads cause steps back too, but these
-/// are smaller, or do not reach back before the first line of their round. If no step back is
-/// clear, the file is treated as a ring, and the widest step back, including the one from the last
-/// line to the first, is the seam. If a round was shorter than the previous one, what is left of
-/// the previous one begins at another seam.
+/// A round is one pass of the logger through the file. At a seam the tick count jumps back by about
+/// as much as it advances in a round. Threads that write out of order make it jump back too, but by
+/// less. A clear seam is a jump back by at least a second, or to the first line of its round or
+/// before it. If a round is shorter than the one before it, leftover lines of the older round
+/// follow, after a second seam.
+///
+/// Without a clear seam, the file is treated as a ring: the largest jump back is the seam, unless
+/// it is the one from the last line to the first. It must be at least 100 ms or cut a line. A jump
+/// back by 2^31 ms or more looks like one forward, and is recognised as well.
 class LogSeams {
 public:
     /// Adds the next record of the file.
     void Add(const LogRecord& record);
 
-    /// Returns the parts of a file of `length` bytes, the oldest first.
+    /// Returns the parts of a file of `length` bytes, oldest first.
     std::vector<LogPart> ListParts(off_t length) const;
 
     /// Returns the tick count of the newest line; empty if no line has one.
@@ -39,11 +42,11 @@ private:
     // Times are in milliseconds since the first line with a tick count.
     struct Seam {
         off_t offset;            // where the older lines begin
-        std::int64_t drop;       // by how many milliseconds the time steps back at the seam
-        std::int64_t timeBefore; // of the last line before the seam
-        std::int64_t partBegin;  // the time of the first line of the part before the seam
-        std::int64_t timeAfter;  // of the first line after the seam
-        bool isCut;              // whether the older lines begin with the rest of a cut line
+        std::int64_t drop;       // how far the time jumps back at the seam
+        std::int64_t timeBefore; // time of the last line before the seam
+        std::int64_t timeOfPart; // time of the first line of the part before the seam
+        std::int64_t timeAfter;  // time of the first line after the seam
+        bool isCut;              // whether the older lines begin with the end of a cut line
     };
 
     static std::int64_t GetSlack(const Seam& seam);
@@ -55,11 +58,12 @@ private:
     bool m_hasTick = false;
     std::uint32_t m_firstTick = 0;
     std::uint32_t m_lastTick = 0;
-    std::int64_t m_time = 0;        // of the last line, as in Seam; does not wrap around
-    off_t m_cutOffset = -1;         // of the last cut line since the last tick; -1 if there is none
-    std::vector<Seam> m_clearSeams; // steps back that cannot come from several threads
-    Seam m_widestDrop{};            // the widest step back
-    Seam m_widestGap{};             // the widest step forward; its `drop` is negative
+    std::int64_t m_time = 0; // time of the last line; does not wrap around
+    // Offset of a line after the last tick that may be cut; -1 if there is none.
+    off_t m_cutOffset = -1;
+    std::vector<Seam> m_clearSeams; // jumps back too large for threads that write out of order
+    Seam m_largestDrop{};
+    Seam m_largestRise{}; // its `drop` is negative
 };
 
 } // namespace Tool

@@ -279,7 +279,7 @@ TEST_F(HostCommandsTest, DoesNotFollowALinkWithAPredictableTemporaryName)
     const std::string archive = WriteArchive();
     const std::string victim = Write("victim", "untouched");
     const ServingHost host(m_host);
-    const std::string process = std::to_string(host.ProcessId());
+    const std::string process = std::to_string(host.GetProcessId());
     for (const std::string& suffix : {"." + process + "-1", "." + process, std::string(".tmp")})
         std::filesystem::create_symlink(victim, File("result" + suffix));
 

@@ -200,7 +200,7 @@ TEST_F(HostServerTest, SurvivesAMessageThatDoesNotFitIntoMemory)
          std::initializer_list<rlim_t>{16, 48, 80, 112, 144, 176, 208, 240, 272}) {
         SCOPED_TRACE(mebibytes);
         {
-            const ScopedMemoryLimit limit(host.ProcessId(), mebibytes << 20);
+            const ScopedMemoryLimit limit(host.GetProcessId(), mebibytes << 20);
             SendLongestMessage(host);
         }
         ASSERT_EQ(RunForResult(host, {"list", "-archive", archive}),

@@ -78,7 +78,7 @@ public:
         return lines;
     }
 
-    int ProcessId() const { return m_program.ProcessId(); }
+    int GetProcessId() const { return m_program.GetProcessId(); }
     void Send(int signal) const { m_program.Send(signal); }
     int WaitForExitCode() { return m_program.WaitForExitCode(); }
 

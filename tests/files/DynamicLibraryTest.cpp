@@ -17,7 +17,7 @@ namespace {
 using TestSupport::ScopedLocale;
 using TestSupport::TempDir;
 
-// Copies the probe library for each test, so that each test loads it afresh.
+// Gives each test its own copy of the probe library, because dlopen(3) does not load a file twice.
 class DynamicLibraryTest : public testing::Test {
 protected:
     void SetUp() override
@@ -56,7 +56,7 @@ TEST_F(DynamicLibraryTest, OffersItsSymbolsToTheWholeProcess)
     EXPECT_EQ(::dlsym(RTLD_DEFAULT, "ProbeAnswer"), library.GetSymbol(L"ProbeAnswer"));
 }
 
-TEST_F(DynamicLibraryTest, AddsTheExtensionOfTheSystem)
+TEST_F(DynamicLibraryTest, AddsThePlatformExtension)
 {
     const DynamicLibrary library(m_directory.File(L"probe"));
 

@@ -5,7 +5,6 @@
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
@@ -64,7 +63,7 @@ public:
             ::kill(m_process, signal);
     }
 
-    pid_t ProcessId() const { return m_process; }
+    pid_t GetProcessId() const { return m_process; }
 
     /// Waits for the program to end. Returns its exit code, or the negated number of the signal
     /// that killed it.

@@ -19,12 +19,11 @@
 namespace Toolkit {
 namespace {
 
-using TestSupport::Await;
 using TestSupport::ReadWholeFile;
 
 constexpr unsigned int c_noLimit = 0xFFFFFFFF;
 
-// Runs another process with a logger called `name` that writes "theirs".
+// Runs another process with a logger named `name` that writes "theirs".
 class OtherProcess {
 public:
     explicit OtherProcess(const TString<wchar_t>& name)
@@ -40,7 +39,7 @@ public:
         }
         ::close(toParent[1]);
         ::close(toChild[0]);
-        m_end = toChild[1];
+        m_stopPipe = toChild[1];
         char ready = 0;
         EXPECT_EQ(::read(toParent[0], &ready, 1), 1);
         ::close(toParent[0]);
@@ -50,17 +49,17 @@ public:
     // Destroys the logger and ends the process.
     void End()
     {
-        if (m_end < 0)
+        if (m_stopPipe < 0)
             return;
-        ::close(m_end);
-        m_end = -1;
+        ::close(m_stopPipe);
+        m_stopPipe = -1;
         int status = -1;
         EXPECT_EQ(::waitpid(m_process, &status, 0), m_process);
         EXPECT_EQ(status, 0);
     }
 
 private:
-    [[noreturn]] static void Log(const TString<wchar_t>& name, int ready, int end)
+    [[noreturn]] static void Log(const TString<wchar_t>& name, int ready, int stop)
     {
         {
             FileLogger logger(SeverityVerbose, name, c_noLimit);
@@ -68,14 +67,14 @@ private:
             if (logger.GetPath(c_noLimit).empty() || ::write(ready, "", 1) != 1)
                 std::abort();
             char byte = 0;
-            if (::read(end, &byte, 1) != 0)
+            if (::read(stop, &byte, 1) != 0)
                 std::abort();
         }
         ::_exit(0);
     }
 
     pid_t m_process = -1;
-    int m_end = -1;
+    int m_stopPipe = -1;
 };
 
 class FileLoggerLockTest : public TestSupport::LogFileTest {
@@ -84,9 +83,10 @@ protected:
     bool CanBeLocked() const
     {
         const int file = ::open(Path().c_str(), O_RDONLY);
-        const bool isLocked = ::flock(file, LOCK_EX | LOCK_NB) == 0;
+        EXPECT_GE(file, 0);
+        const bool wasFree = ::flock(file, LOCK_EX | LOCK_NB) == 0;
         ::close(file);
-        return isLocked;
+        return wasFree;
     }
 };
 
@@ -154,7 +154,7 @@ TEST_F(FileLoggerLockTest, SharesTheFileAmongLoggersOfOneProcess)
     EXPECT_EQ(UTF8::ToUTF8(second.GetPath(c_noLimit)), Path().native());
 }
 
-TEST_F(FileLoggerLockTest, ReleasesTheLockWithTheLastLoggerOfAProcess)
+TEST_F(FileLoggerLockTest, ReleasesTheLockWhenTheLastLoggerIsDestroyed)
 {
     auto first = std::make_unique<FileLogger>(SeverityVerbose, Name(), c_noLimit);
     EXPECT_NE(first->GetPath(c_noLimit), L"");

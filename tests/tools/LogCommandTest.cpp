@@ -93,7 +93,7 @@ TEST_F(LogCommandTest, FindsTheSeamWhenTheTickCountWrapsAround)
               "4294966296 info f:1 2\n4294967290 info f:1 3\n500 info f:1 4\n1500 info f:1 5\n");
 }
 
-// The tick count wraps around after 49.7 days, so a step back by 40 days looks like a step forward
+// The tick count wraps around after 49.7 days, so a jump back by 40 days looks like one forward
 // by 9.7 days.
 TEST_F(LogCommandTest, FindsTheSeamInALogOfFortyDays)
 {

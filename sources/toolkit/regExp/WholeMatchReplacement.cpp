@@ -61,8 +61,8 @@ void WholeMatchReplacement::SearchAfter(std::size_t position)
     Search(start, IsTrustedAt(start));
 }
 
-// The first search found that the text is UTF-8, and it remains so when whole characters are
-// replaced with UTF-8. An offset that wrapped around may be inside a character, which the engine
+// The first search found that the text is UTF-8, and replacing whole characters with UTF-8 keeps it
+// so. An offset that wrapped around may be inside a character, which the engine
 // then reports.
 bool WholeMatchReplacement::IsTrustedAt(std::size_t position) const
 {
@@ -95,8 +95,9 @@ void WholeMatchReplacement::ReplaceInOnePass()
         output.append(m_text, done, MatchBegin() - done).append(m_replacement);
         done = MatchEnd();
         if (output.size() > c_maxStart)
-            break;
+            break; // the offset wraps around from here on
         const std::size_t start = startBytes ? startBytes->FindFirst(m_text, done) : done;
+        // Only an empty match could begin at the end, and c_notEmpty excludes it.
         if (start < m_text.size())
             Search(start, true);
         else

@@ -65,9 +65,9 @@ CheckerFile::~CheckerFile()
         ::unlink(m_path.c_str());
 }
 
-// Writes the process id and a null character, and locks the file with fcntl(2), as the checker
-// does. The checker examines the permissions and the process with the id; RemoveStale() needs the
-// lock.
+// Locks the file with fcntl(2) and writes the process id and a null character, as the checker does.
+// The checker examines the permissions and the process with the id; RemoveStale() of another
+// process examines the lock.
 bool CheckerFile::Create()
 {
     m_file = Base::FileDescriptor::OpenRegular(m_path, O_WRONLY | O_CREAT | O_EXCL, c_ownerOnly);
@@ -82,9 +82,9 @@ bool CheckerFile::Create()
     return true;
 }
 
-// Removes the file of a process that has ended, and sets m_isHeldElsewhere for that of a running
-// one. Leaves any file that is not a lock file of this user: the checker ignores such a file, too.
-// Returns whether the file has been removed.
+// Removes the file if its process has ended; sets m_isHeldElsewhere if the process is still
+// running. Leaves any file alone that is not a lock file of this user, as the checker does. Returns
+// whether the file has been removed.
 bool CheckerFile::RemoveStale()
 {
     const Base::FileDescriptor file =
@@ -93,7 +93,7 @@ bool CheckerFile::RemoveStale()
     if (holder == 0)
         return false;
     m_isHeldElsewhere = IsLockedElsewhere(file);
-    // fcntl(2) does not report a lock of this process itself.
+    // fcntl(2) does not report locks that this process itself holds, so the ids are compared, too.
     return !m_isHeldElsewhere && holder != ::getpid() && ::unlink(m_path.c_str()) == 0;
 }
 
