@@ -100,7 +100,7 @@ TEST_F(HostCommandsTest, WarnsAboutDamagedAndEncryptedEntries)
     Quit(host);
 
     EXPECT_THAT(m_host.Log(),
-                AllOf(ContainsRegex("\n1 [^\n]*the entry \"damaged\" is damaged and was searched"),
+                AllOf(ContainsRegex("\n1 [^\n]*the entry \"damaged\" is damaged; matching lines"),
                       ContainsRegex("\n1 [^\n]*the entry \"secret\" is encrypted and was not")));
 }
 

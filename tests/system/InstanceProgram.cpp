@@ -1,6 +1,6 @@
 // Tests run several copies of this program concurrently. At the first line on standard input, a
 // copy starts the library and prints whether another copy runs, and the program's unique name. At
-// each line "fork" after that, it forks a child that outlives it, and prints the child's process
+// each line "fork" after that, it forks a child that outlives it, and the child prints its process
 // id. At any other line or the end of the input, it stops the library and prints "stopped". It ends
 // at the next line or the end of the input.
 
@@ -17,16 +17,16 @@ using namespace Toolkit;
 
 namespace {
 
+// The child prints, because the library's fork handlers have run in it by then.
 void ForkChild()
 {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        constexpr unsigned int longestLifeS = 60;
-        ::alarm(longestLifeS);
-        for (;;)
-            ::pause();
-    }
-    std::cout << child << std::endl;
+    if (::fork() != 0)
+        return;
+    std::cout << ::getpid() << std::endl;
+    constexpr unsigned int longestLifeS = 60;
+    ::alarm(longestLifeS);
+    for (;;)
+        ::pause();
 }
 
 } // namespace

@@ -68,7 +68,7 @@ public:
         EXPECT_EQ(ReadLine(), "stopped");
     }
 
-    // Makes the copy fork a child. Returns the child's process id.
+    // Makes the copy fork a child. Returns the process id of the child, which runs by then.
     pid_t Fork() const
     {
         EXPECT_EQ(::write(m_input, "fork\n", 5), 5);
