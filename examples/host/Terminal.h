@@ -13,8 +13,8 @@ void Print(const Text& line);
 void PrintRow(Text label, const Text& value);
 
 /// Shows that `done` of `total` units are done; a `total` of 0 means that the total is unknown. On
-/// a terminal, the next call or line replaces what this one shows; elsewhere, each call prints a
-/// line.
+/// a terminal that can rewrite a line, the next call or line replaces what this one shows;
+/// elsewhere, each call prints a line.
 void ShowProgress(const Text& title, unsigned long long done, unsigned long long total,
                   const Text& unit);
 
@@ -24,5 +24,5 @@ void PrintError(const Text& line);
 /// Prints an error or a warning to standard error, after the program's name.
 void Complain(const Text& message);
 
-/// Prints and logs an error; returns the exit code of a failed program.
+/// Prints and logs an error; returns EXIT_FAILURE.
 int Fail(const Text& message);

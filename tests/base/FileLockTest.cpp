@@ -31,7 +31,7 @@ protected:
     TestSupport::TempDir m_directory;
 };
 
-TEST_F(FileLockTest, IsHeldByAllObjectsOfItsProcess)
+TEST_F(FileLockTest, IsSharedWithinAProcess)
 {
     const FileLock first = Lock();
     const FileLock second = Lock();
@@ -44,7 +44,7 @@ TEST_F(FileLockTest, IsUnavailableWithoutAFile)
     EXPECT_EQ(FileLock(FileDescriptor()).GetState(), FileLock::State::Unavailable);
 }
 
-TEST_F(FileLockTest, IsUnavailableWithoutAFreeDescriptorForASharedLock)
+TEST_F(FileLockTest, IsUnavailableWhenOutOfDescriptors)
 {
     const FileLock first = Lock();
     FileDescriptor file = OpenFile();

@@ -20,7 +20,7 @@ TEST(MatchGroupsTest, ReturnsAValidRangeOnlyForAUsedGroup)
         EXPECT_FALSE(GetGroupRange(result, number).IsValid()) << number;
 }
 
-TEST(MatchGroupsTest, TreatsARangeThatEndsBeforeItBeginsAsEmpty)
+TEST(MatchGroupsTest, TreatsAnInvertedRangeAsEmpty)
 {
     EXPECT_EQ((GroupRange{5, 3}.Length()), 0u);
     EXPECT_TRUE((GroupRange{5, 3}.IsValid()));

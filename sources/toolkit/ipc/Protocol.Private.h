@@ -9,29 +9,28 @@
 /// wxWidgets 3.2 sends between its own clients and servers.
 ///
 /// The client sends Connect, a size and the topic in UTF-8. The server answers Connect. The client
-/// sends Execute, a format of `wxIPCFormat`, a size and the data, as often as it likes, and
-/// Disconnect at the end. A size has four bytes, the least significant first.
+/// sends Execute, a `wxIPCFormat`, a size and the data, any number of times, and finally
+/// Disconnect. Sizes are 32-bit little-endian numbers.
 namespace Toolkit::Ipc {
 
 /// The server's answer when it accepts a topic.
 constexpr char c_accepted = 10;
 
-/// The format of wide characters that end with a null character: `wxIPC_TEXT`.
+/// The format of null-terminated wide strings: `wxIPC_TEXT`.
 constexpr unsigned char c_textFormat = 1;
 
-/// Returns the path of the socket file of `service`, shortened to what a socket address can store.
-/// Empty when `service` is empty or a number, when it contains a null character, and when UTF-8
-/// cannot encode it.
+/// Returns the path of the socket file of `service`, shortened to fit into a socket address. Empty
+/// when `service` is empty or a number, contains a null character, or cannot be encoded as UTF-8.
 std::string MakeSocketPath(const std::wstring& service);
 
 /// Encodes Connect with `topic`, in which U+FFFD replaces characters that UTF-8 cannot encode.
-/// Empty when the topic is longer than 16 MiB.
+/// Empty when the topic is longer than 16 MiB in UTF-8.
 std::string MakeConnectRequest(std::wstring_view topic);
 
 /// Encodes Execute with `text`, followed by Disconnect.
 std::string MakeExecuteRequest(std::wstring_view text);
 
-/// Assembles the messages of a client from the parts in which they arrive. Allocates memory for the
+/// Assembles a client's messages from the chunks in which they arrive. Allocates memory for the
 /// data that has arrived, not for the announced size. Counts the bytes of a topic, but does not
 /// store them.
 class MessageParser {

@@ -22,9 +22,9 @@ namespace Toolkit {
 /// If a module throws, the operation still calls the other modules, and then rethrows the first
 /// exception.
 ///
-/// In a forked child, another thread of the parent may have held the lock at the fork. Unregister()
-/// and Release() then do nothing, ReleaseInstance() leaks the registry, and Register() and
-/// Initialize() wait forever.
+/// If another thread of the parent held the lock at a fork, then in the child Unregister() and
+/// Release() do nothing, ReleaseInstance() leaks the registry, and Register() and Initialize() wait
+/// forever.
 class TOOLKIT_API LibModuleManager {
 public:
     /// Throws `std::bad_alloc` when out of memory.
@@ -49,13 +49,13 @@ public:
     void Initialize(bool initializeFramework);
 
     /// Releases all modules in reverse order of registration, even without an Initialize(). A
-    /// module that is registered during the release is initialised, but not released. Then, if
-    /// `releaseFramework` is set, makes a `WxLogForwarder` stop forwarding, and undoes one start of
-    /// wxWidgets by Initialize(). With `releaseFramework`, call it on the thread that called
-    /// Initialize(): on another one, wxWidgets does not shut down yet.
+    /// module that is registered during the release is not released, but initialised if the
+    /// registry is. Then, if `releaseFramework` is set, makes a `WxLogForwarder` stop forwarding,
+    /// and undoes one start of wxWidgets by Initialize(). With `releaseFramework`, call it on the
+    /// thread that called Initialize(): on any other thread, wxWidgets shuts down only later.
     void Release(bool releaseFramework);
 
-    /// Creates the registry unless it exists. Throws `std::bad_alloc` when out of memory.
+    /// Creates the registry if it does not exist. Throws `std::bad_alloc` when out of memory.
     static void CreateInstance();
     /// Returns the registry; null if it does not exist.
     static LibModuleManager* GetInstance();

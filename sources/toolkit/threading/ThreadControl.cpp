@@ -7,10 +7,11 @@
 namespace Toolkit {
 namespace {
 
-// A caller of wxThread::Resume() bypasses Wake(), so a paused thread also polls. wxThread::Delete()
-// resumes a thread right after it is cancelled, so a cancelled thread polls more often.
-constexpr std::chrono::milliseconds c_pausePollInterval{200};
-constexpr std::chrono::milliseconds c_cancelledPausePollInterval{1};
+// A direct call of wxThread::Resume() bypasses Wake(), so a paused thread also polls.
+// wxThread::Delete() resumes a thread right after it is cancelled, so a cancelled thread polls more
+// often.
+constexpr std::chrono::milliseconds c_pollIntervalWhenPaused{200};
+constexpr std::chrono::milliseconds c_pollIntervalWhenCancelled{1};
 
 constexpr std::chrono::milliseconds c_entryPollInterval{1};
 constexpr std::chrono::seconds c_maxEntryWait{1};
@@ -44,8 +45,8 @@ void ThreadControl::Cancel()
 
 void ThreadControl::AwaitWake()
 {
-    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_cancelledPausePollInterval
-                                                            : c_pausePollInterval));
+    static_cast<void>(m_wakes.try_acquire_for(IsCancelled() ? c_pollIntervalWhenCancelled
+                                                            : c_pollIntervalWhenPaused));
 }
 
 } // namespace Toolkit
